@@ -1,0 +1,28 @@
+# Language level, warnings and optimisation, for every target of the project.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Werror
+  "$<$<CONFIG:Release>:-ffunction-sections;-fdata-sections>")
+add_link_options(-Wl,--as-needed "$<$<CONFIG:Release>:-Wl,--gc-sections>")
+
+add_compile_definitions(
+  QT_NO_CAST_FROM_ASCII
+  QT_NO_CAST_TO_ASCII
+  QT_NO_FOREACH
+  QT_NO_KEYWORDS
+  QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC 12 reports coroutine frames and Qt's inlined containers under these two without cause.
+  add_compile_options(-Wno-maybe-uninitialized -Wno-array-bounds)
+endif()
+
+if(TRALIO_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,0 +1,83 @@
+#include "app/app_delegate.h"
+
+#include <QPointer>
+#include <QStringBuilder>
+
+#include "common/clock.h"
+#include "common/debug_log.h"
+#include "common/excerpt.h"
+#include "hotkeys/hot_key_service.h"
+#include "hotkeys/pasteboard.h"
+#include "state/app_settings.h"
+#include "state/app_state.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// Between showing the popover and raising a request, so that the panel is there to take it.
+constexpr auto requestDelay = 80ms;
+
+}  // namespace
+
+AppDelegate::AppDelegate(Services services) : m_services(services) {}
+
+AppDelegate::~AppDelegate() {
+    m_services.appState.onHidePopover = nullptr;
+    m_services.appState.onShowPopover = nullptr;
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    m_services.statusItem.setAction([this] { statusBarButtonClicked(); });
+
+    const AppSettings& settings = m_services.settings;
+    const QPointer<AppDelegate> self = this;
+    m_services.hotKeys.registerGlobalHotKeys(
+        settings.hotKeyKeyCode(), settings.hotKeyModifiers(),
+        [self] {
+            if (self)
+                self->handleGlobalHotKey();
+        },
+        settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(), nullptr);
+
+    m_services.appState.onHidePopover = [this] { m_services.popover.performClose(); };
+    m_services.appState.onShowPopover = [this] { showPopover(); };
+}
+
+void AppDelegate::showPopover() {
+    m_services.appState.notifyPopoverOpened();
+    m_services.popover.show(m_services.statusItem.frame());
+}
+
+void AppDelegate::statusBarButtonClicked() {
+    if (m_services.popover.isShown())
+        m_services.popover.performClose();
+    else
+        showPopover();
+}
+
+void AppDelegate::handleGlobalHotKey() {
+    debugLog(u"handleGlobalHotKey: triggered"_s);
+    m_services.hotKeys.fetchSelectedText([self = QPointer(this)](const std::optional<QString>& text) {
+        if (!self)
+            return;
+        debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
+                 (text ? excerpt(*text) : u"nil"_s) % u"'");
+        self->m_services.clock.after(0ms, self, [self = self.data(), text] {
+            self->showPopover();
+            if (text && !text->isEmpty())
+                self->translateLater(*text);
+        });
+    });
+}
+
+void AppDelegate::translateLater(const QString& text) {
+    // What the fetch may have left on the clipboard is this very text: it is not new to the clipboard check.
+    m_services.appState.lastHandledChangeCount = m_services.pasteboard.changeCount();
+    m_services.clock.after(requestDelay, this,
+                           [this, text] { m_services.appState.requestTranslation(text); });
+}
+
+}  // namespace tralio

@@ -1,0 +1,60 @@
+#include <QApplication>
+#include <QNetworkProxyFactory>
+#include <QUrl>
+
+#include "app/app_delegate.h"
+#include "app/services.h"
+#include "app/status_item.h"
+#include "engine/hosts.h"
+#include "hotkeys/workspace.h"
+#include "platform/linux/session/desktop_appearance.h"
+#include "state/app_settings.h"
+#include "ui/kit/theme.h"
+#include "ui/main/main_view.h"
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace tralio;
+
+void applyAppearance(const DesktopAppearance& desktop) {
+    const DesktopAppearance::Look look = desktop.look();
+    Theme::setAppearance({look.dark, look.accent.value_or(Colors::defaultAccent()), look.reducedMotion});
+}
+
+QWidget* makeContent(Services& services) {
+    return new MainView(
+        {services.store, services.hotKeys, services.ai, services.appState, services.platform.pasteboard,
+         services.clock},
+        {.openGuide = [&services] {
+             services.platform.workspace.openURL(QUrl(u"https://%1/guide.html"_s.arg(hosts::website)));
+         },
+         .quit = &QCoreApplication::quit,
+         .requestAccessibility = [&services] { services.hotKeys.requestAccessibility(); }});
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Trays show nothing for a program that names no desktop file, and ask before the application exists.
+    QGuiApplication::setDesktopFileName(u"tralio"_s);
+    QCoreApplication::setApplicationName(u"tralio"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(TRALIO_VERSION));
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QNetworkProxyFactory::setUseSystemConfiguration(true);
+
+    Services services(defaultStorePath());
+    const AppSettings settingsOfShell(services.store, services.hotKeys);
+
+    DesktopAppearance appearance;
+    applyAppearance(appearance);
+    QObject::connect(&appearance, &DesktopAppearance::changed, [&appearance] { applyAppearance(appearance); });
+
+    StatusItem statusItem;
+    Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());
+    AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
+                          services.clock, popover, statusItem});
+    delegate.applicationDidFinishLaunching();
+    return QApplication::exec();
+}

@@ -1,0 +1,100 @@
+#include "app/popover.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "app/popover_placement.h"
+#include "ui/kit/window_frame.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A click on the tray item first takes the focus away, which closes the popover, and then arrives: within this
+/// time it means the popover that the user still saw.
+constexpr qint64 sameClick = 300;  // milliseconds
+
+QScreen* screenFor(std::optional<QRect> anchor) {
+    QScreen* screen = QGuiApplication::screenAt(anchor ? anchor->center() : QCursor::pos());
+    return screen ? screen : QGuiApplication::primaryScreen();
+}
+
+}  // namespace
+
+Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSystem)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
+      m_makeContent(std::move(makeContent)),
+      m_windowSystem(std::move(windowSystem)) {
+    setWindowTitle(u"Tralio"_s);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+bool Popover::isShown() const {
+    return isVisible() || (m_closedByDeactivation.isValid() && !m_closedByDeactivation.hasExpired(sameClick));
+}
+
+void Popover::show(std::optional<QRect> anchor) {
+    const bool floating = m_windowSystem.isCompositing && m_windowSystem.isCompositing();
+    const auto edges = floating ? WindowFrame::Edges::Floating : WindowFrame::Edges::Square;
+    if (!m_frame) {
+        m_frame = new WindowFrame(edges);
+        m_frame->setContent(m_makeContent());
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins({});
+        layout->setSizeConstraint(QLayout::SetFixedSize);
+        layout->addWidget(m_frame);
+    }
+    m_frame->setEdges(edges);
+    m_closedByDeactivation.invalidate();
+    if (!isVisible()) {
+        place(anchor);
+        if (m_windowSystem.prepare)
+            m_windowSystem.prepare(winId());
+        QWidget::show();
+    }
+    raise();
+    activateWindow();
+    if (m_windowSystem.activate)
+        m_windowSystem.activate(winId());
+}
+
+void Popover::place(std::optional<QRect> anchor) {
+    adjustSize();
+    const QMargins margins = m_frame->shadowMargins();
+    const QRect place =
+        popoverPlace(size().shrunkBy(margins), screenFor(anchor)->availableGeometry(), anchor);
+    move(place.topLeft() - QPoint(margins.left(), margins.top()));
+}
+
+void Popover::performClose() {
+    m_closedByDeactivation.invalidate();
+    hide();
+}
+
+bool Popover::event(QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate && isVisible()) {
+        hide();
+        m_closedByDeactivation.start();
+    }
+    return QWidget::event(event);
+}
+
+void Popover::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        performClose();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void Popover::mousePressEvent(QMouseEvent* event) {
+    // The shadow is beside the window, whatever the window system thinks.
+    if (!m_frame->contentArea().translated(m_frame->pos()).contains(event->pos()))
+        performClose();
+}
+
+}  // namespace tralio

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QWidget>
+
+#include <functional>
+
+#include "app/popover_host.h"
+
+namespace tralio {
+
+class WindowFrame;
+
+/// The popover as an ordinary frameless window: popup windows would take the keyboard and the pointer away from
+/// the desktop, and trays refuse them. It closes when another window becomes active, and on Escape.
+class Popover final : public QWidget, public PopoverHost {
+    Q_OBJECT
+
+public:
+    /// What the session does for windows of this kind. Every function may be empty.
+    struct WindowSystem {
+        std::function<bool()> isCompositing;
+        std::function<void(WId)> prepare;   ///< before the window is shown
+        std::function<void(WId)> activate;  ///< when it is shown
+    };
+
+    /// `makeContent` is called when the popover opens for the first time: until then it costs no memory.
+    Popover(std::function<QWidget*()> makeContent, WindowSystem windowSystem);
+
+    bool isShown() const override;
+    void show(std::optional<QRect> anchor) override;
+    void performClose() override;
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    void place(std::optional<QRect> anchor);
+
+    std::function<QWidget*()> m_makeContent;
+    WindowSystem m_windowSystem;
+    WindowFrame* m_frame = nullptr;
+    QElapsedTimer m_closedByDeactivation;
+};
+
+}  // namespace tralio

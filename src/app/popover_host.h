@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QRect>
+
+#include <functional>
+#include <optional>
+
+namespace tralio {
+
+/// The window that hangs from the status item and holds the whole user interface.
+class PopoverHost {
+public:
+    PopoverHost() = default;
+    PopoverHost(const PopoverHost&) = delete;
+    PopoverHost& operator=(const PopoverHost&) = delete;
+    virtual ~PopoverHost() = default;
+
+    [[nodiscard]] virtual bool isShown() const = 0;
+
+    /// Shows the popover at `anchor`, in front of every window and with the keyboard focus; at the top right of
+    /// the screen with the pointer when the anchor is not known. Also brings a shown one to the front.
+    virtual void show(std::optional<QRect> anchor) = 0;
+    virtual void performClose() = 0;
+};
+
+/// The program's item in the desktop's tray.
+class StatusItemHost {
+public:
+    StatusItemHost() = default;
+    StatusItemHost(const StatusItemHost&) = delete;
+    StatusItemHost& operator=(const StatusItemHost&) = delete;
+    virtual ~StatusItemHost() = default;
+
+    virtual void setAction(std::function<void()> action) = 0;
+
+    /// Where the item stands on the screen, if the tray tells.
+    [[nodiscard]] virtual std::optional<QRect> frame() const = 0;
+};
+
+}  // namespace tralio

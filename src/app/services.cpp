@@ -1,0 +1,31 @@
+#include "app/services.h"
+
+namespace tralio {
+namespace {
+
+Services* instance = nullptr;
+
+}  // namespace
+
+Services::Services(const QString& storePath) : store(storePath) {
+    instance = this;
+}
+
+Services::~Services() {
+    instance = nullptr;
+}
+
+Services& Services::current() {
+    Q_ASSERT(instance);
+    return *instance;
+}
+
+AppState& AppState::shared() {
+    return Services::current().appState;
+}
+
+AIService& AIService::shared() {
+    return Services::current().ai;
+}
+
+}  // namespace tralio

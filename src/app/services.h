@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+
+#include "app/desktop.h"
+#include "common/clock.h"
+#include "engine/ai_service.h"
+#include "engine/http_client.h"
+#include "hotkeys/hot_key_service.h"
+#include "state/app_state.h"
+#include "state/sqlite_key_value_store.h"
+
+namespace tralio {
+
+/// Every service of the process, made in the order in which they need each other. The services' own `shared()`
+/// hands out these instances; there is one such object, and it lives as long as the application object.
+class Services {
+public:
+    explicit Services(const QString& storePath);
+    Services(const Services&) = delete;
+    Services& operator=(const Services&) = delete;
+    ~Services();
+
+    [[nodiscard]] static Services& current();
+
+    SystemClock clock;
+    SqliteKeyValueStore store;
+    std::unique_ptr<Desktop> desktop = Desktop::probe();
+    HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
+    HotKeyService hotKeys{platform};
+    HttpClient http{clock};
+    AIService ai{http};
+    AppState appState;
+};
+
+}  // namespace tralio

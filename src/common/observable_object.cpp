@@ -1,0 +1,3 @@
+#include "common/observable_object.h"
+
+#include "moc_observable_object.cpp"

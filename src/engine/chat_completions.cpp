@@ -1,0 +1,110 @@
+#include "engine/chat_completions.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+#include "common/localized_error.h"
+#include "engine/provider_preset.h"
+
+namespace tralio::chat_completions {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr QStringView endpointTail = u"/chat/completions";
+constexpr double translationTemperature = 0.2;
+constexpr int connectionTestMaxTokens = 10;
+
+/// One message of the conversation. Qt's JSON writer would quietly send a question mark for half a surrogate
+/// pair, and the user would get the translation of another text.
+QJsonObject message(const QString& role, const QString& content) {
+    if (!content.isValidUtf16())
+        throw LocalizedError(u"Nội dung cần gửi chứa ký tự không hợp lệ."_s);
+    return {{u"role"_s, role}, {u"content"_s, content}};
+}
+
+QByteArray body(const QString& model, QJsonObject members) {
+    if (!model.isValidUtf16())
+        throw LocalizedError(u"Tên model chứa ký tự không hợp lệ."_s);
+    members.insert(u"model"_s, model);
+    members.insert(u"stream"_s, false);
+    return QJsonDocument(members).toJson(QJsonDocument::Compact);
+}
+
+}  // namespace
+
+std::optional<QUrl> buildEndpointURL(const QString& baseURL) {
+    QString text = baseURL.trimmed();
+    if (text.isEmpty())
+        text = ProviderPreset::presets().first().baseURL;
+    if (!text.endsWith(endpointTail)) {
+        if (text.endsWith(u'/'))
+            text.chop(1);
+        text += endpointTail;
+    }
+    const QUrl url(text, QUrl::StrictMode);
+    if (!url.isValid())
+        return std::nullopt;
+    return url;
+}
+
+QString modelName(const QString& model) {
+    const QString trimmed = model.trimmed();
+    return trimmed.isEmpty() ? ProviderPreset::presets().first().defaultModel : trimmed;
+}
+
+QNetworkRequest buildRequest(const QUrl& endpoint, const QString& apiKey) {
+    QNetworkRequest request(endpoint);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
+    // A key that was pasted with a line break in it must not become a header of its own.
+    QByteArray key = apiKey.trimmed().toUtf8();
+    key.removeIf([](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+    if (!key.isEmpty())
+        request.setRawHeader("Authorization", "Bearer " + key);
+    return request;
+}
+
+QString systemPrompt(const QString& customPrompt, const QString& sourceLang, const QString& targetLang,
+                     const TranslationTone& tone) {
+    return customPrompt + u"\n\nYêu cầu cụ thể cho bản dịch này:\n- Ngôn ngữ nguồn: "_s + sourceLang +
+           u"\n- Ngôn ngữ đích: "_s + targetLang + u"\n- Phong cách / Giọng điệu: "_s +
+           tone.promptInstruction() +
+           u"\n- Quy tắc vàng: Giữ nguyên định dạng đoạn văn, dấu câu, mã code (nếu có). Chỉ trả về kết quả "
+           u"dịch trực tiếp, không chào hỏi, không thêm bất kỳ ghi chú nào khác."_s;
+}
+
+QByteArray translationBody(const QString& model, const QString& systemPrompt, const QString& text) {
+    const QJsonArray messages{message(u"system"_s, systemPrompt), message(u"user"_s, text)};
+    return body(model, {{u"messages"_s, messages}, {u"temperature"_s, translationTemperature}});
+}
+
+QByteArray connectionTestBody(const QString& model) {
+    const QJsonArray messages{message(u"user"_s, u"Ping. Reply with OK only."_s)};
+    return body(model, {{u"messages"_s, messages}, {u"max_tokens"_s, connectionTestMaxTokens}});
+}
+
+std::optional<QString> replyText(const QByteArray& body) {
+    // What is missing or of another type reads as undefined, all the way down to the text.
+    const QJsonValue choices = QJsonDocument::fromJson(body).object().value(u"choices"_s);
+    if (!choices.isArray())
+        return std::nullopt;
+    const QJsonArray list = choices.toArray();
+    if (!std::all_of(list.begin(), list.end(), [](const QJsonValue& choice) { return choice.isObject(); }))
+        return std::nullopt;
+    const QJsonValue content = list.at(0)[u"message"_s][u"content"_s];
+    if (!content.isString())
+        return std::nullopt;
+    return content.toString().trimmed();
+}
+
+std::optional<QString> errorMessage(const QByteArray& body) {
+    const QJsonValue message = QJsonDocument::fromJson(body).object().value(u"error"_s)[u"message"_s];
+    if (!message.isString())
+        return std::nullopt;
+    return message.toString();
+}
+
+}  // namespace tralio::chat_completions

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QNetworkRequest>
+#include <QString>
+#include <QUrl>
+
+#include <optional>
+
+#include "engine/translation_tone.h"
+
+/// The chat-completions protocol as this program speaks it: what goes on the wire, and how a reply is read.
+/// Nothing here sends anything or keeps any state.
+namespace tralio::chat_completions {
+
+/// The URL to send requests to, from a base URL as the user typed it; blank means the default endpoint.
+/// Nothing if it is not a URL.
+[[nodiscard]] std::optional<QUrl> buildEndpointURL(const QString& baseURL);
+
+/// The model's name without blanks around it; blank means the default model.
+[[nodiscard]] QString modelName(const QString& model);
+
+/// The request without its body. The key goes along unless it is blank.
+[[nodiscard]] QNetworkRequest buildRequest(const QUrl& endpoint, const QString& apiKey);
+
+[[nodiscard]] QString systemPrompt(const QString& customPrompt, const QString& sourceLang,
+                                   const QString& targetLang, const TranslationTone& tone);
+
+/// The bodies of the two kinds of request. Throw a `LocalizedError` if a text in them is not valid Unicode.
+[[nodiscard]] QByteArray translationBody(const QString& model, const QString& systemPrompt,
+                                         const QString& text);
+[[nodiscard]] QByteArray connectionTestBody(const QString& model);
+
+/// The text of a successful reply's first choice, without blanks around it; nothing if there is none.
+[[nodiscard]] std::optional<QString> replyText(const QByteArray& body);
+
+/// The message that a provider put into an error reply; nothing if the body has another form.
+[[nodiscard]] std::optional<QString> errorMessage(const QByteArray& body);
+
+}  // namespace tralio::chat_completions

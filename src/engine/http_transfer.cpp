@@ -1,0 +1,95 @@
+#include "engine/http_transfer.h"
+
+#include <exception>
+#include <utility>
+
+#include "common/clock.h"
+#include "engine/transport_error.h"
+
+namespace tralio {
+
+HttpTransfer::HttpTransfer(QNetworkReply* reply, Clock& clock, std::chrono::milliseconds idleTimeout,
+                           const std::stop_token& stop, QObject* parent)
+    : QObject(parent), m_reply(reply), m_clock(clock), m_idleTimeout(idleTimeout) {
+    m_promise.start();
+    restartIdleTimer();
+
+    connect(reply, &QNetworkReply::uploadProgress, this, &HttpTransfer::restartIdleTimer);
+    connect(reply, &QNetworkReply::metaDataChanged, this, &HttpTransfer::restartIdleTimer);
+    connect(reply, &QNetworkReply::redirected, this, &HttpTransfer::restartIdleTimer);
+    connect(reply, &QNetworkReply::downloadProgress, this, &HttpTransfer::restartIdleTimer);
+    connect(reply, &QNetworkReply::readyRead, this, &HttpTransfer::collect);
+    connect(reply, &QNetworkReply::sslErrors, this, [this](const auto& errors) { m_sslErrors = errors; });
+    connect(reply, &QNetworkReply::finished, this, &HttpTransfer::conclude);
+
+    m_onStop.emplace(stop, [this] {
+        QMetaObject::invokeMethod(
+            this, [this] { fail(TransportError::cancelled()); }, Qt::QueuedConnection);
+    });
+}
+
+HttpTransfer::~HttpTransfer() {
+    m_onStop.reset();
+    fail(TransportError::cancelled());
+}
+
+void HttpTransfer::restartIdleTimer() {
+    m_idleTimer = std::make_unique<QObject>();
+    m_clock.after(m_idleTimeout, m_idleTimer.get(),
+                  [this] { fail(TransportError::timedOut(m_reply->url(), m_idleTimeout)); });
+}
+
+void HttpTransfer::collect() {
+    restartIdleTimer();
+    m_body += m_reply->readAll();
+    if (m_body.size() > HttpClient::maximumBodySize)
+        fail(TransportError::replyTooLarge(m_reply->url(), HttpClient::maximumBodySize));
+}
+
+void HttpTransfer::conclude() {
+    std::optional<int> status;
+    const QVariant attribute = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    if (attribute.isValid())
+        status = attribute.toInt();
+
+    if (brokeDown(status)) {
+        fail(TransportError::fromNetworkError(m_reply->error(), m_reply->url(), m_sslErrors));
+        return;
+    }
+    m_body += m_reply->readAll();
+    m_promise.addResult(HttpResponse{status, std::exchange(m_body, {})});
+    settle();
+}
+
+bool HttpTransfer::brokeDown(std::optional<int> status) const {
+    const QNetworkReply::NetworkError error = m_reply->error();
+    if (error == QNetworkReply::NoError)
+        return false;
+    // Qt drops the connection on a first line that is not HTTP, and reports no more than that.
+    if (!status)
+        return error != QNetworkReply::RemoteHostClosedError;
+    // The library turns an error status into an error of its own, and lays those above the ones of the
+    // connection and of the proxy. A connection that broke within the body of an error page is still below.
+    const bool saysTheStatus = error > QNetworkReply::UnknownProxyError ||
+                               (error == QNetworkReply::ProxyAuthenticationRequiredError && *status == 407);
+    return *status < 400 || !saysTheStatus;
+}
+
+void HttpTransfer::fail(const TransportError& error) {
+    if (!m_reply)
+        return;
+    m_promise.setException(std::make_exception_ptr(error));
+    settle();
+}
+
+void HttpTransfer::settle() {
+    m_promise.finish();
+    m_idleTimer.reset();
+    QNetworkReply* reply = std::exchange(m_reply, nullptr);
+    reply->disconnect(this);
+    reply->abort();
+    reply->deleteLater();
+    deleteLater();
+}
+
+}  // namespace tralio

@@ -1,0 +1,117 @@
+#include "engine/transport_error.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QString serverName(const QUrl& url) {
+    if (url.host().isEmpty())
+        return u"máy chủ"_s;
+    return url.authority(QUrl::FullyDecoded | QUrl::RemoveUserInfo);
+}
+
+QString certificateDescription(const QString& server, const QList<QSslError>& errors) {
+    for (const QSslError& error : errors) {
+        switch (error.error()) {
+            case QSslError::CertificateExpired:
+            case QSslError::CertificateNotYetValid:
+                return u"Chứng chỉ bảo mật của %1 đã hết hạn hoặc chưa có hiệu lực. "
+                       u"Vui lòng kiểm tra lại ngày giờ của máy."_s.arg(server);
+            case QSslError::HostNameMismatch:
+                return u"Chứng chỉ bảo mật không thuộc về %1. Vui lòng kiểm tra lại Base URL."_s.arg(server);
+            default:
+                break;
+        }
+    }
+    return u"Chứng chỉ bảo mật của %1 không đáng tin cậy, yêu cầu đã không được gửi đi."_s.arg(server);
+}
+
+QString proxyDescription(QNetworkReply::NetworkError error) {
+    switch (error) {
+        case QNetworkReply::ProxyConnectionRefusedError:
+            return u"Máy chủ proxy từ chối kết nối. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+        case QNetworkReply::ProxyConnectionClosedError:
+            return u"Máy chủ proxy đã ngắt kết nối. Vui lòng thử lại."_s;
+        case QNetworkReply::ProxyNotFoundError:
+            return u"Không tìm thấy máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+        case QNetworkReply::ProxyTimeoutError:
+            return u"Máy chủ proxy không phản hồi. Vui lòng thử lại sau."_s;
+        case QNetworkReply::ProxyAuthenticationRequiredError:
+            return u"Máy chủ proxy yêu cầu đăng nhập. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+        default:
+            return u"Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+    }
+}
+
+QString description(QNetworkReply::NetworkError error, const QUrl& url, const QList<QSslError>& sslErrors) {
+    const QString server = serverName(url);
+    switch (error) {
+        case QNetworkReply::ConnectionRefusedError:
+            return u"Không thể kết nối tới %1: kết nối bị từ chối. Vui lòng kiểm tra lại Base URL "
+                   u"và máy chủ có đang chạy không."_s.arg(server);
+        case QNetworkReply::RemoteHostClosedError:
+            return u"Kết nối tới %1 bị ngắt giữa chừng. Vui lòng thử lại."_s.arg(server);
+        case QNetworkReply::HostNotFoundError:
+            return u"Không tìm thấy máy chủ %1. Vui lòng kiểm tra kết nối Internet và Base URL."_s.arg(
+                server);
+        case QNetworkReply::TimeoutError:
+            return u"Kết nối tới %1 đã hết thời gian chờ. Vui lòng thử lại sau."_s.arg(server);
+        case QNetworkReply::OperationCanceledError:
+            return u"Yêu cầu đã bị hủy."_s;
+        case QNetworkReply::SslHandshakeFailedError:
+            if (!sslErrors.isEmpty())
+                return certificateDescription(server, sslErrors);
+            return u"Không thể thiết lập kết nối bảo mật (TLS) tới %1. Vui lòng kiểm tra lại Base URL."_s.arg(
+                server);
+        case QNetworkReply::TemporaryNetworkFailureError:
+        case QNetworkReply::NetworkSessionFailedError:
+            return u"Mất kết nối mạng khi đang gửi yêu cầu. Vui lòng kiểm tra kết nối Internet và thử lại."_s;
+        case QNetworkReply::TooManyRedirectsError:
+            return u"%1 chuyển hướng quá nhiều lần. Vui lòng kiểm tra lại Base URL."_s.arg(server);
+        case QNetworkReply::InsecureRedirectError:
+            return u"%1 chuyển hướng sang một địa chỉ không bảo mật, yêu cầu đã bị dừng."_s.arg(server);
+        case QNetworkReply::ProxyConnectionRefusedError:
+        case QNetworkReply::ProxyConnectionClosedError:
+        case QNetworkReply::ProxyNotFoundError:
+        case QNetworkReply::ProxyTimeoutError:
+        case QNetworkReply::ProxyAuthenticationRequiredError:
+        case QNetworkReply::UnknownProxyError:
+            return proxyDescription(error);
+        case QNetworkReply::ProtocolUnknownError:
+            return u"Base URL phải bắt đầu bằng http:// hoặc https://."_s;
+        case QNetworkReply::ProtocolInvalidOperationError:
+        case QNetworkReply::ProtocolFailure:
+            return u"%1 trả lời không đúng giao thức HTTP. Vui lòng kiểm tra lại Base URL."_s.arg(server);
+        case QNetworkReply::UnknownContentError:
+            return u"Không giải mã được nội dung phản hồi của %1."_s.arg(server);
+        case QNetworkReply::UnknownNetworkError:
+            return u"Không thể kết nối tới %1. Vui lòng kiểm tra kết nối Internet."_s.arg(server);
+        default:
+            return u"Kết nối tới %1 gặp lỗi không xác định (mã %2)."_s.arg(server, QString::number(error));
+    }
+}
+
+}  // namespace
+
+TransportError TransportError::fromNetworkError(QNetworkReply::NetworkError error, const QUrl& url,
+                                                const QList<QSslError>& sslErrors) {
+    return TransportError(description(error, url, sslErrors));
+}
+
+TransportError TransportError::cancelled() {
+    return fromNetworkError(QNetworkReply::OperationCanceledError, {});
+}
+
+TransportError TransportError::timedOut(const QUrl& url, std::chrono::milliseconds silence) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(silence).count();
+    return TransportError(u"%1 không phản hồi trong %2 giây. Vui lòng thử lại sau."_s.arg(
+        serverName(url), QString::number(seconds)));
+}
+
+TransportError TransportError::replyTooLarge(const QUrl& url, qsizetype limitInBytes) {
+    return TransportError(u"Phản hồi của %1 quá lớn (hơn %2 MB), yêu cầu đã bị dừng."_s.arg(
+        serverName(url), QString::number(limitInBytes / (1024 * 1024))));
+}
+
+}  // namespace tralio

@@ -1,0 +1,39 @@
+#include <QStringBuilder>
+
+#include "common/debug_log.h"
+#include "hotkeys/accessibility.h"
+#include "hotkeys/hot_key_service.h"
+
+namespace tralio {
+namespace {
+
+/// The lower-cased title of an item that means Copy, or nothing for any other item.
+std::optional<QString> titleOfCopyItem(AccessibleElement& item) {
+    const auto character = item.commandCharacter();
+    const QString title = item.title().value_or(QString()).toLower();
+    const bool isCopy = (character && character->toUpper() == u"C") || title.startsWith(u"copy") ||
+                        title.startsWith(u"sao chép");
+    return isCopy ? std::optional(title) : std::nullopt;
+}
+
+}  // namespace
+
+bool HotKeyService::triggerCopyMenuAction(qint32 pid) {
+    const auto menuBar = m_platform.accessibility.menuBar(pid);
+    if (!menuBar)
+        return false;
+    for (const auto& menuBarItem : menuBar->children()) {
+        for (const auto& menu : menuBarItem->children()) {
+            for (const auto& item : menu->children()) {
+                const auto title = titleOfCopyItem(*item);
+                if (!title || !item->press())
+                    continue;
+                debugLog(u"triggerCopyMenuAction: executed kAXPressAction successfully on '" % *title % u"'");
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+}  // namespace tralio

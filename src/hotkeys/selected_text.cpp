@@ -1,0 +1,200 @@
+#include <QCoreApplication>
+#include <QStringBuilder>
+
+#include <array>
+#include <utility>
+
+#include "common/clock.h"
+#include "common/debug_log.h"
+#include "common/excerpt.h"
+#include "hotkeys/accessibility.h"
+#include "hotkeys/hot_key_service.h"
+#include "hotkeys/key_event_poster.h"
+#include "hotkeys/pasteboard.h"
+#include "hotkeys/script_runner.h"
+#include "hotkeys/workspace.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto pollInterval = 30ms;
+constexpr auto menuCopyWait = 250ms;
+constexpr auto keystrokeCopyWait = 350ms;
+constexpr auto delayBeforeKeystroke = 150ms;
+constexpr auto delayAfterModifierRelease = 50ms;
+
+constexpr quint16 keyC = 8;
+constexpr quint32 commandFlag = 0x100000;
+
+/// Left and right Option, Command, Shift and Control. The user is still holding some of them for the hot key.
+constexpr std::array<quint16, 8> modifierKeys{58, 61, 55, 54, 56, 60, 59, 62};
+
+constexpr QStringView scriptRunner = u"/usr/bin/osascript";
+constexpr QStringView keystrokeScript =
+    u"tell application \"System Events\" to keystroke \"c\" using command down";
+
+struct Browser {
+    QStringView marker;  ///< found anywhere in the lower-cased bundle identifier
+    QStringView selectionScript;
+};
+
+constexpr std::array browsers{
+    Browser{u"safari",
+            u"tell application \"Safari\" to do JavaScript \"window.getSelection().toString()\" in front document"},
+    Browser{u"chrome",
+            u"tell application \"Google Chrome\" to execute front window's active tab javascript "
+            u"\"window.getSelection().toString()\""},
+    Browser{u"brave",
+            u"tell application \"Brave Browser\" to execute front window's active tab javascript "
+            u"\"window.getSelection().toString()\""},
+    Browser{u"edge",
+            u"tell application \"Microsoft Edge\" to execute front window's active tab javascript "
+            u"\"window.getSelection().toString()\""},
+    Browser{u"arc",
+            u"tell application \"Arc\" to execute front window's active tab javascript "
+            u"\"window.getSelection().toString()\""},
+};
+
+const Browser* browserFor(const QString& bundleId) {
+    const QString lowered = bundleId.toLower();
+    for (const Browser& browser : browsers) {
+        if (lowered.contains(browser.marker))
+            return &browser;
+    }
+    return nullptr;
+}
+
+std::optional<QString> trimmedIfAny(const std::optional<QString>& text) {
+    if (!text)
+        return std::nullopt;
+    const QString trimmed = text->trimmed();
+    return trimmed.isEmpty() ? std::nullopt : std::optional(trimmed);
+}
+
+void logSuccess(QStringView layer, const QString& text) {
+    debugLog(u"fetchSelectedText: " % layer % u" SUCCESS: '" % excerpt(text) % u"'");
+}
+
+}  // namespace
+
+void HotKeyService::fetchSelectedText(TextCompletion completion) {
+    const auto front = m_platform.workspace.frontmostApplication();
+    if (!front || front->processId == QCoreApplication::applicationPid()) {
+        debugLog(u"fetchSelectedText: no valid frontmost app"_s);
+        completion(std::nullopt);
+        return;
+    }
+    const qint32 pid = front->processId;
+    const QString bundleId = front->bundleIdentifier.value_or(QString());
+    debugLog(u"fetchSelectedText: frontApp='" % front->localizedName.value_or(QString()) % u"' (bundle: " %
+             bundleId % u", pid: " % QString::number(pid) % u")");
+
+    if (const auto text = getDirectAXSelectedText(pid)) {
+        logSuccess(u"Layer 1 (Direct AX)", *text);
+        completion(text);
+        return;
+    }
+    if (isBrowser(bundleId)) {
+        if (const auto text = getBrowserSelectedText(bundleId)) {
+            logSuccess(u"Layer 2 (Browser AppleScript)", *text);
+            completion(text);
+            return;
+        }
+    }
+
+    const qint64 initialCount = m_platform.pasteboard.changeCount();
+    if (!triggerCopyMenuAction(pid)) {
+        executeKeystrokeCopy(pid, initialCount, std::move(completion));
+        return;
+    }
+    debugLog(u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
+    waitForPasteboardChange(
+        initialCount, menuCopyWait,
+        [this, pid, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
+            if (!text || text->isEmpty()) {
+                executeKeystrokeCopy(pid, initialCount, std::move(completion));
+                return;
+            }
+            logSuccess(u"Layer 3", *text);
+            completion(std::move(text));
+        });
+}
+
+std::optional<QString> HotKeyService::getDirectAXSelectedText(qint32 pid) {
+    const auto focused = m_platform.accessibility.focusedElement(pid);
+    if (!focused)
+        return std::nullopt;
+    if (auto text = trimmedIfAny(focused->selectedText()))
+        return text;
+    return trimmedIfAny(focused->selectedDocumentText());
+}
+
+bool HotKeyService::isBrowser(const QString& bundleId) {
+    return browserFor(bundleId) != nullptr;
+}
+
+std::optional<QString> HotKeyService::getBrowserSelectedText(const QString& bundleId) {
+    const Browser* browser = browserFor(bundleId);
+    if (!browser)
+        return std::nullopt;
+    return trimmedIfAny(m_platform.scripts.execute(browser->selectionScript.toString()));
+}
+
+void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, TextCompletion completion) {
+    debugLog(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
+    Clock& clock = m_platform.clock;
+    clock.after(delayBeforeKeystroke, this, [=, this, &clock] {
+        for (const quint16 keyCode : modifierKeys)
+            m_platform.keyEvents.post({keyCode, false, 0});
+        clock.after(delayAfterModifierRelease, this, [=, this] {
+            pressCopyShortcut(pid);
+            waitForPasteboardChange(initialCount, keystrokeCopyWait,
+                                    [completion](std::optional<QString> text) {
+                                        if (!text || text->isEmpty()) {
+                                            debugLog(u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil"_s);
+                                            completion(std::nullopt);
+                                            return;
+                                        }
+                                        logSuccess(u"Layer 4", *text);
+                                        completion(std::move(text));
+                                    });
+        });
+    });
+}
+
+void HotKeyService::pressCopyShortcut(qint32 pid) {
+    const KeyEvent keyDown{keyC, true, commandFlag};
+    const KeyEvent keyUp{keyC, false, commandFlag};
+    m_platform.keyEvents.postToProcess(pid, keyDown);
+    m_platform.keyEvents.postToProcess(pid, keyUp);
+    m_platform.keyEvents.post(keyDown);
+    m_platform.keyEvents.post(keyUp);
+    m_platform.scripts.launch(scriptRunner.toString(), {u"-e"_s, keystrokeScript.toString()});
+}
+
+void HotKeyService::waitForPasteboardChange(qint64 initialCount, std::chrono::milliseconds maxWait,
+                                            TextCompletion completion) {
+    // The timer lives and dies with this object; the service owns it, so that no tick outlives the service.
+    auto* wait = new QObject(this);
+    m_platform.clock.every(
+        pollInterval, wait,
+        [this, wait, initialCount, maxWait, elapsed = 0ms, completion = std::move(completion)]() mutable {
+            elapsed += pollInterval;
+            const bool changed = m_platform.pasteboard.changeCount() != initialCount;
+            if (!changed && elapsed < maxWait)
+                return;
+
+            std::optional<QString> content;
+            if (changed)
+                content = m_platform.pasteboard.string();
+            // Ending the wait takes this lambda with it: what is still needed moves to the stack first.
+            const TextCompletion deliver = std::move(completion);
+            delete wait;
+            deliver(content ? std::optional(content->trimmed()) : std::nullopt);
+        });
+}
+
+}  // namespace tralio

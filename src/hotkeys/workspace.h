@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+#include <optional>
+
+namespace tralio {
+
+struct RunningApplication {
+    qint32 processId = 0;
+    std::optional<QString> bundleIdentifier;  ///< the desktop's own id of the application, or its window class
+    std::optional<QString> localizedName;
+};
+
+/// The desktop's view of its applications. Used from the main thread.
+class Workspace {
+public:
+    Workspace() = default;
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+    virtual ~Workspace() = default;
+
+    [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() = 0;
+
+    /// Opens a web page in the default browser, or the settings page of an `x-apple.systempreferences:` link.
+    virtual void openURL(const QUrl& url) = 0;
+};
+
+}  // namespace tralio

@@ -1,0 +1,146 @@
+#include "platform/linux/atspi/atspi_bus.h"
+
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+#include "common/debug_log.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString connectionName = u"tralio-accessibility"_s;
+const QString registry = u"org.a11y.atspi.Registry"_s;
+const QString registryPath = u"/org/a11y/atspi/registry"_s;
+const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
+const QString busItself = u"org.freedesktop.DBus"_s;
+const QString eventInterface = u"org.a11y.atspi.Event.Object"_s;
+
+}  // namespace
+
+QDBusArgument& operator<<(QDBusArgument& argument, const AtspiReference& reference) {
+    argument.beginStructure();
+    argument << reference.service << reference.path;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, AtspiReference& reference) {
+    argument.beginStructure();
+    argument >> reference.service >> reference.path;
+    argument.endStructure();
+    return argument;
+}
+
+AtspiBus::~AtspiBus() {
+    close();
+}
+
+bool AtspiBus::isOpen() const {
+    return m_bus && m_bus->isConnected();
+}
+
+void AtspiBus::open() {
+    if (isOpen() || std::exchange(m_opening, true))
+        return;
+    const auto ask = QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s,
+                                                    u"GetAddress"_s);
+    auto* call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(ask), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+        m_opening = false;
+        call->deleteLater();
+        const QDBusPendingReply<QString> address = *call;
+        if (address.isValid())
+            connectTo(address.value());
+        else
+            debugLog(u"AtspiBus: no accessibility bus: "_s + address.error().name());
+    });
+}
+
+void AtspiBus::connectTo(const QString& address) {
+    close();
+    m_bus = QDBusConnection::connectToBus(address, connectionName);
+    if (!m_bus->isConnected()) {
+        debugLog(u"AtspiBus: cannot connect: "_s + m_bus->lastError().name());
+        return;
+    }
+    qDBusRegisterMetaType<AtspiReference>();
+    qDBusRegisterMetaType<QList<AtspiReference>>();
+    listen();
+}
+
+void AtspiBus::close() {
+    if (!m_bus)
+        return;
+    m_bus.reset();
+    m_focused.clear();
+    QDBusConnection::disconnectFromBus(connectionName);
+}
+
+void AtspiBus::listen() {
+    m_bus->connect(QString(), QString(), eventInterface, u"StateChanged"_s, {u"focused"_s}, QString(), this,
+                   SLOT(stateChanged(QDBusMessage)));
+    m_bus->connect(busItself, QString(), busItself, u"NameOwnerChanged"_s, this,
+                   SLOT(ownerChanged(QString, QString, QString)));
+
+    // Applications send events only when somebody has asked for them.
+    auto registration = QDBusMessage::createMethodCall(registry, registryPath, registry, u"RegisterEvent"_s);
+    registration << u"object:state-changed:focused"_s << QStringList() << QString();
+    m_bus->asyncCall(registration);
+}
+
+std::optional<QVariantList> AtspiBus::call(const AtspiReference& object, const QString& interface,
+                                           const QString& method, const QVariantList& arguments,
+                                           const TimeBudget& budget) const {
+    if (!isOpen() || object.isNull() || budget.isSpent())
+        return std::nullopt;
+    auto message = QDBusMessage::createMethodCall(object.service, object.path.path(), interface, method);
+    message.setArguments(arguments);
+    const QDBusMessage reply = m_bus->call(message, QDBus::Block, std::max(budget.left(), 1));
+    return reply.type() == QDBusMessage::ReplyMessage ? std::optional(reply.arguments()) : std::nullopt;
+}
+
+QVariant AtspiBus::property(const AtspiReference& object, const QString& interface, const QString& name,
+                            const TimeBudget& budget) const {
+    const auto reply =
+        call(object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {interface, name}, budget);
+    return reply ? reply->value(0).value<QDBusVariant>().variant() : QVariant();
+}
+
+std::optional<qint32> AtspiBus::processOf(const QString& service, const TimeBudget& budget) const {
+    const auto reply = call({busItself, QDBusObjectPath(u"/"_s)}, busItself, u"GetConnectionUnixProcessID"_s,
+                            {service}, budget);
+    return reply ? std::optional(reply->value(0).toInt()) : std::nullopt;
+}
+
+AtspiReference AtspiBus::desktop() {
+    return {registry, QDBusObjectPath(rootPath)};
+}
+
+AtspiReference AtspiBus::lastFocused(qint32 processId, const TimeBudget& budget) const {
+    for (auto entry = m_focused.cbegin(); entry != m_focused.cend(); ++entry) {
+        if (processOf(entry.key(), budget) == processId)
+            return {entry.key(), entry.value()};
+    }
+    return {};
+}
+
+void AtspiBus::rememberFocus(const AtspiReference& object) {
+    m_focused.insert(object.service, object.path);
+}
+
+void AtspiBus::stateChanged(const QDBusMessage& event) {
+    const bool focused = event.arguments().value(1).toInt() == 1;
+    if (focused)
+        rememberFocus({event.service(), QDBusObjectPath(event.path())});
+}
+
+void AtspiBus::ownerChanged(const QString& name, const QString& /*oldOwner*/, const QString& newOwner) {
+    if (newOwner.isEmpty())
+        m_focused.remove(name);
+}
+
+}  // namespace tralio

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDeadlineTimer>
+#include <QHash>
+#include <QObject>
+
+#include <optional>
+
+namespace tralio {
+
+/// An accessible object: the connection of its application on the accessibility bus, and its path there.
+struct AtspiReference {
+    QString service;
+    QDBusObjectPath path;
+
+    [[nodiscard]] bool isNull() const {
+        return service.isEmpty() || path.path().isEmpty() ||
+               path.path() == QLatin1String("/org/a11y/atspi/null");
+    }
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const AtspiReference& reference);
+const QDBusArgument& operator>>(const QDBusArgument& argument, AtspiReference& reference);
+
+/// The time that a row of questions to one application may take together.
+class TimeBudget {
+public:
+    explicit TimeBudget(qint64 milliseconds) : m_deadline(milliseconds, Qt::PreciseTimer) {}
+
+    [[nodiscard]] int left() const { return static_cast<int>(m_deadline.remainingTime()); }
+    [[nodiscard]] bool isSpent() const { return m_deadline.hasExpired(); }
+    [[nodiscard]] QDeadlineTimer deadline() const { return m_deadline; }
+
+private:
+    QDeadlineTimer m_deadline;
+};
+
+/// The accessibility bus, spoken to directly. The usual library for it makes blocking calls from inside its
+/// message dispatch, which never return in a process where the toolkit has made that dispatch thread-safe; and its
+/// calls know no common time limit.
+///
+/// Remembers which object of each application took the keyboard focus last, from the events that applications
+/// send when it moves, so that nothing need be searched when a hot key is pressed.
+class AtspiBus final : public QObject {
+    Q_OBJECT
+
+public:
+    AtspiBus() = default;
+    ~AtspiBus() override;
+
+    /// Asks the session where the accessibility bus is, and connects. Returns at once; does nothing when the bus is
+    /// connected already, and may be tried again when it could not be reached.
+    void open();
+    [[nodiscard]] bool isOpen() const;
+
+    /// Calls a method of an object and gives the values it returned; absent when it failed or the time is over.
+    [[nodiscard]] std::optional<QVariantList> call(const AtspiReference& object, const QString& interface,
+                                                   const QString& method, const QVariantList& arguments,
+                                                   const TimeBudget& budget) const;
+    [[nodiscard]] QVariant property(const AtspiReference& object, const QString& interface, const QString& name,
+                                    const TimeBudget& budget) const;
+
+    /// The process behind a connection. Answered by the bus itself: it may hang without harm.
+    [[nodiscard]] std::optional<qint32> processOf(const QString& service, const TimeBudget& budget) const;
+
+    /// The list of applications.
+    [[nodiscard]] static AtspiReference desktop();
+
+    /// The object of process `processId` that took the focus last; null when it is not known.
+    [[nodiscard]] AtspiReference lastFocused(qint32 processId, const TimeBudget& budget) const;
+    void rememberFocus(const AtspiReference& object);
+
+private Q_SLOTS:
+    void stateChanged(const QDBusMessage& event);
+    void ownerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
+
+private:
+    void connectTo(const QString& address);
+    void close();
+    void listen();
+
+    std::optional<QDBusConnection> m_bus;
+    QHash<QString, QDBusObjectPath> m_focused;  ///< by connection
+    bool m_opening = false;
+};
+
+}  // namespace tralio
+
+Q_DECLARE_METATYPE(tralio::AtspiReference)

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "hotkeys/accessibility.h"
+#include "platform/linux/atspi/atspi_bus.h"
+#include "platform/linux/primary_selection.h"
+
+namespace tralio {
+
+/// What the elements of one answer share.
+struct AtspiContext {
+    const AtspiBus& bus;
+    PrimarySelection& primary;
+    qint32 processId;
+    TimeBudget budget;
+};
+
+/// The roles that matter here, by their numbers in the protocol.
+enum class AtspiRole : uint {
+    invalid = 0,
+    checkMenuItem = 8,
+    menuBar = 34,
+    menuItem = 35,
+    passwordText = 40,
+    radioMenuItem = 45,
+    spinButton = 52,
+    tearoffMenuItem = 59,
+    terminal = 60,
+    text = 61,
+    autocomplete = 76,
+    entry = 79,
+};
+
+/// The states that matter here, by their bits in the protocol.
+enum class AtspiState { active = 1, focused = 12, showing = 25, managesDescendants = 31 };
+
+class AtspiStates {
+public:
+    explicit AtspiStates(quint64 bits) : m_bits(bits) {}
+    [[nodiscard]] bool contains(AtspiState state) const { return m_bits >> static_cast<int>(state) & 1U; }
+
+private:
+    quint64 m_bits;
+};
+
+[[nodiscard]] QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiContext& context);
+[[nodiscard]] AtspiRole roleOf(const AtspiReference& object, const AtspiContext& context);
+[[nodiscard]] AtspiStates statesOf(const AtspiReference& object, const AtspiContext& context);
+
+/// An element that an application tells of; or, with a null reference, the focused element of an application that
+/// tells of none: then only its PRIMARY selection is known.
+class AtspiElement final : public AccessibleElement {
+public:
+    AtspiElement(AtspiReference object, std::shared_ptr<const AtspiContext> context);
+
+    std::optional<QString> selectedText() override;
+    std::optional<QString> selectedDocumentText() override;
+    std::optional<QString> title() override;
+    std::optional<QString> commandCharacter() override;
+    std::vector<std::unique_ptr<AccessibleElement>> children() override;
+    bool press() override;
+
+private:
+    [[nodiscard]] std::optional<int> selectionCount() const;
+    [[nodiscard]] std::optional<QString> ownSelection() const;
+    [[nodiscard]] bool holdsWholeText() const;
+    [[nodiscard]] std::optional<QString> primaryText() const;
+
+    AtspiReference m_object;
+    std::shared_ptr<const AtspiContext> m_context;
+};
+
+/// A menu bar, or an item of it: only there for what hangs below.
+///
+/// Some toolkits put a menu's items right below the menu-bar item, others below a menu of its own; here they are
+/// always below a menu.
+class AtspiMenuBar final : public AccessibleElement {
+public:
+    enum class Level { bar, barItem };
+
+    AtspiMenuBar(AtspiReference object, std::shared_ptr<const AtspiContext> context, Level level = Level::bar);
+
+    std::optional<QString> selectedText() override { return std::nullopt; }
+    std::optional<QString> selectedDocumentText() override { return std::nullopt; }
+    std::optional<QString> title() override { return std::nullopt; }
+    std::optional<QString> commandCharacter() override { return std::nullopt; }
+    std::vector<std::unique_ptr<AccessibleElement>> children() override;
+    bool press() override { return false; }
+
+private:
+    AtspiReference m_object;
+    std::shared_ptr<const AtspiContext> m_context;
+    Level m_level;
+};
+
+}  // namespace tralio

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "hotkeys/accessibility.h"
+#include "hotkeys/hot_key_platform.h"
+#include "hotkeys/key_event_poster.h"
+#include "hotkeys/pasteboard.h"
+#include "hotkeys/permissions.h"
+#include "hotkeys/script_runner.h"
+#include "hotkeys/workspace.h"
+
+namespace tralio {
+
+/// The services of a session in which no program may reach into another: each answers, truthfully, that there is
+/// nothing to be had.
+struct UnavailableDesktop {
+    struct HotKeys final : HotKeyPlatform {
+        static constexpr HotKeyStatus notAvailable = -1;
+
+        EventHandlerRef installEventHandler(EventHandler handler) override;
+        Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override;
+        void unregisterHotKey(HotKeyRef ref) override;
+    } hotKeys;
+
+    struct NoWorkspace final : Workspace {
+        std::optional<RunningApplication> frontmostApplication() override { return std::nullopt; }
+        void openURL(const QUrl& url) override;
+    } workspace;
+
+    struct NoAccessibility final : Accessibility {
+        std::unique_ptr<AccessibleElement> focusedElement(qint32 processId) override;
+        std::unique_ptr<AccessibleElement> menuBar(qint32 processId) override;
+    } accessibility;
+
+    struct NoScripts final : ScriptRunner {
+        std::optional<QString> execute(const QString& source) override;
+        void launch(const QString& executable, const QStringList& arguments) override;
+    } scripts;
+
+    struct NoKeyEvents final : KeyEventPoster {
+        void post(const KeyEvent& event) override;
+        void postToProcess(qint32 processId, const KeyEvent& event) override;
+    } keyEvents;
+
+    struct NoPermissions final : Permissions {
+        bool isAccessibilityTrusted() const override { return false; }
+        bool requestAccessibilityTrust() override { return false; }
+        bool preflightScreenCaptureAccess() const override { return false; }
+        bool requestScreenCaptureAccess() override { return false; }
+    } permissions;
+};
+
+/// The clipboard as the toolkit gives it, for sessions where nothing closer to the window system is at hand.
+class ToolkitPasteboard final : public Pasteboard {
+public:
+    ToolkitPasteboard();
+
+    qint64 changeCount() override { return m_changeCount; }
+    std::optional<QString> string() override;
+    void setString(const QString& text) override;
+
+private:
+    QObject m_context;
+    qint64 m_changeCount = 0;
+};
+
+}  // namespace tralio

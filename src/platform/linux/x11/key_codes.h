@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <optional>
+
+namespace tralio {
+
+/// The X key code of the key at the physical position that a virtual key code names. Absent for keys that a
+/// PC keyboard does not have.
+[[nodiscard]] std::optional<quint8> x11KeyCode(quint32 virtualKeyCode);
+
+}  // namespace tralio

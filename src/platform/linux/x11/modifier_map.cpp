@@ -1,0 +1,74 @@
+#include "platform/linux/x11/modifier_map.h"
+
+#include <X11/keysym.h>
+#include <xcb/xcb_keysyms.h>
+
+#include <initializer_list>
+
+namespace tralio {
+namespace {
+
+using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)>;
+
+/// The modifier bits to which a key with one of `keysyms` is attached. A keysym may stand on no key or on
+/// several.
+quint16 bitsOf(xcb_key_symbols_t* symbols, const xcb_get_modifier_mapping_reply_t& mapping,
+               std::initializer_list<xcb_keysym_t> keysyms) {
+    const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(&mapping);
+    const int perModifier = mapping.keycodes_per_modifier;
+    quint16 bits = 0;
+    for (const xcb_keysym_t keysym : keysyms) {
+        const XcbPtr<xcb_keycode_t> keyCodes{xcb_key_symbols_get_keycode(symbols, keysym)};
+        for (const xcb_keycode_t* code = keyCodes.get(); code && *code != XCB_NO_SYMBOL; ++code) {
+            for (int i = 0; i < 8 * perModifier; ++i) {
+                if (codes[i] == *code)
+                    bits |= static_cast<quint16>(1U << (i / perModifier));
+            }
+        }
+    }
+    return bits;
+}
+
+}  // namespace
+
+ModifierMap::ModifierMap(const X11Connection& connection) {
+    const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb()), &xcb_key_symbols_free};
+    const XcbPtr<xcb_get_modifier_mapping_reply_t> mapping{xcb_get_modifier_mapping_reply(
+        connection.xcb(), xcb_get_modifier_mapping(connection.xcb()), nullptr)};
+    quint16 locks = XCB_MOD_MASK_LOCK;
+    if (symbols && mapping) {
+        m_super = bitsOf(symbols.get(), *mapping, {XK_Super_L, XK_Super_R});
+        m_alt = bitsOf(symbols.get(), *mapping, {XK_Alt_L, XK_Meta_L});
+        locks |= bitsOf(symbols.get(), *mapping, {XK_Num_Lock, XK_Scroll_Lock});
+    }
+    if (m_super == 0)
+        m_super = XCB_MOD_MASK_4;
+    if (m_alt == 0)
+        m_alt = XCB_MOD_MASK_1;
+    locks &= static_cast<quint16>(~significant());
+
+    for (unsigned bits = locks;; bits = (bits - 1) & locks) {
+        m_lockCombinations.push_back(static_cast<quint16>(bits));
+        if (bits == 0)
+            break;
+    }
+}
+
+quint16 ModifierMap::stateFor(quint32 hotKeyModifiers) const {
+    quint16 state = 0;
+    if (hotKeyModifiers & 256U)
+        state |= m_super;
+    if (hotKeyModifiers & 512U)
+        state |= XCB_MOD_MASK_SHIFT;
+    if (hotKeyModifiers & 2048U)
+        state |= m_alt;
+    if (hotKeyModifiers & 4096U)
+        state |= XCB_MOD_MASK_CONTROL;
+    return state;
+}
+
+quint16 ModifierMap::significant() const {
+    return static_cast<quint16>(m_super | m_alt | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL);
+}
+
+}  // namespace tralio

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <vector>
+
+#include "platform/linux/x11/x11_connection.h"
+
+namespace tralio {
+
+/// Which bits of a key event's state stand for which modifier, as the keyboard is mapped now.
+class ModifierMap {
+public:
+    explicit ModifierMap(const X11Connection& connection);
+
+    /// The state bits of a hot-key mask (Command 256, Shift 512, Option 2048, Control 4096). Command is Super
+    /// and Option is Alt.
+    [[nodiscard]] quint16 stateFor(quint32 hotKeyModifiers) const;
+
+    /// The bits that hot keys can be made of; the others, locks among them, do not tell them apart.
+    [[nodiscard]] quint16 significant() const;
+
+    /// Every combination of the locks (Caps, Num, Scroll) that can be on while a hot key is pressed.
+    [[nodiscard]] const std::vector<quint16>& lockCombinations() const { return m_lockCombinations; }
+
+private:
+    quint16 m_super = 0;
+    quint16 m_alt = 0;
+    std::vector<quint16> m_lockCombinations;
+};
+
+}  // namespace tralio

@@ -1,0 +1,111 @@
+#include "platform/linux/x11/selection_reader.h"
+
+namespace tralio {
+namespace {
+
+constexpr qsizetype maxBytes = 64 << 20;
+
+template <typename Event>
+const Event* eventAs(const xcb_generic_event_t& event, quint8 type) {
+    return (event.response_type & 0x7f) == type ? &reinterpret_cast<const Event&>(event) : nullptr;
+}
+
+/// One conversion: a window and a property of our own for as long as it lasts, so that the late answer to an
+/// earlier question is never taken for the answer to this one.
+class Conversion {
+public:
+    Conversion(X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline)
+        : m_connection(connection),
+          m_selection(selection),
+          m_deadline(deadline),
+          m_window(xcb_generate_id(connection.xcb())),
+          m_property(connection.atom("TRALIO_SELECTION")) {
+        const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_create_window(m_connection.xcb(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(), -10, -10, 1, 1,
+                          0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    }
+    Conversion(const Conversion&) = delete;
+    Conversion& operator=(const Conversion&) = delete;
+    ~Conversion() {
+        xcb_destroy_window(m_connection.xcb(), m_window);
+        xcb_flush(m_connection.xcb());
+    }
+
+    std::optional<QByteArray> convert(xcb_atom_t target) {
+        xcb_convert_selection(m_connection.xcb(), m_window, m_selection, target, m_property, XCB_CURRENT_TIME);
+        const auto answer = m_connection.waitFor(
+            [&](const xcb_generic_event_t& event) {
+                const auto* notify = eventAs<xcb_selection_notify_event_t>(event, XCB_SELECTION_NOTIFY);
+                return notify && notify->requestor == m_window;
+            },
+            m_deadline);
+        if (!answer ||
+            reinterpret_cast<const xcb_selection_notify_event_t&>(*answer).property == XCB_ATOM_NONE)
+            return std::nullopt;
+
+        const Piece first = takePiece();
+        return first.incremental ? collectPieces() : std::optional(first.bytes);
+    }
+
+private:
+    struct Piece {
+        bool incremental = false;
+        QByteArray bytes;
+    };
+
+    /// Reads and deletes the property; the deletion asks the owner for the next piece of a long text.
+    Piece takePiece() {
+        const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(
+            m_connection.xcb(),
+            xcb_get_property(m_connection.xcb(), 1, m_window, m_property, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                             maxBytes / 4),
+            nullptr)};
+        if (!reply)
+            return {};
+        return {reply->type == m_connection.atom("INCR"),
+                QByteArray(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                           xcb_get_property_value_length(reply.get()))};
+    }
+
+    std::optional<QByteArray> collectPieces() {
+        QByteArray all;
+        while (all.size() < maxBytes) {
+            const auto arrived = m_connection.waitFor(
+                [&](const xcb_generic_event_t& event) {
+                    const auto* notify = eventAs<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
+                    return notify && notify->window == m_window && notify->atom == m_property &&
+                           notify->state == XCB_PROPERTY_NEW_VALUE;
+                },
+                m_deadline);
+            if (!arrived)
+                return std::nullopt;
+            const Piece piece = takePiece();
+            if (piece.bytes.isEmpty())
+                return all;
+            all += piece.bytes;
+        }
+        return std::nullopt;
+    }
+
+    X11Connection& m_connection;
+    xcb_atom_t m_selection;
+    QDeadlineTimer m_deadline;
+    xcb_window_t m_window;
+    xcb_atom_t m_property;
+};
+
+}  // namespace
+
+std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t selection,
+                                         QDeadlineTimer deadline) {
+    Conversion conversion(connection, selection, deadline);
+    for (const char* target : {"UTF8_STRING", "text/plain;charset=utf-8"}) {
+        if (const auto bytes = conversion.convert(connection.atom(target)))
+            return QString::fromUtf8(*bytes);
+    }
+    if (const auto bytes = conversion.convert(XCB_ATOM_STRING))
+        return QString::fromLatin1(*bytes);
+    return std::nullopt;
+}
+
+}  // namespace tralio

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDeadlineTimer>
+#include <QHash>
+#include <QObject>
+
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace tralio {
+
+struct FreeMemory {
+    void operator()(void* memory) const { std::free(memory); }
+};
+
+/// What xcb hands out and the caller must free.
+template <typename T>
+using XcbPtr = std::unique_ptr<T, FreeMemory>;
+
+/// A connection of our own to the X server, beside the one of the toolkit: grabs, clipboard watching and
+/// synthetic input must not depend on what the toolkit does with its events.
+class X11Connection final : public QObject {
+public:
+    using EventHandler = std::function<void(const xcb_generic_event_t&)>;
+
+    /// Connects to $DISPLAY; null when there is no X server.
+    [[nodiscard]] static std::unique_ptr<X11Connection> open();
+    ~X11Connection() override;
+
+    [[nodiscard]] xcb_connection_t* xcb() const { return m_xcb; }
+    [[nodiscard]] xcb_window_t root() const { return m_root; }
+    /// A small window that is never shown, for what needs one: selections and time stamps.
+    [[nodiscard]] xcb_window_t window() const { return m_window; }
+    [[nodiscard]] xcb_atom_t atom(const QByteArray& name);
+
+    /// Every event of the connection goes to every handler, from the event loop.
+    void addEventHandler(EventHandler handler);
+    /// Hands out what has arrived without waiting for the event loop.
+    void dispatchPending();
+
+    /// Waits for an event that `wanted` accepts and returns it; other events keep their turn. Null when the
+    /// time is over.
+    [[nodiscard]] XcbPtr<xcb_generic_event_t> waitFor(
+        const std::function<bool(const xcb_generic_event_t&)>& wanted, QDeadlineTimer deadline);
+
+    /// The whole value of a property; empty when absent.
+    [[nodiscard]] QByteArray property(xcb_window_t window, xcb_atom_t name);
+    [[nodiscard]] std::optional<quint32> cardinal(xcb_window_t window, xcb_atom_t name);
+
+    /// The process that made a window, as the server knows it from the connection (so that sandboxes cannot
+    /// lie), or as the window says where the server does not.
+    [[nodiscard]] std::optional<qint32> processOf(xcb_window_t window);
+
+    /// Waits until the server has dealt with everything asked so far.
+    void sync();
+    /// The server's present time, for requests that must not look old.
+    [[nodiscard]] xcb_timestamp_t serverTime();
+
+private:
+    explicit X11Connection(xcb_connection_t* connection, int screen);
+
+    void receive(XcbPtr<xcb_generic_event_t> event);
+
+    xcb_connection_t* m_xcb;
+    xcb_window_t m_root = XCB_NONE;
+    xcb_window_t m_window = XCB_NONE;
+    bool m_knowsClientIds = false;
+    QHash<QByteArray, xcb_atom_t> m_atoms;
+    std::deque<XcbPtr<xcb_generic_event_t>> m_waiting;
+    std::vector<EventHandler> m_handlers;
+};
+
+}  // namespace tralio

@@ -1,0 +1,134 @@
+#include "platform/linux/x11/x11_hot_keys.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/x11/key_codes.h"
+
+namespace tralio {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr quint32 commandOptionControl = 256 | 2048 | 4096;
+
+/// Virtual key codes from here on are function and navigation keys, which may stand alone.
+constexpr quint32 firstNonTypingKey = 96;
+
+}  // namespace
+
+X11HotKeys::X11HotKeys(X11Connection& connection) : m_connection(connection), m_modifiers(connection) {
+    m_connection.addEventHandler([this](const xcb_generic_event_t& event) { handle(event); });
+    m_releaseWatch.setInterval(20ms);
+    QObject::connect(&m_releaseWatch, &QTimer::timeout, &m_releaseWatch, [this] { watchForRelease(); });
+}
+
+EventHandlerRef X11HotKeys::installEventHandler(EventHandler handler) {
+    m_handlers.push_back(std::move(handler));
+    return EventHandlerRef{m_handlers.size()};
+}
+
+HotKeyPlatform::Registration X11HotKeys::registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) {
+    const auto xKeyCode = x11KeyCode(keyCode);
+    if (!xKeyCode || (!(modifiers & commandOptionControl) && keyCode < firstNonTypingKey))
+        return {hotKeyInvalid, std::nullopt};
+
+    const HotKey hotKey{HotKeyRef{++m_lastRef}, id, *xKeyCode, modifiers};
+    const bool ours = std::any_of(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& other) {
+        return other.keyCode == hotKey.keyCode && other.modifiers == hotKey.modifiers;
+    });
+    if (ours)
+        return {hotKeyExists, std::nullopt};
+    if (const HotKeyStatus status = grab(hotKey); status != 0)
+        return {status, std::nullopt};
+    m_hotKeys.push_back(hotKey);
+    return {0, hotKey.ref};
+}
+
+void X11HotKeys::unregisterHotKey(HotKeyRef ref) {
+    const auto found = std::find_if(m_hotKeys.begin(), m_hotKeys.end(),
+                                    [&](const HotKey& hotKey) { return hotKey.ref == ref; });
+    if (found == m_hotKeys.end())
+        return;
+    ungrab(*found);
+    m_hotKeys.erase(found);
+}
+
+HotKeyStatus X11HotKeys::grab(const HotKey& hotKey) {
+    const quint16 state = m_modifiers.stateFor(hotKey.modifiers);
+    std::vector<xcb_void_cookie_t> requests;
+    for (const quint16 locks : m_modifiers.lockCombinations()) {
+        requests.push_back(xcb_grab_key_checked(m_connection.xcb(), 1, m_connection.root(), state | locks,
+                                                hotKey.keyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    }
+    bool refused = false;
+    for (const xcb_void_cookie_t request : requests)
+        refused |= XcbPtr<xcb_generic_error_t>{xcb_request_check(m_connection.xcb(), request)} != nullptr;
+    if (refused)
+        ungrab(hotKey);  // another program owns it in some state of the locks: half a hot key is none
+    return refused ? hotKeyExists : 0;
+}
+
+void X11HotKeys::ungrab(const HotKey& hotKey) {
+    const quint16 state = m_modifiers.stateFor(hotKey.modifiers);
+    for (const quint16 locks : m_modifiers.lockCombinations())
+        xcb_ungrab_key(m_connection.xcb(), hotKey.keyCode, m_connection.root(), state | locks);
+    xcb_flush(m_connection.xcb());
+}
+
+void X11HotKeys::handle(const xcb_generic_event_t& event) {
+    switch (event.response_type & 0x7f) {
+        case XCB_KEY_PRESS:
+            press(reinterpret_cast<const xcb_key_press_event_t&>(event));
+            break;
+        case XCB_MAPPING_NOTIFY:
+            if (reinterpret_cast<const xcb_mapping_notify_event_t&>(event).request != XCB_MAPPING_POINTER)
+                remapKeyboard();
+            break;
+        default:
+            break;
+    }
+}
+
+void X11HotKeys::press(const xcb_key_press_event_t& event) {
+    xcb_ungrab_keyboard(m_connection.xcb(), event.time);
+    xcb_flush(m_connection.xcb());
+
+    if (m_heldKey == event.detail)
+        return;
+    const auto pressed = std::find_if(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) {
+        return hotKey.keyCode == event.detail &&
+               m_modifiers.stateFor(hotKey.modifiers) == (event.state & m_modifiers.significant());
+    });
+    if (pressed == m_hotKeys.end())
+        return;
+
+    // With the keyboard let go, the release goes to the application in front and repeats look like presses.
+    m_heldKey = event.detail;
+    m_releaseWatch.start();
+
+    const HotKeyID id = pressed->id;
+    for (const EventHandler& handler : m_handlers)
+        handler(id);
+}
+
+void X11HotKeys::watchForRelease() {
+    const XcbPtr<xcb_query_keymap_reply_t> keymap{
+        xcb_query_keymap_reply(m_connection.xcb(), xcb_query_keymap(m_connection.xcb()), nullptr)};
+    const bool down = keymap && m_heldKey && (keymap->keys[*m_heldKey / 8] >> (*m_heldKey % 8) & 1) != 0;
+    if (down)
+        return;
+    m_heldKey.reset();
+    m_releaseWatch.stop();
+}
+
+void X11HotKeys::remapKeyboard() {
+    const ModifierMap modifiers(m_connection);
+    for (const HotKey& hotKey : m_hotKeys)
+        ungrab(hotKey);
+    m_modifiers = modifiers;
+    for (const HotKey& hotKey : m_hotKeys)
+        grab(hotKey);
+}
+
+}  // namespace tralio

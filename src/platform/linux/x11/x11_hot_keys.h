@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QTimer>
+
+#include <vector>
+
+#include "hotkeys/hot_key_platform.h"
+#include "platform/linux/x11/modifier_map.h"
+#include "platform/linux/x11/x11_connection.h"
+
+namespace tralio {
+
+/// Hot keys as passive key grabs on the root window, taken for every state of the locks and taken anew when
+/// the keyboard is mapped otherwise.
+///
+/// A grab that fired holds the whole keyboard, so it is let go as soon as the press has been read: otherwise
+/// synthetic keys would come back to us instead of reaching the application in front.
+class X11HotKeys final : public HotKeyPlatform {
+public:
+    /// The combination belongs to another program, or to another hot key of this one.
+    static constexpr HotKeyStatus hotKeyExists = -9878;
+    /// No such key on this keyboard, or one that people type with: without Control, Option or Command it would
+    /// be lost to every other program.
+    static constexpr HotKeyStatus hotKeyInvalid = -9879;
+
+    explicit X11HotKeys(X11Connection& connection);
+
+    EventHandlerRef installEventHandler(EventHandler handler) override;
+    Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override;
+    void unregisterHotKey(HotKeyRef ref) override;
+
+private:
+    struct HotKey {
+        HotKeyRef ref{};
+        HotKeyID id;
+        quint8 keyCode = 0;     ///< X key code
+        quint32 modifiers = 0;  ///< hot-key mask
+    };
+
+    void handle(const xcb_generic_event_t& event);
+    void press(const xcb_key_press_event_t& event);
+    void watchForRelease();
+    void remapKeyboard();
+    HotKeyStatus grab(const HotKey& hotKey);
+    void ungrab(const HotKey& hotKey);
+
+    X11Connection& m_connection;
+    ModifierMap m_modifiers;
+    std::vector<HotKey> m_hotKeys;
+    std::vector<EventHandler> m_handlers;
+    quint64 m_lastRef = 0;
+    std::optional<quint8> m_heldKey;  ///< pressed and not yet seen released: its repeats are no presses
+    QTimer m_releaseWatch;
+};
+
+}  // namespace tralio

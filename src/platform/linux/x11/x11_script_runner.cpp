@@ -1,0 +1,30 @@
+#include "platform/linux/x11/x11_script_runner.h"
+
+#include <QProcess>
+
+#include "hotkeys/workspace.h"
+#include "platform/linux/primary_selection.h"
+
+namespace tralio {
+namespace {
+
+constexpr int readLimit = 150;  // milliseconds
+
+}  // namespace
+
+X11ScriptRunner::X11ScriptRunner(Workspace& workspace, PrimarySelection& primary)
+    : m_workspace(workspace), m_primary(primary) {}
+
+std::optional<QString> X11ScriptRunner::execute(const QString& /*source*/) {
+    const auto front = m_workspace.frontmostApplication();
+    return front ? m_primary.textOf(front->processId, QDeadlineTimer(readLimit)) : std::nullopt;
+}
+
+void X11ScriptRunner::launch(const QString& executable, const QStringList& arguments) {
+    auto* process = new QProcess;
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    QObject::connect(process, &QProcess::errorOccurred, process, &QObject::deleteLater);
+    process->start(executable, arguments);
+}
+
+}  // namespace tralio

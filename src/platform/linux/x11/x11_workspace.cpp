@@ -1,0 +1,78 @@
+#include "platform/linux/x11/x11_workspace.h"
+
+#include <QDir>
+#include <QSettings>
+
+#include "platform/linux/session/desktop_settings.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The window with the keyboard focus, or the one around it that bears the application's name.
+xcb_window_t focusedTopLevel(X11Connection& connection) {
+    const XcbPtr<xcb_get_input_focus_reply_t> focus{
+        xcb_get_input_focus_reply(connection.xcb(), xcb_get_input_focus(connection.xcb()), nullptr)};
+    if (!focus || focus->focus <= XCB_INPUT_FOCUS_POINTER_ROOT || focus->focus == connection.root())
+        return XCB_NONE;
+    xcb_window_t window = focus->focus;
+    while (connection.property(window, XCB_ATOM_WM_CLASS).isEmpty()) {
+        const XcbPtr<xcb_query_tree_reply_t> tree{
+            xcb_query_tree_reply(connection.xcb(), xcb_query_tree(connection.xcb(), window), nullptr)};
+        if (!tree || tree->parent == connection.root() || tree->parent == XCB_NONE)
+            break;
+        window = tree->parent;
+    }
+    return window;
+}
+
+}  // namespace
+
+X11Workspace::X11Workspace(X11Connection& connection) : m_connection(connection) {}
+
+xcb_window_t X11Workspace::activeWindow(X11Connection& connection) {
+    const auto active = connection.cardinal(connection.root(), connection.atom("_NET_ACTIVE_WINDOW"));
+    // A window manager that says "none" is to be believed; only its silence is not an answer.
+    return active ? static_cast<xcb_window_t>(*active) : focusedTopLevel(connection);
+}
+
+QString X11Workspace::windowClass(X11Connection& connection, xcb_window_t window) {
+    // The second of two texts; the first is the instance.
+    return QString::fromUtf8(connection.property(window, XCB_ATOM_WM_CLASS).split('\0').value(1));
+}
+
+std::optional<RunningApplication> X11Workspace::frontmostApplication() {
+    const xcb_window_t window = activeWindow(m_connection);
+    if (window == XCB_NONE)
+        return std::nullopt;
+    const auto process = m_connection.processOf(window);
+    if (!process)
+        return std::nullopt;
+    const QString name = windowClass(m_connection, window);
+    RunningApplication application{*process, std::nullopt, std::nullopt};
+    if (!name.isEmpty())
+        application.localizedName = name;
+    if (const QString id = bundleIdentifier(window, *process); !id.isEmpty())
+        application.bundleIdentifier = id;
+    return application;
+}
+
+QString X11Workspace::bundleIdentifier(xcb_window_t window, qint32 processId) {
+    const QDir sandbox(u"/proc/%1/root"_s.arg(processId));
+    const QSettings flatpak(sandbox.filePath(u".flatpak-info"_s), QSettings::IniFormat);
+    if (const QString id = flatpak.value("Application/name").toString(); !id.isEmpty())
+        return id;
+    for (const char* property : {"_GTK_APPLICATION_ID", "_KDE_NET_WM_DESKTOP_FILE"}) {
+        const QString id = QString::fromUtf8(m_connection.property(window, m_connection.atom(property)));
+        if (!id.isEmpty())
+            return id;
+    }
+    return windowClass(m_connection, window);
+}
+
+void X11Workspace::openURL(const QUrl& url) {
+    openDesktopURL(url);
+}
+
+}  // namespace tralio

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QString>
+
+#include "common/observable_object.h"
+#include "engine/endpoint_settings.h"
+#include "engine/translation_tone.h"
+#include "state/persisted.h"
+
+namespace tralio {
+
+class HotKeyRegistrar;
+struct ProviderPreset;
+
+/// The user's settings: loaded once, when constructed, and written through at every assignment.
+///
+/// An ordinary object of whoever needs settings: a change is seen by another instance only when that one is
+/// constructed anew. Values are neither trimmed nor checked here, but where they are used. Used from the main
+/// thread; work on other threads takes `endpointSettings()` along.
+class AppSettings final : public ObservableObject {
+    Q_OBJECT
+
+    KeyValueStore& m_store;
+    HotKeyRegistrar& m_hotKeys;
+
+public:
+    static const QString defaultBaseURL;
+    static const QString defaultModel;
+    static const QString defaultApiKey;
+    static const QString defaultPrompt;
+    static const QString defaultPresetId;
+    static constexpr quint32 defaultHotKeyKeyCode = 2;      ///< the D key
+    static constexpr quint32 defaultHotKeyModifiers = 768;  ///< command 256 and shift 512
+    static const QString defaultHotKeyDisplay;
+    static constexpr quint32 defaultOcrHotKeyKeyCode = 1;  ///< the S key
+    static constexpr quint32 defaultOcrHotKeyModifiers = 768;
+    static const QString defaultOcrHotKeyDisplay;
+
+    /// Neither the store nor the registrar is owned; both must outlive the settings.
+    AppSettings(KeyValueStore& store, HotKeyRegistrar& hotKeys, QObject* parent = nullptr);
+
+    // clang-format off
+    Persisted<QString>         baseURL           {*this, m_store, u"app_setting_base_url",             defaultBaseURL};
+    Persisted<QString>         apiKey            {*this, m_store, u"app_setting_api_key",              defaultApiKey};
+    Persisted<QString>         model             {*this, m_store, u"app_setting_model",                defaultModel};
+    Persisted<QString>         customPrompt      {*this, m_store, u"app_setting_custom_prompt",        defaultPrompt};
+    Persisted<TranslationTone> tone              {*this, m_store, u"app_setting_tone",                 TranslationTone::natural};
+    Persisted<bool>            autoPaste         {*this, m_store, u"app_setting_auto_paste",           true};
+    Persisted<QString>         selectedPresetId  {*this, m_store, u"app_setting_preset_id",            defaultPresetId};
+    // The hot keys as they were registered, each with the text that shows it to the user. Assigning here does not
+    // register anything; `updateCustomHotKey` and `updateCustomOCRHotKey` do.
+    Persisted<quint32>         hotKeyKeyCode     {*this, m_store, u"app_setting_hotkey_keycode",       defaultHotKeyKeyCode};
+    Persisted<quint32>         hotKeyModifiers   {*this, m_store, u"app_setting_hotkey_modifiers",     defaultHotKeyModifiers};
+    Persisted<QString>         hotKeyDisplay     {*this, m_store, u"app_setting_hotkey_display",       defaultHotKeyDisplay};
+    Persisted<quint32>         ocrHotKeyKeyCode  {*this, m_store, u"app_setting_ocr_hotkey_keycode",   defaultOcrHotKeyKeyCode};
+    Persisted<quint32>         ocrHotKeyModifiers{*this, m_store, u"app_setting_ocr_hotkey_modifiers", defaultOcrHotKeyModifiers};
+    Persisted<QString>         ocrHotKeyDisplay  {*this, m_store, u"app_setting_ocr_hotkey_display",   defaultOcrHotKeyDisplay};
+    // clang-format on
+
+    /// Selects the preset and takes over its endpoint and model; the maker's own presets bring the built-in
+    /// key along, for the others the user types one. The custom preset leaves all that as it is.
+    void applyPreset(const ProviderPreset& preset);
+
+    /// Everything back to its default except `autoPaste`; both hot keys are registered anew.
+    void resetToDefaults();
+
+    /// Remembers a hot key and registers it. Virtual key code and modifier mask are as `HotKeyService`
+    /// explains them.
+    void updateCustomHotKey(quint32 keyCode, quint32 modifiers, const QString& display);
+    void updateCustomOCRHotKey(quint32 keyCode, quint32 modifiers, const QString& display);
+
+    /// What the translation client needs, as a value that may go to another thread.
+    [[nodiscard]] EndpointSettings endpointSettings() const;
+
+private:
+    void load();
+    void loadText(Persisted<QString>& property);
+    void loadHotKey(Persisted<quint32>& keyCode, Persisted<quint32>& modifiers, Persisted<QString>& display,
+                    QStringView legacyDisplay);
+};
+
+}  // namespace tralio

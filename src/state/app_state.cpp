@@ -1,0 +1,33 @@
+#include "state/app_state.h"
+
+#include "common/debug_log.h"
+#include "common/excerpt.h"
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+
+void AppState::requestTranslation(const QString& text) {
+    const QString trimmed = text.trimmed();
+    debugLog(u"AppState.requestTranslation: requested with text '"_s + excerpt(trimmed) + u"'"_s);
+    if (trimmed.isEmpty())
+        return;
+    pendingTextToTranslate = trimmed;
+    translateTriggerId = QUuid::createUuid();
+}
+
+void AppState::notifyPopoverOpened() {
+    openPopoverSignal = QUuid::createUuid();
+}
+
+void AppState::showPopover() {
+    if (onShowPopover)
+        onShowPopover();
+}
+
+void AppState::hidePopover() {
+    if (onHidePopover)
+        onHidePopover();
+}
+
+}  // namespace tralio

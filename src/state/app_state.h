@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QString>
+#include <QUuid>
+
+#include <functional>
+#include <optional>
+
+#include "common/observable_object.h"
+
+namespace tralio {
+
+/// Through which the shell (tray item, hot keys, clipboard check) and the panels in the popover signal each
+/// other without knowing each other. Nothing in it outlives the process. Used from the main thread.
+class AppState final : public ObservableObject {
+    Q_OBJECT
+
+public:
+    using ObservableObject::ObservableObject;
+
+    /// The one instance of the process, made on first use. Defined in app/, where the program is wired.
+    [[nodiscard]] static AppState& shared();
+
+    /// Text that waits for the translate panel, which empties this when it takes the text over.
+    Observable<QString> pendingTextToTranslate{*this};
+    /// Fresh for every accepted request, so that asking for the same text again is a change too.
+    Observable<std::optional<QUuid>> translateTriggerId{*this};
+    /// Fresh each time the popover opens.
+    Observable<QUuid> openPopoverSignal{*this, QUuid::createUuid()};
+    Observable<bool> showOnboarding{*this, false};
+
+    /// The change count of the clipboard that the shell last dealt with, so that no content is translated
+    /// twice; -1 before the first. Not observable.
+    qint64 lastHandledChangeCount = -1;
+
+    // Installed by the shell at launch.
+    std::function<void()> onHidePopover;
+    std::function<void()> onShowPopover;
+
+    /// Asks the translate panel to translate `text`, trimmed; blank text is dropped. The text is in its place
+    /// before the trigger changes. Does not open the popover.
+    void requestTranslation(const QString& text);
+    void notifyPopoverOpened();
+
+    // Nothing happens before the shell has installed the actions.
+    void showPopover();
+    void hidePopover();
+};
+
+}  // namespace tralio

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <variant>
+
+namespace tralio {
+
+using StoredValue = std::variant<QString, bool, qint64, QByteArray>;
+
+/// The user's persistent values by key. Reports no errors: what cannot be read is absent, and what cannot be
+/// written is kept for as long as the program runs. Used from the main thread.
+class KeyValueStore {
+public:
+    KeyValueStore() = default;
+    KeyValueStore(const KeyValueStore&) = delete;
+    KeyValueStore& operator=(const KeyValueStore&) = delete;
+    virtual ~KeyValueStore() = default;
+
+    [[nodiscard]] virtual std::optional<StoredValue> value(const QString& key) const = 0;
+    virtual void setValue(const QString& key, StoredValue value) = 0;
+
+    /// The readings of a value as one type. A value of another type reads as absent, except that booleans and
+    /// integers read as each other.
+    [[nodiscard]] std::optional<QString> text(const QString& key) const;
+    [[nodiscard]] std::optional<bool> boolean(const QString& key) const;
+    [[nodiscard]] std::optional<qint64> integer(const QString& key) const;
+    [[nodiscard]] std::optional<QByteArray> data(const QString& key) const;
+};
+
+}  // namespace tralio

@@ -1,0 +1,219 @@
+#include "state/sqlite_database.h"
+
+#include <QFile>
+#include <QStringDecoder>
+#include <QUrl>
+
+#include <array>
+#include <sqlite3.h>
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int primaryCodeMask = 0xff;
+
+/// The words in the column `type`, in the order of the alternatives of `StoredValue`.
+constexpr std::array<QByteArrayView, std::variant_size_v<StoredValue>> typeNames = {"text", "boolean",
+                                                                                    "integer", "binary"};
+
+/// Unlike QString::fromUtf8, which takes a byte order mark away even if it was part of the text.
+QString textOf(const QByteArray& utf8) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder.decode(utf8);
+}
+
+void throwUnless(int wanted, int code) {
+    if (code != wanted)
+        throw SqliteError(code);
+}
+
+/// One use of a prepared statement: afterwards it holds neither a lock nor a reference to what was bound.
+class Execution final {
+public:
+    explicit Execution(sqlite3_stmt* statement) : m_statement(statement) {}
+    Execution(const Execution&) = delete;
+    Execution& operator=(const Execution&) = delete;
+    ~Execution() {
+        sqlite3_reset(m_statement);
+        sqlite3_clear_bindings(m_statement);
+    }
+
+    // What is bound must live as long as this object.
+    void bindText(int index, QByteArrayView utf8) {
+        throwUnless(SQLITE_OK, sqlite3_bind_text64(m_statement, index, utf8.data(), quint64(utf8.size()),
+                                                   SQLITE_STATIC, SQLITE_UTF8));
+    }
+    void bindBinary(int index, const QByteArray& bytes) {
+        throwUnless(SQLITE_OK, sqlite3_bind_blob64(m_statement, index, bytes.constData(),
+                                                   quint64(bytes.size()), SQLITE_STATIC));
+    }
+    void bindInteger(int index, qint64 number) {
+        throwUnless(SQLITE_OK, sqlite3_bind_int64(m_statement, index, number));
+    }
+
+    /// Whether there is a row to read.
+    [[nodiscard]] bool step() {
+        const int code = sqlite3_step(m_statement);
+        if (code != SQLITE_ROW)
+            throwUnless(SQLITE_DONE, code);
+        return code == SQLITE_ROW;
+    }
+
+    [[nodiscard]] QByteArray column(int index) {
+        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(m_statement, index));
+        return {bytes, sqlite3_column_bytes(m_statement, index)};
+    }
+    [[nodiscard]] qint64 integerColumn(int index) { return sqlite3_column_int64(m_statement, index); }
+
+private:
+    sqlite3_stmt* m_statement;
+};
+
+}  // namespace
+
+bool SqliteError::isDamage() const {
+    switch (m_code & primaryCodeMask) {
+        case SQLITE_CORRUPT:
+        case SQLITE_NOTADB:
+        case SQLITE_ERROR:  // our few statements can only fail so on tables that are not ours
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool SqliteError::isAccess() const {
+    const int code = m_code & primaryCodeMask;
+    return code == SQLITE_CANTOPEN || code == SQLITE_READONLY;
+}
+
+QString SqliteError::description() const {
+    return u"%1 (%2)"_s.arg(QString::fromUtf8(sqlite3_errstr(m_code))).arg(m_code);
+}
+
+void SqliteDatabase::Closer::operator()(sqlite3* database) const {
+    sqlite3_close(database);
+}
+
+void SqliteDatabase::Closer::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+std::unique_ptr<SqliteDatabase> SqliteDatabase::open(const QString& path,
+                                                     std::chrono::milliseconds patience) {
+    const auto construct = [&](const QByteArray& name, int flags) {
+        return std::unique_ptr<SqliteDatabase>(new SqliteDatabase(name, flags, patience));
+    };
+    try {
+        return construct(QFile::encodeName(path), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    } catch (const SqliteError& error) {
+        if (!error.isAccess() || !QFile::exists(path))
+            throw;
+        // On a read-only disk the side files cannot be created. Without them the file can still be read as
+        // one that nobody changes; but what is wrong with it then is no proof of damage.
+        try {
+            return construct(QUrl::fromLocalFile(path).toEncoded() + "?immutable=1",
+                             SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+        } catch (const SqliteError&) {
+        }
+        throw;
+    }
+}
+
+SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::milliseconds patience) {
+    sqlite3* handle = nullptr;
+    const int code = sqlite3_open_v2(name.constData(), &handle,
+                                     flags | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX, nullptr);
+    m_handle.reset(handle);
+    check(code);
+    setPatience(patience);
+
+    const auto execute = [this](const char* sql) {
+        return sqlite3_exec(m_handle.get(), sql, nullptr, nullptr, nullptr);
+    };
+    check(execute("PRAGMA cache_size = -64"));  // in KiB: nobody reads the same value twice
+    quickCheck();
+    // Not every file system offers a write-ahead log. Without one writing is slower, but as safe.
+    execute("PRAGMA journal_mode = WAL");
+    execute("PRAGMA synchronous = NORMAL");
+    execute("PRAGMA journal_size_limit = 1048576");
+    check(
+        execute("CREATE TABLE IF NOT EXISTS entries (key TEXT NOT NULL PRIMARY KEY, type TEXT NOT NULL, "
+                "value NOT NULL)"));
+    m_select = prepare("SELECT type, value FROM entries WHERE key = ?1");
+    m_upsert = prepare(
+        "INSERT INTO entries (key, type, value) VALUES (?1, ?2, ?3) "
+        "ON CONFLICT (key) DO UPDATE SET type = ?2, value = ?3");
+}
+
+std::optional<StoredValue> SqliteDatabase::read(const QString& key) {
+    const QByteArray name = key.toUtf8();
+    Execution select(m_select.get());
+    select.bindText(1, name);
+    if (!select.step())
+        return std::nullopt;
+    const QByteArray type = select.column(0);
+    if (type == "text")
+        return textOf(select.column(1));
+    if (type == "boolean")
+        return select.integerColumn(1) != 0;
+    if (type == "integer")
+        return select.integerColumn(1);
+    if (type == "binary")
+        return select.column(1);
+    return std::nullopt;
+}
+
+void SqliteDatabase::write(const QString& key, const StoredValue& value) {
+    const QByteArray name = key.toUtf8();
+    const auto* text = std::get_if<QString>(&value);
+    const QByteArray utf8 = text ? text->toUtf8() : QByteArray();
+
+    Execution upsert(m_upsert.get());
+    upsert.bindText(1, name);
+    upsert.bindText(2, typeNames.at(value.index()));
+    if (text)
+        upsert.bindText(3, utf8);
+    else if (const auto* bytes = std::get_if<QByteArray>(&value))
+        upsert.bindBinary(3, *bytes);
+    else if (const auto* number = std::get_if<qint64>(&value))
+        upsert.bindInteger(3, *number);
+    else
+        upsert.bindInteger(3, std::get<bool>(value) ? 1 : 0);
+    static_cast<void>(upsert.step());
+}
+
+bool SqliteDatabase::takesWrites() const {
+    return sqlite3_db_readonly(m_handle.get(), "main") == 0 && !hasMoved();
+}
+
+void SqliteDatabase::setPatience(std::chrono::milliseconds patience) {
+    sqlite3_busy_timeout(m_handle.get(), static_cast<int>(patience.count()));
+}
+
+SqliteDatabase::Statement SqliteDatabase::prepare(const char* sql) const {
+    sqlite3_stmt* statement = nullptr;
+    check(sqlite3_prepare_v3(m_handle.get(), sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr));
+    return Statement(statement);
+}
+
+void SqliteDatabase::check(int code) const {
+    throwUnless(SQLITE_OK, code);
+}
+
+void SqliteDatabase::quickCheck() const {
+    const Statement statement = prepare("PRAGMA quick_check(1)");
+    Execution check(statement.get());
+    if (!check.step() || check.column(0) != "ok")
+        throw SqliteError(SQLITE_CORRUPT);
+}
+
+bool SqliteDatabase::hasMoved() const {
+    int moved = 0;
+    sqlite3_file_control(m_handle.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    return moved != 0;
+}
+
+}  // namespace tralio

@@ -1,0 +1,121 @@
+#include "state/sqlite_key_value_store.h"
+
+#include <QStandardPaths>
+
+#include <chrono>
+#include <utility>
+#include <vector>
+
+#include "common/debug_log.h"
+#include "state/sqlite_database.h"
+#include "state/store_file.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// Who locks the file for longer than this is not waited for again until a write succeeds: settings are
+/// written at every key press.
+std::chrono::milliseconds patience(bool failing) {
+    return failing ? 0ms : 200ms;
+}
+
+}  // namespace
+
+QString defaultStorePath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tralio/tralio.sqlite"_s;
+}
+
+SqliteKeyValueStore::SqliteKeyValueStore(QString path) : m_path(std::move(path)) {
+    try {
+        open();
+    } catch (const SqliteError& error) {
+        fail(u"open", error);
+    }
+}
+
+SqliteKeyValueStore::~SqliteKeyValueStore() {
+    writeAllUnsaved();
+}
+
+std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const {
+    if (const auto unsaved = m_unsaved.find(key); unsaved != m_unsaved.end())
+        return unsaved->second;
+    if (!m_database)
+        return std::nullopt;
+    try {
+        auto value = m_database->read(key);
+        m_readFailing = false;
+        return value;
+    } catch (const SqliteError& error) {
+        if (!std::exchange(m_readFailing, true))
+            debugLog(u"SqliteKeyValueStore.value: cannot read: "_s + error.description());
+        return std::nullopt;
+    }
+}
+
+void SqliteKeyValueStore::setValue(const QString& key, StoredValue value) {
+    m_unsaved.insert_or_assign(key, std::move(value));
+    // This value before those kept from earlier: one that is too large for a full disk must not hold it up.
+    if (writeUnsaved(key))
+        writeAllUnsaved();
+    if (m_unsaved.empty() && std::exchange(m_failing, false))
+        debugLog(u"SqliteKeyValueStore.setValue: all values are written again"_s);
+}
+
+void SqliteKeyValueStore::open() {
+    // Nothing may have the file open when it is renamed.
+    m_database.reset();
+    store_file::createPrivately(m_path);
+    try {
+        m_database = SqliteDatabase::open(m_path, patience(m_failing));
+    } catch (const SqliteError& error) {
+        const auto aside = error.isDamage() ? store_file::setAside(m_path) : std::nullopt;
+        if (!aside)
+            throw;
+        debugLog(u"SqliteKeyValueStore.open: the store is damaged and was set aside as %1: %2"_s.arg(
+            *aside, error.description()));
+        store_file::createPrivately(m_path);
+        m_database = SqliteDatabase::open(m_path, patience(m_failing));
+    }
+}
+
+bool SqliteKeyValueStore::writeUnsaved(const QString& key) {
+    const StoredValue& value = m_unsaved.at(key);
+    try {
+        if (!m_database || !m_database->takesWrites())
+            open();
+        m_database->setPatience(patience(m_failing));
+        try {
+            m_database->write(key, value);
+        } catch (const SqliteError& error) {
+            if (!error.isDamage())
+                throw;
+            open();  // finds the damage and begins a new file
+            m_database->write(key, value);
+        }
+    } catch (const SqliteError& error) {
+        fail(u"setValue", error);
+        return false;
+    }
+    m_unsaved.erase(key);
+    return true;
+}
+
+void SqliteKeyValueStore::writeAllUnsaved() {
+    std::vector<QString> keys;
+    for (const auto& [key, value] : m_unsaved)
+        keys.push_back(key);
+    for (const QString& key : keys)
+        static_cast<void>(writeUnsaved(key));
+}
+
+void SqliteKeyValueStore::fail(QStringView operation, const SqliteError& error) {
+    if (!std::exchange(m_failing, true))
+        debugLog(
+            u"SqliteKeyValueStore.%1: values are kept in memory: %2"_s.arg(operation, error.description()));
+}
+
+}  // namespace tralio

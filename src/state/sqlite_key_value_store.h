@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QString>
+
+#include <map>
+#include <memory>
+
+#include "state/key_value_store.h"
+
+namespace tralio {
+
+class SqliteDatabase;
+class SqliteError;
+
+/// Where the user's values are kept: tralio/tralio.sqlite in the user's data folder ($XDG_DATA_HOME, or
+/// ~/.local/share).
+[[nodiscard]] QString defaultStorePath();
+
+/// The values in one SQLite file that only the user may read.
+///
+/// A written value is there on the next start however the process ends. A bad disk never stops the program: a
+/// damaged file is set aside under another name and a new one begun; a value that could not be written is
+/// kept here, read back from here, and written after the next write that succeeds. The debug log says so
+/// once, and once more when all is written.
+///
+/// Another process may use the same file; one that locks it delays an operation by 0.2 s at most.
+class SqliteKeyValueStore final : public KeyValueStore {
+public:
+    /// `path` is absolute. Folders that are missing on the way to it are created.
+    explicit SqliteKeyValueStore(QString path);
+    /// Tries once more to write what could not be written.
+    ~SqliteKeyValueStore() override;
+
+    [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override;
+    void setValue(const QString& key, StoredValue value) override;
+
+private:
+    void open();
+    [[nodiscard]] bool writeUnsaved(const QString& key);
+    void writeAllUnsaved();
+    void fail(QStringView operation, const SqliteError& error);
+
+    const QString m_path;
+    std::unique_ptr<SqliteDatabase> m_database;  ///< null while the file cannot be opened
+    std::map<QString, StoredValue> m_unsaved;
+    bool m_failing = false;  ///< a failure is in the log, and not yet that it is over
+    mutable bool m_readFailing = false;
+};
+
+}  // namespace tralio

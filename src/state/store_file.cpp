@@ -1,0 +1,83 @@
+#include "state/store_file.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tralio::store_file {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const std::array suffixes = {u""_s, u"-wal"_s, u"-shm"_s, u"-journal"_s};
+
+/// SQLite names the side files after the file itself, not after a link to it.
+QString withoutLinks(const QString& path) {
+    const QString real = QFileInfo(path).canonicalFilePath();
+    return real.isEmpty() ? path : real;
+}
+
+void createFolder(const QString& path) {
+    const QFileInfo folder(path);
+    if (path.isEmpty() || folder.exists())
+        return;
+    createFolder(folder.absolutePath());
+    const QByteArray name = QFile::encodeName(path);
+    // The umask may have taken rights away that are needed to go on.
+    if (mkdir(name.constData(), S_IRWXU) == 0)
+        chmod(name.constData(), S_IRWXU);
+}
+
+void createFile(const QString& path) {
+    // A file that exists must not be opened here: closing it would drop the locks that SQLite holds on it.
+    if (QFileInfo::exists(path))
+        return;
+    const int file =
+        open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (file < 0)
+        return;
+    fchmod(file, S_IRUSR | S_IWUSR);
+    close(file);
+}
+
+bool isTaken(const QString& path) {
+    return std::any_of(suffixes.begin(), suffixes.end(), [&](const QString& suffix) {
+        const QFileInfo file(path + suffix);
+        return file.exists() || file.isSymLink();
+    });
+}
+
+}  // namespace
+
+void createPrivately(const QString& path) {
+    createFolder(QFileInfo(path).absolutePath());
+    createFile(path);
+    const QString file = withoutLinks(path);
+    struct stat status {};
+    if (stat(QFile::encodeName(file).constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        return;
+    // Side files need the rights of the file, or what could be written would fail for their sake.
+    for (const QString& suffix : suffixes)
+        chmod(QFile::encodeName(file + suffix).constData(), status.st_mode & (S_IRUSR | S_IWUSR));
+}
+
+std::optional<QString> setAside(const QString& path) {
+    const QString damaged = withoutLinks(path);
+    QString aside;
+    for (int number = 1; aside.isEmpty() || isTaken(aside); ++number)
+        aside = u"%1.damaged-%2"_s.arg(damaged).arg(number);
+    // QFile::rename never replaces a file.
+    if (!QFile::rename(damaged, aside))
+        return std::nullopt;
+    for (const QString& suffix : suffixes)
+        QFile::rename(damaged + suffix, aside + suffix);
+    return QFileInfo(aside).fileName();
+}
+
+}  // namespace tralio::store_file

@@ -1,0 +1,130 @@
+#include "ui/kit/button.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+#include "ui/kit/painting.h"
+#include "ui/kit/spinner.h"
+
+namespace tralio {
+namespace {
+
+constexpr double disabledOpacity = 0.4;
+
+}  // namespace
+
+Button::Button(const ButtonStyle& style, const Face& face, QWidget* parent)
+    : Control(face.title, parent), m_style(style), m_iconName(face.icon) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void Button::setIconName(const QString& name) {
+    if (m_iconName != name) {
+        m_iconName = name;
+        updateGeometry();
+        update();
+    }
+}
+
+void Button::setWeight(Weight weight) {
+    m_style.text.weight = weight;
+    updateGeometry();
+    update();
+}
+
+void Button::setColor(ColorRole role) {
+    m_style.color = role;
+    update();
+}
+
+void Button::stretch() { setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed); }
+
+void Button::setBusy(bool busy) {
+    Control::setBusy(busy);
+    delete m_spinner;
+    m_spinner = nullptr;
+    if (busy) {
+        m_spinner = new Spinner(m_style.spinner,
+                                m_style.isSolid() ? ColorRole::AccentText : ColorRole::AccentIcon, this);
+        placeSpinner();
+        m_spinner->show();
+    }
+}
+
+TextStyle Button::titleStyle() const { return isChecked() ? m_style.text.with(Weight::Bold) : m_style.text; }
+
+int Button::leadWidth() const {
+    if (m_spinner != nullptr) {
+        return m_style.spinner;
+    }
+    return m_iconName.isEmpty() ? 0 : Icon{m_iconName, m_style.iconSize}.box();
+}
+
+int Button::contentWidth() const {
+    const int gap = leadWidth() > 0 && !title().isEmpty() ? m_style.gap : 0;
+    return leadWidth() + gap + textWidth(titleStyle(), title());
+}
+
+QSize Button::sizeHint() const {
+    if (title().isEmpty()) {
+        return {m_style.height, m_style.height};
+    }
+    return {2 * m_style.padding + contentWidth(), m_style.height};
+}
+
+QSize Button::minimumSizeHint() const { return sizeHint(); }
+
+QRect Button::leadArea() const { return {(width() - contentWidth()) / 2, 0, leadWidth(), height()}; }
+
+void Button::placeSpinner() {
+    if (m_spinner != nullptr) {
+        const QRect area = leadArea();
+        m_spinner->move(area.left(), (height() - m_spinner->height()) / 2);
+    }
+}
+
+void Button::resizeEvent(QResizeEvent* event) {
+    placeSpinner();
+    Control::resizeEvent(event);
+}
+
+Button::Look Button::look() const {
+    if (m_style.isSolid() && isBusy()) {
+        return {color(ColorRole::AccentBadge), {}, color(ColorRole::AccentText)};
+    }
+    if (m_style.isSolid() && !isEnabled()) {
+        return {color(ColorRole::DisabledFill), {}, color(ColorRole::DisabledText)};
+    }
+    if (isChecked()) {
+        return {color(ColorRole::AccentTint), color(ColorRole::AccentTintActiveEdge),
+                color(ColorRole::AccentText)};
+    }
+    return {color(m_style.fill), color(m_style.edge), color(isBusy() ? ColorRole::Secondary : m_style.color)};
+}
+
+void Button::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (!isEnabled() && !m_style.isSolid() && !isBusy()) {
+        painter.setOpacity(disabledOpacity);
+    }
+    const QRectF area = rect();
+    const Ground ground = m_style.isSolid() && !isBusy() ? Ground::Solid : Ground::Neutral;
+    const Look colors = look();
+    paintFill(painter, area, m_style.radius, colors.fill);
+    paintStateOverlay(painter, area, m_style.radius, ground);
+    if (!showsFocusRing() && m_style.edge != ColorRole::None) {
+        paintEdge(painter, area, m_style.radius, 1, colors.edge);
+    }
+    paintFocusRing(painter, area, m_style.radius, ground);
+
+    const QRect lead = leadArea();
+    if (m_spinner == nullptr) {
+        paintIcon(painter, lead, {m_iconName, m_style.iconSize, m_style.boldIcon}, colors.content);
+    }
+    const int titleLeft = lead.left() + (lead.width() > 0 ? lead.width() + m_style.gap : 0);
+    const QRect titleArea(titleLeft, 0, std::min(textWidth(titleStyle(), title()), width() - titleLeft), height());
+    paintText(painter, titleArea, titleStyle(), colors.content, title());
+}
+
+}  // namespace tralio

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "ui/kit/control.h"
+
+namespace tralio {
+
+/// A footer chip: a dot and a word that say whether something works. Only a chip that reports trouble can be
+/// clicked and reached by the keyboard.
+class Chip final : public Control {
+    Q_OBJECT
+
+public:
+    enum class State { Good, Trouble };
+
+    explicit Chip(const QString& title, QWidget* parent = nullptr);
+
+    [[nodiscard]] State state() const { return m_state; }
+    void setState(State state);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    State m_state = State::Good;
+};
+
+}  // namespace tralio

@@ -1,0 +1,181 @@
+#include "ui/kit/colors.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+namespace tralio {
+namespace {
+
+/// `rgb` as 0xRRGGBB at an opacity of `percent`.
+struct Shade {
+    quint32 rgb;
+    double percent = 100;
+};
+
+struct Row {
+    ColorRole role;
+    Shade light;
+    Shade dark;
+};
+
+constexpr quint32 white = 0xFFFFFF;
+constexpr quint32 ink = 0x161C26;
+
+constexpr Row fixedColors[] = {
+    {ColorRole::None, {white, 0}, {white, 0}},
+    {ColorRole::Window, {0xF3F5F8}, {0x1E1F23}},
+    {ColorRole::Control, {0xFFFFFF}, {0x2D2F35}},
+    {ColorRole::Surface1, {0xF9FAFC}, {0x26272C}},
+    {ColorRole::Surface2, {0xFDFDFE}, {0x2A2C31}},
+    {ColorRole::TabStrip, {0xFFFFFF}, {0x2A2C31}},
+    {ColorRole::Button, {0xFFFFFF}, {0x34373E}},
+    {ColorRole::Menu, {0xFFFFFF}, {0x2D2F35}},
+    {ColorRole::TextBackground, {0xFFFFFF}, {0x151619}},
+    {ColorRole::Tooltip, {0x2A2D33}, {0xF0F1F3}},
+    {ColorRole::Text, {0x1A1C20}, {0xF0F1F3}},
+    {ColorRole::Secondary, {0x565D67}, {0xA5ABB5}},
+    {ColorRole::Placeholder, {0x6A707A}, {0x8F95A0}},
+    {ColorRole::TooltipText, {0xF0F1F3}, {0x1A1C20}},
+    {ColorRole::OnFill, {white}, {white}},
+    {ColorRole::Green, {0x117036}, {0x4CCB7B}},
+    {ColorRole::Red, {0xB8221A}, {0xFF8178}},
+    {ColorRole::Orange, {0x8F4C00}, {0xFFB648}},
+    {ColorRole::OrangeIcon, {0xC76A00}, {0xFFB648}},
+    {ColorRole::Purple, {0x7C3AED}, {0xB692FF}},
+    {ColorRole::GreenSolid, {0x2DBE55}, {0x30B85C}},
+    {ColorRole::RedSolid, {0xFF3B30}, {0xFF453A}},
+    {ColorRole::OrangeSolid, {0xFF9500}, {0xFF9F0A}},
+    {ColorRole::RedFill, {0xCF352A}, {0xCF352A}},
+    {ColorRole::GradientEnd, {0x7C3AED}, {0x8B5CF6}},
+    {ColorRole::DisabledFill, {0xE4E7EC}, {0x2B2D33}},
+    {ColorRole::DisabledText, {0x78808B}, {0x767C87}},
+    {ColorRole::SwitchOff, {0xB4BAC4}, {0x565B65}},
+    {ColorRole::WindowEdge, {ink, 12}, {white, 13}},
+    {ColorRole::Divider, {ink, 8}, {white, 8}},
+    {ColorRole::Hairline, {ink, 7}, {white, 6}},
+    {ColorRole::ButtonEdge, {ink, 14}, {white, 12}},
+    {ColorRole::KeyCapFoot, {0x565D67, 30}, {0x000000, 45}},
+    {ColorRole::HoverOverlay, {ink, 5}, {white, 6}},
+    {ColorRole::PressedOverlay, {ink, 10}, {white, 12}},
+    {ColorRole::FillHoverOverlay, {0x000000, 8}, {0x000000, 8}},
+    {ColorRole::FillPressedOverlay, {0x000000, 16}, {0x000000, 16}},
+    {ColorRole::FocusOnFill, {white, 92}, {white, 92}},
+    {ColorRole::ScrollThumb, {ink, 22}, {white, 24}},
+    {ColorRole::ScrollThumbHover, {ink, 36}, {white, 38}},
+    {ColorRole::ScrollThumbDragged, {ink, 48}, {white, 50}},
+    {ColorRole::WindowShadow, {ink, 22}, {0x000000, 42}},
+    {ColorRole::WindowNearShadow, {ink, 10}, {0x000000, 28}},
+    {ColorRole::MenuShadow, {ink, 22}, {0x000000, 42}},
+};
+
+double luminance(const QColor& color) {
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+QColor rounded(const QColor& color) { return QColor(color.rgb()); }
+
+/// Moves the lightness of `color` in steps of one percent, hue and saturation kept, until `enough`. Stops at
+/// black or white, where no accent can do better.
+QColor movedUntil(const QColor& color, double step, const std::function<bool(const QColor&)>& enough) {
+    float hue = 0;
+    float saturation = 0;
+    float lightness = 0;
+    color.getHslF(&hue, &saturation, &lightness);
+    QColor moved = rounded(color);
+    for (int steps = 1; !enough(moved) && lightness + steps * step > 0 && lightness + steps * step < 1; ++steps) {
+        moved = rounded(QColor::fromHslF(std::max(hue, 0.0F), saturation, float(lightness + steps * step)));
+    }
+    return moved;
+}
+
+}  // namespace
+
+double contrast(const QColor& one, const QColor& other) {
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor over(const QColor& top, const QColor& bottom) {
+    const double share = top.alphaF();
+    const auto mix = [share](int upper, int lower) { return int(std::lround(share * upper + (1 - share) * lower)); };
+    return {mix(top.red(), bottom.red()), mix(top.green(), bottom.green()), mix(top.blue(), bottom.blue())};
+}
+
+QColor withOpacity(const QColor& color, double percent) {
+    QColor result = color;
+    result.setAlphaF(float(percent / 100));
+    return result;
+}
+
+Colors::Colors(Scheme scheme, const QColor& accent) {
+    for (const Row& row : fixedColors) {
+        const Shade& shade = scheme == Scheme::Light ? row.light : row.dark;
+        at(row.role) = withOpacity(QColor(QRgb(shade.rgb)), shade.percent);
+    }
+    deriveAccent(scheme, accent.isValid() ? accent : defaultAccent());
+    deriveTints();
+}
+
+QColor Colors::operator[](ColorRole role) const { return m_colors[std::size_t(role)]; }
+
+QColor Colors::defaultAccent() { return QColor(QRgb(0x0A84FF)); }
+
+QColor& Colors::at(ColorRole role) { return m_colors[std::size_t(role)]; }
+
+void Colors::deriveAccent(Scheme scheme, const QColor& accent) {
+    const bool light = scheme == Scheme::Light;
+    const QColor ground = at(light ? ColorRole::Window : ColorRole::Control);
+    const double towardsText = light ? -0.01 : 0.01;
+
+    const QColor icon = movedUntil(accent, towardsText,
+                                   [&](const QColor& candidate) { return contrast(candidate, ground) >= 3.1; });
+    const QColor badge = over(withOpacity(icon, 15), ground);
+    at(ColorRole::AccentIcon) = icon;
+    at(ColorRole::AccentFill) = movedUntil(
+        accent, -0.01, [](const QColor& candidate) { return contrast(candidate, Qt::white) >= 4.6; });
+    at(ColorRole::AccentText) = movedUntil(
+        accent, towardsText, [&](const QColor& candidate) { return contrast(candidate, badge) >= 4.8; });
+}
+
+void Colors::deriveTints() {
+    const auto translucent = [this](ColorRole role, ColorRole base, double percent) {
+        at(role) = withOpacity(at(base), percent);
+    };
+    // Large tints are opaque, so that they look the same on the window and in a section.
+    const auto opaque = [this](ColorRole role, ColorRole base, double percent) {
+        at(role) = over(withOpacity(at(base), percent), at(ColorRole::Surface1));
+    };
+    opaque(ColorRole::AccentTint, ColorRole::AccentIcon, 8);
+    translucent(ColorRole::AccentTintEdge, ColorRole::AccentIcon, 20);
+    translucent(ColorRole::AccentTintCardEdge, ColorRole::AccentIcon, 25);
+    translucent(ColorRole::AccentTintActiveEdge, ColorRole::AccentIcon, 40);
+    opaque(ColorRole::GreenTint, ColorRole::GreenSolid, 8);
+    translucent(ColorRole::GreenTintEdge, ColorRole::GreenSolid, 20);
+    opaque(ColorRole::GreenTestTint, ColorRole::GreenSolid, 10);
+    opaque(ColorRole::RedTint, ColorRole::RedSolid, 10);
+    translucent(ColorRole::RedTintCardEdge, ColorRole::RedSolid, 30);
+    translucent(ColorRole::RedTintEdge, ColorRole::RedSolid, 35);
+    opaque(ColorRole::OrangeTint, ColorRole::OrangeSolid, 10);
+
+    translucent(ColorRole::AccentBadge, ColorRole::AccentIcon, 15);
+    translucent(ColorRole::GreenBadge, ColorRole::GreenSolid, 15);
+    translucent(ColorRole::RedBadge, ColorRole::RedSolid, 15);
+    translucent(ColorRole::OrangeBadge, ColorRole::OrangeSolid, 15);
+    translucent(ColorRole::PurpleBadge, ColorRole::Purple, 14);
+    translucent(ColorRole::GreenStatusBadge, ColorRole::GreenSolid, 12);
+    translucent(ColorRole::RedStatusBadge, ColorRole::RedSolid, 12);
+    translucent(ColorRole::EmblemStart, ColorRole::AccentIcon, 20);
+    translucent(ColorRole::EmblemEnd, ColorRole::Purple, 14);
+    translucent(ColorRole::ControlFaint, ColorRole::Control, 80);
+    translucent(ColorRole::Selection, ColorRole::AccentIcon, 30);
+    translucent(ColorRole::Border15, ColorRole::Secondary, 15);
+    translucent(ColorRole::Border20, ColorRole::Secondary, 20);
+    translucent(ColorRole::Border25, ColorRole::Secondary, 25);
+    translucent(ColorRole::FieldHoverEdge, ColorRole::Secondary, 40);
+}
+
+}  // namespace tralio

@@ -1,0 +1,164 @@
+#include "ui/kit/control.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QVariantAnimation>
+
+#include "ui/kit/painting.h"
+#include "ui/kit/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+constexpr int hoverFade = 120;  // milliseconds
+
+bool isKeyboard(Qt::FocusReason reason) {
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+}
+
+/// Reasons that take the focus away for a while and give it back to where it was.
+bool isPassing(Qt::FocusReason reason) {
+    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+}
+
+}  // namespace
+
+// QAbstractButton's own text stays unused: it would read "Dán & Tralio" as a mnemonic and grab a shortcut for it.
+Control::Control(const QString& title, QWidget* parent) : QAbstractButton(parent), m_title(title) {
+    setFocusPolicy(Qt::TabFocus);
+    setAccessibleName(title);
+}
+
+void Control::setTitle(const QString& title) {
+    if (m_title == title) {
+        return;
+    }
+    m_title = title;
+    nameAloud();
+    updateGeometry();
+    update();
+}
+
+void Control::setSpokenCaption(const QString& caption) {
+    m_spokenCaption = caption;
+    nameAloud();
+}
+
+void Control::nameAloud() {
+    const bool both = !m_spokenCaption.isEmpty() && !m_title.isEmpty();
+    setAccessibleName(m_spokenCaption + (both ? u": "_s : QString()) + m_title);
+}
+
+void Control::setBusy(bool busy) {
+    if (m_busy == busy) {
+        return;
+    }
+    m_busy = busy;
+    setDown(false);
+    updateGeometry();
+    update();
+}
+
+void Control::setLive(bool live) {
+    m_live = live;
+    setFocusPolicy(live ? Qt::TabFocus : Qt::NoFocus);
+    update();
+}
+
+void Control::paintStateOverlay(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const {
+    if (!isLive()) {
+        return;
+    }
+    const bool solid = ground == Ground::Solid;
+    if (isDown()) {
+        paintFill(painter, area, radius,
+                  color(solid ? ColorRole::FillPressedOverlay : ColorRole::PressedOverlay));
+    } else if (m_hover > 0) {
+        QColor overlay = color(solid ? ColorRole::FillHoverOverlay : ColorRole::HoverOverlay);
+        overlay.setAlphaF(float(overlay.alphaF() * m_hover));
+        paintFill(painter, area, radius, overlay);
+    }
+}
+
+void Control::paintFocusRing(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const {
+    if (!m_showsFocusRing || !isEnabled()) {
+        return;
+    }
+    if (ground == Ground::Solid) {
+        paintEdge(painter, area.adjusted(2, 2, -2, -2), radius - 2, 2, color(ColorRole::FocusOnFill));
+    } else {
+        paintEdge(painter, area, radius, 2, color(ColorRole::AccentIcon));
+    }
+}
+
+void Control::enterEvent(QEnterEvent* event) {
+    delete m_fade;
+    m_fade = nullptr;
+    setHover(1);
+    QAbstractButton::enterEvent(event);
+}
+
+void Control::leaveEvent(QEvent* event) {
+    delete m_fade;
+    m_fade = nullptr;
+    const int duration = Theme::current().duration(hoverFade);
+    if (duration == 0 || !isVisible()) {
+        setHover(0);
+    } else {
+        m_fade = new QVariantAnimation(this);
+        m_fade->setDuration(duration);
+        m_fade->setEasingCurve(QEasingCurve::OutQuad);
+        m_fade->setStartValue(m_hover);
+        m_fade->setEndValue(0.0);
+        connect(m_fade, &QVariantAnimation::valueChanged, this,
+                [this](const QVariant& value) { setHover(value.toReal()); });
+        m_fade->start();
+    }
+    QAbstractButton::leaveEvent(event);
+}
+
+void Control::setHover(qreal hover) {
+    m_hover = hover;
+    update();
+}
+
+void Control::focusInEvent(QFocusEvent* event) {
+    if (!isPassing(event->reason())) {
+        m_showsFocusRing = isKeyboard(event->reason());
+    }
+    QAbstractButton::focusInEvent(event);
+}
+
+void Control::focusOutEvent(QFocusEvent* event) {
+    if (!isPassing(event->reason())) {
+        m_showsFocusRing = false;
+    }
+    QAbstractButton::focusOutEvent(event);
+}
+
+void Control::keyPressEvent(QKeyEvent* event) {
+    if (!isLive()) {
+        event->ignore();
+        return;
+    }
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (!event->isAutoRepeat()) {
+            click();
+        }
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
+}
+
+bool Control::hitButton(const QPoint& position) const { return isLive() && QAbstractButton::hitButton(position); }
+
+void Control::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::EnabledChange && !isEnabled()) {
+        setHover(0);
+    }
+    QAbstractButton::changeEvent(event);
+}
+
+}  // namespace tralio

@@ -1,0 +1,110 @@
+#include "ui/kit/icon.h"
+
+#include <QCache>
+#include <QFile>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <cmath>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+// Q_INIT_RESOURCE does not work inside a namespace. Without the call the linker drops the icons, because nothing
+// else in a static library refers to them.
+static void initIcons() { Q_INIT_RESOURCE(icons); }
+
+namespace tralio {
+namespace {
+
+struct Key {
+    Icon icon;
+    QRgb color;
+    int sidePixels;
+
+    bool operator==(const Key&) const = default;
+};
+
+size_t qHash(const Key& key, size_t seed = 0) {
+    return qHashMulti(seed, key.icon.name, key.icon.pointSize, key.icon.bold, key.color, key.sidePixels);
+}
+
+/// Cost in bytes: about forty icons at twice the resolution.
+constexpr qsizetype cacheBytes = 256 * 1024;
+
+QByteArray strokeWidth(const Icon& icon) {
+    const int box = icon.box();
+    if (icon.bold) {
+        return "2.25"_ba;
+    }
+    if (box <= 16) {
+        return "2"_ba;
+    }
+    return box == 44 ? "1.5"_ba : "1.75"_ba;
+}
+
+QPixmap render(const Icon& icon, const QColor& color, int side) {
+    initIcons();
+    QFile file(u":/tralio/icons/%1.svg"_s.arg(icon.name));
+    if (!file.open(QIODevice::ReadOnly)) {
+        qWarning("No icon is named %s", qUtf8Printable(icon.name));
+        return {};
+    }
+    QByteArray svg = file.readAll();
+    // The first stroke width is the drawing's own; widths inside it belong to single shapes and stay.
+    constexpr QByteArrayView drawn = "stroke-width=\"1.75\"";
+    if (const qsizetype at = svg.indexOf(drawn); at >= 0) {
+        svg.replace(at, drawn.size(), "stroke-width=\"" + strokeWidth(icon) + '"');
+    }
+    // Qt SVG reads no opacity from a colour: the shape is drawn opaque, and the opacity applied as a whole.
+    svg.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
+
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setOpacity(color.alphaF());
+    QSvgRenderer(svg).render(&painter, QRectF(0, 0, side, side));
+    return pixmap;
+}
+
+}  // namespace
+
+int Icon::box() const {
+    static constexpr std::pair<int, int> boxes[] = {{10, 12}, {11, 14}, {13, 16}, {14, 18},
+                                                    {16, 20}, {20, 24}, {36, 44}, {42, 52}};
+    for (const auto& [points, side] : boxes) {
+        if (pointSize <= points) {
+            return side;
+        }
+    }
+    return int(std::lround(pointSize * 1.24));
+}
+
+QPixmap iconPixmap(const Icon& icon, const QColor& color, qreal devicePixelRatio) {
+    static QCache<Key, QPixmap> cache(cacheBytes);
+    const int side = int(std::lround(icon.box() * devicePixelRatio));
+    const Key key{icon, color.rgba(), side};
+    if (const QPixmap* cached = cache.object(key)) {
+        QPixmap pixmap = *cached;
+        pixmap.setDevicePixelRatio(devicePixelRatio);
+        return pixmap;
+    }
+    QPixmap pixmap = render(icon, color, side);
+    if (!pixmap.isNull()) {
+        cache.insert(key, new QPixmap(pixmap), qsizetype(side) * side * 4);
+        pixmap.setDevicePixelRatio(devicePixelRatio);
+    }
+    return pixmap;
+}
+
+void paintIcon(QPainter& painter, const QRectF& area, const Icon& icon, const QColor& color) {
+    if (icon.isNull()) {
+        return;
+    }
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    const int box = icon.box();
+    const QPointF corner(std::round(area.center().x() - box / 2.0), std::round(area.center().y() - box / 2.0));
+    painter.drawPixmap(corner, iconPixmap(icon, color, ratio));
+}
+
+}  // namespace tralio

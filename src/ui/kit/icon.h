@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QColor>
+#include <QPixmap>
+#include <QRectF>
+#include <QString>
+
+class QPainter;
+
+namespace tralio {
+
+/// An icon of the set by its symbol name. The point size means the cap height that it stands beside; the square
+/// box it is drawn in follows from that.
+struct Icon {
+    QString name;
+    int pointSize = 13;
+    bool bold = false;
+
+    [[nodiscard]] bool isNull() const { return name.isEmpty(); }
+
+    /// Side of the box in logical pixels.
+    [[nodiscard]] int box() const;
+
+    bool operator==(const Icon&) const = default;
+};
+
+/// The icon in one colour, rendered for a device pixel ratio. Kept in a bounded cache. A name that is not in the
+/// set is a mistake of the caller and gives an empty pixmap.
+[[nodiscard]] QPixmap iconPixmap(const Icon& icon, const QColor& color, qreal devicePixelRatio);
+
+/// Paints the icon in the middle of `area`, on whole pixels.
+void paintIcon(QPainter& painter, const QRectF& area, const Icon& icon, const QColor& color);
+
+}  // namespace tralio

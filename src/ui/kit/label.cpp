@@ -1,0 +1,105 @@
+#include "ui/kit/label.h"
+
+#include <algorithm>
+
+#include "ui/kit/painting.h"
+#include "ui/kit/theme.h"
+
+namespace tralio {
+
+Label::Label(const QString& text, const TextStyle& style, ColorRole role, QWidget* parent)
+    : QWidget(parent), m_text(text), m_style(style), m_role(role) {
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setAccessibleName(text);
+}
+
+void Label::setText(const QString& text) {
+    if (m_text != text) {
+        m_text = text;
+        setAccessibleName(text);
+        changed();
+    }
+}
+
+void Label::setStyle(const TextStyle& style) {
+    if (m_style != style) {
+        m_style = style;
+        changed();
+    }
+}
+
+void Label::setColor(ColorRole role) {
+    m_role = role;
+    update();
+}
+
+void Label::setAlignment(Qt::Alignment alignment) {
+    m_alignment = alignment;
+    update();
+}
+
+void Label::setMaximumLines(int lines) {
+    m_maximumLines = lines;
+    // A fixed height would hold a text that wraps to the height of its hint, which is one line.
+    QSizePolicy policy = lines == 1 ? QSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed)
+                                    : QSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    policy.setHeightForWidth(lines != 1);
+    setSizePolicy(policy);
+    changed();
+}
+
+void Label::changed() {
+    updateGeometry();
+    update();
+}
+
+QSize Label::sizeHint() const { return {textWidth(m_style, m_text), m_style.line}; }
+
+QSize Label::minimumSizeHint() const { return {0, m_style.line}; }
+
+int Label::heightForWidth(int width) const {
+    QTextLayout layout;
+    return std::max(1, lay(layout, width)) * m_style.line;
+}
+
+int Label::lay(QTextLayout& layout, qreal width) const {
+    QString text = m_text;
+    layout.setText(text.replace(u'\n', QChar::LineSeparator));
+    layout.setFont(fontFor(m_style));
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    int lines = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        ++lines;
+        // One line more is laid than shown, so that painting knows whether the last one goes on.
+        if (m_maximumLines > 0 && lines > m_maximumLines) {
+            break;
+        }
+    }
+    layout.endLayout();
+    return m_maximumLines > 0 ? std::min(lines, m_maximumLines) : lines;
+}
+
+void Label::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (m_maximumLines == 1) {
+        paintText(painter, rect(), m_style, color(m_role), m_text, m_alignment);
+        return;
+    }
+    QTextLayout layout;
+    const int lines = lay(layout, width());
+    painter.setPen(color(m_role));
+    QRectF place(0, 0, width(), m_style.line);
+    for (int i = 0; i < lines; ++i, place.translate(0, m_style.line)) {
+        const QTextLine line = layout.lineAt(i);
+        const bool goesOn = i + 1 == lines && layout.lineCount() > lines;
+        // The rest of the text is handed over where it is cut, and paintText shortens it to the width.
+        const QString shown = goesOn ? m_text.mid(line.textStart()) : m_text.mid(line.textStart(), line.textLength());
+        paintText(painter, place, m_style, color(m_role), goesOn ? shown.simplified() : shown.trimmed(), m_alignment);
+    }
+}
+
+}  // namespace tralio

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QTextLayout>
+#include <QWidget>
+
+#include "ui/kit/colors.h"
+#include "ui/kit/text_style.h"
+
+namespace tralio {
+
+/// Text that is only read. Its lines stand at the distance of its style, also where a script from another font is
+/// taller; a label of one line shortens with an ellipsis.
+class Label final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Label(const QString& text, const TextStyle& style = text::caption, ColorRole role = ColorRole::Text,
+                   QWidget* parent = nullptr);
+
+    [[nodiscard]] const QString& text() const { return m_text; }
+    void setText(const QString& text);
+    void setStyle(const TextStyle& style);
+    void setColor(ColorRole role);
+    void setAlignment(Qt::Alignment alignment);
+
+    /// Lets the text wrap to at most this many lines, the last one shortened where it does not fit; 0 is no limit.
+    void setMaximumLines(int lines);
+    void setWraps() { setMaximumLines(0); }
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] bool hasHeightForWidth() const override { return m_maximumLines != 1; }
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    /// Breaks the text for a width and gives the number of lines that are shown.
+    int lay(QTextLayout& layout, qreal width) const;
+    void changed();
+
+    QString m_text;
+    TextStyle m_style;
+    ColorRole m_role;
+    Qt::Alignment m_alignment = Qt::AlignLeft;
+    int m_maximumLines = 1;
+};
+
+}  // namespace tralio

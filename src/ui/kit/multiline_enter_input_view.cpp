@@ -1,0 +1,159 @@
+#include "ui/kit/multiline_enter_input_view.h"
+
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QStyleHints>
+#include <QTextBlock>
+#include <QTextLayout>
+#include <QTimerEvent>
+
+#include <cmath>
+#include <utility>
+
+#include "ui/kit/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+constexpr qreal caretWidth = 1.5;
+constexpr qreal caretInset = 1.5;  // less than its line at both ends
+
+}  // namespace
+
+MultilineEnterInputView::MultilineEnterInputView(Binding<QString> text, std::function<void()> onSubmit,
+                                                 QWidget* parent)
+    : TextArea(text::body, {4, 3}, parent), m_text(std::move(text)), m_onSubmit(std::move(onSubmit)) {
+    setCursorWidth(0);  // the toolkit's caret has whole widths and inverts what it covers; ours is painted here
+    refresh();
+    connect(this, &QTextEdit::textChanged, this, &MultilineEnterInputView::textChangedByUser);
+    connect(this, &QTextEdit::cursorPositionChanged, this, &MultilineEnterInputView::restartCaret);
+}
+
+void MultilineEnterInputView::refresh() {
+    const QString text = m_text.get();
+    if (text == m_shown) {
+        return;
+    }
+    m_refreshing = true;
+    replaceText(text);
+    m_refreshing = false;
+    m_shown = text;
+}
+
+void MultilineEnterInputView::textChangedByUser() {
+    if (m_refreshing) {
+        return;
+    }
+    // The toolkit also reports changes of a composition, which are not in the text.
+    if (QString now = text(); now != m_shown) {
+        m_shown = now;
+        m_text.set(std::move(now));
+    }
+}
+
+void MultilineEnterInputView::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool leaves = event->key() == Qt::Key_Backtab ||
+                        (event->key() == Qt::Key_Tab && (event->modifiers() & Qt::ControlModifier) != 0);
+    if (leaves) {
+        QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);
+    } else if (!isReturn) {
+        TextArea::keyPressEvent(event);
+    } else if (isComposing()) {
+        confirmComposition();
+    } else if ((event->modifiers() & (Qt::ShiftModifier | Qt::AltModifier)) != 0) {
+        insertPlainText(u"\n"_s);
+        ensureCursorVisible();
+    } else if (!event->isAutoRepeat()) {
+        m_onSubmit();
+    }
+}
+
+void MultilineEnterInputView::confirmComposition() {
+    QGuiApplication::inputMethod()->commit();
+    // An input method that does not answer at once would lose what the user sees.
+    if (const QString rest = textCursor().block().layout()->preeditAreaText(); !rest.isEmpty()) {
+        QInputMethodEvent commit;
+        commit.setCommitString(rest);
+        inputMethodEvent(&commit);
+        QGuiApplication::inputMethod()->reset();
+    }
+}
+
+void MultilineEnterInputView::inputMethodEvent(QInputMethodEvent* event) {
+    m_caretHiddenByComposition = false;
+    for (const QInputMethodEvent::Attribute& attribute : event->attributes()) {
+        if (attribute.type == QInputMethodEvent::Cursor) {
+            m_caretHiddenByComposition = attribute.length == 0;
+        }
+    }
+    TextArea::inputMethodEvent(event);
+    restartCaret();
+}
+
+// A drag of files or pictures is left to what stands around the editor.
+bool MultilineEnterInputView::canInsertFromMimeData(const QMimeData* source) const {
+    return source->hasText() && !source->hasUrls() && !source->hasImage();
+}
+
+void MultilineEnterInputView::insertFromMimeData(const QMimeData* source) {
+    if (source->hasText()) {
+        insertPlainText(source->text());
+        ensureCursorVisible();
+    }
+}
+
+QRectF MultilineEnterInputView::caretArea() const {
+    const QRectF place = cursorRect();
+    const QTextBlock block = textCursor().block();
+    const QTextLine line = block.layout()->lineForTextPosition(textCursor().positionInBlock());
+    const qreal ratio = devicePixelRatioF();
+    const auto onPixel = [ratio](qreal position) { return std::floor(position * ratio) / ratio; };
+    const qreal top = place.top() + (line.isValid() ? line.ascent() : 0) - baselineOf(textStyle()) + caretInset;
+    return {onPixel(place.left()), onPixel(top), caretWidth, textStyle().line - 2 * caretInset};
+}
+
+void MultilineEnterInputView::paintEvent(QPaintEvent* event) {
+    TextArea::paintEvent(event);
+    if (m_caretOn && !m_caretHiddenByComposition && isEnabled()) {
+        QPainter painter(viewport());
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillRect(caretArea(), color(ColorRole::AccentIcon));
+    }
+}
+
+void MultilineEnterInputView::focusInEvent(QFocusEvent* event) {
+    TextArea::focusInEvent(event);
+    restartCaret();
+}
+
+void MultilineEnterInputView::focusOutEvent(QFocusEvent* event) {
+    TextArea::focusOutEvent(event);
+    restartCaret();
+}
+
+void MultilineEnterInputView::restartCaret() {
+    m_caretOn = hasFocus();
+    const int cycle = QGuiApplication::styleHints()->cursorFlashTime();
+    if (m_caretOn && cycle > 1) {
+        m_blink.start(cycle / 2, this);
+    } else {
+        m_blink.stop();
+    }
+    viewport()->update();
+}
+
+void MultilineEnterInputView::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == m_blink.timerId()) {
+        m_caretOn = !m_caretOn;
+        viewport()->update(caretArea().toAlignedRect());
+    } else {
+        TextArea::timerEvent(event);
+    }
+}
+
+}  // namespace tralio

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+
+namespace tralio {
+
+struct MenuEntry {
+    QString title;
+    bool checked = false;
+    bool enabled = true;
+};
+
+/// A menu that lies over the whole window of its anchor as a child of it, so that it needs no window, grab or
+/// compositor of its own and the window keeps the focus. A click beside the menu closes it and does nothing else.
+///
+/// Up and Down move, Home and End jump, Return and Space choose, Escape and Tab close. The focus goes back to where
+/// it was. The menu deletes itself when it closes, whatever closes it.
+class PopupMenu final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Opens below `anchor`, edges aligned at its left or right, or above where there is no room below. `anchor` is
+    /// in the coordinates of `owner`. `selected` is the entry that is marked at once; -1 marks none.
+    static PopupMenu* open(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries, int selected,
+                           Qt::Alignment alignment = Qt::AlignLeft);
+
+    /// The pointer as seen by the button that opened the menu and still holds the mouse.
+    void dragTo(const QPoint& globalPosition);
+    /// Chooses the entry under the pointer, if there is one.
+    void releaseAt(const QPoint& globalPosition);
+
+    void close();
+
+Q_SIGNALS:
+    void chosen(int index);
+    void closed();
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    class Item;
+
+    PopupMenu(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries, Qt::Alignment alignment);
+    [[nodiscard]] QRect place(const QRect& anchor, const QSize& size, Qt::Alignment alignment) const;
+    [[nodiscard]] Item* itemAt(const QPoint& globalPosition) const;
+    void mark(Item* item);
+    void move(int from, int step);
+    void choose(int index);
+
+    QList<Item*> m_items;
+    QPointer<Item> m_marked;
+    QPointer<QWidget> m_formerFocus;
+    QRect m_panel;
+    bool m_closing = false;
+};
+
+}  // namespace tralio

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QWidget>
+
+#include "ui/kit/colors.h"
+
+namespace tralio {
+
+/// A rounded rectangle with other parts on it.
+class Surface final : public QWidget {
+    Q_OBJECT
+
+public:
+    Surface(ColorRole fill, ColorRole edge, int radius, QWidget* parent = nullptr);
+
+    void setFill(ColorRole fill);
+    /// The border lies inside the edge, `width` logical pixels wide; `ColorRole::None` takes it away.
+    void setEdge(ColorRole edge, int width = 1);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    ColorRole m_fill;
+    ColorRole m_edge;
+    int m_edgeWidth = 1;
+    int m_radius;
+};
+
+/// A faint line of one pixel across the full width.
+class Divider final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Divider(QWidget* parent = nullptr, ColorRole role = ColorRole::Divider);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    ColorRole m_role;
+};
+
+}  // namespace tralio

@@ -1,0 +1,137 @@
+#include "ui/kit/tab_strip.h"
+
+#include <QEvent>
+
+#include "ui/kit/control.h"
+#include "ui/kit/icon.h"
+#include "ui/kit/painting.h"
+#include "ui/kit/stack.h"
+#include "ui/kit/theme.h"
+
+namespace tralio {
+namespace {
+
+constexpr int tabHeight = 24;
+constexpr int tabPadding = 7;
+constexpr int iconGap = 4;
+constexpr int stripPadding = 3;
+constexpr int tabGap = 2;
+constexpr int slideTime = 150;  // milliseconds
+constexpr TextStyle plain = text::caption;
+constexpr TextStyle selectedStyle = text::caption.with(Weight::Semibold);
+
+}  // namespace
+
+class TabStrip::Tab final : public Control {
+public:
+    Tab(const TabItem& item, TabStrip& strip)
+        : Control(item.label, &strip), m_strip(strip), m_icon{.name = item.iconName, .pointSize = 11} {
+        setCheckable(true);
+        setAutoExclusive(true);
+        setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    }
+
+    /// Keeps room for the heavier label, so that the strip does not move when the selection does.
+    [[nodiscard]] QSize sizeHint() const override {
+        return {2 * tabPadding + m_icon.box() + iconGap + textWidth(selectedStyle, title()), tabHeight};
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QRectF area = rect();
+        const Ground ground = isChecked() ? Ground::Solid : Ground::Neutral;
+        if (!isChecked()) {
+            paintStateOverlay(painter, area, radius::control, ground);
+        }
+        // The label is white exactly where the sliding shape lies under it.
+        const QRectF shape = m_strip.m_shape.translated(-QPointF(pos()));
+        const QRegion covered = QRegion(rect()) & shape.toAlignedRect();
+        painter.setClipRegion(QRegion(rect()) - covered);
+        paintLabel(painter, plain, color(ColorRole::Text));
+        painter.setClipRegion(covered);
+        paintLabel(painter, selectedStyle, color(ColorRole::OnFill));
+        painter.setClipping(false);
+        paintFocusRing(painter, area, radius::control, ground);
+    }
+
+private:
+    void paintLabel(QPainter& painter, const TextStyle& style, const QColor& ink) const {
+        const int content = m_icon.box() + iconGap + textWidth(style, title());
+        const int left = (width() - content) / 2;
+        paintIcon(painter, QRect(left, 0, m_icon.box(), height()), m_icon, ink);
+        paintText(painter, rect().adjusted(left + m_icon.box() + iconGap, 0, 0, 0), style, ink, title());
+    }
+
+    TabStrip& m_strip;
+    Icon m_icon;
+};
+
+TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto* layout = row({.spacing = tabGap, .padding = {stripPadding, stripPadding, stripPadding, stripPadding}}, {});
+    for (const TabItem& item : tabs) {
+        auto* tab = new Tab(item, *this);
+        const int index = int(m_tabs.size());
+        connect(tab, &Control::clicked, this, [this, index] {
+            if (index != m_current) {
+                setCurrent(index);
+                Q_EMIT selected(index);
+            }
+        });
+        layout->addWidget(tab);
+        m_tabs.append(tab);
+    }
+    setLayout(layout);
+    if (!m_tabs.isEmpty()) {
+        m_tabs.first()->setChecked(true);
+    }
+    m_slide.setEasingCurve(QEasingCurve::InOutQuad);
+    connect(&m_slide, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& value) { setShape(value.toRectF()); });
+}
+
+void TabStrip::setCurrent(int index) {
+    m_tabs.at(index)->setChecked(true);
+    if (index != m_current) {
+        m_current = index;
+        slideTo(index);
+    }
+}
+
+void TabStrip::slideTo(int index) {
+    const QRectF target = m_tabs.at(index)->geometry();
+    const int duration = Theme::current().duration(slideTime);
+    m_slide.stop();
+    if (duration == 0 || !isVisible()) {
+        setShape(target);
+        return;
+    }
+    m_slide.setDuration(duration);
+    m_slide.setStartValue(m_shape);
+    m_slide.setEndValue(target);
+    m_slide.start();
+}
+
+void TabStrip::setShape(const QRectF& shape) {
+    m_shape = shape;
+    update();
+}
+
+void TabStrip::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintFill(painter, rect(), radius::block, color(ColorRole::TabStrip));
+    paintEdge(painter, rect(), radius::block, 1, color(ColorRole::Hairline));
+    paintFill(painter, m_shape, radius::control, color(ColorRole::AccentFill));
+}
+
+void TabStrip::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layout()->activate();
+    m_slide.stop();
+    if (!m_tabs.isEmpty()) {
+        setShape(m_tabs.at(m_current)->geometry());
+    }
+}
+
+}  // namespace tralio

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QList>
+#include <QVariantAnimation>
+#include <QWidget>
+
+namespace tralio {
+
+struct TabItem {
+    QString iconName;
+    QString label;
+};
+
+/// A row of tabs, one of which is selected. The selected shape slides to a newly selected tab. One stop for Tab; the
+/// arrow keys move between the tabs and select.
+class TabStrip final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit TabStrip(const QList<TabItem>& tabs, QWidget* parent = nullptr);
+
+    [[nodiscard]] int current() const { return m_current; }
+    /// Selects a tab without telling anybody.
+    void setCurrent(int index);
+
+Q_SIGNALS:
+    /// The user chose a tab.
+    void selected(int index);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    class Tab;
+
+    void slideTo(int index);
+    void setShape(const QRectF& shape);
+
+    QList<Tab*> m_tabs;
+    QVariantAnimation m_slide;
+    QRectF m_shape;  ///< the selected shape, in the strip's coordinates
+    int m_current = 0;
+};
+
+}  // namespace tralio

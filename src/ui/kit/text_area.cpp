@@ -1,0 +1,136 @@
+#include "ui/kit/text_area.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QTextBlock>
+#include <QTextLayout>
+#include <QWheelEvent>
+
+#include "ui/kit/overlay_scroll_bar.h"
+#include "ui/kit/painting.h"
+#include "ui/kit/popup_menu.h"
+#include "ui/kit/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+// The document sets the baseline of a line of fixed height at four fifths of it.
+int documentBaseline(const TextStyle& style) { return style.line * 4 / 5; }
+
+QString withLineFeeds(QString text) { return text.replace(QChar::ParagraphSeparator, u'\n'); }
+
+}  // namespace
+
+TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent) : QTextEdit(parent), m_style(style) {
+    setFrameShape(QFrame::NoFrame);
+    setAcceptRichText(false);
+    setFont(fontFor(style));
+    viewport()->setAutoFillBackground(false);
+    const int margin = inset.height() + baselineOf(style) - documentBaseline(style);
+    document()->setDocumentMargin(margin);
+    setViewportMargins(inset.width() - margin, 0, inset.width() - margin, 0);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    new OverlayScrollBar(this);
+
+    // Every later line takes over the format of the first one. Undo must not reach behind it.
+    document()->setUndoRedoEnabled(false);
+    QTextBlockFormat format;
+    format.setLineHeight(style.line, QTextBlockFormat::FixedHeight);
+    textCursor().setBlockFormat(format);
+    document()->setUndoRedoEnabled(true);
+
+    connect(&Theme::current(), &Theme::changed, this, &TextArea::followTheme);
+    followTheme();
+}
+
+void TextArea::followTheme() {
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, Qt::transparent);
+    colors.setColor(QPalette::Window, Qt::transparent);
+    colors.setColor(QPalette::Text, color(ColorRole::Text));
+    colors.setColor(QPalette::HighlightedText, color(ColorRole::Text));
+    colors.setColor(QPalette::Highlight, color(ColorRole::Selection));
+    setPalette(colors);
+}
+
+QString TextArea::text() const { return withLineFeeds(document()->toRawText()); }
+
+void TextArea::setPlaceholder(const QString& placeholder, ColorRole role) {
+    m_placeholder = placeholder;
+    m_placeholderRole = role;
+    setAccessibleDescription(placeholder);
+    viewport()->update();
+}
+
+void TextArea::replaceText(const QString& text) {
+    if (isComposing()) {
+        QGuiApplication::inputMethod()->reset();
+    }
+    QTextCursor cursor(document());
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(text);
+    setTextCursor(cursor);
+}
+
+bool TextArea::isComposing() const {
+    const QTextLayout* layout = textCursor().block().layout();
+    return layout != nullptr && !layout->preeditAreaText().isEmpty();
+}
+
+void TextArea::paintEvent(QPaintEvent* event) {
+    if (!m_placeholder.isEmpty() && document()->isEmpty() && !isComposing()) {
+        QPainter painter(viewport());
+        const qreal margin = document()->documentMargin();
+        const qreal top = margin + documentBaseline(m_style) - baselineOf(m_style);
+        paintText(painter, QRectF(margin, top, viewport()->width() - 2 * margin, m_style.line), m_style,
+                  color(m_placeholderRole), m_placeholder);
+    }
+    QTextEdit::paintEvent(event);
+}
+
+void TextArea::wheelEvent(QWheelEvent* event) {
+    // With Control the toolkit would resize the text of a read-only area.
+    if ((event->modifiers() & Qt::ControlModifier) == 0) {
+        QTextEdit::wheelEvent(event);
+    }
+}
+
+QMimeData* TextArea::createMimeDataFromSelection() const {
+    auto* data = new QMimeData;
+    data->setText(withLineFeeds(textCursor().selectedText()));
+    return data;
+}
+
+void TextArea::contextMenuEvent(QContextMenuEvent* event) {
+    struct Action {
+        MenuEntry entry;
+        void (QTextEdit::*run)();
+    };
+    const bool selected = textCursor().hasSelection();
+    const bool writable = !isReadOnly();
+    QList<Action> actions;
+    if (writable) {
+        actions << Action{{.title = u"Hoàn tác"_s, .enabled = document()->isUndoAvailable()}, &QTextEdit::undo}
+                << Action{{.title = u"Cắt"_s, .enabled = selected}, &QTextEdit::cut};
+    }
+    actions << Action{{.title = u"Sao chép"_s, .enabled = selected}, &QTextEdit::copy};
+    if (writable) {
+        const QMimeData* clipboard = QGuiApplication::clipboard()->mimeData();
+        actions << Action{{.title = u"Dán"_s, .enabled = clipboard != nullptr && clipboard->hasText()},
+                          &QTextEdit::paste};
+    }
+    actions << Action{{.title = u"Chọn tất cả"_s, .enabled = !document()->isEmpty()}, &QTextEdit::selectAll};
+
+    QList<MenuEntry> entries;
+    for (const Action& action : std::as_const(actions)) {
+        entries << action.entry;
+    }
+    PopupMenu* menu = PopupMenu::open(this, QRect(event->pos(), QSize()), entries, -1);
+    connect(menu, &PopupMenu::chosen, this, [this, actions](int index) { (this->*actions.at(index).run)(); });
+}
+
+}  // namespace tralio

@@ -1,0 +1,68 @@
+#include "ui/kit/text_field.h"
+
+#include "ui/kit/painting.h"
+#include "ui/kit/theme.h"
+
+namespace tralio {
+namespace {
+
+constexpr int fieldHeight = 28;
+constexpr int padding = 8;
+constexpr int toolkitPadding = 2;  // what QLineEdit adds to its text margins on its own
+
+}  // namespace
+
+TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
+    setFrame(false);
+    setFont(fontFor(face == Face::FixedWidth ? text::fixedWidth : text::caption));
+    setTextMargins(padding - toolkitPadding, 0, padding - toolkitPadding, 0);
+    setFixedHeight(fieldHeight);
+    connect(&Theme::current(), &Theme::changed, this, &TextField::followTheme);
+    followTheme();
+}
+
+void TextField::followTheme() {
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, Qt::transparent);
+    colors.setColor(QPalette::Text, color(ColorRole::Text));
+    colors.setColor(QPalette::PlaceholderText, color(ColorRole::Placeholder));
+    colors.setColor(QPalette::HighlightedText, color(ColorRole::Text));
+    colors.setColor(QPalette::Highlight, color(ColorRole::Selection));
+    QColor faded = color(ColorRole::Text);
+    faded.setAlphaF(0.4F);
+    colors.setColor(QPalette::Disabled, QPalette::Text, faded);
+    setPalette(colors);
+}
+
+QSize TextField::sizeHint() const { return {QLineEdit::sizeHint().width(), fieldHeight}; }
+
+void TextField::paintEvent(QPaintEvent* event) {
+    {
+        QPainter painter(this);
+        if (!isEnabled()) {
+            painter.setOpacity(0.4);
+        }
+        paintFill(painter, rect(), radius::control, color(ColorRole::TextBackground));
+        if (hasFocus()) {
+            paintEdge(painter, rect(), radius::control, 2, color(ColorRole::AccentIcon));
+        } else {
+            paintEdge(painter, rect(), radius::control, 1,
+                      color(m_hovered && isEnabled() ? ColorRole::FieldHoverEdge : ColorRole::Border25));
+        }
+    }
+    QLineEdit::paintEvent(event);
+}
+
+void TextField::enterEvent(QEnterEvent* event) {
+    m_hovered = true;
+    update();
+    QLineEdit::enterEvent(event);
+}
+
+void TextField::leaveEvent(QEvent* event) {
+    m_hovered = false;
+    update();
+    QLineEdit::leaveEvent(event);
+}
+
+}  // namespace tralio

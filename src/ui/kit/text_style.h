@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QFont>
+
+namespace tralio {
+
+enum class Weight { Regular = 400, Medium = 500, Semibold = 600, Bold = 700, Heavy = 800 };
+
+/// A way of setting text: sizes in logical pixels, letter spacing in percent of the size.
+///
+/// `line` is the least height of a label and the distance of its lines. Vietnamese capitals with two marks rise
+/// above the font's own ascent, so nothing is ever sized by the font's height.
+struct TextStyle {
+    int size;
+    int line;
+    Weight weight = Weight::Regular;
+    double spacing = 0;
+    bool fixedWidth = false;
+
+    [[nodiscard]] constexpr TextStyle with(Weight other) const {
+        TextStyle style = *this;
+        style.weight = other;
+        return style;
+    }
+
+    bool operator==(const TextStyle&) const = default;
+};
+
+namespace text {
+
+inline constexpr TextStyle onboardingTitle{.size = 20, .line = 28, .weight = Weight::Bold, .spacing = -1.8};
+inline constexpr TextStyle panelTitle{.size = 15, .line = 20, .weight = Weight::Bold, .spacing = -1};
+inline constexpr TextStyle headline{.size = 13, .line = 20, .weight = Weight::Bold};
+inline constexpr TextStyle cardTitle{.size = 13, .line = 18, .weight = Weight::Bold};
+inline constexpr TextStyle body{.size = 13, .line = 20};
+inline constexpr TextStyle menu{.size = 12, .line = 16, .weight = Weight::Medium};
+inline constexpr TextStyle menuItem{.size = 12, .line = 16};
+inline constexpr TextStyle blockTitle{.size = 12, .line = 16, .weight = Weight::Semibold};
+inline constexpr TextStyle subtitle{.size = 12, .line = 18};
+inline constexpr TextStyle caption{.size = 11, .line = 16};
+inline constexpr TextStyle smallCaption{.size = 10, .line = 14};
+inline constexpr TextStyle tiny{.size = 8, .line = 10, .weight = Weight::Heavy};
+inline constexpr TextStyle fixedWidth{.size = 11, .line = 16, .fixedWidth = true};
+inline constexpr TextStyle promptEditor{.size = 11, .line = 17, .fixedWidth = true};
+
+}  // namespace text
+
+[[nodiscard]] QFont fontFor(const TextStyle& style);
+
+/// Where the baseline of text in this style lies below the top of its line, in whole pixels.
+[[nodiscard]] int baselineOf(const TextStyle& style);
+
+}  // namespace tralio

@@ -1,0 +1,123 @@
+#include "ui/kit/tooltip.h"
+
+#include <QBasicTimer>
+#include <QEvent>
+#include <QPointer>
+#include <QTimerEvent>
+#include <QWidget>
+
+#include <algorithm>
+
+#include "ui/kit/painting.h"
+#include "ui/kit/theme.h"
+
+namespace tralio {
+namespace {
+
+constexpr int delay = 600;  // milliseconds
+constexpr int paddingAcross = 8;
+constexpr int bubbleHeight = text::caption.line + 2 * 4;
+constexpr int distance = 6;  // from the widget
+constexpr int windowInset = 6;
+
+/// The bubble is a child of the widget's window: it needs no compositor and takes no focus.
+class Bubble final : public QWidget {
+public:
+    Bubble(QWidget& target, const QString& text) : QWidget(target.window()), m_text(text) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        const QRect room = parentWidget()->rect().adjusted(windowInset, windowInset, -windowInset, -windowInset);
+        const QSize size(std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width()), bubbleHeight);
+        const QRect anchor(target.mapTo(parentWidget(), QPoint()), target.size());
+        QRect place({anchor.center().x() - size.width() / 2, anchor.bottom() + 1 + distance}, size);
+        if (place.bottom() > room.bottom()) {
+            place.moveBottom(anchor.top() - 1 - distance);
+        }
+        place.moveLeft(std::max(room.left(), std::min(place.left(), room.right() + 1 - size.width())));
+        setGeometry(place);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        paintFill(painter, rect(), radius::control, color(ColorRole::Tooltip));
+        paintText(painter, rect().adjusted(paddingAcross, 0, -paddingAcross, 0), text::caption,
+                  color(ColorRole::TooltipText), m_text, Qt::AlignHCenter);
+    }
+
+private:
+    QString m_text;
+};
+
+/// Watches every widget that has a tooltip; one of them at a time has the pointer.
+class Watcher final : public QObject {
+public:
+    static Watcher& shared() {
+        static Watcher watcher;
+        return watcher;
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* widget = qobject_cast<QWidget*>(watched);
+        switch (event->type()) {
+            case QEvent::Enter:
+                m_target = widget;
+                m_timer.start(delay, this);
+                break;
+            case QEvent::Leave:
+            case QEvent::Hide:
+            case QEvent::MouseButtonPress:
+            case QEvent::KeyPress:
+            case QEvent::Wheel:
+                if (widget == m_target) {
+                    dismiss();
+                }
+                break;
+            case QEvent::ToolTipChange:
+                if (m_bubble && widget == m_target) {
+                    show();
+                }
+                break;
+            case QEvent::ToolTip:
+                return true;  // or the toolkit would show a second one, in the desktop's look
+            default:
+                break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+protected:
+    void timerEvent(QTimerEvent*) override {
+        m_timer.stop();
+        show();
+    }
+
+private:
+    void show() {
+        delete m_bubble;
+        if (m_target && m_target->isVisible() && !m_target->toolTip().isEmpty()) {
+            m_bubble = new Bubble(*m_target, m_target->toolTip());
+            m_bubble->show();
+            m_bubble->raise();
+        }
+    }
+
+    void dismiss() {
+        m_timer.stop();
+        m_target = nullptr;
+        delete m_bubble;
+    }
+
+    QBasicTimer m_timer;
+    QPointer<QWidget> m_target;
+    QPointer<QWidget> m_bubble;
+};
+
+}  // namespace
+
+void setTooltip(QWidget* widget, const QString& text) {
+    widget->setToolTip(text);
+    widget->removeEventFilter(&Watcher::shared());
+    widget->installEventFilter(&Watcher::shared());
+}
+
+}  // namespace tralio

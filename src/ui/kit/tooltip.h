@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace tralio {
+
+/// Gives a widget a tooltip in the program's own look, 600 ms after the pointer came to rest on it. The text is also
+/// the widget's accessible description.
+void setTooltip(QWidget* widget, const QString& text);
+
+}  // namespace tralio

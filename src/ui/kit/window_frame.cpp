@@ -1,0 +1,56 @@
+#include "ui/kit/window_frame.h"
+
+#include "ui/kit/painting.h"
+#include "ui/kit/shadow.h"
+#include "ui/kit/theme.h"
+
+namespace tralio {
+
+WindowFrame::WindowFrame(Edges edges, QWidget* parent) : QWidget(parent), m_edges(edges) { arrange(); }
+
+void WindowFrame::setContent(QWidget* content) {
+    m_content = content;
+    content->setParent(this);
+    arrange();
+    content->show();
+}
+
+void WindowFrame::setEdges(Edges edges) {
+    m_edges = edges;
+    arrange();
+    update();
+}
+
+QMargins WindowFrame::shadowMargins() const {
+    return m_edges == Edges::Floating ? QMargins(40, 28, 40, 52) : QMargins();
+}
+
+QRect WindowFrame::contentArea() const {
+    const QMargins margins = shadowMargins();
+    return {QPoint(margins.left(), margins.top()), contentSize};
+}
+
+void WindowFrame::arrange() {
+    // Only a window with a margin is translucent: without a compositor its corners would be black.
+    setAttribute(Qt::WA_TranslucentBackground, m_edges == Edges::Floating);
+    setFixedSize(contentSize.grownBy(shadowMargins()));
+    if (m_content != nullptr) {
+        m_content->setGeometry(contentArea());
+    }
+}
+
+void WindowFrame::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QRect area = contentArea();
+    if (m_edges == Edges::Square) {
+        painter.fillRect(area, color(ColorRole::Window));
+        paintEdge(painter, area, 0, 1, color(ColorRole::WindowEdge));
+        return;
+    }
+    paintShadow(painter, area, radius::window, shadow::window);
+    paintShadow(painter, area, radius::window, shadow::windowNear);
+    paintFill(painter, area, radius::window, color(ColorRole::Window));
+    paintEdge(painter, area.adjusted(-1, -1, 1, 1), radius::window + 1, 1, color(ColorRole::WindowEdge));
+}
+
+}  // namespace tralio

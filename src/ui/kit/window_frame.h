@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tralio {
+
+/// The surface of the popover: the content on a rounded window with an edge and a shadow, in a translucent margin that
+/// makes room for the shadow. Where no compositor runs, the window is square, without margin and shadow, and the
+/// edge lies inside.
+///
+/// Only paints; flags, place and closing of the window are its owner's, as is telling whether a compositor runs.
+class WindowFrame final : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Edges { Floating, Square };
+
+    static constexpr QSize contentSize{530, 585};
+
+    explicit WindowFrame(Edges edges, QWidget* parent = nullptr);
+
+    /// Takes the content over and gives it the fixed content size.
+    void setContent(QWidget* content);
+    void setEdges(Edges edges);
+
+    /// Where the window is for the user. Clicks outside it are clicks beside the window.
+    [[nodiscard]] QRect contentArea() const;
+    /// The translucent room around the content.
+    [[nodiscard]] QMargins shadowMargins() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void arrange();
+
+    Edges m_edges;
+    QWidget* m_content = nullptr;
+};
+
+}  // namespace tralio

@@ -1,0 +1,130 @@
+#include "ui/main/main_view.h"
+
+#include <QCoreApplication>
+
+#include "common/on_change.h"
+#include "ui/kit/button.h"
+#include "ui/kit/chip.h"
+#include "ui/kit/icon_view.h"
+#include "ui/kit/label.h"
+#include "ui/kit/stack.h"
+#include "ui/kit/surface.h"
+#include "ui/kit/tab_strip.h"
+#include "ui/kit/tooltip.h"
+#include "ui/translate/translate_view.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+void showPermission(Chip* chip, const QString& title, bool granted, const QString& ready,
+                    const QString& missing) {
+    chip->setTitle(title);
+    chip->setState(granted ? Chip::State::Good : Chip::State::Trouble);
+    setTooltip(chip, granted ? ready : missing);
+}
+
+}  // namespace
+
+MainView::MainView(Services services, Actions actions, QWidget* parent)
+    : QWidget(parent),
+      m_services(services),
+      m_actions(std::move(actions)),
+      m_settings(services.store, services.hotKeys),
+      m_state(services.appState, services.hotKeys, services.clock) {
+    m_panelArea = filled(new QWidget, column({}, {}));
+    filled(this, column({}, {header(), new Divider, {m_panelArea, {}, 1}, new Divider, footer()}));
+
+    onAnyChange(m_state, this, [this] { refresh(); });
+    onAnyChange(m_settings, this, [this] { refresh(); });
+    refresh();
+}
+
+MainView::~MainView() {
+    m_panel.reset();  // before the state that it shows
+}
+
+QWidget* MainView::header() {
+    m_tabs = new TabStrip({{u"character.book.closed.fill"_s, u"Tralio"_s},
+                           {u"clock.arrow.circlepath"_s, u"Lịch sử"_s},
+                           {u"gearshape.fill"_s, u"Cài đặt"_s},
+                           {u"person.crop.circle.fill"_s, u"Tác giả"_s}});
+    connect(m_tabs, &TabStrip::selected, this, [this](int index) {
+        if (const auto tab = appTab(index))
+            m_state.selectedTab = *tab;
+    });
+    auto* guide = new Button(button::icon, {.icon = u"questionmark.circle"_s});
+    setTooltip(guide, u"Hướng dẫn sử dụng (Mở tài liệu)"_s);
+    connect(guide, &Button::clicked, this, [this] { m_actions.openGuide(); });
+    auto* quit = new Button(button::icon, {.icon = u"power"_s});
+    setTooltip(quit, u"Thoát ứng dụng Tralio"_s);
+    connect(quit, &Button::clicked, this, [this] { m_actions.quit(); });
+
+    auto* name = row({.spacing = 6}, {new IconView({u"character.bubble.fill"_s, 16, true}, ColorRole::AccentIcon),
+                                      new Label(u"Tralio"_s, text::panelTitle)});
+    auto* bar = filled(new QWidget, row({.padding = {14, 0, 8, 0}},
+                                        {name, Stretch{}, m_tabs, Stretch{}, guide, quit}));
+    bar->setFixedHeight(50);
+    return bar;
+}
+
+QWidget* MainView::footer() {
+    auto* version = new Label(u"Tralio v"_s + QCoreApplication::applicationVersion(),
+                              text::caption.with(Weight::Semibold), ColorRole::Secondary);
+    m_warning = new Button(button::footerWarning, {.icon = u"exclamationmark.triangle.fill"_s});
+    setTooltip(m_warning, u"Nhấn để mở Cài đặt và cấp quyền cho ứng dụng"_s);
+    connect(m_warning, &Button::clicked, this, [this] { m_actions.requestAccessibility(); });
+    m_selectionChip = new Chip(QString());
+    m_captureChip = new Chip(QString());
+    connect(m_selectionChip, &Chip::clicked, this, [this] { m_actions.requestAccessibility(); });
+
+    auto* bar = filled(
+        new QWidget,
+        row({.spacing = 6, .padding = {14, 0, 14, 0}},
+            {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::AccentIcon), version, Stretch{},
+             m_warning, m_selectionChip, m_captureChip}));
+    bar->setFixedHeight(33);
+    return bar;
+}
+
+void MainView::refresh() {
+    m_tabs->setCurrent(static_cast<int>(m_state.selectedTab()));
+    showPanel();
+
+    const auto warning = m_state.ungrantedWarningText();
+    m_warning->setTitle(warning.value_or(QString()));
+    m_warning->setVisible(warning.has_value());
+    showPermission(m_selectionChip, u"Bôi đen: "_s + m_settings.hotKeyDisplay(),
+                   m_state.isAccessibilityGranted(), u"Quyền Trợ năng: Đã bật (Sẵn sàng)"_s,
+                   u"Chưa cấp quyền Trợ năng - Nhấn để mở Cài đặt"_s);
+    showPermission(m_captureChip, u"Chụp: "_s + m_settings.ocrHotKeyDisplay(),
+                   m_state.isScreenCaptureGranted(), u"Quyền Ghi màn hình (OCR): Đã bật (Sẵn sàng)"_s,
+                   u"Chưa cấp quyền Ghi màn hình - Nhấn để mở Cài đặt"_s);
+}
+
+void MainView::showPanel() {
+    const int tab = static_cast<int>(m_state.selectedTab());
+    if (m_shownTab == tab)
+        return;
+    m_shownTab = tab;
+    m_panel.reset();
+    m_translate.reset();
+    if (m_state.selectedTab() == AppTab::translate)
+        showTranslatePanel();
+    else
+        m_panel = std::make_unique<QWidget>();
+    m_panelArea->layout()->addWidget(m_panel.get());
+}
+
+void MainView::showTranslatePanel() {
+    m_translate = std::make_unique<TranslateState>(
+        TranslateState::Services{m_services.ai, m_settings, m_services.appState, m_services.pasteboard,
+                                 m_services.clock},
+        Binding<QString>{[this] { return m_state.textToTranslate(); },
+                         [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
+    m_panel = std::make_unique<TranslateView>(*m_translate);
+    m_translate->checkAndTriggerPendingTranslation();
+}
+
+}  // namespace tralio

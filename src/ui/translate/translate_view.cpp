@@ -1,0 +1,175 @@
+#include "ui/translate/translate_view.h"
+
+#include "common/excerpt.h"
+#include "common/on_change.h"
+#include "engine/translation_tone.h"
+#include "state/app_settings.h"
+#include "ui/kit/button.h"
+#include "ui/kit/error_strip.h"
+#include "ui/kit/label.h"
+#include "ui/kit/menu_button.h"
+#include "ui/kit/multiline_enter_input_view.h"
+#include "ui/kit/reading_area.h"
+#include "ui/kit/reveal.h"
+#include "ui/kit/stack.h"
+#include "ui/kit/surface.h"
+#include "ui/kit/tooltip.h"
+#include "ui/translate/translate_state.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QList<MenuEntry> entries(const QStringList& titles) {
+    QList<MenuEntry> list;
+    for (const QString& title : titles)
+        list.push_back({title});
+    return list;
+}
+
+QList<MenuEntry> toneEntries(const TranslationTone& current) {
+    QList<MenuEntry> list;
+    for (const TranslationTone& tone : TranslationTone::allCases())
+        list.push_back({tone.rawValue(), tone == current});
+    return list;
+}
+
+}  // namespace
+
+TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(parent), m_state(state) {
+    filled(this, column({.padding = {14, 10, 14, 10}},
+                        {
+                            languageRow(),
+                            Gap{12},
+                            inputBox(),
+                            Gap{4},
+                            toolRow(),
+                            Gap{12},
+                            actionRow(),
+                            Gap{12},
+                            errorStrip(),
+                            {resultBlock(), {}, 1},
+                        }));
+    onAnyChange(m_state, this, [this] { refresh(); });
+    onAnyChange(m_state.settings(), this, [this] { refresh(); });
+    onAnyChange(*m_state.inputText.owner, this, [this] { refresh(); });
+    refresh();
+}
+
+QLayout* TranslateView::languageRow() {
+    m_source = new MenuButton;
+    m_source->setSpokenCaption(u"Ngôn ngữ nguồn"_s);
+    m_source->setEntries(entries(TranslateState::languages()));
+    connect(m_source, &MenuButton::chosen, this,
+            [this](int index) { m_state.sourceLang = TranslateState::languages()[index]; });
+
+    auto* swap = new Button(button::swap, {.icon = u"arrow.left.arrow.right"_s});
+    swap->setSpokenCaption(u"Đổi chiều ngôn ngữ"_s);
+    setTooltip(swap, u"Đổi chiều ngôn ngữ"_s);
+    connect(swap, &Button::clicked, this, [this] { m_state.swapLanguages(); });
+
+    m_target = new MenuButton;
+    m_target->setSpokenCaption(u"Ngôn ngữ đích"_s);
+    m_target->setEntries(entries(TranslateState::targetLanguages()));
+    connect(m_target, &MenuButton::chosen, this,
+            [this](int index) { m_state.targetLang = TranslateState::targetLanguages()[index]; });
+
+    m_tone = new MenuButton(text::caption, u"sparkles"_s);
+    m_tone->setSpokenCaption(u"Giọng điệu"_s);
+    m_tone->setMenuAlignment(Qt::AlignRight);
+    connect(m_tone, &MenuButton::chosen, this,
+            [this](int index) { m_state.settings().tone = TranslationTone::allCases()[size_t(index)]; });
+
+    return row({.spacing = 8}, {m_source, swap, m_target, Stretch{}, m_tone});
+}
+
+QWidget* TranslateView::inputBox() {
+    m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
+    m_input->setFixedHeight(115);
+    m_input->setPlaceholder(u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s);
+    auto* box = new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block);
+    return filled(box, column({.padding = {6, 6, 6, 6}}, {m_input}));
+}
+
+QLayout* TranslateView::toolRow() {
+    m_characterCount = new Label(QString(), text::smallCaption, ColorRole::Secondary);
+    m_clear = new Button(button::word, {.title = u"Xóa"_s});
+    m_clear->setColor(ColorRole::Secondary);
+    connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
+    return row({.padding = {4, 0, 0, 0}}, {m_characterCount, Stretch{}, m_clear});
+}
+
+QLayout* TranslateView::actionRow() {
+    m_translate = new Button(button::main, {.icon = u"arrow.triangle.2.circlepath"_s});
+    m_translate->stretch();
+    connect(m_translate, &Button::clicked, this, [this] { m_state.performTranslate(); });
+    m_cancel = new Button(button::borderedTall, {.title = u"Hủy"_s});
+    connect(m_cancel, &Button::clicked, this, [this] { m_state.cancel(); });
+    return row({.spacing = 8}, {m_translate, m_cancel});
+}
+
+QWidget* TranslateView::errorStrip() {
+    m_error = new ErrorStrip;
+    connect(m_error, &ErrorStrip::closeRequested, this, [this] { m_state.dismissError(); });
+    auto* spaced = filled(new QWidget, column({.padding = {0, 0, 0, 12}}, {m_error}));
+    m_errorReveal = new Reveal(spaced);
+    return m_errorReveal;
+}
+
+QWidget* TranslateView::resultBlock() {
+    m_copy = new Button(button::word, {.icon = u"doc.on.doc"_s});
+    m_copy->setWeight(Weight::Medium);
+    connect(m_copy, &Button::clicked, this, [this] { m_state.copyResult(); });
+
+    m_result = new ReadingArea;
+    m_result->setAccessibleName(u"Bản dịch"_s);
+
+    auto* block = new Surface(ColorRole::Surface1, ColorRole::Border15, radius::block);
+    auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary);
+    auto* header = filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_copy}));
+    header->setFixedHeight(22);
+    m_result->setMinimumHeight(115);
+    return filled(block, column({.padding = {4, 4, 4, 4}}, {header, Gap{4}, {m_result, {}, 1}}));
+}
+
+void TranslateView::focusInput() {
+    m_input->setFocus(Qt::OtherFocusReason);
+}
+
+void TranslateView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    focusInput();
+}
+
+void TranslateView::refresh() {
+    m_source->setTitle(m_state.sourceLang());
+    m_target->setTitle(m_state.targetLang());
+    m_tone->setTitle(m_state.settings().tone().rawValue());
+    m_tone->setEntries(toneEntries(m_state.settings().tone()));
+
+    const QString input = m_state.inputText.get();
+    m_input->refresh();
+    m_characterCount->setText(u"%1 ký tự"_s.arg(characterCount(input)));
+    m_clear->setVisible(!input.isEmpty());
+
+    const bool translating = m_state.isTranslating();
+    m_translate->setTitle(translating ? u"Đang dịch bằng AI..."_s : u"Tralio (↵ Enter)"_s);
+    m_translate->setBusy(translating);
+    m_translate->setEnabled(m_state.canTranslate());
+    m_cancel->setVisible(translating);
+
+    if (const auto message = m_state.errorMessage())
+        m_error->setMessage(*message);
+    m_errorReveal->setRevealed(m_state.errorMessage().has_value());
+
+    m_copy->setVisible(!m_state.outputText().isEmpty());
+    m_copy->setIconName(m_state.isCopied() ? u"checkmark"_s : u"doc.on.doc"_s);
+    m_copy->setTitle(m_state.isCopied() ? u"Đã chép!"_s : u"Sao chép"_s);
+    m_copy->setColor(m_state.isCopied() ? ColorRole::Green : ColorRole::AccentText);
+
+    m_result->setText(m_state.outputText());
+    m_result->setPlaceholder(translating ? QString() : u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
+}
+
+}  // namespace tralio

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tralio {
+
+class Button;
+class ErrorStrip;
+class Label;
+class MenuButton;
+class MultilineEnterInputView;
+class ReadingArea;
+class Reveal;
+class TranslateState;
+
+/// The translate panel: languages and tone, the input, and the result. Shows what its state says; keeps nothing
+/// of its own.
+class TranslateView final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `state` outlives the view.
+    explicit TranslateView(TranslateState& state, QWidget* parent = nullptr);
+
+    /// Puts the caret into the input.
+    void focusInput();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    QLayout* languageRow();
+    QWidget* inputBox();
+    QLayout* toolRow();
+    QLayout* actionRow();
+    QWidget* errorStrip();
+    QWidget* resultBlock();
+
+    void refresh();
+
+    TranslateState& m_state;
+    MenuButton* m_source;
+    MenuButton* m_target;
+    MenuButton* m_tone;
+    MultilineEnterInputView* m_input;
+    Label* m_characterCount;
+    Button* m_clear;
+    Button* m_translate;
+    Button* m_cancel;
+    ErrorStrip* m_error;
+    Reveal* m_errorReveal;
+    Button* m_copy;
+    ReadingArea* m_result;
+};
+
+}  // namespace tralio

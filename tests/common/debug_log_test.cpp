@@ -1,0 +1,60 @@
+#include "common/debug_log.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "support/debug_log_file.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(DebugLogTest, a_line_is_the_time_in_utc_and_the_message) {
+    const DebugLogFile log;
+    const auto before = QDateTime::currentDateTimeUtc().addMSecs(-1000);
+    debugLog(u"requested with text 'Tiếng Việt %1 😀'"_s);
+    const QRegularExpression form(u"^\\[(\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d) \\+0000\\] (.*)\n$"_s,
+                                  QRegularExpression::DotMatchesEverythingOption);
+    const auto match = form.match(QString::fromUtf8(log.content()));
+    ASSERT_TRUE(match.hasMatch()) << log.content().constData();
+    auto time = QDateTime::fromString(match.captured(1), u"yyyy-MM-dd hh:mm:ss"_s);
+    time.setTimeSpec(Qt::UTC);
+    EXPECT_GE(time, before);
+    EXPECT_LE(time, QDateTime::currentDateTimeUtc());
+    EXPECT_EQ(match.captured(2), u"requested with text 'Tiếng Việt %1 😀'"_s);
+}
+
+TEST(DebugLogTest, lines_are_added_to_what_is_there_and_only_the_user_may_read_them) {
+    const DebugLogFile log;
+    debugLog(u"first"_s);
+    debugLog(u"second"_s);
+    EXPECT_EQ(log.messages(), QStringList({u"first"_s, u"second"_s}));
+    EXPECT_EQ(QFileInfo(log.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther),
+              QFile::Permissions());
+}
+
+TEST(DebugLogTest, a_log_that_cannot_be_written_is_ignored) {
+    const DebugLogFile log;
+    const QString elsewhere = log.path() + u".elsewhere"_s;
+
+    QFile victim(elsewhere);
+    ASSERT_TRUE(victim.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(QFile::link(elsewhere, log.path()));
+    debugLog(u"through a link"_s);
+    EXPECT_EQ(victim.size(), 0);
+
+    ASSERT_TRUE(QFile::remove(log.path()));
+    ASSERT_EQ(mkfifo(QFile::encodeName(log.path()).constData(), 0600), 0);
+    debugLog(u"into a pipe without a reader"_s);
+
+    setDebugLogPath(log.path() + u"/no/such/folder"_s);
+    debugLog(u"nowhere"_s);
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,50 @@
+#include "common/excerpt.h"
+
+#include <gtest/gtest.h>
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+struct Characters {
+    const char* what;
+    QString text;
+    qsizetype count;
+};
+
+TEST(ExcerptTest, what_a_user_perceives_as_one_character_counts_as_one) {
+    const Characters cases[] = {
+        {"nothing", u""_s, 0},
+        {"composed letters", u"Tiếng Việt"_s, 10},
+        {"decomposed letters", u"Tiếng Việt"_s.normalized(QString::NormalizationForm_D), 10},
+        {"an emoji outside the basic plane", u"a😀b"_s, 3},
+        {"a family joined from four emoji", u"👨‍👩‍👧‍👦"_s, 1},
+        {"a flag made of two letters", u"🇻🇳"_s, 1},
+        {"an emoji with a skin tone", u"👍🏽"_s, 1},
+        {"Hangul written in its parts", u"한"_s.normalized(QString::NormalizationForm_D), 1},
+        {"a line end of two code units", u"a\r\nb"_s, 3},
+        {"a letter that somebody put many accents on", u"a"_s + QString(5000, QChar(0x0301)), 1},
+    };
+    for (const auto& [what, text, count] : cases) {
+        EXPECT_EQ(characterCount(text), count) << what;
+        // Thirty of them fit, and the thirty-first does not.
+        EXPECT_EQ(excerpt(text.repeated(2)), text.repeated(2)) << what;
+        EXPECT_EQ(excerpt(u"x"_s.repeated(29) + u' ' + text), u"x"_s.repeated(29) + u' ') << what;
+    }
+}
+
+TEST(ExcerptTest, no_character_is_cut_in_two) {
+    const QString family = u"👨‍👩‍👧‍👦"_s;
+    EXPECT_EQ(excerpt(family.repeated(31)), family.repeated(30));
+    EXPECT_EQ(excerpt(u"x"_s.repeated(100)), u"x"_s.repeated(30));
+}
+
+TEST(ExcerptTest, the_length_of_the_text_does_not_matter) {
+    EXPECT_EQ(excerpt(u"ệ"_s.repeated(10'000'000)), u"ệ"_s.repeated(30));
+    const QString stacked = u"a"_s + QString(5000, QChar(0x0301));
+    EXPECT_EQ(excerpt(stacked + u"b"_s.repeated(100)), stacked + u"b"_s.repeated(29));
+}
+
+}  // namespace
+}  // namespace tralio

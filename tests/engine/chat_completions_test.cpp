@@ -1,0 +1,148 @@
+#include "engine/chat_completions.h"
+
+#include <gmock/gmock.h>
+
+#include "common/localized_error.h"
+#include "engine/provider_preset.h"
+#include "support/print_to.h"
+
+namespace tralio::chat_completions {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(EndpointURLTest, the_tail_is_appended_once_and_one_slash_makes_way_for_it) {
+    const QString gateway = ProviderPreset::presets().first().baseURL + u"/chat/completions"_s;
+    const std::pair<QString, QString> cases[] = {
+        {u"https://a.test/v1"_s, u"https://a.test/v1/chat/completions"_s},
+        {u" \t\n\u00a0\u3000https://a.test/v1/\u2029\r\n "_s, u"https://a.test/v1/chat/completions"_s},
+        {u"https://a.test/v1//"_s, u"https://a.test/v1//chat/completions"_s},
+        {u"https://a.test"_s, u"https://a.test/chat/completions"_s},
+        {u"https://a.test/x/chat/completions"_s, u"https://a.test/x/chat/completions"_s},
+        {u"https://a.test/chat/completions/"_s, u"https://a.test/chat/completions/chat/completions"_s},
+        {u"https://a.test/Chat/Completions"_s, u"https://a.test/Chat/Completions/chat/completions"_s},
+        {u"https://a.test/v1?key=1"_s, u"https://a.test/v1?key=1/chat/completions"_s},
+        {u"a.test"_s, u"a.test/chat/completions"_s},
+        {u""_s, gateway},
+        {u" \n\t "_s, gateway},
+    };
+    for (const auto& [base, expected] : cases) {
+        const auto url = buildEndpointURL(base);
+        ASSERT_TRUE(url) << qPrintable(base);
+        EXPECT_EQ(url->toString(), expected);
+    }
+}
+
+TEST(EndpointURLTest, what_is_no_url_gives_no_endpoint) {
+    for (const QString& base : {u"https://a b.test/v1"_s, u"https://a.test/v 1"_s,
+                                u"https://a.test:port/v1"_s, u"https://[::1/v1"_s, u"https://a.test/\nv1"_s,
+                                u"https://a.test/<v1>"_s, u"https://a.test/%zz"_s, u"://"_s})
+        EXPECT_EQ(buildEndpointURL(base), std::nullopt) << qPrintable(base);
+}
+
+TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers_of_its_own) {
+    const QUrl endpoint(u"https://a.test/v1/chat/completions"_s);
+    const std::pair<QString, QByteArray> cases[] = {
+        {u"  sk-1 \n"_s, "Bearer sk-1"},
+        {u"sk-1\r\nX-Injected: yes\nmore\0"_s, "Bearer sk-1X-Injected: yesmore"},
+        {u"khóa"_s,
+         "Bearer kh\xc3\xb3"
+         "a"},
+        {u" \t\r\n"_s, {}},
+        {QString(), {}},
+    };
+    for (const auto& [key, expected] : cases) {
+        const QNetworkRequest request = buildRequest(endpoint, key);
+        EXPECT_EQ(request.url(), endpoint);
+        EXPECT_EQ(request.rawHeader("Content-Type"), "application/json");
+        EXPECT_EQ(request.rawHeader("Authorization"), expected);
+        EXPECT_EQ(request.hasRawHeader("Authorization"), !expected.isEmpty());
+    }
+}
+
+TEST(RequestBodyTest, a_translation_carries_the_composed_prompt_and_exactly_four_members) {
+    const QString prompt =
+        systemPrompt(u" Be \"good\".\n"_s, u"Tự động phát hiện"_s, u"Tiếng Việt"_s, TranslationTone::concise);
+    const QByteArray expected =
+        R"({"messages":[{"content":" Be \"good\".\n)"
+        R"(\n\nYêu cầu cụ thể cho bản dịch này:)"
+        R"(\n- Ngôn ngữ nguồn: Tự động phát hiện)"
+        R"(\n- Ngôn ngữ đích: Tiếng Việt)"
+        R"(\n- Phong cách / Giọng điệu: Tralio ngắn gọn, súc tích, đi thẳng vào ý chính, loại bỏ các từ đệm )"
+        R"(không cần thiết.)"
+        R"(\n- Quy tắc vàng: Giữ nguyên định dạng đoạn văn, dấu câu, mã code (nếu có). Chỉ trả về kết quả )"
+        R"(dịch trực tiếp, không chào hỏi, không thêm bất kỳ ghi chú nào khác.","role":"system"},)"
+        R"({"content":"Nai\u0308ve 👍\tok","role":"user"}],"model":"m/1","stream":false,"temperature":0.2})";
+    QByteArray text = expected;
+    text.replace(R"(\u0308)", "\u0308");
+    EXPECT_EQ(translationBody(u"m/1"_s, prompt, u"Nai\u0308ve 👍\tok"_s), text);
+
+    EXPECT_TRUE(systemPrompt({}, u"A"_s, u"B"_s, TranslationTone::formal).startsWith(u"\n\nYêu cầu"));
+    // Texts of the user are no patterns.
+    EXPECT_TRUE(systemPrompt(u"%1 %2"_s, u"%3"_s, u"%1"_s, TranslationTone::formal).startsWith(u"%1 %2\n\n"));
+}
+
+TEST(RequestBodyTest, a_connection_test_asks_for_a_short_answer_without_a_prompt) {
+    EXPECT_EQ(connectionTestBody(u"m/1"_s),
+              R"({"max_tokens":10,"messages":[{"content":"Ping. Reply with OK only.","role":"user"}],)"
+              R"("model":"m/1","stream":false})");
+}
+
+TEST(RequestBodyTest, half_a_surrogate_pair_is_refused_wherever_it_stands) {
+    const QString half = u"a"_s + QChar(0xd83d) + u"b"_s;
+    EXPECT_THROW((void)translationBody(u"m"_s, u"p"_s, half), LocalizedError);
+    EXPECT_THROW((void)translationBody(u"m"_s, half, u"t"_s), LocalizedError);
+    EXPECT_THROW((void)translationBody(half, u"p"_s, u"t"_s), LocalizedError);
+    EXPECT_THROW((void)connectionTestBody(half), LocalizedError);
+}
+
+TEST(ReplyTest, the_text_is_read_only_when_every_step_to_it_has_the_right_type) {
+    const std::pair<QByteArray, std::optional<QString>> cases[] = {
+        {R"({"choices":[{"message":{"content":" \n Xin chào\u0021 \t"}}]})", u"Xin chào!"_s},
+        {R"({"choices":[{"message":{"content":"a"}},{"message":{"content":"b"}}],"x":1})", u"a"_s},
+        {R"({"choices":[{"message":{"content":"a"}},{}]})", u"a"_s},
+        {R"({"choices":[{"message":{"content":" \n\t "}}]})", u""_s},
+        {R"({"choices":[{"message":{"content":null}}]})", std::nullopt},
+        {R"({"choices":[{"message":{"content":["a"]}}]})", std::nullopt},
+        {R"({"choices":[{"message":{"content":7}}]})", std::nullopt},
+        {R"({"choices":[{"message":{}}]})", std::nullopt},
+        {R"({"choices":[{"message":"a"}]})", std::nullopt},
+        {R"({"choices":[{"message":[{"content":"a"}]}]})", std::nullopt},
+        {R"({"choices":[{}]})", std::nullopt},
+        {R"({"choices":[]})", std::nullopt},
+        {R"({"choices":["a"]})", std::nullopt},
+        {R"({"choices":[[{"message":{"content":"a"}}]]})", std::nullopt},
+        {R"({"choices":[{"message":{"content":"a"}},"b"]})", std::nullopt},
+        {R"({"choices":[{"message":{"content":"a"}},null]})", std::nullopt},
+        {R"({"choices":{"0":{"message":{"content":"a"}}}})", std::nullopt},
+        {R"({"choices":null})", std::nullopt},
+        {R"({"choices":1})", std::nullopt},
+        {R"({})", std::nullopt},
+        {R"([{"choices":[{"message":{"content":"a"}}]}])", std::nullopt},
+        {R"("a")", std::nullopt},
+        {R"({"choices":[{"message":{"content":"a"}}]} and more)", std::nullopt},
+        {R"({"choices":[{"message":{"content":"a"}})", std::nullopt},
+        {"<html>", std::nullopt},
+        {"", std::nullopt},
+    };
+    for (const auto& [body, expected] : cases)
+        EXPECT_EQ(replyText(body), expected) << body.constData();
+}
+
+TEST(ReplyTest, an_error_message_is_read_only_from_an_error_object) {
+    const std::pair<QByteArray, std::optional<QString>> cases[] = {
+        {R"({"error":{"message":" Quota "}})", u" Quota "_s},
+        {R"({"error":{"message":""}})", u""_s},
+        {R"({"error":{"message":1}})", std::nullopt},
+        {R"({"error":{}})", std::nullopt},
+        {R"({"error":"Quota"})", std::nullopt},
+        {R"({"message":"Quota"})", std::nullopt},
+        {R"([{"error":{"message":"Quota"}}])", std::nullopt},
+        {"Quota", std::nullopt},
+    };
+    for (const auto& [body, expected] : cases)
+        EXPECT_EQ(errorMessage(body), expected) << body.constData();
+}
+
+}  // namespace
+}  // namespace tralio::chat_completions

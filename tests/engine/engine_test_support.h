@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QTimer>
+#include <qcorotask.h>
+
+#include <gmock/gmock.h>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "engine/ai_error.h"
+#include "engine/ai_service.h"
+#include "engine/http_client.h"
+#include "support/fake_clock.h"
+#include "support/print_to.h"
+#include "support/stand_in_model.h"
+
+namespace tralio {
+
+inline void PrintTo(const AIError& error, std::ostream* out) {
+    *out << error.what();
+}
+
+/// Runs the event loop until `condition` holds; false if it never does.
+template <typename Condition>
+[[nodiscard]] bool eventually(Condition condition) {
+    const QDeadlineTimer deadline(20'000);
+    QTimer heartbeat;  // the condition may come true without an event on this thread
+    heartbeat.start(5);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    return true;
+}
+
+/// How an operation ended, in the words that the user reads.
+struct Outcome {
+    bool ended = false;
+    bool failed = false;
+    QString text;  ///< the result, or the error's description
+    std::optional<AIError> aiError;
+};
+
+inline QCoro::Task<void> record(QCoro::Task<QString> task, std::shared_ptr<Outcome> outcome) {
+    try {
+        outcome->text = co_await task;
+    } catch (const LocalizedError& error) {
+        outcome->failed = true;
+        outcome->text = error.errorDescription();
+        if (const auto* aiError = dynamic_cast<const AIError*>(&error))
+            outcome->aiError = *aiError;
+    }
+    outcome->ended = true;
+}
+
+/// Runs the event loop until the operation ends. QCoro's own `waitFor` never returns from one that fails.
+inline Outcome outcomeOf(QCoro::Task<QString> task) {
+    const auto outcome = std::make_shared<Outcome>();
+    const QCoro::Task<void> recording = record(std::move(task), outcome);
+    EXPECT_TRUE(eventually([&outcome] { return outcome->ended; })) << "the operation never ended";
+    return *outcome;
+}
+
+/// A service, and a stand-in for the model that its settings point at. Time stands still.
+class EngineTest : public testing::Test {
+protected:
+    EngineTest() {
+        using namespace Qt::StringLiterals;
+        settings = {standIn.baseURL(), u"custom"_s, u"sk-test"_s, u"test-model"_s, u"Translate."_s};
+    }
+
+    QCoro::Task<QString> translate(std::stop_token stop = {}) {
+        using namespace Qt::StringLiterals;
+        return service.translate(u"Hello"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, TranslationTone::natural,
+                                 settings, stop);
+    }
+
+    QCoro::Task<QString> testConnection() { return service.testConnection(settings); }
+
+    FakeClock clock;
+    StandInModel standIn;
+    EndpointSettings settings;
+    HttpClient http{clock};
+    AIService service{http};
+};
+
+}  // namespace tralio

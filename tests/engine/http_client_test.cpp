@@ -1,0 +1,206 @@
+#include "engine/http_client.h"
+
+#include <QScopeGuard>
+
+#include <thread>
+
+#include "engine/engine_test_support.h"
+#include "engine/transport_error.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Delivery = StandInReply::Delivery;
+
+/// A fake clock that knows when something was last scheduled, which is when an idle time-out last began anew.
+class WatchedClock final : public Clock {
+public:
+    void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) override {
+        lastScheduled = now;
+        m_clock.after(delay, context, std::move(action));
+    }
+    void every(std::chrono::milliseconds interval, QObject* context, std::function<void()> action) override {
+        m_clock.every(interval, context, std::move(action));
+    }
+
+    void advance(std::chrono::milliseconds by) {
+        // Whole steps, so that what is scheduled on the way is stamped with its own time.
+        for (auto step = 0ms; step < by; step += 500ms) {
+            now += 500ms;
+            m_clock.advance(500ms);
+        }
+    }
+
+    std::chrono::milliseconds now{0};
+    std::chrono::milliseconds lastScheduled{0};
+
+private:
+    FakeClock m_clock;
+};
+
+class HttpClientTest : public testing::Test {
+protected:
+    QCoro::Task<QString> post(std::stop_token stop = {}) {
+        const QNetworkRequest request(QUrl(standIn.baseURL()));
+        QCoro::Task<HttpResponse> sending = client->send(request, "body", 45s, stop);
+        const HttpResponse response = co_await sending;
+        ++completions;
+        co_return QString::fromUtf8(response.body);
+    }
+
+    void hold() { standIn.replies(StandInReply::withBody(200, "late").delivered(Delivery::held)); }
+
+    /// Lets time pass, and the event loop run with it, until the task ends.
+    void passTime(const QCoro::Task<QString>& task) {
+        for (int i = 0; i < 1000 && !task.isReady(); ++i) {
+            clock.advance(500ms);
+            QCoreApplication::processEvents();
+        }
+    }
+
+    [[nodiscard]] bool arrived(qsizetype count) {
+        return eventually([this, count] { return standIn.requests().size() == count; });
+    }
+
+    WatchedClock clock;
+    StandInModel standIn;
+    std::unique_ptr<HttpClient> client = std::make_unique<HttpClient>(clock);
+    int completions = 0;
+};
+
+TEST_F(HttpClientTest, silence_ends_a_request_after_exactly_the_idle_time) {
+    hold();
+    QCoro::Task<QString> task = post();
+    ASSERT_TRUE(arrived(1));
+    passTime(task);
+    EXPECT_EQ(clock.now - clock.lastScheduled, 45s);
+    const QString expected = TransportError::timedOut(QUrl(standIn.baseURL()), 45s).errorDescription();
+    EXPECT_EQ(outcomeOf(std::move(task)).text, expected);
+    EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
+}
+
+TEST_F(HttpClientTest, a_server_that_sends_a_byte_now_and_then_is_not_cut_off) {
+    standIn.replies(StandInReply::withBody(200, QByteArray(20, 'x')).delivered(Delivery::trickled));
+    QCoro::Task<QString> task = post();
+    ASSERT_TRUE(arrived(1));
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_TRUE(eventually([this] { return clock.lastScheduled == clock.now; })) << "byte " << i;
+        clock.advance(44s);
+        standIn.sendOneByte();
+    }
+    EXPECT_FALSE(task.isReady());
+    standIn.sendTheRest();
+    EXPECT_EQ(outcomeOf(std::move(task)).text, u"xxxxxxxxxxxxxxxxxxxx"_s);
+}
+
+TEST_F(HttpClientTest, a_server_that_falls_silent_in_the_middle_of_the_body_is_cut_off) {
+    standIn.replies(StandInReply::withBody(200, "0123456789").delivered(Delivery::trickled));
+    QCoro::Task<QString> task = post();
+    ASSERT_TRUE(arrived(1));
+    clock.advance(30s);
+    standIn.sendOneByte();
+    ASSERT_TRUE(eventually([this] { return clock.lastScheduled == clock.now; }));
+    passTime(task);
+    EXPECT_EQ(clock.now - clock.lastScheduled, 45s);
+    EXPECT_TRUE(outcomeOf(std::move(task)).failed);
+}
+
+TEST_F(HttpClientTest, the_two_operations_wait_45_and_15_seconds) {
+    hold();
+    AIService service(*client);
+    const EndpointSettings settings{standIn.baseURL(), u"ollama"_s, {}, {}, {}};
+    QCoro::Task<QString> translation = service.translate(u"a"_s, u"A"_s, u"B"_s, {}, settings);
+    ASSERT_TRUE(arrived(1));
+    passTime(translation);
+    EXPECT_EQ(clock.now - clock.lastScheduled, 45s);
+
+    QCoro::Task<QString> connectionTest = service.testConnection(settings);
+    ASSERT_TRUE(arrived(2));
+    passTime(connectionTest);
+    EXPECT_EQ(clock.now - clock.lastScheduled, 15s);
+}
+
+TEST_F(HttpClientTest, a_stop_request_aborts_the_request_and_drops_the_late_answer) {
+    hold();
+    std::stop_source stop;
+    QCoro::Task<QString> task = post(stop.get_token());
+    ASSERT_TRUE(arrived(1));
+    stop.request_stop();
+    stop = std::stop_source();  // who cancels forgets the source at once
+    EXPECT_EQ(outcomeOf(std::move(task)).text, TransportError::cancelled().errorDescription());
+    EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
+    standIn.sendTheRest();
+    EXPECT_EQ(completions, 0);
+}
+
+TEST_F(HttpClientTest, an_answer_that_arrives_together_with_the_stop_request_is_dropped) {
+    std::stop_source stop;
+    QObject::connect(&standIn, &StandInModel::requestReceived, [&stop] { stop.request_stop(); });
+    EXPECT_EQ(outcomeOf(post(stop.get_token())).text, TransportError::cancelled().errorDescription());
+    EXPECT_EQ(completions, 0);
+}
+
+TEST_F(HttpClientTest, a_stop_request_may_come_before_the_request_or_from_another_thread) {
+    hold();
+    std::stop_source stop;
+    QCoro::Task<QString> task = post(stop.get_token());
+    ASSERT_TRUE(arrived(1));
+    std::thread([&stop] { stop.request_stop(); }).join();
+    EXPECT_TRUE(outcomeOf(std::move(task)).failed);
+
+    EXPECT_TRUE(outcomeOf(post(stop.get_token())).failed);
+    EXPECT_EQ(standIn.requests().size(), 1);
+}
+
+TEST_F(HttpClientTest, a_request_whose_caller_let_go_of_it_still_ends) {
+    hold();
+    { const QCoro::Task<QString> dropped = post(); }
+    ASSERT_TRUE(arrived(1));
+    standIn.sendTheRest();
+    EXPECT_TRUE(eventually([this] { return completions == 1; }));
+}
+
+TEST_F(HttpClientTest, destroying_the_client_cancels_what_is_under_way) {
+    hold();
+    QCoro::Task<QString> connected = post();
+    ASSERT_TRUE(arrived(1));
+    QCoro::Task<QString> fresh = post();
+    client.reset();
+    EXPECT_EQ(outcomeOf(std::move(connected)).text, TransportError::cancelled().errorDescription());
+    EXPECT_EQ(outcomeOf(std::move(fresh)).text, TransportError::cancelled().errorDescription());
+}
+
+TEST_F(HttpClientTest, who_awaits_a_reply_may_destroy_the_client) {
+    const auto postAndDestroy = [this]() -> QCoro::Task<QString> {
+        QCoro::Task<QString> posting = post();
+        const QString text = co_await posting;
+        client.reset();
+        co_return text;
+    };
+    standIn.replies(StandInReply::withBody(200, "done"));
+    EXPECT_EQ(outcomeOf(postAndDestroy()).text, u"done"_s);
+}
+
+TEST_F(HttpClientTest, the_proxy_of_the_desktop_is_used_except_for_this_machine) {
+    StandInModel proxy;
+    proxy.replies(StandInReply::withBody(200, "by proxy"));
+    standIn.replies(StandInReply::withBody(200, "direct"));
+    // On a bare session the environment speaks for the desktop; elsewhere it is made to.
+    qputenv("PX_FORCE_CONFIG", "config_envvar");
+    qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(proxy.port()));
+    const auto restore = qScopeGuard([] {
+        qunsetenv("http_proxy");
+        qunsetenv("PX_FORCE_CONFIG");
+    });
+
+    EXPECT_EQ(outcomeOf(post()).text, u"direct"_s);
+    const QNetworkRequest request(QUrl(u"http://model.test/v1"_s));
+    const HttpResponse response = QCoro::waitFor(client->send(request, "body", 45s));
+    EXPECT_EQ(response.body, "by proxy");
+    EXPECT_EQ(proxy.requests().last().target, "http://model.test/v1");
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,135 @@
+#include <gmock/gmock.h>
+
+#include "support/debug_log_file.h"
+#include "support/fake_desktop.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using Request = FakeHotKeyPlatform::Request;
+
+constexpr HotKeyID textKey{0x5452414C, 1};
+constexpr HotKeyID ocrKey{0x5452414C, 2};
+
+class HotKeys : public testing::Test {
+protected:
+    void registerBoth() {
+        service.registerGlobalHotKeys(2, 768, [this] { presses += u"text"_s; }, 1, 768,
+                                      [this] { presses += u"ocr"_s; });
+    }
+
+    DebugLogFile log;
+    FakeDesktop desktop;
+    HotKeyService service{desktop.platform()};
+    QStringList presses;
+};
+
+TEST_F(HotKeys, both_are_registered_text_first_and_logged) {
+    registerBoth();
+    EXPECT_THAT(desktop.hotKeys.registrations(),
+                ElementsAre(Request{2, 768, textKey}, Request{1, 768, ocrKey}));
+    EXPECT_THAT(log.messages(), ElementsAre(u"Đăng ký phím tắt Text thành công: code=2, mods=768"_s,
+                                            u"Đăng ký phím tắt OCR thành công: code=1, mods=768"_s));
+}
+
+TEST_F(HotKeys, a_press_runs_the_action_of_its_id_after_the_event_handler_has_returned) {
+    registerBoth();
+    desktop.hotKeys.handler(ocrKey);
+    desktop.hotKeys.handler(HotKeyID{0, 1});  // the signature is not looked at
+    EXPECT_TRUE(presses.isEmpty());
+    desktop.clock.advance(0ms);
+    EXPECT_THAT(presses, ElementsAre(u"ocr"_s, u"text"_s));
+}
+
+TEST_F(HotKeys, presses_that_mean_nothing_are_ignored) {
+    registerBoth();
+    desktop.hotKeys.handler(std::nullopt);
+    desktop.hotKeys.handler(HotKeyID{0x5452414C, 3});
+    EXPECT_EQ(desktop.clock.pending(), 0);
+    service.onTextTrigger = nullptr;
+    desktop.hotKeys.handler(textKey);
+    desktop.hotKeys.handler(ocrKey);
+    desktop.clock.advance(0ms);
+    EXPECT_THAT(presses, ElementsAre(u"ocr"_s));
+}
+
+TEST_F(HotKeys, the_action_is_the_one_that_is_set_when_it_runs) {
+    registerBoth();
+    desktop.hotKeys.handler(textKey);
+    service.onTextTrigger = [this] { presses += u"replaced"_s; };
+    desktop.clock.advance(0ms);
+    EXPECT_THAT(presses, ElementsAre(u"replaced"_s));
+}
+
+TEST_F(HotKeys, a_change_leaves_one_registration_and_a_refused_one_leaves_none) {
+    registerBoth();
+    service.updateTextHotKey(17, 2048);
+    service.updateTextHotKey(49, 2048);
+    EXPECT_THAT(desktop.hotKeys.registrations(),
+                ElementsAre(Request{1, 768, ocrKey}, Request{49, 2048, textKey}));
+
+    desktop.hotKeys.nextStatus = -9878;
+    service.updateTextHotKey(0, 4294967295);
+    EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(Request{1, 768, ocrKey}));
+    desktop.hotKeys.nextStatus = 5;
+    service.updateOCRHotKey(3, 256);
+    EXPECT_THAT(log.messages().mid(4), ElementsAre(u"Lỗi đăng ký phím tắt Text (code: 0, mods: 4294967295): -9878"_s,
+                                                   u"Lỗi đăng ký phím tắt OCR (code: 3, mods: 256): 5"_s));
+
+    service.updateTextHotKey(2, 768);
+    EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(Request{2, 768, textKey}));
+}
+
+TEST(ShortcutText, is_the_symbols_in_their_order_and_the_label_of_the_key) {
+    constexpr quint32 control = 0x40000;
+    constexpr quint32 option = 0x80000;
+    constexpr quint32 shift = 0x20000;
+    constexpr quint32 command = 0x100000;
+    constexpr quint32 capsLock = 0x10000;
+    constexpr quint32 function = 0x800000;
+    struct Case {
+        quint16 keyCode;
+        quint32 flags;
+        QString text;
+        quint32 modifiers;
+    };
+    const Case cases[] = {
+        {2, command | shift, u"⇧ ⌘ D"_s, 768},
+        {18, option, u"⌥ Key 18"_s, 2048},
+        {49, control, u"⌃ Space"_s, 4096},
+        {53, 0, u"Esc"_s, 0},
+        {54, 0, u"Key 54"_s, 0},
+        {65535, capsLock | function, u"Key 65535"_s, 0},
+        {36, control | option | shift | command | capsLock, u"⌃ ⌥ ⇧ ⌘ Return"_s, 6912},
+        {10, 0, u"Key 10"_s, 0},
+        {46, shift, u"⇧ M"_s, 512},
+    };
+    for (const Case& one : cases) {
+        EXPECT_EQ(HotKeyService::readableShortcut(one.keyCode, one.flags), one.text);
+        EXPECT_EQ(HotKeyService::carbonModifiers(one.flags), one.modifiers);
+    }
+}
+
+TEST(PermissionRequests, open_the_settings_only_when_the_request_did_not_grant) {
+    FakeDesktop desktop;
+    HotKeyService service{desktop.platform()};
+    service.requestAccessibility();
+    service.requestScreenCapture();
+    ASSERT_EQ(desktop.workspace.opened.size(), 2U);
+    EXPECT_EQ(desktop.workspace.opened[0].query(), u"Privacy_Accessibility"_s);
+    EXPECT_EQ(desktop.workspace.opened[1].query(), u"Privacy_ScreenCapture"_s);
+
+    desktop.permissions.grantOnRequest = true;
+    service.requestAccessibility();
+    service.requestScreenCapture();
+    service.requestAccessibility();
+    EXPECT_EQ(desktop.workspace.opened.size(), 2U);
+    EXPECT_TRUE(service.isAccessibilityGranted());
+    EXPECT_TRUE(service.isScreenCaptureGranted());
+}
+
+}  // namespace
+}  // namespace tralio

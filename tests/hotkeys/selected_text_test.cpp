@@ -1,0 +1,236 @@
+#include <QCoreApplication>
+
+#include <gmock/gmock.h>
+
+#include "support/debug_log_file.h"
+#include "support/fake_desktop.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr qint32 pid = 4711;
+
+class SelectedText : public testing::Test {
+protected:
+    SelectedText() { desktop.workspace.front = {pid, u"org.example.Editor"_s, u"Editor"_s}; }
+
+    void fetch() {
+        service.fetchSelectedText([this](std::optional<QString> text) { results.push_back(std::move(text)); });
+    }
+    void giveCopyItem() {
+        desktop.accessibility.bar = {.children = {{.children = {{.children = {{.title = u"Copy"_s}}}}}}};
+    }
+    /// Moves on until the synthetic shortcut has been pressed.
+    void reachKeystroke() { desktop.clock.advance(200ms); }
+
+    DebugLogFile log;
+    FakeDesktop desktop;
+    HotKeyService service{desktop.platform()};
+    std::vector<std::optional<QString>> results;
+};
+
+TEST_F(SelectedText, no_application_or_this_one_in_front_yields_nothing_at_once) {
+    desktop.workspace.front.reset();
+    fetch();
+    desktop.workspace.front = {static_cast<qint32>(QCoreApplication::applicationPid()), std::nullopt, std::nullopt};
+    fetch();
+    EXPECT_THAT(results, ElementsAre(std::nullopt, std::nullopt));
+    EXPECT_THAT(log.messages(), testing::Each(u"fetchSelectedText: no valid frontmost app"_s));
+    EXPECT_THAT(desktop.accessibility.asked, IsEmpty());
+}
+
+TEST_F(SelectedText, the_focused_element_answers_at_once_and_the_clipboard_is_left_alone) {
+    const QString sentence = u"Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba mươi ký tự"_s;
+    desktop.accessibility.focused = {.selectedText = u"\u00a0 "_s + sentence + u" \n\u2028"_s};
+    desktop.workspace.front->localizedName.reset();
+    fetch();
+    EXPECT_THAT(results, ElementsAre(sentence));
+    EXPECT_EQ(desktop.pasteboard.count, 7);
+    EXPECT_EQ(desktop.clock.pending(), 0);
+    EXPECT_THAT(log.messages(),
+                ElementsAre(u"fetchSelectedText: frontApp='' (bundle: org.example.Editor, pid: 4711)"_s,
+                            u"fetchSelectedText: Layer 1 (Direct AX) SUCCESS: "
+                            u"'Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba'"_s));
+}
+
+TEST_F(SelectedText, a_blank_selection_falls_through_to_the_document_and_then_to_the_next_layers) {
+    desktop.accessibility.focused = {.selectedText = u" \n"_s, .documentText = u" trang web\n"_s};
+    fetch();
+    EXPECT_THAT(results, ElementsAre(u"trang web"_s));
+
+    desktop.accessibility.focused->documentText = u"\t"_s;
+    fetch();
+    EXPECT_THAT(results, SizeIs(1));
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
+}
+
+TEST_F(SelectedText, browsers_are_told_by_markers_anywhere_in_the_identifier) {
+    struct Case {
+        QString bundle;
+        QString application;  ///< in the script; empty for no browser
+    };
+    const Case cases[] = {
+        {u"com.apple.Safari"_s, u"\"Safari\""_s},
+        {u"com.google.Chrome"_s, u"\"Google Chrome\""_s},
+        {u"com.brave.Browser"_s, u"\"Brave Browser\""_s},
+        {u"com.microsoft.Edge"_s, u"\"Microsoft Edge\""_s},
+        {u"org.example.SearchTool"_s, u"\"Arc\""_s},
+        {u"org.example.chrome-over-safari"_s, u"\"Safari\""_s},
+        {u"org.mozilla.firefox"_s, u""_s},
+        {u""_s, u""_s},
+    };
+    for (const Case& one : cases) {
+        const bool browser = !one.application.isEmpty();
+        EXPECT_EQ(HotKeyService::isBrowser(one.bundle), browser) << one.bundle.toStdString();
+        desktop.scripts.executed.clear();
+        desktop.scripts.result = u" chọn \n"_s;
+        EXPECT_EQ(service.getBrowserSelectedText(one.bundle), browser ? std::optional(u"chọn"_s) : std::nullopt);
+        EXPECT_EQ(desktop.scripts.executed.size(), browser ? 1 : 0);
+        EXPECT_TRUE(desktop.scripts.executed.join(u' ').contains(one.application));
+    }
+}
+
+TEST_F(SelectedText, a_browser_answers_by_script_only_when_its_focused_element_does_not) {
+    desktop.workspace.front->bundleIdentifier = u"com.google.Chrome"_s;
+    desktop.scripts.result = u"từ trang"_s;
+    fetch();
+    EXPECT_THAT(results, ElementsAre(u"từ trang"_s));
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 2 (Browser AppleScript) SUCCESS: 'từ trang'"_s);
+
+    desktop.accessibility.focused = {.selectedText = u"từ ô nhập"_s};
+    fetch();
+    EXPECT_EQ(results.back(), u"từ ô nhập"_s);
+    EXPECT_THAT(desktop.scripts.executed, SizeIs(1));
+
+    desktop.accessibility.focused.reset();
+    desktop.scripts.result = u"  "_s;
+    giveCopyItem();
+    fetch();
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
+}
+
+TEST_F(SelectedText, the_menu_copy_is_delivered_at_the_tick_that_sees_it) {
+    giveCopyItem();
+    fetch();
+    desktop.clock.advance(90ms);
+    desktop.pasteboard.copy(u" chép \n"_s);
+    desktop.clock.advance(29ms);
+    EXPECT_THAT(results, IsEmpty());
+    desktop.clock.advance(1ms);
+    EXPECT_THAT(results, ElementsAre(u"chép"_s));
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 3 SUCCESS: 'chép'"_s);
+    EXPECT_EQ(desktop.clock.pending(), 0);
+    EXPECT_THAT(desktop.keyEvents.posted, IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.content, u" chép \n"_s);
+}
+
+TEST_F(SelectedText, a_copy_made_while_the_item_is_pressed_counts) {
+    giveCopyItem();
+    desktop.accessibility.onPress = [this] { desktop.pasteboard.copy(u"ngay"_s); };
+    fetch();
+    desktop.clock.advance(30ms);
+    EXPECT_THAT(results, ElementsAre(u"ngay"_s));
+}
+
+TEST_F(SelectedText, nine_ticks_end_the_menu_wait_and_twelve_the_keystroke_wait) {
+    giveCopyItem();
+    fetch();
+    desktop.clock.advance(269ms);
+    EXPECT_THAT(log.messages(), testing::Not(testing::Contains(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s)));
+    desktop.clock.advance(1ms);
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
+
+    reachKeystroke();
+    desktop.clock.advance(359ms);
+    EXPECT_THAT(results, IsEmpty());
+    desktop.clock.advance(1ms);
+    EXPECT_THAT(results, ElementsAre(std::nullopt));
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil"_s);
+    EXPECT_EQ(desktop.clock.pending(), 0);
+}
+
+TEST_F(SelectedText, the_shortcut_is_pressed_after_every_modifier_has_been_released) {
+    fetch();
+    desktop.clock.advance(149ms);
+    EXPECT_THAT(desktop.keyEvents.posted, IsEmpty());
+    desktop.clock.advance(1ms);
+    std::vector<FakeKeyEventPoster::Posted> expected;
+    for (const quint16 key : {58, 61, 55, 54, 56, 60, 59, 62})
+        expected.emplace_back(0, KeyEvent{key, false, 0});
+    EXPECT_EQ(desktop.keyEvents.posted, expected);
+
+    desktop.clock.advance(49ms);
+    EXPECT_EQ(desktop.keyEvents.posted, expected);
+    desktop.clock.advance(1ms);
+    for (const qint32 process : {pid, 0}) {
+        expected.emplace_back(process, KeyEvent{8, true, 0x100000});
+        expected.emplace_back(process, KeyEvent{8, false, 0x100000});
+    }
+    EXPECT_EQ(desktop.keyEvents.posted, expected);
+    ASSERT_THAT(desktop.scripts.launched, SizeIs(1));
+    EXPECT_EQ(desktop.scripts.launched[0].first, u"/usr/bin/osascript"_s);
+    EXPECT_EQ(desktop.scripts.launched[0].second.value(1),
+              u"tell application \"System Events\" to keystroke \"c\" using command down"_s);
+
+    desktop.pasteboard.copy(u"bằng phím"_s);
+    desktop.clock.advance(30ms);
+    EXPECT_THAT(results, ElementsAre(u"bằng phím"_s));
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 4 SUCCESS: 'bằng phím'"_s);
+}
+
+TEST_F(SelectedText, a_late_copy_of_the_menu_ends_the_keystroke_wait_at_its_first_tick) {
+    giveCopyItem();
+    fetch();
+    desktop.clock.advance(270ms);
+    desktop.pasteboard.copy(u"trễ"_s);
+    reachKeystroke();
+    EXPECT_THAT(results, IsEmpty());
+    desktop.clock.advance(30ms);
+    EXPECT_THAT(results, ElementsAre(u"trễ"_s));
+}
+
+TEST_F(SelectedText, a_clipboard_without_text_ends_each_wait_without_text) {
+    giveCopyItem();
+    fetch();
+    desktop.pasteboard.copy(std::nullopt);
+    desktop.clock.advance(30ms);
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
+    reachKeystroke();
+    desktop.clock.advance(30ms);
+    EXPECT_THAT(results, ElementsAre(std::nullopt));
+}
+
+TEST_F(SelectedText, a_second_fetch_beside_a_waiting_one_keeps_its_own_count_and_ticks) {
+    fetch();
+    desktop.clock.advance(100ms);
+    desktop.pasteboard.copy(u"giữa chừng"_s);  // a change for the first fetch, the initial state of the second
+    fetch();
+    desktop.clock.advance(130ms);
+    EXPECT_THAT(results, ElementsAre(u"giữa chừng"_s));
+    desktop.clock.advance(100ms);
+    EXPECT_THAT(results, SizeIs(1));
+    desktop.pasteboard.copy(u"thứ hai"_s);
+    desktop.clock.advance(30ms);
+    EXPECT_THAT(results, ElementsAre(u"giữa chừng"_s, u"thứ hai"_s));
+    desktop.clock.advance(1s);
+    EXPECT_THAT(results, SizeIs(2));
+}
+
+TEST(SelectedTextFetch, ends_silently_with_its_service) {
+    FakeDesktop desktop;
+    desktop.workspace.front = {pid, std::nullopt, std::nullopt};
+    auto service = std::make_unique<HotKeyService>(desktop.platform());
+    service->fetchSelectedText([](const auto&) { ADD_FAILURE() << "completed after the service was gone"; });
+    desktop.clock.advance(220ms);
+    service.reset();
+    desktop.clock.advance(1s);
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,141 @@
+#include "state/sqlite_key_value_store.h"
+
+#include <QElapsedTimer>
+#include <QStandardPaths>
+
+#include <limits>
+
+#include "state/sqlite_store_test.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using SqliteKeyValueStoreTest = SqliteStoreTest;
+
+TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_their_type) {
+    QByteArray everyByte;
+    for (int byte = 0; byte < 256; ++byte)
+        everyByte.append(static_cast<char>(byte));
+    const std::vector<std::pair<QString, StoredValue>> values = {
+        {u"empty text"_s, u""_s},
+        {u"text with NUL"_s, u"a\0b\0"_s},
+        {u"text with a byte order mark"_s, u"\ufeffa\ufeff"_s},
+        {u"composed"_s, u"Tự nhiên"_s},
+        {u"decomposed"_s, u"Tự nhiên"_s.normalized(QString::NormalizationForm_D)},
+        {u"outside the basic plane"_s, u"👨‍👩‍👧‍👦 𠮷 \U0010ffff \uffff \u202e"_s},
+        {u"text that looks like a number"_s, u"007"_s},
+        {u"long text"_s, u"ệ"_s.repeated(1'000'000)},
+        {u"true"_s, true},
+        {u"false"_s, false},
+        {u"smallest"_s, std::numeric_limits<qint64>::min()},
+        {u"largest"_s, std::numeric_limits<qint64>::max()},
+        {u"one"_s, qint64{1}},
+        {u"empty binary"_s, QByteArray()},
+        {u"every byte"_s, everyByte},
+        {u"megabytes"_s, everyByte.repeated(20'000)},
+        {u""_s, u"under the empty key"_s},
+        {u"'; DROP TABLE entries; --"_s, u"quoted"_s},
+        {u"ключ\0💥"_s, u"an odd key"_s},
+    };
+    {
+        SqliteKeyValueStore store(path());
+        for (const auto& [key, value] : values)
+            store.setValue(key, value);
+        for (const auto& [key, value] : values)
+            EXPECT_TRUE(store.value(key) == value) << key.toStdString();
+    }
+    SqliteKeyValueStore store(path());
+    for (const auto& [key, value] : values)
+        EXPECT_TRUE(store.value(key) == value) << key.toStdString();
+    EXPECT_EQ(store.value(u"never written"_s), std::nullopt);
+
+    // A value takes the type of its last writing.
+    store.setValue(u"one"_s, u"text now"_s);
+    EXPECT_EQ(reread(u"one"_s), StoredValue(u"text now"_s));
+    EXPECT_TRUE(m_log.messages().isEmpty());
+}
+
+TEST_F(SqliteKeyValueStoreTest, only_the_user_may_read_the_files_whatever_the_umask) {
+    for (const mode_t mask : {0000U, 0022U, 0777U}) {
+        const QString base = QString::number(mask, 8);
+        const QString file = path(base + u"/share/tralio/tralio.sqlite"_s);
+        const mode_t before = umask(mask);
+        SqliteKeyValueStore store(file);
+        store.setValue(u"key"_s, u"secret"_s);
+        umask(before);
+        for (const QString& folder : {base, base + u"/share"_s, base + u"/share/tralio"_s})
+            EXPECT_EQ(mode(path(folder)), 0700U) << folder.toStdString();
+        for (const QString& suffix : {u""_s, u"-wal"_s, u"-shm"_s})
+            EXPECT_EQ(mode(file + suffix), 0600U) << mask << suffix.toStdString();
+        EXPECT_TRUE(content(file + u"-wal"_s).contains("secret"));  // which is why its mode matters
+    }
+    EXPECT_TRUE(m_log.messages().isEmpty());
+}
+
+TEST_F(SqliteKeyValueStoreTest,
+       files_that_others_could_read_are_closed_to_them_but_their_folder_is_left_alone) {
+    SqliteKeyValueStore(path()).setValue(u"key"_s, qint64{1});
+    setMode(path(), 0666);
+    setMode(path(u"tralio"_s), 0755);
+    EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{1}));
+    EXPECT_EQ(mode(path()), 0600U);
+    EXPECT_EQ(mode(path(u"tralio"_s)), 0755U);
+}
+
+TEST_F(SqliteKeyValueStoreTest, the_default_file_is_in_the_users_data_folder) {
+    EXPECT_EQ(defaultStorePath(), QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                                      u"/tralio/tralio.sqlite"_s);
+}
+
+TEST_F(SqliteKeyValueStoreTest, a_link_is_followed_and_stays_a_link) {
+    const QString target = path(u"elsewhere/values"_s);
+    put(path(u"tralio/other"_s), {});  // creates the folder of the link
+    ASSERT_TRUE(QDir().mkpath(path(u"elsewhere"_s)));
+    ASSERT_TRUE(QFile::link(target, path()));
+    SqliteKeyValueStore(path()).setValue(u"key"_s, qint64{1});
+    EXPECT_EQ(mode(target), 0600U);
+    EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{1}));
+
+    put(target, QByteArray("not a database ").repeated(100));
+    SqliteKeyValueStore(path()).setValue(u"key"_s, qint64{2});
+    EXPECT_TRUE(QFile::exists(target + u".damaged-1"_s));
+    EXPECT_TRUE(QFileInfo(path()).isSymLink());
+    EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{2}));
+}
+
+TEST_F(SqliteKeyValueStoreTest, two_programs_share_the_file) {
+    SqliteKeyValueStore one(path());
+    SqliteKeyValueStore other(path());
+    one.setValue(u"key"_s, qint64{1});
+    EXPECT_EQ(other.value(u"key"_s), StoredValue(qint64{1}));
+    other.setValue(u"key"_s, qint64{2});
+    EXPECT_EQ(one.value(u"key"_s), StoredValue(qint64{2}));
+}
+
+TEST_F(SqliteKeyValueStoreTest, a_file_removed_under_the_running_program_is_begun_anew) {
+    auto store = std::make_unique<SqliteKeyValueStore>(path());
+    store->setValue(u"key"_s, qint64{1});
+    ASSERT_TRUE(QDir(path(u"tralio"_s)).removeRecursively());
+    store->setValue(u"key"_s, qint64{2});
+    EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{2}));
+
+    // Another program's file in its place keeps its log when the old one is closed.
+    ASSERT_TRUE(QDir(path(u"tralio"_s)).removeRecursively());
+    SqliteKeyValueStore another(path());
+    another.setValue(u"key"_s, qint64{3});
+    store.reset();
+    EXPECT_TRUE(QFile::exists(path() + u"-wal"_s));
+    EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{3}));
+}
+
+TEST_F(SqliteKeyValueStoreTest, entries_of_an_unknown_type_read_as_absent) {
+    SqliteKeyValueStore store(path());
+    EXPECT_EQ(OtherConnection(path()).query("INSERT INTO entries VALUES ('key', 'date', 5)"), "");
+    EXPECT_EQ(store.value(u"key"_s), std::nullopt);
+    store.setValue(u"key"_s, true);
+    EXPECT_EQ(store.value(u"key"_s), StoredValue(true));
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QFile>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include "common/debug_log.h"
+
+namespace tralio {
+
+/// A debug log of one test's own.
+class DebugLogFile final {
+public:
+    DebugLogFile() { setDebugLogPath(path()); }
+
+    [[nodiscard]] QString path() const { return m_folder.filePath(QStringLiteral("debug.log")); }
+
+    [[nodiscard]] QByteArray content() const {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// The messages, without their time stamps.
+    [[nodiscard]] QStringList messages() const {
+        QStringList messages;
+        for (const QString& line : QString::fromUtf8(content()).split(u'\n', Qt::SkipEmptyParts))
+            messages += line.section(QStringLiteral("] "), 1);
+        return messages;
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+}  // namespace tralio

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QPointer>
+
+#include <map>
+#include <memory>
+
+#include "common/clock.h"
+
+namespace tralio {
+
+/// A clock that stands still until a test moves it.
+class FakeClock final : public Clock {
+public:
+    void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) override;
+    void every(std::chrono::milliseconds interval, QObject* context, std::function<void()> action) override;
+
+    /// Moves time forward and runs what falls due, in order of its time, also what that schedules in turn.
+    void advance(std::chrono::milliseconds by);
+
+    /// The number of calls that still wait for their time.
+    [[nodiscard]] qsizetype pending() const;
+
+private:
+    struct Call {
+        QPointer<QObject> context;
+        std::shared_ptr<std::function<void()>> action;  ///< shared, for what a repeated action remembers
+        std::chrono::milliseconds interval{0};  ///< zero for a call that runs once
+    };
+
+    std::chrono::milliseconds m_now{0};
+    std::multimap<std::chrono::milliseconds, Call> m_calls;
+};
+
+}  // namespace tralio

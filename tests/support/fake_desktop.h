@@ -1,0 +1,188 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <map>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "hotkeys/accessibility.h"
+#include "hotkeys/hot_key_service.h"
+#include "hotkeys/key_event_poster.h"
+#include "hotkeys/pasteboard.h"
+#include "hotkeys/permissions.h"
+#include "hotkeys/script_runner.h"
+#include "hotkeys/workspace.h"
+#include "support/fake_clock.h"
+
+namespace tralio {
+
+class FakeHotKeyPlatform final : public HotKeyPlatform {
+public:
+    struct Request {
+        quint32 keyCode;
+        quint32 modifiers;
+        HotKeyID id;
+        bool operator==(const Request&) const = default;
+    };
+
+    EventHandlerRef installEventHandler(EventHandler installed) override {
+        handler = std::move(installed);
+        return EventHandlerRef{1};
+    }
+    Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override {
+        if (nextStatus != 0)
+            return {std::exchange(nextStatus, 0), std::nullopt};
+        const HotKeyRef ref{++lastRef};
+        registered.emplace(ref, Request{keyCode, modifiers, id});
+        return {0, ref};
+    }
+    void unregisterHotKey(HotKeyRef ref) override { registered.erase(ref); }
+
+    [[nodiscard]] std::vector<Request> registrations() const {
+        std::vector<Request> requests;
+        for (const auto& [ref, request] : registered)
+            requests.push_back(request);
+        return requests;
+    }
+
+    EventHandler handler;
+    HotKeyStatus nextStatus = 0;  ///< refuses one registration when not zero
+    std::map<HotKeyRef, Request> registered;
+    quint64 lastRef = 0;
+};
+
+/// An element tree written down as data. A default one answers nothing.
+struct FakeElement {
+    std::optional<QString> selectedText{};
+    std::optional<QString> documentText{};
+    std::optional<QString> title{};
+    std::optional<QString> commandCharacter{};
+    bool pressWorks = true;
+    std::vector<FakeElement> children{};
+};
+
+class FakeAccessibility final : public Accessibility {
+public:
+    std::unique_ptr<AccessibleElement> focusedElement(qint32 processId) override {
+        asked.push_back(processId);
+        return focused ? std::make_unique<Element>(*this, *focused) : nullptr;
+    }
+    std::unique_ptr<AccessibleElement> menuBar(qint32 processId) override {
+        asked.push_back(processId);
+        return bar ? std::make_unique<Element>(*this, *bar) : nullptr;
+    }
+
+    std::optional<FakeElement> focused;
+    std::optional<FakeElement> bar;
+    std::vector<qint32> asked;
+    QStringList pressed;  ///< titles, also of presses that failed
+    std::function<void()> onPress;
+
+private:
+    class Element final : public AccessibleElement {
+    public:
+        Element(FakeAccessibility& owner, const FakeElement& data) : m_owner(owner), m_data(data) {}
+        std::optional<QString> selectedText() override { return m_data.selectedText; }
+        std::optional<QString> selectedDocumentText() override { return m_data.documentText; }
+        std::optional<QString> title() override { return m_data.title; }
+        std::optional<QString> commandCharacter() override { return m_data.commandCharacter; }
+        std::vector<std::unique_ptr<AccessibleElement>> children() override {
+            std::vector<std::unique_ptr<AccessibleElement>> elements;
+            for (const FakeElement& child : m_data.children)
+                elements.push_back(std::make_unique<Element>(m_owner, child));
+            return elements;
+        }
+        bool press() override {
+            m_owner.pressed += m_data.title.value_or(QString());
+            if (m_data.pressWorks && m_owner.onPress)
+                m_owner.onPress();
+            return m_data.pressWorks;
+        }
+
+    private:
+        FakeAccessibility& m_owner;
+        const FakeElement& m_data;
+    };
+};
+
+class FakeWorkspace final : public Workspace {
+public:
+    std::optional<RunningApplication> frontmostApplication() override { return front; }
+    void openURL(const QUrl& url) override { opened.push_back(url); }
+
+    std::optional<RunningApplication> front;
+    std::vector<QUrl> opened;
+};
+
+class FakeScriptRunner final : public ScriptRunner {
+public:
+    std::optional<QString> execute(const QString& source) override {
+        executed += source;
+        return result;
+    }
+    void launch(const QString& executable, const QStringList& arguments) override {
+        launched.emplace_back(executable, arguments);
+    }
+
+    std::optional<QString> result;
+    QStringList executed;
+    std::vector<std::pair<QString, QStringList>> launched;
+};
+
+class FakePasteboard final : public Pasteboard {
+public:
+    qint64 changeCount() override { return count; }
+    std::optional<QString> string() override { return content; }
+    void setString(const QString& text) override { copy(text); }
+
+    void copy(std::optional<QString> text) {
+        ++count;
+        content = std::move(text);
+    }
+
+    qint64 count = 7;
+    std::optional<QString> content;
+};
+
+class FakeKeyEventPoster final : public KeyEventPoster {
+public:
+    /// Where an event went; process 0 stands for everybody.
+    using Posted = std::pair<qint32, KeyEvent>;
+
+    void post(const KeyEvent& event) override { posted.emplace_back(0, event); }
+    void postToProcess(qint32 processId, const KeyEvent& event) override { posted.emplace_back(processId, event); }
+
+    std::vector<Posted> posted;
+};
+
+class FakePermissions final : public Permissions {
+public:
+    bool isAccessibilityTrusted() const override { return accessibility; }
+    bool requestAccessibilityTrust() override { return accessibility = accessibility || grantOnRequest; }
+    bool preflightScreenCaptureAccess() const override { return screenCapture; }
+    bool requestScreenCaptureAccess() override { return screenCapture = screenCapture || grantOnRequest; }
+
+    bool accessibility = false;
+    bool screenCapture = false;
+    bool grantOnRequest = false;
+};
+
+/// A whole desktop of fakes.
+struct FakeDesktop {
+    FakeHotKeyPlatform hotKeys;
+    FakeWorkspace workspace;
+    FakeAccessibility accessibility;
+    FakeScriptRunner scripts;
+    FakePasteboard pasteboard;
+    FakeKeyEventPoster keyEvents;
+    FakePermissions permissions;
+    FakeClock clock;
+
+    HotKeyService::Platform platform() {
+        return {hotKeys, workspace, accessibility, scripts, pasteboard, keyEvents, permissions, clock};
+    }
+};
+
+}  // namespace tralio

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+
+#include "support/stand_in_reply.h"
+
+class QTcpServer;
+class QTcpSocket;
+
+namespace tralio {
+
+/// The stand-in: a small HTTP server on loopback in the place of a model. It speaks the chat-completions
+/// protocol, keeps every request it gets, and misbehaves in the ways that servers on the Internet do.
+///
+///     StandInModel standIn;
+///     standIn.translatesTo(u"Xin chào"_s);
+///     ... point the program at standIn.baseURL() and use it ...
+///     EXPECT_EQ(standIn.requests().last().userText(), u"Hello"_s);
+///
+/// Lives on the event loop of the thread that made it.
+class StandInModel final : public QObject {
+    Q_OBJECT
+
+public:
+    struct Request {
+        QByteArray method;
+        QByteArray target;  ///< the path, or the whole URL if the stand-in is used as a proxy
+        QList<StandInReply::Header> headers;
+        QByteArray body;
+        QJsonObject json;  ///< the body, or empty if it is no JSON object
+
+        /// The value of a header, whatever its name's case; null if it was not sent.
+        [[nodiscard]] QByteArray header(const QByteArray& name) const;
+        /// The content of the last message: the text to translate.
+        [[nodiscard]] QString userText() const;
+        /// The content of the first message with the role "system"; null if there is none.
+        [[nodiscard]] QString systemPrompt() const;
+    };
+
+    enum class Encryption {
+        none,
+        selfSigned,  ///< TLS with a certificate, made on the spot, that nobody trusts
+    };
+
+    explicit StandInModel(Encryption encryption = Encryption::none);
+    ~StandInModel() override;
+
+    [[nodiscard]] quint16 port() const { return m_port; }
+    /// What to enter as the base URL to reach the stand-in.
+    [[nodiscard]] QString baseURL() const;
+
+    /// From now on, replies in this way to every request.
+    void translatesTo(const QString& translation);
+    void translatesBy(std::function<QString(const Request&)> translate);
+    void replies(const StandInReply& reply);
+    void repliesBy(std::function<StandInReply(const Request&)> reply);
+
+    /// From now on nobody listens on the port.
+    void refuseConnections();
+
+    /// Sends the next byte of every reply that is held or trickled, or all that is left of them.
+    void sendOneByte();
+    void sendTheRest();
+
+    [[nodiscard]] const QList<Request>& requests() const { return m_requests; }
+    [[nodiscard]] qsizetype openConnections() const;
+
+Q_SIGNALS:
+    void requestReceived();
+
+private:
+    struct Unsent {
+        QPointer<QTcpSocket> socket;
+        QByteArray bytes;
+    };
+
+    void accept(QTcpSocket* socket);
+    void readRequests(QTcpSocket* socket);
+    void deliver(QTcpSocket* socket, const StandInReply& reply);
+    static void streamForEver(QTcpSocket* socket);
+    static void resetInBody(QTcpSocket* socket, const StandInReply& reply);
+
+    Encryption m_encryption;
+    std::unique_ptr<QTcpServer> m_server;
+    quint16 m_port = 0;
+    std::function<StandInReply(const Request&)> m_reply;
+    QList<Request> m_requests;
+    QList<Unsent> m_unsent;
+};
+
+}  // namespace tralio

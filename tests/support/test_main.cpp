@@ -1,0 +1,16 @@
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include "common/debug_log.h"
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    const QTemporaryDir scratch;
+    tralio::setDebugLogPath(scratch.filePath(u"debug.log"_s));
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
