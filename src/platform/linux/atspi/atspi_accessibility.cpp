@@ -34,7 +34,8 @@ AtspiReference searchFocus(const AtspiReference& window, const AtspiContext& con
         waiting.pop_front();
         for (const AtspiReference& child : childrenOf(element, context)) {
             const AtspiStates states = statesOf(child, context);
-            if (states.contains(AtspiState::focused))
+            // Some toolkits call the tab above the focused page focused too, though it cannot be.
+            if (states.contains(AtspiState::focused) && states.contains(AtspiState::focusable))
                 return child;
             // A table makes its cells when asked for them, a spreadsheet by the million.
             if (states.contains(AtspiState::showing) && !states.contains(AtspiState::managesDescendants))

@@ -31,7 +31,7 @@ enum class AtspiRole : uint {
 };
 
 /// The states that matter here, by their bits in the protocol.
-enum class AtspiState { active = 1, focused = 12, showing = 25, managesDescendants = 31 };
+enum class AtspiState { active = 1, focusable = 11, focused = 12, showing = 25, managesDescendants = 31 };
 
 class AtspiStates {
 public:

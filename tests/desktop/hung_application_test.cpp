@@ -1,0 +1,43 @@
+#include <gmock/gmock.h>
+
+#include <QElapsedTimer>
+
+#include <csignal>
+
+#include "desktop/program_run.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(HungApplication, does_not_keep_the_hot_key_from_ending_in_time) {
+    VirtualDesktop desktop;
+    ProgramRun program(desktop);
+    QProcess& editor = desktop.start(
+        u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, u"một câu để chọn"_s)});
+    ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
+    desktop.press(u"ctrl+a"_s);
+    ASSERT_EQ(program.translateSelection(), u"một câu để chọn"_s);
+    desktop.press(u"Escape"_s);
+    ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+    ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
+
+    ASSERT_EQ(kill(static_cast<pid_t>(editor.processId()), SIGSTOP), 0);
+    QElapsedTimer sinceThePress;
+    sinceThePress.start();
+    desktop.press(u"super+shift+d"_s);
+    EXPECT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    EXPECT_LT(sinceThePress.elapsed(), 1500);
+    kill(static_cast<pid_t>(editor.processId()), SIGCONT);
+
+    // And it has done no lasting harm.
+    desktop.press(u"Escape"_s);
+    ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+    ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
+    EXPECT_EQ(program.translateSelection(), u"một câu để chọn"_s);
+}
+
+}  // namespace
+}  // namespace tralio

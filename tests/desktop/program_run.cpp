@@ -1,0 +1,95 @@
+#include "desktop/program_run.h"
+
+#include <QDir>
+
+#include <stdexcept>
+
+#include "platform/linux/atspi/atspi_element.h"
+#include "state/sqlite_key_value_store.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int answerLimit = 1000;  // milliseconds
+
+class NoPrimary final : public PrimarySelection {
+public:
+    std::optional<QString> textOf(qint32 /*processId*/, QDeadlineTimer /*deadline*/) override { return std::nullopt; }
+};
+
+/// The first object at or below `object` with a name that is wanted.
+AtspiReference findByName(const AtspiReference& object, const std::function<bool(const QString&)>& isWanted,
+                          const AtspiContext& context) {
+    const QVariant name =
+        context.bus.property(object, u"org.a11y.atspi.Accessible"_s, u"Name"_s, context.budget);
+    if (isWanted(name.toString()))
+        return object;
+    for (const AtspiReference& child : childrenOf(object, context)) {
+        if (const AtspiReference found = findByName(child, isWanted, context); !found.isNull())
+            return found;
+    }
+    return {};
+}
+
+}  // namespace
+
+ProgramRun::ProgramRun(VirtualDesktop& desktop) : m_desktop(desktop) {
+    {
+        SqliteKeyValueStore store(desktop.home() + u"/.local/share/tralio/tralio.sqlite"_s);
+        store.setValue(u"app_setting_base_url"_s, m_standIn.baseURL());
+    }
+    m_process = &desktop.start(QStringLiteral(TRALIO_PROGRAM));
+    m_accessibility.open();
+    // It joins the accessibility bus from its event loop, and its hot keys are registered before that.
+    const bool ready = waitUntil([this] { return isRunning() && !applicationObject(TimeBudget(answerLimit)).isNull(); });
+    if (!ready)
+        throw std::runtime_error("tralio does not start");
+}
+
+bool ProgramRun::isPopoverShown() const {
+    return !m_desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Tralio$"_s}).isEmpty();
+}
+
+bool ProgramRun::isPopoverInFront() const {
+    return m_desktop.run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}) == u"Tralio";
+}
+
+AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
+    NoPrimary primary;
+    const AtspiContext context{m_accessibility, primary, static_cast<qint32>(processId()), budget};
+    for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), context)) {
+        if (m_accessibility.processOf(application.service, budget) == context.processId)
+            return application;
+    }
+    return {};
+}
+
+AtspiReference ProgramRun::find(const std::function<bool(const QString&)>& isWanted,
+                                const TimeBudget& budget) const {
+    NoPrimary primary;
+    return findByName(applicationObject(budget), isWanted,
+                      {m_accessibility, primary, static_cast<qint32>(processId()), budget});
+}
+
+QString ProgramRun::shownTranslation() const {
+    const TimeBudget budget(answerLimit);
+    const AtspiReference result = find([](const QString& name) { return name == u"Bản dịch"; }, budget);
+    const auto text = m_accessibility.call(result, u"org.a11y.atspi.Text"_s, u"GetText"_s, {0, -1}, budget);
+    return text ? text->value(0).toString() : QString();
+}
+
+bool ProgramRun::shows(const QString& beginning) const {
+    const TimeBudget budget(answerLimit);
+    return !find([&](const QString& name) { return name.startsWith(beginning); }, budget).isNull();
+}
+
+QString ProgramRun::translateSelection() {
+    const qsizetype before = m_standIn.requests().size();
+    m_desktop.press(u"super+shift+d"_s);
+    const bool arrived = waitUntil([&] { return m_standIn.requests().size() > before; }, 5);
+    return arrived ? m_standIn.requests().last().userText() : QString();
+}
+
+}  // namespace tralio

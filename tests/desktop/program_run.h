@@ -1,0 +1,43 @@
+#pragma once
+
+#include "desktop/virtual_desktop.h"
+#include "platform/linux/atspi/atspi_bus.h"
+#include "support/stand_in_model.h"
+
+namespace tralio {
+
+/// The program, running on a virtual desktop with the stand-in as its model.
+class ProgramRun final {
+public:
+    explicit ProgramRun(VirtualDesktop& desktop);
+
+    [[nodiscard]] StandInModel& standIn() { return m_standIn; }
+    [[nodiscard]] qint64 processId() const { return m_process->processId(); }
+    [[nodiscard]] bool isRunning() const { return m_process->state() == QProcess::Running; }
+
+    /// Whether the popover is on the screen.
+    [[nodiscard]] bool isPopoverShown() const;
+    /// Whether it also has the keyboard.
+    [[nodiscard]] bool isPopoverInFront() const;
+    /// The text of the popover's result, as a screen reader gets it.
+    [[nodiscard]] QString shownTranslation() const;
+    /// Whether something in the popover has a name that begins so.
+    [[nodiscard]] bool shows(const QString& beginning) const;
+
+    /// Presses the text hot key and waits for the request that comes of it; the text that arrived at the stand-in, or
+    /// a null text when none came.
+    [[nodiscard]] QString translateSelection();
+
+private:
+    /// Null until the program has joined the accessibility bus.
+    [[nodiscard]] AtspiReference applicationObject(const TimeBudget& budget) const;
+    [[nodiscard]] AtspiReference find(const std::function<bool(const QString&)>& isWanted,
+                                      const TimeBudget& budget) const;
+
+    VirtualDesktop& m_desktop;
+    StandInModel m_standIn;
+    AtspiBus m_accessibility;
+    QProcess* m_process = nullptr;
+};
+
+}  // namespace tralio

@@ -1,0 +1,36 @@
+// An application whose selection cannot be asked for: a text that is marked for the eye only and never becomes the
+// PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user would.
+//
+// Usage: selection-probe TEXT [--menu]
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenuBar>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"selection-probe"_s);
+    const QStringList arguments = QApplication::arguments();
+    const QString text = arguments.value(1);
+
+    QMainWindow window;
+    window.setCentralWidget(new QLabel(text));
+    window.resize(600, 200);
+
+    QAction copy(u"&Copy"_s);
+    QObject::connect(&copy, &QAction::triggered, &application, [&text] { QApplication::clipboard()->setText(text); });
+    if (arguments.contains(u"--menu"_s)) {
+        window.menuBar()->addMenu(u"&File"_s)->addAction(u"&Open"_s);
+        window.menuBar()->addMenu(u"&Edit"_s)->addAction(&copy);
+    } else {
+        copy.setShortcut(QKeySequence::Copy);
+        window.addAction(&copy);
+    }
+    window.show();
+    return QApplication::exec();
+}
