@@ -36,12 +36,13 @@ int main(int argc, char** argv) {
 
     const std::unique_ptr<QWidget> page(options.value(u"page"_s) == u"panel"_s ? tralio::panelPage()
                                                                                : tralio::componentsPage());
-    page->show();
     if (const QStringList pictures = options.positionalArguments(); !pictures.isEmpty()) {
+        QApplication::setCursorFlashTime(0);
         // Later, when the window is active, its layouts have settled and a tooltip has come.
         QTimer::singleShot(900, page.get(), [&page, picture = pictures.constFirst()] {
             QCoreApplication::exit(page->grab().save(picture) ? 0 : 1);
         });
     }
+    page->show();
     return QApplication::exec();
 }

@@ -97,9 +97,11 @@ void stateRow(QWidget* page, const QString& title, int middle, Make make) {
 void buttonStates(QWidget* page) {
     section(page, {24, 24, 640, 493}, u"Trạng thái của nút và ô nhập"_s);
     heading(page, 79, {u"bình thường"_s, u"rê chuột"_s, u"nhấn"_s, u"tiêu điểm"_s, u"tắt"_s});
-    stateRow(page, u"Nút chính"_s, 110, [] { return new Button(button::mainSmall, {.title = u"Cập nhật"_s}); });
+    stateRow(page, u"Nút chính"_s, 110,
+             [] { return new Button(button::mainSmall, {.title = u"Cập nhật"_s}); });
     stateRow(page, u"Nút đỏ"_s, 146, [] { return new Button(button::redSmall, {.title = u"Cấp quyền"_s}); });
-    stateRow(page, u"Nút viền"_s, 182, [] { return new Button(button::bordered, {.icon = u"pencil"_s, .title = u"Đổi"_s}); });
+    stateRow(page, u"Nút viền"_s, 182,
+             [] { return new Button(button::bordered, {.icon = u"pencil"_s, .title = u"Đổi"_s}); });
     stateRow(page, u"Nút trơn"_s, 215, [] {
         auto* copy = new Button(button::word, {.icon = u"doc.on.doc"_s, .title = u"Sao chép"_s});
         copy->setColor(ColorRole::AccentText);
@@ -141,7 +143,8 @@ void buttonStates(QWidget* page) {
 
 void feedback(QWidget* page) {
     section(page, {24, 533, 640, 334}, u"Phản hồi"_s);
-    const auto word = [&](const QString& icon, const QString& title, ColorRole role, Weight weight, int right, int middle) {
+    const auto word = [&](const QString& icon, const QString& title, ColorRole role, Weight weight, int right,
+                          int middle) {
         auto* button = new Button(button::word, {.icon = icon, .title = title});
         button->setColor(role);
         button->setWeight(weight);
@@ -155,18 +158,21 @@ void feedback(QWidget* page) {
     for (const int middle : {593, 629}) {
         auto* block = new Surface(ColorRole::Surface2, ColorRole::Hairline, radius::control, page);
         block->setGeometry(40, middle - 12, 608, 24);
-        place(new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary), page, 46, middle);
+        place(new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary), page, 46,
+              middle);
     }
     word(u"speaker.wave.2"_s, u"Đọc"_s, ColorRole::Secondary, Weight::Regular, 562, 593);
     word(u"doc.on.doc"_s, u"Sao chép"_s, ColorRole::AccentText, Weight::Medium, 640, 593);
     word(u"speaker.wave.3.fill"_s, u"Dừng"_s, ColorRole::AccentText, Weight::Regular, 564, 629);
     word(u"checkmark"_s, u"Đã chép!"_s, ColorRole::Green, Weight::Medium, 640, 629);
     place(new Spinner(12), page, 44, 662);
-    place(new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::Medium), ColorRole::AccentText), page,
-          60, 662);
+    place(new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::Medium),
+                    ColorRole::AccentText),
+          page, 60, 662);
     word(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, ColorRole::Text, Weight::Medium, 498, 662);
     word(u"doc.on.clipboard"_s, u"Dán"_s, ColorRole::Text, Weight::Regular, 550, 662);
-    word(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, ColorRole::AccentText, Weight::Semibold, 644, 662);
+    word(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, ColorRole::AccentText, Weight::Semibold, 644,
+         662);
     const std::pair<int, QString> lines[] = {{695, u"Kiểm tra phiên bản mới nhất từ máy chủ"_s},
                                              {731, u"Đang kiểm tra bản cập nhật..."_s},
                                              {767, u"Đang tải bản cập nhật v1.1.0..."_s},

@@ -38,7 +38,8 @@ MenuButton* menu(const TextStyle& style, const QString& icon, const QStringList&
     }
     button->setTitle(entries.first());
     button->setEntries(list);
-    QObject::connect(button, &MenuButton::chosen, button, [button, list](int i) { button->setTitle(list.at(i).title); });
+    QObject::connect(button, &MenuButton::chosen, button,
+                     [button, list](int i) { button->setTitle(list.at(i).title); });
     return button;
 }
 
@@ -55,7 +56,8 @@ QLayout* header() {
     auto* quit = new Button(button::icon, {.icon = u"power"_s});
     setTooltip(quit, u"Thoát ứng dụng Tralio"_s);
     return row({.padding = {14, 10, 8, 10}},
-               {new IconView({.name = u"character.bubble.fill"_s, .pointSize = 16, .bold = true}, ColorRole::AccentIcon),
+               {new IconView({.name = u"character.bubble.fill"_s, .pointSize = 16, .bold = true},
+                             ColorRole::AccentIcon),
                 Gap{6}, new Label(u"Tralio"_s, text::panelTitle), Stretch{},
                 new TabStrip({{u"character.book.closed.fill"_s, u"Tralio"_s},
                               {u"clock.arrow.circlepath"_s, u"Lịch sử"_s},
@@ -67,28 +69,31 @@ QLayout* header() {
 QLayout* footer() {
     auto* capture = new Chip(u"Chụp: ⌘ ⇧ S"_s);
     capture->setState(Chip::State::Trouble);
-    return row({.spacing = 6, .padding = {14, 7, 14, 7}},
-               {new IconView({.name = u"character.bubble.fill"_s, .pointSize = 10}, ColorRole::AccentIcon),
-                new Label(u"Tralio v1.0.9"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary), Stretch{},
-                new Button(button::footerWarning, {.icon = u"exclamationmark.triangle.fill"_s, .title = u"Chưa cấp quyền Chụp màn hình"_s}),
-                new Chip(u"Bôi đen: ⌘ ⇧ D"_s), capture});
+    return row(
+        {.spacing = 6, .padding = {14, 7, 14, 7}},
+        {new IconView({.name = u"character.bubble.fill"_s, .pointSize = 10}, ColorRole::AccentIcon),
+         new Label(u"Tralio v1.0.9"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary), Stretch{},
+         new Button(button::footerWarning,
+                    {.icon = u"exclamationmark.triangle.fill"_s, .title = u"Chưa cấp quyền Chụp màn hình"_s}),
+         new Chip(u"Bôi đen: ⌘ ⇧ D"_s), capture});
 }
 
 }  // namespace
 
 QWidget* panelPage() {
-    auto* input = new QString(u"The best interface is the one you stop noticing. It answers the question you had, "
-                              "keeps your place, and then gets quietly out of the way."_s);
-    auto* editor = new MultilineEnterInputView({.get = [input] { return *input; },
-                                                .set = [input](const QString& text) { *input = text; }},
-                                               [] {});
+    auto* input = new QString(
+        u"The best interface is the one you stop noticing. It answers the question you had, "
+        "keeps your place, and then gets quietly out of the way."_s);
+    auto* editor = new MultilineEnterInputView(
+        {.get = [input] { return *input; }, .set = [input](const QString& text) { *input = text; }}, [] {});
     QObject::connect(editor, &QObject::destroyed, [input] { delete input; });
     editor->setPlaceholder(u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s);
     auto* box = filled(new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block),
                        column({.padding = {6, 6, 6, 6}}, {editor}));
     box->setFixedHeight(127);
 
-    auto* translate = new Button(button::main, {.icon = u"arrow.triangle.2.circlepath"_s, .title = u"Tralio (↵ Enter)"_s});
+    auto* translate =
+        new Button(button::main, {.icon = u"arrow.triangle.2.circlepath"_s, .title = u"Tralio (↵ Enter)"_s});
     translate->stretch();
     auto* cancel = new Button(button::borderedTall, {.title = u"Hủy"_s});
     cancel->hide();
@@ -113,21 +118,25 @@ QWidget* panelPage() {
 
     auto* result = new ReadingArea;
     result->setPlaceholder(u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
-    result->setText(u"Giao diện tốt nhất là giao diện mà bạn không còn để ý đến nữa. Nó giải đáp đúng điều bạn thắc "
-                    "mắc, giữ nguyên chỗ bạn đang làm dở, rồi lặng lẽ nhường đường."_s);
+    result->setText(
+        u"Giao diện tốt nhất là giao diện mà bạn không còn để ý đến nữa. Nó giải đáp đúng điều bạn thắc "
+        "mắc, giữ nguyên chỗ bạn đang làm dở, rồi lặng lẽ nhường đường."_s);
     auto* resultBlock = filled(
         new Surface(ColorRole::Surface1, ColorRole::Border15, radius::block),
         column({.spacing = 4, .padding = {4, 4, 4, 4}},
                {row({.spacing = 2, .padding = {6, 2, 2, 2}},
-                    {new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary), Stretch{},
-                     word(u"speaker.wave.2"_s, u"Đọc"_s, Weight::Regular, ColorRole::Secondary),
+                    {new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary),
+                     Stretch{}, word(u"speaker.wave.2"_s, u"Đọc"_s, Weight::Regular, ColorRole::Secondary),
                      word(u"doc.on.doc"_s, u"Sao chép"_s, Weight::Medium, ColorRole::AccentText)}),
                 result}));
 
+    result->setScrollFrame(resultBlock);
+    editor->setScrollFrame(box);
+
     auto* panel = column(
         {.spacing = 12, .padding = {14, 10, 14, 10}},
-        {row({.spacing = 8}, {menu(text::menu, {}, {u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự động phát hiện"_s}), swap,
-                              menu(text::menu, {}, {u"Tiếng Việt"_s, u"Tiếng Nhật"_s}), Stretch{},
+        {row({.spacing = 8}, {menu(text::menu, {}, {u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự động phát hiện"_s}),
+                              swap, menu(text::menu, {}, {u"Tiếng Việt"_s, u"Tiếng Nhật"_s}), Stretch{},
                               menu(text::caption, u"sparkles"_s, {u"Tự nhiên"_s, u"Kỹ thuật / IT"_s})}),
          column({.spacing = 4},
                 {box, row({.spacing = 2, .padding = {4, 0, 0, 0}},
@@ -140,7 +149,8 @@ QWidget* panelPage() {
          row({.spacing = 8}, {translate, cancel}), error, StackItem(resultBlock, {}, 1)});
 
     auto* frame = new WindowFrame(WindowFrame::Edges::Floating);
-    frame->setContent(filled(new QWidget, column({}, {header(), new Divider, StackItem(panel, 1), new Divider, footer()})));
+    frame->setContent(
+        filled(new QWidget, column({}, {header(), new Divider, StackItem(panel, 1), new Divider, footer()})));
     auto* page = filled(new Backdrop, column({}, {frame}));
     editor->setFocus();
     return page;

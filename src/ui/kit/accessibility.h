@@ -2,7 +2,8 @@
 
 namespace tralio {
 
-/// Gives the parts that the toolkit does not know their roles for screen readers. The theme calls it, as every part needs one.
+/// Gives the parts that the toolkit does not know their roles for screen readers. The theme calls it, as
+/// every part needs one.
 void installAccessibleRoles();
 
 }  // namespace tralio

@@ -38,7 +38,9 @@ void Button::setColor(ColorRole role) {
     update();
 }
 
-void Button::stretch() { setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed); }
+void Button::stretch() {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
 
 void Button::setBusy(bool busy) {
     Control::setBusy(busy);
@@ -52,7 +54,9 @@ void Button::setBusy(bool busy) {
     }
 }
 
-TextStyle Button::titleStyle() const { return isChecked() ? m_style.text.with(Weight::Bold) : m_style.text; }
+TextStyle Button::titleStyle() const {
+    return isChecked() ? m_style.text.with(Weight::Bold) : m_style.text;
+}
 
 int Button::leadWidth() const {
     if (m_spinner != nullptr) {
@@ -73,9 +77,13 @@ QSize Button::sizeHint() const {
     return {2 * m_style.padding + contentWidth(), m_style.height};
 }
 
-QSize Button::minimumSizeHint() const { return sizeHint(); }
+QSize Button::minimumSizeHint() const {
+    return sizeHint();
+}
 
-QRect Button::leadArea() const { return {(width() - contentWidth()) / 2, 0, leadWidth(), height()}; }
+QRect Button::leadArea() const {
+    return {(width() - contentWidth()) / 2, 0, leadWidth(), height()};
+}
 
 void Button::placeSpinner() {
     if (m_spinner != nullptr) {
@@ -123,7 +131,8 @@ void Button::paintEvent(QPaintEvent*) {
         paintIcon(painter, lead, {m_iconName, m_style.iconSize, m_style.boldIcon}, colors.content);
     }
     const int titleLeft = lead.left() + (lead.width() > 0 ? lead.width() + m_style.gap : 0);
-    const QRect titleArea(titleLeft, 0, std::min(textWidth(titleStyle(), title()), width() - titleLeft), height());
+    const QRect titleArea(titleLeft, 0, std::min(textWidth(titleStyle(), title()), width() - titleLeft),
+                          height());
     paintText(painter, titleArea, titleStyle(), colors.content, title());
 }
 

@@ -25,7 +25,9 @@ void Chip::setState(State state) {
     setCursor(state == State::Trouble ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
-QSize Chip::sizeHint() const { return {2 * padding + dot + gap + textWidth(titleStyle, title()), chipHeight}; }
+QSize Chip::sizeHint() const {
+    return {2 * padding + dot + gap + textWidth(titleStyle, title()), chipHeight};
+}
 
 void Chip::paintEvent(QPaintEvent*) {
     QPainter painter(this);

@@ -76,18 +76,61 @@ double luminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-QColor rounded(const QColor& color) { return QColor(color.rgb()); }
+/// Hue, saturation and lightness, each 0 to 1. QColor keeps them in 16 bits, which is too coarse to come out
+/// at the same colour after a number of steps.
+struct Hsl {
+    double hue = 0;
+    double saturation = 0;
+    double lightness = 0;
+};
+
+Hsl hslOf(const QColor& color) {
+    const double red = color.red() / 255.0;
+    const double green = color.green() / 255.0;
+    const double blue = color.blue() / 255.0;
+    const auto [least, most] = std::minmax({red, green, blue});
+    const double range = most - least;
+    Hsl hsl{.lightness = (most + least) / 2};
+    if (range == 0) {
+        return hsl;
+    }
+    hsl.saturation = hsl.lightness <= 0.5 ? range / (most + least) : range / (2 - most - least);
+    if (red == most) {
+        hsl.hue = (green - blue) / range / 6;
+    } else if (green == most) {
+        hsl.hue = (2 + (blue - red) / range) / 6;
+    } else {
+        hsl.hue = (4 + (red - green) / range) / 6;
+    }
+    return hsl;
+}
+
+QColor colorOf(const Hsl& hsl) {
+    const double lightness = hsl.lightness;
+    const double upper = lightness <= 0.5 ? lightness * (1 + hsl.saturation)
+                                          : lightness + hsl.saturation - lightness * hsl.saturation;
+    const double lower = 2 * lightness - upper;
+    const auto channel = [&](double hue) {
+        hue -= std::floor(hue);
+        const double slope = hue < 1.0 / 6   ? hue * 6
+                             : hue < 0.5     ? 1
+                             : hue < 2.0 / 3 ? (2.0 / 3 - hue) * 6
+                                             : 0;
+        // Halves go to the even neighbour, as the default rounding mode has it.
+        return int(std::nearbyint(255 * (lower + (upper - lower) * slope)));
+    };
+    return {channel(hsl.hue + 1.0 / 3), channel(hsl.hue), channel(hsl.hue - 1.0 / 3)};
+}
 
 /// Moves the lightness of `color` in steps of one percent, hue and saturation kept, until `enough`. Stops at
 /// black or white, where no accent can do better.
 QColor movedUntil(const QColor& color, double step, const std::function<bool(const QColor&)>& enough) {
-    float hue = 0;
-    float saturation = 0;
-    float lightness = 0;
-    color.getHslF(&hue, &saturation, &lightness);
-    QColor moved = rounded(color);
-    for (int steps = 1; !enough(moved) && lightness + steps * step > 0 && lightness + steps * step < 1; ++steps) {
-        moved = rounded(QColor::fromHslF(std::max(hue, 0.0F), saturation, float(lightness + steps * step)));
+    const Hsl start = hslOf(color);
+    Hsl hsl = start;
+    QColor moved(color.rgb());
+    for (int steps = 1; steps <= 100 && !enough(moved); ++steps) {
+        hsl.lightness = std::clamp(start.lightness + steps * step, 0.0, 1.0);
+        moved = colorOf(hsl);
     }
     return moved;
 }
@@ -101,7 +144,9 @@ double contrast(const QColor& one, const QColor& other) {
 
 QColor over(const QColor& top, const QColor& bottom) {
     const double share = top.alphaF();
-    const auto mix = [share](int upper, int lower) { return int(std::lround(share * upper + (1 - share) * lower)); };
+    const auto mix = [share](int upper, int lower) {
+        return int(std::lround(share * upper + (1 - share) * lower));
+    };
     return {mix(top.red(), bottom.red()), mix(top.green(), bottom.green()), mix(top.blue(), bottom.blue())};
 }
 
@@ -120,19 +165,25 @@ Colors::Colors(Scheme scheme, const QColor& accent) {
     deriveTints();
 }
 
-QColor Colors::operator[](ColorRole role) const { return m_colors[std::size_t(role)]; }
+QColor Colors::operator[](ColorRole role) const {
+    return m_colors[std::size_t(role)];
+}
 
-QColor Colors::defaultAccent() { return QColor(QRgb(0x0A84FF)); }
+QColor Colors::defaultAccent() {
+    return QColor(QRgb(0x0A84FF));
+}
 
-QColor& Colors::at(ColorRole role) { return m_colors[std::size_t(role)]; }
+QColor& Colors::at(ColorRole role) {
+    return m_colors[std::size_t(role)];
+}
 
 void Colors::deriveAccent(Scheme scheme, const QColor& accent) {
     const bool light = scheme == Scheme::Light;
     const QColor ground = at(light ? ColorRole::Window : ColorRole::Control);
     const double towardsText = light ? -0.01 : 0.01;
 
-    const QColor icon = movedUntil(accent, towardsText,
-                                   [&](const QColor& candidate) { return contrast(candidate, ground) >= 3.1; });
+    const QColor icon = movedUntil(
+        accent, towardsText, [&](const QColor& candidate) { return contrast(candidate, ground) >= 3.1; });
     const QColor badge = over(withOpacity(icon, 15), ground);
     at(ColorRole::AccentIcon) = icon;
     at(ColorRole::AccentFill) = movedUntil(

@@ -7,8 +7,8 @@
 
 namespace tralio {
 
-/// What a colour is for. Parts keep the role, not the colour, and look it up while they paint, so that a change
-/// of theme or accent needs nothing but a repaint.
+/// What a colour is for. Parts keep the role, not the colour, and look it up while they paint, so that a
+/// change of theme or accent needs nothing but a repaint.
 enum class ColorRole {
     None,  ///< paints nothing
     // Surfaces, from the window up.

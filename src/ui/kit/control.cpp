@@ -15,7 +15,8 @@ namespace {
 constexpr int hoverFade = 120;  // milliseconds
 
 bool isKeyboard(Qt::FocusReason reason) {
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason;
 }
 
 /// Reasons that take the focus away for a while and give it back to where it was.
@@ -25,7 +26,8 @@ bool isPassing(Qt::FocusReason reason) {
 
 }  // namespace
 
-// QAbstractButton's own text stays unused: it would read "Dán & Tralio" as a mnemonic and grab a shortcut for it.
+// QAbstractButton's own text stays unused: it would read "Dán & Tralio" as a mnemonic and grab a shortcut for
+// it.
 Control::Control(const QString& title, QWidget* parent) : QAbstractButton(parent), m_title(title) {
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(title);
@@ -152,7 +154,9 @@ void Control::keyPressEvent(QKeyEvent* event) {
     QAbstractButton::keyPressEvent(event);
 }
 
-bool Control::hitButton(const QPoint& position) const { return isLive() && QAbstractButton::hitButton(position); }
+bool Control::hitButton(const QPoint& position) const {
+    return isLive() && QAbstractButton::hitButton(position);
+}
 
 void Control::changeEvent(QEvent* event) {
     if (event->type() == QEvent::EnabledChange && !isEnabled()) {

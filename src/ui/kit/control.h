@@ -6,11 +6,11 @@ class QVariantAnimation;
 
 namespace tralio {
 
-/// What everything clickable shares: a hover that comes at once and fades out, a focus ring for keyboard focus
-/// only, Return beside Space, and a busy state that takes no clicks.
+/// What everything clickable shares: a hover that comes at once and fades out, a focus ring for keyboard
+/// focus only, Return beside Space, and a busy state that takes no clicks.
 ///
-/// A control takes focus by the keyboard alone, so that a click on a button leaves the caret where the user was
-/// writing. Its accessible name is its title.
+/// A control takes focus by the keyboard alone, so that a click on a button leaves the caret where the user
+/// was writing. Its accessible name is its title.
 class Control : public QAbstractButton {
     Q_OBJECT
 

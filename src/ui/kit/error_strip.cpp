@@ -19,15 +19,17 @@ ErrorStrip::ErrorStrip(QWidget* parent)
     close->setSpokenCaption(u"Đóng thông báo lỗi"_s);
     connect(close, &Button::clicked, this, &ErrorStrip::closeRequested);
 
-    // The button is higher than a line: the line stands 2 px lower, so that a message of one line makes a strip of 32.
+    // The button is higher than a line: the line stands 2 px lower, so that a message of one line makes a
+    // strip of 32.
     constexpr QMargins beside{0, 2, 0, 2};
-    filled(this, row({.padding = {8, 6, 6, 6}},
-                     {column({.padding = beside}, {icon, Stretch{}}), Gap{6},
-                      StackItem(column({.padding = beside}, {m_message}), 1), Gap{2},
-                      column({}, {close, Stretch{}})}));
+    filled(this, row({.padding = {8, 6, 6, 6}}, {column({.padding = beside}, {icon, Stretch{}}), Gap{6},
+                                                 StackItem(column({.padding = beside}, {m_message}), 1),
+                                                 Gap{2}, column({}, {close, Stretch{}})}));
 }
 
-void ErrorStrip::setMessage(const QString& message) { m_message->setText(message); }
+void ErrorStrip::setMessage(const QString& message) {
+    m_message->setText(message);
+}
 
 void ErrorStrip::paintEvent(QPaintEvent*) {
     QPainter painter(this);

@@ -10,9 +10,11 @@
 
 using namespace Qt::StringLiterals;
 
-// Q_INIT_RESOURCE does not work inside a namespace. Without the call the linker drops the icons, because nothing
-// else in a static library refers to them.
-static void initIcons() { Q_INIT_RESOURCE(icons); }
+// Q_INIT_RESOURCE does not work inside a namespace. Without the call the linker drops the icons, because
+// nothing else in a static library refers to them.
+static void initIcons() {
+    Q_INIT_RESOURCE(icons);
+}
 
 namespace tralio {
 namespace {
@@ -103,7 +105,8 @@ void paintIcon(QPainter& painter, const QRectF& area, const Icon& icon, const QC
     }
     const qreal ratio = painter.device()->devicePixelRatioF();
     const int box = icon.box();
-    const QPointF corner(std::round(area.center().x() - box / 2.0), std::round(area.center().y() - box / 2.0));
+    const QPointF corner(std::round(area.center().x() - box / 2.0),
+                         std::round(area.center().y() - box / 2.0));
     painter.drawPixmap(corner, iconPixmap(icon, color, ratio));
 }
 

@@ -9,8 +9,8 @@ class QPainter;
 
 namespace tralio {
 
-/// An icon of the set by its symbol name. The point size means the cap height that it stands beside; the square
-/// box it is drawn in follows from that.
+/// An icon of the set by its symbol name. The point size means the cap height that it stands beside; the
+/// square box it is drawn in follows from that.
 struct Icon {
     QString name;
     int pointSize = 13;
@@ -24,8 +24,8 @@ struct Icon {
     bool operator==(const Icon&) const = default;
 };
 
-/// The icon in one colour, rendered for a device pixel ratio. Kept in a bounded cache. A name that is not in the
-/// set is a mistake of the caller and gives an empty pixmap.
+/// The icon in one colour, rendered for a device pixel ratio. Kept in a bounded cache. A name that is not in
+/// the set is a mistake of the caller and gives an empty pixmap.
 [[nodiscard]] QPixmap iconPixmap(const Icon& icon, const QColor& color, qreal devicePixelRatio);
 
 /// Paints the icon in the middle of `area`, on whole pixels.

@@ -6,7 +6,8 @@
 
 namespace tralio {
 
-IconView::IconView(const Icon& icon, ColorRole role, QWidget* parent) : QWidget(parent), m_icon(icon), m_role(role) {
+IconView::IconView(const Icon& icon, ColorRole role, QWidget* parent)
+    : QWidget(parent), m_icon(icon), m_role(role) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -21,7 +22,9 @@ void IconView::setColor(ColorRole role) {
     update();
 }
 
-QSize IconView::sizeHint() const { return {m_icon.box(), m_icon.box()}; }
+QSize IconView::sizeHint() const {
+    return {m_icon.box(), m_icon.box()};
+}
 
 void IconView::paintEvent(QPaintEvent*) {
     QPainter painter(this);

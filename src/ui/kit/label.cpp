@@ -1,5 +1,7 @@
 #include "ui/kit/label.h"
 
+#include <QLayout>
+
 #include <algorithm>
 
 #include "ui/kit/painting.h"
@@ -50,12 +52,24 @@ void Label::setMaximumLines(int lines) {
 
 void Label::changed() {
     updateGeometry();
+    // Nested layouts learn of a change with the next event only, and not at all while nothing is shown: until
+    // then they would measure by the old text.
+    for (QWidget* owner = parentWidget(); owner != nullptr && !isVisible(); owner = owner->parentWidget()) {
+        if (owner->layout() != nullptr) {
+            owner->layout()->invalidate();
+            owner->layout()->activate();
+        }
+    }
     update();
 }
 
-QSize Label::sizeHint() const { return {textWidth(m_style, m_text), m_style.line}; }
+QSize Label::sizeHint() const {
+    return {textWidth(m_style, m_text), m_style.line};
+}
 
-QSize Label::minimumSizeHint() const { return {0, m_style.line}; }
+QSize Label::minimumSizeHint() const {
+    return {0, m_style.line};
+}
 
 int Label::heightForWidth(int width) const {
     QTextLayout layout;
@@ -91,14 +105,15 @@ void Label::paintEvent(QPaintEvent*) {
     }
     QTextLayout layout;
     const int lines = lay(layout, width());
-    painter.setPen(color(m_role));
     QRectF place(0, 0, width(), m_style.line);
+    place.translate(0, shiftIntoArea(place, m_style, m_text));
     for (int i = 0; i < lines; ++i, place.translate(0, m_style.line)) {
         const QTextLine line = layout.lineAt(i);
         const bool goesOn = i + 1 == lines && layout.lineCount() > lines;
-        // The rest of the text is handed over where it is cut, and paintText shortens it to the width.
-        const QString shown = goesOn ? m_text.mid(line.textStart()) : m_text.mid(line.textStart(), line.textLength());
-        paintText(painter, place, m_style, color(m_role), goesOn ? shown.simplified() : shown.trimmed(), m_alignment);
+        // Where the text is cut, all the rest is handed over, and painting shortens it to the width.
+        const QString rest = m_text.mid(line.textStart(), goesOn ? -1 : line.textLength());
+        paintTextLine(painter, place, m_style, color(m_role), goesOn ? rest.simplified() : rest.trimmed(),
+                      m_alignment);
     }
 }
 

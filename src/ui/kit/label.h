@@ -8,14 +8,14 @@
 
 namespace tralio {
 
-/// Text that is only read. Its lines stand at the distance of its style, also where a script from another font is
-/// taller; a label of one line shortens with an ellipsis.
+/// Text that is only read. Its lines stand at the distance of its style, also where a script from another
+/// font is taller; a label of one line shortens with an ellipsis.
 class Label final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit Label(const QString& text, const TextStyle& style = text::caption, ColorRole role = ColorRole::Text,
-                   QWidget* parent = nullptr);
+    explicit Label(const QString& text, const TextStyle& style = text::caption,
+                   ColorRole role = ColorRole::Text, QWidget* parent = nullptr);
 
     [[nodiscard]] const QString& text() const { return m_text; }
     void setText(const QString& text);
@@ -23,7 +23,8 @@ public:
     void setColor(ColorRole role);
     void setAlignment(Qt::Alignment alignment);
 
-    /// Lets the text wrap to at most this many lines, the last one shortened where it does not fit; 0 is no limit.
+    /// Lets the text wrap to at most this many lines, the last one shortened where it does not fit; 0 is no
+    /// limit.
     void setMaximumLines(int lines);
     void setWraps() { setMaximumLines(0); }
 

@@ -30,7 +30,9 @@ MenuButton::MenuButton(const TextStyle& style, const QString& iconName, QWidget*
     connect(this, &Control::clicked, this, &MenuButton::open);
 }
 
-void MenuButton::setEntries(const QList<MenuEntry>& entries) { m_entries = entries; }
+void MenuButton::setEntries(const QList<MenuEntry>& entries) {
+    m_entries = entries;
+}
 
 QSize MenuButton::sizeHint() const {
     const Icon icon{.name = m_iconName, .pointSize = 10};
@@ -96,11 +98,13 @@ void MenuButton::paintEvent(QPaintEvent*) {
 
     QRectF content = area.adjusted(padding, 0, -padding, 0);
     if (const Icon icon{.name = m_iconName, .pointSize = 10}; !icon.isNull()) {
-        paintIcon(painter, QRectF(content.left(), 0, icon.box(), height()), icon, color(ColorRole::AccentIcon));
+        paintIcon(painter, QRectF(content.left(), 0, icon.box(), height()), icon,
+                  color(ColorRole::AccentIcon));
         content.setLeft(content.left() + icon.box() + gap);
     }
     const int box = chevron().box();
-    paintIcon(painter, QRectF(content.right() - box, 0, box, height()), chevron(), color(ColorRole::Secondary));
+    paintIcon(painter, QRectF(content.right() - box, 0, box, height()), chevron(),
+              color(ColorRole::Secondary));
     content.setRight(content.right() - box - gap);
     paintText(painter, content, m_style, color(ColorRole::Text), title());
 }

@@ -8,8 +8,8 @@
 
 namespace tralio {
 
-/// A label with a chevron that opens a menu: at the press of the mouse, so that one movement of press, drag and
-/// release chooses, or by Space, Return, Up or Down.
+/// A label with a chevron that opens a menu: at the press of the mouse, so that one movement of press, drag
+/// and release chooses, or by Space, Return, Up or Down.
 class MenuButton final : public Control {
     Q_OBJECT
 

@@ -27,7 +27,7 @@ constexpr qreal caretInset = 1.5;  // less than its line at both ends
 MultilineEnterInputView::MultilineEnterInputView(Binding<QString> text, std::function<void()> onSubmit,
                                                  QWidget* parent)
     : TextArea(text::body, {4, 3}, parent), m_text(std::move(text)), m_onSubmit(std::move(onSubmit)) {
-    setCursorWidth(0);  // the toolkit's caret has whole widths and inverts what it covers; ours is painted here
+    hideToolkitCaret();
     refresh();
     connect(this, &QTextEdit::textChanged, this, &MultilineEnterInputView::textChangedByUser);
     connect(this, &QTextEdit::cursorPositionChanged, this, &MultilineEnterInputView::restartCaret);
@@ -84,14 +84,31 @@ void MultilineEnterInputView::confirmComposition() {
     }
 }
 
+// The toolkit's caret has whole widths and inverts what it covers; ours is painted in `paintEvent`. The one
+// way to be rid of it at every scale is an input method that asks for no caret, which holds until the next
+// such event.
+void MultilineEnterInputView::hideToolkitCaret() {
+    QInputMethodEvent event({}, {{QInputMethodEvent::Cursor, 0, 0}});
+    TextArea::inputMethodEvent(&event);
+}
+
 void MultilineEnterInputView::inputMethodEvent(QInputMethodEvent* event) {
     m_caretHiddenByComposition = false;
+    int caret = int(event->preeditString().size());
+    QList<QInputMethodEvent::Attribute> attributes;
     for (const QInputMethodEvent::Attribute& attribute : event->attributes()) {
         if (attribute.type == QInputMethodEvent::Cursor) {
             m_caretHiddenByComposition = attribute.length == 0;
+            caret = attribute.start;
+        } else {
+            attributes << attribute;
         }
     }
-    TextArea::inputMethodEvent(event);
+    attributes << QInputMethodEvent::Attribute(QInputMethodEvent::Cursor, caret, 0);
+    QInputMethodEvent withoutCaret(event->preeditString(), attributes);
+    withoutCaret.setCommitString(event->commitString(), event->replacementStart(),
+                                 event->replacementLength());
+    TextArea::inputMethodEvent(&withoutCaret);
     restartCaret();
 }
 
@@ -113,7 +130,8 @@ QRectF MultilineEnterInputView::caretArea() const {
     const QTextLine line = block.layout()->lineForTextPosition(textCursor().positionInBlock());
     const qreal ratio = devicePixelRatioF();
     const auto onPixel = [ratio](qreal position) { return std::floor(position * ratio) / ratio; };
-    const qreal top = place.top() + (line.isValid() ? line.ascent() : 0) - baselineOf(textStyle()) + caretInset;
+    const qreal top =
+        place.top() + (line.isValid() ? line.ascent() : 0) - baselineOf(textStyle()) + caretInset;
     return {onPixel(place.left()), onPixel(top), caretWidth, textStyle().line - 2 * caretInset};
 }
 

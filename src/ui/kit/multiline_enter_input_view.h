@@ -9,9 +9,9 @@
 
 namespace tralio {
 
-/// A multi-line editor of plain text in which Return submits and Shift+Return or Alt+Return break the line. While an
-/// input method composes, Return confirms the composition and does nothing else. Tab is a character of the text;
-/// Control+Tab and Shift+Tab leave the editor.
+/// A multi-line editor of plain text in which Return submits and Shift+Return or Alt+Return break the line.
+/// While an input method composes, Return confirms the composition and does nothing else. Tab is a character
+/// of the text; Control+Tab and Shift+Tab leave the editor.
 class MultilineEnterInputView final : public TextArea {
     Q_OBJECT
 
@@ -19,8 +19,8 @@ public:
     /// `text` is written on every edit and read by `refresh`; `onSubmit` runs when Return is pressed.
     MultilineEnterInputView(Binding<QString> text, std::function<void()> onSubmit, QWidget* parent = nullptr);
 
-    /// Brings the editor in line with the bound text. An equal text leaves caret and selection alone; another one
-    /// replaces the whole content, in a step that can be undone, and does not count as an edit.
+    /// Brings the editor in line with the bound text. An equal text leaves caret and selection alone; another
+    /// one replaces the whole content, in a step that can be undone, and does not count as an edit.
     void refresh();
 
 protected:
@@ -36,6 +36,7 @@ protected:
 private:
     void textChangedByUser();
     void confirmComposition();
+    void hideToolkitCaret();
     void restartCaret();
     void updateCaret();
     [[nodiscard]] QRectF caretArea() const;

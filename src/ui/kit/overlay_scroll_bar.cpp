@@ -24,27 +24,31 @@ constexpr qreal leastLength = 28;
 
 }  // namespace
 
-OverlayScrollBar::OverlayScrollBar(QAbstractScrollArea* area, QWidget* frame)
-    : QWidget(frame != nullptr ? frame : area),
-      m_area(area),
-      m_frame(frame != nullptr ? frame : area),
-      m_bar(area->verticalScrollBar()) {
+OverlayScrollBar::OverlayScrollBar(QAbstractScrollArea* area)
+    : QWidget(area), m_area(area), m_frame(area), m_bar(area->verticalScrollBar()) {
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setCursor(Qt::ArrowCursor);
     connect(m_bar, &QScrollBar::valueChanged, this, qOverload<>(&QWidget::update));
     connect(m_bar, &QScrollBar::rangeChanged, this, &OverlayScrollBar::place);
     area->installEventFilter(this);
-    if (m_frame != area) {
-        m_frame->installEventFilter(this);
-    }
+    place();
+}
+
+void OverlayScrollBar::setFrame(QWidget* frame) {
+    m_frame = frame;
+    frame->installEventFilter(this);
+    setParent(frame);
     place();
 }
 
 void OverlayScrollBar::place() {
-    const QRect area(m_area == m_frame ? QPoint() : m_area->mapTo(m_frame, QPoint()), m_area->size());
-    setGeometry(m_frame->width() - barWidth, area.top(), barWidth, area.height());
-    setVisible(m_bar->maximum() > m_bar->minimum());
+    const bool inside = m_area == m_frame || m_frame->isAncestorOf(m_area);
+    if (inside) {
+        const QRect area(m_area->mapTo(m_frame.get(), QPoint()), m_area->size());
+        setGeometry(m_frame->width() - barWidth, area.top(), barWidth, area.height());
+    }
+    setVisible(inside && m_bar->maximum() > m_bar->minimum());
     raise();
     update();
 }
@@ -55,7 +59,8 @@ QRectF OverlayScrollBar::thumb() const {
         return {};
     }
     const qreal track = height() - 2 * endInset;
-    const qreal length = std::min(track, std::max(leastLength, track * m_bar->pageStep() / (range + m_bar->pageStep())));
+    const qreal length =
+        std::min(track, std::max(leastLength, track * m_bar->pageStep() / (range + m_bar->pageStep())));
     const qreal top = endInset + (track - length) * (m_bar->value() - m_bar->minimum()) / range;
     const bool active = m_hovered || m_dragged;
     const int thickness = active ? activeWidth : restWidth;
@@ -88,7 +93,8 @@ void OverlayScrollBar::mousePressEvent(QMouseEvent* event) {
         m_dragged = true;
         m_grip = y - area.top();
     } else {
-        m_bar->triggerAction(y < area.top() ? QAbstractSlider::SliderPageStepSub : QAbstractSlider::SliderPageStepAdd);
+        m_bar->triggerAction(y < area.top() ? QAbstractSlider::SliderPageStepSub
+                                            : QAbstractSlider::SliderPageStepAdd);
     }
     update();
 }

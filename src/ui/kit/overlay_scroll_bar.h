@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 class QAbstractScrollArea;
@@ -7,14 +8,17 @@ class QScrollBar;
 
 namespace tralio {
 
-/// A thumb that lies over the content of a scrolling area: no track, no arrows, always visible while the content is
-/// taller than its area. Stands in for the area's own vertical bar, which it hides and drives.
+/// A thumb that lies over the content of a scrolling area: no track, no arrows, always visible while the
+/// content is taller than its area. Stands in for the area's own vertical bar, which it hides and drives.
 class OverlayScrollBar final : public QWidget {
     Q_OBJECT
 
 public:
-    /// The thumb keeps its distance from the right edge of `frame`, which is the area itself or a widget around it.
-    explicit OverlayScrollBar(QAbstractScrollArea* area, QWidget* frame = nullptr);
+    explicit OverlayScrollBar(QAbstractScrollArea* area);
+
+    /// Makes the thumb keep its distance from the right edge of a widget around the area instead of the
+    /// area's own.
+    void setFrame(QWidget* frame);
 
     /// Where the thumb is, in the bar's coordinates. Empty while there is nothing to scroll.
     [[nodiscard]] QRectF thumb() const;
@@ -33,7 +37,7 @@ private:
     void place();
 
     QAbstractScrollArea* m_area;
-    QWidget* m_frame;
+    QPointer<QWidget> m_frame;
     QScrollBar* m_bar;
     bool m_hovered = false;
     bool m_dragged = false;

@@ -44,26 +44,47 @@ int textWidth(const TextStyle& style, const QString& text) {
     return int(std::ceil(QFontMetricsF(fontFor(style)).horizontalAdvance(text)));
 }
 
-void paintText(QPainter& painter, const QRectF& area, const TextStyle& style, const QColor& color,
-               const QString& text, Qt::Alignment alignment) {
+namespace {
+
+qreal topOfLine(const QRectF& area, const TextStyle& style) {
+    return area.top() + std::floor((area.height() - style.line) / 2);
+}
+
+}  // namespace
+
+void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
+                   const QString& text, Qt::Alignment alignment) {
     const QFont font = fontFor(style);
     const QFontMetricsF metrics(font);
     QString shown = text;
     qreal width = metrics.horizontalAdvance(text);
-    if (width > std::ceil(area.width())) {
-        shown = metrics.elidedText(text, Qt::ElideRight, area.width());
+    if (width > std::ceil(line.width())) {
+        shown = metrics.elidedText(text, Qt::ElideRight, line.width());
         width = metrics.horizontalAdvance(shown);
     }
-    qreal x = area.left();
+    qreal x = line.left();
     if (alignment & Qt::AlignHCenter) {
-        x += (area.width() - width) / 2;
+        x += (line.width() - width) / 2;
     } else if (alignment & Qt::AlignRight) {
-        x += area.width() - width;
+        x += line.width() - width;
     }
-    const qreal y = area.top() + std::floor((area.height() - style.line) / 2) + baselineOf(style);
     painter.setFont(font);
     painter.setPen(color);
-    painter.drawText(QPointF(x, y), shown);
+    painter.drawText(QPointF(x, topOfLine(line, style) + baselineOf(style)), shown);
+}
+
+int shiftIntoArea(const QRectF& area, const TextStyle& style, const QString& text) {
+    const QRectF ink = QFontMetricsF(fontFor(style)).tightBoundingRect(text);
+    const qreal baseline = topOfLine(area, style) + baselineOf(style);
+    const qreal missing = std::ceil(area.top() - (baseline + ink.top()));
+    const qreal room = std::floor(area.bottom() - (baseline + ink.bottom()));
+    return int(std::clamp(missing, 0.0, std::max(0.0, room)));
+}
+
+void paintText(QPainter& painter, const QRectF& area, const TextStyle& style, const QColor& color,
+               const QString& text, Qt::Alignment alignment) {
+    const int shift = shiftIntoArea(area, style, text);
+    paintTextLine(painter, area.translated(0, shift), style, color, text, alignment);
 }
 
 }  // namespace tralio

@@ -65,7 +65,8 @@ protected:
         paintText(painter, content, itemStyle, ink, title());
         if (isChecked()) {
             const Icon check{.name = u"checkmark"_s, .pointSize = 10};
-            paintIcon(painter, QRect(content.right() + 1 - check.box(), 0, check.box(), height()), check, ink);
+            paintIcon(painter, QRect(content.right() + 1 - check.box(), 0, check.box(), height()), check,
+                      ink);
         }
     }
 
@@ -85,7 +86,8 @@ PopupMenu* PopupMenu::open(QWidget* owner, const QRect& anchor, const QList<Menu
     return menu;
 }
 
-PopupMenu::PopupMenu(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries, Qt::Alignment alignment)
+PopupMenu::PopupMenu(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries,
+                     Qt::Alignment alignment)
     : QWidget(owner->window()), m_formerFocus(owner->window()->focusWidget()) {
     setFocusPolicy(Qt::StrongFocus);
     setGeometry(parentWidget()->rect());
@@ -101,7 +103,8 @@ PopupMenu::PopupMenu(QWidget* owner, const QRect& anchor, const QList<MenuEntry>
     const QSize size(std::max(width + 2 * menuPadding, anchor.width()),
                      int(m_items.size()) * itemHeight + 2 * menuPadding);
     m_panel = place(QRect(owner->mapTo(owner->window(), anchor.topLeft()), anchor.size()), size, alignment);
-    QRect line(m_panel.left() + menuPadding, m_panel.top() + menuPadding, size.width() - 2 * menuPadding, itemHeight);
+    QRect line(m_panel.left() + menuPadding, m_panel.top() + menuPadding, size.width() - 2 * menuPadding,
+               itemHeight);
     for (Item* item : std::as_const(m_items)) {
         item->setGeometry(line);
         line.translate(0, itemHeight);
@@ -168,7 +171,9 @@ void PopupMenu::close() {
     Q_EMIT closed();
 }
 
-void PopupMenu::dragTo(const QPoint& globalPosition) { mark(itemAt(globalPosition)); }
+void PopupMenu::dragTo(const QPoint& globalPosition) {
+    mark(itemAt(globalPosition));
+}
 
 void PopupMenu::releaseAt(const QPoint& globalPosition) {
     if (Item* item = itemAt(globalPosition)) {

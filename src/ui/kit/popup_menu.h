@@ -13,16 +13,18 @@ struct MenuEntry {
 };
 
 /// A menu that lies over the whole window of its anchor as a child of it, so that it needs no window, grab or
-/// compositor of its own and the window keeps the focus. A click beside the menu closes it and does nothing else.
+/// compositor of its own and the window keeps the focus. A click beside the menu closes it and does nothing
+/// else.
 ///
-/// Up and Down move, Home and End jump, Return and Space choose, Escape and Tab close. The focus goes back to where
-/// it was. The menu deletes itself when it closes, whatever closes it.
+/// Up and Down move, Home and End jump, Return and Space choose, Escape and Tab close. The focus goes back to
+/// where it was. The menu deletes itself when it closes, whatever closes it.
 class PopupMenu final : public QWidget {
     Q_OBJECT
 
 public:
-    /// Opens below `anchor`, edges aligned at its left or right, or above where there is no room below. `anchor` is
-    /// in the coordinates of `owner`. `selected` is the entry that is marked at once; -1 marks none.
+    /// Opens below `anchor`, edges aligned at its left or right, or above where there is no room below.
+    /// `anchor` is in the coordinates of `owner`. `selected` is the entry that is marked at once; -1 marks
+    /// none.
     static PopupMenu* open(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries, int selected,
                            Qt::Alignment alignment = Qt::AlignLeft);
 

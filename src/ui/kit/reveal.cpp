@@ -72,11 +72,17 @@ int Reveal::contentHeight(int width) const {
     return m_content->sizeHint().height();
 }
 
-QSize Reveal::sizeHint() const { return {m_content->sizeHint().width(), heightForWidth(width())}; }
+QSize Reveal::sizeHint() const {
+    return {m_content->sizeHint().width(), heightForWidth(width())};
+}
 
-QSize Reveal::minimumSizeHint() const { return {m_content->minimumSizeHint().width(), 0}; }
+QSize Reveal::minimumSizeHint() const {
+    return {m_content->minimumSizeHint().width(), 0};
+}
 
-int Reveal::heightForWidth(int width) const { return int(std::ceil(contentHeight(width) * m_share)); }
+int Reveal::heightForWidth(int width) const {
+    return int(std::ceil(contentHeight(width) * m_share));
+}
 
 void Reveal::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);

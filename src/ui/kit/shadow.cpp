@@ -1,7 +1,7 @@
 #include "ui/kit/shadow.h"
 
-#include <qdrawutil.h>
 #include <QPixmap>
+#include <qdrawutil.h>
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,9 @@ namespace tralio {
 namespace {
 
 /// How far the shadow reaches beyond its box, and how far the box's corner reaches into the shadow.
-int reachOf(const Shadow& shadow) { return shadow.blur + 2; }
+int reachOf(const Shadow& shadow) {
+    return shadow.blur + 2;
+}
 
 /// A sliding mean over 2 * `half` + 1 values; three of them in a row are as good as a bell curve.
 void mean(std::vector<float>& values, std::vector<float>& scratch, int half) {

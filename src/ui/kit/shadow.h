@@ -23,8 +23,8 @@ inline constexpr Shadow menu{ColorRole::MenuShadow, 8, 24};
 
 }  // namespace shadow
 
-/// Paints the shadow that `box` throws. It is blurred once for its colour and radius and kept as a small pixmap, of
-/// which the corners are drawn as they are and the sides stretched.
+/// Paints the shadow that `box` throws. It is blurred once for its colour and radius and kept as a small
+/// pixmap, of which the corners are drawn as they are and the sides stretched.
 void paintShadow(QPainter& painter, const QRect& box, int radius, const Shadow& shadow);
 
 }  // namespace tralio

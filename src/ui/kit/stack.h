@@ -34,9 +34,9 @@ struct StackSpec {
     QMargins padding = {};
 };
 
-/// Columns and rows, so that a panel's code reads like its description: from top to bottom, from start to end. In a
-/// row, what is lower than the row is centred. The parts come to belong to the widget that the outermost layout is
-/// set on.
+/// Columns and rows, so that a panel's code reads like its description: from top to bottom, from start to
+/// end. In a row, what is lower than the row is centred. The parts come to belong to the widget that the
+/// outermost layout is set on.
 [[nodiscard]] QBoxLayout* column(const StackSpec& spec, std::initializer_list<StackItem> items);
 [[nodiscard]] QBoxLayout* row(const StackSpec& spec, std::initializer_list<StackItem> items);
 

@@ -9,7 +9,7 @@ namespace {
 constexpr QSize track{30, 18};
 constexpr int knob = 14;
 constexpr int inset = 2;
-constexpr int ringRoom = 3;  // the focus ring stands 1 px off the track
+constexpr int ringRoom = 3;     // the focus ring stands 1 px off the track
 constexpr int slideTime = 120;  // milliseconds
 
 }  // namespace
@@ -32,14 +32,17 @@ Switch::Switch(QWidget* parent) : Control({}, parent) {
     });
 }
 
-QSize Switch::sizeHint() const { return track.grownBy({ringRoom, ringRoom, ringRoom, ringRoom}); }
+QSize Switch::sizeHint() const {
+    return track.grownBy({ringRoom, ringRoom, ringRoom, ringRoom});
+}
 
 void Switch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     if (!isEnabled()) {
         painter.setOpacity(0.4);
     }
-    const QRectF area = QRectF(QPointF(), track).translated((width() - track.width()) / 2, (height() - track.height()) / 2);
+    const QRectF area =
+        QRectF(QPointF(), track).translated((width() - track.width()) / 2, (height() - track.height()) / 2);
     const Ground ground = isChecked() ? Ground::Solid : Ground::Neutral;
     const qreal round = area.height() / 2;
     paintFill(painter, area, round, color(isChecked() ? ColorRole::AccentFill : ColorRole::SwitchOff));

@@ -69,7 +69,8 @@ private:
 
 TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    auto* layout = row({.spacing = tabGap, .padding = {stripPadding, stripPadding, stripPadding, stripPadding}}, {});
+    auto* layout =
+        row({.spacing = tabGap, .padding = {stripPadding, stripPadding, stripPadding, stripPadding}}, {});
     for (const TabItem& item : tabs) {
         auto* tab = new Tab(item, *this);
         const int index = int(m_tabs.size());
@@ -84,15 +85,23 @@ TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent
     }
     setLayout(layout);
     if (!m_tabs.isEmpty()) {
-        m_tabs.first()->setChecked(true);
+        check(0);
     }
     m_slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&m_slide, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setShape(value.toRectF()); });
 }
 
-void TabStrip::setCurrent(int index) {
+void TabStrip::check(int index) {
     m_tabs.at(index)->setChecked(true);
+    // One stop for Tab. The toolkit does the same by itself, but only once one of the tabs has had the focus.
+    for (int i = 0; i < m_tabs.size(); ++i) {
+        m_tabs.at(i)->setFocusPolicy(i == index ? Qt::TabFocus : Qt::NoFocus);
+    }
+}
+
+void TabStrip::setCurrent(int index) {
+    check(index);
     if (index != m_current) {
         m_current = index;
         slideTo(index);

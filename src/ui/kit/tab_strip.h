@@ -11,8 +11,8 @@ struct TabItem {
     QString label;
 };
 
-/// A row of tabs, one of which is selected. The selected shape slides to a newly selected tab. One stop for Tab; the
-/// arrow keys move between the tabs and select.
+/// A row of tabs, one of which is selected. The selected shape slides to a newly selected tab. One stop for
+/// Tab; the arrow keys move between the tabs and select.
 class TabStrip final : public QWidget {
     Q_OBJECT
 
@@ -34,6 +34,7 @@ protected:
 private:
     class Tab;
 
+    void check(int index);
     void slideTo(int index);
     void setShape(const QRectF& shape);
 

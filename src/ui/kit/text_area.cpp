@@ -19,13 +19,18 @@ namespace tralio {
 namespace {
 
 // The document sets the baseline of a line of fixed height at four fifths of it.
-int documentBaseline(const TextStyle& style) { return style.line * 4 / 5; }
+int documentBaseline(const TextStyle& style) {
+    return style.line * 4 / 5;
+}
 
-QString withLineFeeds(QString text) { return text.replace(QChar::ParagraphSeparator, u'\n'); }
+QString withLineFeeds(QString text) {
+    return text.replace(QChar::ParagraphSeparator, u'\n');
+}
 
 }  // namespace
 
-TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent) : QTextEdit(parent), m_style(style) {
+TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent)
+    : QTextEdit(parent), m_style(style), m_scrollBar(new OverlayScrollBar(this)) {
     setFrameShape(QFrame::NoFrame);
     setAcceptRichText(false);
     setFont(fontFor(style));
@@ -34,7 +39,6 @@ TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent) 
     document()->setDocumentMargin(margin);
     setViewportMargins(inset.width() - margin, 0, inset.width() - margin, 0);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    new OverlayScrollBar(this);
 
     // Every later line takes over the format of the first one. Undo must not reach behind it.
     document()->setUndoRedoEnabled(false);
@@ -57,13 +61,19 @@ void TextArea::followTheme() {
     setPalette(colors);
 }
 
-QString TextArea::text() const { return withLineFeeds(document()->toRawText()); }
+QString TextArea::text() const {
+    return withLineFeeds(document()->toRawText());
+}
 
 void TextArea::setPlaceholder(const QString& placeholder, ColorRole role) {
     m_placeholder = placeholder;
     m_placeholderRole = role;
     setAccessibleDescription(placeholder);
     viewport()->update();
+}
+
+void TextArea::setScrollFrame(QWidget* frame) {
+    m_scrollBar->setFrame(frame);
 }
 
 void TextArea::replaceText(const QString& text) {
@@ -114,7 +124,8 @@ void TextArea::contextMenuEvent(QContextMenuEvent* event) {
     const bool writable = !isReadOnly();
     QList<Action> actions;
     if (writable) {
-        actions << Action{{.title = u"Hoàn tác"_s, .enabled = document()->isUndoAvailable()}, &QTextEdit::undo}
+        actions << Action{{.title = u"Hoàn tác"_s, .enabled = document()->isUndoAvailable()},
+                          &QTextEdit::undo}
                 << Action{{.title = u"Cắt"_s, .enabled = selected}, &QTextEdit::cut};
     }
     actions << Action{{.title = u"Sao chép"_s, .enabled = selected}, &QTextEdit::copy};

@@ -7,8 +7,11 @@
 
 namespace tralio {
 
-/// Plain text that scrolls, without a frame or a background: what the input box and the reading area share. It gives
-/// back every character it was given, sets its lines at the distance of its style, and copies as plain text.
+class OverlayScrollBar;
+
+/// Plain text that scrolls, without a frame or a background: what the input box and the reading area share.
+/// It gives back every character it was given, sets its lines at the distance of its style, and copies as
+/// plain text.
 class TextArea : public QTextEdit {
     Q_OBJECT
 
@@ -19,6 +22,10 @@ public:
 
     /// Stands where the text would begin, while there is none.
     void setPlaceholder(const QString& placeholder, ColorRole role = ColorRole::Placeholder);
+
+    /// Lets the scroll thumb keep its distance from the edge of a widget around the area, so that it stands
+    /// in the padding and not on the text.
+    void setScrollFrame(QWidget* frame);
 
 protected:
     /// `inset` is the room between the edges and the text, in logical pixels: at the sides, and above.
@@ -41,6 +48,7 @@ private:
     void followTheme();
 
     TextStyle m_style;
+    OverlayScrollBar* m_scrollBar;
     QString m_placeholder;
     ColorRole m_placeholderRole = ColorRole::Placeholder;
 };

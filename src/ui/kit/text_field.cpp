@@ -34,7 +34,9 @@ void TextField::followTheme() {
     setPalette(colors);
 }
 
-QSize TextField::sizeHint() const { return {QLineEdit::sizeHint().width(), fieldHeight}; }
+QSize TextField::sizeHint() const {
+    return {QLineEdit::sizeHint().width(), fieldHeight};
+}
 
 void TextField::paintEvent(QPaintEvent* event) {
     {

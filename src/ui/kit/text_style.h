@@ -8,8 +8,8 @@ enum class Weight { Regular = 400, Medium = 500, Semibold = 600, Bold = 700, Hea
 
 /// A way of setting text: sizes in logical pixels, letter spacing in percent of the size.
 ///
-/// `line` is the least height of a label and the distance of its lines. Vietnamese capitals with two marks rise
-/// above the font's own ascent, so nothing is ever sized by the font's height.
+/// `line` is the least height of a label and the distance of its lines. Vietnamese capitals with two marks
+/// rise above the font's own ascent, so nothing is ever sized by the font's height.
 struct TextStyle {
     int size;
     int line;

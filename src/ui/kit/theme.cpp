@@ -7,7 +7,9 @@
 
 namespace tralio {
 
-Theme::Theme() : m_colors(Scheme::Light, m_appearance.accent) { installAccessibleRoles(); }
+Theme::Theme() : m_colors(Scheme::Light, m_appearance.accent) {
+    installAccessibleRoles();
+}
 
 Theme& Theme::current() {
     static Theme theme;

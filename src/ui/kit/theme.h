@@ -29,7 +29,9 @@ public:
     [[nodiscard]] QColor color(ColorRole role) const { return m_colors[role]; }
 
     /// The length of a motion in milliseconds: as given, or none when the desktop asks for reduced motion.
-    [[nodiscard]] int duration(int milliseconds) const { return m_appearance.reducedMotion ? 0 : milliseconds; }
+    [[nodiscard]] int duration(int milliseconds) const {
+        return m_appearance.reducedMotion ? 0 : milliseconds;
+    }
 
 Q_SIGNALS:
     /// For what keeps colours instead of roles, as a native text editor's palette does.
@@ -42,7 +44,9 @@ private:
     Colors m_colors;
 };
 
-[[nodiscard]] inline QColor color(ColorRole role) { return Theme::current().color(role); }
+[[nodiscard]] inline QColor color(ColorRole role) {
+    return Theme::current().color(role);
+}
 
 namespace radius {
 

@@ -25,8 +25,10 @@ class Bubble final : public QWidget {
 public:
     Bubble(QWidget& target, const QString& text) : QWidget(target.window()), m_text(text) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
-        const QRect room = parentWidget()->rect().adjusted(windowInset, windowInset, -windowInset, -windowInset);
-        const QSize size(std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width()), bubbleHeight);
+        const QRect room =
+            parentWidget()->rect().adjusted(windowInset, windowInset, -windowInset, -windowInset);
+        const QSize size(std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width()),
+                         bubbleHeight);
         const QRect anchor(target.mapTo(parentWidget(), QPoint()), target.size());
         QRect place({anchor.center().x() - size.width() / 2, anchor.bottom() + 1 + distance}, size);
         if (place.bottom() > room.bottom()) {
@@ -115,6 +117,10 @@ private:
 }  // namespace
 
 void setTooltip(QWidget* widget, const QString& text) {
+    // What shows only an icon is called by its tooltip.
+    if (widget->accessibleName().isEmpty() || widget->accessibleName() == widget->toolTip()) {
+        widget->setAccessibleName(text);
+    }
     widget->setToolTip(text);
     widget->removeEventFilter(&Watcher::shared());
     widget->installEventFilter(&Watcher::shared());

@@ -6,7 +6,9 @@
 
 namespace tralio {
 
-WindowFrame::WindowFrame(Edges edges, QWidget* parent) : QWidget(parent), m_edges(edges) { arrange(); }
+WindowFrame::WindowFrame(Edges edges, QWidget* parent) : QWidget(parent), m_edges(edges) {
+    arrange();
+}
 
 void WindowFrame::setContent(QWidget* content) {
     m_content = content;

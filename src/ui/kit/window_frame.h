@@ -4,11 +4,12 @@
 
 namespace tralio {
 
-/// The surface of the popover: the content on a rounded window with an edge and a shadow, in a translucent margin that
-/// makes room for the shadow. Where no compositor runs, the window is square, without margin and shadow, and the
-/// edge lies inside.
+/// The surface of the popover: the content on a rounded window with an edge and a shadow, in a translucent
+/// margin that makes room for the shadow. Where no compositor runs, the window is square, without margin and
+/// shadow, and the edge lies inside.
 ///
-/// Only paints; flags, place and closing of the window are its owner's, as is telling whether a compositor runs.
+/// Only paints; flags, place and closing of the window are its owner's, as is telling whether a compositor
+/// runs.
 class WindowFrame final : public QWidget {
     Q_OBJECT
 

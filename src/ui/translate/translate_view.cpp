@@ -65,7 +65,6 @@ QLayout* TranslateView::languageRow() {
             [this](int index) { m_state.sourceLang = TranslateState::languages()[index]; });
 
     auto* swap = new Button(button::swap, {.icon = u"arrow.left.arrow.right"_s});
-    swap->setSpokenCaption(u"Đổi chiều ngôn ngữ"_s);
     setTooltip(swap, u"Đổi chiều ngôn ngữ"_s);
     connect(swap, &Button::clicked, this, [this] { m_state.swapLanguages(); });
 
@@ -89,15 +88,19 @@ QWidget* TranslateView::inputBox() {
     m_input->setFixedHeight(115);
     m_input->setPlaceholder(u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s);
     auto* box = new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block);
+    m_input->setScrollFrame(box);
     return filled(box, column({.padding = {6, 6, 6, 6}}, {m_input}));
 }
 
-QLayout* TranslateView::toolRow() {
+QWidget* TranslateView::toolRow() {
     m_characterCount = new Label(QString(), text::smallCaption, ColorRole::Secondary);
     m_clear = new Button(button::word, {.title = u"Xóa"_s});
     m_clear->setColor(ColorRole::Secondary);
     connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
-    return row({.padding = {4, 0, 0, 0}}, {m_characterCount, Stretch{}, m_clear});
+    // The button's own padding shows only on hover: its text ends where the count begins, 4 px inside the box.
+    auto* bar = filled(new QWidget, row({.padding = {4, 0, -2, 0}}, {m_characterCount, Stretch{}, m_clear}));
+    bar->setFixedHeight(18);  // also while there is nothing to clear
+    return bar;
 }
 
 QLayout* TranslateView::actionRow() {
@@ -130,6 +133,7 @@ QWidget* TranslateView::resultBlock() {
     auto* header = filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_copy}));
     header->setFixedHeight(22);
     m_result->setMinimumHeight(115);
+    m_result->setScrollFrame(block);
     return filled(block, column({.padding = {4, 4, 4, 4}}, {header, Gap{4}, {m_result, {}, 1}}));
 }
 

@@ -31,7 +31,7 @@ protected:
 private:
     QLayout* languageRow();
     QWidget* inputBox();
-    QLayout* toolRow();
+    QWidget* toolRow();
     QLayout* actionRow();
     QWidget* errorStrip();
     QWidget* resultBlock();

@@ -1,3 +1,0 @@
-#include "common/observable_object.h"
-
-#include "moc_observable_object.cpp"

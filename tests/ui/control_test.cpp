@@ -1,0 +1,173 @@
+#include <QAccessible>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include "ui/kit/button.h"
+#include "ui/kit/chip.h"
+#include "ui/kit/label.h"
+#include "ui/kit/spinner.h"
+#include "ui/kit/stack.h"
+#include "ui/kit/tab_strip.h"
+#include "ui/kit/tooltip.h"
+#include "widget_support.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+QString spokenName(QWidget& widget) {
+    return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name);
+}
+
+class ControlTest : public testing::Test {
+protected:
+    ControlTest() {
+        filled(&m_window, column({.spacing = 4}, {m_editor, m_button, m_chip, m_tabs}));
+        showActive(m_window);
+        m_editor->setFocus();
+    }
+
+    QWidget m_window;
+    QLineEdit* m_editor = new QLineEdit;
+    Button* m_button = new Button(button::main, {.icon = u"sparkles"_s, .title = u"Dán & Tralio"_s});
+    Chip* m_chip = new Chip(u"Chụp"_s);
+    TabStrip* m_tabs = new TabStrip({{u"globe"_s, u"Một"_s}, {u"globe"_s, u"Hai"_s}, {u"globe"_s, u"Ba"_s}});
+    QSignalSpy m_clicks{m_button, &Button::clicked};
+};
+
+TEST_F(ControlTest, a_click_leaves_the_caret_where_the_user_writes) {
+    QTest::mouseClick(m_button, Qt::LeftButton);
+    EXPECT_EQ(m_clicks.count(), 1);
+    EXPECT_TRUE(m_editor->hasFocus());
+    EXPECT_FALSE(m_button->showsFocusRing());
+}
+
+TEST_F(ControlTest, the_focus_ring_comes_with_the_keyboard_only) {
+    const QImage bare = pictureOf(*m_button);
+    m_button->setFocus(Qt::MouseFocusReason);
+    EXPECT_EQ(difference(bare, pictureOf(*m_button)), QRect());
+
+    m_editor->setFocus();
+    QTest::keyClick(m_editor, Qt::Key_Tab);
+    ASSERT_TRUE(m_button->hasFocus());
+    EXPECT_FALSE(difference(bare, pictureOf(*m_button)).isEmpty());
+    QTest::keyClick(m_button, Qt::Key_Backtab);
+    EXPECT_EQ(difference(bare, pictureOf(*m_button)), QRect());
+}
+
+TEST_F(ControlTest, the_focus_ring_outlives_a_change_of_windows) {
+    m_button->setFocus(Qt::TabFocusReason);
+    QFocusEvent away(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    QApplication::sendEvent(m_button, &away);
+    QApplication::sendEvent(m_button, &back);
+    EXPECT_TRUE(m_button->showsFocusRing());
+}
+
+TEST_F(ControlTest, space_and_both_returns_press_a_button) {
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(m_button, key);
+    }
+    EXPECT_EQ(m_clicks.count(), 3);
+}
+
+TEST_F(ControlTest, busy_and_disabled_buttons_take_no_clicks_and_busy_looks_the_same_in_both) {
+    const auto press = [&] {
+        QTest::mouseClick(m_button, Qt::LeftButton);
+        QTest::keyClick(m_button, Qt::Key_Return);
+        QTest::keyClick(m_button, Qt::Key_Space);
+    };
+    m_button->setEnabled(false);
+    press();
+    const QImage disabled = pictureOf(*m_button);
+    m_button->setEnabled(true);
+    m_button->setBusy(true);
+    press();
+    const QImage busy = pictureOf(*m_button);
+    EXPECT_EQ(m_clicks.count(), 0);
+    EXPECT_FALSE(difference(disabled, busy).isEmpty());
+    m_button->setEnabled(false);
+    EXPECT_EQ(difference(busy, pictureOf(*m_button)), QRect());
+    m_button->setEnabled(true);
+    m_button->setBusy(false);
+    press();
+    EXPECT_EQ(m_clicks.count(), 3);
+}
+
+TEST_F(ControlTest, an_ampersand_in_a_title_is_read_and_is_no_shortcut) {
+    EXPECT_EQ(spokenName(*m_button), u"Dán & Tralio"_s);
+    QTest::keyClick(&m_window, Qt::Key_Space, Qt::AltModifier);
+    EXPECT_EQ(m_clicks.count(), 0);
+    EXPECT_TRUE(m_button->shortcut().isEmpty());
+}
+
+TEST_F(ControlTest, captions_titles_and_labels_are_spoken) {
+    Button swap(button::swap, {.icon = u"arrow.left.arrow.right"_s});
+    swap.setSpokenCaption(u"Đổi chiều"_s);
+    EXPECT_EQ(spokenName(swap), u"Đổi chiều"_s);
+    Button quit(button::icon, {.icon = u"power"_s});
+    setTooltip(&quit, u"Thoát"_s);
+    EXPECT_EQ(spokenName(quit), u"Thoát"_s) << "what shows only an icon is called by its tooltip";
+    setTooltip(m_button, u"Dịch"_s);
+    m_button->setSpokenCaption(u"Nguồn"_s);
+    m_button->setTitle(u"Tiếng Anh"_s);
+    EXPECT_EQ(spokenName(*m_button), u"Nguồn: Tiếng Anh"_s);
+    Label label(u"Bản dịch:"_s);
+    label.setText(u"0 ký tự"_s);
+    EXPECT_EQ(spokenName(label), u"0 ký tự"_s);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&label)->role(), QAccessible::StaticText);
+}
+
+TEST_F(ControlTest, only_a_chip_that_reports_trouble_can_be_clicked_and_reached) {
+    const QSignalSpy clicks(m_chip, &Chip::clicked);
+    QTest::mouseClick(m_chip, Qt::LeftButton);
+    m_button->setFocus();
+    QTest::keyClick(m_button, Qt::Key_Tab);
+    EXPECT_FALSE(m_chip->hasFocus());
+    EXPECT_EQ(clicks.count(), 0);
+
+    m_chip->setState(Chip::State::Trouble);
+    QTest::mouseClick(m_chip, Qt::LeftButton);
+    m_button->setFocus();
+    QTest::keyClick(m_button, Qt::Key_Tab);
+    EXPECT_TRUE(m_chip->showsFocusRing());
+    EXPECT_EQ(clicks.count(), 1);
+}
+
+TEST_F(ControlTest, tabs_tell_only_of_the_users_choice_and_are_one_stop_for_the_keyboard) {
+    const QSignalSpy chosen(m_tabs, &TabStrip::selected);
+    const int width = m_tabs->sizeHint().width();
+    m_tabs->setCurrent(2);
+    EXPECT_EQ(chosen.count(), 0);
+    EXPECT_EQ(m_tabs->sizeHint().width(), width) << "the heavier label must not move the strip";
+
+    m_button->setFocus();
+    QTest::keyClick(m_button, Qt::Key_Tab);
+    QWidget* third = m_window.focusWidget();
+    ASSERT_EQ(third->accessibleName(), u"Ba"_s);
+    QTest::keyClick(third, Qt::Key_Left);
+    EXPECT_EQ(m_tabs->current(), 1);
+    QTest::mouseClick(m_tabs->childAt(10, 15), Qt::LeftButton);
+    QTest::mouseClick(m_tabs->childAt(10, 15), Qt::LeftButton);
+    EXPECT_EQ(m_tabs->current(), 0);
+    EXPECT_EQ(chosen.count(), 2);
+}
+
+TEST_F(ControlTest, a_spinner_turns_only_while_it_can_be_seen) {
+    auto* spinner = new Spinner(12);
+    m_window.layout()->addWidget(spinner);
+    EXPECT_FALSE(spinner->isTurning());
+    spinner->show();
+    EXPECT_TRUE(spinner->isTurning());
+    m_window.hide();
+    EXPECT_FALSE(spinner->isTurning());
+    m_window.show();
+    EXPECT_TRUE(spinner->isTurning());
+}
+
+}  // namespace
+}  // namespace tralio

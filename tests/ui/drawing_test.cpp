@@ -1,0 +1,233 @@
+#include <QDirIterator>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include "ui/kit/button.h"
+#include "ui/kit/chip.h"
+#include "ui/kit/error_strip.h"
+#include "ui/kit/icon.h"
+#include "ui/kit/label.h"
+#include "ui/kit/menu_button.h"
+#include "ui/kit/multiline_enter_input_view.h"
+#include "ui/kit/overlay_scroll_bar.h"
+#include "ui/kit/painting.h"
+#include "ui/kit/reading_area.h"
+#include "ui/kit/reveal.h"
+#include "ui/kit/stack.h"
+#include "ui/kit/tab_strip.h"
+#include "ui/kit/window_frame.h"
+#include "widget_support.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+const QString tallText = u"ẤẨỄỐỘẶ"_s;
+
+/// The height of the tall text's ink where nothing can cut it.
+int freeInk(const TextStyle& style) {
+    QImage blank(400, 100, QImage::Format_ARGB32_Premultiplied);
+    blank.fill(Qt::white);
+    QImage inked = blank;
+    QPainter painter(&inked);
+    paintText(painter, inked.rect(), style, Qt::black, tallText);
+    painter.end();
+    return difference(blank, inked).height();
+}
+
+/// The ink of the tall text as a widget paints it: what changes when the text gives way to a blank.
+template <typename Widget, typename SetText>
+QRect inkIn(Widget& widget, SetText setText) {
+    setText(tallText);
+    const QImage inked = pictureOf(widget);
+    setText(QString(QChar::Nbsp));
+    return difference(pictureOf(widget), inked);
+}
+
+TEST(Drawing, vietnamese_capitals_are_whole_in_labels_of_every_style) {
+    for (const TextStyle& style :
+         {text::onboardingTitle, text::panelTitle, text::headline, text::cardTitle, text::body, text::menu,
+          text::blockTitle, text::subtitle, text::caption, text::caption.with(Weight::Bold),
+          text::smallCaption, text::smallCaption.with(Weight::Heavy), text::promptEditor}) {
+        Label line(tallText, style);
+        line.resize(300, line.sizeHint().height());
+        EXPECT_EQ(inkIn(line, [&](const QString& text) { line.setText(text); }).height(), freeInk(style))
+            << "size " << style.size;
+        Label wrapped(tallText, style);
+        wrapped.setWraps();
+        wrapped.resize(300, wrapped.heightForWidth(300));
+        EXPECT_EQ(inkIn(wrapped, [&](const QString& text) { wrapped.setText(text); }).height(),
+                  freeInk(style))
+            << "size " << style.size;
+    }
+}
+
+TEST(Drawing, vietnamese_capitals_are_whole_and_inside_the_edge_in_every_control) {
+    const auto expectWhole = [](Control& control, const TextStyle& style) {
+        control.resize(300, control.sizeHint().height());
+        const QRect ink = inkIn(control, [&](const QString& text) { control.setTitle(text); });
+        EXPECT_EQ(ink.height(), freeInk(style)) << "height " << control.height();
+        EXPECT_TRUE(control.rect().adjusted(0, 1, 0, -1).contains(ink)) << "height " << control.height();
+    };
+    for (const ButtonStyle& style :
+         {button::main, button::mainSmall, button::redSmall, button::banner, button::borderedTall,
+          button::bordered, button::borderedField, button::word, button::footerWarning, button::suggestion}) {
+        Button button(style, {.title = tallText});
+        expectWhole(button, style.text);
+    }
+    MenuButton menu;
+    expectWhole(menu, text::menu);
+    Chip chip(tallText);
+    expectWhole(chip, text::smallCaption.with(Weight::Medium));
+    TabStrip strip({{u"globe"_s, tallText}, {u"globe"_s, tallText}});
+    strip.show();
+    expectWhole(*strip.findChildren<Control*>().at(1), text::caption);
+}
+
+TEST(Drawing, vietnamese_capitals_are_whole_in_text_areas_from_the_first_line_on) {
+    QString text;
+    MultilineEnterInputView input(
+        {.get = [&] { return text; }, .set = [&](const QString& now) { text = now; }}, [] {});
+    input.resize(490, 115);
+    ReadingArea reading;
+    reading.resize(490, 115);
+    const QString lines = tallText + u'\n' + tallText;
+    for (const QString& shown : {tallText, lines}) {
+        const int expected = freeInk(text::body) + (shown == lines ? text::body.line : 0);
+        const QString blank = shown == lines ? u"\u00A0\n\u00A0"_s : u"\u00A0"_s;
+        const auto inkOf = [&](TextArea& area, auto set) {
+            set(shown);
+            const QImage inked = pictureOf(*area.viewport());
+            set(blank);
+            return difference(pictureOf(*area.viewport()), inked).height();
+        };
+        EXPECT_EQ(inkOf(input,
+                        [&](const QString& now) {
+                            text = now;
+                            input.refresh();
+                        }),
+                  expected);
+        EXPECT_EQ(inkOf(reading, [&](const QString& now) { reading.setText(now); }), expected);
+    }
+}
+
+TEST(Drawing, every_icon_renders_in_its_colour_and_an_unknown_one_is_empty) {
+    ASSERT_FALSE(iconPixmap({.name = u"xmark"_s}, Qt::red, 1).isNull());  // brings the resource in
+    QDirIterator names(u":/tralio/icons"_s);
+    int count = 0;
+    while (names.hasNext()) {
+        const Icon icon{.name = QFileInfo(names.next()).completeBaseName(), .pointSize = 13};
+        const QImage image = iconPixmap(icon, QColor(200, 30, 40), 2).toImage();
+        ASSERT_EQ(image.size(), QSize(32, 32)) << icon.name.toStdString();
+        bool inked = false;
+        for (int y = 0; y < 32; ++y) {
+            for (int x = 0; x < 32; ++x) {
+                const QColor pixel = image.pixelColor(x, y);
+                inked = inked || pixel == QColor(200, 30, 40);
+            }
+        }
+        EXPECT_TRUE(inked) << icon.name.toStdString();
+        ++count;
+    }
+    EXPECT_EQ(count, 49);
+    EXPECT_TRUE(iconPixmap({.name = u"no.such.icon"_s}, Qt::red, 1).isNull());
+}
+
+TEST(Drawing, icons_take_the_box_of_their_point_size) {
+    const std::pair<int, int> boxes[] = {{9, 12},  {10, 12}, {11, 14}, {12, 16}, {13, 16},
+                                         {14, 18}, {16, 20}, {20, 24}, {36, 44}, {42, 52}};
+    for (const auto& [points, box] : boxes) {
+        EXPECT_EQ((Icon{.name = u"xmark"_s, .pointSize = points}.box()), box) << points;
+    }
+}
+
+TEST(Drawing, a_message_of_one_line_makes_a_strip_of_32_and_longer_ones_grow_by_lines) {
+    ErrorStrip strip;
+    strip.setMessage(u"Lỗi"_s);
+    EXPECT_EQ(strip.heightForWidth(502), 32);
+    strip.setMessage(u"Một thông báo lỗi rất dài cần nhiều dòng để hiện ra hết. "_s.repeated(3));
+    EXPECT_EQ((strip.heightForWidth(502) - 32) % 16, 0);
+    EXPECT_GT(strip.heightForWidth(502), 32);
+    EXPECT_GT(strip.heightForWidth(250), strip.heightForWidth(502));
+}
+
+TEST(Drawing, labels_shorten_their_last_line_and_break_where_told) {
+    Label label(u"một\nhai"_s);
+    label.setWraps();
+    EXPECT_EQ(label.heightForWidth(300), 32);
+    label.setMaximumLines(2);
+    label.setText(u"một hai ba"_s);
+    label.resize(60, 32);
+    const QImage whole = pictureOf(label);
+    label.setText(u"một hai ba bốn năm sáu bảy tám chín mười"_s);
+    EXPECT_EQ(label.heightForWidth(60), 32);
+    EXPECT_GE(difference(whole, pictureOf(label)).top(), 16) << "only the last line gives way";
+}
+
+TEST(Drawing, what_is_revealed_takes_its_height_and_nothing_when_it_left) {
+    QWidget window;
+    auto* strip = new ErrorStrip;
+    strip->setMessage(u"Lỗi"_s);
+    auto* reveal = new Reveal(strip);
+    auto* rest = new QWidget;
+    filled(&window, column({}, {reveal, {rest, {}, 1}}));
+    window.resize(502, 200);
+    reveal->setRevealed(true);
+    window.show();
+    EXPECT_EQ(reveal->height(), 32);
+    EXPECT_EQ(rest->height(), 168);
+
+    reveal->setRevealed(false);
+    QTRY_VERIFY(!reveal->isVisible());
+    QTRY_COMPARE(rest->height(), 200);
+    reveal->setRevealed(true);
+    QTRY_COMPARE(reveal->height(), 32);
+}
+
+TEST(Drawing, the_scroll_thumb_shows_only_while_there_is_more_and_drags_the_text) {
+    ReadingArea area;
+    area.resize(300, 115);
+    area.setText(u"một dòng"_s);
+    area.show();
+    auto* bar = area.findChild<OverlayScrollBar*>();
+    EXPECT_FALSE(bar->isVisible());
+    area.setText(u"một dòng\n"_s.repeated(400));
+    ASSERT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->thumb().height(), 28);
+    EXPECT_EQ(bar->thumb().right(), bar->width() - 4);
+
+    const QPoint grip = bar->thumb().center().toPoint();
+    QTest::mousePress(bar, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(bar, grip + QPoint(0, 200));
+    QTest::mouseRelease(bar, Qt::LeftButton, {}, grip + QPoint(0, 200));
+    EXPECT_EQ(area.verticalScrollBar()->value(), area.verticalScrollBar()->maximum());
+    QTest::mouseClick(bar, Qt::LeftButton, {}, QPoint(6, 5));
+    EXPECT_LT(area.verticalScrollBar()->value(), area.verticalScrollBar()->maximum());
+}
+
+TEST(Drawing, the_window_floats_in_its_shadow_or_is_square) {
+    WindowFrame frame(WindowFrame::Edges::Floating);
+    EXPECT_EQ(frame.size(), QSize(530 + 80, 585 + 80));
+    EXPECT_EQ(frame.contentArea(), QRect(40, 28, 530, 585));
+    auto* content = new QWidget;
+    frame.setContent(content);
+    QImage picture(frame.size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    frame.render(&picture, {}, {}, QWidget::DrawChildren);
+    EXPECT_EQ(picture.pixelColor(300, 300).alpha(), 255);
+    EXPECT_LT(picture.pixelColor(41, 29).alpha(), 255) << "the corner is round";
+    EXPECT_GT(picture.pixelColor(300, 625).alpha(), picture.pixelColor(300, 660).alpha());
+
+    frame.setEdges(WindowFrame::Edges::Square);
+    EXPECT_EQ(frame.size(), QSize(530, 585));
+    EXPECT_EQ(content->geometry(), frame.rect());
+    EXPECT_EQ(pictureOf(frame).pixelColor(0, 0).alpha(), 255);
+}
+
+}  // namespace
+}  // namespace tralio

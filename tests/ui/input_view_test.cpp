@@ -1,0 +1,259 @@
+#include <QClipboard>
+#include <QInputMethodEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include "ui/kit/multiline_enter_input_view.h"
+#include "ui/kit/reading_area.h"
+#include "widget_support.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+class InputViewTest : public testing::Test {
+protected:
+    InputViewTest() {
+        m_view.resize(490, 115);
+        showActive(m_view);
+        m_view.setFocus();
+    }
+
+    void compose(const QString& preedit, const QString& commit = {}) {
+        QInputMethodEvent event(preedit, {});
+        event.setCommitString(commit);
+        QApplication::sendEvent(&m_view, &event);
+    }
+
+    void setFromOutside(const QString& text) {
+        m_text = text;
+        m_view.refresh();
+    }
+
+    QString m_text;
+    int m_writes = 0;
+    int m_submits = 0;
+    MultilineEnterInputView m_view{{.get = [this] { return m_text; },
+                                    .set =
+                                        [this](const QString& text) {
+                                            m_text = text;
+                                            ++m_writes;
+                                        }},
+                                   [this] { ++m_submits; }};
+};
+
+TEST_F(InputViewTest, return_submits_also_an_empty_box_and_breaks_no_line) {
+    QTest::keyClick(&m_view, Qt::Key_Return);
+    QTest::keyClicks(&m_view, u"xin chao"_s);
+    QTest::keyClick(&m_view, Qt::Key_Return);
+    QTest::keyClick(&m_view, Qt::Key_Enter, Qt::KeypadModifier);
+    QTest::keyClick(&m_view, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(m_submits, 4);
+    EXPECT_EQ(m_text, u"xin chao"_s);
+}
+
+TEST_F(InputViewTest, shift_or_alt_with_return_breaks_exactly_one_line_and_never_submits) {
+    QTest::keyClicks(&m_view, u"a"_s);
+    QTest::keyClick(&m_view, Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClicks(&m_view, u"b"_s);
+    QTest::keyClick(&m_view, Qt::Key_Return, Qt::AltModifier);
+    QTest::keyClick(&m_view, Qt::Key_Enter, Qt::ShiftModifier | Qt::KeypadModifier);
+    EXPECT_EQ(m_text, u"a\nb\n\n"_s);
+    EXPECT_EQ(m_submits, 0);
+}
+
+TEST_F(InputViewTest, a_held_return_submits_once) {
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, {}, u"\r"_s, false);
+    QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Return, {}, u"\r"_s, true);
+    QApplication::sendEvent(&m_view, &press);
+    QApplication::sendEvent(&m_view, &repeat);
+    EXPECT_EQ(m_submits, 1);
+}
+
+TEST_F(InputViewTest, a_composition_keeps_return_and_is_confirmed_by_it) {
+    compose(u"tiếng"_s);
+    EXPECT_EQ(m_text, QString()) << "a composition is not in the text yet";
+    QTest::keyClick(&m_view, Qt::Key_Return);
+    EXPECT_EQ(m_submits, 0);
+    EXPECT_EQ(m_text, u"tiếng"_s);
+    QTest::keyClick(&m_view, Qt::Key_Return);
+    EXPECT_EQ(m_submits, 1);
+    EXPECT_EQ(m_text, u"tiếng"_s);
+}
+
+TEST_F(InputViewTest, a_commit_by_the_input_method_is_an_edit) {
+    compose(u"v"_s);
+    compose({}, u"việt"_s);
+    EXPECT_EQ(m_text, u"việt"_s);
+    EXPECT_EQ(m_writes, 1);
+}
+
+TEST_F(InputViewTest, a_text_from_outside_replaces_the_content_and_is_not_written_back) {
+    QTest::keyClicks(&m_view, u"cu"_s);
+    m_writes = 0;
+    setFromOutside(u"mới\nhơn"_s);
+    EXPECT_EQ(m_view.text(), u"mới\nhơn"_s);
+    EXPECT_EQ(m_writes, 0);
+    QTest::keyClicks(&m_view, u"!"_s);
+    EXPECT_EQ(m_text, u"mới\nhơn!"_s) << "the caret stands at the end";
+}
+
+TEST_F(InputViewTest, undo_goes_back_over_a_text_from_outside_and_tells_the_owner) {
+    QTest::keyClicks(&m_view, u"first"_s);
+    setFromOutside(u"second"_s);
+    m_view.undo();
+    EXPECT_EQ(m_text, u"first"_s);
+    m_view.redo();
+    EXPECT_EQ(m_text, u"second"_s);
+    while (m_view.document()->isUndoAvailable()) {
+        m_view.undo();
+    }
+    EXPECT_EQ(m_text, QString());
+}
+
+TEST_F(InputViewTest, an_equal_text_leaves_caret_and_selection_alone) {
+    for (const QString& text : {u"one two"_s, u"windows\r\nbreaks\rand\u2029more"_s}) {
+        setFromOutside(text);
+        QTextCursor cursor = m_view.textCursor();
+        cursor.setPosition(1);
+        cursor.setPosition(3, QTextCursor::KeepAnchor);
+        m_view.setTextCursor(cursor);
+        m_view.refresh();
+        EXPECT_EQ(m_view.textCursor().anchor(), 1);
+        EXPECT_EQ(m_view.textCursor().position(), 3);
+    }
+}
+
+TEST_F(InputViewTest, characters_come_back_as_they_were_given) {
+    const QString odd =
+        u"5\u00A0km\u2028\tdòng\u200B\u00AD\uFFFC \"thẳng\" -- ... 👩‍👩‍👧 \u202Fx\n\n"_s;
+    setFromOutside(odd);
+    EXPECT_EQ(m_view.text(), odd);
+    QTest::keyClicks(&m_view, u"\"q\"--"_s);
+    EXPECT_EQ(m_text, odd + u"\"q\"--"_s) << "and nothing typed is substituted";
+
+    QApplication::clipboard()->setText(odd);
+    setFromOutside({});
+    m_view.paste();
+    EXPECT_EQ(m_text, odd);
+    m_view.selectAll();
+    m_view.copy();
+    EXPECT_EQ(QApplication::clipboard()->text(), odd);
+}
+
+TEST_F(InputViewTest, rich_text_is_pasted_plain_and_pictures_not_at_all) {
+    auto* rich = new QMimeData;
+    rich->setHtml(u"<b>đậm</b><img src='x.png'>"_s);
+    rich->setText(u"đậm"_s);
+    QApplication::clipboard()->setMimeData(rich);
+    QTest::keyClick(&m_view, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(m_text, u"đậm"_s);
+    EXPECT_FALSE(m_view.toHtml().contains(u"font-weight:7"_s));
+
+    auto* picture = new QMimeData;
+    picture->setImageData(QImage(2, 2, QImage::Format_RGB32));
+    QApplication::clipboard()->setMimeData(picture);
+    QTest::keyClick(&m_view, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(m_text, u"đậm"_s);
+}
+
+TEST_F(InputViewTest, drags_of_files_and_pictures_are_left_to_the_box_around_it) {
+    const auto accepts = [&](const QMimeData& data) {
+        QDragEnterEvent event({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        event.ignore();
+        QApplication::sendEvent(m_view.viewport(), &event);
+        return event.isAccepted();
+    };
+    QMimeData text;
+    text.setText(u"chữ"_s);
+    EXPECT_TRUE(accepts(text));
+    QMimeData files;
+    files.setUrls({QUrl(u"file:///a.png"_s)});
+    files.setText(u"file:///a.png"_s);
+    EXPECT_FALSE(accepts(files));
+}
+
+TEST_F(InputViewTest, tab_is_typed_and_control_tab_and_shift_tab_leave) {
+    auto* next = new QWidget(&m_view);
+    next->setFocusPolicy(Qt::StrongFocus);
+    next->show();
+    QTest::keyClick(&m_view, Qt::Key_Tab);
+    EXPECT_EQ(m_text, u"\t"_s);
+    EXPECT_TRUE(m_view.hasFocus());
+    QTest::keyClick(&m_view, Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_TRUE(next->hasFocus());
+    m_view.setFocus();
+    QTest::keyClick(&m_view, Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_FALSE(m_view.hasFocus());
+    EXPECT_EQ(m_text, u"\t"_s);
+}
+
+TEST_F(InputViewTest, the_placeholder_shows_while_there_is_nothing_to_see) {
+    const QImage bare = pictureOf(*m_view.viewport());
+    m_view.setPlaceholder(u"Nhập nội dung"_s);
+    const QImage hinted = pictureOf(*m_view.viewport());
+    EXPECT_GT(difference(bare, hinted).width(), 50);
+    compose(u"."_s);
+    EXPECT_LT(difference(bare, pictureOf(*m_view.viewport())).width(), 50) << "a composition takes its place";
+    compose({});
+    setFromOutside(u"."_s);
+    EXPECT_LT(difference(bare, pictureOf(*m_view.viewport())).width(), 50);
+}
+
+TEST_F(InputViewTest, only_the_accent_caret_is_drawn_at_every_scale) {
+    QTest::keyClicks(&m_view, u" "_s);
+    compose(u" "_s);
+    compose({}, u" "_s);
+    for (const qreal scale : {1.0, 1.25, 1.5, 2.0}) {
+        QImage picture(m_view.viewport()->size() * scale, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        painter.scale(scale, scale);
+        m_view.viewport()->render(&painter);
+        painter.end();
+        int caretPixels = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                // The accent and all its blends with white are full of blue; an inverting caret is black.
+                ASSERT_GE(qBlue(picture.pixel(x, y)), 250) << "scale " << scale;
+                caretPixels += qRed(picture.pixel(x, y)) < 100 ? 1 : 0;
+            }
+        }
+        EXPECT_GE(caretPixels, 15 * scale) << "scale " << scale;
+    }
+}
+
+TEST_F(InputViewTest, lines_stand_twenty_apart_whatever_they_hold) {
+    const int top = m_view.cursorRect().top();
+    setFromOutside(u"Ấ\n日本語\n👩‍👩‍👧\n"_s);
+    QTextCursor end = m_view.textCursor();
+    end.movePosition(QTextCursor::End);
+    m_view.setTextCursor(end);
+    EXPECT_EQ(m_view.cursorRect().top() + m_view.verticalScrollBar()->value(), top + 3 * 20);
+}
+
+TEST(ReadingArea, can_be_selected_and_copied_but_not_changed) {
+    ReadingArea area;
+    area.resize(400, 115);
+    area.setText(u"một\u00A0dòng\nhai"_s);
+    showActive(area);
+    QTest::keyClicks(&area, u"x"_s);
+    QTest::keyClick(&area, Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClick(&area, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&area, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(area.text(), u"một\u00A0dòng\nhai"_s);
+    EXPECT_EQ(QApplication::clipboard()->text(), u"một\u00A0dòng\nhai"_s);
+
+    area.setText(u"một\u00A0dòng\nhai"_s);
+    EXPECT_TRUE(area.textCursor().hasSelection()) << "the same text keeps its selection";
+    area.setText(u"khác"_s);
+    EXPECT_FALSE(area.textCursor().hasSelection());
+}
+
+}  // namespace
+}  // namespace tralio

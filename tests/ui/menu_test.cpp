@@ -1,0 +1,129 @@
+#include <QLineEdit>
+#include <QShortcut>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include "ui/kit/menu_button.h"
+#include "widget_support.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+class MenuTest : public testing::Test {
+protected:
+    MenuTest() {
+        m_window.resize(530, 585);
+        m_button->move(20, 20);
+        m_button->setTitle(u"Hai"_s);
+        m_button->setEntries({{.title = u"Một"_s},
+                              {.title = u"Hai"_s},
+                              {.title = u"Ba"_s, .enabled = false},
+                              {.title = u"Bốn"_s}});
+        m_button->resize(m_button->sizeHint());
+        m_editor->move(200, 20);
+        showActive(m_window);
+        m_editor->setFocus();
+    }
+
+    /// Keys go where the focus is, as the user's do.
+    void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+    [[nodiscard]] QList<QVariant> lastChoice() {
+        return m_chosen.isEmpty() ? QList<QVariant>{} : m_chosen.takeLast();
+    }
+    [[nodiscard]] bool isOpen() const { return m_button->openMenu() != nullptr; }
+
+    QWidget m_window;
+    MenuButton* m_button = new MenuButton(text::menu, {}, &m_window);
+    QLineEdit* m_editor = new QLineEdit(&m_window);
+    QSignalSpy m_chosen{m_button, &MenuButton::chosen};
+};
+
+TEST_F(MenuTest, the_keyboard_opens_moves_over_what_is_disabled_and_chooses) {
+    m_button->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Down);
+    ASSERT_TRUE(isOpen());
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(lastChoice(), QList<QVariant>{3});
+    EXPECT_TRUE(m_button->hasFocus());
+    EXPECT_TRUE(m_button->showsFocusRing());
+
+    press(Qt::Key_Space);
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    EXPECT_EQ(lastChoice(), QList<QVariant>{0});
+    press(Qt::Key_Return);
+    press(Qt::Key_End);
+    press(Qt::Key_Enter);
+    EXPECT_EQ(lastChoice(), QList<QVariant>{3});
+}
+
+TEST_F(MenuTest, escape_closes_the_menu_and_nothing_else) {
+    QShortcut closeWindow(QKeySequence(Qt::Key_Escape), &m_window);
+    const QSignalSpy closed(&closeWindow, &QShortcut::activated);
+    m_button->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Down);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(isOpen());
+    EXPECT_TRUE(m_button->hasFocus());
+    EXPECT_EQ(closed.count(), 0);
+    EXPECT_EQ(m_chosen.count(), 0);
+}
+
+TEST_F(MenuTest, a_click_chooses_and_gives_the_focus_back_to_the_editor) {
+    QTest::mousePress(m_button, Qt::LeftButton);
+    QTest::mouseRelease(m_button, Qt::LeftButton);
+    ASSERT_TRUE(isOpen());
+    QWidget* first = m_button->openMenu()->childAt(m_button->geometry().bottomLeft() + QPoint(20, 15));
+    ASSERT_NE(first, nullptr);
+    QTest::mouseClick(first, Qt::LeftButton);
+    EXPECT_EQ(lastChoice(), QList<QVariant>{0});
+    EXPECT_TRUE(m_editor->hasFocus());
+}
+
+TEST_F(MenuTest, one_movement_of_press_drag_and_release_chooses) {
+    QTest::mousePress(m_button, Qt::LeftButton);
+    const QPoint second(20, m_button->height() + 4 + 4 + 26 + 13);
+    QTest::mouseMove(m_button, second);
+    QTest::mouseRelease(m_button, Qt::LeftButton, {}, second);
+    EXPECT_EQ(lastChoice(), QList<QVariant>{1});
+    EXPECT_FALSE(isOpen());
+}
+
+TEST_F(MenuTest, a_click_beside_the_menu_only_closes_it) {
+    QTest::mouseClick(m_button, Qt::LeftButton);
+    ASSERT_TRUE(isOpen());
+    QTest::mouseClick(m_window.childAt(400, 500), Qt::LeftButton, {}, QPoint(400, 500));
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(m_chosen.count(), 0);
+}
+
+TEST_F(MenuTest, a_menu_closes_with_its_window_and_can_open_again) {
+    QTest::mouseClick(m_button, Qt::LeftButton);
+    m_window.hide();
+    EXPECT_FALSE(isOpen());
+    showActive(m_window);
+    QTest::mouseClick(m_button, Qt::LeftButton);
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(m_chosen.count(), 0);
+}
+
+TEST_F(MenuTest, a_menu_near_an_edge_stays_inside_the_window) {
+    m_button->move(460, 550);
+    QTest::mouseClick(m_button, Qt::LeftButton);
+    const auto items = m_button->openMenu()->findChildren<QWidget*>();
+    ASSERT_FALSE(items.isEmpty());
+    for (const QWidget* item : items) {
+        EXPECT_TRUE(m_window.rect().contains(item->geometry()));
+        EXPECT_LT(item->geometry().bottom(), m_button->geometry().top());
+    }
+}
+
+}  // namespace
+}  // namespace tralio
