@@ -30,10 +30,13 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-    m_services.statusItem.setAction([this] { statusBarButtonClicked(); });
+    const QPointer<AppDelegate> self = this;  // the tray item and the hot keys outlive the delegate
+    m_services.statusItem.setAction([self] {
+        if (self)
+            self->statusBarButtonClicked();
+    });
 
     const AppSettings& settings = m_services.settings;
-    const QPointer<AppDelegate> self = this;
     m_services.hotKeys.registerGlobalHotKeys(
         settings.hotKeyKeyCode(), settings.hotKeyModifiers(),
         [self] {

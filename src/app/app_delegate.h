@@ -36,8 +36,8 @@ public:
     void showPopover();
     void statusBarButtonClicked();
 
-    /// Fetches the selected text of the application in front and has it translated. The popover opens even when
-    /// nothing is selected.
+    /// Fetches the selected text of the application in front and has it translated. The popover opens even
+    /// when nothing is selected.
     void handleGlobalHotKey();
 
 private:

@@ -25,7 +25,8 @@ public:
     explicit X11Desktop(std::unique_ptr<X11Connection> connection) : m_connection(std::move(connection)) {}
 
     HotKeyService::Platform hotKeyPlatform(Clock& clock) override {
-        return {m_hotKeys, m_workspace, m_accessibility, m_scripts, m_pasteboard, m_keyEvents, m_permissions, clock};
+        return {m_hotKeys,    m_workspace, m_accessibility, m_scripts,
+                m_pasteboard, m_keyEvents, m_permissions,   clock};
     }
 
     Popover::WindowSystem windowSystem() override {
@@ -52,9 +53,14 @@ private:
 class BareDesktop final : public Desktop {
 public:
     HotKeyService::Platform hotKeyPlatform(Clock& clock) override {
-        return {m_unavailable.hotKeys,    m_unavailable.workspace, m_unavailable.accessibility,
-                m_unavailable.scripts,    m_pasteboard,            m_unavailable.keyEvents,
-                m_unavailable.permissions, clock};
+        return {m_unavailable.hotKeys,
+                m_unavailable.workspace,
+                m_unavailable.accessibility,
+                m_unavailable.scripts,
+                m_pasteboard,
+                m_unavailable.keyEvents,
+                m_unavailable.permissions,
+                clock};
     }
     Popover::WindowSystem windowSystem() override { return {}; }
 

@@ -7,8 +7,8 @@
 
 namespace tralio {
 
-/// What the session offers of the services that the program asks of a desktop, chosen once at start and told in
-/// the log.
+/// What the session offers of the services that the program asks of a desktop, chosen once at start and told
+/// in the log.
 class Desktop {
 public:
     virtual ~Desktop() = default;

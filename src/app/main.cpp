@@ -26,9 +26,10 @@ QWidget* makeContent(Services& services) {
     return new MainView(
         {services.store, services.hotKeys, services.ai, services.appState, services.platform.pasteboard,
          services.clock},
-        {.openGuide = [&services] {
-             services.platform.workspace.openURL(QUrl(u"https://%1/guide.html"_s.arg(hosts::website)));
-         },
+        {.openGuide =
+             [&services] {
+                 services.platform.workspace.openURL(QUrl(u"https://%1/guide.html"_s.arg(hosts::website)));
+             },
          .quit = &QCoreApplication::quit,
          .requestAccessibility = [&services] { services.hotKeys.requestAccessibility(); }});
 }
@@ -49,7 +50,8 @@ int main(int argc, char** argv) {
 
     DesktopAppearance appearance;
     applyAppearance(appearance);
-    QObject::connect(&appearance, &DesktopAppearance::changed, [&appearance] { applyAppearance(appearance); });
+    QObject::connect(&appearance, &DesktopAppearance::changed,
+                     [&appearance] { applyAppearance(appearance); });
 
     StatusItem statusItem;
     Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());

@@ -14,8 +14,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// A click on the tray item first takes the focus away, which closes the popover, and then arrives: within this
-/// time it means the popover that the user still saw.
+/// A click on the tray item first takes the focus away, which closes the popover, and then arrives: within
+/// this time it means the popover that the user still saw.
 constexpr qint64 sameClick = 300;  // milliseconds
 
 QScreen* screenFor(std::optional<QRect> anchor) {
@@ -26,7 +26,8 @@ QScreen* screenFor(std::optional<QRect> anchor) {
 }  // namespace
 
 Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSystem)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
+    : QWidget(nullptr,
+              Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
       m_makeContent(std::move(makeContent)),
       m_windowSystem(std::move(windowSystem)) {
     setWindowTitle(u"Tralio"_s);

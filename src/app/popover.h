@@ -11,8 +11,8 @@ namespace tralio {
 
 class WindowFrame;
 
-/// The popover as an ordinary frameless window: popup windows would take the keyboard and the pointer away from
-/// the desktop, and trays refuse them. It closes when another window becomes active, and on Escape.
+/// The popover as an ordinary frameless window: popup windows would take the keyboard and the pointer away
+/// from the desktop, and trays refuse them. It closes when another window becomes active, and on Escape.
 class Popover final : public QWidget, public PopoverHost {
     Q_OBJECT
 

@@ -17,8 +17,8 @@ public:
 
     [[nodiscard]] virtual bool isShown() const = 0;
 
-    /// Shows the popover at `anchor`, in front of every window and with the keyboard focus; at the top right of
-    /// the screen with the pointer when the anchor is not known. Also brings a shown one to the front.
+    /// Shows the popover at `anchor`, in front of every window and with the keyboard focus; at the top right
+    /// of the screen with the pointer when the anchor is not known. Also brings a shown one to the front.
     virtual void show(std::optional<QRect> anchor) = 0;
     virtual void performClose() = 0;
 };

@@ -23,7 +23,8 @@ Q_SIGNALS:
 template <typename T>
 class Observable {
 public:
-    explicit Observable(ObservableObject& owner, T initial = {}) : m_owner(owner), m_value(std::move(initial)) {}
+    explicit Observable(ObservableObject& owner, T initial = {})
+        : m_owner(owner), m_value(std::move(initial)) {}
     Observable(const Observable&) = delete;
     Observable& operator=(const Observable&) = delete;
 

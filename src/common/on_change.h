@@ -9,8 +9,8 @@
 
 namespace tralio {
 
-/// Runs `action` after the value that `read` gives of `object` has changed: once, on the next turn of the event
-/// loop, however many changes there were in between. Ends with `context`.
+/// Runs `action` after the value that `read` gives of `object` has changed: once, on the next turn of the
+/// event loop, however many changes there were in between. Ends with `context`.
 template <typename Read, typename Action>
 void onChange(ObservableObject& object, QObject* context, Read read, Action action) {
     struct Watch {

@@ -34,8 +34,8 @@ public:
 };
 
 /// Other programs' user interfaces, by process. Calls block; all that is asked of one answer of
-/// `focusedElement` or `menuBar` and what hangs below it takes 200 ms together at the most, whatever the other
-/// program does. Used from the main thread.
+/// `focusedElement` or `menuBar` and what hangs below it takes 200 ms together at the most, whatever the
+/// other program does. Used from the main thread.
 class Accessibility {
 public:
     Accessibility() = default;

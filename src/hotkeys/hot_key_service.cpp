@@ -30,8 +30,8 @@ void HotKeyService::registerGlobalHotKeys(quint32 textKeyCode, quint32 textModif
                                           quint32 ocrKeyCode, quint32 ocrModifiers, Action ocrAction) {
     onTextTrigger = std::move(textAction);
     onOCRTrigger = std::move(ocrAction);
-    m_eventHandler = m_platform.hotKeys.installEventHandler(
-        [this](std::optional<HotKeyID> id) { handlePress(id); });
+    m_eventHandler =
+        m_platform.hotKeys.installEventHandler([this](std::optional<HotKeyID> id) { handlePress(id); });
     updateTextHotKey(textKeyCode, textModifiers);
     updateOCRHotKey(ocrKeyCode, ocrModifiers);
 }
@@ -61,8 +61,8 @@ void HotKeyService::updateOCRHotKey(quint32 keyCode, quint32 modifiers) {
                {u"Lỗi đăng ký phím tắt OCR (code: ", u"Đăng ký phím tắt OCR thành công: code="});
 }
 
-void HotKeyService::reRegister(std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode,
-                               quint32 modifiers, RegistrationLog log) {
+void HotKeyService::reRegister(std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode, quint32 modifiers,
+                               RegistrationLog log) {
     if (ref)
         m_platform.hotKeys.unregisterHotKey(*std::exchange(ref, std::nullopt));
 

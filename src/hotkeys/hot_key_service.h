@@ -49,7 +49,8 @@ public:
     void registerGlobalHotKeys(quint32 textKeyCode, quint32 textModifiers, Action onTextTrigger,
                                quint32 ocrKeyCode, quint32 ocrModifiers, Action onOCRTrigger);
 
-    /// Replaces a registration. The old one is gone even when the new one is refused, which only the log tells.
+    /// Replaces a registration. The old one is gone even when the new one is refused, which only the log
+    /// tells.
     void updateTextHotKey(quint32 keyCode, quint32 modifiers) override;
     void updateOCRHotKey(quint32 keyCode, quint32 modifiers) override;
 
@@ -62,9 +63,9 @@ public:
     // Selected text
 
     /// Tries four layers, each only when the ones before gave nothing: the focused element's selection, a
-    /// browser script, the application's own Copy menu item, and a synthetic copy shortcut. The last two leave
-    /// the selection on the clipboard. The completion is called exactly once, before this returns when one of
-    /// the first two layers answers.
+    /// browser script, the application's own Copy menu item, and a synthetic copy shortcut. The last two
+    /// leave the selection on the clipboard. The completion is called exactly once, before this returns when
+    /// one of the first two layers answers.
     void fetchSelectedText(TextCompletion completion);
 
     [[nodiscard]] std::optional<QString> getDirectAXSelectedText(qint32 pid);
@@ -92,7 +93,7 @@ private:
     void reRegister(std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode, quint32 modifiers,
                     RegistrationLog log);
 
-    void executeKeystrokeCopy(qint32 pid, qint64 initialCount, TextCompletion completion);
+    void executeKeystrokeCopy(qint32 pid, qint64 initialCount, const TextCompletion& completion);
     void pressCopyShortcut(qint32 pid);
     void waitForPasteboardChange(qint64 initialCount, std::chrono::milliseconds maxWait,
                                  TextCompletion completion);

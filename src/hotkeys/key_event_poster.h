@@ -14,8 +14,8 @@ struct KeyEvent {
     bool operator==(const KeyEvent&) const = default;
 };
 
-/// Sends synthetic key events, as if typed on the keyboard. An event that cannot be made is skipped. Used from
-/// the main thread.
+/// Sends synthetic key events, as if typed on the keyboard. An event that cannot be made is skipped. Used
+/// from the main thread.
 class KeyEventPoster {
 public:
     KeyEventPoster() = default;

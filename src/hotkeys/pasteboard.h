@@ -6,8 +6,8 @@
 
 namespace tralio {
 
-/// The general clipboard. Used from the main thread; reading waits for the clipboard's owner, but never longer
-/// than a quarter of a second.
+/// The general clipboard. Used from the main thread; reading waits for the clipboard's owner, but never
+/// longer than a quarter of a second.
 class Pasteboard {
 public:
     Pasteboard() = default;

@@ -43,7 +43,8 @@ struct Browser {
 
 constexpr std::array browsers{
     Browser{u"safari",
-            u"tell application \"Safari\" to do JavaScript \"window.getSelection().toString()\" in front document"},
+            u"tell application \"Safari\" to do JavaScript \"window.getSelection().toString()\" in front "
+            u"document"},
     Browser{u"chrome",
             u"tell application \"Google Chrome\" to execute front window's active tab javascript "
             u"\"window.getSelection().toString()\""},
@@ -107,7 +108,7 @@ void HotKeyService::fetchSelectedText(TextCompletion completion) {
 
     const qint64 initialCount = m_platform.pasteboard.changeCount();
     if (!triggerCopyMenuAction(pid)) {
-        executeKeystrokeCopy(pid, initialCount, std::move(completion));
+        executeKeystrokeCopy(pid, initialCount, completion);
         return;
     }
     debugLog(u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
@@ -115,7 +116,7 @@ void HotKeyService::fetchSelectedText(TextCompletion completion) {
         initialCount, menuCopyWait,
         [this, pid, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
             if (!text || text->isEmpty()) {
-                executeKeystrokeCopy(pid, initialCount, std::move(completion));
+                executeKeystrokeCopy(pid, initialCount, completion);
                 return;
             }
             logSuccess(u"Layer 3", *text);
@@ -143,7 +144,7 @@ std::optional<QString> HotKeyService::getBrowserSelectedText(const QString& bund
     return trimmedIfAny(m_platform.scripts.execute(browser->selectionScript.toString()));
 }
 
-void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, TextCompletion completion) {
+void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, const TextCompletion& completion) {
     debugLog(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
     Clock& clock = m_platform.clock;
     clock.after(delayBeforeKeystroke, this, [=, this, &clock] {
@@ -151,16 +152,16 @@ void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, TextCo
             m_platform.keyEvents.post({keyCode, false, 0});
         clock.after(delayAfterModifierRelease, this, [=, this] {
             pressCopyShortcut(pid);
-            waitForPasteboardChange(initialCount, keystrokeCopyWait,
-                                    [completion](std::optional<QString> text) {
-                                        if (!text || text->isEmpty()) {
-                                            debugLog(u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil"_s);
-                                            completion(std::nullopt);
-                                            return;
-                                        }
-                                        logSuccess(u"Layer 4", *text);
-                                        completion(std::move(text));
-                                    });
+            waitForPasteboardChange(
+                initialCount, keystrokeCopyWait, [completion](std::optional<QString> text) {
+                    if (!text || text->isEmpty()) {
+                        debugLog(u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil"_s);
+                        completion(std::nullopt);
+                        return;
+                    }
+                    logSuccess(u"Layer 4", *text);
+                    completion(std::move(text));
+                });
         });
     });
 }

@@ -1,5 +1,6 @@
-// The main job on a virtual desktop, for a machine without a display: a text editor with a paragraph in it, its text
-// selected, the hot key pressed, and the translation read back from the popover. The model is a stand-in.
+// The main job on a virtual desktop, for a machine without a display: a text editor with a paragraph in it,
+// its text selected, the hot key pressed, and the translation read back from the popover. The model is a
+// stand-in.
 //
 // Usage: tralio-demo SCREENSHOT.png
 
@@ -17,10 +18,12 @@ using namespace Qt::StringLiterals;
 using namespace tralio;
 
 const QString source =
-    u"The best interface is the one you stop noticing. It answers the question you had, keeps your place, and then "
+    u"The best interface is the one you stop noticing. It answers the question you had, keeps your place, "
+    u"and then "
     u"gets quietly out of the way."_s;
 const QString translation =
-    u"Giao diện tốt nhất là giao diện mà bạn không còn để ý đến nữa. Nó giải đáp đúng điều bạn thắc mắc, giữ nguyên "
+    u"Giao diện tốt nhất là giao diện mà bạn không còn để ý đến nữa. Nó giải đáp đúng điều bạn thắc mắc, giữ "
+    u"nguyên "
     u"chỗ bạn đang làm dở, rồi lặng lẽ nhường đường."_s;
 
 int show(const QString& screenshot) {
@@ -47,8 +50,8 @@ int show(const QString& screenshot) {
     desktop.screenshot(screenshot);
 
     out << "Selected in the editor:  " << source << "\nArrived at the model:    " << arrived
-        << "\nShown in the popover:    " << program.shownTranslation() << "\nFrom press to reading:   " << elapsed
-        << " ms\nScreenshot:              " << screenshot << '\n';
+        << "\nShown in the popover:    " << program.shownTranslation()
+        << "\nFrom press to reading:   " << elapsed << " ms\nScreenshot:              " << screenshot << '\n';
     return shown && arrived == source ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

@@ -1,8 +1,7 @@
-#include <gmock/gmock.h>
-
 #include <QElapsedTimer>
 
 #include <csignal>
+#include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
 #include "support/print_to.h"

@@ -16,7 +16,9 @@ constexpr int answerLimit = 1000;  // milliseconds
 
 class NoPrimary final : public PrimarySelection {
 public:
-    std::optional<QString> textOf(qint32 /*processId*/, QDeadlineTimer /*deadline*/) override { return std::nullopt; }
+    std::optional<QString> textOf(qint32 /*processId*/, QDeadlineTimer /*deadline*/) override {
+        return std::nullopt;
+    }
 };
 
 /// The first object at or below `object` with a name that is wanted.
@@ -43,13 +45,15 @@ ProgramRun::ProgramRun(VirtualDesktop& desktop) : m_desktop(desktop) {
     m_process = &desktop.start(QStringLiteral(TRALIO_PROGRAM));
     m_accessibility.open();
     // It joins the accessibility bus from its event loop, and its hot keys are registered before that.
-    const bool ready = waitUntil([this] { return isRunning() && !applicationObject(TimeBudget(answerLimit)).isNull(); });
+    const bool ready =
+        waitUntil([this] { return isRunning() && !applicationObject(TimeBudget(answerLimit)).isNull(); });
     if (!ready)
         throw std::runtime_error("tralio does not start");
 }
 
 bool ProgramRun::isPopoverShown() const {
-    return !m_desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Tralio$"_s}).isEmpty();
+    return !m_desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Tralio$"_s})
+                .isEmpty();
 }
 
 bool ProgramRun::isPopoverInFront() const {
@@ -71,6 +75,18 @@ AtspiReference ProgramRun::find(const std::function<bool(const QString&)>& isWan
     NoPrimary primary;
     return findByName(applicationObject(budget), isWanted,
                       {m_accessibility, primary, static_cast<qint32>(processId()), budget});
+}
+
+QRect ProgramRun::popoverArea() const {
+    // X=…, Y=…, WIDTH=…, HEIGHT=…, a line each.
+    const QString geometry = m_desktop.run(
+        u"xdotool"_s,
+        {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Tralio$"_s, u"getwindowgeometry"_s, u"--shell"_s});
+    const auto number = [&geometry](QStringView name) {
+        const qsizetype start = geometry.indexOf(u'\n' + name.toString() + u'=') + name.size() + 2;
+        return geometry.mid(start, geometry.indexOf(u'\n', start) - start).toInt();
+    };
+    return {number(u"X"), number(u"Y"), number(u"WIDTH"), number(u"HEIGHT")};
 }
 
 QString ProgramRun::shownTranslation() const {

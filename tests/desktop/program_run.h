@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QRect>
+
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/atspi/atspi_bus.h"
 #include "support/stand_in_model.h"
@@ -19,13 +21,15 @@ public:
     [[nodiscard]] bool isPopoverShown() const;
     /// Whether it also has the keyboard.
     [[nodiscard]] bool isPopoverInFront() const;
+    /// Where the popover is on the screen.
+    [[nodiscard]] QRect popoverArea() const;
     /// The text of the popover's result, as a screen reader gets it.
     [[nodiscard]] QString shownTranslation() const;
     /// Whether something in the popover has a name that begins so.
     [[nodiscard]] bool shows(const QString& beginning) const;
 
-    /// Presses the text hot key and waits for the request that comes of it; the text that arrived at the stand-in, or
-    /// a null text when none came.
+    /// Presses the text hot key and waits for the request that comes of it; the text that arrived at the
+    /// stand-in, or a null text when none came.
     [[nodiscard]] QString translateSelection();
 
 private:

@@ -1,5 +1,6 @@
-// An application whose selection cannot be asked for: a text that is marked for the eye only and never becomes the
-// PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user would.
+// An application whose selection cannot be asked for: a text that is marked for the eye only and never
+// becomes the PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user
+// would.
 //
 // Usage: selection-probe TEXT [--menu]
 
@@ -23,7 +24,8 @@ int main(int argc, char** argv) {
     window.resize(600, 200);
 
     QAction copy(u"&Copy"_s);
-    QObject::connect(&copy, &QAction::triggered, &application, [&text] { QApplication::clipboard()->setText(text); });
+    QObject::connect(&copy, &QAction::triggered, &application,
+                     [&text] { QApplication::clipboard()->setText(text); });
     if (arguments.contains(u"--menu"_s)) {
         window.menuBar()->addMenu(u"&File"_s)->addAction(u"&Open"_s);
         window.menuBar()->addMenu(u"&Edit"_s)->addAction(&copy);

@@ -56,7 +56,9 @@ TEST_F(Selection, of_a_qt_editor_is_translated_and_the_clipboard_stays) {
 TEST_F(Selection, of_a_browser_page_is_translated_and_the_clipboard_stays) {
     desktop.setClipboard(u"vẫn còn đây"_s);
     const QString page = desktop.write(
-        u"a.html"_s, u"<meta charset=utf-8><body style='margin:0;font-size:24px'><p style='margin:0'>%1</p>"_s.arg(sentence));
+        u"a.html"_s,
+        u"<meta charset=utf-8><body style='margin:0;font-size:24px'><p style='margin:0'>%1</p>"_s.arg(
+            sentence));
     desktop.start(u"chromium"_s,
                   {u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
                    u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
@@ -113,8 +115,9 @@ TEST_F(Selection, left_over_from_another_application_is_not_taken_for_one) {
     desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, sentence)});
     ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
     desktop.press(u"ctrl+a"_s);
-    ASSERT_TRUE(waitUntil(
-        [this] { return desktop.run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s}) == sentence; }));
+    ASSERT_TRUE(waitUntil([this] {
+        return desktop.run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s}) == sentence;
+    }));
     desktop.start(u"xterm"_s);
     ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
     EXPECT_TRUE(program.translateSelection().isNull());
@@ -134,7 +137,8 @@ TEST_F(Selection, is_translated_whatever_locks_are_on) {
 TEST_F(Selection, is_translated_after_the_keyboard_has_been_mapped_otherwise) {
     desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, sentence)});
     // Super moves to another modifier, which the old grab knows nothing of.
-    desktop.run(u"xmodmap"_s, {u"-e"_s, u"clear mod4"_s, u"-e"_s, u"clear mod3"_s, u"-e"_s, u"add mod3 = Super_L"_s});
+    desktop.run(u"xmodmap"_s,
+                {u"-e"_s, u"clear mod4"_s, u"-e"_s, u"clear mod3"_s, u"-e"_s, u"add mod3 = Super_L"_s});
     ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
     desktop.press(u"ctrl+a"_s);
     expectTranslated();

@@ -45,8 +45,9 @@ VirtualDesktop::VirtualDesktop(Tray tray) : m_environment(QProcessEnvironment::s
     start(u"openbox"_s, {u"--sm-disable"_s});
     if (tray == Tray::present)
         start(u"tint2"_s);
-    const bool managed = waitUntil(
-        [this] { return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s}).contains(u"window id"); });
+    const bool managed = waitUntil([this] {
+        return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s}).contains(u"window id");
+    });
     if (!managed)
         throw std::runtime_error("openbox does not start");
 }
@@ -144,9 +145,9 @@ void VirtualDesktop::type(const QString& text) const {
 }
 
 void VirtualDesktop::click(const QString& window, const QPoint& place, int times) const {
-    run(u"xdotool"_s, {u"mousemove"_s, u"--window"_s, window, QString::number(place.x()),
-                       QString::number(place.y()), u"click"_s, u"--repeat"_s, QString::number(times),
-                       u"--delay"_s, u"40"_s, u"1"_s});
+    run(u"xdotool"_s,
+        {u"mousemove"_s, u"--window"_s, window, QString::number(place.x()), QString::number(place.y()),
+         u"click"_s, u"--repeat"_s, QString::number(times), u"--delay"_s, u"40"_s, u"1"_s});
 }
 
 void VirtualDesktop::setClipboard(const QString& text) {
@@ -162,8 +163,9 @@ QString VirtualDesktop::clipboard() const {
     return run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s});
 }
 
-void VirtualDesktop::screenshot(const QString& path) const {
+QImage VirtualDesktop::screenshot(const QString& path) const {
     run(u"import"_s, {u"-window"_s, u"root"_s, path});
+    return QImage(path);
 }
 
 }  // namespace tralio

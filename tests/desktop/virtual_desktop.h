@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStringList>
@@ -14,9 +15,9 @@ namespace tralio {
 /// Lets the event loop run until `condition` holds; false when `seconds` have passed without.
 [[nodiscard]] bool waitUntil(const std::function<bool()>& condition, int seconds = 15);
 
-/// A desktop of one test's own: an X server, a session bus with accessibility, a window manager and a tray, in a new
-/// home folder. It ends what it started, by process, when it goes. One per process, since the session bus becomes
-/// the process's own.
+/// A desktop of one test's own: an X server, a session bus with accessibility, a window manager and a tray,
+/// in a new home folder. It ends what it started, by process, when it goes. One per process, since the
+/// session bus becomes the process's own.
 ///
 /// Failures to start throw std::runtime_error with what is missing.
 class VirtualDesktop final {
@@ -54,8 +55,8 @@ public:
     void setClipboard(const QString& text);
     [[nodiscard]] QString clipboard() const;
 
-    /// The whole screen as a PNG.
-    void screenshot(const QString& path) const;
+    /// The whole screen, also as a PNG at `path`.
+    QImage screenshot(const QString& path) const;
 
 private:
     void startDisplay();

@@ -29,12 +29,15 @@ MainState::MainState(AppState& appState, HotKeyService& hotKeys, Clock& clock)
     : isAccessibilityGranted(*this, hotKeys.isAccessibilityGranted()),
       isScreenCaptureGranted(*this, hotKeys.isScreenCaptureGranted()),
       m_hotKeys(hotKeys) {
-    onChange(appState, this, [&appState] { return appState.openPopoverSignal(); }, [this] {
-        selectedTab = AppTab::translate;
-        checkPermissions();
-    });
-    onChange(appState, this, [&appState] { return appState.translateTriggerId(); },
-             [this] { selectedTab = AppTab::translate; });
+    onChange(
+        appState, this, [&appState] { return appState.openPopoverSignal(); },
+        [this] {
+            selectedTab = AppTab::translate;
+            checkPermissions();
+        });
+    onChange(
+        appState, this, [&appState] { return appState.translateTriggerId(); },
+        [this] { selectedTab = AppTab::translate; });
     clock.every(permissionPoll, this, [this] { checkPermissions(); });
 }
 

@@ -17,8 +17,8 @@ enum class AppTab { translate, history, settings, author };
 /// The tab with this raw value, if there is one.
 [[nodiscard]] std::optional<AppTab> appTab(int rawValue);
 
-/// The main view without its widgets: the visible tab, the translate panel's input, and the permissions as they
-/// are shown. Lives as long as the popover's content. Used from the main thread.
+/// The main view without its widgets: the visible tab, the translate panel's input, and the permissions as
+/// they are shown. Lives as long as the popover's content. Used from the main thread.
 class MainState final : public ObservableObject {
     Q_OBJECT
 

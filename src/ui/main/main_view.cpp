@@ -61,10 +61,11 @@ QWidget* MainView::header() {
     setTooltip(quit, u"Thoát ứng dụng Tralio"_s);
     connect(quit, &Button::clicked, this, [this] { m_actions.quit(); });
 
-    auto* name = row({.spacing = 6}, {new IconView({u"character.bubble.fill"_s, 16, true}, ColorRole::AccentIcon),
-                                      new Label(u"Tralio"_s, text::panelTitle)});
-    auto* bar = filled(new QWidget, row({.padding = {14, 0, 8, 0}},
-                                        {name, Stretch{}, m_tabs, Stretch{}, guide, quit}));
+    auto* name =
+        row({.spacing = 6}, {new IconView({u"character.bubble.fill"_s, 16, true}, ColorRole::AccentIcon),
+                             new Label(u"Tralio"_s, text::panelTitle)});
+    auto* bar = filled(new QWidget,
+                       row({.padding = {14, 0, 8, 0}}, {name, Stretch{}, m_tabs, Stretch{}, guide, quit}));
     bar->setFixedHeight(50);
     return bar;
 }
@@ -79,11 +80,10 @@ QWidget* MainView::footer() {
     m_captureChip = new Chip(QString());
     connect(m_selectionChip, &Chip::clicked, this, [this] { m_actions.requestAccessibility(); });
 
-    auto* bar = filled(
-        new QWidget,
-        row({.spacing = 6, .padding = {14, 0, 14, 0}},
-            {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::AccentIcon), version, Stretch{},
-             m_warning, m_selectionChip, m_captureChip}));
+    auto* bar =
+        filled(new QWidget, row({.spacing = 6, .padding = {14, 0, 14, 0}},
+                                {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::AccentIcon),
+                                 version, Stretch{}, m_warning, m_selectionChip, m_captureChip}));
     bar->setFixedHeight(33);
     return bar;
 }

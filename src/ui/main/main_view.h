@@ -17,9 +17,9 @@ class Chip;
 class KeyValueStore;
 class TabStrip;
 
-/// The popover's content: a header with the tabs, the panel of the selected tab, and a footer. A panel is made
-/// when its tab is shown and is gone when another is; only the input of the translate panel survives. Owns the
-/// settings that the panels work with.
+/// The popover's content: a header with the tabs, the panel of the selected tab, and a footer. A panel is
+/// made when its tab is shown and is gone when another is; only the input of the translate panel survives.
+/// Owns the settings that the panels work with.
 class MainView final : public QWidget {
     Q_OBJECT
 

@@ -30,7 +30,7 @@ const QString detect = u"Tự động phát hiện"_s;
 }  // namespace
 
 const QStringList& TranslateState::languages() {
-    static const QStringList names{english,          vietnamese,      detect,         u"Tiếng Nhật"_s,
+    static const QStringList names{english,          vietnamese,     detect,         u"Tiếng Nhật"_s,
                                    u"Tiếng Trung"_s, u"Tiếng Hàn"_s, u"Tiếng Pháp"_s};
     return names;
 }
@@ -47,11 +47,14 @@ TranslateState::TranslateState(Services services, Binding<QString> input)
       targetLang(*this, vietnamese),
       m_services(services) {
     AppState& appState = m_services.appState;
-    onChange(appState, this, [&appState] { return appState.translateTriggerId(); },
-             [this] { checkAndTriggerPendingTranslation(); });
-    onChange(appState, this, [&appState] { return appState.openPopoverSignal(); }, [this] {
-        m_services.clock.after(pendingTextDelay, this, [this] { checkAndTriggerPendingTranslation(); });
-    });
+    onChange(
+        appState, this, [&appState] { return appState.translateTriggerId(); },
+        [this] { checkAndTriggerPendingTranslation(); });
+    onChange(
+        appState, this, [&appState] { return appState.openPopoverSignal(); },
+        [this] {
+            m_services.clock.after(pendingTextDelay, this, [this] { checkAndTriggerPendingTranslation(); });
+        });
 }
 
 bool TranslateState::canTranslate() const {

@@ -38,19 +38,18 @@ QList<MenuEntry> toneEntries(const TranslationTone& current) {
 }  // namespace
 
 TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(parent), m_state(state) {
-    filled(this, column({.padding = {14, 10, 14, 10}},
-                        {
-                            languageRow(),
-                            Gap{12},
-                            inputBox(),
-                            Gap{4},
-                            toolRow(),
-                            Gap{12},
-                            actionRow(),
-                            Gap{12},
-                            errorStrip(),
-                            {resultBlock(), {}, 1},
-                        }));
+    filled(this, column({.padding = {14, 10, 14, 10}}, {
+                                                           languageRow(),
+                                                           Gap{12},
+                                                           inputBox(),
+                                                           Gap{4},
+                                                           toolRow(),
+                                                           Gap{12},
+                                                           actionRow(),
+                                                           Gap{12},
+                                                           errorStrip(),
+                                                           {resultBlock(), {}, 1},
+                                                       }));
     onAnyChange(m_state, this, [this] { refresh(); });
     onAnyChange(m_state.settings(), this, [this] { refresh(); });
     onAnyChange(*m_state.inputText.owner, this, [this] { refresh(); });
@@ -94,11 +93,12 @@ QWidget* TranslateView::inputBox() {
 
 QWidget* TranslateView::toolRow() {
     m_characterCount = new Label(QString(), text::smallCaption, ColorRole::Secondary);
-    m_clear = new Button(button::word, {.title = u"Xóa"_s});
+    ButtonStyle aligned = button::word;
+    aligned.padding = 4;  // its text ends as far inside the box's edge as the count begins
+    m_clear = new Button(aligned, {.title = u"Xóa"_s});
     m_clear->setColor(ColorRole::Secondary);
     connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
-    // The button's own padding shows only on hover: its text ends where the count begins, 4 px inside the box.
-    auto* bar = filled(new QWidget, row({.padding = {4, 0, -2, 0}}, {m_characterCount, Stretch{}, m_clear}));
+    auto* bar = filled(new QWidget, row({.padding = {4, 0, 0, 0}}, {m_characterCount, Stretch{}, m_clear}));
     bar->setFixedHeight(18);  // also while there is nothing to clear
     return bar;
 }

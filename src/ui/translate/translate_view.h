@@ -13,8 +13,8 @@ class ReadingArea;
 class Reveal;
 class TranslateState;
 
-/// The translate panel: languages and tone, the input, and the result. Shows what its state says; keeps nothing
-/// of its own.
+/// The translate panel: languages and tone, the input, and the result. Shows what its state says; keeps
+/// nothing of its own.
 class TranslateView final : public QWidget {
     Q_OBJECT
 

@@ -12,8 +12,8 @@ namespace {
 constexpr qint64 layerLimit = 200;  // milliseconds
 constexpr int menuBarDepth = 5;
 
-/// The active window of the application. Which process an application is the bus knows: hung ones in the list cost
-/// nothing.
+/// The active window of the application. Which process an application is the bus knows: hung ones in the list
+/// cost nothing.
 AtspiReference activeWindow(const AtspiContext& context) {
     for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), context)) {
         if (context.bus.processOf(application.service, context.budget) != context.processId)

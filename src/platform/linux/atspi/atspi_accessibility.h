@@ -9,8 +9,8 @@ class AccessibilitySwitch;
 class PrimarySelection;
 struct AtspiContext;
 
-/// Other programs' user interfaces over the accessibility bus. While the desktop's accessibility switch is off
-/// nothing can be had.
+/// Other programs' user interfaces over the accessibility bus. While the desktop's accessibility switch is
+/// off nothing can be had.
 class AtspiAccessibility final : public Accessibility {
 public:
     AtspiAccessibility(AccessibilitySwitch& accessibility, PrimarySelection& primary);

@@ -40,8 +40,8 @@ private:
 };
 
 /// The accessibility bus, spoken to directly. The usual library for it makes blocking calls from inside its
-/// message dispatch, which never return in a process where the toolkit has made that dispatch thread-safe; and its
-/// calls know no common time limit.
+/// message dispatch, which never return in a process where the toolkit has made that dispatch thread-safe;
+/// and its calls know no common time limit.
 ///
 /// Remembers which object of each application took the keyboard focus last, from the events that applications
 /// send when it moves, so that nothing need be searched when a hot key is pressed.
@@ -52,17 +52,18 @@ public:
     AtspiBus() = default;
     ~AtspiBus() override;
 
-    /// Asks the session where the accessibility bus is, and connects. Returns at once; does nothing when the bus is
-    /// connected already, and may be tried again when it could not be reached.
+    /// Asks the session where the accessibility bus is, and connects. Returns at once; does nothing when the
+    /// bus is connected already, and may be tried again when it could not be reached.
     void open();
     [[nodiscard]] bool isOpen() const;
 
-    /// Calls a method of an object and gives the values it returned; absent when it failed or the time is over.
+    /// Calls a method of an object and gives the values it returned; absent when it failed or the time is
+    /// over.
     [[nodiscard]] std::optional<QVariantList> call(const AtspiReference& object, const QString& interface,
                                                    const QString& method, const QVariantList& arguments,
                                                    const TimeBudget& budget) const;
-    [[nodiscard]] QVariant property(const AtspiReference& object, const QString& interface, const QString& name,
-                                    const TimeBudget& budget) const;
+    [[nodiscard]] QVariant property(const AtspiReference& object, const QString& interface,
+                                    const QString& name, const TimeBudget& budget) const;
 
     /// The process behind a connection. Answered by the bus itself: it may hang without harm.
     [[nodiscard]] std::optional<qint32> processOf(const QString& service, const TimeBudget& budget) const;

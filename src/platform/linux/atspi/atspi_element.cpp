@@ -15,8 +15,8 @@ const QString textInterface = u"org.a11y.atspi.Text"_s;
 const QString actionInterface = u"org.a11y.atspi.Action"_s;
 
 bool isMenuItem(AtspiRole role) {
-    return role == AtspiRole::menuItem || role == AtspiRole::checkMenuItem || role == AtspiRole::radioMenuItem ||
-           role == AtspiRole::tearoffMenuItem;
+    return role == AtspiRole::menuItem || role == AtspiRole::checkMenuItem ||
+           role == AtspiRole::radioMenuItem || role == AtspiRole::tearoffMenuItem;
 }
 
 }  // namespace
@@ -41,11 +41,11 @@ AtspiElement::AtspiElement(AtspiReference object, std::shared_ptr<const AtspiCon
     : m_object(std::move(object)), m_context(std::move(context)) {}
 
 std::optional<QString> AtspiElement::selectedText() {
-    const auto own = ownSelection();
+    auto own = ownSelection();
     if (!own || holdsWholeText())
         return own;
     // One paragraph of a document knows only its own part of the selection.
-    const auto all = primaryText();
+    auto all = primaryText();
     return all && all->contains(*own) ? all : own;
 }
 

@@ -46,8 +46,8 @@ private:
 [[nodiscard]] AtspiRole roleOf(const AtspiReference& object, const AtspiContext& context);
 [[nodiscard]] AtspiStates statesOf(const AtspiReference& object, const AtspiContext& context);
 
-/// An element that an application tells of; or, with a null reference, the focused element of an application that
-/// tells of none: then only its PRIMARY selection is known.
+/// An element that an application tells of; or, with a null reference, the focused element of an application
+/// that tells of none: then only its PRIMARY selection is known.
 class AtspiElement final : public AccessibleElement {
 public:
     AtspiElement(AtspiReference object, std::shared_ptr<const AtspiContext> context);
@@ -71,13 +71,14 @@ private:
 
 /// A menu bar, or an item of it: only there for what hangs below.
 ///
-/// Some toolkits put a menu's items right below the menu-bar item, others below a menu of its own; here they are
-/// always below a menu.
+/// Some toolkits put a menu's items right below the menu-bar item, others below a menu of its own; here they
+/// are always below a menu.
 class AtspiMenuBar final : public AccessibleElement {
 public:
     enum class Level { bar, barItem };
 
-    AtspiMenuBar(AtspiReference object, std::shared_ptr<const AtspiContext> context, Level level = Level::bar);
+    AtspiMenuBar(AtspiReference object, std::shared_ptr<const AtspiContext> context,
+                 Level level = Level::bar);
 
     std::optional<QString> selectedText() override { return std::nullopt; }
     std::optional<QString> selectedDocumentText() override { return std::nullopt; }

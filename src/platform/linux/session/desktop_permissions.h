@@ -6,8 +6,8 @@ namespace tralio {
 
 class AccessibilitySwitch;
 
-/// The permissions of an X11 session: accessibility is the desktop's own switch, which we may turn on when the
-/// user asks for it, and the screen is open to every program.
+/// The permissions of an X11 session: accessibility is the desktop's own switch, which we may turn on when
+/// the user asks for it, and the screen is open to every program.
 class DesktopPermissions final : public Permissions {
 public:
     explicit DesktopPermissions(AccessibilitySwitch& accessibility);

@@ -13,7 +13,8 @@ EventHandlerRef UnavailableDesktop::HotKeys::installEventHandler(EventHandler /*
 }
 
 HotKeyPlatform::Registration UnavailableDesktop::HotKeys::registerHotKey(quint32 /*keyCode*/,
-                                                                         quint32 /*modifiers*/, HotKeyID /*id*/) {
+                                                                         quint32 /*modifiers*/,
+                                                                         HotKeyID /*id*/) {
     return {notAvailable, std::nullopt};
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QObject>
+
 #include "hotkeys/accessibility.h"
 #include "hotkeys/hot_key_platform.h"
 #include "hotkeys/key_event_poster.h"
@@ -10,8 +12,8 @@
 
 namespace tralio {
 
-/// The services of a session in which no program may reach into another: each answers, truthfully, that there is
-/// nothing to be had.
+/// The services of a session in which no program may reach into another: each answers, truthfully, that there
+/// is nothing to be had.
 struct UnavailableDesktop {
     struct HotKeys final : HotKeyPlatform {
         static constexpr HotKeyStatus notAvailable = -1;

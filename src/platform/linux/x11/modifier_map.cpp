@@ -1,9 +1,8 @@
 #include "platform/linux/x11/modifier_map.h"
 
 #include <X11/keysym.h>
-#include <xcb/xcb_keysyms.h>
-
 #include <initializer_list>
+#include <xcb/xcb_keysyms.h>
 
 namespace tralio {
 namespace {

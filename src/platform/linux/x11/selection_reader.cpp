@@ -21,8 +21,9 @@ public:
           m_window(xcb_generate_id(connection.xcb())),
           m_property(connection.atom("TRALIO_SELECTION")) {
         const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_create_window(m_connection.xcb(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(), -10, -10, 1, 1,
-                          0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+        xcb_create_window(m_connection.xcb(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(), -10, -10,
+                          1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                          &events);
     }
     Conversion(const Conversion&) = delete;
     Conversion& operator=(const Conversion&) = delete;
@@ -32,7 +33,8 @@ public:
     }
 
     std::optional<QByteArray> convert(xcb_atom_t target) {
-        xcb_convert_selection(m_connection.xcb(), m_window, m_selection, target, m_property, XCB_CURRENT_TIME);
+        xcb_convert_selection(m_connection.xcb(), m_window, m_selection, target, m_property,
+                              XCB_CURRENT_TIME);
         const auto answer = m_connection.waitFor(
             [&](const xcb_generic_event_t& event) {
                 const auto* notify = eventAs<xcb_selection_notify_event_t>(event, XCB_SELECTION_NOTIFY);
@@ -55,11 +57,11 @@ private:
 
     /// Reads and deletes the property; the deletion asks the owner for the next piece of a long text.
     Piece takePiece() {
-        const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(
-            m_connection.xcb(),
-            xcb_get_property(m_connection.xcb(), 1, m_window, m_property, XCB_GET_PROPERTY_TYPE_ANY, 0,
-                             maxBytes / 4),
-            nullptr)};
+        const XcbPtr<xcb_get_property_reply_t> reply{
+            xcb_get_property_reply(m_connection.xcb(),
+                                   xcb_get_property(m_connection.xcb(), 1, m_window, m_property,
+                                                    XCB_GET_PROPERTY_TYPE_ANY, 0, maxBytes / 4),
+                                   nullptr)};
         if (!reply)
             return {};
         return {reply->type == m_connection.atom("INCR"),

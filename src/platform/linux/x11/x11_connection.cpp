@@ -3,12 +3,10 @@
 #include <QAbstractEventDispatcher>
 #include <QSocketNotifier>
 
-#include <xcb/res.h>
-
-#include <poll.h>
-
 #include <cstring>
+#include <poll.h>
 #include <utility>
+#include <xcb/res.h>
 
 namespace tralio {
 
@@ -129,8 +127,8 @@ std::optional<quint32> X11Connection::cardinal(xcb_window_t window, xcb_atom_t n
 std::optional<qint32> X11Connection::processOf(xcb_window_t window) {
     if (m_knowsClientIds) {
         const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-        const XcbPtr<xcb_res_query_client_ids_reply_t> reply{xcb_res_query_client_ids_reply(
-            m_xcb, xcb_res_query_client_ids(m_xcb, 1, &wanted), nullptr)};
+        const XcbPtr<xcb_res_query_client_ids_reply_t> reply{
+            xcb_res_query_client_ids_reply(m_xcb, xcb_res_query_client_ids(m_xcb, 1, &wanted), nullptr)};
         if (reply) {
             const auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
             if (ids.rem > 0 && xcb_res_client_id_value_value_length(ids.data) > 0)

@@ -5,14 +5,13 @@
 #include <QHash>
 #include <QObject>
 
-#include <xcb/xcb.h>
-
 #include <cstdlib>
 #include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
+#include <xcb/xcb.h>
 
 namespace tralio {
 

@@ -19,8 +19,8 @@ class X11HotKeys final : public HotKeyPlatform {
 public:
     /// The combination belongs to another program, or to another hot key of this one.
     static constexpr HotKeyStatus hotKeyExists = -9878;
-    /// No such key on this keyboard, or one that people type with: without Control, Option or Command it would
-    /// be lost to every other program.
+    /// No such key on this keyboard, or one that people type with: without Control, Option or Command it
+    /// would be lost to every other program.
     static constexpr HotKeyStatus hotKeyInvalid = -9879;
 
     explicit X11HotKeys(X11Connection& connection);

@@ -1,11 +1,10 @@
 #include "platform/linux/x11/x11_key_event_poster.h"
 
 #include <X11/keysym.h>
-#include <xcb/xcb_keysyms.h>
-#include <xcb/xtest.h>
-
 #include <algorithm>
 #include <vector>
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
 
 #include "platform/linux/x11/key_codes.h"
 #include "platform/linux/x11/x11_workspace.h"
@@ -24,14 +23,33 @@ enum class CopyShortcut { control, controlShift, none };
 
 /// Window classes, lower-cased, of terminals: those with a shortcut of their own, and those without one.
 CopyShortcut copyShortcutIn(const QString& windowClass) {
-    static const QStringList withShortcut{
-        u"gnome-terminal"_s, u"gnome-terminal-server"_s, u"org.gnome.terminal"_s, u"org.gnome.console"_s,
-        u"org.gnome.ptyxis"_s, u"konsole"_s, u"org.kde.konsole"_s, u"yakuake"_s, u"xfce4-terminal"_s,
-        u"mate-terminal"_s, u"lxterminal"_s, u"qterminal"_s, u"terminator"_s, u"tilix"_s, u"guake"_s,
-        u"alacritty"_s, u"kitty"_s, u"foot"_s, u"org.wezfurlong.wezterm"_s, u"terminology"_s, u"ghostty"_s,
-        u"com.mitchellh.ghostty"_s, u"deepin-terminal"_s, u"sakura"_s, u"cool-retro-term"_s};
-    static const QStringList withoutShortcut{u"xterm"_s, u"uxterm"_s, u"urxvt"_s, u"rxvt"_s, u"st"_s,
-                                             u"st-256color"_s, u"eterm"_s, u"aterm"_s};
+    static const QStringList withShortcut{u"gnome-terminal"_s,
+                                          u"gnome-terminal-server"_s,
+                                          u"org.gnome.terminal"_s,
+                                          u"org.gnome.console"_s,
+                                          u"org.gnome.ptyxis"_s,
+                                          u"konsole"_s,
+                                          u"org.kde.konsole"_s,
+                                          u"yakuake"_s,
+                                          u"xfce4-terminal"_s,
+                                          u"mate-terminal"_s,
+                                          u"lxterminal"_s,
+                                          u"qterminal"_s,
+                                          u"terminator"_s,
+                                          u"tilix"_s,
+                                          u"guake"_s,
+                                          u"alacritty"_s,
+                                          u"kitty"_s,
+                                          u"foot"_s,
+                                          u"org.wezfurlong.wezterm"_s,
+                                          u"terminology"_s,
+                                          u"ghostty"_s,
+                                          u"com.mitchellh.ghostty"_s,
+                                          u"deepin-terminal"_s,
+                                          u"sakura"_s,
+                                          u"cool-retro-term"_s};
+    static const QStringList withoutShortcut{u"xterm"_s, u"uxterm"_s,      u"urxvt"_s, u"rxvt"_s,
+                                             u"st"_s,    u"st-256color"_s, u"eterm"_s, u"aterm"_s};
     if (withShortcut.contains(windowClass))
         return CopyShortcut::controlShift;
     return withoutShortcut.contains(windowClass) ? CopyShortcut::none : CopyShortcut::control;
@@ -77,7 +95,8 @@ void X11KeyEventPoster::fake(quint8 type, quint8 keyCode) {
 std::optional<quint8> X11KeyEventPoster::shortcutKey(quint16 virtualKeyCode) const {
     if (virtualKeyCode == virtualKeyC) {
         const KeySymbols symbols{xcb_key_symbols_alloc(m_connection.xcb()), &xcb_key_symbols_free};
-        const XcbPtr<xcb_keycode_t> keys{symbols ? xcb_key_symbols_get_keycode(symbols.get(), XK_c) : nullptr};
+        const XcbPtr<xcb_keycode_t> keys{symbols ? xcb_key_symbols_get_keycode(symbols.get(), XK_c)
+                                                 : nullptr};
         for (const xcb_keycode_t* key = keys.get(); key && *key != XCB_NO_SYMBOL; ++key) {
             // Only as the key's first symbol: a layout of two alphabets has the letter in its second group.
             if (xcb_key_symbols_get_keysym(symbols.get(), *key, 0) == XK_c)

@@ -9,9 +9,9 @@ namespace tralio {
 ///
 /// A key posted with the Command flag is a shortcut, and shortcuts are Control here: Control goes down before
 /// the key and up after it. Applications know shortcuts by the letter, so the key is the one that types the
-/// letter on the present layout, and the physical position only where no key types it. In a terminal Control+C
-/// would interrupt what runs in it: there the shortcut is Control+Shift+C, or nothing where even that is not
-/// copying.
+/// letter on the present layout, and the physical position only where no key types it. In a terminal
+/// Control+C would interrupt what runs in it: there the shortcut is Control+Shift+C, or nothing where even
+/// that is not copying.
 class X11KeyEventPoster final : public KeyEventPoster {
 public:
     explicit X11KeyEventPoster(X11Connection& connection);

@@ -31,8 +31,8 @@ void X11WindowActivator::activate(WId window) {
                        m_connection.atom("_NET_WM_STATE_SKIP_PAGER"), byTheUser});
     tellWindowManager(target, "_NET_ACTIVE_WINDOW", {byTheUser, time});
 
-    const bool managed = m_connection.cardinal(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"))
-                             .has_value();
+    const bool managed =
+        m_connection.cardinal(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK")).has_value();
     if (!managed)
         xcb_set_input_focus(m_connection.xcb(), XCB_INPUT_FOCUS_PARENT, target, time);
     xcb_flush(m_connection.xcb());

@@ -1,0 +1,32 @@
+#include <gmock/gmock.h>
+
+#include "desktop/program_run.h"
+#include "desktop/scripted_portal.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The lightness of the popover's ground, at a place where no part stands.
+int groundLightness(const VirtualDesktop& desktop, const ProgramRun& program) {
+    const QImage screen = desktop.screenshot(desktop.home() + u"/screen.png"_s);
+    return screen.pixelColor(program.popoverArea().topLeft() + QPoint(20, 60)).lightness();
+}
+
+TEST(Appearance, follows_the_desktop_while_the_popover_is_open) {
+    VirtualDesktop desktop;
+    ScriptedPortal portal;
+    portal.setColorScheme(1);
+    ProgramRun program(desktop);
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    EXPECT_TRUE(waitUntil([&] { return groundLightness(desktop, program) < 60; }));
+
+    portal.setColorScheme(2);
+    EXPECT_TRUE(waitUntil([&] { return groundLightness(desktop, program) > 200; }));
+}
+
+}  // namespace
+}  // namespace tralio
