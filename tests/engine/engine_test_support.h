@@ -1,8 +1,5 @@
 #pragma once
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QTimer>
 #include <qcorotask.h>
 
 #include <gmock/gmock.h>
@@ -13,6 +10,7 @@
 #include "engine/ai_error.h"
 #include "engine/ai_service.h"
 #include "engine/http_client.h"
+#include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/print_to.h"
 #include "support/stand_in_model.h"
@@ -21,21 +19,6 @@ namespace tralio {
 
 inline void PrintTo(const AIError& error, std::ostream* out) {
     *out << error.what();
-}
-
-/// Runs the event loop until `condition` holds; false if it never does.
-template <typename Condition>
-[[nodiscard]] bool eventually(Condition condition) {
-    const QDeadlineTimer deadline(20'000);
-    QTimer heartbeat;  // the condition may come true without an event on this thread
-    heartbeat.start(5);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    return true;
 }
 
 /// How an operation ended, in the words that the user reads.

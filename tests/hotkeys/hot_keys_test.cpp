@@ -17,8 +17,8 @@ constexpr HotKeyID ocrKey{0x5452414C, 2};
 class HotKeys : public testing::Test {
 protected:
     void registerBoth() {
-        service.registerGlobalHotKeys(2, 768, [this] { presses += u"text"_s; }, 1, 768,
-                                      [this] { presses += u"ocr"_s; });
+        service.registerGlobalHotKeys(
+            2, 768, [this] { presses += u"text"_s; }, 1, 768, [this] { presses += u"ocr"_s; });
     }
 
     DebugLogFile log;
@@ -76,8 +76,9 @@ TEST_F(HotKeys, a_change_leaves_one_registration_and_a_refused_one_leaves_none) 
     EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(Request{1, 768, ocrKey}));
     desktop.hotKeys.nextStatus = 5;
     service.updateOCRHotKey(3, 256);
-    EXPECT_THAT(log.messages().mid(4), ElementsAre(u"Lỗi đăng ký phím tắt Text (code: 0, mods: 4294967295): -9878"_s,
-                                                   u"Lỗi đăng ký phím tắt OCR (code: 3, mods: 256): 5"_s));
+    EXPECT_THAT(log.messages().mid(4),
+                ElementsAre(u"Lỗi đăng ký phím tắt Text (code: 0, mods: 4294967295): -9878"_s,
+                            u"Lỗi đăng ký phím tắt OCR (code: 3, mods: 256): 5"_s));
 
     service.updateTextHotKey(2, 768);
     EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(Request{2, 768, textKey}));

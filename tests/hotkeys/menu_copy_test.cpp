@@ -58,9 +58,9 @@ TEST_F(MenuCopy, presses_the_first_item_that_means_copy_whatever_its_menu) {
 
 TEST_F(MenuCopy, leaves_other_items_alone) {
     for (const FakeElement& bar : {
-             menuBar({{item(u"Photocopy"_s), item(u"Cut"_s, u"X"_s), item(u"Cc"_s, u"cc"_s), item(std::nullopt)}}),
-             menuBar({}),
-             FakeElement{.children = {item(u"Copy"_s)}},            // right below the bar: no menu item
+             menuBar({{item(u"Photocopy"_s), item(u"Cut"_s, u"X"_s), item(u"Cc"_s, u"cc"_s),
+                       item(std::nullopt)}}),
+             menuBar({}), FakeElement{.children = {item(u"Copy"_s)}},     // right below the bar: no menu item
              FakeElement{.children = {{.children = {item(u"Copy"_s)}}}},  // a menu called so
          }) {
         desktop.accessibility.bar = bar;

@@ -21,7 +21,8 @@ protected:
     SelectedText() { desktop.workspace.front = {pid, u"org.example.Editor"_s, u"Editor"_s}; }
 
     void fetch() {
-        service.fetchSelectedText([this](std::optional<QString> text) { results.push_back(std::move(text)); });
+        service.fetchSelectedText(
+            [this](std::optional<QString> text) { results.push_back(std::move(text)); });
     }
     void giveCopyItem() {
         desktop.accessibility.bar = {.children = {{.children = {{.children = {{.title = u"Copy"_s}}}}}}};
@@ -38,7 +39,8 @@ protected:
 TEST_F(SelectedText, no_application_or_this_one_in_front_yields_nothing_at_once) {
     desktop.workspace.front.reset();
     fetch();
-    desktop.workspace.front = {static_cast<qint32>(QCoreApplication::applicationPid()), std::nullopt, std::nullopt};
+    desktop.workspace.front = {static_cast<qint32>(QCoreApplication::applicationPid()), std::nullopt,
+                               std::nullopt};
     fetch();
     EXPECT_THAT(results, ElementsAre(std::nullopt, std::nullopt));
     EXPECT_THAT(log.messages(), testing::Each(u"fetchSelectedText: no valid frontmost app"_s));
@@ -46,7 +48,8 @@ TEST_F(SelectedText, no_application_or_this_one_in_front_yields_nothing_at_once)
 }
 
 TEST_F(SelectedText, the_focused_element_answers_at_once_and_the_clipboard_is_left_alone) {
-    const QString sentence = u"Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba mươi ký tự"_s;
+    const QString sentence =
+        u"Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba mươi ký tự"_s;
     desktop.accessibility.focused = {.selectedText = u"\u00a0 "_s + sentence + u" \n\u2028"_s};
     desktop.workspace.front->localizedName.reset();
     fetch();
@@ -90,7 +93,8 @@ TEST_F(SelectedText, browsers_are_told_by_markers_anywhere_in_the_identifier) {
         EXPECT_EQ(HotKeyService::isBrowser(one.bundle), browser) << one.bundle.toStdString();
         desktop.scripts.executed.clear();
         desktop.scripts.result = u" chọn \n"_s;
-        EXPECT_EQ(service.getBrowserSelectedText(one.bundle), browser ? std::optional(u"chọn"_s) : std::nullopt);
+        EXPECT_EQ(service.getBrowserSelectedText(one.bundle),
+                  browser ? std::optional(u"chọn"_s) : std::nullopt);
         EXPECT_EQ(desktop.scripts.executed.size(), browser ? 1 : 0);
         EXPECT_TRUE(desktop.scripts.executed.join(u' ').contains(one.application));
     }
@@ -101,7 +105,8 @@ TEST_F(SelectedText, a_browser_answers_by_script_only_when_its_focused_element_d
     desktop.scripts.result = u"từ trang"_s;
     fetch();
     EXPECT_THAT(results, ElementsAre(u"từ trang"_s));
-    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 2 (Browser AppleScript) SUCCESS: 'từ trang'"_s);
+    EXPECT_EQ(log.messages().last(),
+              u"fetchSelectedText: Layer 2 (Browser AppleScript) SUCCESS: 'từ trang'"_s);
 
     desktop.accessibility.focused = {.selectedText = u"từ ô nhập"_s};
     fetch();
@@ -142,7 +147,9 @@ TEST_F(SelectedText, nine_ticks_end_the_menu_wait_and_twelve_the_keystroke_wait)
     giveCopyItem();
     fetch();
     desktop.clock.advance(269ms);
-    EXPECT_THAT(log.messages(), testing::Not(testing::Contains(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s)));
+    EXPECT_THAT(
+        log.messages(),
+        testing::Not(testing::Contains(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s)));
     desktop.clock.advance(1ms);
     EXPECT_EQ(log.messages().last(), u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
 
@@ -209,7 +216,8 @@ TEST_F(SelectedText, a_clipboard_without_text_ends_each_wait_without_text) {
 TEST_F(SelectedText, a_second_fetch_beside_a_waiting_one_keeps_its_own_count_and_ticks) {
     fetch();
     desktop.clock.advance(100ms);
-    desktop.pasteboard.copy(u"giữa chừng"_s);  // a change for the first fetch, the initial state of the second
+    desktop.pasteboard.copy(
+        u"giữa chừng"_s);  // a change for the first fetch, the initial state of the second
     fetch();
     desktop.clock.advance(130ms);
     EXPECT_THAT(results, ElementsAre(u"giữa chừng"_s));

@@ -10,7 +10,8 @@ void FakeClock::after(std::chrono::milliseconds delay, QObject* context, std::fu
 }
 
 void FakeClock::every(std::chrono::milliseconds interval, QObject* context, std::function<void()> action) {
-    m_calls.emplace(m_now + interval, Call{context, std::make_shared<std::function<void()>>(std::move(action)), interval});
+    m_calls.emplace(m_now + interval,
+                    Call{context, std::make_shared<std::function<void()>>(std::move(action)), interval});
 }
 
 void FakeClock::advance(std::chrono::milliseconds by) {

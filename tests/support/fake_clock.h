@@ -25,7 +25,7 @@ private:
     struct Call {
         QPointer<QObject> context;
         std::shared_ptr<std::function<void()>> action;  ///< shared, for what a repeated action remembers
-        std::chrono::milliseconds interval{0};  ///< zero for a call that runs once
+        std::chrono::milliseconds interval{0};          ///< zero for a call that runs once
     };
 
     std::chrono::milliseconds m_now{0};

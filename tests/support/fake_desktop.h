@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-
 #include <map>
 #include <optional>
 #include <utility>
@@ -152,7 +151,9 @@ public:
     using Posted = std::pair<qint32, KeyEvent>;
 
     void post(const KeyEvent& event) override { posted.emplace_back(0, event); }
-    void postToProcess(qint32 processId, const KeyEvent& event) override { posted.emplace_back(processId, event); }
+    void postToProcess(qint32 processId, const KeyEvent& event) override {
+        posted.emplace_back(processId, event);
+    }
 
     std::vector<Posted> posted;
 };

@@ -1,0 +1,234 @@
+#include "app/app_delegate.h"
+
+#include <QRect>
+
+#include <gmock/gmock.h>
+
+#include "state/app_settings.h"
+#include "state/app_state.h"
+#include "support/debug_log_file.h"
+#include "support/fake_desktop.h"
+#include "support/memory_key_value_store.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr HotKeyID textKey{0x5452414C, 1};
+
+class FakePopover final : public PopoverHost {
+public:
+    bool isShown() const override { return shown; }
+    void show(std::optional<QRect> anchor) override {
+        shown = true;
+        anchors.push_back(anchor);
+        if (onShow)
+            onShow();
+    }
+    void performClose() override { shown = false; }
+
+    bool shown = false;
+    std::vector<std::optional<QRect>> anchors;  ///< one for each time it was shown
+    std::function<void()> onShow;
+};
+
+class FakeStatusItem final : public StatusItemHost {
+public:
+    void setAction(std::function<void()> installed) override { action = std::move(installed); }
+    std::optional<QRect> frame() const override { return place; }
+
+    std::function<void()> action;
+    std::optional<QRect> place = QRect(1200, 3, 24, 24);
+};
+
+/// A delegate that has not been launched yet.
+class Shell : public testing::Test {
+protected:
+    void launch() { delegate->applicationDidFinishLaunching(); }
+    void select(const QString& text) {
+        desktop.workspace.front = {4711, u"org.example.Editor"_s, u"Editor"_s};
+        desktop.accessibility.focused = {.selectedText = text};
+    }
+    /// Selects in an application that answers only by copying, as its menu item does.
+    void selectForCopying() {
+        desktop.workspace.front = {4711, u"org.example.Editor"_s, u"Editor"_s};
+        desktop.accessibility.bar = {.children = {{.children = {{.children = {{.title = u"Copy"_s}}}}}}};
+    }
+
+    DebugLogFile log;
+    FakeDesktop desktop;
+    MemoryKeyValueStore store;
+    HotKeyService hotKeys{desktop.platform()};
+    AppSettings settings{store, hotKeys};
+    AppState appState;
+    FakePopover popover;
+    FakeStatusItem statusItem;
+    std::unique_ptr<AppDelegate> delegate = std::make_unique<AppDelegate>(AppDelegate::Services{
+        appState, settings, hotKeys, desktop.pasteboard, desktop.clock, popover, statusItem});
+};
+
+TEST_F(Shell, launching_registers_the_hot_keys_of_the_settings_and_shows_nothing) {
+    settings.hotKeyKeyCode = 17;
+    settings.hotKeyModifiers = 2048;
+    settings.ocrHotKeyKeyCode = 49;
+    settings.ocrHotKeyModifiers = 4096;
+    launch();
+    const auto registrations = desktop.hotKeys.registrations();
+    ASSERT_THAT(registrations, SizeIs(2));
+    EXPECT_EQ(registrations[0], (FakeHotKeyPlatform::Request{17, 2048, textKey}));
+    EXPECT_EQ(registrations[1].keyCode, 49U);
+    EXPECT_EQ(registrations[1].modifiers, 4096U);
+    desktop.clock.advance(10s);
+    EXPECT_THAT(popover.anchors, IsEmpty());
+}
+
+TEST_F(Shell, a_click_on_the_tray_item_opens_the_popover_there_and_the_next_one_closes_it) {
+    launch();
+    const QUuid initial = appState.openPopoverSignal();
+    statusItem.action();
+    EXPECT_TRUE(popover.shown);
+    const QUuid opened = appState.openPopoverSignal();
+    EXPECT_NE(opened, initial);
+
+    statusItem.action();
+    EXPECT_FALSE(popover.shown);
+    EXPECT_EQ(appState.openPopoverSignal(), opened) << "closing announced an opening";
+
+    const auto first = std::exchange(statusItem.place, std::nullopt);
+    statusItem.action();
+    EXPECT_TRUE(popover.shown);
+    EXPECT_NE(appState.openPopoverSignal(), opened);
+    EXPECT_EQ(popover.anchors, (std::vector<std::optional<QRect>>{first, std::nullopt}));
+}
+
+TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty_milliseconds_after_that) {
+    launch();
+    select(u"một hai ba bốn năm sáu bảy tám chín mười"_s);
+    const QUuid initial = appState.openPopoverSignal();
+    popover.onShow = [&] {
+        EXPECT_NE(appState.openPopoverSignal(), initial) << "shown before it was announced";
+        EXPECT_EQ(appState.pendingTextToTranslate(), QString());
+    };
+
+    delegate->handleGlobalHotKey();
+    EXPECT_THAT(log.messages(), Contains(u"handleGlobalHotKey: triggered"_s));
+    EXPECT_EQ(log.messages().last(),
+              u"handleGlobalHotKey: fetchSelectedText finished with text='một hai ba bốn năm sáu bảy tám'"_s);
+    EXPECT_FALSE(popover.shown) << "shown in the turn of the fetch";
+    EXPECT_EQ(appState.lastHandledChangeCount, -1);
+
+    desktop.clock.advance(0ms);
+    EXPECT_TRUE(popover.shown);
+    EXPECT_EQ(appState.lastHandledChangeCount, desktop.pasteboard.count);
+    desktop.clock.advance(79ms);
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+    desktop.clock.advance(1ms);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"một hai ba bốn năm sáu bảy tám chín mười"_s);
+    EXPECT_NE(appState.translateTriggerId(), std::nullopt);
+    EXPECT_EQ(desktop.clock.pending(), 0);
+    EXPECT_THAT(popover.anchors, ElementsAre(statusItem.place));
+}
+
+TEST_F(Shell, a_press_shows_a_popover_that_is_already_open_once_more) {
+    launch();
+    statusItem.action();
+    const QUuid opened = appState.openPopoverSignal();
+    select(u"text"_s);
+    desktop.hotKeys.handler(textKey);
+    desktop.clock.advance(80ms);
+    EXPECT_TRUE(popover.shown);
+    EXPECT_THAT(popover.anchors, SizeIs(2));
+    EXPECT_NE(appState.openPopoverSignal(), opened);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"text"_s);
+}
+
+TEST_F(Shell, a_text_that_came_over_the_clipboard_counts_as_handled_but_a_later_copy_does_not) {
+    launch();
+    selectForCopying();
+    desktop.hotKeys.handler(textKey);
+    desktop.clock.advance(0ms);
+    EXPECT_THAT(popover.anchors, IsEmpty()) << "shown before the text was there";
+    desktop.pasteboard.copy(u"copied"_s);
+    desktop.clock.advance(30ms);
+    EXPECT_TRUE(popover.shown);
+    EXPECT_EQ(appState.lastHandledChangeCount, 8);
+
+    desktop.pasteboard.copy(u"the user's own"_s);
+    desktop.clock.advance(80ms);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"copied"_s);
+    EXPECT_EQ(appState.lastHandledChangeCount, 8);
+}
+
+TEST_F(Shell, nothing_selected_opens_the_popover_and_requests_nothing) {
+    launch();
+    desktop.hotKeys.handler(textKey);
+    desktop.clock.advance(0ms);
+    EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
+    EXPECT_TRUE(popover.shown);
+    desktop.clock.advance(1s);
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+    EXPECT_EQ(appState.lastHandledChangeCount, -1);
+    EXPECT_TRUE(log.messages().filter(u"AppState."_s).isEmpty()) << "a request was made and dropped";
+}
+
+TEST_F(Shell, panels_hide_and_show_the_popover_through_the_hooks) {
+    appState.showPopover();
+    EXPECT_FALSE(popover.shown);
+    launch();
+    const QUuid initial = appState.openPopoverSignal();
+    appState.showPopover();
+    EXPECT_THAT(popover.anchors, ElementsAre(statusItem.place));
+    EXPECT_NE(appState.openPopoverSignal(), initial);
+    appState.hidePopover();
+    EXPECT_FALSE(popover.shown);
+}
+
+TEST_F(Shell, whatever_comes_after_the_delegate_is_gone_does_nothing) {
+    launch();
+    delegate.reset();
+    appState.showPopover();
+    appState.hidePopover();
+    statusItem.action();
+    select(u"text"_s);
+    desktop.hotKeys.handler(textKey);
+    desktop.clock.advance(1s);
+    EXPECT_THAT(popover.anchors, IsEmpty());
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+}
+
+TEST_F(Shell, a_delegate_that_goes_while_a_text_is_on_its_way_takes_the_rest_along) {
+    struct Case {
+        const char* moment;
+        std::chrono::milliseconds lifetime;
+        size_t shown;
+    };
+    for (const Case& given : {Case{"during the fetch", 10ms, 0}, Case{"before the request", 100ms, 1}}) {
+        FakePopover host;
+        auto shell = std::make_unique<AppDelegate>(AppDelegate::Services{
+            appState, settings, hotKeys, desktop.pasteboard, desktop.clock, host, statusItem});
+        selectForCopying();
+        shell->handleGlobalHotKey();
+        desktop.pasteboard.copy(u"copied"_s);
+        desktop.clock.advance(given.lifetime);
+        shell.reset();
+        desktop.clock.advance(1s);
+        EXPECT_THAT(host.anchors, SizeIs(given.shown)) << given.moment;
+        EXPECT_EQ(appState.translateTriggerId(), std::nullopt) << given.moment;
+    }
+
+    select(u"text"_s);
+    delegate->handleGlobalHotKey();
+    delegate.reset();
+    desktop.clock.advance(1s);
+    EXPECT_THAT(popover.anchors, IsEmpty()) << "between the fetch and the next turn";
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <memory>
+#include <utility>
+
+#include "engine/ai_service.h"
+#include "engine/http_client.h"
+#include "state/app_settings.h"
+#include "state/app_state.h"
+#include "support/debug_log_file.h"
+#include "support/event_loop.h"
+#include "support/fake_desktop.h"
+#include "support/memory_key_value_store.h"
+#include "support/print_to.h"
+#include "support/stand_in_model.h"
+#include "ui/translate/translate_state.h"
+
+namespace tralio {
+
+/// A panel in the hands of a test: with a stand-in for the model, and the input where the main view keeps it.
+/// The stand-in answers in capitals.
+class TranslatePanel : public testing::Test {
+protected:
+    class Input final : public ObservableObject {
+    public:
+        Observable<QString> text{*this};
+    };
+
+    TranslatePanel() {
+        settings.baseURL = standIn.baseURL();
+        standIn.translatesBy(
+            [](const StandInModel::Request& request) { return request.userText().toUpper(); });
+        showPanel();
+    }
+
+    void showPanel() {
+        panel = std::make_unique<TranslateState>(
+            TranslateState::Services{ai, settings, appState, desktop.pasteboard, desktop.clock},
+            Binding<QString>{[this] { return input.text(); },
+                             [this](QString text) { input.text = std::move(text); }, &input});
+    }
+
+    void translate(const QString& text) {
+        input.text = text;
+        panel->performTranslate();
+    }
+    /// The texts in `held` get no answer until the stand-in is told to send it.
+    void hold(QStringList held) {
+        standIn.repliesBy([held = std::move(held)](const StandInModel::Request& request) {
+            const QString text = request.userText();
+            const StandInReply reply = StandInReply::translation(text.toUpper());
+            return held.contains(text) ? reply.delivered(StandInReply::Delivery::held) : reply;
+        });
+    }
+    bool requestsArrive(qsizetype count) {
+        return eventually([&] { return standIn.requests().size() == count; });
+    }
+    bool translationEnds() {
+        return eventually([&] { return !panel->isTranslating(); });
+    }
+    bool outputBecomes(const QString& text) {
+        return eventually([&] { return panel->outputText() == text; });
+    }
+
+    // The lines that the panel logs, for a text that is short enough to be shown whole.
+    static QString startLine(const QString& text) {
+        return QStringLiteral("TranslateView.performTranslate: starting translation for '%1'").arg(text);
+    }
+    static QString successLine(const QString& text) {
+        return QStringLiteral("TranslateView.performTranslate: SUCCESS, result='%1'").arg(text);
+    }
+    static QString pendingLine(const QString& text) {
+        return QStringLiteral("TranslateView.checkAndTriggerPendingTranslation: pendingText='%1'").arg(text);
+    }
+    [[nodiscard]] qsizetype logged(const QString& line) const { return log.messages().count(line); }
+
+    DebugLogFile log;
+    FakeDesktop desktop;
+    StandInModel standIn;
+    MemoryKeyValueStore store;
+    HotKeyService hotKeys{desktop.platform()};
+    AppSettings settings{store, hotKeys};
+    HttpClient http{desktop.clock};
+    AIService ai{http};
+    AppState appState;
+    Input input;
+    std::unique_ptr<TranslateState> panel;
+};
+
+}  // namespace tralio

@@ -1,0 +1,247 @@
+#include "ui/translate/translate_state.h"
+
+#include "engine/ai_error.h"
+#include "engine/chat_completions.h"
+#include "ui/translate_panel_support.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const QString detect = u"Tự động phát hiện"_s;
+const QString vietnamese = u"Tiếng Việt"_s;
+const QString japanese = u"Tiếng Nhật"_s;
+const QString korean = u"Tiếng Hàn"_s;
+
+TEST_F(TranslatePanel, offers_every_language_once_and_detection_only_as_a_source) {
+    QStringList sources = TranslateState::languages();
+    EXPECT_EQ(sources.size(), 7);
+    EXPECT_EQ(sources.removeDuplicates(), 0);
+    EXPECT_TRUE(sources.contains(panel->sourceLang()));
+    EXPECT_TRUE(sources.contains(vietnamese)) << "what swapping falls back to";
+
+    EXPECT_EQ(sources.removeAll(detect), 1);
+    EXPECT_EQ(TranslateState::targetLanguages(), sources);
+    EXPECT_EQ(panel->targetLang(), vietnamese);
+}
+
+TEST_F(TranslatePanel, a_translation_sends_the_choices_of_its_start_and_shows_the_reply) {
+    panel->sourceLang = japanese;
+    panel->targetLang = korean;
+    settings.tone = TranslationTone::formal;
+    panel->outputText = u"earlier"_s;
+    panel->errorMessage = u"earlier"_s;
+
+    translate(u" \n\u3000hello \t"_s);
+    EXPECT_TRUE(panel->isTranslating());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+    EXPECT_EQ(panel->outputText(), u"earlier"_s);
+    panel->sourceLang = vietnamese;
+    panel->targetLang = japanese;
+    settings.tone = TranslationTone::concise;
+
+    ASSERT_TRUE(translationEnds());
+    EXPECT_EQ(panel->outputText(), u"HELLO"_s);
+    EXPECT_EQ(input.text(), u" \n\u3000hello \t"_s);
+    ASSERT_EQ(standIn.requests().size(), 1);
+    EXPECT_EQ(
+        standIn.requests().last().systemPrompt(),
+        chat_completions::systemPrompt(settings.customPrompt(), japanese, korean, TranslationTone::formal));
+
+    translate(u"again"_s);
+    ASSERT_TRUE(translationEnds());
+    EXPECT_EQ(standIn.requests().last().systemPrompt(),
+              chat_completions::systemPrompt(settings.customPrompt(), vietnamese, japanese,
+                                             TranslationTone::concise));
+}
+
+TEST_F(TranslatePanel, the_log_shows_thirty_characters_of_the_trimmed_text_and_of_the_result) {
+    const QString family = u"👨‍👩‍👧‍👦"_s;
+    standIn.translatesTo(u"ế"_s.repeated(31));
+    translate(u"  "_s + family.repeated(31));
+    ASSERT_TRUE(translationEnds());
+    EXPECT_THAT(log.messages(),
+                ElementsAre(startLine(family.repeated(30)), successLine(u"ế"_s.repeated(30))));
+}
+
+TEST_F(TranslatePanel, a_blank_input_is_logged_and_changes_nothing) {
+    panel->errorMessage = u"still to be read"_s;
+    for (const QString& blank : {u""_s, u" \n\u00a0\t"_s}) {
+        input.text = blank;
+        EXPECT_FALSE(panel->canTranslate());
+        panel->performTranslate();
+        EXPECT_FALSE(panel->isTranslating());
+    }
+    EXPECT_EQ(panel->errorMessage(), u"still to be read"_s);
+    EXPECT_THAT(log.messages(), ElementsAre(startLine(QString()), startLine(QString())));
+    EXPECT_EQ(desktop.clock.pending(), 0) << "a request is under way";
+}
+
+TEST_F(TranslatePanel, the_button_rests_while_a_translation_runs) {
+    input.text = u" hello"_s;
+    EXPECT_TRUE(panel->canTranslate());
+    panel->performTranslate();
+    EXPECT_FALSE(panel->canTranslate());
+    ASSERT_TRUE(translationEnds());
+    EXPECT_TRUE(panel->canTranslate());
+}
+
+TEST_F(TranslatePanel, a_failure_shows_its_description_and_leaves_the_texts_alone) {
+    const QString serverError = AIError::httpError(500, u"quá tải"_s).errorDescription();
+    const QString noKey = AIError::missingApiKey().errorDescription();
+    panel->outputText = u"earlier"_s;
+    for (const QString& message : {serverError, noKey}) {
+        standIn.replies(StandInReply::error(500, u"quá tải"_s));
+        if (message == noKey)
+            settings.apiKey = QString();
+        translate(u"hello"_s);
+        ASSERT_TRUE(translationEnds());
+        EXPECT_EQ(panel->errorMessage(), message);
+        EXPECT_EQ(panel->outputText(), u"earlier"_s);
+        EXPECT_EQ(input.text(), u"hello"_s);
+    }
+    EXPECT_EQ(standIn.requests().size(), 1);
+    panel->dismissError();
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+}
+
+TEST_F(TranslatePanel, overlapping_translations_are_shown_in_the_order_in_which_they_finish) {
+    hold({u"slow"_s});
+    translate(u"slow"_s);
+    translate(u"fast"_s);
+    ASSERT_TRUE(outputBecomes(u"FAST"_s));
+    EXPECT_FALSE(panel->isTranslating());
+
+    ASSERT_TRUE(requestsArrive(2));
+    standIn.sendTheRest();
+    ASSERT_TRUE(outputBecomes(u"SLOW"_s));
+    EXPECT_THAT(log.messages(), ElementsAre(startLine(u"slow"_s), startLine(u"fast"_s),
+                                            successLine(u"FAST"_s), successLine(u"SLOW"_s)));
+}
+
+TEST_F(TranslatePanel, cancelling_shows_at_once_and_a_late_answer_changes_nothing) {
+    hold({u"late"_s});
+    translate(u"late"_s);
+    ASSERT_TRUE(requestsArrive(1));
+    panel->cancel();
+    EXPECT_FALSE(panel->isTranslating());
+    standIn.sendTheRest();
+
+    // The cancelled translation ends while the next one waits for its answer.
+    hold({u"next"_s});
+    translate(u"next"_s);
+    ASSERT_TRUE(requestsArrive(2));
+    ASSERT_TRUE(eventually([&] { return desktop.clock.pending() == 1; })) << "the first request goes on";
+    ASSERT_TRUE(nextTurn());
+    EXPECT_TRUE(panel->isTranslating());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+    EXPECT_EQ(panel->outputText(), QString());
+
+    standIn.sendTheRest();
+    ASSERT_TRUE(translationEnds());
+    EXPECT_EQ(panel->outputText(), u"NEXT"_s);
+    EXPECT_EQ(logged(successLine(u"LATE"_s)), 0);
+}
+
+TEST_F(TranslatePanel, cancelling_gives_up_only_the_translation_started_last) {
+    panel->cancel();  // nothing has been started yet
+    EXPECT_FALSE(panel->isTranslating());
+
+    hold({u"first"_s, u"second"_s});
+    translate(u"first"_s);
+    translate(u"second"_s);
+    ASSERT_TRUE(requestsArrive(2));
+    panel->cancel();
+    panel->cancel();
+    standIn.sendTheRest();
+    ASSERT_TRUE(outputBecomes(u"FIRST"_s));
+    ASSERT_TRUE(eventually([&] { return desktop.clock.pending() == 0; })) << "a request is still under way";
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(panel->outputText(), u"FIRST"_s);
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+}
+
+TEST_F(TranslatePanel, answers_that_come_after_the_panel_is_gone_change_nothing) {
+    hold({u"good"_s});
+    translate(u"good"_s);
+    ASSERT_TRUE(requestsArrive(1));
+    standIn.replies(StandInReply::error(500, u"bad"_s).delivered(StandInReply::Delivery::held));
+    translate(u"bad"_s);
+    ASSERT_TRUE(requestsArrive(2));
+
+    panel.reset();
+    showPanel();
+    EXPECT_FALSE(panel->isTranslating());
+    EXPECT_EQ(input.text(), u"bad"_s);
+    standIn.sendTheRest();
+    ASSERT_TRUE(eventually([&] { return desktop.clock.pending() == 0; }));
+    ASSERT_TRUE(eventually([&] { return logged(successLine(u"GOOD"_s)) == 1; }));
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(panel->outputText(), QString());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+    EXPECT_EQ(input.text(), u"bad"_s);
+}
+
+TEST_F(TranslatePanel, swapping_exchanges_the_languages_and_with_a_result_the_texts_too) {
+    const QString english = u"Tiếng Anh"_s;
+    struct Case {
+        QString source, target, input, output;
+        QString newSource, newTarget, newInput, newOutput;
+    };
+    const Case cases[] = {
+        {english, vietnamese, u"in"_s, u"out"_s, vietnamese, english, u"out"_s, u"in"_s},
+        {english, vietnamese, u"in"_s, u""_s, vietnamese, english, u"in"_s, u""_s},
+        {korean, japanese, u""_s, u"out"_s, japanese, korean, u"out"_s, u""_s},
+        {detect, japanese, u"in"_s, u"out"_s, japanese, vietnamese, u"out"_s, u"in"_s},
+        {detect, japanese, u"in"_s, u""_s, japanese, vietnamese, u"in"_s, u""_s},
+        {detect, vietnamese, u"in"_s, u""_s, vietnamese, vietnamese, u"in"_s, u""_s},
+        {korean, korean, u"in"_s, u"out"_s, korean, korean, u"out"_s, u"in"_s},
+    };
+    for (const Case& given : cases) {
+        panel->sourceLang = given.source;
+        panel->targetLang = given.target;
+        input.text = given.input;
+        panel->outputText = given.output;
+        panel->swapLanguages();
+        EXPECT_EQ(panel->sourceLang(), given.newSource);
+        EXPECT_EQ(panel->targetLang(), given.newTarget);
+        EXPECT_EQ(input.text(), given.newInput);
+        EXPECT_EQ(panel->outputText(), given.newOutput);
+    }
+    EXPECT_THAT(log.messages(), IsEmpty()) << "swapping translates nothing";
+}
+
+TEST_F(TranslatePanel, copying_is_confirmed_for_a_second_and_a_half) {
+    panel->copyResult();
+    EXPECT_EQ(desktop.pasteboard.count, 7) << "an empty result went to the clipboard";
+    EXPECT_FALSE(panel->isCopied());
+
+    panel->outputText = u" kết quả\n"_s;
+    panel->copyResult();
+    EXPECT_EQ(desktop.pasteboard.content, u" kết quả\n"_s);
+    EXPECT_EQ(desktop.pasteboard.count, 8);
+    EXPECT_TRUE(panel->isCopied());
+    desktop.clock.advance(1499ms);
+    EXPECT_TRUE(panel->isCopied());
+    desktop.clock.advance(1ms);
+    EXPECT_FALSE(panel->isCopied());
+}
+
+TEST_F(TranslatePanel, clearing_empties_both_texts_and_the_error_and_leaves_the_rest) {
+    panel->sourceLang = korean;
+    input.text = u"in"_s;
+    panel->outputText = u"out"_s;
+    panel->errorMessage = u"error"_s;
+    panel->clear();
+    EXPECT_EQ(input.text(), QString());
+    EXPECT_EQ(panel->outputText(), QString());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+    EXPECT_EQ(panel->sourceLang(), korean);
+}
+
+}  // namespace
+}  // namespace tralio
