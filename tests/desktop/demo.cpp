@@ -29,6 +29,7 @@ const QString translation =
 int show(const QString& screenshot) {
     QTextStream out(stdout);
     VirtualDesktop desktop;
+    desktop.startCompositor();
     ProgramRun program(desktop);
     program.standIn().translatesTo(translation);
     out << "The model is a stand-in on " << program.standIn().baseURL()
@@ -36,10 +37,13 @@ int show(const QString& screenshot) {
         << Qt::flush;
 
     desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"paragraph.txt"_s, source)});
-    if (desktop.bringToFront(u"Mousepad"_s).isEmpty()) {
+    const QString editor = desktop.bringToFront(u"Mousepad"_s);
+    if (editor.isEmpty()) {
         out << "The editor did not come up.\n";
         return EXIT_FAILURE;
     }
+    desktop.run(u"xdotool"_s, {u"windowsize"_s, u"--sync"_s, editor, u"620"_s, u"300"_s, u"windowmove"_s,
+                               editor, u"60"_s, u"480"_s});
     desktop.press(u"ctrl+a"_s);
 
     QElapsedTimer sinceThePress;

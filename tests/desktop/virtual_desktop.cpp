@@ -43,13 +43,16 @@ VirtualDesktop::VirtualDesktop(Tray tray) : m_environment(QProcessEnvironment::s
     startDisplay();
     startBus();
     start(u"openbox"_s, {u"--sm-disable"_s});
-    if (tray == Tray::present)
-        start(u"tint2"_s);
     const bool managed = waitUntil([this] {
         return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s}).contains(u"window id");
     });
     if (!managed)
         throw std::runtime_error("openbox does not start");
+    if (tray == Tray::present) {
+        start(u"tint2"_s);
+        if (!waitUntil([this] { return isVisible(u"tint2"_s); }))
+            throw std::runtime_error("tint2 does not start");
+    }
 }
 
 VirtualDesktop::~VirtualDesktop() {
@@ -97,6 +100,17 @@ QProcess& VirtualDesktop::startIn(const QProcessEnvironment& environment, const 
         throw std::runtime_error((program + u" cannot be started"_s).toStdString());
     m_processes.push_back(std::move(process));
     return *m_processes.back();
+}
+
+void VirtualDesktop::startCompositor() {
+    run(u"xsetroot"_s, {u"-solid"_s, u"#D5DBE3"_s});
+    start(u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s});
+    const bool runs = waitUntil([this] {
+        return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTED"_s}).contains(u"picom") ||
+               !run(u"xdotool"_s, {u"search"_s, u"--class"_s, u"picom"_s}).isEmpty();
+    });
+    if (!runs)
+        throw std::runtime_error("picom does not start");
 }
 
 QString VirtualDesktop::run(const QString& program, const QStringList& arguments) const {

@@ -37,6 +37,9 @@ public:
     QProcess& startIn(const QProcessEnvironment& environment, const QString& program,
                       const QStringList& arguments = {});
 
+    /// Starts a compositor, so that windows may be translucent, and gives the screen a colour.
+    void startCompositor();
+
     /// Runs a program on this desktop to its end and gives its output.
     QString run(const QString& program, const QStringList& arguments) const;
 
