@@ -2,7 +2,9 @@
 // becomes the PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user
 // would.
 //
-// Usage: selection-probe TEXT [--menu]
+// With `--picture` it copies a picture of itself at once.
+//
+// Usage: selection-probe TEXT [--menu] [--picture]
 
 #include <QAction>
 #include <QApplication>
@@ -34,5 +36,7 @@ int main(int argc, char** argv) {
         window.addAction(&copy);
     }
     window.show();
+    if (arguments.contains(u"--picture"_s))
+        QApplication::clipboard()->setPixmap(window.grab());
     return QApplication::exec();
 }

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/selection_reader.h"
 
+#include <cstring>
+
 namespace tralio {
 namespace {
 
@@ -101,13 +103,27 @@ private:
 std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t selection,
                                          QDeadlineTimer deadline) {
     Conversion conversion(connection, selection, deadline);
+    // Asked for a text that they do not have, some owners refuse and others give an empty one: ask first what
+    // they have. An owner that does not know the question may still have text.
+    const auto offered = conversion.convert(connection.atom("TARGETS"));
+    const auto offers = [&](xcb_atom_t target) {
+        for (qsizetype at = 0; offered && at + qsizetype(sizeof target) <= offered->size();
+             at += sizeof target) {
+            if (std::memcmp(offered->constData() + at, &target, sizeof target) == 0)
+                return true;
+        }
+        return !offered;
+    };
     for (const char* target : {"UTF8_STRING", "text/plain;charset=utf-8"}) {
+        if (!offers(connection.atom(target)))
+            continue;
         if (const auto bytes = conversion.convert(connection.atom(target)))
             return QString::fromUtf8(*bytes);
     }
-    if (const auto bytes = conversion.convert(XCB_ATOM_STRING))
-        return QString::fromLatin1(*bytes);
-    return std::nullopt;
+    if (!offers(XCB_ATOM_STRING))
+        return std::nullopt;
+    const auto bytes = conversion.convert(XCB_ATOM_STRING);
+    return bytes ? std::optional(QString::fromLatin1(*bytes)) : std::nullopt;
 }
 
 }  // namespace tralio

@@ -1,0 +1,134 @@
+#include <QElapsedTimer>
+
+#include <csignal>
+#include <gmock/gmock.h>
+
+#include "desktop/virtual_desktop.h"
+#include "platform/linux/x11/x11_hot_keys.h"
+#include "platform/linux/x11/x11_pasteboard.h"
+#include "platform/linux/x11/x11_primary_selection.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr quint32 keyD = 2;
+constexpr quint32 keyT = 17;
+constexpr quint32 keyF5 = 96;
+constexpr quint32 commandShift = 768;
+constexpr HotKeyID anyId{1, 1};
+
+class X11 : public testing::Test {
+protected:
+    X11() { qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8()); }
+
+    VirtualDesktop desktop{VirtualDesktop::Tray::absent};
+};
+
+TEST_F(X11, hot_keys_are_refused_while_another_program_has_them) {
+    const auto ours = X11Connection::open();
+    const auto theirs = X11Connection::open();
+    X11HotKeys hotKeys(*ours);
+    X11HotKeys others(*theirs);
+    const auto taken = others.registerHotKey(keyD, commandShift, anyId);
+    ASSERT_EQ(taken.status, 0);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, X11HotKeys::hotKeyExists);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, 256, anyId).status, 0);
+
+    others.unregisterHotKey(*taken.ref);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, 0);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, X11HotKeys::hotKeyExists);
+}
+
+TEST_F(X11, hot_keys_that_people_type_with_are_refused) {
+    const auto connection = X11Connection::open();
+    X11HotKeys hotKeys(*connection);
+    constexpr quint32 shift = 512;
+    for (const quint32 modifiers : {0U, shift})
+        EXPECT_EQ(hotKeys.registerHotKey(keyD, modifiers, anyId).status, X11HotKeys::hotKeyInvalid);
+    EXPECT_EQ(hotKeys.registerHotKey(keyF5, 0, anyId).status, 0);
+    for (const quint32 noSuchKey : {52U, 127U, 128U, 4294967295U})
+        EXPECT_EQ(hotKeys.registerHotKey(noSuchKey, commandShift, anyId).status, X11HotKeys::hotKeyInvalid);
+}
+
+TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
+    const auto connection = X11Connection::open();
+    X11HotKeys hotKeys(*connection);
+    std::vector<quint32> pressed;
+    hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
+    ASSERT_EQ(hotKeys.registerHotKey(keyD, commandShift, {1, 1}).status, 0);
+    const auto second = hotKeys.registerHotKey(keyT, 4096, {1, 2});
+    ASSERT_EQ(second.status, 0);
+
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 1; }));
+    desktop.press(u"ctrl+t"_s);
+    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 2; }));
+    EXPECT_THAT(pressed, testing::ElementsAre(1, 2));
+
+    // The keyboard is free for others at once, and a key that is given up for good.
+    const auto other = X11Connection::open();
+    const XcbPtr<xcb_grab_keyboard_reply_t> grab{
+        xcb_grab_keyboard_reply(other->xcb(),
+                                xcb_grab_keyboard(other->xcb(), 1, other->root(), XCB_CURRENT_TIME,
+                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                nullptr)};
+    ASSERT_TRUE(grab);
+    EXPECT_EQ(grab->status, XCB_GRAB_STATUS_SUCCESS);
+    xcb_ungrab_keyboard(other->xcb(), XCB_CURRENT_TIME);
+    other->sync();
+    hotKeys.unregisterHotKey(*second.ref);
+    desktop.press(u"ctrl+t"_s);
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 3; }));
+    EXPECT_EQ(pressed.back(), 1U);
+}
+
+TEST_F(X11, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
+    const auto connection = X11Connection::open();
+    X11Pasteboard pasteboard(*connection);
+    EXPECT_EQ(pasteboard.string(), std::nullopt);
+
+    const QString odd = u"x\u0302 🙂 \u202e\ufeff Ấ"_s;
+    qint64 last = pasteboard.changeCount();
+    for (const QString& text : {odd, odd, QString(3'000'000, u'ế')}) {
+        desktop.setClipboard(text);
+        EXPECT_TRUE(waitUntil([&] { return pasteboard.changeCount() > last; }));
+        last = pasteboard.changeCount();
+        EXPECT_EQ(pasteboard.string(), text);
+    }
+    EXPECT_EQ(pasteboard.changeCount(), last);
+}
+
+TEST_F(X11, a_clipboard_without_text_or_with_a_hung_owner_has_none) {
+    const auto connection = X11Connection::open();
+    X11Pasteboard pasteboard(*connection);
+    const qint64 before = pasteboard.changeCount();
+    QProcess& owner = desktop.start(QStringLiteral(SELECTION_PROBE), {u"a picture"_s, u"--picture"_s});
+    ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() > before; }));
+    EXPECT_EQ(pasteboard.string(), std::nullopt);
+
+    kill(static_cast<pid_t>(owner.processId()), SIGSTOP);
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(pasteboard.string(), std::nullopt);
+    EXPECT_LT(time.elapsed(), 1000);
+    kill(static_cast<pid_t>(owner.processId()), SIGCONT);
+}
+
+TEST_F(X11, the_primary_selection_counts_only_for_the_process_that_owns_it) {
+    const auto connection = X11Connection::open();
+    X11PrimarySelection primary(*connection);
+    const QString path = desktop.write(u"a.txt"_s, u"đã bôi đen"_s);
+    const QProcess& owner = desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
+    const auto pid = static_cast<qint32>(owner.processId());
+    EXPECT_TRUE(waitUntil(
+        [&] { return primary.textOf(pid, QDeadlineTimer(500)) == std::optional(u"đã bôi đen"_s); }));
+    EXPECT_EQ(primary.textOf(pid + 1, QDeadlineTimer(500)), std::nullopt);
+    EXPECT_EQ(primary.textOf(pid, QDeadlineTimer(0)), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tralio
