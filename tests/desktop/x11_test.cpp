@@ -38,6 +38,7 @@ TEST_F(X11, hot_keys_are_refused_while_another_program_has_them) {
     EXPECT_EQ(hotKeys.registerHotKey(keyD, 256, anyId).status, 0);
 
     others.unregisterHotKey(*taken.ref);
+    theirs->sync();
     EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, 0);
     EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, X11HotKeys::hotKeyExists);
 }
