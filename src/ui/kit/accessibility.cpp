@@ -1,6 +1,7 @@
 #include "ui/kit/accessibility.h"
 
 #include <QAccessibleWidget>
+#include <QWidget>
 
 #include <utility>
 

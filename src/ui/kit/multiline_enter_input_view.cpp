@@ -60,7 +60,8 @@ void MultilineEnterInputView::keyPressEvent(QKeyEvent* event) {
     const bool leaves = event->key() == Qt::Key_Backtab ||
                         (event->key() == Qt::Key_Tab && (event->modifiers() & Qt::ControlModifier) != 0);
     if (leaves) {
-        QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);
+        // The editor's own refuses to leave, since Tab is a character of the text.
+        QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);  // NOLINT(bugprone-parent-virtual-call)
     } else if (!isReturn) {
         TextArea::keyPressEvent(event);
     } else if (isComposing()) {

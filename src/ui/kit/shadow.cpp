@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <vector>
 
 #include "ui/kit/painting.h"
@@ -81,7 +82,7 @@ QPixmap blurred(int radius, const Shadow& shadow) {
         auto* line = reinterpret_cast<QRgb*>(shape.scanLine(y));
         for (int x = 0; x < side; ++x) {
             const float share = alpha[std::size_t(y * side + x)] / 255 * ink.alphaF();
-            line[x] = qPremultiply(qRgba(ink.red(), ink.green(), ink.blue(), int(share * 255 + 0.5F)));
+            line[x] = qPremultiply(qRgba(ink.red(), ink.green(), ink.blue(), int(std::lround(share * 255))));
         }
     }
     return QPixmap::fromImage(shape);

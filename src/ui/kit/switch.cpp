@@ -41,8 +41,8 @@ void Switch::paintEvent(QPaintEvent*) {
     if (!isEnabled()) {
         painter.setOpacity(0.4);
     }
-    const QRectF area =
-        QRectF(QPointF(), track).translated((width() - track.width()) / 2, (height() - track.height()) / 2);
+    const QRectF area = QRectF(QPointF(), track)
+                            .translated((width() - track.width()) / 2.0, (height() - track.height()) / 2.0);
     const Ground ground = isChecked() ? Ground::Solid : Ground::Neutral;
     const qreal round = area.height() / 2;
     paintFill(painter, area, round, color(isChecked() ? ColorRole::AccentFill : ColorRole::SwitchOff));

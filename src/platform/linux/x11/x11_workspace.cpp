@@ -61,10 +61,10 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() {
 QString X11Workspace::bundleIdentifier(xcb_window_t window, qint32 processId) {
     const QDir sandbox(u"/proc/%1/root"_s.arg(processId));
     const QSettings flatpak(sandbox.filePath(u".flatpak-info"_s), QSettings::IniFormat);
-    if (const QString id = flatpak.value("Application/name").toString(); !id.isEmpty())
+    if (QString id = flatpak.value("Application/name").toString(); !id.isEmpty())
         return id;
     for (const char* property : {"_GTK_APPLICATION_ID", "_KDE_NET_WM_DESKTOP_FILE"}) {
-        const QString id = QString::fromUtf8(m_connection.property(window, m_connection.atom(property)));
+        QString id = QString::fromUtf8(m_connection.property(window, m_connection.atom(property)));
         if (!id.isEmpty())
             return id;
     }
