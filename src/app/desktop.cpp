@@ -30,9 +30,12 @@ public:
     }
 
     Popover::WindowSystem windowSystem() override {
+        // The toolkit's windows are X windows only on its X11 platform.
+        if (QGuiApplication::platformName() != u"xcb")
+            return {};
         return {[this] { return m_activator.isCompositing(); },
-                [this](WId window) { m_activator.prepare(window); },
-                [this](WId window) { m_activator.activate(window); }};
+                [this](WId window) { m_activator.activate(window); },
+                [this](WId window) { return m_activator.isActive(window); }};
     }
 
 private:

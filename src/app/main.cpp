@@ -24,14 +24,14 @@ void applyAppearance(const DesktopAppearance& desktop) {
 
 QWidget* makeContent(Services& services) {
     return new MainView(
-        {services.store, services.hotKeys, services.ai, services.appState, services.platform.pasteboard,
-         services.clock},
+        {services.store, HotKeyService::shared(), AIService::shared(), AppState::shared(),
+         services.platform.pasteboard, services.clock},
         {.openGuide =
              [&services] {
                  services.platform.workspace.openURL(QUrl(u"https://%1/guide.html"_s.arg(hosts::website)));
              },
          .quit = &QCoreApplication::quit,
-         .requestAccessibility = [&services] { services.hotKeys.requestAccessibility(); }});
+         .requestAccessibility = [&services] { HotKeyService::shared().requestAccessibility(); }});
 }
 
 }  // namespace
@@ -46,16 +46,16 @@ int main(int argc, char** argv) {
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 
     Services services(defaultStorePath());
-    const AppSettings settingsOfShell(services.store, services.hotKeys);
+    const AppSettings settingsOfShell(services.store, HotKeyService::shared());
 
     DesktopAppearance appearance;
     applyAppearance(appearance);
-    QObject::connect(&appearance, &DesktopAppearance::changed,
+    QObject::connect(&appearance, &DesktopAppearance::changed, &appearance,
                      [&appearance] { applyAppearance(appearance); });
 
-    StatusItem statusItem;
     Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());
-    AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
+    StatusItem statusItem;
+    AppDelegate delegate({AppState::shared(), settingsOfShell, HotKeyService::shared(), services.platform.pasteboard,
                           services.clock, popover, statusItem});
     delegate.applicationDidFinishLaunching();
     return QApplication::exec();

@@ -18,6 +18,8 @@ using namespace Qt::StringLiterals;
 /// this time it means the popover that the user still saw.
 constexpr qint64 sameClick = 300;  // milliseconds
 
+constexpr auto grabPoll = std::chrono::milliseconds(200);
+
 QScreen* screenFor(std::optional<QRect> anchor) {
     QScreen* screen = QGuiApplication::screenAt(anchor ? anchor->center() : QCursor::pos());
     return screen ? screen : QGuiApplication::primaryScreen();
@@ -33,6 +35,8 @@ Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSyste
     setWindowTitle(u"Tralio"_s);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
+    m_grabWatch.setInterval(grabPoll);
+    connect(&m_grabWatch, &QTimer::timeout, this, &Popover::hideUnlessActive);
 }
 
 bool Popover::isShown() const {
@@ -54,8 +58,6 @@ void Popover::show(std::optional<QRect> anchor) {
     m_closedByDeactivation.invalidate();
     if (!isVisible()) {
         place(anchor);
-        if (m_windowSystem.prepare)
-            m_windowSystem.prepare(winId());
         QWidget::show();
     }
     raise();
@@ -78,11 +80,21 @@ void Popover::performClose() {
 }
 
 bool Popover::event(QEvent* event) {
-    if (event->type() == QEvent::WindowDeactivate && isVisible()) {
+    if (event->type() == QEvent::WindowDeactivate)
+        hideUnlessActive();
+    return QWidget::event(event);
+}
+
+void Popover::hideUnlessActive() {
+    if (!isVisible() || isActiveWindow()) {
+        m_grabWatch.stop();
+    } else if (m_windowSystem.isActive && m_windowSystem.isActive(winId())) {
+        m_grabWatch.start();  // the toolkit will not tell when another window becomes active meanwhile
+    } else {
+        m_grabWatch.stop();
         hide();
         m_closedByDeactivation.start();
     }
-    return QWidget::event(event);
 }
 
 void Popover::keyPressEvent(QKeyEvent* event) {

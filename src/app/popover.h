@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QTimer>
 #include <QWidget>
 
 #include <functional>
@@ -12,7 +13,9 @@ namespace tralio {
 class WindowFrame;
 
 /// The popover as an ordinary frameless window: popup windows would take the keyboard and the pointer away
-/// from the desktop, and trays refuse them. It closes when another window becomes active, and on Escape.
+/// from the desktop, and trays refuse them. It closes when another window becomes active, and on Escape. It
+/// stays while another program takes the keyboard for a moment, as the keys of an input method or the volume
+/// do.
 class Popover final : public QWidget, public PopoverHost {
     Q_OBJECT
 
@@ -20,8 +23,9 @@ public:
     /// What the session does for windows of this kind. Every function may be empty.
     struct WindowSystem {
         std::function<bool()> isCompositing;
-        std::function<void(WId)> prepare;   ///< before the window is shown
-        std::function<void(WId)> activate;  ///< when it is shown
+        std::function<void(WId)> activate;  ///< when the window is shown
+        std::function<bool(WId)>
+            isActive;  ///< tells a window behind from one that a grab keeps the keyboard from
     };
 
     /// `makeContent` is called when the popover opens for the first time: until then it costs no memory.
@@ -38,10 +42,12 @@ protected:
 
 private:
     void place(std::optional<QRect> anchor);
+    void hideUnlessActive();
 
     std::function<QWidget*()> m_makeContent;
     WindowSystem m_windowSystem;
     WindowFrame* m_frame = nullptr;
+    QTimer m_grabWatch;
     QElapsedTimer m_closedByDeactivation;
 };
 

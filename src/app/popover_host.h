@@ -15,6 +15,8 @@ public:
     PopoverHost& operator=(const PopoverHost&) = delete;
     virtual ~PopoverHost() = default;
 
+    /// Whether the user sees the popover; also just after a click elsewhere has closed it, since a click on
+    /// the status item is such a click too.
     [[nodiscard]] virtual bool isShown() const = 0;
 
     /// Shows the popover at `anchor`, in front of every window and with the keyboard focus; at the top right

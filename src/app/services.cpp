@@ -24,6 +24,10 @@ AppState& AppState::shared() {
     return Services::current().appState;
 }
 
+HotKeyService& HotKeyService::shared() {
+    return Services::current().hotKeys;
+}
+
 AIService& AIService::shared() {
     return Services::current().ai;
 }

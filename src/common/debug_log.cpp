@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tralio {
@@ -34,7 +35,11 @@ void debugLog(const QString& message) {
         file = open(logPath().constData(), flags | O_CREAT | O_TRUNC, 0600);
     if (file < 0)
         return;
-    [[maybe_unused]] const auto written = write(file, line.constData(), static_cast<size_t>(line.size()));
+    struct stat status {};
+    const bool ours = fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid();
+    if (ours && fchmod(file, S_IRUSR | S_IWUSR) == 0) {
+        [[maybe_unused]] const auto written = write(file, line.constData(), static_cast<size_t>(line.size()));
+    }
     close(file);
 }
 

@@ -14,7 +14,7 @@ class HttpClient;
 
 /// Translates texts with one request each to the endpoint that the user has chosen.
 ///
-/// Nothing is kept between calls; several may be under way at once. A call may outlive the service, and ends
+/// Nothing is remembered between calls; several may be under way at once. A call may outlive the service, and ends
 /// as cancelled when its HTTP client goes. Used from the main thread, where callers resume.
 class AIService final {
 public:

@@ -95,7 +95,7 @@ std::optional<QString> replyText(const QByteArray& body) {
     if (!std::all_of(list.begin(), list.end(), [](const QJsonValue& choice) { return choice.isObject(); }))
         return std::nullopt;
     const QJsonValue content = list.at(0)[u"message"_s][u"content"_s];
-    if (!content.isString())
+    if (!content.isString() || !content.toString().isValidUtf16())
         return std::nullopt;
     return content.toString().trimmed();
 }

@@ -42,6 +42,11 @@ QCoro::Task<HttpResponse> HttpClient::send(QNetworkRequest request, QByteArray b
         m_network->setProxyFactory(new DesktopProxies);
         m_transfers = std::make_unique<QObject>();
     }
+    // Each request stands for itself. It carries the user's key and text, which the library would take along
+    // to wherever a server points: it may point to its own origin only.
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::SameOriginRedirectPolicy);
     QNetworkReply* reply = m_network->post(request, body);
     auto* transfer = new HttpTransfer(reply, m_clock, idleTimeout, stop, m_transfers.get());
     const QFuture<HttpResponse> future = transfer->future();

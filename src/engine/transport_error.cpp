@@ -70,7 +70,8 @@ QString description(QNetworkReply::NetworkError error, const QUrl& url, const QL
         case QNetworkReply::TooManyRedirectsError:
             return u"%1 chuyển hướng quá nhiều lần. Vui lòng kiểm tra lại Base URL."_s.arg(server);
         case QNetworkReply::InsecureRedirectError:
-            return u"%1 chuyển hướng sang một địa chỉ không bảo mật, yêu cầu đã bị dừng."_s.arg(server);
+            return u"%1 chuyển hướng sang một địa chỉ khác, nên yêu cầu đã bị dừng để bảo vệ API Key. Vui lòng kiểm tra lại Base URL."_s
+                .arg(server);
         case QNetworkReply::ProxyConnectionRefusedError:
         case QNetworkReply::ProxyConnectionClosedError:
         case QNetworkReply::ProxyNotFoundError:

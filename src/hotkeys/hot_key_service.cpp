@@ -14,8 +14,8 @@ namespace tralio {
 namespace {
 
 constexpr quint32 signature = 0x5452414C;  // 'TRAL'
-constexpr quint32 textId = 1;
-constexpr quint32 ocrId = 2;
+constexpr HotKeyID textHotKeyID{signature, 1};
+constexpr HotKeyID ocrHotKeyID{signature, 2};
 
 constexpr QStringView accessibilitySettings =
     u"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
@@ -40,8 +40,8 @@ void HotKeyService::handlePress(std::optional<HotKeyID> id) {
     if (!id)
         return;
     // Looked up when it runs, not now: whoever replaces an action in between means the new one.
-    Action HotKeyService::*trigger = id->id == textId  ? &HotKeyService::onTextTrigger
-                                     : id->id == ocrId ? &HotKeyService::onOCRTrigger
+    Action HotKeyService::*trigger = id->id == textHotKeyID.id  ? &HotKeyService::onTextTrigger
+                                     : id->id == ocrHotKeyID.id ? &HotKeyService::onOCRTrigger
                                                        : nullptr;
     if (!trigger)
         return;
@@ -52,12 +52,12 @@ void HotKeyService::handlePress(std::optional<HotKeyID> id) {
 }
 
 void HotKeyService::updateTextHotKey(quint32 keyCode, quint32 modifiers) {
-    reRegister(m_textHotKeyRef, {signature, textId}, keyCode, modifiers,
+    reRegister(m_textHotKeyRef, textHotKeyID, keyCode, modifiers,
                {u"Lỗi đăng ký phím tắt Text (code: ", u"Đăng ký phím tắt Text thành công: code="});
 }
 
 void HotKeyService::updateOCRHotKey(quint32 keyCode, quint32 modifiers) {
-    reRegister(m_ocrHotKeyRef, {signature, ocrId}, keyCode, modifiers,
+    reRegister(m_ocrHotKeyRef, ocrHotKeyID, keyCode, modifiers,
                {u"Lỗi đăng ký phím tắt OCR (code: ", u"Đăng ký phím tắt OCR thành công: code="});
 }
 

@@ -18,7 +18,7 @@ class AppState final : public ObservableObject {
 public:
     using ObservableObject::ObservableObject;
 
-    /// The one instance of the process, made on first use. Defined in app/, where the program is wired.
+    /// The one instance of the process; defined in app/, where the program is wired.
     [[nodiscard]] static AppState& shared();
 
     /// Text that waits for the translate panel, which empties this when it takes the text over.

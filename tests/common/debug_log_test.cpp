@@ -5,7 +5,9 @@
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "support/debug_log_file.h"
 
@@ -51,9 +53,29 @@ TEST(DebugLogTest, a_log_that_cannot_be_written_is_ignored) {
     ASSERT_TRUE(QFile::remove(log.path()));
     ASSERT_EQ(mkfifo(QFile::encodeName(log.path()).constData(), 0600), 0);
     debugLog(u"into a pipe without a reader"_s);
+    const int reader = open(QFile::encodeName(log.path()).constData(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    debugLog(u"into somebody's pipe"_s);
+    char byte = 0;
+    EXPECT_EQ(read(reader, &byte, 1), 0);
+    close(reader);
 
     setDebugLogPath(log.path() + u"/no/such/folder"_s);
     debugLog(u"nowhere"_s);
+
+    const DebugLogFile next;
+    debugLog(u"and on"_s);
+    EXPECT_EQ(next.messages(), QStringList(u"and on"_s));
+}
+
+TEST(DebugLogTest, a_log_that_others_could_read_is_closed_to_them) {
+    const DebugLogFile log;
+    QFile file(log.path());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(chmod(QFile::encodeName(log.path()).constData(), 0666), 0);
+    debugLog(u"private"_s);
+    EXPECT_EQ(log.messages(), QStringList(u"private"_s));
+    EXPECT_EQ(QFileInfo(log.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
+#include "platform/linux/x11/x11_connection.h"
 #include "support/print_to.h"
 
 namespace tralio {
@@ -31,6 +32,48 @@ TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape
     desktop.click(terminal, {20, 20}, 1);
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
     EXPECT_TRUE(program.isRunning());
+}
+
+TEST(PopoverWindow, opens_at_the_tray_icon_and_closes_at_the_next_click) {
+    VirtualDesktop desktop;
+    ProgramRun program(desktop);
+    const auto clickIcon = [&] {
+        // The icon is the program's only window while the popover is hidden, and the tray's otherwise.
+        desktop.run(u"xdotool"_s,
+                    {u"mousemove"_s, u"--window"_s, program.trayIcon(), u"8"_s, u"8"_s, u"click"_s, u"1"_s});
+    };
+    ASSERT_TRUE(waitUntil([&] { return !program.trayIcon().isEmpty(); }));
+    clickIcon();
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    const QImage screen = desktop.screenshot(desktop.home() + u"/screen.png"_s);
+    const QRect area = program.popoverArea();
+    EXPECT_TRUE(screen.rect().contains(area));
+    EXPECT_GT(area.bottom(), screen.height() / 2) << "the tray is at the bottom of the screen";
+    clickIcon();
+    EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+}
+
+TEST(PopoverWindow, stays_while_another_program_takes_the_keyboard_for_a_moment) {
+    VirtualDesktop desktop;
+    ProgramRun program(desktop);
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+
+    qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8());
+    const auto other = X11Connection::open();
+    const XcbPtr<xcb_grab_keyboard_reply_t> grab{
+        xcb_grab_keyboard_reply(other->xcb(),
+                                xcb_grab_keyboard(other->xcb(), 1, other->root(), XCB_CURRENT_TIME,
+                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                nullptr)};
+    ASSERT_TRUE(grab);
+    EXPECT_FALSE(waitUntil([&] { return !program.isPopoverShown(); }, 1)) << "closed by the grab alone";
+    xcb_ungrab_keyboard(other->xcb(), XCB_CURRENT_TIME);
+    other->sync();
+
+    desktop.start(u"xterm"_s);
+    ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
+    EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
 }
 
 TEST(PopoverWindow, shows_what_went_wrong_when_the_model_does_not_answer) {

@@ -77,6 +77,18 @@ AtspiReference ProgramRun::find(const std::function<bool(const QString&)>& isWan
                       {m_accessibility, primary, static_cast<qint32>(processId()), budget});
 }
 
+QString ProgramRun::trayIcon() const {
+    const auto windows = [this](const QString& by, const QString& what) {
+        return m_desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, by, what}).split(u'\n');
+    };
+    const QStringList popovers = windows(u"--name"_s, u"^Tralio$"_s);
+    for (const QString& window : windows(u"--class"_s, u"^tralio$"_s)) {
+        if (!popovers.contains(window))
+            return window;
+    }
+    return {};
+}
+
 QRect ProgramRun::popoverArea() const {
     // X=…, Y=…, WIDTH=…, HEIGHT=…, a line each.
     const QString geometry = m_desktop.run(

@@ -21,6 +21,8 @@ public:
     [[nodiscard]] bool isPopoverShown() const;
     /// Whether it also has the keyboard.
     [[nodiscard]] bool isPopoverInFront() const;
+    /// The window of the icon in the tray; empty while there is none.
+    [[nodiscard]] QString trayIcon() const;
     /// Where the popover is on the screen.
     [[nodiscard]] QRect popoverArea() const;
     /// The text of the popover's result, as a screen reader gets it.

@@ -1,3 +1,5 @@
+#include <QFile>
+
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
@@ -53,16 +55,20 @@ TEST_F(Selection, of_a_qt_editor_is_translated_and_the_clipboard_stays) {
     EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
 }
 
-TEST_F(Selection, of_a_browser_page_is_translated_and_the_clipboard_stays) {
+/// A browser as it is, and one that tells of every element of a page.
+class BrowserSelection : public Selection, public testing::WithParamInterface<QString> {};
+
+TEST_P(BrowserSelection, is_translated_and_the_clipboard_stays) {
     desktop.setClipboard(u"vẫn còn đây"_s);
     const QString page = desktop.write(
-        u"a.html"_s,
-        u"<meta charset=utf-8><body style='margin:0;font-size:24px'><p style='margin:0'>%1</p>"_s.arg(
-            sentence));
-    desktop.start(u"chromium"_s,
-                  {u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
-                   u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
-                   u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"--app=file://"_s + page});
+        u"a.html"_s, u"<meta charset=utf-8><body style='margin:0;font-size:24px'><p style='margin:0'>%1</p><p>…</p>"_s
+                         .arg(sentence));
+    QStringList options{u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
+                        u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
+                        u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"--app=file://"_s + page};
+    if (!GetParam().isEmpty())
+        options += GetParam();
+    desktop.start(u"chromium"_s, options);
     const QString window = desktop.bringToFront(u"chromium"_s);
     ASSERT_FALSE(window.isEmpty());
     ASSERT_TRUE(waitUntil([&] {
@@ -73,10 +79,15 @@ TEST_F(Selection, of_a_browser_page_is_translated_and_the_clipboard_stays) {
     EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
 }
 
+INSTANTIATE_TEST_SUITE_P(, BrowserSelection, testing::Values(u""_s, u"--force-renderer-accessibility"_s),
+                         [](const auto& info) { return info.index == 0 ? "as_it_is" : "with_its_whole_tree"; });
+
 TEST_F(Selection, of_a_terminal_is_translated_and_what_runs_in_it_is_not_interrupted) {
     const QString text = desktop.write(u"a.txt"_s, sentence);
-    desktop.start(u"xterm"_s, {u"-u8"_s, u"-fa"_s, u"Noto Sans Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s,
-                               u"cat '%1'; sleep 100; touch '%2/ended'"_s.arg(text, desktop.home())});
+    desktop.start(u"xterm"_s,
+                  {u"-u8"_s, u"-fa"_s, u"Noto Sans Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s,
+                   u"trap \"touch '%2/interrupted'\" INT; cat '%1'; while true; do sleep 1; done"_s.arg(
+                       text, desktop.home())});
     const QString window = desktop.bringToFront(u"xterm"_s);
     ASSERT_FALSE(window.isEmpty());
     ASSERT_TRUE(waitUntil([&] {
@@ -87,11 +98,11 @@ TEST_F(Selection, of_a_terminal_is_translated_and_what_runs_in_it_is_not_interru
 
     // With nothing marked, every layer is tried. None may send the terminal an interrupt.
     desktop.press(u"Escape"_s);
-    desktop.setClipboard(u"khác"_s);
     desktop.run(u"sh"_s, {u"-c"_s, u"xclip -selection primary /dev/null"_s});
     ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
     EXPECT_TRUE(program.translateSelection().isNull());
     EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+    EXPECT_FALSE(QFile::exists(desktop.home() + u"/interrupted"_s));
     EXPECT_TRUE(desktop.isVisible(u"xterm"_s));
 }
 
@@ -102,11 +113,35 @@ TEST_F(Selection, that_only_the_menu_copies_is_translated) {
     EXPECT_EQ(desktop.clipboard(), sentence);
 }
 
-TEST_F(Selection, of_an_application_that_tells_nothing_is_copied_by_its_shortcut) {
-    QProcessEnvironment mute = desktop.environment();
-    mute.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);  // no bus, no accessibility
-    desktop.startIn(mute, QStringLiteral(SELECTION_PROBE), {sentence});
-    ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
+/// An application that answers neither the accessibility bus nor for PRIMARY: it has to be asked by keyboard.
+class SilentApplication : public Selection {
+protected:
+    void startProbe() {
+        QProcessEnvironment mute = desktop.environment();
+        mute.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
+        desktop.startIn(mute, QStringLiteral(SELECTION_PROBE), {sentence});
+        ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
+    }
+};
+
+TEST_F(SilentApplication, is_copied_from_by_its_shortcut) {
+    startProbe();
+    expectTranslated();
+    EXPECT_EQ(desktop.clipboard(), sentence);
+}
+
+TEST_F(SilentApplication, is_copied_from_while_the_user_still_holds_the_hot_key) {
+    startProbe();
+    desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
+    EXPECT_TRUE(waitUntil([this] { return !program.standIn().requests().isEmpty(); }));
+    desktop.release({u"d"_s, u"shift"_s, u"super"_s});
+    ASSERT_FALSE(program.standIn().requests().isEmpty());
+    EXPECT_EQ(program.standIn().requests().last().userText(), sentence);
+}
+
+TEST_F(SilentApplication, is_copied_from_by_the_key_that_means_control) {
+    desktop.run(u"setxkbmap"_s, {u"us"_s, u"-option"_s, u"ctrl:swapcaps"_s});
+    startProbe();
     expectTranslated();
     EXPECT_EQ(desktop.clipboard(), sentence);
 }
@@ -122,6 +157,16 @@ TEST_F(Selection, left_over_from_another_application_is_not_taken_for_one) {
     ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
     EXPECT_TRUE(program.translateSelection().isNull());
     EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+}
+
+TEST_F(Selection, is_translated_when_the_window_manager_has_died) {
+    desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, sentence)});
+    const QString editor = desktop.bringToFront(u"Mousepad"_s);
+    ASSERT_FALSE(editor.isEmpty());
+    desktop.press(u"ctrl+a"_s);
+    desktop.killWindowManager();
+    desktop.run(u"xdotool"_s, {u"windowfocus"_s, u"--sync"_s, editor});
+    EXPECT_EQ(program.translateSelection(), sentence);
 }
 
 TEST_F(Selection, is_translated_whatever_locks_are_on) {

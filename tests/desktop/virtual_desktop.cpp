@@ -42,7 +42,7 @@ VirtualDesktop::VirtualDesktop(Tray tray) : m_environment(QProcessEnvironment::s
 
     startDisplay();
     startBus();
-    start(u"openbox"_s, {u"--sm-disable"_s});
+    m_windowManager = &start(u"openbox"_s, {u"--sm-disable"_s});
     const bool managed = waitUntil([this] {
         return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s}).contains(u"window id");
     });
@@ -102,6 +102,11 @@ QProcess& VirtualDesktop::startIn(const QProcessEnvironment& environment, const 
     return *m_processes.back();
 }
 
+void VirtualDesktop::killWindowManager() {
+    m_windowManager->kill();
+    m_windowManager->waitForFinished();
+}
+
 void VirtualDesktop::startCompositor() {
     run(u"xsetroot"_s, {u"-solid"_s, u"#D5DBE3"_s});
     start(u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s});
@@ -152,6 +157,14 @@ bool VirtualDesktop::isVisible(const QString& windowClass) const {
 
 void VirtualDesktop::press(const QString& keys) const {
     run(u"xdotool"_s, {u"key"_s, keys});
+}
+
+void VirtualDesktop::hold(const QStringList& keys) const {
+    run(u"xdotool"_s, QStringList{u"keydown"_s} + keys);
+}
+
+void VirtualDesktop::release(const QStringList& keys) const {
+    run(u"xdotool"_s, QStringList{u"keyup"_s} + keys);
 }
 
 void VirtualDesktop::type(const QString& text) const {

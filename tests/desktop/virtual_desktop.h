@@ -40,6 +40,9 @@ public:
     /// Starts a compositor, so that windows may be translucent, and gives the screen a colour.
     void startCompositor();
 
+    /// Ends the window manager without a chance to tidy up.
+    void killWindowManager();
+
     /// Runs a program on this desktop to its end and gives its output.
     QString run(const QString& program, const QStringList& arguments) const;
 
@@ -51,6 +54,9 @@ public:
     [[nodiscard]] bool isVisible(const QString& windowClass) const;
 
     void press(const QString& keys) const;
+    /// Holds keys down, in their order, or lets them go.
+    void hold(const QStringList& keys) const;
+    void release(const QStringList& keys) const;
     void type(const QString& text) const;
     /// Clicks at a place of a window, given from its top left corner.
     void click(const QString& window, const QPoint& place, int times) const;
@@ -68,6 +74,7 @@ private:
     QTemporaryDir m_home;
     QProcessEnvironment m_environment;
     std::vector<std::unique_ptr<QProcess>> m_processes;
+    QProcess* m_windowManager = nullptr;
 };
 
 }  // namespace tralio

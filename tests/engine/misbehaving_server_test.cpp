@@ -159,5 +159,13 @@ TEST(TransportErrorTest, every_failure_is_described_and_names_the_server_but_nev
     EXPECT_TRUE(add(TransportError::replyTooLarge(url, 8 * 1024 * 1024)).contains(u"8 MB"));
 }
 
+TEST_F(MisbehavingServerTest, a_server_that_points_to_another_host_gets_neither_key_nor_text_sent_there) {
+    StandInModel other;
+    const QUrl target(u"http://localhost:%1/v1/chat/completions"_s.arg(other.port()));
+    standIn.replies(StandInReply::redirect(307, target.toEncoded()));
+    expectTransportError(TransportError::fromNetworkError(QNetworkReply::InsecureRedirectError, endpoint()));
+    EXPECT_TRUE(other.requests().isEmpty());
+}
+
 }  // namespace
 }  // namespace tralio

@@ -169,5 +169,19 @@ TEST_F(ControlTest, a_spinner_turns_only_while_it_can_be_seen) {
     EXPECT_TRUE(spinner->isTurning());
 }
 
+TEST_F(ControlTest, a_window_may_be_hidden_while_a_tooltip_shows) {
+    setTooltip(m_button, u"Dịch"_s);
+    const qsizetype without = m_window.findChildren<QWidget*>().size();
+    const auto bubbles = [&] { return m_window.findChildren<QWidget*>().size() - without; };
+    for (int round = 0; round < 3; ++round) {
+        QEnterEvent enter(QPointF(5, 5), QPointF(5, 5), QPointF(5, 5));
+        QApplication::sendEvent(m_button, &enter);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return bubbles() == 1; }));
+        m_window.hide();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return bubbles() == 0; }));
+        m_window.show();
+    }
+}
+
 }  // namespace
 }  // namespace tralio

@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -253,6 +254,17 @@ TEST(ReadingArea, can_be_selected_and_copied_but_not_changed) {
     EXPECT_TRUE(area.textCursor().hasSelection()) << "the same text keeps its selection";
     area.setText(u"khác"_s);
     EXPECT_FALSE(area.textCursor().hasSelection());
+}
+
+TEST_F(InputViewTest, a_text_of_one_endless_word_is_shown_without_a_freeze_and_comes_back_whole) {
+    const QString endless(300'000, u'x');
+    QElapsedTimer time;
+    time.start();
+    setFromOutside(endless);
+    QTest::keyClicks(&m_view, u"yz"_s);
+    static_cast<void>(pictureOf(m_view));
+    EXPECT_LT(time.elapsed(), 5000) << "it takes half a minute where each line looks for the end of the word";
+    EXPECT_EQ(m_text, endless + u"yz"_s);
 }
 
 }  // namespace

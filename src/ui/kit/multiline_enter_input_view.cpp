@@ -120,6 +120,7 @@ bool MultilineEnterInputView::canInsertFromMimeData(const QMimeData* source) con
 
 void MultilineEnterInputView::insertFromMimeData(const QMimeData* source) {
     if (source->hasText()) {
+        prepareFor(source->text());
         insertPlainText(source->text());
         ensureCursorVisible();
     }

@@ -38,7 +38,6 @@ private:
     void confirmComposition();
     void hideToolkitCaret();
     void restartCaret();
-    void updateCaret();
     [[nodiscard]] QRectF caretArea() const;
 
     Binding<QString> m_text;

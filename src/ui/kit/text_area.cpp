@@ -76,7 +76,23 @@ void TextArea::setScrollFrame(QWidget* frame) {
     m_scrollBar->setFrame(frame);
 }
 
+void TextArea::prepareFor(const QString& text) {
+    // Looking for a place between words, the layout runs through a whole word for each of its lines: a megabyte
+    // without a blank would take it half a minute.
+    constexpr qsizetype longestWord = 2000;
+    qsizetype word = 0;
+    for (const QChar character : text) {
+        word = character.isSpace() ? 0 : word + 1;
+        if (word > longestWord) {
+            setWordWrapMode(QTextOption::WrapAnywhere);
+            return;
+        }
+    }
+}
+
 void TextArea::replaceText(const QString& text) {
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    prepareFor(text);
     if (isComposing()) {
         QGuiApplication::inputMethod()->reset();
     }

@@ -34,6 +34,9 @@ protected:
     /// Replaces the whole content in one step that can be undone. The caret goes to the end.
     void replaceText(const QString& text);
 
+    /// Call before a text of any origin is inserted.
+    void prepareFor(const QString& text);
+
     /// Whether an input method shows a composition that is not in the text yet.
     [[nodiscard]] bool isComposing() const;
 

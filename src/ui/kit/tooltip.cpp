@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <utility>
 
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
@@ -95,7 +96,7 @@ protected:
 
 private:
     void show() {
-        delete m_bubble;
+        removeBubble();
         if (m_target && m_target->isVisible() && !m_target->toolTip().isEmpty()) {
             m_bubble = new Bubble(*m_target, m_target->toolTip());
             m_bubble->show();
@@ -106,7 +107,15 @@ private:
     void dismiss() {
         m_timer.stop();
         m_target = nullptr;
-        delete m_bubble;
+        removeBubble();
+    }
+
+    /// Not deleted at once: the window may be hiding its children, the bubble among them, right now.
+    void removeBubble() {
+        if (QWidget* bubble = std::exchange(m_bubble, nullptr)) {
+            bubble->hide();
+            bubble->deleteLater();
+        }
     }
 
     QBasicTimer m_timer;

@@ -28,6 +28,10 @@ QList<MenuEntry> entries(const QStringList& titles) {
     return list;
 }
 
+QString characterCountText(const QString& text) {
+    return u"%1 ký tự"_s.arg(characterCount(text));
+}
+
 QList<MenuEntry> toneEntries(const TranslationTone& current) {
     QList<MenuEntry> list;
     for (const TranslationTone& tone : TranslationTone::allCases())
@@ -92,7 +96,7 @@ QWidget* TranslateView::inputBox() {
 }
 
 QWidget* TranslateView::toolRow() {
-    m_characterCount = new Label(QString(), text::smallCaption, ColorRole::Secondary);
+    m_characterCount = new Label(characterCountText(m_counted), text::smallCaption, ColorRole::Secondary);
     ButtonStyle aligned = button::word;
     aligned.padding = 4;  // its text ends as far inside the box's edge as the count begins
     m_clear = new Button(aligned, {.title = u"Xóa"_s});
@@ -154,7 +158,10 @@ void TranslateView::refresh() {
 
     const QString input = m_state.inputText.get();
     m_input->refresh();
-    m_characterCount->setText(u"%1 ký tự"_s.arg(characterCount(input)));
+    if (input != m_counted) {
+        m_counted = input;
+        m_characterCount->setText(characterCountText(input));
+    }
     m_clear->setVisible(!input.isEmpty());
 
     const bool translating = m_state.isTranslating();

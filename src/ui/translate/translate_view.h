@@ -44,6 +44,7 @@ private:
     MenuButton* m_tone;
     MultilineEnterInputView* m_input;
     Label* m_characterCount;
+    QString m_counted;  ///< counting a long text at every refresh would be felt while typing
     Button* m_clear;
     Button* m_translate;
     Button* m_cancel;

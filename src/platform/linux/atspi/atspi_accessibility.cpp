@@ -1,5 +1,6 @@
 #include "platform/linux/atspi/atspi_accessibility.h"
 
+#include <algorithm>
 #include <deque>
 #include <utility>
 
@@ -9,7 +10,8 @@
 namespace tralio {
 namespace {
 
-constexpr qint64 layerLimit = 200;  // milliseconds
+constexpr qint64 layerLimit = 200;   // milliseconds
+constexpr qint64 searchLimit = 120;  // milliseconds, of the layer's: the PRIMARY selection wants some too
 constexpr int menuBarDepth = 5;
 
 /// The active window of the application. Which process an application is the bus knows: hung ones in the list
@@ -26,9 +28,11 @@ AtspiReference activeWindow(const AtspiContext& context) {
     return {};
 }
 
-/// The focused element below `window`, among what is visible, breadth first.
-AtspiReference searchFocus(const AtspiReference& window, const AtspiContext& context) {
-    std::deque<AtspiReference> waiting{window};
+/// The focused element of the application's active window, among what is visible, breadth first.
+AtspiReference searchFocus(const AtspiContext& whole) {
+    const AtspiContext context{whole.bus, whole.primary, whole.processId,
+                               TimeBudget(std::min<qint64>(whole.budget.left(), searchLimit))};
+    std::deque<AtspiReference> waiting{activeWindow(context)};
     while (!waiting.empty() && !context.budget.isSpent()) {
         const AtspiReference element = std::exchange(waiting.front(), {});
         waiting.pop_front();
@@ -45,15 +49,34 @@ AtspiReference searchFocus(const AtspiReference& window, const AtspiContext& con
     return {};
 }
 
+/// Whether a menu bar may hang below. What else stands in a window may be a table that makes its cells when
+/// asked for them.
+bool holdsMenuBars(AtspiRole role) {
+    switch (role) {
+        case AtspiRole::filler:
+        case AtspiRole::frame:
+        case AtspiRole::layeredPane:
+        case AtspiRole::panel:
+        case AtspiRole::rootPane:
+        case AtspiRole::splitPane:
+            return true;
+        default:
+            return false;
+    }
+}
+
 AtspiReference searchMenuBar(const AtspiReference& window, const AtspiContext& context) {
     QList<AtspiReference> level{window};
     for (int depth = 0; depth < menuBarDepth && !level.isEmpty(); ++depth) {
         QList<AtspiReference> below;
-        for (const AtspiReference& element : std::as_const(level))
-            below += childrenOf(element, context);
-        for (const AtspiReference& element : std::as_const(below)) {
-            if (roleOf(element, context) == AtspiRole::menuBar)
-                return element;
+        for (const AtspiReference& element : std::as_const(level)) {
+            for (const AtspiReference& child : childrenOf(element, context)) {
+                const AtspiRole role = roleOf(child, context);
+                if (role == AtspiRole::menuBar)
+                    return child;
+                if (holdsMenuBars(role))
+                    below.push_back(child);
+            }
         }
         level = below;
     }
@@ -79,14 +102,16 @@ std::shared_ptr<const AtspiContext> AtspiAccessibility::newContext(qint32 proces
 std::unique_ptr<AccessibleElement> AtspiAccessibility::focusedElement(qint32 processId) {
     if (!m_switch.isOn())
         return nullptr;
-    m_bus.open();  // again, should the bus have been restarted
     const auto context = newContext(processId);
     AtspiReference element = m_bus.lastFocused(processId, context->budget);
-    if (element.isNull()) {
-        const AtspiReference window = activeWindow(*context);
-        element = window.isNull() ? window : searchFocus(window, *context);
-        if (!element.isNull())
-            m_bus.rememberFocus(element);
+    // Some applications tell of no focus when a window opens or closes. Our own grab takes the focus from the
+    // right element for a moment too, so that one is given up only for a better one.
+    const bool stillThere = !element.isNull() && statesOf(element, *context).contains(AtspiState::focused);
+    if (!stillThere) {
+        if (AtspiReference found = searchFocus(*context); !found.isNull()) {
+            m_bus.rememberFocus(found);
+            element = std::move(found);
+        }
     }
     return std::make_unique<AtspiElement>(std::move(element), context);
 }

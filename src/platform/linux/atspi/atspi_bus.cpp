@@ -86,6 +86,10 @@ void AtspiBus::listen() {
     m_bus->connect(busItself, QString(), busItself, u"NameOwnerChanged"_s, this,
                    SLOT(ownerChanged(QString, QString, QString)));
 
+    // When the bus goes, its successor is joined at once.
+    m_bus->connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
+                   u"Disconnected"_s, this, SLOT(open()));
+
     // Applications send events only when somebody has asked for them.
     auto registration = QDBusMessage::createMethodCall(registry, registryPath, registry, u"RegisterEvent"_s);
     registration << u"object:state-changed:focused"_s << QStringList() << QString();

@@ -52,11 +52,14 @@ public:
     AtspiBus() = default;
     ~AtspiBus() override;
 
+    [[nodiscard]] bool isOpen() const;
+
+public Q_SLOTS:
     /// Asks the session where the accessibility bus is, and connects. Returns at once; does nothing when the
     /// bus is connected already, and may be tried again when it could not be reached.
     void open();
-    [[nodiscard]] bool isOpen() const;
 
+public:
     /// Calls a method of an object and gives the values it returned; absent when it failed or the time is
     /// over.
     [[nodiscard]] std::optional<QVariantList> call(const AtspiReference& object, const QString& interface,

@@ -28,6 +28,11 @@ quint16 bitsOf(xcb_key_symbols_t* symbols, const xcb_get_modifier_mapping_reply_
     return bits;
 }
 
+/// A key that is held gives one bit, whatever others are mapped to.
+quint16 firstBit(quint16 bits) {
+    return static_cast<quint16>(bits & -bits);
+}
+
 }  // namespace
 
 ModifierMap::ModifierMap(const X11Connection& connection) {
@@ -36,8 +41,8 @@ ModifierMap::ModifierMap(const X11Connection& connection) {
         connection.xcb(), xcb_get_modifier_mapping(connection.xcb()), nullptr)};
     quint16 locks = XCB_MOD_MASK_LOCK;
     if (symbols && mapping) {
-        m_super = bitsOf(symbols.get(), *mapping, {XK_Super_L, XK_Super_R});
-        m_alt = bitsOf(symbols.get(), *mapping, {XK_Alt_L, XK_Meta_L});
+        m_super = firstBit(bitsOf(symbols.get(), *mapping, {XK_Super_L, XK_Super_R}));
+        m_alt = firstBit(bitsOf(symbols.get(), *mapping, {XK_Alt_L, XK_Alt_R}));
         locks |= bitsOf(symbols.get(), *mapping, {XK_Num_Lock, XK_Scroll_Lock});
     }
     if (m_super == 0)

@@ -20,6 +20,8 @@ public:
     /// The bits that hot keys can be made of; the others, locks among them, do not tell them apart.
     [[nodiscard]] quint16 significant() const;
 
+    bool operator==(const ModifierMap&) const = default;
+
     /// Every combination of the locks (Caps, Num, Scroll) that can be on while a hot key is pressed.
     [[nodiscard]] const std::vector<quint16>& lockCombinations() const { return m_lockCombinations; }
 

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/selection_reader.h"
 
+#include <QStringDecoder>
+
 #include <cstring>
 
 namespace tralio {
@@ -10,6 +12,12 @@ constexpr qsizetype maxBytes = 64 << 20;
 template <typename Event>
 const Event* eventAs(const xcb_generic_event_t& event, quint8 type) {
     return (event.response_type & 0x7f) == type ? &reinterpret_cast<const Event&>(event) : nullptr;
+}
+
+/// As it is: a text may begin with what is a byte order mark in a file.
+QString fromUtf8(const QByteArray& bytes) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder.decode(bytes);
 }
 
 /// One conversion: a window and a property of our own for as long as it lasts, so that the late answer to an
@@ -118,7 +126,7 @@ std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t s
         if (!offers(connection.atom(target)))
             continue;
         if (const auto bytes = conversion.convert(connection.atom(target)))
-            return QString::fromUtf8(*bytes);
+            return fromUtf8(*bytes);
     }
     if (!offers(XCB_ATOM_STRING))
         return std::nullopt;

@@ -73,9 +73,13 @@ void X11Connection::addEventHandler(EventHandler handler) {
 }
 
 void X11Connection::dispatchPending() {
-    while (auto* event = xcb_poll_for_event(m_xcb))
-        m_waiting.emplace_back(event);
-    while (!m_waiting.empty()) {
+    // A handler that waits for a reply may read further events, which then make no socket readable: look
+    // again after each.
+    while (true) {
+        while (auto* event = xcb_poll_for_event(m_xcb))
+            m_waiting.emplace_back(event);
+        if (m_waiting.empty())
+            return;
         auto event = std::move(m_waiting.front());
         m_waiting.pop_front();
         receive(std::move(event));
@@ -137,6 +141,12 @@ std::optional<qint32> X11Connection::processOf(xcb_window_t window) {
     }
     const auto said = cardinal(window, atom("_NET_WM_PID"));
     return said ? std::optional(static_cast<qint32>(*said)) : std::nullopt;
+}
+
+bool X11Connection::hasWindowManager() {
+    const xcb_atom_t check = atom("_NET_SUPPORTING_WM_CHECK");
+    const auto window = cardinal(m_root, check);
+    return window && cardinal(*window, check) == window;
 }
 
 void X11Connection::sync() {

@@ -57,6 +57,9 @@ public:
     /// lie), or as the window says where the server does not.
     [[nodiscard]] std::optional<qint32> processOf(xcb_window_t window);
 
+    /// Whether a window manager runs. What one has said stays on the screen when it dies, so it is asked.
+    [[nodiscard]] bool hasWindowManager();
+
     /// Waits until the server has dealt with everything asked so far.
     void sync();
     /// The server's present time, for requests that must not look old.

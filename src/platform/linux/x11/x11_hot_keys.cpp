@@ -1,19 +1,27 @@
 #include "platform/linux/x11/x11_hot_keys.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
+#include "common/debug_log.h"
 #include "platform/linux/x11/key_codes.h"
 
 namespace tralio {
 namespace {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 constexpr quint32 commandOptionControl = 256 | 2048 | 4096;
 
-/// Virtual key codes from here on are function and navigation keys, which may stand alone.
-constexpr quint32 firstNonTypingKey = 96;
+/// F1 to F20, which may stand alone.
+constexpr std::array<quint32, 20> functionKeys{122, 120, 99,  118, 96,  97,  98, 100, 101, 109,
+                                               103, 111, 105, 107, 113, 106, 64, 79,  80,  90};
+
+bool isFunctionKey(quint32 keyCode) {
+    return std::find(functionKeys.begin(), functionKeys.end(), keyCode) != functionKeys.end();
+}
 
 }  // namespace
 
@@ -30,7 +38,7 @@ EventHandlerRef X11HotKeys::installEventHandler(EventHandler handler) {
 
 HotKeyPlatform::Registration X11HotKeys::registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) {
     const auto xKeyCode = x11KeyCode(keyCode);
-    if (!xKeyCode || (!(modifiers & commandOptionControl) && keyCode < firstNonTypingKey))
+    if (!xKeyCode || (!(modifiers & commandOptionControl) && !isFunctionKey(keyCode)))
         return {hotKeyInvalid, std::nullopt};
 
     const HotKey hotKey{HotKeyRef{++m_lastRef}, id, *xKeyCode, modifiers};
@@ -103,32 +111,51 @@ void X11HotKeys::press(const xcb_key_press_event_t& event) {
     if (pressed == m_hotKeys.end())
         return;
 
-    // With the keyboard let go, the release goes to the application in front and repeats look like presses.
-    m_heldKey = event.detail;
-    m_releaseWatch.start();
-
+    hold(event.detail);
     const HotKeyID id = pressed->id;
     for (const EventHandler& handler : m_handlers)
         handler(id);
 }
 
+void X11HotKeys::hold(quint8 keyCode) {
+    m_heldKey = keyCode;
+    m_releaseWatch.start();
+    // Refused, harmlessly, where another program has the key with other modifiers.
+    xcb_grab_key(m_connection.xcb(), 1, m_connection.root(), XCB_MOD_MASK_ANY, keyCode, XCB_GRAB_MODE_ASYNC,
+                 XCB_GRAB_MODE_ASYNC);
+    xcb_flush(m_connection.xcb());
+}
+
 void X11HotKeys::watchForRelease() {
+    // With the keyboard let go, the release goes to the application in front.
     const XcbPtr<xcb_query_keymap_reply_t> keymap{
         xcb_query_keymap_reply(m_connection.xcb(), xcb_query_keymap(m_connection.xcb()), nullptr)};
-    const bool down = keymap && m_heldKey && (keymap->keys[*m_heldKey / 8] >> (*m_heldKey % 8) & 1) != 0;
-    if (down)
+    const quint8 key = *m_heldKey;
+    if (keymap && (keymap->keys[key / 8] >> (key % 8) & 1) != 0)
         return;
     m_heldKey.reset();
     m_releaseWatch.stop();
+    xcb_ungrab_key(m_connection.xcb(), key, m_connection.root(), XCB_MOD_MASK_ANY);
+    for (const HotKey& hotKey : m_hotKeys) {
+        if (hotKey.keyCode == key)
+            grabAgain(hotKey);
+    }
 }
 
 void X11HotKeys::remapKeyboard() {
     const ModifierMap modifiers(m_connection);
+    if (modifiers == m_modifiers)
+        return;  // key codes are positions: nothing else matters
     for (const HotKey& hotKey : m_hotKeys)
         ungrab(hotKey);
     m_modifiers = modifiers;
     for (const HotKey& hotKey : m_hotKeys)
-        grab(hotKey);
+        grabAgain(hotKey);
+}
+
+void X11HotKeys::grabAgain(const HotKey& hotKey) {
+    if (grab(hotKey) != 0)
+        debugLog(u"X11HotKeys: another program has taken the hot key %1"_s.arg(hotKey.id.id));
 }
 
 }  // namespace tralio

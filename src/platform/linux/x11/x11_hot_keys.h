@@ -14,12 +14,14 @@ namespace tralio {
 /// the keyboard is mapped otherwise.
 ///
 /// A grab that fired holds the whole keyboard, so it is let go as soon as the press has been read: otherwise
-/// synthetic keys would come back to us instead of reaching the application in front.
+/// synthetic keys would come back to us instead of reaching the application in front. Until the key has been
+/// released it is ours with any modifiers: its repeats are no presses, and once the modifiers have been
+/// released for a synthetic shortcut they would be typed over the user's selection.
 class X11HotKeys final : public HotKeyPlatform {
 public:
     /// The combination belongs to another program, or to another hot key of this one.
     static constexpr HotKeyStatus hotKeyExists = -9878;
-    /// No such key on this keyboard, or one that people type with: without Control, Option or Command it
+    /// No such key on this keyboard, or one other than a function key without Control, Option or Command: it
     /// would be lost to every other program.
     static constexpr HotKeyStatus hotKeyInvalid = -9879;
 
@@ -38,10 +40,12 @@ private:
     };
 
     void handle(const xcb_generic_event_t& event);
+    void hold(quint8 keyCode);
     void press(const xcb_key_press_event_t& event);
     void watchForRelease();
     void remapKeyboard();
-    HotKeyStatus grab(const HotKey& hotKey);
+    [[nodiscard]] HotKeyStatus grab(const HotKey& hotKey);
+    void grabAgain(const HotKey& hotKey);
     void ungrab(const HotKey& hotKey);
 
     X11Connection& m_connection;
@@ -49,7 +53,7 @@ private:
     std::vector<HotKey> m_hotKeys;
     std::vector<EventHandler> m_handlers;
     quint64 m_lastRef = 0;
-    std::optional<quint8> m_heldKey;  ///< pressed and not yet seen released: its repeats are no presses
+    std::optional<quint8> m_heldKey;  ///< pressed and not yet seen released
     QTimer m_releaseWatch;
 };
 

@@ -2,7 +2,8 @@
 
 #include <X11/keysym.h>
 #include <algorithm>
-#include <vector>
+#include <array>
+#include <utility>
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
@@ -15,95 +16,102 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr quint32 commandFlag = 0x100000;
-constexpr quint16 virtualKeyC = 8;
-constexpr quint16 virtualKeyControl = 59;
-constexpr quint16 virtualKeyShift = 56;
+constexpr quint16 keyC = 8;
+constexpr quint16 keyShift = 56;
+constexpr quint16 keyControl = 59;
+
+/// The keys that are meant by what they do, by virtual key code.
+constexpr std::array<std::pair<quint16, xcb_keysym_t>, 9> keysByMeaning{{{keyC, XK_c},
+                                                                         {54, XK_Super_R},
+                                                                         {55, XK_Super_L},
+                                                                         {keyShift, XK_Shift_L},
+                                                                         {58, XK_Alt_L},
+                                                                         {keyControl, XK_Control_L},
+                                                                         {60, XK_Shift_R},
+                                                                         {61, XK_Alt_R},
+                                                                         {62, XK_Control_R}}};
 
 enum class CopyShortcut { control, controlShift, none };
 
-/// Window classes, lower-cased, of terminals: those with a shortcut of their own, and those without one.
+/// Window classes, lower-cased and blank-separated, of terminals: those with a shortcut of their own, and
+/// those without one.
+constexpr QStringView terminalsWithShortcut =
+    u" gnome-terminal gnome-terminal-server org.gnome.terminal org.gnome.console kgx org.gnome.ptyxis "
+    u"konsole "
+    u"org.kde.konsole yakuake xfce4-terminal mate-terminal lxterminal qterminal terminator tilix guake tilda "
+    u"roxterm "
+    u"alacritty kitty foot org.wezfurlong.wezterm terminology ghostty com.mitchellh.ghostty deepin-terminal "
+    u"io.elementary.terminal sakura cool-retro-term tabby hyper ";
+constexpr QStringView terminalsWithoutShortcut =
+    u" xterm uxterm urxvt rxvt st st-256color stterm mlterm eterm aterm ";
+
 CopyShortcut copyShortcutIn(const QString& windowClass) {
-    static const QStringList withShortcut{u"gnome-terminal"_s,
-                                          u"gnome-terminal-server"_s,
-                                          u"org.gnome.terminal"_s,
-                                          u"org.gnome.console"_s,
-                                          u"org.gnome.ptyxis"_s,
-                                          u"konsole"_s,
-                                          u"org.kde.konsole"_s,
-                                          u"yakuake"_s,
-                                          u"xfce4-terminal"_s,
-                                          u"mate-terminal"_s,
-                                          u"lxterminal"_s,
-                                          u"qterminal"_s,
-                                          u"terminator"_s,
-                                          u"tilix"_s,
-                                          u"guake"_s,
-                                          u"alacritty"_s,
-                                          u"kitty"_s,
-                                          u"foot"_s,
-                                          u"org.wezfurlong.wezterm"_s,
-                                          u"terminology"_s,
-                                          u"ghostty"_s,
-                                          u"com.mitchellh.ghostty"_s,
-                                          u"deepin-terminal"_s,
-                                          u"sakura"_s,
-                                          u"cool-retro-term"_s};
-    static const QStringList withoutShortcut{u"xterm"_s, u"uxterm"_s,      u"urxvt"_s, u"rxvt"_s,
-                                             u"st"_s,    u"st-256color"_s, u"eterm"_s, u"aterm"_s};
-    if (withShortcut.contains(windowClass))
+    const QString word = u' ' + windowClass.toLower() + u' ';
+    if (terminalsWithShortcut.contains(word))
         return CopyShortcut::controlShift;
-    return withoutShortcut.contains(windowClass) ? CopyShortcut::none : CopyShortcut::control;
+    return terminalsWithoutShortcut.contains(word) ? CopyShortcut::none : CopyShortcut::control;
 }
 
 using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)>;
+
+/// The key that does on the present layout what the virtual key is meant for.
+std::optional<quint8> keyFor(const X11Connection& connection, quint16 virtualKeyCode) {
+    const auto* meant = std::find_if(keysByMeaning.begin(), keysByMeaning.end(),
+                                     [&](const auto& entry) { return entry.first == virtualKeyCode; });
+    if (meant != keysByMeaning.end()) {
+        const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb()), &xcb_key_symbols_free};
+        const XcbPtr<xcb_keycode_t> keys{symbols ? xcb_key_symbols_get_keycode(symbols.get(), meant->second)
+                                                 : nullptr};
+        for (const xcb_keycode_t* key = keys.get(); key && *key != XCB_NO_SYMBOL; ++key) {
+            // Only as the key's first symbol: a layout of two alphabets has the letter in its second group.
+            if (xcb_key_symbols_get_keysym(symbols.get(), *key, 0) == meant->second)
+                return *key;
+        }
+    }
+    return x11KeyCode(virtualKeyCode);
+}
 
 }  // namespace
 
 X11KeyEventPoster::X11KeyEventPoster(X11Connection& connection) : m_connection(connection) {}
 
 void X11KeyEventPoster::post(const KeyEvent& event) {
-    if (event.flags & commandFlag) {
-        postShortcut(event);
-    } else if (const auto key = x11KeyCode(event.keyCode)) {
+    const bool isShortcut = event.flags & commandFlag;
+    if (isShortcut && event.isKeyDown) {
+        pressShortcut(event.keyCode);
+    } else if (isShortcut) {
+        releaseShortcut();
+    } else if (const auto key = keyFor(m_connection, event.keyCode)) {
         fake(event.isKeyDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, *key);
     }
     xcb_flush(m_connection.xcb());
 }
 
-void X11KeyEventPoster::postShortcut(const KeyEvent& event) {
-    const auto key = shortcutKey(event.keyCode);
-    const auto how = copyShortcutIn(
-        X11Workspace::windowClass(m_connection, X11Workspace::activeWindow(m_connection)).toLower());
-    if (!key || how == CopyShortcut::none)
+void X11KeyEventPoster::pressShortcut(quint16 virtualKeyCode) {
+    const auto how =
+        copyShortcutIn(X11Workspace::windowClass(m_connection, X11Workspace::activeWindow(m_connection)));
+    const auto control = keyFor(m_connection, keyControl);
+    const auto shift = keyFor(m_connection, keyShift);
+    const auto key = keyFor(m_connection, virtualKeyCode);
+    if (how == CopyShortcut::none || !control || !shift || !key)
         return;
-    std::vector<quint8> keys{*x11KeyCode(virtualKeyControl)};
+    m_shortcut = {*control, *key};
     if (how == CopyShortcut::controlShift)
-        keys.push_back(*x11KeyCode(virtualKeyShift));
-    keys.push_back(*key);
-    if (!event.isKeyDown)
-        std::reverse(keys.begin(), keys.end());
-    for (const quint8 keyCode : keys)
-        fake(event.isKeyDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keyCode);
+        m_shortcut = {*control, *shift, *key};
+    for (const quint8 down : m_shortcut)
+        fake(XCB_KEY_PRESS, down);
+}
+
+void X11KeyEventPoster::releaseShortcut() {
+    // Exactly what was pressed, whatever window is in front by now.
+    std::for_each(m_shortcut.rbegin(), m_shortcut.rend(), [this](quint8 key) { fake(XCB_KEY_RELEASE, key); });
+    m_shortcut.clear();
 }
 
 void X11KeyEventPoster::postToProcess(qint32 /*processId*/, const KeyEvent& /*event*/) {}
 
 void X11KeyEventPoster::fake(quint8 type, quint8 keyCode) {
     xcb_test_fake_input(m_connection.xcb(), type, keyCode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
-}
-
-std::optional<quint8> X11KeyEventPoster::shortcutKey(quint16 virtualKeyCode) const {
-    if (virtualKeyCode == virtualKeyC) {
-        const KeySymbols symbols{xcb_key_symbols_alloc(m_connection.xcb()), &xcb_key_symbols_free};
-        const XcbPtr<xcb_keycode_t> keys{symbols ? xcb_key_symbols_get_keycode(symbols.get(), XK_c)
-                                                 : nullptr};
-        for (const xcb_keycode_t* key = keys.get(); key && *key != XCB_NO_SYMBOL; ++key) {
-            // Only as the key's first symbol: a layout of two alphabets has the letter in its second group.
-            if (xcb_key_symbols_get_keysym(symbols.get(), *key, 0) == XK_c)
-                return *key;
-        }
-    }
-    return x11KeyCode(virtualKeyCode);
 }
 
 }  // namespace tralio

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "hotkeys/key_event_poster.h"
 #include "platform/linux/x11/x11_connection.h"
 
@@ -8,8 +10,8 @@ namespace tralio {
 /// Synthetic keys through the XTest extension, which applications cannot tell from typed ones.
 ///
 /// A key posted with the Command flag is a shortcut, and shortcuts are Control here: Control goes down before
-/// the key and up after it. Applications know shortcuts by the letter, so the key is the one that types the
-/// letter on the present layout, and the physical position only where no key types it. In a terminal
+/// the key and up after it. Applications know modifiers and letters by their meaning, so the keys are those
+/// that have it on the present layout, and the physical positions only where no key does. In a terminal
 /// Control+C would interrupt what runs in it: there the shortcut is Control+Shift+C, or nothing where even
 /// that is not copying.
 class X11KeyEventPoster final : public KeyEventPoster {
@@ -21,11 +23,12 @@ public:
     void postToProcess(qint32 processId, const KeyEvent& event) override;
 
 private:
-    void postShortcut(const KeyEvent& event);
+    void pressShortcut(quint16 virtualKeyCode);
+    void releaseShortcut();
     void fake(quint8 type, quint8 keyCode);
-    [[nodiscard]] std::optional<quint8> shortcutKey(quint16 virtualKeyCode) const;
 
     X11Connection& m_connection;
+    std::vector<quint8> m_shortcut;  ///< the keys that are down, in the order in which they were pressed
 };
 
 }  // namespace tralio

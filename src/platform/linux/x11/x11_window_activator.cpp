@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/linux/x11/x11_workspace.h"
+
 namespace tralio {
 namespace {
 
@@ -12,13 +14,6 @@ constexpr quint32 byTheUser = 2;
 }  // namespace
 
 X11WindowActivator::X11WindowActivator(X11Connection& connection) : m_connection(connection) {}
-
-void X11WindowActivator::prepare(WId window) {
-    const quint32 time = m_connection.serverTime();
-    xcb_change_property(m_connection.xcb(), XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
-                        m_connection.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, 32, 1, &time);
-    m_connection.sync();  // the window is mapped over another connection
-}
 
 void X11WindowActivator::activate(WId window) {
     const xcb_timestamp_t time = m_connection.serverTime();
@@ -31,11 +26,13 @@ void X11WindowActivator::activate(WId window) {
                        m_connection.atom("_NET_WM_STATE_SKIP_PAGER"), byTheUser});
     tellWindowManager(target, "_NET_ACTIVE_WINDOW", {byTheUser, time});
 
-    const bool managed =
-        m_connection.cardinal(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK")).has_value();
-    if (!managed)
+    if (!m_connection.hasWindowManager())
         xcb_set_input_focus(m_connection.xcb(), XCB_INPUT_FOCUS_PARENT, target, time);
     xcb_flush(m_connection.xcb());
+}
+
+bool X11WindowActivator::isActive(WId window) {
+    return X11Workspace::activeWindow(m_connection) == static_cast<xcb_window_t>(window);
 }
 
 void X11WindowActivator::tellWindowManager(xcb_window_t window, const char* what,

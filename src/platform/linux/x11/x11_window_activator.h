@@ -14,10 +14,11 @@ class X11WindowActivator final {
 public:
     explicit X11WindowActivator(X11Connection& connection);
 
-    /// Call right before the window is shown, so that the window manager maps it focused.
-    void prepare(WId window);
-    /// Call when it is shown.
+    /// Call when the window is shown.
     void activate(WId window);
+
+    /// Whether the window is the one in front, also while a grab keeps the keyboard from it for a moment.
+    [[nodiscard]] bool isActive(WId window);
 
     /// Whether windows may be translucent.
     [[nodiscard]] bool isCompositing();
