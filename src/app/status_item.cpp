@@ -29,7 +29,8 @@ StatusItem::StatusItem() : m_icon(trayIcon()) {
 void StatusItem::setAction(std::function<void()> action) {
     QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_icon,
                      [action = std::move(action)](QSystemTrayIcon::ActivationReason reason) {
-                         // The second of two quick clicks comes as a double click, and is a click all the same.
+                         // The second of two quick clicks comes as a double click, and is a click all the
+                         // same.
                          if (reason != QSystemTrayIcon::Unknown && reason != QSystemTrayIcon::MiddleClick)
                              action();
                      });
