@@ -3,11 +3,15 @@
 #include <QPointer>
 #include <QStringBuilder>
 
+#include <utility>
+
 #include "common/clock.h"
 #include "common/debug_log.h"
 #include "common/excerpt.h"
+#include "common/localized_error.h"
 #include "hotkeys/hot_key_service.h"
 #include "hotkeys/pasteboard.h"
+#include "ocr/screen_capture_service.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
 
@@ -43,7 +47,11 @@ void AppDelegate::applicationDidFinishLaunching() {
             if (self)
                 self->handleGlobalHotKey();
         },
-        settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(), nullptr);
+        settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(),
+        [self] {
+            if (self)
+                self->handleScreenOCRHotKey();
+        });
 
     m_services.appState.onHidePopover = [this] { m_services.popover.performClose(); };
     m_services.appState.onShowPopover = [this] { showPopover(); };
@@ -74,6 +82,34 @@ void AppDelegate::handleGlobalHotKey() {
                 self->translateLater(*text);
         });
     });
+}
+
+QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
+    debugLog(u"handleScreenOCRHotKey: triggered"_s);
+    const QPointer<AppDelegate> self = this;  // the user may take all day
+    std::optional<QString> text;
+    bool failed = false;
+    try {
+        auto capture = m_services.captures.captureInteractiveAndRecognize(
+            [self] {
+                if (self)
+                    self->m_services.popover.performClose();
+            },
+            [self] {
+                if (self)
+                    self->showPopover();
+            });
+        text = co_await std::move(capture);
+    } catch (const LocalizedError& error) {
+        debugLog(u"handleScreenOCRHotKey error: " % error.errorDescription());
+        failed = true;
+    }
+    if (!self)
+        co_return;
+    if (failed)
+        showPopover();
+    else if (text && !text->trimmed().isEmpty())
+        m_services.appState.requestTranslation(text->trimmed());
 }
 
 void AppDelegate::translateLater(const QString& text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <qcorotask.h>
 
 #include "app/popover_host.h"
 
@@ -11,6 +12,7 @@ class AppState;
 class Clock;
 class HotKeyService;
 class Pasteboard;
+class ScreenCaptureService;
 
 /// Where what the user does anywhere on the desktop meets the user interface: the tray item, the hot keys and
 /// the popover. It translates nothing itself: every text goes to `AppState::requestTranslation`.
@@ -22,6 +24,7 @@ public:
         const AppSettings& settings;
         HotKeyService& hotKeys;
         Pasteboard& pasteboard;
+        ScreenCaptureService& captures;
         Clock& clock;
         PopoverHost& popover;
         StatusItemHost& statusItem;
@@ -39,6 +42,10 @@ public:
     /// Fetches the selected text of the application in front and has it translated. The popover opens even
     /// when nothing is selected.
     void handleGlobalHotKey();
+
+    /// Lets the user draw a region of the screen and has the text in it translated. The popover is away
+    /// meanwhile.
+    QCoro::Task<void> handleScreenOCRHotKey();
 
 private:
     void translateLater(const QString& text);

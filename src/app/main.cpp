@@ -55,8 +55,9 @@ int main(int argc, char** argv) {
 
     Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());
     StatusItem statusItem;
-    AppDelegate delegate({AppState::shared(), settingsOfShell, HotKeyService::shared(), services.platform.pasteboard,
-                          services.clock, popover, statusItem});
+    AppDelegate delegate({AppState::shared(), settingsOfShell, HotKeyService::shared(),
+                          services.platform.pasteboard, ScreenCaptureService::shared(), services.clock,
+                          popover, statusItem});
     delegate.applicationDidFinishLaunching();
     return QApplication::exec();
 }

@@ -32,4 +32,12 @@ AIService& AIService::shared() {
     return Services::current().ai;
 }
 
+OCRService& OCRService::shared() {
+    return Services::current().ocr;
+}
+
+ScreenCaptureService& ScreenCaptureService::shared() {
+    return Services::current().captures;
+}
+
 }  // namespace tralio

@@ -7,6 +7,10 @@
 #include "engine/ai_service.h"
 #include "engine/http_client.h"
 #include "hotkeys/hot_key_service.h"
+#include "ocr/ocr_service.h"
+#include "ocr/screen_capture_service.h"
+#include "platform/linux/ocr/tesseract_recognizer.h"
+#include "platform/linux/session/region_picker.h"
 #include "state/app_state.h"
 #include "state/sqlite_key_value_store.h"
 
@@ -31,6 +35,10 @@ public:
     HotKeyService hotKeys{platform};
     HttpClient http{clock};
     AIService ai{http};
+    TesseractRecognizer recognizer{TesseractRecognizer::installedProgram(), clock};
+    OCRService ocr{recognizer};
+    RegionPicker regionPicker{RegionPicker::installedProgram()};
+    ScreenCaptureService captures{ocr, regionPicker, clock};
     AppState appState;
 };
 

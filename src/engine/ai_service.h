@@ -14,8 +14,8 @@ class HttpClient;
 
 /// Translates texts with one request each to the endpoint that the user has chosen.
 ///
-/// Nothing is remembered between calls; several may be under way at once. A call may outlive the service, and ends
-/// as cancelled when its HTTP client goes. Used from the main thread, where callers resume.
+/// Nothing is remembered between calls; several may be under way at once. A call may outlive the service, and
+/// ends as cancelled when its HTTP client goes. Used from the main thread, where callers resume.
 class AIService final {
 public:
     /// The one instance of the process; defined in app/, where the program is wired.

@@ -42,7 +42,7 @@ void HotKeyService::handlePress(std::optional<HotKeyID> id) {
     // Looked up when it runs, not now: whoever replaces an action in between means the new one.
     Action HotKeyService::*trigger = id->id == textHotKeyID.id  ? &HotKeyService::onTextTrigger
                                      : id->id == ocrHotKeyID.id ? &HotKeyService::onOCRTrigger
-                                                       : nullptr;
+                                                                : nullptr;
     if (!trigger)
         return;
     m_platform.clock.after(std::chrono::milliseconds(0), this, [this, trigger] {

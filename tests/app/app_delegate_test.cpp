@@ -1,9 +1,13 @@
 #include "app/app_delegate.h"
 
+#include <QFile>
 #include <QRect>
 
 #include <gmock/gmock.h>
 
+#include "ocr/capture_tool.h"
+#include "ocr/ocr_test_support.h"
+#include "ocr/screen_capture_service.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
 #include "support/debug_log_file.h"
@@ -22,6 +26,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr HotKeyID textKey{0x5452414C, 1};
+constexpr HotKeyID ocrKey{0x5452414C, 2};
 
 class FakePopover final : public PopoverHost {
 public:
@@ -48,6 +53,23 @@ public:
     std::optional<QRect> place = QRect(1200, 3, 24, 24);
 };
 
+/// The user at the region picker: draws something, or cancels.
+class DrawnRegion final : public CaptureTool {
+public:
+    QCoro::Task<qint32> run(QString outputPath) override {
+        if (onRun)
+            onRun();
+        if (draws) {
+            QFile picture(outputPath);
+            EXPECT_TRUE(picture.open(QIODevice::WriteOnly) && picture.write("a picture") > 0);
+        }
+        co_return 0;
+    }
+
+    bool draws = true;
+    std::function<void()> onRun;
+};
+
 /// A delegate that has not been launched yet.
 class Shell : public testing::Test {
 protected:
@@ -70,8 +92,12 @@ protected:
     AppState appState;
     FakePopover popover;
     FakeStatusItem statusItem;
+    ScriptedRecognizer recognizer;
+    OCRService ocr{recognizer};
+    DrawnRegion tool;
+    ScreenCaptureService captures{ocr, tool, desktop.clock};
     std::unique_ptr<AppDelegate> delegate = std::make_unique<AppDelegate>(AppDelegate::Services{
-        appState, settings, hotKeys, desktop.pasteboard, desktop.clock, popover, statusItem});
+        appState, settings, hotKeys, desktop.pasteboard, captures, desktop.clock, popover, statusItem});
 };
 
 TEST_F(Shell, launching_registers_the_hot_keys_of_the_settings_and_shows_nothing) {
@@ -212,7 +238,7 @@ TEST_F(Shell, a_delegate_that_goes_while_a_text_is_on_its_way_takes_the_rest_alo
     for (const Case& given : {Case{"during the fetch", 10ms, 0}, Case{"before the request", 100ms, 1}}) {
         FakePopover host;
         auto shell = std::make_unique<AppDelegate>(AppDelegate::Services{
-            appState, settings, hotKeys, desktop.pasteboard, desktop.clock, host, statusItem});
+            appState, settings, hotKeys, desktop.pasteboard, captures, desktop.clock, host, statusItem});
         selectForCopying();
         shell->handleGlobalHotKey();
         desktop.pasteboard.copy(u"copied"_s);
@@ -228,6 +254,47 @@ TEST_F(Shell, a_delegate_that_goes_while_a_text_is_on_its_way_takes_the_rest_alo
     delegate.reset();
     desktop.clock.advance(1s);
     EXPECT_THAT(popover.anchors, IsEmpty()) << "between the fetch and the next turn";
+}
+
+class ScreenOCR : public Shell {
+protected:
+    /// Presses the hot key with the popover open and waits until the capture has ended.
+    void capture() {
+        launch();
+        popover.shown = true;
+        tool.onRun = [this] { shownWhileDrawing = popover.shown; };
+        desktop.hotKeys.handler(ocrKey);
+        desktop.clock.advance(0ms);
+        EXPECT_FALSE(popover.shown);
+        desktop.clock.advance(150ms);
+        EXPECT_TRUE(eventually([this] { return popover.shown; }));
+    }
+
+    std::optional<bool> shownWhileDrawing;
+};
+
+TEST_F(ScreenOCR, the_popover_is_away_while_the_user_draws_and_the_text_is_requested) {
+    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"  chữ trên màn hình \n"_s}}});
+    capture();
+    EXPECT_EQ(shownWhileDrawing, false);
+    EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ trên màn hình"; }));
+    EXPECT_TRUE(log.messages().contains(u"handleScreenOCRHotKey: triggered"_s));
+}
+
+TEST_F(ScreenOCR, a_cancelled_capture_requests_nothing_and_brings_the_popover_back) {
+    tool.draws = false;
+    capture();
+    nextTurn();
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+    EXPECT_THAT(log.messages().filter(u"error"_s), IsEmpty());
+}
+
+TEST_F(ScreenOCR, a_failed_recognition_is_logged_and_brings_the_popover_back) {
+    capture();  // nothing is read in the picture
+    EXPECT_TRUE(eventually([this] { return popover.anchors.size() == 2; }));
+    EXPECT_THAT(log.messages(),
+                Contains(u"handleScreenOCRHotKey error: "_s + OCRError::noTextFound().errorDescription()));
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
 }
 
 }  // namespace

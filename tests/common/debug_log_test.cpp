@@ -4,8 +4,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <gtest/gtest.h>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -75,7 +75,8 @@ TEST(DebugLogTest, a_log_that_others_could_read_is_closed_to_them) {
     ASSERT_EQ(chmod(QFile::encodeName(log.path()).constData(), 0666), 0);
     debugLog(u"private"_s);
     EXPECT_EQ(log.messages(), QStringList(u"private"_s));
-    EXPECT_EQ(QFileInfo(log.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    EXPECT_EQ(QFileInfo(log.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther),
+              QFile::Permissions());
 }
 
 }  // namespace

@@ -38,6 +38,8 @@ VirtualDesktop::VirtualDesktop(Tray tray) : m_environment(QProcessEnvironment::s
     QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     m_environment.insert(u"HOME"_s, home());
     m_environment.insert(u"XDG_RUNTIME_DIR"_s, runtime);
+    QDir().mkpath(home() + u"/tmp"_s);
+    m_environment.insert(u"TMPDIR"_s, home() + u"/tmp"_s);
     m_environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
 
     startDisplay();

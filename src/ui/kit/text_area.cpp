@@ -77,8 +77,8 @@ void TextArea::setScrollFrame(QWidget* frame) {
 }
 
 void TextArea::prepareFor(const QString& text) {
-    // Looking for a place between words, the layout runs through a whole word for each of its lines: a megabyte
-    // without a blank would take it half a minute.
+    // Looking for a place between words, the layout runs through a whole word for each of its lines: a
+    // megabyte without a blank would take it half a minute.
     constexpr qsizetype longestWord = 2000;
     qsizetype word = 0;
     for (const QChar character : text) {

@@ -44,8 +44,8 @@ std::optional<QString> AtspiElement::selectedText() {
     auto own = ownSelection();
     if (!own || holdsWholeText())
         return own;
-    // One paragraph of a document knows only its own part of the selection, and a page has a placeholder where
-    // another element stands. PRIMARY has it all.
+    // One paragraph of a document knows only its own part of the selection, and a page has a placeholder
+    // where another element stands. PRIMARY has it all.
     auto all = primaryText();
     const bool hasPlaceholders = own->contains(QChar::ObjectReplacementCharacter);
     if (all && !all->trimmed().isEmpty() && (hasPlaceholders || all->contains(*own)))

@@ -1,0 +1,67 @@
+#include "ocr/screen_capture_service.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QPromise>
+#include <QScopeGuard>
+#include <QUrl>
+#include <QUuid>
+#include <qcorofuture.h>
+
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "common/clock.h"
+#include "ocr/capture_tool.h"
+#include "ocr/ocr_service.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// Time for the popover to leave the screen before it is frozen for the user to draw on.
+constexpr auto delayBeforeCapture = 150ms;
+
+QString newFileName() {
+    return u"tralio_snip_"_s + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u".png"_s;
+}
+
+}  // namespace
+
+ScreenCaptureService::ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder)
+    : m_ocr(ocr), m_tool(tool), m_clock(clock), m_folder(std::move(folder)) {}
+
+QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndRecognize(
+    Callback onBeforeCapture, Callback onAfterCapture) {
+    if (std::exchange(m_isCapturing, true))
+        co_return std::nullopt;
+    const QString path = QDir(m_folder).filePath(newFileName());
+    const auto tidyUp = qScopeGuard([this, &path] {
+        QFile::remove(path);
+        m_isCapturing = false;
+    });
+
+    if (onBeforeCapture)
+        onBeforeCapture();
+    m_ocr.prepare();
+    co_await pause();
+    const qint32 status = co_await m_tool.run(path);
+    if (onAfterCapture)
+        onAfterCapture();
+
+    if (status != 0 || QFileInfo(path).size() < 1)
+        co_return std::nullopt;
+    co_return co_await m_ocr.recognizeText(QUrl::fromLocalFile(path));
+}
+
+QCoro::Task<> ScreenCaptureService::pause() {
+    auto passed = std::make_shared<QPromise<void>>();
+    passed->start();
+    m_clock.after(delayBeforeCapture, this, [passed] { passed->finish(); });
+    co_await passed->future();
+}
+
+}  // namespace tralio

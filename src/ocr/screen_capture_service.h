@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDir>
+#include <QObject>
+#include <QString>
+#include <qcorotask.h>
+
+#include <functional>
+#include <optional>
+
+namespace tralio {
+
+class CaptureTool;
+class Clock;
+class OCRService;
+
+/// Lets the user draw a rectangle anywhere on the screen and reads the text inside it.
+///
+/// One capture runs at a time. What it was given outlives the service, and the service every capture that it
+/// began. Used from the main thread; callbacks run and callers resume there.
+class ScreenCaptureService final : public QObject {
+public:
+    using Callback = std::function<void()>;
+
+    /// The one instance of the process; defined in app/, where the program is wired.
+    [[nodiscard]] static ScreenCaptureService& shared();
+
+    /// Pictures stand in `folder` for as long as they are needed.
+    ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder = QDir::tempPath());
+
+    /// The text of the region, or nothing when the user cancelled; at once nothing, without a callback, while
+    /// another capture or its recognition is under way. The callbacks run once each, just before and just
+    /// after the user draws. Fails with an `OCRError`. The picture is gone when this completes.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> captureInteractiveAndRecognize(
+        Callback onBeforeCapture = {}, Callback onAfterCapture = {});
+
+private:
+    [[nodiscard]] QCoro::Task<> pause();
+
+    OCRService& m_ocr;
+    CaptureTool& m_tool;
+    Clock& m_clock;
+    QString m_folder;
+    bool m_isCapturing = false;
+};
+
+}  // namespace tralio

@@ -1,0 +1,113 @@
+#include <QCoreApplication>
+#include <QImageReader>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "platform/linux/ocr/helper_session.h"
+
+// The recogniser's own process. It serves the program that started it over its standard input and output, and
+// ends when that program does or has had no work for it for a while.
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace helper_protocol;
+
+/// Takes the standard output for replies alone: what a library prints there must not get between them.
+int takeStandardOutput() {
+    const int replies = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (replies < 0 || nowhere < 0 || dup2(nowhere, STDOUT_FILENO) < 0)
+        return -1;
+    close(nowhere);
+    return replies;
+}
+
+void writeAll(int file, const QByteArray& bytes) {
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t written =
+            write(file, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
+        if (written > 0)
+            done += written;
+        else if (errno != EINTR)
+            _exit(EXIT_FAILURE);  // nobody is there to read
+    }
+}
+
+/// Whether there is something to read, or the other side is gone, within the time.
+bool waitForInput(int milliseconds) {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    int ready = 0;
+    do
+        ready = poll(&input, 1, milliseconds);
+    while (ready < 0 && errno == EINTR);
+    return ready != 0;
+}
+
+/// False at the end of the input.
+bool readMore(FrameReader& frames) {
+    QByteArray bytes(1 << 20, Qt::Uninitialized);
+    ssize_t count = 0;
+    do
+        count = read(STDIN_FILENO, bytes.data(), static_cast<size_t>(bytes.size()));
+    while (count < 0 && errno == EINTR);
+    if (count <= 0)
+        return false;
+    bytes.truncate(count);
+    frames.add(bytes);
+    return true;
+}
+
+int serve(int idleMilliseconds) {
+    const int replies = takeStandardOutput();
+    if (replies < 0)
+        return EXIT_FAILURE;
+    HelperSession session([replies](const Reply& reply) { writeAll(replies, encode(reply)); });
+    FrameReader frames(FrameReader::From::program);
+    for (;;) {
+        while (const auto payload = frames.next()) {
+            const auto request = decodeRequest(*payload);
+            if (!request)
+                return EXIT_FAILURE;
+            session.handle(*request);
+        }
+        if (frames.isBroken())
+            return EXIT_FAILURE;
+        while (!waitForInput(0) && session.prepareFurther()) {
+        }
+        if (!waitForInput(idleMilliseconds) || !readMore(frames))
+            return EXIT_SUCCESS;
+    }
+}
+
+}  // namespace
+}  // namespace tralio
+
+int main(int argc, char** argv) {
+    using namespace Qt::StringLiterals;
+    // A recognition under way does not notice that the program is gone, and a core file of an image that
+    // broke a decoder would hold what was on the user's screen.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    constexpr rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+
+    const QCoreApplication application(argc, argv);
+    constexpr int megabytesForAnImage = 512;
+    QImageReader::setAllocationLimit(megabytesForAnImage);
+
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) != u"--idle-milliseconds") {
+        std::fputs("This program is started by Tralio, to read text in images.\n", stderr);
+        return 2;
+    }
+    return tralio::serve(std::max(1, arguments.value(2).toInt()));
+}

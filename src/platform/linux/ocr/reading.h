@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QRectF>
+#include <QString>
+
+#include <vector>
+
+namespace tralio {
+
+/// A word as an engine reads it.
+struct ReadWord {
+    QString text;
+    double confidence = 0;  ///< 0 to 100
+    int blanksBefore = 0;
+};
+
+struct ReadLine {
+    std::vector<ReadWord> words;
+    QRectF box;  ///< pixels of the image, from its upper left corner
+
+    [[nodiscard]] QString text() const;
+
+    /// The words' confidence, by their length.
+    [[nodiscard]] double confidence() const;
+};
+
+/// What an engine makes of an image.
+struct Reading {
+    std::vector<ReadLine> lines;
+
+    /// The lines' confidence, by their length; 0 without any text.
+    [[nodiscard]] double confidence() const;
+
+    /// The confidence of the line that reads worst, of those long enough to judge; 0 without any text.
+    [[nodiscard]] double weakestLine() const;
+
+    /// Whether several lines stand beside one another, and nothing above or below them.
+    [[nodiscard]] bool isBrokenRow() const;
+
+    /// Whether there are letters that only Vietnamese writes, and not just by mistake.
+    [[nodiscard]] bool looksVietnamese() const;
+
+    /// Drops what is more likely dirt than text: marks at the ends of lines, and very short lines.
+    void dropDirt();
+};
+
+/// Both readings of one image, each line from the one that reads it with the greater confidence. The second
+/// must be better by `margin` to count.
+[[nodiscard]] Reading bestLines(const Reading& first, const Reading& second, double margin);
+
+}  // namespace tralio

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QFuture>
+#include <QObject>
+#include <QProcess>
+
+#include <chrono>
+#include <deque>
+#include <memory>
+
+#include "ocr/text_recognizer.h"
+#include "platform/linux/ocr/helper_protocol.h"
+
+namespace tralio {
+
+class Clock;
+
+/// Recognises text in a helper process, which holds the engines and decodes what comes from files, so that
+/// neither their size nor a broken image is felt here.
+///
+/// The helper starts when it is first needed, serves one image after the other, and ends by itself when it
+/// has had no work for a while. One that crashes, hangs or talks nonsense is ended and costs only the image
+/// that it was busy with. Used from the main thread.
+class TesseractRecognizer final : public QObject, public TextRecognizer {
+public:
+    struct Limits {
+        std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< after which the helper ends
+        std::chrono::milliseconds anyRequest = std::chrono::seconds(20);
+        std::chrono::milliseconds perMegapixel = std::chrono::seconds(5);  ///< on top, for a decoded image
+    };
+
+    /// `program` is the helper's path. The clock outlives the recogniser.
+    TesseractRecognizer(QString program, Clock& clock);
+    TesseractRecognizer(QString program, Clock& clock, Limits limits);
+    ~TesseractRecognizer() override;
+
+    /// The helper that is installed beside the running program.
+    [[nodiscard]] static QString installedProgram();
+
+    void prepare() override;
+    [[nodiscard]] QCoro::Task<QStringList> supportedLanguages(std::stop_token stop) override;
+    [[nodiscard]] QCoro::Task<std::vector<TextObservation>> recognize(ImageSource image,
+                                                                      RecognitionRequest request,
+                                                                      std::stop_token stop) override;
+
+    /// The running helper's process, or 0.
+    [[nodiscard]] qint64 helperProcessId() const { return m_helper ? m_helper->processId() : 0; }
+
+private:
+    struct Job;
+
+    [[nodiscard]] QFuture<helper_protocol::Reply> submit(const helper_protocol::Request& request,
+                                                         std::stop_token stop);
+    void startHelper();
+    void sendNext();
+    void readReplies();
+    void handle(const helper_protocol::Reply& reply);
+    void helperEnded();
+    void limitTime(std::chrono::milliseconds limit);
+    void giveUp(const QString& description);
+    void conclude(helper_protocol::Reply reply);
+    void cancel(const std::weak_ptr<Job>& job);
+    void dropHelper();
+
+    QString m_program;
+    Clock& m_clock;
+    Limits m_limits;
+    QProcess* m_helper = nullptr;
+    helper_protocol::FrameReader m_frames{helper_protocol::FrameReader::From::recogniser};
+    std::deque<std::shared_ptr<Job>> m_jobs;  ///< the first one is with the helper if `m_isBusy`
+    bool m_isBusy = false;
+    std::unique_ptr<QObject> m_watchdog;  ///< the context of the call that ends a helper that hangs
+};
+
+}  // namespace tralio

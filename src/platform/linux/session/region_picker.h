@@ -1,0 +1,22 @@
+#pragma once
+
+#include "ocr/capture_tool.h"
+
+namespace tralio {
+
+/// The capture tool as the helper program that draws the selection on the screen.
+class RegionPicker final : public CaptureTool {
+public:
+    /// `program` is the helper's path.
+    explicit RegionPicker(QString program);
+
+    /// The helper that is installed beside the running program.
+    [[nodiscard]] static QString installedProgram();
+
+    [[nodiscard]] QCoro::Task<qint32> run(QString outputPath) override;
+
+private:
+    QString m_program;
+};
+
+}  // namespace tralio

@@ -1,0 +1,98 @@
+#include <QDir>
+
+#include <gmock/gmock.h>
+
+#include "desktop/program_run.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class ScreenOCR : public testing::Test {
+protected:
+    ScreenOCR() {
+        program.standIn().translatesTo(u"đã dịch"_s);
+        const QString page =
+            desktop.write(u"a.html"_s,
+                          u"<meta charset=utf-8><body style='margin:0;font:24px sans-serif'>"
+                          u"<p style='margin:0'>Giao diện tốt nhất là giao diện mà bạn không còn để ý.<br>"
+                          u"The best interface is the one you stop noticing.</p>"_s);
+        desktop.start(
+            u"chromium"_s,
+            {u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
+             u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
+             u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"--app=file://"_s + page});
+        m_window = desktop.bringToFront(u"chromium"_s);
+        // The page stands when its text can be marked; the mark goes again.
+        EXPECT_TRUE(waitUntil([&] {
+            desktop.click(m_window, {100, 15}, 3);
+            return desktop.run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s}).startsWith(u"Giao diện");
+        }));
+        desktop.click(m_window, {300, 300}, 1);
+    }
+
+    /// Presses the hot key and waits for the region picker to cover the screen.
+    [[nodiscard]] bool openPicker() {
+        desktop.press(u"super+shift+s"_s);
+        return waitUntil([this] { return pickerRuns(); });
+    }
+    [[nodiscard]] bool pickerRuns() const {
+        return !desktop.run(u"pgrep"_s, {u"-P"_s, QString::number(program.processId()), u"tralio-snip"_s})
+                    .isEmpty();
+    }
+    /// From one place of the page to another.
+    void drag(const QPoint& from, const QPoint& to) const {
+        const auto move = [this](const QPoint& place) {
+            return QStringList{u"mousemove"_s, u"--window"_s, m_window, QString::number(place.x()),
+                               QString::number(place.y())};
+        };
+        desktop.run(u"xdotool"_s, move(from) + QStringList{u"mousedown"_s, u"1"_s});
+        desktop.run(u"xdotool"_s, move((from + to) / 2));
+        desktop.run(u"xdotool"_s, move(to) + QStringList{u"mouseup"_s, u"1"_s});
+    }
+
+    VirtualDesktop desktop;
+    ProgramRun program{desktop};
+    QString m_window;
+};
+
+TEST_F(ScreenOCR, the_text_in_a_drawn_rectangle_is_translated) {
+    ASSERT_TRUE(openPicker());
+    ASSERT_TRUE(waitUntil([&] {
+        if (pickerRuns())
+            drag({1, 1}, {750, 70});
+        return !pickerRuns();
+    }));
+    ASSERT_TRUE(waitUntil([&] { return !program.standIn().requests().isEmpty(); }, 30));
+    EXPECT_EQ(program.standIn().requests().last().userText(),
+              u"Giao diện tốt nhất là giao diện mà bạn không còn để ý.\n"_s +
+                  u"The best interface is the one you stop noticing."_s);
+    EXPECT_TRUE(waitUntil([&] { return program.shownTranslation() == u"đã dịch"_s; }));
+    EXPECT_TRUE(QDir(desktop.home() + u"/tmp"_s).entryList({u"tralio_snip_*"_s}).isEmpty());
+}
+
+TEST_F(ScreenOCR, a_cancelled_capture_brings_the_popover_back_and_asks_nothing) {
+    ASSERT_TRUE(openPicker());
+    ASSERT_TRUE(waitUntil([&] {
+        desktop.press(u"Escape"_s);
+        return !pickerRuns();
+    }));
+    EXPECT_TRUE(waitUntil([&] { return program.isPopoverShown(); }));
+    EXPECT_TRUE(program.standIn().requests().isEmpty());
+}
+
+TEST_F(ScreenOCR, a_region_without_text_asks_nothing) {
+    ASSERT_TRUE(openPicker());
+    ASSERT_TRUE(waitUntil([&] {
+        if (pickerRuns())
+            drag({10, 200}, {300, 280});
+        return !pickerRuns();
+    }));
+    EXPECT_TRUE(waitUntil([&] { return program.isPopoverShown(); }));
+    EXPECT_TRUE(program.standIn().requests().isEmpty());
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,256 @@
+#include <QFileInfo>
+#include <QProcess>
+
+#include <gmock/gmock.h>
+
+#include "desktop/virtual_desktop.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr QSize screenSize(1280, 1024);
+
+/// Every pixel of the page tells where it is.
+QRgb pageColor(int x, int y) {
+    return qRgb(x & 0xff, y & 0xff, (x >> 8) << 4 | y >> 8);
+}
+
+QImage page() {
+    QImage image(screenSize, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, pageColor(x, y));
+    }
+    return image;
+}
+
+/// The part of the page that a picture shows; null when it shows anything else.
+QRect partOfPage(const QImage& picture) {
+    if (picture.isNull())
+        return {};
+    const QRgb first = picture.pixel(0, 0);
+    const QPoint begin(qRed(first) | qBlue(first) >> 4 << 8, qGreen(first) | (qBlue(first) & 0xf) << 8);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixel(x, y) != pageColor(begin.x() + x, begin.y() + y))
+                return {};
+        }
+    }
+    return {begin, picture.size()};
+}
+
+/// The region picker on a desktop whose screen is the page.
+struct RegionPicker : testing::Test {
+    VirtualDesktop desktop{VirtualDesktop::Tray::absent};
+    QString path = desktop.home() + u"/picture.png"_s;
+    QProcess picker;
+
+    RegionPicker() {
+        const QString file = desktop.home() + u"/page.png"_s;
+        page().save(file);
+        desktop.run(u"display"_s, {u"-window"_s, u"root"_s, file});
+    }
+    ~RegionPicker() override {
+        picker.kill();
+        picker.waitForFinished();
+    }
+
+    void start(const QString& output, const QStringList& settings = {}) {
+        QProcessEnvironment environment = desktop.environment();
+        for (const QString& setting : settings)
+            environment.insert(setting.section(u'=', 0, 0), setting.section(u'=', 1));
+        picker.setProcessEnvironment(environment);
+        picker.start(QStringLiteral(TRALIO_SNIP), {u"-i"_s, output});
+    }
+    /// Starts it and waits until it is on the screen.
+    void open(const QStringList& settings = {}) {
+        start(path, settings);
+        ASSERT_TRUE(waitUntil([this] { return desktop.isVisible(u"tralio-snip"_s); }));
+    }
+    void mouse(const QString& commands) { desktop.run(u"xdotool"_s, commands.split(u' ')); }
+    void drag(QPoint from, QPoint to) {
+        mouse(u"mousemove %1 %2 mousedown 1 mousemove %3 %4 mousemove %5 %6 mouseup 1"_s.arg(from.x())
+                  .arg(from.y())
+                  .arg((from.x() + to.x()) / 2)
+                  .arg((from.y() + to.y()) / 2)
+                  .arg(to.x())
+                  .arg(to.y()));
+    }
+    /// Waits for its end and gives its status.
+    int finish() {
+        if (!waitUntil([this] { return picker.state() == QProcess::NotRunning; }, 5))
+            return -1;
+        return picker.exitStatus() == QProcess::NormalExit ? picker.exitCode() : -1;
+    }
+    [[nodiscard]] bool hasFile() const { return QFileInfo::exists(path); }
+};
+
+TEST_F(RegionPicker, takes_exactly_the_pixels_that_were_drawn_over_at_every_scale) {
+    for (const QString& scale : {u"1"_s, u"1.5"_s, u"2"_s}) {
+        open({u"QT_SCALE_FACTOR="_s + scale});
+        drag({101, 203}, {700, 502});
+        ASSERT_EQ(finish(), 0);
+        const QImage picture(path);
+        EXPECT_EQ(partOfPage(picture), QRect(101, 203, 600, 300)) << scale.toStdString();
+        EXPECT_EQ(picture.text(u"DevicePixelRatio"_s), scale);
+        QFile::remove(path);
+    }
+    open();
+    drag({1279, 1023}, {0, 0});
+    ASSERT_EQ(finish(), 0);
+    EXPECT_EQ(partOfPage(QImage(path)), QRect(QPoint(), screenSize));
+}
+
+TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_dimmed_panels_too) {
+    const QString panel = desktop.write(u"panel"_s,
+                                        u"rounded = 0\nbackground_color = #ffffff 100\n"
+                                        "panel_background_id = 1\npanel_items = C\n"_s);
+    desktop.start(u"tint2"_s, {u"-c"_s, panel});
+    const QString file = desktop.home() + u"/screen.png"_s;
+    QImage before;
+    ASSERT_TRUE(waitUntil([&] {
+        before = desktop.screenshot(file);
+        return before.pixel(100, screenSize.height() - 4) == qRgb(255, 255, 255);
+    }));
+
+    open();
+    mouse(u"mousemove 200 200 mousedown 1 mousemove 300 300 mousemove 599 399"_s);
+    const QRect drawn(200, 200, 400, 200);
+    const QRect inner = drawn.adjusted(20, 20, -20, -20);    // without the handles
+    const QRect around = drawn.adjusted(-20, -20, 120, 60);  // with the label
+    QImage shown;
+    const auto isDimmedAroundIt = [&] {
+        for (int y = 0; y < screenSize.height(); ++y) {
+            for (int x = 0; x < screenSize.width(); ++x) {
+                const bool isDim = qGray(shown.pixel(x, y)) <= qGray(before.pixel(x, y)) * 2 / 3 + 8;
+                if (!isDim && !around.contains(x, y))
+                    return false;
+            }
+        }
+        return true;
+    };
+    // The hint takes a moment to fade.
+    EXPECT_TRUE(waitUntil([&] {
+        shown = desktop.screenshot(file);
+        return partOfPage(shown.copy(inner)) == inner && isDimmedAroundIt();
+    }));
+    EXPECT_GT(qGray(shown.pixel(199, 250)), 200);  // the edge
+
+    const QImage label = shown.copy(QRect(616, 416, 48, 14));
+    int bright = 0;
+    for (int y = 0; y < label.height(); ++y) {
+        for (int x = 0; x < label.width(); ++x)
+            bright += qGray(label.pixel(x, y)) > 160;
+    }
+    EXPECT_GT(bright, 50);
+    mouse(u"mouseup 1"_s);
+    EXPECT_EQ(finish(), 0);
+}
+
+TEST_F(RegionPicker, keeps_what_was_on_the_screen_when_it_opened) {
+    open();
+    desktop.start(u"xterm"_s, {u"-geometry"_s, u"80x40+0+0"_s});
+    ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"xterm"_s); }));
+    drag({50, 50}, {249, 149});
+    ASSERT_EQ(finish(), 0);
+    EXPECT_EQ(partOfPage(QImage(path)), QRect(50, 50, 200, 100));
+}
+
+TEST_F(RegionPicker, leaves_no_file_when_cancelled) {
+    const QStringList ways{u"key Escape"_s,
+                           u"mousemove 300 300 click 3"_s,
+                           u"mousemove 300 300 click 1"_s,
+                           u"mousemove 300 300 mousedown 1 mousemove 302 303 mouseup 1"_s,
+                           u"mousemove 300 300 mousedown 1 mousemove 500 500 key Escape mouseup 1"_s,
+                           u"mousemove 300 300 mousedown 1 mousemove 500 500 click 3 mouseup 1"_s,
+                           u"key Down key Down key Escape"_s};
+    for (const QString& way : ways) {
+        open();
+        mouse(way);
+        EXPECT_EQ(finish(), 0) << way.toStdString();
+        EXPECT_FALSE(hasFile()) << way.toStdString();
+    }
+}
+
+TEST_F(RegionPicker, is_served_by_the_keyboard_alone_and_keeps_the_keys_to_itself) {
+    desktop.start(u"xterm"_s, {u"-geometry"_s, u"20x5+900+700"_s});
+    ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
+    mouse(u"mousemove 400 300"_s);
+    open();
+    desktop.type(u"touch typed\n"_s);  // the Return at its end brings the rectangle
+    mouse(u"key Left key ctrl+Up key shift+Right key ctrl+shift+Down key Return"_s);
+    ASSERT_EQ(finish(), 0);
+    const QRect part = partOfPage(QImage(path));
+    EXPECT_EQ(part.size(), QSize(361, 130));
+    EXPECT_TRUE(part.contains(400, 300));
+    desktop.type(u"touch after\n"_s);  // the keys are the terminal's again
+    EXPECT_TRUE(waitUntil([&] { return QFileInfo::exists(desktop.home() + u"/after"_s); }));
+    EXPECT_FALSE(QFileInfo::exists(desktop.home() + u"/typed"_s));
+}
+
+TEST_F(RegionPicker, works_across_monitors_of_different_scale) {
+    desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"left"_s, u"640/170x1024/270+0+0"_s, u"screen"_s});
+    desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"right"_s, u"640/170x1024/270+640+0"_s, u"none"_s});
+    struct Case {
+        QRect drawn;
+        QString ratio;
+    };
+    const Case cases[] = {{{100, 100, 300, 200}, u"1"_s},
+                          {{700, 100, 300, 200}, u"2"_s},
+                          {{600, 100, 300, 200}, u"2"_s},
+                          {{400, 100, 300, 200}, u"1"_s}};
+    for (const Case& given : cases) {
+        open({u"QT_SCREEN_SCALE_FACTORS=left=1;right=2"_s});
+        drag(given.drawn.topLeft(), given.drawn.bottomRight());
+        ASSERT_EQ(finish(), 0);
+        EXPECT_EQ(partOfPage(QImage(path)), given.drawn);
+        EXPECT_EQ(QImage(path).text(u"DevicePixelRatio"_s), given.ratio);
+    }
+}
+
+TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
+    // A second picker is such a program.
+    open();
+    QProcess second;
+    second.setProcessEnvironment(desktop.environment());
+    second.start(QStringLiteral(TRALIO_SNIP), {u"-i"_s, path + u"2"_s});
+    ASSERT_TRUE(second.waitForFinished(5000));
+    EXPECT_NE(second.exitCode(), 0);
+    EXPECT_TRUE(second.readAllStandardError().contains("another program"));
+
+    second.start(QStringLiteral(TRALIO_SNIP), {u"-i"_s, path});
+    ASSERT_TRUE(second.waitForStarted());
+    desktop.press(u"Escape"_s);
+    EXPECT_EQ(finish(), 0);
+    ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"tralio-snip"_s); }));
+    drag({10, 10}, {109, 59});
+    ASSERT_TRUE(second.waitForFinished(5000));
+    EXPECT_EQ(partOfPage(QImage(path)), QRect(10, 10, 100, 50));
+}
+
+TEST_F(RegionPicker, says_what_is_wrong_before_the_user_draws) {
+    struct Case {
+        QString output;
+        QStringList settings;
+    };
+    const Case cases[] = {
+        {desktop.home() + u"/none/picture.png"_s, {}},
+        {desktop.home(), {}},
+        {path, {u"DISPLAY=:4711"_s}},
+        {path, {u"XDG_SESSION_TYPE=wayland"_s}},
+    };
+    for (const Case& given : cases) {
+        start(given.output, given.settings);
+        EXPECT_GT(finish(), 0);
+        const QByteArray said = picker.readAllStandardError();
+        EXPECT_TRUE(said.startsWith("tralio-snip: ")) << said.constData();
+        EXPECT_EQ(said.count('\n'), 1) << said.constData();
+        EXPECT_FALSE(hasFile());
+    }
+}
+
+}  // namespace
+}  // namespace tralio

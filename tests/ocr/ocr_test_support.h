@@ -1,0 +1,104 @@
+#pragma once
+
+#include <QPromise>
+#include <qcorofuture.h>
+#include <qcorotask.h>
+
+#include <functional>
+#include <gmock/gmock.h>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "ocr/ocr_error.h"
+#include "ocr/ocr_service.h"
+#include "support/event_loop.h"
+#include "support/print_to.h"
+
+namespace tralio {
+
+inline void PrintTo(const OCRError& error, std::ostream* out) {
+    *out << error.what();
+}
+
+/// How an operation ended.
+template <typename T>
+struct Ending {
+    int times = 0;
+    std::optional<T> result;
+    std::optional<OCRError> error;
+    QString failure;  ///< what the user reads, of any error
+};
+
+template <typename T>
+QCoro::Task<> record(QCoro::Task<T> task, std::shared_ptr<Ending<T>> ending) {
+    try {
+        ending->result = co_await task;
+    } catch (const LocalizedError& error) {
+        ending->failure = error.errorDescription();
+        if (const auto* ocrError = dynamic_cast<const OCRError*>(&error))
+            ending->error = *ocrError;
+    }
+    ++ending->times;
+}
+
+/// Starts an operation; what it came to stands in the answer as soon as it has ended.
+template <typename T>
+std::shared_ptr<Ending<T>> started(QCoro::Task<T> task) {
+    auto ending = std::make_shared<Ending<T>>();
+    record(std::move(task), ending);
+    return ending;
+}
+
+template <typename T>
+Ending<T> endingOf(QCoro::Task<T> task) {
+    const auto ending = started(std::move(task));
+    EXPECT_TRUE(eventually([&ending] { return ending->times > 0; })) << "the operation never ended";
+    return *ending;
+}
+
+/// A recogniser that answers what a test wrote down, at once or from the event loop.
+class ScriptedRecognizer final : public TextRecognizer {
+public:
+    using Answer = std::function<std::vector<TextObservation>()>;
+
+    void prepare() override { ++preparations; }
+
+    QCoro::Task<QStringList> supportedLanguages(std::stop_token) override {
+        if (!supported)
+            throw LocalizedError(QStringLiteral("no languages"));
+        co_return *supported;
+    }
+
+    QCoro::Task<std::vector<TextObservation>> recognize(ImageSource image, RecognitionRequest request,
+                                                        std::stop_token) override {
+        images.push_back(std::move(image));
+        requests.push_back(std::move(request));
+        if (onRecognize)
+            onRecognize();
+        if (isSlow) {
+            QPromise<void> turn;
+            turn.start();
+            QMetaObject::invokeMethod(
+                &context, [&turn] { turn.finish(); }, Qt::QueuedConnection);
+            co_await turn.future();
+        }
+        co_return answer();
+    }
+
+    void reads(std::vector<TextObservation> observations) {
+        answer = [observations = std::move(observations)] { return observations; };
+    }
+
+    std::optional<QStringList> supported = QStringList{};
+    Answer answer = [] { return std::vector<TextObservation>(); };
+    std::function<void()> onRecognize;
+    bool isSlow = false;
+    int preparations = 0;
+    std::vector<ImageSource> images;
+    std::vector<RecognitionRequest> requests;
+    QObject context;
+};
+
+}  // namespace tralio

@@ -1,0 +1,183 @@
+#include "ocr/screen_capture_service.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include "ocr/capture_tool.h"
+#include "ocr/ocr_test_support.h"
+#include "support/fake_clock.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A user who is still drawing until `finish`.
+class FakeCaptureTool final : public CaptureTool {
+public:
+    QCoro::Task<qint32> run(QString outputPath) override {
+        paths.push_back(outputPath);
+        if (onRun)
+            onRun();
+        m_drawing = QPromise<qint32>();
+        m_drawing.start();
+        const QFuture<qint32> drawn = m_drawing.future();
+        co_return co_await drawn;
+    }
+
+    void finish(qint32 status, std::optional<QByteArray> picture) {
+        if (picture) {
+            QFile file(paths.back());
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(*picture);
+        }
+        m_drawing.addResult(status);
+        m_drawing.finish();
+    }
+
+    QStringList paths;
+    std::function<void()> onRun;
+
+private:
+    QPromise<qint32> m_drawing;
+};
+
+class ScreenCapture : public testing::Test {
+protected:
+    using Result = std::optional<QString>;
+
+    ScreenCapture() {
+        recognizer.reads({{{0, 0, 1, 1}, {u"Xin chào"_s}}});
+        recognizer.onRecognize = [this] {
+            EXPECT_THAT(filesLeft(), testing::SizeIs(1)) << "the picture is there to be read";
+            steps += u"recognise"_s;
+        };
+        tool.onRun = [this] { steps += u"draw"_s; };
+    }
+
+    std::shared_ptr<Ending<Result>> capture() {
+        return started(service.captureInteractiveAndRecognize([this] { steps += u"before"_s; },
+                                                              [this] { steps += u"after"_s; }));
+    }
+
+    /// A capture from its beginning to its end.
+    Ending<Result> captureThatEnds(qint32 status, const std::optional<QByteArray>& picture) {
+        const auto runs = tool.paths.size() + 1;
+        const auto ending = capture();
+        clock.advance(150ms);
+        EXPECT_TRUE(eventually([&] { return tool.paths.size() == runs; }));
+        tool.finish(status, picture);
+        EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
+        return *ending;
+    }
+
+    [[nodiscard]] QStringList filesLeft() const { return QDir(folder.path()).entryList(QDir::Files); }
+
+    QTemporaryDir folder;
+    QStringList steps;
+    FakeClock clock;
+    FakeCaptureTool tool;
+    ScriptedRecognizer recognizer;
+    OCRService ocr{recognizer};
+    ScreenCaptureService service{ocr, tool, clock, folder.path()};
+};
+
+TEST_F(ScreenCapture, a_drawn_region_becomes_text_step_by_step) {
+    const auto ending = capture();
+    EXPECT_THAT(steps, ElementsAre(u"before"_s));
+    EXPECT_EQ(recognizer.preparations, 1) << "the recogniser gets ready while the user draws";
+    clock.advance(149ms);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_THAT(tool.paths, IsEmpty());
+    clock.advance(1ms);
+    EXPECT_TRUE(eventually([&] { return !tool.paths.isEmpty(); }));
+    EXPECT_THAT(steps, ElementsAre(u"before"_s, u"draw"_s));
+
+    tool.finish(0, "png");
+    EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
+    EXPECT_THAT(steps, ElementsAre(u"before"_s, u"draw"_s, u"after"_s, u"recognise"_s));
+    EXPECT_EQ(ending->result, Result(u"Xin chào"_s));
+    EXPECT_THAT(filesLeft(), IsEmpty());
+    EXPECT_EQ(std::get<QUrl>(recognizer.images.at(0)), QUrl::fromLocalFile(tool.paths.first()));
+    EXPECT_EQ(QFileInfo(tool.paths.first()).path(), folder.path());
+
+    EXPECT_EQ(captureThatEnds(0, "png").result, Result(u"Xin chào"_s));
+    ASSERT_EQ(tool.paths.size(), 2);
+    EXPECT_NE(tool.paths[0], tool.paths[1]);
+    static const QRegularExpression name(
+        uR"(/tralio_snip_[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}\.png$)"_s);
+    for (const QString& path : tool.paths)
+        EXPECT_TRUE(name.match(path).hasMatch()) << path.toStdString();
+}
+
+TEST_F(ScreenCapture, a_capture_without_a_picture_is_no_text_and_no_failure) {
+    struct Case {
+        const char* what;
+        qint32 status;
+        std::optional<QByteArray> picture;
+    };
+    const Case cases[] = {
+        {"cancelled", 0, std::nullopt},
+        {"an empty file", 0, QByteArray()},
+        {"a status other than zero, with a picture", 1, QByteArray("png")},
+        {"not started", CaptureTool::notStarted, std::nullopt},
+    };
+    for (const Case& given : cases) {
+        steps.clear();
+        const auto ending = captureThatEnds(given.status, given.picture);
+        ASSERT_TRUE(ending.result) << given.what << ending.failure.toStdString();
+        EXPECT_EQ(*ending.result, std::nullopt) << given.what;
+        EXPECT_THAT(steps, ElementsAre(u"before"_s, u"draw"_s, u"after"_s)) << given.what;
+        EXPECT_THAT(filesLeft(), IsEmpty()) << given.what;
+    }
+}
+
+TEST_F(ScreenCapture, a_failed_recognition_is_passed_on_and_the_next_capture_works) {
+    recognizer.reads({});
+    EXPECT_EQ(captureThatEnds(0, "png").error, OCRError::noTextFound());
+    EXPECT_THAT(filesLeft(), IsEmpty());
+    recognizer.answer = []() -> std::vector<TextObservation> { throw OCRError::invalidImage(); };
+    EXPECT_EQ(captureThatEnds(0, "no png").error, OCRError::invalidImage());
+    EXPECT_THAT(filesLeft(), IsEmpty());
+    recognizer.reads({{{}, {u"đây"_s}}});
+    EXPECT_EQ(captureThatEnds(0, "png").result, Result(u"đây"_s));
+}
+
+TEST_F(ScreenCapture, a_second_call_ends_at_once_until_the_first_has_its_text) {
+    recognizer.isSlow = true;
+    bool recognising = false;
+    recognizer.onRecognize = [&] { recognising = true; };
+    const auto first = capture();
+    const auto expectRefused = [this] {
+        const auto second = started(service.captureInteractiveAndRecognize([] { FAIL(); }, [] { FAIL(); }));
+        EXPECT_EQ(second->times, 1);
+        EXPECT_EQ(second->result.value_or(u"failed"_s), std::nullopt);
+    };
+    expectRefused();
+    clock.advance(150ms);
+    EXPECT_TRUE(eventually([&] { return !tool.paths.isEmpty(); }));
+    expectRefused();
+    tool.finish(0, "png");
+    EXPECT_TRUE(eventually([&] { return recognising; }));
+    expectRefused();
+    EXPECT_TRUE(eventually([&] { return first->times > 0; }));
+    EXPECT_EQ(first->result, Result(u"Xin chào"_s));
+    EXPECT_EQ(tool.paths.size(), 1);
+}
+
+TEST_F(ScreenCapture, both_callbacks_may_be_absent) {
+    const auto ending = started(service.captureInteractiveAndRecognize());
+    clock.advance(150ms);
+    EXPECT_TRUE(eventually([&] { return !tool.paths.isEmpty(); }));
+    tool.finish(0, "png");
+    EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
+    EXPECT_EQ(ending->result, Result(u"Xin chào"_s));
+}
+
+}  // namespace
+}  // namespace tralio

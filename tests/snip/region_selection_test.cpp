@@ -1,0 +1,191 @@
+#include "platform/linux/snip/region_selection.h"
+
+#include <functional>
+#include <gmock/gmock.h>
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Stage = RegionSelection::Stage;
+using ArrowEffect = RegionSelection::ArrowEffect;
+using Stride = RegionSelection::Stride;
+
+constexpr QPoint left(-1, 0), right(1, 0), up(0, -1), down(0, 1);
+
+/// A monitor at 1x and, to the right of it and lower, one at 2x.
+const MonitorLayout monitors({{u"one"_s, {0, 0, 1000, 800}, 1}, {u"two"_s, {1000, 200, 2000, 1600}, 2}});
+
+struct RegionSelectionTest : testing::Test {
+    RegionSelection selection{monitors, {500, 400}};
+
+    void drag(QPoint from, QPoint to) {
+        selection.press(from);
+        selection.moveTo((from + to) / 2);
+        selection.moveTo(to);
+    }
+    void place(const QRect& wanted) {
+        selection.pressArrow(down, ArrowEffect::Move, Stride::Fine);
+        drag(selection.area()->topLeft(), wanted.topLeft());
+        selection.release(wanted.topLeft());
+        drag(selection.area()->bottomRight(), wanted.bottomRight());
+        selection.release(wanted.bottomRight());
+        ASSERT_EQ(selection.area(), wanted);
+    }
+};
+
+TEST_F(RegionSelectionTest, letting_go_after_a_drag_takes_the_pixels_from_the_first_to_the_last) {
+    struct Case {
+        QPoint from, to;
+        QRect taken;
+        QPoint corner;
+    };
+    const Case cases[] = {
+        {{100, 100}, {299, 199}, {100, 100, 200, 100}, {299, 199}},
+        {{299, 199}, {100, 100}, {100, 100, 200, 100}, {100, 100}},
+        {{100, 199}, {299, 100}, {100, 100, 200, 100}, {299, 100}},
+        {{100, 100}, {104, 100}, {100, 100, 5, 1}, {104, 100}},
+        {{900, 700}, {1100, 900}, {900, 700, 201, 201}, {1100, 900}},  // from one monitor to the other
+        {{0, 0}, {2999, 1799}, {0, 0, 3000, 1800}, {2999, 1799}},
+    };
+    for (const Case& given : cases) {
+        RegionSelection drawn(monitors, {});
+        drawn.press(given.from);
+        drawn.moveTo(given.to);
+        EXPECT_EQ(drawn.stage(), Stage::Drawing);
+        if (given.taken.height() > 1) {
+            EXPECT_EQ(drawn.activeCorner(), given.corner);
+        }
+        drawn.release(given.to);
+        EXPECT_EQ(drawn.stage(), Stage::Confirmed);
+        EXPECT_EQ(drawn.area(), given.taken);
+    }
+}
+
+TEST_F(RegionSelectionTest, a_click_or_a_drag_back_to_its_start_cancels) {
+    struct Case {
+        QPoint from, to;
+        Stage stage;
+    };
+    const Case cases[] = {
+        {{100, 100}, {100, 100}, Stage::Cancelled},
+        {{100, 100}, {103, 97}, Stage::Cancelled},
+        {{100, 100}, {100, 104}, Stage::Confirmed},
+        {{1500, 900}, {1507, 900}, Stage::Cancelled},  // logical pixels count
+        {{1500, 900}, {1492, 900}, Stage::Confirmed},
+    };
+    for (const Case& given : cases) {
+        RegionSelection drawn(monitors, {});
+        drawn.press(given.from);
+        drawn.moveTo({700, 600});
+        drawn.moveTo(given.to);
+        EXPECT_EQ(drawn.area().has_value(), given.stage == Stage::Confirmed);
+        drawn.release(given.to);
+        EXPECT_EQ(drawn.stage(), given.stage) << given.to.x() << ' ' << given.to.y();
+    }
+}
+
+TEST_F(RegionSelectionTest, cancelling_ends_every_stage_and_nothing_happens_after_it) {
+    const std::function<void()> ways[] = {
+        [] {},
+        [this] {
+            drag({10, 10}, {200, 200});
+        },
+        [this] { selection.confirm(); },
+        [this] {
+            selection.confirm();
+            drag(selection.area()->center(), {100, 100});
+        },
+    };
+    for (const auto& begin : ways) {
+        selection = RegionSelection(monitors, {500, 400});
+        begin();
+        selection.cancel();
+        EXPECT_EQ(selection.stage(), Stage::Cancelled);
+        selection.press({1, 1});
+        selection.release({300, 300});
+        selection.confirm();
+        selection.pressArrow(up, ArrowEffect::Move, Stride::Fine);
+        EXPECT_EQ(selection.stage(), Stage::Cancelled);
+        EXPECT_EQ(selection.area(), std::nullopt);
+    }
+}
+
+TEST_F(RegionSelectionTest, keys_place_move_size_and_confirm_a_rectangle) {
+    selection.pressArrow(right, ArrowEffect::Resize, Stride::Coarse);
+    const QRect placed = selection.area().value();
+    EXPECT_EQ(selection.stage(), Stage::Placed);
+    EXPECT_TRUE(placed.contains(selection.pointer()));
+
+    selection.pressArrow(left, ArrowEffect::Move, Stride::Coarse);
+    selection.pressArrow(up, ArrowEffect::Move, Stride::Fine);
+    selection.pressArrow(right, ArrowEffect::Resize, Stride::Fine);
+    selection.pressArrow(down, ArrowEffect::Resize, Stride::Coarse);
+    const QRect wanted = placed.translated(-10, -1).adjusted(0, 0, 1, 10);
+    EXPECT_EQ(selection.area(), wanted);
+    EXPECT_EQ(selection.activeCorner(), wanted.bottomRight());
+    selection.moveTo({0, 0});  // the pointer, unpressed, has no part in it
+    selection.confirm();
+    EXPECT_EQ(selection.stage(), Stage::Confirmed);
+    EXPECT_EQ(selection.area(), wanted);
+}
+
+TEST_F(RegionSelectionTest, keys_step_in_logical_pixels_and_keep_the_rectangle_on_the_screen_and_visible) {
+    RegionSelection fine(monitors, {2990, 1790});
+    fine.confirm();
+    QRect area = fine.area().value();
+    EXPECT_EQ(area.bottomRight(), QPoint(2999, 1799));
+    fine.pressArrow(left, ArrowEffect::Move, Stride::Fine);
+    EXPECT_EQ(fine.area(), area.translated(-2, 0));
+    for (int i = 0; i < 300; ++i) {
+        for (const QPoint direction : {right, down})
+            fine.pressArrow(direction, ArrowEffect::Move, Stride::Coarse);
+    }
+    EXPECT_EQ(fine.area(), area);
+    fine.pressArrow(right, ArrowEffect::Resize, Stride::Coarse);
+    EXPECT_EQ(fine.area(), area);
+    for (int i = 0; i < 300; ++i) {
+        for (const QPoint direction : {left, up})
+            fine.pressArrow(direction, ArrowEffect::Resize, Stride::Coarse);
+    }
+    EXPECT_EQ(fine.area(), QRect(area.topLeft(), QSize(16, 16)));
+}
+
+TEST_F(RegionSelectionTest, the_pointer_pulls_moves_and_turns_over_a_placed_rectangle) {
+    struct Case {
+        const char* what;
+        QPoint from, to;
+        QRect result;
+    };
+    const Case cases[] = {
+        {"the inside moves", {300, 300}, {310, 290}, {210, 190, 200, 200}},
+        {"but not off the screen", {300, 300}, {0, 0}, {0, 0, 200, 200}},
+        {"a side", {201, 300}, {181, 350}, {180, 200, 220, 200}},
+        {"just outside of a side", {404, 300}, {424, 300}, {200, 200, 220, 200}},
+        {"a corner", {399, 200}, {409, 190}, {200, 190, 210, 210}},
+        {"a side pulled over the other", {399, 300}, {100, 300}, {100, 200, 101, 200}},
+    };
+    for (const Case& given : cases) {
+        selection = RegionSelection(monitors, {500, 400});
+        place({200, 200, 200, 200});
+        drag(given.from, given.to);
+        EXPECT_EQ(selection.stage(), Stage::Adjusting) << given.what;
+        selection.release(given.to);
+        EXPECT_EQ(selection.stage(), Stage::Placed) << given.what;
+        EXPECT_EQ(selection.area(), given.result) << given.what;
+    }
+    drag({600, 600}, {700, 700});
+    selection.release({700, 700});
+    EXPECT_EQ(selection.stage(), Stage::Confirmed);
+    EXPECT_EQ(selection.area(), QRect(600, 600, 101, 101));
+}
+
+TEST_F(RegionSelectionTest, a_small_placed_rectangle_can_still_be_moved) {
+    place({300, 300, 12, 12});
+    drag({306, 306}, {316, 306});
+    selection.release({316, 306});
+    EXPECT_EQ(selection.area(), QRect(310, 300, 12, 12));
+}
+
+}  // namespace
+}  // namespace tralio
