@@ -284,7 +284,7 @@ TEST_F(ScreenOCR, the_popover_is_away_while_the_user_draws_and_the_text_is_reque
 TEST_F(ScreenOCR, a_cancelled_capture_requests_nothing_and_brings_the_popover_back) {
     tool.draws = false;
     capture();
-    nextTurn();
+    EXPECT_TRUE(nextTurn());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
     EXPECT_THAT(log.messages().filter(u"error"_s), IsEmpty());
 }
