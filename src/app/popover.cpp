@@ -56,6 +56,7 @@ void Popover::show(std::optional<QRect> anchor) {
     }
     m_frame->setEdges(edges);
     m_closedByDeactivation.invalidate();
+    m_sinceShown.start();
     if (!isVisible()) {
         place(anchor);
         QWidget::show();
@@ -88,6 +89,8 @@ bool Popover::event(QEvent* event) {
 void Popover::hideUnlessActive() {
     if (!isVisible() || isActiveWindow()) {
         m_grabWatch.stop();
+    } else if (!m_sinceShown.hasExpired(sameClick)) {
+        m_grabWatch.start();  // this may be about the time before it was shown: look again
     } else if (m_windowSystem.isActive && m_windowSystem.isActive(winId())) {
         m_grabWatch.start();  // the toolkit will not tell when another window becomes active meanwhile
     } else {

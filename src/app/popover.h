@@ -48,6 +48,7 @@ private:
     WindowSystem m_windowSystem;
     WindowFrame* m_frame = nullptr;
     QTimer m_grabWatch;
+    QElapsedTimer m_sinceShown;
     QElapsedTimer m_closedByDeactivation;
 };
 
