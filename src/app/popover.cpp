@@ -87,12 +87,14 @@ bool Popover::event(QEvent* event) {
 }
 
 void Popover::hideUnlessActive() {
+    // The toolkit may be telling of the time before the popover was shown, or of a moment's grab; it will not
+    // tell when another window becomes active meanwhile. So look again.
+    const bool justShown = !m_sinceShown.hasExpired(sameClick);
+    const bool inFront = m_windowSystem.isActive && m_windowSystem.isActive(winId());
     if (!isVisible() || isActiveWindow()) {
         m_grabWatch.stop();
-    } else if (!m_sinceShown.hasExpired(sameClick)) {
-        m_grabWatch.start();  // this may be about the time before it was shown: look again
-    } else if (m_windowSystem.isActive && m_windowSystem.isActive(winId())) {
-        m_grabWatch.start();  // the toolkit will not tell when another window becomes active meanwhile
+    } else if (justShown || inFront) {
+        m_grabWatch.start();
     } else {
         m_grabWatch.stop();
         hide();
