@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QWidget>
+
+#include "ui/kit/colors.h"
+#include "ui/kit/text_style.h"
+#include "ui/kit/theme.h"
+
+namespace tralio {
+
+/// The measures and colours of one kind of badge, in logical pixels.
+struct BadgeStyle {
+    int height;
+    int padding;
+    int radius;
+    TextStyle text;
+    ColorRole fill;
+    ColorRole color;
+};
+
+namespace badge {
+
+inline constexpr BadgeStyle shortcut{
+    22, 8, radius::small, text::menu.with(Weight::Bold), ColorRole::AccentBadge, ColorRole::AccentText};
+inline constexpr BadgeStyle language{
+    18, 6, radius::chip, text::smallCaption.with(Weight::Bold), ColorRole::AccentBadge, ColorRole::Text};
+inline constexpr BadgeStyle version{
+    20, 6, radius::chip, text::caption.with(Weight::Semibold), ColorRole::Control, ColorRole::Secondary};
+inline constexpr BadgeStyle granted{18,
+                                    6,
+                                    radius::chip,
+                                    text::smallCaption.with(Weight::Heavy),
+                                    ColorRole::GreenStatusBadge,
+                                    ColorRole::Green};
+inline constexpr BadgeStyle missing{
+    18, 6, radius::chip, text::smallCaption.with(Weight::Heavy), ColorRole::RedStatusBadge, ColorRole::Red};
+/// "Mới", beside the title of an offer.
+inline constexpr BadgeStyle offer{12, 4, radius::tiny, text::tiny, ColorRole::GreenBadge, ColorRole::Green};
+
+}  // namespace badge
+
+/// A word on a small tinted shape. It is only read, and shortens when its row is too narrow.
+class Badge final : public QWidget {
+    Q_OBJECT
+
+public:
+    Badge(const BadgeStyle& style, const QString& text, QWidget* parent = nullptr);
+
+    void setText(const QString& text);
+    void setStyle(const BadgeStyle& style);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void changed();
+
+    BadgeStyle m_style;
+    QString m_text;
+};
+
+}  // namespace tralio

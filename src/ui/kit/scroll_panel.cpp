@@ -1,0 +1,37 @@
+#include "ui/kit/scroll_panel.h"
+
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include "ui/kit/overlay_scroll_bar.h"
+
+namespace tralio {
+
+ScrollPanel::ScrollPanel(QWidget* content, QWidget* parent) : QScrollArea(parent) {
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+    setWidget(content);
+    // The surface behind shows through.
+    content->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+    constexpr int wheelStep = 16;
+    verticalScrollBar()->setSingleStep(wheelStep);
+    new OverlayScrollBar(this);
+}
+
+void ScrollPanel::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_PageUp:
+            verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);
+            break;
+        case Qt::Key_PageDown:
+            verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+            break;
+        default:
+            // The arrows move among the parts of the panel, not the panel.
+            event->ignore();
+    }
+}
+
+}  // namespace tralio
