@@ -1,0 +1,55 @@
+#include "speech/speech_service.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+#include "speech/speech_synthesizer.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString english = u"en-US"_s;
+const QString vietnamese = u"vi-VN"_s;
+
+QString voiceFor(const QString& languageCode) {
+    const QString language = languageCode.toLower();
+    return language.contains(u"anh") || language == u"en" ? english : vietnamese;
+}
+
+}  // namespace
+
+SpeechService::SpeechService(SpeechSynthesizer& synthesizer) : m_synthesizer(synthesizer) {}
+
+void SpeechService::speak(const QString& text, const QString& languageCode) {
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty())
+        return;
+    if (m_synthesizer.isSpeaking()) {
+        m_synthesizer.stopSpeaking();
+        isSpeaking = false;
+        return;
+    }
+    QStringList voices{voiceFor(languageCode), english};
+    voices.removeDuplicates();
+    isSpeaking = true;
+    // The end may be told on another thread, and after this service is gone.
+    m_synthesizer.speak({trimmed, voices}, [service = QPointer(this), utterance = ++m_utterance] {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [service, utterance] {
+                if (service && service->m_utterance == utterance)
+                    service->isSpeaking = false;
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void SpeechService::stop() {
+    if (m_synthesizer.isSpeaking())
+        m_synthesizer.stopSpeaking();
+    isSpeaking = false;
+}
+
+}  // namespace tralio

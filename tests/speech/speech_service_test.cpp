@@ -1,0 +1,134 @@
+#include "speech/speech_service.h"
+
+#include <gmock/gmock.h>
+#include <thread>
+
+#include "speech/speech_synthesizer.h"
+#include "support/event_loop.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Reads until it is told that it has read to the end.
+class FakeSynthesizer final : public SpeechSynthesizer {
+public:
+    [[nodiscard]] bool isSpeaking() const override { return speaking; }
+
+    void speak(const Utterance& utterance, std::function<void()> onEnd) override {
+        EXPECT_FALSE(speaking);
+        speaking = true;
+        flagWhenTaken = service->isSpeaking();
+        utterances << utterance;
+        ends.push_back(std::move(onEnd));
+    }
+
+    void stopSpeaking() override {
+        ++stops;
+        speaking = false;
+    }
+
+    /// The end of an utterance arrives as it does from a real engine, on a thread of the engine's own.
+    void tellEnd(std::size_t utterance) {
+        speaking = speaking && utterance + 1 != ends.size();
+        std::thread(ends.at(utterance)).join();
+    }
+
+    SpeechService* service = nullptr;
+    QList<Utterance> utterances;
+    std::vector<std::function<void()>> ends;
+    bool speaking = false;
+    bool flagWhenTaken = false;
+    int stops = 0;
+};
+
+class Speech : public testing::Test {
+protected:
+    Speech() { synthesizer.service = service.get(); }
+
+    FakeSynthesizer synthesizer;
+    std::unique_ptr<SpeechService> service = std::make_unique<SpeechService>(synthesizer);
+};
+
+TEST_F(Speech, english_has_its_own_voice_and_every_other_language_the_vietnamese_one) {
+    const QStringList english{u"en-US"_s};
+    const QStringList vietnamese{u"vi-VN"_s, u"en-US"_s};
+    const std::pair<QString, QStringList> cases[] = {
+        {u"Tiếng Anh"_s, english},
+        {u"TIẾNG ANH"_s, english},
+        {u"en"_s, english},
+        {u"EN"_s, english},
+        {u"Tiếng Việt"_s, vietnamese},
+        {u"Tiếng Nhật"_s, vietnamese},
+        {u"Tiếng Trung"_s, vietnamese},
+        {u"Tiếng Hàn"_s, vietnamese},
+        {u"Tiếng Pháp"_s, vietnamese},
+        {u"en-US"_s, vietnamese},
+        {u"English"_s, vietnamese},
+        {QString(), vietnamese},
+    };
+    for (const auto& [language, voices] : cases) {
+        service->speak(u" \n xin chào\u00a0\u2029 "_s, language);
+        EXPECT_EQ(synthesizer.utterances.last(), (Utterance{u"xin chào"_s, voices}))
+            << language.toStdString();
+        service->stop();
+    }
+}
+
+TEST_F(Speech, blanks_and_a_stop_while_silent_do_nothing) {
+    service->speak(u" \t\n\u3000"_s, u"en"_s);
+    service->stop();
+    EXPECT_THAT(synthesizer.utterances, IsEmpty());
+    EXPECT_EQ(synthesizer.stops, 0);
+    EXPECT_FALSE(service->isSpeaking());
+
+    service->speak(u"hello"_s, u"en"_s);
+    service->speak(u"  "_s, u"en"_s);
+    EXPECT_EQ(synthesizer.stops, 0) << "blanks do not stop a reading either";
+    EXPECT_TRUE(service->isSpeaking());
+}
+
+TEST_F(Speech, a_second_call_stops_and_a_third_one_reads_again) {
+    service->speak(u"one"_s, u"en"_s);
+    EXPECT_TRUE(synthesizer.flagWhenTaken) << "the flag rises before the synthesizer hears of it";
+    service->speak(u"two"_s, u"en"_s);
+    EXPECT_EQ(synthesizer.stops, 1);
+    EXPECT_FALSE(service->isSpeaking());
+    service->speak(u"three"_s, u"en"_s);
+    EXPECT_TRUE(service->isSpeaking());
+    ASSERT_EQ(synthesizer.utterances.size(), 2);
+    EXPECT_EQ(synthesizer.utterances.last().text, u"three"_s);
+}
+
+TEST_F(Speech, the_flag_falls_on_the_main_thread_after_the_end_of_the_present_utterance_only) {
+    service->speak(u"one"_s, u"en"_s);
+    service->stop();
+    service->speak(u"two"_s, u"en"_s);
+    synthesizer.tellEnd(0);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_TRUE(service->isSpeaking()) << "the cancellation of the first text came late";
+
+    QThread* changedOn = nullptr;
+    QObject::connect(
+        service.get(), &ObservableObject::objectWillChange, service.get(),
+        [&] { changedOn = QThread::currentThread(); }, Qt::DirectConnection);
+    synthesizer.tellEnd(1);
+    EXPECT_TRUE(service->isSpeaking()) << "not on the engine's thread";
+    EXPECT_TRUE(nextTurn());
+    EXPECT_FALSE(service->isSpeaking());
+    EXPECT_EQ(changedOn, QThread::currentThread());
+}
+
+TEST_F(Speech, an_end_that_comes_after_the_service_is_gone_reaches_nobody) {
+    service->speak(u"one"_s, u"en"_s);
+    service.reset();
+    synthesizer.tellEnd(0);
+    EXPECT_TRUE(nextTurn());
+}
+
+}  // namespace
+}  // namespace tralio
