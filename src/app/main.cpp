@@ -38,7 +38,7 @@ QWidget* makeContent(Services& services) {
 
 int main(int argc, char** argv) {
     // Trays show nothing for a program that names no desktop file, and ask before the application exists.
-    QGuiApplication::setDesktopFileName(u"tralio"_s);
+    QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
     QCoreApplication::setApplicationName(u"tralio"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(TRALIO_VERSION));
     QApplication application(argc, argv);

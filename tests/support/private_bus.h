@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QProcess>
+
+namespace tralio {
+
+/// A message bus of one test's own, with as many connections to it as the test wants.
+class PrivateBus final {
+public:
+    PrivateBus();
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+    ~PrivateBus();
+
+    /// One more connection, as one more program would have.
+    [[nodiscard]] QDBusConnection connect();
+
+private:
+    QProcess m_daemon;
+    QString m_address;
+    QStringList m_connections;
+};
+
+}  // namespace tralio
