@@ -6,6 +6,8 @@
 #include <QNetworkReply>
 #include <qcorofuture.h>
 
+#include <utility>
+
 #include "engine/http_transfer.h"
 #include "engine/transport_error.h"
 
@@ -26,14 +28,21 @@ public:
     }
 };
 
+/// Each request stands for itself.
+QNetworkRequest withoutCookies(QNetworkRequest request) {
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    return request;
+}
+
 }  // namespace
 
 HttpClient::HttpClient(Clock& clock) : m_clock(clock) {}
 
 HttpClient::~HttpClient() = default;
 
-QCoro::Task<HttpResponse> HttpClient::send(QNetworkRequest request, QByteArray body,
-                                           std::chrono::milliseconds idleTimeout, std::stop_token stop) {
+QCoro::Task<HttpResponse> HttpClient::transfer(Start start, AddressOrigin origin, Receive receive,
+                                               std::chrono::milliseconds idleTimeout, std::stop_token stop) {
     if (stop.stop_requested())
         throw TransportError::cancelled();
 
@@ -42,13 +51,8 @@ QCoro::Task<HttpResponse> HttpClient::send(QNetworkRequest request, QByteArray b
         m_network->setProxyFactory(new DesktopProxies);
         m_transfers = std::make_unique<QObject>();
     }
-    // Each request stands for itself. It carries the user's key and text, which the library would take along
-    // to wherever a server points: it may point to its own origin only.
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::SameOriginRedirectPolicy);
-    QNetworkReply* reply = m_network->post(request, body);
-    auto* transfer = new HttpTransfer(reply, m_clock, idleTimeout, stop, m_transfers.get());
+    auto* transfer = new HttpTransfer(start(*m_network), {m_clock, idleTimeout, origin, std::move(receive)},
+                                      stop, m_transfers.get());
     const QFuture<HttpResponse> future = transfer->future();
     const HttpResponse response = co_await future;
 
@@ -56,6 +60,30 @@ QCoro::Task<HttpResponse> HttpClient::send(QNetworkRequest request, QByteArray b
     if (stop.stop_requested())
         throw TransportError::cancelled();
     co_return response;
+}
+
+QCoro::Task<HttpResponse> HttpClient::send(QNetworkRequest request, QByteArray body,
+                                           std::chrono::milliseconds idleTimeout, std::stop_token stop) {
+    // The request carries the user's key and text, which the library would take along to wherever a server
+    // points: it may point to its own origin only.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::SameOriginRedirectPolicy);
+    const auto start = [request = withoutCookies(std::move(request)), body = std::move(body)](
+                           QNetworkAccessManager& network) { return network.post(request, body); };
+    return transfer(start, AddressOrigin::enteredByUser, {}, idleTimeout, std::move(stop));
+}
+
+QCoro::Task<HttpResponse> HttpClient::get(QNetworkRequest request, std::chrono::milliseconds idleTimeout,
+                                          std::stop_token stop) {
+    return download(std::move(request), {}, idleTimeout, std::move(stop));
+}
+
+QCoro::Task<HttpResponse> HttpClient::download(QNetworkRequest request, Receive receive,
+                                               std::chrono::milliseconds idleTimeout, std::stop_token stop) {
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    const auto start = [request = withoutCookies(std::move(request))](QNetworkAccessManager& network) {
+        return network.get(request);
+    };
+    return transfer(start, AddressOrigin::programsOwn, std::move(receive), idleTimeout, std::move(stop));
 }
 
 }  // namespace tralio

@@ -1,6 +1,5 @@
 #include "engine/http_transfer.h"
 
-#include <exception>
 #include <utility>
 
 #include "common/clock.h"
@@ -8,9 +7,8 @@
 
 namespace tralio {
 
-HttpTransfer::HttpTransfer(QNetworkReply* reply, Clock& clock, std::chrono::milliseconds idleTimeout,
-                           const std::stop_token& stop, QObject* parent)
-    : QObject(parent), m_reply(reply), m_clock(clock), m_idleTimeout(idleTimeout) {
+HttpTransfer::HttpTransfer(QNetworkReply* reply, Terms terms, const std::stop_token& stop, QObject* parent)
+    : QObject(parent), m_reply(reply), m_terms(std::move(terms)), m_stop(stop) {
     m_promise.start();
     restartIdleTimer();
 
@@ -18,32 +16,46 @@ HttpTransfer::HttpTransfer(QNetworkReply* reply, Clock& clock, std::chrono::mill
     connect(reply, &QNetworkReply::metaDataChanged, this, &HttpTransfer::restartIdleTimer);
     connect(reply, &QNetworkReply::redirected, this, &HttpTransfer::restartIdleTimer);
     connect(reply, &QNetworkReply::downloadProgress, this, &HttpTransfer::restartIdleTimer);
-    connect(reply, &QNetworkReply::readyRead, this, &HttpTransfer::collect);
+    connect(reply, &QNetworkReply::readyRead, this, &HttpTransfer::takeBody);
     connect(reply, &QNetworkReply::sslErrors, this, [this](const auto& errors) { m_sslErrors = errors; });
     connect(reply, &QNetworkReply::finished, this, &HttpTransfer::conclude);
 
     m_onStop.emplace(stop, [this] {
         QMetaObject::invokeMethod(
-            this, [this] { fail(TransportError::cancelled()); }, Qt::QueuedConnection);
+            this, [this] { fail(std::make_exception_ptr(TransportError::cancelled())); },
+            Qt::QueuedConnection);
     });
 }
 
 HttpTransfer::~HttpTransfer() {
     m_onStop.reset();
-    fail(TransportError::cancelled());
+    fail(std::make_exception_ptr(TransportError::cancelled()));
 }
 
 void HttpTransfer::restartIdleTimer() {
     m_idleTimer = std::make_unique<QObject>();
-    m_clock.after(m_idleTimeout, m_idleTimer.get(),
-                  [this] { fail(TransportError::timedOut(m_reply->url(), m_idleTimeout)); });
+    m_terms.clock.after(m_terms.idleTimeout, m_idleTimer.get(), [this] {
+        fail(std::make_exception_ptr(TransportError::timedOut(m_reply->url(), m_terms.idleTimeout)));
+    });
 }
 
-void HttpTransfer::collect() {
+void HttpTransfer::takeBody() {
     restartIdleTimer();
-    m_body += m_reply->readAll();
-    if (m_body.size() > HttpClient::maximumBodySize)
-        fail(TransportError::replyTooLarge(m_reply->url(), HttpClient::maximumBodySize));
+    try {
+        takePiece(m_reply->readAll());
+    } catch (const LocalizedError&) {
+        fail(std::current_exception());
+    }
+}
+
+void HttpTransfer::takePiece(const QByteArray& piece) {
+    if (!m_terms.receive) {
+        m_body += piece;
+        if (m_body.size() > HttpClient::maximumBodySize)
+            throw TransportError::replyTooLarge(m_reply->url(), HttpClient::maximumBodySize);
+    } else if (!piece.isEmpty() && !m_stop.stop_requested()) {
+        m_terms.receive(piece, announcedSize());
+    }
 }
 
 void HttpTransfer::conclude() {
@@ -53,10 +65,13 @@ void HttpTransfer::conclude() {
         status = attribute.toInt();
 
     if (brokeDown(status)) {
-        fail(TransportError::fromNetworkError(m_reply->error(), m_reply->url(), m_sslErrors));
+        fail(std::make_exception_ptr(
+            TransportError::fromNetworkError(m_reply->error(), m_reply->url(), m_sslErrors, m_terms.origin)));
         return;
     }
-    m_body += m_reply->readAll();
+    takeBody();  // what came with the end
+    if (!m_reply)
+        return;
     m_promise.addResult(HttpResponse{status, std::exchange(m_body, {})});
     settle();
 }
@@ -75,10 +90,15 @@ bool HttpTransfer::brokeDown(std::optional<int> status) const {
     return *status < 400 || !saysTheStatus;
 }
 
-void HttpTransfer::fail(const TransportError& error) {
+std::optional<qint64> HttpTransfer::announcedSize() const {
+    const QVariant size = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    return size.isValid() ? std::optional(size.toLongLong()) : std::nullopt;
+}
+
+void HttpTransfer::fail(std::exception_ptr error) {
     if (!m_reply)
         return;
-    m_promise.setException(std::make_exception_ptr(error));
+    m_promise.setException(std::move(error));
     settle();
 }
 

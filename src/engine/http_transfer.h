@@ -7,47 +7,55 @@
 #include <QSslError>
 
 #include <chrono>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
 
 #include "engine/http_client.h"
+#include "engine/transport_error.h"
 
 namespace tralio {
 
-class TransportError;
-
-/// One request under way: collects its reply, watches over silence and size, and settles its future exactly
-/// once, also when it is destroyed early. Deletes itself when it has settled.
+/// One request under way: collects its reply or hands it on, watches over silence and size, and settles its
+/// future exactly once, also when it is destroyed early. Deletes itself when it has settled.
 ///
 /// The future stands between the reply and who awaits it on purpose: a continuation runs from the event loop,
 /// never inside a signal of the reply or a stop callback, so it may destroy the client or the stop source.
 class HttpTransfer final : public QObject {
 public:
-    HttpTransfer(QNetworkReply* reply, Clock& clock, std::chrono::milliseconds idleTimeout,
-                 const std::stop_token& stop, QObject* parent);
+    struct Terms {
+        Clock& clock;
+        std::chrono::milliseconds idleTimeout;
+        AddressOrigin origin;         ///< for the words of an error
+        HttpClient::Receive receive;  ///< takes the body; without it, the body is collected
+    };
+
+    HttpTransfer(QNetworkReply* reply, Terms terms, const std::stop_token& stop, QObject* parent);
     ~HttpTransfer() override;
 
     [[nodiscard]] QFuture<HttpResponse> future() const { return m_promise.future(); }
 
 private:
     void restartIdleTimer();
-    void collect();
+    void takeBody();
+    void takePiece(const QByteArray& piece);
     void conclude();
-    void fail(const TransportError& error);
+    void fail(std::exception_ptr error);
     void settle();
 
     /// Whether the reply's error says more than its HTTP status does: the status alone is no failure here.
     [[nodiscard]] bool brokeDown(std::optional<int> status) const;
+    [[nodiscard]] std::optional<qint64> announcedSize() const;
 
     QNetworkReply* m_reply;  ///< null once settled
-    Clock& m_clock;
-    std::chrono::milliseconds m_idleTimeout;
+    Terms m_terms;
     std::unique_ptr<QObject> m_idleTimer;  ///< the context of the call that ends a silent transfer
     QByteArray m_body;
     QList<QSslError> m_sslErrors;
     QPromise<HttpResponse> m_promise;
+    std::stop_token m_stop;
     std::optional<std::stop_callback<std::function<void()>>> m_onStop;
 };
 

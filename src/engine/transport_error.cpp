@@ -11,7 +11,12 @@ QString serverName(const QUrl& url) {
     return url.authority(QUrl::FullyDecoded | QUrl::RemoveUserInfo);
 }
 
-QString certificateDescription(const QString& server, const QList<QSslError>& errors) {
+QString whatToDo(AddressOrigin origin) {
+    return origin == AddressOrigin::enteredByUser ? u"Vui lòng kiểm tra lại Base URL."_s
+                                                  : u"Vui lòng thử lại sau."_s;
+}
+
+QString certificateDescription(const QString& server, const QList<QSslError>& errors, AddressOrigin origin) {
     for (const QSslError& error : errors) {
         switch (error.error()) {
             case QSslError::CertificateExpired:
@@ -19,7 +24,7 @@ QString certificateDescription(const QString& server, const QList<QSslError>& er
                 return u"Chứng chỉ bảo mật của %1 đã hết hạn hoặc chưa có hiệu lực. "
                        u"Vui lòng kiểm tra lại ngày giờ của máy."_s.arg(server);
             case QSslError::HostNameMismatch:
-                return u"Chứng chỉ bảo mật không thuộc về %1. Vui lòng kiểm tra lại Base URL."_s.arg(server);
+                return u"Chứng chỉ bảo mật không thuộc về %1. %2"_s.arg(server, whatToDo(origin));
             default:
                 break;
         }
@@ -44,8 +49,29 @@ QString proxyDescription(QNetworkReply::NetworkError error) {
     }
 }
 
-QString description(QNetworkReply::NetworkError error, const QUrl& url, const QList<QSslError>& sslErrors) {
+/// What is told otherwise, or of less use, when the address is none of the user's; null for all else.
+QString ownAddressDescription(QNetworkReply::NetworkError error, const QString& server) {
+    switch (error) {
+        case QNetworkReply::ConnectionRefusedError:
+            return u"Không thể kết nối tới %1: kết nối bị từ chối. Vui lòng thử lại sau."_s.arg(server);
+        case QNetworkReply::HostNotFoundError:
+            return u"Không tìm thấy máy chủ %1. Vui lòng kiểm tra kết nối Internet."_s.arg(server);
+        case QNetworkReply::InsecureRedirectError:
+            return u"%1 chuyển hướng sang một địa chỉ không an toàn, nên yêu cầu đã bị dừng."_s.arg(server);
+        case QNetworkReply::ProtocolUnknownError:
+            return u"Địa chỉ tải về không bắt đầu bằng http:// hoặc https://."_s;
+        default:
+            return {};
+    }
+}
+
+QString description(QNetworkReply::NetworkError error, const QUrl& url, const QList<QSslError>& sslErrors,
+                    AddressOrigin origin) {
     const QString server = serverName(url);
+    if (origin == AddressOrigin::programsOwn) {
+        if (QString own = ownAddressDescription(error, server); !own.isNull())
+            return own;
+    }
     switch (error) {
         case QNetworkReply::ConnectionRefusedError:
             return u"Không thể kết nối tới %1: kết nối bị từ chối. Vui lòng kiểm tra lại Base URL "
@@ -61,14 +87,13 @@ QString description(QNetworkReply::NetworkError error, const QUrl& url, const QL
             return u"Yêu cầu đã bị hủy."_s;
         case QNetworkReply::SslHandshakeFailedError:
             if (!sslErrors.isEmpty())
-                return certificateDescription(server, sslErrors);
-            return u"Không thể thiết lập kết nối bảo mật (TLS) tới %1. Vui lòng kiểm tra lại Base URL."_s.arg(
-                server);
+                return certificateDescription(server, sslErrors, origin);
+            return u"Không thể thiết lập kết nối bảo mật (TLS) tới %1. %2"_s.arg(server, whatToDo(origin));
         case QNetworkReply::TemporaryNetworkFailureError:
         case QNetworkReply::NetworkSessionFailedError:
             return u"Mất kết nối mạng khi đang gửi yêu cầu. Vui lòng kiểm tra kết nối Internet và thử lại."_s;
         case QNetworkReply::TooManyRedirectsError:
-            return u"%1 chuyển hướng quá nhiều lần. Vui lòng kiểm tra lại Base URL."_s.arg(server);
+            return u"%1 chuyển hướng quá nhiều lần. %2"_s.arg(server, whatToDo(origin));
         case QNetworkReply::InsecureRedirectError:
             return u"%1 chuyển hướng sang một địa chỉ khác, nên yêu cầu đã bị dừng để bảo vệ API Key. Vui lòng kiểm tra lại Base URL."_s
                 .arg(server);
@@ -83,7 +108,7 @@ QString description(QNetworkReply::NetworkError error, const QUrl& url, const QL
             return u"Base URL phải bắt đầu bằng http:// hoặc https://."_s;
         case QNetworkReply::ProtocolInvalidOperationError:
         case QNetworkReply::ProtocolFailure:
-            return u"%1 trả lời không đúng giao thức HTTP. Vui lòng kiểm tra lại Base URL."_s.arg(server);
+            return u"%1 trả lời không đúng giao thức HTTP. %2"_s.arg(server, whatToDo(origin));
         case QNetworkReply::UnknownContentError:
             return u"Không giải mã được nội dung phản hồi của %1."_s.arg(server);
         case QNetworkReply::UnknownNetworkError:
@@ -96,8 +121,8 @@ QString description(QNetworkReply::NetworkError error, const QUrl& url, const QL
 }  // namespace
 
 TransportError TransportError::fromNetworkError(QNetworkReply::NetworkError error, const QUrl& url,
-                                                const QList<QSslError>& sslErrors) {
-    return TransportError(description(error, url, sslErrors));
+                                                const QList<QSslError>& sslErrors, AddressOrigin origin) {
+    return TransportError(description(error, url, sslErrors, origin));
 }
 
 TransportError TransportError::cancelled() {

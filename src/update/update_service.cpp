@@ -1,0 +1,195 @@
+#include "update/update_service.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QNetworkRequest>
+#include <QPointer>
+#include <QUrlQuery>
+
+#include <chrono>
+#include <utility>
+
+#include "engine/hosts.h"
+#include "engine/http_client.h"
+#include "update/installer_script.h"
+#include "update/staged_file.h"
+#include "update/version_order.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto manifestTimeout = 10s;
+constexpr auto archiveTimeout = 60s;
+constexpr int statusOK = 200;
+
+/// Asks for the manifest as it is now: no cache on the way may answer.
+QNetworkRequest manifestRequest(const QUrl& url) {
+    QNetworkRequest request(url);
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
+    return request;
+}
+
+/// Asks for the archive as it is: compressed once more, its size could not be told from that of the transfer.
+QNetworkRequest archiveRequest(const QUrl& url) {
+    QNetworkRequest request(url);
+    request.setRawHeader("Accept-Encoding", "identity");
+    return request;
+}
+
+void removeWhateverIsAt(const QString& path) {
+    const QFileInfo entry(path);
+    if (entry.isDir() && !entry.isSymLink())
+        QDir(path).removeRecursively();
+    else
+        QFile::remove(path);
+}
+
+}  // namespace
+
+QUrl UpdateService::defaultManifest() {
+    return QUrl(u"https://%1/version.json"_s.arg(hosts::updateServer));
+}
+
+UpdateService::UpdateService(HttpClient& http, Host host) : m_http(http), m_host(std::move(host)) {}
+
+UpdateService::~UpdateService() {
+    m_stop.request_stop();
+}
+
+void UpdateService::checkForUpdates(bool manual) {
+    if (isChecking() || isUpdating())
+        return;
+    isChecking = true;
+    if (manual)
+        statusMessage = u"Đang kiểm tra bản cập nhật..."_s;
+
+    if (!m_host.manifest.isValid()) {
+        isChecking = false;
+        return;
+    }
+    QUrl url = m_host.manifest;
+    QUrlQuery query;
+    query.addQueryItem(u"t"_s, QString::number(m_host.now().toSecsSinceEpoch()));
+    url.setQuery(query);
+    check(std::move(url), manual);
+}
+
+QCoro::Task<> UpdateService::check(QUrl url, bool manual) {
+    const QPointer self(this);
+    const std::stop_token stop = m_stop.get_token();
+    QString failure;
+    try {
+        const HttpResponse response = co_await m_http.get(manifestRequest(url), manifestTimeout, stop);
+        if (!self)
+            co_return;
+        if (response.status == statusOK)
+            conclude(AppUpdateInfo::fromJson(response.body), manual);
+        else
+            failCheck(u"Không thể kết nối đến máy chủ cập nhật."_s, manual);
+        co_return;
+    } catch (const LocalizedError& error) {
+        failure = error.errorDescription();
+    }
+    if (self)
+        failCheck(u"Lỗi khi kiểm tra: "_s + failure, manual);
+}
+
+void UpdateService::failCheck(const QString& message, bool manual) {
+    isChecking = false;
+    if (manual)
+        statusMessage = message;
+}
+
+void UpdateService::conclude(const AppUpdateInfo& offer, bool manual) {
+    isChecking = false;
+    lastCheckTime = m_host.now();
+    const QString offered = offer.version.trimmed();
+    const QString current = currentVersion().trimmed();
+    if (compareVersions(offered, current) > 0) {
+        updateInfo = offer;
+        isUpdateAvailable = true;
+        statusMessage = u"Đã có bản cập nhật mới: v"_s + offered;
+        return;
+    }
+    updateInfo = std::nullopt;
+    isUpdateAvailable = false;
+    if (manual)
+        statusMessage = u"Bạn đang dùng phiên bản mới nhất (v%1)."_s.arg(current);
+}
+
+void UpdateService::startAutoUpdate() {
+    if (!updateInfo())
+        return;
+    const QUrl archive(updateInfo()->downloadUrl, QUrl::StrictMode);
+    if (!archive.isValid() || isUpdating())
+        return;
+    isUpdating = true;
+    downloadProgress = 0;
+    statusMessage = u"Đang tải bản cập nhật v%1..."_s.arg(updateInfo()->version);
+    install(archive);
+}
+
+QCoro::Task<> UpdateService::install(QUrl archive) {
+    const QPointer self(this);
+    QString failure;
+    try {
+        StagedFile file(m_host.temporaryFolder);
+        co_await download(std::move(archive), file);
+        if (!self)
+            co_return;
+        const QString zipPath = QDir(m_host.temporaryFolder).filePath(u"Tralio-Update.zip"_s);
+        removeWhateverIsAt(zipPath);
+        try {
+            file.moveTo(zipPath);
+        } catch (const FileError& error) {
+            failInstallation(u"Lỗi khi lưu file cập nhật: "_s + error.errorDescription());
+            co_return;
+        }
+        statusMessage = u"Đang cài đặt và khởi động lại..."_s;
+        applyUpdate(zipPath);
+        co_return;
+    } catch (const LocalizedError& error) {
+        failure = error.errorDescription();
+    }
+    if (self)
+        failInstallation(u"Lỗi tải bản cập nhật: "_s + failure);
+}
+
+QCoro::Task<> UpdateService::download(QUrl archive, StagedFile& file) {
+    const auto receive = [this, &file](const QByteArray& piece, std::optional<qint64> totalSize) {
+        file.write(piece);
+        if (totalSize > 0)
+            downloadProgress = static_cast<double>(file.size()) / static_cast<double>(*totalSize);
+    };
+    const std::stop_token stop = m_stop.get_token();
+    co_await m_http.download(archiveRequest(archive), receive, archiveTimeout, stop);
+}
+
+void UpdateService::applyUpdate(const QString& zipPath) {
+    const QString scriptPath = QDir(m_host.temporaryFolder).filePath(u"tralio_updater.sh"_s);
+    try {
+        StagedFile file(m_host.temporaryFolder);
+        file.write(installerScript(zipPath).toUtf8());
+        file.moveTo(scriptPath);
+    } catch (const FileError&) {
+        // Whether there is a script to run is seen by whoever runs it.
+    }
+    try {
+        m_host.runInstaller(scriptPath);
+    } catch (const LocalizedError& error) {
+        failInstallation(u"Không thể chạy tiến trình cập nhật: "_s + error.errorDescription());
+        return;
+    }
+    m_host.terminate();
+}
+
+void UpdateService::failInstallation(const QString& message) {
+    isUpdating = false;
+    statusMessage = message;
+}
+
+}  // namespace tralio

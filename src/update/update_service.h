@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QDateTime>
+#include <QUrl>
+#include <qcorotask.h>
+
+#include <functional>
+#include <optional>
+#include <stop_token>
+
+#include "common/observable_object.h"
+#include "update/app_update_info.h"
+
+namespace tralio {
+
+class StagedFile;
+class HttpClient;
+
+/// Finds out whether the maker offers a newer version, and installs it: downloads the archive, hands over to
+/// an installer script and ends the program. All that happens is told by the observable members; nothing
+/// fails otherwise. Used from the main thread.
+class UpdateService final : public ObservableObject {
+    Q_OBJECT
+
+public:
+    /// What the service takes from the program around it.
+    struct Host {
+        QUrl manifest;
+        QString currentVersion;
+        QString temporaryFolder;
+        /// Runs a shell script that outlives the program; fails with a `LocalizedError` if it does not start.
+        std::function<void(const QString& scriptPath)> runInstaller;
+        /// Ends the program.
+        std::function<void()> terminate;
+        std::function<QDateTime()> now = &QDateTime::currentDateTimeUtc;
+    };
+
+    /// The manifest at its place on the maker's server.
+    [[nodiscard]] static QUrl defaultManifest();
+
+    /// The one instance of the process; defined in app/, where the program is wired.
+    [[nodiscard]] static UpdateService& shared();
+
+    UpdateService(HttpClient& http, Host host);
+    ~UpdateService() override;
+
+    Observable<bool> isChecking{*this, false};
+    Observable<bool> isUpdating{*this, false};  ///< from the start of the download to the end of the program
+    Observable<double> downloadProgress{*this, 0};  ///< 0 to 1; stays at 0 while the size is not known
+    Observable<std::optional<AppUpdateInfo>> updateInfo{*this};  ///< the offer of the last successful check
+    /// Whether that check found a newer version. The user may dismiss the banner, which takes it back.
+    Observable<bool> isUpdateAvailable{*this, false};
+    Observable<std::optional<QDateTime>> lastCheckTime{*this};
+    Observable<std::optional<QString>> statusMessage{*this};  ///< the last text for the user
+
+    [[nodiscard]] const QString& currentVersion() const { return m_host.currentVersion; }
+
+    /// Returns at once; the outcome comes later. Ignored while a check or an installation is under way.
+    /// `manual` is for the user's own request, which also hears that there is nothing new, or what went
+    /// wrong.
+    void checkForUpdates(bool manual);
+
+    /// Downloads what `updateInfo` offers and installs it. Ignored while an installation is under way, and
+    /// without an offer that has a valid address.
+    void startAutoUpdate();
+
+private:
+    QCoro::Task<> check(QUrl url, bool manual);
+    void conclude(const AppUpdateInfo& offer, bool manual);
+    void failCheck(const QString& message, bool manual);
+
+    QCoro::Task<> install(QUrl archive);
+    QCoro::Task<> download(QUrl archive, StagedFile& file);
+    void applyUpdate(const QString& zipPath);
+    void failInstallation(const QString& message);
+
+    HttpClient& m_http;
+    Host m_host;
+    std::stop_source m_stop;  ///< ends the requests of a service that goes
+};
+
+}  // namespace tralio
