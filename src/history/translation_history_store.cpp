@@ -1,0 +1,86 @@
+#include "history/translation_history_store.h"
+
+#include <utility>
+
+#include "history/translation_history_json.h"
+#include "state/key_value_store.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString key = u"app_translation_history_items"_s;
+constexpr qsizetype maxItems = 50;
+
+/// Texts compare by what they say: one typed with combining marks equals one typed without.
+bool isSameText(const QString& one, const QString& other) {
+    return one == other ||
+           one.normalized(QString::NormalizationForm_C) == other.normalized(QString::NormalizationForm_C);
+}
+
+}  // namespace
+
+TranslationHistoryStore::TranslationHistoryStore(KeyValueStore& store, Now now)
+    : m_store(store), m_now(std::move(now)) {
+    load();
+}
+
+void TranslationHistoryStore::add(const QString& sourceText, const QString& translatedText,
+                                  const QString& sourceLang, const QString& targetLang, const QString& tone) {
+    const TranslationItem added{.id = QUuid::createUuid(),
+                                .sourceText = wellFormed(sourceText.trimmed()),
+                                .translatedText = wellFormed(translatedText.trimmed()),
+                                .sourceLang = wellFormed(sourceLang),
+                                .targetLang = wellFormed(targetLang),
+                                .tone = wellFormed(tone),
+                                .timestamp = timestampOf(m_now())};
+    if (added.sourceText.isEmpty() || added.translatedText.isEmpty())
+        return;
+
+    QList<TranslationItem> items = m_items();
+    items.removeIf([&added](const TranslationItem& item) {
+        return isSameText(item.sourceLang, added.sourceLang) &&
+               isSameText(item.targetLang, added.targetLang) && isSameText(item.sourceText, added.sourceText);
+    });
+    items.prepend(added);
+    if (items.size() > maxItems)
+        items.resize(maxItems);
+    m_items = std::move(items);
+    save();
+}
+
+void TranslationHistoryStore::remove(const QSet<qsizetype>& at) {
+    QList<TranslationItem> kept;
+    for (qsizetype position = 0; position < m_items().size(); ++position) {
+        if (!at.contains(position))
+            kept.append(m_items()[position]);
+    }
+    m_items = std::move(kept);
+    save();
+}
+
+void TranslationHistoryStore::remove(const QUuid& id) {
+    QList<TranslationItem> kept = m_items();
+    kept.removeIf([&id](const TranslationItem& item) { return item.id == id; });
+    m_items = std::move(kept);
+    save();
+}
+
+void TranslationHistoryStore::clear() {
+    m_items = QList<TranslationItem>();
+    save();
+}
+
+void TranslationHistoryStore::save() {
+    m_store.setValue(key, encodeHistory(m_items()));
+}
+
+void TranslationHistoryStore::load() {
+    const auto data = m_store.data(key);
+    auto items = data ? decodeHistory(*data) : std::nullopt;
+    if (items)
+        m_items = *std::move(items);
+}
+
+}  // namespace tralio

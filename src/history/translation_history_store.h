@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QList>
+#include <QSet>
+
+#include <chrono>
+#include <functional>
+
+#include "common/observable_object.h"
+#include "history/translation_item.h"
+
+namespace tralio {
+
+class KeyValueStore;
+
+/// The past translations, newest first: at most 50, and one for each source text and pair of languages. Read
+/// from the key-value store once, at construction, and written back whole with every change. Used from the
+/// main thread.
+///
+/// Never fails: stored data that cannot be read makes an empty history, and is kept until the next change.
+class TranslationHistoryStore final : public ObservableObject {
+    Q_OBJECT
+
+public:
+    using Now = std::function<std::chrono::system_clock::time_point()>;
+
+    /// `store` outlives the history.
+    explicit TranslationHistoryStore(KeyValueStore& store, Now now = std::chrono::system_clock::now);
+
+    [[nodiscard]] const QList<TranslationItem>& items() const { return m_items(); }
+
+    /// Makes a translation the newest entry, in place of an earlier one of the same source text and
+    /// languages. Both texts are trimmed; where nothing is left of one, nothing happens.
+    void add(const QString& sourceText, const QString& translatedText, const QString& sourceLang,
+             const QString& targetLang, const QString& tone);
+    /// Positions that `items` does not have are passed over.
+    void remove(const QSet<qsizetype>& at);
+    void remove(const QUuid& id);
+    void clear();
+
+private:
+    void load();
+    void save();
+
+    KeyValueStore& m_store;
+    Now m_now;
+    Observable<QList<TranslationItem>> m_items{*this};
+};
+
+}  // namespace tralio

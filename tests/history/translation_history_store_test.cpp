@@ -1,0 +1,224 @@
+#include "history/translation_history_store.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSignalSpy>
+
+#include <bit>
+#include <gtest/gtest.h>
+
+#include "support/memory_key_value_store.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+const QString key = u"app_translation_history_items"_s;
+
+class TranslationHistoryStoreTest : public testing::Test {
+protected:
+    TranslationHistoryStore reopened() {
+        return TranslationHistoryStore(store, [this] { return now; });
+    }
+
+    /// Adds with the languages and the tone that most entries have.
+    void add(const QString& source, const QString& translated = u"bản dịch"_s,
+             const QString& target = u"Tiếng Việt"_s) {
+        history.add(source, translated, u"Tiếng Anh"_s, target, u"Tự nhiên"_s);
+    }
+
+    QStringList sources() const {
+        QStringList texts;
+        for (const TranslationItem& item : history.items())
+            texts += item.sourceText;
+        return texts;
+    }
+
+    /// What a history reads from this stored value.
+    QList<TranslationItem> read(const StoredValue& value) {
+        store.values[key] = value;
+        return reopened().items();
+    }
+
+    QByteArray stored() const { return store.data(key).value_or(QByteArray()); }
+
+    MemoryKeyValueStore store;
+    std::chrono::system_clock::time_point now =
+        std::chrono::sys_days(std::chrono::year(2026) / 11 / 25) + 9h + 5min + 123456789ns;
+    TranslationHistoryStore history{store, [this] { return now; }};
+};
+
+QByteArray entry(const QByteArray& changes = {}) {
+    return R"({"id":"0F8FAD5B-D9CB-469F-A165-70867728950E","sourceText":"a","translatedText":"b",)"
+           R"("sourceLang":"c","targetLang":"d","tone":"e","timestamp":1.5)" +
+           changes + "}";
+}
+
+TEST_F(TranslationHistoryStoreTest, the_newest_translation_stands_first_with_its_texts_trimmed) {
+    add(u"one"_s);
+    history.add(u" \u00a0two\n"_s, u"\thai\u2029"_s, u" Tiếng Anh "_s, u"Tiếng Việt\n"_s, u" Tự nhiên"_s);
+    EXPECT_EQ(sources(), (QStringList{u"two"_s, u"one"_s}));
+    const TranslationItem& item = history.items().first();
+    EXPECT_EQ(item.translatedText, u"hai"_s);
+    EXPECT_EQ(item.sourceLang, u" Tiếng Anh "_s);
+    EXPECT_EQ(item.targetLang, u"Tiếng Việt\n"_s);
+    EXPECT_EQ(item.tone, u" Tự nhiên"_s);
+    EXPECT_EQ(item.id.version(), QUuid::Random);
+    EXPECT_EQ(item.date().toUTC(), QDateTime({2026, 11, 25}, {9, 5, 0, 123}, Qt::UTC));
+}
+
+TEST_F(TranslationHistoryStoreTest, a_text_that_is_blank_adds_and_stores_nothing) {
+    const QSignalSpy changes(&history, &ObservableObject::objectWillChange);
+    add(u" \r\n"_s);
+    add(u"text"_s, u"\u3000"_s);
+    EXPECT_TRUE(history.items().isEmpty());
+    EXPECT_TRUE(store.writes.empty());
+    EXPECT_TRUE(changes.isEmpty());
+}
+
+TEST_F(TranslationHistoryStoreTest, the_same_text_in_the_same_languages_replaces_its_earlier_entry) {
+    add(u"caf\u00e9"_s);
+    add(u"between"_s);
+    const QUuid first = history.items().last().id;
+    history.add(u" cafe\u0301\n"_s, u"newer"_s, u"Tie\u0302\u0301ng Anh"_s, u"Tiếng Việt"_s, u"Ngắn gọn"_s);
+    EXPECT_EQ(sources(), (QStringList{u"cafe\u0301"_s, u"between"_s}));
+    EXPECT_EQ(history.items().first().translatedText, u"newer"_s);
+    EXPECT_NE(history.items().first().id, first);
+
+    // What only resembles it stays.
+    add(u"Caf\u00e9"_s);
+    add(u"cafe"_s);
+    add(u"caf\u00e9"_s, u"bản dịch"_s, u"Tiếng Nhật"_s);
+    add(u"\ufb01n"_s);
+    add(u"fin"_s);
+    EXPECT_EQ(history.items().size(), 7);
+}
+
+TEST_F(TranslationHistoryStoreTest, a_longer_history_is_loaded_whole_and_cut_to_fifty_by_the_next_addition) {
+    QByteArrayList entries;
+    for (int i = 0; i < 80; ++i)
+        entries += entry(R"(,"sourceText":")" + QByteArray::number(i) + '"');
+    store.values[key] = QByteArray('[' + entries.join(',') + ']');
+    TranslationHistoryStore loaded = reopened();
+    EXPECT_EQ(loaded.items().size(), 80);
+    EXPECT_TRUE(store.writes.empty());
+
+    loaded.add(u"new"_s, u"mới"_s, u"c"_s, u"d"_s, u"e"_s);
+    ASSERT_EQ(loaded.items().size(), 50);
+    EXPECT_EQ(loaded.items().first().sourceText, u"new"_s);
+    EXPECT_EQ(loaded.items().last().sourceText, u"48"_s);
+    EXPECT_EQ(reopened().items(), loaded.items());
+}
+
+TEST_F(TranslationHistoryStoreTest, entries_are_removed_by_position_by_id_or_all_at_once) {
+    for (const QChar name : u"abcdef"_s)
+        add(name);
+    history.remove({0, 2, 5, 6, -1});
+    EXPECT_EQ(sources(), (QStringList{u"e"_s, u"c"_s, u"b"_s}));
+    history.remove(history.items()[1].id);
+    EXPECT_EQ(sources(), (QStringList{u"e"_s, u"b"_s}));
+    EXPECT_EQ(reopened().items(), history.items());
+
+    const QSignalSpy changes(&history, &ObservableObject::objectWillChange);
+    store.writes.clear();
+    history.remove(QUuid::createUuid());
+    history.clear();
+    history.clear();
+    EXPECT_EQ(store.writes.size(), 3U);
+    EXPECT_EQ(changes.size(), 3);
+    EXPECT_EQ(stored(), "[]");
+}
+
+TEST_F(TranslationHistoryStoreTest, an_entry_is_stored_as_an_object_of_seven_keys_in_compact_json) {
+    add(u"a/b \"c\""_s);
+    const TranslationItem& item = history.items().first();
+    EXPECT_FALSE(stored().contains('\n'));
+    const QJsonArray array = QJsonDocument::fromJson(stored()).array();
+    ASSERT_EQ(array.size(), 1);
+    EXPECT_EQ(array[0].toObject(), (QJsonObject{{u"id"_s, item.id.toString(QUuid::WithoutBraces).toUpper()},
+                                                {u"sourceText"_s, u"a/b \"c\""_s},
+                                                {u"translatedText"_s, u"bản dịch"_s},
+                                                {u"sourceLang"_s, u"Tiếng Anh"_s},
+                                                {u"targetLang"_s, u"Tiếng Việt"_s},
+                                                {u"tone"_s, u"Tự nhiên"_s},
+                                                {u"timestamp"_s, item.timestamp}}));
+    // 2026-11-25 09:05 UTC is this many seconds after the start of 2001.
+    EXPECT_NEAR(item.timestamp, 817290300.123456789, 1e-6);
+}
+
+TEST_F(TranslationHistoryStoreTest, a_time_stamp_reads_back_to_the_same_bits) {
+    for (const double time : {0.0, 817290300.12345672, 1.0 / 3, -5e-324, 1e300, 9007199254740993.0}) {
+        const auto items =
+            read(QByteArray('[' + entry(",\"timestamp\":" + QByteArray::number(time, 'g', 17)) + ']'));
+        ASSERT_EQ(items.size(), 1) << time;
+        EXPECT_EQ(std::bit_cast<quint64>(items[0].timestamp), std::bit_cast<quint64>(time));
+        TranslationHistoryStore again = reopened();
+        again.remove({7});
+        EXPECT_EQ(reopened().items(), items);
+    }
+}
+
+TEST_F(TranslationHistoryStoreTest, any_order_of_keys_unknown_keys_and_either_slash_are_read) {
+    const auto items = read(QByteArray(
+        R"( [ {"timestamp":-3, "tone":"", "extra":{"id":[]}, "targetLang":"\/", "sourceLang":"/",
+               "translatedText":"\u00e9\ud83d\ude00", "sourceText":"x",
+               "id":"0f8fad5b-d9cb-469f-a165-70867728950e"} ] )"));
+    ASSERT_EQ(items.size(), 1);
+    EXPECT_EQ(items[0], (TranslationItem{QUuid(u"{0f8fad5b-d9cb-469f-a165-70867728950e}"_s), u"x"_s, u"é😀"_s,
+                                         u"/"_s, u"/"_s, u""_s, -3}));
+}
+
+TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_stays_until_the_next_change) {
+    const QByteArray good = entry();
+    QList<StoredValue> damaged{QString::fromUtf8('[' + good + ']'), true, qint64{1}};
+    for (const QByteArray& data : {
+             QByteArray(),
+             QByteArray("[" + good),
+             QByteArray("[" + good + ",]"),
+             good,
+             QByteArray("[" + good + ",null]"),
+             QByteArray("[" + good + "]x"),
+             QByteArray("[{}]"),
+             QByteArray('[' + good + ',' + entry().replace(R"("tone":"e",)", "") + ']'),
+             QByteArray('[' + entry(R"(,"tone":null)") + ']'),
+             QByteArray('[' + entry(R"(,"tone":1)") + ']'),
+             QByteArray('[' + entry(R"(,"timestamp":"1")") + ']'),
+             QByteArray('[' + entry(R"(,"timestamp":true)") + ']'),
+             QByteArray('[' + entry(R"(,"id":"{0F8FAD5B-D9CB-469F-A165-70867728950E}")") + ']'),
+             QByteArray('[' + entry(R"(,"id":"no id")") + ']'),
+             QByteArray('[' + entry(R"(,"id":7)") + ']'),
+             QByteArray('[' + entry(",\"tone\":\"\xff\"") + ']'),
+         })
+        damaged += data;
+    for (const StoredValue& value : damaged) {
+        EXPECT_EQ(read(value), QList<TranslationItem>());
+        EXPECT_EQ(store.values[key], value);
+    }
+    EXPECT_TRUE(store.writes.empty());
+    TranslationHistoryStore next = reopened();
+    next.add(u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s);
+    EXPECT_EQ(reopened().items(), next.items());
+    EXPECT_EQ(next.items().size(), 1);
+}
+
+TEST_F(TranslationHistoryStoreTest, no_text_can_lose_the_history) {
+    const QString torn = u"a"_s + QChar(0xd83d) + u'b' + QChar(0xde00);
+    add(torn, u"\ufeffmark \0 \u0001 \ufffe 😀"_s);
+    history.add(u"x"_s, u"y"_s, torn, torn, torn);
+    EXPECT_EQ(history.items()[1].sourceText, u"a\ufffdb\ufffd"_s);
+    EXPECT_EQ(history.items()[1].translatedText, u"\ufeffmark \0 \u0001 \ufffe 😀"_s);
+    EXPECT_EQ(reopened().items(), history.items());
+    history.add(u"x"_s, u"z"_s, torn, torn, torn);
+    EXPECT_EQ(history.items().size(), 2);
+
+    const auto read = this->read(QByteArray('[' + entry(R"(,"tone":"\ud83d!")") + ']'));
+    ASSERT_EQ(read.size(), 1);
+    EXPECT_EQ(read[0].tone, u"\ufffd!"_s);
+}
+
+}  // namespace
+}  // namespace tralio
