@@ -14,6 +14,7 @@
 #include "ocr/screen_capture_service.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
+#include "update/update_service.h"
 
 namespace tralio {
 namespace {
@@ -24,7 +25,15 @@ using namespace std::chrono_literals;
 /// Between showing the popover and raising a request, so that the panel is there to take it.
 constexpr auto requestDelay = 80ms;
 
+constexpr auto updateCheckDelay = 2s;
+
+QPointer<AppDelegate> running;
+
 }  // namespace
+
+AppDelegate* AppDelegate::shared() {
+    return running;
+}
 
 AppDelegate::AppDelegate(Services services) : m_services(services) {}
 
@@ -34,6 +43,7 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
+    running = this;
     const QPointer<AppDelegate> self = this;  // the tray item and the hot keys outlive the delegate
     m_services.statusItem.setAction([self] {
         if (self)
@@ -55,6 +65,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 
     m_services.appState.onHidePopover = [this] { m_services.popover.performClose(); };
     m_services.appState.onShowPopover = [this] { showPopover(); };
+
+    m_services.clock.after(updateCheckDelay, this, [this] { m_services.updates.checkForUpdates(false); });
 }
 
 void AppDelegate::showPopover() {
@@ -63,10 +75,13 @@ void AppDelegate::showPopover() {
 }
 
 void AppDelegate::statusBarButtonClicked() {
-    if (m_services.popover.isShown())
+    if (m_services.popover.isShown()) {
         m_services.popover.performClose();
-    else
-        showPopover();
+        return;
+    }
+    showPopover();
+    if (m_services.settings.autoPaste())
+        m_services.clock.after(requestDelay, this, [this] { checkAndAutoTranslateClipboard(); });
 }
 
 void AppDelegate::handleGlobalHotKey() {
@@ -78,8 +93,12 @@ void AppDelegate::handleGlobalHotKey() {
                  (text ? excerpt(*text) : u"nil"_s) % u"'");
         self->m_services.clock.after(0ms, self, [self = self.data(), text] {
             self->showPopover();
-            if (text && !text->isEmpty())
-                self->translateLater(*text);
+            if (!text || text->isEmpty())
+                return;
+            // What the fetch may have left on the clipboard is this very text: it is not new to the check of
+            // the clipboard.
+            self->m_services.appState.lastHandledChangeCount = self->m_services.pasteboard.changeCount();
+            self->translateLater(*text);
         });
     });
 }
@@ -112,9 +131,28 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
         m_services.appState.requestTranslation(text->trimmed());
 }
 
+void AppDelegate::translateSelectedText(const QString& text) {
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty())
+        return;
+    m_services.clock.after(0ms, this, [this, trimmed] {
+        showPopover();
+        translateLater(trimmed);
+    });
+}
+
+void AppDelegate::checkAndAutoTranslateClipboard() {
+    const qint64 changeCount = m_services.pasteboard.changeCount();
+    if (changeCount == m_services.appState.lastHandledChangeCount || m_services.pasteboard.isConcealed())
+        return;
+    const QString text = m_services.pasteboard.string().value_or(QString()).trimmed();
+    if (text.isEmpty())
+        return;
+    m_services.appState.lastHandledChangeCount = changeCount;
+    m_services.appState.requestTranslation(text);
+}
+
 void AppDelegate::translateLater(const QString& text) {
-    // What the fetch may have left on the clipboard is this very text: it is not new to the clipboard check.
-    m_services.appState.lastHandledChangeCount = m_services.pasteboard.changeCount();
     m_services.clock.after(requestDelay, this,
                            [this, text] { m_services.appState.requestTranslation(text); });
 }

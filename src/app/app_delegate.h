@@ -13,9 +13,11 @@ class Clock;
 class HotKeyService;
 class Pasteboard;
 class ScreenCaptureService;
+class UpdateService;
 
-/// Where what the user does anywhere on the desktop meets the user interface: the tray item, the hot keys and
-/// the popover. It translates nothing itself: every text goes to `AppState::requestTranslation`.
+/// Where what the user does anywhere on the desktop meets the user interface: the tray item, the hot keys,
+/// texts from other programs, and the popover. It translates nothing itself: every text goes to
+/// `AppState::requestTranslation`.
 class AppDelegate final : public QObject {
 public:
     /// What the delegate works with. All of it outlives the delegate.
@@ -25,6 +27,7 @@ public:
         HotKeyService& hotKeys;
         Pasteboard& pasteboard;
         ScreenCaptureService& captures;
+        UpdateService& updates;
         Clock& clock;
         PopoverHost& popover;
         StatusItemHost& statusItem;
@@ -33,10 +36,14 @@ public:
     explicit AppDelegate(Services services);
     ~AppDelegate() override;
 
+    /// The delegate that runs; null before its launch.
+    [[nodiscard]] static AppDelegate* shared();
+
     void applicationDidFinishLaunching();
 
     /// Tells the panels that the popover opens, and shows it at the status item.
     void showPopover();
+    /// Opens or closes the popover; opening it may have new text on the clipboard translated.
     void statusBarButtonClicked();
 
     /// Fetches the selected text of the application in front and has it translated. The popover opens even
@@ -46,6 +53,12 @@ public:
     /// Lets the user draw a region of the screen and has the text in it translated. The popover is away
     /// meanwhile.
     QCoro::Task<void> handleScreenOCRHotKey();
+
+    /// Has a text that another program hands over translated.
+    void translateSelectedText(const QString& text);
+
+    /// Has the clipboard's text translated, if it is new and no password.
+    void checkAndAutoTranslateClipboard();
 
 private:
     void translateLater(const QString& text);

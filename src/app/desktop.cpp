@@ -35,7 +35,8 @@ public:
             return {};
         return {[this] { return m_activator.isCompositing(); },
                 [this](WId window) { m_activator.activate(window); },
-                [this](WId window) { return m_activator.isActive(window); }};
+                [this](WId window) { return m_activator.isActive(window); },
+                [this] { return m_activator.isMousePressed(); }};
     }
 
 private:

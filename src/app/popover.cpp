@@ -6,6 +6,8 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include <utility>
+
 #include "app/popover_placement.h"
 #include "ui/kit/window_frame.h"
 
@@ -18,7 +20,7 @@ using namespace Qt::StringLiterals;
 /// this time it means the popover that the user still saw.
 constexpr qint64 sameClick = 300;  // milliseconds
 
-constexpr auto grabPoll = std::chrono::milliseconds(200);
+constexpr auto focusPoll = std::chrono::milliseconds(50);
 
 QScreen* screenFor(std::optional<QRect> anchor) {
     QScreen* screen = QGuiApplication::screenAt(anchor ? anchor->center() : QCursor::pos());
@@ -35,8 +37,8 @@ Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSyste
     setWindowTitle(u"Tralio"_s);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
-    m_grabWatch.setInterval(grabPoll);
-    connect(&m_grabWatch, &QTimer::timeout, this, &Popover::hideUnlessActive);
+    m_focusWatch.setInterval(focusPoll);
+    connect(&m_focusWatch, &QTimer::timeout, this, &Popover::hideUnlessActive);
 }
 
 bool Popover::isShown() const {
@@ -61,6 +63,10 @@ void Popover::show(std::optional<QRect> anchor) {
         place(anchor);
         QWidget::show();
     }
+    bringToFront();
+}
+
+void Popover::bringToFront() {
     raise();
     activateWindow();
     if (m_windowSystem.activate)
@@ -91,12 +97,18 @@ void Popover::hideUnlessActive() {
     // tell when another window becomes active meanwhile. So look again.
     const bool justShown = !m_sinceShown.hasExpired(sameClick);
     const bool inFront = m_windowSystem.isActive && m_windowSystem.isActive(winId());
+    const bool pressed = m_windowSystem.isMousePressed && m_windowSystem.isMousePressed();
+    const bool released = std::exchange(m_mouseWasPressed, pressed) && !pressed;
     if (!isVisible() || isActiveWindow()) {
-        m_grabWatch.stop();
-    } else if (justShown || inFront) {
-        m_grabWatch.start();
+        m_focusWatch.stop();
+    } else if (pressed || justShown || inFront) {
+        m_focusWatch.start();
+    } else if (released &&
+               m_frame->contentArea().translated(pos() + m_frame->pos()).contains(QCursor::pos())) {
+        m_sinceShown.start();
+        bringToFront();
     } else {
-        m_grabWatch.stop();
+        m_focusWatch.stop();
         hide();
         m_closedByDeactivation.start();
     }

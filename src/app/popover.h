@@ -15,7 +15,8 @@ class WindowFrame;
 /// The popover as an ordinary frameless window: popup windows would take the keyboard and the pointer away
 /// from the desktop, and trays refuse them. It closes when another window becomes active, and on Escape. It
 /// stays while another program takes the keyboard for a moment, as the keys of an input method or the volume
-/// do.
+/// do, and while the mouse is held down: a press in another window may be the beginning of a drag that ends
+/// here.
 class Popover final : public QWidget, public PopoverHost {
     Q_OBJECT
 
@@ -26,6 +27,7 @@ public:
         std::function<void(WId)> activate;  ///< when the window is shown
         std::function<bool(WId)>
             isActive;  ///< tells a window behind from one that a grab keeps the keyboard from
+        std::function<bool()> isMousePressed;  ///< anywhere on the screen
     };
 
     /// `makeContent` is called when the popover opens for the first time: until then it costs no memory.
@@ -42,12 +44,14 @@ protected:
 
 private:
     void place(std::optional<QRect> anchor);
+    void bringToFront();
     void hideUnlessActive();
 
     std::function<QWidget*()> m_makeContent;
     WindowSystem m_windowSystem;
     WindowFrame* m_frame = nullptr;
-    QTimer m_grabWatch;
+    QTimer m_focusWatch;
+    bool m_mouseWasPressed = false;
     QElapsedTimer m_sinceShown;
     QElapsedTimer m_closedByDeactivation;
 };

@@ -1,13 +1,17 @@
 #pragma once
 
+#include <QImage>
 #include <QString>
 
 #include <optional>
 
 namespace tralio {
 
+/// What password managers add to a password that they put on the clipboard.
+inline constexpr auto concealedMimeType = "x-kde-passwordManagerHint";
+
 /// The general clipboard. Used from the main thread; reading waits for the clipboard's owner, but never
-/// longer than a quarter of a second.
+/// longer than a quarter of a second, or two seconds for an owner that has a picture to encode.
 class Pasteboard {
 public:
     Pasteboard() = default;
@@ -20,6 +24,12 @@ public:
 
     /// The plain text on the clipboard; absent when it holds none.
     [[nodiscard]] virtual std::optional<QString> string() = 0;
+
+    /// The picture on the clipboard; null when it holds none.
+    [[nodiscard]] virtual QImage image() = 0;
+
+    /// Whether the content is a password or the like, which its owner marked as not to be passed on.
+    [[nodiscard]] virtual bool isConcealed() = 0;
 
     /// Replaces the clipboard's content.
     virtual void setString(const QString& text) = 0;

@@ -1,11 +1,10 @@
 #include "app/app_delegate.h"
 
-#include <QFile>
 #include <QRect>
 
 #include <gmock/gmock.h>
 
-#include "ocr/capture_tool.h"
+#include "engine/http_client.h"
 #include "ocr/ocr_test_support.h"
 #include "ocr/screen_capture_service.h"
 #include "state/app_settings.h"
@@ -14,6 +13,8 @@
 #include "support/fake_desktop.h"
 #include "support/memory_key_value_store.h"
 #include "support/print_to.h"
+#include "support/stand_in_model.h"
+#include "update/update_service.h"
 
 namespace tralio {
 namespace {
@@ -53,23 +54,6 @@ public:
     std::optional<QRect> place = QRect(1200, 3, 24, 24);
 };
 
-/// The user at the region picker: draws something, or cancels.
-class DrawnRegion final : public CaptureTool {
-public:
-    QCoro::Task<qint32> run(QString outputPath) override {
-        if (onRun)
-            onRun();
-        if (draws) {
-            QFile picture(outputPath);
-            EXPECT_TRUE(picture.open(QIODevice::WriteOnly) && picture.write("a picture") > 0);
-        }
-        co_return 0;
-    }
-
-    bool draws = true;
-    std::function<void()> onRun;
-};
-
 /// A delegate that has not been launched yet.
 class Shell : public testing::Test {
 protected:
@@ -96,8 +80,16 @@ protected:
     OCRService ocr{recognizer};
     DrawnRegion tool;
     ScreenCaptureService captures{ocr, tool, desktop.clock};
-    std::unique_ptr<AppDelegate> delegate = std::make_unique<AppDelegate>(AppDelegate::Services{
-        appState, settings, hotKeys, desktop.pasteboard, captures, desktop.clock, popover, statusItem});
+    StandInModel updateServer;
+    HttpClient http{desktop.clock};
+    UpdateService updates{http, {QUrl(updateServer.baseURL()), u"1.0.9"_s, {}, {}, {}}};
+    std::unique_ptr<AppDelegate> delegate = delegateWith(popover);
+
+    std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host) {
+        return std::make_unique<AppDelegate>(AppDelegate::Services{appState, settings, hotKeys,
+                                                                   desktop.pasteboard, captures, updates,
+                                                                   desktop.clock, host, statusItem});
+    }
 };
 
 TEST_F(Shell, launching_registers_the_hot_keys_of_the_settings_and_shows_nothing) {
@@ -113,6 +105,16 @@ TEST_F(Shell, launching_registers_the_hot_keys_of_the_settings_and_shows_nothing
     EXPECT_EQ(registrations[1].modifiers, 4096U);
     desktop.clock.advance(10s);
     EXPECT_THAT(popover.anchors, IsEmpty());
+}
+
+TEST_F(Shell, two_seconds_after_the_launch_a_new_version_is_looked_for_in_silence) {
+    launch();
+    EXPECT_EQ(AppDelegate::shared(), delegate.get());
+    desktop.clock.advance(1999ms);
+    EXPECT_FALSE(updates.isChecking());
+    desktop.clock.advance(1ms);
+    EXPECT_TRUE(updates.isChecking());
+    EXPECT_EQ(updates.statusMessage(), std::nullopt);
 }
 
 TEST_F(Shell, a_click_on_the_tray_item_opens_the_popover_there_and_the_next_one_closes_it) {
@@ -158,7 +160,6 @@ TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty
     desktop.clock.advance(1ms);
     EXPECT_EQ(appState.pendingTextToTranslate(), u"một hai ba bốn năm sáu bảy tám chín mười"_s);
     EXPECT_NE(appState.translateTriggerId(), std::nullopt);
-    EXPECT_EQ(desktop.clock.pending(), 0);
     EXPECT_THAT(popover.anchors, ElementsAre(statusItem.place));
 }
 
@@ -237,8 +238,7 @@ TEST_F(Shell, a_delegate_that_goes_while_a_text_is_on_its_way_takes_the_rest_alo
     };
     for (const Case& given : {Case{"during the fetch", 10ms, 0}, Case{"before the request", 100ms, 1}}) {
         FakePopover host;
-        auto shell = std::make_unique<AppDelegate>(AppDelegate::Services{
-            appState, settings, hotKeys, desktop.pasteboard, captures, desktop.clock, host, statusItem});
+        auto shell = delegateWith(host);
         selectForCopying();
         shell->handleGlobalHotKey();
         desktop.pasteboard.copy(u"copied"_s);
@@ -254,6 +254,83 @@ TEST_F(Shell, a_delegate_that_goes_while_a_text_is_on_its_way_takes_the_rest_alo
     delegate.reset();
     desktop.clock.advance(1s);
     EXPECT_THAT(popover.anchors, IsEmpty()) << "between the fetch and the next turn";
+}
+
+TEST_F(Shell, a_text_from_another_program_is_requested_trimmed_and_leaves_the_clipboard_alone) {
+    launch();
+    delegate->translateSelectedText(u" \n\t"_s);
+    delegate->translateSelectedText(u"  from a menu\n"_s);
+    EXPECT_FALSE(popover.shown);
+    desktop.clock.advance(0ms);
+    EXPECT_THAT(popover.anchors, SizeIs(1));
+    desktop.clock.advance(79ms);
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+    desktop.clock.advance(1ms);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"from a menu"_s);
+    EXPECT_EQ(appState.lastHandledChangeCount, -1);
+}
+
+class ClipboardCheck : public Shell {
+protected:
+    /// Opens the popover by the tray item; what is requested then, if anything.
+    std::optional<QString> opening() {
+        popover.shown = false;
+        appState.pendingTextToTranslate = QString();
+        appState.translateTriggerId = std::nullopt;
+        statusItem.action();
+        desktop.clock.advance(79ms);
+        EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+        desktop.clock.advance(1ms);
+        return appState.translateTriggerId() ? std::optional(appState.pendingTextToTranslate())
+                                             : std::nullopt;
+    }
+};
+
+TEST_F(ClipboardCheck, each_new_text_is_translated_once_when_the_tray_item_opens_the_popover) {
+    launch();
+    desktop.pasteboard.copy(u" new text\n"_s);
+    EXPECT_EQ(opening(), u"new text"_s);
+    EXPECT_EQ(opening(), std::nullopt);
+    desktop.pasteboard.copy(u" new text\n"_s);
+    EXPECT_EQ(opening(), u"new text"_s) << "the same text, copied again, is new";
+
+    statusItem.action();
+    desktop.pasteboard.copy(u"copied before closing"_s);
+    statusItem.action();
+    EXPECT_EQ(appState.lastHandledChangeCount, desktop.pasteboard.count - 1) << "closing checked";
+}
+
+TEST_F(ClipboardCheck, what_is_no_text_is_not_counted_as_handled) {
+    launch();
+    for (const std::optional<QString>& content : {std::optional(u" \n"_s), std::optional<QString>()}) {
+        desktop.pasteboard.copy(content);
+        EXPECT_EQ(opening(), std::nullopt);
+        EXPECT_EQ(appState.lastHandledChangeCount, -1);
+    }
+}
+
+TEST_F(ClipboardCheck, a_password_is_never_sent_on_its_own) {
+    launch();
+    desktop.pasteboard.copy(u"correct horse"_s);
+    desktop.pasteboard.concealed = true;
+    EXPECT_EQ(opening(), std::nullopt);
+}
+
+TEST_F(ClipboardCheck, the_user_can_do_without_it) {
+    settings.autoPaste = false;
+    launch();
+    desktop.pasteboard.copy(u"new text"_s);
+    EXPECT_EQ(opening(), std::nullopt);
+}
+
+TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new) {
+    launch();
+    selectForCopying();
+    desktop.hotKeys.handler(textKey);
+    desktop.clock.advance(0ms);
+    desktop.pasteboard.copy(u"copied"_s);
+    desktop.clock.advance(200ms);
+    EXPECT_EQ(opening(), std::nullopt);
 }
 
 class ScreenOCR : public Shell {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFile>
 #include <QPromise>
 #include <qcorofuture.h>
 #include <qcorotask.h>
@@ -11,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "ocr/capture_tool.h"
 #include "ocr/ocr_error.h"
 #include "ocr/ocr_service.h"
 #include "support/event_loop.h"
@@ -99,6 +101,23 @@ public:
     std::vector<ImageSource> images;
     std::vector<RecognitionRequest> requests;
     QObject context;
+};
+
+/// The user at the region picker: draws something, or cancels.
+class DrawnRegion final : public CaptureTool {
+public:
+    QCoro::Task<qint32> run(QString outputPath) override {
+        if (onRun)
+            onRun();
+        if (draws) {
+            QFile picture(outputPath);
+            EXPECT_TRUE(picture.open(QIODevice::WriteOnly) && picture.write("a picture") > 0);
+        }
+        co_return 0;
+    }
+
+    bool draws = true;
+    std::function<void()> onRun;
 };
 
 }  // namespace tralio

@@ -28,6 +28,8 @@ public:
         return messages;
     }
 
+    void clear() { QFile::remove(path()); }
+
 private:
     QTemporaryDir m_folder;
 };

@@ -134,6 +134,8 @@ class FakePasteboard final : public Pasteboard {
 public:
     qint64 changeCount() override { return count; }
     std::optional<QString> string() override { return content; }
+    QImage image() override { return picture; }
+    bool isConcealed() override { return concealed; }
     void setString(const QString& text) override { copy(text); }
 
     void copy(std::optional<QString> text) {
@@ -143,6 +145,8 @@ public:
 
     qint64 count = 7;
     std::optional<QString> content;
+    QImage picture;
+    bool concealed = false;
 };
 
 class FakeKeyEventPoster final : public KeyEventPoster {

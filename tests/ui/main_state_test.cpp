@@ -4,10 +4,14 @@
 
 #include <gmock/gmock.h>
 
+#include "engine/http_client.h"
+#include "history/translation_item.h"
 #include "state/app_state.h"
 #include "support/event_loop.h"
 #include "support/fake_desktop.h"
+#include "support/memory_key_value_store.h"
 #include "support/print_to.h"
+#include "update/update_service.h"
 
 namespace tralio {
 namespace {
@@ -17,9 +21,15 @@ using namespace std::chrono_literals;
 
 class MainPanel : public testing::Test {
 protected:
-    void show() { state = std::make_unique<MainState>(appState, hotKeys, desktop.clock); }
+    void show() {
+        state = std::make_unique<MainState>(
+            MainState::Services{store, appState, hotKeys, updates, desktop.clock});
+    }
 
     FakeDesktop desktop;
+    MemoryKeyValueStore store;
+    HttpClient http{desktop.clock};
+    UpdateService updates{http, {}};
     HotKeyService hotKeys{desktop.platform()};
     AppState appState;
     std::unique_ptr<MainState> state;
@@ -97,6 +107,31 @@ TEST_F(MainPanel, every_request_brings_the_translate_tab_and_other_signals_leave
     appState.showOnboarding = true;
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(state->selectedTab(), AppTab::author);
+}
+
+TEST_F(MainPanel, the_walk_through_is_shown_until_it_is_completed_once_and_again_on_demand) {
+    show();
+    EXPECT_TRUE(state->isOnboardingShown());
+    state->finishOnboarding();
+    EXPECT_FALSE(state->isOnboardingShown());
+
+    show();
+    EXPECT_FALSE(state->isOnboardingShown()) << "forgotten by the next start";
+    appState.showOnboarding = true;
+    EXPECT_TRUE(state->isOnboardingShown());
+    state->finishOnboarding();
+    EXPECT_FALSE(state->isOnboardingShown());
+}
+
+TEST_F(MainPanel, a_picked_entry_of_the_history_fills_the_input_and_requests_nothing) {
+    show();
+    state->selectedTab = AppTab::history;
+    TranslationItem item;
+    item.sourceText = u"picked"_s;
+    state->select(item);
+    EXPECT_EQ(state->textToTranslate(), u"picked"_s);
+    EXPECT_EQ(state->selectedTab(), AppTab::translate);
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
 }
 
 TEST_F(MainPanel, nothing_happens_after_the_view_is_gone) {

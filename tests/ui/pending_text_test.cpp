@@ -10,11 +10,11 @@ using testing::ElementsAre;
 using PendingText = TranslatePanel;
 
 TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_milliseconds_later) {
-    input.text = u"typed"_s;
+    input->text = u"typed"_s;
     appState.requestTranslation(u"picked"_s);
-    EXPECT_EQ(input.text(), u"typed"_s) << "taken over before the observers' turn";
+    EXPECT_EQ(input->text(), u"typed"_s) << "taken over before the observers' turn";
     ASSERT_TRUE(nextTurn());
-    EXPECT_EQ(input.text(), u"picked"_s);
+    EXPECT_EQ(input->text(), u"picked"_s);
     EXPECT_EQ(appState.pendingTextToTranslate(), QString());
     EXPECT_EQ(logged(pendingLine(u"picked"_s)), 1);
 
@@ -36,25 +36,24 @@ TEST_F(PendingText, the_same_text_requested_again_is_translated_again) {
 }
 
 TEST_F(PendingText, a_text_that_waited_for_the_panel_is_taken_over_when_it_is_shown) {
-    panel.reset();
+    hidePanel();
     appState.requestTranslation(u"picked"_s);
     ASSERT_TRUE(nextTurn());
     showPanel();
-    panel->checkAndTriggerPendingTranslation();
-    EXPECT_EQ(input.text(), u"picked"_s);
+    EXPECT_EQ(input->text(), u"picked"_s);
     desktop.clock.advance(50ms);
     ASSERT_TRUE(outputBecomes(u"PICKED"_s));
     EXPECT_EQ(standIn.requests().size(), 1);
 }
 
 TEST_F(PendingText, a_blank_pending_text_is_logged_untrimmed_and_left_in_its_place) {
-    input.text = u"typed"_s;
+    input->text = u"typed"_s;
     const QString blank = u"\u3000 "_s.repeated(20);
     appState.pendingTextToTranslate = blank;
     panel->checkAndTriggerPendingTranslation();
     EXPECT_THAT(log.messages(), ElementsAre(pendingLine(blank.left(30))));
     EXPECT_EQ(appState.pendingTextToTranslate(), blank);
-    EXPECT_EQ(input.text(), u"typed"_s);
+    EXPECT_EQ(input->text(), u"typed"_s);
     EXPECT_EQ(desktop.clock.pending(), 0);
 }
 
@@ -70,7 +69,7 @@ TEST_F(PendingText, each_opening_of_the_popover_checks_fifty_milliseconds_later)
         EXPECT_EQ(logged(pendingLine(text)), 0);
         desktop.clock.advance(1ms);
         EXPECT_EQ(logged(pendingLine(text)), 1);
-        EXPECT_EQ(input.text(), text.trimmed());
+        EXPECT_EQ(input->text(), text.trimmed());
         EXPECT_EQ(appState.pendingTextToTranslate(), QString());
 
         desktop.clock.advance(50ms);
@@ -91,13 +90,25 @@ TEST_F(PendingText, a_request_that_follows_the_opening_is_translated_once) {
     EXPECT_EQ(logged(pendingLine(QString())), 1) << "the check after the opening is still made";
 }
 
-TEST_F(PendingText, nothing_that_was_put_off_outlives_the_panel) {
+TEST_F(PendingText,
+       a_text_that_was_taken_over_is_translated_once_although_the_panel_is_left_and_shown_again) {
+    appState.requestTranslation(u"picked"_s);
+    ASSERT_TRUE(nextTurn());
+    showPanel();
+    appState.notifyPopoverOpened();
+    ASSERT_TRUE(nextTurn());
+    desktop.clock.advance(1s);
+    ASSERT_TRUE(eventually([&] { return history.items().size() == 1; }));
+    EXPECT_EQ(standIn.requests().size(), 1);
+}
+
+TEST_F(PendingText, nothing_that_was_put_off_outlives_the_main_view) {
     panel->outputText = u"out"_s;
     panel->copyResult();
     appState.requestTranslation(u"picked"_s);
     ASSERT_TRUE(nextTurn());
     appState.notifyPopoverOpened();
-    panel.reset();
+    removeMainView();
     ASSERT_TRUE(nextTurn());
     desktop.clock.advance(2s);
     EXPECT_EQ(logged(startLine(u"picked"_s)), 0);

@@ -6,6 +6,12 @@
 
 #include "engine/ai_service.h"
 #include "engine/http_client.h"
+#include "history/translation_history_store.h"
+#include "ocr/ocr_service.h"
+#include "ocr/ocr_test_support.h"
+#include "ocr/screen_capture_service.h"
+#include "speech/speech_service.h"
+#include "speech/speech_synthesizer.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
 #include "support/debug_log_file.h"
@@ -17,6 +23,16 @@
 #include "ui/translate/translate_state.h"
 
 namespace tralio {
+
+/// Reads until it is stopped.
+class PatientSynthesizer final : public SpeechSynthesizer {
+public:
+    bool isSpeaking() const override { return reading.has_value(); }
+    void speak(const Utterance& utterance, std::function<void()> /*onEnd*/) override { reading = utterance; }
+    void stopSpeaking() override { reading.reset(); }
+
+    std::optional<Utterance> reading;
+};
 
 /// A panel in the hands of a test: with a stand-in for the model, and the input where the main view keeps it.
 /// The stand-in answers in capitals.
@@ -32,17 +48,31 @@ protected:
         standIn.translatesBy(
             [](const StandInModel::Request& request) { return request.userText().toUpper(); });
         showPanel();
+        log.clear();
     }
 
     void showPanel() {
-        panel = std::make_unique<TranslateState>(
-            TranslateState::Services{ai, settings, appState, desktop.pasteboard, desktop.clock},
-            Binding<QString>{[this] { return input.text(); },
-                             [this](QString text) { input.text = std::move(text); }, &input});
+        hidePanel();
+        panel = std::make_shared<TranslateState>(
+            TranslateState::Services{ai, captures, ocr, speech, settings, history, appState,
+                                     desktop.pasteboard, desktop.clock},
+            Binding<QString>{[this] { return input->text(); },
+                             [this](QString text) { input->text = std::move(text); }, input.get()});
+        view = std::make_unique<QObject>();
+        panel->appear(view.get());
+    }
+    void hidePanel() {
+        view.reset();
+        panel.reset();
+    }
+    /// As at the end of the program: what owns the input, the settings and the history goes.
+    void removeMainView() {
+        hidePanel();
+        input.reset();
     }
 
     void translate(const QString& text) {
-        input.text = text;
+        input->text = text;
         panel->performTranslate();
     }
     /// The texts in `held` get no answer until the stand-in is told to send it.
@@ -84,8 +114,16 @@ protected:
     HttpClient http{desktop.clock};
     AIService ai{http};
     AppState appState;
-    Input input;
-    std::unique_ptr<TranslateState> panel;
+    ScriptedRecognizer recognizer;
+    OCRService ocr{recognizer};
+    DrawnRegion region;
+    ScreenCaptureService captures{ocr, region, desktop.clock};
+    PatientSynthesizer synthesizer;
+    SpeechService speech{synthesizer};
+    TranslationHistoryStore history{store};
+    std::unique_ptr<Input> input = std::make_unique<Input>();
+    std::unique_ptr<QObject> view;  ///< stands for the widgets
+    std::shared_ptr<TranslateState> panel;
 };
 
 }  // namespace tralio

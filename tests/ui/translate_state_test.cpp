@@ -46,7 +46,7 @@ TEST_F(TranslatePanel, a_translation_sends_the_choices_of_its_start_and_shows_th
 
     ASSERT_TRUE(translationEnds());
     EXPECT_EQ(panel->outputText(), u"HELLO"_s);
-    EXPECT_EQ(input.text(), u" \n\u3000hello \t"_s);
+    EXPECT_EQ(input->text(), u" \n\u3000hello \t"_s);
     ASSERT_EQ(standIn.requests().size(), 1);
     EXPECT_EQ(
         standIn.requests().last().systemPrompt(),
@@ -57,6 +57,27 @@ TEST_F(TranslatePanel, a_translation_sends_the_choices_of_its_start_and_shows_th
     EXPECT_EQ(standIn.requests().last().systemPrompt(),
               chat_completions::systemPrompt(settings.customPrompt(), vietnamese, japanese,
                                              TranslationTone::concise));
+
+    const TranslationItem& first = history.items().last();
+    EXPECT_EQ(first.sourceText, u"hello"_s);
+    EXPECT_EQ(first.translatedText, u"HELLO"_s);
+    EXPECT_EQ(first.sourceLang, vietnamese) << "recorded with the choices of its end";
+    EXPECT_EQ(first.targetLang, japanese);
+    EXPECT_EQ(first.tone, TranslationTone::concise.rawValue());
+}
+
+TEST_F(TranslatePanel, the_result_is_read_in_its_language_and_again_stopped) {
+    panel->outputText = u"kết quả"_s;
+    panel->toggleSpeech();
+    ASSERT_TRUE(synthesizer.reading.has_value());
+    EXPECT_EQ(synthesizer.reading->text, u"kết quả"_s);
+    EXPECT_EQ(synthesizer.reading->voices.first(), u"vi-VN"_s);
+    panel->toggleSpeech();
+    EXPECT_FALSE(speech.isSpeaking());
+
+    panel->targetLang = u"Tiếng Anh"_s;
+    panel->toggleSpeech();
+    EXPECT_EQ(synthesizer.reading->voices.first(), u"en-US"_s);
 }
 
 TEST_F(TranslatePanel, the_log_shows_thirty_characters_of_the_trimmed_text_and_of_the_result) {
@@ -71,7 +92,7 @@ TEST_F(TranslatePanel, the_log_shows_thirty_characters_of_the_trimmed_text_and_o
 TEST_F(TranslatePanel, a_blank_input_is_logged_and_changes_nothing) {
     panel->errorMessage = u"still to be read"_s;
     for (const QString& blank : {u""_s, u" \n\u00a0\t"_s}) {
-        input.text = blank;
+        input->text = blank;
         EXPECT_FALSE(panel->canTranslate());
         panel->performTranslate();
         EXPECT_FALSE(panel->isTranslating());
@@ -82,7 +103,7 @@ TEST_F(TranslatePanel, a_blank_input_is_logged_and_changes_nothing) {
 }
 
 TEST_F(TranslatePanel, the_button_rests_while_a_translation_runs) {
-    input.text = u" hello"_s;
+    input->text = u" hello"_s;
     EXPECT_TRUE(panel->canTranslate());
     panel->performTranslate();
     EXPECT_FALSE(panel->canTranslate());
@@ -102,7 +123,7 @@ TEST_F(TranslatePanel, a_failure_shows_its_description_and_leaves_the_texts_alon
         ASSERT_TRUE(translationEnds());
         EXPECT_EQ(panel->errorMessage(), message);
         EXPECT_EQ(panel->outputText(), u"earlier"_s);
-        EXPECT_EQ(input.text(), u"hello"_s);
+        EXPECT_EQ(input->text(), u"hello"_s);
     }
     EXPECT_EQ(standIn.requests().size(), 1);
     panel->dismissError();
@@ -165,7 +186,7 @@ TEST_F(TranslatePanel, cancelling_gives_up_only_the_translation_started_last) {
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
 }
 
-TEST_F(TranslatePanel, answers_that_come_after_the_panel_is_gone_change_nothing) {
+TEST_F(TranslatePanel, answers_that_come_after_the_panel_was_left_are_recorded_and_shown_nowhere) {
     hold({u"good"_s});
     translate(u"good"_s);
     ASSERT_TRUE(requestsArrive(1));
@@ -173,17 +194,28 @@ TEST_F(TranslatePanel, answers_that_come_after_the_panel_is_gone_change_nothing)
     translate(u"bad"_s);
     ASSERT_TRUE(requestsArrive(2));
 
-    panel.reset();
     showPanel();
     EXPECT_FALSE(panel->isTranslating());
-    EXPECT_EQ(input.text(), u"bad"_s);
+    EXPECT_EQ(input->text(), u"bad"_s);
     standIn.sendTheRest();
     ASSERT_TRUE(eventually([&] { return desktop.clock.pending() == 0; }));
     ASSERT_TRUE(eventually([&] { return logged(successLine(u"GOOD"_s)) == 1; }));
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(panel->outputText(), QString());
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
-    EXPECT_EQ(input.text(), u"bad"_s);
+    EXPECT_EQ(input->text(), u"bad"_s);
+    ASSERT_EQ(history.items().size(), 1);
+    EXPECT_EQ(history.items().first().translatedText, u"GOOD"_s);
+}
+
+TEST_F(TranslatePanel, answers_that_come_after_the_main_view_is_gone_are_dropped) {
+    hold({u"late"_s});
+    translate(u"late"_s);
+    ASSERT_TRUE(requestsArrive(1));
+    removeMainView();
+    standIn.sendTheRest();
+    ASSERT_TRUE(eventually([&] { return logged(successLine(u"LATE"_s)) == 1; }));
+    EXPECT_THAT(history.items(), IsEmpty());
 }
 
 TEST_F(TranslatePanel, swapping_exchanges_the_languages_and_with_a_result_the_texts_too) {
@@ -204,12 +236,12 @@ TEST_F(TranslatePanel, swapping_exchanges_the_languages_and_with_a_result_the_te
     for (const Case& given : cases) {
         panel->sourceLang = given.source;
         panel->targetLang = given.target;
-        input.text = given.input;
+        input->text = given.input;
         panel->outputText = given.output;
         panel->swapLanguages();
         EXPECT_EQ(panel->sourceLang(), given.newSource);
         EXPECT_EQ(panel->targetLang(), given.newTarget);
-        EXPECT_EQ(input.text(), given.newInput);
+        EXPECT_EQ(input->text(), given.newInput);
         EXPECT_EQ(panel->outputText(), given.newOutput);
     }
     EXPECT_THAT(log.messages(), IsEmpty()) << "swapping translates nothing";
@@ -233,11 +265,11 @@ TEST_F(TranslatePanel, copying_is_confirmed_for_a_second_and_a_half) {
 
 TEST_F(TranslatePanel, clearing_empties_both_texts_and_the_error_and_leaves_the_rest) {
     panel->sourceLang = korean;
-    input.text = u"in"_s;
+    input->text = u"in"_s;
     panel->outputText = u"out"_s;
     panel->errorMessage = u"error"_s;
     panel->clear();
-    EXPECT_EQ(input.text(), QString());
+    EXPECT_EQ(input->text(), QString());
     EXPECT_EQ(panel->outputText(), QString());
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
     EXPECT_EQ(panel->sourceLang(), korean);

@@ -2,8 +2,10 @@
 
 #include "common/clock.h"
 #include "common/on_change.h"
+#include "history/translation_item.h"
 #include "hotkeys/hot_key_service.h"
 #include "state/app_state.h"
+#include "update/update_service.h"
 
 namespace tralio {
 namespace {
@@ -25,20 +27,20 @@ std::optional<AppTab> appTab(int rawValue) {
     return rawValue >= 0 && rawValue < tabs ? std::optional(static_cast<AppTab>(rawValue)) : std::nullopt;
 }
 
-MainState::MainState(AppState& appState, HotKeyService& hotKeys, Clock& clock)
-    : isAccessibilityGranted(*this, hotKeys.isAccessibilityGranted()),
-      isScreenCaptureGranted(*this, hotKeys.isScreenCaptureGranted()),
-      m_hotKeys(hotKeys) {
+MainState::MainState(Services services)
+    : isAccessibilityGranted(*this, services.hotKeys.isAccessibilityGranted()),
+      isScreenCaptureGranted(*this, services.hotKeys.isScreenCaptureGranted()),
+      hasCompletedOnboarding(*this, services.store, u"hasCompletedOnboarding", false),
+      m_services(services) {
+    hasCompletedOnboarding.load(services.store.boolean(hasCompletedOnboarding.key()).value_or(false));
+
+    AppState& appState = m_services.appState;
     onChange(
-        appState, this, [&appState] { return appState.openPopoverSignal(); },
-        [this] {
-            selectedTab = AppTab::translate;
-            checkPermissions();
-        });
+        appState, this, [&appState] { return appState.openPopoverSignal(); }, [this] { appear(); });
     onChange(
         appState, this, [&appState] { return appState.translateTriggerId(); },
         [this] { selectedTab = AppTab::translate; });
-    clock.every(permissionPoll, this, [this] { checkPermissions(); });
+    m_services.clock.every(permissionPoll, this, [this] { checkPermissions(); });
 }
 
 std::optional<QString> MainState::ungrantedWarningText() const {
@@ -51,9 +53,32 @@ std::optional<QString> MainState::ungrantedWarningText() const {
     return u"Chưa cấp quyền: Trợ năng & Chụp"_s;
 }
 
+bool MainState::isOnboardingShown() const {
+    return !hasCompletedOnboarding() || m_services.appState.showOnboarding();
+}
+
+void MainState::appear() {
+    selectedTab = AppTab::translate;
+    checkPermissions();
+}
+
 void MainState::checkPermissions() {
-    assignIfChanged(isAccessibilityGranted, m_hotKeys.isAccessibilityGranted());
-    assignIfChanged(isScreenCaptureGranted, m_hotKeys.isScreenCaptureGranted());
+    assignIfChanged(isAccessibilityGranted, m_services.hotKeys.isAccessibilityGranted());
+    assignIfChanged(isScreenCaptureGranted, m_services.hotKeys.isScreenCaptureGranted());
+}
+
+void MainState::select(const TranslationItem& item) {
+    textToTranslate = item.sourceText;
+    selectedTab = AppTab::translate;
+}
+
+void MainState::finishOnboarding() {
+    hasCompletedOnboarding = true;
+    m_services.appState.showOnboarding = false;
+}
+
+void MainState::dismissUpdate() {
+    m_services.updates.isUpdateAvailable = false;
 }
 
 }  // namespace tralio

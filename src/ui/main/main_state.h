@@ -5,25 +5,38 @@
 #include <optional>
 
 #include "common/observable_object.h"
+#include "state/persisted.h"
 
 namespace tralio {
 
 class AppState;
 class Clock;
 class HotKeyService;
+class UpdateService;
+struct TranslationItem;
 
 enum class AppTab { translate, history, settings, author };
 
 /// The tab with this raw value, if there is one.
 [[nodiscard]] std::optional<AppTab> appTab(int rawValue);
 
-/// The main view without its widgets: the visible tab, the translate panel's input, and the permissions as
-/// they are shown. Lives as long as the popover's content. Used from the main thread.
+/// The main view without its widgets: the visible tab, the translate panel's input, the permissions as they
+/// are shown, and whether the walk-through lies over all that. Lives as long as the popover's content. Used
+/// from the main thread.
 class MainState final : public ObservableObject {
     Q_OBJECT
 
 public:
-    MainState(AppState& appState, HotKeyService& hotKeys, Clock& clock);
+    /// What the view works with. All of it outlives the view.
+    struct Services {
+        KeyValueStore& store;
+        AppState& appState;
+        HotKeyService& hotKeys;
+        UpdateService& updates;
+        Clock& clock;
+    };
+
+    explicit MainState(Services services);
 
     // State
 
@@ -31,17 +44,29 @@ public:
     Observable<QString> textToTranslate{*this};
     Observable<bool> isAccessibilityGranted;
     Observable<bool> isScreenCaptureGranted;
+    Persisted<bool> hasCompletedOnboarding;
 
     /// Which permission is missing; absent when none is.
     [[nodiscard]] std::optional<QString> ungrantedWarningText() const;
+    [[nodiscard]] bool isOnboardingShown() const;
+
+    // Events
+
+    /// The user sees the view, after not having seen it.
+    void appear();
 
     // Actions
 
     /// Reads both permissions; announces only what has changed.
     void checkPermissions();
+    /// Takes an entry's source text as the input of the translate panel, without translating it.
+    void select(const TranslationItem& item);
+    void finishOnboarding();
+    /// Takes the offer of a new version away; the next successful check may bring it back.
+    void dismissUpdate();
 
 private:
-    HotKeyService& m_hotKeys;
+    Services m_services;
 };
 
 }  // namespace tralio

@@ -1,22 +1,30 @@
 #include "ui/main/main_view.h"
 
-#include <QCoreApplication>
+#include <QUrl>
 
 #include "common/on_change.h"
+#include "engine/hosts.h"
+#include "hotkeys/hot_key_service.h"
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
+#include "ui/kit/cross_fade.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
 #include "ui/kit/tab_strip.h"
 #include "ui/kit/tooltip.h"
+#include "ui/main/update_banner.h"
+#include "ui/translate/translate_state.h"
 #include "ui/translate/translate_view.h"
+#include "update/update_service.h"
 
 namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+constexpr int tabChange = 150;  // milliseconds
 
 void showPermission(Chip* chip, const QString& title, bool granted, const QString& ready,
                     const QString& missing) {
@@ -32,9 +40,11 @@ MainView::MainView(Services services, Actions actions, QWidget* parent)
       m_services(services),
       m_actions(std::move(actions)),
       m_settings(services.store, services.hotKeys),
-      m_state(services.appState, services.hotKeys, services.clock) {
+      m_history(services.store),
+      m_state({services.store, services.appState, services.hotKeys, services.updates, services.clock}) {
     m_panelArea = filled(new QWidget, column({}, {}));
-    filled(this, column({}, {header(), new Divider, {m_panelArea, {}, 1}, new Divider, footer()}));
+    auto* banner = new UpdateBanner(m_services.updates, [this] { m_state.dismissUpdate(); });
+    filled(this, column({}, {header(), new Divider, banner, {m_panelArea, {}, 1}, new Divider, footer()}));
 
     onAnyChange(m_state, this, [this] { refresh(); });
     onAnyChange(m_settings, this, [this] { refresh(); });
@@ -42,7 +52,16 @@ MainView::MainView(Services services, Actions actions, QWidget* parent)
 }
 
 MainView::~MainView() {
-    m_panel.reset();  // before the state that it shows
+    delete m_panel;  // before what it shows
+}
+
+void MainView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    m_state.appear();
+}
+
+void MainView::openGuide() {
+    m_actions.openURL(QUrl(u"https://%1/guide.html"_s.arg(hosts::website)));
 }
 
 QWidget* MainView::header() {
@@ -51,12 +70,14 @@ QWidget* MainView::header() {
                            {u"gearshape.fill"_s, u"Cài đặt"_s},
                            {u"person.crop.circle.fill"_s, u"Tác giả"_s}});
     connect(m_tabs, &TabStrip::selected, this, [this](int index) {
-        if (const auto tab = appTab(index))
+        if (const auto tab = appTab(index)) {
+            m_panelMotion = Motion::fade;
             m_state.selectedTab = *tab;
+        }
     });
     auto* guide = new Button(button::icon, {.icon = u"questionmark.circle"_s});
     setTooltip(guide, u"Hướng dẫn sử dụng (Mở tài liệu)"_s);
-    connect(guide, &Button::clicked, this, [this] { m_actions.openGuide(); });
+    connect(guide, &Button::clicked, this, &MainView::openGuide);
     auto* quit = new Button(button::icon, {.icon = u"power"_s});
     setTooltip(quit, u"Thoát ứng dụng Tralio"_s);
     connect(quit, &Button::clicked, this, [this] { m_actions.quit(); });
@@ -71,14 +92,16 @@ QWidget* MainView::header() {
 }
 
 QWidget* MainView::footer() {
-    auto* version = new Label(u"Tralio v"_s + QCoreApplication::applicationVersion(),
+    auto* version = new Label(u"Tralio v"_s + m_services.updates.currentVersion(),
                               text::caption.with(Weight::Semibold), ColorRole::Secondary);
     m_warning = new Button(button::footerWarning, {.icon = u"exclamationmark.triangle.fill"_s});
     setTooltip(m_warning, u"Nhấn để mở Cài đặt và cấp quyền cho ứng dụng"_s);
-    connect(m_warning, &Button::clicked, this, [this] { m_actions.requestAccessibility(); });
     m_selectionChip = new Chip(QString());
     m_captureChip = new Chip(QString());
-    connect(m_selectionChip, &Chip::clicked, this, [this] { m_actions.requestAccessibility(); });
+    const auto selectSettings = [this] { m_state.selectedTab = AppTab::settings; };
+    connect(m_warning, &Button::clicked, this, selectSettings);
+    connect(m_selectionChip, &Chip::clicked, this, selectSettings);
+    connect(m_captureChip, &Chip::clicked, this, selectSettings);
 
     auto* bar =
         filled(new QWidget, row({.spacing = 6, .padding = {14, 0, 14, 0}},
@@ -104,27 +127,33 @@ void MainView::refresh() {
 }
 
 void MainView::showPanel() {
-    const int tab = static_cast<int>(m_state.selectedTab());
+    const AppTab tab = m_state.selectedTab();
     if (m_shownTab == tab)
         return;
     m_shownTab = tab;
-    m_panel.reset();
-    m_translate.reset();
-    if (m_state.selectedTab() == AppTab::translate)
-        showTranslatePanel();
-    else
-        m_panel = std::make_unique<QWidget>();
-    m_panelArea->layout()->addWidget(m_panel.get());
+    CrossFade fade(m_panelArea, std::exchange(m_panelMotion, Motion::none) == Motion::fade ? tabChange : 0);
+    delete m_panel;
+    m_panel = makePanel();
+    m_panelArea->layout()->addWidget(m_panel);
+    fade.start();
 }
 
-void MainView::showTranslatePanel() {
-    m_translate = std::make_unique<TranslateState>(
-        TranslateState::Services{m_services.ai, m_settings, m_services.appState, m_services.pasteboard,
-                                 m_services.clock},
-        Binding<QString>{[this] { return m_state.textToTranslate(); },
-                         [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
-    m_panel = std::make_unique<TranslateView>(*m_translate);
-    m_translate->checkAndTriggerPendingTranslation();
+QWidget* MainView::makePanel() {
+    switch (m_state.selectedTab()) {
+        case AppTab::translate:
+            return new TranslateView(std::make_shared<TranslateState>(
+                TranslateState::Services{m_services.ai, m_services.captures, m_services.ocr,
+                                         m_services.speech, m_settings, m_history, m_services.appState,
+                                         m_services.pasteboard, m_services.clock},
+                Binding<QString>{[this] { return m_state.textToTranslate(); },
+                                 [this](QString text) { m_state.textToTranslate = std::move(text); },
+                                 &m_state}));
+        case AppTab::history:
+        case AppTab::settings:
+        case AppTab::author:
+            break;
+    }
+    return new QWidget;
 }
 
 }  // namespace tralio

@@ -3,23 +3,32 @@
 #include <QWidget>
 
 #include <functional>
-#include <memory>
+#include <optional>
 
-#include "hotkeys/hot_key_service.h"
+#include "history/translation_history_store.h"
 #include "state/app_settings.h"
 #include "ui/main/main_state.h"
-#include "ui/translate/translate_state.h"
+
+class QUrl;
 
 namespace tralio {
+
+class AIService;
+class HotKeyService;
+class OCRService;
+class Pasteboard;
+class ScreenCaptureService;
+class SpeechService;
 
 class Button;
 class Chip;
 class KeyValueStore;
 class TabStrip;
 
-/// The popover's content: a header with the tabs, the panel of the selected tab, and a footer. A panel is
-/// made when its tab is shown and is gone when another is; only the input of the translate panel survives.
-/// Owns the settings that the panels work with.
+/// The popover's content: a header with the tabs, the offer of an update, the panel of the selected tab, and
+/// a footer; over all of it the walk-through, until it has been completed. A panel is made when its tab is
+/// shown and is gone when another is; only the input of the translate panel survives. Owns the settings and
+/// the history that the panels work with.
 class MainView final : public QWidget {
     Q_OBJECT
 
@@ -29,35 +38,45 @@ public:
         KeyValueStore& store;
         HotKeyService& hotKeys;
         AIService& ai;
+        ScreenCaptureService& captures;
+        OCRService& ocr;
+        SpeechService& speech;
+        UpdateService& updates;
         AppState& appState;
         Pasteboard& pasteboard;
         Clock& clock;
     };
     struct Actions {
-        std::function<void()> openGuide;
+        std::function<void(const QUrl&)> openURL;
         std::function<void()> quit;
-        std::function<void()> requestAccessibility;
     };
 
     MainView(Services services, Actions actions, QWidget* parent = nullptr);
     ~MainView() override;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
+    enum class Motion { none, fade };
+
     QWidget* header();
     QWidget* footer();
+    void openGuide();
     void refresh();
     void showPanel();
-    void showTranslatePanel();
+    [[nodiscard]] QWidget* makePanel();
 
     Services m_services;
     Actions m_actions;
     AppSettings m_settings;
+    TranslationHistoryStore m_history;
     MainState m_state;
     TabStrip* m_tabs;
     QWidget* m_panelArea;
-    int m_shownTab = -1;
-    std::unique_ptr<TranslateState> m_translate;
-    std::unique_ptr<QWidget> m_panel;
+    QWidget* m_panel = nullptr;
+    std::optional<AppTab> m_shownTab;
+    Motion m_panelMotion = Motion::none;  ///< of the next change of the panel
     Button* m_warning;
     Chip* m_selectionChip;
     Chip* m_captureChip;

@@ -10,9 +10,15 @@
 #include "common/localized_error.h"
 #include "common/on_change.h"
 #include "engine/ai_service.h"
+#include "history/translation_history_store.h"
 #include "hotkeys/pasteboard.h"
+#include "ocr/ocr_error.h"
+#include "ocr/ocr_service.h"
+#include "ocr/screen_capture_service.h"
+#include "speech/speech_service.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
+#include "ui/translate/dropped_file.h"
 
 namespace tralio {
 namespace {
@@ -45,16 +51,20 @@ TranslateState::TranslateState(Services services, Binding<QString> input)
     : inputText(std::move(input)),
       sourceLang(*this, english),
       targetLang(*this, vietnamese),
-      m_services(services) {
+      m_services(services),
+      m_mainView(inputText.owner) {}
+
+void TranslateState::appear(QObject* panel) {
     AppState& appState = m_services.appState;
     onChange(
-        appState, this, [&appState] { return appState.translateTriggerId(); },
+        appState, panel, [&appState] { return appState.translateTriggerId(); },
         [this] { checkAndTriggerPendingTranslation(); });
     onChange(
-        appState, this, [&appState] { return appState.openPopoverSignal(); },
-        [this] {
-            m_services.clock.after(pendingTextDelay, this, [this] { checkAndTriggerPendingTranslation(); });
+        appState, panel, [&appState] { return appState.openPopoverSignal(); },
+        [this, panel] {
+            m_services.clock.after(pendingTextDelay, panel, [this] { checkAndTriggerPendingTranslation(); });
         });
+    checkAndTriggerPendingTranslation();
 }
 
 bool TranslateState::canTranslate() const {
@@ -73,7 +83,7 @@ void TranslateState::performTranslate() {
 }
 
 QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) {
-    const QPointer<TranslateState> self = this;  // the panel may be gone when the answer comes
+    const auto self = shared_from_this();
     QString result;
     std::optional<QString> failure;
     try {
@@ -84,13 +94,16 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
     }
-    if (!self || stop.stop_requested())
+    if (!m_mainView || stop.stop_requested())
         co_return;
-    if (failure)
+    if (failure) {
         errorMessage = failure;
-    else
-        outputText = result;
+        isTranslating = false;
+        co_return;
+    }
+    outputText = result;
     isTranslating = false;
+    m_services.history.add(text, result, sourceLang(), targetLang(), m_services.settings.tone().rawValue());
 }
 
 void TranslateState::cancel() {
@@ -118,7 +131,114 @@ void TranslateState::checkAndTriggerPendingTranslation() {
         return;
     inputText.set(text);
     appState.pendingTextToTranslate = QString();
-    m_services.clock.after(pendingTextDelay, this, [this] { performTranslate(); });
+    m_services.clock.after(pendingTextDelay, m_mainView,
+                           [self = shared_from_this()] { self->performTranslate(); });
+}
+
+void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
+    const QString text = m_services.pasteboard.string().value_or(QString()).trimmed();
+    if (!text.isEmpty())
+        takeRecognizedText(text, autoTranslate);
+    else if (const QImage image = m_services.pasteboard.image(); !image.isNull())
+        performOCR(image, autoTranslate);
+}
+
+QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
+    const auto self = shared_from_this();
+    errorMessage = std::nullopt;
+    isOCROngoing = true;
+    std::optional<QString> text;
+    std::optional<QString> failure;
+    try {
+        AppState& appState = m_services.appState;
+        auto capture = m_services.captures.captureInteractiveAndRecognize(
+            [&appState] { appState.hidePopover(); }, [&appState] { appState.showPopover(); });
+        text = co_await std::move(capture);
+    } catch (const LocalizedError& error) {
+        failure = error.errorDescription();
+    }
+    if (!m_mainView)
+        co_return;
+    isOCROngoing = false;
+    if (failure)
+        errorMessage = failure;
+    else
+        takeRecognizedText(text.value_or(QString()), AutoTranslate::yes);
+}
+
+QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
+    const auto self = shared_from_this();
+    const std::optional<QString> earlierError = errorMessage();
+    const bool isFile = std::holds_alternative<QUrl>(image);
+    errorMessage = std::nullopt;
+    isOCROngoing = true;
+    QString text;
+    std::optional<QString> failure;
+    try {
+        auto recognition =
+            std::visit([this](auto source) { return m_services.ocr.recognizeText(std::move(source)); },
+                       std::move(image));
+        text = co_await std::move(recognition);
+    } catch (const OCRError& error) {
+        const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
+        failure = isNoPicture ? earlierError : error.errorDescription();
+    }
+    if (!m_mainView)
+        co_return;
+    isOCROngoing = false;
+    if (failure)
+        errorMessage = failure;
+    else
+        takeRecognizedText(text, autoTranslate);
+}
+
+void TranslateState::takeRecognizedText(const QString& text, AutoTranslate autoTranslate) {
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty())
+        return;
+    inputText.set(trimmed);
+    if (autoTranslate == AutoTranslate::yes)
+        performTranslate();
+}
+
+bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
+    if (items.isEmpty())
+        return false;
+    const DroppedItem& item = items.first();
+    if (item.fileURL) {
+        switch (droppedFileKind(*item.fileURL)) {
+            case DroppedFileKind::image:
+                performOCR(*item.fileURL, AutoTranslate::yes);
+                break;
+            case DroppedFileKind::text:
+                translateFile(item.fileURL->toLocalFile());
+                break;
+            case DroppedFileKind::other:
+                break;
+        }
+        return true;
+    }
+    if (item.image.isNull())
+        return false;
+    performOCR(item.image, AutoTranslate::yes);
+    return true;
+}
+
+QCoro::Task<void> TranslateState::translateFile(QString path) {
+    const auto self = shared_from_this();
+    auto reading = readTextFile(std::move(path));
+    const std::optional<QString> text = co_await std::move(reading);
+    if (!m_mainView || !text)
+        co_return;
+    inputText.set(text->trimmed());
+    performTranslate();
+}
+
+void TranslateState::toggleSpeech() {
+    if (m_services.speech.isSpeaking())
+        m_services.speech.stop();
+    else
+        m_services.speech.speak(outputText(), targetLang());
 }
 
 void TranslateState::copyResult() {

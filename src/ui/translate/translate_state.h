@@ -1,14 +1,19 @@
 #pragma once
 
+#include <QImage>
+#include <QList>
 #include <QPointer>
 #include <QStringList>
+#include <QUrl>
 #include <qcorotask.h>
 
+#include <memory>
 #include <optional>
 #include <stop_token>
 
 #include "common/binding.h"
 #include "common/observable_object.h"
+#include "ocr/text_recognizer.h"
 
 namespace tralio {
 
@@ -16,19 +21,39 @@ class AIService;
 class AppSettings;
 class AppState;
 class Clock;
+class OCRService;
 class Pasteboard;
+class ScreenCaptureService;
+class SpeechService;
+class TranslationHistoryStore;
+
+/// Whether a text that was found is also translated.
+enum class AutoTranslate { no, yes };
+
+/// What a drag brings: the file that it names, or the picture that it carries.
+struct DroppedItem {
+    std::optional<QUrl> fileURL = {};
+    QImage image = {};
+};
 
 /// The translate panel without its widgets: what it shows, and what happens when the user acts or the shell
-/// requests a translation. Lives as long as the panel is shown; the input text is the main view's, and
-/// survives. Used from the main thread.
-class TranslateState final : public ObservableObject {
+/// requests a translation. Used from the main thread.
+///
+/// Made anew whenever the panel is shown; the input text is the main view's, and survives. What it has begun
+/// keeps it alive: a translation that ends after its panel was left is still recorded.
+class TranslateState final : public ObservableObject, public std::enable_shared_from_this<TranslateState> {
     Q_OBJECT
 
 public:
-    /// What the panel works with. All of it outlives the panel.
+    /// What the panel works with. All of it outlives the panel and, except for `settings` and `history`, what
+    /// the panel has begun; those two go together.
     struct Services {
         AIService& ai;
+        ScreenCaptureService& captures;
+        OCRService& ocr;
+        SpeechService& speech;
         AppSettings& settings;
+        TranslationHistoryStore& history;
         AppState& appState;
         Pasteboard& pasteboard;
         Clock& clock;
@@ -40,6 +65,9 @@ public:
 
     TranslateState(Services services, Binding<QString> inputText);
 
+    /// Takes over the texts that the shell leaves for this panel, from now on until `panel` is gone.
+    void appear(QObject* panel);
+
     // State
 
     Binding<QString> inputText;
@@ -47,10 +75,13 @@ public:
     Observable<QString> sourceLang;
     Observable<QString> targetLang;
     Observable<bool> isTranslating{*this, false};
+    Observable<bool> isOCROngoing{*this, false};
+    Observable<bool> isDropTargeted{*this, false};
     Observable<std::optional<QString>> errorMessage{*this};
     Observable<bool> isCopied{*this, false};
 
     [[nodiscard]] AppSettings& settings() { return m_services.settings; }
+    [[nodiscard]] SpeechService& speechService() { return m_services.speech; }
     [[nodiscard]] bool canTranslate() const;
 
     // Actions
@@ -63,14 +94,27 @@ public:
     void swapLanguages();
     /// Takes over a text that the shell has left for this panel.
     void checkAndTriggerPendingTranslation();
+    /// Takes the clipboard's text or else the text in its picture.
+    void pasteFromClipboard(AutoTranslate autoTranslate);
+    /// Lets the user draw a region of the screen, and translates the text in it.
+    QCoro::Task<void> captureScreenAndTranslate();
+    /// Takes the text in a picture as the input. Nothing happens for a file that is no picture.
+    QCoro::Task<void> performOCR(ImageSource image, AutoTranslate autoTranslate);
+    /// Takes the first item: the text in a picture, or a text file's text. Whether it can be of use; a file
+    /// that turns out not to be is passed over in silence.
+    bool handleDrop(const QList<DroppedItem>& items);
+    void toggleSpeech();
     void copyResult();
     void clear();
     void dismissError();
 
 private:
     QCoro::Task<void> translate(QString text, std::stop_token stop);
+    QCoro::Task<void> translateFile(QString path);
+    void takeRecognizedText(const QString& text, AutoTranslate autoTranslate);
 
     Services m_services;
+    QPointer<QObject> m_mainView;  ///< whoever owns the input, the settings and the history
     std::stop_source m_currentTask{std::nostopstate};
 };
 

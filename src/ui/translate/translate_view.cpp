@@ -1,16 +1,23 @@
 #include "ui/translate/translate_view.h"
 
+#include <QMimeData>
+
+#include <utility>
+
 #include "common/excerpt.h"
 #include "common/on_change.h"
 #include "engine/translation_tone.h"
+#include "speech/speech_service.h"
 #include "state/app_settings.h"
 #include "ui/kit/button.h"
+#include "ui/kit/drop_target.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/label.h"
 #include "ui/kit/menu_button.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "ui/kit/reveal.h"
+#include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
 #include "ui/kit/tooltip.h"
@@ -39,9 +46,33 @@ QList<MenuEntry> toneEntries(const TranslationTone& current) {
     return list;
 }
 
+/// A button of the tool row, whose word says what it does and whose tooltip says more.
+Button* tool(const QString& icon, const QString& title, Weight weight, const QString& tooltip) {
+    auto* button = new Button(button::word, {.icon = icon, .title = title});
+    button->setWeight(weight);
+    setTooltip(button, tooltip);
+    return button;
+}
+
+bool canBeDropped(const QMimeData& content) {
+    return content.hasImage() || (content.hasUrls() && content.urls().first().isLocalFile());
+}
+
+QList<DroppedItem> itemsIn(const QMimeData& content) {
+    QList<DroppedItem> items;
+    for (const QUrl& url : content.urls()) {
+        if (url.isLocalFile())
+            items.push_back({.fileURL = url});
+    }
+    if (items.isEmpty() && content.hasImage())
+        items.push_back({.image = qvariant_cast<QImage>(content.imageData())});
+    return items;
+}
+
 }  // namespace
 
-TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(parent), m_state(state) {
+TranslateView::TranslateView(std::shared_ptr<TranslateState> state, QWidget* parent)
+    : QWidget(parent), m_shared(std::move(state)), m_state(*m_shared) {
     filled(this, column({.padding = {14, 10, 14, 10}}, {
                                                            languageRow(),
                                                            Gap{12},
@@ -57,6 +88,8 @@ TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(p
     onAnyChange(m_state, this, [this] { refresh(); });
     onAnyChange(m_state.settings(), this, [this] { refresh(); });
     onAnyChange(*m_state.inputText.owner, this, [this] { refresh(); });
+    onAnyChange(m_state.speechService(), this, [this] { refresh(); });
+    m_state.appear(this);
     refresh();
 }
 
@@ -89,21 +122,42 @@ QLayout* TranslateView::languageRow() {
 QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
     m_input->setFixedHeight(115);
-    m_input->setPlaceholder(u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s);
-    auto* box = new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block);
-    m_input->setScrollFrame(box);
-    return filled(box, column({.padding = {6, 6, 6, 6}}, {m_input}));
+    m_inputBox = new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block);
+    m_input->setScrollFrame(m_inputBox);
+    new DropTarget(
+        m_inputBox,
+        {.accepts = &canBeDropped,
+         .hover = [this](bool hovering) { m_state.isDropTargeted = hovering; },
+         .drop = [this](const QMimeData& content) { return m_state.handleDrop(itemsIn(content)); }});
+    return filled(m_inputBox, column({.padding = {6, 6, 6, 6}}, {m_input}));
 }
 
 QWidget* TranslateView::toolRow() {
+    m_recognizing = filled(
+        new QWidget, row({.spacing = 4}, {new Spinner(12), new Label(u"Đang quét chữ (OCR)..."_s,
+                                                                     text::smallCaption.with(Weight::Medium),
+                                                                     ColorRole::AccentText)}));
     m_characterCount = new Label(characterCountText(m_counted), text::smallCaption, ColorRole::Secondary);
-    ButtonStyle aligned = button::word;
-    aligned.padding = 4;  // its text ends as far inside the box's edge as the count begins
-    m_clear = new Button(aligned, {.title = u"Xóa"_s});
+    m_clear = new Button(button::word, {.title = u"Xóa"_s});
     m_clear->setColor(ColorRole::Secondary);
     connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
-    auto* bar = filled(new QWidget, row({.padding = {4, 0, 0, 0}}, {m_characterCount, Stretch{}, m_clear}));
-    bar->setFixedHeight(18);  // also while there is nothing to clear
+
+    auto* capture = tool(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, Weight::Medium,
+                         u"Khoanh vùng màn hình để quét chữ và dịch ngay (OCR)"_s);
+    connect(capture, &Button::clicked, this, [this] { m_state.captureScreenAndTranslate(); });
+    auto* paste = tool(u"doc.on.clipboard"_s, u"Dán"_s, Weight::Regular,
+                       u"Dán văn bản hoặc quét chữ từ ảnh trong clipboard"_s);
+    connect(paste, &Button::clicked, this, [this] { m_state.pasteFromClipboard(AutoTranslate::no); });
+    auto* pasteAndTranslate = tool(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, Weight::Semibold,
+                                   u"Dán văn bản hoặc quét ảnh trong clipboard và dịch ngay"_s);
+    pasteAndTranslate->setColor(ColorRole::AccentText);
+    connect(pasteAndTranslate, &Button::clicked, this,
+            [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
+
+    auto* bar = filled(new QWidget, row({.padding = {4, 0, 0, 0}},
+                                        {m_recognizing, m_characterCount, Stretch{}, m_clear, Gap{4}, capture,
+                                         Gap{4}, paste, Gap{4}, pasteAndTranslate}));
+    bar->setFixedHeight(18);
     return bar;
 }
 
@@ -125,6 +179,8 @@ QWidget* TranslateView::errorStrip() {
 }
 
 QWidget* TranslateView::resultBlock() {
+    m_speak = new Button(button::word, {.icon = u"speaker.wave.2"_s});
+    connect(m_speak, &Button::clicked, this, [this] { m_state.toggleSpeech(); });
     m_copy = new Button(button::word, {.icon = u"doc.on.doc"_s});
     m_copy->setWeight(Weight::Medium);
     connect(m_copy, &Button::clicked, this, [this] { m_state.copyResult(); });
@@ -134,7 +190,8 @@ QWidget* TranslateView::resultBlock() {
 
     auto* block = new Surface(ColorRole::Surface1, ColorRole::Border15, radius::block);
     auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary);
-    auto* header = filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_copy}));
+    auto* header =
+        filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_speak, Gap{4}, m_copy}));
     header->setFixedHeight(22);
     m_result->setMinimumHeight(115);
     m_result->setScrollFrame(block);
@@ -158,6 +215,14 @@ void TranslateView::refresh() {
 
     const QString input = m_state.inputText.get();
     m_input->refresh();
+    const bool dropTargeted = m_state.isDropTargeted();
+    m_inputBox->setEdge(dropTargeted ? ColorRole::AccentIcon : ColorRole::Border20, dropTargeted ? 2 : 1);
+    m_input->setPlaceholder(dropTargeted
+                                ? u"Thả hình ảnh vào đây để nhận diện chữ & dịch..."_s
+                                : u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s,
+                            dropTargeted ? ColorRole::AccentText : ColorRole::Placeholder);
+    m_recognizing->setVisible(m_state.isOCROngoing());
+    m_characterCount->setVisible(!m_state.isOCROngoing());
     if (input != m_counted) {
         m_counted = input;
         m_characterCount->setText(characterCountText(input));
@@ -174,6 +239,11 @@ void TranslateView::refresh() {
         m_error->setMessage(*message);
     m_errorReveal->setRevealed(m_state.errorMessage().has_value());
 
+    const bool speaking = m_state.speechService().isSpeaking();
+    m_speak->setVisible(!m_state.outputText().isEmpty());
+    m_speak->setIconName(speaking ? u"speaker.wave.3.fill"_s : u"speaker.wave.2"_s);
+    m_speak->setTitle(speaking ? u"Dừng"_s : u"Đọc"_s);
+    m_speak->setColor(speaking ? ColorRole::AccentText : ColorRole::Secondary);
     m_copy->setVisible(!m_state.outputText().isEmpty());
     m_copy->setIconName(m_state.isCopied() ? u"checkmark"_s : u"doc.on.doc"_s);
     m_copy->setTitle(m_state.isCopied() ? u"Đã chép!"_s : u"Sao chép"_s);

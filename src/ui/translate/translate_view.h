@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <memory>
+
 namespace tralio {
 
 class Button;
@@ -11,6 +13,7 @@ class MenuButton;
 class MultilineEnterInputView;
 class ReadingArea;
 class Reveal;
+class Surface;
 class TranslateState;
 
 /// The translate panel: languages and tone, the input, and the result. Shows what its state says; keeps
@@ -19,8 +22,7 @@ class TranslateView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `state` outlives the view.
-    explicit TranslateView(TranslateState& state, QWidget* parent = nullptr);
+    explicit TranslateView(std::shared_ptr<TranslateState> state, QWidget* parent = nullptr);
 
     /// Puts the caret into the input.
     void focusInput();
@@ -38,11 +40,14 @@ private:
 
     void refresh();
 
+    const std::shared_ptr<TranslateState> m_shared;
     TranslateState& m_state;
     MenuButton* m_source;
     MenuButton* m_target;
     MenuButton* m_tone;
+    Surface* m_inputBox;
     MultilineEnterInputView* m_input;
+    QWidget* m_recognizing;
     Label* m_characterCount;
     QString m_counted;  ///< counting a long text at every refresh would be felt while typing
     Button* m_clear;
@@ -50,6 +55,7 @@ private:
     Button* m_cancel;
     ErrorStrip* m_error;
     Reveal* m_errorReveal;
+    Button* m_speak;
     Button* m_copy;
     ReadingArea* m_result;
 };

@@ -52,6 +52,15 @@ std::optional<QString> ToolkitPasteboard::string() {
     return content && content->hasText() ? std::optional(content->text()) : std::nullopt;
 }
 
+QImage ToolkitPasteboard::image() {
+    return QGuiApplication::clipboard()->image();
+}
+
+bool ToolkitPasteboard::isConcealed() {
+    const QMimeData* content = QGuiApplication::clipboard()->mimeData();
+    return content && content->hasFormat(QLatin1String(concealedMimeType));
+}
+
 void ToolkitPasteboard::setString(const QString& text) {
     QGuiApplication::clipboard()->setText(text);
 }

@@ -58,6 +58,8 @@ public:
 
     qint64 changeCount() override { return m_changeCount; }
     std::optional<QString> string() override;
+    QImage image() override;
+    bool isConcealed() override;
     void setString(const QString& text) override;
 
 private:

@@ -42,6 +42,11 @@ public:
         xcb_flush(m_connection.xcb());
     }
 
+    /// What the owner says that it has; absent when it does not know the question.
+    std::optional<QByteArray> targets() { return convert(m_connection.atom("TARGETS")); }
+
+    void setDeadline(QDeadlineTimer deadline) { m_deadline = deadline; }
+
     std::optional<QByteArray> convert(xcb_atom_t target) {
         xcb_convert_selection(m_connection.xcb(), m_window, m_selection, target, m_property,
                               XCB_CURRENT_TIME);
@@ -106,6 +111,14 @@ private:
     xcb_atom_t m_property;
 };
 
+bool contains(const QByteArray& targets, xcb_atom_t target) {
+    for (qsizetype at = 0; at + qsizetype(sizeof target) <= targets.size(); at += sizeof target) {
+        if (std::memcmp(targets.constData() + at, &target, sizeof target) == 0)
+            return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t selection,
@@ -113,15 +126,8 @@ std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t s
     Conversion conversion(connection, selection, deadline);
     // Asked for a text that they do not have, some owners refuse and others give an empty one: ask first what
     // they have. An owner that does not know the question may still have text.
-    const auto offered = conversion.convert(connection.atom("TARGETS"));
-    const auto offers = [&](xcb_atom_t target) {
-        for (qsizetype at = 0; offered && at + qsizetype(sizeof target) <= offered->size();
-             at += sizeof target) {
-            if (std::memcmp(offered->constData() + at, &target, sizeof target) == 0)
-                return true;
-        }
-        return !offered;
-    };
+    const auto targets = conversion.targets();
+    const auto offers = [&](xcb_atom_t target) { return !targets || contains(*targets, target); };
     for (const char* target : {"UTF8_STRING", "text/plain;charset=utf-8"}) {
         if (!offers(connection.atom(target)))
             continue;
@@ -132,6 +138,34 @@ std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t s
         return std::nullopt;
     const auto bytes = conversion.convert(XCB_ATOM_STRING);
     return bytes ? std::optional(QString::fromLatin1(*bytes)) : std::nullopt;
+}
+
+QImage readSelectionImage(X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline,
+                          QDeadlineTimer imageDeadline) {
+    struct Format {
+        const char* target;
+        const char* format;
+    };
+    constexpr Format formats[] = {{"image/png", "PNG"}, {"image/bmp", "BMP"}, {"image/jpeg", "JPEG"}};
+    Conversion conversion(connection, selection, deadline);
+    const auto targets = conversion.targets();
+    if (!targets)
+        return {};
+    conversion.setDeadline(imageDeadline);
+    for (const Format& format : formats) {
+        if (!contains(*targets, connection.atom(format.target)))
+            continue;
+        const auto bytes = conversion.convert(connection.atom(format.target));
+        if (QImage image; bytes && image.loadFromData(*bytes, format.format))
+            return image;
+    }
+    return {};
+}
+
+bool selectionOffers(X11Connection& connection, xcb_atom_t selection, const char* target,
+                     QDeadlineTimer deadline) {
+    const auto targets = Conversion(connection, selection, deadline).targets();
+    return targets && contains(*targets, connection.atom(target));
 }
 
 }  // namespace tralio

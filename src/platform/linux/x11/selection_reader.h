@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDeadlineTimer>
+#include <QImage>
 #include <QString>
 
 #include <optional>
@@ -14,5 +15,14 @@ namespace tralio {
 /// The owner must not be this process: it could not answer while it waits.
 [[nodiscard]] std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t selection,
                                                        QDeadlineTimer deadline);
+
+/// The picture of a selection, in the same way; null when there is none. Owners that say they have one may
+/// need time to encode it: `imageDeadline` is for them.
+[[nodiscard]] QImage readSelectionImage(X11Connection& connection, xcb_atom_t selection,
+                                        QDeadlineTimer deadline, QDeadlineTimer imageDeadline);
+
+/// Whether the owner of a selection offers it as `target`, in the same way.
+[[nodiscard]] bool selectionOffers(X11Connection& connection, xcb_atom_t selection, const char* target,
+                                   QDeadlineTimer deadline);
 
 }  // namespace tralio

@@ -10,7 +10,8 @@
 namespace tralio {
 namespace {
 
-constexpr int readLimit = 250;  // milliseconds
+constexpr int readLimit = 250;    // milliseconds
+constexpr int imageLimit = 2000;  // milliseconds
 
 }  // namespace
 
@@ -48,6 +49,18 @@ std::optional<QString> X11Pasteboard::string() {
         return text.isNull() ? std::nullopt : std::optional(text);
     }
     return readSelectionText(m_connection, m_clipboard, QDeadlineTimer(readLimit));
+}
+
+QImage X11Pasteboard::image() {
+    if (QGuiApplication::clipboard()->ownsClipboard())
+        return QGuiApplication::clipboard()->image();
+    return readSelectionImage(m_connection, m_clipboard, QDeadlineTimer(readLimit),
+                              QDeadlineTimer(imageLimit));
+}
+
+bool X11Pasteboard::isConcealed() {
+    return !QGuiApplication::clipboard()->ownsClipboard() &&
+           selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(readLimit));
 }
 
 void X11Pasteboard::setString(const QString& text) {

@@ -12,6 +12,8 @@ public:
 
     qint64 changeCount() override;
     std::optional<QString> string() override;
+    QImage image() override;
+    bool isConcealed() override;
     void setString(const QString& text) override;
 
 private:

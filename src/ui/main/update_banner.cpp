@@ -1,0 +1,78 @@
+#include "ui/main/update_banner.h"
+
+#include <utility>
+
+#include "common/on_change.h"
+#include "ui/kit/badge.h"
+#include "ui/kit/button.h"
+#include "ui/kit/icon_view.h"
+#include "ui/kit/label.h"
+#include "ui/kit/reveal.h"
+#include "ui/kit/spinner.h"
+#include "ui/kit/stack.h"
+#include "ui/kit/surface.h"
+#include "ui/kit/tooltip.h"
+#include "update/update_service.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// More than one line shows; a server may send a book.
+constexpr qsizetype longestNotes = 300;
+
+}  // namespace
+
+UpdateBanner::UpdateBanner(UpdateService& updates, std::function<void()> dismiss, QWidget* parent)
+    : QWidget(parent), m_updates(updates), m_dismiss(std::move(dismiss)) {
+    auto* strip = filled(
+        new Surface(ColorRole::AccentTint, ColorRole::None, 0),
+        row({.spacing = 8, .padding = {14, 0, 10, 0}},
+            {new IconView({u"sparkles"_s, 13, true}, ColorRole::AccentIcon), {offer(), {}, 1}, actions()}));
+    strip->setFixedHeight(43);
+    m_reveal = new Reveal(filled(new QWidget, column({}, {strip, new Divider})));
+    filled(this, column({}, {m_reveal}));
+
+    onAnyChange(m_updates, this, [this] { refresh(); });
+    refresh();
+}
+
+QWidget* UpdateBanner::offer() {
+    m_title = new Label(QString(), text::caption.with(Weight::Bold));
+    m_notes = new Label(QString(), text::smallCaption, ColorRole::Secondary);
+    return filled(
+        new QWidget,
+        column({.spacing = 1},
+               {Stretch{}, row({.spacing = 6}, {m_title, new Badge(badge::offer, u"Mới"_s), Stretch{}}),
+                m_notes, Stretch{}}));
+}
+
+QWidget* UpdateBanner::actions() {
+    m_percentage = new Label(QString(), text::smallCaption.with(Weight::Bold));
+    m_progress = filled(new QWidget, row({.spacing = 6}, {new Spinner(12), m_percentage}));
+    m_install =
+        new Button(button::banner, {.icon = u"arrow.down.circle.fill"_s, .title = u"Cập nhật ngay"_s});
+    connect(m_install, &Button::clicked, this, [this] { m_updates.startAutoUpdate(); });
+    m_close = new Button(button::close, {.icon = u"xmark"_s});
+    setTooltip(m_close, u"Ẩn thông báo này"_s);
+    connect(m_close, &Button::clicked, this, [this] { m_dismiss(); });
+    return filled(new QWidget, row({.spacing = 8}, {m_progress, m_install, m_close}));
+}
+
+void UpdateBanner::refresh() {
+    const auto info = m_updates.updateInfo();
+    const bool offered = m_updates.isUpdateAvailable() && info;
+    m_reveal->setRevealed(offered);
+    if (!offered)
+        return;
+    m_title->setText(u"Bản cập nhật mới: v"_s + info->version);
+    m_notes->setText(info->releaseNotes.left(longestNotes).simplified());
+    m_notes->setVisible(!info->releaseNotes.isEmpty());
+    m_progress->setVisible(m_updates.isUpdating());
+    m_percentage->setText(u"%1%"_s.arg(int(m_updates.downloadProgress() * 100)));
+    m_install->setVisible(!m_updates.isUpdating());
+    m_close->setVisible(!m_updates.isUpdating());
+}
+
+}  // namespace tralio

@@ -1,0 +1,56 @@
+#include "ui/translate/dropped_file.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QPromise>
+#include <QStringDecoder>
+#include <QStringList>
+#include <QThreadPool>
+#include <qcorofuture.h>
+
+#include <memory>
+#include <utility>
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr qint64 mostBytes = 8 << 20;
+
+std::optional<QString> contentOf(const QString& path) {
+    QFile file(path);
+    // Opening a pipe would wait for somebody to write into it.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > mostBytes)
+        return std::nullopt;
+    const QByteArray bytes = file.read(mostBytes);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError() || file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    return text;
+}
+
+}  // namespace
+
+DroppedFileKind droppedFileKind(const QUrl& fileURL) {
+    static const QStringList images{u"png"_s, u"jpg"_s, u"jpeg"_s, u"webp"_s, u"tiff"_s, u"bmp"_s, u"heic"_s};
+    static const QStringList texts{u"txt"_s, u"md"_s, u"json"_s, u"csv"_s};
+    const QString fileExtension = QFileInfo(fileURL.path()).suffix().toLower();
+    if (images.contains(fileExtension))
+        return DroppedFileKind::image;
+    return texts.contains(fileExtension) ? DroppedFileKind::text : DroppedFileKind::other;
+}
+
+QCoro::Task<std::optional<QString>> readTextFile(QString path) {
+    auto content = std::make_shared<QPromise<std::optional<QString>>>();
+    content->start();
+    QThreadPool::globalInstance()->start([content, path = std::move(path)] {
+        content->addResult(contentOf(path));
+        content->finish();
+    });
+    const auto future = content->future();
+    co_return co_await future;
+}
+
+}  // namespace tralio

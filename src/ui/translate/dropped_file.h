@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+#include <qcorotask.h>
+
+#include <optional>
+
+namespace tralio {
+
+/// What a dropped file is taken for by the end of its name.
+enum class DroppedFileKind { image, text, other };
+
+[[nodiscard]] DroppedFileKind droppedFileKind(const QUrl& fileURL);
+
+/// The content of a file of UTF-8 text, read on another thread, since the file may lie on a slow disk or a
+/// network. Absent when it cannot be read, is not UTF-8, is no regular file, or is larger than what anybody
+/// would have translated.
+[[nodiscard]] QCoro::Task<std::optional<QString>> readTextFile(QString path);
+
+}  // namespace tralio

@@ -1,0 +1,185 @@
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QThreadPool>
+
+#include <sys/stat.h>
+
+#include "ui/translate_panel_support.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::SizeIs;
+
+const QString invalidImage = OCRError::invalidImage().errorDescription();
+const QString noText = OCRError::noTextFound().errorDescription();
+
+/// Text that the panel finds elsewhere than under the user's fingers: on the clipboard, in pictures, in
+/// files.
+class FoundText : public TranslatePanel {
+protected:
+    FoundText() { input->text = u"typed"_s; }
+
+    void pictureSays(const QString& text) {
+        recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {text}}});
+    }
+    static QImage picture() {
+        QImage image(8, 8, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        return image;
+    }
+    [[nodiscard]] QUrl file(const QString& name, const QByteArray& content) const {
+        QFile written(QDir(folder.path()).filePath(name));
+        EXPECT_TRUE(written.open(QIODevice::WriteOnly) && written.write(content) == content.size());
+        return QUrl::fromLocalFile(written.fileName());
+    }
+    bool recognitionEnds() {
+        return eventually([this] { return !panel->isOCROngoing(); });
+    }
+    /// Lets everything happen that a drop may lead to on other threads.
+    bool settles() { return QThreadPool::globalInstance()->waitForDone() && nextTurn() && recognitionEnds(); }
+
+    QTemporaryDir folder;
+};
+
+TEST_F(FoundText, pasting_takes_the_trimmed_text_and_translates_it_if_asked) {
+    desktop.pasteboard.copy(u" \n pasted\u3000"_s);
+    desktop.pasteboard.picture = picture();
+    panel->pasteFromClipboard(AutoTranslate::no);
+    EXPECT_EQ(input->text(), u"pasted"_s);
+    EXPECT_FALSE(panel->isTranslating());
+    panel->pasteFromClipboard(AutoTranslate::yes);
+    EXPECT_TRUE(panel->isTranslating());
+    EXPECT_THAT(recognizer.images, SizeIs(0)) << "text comes before pictures";
+}
+
+TEST_F(FoundText, pasting_reads_a_picture_where_there_is_no_text) {
+    pictureSays(u" in the picture "_s);
+    desktop.pasteboard.copy(u" \n"_s);
+    desktop.pasteboard.picture = picture();
+    for (const AutoTranslate choice : {AutoTranslate::no, AutoTranslate::yes}) {
+        panel->errorMessage = u"earlier"_s;
+        recognizer.isSlow = true;
+        panel->pasteFromClipboard(choice);
+        EXPECT_TRUE(panel->isOCROngoing());
+        EXPECT_EQ(panel->errorMessage(), std::nullopt);
+        ASSERT_TRUE(recognitionEnds());
+        EXPECT_EQ(input->text(), u"in the picture"_s);
+        EXPECT_EQ(panel->isTranslating(), choice == AutoTranslate::yes);
+    }
+}
+
+TEST_F(FoundText, pasting_from_an_empty_clipboard_changes_nothing) {
+    panel->errorMessage = u"earlier"_s;
+    panel->pasteFromClipboard(AutoTranslate::yes);
+    EXPECT_EQ(input->text(), u"typed"_s);
+    EXPECT_EQ(panel->errorMessage(), u"earlier"_s);
+    EXPECT_FALSE(panel->isOCROngoing());
+}
+
+TEST_F(FoundText, a_picture_without_text_says_so_and_leaves_the_texts_alone) {
+    panel->outputText = u"result"_s;
+    panel->performOCR(picture(), AutoTranslate::yes);
+    ASSERT_TRUE(recognitionEnds());
+    EXPECT_EQ(panel->errorMessage(), noText);
+    panel->performOCR(QImage(), AutoTranslate::yes);
+    ASSERT_TRUE(recognitionEnds());
+    EXPECT_EQ(panel->errorMessage(), invalidImage);
+    EXPECT_EQ(input->text(), u"typed"_s);
+    EXPECT_EQ(panel->outputText(), u"result"_s);
+}
+
+TEST_F(FoundText, a_region_of_the_screen_is_drawn_without_the_popover_and_translated) {
+    QStringList steps;
+    appState.onHidePopover = [&] { steps << u"hide"_s; };
+    appState.onShowPopover = [&] { steps << u"show"_s; };
+    region.onRun = [&] { steps << u"draw"_s; };
+    pictureSays(u" on the screen\n"_s);
+    panel->errorMessage = u"earlier"_s;
+
+    panel->captureScreenAndTranslate();
+    EXPECT_TRUE(panel->isOCROngoing());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+    desktop.clock.advance(150ms);
+    ASSERT_TRUE(recognitionEnds());
+    EXPECT_EQ(steps, QStringList({u"hide"_s, u"draw"_s, u"show"_s}));
+    EXPECT_EQ(input->text(), u"on the screen"_s);
+    EXPECT_TRUE(panel->isTranslating());
+}
+
+TEST_F(FoundText, a_cancelled_capture_changes_nothing_and_a_failed_one_says_so) {
+    region.draws = false;
+    panel->captureScreenAndTranslate();
+    desktop.clock.advance(150ms);
+    ASSERT_TRUE(recognitionEnds());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+
+    region.draws = true;
+    panel->captureScreenAndTranslate();
+    desktop.clock.advance(150ms);
+    ASSERT_TRUE(recognitionEnds());
+    EXPECT_EQ(panel->errorMessage(), noText);
+    EXPECT_EQ(input->text(), u"typed"_s);
+    EXPECT_FALSE(panel->isTranslating());
+}
+
+TEST_F(FoundText, a_text_recognised_after_the_panel_was_left_is_translated_all_the_same) {
+    pictureSays(u"seen"_s);
+    recognizer.isSlow = true;
+    panel->performOCR(picture(), AutoTranslate::yes);
+    showPanel();
+    ASSERT_TRUE(eventually([&] { return history.items().size() == 1; }));
+    EXPECT_EQ(input->text(), u"seen"_s);
+}
+
+TEST_F(FoundText, a_dropped_picture_is_read_and_translated_whatever_the_case_of_its_name) {
+    pictureSays(u"seen"_s);
+    const QUrl shot = file(u"Shot.PNG"_s, "not looked at by the panel");
+    EXPECT_TRUE(panel->handleDrop({{.fileURL = shot}, {.fileURL = QUrl(u"file:///nothing"_s)}}));
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(input->text(), u"seen"_s);
+    EXPECT_TRUE(panel->isTranslating());
+    ASSERT_THAT(recognizer.images, SizeIs(1));
+    EXPECT_EQ(std::get<QUrl>(recognizer.images.front()), shot);
+
+    EXPECT_TRUE(panel->handleDrop({{.image = picture()}}));
+    ASSERT_TRUE(settles());
+    EXPECT_THAT(recognizer.images, SizeIs(2));
+}
+
+TEST_F(FoundText, a_dropped_text_file_is_translated) {
+    for (const QString& name : {u"a.txt"_s, u"b.md"_s, u"c.JSON"_s, u"d.csv"_s}) {
+        EXPECT_TRUE(panel->handleDrop({{.fileURL = file(name, "\n# Tiêu đề\n")}}));
+        ASSERT_TRUE(eventually([&] { return input->text() == u"# Tiêu đề"_s; })) << name.toStdString();
+        EXPECT_TRUE(panel->isTranslating());
+        ASSERT_TRUE(translationEnds());
+        input->text = u"typed"_s;
+    }
+}
+
+TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
+    recognizer.answer = []() -> std::vector<TextObservation> { throw OCRError::invalidImage(); };
+    panel->errorMessage = u"earlier"_s;
+    const QString pipe = QDir(folder.path()).filePath(u"pipe.txt"_s);
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QUrl files[] = {
+        file(u"report.pdf"_s, "%PDF"),      file(u"broken.png"_s, "no picture"),
+        file(u"latin.txt"_s, "caf\xe9"),    file(u"no extension"_s, "text"),
+        QUrl::fromLocalFile(pipe),          QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)),
+        QUrl::fromLocalFile(folder.path()),
+    };
+    for (const QUrl& url : files) {
+        EXPECT_TRUE(panel->handleDrop({{.fileURL = url}})) << "a file is taken first and looked at then";
+        ASSERT_TRUE(settles());
+        EXPECT_EQ(input->text(), u"typed"_s) << url.toString().toStdString();
+        EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << url.toString().toStdString();
+    }
+    EXPECT_FALSE(panel->handleDrop({}));
+    EXPECT_FALSE(panel->handleDrop({DroppedItem{}}));
+}
+
+}  // namespace
+}  // namespace tralio
