@@ -40,4 +40,8 @@ ScreenCaptureService& ScreenCaptureService::shared() {
     return Services::current().captures;
 }
 
+SpeechService& SpeechService::shared() {
+    return Services::current().speech;
+}
+
 }  // namespace tralio

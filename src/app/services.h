@@ -11,6 +11,8 @@
 #include "ocr/screen_capture_service.h"
 #include "platform/linux/ocr/tesseract_recognizer.h"
 #include "platform/linux/session/region_picker.h"
+#include "platform/linux/speech/speech_dispatcher.h"
+#include "speech/speech_service.h"
 #include "state/app_state.h"
 #include "state/sqlite_key_value_store.h"
 
@@ -39,6 +41,8 @@ public:
     OCRService ocr{recognizer};
     RegionPicker regionPicker{RegionPicker::installedProgram()};
     ScreenCaptureService captures{ocr, regionPicker, clock};
+    SpeechDispatcher synthesizer{clock};
+    SpeechService speech{synthesizer};
     AppState appState;
 };
 

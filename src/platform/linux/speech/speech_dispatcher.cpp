@@ -1,0 +1,225 @@
+#include "platform/linux/speech/speech_dispatcher.h"
+
+#include <QProcess>
+
+#include "common/clock.h"
+#include "common/debug_log.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto retryInterval = 50ms;
+/// The daemon's stand-in for engines that it does not have: it reads a recorded request to install one.
+constexpr QStringView noEngine = u"dummy";
+
+QString sessionSocket() {
+    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return (runtime.isEmpty() ? qEnvironmentVariable("HOME") + u"/.cache"_s : runtime) +
+           u"/speech-dispatcher/speechd.sock"_s;
+}
+
+QStringList linesOf(const SsipConnection::Reply& reply) {
+    return QString::fromUtf8(reply.data).split(u'\n', Qt::SkipEmptyParts);
+}
+
+}  // namespace
+
+SpeechDispatcher::SpeechDispatcher(Clock& clock)
+    : SpeechDispatcher(sessionSocket(), u"speech-dispatcher"_s, clock, {}) {}
+
+SpeechDispatcher::SpeechDispatcher(QString socketPath, QString program, Clock& clock, Limits limits)
+    : m_socketPath(std::move(socketPath)), m_program(std::move(program)), m_clock(clock), m_limits(limits) {}
+
+SpeechDispatcher::~SpeechDispatcher() = default;
+
+void SpeechDispatcher::speak(const Utterance& utterance, std::function<void()> onEnd) {
+    m_idleLimit.reset();
+    m_reading = Reading{utterance, std::move(onEnd), ++m_readings};
+    if (m_modules)
+        begin();
+    else if (m_connection == nullptr && m_startLimit == nullptr)
+        connectToDaemon();
+}
+
+void SpeechDispatcher::stopSpeaking() {
+    if (!m_reading)
+        return;
+    if (m_modules)
+        m_connection->send("CANCEL SELF");
+    endReading();
+}
+
+void SpeechDispatcher::connectToDaemon() {
+    m_connection = std::make_unique<SsipConnection>(m_socketPath, m_clock, m_limits.reply);
+    connect(m_connection.get(), &SsipConnection::opened, this, &SpeechDispatcher::introduce);
+    connect(m_connection.get(), &SsipConnection::eventArrived, this, &SpeechDispatcher::follow);
+    connect(m_connection.get(), &SsipConnection::closed, this, [this](const QString& reason) {
+        if (m_connection->hasOpened()) {
+            fail(reason);
+            return;
+        }
+        dropConnection();
+        if (m_startLimit)
+            m_clock.after(retryInterval, m_startLimit.get(), [this] { connectToDaemon(); });
+        else
+            startDaemon();
+    });
+}
+
+void SpeechDispatcher::startDaemon() {
+    // It goes into the background as soon as it listens, or nearly so.
+    restart(m_startLimit, m_limits.start, [this] { fail(u"the speech daemon does not start"_s); });
+    m_starter = new QProcess(this);
+    connect(m_starter, &QProcess::errorOccurred, this, [this] { fail(m_starter->errorString()); });
+    connect(m_starter, &QProcess::finished, this, [this](int status) {
+        if (status == 0)
+            connectToDaemon();
+        else
+            fail(u"the speech daemon ends with status %1"_s.arg(status));
+    });
+    m_starter->setStandardInputFile(QProcess::nullDevice());
+    m_starter->setStandardOutputFile(QProcess::nullDevice());
+    m_starter->setStandardErrorFile(QProcess::nullDevice());
+    m_starter->start(m_program, {u"--spawn"_s, u"--communication-method"_s, u"unix_socket"_s,
+                                 u"--socket-path"_s, m_socketPath});
+}
+
+void SpeechDispatcher::introduce() {
+    endStart();
+    m_connection->send("SET SELF CLIENT_NAME " + qEnvironmentVariable("USER", u"user"_s).toUtf8() +
+                       ":tralio:main");
+    m_connection->send("SET SELF NOTIFICATION ALL on");
+    m_connection->send("SET SELF SSML_MODE on");
+    m_connection->send("GET LANGUAGE", [this](const SsipConnection::Reply& reply) {
+        m_defaultLanguage = linesOf(reply).value(0);
+    });
+    m_connection->send("GET OUTPUT_MODULE", [this](const SsipConnection::Reply& reply) {
+        const QString first = linesOf(reply).value(0);
+        m_connection->send("LIST OUTPUT_MODULES", [this, first](const SsipConnection::Reply& modules) {
+            QStringList names = linesOf(modules);
+            names.removeAll(noEngine);
+            if (names.removeAll(first) > 0)
+                names.prepend(first);
+            listVoices(names);
+        });
+    });
+}
+
+void SpeechDispatcher::listVoices(const QStringList& moduleNames) {
+    if (moduleNames.isEmpty()) {
+        fail(u"the speech daemon has no engine"_s);
+        return;
+    }
+    const auto modules = std::make_shared<std::vector<SpeechModule>>();
+    for (const QString& name : moduleNames) {
+        m_connection->send("SET SELF OUTPUT_MODULE " + name.toUtf8());
+        m_connection->send("LIST SYNTHESIS_VOICES", [=, this](const SsipConnection::Reply& reply) {
+            modules->push_back({name, languagesOf(reply.data)});
+            if (qsizetype(modules->size()) < moduleNames.size())
+                return;
+            m_modules = std::move(*modules);
+            if (m_reading)
+                begin();
+            else
+                waitIdly();
+        });
+    }
+}
+
+void SpeechDispatcher::begin() {
+    const SpeechVoice voice = chooseVoice(m_reading->utterance.voices, *m_modules)
+                                  .value_or(SpeechVoice{m_modules->front().name, m_defaultLanguage});
+    m_connection->send("SET SELF OUTPUT_MODULE " + voice.module.toUtf8());
+    m_connection->send("SET SELF LANGUAGE " + voice.language.toUtf8());
+    m_connection->speak(withMarks(m_reading->utterance.text),
+                        [this, number = m_reading->number](const SsipConnection::Reply& reply) {
+                            if (!isPresent(number))
+                                return;
+                            m_reading->message = linesOf(reply).value(0).toLongLong();
+                            if (reply.isSuccess())
+                                watch();
+                            else
+                                fail(u"the speech daemon refuses the text"_s);
+                        });
+}
+
+void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
+    if (!m_reading || m_reading->message != message)
+        return;
+    if (event == SsipConnection::Event::end || event == SsipConnection::Event::cancel)
+        endReading();
+    else
+        watch();
+}
+
+void SpeechDispatcher::watch() {
+    restart(m_quietLimit, m_limits.quiet, [this] {
+        // Only an engine can tell its voices. It is asked rarely, for while it looks them up the daemon
+        // serves nobody.
+        m_connection->send("LIST SYNTHESIS_VOICES",
+                           [this, number = m_reading->number](const SsipConnection::Reply& reply) {
+                               if (!isPresent(number))
+                                   return;
+                               if (reply.isSuccess())
+                                   watch();
+                               else
+                                   fail(u"the speech engine has died"_s);
+                           });
+    });
+}
+
+void SpeechDispatcher::fail(const QString& reason) {
+    endStart();
+    // Once nobody is connected the daemon ends, and what had died of it starts anew with the next text.
+    dropConnection();
+    if (!m_reading)
+        return;
+    debugLog(u"SpeechDispatcher: "_s + reason);
+    endReading();
+}
+
+void SpeechDispatcher::endReading() {
+    m_quietLimit.reset();
+    const std::function<void()> onEnd = std::move(m_reading->onEnd);
+    m_reading.reset();
+    waitIdly();
+    onEnd();
+}
+
+void SpeechDispatcher::waitIdly() {
+    if (m_modules)
+        restart(m_idleLimit, m_limits.idle, [this] { dropConnection(); });
+}
+
+void SpeechDispatcher::endStart() {
+    m_startLimit.reset();
+    if (m_starter != nullptr) {
+        m_starter->disconnect(this);
+        m_starter->deleteLater();  // it may be what is calling
+        m_starter = nullptr;
+    }
+}
+
+void SpeechDispatcher::dropConnection() {
+    if (m_connection) {
+        m_connection->abandon();
+        m_connection.release()->deleteLater();  // it may be what is calling
+    }
+    m_modules.reset();
+    m_idleLimit.reset();
+    m_quietLimit.reset();
+}
+
+bool SpeechDispatcher::isPresent(qint64 number) const {
+    return m_reading && m_reading->number == number;
+}
+
+void SpeechDispatcher::restart(Timer& timer, std::chrono::milliseconds delay, std::function<void()> action) {
+    timer = std::make_unique<QObject>();
+    m_clock.after(delay, timer.get(), std::move(action));
+}
+
+}  // namespace tralio

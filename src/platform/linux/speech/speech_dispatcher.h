@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QObject>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/linux/speech/speech_voices.h"
+#include "platform/linux/speech/ssip_connection.h"
+#include "speech/speech_synthesizer.h"
+
+class QProcess;
+
+namespace tralio {
+
+class Clock;
+
+/// The desktop's speech daemon, speech-dispatcher, with whatever engines and voices the user has installed.
+///
+/// Nothing is started or connected before the first text, and the connection is given up when there has been
+/// nothing to read for a while. A daemon that is missing, hangs or dies ends the reading, which only the log
+/// tells. Used from the main thread, where ends are told, too.
+///
+/// WORKAROUND: Qt Speech 6.4, which would be the obvious choice, reads the list of thousands of voices before
+/// it returns, hears neither of a daemon's death nor of an engine's, and waits for a daemon that hangs.
+class SpeechDispatcher final : public QObject, public SpeechSynthesizer {
+    Q_OBJECT
+
+public:
+    struct Limits {
+        std::chrono::milliseconds start = std::chrono::seconds(10);  ///< for the daemon to start
+        std::chrono::milliseconds reply = std::chrono::seconds(5);   ///< for the daemon to answer
+        std::chrono::milliseconds quiet =
+            std::chrono::seconds(15);  ///< before the engine is asked for a sign of life
+        std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< before the connection is given up
+    };
+
+    /// Connects at the socket where every program of the session does. The clock outlives this object.
+    explicit SpeechDispatcher(Clock& clock);
+    SpeechDispatcher(QString socketPath, QString program, Clock& clock, Limits limits);
+    ~SpeechDispatcher() override;
+
+    [[nodiscard]] bool isSpeaking() const override { return m_reading.has_value(); }
+    void speak(const Utterance& utterance, std::function<void()> onEnd) override;
+    void stopSpeaking() override;
+
+private:
+    struct Reading {
+        Utterance utterance;
+        std::function<void()> onEnd;
+        qint64 number = 0;
+        qint64 message = 0;  ///< the daemon's number for it, once it has taken it
+    };
+
+    using Timer = std::unique_ptr<QObject>;  ///< context of a call to come, deleted to take it back
+
+    void connectToDaemon();
+    void startDaemon();
+    void introduce();
+    void listVoices(const QStringList& moduleNames);
+    void begin();
+    void follow(SsipConnection::Event event, qint64 message);
+    void watch();
+    void fail(const QString& reason);
+    void endReading();
+    void waitIdly();
+    void endStart();
+    void dropConnection();
+    [[nodiscard]] bool isPresent(qint64 number) const;
+    void restart(Timer& timer, std::chrono::milliseconds delay, std::function<void()> action);
+
+    QString m_socketPath;
+    QString m_program;
+    Clock& m_clock;
+    Limits m_limits;
+    std::unique_ptr<SsipConnection> m_connection;
+    QString m_defaultLanguage;
+    std::optional<std::vector<SpeechModule>> m_modules;  ///< the default one first; absent until told
+    std::optional<Reading> m_reading;
+    qint64 m_readings = 0;
+    QProcess* m_starter = nullptr;
+    Timer m_startLimit;  ///< while the daemon starts
+    Timer m_quietLimit;
+    Timer m_idleLimit;
+};
+
+}  // namespace tralio

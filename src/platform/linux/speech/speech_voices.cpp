@@ -1,0 +1,94 @@
+#include "platform/linux/speech/speech_voices.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// How far a language is from a wanted one; 0 is the same, 3 another language.
+int distance(const QString& language, const QString& tag) {
+    const QString has = language.toLower().replace(u'_', u'-');
+    const QString wants = tag.toLower();
+    if (has == wants)
+        return 0;
+    const QString primary = wants.section(u'-', 0, 0);
+    if (has == primary)
+        return 1;
+    return has.startsWith(primary + u'-') ? 2 : 3;
+}
+
+bool isSpeakable(QChar character) {
+    return character.unicode() >= u' ' || character == u'\n' || character == u'\t';
+}
+
+}  // namespace
+
+QStringList languagesOf(const QByteArray& voices) {
+    // An engine lists thousands of voices, those of a language one after the other.
+    QStringList languages;
+    QByteArrayView latest;
+    for (qsizetype start = 0, end = 0; (end = voices.indexOf('\n', start)) >= 0; start = end + 1) {
+        const QByteArrayView line = QByteArrayView(voices).sliced(start, end - start);
+        const qsizetype tab = line.indexOf('\t');
+        if (tab < 0)
+            continue;
+        const QByteArrayView rest = line.sliced(tab + 1);
+        const qsizetype nextTab = rest.indexOf('\t');
+        const QByteArrayView language = nextTab < 0 ? rest : rest.first(nextTab);
+        if (language != latest)
+            languages << QString::fromUtf8(language);
+        latest = language;
+    }
+    languages.removeDuplicates();
+    return languages;
+}
+
+std::optional<SpeechVoice> chooseVoice(const QStringList& tags, const std::vector<SpeechModule>& modules) {
+    constexpr int other = 3;
+    for (const QString& tag : tags) {
+        std::optional<SpeechVoice> best;
+        int bestDistance = other;
+        for (const SpeechModule& module : modules) {
+            for (const QString& language : module.languages) {
+                if (const int d = distance(language, tag); d < bestDistance) {
+                    best = SpeechVoice{module.name, language};
+                    bestDistance = d;
+                }
+            }
+            if (best)
+                return best;
+        }
+    }
+    return std::nullopt;
+}
+
+QString withMarks(const QString& text) {
+    constexpr int longSentence = 120;  // about eight seconds
+    const QString sentenceEnds = u".!?…。！？"_s;
+    QString ssml = u"<speak>"_s;
+    int marks = 0;
+    qsizetype sinceMark = 0;
+    QChar before;
+    for (const QChar character : text) {
+        if (!isSpeakable(character))
+            continue;
+        const bool isPause = sentenceEnds.contains(before) || character == u'\n';
+        if (character.isSpace() && (isPause || sinceMark > longSentence)) {
+            ssml += u"<mark name=\"%1\"/>"_s.arg(marks++);
+            sinceMark = 0;
+        }
+        ++sinceMark;
+        if (character == u'<')
+            ssml += u"&lt;"_s;
+        else if (character == u'>')
+            ssml += u"&gt;"_s;
+        else if (character == u'&')
+            ssml += u"&amp;"_s;
+        else
+            ssml += character;
+        before = character;
+    }
+    return ssml + u"</speak>"_s;
+}
+
+}  // namespace tralio

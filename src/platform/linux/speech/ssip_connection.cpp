@@ -1,0 +1,139 @@
+#include "platform/linux/speech/ssip_connection.h"
+
+#include "common/clock.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int codeLength = 3;
+constexpr int receivingData = 230;
+constexpr int firstEvent = 700;
+
+/// A text as the daemon wants it: lines with their ends in two characters, a point doubled where one alone
+/// would end the text.
+QByteArray bodyOf(const QString& text) {
+    QByteArray body;
+    for (const QByteArray& line : text.toUtf8().split('\n')) {
+        if (line.startsWith('.'))
+            body += '.';
+        body += line + "\r\n";
+    }
+    return body + ".\r\n";
+}
+
+}  // namespace
+
+SsipConnection::SsipConnection(const QString& socketPath, Clock& clock, std::chrono::milliseconds silence)
+    : m_clock(clock), m_silence(silence) {
+    connect(&m_socket, &QLocalSocket::readyRead, this, &SsipConnection::read);
+    connect(&m_socket, &QLocalSocket::errorOccurred, this, [this] { close(m_socket.errorString()); });
+    connect(&m_socket, &QLocalSocket::connected, this, [this] {
+        m_hasOpened = true;
+        Q_EMIT opened();
+    });
+    // From the event loop, so that the owner hears also of a failure that is known at once.
+    QMetaObject::invokeMethod(
+        this, [this, socketPath] { m_socket.connectToServer(socketPath); }, Qt::QueuedConnection);
+}
+
+// What the socket tells while it ends would find half of this object gone.
+SsipConnection::~SsipConnection() {
+    m_socket.disconnect(this);
+}
+
+void SsipConnection::send(const QByteArray& command, Answer answer) {
+    m_commands.push_back({command, {}, std::move(answer)});
+    sendNext();
+}
+
+void SsipConnection::speak(const QString& text, Answer answer) {
+    m_commands.push_back({"SPEAK", bodyOf(text), std::move(answer)});
+    sendNext();
+}
+
+void SsipConnection::sendNext() {
+    if (m_isBusy || m_commands.empty() || m_socket.state() != QLocalSocket::ConnectedState)
+        return;
+    m_isBusy = true;
+    m_socket.write(m_commands.front().line + "\r\n");
+    limitTime();
+}
+
+void SsipConnection::limitTime() {
+    m_watchdog = std::make_unique<QObject>();
+    m_clock.after(m_silence, m_watchdog.get(), [this] { close(u"the daemon does not answer"_s); });
+}
+
+void SsipConnection::read() {
+    m_input += m_socket.readAll();
+    const QByteArray input = std::exchange(m_input, {});
+    qsizetype start = 0;
+    for (qsizetype end = 0; (end = input.indexOf('\n', start)) >= 0; start = end + 1) {
+        take(QByteArrayView(input).sliced(start, end - start).trimmed());
+        if (m_isClosed)
+            return;
+    }
+    m_input = input.sliced(start);
+}
+
+void SsipConnection::take(QByteArrayView line) {
+    bool isNumber = false;
+    const int code = line.first(std::min<qsizetype>(codeLength, line.size())).toByteArray().toInt(&isNumber);
+    if (!isNumber || line.size() <= codeLength) {
+        close(u"the daemon does not speak its protocol"_s);
+        return;
+    }
+    const bool isLast = line[codeLength] != '-';
+    const QByteArrayView rest = line.sliced(codeLength + 1);
+    if (code >= firstEvent) {
+        if (!isLast) {
+            m_eventData.append(rest).append('\n');
+            return;
+        }
+        const qint64 message = m_eventData.left(m_eventData.indexOf('\n')).toLongLong();
+        m_eventData.clear();
+        Q_EMIT eventArrived(static_cast<Event>(code), message);
+    } else if (isLast) {
+        conclude(code);
+    } else {
+        m_reply.data.append(rest).append('\n');
+    }
+}
+
+void SsipConnection::conclude(int code) {
+    if (!m_isBusy)
+        return;
+    if (code == receivingData) {
+        m_socket.write(std::exchange(m_commands.front().body, {}));
+        limitTime();
+        return;
+    }
+    m_watchdog.reset();
+    m_isBusy = false;
+    m_reply.code = code;
+    const Reply reply = std::exchange(m_reply, {});
+    const Command command = std::move(m_commands.front());
+    m_commands.pop_front();
+    sendNext();
+    if (command.answer)
+        command.answer(reply);
+}
+
+void SsipConnection::close(const QString& reason) {
+    if (m_isClosed)
+        return;
+    abandon();
+    Q_EMIT closed(reason);
+}
+
+void SsipConnection::abandon() {
+    m_isClosed = true;
+    m_watchdog.reset();
+    m_commands.clear();
+    m_socket.disconnect(this);
+    m_socket.abort();
+}
+
+}  // namespace tralio

@@ -1,0 +1,146 @@
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <stdexcept>
+
+#include "common/clock.h"
+#include "desktop/virtual_desktop.h"
+#include "platform/linux/speech/speech_dispatcher.h"
+#include "speech/speech_service.h"
+#include "support/debug_log_file.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// A session with a sound server that plays into nothing, at the speed of real sound, and with a speech
+/// daemon of its own as soon as one is asked for.
+class SpeechSession final {
+public:
+    SpeechSession() {
+        // The daemon gets this process's environment, and its programs can be told by the folder's name.
+        qputenv("HOME", m_home.path().toUtf8());
+        const QString runtime = m_home.filePath(u"run"_s);
+        QDir().mkpath(runtime);
+        QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
+        QDir().mkpath(m_home.filePath(u".config/speech-dispatcher/modules"_s));
+        QFile::copy(u"/etc/speech-dispatcher/modules/espeak-ng.conf"_s,
+                    m_home.filePath(u".config/speech-dispatcher/modules/espeak-ng.conf"_s));
+        QFile config(m_home.filePath(u".config/speech-dispatcher/speechd.conf"_s));
+        if (!config.open(QIODevice::WriteOnly) ||
+            config.write("AddModule \"espeak-ng\" \"sd_espeak-ng\" \"espeak-ng.conf\"\n"
+                         "DefaultModule espeak-ng\n") < 0)
+            throw std::runtime_error("cannot write the speech daemon's configuration");
+
+        m_sound.setStandardErrorFile(QProcess::nullDevice());
+        m_sound.start(u"pulseaudio"_s,
+                      {u"-n"_s, u"-F"_s, u"/dev/null"_s, u"--daemonize=no"_s, u"--exit-idle-time=-1"_s,
+                       u"--load=module-null-sink"_s, u"--load=module-native-protocol-unix"_s});
+        if (!waitUntil([&] { return QFile::exists(runtime + u"/pulse/native"_s); }))
+            throw std::runtime_error("pulseaudio does not start");
+    }
+
+    ~SpeechSession() {
+        for (const qint32 process : processes({}))
+            kill(process, SIGKILL);
+        m_sound.kill();
+        m_sound.waitForFinished();
+    }
+
+    /// Sends a signal to the session's processes of a program; whether there was one.
+    [[nodiscard]] bool signal(const QByteArray& program, int number) const {
+        const QList<qint32> found = processes(program);
+        for (const qint32 process : found)
+            kill(process, number);
+        return !found.isEmpty();
+    }
+
+private:
+    /// The processes of this session's speech daemon and of its engines.
+    [[nodiscard]] QList<qint32> processes(const QByteArray& program) const {
+        QList<qint32> found;
+        for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
+            QFile file(u"/proc/"_s + name + u"/cmdline"_s);
+            if (name.toInt() == 0 || !file.open(QIODevice::ReadOnly))
+                continue;
+            const QByteArray line = file.readAll();
+            if (line.contains(m_home.path().toUtf8()) && line.split('\0').first().endsWith(program))
+                found << name.toInt();
+        }
+        return found;
+    }
+
+    QTemporaryDir m_home;
+    QProcess m_sound;
+};
+
+class RealSpeech : public testing::Test {
+protected:
+    [[nodiscard]] bool fallsSilent(int seconds) {
+        return waitUntil([this] { return !service.isSpeaking(); }, seconds);
+    }
+
+    /// Begins a text that takes about twenty minutes, and gives it time to be heard.
+    void beginLongText() {
+        service.speak(u"Trời hôm nay rất đẹp. "_s.repeated(1000), u"Tiếng Việt"_s);
+        EXPECT_FALSE(fallsSilent(3));
+    }
+
+    DebugLogFile log;
+    SpeechSession session;
+    SystemClock clock;
+    SpeechDispatcher synthesizer{
+        qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/speech-dispatcher/speechd.sock"_s,
+        u"speech-dispatcher"_s,
+        clock,
+        {.quiet = 3s}};
+    SpeechService service{synthesizer};
+};
+
+TEST_F(RealSpeech, a_text_ends_by_itself_and_a_long_one_at_once_when_it_is_stopped) {
+    for (const QString& language : {u"Tiếng Việt"_s, u"Tiếng Anh"_s}) {
+        QElapsedTimer sinceBegin;
+        sinceBegin.start();
+        service.speak(u"Xin chào <các> bạn & tất cả"_s, language);
+        EXPECT_TRUE(service.isSpeaking());
+        EXPECT_TRUE(fallsSilent(15));
+        EXPECT_GT(sinceBegin.elapsed(), 1000) << "as long as the words take";
+    }
+    beginLongText();
+    service.stop();
+    EXPECT_FALSE(service.isSpeaking());
+    service.speak(u"một"_s, u"Tiếng Việt"_s);
+    EXPECT_TRUE(service.isSpeaking());
+    EXPECT_TRUE(fallsSilent(10)) << "not after the rest of the long text";
+    EXPECT_TRUE(log.messages().isEmpty()) << log.messages().join(u'\n').toStdString();
+}
+
+TEST_F(RealSpeech, a_daemon_or_an_engine_that_is_killed_ends_the_reading_and_the_next_text_is_read) {
+    beginLongText();
+    ASSERT_TRUE(session.signal("speech-dispatcher", SIGKILL));
+    EXPECT_TRUE(fallsSilent(2));
+
+    beginLongText();
+    ASSERT_TRUE(session.signal("sd_espeak-ng", SIGKILL));
+    EXPECT_TRUE(fallsSilent(20));
+    // A daemon whose engine is dead ends when nobody has been connected for a while.
+    EXPECT_TRUE(waitUntil([&] { return !session.signal("speech-dispatcher", 0); }, 20));
+    service.speak(u"một"_s, u"Tiếng Việt"_s);
+    EXPECT_TRUE(fallsSilent(10));
+    EXPECT_EQ(log.messages().size(), 2) << log.messages().join(u'\n').toStdString();
+}
+
+TEST_F(RealSpeech, a_daemon_that_hangs_is_given_up) {
+    beginLongText();
+    ASSERT_TRUE(session.signal("speech-dispatcher", SIGSTOP));
+    EXPECT_TRUE(fallsSilent(20));
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,219 @@
+#include "platform/linux/speech/speech_dispatcher.h"
+
+#include <QLocalServer>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include "support/debug_log_file.h"
+#include "support/event_loop.h"
+#include "support/fake_clock.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// A speech daemon with one engine, whose readings go on until a test ends them.
+class ScriptedDaemon final {
+public:
+    explicit ScriptedDaemon(const QString& path) {
+        m_server.listen(path);
+        QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] {
+            connection = m_server.nextPendingConnection();
+            QObject::connect(connection, &QLocalSocket::readyRead, connection, [this] {
+                while (connection->canReadLine())
+                    take(connection->readLine().chopped(2));
+            });
+        });
+    }
+
+    void tell(const QByteArray& event, int message) {
+        const QByteArray code = event.left(3);
+        connection->write(code + '-' + QByteArray::number(message) + "\r\n" + code + "-1\r\n" + event +
+                          "\r\n");
+    }
+
+    [[nodiscard]] bool heard(const QByteArray& command, int times = 1) const {
+        return commands.count(command) >= times;
+    }
+
+    QLocalSocket* connection = nullptr;
+    QByteArrayList commands;
+    QByteArrayList texts;
+    int taken = 0;
+    bool isHung = false;
+    bool hasEngine = true;
+
+private:
+    void take(const QByteArray& line) {
+        if (m_readsText) {
+            if (line == ".") {
+                m_readsText = false;
+                answer("225-" + QByteArray::number(++taken) + "\r\n225 OK MESSAGE QUEUED");
+            } else {
+                texts.last() += line + '\n';
+            }
+            return;
+        }
+        commands << line;
+        if (line == "SPEAK") {
+            m_readsText = true;
+            texts << QByteArray();
+            answer("230 OK RECEIVING DATA");
+        } else if (line == "GET LANGUAGE") {
+            answer("251-fr\r\n251 OK GET RETURNED");
+        } else if (line == "GET OUTPUT_MODULE") {
+            answer("251-engine\r\n251 OK GET RETURNED");
+        } else if (line == "LIST OUTPUT_MODULES") {
+            answer("250-dummy\r\n250-engine\r\n250 OK MODULE LIST SENT");
+        } else if (line == "LIST SYNTHESIS_VOICES") {
+            answer(hasEngine ? "249-Vietnamese\tvi\tnone\r\n249 OK VOICE LIST SENT"
+                             : "321 ERR MODULE CANT REPORT VOICES");
+        } else {
+            answer("200 OK");
+        }
+    }
+
+    void answer(const QByteArray& reply) {
+        if (!isHung)
+            connection->write(reply + "\r\n");
+    }
+
+    QLocalServer m_server;
+    bool m_readsText = false;
+};
+
+class SpeechDaemon : public testing::Test {
+protected:
+    void speak(const QString& text) {
+        synthesizer.speak({text, {u"vi-VN"_s, u"en-US"_s}}, [this, text] { ended << text; });
+    }
+
+    /// Has a text read, so far that it is with the daemon.
+    [[nodiscard]] bool begin(const QString& text) {
+        const int before = daemon->taken;
+        speak(text);
+        return eventually([&] { return daemon->taken > before; });
+    }
+
+    [[nodiscard]] bool endsWithLogLine(const char* part) {
+        return eventually([&] { return !ended.isEmpty(); }) && !synthesizer.isSpeaking() &&
+               log.messages().size() == 1 && log.messages().first().contains(QLatin1StringView(part));
+    }
+
+    DebugLogFile log;
+    QTemporaryDir folder;
+    QString path = folder.filePath(u"s.sock"_s);
+    FakeClock clock;
+    std::optional<ScriptedDaemon> daemon{path};
+    QStringList ended;
+    SpeechDispatcher synthesizer{path, folder.filePath(u"missing"_s), clock, {}};
+};
+
+TEST_F(SpeechDaemon, a_text_is_read_in_its_voice_and_told_to_end) {
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(daemon->connection, nullptr) << "nothing is connected before the first text";
+    ASSERT_TRUE(begin(u"Một.\n.hai\nQUIT"_s));
+    EXPECT_TRUE(daemon->heard("SET SELF OUTPUT_MODULE engine"));
+    EXPECT_TRUE(daemon->heard("SET SELF LANGUAGE vi"));
+    EXPECT_FALSE(daemon->heard("SET SELF OUTPUT_MODULE dummy"));
+    EXPECT_THAT(daemon->texts.first().toStdString(), HasSubstr("\n..hai"));
+    daemon->tell("701 BEGIN", 1);
+    daemon->tell("700 INDEX MARK", 1);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_TRUE(synthesizer.isSpeaking());
+    daemon->tell("702 END", 1);
+    EXPECT_TRUE(eventually([&] { return !synthesizer.isSpeaking(); }));
+    EXPECT_THAT(ended, ElementsAre(u"Một.\n.hai\nQUIT"_s));
+
+    synthesizer.speak({u"hello"_s, {u"en-US"_s}}, [] {});
+    EXPECT_TRUE(eventually([&] { return daemon->heard("SET SELF LANGUAGE fr"); })) << "the default voice";
+    EXPECT_THAT(log.messages(), IsEmpty());
+}
+
+TEST_F(SpeechDaemon, a_stop_silences_at_once_and_its_late_news_do_not_end_the_next_text) {
+    ASSERT_TRUE(begin(u"một"_s));
+    synthesizer.stopSpeaking();
+    EXPECT_FALSE(synthesizer.isSpeaking());
+    EXPECT_TRUE(eventually([&] { return daemon->heard("CANCEL SELF"); }));
+    ASSERT_TRUE(begin(u"hai"_s));
+    daemon->tell("703 CANCELED", 1);
+    daemon->tell("700 INDEX MARK", 2);
+    EXPECT_TRUE(nextTurn() && nextTurn());
+    EXPECT_TRUE(synthesizer.isSpeaking());
+    EXPECT_THAT(ended, ElementsAre(u"một"_s));
+}
+
+TEST_F(SpeechDaemon, a_text_stopped_before_the_daemon_was_ready_is_never_read) {
+    speak(u"một"_s);
+    synthesizer.stopSpeaking();
+    ASSERT_TRUE(begin(u"hai"_s));
+    ASSERT_EQ(daemon->texts.size(), 1);
+    EXPECT_THAT(daemon->texts.first().toStdString(), HasSubstr("hai"));
+}
+
+TEST_F(SpeechDaemon, a_daemon_that_dies_ends_the_reading) {
+    ASSERT_TRUE(begin(u"một"_s));
+    daemon.reset();
+    EXPECT_TRUE(endsWithLogLine("closed"));
+    daemon.emplace(path);
+    EXPECT_TRUE(begin(u"hai"_s)) << "the next text finds the next daemon";
+}
+
+TEST_F(SpeechDaemon, a_daemon_that_hangs_ends_the_reading_after_its_time) {
+    daemon->isHung = true;
+    speak(u"một"_s);
+    EXPECT_TRUE(eventually([&] { return !daemon->commands.isEmpty(); }));
+    clock.advance(4999ms);
+    EXPECT_TRUE(synthesizer.isSpeaking());
+    clock.advance(1ms);
+    EXPECT_TRUE(endsWithLogLine("does not answer"));
+}
+
+TEST_F(SpeechDaemon, an_engine_that_has_died_is_found_out_when_it_has_been_quiet) {
+    SpeechDispatcher patient(path, {}, clock, {.reply = 1h});
+    patient.speak({u"một"_s, {}}, [this] { ended << u"một"_s; });
+    const auto isAskedAgain = [this] {
+        const auto before = daemon->commands.count("LIST SYNTHESIS_VOICES");
+        return eventually([&] {
+            clock.advance(1s);
+            return daemon->commands.count("LIST SYNTHESIS_VOICES") > before;
+        });
+    };
+    ASSERT_TRUE(isAskedAgain() && isAskedAgain() && isAskedAgain());
+    EXPECT_TRUE(patient.isSpeaking()) << "it lives, and only takes its time";
+    daemon->hasEngine = false;
+    EXPECT_TRUE(isAskedAgain());
+    EXPECT_TRUE(endsWithLogLine("engine has died"));
+}
+
+TEST_F(SpeechDaemon, a_missing_daemon_ends_the_reading) {
+    daemon.reset();
+    speak(u"một"_s);
+    EXPECT_TRUE(endsWithLogLine("SpeechDispatcher: "));
+}
+
+TEST_F(SpeechDaemon, the_connection_is_given_up_after_an_idle_minute) {
+    ASSERT_TRUE(begin(u"một"_s));
+    daemon->tell("702 END", 1);
+    EXPECT_TRUE(eventually([&] { return !synthesizer.isSpeaking(); }));
+    clock.advance(59s);
+    ASSERT_TRUE(begin(u"hai"_s));
+    clock.advance(2s);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_TRUE(synthesizer.isSpeaking());
+    daemon->tell("702 END", 2);
+    EXPECT_TRUE(eventually([&] { return !synthesizer.isSpeaking(); }));
+    clock.advance(1min);
+    EXPECT_TRUE(eventually([&] { return daemon->connection->state() != QLocalSocket::ConnectedState; }));
+    EXPECT_EQ(clock.pending(), 0);
+}
+
+}  // namespace
+}  // namespace tralio
