@@ -32,6 +32,9 @@ public:
     [[nodiscard]] QString home() const { return m_home.path(); }
     [[nodiscard]] const QProcessEnvironment& environment() const { return m_environment; }
 
+    /// Sets a variable of the environment of what is started from now on.
+    void setVariable(const QString& name, const QString& value) { m_environment.insert(name, value); }
+
     /// Starts a program on this desktop.
     QProcess& start(const QString& program, const QStringList& arguments = {});
     QProcess& startIn(const QProcessEnvironment& environment, const QString& program,
@@ -46,8 +49,8 @@ public:
     /// Runs a program on this desktop to its end and gives its output.
     QString run(const QString& program, const QStringList& arguments) const;
 
-    /// A file in the home folder.
-    [[nodiscard]] QString write(const QString& name, const QString& content) const;
+    /// Writes a file into the home folder, whose path it gives.
+    QString write(const QString& name, const QString& content) const;
 
     /// The visible window of a class, waited for until it is in front; empty when it does not come.
     QString bringToFront(const QString& windowClass) const;

@@ -29,7 +29,7 @@ MultilineEnterInputView::MultilineEnterInputView(Binding<QString> text, std::fun
     : TextArea(text::body, {4, 3}, parent), m_text(std::move(text)), m_onSubmit(std::move(onSubmit)) {
     hideToolkitCaret();
     refresh();
-    connect(this, &QTextEdit::textChanged, this, &MultilineEnterInputView::textChangedByUser);
+    connect(this, &QTextEdit::textChanged, this, &MultilineEnterInputView::writeText);
     connect(this, &QTextEdit::cursorPositionChanged, this, &MultilineEnterInputView::restartCaret);
 }
 
@@ -44,15 +44,26 @@ void MultilineEnterInputView::refresh() {
     m_shown = text;
 }
 
-void MultilineEnterInputView::textChangedByUser() {
+void MultilineEnterInputView::writeText() {
     if (m_refreshing) {
         return;
     }
-    // The toolkit also reports changes of a composition, which are not in the text.
-    if (QString now = text(); now != m_shown) {
+    if (QString now = shownText(); now != m_shown) {
         m_shown = now;
         m_text.set(std::move(now));
     }
+}
+
+// The toolkit keeps a composition out of the text. To the user it is what stands there: with it left out, a
+// click on the button would translate all but the last word, which most Vietnamese input methods compose.
+QString MultilineEnterInputView::shownText() const {
+    QString shown = text();
+    if (isComposing()) {
+        const QTextBlock block = textCursor().block();
+        const QTextLayout* layout = block.layout();
+        shown.insert(block.position() + layout->preeditAreaPosition(), layout->preeditAreaText());
+    }
+    return shown;
 }
 
 void MultilineEnterInputView::keyPressEvent(QKeyEvent* event) {
@@ -110,6 +121,7 @@ void MultilineEnterInputView::inputMethodEvent(QInputMethodEvent* event) {
     withoutCaret.setCommitString(event->commitString(), event->replacementStart(),
                                  event->replacementLength());
     TextArea::inputMethodEvent(&withoutCaret);
+    writeText();
     restartCaret();
 }
 

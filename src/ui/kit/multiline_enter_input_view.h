@@ -16,7 +16,8 @@ class MultilineEnterInputView final : public TextArea {
     Q_OBJECT
 
 public:
-    /// `text` is written on every edit and read by `refresh`; `onSubmit` runs when Return is pressed.
+    /// `text` is written on every edit, also of a composition, and read by `refresh`; `onSubmit` runs when
+    /// Return is pressed.
     MultilineEnterInputView(Binding<QString> text, std::function<void()> onSubmit, QWidget* parent = nullptr);
 
     /// Brings the editor in line with the bound text. An equal text leaves caret and selection alone; another
@@ -34,7 +35,8 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
-    void textChangedByUser();
+    void writeText();
+    [[nodiscard]] QString shownText() const;
     void confirmComposition();
     void hideToolkitCaret();
     void restartCaret();
