@@ -7,6 +7,7 @@
 #include "app/status_item.h"
 #include "engine/hosts.h"
 #include "hotkeys/workspace.h"
+#include "platform/linux/bundle/info_plist.h"
 #include "platform/linux/session/desktop_appearance.h"
 #include "state/app_settings.h"
 #include "ui/kit/theme.h"
@@ -40,8 +41,8 @@ int main(int argc, char** argv) {
     // Trays show nothing for a program that names no desktop file, and ask before the application exists.
     QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
     QCoreApplication::setApplicationName(u"tralio"_s);
-    QCoreApplication::setApplicationVersion(QStringLiteral(TRALIO_VERSION));
     QApplication application(argc, argv);
+    QCoreApplication::setApplicationVersion(bundleVersion(QCoreApplication::applicationDirPath()));
     QApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 

@@ -17,7 +17,7 @@ private:
 };
 
 /// A file under a temporary name in the folder where it will stand: nobody sees it half-written, and it goes
-/// with this object, or with the process, unless it was moved. Every operation fails with a `FileError`.
+/// with this object, unless it was moved. Every operation fails with a `FileError`.
 class StagedFile final {
 public:
     explicit StagedFile(const QString& folder);

@@ -1,0 +1,156 @@
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include "common/localized_error.h"
+#include "platform/linux/bundle/info_plist.h"
+#include "platform/linux/bundle/script_runner.h"
+#include "support/event_loop.h"
+#include "support/ordinary_user.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A folder to put bundles and scripts in.
+class BundleTest : public testing::Test {
+protected:
+    QString path(const QString& name) const { return folder.filePath(name); }
+
+    QString write(const QString& name, const QString& content) const {
+        const QString place = path(name);
+        QDir().mkpath(QFileInfo(place).path());
+        QFile file(place);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content.toUtf8());
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return place;
+    }
+
+    /// The words that a program has left in a file, waited for until it has ended the line.
+    QStringList wordsIn(const QString& name) const {
+        QByteArray content;
+        EXPECT_TRUE(eventually([&] {
+            QFile file(path(name));
+            content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            return content.endsWith('\n');
+        }));
+        return QString::fromUtf8(content).simplified().split(u' ');
+    }
+
+    /// Runs `open` to its end; its exit status and what it complained about.
+    std::pair<int, QString> open(const QStringList& arguments) const {
+        QProcess process;
+        process.start(QStringLiteral(OPEN_PROGRAM), arguments);
+        EXPECT_TRUE(process.waitForFinished());
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    QTemporaryDir folder;
+};
+
+TEST_F(BundleTest, the_version_is_the_bundles_or_a_fixed_one) {
+    const auto plist = [](const QString& entries) {
+        return u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>%1</dict></plist>"_s
+            .arg(entries);
+    };
+    const QString version = u"<key>CFBundleShortVersionString</key>"_s;
+    const std::pair<QString, QString> cases[] = {
+        {plist(version + u"<string>2.0 &amp; β</string>"_s), u"2.0 & β"_s},
+        {plist(
+             u"<!-- hidden --><key>LSUIElement</key><true/><key>a</key><dict>%1<string>3</string></dict>%1 <string>4</string>"_s
+                 .arg(version)),
+         u"4"_s},
+        {plist(u"<key>a</key><string>CFBundleShortVersionString</string><key>b</key><string>5</string>"_s),
+         u"1.0.9"_s},
+        {plist(version + u"<real>2.0</real>"_s), u"1.0.9"_s},
+        {plist(version), u"1.0.9"_s},
+        {u"<plist><array>%1<string>2.0</string></array></plist>"_s.arg(version), u"1.0.9"_s},
+        {u"<plist><dict>%1<string>2.0"_s.arg(version), u"1.0.9"_s},
+        {u"bplist00"_s, u"1.0.9"_s},
+    };
+    const QString programs = path(u"Tralio.app/Contents/MacOS"_s);
+    EXPECT_EQ(bundleVersion(programs), u"1.0.9"_s);
+    for (const auto& [content, expected] : cases) {
+        write(u"Tralio.app/Contents/Info.plist"_s, content);
+        write(u"Tralio.app/Contents/MacOS/TralioApp"_s, {});
+        EXPECT_EQ(bundleVersion(programs), expected) << qPrintable(content);
+    }
+}
+
+TEST_F(BundleTest, a_script_runs_in_a_session_of_its_own_and_finds_our_helpers_first) {
+    const QString script =
+        write(u"script"_s,
+              u"read -ra stat < /proc/$$/stat\necho ${stat[5]} ${PATH%%:*} $# > "_s + path(u"out"_s) + u'\n');
+    ScriptRunner(path(u"helpers"_s)).run(script);
+    const QStringList words = wordsIn(u"out"_s);
+    EXPECT_NE(words.value(0).toInt(), getsid(0));
+    EXPECT_EQ(words.value(1), path(u"helpers"_s));
+    EXPECT_EQ(words.value(2), u"0"_s);
+}
+
+TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
+    const auto failure = [](const ScriptRunner& runner, const QString& script) {
+        try {
+            runner.run(script);
+        } catch (const LocalizedError& error) {
+            return error.errorDescription();
+        }
+        return QString();
+    };
+    const QString script = write(u"script"_s, u"exit"_s);
+    EXPECT_TRUE(failure(ScriptRunner({}, path(u"bash"_s)), script).contains(path(u"bash"_s)));
+    EXPECT_FALSE(failure(ScriptRunner({}, path(u"script/bash"_s)), script).isEmpty());
+    write(u"bash"_s, u"#!/nowhere\n"_s);
+    EXPECT_FALSE(failure(ScriptRunner({}, path(u"bash"_s)), script).isEmpty());
+
+    ASSERT_TRUE(QFile::link(script, path(u"link"_s)));
+    EXPECT_TRUE(failure(ScriptRunner({}), path(u"link"_s)).contains(path(u"link"_s)));
+    const OrdinaryUser user;
+    EXPECT_FALSE(failure(ScriptRunner({}), u"/etc/passwd"_s).isEmpty());
+}
+
+TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_and_in_a_system_installation) {
+    write(u"Tralio.app/Contents/Helpers/open"_s, {});
+    EXPECT_EQ(ScriptRunner::installedHelpers(path(u"Tralio.app/Contents/MacOS"_s)),
+              path(u"Tralio.app/Contents/Helpers"_s));
+    EXPECT_EQ(ScriptRunner::installedHelpers(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
+}
+
+TEST_F(BundleTest, open_starts_the_program_that_the_bundle_names_and_leaves_it_to_itself) {
+    write(u"A b.app/Contents/Info.plist"_s,
+          u"<plist><dict><key>CFBundleExecutable</key><string>Program</string></dict></plist>"_s);
+    write(u"A b.app/Contents/MacOS/Program"_s,
+          u"#!/bin/bash\nread -ra stat < /proc/$$/stat\necho ${stat[5]} ${#PATH} $PWD $# > "_s +
+              path(u"out"_s) + u'\n');
+    qputenv("PATH", QFileInfo(QStringLiteral(OPEN_PROGRAM)).path().toUtf8() + ":/usr/bin:/bin");
+    EXPECT_EQ(open({path(u"A b.app"_s)}), std::pair(0, QString()));
+    const QStringList words = wordsIn(u"out"_s);
+    EXPECT_NE(words.value(0).toInt(), getsid(0));
+    EXPECT_EQ(words.mid(1),
+              (QStringList{QString::number(qstrlen("/usr/bin:/bin")), QDir::homePath(), u"0"_s}));
+}
+
+TEST_F(BundleTest, open_says_what_it_cannot_open) {
+    const QString program = path(u"Gone.app/Contents/MacOS/Gone"_s);
+    write(u"Gone.app/Contents/Info.plist"_s,
+          u"<plist><dict><key>CFBundleExecutable</key><string>Gone</string></dict></plist>"_s);
+    write(u"Sly.app/Contents/Info.plist"_s,
+          u"<plist><dict><key>CFBundleExecutable</key><string>../../out</string></dict></plist>"_s);
+    for (const QString& name : {u"Nowhere.app"_s, u"Sly.app"_s}) {
+        const auto [status, complaint] = open({path(name)});
+        EXPECT_EQ(status, 1);
+        EXPECT_TRUE(complaint.contains(path(name))) << qPrintable(complaint);
+    }
+    const auto [status, complaint] = open({path(u"Gone.app"_s)});
+    EXPECT_EQ(status, 1);
+    EXPECT_TRUE(complaint.contains(program)) << qPrintable(complaint);
+    EXPECT_NE(open({}).first, 0);
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,125 @@
+#include "update/update_test_support.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Delivery = StandInReply::Delivery;
+
+class UpdateCheckTest : public UpdateTest {};
+
+TEST_F(UpdateCheckTest, a_newer_version_is_offered_without_the_blanks_around_it_also_unasked) {
+    offers(u" 1.0.10\n"_s);
+    EXPECT_EQ(check(false), u"Đã có bản cập nhật mới: v1.0.10"_s);
+    EXPECT_TRUE(service->isUpdateAvailable());
+    EXPECT_EQ(service->updateInfo(), offer(u" 1.0.10\n"_s));
+    EXPECT_EQ(service->lastCheckTime(), now);
+}
+
+TEST_F(UpdateCheckTest, the_manifest_is_asked_for_past_every_cache) {
+    offers(u"1.0.9"_s);
+    check(false);
+    const StandInModel::Request& request = server.requests().last();
+    EXPECT_EQ(request.method, "GET");
+    EXPECT_EQ(request.target, "/version.json?t=1795000000");
+    EXPECT_EQ(request.header("Cache-Control"), "no-cache");
+}
+
+TEST_F(UpdateCheckTest, only_who_asked_hears_that_there_is_nothing_new) {
+    for (const QString& version : {u"1.0.9"_s, u"1.0.8"_s, u"1.0"_s}) {
+        service->updateInfo = offer(u"1.0.10"_s);
+        service->isUpdateAvailable = true;
+        service->statusMessage = std::nullopt;
+        offers(version);
+        EXPECT_EQ(check(false), std::nullopt);
+        EXPECT_FALSE(service->isUpdateAvailable());
+        EXPECT_EQ(service->updateInfo(), std::nullopt);
+        EXPECT_EQ(check(true), u"Bạn đang dùng phiên bản mới nhất (v1.0.9)."_s);
+    }
+}
+
+TEST_F(UpdateCheckTest, only_who_asked_hears_of_a_failure_and_an_earlier_offer_stands) {
+    const QString noServer = u"Không thể kết nối đến máy chủ cập nhật."_s;
+    const QString failed = u"Lỗi khi kiểm tra: "_s;
+    const QByteArray withoutNotes = R"({"version":"2","downloadUrl":"u"})";
+    const std::pair<StandInReply, QString> failures[] = {
+        {StandInReply::withBody(404, offer(u"2"_s).toJson()), noServer},
+        {StandInReply::withBody(201, offer(u"2"_s).toJson()), noServer},
+        {StandInReply::withBody(0, "hello\n").delivered(Delivery::withoutStatus), noServer},
+        {StandInReply::withBody(200, withoutNotes), failed},
+        {StandInReply::withBody(200, {}), failed},
+        {StandInReply::withBody(200, "{}").delivered(Delivery::resetInBody), failed},
+        {StandInReply::withBody(200, "{}").delivered(Delivery::endless), failed},
+        {StandInReply::redirect(302, "/version.json"), failed},
+    };
+    service->updateInfo = offer(u"1.0.10"_s);
+    service->isUpdateAvailable = true;
+    for (const auto& [reply, text] : failures) {
+        server.replies(reply);
+        service->statusMessage = std::nullopt;
+        EXPECT_EQ(check(false), std::nullopt) << qPrintable(text);
+        EXPECT_TRUE(check(true).value_or(QString()).startsWith(text)) << reply.status;
+        EXPECT_FALSE(service->statusMessage()->contains(u"Base URL"));
+    }
+    server.refuseConnections();
+    EXPECT_TRUE(check(true).value_or(QString()).startsWith(failed));
+
+    EXPECT_EQ(service->updateInfo(), offer(u"1.0.10"_s));
+    EXPECT_TRUE(service->isUpdateAvailable());
+    EXPECT_EQ(service->lastCheckTime(), std::nullopt);
+}
+
+TEST_F(UpdateCheckTest, ten_silent_seconds_end_a_check) {
+    server.replies(StandInReply::withBody(200, {}).delivered(Delivery::held));
+    service->checkForUpdates(true);
+    EXPECT_EQ(service->statusMessage(), u"Đang kiểm tra bản cập nhật..."_s);
+    ASSERT_TRUE(eventually([this] { return !server.requests().isEmpty(); }));
+    clock.advance(9'999ms);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_TRUE(service->isChecking());
+    clock.advance(1ms);
+    ASSERT_TRUE(eventually([this] { return !service->isChecking(); }));
+    EXPECT_TRUE(service->statusMessage()->startsWith(u"Lỗi khi kiểm tra: "_s));
+}
+
+TEST_F(UpdateCheckTest, a_second_check_changes_nothing_while_one_runs) {
+    server.replies(StandInReply::withBody(200, offer(u"2"_s).toJson()).delivered(Delivery::held));
+    service->checkForUpdates(false);
+    service->checkForUpdates(true);
+    EXPECT_EQ(service->statusMessage(), std::nullopt);
+    ASSERT_TRUE(eventually([this] { return !server.requests().isEmpty(); }));
+    server.sendTheRest();
+    ASSERT_TRUE(eventually([this] { return !service->isChecking(); }));
+    EXPECT_EQ(server.requests().size(), 1);
+}
+
+TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {
+    offers(u"2"_s);
+    StandInModel oldServer;
+    oldServer.replies(StandInReply::redirect(301, address(u"/version.json"_s).toLatin1()));
+    UpdateService::Host moved = host();
+    moved.manifest.setPort(oldServer.port());
+    service = std::make_unique<UpdateService>(http, moved);
+    EXPECT_EQ(check(false), u"Đã có bản cập nhật mới: v2"_s);
+}
+
+TEST_F(UpdateCheckTest, an_address_that_is_none_ends_the_check_at_once) {
+    UpdateService::Host nowhere = host();
+    nowhere.manifest = QUrl();
+    service = std::make_unique<UpdateService>(http, nowhere);
+    service->checkForUpdates(true);
+    EXPECT_FALSE(service->isChecking());
+    EXPECT_EQ(service->statusMessage(), u"Đang kiểm tra bản cập nhật..."_s);
+}
+
+TEST_F(UpdateCheckTest, a_service_that_goes_takes_its_check_with_it) {
+    server.replies(StandInReply::withBody(200, {}).delivered(Delivery::held));
+    service->checkForUpdates(true);
+    ASSERT_TRUE(eventually([this] { return !server.requests().isEmpty(); }));
+    service.reset();
+    EXPECT_TRUE(eventually([this] { return server.openConnections() == 0; }));
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,237 @@
+#include <csignal>
+#include <sys/resource.h>
+
+#include "support/ordinary_user.h"
+#include "update/installer_script.h"
+#include "update/update_test_support.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Delivery = StandInReply::Delivery;
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    return file.readAll();
+}
+
+/// While one of these lives, no file of this process can grow past a size: as on a disk that is full.
+class FileSizeLimit final {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{.rlim_cur = bytes, .rlim_max = m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+
+private:
+    rlimit m_before{};
+    sighandler_t m_handler;
+};
+
+class UpdateInstallTest : public UpdateTest {
+protected:
+    UpdateInstallTest() {
+        service->updateInfo = offer(u" 1.0.10"_s);
+        service->isUpdateAvailable = true;
+    }
+
+    QStringList filesInFolder() const { return QDir(folder.path()).entryList(QDir::Files); }
+
+    /// Installs to the end and gives the last status.
+    QString install() {
+        service->startAutoUpdate();
+        EXPECT_TRUE(eventually([this] { return !service->isUpdating() || events.contains(u"terminate"_s); }));
+        return service->statusMessage().value_or(QString());
+    }
+
+    /// Expects an installation to fail with a text that begins so, and to leave the offer for another
+    /// attempt.
+    void expectFailure(const QString& text) {
+        EXPECT_TRUE(install().startsWith(text)) << qPrintable(*service->statusMessage());
+        EXPECT_FALSE(service->statusMessage()->contains(u"Base URL"));
+        EXPECT_FALSE(service->isUpdating());
+        EXPECT_TRUE(service->isUpdateAvailable());
+        EXPECT_FALSE(events.contains(u"terminate"_s));
+    }
+
+    const QString zip = pathOf(u"Tralio-Update.zip"_s);
+    const QString script = pathOf(u"tralio_updater.sh"_s);
+};
+
+TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program_ends) {
+    QFile older(zip);
+    ASSERT_TRUE(older.open(QIODevice::WriteOnly) && older.write("an older archive") > 0);
+    older.close();
+    const QByteArray archive(20 * 1024 * 1024, 'z');  // more than a manifest may have
+    server.replies(StandInReply::withBody(200, archive));
+
+    EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+    EXPECT_EQ(events, (QStringList{u"run "_s + script, u"terminate"_s}));
+    EXPECT_TRUE(service->isUpdating());
+    EXPECT_EQ(service->downloadProgress(), 1);
+    EXPECT_TRUE(contentOf(zip) == archive);
+    EXPECT_EQ(contentOf(script), installerScript(zip).toUtf8());
+    EXPECT_EQ(filesInFolder().size(), 2);
+}
+
+TEST_F(UpdateInstallTest, whatever_the_server_sends_counts_as_the_archive_after_redirections) {
+    server.repliesBy([this](const StandInModel::Request& request) {
+        return request.target == "/Tralio.zip" ? StandInReply::redirect(302, address(u"/moved"_s).toLatin1())
+                                               : StandInReply::withBody(503, "no zip at all");
+    });
+    EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+    EXPECT_EQ(contentOf(zip), "no zip at all");
+}
+
+TEST_F(UpdateInstallTest, progress_is_told_as_the_pieces_come_and_nothing_else_begins_meanwhile) {
+    server.replies(StandInReply::withBody(200, "four").delivered(Delivery::trickled));
+    service->downloadProgress = 1;
+    service->startAutoUpdate();
+    EXPECT_TRUE(service->isUpdating());
+    EXPECT_EQ(service->downloadProgress(), 0);
+    EXPECT_EQ(service->statusMessage(), u"Đang tải bản cập nhật v 1.0.10..."_s);
+    ASSERT_TRUE(eventually([this] { return !server.requests().isEmpty(); }));
+    for (const double progress : {0.25, 0.5, 0.75}) {
+        server.sendOneByte();
+        EXPECT_TRUE(eventually([&] { return service->downloadProgress() == progress; }));
+    }
+    service->startAutoUpdate();
+    service->checkForUpdates(true);
+    EXPECT_FALSE(service->isChecking());
+    EXPECT_EQ(service->downloadProgress(), 0.75);
+    EXPECT_EQ(service->statusMessage(), u"Đang tải bản cập nhật v 1.0.10..."_s);
+    server.sendTheRest();
+    EXPECT_TRUE(eventually([this] { return events.contains(u"terminate"_s); }));
+    EXPECT_EQ(server.requests().size(), 1);
+}
+
+TEST_F(UpdateInstallTest, without_a_length_there_is_no_progress) {
+    server.replies(
+        StandInReply::withBody(0, "HTTP/1.1 200 OK\r\n\r\narchive").delivered(Delivery::withoutStatus));
+    EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+    EXPECT_EQ(contentOf(zip), "archive");
+    EXPECT_EQ(service->downloadProgress(), 0);
+}
+
+TEST_F(UpdateInstallTest, a_download_that_does_not_come_to_its_end_leaves_nothing_behind) {
+    const QByteArray halfOfIt = "HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nhalf";
+    const QByteArray aChunkOfIt = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\nhalf\r\n";
+    const StandInReply broken[] = {
+        StandInReply::withBody(0, halfOfIt).delivered(Delivery::withoutStatus),
+        StandInReply::withBody(0, aChunkOfIt).delivered(Delivery::withoutStatus),
+        StandInReply::withBody(200, "zip").delivered(Delivery::resetInBody),
+        StandInReply::redirect(302, "gopher://127.0.0.1/"),
+    };
+    for (const StandInReply& reply : broken) {
+        server.replies(reply);
+        expectFailure(u"Lỗi tải bản cập nhật: "_s);
+        EXPECT_TRUE(filesInFolder().isEmpty());
+    }
+    server.refuseConnections();
+    expectFailure(u"Lỗi tải bản cập nhật: "_s);
+    service->updateInfo = AppUpdateInfo{u"2"_s, {}, u"Tralio.zip"_s, std::nullopt};
+    expectFailure(u"Lỗi tải bản cập nhật: "_s);
+    EXPECT_TRUE(events.isEmpty());
+}
+
+TEST_F(UpdateInstallTest, a_minute_of_silence_ends_a_download) {
+    server.replies(StandInReply::withBody(200, "zip").delivered(Delivery::trickled));
+    service->startAutoUpdate();
+    ASSERT_TRUE(eventually([this] { return !server.requests().isEmpty(); }));
+    server.sendOneByte();
+    ASSERT_TRUE(eventually([this] { return service->downloadProgress() > 0; }));
+    clock.advance(60s);
+    ASSERT_TRUE(eventually([this] { return !service->isUpdating(); }));
+    EXPECT_TRUE(service->statusMessage()->startsWith(u"Lỗi tải bản cập nhật: "_s));
+    EXPECT_TRUE(filesInFolder().isEmpty());
+}
+
+TEST_F(UpdateInstallTest, a_disk_that_is_full_ends_the_download) {
+    server.replies(StandInReply::withBody(200, QByteArray(30 * 1024 * 1024, 'z')));
+    {
+        const FileSizeLimit limit(10 * 1024 * 1024);
+        expectFailure(u"Lỗi tải bản cập nhật: "_s);
+    }
+    EXPECT_GT(service->downloadProgress(), 0);
+    EXPECT_LT(service->downloadProgress(), 1);
+    EXPECT_TRUE(filesInFolder().isEmpty());
+    EXPECT_TRUE(eventually([this] { return server.openConnections() == 0; }));
+}
+
+TEST_F(UpdateInstallTest, a_folder_that_takes_no_file_is_told_with_what_could_not_be_done) {
+    const OrdinaryUser user;
+    const QTemporaryDir own;
+    UpdateService::Host other = host();
+    other.temporaryFolder = own.path();
+    service = std::make_unique<UpdateService>(http, other);
+    service->updateInfo = offer(u"2"_s);
+    service->isUpdateAvailable = true;
+    const auto setWritable = [&own](bool writable) {
+        const auto read = QFile::ReadOwner | QFile::ExeOwner;
+        ASSERT_TRUE(QFile::setPermissions(own.path(), writable ? read | QFile::WriteOwner : read));
+    };
+
+    setWritable(false);
+    expectFailure(u"Lỗi tải bản cập nhật: Không có quyền ghi "_s + own.path());
+    setWritable(true);
+    server.repliesBy([&setWritable](const StandInModel::Request&) {
+        setWritable(false);
+        return StandInReply::withBody(200, "zip");
+    });
+    expectFailure(u"Lỗi khi lưu file cập nhật: Không có quyền ghi "_s + own.path());
+    EXPECT_TRUE(events.isEmpty());
+    setWritable(true);
+}
+
+TEST_F(UpdateInstallTest, an_installer_that_does_not_start_leaves_the_program_running) {
+    startFailure = u"không có bash"_s;
+    expectFailure(u"Không thể chạy tiến trình cập nhật: không có bash"_s);
+    startFailure = std::nullopt;
+    EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+}
+
+TEST_F(UpdateInstallTest, a_folder_in_the_archives_place_goes_and_one_in_the_scripts_place_is_no_matter) {
+    ASSERT_TRUE(QDir().mkpath(zip + u"/inside"_s));
+    ASSERT_TRUE(QDir().mkpath(script + u"/inside"_s));
+    server.replies(StandInReply::withBody(200, "zip"));
+    EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+    EXPECT_EQ(filesInFolder(), QStringList{u"Tralio-Update.zip"_s});
+}
+
+TEST_F(UpdateInstallTest, nothing_happens_without_an_offer_that_has_an_address) {
+    for (const QString& address :
+         {u""_s, u"http://[half"_s, u"https://update.test/a b.zip"_s, u"http://%zz"_s}) {
+        service->updateInfo = AppUpdateInfo{u"2"_s, {}, address, std::nullopt};
+        service->startAutoUpdate();
+        EXPECT_FALSE(service->isUpdating()) << qPrintable(address);
+    }
+    service->updateInfo = std::nullopt;
+    service->startAutoUpdate();
+    EXPECT_FALSE(service->isUpdating());
+    EXPECT_EQ(service->statusMessage(), std::nullopt);
+}
+
+TEST_F(UpdateInstallTest, a_service_that_goes_takes_its_download_with_it) {
+    server.replies(StandInReply::withBody(200, "zip").delivered(Delivery::trickled));
+    service->startAutoUpdate();
+    ASSERT_TRUE(eventually([this] { return !server.requests().isEmpty(); }));
+    server.sendOneByte();
+    ASSERT_TRUE(eventually([this] { return service->downloadProgress() > 0; }));
+    service.reset();
+    server.sendTheRest();
+    EXPECT_TRUE(eventually([this] { return filesInFolder().isEmpty(); }));
+    EXPECT_TRUE(events.isEmpty());
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <optional>
+
+#include "common/localized_error.h"
+#include "engine/http_client.h"
+#include "support/event_loop.h"
+#include "support/fake_clock.h"
+#include "support/print_to.h"
+#include "support/stand_in_model.h"
+#include "update/update_service.h"
+
+namespace tralio {
+
+/// A service of version 1.0.9, and a server for manifest and archive. Time stands still; what the service
+/// does to the program around it is written down.
+class UpdateTest : public testing::Test {
+protected:
+    static inline const QDateTime now = QDateTime::fromSecsSinceEpoch(1'795'000'000, Qt::UTC);
+
+    UpdateService::Host host() {
+        using namespace Qt::StringLiterals;
+        return {.manifest = QUrl(address(u"/version.json"_s)),
+                .currentVersion = u" 1.0.9\n"_s,
+                .temporaryFolder = folder.path(),
+                .runInstaller =
+                    [this](const QString& script) {
+                        events.append(u"run "_s + script);
+                        if (startFailure)
+                            throw LocalizedError(*startFailure);
+                    },
+                .terminate = [this] { events.append(u"terminate"_s); },
+                .now = [] { return now; }};
+    }
+
+    QString address(const QString& path) const {
+        using namespace Qt::StringLiterals;
+        return u"http://127.0.0.1:%1"_s.arg(server.port()) + path;
+    }
+
+    AppUpdateInfo offer(const QString& version) const {
+        using namespace Qt::StringLiterals;
+        return {version, u"Nhanh hơn"_s, address(u"/Tralio.zip"_s), std::nullopt};
+    }
+
+    void offers(const QString& version) {
+        server.replies(StandInReply::withBody(200, offer(version).toJson()));
+    }
+
+    /// What the service tells at the end of a check that finds the server as it is now.
+    std::optional<QString> check(bool manual) {
+        service->checkForUpdates(manual);
+        EXPECT_TRUE(eventually([this] { return !service->isChecking(); }));
+        return service->statusMessage();
+    }
+
+    QString pathOf(const QString& name) const { return QDir(folder.path()).filePath(name); }
+
+    FakeClock clock;
+    StandInModel server;
+    QTemporaryDir folder;
+    QStringList events;
+    std::optional<QString> startFailure;  ///< with which the installer does not start
+    HttpClient http{clock};
+    std::unique_ptr<UpdateService> service = std::make_unique<UpdateService>(http, host());
+};
+
+}  // namespace tralio
