@@ -127,12 +127,12 @@ TEST_F(BundleTest, open_starts_the_program_that_the_bundle_names_and_leaves_it_t
     write(u"A b.app/Contents/MacOS/Program"_s,
           u"#!/bin/bash\nread -ra stat < /proc/$$/stat\necho ${stat[5]} ${#PATH} $PWD $# > "_s +
               path(u"out"_s) + u'\n');
+    qputenv("HOME", folder.path().toUtf8());
     qputenv("PATH", QFileInfo(QStringLiteral(OPEN_PROGRAM)).path().toUtf8() + ":/usr/bin:/bin");
     EXPECT_EQ(open({path(u"A b.app"_s)}), std::pair(0, QString()));
     const QStringList words = wordsIn(u"out"_s);
     EXPECT_NE(words.value(0).toInt(), getsid(0));
-    EXPECT_EQ(words.mid(1),
-              (QStringList{QString::number(qstrlen("/usr/bin:/bin")), QDir::homePath(), u"0"_s}));
+    EXPECT_EQ(words.mid(1), (QStringList{QString::number(qstrlen("/usr/bin:/bin")), folder.path(), u"0"_s}));
 }
 
 TEST_F(BundleTest, open_says_what_it_cannot_open) {

@@ -50,7 +50,7 @@ int main(int argc, char** argv) {
     QProcess program;
     program.setProgram(bundle.filePath(u"Contents/MacOS/"_s + *name));
     program.setProcessEnvironment(sessionEnvironment());
-    program.setWorkingDirectory(QDir::homePath());
+    program.setWorkingDirectory(QDir::home().exists() ? QDir::homePath() : QDir::rootPath());
     program.setStandardInputFile(QProcess::nullDevice());
     program.setStandardOutputFile(QProcess::nullDevice());
     program.setStandardErrorFile(QProcess::nullDevice());

@@ -1,0 +1,135 @@
+#include <QDir>
+#include <QFile>
+
+#include <gmock/gmock.h>
+
+#include "desktop/own_machine.h"
+#include "desktop/virtual_desktop.h"
+#include "platform/linux/bundle/info_plist.h"
+#include "support/print_to.h"
+#include "support/stand_in_model.h"
+#include "update/app_update_info.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString installedProgram = u"/Applications/Tralio.app/Contents/MacOS/TralioApp"_s;
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    return file.readAll();
+}
+
+/// A machine with version 1.0.9 installed, and a server that offers 1.0.10.
+class BundleSwapTest : public testing::Test {
+protected:
+    BundleSwapTest() { QDir().mkpath(folder.filePath(u"tmp"_s)); }
+
+    /// For the programs of the machine.
+    QProcessEnvironment pointedHere(QProcessEnvironment environment) const {
+        environment.insert(u"TMPDIR"_s, folder.filePath(u"tmp"_s));
+        environment.insert(u"UPDATE_LOG"_s, log);
+        environment.insert(u"UPDATE_MANIFEST"_s, address(u"/version.json"_s));
+        return environment;
+    }
+
+    QString address(const QString& path) const { return u"http://127.0.0.1:%1"_s.arg(server.port()) + path; }
+
+    static void run(const QString& program, const QStringList& arguments, const QString& workingFolder = {}) {
+        QProcess process;
+        process.setWorkingDirectory(workingFolder);
+        process.start(program, arguments);
+        ASSERT_TRUE(process.waitForFinished() && process.exitCode() == 0) << qPrintable(program);
+    }
+
+    /// Tralio.app of a version, in the folder of that name, with `program` in the place of the program.
+    QString makeBundle(const QString& version, const QString& program) const {
+        const QString parent = folder.filePath(version);
+        QDir().mkpath(parent);
+        run(u"cp"_s, {u"-R"_s, QStringLiteral(TRALIO_BUNDLE), parent});
+        run(u"cp"_s, {program, parent + u"/Tralio.app/Contents/MacOS/TralioApp"_s});
+        const QString plist = parent + u"/Tralio.app/Contents/Info.plist"_s;
+        const QByteArray content =
+            contentOf(plist).replace(">" TRALIO_VERSION "<", '>' + version.toUtf8() + '<');
+        QFile file(plist);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        return parent;
+    }
+
+    void install(OwnMachine& machine, const QString& version, const QString& program) const {
+        machine.run(u"cp -R '%1/Tralio.app' /Applications"_s.arg(makeBundle(version, program)));
+    }
+
+    void offer(const QString& version, const QString& program) {
+        const QString parent = makeBundle(version, program);
+        run(QStringLiteral(CMAKE_PROGRAM),
+            {u"-E"_s, u"tar"_s, u"cf"_s, u"Tralio.zip"_s, u"--format=zip"_s, u"Tralio.app"_s}, parent);
+        const QByteArray archive = contentOf(parent + u"/Tralio.zip"_s);
+        const AppUpdateInfo info{version, u"Nhanh hơn"_s, address(u"/Tralio.zip"_s), std::nullopt};
+        server.repliesBy([=](const StandInModel::Request& request) {
+            return StandInReply::withBody(200, request.target == "/Tralio.zip" ? archive : info.toJson());
+        });
+    }
+
+    bool eventuallyLogs(const QString& text) const {
+        return waitUntil([&] {
+            QFile file(log);
+            return file.open(QIODevice::ReadOnly) && QString::fromUtf8(file.readAll()).endsWith(text);
+        });
+    }
+
+    QString installedVersion(OwnMachine& machine) const {
+        const QString copy = folder.filePath(u"installed.plist"_s);
+        machine.run(u"cp /Applications/Tralio.app/Contents/Info.plist '%1'"_s.arg(copy));
+        return infoPlistText(copy, u"CFBundleShortVersionString"_s).value_or(QString());
+    }
+
+    QTemporaryDir folder;
+    const QString log = folder.filePath(u"log"_s);
+    StandInModel server;
+};
+
+TEST_F(BundleSwapTest, a_program_replaces_itself_by_a_newer_one_that_then_is_up_to_date) {
+    const QString program = QStringLiteral(UPDATING_PROGRAM);
+    QProcessEnvironment environment = pointedHere(QProcessEnvironment::systemEnvironment());
+    for (const bool isStubborn : {false, true}) {
+        QFile::remove(log);
+        if (isStubborn)
+            environment.insert(u"UPDATE_STUBBORN"_s, u"1"_s);
+        OwnMachine machine(environment);
+        install(machine, u"1.0.9"_s, program);
+        machine.run(u"touch /Applications/Tralio.app/Contents/of_the_old_version"_s);
+        offer(u"1.0.10"_s, program);
+
+        machine.run(installedProgram + u" &> /dev/null &"_s);
+        EXPECT_TRUE(
+            eventuallyLogs(u"1.0.9: Đã có bản cập nhật mới: v1.0.10\n"
+                           u"1.0.10: Bạn đang dùng phiên bản mới nhất (v1.0.10).\n"_s))
+            << contentOf(log).constData();
+        EXPECT_EQ(installedVersion(machine), u"1.0.10"_s);
+        EXPECT_EQ(machine.run(u"ls /Applications /Applications/Tralio.app/Contents"_s).simplified(),
+                  u"/Applications: Tralio.app /Applications/Tralio.app/Contents: Helpers Info.plist MacOS"_s);
+        EXPECT_EQ(machine.runningPrograms().count(installedProgram), 1);
+        const QStringList left =
+            QDir(folder.filePath(u"tmp"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        EXPECT_EQ(left, QStringList{u"tralio_updater.sh"_s});
+    }
+}
+
+TEST_F(BundleSwapTest, the_program_itself_is_installed_and_started) {
+    const VirtualDesktop desktop;
+    OwnMachine machine(pointedHere(desktop.environment()));
+    install(machine, u"1.0.9"_s, QStringLiteral(UPDATING_PROGRAM));
+    offer(u"1.0.10"_s, QStringLiteral(TRALIO_BUNDLE "/Contents/MacOS/TralioApp"));
+
+    machine.run(installedProgram + u" &> /dev/null &"_s);
+    EXPECT_TRUE(waitUntil([&desktop] { return desktop.isVisible(u"^tralio$"_s); }));
+    EXPECT_EQ(installedVersion(machine), u"1.0.10"_s);
+    EXPECT_EQ(machine.runningPrograms().count(installedProgram), 1);
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,46 @@
+// Stands in a bundle in the place of the program: asks the server in UPDATE_MANIFEST for a newer version and
+// installs it. What it tells its user goes into the file UPDATE_LOG. With UPDATE_STUBBORN it does not end
+// when it should.
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include "common/clock.h"
+#include "common/on_change.h"
+#include "engine/http_client.h"
+#include "platform/linux/bundle/info_plist.h"
+#include "platform/linux/bundle/script_runner.h"
+#include "update/update_service.h"
+
+using namespace Qt::StringLiterals;
+using namespace tralio;
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const QString programs = QCoreApplication::applicationDirPath();
+    const ScriptRunner scripts(ScriptRunner::installedHelpers(programs));
+    SystemClock clock;
+    HttpClient http(clock);
+    UpdateService service(http, {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
+                                 .currentVersion = bundleVersion(programs),
+                                 .temporaryFolder = QDir::tempPath(),
+                                 .runInstaller = [&scripts](const QString& path) { scripts.run(path); },
+                                 .terminate =
+                                     [] {
+                                         if (!qEnvironmentVariableIsSet("UPDATE_STUBBORN"))
+                                             QCoreApplication::quit();
+                                     }});
+
+    onAnyChange(service, &service, [&service] {
+        if (service.isChecking() || service.isUpdating())
+            return;
+        QFile log(qEnvironmentVariable("UPDATE_LOG"));
+        if (log.open(QIODevice::Append))
+            log.write((service.currentVersion() + u": "_s + *service.statusMessage() + u'\n').toUtf8());
+        if (service.updateInfo())
+            service.startAutoUpdate();
+    });
+    service.checkForUpdates(true);
+    return QCoreApplication::exec();
+}
