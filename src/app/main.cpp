@@ -2,13 +2,15 @@
 #include <QNetworkProxyFactory>
 #include <QUrl>
 
+#include <cstdlib>
+
 #include "app/app_delegate.h"
 #include "app/services.h"
 #include "app/status_item.h"
-#include "engine/hosts.h"
 #include "hotkeys/workspace.h"
 #include "platform/linux/bundle/info_plist.h"
 #include "platform/linux/session/desktop_appearance.h"
+#include "platform/linux/session/session_service.h"
 #include "state/app_settings.h"
 #include "ui/kit/theme.h"
 #include "ui/main/main_view.h"
@@ -25,14 +27,19 @@ void applyAppearance(const DesktopAppearance& desktop) {
 
 QWidget* makeContent(Services& services) {
     return new MainView(
-        {services.store, HotKeyService::shared(), AIService::shared(), AppState::shared(),
+        {services.store, HotKeyService::shared(), AIService::shared(), ScreenCaptureService::shared(),
+         OCRService::shared(), SpeechService::shared(), UpdateService::shared(), AppState::shared(),
          services.platform.pasteboard, services.clock},
-        {.openGuide =
-             [&services] {
-                 services.platform.workspace.openURL(QUrl(u"https://%1/guide.html"_s.arg(hosts::website)));
-             },
-         .quit = &QCoreApplication::quit,
-         .requestAccessibility = [&services] { HotKeyService::shared().requestAccessibility(); }});
+        {.openURL = [&services](const QUrl& url) { services.platform.workspace.openURL(url); },
+         .quit = &QCoreApplication::quit});
+}
+
+/// What other programs, and a second start of this one, ask for over the session bus.
+SessionService::Actions actionsOf(AppDelegate& delegate) {
+    return {.open = [&delegate] { delegate.showPopover(); },
+            .translateSelection = [&delegate] { delegate.handleGlobalHotKey(); },
+            .captureScreen = [&delegate] { delegate.handleScreenOCRHotKey(); },
+            .translateText = [&delegate](const QString& text) { delegate.translateSelectedText(text); }};
 }
 
 }  // namespace
@@ -46,6 +53,10 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 
+    SessionService session;
+    if (session.claim() == SessionService::Claim::takenByAnother)
+        return session.openRunningInstance() ? EXIT_SUCCESS : EXIT_FAILURE;
+
     Services services(defaultStorePath());
     const AppSettings settingsOfShell(services.store, HotKeyService::shared());
 
@@ -57,8 +68,9 @@ int main(int argc, char** argv) {
     Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());
     StatusItem statusItem;
     AppDelegate delegate({AppState::shared(), settingsOfShell, HotKeyService::shared(),
-                          services.platform.pasteboard, ScreenCaptureService::shared(), services.clock,
-                          popover, statusItem});
+                          services.platform.pasteboard, ScreenCaptureService::shared(),
+                          UpdateService::shared(), services.clock, popover, statusItem});
     delegate.applicationDidFinishLaunching();
+    session.setActions(actionsOf(delegate));
     return QApplication::exec();
 }

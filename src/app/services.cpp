@@ -1,5 +1,10 @@
 #include "app/services.h"
 
+#include <QCoreApplication>
+#include <QDir>
+
+#include "platform/linux/bundle/installer_runner.h"
+
 namespace tralio {
 namespace {
 
@@ -18,6 +23,16 @@ Services::~Services() {
 Services& Services::current() {
     Q_ASSERT(instance);
     return *instance;
+}
+
+UpdateService::Host Services::updateHost() {
+    const InstallerRunner installers(
+        InstallerRunner::installedHelpers(QCoreApplication::applicationDirPath()));
+    return {.manifest = UpdateService::defaultManifest(),
+            .currentVersion = QCoreApplication::applicationVersion(),
+            .temporaryFolder = QDir::tempPath(),
+            .runInstaller = [installers](const QString& path) { installers.run(path); },
+            .terminate = &QCoreApplication::quit};
 }
 
 AppState& AppState::shared() {
@@ -42,6 +57,10 @@ ScreenCaptureService& ScreenCaptureService::shared() {
 
 SpeechService& SpeechService::shared() {
     return Services::current().speech;
+}
+
+UpdateService& UpdateService::shared() {
+    return Services::current().updates;
 }
 
 }  // namespace tralio

@@ -15,6 +15,7 @@
 #include "speech/speech_service.h"
 #include "state/app_state.h"
 #include "state/sqlite_key_value_store.h"
+#include "update/update_service.h"
 
 namespace tralio {
 
@@ -43,7 +44,11 @@ public:
     ScreenCaptureService captures{ocr, regionPicker, clock};
     SpeechDispatcher synthesizer{clock};
     SpeechService speech{synthesizer};
+    UpdateService updates{http, updateHost()};
     AppState appState;
+
+private:
+    [[nodiscard]] static UpdateService::Host updateHost();
 };
 
 }  // namespace tralio

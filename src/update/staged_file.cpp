@@ -41,8 +41,8 @@ StagedFile::StagedFile(const QString& folder) : m_file(QDir(folder).filePath(u"t
     errno = 0;
     if (!m_file.open())
         throw FileError::fromErrno(errno, folder);
-    // Asking for its name gives it one. Without, the file would have to be entered into the folder at the end,
-    // and nothing would tell why it cannot be.
+    // Asking for its name gives it one. Without, the file would have to be entered into the folder at the
+    // end, and nothing would tell why it cannot be.
     std::ignore = m_file.fileName();
 }
 

@@ -10,7 +10,7 @@
 #include "common/on_change.h"
 #include "engine/http_client.h"
 #include "platform/linux/bundle/info_plist.h"
-#include "platform/linux/bundle/script_runner.h"
+#include "platform/linux/bundle/installer_runner.h"
 #include "update/update_service.h"
 
 using namespace Qt::StringLiterals;
@@ -19,7 +19,7 @@ using namespace tralio;
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const QString programs = QCoreApplication::applicationDirPath();
-    const ScriptRunner scripts(ScriptRunner::installedHelpers(programs));
+    const InstallerRunner scripts(InstallerRunner::installedHelpers(programs));
     SystemClock clock;
     HttpClient http(clock);
     UpdateService service(http, {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),

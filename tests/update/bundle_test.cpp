@@ -6,7 +6,7 @@
 
 #include "common/localized_error.h"
 #include "platform/linux/bundle/info_plist.h"
-#include "platform/linux/bundle/script_runner.h"
+#include "platform/linux/bundle/installer_runner.h"
 #include "support/event_loop.h"
 #include "support/ordinary_user.h"
 #include "support/print_to.h"
@@ -86,7 +86,7 @@ TEST_F(BundleTest, a_script_runs_in_a_session_of_its_own_and_finds_our_helpers_f
     const QString script =
         write(u"script"_s,
               u"read -ra stat < /proc/$$/stat\necho ${stat[5]} ${PATH%%:*} $# > "_s + path(u"out"_s) + u'\n');
-    ScriptRunner(path(u"helpers"_s)).run(script);
+    InstallerRunner(path(u"helpers"_s)).run(script);
     const QStringList words = wordsIn(u"out"_s);
     EXPECT_NE(words.value(0).toInt(), getsid(0));
     EXPECT_EQ(words.value(1), path(u"helpers"_s));
@@ -94,7 +94,7 @@ TEST_F(BundleTest, a_script_runs_in_a_session_of_its_own_and_finds_our_helpers_f
 }
 
 TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
-    const auto failure = [](const ScriptRunner& runner, const QString& script) {
+    const auto failure = [](const InstallerRunner& runner, const QString& script) {
         try {
             runner.run(script);
         } catch (const LocalizedError& error) {
@@ -103,22 +103,22 @@ TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
         return QString();
     };
     const QString script = write(u"script"_s, u"exit"_s);
-    EXPECT_TRUE(failure(ScriptRunner({}, path(u"bash"_s)), script).contains(path(u"bash"_s)));
-    EXPECT_FALSE(failure(ScriptRunner({}, path(u"script/bash"_s)), script).isEmpty());
+    EXPECT_TRUE(failure(InstallerRunner({}, path(u"bash"_s)), script).contains(path(u"bash"_s)));
+    EXPECT_FALSE(failure(InstallerRunner({}, path(u"script/bash"_s)), script).isEmpty());
     write(u"bash"_s, u"#!/nowhere\n"_s);
-    EXPECT_FALSE(failure(ScriptRunner({}, path(u"bash"_s)), script).isEmpty());
+    EXPECT_FALSE(failure(InstallerRunner({}, path(u"bash"_s)), script).isEmpty());
 
     ASSERT_TRUE(QFile::link(script, path(u"link"_s)));
-    EXPECT_TRUE(failure(ScriptRunner({}), path(u"link"_s)).contains(path(u"link"_s)));
+    EXPECT_TRUE(failure(InstallerRunner({}), path(u"link"_s)).contains(path(u"link"_s)));
     const OrdinaryUser user;
-    EXPECT_FALSE(failure(ScriptRunner({}), u"/etc/passwd"_s).isEmpty());
+    EXPECT_FALSE(failure(InstallerRunner({}), u"/etc/passwd"_s).isEmpty());
 }
 
 TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_and_in_a_system_installation) {
     write(u"Tralio.app/Contents/Helpers/open"_s, {});
-    EXPECT_EQ(ScriptRunner::installedHelpers(path(u"Tralio.app/Contents/MacOS"_s)),
+    EXPECT_EQ(InstallerRunner::installedHelpers(path(u"Tralio.app/Contents/MacOS"_s)),
               path(u"Tralio.app/Contents/Helpers"_s));
-    EXPECT_EQ(ScriptRunner::installedHelpers(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
+    EXPECT_EQ(InstallerRunner::installedHelpers(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
 }
 
 TEST_F(BundleTest, open_starts_the_program_that_the_bundle_names_and_leaves_it_to_itself) {

@@ -5,10 +5,10 @@
 namespace tralio {
 
 /// Starts shell scripts that outlive the program.
-class ScriptRunner final {
+class InstallerRunner final {
 public:
     /// The scripts find the programs in `helperFolder` before those of the system.
-    explicit ScriptRunner(QString helperFolder, QString shell = QStringLiteral("/bin/bash"));
+    explicit InstallerRunner(QString helperFolder, QString shell = QStringLiteral("/bin/bash"));
 
     /// Where the program's own `open` is, for the program in `executableFolder`.
     [[nodiscard]] static QString installedHelpers(const QString& executableFolder);

@@ -1,4 +1,4 @@
-#include "platform/linux/bundle/script_runner.h"
+#include "platform/linux/bundle/installer_runner.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -32,16 +32,16 @@ QProcessEnvironment environmentWith(const QString& folder) {
 
 }  // namespace
 
-ScriptRunner::ScriptRunner(QString helperFolder, QString shell)
+InstallerRunner::InstallerRunner(QString helperFolder, QString shell)
     : m_helperFolder(std::move(helperFolder)), m_shell(std::move(shell)) {}
 
-QString ScriptRunner::installedHelpers(const QString& executableFolder) {
+QString InstallerRunner::installedHelpers(const QString& executableFolder) {
     const QDir folder(executableFolder);
     const QString inBundle = QDir::cleanPath(folder.filePath(u"../Helpers"_s));
     return QFileInfo::exists(inBundle) ? inBundle : QDir::cleanPath(folder.filePath(u"../libexec/tralio"_s));
 }
 
-void ScriptRunner::run(const QString& path) const {
+void InstallerRunner::run(const QString& path) const {
     if (isSomebodyElses(path))
         throw LocalizedError(u"%1 thuộc về người dùng khác nên không được chạy."_s.arg(path));
     QProcess shell;
