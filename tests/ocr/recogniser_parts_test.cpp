@@ -75,6 +75,8 @@ TEST(Rules, are_erased_and_letters_are_not) {
         {"what lies beside a button", {{0, 0, 9, 40}}},
         {"what lies around a button's corner", {{100, 0, 20, 40}, {20, 0, 100, 4}}},
         {"a caret from top to bottom", {{90, 0, 1, 40}}},
+        {"a caret after the text", {{85, 5, 1, 26}}},
+        {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
     };
     const Plane text = drawing(120, 40, {letter, stem, dash});
     for (const Case& given : cases) {
@@ -89,6 +91,10 @@ TEST(Rules, are_erased_and_letters_are_not) {
     const Plane before = cut;
     eraseRules(cut, 1);
     EXPECT_EQ(cut, before) << "letters that the user's rectangle cut";
+    Plane bars = drawing(120, 40, {letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}});
+    const Plane barsBefore = bars;
+    eraseRules(bars, 1);
+    EXPECT_EQ(bars, barsBefore) << "a bar between letters, and an l at the end";
 }
 
 ReadLine line(const QString& text, double confidence, double top) {
@@ -107,14 +113,51 @@ TEST(Reading, of_two_engines_each_line_is_the_better_ones) {
     const Reading japanese{{line(u"新しい"_s, 92, 1), line(u"RighT-cIick"_s, 97, 31)}};
     EXPECT_THAT(texts(bestLines(latin, japanese, 3)), ElementsAre(u"新しい"_s, u"Right-click"_s));
     EXPECT_THAT(texts(bestLines(japanese, latin, 3)), ElementsAre(u"新しい"_s, u"RighT-cIick"_s));
+    const Reading russian{{line(u"Dong Си-пе Ma Uy"_s, 20, 0), line(u"Right-cIicк"_s, 99, 30)}};
+    EXPECT_THAT(texts(bestLines(latin, russian, 3)), ElementsAre(u"HUIN=>2"_s, u"Right-click"_s))
+        << "a line with one letter of another script is no line of that script";
 
     // One of them took two lines for one; it is the two or the one, never all three.
-    Reading merged{{line(u"both"_s, 70, 0)}};
+    Reading merged{{line(u"両方"_s, 70, 0)}};
     merged.lines[0].box.setHeight(50);
     EXPECT_THAT(texts(bestLines(merged, japanese, 3)), ElementsAre(u"新しい"_s, u"RighT-cIick"_s));
     merged.lines[0].words[0].confidence = 99;
-    EXPECT_THAT(texts(bestLines(japanese, merged, 2)), ElementsAre(u"both"_s));
+    EXPECT_THAT(texts(bestLines(japanese, merged, 2)), ElementsAre(u"両方"_s));
     EXPECT_THAT(texts(bestLines(Reading(), latin, 3)), ElementsAre(u"HUIN=>2"_s, u"Right-click"_s));
+}
+
+TEST(Reading, of_words_that_differ_in_their_marks_a_vietnamese_text_has_the_richer_ones) {
+    const auto row = [](const std::vector<std::pair<QString, QString>>& words) {
+        ReadLine line;
+        for (const auto& [text, pack] : words)
+            line.words.push_back({text, 95, 1, pack});
+        return Reading{{line}};
+    };
+    Reading mixed =
+        row({{u"Dang"_s, u"eng"_s}, {u"tải"_s, u"vie"_s}, {u"plugin"_s, u"eng"_s}, {u"vê"_s, {}}});
+    EXPECT_TRUE(mixed.mayLackMarks());
+    mixed.adoptMarks(row({{u"Đang"_s, {}}, {u"tai"_s, {}}, {u"pIugin"_s, {}}, {u"về"_s, {}}}));
+    EXPECT_THAT(texts(mixed), ElementsAre(u"Đang tải plugin về"_s));
+    mixed.adoptMarks(row({{u"tải"_s, {}}, {u"plügin"_s, {}}}));
+    EXPECT_THAT(texts(mixed), ElementsAre(u"Đang tải plügin về"_s)) << "a word that the other did not see";
+
+    EXPECT_FALSE(row({{u"Tải"_s, u"vie"_s}, {u"(12)"_s, u"eng"_s}}).mayLackMarks());
+    EXPECT_FALSE(row({{u"Please"_s, u"eng"_s}, {u"wait"_s, u"vie"_s}}).mayLackMarks());
+}
+
+TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
+    struct Case {
+        QString text;
+        int marks;
+        bool isForeign;
+    };
+    const Case cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true},   {u"raíz"_s, 1, false},
+                          {u"größer"_s, 1, true},    {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
+    for (const Case& given : cases) {
+        const Reading reading{{line(given.text, 90, 0)}};
+        EXPECT_EQ(reading.markCount(), given.marks) << given.text.toStdString();
+        EXPECT_EQ(reading.hasForeignLetters(), given.isForeign) << given.text.toStdString();
+    }
 }
 
 TEST(Reading, the_remains_of_frames_and_icons_are_dropped) {

@@ -49,6 +49,65 @@ bool isWrittenSolid(QChar c) {
            (c >= u'\uff01' && c <= u'\uff60');
 }
 
+struct Letters {
+    QString plain;  ///< without their marks
+    int marks = 0;
+};
+
+Letters splitMarks(const QString& text) {
+    Letters letters;
+    for (const QChar c : text.normalized(QString::NormalizationForm_D)) {
+        const bool isBarred = c == u'đ' || c == u'Đ';
+        if (isBarred || c.isMark())
+            ++letters.marks;
+        if (!c.isMark())
+            letters.plain += isBarred ? (c == u'đ' ? u'd' : u'D') : c;
+    }
+    return letters;
+}
+
+/// Letters that only Vietnamese writes, and all letters.
+struct VietnameseShare {
+    qsizetype own = 0;
+    qsizetype letters = 0;
+
+    explicit VietnameseShare(const Reading& reading) {
+        constexpr QStringView lettersOfItsOwn = u"ăđơưĂĐƠƯ";
+        for (const ReadLine& line : reading.lines) {
+            for (const QChar c : line.text()) {
+                letters += c.isLetter() ? 1 : 0;
+                const bool hasToneAndShape = c >= u'\u1ea0' && c <= u'\u1ef9';
+                own += hasToneAndShape || lettersOfItsOwn.contains(c) ? 1 : 0;
+            }
+        }
+    }
+
+    [[nodiscard]] bool isNoMistake() const {
+        constexpr qsizetype oneIn = 20;
+        return own > 0 && own * oneIn >= letters;
+    }
+};
+
+/// Whether a good part of the letters is of another script than Latin.
+bool holdsOtherScript(const Reading& reading) {
+    constexpr qsizetype oneIn = 6;
+    qsizetype letters = 0;
+    qsizetype others = 0;
+    for (const ReadLine& line : reading.lines) {
+        for (const QChar c : line.text()) {
+            letters += c.isLetter() ? 1 : 0;
+            others += c.isLetter() && c.script() != QChar::Script_Latin ? 1 : 0;
+        }
+    }
+    return others * oneIn >= letters && others > 0;
+}
+
+/// Whether it may be a Vietnamese word that was taken for an English one.
+bool isSuspect(const ReadWord& word) {
+    const auto canBearMark = [](QChar c) { return QStringView(u"aeiouydAEIOUYD").contains(c); };
+    return word.pack == u"eng" && std::any_of(word.text.begin(), word.text.end(), canBearMark);
+}
+
 /// Whether two lines stand at the same height, mostly.
 bool shareHeight(const QRectF& a, const QRectF& b) {
     const double shared = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top());
@@ -97,18 +156,56 @@ bool Reading::isBrokenRow() const {
 }
 
 bool Reading::looksVietnamese() const {
-    constexpr QStringView lettersOfItsOwn = u"ăđơưĂĐƠƯ";
-    qsizetype letters = 0;
-    qsizetype vietnamese = 0;
+    const VietnameseShare share(*this);
+    return share.isNoMistake() && share.own > 1;
+}
+
+int Reading::markCount() const {
+    int marks = 0;
+    for (const ReadLine& line : lines)
+        marks += splitMarks(line.text()).marks;
+    return marks;
+}
+
+bool Reading::hasForeignLetters() const {
+    constexpr QStringView vietnamese = u"àáâãèéêìíòóôõùúýăđĩũơư";
     for (const ReadLine& line : lines) {
         for (const QChar c : line.text()) {
-            letters += c.isLetter() ? 1 : 0;
-            const bool hasToneAndShape = c >= u'\u1ea0' && c <= u'\u1ef9';
-            vietnamese += hasToneAndShape || lettersOfItsOwn.contains(c) ? 1 : 0;
+            const QChar lower = c.toLower();
+            const bool isShared =
+                lower < u'\u0080' || vietnamese.contains(lower) || (lower >= u'\u1ea0' && lower <= u'\u1ef9');
+            if (c.isLetter() && !isShared)
+                return true;
         }
     }
-    constexpr qsizetype oneIn = 20;
-    return vietnamese * oneIn >= letters && vietnamese > 1;
+    return false;
+}
+
+bool Reading::mayLackMarks() const {
+    const auto holdsSuspect = [](const ReadLine& line) {
+        return std::any_of(line.words.begin(), line.words.end(), isSuspect);
+    };
+    return VietnameseShare(*this).isNoMistake() && std::any_of(lines.begin(), lines.end(), holdsSuspect);
+}
+
+void Reading::adoptMarks(const Reading& marked) {
+    if (marked.lines.size() != lines.size())
+        return;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        auto next = marked.lines[i].words.begin();
+        const auto end = marked.lines[i].words.end();
+        for (ReadWord& word : lines[i].words) {
+            const Letters letters = splitMarks(word.text);
+            const auto same = std::find_if(next, end, [&letters](const ReadWord& other) {
+                return splitMarks(other.text).plain == letters.plain;
+            });
+            if (same == end)
+                continue;
+            if (splitMarks(same->text).marks > letters.marks)
+                word.text = same->text;
+            next = std::next(same);
+        }
+    }
 }
 
 void Reading::dropDirt() {
@@ -160,7 +257,8 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
 
     Reading best;
     for (Group& group : groups) {
-        const bool secondIsBetter = group.second.confidence() >= group.first.confidence() + margin;
+        const bool secondIsBetter = (group.first.lines.empty() || holdsOtherScript(group.second)) &&
+                                    group.second.confidence() >= group.first.confidence() + margin;
         std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
         best.lines.insert(best.lines.end(), std::move_iterator(lines.begin()),
                           std::move_iterator(lines.end()));

@@ -12,6 +12,7 @@ struct ReadWord {
     QString text;
     double confidence = 0;  ///< 0 to 100
     int blanksBefore = 0;
+    QString pack{};  ///< the language that it was read in, where that is told
 };
 
 struct ReadLine {
@@ -40,12 +41,25 @@ struct Reading {
     /// Whether there are letters that only Vietnamese writes, and not just by mistake.
     [[nodiscard]] bool looksVietnamese() const;
 
+    /// How many accents, tone marks, horns, hooks and bars its letters bear.
+    [[nodiscard]] int markCount() const;
+
+    /// Whether there are letters that neither Vietnamese nor English writes.
+    [[nodiscard]] bool hasForeignLetters() const;
+
+    /// Whether English words stand in a Vietnamese text that may be Vietnamese ones without their marks.
+    [[nodiscard]] bool mayLackMarks() const;
+
+    /// Takes the words of another reading that are the same but for more marks.
+    void adoptMarks(const Reading& marked);
+
     /// Drops what is more likely dirt than text: marks at the ends of lines, and very short lines.
     void dropDirt();
 };
 
 /// Both readings of one image, each line from the one that reads it with the greater confidence. The second
-/// must be better by `margin` to count.
+/// one's engine is that of another script than Latin: a line of it counts only if it is in that script, and
+/// better by `margin`.
 [[nodiscard]] Reading bestLines(const Reading& first, const Reading& second, double margin);
 
 }  // namespace tralio

@@ -24,8 +24,10 @@ constexpr double balancedFrom = 0.6;
 /// No further look is begun after this: what is so large and reads so badly is hardly text.
 constexpr qint64 mostMilliseconds = 6000;
 
+constexpr QStringView vietnamesePack = u"vie";
+constexpr QStringView englishPack = u"eng";
 /// Vietnamese leads, and takes English with it; the other way round tone marks suffer.
-constexpr std::array<QStringView, 2> leadingPacks{u"vie", u"eng"};
+constexpr std::array<QStringView, 2> leadingPacks{vietnamesePack, englishPack};
 constexpr std::array<QStringView, 4> otherScripts{u"rus", u"jpn", u"chi_sim", u"kor"};
 constexpr std::array<QStringView, 3> otherLanguages{u"fra", u"deu", u"spa"};
 
@@ -50,7 +52,10 @@ QString RegionReader::leadingEngine(const QStringList& packs) {
 }
 
 QStringList RegionReader::otherEngines(const QStringList& packs) {
-    QStringList others = present(otherScripts, packs) + present(otherLanguages, packs);
+    QStringList others;
+    if (packs.contains(vietnamesePack))
+        others += vietnamesePack.toString();
+    others += present(otherScripts, packs) + present(otherLanguages, packs);
     others.removeAll(leadingEngine(packs));
     return others;
 }
@@ -73,6 +78,8 @@ RegionReader::Look RegionReader::look(const QString& engine, TextPictures::Kind 
         if (row.confidence() > look.reading.confidence())
             look.reading = std::move(row);
     }
+    if (engine == leadingEngine(m_packs))
+        restoreMarks(look.reading, picture);
     for (ReadLine& line : look.reading.lines) {
         line.box.translate(-TextPictures::border, -TextPictures::border);
         line.box = QRectF(line.box.topLeft() / m_pictures.scale(), line.box.size() / m_pictures.scale());
@@ -104,24 +111,34 @@ void RegionReader::tryOtherScripts(TextPictures::Kind kind) {
         const double weakest = m_best.reading.weakestLine();
         if (weakest >= (isFar ? scriptFoundAt : anotherScriptBelow) || (isFar && !leadingReadsIll))
             return;
-        Look other = look(pack, kind);
-        // A region may hold several scripts, one line each: every line goes to the engine that reads it best.
-        Look mixed{bestLines(m_best.reading, other.reading, scriptMargin), m_best.engine, 0};
-        mixed.confidence = mixed.reading.confidence();
-        if (other.confidence > m_best.confidence)
-            mixed.engine = other.engine;
-        keepIfBetter(std::move(mixed), 0);
+        takeBetterLines(look(pack, kind));
+        // Names and terms in the middle of a line want English beside it, which would spoil a plain text.
+        if (isFar && m_best.reading.weakestLine() < scriptFoundAt && m_packs.contains(englishPack))
+            takeBetterLines(look(QStringList{pack, englishPack.toString()}.join(u'+'), kind));
     }
 }
 
+void RegionReader::takeBetterLines(const Look& other) {
+    // A region may hold several scripts, one line each: every line goes to the engine that reads it best.
+    Look mixed{bestLines(m_best.reading, other.reading, scriptMargin), m_best.engine, 0};
+    mixed.confidence = mixed.reading.confidence();
+    if (other.confidence > m_best.confidence)
+        mixed.engine = other.engine;
+    keepIfBetter(std::move(mixed), 0);
+}
+
 void RegionReader::tryOtherLanguages() {
-    // The others are surer of a Vietnamese text whose tone marks they do not see.
+    // The others are surer of a Vietnamese text, even of a short one, whose marks they do not see or do not
+    // have; what they are good for is the letters that bear marks of their own.
     if (m_best.engine != leadingEngine(m_packs) || m_best.reading.looksVietnamese())
         return;
     for (const QString& pack : present(otherLanguages, m_packs)) {
         if (m_best.confidence >= certain || m_best.confidence < latinFrom)
             return;
-        keepIfBetter(look(pack, TextPictures::Kind::difference), 1);
+        Look other = look(pack, TextPictures::Kind::difference);
+        const int gained = other.reading.markCount() - m_best.reading.markCount();
+        if (gained > 0 || (gained == 0 && other.reading.hasForeignLetters()))
+            keepIfBetter(std::move(other), 1);
     }
 }
 
@@ -135,6 +152,14 @@ void RegionReader::tryOtherPictures() {
         if (m_best.confidence >= pictureFoundAt)
             return;
     }
+}
+
+void RegionReader::restoreMarks(Reading& reading, const Plane& picture) {
+    // With two languages in one engine English wins small words whose marks are faint: "trang" for "trạng".
+    if (!reading.mayLackMarks() || !hasTimeLeft())
+        return;
+    if (TextEngine* const vietnamese = m_engines.engine(vietnamesePack.toString()))
+        reading.adoptMarks(vietnamese->read(picture));
 }
 
 bool RegionReader::isCertain() const {

@@ -38,8 +38,10 @@ private:
     [[nodiscard]] bool hasTimeLeft() const;
     [[nodiscard]] Look look(const QString& engine, TextPictures::Kind kind);
     void tryOtherScripts(TextPictures::Kind kind);
+    void takeBetterLines(const Look& other);
     void tryOtherLanguages();
     void tryOtherPictures();
+    void restoreMarks(Reading& reading, const Plane& picture);
     void keepIfBetter(Look other, double margin);
 
     EnginePool& m_engines;

@@ -10,6 +10,7 @@ namespace {
 
 constexpr quint8 white = 255;
 constexpr quint8 darkBelow = 160;
+constexpr int rim = 1;  ///< pixels around a mark that its blur has reached
 
 struct Destroy {
     void operator()(Pix* pix) const { pixDestroy(&pix); }
@@ -69,9 +70,42 @@ bool isSurround(const Extent& extent, const Plane& marks, int unit) {
     return isUpright || isLevel || isCorner;
 }
 
+bool isBar(const Extent& extent, int unit) {
+    return extent.width <= 2 * unit && extent.height >= 8 * unit &&
+           extent.area * 10 >= 9 * extent.width * extent.height;
+}
+
+/// A text cursor, or what is left of a frame: a bar that is the first or last thing in its row, higher than
+/// what is written there and, other than an "l", reaching below the line that letters stand on.
+bool isTextCursor(const Extent& bar, const std::vector<Extent>& all, int unit) {
+    const int bottom = bar.top + bar.height;
+    if (!isBar(bar, unit))
+        return false;
+    std::vector<int> feet;
+    bool isFirst = true;
+    bool isLast = true;
+    for (const Extent& other : all) {
+        const int middle = other.top + other.height / 2;
+        const bool isInRow = middle >= bar.top && middle < bottom;
+        if (!isInRow || (other.left == bar.left && other.top == bar.top))
+            continue;
+        if (other.height >= bar.height && !isBar(other, unit))
+            return false;
+        isFirst = isFirst && other.left > bar.left;
+        isLast = isLast && other.left < bar.left;
+        const bool isLetter = other.height * 10 >= 3 * bar.height;  // marks and dots have no foot
+        if (isLetter)
+            feet.push_back(other.top + other.height);
+    }
+    if (feet.empty() || !(isFirst || isLast))
+        return false;
+    const auto median = feet.begin() + static_cast<std::ptrdiff_t>(feet.size() / 2);
+    std::nth_element(feet.begin(), median, feet.end());
+    return (bottom - *median) * 8 >= bar.height;
+}
+
 /// Whitens the component and the blurred rim around it.
 void erase(Plane& marks, Pix* component, int left, int top) {
-    constexpr int rim = 1;
     const int wordsPerLine = pixGetWpl(component);
     for (int y = 0; y < pixGetHeight(component); ++y) {
         const l_uint32* line = pixGetData(component) + static_cast<ptrdiff_t>(y) * wordsPerLine;
@@ -88,6 +122,15 @@ void erase(Plane& marks, Pix* component, int left, int top) {
     }
 }
 
+/// Whitens the same of a component that fills its box.
+void eraseBox(Plane& marks, const Extent& box) {
+    const int left = std::max(0, box.left - rim);
+    const int right = std::min(marks.width(), box.left + box.width + rim);
+    const int bottom = std::min(marks.height(), box.top + box.height + rim);
+    for (int y = std::max(0, box.top - rim); y < bottom; ++y)
+        std::fill(marks.row(y) + left, marks.row(y) + right, white);
+}
+
 }  // namespace
 
 void eraseRules(Plane& marks, int unit) {
@@ -98,6 +141,7 @@ void eraseRules(Plane& marks, int unit) {
     const Owned<Pixa> components(found);
     if (!boxes || !components)
         return;
+    std::vector<Extent> extents;
     for (int i = 0; i < boxaGetCount(boxes.get()); ++i) {
         l_int32 x = 0, y = 0, width = 0, height = 0;
         boxaGetBoxGeometry(boxes.get(), i, &x, &y, &width, &height);
@@ -107,6 +151,12 @@ void eraseRules(Plane& marks, int unit) {
         const Extent extent{x, y, width, height, area};
         if (isLineOrFrame(extent, unit) || isSurround(extent, marks, unit))
             erase(marks, component.get(), x, y);
+        else
+            extents.push_back(extent);
+    }
+    for (const Extent& extent : extents) {
+        if (isTextCursor(extent, extents, unit))
+            eraseBox(marks, extent);
     }
 }
 

@@ -56,8 +56,9 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
         const std::unique_ptr<const char[]> text(word->GetUTF8Text(RIL_WORD));
         if (!text || text[0] == '\0')
             continue;
-        reading.lines.back().words.push_back(
-            {QString::fromUtf8(text.get()), word->Confidence(RIL_WORD), word->BlanksBeforeWord()});
+        reading.lines.back().words.push_back({QString::fromUtf8(text.get()), word->Confidence(RIL_WORD),
+                                              word->BlanksBeforeWord(),
+                                              QString::fromUtf8(word->WordRecognitionLanguage())});
     } while (word->Next(RIL_WORD));
     m_api->Clear();
     return reading;
