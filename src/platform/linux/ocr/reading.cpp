@@ -88,20 +88,6 @@ struct VietnameseShare {
     }
 };
 
-/// Whether a good part of the letters is of another script than Latin.
-bool holdsOtherScript(const Reading& reading) {
-    constexpr qsizetype oneIn = 6;
-    qsizetype letters = 0;
-    qsizetype others = 0;
-    for (const ReadLine& line : reading.lines) {
-        for (const QChar c : line.text()) {
-            letters += c.isLetter() ? 1 : 0;
-            others += c.isLetter() && c.script() != QChar::Script_Latin ? 1 : 0;
-        }
-    }
-    return others * oneIn >= letters && others > 0;
-}
-
 /// Whether it may be a Vietnamese word that was taken for an English one.
 bool isSuspect(const ReadWord& word) {
     const auto canBearMark = [](QChar c) { return QStringView(u"aeiouydAEIOUYD").contains(c); };
@@ -181,6 +167,19 @@ bool Reading::hasForeignLetters() const {
     return false;
 }
 
+bool Reading::holdsOtherScript() const {
+    constexpr qsizetype oneIn = 6;
+    qsizetype letters = 0;
+    qsizetype others = 0;
+    for (const ReadLine& line : lines) {
+        for (const QChar c : line.text()) {
+            letters += c.isLetter() ? 1 : 0;
+            others += c.isLetter() && c.script() != QChar::Script_Latin ? 1 : 0;
+        }
+    }
+    return others * oneIn >= letters && others > 0;
+}
+
 bool Reading::mayLackMarks() const {
     const auto holdsSuspect = [](const ReadLine& line) {
         return std::any_of(line.words.begin(), line.words.end(), isSuspect);
@@ -257,7 +256,7 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
 
     Reading best;
     for (Group& group : groups) {
-        const bool secondIsBetter = (group.first.lines.empty() || holdsOtherScript(group.second)) &&
+        const bool secondIsBetter = (group.first.lines.empty() || group.second.holdsOtherScript()) &&
                                     group.second.confidence() >= group.first.confidence() + margin;
         std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
         best.lines.insert(best.lines.end(), std::move_iterator(lines.begin()),

@@ -47,6 +47,9 @@ struct Reading {
     /// Whether there are letters that neither Vietnamese nor English writes.
     [[nodiscard]] bool hasForeignLetters() const;
 
+    /// Whether a good part of the letters is of another script than Latin.
+    [[nodiscard]] bool holdsOtherScript() const;
+
     /// Whether English words stand in a Vietnamese text that may be Vietnamese ones without their marks.
     [[nodiscard]] bool mayLackMarks() const;
 

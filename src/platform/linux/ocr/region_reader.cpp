@@ -15,14 +15,16 @@ constexpr double anotherScriptBelow = 88;
 constexpr double farScriptBelow = 60;
 constexpr double scriptFoundAt = 84;
 constexpr double scriptMargin = 3;
+constexpr double mixedFrom = 50;
 constexpr double latinFrom = 55;
 constexpr double otherPictureBelow = 88;
 constexpr double pictureFoundAt = 91;
 constexpr double noTextBelow = 50;
 constexpr double balancedFrom = 0.6;
 
-/// No further look is begun after this: what is so large and reads so badly is hardly text.
-constexpr qint64 mostMilliseconds = 6000;
+/// No further look is begun after so much work: what is so large and reads so badly is hardly text. This is
+/// the processor's time, or a busy machine would find no text where there is some.
+constexpr double mostSeconds = 6;
 
 constexpr QStringView vietnamesePack = u"vie";
 constexpr QStringView englishPack = u"eng";
@@ -89,7 +91,7 @@ RegionReader::Look RegionReader::look(const QString& engine, TextPictures::Kind 
 }
 
 Reading RegionReader::read(Effort effort) {
-    m_elapsed.start();
+    m_started = std::clock();
     m_best = look(leadingEngine(m_packs), TextPictures::Kind::difference);
     if (effort == Effort::untilConfident && !isCertain()) {
         tryOtherScripts(TextPictures::Kind::difference);
@@ -111,9 +113,11 @@ void RegionReader::tryOtherScripts(TextPictures::Kind kind) {
         const double weakest = m_best.reading.weakestLine();
         if (weakest >= (isFar ? scriptFoundAt : anotherScriptBelow) || (isFar && !leadingReadsIll))
             return;
-        takeBetterLines(look(pack, kind));
+        const Look other = look(pack, kind);
+        takeBetterLines(other);
         // Names and terms in the middle of a line want English beside it, which would spoil a plain text.
-        if (isFar && m_best.reading.weakestLine() < scriptFoundAt && m_packs.contains(englishPack))
+        const bool isMixed = other.reading.holdsOtherScript() && other.confidence >= mixedFrom;
+        if (isFar && isMixed && m_best.reading.weakestLine() < scriptFoundAt && m_packs.contains(englishPack))
             takeBetterLines(look(QStringList{pack, englishPack.toString()}.join(u'+'), kind));
     }
 }
@@ -167,7 +171,7 @@ bool RegionReader::isCertain() const {
 }
 
 bool RegionReader::hasTimeLeft() const {
-    return m_elapsed.elapsed() < mostMilliseconds;
+    return static_cast<double>(std::clock() - m_started) < mostSeconds * CLOCKS_PER_SEC;
 }
 
 void RegionReader::keepIfBetter(Look other, double margin) {

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QImage>
 #include <QStringList>
+
+#include <ctime>
 
 #include "platform/linux/ocr/engine_pool.h"
 #include "platform/linux/ocr/reading.h"
@@ -49,7 +50,7 @@ private:
     TextPictures m_pictures;
     Plane m_plain;
     Look m_best;
-    QElapsedTimer m_elapsed;
+    std::clock_t m_started = 0;
 };
 
 }  // namespace tralio
