@@ -67,6 +67,19 @@ bool readMore(FrameReader& frames) {
     return true;
 }
 
+/// Images come from anywhere: what a faulty decoder can be made to do is bounded, and the largest image that
+/// is served stays well below. Beyond a limit this process dies, and costs that one image.
+void limitOneself() {
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    constexpr rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);   // it would hold what was on the user's screen
+    setrlimit(RLIMIT_FSIZE, &none);  // nothing is ever written to a file
+#ifndef __SANITIZE_ADDRESS__         // which reserves terabytes
+    constexpr rlimit memory{rlim_t(4) << 30, rlim_t(4) << 30};
+    setrlimit(RLIMIT_AS, &memory);
+#endif
+}
+
 int serve(int idleMilliseconds) {
     const int replies = takeStandardOutput();
     if (replies < 0)
@@ -94,11 +107,9 @@ int serve(int idleMilliseconds) {
 
 int main(int argc, char** argv) {
     using namespace Qt::StringLiterals;
-    // A recognition under way does not notice that the program is gone, and a core file of an image that
-    // broke a decoder would hold what was on the user's screen.
+    // A recognition under way does not notice that the program is gone.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    constexpr rlimit none{0, 0};
-    setrlimit(RLIMIT_CORE, &none);
+    tralio::limitOneself();
 
     const QCoreApplication application(argc, argv);
     constexpr int megabytesForAnImage = 512;
