@@ -169,6 +169,20 @@ TEST(Drawing, labels_shorten_their_last_line_and_break_where_told) {
     EXPECT_GE(difference(whole, pictureOf(label)).top(), 16) << "only the last line gives way";
 }
 
+TEST(Drawing, a_very_long_text_breaks_and_shortens_as_its_start_does) {
+    for (const QString& part : {u"Một đoạn văn. "_s, u"w"_s, u"\u1ec7\u0323\u0301"_s, u"iiii\n"_s,
+                                u"مرحبا بالعالم "_s, u"a\u0301\u0323\u0304\u0306\u0302\u0331 "_s}) {
+        Label all(part.repeated(4000));
+        Label start(part.repeated(400));
+        for (Label* label : {&all, &start}) {
+            label->setMaximumLines(3);
+            label->resize(300, label->heightForWidth(300));
+        }
+        EXPECT_EQ(all.height(), 48) << part.toStdString();
+        EXPECT_EQ(difference(pictureOf(all), pictureOf(start)), QRect()) << part.toStdString();
+    }
+}
+
 TEST(Drawing, what_is_revealed_takes_its_height_and_nothing_when_it_left) {
     QWidget window;
     auto* strip = new ErrorStrip;

@@ -51,6 +51,7 @@ void Label::setMaximumLines(int lines) {
 }
 
 void Label::changed() {
+    m_laidSizes.clear();
     updateGeometry();
     // Nested layouts learn of a change with the next event only, and not at all while nothing is shown: until
     // then they would measure by the old text.
@@ -64,7 +65,9 @@ void Label::changed() {
 }
 
 QSize Label::sizeHint() const {
-    return {textWidth(m_style, m_text), m_style.line};
+    // More characters than these are wider than any window, and shaping them all would be felt.
+    constexpr qsizetype enough = 150;
+    return {textWidth(m_style, m_text.left(enough)), m_style.line};
 }
 
 QSize Label::minimumSizeHint() const {
@@ -72,12 +75,39 @@ QSize Label::minimumSizeHint() const {
 }
 
 int Label::heightForWidth(int width) const {
+    // Nested layouts ask over and over, for one width and another.
+    for (const QSize& size : m_laidSizes) {
+        if (size.width() == width) {
+            return size.height();
+        }
+    }
     QTextLayout layout;
-    return std::max(1, lay(layout, width)) * m_style.line;
+    const int height = std::max(1, lay(layout, width)) * m_style.line;
+    if (m_laidSizes.size() == m_laidSizes.capacity()) {
+        m_laidSizes.clear();
+    }
+    m_laidSizes.append({width, height});
+    return height;
 }
 
 int Label::lay(QTextLayout& layout, qreal width) const {
-    QString text = m_text;
+    if (m_maximumLines == 0) {
+        return lay(layout, width, m_text.size());
+    }
+    // A text is shaped as a whole, which is felt for a long one: so only its start is, as much as is sure to
+    // go on after the last line that is shown.
+    const double narrowLetter = 0.5 * m_style.size;
+    auto length = qsizetype((m_maximumLines + 1) * std::max(1.0, width / narrowLetter));
+    for (;; length *= 2) {
+        const int lines = lay(layout, width, length);
+        if (lines > m_maximumLines || length >= m_text.size()) {
+            return std::min(lines, m_maximumLines);
+        }
+    }
+}
+
+int Label::lay(QTextLayout& layout, qreal width, qsizetype length) const {
+    QString text = m_text.left(length);
     layout.setText(text.replace(u'\n', QChar::LineSeparator));
     layout.setFont(fontFor(m_style));
     QTextOption option;
@@ -94,7 +124,7 @@ int Label::lay(QTextLayout& layout, qreal width) const {
         }
     }
     layout.endLayout();
-    return m_maximumLines > 0 ? std::min(lines, m_maximumLines) : lines;
+    return lines;
 }
 
 void Label::paintEvent(QPaintEvent*) {
@@ -106,12 +136,18 @@ void Label::paintEvent(QPaintEvent*) {
     QTextLayout layout;
     const int lines = lay(layout, width());
     QRectF place(0, 0, width(), m_style.line);
-    place.translate(0, shiftIntoArea(place, m_style, m_text));
+    if (lines > 0) {
+        place.translate(0, shiftIntoArea(place, m_style, m_text.left(layout.lineAt(0).textLength())));
+    }
     for (int i = 0; i < lines; ++i, place.translate(0, m_style.line)) {
         const QTextLine line = layout.lineAt(i);
         const bool goesOn = i + 1 == lines && layout.lineCount() > lines;
-        // Where the text is cut, all the rest is handed over, and painting shortens it to the width.
-        const QString rest = m_text.mid(line.textStart(), goesOn ? -1 : line.textLength());
+        // Where the text is cut, what else was laid is handed over, and painting shortens it to the width.
+        QString rest = m_text.mid(line.textStart(),
+                                  (goesOn ? layout.text().size() - line.textStart() : line.textLength()));
+        if (goesOn && layout.text().size() < m_text.size()) {
+            rest += u'…';
+        }
         paintTextLine(painter, place, m_style, color(m_role), goesOn ? rest.simplified() : rest.trimmed(),
                       m_alignment);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTextLayout>
+#include <QVarLengthArray>
 #include <QWidget>
 
 #include "ui/kit/colors.h"
@@ -37,8 +38,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// Breaks the text for a width and gives the number of lines that are shown.
+    /// Breaks the text for a width, at least as far as it shows, and gives the number of lines that are
+    /// shown.
     int lay(QTextLayout& layout, qreal width) const;
+    /// Breaks the start of the text, of this length, and gives the number of lines, at most one more than are
+    /// shown.
+    int lay(QTextLayout& layout, qreal width, qsizetype length) const;
     void changed();
 
     QString m_text;
@@ -46,6 +51,7 @@ private:
     ColorRole m_role;
     Qt::Alignment m_alignment = Qt::AlignLeft;
     int m_maximumLines = 1;
+    mutable QVarLengthArray<QSize, 4> m_laidSizes;  ///< widths that were asked for, with their heights
 };
 
 }  // namespace tralio
