@@ -223,6 +223,7 @@ void Colors::deriveTints() {
     translucent(ColorRole::EmblemEnd, ColorRole::Purple, 14);
     translucent(ColorRole::ControlFaint, ColorRole::Control, 80);
     translucent(ColorRole::Selection, ColorRole::AccentIcon, 30);
+    translucent(ColorRole::SecondaryFaint, ColorRole::Secondary, 60);
     translucent(ColorRole::Border15, ColorRole::Secondary, 15);
     translucent(ColorRole::Border20, ColorRole::Secondary, 20);
     translucent(ColorRole::Border25, ColorRole::Secondary, 25);

@@ -25,6 +25,7 @@ enum class ColorRole {
     // Text and icons.
     Text,
     Secondary,
+    SecondaryFaint,  ///< a large icon that only fills a place
     Placeholder,
     TooltipText,
     OnFill,  ///< text and icons on `AccentFill` and `RedFill`

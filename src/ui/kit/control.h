@@ -40,6 +40,9 @@ protected:
     /// The keyboard focus ring; on a neutral ground it stands in place of the border.
     void paintFocusRing(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const;
 
+    /// How far the hover shows, 0 to 1, for a look of its own.
+    [[nodiscard]] qreal hover() const { return m_hover; }
+
     /// Whether pointer and keys do anything here.
     [[nodiscard]] bool isLive() const { return isEnabled() && !m_busy && m_live; }
     void setLive(bool live);

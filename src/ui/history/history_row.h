@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+
+#include "history/translation_item.h"
+#include "ui/kit/control.h"
+
+namespace tralio {
+
+class Button;
+class Label;
+
+/// One entry of the history: a click anywhere on it, or Return, picks it; the two buttons on it copy and
+/// remove, and so does the Delete key. The up and down keys are left to the list.
+class HistoryRow final : public Control {
+    Q_OBJECT
+
+public:
+    HistoryRow(const TranslationItem& item, const QString& date, QWidget* parent = nullptr);
+
+    [[nodiscard]] const TranslationItem& item() const { return m_item; }
+    void setDate(const QString& date);
+    void setCopied(bool copied);
+    /// Puts the row's buttons behind it in the order of the Tab key, and gives the last one.
+    QWidget* chainTabOrder();
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+Q_SIGNALS:
+    void copyRequested();
+    void removeRequested();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QLayout* header(const QString& date);
+
+    TranslationItem m_item;
+    Label* m_date;
+    Button* m_copy;
+    Button* m_remove;
+    std::optional<bool> m_copied;  ///< as shown
+};
+
+}  // namespace tralio

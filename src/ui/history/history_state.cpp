@@ -1,0 +1,51 @@
+#include "ui/history/history_state.h"
+
+#include <QLocale>
+
+#include <utility>
+
+#include "common/clock.h"
+#include "hotkeys/pasteboard.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto copyFeedback = 1500ms;
+
+}  // namespace
+
+HistoryState::HistoryState(Services services, OnSelect onSelect)
+    : m_services(std::move(services)), m_onSelect(std::move(onSelect)) {}
+
+QString HistoryState::formatDate(const QDateTime& date) const {
+    const QDateTime local = date.toLocalTime();
+    const auto now = std::chrono::floor<std::chrono::milliseconds>(m_services.now().time_since_epoch());
+    const QDate today = QDateTime::fromMSecsSinceEpoch(now.count()).date();
+    return QLocale().toString(local, local.date() == today ? u"HH:mm"_s : u"dd/MM HH:mm"_s);
+}
+
+void HistoryState::copyToClipboard(const TranslationItem& item) {
+    m_services.pasteboard.setString(item.translatedText);
+    copiedId = item.id;
+    m_services.clock.after(copyFeedback, this, [this, id = item.id] {
+        if (copiedId() == id)
+            copiedId = std::nullopt;
+    });
+}
+
+void HistoryState::remove(const TranslationItem& item) {
+    m_services.historyStore.remove(item.id);
+}
+
+void HistoryState::clear() {
+    m_services.historyStore.clear();
+}
+
+void HistoryState::select(const TranslationItem& item) {
+    m_onSelect(item);
+}
+
+}  // namespace tralio

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QList>
+#include <QUuid>
+
+#include <functional>
+#include <optional>
+
+#include "common/observable_object.h"
+#include "history/translation_history_store.h"
+
+namespace tralio {
+
+class Clock;
+class Pasteboard;
+
+/// The history panel without its widgets: the entries are the store's, and only the mark of a copied one is
+/// its own. Lives as long as the panel is shown. Used from the main thread.
+class HistoryState final : public ObservableObject {
+    Q_OBJECT
+
+public:
+    /// What the panel works with. All of it outlives the panel.
+    struct Services {
+        TranslationHistoryStore& historyStore;
+        Pasteboard& pasteboard;
+        Clock& clock;
+        TranslationHistoryStore::Now now = std::chrono::system_clock::now;
+    };
+    using OnSelect = std::function<void(const TranslationItem&)>;
+
+    HistoryState(Services services, OnSelect onSelect);
+
+    // State
+
+    Observable<std::optional<QUuid>> copiedId{*this};
+
+    [[nodiscard]] TranslationHistoryStore& historyStore() { return m_services.historyStore; }
+    /// The time of an entry as the list shows it, in the user's locale and time zone: without the day when
+    /// that is today.
+    [[nodiscard]] QString formatDate(const QDateTime& date) const;
+
+    // Actions
+
+    /// Puts the translation on the clipboard, and marks its entry for 1.5 seconds.
+    void copyToClipboard(const TranslationItem& item);
+    void remove(const TranslationItem& item);
+    void clear();
+    void select(const TranslationItem& item);
+
+private:
+    Services m_services;
+    OnSelect m_onSelect;
+};
+
+}  // namespace tralio
