@@ -37,10 +37,11 @@ AtspiReference findByName(const AtspiReference& object, const std::function<bool
 
 }  // namespace
 
-ProgramRun::ProgramRun(VirtualDesktop& desktop) : m_desktop(desktop) {
+ProgramRun::ProgramRun(VirtualDesktop& desktop, Start start) : m_desktop(desktop) {
     {
         SqliteKeyValueStore store(desktop.home() + u"/.local/share/tralio/tralio.sqlite"_s);
         store.setValue(u"app_setting_base_url"_s, m_standIn.baseURL());
+        store.setValue(u"hasCompletedOnboarding"_s, start == Start::usual);
     }
     m_process = &desktop.start(QStringLiteral(TRALIO_PROGRAM));
     m_accessibility.open();
@@ -111,6 +112,25 @@ QString ProgramRun::shownTranslation() const {
 bool ProgramRun::shows(const QString& beginning) const {
     const TimeBudget budget(answerLimit);
     return !find([&](const QString& name) { return name.startsWith(beginning); }, budget).isNull();
+}
+
+bool ProgramRun::click(const QString& beginning) const {
+    QRect area;
+    const bool isThere = waitUntil([&] {
+        const TimeBudget budget(answerLimit);
+        const auto object = find([&](const QString& name) { return name.startsWith(beginning); }, budget);
+        constexpr uint onTheScreen = 0;
+        const auto extents = m_accessibility.call(object, u"org.a11y.atspi.Component"_s, u"GetExtents"_s,
+                                                  {onTheScreen}, budget);
+        area = extents ? qdbus_cast<QRect>(extents->value(0)) : QRect();
+        return area.isValid();
+    });
+    if (!isThere)
+        return false;
+    const QPoint middle = area.center();
+    m_desktop.run(u"xdotool"_s, {u"mousemove"_s, QString::number(middle.x()), QString::number(middle.y()),
+                                 u"click"_s, u"1"_s});
+    return true;
 }
 
 QString ProgramRun::translateSelection() {

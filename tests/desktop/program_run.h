@@ -11,7 +11,10 @@ namespace tralio {
 /// The program, running on a virtual desktop with the stand-in as its model.
 class ProgramRun final {
 public:
-    explicit ProgramRun(VirtualDesktop& desktop);
+    /// Whether this user has started the program before, and so been through its walk-through.
+    enum class Start { usual, first };
+
+    explicit ProgramRun(VirtualDesktop& desktop, Start start = Start::usual);
 
     [[nodiscard]] StandInModel& standIn() { return m_standIn; }
     [[nodiscard]] qint64 processId() const { return m_process->processId(); }
@@ -29,6 +32,9 @@ public:
     [[nodiscard]] QString shownTranslation() const;
     /// Whether something in the popover has a name that begins so.
     [[nodiscard]] bool shows(const QString& beginning) const;
+
+    /// Clicks with the mouse on what has a name that begins so, once it is there; whether it came.
+    [[nodiscard]] bool click(const QString& beginning) const;
 
     /// Presses the text hot key and waits for the request that comes of it; the text that arrived at the
     /// stand-in, or a null text when none came.

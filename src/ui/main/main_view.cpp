@@ -5,6 +5,8 @@
 #include "common/on_change.h"
 #include "engine/hosts.h"
 #include "hotkeys/hot_key_service.h"
+#include "ui/history/history_state.h"
+#include "ui/history/history_view.h"
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
 #include "ui/kit/cross_fade.h"
@@ -141,19 +143,36 @@ void MainView::showPanel() {
 QWidget* MainView::makePanel() {
     switch (m_state.selectedTab()) {
         case AppTab::translate:
-            return new TranslateView(std::make_shared<TranslateState>(
-                TranslateState::Services{m_services.ai, m_services.captures, m_services.ocr,
-                                         m_services.speech, m_settings, m_history, m_services.appState,
-                                         m_services.pasteboard, m_services.clock},
-                Binding<QString>{[this] { return m_state.textToTranslate(); },
-                                 [this](QString text) { m_state.textToTranslate = std::move(text); },
-                                 &m_state}));
+            return makeTranslatePanel();
         case AppTab::history:
+            return makeHistoryPanel();
         case AppTab::settings:
         case AppTab::author:
             break;
     }
     return new QWidget;
+}
+
+QWidget* MainView::makeTranslatePanel() {
+    const auto state = std::make_shared<TranslateState>(
+        TranslateState::Services{m_services.ai, m_services.captures, m_services.ocr, m_services.speech,
+                                 m_settings, m_history, m_services.appState, m_services.pasteboard,
+                                 m_services.clock},
+        Binding<QString>{[this] { return m_state.textToTranslate(); },
+                         [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
+    m_panelState = state;
+    return new TranslateView(*state);
+}
+
+QWidget* MainView::makeHistoryPanel() {
+    const auto state = std::make_shared<HistoryState>(
+        HistoryState::Services{m_history, m_services.pasteboard, m_services.clock},
+        [this](const TranslationItem& item) {
+            m_panelMotion = Motion::fade;
+            m_state.select(item);
+        });
+    m_panelState = state;
+    return new HistoryView(*state);
 }
 
 }  // namespace tralio

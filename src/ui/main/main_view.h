@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "history/translation_history_store.h"
@@ -65,7 +66,10 @@ private:
     void openGuide();
     void refresh();
     void showPanel();
+    /// The view of the selected tab, whose state stands in `m_panelState`.
     [[nodiscard]] QWidget* makePanel();
+    [[nodiscard]] QWidget* makeTranslatePanel();
+    [[nodiscard]] QWidget* makeHistoryPanel();
 
     Services m_services;
     Actions m_actions;
@@ -75,6 +79,7 @@ private:
     TabStrip* m_tabs;
     QWidget* m_panelArea;
     QWidget* m_panel = nullptr;
+    std::shared_ptr<ObservableObject> m_panelState;
     std::optional<AppTab> m_shownTab;
     Motion m_panelMotion = Motion::none;  ///< of the next change of the panel
     Button* m_warning;

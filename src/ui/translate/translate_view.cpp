@@ -2,8 +2,6 @@
 
 #include <QMimeData>
 
-#include <utility>
-
 #include "common/excerpt.h"
 #include "common/on_change.h"
 #include "engine/translation_tone.h"
@@ -71,8 +69,7 @@ QList<DroppedItem> itemsIn(const QMimeData& content) {
 
 }  // namespace
 
-TranslateView::TranslateView(std::shared_ptr<TranslateState> state, QWidget* parent)
-    : QWidget(parent), m_shared(std::move(state)), m_state(*m_shared) {
+TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(parent), m_state(state) {
     filled(this, column({.padding = {14, 10, 14, 10}}, {
                                                            languageRow(),
                                                            Gap{12},

@@ -2,8 +2,6 @@
 
 #include <QWidget>
 
-#include <memory>
-
 namespace tralio {
 
 class Button;
@@ -22,7 +20,8 @@ class TranslateView final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit TranslateView(std::shared_ptr<TranslateState> state, QWidget* parent = nullptr);
+    /// `state` outlives the view.
+    explicit TranslateView(TranslateState& state, QWidget* parent = nullptr);
 
     /// Puts the caret into the input.
     void focusInput();
@@ -40,7 +39,6 @@ private:
 
     void refresh();
 
-    const std::shared_ptr<TranslateState> m_shared;
     TranslateState& m_state;
     MenuButton* m_source;
     MenuButton* m_target;
