@@ -85,6 +85,9 @@ TEST_F(TesseractRecognizerTest, reads_what_screens_show) {
         << "in a dark theme";
     EXPECT_EQ(endingOf(service.recognizeText(pictureOf({u"Файл успешно загружен."_s}))).result,
               u"Файл успешно загружен."_s);
+    const QStringList greeting{u"Xin chào Việt Nam"_s, u"Good morning, everybody"_s};
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(greeting))).result, greeting.join(u'\n'))
+        << "a short greeting is not taken for Spanish";
 
     const auto observations =
         endingOf(recognizer.recognize(pictureOf(lines), RecognitionRequest(), {})).result.value();
