@@ -23,6 +23,19 @@ int documentBaseline(const TextStyle& style) {
     return style.line * 4 / 5;
 }
 
+// Looking for a place between words, the layout runs through a whole word for each of its lines: a megabyte
+// without a blank would take it half a minute.
+bool hasEndlessWord(const QString& text) {
+    constexpr qsizetype longestWord = 2000;
+    qsizetype word = 0;
+    for (const QChar character : text) {
+        word = character.isSpace() ? 0 : word + 1;
+        if (word > longestWord)
+            return true;
+    }
+    return false;
+}
+
 QString withLineFeeds(QString text) {
     return text.replace(QChar::ParagraphSeparator, u'\n');
 }
@@ -77,21 +90,11 @@ void TextArea::setScrollFrame(QWidget* frame) {
 }
 
 void TextArea::prepareFor(const QString& text) {
-    // Looking for a place between words, the layout runs through a whole word for each of its lines: a
-    // megabyte without a blank would take it half a minute.
-    constexpr qsizetype longestWord = 2000;
-    qsizetype word = 0;
-    for (const QChar character : text) {
-        word = character.isSpace() ? 0 : word + 1;
-        if (word > longestWord) {
-            setWordWrapMode(QTextOption::WrapAnywhere);
-            return;
-        }
-    }
+    if (hasEndlessWord(text))
+        setWordWrapMode(QTextOption::WrapAnywhere);
 }
 
 void TextArea::replaceText(const QString& text) {
-    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     prepareFor(text);
     if (isComposing()) {
         QGuiApplication::inputMethod()->reset();
@@ -100,6 +103,9 @@ void TextArea::replaceText(const QString& text) {
     cursor.select(QTextCursor::Document);
     cursor.insertText(text);
     setTextCursor(cursor);
+    // Only now, or the text that goes would be laid out once more, and that may have been an endless word.
+    if (!hasEndlessWord(text))
+        setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
 bool TextArea::isComposing() const {
