@@ -39,6 +39,7 @@ QSize Badge::minimumSizeHint() const {
 void Badge::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintFill(painter, rect(), m_style.radius, color(m_style.fill));
+    paintEdge(painter, rect(), m_style.radius, 1, color(m_style.edge));
     paintText(painter, rect().adjusted(m_style.padding, 0, -m_style.padding, 0), m_style.text,
               color(m_style.color), m_text);
 }

@@ -16,6 +16,7 @@ struct BadgeStyle {
     TextStyle text;
     ColorRole fill;
     ColorRole color;
+    ColorRole edge = ColorRole::None;
 };
 
 namespace badge {
@@ -24,8 +25,13 @@ inline constexpr BadgeStyle shortcut{
     22, 8, radius::small, text::menu.with(Weight::Bold), ColorRole::AccentBadge, ColorRole::AccentText};
 inline constexpr BadgeStyle language{
     18, 6, radius::chip, text::smallCaption.with(Weight::Bold), ColorRole::AccentBadge, ColorRole::Text};
-inline constexpr BadgeStyle version{
-    20, 6, radius::chip, text::caption.with(Weight::Semibold), ColorRole::Control, ColorRole::Secondary};
+inline constexpr BadgeStyle version{20,
+                                    6,
+                                    radius::chip,
+                                    text::caption.with(Weight::Semibold),
+                                    ColorRole::Control,
+                                    ColorRole::Secondary,
+                                    ColorRole::Hairline};
 inline constexpr BadgeStyle granted{18,
                                     6,
                                     radius::chip,

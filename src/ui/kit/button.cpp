@@ -38,6 +38,11 @@ void Button::setColor(ColorRole role) {
     update();
 }
 
+void Button::setIconColor(ColorRole role) {
+    m_style.iconColor = role;
+    update();
+}
+
 void Button::stretch() {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -128,7 +133,8 @@ void Button::paintEvent(QPaintEvent*) {
 
     const QRect lead = leadArea();
     if (m_spinner == nullptr) {
-        paintIcon(painter, lead, {m_iconName, m_style.iconSize, m_style.boldIcon}, colors.content);
+        const QColor ink = m_style.iconColor == ColorRole::None ? colors.content : color(m_style.iconColor);
+        paintIcon(painter, lead, {m_iconName, m_style.iconSize, m_style.boldIcon}, ink);
     }
     const int titleLeft = lead.left() + (lead.width() > 0 ? lead.width() + m_style.gap : 0);
     const QRect titleArea(titleLeft, 0, std::min(textWidth(titleStyle(), title()), width() - titleLeft),

@@ -20,6 +20,7 @@ struct ButtonStyle {
     ColorRole fill = ColorRole::None;
     ColorRole edge = ColorRole::None;
     ColorRole color = ColorRole::Text;
+    ColorRole iconColor = ColorRole::None;  ///< `None`: as the title
     int spinner = 14;
     bool boldIcon = false;
 
@@ -77,7 +78,8 @@ inline constexpr ButtonStyle borderedField{.height = 28,
                                            .padding = 10,
                                            .text = text::caption.with(Weight::Medium),
                                            .fill = ColorRole::Button,
-                                           .edge = ColorRole::ButtonEdge};
+                                           .edge = ColorRole::ButtonEdge,
+                                           .spinner = 12};
 /// An icon and a word without a surface. Its padding shows only on hover: owners align its text, not its
 /// edge.
 inline constexpr ButtonStyle word{
@@ -103,11 +105,14 @@ inline constexpr ButtonStyle footerWarning{.height = 19,
                                            .fill = ColorRole::RedTint,
                                            .edge = ColorRole::RedTintEdge,
                                            .color = ColorRole::Red};
+/// An icon alone in the line of a field's caption.
+inline constexpr ButtonStyle fieldIcon{
+    .height = 18, .padding = 2, .radius = radius::small, .iconSize = 11, .color = ColorRole::Secondary};
 /// A suggested shortcut; checkable.
 inline constexpr ButtonStyle suggestion{.height = 22,
                                         .padding = 8,
                                         .radius = radius::small,
-                                        .text = text::smallCaption.with(Weight::Medium),
+                                        .text = text::smallCaption,
                                         .fill = ColorRole::Button,
                                         .edge = ColorRole::ButtonEdge,
                                         .color = ColorRole::Secondary};
@@ -130,6 +135,7 @@ public:
     void setIconName(const QString& name);
     void setWeight(Weight weight);
     void setColor(ColorRole role);
+    void setIconColor(ColorRole role);
     /// Lets the button take the width that its row has to spare.
     void stretch();
     /// A spinner in place of the icon.

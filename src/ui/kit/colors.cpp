@@ -227,6 +227,7 @@ void Colors::deriveTints() {
     translucent(ColorRole::Border15, ColorRole::Secondary, 15);
     translucent(ColorRole::Border20, ColorRole::Secondary, 20);
     translucent(ColorRole::Border25, ColorRole::Secondary, 25);
+    translucent(ColorRole::Separator, ColorRole::Secondary, 50);
     translucent(ColorRole::FieldHoverEdge, ColorRole::Secondary, 40);
 }
 

@@ -57,6 +57,7 @@ enum class ColorRole {
     Border25,
     FieldHoverEdge,
     KeyCapFoot,
+    Separator,  ///< the dot between two words
     // Large tints, opaque, and their borders.
     AccentTint,
     AccentTintEdge,        ///< guide strip, donation card

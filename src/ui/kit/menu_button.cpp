@@ -15,6 +15,7 @@ namespace {
 
 constexpr int buttonHeight = 26;
 constexpr int padding = 8;
+constexpr int pickerEndPadding = 6;
 constexpr int gap = 4;
 
 const Icon& chevron() {
@@ -28,6 +29,12 @@ MenuButton::MenuButton(const TextStyle& style, const QString& iconName, QWidget*
     : Control({}, parent), m_style(style), m_iconName(iconName) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &Control::clicked, this, &MenuButton::open);
+}
+
+void MenuButton::becomePicker() {
+    m_isPicker = true;
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    update();
 }
 
 void MenuButton::setEntries(const QList<MenuEntry>& entries) {
@@ -89,14 +96,15 @@ void MenuButton::paintEvent(QPaintEvent*) {
         painter.setOpacity(0.4);
     }
     const QRectF area = rect();
-    paintFill(painter, area, radius::control, color(ColorRole::Control));
+    paintFill(painter, area, radius::control, color(m_isPicker ? ColorRole::Button : ColorRole::Control));
     paintStateOverlay(painter, area, radius::control, Ground::Neutral);
     if (!showsFocusRing()) {
-        paintEdge(painter, area, radius::control, 1, color(ColorRole::Hairline));
+        paintEdge(painter, area, radius::control, 1,
+                  color(m_isPicker ? ColorRole::ButtonEdge : ColorRole::Hairline));
     }
     paintFocusRing(painter, area, radius::control, Ground::Neutral);
 
-    QRectF content = area.adjusted(padding, 0, -padding, 0);
+    QRectF content = area.adjusted(padding, 0, -(m_isPicker ? pickerEndPadding : padding), 0);
     if (const Icon icon{.name = m_iconName, .pointSize = 10}; !icon.isNull()) {
         paintIcon(painter, QRectF(content.left(), 0, icon.box(), height()), icon,
                   color(ColorRole::AccentIcon));

@@ -17,6 +17,9 @@ public:
     explicit MenuButton(const TextStyle& style = text::menu, const QString& iconName = {},
                         QWidget* parent = nullptr);
 
+    /// Makes a picker of it: firm as a bordered button, and as wide as its row allows.
+    void becomePicker();
+
     void setEntries(const QList<MenuEntry>& entries);
     /// The edge of the button that the menu shares.
     void setMenuAlignment(Qt::Alignment alignment) { m_alignment = alignment; }
@@ -39,6 +42,7 @@ private:
 
     TextStyle m_style;
     QString m_iconName;
+    bool m_isPicker = false;
     QList<MenuEntry> m_entries;
     Qt::Alignment m_alignment = Qt::AlignLeft;
     QPointer<PopupMenu> m_menu;

@@ -9,13 +9,15 @@ namespace {
 constexpr int fieldHeight = 28;
 constexpr int padding = 8;
 constexpr int toolkitPadding = 2;  // what QLineEdit adds to its text margins on its own
+constexpr int fixedWidthRise = 2;  // that font keeps more room above its letters than below
 
 }  // namespace
 
 TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setFont(fontFor(face == Face::FixedWidth ? text::fixedWidth : text::caption));
-    setTextMargins(padding - toolkitPadding, 0, padding - toolkitPadding, 0);
+    setTextMargins(padding - toolkitPadding, 0, padding - toolkitPadding,
+                   face == Face::FixedWidth ? fixedWidthRise : 0);
     setFixedHeight(fieldHeight);
     connect(&Theme::current(), &Theme::changed, this, &TextField::followTheme);
     followTheme();

@@ -41,7 +41,7 @@ inline constexpr TextStyle caption{.size = 11, .line = 16};
 inline constexpr TextStyle smallCaption{.size = 10, .line = 14};
 inline constexpr TextStyle tiny{.size = 8, .line = 10, .weight = Weight::Heavy};
 inline constexpr TextStyle fixedWidth{.size = 11, .line = 16, .fixedWidth = true};
-inline constexpr TextStyle promptEditor{.size = 11, .line = 17, .fixedWidth = true};
+inline constexpr TextStyle promptEditor{.size = 11, .line = 17};
 
 }  // namespace text
 

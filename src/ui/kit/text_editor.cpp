@@ -1,0 +1,188 @@
+#include "ui/kit/text_editor.h"
+
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QStyleHints>
+#include <QTextBlock>
+#include <QTextLayout>
+#include <QTimerEvent>
+
+#include <cmath>
+#include <utility>
+
+#include "ui/kit/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+constexpr qreal caretWidth = 1.5;
+constexpr qreal caretInset = 1.5;  // less than its line at both ends
+
+}  // namespace
+
+TextEditor::TextEditor(const TextStyle& style, const QSize& inset, Binding<QString> text, QWidget* parent)
+    : TextArea(style, inset, parent), m_text(std::move(text)) {
+    hideToolkitCaret();
+    refresh();
+    connect(this, &QTextEdit::textChanged, this, &TextEditor::writeText);
+    connect(this, &QTextEdit::cursorPositionChanged, this, &TextEditor::restartCaret);
+}
+
+bool TextEditor::isReturn(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+bool TextEditor::refresh() {
+    const QString text = m_text.get();
+    if (text == m_shown) {
+        return false;
+    }
+    m_refreshing = true;
+    replaceText(text);
+    m_refreshing = false;
+    m_shown = text;
+    return true;
+}
+
+void TextEditor::writeText() {
+    if (m_refreshing) {
+        return;
+    }
+    if (QString now = shownText(); now != m_shown) {
+        m_shown = now;
+        m_text.set(std::move(now));
+    }
+}
+
+// The toolkit keeps a composition out of the text. To the user it is what stands there: with it left out, a
+// click on the button would translate all but the last word, which most Vietnamese input methods compose.
+QString TextEditor::shownText() const {
+    QString shown = text();
+    if (isComposing()) {
+        const QTextBlock block = textCursor().block();
+        const QTextLayout* layout = block.layout();
+        shown.insert(block.position() + layout->preeditAreaPosition(), layout->preeditAreaText());
+    }
+    return shown;
+}
+
+void TextEditor::keyPressEvent(QKeyEvent* event) {
+    if (!isReturn(*event)) {
+        TextArea::keyPressEvent(event);
+    } else if (isComposing()) {
+        confirmComposition();
+    } else {
+        // The editor's own would make a line separator of Shift+Return.
+        insertPlainText(u"\n"_s);
+        ensureCursorVisible();
+    }
+}
+
+void TextEditor::confirmComposition() {
+    QGuiApplication::inputMethod()->commit();
+    // An input method that does not answer at once would lose what the user sees.
+    if (const QString rest = textCursor().block().layout()->preeditAreaText(); !rest.isEmpty()) {
+        QInputMethodEvent commit;
+        commit.setCommitString(rest);
+        inputMethodEvent(&commit);
+        QGuiApplication::inputMethod()->reset();
+    }
+}
+
+// The toolkit's caret has whole widths and inverts what it covers; ours is painted in `paintEvent`. The one
+// way to be rid of it at every scale is an input method that asks for no caret, which holds until the next
+// such event.
+void TextEditor::hideToolkitCaret() {
+    QInputMethodEvent event({}, {{QInputMethodEvent::Cursor, 0, 0}});
+    TextArea::inputMethodEvent(&event);
+}
+
+void TextEditor::inputMethodEvent(QInputMethodEvent* event) {
+    m_caretHiddenByComposition = false;
+    int caret = int(event->preeditString().size());
+    QList<QInputMethodEvent::Attribute> attributes;
+    for (const QInputMethodEvent::Attribute& attribute : event->attributes()) {
+        if (attribute.type == QInputMethodEvent::Cursor) {
+            m_caretHiddenByComposition = attribute.length == 0;
+            caret = attribute.start;
+        } else {
+            attributes << attribute;
+        }
+    }
+    attributes << QInputMethodEvent::Attribute(QInputMethodEvent::Cursor, caret, 0);
+    QInputMethodEvent withoutCaret(event->preeditString(), attributes);
+    withoutCaret.setCommitString(event->commitString(), event->replacementStart(),
+                                 event->replacementLength());
+    TextArea::inputMethodEvent(&withoutCaret);
+    writeText();
+    restartCaret();
+}
+
+// A drag of files or pictures is left to what stands around the editor.
+bool TextEditor::canInsertFromMimeData(const QMimeData* source) const {
+    return source->hasText() && !source->hasUrls() && !source->hasImage();
+}
+
+void TextEditor::insertFromMimeData(const QMimeData* source) {
+    if (source->hasText()) {
+        prepareFor(source->text());
+        insertPlainText(source->text());
+        ensureCursorVisible();
+    }
+}
+
+QRectF TextEditor::caretArea() const {
+    const QRectF place = cursorRect();
+    const QTextBlock block = textCursor().block();
+    const QTextLine line = block.layout()->lineForTextPosition(textCursor().positionInBlock());
+    const qreal ratio = devicePixelRatioF();
+    const auto onPixel = [ratio](qreal position) { return std::floor(position * ratio) / ratio; };
+    const qreal top =
+        place.top() + (line.isValid() ? line.ascent() : 0) - baselineOf(textStyle()) + caretInset;
+    return {onPixel(place.left()), onPixel(top), caretWidth, textStyle().line - 2 * caretInset};
+}
+
+void TextEditor::paintEvent(QPaintEvent* event) {
+    TextArea::paintEvent(event);
+    if (m_caretOn && !m_caretHiddenByComposition && isEnabled()) {
+        QPainter painter(viewport());
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillRect(caretArea(), color(ColorRole::AccentIcon));
+    }
+}
+
+void TextEditor::focusInEvent(QFocusEvent* event) {
+    TextArea::focusInEvent(event);
+    restartCaret();
+}
+
+void TextEditor::focusOutEvent(QFocusEvent* event) {
+    TextArea::focusOutEvent(event);
+    restartCaret();
+}
+
+void TextEditor::restartCaret() {
+    m_caretOn = hasFocus();
+    const int cycle = QGuiApplication::styleHints()->cursorFlashTime();
+    if (m_caretOn && cycle > 1) {
+        m_blink.start(cycle / 2, this);
+    } else {
+        m_blink.stop();
+    }
+    viewport()->update();
+}
+
+void TextEditor::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == m_blink.timerId()) {
+        m_caretOn = !m_caretOn;
+        viewport()->update(caretArea().toAlignedRect());
+    } else {
+        TextArea::timerEvent(event);
+    }
+}
+
+}  // namespace tralio
