@@ -1,5 +1,6 @@
 #include "platform/linux/x11/key_codes.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tralio {
@@ -36,6 +37,15 @@ std::optional<quint8> x11KeyCode(quint32 virtualKeyCode) {
     if (virtualKeyCode >= evdevCodes.size() || evdevCodes[virtualKeyCode] == none)
         return std::nullopt;
     return static_cast<quint8>(evdevCodes[virtualKeyCode] + x11Offset);
+}
+
+std::optional<quint16> virtualKeyCode(quint32 x11KeyCode) {
+    const auto* const found = x11KeyCode <= x11Offset
+                                  ? evdevCodes.end()
+                                  : std::find(evdevCodes.begin(), evdevCodes.end(), x11KeyCode - x11Offset);
+    if (found == evdevCodes.end())
+        return std::nullopt;
+    return static_cast<quint16>(found - evdevCodes.begin());
 }
 
 }  // namespace tralio

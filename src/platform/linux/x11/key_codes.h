@@ -10,4 +10,7 @@ namespace tralio {
 /// PC keyboard does not have.
 [[nodiscard]] std::optional<quint8> x11KeyCode(quint32 virtualKeyCode);
 
+/// The way back: the position of an X key code, which is also how the toolkit numbers keys on Wayland.
+[[nodiscard]] std::optional<quint16> virtualKeyCode(quint32 x11KeyCode);
+
 }  // namespace tralio
