@@ -1,0 +1,70 @@
+#include "ui/settings/key_down_monitor.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+#include <utility>
+
+namespace tralio {
+namespace {
+
+bool isModifier(int key) {
+    switch (key) {
+        case Qt::Key_Shift:
+        case Qt::Key_Control:
+        case Qt::Key_Meta:
+        case Qt::Key_Alt:
+        case Qt::Key_AltGr:
+        case Qt::Key_CapsLock:
+        case Qt::Key_NumLock:
+        case Qt::Key_ScrollLock:
+        case Qt::Key_Super_L:
+        case Qt::Key_Super_R:
+        case Qt::Key_Hyper_L:
+        case Qt::Key_Hyper_R:
+        case Qt::Key_Mode_switch:
+            return true;
+        default:
+            return false;
+    }
+}
+
+quint32 flagsOf(Qt::KeyboardModifiers modifiers) {
+    return (modifiers & Qt::ControlModifier ? 0x40000U : 0) | (modifiers & Qt::AltModifier ? 0x80000U : 0) |
+           (modifiers & Qt::ShiftModifier ? 0x20000U : 0) | (modifiers & Qt::MetaModifier ? 0x100000U : 0);
+}
+
+}  // namespace
+
+KeyDownMonitor::KeyDownMonitor(KeyCodes keyCodes, Handler handler, QObject* parent)
+    : QObject(parent), m_keyCodes(std::move(keyCodes)), m_handler(std::move(handler)) {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+std::optional<KeyDown> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
+    if (isModifier(event.key()))
+        return std::nullopt;
+    // A user who has moved Escape to another position means the key that closes things, wherever it is.
+    const auto keyCode = event.key() == Qt::Key_Escape ? KeyDown::escape : m_keyCodes(event.nativeScanCode());
+    if (!keyCode)
+        return std::nullopt;
+    return KeyDown{*keyCode, flagsOf(event.modifiers())};
+}
+
+bool KeyDownMonitor::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        // The toolkit asks first whether the key is a shortcut of the window: none is, for now.
+        event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress) {
+        const auto key = keyDown(static_cast<const QKeyEvent&>(*event));
+        if (key && m_handler(*key)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+}  // namespace tralio

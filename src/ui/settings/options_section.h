@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tralio {
+
+class PromptEditor;
+class SettingsState;
+class Switch;
+
+/// What happens on opening, and what the model is told.
+class OptionsSection final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit OptionsSection(SettingsState& state, QWidget* parent = nullptr);
+
+private:
+    QLayout* autoPasteRow();
+    QLayout* prompt();
+    void refresh();
+
+    SettingsState& m_state;
+    Switch* m_autoPaste;
+    PromptEditor* m_prompt;
+};
+
+}  // namespace tralio

@@ -1,0 +1,25 @@
+#include "ui/settings/section.h"
+
+#include "ui/kit/icon_view.h"
+#include "ui/kit/label.h"
+#include "ui/kit/surface.h"
+#include "ui/kit/theme.h"
+
+namespace tralio {
+
+Surface* section(int spacing, std::initializer_list<StackItem> items) {
+    return filled(new Surface(ColorRole::Surface1, ColorRole::Border15, radius::section),
+                  column({.spacing = spacing, .padding = {12, 12, 12, 12}}, items));
+}
+
+Surface* sectionBlock(int spacing, std::initializer_list<StackItem> items) {
+    return filled(new Surface(ColorRole::Surface2, ColorRole::Hairline, radius::block),
+                  column({.spacing = spacing, .padding = {10, 10, 10, 10}}, items));
+}
+
+QBoxLayout* sectionHeading(const QString& icon, const QString& title) {
+    return row({.spacing = 6}, {new IconView({.name = icon, .pointSize = 13}, ColorRole::AccentIcon),
+                                new Label(title, text::headline), Stretch{}});
+}
+
+}  // namespace tralio

@@ -1,0 +1,225 @@
+#include "ui/settings/settings_state.h"
+
+#include <QPointer>
+
+#include <algorithm>
+#include <utility>
+
+#include "common/clock.h"
+#include "common/localized_error.h"
+#include "engine/ai_service.h"
+#include "state/app_settings.h"
+#include "state/app_state.h"
+#include "update/update_service.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto permissionPoll = 1s;
+
+constexpr quint32 controlOptionCommand = 0x40000 | 0x80000 | 0x100000;
+
+void assignIfChanged(Observable<bool>& flag, bool value) {
+    if (flag() != value)
+        flag = value;
+}
+
+}  // namespace
+
+class SettingsState::LedHotKeys final {
+public:
+    LedHotKeys(HotKeyService& hotKeys, HotKeyService::Action onText, HotKeyService::Action onOCR)
+        : m_hotKeys(hotKeys),
+          m_onText(std::exchange(hotKeys.onTextTrigger, std::move(onText))),
+          m_onOCR(std::exchange(hotKeys.onOCRTrigger, std::move(onOCR))) {}
+    LedHotKeys(const LedHotKeys&) = delete;
+    LedHotKeys& operator=(const LedHotKeys&) = delete;
+    ~LedHotKeys() {
+        m_hotKeys.onTextTrigger = std::move(m_onText);
+        m_hotKeys.onOCRTrigger = std::move(m_onOCR);
+    }
+
+private:
+    HotKeyService& m_hotKeys;
+    HotKeyService::Action m_onText;
+    HotKeyService::Action m_onOCR;
+};
+
+SettingsState::SettingsState(Services services)
+    : isAccessibilityGranted(*this, services.hotKeys.isAccessibilityGranted()),
+      isScreenCaptureGranted(*this, services.hotKeys.isScreenCaptureGranted()),
+      m_services(std::move(services)) {}
+
+SettingsState::~SettingsState() {
+    m_test.request_stop();
+}
+
+const QList<HotKeyPresetItem>& SettingsState::presets(HotKeyRecordTarget target) {
+    return target == HotKeyRecordTarget::textSelection ? HotKeyPresetItem::textHotKeyPresets()
+                                                       : HotKeyPresetItem::ocrHotKeyPresets();
+}
+
+const QString& SettingsState::display(HotKeyRecordTarget target) const {
+    const AppSettings& settings = m_services.settings;
+    return target == HotKeyRecordTarget::textSelection ? settings.hotKeyDisplay()
+                                                       : settings.ocrHotKeyDisplay();
+}
+
+const ProviderPreset* SettingsState::selectedProvider() const {
+    const QList<ProviderPreset>& presets = ProviderPreset::presets();
+    const auto found = std::find_if(presets.cbegin(), presets.cend(), [this](const ProviderPreset& preset) {
+        return preset.id == m_services.settings.selectedPresetId();
+    });
+    return found == presets.cend() ? nullptr : &*found;
+}
+
+bool SettingsState::usesOwnGateway() const {
+    return m_services.settings.selectedPresetId().startsWith(u"kavo");
+}
+
+int SettingsState::downloadPercentage() const {
+    return static_cast<int>(m_services.updates.downloadProgress() * 100);
+}
+
+void SettingsState::panelAppeared() {
+    isAccessibilityGranted = m_services.hotKeys.isAccessibilityGranted();
+    isScreenCaptureGranted = m_services.hotKeys.isScreenCaptureGranted();
+    m_whileShown = std::make_unique<QObject>();
+    m_services.clock.every(permissionPoll, m_whileShown.get(), [this] { checkPermissions(); });
+}
+
+void SettingsState::panelDisappeared() {
+    m_whileShown.reset();
+    stopRecording();
+}
+
+void SettingsState::checkPermissions() {
+    assignIfChanged(isAccessibilityGranted, m_services.hotKeys.isAccessibilityGranted());
+    assignIfChanged(isScreenCaptureGranted, m_services.hotKeys.isScreenCaptureGranted());
+}
+
+void SettingsState::startRecording(HotKeyRecordTarget target) {
+    stopRecording();
+    recordingTarget = target;
+    m_localEventMonitor = std::make_unique<KeyDownMonitor>(
+        m_services.keyCodes, [this, target](const KeyDown& key) { return keyWentDown(target, key); });
+
+    const AppSettings& settings = m_services.settings;
+    m_ledHotKeys = std::make_unique<LedHotKeys>(
+        m_services.hotKeys,
+        [this, target, &settings] {
+            recorded(target,
+                     {settings.hotKeyKeyCode(), settings.hotKeyModifiers(), settings.hotKeyDisplay()});
+        },
+        [this, target, &settings] {
+            recorded(target, {settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(),
+                              settings.ocrHotKeyDisplay()});
+        });
+}
+
+bool SettingsState::keyWentDown(HotKeyRecordTarget target, const KeyDown& key) {
+    if (key.keyCode == KeyDown::escape) {
+        m_services.clock.after(0ms, this, [this] { stopRecording(); });
+        return true;
+    }
+    if (!(key.flags & controlOptionCommand))
+        return false;
+    recorded(target, {key.keyCode, HotKeyService::carbonModifiers(key.flags),
+                      HotKeyService::readableShortcut(key.keyCode, key.flags)});
+    return true;
+}
+
+void SettingsState::recorded(HotKeyRecordTarget target, const Shortcut& shortcut) {
+    m_services.clock.after(0ms, this, [this, target, shortcut] {
+        save(target, shortcut);
+        stopRecording();
+    });
+}
+
+void SettingsState::save(HotKeyRecordTarget target, const Shortcut& shortcut) {
+    if (target == HotKeyRecordTarget::textSelection)
+        settings().updateCustomHotKey(shortcut.keyCode, shortcut.modifiers, shortcut.display);
+    else
+        settings().updateCustomOCRHotKey(shortcut.keyCode, shortcut.modifiers, shortcut.display);
+}
+
+void SettingsState::stopRecording() {
+    recordingTarget = std::nullopt;
+    m_localEventMonitor.reset();
+    m_ledHotKeys.reset();
+}
+
+void SettingsState::toggleRecording(HotKeyRecordTarget target) {
+    if (recordingTarget() == target)
+        stopRecording();
+    else
+        startRecording(target);
+}
+
+void SettingsState::chooseHotKey(HotKeyRecordTarget target, const HotKeyPresetItem& preset) {
+    save(target, {preset.keyCode, preset.modifiers, preset.display});
+}
+
+void SettingsState::chooseProvider(const QString& presetId) {
+    for (const ProviderPreset& preset : ProviderPreset::presets()) {
+        if (preset.id == presetId) {
+            settings().applyPreset(preset);
+            testResult = std::nullopt;
+            return;
+        }
+    }
+}
+
+void SettingsState::runTestConnection() {
+    isTesting = true;
+    testResult = std::nullopt;
+    testConnection(m_test.get_token());
+}
+
+QCoro::Task<void> SettingsState::testConnection(std::stop_token stop) {
+    const QPointer<SettingsState> self = this;  // the panel may be gone when the answer comes
+    QString message;
+    bool success = false;
+    try {
+        auto reply = m_services.ai.testConnection(m_services.settings.endpointSettings(), stop);
+        message = co_await std::move(reply);
+        success = true;
+    } catch (const LocalizedError& error) {
+        message = error.errorDescription();
+    }
+    if (!self)
+        co_return;
+    isSuccess = success;
+    testResult = message;
+    isTesting = false;
+}
+
+void SettingsState::restoreDefaults() {
+    settings().resetToDefaults();
+    testResult = std::nullopt;
+}
+
+void SettingsState::resetPrompt() {
+    settings().customPrompt = AppSettings::defaultPrompt;
+}
+
+void SettingsState::requestAccessibility() {
+    m_services.hotKeys.requestAccessibility();
+}
+
+void SettingsState::requestScreenCapture() {
+    m_services.hotKeys.requestScreenCapture();
+}
+
+void SettingsState::showOnboarding() {
+    m_services.appState.showOnboarding = true;
+}
+
+void SettingsState::openGuide() {
+    m_services.openGuide();
+}
+
+}  // namespace tralio

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <qcorotask.h>
+
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+#include "common/observable_object.h"
+#include "engine/provider_preset.h"
+#include "hotkeys/hot_key_service.h"
+#include "ui/settings/hot_key_preset_item.h"
+#include "ui/settings/key_down_monitor.h"
+
+namespace tralio {
+
+class AIService;
+class AppSettings;
+class AppState;
+class Clock;
+class UpdateService;
+
+/// The shortcut that is being recorded.
+enum class HotKeyRecordTarget { textSelection, screenOCR };
+
+/// The settings panel without its widgets. The settings themselves are written through at every change; what
+/// is kept here is the result of a connection test, whether the key shows, and the recording of a shortcut.
+/// Used from the main thread.
+class SettingsState final : public ObservableObject {
+    Q_OBJECT
+
+public:
+    /// What the panel works with. All of it outlives the panel.
+    struct Services {
+        AppSettings& settings;
+        HotKeyService& hotKeys;
+        AIService& ai;
+        UpdateService& updates;
+        AppState& appState;
+        Clock& clock;
+        KeyDownMonitor::KeyCodes keyCodes;
+        std::function<void()> openGuide;
+    };
+
+    explicit SettingsState(Services services);
+    ~SettingsState() override;
+
+    // State
+
+    Observable<bool> isShowingAPIKey{*this, false};
+    Observable<bool> isTesting{*this, false};
+    Observable<std::optional<QString>> testResult{*this};
+    Observable<bool> isSuccess{*this, false};
+    Observable<std::optional<HotKeyRecordTarget>> recordingTarget{*this};
+    Observable<bool> isAccessibilityGranted;
+    Observable<bool> isScreenCaptureGranted;
+
+    [[nodiscard]] AppSettings& settings() { return m_services.settings; }
+    [[nodiscard]] UpdateService& updateService() { return m_services.updates; }
+
+    /// The presets of a shortcut, and what the settings show for it now.
+    [[nodiscard]] static const QList<HotKeyPresetItem>& presets(HotKeyRecordTarget target);
+    [[nodiscard]] const QString& display(HotKeyRecordTarget target) const;
+
+    /// The preset that the settings name, unless they name none.
+    [[nodiscard]] const ProviderPreset* selectedProvider() const;
+    /// Whether the maker's own gateway is selected, whose endpoint and key are not for the user to edit.
+    [[nodiscard]] bool usesOwnGateway() const;
+
+    /// Of the update's download, in whole percent.
+    [[nodiscard]] int downloadPercentage() const;
+
+    // Events
+
+    void panelAppeared();
+    void panelDisappeared();
+
+    // Actions
+
+    /// Takes the next combination that is pressed for `target`; a recording already running is ended.
+    /// Escape ends it without one, and a press without Control, Option or Command is not taken.
+    void startRecording(HotKeyRecordTarget target);
+    void stopRecording();
+    void toggleRecording(HotKeyRecordTarget target);
+    void chooseHotKey(HotKeyRecordTarget target, const HotKeyPresetItem& preset);
+
+    void chooseProvider(const QString& presetId);
+    void runTestConnection();
+    void restoreDefaults();
+    void resetPrompt();
+
+    void requestAccessibility();
+    void requestScreenCapture();
+    void showOnboarding();
+    void openGuide();
+
+private:
+    struct Shortcut {
+        quint32 keyCode;
+        quint32 modifiers;
+        QString display;
+    };
+
+    bool keyWentDown(HotKeyRecordTarget target, const KeyDown& key);
+    /// Saves the shortcut and ends the recording, on the next turn of the event loop.
+    void recorded(HotKeyRecordTarget target, const Shortcut& shortcut);
+    void save(HotKeyRecordTarget target, const Shortcut& shortcut);
+    QCoro::Task<void> testConnection(std::stop_token stop);
+    void checkPermissions();
+
+    /// The registered hot keys do not arrive as keys, since the desktop takes them first. While a recording
+    /// runs they are led to it instead of starting a translation under the user's hands.
+    class LedHotKeys;
+
+    Services m_services;
+    std::unique_ptr<KeyDownMonitor> m_localEventMonitor;
+    std::unique_ptr<LedHotKeys> m_ledHotKeys;
+    std::unique_ptr<QObject> m_whileShown;  ///< the life of the permission poll
+    std::stop_source m_test;
+};
+
+}  // namespace tralio

@@ -1,0 +1,75 @@
+#include "ui/settings/settings_view.h"
+
+#include "ui/kit/button.h"
+#include "ui/kit/icon_view.h"
+#include "ui/kit/label.h"
+#include "ui/kit/scroll_panel.h"
+#include "ui/kit/surface.h"
+#include "ui/settings/options_section.h"
+#include "ui/settings/permission_cards.h"
+#include "ui/settings/provider_section.h"
+#include "ui/settings/section.h"
+#include "ui/settings/settings_state.h"
+#include "ui/settings/shortcut_section.h"
+#include "ui/settings/update_section.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+}  // namespace
+
+SettingsView::SettingsView(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
+    auto* content = filled(
+        new QWidget, column({.spacing = 14, .padding = {14, 14, 14, 14}}, {
+                                                                              header(),
+                                                                              guideStrip(),
+                                                                              new ShortcutSection(m_state),
+                                                                              new ProviderSection(m_state),
+                                                                              new OptionsSection(m_state),
+                                                                              new PermissionCards(m_state),
+                                                                              new UpdateSection(m_state),
+                                                                              Stretch{},
+                                                                          }));
+    filled(this, column({}, {new ScrollPanel(content)}));
+}
+
+QLayout* SettingsView::header() {
+    auto* restore = new Button(button::word, {.title = u"Khôi phục mặc định"_s});
+    restore->setColor(ColorRole::Secondary);
+    connect(restore, &Button::clicked, this, [this] { m_state.restoreDefaults(); });
+    return row({}, {new Label(u"Cài đặt hệ thống"_s, text::panelTitle), Stretch{}, restore, wordOverhang});
+}
+
+QWidget* SettingsView::guideStrip() {
+    auto* onboarding = new Button(button::word, {.title = u"Xem giới thiệu"_s});
+    onboarding->setWeight(Weight::Medium);
+    onboarding->setColor(ColorRole::Secondary);
+    connect(onboarding, &Button::clicked, this, [this] { m_state.showOnboarding(); });
+    auto* guide = new Button(button::word, {.title = u"Mở cẩm nang ↗"_s});
+    guide->setWeight(Weight::Semibold);
+    guide->setColor(ColorRole::AccentText);
+    connect(guide, &Button::clicked, this, [this] { m_state.openGuide(); });
+
+    auto* strip = new Surface(ColorRole::AccentTint, ColorRole::AccentTintEdge, radius::block);
+    // The buttons are 2 px higher than the line they stand in, which is padded by 7.
+    auto* words = row(
+        {.padding = {10, 6, 10, 6}},
+        {new IconView({.name = u"book.pages.fill"_s, .pointSize = 13}, ColorRole::AccentIcon), Gap{8},
+         new Label(u"Cần xem hướng dẫn cấp quyền & lấy API Key?"_s, text::caption.with(Weight::Medium)),
+         Stretch{}, onboarding, new Label(u"•"_s, text::caption, ColorRole::Separator), guide, wordOverhang});
+    return filled(strip, words);
+}
+
+void SettingsView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    m_state.panelAppeared();
+}
+
+void SettingsView::hideEvent(QHideEvent* event) {
+    m_state.panelDisappeared();
+    QWidget::hideEvent(event);
+}
+
+}  // namespace tralio

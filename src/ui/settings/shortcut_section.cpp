@@ -1,0 +1,99 @@
+#include "ui/settings/shortcut_section.h"
+
+#include "common/on_change.h"
+#include "state/app_settings.h"
+#include "ui/kit/badge.h"
+#include "ui/kit/button.h"
+#include "ui/kit/icon_view.h"
+#include "ui/kit/label.h"
+#include "ui/kit/reveal.h"
+#include "ui/kit/surface.h"
+#include "ui/settings/section.h"
+#include "ui/settings/settings_state.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+}  // namespace
+
+ShortcutSection::ShortcutSection(SettingsState& state, QWidget* parent) : QWidget(parent) {
+    auto* heading = sectionHeading(u"keyboard.fill"_s, u"Phím tắt toàn hệ thống"_s);
+    auto* text = new ShortcutBlock(
+        state, HotKeyRecordTarget::textSelection,
+        {.icon = u"character.textbox"_s,
+         .title = u"Tralio văn bản bôi đen"_s,
+         .description = u"Bôi đen văn bản trong bất kỳ ứng dụng nào rồi bấm phím tắt để dịch ngay."_s});
+    auto* capture = new ShortcutBlock(
+        state, HotKeyRecordTarget::screenOCR,
+        {.icon = u"camera.viewfinder"_s,
+         .title = u"Chụp màn hình & Tralio (OCR)"_s,
+         .description =
+             u"Khoanh vùng màn hình không copy được (game, PDF khóa, phụ đề) để quét chữ & dịch."_s});
+    filled(this, column({}, {section(12, {heading, text, capture})}));
+}
+
+ShortcutBlock::ShortcutBlock(SettingsState& state, HotKeyRecordTarget target, const Words& words,
+                             QWidget* parent)
+    : QWidget(parent), m_state(state), m_target(target) {
+    auto* description = new Label(words.description, text::caption, ColorRole::Secondary);
+    description->setWraps();
+    filled(this,
+           column({}, {sectionBlock(8, {titleRow(words), description, recordingBanner(), suggestions()})}));
+    onAnyChange(m_state, this, [this] { refresh(); });
+    onAnyChange(m_state.settings(), this, [this] { refresh(); });
+    refresh();
+}
+
+QLayout* ShortcutBlock::titleRow(const Words& words) {
+    auto* icon = new IconView({.name = words.icon, .pointSize = 12}, ColorRole::Secondary);
+    m_display = new Badge(badge::shortcut, {});
+    m_toggle = new Button(button::bordered, {});
+    m_toggle->setSpokenCaption(words.title);
+    connect(m_toggle, &Button::clicked, this, [this] { m_state.toggleRecording(m_target); });
+    return row({.spacing = 8}, {row({.spacing = 6}, {icon, new Label(words.title, text::blockTitle)}),
+                                Stretch{}, m_display, m_toggle});
+}
+
+QWidget* ShortcutBlock::recordingBanner() {
+    auto* icon = new IconView({.name = u"exclamationmark.circle.fill"_s, .pointSize = 12}, ColorRole::Orange);
+    auto* hint = new Label(u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s, text::caption,
+                           ColorRole::Orange);
+    m_banner =
+        new Reveal(filled(new Surface(ColorRole::OrangeTint, ColorRole::None, radius::control),
+                          row({.spacing = 6, .padding = {6, 6, 6, 6}}, {icon, StackItem(hint, {}, 1)})));
+    return m_banner;
+}
+
+QLayout* ShortcutBlock::suggestions() {
+    auto* chips = row({.spacing = 6}, {});
+    for (const HotKeyPresetItem& preset : SettingsState::presets(m_target)) {
+        auto* chip = new Button(button::suggestion, {.title = preset.display});
+        chip->setCheckable(true);
+        connect(chip, &Button::clicked, this, [this, &preset] {
+            m_state.chooseHotKey(m_target, preset);
+            refresh();  // the click has turned the mark over, also of the preset that was there already
+        });
+        m_chips.push_back(chip);
+        chips->addWidget(chip);
+    }
+    return row({.spacing = 8},
+               {new Label(u"Gợi ý:"_s, text::smallCaption, ColorRole::Secondary), chips, Stretch{}});
+}
+
+void ShortcutBlock::refresh() {
+    const QString& display = m_state.display(m_target);
+    m_display->setText(display);
+
+    const bool recording = m_state.recordingTarget() == m_target;
+    m_toggle->setIconName(recording ? u"record.circle.fill"_s : u"pencil"_s);
+    m_toggle->setTitle(recording ? u"Đang chờ..."_s : u"Đổi"_s);
+    m_toggle->setColor(recording ? ColorRole::Red : ColorRole::Text);
+    m_banner->setRevealed(recording);
+
+    for (size_t i = 0; i < m_chips.size(); ++i)
+        m_chips[i]->setChecked(SettingsState::presets(m_target)[qsizetype(i)].display == display);
+}
+
+}  // namespace tralio

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QWidget>
+
+#include <vector>
+
+namespace tralio {
+
+class Badge;
+class Button;
+class Reveal;
+class SettingsState;
+enum class HotKeyRecordTarget;
+
+/// One hot key: what it is now, a button that records another one, and suggestions.
+class ShortcutBlock final : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Words {
+        QString icon;
+        QString title;
+        QString description;
+    };
+
+    ShortcutBlock(SettingsState& state, HotKeyRecordTarget target, const Words& words,
+                  QWidget* parent = nullptr);
+
+private:
+    QLayout* titleRow(const Words& words);
+    QWidget* recordingBanner();
+    QLayout* suggestions();
+    void refresh();
+
+    SettingsState& m_state;
+    HotKeyRecordTarget m_target;
+    Badge* m_display;
+    Button* m_toggle;
+    Reveal* m_banner;
+    std::vector<Button*> m_chips;  ///< one for each preset, in their order
+};
+
+/// Both hot keys.
+class ShortcutSection final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ShortcutSection(SettingsState& state, QWidget* parent = nullptr);
+};
+
+}  // namespace tralio

@@ -1,0 +1,89 @@
+#include "ui/settings/update_section.h"
+
+#include <QStringBuilder>
+
+#include "common/on_change.h"
+#include "ui/kit/badge.h"
+#include "ui/kit/button.h"
+#include "ui/kit/icon_view.h"
+#include "ui/kit/label.h"
+#include "ui/kit/spinner.h"
+#include "ui/kit/surface.h"
+#include "ui/settings/section.h"
+#include "ui/settings/settings_state.h"
+#include "update/update_service.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int statusRowHeight = 24;  // also without a button
+
+}  // namespace
+
+UpdateSection::UpdateSection(SettingsState& state, QWidget* parent)
+    : QWidget(parent), m_state(state), m_updates(state.updateService()) {
+    filled(this, column({}, {section(10, {heading(), statusRow(), releaseNotes()})}));
+    onAnyChange(m_updates, this, [this] { refresh(); });
+    refresh();
+}
+
+QLayout* UpdateSection::heading() {
+    return row({}, {sectionHeading(u"arrow.triangle.2.circlepath"_s, u"Cập nhật ứng dụng"_s),
+                    new Badge(badge::version, u"v"_s + m_updates.currentVersion())});
+}
+
+QWidget* UpdateSection::statusRow() {
+    m_status = new Label({}, text::caption);
+    m_status->setWraps();
+    m_spinner = new Spinner(14, ColorRole::Secondary);
+    TextStyle digits = text::fixedWidth;
+    digits.weight = Weight::Bold;
+    m_percentage = new Label({}, digits);
+    m_install = new Button(button::mainSmall, {.title = u"Cập nhật ngay"_s});
+    connect(m_install, &Button::clicked, this, [this] { m_updates.startAutoUpdate(); });
+    m_check = new Button(button::bordered, {.title = u"Kiểm tra cập nhật"_s});
+    connect(m_check, &Button::clicked, this, [this] { m_updates.checkForUpdates(true); });
+
+    auto* line = filled(new QWidget, row({.spacing = 6}, {StackItem(m_status, Qt::AlignVCenter, 1), m_spinner,
+                                                          m_percentage, m_install, m_check}));
+    line->setMinimumHeight(statusRowHeight);
+    return line;
+}
+
+QWidget* UpdateSection::releaseNotes() {
+    m_notesTitle = new Label({}, text::caption.with(Weight::Bold));
+    m_notesText = new Label({}, text::caption, ColorRole::Secondary);
+    m_notesText->setWraps();
+    m_notes = filled(new Surface(ColorRole::Surface2, ColorRole::Hairline, radius::control),
+                     column({.spacing = 2, .padding = {8, 8, 8, 8}}, {m_notesTitle, m_notesText}));
+    return m_notes;
+}
+
+void UpdateSection::refresh() {
+    const bool available = m_updates.isUpdateAvailable();
+    const QString status = m_updates.statusMessage().value_or(QString());
+    const bool highlighted = available && !status.isEmpty();
+    m_status->setText(status.isEmpty() ? u"Kiểm tra phiên bản mới nhất từ máy chủ"_s : status);
+    m_status->setStyle(highlighted ? text::caption.with(Weight::Bold) : text::caption);
+    m_status->setColor(highlighted ? ColorRole::AccentText : ColorRole::Secondary);
+
+    const bool checking = m_updates.isChecking();
+    const bool updating = !checking && m_updates.isUpdating();
+    const bool idle = !checking && !updating;
+    m_spinner->setVisible(checking || updating);
+    m_percentage->setVisible(updating);
+    m_percentage->setText(QString::number(m_state.downloadPercentage()) % u"%");
+    m_install->setVisible(idle && available);
+    m_check->setVisible(idle && !available);
+
+    const auto& offer = m_updates.updateInfo();
+    m_notes->setVisible(available && offer.has_value());
+    if (offer) {
+        m_notesTitle->setText(u"Nội dung bản cập nhật v" % offer->version % u":");
+        m_notesText->setText(offer->releaseNotes);
+    }
+}
+
+}  // namespace tralio

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tralio {
+
+class Button;
+class Label;
+class SettingsState;
+class Spinner;
+class Surface;
+class UpdateService;
+
+/// The running version, the search for a newer one, and its installation.
+class UpdateSection final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit UpdateSection(SettingsState& state, QWidget* parent = nullptr);
+
+private:
+    QLayout* heading();
+    QWidget* statusRow();
+    QWidget* releaseNotes();
+    void refresh();
+
+    SettingsState& m_state;
+    UpdateService& m_updates;
+    Label* m_status;
+    Spinner* m_spinner;
+    Label* m_percentage;
+    Button* m_install;
+    Button* m_check;
+    Surface* m_notes;
+    Label* m_notesTitle;
+    Label* m_notesText;
+};
+
+}  // namespace tralio

@@ -1,0 +1,223 @@
+#include <QSignalSpy>
+
+#include "settings_panel_support.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tralio {
+namespace {
+
+using enum HotKeyRecordTarget;
+
+/// Stands for the control with the focus.
+class Receiver final : public QObject {
+public:
+    int presses = 0;
+
+protected:
+    bool event(QEvent* event) override {
+        presses += event->type() == QEvent::KeyPress ? 1 : 0;
+        return QObject::event(event);
+    }
+};
+
+class SettingsStateTest : public SettingsPanel {
+protected:
+    Receiver focused;
+};
+
+TEST_F(SettingsStateTest, a_combination_is_recorded_by_position_and_kept_from_the_focused_control) {
+    panel->startRecording(textSelection);
+    press(&focused, keyD, Qt::AltModifier | Qt::MetaModifier, 0x412, u"в"_s);
+    EXPECT_EQ(focused.presses, 0);
+    EXPECT_EQ(panel->recordingTarget(), textSelection) << "still inside the key's delivery";
+
+    settle();
+    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+    EXPECT_EQ(settings.hotKeyDisplay(), u"⌥ ⌘ D");
+    EXPECT_EQ(settings.hotKeyModifiers(), 2048U + 256U);
+    EXPECT_THAT(desktop.hotKeys.registrations(),
+                testing::ElementsAre(testing::FieldsAre(2U, 2304U, testing::Field(&HotKeyID::id, 1U))));
+
+    press(&focused, keyD, Qt::AltModifier);
+    EXPECT_EQ(focused.presses, 1) << "recording is over";
+}
+
+TEST_F(SettingsStateTest, other_keys_reach_the_focused_control_and_recording_goes_on) {
+    panel->startRecording(textSelection);
+    press(&focused, keyD);
+    press(&focused, keyD, Qt::ShiftModifier);
+    press(&focused, keyD, Qt::KeypadModifier | Qt::GroupSwitchModifier);
+    press(&focused, 58, Qt::AltModifier, Qt::Key_Alt);
+    press(&focused, 55, Qt::ControlModifier | Qt::MetaModifier, Qt::Key_Super_L);
+    QKeyEvent withoutPosition(QEvent::KeyPress, Qt::Key_Print, Qt::AltModifier, firstScanCode - 1, 0, 0);
+    QCoreApplication::sendEvent(&focused, &withoutPosition);
+    EXPECT_EQ(focused.presses, 6);
+    settle();
+    EXPECT_EQ(panel->recordingTarget(), textSelection);
+    EXPECT_EQ(settings.hotKeyDisplay(), AppSettings::defaultHotKeyDisplay);
+}
+
+TEST_F(SettingsStateTest, escape_ends_recording_wherever_the_layout_has_it) {
+    panel->startRecording(screenOCR);
+    press(&focused, 57, {}, Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+    panel->startRecording(screenOCR);
+    press(&focused, 53, Qt::AltModifier, Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+    EXPECT_EQ(focused.presses, 0);
+    EXPECT_EQ(settings.ocrHotKeyDisplay(), AppSettings::defaultOcrHotKeyDisplay);
+}
+
+TEST_F(SettingsStateTest, recording_one_shortcut_ends_recording_the_other) {
+    panel->toggleRecording(textSelection);
+    panel->toggleRecording(screenOCR);
+    EXPECT_EQ(panel->recordingTarget(), screenOCR);
+    press(&focused, keyD, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(settings.ocrHotKeyDisplay(), u"⌃ D");
+    EXPECT_EQ(settings.hotKeyDisplay(), AppSettings::defaultHotKeyDisplay);
+
+    panel->toggleRecording(textSelection);
+    panel->toggleRecording(textSelection);
+    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+    panel->startRecording(textSelection);
+    panel->panelDisappeared();
+    press(&focused, keyD, Qt::AltModifier);
+    EXPECT_EQ(focused.presses, 1);
+}
+
+TEST_F(SettingsStateTest, a_registered_hot_key_is_recorded_instead_of_running) {
+    int texts = 0;
+    int captures = 0;
+    hotKeys.registerGlobalHotKeys(
+        2, 768, [&] { ++texts; }, 1, 768, [&] { ++captures; });
+    const auto pressHotKey = [&](quint32 id) {
+        desktop.hotKeys.handler(HotKeyID{0x5452414C, id});
+        settle();
+    };
+    panel->startRecording(textSelection);
+    pressHotKey(1);
+    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+    EXPECT_EQ(settings.hotKeyDisplay(), u"⌘ ⇧ D");
+
+    panel->startRecording(textSelection);
+    panel->startRecording(textSelection);
+    pressHotKey(2);
+    EXPECT_EQ(settings.hotKeyDisplay(), u"⌘ ⇧ S");
+    EXPECT_EQ(settings.hotKeyKeyCode(), 1U);
+    EXPECT_EQ(texts + captures, 0);
+
+    panel->startRecording(screenOCR);
+    panel.reset();
+    pressHotKey(1);
+    pressHotKey(2);
+    EXPECT_EQ(texts, 1);
+    EXPECT_EQ(captures, 1);
+}
+
+TEST_F(SettingsStateTest, presets_say_what_they_register_and_leave_a_recording_alone) {
+    const auto symbols = [](const QString& display) {
+        QStringList parts = display.split(u' ');
+        parts.sort();  // the order of the modifiers differs from that of recorded shortcuts
+        return parts;
+    };
+    panel->startRecording(screenOCR);
+    for (const HotKeyRecordTarget target : {textSelection, screenOCR}) {
+        for (const HotKeyPresetItem& preset : SettingsState::presets(target)) {
+            quint32 flags = 0;
+            for (const quint32 flag : {0x100000U, 0x20000U, 0x80000U, 0x40000U})
+                flags |= preset.modifiers & HotKeyService::carbonModifiers(flag) ? flag : 0;
+            EXPECT_EQ(symbols(preset.display),
+                      symbols(HotKeyService::readableShortcut(quint16(preset.keyCode), flags)));
+            panel->chooseHotKey(target, preset);
+            EXPECT_EQ(panel->display(target), preset.display);
+        }
+    }
+    EXPECT_EQ(settings.hotKeyDisplay(), u"⌃ ⌥ D");
+    EXPECT_EQ(settings.ocrHotKeyModifiers(), 6144U);
+    EXPECT_EQ(panel->recordingTarget(), screenOCR);
+}
+
+TEST_F(SettingsStateTest, a_connection_test_tells_how_it_went_until_the_endpoint_changes) {
+    settings.baseURL = standIn.baseURL();
+    standIn.translatesBy([](const StandInModel::Request&) { return u"ok"_s; });
+    panel->runTestConnection();
+    EXPECT_TRUE(panel->isTesting());
+    ASSERT_TRUE(eventually([&] { return !panel->isTesting(); }));
+    EXPECT_TRUE(panel->isSuccess());
+    EXPECT_TRUE(panel->testResult()->contains(settings.model()));
+
+    panel->chooseProvider(u"no such provider"_s);
+    EXPECT_TRUE(panel->testResult().has_value());
+    EXPECT_EQ(settings.selectedPresetId(), u"kavo");
+    panel->chooseProvider(u"custom"_s);
+    EXPECT_EQ(panel->testResult(), std::nullopt);
+    EXPECT_EQ(settings.selectedPresetId(), u"custom");
+
+    settings.apiKey = QString();
+    panel->runTestConnection();
+    ASSERT_TRUE(eventually([&] { return !panel->isTesting(); }));
+    EXPECT_FALSE(panel->isSuccess());
+    EXPECT_TRUE(panel->testResult().has_value());
+    panel->restoreDefaults();
+    EXPECT_EQ(panel->testResult(), std::nullopt);
+    EXPECT_EQ(settings.selectedPresetId(), u"kavo");
+}
+
+TEST_F(SettingsStateTest, an_answer_that_comes_after_the_panel_has_gone_is_dropped) {
+    settings.baseURL = standIn.baseURL();
+    standIn.repliesBy([](const StandInModel::Request&) {
+        return StandInReply::translation(u"late"_s).delivered(StandInReply::Delivery::held);
+    });
+    panel->runTestConnection();
+    ASSERT_TRUE(eventually([&] { return standIn.requests().size() == 1; }));
+    panel.reset();
+    standIn.sendTheRest();
+    EXPECT_TRUE(nextTurn());
+}
+
+TEST_F(SettingsStateTest, permissions_are_followed_every_second_while_the_panel_shows) {
+    desktop.permissions.accessibility = true;
+    desktop.clock.advance(2s);
+    EXPECT_FALSE(panel->isAccessibilityGranted());
+    panel->panelAppeared();
+    EXPECT_TRUE(panel->isAccessibilityGranted());
+
+    desktop.permissions.screenCapture = true;
+    desktop.clock.advance(999ms);
+    EXPECT_FALSE(panel->isScreenCaptureGranted());
+    desktop.clock.advance(1ms);
+    EXPECT_TRUE(panel->isScreenCaptureGranted());
+    const QSignalSpy announced(panel.get(), &ObservableObject::objectWillChange);
+    desktop.clock.advance(5s);
+    EXPECT_EQ(announced.count(), 0);
+
+    panel->panelDisappeared();
+    desktop.permissions.screenCapture = false;
+    desktop.clock.advance(5s);
+    EXPECT_TRUE(panel->isScreenCaptureGranted());
+}
+
+TEST_F(SettingsStateTest, a_refused_request_leads_to_the_desktops_own_settings) {
+    panel->requestAccessibility();
+    panel->requestScreenCapture();
+    ASSERT_EQ(desktop.workspace.opened.size(), 2U);
+    EXPECT_TRUE(desktop.workspace.opened[0].toString().endsWith(u"Privacy_Accessibility"));
+    EXPECT_TRUE(desktop.workspace.opened[1].toString().endsWith(u"Privacy_ScreenCapture"));
+}
+
+TEST_F(SettingsStateTest, the_percentage_of_a_download_is_never_rounded_up) {
+    updates.downloadProgress = 0.427;
+    EXPECT_EQ(panel->downloadPercentage(), 42);
+    updates.downloadProgress = 0.9999;
+    EXPECT_EQ(panel->downloadPercentage(), 99);
+    updates.downloadProgress = 1;
+    EXPECT_EQ(panel->downloadPercentage(), 100);
+}
+
+}  // namespace
+}  // namespace tralio

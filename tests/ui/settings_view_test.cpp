@@ -1,0 +1,276 @@
+#include "ui/settings/settings_view.h"
+
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QTest>
+#include <QTextEdit>
+#include <QWindow>
+
+#include <algorithm>
+
+#include "settings_panel_support.h"
+#include "ui/kit/button.h"
+#include "ui/kit/label.h"
+#include "ui/kit/menu_button.h"
+#include "ui/kit/switch.h"
+#include "widget_support.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tralio {
+namespace {
+
+/// The panel in a window that notices the keys which nobody took.
+class Window final : public QWidget {
+public:
+    explicit Window(SettingsState& state) : view(new SettingsView(state, this)) {
+        resize(530, 500);
+        view->resize(size());
+    }
+
+    SettingsView* view;
+    int untaken = 0;
+
+protected:
+    void keyPressEvent(QKeyEvent*) override { ++untaken; }
+};
+
+class SettingsViewTest : public SettingsPanel {
+protected:
+    SettingsViewTest() {
+        settings.applyPreset(ProviderPreset::presets()[3]);
+        settings.apiKey = u"sk-secret"_s;
+        showActive(window);
+    }
+
+    template <typename Widget>
+    [[nodiscard]] QList<Widget*> shown() const {
+        QList<Widget*> list = window.findChildren<Widget*>();
+        list.removeIf([](const Widget* widget) { return !widget->isVisible(); });
+        return list;
+    }
+    [[nodiscard]] Button* button(const QString& title) const {
+        const auto buttons = shown<Button>();
+        const auto found = std::find_if(buttons.begin(), buttons.end(), [&](const Button* one) {
+            return one->title() == title || one->accessibleName() == title;
+        });
+        return found == buttons.end() ? nullptr : *found;
+    }
+    [[nodiscard]] Label* label(const QString& text) const {
+        const auto labels = shown<Label>();
+        const auto found =
+            std::find_if(labels.begin(), labels.end(), [&](const Label* one) { return one->text() == text; });
+        return found == labels.end() ? nullptr : *found;
+    }
+    [[nodiscard]] QLineEdit* field(const QString& name) const {
+        const auto fields = shown<QLineEdit>();
+        const auto found = std::find_if(fields.begin(), fields.end(),
+                                        [&](const QLineEdit* one) { return one->accessibleName() == name; });
+        return found == fields.end() ? nullptr : *found;
+    }
+    void click(QWidget* widget) {
+        ASSERT_NE(widget, nullptr);
+        QTest::mouseClick(widget, Qt::LeftButton);
+        settle();
+    }
+    /// As the window system delivers a key: to the window, which hands it on to what has the focus.
+    void typeKey(quint16 position, Qt::KeyboardModifiers modifiers, int key, const QString& text) {
+        press(window.windowHandle(), position, modifiers, key, text);
+        settle();
+    }
+    [[nodiscard]] QStringList markedSuggestions() const {
+        QStringList titles;
+        for (const Button* one : shown<Button>()) {
+            if (one->isChecked())
+                titles += one->title();
+        }
+        return titles;
+    }
+    [[nodiscard]] int topOf(const QWidget* widget) const { return widget->mapTo(&window, QPoint()).y(); }
+
+    Window window{*panel};
+};
+
+TEST_F(SettingsViewTest, a_shortcut_is_recorded_while_the_user_may_go_on_typing_in_a_field) {
+    field(u"Tên Model"_s)->setFocus();
+    field(u"Tên Model"_s)->end(false);
+    click(button(u"Đổi"_s));
+    EXPECT_NE(label(u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s), nullptr);
+    EXPECT_TRUE(field(u"Tên Model"_s)->hasFocus());
+    typeKey(keyD, {}, Qt::Key_D, u"d"_s);
+    typeKey(keyD, Qt::ShiftModifier, Qt::Key_D, u"D"_s);
+    EXPECT_EQ(settings.model(), u"gpt-4o-minidD");
+    typeKey(keyD, Qt::AltModifier, Qt::Key_D, u"d"_s);
+    EXPECT_EQ(settings.model(), u"gpt-4o-minidD");
+    EXPECT_EQ(settings.hotKeyDisplay(), u"⌥ D");
+    EXPECT_EQ(button(u"Đang chờ..."_s), nullptr);
+    EXPECT_EQ(markedSuggestions(), QStringList({u"⌥ D"_s, u"⌘ ⇧ S"_s}));
+
+    click(button(u"Đổi"_s));
+    typeKey(keyS, Qt::ControlModifier, Qt::Key_S, {});
+    EXPECT_EQ(markedSuggestions(), QStringList{u"⌘ ⇧ S"_s}) << "no suggestion has what was recorded";
+    click(button(u"⌥ T"_s));
+    click(button(u"⌥ T"_s));
+    EXPECT_EQ(markedSuggestions(), QStringList({u"⌥ T"_s, u"⌘ ⇧ S"_s}));
+}
+
+TEST_F(SettingsViewTest, escape_ends_recording_and_closes_nothing) {
+    click(button(u"Đổi"_s));
+    typeKey(53, {}, Qt::Key_Escape, {});
+    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+    EXPECT_EQ(window.untaken, 0);
+    typeKey(53, {}, Qt::Key_Escape, {});
+    EXPECT_EQ(window.untaken, 1);
+}
+
+TEST_F(SettingsViewTest, the_hint_moves_to_the_shortcut_that_is_recorded_and_goes_with_the_panel) {
+    const QString hint = u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s;
+    const QString captureTitle = u"Chụp màn hình & Tralio (OCR)"_s;
+    click(button(u"Đổi"_s));
+    EXPECT_LT(topOf(label(hint)), topOf(label(captureTitle)));
+    click(button(u"Đổi"_s));
+    EXPECT_EQ(panel->recordingTarget(), HotKeyRecordTarget::screenOCR);
+    EXPECT_TRUE(eventually([&] { return topOf(label(hint)) > topOf(label(captureTitle)); }));
+
+    window.hide();
+    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+}
+
+TEST_F(SettingsViewTest, the_makers_own_provider_shows_a_card_in_place_of_the_fields) {
+    EXPECT_NE(button(u"Kiểm tra"_s), nullptr);
+    auto* picker = shown<MenuButton>().front();
+    EXPECT_EQ(picker->title(), u"OpenAI");
+    picker->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(picker, Qt::Key_Down);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    settle();
+    EXPECT_EQ(settings.selectedPresetId(), u"kavo");
+    EXPECT_NE(label(settings.model()), nullptr);
+    EXPECT_TRUE(shown<QLineEdit>().isEmpty());
+    EXPECT_EQ(button(u"Kiểm tra"_s), nullptr);
+
+    panel->isTesting = true;
+    settle();
+    ASSERT_NE(button(u"Đang kiểm tra..."_s), nullptr);
+    EXPECT_FALSE(button(u"Đang kiểm tra..."_s)->isEnabled());
+}
+
+TEST_F(SettingsViewTest, the_key_is_masked_until_the_user_looks_at_it) {
+    const auto keyIsLegible = [&] {
+        return field(u"API Key"_s)->displayText().contains(u"secret") ||
+               field(u"API Key"_s)->echoMode() == QLineEdit::Normal;
+    };
+    EXPECT_FALSE(keyIsLegible());
+    click(button(u"Hiện API Key"_s));
+    field(u"API Key"_s)->end(false);
+    EXPECT_TRUE(keyIsLegible());
+    QTest::keyClicks(field(u"API Key"_s), u" 1"_s);
+    EXPECT_EQ(settings.apiKey(), u"sk-secret 1");
+    click(button(u"Ẩn API Key"_s));
+    EXPECT_FALSE(keyIsLegible());
+    EXPECT_EQ(settings.apiKey(), u"sk-secret 1");
+}
+
+TEST_F(SettingsViewTest, a_field_follows_the_settings_without_moving_the_caret) {
+    QLineEdit* model = field(u"Tên Model"_s);
+    model->setFocus();
+    model->setCursorPosition(3);
+    QTest::keyClicks(model, u"xy"_s);
+    settle();
+    EXPECT_EQ(settings.model(), u"gptxy-4o-mini");
+    EXPECT_EQ(model->cursorPosition(), 5);
+    settings.model = u"another-model"_s;
+    settle();
+    EXPECT_EQ(model->text(), u"another-model");
+    EXPECT_EQ(model->cursorPosition(), 5);
+    settings.model = u"new"_s;
+    settle();
+    EXPECT_EQ(model->cursorPosition(), 3);
+}
+
+TEST_F(SettingsViewTest, the_prompt_is_written_through_and_brought_back) {
+    auto* prompt = shown<QTextEdit>().front();
+    EXPECT_EQ(prompt->textCursor().position(), 0);
+    prompt->setFocus();
+    QTest::keyClicks(prompt, u"A"_s);
+    QTest::keyClick(prompt, Qt::Key_Return);
+    QTest::keyClick(prompt, Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_EQ(settings.customPrompt(), u"A\n\n"_s + AppSettings::defaultPrompt);
+    settle();
+    EXPECT_EQ(prompt->textCursor().position(), 3);
+    click(button(u"Mặc định"_s));
+    EXPECT_EQ(settings.customPrompt(), AppSettings::defaultPrompt);
+    EXPECT_EQ(prompt->toPlainText(), AppSettings::defaultPrompt);
+
+    click(shown<Switch>().front());
+    EXPECT_FALSE(settings.autoPaste());
+    settings.autoPaste = true;
+    settle();
+    EXPECT_TRUE(shown<Switch>().front()->isChecked());
+}
+
+TEST_F(SettingsViewTest, the_keyboard_goes_through_the_panel_from_top_to_bottom_and_into_sight) {
+    button(u"Khôi phục mặc định"_s)->setFocus(Qt::TabFocusReason);
+    const auto* area = window.findChild<QScrollArea*>();
+    QSet<QWidget*> visited;
+    int previous = -1;
+    for (QWidget* focus = QApplication::focusWidget(); !visited.contains(focus);
+         focus = QApplication::focusWidget()) {
+        visited.insert(focus);
+        const QRect place(focus->mapTo(area->widget(), QPoint()), focus->size());
+        EXPECT_GE(place.bottom(), previous) << focus->accessibleName().toStdString();
+        EXPECT_FALSE(focus->visibleRegion().isEmpty()) << focus->accessibleName().toStdString();
+        previous = place.top();
+        QTest::keyClick(focus, Qt::Key_Tab);
+    }
+    for (const QString& last : {u"Kiểm tra cập nhật"_s, u"Mặc định"_s, u"Kiểm tra"_s})
+        EXPECT_TRUE(visited.contains(button(last))) << last.toStdString();
+}
+
+TEST_F(SettingsViewTest, the_permissions_offer_a_request_only_where_one_is_missing) {
+    desktop.permissions.grantOnRequest = true;
+    click(button(u"Cấp quyền"_s));
+    EXPECT_TRUE(desktop.permissions.accessibility);
+    desktop.clock.advance(std::chrono::seconds(1));
+    settle();
+    EXPECT_NE(label(u"Quyền Trợ năng (Accessibility): Đã bật"_s), nullptr);
+    click(button(u"Cấp quyền"_s));
+    EXPECT_TRUE(desktop.permissions.screenCapture);
+    desktop.clock.advance(std::chrono::seconds(1));
+    settle();
+    EXPECT_EQ(button(u"Cấp quyền"_s), nullptr);
+}
+
+TEST_F(SettingsViewTest, the_update_row_shows_one_thing_to_do_or_wait_for) {
+    EXPECT_NE(label(u"Kiểm tra phiên bản mới nhất từ máy chủ"_s), nullptr);
+    EXPECT_NE(button(u"Kiểm tra cập nhật"_s), nullptr);
+
+    updates.updateInfo = AppUpdateInfo{u"1.1.0"_s, u"Nhanh hơn."_s, {}, {}};
+    updates.isUpdateAvailable = true;
+    updates.statusMessage = u"Đã có"_s;
+    settle();
+    EXPECT_NE(label(u"Đã có"_s), nullptr);
+    EXPECT_NE(label(u"Nhanh hơn."_s), nullptr);
+    EXPECT_NE(button(u"Cập nhật ngay"_s), nullptr);
+    EXPECT_EQ(button(u"Kiểm tra cập nhật"_s), nullptr);
+
+    updates.isUpdating = true;
+    updates.downloadProgress = 0.427;
+    settle();
+    EXPECT_NE(label(u"42%"_s), nullptr);
+    EXPECT_EQ(button(u"Cập nhật ngay"_s), nullptr);
+    updates.isChecking = true;
+    settle();
+    EXPECT_EQ(label(u"42%"_s), nullptr);
+}
+
+TEST_F(SettingsViewTest, the_guide_strip_leads_to_the_onboarding_and_to_the_guide) {
+    click(button(u"Xem giới thiệu"_s));
+    EXPECT_TRUE(appState.showOnboarding());
+    click(button(u"Mở cẩm nang ↗"_s));
+    EXPECT_EQ(guidesOpened, 1);
+}
+
+}  // namespace
+}  // namespace tralio
