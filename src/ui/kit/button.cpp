@@ -70,9 +70,12 @@ int Button::leadWidth() const {
     return m_iconName.isEmpty() ? 0 : Icon{m_iconName, m_style.iconSize}.box();
 }
 
+int Button::gap() const {
+    return leadWidth() > 0 && !title().isEmpty() ? m_style.gap : 0;
+}
+
 int Button::contentWidth() const {
-    const int gap = leadWidth() > 0 && !title().isEmpty() ? m_style.gap : 0;
-    return leadWidth() + gap + textWidth(titleStyle(), title());
+    return leadWidth() + gap() + textWidth(titleStyle(), title());
 }
 
 QSize Button::sizeHint() const {
@@ -87,7 +90,14 @@ QSize Button::minimumSizeHint() const {
 }
 
 QRect Button::leadArea() const {
-    return {(width() - contentWidth()) / 2, 0, leadWidth(), height()};
+    const int left = (width() - contentWidth()) / 2;
+    return {m_style.iconTrails ? left + contentWidth() - leadWidth() : left, 0, leadWidth(), height()};
+}
+
+QRect Button::titleArea() const {
+    const int start = (width() - contentWidth()) / 2;
+    const int left = m_style.iconTrails ? start : start + leadWidth() + gap();
+    return {left, 0, std::min(textWidth(titleStyle(), title()), width() - left), height()};
 }
 
 void Button::placeSpinner() {
@@ -102,6 +112,16 @@ void Button::resizeEvent(QResizeEvent* event) {
     Control::resizeEvent(event);
 }
 
+QBrush Button::fill() const {
+    if (m_style.fillEnd == ColorRole::None) {
+        return color(m_style.fill);
+    }
+    QLinearGradient gradient(0, 0, width(), 0);
+    gradient.setColorAt(0, color(m_style.fill));
+    gradient.setColorAt(1, color(m_style.fillEnd));
+    return gradient;
+}
+
 Button::Look Button::look() const {
     if (m_style.isSolid() && isBusy()) {
         return {color(ColorRole::AccentBadge), {}, color(ColorRole::AccentText)};
@@ -113,7 +133,7 @@ Button::Look Button::look() const {
         return {color(ColorRole::AccentTint), color(ColorRole::AccentTintActiveEdge),
                 color(ColorRole::AccentText)};
     }
-    return {color(m_style.fill), color(m_style.edge), color(isBusy() ? ColorRole::Secondary : m_style.color)};
+    return {fill(), color(m_style.edge), color(isBusy() ? ColorRole::Secondary : m_style.color)};
 }
 
 void Button::paintEvent(QPaintEvent*) {
@@ -131,15 +151,11 @@ void Button::paintEvent(QPaintEvent*) {
     }
     paintFocusRing(painter, area, m_style.radius, ground);
 
-    const QRect lead = leadArea();
     if (m_spinner == nullptr) {
         const QColor ink = m_style.iconColor == ColorRole::None ? colors.content : color(m_style.iconColor);
-        paintIcon(painter, lead, {m_iconName, m_style.iconSize, m_style.boldIcon}, ink);
+        paintIcon(painter, leadArea(), {m_iconName, m_style.iconSize, m_style.boldIcon}, ink);
     }
-    const int titleLeft = lead.left() + (lead.width() > 0 ? lead.width() + m_style.gap : 0);
-    const QRect titleArea(titleLeft, 0, std::min(textWidth(titleStyle(), title()), width() - titleLeft),
-                          height());
-    paintText(painter, titleArea, titleStyle(), colors.content, title());
+    paintText(painter, titleArea(), titleStyle(), colors.content, title());
 }
 
 }  // namespace tralio

@@ -23,6 +23,8 @@ struct ButtonStyle {
     ColorRole iconColor = ColorRole::None;  ///< `None`: as the title
     int spinner = 14;
     bool boldIcon = false;
+    bool iconTrails = false;              ///< the icon stands after the title
+    ColorRole fillEnd = ColorRole::None;  ///< makes the fill a gradient that ends in this at the right
 
     /// White on a strong fill: its own hover, focus ring, disabled and busy looks.
     [[nodiscard]] constexpr bool isSolid() const { return color == ColorRole::OnFill; }
@@ -150,15 +152,18 @@ protected:
 
 private:
     struct Look {
-        QColor fill;
+        QBrush fill;
         QColor edge;
         QColor content;
     };
     [[nodiscard]] Look look() const;
     [[nodiscard]] TextStyle titleStyle() const;
+    [[nodiscard]] QBrush fill() const;
     [[nodiscard]] int leadWidth() const;  ///< of the icon or the spinner; 0 without
+    [[nodiscard]] int gap() const;
     [[nodiscard]] int contentWidth() const;
     [[nodiscard]] QRect leadArea() const;
+    [[nodiscard]] QRect titleArea() const;
     void placeSpinner();
 
     ButtonStyle m_style;

@@ -48,6 +48,7 @@ constexpr Row fixedColors[] = {
     {ColorRole::OrangeSolid, {0xFF9500}, {0xFF9F0A}},
     {ColorRole::RedFill, {0xCF352A}, {0xCF352A}},
     {ColorRole::GradientEnd, {0x7C3AED}, {0x8B5CF6}},
+    {ColorRole::FillGradientEnd, {0x7C3AED}, {0x7C3AED}},
     {ColorRole::DisabledFill, {0xE4E7EC}, {0x2B2D33}},
     {ColorRole::DisabledText, {0x78808B}, {0x767C87}},
     {ColorRole::SwitchOff, {0xB4BAC4}, {0x565B65}},
@@ -220,7 +221,7 @@ void Colors::deriveTints() {
     translucent(ColorRole::GreenStatusBadge, ColorRole::GreenSolid, 12);
     translucent(ColorRole::RedStatusBadge, ColorRole::RedSolid, 12);
     translucent(ColorRole::EmblemStart, ColorRole::AccentIcon, 20);
-    translucent(ColorRole::EmblemEnd, ColorRole::Purple, 14);
+    translucent(ColorRole::EmblemEnd, ColorRole::Purple, 15);
     translucent(ColorRole::ControlFaint, ColorRole::Control, 80);
     translucent(ColorRole::Selection, ColorRole::AccentIcon, 30);
     translucent(ColorRole::SecondaryFaint, ColorRole::Secondary, 60);

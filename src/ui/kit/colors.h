@@ -44,6 +44,7 @@ enum class ColorRole {
     OrangeSolid,
     RedFill,
     GradientEnd,
+    FillGradientEnd,  ///< of a fill that begins with `AccentFill` and carries white text
     DisabledFill,
     DisabledText,
     SwitchOff,

@@ -11,22 +11,22 @@ namespace {
 
 /// Fills without a pen, smoothly, and leaves the painter as it was.
 template <typename Draw>
-void withBrush(QPainter& painter, const QColor& color, Draw draw) {
-    if (color.alpha() == 0) {
+void withBrush(QPainter& painter, const QBrush& brush, Draw draw) {
+    if (brush.style() == Qt::SolidPattern && brush.color().alpha() == 0) {
         return;
     }
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
+    painter.setBrush(brush);
     draw();
     painter.restore();
 }
 
 }  // namespace
 
-void paintFill(QPainter& painter, const QRectF& area, qreal radius, const QColor& color) {
-    withBrush(painter, color, [&] { painter.drawRoundedRect(area, radius, radius); });
+void paintFill(QPainter& painter, const QRectF& area, qreal radius, const QBrush& brush) {
+    withBrush(painter, brush, [&] { painter.drawRoundedRect(area, radius, radius); });
 }
 
 void paintEdge(QPainter& painter, const QRectF& area, qreal radius, qreal width, const QColor& color) {

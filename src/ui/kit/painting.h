@@ -7,8 +7,8 @@
 
 namespace tralio {
 
-/// Fills a rounded rectangle.
-void paintFill(QPainter& painter, const QRectF& area, qreal radius, const QColor& color);
+/// Fills a rounded rectangle with a colour or a gradient.
+void paintFill(QPainter& painter, const QRectF& area, qreal radius, const QBrush& brush);
 
 /// Draws a line of `width` along the inside of the edge of a rounded rectangle, over what is there.
 void paintEdge(QPainter& painter, const QRectF& area, qreal radius, qreal width, const QColor& color);

@@ -19,9 +19,19 @@ void Surface::setEdge(ColorRole edge, int width) {
     update();
 }
 
+void Surface::setHead(QWidget* head, ColorRole fill) {
+    m_head = head;
+    m_headFill = fill;
+}
+
 void Surface::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintFill(painter, rect(), m_radius, color(m_fill));
+    if (m_head != nullptr) {
+        painter.setClipRect(0, 0, width(), m_head->geometry().bottom() + 1);
+        paintFill(painter, rect(), m_radius, color(m_headFill));
+        painter.setClipping(false);
+    }
     paintEdge(painter, rect(), m_radius, m_edgeWidth, color(m_edge));
 }
 

@@ -16,6 +16,8 @@ public:
     void setFill(ColorRole fill);
     /// The border lies inside the edge, `width` logical pixels wide; `ColorRole::None` takes it away.
     void setEdge(ColorRole edge, int width = 1);
+    /// Gives the ground of a part at the top of the surface, as wide as it, another fill.
+    void setHead(QWidget* head, ColorRole fill);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -25,6 +27,8 @@ private:
     ColorRole m_edge;
     int m_edgeWidth = 1;
     int m_radius;
+    QWidget* m_head = nullptr;
+    ColorRole m_headFill = ColorRole::None;
 };
 
 /// A faint line of one pixel across the full width.

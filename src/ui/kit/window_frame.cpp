@@ -44,15 +44,38 @@ void WindowFrame::arrange() {
 void WindowFrame::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRect area = contentArea();
+    if (m_edges == Edges::Floating) {
+        paintShadow(painter, area, radius::window, shadow::window);
+        paintShadow(painter, area, radius::window, shadow::windowNear);
+    }
+    paintWindow(painter);
+}
+
+void WindowFrame::paintWindow(QPainter& painter) const {
+    const QRect area = contentArea();
     if (m_edges == Edges::Square) {
         painter.fillRect(area, color(ColorRole::Window));
         paintEdge(painter, area, 0, 1, color(ColorRole::WindowEdge));
         return;
     }
-    paintShadow(painter, area, radius::window, shadow::window);
-    paintShadow(painter, area, radius::window, shadow::windowNear);
     paintFill(painter, area, radius::window, color(ColorRole::Window));
     paintEdge(painter, area.adjusted(-1, -1, 1, 1), radius::window + 1, 1, color(ColorRole::WindowEdge));
+}
+
+void WindowFrame::paintGround(QPainter& painter, const QWidget& widget) {
+    const QWidget* ancestor = &widget;
+    while (ancestor != nullptr && qobject_cast<const WindowFrame*>(ancestor) == nullptr) {
+        ancestor = ancestor->parentWidget();
+    }
+    const auto* frame = static_cast<const WindowFrame*>(ancestor);
+    if (frame == nullptr) {
+        painter.fillRect(widget.rect(), color(ColorRole::Window));
+        return;
+    }
+    painter.save();
+    painter.translate(widget.mapFrom(frame, QPoint()));
+    frame->paintWindow(painter);
+    painter.restore();
 }
 
 }  // namespace tralio

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QPainter;
+
 namespace tralio {
 
 /// The surface of the popover: the content on a rounded window with an edge and a shadow, in a translucent
@@ -26,6 +28,8 @@ public:
 
     /// Where the window is for the user. Clicks outside it are clicks beside the window.
     [[nodiscard]] QRect contentArea() const;
+    /// Paints the ground of the window that `widget` stands in: for what covers the window's content.
+    static void paintGround(QPainter& painter, const QWidget& widget);
     /// The translucent room around the content.
     [[nodiscard]] QMargins shadowMargins() const;
 
@@ -33,6 +37,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void paintWindow(QPainter& painter) const;
     void arrange();
 
     Edges m_edges;

@@ -1,0 +1,38 @@
+#include "ui/kit/key_cap.h"
+
+#include <QPainterPath>
+
+#include "ui/kit/painting.h"
+#include "ui/kit/theme.h"
+
+namespace tralio {
+namespace {
+
+constexpr TextStyle capText = text::caption.with(Weight::Semibold);
+constexpr QMargins padding{8, 3, 8, 4};
+constexpr int foot = 2;
+
+/// What of the cap's lower edge is seen from above.
+QPainterPath footOf(const QRectF& cap) {
+    QPainterPath whole;
+    whole.addRoundedRect(cap, radius::small, radius::small);
+    return whole - whole.translated(0, -foot);
+}
+
+}  // namespace
+
+KeyCap::KeyCap(const QString& text, QWidget* parent) : QWidget(parent), m_text(text) {
+    setFixedSize(QSize(textWidth(capText, text), capText.line).grownBy(padding));
+    setAccessibleName(text);
+}
+
+void KeyCap::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintFill(painter, rect(), radius::small, color(ColorRole::Control));
+    painter.fillPath(footOf(rect()), color(ColorRole::KeyCapFoot));
+    paintEdge(painter, rect(), radius::small, 1, color(ColorRole::Border25));
+    paintText(painter, rect().marginsRemoved(padding), capText, color(ColorRole::Text), m_text);
+}
+
+}  // namespace tralio
