@@ -1,0 +1,186 @@
+#include "ui/onboarding/onboarding_view.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStackedLayout>
+
+#include "common/on_change.h"
+#include "ui/kit/button.h"
+#include "ui/kit/cross_fade.h"
+#include "ui/kit/stack.h"
+#include "ui/kit/surface.h"
+#include "ui/kit/window_frame.h"
+#include "ui/onboarding/onboarding_pages.h"
+#include "ui/onboarding/onboarding_state.h"
+#include "ui/onboarding/page_indicator.h"
+#include "ui/onboarding/permission_card.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int pageChange = 200;  // milliseconds
+
+constexpr ButtonStyle nextButton{.height = 30,
+                                 .padding = 18,
+                                 .gap = 6,
+                                 .radius = radius::block,
+                                 .text = text::blockTitle,
+                                 .iconSize = 10,
+                                 .fill = ColorRole::AccentFill,
+                                 .color = ColorRole::OnFill,
+                                 .iconTrails = true};
+constexpr ButtonStyle backButton{.height = 30,
+                                 .padding = 14,
+                                 .gap = 4,
+                                 .radius = radius::block,
+                                 .text = text::menu,
+                                 .iconSize = 10,
+                                 .fill = ColorRole::Control,
+                                 .edge = ColorRole::Hairline};
+constexpr ButtonStyle finishButton{.height = 34,
+                                   .padding = 22,
+                                   .gap = 3,
+                                   .radius = radius::block,
+                                   .text = text::cardTitle,
+                                   .iconSize = 13,
+                                   .fill = ColorRole::AccentFill,
+                                   .color = ColorRole::OnFill,
+                                   .fillEnd = ColorRole::FillGradientEnd};
+
+}  // namespace
+
+OnboardingView::OnboardingView(OnboardingState& state, QWidget* parent) : QWidget(parent), m_state(state) {
+    setFixedSize(WindowFrame::contentSize);
+    setAccessibleName(u"Giới thiệu Tralio"_s);
+    filled(this, column({}, {topBar(), new Divider, {pages(), {}, 1}, new Divider, bottomBar()}));
+    onAnyChange(m_state, this, [this] { refresh(); });
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget* /*before*/, QWidget* focused) { keepFocus(focused); });
+    refresh();
+}
+
+QWidget* OnboardingView::topBar() {
+    m_indicator = new PageIndicator(OnboardingState::totalSteps);
+    m_skip = new Button(button::word, {.title = u"Bỏ qua"_s});
+    m_skip->setWeight(Weight::Medium);
+    m_skip->setColor(ColorRole::Secondary);
+    connect(m_skip, &Button::clicked, this, [this] { m_state.finish(); });
+    const int skipInset = 20 - button::word.padding;
+    auto* bar =
+        filled(new QWidget, row({.padding = {20, 4, skipInset, 0}}, {m_indicator, Stretch{}, m_skip}));
+    bar->setFixedHeight(48);
+    return bar;
+}
+
+QWidget* OnboardingView::pages() {
+    m_accessibility =
+        new PermissionCard({u"1. Quyền Trợ năng (Accessibility)"_s,
+                            u"Dùng để lắng nghe phím tắt dịch bôi đen (⌥D) và tự động trích xuất "
+                            "đoạn văn bản bạn vừa chọn."_s,
+                            u"Mở Cài đặt để Bật Quyền Trợ Năng"_s},
+                           [this] { m_state.requestAccessibility(); });
+    m_screenCapture =
+        new PermissionCard({u"2. Quyền Ghi màn hình (Screen Recording)"_s,
+                            u"Dùng cho tính năng Chụp & Tralio OCR (⌥S): Cho phép khoanh vùng màn "
+                            "hình để Apple Vision quét chữ tức thì."_s,
+                            u"Mở Cài đặt để Bật Quyền Ghi Màn Hình"_s},
+                           [this] { m_state.requestScreenCapture(); });
+    m_pageArea = new QWidget;
+    m_pages = new QStackedLayout(m_pageArea);  // without a parent it would show its first page as a window
+    m_pages->addWidget(step1Welcome());
+    m_pages->addWidget(step2Permissions(m_accessibility, m_screenCapture));
+    m_pages->addWidget(step3AIModel());
+    m_pages->addWidget(step4Shortcuts());
+    return m_pageArea;
+}
+
+QWidget* OnboardingView::bottomBar() {
+    m_back = new Button(backButton, {.icon = u"chevron.left"_s, .title = u"Quay lại"_s});
+    connect(m_back, &Button::clicked, this, [this] { m_state.back(); });
+    m_next = new Button(nextButton, {.icon = u"chevron.right"_s, .title = u"Tiếp tục"_s});
+    connect(m_next, &Button::clicked, this, [this] { m_state.next(); });
+    m_finish = new Button(finishButton, {.icon = u"sparkles"_s, .title = u"Bắt đầu sử dụng"_s});
+    connect(m_finish, &Button::clicked, this, [this] { m_state.finish(); });
+    auto* bar = filled(new QWidget, row({.padding = {20, 0, 20, 0}}, {m_back, Stretch{}, m_next, m_finish}));
+    bar->setFixedHeight(58);
+    return bar;
+}
+
+void OnboardingView::refresh() {
+    m_accessibility->setGranted(m_state.isAccessibilityGranted());
+    m_screenCapture->setGranted(m_state.isScreenCaptureGranted());
+    showStep();
+}
+
+void OnboardingView::showStep() {
+    const int step = m_state.currentStep();
+    const bool changed = m_shownStep != step;
+    m_shownStep = step;
+    CrossFade fade(m_pageArea, changed ? pageChange : 0);
+    m_pages->setCurrentIndex(step);
+
+    // The focus goes on to the main button together with the look that it had; a button that hides would pass
+    // it to its neighbour.
+    const bool last = m_state.isLastStep();
+    mainButton()->show();
+    const auto* focused = qobject_cast<Button*>(QApplication::focusWidget());
+    if ((focused == m_skip && last) || (focused == m_next && last) || (focused == m_finish && !last) ||
+        (focused == m_back && m_state.isFirstStep()))
+        mainButton()->setFocus(focused->showsFocusRing() ? Qt::TabFocusReason : Qt::OtherFocusReason);
+    m_skip->setVisible(!last);
+    m_back->setVisible(!m_state.isFirstStep());
+    m_next->setVisible(!last);
+    m_finish->setVisible(last);
+
+    if (changed) {
+        m_indicator->setCurrent(step);
+        fade.start();
+    }
+}
+
+Button* OnboardingView::mainButton() const {
+    return m_state.isLastStep() ? m_finish : m_next;
+}
+
+void OnboardingView::keepFocus(QWidget* focused) {
+    // A panel below that is shown takes the focus for its own input.
+    if (isVisible() && focused != nullptr && focused->window() == window() && !isAncestorOf(focused))
+        mainButton()->setFocus(Qt::OtherFocusReason);
+}
+
+void OnboardingView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    WindowFrame::paintGround(painter, *this);
+}
+
+void OnboardingView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    m_state.checkPermissions();
+    mainButton()->setFocus(Qt::OtherFocusReason);
+}
+
+void OnboardingView::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && !event->isAutoRepeat())
+        mainButton()->click();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+bool OnboardingView::focusNextPrevChild(bool next) {
+    QWidget* const from = focusWidget() != nullptr ? focusWidget() : this;
+    QWidget* to = from;
+    do {
+        to = next ? to->nextInFocusChain() : to->previousInFocusChain();
+        if (isAncestorOf(to) && to->isVisible() && to->isEnabled() && (to->focusPolicy() & Qt::TabFocus)) {
+            to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            return true;
+        }
+    } while (to != from);
+    return false;
+}
+
+}  // namespace tralio

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QWidget>
+
+class QStackedLayout;
+
+namespace tralio {
+
+class Button;
+class OnboardingState;
+class PageIndicator;
+class PermissionCard;
+
+/// The walk-through: four pages over the whole window, between a bar that tells where the user is and a bar
+/// that leads on. Keeps the keyboard for itself while it is shown: Tab stays within it, and Return leads on
+/// wherever nothing else has the focus.
+class OnboardingView final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `state` outlives the view.
+    explicit OnboardingView(OnboardingState& state, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    QWidget* topBar();
+    QWidget* pages();
+    QWidget* bottomBar();
+
+    void refresh();
+    void showStep();
+    [[nodiscard]] Button* mainButton() const;
+    void keepFocus(QWidget* focused);
+
+    OnboardingState& m_state;
+    PageIndicator* m_indicator;
+    Button* m_skip;
+    QWidget* m_pageArea;
+    QStackedLayout* m_pages;
+    PermissionCard* m_accessibility;
+    PermissionCard* m_screenCapture;
+    Button* m_back;
+    Button* m_next;
+    Button* m_finish;
+    int m_shownStep = 0;
+};
+
+}  // namespace tralio

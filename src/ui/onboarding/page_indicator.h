@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QVariantAnimation>
+#include <QWidget>
+
+namespace tralio {
+
+/// A row of capsules, one for each page; the current one is long and in the accent colour, and grows while
+/// the one before it shrinks.
+class PageIndicator final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PageIndicator(int pages, QWidget* parent = nullptr);
+
+    void setCurrent(int page);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void setPosition(qreal position);
+    void nameAloud(int page);
+
+    int m_pages;
+    QVariantAnimation m_slide;
+    qreal m_position = 0;  ///< the current page, or a place between two
+};
+
+}  // namespace tralio

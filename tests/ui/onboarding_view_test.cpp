@@ -1,0 +1,223 @@
+#include "ui/onboarding/onboarding_view.h"
+
+#include <QAccessible>
+#include <QLineEdit>
+#include <QTest>
+
+#include <gmock/gmock.h>
+#include <memory>
+
+#include "support/event_loop.h"
+#include "support/fake_desktop.h"
+#include "support/print_to.h"
+#include "ui/kit/button.h"
+#include "ui/kit/theme.h"
+#include "ui/onboarding/onboarding_state.h"
+#include "ui/onboarding/page_indicator.h"
+#include "ui/onboarding/permission_card.h"
+#include "widget_support.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+const QString skip = u"Bỏ qua"_s;
+const QString back = u"Quay lại"_s;
+const QString next = u"Tiếp tục"_s;
+const QString finish = u"Bắt đầu sử dụng"_s;
+
+/// The walk-through over a window with an input of its own.
+class WalkThroughView : public testing::Test {
+protected:
+    WalkThroughView() {
+        window.setFixedSize(530, 585);
+        Theme::setAppearance({.reducedMotion = true});
+        begin();
+        showActive(window);
+    }
+    ~WalkThroughView() override { Theme::setAppearance({}); }
+
+    void begin() {
+        view.reset();
+        state = std::make_unique<OnboardingState>(hotKeys, desktop.clock, [this] { ++finishes; });
+        view = std::make_unique<OnboardingView>(*state, &window);
+        view->show();
+    }
+    void goTo(int step) {
+        state->currentStep = step;
+        ASSERT_TRUE(nextTurn());
+    }
+
+    [[nodiscard]] QList<Button*> visibleButtons() const {
+        QList<Button*> buttons = view->findChildren<Button*>();
+        buttons.removeIf([](const Button* button) { return !button->isVisible(); });
+        return buttons;
+    }
+    [[nodiscard]] QStringList visibleTitles() const {
+        QStringList titles;
+        for (const Button* button : visibleButtons())
+            titles << button->title();
+        return titles;
+    }
+    void click(const QString& title) {
+        for (Button* button : visibleButtons()) {
+            if (button->title() == title) {
+                QTest::mouseClick(button, Qt::LeftButton);
+                ASSERT_TRUE(nextTurn());
+                return;
+            }
+        }
+        FAIL() << "there is no button " << qPrintable(title);
+    }
+    /// Keys go where the focus is, as the user's do.
+    void press(Qt::Key key) {
+        QWidget* focused = QApplication::focusWidget();
+        QTest::keyClick(focused != nullptr ? focused : &window, key);
+        ASSERT_TRUE(nextTurn());
+    }
+    [[nodiscard]] static QString focusedTitle() {
+        const auto* button = qobject_cast<Button*>(QApplication::focusWidget());
+        return button != nullptr ? button->title() : QString();
+    }
+
+    FakeDesktop desktop;
+    HotKeyService hotKeys{desktop.platform()};
+    int finishes = 0;
+    QWidget window;
+    QLineEdit input{&window};
+    std::unique_ptr<OnboardingState> state;
+    std::unique_ptr<OnboardingView> view;
+};
+
+TEST_F(WalkThroughView, every_page_has_the_ways_on_that_it_needs) {
+    EXPECT_THAT(visibleTitles(), ElementsAre(skip, next));
+    click(next);
+    EXPECT_THAT(visibleTitles(), testing::IsSupersetOf({skip, back, next}));
+    click(next);
+    EXPECT_THAT(visibleTitles(), ElementsAre(skip, back, next));
+    click(next);
+    EXPECT_THAT(visibleTitles(), ElementsAre(back, finish));
+    click(back);
+    click(back);
+    click(back);
+    EXPECT_THAT(visibleTitles(), ElementsAre(skip, next));
+    EXPECT_EQ(finishes, 0);
+}
+
+TEST_F(WalkThroughView, skipping_any_page_and_finishing_the_last_one_end_it) {
+    for (int step = 0; step < 3; ++step) {
+        begin();
+        goTo(step);
+        click(skip);
+        EXPECT_EQ(finishes, step + 1);
+    }
+    begin();
+    EXPECT_THAT(visibleTitles(), ElementsAre(skip, next)) << "it begins at the first page again";
+    goTo(3);
+    click(finish);
+    EXPECT_EQ(finishes, 4);
+}
+
+TEST_F(WalkThroughView, a_permission_granted_elsewhere_turns_its_card_green_within_a_second) {
+    desktop.permissions.accessibility = true;
+    begin();
+    goTo(1);
+    const auto cards = view->findChildren<PermissionCard*>();
+    const auto ground = [&](int card) {
+        QWidget* widget = cards.at(card);
+        return pictureOf(*widget).pixelColor(widget->width() / 2, widget->height() - 5);
+    };
+    ASSERT_EQ(cards.size(), 2);
+    EXPECT_EQ(ground(0), color(ColorRole::GreenTint));
+    EXPECT_EQ(ground(1), color(ColorRole::RedTint));
+    EXPECT_EQ(cards.at(0)->findChildren<Button*>().constFirst()->isVisible(), false);
+
+    auto* request = cards.at(1)->findChildren<Button*>().constFirst();
+    QTest::mouseClick(request, Qt::LeftButton);
+    EXPECT_EQ(desktop.workspace.opened.size(), 1U);
+    const int tall = cards.at(1)->height();
+
+    desktop.permissions.screenCapture = true;
+    desktop.clock.advance(1s);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_FALSE(request->isVisible());
+    EXPECT_TRUE(eventually([&] { return cards.at(1)->height() < tall; }));
+    EXPECT_EQ(ground(1), color(ColorRole::GreenTint));
+}
+
+TEST_F(WalkThroughView, return_alone_leads_through_it) {
+    EXPECT_EQ(focusedTitle(), next);
+    for (int step = 0; step < 4; ++step)
+        press(Qt::Key_Return);
+    EXPECT_EQ(finishes, 1);
+    view->setFocus();
+    press(Qt::Key_Enter);
+    EXPECT_EQ(finishes, 2) << "also when none of its buttons has the focus";
+}
+
+TEST_F(WalkThroughView, the_keyboard_stays_within_it) {
+    goTo(1);
+    QStringList round;
+    for (int i = 0; i < 5; ++i) {
+        press(Qt::Key_Tab);
+        round << focusedTitle();
+    }
+    EXPECT_EQ(round.first(), skip) << "after the main button it begins again at the top";
+    EXPECT_EQ(round.last(), next);
+    EXPECT_EQ(QSet<QString>(round.begin(), round.end()).size(), 5);
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(focusedTitle(), back);
+
+    input.setFocus();
+    EXPECT_EQ(focusedTitle(), next) << "what lies below gets no keys";
+    view->hide();
+    input.setFocus();
+    EXPECT_TRUE(input.hasFocus());
+}
+
+TEST_F(WalkThroughView, the_focus_and_its_ring_go_on_to_the_main_button_when_theirs_is_gone) {
+    goTo(1);
+    press(Qt::Key_Backtab);
+    ASSERT_EQ(focusedTitle(), back);
+    press(Qt::Key_Return);
+    EXPECT_EQ(focusedTitle(), next);
+    EXPECT_TRUE(qobject_cast<Button*>(QApplication::focusWidget())->showsFocusRing());
+
+    begin();
+    goTo(2);
+    press(Qt::Key_Return);
+    ASSERT_EQ(focusedTitle(), finish);
+    EXPECT_FALSE(qobject_cast<Button*>(QApplication::focusWidget())->showsFocusRing());
+}
+
+TEST_F(WalkThroughView, a_page_changes_in_a_motion_unless_the_desktop_asks_for_none) {
+    const auto changed = [this] {
+        begin();
+        goTo(2);
+        const QImage atOnce = pictureOf(*view);
+        begin();
+        view->hide();
+        goTo(2);
+        view->show();
+        return difference(atOnce, pictureOf(*view));
+    };
+    EXPECT_EQ(changed(), QRect());
+    Theme::setAppearance({});
+    EXPECT_FALSE(changed().isEmpty());
+}
+
+TEST_F(WalkThroughView, a_screen_reader_is_told_where_the_user_is) {
+    auto* indicator = view->findChild<PageIndicator*>();
+    const auto name = [&] {
+        return QAccessible::queryAccessibleInterface(indicator)->text(QAccessible::Name);
+    };
+    EXPECT_TRUE(name().contains(u"1"_s)) << qPrintable(name());
+    goTo(3);
+    EXPECT_FALSE(name().contains(u"1"_s)) << qPrintable(name());
+}
+
+}  // namespace
+}  // namespace tralio
