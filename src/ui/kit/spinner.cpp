@@ -42,6 +42,7 @@ void Spinner::paintEvent(QPaintEvent*) {
 }
 
 void Spinner::showEvent(QShowEvent* event) {
+    m_step = 0;
     m_timer.start(stepTime, this);
     QWidget::showEvent(event);
 }

@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <QTimer>
 
-#include "gallery_pages.h"
+#include "screenshots_scenes.h"
 #include "ui/kit/button.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/label.h"

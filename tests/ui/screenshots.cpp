@@ -1,0 +1,75 @@
+// Writes a picture of every state of every panel, in the light and in the dark scheme, and of the parts of
+// the kit:
+//     tralio-screenshots FOLDER [--only TEXT] [--accent #rrggbb]
+// At the scale of QT_SCALE_FACTOR, which has to stand before the program begins; the files of another scale
+// than 1 say so in their names.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+#include "common/debug_log.h"
+#include "screenshots_scenes.h"
+#include "screenshots_stage.h"
+#include "ui/kit/theme.h"
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace tralio;
+
+QPixmap pictureOfComponents() {
+    const std::unique_ptr<QWidget> page(componentsPage());
+    page->show();
+    QTest::qWait(900);  // a tooltip is among them
+    return page->grab();
+}
+
+QPixmap pictureOf(const Scene& scene) {
+    Stage stage;
+    scene.play(stage);
+    return stage.picture();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Whatever the machine is set to. Times are shown in the time zone and in the way of the locale.
+    qputenv("TZ", "UTC");
+    qputenv("LC_ALL", "vi_VN.UTF-8");
+    QApplication application(argc, argv);
+    QApplication::setCursorFlashTime(0);
+    QCommandLineParser options;
+    options.addHelpOption();
+    options.addOptions({{u"only"_s, u"The pictures with this in their names."_s, u"text"_s},
+                        {u"accent"_s, u"Another accent."_s, u"colour"_s, Colors::defaultAccent().name()}});
+    options.addPositionalArgument(u"folder"_s, u"Where the pictures go."_s);
+    options.process(application);
+    if (options.positionalArguments().size() != 1)
+        options.showHelp(2);
+    const QDir folder(options.positionalArguments().constFirst());
+    if (!folder.mkpath(u"."_s))
+        qFatal("The folder cannot be made");
+    const QTemporaryDir scratch;
+    setDebugLogPath(scratch.filePath(u"debug.log"_s));
+
+    const qreal scale = application.devicePixelRatio();
+    const QString suffix = scale == 1 ? QString() : u"@%1x"_s.arg(scale);
+    for (const bool dark : {false, true}) {
+        Theme::setAppearance(
+            {.dark = dark, .accent = QColor(options.value(u"accent"_s)), .reducedMotion = true});
+        const auto save = [&](const QString& name, const auto& draw) {
+            if (!name.contains(options.value(u"only"_s)))
+                return;
+            const QString file = name + (dark ? u"-dark"_s : u"-light"_s) + suffix + u".png"_s;
+            if (!draw().save(folder.filePath(file)))
+                qFatal("%s cannot be written", qUtf8Printable(file));
+        };
+        save(u"components"_s, pictureOfComponents);
+        for (const Scene& scene : scenes())
+            save(scene.name, [&] { return pictureOf(scene); });
+    }
+}

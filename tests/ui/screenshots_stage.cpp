@@ -1,0 +1,154 @@
+#include "screenshots_stage.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QEnterEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTest>
+
+#include "ui/kit/control.h"
+#include "ui/kit/label.h"
+#include "ui/kit/multiline_enter_input_view.h"
+#include "ui/kit/scroll_panel.h"
+#include "ui/kit/spinner.h"
+#include "ui/kit/theme.h"
+#include "ui/kit/window_frame.h"
+#include "ui/main/main_view.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A desktop's ground, with room around the window as in the drawings.
+class Backdrop final : public QWidget {
+public:
+    Backdrop() { setFixedSize(610, 669); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), Theme::current().appearance().dark ? QColor(0x363B45) : QColor(0xD5DBE3));
+    }
+};
+
+}  // namespace
+
+QCoro::Task<QStringList> HeldRecognizer::supportedLanguages(std::stop_token /*stop*/) {
+    co_return {};
+}
+
+QCoro::Task<std::vector<TextObservation>> HeldRecognizer::recognize(ImageSource /*image*/,
+                                                                    RecognitionRequest /*request*/,
+                                                                    std::stop_token /*stop*/) {
+    co_await m_held.future();
+    co_return {};
+}
+
+Stage::Stage()
+    : updates(http, {.manifest = {},
+                     .currentVersion = u"1.0.9"_s,
+                     .temporaryFolder = {},
+                     .runInstaller = [](const QString&) {},
+                     .terminate = [] {}}),
+      m_hotKeys(desktop.platform()) {
+    qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(model.port()));
+    desktop.permissions.accessibility = true;
+    desktop.permissions.screenCapture = true;
+    store.setValue(u"hasCompletedOnboarding"_s, true);
+    store.setValue(u"app_setting_base_url"_s, u"http://model.example.com/v1"_s);
+}
+
+Stage::~Stage() = default;
+
+void Stage::open() {
+    auto* content = new MainView({store, m_hotKeys, m_ai, m_captures, m_ocr, m_speech, updates, appState,
+                                  desktop.pasteboard, desktop.clock},
+                                 {.openURL = [](const QUrl&) {}, .quit = [] {}});
+    m_backdrop = std::make_unique<Backdrop>();
+    auto* frame = new WindowFrame(WindowFrame::Edges::Floating, m_backdrop.get());
+    frame->move(0, 4);
+    frame->setContent(content);
+    m_backdrop->show();
+    m_backdrop->activateWindow();
+    wait([this] { return m_backdrop->isActiveWindow(); });
+}
+
+void Stage::settle() {
+    // A change is shown in the next turn, and layouts follow one behind.
+    for (int turn = 0; turn < 3; ++turn)
+        (void)nextTurn();
+}
+
+QList<Control*> Stage::controls(const QString& name) const {
+    QList<Control*> found = m_backdrop->findChildren<Control*>();
+    found.removeIf(
+        [&](const Control* control) { return !control->isVisible() || control->accessibleName() != name; });
+    return found;
+}
+
+void Stage::click(const QString& name) {
+    const QList<Control*> found = controls(name);
+    if (found.isEmpty())
+        qFatal("There is no control %s", qUtf8Printable(name));
+    QTest::mouseClick(found.constFirst(), Qt::LeftButton);
+    settle();
+}
+
+void Stage::type(const QString& text) {
+    // As an input method hands over a word, since keys have no name for most letters.
+    QInputMethodEvent input;
+    input.setCommitString(text);
+    QApplication::sendEvent(QApplication::focusWidget(), &input);
+    settle();
+}
+
+void Stage::press(Qt::Key key) {
+    QTest::keyClick(QApplication::focusWidget(), key);
+    settle();
+}
+
+void Stage::hover(QWidget* widget) {
+    const QPointF middle = widget->rect().center();
+    QEnterEvent enter(middle, middle, widget->mapToGlobal(middle));
+    QApplication::sendEvent(widget, &enter);
+    settle();
+}
+
+void Stage::dragFileOver() {
+    QMimeData file;
+    file.setUrls({QUrl::fromLocalFile(u"/tmp/menu.png"_s)});
+    QDragEnterEvent enter({}, Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+    QWidget* input = m_backdrop->findChild<MultilineEnterInputView*>();
+    QApplication::sendEvent(input->parentWidget(), &enter);
+    settle();
+}
+
+void Stage::scrollTo(const QString& label) {
+    auto* panel = m_backdrop->findChild<ScrollPanel*>();
+    for (const Label* candidate : panel->findChildren<Label*>()) {
+        if (candidate->text() == label)
+            panel->verticalScrollBar()->setValue(candidate->mapTo(panel->widget(), QPoint()).y() - 27);
+    }
+    settle();
+}
+
+void Stage::scrollToEnd() {
+    QScrollBar* bar = m_backdrop->findChild<ScrollPanel*>()->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    settle();
+}
+
+QPixmap Stage::picture() {
+    for (Spinner* spinner : m_backdrop->findChildren<Spinner*>()) {
+        if (spinner->isVisible()) {
+            spinner->hide();  // and begins anew when it is shown
+            spinner->show();
+        }
+    }
+    return m_backdrop->grab();
+}
+
+}  // namespace tralio

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <memory>
+
+#include "support/event_loop.h"
+#include "translate_panel_support.h"
+#include "update/update_service.h"
+
+namespace tralio {
+
+class Control;
+
+/// Has found no text yet in any picture.
+class HeldRecognizer final : public TextRecognizer {
+public:
+    ~HeldRecognizer() override { m_held.finish(); }
+
+    void prepare() override {}
+    QCoro::Task<QStringList> supportedLanguages(std::stop_token stop) override;
+    QCoro::Task<std::vector<TextObservation>> recognize(ImageSource image, RecognitionRequest request,
+                                                        std::stop_token stop) override;
+
+private:
+    QPromise<void> m_held;
+};
+
+/// The main view in its window on a backdrop, over a desktop of fakes and a stand-in for the model, and the
+/// hands of a user before it. Nothing in it depends on the machine, the network or the time of day: the
+/// stand-in is reached as a proxy, so that its port does not show in the settings.
+class Stage final {
+public:
+    Stage();
+    ~Stage();
+
+    // What the program finds. To be set before it opens.
+
+    FakeDesktop desktop;
+    StandInModel model;
+    MemoryKeyValueStore store;
+    AppState appState;
+    HttpClient http{desktop.clock};
+    UpdateService updates;
+
+    /// Shows the main view.
+    void open();
+
+    // What the user does. Every one of these returns when the window shows what follows from it.
+
+    void type(const QString& text);
+    void press(Qt::Key key);
+    /// Clicks the visible control with this name, as screen readers say it.
+    void click(const QString& name);
+    void hover(QWidget* widget);
+    /// Holds a file over the input.
+    void dragFileOver();
+    /// Scrolls until the label with this text stands 14 below the top of its area.
+    void scrollTo(const QString& label);
+    void scrollToEnd();
+
+    [[nodiscard]] QList<Control*> controls(const QString& name) const;
+    [[nodiscard]] bool hasControl(const QString& name) const { return !controls(name).isEmpty(); }
+    template <typename Condition>
+    void wait(Condition condition) {
+        if (!eventually(condition))
+            qFatal("What a picture waits for never happens");
+        settle();
+    }
+
+    [[nodiscard]] QPixmap picture();
+
+private:
+    void settle();
+
+    HotKeyService m_hotKeys;
+    AIService m_ai{http};
+    HeldRecognizer m_recognizer;
+    OCRService m_ocr{m_recognizer};
+    DrawnRegion m_region;
+    ScreenCaptureService m_captures{m_ocr, m_region, desktop.clock};
+    PatientSynthesizer m_synthesizer;
+    SpeechService m_speech{m_synthesizer};
+    std::unique_ptr<QWidget> m_backdrop;
+};
+
+}  // namespace tralio
