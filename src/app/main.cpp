@@ -11,6 +11,7 @@
 #include "platform/linux/bundle/info_plist.h"
 #include "platform/linux/session/desktop_appearance.h"
 #include "platform/linux/session/session_service.h"
+#include "platform/linux/x11/key_codes.h"
 #include "state/app_settings.h"
 #include "ui/kit/theme.h"
 #include "ui/main/main_view.h"
@@ -29,7 +30,7 @@ QWidget* makeContent(Services& services) {
     return new MainView(
         {services.store, HotKeyService::shared(), AIService::shared(), ScreenCaptureService::shared(),
          OCRService::shared(), SpeechService::shared(), UpdateService::shared(), AppState::shared(),
-         services.platform.pasteboard, services.clock},
+         services.platform.pasteboard, services.clock, &virtualKeyCode},
         {.openURL = [&services](const QUrl& url) { services.platform.workspace.openURL(url); },
          .quit = &QCoreApplication::quit});
 }

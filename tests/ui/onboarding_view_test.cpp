@@ -14,7 +14,7 @@
 #include "ui/kit/theme.h"
 #include "ui/onboarding/onboarding_state.h"
 #include "ui/onboarding/page_indicator.h"
-#include "ui/onboarding/permission_card.h"
+#include "ui/onboarding/permission_step.h"
 #include "widget_support.h"
 
 namespace tralio {
@@ -125,7 +125,7 @@ TEST_F(WalkThroughView, a_permission_granted_elsewhere_turns_its_card_green_with
     desktop.permissions.accessibility = true;
     begin();
     goTo(1);
-    const auto cards = view->findChildren<PermissionCard*>();
+    const auto cards = view->findChildren<PermissionStep*>();
     const auto ground = [&](int card) {
         QWidget* widget = cards.at(card);
         return pictureOf(*widget).pixelColor(widget->width() / 2, widget->height() - 5);

@@ -5,6 +5,8 @@
 #include "common/on_change.h"
 #include "engine/hosts.h"
 #include "hotkeys/hot_key_service.h"
+#include "state/app_state.h"
+#include "ui/about/about_view.h"
 #include "ui/history/history_state.h"
 #include "ui/history/history_view.h"
 #include "ui/kit/button.h"
@@ -17,6 +19,10 @@
 #include "ui/kit/tab_strip.h"
 #include "ui/kit/tooltip.h"
 #include "ui/main/update_banner.h"
+#include "ui/onboarding/onboarding_state.h"
+#include "ui/onboarding/onboarding_view.h"
+#include "ui/settings/settings_state.h"
+#include "ui/settings/settings_view.h"
 #include "ui/translate/translate_state.h"
 #include "ui/translate/translate_view.h"
 #include "update/update_service.h"
@@ -26,7 +32,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int tabChange = 150;  // milliseconds
+constexpr int tabChange = 150;          // milliseconds
+constexpr int onboardingClosing = 250;  // milliseconds
 
 void showPermission(Chip* chip, const QString& title, bool granted, const QString& ready,
                     const QString& missing) {
@@ -46,15 +53,19 @@ MainView::MainView(Services services, Actions actions, QWidget* parent)
       m_state({services.store, services.appState, services.hotKeys, services.updates, services.clock}) {
     m_panelArea = filled(new QWidget, column({}, {}));
     auto* banner = new UpdateBanner(m_services.updates, [this] { m_state.dismissUpdate(); });
-    filled(this, column({}, {header(), new Divider, banner, {m_panelArea, {}, 1}, new Divider, footer()}));
+    m_body = filled(new QWidget,
+                    column({}, {header(), new Divider, banner, {m_panelArea, {}, 1}, new Divider, footer()}));
+    filled(this, column({}, {m_body}));
 
     onAnyChange(m_state, this, [this] { refresh(); });
+    onAnyChange(m_services.appState, this, [this] { refresh(); });
     onAnyChange(m_settings, this, [this] { refresh(); });
     refresh();
 }
 
 MainView::~MainView() {
-    delete m_panel;  // before what it shows
+    delete m_panel;  // before what they show
+    delete m_onboardingView;
 }
 
 void MainView::showEvent(QShowEvent* event) {
@@ -116,6 +127,10 @@ QWidget* MainView::footer() {
 void MainView::refresh() {
     m_tabs->setCurrent(static_cast<int>(m_state.selectedTab()));
     showPanel();
+    if (m_state.isOnboardingShown())
+        showOnboarding();
+    else
+        closeOnboarding();
 
     const auto warning = m_state.ungrantedWarningText();
     m_warning->setTitle(warning.value_or(QString()));
@@ -173,6 +188,37 @@ QWidget* MainView::makeHistoryPanel() {
         });
     m_panelState = state;
     return new HistoryView(*state);
+}
+
+QWidget* MainView::makeSettingsPanel() {
+    const auto state = std::make_shared<SettingsState>(SettingsState::Services{
+        m_settings, m_services.hotKeys, m_services.ai, m_services.updates, m_services.appState,
+        m_services.clock, m_services.keyCodes, [this] { openGuide(); }});
+    m_panelState = state;
+    return new SettingsView(*state);
+}
+
+void MainView::showOnboarding() {
+    if (m_onboarding)
+        return;
+    CrossFade fade(this, onboardingClosing);
+    m_onboarding = std::make_unique<OnboardingState>(m_services.hotKeys, m_services.clock,
+                                                     [this] { m_state.finishOnboarding(); });
+    m_onboardingView = new OnboardingView(*m_onboarding);
+    layout()->addWidget(m_onboardingView);
+    // Out of reach of the Tab key and of screen readers, too.
+    m_body->hide();
+    fade.start();
+}
+
+void MainView::closeOnboarding() {
+    if (!m_onboarding)
+        return;
+    CrossFade fade(this, onboardingClosing);
+    delete std::exchange(m_onboardingView, nullptr);
+    m_onboarding.reset();
+    m_body->show();
+    fade.start();
 }
 
 }  // namespace tralio

@@ -9,6 +9,7 @@
 #include "history/translation_history_store.h"
 #include "state/app_settings.h"
 #include "ui/main/main_state.h"
+#include "ui/settings/key_down_monitor.h"
 
 class QUrl;
 
@@ -17,6 +18,8 @@ namespace tralio {
 class AIService;
 class HotKeyService;
 class OCRService;
+class OnboardingState;
+class OnboardingView;
 class Pasteboard;
 class ScreenCaptureService;
 class SpeechService;
@@ -46,6 +49,7 @@ public:
         AppState& appState;
         Pasteboard& pasteboard;
         Clock& clock;
+        KeyDownMonitor::KeyCodes keyCodes;
     };
     struct Actions {
         std::function<void(const QUrl&)> openURL;
@@ -70,17 +74,23 @@ private:
     [[nodiscard]] QWidget* makePanel();
     [[nodiscard]] QWidget* makeTranslatePanel();
     [[nodiscard]] QWidget* makeHistoryPanel();
+    [[nodiscard]] QWidget* makeSettingsPanel();
+    void showOnboarding();
+    void closeOnboarding();
 
     Services m_services;
     Actions m_actions;
     AppSettings m_settings;
     TranslationHistoryStore m_history;
     MainState m_state;
+    QWidget* m_body;  ///< all but the walk-through
     TabStrip* m_tabs;
     QWidget* m_panelArea;
     QWidget* m_panel = nullptr;
     std::shared_ptr<ObservableObject> m_panelState;
     std::optional<AppTab> m_shownTab;
+    std::unique_ptr<OnboardingState> m_onboarding;  ///< while the walk-through is shown
+    OnboardingView* m_onboardingView = nullptr;
     Motion m_panelMotion = Motion::none;  ///< of the next change of the panel
     Button* m_warning;
     Chip* m_selectionChip;

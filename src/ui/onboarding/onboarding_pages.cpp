@@ -9,7 +9,7 @@
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
 #include "ui/kit/theme.h"
-#include "ui/onboarding/permission_card.h"
+#include "ui/onboarding/permission_step.h"
 
 namespace tralio {
 namespace {
@@ -128,7 +128,7 @@ QWidget* step1Welcome() {
     });
 }
 
-QWidget* step2Permissions(PermissionCard* accessibility, PermissionCard* screenCapture) {
+QWidget* step2Permissions(PermissionStep* accessibility, PermissionStep* screenCapture) {
     return page({
         pageTitle(u"Cấp Quyền Hệ Thống macOS"_s),
         Gap{6},

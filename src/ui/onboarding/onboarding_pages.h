@@ -4,14 +4,14 @@
 
 namespace tralio {
 
-class PermissionCard;
+class PermissionStep;
 
 // The pages of the walk-through, each as wide as its room and centred in it from top to bottom. They come to
 // belong to the layout that they are put into.
 
 [[nodiscard]] QWidget* step1Welcome();
 /// The cards are made by whoever knows the permissions.
-[[nodiscard]] QWidget* step2Permissions(PermissionCard* accessibility, PermissionCard* screenCapture);
+[[nodiscard]] QWidget* step2Permissions(PermissionStep* accessibility, PermissionStep* screenCapture);
 [[nodiscard]] QWidget* step3AIModel();
 [[nodiscard]] QWidget* step4Shortcuts();
 

@@ -14,7 +14,7 @@
 #include "ui/onboarding/onboarding_pages.h"
 #include "ui/onboarding/onboarding_state.h"
 #include "ui/onboarding/page_indicator.h"
-#include "ui/onboarding/permission_card.h"
+#include "ui/onboarding/permission_step.h"
 
 namespace tralio {
 namespace {
@@ -77,13 +77,13 @@ QWidget* OnboardingView::topBar() {
 
 QWidget* OnboardingView::pages() {
     m_accessibility =
-        new PermissionCard({u"1. Quyền Trợ năng (Accessibility)"_s,
+        new PermissionStep({u"1. Quyền Trợ năng (Accessibility)"_s,
                             u"Dùng để lắng nghe phím tắt dịch bôi đen (⌥D) và tự động trích xuất "
                             "đoạn văn bản bạn vừa chọn."_s,
                             u"Mở Cài đặt để Bật Quyền Trợ Năng"_s},
                            [this] { m_state.requestAccessibility(); });
     m_screenCapture =
-        new PermissionCard({u"2. Quyền Ghi màn hình (Screen Recording)"_s,
+        new PermissionStep({u"2. Quyền Ghi màn hình (Screen Recording)"_s,
                             u"Dùng cho tính năng Chụp & Tralio OCR (⌥S): Cho phép khoanh vùng màn "
                             "hình để Apple Vision quét chữ tức thì."_s,
                             u"Mở Cài đặt để Bật Quyền Ghi Màn Hình"_s},

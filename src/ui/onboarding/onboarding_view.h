@@ -9,7 +9,7 @@ namespace tralio {
 class Button;
 class OnboardingState;
 class PageIndicator;
-class PermissionCard;
+class PermissionStep;
 
 /// The walk-through: four pages over the whole window, between a bar that tells where the user is and a bar
 /// that leads on. Keeps the keyboard for itself while it is shown: Tab stays within it, and Return leads on
@@ -42,8 +42,8 @@ private:
     Button* m_skip;
     QWidget* m_pageArea;
     QStackedLayout* m_pages;
-    PermissionCard* m_accessibility;
-    PermissionCard* m_screenCapture;
+    PermissionStep* m_accessibility;
+    PermissionStep* m_screenCapture;
     Button* m_back;
     Button* m_next;
     Button* m_finish;

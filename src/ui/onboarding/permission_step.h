@@ -14,7 +14,7 @@ class Button;
 
 /// What a permission is for and whether it is granted: a green card, or a red one with a button that lets the
 /// user grant it.
-class PermissionCard final : public QWidget {
+class PermissionStep final : public QWidget {
     Q_OBJECT
 
 public:
@@ -24,7 +24,7 @@ public:
         QString button;
     };
 
-    PermissionCard(const Texts& texts, std::function<void()> request, QWidget* parent = nullptr);
+    PermissionStep(const Texts& texts, std::function<void()> request, QWidget* parent = nullptr);
 
     void setGranted(bool granted);
 

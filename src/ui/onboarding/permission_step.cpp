@@ -1,4 +1,4 @@
-#include "ui/onboarding/permission_card.h"
+#include "ui/onboarding/permission_step.h"
 
 #include "ui/kit/button.h"
 #include "ui/kit/label.h"
@@ -21,7 +21,7 @@ constexpr ButtonStyle requestButton{.height = 28,
 
 }  // namespace
 
-PermissionCard::PermissionCard(const Texts& texts, std::function<void()> request, QWidget* parent)
+PermissionStep::PermissionStep(const Texts& texts, std::function<void()> request, QWidget* parent)
     : QWidget(parent) {
     m_icon = new IconView({u"exclamationmark.triangle.fill"_s, iconSize}, ColorRole::Red);
     m_badge = new Badge(badge::missing, {});
@@ -40,7 +40,7 @@ PermissionCard::PermissionCard(const Texts& texts, std::function<void()> request
     setGranted(false);
 }
 
-void PermissionCard::setGranted(bool granted) {
+void PermissionStep::setGranted(bool granted) {
     m_surface->setFill(granted ? ColorRole::GreenTint : ColorRole::RedTint);
     m_surface->setEdge(granted ? ColorRole::GreenTintEdge : ColorRole::RedTintCardEdge);
     m_icon->setIcon({granted ? u"checkmark.circle.fill"_s : u"exclamationmark.triangle.fill"_s, iconSize});
