@@ -162,10 +162,12 @@ QWidget* MainView::makePanel() {
         case AppTab::history:
             return makeHistoryPanel();
         case AppTab::settings:
+            return makeSettingsPanel();
         case AppTab::author:
-            break;
+            m_panelState.reset();
+            return new AboutView(m_services.updates.currentVersion(), m_actions.openURL);
     }
-    return new QWidget;
+    Q_UNREACHABLE();
 }
 
 QWidget* MainView::makeTranslatePanel() {
