@@ -1,6 +1,5 @@
 #include "ui/kit/text_area.h"
 
-#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QMimeData>
@@ -8,12 +7,10 @@
 #include <QTextLayout>
 #include <QWheelEvent>
 
+#include "ui/kit/edit_menu.h"
 #include "ui/kit/overlay_scroll_bar.h"
 #include "ui/kit/painting.h"
-#include "ui/kit/popup_menu.h"
 #include "ui/kit/theme.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tralio {
 namespace {
@@ -138,32 +135,11 @@ QMimeData* TextArea::createMimeDataFromSelection() const {
 }
 
 void TextArea::contextMenuEvent(QContextMenuEvent* event) {
-    struct Action {
-        MenuEntry entry;
-        void (QTextEdit::*run)();
-    };
-    const bool selected = textCursor().hasSelection();
-    const bool writable = !isReadOnly();
-    QList<Action> actions;
-    if (writable) {
-        actions << Action{{.title = u"Hoàn tác"_s, .enabled = document()->isUndoAvailable()},
-                          &QTextEdit::undo}
-                << Action{{.title = u"Cắt"_s, .enabled = selected}, &QTextEdit::cut};
-    }
-    actions << Action{{.title = u"Sao chép"_s, .enabled = selected}, &QTextEdit::copy};
-    if (writable) {
-        const QMimeData* clipboard = QGuiApplication::clipboard()->mimeData();
-        actions << Action{{.title = u"Dán"_s, .enabled = clipboard != nullptr && clipboard->hasText()},
-                          &QTextEdit::paste};
-    }
-    actions << Action{{.title = u"Chọn tất cả"_s, .enabled = !document()->isEmpty()}, &QTextEdit::selectAll};
-
-    QList<MenuEntry> entries;
-    for (const Action& action : std::as_const(actions)) {
-        entries << action.entry;
-    }
-    PopupMenu* menu = PopupMenu::open(this, QRect(event->pos(), QSize()), entries, -1);
-    connect(menu, &PopupMenu::chosen, this, [this, actions](int index) { (this->*actions.at(index).run)(); });
+    openEditMenu(this, event->pos(),
+                 {.isWritable = !isReadOnly(),
+                  .canUndo = document()->isUndoAvailable(),
+                  .canCopy = textCursor().hasSelection(),
+                  .isEmpty = document()->isEmpty()});
 }
 
 }  // namespace tralio

@@ -1,5 +1,8 @@
 #include "ui/kit/text_field.h"
 
+#include <QContextMenuEvent>
+
+#include "ui/kit/edit_menu.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
 
@@ -67,6 +70,14 @@ void TextField::leaveEvent(QEvent* event) {
     m_hovered = false;
     update();
     QLineEdit::leaveEvent(event);
+}
+
+void TextField::contextMenuEvent(QContextMenuEvent* event) {
+    openEditMenu(this, event->pos(),
+                 {.isWritable = !isReadOnly(),
+                  .canUndo = isUndoAvailable(),
+                  .canCopy = hasSelectedText() && echoMode() == Normal,  // a masked text stays in its field
+                  .isEmpty = text().isEmpty()});
 }
 
 }  // namespace tralio
