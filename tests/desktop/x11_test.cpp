@@ -90,6 +90,31 @@ TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
     EXPECT_EQ(pressed.back(), 1U);
 }
 
+TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_press) {
+    const auto connection = X11Connection::open();
+    X11HotKeys hotKeys(*connection);
+    std::vector<quint32> pressed;
+    hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
+    ASSERT_EQ(hotKeys.registerHotKey(keyF5, 4096, {1, 2}).status, 0);
+
+    desktop.hold({u"ctrl"_s, u"t"_s});
+    ASSERT_EQ(hotKeys.registerHotKey(keyT, 4096, {1, 1}).status, 0);
+    desktop.hold({u"t"_s});  // again, as a repeat is
+    desktop.hold({u"F5"_s});
+    ASSERT_TRUE(waitUntil([&] { return !pressed.empty(); }));
+    EXPECT_THAT(pressed, testing::ElementsAre(2));
+    desktop.release({u"F5"_s, u"t"_s, u"ctrl"_s});
+
+    // Neither key stays with us once it has been released.
+    const auto other = X11Connection::open();
+    X11HotKeys others(*other);
+    for (const quint32 key : {keyT, keyF5})
+        EXPECT_TRUE(waitUntil([&] { return others.registerHotKey(key, commandShift, anyId).status == 0; }));
+    desktop.press(u"ctrl+t"_s);
+    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 2; }));
+    EXPECT_EQ(pressed.back(), 1U);
+}
+
 TEST_F(X11, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
     const auto connection = X11Connection::open();
     X11Pasteboard pasteboard(*connection);

@@ -50,6 +50,9 @@ HotKeyPlatform::Registration X11HotKeys::registerHotKey(quint32 keyCode, quint32
     if (const HotKeyStatus status = grab(hotKey); status != 0)
         return {status, std::nullopt};
     m_hotKeys.push_back(hotKey);
+    // A combination that has just been recorded is still held down: its repeats are no presses.
+    if (m_heldKey != *xKeyCode && isDown(*xKeyCode))
+        hold(*xKeyCode);
     return {0, hotKey.ref};
 }
 
@@ -118,6 +121,8 @@ void X11HotKeys::press(const xcb_key_press_event_t& event) {
 }
 
 void X11HotKeys::hold(quint8 keyCode) {
+    if (m_heldKey)
+        letGo();
     m_heldKey = keyCode;
     m_releaseWatch.start();
     // Refused, harmlessly, where another program has the key with other modifiers.
@@ -126,13 +131,20 @@ void X11HotKeys::hold(quint8 keyCode) {
     xcb_flush(m_connection.xcb());
 }
 
-void X11HotKeys::watchForRelease() {
-    // With the keyboard let go, the release goes to the application in front.
+bool X11HotKeys::isDown(quint8 keyCode) const {
     const XcbPtr<xcb_query_keymap_reply_t> keymap{
         xcb_query_keymap_reply(m_connection.xcb(), xcb_query_keymap(m_connection.xcb()), nullptr)};
+    return keymap && (keymap->keys[keyCode / 8] >> (keyCode % 8) & 1) != 0;
+}
+
+void X11HotKeys::watchForRelease() {
+    // With the keyboard let go, the release goes to the application in front.
+    if (!isDown(*m_heldKey))
+        letGo();
+}
+
+void X11HotKeys::letGo() {
     const quint8 key = *m_heldKey;
-    if (keymap && (keymap->keys[key / 8] >> (key % 8) & 1) != 0)
-        return;
     m_heldKey.reset();
     m_releaseWatch.stop();
     xcb_ungrab_key(m_connection.xcb(), key, m_connection.root(), XCB_MOD_MASK_ANY);

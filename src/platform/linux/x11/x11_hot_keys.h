@@ -42,7 +42,9 @@ private:
     void handle(const xcb_generic_event_t& event);
     void hold(quint8 keyCode);
     void press(const xcb_key_press_event_t& event);
+    [[nodiscard]] bool isDown(quint8 keyCode) const;
     void watchForRelease();
+    void letGo();
     void remapKeyboard();
     [[nodiscard]] HotKeyStatus grab(const HotKey& hotKey);
     void grabAgain(const HotKey& hotKey);
