@@ -243,5 +243,32 @@ TEST(Drawing, the_window_floats_in_its_shadow_or_is_square) {
     EXPECT_EQ(pictureOf(frame).pixelColor(0, 0).alpha(), 255);
 }
 
+TEST(Drawing, what_covers_the_content_shows_the_same_window_with_its_corners_and_edge) {
+    class Cover final : public QWidget {
+    public:
+        using QWidget::QWidget;
+
+    protected:
+        void paintEvent(QPaintEvent* /*event*/) override {
+            QPainter painter(this);
+            WindowFrame::paintGround(painter, *this);
+        }
+    };
+    for (const auto edges : {WindowFrame::Edges::Floating, WindowFrame::Edges::Square}) {
+        WindowFrame frame(edges);
+        auto* content = new QWidget;
+        frame.setContent(content);
+        const QImage bare = pictureOf(frame);
+        auto* cover = new Cover(content);
+        cover->resize(content->size());
+        cover->show();
+        const QImage covered = pictureOf(frame);
+        const QRect area = frame.contentArea();
+        for (const QPoint& point :
+             {area.topLeft(), area.bottomRight(), QPoint(area.left(), area.center().y())})
+            EXPECT_EQ(covered.pixelColor(point), bare.pixelColor(point));
+    }
+}
+
 }  // namespace
 }  // namespace tralio

@@ -43,7 +43,7 @@ QCoro::Task<QStringList> HeldRecognizer::supportedLanguages(std::stop_token /*st
 QCoro::Task<std::vector<TextObservation>> HeldRecognizer::recognize(ImageSource /*image*/,
                                                                     RecognitionRequest /*request*/,
                                                                     std::stop_token /*stop*/) {
-    co_await m_held.future();
+    co_await std::suspend_always();
     co_return {};
 }
 

@@ -13,18 +13,13 @@ namespace tralio {
 
 class Control;
 
-/// Has found no text yet in any picture.
+/// Looks for text for ever.
 class HeldRecognizer final : public TextRecognizer {
 public:
-    ~HeldRecognizer() override { m_held.finish(); }
-
     void prepare() override {}
     QCoro::Task<QStringList> supportedLanguages(std::stop_token stop) override;
     QCoro::Task<std::vector<TextObservation>> recognize(ImageSource image, RecognitionRequest request,
                                                         std::stop_token stop) override;
-
-private:
-    QPromise<void> m_held;
 };
 
 /// The main view in its window on a backdrop, over a desktop of fakes and a stand-in for the model, and the
@@ -56,7 +51,7 @@ public:
     void hover(QWidget* widget);
     /// Holds a file over the input.
     void dragFileOver();
-    /// Scrolls until the label with this text stands 14 below the top of its area.
+    /// Scrolls until the section with this heading stands as far below the top as the first one does.
     void scrollTo(const QString& label);
     void scrollToEnd();
 
