@@ -62,6 +62,10 @@ OnboardingView::OnboardingView(OnboardingState& state, QWidget* parent) : QWidge
     refresh();
 }
 
+OnboardingView::~OnboardingView() {
+    disconnect(qApp, nullptr, this, nullptr);  // the focus moves once more while the parts go
+}
+
 QWidget* OnboardingView::topBar() {
     m_indicator = new PageIndicator(OnboardingState::totalSteps);
     m_skip = new Button(button::word, {.title = u"Bỏ qua"_s});

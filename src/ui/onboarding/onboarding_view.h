@@ -20,6 +20,7 @@ class OnboardingView final : public QWidget {
 public:
     /// `state` outlives the view.
     explicit OnboardingView(OnboardingState& state, QWidget* parent = nullptr);
+    ~OnboardingView() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
