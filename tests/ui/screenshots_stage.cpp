@@ -65,7 +65,7 @@ Stage::~Stage() = default;
 
 void Stage::open() {
     auto* content = new MainView({store, m_hotKeys, m_ai, m_captures, m_ocr, m_speech, updates, appState,
-                                  desktop.pasteboard, desktop.clock},
+                                  desktop.pasteboard, desktop.clock, [](quint32) { return std::nullopt; }},
                                  {.openURL = [](const QUrl&) {}, .quit = [] {}});
     m_backdrop = std::make_unique<Backdrop>();
     auto* frame = new WindowFrame(WindowFrame::Edges::Floating, m_backdrop.get());

@@ -56,6 +56,11 @@ public:
     void scrollToEnd();
 
     [[nodiscard]] QList<Control*> controls(const QString& name) const;
+    /// The first part of a kind.
+    template <typename Part>
+    [[nodiscard]] Part* find() const {
+        return m_backdrop->findChild<Part*>();
+    }
     [[nodiscard]] bool hasControl(const QString& name) const { return !controls(name).isEmpty(); }
     template <typename Condition>
     void wait(Condition condition) {
