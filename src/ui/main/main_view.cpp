@@ -117,9 +117,11 @@ QWidget* MainView::footer() {
     connect(m_captureChip, &Chip::clicked, this, selectSettings);
 
     auto* bar =
-        filled(new QWidget, row({.spacing = 6, .padding = {14, 0, 14, 0}},
-                                {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::AccentIcon),
-                                 version, Stretch{}, m_warning, m_selectionChip, m_captureChip}));
+        filled(new QWidget,
+               row({.spacing = 6, .padding = {14, 0, 14, 0}},
+                   {row({.spacing = 4},
+                        {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::AccentIcon), version}),
+                    Stretch{}, m_warning, m_selectionChip, m_captureChip}));
     bar->setFixedHeight(33);
     return bar;
 }

@@ -50,7 +50,8 @@ QWidget* UpdateBanner::offer() {
 
 QWidget* UpdateBanner::actions() {
     m_percentage = new Label(QString(), text::smallCaption.with(Weight::Bold));
-    m_progress = filled(new QWidget, row({.spacing = 6}, {new Spinner(12), m_percentage}));
+    m_progress =
+        filled(new QWidget, row({.spacing = 6, .padding = {0, 0, 4, 0}}, {new Spinner(12), m_percentage}));
     m_install =
         new Button(button::banner, {.icon = u"arrow.down.circle.fill"_s, .title = u"Cập nhật ngay"_s});
     connect(m_install, &Button::clicked, this, [this] { m_updates.startAutoUpdate(); });

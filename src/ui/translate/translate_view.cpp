@@ -151,9 +151,11 @@ QWidget* TranslateView::toolRow() {
     connect(pasteAndTranslate, &Button::clicked, this,
             [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
 
-    auto* bar = filled(new QWidget, row({.padding = {4, 0, 0, 0}},
-                                        {m_recognizing, m_characterCount, Stretch{}, m_clear, Gap{4}, capture,
-                                         Gap{4}, paste, Gap{4}, pasteAndTranslate}));
+    // Count and buttons begin and end with their texts 4 px inside the edges of the box above.
+    constexpr Gap overhang{-2};
+    auto* bar = filled(new QWidget, row({.spacing = 2, .padding = {4, 0, 0, 0}},
+                                        {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste,
+                                         pasteAndTranslate, overhang}));
     bar->setFixedHeight(18);
     return bar;
 }
@@ -187,8 +189,7 @@ QWidget* TranslateView::resultBlock() {
 
     auto* block = new Surface(ColorRole::Surface1, ColorRole::Border15, radius::block);
     auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary);
-    auto* header =
-        filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_speak, Gap{4}, m_copy}));
+    auto* header = filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_speak, m_copy}));
     header->setFixedHeight(22);
     m_result->setMinimumHeight(115);
     m_result->setScrollFrame(block);
