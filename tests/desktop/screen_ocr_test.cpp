@@ -94,5 +94,39 @@ TEST_F(ScreenOCR, a_region_without_text_asks_nothing) {
     EXPECT_TRUE(program.standIn().requests().isEmpty());
 }
 
+TEST_F(ScreenOCR, a_second_request_during_a_capture_is_turned_away) {
+    ASSERT_TRUE(openPicker());
+    // While the picker is open no key gets past it, but other programs do.
+    const auto capture = [this] {
+        desktop.run(u"gdbus"_s,
+                    {u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
+                     u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio.CaptureScreen"_s});
+    };
+    capture();
+    ASSERT_TRUE(waitUntil([&] {
+        if (pickerRuns())
+            drag({1, 1}, {750, 70});
+        return !pickerRuns();
+    }));
+    ASSERT_TRUE(waitUntil([&] { return program.shownTranslation() == u"đã dịch"_s; }, 30));
+    EXPECT_FALSE(pickerRuns()) << "the second request was only put off";
+    EXPECT_EQ(program.standIn().requests().size(), 1);
+}
+
+TEST_F(ScreenOCR, the_button_in_the_window_hides_it_captures_and_translates) {
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.click(u"Chụp & Tralio"_s));
+    ASSERT_TRUE(waitUntil([this] { return pickerRuns(); }));
+    EXPECT_FALSE(program.isPopoverShown());
+    ASSERT_TRUE(waitUntil([&] {
+        if (pickerRuns())
+            drag({1, 1}, {750, 70});
+        return !pickerRuns();
+    }));
+    EXPECT_TRUE(waitUntil([&] { return program.shownTranslation() == u"đã dịch"_s; }, 30));
+    EXPECT_TRUE(program.isPopoverInFront());
+}
+
 }  // namespace
 }  // namespace tralio
