@@ -138,7 +138,7 @@ void TranslateState::checkAndTriggerPendingTranslation() {
 void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
     const QString text = m_services.pasteboard.string().value_or(QString()).trimmed();
     if (!text.isEmpty())
-        takeRecognizedText(text, autoTranslate);
+        takeText(text, autoTranslate);
     else if (const QImage image = m_services.pasteboard.image(); !image.isNull())
         performOCR(image, autoTranslate);
 }
@@ -157,13 +157,7 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
     }
-    if (!m_mainView)
-        co_return;
-    isOCROngoing = false;
-    if (failure)
-        errorMessage = failure;
-    else
-        takeRecognizedText(text.value_or(QString()), AutoTranslate::yes);
+    endRecognition(text.value_or(QString()), failure, AutoTranslate::yes);
 }
 
 QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
@@ -183,16 +177,21 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
         const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
         failure = isNoPicture ? earlierError : error.errorDescription();
     }
+    endRecognition(text, failure, autoTranslate);
+}
+
+void TranslateState::endRecognition(const QString& text, const std::optional<QString>& failure,
+                                    AutoTranslate autoTranslate) {
     if (!m_mainView)
-        co_return;
+        return;
     isOCROngoing = false;
     if (failure)
         errorMessage = failure;
     else
-        takeRecognizedText(text, autoTranslate);
+        takeText(text, autoTranslate);
 }
 
-void TranslateState::takeRecognizedText(const QString& text, AutoTranslate autoTranslate) {
+void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty())
         return;

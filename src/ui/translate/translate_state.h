@@ -111,7 +111,9 @@ public:
 private:
     QCoro::Task<void> translate(QString text, std::stop_token stop);
     QCoro::Task<void> translateFile(QString path);
-    void takeRecognizedText(const QString& text, AutoTranslate autoTranslate);
+    void endRecognition(const QString& text, const std::optional<QString>& failure,
+                        AutoTranslate autoTranslate);
+    void takeText(const QString& text, AutoTranslate autoTranslate);
 
     Services m_services;
     QPointer<QObject> m_mainView;  ///< whoever owns the input, the settings and the history
