@@ -28,10 +28,7 @@ ErrorStrip::ErrorStrip(QWidget* parent)
 }
 
 void ErrorStrip::setMessage(const QString& message) {
-    // An error page may be as long as a book: its beginning tells what there is to tell, and all of it would
-    // take seconds to lay out.
-    constexpr qsizetype longest = 600;
-    m_message->setText(message.size() <= longest ? message : message.first(longest) + u'…');
+    m_message->setText(beginningOfMessage(message));
 }
 
 void ErrorStrip::paintEvent(QPaintEvent*) {

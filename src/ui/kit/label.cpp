@@ -9,6 +9,11 @@
 
 namespace tralio {
 
+QString beginningOfMessage(const QString& message) {
+    constexpr qsizetype longest = 600;
+    return message.size() <= longest ? message : message.first(longest) + u'…';
+}
+
 Label::Label(const QString& text, const TextStyle& style, ColorRole role, QWidget* parent)
     : QWidget(parent), m_text(text), m_style(style), m_role(role) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);

@@ -54,4 +54,8 @@ private:
     mutable QVarLengthArray<QSize, 4> m_laidSizes;  ///< widths that were asked for, with their heights
 };
 
+/// What a label shows of a message from outside. An error page may be as long as a book: its beginning tells
+/// what there is to tell, and all of it would take seconds to lay out.
+[[nodiscard]] QString beginningOfMessage(const QString& message);
+
 }  // namespace tralio

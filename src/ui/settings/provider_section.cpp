@@ -180,7 +180,7 @@ void ProviderSection::refreshResult() {
     m_resultIcon->setIcon(
         {.name = success ? u"checkmark.circle.fill"_s : u"exclamationmark.triangle.fill"_s, .pointSize = 12});
     m_resultIcon->setColor(ink);
-    m_resultMessage->setText(*message);
+    m_resultMessage->setText(beginningOfMessage(*message));
     m_resultMessage->setColor(ink);
 }
 

@@ -65,7 +65,8 @@ void UpdateSection::refresh() {
     const bool available = m_updates.isUpdateAvailable();
     const QString status = m_updates.statusMessage().value_or(QString());
     const bool highlighted = available && !status.isEmpty();
-    m_status->setText(status.isEmpty() ? u"Kiểm tra phiên bản mới nhất từ máy chủ"_s : status);
+    m_status->setText(status.isEmpty() ? u"Kiểm tra phiên bản mới nhất từ máy chủ"_s
+                                       : beginningOfMessage(status));
     m_status->setStyle(highlighted ? text::caption.with(Weight::Bold) : text::caption);
     m_status->setColor(highlighted ? ColorRole::AccentText : ColorRole::Secondary);
 
