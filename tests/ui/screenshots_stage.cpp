@@ -84,8 +84,9 @@ void Stage::settle() {
 
 QList<Control*> Stage::controls(const QString& name) const {
     QList<Control*> found = m_backdrop->findChildren<Control*>();
-    found.removeIf(
-        [&](const Control* control) { return !control->isVisible() || control->accessibleName() != name; });
+    found.removeIf([&](const Control* control) {
+        return !control->isVisible() || (control->title() != name && control->accessibleName() != name);
+    });
     return found;
 }
 

@@ -46,7 +46,7 @@ public:
 
     void type(const QString& text);
     void press(Qt::Key key);
-    /// Clicks the visible control with this name, as screen readers say it.
+    /// Clicks the first visible control with this title, or called so by screen readers.
     void click(const QString& name);
     void hover(QWidget* widget);
     /// Holds a file over the input.
