@@ -25,7 +25,7 @@ QPixmap pictureOfComponents() {
     const std::unique_ptr<QWidget> page(componentsPage());
     page->show();
     QTest::qWait(900);  // a tooltip is among them
-    return page->grab();
+    return stillOf(*page);
 }
 
 QPixmap pictureOf(const Scene& scene) {

@@ -28,8 +28,9 @@ const AppUpdateInfo offer{
     .pubDate = {}};
 
 void offerUpdate(Stage& stage) {
-    stage.updates.updateInfo = offer;
-    stage.updates.isUpdateAvailable = true;
+    stage.model.replies(StandInReply::withBody(200, offer.toJson()));
+    stage.updates.checkForUpdates(false);
+    stage.wait([&] { return stage.updates.isUpdateAvailable(); });
 }
 
 /// Times long past, which look the same on every day.
@@ -101,7 +102,7 @@ void errorAndBanner(Stage& stage) {
     stage.model.replies(StandInReply::error(429, u"Rate limit reached"_s));
     typed(stage);
     stage.press(Qt::Key_Return);
-    stage.wait([&] { return stage.hasControl(u"Tralio (↵ Enter)"_s) && !stage.model.requests().isEmpty(); });
+    stage.wait([&] { return stage.model.requests().size() == 2 && stage.hasControl(u"Tralio (↵ Enter)"_s); });
 }
 
 void dropHover(Stage& stage) {
@@ -164,7 +165,7 @@ const QString providerSection = u"Mô hình AI & Nhà cung cấp"_s;
 void testConnection(Stage& stage, const QString& button) {
     stage.scrollTo(providerSection);
     stage.click(button);
-    stage.wait([&] { return !stage.model.requests().isEmpty() && stage.hasControl(button); });
+    stage.wait([&] { return stage.hasControl(button) && !stage.controls(button).constFirst()->isBusy(); });
 }
 
 void providerFields(Stage& stage) {

@@ -48,7 +48,7 @@ QCoro::Task<std::vector<TextObservation>> HeldRecognizer::recognize(ImageSource 
 }
 
 Stage::Stage()
-    : updates(http, {.manifest = {},
+    : updates(http, {.manifest = QUrl(u"http://update.example.com/manifest.json"_s),
                      .currentVersion = u"1.0.9"_s,
                      .temporaryFolder = {},
                      .runInstaller = [](const QString&) {},
@@ -77,8 +77,8 @@ void Stage::open() {
 }
 
 void Stage::settle() {
-    // A change is shown in the next turn, and layouts follow one behind.
-    for (int turn = 0; turn < 3; ++turn)
+    // A change is shown in the next turn, and then every turn carries it one layout further up.
+    for (int turn = 0; turn < 20; ++turn)
         (void)nextTurn();
 }
 
@@ -131,7 +131,7 @@ void Stage::scrollTo(const QString& label) {
     auto* panel = m_backdrop->findChild<ScrollPanel*>();
     for (const Label* candidate : panel->findChildren<Label*>()) {
         if (candidate->text() == label)
-            panel->verticalScrollBar()->setValue(candidate->mapTo(panel->widget(), QPoint()).y() - 27);
+            panel->verticalScrollBar()->setValue(candidate->mapTo(panel->widget(), QPoint()).y() - 26);
     }
     settle();
 }
@@ -143,13 +143,17 @@ void Stage::scrollToEnd() {
 }
 
 QPixmap Stage::picture() {
-    for (Spinner* spinner : m_backdrop->findChildren<Spinner*>()) {
+    return stillOf(*m_backdrop);
+}
+
+QPixmap stillOf(QWidget& window) {
+    for (Spinner* spinner : window.findChildren<Spinner*>()) {
         if (spinner->isVisible()) {
             spinner->hide();  // and begins anew when it is shown
             spinner->show();
         }
     }
-    return m_backdrop->grab();
+    return window.grab();
 }
 
 }  // namespace tralio

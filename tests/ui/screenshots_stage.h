@@ -85,4 +85,7 @@ private:
     std::unique_ptr<QWidget> m_backdrop;
 };
 
+/// A picture of a window in which nothing turns.
+[[nodiscard]] QPixmap stillOf(QWidget& window);
+
 }  // namespace tralio
