@@ -1,7 +1,5 @@
 #include "ui/about/about_view.h"
 
-#include <QUrl>
-
 #include "engine/hosts.h"
 #include "ui/kit/button.h"
 #include "ui/kit/emblem.h"

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <QUrl>
 #include <QWidget>
 
 #include <functional>
 
 class QLayout;
-class QUrl;
 
 namespace tralio {
 
