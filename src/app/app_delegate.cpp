@@ -93,13 +93,24 @@ void AppDelegate::handleGlobalHotKey() {
                  (text ? excerpt(*text) : u"nil"_s) % u"'");
         self->m_services.clock.after(0ms, self, [self = self.data(), text] {
             self->showPopover();
-            if (!text || text->isEmpty())
+            if (!text || text->isEmpty()) {
+                self->translateSelectionOnceFocused();
                 return;
+            }
             // What the fetch may have left on the clipboard is this very text: it is not new to the check of
             // the clipboard.
             self->m_services.appState.lastHandledChangeCount = self->m_services.pasteboard.changeCount();
             self->translateLater(*text);
         });
+    });
+}
+
+void AppDelegate::translateSelectionOnceFocused() {
+    if (!m_services.readSelectionOnceFocused)
+        return;
+    m_services.readSelectionOnceFocused([self = QPointer(this)](const QString& text) {
+        if (self)
+            self->m_services.appState.requestTranslation(text);
     });
 }
 

@@ -31,6 +31,8 @@ public:
         Clock& clock;
         PopoverHost& popover;
         StatusItemHost& statusItem;
+        /// Reads the selection where it shows only to the program in front; empty elsewhere.
+        std::function<void(std::function<void(const QString&)>)> readSelectionOnceFocused = {};
     };
 
     explicit AppDelegate(Services services);
@@ -61,6 +63,7 @@ public:
     void checkAndAutoTranslateClipboard();
 
 private:
+    void translateSelectionOnceFocused();
     void translateLater(const QString& text);
 
     Services m_services;

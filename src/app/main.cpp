@@ -3,15 +3,17 @@
 #include <QUrl>
 
 #include <cstdlib>
+#include <optional>
 
 #include "app/app_delegate.h"
 #include "app/services.h"
 #include "app/status_item.h"
 #include "hotkeys/workspace.h"
 #include "platform/linux/bundle/info_plist.h"
+#include "platform/linux/key_codes.h"
 #include "platform/linux/session/desktop_appearance.h"
 #include "platform/linux/session/session_service.h"
-#include "platform/linux/x11/key_codes.h"
+#include "platform/linux/session/toolkit_platform.h"
 #include "state/app_settings.h"
 #include "ui/kit/theme.h"
 #include "ui/main/main_view.h"
@@ -49,7 +51,9 @@ int main(int argc, char** argv) {
     // Trays show nothing for a program that names no desktop file, and ask before the application exists.
     QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
     QCoreApplication::setApplicationName(u"tralio"_s);
+    std::optional<ToolkitPlatform> toolkitPlatform(std::in_place);
     QApplication application(argc, argv);
+    toolkitPlatform.reset();
     QCoreApplication::setApplicationVersion(bundleVersion(QCoreApplication::applicationDirPath()));
     QApplication::setQuitOnLastWindowClosed(false);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
@@ -70,7 +74,8 @@ int main(int argc, char** argv) {
     StatusItem statusItem;
     AppDelegate delegate({AppState::shared(), settingsOfShell, HotKeyService::shared(),
                           services.platform.pasteboard, ScreenCaptureService::shared(),
-                          UpdateService::shared(), services.clock, popover, statusItem});
+                          UpdateService::shared(), services.clock, popover, statusItem,
+                          services.desktop->selectionOnceFocused()});
     delegate.applicationDidFinishLaunching();
     session.setActions(actionsOf(delegate));
     return QApplication::exec();

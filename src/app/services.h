@@ -10,7 +10,6 @@
 #include "ocr/ocr_service.h"
 #include "ocr/screen_capture_service.h"
 #include "platform/linux/ocr/tesseract_recognizer.h"
-#include "platform/linux/session/region_picker.h"
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
 #include "state/app_state.h"
@@ -33,15 +32,14 @@ public:
 
     SystemClock clock;
     SqliteKeyValueStore store;
-    std::unique_ptr<Desktop> desktop = Desktop::probe();
+    std::unique_ptr<Desktop> desktop = Desktop::probe(clock);
     HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
     HotKeyService hotKeys{platform};
     HttpClient http{clock};
     AIService ai{http};
     TesseractRecognizer recognizer{TesseractRecognizer::installedProgram(), clock};
     OCRService ocr{recognizer};
-    RegionPicker regionPicker{RegionPicker::installedProgram()};
-    ScreenCaptureService captures{ocr, regionPicker, clock};
+    ScreenCaptureService captures{ocr, desktop->captureTool(), clock};
     SpeechDispatcher synthesizer{clock};
     SpeechService speech{synthesizer};
     UpdateService updates{http, updateHost()};

@@ -23,6 +23,9 @@ public:
     KeyEventPoster& operator=(const KeyEventPoster&) = delete;
     virtual ~KeyEventPoster() = default;
 
+    /// Whether events reach anybody: not every session lets programs type.
+    [[nodiscard]] virtual bool canPost() const { return true; }
+
     virtual void post(const KeyEvent& event) = 0;
 
     /// To one program only, whoever has the focus; where the platform knows no such thing, to nobody.

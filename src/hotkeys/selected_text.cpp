@@ -79,6 +79,11 @@ void logSuccess(QStringView layer, const QString& text) {
     debugLog(u"fetchSelectedText: " % layer % u" SUCCESS: '" % excerpt(text) % u"'");
 }
 
+void giveUp(const HotKeyService::TextCompletion& completion) {
+    debugLog(u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil"_s);
+    completion(std::nullopt);
+}
+
 }  // namespace
 
 void HotKeyService::fetchSelectedText(TextCompletion completion) {
@@ -146,22 +151,26 @@ std::optional<QString> HotKeyService::getBrowserSelectedText(const QString& bund
 
 void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, const TextCompletion& completion) {
     debugLog(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
+    if (!m_platform.keyEvents.canPost()) {
+        debugLog(u"fetchSelectedText: Layer 4 has nothing to press keys with in this session"_s);
+        giveUp(completion);
+        return;
+    }
     Clock& clock = m_platform.clock;
     clock.after(delayBeforeKeystroke, this, [=, this, &clock] {
         for (const quint16 keyCode : modifierKeys)
             m_platform.keyEvents.post({keyCode, false, 0});
         clock.after(delayAfterModifierRelease, this, [=, this] {
             pressCopyShortcut(pid);
-            waitForPasteboardChange(
-                initialCount, keystrokeCopyWait, [completion](std::optional<QString> text) {
-                    if (!text || text->isEmpty()) {
-                        debugLog(u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil"_s);
-                        completion(std::nullopt);
-                        return;
-                    }
-                    logSuccess(u"Layer 4", *text);
-                    completion(std::move(text));
-                });
+            waitForPasteboardChange(initialCount, keystrokeCopyWait,
+                                    [completion](std::optional<QString> text) {
+                                        if (!text || text->isEmpty()) {
+                                            giveUp(completion);
+                                            return;
+                                        }
+                                        logSuccess(u"Layer 4", *text);
+                                        completion(std::move(text));
+                                    });
         });
     });
 }

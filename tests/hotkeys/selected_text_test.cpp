@@ -191,6 +191,15 @@ TEST_F(SelectedText, the_shortcut_is_pressed_after_every_modifier_has_been_relea
     EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 4 SUCCESS: 'bằng phím'"_s);
 }
 
+TEST_F(SelectedText, a_session_without_synthetic_keys_is_not_waited_for) {
+    desktop.keyEvents.isGranted = false;
+    fetch();
+    EXPECT_THAT(results, ElementsAre(std::nullopt));
+    EXPECT_THAT(desktop.keyEvents.posted, IsEmpty());
+    EXPECT_EQ(desktop.clock.pending(), 0);
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil");
+}
+
 TEST_F(SelectedText, a_late_copy_of_the_menu_ends_the_keystroke_wait_at_its_first_tick) {
     giveCopyItem();
     fetch();

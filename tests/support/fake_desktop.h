@@ -154,11 +154,13 @@ public:
     /// Where an event went; process 0 stands for everybody.
     using Posted = std::pair<qint32, KeyEvent>;
 
+    bool canPost() const override { return isGranted; }
     void post(const KeyEvent& event) override { posted.emplace_back(0, event); }
     void postToProcess(qint32 processId, const KeyEvent& event) override {
         posted.emplace_back(processId, event);
     }
 
+    bool isGranted = true;
     std::vector<Posted> posted;
 };
 

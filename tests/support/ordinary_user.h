@@ -1,17 +1,30 @@
 #pragma once
 
 #include <cstdlib>
+#include <grp.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
 namespace tralio {
+
+inline constexpr uid_t nobody = 65534;
+
+/// Made before anything else in a process that root has started, turns it into an ordinary user's for good.
+class OrdinaryProcess final {
+public:
+    OrdinaryProcess() {
+        const bool done =
+            getuid() != 0 || (setgroups(0, nullptr) == 0 && setgid(nobody) == 0 && setuid(nobody) == 0);
+        if (!done)
+            std::abort();
+    }
+};
 
 /// While one of these lives, a test that was started by root has an ordinary user's rights: to root no file
 /// is read-only, and nothing would fail.
 class OrdinaryUser final {
 public:
     OrdinaryUser() {
-        constexpr uid_t nobody = 65534;
         if (m_uid == 0 && seteuid(nobody) != 0)
             std::abort();
     }

@@ -30,8 +30,9 @@ AtspiReference activeWindow(const AtspiContext& context) {
 
 /// The focused element of the application's active window, among what is visible, breadth first.
 AtspiReference searchFocus(const AtspiContext& whole) {
-    const AtspiContext context{whole.bus, whole.primary, whole.processId,
-                               TimeBudget(std::min<qint64>(whole.budget.left(), searchLimit))};
+    const AtspiContext context{{whole.bus, TimeBudget(std::min<qint64>(whole.budget.left(), searchLimit))},
+                               whole.primary,
+                               whole.processId};
     std::deque<AtspiReference> waiting{activeWindow(context)};
     while (!waiting.empty() && !context.budget.isSpent()) {
         const AtspiReference element = std::exchange(waiting.front(), {});
@@ -85,24 +86,24 @@ AtspiReference searchMenuBar(const AtspiReference& window, const AtspiContext& c
 
 }  // namespace
 
-AtspiAccessibility::AtspiAccessibility(AccessibilitySwitch& accessibility, PrimarySelection& primary)
-    : m_switch(accessibility), m_primary(primary) {
-    const auto follow = [this](bool on) {
-        if (on)
-            m_bus.open();
-    };
-    QObject::connect(&m_switch, &AccessibilitySwitch::changed, &m_bus, follow);
-    follow(m_switch.isOn());
+AtspiAccessibility::AtspiAccessibility(const AccessibilitySwitch& accessibility, AtspiBus& bus,
+                                       PrimarySelection& primary, WithoutSwitch withoutSwitch)
+    : m_switch(accessibility), m_bus(bus), m_primary(primary), m_withoutSwitch(withoutSwitch) {
+    m_bus.follow(m_switch);
 }
 
 std::shared_ptr<const AtspiContext> AtspiAccessibility::newContext(qint32 processId) const {
-    return std::make_shared<AtspiContext>(AtspiContext{m_bus, m_primary, processId, TimeBudget(layerLimit)});
+    return std::make_shared<AtspiContext>(
+        AtspiContext{{m_bus, TimeBudget(layerLimit)}, m_primary, processId});
 }
 
 std::unique_ptr<AccessibleElement> AtspiAccessibility::focusedElement(qint32 processId) {
-    if (!m_switch.isOn())
-        return nullptr;
     const auto context = newContext(processId);
+    if (!m_switch.isOn()) {
+        if (m_withoutSwitch == WithoutSwitch::nothing)
+            return nullptr;
+        return std::make_unique<AtspiElement>(AtspiReference(), context);
+    }
     AtspiReference element = m_bus.lastFocused(processId, context->budget);
     // Some applications tell of no focus when a window opens or closes. Our own grab takes the focus from the
     // right element for a moment too, so that one is given up only for a better one.

@@ -9,11 +9,14 @@ class AccessibilitySwitch;
 class PrimarySelection;
 struct AtspiContext;
 
-/// Other programs' user interfaces over the accessibility bus. While the desktop's accessibility switch is
-/// off nothing can be had.
+/// Other programs' user interfaces over the accessibility bus.
 class AtspiAccessibility final : public Accessibility {
 public:
-    AtspiAccessibility(AccessibilitySwitch& accessibility, PrimarySelection& primary);
+    /// What can be had while the desktop's accessibility switch is off.
+    enum class WithoutSwitch { nothing, primarySelection };
+
+    AtspiAccessibility(const AccessibilitySwitch& accessibility, AtspiBus& bus, PrimarySelection& primary,
+                       WithoutSwitch withoutSwitch = WithoutSwitch::nothing);
 
     std::unique_ptr<AccessibleElement> focusedElement(qint32 processId) override;
     std::unique_ptr<AccessibleElement> menuBar(qint32 processId) override;
@@ -21,9 +24,10 @@ public:
 private:
     [[nodiscard]] std::shared_ptr<const AtspiContext> newContext(qint32 processId) const;
 
-    AccessibilitySwitch& m_switch;
+    const AccessibilitySwitch& m_switch;
+    AtspiBus& m_bus;
     PrimarySelection& m_primary;
-    AtspiBus m_bus;
+    WithoutSwitch m_withoutSwitch;
 };
 
 }  // namespace tralio

@@ -6,6 +6,7 @@
 #include <QDBusVariant>
 
 #include "common/debug_log.h"
+#include "platform/linux/atspi/accessibility_switch.h"
 
 namespace tralio {
 namespace {
@@ -18,6 +19,11 @@ const QString registryPath = u"/org/a11y/atspi/registry"_s;
 const QString rootPath = u"/org/a11y/atspi/accessible/root"_s;
 const QString busItself = u"org.freedesktop.DBus"_s;
 const QString eventInterface = u"org.a11y.atspi.Event.Object"_s;
+const QString windowEventInterface = u"org.a11y.atspi.Event.Window"_s;
+
+// Of windows some toolkits send the one kind of event, some the other.
+const QStringList wantedEvents{u"object:state-changed:focused"_s, u"object:state-changed:active"_s,
+                               u"window:activate"_s, u"window:deactivate"_s};
 
 }  // namespace
 
@@ -37,6 +43,15 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, AtspiReference& r
 
 AtspiBus::~AtspiBus() {
     close();
+}
+
+void AtspiBus::follow(const AccessibilitySwitch& accessibility) {
+    connect(&accessibility, &AccessibilitySwitch::changed, this, [this](bool on) {
+        if (on)
+            open();
+    });
+    if (accessibility.isOn())
+        open();
 }
 
 bool AtspiBus::isOpen() const {
@@ -77,12 +92,19 @@ void AtspiBus::close() {
         return;
     m_bus.reset();
     m_focused.clear();
+    m_activeWindow = {};
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
 void AtspiBus::listen() {
-    m_bus->connect(QString(), QString(), eventInterface, u"StateChanged"_s, {u"focused"_s}, QString(), this,
-                   SLOT(stateChanged(QDBusMessage)));
+    for (const auto& state : {u"focused"_s, u"active"_s}) {
+        m_bus->connect(QString(), QString(), eventInterface, u"StateChanged"_s, {state}, QString(), this,
+                       SLOT(stateChanged(QDBusMessage)));
+    }
+    m_bus->connect(QString(), QString(), windowEventInterface, u"Activate"_s, this,
+                   SLOT(windowActivated(QDBusMessage)));
+    m_bus->connect(QString(), QString(), windowEventInterface, u"Deactivate"_s, this,
+                   SLOT(windowDeactivated(QDBusMessage)));
     m_bus->connect(busItself, QString(), busItself, u"NameOwnerChanged"_s, this,
                    SLOT(ownerChanged(QString, QString, QString)));
 
@@ -91,9 +113,12 @@ void AtspiBus::listen() {
                    u"Disconnected"_s, this, SLOT(open()));
 
     // Applications send events only when somebody has asked for them.
-    auto registration = QDBusMessage::createMethodCall(registry, registryPath, registry, u"RegisterEvent"_s);
-    registration << u"object:state-changed:focused"_s << QStringList() << QString();
-    m_bus->asyncCall(registration);
+    for (const QString& event : wantedEvents) {
+        auto registration =
+            QDBusMessage::createMethodCall(registry, registryPath, registry, u"RegisterEvent"_s);
+        registration << event << QStringList() << QString();
+        m_bus->asyncCall(registration);
+    }
 }
 
 std::optional<QVariantList> AtspiBus::call(const AtspiReference& object, const QString& interface,
@@ -137,14 +162,35 @@ void AtspiBus::rememberFocus(const AtspiReference& object) {
 }
 
 void AtspiBus::stateChanged(const QDBusMessage& event) {
-    const bool focused = event.arguments().value(1).toInt() == 1;
-    if (focused)
-        rememberFocus({event.service(), QDBusObjectPath(event.path())});
+    const bool on = event.arguments().value(1).toInt() == 1;
+    const AtspiReference object{event.service(), QDBusObjectPath(event.path())};
+    if (event.arguments().value(0).toString() == u"active")
+        setActive(object, on);
+    else if (on)
+        rememberFocus(object);
+}
+
+void AtspiBus::windowActivated(const QDBusMessage& event) {
+    setActive({event.service(), QDBusObjectPath(event.path())}, true);
+}
+
+void AtspiBus::windowDeactivated(const QDBusMessage& event) {
+    setActive({event.service(), QDBusObjectPath(event.path())}, false);
+}
+
+void AtspiBus::setActive(const AtspiReference& window, bool active) {
+    if (active == (m_activeWindow == window))
+        return;  // told twice, or of a window whose successor has spoken already
+    m_activeWindow = active ? window : AtspiReference();
+    ++m_activationCount;
 }
 
 void AtspiBus::ownerChanged(const QString& name, const QString& /*oldOwner*/, const QString& newOwner) {
-    if (newOwner.isEmpty())
-        m_focused.remove(name);
+    if (!newOwner.isEmpty())
+        return;
+    m_focused.remove(name);
+    if (m_activeWindow.service == name)
+        setActive(m_activeWindow, false);
 }
 
 }  // namespace tralio

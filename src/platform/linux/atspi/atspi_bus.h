@@ -12,6 +12,8 @@
 
 namespace tralio {
 
+class AccessibilitySwitch;
+
 /// An accessible object: the connection of its application on the accessibility bus, and its path there.
 struct AtspiReference {
     QString service;
@@ -21,6 +23,7 @@ struct AtspiReference {
         return service.isEmpty() || path.path().isEmpty() ||
                path.path() == QLatin1String("/org/a11y/atspi/null");
     }
+    bool operator==(const AtspiReference&) const = default;
 };
 
 QDBusArgument& operator<<(QDBusArgument& argument, const AtspiReference& reference);
@@ -43,14 +46,18 @@ private:
 /// message dispatch, which never return in a process where the toolkit has made that dispatch thread-safe;
 /// and its calls know no common time limit.
 ///
-/// Remembers which object of each application took the keyboard focus last, from the events that applications
-/// send when it moves, so that nothing need be searched when a hot key is pressed.
+/// Remembers which window was activated last and which object of each application took the keyboard focus
+/// last, from the events that applications send when it moves, so that nothing need be searched when a hot
+/// key is pressed.
 class AtspiBus final : public QObject {
     Q_OBJECT
 
 public:
     AtspiBus() = default;
     ~AtspiBus() override;
+
+    /// Opens the bus whenever the desktop's accessibility switch is on.
+    void follow(const AccessibilitySwitch& accessibility);
 
     [[nodiscard]] bool isOpen() const;
 
@@ -78,17 +85,27 @@ public:
     [[nodiscard]] AtspiReference lastFocused(qint32 processId, const TimeBudget& budget) const;
     void rememberFocus(const AtspiReference& object);
 
+    /// The window that said last that it is active, unless it has said otherwise since.
+    [[nodiscard]] AtspiReference activeWindow() const { return m_activeWindow; }
+    /// How often windows have said so, either way.
+    [[nodiscard]] quint64 activationCount() const { return m_activationCount; }
+
 private Q_SLOTS:
     void stateChanged(const QDBusMessage& event);
+    void windowActivated(const QDBusMessage& event);
+    void windowDeactivated(const QDBusMessage& event);
     void ownerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
 
 private:
     void connectTo(const QString& address);
     void close();
     void listen();
+    void setActive(const AtspiReference& window, bool active);
 
     std::optional<QDBusConnection> m_bus;
     QHash<QString, QDBusObjectPath> m_focused;  ///< by connection
+    AtspiReference m_activeWindow;
+    quint64 m_activationCount = 0;
     bool m_opening = false;
 };
 

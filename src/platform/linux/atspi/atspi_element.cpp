@@ -21,18 +21,18 @@ bool isMenuItem(AtspiRole role) {
 
 }  // namespace
 
-QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiContext& context) {
-    const auto reply = context.bus.call(object, accessibleInterface, u"GetChildren"_s, {}, context.budget);
+QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiQuestion& question) {
+    const auto reply = question.bus.call(object, accessibleInterface, u"GetChildren"_s, {}, question.budget);
     return reply ? qdbus_cast<QList<AtspiReference>>(reply->value(0)) : QList<AtspiReference>();
 }
 
-AtspiRole roleOf(const AtspiReference& object, const AtspiContext& context) {
-    const auto reply = context.bus.call(object, accessibleInterface, u"GetRole"_s, {}, context.budget);
+AtspiRole roleOf(const AtspiReference& object, const AtspiQuestion& question) {
+    const auto reply = question.bus.call(object, accessibleInterface, u"GetRole"_s, {}, question.budget);
     return reply ? static_cast<AtspiRole>(reply->value(0).toUInt()) : AtspiRole::invalid;
 }
 
-AtspiStates statesOf(const AtspiReference& object, const AtspiContext& context) {
-    const auto reply = context.bus.call(object, accessibleInterface, u"GetState"_s, {}, context.budget);
+AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question) {
+    const auto reply = question.bus.call(object, accessibleInterface, u"GetState"_s, {}, question.budget);
     const auto words = reply ? qdbus_cast<QList<uint>>(reply->value(0)) : QList<uint>();
     return AtspiStates(quint64(words.value(1)) << 32 | words.value(0));
 }

@@ -6,12 +6,16 @@
 
 namespace tralio {
 
-/// What the elements of one answer share.
-struct AtspiContext {
+/// Whom to ask, and for how long at the most.
+struct AtspiQuestion {
     const AtspiBus& bus;
+    TimeBudget budget;
+};
+
+/// What the elements of one answer share.
+struct AtspiContext : AtspiQuestion {
     PrimarySelection& primary;
     qint32 processId;
-    TimeBudget budget;
 };
 
 /// The roles that matter here, by their numbers in the protocol.
@@ -48,9 +52,9 @@ private:
     quint64 m_bits;
 };
 
-[[nodiscard]] QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiContext& context);
-[[nodiscard]] AtspiRole roleOf(const AtspiReference& object, const AtspiContext& context);
-[[nodiscard]] AtspiStates statesOf(const AtspiReference& object, const AtspiContext& context);
+[[nodiscard]] QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiQuestion& question);
+[[nodiscard]] AtspiRole roleOf(const AtspiReference& object, const AtspiQuestion& question);
+[[nodiscard]] AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question);
 
 /// An element that an application tells of; or, with a null reference, the focused element of an application
 /// that tells of none: then only its PRIMARY selection is known.

@@ -1,10 +1,13 @@
 #include "platform/linux/session/desktop_permissions.h"
 
+#include <utility>
+
 #include "platform/linux/atspi/accessibility_switch.h"
 
 namespace tralio {
 
-DesktopPermissions::DesktopPermissions(AccessibilitySwitch& accessibility) : m_accessibility(accessibility) {}
+DesktopPermissions::DesktopPermissions(AccessibilitySwitch& accessibility, std::function<bool()> canCapture)
+    : m_accessibility(accessibility), m_canCapture(std::move(canCapture)) {}
 
 bool DesktopPermissions::isAccessibilityTrusted() const {
     return m_accessibility.isOn();

@@ -1,24 +1,29 @@
 #pragma once
 
+#include <functional>
+
 #include "hotkeys/permissions.h"
 
 namespace tralio {
 
 class AccessibilitySwitch;
 
-/// The permissions of an X11 session: accessibility is the desktop's own switch, which we may turn on when
-/// the user asks for it, and the screen is open to every program.
+/// Accessibility is the desktop's own switch, which we may turn on when the user asks for it. Whether the
+/// screen may be captured is known beforehand: on X11 every program may, and elsewhere the desktop has its
+/// own tool for it, or has none.
 class DesktopPermissions final : public Permissions {
 public:
-    explicit DesktopPermissions(AccessibilitySwitch& accessibility);
+    /// `canCapture` is asked whenever somebody wants to know.
+    DesktopPermissions(AccessibilitySwitch& accessibility, std::function<bool()> canCapture);
 
     bool isAccessibilityTrusted() const override;
     bool requestAccessibilityTrust() override;
-    bool preflightScreenCaptureAccess() const override { return true; }
-    bool requestScreenCaptureAccess() override { return true; }
+    bool preflightScreenCaptureAccess() const override { return m_canCapture(); }
+    bool requestScreenCaptureAccess() override { return m_canCapture(); }
 
 private:
     AccessibilitySwitch& m_accessibility;
+    std::function<bool()> m_canCapture;
 };
 
 }  // namespace tralio

@@ -1,10 +1,10 @@
 #include "platform/linux/session/region_picker.h"
 
 #include <QCoreApplication>
-#include <QProcess>
-#include <qcoroprocess.h>
 
 #include <utility>
+
+#include "platform/linux/session/helper_program.h"
 
 namespace tralio {
 namespace {
@@ -20,16 +20,9 @@ QString RegionPicker::installedProgram() {
 }
 
 QCoro::Task<qint32> RegionPicker::run(QString outputPath) {
-    QProcess picker;
-    picker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    picker.setProgram(m_program);
-    picker.setArguments({u"-i"_s, outputPath});
-    const bool started = co_await qCoro(picker).start();
-    if (!started)
-        co_return notStarted;
-    constexpr auto howeverLong = std::chrono::milliseconds(-1);
-    co_await qCoro(picker).waitForFinished(howeverLong);
-    co_return picker.exitStatus() == QProcess::NormalExit ? picker.exitCode() : notStarted;
+    const QStringList arguments{u"-i"_s, outputPath};
+    const ProgramResult picker = co_await runProgram(m_program, arguments);
+    co_return picker.status;
 }
 
 }  // namespace tralio

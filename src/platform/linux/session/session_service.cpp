@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/debug_log.h"
+#include "platform/linux/session/activation_token.h"
 #include "platform/linux/session/freedesktop_application.h"
 
 namespace tralio {
@@ -14,10 +15,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int answerLimit = 2000;  // milliseconds
-
-/// Where the toolkit, like every program that is started, looks for the token that lets its next window have
-/// the focus. It takes the token away when it has used it.
-constexpr auto activationVariable = "XDG_ACTIVATION_TOKEN";
 
 }  // namespace
 
@@ -50,7 +47,7 @@ bool SessionService::openRunningInstance() const {
     auto activate = QDBusMessage::createMethodCall(QLatin1String(name), QLatin1String(path),
                                                    u"org.freedesktop.Application"_s, u"Activate"_s);
     QVariantMap platformData;
-    if (const QString token = qEnvironmentVariable(activationVariable); !token.isEmpty())
+    if (const QString token = tralio::activationToken(); !token.isEmpty())
         platformData.insert(u"activation-token"_s, token);
     activate << platformData;
     const bool answered =
@@ -85,8 +82,7 @@ void SessionService::run(std::function<void()> action, const QString& activation
     QMetaObject::invokeMethod(
         this,
         [action = std::move(action), activationToken] {
-            if (!activationToken.isEmpty())
-                qputenv(activationVariable, activationToken.toUtf8());
+            giveActivationToken(activationToken);
             action();
         },
         Qt::QueuedConnection);

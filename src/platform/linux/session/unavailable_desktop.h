@@ -39,6 +39,7 @@ struct UnavailableDesktop {
     } scripts;
 
     struct NoKeyEvents final : KeyEventPoster {
+        bool canPost() const override { return false; }
         void post(const KeyEvent& event) override;
         void postToProcess(qint32 processId, const KeyEvent& event) override;
     } keyEvents;

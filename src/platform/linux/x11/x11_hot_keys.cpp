@@ -1,29 +1,16 @@
 #include "platform/linux/x11/x11_hot_keys.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "common/debug_log.h"
-#include "platform/linux/x11/key_codes.h"
+#include "platform/linux/hot_key_rules.h"
+#include "platform/linux/key_codes.h"
 
 namespace tralio {
-namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-
-constexpr quint32 commandOptionControl = 256 | 2048 | 4096;
-
-/// F1 to F20, which may stand alone.
-constexpr std::array<quint32, 20> functionKeys{122, 120, 99,  118, 96,  97,  98, 100, 101, 109,
-                                               103, 111, 105, 107, 113, 106, 64, 79,  80,  90};
-
-bool isFunctionKey(quint32 keyCode) {
-    return std::find(functionKeys.begin(), functionKeys.end(), keyCode) != functionKeys.end();
-}
-
-}  // namespace
 
 X11HotKeys::X11HotKeys(X11Connection& connection) : m_connection(connection), m_modifiers(connection) {
     m_connection.addEventHandler([this](const xcb_generic_event_t& event) { handle(event); });
@@ -38,7 +25,7 @@ EventHandlerRef X11HotKeys::installEventHandler(EventHandler handler) {
 
 HotKeyPlatform::Registration X11HotKeys::registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) {
     const auto xKeyCode = x11KeyCode(keyCode);
-    if (!xKeyCode || (!(modifiers & commandOptionControl) && !isFunctionKey(keyCode)))
+    if (!xKeyCode || !canBeHotKey(keyCode, modifiers))
         return {hotKeyInvalid, std::nullopt};
 
     const HotKey hotKey{HotKeyRef{++m_lastRef}, id, *xKeyCode, modifiers};

@@ -19,12 +19,6 @@ namespace tralio {
 /// released for a synthetic shortcut they would be typed over the user's selection.
 class X11HotKeys final : public HotKeyPlatform {
 public:
-    /// The combination belongs to another program, or to another hot key of this one.
-    static constexpr HotKeyStatus hotKeyExists = -9878;
-    /// No such key on this keyboard, or one other than a function key without Control, Option or Command: it
-    /// would be lost to every other program.
-    static constexpr HotKeyStatus hotKeyInvalid = -9879;
-
     explicit X11HotKeys(X11Connection& connection);
 
     EventHandlerRef installEventHandler(EventHandler handler) override;

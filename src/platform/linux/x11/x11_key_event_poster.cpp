@@ -7,13 +7,12 @@
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
-#include "platform/linux/x11/key_codes.h"
+#include "platform/linux/copy_shortcut.h"
+#include "platform/linux/key_codes.h"
 #include "platform/linux/x11/x11_workspace.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 constexpr quint32 commandFlag = 0x100000;
 constexpr quint16 keyC = 8;
@@ -30,27 +29,6 @@ constexpr std::array<std::pair<quint16, xcb_keysym_t>, 9> keysByMeaning{{{keyC, 
                                                                          {60, XK_Shift_R},
                                                                          {61, XK_Alt_R},
                                                                          {62, XK_Control_R}}};
-
-enum class CopyShortcut { control, controlShift, none };
-
-/// Window classes, lower-cased and blank-separated, of terminals: those with a shortcut of their own, and
-/// those without one.
-constexpr QStringView terminalsWithShortcut =
-    u" gnome-terminal gnome-terminal-server org.gnome.terminal org.gnome.console kgx org.gnome.ptyxis "
-    u"konsole "
-    u"org.kde.konsole yakuake xfce4-terminal mate-terminal lxterminal qterminal terminator tilix guake tilda "
-    u"roxterm "
-    u"alacritty kitty foot org.wezfurlong.wezterm terminology ghostty com.mitchellh.ghostty deepin-terminal "
-    u"io.elementary.terminal sakura cool-retro-term tabby hyper ";
-constexpr QStringView terminalsWithoutShortcut =
-    u" xterm uxterm urxvt rxvt st st-256color stterm mlterm eterm aterm ";
-
-CopyShortcut copyShortcutIn(const QString& windowClass) {
-    const QString word = u' ' + windowClass.toLower() + u' ';
-    if (terminalsWithShortcut.contains(word))
-        return CopyShortcut::controlShift;
-    return terminalsWithoutShortcut.contains(word) ? CopyShortcut::none : CopyShortcut::control;
-}
 
 using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)>;
 

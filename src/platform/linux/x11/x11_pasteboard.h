@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hotkeys/pasteboard.h"
-#include "platform/linux/x11/x11_connection.h"
+#include "platform/linux/x11/x11_selection_watch.h"
 
 namespace tralio {
 
@@ -10,7 +10,7 @@ class X11Pasteboard final : public Pasteboard {
 public:
     explicit X11Pasteboard(X11Connection& connection);
 
-    qint64 changeCount() override;
+    qint64 changeCount() override { return m_watch.changeCount(); }
     std::optional<QString> string() override;
     QImage image() override;
     bool isConcealed() override;
@@ -19,8 +19,7 @@ public:
 private:
     X11Connection& m_connection;
     xcb_atom_t m_clipboard;
-    quint8 m_firstFixesEvent = 0;
-    qint64 m_changeCount = 0;
+    X11SelectionWatch m_watch;
 };
 
 }  // namespace tralio

@@ -1,14 +1,10 @@
 #include "platform/linux/x11/x11_workspace.h"
 
-#include <QDir>
-#include <QSettings>
-
 #include "platform/linux/session/desktop_settings.h"
+#include "platform/linux/session/sandbox_id.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// The window with the keyboard focus, or the one around it that bears the application's name.
 xcb_window_t focusedTopLevel(X11Connection& connection) {
@@ -61,9 +57,7 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() {
 }
 
 QString X11Workspace::bundleIdentifier(xcb_window_t window, qint32 processId) {
-    const QDir sandbox(u"/proc/%1/root"_s.arg(processId));
-    const QSettings flatpak(sandbox.filePath(u".flatpak-info"_s), QSettings::IniFormat);
-    if (QString id = flatpak.value("Application/name").toString(); !id.isEmpty())
+    if (QString id = sandboxId(processId); !id.isEmpty())
         return id;
     for (const char* property : {"_GTK_APPLICATION_ID", "_KDE_NET_WM_DESKTOP_FILE"}) {
         QString id = QString::fromUtf8(m_connection.property(window, m_connection.atom(property)));

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/x11_script_runner.h"
+#include "platform/linux/session/primary_script_runner.h"
 
 #include <QProcess>
 
@@ -12,15 +12,15 @@ constexpr int readLimit = 150;  // milliseconds
 
 }  // namespace
 
-X11ScriptRunner::X11ScriptRunner(Workspace& workspace, PrimarySelection& primary)
+PrimaryScriptRunner::PrimaryScriptRunner(Workspace& workspace, PrimarySelection& primary)
     : m_workspace(workspace), m_primary(primary) {}
 
-std::optional<QString> X11ScriptRunner::execute(const QString& /*source*/) {
+std::optional<QString> PrimaryScriptRunner::execute(const QString& /*source*/) {
     const auto front = m_workspace.frontmostApplication();
     return front ? m_primary.textOf(front->processId, QDeadlineTimer(readLimit)) : std::nullopt;
 }
 
-void X11ScriptRunner::launch(const QString& executable, const QStringList& arguments) {
+void PrimaryScriptRunner::launch(const QString& executable, const QStringList& arguments) {
     auto* process = new QProcess;
     QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
     QObject::connect(process, &QProcess::errorOccurred, process, &QObject::deleteLater);

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/key_codes.h"
+#include "platform/linux/key_codes.h"
 
 #include <algorithm>
 #include <array>
@@ -33,10 +33,15 @@ constexpr quint8 x11Offset = 8;
 
 }  // namespace
 
-std::optional<quint8> x11KeyCode(quint32 virtualKeyCode) {
+std::optional<quint8> evdevKeyCode(quint32 virtualKeyCode) {
     if (virtualKeyCode >= evdevCodes.size() || evdevCodes[virtualKeyCode] == none)
         return std::nullopt;
-    return static_cast<quint8>(evdevCodes[virtualKeyCode] + x11Offset);
+    return evdevCodes[virtualKeyCode];
+}
+
+std::optional<quint8> x11KeyCode(quint32 virtualKeyCode) {
+    const auto code = evdevKeyCode(virtualKeyCode);
+    return code ? std::optional(static_cast<quint8>(*code + x11Offset)) : std::nullopt;
 }
 
 std::optional<quint16> virtualKeyCode(quint32 x11KeyCode) {

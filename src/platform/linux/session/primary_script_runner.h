@@ -9,9 +9,9 @@ class Workspace;
 
 /// Browsers cannot be scripted from outside on this desktop. What the scripts ask for, the selection of the
 /// browser in front, is its PRIMARY selection.
-class X11ScriptRunner final : public ScriptRunner {
+class PrimaryScriptRunner final : public ScriptRunner {
 public:
-    X11ScriptRunner(Workspace& workspace, PrimarySelection& primary);
+    PrimaryScriptRunner(Workspace& workspace, PrimarySelection& primary);
 
     std::optional<QString> execute(const QString& source) override;
     void launch(const QString& executable, const QStringList& arguments) override;

@@ -1,0 +1,147 @@
+#include "app/wayland_desktop.h"
+
+#include <QGuiApplication>
+
+#include <utility>
+
+#include "app/x11_desktop.h"
+#include "common/debug_log.h"
+#include "platform/linux/followed_primary_selection.h"
+#include "platform/linux/portal/portal_capture.h"
+#include "platform/linux/session/desktop_capture_tools.h"
+#include "platform/linux/session/session_service.h"
+#include "platform/linux/session/unavailable_desktop.h"
+#include "platform/linux/wayland/wayland_pasteboard.h"
+#include "platform/linux/x11/selection_reader.h"
+#include "platform/linux/x11/x11_pasteboard.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// Asks nobody: PRIMARY cannot be had.
+std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
+    return std::nullopt;
+}
+
+}  // namespace
+
+WaylandDesktop::WaylandDesktop(std::unique_ptr<WaylandConnection> wayland,
+                               std::unique_ptr<X11Connection> xwayland, Clock& clock)
+    : m_wayland(std::move(wayland)),
+      m_xwayland(std::move(xwayland)),
+      m_portal(Portal::ownConnection(),
+               {QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)}, clock),
+      m_hotKeys(m_portal, {{1, u"translate-selection"_s, u"Dịch phần đang chọn"_s},
+                           {2, u"capture-screen"_s, u"Dịch một vùng màn hình"_s}}),
+      m_permissions(m_switch, [this] { return canCapture(); }) {
+    debugLog(u"Desktop: a Wayland session, X programs %1"_s.arg(m_xwayland ? u"by Xwayland"_s
+                                                                           : u"have no server"_s));
+    chooseSelections();
+    chooseCapture();
+    m_scripts = std::make_unique<PrimaryScriptRunner>(m_workspace, *m_primary);
+    m_accessibility = std::make_unique<AtspiAccessibility>(
+        m_switch, m_bus, *m_primary, AtspiAccessibility::WithoutSwitch::primarySelection);
+    if (m_xwayland)
+        m_activator = std::make_unique<X11WindowActivator>(*m_xwayland);
+    debugLog(m_keyEvents.isGranted()
+                 ? u"Desktop: synthetic keys by a virtual keyboard, which this compositor gives"_s
+                 : u"Desktop: no synthetic keys, because this compositor lets no program type"_s);
+    QObject::connect(&m_portal, &Portal::ready, &m_portal, [this] { tellOfPortal(); });
+}
+
+void WaylandDesktop::chooseSelections() {
+    debugLog(u"Desktop: the application in front by %1"_s.arg(
+        m_toplevels ? u"wlr-foreign-toplevel and accessibility"_s : u"accessibility alone"_s));
+    const auto frontMark = [this] { return m_front.mark(); };
+    if (m_dataControl) {
+        debugLog(
+            u"Desktop: clipboard and selections by %1"_s.arg(QLatin1String(m_dataControl->protocolName())));
+        m_pasteboard = std::make_unique<WaylandPasteboard>(*m_dataControl);
+        auto primary = std::make_unique<FollowedPrimarySelection>(
+            [this](QDeadlineTimer deadline) {
+                return m_dataControl->text(DataControl::Selection::primary, deadline);
+            },
+            frontMark);
+        QObject::connect(m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
+                         [followed = primary.get()](DataControl::Selection selection) {
+                             if (selection == DataControl::Selection::primary)
+                                 followed->noteChange();
+                         });
+        m_primary = std::move(primary);
+    } else if (m_xwayland) {
+        debugLog(
+            u"Desktop: clipboard and selections by Xwayland, because the compositor has no data "
+            u"control"_s);
+        m_pasteboard = std::make_unique<X11Pasteboard>(*m_xwayland);
+        auto primary = std::make_unique<FollowedPrimarySelection>(
+            [this](QDeadlineTimer deadline) {
+                return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, deadline);
+            },
+            frontMark);
+        m_primaryWatch = std::make_unique<X11SelectionWatch>(
+            *m_xwayland, XCB_ATOM_PRIMARY, [followed = primary.get()] { followed->noteChange(); });
+        m_primary = std::move(primary);
+    } else {
+        debugLog(
+            u"Desktop: the clipboard while our window has the focus, because the compositor has neither "
+            u"data control nor Xwayland"_s);
+        m_pasteboard = std::make_unique<ToolkitPasteboard>();
+        m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontMark);
+    }
+}
+
+void WaylandDesktop::chooseCapture() {
+    const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
+    if (m_wayland->versionOf("zwlr_screencopy_manager_v1") > 0 && GrimCapture::isInstalled()) {
+        debugLog(u"Desktop: screen capture by grim and slurp, which this compositor serves"_s);
+        m_capture = std::make_unique<GrimCapture>();
+    } else if (isKde && SpectacleCapture::isInstalled()) {
+        debugLog(u"Desktop: screen capture by KDE's spectacle"_s);
+        m_capture = std::make_unique<SpectacleCapture>();
+    } else {
+        debugLog(u"Desktop: screen capture by the Screenshot portal, if there is one"_s);
+        m_capture = std::make_unique<PortalCapture>(m_portal);
+        m_captureNeedsPortal = true;
+    }
+}
+
+bool WaylandDesktop::canCapture() const {
+    return !m_captureNeedsPortal || m_portal.version(QLatin1String(PortalCapture::interface)) > 0;
+}
+
+void WaylandDesktop::tellOfPortal() {
+    const uint shortcuts = m_portal.version(QLatin1String(PortalHotKeys::interface));
+    const uint screenshot = m_portal.version(QLatin1String(PortalCapture::interface));
+    debugLog(
+        u"Desktop: the portal has GlobalShortcuts %1 and Screenshot %2"_s.arg(shortcuts).arg(screenshot));
+    if (shortcuts > 0)
+        debugLog(u"Desktop: hot keys by the GlobalShortcuts portal"_s);
+    else
+        debugLog(
+            u"Desktop: no hot keys, because this session has no GlobalShortcuts portal; bind keys of the "
+            u"compositor to: gdbus call --session --dest %1 --object-path %2 --method "
+            u"%1.TranslateSelection (or .CaptureScreen)"_s.arg(QLatin1String(SessionService::name),
+                                                               QLatin1String(SessionService::path)));
+}
+
+HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
+    return {m_hotKeys,     m_workspace, *m_accessibility, *m_scripts,
+            *m_pasteboard, m_keyEvents, m_permissions,    clock};
+}
+
+Popover::WindowSystem WaylandDesktop::windowSystem() {
+    if (m_activator && QGuiApplication::platformName() == u"xcb")
+        return x11WindowSystem(*m_activator);
+    return {[] { return true; }, {}, {}, {}};
+}
+
+Desktop::SelectionReader WaylandDesktop::selectionOnceFocused() {
+    if (m_dataControl || m_xwayland)
+        return {};
+    return
+        [this](std::function<void(const QString&)> deliver) { m_focusedSelection.read(std::move(deliver)); };
+}
+
+}  // namespace tralio

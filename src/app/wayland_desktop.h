@@ -1,0 +1,61 @@
+#pragma once
+
+#include "app/desktop.h"
+#include "platform/linux/atspi/accessibility_switch.h"
+#include "platform/linux/atspi/atspi_accessibility.h"
+#include "platform/linux/portal/portal_hot_keys.h"
+#include "platform/linux/session/desktop_permissions.h"
+#include "platform/linux/session/focused_selection.h"
+#include "platform/linux/session/primary_script_runner.h"
+#include "platform/linux/wayland/data_control.h"
+#include "platform/linux/wayland/front_application.h"
+#include "platform/linux/wayland/toplevel_watch.h"
+#include "platform/linux/wayland/wayland_key_event_poster.h"
+#include "platform/linux/wayland/wayland_workspace.h"
+#include "platform/linux/x11/x11_selection_watch.h"
+#include "platform/linux/x11/x11_window_activator.h"
+
+namespace tralio {
+
+/// A Wayland session, with an X server for X programs beside it or without one.
+class WaylandDesktop final : public Desktop {
+public:
+    /// `xwayland` may be null.
+    WaylandDesktop(std::unique_ptr<WaylandConnection> wayland, std::unique_ptr<X11Connection> xwayland,
+                   Clock& clock);
+
+    HotKeyService::Platform hotKeyPlatform(Clock& clock) override;
+    Popover::WindowSystem windowSystem() override;
+    CaptureTool& captureTool() override { return *m_capture; }
+    SelectionReader selectionOnceFocused() override;
+
+private:
+    void chooseSelections();
+    void chooseCapture();
+    [[nodiscard]] bool canCapture() const;
+    void tellOfPortal();
+
+    std::unique_ptr<WaylandConnection> m_wayland;
+    std::unique_ptr<X11Connection> m_xwayland;
+    std::unique_ptr<ToplevelWatch> m_toplevels = ToplevelWatch::open(*m_wayland);
+    std::unique_ptr<DataControl> m_dataControl = DataControl::open(*m_wayland);  ///< may be null, as above
+    Portal m_portal;
+    PortalHotKeys m_hotKeys;
+    AccessibilitySwitch m_switch;
+    AtspiBus m_bus;
+    FrontApplication m_front{m_toplevels.get(), m_bus};
+    WaylandWorkspace m_workspace{m_front, m_bus};
+    std::unique_ptr<Pasteboard> m_pasteboard;
+    std::unique_ptr<PrimarySelection> m_primary;
+    std::unique_ptr<X11SelectionWatch> m_primaryWatch;
+    std::unique_ptr<CaptureTool> m_capture;
+    bool m_captureNeedsPortal = false;
+    std::unique_ptr<PrimaryScriptRunner> m_scripts;
+    std::unique_ptr<AtspiAccessibility> m_accessibility;
+    WaylandKeyEventPoster m_keyEvents{*m_wayland, m_front};
+    DesktopPermissions m_permissions;
+    std::unique_ptr<X11WindowActivator> m_activator;
+    FocusedSelection m_focusedSelection;
+};
+
+}  // namespace tralio

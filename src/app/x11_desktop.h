@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/desktop.h"
+#include "platform/linux/atspi/accessibility_switch.h"
+#include "platform/linux/atspi/atspi_accessibility.h"
+#include "platform/linux/session/desktop_permissions.h"
+#include "platform/linux/session/primary_script_runner.h"
+#include "platform/linux/session/region_picker.h"
+#include "platform/linux/x11/x11_hot_keys.h"
+#include "platform/linux/x11/x11_key_event_poster.h"
+#include "platform/linux/x11/x11_pasteboard.h"
+#include "platform/linux/x11/x11_primary_selection.h"
+#include "platform/linux/x11/x11_window_activator.h"
+#include "platform/linux/x11/x11_workspace.h"
+
+namespace tralio {
+
+/// What an X server does for the windows of the toolkit, which are X windows only on its X11 platform.
+[[nodiscard]] Popover::WindowSystem x11WindowSystem(X11WindowActivator& activator);
+
+/// A session on an X server of its own.
+class X11Desktop final : public Desktop {
+public:
+    explicit X11Desktop(std::unique_ptr<X11Connection> connection);
+
+    HotKeyService::Platform hotKeyPlatform(Clock& clock) override;
+    Popover::WindowSystem windowSystem() override { return x11WindowSystem(m_activator); }
+    CaptureTool& captureTool() override { return m_regionPicker; }
+
+private:
+    std::unique_ptr<X11Connection> m_connection;
+    X11HotKeys m_hotKeys{*m_connection};
+    X11Workspace m_workspace{*m_connection};
+    X11PrimarySelection m_primary{*m_connection};
+    PrimaryScriptRunner m_scripts{m_workspace, m_primary};
+    X11Pasteboard m_pasteboard{*m_connection};
+    X11KeyEventPoster m_keyEvents{*m_connection};
+    X11WindowActivator m_activator{*m_connection};
+    AccessibilitySwitch m_switch;
+    AtspiBus m_bus;
+    AtspiAccessibility m_accessibility{m_switch, m_bus, m_primary};
+    DesktopPermissions m_permissions{m_switch, [] { return true; }};
+    RegionPicker m_regionPicker{RegionPicker::installedProgram()};
+};
+
+}  // namespace tralio

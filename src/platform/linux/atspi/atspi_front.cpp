@@ -1,0 +1,57 @@
+#include "platform/linux/atspi/atspi_front.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+#include "platform/linux/atspi/atspi_element.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr qint64 searchLimit = 150;      // milliseconds
+constexpr qint64 applicationLimit = 30;  // of those for one application, which may hang
+
+bool hasActiveWindow(const AtspiReference& application, const AtspiQuestion& question) {
+    const auto windows = childrenOf(application, question);
+    return std::any_of(windows.begin(), windows.end(), [&](const AtspiReference& window) {
+        return statesOf(window, question).contains(AtspiState::active);
+    });
+}
+
+/// The application behind a connection of another process: we have only one thread to ask ourselves with.
+std::optional<AtspiApplication> describe(const QString& service, const AtspiQuestion& question) {
+    const auto process = question.bus.processOf(service, question.budget);
+    if (!process || *process == QCoreApplication::applicationPid())
+        return std::nullopt;
+    const AtspiReference root{service, AtspiBus::desktop().path};
+    const QVariant name =
+        question.bus.property(root, u"org.a11y.atspi.Accessible"_s, u"Name"_s, question.budget);
+    return AtspiApplication{*process, name.toString()};
+}
+
+}  // namespace
+
+std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus) {
+    if (const AtspiReference last = bus.activeWindow(); !last.isNull()) {
+        const AtspiQuestion question{bus, TimeBudget(applicationLimit)};
+        const auto application = describe(last.service, question);
+        // One that hangs is believed: what it said last stands.
+        if (application &&
+            (statesOf(last, question).contains(AtspiState::active) || question.budget.isSpent()))
+            return application;
+    }
+    const AtspiQuestion whole{bus, TimeBudget(searchLimit)};
+    for (const AtspiReference& reference : childrenOf(AtspiBus::desktop(), whole)) {
+        const AtspiQuestion question{bus,
+                                     TimeBudget(std::min<qint64>(whole.budget.left(), applicationLimit))};
+        const auto application = describe(reference.service, question);
+        if (application && hasActiveWindow(reference, question))
+            return application;
+    }
+    return std::nullopt;
+}
+
+}  // namespace tralio

@@ -1,0 +1,113 @@
+#include "platform/linux/portal/portal.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QGuiApplication>
+
+#include "common/clock.h"
+#include "common/debug_log.h"
+#include "platform/linux/portal/portal_request.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int quickAnswer = 250;    // milliseconds: of a portal that runs
+constexpr int slowAnswer = 25'000;  // of one that the call itself starts
+const QString versionProperty = u"version"_s;
+
+}  // namespace
+
+QDBusConnection Portal::ownConnection() {
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"tralio-portal"_s);
+}
+
+Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
+    : m_bus(std::move(bus)), m_interfaces(std::move(interfaces)), m_clock(clock) {
+    if (!m_bus.isConnected())
+        return;
+    auto* watcher = new QDBusServiceWatcher(QLatin1String(service), m_bus,
+                                            QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        m_versions.clear();
+        m_asked.clear();
+        Q_EMIT gone();
+    });
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &Portal::introduce);
+    introduce();
+}
+
+void Portal::introduce() {
+    // Older portals know no registry, and tell applications apart by how they were started.
+    auto registration =
+        QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
+                                       u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
+    registration << QGuiApplication::desktopFileName() << QVariantMap();
+    auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(registration), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [call] {
+        call->deleteLater();
+        if (call->isError() && call->error().type() == QDBusError::Other)
+            debugLog(u"Portal: this program is not known to the desktop: "_s + call->error().message());
+    });
+    for (const QString& interface : std::as_const(m_interfaces))
+        askVersion(interface, quickAnswer);
+}
+
+void Portal::askVersion(const QString& interface, int limit) {
+    auto get = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
+                                              u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    get << interface << versionProperty;
+    const QDBusPendingCall asked = m_bus.asyncCall(get, limit);
+    m_asked.insert(interface, asked);
+    auto* call = new QDBusPendingCallWatcher(asked, this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, interface, limit, call] {
+        call->deleteLater();
+        if (!m_asked.contains(interface))
+            return;  // the portal is gone
+        if (call->error().type() == QDBusError::NoReply && limit == quickAnswer)
+            askVersion(interface, slowAnswer);
+        else
+            takeVersion(interface, *call);
+    });
+}
+
+void Portal::takeVersion(const QString& interface, const QDBusPendingCall& call) {
+    const QDBusPendingReply<QDBusVariant> reply = call;
+    m_versions.insert(interface, reply.isValid() ? reply.value().variant().toUInt() : 0);
+    if (m_asked.remove(interface) && m_asked.isEmpty())
+        Q_EMIT ready();
+}
+
+uint Portal::awaitVersion(const QString& interface) {
+    if (const auto asked = m_asked.constFind(interface); asked != m_asked.cend()) {
+        QDBusPendingCall call = *asked;
+        call.waitForFinished();  // has a time limit of its own
+        const QDBusPendingReply<QDBusVariant> reply = call;
+        if (reply.isValid())
+            return reply.value().variant().toUInt();
+    }
+    return version(interface);
+}
+
+QString Portal::nextToken() {
+    return u"tralio%1"_s.arg(++m_lastToken);
+}
+
+void Portal::request(const QString& interface, const QString& method, const QVariantList& arguments,
+                     QVariantMap options, std::chrono::milliseconds limit, QObject* context, Done done) {
+    const QString token = nextToken();
+    options.insert(u"handle_token"_s, token);
+    auto message =
+        QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path), interface, method);
+    message.setArguments(arguments + QVariantList{options});
+    auto* request = new PortalRequest(m_bus, token, context, std::move(done));
+    request->send(message);
+    if (limit.count() > 0)
+        m_clock.after(limit, request, [request] { request->giveUp(); });
+}
+
+}  // namespace tralio

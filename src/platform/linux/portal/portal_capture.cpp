@@ -1,0 +1,62 @@
+#include "platform/linux/portal/portal_capture.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QPromise>
+#include <QUrl>
+#include <qcorofuture.h>
+
+#include <memory>
+
+#include "common/debug_log.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto timeLimit = 2min;
+constexpr qint32 taken = 0;
+constexpr qint32 notTaken = 1;
+
+/// Puts the desktop's picture where it is wanted. Desktops keep what was captured among the user's pictures,
+/// where nobody has asked for this one.
+bool take(const QUrl& picture, const QDateTime& begun, const QString& outputPath) {
+    const QString path = picture.toLocalFile();
+    if (path.isEmpty() || !QFile::exists(path))
+        return false;
+    const bool isPng = QImageReader::imageFormat(path) == "png";
+    const bool copied =
+        isPng ? QFile::copy(path, outputPath) : QImageReader(path).read().save(outputPath, "PNG");
+    if (QFileInfo(path).lastModified() >= begun)
+        QFile::remove(path);
+    return copied;
+}
+
+}  // namespace
+
+QCoro::Task<qint32> PortalCapture::run(QString outputPath) {
+    const QDateTime begun = QDateTime::currentDateTime().addSecs(-1);  // file systems round
+    const auto promise = std::make_shared<QPromise<PortalAnswer>>();
+    promise->start();
+    const QVariantMap options{{u"interactive"_s, true}};
+    const QVariantList arguments{QString()};
+    m_portal.request(QLatin1String(interface), u"Screenshot"_s, arguments, options, timeLimit, &m_portal,
+                     [promise](const PortalAnswer& given) {
+                         promise->addResult(given);
+                         promise->finish();
+                     });
+    const PortalAnswer answer = co_await promise->future();
+    if (answer.outcome == PortalOutcome::silent)
+        debugLog(u"PortalCapture: no answer from the desktop, which counts as a cancel"_s);
+    if (answer.outcome == PortalOutcome::failed)
+        debugLog(u"PortalCapture: refused by the desktop "_s + answer.error);
+    if (answer.outcome != PortalOutcome::granted)
+        co_return notTaken;
+    co_return take(answer.results.value(u"uri"_s).toUrl(), begun, outputPath) ? taken : notTaken;
+}
+
+}  // namespace tralio

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "ocr/capture_tool.h"
+#include "platform/linux/portal/portal.h"
+
+namespace tralio {
+
+/// The capture tool as the desktop's own dialog, through the Screenshot portal.
+class PortalCapture final : public CaptureTool {
+public:
+    static constexpr auto interface = "org.freedesktop.portal.Screenshot";
+
+    explicit PortalCapture(Portal& portal) : m_portal(portal) {}
+
+    /// A desktop that has not answered after two minutes has cancelled.
+    [[nodiscard]] QCoro::Task<qint32> run(QString outputPath) override;
+
+private:
+    Portal& m_portal;
+};
+
+}  // namespace tralio

@@ -1,0 +1,224 @@
+#include "platform/linux/portal/portal_hot_keys.h"
+
+#include <QDBusMessage>
+#include <QDBusMetaType>
+
+#include <algorithm>
+#include <utility>
+
+#include "common/debug_log.h"
+#include "platform/linux/hot_key_rules.h"
+#include "platform/linux/portal/portal_shortcut.h"
+#include "platform/linux/portal/shortcut_trigger.h"
+#include "platform/linux/session/activation_token.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto answerLimit = 5s;
+/// For what the user may have to confirm.
+constexpr std::chrono::milliseconds noLimit = 0ms;
+
+const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
+
+QList<PortalShortcut> shortcutsIn(const PortalAnswer& answer) {
+    return qdbus_cast<QList<PortalShortcut>>(answer.results.value(u"shortcuts"_s));
+}
+
+QString whatHappened(const PortalAnswer& answer) {
+    switch (answer.outcome) {
+        case PortalOutcome::granted:
+            return u"granted"_s;
+        case PortalOutcome::cancelled:
+            return u"cancelled by the user"_s;
+        case PortalOutcome::silent:
+            return u"no answer"_s;
+        case PortalOutcome::failed:
+            break;
+    }
+    return answer.error.isEmpty() ? u"refused"_s : u"refused: "_s + answer.error;
+}
+
+}  // namespace
+
+PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes)
+    : m_portal(portal), m_purposes(std::move(purposes)) {
+    qDBusRegisterMetaType<PortalShortcut>();
+    qDBusRegisterMetaType<QList<PortalShortcut>>();
+    // Not at a path: some backends send it from the portal's, some from the session's.
+    m_portal.bus().connect(QLatin1String(Portal::service), QString(), QLatin1String(interface),
+                           u"Activated"_s, this,
+                           SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
+    connect(&m_portal, &Portal::ready, this, [this] {
+        m_mayReopen = true;
+        scheduleSession();
+    });
+    connect(&m_portal, &Portal::gone, this, [this] {
+        ++m_generation;
+        m_session.clear();
+    });
+}
+
+PortalHotKeys::~PortalHotKeys() {
+    endSession();
+}
+
+EventHandlerRef PortalHotKeys::installEventHandler(EventHandler handler) {
+    m_handlers.push_back(std::move(handler));
+    return EventHandlerRef{m_handlers.size()};
+}
+
+HotKeyPlatform::Registration PortalHotKeys::registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) {
+    const auto trigger = shortcutTrigger(keyCode, modifiers);
+    const auto purpose = std::find_if(m_purposes.begin(), m_purposes.end(),
+                                      [&](const Purpose& candidate) { return candidate.id == id.id; });
+    if (purpose == m_purposes.end() || !trigger || !canBeHotKey(keyCode, modifiers))
+        return {hotKeyInvalid, std::nullopt};
+    const bool ours = std::any_of(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& other) {
+        return other.trigger == *trigger && other.id != id;
+    });
+    if (ours)
+        return {hotKeyExists, std::nullopt};
+
+    // A hot key that waits for a portal has no reference by which it could have been given up.
+    std::erase_if(m_hotKeys, [&](const HotKey& other) { return other.id == id; });
+    const HotKeyRef ref{++m_lastRef};
+    // Desktops keep the key that they have for a name, whatever we wish for later: another key, another name.
+    m_hotKeys.push_back({ref, id, purpose->name + u'.' + *trigger, *trigger, purpose->description});
+    scheduleSession();
+    if (m_portal.awaitVersion(QLatin1String(interface)) == 0)
+        return {notAvailable, std::nullopt};
+    return {0, ref};
+}
+
+void PortalHotKeys::unregisterHotKey(HotKeyRef ref) {
+    if (std::erase_if(m_hotKeys, [&](const HotKey& hotKey) { return hotKey.ref == ref; }) > 0)
+        scheduleSession();
+}
+
+void PortalHotKeys::scheduleSession() {
+    if (std::exchange(m_scheduled, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_scheduled = false;
+            createSession();
+        },
+        Qt::QueuedConnection);
+}
+
+void PortalHotKeys::createSession() {
+    endSession();
+    if (m_hotKeys.empty() || m_portal.version(QLatin1String(interface)) == 0)
+        return;
+    const QString token = u"tralio%1"_s.arg(m_generation);
+    ask(u"CreateSession"_s, {}, {{u"session_handle_token"_s, token}}, answerLimit,
+        [this](const PortalAnswer& answer) {
+            m_session = answer.results.value(u"session_handle"_s).toString();
+            if (answer.outcome != PortalOutcome::granted || m_session.isEmpty()) {
+                debugLog(u"PortalHotKeys: no session for hot keys: "_s + whatHappened(answer));
+                return;
+            }
+            m_portal.bus().connect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s,
+                                   this, SLOT(sessionClosed()));
+            listShortcuts();
+        });
+}
+
+void PortalHotKeys::listShortcuts() {
+    ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
+        [this](const PortalAnswer& answer) {
+            if (hasAll(answer))
+                debugLog(u"PortalHotKeys: the desktop has the hot keys already"_s);
+            else
+                bindShortcuts();
+        });
+}
+
+bool PortalHotKeys::hasAll(const PortalAnswer& listed) const {
+    const auto shortcuts = shortcutsIn(listed);
+    return std::all_of(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) {
+        return std::any_of(shortcuts.begin(), shortcuts.end(),
+                           [&](const PortalShortcut& shortcut) { return shortcut.id == hotKey.shortcut; });
+    });
+}
+
+void PortalHotKeys::bindShortcuts() {
+    // All of them: backends take a binding for the whole list, and forget what is not in it.
+    QList<PortalShortcut> wanted;
+    for (const HotKey& hotKey : m_hotKeys) {
+        wanted.push_back(
+            {hotKey.shortcut,
+             {{u"description"_s, hotKey.description}, {u"preferred_trigger"_s, hotKey.trigger}}});
+    }
+    const QVariantList arguments{QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(wanted),
+                                 QString()};
+    ask(u"BindShortcuts"_s, arguments, {}, noLimit, [this](const PortalAnswer& answer) {
+        if (answer.outcome != PortalOutcome::granted) {
+            debugLog(u"PortalHotKeys: hot keys not bound: "_s + whatHappened(answer));
+            return;
+        }
+        const auto bound = shortcutsIn(answer);
+        for (const HotKey& hotKey : m_hotKeys) {
+            const auto found = std::find_if(bound.begin(), bound.end(), [&](const PortalShortcut& shortcut) {
+                return shortcut.id == hotKey.shortcut;
+            });
+            debugLog(u"PortalHotKeys: "_s + hotKey.shortcut +
+                     (found == bound.end()
+                          ? u": not bound by the desktop"_s
+                          : u": bound to "_s + found->properties.value(u"trigger_description"_s).toString()));
+        }
+    });
+}
+
+void PortalHotKeys::ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,
+                        std::chrono::milliseconds limit, const Portal::Done& done) {
+    m_portal.request(QLatin1String(interface), method, arguments, options, limit, this,
+                     [this, generation = m_generation, done](const PortalAnswer& answer) {
+                         if (generation == m_generation)
+                             done(answer);
+                     });
+}
+
+void PortalHotKeys::endSession() {
+    ++m_generation;
+    if (m_session.isEmpty())
+        return;
+    m_portal.bus().disconnect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s, this,
+                              SLOT(sessionClosed()));
+    m_portal.bus().send(QDBusMessage::createMethodCall(QLatin1String(Portal::service), m_session,
+                                                       sessionInterface, u"Close"_s));
+    m_session.clear();
+}
+
+void PortalHotKeys::sessionClosed() {
+    debugLog(u"PortalHotKeys: the desktop has ended the session"_s);
+    m_session.clear();
+    ++m_generation;
+    // Once more for each start of the portal: one that ends every session is not to be pestered.
+    if (std::exchange(m_mayReopen, false))
+        scheduleSession();
+}
+
+void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong timestamp,
+                              const QVariantMap& options) {
+    if (session.path() != m_session)
+        return;
+    // A restored session and a bound one may both tell of the same press.
+    if (std::exchange(m_lastPress, {shortcut, timestamp}) == std::pair(shortcut, timestamp) && timestamp != 0)
+        return;
+    const auto pressed = std::find_if(m_hotKeys.begin(), m_hotKeys.end(),
+                                      [&](const HotKey& hotKey) { return hotKey.shortcut == shortcut; });
+    if (pressed == m_hotKeys.end())
+        return;
+    giveActivationToken(options.value(u"activation_token"_s).toString());
+    const HotKeyID id = pressed->id;
+    for (const EventHandler& handler : m_handlers)
+        handler(id);
+}
+
+}  // namespace tralio

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QDBusObjectPath>
+#include <QObject>
+
+#include <vector>
+
+#include "hotkeys/hot_key_platform.h"
+#include "platform/linux/portal/portal.h"
+
+namespace tralio {
+
+/// Hot keys by the GlobalShortcuts portal, where the desktop's word counts: it may ask the user, choose
+/// another key, or refuse. A registration says only whether there is such a portal; what came of it is told
+/// in the log.
+///
+/// The portal binds once in a session's life, so that every change of a hot key makes a new session. A
+/// session ends with the portal; a new one is made when the portal is back.
+class PortalHotKeys final : public QObject, public HotKeyPlatform {
+    Q_OBJECT
+
+public:
+    static constexpr auto interface = "org.freedesktop.portal.GlobalShortcuts";
+
+    static constexpr HotKeyStatus notAvailable = -1;  ///< no such portal, or not yet
+
+    /// What the desktop shows its user of a hot key, and names it by for good.
+    struct Purpose {
+        quint32 id;  ///< as in HotKeyID
+        QString name;
+        QString description;
+    };
+
+    PortalHotKeys(Portal& portal, std::vector<Purpose> purposes);
+    ~PortalHotKeys() override;
+
+    EventHandlerRef installEventHandler(EventHandler handler) override;
+    Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override;
+    void unregisterHotKey(HotKeyRef ref) override;
+
+private Q_SLOTS:
+    void activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong timestamp,
+                   const QVariantMap& options);
+    void sessionClosed();
+
+private:
+    struct HotKey {
+        HotKeyRef ref;
+        HotKeyID id;
+        QString shortcut;  ///< the portal's id of it
+        QString trigger;
+        QString description;
+    };
+
+    /// Makes a new session in the next turn of the event loop: hot keys change together.
+    void scheduleSession();
+    void createSession();
+    void listShortcuts();
+    void bindShortcuts();
+    void endSession();
+    [[nodiscard]] bool hasAll(const PortalAnswer& listed) const;
+
+    /// Calls a method of the portal's; the answer counts only if the session is still the same then.
+    void ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,
+             std::chrono::milliseconds limit, const Portal::Done& done);
+
+    Portal& m_portal;
+    std::vector<Purpose> m_purposes;
+    std::vector<EventHandler> m_handlers;
+    std::vector<HotKey> m_hotKeys;
+    quint64 m_lastRef = 0;
+    quint64 m_generation = 0;  ///< of the session
+    bool m_scheduled = false;
+    bool m_mayReopen = false;
+    QString m_session;
+    std::pair<QString, qulonglong> m_lastPress;
+};
+
+}  // namespace tralio

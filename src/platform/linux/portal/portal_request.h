@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+
+#include "platform/linux/portal/portal.h"
+
+namespace tralio {
+
+/// One call of the portal whose answer comes as a signal of an object made for it. Deletes itself when it has
+/// called back.
+class PortalRequest final : public QObject {
+    Q_OBJECT
+
+public:
+    PortalRequest(QDBusConnection bus, const QString& token, QObject* context, Portal::Done done);
+
+    void send(const QDBusMessage& message);
+
+    /// No answer came in time.
+    void giveUp();
+
+private Q_SLOTS:
+    void respond(uint response, const QVariantMap& results);
+
+private:
+    void listenAt(const QString& path);
+    void finish(PortalAnswer answer);
+
+    QDBusConnection m_bus;
+    QString m_path;
+    Portal::Done m_done;
+    bool m_finished = false;
+};
+
+}  // namespace tralio

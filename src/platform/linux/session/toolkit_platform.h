@@ -1,0 +1,21 @@
+#pragma once
+
+namespace tralio {
+
+/// Tells the toolkit which window system to use, while the application object is made: Xwayland's in a
+/// Wayland session that has it, where a window can be put beside the tray and kept in front, and else
+/// Wayland's. What the user has chosen stands.
+///
+/// The choice is for this process: programs that it starts must not inherit it.
+class ToolkitPlatform final {
+public:
+    ToolkitPlatform();
+    ToolkitPlatform(const ToolkitPlatform&) = delete;
+    ToolkitPlatform& operator=(const ToolkitPlatform&) = delete;
+    ~ToolkitPlatform();
+
+private:
+    bool m_chosen = false;
+};
+
+}  // namespace tralio

@@ -1,0 +1,160 @@
+#include "platform/linux/wayland/data_control.h"
+
+#include <algorithm>
+#include <utility>
+#include <wayland-client-protocol.h>
+
+#include "platform/linux/wayland/data_pipe.h"
+#include "platform/linux/wayland/wayland_proxy.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Protocol = DataControlProtocol;
+
+constexpr void* newObject = nullptr;
+constexpr int syncLimit = 100;  // milliseconds
+
+/// Text types, the ones that say their encoding first.
+constexpr std::array textTypes{
+    "text/plain;charset=utf-8", "text/plain;charset=UTF-8", "UTF8_STRING", "text/plain", "TEXT", "STRING"};
+
+DataControl& self(void* data) {
+    return *static_cast<DataControl*>(data);
+}
+
+}  // namespace
+
+const Protocol::DeviceListener DataControl::deviceListener{
+    [](void* data, wl_proxy*, wl_proxy* offer) { self(data).offered(offer); },
+    [](void* data, wl_proxy*, wl_proxy* offer) { self(data).selectionChanged(Selection::clipboard, offer); },
+    [](void*, wl_proxy*) {},  // the seat is gone: nothing changes any more
+    [](void* data, wl_proxy*, wl_proxy* offer) { self(data).selectionChanged(Selection::primary, offer); },
+};
+
+const Protocol::OfferListener DataControl::offerListener{
+    [](void* data, wl_proxy* offer, const char* mimeType) {
+        self(data).m_arriving[offer] += QString::fromUtf8(mimeType);
+    },
+};
+
+const Protocol::SourceListener DataControl::sourceListener{
+    [](void* data, wl_proxy*, const char*, qint32 fd) { new DataPipeWriter(fd, self(data).m_ownText); },
+    [](void* data, wl_proxy*) { self(data).dropSource(); },
+};
+
+std::unique_ptr<DataControl> DataControl::open(WaylandConnection& connection) {
+    auto seat = connection.bind(wl_seat_interface, 1);
+    if (!seat)
+        return nullptr;
+    for (const auto family : {Protocol::Family::ext, Protocol::Family::wlr}) {
+        const Protocol& protocol = Protocol::get(family);
+        // An older compositor has the protocol without the PRIMARY selection.
+        if (auto manager = connection.bind(protocol.manager, protocol.version)) {
+            return std::unique_ptr<DataControl>(
+                new DataControl(connection, protocol, std::move(manager), std::move(seat)));
+        }
+    }
+    return nullptr;
+}
+
+DataControl::DataControl(WaylandConnection& connection, const DataControlProtocol& protocol,
+                         WaylandObject manager, WaylandObject seat)
+    : m_connection(connection),
+      m_protocol(protocol),
+      m_manager(std::move(manager)),
+      m_seat(std::move(seat)),
+      m_device(makeObject(m_manager.get(), Protocol::ManagerRequest::getDataDevice, protocol.device,
+                          newObject, m_seat.get())) {
+    addListener(m_device.get(), deviceListener, this);
+    // What is there already comes at once.
+    m_connection.sync(QDeadlineTimer(syncLimit));
+    m_initial = false;
+}
+
+DataControl::~DataControl() {
+    for (State& state : m_states)
+        drop(state.offer);
+    dropSource();
+    destroyObject(std::move(m_device), Protocol::DeviceRequest::destroy);
+}
+
+void DataControl::offered(wl_proxy* object) {
+    m_arriving.insert(object, {});
+    addListener(object, offerListener, this);
+}
+
+void DataControl::selectionChanged(Selection selection, wl_proxy* object) {
+    State& changedState = state(selection);
+    drop(changedState.offer);
+    if (object)
+        changedState.offer = Offer{WaylandObject(object), m_arriving.take(object)};
+    if (m_initial)
+        return;
+    ++changedState.changeCount;
+    Q_EMIT changed(selection);
+}
+
+void DataControl::drop(std::optional<Offer>& offer) {
+    if (offer)
+        destroyObject(std::move(offer->object), Protocol::OfferRequest::destroy);
+    offer.reset();
+}
+
+qint64 DataControl::changeCount(Selection selection) {
+    m_connection.sync(QDeadlineTimer(syncLimit));
+    return state(selection).changeCount;
+}
+
+QStringList DataControl::mimeTypes(Selection selection) {
+    m_connection.sync(QDeadlineTimer(syncLimit));
+    const auto& offer = state(selection).offer;
+    return offer ? offer->mimeTypes : QStringList();
+}
+
+std::optional<QString> DataControl::text(Selection selection, QDeadlineTimer deadline) {
+    // We could not answer ourselves while we wait.
+    if (m_source && selection == Selection::clipboard)
+        return m_ownText;
+    const QStringList offered = mimeTypes(selection);
+    const auto* type = std::find_if(textTypes.begin(), textTypes.end(), [&](const char* candidate) {
+        return offered.contains(QLatin1String(candidate));
+    });
+    if (type == textTypes.end())
+        return std::nullopt;
+    const auto bytes = content(selection, QLatin1String(*type), deadline);
+    return bytes ? std::optional(QString::fromUtf8(*bytes)) : std::nullopt;
+}
+
+std::optional<QByteArray> DataControl::content(Selection selection, const QString& mimeType,
+                                               QDeadlineTimer deadline) {
+    const auto& offer = state(selection).offer;
+    DataPipeReader pipe;
+    if (!offer || !pipe.isOpen())
+        return std::nullopt;
+    sendRequest(offer->object.get(), Protocol::OfferRequest::receive, mimeType.toUtf8().constData(),
+                pipe.writeEnd());
+    m_connection.flush();
+    pipe.closeWriteEnd();
+    return pipe.readAll(deadline);
+}
+
+void DataControl::setClipboard(const QString& text) {
+    dropSource();
+    m_ownText = text;
+    m_source =
+        makeObject(m_manager.get(), Protocol::ManagerRequest::createDataSource, m_protocol.source, newObject);
+    addListener(m_source.get(), sourceListener, this);
+    for (const char* type : textTypes)
+        sendRequest(m_source.get(), Protocol::SourceRequest::offer, type);
+    sendRequest(m_device.get(), Protocol::DeviceRequest::setSelection, m_source.get());
+    m_connection.flush();
+}
+
+void DataControl::dropSource() {
+    if (m_source)
+        destroyObject(std::move(m_source), Protocol::SourceRequest::destroy);
+}
+
+}  // namespace tralio

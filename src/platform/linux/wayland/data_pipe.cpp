@@ -1,0 +1,80 @@
+#include "platform/linux/wayland/data_pipe.h"
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+#include <utility>
+
+namespace tralio {
+namespace {
+
+constexpr qsizetype maxSize = 256 << 20;
+
+void closeOnce(int& fd) {
+    if (fd >= 0)
+        close(std::exchange(fd, -1));
+}
+
+}  // namespace
+
+DataPipeReader::DataPipeReader() {
+    std::array<int, 2> ends{-1, -1};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        return;
+    m_readEnd = ends[0];
+    m_writeEnd = ends[1];
+}
+
+DataPipeReader::~DataPipeReader() {
+    closeOnce(m_readEnd);
+    closeOnce(m_writeEnd);
+}
+
+void DataPipeReader::closeWriteEnd() {
+    closeOnce(m_writeEnd);
+}
+
+std::optional<QByteArray> DataPipeReader::readAll(QDeadlineTimer deadline) const {
+    QByteArray all;
+    std::array<char, 64 * 1024> part;
+    while (all.size() <= maxSize) {
+        pollfd readable{m_readEnd, POLLIN, 0};
+        if (poll(&readable, 1, static_cast<int>(deadline.remainingTime())) <= 0)
+            return std::nullopt;
+        const ssize_t count = read(m_readEnd, part.data(), part.size());
+        if (count == 0)
+            return all;
+        if (count < 0 && errno != EINTR)
+            return std::nullopt;
+        all.append(part.data(), std::max<ssize_t>(count, 0));
+    }
+    return std::nullopt;
+}
+
+DataPipeWriter::DataPipeWriter(int fd, const QString& text) : m_fd(fd), m_rest(text.toUtf8()) {
+    // A reader that goes away in the middle would end us by a signal.
+    std::signal(SIGPIPE, SIG_IGN);
+    fcntl(m_fd, F_SETFL, fcntl(m_fd, F_GETFL) | O_NONBLOCK);
+    auto* notifier = new QSocketNotifier(m_fd, QSocketNotifier::Write, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] { write(); });
+}
+
+DataPipeWriter::~DataPipeWriter() {
+    close(m_fd);
+}
+
+void DataPipeWriter::write() {
+    const ssize_t count = ::write(m_fd, m_rest.constData(), static_cast<size_t>(m_rest.size()));
+    if (count > 0)
+        m_rest.remove(0, count);
+    const bool failed = count < 0 && errno != EAGAIN && errno != EINTR;
+    if (failed || m_rest.isEmpty())
+        deleteLater();
+}
+
+}  // namespace tralio

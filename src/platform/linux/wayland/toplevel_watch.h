@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+
+#include "platform/linux/wayland/wayland_connection.h"
+
+namespace tralio {
+
+/// Which application's window is in front, on compositors that tell of other programs' windows by the
+/// wlr-foreign-toplevel protocol (sway, Hyprland, and others on wlroots).
+class ToplevelWatch final {
+public:
+    /// Null where the compositor does not tell.
+    [[nodiscard]] static std::unique_ptr<ToplevelWatch> open(WaylandConnection& connection);
+    ~ToplevelWatch();
+
+    /// The application id of the activated window, of an X window its class; empty while there is none.
+    [[nodiscard]] QString activeApplication() const {
+        return m_active ? m_windows.value(m_active).appId : QString();
+    }
+
+private:
+    struct Window {
+        QString appId;
+        QString arrivingAppId;
+        bool arrivingActive = false;
+    };
+
+    explicit ToplevelWatch(WaylandObject manager);
+
+    struct ManagerListener;
+    struct HandleListener;
+    static const ManagerListener managerListener;
+    static const HandleListener handleListener;
+
+    void done(wl_proxy* window);
+    void closed(wl_proxy* window);
+
+    WaylandObject m_manager;
+    QHash<wl_proxy*, Window> m_windows;
+    wl_proxy* m_active = nullptr;
+};
+
+}  // namespace tralio

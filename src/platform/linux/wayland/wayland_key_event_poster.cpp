@@ -1,0 +1,64 @@
+#include "platform/linux/wayland/wayland_key_event_poster.h"
+
+#include <algorithm>
+
+#include "platform/linux/copy_shortcut.h"
+#include "platform/linux/key_codes.h"
+#include "platform/linux/wayland/front_application.h"
+
+namespace tralio {
+namespace {
+
+constexpr quint32 commandFlag = 0x100000;
+constexpr quint32 leftControl = 29;  // evdev codes
+constexpr quint32 leftShift = 42;
+
+}  // namespace
+
+WaylandKeyEventPoster::WaylandKeyEventPoster(WaylandConnection& connection, const FrontApplication& front)
+    : m_connection(connection), m_front(front) {}
+
+bool WaylandKeyEventPoster::isGranted() const {
+    return m_connection.versionOf("zwp_virtual_keyboard_manager_v1") > 0;
+}
+
+bool WaylandKeyEventPoster::canPost() const {
+    // Without a word from the compositor of who is in front it might be a terminal.
+    return isGranted() && !m_front.applicationId().isEmpty();
+}
+
+void WaylandKeyEventPoster::post(const KeyEvent& event) {
+    if (!(event.flags & commandFlag))
+        return;
+    if (event.isKeyDown)
+        pressShortcut(event.keyCode);
+    else
+        releaseShortcut();
+}
+
+void WaylandKeyEventPoster::pressShortcut(quint16 keyCode) {
+    const auto how = copyShortcutIn(m_front.applicationId());
+    const auto key = evdevKeyCode(keyCode);
+    if (how == CopyShortcut::none || !key || !canPost())
+        return;
+    m_keyboard = VirtualKeyboard::open(m_connection);
+    if (!m_keyboard)
+        return;
+    m_pressed = {leftControl, *key};
+    if (how == CopyShortcut::controlShift)
+        m_pressed = {leftControl, leftShift, *key};
+    for (const quint32 code : m_pressed)
+        m_keyboard->setKey(code, true);
+}
+
+void WaylandKeyEventPoster::releaseShortcut() {
+    if (!m_keyboard)
+        return;
+    std::for_each(m_pressed.rbegin(), m_pressed.rend(),
+                  [this](quint32 code) { m_keyboard->setKey(code, false); });
+    m_keyboard.reset();
+}
+
+void WaylandKeyEventPoster::postToProcess(qint32 /*processId*/, const KeyEvent& /*event*/) {}
+
+}  // namespace tralio

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/linux/x11/x11_connection.h"
+
+namespace tralio {
+
+/// Counts the changes of a selection, which the server reports as new owners.
+class X11SelectionWatch final {
+public:
+    /// `changed` may be empty; it is called from the connection's event delivery.
+    X11SelectionWatch(X11Connection& connection, xcb_atom_t selection, std::function<void()> changed = {});
+
+    /// Up to now.
+    [[nodiscard]] qint64 changeCount();
+
+private:
+    X11Connection& m_connection;
+    qint64 m_changeCount = 0;
+};
+
+}  // namespace tralio

@@ -1,0 +1,241 @@
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/hot_key_rules.h"
+#include "platform/linux/portal/portal_capture.h"
+#include "platform/linux/portal/portal_hot_keys.h"
+#include "session/scripted_desktop_portal.h"
+#include "support/event_loop.h"
+#include "support/fake_clock.h"
+#include "support/print_to.h"
+#include "support/private_bus.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+constexpr quint32 keyS = 1;
+constexpr quint32 keyD = 2;
+constexpr quint32 keyT = 17;
+constexpr quint32 commandShift = 768;
+constexpr HotKeyID text{1, 1};
+constexpr HotKeyID capture{1, 2};
+
+class PortalTest : public testing::Test {
+protected:
+    void startPortal(const std::function<void(ScriptedDesktopPortal&)>& script = {}) {
+        desktop.emplace(bus.connect());
+        if (script)
+            script(*desktop);
+    }
+    void startProgram() {
+        QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
+        portal.emplace(
+            bus.connect(),
+            QStringList{QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)},
+            clock);
+        hotKeys.emplace(*portal, std::vector<PortalHotKeys::Purpose>{{1, u"translate-selection"_s, u"Dịch"_s},
+                                                                     {2, u"capture-screen"_s, u"Chụp"_s}});
+        hotKeys->installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
+    }
+    [[nodiscard]] bool isReady() {
+        return eventually([&] { return portal->version(QLatin1String(PortalCapture::interface)) == 2; });
+    }
+    /// Both hot keys, with the portal's answers to come.
+    void registerBoth() {
+        textKey = hotKeys->registerHotKey(keyD, commandShift, text);
+        hotKeys->registerHotKey(keyS, commandShift, capture);
+    }
+    [[nodiscard]] bool isBound(qsizetype count = 2) {
+        return eventually([&] { return desktop->bound.size() == count; });
+    }
+    [[nodiscard]] QStringList boundIds() const {
+        QStringList ids;
+        for (const PortalShortcut& shortcut : desktop->bound)
+            ids += shortcut.id;
+        return ids;
+    }
+
+    PrivateBus bus;
+    FakeClock clock;
+    std::optional<ScriptedDesktopPortal> desktop;
+    std::optional<Portal> portal;
+    std::optional<PortalHotKeys> hotKeys;
+    HotKeyPlatform::Registration textKey;
+    std::vector<quint32> pressed;
+};
+
+TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
+    startPortal([](auto& told) { told.requiresApplicationId = true; });
+    startProgram();
+    ASSERT_TRUE(isReady());
+    registerBoth();
+    EXPECT_EQ(textKey.status, 0);
+    ASSERT_TRUE(isBound());
+    EXPECT_EQ(desktop->applicationId, u"org.tralio.Tralio");
+    EXPECT_EQ(desktop->calls.first(), u"Register");
+    EXPECT_THAT(boundIds(),
+                ElementsAre(u"translate-selection.LOGO+SHIFT+d"_s, u"capture-screen.LOGO+SHIFT+s"_s));
+    EXPECT_EQ(desktop->bound.first().properties.value(u"preferred_trigger"_s).toString(), u"LOGO+SHIFT+d");
+
+    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1000, {{u"activation_token"_s, u"t"_s}});
+    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1000);
+    desktop->activate(u"somebody-elses"_s, 1001);
+    desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, 1002);
+    ASSERT_TRUE(eventually([&] { return pressed.size() == 2; }));
+    EXPECT_THAT(pressed, ElementsAre(1, 2));
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "t");
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+TEST_F(PortalTest, what_the_desktop_remembers_is_not_asked_for_again) {
+    startPortal([](auto& told) {
+        told.remembered = {{u"capture-screen.LOGO+SHIFT+s"_s, {}},
+                           {u"translate-selection.LOGO+SHIFT+d"_s, {}}};
+    });
+    startProgram();
+    ASSERT_TRUE(isReady());
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"ListShortcuts"_s); }));
+    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
+    ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
+    EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
+}
+
+TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {
+    startPortal();
+    startProgram();
+    ASSERT_TRUE(isReady());
+    registerBoth();
+    ASSERT_TRUE(isBound());
+    const QString before = desktop->session;
+
+    desktop->bound.clear();
+    hotKeys->unregisterHotKey(*textKey.ref);
+    ASSERT_EQ(hotKeys->registerHotKey(keyT, commandShift, text).status, 0);
+    ASSERT_TRUE(isBound());
+    EXPECT_TRUE(desktop->calls.contains(u"Close"_s));
+    EXPECT_NE(desktop->session, before);
+    EXPECT_THAT(boundIds(), testing::UnorderedElementsAre(u"translate-selection.LOGO+SHIFT+t"_s,
+                                                          u"capture-screen.LOGO+SHIFT+s"_s));
+    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
+    desktop->activate(u"translate-selection.LOGO+SHIFT+t"_s, 2);
+    ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
+}
+
+TEST_F(PortalTest, a_silent_list_keeps_the_hot_keys_from_being_bound_for_its_time_limit_only) {
+    startPortal([](auto& told) { told.silentMethods = {u"ListShortcuts"_s}; });
+    startProgram();
+    ASSERT_TRUE(isReady());
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"ListShortcuts"_s); }));
+    EXPECT_TRUE(desktop->bound.isEmpty());
+    clock.advance(5s);
+    EXPECT_TRUE(isBound());
+}
+
+TEST_F(PortalTest, refusals_leave_the_program_without_hot_keys_and_otherwise_well) {
+    startPortal([](auto& told) {
+        told.hasRegistry = false;
+        told.requiresApplicationId = true;
+    });
+    startProgram();
+    ASSERT_TRUE(isReady());
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"CreateSession"_s); }));
+    ASSERT_TRUE(nextTurn());
+    EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
+
+    for (const quint32 nobodysKey : {52U, 127U, 4294967295U})
+        EXPECT_EQ(hotKeys->registerHotKey(nobodysKey, commandShift, text).status, hotKeyInvalid);
+    EXPECT_EQ(hotKeys->registerHotKey(keyD, 512, text).status, hotKeyInvalid);
+    EXPECT_EQ(hotKeys->registerHotKey(keyS, commandShift, text).status, hotKeyExists);
+}
+
+TEST_F(PortalTest, a_portal_that_comes_later_or_anew_gets_the_hot_keys_then) {
+    startProgram();
+    registerBoth();
+    EXPECT_EQ(textKey.status, PortalHotKeys::notAvailable);
+
+    for (int start = 0; start < 2; ++start) {
+        startPortal();
+        ASSERT_TRUE(isBound());
+        desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, 5 + start);
+        ASSERT_TRUE(eventually([&] { return pressed.size() == 1U; }));
+        pressed.clear();
+        desktop.reset();
+        ASSERT_TRUE(
+            eventually([&] { return portal->version(QLatin1String(PortalHotKeys::interface)) == 0; }));
+    }
+}
+
+TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
+    startPortal();
+    startProgram();
+    ASSERT_TRUE(isReady());
+    registerBoth();
+    ASSERT_TRUE(isBound());
+    desktop->bound.clear();
+    desktop->endSession();
+    ASSERT_TRUE(isBound());
+
+    // The next end is told before the answers to the next binding.
+    desktop->bound.clear();
+    desktop->endSession();
+    ASSERT_EQ(hotKeys->registerHotKey(keyT, commandShift, text).status, 0);
+    ASSERT_TRUE(isBound());
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
+}
+
+TEST_F(PortalTest, a_picture_of_the_desktops_is_moved_to_where_it_is_wanted) {
+    const QTemporaryDir folder;
+    const QString wanted = folder.filePath(u"wanted.png"_s);
+    startPortal([&](auto& told) {
+        told.picture = folder.filePath(u"screenshot.jpg"_s);
+        QImage(20, 10, QImage::Format_RGB32).save(told.picture);
+    });
+    startProgram();
+    ASSERT_TRUE(isReady());
+    PortalCapture tool(*portal);
+    std::optional<qint32> status;
+    tool.run(wanted).then([&](qint32 value) { status = value; });
+    ASSERT_TRUE(eventually([&] { return status.has_value(); }));
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(QImage(wanted).size(), QSize(20, 10));
+    EXPECT_FALSE(QFile::exists(desktop->picture));
+}
+
+TEST_F(PortalTest, a_capture_that_is_cancelled_refused_or_never_answered_leaves_no_file) {
+    const QTemporaryDir folder;
+    const QString wanted = folder.filePath(u"wanted.png"_s);
+    startPortal();
+    startProgram();
+    ASSERT_TRUE(isReady());
+    PortalCapture tool(*portal);
+    const auto run = [&](const std::function<void()>& meanwhile) {
+        std::optional<qint32> status;
+        tool.run(wanted).then([&](qint32 value) { status = value; });
+        meanwhile();
+        EXPECT_TRUE(eventually([&] { return status.has_value(); }));
+        EXPECT_NE(status, 0);
+        EXPECT_FALSE(QFile::exists(wanted));
+    };
+    for (const uint response : {1U, 2U}) {
+        desktop->responses.insert(u"Screenshot"_s, response);
+        run([] {});
+    }
+    desktop->silentMethods = {u"Screenshot"_s};
+    run([&] {
+        ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"Screenshot"_s) == 3; }));
+        clock.advance(2min);
+    });
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusVirtualObject>
+#include <QHash>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <optional>
+
+#include "platform/linux/portal/portal_shortcut.h"
+
+namespace tralio {
+
+/// A desktop portal that behaves as a test tells it: the shortcuts and screenshot sides of those that are
+/// about, and their bad days.
+class ScriptedDesktopPortal final : public QDBusVirtualObject {
+public:
+    /// Appears on the bus at once.
+    explicit ScriptedDesktopPortal(QDBusConnection bus);
+    ~ScriptedDesktopPortal() override;
+
+    // How it behaves. A version of zero means that the portal has no such interface; a method that is silent
+    // is taken, and never answered.
+    uint shortcutsVersion = 1;
+    uint screenshotVersion = 2;
+    bool hasRegistry = true;
+    bool requiresApplicationId = false;
+    QStringList silentMethods;
+    QHash<QString, uint> responses;    ///< by method; zero (granted) where none is given
+    QList<PortalShortcut> remembered;  ///< from an earlier run of the program
+    QStringList notBound;              ///< prefixes of shortcuts that it leaves out
+    QString picture;                   ///< what Screenshot gives
+
+    // What has happened.
+    QString applicationId;
+    QStringList calls;  ///< methods, without those for versions
+    QList<PortalShortcut> bound;
+    QString session;
+
+    /// The user presses a shortcut.
+    void activate(const QString& shortcut, qulonglong timestamp, const QVariantMap& options = {});
+    void endSession();
+
+    QString introspect(const QString& path) const override;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+private:
+    [[nodiscard]] std::optional<QVariant> version(const QString& interface) const;
+    void request(const QDBusMessage& message);
+    [[nodiscard]] QVariantMap resultsOf(const QDBusMessage& message, const QVariantMap& options);
+    void signal(const QString& path, const QString& interface, const QString& name,
+                const QVariantList& arguments);
+
+    QDBusConnection m_bus;
+};
+
+}  // namespace tralio
