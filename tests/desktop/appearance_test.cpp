@@ -2,6 +2,7 @@
 
 #include "desktop/program_run.h"
 #include "desktop/scripted_portal.h"
+#include "desktop/virtual_desktop.h"
 #include "support/print_to.h"
 
 namespace tralio {

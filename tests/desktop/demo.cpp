@@ -11,6 +11,7 @@
 #include <exception>
 
 #include "desktop/program_run.h"
+#include "desktop/virtual_desktop.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
+#include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "support/print_to.h"
 

@@ -37,7 +37,7 @@ AtspiReference findByName(const AtspiReference& object, const std::function<bool
 
 }  // namespace
 
-ProgramRun::ProgramRun(VirtualDesktop& desktop, Start start) : m_desktop(desktop) {
+ProgramRun::ProgramRun(TestSession& desktop, Start start) : m_desktop(desktop) {
     {
         SqliteKeyValueStore store(desktop.home() + u"/.local/share/tralio/tralio.sqlite"_s);
         store.setValue(u"app_setting_base_url"_s, m_standIn.baseURL());
@@ -63,7 +63,7 @@ bool ProgramRun::isPopoverInFront() const {
 
 AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
     NoPrimary primary;
-    const AtspiContext context{m_accessibility, primary, static_cast<qint32>(processId()), budget};
+    const AtspiContext context{{m_accessibility, budget}, primary, static_cast<qint32>(processId())};
     for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), context)) {
         if (m_accessibility.processOf(application.service, budget) == context.processId)
             return application;
@@ -75,7 +75,7 @@ AtspiReference ProgramRun::find(const std::function<bool(const QString&)>& isWan
                                 const TimeBudget& budget) const {
     NoPrimary primary;
     return findByName(applicationObject(budget), isWanted,
-                      {m_accessibility, primary, static_cast<qint32>(processId()), budget});
+                      {{m_accessibility, budget}, primary, static_cast<qint32>(processId())});
 }
 
 QString ProgramRun::trayIcon() const {
@@ -135,7 +135,7 @@ bool ProgramRun::click(const QString& beginning) const {
 
 QString ProgramRun::translateSelection() {
     const qsizetype before = m_standIn.requests().size();
-    m_desktop.press(u"super+shift+d"_s);
+    m_desktop.pressTextHotKey();
     const bool arrived = waitUntil([&] { return m_standIn.requests().size() > before; }, 5);
     return arrived ? m_standIn.requests().last().userText() : QString();
 }

@@ -2,7 +2,7 @@
 
 #include <QRect>
 
-#include "desktop/virtual_desktop.h"
+#include "desktop/test_session.h"
 #include "platform/linux/atspi/atspi_bus.h"
 #include "support/stand_in_model.h"
 
@@ -14,7 +14,7 @@ public:
     /// Whether this user has started the program before, and so been through its walk-through.
     enum class Start { usual, first };
 
-    explicit ProgramRun(VirtualDesktop& desktop, Start start = Start::usual);
+    explicit ProgramRun(TestSession& desktop, Start start = Start::usual);
 
     [[nodiscard]] StandInModel& standIn() { return m_standIn; }
     [[nodiscard]] qint64 processId() const { return m_process->processId(); }
@@ -46,7 +46,7 @@ private:
     [[nodiscard]] AtspiReference find(const std::function<bool(const QString&)>& isWanted,
                                       const TimeBudget& budget) const;
 
-    VirtualDesktop& m_desktop;
+    TestSession& m_desktop;
     StandInModel m_standIn;
     AtspiBus m_accessibility;
     QProcess* m_process = nullptr;

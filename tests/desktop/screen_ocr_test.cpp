@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
+#include "desktop/virtual_desktop.h"
 #include "support/print_to.h"
 
 namespace tralio {

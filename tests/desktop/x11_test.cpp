@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "desktop/virtual_desktop.h"
+#include "platform/linux/hot_key_rules.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"
@@ -34,13 +35,13 @@ TEST_F(X11, hot_keys_are_refused_while_another_program_has_them) {
     X11HotKeys others(*theirs);
     const auto taken = others.registerHotKey(keyD, commandShift, anyId);
     ASSERT_EQ(taken.status, 0);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, X11HotKeys::hotKeyExists);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, hotKeyExists);
     EXPECT_EQ(hotKeys.registerHotKey(keyD, 256, anyId).status, 0);
 
     others.unregisterHotKey(*taken.ref);
     theirs->sync();
     EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, 0);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, X11HotKeys::hotKeyExists);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, hotKeyExists);
 }
 
 TEST_F(X11, hot_keys_that_people_type_with_are_refused) {
@@ -48,10 +49,10 @@ TEST_F(X11, hot_keys_that_people_type_with_are_refused) {
     X11HotKeys hotKeys(*connection);
     constexpr quint32 shift = 512;
     for (const quint32 modifiers : {0U, shift})
-        EXPECT_EQ(hotKeys.registerHotKey(keyD, modifiers, anyId).status, X11HotKeys::hotKeyInvalid);
+        EXPECT_EQ(hotKeys.registerHotKey(keyD, modifiers, anyId).status, hotKeyInvalid);
     EXPECT_EQ(hotKeys.registerHotKey(keyF5, 0, anyId).status, 0);
     for (const quint32 noSuchKey : {52U, 127U, 128U, 4294967295U})
-        EXPECT_EQ(hotKeys.registerHotKey(noSuchKey, commandShift, anyId).status, X11HotKeys::hotKeyInvalid);
+        EXPECT_EQ(hotKeys.registerHotKey(noSuchKey, commandShift, anyId).status, hotKeyInvalid);
 }
 
 TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {

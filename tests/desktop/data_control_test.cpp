@@ -1,0 +1,96 @@
+#include "platform/linux/wayland/data_control.h"
+
+#include <QElapsedTimer>
+
+#include <csignal>
+#include <gmock/gmock.h>
+
+#include "desktop/sway_desktop.h"
+#include "platform/linux/wayland/wayland_pasteboard.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using enum DataControl::Selection;
+
+class DataControlTest : public testing::Test {
+protected:
+    /// A program that has a text to give, until it is ended.
+    QProcess& own(const QString& text, const QStringList& arguments = {}) {
+        QProcess& owner = desktop.start(u"wl-copy"_s, QStringList{u"--foreground"_s} + arguments);
+        owner.write(text.toUtf8());
+        owner.closeWriteChannel();
+        return owner;
+    }
+
+    SwayDesktop desktop{SwayDesktop::Xwayland::absent};
+    std::unique_ptr<WaylandConnection> connection = WaylandConnection::open();
+    std::unique_ptr<DataControl> dataControl = DataControl::open(*connection);
+};
+
+TEST_F(DataControlTest, every_change_counts_and_texts_of_any_length_are_read) {
+    EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(500)), std::nullopt);
+    const QString odd = u"x\u0302 🙂 \u202e\ufeff Ấ"_s;
+    qint64 last = dataControl->changeCount(clipboard);
+    for (const QString& text : {odd, odd, QString(3'000'000, u'ế')}) {
+        own(text);
+        ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(clipboard) > last; }));
+        last = dataControl->changeCount(clipboard);
+        EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(2000)), text);
+    }
+    EXPECT_EQ(dataControl->changeCount(primary), 0);
+    own(u"đã bôi đen"_s, {u"--primary"_s});
+    ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(primary) == 1; }));
+    EXPECT_EQ(dataControl->text(primary, QDeadlineTimer(500)), u"đã bôi đen");
+}
+
+TEST_F(DataControlTest, a_picture_and_a_hung_owner_have_no_text) {
+    own(u"not a text"_s, {u"--type"_s, u"image/png"_s});
+    ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(clipboard) == 1; }));
+    EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(500)), std::nullopt);
+
+    const QProcess& owner = own(u"never given"_s);
+    ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(clipboard) == 2; }));
+    kill(static_cast<pid_t>(owner.processId()), SIGSTOP);
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(200)), std::nullopt);
+    EXPECT_LT(time.elapsed(), 1000);
+    kill(static_cast<pid_t>(owner.processId()), SIGCONT);
+}
+
+TEST_F(DataControlTest, pictures_and_the_mark_of_a_password_are_seen) {
+    WaylandPasteboard pasteboard(*dataControl);
+    QImage picture(30, 20, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    const QString path = desktop.home() + u"/picture.png"_s;
+    ASSERT_TRUE(picture.save(path));
+    desktop.run(u"sh"_s, {u"-c"_s, u"wl-copy --type image/png < "_s + path});
+    ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() == 1; }));
+    EXPECT_EQ(pasteboard.image().pixelColor(15, 10), QColor(Qt::red));
+    EXPECT_EQ(pasteboard.string(), std::nullopt);
+    EXPECT_FALSE(pasteboard.isConcealed());
+
+    own(u"secret"_s, {u"--type"_s, QLatin1String(concealedMimeType)});
+    ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() == 2; }));
+    EXPECT_TRUE(pasteboard.isConcealed());
+    EXPECT_TRUE(pasteboard.image().isNull());
+}
+
+TEST_F(DataControlTest, what_we_copy_others_paste_until_they_copy_themselves) {
+    const QString text = u"của chúng ta "_s.repeated(20'000);
+    dataControl->setClipboard(text);
+    EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(500)), text);
+    QProcess& paste = desktop.start(u"wl-paste"_s, {u"-n"_s});
+    ASSERT_TRUE(waitUntil([&] { return paste.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(QString::fromUtf8(paste.readAllStandardOutput()), text);
+
+    own(u"another's"_s);
+    ASSERT_TRUE(waitUntil([&] { return !dataControl->ownsClipboard(); }));
+    EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(500)), u"another's");
+}
+
+}  // namespace
+}  // namespace tralio

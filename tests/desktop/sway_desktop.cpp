@@ -1,0 +1,166 @@
+#include "desktop/sway_desktop.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <stdexcept>
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr QSize screen(1280, 1024);
+
+constexpr quint32 leftSuper = 125;  // evdev codes
+constexpr quint32 leftShift = 42;
+constexpr quint32 keyD = 32;
+constexpr quint32 keyS = 31;
+
+constexpr QStringView configuration =
+    uR"(
+xwayland %1
+output * mode 1280x1024
+output * background #D5DBE3 solid_color
+default_border none
+focus_follows_mouse no
+bindsym Mod4+Shift+d exec gdbus call --session --dest org.tralio.Tralio --object-path /org/tralio/Tralio --method org.tralio.Tralio.TranslateSelection
+bindsym Mod4+Shift+s exec gdbus call --session --dest org.tralio.Tralio --object-path /org/tralio/Tralio --method org.tralio.Tralio.CaptureScreen
+exec echo $WAYLAND_DISPLAY $SWAYSOCK $DISPLAY > %2.new && mv %2.new %2
+)";
+
+}  // namespace
+
+SwayDesktop::SwayDesktop(Xwayland xwayland) {
+    startBus();
+    startCompositor(xwayland);
+    m_connection = WaylandConnection::open();
+    m_keyboard = m_connection ? VirtualKeyboard::open(*m_connection) : nullptr;
+    if (!m_keyboard)
+        throw std::runtime_error("the compositor gives no virtual keyboard");
+    m_pointer = std::make_unique<VirtualPointer>(*m_connection, screen);
+}
+
+void SwayDesktop::startCompositor(Xwayland xwayland) {
+    setVariable(u"WLR_BACKENDS"_s, u"headless"_s);
+    setVariable(u"WLR_RENDERER"_s, u"pixman"_s);
+    setVariable(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
+    setVariable(u"XDG_CURRENT_DESKTOP"_s, u"sway"_s);
+    const QString told = home() + u"/sway.told"_s;
+    const bool withX = xwayland == Xwayland::present;
+    const QString path =
+        write(u"sway.conf"_s, configuration.toString().arg(withX ? u"enable"_s : u"disable"_s, told));
+    start(u"sway"_s, {u"-c"_s, path});
+    if (!waitUntil([&] { return QFile::exists(told); }))
+        throw std::runtime_error("sway does not start");
+    QFile file(told);
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error("sway has told nothing");
+    const QStringList words = QString::fromUtf8(file.readAll()).trimmed().split(u' ');
+    setVariable(u"WAYLAND_DISPLAY"_s, words.value(0));
+    setVariable(u"SWAYSOCK"_s, words.value(1));
+    if (withX)
+        setVariable(u"DISPLAY"_s, words.value(2));
+    // For our own connection.
+    qputenv("WAYLAND_DISPLAY", words.value(0).toUtf8());
+    qputenv("XDG_RUNTIME_DIR", environment().value(u"XDG_RUNTIME_DIR"_s).toUtf8());
+}
+
+void SwayDesktop::pressTextHotKey() const {
+    press({leftSuper, leftShift, keyD});
+}
+
+void SwayDesktop::pressCaptureHotKey() const {
+    press({leftSuper, leftShift, keyS});
+}
+
+void SwayDesktop::press(const std::vector<quint32>& keys) const {
+    for (const quint32 key : keys)
+        m_keyboard->setKey(key, true);
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
+        m_keyboard->setKey(*key, false);
+}
+
+void SwayDesktop::click(const QPoint& place) {
+    m_pointer->move(place);
+    m_pointer->setButton(true);
+    m_pointer->setButton(false);
+}
+
+void SwayDesktop::drag(const QPoint& from, const QPoint& to) {
+    m_pointer->move(from);
+    m_pointer->setButton(true);
+    m_pointer->move((from + to) / 2);
+    m_pointer->move(to);
+    m_pointer->setButton(false);
+}
+
+QList<QJsonObject> SwayDesktop::windows() const {
+    QList<QJsonObject> found;
+    const auto tree = QJsonDocument::fromJson(run(u"swaymsg"_s, {u"-t"_s, u"get_tree"_s}).toUtf8());
+    QList<QJsonObject> waiting{tree.object()};
+    while (!waiting.isEmpty()) {
+        const QJsonObject node = waiting.takeFirst();
+        if (node.contains(QLatin1String("pid")))
+            found += node;
+        for (const auto& children :
+             {node.value(QLatin1String("nodes")), node.value(QLatin1String("floating_nodes"))}) {
+            for (const auto& child : children.toArray())
+                waiting += child.toObject();
+        }
+    }
+    return found;
+}
+
+bool SwayDesktop::bringToFront(const QString& applicationId) const {
+    return waitUntil([&] {
+        for (const QJsonObject& window : windows()) {
+            if (window.value(QLatin1String("app_id")).toString() != applicationId)
+                continue;
+            if (window.value(QLatin1String("focused")).toBool())
+                return true;
+            run(u"swaymsg"_s, {u"[app_id=\"%1\"] focus"_s.arg(applicationId)});
+        }
+        return false;
+    });
+}
+
+QRect SwayDesktop::windowArea(const QString& title) const {
+    for (const QJsonObject& window : windows()) {
+        const QJsonObject area = window.value(QLatin1String("rect")).toObject();
+        if (window.value(QLatin1String("name")).toString() == title)
+            return {area.value(QLatin1String("x")).toInt(), area.value(QLatin1String("y")).toInt(),
+                    area.value(QLatin1String("width")).toInt(), area.value(QLatin1String("height")).toInt()};
+    }
+    return {};
+}
+
+QString SwayDesktop::focusedWindow() const {
+    for (const QJsonObject& window : windows()) {
+        if (window.value(QLatin1String("focused")).toBool())
+            return window.value(QLatin1String("name")).toString();
+    }
+    return {};
+}
+
+bool SwayDesktop::isRunning(const QString& program) const {
+    const QByteArray session = "WAYLAND_DISPLAY=" + environment().value(u"WAYLAND_DISPLAY"_s).toUtf8();
+    const QByteArray home = "HOME=" + this->home().toUtf8();
+    for (const QString& process : run(u"pgrep"_s, {u"-x"_s, program}).split(u'\n', Qt::SkipEmptyParts)) {
+        QFile file(u"/proc/%1/environ"_s.arg(process));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArrayList variables = file.readAll().split('\0');
+        if (variables.contains(session) && variables.contains(home))
+            return true;
+    }
+    return false;
+}
+
+QImage SwayDesktop::screenshot(const QString& path) const {
+    run(u"grim"_s, {path});
+    return QImage(path);
+}
+
+}  // namespace tralio

@@ -1,0 +1,99 @@
+#include "desktop/test_session.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <stdexcept>
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+
+bool waitUntil(const std::function<bool()>& condition, int seconds) {
+    return QTest::qWaitFor(condition, seconds * 1000);
+}
+
+TestSession::TestSession() : m_environment(QProcessEnvironment::systemEnvironment()) {
+    for (const QString& name : m_environment.keys()) {
+        const bool leaks = name.startsWith(u"XDG_") || name.startsWith(u"QT_") || name.startsWith(u"GTK_") ||
+                           name == u"WAYLAND_DISPLAY" || name == u"DISPLAY" ||
+                           name.endsWith(u"_proxy", Qt::CaseInsensitive);
+        if (leaks)
+            m_environment.remove(name);
+    }
+    const QString runtime = home() + u"/runtime"_s;
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    m_environment.insert(u"HOME"_s, home());
+    m_environment.insert(u"XDG_RUNTIME_DIR"_s, runtime);
+    QDir().mkpath(home() + u"/tmp"_s);
+    m_environment.insert(u"TMPDIR"_s, home() + u"/tmp"_s);
+    m_environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+}
+
+TestSession::~TestSession() {
+    // The display, the first that was started, goes last: what draws on it may want to say good-bye.
+    while (!m_processes.empty()) {
+        QProcess& process = *m_processes.back();
+        process.terminate();
+        if (!process.waitForFinished(1000)) {
+            process.kill();
+            process.waitForFinished(1000);
+        }
+        m_processes.pop_back();
+    }
+}
+
+void TestSession::startBus() {
+    QProcess& bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s});
+    const QString address = firstLine(bus, "dbus-daemon");
+    m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+    run(u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.a11y.Bus"_s, u"--object-path"_s,
+                     u"/org/a11y/bus"_s, u"--method"_s, u"org.freedesktop.DBus.Properties.Set"_s,
+                     u"org.a11y.Status"_s, u"IsEnabled"_s, u"<true>"_s});
+}
+
+QProcess& TestSession::start(const QString& program, const QStringList& arguments) {
+    return startIn(m_environment, program, arguments);
+}
+
+QProcess& TestSession::startIn(const QProcessEnvironment& environment, const QString& program,
+                               const QStringList& arguments) {
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(environment);
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->setWorkingDirectory(home());
+    process->start(program, arguments);
+    if (!process->waitForStarted())
+        throw std::runtime_error((program + u" cannot be started"_s).toStdString());
+    m_processes.push_back(std::move(process));
+    return *m_processes.back();
+}
+
+QString TestSession::run(const QString& program, const QStringList& arguments) const {
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    process.waitForFinished(10000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+QString TestSession::write(const QString& name, const QString& content) const {
+    const QString path = home() + u'/' + name;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content.toUtf8()) < 0)
+        throw std::runtime_error("cannot write into the home folder");
+    return path;
+}
+
+QString TestSession::firstLine(QProcess& process, const char* what) {
+    const bool printed = waitUntil([&] { return process.canReadLine(); });
+    if (!printed)
+        throw std::runtime_error(std::string(what) + " does not start");
+    return QString::fromUtf8(process.readLine()).trimmed();
+}
+
+}  // namespace tralio

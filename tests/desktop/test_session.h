@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tralio {
+
+/// Lets the event loop run until `condition` holds; false when `seconds` have passed without.
+[[nodiscard]] bool waitUntil(const std::function<bool()>& condition, int seconds = 15);
+
+/// A session of one test's own: a home folder, a session bus with accessibility, and the programs started in
+/// it, which it ends, by process, when it goes. One per process, since the session bus becomes the process's
+/// own.
+///
+/// Failures to start throw std::runtime_error with what is missing.
+class TestSession {
+public:
+    TestSession(const TestSession&) = delete;
+    TestSession& operator=(const TestSession&) = delete;
+    virtual ~TestSession();
+
+    [[nodiscard]] QString home() const { return m_home.path(); }
+    [[nodiscard]] const QProcessEnvironment& environment() const { return m_environment; }
+
+    /// Sets a variable of the environment of what is started from now on.
+    void setVariable(const QString& name, const QString& value) { m_environment.insert(name, value); }
+
+    /// Starts a program in this session.
+    QProcess& start(const QString& program, const QStringList& arguments = {});
+    QProcess& startIn(const QProcessEnvironment& environment, const QString& program,
+                      const QStringList& arguments = {});
+
+    /// Runs a program in this session to its end and gives its output.
+    QString run(const QString& program, const QStringList& arguments) const;
+
+    /// Writes a file into the home folder, whose path it gives.
+    QString write(const QString& name, const QString& content) const;
+
+    /// Presses the hot key for the selected text.
+    virtual void pressTextHotKey() const = 0;
+
+protected:
+    TestSession();
+
+    void startBus();
+
+    /// What a program prints first, as soon as it has printed a line.
+    static QString firstLine(QProcess& process, const char* what);
+
+private:
+    QTemporaryDir m_home;
+    QProcessEnvironment m_environment;
+    std::vector<std::unique_ptr<QProcess>> m_processes;
+};
+
+}  // namespace tralio

@@ -1,0 +1,130 @@
+#include <csignal>
+#include <gmock/gmock.h>
+
+#include "desktop/program_run.h"
+#include "desktop/sway_desktop.h"
+#include "support/ordinary_user.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr quint32 leftControl = 29;  // evdev codes
+constexpr quint32 keyA = 30;
+constexpr quint32 escape = 1;
+
+/// Before main() makes a folder that only its maker can remove.
+const OrdinaryProcess ordinaryProcess;
+
+/// Both kinds of session: with windows of ours on Xwayland, and on Wayland itself.
+class Wayland : public testing::TestWithParam<SwayDesktop::Xwayland> {
+protected:
+    /// A text editor with everything selected.
+    void startEditor(const QString& text) {
+        desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)});
+        ASSERT_TRUE(desktop.bringToFront(u"mousepad"_s));
+    }
+    /// A terminal that shows a text, and no cursor; which no accessibility reaches.
+    void startTerminal(const QString& text) {
+        const QString path = desktop.write(u"terminal.txt"_s, text);
+        desktop.start(u"foot"_s, {u"-f"_s, u"monospace:size=20"_s, u"sh"_s, u"-c"_s,
+                                  u"stty -echo; printf '\\033[?25l'; cat %1; sleep 1000"_s.arg(path)});
+        ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
+    }
+    [[nodiscard]] QString primary() const { return desktop.run(u"wl-paste"_s, {u"-p"_s, u"-n"_s}); }
+    [[nodiscard]] bool isPopoverShown() const { return !desktop.windowArea(u"Tralio"_s).isEmpty(); }
+
+    SwayDesktop desktop{GetParam()};
+    ProgramRun program{desktop};
+};
+
+INSTANTIATE_TEST_SUITE_P(Sessions, Wayland,
+                         testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent),
+                         [](const auto& session) {
+                             return session.param == SwayDesktop::Xwayland::present ? "with_xwayland"
+                                                                                    : "without_xwayland";
+                         });
+
+TEST_P(Wayland, what_is_selected_in_an_editor_is_translated_and_the_popover_shows_it) {
+    startEditor(u"Ngôn ngữ trong trình soạn thảo"_s);
+    ASSERT_TRUE(waitUntil([&] {
+        desktop.press({leftControl, keyA});
+        return primary() == u"Ngôn ngữ trong trình soạn thảo";
+    }));
+    EXPECT_EQ(program.translateSelection(), u"Ngôn ngữ trong trình soạn thảo");
+    EXPECT_TRUE(waitUntil([&] { return isPopoverShown() && desktop.focusedWindow() == u"Tralio"; }));
+    EXPECT_TRUE(waitUntil([&] { return !program.shownTranslation().isEmpty(); }));
+    EXPECT_FALSE(desktop.screenshot(desktop.home() + u"/screen.png"_s).isNull());
+
+    desktop.press({escape});
+    EXPECT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
+}
+
+TEST_P(Wayland, a_mark_in_a_terminal_counts_while_the_terminal_is_in_front_and_never_elsewhere) {
+    startTerminal(u"Marked-in-the-terminal"_s);
+    ASSERT_TRUE(waitUntil([&] {
+        const QPoint corner = desktop.windowArea(desktop.focusedWindow()).topLeft();
+        desktop.click(corner + QPoint(40, 15));
+        desktop.click(corner + QPoint(40, 15));
+        return !primary().isEmpty();
+    }));
+    const QString marked = primary();
+    EXPECT_EQ(program.translateSelection(), marked);
+    desktop.press({escape});
+    ASSERT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
+
+    startEditor(u"Nothing is selected here"_s);
+    ASSERT_EQ(primary(), marked);
+    EXPECT_EQ(program.translateSelection(), QString());
+    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+}
+
+TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
+    startTerminal(u"Good morning everybody"_s);
+    const auto capture = [&](const std::function<void()>& act) {
+        desktop.pressCaptureHotKey();
+        ASSERT_TRUE(waitUntil([&] { return desktop.isRunning(u"slurp"_s); }));
+        // It runs a while before it has the keyboard and the pointer.
+        ASSERT_TRUE(waitUntil([&] {
+            act();
+            return !desktop.isRunning(u"slurp"_s);
+        }));
+    };
+    capture([&] { desktop.press({escape}); });
+    ASSERT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    EXPECT_TRUE(program.standIn().requests().isEmpty());
+    ASSERT_TRUE(waitUntil([&] {
+        desktop.press({escape});
+        return !isPopoverShown();
+    }));
+
+    ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
+    const QPoint corner = desktop.windowArea(desktop.focusedWindow()).topLeft();
+    capture([&] { desktop.drag(corner + QPoint(1, 1), corner + QPoint(600, 60)); });
+    ASSERT_TRUE(waitUntil([&] { return program.standIn().requests().size() == 1; }, 30));
+    EXPECT_EQ(program.standIn().requests().last().userText(), u"Good morning everybody");
+    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+}
+
+TEST_P(Wayland, a_click_on_another_window_closes_the_popover) {
+    startTerminal(u"elsewhere"_s);
+    desktop.pressTextHotKey();
+    ASSERT_TRUE(waitUntil([&] { return isPopoverShown() && desktop.focusedWindow() == u"Tralio"; }));
+    EXPECT_TRUE(waitUntil([&] {
+        desktop.click({1270, 1000});
+        return !isPopoverShown();
+    }));
+}
+
+TEST_P(Wayland, a_second_start_opens_the_popover_of_the_first_and_ends) {
+    const QProcess& second = desktop.start(QStringLiteral(TRALIO_PROGRAM));
+    EXPECT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    EXPECT_TRUE(program.isRunning());
+}
+
+}  // namespace
+}  // namespace tralio
