@@ -13,6 +13,7 @@
 #include <xcb/xtest.h>
 
 #include "desktop/program_run.h"
+#include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_connection.h"
 
 namespace {
