@@ -1,24 +1,31 @@
 #include "platform/linux/session/toolkit_platform.h"
 
-#include <QtGlobal>
+#include <QGuiApplication>
+#include <QOpenGLContext>
 
 namespace tralio {
-namespace {
-
-constexpr auto variable = "QT_QPA_PLATFORM";
-
-}  // namespace
 
 ToolkitPlatform::ToolkitPlatform() {
-    if (qEnvironmentVariableIsSet(variable) || !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+    if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
         return;
     // The second is taken when the first cannot be had.
-    m_chosen = qputenv(variable, qEnvironmentVariableIsSet("DISPLAY") ? "xcb;wayland" : "wayland;xcb");
+    choose("QT_QPA_PLATFORM", qEnvironmentVariableIsSet("DISPLAY") ? "xcb;wayland" : "wayland;xcb");
+    // GL costs 30 MB, and our windows are drawn in shared memory. The name is of no plugin, so that none is
+    // loaded.
+    choose("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
 }
 
 ToolkitPlatform::~ToolkitPlatform() {
-    if (m_chosen)
-        qunsetenv(variable);
+    // The toolkit looks for a GL integration when something first wants one; this does, in vain.
+    if (!m_chosen.isEmpty() && QGuiApplication::platformName().startsWith(u"wayland"))
+        QOpenGLContext().create();
+    for (const QByteArray& variable : m_chosen)
+        qunsetenv(variable.constData());
+}
+
+void ToolkitPlatform::choose(const char* variable, const char* value) {
+    if (!qEnvironmentVariableIsSet(variable) && qputenv(variable, value))
+        m_chosen += variable;
 }
 
 }  // namespace tralio

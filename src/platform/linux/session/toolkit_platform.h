@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QByteArrayList>
+
 namespace tralio {
 
 /// Tells the toolkit which window system to use, while the application object is made: Xwayland's in a
 /// Wayland session that has it, where a window can be put beside the tray and kept in front, and else
-/// Wayland's. What the user has chosen stands.
+/// Wayland's, without loading a GL stack for it. What the user has chosen stands.
 ///
 /// The choice is for this process: programs that it starts must not inherit it.
 class ToolkitPlatform final {
@@ -12,10 +14,13 @@ public:
     ToolkitPlatform();
     ToolkitPlatform(const ToolkitPlatform&) = delete;
     ToolkitPlatform& operator=(const ToolkitPlatform&) = delete;
+    /// To be called once the application object is there.
     ~ToolkitPlatform();
 
 private:
-    bool m_chosen = false;
+    void choose(const char* variable, const char* value);
+
+    QByteArrayList m_chosen;  ///< variables of the environment
 };
 
 }  // namespace tralio
