@@ -22,6 +22,9 @@ constexpr auto answerLimit = 5s;
 /// For what the user may have to confirm.
 constexpr std::chrono::milliseconds noLimit = 0ms;
 
+/// The same in every run: for want of an application id, KDE keeps shortcuts by it.
+const QString sessionToken = u"tralio"_s;
+
 const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
 
 QList<PortalShortcut> shortcutsIn(const PortalAnswer& answer) {
@@ -115,8 +118,7 @@ void PortalHotKeys::createSession() {
     endSession();
     if (m_hotKeys.empty() || m_portal.version(QLatin1String(interface)) == 0)
         return;
-    const QString token = u"tralio%1"_s.arg(m_generation);
-    ask(u"CreateSession"_s, {}, {{u"session_handle_token"_s, token}}, answerLimit,
+    ask(u"CreateSession"_s, {}, {{u"session_handle_token"_s, sessionToken}}, answerLimit,
         [this](const PortalAnswer& answer) {
             m_session = answer.results.value(u"session_handle"_s).toString();
             if (answer.outcome != PortalOutcome::granted || m_session.isEmpty()) {
