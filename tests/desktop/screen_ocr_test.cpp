@@ -126,7 +126,7 @@ TEST_F(ScreenOCR, the_button_in_the_window_hides_it_captures_and_translates) {
         return !pickerRuns();
     }));
     EXPECT_TRUE(waitUntil([&] { return program.shownTranslation() == u"đã dịch"_s; }, 30));
-    EXPECT_TRUE(program.isPopoverInFront());
+    EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
 }
 
 }  // namespace
