@@ -35,7 +35,7 @@ AppDelegate* AppDelegate::shared() {
     return running;
 }
 
-AppDelegate::AppDelegate(Services services) : m_services(services) {}
+AppDelegate::AppDelegate(Services services) : m_services(std::move(services)) {}
 
 AppDelegate::~AppDelegate() {
     m_services.appState.onHidePopover = nullptr;

@@ -37,7 +37,7 @@ std::optional<AtspiApplication> describe(const QString& service, const AtspiQues
 std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus) {
     if (const AtspiReference last = bus.activeWindow(); !last.isNull()) {
         const AtspiQuestion question{bus, TimeBudget(applicationLimit)};
-        const auto application = describe(last.service, question);
+        auto application = describe(last.service, question);
         // One that hangs is believed: what it said last stands.
         if (application &&
             (statesOf(last, question).contains(AtspiState::active) || question.budget.isSpent()))
@@ -47,7 +47,7 @@ std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus) {
     for (const AtspiReference& reference : childrenOf(AtspiBus::desktop(), whole)) {
         const AtspiQuestion question{bus,
                                      TimeBudget(std::min<qint64>(whole.budget.left(), applicationLimit))};
-        const auto application = describe(reference.service, question);
+        auto application = describe(reference.service, question);
         if (application && hasActiveWindow(reference, question))
             return application;
     }

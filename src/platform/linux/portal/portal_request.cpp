@@ -59,7 +59,7 @@ void PortalRequest::respond(uint response, const QVariantMap& results) {
     finish({outcome, results, {}});
 }
 
-void PortalRequest::finish(PortalAnswer answer) {
+void PortalRequest::finish(const PortalAnswer& answer) {
     if (std::exchange(m_finished, true))
         return;
     deleteLater();

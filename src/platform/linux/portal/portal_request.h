@@ -26,7 +26,7 @@ private Q_SLOTS:
 
 private:
     void listenAt(const QString& path);
-    void finish(PortalAnswer answer);
+    void finish(const PortalAnswer& answer);
 
     QDBusConnection m_bus;
     QString m_path;

@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QTimer>
+#include <QWindow>
 
 #include <utility>
 
