@@ -210,11 +210,13 @@ TEST_F(InputViewTest, the_placeholder_shows_while_there_is_nothing_to_see) {
     m_view.setPlaceholder(u"Nhập nội dung"_s);
     const QImage hinted = pictureOf(*m_view.viewport());
     EXPECT_GT(difference(bare, hinted).width(), 50);
+    EXPECT_EQ(m_view.accessibleDescription(), u"Nhập nội dung"_s);
     compose(u"."_s);
     EXPECT_LT(difference(bare, pictureOf(*m_view.viewport())).width(), 50) << "a composition takes its place";
     compose({});
     setFromOutside(u"."_s);
     EXPECT_LT(difference(bare, pictureOf(*m_view.viewport())).width(), 50);
+    EXPECT_EQ(m_view.accessibleDescription(), QString());
 }
 
 TEST_F(InputViewTest, only_the_accent_caret_is_drawn_at_every_scale) {

@@ -57,6 +57,7 @@ TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent)
     textCursor().setBlockFormat(format);
     document()->setUndoRedoEnabled(true);
 
+    connect(this, &QTextEdit::textChanged, this, &TextArea::describeAloud);
     connect(&Theme::current(), &Theme::changed, this, &TextArea::followTheme);
     followTheme();
 }
@@ -78,8 +79,13 @@ QString TextArea::text() const {
 void TextArea::setPlaceholder(const QString& placeholder, ColorRole role) {
     m_placeholder = placeholder;
     m_placeholderRole = role;
-    setAccessibleDescription(placeholder);
+    describeAloud();
     viewport()->update();
+}
+
+// Beside a text, what stands in its place would be read as if it were true.
+void TextArea::describeAloud() {
+    setAccessibleDescription(document()->isEmpty() ? m_placeholder : QString());
 }
 
 void TextArea::setScrollFrame(QWidget* frame) {

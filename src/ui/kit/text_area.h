@@ -49,6 +49,7 @@ protected:
 
 private:
     void followTheme();
+    void describeAloud();
 
     TextStyle m_style;
     OverlayScrollBar* m_scrollBar;
