@@ -1,5 +1,7 @@
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QMimeData>
 #include <QTemporaryDir>
 #include <QThreadPool>
 
@@ -148,6 +150,22 @@ TEST_F(FoundText, a_dropped_picture_is_read_and_translated_whatever_the_case_of_
     EXPECT_TRUE(panel->handleDrop({{.image = picture()}}));
     ASSERT_TRUE(settles());
     EXPECT_THAT(recognizer.images, SizeIs(2));
+}
+
+TEST_F(FoundText, a_picture_dragged_from_a_web_page_comes_as_the_bytes_of_its_file) {
+    QByteArray bytes;
+    QBuffer png(&bytes);
+    ASSERT_TRUE(picture().save(&png, "PNG"));
+    QMimeData drag;
+    drag.setUrls({QUrl(u"https://example.org/picture.png"_s)});
+    EXPECT_FALSE(mayBringItems(drag));
+    drag.setData(u"application/octet-stream"_s, bytes);
+    EXPECT_TRUE(mayBringItems(drag));
+    ASSERT_THAT(itemsIn(drag), SizeIs(1));
+    EXPECT_EQ(itemsIn(drag).first().image, picture());
+
+    drag.setData(u"application/octet-stream"_s, "no picture");
+    EXPECT_FALSE(panel->handleDrop(itemsIn(drag)));
 }
 
 TEST_F(FoundText, a_dropped_text_file_is_translated) {

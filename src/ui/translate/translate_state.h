@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QImage>
-#include <QList>
 #include <QPointer>
 #include <QStringList>
 #include <QUrl>
@@ -14,6 +12,7 @@
 #include "common/binding.h"
 #include "common/observable_object.h"
 #include "ocr/text_recognizer.h"
+#include "ui/translate/dropped_item.h"
 
 namespace tralio {
 
@@ -29,12 +28,6 @@ class TranslationHistoryStore;
 
 /// Whether a text that was found is also translated.
 enum class AutoTranslate { no, yes };
-
-/// What a drag brings: the file that it names, or the picture that it carries.
-struct DroppedItem {
-    std::optional<QUrl> fileURL = {};
-    QImage image = {};
-};
 
 /// The translate panel without its widgets: what it shows, and what happens when the user acts or the shell
 /// requests a translation. Used from the main thread.

@@ -1,7 +1,5 @@
 #include "ui/translate/translate_view.h"
 
-#include <QMimeData>
-
 #include "common/excerpt.h"
 #include "common/on_change.h"
 #include "engine/translation_tone.h"
@@ -19,6 +17,7 @@
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
 #include "ui/kit/tooltip.h"
+#include "ui/translate/dropped_item.h"
 #include "ui/translate/translate_state.h"
 
 namespace tralio {
@@ -50,21 +49,6 @@ Button* tool(const QString& icon, const QString& title, Weight weight, const QSt
     button->setWeight(weight);
     setTooltip(button, tooltip);
     return button;
-}
-
-bool canBeDropped(const QMimeData& content) {
-    return content.hasImage() || (content.hasUrls() && content.urls().first().isLocalFile());
-}
-
-QList<DroppedItem> itemsIn(const QMimeData& content) {
-    QList<DroppedItem> items;
-    for (const QUrl& url : content.urls()) {
-        if (url.isLocalFile())
-            items.push_back({.fileURL = url});
-    }
-    if (items.isEmpty() && content.hasImage())
-        items.push_back({.image = qvariant_cast<QImage>(content.imageData())});
-    return items;
 }
 
 }  // namespace
@@ -123,7 +107,7 @@ QWidget* TranslateView::inputBox() {
     m_input->setScrollFrame(m_inputBox);
     new DropTarget(
         m_inputBox,
-        {.accepts = &canBeDropped,
+        {.accepts = &mayBringItems,
          .hover = [this](bool hovering) { m_state.isDropTargeted = hovering; },
          .drop = [this](const QMimeData& content) { return m_state.handleDrop(itemsIn(content)); }});
     return filled(m_inputBox, column({.padding = {6, 6, 6, 6}}, {m_input}));

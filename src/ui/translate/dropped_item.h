@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QUrl>
+
+#include <optional>
+
+class QMimeData;
+
+namespace tralio {
+
+/// What a drag brings: the file that it names, or the picture that it carries.
+struct DroppedItem {
+    std::optional<QUrl> fileURL = {};
+    QImage image = {};
+};
+
+/// Whether a drag may bring something, as far as can be told while it hovers.
+[[nodiscard]] bool mayBringItems(const QMimeData& content);
+
+/// The files of a drag, or else its picture; a null one when that cannot be read.
+[[nodiscard]] QList<DroppedItem> itemsIn(const QMimeData& content);
+
+}  // namespace tralio
