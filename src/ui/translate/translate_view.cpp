@@ -102,6 +102,7 @@ QLayout* TranslateView::languageRow() {
 
 QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
+    m_input->setAccessibleName(u"Nội dung cần dịch"_s);
     m_input->setFixedHeight(115);
     m_inputBox = new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block);
     m_input->setScrollFrame(m_inputBox);
