@@ -4,6 +4,7 @@
 #include <QInputMethodEvent>
 #include <QMimeData>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyleHints>
 #include <QTextBlock>
 #include <QTextLayout>
@@ -45,6 +46,8 @@ bool TextEditor::refresh() {
     replaceText(text);
     m_refreshing = false;
     m_shown = text;
+    // The caret is at the end, where the user goes on writing; what came from elsewhere is read from the top.
+    verticalScrollBar()->setValue(0);
     return true;
 }
 
