@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "app/popover_placement.h"
+#include "ui/kit/theme.h"
 #include "ui/kit/window_frame.h"
 
 namespace tralio {
@@ -21,6 +22,12 @@ using namespace Qt::StringLiterals;
 constexpr qint64 sameClick = 300;  // milliseconds
 
 constexpr auto focusPoll = std::chrono::milliseconds(50);
+
+constexpr int opening = 120;  // milliseconds
+constexpr int closing = 80;
+constexpr int rise = 4;
+/// The first frame already shows something: a hot key is answered at once.
+constexpr qreal firstPresence = 0.25;
 
 QScreen* screenFor(std::optional<QRect> anchor) {
     QScreen* screen = QGuiApplication::screenAt(anchor ? anchor->center() : QCursor::pos());
@@ -39,10 +46,13 @@ Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSyste
     setAttribute(Qt::WA_QuitOnClose, false);
     m_focusWatch.setInterval(focusPoll);
     connect(&m_focusWatch, &QTimer::timeout, this, &Popover::hideUnlessActive);
+    connect(&m_motion, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& presence) { setPresence(presence.toReal()); });
+    connect(&m_motion, &QVariantAnimation::finished, this, [this] { setVisible(m_shown); });
 }
 
 bool Popover::isShown() const {
-    return isVisible() || (m_closedByDeactivation.isValid() && !m_closedByDeactivation.hasExpired(sameClick));
+    return m_shown || (m_closedByDeactivation.isValid() && !m_closedByDeactivation.hasExpired(sameClick));
 }
 
 void Popover::show(std::optional<QRect> anchor) {
@@ -59,11 +69,57 @@ void Popover::show(std::optional<QRect> anchor) {
     m_frame->setEdges(edges);
     m_closedByDeactivation.invalidate();
     m_sinceShown.start();
-    if (!isVisible()) {
+    if (!m_shown) {
+        hide();  // one that is fading out opens anew, with all that comes of it
         place(anchor);
-        QWidget::show();
+        appear(floating ? Theme::current().duration(opening) : 0);
     }
     bringToFront();
+}
+
+void Popover::appear(int motion) {
+    m_shown = true;
+    setPresence(motion == 0 ? 1 : firstPresence);
+    QWidget::show();
+    if (motion == 0)
+        return;
+    m_motion.setDuration(motion);
+    m_motion.setEasingCurve(QEasingCurve::OutQuad);
+    m_motion.setStartValue(firstPresence);
+    m_motion.setEndValue(1.0);
+    m_motion.start();
+}
+
+void Popover::disappear() {
+    if (!m_shown)
+        return;
+    m_shown = false;
+    m_motion.stop();
+    const bool floating = m_windowSystem.isCompositing && m_windowSystem.isCompositing();
+    const int motion = floating ? Theme::current().duration(closing) : 0;
+    if (motion == 0) {
+        hide();
+        return;
+    }
+    m_motion.setDuration(motion);
+    m_motion.setEasingCurve(QEasingCurve::InQuad);
+    m_motion.setStartValue(windowOpacity());
+    m_motion.setEndValue(0.0);
+    m_motion.start();
+}
+
+void Popover::setPresence(qreal presence) {
+    if (windowOpacity() != presence)  // not every window system knows of it
+        setWindowOpacity(presence);
+    if (m_shown)
+        move(m_place + QPoint(0, qRound(rise * (1 - presence))));
+}
+
+void Popover::hideEvent(QHideEvent* event) {
+    // Also when the window manager closes the window.
+    m_shown = false;
+    m_motion.stop();
+    QWidget::hideEvent(event);
 }
 
 void Popover::bringToFront() {
@@ -74,16 +130,17 @@ void Popover::bringToFront() {
 }
 
 void Popover::place(std::optional<QRect> anchor) {
+    const QRect available = screenFor(anchor)->availableGeometry();
+    m_frame->setContentHeight(popoverHeight(WindowFrame::contentSize.height(), available));
     adjustSize();
     const QMargins margins = m_frame->shadowMargins();
-    const QRect place =
-        popoverPlace(size().shrunkBy(margins), screenFor(anchor)->availableGeometry(), anchor);
-    move(place.topLeft() - QPoint(margins.left(), margins.top()));
+    const QRect place = popoverPlace(size().shrunkBy(margins), available, anchor);
+    m_place = place.topLeft() - QPoint(margins.left(), margins.top());
 }
 
 void Popover::performClose() {
     m_closedByDeactivation.invalidate();
-    hide();
+    disappear();
 }
 
 bool Popover::event(QEvent* event) {
@@ -99,7 +156,7 @@ void Popover::hideUnlessActive() {
     const bool inFront = m_windowSystem.isActive && m_windowSystem.isActive(winId());
     const bool pressed = m_windowSystem.isMousePressed && m_windowSystem.isMousePressed();
     const bool released = std::exchange(m_mouseWasPressed, pressed) && !pressed;
-    if (!isVisible() || isActiveWindow()) {
+    if (!m_shown || isActiveWindow()) {
         m_focusWatch.stop();
     } else if (pressed || justShown || inFront) {
         m_focusWatch.start();
@@ -109,7 +166,7 @@ void Popover::hideUnlessActive() {
         bringToFront();
     } else {
         m_focusWatch.stop();
-        hide();
+        disappear();
         m_closedByDeactivation.start();
     }
 }

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QTimer>
+#include <QVariantAnimation>
 #include <QWidget>
 
 #include <functional>
@@ -17,6 +18,9 @@ class WindowFrame;
 /// stays while another program takes the keyboard for a moment, as the keys of an input method or the volume
 /// do, and while the mouse is held down: a press in another window may be the beginning of a drag that ends
 /// here.
+///
+/// Where a compositor runs it fades in and out. It counts as shown, with the keyboard, from the first moment
+/// of the one motion, and as closed from the first moment of the other.
 class Popover final : public QWidget, public PopoverHost {
     Q_OBJECT
 
@@ -41,15 +45,22 @@ protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void place(std::optional<QRect> anchor);
+    void appear(int motion);
+    void disappear();
+    void setPresence(qreal presence);
     void bringToFront();
     void hideUnlessActive();
 
     std::function<QWidget*()> m_makeContent;
     WindowSystem m_windowSystem;
     WindowFrame* m_frame = nullptr;
+    bool m_shown = false;
+    QPoint m_place;
+    QVariantAnimation m_motion;
     QTimer m_focusWatch;
     bool m_mouseWasPressed = false;
     QElapsedTimer m_sinceShown;

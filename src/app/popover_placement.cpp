@@ -6,6 +6,7 @@ namespace tralio {
 namespace {
 
 constexpr int gap = 6;
+constexpr int leastHeight = 480;
 
 }  // namespace
 
@@ -25,6 +26,10 @@ QRect popoverPlace(const QSize& size, const QRect& available, std::optional<QRec
     place.moveLeft(std::max(std::min(place.left(), room.right() + 1 - size.width()), room.left()));
     place.moveTop(std::max(std::min(place.top(), room.bottom() + 1 - size.height()), room.top()));
     return place;
+}
+
+int popoverHeight(int wanted, const QRect& available) {
+    return std::clamp(available.height() - 2 * gap, leastHeight, wanted);
 }
 
 }  // namespace tralio

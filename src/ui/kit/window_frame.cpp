@@ -17,6 +17,11 @@ void WindowFrame::setContent(QWidget* content) {
     content->show();
 }
 
+void WindowFrame::setContentHeight(int height) {
+    m_contentHeight = height;
+    arrange();
+}
+
 void WindowFrame::setEdges(Edges edges) {
     m_edges = edges;
     arrange();
@@ -29,13 +34,13 @@ QMargins WindowFrame::shadowMargins() const {
 
 QRect WindowFrame::contentArea() const {
     const QMargins margins = shadowMargins();
-    return {QPoint(margins.left(), margins.top()), contentSize};
+    return {margins.left(), margins.top(), contentSize.width(), m_contentHeight};
 }
 
 void WindowFrame::arrange() {
     // Only a window with a margin is translucent: without a compositor its corners would be black.
     setAttribute(Qt::WA_TranslucentBackground, m_edges == Edges::Floating);
-    setFixedSize(contentSize.grownBy(shadowMargins()));
+    setFixedSize(contentArea().size().grownBy(shadowMargins()));
     if (m_content != nullptr) {
         m_content->setGeometry(contentArea());
     }

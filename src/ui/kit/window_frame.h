@@ -22,8 +22,10 @@ public:
 
     explicit WindowFrame(Edges edges, QWidget* parent = nullptr);
 
-    /// Takes the content over and gives it the fixed content size.
+    /// Takes the content over and gives it the content size.
     void setContent(QWidget* content);
+    /// Makes the content lower than its usual height, for a screen that is.
+    void setContentHeight(int height);
     void setEdges(Edges edges);
 
     /// Where the window is for the user. Clicks outside it are clicks beside the window.
@@ -41,6 +43,7 @@ private:
     void arrange();
 
     Edges m_edges;
+    int m_contentHeight = contentSize.height();
     QWidget* m_content = nullptr;
 };
 

@@ -14,6 +14,7 @@
 #include "ui/kit/cross_fade.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
+#include "ui/kit/scroll_panel.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
 #include "ui/kit/tab_strip.h"
@@ -167,7 +168,7 @@ QWidget* MainView::makePanel() {
             return makeSettingsPanel();
         case AppTab::author:
             m_panelState.reset();
-            return new AboutView(m_services.updates.currentVersion(), m_actions.openURL);
+            return new ScrollPanel(new AboutView(m_services.updates.currentVersion(), m_actions.openURL));
     }
     Q_UNREACHABLE();
 }

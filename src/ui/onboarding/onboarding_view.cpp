@@ -8,6 +8,7 @@
 #include "common/on_change.h"
 #include "ui/kit/button.h"
 #include "ui/kit/cross_fade.h"
+#include "ui/kit/scroll_panel.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
 #include "ui/kit/window_frame.h"
@@ -53,7 +54,6 @@ constexpr ButtonStyle finishButton{.height = 34,
 }  // namespace
 
 OnboardingView::OnboardingView(OnboardingState& state, QWidget* parent) : QWidget(parent), m_state(state) {
-    setFixedSize(WindowFrame::contentSize);
     setAccessibleName(u"Giới thiệu Tralio"_s);
     filled(this, column({}, {topBar(), new Divider, {pages(), {}, 1}, new Divider, bottomBar()}));
     onAnyChange(m_state, this, [this] { refresh(); });
@@ -94,10 +94,10 @@ QWidget* OnboardingView::pages() {
                            [this] { m_state.requestScreenCapture(); });
     m_pageArea = new QWidget;
     m_pages = new QStackedLayout(m_pageArea);  // without a parent it would show its first page as a window
-    m_pages->addWidget(step1Welcome());
-    m_pages->addWidget(step2Permissions(m_accessibility, m_screenCapture));
-    m_pages->addWidget(step3AIModel());
-    m_pages->addWidget(step4Shortcuts());
+    m_pages->addWidget(new ScrollPanel(step1Welcome()));
+    m_pages->addWidget(new ScrollPanel(step2Permissions(m_accessibility, m_screenCapture)));
+    m_pages->addWidget(new ScrollPanel(step3AIModel()));
+    m_pages->addWidget(new ScrollPanel(step4Shortcuts()));
     return m_pageArea;
 }
 
