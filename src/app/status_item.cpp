@@ -1,8 +1,8 @@
 #include "app/status_item.h"
 
+#include <QGuiApplication>
 #include <QIcon>
-
-#include <array>
+#include <QScreen>
 
 #include "ui/kit/icon.h"
 #include "ui/kit/theme.h"
@@ -19,25 +19,63 @@ QIcon trayIcon() {
     return icon;
 }
 
-}  // namespace
-
-StatusItem::StatusItem() : m_icon(trayIcon()) {
-    m_icon.setToolTip(u"Tralio"_s);
-    m_icon.show();
+/// About what an icon takes in a panel around the place of a click on it, which trays tell in pixels of the
+/// hardware. Trays that do not know the place say 0, 0.
+std::optional<QRect> iconAround(const QPoint& pixel) {
+    if (pixel.isNull())
+        return std::nullopt;
+    constexpr QPoint half(12, 12);
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const QPoint origin = screen->geometry().topLeft();  // the one point that scaling leaves in its place
+        const qreal ratio = screen->devicePixelRatio();
+        if (QRect(origin, screen->geometry().size() * ratio).contains(pixel)) {
+            const QPoint place = origin + (QPointF(pixel - origin) / ratio).toPoint();
+            return QRect(place - half, place + half);
+        }
+    }
+    return std::nullopt;
 }
 
-void StatusItem::setAction(std::function<void()> action) {
-    QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_icon,
-                     [action = std::move(action)](QSystemTrayIcon::ActivationReason reason) {
+}  // namespace
+
+StatusItem::StatusItem() : m_icon(trayIcon()), m_item(u"Tralio"_s, m_icon) {
+    QObject::connect(&m_item, &StatusNotifierItem::trayChanged, &m_item,
+                     [this](bool present) { setOnBus(present); });
+    QObject::connect(&m_item, &StatusNotifierItem::activated, &m_item, [this](const QPoint& pixel) {
+        m_clicked = iconAround(pixel);
+        activate();
+    });
+}
+
+void StatusItem::setOnBus(bool onBus) {
+    m_clicked.reset();
+    if (onBus) {
+        m_embedded.reset();
+        return;
+    }
+    if (m_embedded)
+        return;
+    m_embedded = std::make_unique<QSystemTrayIcon>(m_icon);
+    m_embedded->setToolTip(u"Tralio"_s);
+    QObject::connect(m_embedded.get(), &QSystemTrayIcon::activated, m_embedded.get(),
+                     [this](QSystemTrayIcon::ActivationReason reason) {
                          // The second of two quick clicks comes as a double click, and is a click all the
                          // same.
                          if (reason != QSystemTrayIcon::Unknown && reason != QSystemTrayIcon::MiddleClick)
-                             action();
+                             activate();
                      });
+    m_embedded->show();
+}
+
+void StatusItem::activate() const {
+    if (m_action)
+        m_action();
 }
 
 std::optional<QRect> StatusItem::frame() const {
-    const QRect geometry = m_icon.geometry();
+    if (!m_embedded)
+        return m_clicked;
+    const QRect geometry = m_embedded->geometry();
     return geometry.isEmpty() ? std::nullopt : std::optional(geometry);
 }
 

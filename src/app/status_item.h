@@ -2,20 +2,33 @@
 
 #include <QSystemTrayIcon>
 
+#include <functional>
+#include <memory>
+#include <optional>
+
 #include "app/popover_host.h"
+#include "platform/linux/session/status_notifier_item.h"
 
 namespace tralio {
 
-/// The tray item: the program's icon and name. Comes and goes with the tray.
+/// The tray item: the program's icon and name. Comes and goes with the tray: on the session bus where a tray
+/// takes items there, else as a window embedded in the tray.
 class StatusItem final : public StatusItemHost {
 public:
     StatusItem();
 
-    void setAction(std::function<void()> action) override;
+    void setAction(std::function<void()> action) override { m_action = std::move(action); }
     std::optional<QRect> frame() const override;
 
 private:
-    QSystemTrayIcon m_icon;
+    void setOnBus(bool onBus);
+    void activate() const;
+
+    QIcon m_icon;
+    StatusNotifierItem m_item;
+    std::unique_ptr<QSystemTrayIcon> m_embedded;
+    std::optional<QRect> m_clicked;
+    std::function<void()> m_action;
 };
 
 }  // namespace tralio

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusObjectPath>
+#include <QIcon>
+#include <QObject>
+#include <QPoint>
+
+#include <optional>
+
+namespace tralio {
+
+/// A picture as the protocol carries it: ARGB in network byte order.
+struct StatusNotifierPixmap {
+    int width = 0;
+    int height = 0;
+    QByteArray pixels;
+};
+using StatusNotifierPixmaps = QList<StatusNotifierPixmap>;
+
+struct StatusNotifierToolTip {
+    QString iconName;
+    StatusNotifierPixmaps icon;
+    QString title;
+    QString text;
+};
+
+/// An item in the trays that take them over the session bus (org.kde.StatusNotifierItem): there whenever such
+/// a tray is, whichever of the two comes first. The toolkit's own looks for a tray once in a process, and
+/// keeps the place of a click to itself.
+class StatusNotifierItem final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString Category READ category CONSTANT)
+    Q_PROPERTY(QString Id READ title CONSTANT)
+    Q_PROPERTY(QString Title READ title CONSTANT)
+    Q_PROPERTY(QString Status READ status CONSTANT)
+    Q_PROPERTY(int WindowId READ windowId CONSTANT)
+    Q_PROPERTY(QString IconName READ iconName CONSTANT)
+    Q_PROPERTY(tralio::StatusNotifierPixmaps IconPixmap READ iconPixmap CONSTANT)
+    Q_PROPERTY(tralio::StatusNotifierToolTip ToolTip READ toolTip CONSTANT)
+    Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT)
+    Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
+
+public:
+    StatusNotifierItem(const QString& title, const QIcon& icon,
+                       QDBusConnection bus = QDBusConnection::sessionBus());
+    ~StatusNotifierItem() override;
+
+    [[nodiscard]] QString category() const;
+    [[nodiscard]] QString title() const { return m_title; }
+    [[nodiscard]] QString status() const;
+    [[nodiscard]] int windowId() const { return 0; }
+    [[nodiscard]] QString iconName() const { return {}; }
+    [[nodiscard]] StatusNotifierPixmaps iconPixmap() const { return m_pixmaps; }
+    [[nodiscard]] StatusNotifierToolTip toolTip() const;
+    [[nodiscard]] bool itemIsMenu() const { return false; }
+    [[nodiscard]] QDBusObjectPath menu() const;
+
+public Q_SLOTS:
+    /// The tray tells where the click was, in pixels of the screen.
+    void Activate(int x, int y);
+    void ContextMenu(int x, int y);
+    void SecondaryActivate(int x, int y);
+    void Scroll(int delta, const QString& orientation);
+    /// What lets a window come to the front where windows may not do so on their own.
+    void ProvideXdgActivationToken(const QString& token);
+
+Q_SIGNALS:
+    /// Whether a tray for such items is there; the first time soon after construction, whatever the answer.
+    void trayChanged(bool present);
+    void activated(const QPoint& place);
+
+private Q_SLOTS:
+    void lookForTray();
+
+private:
+    void setTray(bool present);
+    void join();
+
+    QDBusConnection m_bus;
+    QString m_title;
+    StatusNotifierPixmaps m_pixmaps;
+    std::optional<bool> m_present;
+};
+
+}  // namespace tralio
+
+Q_DECLARE_METATYPE(tralio::StatusNotifierPixmap)
+Q_DECLARE_METATYPE(tralio::StatusNotifierPixmaps)
+Q_DECLARE_METATYPE(tralio::StatusNotifierToolTip)
