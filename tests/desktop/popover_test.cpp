@@ -38,19 +38,13 @@ TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape
 TEST(PopoverWindow, opens_at_the_tray_icon_and_closes_at_the_next_click) {
     VirtualDesktop desktop;
     ProgramRun program(desktop);
-    const auto clickIcon = [&] {
-        // The icon is the program's only window while the popover is hidden, and the tray's otherwise.
-        desktop.run(u"xdotool"_s,
-                    {u"mousemove"_s, u"--window"_s, program.trayIcon(), u"8"_s, u"8"_s, u"click"_s, u"1"_s});
-    };
-    ASSERT_TRUE(waitUntil([&] { return !program.trayIcon().isEmpty(); }));
-    clickIcon();
+    ASSERT_TRUE(program.clickTrayIcon());
     ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
     const QImage screen = desktop.screenshot(desktop.home() + u"/screen.png"_s);
     const QRect area = program.popoverArea();
     EXPECT_TRUE(screen.rect().contains(area));
     EXPECT_GT(area.bottom(), screen.height() / 2) << "the tray is at the bottom of the screen";
-    clickIcon();
+    ASSERT_TRUE(program.clickTrayIcon());
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
 }
 

@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include <stdexcept>
+#include <utility>
 
 #include "platform/linux/atspi/atspi_element.h"
 #include "state/sqlite_key_value_store.h"
@@ -21,12 +22,12 @@ public:
     }
 };
 
-/// The first object at or below `object` with a name that is wanted.
+/// The first shown object at or below `object` with a name that is wanted.
 AtspiReference findByName(const AtspiReference& object, const std::function<bool(const QString&)>& isWanted,
                           const AtspiContext& context) {
     const QVariant name =
         context.bus.property(object, u"org.a11y.atspi.Accessible"_s, u"Name"_s, context.budget);
-    if (isWanted(name.toString()))
+    if (isWanted(name.toString()) && statesOf(object, context).contains(AtspiState::showing))
         return object;
     for (const AtspiReference& child : childrenOf(object, context)) {
         if (const AtspiReference found = findByName(child, isWanted, context); !found.isNull())
@@ -58,7 +59,9 @@ bool ProgramRun::isPopoverShown() const {
 }
 
 bool ProgramRun::isPopoverInFront() const {
-    return m_desktop.run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}) == u"Tralio";
+    // Some time after it has closed the window manager still names it.
+    return isPopoverShown() &&
+           m_desktop.run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}) == u"Tralio";
 }
 
 AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
@@ -114,23 +117,53 @@ bool ProgramRun::shows(const QString& beginning) const {
     return !find([&](const QString& name) { return name.startsWith(beginning); }, budget).isNull();
 }
 
+QRect ProgramRun::areaOf(const QString& beginning) const {
+    const TimeBudget budget(answerLimit);
+    AtspiReference object = find([&](const QString& name) { return name == beginning; }, budget);
+    if (object.isNull())
+        object = find([&](const QString& name) { return name.startsWith(beginning); }, budget);
+    constexpr uint onTheScreen = 0;
+    const auto extents =
+        m_accessibility.call(object, u"org.a11y.atspi.Component"_s, u"GetExtents"_s, {onTheScreen}, budget);
+    return extents ? qdbus_cast<QRect>(extents->value(0)) : QRect();
+}
+
 bool ProgramRun::click(const QString& beginning) const {
+    const auto at = [&](const QPoint& place, const QString& button) {
+        m_desktop.run(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()), QString::number(place.y()),
+                                     u"click"_s, button});
+    };
     QRect area;
-    const bool isThere = waitUntil([&] {
-        const TimeBudget budget(answerLimit);
-        const auto object = find([&](const QString& name) { return name.startsWith(beginning); }, budget);
-        constexpr uint onTheScreen = 0;
-        const auto extents = m_accessibility.call(object, u"org.a11y.atspi.Component"_s, u"GetExtents"_s,
-                                                  {onTheScreen}, budget);
-        area = extents ? qdbus_cast<QRect>(extents->value(0)) : QRect();
-        return area.isValid();
-    });
-    if (!isThere)
+    const bool isInSight = waitUntil([&] {
+        const QRect before = std::exchange(area, areaOf(beginning));
+        constexpr int header = 52;
+        constexpr int footer = 34;
+        const QRect panel = popoverArea().adjusted(0, header, 0, -footer);
+        // What the wheel does not move is not in the panel that scrolls.
+        if (!area.isValid() || panel.contains(area.center()) || area == before)
+            return area.isValid();
+        const bool above = area.center().y() < panel.top();
+        at(panel.center(), above ? u"4"_s : u"5"_s);
         return false;
-    const QPoint middle = area.center();
-    m_desktop.run(u"xdotool"_s, {u"mousemove"_s, QString::number(middle.x()), QString::number(middle.y()),
-                                 u"click"_s, u"1"_s});
+    });
+    if (isInSight)
+        at(area.center(), u"1"_s);
+    return isInSight;
+}
+
+bool ProgramRun::clickTrayIcon() const {
+    QString icon;
+    if (!waitUntil([&] { return !(icon = trayIcon()).isEmpty(); }))
+        return false;
+    m_desktop.run(u"xdotool"_s, {u"mousemove"_s, u"--window"_s, icon, u"8"_s, u"8"_s, u"click"_s, u"1"_s});
     return true;
+}
+
+void ProgramRun::callOnBus(const QString& method, const QStringList& texts) const {
+    m_desktop.run(u"gdbus"_s, QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s,
+                                          u"--object-path"_s, u"/org/tralio/Tralio"_s, u"--method"_s,
+                                          u"org.tralio.Tralio."_s + method} +
+                                  texts);
 }
 
 QString ProgramRun::translateSelection() {

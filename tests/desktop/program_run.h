@@ -18,6 +18,7 @@ public:
 
     [[nodiscard]] StandInModel& standIn() { return m_standIn; }
     [[nodiscard]] qint64 processId() const { return m_process->processId(); }
+    [[nodiscard]] const QProcess& process() const { return *m_process; }
     [[nodiscard]] bool isRunning() const { return m_process->state() == QProcess::Running; }
 
     /// Whether the popover is on the screen.
@@ -30,11 +31,18 @@ public:
     [[nodiscard]] QRect popoverArea() const;
     /// The text of the popover's result, as a screen reader gets it.
     [[nodiscard]] QString shownTranslation() const;
-    /// Whether something in the popover has a name that begins so.
+    /// Whether something in the popover has a name that begins so, be it scrolled out of sight.
     [[nodiscard]] bool shows(const QString& beginning) const;
 
-    /// Clicks with the mouse on what has a name that begins so, once it is there; whether it came.
+    /// Clicks with the mouse on what has this name, or else a name that begins so, once it is there,
+    /// scrolling to it where it is out of sight; whether it came.
     [[nodiscard]] bool click(const QString& beginning) const;
+
+    /// Clicks on the icon in the tray, once it is there; whether it came.
+    [[nodiscard]] bool clickTrayIcon() const;
+
+    /// Calls a method of the program's object on the session bus with texts.
+    void callOnBus(const QString& method, const QStringList& texts = {}) const;
 
     /// Presses the text hot key and waits for the request that comes of it; the text that arrived at the
     /// stand-in, or a null text when none came.
@@ -43,6 +51,9 @@ public:
 private:
     /// Null until the program has joined the accessibility bus.
     [[nodiscard]] AtspiReference applicationObject(const TimeBudget& budget) const;
+    /// Where what has this name, or else one that begins so, is on the screen; not valid while it is not
+    /// shown.
+    [[nodiscard]] QRect areaOf(const QString& beginning) const;
     [[nodiscard]] AtspiReference find(const std::function<bool(const QString&)>& isWanted,
                                       const TimeBudget& budget) const;
 

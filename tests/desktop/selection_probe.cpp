@@ -2,9 +2,10 @@
 // becomes the PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user
 // would.
 //
-// With `--picture` it copies a picture of itself at once.
+// With `--picture` it copies a picture of itself at once, with `--password` its text as a keeper of passwords
+// does.
 //
-// Usage: selection-probe TEXT [--menu] [--picture]
+// Usage: selection-probe TEXT [--menu] [--picture] [--password]
 
 #include <QAction>
 #include <QApplication>
@@ -12,6 +13,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QMimeData>
 
 using namespace Qt::StringLiterals;
 
@@ -38,5 +40,11 @@ int main(int argc, char** argv) {
     window.show();
     if (arguments.contains(u"--picture"_s))
         QApplication::clipboard()->setPixmap(window.grab());
+    if (arguments.contains(u"--password"_s)) {
+        auto* password = new QMimeData;
+        password->setText(text);
+        password->setData(u"x-kde-passwordManagerHint"_s, "secret");
+        QApplication::clipboard()->setMimeData(password);
+    }
     return QApplication::exec();
 }

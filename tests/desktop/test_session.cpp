@@ -50,9 +50,13 @@ void TestSession::startBus() {
     const QString address = firstLine(bus, "dbus-daemon");
     m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
     qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+    setAccessibility(true);
+}
+
+void TestSession::setAccessibility(bool on) const {
     run(u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.a11y.Bus"_s, u"--object-path"_s,
                      u"/org/a11y/bus"_s, u"--method"_s, u"org.freedesktop.DBus.Properties.Set"_s,
-                     u"org.a11y.Status"_s, u"IsEnabled"_s, u"<true>"_s});
+                     u"org.a11y.Status"_s, u"IsEnabled"_s, on ? u"<true>"_s : u"<false>"_s});
 }
 
 QProcess& TestSession::start(const QString& program, const QStringList& arguments) {

@@ -42,6 +42,9 @@ public:
     /// Writes a file into the home folder, whose path it gives.
     QString write(const QString& name, const QString& content) const;
 
+    /// Turns the desktop's accessibility switch, which is on at the beginning.
+    void setAccessibility(bool on) const;
+
     /// Presses the hot key for the selected text.
     virtual void pressTextHotKey() const = 0;
 

@@ -60,8 +60,7 @@ TEST_F(TranslatePanelOnScreen, copied_text_is_pasted_and_translated_by_one_click
 
     desktop.setClipboard(u"newer"_s);
     ASSERT_TRUE(waitUntil([this] { return !program.isPopoverShown(); }));
-    desktop.run(u"xdotool"_s,
-                {u"mousemove"_s, u"--window"_s, program.trayIcon(), u"8"_s, u"8"_s, u"click"_s, u"1"_s});
+    ASSERT_TRUE(program.clickTrayIcon());
     EXPECT_TRUE(modelGets(u"newer"_s));
 }
 

@@ -8,8 +8,8 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-VirtualDesktop::VirtualDesktop(Tray tray) {
-    startDisplay();
+VirtualDesktop::VirtualDesktop(Tray tray, const QSize& screen) {
+    startDisplay(screen);
     startBus();
     m_windowManager = &start(u"openbox"_s, {u"--sm-disable"_s});
     const bool managed = waitUntil([this] {
@@ -24,11 +24,24 @@ VirtualDesktop::VirtualDesktop(Tray tray) {
     }
 }
 
-void VirtualDesktop::startDisplay() {
+void VirtualDesktop::startDisplay(const QSize& screen) {
     // The server picks a free display number itself and prints it.
-    QProcess& server = start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x1024x24"_s,
-                                         u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+    const QString size = u"%1x%2x24"_s.arg(screen.width()).arg(screen.height());
+    QProcess& server = start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size, u"-nolisten"_s,
+                                         u"tcp"_s, u"-noreset"_s});
     setVariable(u"DISPLAY"_s, u':' + firstLine(server, "Xvfb"));
+}
+
+QString VirtualDesktop::windowManagerName() const {
+    const QString window = run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s}).section(u'#', 1);
+    return window.isEmpty() ? QString() : run(u"xprop"_s, {u"-id"_s, window.trimmed(), u"_NET_WM_NAME"_s});
+}
+
+void VirtualDesktop::replaceWindowManager(const QString& program, const QStringList& arguments) {
+    killWindowManager();
+    m_windowManager = &start(program, arguments);
+    if (!waitUntil([&] { return windowManagerName().contains(program, Qt::CaseInsensitive); }))
+        throw std::runtime_error((program + u" does not start"_s).toStdString());
 }
 
 void VirtualDesktop::killWindowManager() {

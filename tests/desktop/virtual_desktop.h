@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QSize>
 
 #include "desktop/test_session.h"
 
@@ -15,10 +16,13 @@ class VirtualDesktop final : public TestSession {
 public:
     enum class Tray { present, absent };
 
-    explicit VirtualDesktop(Tray tray = Tray::present);
+    explicit VirtualDesktop(Tray tray = Tray::present, const QSize& screen = {1280, 1024});
 
     /// Starts a compositor, so that windows may be translucent, and gives the screen a colour.
     void startCompositor();
+
+    /// Another window manager takes the place of the one that runs; waits until it manages the windows.
+    void replaceWindowManager(const QString& program, const QStringList& arguments);
 
     /// Ends the window manager without a chance to tidy up.
     void killWindowManager();
@@ -43,7 +47,8 @@ public:
     QImage screenshot(const QString& path) const;
 
 private:
-    void startDisplay();
+    void startDisplay(const QSize& screen);
+    [[nodiscard]] QString windowManagerName() const;
 
     QProcess* m_windowManager = nullptr;
 };

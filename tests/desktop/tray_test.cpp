@@ -1,0 +1,173 @@
+#include <cmath>
+#include <gmock/gmock.h>
+
+#include "desktop/program_run.h"
+#include "desktop/virtual_desktop.h"
+#include "desktop/scripted_tray.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+using testing::AllOf;
+using testing::Each;
+using testing::Gt;
+using testing::SizeIs;
+
+/// Whether the popover hangs from `place`, in pixels of the screen, above or below it.
+testing::AssertionResult hangsFrom(const QRect& popover, const QPoint& place, int ratio) {
+    const int nearest = std::min(std::abs(popover.top() - place.y()), std::abs(popover.bottom() - place.y()));
+    if (std::abs(popover.center().x() - place.x()) <= 2 * ratio && nearest <= 30 * ratio)
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "it is at " << testing::PrintToString(popover.x()) << ", "
+                                       << popover.y() << ", " << popover.width() << " x " << popover.height();
+}
+
+TEST(TrayOnTheBus, shows_the_icon_and_opens_and_closes_the_popover_where_it_is_clicked) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::absent);
+    ScriptedTray tray;
+    tray.appear();
+    ProgramRun program(desktop);
+    ASSERT_TRUE(waitUntil([&] { return !tray.item().isEmpty(); }));
+    EXPECT_THAT(tray.pictures(), AllOf(SizeIs(3), Each(Gt(0))));
+    EXPECT_EQ(tray.toolTip(), u"Tralio"_s);
+
+    for (const QPoint& place : {QPoint(900, 1010), QPoint(400, 8)}) {
+        tray.click(place);
+        ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        EXPECT_TRUE(hangsFrom(program.popoverArea(), place, 1));
+        tray.click(place);
+        ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+    }
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    EXPECT_TRUE(hangsFrom(program.popoverArea(), {400, 8}, 1))
+        << "the hot key does not know the icon's place";
+}
+
+TEST(TrayOnTheBus, is_understood_on_a_screen_of_twice_the_resolution) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::absent, {2560, 2048});
+    desktop.setVariable(u"QT_SCALE_FACTOR"_s, u"2"_s);
+    ScriptedTray tray;
+    tray.appear();
+    ProgramRun program(desktop);
+    ASSERT_TRUE(waitUntil([&] { return !tray.item().isEmpty(); }));
+    tray.click({1800, 2020});
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    EXPECT_TRUE(hangsFrom(program.popoverArea(), {1800, 2020}, 2));
+}
+
+TEST(TrayOnTheBus, has_the_popover_on_the_monitor_of_the_click) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::absent, {2560, 1024});
+    const auto addMonitor = [&](const QString& name, const QString& geometry, const QString& output) {
+        desktop.run(u"xrandr"_s, {u"--setmonitor"_s, name, geometry, output});
+    };
+    addMonitor(u"left"_s, u"1280/340x1024/270+0+0"_s, u"screen"_s);
+    addMonitor(u"right"_s, u"1280/340x1024/270+1280+0"_s, u"none"_s);
+    ScriptedTray tray;
+    tray.appear();
+    ProgramRun program(desktop);
+    ASSERT_TRUE(waitUntil([&] { return !tray.item().isEmpty(); }));
+    for (const auto& [place, left] : {std::pair(1270, 744), std::pair(1290, 1286), std::pair(1300, 1286)}) {
+        tray.click({place, 1010});
+        ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        EXPECT_EQ(program.popoverArea().left(), left) << place;
+        tray.click({place, 1010});
+        ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+    }
+}
+
+TEST(TrayOnTheBus, gets_the_icon_again_after_a_restart_and_when_it_comes_late) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::absent);
+    ProgramRun program(desktop);
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); })) << "no tray at all";
+    ScriptedTray tray;
+    for (int start = 0; start < 3; ++start) {
+        tray.appear();
+        EXPECT_TRUE(waitUntil([&] { return !tray.item().isEmpty(); })) << "start " << start;
+        tray.vanish();
+    }
+    EXPECT_TRUE(program.isRunning());
+}
+
+TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::absent);
+    ProgramRun program(desktop);
+    for (int start = 0; start < 2; ++start) {
+        QProcess& tray = desktop.start(u"tint2"_s);
+        ASSERT_TRUE(waitUntil([&] { return !program.trayIcon().isEmpty(); })) << "start " << start;
+        ASSERT_TRUE(program.clickTrayIcon());
+        ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        ASSERT_TRUE(program.clickTrayIcon());
+        ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+        tray.kill();
+        ASSERT_TRUE(waitUntil([&] { return program.trayIcon().isEmpty(); }));
+    }
+}
+
+/// A panel at the upper edge with nothing but the items of the session bus, as a desktop has it.
+const auto panelOfItems =
+    uR"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="32"/>
+      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray"/>
+  </property>
+</channel>
+)"_s;
+
+/// The middle of what is blue in the upper `height` rows of the screen.
+std::optional<QPoint> blueIn(const QImage& screen, int height) {
+    QRect blue;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < screen.width(); ++x) {
+            const QColor pixel = screen.pixelColor(x, y);
+            if (pixel.blue() > 180 && pixel.red() < 90)
+                blue |= QRect(x, y, 1, 1);
+        }
+    }
+    return blue.isEmpty() ? std::nullopt : std::optional(blue.center());
+}
+
+TEST(TrayOnTheBus, of_a_real_panel_shows_the_icon_and_the_popover_hangs_from_it) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::absent);
+    const QString settings = u".config/xfce4/xfconf/xfce-perchannel-xml"_s;
+    desktop.run(u"mkdir"_s, {u"-p"_s, desktop.home() + u'/' + settings});
+    desktop.write(settings + u"/xfce4-panel.xml"_s, panelOfItems);
+    desktop.start(u"xfce4-panel"_s, {u"--disable-wm-check"_s});
+    ProgramRun program(desktop);
+    constexpr int panelHeight = 32;
+    std::optional<QPoint> icon;
+    ASSERT_TRUE(waitUntil([&] {
+        icon = blueIn(desktop.screenshot(desktop.home() + u"/screen.png"_s), panelHeight);
+        return icon.has_value();
+    }));
+    const auto click = [&] {
+        desktop.run(u"xdotool"_s, {u"mousemove"_s, QString::number(icon->x()), QString::number(icon->y()),
+                                   u"click"_s, u"1"_s});
+    };
+    click();
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    const QRect area = program.popoverArea();
+    EXPECT_GE(area.top(), panelHeight);
+    EXPECT_LE(area.top(), panelHeight + 20);
+    EXPECT_TRUE(area.left() <= icon->x() && icon->x() <= area.right());
+    click();
+    EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+}
+
+}  // namespace
+}  // namespace tralio
