@@ -33,6 +33,7 @@ Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
     auto* watcher = new QDBusServiceWatcher(QLatin1String(service), m_bus,
                                             QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        ++m_introduction;
         m_versions.clear();
         m_asked.clear();
         Q_EMIT gone();
@@ -42,6 +43,7 @@ Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
 }
 
 void Portal::introduce() {
+    ++m_introduction;
     // Older portals know no registry, and tell applications apart by how they were started.
     auto registration =
         QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
@@ -64,15 +66,16 @@ void Portal::askVersion(const QString& interface, int limit) {
     const QDBusPendingCall asked = m_bus.asyncCall(get, limit);
     m_asked.insert(interface, asked);
     auto* call = new QDBusPendingCallWatcher(asked, this);
-    connect(call, &QDBusPendingCallWatcher::finished, this, [this, interface, limit, call] {
-        call->deleteLater();
-        if (!m_asked.contains(interface))
-            return;  // the portal is gone
-        if (call->error().type() == QDBusError::NoReply && limit == quickAnswer)
-            askVersion(interface, slowAnswer);
-        else
-            takeVersion(interface, *call);
-    });
+    connect(call, &QDBusPendingCallWatcher::finished, this,
+            [this, interface, limit, call, introduction = m_introduction] {
+                call->deleteLater();
+                if (introduction != m_introduction)
+                    return;  // that portal is gone, or was not there yet
+                if (call->error().type() == QDBusError::NoReply && limit == quickAnswer)
+                    askVersion(interface, slowAnswer);
+                else
+                    takeVersion(interface, *call);
+            });
 }
 
 void Portal::takeVersion(const QString& interface, const QDBusPendingCall& call) {

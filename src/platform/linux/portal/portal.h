@@ -75,6 +75,8 @@ private:
     Clock& m_clock;
     QHash<QString, uint> m_versions;
     QHash<QString, QDBusPendingCall> m_asked;  ///< until answered
+    int m_introduction =
+        0;  ///< counts the portals that we came to, so that an answer is known for a late one
     uint m_lastToken = 0;
 };
 
