@@ -126,7 +126,7 @@ void PortalHotKeys::createSession() {
                 return;
             }
             m_portal.bus().connect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s,
-                                   this, SLOT(sessionClosed()));
+                                   this, SLOT(sessionClosed(QDBusMessage)));
             listShortcuts();
         });
 }
@@ -191,13 +191,16 @@ void PortalHotKeys::endSession() {
     if (m_session.isEmpty())
         return;
     m_portal.bus().disconnect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s, this,
-                              SLOT(sessionClosed()));
+                              SLOT(sessionClosed(QDBusMessage)));
     m_portal.bus().send(QDBusMessage::createMethodCall(QLatin1String(Portal::service), m_session,
                                                        sessionInterface, u"Close"_s));
     m_session.clear();
 }
 
-void PortalHotKeys::sessionClosed() {
+void PortalHotKeys::sessionClosed(const QDBusMessage& closed) {
+    // One that we have given up meanwhile may still be told of.
+    if (closed.path() != m_session)
+        return;
     debugLog(u"PortalHotKeys: the desktop has ended the session"_s);
     m_session.clear();
     ++m_generation;

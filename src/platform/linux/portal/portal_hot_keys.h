@@ -41,7 +41,7 @@ public:
 private Q_SLOTS:
     void activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong timestamp,
                    const QVariantMap& options);
-    void sessionClosed();
+    void sessionClosed(const QDBusMessage& closed);
 
 private:
     struct HotKey {
