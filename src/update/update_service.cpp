@@ -137,14 +137,15 @@ QCoro::Task<> UpdateService::install(QUrl archive) {
     const QPointer self(this);
     QString failure;
     try {
-        StagedFile file(m_host.temporaryFolder);
-        co_await download(std::move(archive), file);
+        m_archive = std::make_unique<StagedFile>(m_host.temporaryFolder);
+        co_await download(std::move(archive));
         if (!self)
             co_return;
+        const auto file = std::exchange(m_archive, nullptr);
         const QString zipPath = QDir(m_host.temporaryFolder).filePath(u"Tralio-Update.zip"_s);
         removeWhateverIsAt(zipPath);
         try {
-            file.moveTo(zipPath);
+            file->moveTo(zipPath);
         } catch (const FileError& error) {
             failInstallation(u"Lỗi khi lưu file cập nhật: "_s + error.errorDescription());
             co_return;
@@ -159,11 +160,11 @@ QCoro::Task<> UpdateService::install(QUrl archive) {
         failInstallation(u"Lỗi tải bản cập nhật: "_s + failure);
 }
 
-QCoro::Task<> UpdateService::download(QUrl archive, StagedFile& file) {
-    const auto receive = [this, &file](const QByteArray& piece, std::optional<qint64> totalSize) {
-        file.write(piece);
+QCoro::Task<> UpdateService::download(QUrl archive) {
+    const auto receive = [this](const QByteArray& piece, std::optional<qint64> totalSize) {
+        m_archive->write(piece);
         if (totalSize > 0)
-            downloadProgress = static_cast<double>(file.size()) / static_cast<double>(*totalSize);
+            downloadProgress = static_cast<double>(m_archive->size()) / static_cast<double>(*totalSize);
     };
     const std::stop_token stop = m_stop.get_token();
     co_await m_http.download(archiveRequest(archive), receive, archiveTimeout, stop);
@@ -188,6 +189,7 @@ void UpdateService::applyUpdate(const QString& zipPath) {
 }
 
 void UpdateService::failInstallation(const QString& message) {
+    m_archive.reset();
     isUpdating = false;
     statusMessage = message;
 }

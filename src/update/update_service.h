@@ -5,6 +5,7 @@
 #include <qcorotask.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <stop_token>
 
@@ -70,13 +71,16 @@ private:
     void failCheck(const QString& message, bool manual);
 
     QCoro::Task<> install(QUrl archive);
-    QCoro::Task<> download(QUrl archive, StagedFile& file);
+    QCoro::Task<> download(QUrl archive);
     void applyUpdate(const QString& zipPath);
     void failInstallation(const QString& message);
 
     HttpClient& m_http;
     Host m_host;
     std::stop_source m_stop;  ///< ends the requests of a service that goes
+    /// What has come of the archive. Not in the hands of whoever awaits the rest, and may wait for ever: when
+    /// the program ends in the middle, half an archive must not stay behind.
+    std::unique_ptr<StagedFile> m_archive;
 };
 
 }  // namespace tralio
