@@ -51,9 +51,10 @@ TEST_F(SettingsStateTest, other_keys_reach_the_focused_control_and_recording_goe
     press(&focused, keyD, Qt::KeypadModifier | Qt::GroupSwitchModifier);
     press(&focused, 58, Qt::AltModifier, Qt::Key_Alt);
     press(&focused, 55, Qt::ControlModifier | Qt::MetaModifier, Qt::Key_Super_L);
+    press(&focused, 56, Qt::AltModifier, Qt::Key_unknown);  // Alt+Shift that changes the layout
     QKeyEvent withoutPosition(QEvent::KeyPress, Qt::Key_Print, Qt::AltModifier, firstScanCode - 1, 0, 0);
     QCoreApplication::sendEvent(&focused, &withoutPosition);
-    EXPECT_EQ(focused.presses, 6);
+    EXPECT_EQ(focused.presses, 7);
     settle();
     EXPECT_EQ(panel->recordingTarget(), textSelection);
     EXPECT_EQ(settings.hotKeyDisplay(), AppSettings::defaultHotKeyDisplay);

@@ -1,6 +1,7 @@
 #include "ui/settings/key_down_monitor.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QInputMethodQueryEvent>
 #include <QKeyEvent>
 
 #include <utility>
@@ -29,6 +30,14 @@ bool isModifier(int key) {
     }
 }
 
+/// Where a keyboard has its modifiers, and Caps Lock. With Alt held, Shift may stand for a change of the
+/// layout, and then has no name that says modifier.
+bool isModifierPosition(quint16 keyCode) {
+    constexpr quint16 rightCommand = 54;
+    constexpr quint16 rightControl = 62;
+    return keyCode >= rightCommand && keyCode <= rightControl;
+}
+
 quint32 flagsOf(Qt::KeyboardModifiers modifiers) {
     return (modifiers & Qt::ControlModifier ? 0x40000U : 0) | (modifiers & Qt::AltModifier ? 0x80000U : 0) |
            (modifiers & Qt::ShiftModifier ? 0x20000U : 0) | (modifiers & Qt::MetaModifier ? 0x100000U : 0);
@@ -39,6 +48,13 @@ quint32 flagsOf(Qt::KeyboardModifiers modifiers) {
 KeyDownMonitor::KeyDownMonitor(KeyCodes keyCodes, Handler handler, QObject* parent)
     : QObject(parent), m_keyCodes(std::move(keyCodes)), m_handler(std::move(handler)) {
     QCoreApplication::instance()->installEventFilter(this);
+    QGuiApplication::inputMethod()->commit();  // what the user has begun to write
+    QGuiApplication::inputMethod()->update(Qt::ImEnabled);
+}
+
+KeyDownMonitor::~KeyDownMonitor() {
+    QCoreApplication::instance()->removeEventFilter(this);
+    QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
 
 std::optional<KeyDown> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
@@ -46,12 +62,22 @@ std::optional<KeyDown> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
         return std::nullopt;
     // A user who has moved Escape to another position means the key that closes things, wherever it is.
     const auto keyCode = event.key() == Qt::Key_Escape ? KeyDown::escape : m_keyCodes(event.nativeScanCode());
-    if (!keyCode)
+    const bool hasName = event.key() != 0 && event.key() != Qt::Key_unknown;
+    if (!keyCode || (!hasName && isModifierPosition(*keyCode)))
         return std::nullopt;
     return KeyDown{*keyCode, flagsOf(event.modifiers())};
 }
 
 bool KeyDownMonitor::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::InputMethodQuery) {
+        // An input method would take keys first: an accent, with whatever modifiers, to wait for its letter.
+        auto& query = static_cast<QInputMethodQueryEvent&>(*event);
+        if (query.queries() & Qt::ImEnabled) {
+            query.setValue(Qt::ImEnabled, false);
+            query.accept();
+            return true;
+        }
+    }
     if (event->type() == QEvent::ShortcutOverride) {
         // The toolkit asks first whether the key is a shortcut of the window: none is, for now.
         event->accept();

@@ -20,8 +20,8 @@ struct KeyDown {
 };
 
 /// For as long as it exists, sees every key that goes down in this program before shortcuts, menus and the
-/// focused control do, and may keep it from them. Modifiers on their own are no keys here, nor is what a
-/// keyboard has beside the positions that virtual key codes name.
+/// focused control do, and may keep it from them; input methods rest meanwhile. Modifiers on their own are no
+/// keys here, nor is what a keyboard has beside the positions that virtual key codes name.
 class KeyDownMonitor final : public QObject {
     Q_OBJECT
 
@@ -33,6 +33,7 @@ public:
     using Handler = std::function<bool(const KeyDown&)>;
 
     KeyDownMonitor(KeyCodes keyCodes, Handler handler, QObject* parent = nullptr);
+    ~KeyDownMonitor() override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
