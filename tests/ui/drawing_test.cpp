@@ -181,6 +181,12 @@ TEST(Drawing, a_very_long_text_breaks_and_shortens_as_its_start_does) {
         EXPECT_EQ(all.height(), 48) << part.toStdString();
         EXPECT_EQ(difference(pictureOf(all), pictureOf(start)), QRect()) << part.toStdString();
     }
+
+    Label line(u"Một\ndòng. "_s.repeated(400'000));
+    Label start(u"Một dòng. "_s.repeated(40));
+    for (Label* label : {&line, &start})
+        label->resize(300, 16);
+    EXPECT_EQ(difference(pictureOf(line), pictureOf(start)), QRect());
 }
 
 TEST(Drawing, what_is_revealed_takes_its_height_and_nothing_when_it_left) {

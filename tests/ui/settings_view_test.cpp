@@ -86,6 +86,11 @@ protected:
         }
         return titles;
     }
+    [[nodiscard]] static bool takesInputMethods(QWidget* widget) {
+        QInputMethodQueryEvent query(Qt::ImEnabled);
+        QCoreApplication::sendEvent(widget, &query);
+        return query.value(Qt::ImEnabled).toBool();
+    }
     [[nodiscard]] int topOf(const QWidget* widget) const { return widget->mapTo(&window, QPoint()).y(); }
 
     Window window{*panel};
@@ -97,6 +102,8 @@ TEST_F(SettingsViewTest, a_shortcut_is_recorded_while_the_user_may_go_on_typing_
     click(button(u"Đổi"_s));
     EXPECT_NE(label(u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s), nullptr);
     EXPECT_TRUE(field(u"Tên Model"_s)->hasFocus());
+    EXPECT_FALSE(takesInputMethods(field(u"Tên Model"_s)))
+        << "one would take an accent with its modifiers first";
     typeKey(keyD, {}, Qt::Key_D, u"d"_s);
     typeKey(keyD, Qt::ShiftModifier, Qt::Key_D, u"D"_s);
     EXPECT_EQ(settings.model(), u"gpt-4o-minidD");
@@ -104,6 +111,7 @@ TEST_F(SettingsViewTest, a_shortcut_is_recorded_while_the_user_may_go_on_typing_
     EXPECT_EQ(settings.model(), u"gpt-4o-minidD");
     EXPECT_EQ(settings.hotKeyDisplay(), u"⌥ D");
     EXPECT_EQ(button(u"Đang chờ..."_s), nullptr);
+    EXPECT_TRUE(takesInputMethods(field(u"Tên Model"_s)));
     EXPECT_EQ(markedSuggestions(), QStringList({u"⌥ D"_s, u"⌘ ⇧ S"_s}));
 
     click(button(u"Đổi"_s));
@@ -254,6 +262,10 @@ TEST_F(SettingsViewTest, the_update_row_shows_one_thing_to_do_or_wait_for) {
     EXPECT_NE(label(u"Nhanh hơn."_s), nullptr);
     EXPECT_NE(button(u"Cập nhật ngay"_s), nullptr);
     EXPECT_EQ(button(u"Kiểm tra cập nhật"_s), nullptr);
+
+    updates.updateInfo = AppUpdateInfo{u"1.1.0"_s, u"Chương "_s.repeated(500'000), {}, {}};
+    settle();
+    EXPECT_LT(window.findChild<QScrollArea*>()->widget()->height(), 5000) << "a server may send a book";
 
     updates.isUpdating = true;
     updates.downloadProgress = 0.427;

@@ -9,8 +9,17 @@
 
 namespace tralio {
 
-QString beginningOfMessage(const QString& message) {
-    constexpr qsizetype longest = 600;
+namespace {
+
+/// What a label of one line draws: of a longer text no more than is sure to run out of its window.
+QString onOneLine(const QString& text) {
+    constexpr qsizetype enough = 1000;
+    return beginningOfMessage(text, enough).replace(u'\n', u' ');
+}
+
+}  // namespace
+
+QString beginningOfMessage(const QString& message, qsizetype longest) {
     return message.size() <= longest ? message : message.first(longest) + u'…';
 }
 
@@ -135,7 +144,7 @@ int Label::lay(QTextLayout& layout, qreal width, qsizetype length) const {
 void Label::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     if (m_maximumLines == 1) {
-        paintText(painter, rect(), m_style, color(m_role), m_text, m_alignment);
+        paintText(painter, rect(), m_style, color(m_role), onOneLine(m_text), m_alignment);
         return;
     }
     QTextLayout layout;

@@ -56,6 +56,6 @@ private:
 
 /// What a label shows of a message from outside. An error page may be as long as a book: its beginning tells
 /// what there is to tell, and all of it would take seconds to lay out.
-[[nodiscard]] QString beginningOfMessage(const QString& message);
+[[nodiscard]] QString beginningOfMessage(const QString& message, qsizetype longest = 600);
 
 }  // namespace tralio
