@@ -98,6 +98,7 @@ TEST_F(WalkThroughView, every_page_has_the_ways_on_that_it_needs) {
     EXPECT_THAT(visibleTitles(), testing::IsSupersetOf({skip, back, next}));
     click(next);
     EXPECT_THAT(visibleTitles(), ElementsAre(skip, back, next));
+    state->next();  // a press that came before the button could go
     click(next);
     EXPECT_THAT(visibleTitles(), ElementsAre(back, finish));
     click(back);

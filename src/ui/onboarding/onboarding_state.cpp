@@ -21,11 +21,13 @@ OnboardingState::OnboardingState(HotKeyService& hotKeys, Clock& clock, std::func
 }
 
 void OnboardingState::next() {
-    currentStep = currentStep() + 1;
+    if (!isLastStep())
+        currentStep = currentStep() + 1;
 }
 
 void OnboardingState::back() {
-    currentStep = currentStep() - 1;
+    if (!isFirstStep())
+        currentStep = currentStep() - 1;
 }
 
 void OnboardingState::finish() {

@@ -32,6 +32,7 @@ public:
 
     // Actions
 
+    // A second press may come before the button of the first has gone.
     void next();
     void back();
     void finish();
