@@ -109,7 +109,7 @@ void UpdateService::conclude(const AppUpdateInfo& offer, bool manual) {
     lastCheckTime = m_host.now();
     const QString offered = offer.version.trimmed();
     const QString current = currentVersion().trimmed();
-    if (compareVersions(offered, current) > 0) {
+    if (std::is_gt(compareVersions(offered, current))) {
         updateInfo = offer;
         isUpdateAvailable = true;
         statusMessage = u"Đã có bản cập nhật mới: v"_s + offered;

@@ -45,7 +45,7 @@ std::weak_ordering compareVersions(QStringView left, QStringView right) {
             restOfLeft.remove_prefix(1);
             restOfRight.remove_prefix(1);
         }
-        if (order != 0)
+        if (std::is_neq(order))
             return order;
     }
     return restOfLeft.size() <=> restOfRight.size();
