@@ -23,7 +23,7 @@ constexpr int wordRoom = 1;
 }  // namespace
 
 OptionsSection::OptionsSection(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
-    auto* heading = sectionHeading(u"slider.horizontal.3"_s, u"Tùy chọn & Chỉ dẫn AI"_s);
+    auto* heading = sectionHeading({u"slider.horizontal.3"_s}, u"Tùy chọn & Chỉ dẫn AI"_s);
     filled(this, column({}, {section(10, {heading, Gap{-ringRoom}, autoPasteRow(), Gap{-ringRoom - wordRoom},
                                           prompt()})}));
     onAnyChange(m_state.settings(), this, [this] { refresh(); });

@@ -47,7 +47,7 @@ ProviderSection::ProviderSection(SettingsState& state, QWidget* parent) : QWidge
     m_help = new Label({}, text::caption, ColorRole::Secondary);
     m_help->setWraps();
     filled(this, column({}, {section(10, {
-                                             sectionHeading(u"cpu.fill"_s, u"Mô hình AI & Nhà cung cấp"_s),
+                                             sectionHeading({u"cpu.fill"_s}, u"Mô hình AI & Nhà cung cấp"_s),
                                              column({.spacing = 6}, {providerRow(), m_help}),
                                              ownGatewayCard(),
                                              endpointFields(),

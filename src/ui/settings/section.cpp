@@ -17,9 +17,9 @@ Surface* sectionBlock(int spacing, std::initializer_list<StackItem> items) {
                   column({.spacing = spacing, .padding = {10, 10, 10, 10}}, items));
 }
 
-QBoxLayout* sectionHeading(const QString& icon, const QString& title) {
-    return row({.spacing = 6}, {new IconView({.name = icon, .pointSize = 13}, ColorRole::AccentIcon),
-                                new Label(title, text::headline), Stretch{}});
+QBoxLayout* sectionHeading(const Icon& icon, const QString& title) {
+    return row({.spacing = 6},
+               {new IconView(icon, ColorRole::AccentIcon), new Label(title, text::headline), Stretch{}});
 }
 
 }  // namespace tralio

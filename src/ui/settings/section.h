@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/kit/icon.h"
 #include "ui/kit/stack.h"
 
 namespace tralio {
@@ -12,7 +13,7 @@ class Surface;
 /// A lighter frame inside a section.
 [[nodiscard]] Surface* sectionBlock(int spacing, std::initializer_list<StackItem> items);
 
-[[nodiscard]] QBoxLayout* sectionHeading(const QString& icon, const QString& title);
+[[nodiscard]] QBoxLayout* sectionHeading(const Icon& icon, const QString& title);
 
 /// After a word-button at the end of a row: what the button shows only on hover reaches over the edge, so
 /// that its text ends there.

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 }  // namespace
 
 ShortcutSection::ShortcutSection(SettingsState& state, QWidget* parent) : QWidget(parent) {
-    auto* heading = sectionHeading(u"keyboard.fill"_s, u"Phím tắt toàn hệ thống"_s);
+    auto* heading = sectionHeading({u"keyboard.fill"_s}, u"Phím tắt toàn hệ thống"_s);
     auto* text = new ShortcutBlock(
         state, HotKeyRecordTarget::textSelection,
         {.icon = u"character.textbox"_s,

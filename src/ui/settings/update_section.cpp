@@ -31,7 +31,7 @@ UpdateSection::UpdateSection(SettingsState& state, QWidget* parent)
 }
 
 QLayout* UpdateSection::heading() {
-    return row({}, {sectionHeading(u"arrow.triangle.2.circlepath"_s, u"Cập nhật ứng dụng"_s),
+    return row({}, {sectionHeading({u"arrow.triangle.2.circlepath"_s, 13, true}, u"Cập nhật ứng dụng"_s),
                     new Badge(badge::version, u"v"_s + m_updates.currentVersion())});
 }
 
