@@ -100,10 +100,17 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
         return !isPopoverShown();
     }));
 
-    ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
-    const QPoint corner = desktop.windowArea(desktop.focusedWindow()).topLeft();
-    capture([&] { desktop.drag(corner + QPoint(1, 1), corner + QPoint(600, 60)); });
-    ASSERT_TRUE(waitUntil([&] { return program.standIn().requests().size() == 1; }, 30));
+    // A drag of which the picker only sees the end draws another rectangle, in which there is no text.
+    const auto drawsTheText = [&] {
+        EXPECT_TRUE(desktop.bringToFront(u"foot"_s));
+        const QPoint corner = desktop.windowArea(desktop.focusedWindow()).topLeft();
+        capture([&] { desktop.drag(corner + QPoint(1, 1), corner + QPoint(600, 60)); });
+        const bool arrived = waitUntil([&] { return program.standIn().requests().size() == 1; }, 10);
+        if (!arrived)
+            desktop.press({escape});
+        return arrived;
+    };
+    ASSERT_TRUE(drawsTheText() || drawsTheText() || drawsTheText());
     EXPECT_EQ(program.standIn().requests().last().userText(), u"Good morning everybody");
     EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
 }

@@ -31,7 +31,7 @@ class SpeechDispatcher final : public QObject, public SpeechSynthesizer {
 public:
     struct Limits {
         std::chrono::milliseconds start = std::chrono::seconds(10);  ///< for the daemon to start
-        std::chrono::milliseconds reply = std::chrono::seconds(5);   ///< for the daemon to answer
+        std::chrono::milliseconds reply = std::chrono::seconds(10);  ///< for the daemon to answer
         std::chrono::milliseconds quiet =
             std::chrono::seconds(15);  ///< before the engine is asked for a sign of life
         std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< before the connection is given up
