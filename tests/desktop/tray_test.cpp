@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
-#include "desktop/virtual_desktop.h"
 #include "desktop/scripted_tray.h"
+#include "desktop/virtual_desktop.h"
 #include "support/print_to.h"
 
 namespace tralio {

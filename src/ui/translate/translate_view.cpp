@@ -176,8 +176,8 @@ QWidget* TranslateView::resultBlock() {
     auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary);
     auto* header = filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_speak, m_copy}));
     header->setFixedHeight(22);
-    // It has 115 beside all that the panel can show, and takes what the rest leaves: less beside a long error and
-    // on a low screen.
+    // It has 115 beside all that the panel can show, and takes what the rest leaves: less beside a long error
+    // and on a low screen.
     constexpr int oneLine = 24;
     m_result->setMinimumHeight(oneLine);
     m_result->setScrollFrame(block);
