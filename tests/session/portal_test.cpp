@@ -8,6 +8,7 @@
 #include "platform/linux/portal/portal_capture.h"
 #include "platform/linux/portal/portal_hot_keys.h"
 #include "session/scripted_desktop_portal.h"
+#include "support/debug_log_file.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/print_to.h"
@@ -106,6 +107,30 @@ TEST_F(PortalTest, what_the_desktop_remembers_is_not_asked_for_again) {
     desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
     ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
     EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
+}
+
+TEST_F(PortalTest, what_the_desktop_binds_with_the_session_is_not_asked_for_again) {
+    startPortal([](auto& told) { told.bindsAtCreation = true; });
+    startProgram();
+    ASSERT_TRUE(isReady());
+    DebugLogFile log;
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: bound"); }));
+    EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
+}
+
+TEST_F(PortalTest, a_desktop_that_binds_without_a_word_is_asked_what_it_has_bound) {
+    startPortal([](auto& told) {
+        told.listsOnlyWhenAsked = true;
+        told.notBound = {u"capture"_s};
+    });
+    startProgram();
+    ASSERT_TRUE(isReady());
+    DebugLogFile log;
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: not bound"); }));
+    EXPECT_TRUE(log.content().contains("translate-selection.LOGO+SHIFT+d: bound to Super+Shift+X"));
+    EXPECT_EQ(desktop->calls.count(u"BindShortcuts"_s), 1);
 }
 
 TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {

@@ -92,11 +92,15 @@ QVariantMap ScriptedDesktopPortal::resultsOf(const QDBusMessage& message, const 
     const QString method = message.member();
     if (method == u"CreateSession") {
         session = pathOf(message, u"session"_s, options.value(u"session_handle_token"_s).toString());
+        if (bindsAtCreation)
+            remembered = qdbus_cast<QList<PortalShortcut>>(options.value(u"shortcuts"_s));
         return {{u"session_handle"_s, session}};
     }
     if (method == u"ListShortcuts")
         return {{u"shortcuts"_s, QVariant::fromValue(remembered)}};
     if (method == u"BindShortcuts") {
+        if (bindsAtCreation)
+            return {};
         bound = qdbus_cast<QList<PortalShortcut>>(message.arguments().value(1));
         QList<PortalShortcut> granted;
         for (const PortalShortcut& shortcut : std::as_const(bound)) {
@@ -105,6 +109,10 @@ QVariantMap ScriptedDesktopPortal::resultsOf(const QDBusMessage& message, const 
             });
             if (!refused)
                 granted += {shortcut.id, {{u"trigger_description"_s, u"Super+Shift+X"_s}}};
+        }
+        if (listsOnlyWhenAsked) {
+            remembered = granted;
+            return {};
         }
         return {{u"shortcuts"_s, QVariant::fromValue(granted)}};
     }

@@ -30,6 +30,8 @@ public:
     QHash<QString, uint> responses;    ///< by method; zero (granted) where none is given
     QList<PortalShortcut> remembered;  ///< from an earlier run of the program
     QStringList notBound;              ///< prefixes of shortcuts that it leaves out
+    bool bindsAtCreation = false;      ///< takes the shortcuts with the session, and no others
+    bool listsOnlyWhenAsked = false;   ///< answers a binding with nothing
     QString picture;                   ///< what Screenshot gives
 
     // What has happened.

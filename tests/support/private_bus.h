@@ -2,10 +2,11 @@
 
 #include <QDBusConnection>
 #include <QProcess>
+#include <QTemporaryDir>
 
 namespace tralio {
 
-/// A message bus of one test's own, with as many connections to it as the test wants.
+/// A message bus of one test's own, with as many connections to it as the test wants. It starts no services.
 class PrivateBus final {
 public:
     PrivateBus();
@@ -17,6 +18,7 @@ public:
     [[nodiscard]] QDBusConnection connect();
 
 private:
+    QTemporaryDir m_folder;
     QProcess m_daemon;
     QString m_address;
     QStringList m_connections;

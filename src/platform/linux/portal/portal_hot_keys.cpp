@@ -8,7 +8,6 @@
 
 #include "common/debug_log.h"
 #include "platform/linux/hot_key_rules.h"
-#include "platform/linux/portal/portal_shortcut.h"
 #include "platform/linux/portal/shortcut_trigger.h"
 #include "platform/linux/session/activation_token.h"
 
@@ -118,24 +117,37 @@ void PortalHotKeys::createSession() {
     endSession();
     if (m_hotKeys.empty() || m_portal.version(QLatin1String(interface)) == 0)
         return;
-    ask(u"CreateSession"_s, {}, {{u"session_handle_token"_s, sessionToken}}, answerLimit,
-        [this](const PortalAnswer& answer) {
-            m_session = answer.results.value(u"session_handle"_s).toString();
-            if (answer.outcome != PortalOutcome::granted || m_session.isEmpty()) {
-                debugLog(u"PortalHotKeys: no session for hot keys: "_s + whatHappened(answer));
-                return;
-            }
-            m_portal.bus().connect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s,
-                                   this, SLOT(sessionClosed(QDBusMessage)));
-            listShortcuts();
-        });
+    // The portal's first drafts took the shortcuts here; KDE 5 still binds these and no others.
+    const QVariantMap options{{u"session_handle_token"_s, sessionToken},
+                              {u"shortcuts"_s, QVariant::fromValue(wantedShortcuts())}};
+    ask(u"CreateSession"_s, {}, options, answerLimit, [this](const PortalAnswer& answer) {
+        m_session = answer.results.value(u"session_handle"_s).toString();
+        if (answer.outcome != PortalOutcome::granted || m_session.isEmpty()) {
+            debugLog(u"PortalHotKeys: no session for hot keys: "_s + whatHappened(answer));
+            return;
+        }
+        m_portal.bus().connect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s, this,
+                               SLOT(sessionClosed(QDBusMessage)));
+        listShortcuts();
+    });
+}
+
+QList<PortalShortcut> PortalHotKeys::wantedShortcuts() const {
+    // All of them: backends take a binding for the whole list, and forget what is not in it.
+    QList<PortalShortcut> wanted;
+    for (const HotKey& hotKey : m_hotKeys) {
+        wanted.push_back(
+            {hotKey.shortcut,
+             {{u"description"_s, hotKey.description}, {u"preferred_trigger"_s, hotKey.trigger}}});
+    }
+    return wanted;
 }
 
 void PortalHotKeys::listShortcuts() {
     ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
         [this](const PortalAnswer& answer) {
             if (hasAll(answer))
-                debugLog(u"PortalHotKeys: the desktop has the hot keys already"_s);
+                tellOf(answer);
             else
                 bindShortcuts();
         });
@@ -150,31 +162,34 @@ bool PortalHotKeys::hasAll(const PortalAnswer& listed) const {
 }
 
 void PortalHotKeys::bindShortcuts() {
-    // All of them: backends take a binding for the whole list, and forget what is not in it.
-    QList<PortalShortcut> wanted;
-    for (const HotKey& hotKey : m_hotKeys) {
-        wanted.push_back(
-            {hotKey.shortcut,
-             {{u"description"_s, hotKey.description}, {u"preferred_trigger"_s, hotKey.trigger}}});
-    }
-    const QVariantList arguments{QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(wanted),
-                                 QString()};
+    const QVariantList arguments{QVariant::fromValue(QDBusObjectPath(m_session)),
+                                 QVariant::fromValue(wantedShortcuts()), QString()};
     ask(u"BindShortcuts"_s, arguments, {}, noLimit, [this](const PortalAnswer& answer) {
         if (answer.outcome != PortalOutcome::granted) {
             debugLog(u"PortalHotKeys: hot keys not bound: "_s + whatHappened(answer));
             return;
         }
-        const auto bound = shortcutsIn(answer);
-        for (const HotKey& hotKey : m_hotKeys) {
-            const auto found = std::find_if(bound.begin(), bound.end(), [&](const PortalShortcut& shortcut) {
-                return shortcut.id == hotKey.shortcut;
-            });
-            debugLog(u"PortalHotKeys: "_s + hotKey.shortcut +
-                     (found == bound.end()
-                          ? u": not bound by the desktop"_s
-                          : u": bound to "_s + found->properties.value(u"trigger_description"_s).toString()));
+        if (!shortcutsIn(answer).isEmpty()) {
+            tellOf(answer);
+            return;
         }
+        // Later backends of KDE say so only when asked.
+        ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
+            [this](const PortalAnswer& listed) { tellOf(listed); });
     });
+}
+
+void PortalHotKeys::tellOf(const PortalAnswer& answer) const {
+    const auto bound = shortcutsIn(answer);
+    for (const HotKey& hotKey : m_hotKeys) {
+        const auto found = std::find_if(bound.begin(), bound.end(), [&](const PortalShortcut& shortcut) {
+            return shortcut.id == hotKey.shortcut;
+        });
+        debugLog(u"PortalHotKeys: "_s + hotKey.shortcut +
+                 (found == bound.end()
+                      ? u": not bound by the desktop"_s
+                      : u": bound to "_s + found->properties.value(u"trigger_description"_s).toString()));
+    }
 }
 
 void PortalHotKeys::ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,

@@ -7,6 +7,7 @@
 
 #include "hotkeys/hot_key_platform.h"
 #include "platform/linux/portal/portal.h"
+#include "platform/linux/portal/portal_shortcut.h"
 
 namespace tralio {
 
@@ -58,7 +59,10 @@ private:
     void listShortcuts();
     void bindShortcuts();
     void endSession();
+    [[nodiscard]] QList<PortalShortcut> wantedShortcuts() const;
     [[nodiscard]] bool hasAll(const PortalAnswer& listed) const;
+    /// Logs which hot keys the desktop has by its answer, and on which keys.
+    void tellOf(const PortalAnswer& answer) const;
 
     /// Calls a method of the portal's; the answer counts only if the session is still the same then.
     void ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,

@@ -10,7 +10,9 @@
 namespace tralio {
 namespace {
 
-constexpr int greetingLimit = 500;  // milliseconds
+/// Milliseconds. Compositors that have just started are busy for a second or more, and who is not greeted has
+/// no hot keys for the whole session.
+constexpr int greetingLimit = 10'000;
 
 void globalAdded(void* connection, wl_registry* /*registry*/, quint32 name, const char* interface,
                  quint32 version) {
