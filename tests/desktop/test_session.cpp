@@ -6,6 +6,8 @@
 
 #include <stdexcept>
 
+#include "support/bus_configuration.h"
+
 namespace tralio {
 
 using namespace Qt::StringLiterals;
@@ -45,8 +47,11 @@ TestSession::~TestSession() {
     }
 }
 
-void TestSession::startBus() {
-    QProcess& bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s});
+void TestSession::startBus(const QStringList& services) {
+    const QStringList usual{u"org.a11y.Bus"_s, u"ca.desrt.dconf"_s, u"org.xfce.Xfconf"_s};
+    const QString configuration = writeBusConfiguration(home(), usual + services);
+    QProcess& bus =
+        start(u"dbus-daemon"_s, {u"--config-file="_s + configuration, u"--nofork"_s, u"--print-address=1"_s});
     const QString address = firstLine(bus, "dbus-daemon");
     m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
     qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());

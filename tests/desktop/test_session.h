@@ -51,7 +51,9 @@ public:
 protected:
     TestSession();
 
-    void startBus();
+    /// `services` are those that the bus may start beside what every desktop has: accessibility, and
+    /// settings.
+    void startBus(const QStringList& services = {});
 
     /// What a program prints first, as soon as it has printed a line.
     static QString firstLine(QProcess& process, const char* what);

@@ -1,0 +1,67 @@
+#include "desktop/kwin_desktop.h"
+
+#include <QFile>
+#include <QStandardPaths>
+
+#include <stdexcept>
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString socket = u"wayland-tralio"_s;
+
+/// Started from no desktop file, the program goes by the token of its session with the portal.
+const QStringList ourShortcuts{
+    u"call"_s,          u"--session"_s,         u"--dest"_s,  u"org.kde.kglobalaccel"_s,
+    u"--object-path"_s, u"/component/tralio"_s, u"--method"_s};
+
+}  // namespace
+
+KwinDesktop::KwinDesktop() {
+    setVariable(u"XDG_CURRENT_DESKTOP"_s, u"KDE"_s);
+    startBus({u"org.freedesktop.portal.Desktop"_s, u"org.freedesktop.impl.portal.PermissionStore"_s,
+              u"org.freedesktop.impl.portal.desktop.kde"_s});
+    startCompositor();
+    setVariable(u"WAYLAND_DISPLAY"_s, socket);
+    // For what the bus starts, whose own environment is older than the compositor.
+    run(u"dbus-update-activation-environment"_s, {u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM=wayland"_s});
+}
+
+void KwinDesktop::startCompositor() {
+    setVariable(u"KWIN_COMPOSE"_s, u"Q"_s);  // no GL: slow without a graphics card
+    // The installed file has a capability, which an ordinary user's sandbox refuses; a copy has none.
+    const QString ours = home() + u"/kwin_wayland"_s;
+    QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), ours);
+    start(ours, {u"--virtual"_s, u"--width"_s, u"1280"_s, u"--height"_s, u"1024"_s, u"--socket"_s, socket,
+                 u"--no-lockscreen"_s});
+    const QString path = environment().value(u"XDG_RUNTIME_DIR"_s) + u'/' + socket;
+    const bool runs = waitUntil(
+        [&] {
+            return QFile::exists(path) &&
+                   run(u"gdbus"_s, {u"introspect"_s, u"--session"_s, u"--dest"_s, u"org.kde.kglobalaccel"_s,
+                                    u"--object-path"_s, u"/kglobalaccel"_s})
+                       .contains(u"org.kde.KGlobalAccel");
+        },
+        30);
+    if (!runs)
+        throw std::runtime_error("kwin_wayland does not start");
+}
+
+QString KwinDesktop::shortcuts() const {
+    return run(u"gdbus"_s, ourShortcuts + QStringList{u"org.kde.kglobalaccel.Component.shortcutNames"_s});
+}
+
+void KwinDesktop::pressTextHotKey() const {
+    run(u"gdbus"_s, ourShortcuts + QStringList{u"org.kde.kglobalaccel.Component.invokeShortcut"_s,
+                                               u"translate-selection.LOGO+SHIFT+d"_s});
+}
+
+bool KwinDesktop::hasWindow(const QString& title) const {
+    return run(u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.KWin"_s, u"--object-path"_s,
+                            u"/WindowsRunner"_s, u"--method"_s, u"org.kde.krunner1.Match"_s, title})
+        .contains(title);
+}
+
+}  // namespace tralio

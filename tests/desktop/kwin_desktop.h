@@ -1,0 +1,25 @@
+#pragma once
+
+#include "desktop/test_session.h"
+
+namespace tralio {
+
+/// A session of KDE's window manager without a screen, with the desktop portal and KDE's backend of it. No
+/// key can be pressed here; its daemon of shortcuts is told that one was. The compositor and the portal are
+/// an ordinary user's.
+class KwinDesktop final : public TestSession {
+public:
+    KwinDesktop();
+
+    /// The shortcuts that this program has with the desktop.
+    [[nodiscard]] QString shortcuts() const;
+    void pressTextHotKey() const override;
+
+    /// Whether a window of this title is open.
+    [[nodiscard]] bool hasWindow(const QString& title) const;
+
+private:
+    void startCompositor();
+};
+
+}  // namespace tralio
