@@ -1,3 +1,4 @@
+#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
@@ -199,6 +200,45 @@ TEST_F(PortalTest, a_portal_that_comes_later_or_anew_gets_the_hot_keys_then) {
     }
 }
 
+TEST_F(PortalTest, a_portal_that_takes_anothers_place_gets_the_hot_keys) {
+    startPortal();
+    startProgram();
+    ASSERT_TRUE(isReady());
+    registerBoth();
+    ASSERT_TRUE(isBound());
+    ScriptedDesktopPortal successor(bus.connect());
+    ASSERT_TRUE(eventually([&] { return successor.bound.size() == 2; }));
+    EXPECT_EQ(successor.applicationId, u"org.tralio.Tralio");
+    successor.activate(u"capture-screen.LOGO+SHIFT+s"_s, 5);
+    EXPECT_TRUE(eventually([&] { return pressed.size() == 1; }));
+}
+
+TEST_F(PortalTest, a_portal_that_has_ended_is_called_for_if_it_does_not_come_back_by_itself) {
+    startPortal();
+    startProgram();
+    ASSERT_TRUE(isReady());
+    int timesKnown = 0;
+    QObject::connect(&*portal, &Portal::ready, &*portal, [&] { ++timesKnown; });
+    desktop.reset();
+    ASSERT_TRUE(eventually([&] { return portal->version(QLatin1String(PortalHotKeys::interface)) == 0; }));
+    clock.advance(4s);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(timesKnown, 0);
+    clock.advance(1s);
+    EXPECT_TRUE(eventually([&] { return timesKnown == 1; }));
+}
+
+TEST_F(PortalTest, a_portal_that_takes_long_to_say_its_versions_holds_up_no_registration) {
+    startPortal([](auto& told) { told.saysVersions = false; });
+    startProgram();
+    ASSERT_TRUE(eventually([&] { return desktop->versionsAsked == 4; }));  // in haste, then in patience
+    QElapsedTimer time;
+    time.start();
+    registerBoth();
+    EXPECT_EQ(textKey.status, PortalHotKeys::notAvailable);
+    EXPECT_LT(time.elapsed(), 5000);
+}
+
 TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
     startPortal();
     startProgram();
@@ -235,7 +275,7 @@ TEST_F(PortalTest, a_picture_of_the_desktops_is_moved_to_where_it_is_wanted) {
     EXPECT_FALSE(QFile::exists(desktop->picture));
 }
 
-TEST_F(PortalTest, a_capture_that_is_cancelled_refused_or_never_answered_leaves_no_file) {
+TEST_F(PortalTest, a_capture_that_is_cancelled_refused_cut_off_or_never_answered_leaves_no_file) {
     const QTemporaryDir folder;
     const QString wanted = folder.filePath(u"wanted.png"_s);
     startPortal();
@@ -258,6 +298,10 @@ TEST_F(PortalTest, a_capture_that_is_cancelled_refused_or_never_answered_leaves_
     run([&] {
         ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"Screenshot"_s) == 3; }));
         clock.advance(2min);
+    });
+    run([&] {
+        ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"Screenshot"_s) == 4; }));
+        desktop.reset();
     });
 }
 

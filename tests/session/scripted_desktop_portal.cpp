@@ -1,5 +1,6 @@
 #include "session/scripted_desktop_portal.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
@@ -28,10 +29,12 @@ QString pathOf(const QDBusMessage& message, const QString& kind, const QString& 
 ScriptedDesktopPortal::ScriptedDesktopPortal(QDBusConnection bus) : m_bus(std::move(bus)) {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
-    const bool there = m_bus.registerVirtualObject(QLatin1String(Portal::path), this,
-                                                   QDBusConnection::VirtualObjectRegisterOption::SubPath) &&
-                       m_bus.registerService(QLatin1String(Portal::service));
-    if (!there)
+    const bool reachable = m_bus.registerVirtualObject(QLatin1String(Portal::path), this,
+                                                       QDBusConnection::VirtualObjectRegisterOption::SubPath);
+    const auto named = m_bus.interface()->registerService(QLatin1String(Portal::service),
+                                                          QDBusConnectionInterface::ReplaceExistingService,
+                                                          QDBusConnectionInterface::AllowReplacement);
+    if (!reachable || named != QDBusConnectionInterface::ServiceRegistered)
         throw std::runtime_error("the portal's name is taken");
 }
 
@@ -48,6 +51,9 @@ bool ScriptedDesktopPortal::handleMessage(const QDBusMessage& message,
                                           const QDBusConnection& /*connection*/) {
     const QString method = message.member();
     if (method == u"Get") {
+        ++versionsAsked;
+        if (!saysVersions)
+            return true;
         const auto value = version(message.arguments().value(0).toString());
         m_bus.send(value ? message.createReply(QVariant::fromValue(QDBusVariant(*value)))
                          : message.createErrorReply(QDBusError::InvalidArgs, u"no such interface"_s));
@@ -55,10 +61,15 @@ bool ScriptedDesktopPortal::handleMessage(const QDBusMessage& message,
     }
     calls += method;
     if (method == u"Register") {
-        if (hasRegistry)
+        if (!hasRegistry) {
+            m_bus.send(message.createErrorReply(QDBusError::UnknownInterface, u"no registry"_s));
+        } else if (applicationId.isEmpty()) {
             applicationId = message.arguments().value(0).toString();
-        m_bus.send(hasRegistry ? message.createReply()
-                               : message.createErrorReply(QDBusError::UnknownInterface, u"no registry"_s));
+            m_bus.send(message.createReply());
+        } else {
+            m_bus.send(message.createErrorReply(u"org.freedesktop.portal.Error.Failed"_s,
+                                                u"Connection already associated with an application ID"_s));
+        }
     } else if (method == u"Close") {
         m_bus.send(message.createReply());
     } else if (method == u"CreateSession" && requiresApplicationId && applicationId.isEmpty()) {

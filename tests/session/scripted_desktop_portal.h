@@ -16,7 +16,7 @@ namespace tralio {
 /// about, and their bad days.
 class ScriptedDesktopPortal final : public QDBusVirtualObject {
 public:
-    /// Appears on the bus at once.
+    /// Appears on the bus at once, in the place of one that is there.
     explicit ScriptedDesktopPortal(QDBusConnection bus);
     ~ScriptedDesktopPortal() override;
 
@@ -24,6 +24,7 @@ public:
     // is taken, and never answered.
     uint shortcutsVersion = 1;
     uint screenshotVersion = 2;
+    bool saysVersions = true;
     bool hasRegistry = true;
     bool requiresApplicationId = false;
     QStringList silentMethods;
@@ -36,6 +37,7 @@ public:
 
     // What has happened.
     QString applicationId;
+    int versionsAsked = 0;
     QStringList calls;  ///< methods, without those for versions
     QList<PortalShortcut> bound;
     QString session;

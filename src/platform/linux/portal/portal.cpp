@@ -15,9 +15,12 @@ namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 constexpr int quickAnswer = 250;    // milliseconds: of a portal that runs
 constexpr int slowAnswer = 25'000;  // of one that the call itself starts
+/// What a portal that ended on its own has to come back by itself, before we call for it.
+constexpr auto timeToComeBack = 5s;
 const QString versionProperty = u"version"_s;
 
 }  // namespace
@@ -32,14 +35,28 @@ Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
         return;
     auto* watcher = new QDBusServiceWatcher(QLatin1String(service), m_bus,
                                             QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
-        ++m_introduction;
-        m_versions.clear();
-        m_asked.clear();
-        Q_EMIT gone();
-    });
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &Portal::introduce);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*name*/, const QString& before, const QString& now) {
+                // Both at once where a portal is started in another's place.
+                if (!before.isEmpty())
+                    takeLeave();
+                if (!now.isEmpty())
+                    introduce();
+            });
     introduce();
+}
+
+void Portal::takeLeave() {
+    ++m_introduction;
+    m_versions.clear();
+    m_asked.clear();
+    m_knowsUs = false;
+    Q_EMIT gone();
+    // The bus starts it for whoever calls, and perhaps nobody else does.
+    m_clock.after(timeToComeBack, this, [this, introduction = m_introduction] {
+        if (introduction == m_introduction)
+            introduce();
+    });
 }
 
 void Portal::introduce() {
@@ -50,9 +67,12 @@ void Portal::introduce() {
                                        u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
     registration << QGuiApplication::desktopFileName() << QVariantMap();
     auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(registration), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this, [call] {
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         call->deleteLater();
-        if (call->isError() && call->error().type() == QDBusError::Other)
+        // One that was started by the call hears it twice, and refuses the second.
+        if (!call->isError())
+            m_knowsUs = true;
+        else if (!m_knowsUs && call->error().type() == QDBusError::Other)
             debugLog(u"Portal: this program is not known to the desktop: "_s + call->error().message());
     });
     for (const QString& interface : std::as_const(m_interfaces))
@@ -64,7 +84,7 @@ void Portal::askVersion(const QString& interface, int limit) {
                                               u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     get << interface << versionProperty;
     const QDBusPendingCall asked = m_bus.asyncCall(get, limit);
-    m_asked.insert(interface, asked);
+    m_asked.insert(interface, {asked, limit});
     auto* call = new QDBusPendingCallWatcher(asked, this);
     connect(call, &QDBusPendingCallWatcher::finished, this,
             [this, interface, limit, call, introduction = m_introduction] {
@@ -86,8 +106,9 @@ void Portal::takeVersion(const QString& interface, const QDBusPendingCall& call)
 }
 
 uint Portal::awaitVersion(const QString& interface) {
-    if (const auto asked = m_asked.constFind(interface); asked != m_asked.cend()) {
-        QDBusPendingCall call = *asked;
+    const auto asked = m_asked.constFind(interface);
+    if (asked != m_asked.cend() && asked->limit == quickAnswer) {
+        QDBusPendingCall call = asked->call;
         call.waitForFinished();  // has a time limit of its own
         const QDBusPendingReply<QDBusVariant> reply = call;
         if (reply.isValid())
@@ -109,6 +130,7 @@ void Portal::request(const QString& interface, const QString& method, const QVar
     message.setArguments(arguments + QVariantList{options});
     auto* request = new PortalRequest(m_bus, token, context, std::move(done));
     request->send(message);
+    connect(this, &Portal::gone, request, [request] { request->fail(u"the portal has ended"_s); });
     if (limit.count() > 0)
         m_clock.after(limit, request, [request] { request->giveUp(); });
 }

@@ -55,17 +55,24 @@ public:
     uint awaitVersion(const QString& interface);
 
     /// Calls a method that answers by a request object. `done` is called once, later, and not after `context`
-    /// is gone. A time limit of zero is none: the user may be reading a dialog.
+    /// is gone. A time limit of zero is none: the user may be reading a dialog. A portal that goes takes what
+    /// it was asked with it: that has failed.
     void request(const QString& interface, const QString& method, const QVariantList& arguments,
                  QVariantMap options, std::chrono::milliseconds limit, QObject* context, Done done);
 
 Q_SIGNALS:
-    /// The portal is there, and has said its versions: at start, and after it was gone.
+    /// What the portal has is known, or that there is none: at start, and whenever it may have changed.
     void ready();
     void gone();
 
 private:
+    struct Question {
+        QDBusPendingCall call;
+        int limit;  ///< milliseconds
+    };
+
     void introduce();
+    void takeLeave();
     void askVersion(const QString& interface, int limit);
     void takeVersion(const QString& interface, const QDBusPendingCall& call);
     [[nodiscard]] QString nextToken();
@@ -74,9 +81,10 @@ private:
     QStringList m_interfaces;
     Clock& m_clock;
     QHash<QString, uint> m_versions;
-    QHash<QString, QDBusPendingCall> m_asked;  ///< until answered
+    QHash<QString, Question> m_asked;  ///< for versions, until answered
     int m_introduction =
         0;  ///< counts the portals that we came to, so that an answer is known for a late one
+    bool m_knowsUs = false;
     uint m_lastToken = 0;
 };
 

@@ -38,7 +38,7 @@ void PortalRequest::send(const QDBusMessage& message) {
         call->deleteLater();
         const QDBusPendingReply<QDBusObjectPath> reply = *call;
         if (reply.isError())
-            finish({PortalOutcome::failed, {}, reply.error().message()});
+            fail(reply.error().message());
         else if (reply.value().path() != m_path)
             listenAt(reply.value().path());  // portals before 0.9 choose the path themselves
     });
@@ -48,6 +48,10 @@ void PortalRequest::giveUp() {
     m_bus.send(
         QDBusMessage::createMethodCall(QLatin1String(Portal::service), m_path, requestInterface, u"Close"_s));
     finish({PortalOutcome::silent, {}, {}});
+}
+
+void PortalRequest::fail(const QString& error) {
+    finish({PortalOutcome::failed, {}, error});
 }
 
 void PortalRequest::respond(uint response, const QVariantMap& results) {

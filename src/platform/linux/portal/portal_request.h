@@ -21,6 +21,9 @@ public:
     /// No answer came in time.
     void giveUp();
 
+    /// No answer will come.
+    void fail(const QString& error);
+
 private Q_SLOTS:
     void respond(uint response, const QVariantMap& results);
 
