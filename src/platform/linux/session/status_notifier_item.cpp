@@ -11,6 +11,7 @@
 #include <QtEndian>
 
 #include "common/debug_log.h"
+#include "platform/linux/session/activation_token.h"
 
 namespace tralio {
 namespace {
@@ -98,9 +99,11 @@ void StatusNotifierItem::lookForTray() {
     ask << QString(watcherName) << QString(hostProperty);
     ask.setAutoStartService(false);
     auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(ask), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<QDBusVariant> reply = *answer;
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, question = ++m_question] {
         answer->deleteLater();
+        if (question != m_question)
+            return;  // perhaps of a tray whose place another has taken
+        const QDBusPendingReply<QDBusVariant> reply = *answer;
         setTray(reply.isValid() && reply.value().variant().toBool());
     });
 }
@@ -153,7 +156,7 @@ void StatusNotifierItem::SecondaryActivate(int /*x*/, int /*y*/) {}
 void StatusNotifierItem::Scroll(int /*delta*/, const QString& /*orientation*/) {}
 
 void StatusNotifierItem::ProvideXdgActivationToken(const QString& token) {
-    qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    giveActivationToken(token);
 }
 
 }  // namespace tralio

@@ -82,6 +82,7 @@ private:
     QString m_title;
     StatusNotifierPixmaps m_pixmaps;
     std::optional<bool> m_present;
+    int m_question = 0;  ///< counts, so that only the answer to the last one counts
 };
 
 }  // namespace tralio
