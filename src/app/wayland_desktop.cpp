@@ -38,6 +38,10 @@ WaylandDesktop::WaylandDesktop(std::unique_ptr<WaylandConnection> wayland,
       m_permissions(m_switch, [this] { return canCapture(); }) {
     debugLog(u"Desktop: a Wayland session, X programs %1"_s.arg(m_xwayland ? u"by Xwayland"_s
                                                                            : u"have no server"_s));
+    QObject::connect(m_wayland.get(), &WaylandConnection::lost, m_wayland.get(), [] {
+        debugLog(
+            u"Desktop: the compositor has ended the connection: no clipboard and no selections any more"_s);
+    });
     chooseSelections();
     chooseCapture();
     m_scripts = std::make_unique<PrimaryScriptRunner>(m_workspace, *m_primary);

@@ -14,7 +14,8 @@ using namespace Qt::StringLiterals;
 using Protocol = DataControlProtocol;
 
 constexpr void* newObject = nullptr;
-constexpr int syncLimit = 100;  // milliseconds
+constexpr int syncLimit = 100;     // milliseconds
+constexpr int initialLimit = 500;  // milliseconds: at login much else starts as well
 
 /// Text types, the ones that say their encoding first.
 constexpr std::array textTypes{
@@ -68,8 +69,8 @@ DataControl::DataControl(WaylandConnection& connection, const DataControlProtoco
       m_device(makeObject(m_manager.get(), Protocol::ManagerRequest::getDataDevice, protocol.device,
                           newObject, m_seat.get())) {
     addListener(m_device.get(), deviceListener, this);
-    // What is there already comes at once.
-    m_connection.sync(QDeadlineTimer(syncLimit));
+    // What is there already comes at once, and would pass for new if it came later.
+    m_connection.sync(QDeadlineTimer(initialLimit));
     m_initial = false;
 }
 

@@ -44,7 +44,10 @@ std::optional<QByteArray> DataPipeReader::readAll(QDeadlineTimer deadline) const
     std::array<char, 64 * 1024> part;
     while (all.size() <= maxSize) {
         pollfd readable{m_readEnd, POLLIN, 0};
-        if (poll(&readable, 1, static_cast<int>(deadline.remainingTime())) <= 0)
+        const int ready = poll(&readable, 1, static_cast<int>(deadline.remainingTime()));
+        if (ready < 0 && errno == EINTR)
+            continue;  // by a signal, such as the one after a pause of the whole program
+        if (ready <= 0)
             return std::nullopt;
         const ssize_t count = read(m_readEnd, part.data(), part.size());
         if (count == 0)
