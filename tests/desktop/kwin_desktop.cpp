@@ -58,6 +58,15 @@ void KwinDesktop::pressTextHotKey() const {
                                                u"translate-selection.LOGO+SHIFT+d"_s});
 }
 
+void KwinDesktop::endPortalBackend() const {
+    // "(uint32 1234,)"
+    const QString process = run(
+        u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.freedesktop.DBus"_s, u"--object-path"_s,
+                     u"/"_s, u"--method"_s, u"org.freedesktop.DBus.GetConnectionUnixProcessID"_s,
+                     u"org.freedesktop.impl.portal.desktop.kde"_s});
+    run(u"kill"_s, {process.section(u' ', 1).chopped(2)});
+}
+
 bool KwinDesktop::hasWindow(const QString& title) const {
     return run(u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.KWin"_s, u"--object-path"_s,
                             u"/WindowsRunner"_s, u"--method"_s, u"org.kde.krunner1.Match"_s, title})

@@ -14,6 +14,8 @@ public:
     /// The shortcuts that this program has with the desktop.
     [[nodiscard]] QString shortcuts() const;
     void pressTextHotKey() const override;
+    /// Ends KDE's backend of the portal, as a crash would.
+    void endPortalBackend() const;
 
     /// Whether a window of this title is open.
     [[nodiscard]] bool hasWindow(const QString& title) const;

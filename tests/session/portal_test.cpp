@@ -1,3 +1,4 @@
+#include <QDBusConnectionInterface>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
@@ -254,6 +255,29 @@ TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
     desktop->endSession();
     ASSERT_EQ(hotKeys->registerHotKey(keyT, commandShift, text).status, 0);
     ASSERT_TRUE(isBound());
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
+}
+
+TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_every_session_is_left_alone) {
+    startPortal();
+    QDBusConnection backend = bus.connect();
+    const QString name = u"org.freedesktop.impl.portal.desktop.scripted"_s;
+    backend.registerService(name);
+    startProgram();
+    ASSERT_TRUE(isReady());
+    registerBoth();
+    for (int start = 1; start <= 2; ++start) {
+        ASSERT_TRUE(isBound());
+        desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, start);
+        ASSERT_TRUE(eventually([&] { return pressed.size() == static_cast<size_t>(start); }));
+        desktop->bound.clear();
+        backend.unregisterService(name);
+        backend.registerService(name);
+    }
+    ASSERT_TRUE(isBound());
+    backend.unregisterService(name);
+    ASSERT_TRUE(eventually([&] { return !backend.interface()->isServiceRegistered(name); }));
+    ASSERT_TRUE(nextTurn());
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
 }
 

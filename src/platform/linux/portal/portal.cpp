@@ -43,6 +43,9 @@ Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
                 if (!now.isEmpty())
                     introduce();
             });
+    auto* backends = new QDBusServiceWatcher(u"org.freedesktop.impl.portal.desktop*"_s, m_bus,
+                                             QDBusServiceWatcher::WatchForUnregistration, this);
+    connect(backends, &QDBusServiceWatcher::serviceUnregistered, this, &Portal::backendGone);
     introduce();
 }
 

@@ -64,6 +64,9 @@ Q_SIGNALS:
     /// What the portal has is known, or that there is none: at start, and whenever it may have changed.
     void ready();
     void gone();
+    /// One of the desktop's programs behind the portal has ended, and with it what it kept for us, of which
+    /// the portal itself says nothing.
+    void backendGone();
 
 private:
     struct Question {

@@ -62,6 +62,7 @@ PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes)
         ++m_generation;
         m_session.clear();
     });
+    connect(&m_portal, &Portal::backendGone, this, &PortalHotKeys::reopen);
 }
 
 PortalHotKeys::~PortalHotKeys() {
@@ -219,7 +220,11 @@ void PortalHotKeys::sessionClosed(const QDBusMessage& closed) {
     debugLog(u"PortalHotKeys: the desktop has ended the session"_s);
     m_session.clear();
     ++m_generation;
-    // Once more for each start of the portal: one that ends every session is not to be pestered.
+    reopen();
+}
+
+void PortalHotKeys::reopen() {
+    // Once until it has served a press: one that ends every session is not to be pestered.
     if (std::exchange(m_mayReopen, false))
         scheduleSession();
 }
@@ -228,6 +233,7 @@ void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& sho
                               const QVariantMap& options) {
     if (session.path() != m_session)
         return;
+    m_mayReopen = true;
     // A restored session and a bound one may both tell of the same press.
     if (std::exchange(m_lastPress, {shortcut, timestamp}) == std::pair(shortcut, timestamp) && timestamp != 0)
         return;

@@ -55,6 +55,8 @@ private:
 
     /// Makes a new session in the next turn of the event loop: hot keys change together.
     void scheduleSession();
+    /// The same, after the desktop has ended the session.
+    void reopen();
     void createSession();
     void listShortcuts();
     void bindShortcuts();
