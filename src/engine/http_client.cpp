@@ -67,20 +67,20 @@ QCoro::Task<HttpResponse> HttpClient::send(QNetworkRequest request, QByteArray b
     // The request carries the user's key and text, which the library would take along to wherever a server
     // points: it may point to its own origin only.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::SameOriginRedirectPolicy);
-    const auto start = [request = withoutCookies(std::move(request)), body = std::move(body)](
+    const auto start = [request = withoutCookies(request), body = std::move(body)](
                            QNetworkAccessManager& network) { return network.post(request, body); };
     return transfer(start, AddressOrigin::enteredByUser, {}, idleTimeout, std::move(stop));
 }
 
-QCoro::Task<HttpResponse> HttpClient::get(QNetworkRequest request, std::chrono::milliseconds idleTimeout,
-                                          std::stop_token stop) {
-    return download(std::move(request), {}, idleTimeout, std::move(stop));
+QCoro::Task<HttpResponse> HttpClient::get(const QNetworkRequest& request,
+                                          std::chrono::milliseconds idleTimeout, std::stop_token stop) {
+    return download(request, {}, idleTimeout, std::move(stop));
 }
 
 QCoro::Task<HttpResponse> HttpClient::download(QNetworkRequest request, Receive receive,
                                                std::chrono::milliseconds idleTimeout, std::stop_token stop) {
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    const auto start = [request = withoutCookies(std::move(request))](QNetworkAccessManager& network) {
+    const auto start = [request = withoutCookies(request)](QNetworkAccessManager& network) {
         return network.get(request);
     };
     return transfer(start, AddressOrigin::programsOwn, std::move(receive), idleTimeout, std::move(stop));

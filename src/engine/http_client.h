@@ -50,7 +50,7 @@ public:
 
     /// GETs one of the program's own addresses, and fails as `send` does. No secret goes along, so
     /// redirections are followed wherever they lead, but never from https to http.
-    [[nodiscard]] QCoro::Task<HttpResponse> get(QNetworkRequest request,
+    [[nodiscard]] QCoro::Task<HttpResponse> get(const QNetworkRequest& request,
                                                 std::chrono::milliseconds idleTimeout,
                                                 std::stop_token stop = {});
 
