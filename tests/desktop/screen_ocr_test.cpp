@@ -60,16 +60,21 @@ protected:
 };
 
 TEST_F(ScreenOCR, the_text_in_a_drawn_rectangle_is_translated) {
-    ASSERT_TRUE(openPicker());
-    ASSERT_TRUE(waitUntil([&] {
-        if (pickerRuns())
-            drag({1, 1}, {750, 70});
-        return !pickerRuns();
-    }));
-    ASSERT_TRUE(waitUntil([&] { return !program.standIn().requests().isEmpty(); }, 30));
-    EXPECT_EQ(program.standIn().requests().last().userText(),
-              u"Giao diện tốt nhất là giao diện mà bạn không còn để ý.\n"_s +
-                  u"The best interface is the one you stop noticing."_s);
+    const QString text = u"Giao diện tốt nhất là giao diện mà bạn không còn để ý.\n"_s +
+                         u"The best interface is the one you stop noticing."_s;
+    // A drag of which the picker only sees the end draws a smaller rectangle.
+    const auto modelGetsTheText = [&] {
+        const qsizetype before = program.standIn().requests().size();
+        EXPECT_TRUE(openPicker());
+        EXPECT_TRUE(waitUntil([&] {
+            if (pickerRuns())
+                drag({1, 1}, {750, 70});
+            return !pickerRuns();
+        }));
+        const bool asked = waitUntil([&] { return program.standIn().requests().size() > before; }, 15);
+        return asked && program.standIn().requests().last().userText() == text;
+    };
+    ASSERT_TRUE(modelGetsTheText() || modelGetsTheText() || modelGetsTheText());
     EXPECT_TRUE(waitUntil([&] { return program.shownTranslation() == u"đã dịch"_s; }));
     EXPECT_TRUE(QDir(desktop.home() + u"/tmp"_s).entryList({u"tralio_snip_*"_s}).isEmpty());
 }
