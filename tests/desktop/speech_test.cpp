@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "common/clock.h"
+#include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
@@ -140,6 +141,27 @@ TEST_F(RealSpeech, a_daemon_that_hangs_is_given_up) {
     beginLongText();
     ASSERT_TRUE(session.signal("speech-dispatcher", SIGSTOP));
     EXPECT_TRUE(fallsSilent(20));
+}
+
+TEST(SpeechButton, reads_the_result_aloud_and_stops) {
+    const SpeechSession session;
+    VirtualDesktop desktop;
+    desktop.setVariable(u"XDG_DATA_HOME"_s, desktop.home() + u"/.local/share"_s);
+    for (const char* own : {"HOME", "XDG_RUNTIME_DIR"})  // the speech session's
+        desktop.setVariable(QString::fromLatin1(own), qEnvironmentVariable(own));
+    ProgramRun program(desktop);
+    program.standIn().translatesTo(u"Trời hôm nay rất đẹp. "_s.repeated(1000));
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    desktop.type(u"hello"_s);
+    desktop.press(u"Return"_s);
+
+    ASSERT_TRUE(program.click(u"Đọc"_s));
+    ASSERT_TRUE(waitUntil([&] { return program.shows(u"Dừng"_s); }));
+    EXPECT_TRUE(waitUntil([&] { return session.signal("sd_espeak-ng", 0); }));
+    EXPECT_FALSE(waitUntil([&] { return program.shows(u"Đọc"_s); }, 3)) << "nothing is read";
+    ASSERT_TRUE(program.click(u"Dừng"_s));
+    EXPECT_TRUE(waitUntil([&] { return program.shows(u"Đọc"_s); }));
 }
 
 }  // namespace
