@@ -1,11 +1,11 @@
 #include <QTest>
 
-#include "screenshots_stage.h"
 #include "ui/history/history_row.h"
 #include "ui/kit/control.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "ui/kit/theme.h"
+#include "ui/stage.h"
 
 namespace tralio {
 namespace {

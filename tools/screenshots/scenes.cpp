@@ -1,10 +1,10 @@
-#include "screenshots_scenes.h"
+#include "scenes.h"
 
 #include <QDateTime>
 
 #include "history/translation_history_json.h"
-#include "screenshots_stage.h"
 #include "ui/kit/control.h"
+#include "ui/stage.h"
 
 namespace tralio {
 namespace {

@@ -1,4 +1,4 @@
-#include "screenshots_stage.h"
+#include "ui/stage.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>

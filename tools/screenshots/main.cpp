@@ -12,9 +12,9 @@
 #include <memory>
 
 #include "common/debug_log.h"
-#include "screenshots_scenes.h"
-#include "screenshots_stage.h"
+#include "scenes.h"
 #include "ui/kit/theme.h"
+#include "ui/stage.h"
 
 namespace {
 

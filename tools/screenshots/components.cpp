@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <QTimer>
 
-#include "screenshots_scenes.h"
+#include "scenes.h"
 #include "ui/kit/button.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/label.h"

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "support/event_loop.h"
-#include "translate_panel_support.h"
+#include "ui/translate_panel_support.h"
 #include "update/update_service.h"
 
 namespace tralio {
