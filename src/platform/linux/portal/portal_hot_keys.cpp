@@ -17,7 +17,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-constexpr auto answerLimit = 5s;
+/// A backend that the call itself starts, at a busy login, may need most of it.
+constexpr auto answerLimit = 30s;
 /// For what the user may have to confirm.
 constexpr std::chrono::milliseconds noLimit = 0ms;
 
