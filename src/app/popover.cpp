@@ -22,6 +22,8 @@ using namespace Qt::StringLiterals;
 constexpr qint64 sameClick = 300;  // milliseconds
 
 constexpr auto focusPoll = std::chrono::milliseconds(50);
+/// How long a window manager may take to give the keyboard.
+constexpr qint64 focusPatience = 2000;  // milliseconds
 
 constexpr int opening = 120;  // milliseconds
 constexpr int closing = 80;
@@ -45,7 +47,7 @@ Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSyste
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     m_focusWatch.setInterval(focusPoll);
-    connect(&m_focusWatch, &QTimer::timeout, this, &Popover::hideUnlessActive);
+    connect(&m_focusWatch, &QTimer::timeout, this, &Popover::watchFocus);
     connect(&m_motion, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& presence) { setPresence(presence.toReal()); });
     connect(&m_motion, &QVariantAnimation::finished, this, [this] { setVisible(m_shown); });
@@ -69,6 +71,7 @@ void Popover::show(std::optional<QRect> anchor) {
     m_frame->setEdges(edges);
     m_closedByDeactivation.invalidate();
     m_sinceShown.start();
+    m_hadFocus = false;
     if (!m_shown) {
         hide();  // one that is fading out opens anew, with all that comes of it
         place(anchor);
@@ -125,6 +128,13 @@ void Popover::hideEvent(QHideEvent* event) {
 void Popover::bringToFront() {
     raise();
     activateWindow();
+    askForFocus();
+    m_sinceAsked.start();
+    if (m_windowSystem.isActive)
+        m_focusWatch.start();
+}
+
+void Popover::askForFocus() {
     if (m_windowSystem.activate)
         m_windowSystem.activate(winId());
 }
@@ -144,28 +154,37 @@ void Popover::performClose() {
 }
 
 bool Popover::event(QEvent* event) {
-    if (event->type() == QEvent::WindowDeactivate)
-        hideUnlessActive();
+    if (event->type() == QEvent::WindowActivate) {
+        m_hadFocus = true;
+        m_sinceAsked.invalidate();
+    } else if (event->type() == QEvent::WindowDeactivate) {
+        watchFocus();
+    }
     return QWidget::event(event);
 }
 
-void Popover::hideUnlessActive() {
+void Popover::watchFocus() {
     // The toolkit may be telling of the time before the popover was shown, or of a moment's grab; it will not
     // tell when another window becomes active meanwhile. So look again.
     const bool justShown = !m_sinceShown.hasExpired(sameClick);
     const bool inFront = m_windowSystem.isActive && m_windowSystem.isActive(winId());
     const bool pressed = m_windowSystem.isMousePressed && m_windowSystem.isMousePressed();
     const bool released = std::exchange(m_mouseWasPressed, pressed) && !pressed;
+    const bool isAwaited = m_sinceAsked.isValid() && !m_sinceAsked.hasExpired(focusPatience);
     if (!m_shown || isActiveWindow()) {
         m_focusWatch.stop();
     } else if (pressed || justShown || inFront) {
         m_focusWatch.start();
     } else if (released &&
                m_frame->contentArea().translated(pos() + m_frame->pos()).contains(QCursor::pos())) {
-        m_sinceShown.start();
         bringToFront();
+    } else if (isAwaited && !released) {
+        askForFocus();
+        m_focusWatch.start();
     } else {
         m_focusWatch.stop();
+        if (!m_hadFocus && !released)
+            return;  // a window manager that gives no keyboard to it
         disappear();
         m_closedByDeactivation.start();
     }

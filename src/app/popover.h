@@ -17,7 +17,7 @@ class WindowFrame;
 /// from the desktop, and trays refuse them. It closes when another window becomes active, and on Escape. It
 /// stays while another program takes the keyboard for a moment, as the keys of an input method or the volume
 /// do, and while the mouse is held down: a press in another window may be the beginning of a drag that ends
-/// here.
+/// here. A window manager that is slow to give it the keyboard is asked again for a while.
 ///
 /// Where a compositor runs it fades in and out. It counts as shown, with the keyboard, from the first moment
 /// of the one motion, and as closed from the first moment of the other.
@@ -53,7 +53,8 @@ private:
     void disappear();
     void setPresence(qreal presence);
     void bringToFront();
-    void hideUnlessActive();
+    void askForFocus();
+    void watchFocus();
 
     std::function<QWidget*()> m_makeContent;
     WindowSystem m_windowSystem;
@@ -64,6 +65,8 @@ private:
     QTimer m_focusWatch;
     bool m_mouseWasPressed = false;
     QElapsedTimer m_sinceShown;
+    QElapsedTimer m_sinceAsked;  ///< for the keyboard; invalid once it was given
+    bool m_hadFocus = false;     ///< since it was shown
     QElapsedTimer m_closedByDeactivation;
 };
 

@@ -37,13 +37,23 @@ protected:
     /// Presses the hot key and waits for the region picker to cover the screen.
     [[nodiscard]] bool openPicker() {
         desktop.press(u"super+shift+s"_s);
-        return waitUntil([this] { return pickerRuns(); });
+        return pickerOpens();
+    }
+    [[nodiscard]] bool pickerOpens() const {
+        return waitUntil([this] { return desktop.isVisible(u"tralio-snip"_s); });
     }
     [[nodiscard]] bool pickerRuns() const {
         return !desktop.run(u"pgrep"_s, {u"-P"_s, QString::number(program.processId()), u"tralio-snip"_s})
                     .isEmpty();
     }
-    /// From one place of the page to another.
+    /// Draws a rectangle from one place of the page to another, again if the picker did not see it, but not
+    /// while it is only about to end: the press would fall on the window below.
+    [[nodiscard]] bool draw(const QPoint& from, const QPoint& to) const {
+        return waitUntil([&] {
+            drag(from, to);
+            return waitUntil([this] { return !pickerRuns(); }, 5);
+        });
+    }
     void drag(const QPoint& from, const QPoint& to) const {
         const auto move = [this](const QPoint& place) {
             return QStringList{u"mousemove"_s, u"--window"_s, m_window, QString::number(place.x()),
@@ -66,11 +76,7 @@ TEST_F(ScreenOCR, the_text_in_a_drawn_rectangle_is_translated) {
     const auto modelGetsTheText = [&] {
         const qsizetype before = program.standIn().requests().size();
         EXPECT_TRUE(openPicker());
-        EXPECT_TRUE(waitUntil([&] {
-            if (pickerRuns())
-                drag({1, 1}, {750, 70});
-            return !pickerRuns();
-        }));
+        EXPECT_TRUE(draw({1, 1}, {750, 70}));
         const bool asked = waitUntil([&] { return program.standIn().requests().size() > before; }, 15);
         return asked && program.standIn().requests().last().userText() == text;
     };
@@ -91,11 +97,7 @@ TEST_F(ScreenOCR, a_cancelled_capture_brings_the_popover_back_and_asks_nothing) 
 
 TEST_F(ScreenOCR, a_region_without_text_asks_nothing) {
     ASSERT_TRUE(openPicker());
-    ASSERT_TRUE(waitUntil([&] {
-        if (pickerRuns())
-            drag({10, 200}, {300, 280});
-        return !pickerRuns();
-    }));
+    ASSERT_TRUE(draw({10, 200}, {300, 280}));
     EXPECT_TRUE(waitUntil([&] { return program.isPopoverShown(); }));
     EXPECT_TRUE(program.standIn().requests().isEmpty());
 }
@@ -109,11 +111,7 @@ TEST_F(ScreenOCR, a_second_request_during_a_capture_is_turned_away) {
                      u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio.CaptureScreen"_s});
     };
     capture();
-    ASSERT_TRUE(waitUntil([&] {
-        if (pickerRuns())
-            drag({1, 1}, {750, 70});
-        return !pickerRuns();
-    }));
+    ASSERT_TRUE(draw({1, 1}, {750, 70}));
     ASSERT_TRUE(waitUntil([&] { return program.shownTranslation() == u"đã dịch"_s; }, 30));
     EXPECT_FALSE(pickerRuns()) << "the second request was only put off";
     EXPECT_EQ(program.standIn().requests().size(), 1);
@@ -123,13 +121,9 @@ TEST_F(ScreenOCR, the_button_in_the_window_hides_it_captures_and_translates) {
     desktop.press(u"super+shift+d"_s);
     ASSERT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
     ASSERT_TRUE(program.click(u"Chụp & Tralio"_s));
-    ASSERT_TRUE(waitUntil([this] { return pickerRuns(); }));
+    ASSERT_TRUE(pickerOpens());
     EXPECT_FALSE(program.isPopoverShown());
-    ASSERT_TRUE(waitUntil([&] {
-        if (pickerRuns())
-            drag({1, 1}, {750, 70});
-        return !pickerRuns();
-    }));
+    ASSERT_TRUE(draw({1, 1}, {750, 70}));
     EXPECT_TRUE(waitUntil([&] { return program.shownTranslation() == u"đã dịch"_s; }, 30));
     EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
 }
