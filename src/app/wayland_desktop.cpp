@@ -42,6 +42,7 @@ WaylandDesktop::WaylandDesktop(std::unique_ptr<WaylandConnection> wayland,
         debugLog(
             u"Desktop: the compositor has ended the connection: no clipboard and no selections any more"_s);
     });
+    tellOfWindows();
     chooseSelections();
     chooseCapture();
     m_scripts = std::make_unique<PrimaryScriptRunner>(m_workspace, *m_primary);
@@ -53,6 +54,20 @@ WaylandDesktop::WaylandDesktop(std::unique_ptr<WaylandConnection> wayland,
                  ? u"Desktop: synthetic keys by a virtual keyboard, which this compositor gives"_s
                  : u"Desktop: no synthetic keys, because this compositor lets no program type"_s);
     QObject::connect(&m_portal, &Portal::ready, &m_portal, [this] { tellOfPortal(); });
+}
+
+void WaylandDesktop::tellOfWindows() const {
+    if (QGuiApplication::platformName() == u"xcb") {
+        debugLog(u"Desktop: the popover by Xwayland, which lets it stand beside the tray"_s);
+        return;
+    }
+    // The toolkit makes ordinary windows only.
+    const quint32 layerShell = m_wayland->versionOf("zwlr_layer_shell_v1");
+    debugLog(
+        u"Desktop: the popover by Wayland, where the compositor puts it (layer-shell %1 is not used), "
+        u"because %2"_s.arg(
+            layerShell == 0 ? u"none"_s : QString::number(layerShell),
+            m_xwayland ? u"X windows are not wanted or would be blurred"_s : u"there is no Xwayland"_s));
 }
 
 void WaylandDesktop::chooseSelections() {

@@ -30,6 +30,7 @@ public:
     SelectionReader selectionOnceFocused() override;
 
 private:
+    void tellOfWindows() const;
     void chooseSelections();
     void chooseCapture();
     [[nodiscard]] bool canCapture() const;

@@ -68,9 +68,20 @@ void KwinDesktop::endPortalBackend() const {
 }
 
 bool KwinDesktop::hasWindow(const QString& title) const {
-    return run(u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.KWin"_s, u"--object-path"_s,
-                            u"/WindowsRunner"_s, u"--method"_s, u"org.kde.krunner1.Match"_s, title})
-        .contains(title);
+    return askForWindows(u"Match"_s, {title}).contains(title);
+}
+
+void KwinDesktop::bringToFront(const QString& title) const {
+    // "([('0_{…}', …": what to do, and with which window.
+    const QString match = askForWindows(u"Match"_s, {title}).section(u'\'', 1, 1);
+    askForWindows(u"Run"_s, {match, QString()});
+}
+
+QString KwinDesktop::askForWindows(const QString& method, const QStringList& arguments) const {
+    return run(u"gdbus"_s,
+               QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.KWin"_s, u"--object-path"_s,
+                           u"/WindowsRunner"_s, u"--method"_s, u"org.kde.krunner1."_s + method} +
+                   arguments);
 }
 
 }  // namespace tralio

@@ -19,9 +19,12 @@ public:
 
     /// Whether a window of this title is open.
     [[nodiscard]] bool hasWindow(const QString& title) const;
+    void bringToFront(const QString& title) const;
 
 private:
     void startCompositor();
+    /// Asks the search for windows of the desktop.
+    QString askForWindows(const QString& method, const QStringList& arguments) const;
 };
 
 }  // namespace tralio

@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace tralio {
@@ -134,6 +135,14 @@ QRect SwayDesktop::windowArea(const QString& title) const {
                     area.value(QLatin1String("width")).toInt(), area.value(QLatin1String("height")).toInt()};
     }
     return {};
+}
+
+bool SwayDesktop::isOnXwayland(const QString& title) const {
+    const QList<QJsonObject> all = windows();
+    return std::any_of(all.begin(), all.end(), [&](const QJsonObject& window) {
+        return window.value(QLatin1String("name")).toString() == title &&
+               window.value(QLatin1String("shell")).toString() == u"xwayland";
+    });
 }
 
 QString SwayDesktop::focusedWindow() const {

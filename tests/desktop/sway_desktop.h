@@ -33,6 +33,8 @@ public:
     /// Where a window is, by its title; empty while it is not there.
     [[nodiscard]] QRect windowArea(const QString& title) const;
     [[nodiscard]] QString focusedWindow() const;
+    /// Whether a window, by its title, is one of Xwayland's.
+    [[nodiscard]] bool isOnXwayland(const QString& title) const;
 
     /// Whether a program of this name runs in this session.
     [[nodiscard]] bool isRunning(const QString& program) const;

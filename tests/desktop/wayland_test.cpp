@@ -1,5 +1,9 @@
+#include <QFile>
+
+#include <algorithm>
 #include <csignal>
 #include <gmock/gmock.h>
+#include <iterator>
 
 #include "desktop/program_run.h"
 #include "desktop/sway_desktop.h"
@@ -17,6 +21,17 @@ constexpr quint32 escape = 1;
 
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;
+
+/// Whether a program has loaded the drivers of GL, which cost it 30 MB.
+bool hasLoadedGL(qint64 process) {
+    QFile maps(u"/proc/%1/maps"_s.arg(process));
+    EXPECT_TRUE(maps.open(QIODevice::ReadOnly));
+    const QByteArray files = maps.readAll();
+    EXPECT_TRUE(files.contains("/libQt6Widgets"));
+    constexpr const char* drivers[] = {"/libEGL_", "/libGLX_", "_dri.so", "/libgallium", "/libLLVM"};
+    return std::any_of(std::begin(drivers), std::end(drivers),
+                       [&](const char* driver) { return files.contains(driver); });
+}
 
 /// Both kinds of session: with windows of ours on Xwayland, and on Wayland itself.
 class Wayland : public testing::TestWithParam<SwayDesktop::Xwayland> {
@@ -56,7 +71,8 @@ TEST_P(Wayland, what_is_selected_in_an_editor_is_translated_and_the_popover_show
     EXPECT_EQ(program.translateSelection(), u"Ngôn ngữ trong trình soạn thảo");
     EXPECT_TRUE(waitUntil([&] { return isPopoverShown() && desktop.focusedWindow() == u"Tralio"; }));
     EXPECT_TRUE(waitUntil([&] { return !program.shownTranslation().isEmpty(); }));
-    EXPECT_FALSE(desktop.screenshot(desktop.home() + u"/screen.png"_s).isNull());
+    EXPECT_EQ(desktop.isOnXwayland(u"Tralio"_s), GetParam() == SwayDesktop::Xwayland::present);
+    EXPECT_FALSE(hasLoadedGL(program.processId()));
 
     desktop.press({escape});
     EXPECT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
@@ -131,6 +147,22 @@ TEST_P(Wayland, a_second_start_opens_the_popover_of_the_first_and_ends) {
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
     EXPECT_TRUE(program.isRunning());
+}
+
+TEST_P(Wayland, a_picker_goes_with_the_program_that_waits_for_it) {
+    desktop.pressCaptureHotKey();
+    ASSERT_TRUE(waitUntil([&] { return desktop.isRunning(u"slurp"_s); }));
+    ASSERT_EQ(kill(static_cast<pid_t>(program.processId()), SIGKILL), 0);
+    EXPECT_TRUE(waitUntil([&] { return !desktop.isRunning(u"slurp"_s); }));
+}
+
+TEST(WaylandWindows, are_not_of_xwayland_where_that_would_blur_them) {
+    SwayDesktop desktop(SwayDesktop::Xwayland::present);
+    desktop.run(u"swaymsg"_s, {u"output * scale 1.5"_s});
+    const ProgramRun program(desktop);
+    desktop.pressTextHotKey();
+    ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; }));
+    EXPECT_FALSE(desktop.isOnXwayland(u"Tralio"_s));
 }
 
 }  // namespace

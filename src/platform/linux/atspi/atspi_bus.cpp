@@ -82,6 +82,7 @@ void AtspiBus::connectTo(const QString& address) {
         debugLog(u"AtspiBus: cannot connect: "_s + m_bus->lastError().name());
         return;
     }
+    debugLog(u"AtspiBus: joined the accessibility bus"_s);
     qDBusRegisterMetaType<AtspiReference>();
     qDBusRegisterMetaType<QList<AtspiReference>>();
     listen();

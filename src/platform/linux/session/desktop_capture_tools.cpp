@@ -10,6 +10,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// What takes its picture without the user has no reason to take longer.
+constexpr std::chrono::milliseconds whileItDraws = std::chrono::seconds(15);
+
 const QString grim = u"grim"_s;
 const QString slurp = u"slurp"_s;
 const QString spectacle = u"spectacle"_s;
@@ -25,11 +28,11 @@ bool GrimCapture::isInstalled() {
 }
 
 QCoro::Task<qint32> GrimCapture::run(QString outputPath) {
-    const ProgramResult drawn = co_await runProgram(slurp, QStringList());
+    const ProgramResult drawn = co_await runProgram(slurp, QStringList(), whileTheUserDraws);
     if (drawn.status != 0)
         co_return drawn.status;
     const QStringList arguments{u"-g"_s, QString::fromUtf8(drawn.output).trimmed(), outputPath};
-    const ProgramResult picture = co_await runProgram(grim, arguments);
+    const ProgramResult picture = co_await runProgram(grim, arguments, whileItDraws);
     co_return picture.status;
 }
 
@@ -40,7 +43,7 @@ bool SpectacleCapture::isInstalled() {
 QCoro::Task<qint32> SpectacleCapture::run(QString outputPath) {
     // In the background and without a notification, a region, to a file.
     const QStringList arguments{u"-b"_s, u"-n"_s, u"-r"_s, u"-o"_s, outputPath};
-    const ProgramResult picture = co_await runProgram(spectacle, arguments);
+    const ProgramResult picture = co_await runProgram(spectacle, arguments, whileTheUserDraws);
     co_return picture.status;
 }
 

@@ -3,21 +3,31 @@
 #include <QProcess>
 #include <qcoroprocess.h>
 
+#include <csignal>
+#include <sys/prctl.h>
+
+#include "common/debug_log.h"
 #include "ocr/capture_tool.h"
 
 namespace tralio {
 
-QCoro::Task<ProgramResult> runProgram(QString program, QStringList arguments) {
+using namespace Qt::StringLiterals;
+
+QCoro::Task<ProgramResult> runProgram(QString program, QStringList arguments,
+                                      std::chrono::milliseconds limit) {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.setStandardInputFile(QProcess::nullDevice());  // some read theirs to the end before they begin
-    process.setProgram(program);
-    process.setArguments(arguments);
-    const bool started = co_await qCoro(process).start();
-    if (!started)
+    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    process.start(program, arguments);
+    // A moment, which ends when the system has loaded the program, or has not.
+    if (!process.waitForStarted())
         co_return ProgramResult{CaptureTool::notStarted, {}};
-    constexpr auto howeverLong = std::chrono::milliseconds(-1);
-    co_await qCoro(process).waitForFinished(howeverLong);
+    if (!co_await qCoro(process).waitForFinished(limit)) {
+        debugLog(u"runProgram: %1 does not end by itself"_s.arg(program));
+        process.kill();
+        co_await qCoro(process).waitForFinished(howeverLong);
+    }
     const bool ended = process.exitStatus() == QProcess::NormalExit;
     co_return ProgramResult{ended ? process.exitCode() : CaptureTool::notStarted,
                             process.readAllStandardOutput()};

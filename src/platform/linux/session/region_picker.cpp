@@ -21,7 +21,7 @@ QString RegionPicker::installedProgram() {
 
 QCoro::Task<qint32> RegionPicker::run(QString outputPath) {
     const QStringList arguments{u"-i"_s, outputPath};
-    const ProgramResult picker = co_await runProgram(m_program, arguments);
+    const ProgramResult picker = co_await runProgram(m_program, arguments, howeverLong);
     co_return picker.status;
 }
 

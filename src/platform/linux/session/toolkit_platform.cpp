@@ -3,13 +3,16 @@
 #include <QGuiApplication>
 #include <QOpenGLContext>
 
+#include "platform/linux/wayland/magnified_xwayland.h"
+
 namespace tralio {
 
 ToolkitPlatform::ToolkitPlatform() {
     if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
         return;
     // The second is taken when the first cannot be had.
-    choose("QT_QPA_PLATFORM", qEnvironmentVariableIsSet("DISPLAY") ? "xcb;wayland" : "wayland;xcb");
+    const bool isX11Good = qEnvironmentVariableIsSet("DISPLAY") && !isXwaylandMagnified();
+    choose("QT_QPA_PLATFORM", isX11Good ? "xcb;wayland" : "wayland;xcb");
     // GL costs 30 MB, and our windows are drawn in shared memory. The name is of no plugin, so that none is
     // loaded.
     choose("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");

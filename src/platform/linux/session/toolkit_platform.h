@@ -5,8 +5,9 @@
 namespace tralio {
 
 /// Tells the toolkit which window system to use, while the application object is made: Xwayland's in a
-/// Wayland session that has it, where a window can be put beside the tray and kept in front, and else
-/// Wayland's, without loading a GL stack for it. What the user has chosen stands.
+/// Wayland session that has it, where a window can be put beside the tray and kept in front, and else, or
+/// where X windows would be blurred, Wayland's, without loading a GL stack for it. What the user has chosen
+/// stands.
 ///
 /// The choice is for this process: programs that it starts must not inherit it.
 class ToolkitPlatform final {

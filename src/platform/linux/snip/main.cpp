@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <exception>
 #include <string_view>
-#include <sys/prctl.h>
 
 #include "platform/linux/snip/picker.h"
 #include "platform/linux/snip/picture_file.h"
@@ -49,8 +48,6 @@ int main(int argc, char** argv) {
         std::fputs("Usage: tralio-snip -i PATH\n", stderr);
         return misused;
     }
-    // Or the screen would stay frozen for a picture that nobody waits for.
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
     const QString path = QFile::decodeName(argv[2]);
     // Better now than when the user has drawn.
     if (const QString obstacle = PictureFile::obstacleAt(path); !obstacle.isEmpty())

@@ -75,7 +75,7 @@ const ToplevelWatch::ManagerListener ToplevelWatch::managerListener{
         self(data).m_windows.insert(window, {});
         addListener(window, handleListener, data);
     },
-    [](void*, wl_proxy*) {},
+    [](void* data, wl_proxy*) { self(data).forgetWindows(); },
 };
 
 std::unique_ptr<ToplevelWatch> ToplevelWatch::open(WaylandConnection& connection) {
@@ -88,6 +88,10 @@ ToplevelWatch::ToplevelWatch(WaylandObject manager) : m_manager(std::move(manage
 }
 
 ToplevelWatch::~ToplevelWatch() {
+    forgetWindows();
+}
+
+void ToplevelWatch::forgetWindows() {
     while (!m_windows.isEmpty())
         closed(m_windows.cbegin().key());
 }

@@ -36,6 +36,7 @@ private:
 
     void done(wl_proxy* window);
     void closed(wl_proxy* window);
+    void forgetWindows();
 
     WaylandObject m_manager;
     QHash<wl_proxy*, Window> m_windows;

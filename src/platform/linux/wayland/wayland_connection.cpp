@@ -10,10 +10,6 @@
 namespace tralio {
 namespace {
 
-/// Milliseconds. Compositors that have just started are busy for a second or more, and who is not greeted has
-/// no hot keys for the whole session.
-constexpr int greetingLimit = 10'000;
-
 void globalAdded(void* connection, wl_registry* /*registry*/, quint32 name, const char* interface,
                  quint32 version) {
     static_cast<WaylandConnection*>(connection)->addGlobal(name, interface, version);
@@ -36,7 +32,14 @@ void DestroyProxy::operator()(wl_proxy* proxy) const {
     wl_proxy_destroy(proxy);
 }
 
-std::unique_ptr<WaylandConnection> WaylandConnection::open() {
+std::unique_ptr<WaylandConnection> WaylandConnection::open(int limit) {
+    auto connection = greet(limit);
+    if (connection)
+        connection->listen();
+    return connection;
+}
+
+std::unique_ptr<WaylandConnection> WaylandConnection::greet(int limit) {
     // Without the variable the library would try a socket by a usual name, which may be another session's.
     if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
         return nullptr;
@@ -44,9 +47,8 @@ std::unique_ptr<WaylandConnection> WaylandConnection::open() {
     if (!display)
         return nullptr;
     std::unique_ptr<WaylandConnection> connection(new WaylandConnection(display));
-    if (!connection->sync(QDeadlineTimer(greetingLimit)))
+    if (!connection->sync(QDeadlineTimer(limit)))
         return nullptr;
-    connection->listen();
     return connection;
 }
 
@@ -73,22 +75,28 @@ void WaylandConnection::listen() {
 }
 
 void WaylandConnection::addGlobal(quint32 name, const char* interface, quint32 version) {
-    // Of several seats the first is the user's.
-    if (!m_globals.contains(interface))
-        m_globals.insert(interface, {name, version});
+    m_globals[interface].push_back({name, version});
 }
 
 quint32 WaylandConnection::versionOf(const QByteArray& interface) const {
-    return m_globals.value(interface).version;
+    const auto known = m_globals.constFind(interface);
+    return known == m_globals.cend() ? 0 : known->front().version;
 }
 
 WaylandObject WaylandConnection::bind(const wl_interface& interface, quint32 version) {
-    const Global global = m_globals.value(interface.name);
-    if (global.version == 0)
-        return nullptr;
-    const quint32 agreed = std::min(global.version, version);
-    return WaylandObject(
-        static_cast<wl_proxy*>(wl_registry_bind(m_registry, global.name, &interface, agreed)));
+    // Of several seats the first is the user's.
+    auto all = bindAll(interface, version);
+    return all.empty() ? nullptr : std::move(all.front());
+}
+
+std::vector<WaylandObject> WaylandConnection::bindAll(const wl_interface& interface, quint32 version) {
+    std::vector<WaylandObject> all;
+    for (const Global& global : m_globals.value(interface.name)) {
+        const quint32 agreed = std::min(global.version, version);
+        all.emplace_back(
+            static_cast<wl_proxy*>(wl_registry_bind(m_registry, global.name, &interface, agreed)));
+    }
+    return all;
 }
 
 bool WaylandConnection::sync(QDeadlineTimer deadline) {

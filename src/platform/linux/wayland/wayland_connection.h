@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 struct wl_display;
 struct wl_interface;
@@ -24,14 +25,20 @@ struct DestroyProxy {
 using WaylandObject = std::unique_ptr<wl_proxy, DestroyProxy>;
 
 /// A connection of our own to the Wayland compositor, beside the one of the toolkit, which may well be an X11
-/// program here. Used from the main thread; events come from the event loop.
+/// program here. Used from the main thread.
 class WaylandConnection final : public QObject {
     Q_OBJECT
 
 public:
+    /// Milliseconds. Compositors that have just started are busy for a second or more, and who is not greeted
+    /// has no hot keys for the whole session.
+    static constexpr int greetingLimit = 10'000;
+
     /// Connects to $WAYLAND_DISPLAY and learns what the compositor offers; null when there is none, or when
-    /// it does not answer within half a second.
-    [[nodiscard]] static std::unique_ptr<WaylandConnection> open();
+    /// it does not answer within `limit`, in milliseconds. Events then come from the event loop.
+    [[nodiscard]] static std::unique_ptr<WaylandConnection> open(int limit = greetingLimit);
+    /// The same without an event loop, which need not exist yet: events come in sync() only.
+    [[nodiscard]] static std::unique_ptr<WaylandConnection> greet(int limit = greetingLimit);
     ~WaylandConnection() override;
 
     /// The version of a global object of the compositor's; zero when it has none.
@@ -39,16 +46,21 @@ public:
 
     /// Binds a global object, in at most `version`; null when the compositor has none.
     [[nodiscard]] WaylandObject bind(const wl_interface& interface, quint32 version);
+    /// All of the kind, where a compositor has several.
+    [[nodiscard]] std::vector<WaylandObject> bindAll(const wl_interface& interface, quint32 version);
 
     /// Waits until the compositor has dealt with everything asked so far, and hands out what it said; false
     /// when the time is over first.
     bool sync(QDeadlineTimer deadline);
     void flush();
 
+    /// The compositor is gone, or has ended the connection.
+    [[nodiscard]] bool isLost() const { return m_lost; }
+
     void addGlobal(quint32 name, const char* interface, quint32 version);
 
 Q_SIGNALS:
-    /// The compositor is gone, or has ended the connection.
+    /// isLost() from now on.
     void lost();
 
 private:
@@ -65,7 +77,7 @@ private:
 
     wl_display* m_display;
     wl_registry* m_registry;
-    QHash<QByteArray, Global> m_globals;
+    QHash<QByteArray, std::vector<Global>> m_globals;
     bool m_lost = false;
 };
 

@@ -13,13 +13,16 @@ constexpr quint32 commandFlag = 0x100000;
 constexpr quint32 leftControl = 29;  // evdev codes
 constexpr quint32 leftShift = 42;
 
+/// The user waits. Milliseconds.
+constexpr int greetingLimit = 500;
+
 }  // namespace
 
-WaylandKeyEventPoster::WaylandKeyEventPoster(WaylandConnection& connection, const FrontApplication& front)
-    : m_connection(connection), m_front(front) {}
+WaylandKeyEventPoster::WaylandKeyEventPoster(const WaylandConnection& session, const FrontApplication& front)
+    : m_session(session), m_front(front) {}
 
 bool WaylandKeyEventPoster::isGranted() const {
-    return m_connection.versionOf("zwp_virtual_keyboard_manager_v1") > 0;
+    return m_session.versionOf("zwp_virtual_keyboard_manager_v1") > 0;
 }
 
 bool WaylandKeyEventPoster::canPost() const {
@@ -36,12 +39,18 @@ void WaylandKeyEventPoster::post(const KeyEvent& event) {
         releaseShortcut();
 }
 
+void WaylandKeyEventPoster::openKeyboard() {
+    if (!m_connection || m_connection->isLost())
+        m_connection = WaylandConnection::open(greetingLimit);
+    m_keyboard = m_connection ? VirtualKeyboard::open(*m_connection) : nullptr;
+}
+
 void WaylandKeyEventPoster::pressShortcut(quint16 keyCode) {
     const auto how = copyShortcutIn(m_front.applicationId());
     const auto key = evdevKeyCode(keyCode);
     if (how == CopyShortcut::none || !key || !canPost())
         return;
-    m_keyboard = VirtualKeyboard::open(m_connection);
+    openKeyboard();
     if (!m_keyboard)
         return;
     m_pressed = {leftControl, *key};

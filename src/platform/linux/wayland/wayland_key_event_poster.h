@@ -11,9 +11,12 @@ class FrontApplication;
 
 /// Types shortcuts on a virtual keyboard, which is there only while one is pressed. The keys that the user
 /// holds are another keyboard's and need no release: what comes from ours comes with our modifiers.
+///
+/// A compositor that offers the keyboard and then refuses it ends the whole connection that asked: the
+/// keyboard has one of its own.
 class WaylandKeyEventPoster final : public KeyEventPoster {
 public:
-    WaylandKeyEventPoster(WaylandConnection& connection, const FrontApplication& front);
+    WaylandKeyEventPoster(const WaylandConnection& session, const FrontApplication& front);
 
     /// Whether the compositor gives programs a keyboard.
     [[nodiscard]] bool isGranted() const;
@@ -23,11 +26,13 @@ public:
     void postToProcess(qint32 processId, const KeyEvent& event) override;
 
 private:
+    void openKeyboard();
     void pressShortcut(quint16 keyCode);
     void releaseShortcut();
 
-    WaylandConnection& m_connection;
+    const WaylandConnection& m_session;
     const FrontApplication& m_front;
+    std::unique_ptr<WaylandConnection> m_connection;  ///< from the first shortcut on
     std::unique_ptr<VirtualKeyboard> m_keyboard;
     std::vector<quint32> m_pressed;
 };
