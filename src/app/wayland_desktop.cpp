@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <utility>
 
 #include "app/x11_desktop.h"
@@ -23,6 +24,26 @@ using namespace Qt::StringLiterals;
 /// Asks nobody: PRIMARY cannot be had.
 std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
     return std::nullopt;
+}
+
+bool isDesktop(QStringView name) {
+    const QStringList names = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    return std::any_of(names.begin(), names.end(), [name](const QString& candidate) {
+        return candidate.compare(name, Qt::CaseInsensitive) == 0;
+    });
+}
+
+/// The line that binds a key to a command, in this desktop's words.
+QString howToBind(const QString& command) {
+    if (isDesktop(u"sway"))
+        return u"in ~/.config/sway/config: bindsym Mod4+Shift+d exec "_s % command;
+    if (isDesktop(u"Hyprland"))
+        return u"in hyprland.conf: bind = SUPER SHIFT, D, exec, "_s % command;
+    if (isDesktop(u"GNOME"))
+        return u"in Settings, Keyboard, Custom Shortcuts: "_s % command;
+    if (isDesktop(u"KDE"))
+        return u"in System Settings, Shortcuts, Add Command: "_s % command;
+    return u"bind a key of the compositor to: "_s % command;
 }
 
 }  // namespace
@@ -112,11 +133,10 @@ void WaylandDesktop::chooseSelections() {
 }
 
 void WaylandDesktop::chooseCapture() {
-    const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
     if (m_wayland->versionOf("zwlr_screencopy_manager_v1") > 0 && GrimCapture::isInstalled()) {
         debugLog(u"Desktop: screen capture by grim and slurp, which this compositor serves"_s);
         m_capture = std::make_unique<GrimCapture>();
-    } else if (isKde && SpectacleCapture::isInstalled()) {
+    } else if (isDesktop(u"KDE") && SpectacleCapture::isInstalled()) {
         debugLog(u"Desktop: screen capture by KDE's spectacle"_s);
         m_capture = std::make_unique<SpectacleCapture>();
     } else {
@@ -139,10 +159,10 @@ void WaylandDesktop::tellOfPortal() {
         debugLog(u"Desktop: hot keys by the GlobalShortcuts portal"_s);
     else
         debugLog(
-            u"Desktop: no hot keys, because this session has no GlobalShortcuts portal; bind keys of the "
-            u"compositor to: gdbus call --session --dest %1 --object-path %2 --method "
-            u"%1.TranslateSelection (or .CaptureScreen)"_s.arg(QLatin1String(SessionService::name),
-                                                               QLatin1String(SessionService::path)));
+            u"Desktop: no hot keys, because this session has no GlobalShortcuts portal; "_s %
+            howToBind(u"gdbus call --session --dest %1 --object-path %2 --method %1.TranslateSelection"_s.arg(
+                QLatin1String(SessionService::name), QLatin1String(SessionService::path))) %
+            u" (and another key to .CaptureScreen)"_s);
 }
 
 HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
