@@ -164,6 +164,8 @@ void AppDelegate::checkAndAutoTranslateClipboard() {
 }
 
 void AppDelegate::translateLater(const QString& text) {
+    if (m_services.prepareToTranslate)
+        m_services.prepareToTranslate();
     m_services.clock.after(requestDelay, this,
                            [this, text] { m_services.appState.requestTranslation(text); });
 }

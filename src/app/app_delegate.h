@@ -33,6 +33,8 @@ public:
         StatusItemHost& statusItem;
         /// Reads the selection where it shows only to the program in front; empty elsewhere.
         std::function<void(std::function<void(const QString&)>)> readSelectionOnceFocused = {};
+        /// A translation will be asked for soon.
+        std::function<void()> prepareToTranslate = {};
     };
 
     explicit AppDelegate(Services services);

@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QNetworkProxyFactory>
 #include <QUrl>
 
 #include <cstdlib>
@@ -56,7 +55,6 @@ int main(int argc, char** argv) {
     toolkitPlatform.reset();
     QCoreApplication::setApplicationVersion(bundleVersion(QCoreApplication::applicationDirPath()));
     QApplication::setQuitOnLastWindowClosed(false);
-    QNetworkProxyFactory::setUseSystemConfiguration(true);
 
     SessionService session;
     if (session.claim() == SessionService::Claim::takenByAnother)
@@ -72,10 +70,10 @@ int main(int argc, char** argv) {
 
     Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());
     StatusItem statusItem;
-    AppDelegate delegate({AppState::shared(), settingsOfShell, HotKeyService::shared(),
-                          services.platform.pasteboard, ScreenCaptureService::shared(),
-                          UpdateService::shared(), services.clock, popover, statusItem,
-                          services.desktop->selectionOnceFocused()});
+    AppDelegate delegate(
+        {AppState::shared(), settingsOfShell, HotKeyService::shared(), services.platform.pasteboard,
+         ScreenCaptureService::shared(), UpdateService::shared(), services.clock, popover, statusItem,
+         services.desktop->selectionOnceFocused(), [&services] { services.http.prepare(); }});
     delegate.applicationDidFinishLaunching();
     session.setActions(actionsOf(delegate));
     return QApplication::exec();

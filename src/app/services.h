@@ -5,10 +5,10 @@
 #include "app/desktop.h"
 #include "common/clock.h"
 #include "engine/ai_service.h"
-#include "engine/http_client.h"
 #include "hotkeys/hot_key_service.h"
 #include "ocr/ocr_service.h"
 #include "ocr/screen_capture_service.h"
+#include "platform/linux/http/helper_http_client.h"
 #include "platform/linux/ocr/tesseract_recognizer.h"
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
@@ -35,7 +35,7 @@ public:
     std::unique_ptr<Desktop> desktop = Desktop::probe(clock);
     HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
     HotKeyService hotKeys{platform};
-    HttpClient http{clock};
+    HelperHttpClient http{HelperHttpClient::installedProgram(), clock};
     AIService ai{http};
     TesseractRecognizer recognizer{TesseractRecognizer::installedProgram(), clock};
     OCRService ocr{recognizer};

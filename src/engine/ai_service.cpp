@@ -64,7 +64,7 @@ QCoro::Task<QString> AIService::translate(QString text, QString sourceLang, QStr
 
     HttpResponse response;
     try {
-        const QNetworkRequest request = chat_completions::buildRequest(endpoint, settings.apiKey);
+        const HttpRequest request = chat_completions::buildRequest(endpoint, settings.apiKey);
         QCoro::Task<HttpResponse> sending = m_http.send(request, body, translationTimeout, stop);
         response = co_await sending;
     } catch (const TransportError& error) {
@@ -90,7 +90,7 @@ QCoro::Task<QString> AIService::testConnection(EndpointSettings settings, std::s
     const QUrl endpoint = requireEndpoint(settings);
     const QString model = chat_completions::modelName(settings.model);
     const QByteArray body = chat_completions::connectionTestBody(model);
-    const QNetworkRequest request = chat_completions::buildRequest(endpoint, settings.apiKey);
+    const HttpRequest request = chat_completions::buildRequest(endpoint, settings.apiKey);
 
     QCoro::Task<HttpResponse> sending = m_http.send(request, body, connectionTestTimeout, stop);
     const HttpResponse response = co_await sending;

@@ -56,14 +56,13 @@ QString modelName(const QString& model) {
     return trimmed.isEmpty() ? ProviderPreset::presets().first().defaultModel : trimmed;
 }
 
-QNetworkRequest buildRequest(const QUrl& endpoint, const QString& apiKey) {
-    QNetworkRequest request(endpoint);
-    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
+HttpRequest buildRequest(const QUrl& endpoint, const QString& apiKey) {
+    HttpRequest request{endpoint, {{"Content-Type", "application/json"}}};
     // A key that was pasted with a line break in it must not become a header of its own.
     QByteArray key = apiKey.trimmed().toUtf8();
     key.removeIf([](char c) { return c == '\r' || c == '\n' || c == '\0'; });
     if (!key.isEmpty())
-        request.setRawHeader("Authorization", "Bearer " + key);
+        request.headers.append({"Authorization", "Bearer " + key});
     return request;
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QByteArray>
-#include <QNetworkRequest>
 #include <QString>
 #include <QUrl>
 
 #include <optional>
 
+#include "engine/http_client.h"
 #include "engine/translation_tone.h"
 
 /// The chat-completions protocol as this program speaks it: what goes on the wire, and how a reply is read.
@@ -21,7 +21,7 @@ namespace tralio::chat_completions {
 [[nodiscard]] QString modelName(const QString& model);
 
 /// The request without its body. The key goes along unless it is blank.
-[[nodiscard]] QNetworkRequest buildRequest(const QUrl& endpoint, const QString& apiKey);
+[[nodiscard]] HttpRequest buildRequest(const QUrl& endpoint, const QString& apiKey);
 
 [[nodiscard]] QString systemPrompt(const QString& customPrompt, const QString& sourceLang,
                                    const QString& targetLang, const TranslationTone& tone);

@@ -1,22 +1,22 @@
 #pragma once
 
 #include <QByteArray>
-#include <QNetworkRequest>
+#include <QList>
+#include <QUrl>
 #include <qcorotask.h>
 
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <stop_token>
-
-class QNetworkAccessManager;
-class QNetworkReply;
+#include <utility>
 
 namespace tralio {
 
-class Clock;
-enum class AddressOrigin;
+struct HttpRequest {
+    QUrl url;
+    QList<std::pair<QByteArray, QByteArray>> headers = {};
+};
 
 struct HttpResponse {
     std::optional<int> status;  ///< absent when what came back was not HTTP
@@ -24,8 +24,9 @@ struct HttpResponse {
 };
 
 /// Sends requests through the desktop's proxy, with a limit on silence and on size. Used from the main
-/// thread.
-class HttpClient final {
+/// thread. When the client goes, it cancels the requests under way; who awaits one of them resumes on a later
+/// turn of the event loop.
+class HttpClient {
 public:
     /// More than any answer of a model; what exceeds it is a server gone wild, and would fill the memory.
     static constexpr qsizetype maximumBodySize = 8 * 1024 * 1024;
@@ -34,43 +35,30 @@ public:
     /// `LocalizedError`, which then is the request's.
     using Receive = std::function<void(const QByteArray& piece, std::optional<qint64> totalSize)>;
 
-    explicit HttpClient(Clock& clock);
+    HttpClient() = default;
     HttpClient(const HttpClient&) = delete;
     HttpClient& operator=(const HttpClient&) = delete;
-
-    /// Cancels the requests under way; who awaits one of them resumes on the next turn of the event loop.
-    ~HttpClient();
+    virtual ~HttpClient() = default;
 
     /// POSTs `body` and waits for the whole reply, of whatever status. Fails with a `TransportError`: also
     /// when nothing moves in either direction for `idleTimeout`, when the reply outgrows `maximumBodySize`,
     /// and when `stop` is requested, which may happen on any thread.
-    [[nodiscard]] QCoro::Task<HttpResponse> send(QNetworkRequest request, QByteArray body,
-                                                 std::chrono::milliseconds idleTimeout,
-                                                 std::stop_token stop = {});
+    [[nodiscard]] virtual QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,
+                                                         std::chrono::milliseconds idleTimeout,
+                                                         std::stop_token stop) = 0;
 
     /// GETs one of the program's own addresses, and fails as `send` does. No secret goes along, so
     /// redirections are followed wherever they lead, but never from https to http.
-    [[nodiscard]] QCoro::Task<HttpResponse> get(const QNetworkRequest& request,
-                                                std::chrono::milliseconds idleTimeout,
-                                                std::stop_token stop = {});
+    [[nodiscard]] QCoro::Task<HttpResponse> get(HttpRequest request, std::chrono::milliseconds idleTimeout,
+                                                std::stop_token stop) {
+        return download(std::move(request), {}, idleTimeout, std::move(stop));
+    }
 
-    /// The same for a body of any size, which goes to `receive` as it comes. `receive` is not called once
-    /// `stop` has been requested, and goes with the request.
-    [[nodiscard]] QCoro::Task<HttpResponse> download(QNetworkRequest request, Receive receive,
-                                                     std::chrono::milliseconds idleTimeout,
-                                                     std::stop_token stop = {});
-
-private:
-    using Start = std::function<QNetworkReply*(QNetworkAccessManager&)>;
-
-    [[nodiscard]] QCoro::Task<HttpResponse> transfer(Start start, AddressOrigin origin, Receive receive,
-                                                     std::chrono::milliseconds idleTimeout,
-                                                     std::stop_token stop);
-
-    Clock& m_clock;
-    std::unique_ptr<QNetworkAccessManager>
-        m_network;                         ///< made by the first request: it costs memory and a thread
-    std::unique_ptr<QObject> m_transfers;  ///< the parent of all transfers; goes before their network
+    /// The same for a body of any size, which goes to `receive` as it comes; an empty `receive` collects it
+    /// as `send` does. `receive` is not called once `stop` has been requested, and goes with the request.
+    [[nodiscard]] virtual QCoro::Task<HttpResponse> download(HttpRequest request, Receive receive,
+                                                             std::chrono::milliseconds idleTimeout,
+                                                             std::stop_token stop) = 0;
 };
 
 }  // namespace tralio

@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include "common/clock.h"
-#include "engine/transport_error.h"
+#include "engine/network_error.h"
 
 namespace tralio {
 
@@ -66,7 +65,7 @@ void HttpTransfer::conclude() {
 
     if (brokeDown(status)) {
         fail(std::make_exception_ptr(
-            TransportError::fromNetworkError(m_reply->error(), m_reply->url(), m_sslErrors, m_terms.origin)));
+            networkError(m_reply->error(), m_reply->url(), m_sslErrors, m_terms.origin)));
         return;
     }
     takeBody();  // what came with the end

@@ -13,8 +13,9 @@
 #include <optional>
 #include <stop_token>
 
+#include "common/clock.h"
 #include "engine/http_client.h"
-#include "engine/transport_error.h"
+#include "engine/network_error.h"
 
 namespace tralio {
 

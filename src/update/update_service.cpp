@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QNetworkRequest>
 #include <QPointer>
 #include <QUrlQuery>
 
@@ -27,17 +26,13 @@ constexpr auto archiveTimeout = 60s;
 constexpr int statusOK = 200;
 
 /// Asks for the manifest as it is now: no cache on the way may answer.
-QNetworkRequest manifestRequest(const QUrl& url) {
-    QNetworkRequest request(url);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    return request;
+HttpRequest manifestRequest(const QUrl& url) {
+    return {url, {{"Cache-Control", "no-cache"}, {"Pragma", "no-cache"}}};
 }
 
 /// Asks for the archive as it is: compressed once more, its size could not be told from that of the transfer.
-QNetworkRequest archiveRequest(const QUrl& url) {
-    QNetworkRequest request(url);
-    request.setRawHeader("Accept-Encoding", "identity");
-    return request;
+HttpRequest archiveRequest(const QUrl& url) {
+    return {url, {{"Accept-Encoding", "identity"}}};
 }
 
 void removeWhateverIsAt(const QString& path) {

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "engine/http_client.h"
+#include "engine/in_process_http_client.h"
 #include "ocr/ocr_test_support.h"
 #include "ocr/screen_capture_service.h"
 #include "state/app_settings.h"
@@ -81,7 +81,7 @@ protected:
     DrawnRegion tool;
     ScreenCaptureService captures{ocr, tool, desktop.clock};
     StandInModel updateServer;
-    HttpClient http{desktop.clock};
+    InProcessHttpClient http{desktop.clock};
     UpdateService updates{http, {QUrl(updateServer.baseURL()), u"1.0.9"_s, {}, {}, {}}};
     std::unique_ptr<AppDelegate> delegate = delegateWith(popover);
 

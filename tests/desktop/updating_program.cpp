@@ -8,7 +8,7 @@
 
 #include "common/clock.h"
 #include "common/on_change.h"
-#include "engine/http_client.h"
+#include "engine/in_process_http_client.h"
 #include "platform/linux/bundle/info_plist.h"
 #include "platform/linux/bundle/installer_runner.h"
 #include "update/update_service.h"
@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
     const QString programs = QCoreApplication::applicationDirPath();
     const InstallerRunner scripts(InstallerRunner::installedHelpers(programs));
     SystemClock clock;
-    HttpClient http(clock);
+    InProcessHttpClient http(clock);
     UpdateService service(http, {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
                                  .currentVersion = bundleVersion(programs),
                                  .temporaryFolder = QDir::tempPath(),

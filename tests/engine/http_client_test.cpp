@@ -1,10 +1,9 @@
-#include "engine/http_client.h"
-
 #include <QScopeGuard>
 
 #include <thread>
 
 #include "engine/engine_test_support.h"
+#include "engine/in_process_http_client.h"
 #include "engine/transport_error.h"
 
 namespace tralio {
@@ -43,7 +42,7 @@ private:
 class HttpClientTest : public testing::Test {
 protected:
     QCoro::Task<QString> post(std::stop_token stop = {}) {
-        const QNetworkRequest request(QUrl(standIn.baseURL()));
+        const HttpRequest request{QUrl(standIn.baseURL())};
         QCoro::Task<HttpResponse> sending = client->send(request, "body", 45s, stop);
         const HttpResponse response = co_await sending;
         ++completions;
@@ -66,7 +65,7 @@ protected:
 
     WatchedClock clock;
     StandInModel standIn;
-    std::unique_ptr<HttpClient> client = std::make_unique<HttpClient>(clock);
+    std::unique_ptr<InProcessHttpClient> client = std::make_unique<InProcessHttpClient>(clock);
     int completions = 0;
 };
 
@@ -196,8 +195,8 @@ TEST_F(HttpClientTest, the_proxy_of_the_desktop_is_used_except_for_this_machine)
     });
 
     EXPECT_EQ(outcomeOf(post()).text, u"direct"_s);
-    const QNetworkRequest request(QUrl(u"http://model.test/v1"_s));
-    const HttpResponse response = QCoro::waitFor(client->send(request, "body", 45s));
+    const HttpRequest request{QUrl(u"http://model.test/v1"_s)};
+    const HttpResponse response = QCoro::waitFor(client->send(request, "body", 45s, {}));
     EXPECT_EQ(response.body, "by proxy");
     EXPECT_EQ(proxy.requests().last().target, "http://model.test/v1");
 }

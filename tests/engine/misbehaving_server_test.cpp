@@ -1,7 +1,7 @@
 #include <QTimer>
 
 #include "engine/engine_test_support.h"
-#include "engine/transport_error.h"
+#include "engine/network_error.h"
 
 namespace tralio {
 namespace {
@@ -24,23 +24,21 @@ protected:
 
 TEST_F(MisbehavingServerTest, a_server_that_cannot_be_reached_is_named) {
     standIn.refuseConnections();
-    expectTransportError(TransportError::fromNetworkError(QNetworkReply::ConnectionRefusedError, endpoint()));
+    expectTransportError(networkError(QNetworkReply::ConnectionRefusedError, endpoint()));
     EXPECT_TRUE(outcomeOf(translate()).text.contains(u"127.0.0.1:%1"_s.arg(standIn.port())));
 }
 
 TEST_F(MisbehavingServerTest, an_address_that_is_no_web_address_fails_on_the_way) {
     for (const QString& base : {u"127.0.0.1/v1"_s, u"gopher://127.0.0.1/v1"_s}) {
         settings.baseURL = base;
-        expectTransportError(
-            TransportError::fromNetworkError(QNetworkReply::ProtocolUnknownError, endpoint()));
+        expectTransportError(networkError(QNetworkReply::ProtocolUnknownError, endpoint()));
     }
 }
 
 TEST_F(MisbehavingServerTest, a_reset_in_the_middle_of_the_body_is_told_whatever_the_status) {
     for (const int status : {200, 403, 500}) {
         standIn.replies(StandInReply::error(status, u"m"_s).delivered(Delivery::resetInBody));
-        expectTransportError(
-            TransportError::fromNetworkError(QNetworkReply::RemoteHostClosedError, endpoint()));
+        expectTransportError(networkError(QNetworkReply::RemoteHostClosedError, endpoint()));
     }
 }
 
@@ -91,21 +89,21 @@ TEST_F(MisbehavingServerTest, a_body_that_does_not_unpack_is_told) {
     StandInReply reply = StandInReply::gzipped(u"Xin chào"_s);
     reply.body = "not gzip at all";
     standIn.replies(reply);
-    expectTransportError(TransportError::fromNetworkError(QNetworkReply::UnknownContentError, endpoint()));
+    expectTransportError(networkError(QNetworkReply::UnknownContentError, endpoint()));
 }
 
 TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text_nor_key) {
     StandInModel impostor(StandInModel::Encryption::selfSigned);
     settings.baseURL = impostor.baseURL();
-    expectTransportError(TransportError::fromNetworkError(QNetworkReply::SslHandshakeFailedError, endpoint(),
-                                                          {QSslError(QSslError::SelfSignedCertificate)}));
+    expectTransportError(networkError(QNetworkReply::SslHandshakeFailedError, endpoint(),
+                                      {QSslError(QSslError::SelfSignedCertificate)}));
     EXPECT_TRUE(impostor.requests().isEmpty());
 }
 
 TEST_F(MisbehavingServerTest, a_server_that_redirects_in_a_circle_is_left) {
     // Not 307: Qt 6.4 now and then loses count of a body that it sends again and again, and fails of that.
     standIn.replies(StandInReply::redirect(303, "/v1/chat/completions"));
-    expectTransportError(TransportError::fromNetworkError(QNetworkReply::TooManyRedirectsError, endpoint()));
+    expectTransportError(networkError(QNetworkReply::TooManyRedirectsError, endpoint()));
 }
 
 TEST_F(MisbehavingServerTest, the_event_loop_stays_alive_while_a_server_stalls) {
@@ -141,19 +139,18 @@ TEST(TransportErrorTest, every_failure_is_described_and_names_the_server_but_nev
         return error.errorDescription();
     };
     for (const auto code : aboutTheServer)
-        EXPECT_TRUE(add(TransportError::fromNetworkError(code, url)).contains(u"model.test:8443")) << code;
+        EXPECT_TRUE(add(networkError(code, url)).contains(u"model.test:8443")) << code;
     for (const auto problem :
          {QSslError::SelfSignedCertificate, QSslError::CertificateExpired, QSslError::HostNameMismatch})
-        EXPECT_TRUE(add(TransportError::fromNetworkError(QNetworkReply::SslHandshakeFailedError, url,
-                                                         {QSslError(problem)}))
+        EXPECT_TRUE(add(networkError(QNetworkReply::SslHandshakeFailedError, url, {QSslError(problem)}))
                         .contains(u"model.test:8443"));
     for (const auto code :
          {QNetworkReply::ProxyConnectionRefusedError, QNetworkReply::ProxyConnectionClosedError,
           QNetworkReply::ProxyNotFoundError, QNetworkReply::ProxyTimeoutError,
           QNetworkReply::ProxyAuthenticationRequiredError, QNetworkReply::UnknownProxyError})
-        EXPECT_TRUE(add(TransportError::fromNetworkError(code, url)).contains(u"proxy")) << code;
-    add(TransportError::fromNetworkError(QNetworkReply::TemporaryNetworkFailureError, url));
-    add(TransportError::fromNetworkError(QNetworkReply::ProtocolUnknownError, url));
+        EXPECT_TRUE(add(networkError(code, url)).contains(u"proxy")) << code;
+    add(networkError(QNetworkReply::TemporaryNetworkFailureError, url));
+    add(networkError(QNetworkReply::ProtocolUnknownError, url));
     add(TransportError::cancelled());
     EXPECT_TRUE(add(TransportError::timedOut(url, std::chrono::seconds(45))).contains(u"45"));
     EXPECT_TRUE(add(TransportError::replyTooLarge(url, 8 * 1024 * 1024)).contains(u"8 MB"));
@@ -163,7 +160,7 @@ TEST_F(MisbehavingServerTest, a_server_that_points_to_another_host_gets_neither_
     StandInModel other;
     const QUrl target(u"http://localhost:%1/v1/chat/completions"_s.arg(other.port()));
     standIn.replies(StandInReply::redirect(307, target.toEncoded()));
-    expectTransportError(TransportError::fromNetworkError(QNetworkReply::InsecureRedirectError, endpoint()));
+    expectTransportError(networkError(QNetworkReply::InsecureRedirectError, endpoint()));
     EXPECT_TRUE(other.requests().isEmpty());
 }
 

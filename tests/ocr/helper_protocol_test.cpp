@@ -3,16 +3,16 @@
 #include <gmock/gmock.h>
 #include <random>
 
+#include "common/frames.h"
 #include "support/print_to.h"
 
 namespace tralio::helper_protocol {
 namespace {
 
 using namespace Qt::StringLiterals;
-using From = FrameReader::From;
 
-QByteArray payloadOf(const QByteArray& frame, From from) {
-    FrameReader reader(from);
+QByteArray payloadOf(const QByteArray& frame) {
+    frames::Reader reader(maximumRequest);
     reader.add(frame);
     return reader.next().value_or(QByteArray());
 }
@@ -34,7 +34,7 @@ TEST(HelperProtocol, messages_arrive_as_they_were_sent_however_the_bytes_are_cut
     const QUrl file = QUrl::fromLocalFile(u"/tmp/a b/ảnh.png"_s);
     const QByteArray stream = encode(Request(sent)) + encode(Request(RecognizeRequest{file, {}})) +
                               encode(Request(LanguagesRequest{}));
-    FrameReader reader(From::program);
+    frames::Reader reader(maximumRequest);
     std::vector<Request> received;
     for (const char byte : stream) {
         reader.add(QByteArray(1, byte));
@@ -54,14 +54,14 @@ TEST(HelperProtocol, messages_arrive_as_they_were_sent_however_the_bytes_are_cut
     EXPECT_EQ(withFile.options, RecognitionRequest());
     EXPECT_TRUE(std::holds_alternative<LanguagesRequest>(received[2]));
 
-    const auto reply = decodeReply(payloadOf(encode(Reply(twoLines())), From::recogniser));
+    const auto reply = decodeReply(payloadOf(encode(Reply(twoLines()))));
     ASSERT_TRUE(reply);
     EXPECT_EQ(std::get<ObservationsReply>(*reply).observations, twoLines().observations);
 }
 
 TEST(HelperProtocol, a_message_cut_short_or_with_more_behind_it_is_none) {
-    const QByteArray request = payloadOf(encode(Request(imageRequest())), From::program);
-    const QByteArray reply = payloadOf(encode(Reply(twoLines())), From::recogniser);
+    const QByteArray request = payloadOf(encode(Request(imageRequest())));
+    const QByteArray reply = payloadOf(encode(Reply(twoLines())));
     ASSERT_TRUE(decodeRequest(request));
     ASSERT_TRUE(decodeReply(reply));
     for (qsizetype size = 0; size < request.size(); ++size)
@@ -75,8 +75,8 @@ TEST(HelperProtocol, a_message_cut_short_or_with_more_behind_it_is_none) {
 
 TEST(HelperProtocol, damaged_messages_do_no_harm) {
     std::mt19937 random(5);
-    const QByteArray request = payloadOf(encode(Request(imageRequest())), From::program);
-    const QByteArray reply = payloadOf(encode(Reply(twoLines())), From::recogniser);
+    const QByteArray request = payloadOf(encode(Request(imageRequest())));
+    const QByteArray reply = payloadOf(encode(Reply(twoLines())));
     for (int i = 0; i < 2'000; ++i) {
         QByteArray damaged = i % 2 == 0 ? request : reply;
         for (int k = 0; k < 3; ++k)
@@ -98,7 +98,7 @@ TEST(HelperProtocol, bytes_that_are_no_frame_break_the_stream_for_good) {
     QByteArray huge = frame;
     huge[4] = '\x7f';
     for (const QByteArray& bytes : {QByteArray("Segmentation fault\n"), huge}) {
-        FrameReader reader(From::recogniser);
+        frames::Reader reader(maximumReply);
         reader.add(frame + bytes);
         EXPECT_TRUE(reader.next());
         EXPECT_FALSE(reader.next());

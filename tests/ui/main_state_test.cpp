@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "engine/http_client.h"
+#include "engine/in_process_http_client.h"
 #include "history/translation_item.h"
 #include "state/app_state.h"
 #include "support/event_loop.h"
@@ -28,7 +28,7 @@ protected:
 
     FakeDesktop desktop;
     MemoryKeyValueStore store;
-    HttpClient http{desktop.clock};
+    InProcessHttpClient http{desktop.clock};
     UpdateService updates{http, {}};
     HotKeyService hotKeys{desktop.platform()};
     AppState appState;

@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "engine/ai_service.h"
-#include "engine/http_client.h"
+#include "engine/in_process_http_client.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
 #include "support/debug_log_file.h"
@@ -51,7 +51,7 @@ protected:
     MemoryKeyValueStore store;
     HotKeyService hotKeys{desktop.platform()};
     AppSettings settings{store, hotKeys};
-    HttpClient http{desktop.clock};
+    InProcessHttpClient http{desktop.clock};
     AIService ai{http};
     UpdateService updates{http,
                           {.manifest = {},

@@ -36,7 +36,7 @@ public:
     StandInModel model;
     MemoryKeyValueStore store;
     AppState appState;
-    HttpClient http{desktop.clock};
+    InProcessHttpClient http{desktop.clock};
     UpdateService updates;
 
     /// Shows the main view.

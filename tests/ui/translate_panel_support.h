@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "engine/ai_service.h"
-#include "engine/http_client.h"
+#include "engine/in_process_http_client.h"
 #include "history/translation_history_store.h"
 #include "ocr/ocr_service.h"
 #include "ocr/ocr_test_support.h"
@@ -111,7 +111,7 @@ protected:
     MemoryKeyValueStore store;
     HotKeyService hotKeys{desktop.platform()};
     AppSettings settings{store, hotKeys};
-    HttpClient http{desktop.clock};
+    InProcessHttpClient http{desktop.clock};
     AIService ai{http};
     AppState appState;
     ScriptedRecognizer recognizer;

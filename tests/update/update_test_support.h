@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "common/localized_error.h"
-#include "engine/http_client.h"
+#include "engine/in_process_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/print_to.h"
@@ -66,7 +66,7 @@ protected:
     QTemporaryDir folder;
     QStringList events;
     std::optional<QString> startFailure;  ///< with which the installer does not start
-    HttpClient http{clock};
+    InProcessHttpClient http{clock};
     std::unique_ptr<UpdateService> service = std::make_unique<UpdateService>(http, host());
 };
 

@@ -5,12 +5,12 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "common/frames.h"
 #include "platform/linux/ocr/helper_session.h"
 
 // The recogniser's own process. It serves the program that started it over its standard input and output, and
@@ -21,27 +21,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace helper_protocol;
-
-/// Takes the standard output for replies alone: what a library prints there must not get between them.
-int takeStandardOutput() {
-    const int replies = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
-    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (replies < 0 || nowhere < 0 || dup2(nowhere, STDOUT_FILENO) < 0)
-        return -1;
-    close(nowhere);
-    return replies;
-}
-
-void writeAll(int file, const QByteArray& bytes) {
-    for (qsizetype done = 0; done < bytes.size();) {
-        const ssize_t written =
-            write(file, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
-        if (written > 0)
-            done += written;
-        else if (errno != EINTR)
-            _exit(EXIT_FAILURE);  // nobody is there to read
-    }
-}
 
 /// Whether there is something to read, or the other side is gone, within the time.
 bool waitForInput(int milliseconds) {
@@ -54,7 +33,7 @@ bool waitForInput(int milliseconds) {
 }
 
 /// False at the end of the input.
-bool readMore(FrameReader& frames) {
+bool readMore(frames::Reader& requests) {
     QByteArray bytes(1 << 20, Qt::Uninitialized);
     ssize_t count = 0;
     do
@@ -63,7 +42,7 @@ bool readMore(FrameReader& frames) {
     if (count <= 0)
         return false;
     bytes.truncate(count);
-    frames.add(bytes);
+    requests.add(bytes);
     return true;
 }
 
@@ -81,23 +60,23 @@ void limitOneself() {
 }
 
 int serve(int idleMilliseconds) {
-    const int replies = takeStandardOutput();
+    const int replies = frames::takeStandardOutput();
     if (replies < 0)
         return EXIT_FAILURE;
-    HelperSession session([replies](const Reply& reply) { writeAll(replies, encode(reply)); });
-    FrameReader frames(FrameReader::From::program);
+    HelperSession session([replies](const Reply& reply) { frames::writeAll(replies, encode(reply)); });
+    frames::Reader requests(maximumRequest);
     for (;;) {
-        while (const auto payload = frames.next()) {
+        while (const auto payload = requests.next()) {
             const auto request = decodeRequest(*payload);
             if (!request)
                 return EXIT_FAILURE;
             session.handle(*request);
         }
-        if (frames.isBroken())
+        if (requests.isBroken())
             return EXIT_FAILURE;
         while (!waitForInput(0) && session.prepareFurther()) {
         }
-        if (!waitForInput(idleMilliseconds) || !readMore(frames))
+        if (!waitForInput(idleMilliseconds) || !readMore(requests))
             return EXIT_SUCCESS;
     }
 }

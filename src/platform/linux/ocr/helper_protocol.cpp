@@ -5,40 +5,12 @@
 
 #include <utility>
 
+#include "common/frames.h"
+
 namespace tralio::helper_protocol {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-constexpr quint32 mark = 0x54524c4f;
-constexpr qsizetype headerSize = 8;
-constexpr qint64 bytesPerPixel = 4;
-constexpr qint64 maximumRequest = maximumPixels * bytesPerPixel + 64 * 1024;
-constexpr qint64 maximumReply = 16 * 1024 * 1024;
-
-template <typename Write>
-QByteArray frame(Write write) {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(QDataStream::Qt_6_4);
-    stream << mark << quint32(0);
-    write(stream);
-    stream.device()->seek(sizeof(mark));
-    stream << static_cast<quint32>(bytes.size() - headerSize);
-    return bytes;
-}
-
-/// Reads a payload to its end; anything short, wrong or left over makes it nothing.
-template <typename Message, typename Read>
-std::optional<Message> parse(const QByteArray& payload, Read read) {
-    QDataStream stream(payload);
-    stream.setVersion(QDataStream::Qt_6_4);
-    quint8 index = 0;
-    stream >> index;
-    std::optional<Message> message = read(stream, index);
-    const bool isWhole = stream.status() == QDataStream::Ok && stream.atEnd();
-    return isWhole ? std::move(message) : std::nullopt;
-}
 
 // Lists are written element by element: Qt's own reader would reserve whatever count it is told.
 
@@ -162,7 +134,7 @@ void write(QDataStream& stream, const FailureReply& reply) {
 
 template <typename Message>
 QByteArray encodeMessage(const Message& message) {
-    return frame([&message](QDataStream& stream) {
+    return frames::frame([&message](QDataStream& stream) {
         stream << static_cast<quint8>(message.index());
         std::visit([&stream](const auto& alternative) { write(stream, alternative); }, message);
     });
@@ -190,7 +162,7 @@ QByteArray encode(const Reply& reply) {
 }
 
 std::optional<Request> decodeRequest(const QByteArray& payload) {
-    return parse<Request>(payload, [](QDataStream& stream, quint8 index) -> std::optional<Request> {
+    return frames::parse<Request>(payload, [](QDataStream& stream, quint8 index) -> std::optional<Request> {
         switch (index) {
             case 0:
                 return PrepareRequest{};
@@ -205,7 +177,7 @@ std::optional<Request> decodeRequest(const QByteArray& payload) {
 }
 
 std::optional<Reply> decodeReply(const QByteArray& payload) {
-    return parse<Reply>(payload, [](QDataStream& stream, quint8 index) -> std::optional<Reply> {
+    return frames::parse<Reply>(payload, [](QDataStream& stream, quint8 index) -> std::optional<Reply> {
         switch (index) {
             case 0:
                 return LanguagesReply{readList(stream)};
@@ -221,23 +193,6 @@ std::optional<Reply> decodeReply(const QByteArray& payload) {
                 return std::nullopt;
         }
     });
-}
-
-FrameReader::FrameReader(From from) : m_maximumSize(from == From::program ? maximumRequest : maximumReply) {}
-
-std::optional<QByteArray> FrameReader::next() {
-    if (m_isBroken || m_buffer.size() < headerSize)
-        return std::nullopt;
-    QDataStream stream(m_buffer);
-    quint32 readMark = 0;
-    quint32 size = 0;
-    stream >> readMark >> size;
-    m_isBroken = readMark != mark || size > m_maximumSize;
-    if (m_isBroken || m_buffer.size() - headerSize < size)
-        return std::nullopt;
-    const QByteArray payload = m_buffer.mid(headerSize, size);
-    m_buffer.remove(0, headerSize + size);
-    return payload;
 }
 
 }  // namespace tralio::helper_protocol

@@ -122,7 +122,7 @@ void TesseractRecognizer::startHelper() {
     if (m_helper)
         return;
     m_helper = new QProcess(this);
-    m_frames = FrameReader(FrameReader::From::recogniser);
+    m_frames = frames::Reader(maximumReply);
     // On a busy machine the engines' own threads make a paragraph ten times slower, and the library reads
     // this only when the process starts.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

@@ -8,6 +8,7 @@
 #include <deque>
 #include <memory>
 
+#include "common/frames.h"
 #include "ocr/text_recognizer.h"
 #include "platform/linux/ocr/helper_protocol.h"
 
@@ -66,7 +67,7 @@ private:
     Clock& m_clock;
     Limits m_limits;
     QProcess* m_helper = nullptr;
-    helper_protocol::FrameReader m_frames{helper_protocol::FrameReader::From::recogniser};
+    frames::Reader m_frames{helper_protocol::maximumReply};
     std::deque<std::shared_ptr<Job>> m_jobs;  ///< the first one is with the helper if `m_isBusy`
     bool m_isBusy = false;
     std::unique_ptr<QObject> m_watchdog;  ///< the context of the call that ends a helper that hangs
