@@ -39,14 +39,16 @@ protected:
     QSignalSpy m_clicks{m_button, &Button::clicked};
 };
 
-TEST_F(ControlTest, a_click_leaves_the_caret_where_the_user_writes) {
+TEST_F(ControlTest, clicks_space_and_both_returns_press_a_button_and_the_caret_stays_where_the_user_writes) {
     QTest::mouseClick(m_button, Qt::LeftButton);
-    EXPECT_EQ(m_clicks.count(), 1);
     EXPECT_TRUE(m_editor->hasFocus());
     EXPECT_FALSE(m_button->showsFocusRing());
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
+        QTest::keyClick(m_button, key);
+    EXPECT_EQ(m_clicks.count(), 4);
 }
 
-TEST_F(ControlTest, the_focus_ring_comes_with_the_keyboard_only) {
+TEST_F(ControlTest, the_focus_ring_comes_with_the_keyboard_only_and_outlives_a_change_of_windows) {
     const QImage bare = pictureOf(*m_button);
     m_button->setFocus(Qt::MouseFocusReason);
     EXPECT_EQ(difference(bare, pictureOf(*m_button)), QRect());
@@ -55,24 +57,13 @@ TEST_F(ControlTest, the_focus_ring_comes_with_the_keyboard_only) {
     QTest::keyClick(m_editor, Qt::Key_Tab);
     ASSERT_TRUE(m_button->hasFocus());
     EXPECT_FALSE(difference(bare, pictureOf(*m_button)).isEmpty());
-    QTest::keyClick(m_button, Qt::Key_Backtab);
-    EXPECT_EQ(difference(bare, pictureOf(*m_button)), QRect());
-}
-
-TEST_F(ControlTest, the_focus_ring_outlives_a_change_of_windows) {
-    m_button->setFocus(Qt::TabFocusReason);
     QFocusEvent away(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
     QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
     QApplication::sendEvent(m_button, &away);
     QApplication::sendEvent(m_button, &back);
     EXPECT_TRUE(m_button->showsFocusRing());
-}
-
-TEST_F(ControlTest, space_and_both_returns_press_a_button) {
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
-        QTest::keyClick(m_button, key);
-    }
-    EXPECT_EQ(m_clicks.count(), 3);
+    QTest::keyClick(m_button, Qt::Key_Backtab);
+    EXPECT_EQ(difference(bare, pictureOf(*m_button)), QRect());
 }
 
 TEST_F(ControlTest, busy_and_disabled_buttons_take_no_clicks_and_busy_looks_the_same_in_both) {
@@ -98,17 +89,12 @@ TEST_F(ControlTest, busy_and_disabled_buttons_take_no_clicks_and_busy_looks_the_
     EXPECT_EQ(m_clicks.count(), 3);
 }
 
-TEST_F(ControlTest, an_ampersand_in_a_title_is_read_and_is_no_shortcut) {
+TEST_F(ControlTest, captions_titles_and_labels_are_spoken_and_an_ampersand_is_read_and_no_shortcut) {
     EXPECT_EQ(spokenName(*m_button), u"Dán & Tralio"_s);
     QTest::keyClick(&m_window, Qt::Key_Space, Qt::AltModifier);
     EXPECT_EQ(m_clicks.count(), 0);
     EXPECT_TRUE(m_button->shortcut().isEmpty());
-}
 
-TEST_F(ControlTest, captions_titles_and_labels_are_spoken) {
-    Button swap(button::swap, {.icon = u"arrow.left.arrow.right"_s});
-    swap.setSpokenCaption(u"Đổi chiều"_s);
-    EXPECT_EQ(spokenName(swap), u"Đổi chiều"_s);
     Button quit(button::icon, {.icon = u"power"_s});
     setTooltip(&quit, u"Thoát"_s);
     EXPECT_EQ(spokenName(quit), u"Thoát"_s) << "what shows only an icon is called by its tooltip";
@@ -124,18 +110,16 @@ TEST_F(ControlTest, captions_titles_and_labels_are_spoken) {
 
 TEST_F(ControlTest, only_a_chip_that_reports_trouble_can_be_clicked_and_reached) {
     const QSignalSpy clicks(m_chip, &Chip::clicked);
-    QTest::mouseClick(m_chip, Qt::LeftButton);
-    m_button->setFocus();
-    QTest::keyClick(m_button, Qt::Key_Tab);
-    EXPECT_FALSE(m_chip->hasFocus());
-    EXPECT_EQ(clicks.count(), 0);
-
-    m_chip->setState(Chip::State::Trouble);
-    QTest::mouseClick(m_chip, Qt::LeftButton);
-    m_button->setFocus();
-    QTest::keyClick(m_button, Qt::Key_Tab);
-    EXPECT_TRUE(m_chip->showsFocusRing());
-    EXPECT_EQ(clicks.count(), 1);
+    for (const Chip::State state : {Chip::State::Good, Chip::State::Trouble}) {
+        const bool troubled = state == Chip::State::Trouble;
+        m_chip->setState(state);
+        QTest::mouseClick(m_chip, Qt::LeftButton);
+        EXPECT_EQ(clicks.count(), troubled ? 1 : 0);
+        m_button->setFocus();
+        QTest::keyClick(m_button, Qt::Key_Tab);
+        EXPECT_EQ(m_chip->hasFocus(), troubled);
+        EXPECT_EQ(m_chip->showsFocusRing(), troubled);
+    }
 }
 
 TEST_F(ControlTest, tabs_tell_only_of_the_users_choice_and_are_one_stop_for_the_keyboard) {
