@@ -4,17 +4,10 @@
 
 #include <gmock/gmock.h>
 
-#include "engine/in_process_http_client.h"
 #include "ocr/ocr_test_support.h"
 #include "ocr/screen_capture_service.h"
-#include "state/app_settings.h"
-#include "state/app_state.h"
 #include "support/debug_log_file.h"
-#include "support/fake_desktop.h"
-#include "support/memory_key_value_store.h"
-#include "support/print_to.h"
-#include "support/stand_in_model.h"
-#include "update/update_service.h"
+#include "support/program_on_fakes.h"
 
 namespace tralio {
 namespace {
@@ -55,7 +48,7 @@ public:
 };
 
 /// A delegate that has not been launched yet.
-class Shell : public testing::Test {
+class Shell : public testing::Test, protected ProgramOnFakes {
 protected:
     void launch() { delegate->applicationDidFinishLaunching(); }
     void select(const QString& text) {
@@ -68,53 +61,37 @@ protected:
         desktop.accessibility.bar = {.children = {{.children = {{.children = {{.title = u"Copy"_s}}}}}}};
     }
 
+    std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host) {
+        return std::make_unique<AppDelegate>(AppDelegate::Services{appState, settings, hotKeys,
+                                                                   desktop.pasteboard, captures, updates,
+                                                                   desktop.clock, host, statusItem});
+    }
+
     DebugLogFile log;
-    FakeDesktop desktop;
-    MemoryKeyValueStore store;
-    HotKeyService hotKeys{desktop.platform()};
-    AppSettings settings{store, hotKeys};
-    AppState appState;
     FakePopover popover;
     FakeStatusItem statusItem;
     ScriptedRecognizer recognizer;
     OCRService ocr{recognizer};
     DrawnRegion tool;
     ScreenCaptureService captures{ocr, tool, desktop.clock};
-    StandInModel updateServer;
-    InProcessHttpClient http{desktop.clock};
-    UpdateService updates{http, {QUrl(updateServer.baseURL()), u"1.0.9"_s, {}, {}, {}}};
     std::unique_ptr<AppDelegate> delegate = delegateWith(popover);
-
-    std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host) {
-        return std::make_unique<AppDelegate>(AppDelegate::Services{appState, settings, hotKeys,
-                                                                   desktop.pasteboard, captures, updates,
-                                                                   desktop.clock, host, statusItem});
-    }
 };
 
-TEST_F(Shell, launching_registers_the_hot_keys_of_the_settings_and_shows_nothing) {
+TEST_F(Shell, launching_registers_the_hot_keys_and_looks_for_a_new_version_in_silence_two_seconds_later) {
     settings.hotKeyKeyCode = 17;
     settings.hotKeyModifiers = 2048;
     settings.ocrHotKeyKeyCode = 49;
     settings.ocrHotKeyModifiers = 4096;
     launch();
-    const auto registrations = desktop.hotKeys.registrations();
-    ASSERT_THAT(registrations, SizeIs(2));
-    EXPECT_EQ(registrations[0], (FakeHotKeyPlatform::Request{17, 2048, textKey}));
-    EXPECT_EQ(registrations[1].keyCode, 49U);
-    EXPECT_EQ(registrations[1].modifiers, 4096U);
-    desktop.clock.advance(10s);
-    EXPECT_THAT(popover.anchors, IsEmpty());
-}
-
-TEST_F(Shell, two_seconds_after_the_launch_a_new_version_is_looked_for_in_silence) {
-    launch();
     EXPECT_EQ(AppDelegate::shared(), delegate.get());
+    EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(FakeHotKeyPlatform::Request{17, 2048, textKey},
+                                                             FakeHotKeyPlatform::Request{49, 4096, ocrKey}));
     desktop.clock.advance(1999ms);
     EXPECT_FALSE(updates.isChecking());
     desktop.clock.advance(1ms);
     EXPECT_TRUE(updates.isChecking());
     EXPECT_EQ(updates.statusMessage(), std::nullopt);
+    EXPECT_THAT(popover.anchors, IsEmpty());
 }
 
 TEST_F(Shell, a_click_on_the_tray_item_opens_the_popover_there_and_the_next_one_closes_it) {
@@ -124,85 +101,51 @@ TEST_F(Shell, a_click_on_the_tray_item_opens_the_popover_there_and_the_next_one_
     EXPECT_TRUE(popover.shown);
     const QUuid opened = appState.openPopoverSignal();
     EXPECT_NE(opened, initial);
-
     statusItem.action();
     EXPECT_FALSE(popover.shown);
     EXPECT_EQ(appState.openPopoverSignal(), opened) << "closing announced an opening";
 
     const auto first = std::exchange(statusItem.place, std::nullopt);
     statusItem.action();
-    EXPECT_TRUE(popover.shown);
-    EXPECT_NE(appState.openPopoverSignal(), opened);
     EXPECT_EQ(popover.anchors, (std::vector<std::optional<QRect>>{first, std::nullopt}));
 }
 
 TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty_milliseconds_after_that) {
     launch();
-    select(u"một hai ba bốn năm sáu bảy tám chín mười"_s);
-    const QUuid initial = appState.openPopoverSignal();
-    popover.onShow = [&] {
-        EXPECT_NE(appState.openPopoverSignal(), initial) << "shown before it was announced";
+    const QString text = u"một hai ba bốn năm sáu bảy tám chín mười"_s;
+    select(text);
+    popover.onShow = [&, before = appState.openPopoverSignal()] {
+        EXPECT_NE(appState.openPopoverSignal(), before) << "shown before it was announced";
         EXPECT_EQ(appState.pendingTextToTranslate(), QString());
     };
-
     delegate->handleGlobalHotKey();
     EXPECT_THAT(log.messages(), Contains(u"handleGlobalHotKey: triggered"_s));
     EXPECT_EQ(log.messages().last(),
               u"handleGlobalHotKey: fetchSelectedText finished with text='một hai ba bốn năm sáu bảy tám'"_s);
     EXPECT_FALSE(popover.shown) << "shown in the turn of the fetch";
-    EXPECT_EQ(appState.lastHandledChangeCount, -1);
-
     desktop.clock.advance(0ms);
     EXPECT_TRUE(popover.shown);
-    EXPECT_EQ(appState.lastHandledChangeCount, desktop.pasteboard.count);
     desktop.clock.advance(79ms);
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
     desktop.clock.advance(1ms);
-    EXPECT_EQ(appState.pendingTextToTranslate(), u"một hai ba bốn năm sáu bảy tám chín mười"_s);
+    EXPECT_EQ(appState.pendingTextToTranslate(), text);
     EXPECT_NE(appState.translateTriggerId(), std::nullopt);
-    EXPECT_THAT(popover.anchors, ElementsAre(statusItem.place));
-}
 
-TEST_F(Shell, a_press_shows_a_popover_that_is_already_open_once_more) {
-    launch();
-    statusItem.action();
-    const QUuid opened = appState.openPopoverSignal();
-    select(u"text"_s);
-    desktop.hotKeys.handler(textKey);
-    desktop.clock.advance(80ms);
-    EXPECT_TRUE(popover.shown);
-    EXPECT_THAT(popover.anchors, SizeIs(2));
-    EXPECT_NE(appState.openPopoverSignal(), opened);
-    EXPECT_EQ(appState.pendingTextToTranslate(), u"text"_s);
-}
-
-TEST_F(Shell, a_text_that_came_over_the_clipboard_counts_as_handled_but_a_later_copy_does_not) {
-    launch();
-    selectForCopying();
-    desktop.hotKeys.handler(textKey);
+    popover.onShow = nullptr;
+    delegate->handleGlobalHotKey();
     desktop.clock.advance(0ms);
-    EXPECT_THAT(popover.anchors, IsEmpty()) << "shown before the text was there";
-    desktop.pasteboard.copy(u"copied"_s);
-    desktop.clock.advance(30ms);
+    EXPECT_THAT(popover.anchors, ElementsAre(statusItem.place, statusItem.place)) << "it may be open already";
     EXPECT_TRUE(popover.shown);
-    EXPECT_EQ(appState.lastHandledChangeCount, 8);
-
-    desktop.pasteboard.copy(u"the user's own"_s);
-    desktop.clock.advance(80ms);
-    EXPECT_EQ(appState.pendingTextToTranslate(), u"copied"_s);
-    EXPECT_EQ(appState.lastHandledChangeCount, 8);
 }
 
 TEST_F(Shell, nothing_selected_opens_the_popover_and_requests_nothing) {
     launch();
     desktop.hotKeys.handler(textKey);
-    desktop.clock.advance(0ms);
-    EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
-    EXPECT_TRUE(popover.shown);
     desktop.clock.advance(1s);
+    EXPECT_TRUE(popover.shown);
+    EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
     EXPECT_EQ(appState.lastHandledChangeCount, -1);
-    EXPECT_TRUE(log.messages().filter(u"AppState."_s).isEmpty()) << "a request was made and dropped";
 }
 
 TEST_F(Shell, panels_hide_and_show_the_popover_through_the_hooks) {
@@ -217,43 +160,31 @@ TEST_F(Shell, panels_hide_and_show_the_popover_through_the_hooks) {
     EXPECT_FALSE(popover.shown);
 }
 
-TEST_F(Shell, whatever_comes_after_the_delegate_is_gone_does_nothing) {
+TEST_F(Shell, nothing_happens_after_the_delegate_is_gone_also_while_a_text_is_on_its_way) {
+    selectForCopying();
+    for (const auto& [lifetime, shown] : {std::pair(10ms, 0U), std::pair(100ms, 1U)}) {
+        FakePopover host;
+        auto shell = delegateWith(host);
+        shell->handleGlobalHotKey();
+        desktop.pasteboard.copy(u"copied"_s);
+        desktop.clock.advance(lifetime);
+        shell.reset();
+        desktop.clock.advance(1s);
+        EXPECT_THAT(host.anchors, SizeIs(shown)) << "gone after " << lifetime.count() << " ms";
+        EXPECT_EQ(appState.translateTriggerId(), std::nullopt) << "gone after " << lifetime.count() << " ms";
+    }
+
     launch();
-    delegate.reset();
+    select(u"text"_s);
+    delegate->handleGlobalHotKey();
+    delegate.reset();  // between the fetch and the next turn
     appState.showPopover();
     appState.hidePopover();
     statusItem.action();
-    select(u"text"_s);
     desktop.hotKeys.handler(textKey);
     desktop.clock.advance(1s);
     EXPECT_THAT(popover.anchors, IsEmpty());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
-}
-
-TEST_F(Shell, a_delegate_that_goes_while_a_text_is_on_its_way_takes_the_rest_along) {
-    struct Case {
-        const char* moment;
-        std::chrono::milliseconds lifetime;
-        size_t shown;
-    };
-    for (const Case& given : {Case{"during the fetch", 10ms, 0}, Case{"before the request", 100ms, 1}}) {
-        FakePopover host;
-        auto shell = delegateWith(host);
-        selectForCopying();
-        shell->handleGlobalHotKey();
-        desktop.pasteboard.copy(u"copied"_s);
-        desktop.clock.advance(given.lifetime);
-        shell.reset();
-        desktop.clock.advance(1s);
-        EXPECT_THAT(host.anchors, SizeIs(given.shown)) << given.moment;
-        EXPECT_EQ(appState.translateTriggerId(), std::nullopt) << given.moment;
-    }
-
-    select(u"text"_s);
-    delegate->handleGlobalHotKey();
-    delegate.reset();
-    desktop.clock.advance(1s);
-    EXPECT_THAT(popover.anchors, IsEmpty()) << "between the fetch and the next turn";
 }
 
 TEST_F(Shell, a_text_from_another_program_is_requested_trimmed_and_leaves_the_clipboard_alone) {
@@ -300,78 +231,70 @@ TEST_F(ClipboardCheck, each_new_text_is_translated_once_when_the_tray_item_opens
     EXPECT_EQ(appState.lastHandledChangeCount, desktop.pasteboard.count - 1) << "closing checked";
 }
 
-TEST_F(ClipboardCheck, what_is_no_text_is_not_counted_as_handled) {
+TEST_F(ClipboardCheck, what_is_no_text_or_a_password_or_not_wanted_is_not_sent) {
     launch();
     for (const std::optional<QString>& content : {std::optional(u" \n"_s), std::optional<QString>()}) {
         desktop.pasteboard.copy(content);
         EXPECT_EQ(opening(), std::nullopt);
-        EXPECT_EQ(appState.lastHandledChangeCount, -1);
     }
-}
-
-TEST_F(ClipboardCheck, a_password_is_never_sent_on_its_own) {
-    launch();
     desktop.pasteboard.copy(u"correct horse"_s);
     desktop.pasteboard.concealed = true;
     EXPECT_EQ(opening(), std::nullopt);
-}
-
-TEST_F(ClipboardCheck, the_user_can_do_without_it) {
+    desktop.pasteboard.concealed = false;
     settings.autoPaste = false;
-    launch();
-    desktop.pasteboard.copy(u"new text"_s);
     EXPECT_EQ(opening(), std::nullopt);
+    settings.autoPaste = true;
+    EXPECT_EQ(opening(), u"correct horse"_s);
 }
 
-TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new) {
+TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new_but_a_later_copy_is) {
     launch();
     selectForCopying();
-    desktop.hotKeys.handler(textKey);
-    desktop.clock.advance(0ms);
-    desktop.pasteboard.copy(u"copied"_s);
-    desktop.clock.advance(200ms);
+    const auto fetch = [this] {
+        desktop.hotKeys.handler(textKey);
+        desktop.clock.advance(0ms);
+        EXPECT_FALSE(popover.shown) << "shown before the text was there";
+        desktop.pasteboard.copy(u"copied"_s);
+        desktop.clock.advance(30ms);
+        EXPECT_TRUE(popover.shown);
+    };
+    fetch();
+    desktop.clock.advance(80ms);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"copied"_s);
     EXPECT_EQ(opening(), std::nullopt);
+
+    popover.shown = false;
+    fetch();
+    desktop.pasteboard.copy(u"the user's own"_s);
+    desktop.clock.advance(80ms);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"copied"_s);
+    EXPECT_EQ(opening(), u"the user's own"_s);
 }
 
-class ScreenOCR : public Shell {
-protected:
-    /// Presses the hot key with the popover open and waits until the capture has ended.
-    void capture() {
-        launch();
+TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_requested) {
+    launch();
+    tool.onRun = [this] { EXPECT_FALSE(popover.shown) << "in the picture"; };
+    const auto capture = [this] {
         popover.shown = true;
-        tool.onRun = [this] { shownWhileDrawing = popover.shown; };
         desktop.hotKeys.handler(ocrKey);
         desktop.clock.advance(0ms);
-        EXPECT_FALSE(popover.shown);
         desktop.clock.advance(150ms);
         EXPECT_TRUE(eventually([this] { return popover.shown; }));
-    }
-
-    std::optional<bool> shownWhileDrawing;
-};
-
-TEST_F(ScreenOCR, the_popover_is_away_while_the_user_draws_and_the_text_is_requested) {
-    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"  chữ trên màn hình \n"_s}}});
-    capture();
-    EXPECT_EQ(shownWhileDrawing, false);
-    EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ trên màn hình"; }));
-    EXPECT_TRUE(log.messages().contains(u"handleScreenOCRHotKey: triggered"_s));
-}
-
-TEST_F(ScreenOCR, a_cancelled_capture_requests_nothing_and_brings_the_popover_back) {
+    };
     tool.draws = false;
     capture();
     EXPECT_TRUE(nextTurn());
-    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
-    EXPECT_THAT(log.messages().filter(u"error"_s), IsEmpty());
-}
+    EXPECT_EQ(log.messages().last(), u"handleScreenOCRHotKey: triggered"_s) << "a cancel is no error";
 
-TEST_F(ScreenOCR, a_failed_recognition_is_logged_and_brings_the_popover_back) {
+    tool.draws = true;
     capture();  // nothing is read in the picture
-    EXPECT_TRUE(eventually([this] { return popover.anchors.size() == 2; }));
-    EXPECT_THAT(log.messages(),
-                Contains(u"handleScreenOCRHotKey error: "_s + OCRError::noTextFound().errorDescription()));
+    const QString failure = u"handleScreenOCRHotKey error: "_s + OCRError::noTextFound().errorDescription();
+    EXPECT_TRUE(eventually([&] { return log.messages().contains(failure); }));
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+
+    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"  chữ trên màn hình \n"_s}}});
+    capture();
+    EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ trên màn hình"; }));
 }
 
 }  // namespace

@@ -28,10 +28,8 @@ TEST(PopoverPlacement, is_at_the_anchor_and_within_the_screen_without_its_panels
         {"no room below an anchor of the upper half", {0, 0, 1024, 700}, QRect{500, 300, 24, 24}, {247, 109}},
         {"top right without an anchor", belowTopPanel, std::nullopt, {1384, 36}},
         {"the beginning on a small screen", {0, 0, 480, 400}, QRect{400, 0, 20, 20}, {6, 6}},
-        {"the beginning on a small screen, from below", {0, 0, 480, 400}, QRect{400, 380, 20, 20}, {6, 6}},
         {"a small screen without an anchor", {100, 50, 480, 400}, std::nullopt, {106, 56}},
         {"a screen on the left", {-1280, -170, 1280, 994}, QRect{-60, -195, 24, 24}, {-536, -164}},
-        {"a screen on the left without an anchor", {-1280, -170, 1280, 994}, std::nullopt, {-536, -164}},
         {"a bottom panel on a screen above", {0, -1080, 1920, 1040}, QRect{1000, -32, 24, 24}, {747, -631}},
     };
     for (const Case& given : cases) {

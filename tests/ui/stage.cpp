@@ -8,7 +8,6 @@
 #include <QScrollBar>
 #include <QTest>
 
-#include "ui/kit/control.h"
 #include "ui/kit/label.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/scroll_panel.h"
@@ -47,13 +46,7 @@ QCoro::Task<std::vector<TextObservation>> HeldRecognizer::recognize(ImageSource 
     co_return {};
 }
 
-Stage::Stage()
-    : updates(http, {.manifest = QUrl(u"http://update.example.com/manifest.json"_s),
-                     .currentVersion = u"1.0.9"_s,
-                     .temporaryFolder = {},
-                     .runInstaller = [](const QString&) {},
-                     .terminate = [] {}}),
-      m_hotKeys(desktop.platform()) {
+Stage::Stage() {
     qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(model.port()));
     desktop.permissions.accessibility = true;
     desktop.permissions.screenCapture = true;
@@ -64,7 +57,7 @@ Stage::Stage()
 Stage::~Stage() = default;
 
 void Stage::open() {
-    auto* content = new MainView({store, m_hotKeys, m_ai, m_captures, m_ocr, m_speech, updates, appState,
+    auto* content = new MainView({store, hotKeys, ai, m_captures, m_ocr, speech, updates, appState,
                                   desktop.pasteboard, desktop.clock, [](quint32) { return std::nullopt; }},
                                  {.openURL = [](const QUrl&) {}, .quit = [] {}});
     m_backdrop = std::make_unique<Backdrop>();
@@ -83,11 +76,7 @@ void Stage::settle() {
 }
 
 QList<Control*> Stage::controls(const QString& name) const {
-    QList<Control*> found = m_backdrop->findChildren<Control*>();
-    found.removeIf([&](const Control* control) {
-        return !control->isVisible() || (control->title() != name && control->accessibleName() != name);
-    });
-    return found;
+    return visibleControls(*m_backdrop, name);
 }
 
 void Stage::click(const QString& name) {

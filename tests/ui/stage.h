@@ -5,13 +5,12 @@
 
 #include <memory>
 
-#include "support/event_loop.h"
-#include "ui/translate_panel_support.h"
-#include "update/update_service.h"
+#include "ocr/ocr_test_support.h"
+#include "ocr/screen_capture_service.h"
+#include "support/program_on_fakes.h"
+#include "ui/widget_support.h"
 
 namespace tralio {
-
-class Control;
 
 /// Looks for text for ever.
 class HeldRecognizer final : public TextRecognizer {
@@ -25,21 +24,12 @@ public:
 /// The main view in its window on a backdrop, over a desktop of fakes and a stand-in for the model, and the
 /// hands of a user before it. Nothing in it depends on the machine, the network or the time of day: the
 /// stand-in is reached as a proxy, so that its port does not show in the settings.
-class Stage final {
+class Stage final : public ProgramOnFakes {
 public:
     Stage();
     ~Stage();
 
-    // What the program finds. To be set before it opens.
-
-    FakeDesktop desktop;
-    StandInModel model;
-    MemoryKeyValueStore store;
-    AppState appState;
-    InProcessHttpClient http{desktop.clock};
-    UpdateService updates;
-
-    /// Shows the main view.
+    /// Shows the main view. What the program finds is to be set before.
     void open();
 
     // What the user does. Every one of these returns when the window shows what follows from it.
@@ -74,14 +64,10 @@ public:
 private:
     void settle();
 
-    HotKeyService m_hotKeys;
-    AIService m_ai{http};
     HeldRecognizer m_recognizer;
     OCRService m_ocr{m_recognizer};
     DrawnRegion m_region;
     ScreenCaptureService m_captures{m_ocr, m_region, desktop.clock};
-    PatientSynthesizer m_synthesizer;
-    SpeechService m_speech{m_synthesizer};
     std::unique_ptr<QWidget> m_backdrop;
 };
 

@@ -4,39 +4,18 @@
 #include <memory>
 #include <utility>
 
-#include "engine/ai_service.h"
-#include "engine/in_process_http_client.h"
 #include "history/translation_history_store.h"
-#include "ocr/ocr_service.h"
 #include "ocr/ocr_test_support.h"
 #include "ocr/screen_capture_service.h"
-#include "speech/speech_service.h"
-#include "speech/speech_synthesizer.h"
-#include "state/app_settings.h"
-#include "state/app_state.h"
 #include "support/debug_log_file.h"
-#include "support/event_loop.h"
-#include "support/fake_desktop.h"
-#include "support/memory_key_value_store.h"
-#include "support/print_to.h"
-#include "support/stand_in_model.h"
+#include "support/program_on_fakes.h"
 #include "ui/translate/translate_state.h"
 
 namespace tralio {
 
-/// Reads until it is stopped.
-class PatientSynthesizer final : public SpeechSynthesizer {
-public:
-    bool isSpeaking() const override { return reading.has_value(); }
-    void speak(const Utterance& utterance, std::function<void()> /*onEnd*/) override { reading = utterance; }
-    void stopSpeaking() override { reading.reset(); }
-
-    std::optional<Utterance> reading;
-};
-
-/// A panel in the hands of a test: with a stand-in for the model, and the input where the main view keeps it.
-/// The stand-in answers in capitals.
-class TranslatePanel : public testing::Test {
+/// A panel in the hands of a test, with the input where the main view keeps it. The model answers in
+/// capitals.
+class TranslatePanel : public testing::Test, protected ProgramOnFakes {
 protected:
     class Input final : public ObservableObject {
     public:
@@ -44,9 +23,8 @@ protected:
     };
 
     TranslatePanel() {
-        settings.baseURL = standIn.baseURL();
-        standIn.translatesBy(
-            [](const StandInModel::Request& request) { return request.userText().toUpper(); });
+        settings.baseURL = model.baseURL();
+        model.translatesBy([](const StandInModel::Request& request) { return request.userText().toUpper(); });
         showPanel();
         log.clear();
     }
@@ -77,14 +55,14 @@ protected:
     }
     /// The texts in `held` get no answer until the stand-in is told to send it.
     void hold(QStringList held) {
-        standIn.repliesBy([held = std::move(held)](const StandInModel::Request& request) {
+        model.repliesBy([held = std::move(held)](const StandInModel::Request& request) {
             const QString text = request.userText();
             const StandInReply reply = StandInReply::translation(text.toUpper());
             return held.contains(text) ? reply.delivered(StandInReply::Delivery::held) : reply;
         });
     }
     bool requestsArrive(qsizetype count) {
-        return eventually([&] { return standIn.requests().size() == count; });
+        return eventually([&] { return model.requests().size() == count; });
     }
     bool translationEnds() {
         return eventually([&] { return !panel->isTranslating(); });
@@ -106,20 +84,10 @@ protected:
     [[nodiscard]] qsizetype logged(const QString& line) const { return log.messages().count(line); }
 
     DebugLogFile log;
-    FakeDesktop desktop;
-    StandInModel standIn;
-    MemoryKeyValueStore store;
-    HotKeyService hotKeys{desktop.platform()};
-    AppSettings settings{store, hotKeys};
-    InProcessHttpClient http{desktop.clock};
-    AIService ai{http};
-    AppState appState;
     ScriptedRecognizer recognizer;
     OCRService ocr{recognizer};
     DrawnRegion region;
     ScreenCaptureService captures{ocr, region, desktop.clock};
-    PatientSynthesizer synthesizer;
-    SpeechService speech{synthesizer};
     TranslationHistoryStore history{store};
     std::unique_ptr<Input> input = std::make_unique<Input>();
     std::unique_ptr<QObject> view;  ///< stands for the widgets

@@ -3,10 +3,34 @@
 #include <QImage>
 #include <QWidget>
 
+#include "ui/kit/control.h"
+
 namespace tralio {
 
 /// Shows a widget in an active window, as the user would have it.
 void showActive(QWidget& widget);
+
+/// The visible parts of a kind, in the order in which they were made.
+template <typename Part>
+[[nodiscard]] QList<Part*> visibleParts(const QWidget& owner) {
+    QList<Part*> parts = owner.findChildren<Part*>();
+    parts.removeIf([](const Part* part) { return !part->isVisible(); });
+    return parts;
+}
+
+/// The visible controls with this title, or called so by screen readers.
+[[nodiscard]] inline QList<Control*> visibleControls(const QWidget& owner, const QString& name) {
+    QList<Control*> controls = visibleParts<Control>(owner);
+    controls.removeIf([&](const Control* control) {
+        return control->title() != name && control->accessibleName() != name;
+    });
+    return controls;
+}
+
+/// The first of them, or null.
+[[nodiscard]] inline Control* visibleControl(const QWidget& owner, const QString& name) {
+    return visibleControls(owner, name).value(0);
+}
 
 /// What the widget paints, at its size.
 [[nodiscard]] QImage pictureOf(QWidget& widget);

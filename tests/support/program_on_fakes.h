@@ -1,0 +1,52 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <optional>
+
+#include "engine/ai_service.h"
+#include "engine/in_process_http_client.h"
+#include "speech/speech_service.h"
+#include "speech/speech_synthesizer.h"
+#include "state/app_settings.h"
+#include "state/app_state.h"
+#include "support/event_loop.h"
+#include "support/fake_desktop.h"
+#include "support/memory_key_value_store.h"
+#include "support/print_to.h"
+#include "support/stand_in_model.h"
+#include "update/update_service.h"
+
+namespace tralio {
+
+/// Reads until it is stopped.
+class PatientSynthesizer final : public SpeechSynthesizer {
+public:
+    bool isSpeaking() const override { return reading.has_value(); }
+    void speak(const Utterance& utterance, std::function<void()> /*onEnd*/) override { reading = utterance; }
+    void stopSpeaking() override { reading.reset(); }
+
+    std::optional<Utterance> reading;
+};
+
+/// What the windows stand on: the program's services over a desktop of fakes, with a stand-in in the place of
+/// the model and of the update server.
+struct ProgramOnFakes {
+    FakeDesktop desktop;
+    StandInModel model;
+    MemoryKeyValueStore store;
+    HotKeyService hotKeys{desktop.platform()};
+    AppSettings settings{store, hotKeys};
+    AppState appState;
+    InProcessHttpClient http{desktop.clock};
+    AIService ai{http};
+    UpdateService updates{http,
+                          {.manifest = QUrl(model.baseURL()),
+                           .currentVersion = QStringLiteral("1.0.9"),
+                           .temporaryFolder = {},
+                           .runInstaller = [](const QString&) {},
+                           .terminate = [] {}}};
+    PatientSynthesizer synthesizer;
+    SpeechService speech{synthesizer};
+};
+
+}  // namespace tralio
