@@ -1,11 +1,7 @@
+#include "ui/kit/colors.h"
+
 #include <gmock/gmock.h>
 #include <vector>
-
-#include "ui/kit/label.h"
-#include "ui/kit/theme.h"
-#include "widget_support.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tralio {
 namespace {
@@ -90,23 +86,6 @@ TEST(Colors, every_text_is_readable_on_its_surfaces_in_both_schemes_and_any_acce
             EXPECT_GE(contrast(colors[AccentText], colors[Window]), 4.5) << accent.name().toStdString();
         }
     }
-}
-
-TEST(Theme, a_change_of_appearance_repaints_what_is_already_shown) {
-    const Appearance before = Theme::current().appearance();
-    Label label(u"Tralio"_s, text::body, ColorRole::AccentText);
-    label.resize(label.sizeHint());
-    const QImage light = pictureOf(label);
-    int announced = 0;
-    QObject::connect(&Theme::current(), &Theme::changed, &label, [&] { ++announced; });
-
-    Theme::setAppearance({.dark = true});
-    EXPECT_FALSE(difference(light, pictureOf(label)).isEmpty());
-    Theme::setAppearance({.dark = true});
-    EXPECT_EQ(announced, 1) << "an equal appearance is no change";
-    Theme::setAppearance({.dark = true, .reducedMotion = true});
-    EXPECT_EQ(Theme::current().duration(150), 0);
-    Theme::setAppearance(before);
 }
 
 }  // namespace
