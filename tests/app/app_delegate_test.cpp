@@ -4,10 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include "ocr/ocr_test_support.h"
-#include "ocr/screen_capture_service.h"
 #include "support/debug_log_file.h"
-#include "support/program_on_fakes.h"
+#include "ui/program_on_fakes.h"
 
 namespace tralio {
 namespace {
@@ -70,10 +68,6 @@ protected:
     DebugLogFile log;
     FakePopover popover;
     FakeStatusItem statusItem;
-    ScriptedRecognizer recognizer;
-    OCRService ocr{recognizer};
-    DrawnRegion tool;
-    ScreenCaptureService captures{ocr, tool, desktop.clock};
     std::unique_ptr<AppDelegate> delegate = delegateWith(popover);
 };
 
@@ -225,9 +219,10 @@ TEST_F(ClipboardCheck, each_new_text_is_translated_once_when_the_tray_item_opens
     desktop.pasteboard.copy(u" new text\n"_s);
     EXPECT_EQ(opening(), u"new text"_s) << "the same text, copied again, is new";
 
-    statusItem.action();
     desktop.pasteboard.copy(u"copied before closing"_s);
     statusItem.action();
+    EXPECT_FALSE(popover.shown);
+    desktop.clock.advance(80ms);
     EXPECT_EQ(appState.lastHandledChangeCount, desktop.pasteboard.count - 1) << "closing checked";
 }
 
@@ -273,7 +268,7 @@ TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new_but_
 
 TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_requested) {
     launch();
-    tool.onRun = [this] { EXPECT_FALSE(popover.shown) << "in the picture"; };
+    region.onRun = [this] { EXPECT_FALSE(popover.shown) << "in the picture"; };
     const auto capture = [this] {
         popover.shown = true;
         desktop.hotKeys.handler(ocrKey);
@@ -281,12 +276,12 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
         desktop.clock.advance(150ms);
         EXPECT_TRUE(eventually([this] { return popover.shown; }));
     };
-    tool.draws = false;
+    region.draws = false;
     capture();
     EXPECT_TRUE(nextTurn());
     EXPECT_EQ(log.messages().last(), u"handleScreenOCRHotKey: triggered"_s) << "a cancel is no error";
 
-    tool.draws = true;
+    region.draws = true;
     capture();  // nothing is read in the picture
     const QString failure = u"handleScreenOCRHotKey error: "_s + OCRError::noTextFound().errorDescription();
     EXPECT_TRUE(eventually([&] { return log.messages().contains(failure); }));

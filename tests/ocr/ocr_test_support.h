@@ -86,6 +86,8 @@ public:
                 &context, [&turn] { turn.finish(); }, Qt::QueuedConnection);
             co_await turn.future();
         }
+        if (isHung)
+            co_await std::suspend_always();
         co_return answer();
     }
 
@@ -97,6 +99,7 @@ public:
     Answer answer = [] { return std::vector<TextObservation>(); };
     std::function<void()> onRecognize;
     bool isSlow = false;
+    bool isHung = false;
     int preparations = 0;
     std::vector<ImageSource> images;
     std::vector<RecognitionRequest> requests;

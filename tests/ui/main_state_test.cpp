@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "support/program_on_fakes.h"
+#include "ui/program_on_fakes.h"
 
 namespace tralio {
 namespace {

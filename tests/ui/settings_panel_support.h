@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <memory>
 
-#include "support/program_on_fakes.h"
+#include "ui/program_on_fakes.h"
 #include "ui/settings/settings_state.h"
 
 namespace tralio {

@@ -1,17 +1,9 @@
 #include "ui/stage.h"
 
 #include <QApplication>
-#include <QDragEnterEvent>
-#include <QEnterEvent>
-#include <QMimeData>
 #include <QPainter>
-#include <QScrollBar>
 #include <QTest>
 
-#include "ui/kit/label.h"
-#include "ui/kit/multiline_enter_input_view.h"
-#include "ui/kit/scroll_panel.h"
-#include "ui/kit/spinner.h"
 #include "ui/kit/theme.h"
 #include "ui/kit/window_frame.h"
 #include "ui/main/main_view.h"
@@ -35,17 +27,6 @@ protected:
 
 }  // namespace
 
-QCoro::Task<QStringList> HeldRecognizer::supportedLanguages(std::stop_token /*stop*/) {
-    co_return {};
-}
-
-QCoro::Task<std::vector<TextObservation>> HeldRecognizer::recognize(ImageSource /*image*/,
-                                                                    RecognitionRequest /*request*/,
-                                                                    std::stop_token /*stop*/) {
-    co_await std::suspend_always();
-    co_return {};
-}
-
 Stage::Stage() {
     qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(model.port()));
     desktop.permissions.accessibility = true;
@@ -57,7 +38,7 @@ Stage::Stage() {
 Stage::~Stage() = default;
 
 void Stage::open() {
-    auto* content = new MainView({store, hotKeys, ai, m_captures, m_ocr, speech, updates, appState,
+    auto* content = new MainView({store, hotKeys, ai, captures, ocr, speech, updates, appState,
                                   desktop.pasteboard, desktop.clock, [](quint32) { return std::nullopt; }},
                                  {.openURL = [](const QUrl&) {}, .quit = [] {}});
     m_backdrop = std::make_unique<Backdrop>();
@@ -98,51 +79,6 @@ void Stage::type(const QString& text) {
 void Stage::press(Qt::Key key) {
     QTest::keyClick(QApplication::focusWidget(), key);
     settle();
-}
-
-void Stage::hover(QWidget* widget) {
-    const QPointF middle = widget->rect().center();
-    QEnterEvent enter(middle, middle, widget->mapToGlobal(middle));
-    QApplication::sendEvent(widget, &enter);
-    settle();
-}
-
-void Stage::dragFileOver() {
-    QMimeData file;
-    file.setUrls({QUrl::fromLocalFile(u"/tmp/menu.png"_s)});
-    QDragEnterEvent enter({}, Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
-    QWidget* input = m_backdrop->findChild<MultilineEnterInputView*>();
-    QApplication::sendEvent(input->parentWidget(), &enter);
-    settle();
-}
-
-void Stage::scrollTo(const QString& label) {
-    auto* panel = m_backdrop->findChild<ScrollPanel*>();
-    for (const Label* candidate : panel->findChildren<Label*>()) {
-        if (candidate->text() == label)
-            panel->verticalScrollBar()->setValue(candidate->mapTo(panel->widget(), QPoint()).y() - 26);
-    }
-    settle();
-}
-
-void Stage::scrollToEnd() {
-    QScrollBar* bar = m_backdrop->findChild<ScrollPanel*>()->verticalScrollBar();
-    bar->setValue(bar->maximum());
-    settle();
-}
-
-QPixmap Stage::picture() {
-    return stillOf(*m_backdrop);
-}
-
-QPixmap stillOf(QWidget& window) {
-    for (Spinner* spinner : window.findChildren<Spinner*>()) {
-        if (spinner->isVisible()) {
-            spinner->hide();  // and begins anew when it is shown
-            spinner->show();
-        }
-    }
-    return window.grab();
 }
 
 }  // namespace tralio

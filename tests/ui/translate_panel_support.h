@@ -5,10 +5,8 @@
 #include <utility>
 
 #include "history/translation_history_store.h"
-#include "ocr/ocr_test_support.h"
-#include "ocr/screen_capture_service.h"
 #include "support/debug_log_file.h"
-#include "support/program_on_fakes.h"
+#include "ui/program_on_fakes.h"
 #include "ui/translate/translate_state.h"
 
 namespace tralio {
@@ -84,10 +82,6 @@ protected:
     [[nodiscard]] qsizetype logged(const QString& line) const { return log.messages().count(line); }
 
     DebugLogFile log;
-    ScriptedRecognizer recognizer;
-    OCRService ocr{recognizer};
-    DrawnRegion region;
-    ScreenCaptureService captures{ocr, region, desktop.clock};
     TranslationHistoryStore history{store};
     std::unique_ptr<Input> input = std::make_unique<Input>();
     std::unique_ptr<QObject> view;  ///< stands for the widgets

@@ -13,6 +13,7 @@
 
 #include "common/debug_log.h"
 #include "scenes.h"
+#include "ui/kit/spinner.h"
 #include "ui/kit/theme.h"
 #include "ui/stage.h"
 
@@ -20,6 +21,15 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace tralio;
+
+/// A picture of a window in which nothing turns.
+QPixmap stillOf(QWidget& window) {
+    for (Spinner* spinner : visibleParts<Spinner>(window)) {
+        spinner->hide();  // and begins anew when it is shown
+        spinner->show();
+    }
+    return window.grab();
+}
 
 QPixmap pictureOfComponents() {
     const std::unique_ptr<QWidget> page(componentsPage());
@@ -31,7 +41,7 @@ QPixmap pictureOfComponents() {
 QPixmap pictureOf(const Scene& scene) {
     Stage stage;
     scene.play(stage);
-    return stage.picture();
+    return stillOf(stage.window());
 }
 
 }  // namespace

@@ -1,9 +1,16 @@
 #include "scenes.h"
 
+#include <QApplication>
 #include <QDateTime>
+#include <QDragEnterEvent>
+#include <QEnterEvent>
+#include <QMimeData>
+#include <QScrollBar>
 
 #include "history/translation_history_json.h"
-#include "ui/kit/control.h"
+#include "ui/kit/label.h"
+#include "ui/kit/multiline_enter_input_view.h"
+#include "ui/kit/scroll_panel.h"
 #include "ui/stage.h"
 
 namespace tralio {
@@ -71,6 +78,40 @@ QByteArray history() {
     });
 }
 
+// What the user does beside typing and clicking
+
+void hover(Stage& stage, QWidget* widget) {
+    const QPointF middle = widget->rect().center();
+    QEnterEvent enter(middle, middle, widget->mapToGlobal(middle));
+    QApplication::sendEvent(widget, &enter);
+    stage.settle();
+}
+
+/// Holds a file over the input.
+void dragFileOver(Stage& stage) {
+    QMimeData file;
+    file.setUrls({QUrl::fromLocalFile(u"/tmp/menu.png"_s)});
+    QDragEnterEvent enter({}, Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(stage.find<MultilineEnterInputView>()->parentWidget(), &enter);
+    stage.settle();
+}
+
+/// Scrolls until the section with this heading stands as far below the top as the first one does.
+void scrollTo(Stage& stage, const QString& label) {
+    auto* panel = stage.find<ScrollPanel>();
+    for (const Label* candidate : panel->findChildren<Label*>()) {
+        if (candidate->text() == label)
+            panel->verticalScrollBar()->setValue(candidate->mapTo(panel->widget(), QPoint()).y() - 26);
+    }
+    stage.settle();
+}
+
+void scrollToEnd(Stage& stage) {
+    QScrollBar* bar = stage.find<ScrollPanel>()->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    stage.settle();
+}
+
 // The translate panel
 
 void empty(Stage& stage) {
@@ -107,13 +148,14 @@ void errorAndBanner(Stage& stage) {
 
 void dropHover(Stage& stage) {
     stage.open();
-    stage.dragFileOver();
+    dragFileOver(stage);
 }
 
 void recognizing(Stage& stage) {
     QImage photograph(40, 20, QImage::Format_RGB32);
     photograph.fill(Qt::white);
     stage.desktop.pasteboard.picture = photograph;
+    stage.recognizer.isHung = true;
     stage.open();
     stage.click(u"Dán"_s);
 }
@@ -136,7 +178,7 @@ void historyList(Stage& stage) {
     stage.store.setValue(u"app_translation_history_items"_s, history());
     historyEmpty(stage);
     if (const QList<Control*> copies = stage.controls(u"Sao chép"_s); !copies.isEmpty()) {
-        stage.hover(copies.constFirst()->parentWidget());
+        hover(stage, copies.constFirst()->parentWidget());
         stage.click(u"Sao chép"_s);
     }
 }
@@ -163,7 +205,7 @@ void recording(Stage& stage) {
 const QString providerSection = u"Mô hình AI & Nhà cung cấp"_s;
 
 void testConnection(Stage& stage, const QString& button) {
-    stage.scrollTo(providerSection);
+    scrollTo(stage, providerSection);
     stage.click(button);
     stage.wait([&] { return stage.hasControl(button) && !stage.controls(button).constFirst()->isBusy(); });
 }
@@ -183,7 +225,7 @@ void providerCard(Stage& stage) {
 void settingsEnd(Stage& stage) {
     offerUpdate(stage);
     settingsOfOthers(stage);
-    stage.scrollToEnd();
+    scrollToEnd(stage);
 }
 
 void about(Stage& stage) {

@@ -5,6 +5,9 @@
 
 #include "engine/ai_service.h"
 #include "engine/in_process_http_client.h"
+#include "ocr/ocr_service.h"
+#include "ocr/ocr_test_support.h"
+#include "ocr/screen_capture_service.h"
 #include "speech/speech_service.h"
 #include "speech/speech_synthesizer.h"
 #include "state/app_settings.h"
@@ -45,6 +48,10 @@ struct ProgramOnFakes {
                            .temporaryFolder = {},
                            .runInstaller = [](const QString&) {},
                            .terminate = [] {}}};
+    ScriptedRecognizer recognizer;
+    OCRService ocr{recognizer};
+    DrawnRegion region;
+    ScreenCaptureService captures{ocr, region, desktop.clock};
     PatientSynthesizer synthesizer;
     SpeechService speech{synthesizer};
 };
