@@ -1,7 +1,6 @@
 #include "ui/history/history_view.h"
 
 #include <QAccessible>
-#include <QApplication>
 #include <QScrollBar>
 #include <QTest>
 
