@@ -1,7 +1,6 @@
 #include "settings_panel_support.h"
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace tralio {
 namespace {
@@ -121,9 +120,8 @@ TEST_F(SettingsStateTest, a_registered_hot_key_is_recorded_instead_of_running) {
 
 TEST_F(SettingsStateTest, presets_say_what_they_register_and_leave_a_recording_alone) {
     const auto symbols = [](const QString& display) {
-        QStringList parts = display.split(u' ');
-        parts.sort();  // the order of the modifiers differs from that of recorded shortcuts
-        return parts;
+        const QStringList parts = display.split(u' ');  // in another order than in recorded shortcuts
+        return QSet<QString>(parts.begin(), parts.end());
     };
     panel->startRecording(screenOCR);
     for (const HotKeyRecordTarget target : {textSelection, screenOCR}) {
@@ -178,25 +176,6 @@ TEST_F(SettingsStateTest, an_answer_that_comes_after_the_panel_has_gone_is_dropp
     panel.reset();
     model.sendTheRest();
     EXPECT_TRUE(nextTurn());
-}
-
-TEST_F(SettingsStateTest, permissions_are_followed_every_second_while_the_panel_shows) {
-    desktop.permissions.accessibility = true;
-    desktop.clock.advance(2s);
-    EXPECT_FALSE(panel->isAccessibilityGranted());
-    panel->panelAppeared();
-    EXPECT_TRUE(panel->isAccessibilityGranted());
-
-    desktop.permissions.screenCapture = true;
-    desktop.clock.advance(999ms);
-    EXPECT_FALSE(panel->isScreenCaptureGranted());
-    desktop.clock.advance(1ms);
-    EXPECT_TRUE(panel->isScreenCaptureGranted());
-
-    panel->panelDisappeared();
-    desktop.permissions.screenCapture = false;
-    desktop.clock.advance(5s);
-    EXPECT_TRUE(panel->isScreenCaptureGranted());
 }
 
 }  // namespace

@@ -18,26 +18,13 @@ using namespace Qt::StringLiterals;
 namespace tralio {
 namespace {
 
-/// The panel in a window that notices the keys which nobody took.
-class Window final : public QWidget {
-public:
-    explicit Window(SettingsState& state) : view(new SettingsView(state, this)) {
-        resize(530, 500);
-        view->resize(size());
-    }
-
-    SettingsView* view;
-    int untaken = 0;
-
-protected:
-    void keyPressEvent(QKeyEvent*) override { ++untaken; }
-};
-
 class SettingsViewTest : public SettingsPanel {
 protected:
     SettingsViewTest() {
         settings.applyPreset(ProviderPreset::presets()[3]);
         settings.apiKey = u"sk-secret"_s;
+        window.resize(530, 500);
+        (new SettingsView(*panel, &window))->resize(window.size());
         showActive(window);
     }
 
@@ -81,8 +68,7 @@ protected:
     }
     [[nodiscard]] int topOf(const QWidget* widget) const { return widget->mapTo(&window, QPoint()).y(); }
 
-    const QString hint = u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s;
-    Window window{*panel};
+    QWidget window;
 };
 
 TEST_F(SettingsViewTest, a_shortcut_is_recorded_while_the_user_may_go_on_typing_in_a_field) {
@@ -109,18 +95,13 @@ TEST_F(SettingsViewTest, a_shortcut_is_recorded_while_the_user_may_go_on_typing_
     EXPECT_EQ(markedSuggestions(), QStringList({u"⌥ T"_s, u"⌘ ⇧ S"_s}));
 }
 
-TEST_F(SettingsViewTest, a_hint_shows_what_is_recorded_until_escape_which_closes_nothing_or_the_panel_goes) {
+TEST_F(SettingsViewTest, a_hint_stands_by_the_shortcut_that_is_recorded_and_goes_with_the_panel) {
+    const QString hint = u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s;
     const QString captureTitle = u"Chụp màn hình & Tralio (OCR)"_s;
     click(button(u"Đổi"_s));
     ASSERT_NE(label(hint), nullptr);
     EXPECT_LT(topOf(label(hint)), topOf(label(captureTitle)));
-    typeKey(53, {}, Qt::Key_Escape, {});
-    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
-    EXPECT_EQ(window.untaken, 0);
-    typeKey(53, {}, Qt::Key_Escape, {});
-    EXPECT_EQ(window.untaken, 1);
-
-    click(visibleControls(window, u"Đổi"_s).at(1));
+    click(button(u"Đổi"_s));
     EXPECT_EQ(panel->recordingTarget(), HotKeyRecordTarget::screenOCR);
     EXPECT_TRUE(eventually([&] { return label(hint) && topOf(label(hint)) > topOf(label(captureTitle)); }));
     window.hide();
