@@ -26,21 +26,13 @@ QByteArray bodyOf(const QString& text) {
 }  // namespace
 
 SsipConnection::SsipConnection(const QString& socketPath, Clock& clock, std::chrono::milliseconds silence)
-    : m_clock(clock), m_silence(silence) {
-    connect(&m_socket, &QLocalSocket::readyRead, this, &SsipConnection::read);
-    connect(&m_socket, &QLocalSocket::errorOccurred, this, [this] { close(m_socket.errorString()); });
-    connect(&m_socket, &QLocalSocket::connected, this, [this] {
+    : m_clock(clock), m_silence(silence), m_stream(socketPath) {
+    connect(&m_stream, &UnixStream::arrived, this, &SsipConnection::read);
+    connect(&m_stream, &UnixStream::ended, this, &SsipConnection::close);
+    connect(&m_stream, &UnixStream::opened, this, [this] {
         m_hasOpened = true;
         Q_EMIT opened();
     });
-    // From the event loop, so that the owner hears also of a failure that is known at once.
-    QMetaObject::invokeMethod(
-        this, [this, socketPath] { m_socket.connectToServer(socketPath); }, Qt::QueuedConnection);
-}
-
-// What the socket tells while it ends would find half of this object gone.
-SsipConnection::~SsipConnection() {
-    m_socket.disconnect(this);
 }
 
 void SsipConnection::send(const QByteArray& command, Answer answer) {
@@ -54,10 +46,10 @@ void SsipConnection::speak(const QString& text, Answer answer) {
 }
 
 void SsipConnection::sendNext() {
-    if (m_isBusy || m_commands.empty() || m_socket.state() != QLocalSocket::ConnectedState)
+    if (m_isBusy || m_commands.empty() || !m_stream.isOpen())
         return;
     m_isBusy = true;
-    m_socket.write(m_commands.front().line + "\r\n");
+    m_stream.write(m_commands.front().line + "\r\n");
     limitTime();
 }
 
@@ -66,9 +58,8 @@ void SsipConnection::limitTime() {
     m_clock.after(m_silence, m_watchdog.get(), [this] { close(u"the daemon does not answer"_s); });
 }
 
-void SsipConnection::read() {
-    m_input += m_socket.readAll();
-    const QByteArray input = std::exchange(m_input, {});
+void SsipConnection::read(const QByteArray& bytes) {
+    const QByteArray input = std::exchange(m_input, {}) + bytes;
     qsizetype start = 0;
     for (qsizetype end = 0; (end = input.indexOf('\n', start)) >= 0; start = end + 1) {
         take(QByteArrayView(input).sliced(start, end - start).trimmed());
@@ -106,7 +97,7 @@ void SsipConnection::conclude(int code) {
     if (!m_isBusy)
         return;
     if (code == receivingData) {
-        m_socket.write(std::exchange(m_commands.front().body, {}));
+        m_stream.write(std::exchange(m_commands.front().body, {}));
         limitTime();
         return;
     }
@@ -132,8 +123,7 @@ void SsipConnection::abandon() {
     m_isClosed = true;
     m_watchdog.reset();
     m_commands.clear();
-    m_socket.disconnect(this);
-    m_socket.abort();
+    m_stream.close();
 }
 
 }  // namespace tralio

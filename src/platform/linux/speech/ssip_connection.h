@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QByteArray>
-#include <QLocalSocket>
+#include <QObject>
 
 #include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
+
+#include "platform/linux/speech/unix_stream.h"
 
 namespace tralio {
 
@@ -31,8 +33,6 @@ public:
 
     /// Begins to connect. `silence` is the longest time that a reply may take.
     SsipConnection(const QString& socketPath, Clock& clock, std::chrono::milliseconds silence);
-
-    ~SsipConnection() override;
 
     [[nodiscard]] bool hasOpened() const { return m_hasOpened; }
 
@@ -59,14 +59,14 @@ private:
 
     void sendNext();
     void limitTime();
-    void read();
+    void read(const QByteArray& bytes);
     void take(QByteArrayView line);
     void conclude(int code);
     void close(const QString& reason);
 
     Clock& m_clock;
     std::chrono::milliseconds m_silence;
-    QLocalSocket m_socket;
+    UnixStream m_stream;
     QByteArray m_input;
     QByteArray m_eventData;
     Reply m_reply;

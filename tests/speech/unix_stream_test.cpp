@@ -1,0 +1,128 @@
+#include "platform/linux/speech/unix_stream.h"
+
+#include <QFile>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <memory>
+#include <vector>
+
+#include "support/event_loop.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A stream that notes what it tells, and may be destroyed while it does.
+struct WatchedStream {
+    explicit WatchedStream(const QString& path) : stream(std::make_unique<UnixStream>(path)) {
+        QObject::connect(stream.get(), &UnixStream::opened, [this] { tell(u"opened"_s); });
+        QObject::connect(stream.get(), &UnixStream::arrived,
+                         [this](const QByteArray& bytes) { tell(u"arrived "_s + QString::fromUtf8(bytes)); });
+        QObject::connect(stream.get(), &UnixStream::ended,
+                         [this](const QString& reason) { tell(u"ended: "_s + reason); });
+    }
+
+    void tell(const QString& news) {
+        told << news;
+        if (!destroyedAt.isEmpty() && news.startsWith(destroyedAt))
+            stream.reset();
+    }
+
+    QString destroyedAt;
+    QStringList told;
+    std::unique_ptr<UnixStream> stream;
+};
+
+class SpeechStream : public testing::Test {
+protected:
+    /// The other side of the next connection, which is made without a turn of the event loop.
+    [[nodiscard]] QLocalSocket* accept() {
+        return server.waitForNewConnection(20'000) ? server.nextPendingConnection() : nullptr;
+    }
+
+    QTemporaryDir folder;
+    QString path = folder.filePath(u"s.sock"_s);
+    QLocalServer server;
+};
+
+TEST_F(SpeechStream, where_nobody_listens_the_failure_comes_from_the_event_loop_with_its_reason) {
+    {
+        QFile file(folder.filePath(u"file"_s));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    const struct {
+        QString name;
+        QString told;
+    } cases[] = {
+        {u"missing"_s, u"ended: No such file or directory"_s},
+        {u"file"_s, u"ended: Connection refused"_s},
+        {u"long"_s.repeated(30), u"ended: File name too long"_s},
+    };
+    for (const auto& [name, told] : cases) {
+        WatchedStream watched(folder.filePath(name));
+        WatchedStream closed(folder.filePath(name));
+        closed.stream->close();
+        EXPECT_THAT(watched.told, IsEmpty()) << name.toStdString();
+        EXPECT_TRUE(nextTurn() && nextTurn());
+        EXPECT_THAT(watched.told, ElementsAre(told)) << name.toStdString();
+        EXPECT_THAT(closed.told, IsEmpty()) << name.toStdString();
+    }
+}
+
+TEST_F(SpeechStream, a_listener_that_accepts_nobody_holds_nobody_up) {
+    server.setListenBacklogSize(1);
+    ASSERT_TRUE(server.listen(path));
+    // All of them connect in one turn, in which the server accepts none.
+    std::vector<std::unique_ptr<WatchedStream>> crowd;
+    for (int i = 0; i < 4; ++i)
+        crowd.push_back(std::make_unique<WatchedStream>(path));
+    EXPECT_TRUE(nextTurn());
+    EXPECT_THAT(crowd.front()->told, ElementsAre(u"opened"_s));
+    EXPECT_THAT(crowd.back()->told, ElementsAre(u"ended: Resource temporarily unavailable"_s));
+}
+
+TEST_F(SpeechStream,
+       what_the_other_side_said_before_it_left_is_still_heard_and_writing_to_it_raises_no_signal) {
+    ASSERT_TRUE(server.listen(path));
+    WatchedStream watched(path);
+    EXPECT_TRUE(nextTurn());
+    QLocalSocket* other = accept();
+    ASSERT_NE(other, nullptr);
+    other->write("bye");
+    other->flush();
+    other->abort();
+    auto* const before = std::signal(SIGPIPE, SIG_DFL);
+    watched.stream->write("late");
+    std::signal(SIGPIPE, before);
+    EXPECT_TRUE(eventually([&] { return !watched.stream->isOpen(); }));
+    EXPECT_TRUE(nextTurn() && nextTurn());
+    EXPECT_THAT(watched.told, ElementsAre(u"opened"_s, u"arrived bye"_s,
+                                          u"ended: the other side has closed the connection"_s));
+}
+
+TEST_F(SpeechStream, its_owner_may_destroy_it_whatever_it_tells) {
+    ASSERT_TRUE(server.listen(path));
+    for (const QString& news : {u"opened"_s, u"arrived"_s, u"ended"_s}) {
+        WatchedStream watched(path);
+        watched.destroyedAt = news;
+        EXPECT_TRUE(eventually([&] { return !watched.told.isEmpty(); }));
+        QLocalSocket* other = accept();
+        ASSERT_NE(other, nullptr);
+        other->write("hello");
+        other->disconnectFromServer();
+        EXPECT_TRUE(eventually([&] { return watched.stream == nullptr; })) << news.toStdString();
+        EXPECT_TRUE(nextTurn());
+        EXPECT_TRUE(watched.told.last().startsWith(news)) << "and tells nothing more";
+    }
+}
+
+}  // namespace
+}  // namespace tralio
