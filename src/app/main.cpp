@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QUrl>
 
+#include <csignal>
 #include <cstdlib>
 #include <optional>
 
@@ -50,6 +51,7 @@ int main(int argc, char** argv) {
     // Trays show nothing for a program that names no desktop file, and ask before the application exists.
     QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
     QCoreApplication::setApplicationName(u"tralio"_s);
+    std::signal(SIGPIPE, SIG_IGN);  // pipes and sockets are many; that one has closed is told by its error
     std::optional<ToolkitPlatform> toolkitPlatform(std::in_place);
     QApplication application(argc, argv);
     toolkitPlatform.reset();

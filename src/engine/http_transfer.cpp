@@ -48,6 +48,7 @@ void HttpTransfer::takeBody() {
 }
 
 void HttpTransfer::takePiece(const QByteArray& piece) {
+    m_received += piece.size();
     if (!m_terms.receive) {
         m_body += piece;
         if (m_body.size() > HttpClient::maximumBodySize)
@@ -71,6 +72,11 @@ void HttpTransfer::conclude() {
     takeBody();  // what came with the end
     if (!m_reply)
         return;
+    if (wasCutOff(status)) {
+        fail(std::make_exception_ptr(
+            networkError(QNetworkReply::RemoteHostClosedError, m_reply->url(), {}, m_terms.origin)));
+        return;
+    }
     m_promise.addResult(HttpResponse{status, std::exchange(m_body, {})});
     settle();
 }
@@ -87,6 +93,13 @@ bool HttpTransfer::brokeDown(std::optional<int> status) const {
     const bool saysTheStatus = error > QNetworkReply::UnknownProxyError ||
                                (error == QNetworkReply::ProxyAuthenticationRequiredError && *status == 407);
     return *status < 400 || !saysTheStatus;
+}
+
+bool HttpTransfer::wasCutOff(std::optional<int> status) const {
+    // Answers of other kinds may announce a body that does not follow.
+    const bool hasWholeBody =
+        status >= 200 && status < 300 && m_reply->rawHeader("Content-Encoding").isEmpty();
+    return hasWholeBody && m_received < announcedSize().value_or(0);
 }
 
 std::optional<qint64> HttpTransfer::announcedSize() const {

@@ -48,12 +48,16 @@ private:
 
     /// Whether the reply's error says more than its HTTP status does: the status alone is no failure here.
     [[nodiscard]] bool brokeDown(std::optional<int> status) const;
+    /// Whether the body ended before the size that the server has announced, which the library misses when
+    /// the connection closes in the same moment.
+    [[nodiscard]] bool wasCutOff(std::optional<int> status) const;
     [[nodiscard]] std::optional<qint64> announcedSize() const;
 
     QNetworkReply* m_reply;  ///< null once settled
     Terms m_terms;
     std::unique_ptr<QObject> m_idleTimer;  ///< the context of the call that ends a silent transfer
     QByteArray m_body;
+    qint64 m_received = 0;  ///< bytes of the body
     QList<QSslError> m_sslErrors;
     QPromise<HttpResponse> m_promise;
     std::stop_token m_stop;
