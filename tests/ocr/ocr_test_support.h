@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QFile>
 #include <QPromise>
 #include <qcorofuture.h>
 #include <qcorotask.h>
@@ -16,6 +15,7 @@
 #include "ocr/ocr_error.h"
 #include "ocr/ocr_service.h"
 #include "support/event_loop.h"
+#include "support/files.h"
 #include "support/print_to.h"
 
 namespace tralio {
@@ -112,10 +112,8 @@ public:
     QCoro::Task<qint32> run(QString outputPath) override {
         if (onRun)
             onRun();
-        if (draws) {
-            QFile picture(outputPath);
-            EXPECT_TRUE(picture.open(QIODevice::WriteOnly) && picture.write("a picture") > 0);
-        }
+        if (draws)
+            writeFile(outputPath, "a picture");
         co_return 0;
     }
 

@@ -1,12 +1,12 @@
 #include "platform/linux/ocr/tesseract_recognizer.h"
 
-#include <QFile>
 #include <QPainter>
 #include <QTemporaryDir>
 
 #include "common/clock.h"
 #include "ocr/ocr_test_support.h"
 #include "support/fake_clock.h"
+#include "support/files.h"
 
 namespace tralio {
 namespace {
@@ -37,12 +37,8 @@ protected:
 
     /// A helper that is a shell script; `$helper` in it is the real one.
     QString script(const QByteArray& commands) {
-        const QString path = folder.filePath(u"helper-%1"_s.arg(++scripts));
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("#!/bin/sh\nhelper='" OCR_PROGRAM "'\n" + commands + "\n");
-        file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
-        return path;
+        return writeFile(folder.filePath(u"helper-%1"_s.arg(++scripts)),
+                         "#!/bin/sh\nhelper='" OCR_PROGRAM "'\n" + commands + "\n");
     }
 
     /// A helper that does these things the first time, and after that works.
@@ -54,10 +50,7 @@ protected:
     }
 
     QUrl written(const QString& name, const QByteArray& bytes) {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return QUrl::fromLocalFile(file.fileName());
+        return QUrl::fromLocalFile(writeFile(folder.filePath(name), bytes));
     }
 
     QUrl saved(const QString& name, const QImage& image) {
@@ -115,21 +108,10 @@ TEST_F(TesseractRecognizerTest, tells_the_languages_of_the_installed_packs_and_k
 
 TEST_F(TesseractRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_next_one_works) {
     const QUrl good = saved(u"good.png"_s, hello);
-    QFile png(good.toLocalFile());
-    ASSERT_TRUE(png.open(QIODevice::ReadOnly));
-    const QByteArray bytes = png.readAll();
+    const QByteArray bytes = contentOf(good.toLocalFile());
     QImage huge(20'000, 20'000, QImage::Format_Mono);
     huge.fill(1);
     const OCRError tooLarge = OCRError::recognitionFailed(helper_protocol::tooLarge(huge.size()));
-    const QByteArray animation = QByteArray::fromBase64(
-        "R0lGODlhAgACAPAAAP///wAAACH5BAAAAAAAIf8LTkVUU0NBUEUyLjADAQAAACwAAAAAAgACAAACAoRRACH5BAAAAA"
-        "AALAAAAAACAAIAgAAAAAAAAAIChFEAOw==");
-    const QByteArray cmyk = QByteArray::fromBase64(
-        "/9j/7gAOQWRvYmUAZAAAAAAC/9sAQwCgbniMeGSgjIKMtKqgvvD///Dc3PD///////////////////////////////"
-        "///////////////////////////9sAQwGqtLTw0vD/////////////////////////////////////////////////"
-        "/////////////////////////////8AAFAgAEAAQBAEiAAIRAQMRAQQiAP/EABUAAQEAAAAAAAAAAAAAAAAAAAAD/8"
-        "QAFBABAAAAAAAAAAAAAAAAAAAAAP/EABQBAQAAAAAAAAAAAAAAAAAAAAD/xAAUEQEAAAAAAAAAAAAAAAAAAAAA/9oA"
-        "DgQBAAIRAxEEAAA/AIgAsA//2Q==");
     QImage glass(hello.size(), QImage::Format_ARGB32);
     glass.fill(Qt::transparent);
     QPainter(&glass).drawImage(0, 0, pictureOf({u"Hello world"_s}, 1, Qt::white, Qt::transparent));
@@ -144,12 +126,8 @@ TEST_F(TesseractRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_ne
         {"another format than its name says", written(u"photo.jpg"_s, bytes), {}},
         {"cut off in its header", written(u"short.png"_s, bytes.first(20)), OCRError::invalidImage()},
         {"no image", written(u"text.png"_s, "Hello world"), OCRError::invalidImage()},
-        {"empty", written(u"empty.png"_s, {}), OCRError::invalidImage()},
         {"not there", QUrl::fromLocalFile(folder.filePath(u"none.png"_s)), OCRError::invalidImage()},
-        {"a folder", QUrl::fromLocalFile(folder.path()), OCRError::invalidImage()},
         {"huge", saved(u"huge.png"_s, huge), tooLarge},
-        {"an animation", written(u"a.gif"_s, animation), OCRError::noTextFound()},
-        {"for print", written(u"c.jpg"_s, cmyk), OCRError::noTextFound()},
         {"blank", saved(u"blank.png"_s, pictureOf({})), OCRError::noTextFound()},
     };
     for (const Case& given : cases) {

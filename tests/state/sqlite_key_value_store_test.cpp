@@ -1,8 +1,5 @@
 #include "state/sqlite_key_value_store.h"
 
-#include <QElapsedTimer>
-#include <QStandardPaths>
-
 #include <limits>
 
 #include "state/sqlite_store_test.h"
@@ -50,9 +47,11 @@ TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_t
         EXPECT_TRUE(store.value(key) == value) << key.toStdString();
     EXPECT_EQ(store.value(u"never written"_s), std::nullopt);
 
-    // A value takes the type of its last writing.
+    // A value takes the type of its last writing; one of a type that is unknown reads as absent.
     store.setValue(u"one"_s, u"text now"_s);
     EXPECT_EQ(reread(u"one"_s), StoredValue(u"text now"_s));
+    EXPECT_EQ(OtherConnection(path()).query("UPDATE entries SET type = 'date' WHERE key = 'one'"), "");
+    EXPECT_EQ(store.value(u"one"_s), std::nullopt);
     EXPECT_TRUE(m_log.messages().isEmpty());
 }
 
@@ -68,13 +67,11 @@ TEST_F(SqliteKeyValueStoreTest, only_the_user_may_read_the_files_whatever_the_um
             EXPECT_EQ(mode(path(folder)), 0700U) << folder.toStdString();
         for (const QString& suffix : {u""_s, u"-wal"_s, u"-shm"_s})
             EXPECT_EQ(mode(file + suffix), 0600U) << mask << suffix.toStdString();
-        EXPECT_TRUE(content(file + u"-wal"_s).contains("secret"));  // which is why its mode matters
+        EXPECT_TRUE(contentOf(file + u"-wal"_s).contains("secret"));  // which is why its mode matters
     }
     EXPECT_TRUE(m_log.messages().isEmpty());
-}
 
-TEST_F(SqliteKeyValueStoreTest,
-       files_that_others_could_read_are_closed_to_them_but_their_folder_is_left_alone) {
+    // What others could read is closed to them, but the folder is left alone.
     SqliteKeyValueStore(path()).setValue(u"key"_s, qint64{1});
     setMode(path(), 0666);
     setMode(path(u"tralio"_s), 0755);
@@ -83,39 +80,30 @@ TEST_F(SqliteKeyValueStoreTest,
     EXPECT_EQ(mode(path(u"tralio"_s)), 0755U);
 }
 
-TEST_F(SqliteKeyValueStoreTest, the_default_file_is_in_the_users_data_folder) {
-    EXPECT_EQ(defaultStorePath(), QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                                      u"/tralio/tralio.sqlite"_s);
-}
-
 TEST_F(SqliteKeyValueStoreTest, a_link_is_followed_and_stays_a_link) {
     const QString target = path(u"elsewhere/values"_s);
-    put(path(u"tralio/other"_s), {});  // creates the folder of the link
+    writeFile(path(u"tralio/other"_s), {});  // creates the folder of the link
     ASSERT_TRUE(QDir().mkpath(path(u"elsewhere"_s)));
     ASSERT_TRUE(QFile::link(target, path()));
     SqliteKeyValueStore(path()).setValue(u"key"_s, qint64{1});
     EXPECT_EQ(mode(target), 0600U);
     EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{1}));
 
-    put(target, QByteArray("not a database ").repeated(100));
+    writeFile(target, QByteArray("not a database ").repeated(100));
     SqliteKeyValueStore(path()).setValue(u"key"_s, qint64{2});
     EXPECT_TRUE(QFile::exists(target + u".damaged-1"_s));
     EXPECT_TRUE(QFileInfo(path()).isSymLink());
     EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{2}));
 }
 
-TEST_F(SqliteKeyValueStoreTest, two_programs_share_the_file) {
-    SqliteKeyValueStore one(path());
-    SqliteKeyValueStore other(path());
-    one.setValue(u"key"_s, qint64{1});
-    EXPECT_EQ(other.value(u"key"_s), StoredValue(qint64{1}));
-    other.setValue(u"key"_s, qint64{2});
-    EXPECT_EQ(one.value(u"key"_s), StoredValue(qint64{2}));
-}
-
-TEST_F(SqliteKeyValueStoreTest, a_file_removed_under_the_running_program_is_begun_anew) {
+TEST_F(SqliteKeyValueStoreTest, two_programs_share_the_file_and_begin_it_anew_when_it_is_removed) {
     auto store = std::make_unique<SqliteKeyValueStore>(path());
+    SqliteKeyValueStore other(path());
     store->setValue(u"key"_s, qint64{1});
+    EXPECT_EQ(other.value(u"key"_s), StoredValue(qint64{1}));
+    other.setValue(u"key"_s, qint64{5});
+    EXPECT_EQ(store->value(u"key"_s), StoredValue(qint64{5}));
+
     ASSERT_TRUE(QDir(path(u"tralio"_s)).removeRecursively());
     store->setValue(u"key"_s, qint64{2});
     EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{2}));
@@ -127,14 +115,6 @@ TEST_F(SqliteKeyValueStoreTest, a_file_removed_under_the_running_program_is_begu
     store.reset();
     EXPECT_TRUE(QFile::exists(path() + u"-wal"_s));
     EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{3}));
-}
-
-TEST_F(SqliteKeyValueStoreTest, entries_of_an_unknown_type_read_as_absent) {
-    SqliteKeyValueStore store(path());
-    EXPECT_EQ(OtherConnection(path()).query("INSERT INTO entries VALUES ('key', 'date', 5)"), "");
-    EXPECT_EQ(store.value(u"key"_s), std::nullopt);
-    store.setValue(u"key"_s, true);
-    EXPECT_EQ(store.value(u"key"_s), StoredValue(true));
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -11,6 +9,7 @@
 
 #include "state/sqlite_key_value_store.h"
 #include "support/debug_log_file.h"
+#include "support/files.h"
 #include "support/ordinary_user.h"
 
 namespace tralio {
@@ -28,17 +27,6 @@ protected:
     }
     static void setMode(const QString& path, mode_t mode) {
         ASSERT_EQ(chmod(QFile::encodeName(path).constData(), mode), 0);
-    }
-
-    static void put(const QString& path, const QByteArray& content) {
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(content), content.size());
-    }
-    [[nodiscard]] static QByteArray content(const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     /// What another start of the program would read.

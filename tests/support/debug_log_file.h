@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
 
 #include "common/debug_log.h"
+#include "support/files.h"
 
 namespace tralio {
 
@@ -15,10 +15,7 @@ public:
 
     [[nodiscard]] QString path() const { return m_folder.filePath(QStringLiteral("debug.log")); }
 
-    [[nodiscard]] QByteArray content() const {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    [[nodiscard]] QByteArray content() const { return contentOf(path()); }
 
     /// The messages, without their time stamps.
     [[nodiscard]] QStringList messages() const {
@@ -28,7 +25,7 @@ public:
         return messages;
     }
 
-    void clear() { QFile::remove(path()); }
+    void clear() const { QFile::remove(path()); }
 
 private:
     QTemporaryDir m_folder;

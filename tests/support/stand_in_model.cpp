@@ -1,6 +1,5 @@
 #include "support/stand_in_model.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
@@ -16,17 +15,12 @@
 #include <sys/socket.h>
 #include <utility>
 
+#include "support/files.h"
+
 namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-QByteArray contentOf(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("The stand-in cannot read what openssl wrote.");
-    return file.readAll();
-}
 
 /// A fresh key and a certificate for it that it signed itself.
 QSslConfiguration selfSignedConfiguration() {

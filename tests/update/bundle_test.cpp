@@ -8,6 +8,7 @@
 #include "platform/linux/bundle/info_plist.h"
 #include "platform/linux/bundle/installer_runner.h"
 #include "support/event_loop.h"
+#include "support/files.h"
 #include "support/ordinary_user.h"
 #include "support/print_to.h"
 
@@ -22,21 +23,14 @@ protected:
     QString path(const QString& name) const { return folder.filePath(name); }
 
     QString write(const QString& name, const QString& content) const {
-        const QString place = path(name);
-        QDir().mkpath(QFileInfo(place).path());
-        QFile file(place);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content.toUtf8());
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        return place;
+        return writeFile(path(name), content.toUtf8());
     }
 
     /// The words that a program has left in a file, waited for until it has ended the line.
     QStringList wordsIn(const QString& name) const {
         QByteArray content;
         EXPECT_TRUE(eventually([&] {
-            QFile file(path(name));
-            content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            content = contentOf(path(name));
             return content.endsWith('\n');
         }));
         return QString::fromUtf8(content).simplified().split(u' ');

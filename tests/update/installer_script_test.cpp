@@ -1,13 +1,12 @@
 #include "update/installer_script.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
+#include "support/files.h"
 #include "support/print_to.h"
 
 namespace tralio {
@@ -29,11 +28,7 @@ protected:
     }
 
     void write(const QString& name, const QByteArray& content) const {
-        const QString path = folder.filePath(name);
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        writeFile(folder.filePath(name), content);
     }
 
     /// The calls of the replaced programs.
@@ -47,9 +42,7 @@ protected:
         bash.start(u"/bin/bash"_s, {folder.filePath(u"script"_s)});
         EXPECT_TRUE(bash.waitForFinished());
         EXPECT_EQ(bash.exitCode(), 0);
-        QFile calls(folder.filePath(u"calls"_s));
-        EXPECT_TRUE(calls.open(QIODevice::ReadOnly));
-        return QString::fromUtf8(calls.readAll()).trimmed().split(u'\n');
+        return QString::fromUtf8(contentOf(folder.filePath(u"calls"_s))).trimmed().split(u'\n');
     }
 
     void expectNothingLeft() const {
