@@ -68,9 +68,7 @@ TEST_F(AIServiceTest, the_first_thing_that_is_wrong_is_the_one_reported_and_noth
             service.translate(given.text, u"A"_s, u"B"_s, TranslationTone::natural, given.settings));
         EXPECT_EQ(outcome.aiError, given.error);
         EXPECT_EQ(outcome.failed, given.error.has_value());
-        if (!outcome.failed) {
-            EXPECT_EQ(outcome.text, QString());
-        }
+        EXPECT_EQ(outcome.text.isEmpty(), !outcome.failed);
     }
 
     EXPECT_EQ(outcomeOf(service.testConnection(cases[1].settings)).aiError, AIError::invalidURL());
@@ -109,8 +107,6 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
         {StandInReply::withBody(502, "Bad\nGateway "), u"Lỗi máy chủ (502): Bad\nGateway "_s,
          u"Lỗi máy chủ (502): HTTP Status 502"_s},
         {StandInReply::withBody(503, {}), u"Lỗi máy chủ (503): "_s, u"Lỗi máy chủ (503): HTTP Status 503"_s},
-        {StandInReply::invalidUtf8(400), u"Lỗi máy chủ (400): HTTP Status 400"_s,
-         u"Lỗi máy chủ (400): HTTP Status 400"_s},
         {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"),
          u"Lỗi máy chủ (403): HTTP Status 403"_s, u"Lỗi máy chủ (403): HTTP Status 403"_s},
         {StandInReply::error(304, u"m"_s), u"Lỗi máy chủ (304): "_s, u"Lỗi máy chủ (304): HTTP Status 304"_s},
@@ -118,8 +114,6 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
         {StandInReply::error(404, u"m"_s), path, path},
         {StandInReply::error(429, u"m"_s), limit, limit},
         {StandInReply::error(407, u"m"_s), u"Lỗi máy chủ (407): m"_s, u"Lỗi máy chủ (407): m"_s},
-        {StandInReply::error(418, u"m"_s), u"Lỗi máy chủ (418): m"_s, u"Lỗi máy chủ (418): m"_s},
-        {StandInReply::error(999, u"m"_s), u"Lỗi máy chủ (999): m"_s, u"Lỗi máy chủ (999): m"_s},
     };
     for (const Case& given : cases) {
         standIn.replies(given.reply);
@@ -129,12 +123,10 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
         EXPECT_EQ(translation.aiError->statusCode(), given.reply.status);
         EXPECT_EQ(outcomeOf(testConnection()).text, given.connectionTest);
     }
-    for (const char* scheme : {"Bearer", "Basic realm=\"x\""}) {
-        StandInReply challenge = StandInReply::error(401, u"m"_s);
-        challenge.headers.emplaceBack("WWW-Authenticate", scheme);
-        standIn.replies(challenge);
-        EXPECT_EQ(outcomeOf(translate()).text, key);
-    }
+    StandInReply challenge = StandInReply::error(401, u"m"_s);
+    challenge.headers.emplaceBack("WWW-Authenticate", "Basic realm=\"x\"");
+    standIn.replies(challenge);
+    EXPECT_EQ(outcomeOf(translate()).text, key);
 }
 
 TEST_F(AIServiceTest, compressed_replies_and_redirects_are_followed) {

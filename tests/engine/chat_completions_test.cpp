@@ -17,13 +17,9 @@ TEST(EndpointURLTest, the_tail_is_appended_once_and_one_slash_makes_way_for_it) 
         {u"https://a.test/v1"_s, u"https://a.test/v1/chat/completions"_s},
         {u" \t\n\u00a0\u3000https://a.test/v1/\u2029\r\n "_s, u"https://a.test/v1/chat/completions"_s},
         {u"https://a.test/v1//"_s, u"https://a.test/v1//chat/completions"_s},
-        {u"https://a.test"_s, u"https://a.test/chat/completions"_s},
         {u"https://a.test/x/chat/completions"_s, u"https://a.test/x/chat/completions"_s},
-        {u"https://a.test/chat/completions/"_s, u"https://a.test/chat/completions/chat/completions"_s},
-        {u"https://a.test/Chat/Completions"_s, u"https://a.test/Chat/Completions/chat/completions"_s},
         {u"https://a.test/v1?key=1"_s, u"https://a.test/v1?key=1/chat/completions"_s},
         {u"a.test"_s, u"a.test/chat/completions"_s},
-        {u""_s, gateway},
         {u" \n\t "_s, gateway},
     };
     for (const auto& [base, expected] : cases) {
@@ -35,8 +31,7 @@ TEST(EndpointURLTest, the_tail_is_appended_once_and_one_slash_makes_way_for_it) 
 
 TEST(EndpointURLTest, what_is_no_url_gives_no_endpoint) {
     for (const QString& base : {u"https://a b.test/v1"_s, u"https://a.test/v 1"_s,
-                                u"https://a.test:port/v1"_s, u"https://[::1/v1"_s, u"https://a.test/\nv1"_s,
-                                u"https://a.test/<v1>"_s, u"https://a.test/%zz"_s, u"://"_s})
+                                u"https://a.test:port/v1"_s, u"https://a.test/\nv1"_s, u"://"_s})
         EXPECT_EQ(buildEndpointURL(base), std::nullopt) << qPrintable(base);
 }
 
@@ -45,11 +40,7 @@ TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers
     const std::pair<QString, QByteArray> cases[] = {
         {u"  sk-1 \n"_s, "Bearer sk-1"},
         {u"sk-1\r\nX-Injected: yes\nmore\0"_s, "Bearer sk-1X-Injected: yesmore"},
-        {u"khóa"_s,
-         "Bearer kh\xc3\xb3"
-         "a"},
         {u" \t\r\n"_s, {}},
-        {QString(), {}},
     };
     for (const auto& [key, expected] : cases) {
         const HttpRequest request = buildRequest(endpoint, key);
@@ -101,29 +92,19 @@ TEST(ReplyTest, the_text_is_read_only_when_every_step_to_it_has_the_right_type) 
     const std::pair<QByteArray, std::optional<QString>> cases[] = {
         {R"({"choices":[{"message":{"content":" \n Xin chào\u0021 \t"}}]})", u"Xin chào!"_s},
         {R"({"choices":[{"message":{"content":"a"}},{"message":{"content":"b"}}],"x":1})", u"a"_s},
-        {R"({"choices":[{"message":{"content":"a"}},{}]})", u"a"_s},
         {R"({"choices":[{"message":{"content":" \n\t "}}]})", u""_s},
         {R"({"choices":[{"message":{"content":null}}]})", std::nullopt},
-        {R"({"choices":[{"message":{"content":["a"]}}]})", std::nullopt},
+        {"{\"choices\":[{\"message\":{\"content\":\"caf\xe9\"}}]}", std::nullopt},
         {R"({"choices":[{"message":{"content":7}}]})", std::nullopt},
-        {R"({"choices":[{"message":{}}]})", std::nullopt},
         {R"({"choices":[{"message":"a"}]})", std::nullopt},
-        {R"({"choices":[{"message":[{"content":"a"}]}]})", std::nullopt},
         {R"({"choices":[{}]})", std::nullopt},
         {R"({"choices":[]})", std::nullopt},
-        {R"({"choices":["a"]})", std::nullopt},
-        {R"({"choices":[[{"message":{"content":"a"}}]]})", std::nullopt},
         {R"({"choices":[{"message":{"content":"a"}},"b"]})", std::nullopt},
-        {R"({"choices":[{"message":{"content":"a"}},null]})", std::nullopt},
         {R"({"choices":{"0":{"message":{"content":"a"}}}})", std::nullopt},
-        {R"({"choices":null})", std::nullopt},
-        {R"({"choices":1})", std::nullopt},
         {R"({})", std::nullopt},
         {R"([{"choices":[{"message":{"content":"a"}}]}])", std::nullopt},
-        {R"("a")", std::nullopt},
         {R"({"choices":[{"message":{"content":"a"}}]} and more)", std::nullopt},
         {R"({"choices":[{"message":{"content":"a"}})", std::nullopt},
-        {"<html>", std::nullopt},
         {"", std::nullopt},
     };
     for (const auto& [body, expected] : cases)
@@ -133,12 +114,9 @@ TEST(ReplyTest, the_text_is_read_only_when_every_step_to_it_has_the_right_type) 
 TEST(ReplyTest, an_error_message_is_read_only_from_an_error_object) {
     const std::pair<QByteArray, std::optional<QString>> cases[] = {
         {R"({"error":{"message":" Quota "}})", u" Quota "_s},
-        {R"({"error":{"message":""}})", u""_s},
         {R"({"error":{"message":1}})", std::nullopt},
-        {R"({"error":{}})", std::nullopt},
         {R"({"error":"Quota"})", std::nullopt},
         {R"({"message":"Quota"})", std::nullopt},
-        {R"([{"error":{"message":"Quota"}}])", std::nullopt},
         {"Quota", std::nullopt},
     };
     for (const auto& [body, expected] : cases)

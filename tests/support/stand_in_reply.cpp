@@ -60,20 +60,6 @@ StandInReply StandInReply::error(int status, const QString& message) {
     return withBody(status, json({{u"error"_s, QJsonObject{{u"message"_s, message}}}}));
 }
 
-StandInReply StandInReply::errorPage(int status, qsizetype size) {
-    const QByteArray start = "<html><body>";
-    const QByteArray end = "</body></html>";
-    return withBody(status, start + QByteArray(size - start.size() - end.size(), 'x') + end);
-}
-
-StandInReply StandInReply::deeplyNested(int status, qsizetype depth) {
-    return withBody(status, R"({"choices":)" + QByteArray(depth, '[') + QByteArray(depth, ']') + "}");
-}
-
-StandInReply StandInReply::invalidUtf8(int status) {
-    return withBody(status, "{\"choices\":[{\"message\":{\"content\":\"caf\xe9 \xff\"}}]}");
-}
-
 StandInReply StandInReply::redirect(int status, const QByteArray& location) {
     return {.status = status, .body = {}, .headers = {{"Location", location}}};
 }

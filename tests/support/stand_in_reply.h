@@ -38,11 +38,6 @@ struct StandInReply {
     [[nodiscard]] static StandInReply gzipped(const QString& text);
     /// An error as providers send it.
     [[nodiscard]] static StandInReply error(int status, const QString& message);
-    /// An HTML page of that many bytes, as a gateway in between may send it.
-    [[nodiscard]] static StandInReply errorPage(int status, qsizetype size);
-    /// JSON with that many arrays inside one another.
-    [[nodiscard]] static StandInReply deeplyNested(int status, qsizetype depth);
-    [[nodiscard]] static StandInReply invalidUtf8(int status);
     [[nodiscard]] static StandInReply redirect(int status, const QByteArray& location);
     [[nodiscard]] static StandInReply withBody(int status, const QByteArray& body);
 };
