@@ -37,7 +37,8 @@ protected:
         if (script)
             script(*desktop);
     }
-    void startProgram() {
+    /// The program, waited for until it knows the portal, or without.
+    void launch() {
         QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
         portal.emplace(
             bus.connect(),
@@ -47,7 +48,8 @@ protected:
                                                                      {2, u"capture-screen"_s, u"Chụp"_s}});
         hotKeys->installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
     }
-    [[nodiscard]] bool isReady() {
+    [[nodiscard]] bool startProgram() {
+        launch();
         return eventually([&] { return portal->version(QLatin1String(PortalCapture::interface)) == 2; });
     }
     /// Both hot keys, with the portal's answers to come.
@@ -76,8 +78,7 @@ protected:
 
 TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
     startPortal([](auto& told) { told.requiresApplicationId = true; });
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     registerBoth();
     EXPECT_EQ(textKey.status, 0);
     ASSERT_TRUE(isBound());
@@ -97,37 +98,36 @@ TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
-TEST_F(PortalTest, what_the_desktop_remembers_is_not_asked_for_again) {
-    startPortal([](auto& told) {
-        told.remembered = {{u"capture-screen.LOGO+SHIFT+s"_s, {}},
-                           {u"translate-selection.LOGO+SHIFT+d"_s, {}}};
-    });
-    startProgram();
-    ASSERT_TRUE(isReady());
-    registerBoth();
-    ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"ListShortcuts"_s); }));
-    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
-    ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
-    EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
-}
-
-TEST_F(PortalTest, what_the_desktop_binds_with_the_session_is_not_asked_for_again) {
-    startPortal([](auto& told) { told.bindsAtCreation = true; });
-    startProgram();
-    ASSERT_TRUE(isReady());
-    DebugLogFile log;
-    registerBoth();
-    ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: bound"); }));
-    EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
+TEST_F(PortalTest, what_the_desktop_remembers_or_binds_with_the_session_is_not_asked_for_again) {
+    const std::function<void(ScriptedDesktopPortal&)> desktops[] = {
+        [](auto& told) {
+            told.remembered = {{u"capture-screen.LOGO+SHIFT+s"_s, {}},
+                               {u"translate-selection.LOGO+SHIFT+d"_s, {}}};
+        },
+        [](auto& told) { told.bindsAtCreation = true; },
+    };
+    for (const auto& script : desktops) {
+        startPortal(script);
+        ASSERT_TRUE(startProgram());
+        const DebugLogFile log;
+        registerBoth();
+        ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: bound"); }));
+        desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
+        ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
+        EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
+        pressed.clear();
+        hotKeys.reset();
+        portal.reset();
+        desktop.reset();
+    }
 }
 
 TEST_F(PortalTest, a_desktop_that_binds_without_a_word_is_asked_what_it_has_bound) {
     startPortal([](auto& told) {
         told.listsOnlyWhenAsked = true;
-        told.notBound = {u"capture"_s};
+        told.notBound = u"capture-screen.LOGO+SHIFT+s"_s;
     });
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     DebugLogFile log;
     registerBoth();
     ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: not bound"); }));
@@ -137,8 +137,7 @@ TEST_F(PortalTest, a_desktop_that_binds_without_a_word_is_asked_what_it_has_boun
 
 TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {
     startPortal();
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     registerBoth();
     ASSERT_TRUE(isBound());
 
@@ -157,8 +156,7 @@ TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {
 
 TEST_F(PortalTest, a_silent_list_keeps_the_hot_keys_from_being_bound_for_its_time_limit_only) {
     startPortal([](auto& told) { told.silentMethods = {u"ListShortcuts"_s}; });
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     registerBoth();
     ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"ListShortcuts"_s); }));
     EXPECT_TRUE(desktop->bound.isEmpty());
@@ -171,8 +169,7 @@ TEST_F(PortalTest, refusals_leave_the_program_without_hot_keys_and_otherwise_wel
         told.hasRegistry = false;
         told.requiresApplicationId = true;
     });
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     registerBoth();
     ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"CreateSession"_s); }));
     ASSERT_TRUE(nextTurn());
@@ -184,8 +181,8 @@ TEST_F(PortalTest, refusals_leave_the_program_without_hot_keys_and_otherwise_wel
     EXPECT_EQ(hotKeys->registerHotKey(keyS, commandShift, text).status, hotKeyExists);
 }
 
-TEST_F(PortalTest, a_portal_that_comes_later_or_anew_gets_the_hot_keys_then) {
-    startProgram();
+TEST_F(PortalTest, a_portal_that_comes_later_anew_or_in_anothers_place_gets_the_hot_keys_then) {
+    launch();
     registerBoth();
     EXPECT_EQ(textKey.status, PortalHotKeys::notAvailable);
 
@@ -199,25 +196,19 @@ TEST_F(PortalTest, a_portal_that_comes_later_or_anew_gets_the_hot_keys_then) {
         ASSERT_TRUE(
             eventually([&] { return portal->version(QLatin1String(PortalHotKeys::interface)) == 0; }));
     }
-}
 
-TEST_F(PortalTest, a_portal_that_takes_anothers_place_gets_the_hot_keys) {
     startPortal();
-    startProgram();
-    ASSERT_TRUE(isReady());
-    registerBoth();
     ASSERT_TRUE(isBound());
     ScriptedDesktopPortal successor(bus.connect());
     ASSERT_TRUE(eventually([&] { return successor.bound.size() == 2; }));
     EXPECT_EQ(successor.applicationId, u"org.tralio.Tralio");
-    successor.activate(u"capture-screen.LOGO+SHIFT+s"_s, 5);
+    successor.activate(u"capture-screen.LOGO+SHIFT+s"_s, 9);
     EXPECT_TRUE(eventually([&] { return pressed.size() == 1; }));
 }
 
 TEST_F(PortalTest, a_portal_that_has_ended_is_called_for_if_it_does_not_come_back_by_itself) {
     startPortal();
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     int timesKnown = 0;
     QObject::connect(&*portal, &Portal::ready, &*portal, [&] { ++timesKnown; });
     desktop.reset();
@@ -231,7 +222,7 @@ TEST_F(PortalTest, a_portal_that_has_ended_is_called_for_if_it_does_not_come_bac
 
 TEST_F(PortalTest, a_portal_that_takes_long_to_say_its_versions_holds_up_no_registration) {
     startPortal([](auto& told) { told.saysVersions = false; });
-    startProgram();
+    launch();
     ASSERT_TRUE(eventually([&] { return desktop->versionsAsked == 4; }));  // in haste, then in patience
     QElapsedTimer time;
     time.start();
@@ -242,8 +233,7 @@ TEST_F(PortalTest, a_portal_that_takes_long_to_say_its_versions_holds_up_no_regi
 
 TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
     startPortal();
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     registerBoth();
     ASSERT_TRUE(isBound());
     desktop->bound.clear();
@@ -263,8 +253,7 @@ TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_eve
     QDBusConnection backend = bus.connect();
     const QString name = u"org.freedesktop.impl.portal.desktop.scripted"_s;
     backend.registerService(name);
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     registerBoth();
     for (int start = 1; start <= 2; ++start) {
         ASSERT_TRUE(isBound());
@@ -288,8 +277,7 @@ TEST_F(PortalTest, a_picture_of_the_desktops_is_moved_to_where_it_is_wanted) {
         told.picture = folder.filePath(u"screenshot.jpg"_s);
         QImage(20, 10, QImage::Format_RGB32).save(told.picture);
     });
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     PortalCapture tool(*portal);
     std::optional<qint32> status;
     tool.run(wanted).then([&](qint32 value) { status = value; });
@@ -303,8 +291,7 @@ TEST_F(PortalTest, a_capture_that_is_cancelled_refused_cut_off_or_never_answered
     const QTemporaryDir folder;
     const QString wanted = folder.filePath(u"wanted.png"_s);
     startPortal();
-    startProgram();
-    ASSERT_TRUE(isReady());
+    ASSERT_TRUE(startProgram());
     PortalCapture tool(*portal);
     const auto run = [&](const std::function<void()>& meanwhile) {
         std::optional<qint32> status;

@@ -7,7 +7,6 @@
 #include <QDBusVariant>
 #include <QUrl>
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "platform/linux/portal/portal.h"
@@ -54,9 +53,8 @@ bool ScriptedDesktopPortal::handleMessage(const QDBusMessage& message,
         ++versionsAsked;
         if (!saysVersions)
             return true;
-        const auto value = version(message.arguments().value(0).toString());
-        m_bus.send(value ? message.createReply(QVariant::fromValue(QDBusVariant(*value)))
-                         : message.createErrorReply(QDBusError::InvalidArgs, u"no such interface"_s));
+        const bool ofCapture = message.arguments().value(0) == QLatin1String(PortalCapture::interface);
+        m_bus.send(message.createReply(QVariant::fromValue(QDBusVariant(ofCapture ? 2U : 1U))));
         return true;
     }
     calls += method;
@@ -79,13 +77,6 @@ bool ScriptedDesktopPortal::handleMessage(const QDBusMessage& message,
         request(message);
     }
     return true;
-}
-
-std::optional<QVariant> ScriptedDesktopPortal::version(const QString& interface) const {
-    const uint number = interface == QLatin1String(PortalHotKeys::interface)   ? shortcutsVersion
-                        : interface == QLatin1String(PortalCapture::interface) ? screenshotVersion
-                                                                               : 0;
-    return number == 0 ? std::nullopt : std::optional(QVariant(number));
 }
 
 void ScriptedDesktopPortal::request(const QDBusMessage& message) {
@@ -115,10 +106,7 @@ QVariantMap ScriptedDesktopPortal::resultsOf(const QDBusMessage& message, const 
         bound = qdbus_cast<QList<PortalShortcut>>(message.arguments().value(1));
         QList<PortalShortcut> granted;
         for (const PortalShortcut& shortcut : std::as_const(bound)) {
-            const bool refused = std::any_of(notBound.cbegin(), notBound.cend(), [&](const QString& prefix) {
-                return shortcut.id.startsWith(prefix);
-            });
-            if (!refused)
+            if (shortcut.id != notBound)
                 granted += {shortcut.id, {{u"trigger_description"_s, u"Super+Shift+X"_s}}};
         }
         if (listsOnlyWhenAsked) {

@@ -6,8 +6,6 @@
 #include <QStringList>
 #include <QVariantMap>
 
-#include <optional>
-
 #include "platform/linux/portal/portal_shortcut.h"
 
 namespace tralio {
@@ -20,17 +18,14 @@ public:
     explicit ScriptedDesktopPortal(QDBusConnection bus);
     ~ScriptedDesktopPortal() override;
 
-    // How it behaves. A version of zero means that the portal has no such interface; a method that is silent
-    // is taken, and never answered.
-    uint shortcutsVersion = 1;
-    uint screenshotVersion = 2;
+    // How it behaves. A method that is silent is taken, and never answered.
     bool saysVersions = true;
     bool hasRegistry = true;
     bool requiresApplicationId = false;
     QStringList silentMethods;
     QHash<QString, uint> responses;    ///< by method; zero (granted) where none is given
     QList<PortalShortcut> remembered;  ///< from an earlier run of the program
-    QStringList notBound;              ///< prefixes of shortcuts that it leaves out
+    QString notBound;                  ///< a shortcut that it leaves out
     bool bindsAtCreation = false;      ///< takes the shortcuts with the session, and no others
     bool listsOnlyWhenAsked = false;   ///< answers a binding with nothing
     QString picture;                   ///< what Screenshot gives
@@ -50,7 +45,6 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
-    [[nodiscard]] std::optional<QVariant> version(const QString& interface) const;
     void request(const QDBusMessage& message);
     [[nodiscard]] QVariantMap resultsOf(const QDBusMessage& message, const QVariantMap& options);
     void signal(const QString& path, const QString& interface, const QString& name,
