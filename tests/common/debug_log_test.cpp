@@ -31,15 +31,6 @@ TEST(DebugLogTest, a_line_is_the_time_in_utc_and_the_message) {
     EXPECT_EQ(match.captured(2), u"requested with text 'Tiếng Việt %1 😀'"_s);
 }
 
-TEST(DebugLogTest, lines_are_added_to_what_is_there_and_only_the_user_may_read_them) {
-    const DebugLogFile log;
-    debugLog(u"first"_s);
-    debugLog(u"second"_s);
-    EXPECT_EQ(log.messages(), QStringList({u"first"_s, u"second"_s}));
-    EXPECT_EQ(QFileInfo(log.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther),
-              QFile::Permissions());
-}
-
 TEST(DebugLogTest, a_log_that_cannot_be_written_is_ignored) {
     const DebugLogFile log;
     const QString elsewhere = log.path() + u".elsewhere"_s;
@@ -68,15 +59,17 @@ TEST(DebugLogTest, a_log_that_cannot_be_written_is_ignored) {
     EXPECT_EQ(next.messages(), QStringList(u"and on"_s));
 }
 
-TEST(DebugLogTest, a_log_that_others_could_read_is_closed_to_them) {
+TEST(DebugLogTest, lines_are_added_to_what_is_there_and_only_the_user_may_read_them) {
     const DebugLogFile log;
-    QFile file(log.path());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const auto isPrivate = [&log] {
+        return (QFileInfo(log.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther)) == 0;
+    };
+    debugLog(u"first"_s);
+    EXPECT_TRUE(isPrivate());
     ASSERT_EQ(chmod(QFile::encodeName(log.path()).constData(), 0666), 0);
-    debugLog(u"private"_s);
-    EXPECT_EQ(log.messages(), QStringList(u"private"_s));
-    EXPECT_EQ(QFileInfo(log.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther),
-              QFile::Permissions());
+    debugLog(u"second"_s);
+    EXPECT_TRUE(isPrivate());
+    EXPECT_EQ(log.messages(), QStringList({u"first"_s, u"second"_s}));
 }
 
 }  // namespace

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "common/localized_error.h"
-
 namespace tralio {
 namespace {
 
@@ -27,14 +25,6 @@ TEST(ObservableTest, observers_are_told_once_per_assignment_and_before_it) {
     counter.number = 2;  // equal, and announced all the same
     EXPECT_EQ(seen, QStringList({u"one 0"_s, u"two 0"_s, u"two 2"_s}));
     EXPECT_EQ(counter.name(), u"two"_s);
-}
-
-TEST(LocalizedErrorTest, its_description_survives_being_caught_as_a_plain_exception) {
-    try {
-        throw LocalizedError(u"Lỗi kết nối mạng"_s);
-    } catch (const std::exception& error) {
-        EXPECT_EQ(QString::fromUtf8(error.what()), u"Lỗi kết nối mạng"_s);
-    }
 }
 
 }  // namespace

@@ -25,7 +25,6 @@ TEST(ScaleSettings, follow_the_environment_and_the_desktops_resolution) {
     const Case cases[] = {
         {{}, {}, 1, 1},
         {{}, atTwo, 2, 2},
-        {{{"QT_SCALE_FACTOR", "1.5"}}, {}, 1.5, 1.5},
         {{{"QT_SCALE_FACTOR", "2"}}, u"Xft.dpi: 144"_s, 3, 3},
         {{{"GDK_SCALE", "2"}}, {}, 2, 2},
         {{{"GDK_SCALE", "2"}}, atTwo, 2, 2},  // the desktop's resolution has it already

@@ -58,17 +58,8 @@ TEST_F(Speech, english_has_its_own_voice_and_every_other_language_the_vietnamese
     const QStringList english{u"en-US"_s};
     const QStringList vietnamese{u"vi-VN"_s, u"en-US"_s};
     const std::pair<QString, QStringList> cases[] = {
-        {u"Tiếng Anh"_s, english},
-        {u"TIẾNG ANH"_s, english},
-        {u"en"_s, english},
-        {u"EN"_s, english},
-        {u"Tiếng Việt"_s, vietnamese},
-        {u"Tiếng Nhật"_s, vietnamese},
-        {u"Tiếng Trung"_s, vietnamese},
-        {u"Tiếng Hàn"_s, vietnamese},
-        {u"Tiếng Pháp"_s, vietnamese},
-        {u"en-US"_s, vietnamese},
-        {u"English"_s, vietnamese},
+        {u"Tiếng Anh"_s, english},     {u"TIẾNG ANH"_s, english},     {u"EN"_s, english},
+        {u"Tiếng Việt"_s, vietnamese}, {u"Tiếng Nhật"_s, vietnamese}, {u"en-US"_s, vietnamese},
         {QString(), vietnamese},
     };
     for (const auto& [language, voices] : cases) {
@@ -121,13 +112,11 @@ TEST_F(Speech, the_flag_falls_on_the_main_thread_after_the_end_of_the_present_ut
     EXPECT_TRUE(nextTurn());
     EXPECT_FALSE(service->isSpeaking());
     EXPECT_EQ(changedOn, QThread::currentThread());
-}
 
-TEST_F(Speech, an_end_that_comes_after_the_service_is_gone_reaches_nobody) {
-    service->speak(u"one"_s, u"en"_s);
+    service->speak(u"three"_s, u"en"_s);
     service.reset();
-    synthesizer.tellEnd(0);
-    EXPECT_TRUE(nextTurn());
+    synthesizer.tellEnd(2);
+    EXPECT_TRUE(nextTurn()) << "an end that comes after the service is gone reaches nobody";
 }
 
 }  // namespace
