@@ -27,14 +27,6 @@ protected:
     QStringList presses;
 };
 
-TEST_F(HotKeys, both_are_registered_text_first_and_logged) {
-    registerBoth();
-    EXPECT_THAT(desktop.hotKeys.registrations(),
-                ElementsAre(Request{2, 768, textKey}, Request{1, 768, ocrKey}));
-    EXPECT_THAT(log.messages(), ElementsAre(u"Đăng ký phím tắt Text thành công: code=2, mods=768"_s,
-                                            u"Đăng ký phím tắt OCR thành công: code=1, mods=768"_s));
-}
-
 TEST_F(HotKeys, a_press_runs_the_action_that_is_set_for_its_id_when_the_event_handler_has_returned) {
     registerBoth();
     desktop.hotKeys.handler(ocrKey);
@@ -53,8 +45,13 @@ TEST_F(HotKeys, a_press_runs_the_action_that_is_set_for_its_id_when_the_event_ha
     EXPECT_THAT(presses, testing::SizeIs(2));
 }
 
-TEST_F(HotKeys, a_change_leaves_one_registration_and_a_refused_one_leaves_none) {
+TEST_F(HotKeys, are_registered_text_first_a_change_leaves_one_registration_and_a_refused_one_none) {
     registerBoth();
+    EXPECT_THAT(desktop.hotKeys.registrations(),
+                ElementsAre(Request{2, 768, textKey}, Request{1, 768, ocrKey}));
+    EXPECT_THAT(log.messages(), ElementsAre(u"Đăng ký phím tắt Text thành công: code=2, mods=768"_s,
+                                            u"Đăng ký phím tắt OCR thành công: code=1, mods=768"_s));
+
     service.updateTextHotKey(17, 2048);
     service.updateTextHotKey(49, 2048);
     EXPECT_THAT(desktop.hotKeys.registrations(),

@@ -34,17 +34,15 @@ TEST(SizeLabel, never_leaves_the_monitor_and_never_covers_a_corner) {
                 to.setX(std::clamp(from.x() + random.bounded(-90, 90), monitor.left(), monitor.right()));
                 to.setY(std::clamp(from.y() + random.bounded(-90, 90), monitor.top(), monitor.bottom()));
             }
-            const QRect area(QPoint(std::min(from.x(), to.x()), std::min(from.y(), to.y())),
-                             QPoint(std::max(from.x(), to.x()), std::max(from.y(), to.y())));
+            const QRect area = QRect(from, QSize(1, 1)) | QRect(to, QSize(1, 1));
+            SCOPED_TRACE(testing::Message()
+                         << area.x() << ' ' << area.y() << ' ' << area.width() << ' ' << area.height());
             const QRect place = placeSizeLabel(label, area, to, monitor, gap);
             ASSERT_EQ(place.size(), label);
-            ASSERT_TRUE(monitor.contains(place))
-                << area.x() << ' ' << area.y() << ' ' << area.width() << ' ' << area.height();
+            ASSERT_TRUE(monitor.contains(place));
             for (const QPoint corner :
-                 {area.topLeft(), area.topRight(), area.bottomLeft(), area.bottomRight()}) {
-                ASSERT_FALSE(place.contains(corner))
-                    << area.x() << ' ' << area.y() << ' ' << area.width() << ' ' << area.height();
-            }
+                 {area.topLeft(), area.topRight(), area.bottomLeft(), area.bottomRight()})
+                ASSERT_FALSE(place.contains(corner));
         }
     }
 }

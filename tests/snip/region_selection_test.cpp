@@ -1,6 +1,5 @@
 #include "platform/linux/snip/region_selection.h"
 
-#include <functional>
 #include <gmock/gmock.h>
 
 namespace tralio {
@@ -81,32 +80,6 @@ TEST_F(RegionSelectionTest, a_click_or_a_drag_back_to_its_start_cancels) {
         EXPECT_EQ(drawn.area().has_value(), given.stage == Stage::Confirmed);
         drawn.release(given.to);
         EXPECT_EQ(drawn.stage(), given.stage) << given.to.x() << ' ' << given.to.y();
-    }
-}
-
-TEST_F(RegionSelectionTest, cancelling_ends_every_stage_and_nothing_happens_after_it) {
-    const std::function<void()> ways[] = {
-        [] {},
-        [this] {
-            drag({10, 10}, {200, 200});
-        },
-        [this] { selection.confirm(); },
-        [this] {
-            selection.confirm();
-            drag(selection.area()->center(), {100, 100});
-        },
-    };
-    for (const auto& begin : ways) {
-        selection = RegionSelection(monitors, {500, 400});
-        begin();
-        selection.cancel();
-        EXPECT_EQ(selection.stage(), Stage::Cancelled);
-        selection.press({1, 1});
-        selection.release({300, 300});
-        selection.confirm();
-        selection.pressArrow(up, ArrowEffect::Move, Stride::Fine);
-        EXPECT_EQ(selection.stage(), Stage::Cancelled);
-        EXPECT_EQ(selection.area(), std::nullopt);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "state/sqlite_store_test.h"
 #include "support/file_size_limit.h"
+#include "support/files.h"
 
 namespace tralio {
 namespace {

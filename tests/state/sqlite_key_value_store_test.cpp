@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "state/sqlite_store_test.h"
+#include "support/files.h"
 
 namespace tralio {
 namespace {
@@ -18,16 +19,13 @@ TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_t
         {u"empty text"_s, u""_s},
         {u"text with NUL"_s, u"a\0b\0"_s},
         {u"text with a byte order mark"_s, u"\ufeffa\ufeff"_s},
-        {u"composed"_s, u"Tự nhiên"_s},
         {u"decomposed"_s, u"Tự nhiên"_s.normalized(QString::NormalizationForm_D)},
         {u"outside the basic plane"_s, u"👨‍👩‍👧‍👦 𠮷 \U0010ffff \uffff \u202e"_s},
         {u"text that looks like a number"_s, u"007"_s},
-        {u"long text"_s, u"ệ"_s.repeated(1'000'000)},
         {u"true"_s, true},
         {u"false"_s, false},
         {u"smallest"_s, std::numeric_limits<qint64>::min()},
         {u"largest"_s, std::numeric_limits<qint64>::max()},
-        {u"one"_s, qint64{1}},
         {u"empty binary"_s, QByteArray()},
         {u"every byte"_s, everyByte},
         {u"megabytes"_s, everyByte.repeated(20'000)},
@@ -48,10 +46,10 @@ TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_t
     EXPECT_EQ(store.value(u"never written"_s), std::nullopt);
 
     // A value takes the type of its last writing; one of a type that is unknown reads as absent.
-    store.setValue(u"one"_s, u"text now"_s);
-    EXPECT_EQ(reread(u"one"_s), StoredValue(u"text now"_s));
-    EXPECT_EQ(OtherConnection(path()).query("UPDATE entries SET type = 'date' WHERE key = 'one'"), "");
-    EXPECT_EQ(store.value(u"one"_s), std::nullopt);
+    store.setValue(u"true"_s, u"text now"_s);
+    EXPECT_EQ(reread(u"true"_s), StoredValue(u"text now"_s));
+    EXPECT_EQ(OtherConnection(path()).query("UPDATE entries SET type = 'date' WHERE key = 'true'"), "");
+    EXPECT_EQ(store.value(u"true"_s), std::nullopt);
     EXPECT_TRUE(m_log.messages().isEmpty());
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -9,7 +11,6 @@
 
 #include "state/sqlite_key_value_store.h"
 #include "support/debug_log_file.h"
-#include "support/files.h"
 #include "support/ordinary_user.h"
 
 namespace tralio {
