@@ -33,53 +33,37 @@ struct RegionSelectionTest : testing::Test {
     }
 };
 
-TEST_F(RegionSelectionTest, letting_go_after_a_drag_takes_the_pixels_from_the_first_to_the_last) {
+TEST_F(RegionSelectionTest,
+       letting_go_takes_the_pixels_from_the_first_to_the_last_and_no_drag_at_all_cancels) {
     struct Case {
         QPoint from, to;
-        QRect taken;
-        QPoint corner;
+        std::optional<QRect> taken;
     };
     const Case cases[] = {
-        {{100, 100}, {299, 199}, {100, 100, 200, 100}, {299, 199}},
-        {{299, 199}, {100, 100}, {100, 100, 200, 100}, {100, 100}},
-        {{100, 199}, {299, 100}, {100, 100, 200, 100}, {299, 100}},
-        {{100, 100}, {104, 100}, {100, 100, 5, 1}, {104, 100}},
-        {{900, 700}, {1100, 900}, {900, 700, 201, 201}, {1100, 900}},  // from one monitor to the other
+        {{100, 100}, {299, 199}, QRect(100, 100, 200, 100)},
+        {{299, 199}, {100, 100}, QRect(100, 100, 200, 100)},
+        {{100, 199}, {299, 100}, QRect(100, 100, 200, 100)},
+        {{900, 700}, {1100, 900}, QRect(900, 700, 201, 201)},  // from one monitor to the other
+        {{100, 100}, {104, 100}, QRect(100, 100, 5, 1)},
+        {{100, 100}, {100, 100}, {}},
+        {{100, 100}, {103, 97}, {}},
+        {{1500, 900}, {1507, 900}, {}},  // logical pixels count
+        {{1500, 900}, {1492, 900}, QRect(1492, 900, 9, 1)},
     };
-    for (const Case& given : cases) {
+    for (const auto& [from, to, taken] : cases) {
+        SCOPED_TRACE(testing::Message() << to.x() << ' ' << to.y());
         RegionSelection drawn(monitors, {});
-        drawn.press(given.from);
-        drawn.moveTo(given.to);
-        EXPECT_EQ(drawn.stage(), Stage::Drawing);
-        if (given.taken.height() > 1) {
-            EXPECT_EQ(drawn.activeCorner(), given.corner);
-        }
-        drawn.release(given.to);
-        EXPECT_EQ(drawn.stage(), Stage::Confirmed);
-        EXPECT_EQ(drawn.area(), given.taken);
-    }
-}
-
-TEST_F(RegionSelectionTest, a_click_or_a_drag_back_to_its_start_cancels) {
-    struct Case {
-        QPoint from, to;
-        Stage stage;
-    };
-    const Case cases[] = {
-        {{100, 100}, {100, 100}, Stage::Cancelled},
-        {{100, 100}, {103, 97}, Stage::Cancelled},
-        {{100, 100}, {100, 104}, Stage::Confirmed},
-        {{1500, 900}, {1507, 900}, Stage::Cancelled},  // logical pixels count
-        {{1500, 900}, {1492, 900}, Stage::Confirmed},
-    };
-    for (const Case& given : cases) {
-        RegionSelection drawn(monitors, {});
-        drawn.press(given.from);
+        drawn.press(from);
         drawn.moveTo({700, 600});
-        drawn.moveTo(given.to);
-        EXPECT_EQ(drawn.area().has_value(), given.stage == Stage::Confirmed);
-        drawn.release(given.to);
-        EXPECT_EQ(drawn.stage(), given.stage) << given.to.x() << ' ' << given.to.y();
+        drawn.moveTo(to);
+        EXPECT_EQ(drawn.stage(), Stage::Drawing);
+        EXPECT_EQ(drawn.area(), taken);
+        if (taken && taken->height() > 1) {
+            EXPECT_EQ(drawn.activeCorner(), to);
+        }
+        drawn.release(to);
+        EXPECT_EQ(drawn.stage(), taken ? Stage::Confirmed : Stage::Cancelled);
+        EXPECT_EQ(drawn.area(), taken);
     }
 }
 

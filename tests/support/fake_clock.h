@@ -18,6 +18,10 @@ public:
     /// Moves time forward and runs what falls due, in order of its time, also what that schedules in turn.
     void advance(std::chrono::milliseconds by);
 
+    /// The time by this clock, and when something was last scheduled.
+    [[nodiscard]] std::chrono::milliseconds now() const { return m_now; }
+    [[nodiscard]] std::chrono::milliseconds lastScheduled() const { return m_lastScheduled; }
+
     /// The number of calls that still wait for their time.
     [[nodiscard]] qsizetype pending() const;
 
@@ -29,6 +33,7 @@ private:
     };
 
     std::chrono::milliseconds m_now{0};
+    std::chrono::milliseconds m_lastScheduled{0};
     std::multimap<std::chrono::milliseconds, Call> m_calls;
 };
 
