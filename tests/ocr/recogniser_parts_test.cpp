@@ -1,3 +1,5 @@
+#include <QStringList>
+
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <random>

@@ -1,6 +1,7 @@
 #include <QDBusConnectionInterface>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QGuiApplication>
 #include <QImage>
 #include <QTemporaryDir>
 

@@ -39,9 +39,7 @@ public:
                           "\r\n");
     }
 
-    [[nodiscard]] bool heard(const QByteArray& command, int times = 1) const {
-        return commands.count(command) >= times;
-    }
+    [[nodiscard]] bool heard(const QByteArray& command) const { return commands.contains(command); }
 
     QLocalSocket* connection = nullptr;
     QByteArrayList commands;

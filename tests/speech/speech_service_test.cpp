@@ -1,5 +1,7 @@
 #include "speech/speech_service.h"
 
+#include <QThread>
+
 #include <gmock/gmock.h>
 #include <thread>
 

@@ -100,14 +100,6 @@ TEST_F(SqliteFailureTest, a_path_that_cannot_be_used_keeps_values_in_memory) {
     EXPECT_EQ(contentOf(path(u"file"_s)), "a file where a folder should be");
 }
 
-TEST_F(SqliteFailureTest, values_are_written_once_the_folder_can_be_used) {
-    writeFile(path(u"tralio"_s), {});
-    SqliteKeyValueStore store(path());
-    expectValuesAreKept(store);
-    ASSERT_TRUE(QFile::remove(path(u"tralio"_s)));
-    expectTheNextWriteSavesAll(store);
-}
-
 TEST_F(SqliteFailureTest, a_file_or_a_folder_that_is_read_only_is_read_and_written_once_it_may_be) {
     for (const mode_t folderMode : {0700U, 0500U}) {
         m_log.clear();
