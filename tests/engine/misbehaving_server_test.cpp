@@ -145,7 +145,7 @@ TEST(TransportErrorTest, every_failure_is_described_and_names_what_failed_but_ne
         expectDescription(TransportError::fromNetworkError(QNetworkReply::SslHandshakeFailedError, url,
                                                            {QSslError(problem)}),
                           u"model.test:8443"_s);
-    expectDescription(TransportError::cancelled(), {});
+    expectDescription(TransportError::cancelled(), u"hủy"_s);
     expectDescription(TransportError::timedOut(url, std::chrono::seconds(45)), u"45"_s);
     expectDescription(TransportError::replyTooLarge(url, 8 * 1024 * 1024), u"8 MB"_s);
 }

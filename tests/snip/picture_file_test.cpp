@@ -30,16 +30,5 @@ TEST(PictureFile, keeps_the_pixels_tells_the_ratio_and_is_for_its_owner_alone) {
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{u"a.png"_s});
 }
 
-TEST(PictureFile, tells_what_is_in_the_way_and_leaves_no_file) {
-    const QTemporaryDir folder;
-    const QImage picture(3, 2, QImage::Format_RGB32);
-    EXPECT_EQ(PictureFile::obstacleAt(folder.filePath(u"a.png"_s)), QString());
-    for (const QString& path : {folder.filePath(u"none/a.png"_s), folder.path()}) {
-        EXPECT_NE(PictureFile::obstacleAt(path), QString());
-        EXPECT_NE(PictureFile::write(picture, 1, path), QString());
-    }
-    EXPECT_TRUE(QDir(folder.path()).isEmpty());
-}
-
 }  // namespace
 }  // namespace tralio

@@ -138,26 +138,19 @@ TEST(AppSettingsTest, a_hot_key_is_loaded_only_with_its_display_and_with_codes_i
 }
 
 TEST(AppSettingsTest, the_model_of_an_earlier_version_is_corrected_for_the_default_preset_only) {
-    struct Case {
-        std::optional<QString> presetId;
-        QString model;
-        QString loaded;
+    const auto loadedModel = [](const StoredValue& model, const Values& preset) {
+        Journal journal(preset);
+        journal.values.insert_or_assign(u"app_setting_model"_s, model);
+        const AppSettings settings(journal, journal);
+        EXPECT_EQ(journal.values.at(u"app_setting_model"_s), model) << "what is stored stays";
+        return settings.model();
     };
+    const QString preset = u"app_setting_preset_id"_s;
     const QString legacy = u"kavo/claude-sonnet-4.5"_s;
-    const Case cases[] = {
-        {u"kavo"_s, legacy, AppSettings::defaultModel},
-        {std::nullopt, legacy, AppSettings::defaultModel},
-        {u"kavo_sonnet"_s, legacy, legacy},
-        {u"kavo"_s, u"other"_s, u"other"_s},
-    };
-    for (const Case& c : cases) {
-        Journal journal(Values{{u"app_setting_model"_s, c.model}});
-        if (c.presetId)
-            journal.values.insert_or_assign(u"app_setting_preset_id"_s, *c.presetId);
-        EXPECT_EQ(AppSettings(journal, journal).model(), c.loaded)
-            << c.presetId.value_or(u"none"_s).toStdString();
-        EXPECT_EQ(journal.values.at(u"app_setting_model"_s), StoredValue(c.model));
-    }
+    EXPECT_EQ(loadedModel(legacy, {}), AppSettings::defaultModel);
+    EXPECT_EQ(loadedModel(legacy, {{preset, u"kavo"_s}}), AppSettings::defaultModel);
+    EXPECT_EQ(loadedModel(legacy, {{preset, u"kavo_sonnet"_s}}), legacy);
+    EXPECT_EQ(loadedModel(u"other"_s, {{preset, u"kavo"_s}}), u"other"_s);
 }
 
 TEST(AppSettingsTest, what_is_not_stored_or_cannot_be_understood_loads_as_the_default) {
