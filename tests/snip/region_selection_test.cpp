@@ -63,6 +63,11 @@ TEST_F(RegionSelectionTest,
         }
         drawn.release(to);
         EXPECT_EQ(drawn.stage(), taken ? Stage::Confirmed : Stage::Cancelled);
+
+        drawn.press({1, 1});
+        drawn.release({300, 300});
+        drawn.cancel();
+        EXPECT_EQ(drawn.stage(), taken ? Stage::Confirmed : Stage::Cancelled) << "what is over stays so";
         EXPECT_EQ(drawn.area(), taken);
     }
 }

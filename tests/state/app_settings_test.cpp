@@ -120,6 +120,7 @@ TEST(AppSettingsTest, a_hot_key_is_loaded_only_with_its_display_and_with_codes_i
         {"all stored", {code, modifiers, display}, HotKey{14, 2048, u"⌃ X"_s}},
         {"no codes", {{}, {}, display}, none},
         {"codes of another type", {u"14"_s, QByteArray("14"), display}, none},
+        {"codes that are truths", {true, false, display}, HotKey{1, 0, u"⌃ X"_s}},
         {"no display", {code, modifiers, {}}, {}},
         {"a display of another type", {code, modifiers, qint64{7}}, {}},
         {"a negative key code", {qint64{-1}, modifiers, display}, {}},

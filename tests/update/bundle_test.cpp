@@ -102,6 +102,8 @@ TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
     };
     const QString script = write(u"script"_s, u"exit"_s);
     EXPECT_TRUE(failure(InstallerRunner({}, path(u"bash"_s)), script).contains(path(u"bash"_s)));
+    write(u"bash"_s, u"#!/nowhere\n"_s);
+    EXPECT_FALSE(failure(InstallerRunner({}, path(u"bash"_s)), script).isEmpty());
 
     ASSERT_TRUE(QFile::link(script, path(u"link"_s)));
     EXPECT_TRUE(failure(InstallerRunner({}), path(u"link"_s)).contains(path(u"link"_s)));

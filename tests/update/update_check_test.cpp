@@ -87,6 +87,11 @@ TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {
     moved.manifest.setPort(oldServer.port());
     service = std::make_unique<UpdateService>(http, moved);
     EXPECT_EQ(check(false), u"Đã có bản cập nhật mới: v2"_s);
+
+    moved.manifest = QUrl();
+    service = std::make_unique<UpdateService>(http, moved);
+    service->checkForUpdates(true);
+    EXPECT_FALSE(service->isChecking()) << "an address that is none ends the check at once";
 }
 
 TEST_F(UpdateCheckTest,

@@ -166,6 +166,14 @@ TEST_F(UpdateInstallTest, an_installer_that_does_not_start_leaves_the_program_ru
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
 }
 
+TEST_F(UpdateInstallTest, a_folder_in_the_archives_place_goes_and_one_in_the_scripts_place_is_no_matter) {
+    ASSERT_TRUE(QDir().mkpath(zip + u"/inside"_s));
+    ASSERT_TRUE(QDir().mkpath(script + u"/inside"_s));
+    server.replies(StandInReply::withBody(200, "zip"));
+    EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+    EXPECT_EQ(filesInFolder(), QStringList{u"Tralio-Update.zip"_s});
+}
+
 TEST_F(UpdateInstallTest, nothing_happens_without_an_offer_that_has_an_address) {
     for (const QString& address : {u""_s, u"http://[half"_s, u"https://update.test/a b.zip"_s}) {
         service->updateInfo = AppUpdateInfo{u"2"_s, {}, address, std::nullopt};
