@@ -93,9 +93,10 @@ TEST_F(TranslationHistoryStoreTest, the_same_text_in_the_same_languages_replaces
     add(u"Caf\u00e9"_s);
     add(u"cafe"_s);
     add(u"caf\u00e9"_s, u"bản dịch"_s, u"Tiếng Nhật"_s);
+    history.add(u"caf\u00e9"_s, u"newer"_s, u"Tiếng Pháp"_s, u"Tiếng Việt"_s, u"Ngắn gọn"_s);
     add(u"\ufb01n"_s);
     add(u"fin"_s);
-    EXPECT_EQ(history.items().size(), 7);
+    EXPECT_EQ(history.items().size(), 8);
 }
 
 TEST_F(TranslationHistoryStoreTest, a_longer_history_is_loaded_whole_and_cut_to_fifty_by_the_next_addition) {
