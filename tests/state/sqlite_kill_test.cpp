@@ -19,46 +19,18 @@ QByteArray numbered(int number) {
     return QByteArray::number(number).leftJustified(20'000 + number % 7 * 10'000);
 }
 
-/// Writes values one after the other and acknowledges each to its parent, until killed.
-class Writer final {
-public:
-    Writer(const QString& path, int first) {
-        std::array<int, 2> ends{};
-        if (pipe(ends.data()) != 0)
-            std::abort();
-        m_process = fork();
-        if (m_process == 0) {
-            SqliteKeyValueStore store(path);
-            for (int number = first;; ++number) {
-                store.setValue(key, numbered(number));
-                if (write(ends[1], &number, sizeof number) != sizeof number)
-                    _exit(1);
-            }
-        }
-        close(ends[1]);
-        m_acknowledgements = ends[0];
+/// Forks a process that writes values one after the other and acknowledges each into a pipe, until killed.
+pid_t startWriter(const QString& path, int first, int acknowledgements) {
+    const pid_t process = fork();
+    if (process != 0)
+        return process;
+    SqliteKeyValueStore store(path);
+    for (int number = first;; ++number) {
+        store.setValue(key, numbered(number));
+        if (write(acknowledgements, &number, sizeof number) != sizeof number)
+            _exit(1);
     }
-    Writer(const Writer&) = delete;
-    Writer& operator=(const Writer&) = delete;
-    ~Writer() { close(m_acknowledgements); }
-
-    /// The next acknowledged number, or nothing when the writer is gone.
-    [[nodiscard]] std::optional<int> next() const {
-        int number = 0;
-        return read(m_acknowledgements, &number, sizeof number) == sizeof number ? std::optional(number)
-                                                                                 : std::nullopt;
-    }
-
-    [[nodiscard]] bool kill() const {
-        int status = 0;
-        ::kill(m_process, SIGKILL);
-        return waitpid(m_process, &status, 0) == m_process && WIFSIGNALED(status);
-    }
-
-private:
-    pid_t m_process = -1;
-    int m_acknowledgements = -1;
-};
+}
 
 void spin(std::chrono::microseconds duration) {
     const auto end = std::chrono::steady_clock::now() + duration;
@@ -75,12 +47,16 @@ TEST_F(SqliteKillTest, no_acknowledged_value_is_lost_when_the_process_is_killed)
     int acknowledged = 0;
     for (int round = 0; round < 60; ++round) {
         std::optional<int> last;
-        const Writer writer(path(), next);
+        std::array<int, 2> ends{};
+        ASSERT_EQ(pipe(ends.data()), 0);
+        const pid_t writer = startWriter(path(), next, ends[1]);
+        ASSERT_GT(writer, 0);
+        close(ends[1]);
         const auto isAcknowledged = [&] {
-            const auto number = writer.next();
-            if (!number)
+            int number = 0;
+            if (read(ends[0], &number, sizeof number) != sizeof number)
                 return false;
-            EXPECT_EQ(*number, next++);
+            EXPECT_EQ(number, next++);
             last = number;
             ++acknowledged;
             return true;
@@ -89,9 +65,12 @@ TEST_F(SqliteKillTest, no_acknowledged_value_is_lost_when_the_process_is_killed)
         for (int count = round % 3 == 0 ? 0 : upTo(60); count > 0; --count)
             ASSERT_TRUE(isAcknowledged());
         spin(std::chrono::microseconds(upTo(3000)));
-        ASSERT_TRUE(writer.kill());
+        int status = 0;
+        ASSERT_TRUE(kill(writer, SIGKILL) == 0 && waitpid(writer, &status, 0) == writer);
+        ASSERT_TRUE(WIFSIGNALED(status));
         while (isAcknowledged()) {
         }
+        close(ends[0]);
 
         if (QFile::exists(path())) {  // the kill may have come before it was created
             EXPECT_EQ(OtherConnection(path()).query("PRAGMA quick_check"), "ok");
