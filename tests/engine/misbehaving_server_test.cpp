@@ -1,7 +1,7 @@
 #include <QTimer>
 
 #include "engine/engine_test_support.h"
-#include "engine/transport_error.h"
+#include "engine/network_error.h"
 
 namespace tralio {
 namespace {
@@ -24,12 +24,12 @@ protected:
 
 TEST_F(MisbehavingServerTest, a_server_that_cannot_be_reached_is_named_and_an_address_that_is_none_is_told) {
     standIn.refuseConnections();
-    expectTransportError(TransportError::fromNetworkError(QNetworkReply::ConnectionRefusedError, endpoint()));
+    expectTransportError(networkError(QNetworkReply::ConnectionRefusedError, endpoint()));
     EXPECT_TRUE(outcomeOf(translate()).text.contains(u"127.0.0.1:%1"_s.arg(standIn.port())));
     for (const QString& base : {u"127.0.0.1/v1"_s, u"gopher://127.0.0.1/v1"_s}) {
         settings.baseURL = base;
         expectTransportError(
-            TransportError::fromNetworkError(QNetworkReply::ProtocolUnknownError, endpoint()));
+            networkError(QNetworkReply::ProtocolUnknownError, endpoint()));
     }
 }
 
@@ -39,7 +39,7 @@ TEST_F(MisbehavingServerTest, a_reply_that_goes_wrong_on_the_way_is_told) {
     StandInModel other;
     const QByteArray elsewhere = "http://localhost:" + QByteArray::number(other.port()) + "/v1";
     const auto is = [this](QNetworkReply::NetworkError error) {
-        return TransportError::fromNetworkError(error, endpoint());
+        return networkError(error, endpoint());
     };
     const auto tooLarge = TransportError::replyTooLarge(endpoint(), HttpClient::maximumBodySize);
     const std::pair<StandInReply, TransportError> cases[] = {
@@ -91,7 +91,7 @@ TEST_F(MisbehavingServerTest, an_unreadable_body_is_an_empty_answer_or_an_error_
 TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text_nor_key) {
     StandInModel impostor(StandInModel::Encryption::selfSigned);
     settings.baseURL = impostor.baseURL();
-    expectTransportError(TransportError::fromNetworkError(QNetworkReply::SslHandshakeFailedError, endpoint(),
+    expectTransportError(networkError(QNetworkReply::SslHandshakeFailedError, endpoint(),
                                                           {QSslError(QSslError::SelfSignedCertificate)}));
     EXPECT_TRUE(impostor.requests().isEmpty());
 }
@@ -138,11 +138,11 @@ TEST(TransportErrorTest, every_failure_is_described_and_names_what_failed_but_ne
     };
     for (const auto& [named, codes] : failures) {
         for (const auto code : codes)
-            expectDescription(TransportError::fromNetworkError(code, url), named);
+            expectDescription(networkError(code, url), named);
     }
     for (const auto problem :
          {QSslError::SelfSignedCertificate, QSslError::CertificateExpired, QSslError::HostNameMismatch})
-        expectDescription(TransportError::fromNetworkError(QNetworkReply::SslHandshakeFailedError, url,
+        expectDescription(networkError(QNetworkReply::SslHandshakeFailedError, url,
                                                            {QSslError(problem)}),
                           u"model.test:8443"_s);
     expectDescription(TransportError::cancelled(), u"hủy"_s);

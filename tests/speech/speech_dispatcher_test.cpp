@@ -1,6 +1,7 @@
 #include "platform/linux/speech/speech_dispatcher.h"
 
 #include <QLocalServer>
+#include <QLocalSocket>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -154,6 +155,19 @@ TEST_F(SpeechDaemon, a_text_stopped_before_the_daemon_was_ready_is_never_read) {
     ASSERT_TRUE(begin(u"hai"_s));
     ASSERT_EQ(daemon->texts.size(), 1);
     EXPECT_THAT(daemon->texts.first().toStdString(), HasSubstr("hai"));
+}
+
+TEST_F(SpeechDaemon, a_long_text_reaches_a_daemon_that_reads_slowly_whole) {
+    ASSERT_TRUE(begin(u"một"_s));
+    daemon->connection->setReadBufferSize(4096);
+    QString text;  // more than a socket holds
+    for (int line = 0; line < 20'000; ++line)
+        text += u"%1 %2\n"_s.arg(line).arg(line % 7);
+    const QByteArray expected = withMarks(text).toUtf8() + '\n';
+    ASSERT_TRUE(begin(text));
+    EXPECT_EQ(daemon->texts.last().size(), expected.size());
+    EXPECT_TRUE(daemon->texts.last() == expected);
+    EXPECT_THAT(log.messages(), IsEmpty());
 }
 
 TEST_F(SpeechDaemon, a_daemon_that_dies_or_is_missing_ends_the_reading) {
