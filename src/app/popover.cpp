@@ -71,11 +71,11 @@ void Popover::show(std::optional<QRect> anchor) {
     m_frame->setEdges(edges);
     m_closedByDeactivation.invalidate();
     m_sinceShown.start();
-    m_hadFocus = false;
+    m_hadFocus = isActiveWindow();
     if (!m_shown) {
         hide();  // one that is fading out opens anew, with all that comes of it
         place(anchor);
-        appear(floating ? Theme::current().duration(opening) : 0);
+        appear(motionTime(opening));
     }
     bringToFront();
 }
@@ -98,8 +98,7 @@ void Popover::disappear() {
         return;
     m_shown = false;
     m_motion.stop();
-    const bool floating = m_windowSystem.isCompositing && m_windowSystem.isCompositing();
-    const int motion = floating ? Theme::current().duration(closing) : 0;
+    const int motion = motionTime(closing);
     if (motion == 0) {
         hide();
         return;
@@ -109,6 +108,11 @@ void Popover::disappear() {
     m_motion.setStartValue(windowOpacity());
     m_motion.setEndValue(0.0);
     m_motion.start();
+}
+
+int Popover::motionTime(int time) const {
+    const bool fades = m_windowSystem.fades && m_windowSystem.isCompositing && m_windowSystem.isCompositing();
+    return fades ? Theme::current().duration(time) : 0;
 }
 
 void Popover::setPresence(qreal presence) {
@@ -129,6 +133,8 @@ void Popover::bringToFront() {
     raise();
     activateWindow();
     askForFocus();
+    if (isActiveWindow())
+        return;
     m_sinceAsked.start();
     if (m_windowSystem.isActive)
         m_focusWatch.start();

@@ -27,8 +27,9 @@ class Popover final : public QWidget, public PopoverHost {
 public:
     /// What the session does for windows of this kind. Every function may be empty.
     struct WindowSystem {
-        std::function<bool()> isCompositing;
-        std::function<void(WId)> activate;  ///< when the window is shown
+        std::function<bool()> isCompositing;  ///< windows may be translucent
+        bool fades = false;                   ///< and as a whole, too
+        std::function<void(WId)> activate;    ///< when the window is shown
         std::function<bool(WId)>
             isActive;  ///< tells a window behind from one that a grab keeps the keyboard from
         std::function<bool()> isMousePressed;  ///< anywhere on the screen
@@ -51,6 +52,8 @@ private:
     void place(std::optional<QRect> anchor);
     void appear(int motion);
     void disappear();
+    /// What a motion takes here.
+    [[nodiscard]] int motionTime(int time) const;
     void setPresence(qreal presence);
     void bringToFront();
     void askForFocus();
@@ -65,7 +68,7 @@ private:
     QTimer m_focusWatch;
     bool m_mouseWasPressed = false;
     QElapsedTimer m_sinceShown;
-    QElapsedTimer m_sinceAsked;  ///< for the keyboard; invalid once it was given
+    QElapsedTimer m_sinceAsked;  ///< for the keyboard; invalid while it has it
     bool m_hadFocus = false;     ///< since it was shown
     QElapsedTimer m_closedByDeactivation;
 };

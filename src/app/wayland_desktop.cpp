@@ -173,7 +173,7 @@ HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
 Popover::WindowSystem WaylandDesktop::windowSystem() {
     if (m_activator && QGuiApplication::platformName() == u"xcb")
         return x11WindowSystem(*m_activator);
-    return {[] { return true; }, {}, {}, {}};
+    return {[] { return true; }, false, {}, {}, {}};  // the toolkit knows no opacity of windows here
 }
 
 Desktop::SelectionReader WaylandDesktop::selectionOnceFocused() {

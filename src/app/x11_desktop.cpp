@@ -9,7 +9,7 @@ namespace tralio {
 Popover::WindowSystem x11WindowSystem(X11WindowActivator& activator) {
     if (QGuiApplication::platformName() != u"xcb")
         return {};
-    return {[&activator] { return activator.isCompositing(); },
+    return {[&activator] { return activator.isCompositing(); }, true,
             [&activator](WId window) { activator.activate(window); },
             [&activator](WId window) { return activator.isActive(window); },
             [&activator] { return activator.isMousePressed(); }};

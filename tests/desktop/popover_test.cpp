@@ -30,8 +30,15 @@ TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape
     ASSERT_FALSE(terminal.isEmpty());
     desktop.press(u"super+shift+d"_s);
     ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    program.callOnBus(u"Open"_s);  // while it is open
     desktop.click(terminal, {20, 20}, 1);
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+
+    program.callOnBus(u"Open"_s);
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    program.callOnBus(u"Open"_s);
+    desktop.run(u"xdotool"_s, {u"windowactivate"_s, terminal});
+    EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); })) << "left by the keyboard";
     EXPECT_TRUE(program.isRunning());
 }
 

@@ -91,6 +91,12 @@ TEST_F(HelperHttpClientTest, serves_requests_side_by_side_and_cancels_one_of_the
     stop.request_stop();
     EXPECT_EQ(outcomeOf(std::move(cancelled)).text, TransportError::cancelled().errorDescription());
     EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 1; }));
+    standIn.replies(StandInReply::withBody(200, "x"));
+    for (int i = 0; i < 5; ++i) {
+        clock.advance(5s);
+        EXPECT_EQ(outcomeOf(get()).text, u"x"_s);
+    }
+    EXPECT_FALSE(kept.isReady()) << "a process that answers may take its time";
     standIn.sendTheRest();
     EXPECT_EQ(outcomeOf(std::move(kept)).text, u"200 late"_s);
 }
@@ -156,6 +162,14 @@ TEST_F(HelperHttpClientTest, whatever_becomes_of_the_process_a_request_ends_and_
                                                 clock);
     EXPECT_EQ(outcomeOf(std::move(abandoned)).text, TransportError::cancelled().errorDescription());
     EXPECT_EQ(outcomeOf(post()).text, u"Tiến trình kết nối mạng trả lời không hợp lệ."_s);
+    client = std::make_unique<HelperHttpClient>(script("exec sleep 100"), clock);
+    QCoro::Task<QString> hanging = post();
+    clock.advance(19s);
+    EXPECT_FALSE(hanging.isReady());
+    clock.advance(1s);
+    EXPECT_EQ(outcomeOf(std::move(hanging)).text,
+              u"Tiến trình kết nối mạng không phản hồi. Vui lòng kiểm tra lại cài đặt proxy của máy."_s);
+    EXPECT_TRUE(eventually([this] { return !helper(); }));
     client = std::make_unique<HelperHttpClient>(u"/nowhere/at-all"_s, clock);
     EXPECT_EQ(outcomeOf(post()).text, u"Không thể khởi động tiến trình kết nối mạng."_s);
 }

@@ -6,6 +6,8 @@
 #include <QPromise>
 #include <qcorofuture.h>
 
+#include <csignal>
+#include <sys/prctl.h>
 #include <utility>
 
 #include "common/clock.h"
@@ -21,6 +23,10 @@ namespace {
 
 constexpr auto afterAText = 60s;
 constexpr auto afterPreparation = 10s;
+
+constexpr auto pingInterval = 5s;
+constexpr int mostUnanswered = 3;
+constexpr auto timeToEnd = 5s;
 
 void deleteOnceEnded(QProcess* process) {
     process->disconnect();
@@ -106,6 +112,8 @@ QCoro::Task<HttpResponse> HelperHttpClient::submit(Id id, Request request, Recei
     m_dismissal.reset();
     startHelper();
     m_helper->write(encode(request));
+    if (!m_watch)
+        watchHelper();
     const HttpResponse response = co_await future;
 
     // This object may be gone by now. The reply may have been on its way when the user cancelled.
@@ -127,7 +135,10 @@ void HelperHttpClient::startHelper() {
         return;
     m_helper = new QProcess(this);
     m_frames = frames::Reader(maximumReply);
+    m_unanswered = 0;
     m_helper->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    // One that hangs would not see the end of its input, with the user's key in its memory.
+    m_helper->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     connect(m_helper, &QProcess::readyReadStandardOutput, this, &HelperHttpClient::readReplies);
     connect(m_helper, &QProcess::finished, this,
             [this] { giveUp(u"Tiến trình kết nối mạng dừng đột ngột. Vui lòng thử lại."_s); });
@@ -184,12 +195,29 @@ void HelperHttpClient::take(const Failed& failed) {
         job->fail(std::make_exception_ptr(TransportError(failed.description)));
 }
 
+void HelperHttpClient::take(const Pong& /*pong*/) {
+    m_unanswered = 0;
+}
+
+void HelperHttpClient::watchHelper() {
+    m_watch = std::make_unique<QObject>();
+    m_unanswered = 0;
+    m_clock.every(pingInterval, m_watch.get(), [this] {
+        if (++m_unanswered > mostUnanswered)
+            giveUp(u"Tiến trình kết nối mạng không phản hồi. Vui lòng kiểm tra lại cài đặt proxy của máy."_s);
+        else if (m_helper)
+            m_helper->write(encode(Ping{}));
+    });
+}
+
 std::shared_ptr<HelperHttpClient::Job> HelperHttpClient::release(Id id) {
     const auto node = m_jobs.extract(id);
     if (node.empty())
         return nullptr;
-    if (m_jobs.empty())
+    if (m_jobs.empty()) {
+        m_watch.reset();
         keepHelperFor(node.mapped()->isText ? afterAText : 0s);
+    }
     return node.mapped();
 }
 
@@ -204,6 +232,7 @@ void HelperHttpClient::dismissHelper() {
         return;
     deleteOnceEnded(helper);
     helper->closeWriteChannel();
+    m_clock.after(timeToEnd, helper, [helper] { helper->kill(); });
 }
 
 void HelperHttpClient::giveUp(const QString& description) {
@@ -216,6 +245,7 @@ void HelperHttpClient::giveUp(const QString& description) {
 
 void HelperHttpClient::failAll(const QString& description) {
     m_dismissal.reset();
+    m_watch.reset();
     for (const auto& [id, job] : std::exchange(m_jobs, {}))
         job->fail(std::make_exception_ptr(TransportError(description)));
 }

@@ -19,8 +19,8 @@ class Clock;
 /// it, the question for a proxy holds nobody up, and what arrives from the network is taken apart elsewhere.
 ///
 /// The process is started by the first request, or by `prepare`. After a POST it is kept for a minute, with
-/// its connections: the next text often follows soon. Should it crash, the requests under way fail, and the
-/// next one starts another.
+/// its connections: the next text often follows soon. Should it crash, or hang, as with a proxy script that
+/// never ends, the requests under way fail, and the next one starts another.
 class HelperHttpClient final : public QObject, public HttpClient {
 public:
     HelperHttpClient(QString program, Clock& clock);
@@ -50,6 +50,9 @@ private:
     void take(const http_protocol::Piece& piece);
     void take(const http_protocol::Done& done);
     void take(const http_protocol::Failed& failed);
+    void take(const http_protocol::Pong& pong);
+    /// Asks the helper now and then whether it still lives, while it is at work.
+    void watchHelper();
     /// Takes a job from those under way; null when it is none, or none any more.
     std::shared_ptr<Job> release(http_protocol::Id id);
     void keepHelperFor(std::chrono::milliseconds time);
@@ -65,6 +68,8 @@ private:
     frames::Reader m_frames{http_protocol::maximumReply};
     Jobs m_jobs;
     http_protocol::Id m_lastId = 0;
+    int m_unanswered = 0;                  ///< pings since the last pong
+    std::unique_ptr<QObject> m_watch;      ///< the context of the pings; there while jobs are
     std::unique_ptr<QObject> m_dismissal;  ///< the context of the call that dismisses the helper
 };
 

@@ -48,6 +48,8 @@ public:
             running->second.request_stop();
     }
 
+    void serve(Ping /*ping*/) const { reply(Pong{}); }
+
 private:
     QCoro::Task<> finish(Id id, QCoro::Task<HttpResponse> transfer) {
         try {
@@ -90,6 +92,7 @@ Input serveWhatCame(Server& server, frames::Reader& frames) {
 /// Keys and texts go through this process, and what servers send.
 void limitOneself() {
     prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);  // nor may the user's other programs read it
     constexpr rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
 }

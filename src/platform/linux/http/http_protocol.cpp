@@ -63,6 +63,10 @@ void each(Cancel& message, Fields fields) {
     fields(message.id);
 }
 template <typename Fields>
+void each(Ping& /*message*/, Fields /*fields*/) {}
+template <typename Fields>
+void each(Pong& /*message*/, Fields /*fields*/) {}
+template <typename Fields>
 void each(Piece& message, Fields fields) {
     fields(message.id, message.bytes, message.totalSize);
 }

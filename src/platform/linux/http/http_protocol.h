@@ -34,7 +34,9 @@ struct Get {
 struct Cancel {
     Id id = 0;
 };
-using Request = std::variant<Post, Get, Cancel>;
+/// To be answered at once, with `Pong`: by a helper that hangs, not.
+struct Ping {};
+using Request = std::variant<Post, Get, Cancel, Ping>;
 
 struct Piece {
     Id id = 0;
@@ -49,7 +51,8 @@ struct Failed {
     Id id = 0;
     QString description;
 };
-using Reply = std::variant<Piece, Done, Failed>;
+struct Pong {};
+using Reply = std::variant<Piece, Done, Failed, Pong>;
 
 [[nodiscard]] QByteArray encode(const Request& request);
 [[nodiscard]] QByteArray encode(const Reply& reply);

@@ -1,5 +1,6 @@
 #include "platform/linux/session/primary_script_runner.h"
 
+#include <QFileInfo>
 #include <QProcess>
 
 #include "hotkeys/workspace.h"
@@ -21,6 +22,9 @@ std::optional<QString> PrimaryScriptRunner::execute(const QString& /*source*/) {
 }
 
 void PrimaryScriptRunner::launch(const QString& executable, const QStringList& arguments) {
+    // Qt 6.4 loses a file descriptor with every program that it cannot start.
+    if (!QFileInfo(executable).isExecutable())
+        return;
     auto* process = new QProcess;
     QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
     QObject::connect(process, &QProcess::errorOccurred, process, &QObject::deleteLater);

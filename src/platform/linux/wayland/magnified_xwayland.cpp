@@ -4,16 +4,14 @@
 #include <memory>
 #include <numeric>
 #include <wayland-client-protocol.h>
-#include <xcb/xcb.h>
+#include <xcb/randr.h>
 
 #include "platform/linux/wayland/wayland_connection.h"
 #include "platform/linux/wayland/wayland_proxy.h"
+#include "platform/linux/x11/x11_connection.h"
 
 namespace tralio {
 namespace {
-
-/// Milliseconds.
-constexpr int answerLimit = 1000;
 
 struct Screen {
     qint64 pixels = 0;
@@ -40,25 +38,36 @@ constexpr wl_output_listener screenListener{
 };
 
 std::vector<Screen> screensOfCompositor() {
-    const auto connection = WaylandConnection::greet(answerLimit);
+    const auto connection = WaylandConnection::greet();
     if (!connection)
         return {};
     const auto outputs = connection->bindAll(wl_output_interface, 2);
     std::vector<Screen> screens(outputs.size());
     for (size_t i = 0; i < outputs.size(); ++i)
         addListener(outputs[i].get(), screenListener, &screens[i]);
-    connection->sync(QDeadlineTimer(answerLimit));
+    connection->sync(QDeadlineTimer(WaylandConnection::greetingLimit));
     return screens;
 }
 
-/// Of all screens together, and of what is between them.
+/// Of all monitors together.
 qint64 pixelsOfX11() {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
-    if (xcb_connection_has_error(connection.get()))
+    xcb_connection_t* xcb = connection.get();
+    if (xcb_connection_has_error(xcb))
         return 0;
-    const xcb_screen_t* root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data;
-    return qint64{root->width_in_pixels} * root->height_in_pixels;
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(xcb)).data->root;
+    const auto version = xcb_randr_query_version(xcb, 1, 5);
+    const XcbPtr<xcb_randr_get_monitors_reply_t> monitors{
+        xcb_randr_get_monitors_reply(xcb, xcb_randr_get_monitors(xcb, root, 1), nullptr)};
+    xcb_discard_reply(xcb, version.sequence);
+    qint64 pixels = 0;
+    if (monitors) {
+        for (auto i = xcb_randr_get_monitors_monitors_iterator(monitors.get()); i.rem > 0;
+             xcb_randr_monitor_info_next(&i))
+            pixels += qint64{i.data->width} * i.data->height;
+    }
+    return pixels;
 }
 
 }  // namespace
