@@ -24,6 +24,8 @@ using namespace std::chrono_literals;
 
 /// Between showing the popover and raising a request, so that the panel is there to take it.
 constexpr auto requestDelay = 80ms;
+/// The popover is painted first.
+constexpr auto preparationDelay = 20ms;
 
 constexpr auto updateCheckDelay = 2s;
 
@@ -165,7 +167,7 @@ void AppDelegate::checkAndAutoTranslateClipboard() {
 
 void AppDelegate::translateLater(const QString& text) {
     if (m_services.prepareToTranslate)
-        m_services.prepareToTranslate();
+        m_services.clock.after(preparationDelay, this, m_services.prepareToTranslate);
     m_services.clock.after(requestDelay, this,
                            [this, text] { m_services.appState.requestTranslation(text); });
 }

@@ -6,8 +6,6 @@
 #include <QPromise>
 #include <qcorofuture.h>
 
-#include <csignal>
-#include <sys/prctl.h>
 #include <utility>
 
 #include "common/clock.h"
@@ -137,8 +135,6 @@ void HelperHttpClient::startHelper() {
     m_frames = frames::Reader(maximumReply);
     m_unanswered = 0;
     m_helper->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    // One that hangs would not see the end of its input, with the user's key in its memory.
-    m_helper->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     connect(m_helper, &QProcess::readyReadStandardOutput, this, &HelperHttpClient::readReplies);
     connect(m_helper, &QProcess::finished, this,
             [this] { giveUp(u"Tiến trình kết nối mạng dừng đột ngột. Vui lòng thử lại."_s); });

@@ -2,6 +2,7 @@
 #include <QSocketNotifier>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <map>
 #include <sys/prctl.h>
@@ -103,6 +104,8 @@ void limitOneself() {
 int main(int argc, char** argv) {
     using namespace Qt::StringLiterals;
     using namespace tralio;
+    // While it hangs it does not see the end of its input, with the user's key in its memory.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     limitOneself();
     QCoreApplication application(argc, argv);
     if (QCoreApplication::arguments().value(1) != u"--serve") {
