@@ -1,6 +1,7 @@
 #include "app/wayland_desktop.h"
 
 #include <QGuiApplication>
+#include <QStringBuilder>
 
 #include <algorithm>
 #include <utility>
