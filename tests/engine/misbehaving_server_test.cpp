@@ -28,8 +28,7 @@ TEST_F(MisbehavingServerTest, a_server_that_cannot_be_reached_is_named_and_an_ad
     EXPECT_TRUE(outcomeOf(translate()).text.contains(u"127.0.0.1:%1"_s.arg(standIn.port())));
     for (const QString& base : {u"127.0.0.1/v1"_s, u"gopher://127.0.0.1/v1"_s}) {
         settings.baseURL = base;
-        expectTransportError(
-            networkError(QNetworkReply::ProtocolUnknownError, endpoint()));
+        expectTransportError(networkError(QNetworkReply::ProtocolUnknownError, endpoint()));
     }
 }
 
@@ -38,9 +37,7 @@ TEST_F(MisbehavingServerTest, a_reply_that_goes_wrong_on_the_way_is_told) {
     garbled.body = "not gzip at all";
     StandInModel other;
     const QByteArray elsewhere = "http://localhost:" + QByteArray::number(other.port()) + "/v1";
-    const auto is = [this](QNetworkReply::NetworkError error) {
-        return networkError(error, endpoint());
-    };
+    const auto is = [this](QNetworkReply::NetworkError error) { return networkError(error, endpoint()); };
     const auto tooLarge = TransportError::replyTooLarge(endpoint(), HttpClient::maximumBodySize);
     const std::pair<StandInReply, TransportError> cases[] = {
         {StandInReply::error(200, u"m"_s).delivered(Delivery::resetInBody),
@@ -92,7 +89,7 @@ TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text
     StandInModel impostor(StandInModel::Encryption::selfSigned);
     settings.baseURL = impostor.baseURL();
     expectTransportError(networkError(QNetworkReply::SslHandshakeFailedError, endpoint(),
-                                                          {QSslError(QSslError::SelfSignedCertificate)}));
+                                      {QSslError(QSslError::SelfSignedCertificate)}));
     EXPECT_TRUE(impostor.requests().isEmpty());
 }
 
@@ -142,8 +139,7 @@ TEST(TransportErrorTest, every_failure_is_described_and_names_what_failed_but_ne
     }
     for (const auto problem :
          {QSslError::SelfSignedCertificate, QSslError::CertificateExpired, QSslError::HostNameMismatch})
-        expectDescription(networkError(QNetworkReply::SslHandshakeFailedError, url,
-                                                           {QSslError(problem)}),
+        expectDescription(networkError(QNetworkReply::SslHandshakeFailedError, url, {QSslError(problem)}),
                           u"model.test:8443"_s);
     expectDescription(TransportError::cancelled(), u"hủy"_s);
     expectDescription(TransportError::timedOut(url, std::chrono::seconds(45)), u"45"_s);
