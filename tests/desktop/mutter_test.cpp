@@ -1,0 +1,49 @@
+#include <gmock/gmock.h>
+
+#include "desktop/mutter_desktop.h"
+#include "desktop/program_run.h"
+#include "support/ordinary_user.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr quint32 leftControl = 29;  // evdev codes
+constexpr quint32 keyA = 30;
+constexpr quint32 escape = 1;
+
+/// Before main() makes a folder that only its maker can remove.
+const OrdinaryProcess ordinaryProcess;
+
+class Mutter : public testing::Test {
+protected:
+    /// The text that reaches the model after everything in an editor was selected and the hot key pressed.
+    [[nodiscard]] bool translatesInEditor(const QString& text) {
+        desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)});
+        return waitUntil(
+            [&] {
+                desktop.press({escape});  // closes the popover, which opened before the editor did
+                desktop.press({leftControl, keyA});
+                return program.translateSelection() == text;
+            },
+            30);
+    }
+
+    MutterDesktop desktop;
+    ProgramRun program{desktop};
+};
+
+TEST_F(Mutter, gives_what_accessibility_tells_is_selected) {
+    EXPECT_TRUE(translatesInEditor(u"Ngôn ngữ trong trình soạn thảo"_s));
+    EXPECT_TRUE(waitUntil([&] { return !program.shownTranslation().isEmpty(); }));
+}
+
+TEST_F(Mutter, gives_what_is_selected_to_the_popover_once_it_has_the_focus) {
+    desktop.setAccessibility(false);
+    EXPECT_TRUE(translatesInEditor(u"Ngôn ngữ trong trình soạn thảo"_s));
+}
+
+}  // namespace
+}  // namespace tralio
