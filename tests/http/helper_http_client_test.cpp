@@ -21,7 +21,7 @@ class HelperHttpClientTest : public testing::Test {
 protected:
     QCoro::Task<QString> post(std::stop_token stop = {}, std::chrono::milliseconds idleTimeout = 30s) {
         const HttpRequest request{QUrl(standIn.baseURL()), {{"Content-Type", "text/plain"}}};
-        QCoro::Task<HttpResponse> sending = client->send(request, "body", idleTimeout, stop);
+        QCoro::Task<HttpResponse> sending = client->send(request, body, idleTimeout, stop);
         const HttpResponse response = co_await sending;
         co_return u"%1 "_s.arg(*response.status) + QString::fromUtf8(response.body);
     }
@@ -58,6 +58,7 @@ protected:
 
     FakeClock clock;
     StandInModel standIn;
+    QByteArray body = "body";
     std::unique_ptr<HelperHttpClient> client =
         std::make_unique<HelperHttpClient>(QStringLiteral(HTTP_PROGRAM), clock);
 
@@ -96,6 +97,8 @@ TEST_F(HelperHttpClientTest, serves_requests_side_by_side_and_cancels_one_of_the
         clock.advance(5s);
         EXPECT_EQ(outcomeOf(get()).text, u"x"_s);
     }
+    body = QByteArray(64 * 1024 * 1024, 'x');
+    EXPECT_EQ(outcomeOf(post()).text, u"Nội dung cần gửi quá lớn (hơn 64 MB)."_s);
     EXPECT_FALSE(kept.isReady()) << "a process that answers may take its time";
     standIn.sendTheRest();
     EXPECT_EQ(outcomeOf(std::move(kept)).text, u"200 late"_s);
@@ -112,15 +115,15 @@ TEST_F(HelperHttpClientTest, a_body_comes_in_pieces_until_who_takes_them_fails) 
     EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
     EXPECT_EQ(pieces, 1);
 
-    const QByteArray body(5'000'000, 'b');
-    standIn.replies(StandInReply::withBody(200, body));
+    const QByteArray whole(5'000'000, 'b');
+    standIn.replies(StandInReply::withBody(200, whole));
     QByteArray received;
     const auto receive = [&](const QByteArray& piece, std::optional<qint64> totalSize) {
         received += piece;
-        EXPECT_EQ(totalSize, body.size());
+        EXPECT_EQ(totalSize, whole.size());
     };
     EXPECT_EQ(outcomeOf(download(receive)).text, u"done"_s);
-    EXPECT_TRUE(received == body);
+    EXPECT_TRUE(received == whole);
 }
 
 TEST_F(HelperHttpClientTest,

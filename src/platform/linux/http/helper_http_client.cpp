@@ -94,6 +94,10 @@ QCoro::Task<HttpResponse> HelperHttpClient::submit(Id id, Request request, Recei
                                                    std::stop_token stop) {
     if (stop.stop_requested())
         throw TransportError::cancelled();
+    const QByteArray frame = encode(request);
+    // The helper would take it for no frame at all, and end with every other request.
+    if (frame.size() > maximumRequest)
+        throw TransportError(u"Nội dung cần gửi quá lớn (hơn %1 MB)."_s.arg(maximumRequest / (1024 * 1024)));
     const auto job = std::make_shared<Job>();
     job->promise.start();
     job->receive = std::move(receive);
@@ -109,7 +113,7 @@ QCoro::Task<HttpResponse> HelperHttpClient::submit(Id id, Request request, Recei
     const QFuture<HttpResponse> future = job->promise.future();
     m_dismissal.reset();
     startHelper();
-    m_helper->write(encode(request));
+    m_helper->write(frame);
     if (!m_watch)
         watchHelper();
     const HttpResponse response = co_await future;
