@@ -162,7 +162,10 @@ QCoro::Task<> UpdateService::download(QUrl archive) {
             downloadProgress = static_cast<double>(m_archive->size()) / static_cast<double>(*totalSize);
     };
     const std::stop_token stop = m_stop.get_token();
-    co_await m_http.download(archiveRequest(archive), receive, archiveTimeout, stop);
+    const HttpResponse response =
+        co_await m_http.download(archiveRequest(archive), receive, archiveTimeout, stop);
+    if (!response.status)
+        throw LocalizedError(u"Không nhận được phản hồi HTTP hợp lệ."_s);
 }
 
 void UpdateService::applyUpdate(const QString& zipPath) {

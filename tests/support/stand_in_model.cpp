@@ -135,6 +135,8 @@ void StandInModel::repliesBy(std::function<StandInReply(const Request&)> reply) 
 
 void StandInModel::refuseConnections() {
     m_server->close();
+    for (QTcpSocket* socket : m_server->findChildren<QTcpSocket*>())
+        socket->abort();
 }
 
 void StandInModel::sendOneByte() {

@@ -103,6 +103,8 @@ TEST_F(UpdateInstallTest, a_download_that_does_not_come_to_its_end_leaves_nothin
     const QByteArray halfOfIt = "HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nhalf";
     const StandInReply broken[] = {
         StandInReply::withBody(0, halfOfIt).delivered(Delivery::withoutStatus),
+        StandInReply::withBody(0, "no HTTP at all\n").delivered(Delivery::withoutStatus),
+        StandInReply::withBody(0, "").delivered(Delivery::withoutStatus),
         StandInReply::withBody(200, "zip").delivered(Delivery::resetInBody),
         StandInReply::redirect(302, "gopher://127.0.0.1/"),
     };
