@@ -5,11 +5,19 @@
 #include "engine/network_error.h"
 
 namespace tralio {
+namespace {
+
+constexpr qint64 readBufferSize = 1024 * 1024;
+
+}  // namespace
 
 HttpTransfer::HttpTransfer(QNetworkReply* reply, Terms terms, const std::stop_token& stop, QObject* parent)
     : QObject(parent), m_reply(reply), m_terms(std::move(terms)), m_stop(stop) {
     m_promise.start();
     restartIdleTimer();
+    // A server that is faster than who takes the body has to wait, or it would fill the memory, and keep the
+    // event loop from anything else.
+    reply->setReadBufferSize(readBufferSize);
 
     connect(reply, &QNetworkReply::uploadProgress, this, &HttpTransfer::restartIdleTimer);
     connect(reply, &QNetworkReply::metaDataChanged, this, &HttpTransfer::restartIdleTimer);

@@ -192,7 +192,6 @@ TEST_F(UpdateInstallTest, a_service_that_goes_takes_its_download_with_it) {
     beginDownload();
     service.reset();
     EXPECT_TRUE(filesInFolder().isEmpty());  // at once: at the end of the program no event comes any more
-    server.sendTheRest();
     EXPECT_TRUE(eventually([this] { return server.openConnections() == 0; }));
     EXPECT_TRUE(events.isEmpty());
 }
