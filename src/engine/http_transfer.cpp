@@ -85,7 +85,8 @@ void HttpTransfer::conclude() {
             networkError(QNetworkReply::RemoteHostClosedError, m_reply->url(), {}, m_terms.origin)));
         return;
     }
-    m_promise.addResult(HttpResponse{status, std::exchange(m_body, {})});
+    m_promise.addResult(Result{{status, std::exchange(m_body, {})},
+                               m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl()});
     settle();
 }
 

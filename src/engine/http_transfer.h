@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QPromise>
 #include <QSslError>
+#include <QUrl>
 
 #include <chrono>
 #include <exception>
@@ -33,10 +34,16 @@ public:
         HttpClient::Receive receive;  ///< takes the body; without it, the body is collected
     };
 
+    struct Result {
+        HttpResponse response;
+        QUrl
+            redirection;  ///< where the server points, which the library was told not to follow; may be empty
+    };
+
     HttpTransfer(QNetworkReply* reply, Terms terms, const std::stop_token& stop, QObject* parent);
     ~HttpTransfer() override;
 
-    [[nodiscard]] QFuture<HttpResponse> future() const { return m_promise.future(); }
+    [[nodiscard]] QFuture<Result> future() const { return m_promise.future(); }
 
 private:
     void restartIdleTimer();
@@ -59,7 +66,7 @@ private:
     QByteArray m_body;
     qint64 m_received = 0;  ///< bytes of the body
     QList<QSslError> m_sslErrors;
-    QPromise<HttpResponse> m_promise;
+    QPromise<Result> m_promise;
     std::stop_token m_stop;
     std::optional<std::stop_callback<std::function<void()>>> m_onStop;
 };

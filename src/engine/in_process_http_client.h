@@ -3,15 +3,11 @@
 #include <memory>
 
 #include "engine/http_client.h"
+#include "engine/http_transfer.h"
 
 class QNetworkAccessManager;
-class QNetworkReply;
-class QObject;
 
 namespace tralio {
-
-class Clock;
-enum class AddressOrigin;
 
 /// Sends requests from this process, which costs it the network and the TLS library: some 8 MB that it does
 /// not give back.
@@ -30,9 +26,10 @@ public:
 private:
     using Start = std::function<QNetworkReply*(QNetworkAccessManager&)>;
 
-    [[nodiscard]] QCoro::Task<HttpResponse> transfer(Start start, AddressOrigin origin, Receive receive,
-                                                     std::chrono::milliseconds idleTimeout,
-                                                     std::stop_token stop);
+    [[nodiscard]] QCoro::Task<HttpTransfer::Result> transfer(Start start, AddressOrigin origin,
+                                                             Receive receive,
+                                                             std::chrono::milliseconds idleTimeout,
+                                                             std::stop_token stop);
 
     Clock& m_clock;
     std::unique_ptr<QNetworkAccessManager>

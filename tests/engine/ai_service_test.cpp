@@ -140,6 +140,12 @@ TEST_F(AIServiceTest, compressed_replies_and_redirects_are_followed) {
     EXPECT_EQ(outcomeOf(translate()).text, u"đích"_s);
     EXPECT_EQ(standIn.requests().last().method, "POST");
     EXPECT_EQ(standIn.requests().last().userText(), u"Hello"_s);
+    standIn.repliesBy([](const StandInModel::Request& request) {
+        return request.target == "/v1/seen" ? StandInReply::translation(u"đích"_s)
+                                            : StandInReply::redirect(303, "../seen");
+    });
+    EXPECT_EQ(outcomeOf(translate()).text, u"đích"_s);
+    EXPECT_EQ(standIn.requests().last().method, "GET");
 }
 
 TEST_F(AIServiceTest, several_translations_may_be_under_way_at_once) {
