@@ -17,15 +17,23 @@ HttpTransfer::HttpTransfer(QNetworkReply* reply, Terms terms, const std::stop_to
     restartIdleTimer();
     // A server that is faster than who takes the body has to wait, or it would fill the memory, and keep the
     // event loop from anything else.
-    reply->setReadBufferSize(readBufferSize);
+    if (m_terms.receive)
+        reply->setReadBufferSize(readBufferSize);
 
     connect(reply, &QNetworkReply::uploadProgress, this, &HttpTransfer::restartIdleTimer);
     connect(reply, &QNetworkReply::metaDataChanged, this, &HttpTransfer::restartIdleTimer);
-    connect(reply, &QNetworkReply::redirected, this, &HttpTransfer::restartIdleTimer);
     connect(reply, &QNetworkReply::downloadProgress, this, &HttpTransfer::restartIdleTimer);
     connect(reply, &QNetworkReply::readyRead, this, &HttpTransfer::takeBody);
     connect(reply, &QNetworkReply::sslErrors, this, [this](const auto& errors) { m_sslErrors = errors; });
     connect(reply, &QNetworkReply::finished, this, &HttpTransfer::conclude);
+    // After a compressed body that breaks, Qt 6.4 goes on loading and tells no more of it.
+    connect(
+        reply, &QNetworkReply::errorOccurred, this,
+        [this](QNetworkReply::NetworkError error) {
+            if (error == QNetworkReply::UnknownContentError && m_reply)
+                conclude();
+        },
+        Qt::QueuedConnection);
 
     m_onStop.emplace(stop, [this] {
         QMetaObject::invokeMethod(
@@ -57,7 +65,7 @@ void HttpTransfer::takeBody() {
 
 void HttpTransfer::takePiece(const QByteArray& piece) {
     m_received += piece.size();
-    if (!m_terms.receive) {
+    if (!m_terms.receive || !redirection().isEmpty()) {
         m_body += piece;
         if (m_body.size() > HttpClient::maximumBodySize)
             throw TransportError::replyTooLarge(m_reply->url(), HttpClient::maximumBodySize);
@@ -85,8 +93,7 @@ void HttpTransfer::conclude() {
             networkError(QNetworkReply::RemoteHostClosedError, m_reply->url(), {}, m_terms.origin)));
         return;
     }
-    m_promise.addResult(Result{{status, std::exchange(m_body, {})},
-                               m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl()});
+    m_promise.addResult(Result{{status, std::exchange(m_body, {})}, redirection()});
     settle();
 }
 
@@ -109,6 +116,10 @@ bool HttpTransfer::wasCutOff(std::optional<int> status) const {
     const bool hasWholeBody =
         status >= 200 && status < 300 && m_reply->rawHeader("Content-Encoding").isEmpty();
     return hasWholeBody && m_received < announcedSize().value_or(0);
+}
+
+QUrl HttpTransfer::redirection() const {
+    return m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
 }
 
 std::optional<qint64> HttpTransfer::announcedSize() const {

@@ -59,6 +59,7 @@ private:
     /// the connection closes in the same moment.
     [[nodiscard]] bool wasCutOff(std::optional<int> status) const;
     [[nodiscard]] std::optional<qint64> announcedSize() const;
+    [[nodiscard]] QUrl redirection() const;
 
     QNetworkReply* m_reply;  ///< null once settled
     Terms m_terms;

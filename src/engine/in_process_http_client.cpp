@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <qcorofuture.h>
 
+#include <optional>
 #include <utility>
 
 #include "engine/http_transfer.h"
@@ -32,18 +33,37 @@ public:
 };
 
 /// Each request stands for itself.
-QNetworkRequest withoutCookies(const HttpRequest& what) {
+QNetworkRequest toNetworkRequest(const HttpRequest& what) {
     QNetworkRequest request(what.url);
     for (const auto& [name, value] : what.headers)
         request.setRawHeader(name, value);
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    // Over HTTP/2, Qt 6.4 neither sends again what a kept connection did not take any more, nor heeds the
+    // size of the read buffer.
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     return request;
 }
 
 bool isSameOrigin(const QUrl& one, const QUrl& other) {
     const auto port = [](const QUrl& url) { return url.port(url.scheme() == u"https"_s ? 443 : 80); };
     return one.scheme() == other.scheme() && one.host() == other.host() && port(one) == port(other);
+}
+
+/// Nothing when a request that `from` redirects may go on to `target`. One to the user's address carries the
+/// key, which stays with its server.
+std::optional<QNetworkReply::NetworkError> whyNotToFollow(const QUrl& from, const QUrl& target,
+                                                          AddressOrigin origin) {
+    if (origin == AddressOrigin::enteredByUser && !isSameOrigin(from, target))
+        return QNetworkReply::InsecureRedirectError;
+    if (target.scheme() == u"https"_s)
+        return std::nullopt;
+    if (target.scheme() != u"http"_s)
+        return QNetworkReply::ProtocolUnknownError;
+    if (from.scheme() == u"https"_s)
+        return QNetworkReply::InsecureRedirectError;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -76,45 +96,43 @@ QCoro::Task<HttpTransfer::Result> InProcessHttpClient::transfer(Start start, Add
     co_return result;
 }
 
-// The request carries the user's key and text. The library would take them along to wherever a server points,
-// and Qt 6.4 now and then loses count of a body that it sends again.
-QCoro::Task<HttpResponse> InProcessHttpClient::send(HttpRequest request, QByteArray body,
-                                                    std::chrono::milliseconds idleTimeout,
-                                                    std::stop_token stop) {
-    constexpr auto origin = AddressOrigin::enteredByUser;
-    bool posts = true;
-    const auto start = [&request, &body, &posts](QNetworkAccessManager& network) {
-        QNetworkRequest asking = withoutCookies(request);
-        asking.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-        return posts ? network.post(asking, body) : network.get(asking);
+// Redirections are not left to the library: it would take a key and a text along to wherever a server points,
+// Qt 6.4 now and then loses count of a body that it sends again, and forgets the size of the read buffer.
+QCoro::Task<HttpResponse> InProcessHttpClient::exchange(HttpRequest request, std::optional<QByteArray> body,
+                                                        AddressOrigin origin, Receive receive,
+                                                        std::chrono::milliseconds idleTimeout,
+                                                        std::stop_token stop) {
+    const auto start = [&request, &body](QNetworkAccessManager& network) {
+        const QNetworkRequest ours = toNetworkRequest(request);
+        return body ? network.post(ours, *body) : network.get(ours);
     };
     for (int redirections = 0; redirections <= mostRedirections; ++redirections) {
-        QCoro::Task<HttpTransfer::Result> asking = transfer(start, origin, {}, idleTimeout, stop);
+        QCoro::Task<HttpTransfer::Result> asking = transfer(start, origin, receive, idleTimeout, stop);
         const HttpTransfer::Result result = co_await asking;
         if (result.redirection.isEmpty())
             co_return result.response;
         const QUrl target = request.url.resolved(result.redirection);
-        if (!isSameOrigin(request.url, target))
-            throw networkError(QNetworkReply::InsecureRedirectError, request.url, {}, origin);
+        if (const auto refusal = whyNotToFollow(request.url, target, origin))
+            throw networkError(*refusal, request.url, {}, origin);
         request.url = target;
-        posts = posts && (result.response.status == 307 || result.response.status == 308);
+        if (result.response.status != 307 && result.response.status != 308)
+            body.reset();
     }
     throw networkError(QNetworkReply::TooManyRedirectsError, request.url, {}, origin);
+}
+
+QCoro::Task<HttpResponse> InProcessHttpClient::send(HttpRequest request, QByteArray body,
+                                                    std::chrono::milliseconds idleTimeout,
+                                                    std::stop_token stop) {
+    return exchange(std::move(request), std::move(body), AddressOrigin::enteredByUser, {}, idleTimeout,
+                    std::move(stop));
 }
 
 QCoro::Task<HttpResponse> InProcessHttpClient::download(HttpRequest request, Receive receive,
                                                         std::chrono::milliseconds idleTimeout,
                                                         std::stop_token stop) {
-    const auto start = [&request](QNetworkAccessManager& network) {
-        QNetworkRequest getting = withoutCookies(request);
-        getting.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                             QNetworkRequest::NoLessSafeRedirectPolicy);
-        return network.get(getting);
-    };
-    QCoro::Task<HttpTransfer::Result> getting =
-        transfer(start, AddressOrigin::programsOwn, std::move(receive), idleTimeout, std::move(stop));
-    const HttpTransfer::Result result = co_await getting;
-    co_return result.response;
+    return exchange(std::move(request), std::nullopt, AddressOrigin::programsOwn, std::move(receive),
+                    idleTimeout, std::move(stop));
 }
 
 }  // namespace tralio

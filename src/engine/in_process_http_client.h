@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "engine/http_client.h"
 #include "engine/http_transfer.h"
@@ -24,6 +25,11 @@ public:
                                                      std::stop_token stop) override;
 
 private:
+    [[nodiscard]] QCoro::Task<HttpResponse> exchange(HttpRequest request, std::optional<QByteArray> body,
+                                                     AddressOrigin origin, Receive receive,
+                                                     std::chrono::milliseconds idleTimeout,
+                                                     std::stop_token stop);
+
     using Start = std::function<QNetworkReply*(QNetworkAccessManager&)>;
 
     [[nodiscard]] QCoro::Task<HttpTransfer::Result> transfer(Start start, AddressOrigin origin,

@@ -47,6 +47,7 @@ TEST_F(MisbehavingServerTest, a_reply_that_goes_wrong_on_the_way_is_told) {
         {StandInReply::error(200, u"m"_s).delivered(Delivery::endless), tooLarge},
         {StandInReply::error(500, u"m"_s).delivered(Delivery::endless), tooLarge},
         {garbled, is(QNetworkReply::UnknownContentError)},
+        {StandInReply(garbled).delivered(Delivery::endless), is(QNetworkReply::UnknownContentError)},
         {StandInReply::redirect(307, "/v1/chat/completions"), is(QNetworkReply::TooManyRedirectsError)},
         {StandInReply::redirect(303, "/v1/chat/completions"), is(QNetworkReply::TooManyRedirectsError)},
         {StandInReply::redirect(307, elsewhere), is(QNetworkReply::InsecureRedirectError)},

@@ -42,6 +42,7 @@ TEST_F(UpdateCheckTest, only_who_asked_hears_of_a_failure_and_an_earlier_offer_s
     const std::pair<StandInReply, QString> failures[] = {
         {StandInReply::withBody(404, offer(u"2"_s).toJson()), noServer},
         {StandInReply::withBody(201, offer(u"2"_s).toJson()), noServer},
+        {StandInReply::withBody(302, "nowhere told"), noServer},
         {StandInReply::withBody(0, "hello\n").delivered(Delivery::withoutStatus), noServer},
         {StandInReply::withBody(200, withoutNotes), failed},
         {StandInReply::withBody(200, {}), failed},

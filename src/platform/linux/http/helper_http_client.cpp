@@ -71,7 +71,7 @@ QString HelperHttpClient::installedProgram() {
 void HelperHttpClient::prepare() {
     startHelper();
     if (m_jobs.empty())
-        keepHelperFor(afterPreparation);
+        keepHelperFor(afterPreparation, m_keptBriefly);
 }
 
 QCoro::Task<HttpResponse> HelperHttpClient::send(HttpRequest request, QByteArray body,
@@ -111,7 +111,6 @@ QCoro::Task<HttpResponse> HelperHttpClient::submit(Id id, Request request, Recei
             Qt::QueuedConnection);
     });
     const QFuture<HttpResponse> future = job->promise.future();
-    m_dismissal.reset();
     startHelper();
     m_helper->write(frame);
     if (!m_watch)
@@ -214,16 +213,22 @@ std::shared_ptr<HelperHttpClient::Job> HelperHttpClient::release(Id id) {
     const auto node = m_jobs.extract(id);
     if (node.empty())
         return nullptr;
+    if (node.mapped()->isText)
+        keepHelperFor(afterAText, m_keptAfterText);
     if (m_jobs.empty()) {
         m_watch.reset();
-        keepHelperFor(node.mapped()->isText ? afterAText : 0s);
+        keepHelperFor(0s, m_keptBriefly);
     }
     return node.mapped();
 }
 
-void HelperHttpClient::keepHelperFor(std::chrono::milliseconds time) {
-    m_dismissal = std::make_unique<QObject>();
-    m_clock.after(time, m_dismissal.get(), [this] { dismissHelper(); });
+void HelperHttpClient::keepHelperFor(std::chrono::milliseconds time, std::unique_ptr<QObject>& reason) {
+    reason = std::make_unique<QObject>();
+    m_clock.after(time, reason.get(), [this, &reason] {
+        const auto spent = std::exchange(reason, nullptr);
+        if (m_jobs.empty() && !m_keptAfterText && !m_keptBriefly)
+            dismissHelper();
+    });
 }
 
 void HelperHttpClient::dismissHelper() {
@@ -244,7 +249,8 @@ void HelperHttpClient::giveUp(const QString& description) {
 }
 
 void HelperHttpClient::failAll(const QString& description) {
-    m_dismissal.reset();
+    m_keptAfterText.reset();
+    m_keptBriefly.reset();
     m_watch.reset();
     for (const auto& [id, job] : std::exchange(m_jobs, {}))
         job->fail(std::make_exception_ptr(TransportError(description)));

@@ -55,7 +55,8 @@ private:
     void watchHelper();
     /// Takes a job from those under way; null when it is none, or none any more.
     std::shared_ptr<Job> release(http_protocol::Id id);
-    void keepHelperFor(std::chrono::milliseconds time);
+    /// While there is a reason or a job, the helper stays.
+    void keepHelperFor(std::chrono::milliseconds time, std::unique_ptr<QObject>& reason);
     /// Lets the helper end by itself.
     void dismissHelper();
     /// The helper is of no use any more.
@@ -68,9 +69,11 @@ private:
     frames::Reader m_frames{http_protocol::maximumReply};
     Jobs m_jobs;
     http_protocol::Id m_lastId = 0;
-    int m_unanswered = 0;                  ///< pings since the last pong
-    std::unique_ptr<QObject> m_watch;      ///< the context of the pings; there while jobs are
-    std::unique_ptr<QObject> m_dismissal;  ///< the context of the call that dismisses the helper
+    int m_unanswered = 0;              ///< pings since the last pong
+    std::unique_ptr<QObject> m_watch;  ///< the context of the pings; there while jobs are
+    /// The reasons to keep the helper, each the context of the call that ends its time.
+    std::unique_ptr<QObject> m_keptBriefly;
+    std::unique_ptr<QObject> m_keptAfterText;
 };
 
 }  // namespace tralio
