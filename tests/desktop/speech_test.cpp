@@ -119,7 +119,6 @@ TEST_F(RealSpeech, a_text_ends_by_itself_and_a_long_one_at_once_when_it_is_stopp
     service.speak(u"một"_s, u"Tiếng Việt"_s);
     EXPECT_TRUE(service.isSpeaking());
     EXPECT_TRUE(fallsSilent(10)) << "not after the rest of the long text";
-    EXPECT_TRUE(log.messages().isEmpty()) << log.messages().join(u'\n').toStdString();
 }
 
 TEST_F(RealSpeech, a_daemon_or_an_engine_that_is_killed_ends_the_reading_and_the_next_text_is_read) {

@@ -82,8 +82,7 @@ TEST_P(Wayland, a_mark_in_a_terminal_counts_while_the_terminal_is_in_front_and_n
     startTerminal(u"Marked-in-the-terminal"_s);
     ASSERT_TRUE(waitUntil([&] {
         const QPoint corner = desktop.windowArea(desktop.focusedWindow()).topLeft();
-        desktop.click(corner + QPoint(40, 15));
-        desktop.click(corner + QPoint(40, 15));
+        desktop.drag(corner + QPoint(20, 15), corner + QPoint(200, 15));
         return !primary().isEmpty();
     }));
     const QString marked = primary();
