@@ -55,8 +55,10 @@ WaylandDesktop::WaylandDesktop(std::unique_ptr<WaylandConnection> wayland,
       m_xwayland(std::move(xwayland)),
       m_portal(Portal::ownConnection(),
                {QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)}, clock),
-      m_hotKeys(m_portal, {{1, u"translate-selection"_s, u"Dịch phần đang chọn"_s},
-                           {2, u"capture-screen"_s, u"Dịch một vùng màn hình"_s}}),
+      m_hotKeys(m_portal,
+                {{1, u"translate-selection"_s, u"Dịch phần đang chọn"_s},
+                 {2, u"capture-screen"_s, u"Dịch một vùng màn hình"_s}},
+                clock),
       m_permissions(m_switch, [this] { return canCapture(); }) {
     debugLog(u"Desktop: a Wayland session, X programs %1"_s.arg(m_xwayland ? u"by Xwayland"_s
                                                                            : u"have no server"_s));

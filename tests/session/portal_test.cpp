@@ -45,8 +45,10 @@ protected:
             bus.connect(),
             QStringList{QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)},
             clock);
-        hotKeys.emplace(*portal, std::vector<PortalHotKeys::Purpose>{{1, u"translate-selection"_s, u"Dịch"_s},
-                                                                     {2, u"capture-screen"_s, u"Chụp"_s}});
+        hotKeys.emplace(*portal,
+                        std::vector<PortalHotKeys::Purpose>{{1, u"translate-selection"_s, u"Dịch"_s},
+                                                            {2, u"capture-screen"_s, u"Chụp"_s}},
+                        clock);
         hotKeys->installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
     }
     [[nodiscard]] bool startProgram() {
@@ -249,7 +251,7 @@ TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
 }
 
-TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_every_session_is_left_alone) {
+TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_every_session_is_asked_rarely) {
     startPortal();
     QDBusConnection backend = bus.connect();
     const QString name = u"org.freedesktop.impl.portal.desktop.scripted"_s;
@@ -269,6 +271,29 @@ TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_eve
     ASSERT_TRUE(eventually([&] { return !backend.interface()->isServiceRegistered(name); }));
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
+    desktop->bound.clear();
+    clock.advance(1min);
+    ASSERT_TRUE(isBound());
+}
+
+TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_the_answer) {
+    startPortal([](ScriptedDesktopPortal& portal) { portal.silentMethods = {u"CreateSession"_s}; });
+    ASSERT_TRUE(startProgram());
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"CreateSession"_s) == 1; }));
+    hotKeys->registerHotKey(keyT, commandShift, text);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 1);
+    desktop->silentMethods.clear();
+    clock.advance(30s);
+    ASSERT_TRUE(isBound());
+    EXPECT_THAT(boundIds(),
+                ElementsAre(u"capture-screen.LOGO+SHIFT+s"_s, u"translate-selection.LOGO+SHIFT+t"_s));
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
+
+    // A key that is refused takes the one before it away.
+    EXPECT_EQ(hotKeys->registerHotKey(keyS, commandShift, text).status, hotKeyExists);
+    EXPECT_TRUE(isBound(1));
 }
 
 TEST_F(PortalTest, a_picture_of_the_desktops_is_moved_to_where_it_is_wanted) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/clock.h"
 #include "common/debug_log.h"
 #include "platform/linux/hot_key_rules.h"
 #include "platform/linux/portal/shortcut_trigger.h"
@@ -21,6 +22,9 @@ using namespace std::chrono_literals;
 constexpr auto answerLimit = 30s;
 /// For what the user may have to confirm.
 constexpr std::chrono::milliseconds noLimit = 0ms;
+
+constexpr std::chrono::milliseconds shortestPause = 1min;
+constexpr std::chrono::milliseconds longestPause = 1h;
 
 /// The same in every run: for want of an application id, KDE keeps shortcuts by it.
 const QString sessionToken = u"tralio"_s;
@@ -47,8 +51,8 @@ QString whatHappened(const PortalAnswer& answer) {
 
 }  // namespace
 
-PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes)
-    : m_portal(portal), m_purposes(std::move(purposes)) {
+PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes, Clock& clock)
+    : m_portal(portal), m_purposes(std::move(purposes)), m_clock(clock), m_pause(shortestPause) {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
     // Not at a path: some backends send it from the portal's, some from the session's.
@@ -56,7 +60,7 @@ PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes)
                            u"Activated"_s, this,
                            SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
     connect(&m_portal, &Portal::ready, this, [this] {
-        m_mayReopen = true;
+        trustDesktop();
         scheduleSession();
     });
     connect(&m_portal, &Portal::gone, this, [this] {
@@ -76,6 +80,9 @@ EventHandlerRef PortalHotKeys::installEventHandler(EventHandler handler) {
 }
 
 HotKeyPlatform::Registration PortalHotKeys::registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) {
+    // A hot key that waits for a portal has no reference by which it could have been given up.
+    if (std::erase_if(m_hotKeys, [&](const HotKey& other) { return other.id == id; }) > 0)
+        scheduleSession();
     const auto trigger = shortcutTrigger(keyCode, modifiers);
     const auto purpose = std::find_if(m_purposes.begin(), m_purposes.end(),
                                       [&](const Purpose& candidate) { return candidate.id == id.id; });
@@ -87,8 +94,6 @@ HotKeyPlatform::Registration PortalHotKeys::registerHotKey(quint32 keyCode, quin
     if (ours)
         return {hotKeyExists, std::nullopt};
 
-    // A hot key that waits for a portal has no reference by which it could have been given up.
-    std::erase_if(m_hotKeys, [&](const HotKey& other) { return other.id == id; });
     const HotKeyRef ref{++m_lastRef};
     // Desktops keep the key that they have for a name, whatever we wish for later: another key, another name.
     m_hotKeys.push_back({ref, id, purpose->name + u'.' + *trigger, *trigger, purpose->description});
@@ -117,21 +122,34 @@ void PortalHotKeys::scheduleSession() {
 
 void PortalHotKeys::createSession() {
     endSession();
-    if (m_hotKeys.empty() || m_portal.version(QLatin1String(interface)) == 0)
+    // Two sessions of one name at a time end each other; the answer that is awaited makes the next.
+    if (m_isCreating || m_hotKeys.empty() || m_portal.version(QLatin1String(interface)) == 0)
         return;
     // The portal's first drafts took the shortcuts here; KDE 5 still binds these and no others.
     const QVariantMap options{{u"session_handle_token"_s, sessionToken},
                               {u"shortcuts"_s, QVariant::fromValue(wantedShortcuts())}};
-    ask(u"CreateSession"_s, {}, options, answerLimit, [this](const PortalAnswer& answer) {
-        m_session = answer.results.value(u"session_handle"_s).toString();
-        if (answer.outcome != PortalOutcome::granted || m_session.isEmpty()) {
-            debugLog(u"PortalHotKeys: no session for hot keys: "_s + whatHappened(answer));
-            return;
-        }
-        m_portal.bus().connect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s, this,
-                               SLOT(sessionClosed(QDBusMessage)));
-        listShortcuts();
-    });
+    m_isCreating = true;
+    m_portal.request(QLatin1String(interface), u"CreateSession"_s, {}, options, answerLimit, this,
+                     [this, generation = m_generation](const PortalAnswer& answer) {
+                         m_isCreating = false;
+                         m_session = answer.results.value(u"session_handle"_s).toString();
+                         if (generation == m_generation)
+                             begin(answer);
+                         else
+                             scheduleSession();  // which ends this one
+                     });
+}
+
+void PortalHotKeys::begin(const PortalAnswer& created) {
+    if (created.outcome != PortalOutcome::granted || m_session.isEmpty()) {
+        debugLog(u"PortalHotKeys: no session for hot keys: "_s + whatHappened(created));
+        if (created.outcome != PortalOutcome::cancelled)
+            scheduleAfterPause();
+        return;
+    }
+    m_portal.bus().connect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s, this,
+                           SLOT(sessionClosed(QDBusMessage)));
+    listShortcuts();
 }
 
 QList<PortalShortcut> PortalHotKeys::wantedShortcuts() const {
@@ -225,16 +243,35 @@ void PortalHotKeys::sessionClosed(const QDBusMessage& closed) {
 }
 
 void PortalHotKeys::reopen() {
-    // Once until it has served a press: one that ends every session is not to be pestered.
+    // One that ends every session is not to be pestered.
     if (std::exchange(m_mayReopen, false))
         scheduleSession();
+    else
+        scheduleAfterPause();
+}
+
+void PortalHotKeys::trustDesktop() {
+    m_mayReopen = true;
+    m_pause = shortestPause;
+    m_pauseEnd.reset();
+}
+
+void PortalHotKeys::scheduleAfterPause() {
+    if (m_pauseEnd)
+        return;
+    m_pauseEnd = std::make_unique<QObject>();
+    m_clock.after(m_pause, m_pauseEnd.get(), [this] {
+        const auto over = std::exchange(m_pauseEnd, nullptr);
+        scheduleSession();
+    });
+    m_pause = std::min(2 * m_pause, longestPause);
 }
 
 void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong timestamp,
                               const QVariantMap& options) {
     if (session.path() != m_session)
         return;
-    m_mayReopen = true;
+    trustDesktop();
     // A restored session and a bound one may both tell of the same press.
     if (std::exchange(m_lastPress, {shortcut, timestamp}) == std::pair(shortcut, timestamp) && timestamp != 0)
         return;

@@ -3,6 +3,9 @@
 #include <QDBusObjectPath>
 #include <QObject>
 
+#include <chrono>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "hotkeys/hot_key_platform.h"
@@ -10,6 +13,8 @@
 #include "platform/linux/portal/portal_shortcut.h"
 
 namespace tralio {
+
+class Clock;
 
 /// Hot keys by the GlobalShortcuts portal, where the desktop's word counts: it may ask the user, choose
 /// another key, or refuse. A registration says only whether there is such a portal; what came of it is told
@@ -32,7 +37,7 @@ public:
         QString description;
     };
 
-    PortalHotKeys(Portal& portal, std::vector<Purpose> purposes);
+    PortalHotKeys(Portal& portal, std::vector<Purpose> purposes, Clock& clock);
     ~PortalHotKeys() override;
 
     EventHandlerRef installEventHandler(EventHandler handler) override;
@@ -55,9 +60,14 @@ private:
 
     /// Makes a new session in the next turn of the event loop: hot keys change together.
     void scheduleSession();
-    /// The same, after the desktop has ended the session.
+    /// The same, after the desktop has ended the session: at once, or, until it has served a press, later.
     void reopen();
+    /// The same after a pause, which doubles from a minute to an hour.
+    void scheduleAfterPause();
+    /// It works: the next trouble is the first.
+    void trustDesktop();
     void createSession();
+    void begin(const PortalAnswer& created);
     void listShortcuts();
     void bindShortcuts();
     void endSession();
@@ -72,12 +82,16 @@ private:
 
     Portal& m_portal;
     std::vector<Purpose> m_purposes;
+    Clock& m_clock;
     std::vector<EventHandler> m_handlers;
     std::vector<HotKey> m_hotKeys;
     quint64 m_lastRef = 0;
     quint64 m_generation = 0;  ///< of the session
     bool m_scheduled = false;
-    bool m_mayReopen = false;
+    bool m_isCreating = false;  ///< a session, for which there is no answer yet
+    bool m_mayReopen = false;   ///< at once
+    std::chrono::milliseconds m_pause;
+    std::unique_ptr<QObject> m_pauseEnd;  ///< the context of the call that ends the pause
     QString m_session;
     std::pair<QString, qulonglong> m_lastPress;
 };
