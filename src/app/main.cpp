@@ -59,8 +59,13 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     SessionService session;
-    if (session.claim() == SessionService::Claim::takenByAnother)
-        return session.openRunningInstance() ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (session.claim() == SessionService::Claim::takenByAnother) {
+        if (session.openRunningInstance())
+            return EXIT_SUCCESS;
+        // One that was about to end had the name still, and no ear any more.
+        if (session.claim() == SessionService::Claim::takenByAnother)
+            return EXIT_FAILURE;
+    }
 
     Services services(defaultStorePath());
     const AppSettings settingsOfShell(services.store, HotKeyService::shared());

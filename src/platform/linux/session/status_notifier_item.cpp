@@ -104,6 +104,10 @@ void StatusNotifierItem::lookForTray() {
         if (question != m_question)
             return;  // perhaps of a tray whose place another has taken
         const QDBusPendingReply<QDBusVariant> reply = *answer;
+        if (reply.error().type() == QDBusError::NoReply) {
+            lookForTray();  // a desktop that is busy, as at login, or one that ended meanwhile
+            return;
+        }
         setTray(reply.isValid() && reply.value().variant().toBool());
     });
 }
