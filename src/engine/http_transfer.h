@@ -36,8 +36,8 @@ public:
 
     struct Result {
         HttpResponse response;
-        QUrl
-            redirection;  ///< where the server points, which the library was told not to follow; may be empty
+        /// Where the server points, often relative; empty when it does not.
+        QUrl redirection;
     };
 
     HttpTransfer(QNetworkReply* reply, Terms terms, const std::stop_token& stop, QObject* parent);

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <linux/input-event-codes.h>
 
 #include "desktop/mutter_desktop.h"
 #include "desktop/program_run.h"
@@ -10,10 +11,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr quint32 leftControl = 29;  // evdev codes
-constexpr quint32 keyA = 30;
-constexpr quint32 escape = 1;
-
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;
 
@@ -24,8 +21,8 @@ protected:
         desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)});
         return waitUntil(
             [&] {
-                desktop.press({escape});  // closes the popover, which opened before the editor did
-                desktop.press({leftControl, keyA});
+                desktop.press({KEY_ESC});  // closes the popover, which opened before the editor did
+                desktop.press({KEY_LEFTCTRL, KEY_A});
                 return program.translateSelection() == text;
             },
             30);

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <gmock/gmock.h>
 #include <iterator>
+#include <linux/input-event-codes.h>
 
 #include "desktop/program_run.h"
 #include "desktop/sway_desktop.h"
@@ -14,10 +15,6 @@ namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-constexpr quint32 leftControl = 29;  // evdev codes
-constexpr quint32 keyA = 30;
-constexpr quint32 escape = 1;
 
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;
@@ -65,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(Sessions, Wayland,
 TEST_P(Wayland, what_is_selected_in_an_editor_is_translated_and_the_popover_shows_it) {
     startEditor(u"Ngôn ngữ trong trình soạn thảo"_s);
     ASSERT_TRUE(waitUntil([&] {
-        desktop.press({leftControl, keyA});
+        desktop.press({KEY_LEFTCTRL, KEY_A});
         return primary() == u"Ngôn ngữ trong trình soạn thảo";
     }));
     EXPECT_EQ(program.translateSelection(), u"Ngôn ngữ trong trình soạn thảo");
@@ -74,7 +71,7 @@ TEST_P(Wayland, what_is_selected_in_an_editor_is_translated_and_the_popover_show
     EXPECT_EQ(desktop.isOnXwayland(u"Tralio"_s), GetParam() == SwayDesktop::Xwayland::present);
     EXPECT_FALSE(hasLoadedGL(program.processId()));
 
-    desktop.press({escape});
+    desktop.press({KEY_ESC});
     EXPECT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
 }
 
@@ -87,7 +84,7 @@ TEST_P(Wayland, a_mark_in_a_terminal_counts_while_the_terminal_is_in_front_and_n
     }));
     const QString marked = primary();
     EXPECT_EQ(program.translateSelection(), marked);
-    desktop.press({escape});
+    desktop.press({KEY_ESC});
     ASSERT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
 
     startEditor(u"Nothing is selected here"_s);
@@ -107,11 +104,11 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
             return !desktop.isRunning(u"slurp"_s);
         }));
     };
-    capture([&] { desktop.press({escape}); });
+    capture([&] { desktop.press({KEY_ESC}); });
     ASSERT_TRUE(waitUntil([&] { return isPopoverShown(); }));
     EXPECT_TRUE(program.standIn().requests().isEmpty());
     ASSERT_TRUE(waitUntil([&] {
-        desktop.press({escape});
+        desktop.press({KEY_ESC});
         return !isPopoverShown();
     }));
 
@@ -122,7 +119,7 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
         capture([&] { desktop.drag(corner + QPoint(1, 1), corner + QPoint(600, 60)); });
         const bool arrived = waitUntil([&] { return program.standIn().requests().size() == 1; }, 10);
         if (!arrived)
-            desktop.press({escape});
+            desktop.press({KEY_ESC});
         return arrived;
     };
     ASSERT_TRUE(drawsTheText() || drawsTheText() || drawsTheText());
