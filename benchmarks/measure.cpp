@@ -30,10 +30,9 @@ double megabytes(qint64 pid) {
     QFile rollup(u"/proc/%1/smaps_rollup"_s.arg(pid));
     if (!rollup.open(QIODevice::ReadOnly))
         return 0;
-    for (const QByteArray& line : rollup.readAll().split('\n')) {
+    for (const QByteArray& line : rollup.readAll().split('\n'))
         if (line.startsWith("Pss:"))
             return line.mid(4).trimmed().split(' ').first().toDouble() / 1024;
-    }
     return 0;
 }
 
@@ -45,10 +44,9 @@ qint64 wakeUps(qint64 pid) {
         QFile status(tasks.filePath(task + u"/status"_s));
         if (!status.open(QIODevice::ReadOnly))
             continue;
-        for (const QByteArray& line : status.readAll().split('\n')) {
+        for (const QByteArray& line : status.readAll().split('\n'))
             if (line.startsWith("voluntary_ctxt_switches:"))
                 sum += line.mid(24).trimmed().toLongLong();
-        }
     }
     return sum;
 }
@@ -103,8 +101,8 @@ double startToTray(VirtualDesktop& desktop, Watcher& watcher, const QString& pro
     std::vector<double> times;
     for (int round = 0; round < rounds; ++round) {
         QProcess* process = nullptr;
-        times.push_back(watcher.untilWindowComes(XCB_REPARENT_NOTIFY,
-                                                 [&](X11Connection&) { process = &desktop.start(program); }));
+        times.push_back(watcher.untilWindowComes(
+            XCB_REPARENT_NOTIFY, [&](X11Connection&) { process = &desktop.start(program); }));
         process->terminate();
         process->waitForFinished();
     }
@@ -138,8 +136,8 @@ void measure() {
 
     const double bareWindow = watcher.untilWindowComes(
         XCB_REPARENT_NOTIFY, [&](X11Connection&) { kill(static_cast<pid_t>(bare.processId()), SIGUSR1); });
-    desktop.start(u"mousepad"_s,
-                  {u"--disable-server"_s, desktop.write(u"a.txt"_s, u"A sentence to translate."_s)});
+    desktop.start(
+        u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, u"A sentence to translate."_s)});
     std::vector<double> popover;
     std::vector<double> request;
     for (int round = 0; round <= rounds; ++round) {

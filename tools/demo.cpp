@@ -43,8 +43,9 @@ int show(const QString& screenshot) {
         out << "The editor did not come up.\n";
         return EXIT_FAILURE;
     }
-    desktop.run(u"xdotool"_s, {u"windowsize"_s, u"--sync"_s, editor, u"620"_s, u"300"_s, u"windowmove"_s,
-                               editor, u"60"_s, u"480"_s});
+    desktop.run(u"xdotool"_s,
+        {u"windowsize"_s, u"--sync"_s, editor, u"620"_s, u"300"_s, u"windowmove"_s, editor, u"60"_s,
+            u"480"_s});
     desktop.press(u"ctrl+a"_s);
 
     QElapsedTimer sinceThePress;

@@ -92,7 +92,7 @@ void AppDelegate::handleGlobalHotKey() {
         if (!self)
             return;
         debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
-                 (text ? excerpt(*text) : u"nil"_s) % u"'");
+            (text ? excerpt(*text) : u"nil"_s) % u"'");
         self->m_services.clock.after(0ms, self, [self = self.data(), text] {
             self->showPopover();
             if (!text || text->isEmpty()) {
@@ -168,8 +168,8 @@ void AppDelegate::checkAndAutoTranslateClipboard() {
 void AppDelegate::translateLater(const QString& text) {
     if (m_services.prepareToTranslate)
         m_services.clock.after(preparationDelay, this, m_services.prepareToTranslate);
-    m_services.clock.after(requestDelay, this,
-                           [this, text] { m_services.appState.requestTranslation(text); });
+    m_services.clock.after(
+        requestDelay, this, [this, text] { m_services.appState.requestTranslation(text); });
 }
 
 }  // namespace tralio

@@ -18,14 +18,8 @@ using namespace Qt::StringLiterals;
 class BareDesktop final : public Desktop {
 public:
     HotKeyService::Platform hotKeyPlatform(Clock& clock) override {
-        return {m_unavailable.hotKeys,
-                m_unavailable.workspace,
-                m_unavailable.accessibility,
-                m_unavailable.scripts,
-                m_pasteboard,
-                m_unavailable.keyEvents,
-                m_unavailable.permissions,
-                clock};
+        return {m_unavailable.hotKeys, m_unavailable.workspace, m_unavailable.accessibility,
+            m_unavailable.scripts, m_pasteboard, m_unavailable.keyEvents, m_unavailable.permissions, clock};
     }
     Popover::WindowSystem windowSystem() override { return {}; }
     CaptureTool& captureTool() override { return m_capture; }

@@ -31,18 +31,18 @@ void applyAppearance(const DesktopAppearance& desktop) {
 QWidget* makeContent(Services& services) {
     return new MainView(
         {services.store, HotKeyService::shared(), AIService::shared(), ScreenCaptureService::shared(),
-         OCRService::shared(), SpeechService::shared(), UpdateService::shared(), AppState::shared(),
-         services.platform.pasteboard, services.clock, &virtualKeyCode},
+            OCRService::shared(), SpeechService::shared(), UpdateService::shared(), AppState::shared(),
+            services.platform.pasteboard, services.clock, &virtualKeyCode},
         {.openURL = [&services](const QUrl& url) { services.platform.workspace.openURL(url); },
-         .quit = &QCoreApplication::quit});
+            .quit = &QCoreApplication::quit});
 }
 
 /// What other programs, and a second start of this one, ask for over the session bus.
 SessionService::Actions actionsOf(AppDelegate& delegate) {
     return {.open = [&delegate] { delegate.showPopover(); },
-            .translateSelection = [&delegate] { delegate.handleGlobalHotKey(); },
-            .captureScreen = [&delegate] { delegate.handleScreenOCRHotKey(); },
-            .translateText = [&delegate](const QString& text) { delegate.translateSelectedText(text); }};
+        .translateSelection = [&delegate] { delegate.handleGlobalHotKey(); },
+        .captureScreen = [&delegate] { delegate.handleScreenOCRHotKey(); },
+        .translateText = [&delegate](const QString& text) { delegate.translateSelectedText(text); }};
 }
 
 }  // namespace
@@ -72,15 +72,16 @@ int main(int argc, char** argv) {
 
     DesktopAppearance appearance;
     applyAppearance(appearance);
-    QObject::connect(&appearance, &DesktopAppearance::changed, &appearance,
-                     [&appearance] { applyAppearance(appearance); });
+    QObject::connect(
+        &appearance, &DesktopAppearance::changed, &appearance,
+        [&appearance] { applyAppearance(appearance); });
 
     Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());
     StatusItem statusItem;
     AppDelegate delegate(
         {AppState::shared(), settingsOfShell, HotKeyService::shared(), services.platform.pasteboard,
-         ScreenCaptureService::shared(), UpdateService::shared(), services.clock, popover, statusItem,
-         services.desktop->selectionOnceFocused(), [&services] { services.http.prepare(); }});
+            ScreenCaptureService::shared(), UpdateService::shared(), services.clock, popover, statusItem,
+            services.desktop->selectionOnceFocused(), [&services] { services.http.prepare(); }});
     delegate.applicationDidFinishLaunching();
     session.setActions(actionsOf(delegate));
     return QApplication::exec();

@@ -40,7 +40,7 @@ QScreen* screenFor(std::optional<QRect> anchor) {
 
 Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSystem)
     : QWidget(nullptr,
-              Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
+          Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
       m_makeContent(std::move(makeContent)),
       m_windowSystem(std::move(windowSystem)) {
     setWindowTitle(u"Tralio"_s);
@@ -48,8 +48,9 @@ Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSyste
     setAttribute(Qt::WA_QuitOnClose, false);
     m_focusWatch.setInterval(focusPoll);
     connect(&m_focusWatch, &QTimer::timeout, this, &Popover::watchFocus);
-    connect(&m_motion, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& presence) { setPresence(presence.toReal()); });
+    connect(
+        &m_motion, &QVariantAnimation::valueChanged, this,
+        [this](const QVariant& presence) { setPresence(presence.toReal()); });
     connect(&m_motion, &QVariantAnimation::finished, this, [this] { setVisible(m_shown); });
 }
 
@@ -182,7 +183,7 @@ void Popover::watchFocus() {
     } else if (pressed || justShown || inFront) {
         m_focusWatch.start();
     } else if (released &&
-               m_frame->contentArea().translated(pos() + m_frame->pos()).contains(QCursor::pos())) {
+        m_frame->contentArea().translated(pos() + m_frame->pos()).contains(QCursor::pos())) {
         bringToFront();
     } else if (isAwaited && !released) {
         askForFocus();

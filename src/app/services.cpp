@@ -29,10 +29,10 @@ UpdateService::Host Services::updateHost() {
     const InstallerRunner installers(
         InstallerRunner::installedHelpers(QCoreApplication::applicationDirPath()));
     return {.manifest = UpdateService::defaultManifest(),
-            .currentVersion = QCoreApplication::applicationVersion(),
-            .temporaryFolder = QDir::tempPath(),
-            .runInstaller = [installers](const QString& path) { installers.run(path); },
-            .terminate = &QCoreApplication::quit};
+        .currentVersion = QCoreApplication::applicationVersion(),
+        .temporaryFolder = QDir::tempPath(),
+        .runInstaller = [installers](const QString& path) { installers.run(path); },
+        .terminate = &QCoreApplication::quit};
 }
 
 AppState& AppState::shared() {

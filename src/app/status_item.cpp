@@ -39,8 +39,8 @@ std::optional<QRect> iconAround(const QPoint& pixel) {
 }  // namespace
 
 StatusItem::StatusItem() : m_icon(trayIcon()), m_item(u"Tralio"_s, m_icon) {
-    QObject::connect(&m_item, &StatusNotifierItem::trayChanged, &m_item,
-                     [this](bool present) { setOnBus(present); });
+    QObject::connect(
+        &m_item, &StatusNotifierItem::trayChanged, &m_item, [this](bool present) { setOnBus(present); });
     QObject::connect(&m_item, &StatusNotifierItem::activated, &m_item, [this](const QPoint& pixel) {
         m_clicked = iconAround(pixel);
         activate();
@@ -58,12 +58,12 @@ void StatusItem::setOnBus(bool onBus) {
     m_embedded = std::make_unique<QSystemTrayIcon>(m_icon);
     m_embedded->setToolTip(u"Tralio"_s);
     QObject::connect(m_embedded.get(), &QSystemTrayIcon::activated, m_embedded.get(),
-                     [this](QSystemTrayIcon::ActivationReason reason) {
-                         // The second of two quick clicks comes as a double click, and is a click all the
-                         // same.
-                         if (reason != QSystemTrayIcon::Unknown && reason != QSystemTrayIcon::MiddleClick)
-                             activate();
-                     });
+        [this](QSystemTrayIcon::ActivationReason reason) {
+            // The second of two quick clicks comes as a double click, and is a click all the
+            // same.
+            if (reason != QSystemTrayIcon::Unknown && reason != QSystemTrayIcon::MiddleClick)
+                activate();
+        });
     m_embedded->show();
 }
 

@@ -29,9 +29,8 @@ std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
 
 bool isDesktop(QStringView name) {
     const QStringList names = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
-    return std::any_of(names.begin(), names.end(), [name](const QString& candidate) {
-        return candidate.compare(name, Qt::CaseInsensitive) == 0;
-    });
+    return std::any_of(names.begin(), names.end(),
+        [name](const QString& candidate) { return candidate.compare(name, Qt::CaseInsensitive) == 0; });
 }
 
 /// The line that binds a key to a command, in this desktop's words.
@@ -49,19 +48,19 @@ QString howToBind(const QString& command) {
 
 }  // namespace
 
-WaylandDesktop::WaylandDesktop(std::unique_ptr<WaylandConnection> wayland,
-                               std::unique_ptr<X11Connection> xwayland, Clock& clock)
+WaylandDesktop::WaylandDesktop(
+    std::unique_ptr<WaylandConnection> wayland, std::unique_ptr<X11Connection> xwayland, Clock& clock)
     : m_wayland(std::move(wayland)),
       m_xwayland(std::move(xwayland)),
       m_portal(Portal::ownConnection(),
-               {QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)}, clock),
+          {QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)}, clock),
       m_hotKeys(m_portal,
-                {{1, u"translate-selection"_s, u"Dịch phần đang chọn"_s},
-                 {2, u"capture-screen"_s, u"Dịch một vùng màn hình"_s}},
-                clock),
+          {{1, u"translate-selection"_s, u"Dịch phần đang chọn"_s},
+              {2, u"capture-screen"_s, u"Dịch một vùng màn hình"_s}},
+          clock),
       m_permissions(m_switch, [this] { return canCapture(); }) {
-    debugLog(u"Desktop: a Wayland session, X programs %1"_s.arg(m_xwayland ? u"by Xwayland"_s
-                                                                           : u"have no server"_s));
+    debugLog(u"Desktop: a Wayland session, X programs %1"_s.arg(
+        m_xwayland ? u"by Xwayland"_s : u"have no server"_s));
     QObject::connect(m_wayland.get(), &WaylandConnection::lost, m_wayland.get(), [] {
         debugLog(
             u"Desktop: the compositor has ended the connection: no clipboard and no selections any more"_s);
@@ -75,8 +74,8 @@ WaylandDesktop::WaylandDesktop(std::unique_ptr<WaylandConnection> wayland,
     if (m_xwayland)
         m_activator = std::make_unique<X11WindowActivator>(*m_xwayland);
     debugLog(m_keyEvents.isGranted()
-                 ? u"Desktop: synthetic keys by a virtual keyboard, which this compositor gives"_s
-                 : u"Desktop: no synthetic keys, because this compositor lets no program type"_s);
+            ? u"Desktop: synthetic keys by a virtual keyboard, which this compositor gives"_s
+            : u"Desktop: no synthetic keys, because this compositor lets no program type"_s);
     QObject::connect(&m_portal, &Portal::ready, &m_portal, [this] { tellOfPortal(); });
 }
 
@@ -89,8 +88,7 @@ void WaylandDesktop::tellOfWindows() const {
     const quint32 layerShell = m_wayland->versionOf("zwlr_layer_shell_v1");
     debugLog(
         u"Desktop: the popover by Wayland, where the compositor puts it (layer-shell %1 is not used), "
-        u"because %2"_s.arg(
-            layerShell == 0 ? u"none"_s : QString::number(layerShell),
+        u"because %2"_s.arg(layerShell == 0 ? u"none"_s : QString::number(layerShell),
             m_xwayland ? u"X windows are not wanted or would be blurred"_s : u"there is no Xwayland"_s));
 }
 
@@ -108,10 +106,10 @@ void WaylandDesktop::chooseSelections() {
             },
             frontMark);
         QObject::connect(m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
-                         [followed = primary.get()](DataControl::Selection selection) {
-                             if (selection == DataControl::Selection::primary)
-                                 followed->noteChange();
-                         });
+            [followed = primary.get()](DataControl::Selection selection) {
+                if (selection == DataControl::Selection::primary)
+                    followed->noteChange();
+            });
         m_primary = std::move(primary);
     } else if (m_xwayland) {
         debugLog(
@@ -161,16 +159,15 @@ void WaylandDesktop::tellOfPortal() {
     if (shortcuts > 0)
         debugLog(u"Desktop: hot keys by the GlobalShortcuts portal"_s);
     else
-        debugLog(
-            u"Desktop: no hot keys, because this session has no GlobalShortcuts portal; "_s %
+        debugLog(u"Desktop: no hot keys, because this session has no GlobalShortcuts portal; "_s %
             howToBind(u"gdbus call --session --dest %1 --object-path %2 --method %1.TranslateSelection"_s.arg(
                 QLatin1String(SessionService::name), QLatin1String(SessionService::path))) %
             u" (and another key to .CaptureScreen)"_s);
 }
 
 HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
-    return {m_hotKeys,     m_workspace, *m_accessibility, *m_scripts,
-            *m_pasteboard, m_keyEvents, m_permissions,    clock};
+    return {m_hotKeys, m_workspace, *m_accessibility, *m_scripts, *m_pasteboard, m_keyEvents, m_permissions,
+        clock};
 }
 
 Popover::WindowSystem WaylandDesktop::windowSystem() {

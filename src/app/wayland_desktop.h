@@ -21,8 +21,8 @@ namespace tralio {
 class WaylandDesktop final : public Desktop {
 public:
     /// `xwayland` may be null.
-    WaylandDesktop(std::unique_ptr<WaylandConnection> wayland, std::unique_ptr<X11Connection> xwayland,
-                   Clock& clock);
+    WaylandDesktop(
+        std::unique_ptr<WaylandConnection> wayland, std::unique_ptr<X11Connection> xwayland, Clock& clock);
 
     HotKeyService::Platform hotKeyPlatform(Clock& clock) override;
     Popover::WindowSystem windowSystem() override;

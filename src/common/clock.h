@@ -22,8 +22,8 @@ public:
     virtual void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) = 0;
 
     /// Runs `action` every `interval`, for the first time one interval from now.
-    virtual void every(std::chrono::milliseconds interval, QObject* context,
-                       std::function<void()> action) = 0;
+    virtual void every(
+        std::chrono::milliseconds interval, QObject* context, std::function<void()> action) = 0;
 };
 
 /// The real time.

@@ -37,9 +37,8 @@ void debugLog(const QString& message) {
         return;
     struct stat status {};
     const bool ours = fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid();
-    if (ours && fchmod(file, S_IRUSR | S_IWUSR) == 0) {
-        [[maybe_unused]] const auto written = write(file, line.constData(), static_cast<size_t>(line.size()));
-    }
+    if (ours && fchmod(file, S_IRUSR | S_IWUSR) == 0) [[maybe_unused]]
+        const auto written = write(file, line.constData(), static_cast<size_t>(line.size()));
     close(file);
 }
 

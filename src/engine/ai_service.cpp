@@ -45,8 +45,7 @@ AIService::AIService(HttpClient& http) : m_http(http) {}
 // sent.
 
 QCoro::Task<QString> AIService::translate(QString text, QString sourceLang, QString targetLang,
-                                          TranslationTone tone, EndpointSettings settings,
-                                          std::stop_token stop) {
+    TranslationTone tone, EndpointSettings settings, std::stop_token stop) {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty())
         co_return QString();

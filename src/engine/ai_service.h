@@ -27,8 +27,7 @@ public:
     /// texts and go into the prompt as they are. Fails with an `AIError`; requesting `stop` cancels the
     /// request, which fails as a network error.
     [[nodiscard]] QCoro::Task<QString> translate(QString text, QString sourceLang, QString targetLang,
-                                                 TranslationTone tone, EndpointSettings settings,
-                                                 std::stop_token stop = {});
+        TranslationTone tone, EndpointSettings settings, std::stop_token stop = {});
 
     /// A sentence that tells of success. Fails with an `AIError`, or with another `LocalizedError` where the
     /// request could not be written or did not get through.

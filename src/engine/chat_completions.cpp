@@ -67,12 +67,12 @@ HttpRequest buildRequest(const QUrl& endpoint, const QString& apiKey) {
 }
 
 QString systemPrompt(const QString& customPrompt, const QString& sourceLang, const QString& targetLang,
-                     const TranslationTone& tone) {
+    const TranslationTone& tone) {
     return customPrompt + u"\n\nYêu cầu cụ thể cho bản dịch này:\n- Ngôn ngữ nguồn: "_s + sourceLang +
-           u"\n- Ngôn ngữ đích: "_s + targetLang + u"\n- Phong cách / Giọng điệu: "_s +
-           tone.promptInstruction() +
-           u"\n- Quy tắc vàng: Giữ nguyên định dạng đoạn văn, dấu câu, mã code (nếu có). Chỉ trả về kết quả "
-           u"dịch trực tiếp, không chào hỏi, không thêm bất kỳ ghi chú nào khác."_s;
+        u"\n- Ngôn ngữ đích: "_s + targetLang + u"\n- Phong cách / Giọng điệu: "_s +
+        tone.promptInstruction() +
+        u"\n- Quy tắc vàng: Giữ nguyên định dạng đoạn văn, dấu câu, mã code (nếu có). Chỉ trả về kết quả "
+        u"dịch trực tiếp, không chào hỏi, không thêm bất kỳ ghi chú nào khác."_s;
 }
 
 QByteArray translationBody(const QString& model, const QString& systemPrompt, const QString& text) {

@@ -24,11 +24,11 @@ namespace tralio::chat_completions {
 [[nodiscard]] HttpRequest buildRequest(const QUrl& endpoint, const QString& apiKey);
 
 [[nodiscard]] QString systemPrompt(const QString& customPrompt, const QString& sourceLang,
-                                   const QString& targetLang, const TranslationTone& tone);
+    const QString& targetLang, const TranslationTone& tone);
 
 /// The bodies of the two kinds of request. Throw a `LocalizedError` if a text in them is not valid Unicode.
-[[nodiscard]] QByteArray translationBody(const QString& model, const QString& systemPrompt,
-                                         const QString& text);
+[[nodiscard]] QByteArray translationBody(
+    const QString& model, const QString& systemPrompt, const QString& text);
 [[nodiscard]] QByteArray connectionTestBody(const QString& model);
 
 /// The text of a successful reply's first choice, without blanks around it; nothing if there is none.

@@ -44,21 +44,19 @@ public:
     /// when nothing moves in either direction for `idleTimeout`, when the reply outgrows `maximumBodySize`,
     /// and when `stop` is requested, which may happen on any thread.
     [[nodiscard]] virtual QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,
-                                                         std::chrono::milliseconds idleTimeout,
-                                                         std::stop_token stop) = 0;
+        std::chrono::milliseconds idleTimeout, std::stop_token stop) = 0;
 
     /// GETs one of the program's own addresses, and fails as `send` does. No secret goes along, so
     /// redirections are followed wherever they lead, but never from https to http.
-    [[nodiscard]] QCoro::Task<HttpResponse> get(HttpRequest request, std::chrono::milliseconds idleTimeout,
-                                                std::stop_token stop) {
+    [[nodiscard]] QCoro::Task<HttpResponse> get(
+        HttpRequest request, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
         return download(std::move(request), {}, idleTimeout, std::move(stop));
     }
 
     /// The same for a body of any size, which goes to `receive` as it comes; an empty `receive` collects it
     /// as `send` does. `receive` is not called once `stop` has been requested, and goes with the request.
     [[nodiscard]] virtual QCoro::Task<HttpResponse> download(HttpRequest request, Receive receive,
-                                                             std::chrono::milliseconds idleTimeout,
-                                                             std::stop_token stop) = 0;
+        std::chrono::milliseconds idleTimeout, std::stop_token stop) = 0;
 };
 
 }  // namespace tralio

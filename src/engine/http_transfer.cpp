@@ -107,7 +107,7 @@ bool HttpTransfer::brokeDown(std::optional<int> status) const {
     // The library turns an error status into an error of its own, and lays those above the ones of the
     // connection and of the proxy. A connection that broke within the body of an error page is still below.
     const bool saysTheStatus = error > QNetworkReply::UnknownProxyError ||
-                               (error == QNetworkReply::ProxyAuthenticationRequiredError && *status == 407);
+        (error == QNetworkReply::ProxyAuthenticationRequiredError && *status == 407);
     return *status < 400 || !saysTheStatus;
 }
 

@@ -53,8 +53,8 @@ bool isSameOrigin(const QUrl& one, const QUrl& other) {
 
 /// Nothing when a request that `from` redirects may go on to `target`. One to the user's address carries the
 /// key, which stays with its server.
-std::optional<QNetworkReply::NetworkError> whyNotToFollow(const QUrl& from, const QUrl& target,
-                                                          AddressOrigin origin) {
+std::optional<QNetworkReply::NetworkError> whyNotToFollow(
+    const QUrl& from, const QUrl& target, AddressOrigin origin) {
     if (origin == AddressOrigin::enteredByUser && !isSameOrigin(from, target))
         return QNetworkReply::InsecureRedirectError;
     if (target.scheme() == u"https"_s)
@@ -73,9 +73,7 @@ InProcessHttpClient::InProcessHttpClient(Clock& clock) : m_clock(clock) {}
 InProcessHttpClient::~InProcessHttpClient() = default;
 
 QCoro::Task<HttpTransfer::Result> InProcessHttpClient::transfer(Start start, AddressOrigin origin,
-                                                                Receive receive,
-                                                                std::chrono::milliseconds idleTimeout,
-                                                                std::stop_token stop) {
+    Receive receive, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
     if (stop.stop_requested())
         throw TransportError::cancelled();
 
@@ -85,8 +83,8 @@ QCoro::Task<HttpTransfer::Result> InProcessHttpClient::transfer(Start start, Add
         m_transfers = std::make_unique<QObject>();
     }
     const QPointer alive(m_transfers.get());
-    auto* transfer = new HttpTransfer(start(*m_network), {m_clock, idleTimeout, origin, std::move(receive)},
-                                      stop, m_transfers.get());
+    auto* transfer = new HttpTransfer(
+        start(*m_network), {m_clock, idleTimeout, origin, std::move(receive)}, stop, m_transfers.get());
     const QFuture<HttpTransfer::Result> future = transfer->future();
     const HttpTransfer::Result result = co_await future;
 
@@ -99,9 +97,7 @@ QCoro::Task<HttpTransfer::Result> InProcessHttpClient::transfer(Start start, Add
 // Redirections are not left to the library: it would take a key and a text along to wherever a server points,
 // Qt 6.4 now and then loses count of a body that it sends again, and forgets the size of the read buffer.
 QCoro::Task<HttpResponse> InProcessHttpClient::exchange(HttpRequest request, std::optional<QByteArray> body,
-                                                        AddressOrigin origin, Receive receive,
-                                                        std::chrono::milliseconds idleTimeout,
-                                                        std::stop_token stop) {
+    AddressOrigin origin, Receive receive, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
     const auto start = [&request, &body](QNetworkAccessManager& network) {
         const QNetworkRequest ours = toNetworkRequest(request);
         return body ? network.post(ours, *body) : network.get(ours);
@@ -121,18 +117,16 @@ QCoro::Task<HttpResponse> InProcessHttpClient::exchange(HttpRequest request, std
     throw networkError(QNetworkReply::TooManyRedirectsError, request.url, {}, origin);
 }
 
-QCoro::Task<HttpResponse> InProcessHttpClient::send(HttpRequest request, QByteArray body,
-                                                    std::chrono::milliseconds idleTimeout,
-                                                    std::stop_token stop) {
-    return exchange(std::move(request), std::move(body), AddressOrigin::enteredByUser, {}, idleTimeout,
-                    std::move(stop));
+QCoro::Task<HttpResponse> InProcessHttpClient::send(
+    HttpRequest request, QByteArray body, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
+    return exchange(
+        std::move(request), std::move(body), AddressOrigin::enteredByUser, {}, idleTimeout, std::move(stop));
 }
 
-QCoro::Task<HttpResponse> InProcessHttpClient::download(HttpRequest request, Receive receive,
-                                                        std::chrono::milliseconds idleTimeout,
-                                                        std::stop_token stop) {
+QCoro::Task<HttpResponse> InProcessHttpClient::download(
+    HttpRequest request, Receive receive, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
     return exchange(std::move(request), std::nullopt, AddressOrigin::programsOwn, std::move(receive),
-                    idleTimeout, std::move(stop));
+        idleTimeout, std::move(stop));
 }
 
 }  // namespace tralio

@@ -18,24 +18,18 @@ public:
     ~InProcessHttpClient() override;
 
     [[nodiscard]] QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,
-                                                 std::chrono::milliseconds idleTimeout,
-                                                 std::stop_token stop) override;
+        std::chrono::milliseconds idleTimeout, std::stop_token stop) override;
     [[nodiscard]] QCoro::Task<HttpResponse> download(HttpRequest request, Receive receive,
-                                                     std::chrono::milliseconds idleTimeout,
-                                                     std::stop_token stop) override;
+        std::chrono::milliseconds idleTimeout, std::stop_token stop) override;
 
 private:
     [[nodiscard]] QCoro::Task<HttpResponse> exchange(HttpRequest request, std::optional<QByteArray> body,
-                                                     AddressOrigin origin, Receive receive,
-                                                     std::chrono::milliseconds idleTimeout,
-                                                     std::stop_token stop);
+        AddressOrigin origin, Receive receive, std::chrono::milliseconds idleTimeout, std::stop_token stop);
 
     using Start = std::function<QNetworkReply*(QNetworkAccessManager&)>;
 
     [[nodiscard]] QCoro::Task<HttpTransfer::Result> transfer(Start start, AddressOrigin origin,
-                                                             Receive receive,
-                                                             std::chrono::milliseconds idleTimeout,
-                                                             std::stop_token stop);
+        Receive receive, std::chrono::milliseconds idleTimeout, std::stop_token stop);
 
     Clock& m_clock;
     std::unique_ptr<QNetworkAccessManager>

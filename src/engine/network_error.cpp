@@ -60,7 +60,7 @@ QString ownAddressDescription(QNetworkReply::NetworkError error, const QString& 
 }
 
 QString description(QNetworkReply::NetworkError error, const QUrl& url, const QList<QSslError>& sslErrors,
-                    AddressOrigin origin) {
+    AddressOrigin origin) {
     const QString server = serverName(url);
     if (origin == AddressOrigin::programsOwn) {
         if (QString own = ownAddressDescription(error, server); !own.isNull())
@@ -115,7 +115,7 @@ QString description(QNetworkReply::NetworkError error, const QUrl& url, const QL
 }  // namespace
 
 TransportError networkError(QNetworkReply::NetworkError error, const QUrl& url,
-                            const QList<QSslError>& sslErrors, AddressOrigin origin) {
+    const QList<QSslError>& sslErrors, AddressOrigin origin) {
     return TransportError(description(error, url, sslErrors, origin));
 }
 

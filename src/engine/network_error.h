@@ -16,7 +16,6 @@ enum class AddressOrigin {
 /// What the network library reported for a request to `url`. `sslErrors` are the objections to the server's
 /// certificate, if that was the reason.
 [[nodiscard]] TransportError networkError(QNetworkReply::NetworkError error, const QUrl& url,
-                                          const QList<QSslError>& sslErrors = {},
-                                          AddressOrigin origin = AddressOrigin::enteredByUser);
+    const QList<QSslError>& sslErrors = {}, AddressOrigin origin = AddressOrigin::enteredByUser);
 
 }  // namespace tralio

@@ -16,7 +16,7 @@ constexpr qsizetype maxItems = 50;
 /// Texts compare by what they say: one typed with combining marks equals one typed without.
 bool isSameText(const QString& one, const QString& other) {
     return one == other ||
-           one.normalized(QString::NormalizationForm_C) == other.normalized(QString::NormalizationForm_C);
+        one.normalized(QString::NormalizationForm_C) == other.normalized(QString::NormalizationForm_C);
 }
 
 }  // namespace
@@ -27,21 +27,21 @@ TranslationHistoryStore::TranslationHistoryStore(KeyValueStore& store, Now now)
 }
 
 void TranslationHistoryStore::add(const QString& sourceText, const QString& translatedText,
-                                  const QString& sourceLang, const QString& targetLang, const QString& tone) {
+    const QString& sourceLang, const QString& targetLang, const QString& tone) {
     const TranslationItem added{.id = QUuid::createUuid(),
-                                .sourceText = wellFormed(sourceText.trimmed()),
-                                .translatedText = wellFormed(translatedText.trimmed()),
-                                .sourceLang = wellFormed(sourceLang),
-                                .targetLang = wellFormed(targetLang),
-                                .tone = wellFormed(tone),
-                                .timestamp = timestampOf(m_now())};
+        .sourceText = wellFormed(sourceText.trimmed()),
+        .translatedText = wellFormed(translatedText.trimmed()),
+        .sourceLang = wellFormed(sourceLang),
+        .targetLang = wellFormed(targetLang),
+        .tone = wellFormed(tone),
+        .timestamp = timestampOf(m_now())};
     if (added.sourceText.isEmpty() || added.translatedText.isEmpty())
         return;
 
     QList<TranslationItem> items = m_items();
     items.removeIf([&added](const TranslationItem& item) {
         return isSameText(item.sourceLang, added.sourceLang) &&
-               isSameText(item.targetLang, added.targetLang) && isSameText(item.sourceText, added.sourceText);
+            isSameText(item.targetLang, added.targetLang) && isSameText(item.sourceText, added.sourceText);
     });
     items.prepend(added);
     if (items.size() > maxItems)
@@ -52,10 +52,9 @@ void TranslationHistoryStore::add(const QString& sourceText, const QString& tran
 
 void TranslationHistoryStore::remove(const QSet<qsizetype>& at) {
     QList<TranslationItem> kept;
-    for (qsizetype position = 0; position < m_items().size(); ++position) {
+    for (qsizetype position = 0; position < m_items().size(); ++position)
         if (!at.contains(position))
             kept.append(m_items()[position]);
-    }
     m_items = std::move(kept);
     save();
 }

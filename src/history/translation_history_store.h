@@ -32,7 +32,7 @@ public:
     /// Makes a translation the newest entry, in place of an earlier one of the same source text and
     /// languages. Both texts are trimmed; where nothing is left of one, nothing happens.
     void add(const QString& sourceText, const QString& translatedText, const QString& sourceLang,
-             const QString& targetLang, const QString& tone);
+        const QString& targetLang, const QString& tone);
     /// Positions that `items` does not have are passed over.
     void remove(const QSet<qsizetype>& at);
     void remove(const QUuid& id);

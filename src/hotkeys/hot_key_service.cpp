@@ -27,7 +27,7 @@ constexpr QStringView screenCaptureSettings =
 HotKeyService::HotKeyService(Platform platform) : m_platform(platform) {}
 
 void HotKeyService::registerGlobalHotKeys(quint32 textKeyCode, quint32 textModifiers, Action textAction,
-                                          quint32 ocrKeyCode, quint32 ocrModifiers, Action ocrAction) {
+    quint32 ocrKeyCode, quint32 ocrModifiers, Action ocrAction) {
     onTextTrigger = std::move(textAction);
     onOCRTrigger = std::move(ocrAction);
     m_eventHandler =
@@ -40,9 +40,9 @@ void HotKeyService::handlePress(std::optional<HotKeyID> id) {
     if (!id)
         return;
     // Looked up when it runs, not now: whoever replaces an action in between means the new one.
-    Action HotKeyService::*trigger = id->id == textHotKeyID.id  ? &HotKeyService::onTextTrigger
-                                     : id->id == ocrHotKeyID.id ? &HotKeyService::onOCRTrigger
-                                                                : nullptr;
+    Action HotKeyService::*trigger = id->id == textHotKeyID.id ? &HotKeyService::onTextTrigger
+        : id->id == ocrHotKeyID.id                             ? &HotKeyService::onOCRTrigger
+                                                               : nullptr;
     if (!trigger)
         return;
     m_platform.clock.after(std::chrono::milliseconds(0), this, [this, trigger] {
@@ -53,16 +53,16 @@ void HotKeyService::handlePress(std::optional<HotKeyID> id) {
 
 void HotKeyService::updateTextHotKey(quint32 keyCode, quint32 modifiers) {
     reRegister(m_textHotKeyRef, textHotKeyID, keyCode, modifiers,
-               {u"Lỗi đăng ký phím tắt Text (code: ", u"Đăng ký phím tắt Text thành công: code="});
+        {u"Lỗi đăng ký phím tắt Text (code: ", u"Đăng ký phím tắt Text thành công: code="});
 }
 
 void HotKeyService::updateOCRHotKey(quint32 keyCode, quint32 modifiers) {
     reRegister(m_ocrHotKeyRef, ocrHotKeyID, keyCode, modifiers,
-               {u"Lỗi đăng ký phím tắt OCR (code: ", u"Đăng ký phím tắt OCR thành công: code="});
+        {u"Lỗi đăng ký phím tắt OCR (code: ", u"Đăng ký phím tắt OCR thành công: code="});
 }
 
-void HotKeyService::reRegister(std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode, quint32 modifiers,
-                               RegistrationLog log) {
+void HotKeyService::reRegister(
+    std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode, quint32 modifiers, RegistrationLog log) {
     if (ref)
         m_platform.hotKeys.unregisterHotKey(*std::exchange(ref, std::nullopt));
 

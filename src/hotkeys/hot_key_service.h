@@ -50,7 +50,7 @@ public:
 
     /// Called once, at launch. The actions run from the event loop after the press has been dealt with.
     void registerGlobalHotKeys(quint32 textKeyCode, quint32 textModifiers, Action onTextTrigger,
-                               quint32 ocrKeyCode, quint32 ocrModifiers, Action onOCRTrigger);
+        quint32 ocrKeyCode, quint32 ocrModifiers, Action onOCRTrigger);
 
     /// Replaces a registration. The old one is gone even when the new one is refused, which only the log
     /// tells.
@@ -93,13 +93,13 @@ private:
     };
 
     void handlePress(std::optional<HotKeyID> id);
-    void reRegister(std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode, quint32 modifiers,
-                    RegistrationLog log);
+    void reRegister(
+        std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode, quint32 modifiers, RegistrationLog log);
 
     void executeKeystrokeCopy(qint32 pid, qint64 initialCount, const TextCompletion& completion);
     void pressCopyShortcut(qint32 pid);
-    void waitForPasteboardChange(qint64 initialCount, std::chrono::milliseconds maxWait,
-                                 TextCompletion completion);
+    void waitForPasteboardChange(
+        qint64 initialCount, std::chrono::milliseconds maxWait, TextCompletion completion);
 
     Platform m_platform;
     std::optional<HotKeyRef> m_textHotKeyRef;

@@ -12,7 +12,7 @@ std::optional<QString> titleOfCopyItem(AccessibleElement& item) {
     const auto character = item.commandCharacter();
     const QString title = item.title().value_or(QString()).toLower();
     const bool isCopy = (character && character->toUpper() == u"C") || title.startsWith(u"copy") ||
-                        title.startsWith(u"sao chép");
+        title.startsWith(u"sao chép");
     return isCopy ? std::optional(title) : std::nullopt;
 }
 

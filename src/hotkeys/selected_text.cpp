@@ -43,28 +43,27 @@ struct Browser {
 
 constexpr std::array browsers{
     Browser{u"safari",
-            u"tell application \"Safari\" to do JavaScript \"window.getSelection().toString()\" in front "
-            u"document"},
+        u"tell application \"Safari\" to do JavaScript \"window.getSelection().toString()\" in front "
+        u"document"},
     Browser{u"chrome",
-            u"tell application \"Google Chrome\" to execute front window's active tab javascript "
-            u"\"window.getSelection().toString()\""},
+        u"tell application \"Google Chrome\" to execute front window's active tab javascript "
+        u"\"window.getSelection().toString()\""},
     Browser{u"brave",
-            u"tell application \"Brave Browser\" to execute front window's active tab javascript "
-            u"\"window.getSelection().toString()\""},
+        u"tell application \"Brave Browser\" to execute front window's active tab javascript "
+        u"\"window.getSelection().toString()\""},
     Browser{u"edge",
-            u"tell application \"Microsoft Edge\" to execute front window's active tab javascript "
-            u"\"window.getSelection().toString()\""},
+        u"tell application \"Microsoft Edge\" to execute front window's active tab javascript "
+        u"\"window.getSelection().toString()\""},
     Browser{u"arc",
-            u"tell application \"Arc\" to execute front window's active tab javascript "
-            u"\"window.getSelection().toString()\""},
+        u"tell application \"Arc\" to execute front window's active tab javascript "
+        u"\"window.getSelection().toString()\""},
 };
 
 const Browser* browserFor(const QString& bundleId) {
     const QString lowered = bundleId.toLower();
-    for (const Browser& browser : browsers) {
+    for (const Browser& browser : browsers)
         if (lowered.contains(browser.marker))
             return &browser;
-    }
     return nullptr;
 }
 
@@ -96,7 +95,7 @@ void HotKeyService::fetchSelectedText(TextCompletion completion) {
     const qint32 pid = front->processId;
     const QString bundleId = front->bundleIdentifier.value_or(QString());
     debugLog(u"fetchSelectedText: frontApp='" % front->localizedName.value_or(QString()) % u"' (bundle: " %
-             bundleId % u", pid: " % QString::number(pid) % u")");
+        bundleId % u", pid: " % QString::number(pid) % u")");
 
     if (const auto text = getDirectAXSelectedText(pid)) {
         logSuccess(u"Layer 1 (Direct AX)", *text);
@@ -117,8 +116,7 @@ void HotKeyService::fetchSelectedText(TextCompletion completion) {
         return;
     }
     debugLog(u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
-    waitForPasteboardChange(
-        initialCount, menuCopyWait,
+    waitForPasteboardChange(initialCount, menuCopyWait,
         [this, pid, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
             if (!text || text->isEmpty()) {
                 executeKeystrokeCopy(pid, initialCount, completion);
@@ -162,15 +160,15 @@ void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, const 
             m_platform.keyEvents.post({keyCode, false, 0});
         clock.after(delayAfterModifierRelease, this, [=, this] {
             pressCopyShortcut(pid);
-            waitForPasteboardChange(initialCount, keystrokeCopyWait,
-                                    [completion](std::optional<QString> text) {
-                                        if (!text || text->isEmpty()) {
-                                            giveUp(completion);
-                                            return;
-                                        }
-                                        logSuccess(u"Layer 4", *text);
-                                        completion(std::move(text));
-                                    });
+            waitForPasteboardChange(
+                initialCount, keystrokeCopyWait, [completion](std::optional<QString> text) {
+                    if (!text || text->isEmpty()) {
+                        giveUp(completion);
+                        return;
+                    }
+                    logSuccess(u"Layer 4", *text);
+                    completion(std::move(text));
+                });
         });
     });
 }
@@ -185,12 +183,11 @@ void HotKeyService::pressCopyShortcut(qint32 pid) {
     m_platform.scripts.launch(scriptRunner.toString(), {u"-e"_s, keystrokeScript.toString()});
 }
 
-void HotKeyService::waitForPasteboardChange(qint64 initialCount, std::chrono::milliseconds maxWait,
-                                            TextCompletion completion) {
+void HotKeyService::waitForPasteboardChange(
+    qint64 initialCount, std::chrono::milliseconds maxWait, TextCompletion completion) {
     // The timer lives and dies with this object; the service owns it, so that no tick outlives the service.
     auto* wait = new QObject(this);
-    m_platform.clock.every(
-        pollInterval, wait,
+    m_platform.clock.every(pollInterval, wait,
         [this, wait, initialCount, maxWait, elapsed = 0ms, completion = std::move(completion)]() mutable {
             elapsed += pollInterval;
             const bool changed = m_platform.pasteboard.changeCount() != initialCount;

@@ -14,8 +14,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 /// Most wanted first. Recognisers differ in how they write Vietnamese.
-constexpr std::array<QStringView, 10> preferredLanguages{u"vi-VT", u"vi-VN", u"en-US", u"zh-Hans", u"ja-JP",
-                                                         u"ko-KR", u"fr-FR", u"de-DE", u"es-ES",   u"ru-RU"};
+constexpr std::array<QStringView, 10> preferredLanguages{
+    u"vi-VT", u"vi-VN", u"en-US", u"zh-Hans", u"ja-JP", u"ko-KR", u"fr-FR", u"de-DE", u"es-ES", u"ru-RU"};
 
 /// The preferred languages that the recogniser knows; none means that it uses its own default.
 QCoro::Task<std::optional<QStringList>> chooseLanguages(TextRecognizer& recognizer, std::stop_token stop) {
@@ -27,10 +27,9 @@ QCoro::Task<std::optional<QStringList>> chooseLanguages(TextRecognizer& recogniz
         co_return std::nullopt;
     }
     QStringList chosen;
-    for (const QStringView language : preferredLanguages) {
+    for (const QStringView language : preferredLanguages)
         if (supported.contains(language))
             chosen += language.toString();
-    }
     co_return chosen.isEmpty() ? std::nullopt : std::optional(chosen);
 }
 

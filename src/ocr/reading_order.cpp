@@ -24,10 +24,9 @@ bool readsBefore(const TextObservation& a, const TextObservation& b) {
 
 /// Straight insertion into [first, last), of which [first, unsorted) is in order already.
 void insertInto(Position first, Position unsorted, Position last) {
-    for (; unsorted != last; ++unsorted) {
+    for (; unsorted != last; ++unsorted)
         for (Position place = unsorted; place != first && readsBefore(*place, *std::prev(place)); --place)
             std::iter_swap(place, std::prev(place));
-    }
 }
 
 /// Between 32 and 64, so that the number of runs is a power of two or just below.
@@ -102,7 +101,7 @@ private:
             return 0;
         const size_t top = count() - 1;
         const bool isUnbalanced = (top >= 3 && length(top - 3) <= length(top - 2) + length(top - 1)) ||
-                                  (top >= 2 && length(top - 2) <= length(top - 1) + length(top));
+            (top >= 2 && length(top - 2) <= length(top - 1) + length(top));
         if (isUnbalanced)
             return length(top - 2) < length(top) ? top - 1 : top;
         return length(top - 1) <= length(top) ? top : 0;

@@ -48,9 +48,8 @@ public:
 
     /// The lines in an order of the recogniser's own, which may be none. Fails with `OCRError::invalidImage`
     /// for a file that is not an image, with another `LocalizedError` for all else, also when stopped.
-    [[nodiscard]] virtual QCoro::Task<std::vector<TextObservation>> recognize(ImageSource image,
-                                                                              RecognitionRequest request,
-                                                                              std::stop_token stop) = 0;
+    [[nodiscard]] virtual QCoro::Task<std::vector<TextObservation>> recognize(
+        ImageSource image, RecognitionRequest request, std::stop_token stop) = 0;
 };
 
 }  // namespace tralio

@@ -68,7 +68,7 @@ void AppSettings::loadText(Persisted<QString>& property) {
 }
 
 void AppSettings::loadHotKey(Persisted<quint32>& keyCode, Persisted<quint32>& modifiers,
-                             Persisted<QString>& display, QStringView legacyDisplay) {
+    Persisted<QString>& display, QStringView legacyDisplay) {
     // The display tells whether a hot key was stored at all; codes without one are not looked at.
     const auto storedDisplay = m_store.text(display.key());
     if (!storedDisplay || *storedDisplay == legacyDisplay)
@@ -119,10 +119,10 @@ void AppSettings::updateCustomOCRHotKey(quint32 keyCode, quint32 modifiers, cons
 
 EndpointSettings AppSettings::endpointSettings() const {
     return {.baseURL = baseURL(),
-            .selectedPresetId = selectedPresetId(),
-            .apiKey = apiKey(),
-            .model = model(),
-            .customPrompt = customPrompt()};
+        .selectedPresetId = selectedPresetId(),
+        .apiKey = apiKey(),
+        .model = model(),
+        .customPrompt = customPrompt()};
 }
 
 }  // namespace tralio

@@ -76,7 +76,7 @@ private:
     void load();
     void loadText(Persisted<QString>& property);
     void loadHotKey(Persisted<quint32>& keyCode, Persisted<quint32>& modifiers, Persisted<QString>& display,
-                    QStringView legacyDisplay);
+        QStringView legacyDisplay);
 };
 
 }  // namespace tralio

@@ -15,8 +15,8 @@ using namespace Qt::StringLiterals;
 constexpr int primaryCodeMask = 0xff;
 
 /// The words in the column `type`, in the order of the alternatives of `StoredValue`.
-constexpr std::array<QByteArrayView, std::variant_size_v<StoredValue>> typeNames = {"text", "boolean",
-                                                                                    "integer", "binary"};
+constexpr std::array<QByteArrayView, std::variant_size_v<StoredValue>> typeNames = {
+    "text", "boolean", "integer", "binary"};
 
 /// Unlike QString::fromUtf8, which takes a byte order mark away even if it was part of the text.
 QString textOf(const QByteArray& utf8) {
@@ -42,12 +42,13 @@ public:
 
     // What is bound must live as long as this object.
     void bindText(int index, QByteArrayView utf8) {
-        throwUnless(SQLITE_OK, sqlite3_bind_text64(m_statement, index, utf8.data(), quint64(utf8.size()),
-                                                   SQLITE_STATIC, SQLITE_UTF8));
+        throwUnless(SQLITE_OK,
+            sqlite3_bind_text64(
+                m_statement, index, utf8.data(), quint64(utf8.size()), SQLITE_STATIC, SQLITE_UTF8));
     }
     void bindBinary(int index, const QByteArray& bytes) {
-        throwUnless(SQLITE_OK, sqlite3_bind_blob64(m_statement, index, bytes.constData(),
-                                                   quint64(bytes.size()), SQLITE_STATIC));
+        throwUnless(SQLITE_OK,
+            sqlite3_bind_blob64(m_statement, index, bytes.constData(), quint64(bytes.size()), SQLITE_STATIC));
     }
     void bindInteger(int index, qint64 number) {
         throwUnless(SQLITE_OK, sqlite3_bind_int64(m_statement, index, number));
@@ -101,8 +102,8 @@ void SqliteDatabase::Closer::operator()(sqlite3_stmt* statement) const {
     sqlite3_finalize(statement);
 }
 
-std::unique_ptr<SqliteDatabase> SqliteDatabase::open(const QString& path,
-                                                     std::chrono::milliseconds patience) {
+std::unique_ptr<SqliteDatabase> SqliteDatabase::open(
+    const QString& path, std::chrono::milliseconds patience) {
     const auto construct = [&](const QByteArray& name, int flags) {
         return std::unique_ptr<SqliteDatabase>(new SqliteDatabase(name, flags, patience));
     };
@@ -115,7 +116,7 @@ std::unique_ptr<SqliteDatabase> SqliteDatabase::open(const QString& path,
         // one that nobody changes; but what is wrong with it then is no proof of damage.
         try {
             return construct(QUrl::fromLocalFile(path).toEncoded() + "?immutable=1",
-                             SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+                SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
         } catch (const SqliteError&) {
         }
         throw;
@@ -124,8 +125,8 @@ std::unique_ptr<SqliteDatabase> SqliteDatabase::open(const QString& path,
 
 SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::milliseconds patience) {
     sqlite3* handle = nullptr;
-    const int code = sqlite3_open_v2(name.constData(), &handle,
-                                     flags | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int code = sqlite3_open_v2(
+        name.constData(), &handle, flags | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX, nullptr);
     m_handle.reset(handle);
     check(code);
     setPatience(patience);

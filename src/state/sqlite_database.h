@@ -36,8 +36,8 @@ class SqliteDatabase final {
 public:
     /// Opens the file, creating the table in an empty one; throws an error that `isDamage()` when the file
     /// does not pass SQLite's quick check. A file that cannot be written is opened for reading.
-    [[nodiscard]] static std::unique_ptr<SqliteDatabase> open(const QString& path,
-                                                              std::chrono::milliseconds patience);
+    [[nodiscard]] static std::unique_ptr<SqliteDatabase> open(
+        const QString& path, std::chrono::milliseconds patience);
     SqliteDatabase(const SqliteDatabase&) = delete;
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 

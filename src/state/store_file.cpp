@@ -47,10 +47,12 @@ void createFile(const QString& path) {
 }
 
 bool isTaken(const QString& path) {
-    return std::any_of(suffixes.begin(), suffixes.end(), [&](const QString& suffix) {
-        const QFileInfo file(path + suffix);
-        return file.exists() || file.isSymLink();
-    });
+    return std::any_of(
+        suffixes.begin(), suffixes.end(),
+        [&](const QString& suffix) {
+            const QFileInfo file(path + suffix);
+            return file.exists() || file.isSymLink();
+        });
 }
 
 }  // namespace

@@ -40,15 +40,14 @@ AppUpdateInfo AppUpdateInfo::fromJson(const QByteArray& json) {
         throw LocalizedError(u"Bản kê phiên bản của máy chủ không phải là một đối tượng JSON hợp lệ."_s);
     const QJsonObject manifest = document.object();
     return {.version = requiredText(manifest, versionKey),
-            .releaseNotes = requiredText(manifest, releaseNotesKey),
-            .downloadUrl = requiredText(manifest, downloadUrlKey),
-            .pubDate = optionalText(manifest, pubDateKey)};
+        .releaseNotes = requiredText(manifest, releaseNotesKey),
+        .downloadUrl = requiredText(manifest, downloadUrlKey),
+        .pubDate = optionalText(manifest, pubDateKey)};
 }
 
 QByteArray AppUpdateInfo::toJson() const {
-    QJsonObject manifest{{versionKey.toString(), version},
-                         {releaseNotesKey.toString(), releaseNotes},
-                         {downloadUrlKey.toString(), downloadUrl}};
+    QJsonObject manifest{{versionKey.toString(), version}, {releaseNotesKey.toString(), releaseNotes},
+        {downloadUrlKey.toString(), downloadUrl}};
     if (pubDate)
         manifest.insert(pubDateKey, *pubDate);
     return QJsonDocument(manifest).toJson(QJsonDocument::Compact);

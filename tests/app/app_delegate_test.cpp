@@ -61,8 +61,7 @@ protected:
 
     std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host) {
         return std::make_unique<AppDelegate>(AppDelegate::Services{appState, settings, hotKeys,
-                                                                   desktop.pasteboard, captures, updates,
-                                                                   desktop.clock, host, statusItem});
+            desktop.pasteboard, captures, updates, desktop.clock, host, statusItem});
     }
 
     DebugLogFile log;
@@ -78,8 +77,9 @@ TEST_F(Shell, launching_registers_the_hot_keys_and_looks_for_a_new_version_in_si
     settings.ocrHotKeyModifiers = 4096;
     launch();
     EXPECT_EQ(AppDelegate::shared(), delegate.get());
-    EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(FakeHotKeyPlatform::Request{17, 2048, textKey},
-                                                             FakeHotKeyPlatform::Request{49, 4096, ocrKey}));
+    EXPECT_THAT(desktop.hotKeys.registrations(),
+        ElementsAre(
+            FakeHotKeyPlatform::Request{17, 2048, textKey}, FakeHotKeyPlatform::Request{49, 4096, ocrKey}));
     desktop.clock.advance(1999ms);
     EXPECT_FALSE(updates.isChecking());
     desktop.clock.advance(1ms);
@@ -115,7 +115,7 @@ TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty
     delegate->handleGlobalHotKey();
     EXPECT_THAT(log.messages(), Contains(u"handleGlobalHotKey: triggered"_s));
     EXPECT_EQ(log.messages().last(),
-              u"handleGlobalHotKey: fetchSelectedText finished with text='một hai ba bốn năm sáu bảy tám'"_s);
+        u"handleGlobalHotKey: fetchSelectedText finished with text='một hai ba bốn năm sáu bảy tám'"_s);
     EXPECT_FALSE(popover.shown) << "shown in the turn of the fetch";
     desktop.clock.advance(0ms);
     EXPECT_TRUE(popover.shown);

@@ -16,9 +16,12 @@ TEST(SystemClockTest, a_call_comes_on_a_later_turn_unless_its_context_is_deleted
     int taken = 0;
     int ticks = 0;
     int zeroDelays = 0;
-    clock.after(1ms, context.get(), [&] { ++taken; });
-    clock.every(1ms, context.get(), [&] { ++taken; });
-    clock.every(1ms, &witness, [&] { ++ticks; });
+    clock.after(
+        1ms, context.get(), [&] { ++taken; });
+    clock.every(
+        1ms, context.get(), [&] { ++taken; });
+    clock.every(
+        1ms, &witness, [&] { ++ticks; });
     clock.after(0ms, &witness, [&] { ++zeroDelays; });
     EXPECT_EQ(zeroDelays, 0);
     context.reset();

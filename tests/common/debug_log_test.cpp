@@ -21,7 +21,7 @@ TEST(DebugLogTest, a_line_is_the_time_in_utc_and_the_message) {
     const auto before = QDateTime::currentDateTimeUtc().addMSecs(-1000);
     debugLog(u"requested with text 'Tiếng Việt %1 😀'"_s);
     const QRegularExpression form(u"^\\[(\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d) \\+0000\\] (.*)\n$"_s,
-                                  QRegularExpression::DotMatchesEverythingOption);
+        QRegularExpression::DotMatchesEverythingOption);
     const auto match = form.match(QString::fromUtf8(log.content()));
     ASSERT_TRUE(match.hasMatch()) << log.content().constData();
     auto time = QDateTime::fromString(match.captured(1), u"yyyy-MM-dd hh:mm:ss"_s);

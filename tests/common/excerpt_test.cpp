@@ -34,8 +34,8 @@ TEST(ExcerptTest, what_a_user_perceives_as_one_character_counts_as_one) {
 
 TEST(ExcerptTest, the_length_of_the_text_or_of_a_character_does_not_matter) {
     EXPECT_EQ(excerpt(u"ệ"_s.repeated(10'000'000)), u"ệ"_s.repeated(30));
-    EXPECT_EQ(excerpt(u"👨‍👩‍👧‍👦"_s.repeated(31)),
-              u"👨‍👩‍👧‍👦"_s.repeated(30));
+    EXPECT_EQ(
+        excerpt(u"👨‍👩‍👧‍👦"_s.repeated(31)), u"👨‍👩‍👧‍👦"_s.repeated(30));
     const QString stacked = u"a"_s + QString(5000, QChar(0x0301));
     EXPECT_EQ(excerpt(stacked + u"b"_s.repeated(100)), stacked + u"b"_s.repeated(29));
 }

@@ -19,7 +19,7 @@ TEST(ObservableTest, observers_are_told_once_per_assignment_and_before_it) {
     Counter counter;
     QStringList seen;
     QObject::connect(&counter, &ObservableObject::objectWillChange, &counter,
-                     [&] { seen += u"%1 %2"_s.arg(counter.name()).arg(counter.number()); });
+        [&] { seen += u"%1 %2"_s.arg(counter.name()).arg(counter.number()); });
     counter.name = u"two"_s;
     counter.number = 2;
     counter.number = 2;  // equal, and announced all the same

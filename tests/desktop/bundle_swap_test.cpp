@@ -105,13 +105,13 @@ protected:
             << contentOf(log).constData();
         EXPECT_EQ(installedVersion(machine), u"1.0.10"_s);
         EXPECT_EQ(machine.run(u"ls /Applications /Applications/Tralio.app/Contents"_s).simplified(),
-                  u"/Applications: Tralio.app /Applications/Tralio.app/Contents: Helpers Info.plist MacOS"_s);
+            u"/Applications: Tralio.app /Applications/Tralio.app/Contents: Helpers Info.plist MacOS"_s);
         EXPECT_EQ(machine.runningPrograms().count(installedProgram), 1);
         // The script goes on to throw away what it unpacked.
         EXPECT_TRUE(waitUntil([this] {
             const QDir temporary(folder.filePath(u"tmp"_s));
             return temporary.entryList(QDir::AllEntries | QDir::NoDotAndDotDot) ==
-                   QStringList{u"tralio_updater.sh"_s};
+                QStringList{u"tralio_updater.sh"_s};
         }));
     }
 

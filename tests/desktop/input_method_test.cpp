@@ -18,8 +18,8 @@ public:
         QDir(desktop.home()).mkpath(u".config/fcitx5/conf"_s);
         desktop.write(u".config/fcitx5/config"_s, u"[Behavior]\nActiveByDefault=True\n"_s);
         desktop.write(u".config/fcitx5/profile"_s,
-                      u"[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=unikey\n"
-                      "[Groups/0/Items/0]\nName=unikey\n[GroupOrder]\n0=Default\n"_s);
+            u"[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=unikey\n"
+            "[Groups/0/Items/0]\nName=unikey\n[GroupOrder]\n0=Default\n"_s);
         desktop.write(u".config/fcitx5/conf/unikey.conf"_s, u"InputMethod=Telex\n"_s);
         desktop.start(u"fcitx5"_s, {u"--disable=notificationitem"_s});
         desktop.setVariable(u"QT_IM_MODULE"_s, u"fcitx"_s);
@@ -43,7 +43,7 @@ protected:
         ++m_translations;
         const auto& requests = m_program.standIn().requests();
         const bool asked = waitUntil([&] { return requests.size() >= m_translations; }, 5) &&
-                           requests.size() == m_translations && requests.last().userText() == text;
+            requests.size() == m_translations && requests.last().userText() == text;
         const bool shown =
             waitUntil([&] { return m_program.shownTranslation() == QString::number(m_translations); });
         m_program.standIn().translatesTo(QString::number(m_translations + 1));
@@ -76,8 +76,8 @@ TEST_F(InputMethod, what_a_composition_shows_is_translated_and_a_return_that_con
     m_session.desktop.type(u"tieesng"_s);
     EXPECT_TRUE(waitUntil([&] { return m_program.shows(u"5 ký tự"_s); })) << "counted while it is composed";
     const QPoint button = m_program.popoverArea().topLeft() + QPoint(263, 276);
-    m_session.desktop.run(u"xdotool"_s, {u"mousemove"_s, QString::number(button.x()),
-                                         QString::number(button.y()), u"click"_s, u"1"_s});
+    m_session.desktop.run(u"xdotool"_s,
+        {u"mousemove"_s, QString::number(button.x()), QString::number(button.y()), u"click"_s, u"1"_s});
     EXPECT_TRUE(translates(u"tiếng"_s)) << "the word was still being composed";
 }
 

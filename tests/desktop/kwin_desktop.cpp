@@ -13,8 +13,7 @@ using namespace Qt::StringLiterals;
 const QString socket = u"wayland-tralio"_s;
 
 /// Started from no desktop file, the program goes by the token of its session with the portal.
-const QStringList ourShortcuts{
-    u"call"_s,          u"--session"_s,         u"--dest"_s,  u"org.kde.kglobalaccel"_s,
+const QStringList ourShortcuts{u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.kglobalaccel"_s,
     u"--object-path"_s, u"/component/tralio"_s, u"--method"_s};
 
 }  // namespace
@@ -22,7 +21,7 @@ const QStringList ourShortcuts{
 KwinDesktop::KwinDesktop() {
     setVariable(u"XDG_CURRENT_DESKTOP"_s, u"KDE"_s);
     startBus({u"org.freedesktop.portal.Desktop"_s, u"org.freedesktop.impl.portal.PermissionStore"_s,
-              u"org.freedesktop.impl.portal.desktop.kde"_s});
+        u"org.freedesktop.impl.portal.desktop.kde"_s});
     startCompositor();
     setVariable(u"WAYLAND_DISPLAY"_s, socket);
     // For what the bus starts, whose own environment is older than the compositor.
@@ -34,15 +33,17 @@ void KwinDesktop::startCompositor() {
     // The installed file has a capability, which an ordinary user's sandbox refuses; a copy has none.
     const QString ours = home() + u"/kwin_wayland"_s;
     QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), ours);
-    start(ours, {u"--virtual"_s, u"--width"_s, u"1280"_s, u"--height"_s, u"1024"_s, u"--socket"_s, socket,
-                 u"--no-lockscreen"_s});
+    start(ours,
+        {u"--virtual"_s, u"--width"_s, u"1280"_s, u"--height"_s, u"1024"_s, u"--socket"_s, socket,
+            u"--no-lockscreen"_s});
     const QString path = environment().value(u"XDG_RUNTIME_DIR"_s) + u'/' + socket;
     const bool runs = waitUntil(
         [&] {
             return QFile::exists(path) &&
-                   run(u"gdbus"_s, {u"introspect"_s, u"--session"_s, u"--dest"_s, u"org.kde.kglobalaccel"_s,
-                                    u"--object-path"_s, u"/kglobalaccel"_s})
-                       .contains(u"org.kde.KGlobalAccel");
+                run(u"gdbus"_s,
+                    {u"introspect"_s, u"--session"_s, u"--dest"_s, u"org.kde.kglobalaccel"_s,
+                        u"--object-path"_s, u"/kglobalaccel"_s})
+                    .contains(u"org.kde.KGlobalAccel");
         },
         30);
     if (!runs)
@@ -54,16 +55,18 @@ QString KwinDesktop::shortcuts() const {
 }
 
 void KwinDesktop::pressTextHotKey() const {
-    run(u"gdbus"_s, ourShortcuts + QStringList{u"org.kde.kglobalaccel.Component.invokeShortcut"_s,
-                                               u"translate-selection.LOGO+SHIFT+d"_s});
+    run(u"gdbus"_s,
+        ourShortcuts +
+            QStringList{
+                u"org.kde.kglobalaccel.Component.invokeShortcut"_s, u"translate-selection.LOGO+SHIFT+d"_s});
 }
 
 void KwinDesktop::endPortalBackend() const {
     // "(uint32 1234,)"
-    const QString process = run(
-        u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.freedesktop.DBus"_s, u"--object-path"_s,
-                     u"/"_s, u"--method"_s, u"org.freedesktop.DBus.GetConnectionUnixProcessID"_s,
-                     u"org.freedesktop.impl.portal.desktop.kde"_s});
+    const QString process = run(u"gdbus"_s,
+        {u"call"_s, u"--session"_s, u"--dest"_s, u"org.freedesktop.DBus"_s, u"--object-path"_s, u"/"_s,
+            u"--method"_s, u"org.freedesktop.DBus.GetConnectionUnixProcessID"_s,
+            u"org.freedesktop.impl.portal.desktop.kde"_s});
     run(u"kill"_s, {process.section(u' ', 1).chopped(2)});
 }
 
@@ -79,9 +82,9 @@ void KwinDesktop::bringToFront(const QString& title) const {
 
 QString KwinDesktop::askForWindows(const QString& method, const QStringList& arguments) const {
     return run(u"gdbus"_s,
-               QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.KWin"_s, u"--object-path"_s,
-                           u"/WindowsRunner"_s, u"--method"_s, u"org.kde.krunner1."_s + method} +
-                   arguments);
+        QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.KWin"_s, u"--object-path"_s,
+            u"/WindowsRunner"_s, u"--method"_s, u"org.kde.krunner1."_s + method} +
+            arguments);
 }
 
 }  // namespace tralio

@@ -19,17 +19,18 @@ const OrdinaryProcess ordinaryProcess;
 AtspiReference findText(const AtspiReference& object, const AtspiQuestion& question) {
     if (roleOf(object, question) == AtspiRole::text)
         return object;
-    for (const AtspiReference& child : childrenOf(object, question)) {
+    for (const AtspiReference& child : childrenOf(object, question))
         if (const AtspiReference found = findText(child, question); !found.isNull())
             return found;
-    }
     return {};
 }
 
 bool hasActiveWindow(const AtspiReference& application, const AtspiQuestion& question) {
-    return std::ranges::any_of(childrenOf(application, question), [&](const AtspiReference& window) {
-        return statesOf(window, question).contains(AtspiState::active);
-    });
+    return std::ranges::any_of(
+        childrenOf(application, question),
+        [&](const AtspiReference& window) {
+            return statesOf(window, question).contains(AtspiState::active);
+        });
 }
 
 class Kwin : public testing::Test {
@@ -72,7 +73,7 @@ TEST_F(Kwin, gives_the_hot_keys_by_its_portal_also_after_a_crash_there_and_a_pre
         [&] {
             const QString shortcuts = desktop.shortcuts();
             return shortcuts.contains(u"translate-selection.LOGO+SHIFT+d") &&
-                   shortcuts.contains(u"capture-screen.LOGO+SHIFT+s");
+                shortcuts.contains(u"capture-screen.LOGO+SHIFT+s");
         },
         30));
     desktop.endPortalBackend();

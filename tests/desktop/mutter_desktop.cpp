@@ -27,8 +27,9 @@ MutterDesktop::MutterDesktop() {
 }
 
 void MutterDesktop::startCompositor() {
-    start(u"mutter"_s, {u"--headless"_s, u"--wayland"_s, u"--no-x11"_s, u"--virtual-monitor"_s,
-                        u"1280x1024"_s, u"--wayland-display"_s, socket});
+    start(u"mutter"_s,
+        {u"--headless"_s, u"--wayland"_s, u"--no-x11"_s, u"--virtual-monitor"_s, u"1280x1024"_s,
+            u"--wayland-display"_s, socket});
     const QString path = environment().value(u"XDG_RUNTIME_DIR"_s) + u'/' + socket;
     if (!waitUntil([&] { return QFile::exists(path); }))
         throw std::runtime_error("mutter does not start");
@@ -56,8 +57,9 @@ void MutterDesktop::input(const QString& method, const QVariantList& arguments) 
 }
 
 void MutterDesktop::pressTextHotKey() const {
-    run(u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
-                     u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio.TranslateSelection"_s});
+    run(u"gdbus"_s,
+        {u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
+            u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio.TranslateSelection"_s});
 }
 
 void MutterDesktop::press(const std::vector<quint32>& keys) const {

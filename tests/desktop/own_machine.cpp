@@ -41,8 +41,8 @@ OwnMachine::OwnMachine(const QProcessEnvironment& environment) {
     m_shell.setProcessEnvironment(environment);
     m_shell.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_shell.start(u"unshare"_s,
-                  {u"--user"_s, u"--map-root-user"_s, u"--mount"_s, u"--pid"_s, u"--fork"_s,
-                   u"--kill-child"_s, u"/bin/bash"_s, u"-c"_s, enter.toString(), u"enter"_s, m_root.path()});
+        {u"--user"_s, u"--map-root-user"_s, u"--mount"_s, u"--pid"_s, u"--fork"_s, u"--kill-child"_s,
+            u"/bin/bash"_s, u"-c"_s, enter.toString(), u"enter"_s, m_root.path()});
     if (run(u"echo $$"_s) != u"1")
         throw std::runtime_error("no namespaces can be made");
 }

@@ -63,11 +63,10 @@ TEST(PopoverWindow, stays_while_another_program_takes_the_keyboard_for_a_moment)
 
     qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8());
     const auto other = X11Connection::open();
-    const XcbPtr<xcb_grab_keyboard_reply_t> grab{
-        xcb_grab_keyboard_reply(other->xcb(),
-                                xcb_grab_keyboard(other->xcb(), 1, other->root(), XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr)};
+    const XcbPtr<xcb_grab_keyboard_reply_t> grab{xcb_grab_keyboard_reply(other->xcb(),
+        xcb_grab_keyboard(
+            other->xcb(), 1, other->root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr)};
     ASSERT_TRUE(grab);
     EXPECT_FALSE(waitUntil([&] { return !program.isPopoverShown(); }, 1)) << "closed by the grab alone";
     xcb_ungrab_keyboard(other->xcb(), XCB_CURRENT_TIME);

@@ -24,15 +24,14 @@ public:
 
 /// The first shown object at or below `object` with a name that is wanted.
 AtspiReference findByName(const AtspiReference& object, const std::function<bool(const QString&)>& isWanted,
-                          const AtspiContext& context) {
+    const AtspiContext& context) {
     const QVariant name =
         context.bus.property(object, u"org.a11y.atspi.Accessible"_s, u"Name"_s, context.budget);
     if (isWanted(name.toString()) && statesOf(object, context).contains(AtspiState::showing))
         return object;
-    for (const AtspiReference& child : childrenOf(object, context)) {
+    for (const AtspiReference& child : childrenOf(object, context))
         if (const AtspiReference found = findByName(child, isWanted, context); !found.isNull())
             return found;
-    }
     return {};
 }
 
@@ -61,24 +60,23 @@ bool ProgramRun::isPopoverShown() const {
 bool ProgramRun::isPopoverInFront() const {
     // Some time after it has closed the window manager still names it.
     return isPopoverShown() &&
-           m_desktop.run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}) == u"Tralio";
+        m_desktop.run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}) == u"Tralio";
 }
 
 AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
     NoPrimary primary;
     const AtspiContext context{{m_accessibility, budget}, primary, static_cast<qint32>(processId())};
-    for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), context)) {
+    for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), context))
         if (m_accessibility.processOf(application.service, budget) == context.processId)
             return application;
-    }
     return {};
 }
 
-AtspiReference ProgramRun::find(const std::function<bool(const QString&)>& isWanted,
-                                const TimeBudget& budget) const {
+AtspiReference ProgramRun::find(
+    const std::function<bool(const QString&)>& isWanted, const TimeBudget& budget) const {
     NoPrimary primary;
     return findByName(applicationObject(budget), isWanted,
-                      {{m_accessibility, budget}, primary, static_cast<qint32>(processId())});
+        {{m_accessibility, budget}, primary, static_cast<qint32>(processId())});
 }
 
 QString ProgramRun::trayIcon() const {
@@ -86,17 +84,15 @@ QString ProgramRun::trayIcon() const {
         return m_desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, by, what}).split(u'\n');
     };
     const QStringList popovers = windows(u"--name"_s, u"^Tralio$"_s);
-    for (const QString& window : windows(u"--class"_s, u"^tralio$"_s)) {
+    for (const QString& window : windows(u"--class"_s, u"^tralio$"_s))
         if (!popovers.contains(window))
             return window;
-    }
     return {};
 }
 
 QRect ProgramRun::popoverArea() const {
     // X=…, Y=…, WIDTH=…, HEIGHT=…, a line each.
-    const QString geometry = m_desktop.run(
-        u"xdotool"_s,
+    const QString geometry = m_desktop.run(u"xdotool"_s,
         {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Tralio$"_s, u"getwindowgeometry"_s, u"--shell"_s});
     const auto number = [&geometry](QStringView name) {
         const qsizetype start = geometry.indexOf(u'\n' + name.toString() + u'=') + name.size() + 2;
@@ -130,8 +126,8 @@ QRect ProgramRun::areaOf(const QString& beginning) const {
 
 bool ProgramRun::click(const QString& beginning) const {
     const auto at = [&](const QPoint& place, const QString& button) {
-        m_desktop.run(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()), QString::number(place.y()),
-                                     u"click"_s, button});
+        m_desktop.run(u"xdotool"_s,
+            {u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"click"_s, button});
     };
     QRect area;
     const bool isInSight = waitUntil([&] {
@@ -160,10 +156,10 @@ bool ProgramRun::clickTrayIcon() const {
 }
 
 void ProgramRun::callOnBus(const QString& method, const QStringList& texts) const {
-    m_desktop.run(u"gdbus"_s, QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s,
-                                          u"--object-path"_s, u"/org/tralio/Tralio"_s, u"--method"_s,
-                                          u"org.tralio.Tralio."_s + method} +
-                                  texts);
+    m_desktop.run(u"gdbus"_s,
+        QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
+            u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio."_s + method} +
+            texts);
 }
 
 QString ProgramRun::translateSelection() {

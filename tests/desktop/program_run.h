@@ -54,8 +54,8 @@ private:
     /// Where what has this name, or else one that begins so, is on the screen; not valid while it is not
     /// shown.
     [[nodiscard]] QRect areaOf(const QString& beginning) const;
-    [[nodiscard]] AtspiReference find(const std::function<bool(const QString&)>& isWanted,
-                                      const TimeBudget& budget) const;
+    [[nodiscard]] AtspiReference find(
+        const std::function<bool(const QString&)>& isWanted, const TimeBudget& budget) const;
 
     TestSession& m_desktop;
     StandInModel m_standIn;

@@ -15,16 +15,14 @@ class ScreenOCR : public testing::Test {
 protected:
     ScreenOCR() {
         program.standIn().translatesTo(u"đã dịch"_s);
-        const QString page =
-            desktop.write(u"a.html"_s,
-                          u"<meta charset=utf-8><body style='margin:0;font:24px sans-serif'>"
-                          u"<p style='margin:0'>Giao diện tốt nhất là giao diện mà bạn không còn để ý.<br>"
-                          u"The best interface is the one you stop noticing.</p>"_s);
-        desktop.start(
-            u"chromium"_s,
+        const QString page = desktop.write(u"a.html"_s,
+            u"<meta charset=utf-8><body style='margin:0;font:24px sans-serif'>"
+            u"<p style='margin:0'>Giao diện tốt nhất là giao diện mà bạn không còn để ý.<br>"
+            u"The best interface is the one you stop noticing.</p>"_s);
+        desktop.start(u"chromium"_s,
             {u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
-             u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
-             u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"--app=file://"_s + page});
+                u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
+                u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"--app=file://"_s + page});
         m_window = desktop.bringToFront(u"chromium"_s);
         // The page stands when its text can be marked; the mark goes again.
         EXPECT_TRUE(waitUntil([&] {
@@ -57,7 +55,7 @@ protected:
     void drag(const QPoint& from, const QPoint& to) const {
         const auto move = [this](const QPoint& place) {
             return QStringList{u"mousemove"_s, u"--window"_s, m_window, QString::number(place.x()),
-                               QString::number(place.y())};
+                QString::number(place.y())};
         };
         desktop.run(u"xdotool"_s, move(from) + QStringList{u"mousedown"_s, u"1"_s});
         desktop.run(u"xdotool"_s, move((from + to) / 2));
@@ -71,7 +69,7 @@ protected:
 
 TEST_F(ScreenOCR, the_text_in_a_drawn_rectangle_is_translated) {
     const QString text = u"Giao diện tốt nhất là giao diện mà bạn không còn để ý.\n"_s +
-                         u"The best interface is the one you stop noticing."_s;
+        u"The best interface is the one you stop noticing."_s;
     // A drag of which the picker only sees the end draws a smaller rectangle.
     const auto modelGetsTheText = [&] {
         const qsizetype before = program.standIn().requests().size();
@@ -107,8 +105,8 @@ TEST_F(ScreenOCR, a_second_request_during_a_capture_is_turned_away) {
     // While the picker is open no key gets past it, but other programs do.
     const auto capture = [this] {
         desktop.run(u"gdbus"_s,
-                    {u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
-                     u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio.CaptureScreen"_s});
+            {u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
+                u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio.CaptureScreen"_s});
     };
     capture();
     ASSERT_TRUE(draw({1, 1}, {750, 70}));

@@ -18,8 +18,7 @@ const QString colorScheme = u"color-scheme"_s;
 ScriptedPortal::ScriptedPortal() {
     qDBusRegisterMetaType<SettingGroups>();
     auto bus = QDBusConnection::sessionBus();
-    const bool there =
-        bus.registerObject(u"/org/freedesktop/portal/desktop"_s, this,
+    const bool there = bus.registerObject(u"/org/freedesktop/portal/desktop"_s, this,
                            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals) &&
         bus.registerService(u"org.freedesktop.portal.Desktop"_s);
     if (!there)

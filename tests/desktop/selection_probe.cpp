@@ -28,8 +28,8 @@ int main(int argc, char** argv) {
     window.resize(600, 200);
 
     QAction copy(u"&Copy"_s);
-    QObject::connect(&copy, &QAction::triggered, &application,
-                     [&text] { QApplication::clipboard()->setText(text); });
+    QObject::connect(
+        &copy, &QAction::triggered, &application, [&text] { QApplication::clipboard()->setText(text); });
     if (arguments.contains(u"--menu"_s)) {
         window.menuBar()->addMenu(u"&File"_s)->addAction(u"&Open"_s);
         window.menuBar()->addMenu(u"&Edit"_s)->addAction(&copy);

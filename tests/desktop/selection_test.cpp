@@ -61,19 +61,12 @@ class BrowserSelection : public Selection, public testing::WithParamInterface<QS
 
 TEST_P(BrowserSelection, is_translated_and_the_clipboard_stays) {
     desktop.setClipboard(u"vẫn còn đây"_s);
-    const QString page = desktop.write(
-        u"a.html"_s,
+    const QString page = desktop.write(u"a.html"_s,
         u"<meta charset=utf-8><body style='margin:0;font-size:24px'><p style='margin:0'>%1</p><p>…</p>"_s.arg(
             sentence));
-    QStringList options{u"--no-sandbox"_s,
-                        u"--test-type"_s,
-                        u"--disable-gpu"_s,
-                        u"--no-first-run"_s,
-                        u"--disable-background-networking"_s,
-                        u"--disable-component-update"_s,
-                        u"--disable-sync"_s,
-                        u"--user-data-dir="_s + desktop.home() + u"/chromium"_s,
-                        u"--app=file://"_s + page};
+    QStringList options{u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
+        u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
+        u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"--app=file://"_s + page};
     if (!GetParam().isEmpty())
         options += GetParam();
     desktop.start(u"chromium"_s, options);
@@ -88,16 +81,14 @@ TEST_P(BrowserSelection, is_translated_and_the_clipboard_stays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, BrowserSelection, testing::Values(u""_s, u"--force-renderer-accessibility"_s),
-                         [](const auto& info) {
-                             return info.index == 0 ? "as_it_is" : "with_its_whole_tree";
-                         });
+    [](const auto& info) { return info.index == 0 ? "as_it_is" : "with_its_whole_tree"; });
 
 TEST_F(Selection, of_a_terminal_is_translated_and_what_runs_in_it_is_not_interrupted) {
     const QString text = desktop.write(u"a.txt"_s, sentence);
     desktop.start(u"xterm"_s,
-                  {u"-u8"_s, u"-fa"_s, u"Noto Sans Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s,
-                   u"trap \"touch '%2/interrupted'\" INT; cat '%1'; while true; do sleep 1; done"_s.arg(
-                       text, desktop.home())});
+        {u"-u8"_s, u"-fa"_s, u"Noto Sans Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s,
+            u"trap \"touch '%2/interrupted'\" INT; cat '%1'; while true; do sleep 1; done"_s.arg(
+                text, desktop.home())});
     const QString window = desktop.bringToFront(u"xterm"_s);
     ASSERT_FALSE(window.isEmpty());
     ASSERT_TRUE(waitUntil([&] {
@@ -192,8 +183,8 @@ TEST_F(Selection, is_translated_whatever_locks_are_on) {
 TEST_F(Selection, is_translated_after_the_keyboard_has_been_mapped_otherwise) {
     desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, sentence)});
     // Super moves to another modifier, which the old grab knows nothing of.
-    desktop.run(u"xmodmap"_s,
-                {u"-e"_s, u"clear mod4"_s, u"-e"_s, u"clear mod3"_s, u"-e"_s, u"add mod3 = Super_L"_s});
+    desktop.run(
+        u"xmodmap"_s, {u"-e"_s, u"clear mod4"_s, u"-e"_s, u"clear mod3"_s, u"-e"_s, u"add mod3 = Super_L"_s});
     ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
     desktop.press(u"ctrl+a"_s);
     expectTranslated();

@@ -22,10 +22,9 @@ QRgb pageColor(int x, int y) {
 
 QImage page() {
     QImage image(screenSize, QImage::Format_RGB32);
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             image.setPixel(x, y, pageColor(x, y));
-    }
     return image;
 }
 
@@ -36,10 +35,9 @@ QRect partOfPage(const QImage& picture) {
     const QRgb first = picture.pixel(0, 0);
     const QPoint begin(qRed(first) | qBlue(first) >> 4 << 8, qGreen(first) | (qBlue(first) & 0xf) << 8);
     for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
+        for (int x = 0; x < picture.width(); ++x)
             if (picture.pixel(x, y) != pageColor(begin.x() + x, begin.y() + y))
                 return {};
-        }
     }
     return {begin, picture.size()};
 }
@@ -116,8 +114,8 @@ TEST_F(RegionPicker, takes_exactly_the_pixels_that_were_drawn_over_at_every_scal
 
 TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_dimmed_panels_too) {
     const QString panel = desktop.write(u"panel"_s,
-                                        u"rounded = 0\nbackground_color = #ffffff 100\n"
-                                        "panel_background_id = 1\npanel_items = C\n"_s);
+        u"rounded = 0\nbackground_color = #ffffff 100\n"
+        "panel_background_id = 1\npanel_items = C\n"_s);
     desktop.start(u"tint2"_s, {u"-c"_s, panel});
     const QString file = desktop.home() + u"/screen.png"_s;
     QImage before;
@@ -151,10 +149,9 @@ TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_
 
     const QImage label = shown.copy(QRect(616, 416, 48, 14));
     int bright = 0;
-    for (int y = 0; y < label.height(); ++y) {
+    for (int y = 0; y < label.height(); ++y)
         for (int x = 0; x < label.width(); ++x)
             bright += qGray(label.pixel(x, y)) > 160;
-    }
     EXPECT_GT(bright, 50);
     mouse(u"mouseup 1"_s);
     EXPECT_EQ(finish(), 0);
@@ -170,13 +167,11 @@ TEST_F(RegionPicker, keeps_what_was_on_the_screen_when_it_opened) {
 }
 
 TEST_F(RegionPicker, leaves_no_file_when_cancelled) {
-    const QStringList ways{u"key Escape"_s,
-                           u"mousemove 300 300 click 3"_s,
-                           u"mousemove 300 300 click 1"_s,
-                           u"mousemove 300 300 mousedown 1 mousemove 302 303 mouseup 1"_s,
-                           u"mousemove 300 300 mousedown 1 mousemove 500 500 key Escape mouseup 1"_s,
-                           u"mousemove 300 300 mousedown 1 mousemove 500 500 click 3 mouseup 1"_s,
-                           u"key Down key Down key Escape"_s};
+    const QStringList ways{u"key Escape"_s, u"mousemove 300 300 click 3"_s, u"mousemove 300 300 click 1"_s,
+        u"mousemove 300 300 mousedown 1 mousemove 302 303 mouseup 1"_s,
+        u"mousemove 300 300 mousedown 1 mousemove 500 500 key Escape mouseup 1"_s,
+        u"mousemove 300 300 mousedown 1 mousemove 500 500 click 3 mouseup 1"_s,
+        u"key Down key Down key Escape"_s};
     for (const QString& way : ways) {
         open();
         mouse(way);
@@ -208,10 +203,8 @@ TEST_F(RegionPicker, works_across_monitors_of_different_scale) {
         QRect drawn;
         QString ratio;
     };
-    const Case cases[] = {{{100, 100, 300, 200}, u"1"_s},
-                          {{700, 100, 300, 200}, u"2"_s},
-                          {{600, 100, 300, 200}, u"2"_s},
-                          {{400, 100, 300, 200}, u"1"_s}};
+    const Case cases[] = {{{100, 100, 300, 200}, u"1"_s}, {{700, 100, 300, 200}, u"2"_s},
+        {{600, 100, 300, 200}, u"2"_s}, {{400, 100, 300, 200}, u"1"_s}};
     for (const Case& given : cases) {
         open({u"QT_SCREEN_SCALE_FACTORS=left=1;right=2"_s});
         drag(given.drawn.topLeft(), given.drawn.bottomRight());

@@ -32,7 +32,7 @@ public:
         qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
         QDir().mkpath(m_home.filePath(u".config/speech-dispatcher/modules"_s));
         QFile::copy(u"/etc/speech-dispatcher/modules/espeak-ng.conf"_s,
-                    m_home.filePath(u".config/speech-dispatcher/modules/espeak-ng.conf"_s));
+            m_home.filePath(u".config/speech-dispatcher/modules/espeak-ng.conf"_s));
         QFile config(m_home.filePath(u".config/speech-dispatcher/speechd.conf"_s));
         if (!config.open(QIODevice::WriteOnly) ||
             config.write("AddModule \"espeak-ng\" \"sd_espeak-ng\" \"espeak-ng.conf\"\n"
@@ -41,8 +41,8 @@ public:
 
         m_sound.setStandardErrorFile(QProcess::nullDevice());
         m_sound.start(u"pulseaudio"_s,
-                      {u"-n"_s, u"-F"_s, u"/dev/null"_s, u"--daemonize=no"_s, u"--exit-idle-time=-1"_s,
-                       u"--load=module-null-sink"_s, u"--load=module-native-protocol-unix"_s});
+            {u"-n"_s, u"-F"_s, u"/dev/null"_s, u"--daemonize=no"_s, u"--exit-idle-time=-1"_s,
+                u"--load=module-null-sink"_s, u"--load=module-native-protocol-unix"_s});
         if (!waitUntil([&] { return QFile::exists(runtime + u"/pulse/native"_s); }))
             throw std::runtime_error("pulseaudio does not start");
     }
@@ -98,9 +98,7 @@ protected:
     SystemClock clock;
     SpeechDispatcher synthesizer{
         qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/speech-dispatcher/speechd.sock"_s,
-        u"speech-dispatcher"_s,
-        clock,
-        {.quiet = 3s}};
+        u"speech-dispatcher"_s, clock, {.quiet = 3s}};
     SpeechService service{synthesizer};
 };
 

@@ -106,10 +106,9 @@ QList<QJsonObject> SwayDesktop::windows() const {
         if (node.contains(QLatin1String("pid")))
             found += node;
         for (const auto& children :
-             {node.value(QLatin1String("nodes")), node.value(QLatin1String("floating_nodes"))}) {
+            {node.value(QLatin1String("nodes")), node.value(QLatin1String("floating_nodes"))})
             for (const auto& child : children.toArray())
                 waiting += child.toObject();
-        }
     }
     return found;
 }
@@ -132,7 +131,7 @@ QRect SwayDesktop::windowArea(const QString& title) const {
         const QJsonObject area = window.value(QLatin1String("rect")).toObject();
         if (window.value(QLatin1String("name")).toString() == title)
             return {area.value(QLatin1String("x")).toInt(), area.value(QLatin1String("y")).toInt(),
-                    area.value(QLatin1String("width")).toInt(), area.value(QLatin1String("height")).toInt()};
+                area.value(QLatin1String("width")).toInt(), area.value(QLatin1String("height")).toInt()};
     }
     return {};
 }
@@ -141,15 +140,14 @@ bool SwayDesktop::isOnXwayland(const QString& title) const {
     const QList<QJsonObject> all = windows();
     return std::any_of(all.begin(), all.end(), [&](const QJsonObject& window) {
         return window.value(QLatin1String("name")).toString() == title &&
-               window.value(QLatin1String("shell")).toString() == u"xwayland";
+            window.value(QLatin1String("shell")).toString() == u"xwayland";
     });
 }
 
 QString SwayDesktop::focusedWindow() const {
-    for (const QJsonObject& window : windows()) {
+    for (const QJsonObject& window : windows())
         if (window.value(QLatin1String("focused")).toBool())
             return window.value(QLatin1String("name")).toString();
-    }
     return {};
 }
 

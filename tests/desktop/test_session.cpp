@@ -19,8 +19,7 @@ bool waitUntil(const std::function<bool()>& condition, int seconds) {
 TestSession::TestSession() : m_environment(QProcessEnvironment::systemEnvironment()) {
     for (const QString& name : m_environment.keys()) {
         const bool leaks = name.startsWith(u"XDG_") || name.startsWith(u"QT_") || name.startsWith(u"GTK_") ||
-                           name == u"WAYLAND_DISPLAY" || name == u"DISPLAY" ||
-                           name.endsWith(u"_proxy", Qt::CaseInsensitive);
+            name == u"WAYLAND_DISPLAY" || name == u"DISPLAY" || name.endsWith(u"_proxy", Qt::CaseInsensitive);
         if (leaks)
             m_environment.remove(name);
     }
@@ -59,17 +58,18 @@ void TestSession::startBus(const QStringList& services) {
 }
 
 void TestSession::setAccessibility(bool on) const {
-    run(u"gdbus"_s, {u"call"_s, u"--session"_s, u"--dest"_s, u"org.a11y.Bus"_s, u"--object-path"_s,
-                     u"/org/a11y/bus"_s, u"--method"_s, u"org.freedesktop.DBus.Properties.Set"_s,
-                     u"org.a11y.Status"_s, u"IsEnabled"_s, on ? u"<true>"_s : u"<false>"_s});
+    run(u"gdbus"_s,
+        {u"call"_s, u"--session"_s, u"--dest"_s, u"org.a11y.Bus"_s, u"--object-path"_s, u"/org/a11y/bus"_s,
+            u"--method"_s, u"org.freedesktop.DBus.Properties.Set"_s, u"org.a11y.Status"_s, u"IsEnabled"_s,
+            on ? u"<true>"_s : u"<false>"_s});
 }
 
 QProcess& TestSession::start(const QString& program, const QStringList& arguments) {
     return startIn(m_environment, program, arguments);
 }
 
-QProcess& TestSession::startIn(const QProcessEnvironment& environment, const QString& program,
-                               const QStringList& arguments) {
+QProcess& TestSession::startIn(
+    const QProcessEnvironment& environment, const QString& program, const QStringList& arguments) {
     auto process = std::make_unique<QProcess>();
     process->setProcessEnvironment(environment);
     process->setStandardErrorFile(QProcess::nullDevice());

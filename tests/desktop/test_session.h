@@ -33,8 +33,8 @@ public:
 
     /// Starts a program in this session.
     QProcess& start(const QString& program, const QStringList& arguments = {});
-    QProcess& startIn(const QProcessEnvironment& environment, const QString& program,
-                      const QStringList& arguments = {});
+    QProcess& startIn(
+        const QProcessEnvironment& environment, const QString& program, const QStringList& arguments = {});
 
     /// Runs a program in this session to its end and gives its output.
     QString run(const QString& program, const QStringList& arguments) const;

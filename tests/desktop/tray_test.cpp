@@ -156,8 +156,8 @@ TEST(TrayOnTheBus, of_a_real_panel_shows_the_icon_and_the_popover_hangs_from_it)
         return icon.has_value();
     }));
     const auto click = [&] {
-        desktop.run(u"xdotool"_s, {u"mousemove"_s, QString::number(icon->x()), QString::number(icon->y()),
-                                   u"click"_s, u"1"_s});
+        desktop.run(u"xdotool"_s,
+            {u"mousemove"_s, QString::number(icon->x()), QString::number(icon->y()), u"click"_s, u"1"_s});
     };
     click();
     ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));

@@ -22,15 +22,16 @@ int main(int argc, char** argv) {
     const InstallerRunner scripts(InstallerRunner::installedHelpers(programs));
     SystemClock clock;
     InProcessHttpClient http(clock);
-    UpdateService service(http, {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
-                                 .currentVersion = bundleVersion(programs),
-                                 .temporaryFolder = QDir::tempPath(),
-                                 .runInstaller = [&scripts](const QString& path) { scripts.run(path); },
-                                 .terminate =
-                                     [] {
-                                         if (!qEnvironmentVariableIsSet("UPDATE_STUBBORN"))
-                                             QCoreApplication::quit();
-                                     }});
+    UpdateService service(http,
+        {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
+            .currentVersion = bundleVersion(programs),
+            .temporaryFolder = QDir::tempPath(),
+            .runInstaller = [&scripts](const QString& path) { scripts.run(path); },
+            .terminate =
+                [] {
+                    if (!qEnvironmentVariableIsSet("UPDATE_STUBBORN"))
+                        QCoreApplication::quit();
+                }});
 
     onAnyChange(service, &service, [&service] {
         if (service.isChecking() || service.isUpdating())

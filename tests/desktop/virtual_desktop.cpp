@@ -27,8 +27,8 @@ VirtualDesktop::VirtualDesktop(Tray tray, const QSize& screen) {
 void VirtualDesktop::startDisplay(const QSize& screen) {
     // The server picks a free display number itself and prints it.
     const QString size = u"%1x%2x24"_s.arg(screen.width()).arg(screen.height());
-    QProcess& server = start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size, u"-nolisten"_s,
-                                         u"tcp"_s, u"-noreset"_s});
+    QProcess& server = start(u"Xvfb"_s,
+        {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size, u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
     setVariable(u"DISPLAY"_s, u':' + firstLine(server, "Xvfb"));
 }
 
@@ -54,7 +54,7 @@ void VirtualDesktop::startCompositor() {
     start(u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s});
     const bool runs = waitUntil([this] {
         return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTED"_s}).contains(u"picom") ||
-               !run(u"xdotool"_s, {u"search"_s, u"--class"_s, u"picom"_s}).isEmpty();
+            !run(u"xdotool"_s, {u"search"_s, u"--class"_s, u"picom"_s}).isEmpty();
     });
     if (!runs)
         throw std::runtime_error("picom does not start");
@@ -103,7 +103,7 @@ void VirtualDesktop::type(const QString& text) const {
 void VirtualDesktop::click(const QString& window, const QPoint& place, int times) const {
     run(u"xdotool"_s,
         {u"mousemove"_s, u"--window"_s, window, QString::number(place.x()), QString::number(place.y()),
-         u"click"_s, u"--repeat"_s, QString::number(times), u"--delay"_s, u"40"_s, u"1"_s});
+            u"click"_s, u"--repeat"_s, QString::number(times), u"--delay"_s, u"40"_s, u"1"_s});
 }
 
 void VirtualDesktop::setClipboard(const QString& text) {

@@ -14,11 +14,10 @@ extern const wl_interface pointerInterface;
 const wl_interface* noTypes[5] = {};
 const wl_interface* createTypes[] = {&wl_seat_interface, &pointerInterface};
 
-const wl_message pointerRequests[] = {{"motion", "uff", noTypes},   {"motion_absolute", "uuuuu", noTypes},
-                                      {"button", "uuu", noTypes},   {"axis", "uuf", noTypes},
-                                      {"frame", "", noTypes},       {"axis_source", "u", noTypes},
-                                      {"axis_stop", "uu", noTypes}, {"axis_discrete", "uufi", noTypes},
-                                      {"destroy", "", noTypes}};
+const wl_message pointerRequests[] = {{"motion", "uff", noTypes}, {"motion_absolute", "uuuuu", noTypes},
+    {"button", "uuu", noTypes}, {"axis", "uuf", noTypes}, {"frame", "", noTypes},
+    {"axis_source", "u", noTypes}, {"axis_stop", "uu", noTypes}, {"axis_discrete", "uufi", noTypes},
+    {"destroy", "", noTypes}};
 constexpr quint32 motionAbsolute = 1;
 constexpr quint32 button = 2;
 constexpr quint32 frameRequest = 4;
@@ -26,8 +25,8 @@ constexpr quint32 destroyPointer = 8;
 
 const wl_interface pointerInterface{"zwlr_virtual_pointer_v1", 1, 9, pointerRequests, 0, nullptr};
 
-const wl_message managerRequests[] = {{"create_virtual_pointer", "?on", createTypes},
-                                      {"destroy", "", noTypes}};
+const wl_message managerRequests[] = {
+    {"create_virtual_pointer", "?on", createTypes}, {"destroy", "", noTypes}};
 const wl_interface managerInterface{"zwlr_virtual_pointer_manager_v1", 1, 2, managerRequests, 0, nullptr};
 
 }  // namespace
@@ -51,8 +50,8 @@ VirtualPointer::~VirtualPointer() {
 
 void VirtualPointer::move(const QPoint& place) {
     sendRequest(m_pointer.get(), motionAbsolute, now(), static_cast<quint32>(place.x()),
-                static_cast<quint32>(place.y()), static_cast<quint32>(m_screen.width()),
-                static_cast<quint32>(m_screen.height()));
+        static_cast<quint32>(place.y()), static_cast<quint32>(m_screen.width()),
+        static_cast<quint32>(m_screen.height()));
     frame();
 }
 

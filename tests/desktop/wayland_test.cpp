@@ -26,8 +26,8 @@ bool hasLoadedGL(qint64 process) {
     const QByteArray files = maps.readAll();
     EXPECT_TRUE(files.contains("/libQt6Widgets"));
     constexpr const char* drivers[] = {"/libEGL_", "/libGLX_", "_dri.so", "/libgallium", "/libLLVM"};
-    return std::any_of(std::begin(drivers), std::end(drivers),
-                       [&](const char* driver) { return files.contains(driver); });
+    return std::any_of(
+        std::begin(drivers), std::end(drivers), [&](const char* driver) { return files.contains(driver); });
 }
 
 /// Both kinds of session: with windows of ours on Xwayland, and on Wayland itself.
@@ -41,8 +41,9 @@ protected:
     /// A terminal that shows a text, and no cursor; which no accessibility reaches.
     void startTerminal(const QString& text) {
         const QString path = desktop.write(u"terminal.txt"_s, text);
-        desktop.start(u"foot"_s, {u"-f"_s, u"monospace:size=20"_s, u"sh"_s, u"-c"_s,
-                                  u"stty -echo; printf '\\033[?25l'; cat %1; sleep 1000"_s.arg(path)});
+        desktop.start(u"foot"_s,
+            {u"-f"_s, u"monospace:size=20"_s, u"sh"_s, u"-c"_s,
+                u"stty -echo; printf '\\033[?25l'; cat %1; sleep 1000"_s.arg(path)});
         ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
     }
     [[nodiscard]] QString primary() const { return desktop.run(u"wl-paste"_s, {u"-p"_s, u"-n"_s}); }
@@ -53,11 +54,9 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Sessions, Wayland,
-                         testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent),
-                         [](const auto& session) {
-                             return session.param == SwayDesktop::Xwayland::present ? "with_xwayland"
-                                                                                    : "without_xwayland";
-                         });
+    testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent), [](const auto& session) {
+        return session.param == SwayDesktop::Xwayland::present ? "with_xwayland" : "without_xwayland";
+    });
 
 TEST_P(Wayland, what_is_selected_in_an_editor_is_translated_and_the_popover_shows_it) {
     startEditor(u"Ngôn ngữ trong trình soạn thảo"_s);

@@ -68,11 +68,10 @@ TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
     ASSERT_TRUE(waitUntil([&] { return pressed.size() == 1; }));
     const auto other = X11Connection::open();
-    const XcbPtr<xcb_grab_keyboard_reply_t> grab{
-        xcb_grab_keyboard_reply(other->xcb(),
-                                xcb_grab_keyboard(other->xcb(), 1, other->root(), XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr)};
+    const XcbPtr<xcb_grab_keyboard_reply_t> grab{xcb_grab_keyboard_reply(other->xcb(),
+        xcb_grab_keyboard(
+            other->xcb(), 1, other->root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr)};
     ASSERT_TRUE(grab);
     EXPECT_EQ(grab->status, XCB_GRAB_STATUS_SUCCESS);
     xcb_ungrab_keyboard(other->xcb(), XCB_CURRENT_TIME);

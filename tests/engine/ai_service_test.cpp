@@ -13,8 +13,8 @@ TEST_F(AIServiceTest, a_translation_is_one_post_to_the_endpoint_and_its_trimmed_
     standIn.translatesTo(u"  Xin chào 👋\n"_s);
     settings.apiKey = u" sk-1 "_s;
     settings.model = u" m \n"_s;
-    const Outcome outcome = outcomeOf(service.translate(u"\n Hello, \n e\u0301! \t"_s, u"Tiếng Anh"_s,
-                                                        u"Tiếng Việt"_s, TranslationTone::formal, settings));
+    const Outcome outcome = outcomeOf(service.translate(
+        u"\n Hello, \n e\u0301! \t"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, TranslationTone::formal, settings));
     EXPECT_EQ(outcome.text, u"Xin chào 👋"_s);
     EXPECT_FALSE(outcome.failed);
 
@@ -103,12 +103,12 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
     const QString limit = AIError::httpError(429, {}).errorDescription();
     const Case cases[] = {
         {StandInReply::error(500, u"quá tải %1"_s), u"Lỗi máy chủ (500): quá tải %1"_s,
-         u"Lỗi máy chủ (500): quá tải %1"_s},
+            u"Lỗi máy chủ (500): quá tải %1"_s},
         {StandInReply::withBody(502, "Bad\nGateway "), u"Lỗi máy chủ (502): Bad\nGateway "_s,
-         u"Lỗi máy chủ (502): HTTP Status 502"_s},
+            u"Lỗi máy chủ (502): HTTP Status 502"_s},
         {StandInReply::withBody(503, {}), u"Lỗi máy chủ (503): "_s, u"Lỗi máy chủ (503): HTTP Status 503"_s},
         {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"),
-         u"Lỗi máy chủ (403): HTTP Status 403"_s, u"Lỗi máy chủ (403): HTTP Status 403"_s},
+            u"Lỗi máy chủ (403): HTTP Status 403"_s, u"Lỗi máy chủ (403): HTTP Status 403"_s},
         {StandInReply::error(304, u"m"_s), u"Lỗi máy chủ (304): "_s, u"Lỗi máy chủ (304): HTTP Status 304"_s},
         {StandInReply::error(401, u"m"_s), key, key},
         {StandInReply::error(404, u"m"_s), path, path},

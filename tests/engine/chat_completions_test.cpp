@@ -31,7 +31,7 @@ TEST(EndpointURLTest, the_tail_is_appended_once_and_one_slash_makes_way_for_it) 
 
 TEST(EndpointURLTest, what_is_no_url_gives_no_endpoint) {
     for (const QString& base : {u"https://a b.test/v1"_s, u"https://a.test/v 1"_s,
-                                u"https://a.test:port/v1"_s, u"https://a.test/\nv1"_s, u"://"_s})
+             u"https://a.test:port/v1"_s, u"https://a.test/\nv1"_s, u"://"_s})
         EXPECT_EQ(buildEndpointURL(base), std::nullopt) << qPrintable(base);
 }
 
@@ -76,8 +76,8 @@ TEST(RequestBodyTest, a_translation_carries_the_composed_prompt_and_exactly_four
 
 TEST(RequestBodyTest, a_connection_test_asks_for_a_short_answer_without_a_prompt) {
     EXPECT_EQ(connectionTestBody(u"m/1"_s),
-              R"({"max_tokens":10,"messages":[{"content":"Ping. Reply with OK only.","role":"user"}],)"
-              R"("model":"m/1","stream":false})");
+        R"({"max_tokens":10,"messages":[{"content":"Ping. Reply with OK only.","role":"user"}],)"
+        R"("model":"m/1","stream":false})");
 }
 
 TEST(RequestBodyTest, half_a_surrogate_pair_is_refused_wherever_it_stands) {

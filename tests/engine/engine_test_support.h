@@ -59,8 +59,8 @@ protected:
 
     QCoro::Task<QString> translate(std::stop_token stop = {}) {
         using namespace Qt::StringLiterals;
-        return service.translate(u"Hello"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, TranslationTone::natural,
-                                 settings, stop);
+        return service.translate(
+            u"Hello"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, TranslationTone::natural, settings, stop);
     }
 
     QCoro::Task<QString> testConnection() { return service.testConnection(settings); }

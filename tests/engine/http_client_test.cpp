@@ -73,7 +73,7 @@ TEST_F(HttpClientTest, silence_ends_the_two_operations_after_exactly_45_and_15_s
     passTime(connectionTest);
     EXPECT_EQ(clock.now() - clock.lastScheduled(), 15s);
     EXPECT_EQ(outcomeOf(std::move(connectionTest)).text,
-              TransportError::timedOut(QUrl(standIn.baseURL()), 15s).errorDescription());
+        TransportError::timedOut(QUrl(standIn.baseURL()), 15s).errorDescription());
     EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
 }
 

@@ -41,9 +41,9 @@ TEST_F(MisbehavingServerTest, a_reply_that_goes_wrong_on_the_way_is_told) {
     const auto tooLarge = TransportError::replyTooLarge(endpoint(), HttpClient::maximumBodySize);
     const std::pair<StandInReply, TransportError> cases[] = {
         {StandInReply::error(200, u"m"_s).delivered(Delivery::resetInBody),
-         is(QNetworkReply::RemoteHostClosedError)},
+            is(QNetworkReply::RemoteHostClosedError)},
         {StandInReply::error(500, u"m"_s).delivered(Delivery::resetInBody),
-         is(QNetworkReply::RemoteHostClosedError)},
+            is(QNetworkReply::RemoteHostClosedError)},
         {StandInReply::error(200, u"m"_s).delivered(Delivery::endless), tooLarge},
         {StandInReply::error(500, u"m"_s).delivered(Delivery::endless), tooLarge},
         {garbled, is(QNetworkReply::UnknownContentError)},
@@ -55,9 +55,8 @@ TEST_F(MisbehavingServerTest, a_reply_that_goes_wrong_on_the_way_is_told) {
     for (const auto& [reply, error] : cases) {
         standIn.replies(reply);
         expectTransportError(error);
-        if (reply.delivery == Delivery::endless) {
+        if (reply.delivery == Delivery::endless)
             EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
-        }
     }
     EXPECT_TRUE(other.requests().isEmpty()) << "another host got the key and the text";
 }
@@ -65,11 +64,11 @@ TEST_F(MisbehavingServerTest, a_reply_that_goes_wrong_on_the_way_is_told) {
 TEST_F(MisbehavingServerTest, a_first_line_that_is_not_http_is_no_valid_reply) {
     for (const char* line : {"hello\n", "HTTP/1.1 OK\r\n\r\n", "\x15\x03\x01", ""}) {
         standIn.replies(StandInReply::withBody(0, line).delivered(Delivery::withoutStatus));
-        EXPECT_EQ(outcomeOf(translate()).aiError,
-                  AIError::networkError(u"Không nhận được phản hồi HTTP hợp lệ."_s))
+        EXPECT_EQ(
+            outcomeOf(translate()).aiError, AIError::networkError(u"Không nhận được phản hồi HTTP hợp lệ."_s))
             << line;
-        EXPECT_EQ(outcomeOf(testConnection()).aiError,
-                  AIError::networkError(u"Không nhận được phản hồi HTTP."_s));
+        EXPECT_EQ(
+            outcomeOf(testConnection()).aiError, AIError::networkError(u"Không nhận được phản hồi HTTP."_s));
     }
 }
 
@@ -88,8 +87,8 @@ TEST_F(MisbehavingServerTest, an_unreadable_body_is_an_empty_answer_or_an_error_
 TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text_nor_key) {
     StandInModel impostor(StandInModel::Encryption::selfSigned);
     settings.baseURL = impostor.baseURL();
-    expectTransportError(networkError(QNetworkReply::SslHandshakeFailedError, endpoint(),
-                                      {QSslError(QSslError::SelfSignedCertificate)}));
+    expectTransportError(networkError(
+        QNetworkReply::SslHandshakeFailedError, endpoint(), {QSslError(QSslError::SelfSignedCertificate)}));
     EXPECT_TRUE(impostor.requests().isEmpty());
 }
 
@@ -120,27 +119,26 @@ TEST(TransportErrorTest, every_failure_is_described_and_names_what_failed_but_ne
     };
     const std::pair<QString, std::vector<QNetworkReply::NetworkError>> failures[] = {
         {u"model.test:8443"_s,
-         {QNetworkReply::ConnectionRefusedError, QNetworkReply::RemoteHostClosedError,
-          QNetworkReply::HostNotFoundError, QNetworkReply::TimeoutError,
-          QNetworkReply::SslHandshakeFailedError, QNetworkReply::TooManyRedirectsError,
-          QNetworkReply::InsecureRedirectError, QNetworkReply::ProtocolFailure,
-          QNetworkReply::UnknownContentError, QNetworkReply::UnknownNetworkError,
-          QNetworkReply::UnknownServerError}},
+            {QNetworkReply::ConnectionRefusedError, QNetworkReply::RemoteHostClosedError,
+                QNetworkReply::HostNotFoundError, QNetworkReply::TimeoutError,
+                QNetworkReply::SslHandshakeFailedError, QNetworkReply::TooManyRedirectsError,
+                QNetworkReply::InsecureRedirectError, QNetworkReply::ProtocolFailure,
+                QNetworkReply::UnknownContentError, QNetworkReply::UnknownNetworkError,
+                QNetworkReply::UnknownServerError}},
         {u"proxy"_s,
-         {QNetworkReply::ProxyConnectionRefusedError, QNetworkReply::ProxyConnectionClosedError,
-          QNetworkReply::ProxyNotFoundError, QNetworkReply::ProxyTimeoutError,
-          QNetworkReply::ProxyAuthenticationRequiredError, QNetworkReply::UnknownProxyError}},
+            {QNetworkReply::ProxyConnectionRefusedError, QNetworkReply::ProxyConnectionClosedError,
+                QNetworkReply::ProxyNotFoundError, QNetworkReply::ProxyTimeoutError,
+                QNetworkReply::ProxyAuthenticationRequiredError, QNetworkReply::UnknownProxyError}},
         {u"Internet"_s, {QNetworkReply::TemporaryNetworkFailureError}},
         {u"Base URL"_s, {QNetworkReply::ProtocolUnknownError}},
     };
-    for (const auto& [named, codes] : failures) {
+    for (const auto& [named, codes] : failures)
         for (const auto code : codes)
             expectDescription(networkError(code, url), named);
-    }
     for (const auto problem :
-         {QSslError::SelfSignedCertificate, QSslError::CertificateExpired, QSslError::HostNameMismatch})
+        {QSslError::SelfSignedCertificate, QSslError::CertificateExpired, QSslError::HostNameMismatch})
         expectDescription(networkError(QNetworkReply::SslHandshakeFailedError, url, {QSslError(problem)}),
-                          u"model.test:8443"_s);
+            u"model.test:8443"_s);
     expectDescription(TransportError::cancelled(), u"hủy"_s);
     expectDescription(TransportError::timedOut(url, std::chrono::seconds(45)), u"45"_s);
     expectDescription(TransportError::replyTooLarge(url, 8 * 1024 * 1024), u"8 MB"_s);

@@ -22,12 +22,13 @@ const QString key = u"app_translation_history_items"_s;
 class TranslationHistoryStoreTest : public testing::Test {
 protected:
     TranslationHistoryStore reopened() {
-        return TranslationHistoryStore(store, [this] { return now; });
+        return TranslationHistoryStore(
+            store, [this] { return now; });
     }
 
     /// Adds with the languages and the tone that most entries have.
     void add(const QString& source, const QString& translated = u"bản dịch"_s,
-             const QString& target = u"Tiếng Việt"_s) {
+        const QString& target = u"Tiếng Việt"_s) {
         history.add(source, translated, u"Tiếng Anh"_s, target, u"Tự nhiên"_s);
     }
 
@@ -55,7 +56,7 @@ protected:
 QByteArray entry(const QByteArray& changes = {}) {
     return R"({"id":"0F8FAD5B-D9CB-469F-A165-70867728950E","sourceText":"a","translatedText":"b",)"
            R"("sourceLang":"c","targetLang":"d","tone":"e","timestamp":1.5)" +
-           changes + "}";
+        changes + "}";
 }
 
 TEST_F(TranslationHistoryStoreTest, the_newest_translation_stands_first_with_its_texts_trimmed) {
@@ -140,13 +141,11 @@ TEST_F(TranslationHistoryStoreTest, an_entry_is_stored_as_an_object_of_seven_key
     EXPECT_FALSE(stored().contains('\n'));
     const QJsonArray array = QJsonDocument::fromJson(stored()).array();
     ASSERT_EQ(array.size(), 1);
-    EXPECT_EQ(array[0].toObject(), (QJsonObject{{u"id"_s, item.id.toString(QUuid::WithoutBraces).toUpper()},
-                                                {u"sourceText"_s, u"a/b \"c\""_s},
-                                                {u"translatedText"_s, u"bản dịch"_s},
-                                                {u"sourceLang"_s, u"Tiếng Anh"_s},
-                                                {u"targetLang"_s, u"Tiếng Việt"_s},
-                                                {u"tone"_s, u"Tự nhiên"_s},
-                                                {u"timestamp"_s, item.timestamp}}));
+    EXPECT_EQ(array[0].toObject(),
+        (QJsonObject{{u"id"_s, item.id.toString(QUuid::WithoutBraces).toUpper()},
+            {u"sourceText"_s, u"a/b \"c\""_s}, {u"translatedText"_s, u"bản dịch"_s},
+            {u"sourceLang"_s, u"Tiếng Anh"_s}, {u"targetLang"_s, u"Tiếng Việt"_s}, {u"tone"_s, u"Tự nhiên"_s},
+            {u"timestamp"_s, item.timestamp}}));
     // 2026-11-25 09:05 UTC is this many seconds after the start of 2001.
     EXPECT_NEAR(item.timestamp, 817290300.123456789, 1e-6);
 }
@@ -169,8 +168,9 @@ TEST_F(TranslationHistoryStoreTest, any_order_of_keys_unknown_keys_and_either_sl
                "translatedText":"\u00e9\ud83d\ude00", "sourceText":"x",
                "id":"0f8fad5b-d9cb-469f-a165-70867728950e"} ] )"));
     ASSERT_EQ(items.size(), 1);
-    EXPECT_EQ(items[0], (TranslationItem{QUuid(u"{0f8fad5b-d9cb-469f-a165-70867728950e}"_s), u"x"_s, u"é😀"_s,
-                                         u"/"_s, u"/"_s, u""_s, -3}));
+    EXPECT_EQ(items[0],
+        (TranslationItem{
+            QUuid(u"{0f8fad5b-d9cb-469f-a165-70867728950e}"_s), u"x"_s, u"é😀"_s, u"/"_s, u"/"_s, u""_s, -3}));
 }
 
 TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_stays_until_the_next_change) {

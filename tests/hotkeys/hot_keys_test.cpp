@@ -47,15 +47,16 @@ TEST_F(HotKeys, a_press_runs_the_action_that_is_set_for_its_id_when_the_event_ha
 
 TEST_F(HotKeys, are_registered_text_first_a_change_leaves_one_registration_and_a_refused_one_none) {
     registerBoth();
-    EXPECT_THAT(desktop.hotKeys.registrations(),
-                ElementsAre(Request{2, 768, textKey}, Request{1, 768, ocrKey}));
-    EXPECT_THAT(log.messages(), ElementsAre(u"Đăng ký phím tắt Text thành công: code=2, mods=768"_s,
-                                            u"Đăng ký phím tắt OCR thành công: code=1, mods=768"_s));
+    EXPECT_THAT(
+        desktop.hotKeys.registrations(), ElementsAre(Request{2, 768, textKey}, Request{1, 768, ocrKey}));
+    EXPECT_THAT(log.messages(),
+        ElementsAre(u"Đăng ký phím tắt Text thành công: code=2, mods=768"_s,
+            u"Đăng ký phím tắt OCR thành công: code=1, mods=768"_s));
 
     service.updateTextHotKey(17, 2048);
     service.updateTextHotKey(49, 2048);
-    EXPECT_THAT(desktop.hotKeys.registrations(),
-                ElementsAre(Request{1, 768, ocrKey}, Request{49, 2048, textKey}));
+    EXPECT_THAT(
+        desktop.hotKeys.registrations(), ElementsAre(Request{1, 768, ocrKey}, Request{49, 2048, textKey}));
 
     desktop.hotKeys.nextStatus = -9878;
     service.updateTextHotKey(0, 4294967295);
@@ -63,8 +64,8 @@ TEST_F(HotKeys, are_registered_text_first_a_change_leaves_one_registration_and_a
     desktop.hotKeys.nextStatus = 5;
     service.updateOCRHotKey(3, 256);
     EXPECT_THAT(log.messages().mid(4),
-                ElementsAre(u"Lỗi đăng ký phím tắt Text (code: 0, mods: 4294967295): -9878"_s,
-                            u"Lỗi đăng ký phím tắt OCR (code: 3, mods: 256): 5"_s));
+        ElementsAre(u"Lỗi đăng ký phím tắt Text (code: 0, mods: 4294967295): -9878"_s,
+            u"Lỗi đăng ký phím tắt OCR (code: 3, mods: 256): 5"_s));
 
     service.updateTextHotKey(2, 768);
     EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(Request{2, 768, textKey}));

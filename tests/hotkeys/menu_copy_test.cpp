@@ -10,8 +10,8 @@ using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-FakeElement item(std::optional<QString> title, std::optional<QString> character = std::nullopt,
-                 bool pressWorks = true) {
+FakeElement item(
+    std::optional<QString> title, std::optional<QString> character = std::nullopt, bool pressWorks = true) {
     return {.title = std::move(title), .commandCharacter = std::move(character), .pressWorks = pressWorks};
 }
 
@@ -41,7 +41,7 @@ TEST_F(MenuCopy, presses_the_first_item_that_means_copy_whatever_its_menu) {
         {"by title in Vietnamese", menuBar({{item(u"SAO CHÉP liên kết"_s)}}), u"SAO CHÉP liên kết"_s},
         {"by key", menuBar({{item(u"Chép"_s, u"c"_s)}}), u"Chép"_s},
         {"a title that only begins so comes first", menuBar({{item(u"Copy Link"_s)}, {item(u"Copy"_s)}}),
-         u"Copy Link"_s},
+            u"Copy Link"_s},
         {"an item without a title", menuBar({{item(std::nullopt, u"C"_s)}}), u""_s},
         {"past menus without items", menuBar({{}, {item(u"copy"_s)}}), u"copy"_s},
     };
@@ -58,14 +58,14 @@ TEST_F(MenuCopy, presses_the_first_item_that_means_copy_whatever_its_menu) {
         << "it goes on when an item cannot be pressed";
 
     EXPECT_EQ(log.messages().value(1),
-              u"triggerCopyMenuAction: executed kAXPressAction successfully on 'sao chép liên kết'"_s);
+        u"triggerCopyMenuAction: executed kAXPressAction successfully on 'sao chép liên kết'"_s);
     EXPECT_THAT(desktop.accessibility.asked, testing::Each(4711));
 }
 
 TEST_F(MenuCopy, leaves_other_items_alone) {
     for (const FakeElement& bar : {
              menuBar({{item(u"Photocopy"_s), item(u"Cut"_s, u"X"_s), item(u"Cc"_s, u"cc"_s),
-                       item(std::nullopt)}}),
+                 item(std::nullopt)}}),
              menuBar({}), FakeElement{.children = {item(u"Copy"_s)}},     // right below the bar: no menu item
              FakeElement{.children = {{.children = {item(u"Copy"_s)}}}},  // a menu called so
          }) {

@@ -39,8 +39,8 @@ protected:
 TEST_F(SelectedText, no_application_or_this_one_in_front_yields_nothing_at_once) {
     desktop.workspace.front.reset();
     fetch();
-    desktop.workspace.front = {static_cast<qint32>(QCoreApplication::applicationPid()), std::nullopt,
-                               std::nullopt};
+    desktop.workspace.front = {
+        static_cast<qint32>(QCoreApplication::applicationPid()), std::nullopt, std::nullopt};
     fetch();
     EXPECT_THAT(results, ElementsAre(std::nullopt, std::nullopt));
     EXPECT_THAT(log.messages(), testing::Each(u"fetchSelectedText: no valid frontmost app"_s));
@@ -57,9 +57,9 @@ TEST_F(SelectedText, the_focused_element_answers_at_once_and_the_clipboard_is_le
     EXPECT_EQ(desktop.pasteboard.count, 7);
     EXPECT_EQ(desktop.clock.pending(), 0);
     EXPECT_THAT(log.messages(),
-                ElementsAre(u"fetchSelectedText: frontApp='' (bundle: org.example.Editor, pid: 4711)"_s,
-                            u"fetchSelectedText: Layer 1 (Direct AX) SUCCESS: "
-                            u"'Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba'"_s));
+        ElementsAre(u"fetchSelectedText: frontApp='' (bundle: org.example.Editor, pid: 4711)"_s,
+            u"fetchSelectedText: Layer 1 (Direct AX) SUCCESS: "
+            u"'Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba'"_s));
 }
 
 TEST_F(SelectedText, a_blank_selection_falls_through_to_the_document_and_then_to_the_next_layers) {
@@ -81,8 +81,8 @@ TEST_F(SelectedText, a_browser_is_told_by_a_marker_and_answers_by_script_when_it
     desktop.scripts.result = u" từ trang \n"_s;
     fetch();
     EXPECT_THAT(results, ElementsAre(u"từ trang"_s));
-    EXPECT_EQ(log.messages().last(),
-              u"fetchSelectedText: Layer 2 (Browser AppleScript) SUCCESS: 'từ trang'"_s);
+    EXPECT_EQ(
+        log.messages().last(), u"fetchSelectedText: Layer 2 (Browser AppleScript) SUCCESS: 'từ trang'"_s);
 
     desktop.accessibility.focused = {.selectedText = u"từ ô nhập"_s};
     fetch();
@@ -120,8 +120,7 @@ TEST_F(SelectedText, nine_ticks_end_the_menu_wait_and_twelve_the_keystroke_wait)
     giveCopyItem();
     fetch();
     desktop.clock.advance(269ms);
-    EXPECT_THAT(
-        log.messages(),
+    EXPECT_THAT(log.messages(),
         testing::Not(testing::Contains(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s)));
     desktop.clock.advance(1ms);
     EXPECT_EQ(log.messages().last(), u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
@@ -156,7 +155,7 @@ TEST_F(SelectedText, the_shortcut_is_pressed_after_every_modifier_has_been_relea
     ASSERT_THAT(desktop.scripts.launched, SizeIs(1));
     EXPECT_EQ(desktop.scripts.launched[0].first, u"/usr/bin/osascript"_s);
     EXPECT_EQ(desktop.scripts.launched[0].second.value(1),
-              u"tell application \"System Events\" to keystroke \"c\" using command down"_s);
+        u"tell application \"System Events\" to keystroke \"c\" using command down"_s);
 
     desktop.pasteboard.copy(u"bằng phím"_s);
     desktop.clock.advance(30ms);

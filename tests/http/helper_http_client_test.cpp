@@ -76,7 +76,7 @@ TEST_F(HelperHttpClientTest, brings_replies_of_any_status_and_errors_in_their_wo
 
     hold();
     EXPECT_EQ(outcomeOf(post({}, 20ms)).text,
-              TransportError::timedOut(QUrl(standIn.baseURL()), 20ms).errorDescription());
+        TransportError::timedOut(QUrl(standIn.baseURL()), 20ms).errorDescription());
     standIn.refuseConnections();
     const Outcome refused = outcomeOf(post());
     EXPECT_TRUE(refused.failed && refused.text.contains(u"kết nối bị từ chối"_s))
@@ -126,8 +126,8 @@ TEST_F(HelperHttpClientTest, a_body_comes_in_pieces_until_who_takes_them_fails) 
     EXPECT_TRUE(received == whole);
 }
 
-TEST_F(HelperHttpClientTest,
-       the_process_stays_a_minute_for_the_next_text_and_goes_at_once_after_anything_else) {
+TEST_F(
+    HelperHttpClientTest, the_process_stays_a_minute_for_the_next_text_and_goes_at_once_after_anything_else) {
     standIn.replies(StandInReply::withBody(200, "x"));
     EXPECT_EQ(helper(), nullptr);
     (void)outcomeOf(get());
@@ -157,14 +157,14 @@ TEST_F(HelperHttpClientTest, whatever_becomes_of_the_process_a_request_ends_and_
     QCoro::Task<QString> first = post();
     ASSERT_TRUE(arrived(1));
     ASSERT_EQ(::kill(static_cast<pid_t>(helper()->processId()), SIGKILL), 0);
-    EXPECT_EQ(outcomeOf(std::move(first)).text,
-              u"Tiến trình kết nối mạng dừng đột ngột. Vui lòng thử lại."_s);
+    EXPECT_EQ(
+        outcomeOf(std::move(first)).text, u"Tiến trình kết nối mạng dừng đột ngột. Vui lòng thử lại."_s);
     standIn.replies(StandInReply::withBody(200, "x"));
     EXPECT_EQ(outcomeOf(post()).text, u"200 x"_s);
 
     QCoro::Task<QString> abandoned = post();
-    client = std::make_unique<HelperHttpClient>(script("head -c 8 >/dev/null; echo garbage; exec sleep 100"),
-                                                clock);
+    client = std::make_unique<HelperHttpClient>(
+        script("head -c 8 >/dev/null; echo garbage; exec sleep 100"), clock);
     EXPECT_EQ(outcomeOf(std::move(abandoned)).text, TransportError::cancelled().errorDescription());
     EXPECT_EQ(outcomeOf(post()).text, u"Tiến trình kết nối mạng trả lời không hợp lệ."_s);
     client = std::make_unique<HelperHttpClient>(script("exec sleep 100"), clock);
@@ -173,7 +173,7 @@ TEST_F(HelperHttpClientTest, whatever_becomes_of_the_process_a_request_ends_and_
     EXPECT_FALSE(hanging.isReady());
     clock.advance(1s);
     EXPECT_EQ(outcomeOf(std::move(hanging)).text,
-              u"Tiến trình kết nối mạng không phản hồi. Vui lòng kiểm tra lại cài đặt proxy của máy."_s);
+        u"Tiến trình kết nối mạng không phản hồi. Vui lòng kiểm tra lại cài đặt proxy của máy."_s);
     EXPECT_TRUE(eventually([this] { return !helper(); }));
     client = std::make_unique<HelperHttpClient>(u"/nowhere/at-all"_s, clock);
     EXPECT_EQ(outcomeOf(post()).text, u"Không thể khởi động tiến trình kết nối mạng."_s);

@@ -40,7 +40,7 @@ TEST(HttpProtocol, messages_arrive_with_every_field_and_no_part_of_one_passes_fo
     EXPECT_EQ(std::get<Done>(*done).response.status, 404);
 
     for (const QByteArray& whole :
-         {payloadOf(encode(Get{8, request, 1ms, true})), payloadOf(encode(Cancel{9}))}) {
+        {payloadOf(encode(Get{8, request, 1ms, true})), payloadOf(encode(Cancel{9}))}) {
         for (qsizetype size = 0; size < whole.size(); ++size)
             EXPECT_FALSE(decodeRequest(whole.first(size))) << size;
         EXPECT_FALSE(decodeRequest(whole + 'x'));

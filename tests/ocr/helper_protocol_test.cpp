@@ -33,7 +33,7 @@ TEST(HelperProtocol, messages_arrive_as_they_were_sent_however_the_bytes_are_cut
     const RecognizeRequest sent = imageRequest();
     const QUrl file = QUrl::fromLocalFile(u"/tmp/a b/ảnh.png"_s);
     const QByteArray stream = encode(Request(sent)) + encode(Request(RecognizeRequest{file, {}})) +
-                              encode(Request(LanguagesRequest{}));
+        encode(Request(LanguagesRequest{}));
     frames::Reader reader(maximumRequest);
     std::vector<Request> received;
     for (const char byte : stream) {
@@ -85,9 +85,8 @@ TEST(HelperProtocol, damaged_messages_do_no_harm) {
         if (const auto decoded = decodeRequest(damaged)) {
             const auto* recognize = std::get_if<RecognizeRequest>(&*decoded);
             const auto* image = recognize ? std::get_if<QImage>(&recognize->image) : nullptr;
-            if (image) {
+            if (image)
                 EXPECT_LE(image->sizeInBytes(), damaged.size());
-            }
         }
         (void)decodeReply(damaged);
     }

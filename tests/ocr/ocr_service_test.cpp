@@ -47,7 +47,7 @@ TEST_F(OCRServiceTest, the_recogniser_is_asked_for_the_preferred_languages_that_
     };
     const Case cases[] = {
         {QStringList{u"ru-RU"_s, u"eo"_s, u"ja-JP"_s, u"en-US"_s, u"vi-VN"_s, u"vi-VT"_s},
-         QStringList{u"vi-VT"_s, u"vi-VN"_s, u"en-US"_s, u"ja-JP"_s, u"ru-RU"_s}},
+            QStringList{u"vi-VT"_s, u"vi-VN"_s, u"en-US"_s, u"ja-JP"_s, u"ru-RU"_s}},
         {QStringList{u"EN-us"_s, u"fr"_s, u"de_DE"_s}, std::nullopt},
         {QStringList{}, std::nullopt},
         {std::nullopt, std::nullopt},
@@ -57,15 +57,13 @@ TEST_F(OCRServiceTest, the_recogniser_is_asked_for_the_preferred_languages_that_
         recognizer.supported = given.supported;
         EXPECT_EQ(endingOf(service.recognizeText(image)).result, u"x"_s);
         EXPECT_EQ(recognizer.requests.back(),
-                  (RecognitionRequest{RecognitionRequest::Level::accurate, true, given.asked}));
+            (RecognitionRequest{RecognitionRequest::Level::accurate, true, given.asked}));
     }
 }
 
 TEST_F(OCRServiceTest, lines_that_say_nothing_are_no_text) {
-    for (const std::vector<TextObservation>& observations :
-         {std::vector<TextObservation>{},
-          {line(0.5, {})},
-          {line(0.5, {u" \t"_s}), line(0.2, {u""_s, u"x"_s})}}) {
+    for (const std::vector<TextObservation>& observations : {std::vector<TextObservation>{}, {line(0.5, {})},
+             {line(0.5, {u" \t"_s}), line(0.2, {u""_s, u"x"_s})}}) {
         recognizer.reads(observations);
         const auto ending = endingOf(service.recognizeText(image));
         EXPECT_EQ(ending.error, OCRError::noTextFound());
@@ -76,7 +74,7 @@ TEST_F(OCRServiceTest, lines_that_say_nothing_are_no_text) {
 TEST_F(OCRServiceTest, what_is_no_image_never_reaches_the_recogniser) {
     EXPECT_EQ(endingOf(service.recognizeText(QImage())).error, OCRError::invalidImage());
     EXPECT_EQ(endingOf(service.recognizeText(QUrl(u"https://example.com/a.png"_s))).error,
-              OCRError::invalidImage());
+        OCRError::invalidImage());
     EXPECT_EQ(endingOf(service.recognizeText(QUrl())).error, OCRError::invalidImage());
     EXPECT_THAT(recognizer.images, IsEmpty());
 }
@@ -88,9 +86,9 @@ TEST_F(OCRServiceTest, a_failure_is_told_with_the_recognisers_own_words) {
     };
     const Case cases[] = {
         {[]() -> std::vector<TextObservation> { throw LocalizedError(u"hết %1 bộ nhớ"_s); },
-         OCRError::recognitionFailed(u"hết %1 bộ nhớ"_s)},
+            OCRError::recognitionFailed(u"hết %1 bộ nhớ"_s)},
         {[]() -> std::vector<TextObservation> { throw std::runtime_error("lỗi"); },
-         OCRError::recognitionFailed(u"lỗi"_s)},
+            OCRError::recognitionFailed(u"lỗi"_s)},
         {[]() -> std::vector<TextObservation> { throw OCRError::invalidImage(); }, OCRError::invalidImage()},
     };
     for (const bool isSlow : {false, true}) {

@@ -73,8 +73,8 @@ public:
         co_return *supported;
     }
 
-    QCoro::Task<std::vector<TextObservation>> recognize(ImageSource image, RecognitionRequest request,
-                                                        std::stop_token) override {
+    QCoro::Task<std::vector<TextObservation>> recognize(
+        ImageSource image, RecognitionRequest request, std::stop_token) override {
         images.push_back(std::move(image));
         requests.push_back(std::move(request));
         if (onRecognize)

@@ -78,11 +78,10 @@ TEST(ReadingOrder, from_64_lines_on_runs_are_found_and_merged) {
         names.erase(names.begin(), names.end() - 3);
         // Insertion stops B at C. As a run that goes backwards, A and B are turned round and merged into the
         // page before C.
-        if (count < 64) {
+        if (count < 64)
             EXPECT_THAT(names, ElementsAre(u"A"_s, u"C"_s, u"B"_s)) << count;
-        } else {
+        else
             EXPECT_THAT(names, ElementsAre(u"B"_s, u"A"_s, u"C"_s)) << count;
-        }
     }
 }
 
@@ -91,12 +90,12 @@ TEST(ReadingOrder, a_short_run_is_extended_by_insertion_before_it_is_merged) {
     // then works on the lines up to the 33rd, where it stops B at C as it does in a short list.
     std::vector<TextObservation> lines = page(62);
     std::swap(lines[0], lines[1]);
-    const std::vector<TextObservation> stairs{line(u"C"_s, 0.1, 1990.48), line(u"A"_s, 0.3, 1990.50),
-                                              line(u"B"_s, 0.2, 1990.49)};
+    const std::vector<TextObservation> stairs{
+        line(u"C"_s, 0.1, 1990.48), line(u"A"_s, 0.3, 1990.50), line(u"B"_s, 0.2, 1990.49)};
     lines.insert(lines.begin() + 10, stairs.begin(), stairs.end());
     const std::vector<QString> names = sorted(lines);
     EXPECT_THAT(std::vector(names.begin() + 8, names.begin() + 15),
-                ElementsAre(u"p8"_s, u"p9"_s, u"A"_s, u"C"_s, u"B"_s, u"p10"_s, u"p11"_s));
+        ElementsAre(u"p8"_s, u"p9"_s, u"A"_s, u"C"_s, u"B"_s, u"p10"_s, u"p11"_s));
 }
 
 TEST(ReadingOrder, a_page_of_clear_lines_comes_out_the_same_from_any_order) {

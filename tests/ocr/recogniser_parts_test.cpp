@@ -33,7 +33,7 @@ TEST(WindowMedian, is_the_middle_value_of_the_window_as_far_as_the_picture_goes)
                 std::vector<quint8> window;
                 for (int row = std::max(0, y - radiusY); row <= std::min(10, y + radiusY); ++row)
                     window.insert(window.end(), plane.row(row) + std::max(0, x - radiusX),
-                                  plane.row(row) + std::min(22, x + radiusX) + 1);
+                        plane.row(row) + std::min(22, x + radiusX) + 1);
                 std::sort(window.begin(), window.end());
                 ASSERT_EQ(median.row(y)[x], window[(window.size() - 1) / 2])
                     << x << ',' << y << " in a window of " << radiusX << ',' << radiusY;
@@ -56,10 +56,9 @@ TEST(Resample, keeps_flat_areas_flat_and_edges_where_they_are) {
 /// Black boxes on white.
 Plane drawing(int width, int height, const std::vector<QRect>& boxes) {
     Plane plane(width, height, 255);
-    for (const QRect& box : boxes) {
+    for (const QRect& box : boxes)
         for (int y = box.top(); y <= box.bottom(); ++y)
             std::fill_n(plane.row(y) + box.left(), box.width(), 0);
-    }
     return plane;
 }
 
@@ -152,8 +151,8 @@ TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
         int marks;
         bool isForeign;
     };
-    const Case cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true},   {u"raíz"_s, 1, false},
-                          {u"größer"_s, 1, true},    {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
+    const Case cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true}, {u"raíz"_s, 1, false},
+        {u"größer"_s, 1, true}, {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
     for (const Case& given : cases) {
         const Reading reading{{line(given.text, 90, 0)}};
         EXPECT_EQ(reading.markCount(), given.marks) << given.text.toStdString();

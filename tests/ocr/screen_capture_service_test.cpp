@@ -57,8 +57,8 @@ protected:
     }
 
     std::shared_ptr<Ending<Result>> capture() {
-        return started(service.captureInteractiveAndRecognize([this] { steps += u"before"_s; },
-                                                              [this] { steps += u"after"_s; }));
+        return started(service.captureInteractiveAndRecognize(
+            [this] { steps += u"before"_s; }, [this] { steps += u"after"_s; }));
     }
 
     /// A capture from its beginning to its end.

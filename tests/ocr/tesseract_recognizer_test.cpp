@@ -15,10 +15,10 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 /// A picture of a text, one line below the other, as a screen would show it.
-QImage pictureOf(const QStringList& lines, double ratio = 1, QColor ink = Qt::black,
-                 QColor paper = Qt::white) {
+QImage pictureOf(
+    const QStringList& lines, double ratio = 1, QColor ink = Qt::black, QColor paper = Qt::white) {
     QImage image(qRound(480 * ratio), qRound((20 + 30 * static_cast<double>(lines.size())) * ratio),
-                 QImage::Format_RGB32);
+        QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
     image.fill(paper);
     QPainter painter(&image);
@@ -38,7 +38,7 @@ protected:
     /// A helper that is a shell script; `$helper` in it is the real one.
     QString script(const QByteArray& commands) {
         return writeFile(folder.filePath(u"helper-%1"_s.arg(++scripts)),
-                         "#!/bin/sh\nhelper='" OCR_PROGRAM "'\n" + commands + "\n");
+            "#!/bin/sh\nhelper='" OCR_PROGRAM "'\n" + commands + "\n");
     }
 
     /// A helper that does these things the first time, and after that works.
@@ -46,7 +46,7 @@ protected:
         failedOnce = folder.filePath(u"failed-%1"_s.arg(scripts));
         const QByteArray flag = QFile::encodeName(failedOnce);
         return script("if [ ! -e '" + flag + "' ]; then : >'" + flag + "'; " + commands +
-                      "; fi\nexec \"$helper\" \"$@\"");
+            "; fi\nexec \"$helper\" \"$@\"");
     }
 
     QUrl written(const QString& name, const QByteArray& bytes) {
@@ -74,10 +74,10 @@ TEST_F(TesseractRecognizerTest, reads_what_screens_show) {
     EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines, 2))).result, text) << "on a dense screen";
     EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines, 1, QColor(235, 235, 235), QColor(30, 30, 46))))
                   .result,
-              text)
+        text)
         << "in a dark theme";
     EXPECT_EQ(endingOf(service.recognizeText(pictureOf({u"Файл успешно загружен."_s}))).result,
-              u"Файл успешно загружен."_s);
+        u"Файл успешно загружен."_s);
     const QStringList greeting{u"Xin chào Việt Nam"_s, u"Good morning, everybody"_s};
     EXPECT_EQ(endingOf(service.recognizeText(pictureOf(greeting))).result, greeting.join(u'\n'))
         << "a short greeting is not taken for Spanish";
@@ -184,8 +184,8 @@ TEST_F(TesseractRecognizerTest, a_helper_that_fails_costs_one_image) {
         EXPECT_EQ(next.result.value_or(std::vector<TextObservation>()).size(), 1U) << given.what;
     }
     TesseractRecognizer absent(folder.filePath(u"none"_s), clock);
-    EXPECT_EQ(endingOf(OCRService(absent).recognizeText(hello)).error->kind(),
-              OCRError::Kind::recognitionFailed);
+    EXPECT_EQ(
+        endingOf(OCRService(absent).recognizeText(hello)).error->kind(), OCRError::Kind::recognitionFailed);
     EXPECT_FALSE(endingOf(absent.recognize(hello, RecognitionRequest(), {})).failure.isEmpty());
 }
 
@@ -195,8 +195,8 @@ TEST_F(TesseractRecognizerTest, a_helper_that_hangs_is_ended_later_for_a_larger_
     const QUrl reply = written(u"accepted"_s, accepted);
     const QString flag = folder.filePath(u"told"_s);
     TesseractRecognizer hanging(scriptOnce("cat '" + QFile::encodeName(reply.toLocalFile()) + "'; : >'" +
-                                           QFile::encodeName(flag) + "'; exec sleep 100"),
-                                clock, {.anyRequest = 20s, .perMegapixel = 5s});
+                                    QFile::encodeName(flag) + "'; exec sleep 100"),
+        clock, {.anyRequest = 20s, .perMegapixel = 5s});
     const auto ending = started(hanging.recognize(hello, RecognitionRequest(), {}));
     EXPECT_TRUE(eventually([&] { return QFile::exists(flag); }));
     for (int turn = 0; turn < 5; ++turn)  // what is in the pipe by now is read within these

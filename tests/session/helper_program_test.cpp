@@ -21,10 +21,10 @@ TEST(HelperProgram, gives_status_and_output_and_whatever_goes_wrong_an_end) {
 
     EXPECT_EQ(shell(u"kill -SEGV $$"_s).status, CaptureTool::notStarted);
     EXPECT_EQ(shell(u"trap '' TERM; while :; do sleep 0.01; done"_s, std::chrono::milliseconds(20)).status,
-              CaptureTool::notStarted)
+        CaptureTool::notStarted)
         << "one that hangs, and does not want to end";
-    EXPECT_EQ(QCoro::waitFor(runProgram(u"/nowhere/at-all"_s, {}, howeverLong)).status,
-              CaptureTool::notStarted);
+    EXPECT_EQ(
+        QCoro::waitFor(runProgram(u"/nowhere/at-all"_s, {}, howeverLong)).status, CaptureTool::notStarted);
 }
 
 }  // namespace

@@ -41,14 +41,13 @@ protected:
     /// The program, waited for until it knows the portal, or without.
     void launch() {
         QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
-        portal.emplace(
-            bus.connect(),
+        portal.emplace(bus.connect(),
             QStringList{QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)},
             clock);
         hotKeys.emplace(*portal,
-                        std::vector<PortalHotKeys::Purpose>{{1, u"translate-selection"_s, u"Dịch"_s},
-                                                            {2, u"capture-screen"_s, u"Chụp"_s}},
-                        clock);
+            std::vector<PortalHotKeys::Purpose>{
+                {1, u"translate-selection"_s, u"Dịch"_s}, {2, u"capture-screen"_s, u"Chụp"_s}},
+            clock);
         hotKeys->installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
     }
     [[nodiscard]] bool startProgram() {
@@ -87,8 +86,8 @@ TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
     ASSERT_TRUE(isBound());
     EXPECT_EQ(desktop->applicationId, u"org.tralio.Tralio");
     EXPECT_EQ(desktop->calls.first(), u"Register");
-    EXPECT_THAT(boundIds(),
-                ElementsAre(u"translate-selection.LOGO+SHIFT+d"_s, u"capture-screen.LOGO+SHIFT+s"_s));
+    EXPECT_THAT(
+        boundIds(), ElementsAre(u"translate-selection.LOGO+SHIFT+d"_s, u"capture-screen.LOGO+SHIFT+s"_s));
     EXPECT_EQ(desktop->bound.first().properties.value(u"preferred_trigger"_s).toString(), u"LOGO+SHIFT+d");
 
     desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1000, {{u"activation_token"_s, u"t"_s}});
@@ -104,8 +103,8 @@ TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
 TEST_F(PortalTest, what_the_desktop_remembers_or_binds_with_the_session_is_not_asked_for_again) {
     const std::function<void(ScriptedDesktopPortal&)> desktops[] = {
         [](auto& told) {
-            told.remembered = {{u"capture-screen.LOGO+SHIFT+s"_s, {}},
-                               {u"translate-selection.LOGO+SHIFT+d"_s, {}}};
+            told.remembered = {
+                {u"capture-screen.LOGO+SHIFT+s"_s, {}}, {u"translate-selection.LOGO+SHIFT+d"_s, {}}};
         },
         [](auto& told) { told.bindsAtCreation = true; },
     };
@@ -150,8 +149,9 @@ TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {
     ASSERT_TRUE(isBound());
     EXPECT_TRUE(desktop->calls.contains(u"Close"_s));
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
-    EXPECT_THAT(boundIds(), testing::UnorderedElementsAre(u"translate-selection.LOGO+SHIFT+t"_s,
-                                                          u"capture-screen.LOGO+SHIFT+s"_s));
+    EXPECT_THAT(boundIds(),
+        testing::UnorderedElementsAre(
+            u"translate-selection.LOGO+SHIFT+t"_s, u"capture-screen.LOGO+SHIFT+s"_s));
     desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
     desktop->activate(u"translate-selection.LOGO+SHIFT+t"_s, 2);
     ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
@@ -287,8 +287,8 @@ TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_th
     desktop->silentMethods.clear();
     clock.advance(30s);
     ASSERT_TRUE(isBound());
-    EXPECT_THAT(boundIds(),
-                ElementsAre(u"capture-screen.LOGO+SHIFT+s"_s, u"translate-selection.LOGO+SHIFT+t"_s));
+    EXPECT_THAT(
+        boundIds(), ElementsAre(u"capture-screen.LOGO+SHIFT+s"_s, u"translate-selection.LOGO+SHIFT+t"_s));
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
 
     // A key that is refused takes the one before it away.

@@ -28,11 +28,10 @@ QString pathOf(const QDBusMessage& message, const QString& kind, const QString& 
 ScriptedDesktopPortal::ScriptedDesktopPortal(QDBusConnection bus) : m_bus(std::move(bus)) {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
-    const bool reachable = m_bus.registerVirtualObject(QLatin1String(Portal::path), this,
-                                                       QDBusConnection::VirtualObjectRegisterOption::SubPath);
+    const bool reachable = m_bus.registerVirtualObject(
+        QLatin1String(Portal::path), this, QDBusConnection::VirtualObjectRegisterOption::SubPath);
     const auto named = m_bus.interface()->registerService(QLatin1String(Portal::service),
-                                                          QDBusConnectionInterface::ReplaceExistingService,
-                                                          QDBusConnectionInterface::AllowReplacement);
+        QDBusConnectionInterface::ReplaceExistingService, QDBusConnectionInterface::AllowReplacement);
     if (!reachable || named != QDBusConnectionInterface::ServiceRegistered)
         throw std::runtime_error("the portal's name is taken");
 }
@@ -46,8 +45,8 @@ QString ScriptedDesktopPortal::introspect(const QString& /*path*/) const {
     return {};
 }
 
-bool ScriptedDesktopPortal::handleMessage(const QDBusMessage& message,
-                                          const QDBusConnection& /*connection*/) {
+bool ScriptedDesktopPortal::handleMessage(
+    const QDBusMessage& message, const QDBusConnection& /*connection*/) {
     const QString method = message.member();
     if (method == u"Get") {
         ++versionsAsked;
@@ -66,13 +65,13 @@ bool ScriptedDesktopPortal::handleMessage(const QDBusMessage& message,
             m_bus.send(message.createReply());
         } else {
             m_bus.send(message.createErrorReply(u"org.freedesktop.portal.Error.Failed"_s,
-                                                u"Connection already associated with an application ID"_s));
+                u"Connection already associated with an application ID"_s));
         }
     } else if (method == u"Close") {
         m_bus.send(message.createReply());
     } else if (method == u"CreateSession" && requiresApplicationId && applicationId.isEmpty()) {
-        m_bus.send(message.createErrorReply(u"org.freedesktop.portal.Error.NotAllowed"_s,
-                                            u"An app id is required"_s));
+        m_bus.send(message.createErrorReply(
+            u"org.freedesktop.portal.Error.NotAllowed"_s, u"An app id is required"_s));
     } else {
         request(message);
     }
@@ -105,10 +104,9 @@ QVariantMap ScriptedDesktopPortal::resultsOf(const QDBusMessage& message, const 
             return {};
         bound = qdbus_cast<QList<PortalShortcut>>(message.arguments().value(1));
         QList<PortalShortcut> granted;
-        for (const PortalShortcut& shortcut : std::as_const(bound)) {
+        for (const PortalShortcut& shortcut : std::as_const(bound))
             if (shortcut.id != notBound)
                 granted += {shortcut.id, {{u"trigger_description"_s, u"Super+Shift+X"_s}}};
-        }
         if (listsOnlyWhenAsked) {
             remembered = granted;
             return {};
@@ -118,18 +116,18 @@ QVariantMap ScriptedDesktopPortal::resultsOf(const QDBusMessage& message, const 
     return {{u"uri"_s, QUrl::fromLocalFile(picture).toString()}};
 }
 
-void ScriptedDesktopPortal::activate(const QString& shortcut, qulonglong timestamp,
-                                     const QVariantMap& options) {
+void ScriptedDesktopPortal::activate(
+    const QString& shortcut, qulonglong timestamp, const QVariantMap& options) {
     signal(QLatin1String(Portal::path), QLatin1String(PortalHotKeys::interface), u"Activated"_s,
-           {QVariant::fromValue(QDBusObjectPath(session)), shortcut, timestamp, options});
+        {QVariant::fromValue(QDBusObjectPath(session)), shortcut, timestamp, options});
 }
 
 void ScriptedDesktopPortal::endSession() {
     signal(session, u"org.freedesktop.portal.Session"_s, u"Closed"_s, {});
 }
 
-void ScriptedDesktopPortal::signal(const QString& path, const QString& interface, const QString& name,
-                                   const QVariantList& arguments) {
+void ScriptedDesktopPortal::signal(
+    const QString& path, const QString& interface, const QString& name, const QVariantList& arguments) {
     auto message = QDBusMessage::createSignal(path, interface, name);
     message.setArguments(arguments);
     m_bus.send(message);

@@ -47,8 +47,8 @@ public:
 private:
     void request(const QDBusMessage& message);
     [[nodiscard]] QVariantMap resultsOf(const QDBusMessage& message, const QVariantMap& options);
-    void signal(const QString& path, const QString& interface, const QString& name,
-                const QVariantList& arguments);
+    void signal(
+        const QString& path, const QString& interface, const QString& name, const QVariantList& arguments);
 
     QDBusConnection m_bus;
 };

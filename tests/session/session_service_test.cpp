@@ -19,15 +19,15 @@ class Session : public testing::Test {
 protected:
     void SetUp() override {
         service.setActions({[this] { happened += u"open"_s + qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); },
-                            [this] { happened += u"selection"_s; }, [this] { happened += u"capture"_s; },
-                            [this](const QString& text) { happened += u"text:"_s + text; }});
+            [this] { happened += u"selection"_s; }, [this] { happened += u"capture"_s; },
+            [this](const QString& text) { happened += u"text:"_s + text; }});
         ASSERT_EQ(service.claim(), SessionService::Claim::claimed);
     }
     void TearDown() override { qunsetenv("XDG_ACTIVATION_TOKEN"); }
 
     void call(const QString& interface, const QString& method, const QVariantList& arguments) {
-        auto message = QDBusMessage::createMethodCall(QLatin1String(SessionService::name),
-                                                      QLatin1String(SessionService::path), interface, method);
+        auto message = QDBusMessage::createMethodCall(
+            QLatin1String(SessionService::name), QLatin1String(SessionService::path), interface, method);
         message.setArguments(arguments);
         caller.send(message);
     }
@@ -52,8 +52,9 @@ TEST_F(Session, anybody_on_the_bus_can_ask_for_each_action_by_either_interface) 
     call(standard, u"ActivateAction"_s, {u"translate-text"_s, QVariantList{text}, noData});
     call(standard, u"ActivateAction"_s, {u"capture-screen"_s, QVariantList(), noData});
     ASSERT_TRUE(eventually([&] { return happened.size() == 7; }));
-    EXPECT_THAT(happened, ElementsAre(u"selection"_s, u"capture"_s, u"open"_s, u"text:"_s + text,
-                                      u"selection"_s, u"text:"_s + text, u"capture"_s));
+    EXPECT_THAT(happened,
+        ElementsAre(u"selection"_s, u"capture"_s, u"open"_s, u"text:"_s + text, u"selection"_s,
+            u"text:"_s + text, u"capture"_s));
 }
 
 TEST_F(Session, a_second_instance_has_the_first_open_with_the_token_that_the_second_was_given) {

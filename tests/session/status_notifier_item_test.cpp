@@ -40,8 +40,8 @@ public:
         m_bus.send(QDBusMessage::createSignal(watcherPath, watcher, u"StatusNotifierHostRegistered"_s));
     }
     void click(const QString& item) {
-        auto activate = QDBusMessage::createMethodCall(item, u"/StatusNotifierItem"_s,
-                                                       u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
+        auto activate = QDBusMessage::createMethodCall(
+            item, u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
         activate << 1 << 2;
         m_bus.send(activate);
     }
@@ -59,8 +59,10 @@ TEST(StatusNotifierItem, a_late_answer_to_an_earlier_question_changes_nothing) {
     StatusNotifierItem item(u"Tralio"_s, QIcon(), own);
     std::optional<bool> present;
     bool clicked = false;
-    QObject::connect(&item, &StatusNotifierItem::trayChanged, &item, [&](bool there) { present = there; });
-    QObject::connect(&item, &StatusNotifierItem::activated, &item, [&] { clicked = true; });
+    QObject::connect(
+        &item, &StatusNotifierItem::trayChanged, &item, [&](bool there) { present = there; });
+    QObject::connect(
+        &item, &StatusNotifierItem::activated, &item, [&] { clicked = true; });
 
     ASSERT_TRUE(eventually([&] { return tray.questions.size() == 1; }));
     tray.tellOfHost();

@@ -36,12 +36,12 @@ TEST(SizeLabel, never_leaves_the_monitor_and_never_covers_a_corner) {
             }
             const QRect area = QRect(from, QSize(1, 1)) | QRect(to, QSize(1, 1));
             SCOPED_TRACE(testing::Message()
-                         << area.x() << ' ' << area.y() << ' ' << area.width() << ' ' << area.height());
+                << area.x() << ' ' << area.y() << ' ' << area.width() << ' ' << area.height());
             const QRect place = placeSizeLabel(label, area, to, monitor, gap);
             ASSERT_EQ(place.size(), label);
             ASSERT_TRUE(monitor.contains(place));
             for (const QPoint corner :
-                 {area.topLeft(), area.topRight(), area.bottomLeft(), area.bottomRight()})
+                {area.topLeft(), area.topRight(), area.bottomLeft(), area.bottomRight()})
                 ASSERT_FALSE(place.contains(corner));
         }
     }

@@ -33,8 +33,8 @@ struct RegionSelectionTest : testing::Test {
     }
 };
 
-TEST_F(RegionSelectionTest,
-       letting_go_takes_the_pixels_from_the_first_to_the_last_and_no_drag_at_all_cancels) {
+TEST_F(
+    RegionSelectionTest, letting_go_takes_the_pixels_from_the_first_to_the_last_and_no_drag_at_all_cancels) {
     struct Case {
         QPoint from, to;
         std::optional<QRect> taken;
@@ -58,9 +58,8 @@ TEST_F(RegionSelectionTest,
         drawn.moveTo(to);
         EXPECT_EQ(drawn.stage(), Stage::Drawing);
         EXPECT_EQ(drawn.area(), taken);
-        if (taken && taken->height() > 1) {
+        if (taken && taken->height() > 1)
             EXPECT_EQ(drawn.activeCorner(), to);
-        }
         drawn.release(to);
         EXPECT_EQ(drawn.stage(), taken ? Stage::Confirmed : Stage::Cancelled);
 
@@ -98,17 +97,15 @@ TEST_F(RegionSelectionTest, keys_step_in_logical_pixels_and_keep_the_rectangle_o
     EXPECT_EQ(area.bottomRight(), QPoint(2999, 1799));
     fine.pressArrow(left, ArrowEffect::Move, Stride::Fine);
     EXPECT_EQ(fine.area(), area.translated(-2, 0));
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 300; ++i)
         for (const QPoint direction : {right, down})
             fine.pressArrow(direction, ArrowEffect::Move, Stride::Coarse);
-    }
     EXPECT_EQ(fine.area(), area);
     fine.pressArrow(right, ArrowEffect::Resize, Stride::Coarse);
     EXPECT_EQ(fine.area(), area);
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 300; ++i)
         for (const QPoint direction : {left, up})
             fine.pressArrow(direction, ArrowEffect::Resize, Stride::Coarse);
-    }
     EXPECT_EQ(fine.area(), QRect(area.topLeft(), QSize(16, 16)));
 }
 

@@ -7,8 +7,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr const char* variables[] = {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI",
-                                     "GDK_SCALE"};
+constexpr const char* variables[] = {
+    "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "GDK_SCALE"};
 
 void clearEnvironment() {
     for (const char* name : variables)

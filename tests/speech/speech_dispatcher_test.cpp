@@ -36,8 +36,8 @@ public:
 
     void tell(const QByteArray& event, int message) {
         const QByteArray code = event.left(3);
-        connection->write(code + '-' + QByteArray::number(message) + "\r\n" + code + "-1\r\n" + event +
-                          "\r\n");
+        connection->write(
+            code + '-' + QByteArray::number(message) + "\r\n" + code + "-1\r\n" + event + "\r\n");
     }
 
     [[nodiscard]] bool heard(const QByteArray& command) const { return commands.contains(command); }
@@ -91,7 +91,8 @@ private:
 class SpeechDaemon : public testing::Test {
 protected:
     void speak(const QString& text) {
-        synthesizer.speak({text, {u"vi-VN"_s, u"en-US"_s}}, [this, text] { ended << text; });
+        synthesizer.speak(
+            {text, {u"vi-VN"_s, u"en-US"_s}}, [this, text] { ended << text; });
     }
 
     /// Has a text read, so far that it is with the daemon.
@@ -103,7 +104,7 @@ protected:
 
     [[nodiscard]] bool endsWithLogLine(const char* part) {
         return eventually([&] { return !ended.isEmpty(); }) && !synthesizer.isSpeaking() &&
-               log.messages().size() == 1 && log.messages().first().contains(QLatin1StringView(part));
+            log.messages().size() == 1 && log.messages().first().contains(QLatin1StringView(part));
     }
 
     DebugLogFile log;
@@ -131,7 +132,8 @@ TEST_F(SpeechDaemon, a_text_is_read_in_its_voice_and_told_to_end) {
     EXPECT_TRUE(eventually([&] { return !synthesizer.isSpeaking(); }));
     EXPECT_THAT(ended, ElementsAre(u"Một.\n.hai\nQUIT"_s));
 
-    synthesizer.speak({u"hello"_s, {u"en-US"_s}}, [] {});
+    synthesizer.speak(
+        {u"hello"_s, {u"en-US"_s}}, [] {});
     EXPECT_TRUE(eventually([&] { return daemon->heard("SET SELF LANGUAGE fr"); })) << "the default voice";
     EXPECT_THAT(log.messages(), IsEmpty());
 }

@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 TEST(SpeechVoices, the_closest_voice_of_the_most_wanted_language_is_chosen) {
     const SpeechModule british{u"festival"_s, {u"en-GB"_s, u"es"_s}};
-    const SpeechModule espeak{u"espeak-ng"_s,
-                              {u"vie"_s, u"vi-vn-x-south"_s, u"vi"_s, u"en-gb"_s, u"en_US"_s}};
+    const SpeechModule espeak{
+        u"espeak-ng"_s, {u"vie"_s, u"vi-vn-x-south"_s, u"vi"_s, u"en-gb"_s, u"en_US"_s}};
     const SpeechModule french{u"fr-only"_s, {u"fr"_s}};
     struct Case {
         QStringList tags;
@@ -33,12 +33,12 @@ TEST(SpeechVoices, the_closest_voice_of_the_most_wanted_language_is_chosen) {
 
 TEST(SpeechVoices, an_engines_languages_are_read_from_its_list) {
     EXPECT_EQ(languagesOf("Vietnamese\tvi\tnone\nVietnamese+Adam\tvi\tAdam\nbroken\nEnglish\ten-us\n"),
-              (QStringList{u"vi"_s, u"en-us"_s}));
+        (QStringList{u"vi"_s, u"en-us"_s}));
 }
 
 TEST(SpeechVoices, marks_stand_between_sentences_and_within_long_ones_and_the_text_stays_text) {
     EXPECT_EQ(withMarks(u"A. B? 3.5 <b>&\u0001"_s),
-              u"<speak>A.<mark name=\"0\"/> B?<mark name=\"1\"/> 3.5 &lt;b&gt;&amp;</speak>"_s);
+        u"<speak>A.<mark name=\"0\"/> B?<mark name=\"1\"/> 3.5 &lt;b&gt;&amp;</speak>"_s);
     const QString endless = u"bla "_s.repeated(5000);
     EXPECT_GT(withMarks(endless).count(u"<mark"), 100);
 }

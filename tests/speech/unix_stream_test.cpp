@@ -23,11 +23,13 @@ using testing::IsEmpty;
 /// A stream that notes what it tells, and may be destroyed while it does.
 struct WatchedStream {
     explicit WatchedStream(const QString& path) : stream(std::make_unique<UnixStream>(path)) {
-        QObject::connect(stream.get(), &UnixStream::opened, [this] { tell(u"opened"_s); });
-        QObject::connect(stream.get(), &UnixStream::arrived,
-                         [this](const QByteArray& bytes) { tell(u"arrived "_s + QString::fromUtf8(bytes)); });
-        QObject::connect(stream.get(), &UnixStream::ended,
-                         [this](const QString& reason) { tell(u"ended: "_s + reason); });
+        QObject::connect(
+            stream.get(), &UnixStream::opened, [this] { tell(u"opened"_s); });
+        QObject::connect(
+            stream.get(), &UnixStream::arrived,
+            [this](const QByteArray& bytes) { tell(u"arrived "_s + QString::fromUtf8(bytes)); });
+        QObject::connect(
+            stream.get(), &UnixStream::ended, [this](const QString& reason) { tell(u"ended: "_s + reason); });
     }
 
     void tell(const QString& news) {
@@ -89,8 +91,8 @@ TEST_F(SpeechStream, a_listener_that_accepts_nobody_holds_nobody_up) {
     EXPECT_THAT(crowd.back()->told, ElementsAre(u"ended: Resource temporarily unavailable"_s));
 }
 
-TEST_F(SpeechStream,
-       what_the_other_side_said_before_it_left_is_still_heard_and_writing_to_it_raises_no_signal) {
+TEST_F(
+    SpeechStream, what_the_other_side_said_before_it_left_is_still_heard_and_writing_to_it_raises_no_signal) {
     ASSERT_TRUE(server.listen(path));
     WatchedStream watched(path);
     EXPECT_TRUE(nextTurn());
@@ -104,8 +106,8 @@ TEST_F(SpeechStream,
     std::signal(SIGPIPE, before);
     EXPECT_TRUE(eventually([&] { return !watched.stream->isOpen(); }));
     EXPECT_TRUE(nextTurn() && nextTurn());
-    EXPECT_THAT(watched.told, ElementsAre(u"opened"_s, u"arrived bye"_s,
-                                          u"ended: the other side has closed the connection"_s));
+    EXPECT_THAT(watched.told,
+        ElementsAre(u"opened"_s, u"arrived bye"_s, u"ended: the other side has closed the connection"_s));
 }
 
 TEST_F(SpeechStream, its_owner_may_destroy_it_whatever_it_tells) {

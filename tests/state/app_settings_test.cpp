@@ -69,11 +69,12 @@ TEST(AppSettingsTest, everything_that_was_assigned_is_there_when_constructed_ane
     journal.entries.clear();
 
     const AppSettings again(journal, journal);
-    EXPECT_EQ(again.endpointSettings(), (EndpointSettings{.baseURL = u" http://localhost:1 "_s,
-                                                          .selectedPresetId = u"custom"_s,
-                                                          .apiKey = u""_s,
-                                                          .model = u"m"_s,
-                                                          .customPrompt = u"p\n"_s}));
+    EXPECT_EQ(again.endpointSettings(),
+        (EndpointSettings{.baseURL = u" http://localhost:1 "_s,
+            .selectedPresetId = u"custom"_s,
+            .apiKey = u""_s,
+            .model = u"m"_s,
+            .customPrompt = u"p\n"_s}));
     EXPECT_EQ(again.tone(), TranslationTone::concise);
     EXPECT_FALSE(again.autoPaste());
     EXPECT_EQ(textHotKey(again), (HotKey{4294967295U, 4294967295U, u"⌃ X"_s}));
@@ -156,20 +157,18 @@ TEST(AppSettingsTest, the_model_of_an_earlier_version_is_corrected_for_the_defau
 
 TEST(AppSettingsTest, what_is_not_stored_or_cannot_be_understood_loads_as_the_default) {
     const Values unreadable{{u"app_setting_base_url"_s, qint64{1}},
-                            {u"app_setting_api_key"_s, QByteArray("key")},
-                            {u"app_setting_model"_s, true},
-                            {u"app_setting_preset_id"_s, qint64{0}},
-                            {u"app_setting_custom_prompt"_s, QByteArray()},
-                            {u"app_setting_tone"_s, u"tự nhiên"_s}};
+        {u"app_setting_api_key"_s, QByteArray("key")}, {u"app_setting_model"_s, true},
+        {u"app_setting_preset_id"_s, qint64{0}}, {u"app_setting_custom_prompt"_s, QByteArray()},
+        {u"app_setting_tone"_s, u"tự nhiên"_s}};
     for (const Values& values : {Values(), unreadable}) {
         Journal journal(values);
         const AppSettings settings(journal, journal);
         EXPECT_EQ(settings.endpointSettings(),
-                  (EndpointSettings{.baseURL = AppSettings::defaultBaseURL,
-                                    .selectedPresetId = u"kavo"_s,
-                                    .apiKey = AppSettings::defaultApiKey,
-                                    .model = AppSettings::defaultModel,
-                                    .customPrompt = AppSettings::defaultPrompt}));
+            (EndpointSettings{.baseURL = AppSettings::defaultBaseURL,
+                .selectedPresetId = u"kavo"_s,
+                .apiKey = AppSettings::defaultApiKey,
+                .model = AppSettings::defaultModel,
+                .customPrompt = AppSettings::defaultPrompt}));
         EXPECT_EQ(settings.tone(), TranslationTone::natural);
         EXPECT_TRUE(settings.autoPaste());
         EXPECT_TRUE(journal.entries.isEmpty());
@@ -177,8 +176,12 @@ TEST(AppSettingsTest, what_is_not_stored_or_cannot_be_understood_loads_as_the_de
 
     // Anything stored counts as an answer here, and only a true one lets the clipboard be read.
     const std::pair<StoredValue, bool> autoPastes[] = {
-        {false, false},    {true, true},       {qint64{0}, false},
-        {qint64{2}, true}, {u"true"_s, false}, {QByteArray("1"), false},
+        {false, false},
+        {true, true},
+        {qint64{0}, false},
+        {qint64{2}, true},
+        {u"true"_s, false},
+        {QByteArray("1"), false},
     };
     for (const auto& [stored, loaded] : autoPastes) {
         Journal other(Values{{u"app_setting_auto_paste"_s, stored}});
@@ -190,13 +193,13 @@ TEST(AppSettingsTest, observers_are_told_before_the_change_and_the_store_learns_
     Journal journal;
     AppSettings settings(journal, journal);
     QObject::connect(&settings, &ObservableObject::objectWillChange, &settings,
-                     [&] { journal.entries += u"will change "_s + settings.model(); });
+        [&] { journal.entries += u"will change "_s + settings.model(); });
     settings.model = u"a"_s;
     settings.model = u"a"_s;
     settings.autoPaste = false;
     EXPECT_EQ(journal.entries,
-              QStringList({u"will change "_s + AppSettings::defaultModel, u"model"_s, u"will change a"_s,
-                           u"model"_s, u"will change a"_s, u"auto_paste"_s}));
+        QStringList({u"will change "_s + AppSettings::defaultModel, u"model"_s, u"will change a"_s,
+            u"model"_s, u"will change a"_s, u"auto_paste"_s}));
 }
 
 TEST(AppSettingsTest, a_preset_brings_its_endpoint_along) {
@@ -239,10 +242,10 @@ TEST(AppSettingsTest, a_reset_restores_and_registers_in_order_and_leaves_auto_pa
 
     settings.resetToDefaults();
     EXPECT_EQ(journal.entries,
-              QStringList({u"base_url"_s, u"model"_s, u"api_key"_s, u"custom_prompt"_s, u"preset_id"_s,
-                           u"tone"_s, u"hotkey_keycode"_s, u"hotkey_modifiers"_s, u"hotkey_display"_s,
-                           u"register text 2 768"_s, u"ocr_hotkey_keycode"_s, u"ocr_hotkey_modifiers"_s,
-                           u"ocr_hotkey_display"_s, u"register ocr 1 768"_s}));
+        QStringList({u"base_url"_s, u"model"_s, u"api_key"_s, u"custom_prompt"_s, u"preset_id"_s, u"tone"_s,
+            u"hotkey_keycode"_s, u"hotkey_modifiers"_s, u"hotkey_display"_s, u"register text 2 768"_s,
+            u"ocr_hotkey_keycode"_s, u"ocr_hotkey_modifiers"_s, u"ocr_hotkey_display"_s,
+            u"register ocr 1 768"_s}));
     EXPECT_FALSE(settings.autoPaste());
     EXPECT_EQ(settings.tone(), TranslationTone::natural);
     EXPECT_EQ(settings.baseURL(), AppSettings::defaultBaseURL);

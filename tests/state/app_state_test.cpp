@@ -13,9 +13,8 @@ TEST(AppStateTest, a_request_puts_the_trimmed_text_in_place_before_it_renews_the
     const DebugLogFile log;
     AppState state;
     std::vector<std::pair<QString, bool>> seen;
-    QObject::connect(&state, &ObservableObject::objectWillChange, &state, [&] {
-        seen.emplace_back(state.pendingTextToTranslate(), state.translateTriggerId().has_value());
-    });
+    QObject::connect(&state, &ObservableObject::objectWillChange, &state,
+        [&] { seen.emplace_back(state.pendingTextToTranslate(), state.translateTriggerId().has_value()); });
     state.requestTranslation(u"\u3000 \u00a0\tword\u2029 \n"_s);
     EXPECT_EQ(seen, (std::vector<std::pair<QString, bool>>{{u""_s, false}, {u"word"_s, false}}));
     EXPECT_EQ(state.pendingTextToTranslate(), u"word"_s);
@@ -35,9 +34,10 @@ TEST(AppStateTest, a_blank_request_is_dropped_and_a_long_one_logged_in_part) {
     const QString text = u"👨‍👩‍👧‍👦"_s.repeated(100);
     state.requestTranslation(text);
     EXPECT_EQ(state.pendingTextToTranslate(), text);
-    EXPECT_EQ(log.messages(), QStringList({u"AppState.requestTranslation: requested with text ''"_s,
-                                           u"AppState.requestTranslation: requested with text '"_s +
-                                               u"👨‍👩‍👧‍👦"_s.repeated(30) + u"'"_s}));
+    EXPECT_EQ(log.messages(),
+        QStringList({u"AppState.requestTranslation: requested with text ''"_s,
+            u"AppState.requestTranslation: requested with text '"_s +
+                u"👨‍👩‍👧‍👦"_s.repeated(30) + u"'"_s}));
 }
 
 }  // namespace

@@ -83,9 +83,8 @@ TEST_F(SqliteFailureTest, a_path_that_cannot_be_used_keeps_values_in_memory) {
     ASSERT_TRUE(QDir().mkpath(path(u"closed"_s)));
     setMode(path(u"closed"_s), 0);
     ASSERT_EQ(mkfifo(QFile::encodeName(path(u"pipe"_s)).constData(), 0600), 0);
-    for (const QString& unusable :
-         {path(u"file/tralio.sqlite"_s), path(u"folder/tralio.sqlite"_s),
-          path(u"closed/tralio/tralio.sqlite"_s), path(u"pipe"_s), u"/proc/self/tralio/tralio.sqlite"_s}) {
+    for (const QString& unusable : {path(u"file/tralio.sqlite"_s), path(u"folder/tralio.sqlite"_s),
+             path(u"closed/tralio/tralio.sqlite"_s), path(u"pipe"_s), u"/proc/self/tralio/tralio.sqlite"_s}) {
         const DebugLogFile log;
         {
             SqliteKeyValueStore store(unusable);
@@ -182,8 +181,8 @@ TEST_F(SqliteFailureTest, values_that_could_not_be_written_get_a_last_chance_at_
     EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{1}));
 }
 
-TEST_F(SqliteFailureTest,
-       damage_under_the_running_program_is_told_once_and_repaired_when_a_value_is_written) {
+TEST_F(
+    SqliteFailureTest, damage_under_the_running_program_is_told_once_and_repaired_when_a_value_is_written) {
     makeStore(u"key"_s, QByteArray(1'000'000, 'x'));
     SqliteKeyValueStore store(path());
     QFile file(path());

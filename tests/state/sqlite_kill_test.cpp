@@ -72,9 +72,8 @@ TEST_F(SqliteKillTest, no_acknowledged_value_is_lost_when_the_process_is_killed)
         }
         close(ends[0]);
 
-        if (QFile::exists(path())) {  // the kill may have come before it was created
+        if (QFile::exists(path()))  // the kill may have come before it was created
             EXPECT_EQ(OtherConnection(path()).query("PRAGMA quick_check"), "ok");
-        }
         const auto value = SqliteKeyValueStore(path()).value(key);
         if (last) {
             // At most the write that the kill cut short may be there unacknowledged.
@@ -82,9 +81,8 @@ TEST_F(SqliteKillTest, no_acknowledged_value_is_lost_when_the_process_is_killed)
                 << round;
         }
         ++next;
-        if (round % 20 == 19) {  // so that some kills fall into the creation of the store
+        if (round % 20 == 19)  // so that some kills fall into the creation of the store
             ASSERT_TRUE(QDir(path(u"tralio"_s)).removeRecursively());
-        }
     }
     EXPECT_GT(acknowledged, 500);
     EXPECT_TRUE(m_log.messages().isEmpty()) << m_log.content().constData();

@@ -12,7 +12,7 @@ void FakeClock::after(std::chrono::milliseconds delay, QObject* context, std::fu
 
 void FakeClock::every(std::chrono::milliseconds interval, QObject* context, std::function<void()> action) {
     m_calls.emplace(m_now + interval,
-                    Call{context, std::make_shared<std::function<void()>>(std::move(action)), interval});
+        Call{context, std::make_shared<std::function<void()>>(std::move(action)), interval});
 }
 
 void FakeClock::advance(std::chrono::milliseconds by) {
@@ -34,8 +34,8 @@ void FakeClock::advance(std::chrono::milliseconds by) {
 }
 
 qsizetype FakeClock::pending() const {
-    return std::count_if(m_calls.begin(), m_calls.end(),
-                         [](const auto& entry) { return !entry.second.context.isNull(); });
+    return std::count_if(
+        m_calls.begin(), m_calls.end(), [](const auto& entry) { return !entry.second.context.isNull(); });
 }
 
 }  // namespace tralio

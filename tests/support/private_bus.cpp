@@ -11,8 +11,9 @@ namespace tralio {
 using namespace Qt::StringLiterals;
 
 PrivateBus::PrivateBus() {
-    m_daemon.start(u"dbus-daemon"_s, {u"--config-file="_s + writeBusConfiguration(m_folder.path(), {}),
-                                      u"--nofork"_s, u"--print-address=1"_s});
+    m_daemon.start(u"dbus-daemon"_s,
+        {u"--config-file="_s + writeBusConfiguration(m_folder.path(), {}), u"--nofork"_s,
+            u"--print-address=1"_s});
     if (!m_daemon.waitForReadyRead(20'000))
         throw std::runtime_error("dbus-daemon does not start");
     m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();

@@ -28,10 +28,10 @@ QSslConfiguration selfSignedConfiguration() {
     const QString key = folder.filePath(u"key.pem"_s);
     const QString certificate = folder.filePath(u"certificate.pem"_s);
     QProcess openssl;
-    openssl.start(u"openssl"_s, {u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-days"_s,
-                                 u"2"_s, u"-subj"_s, u"/CN=localhost"_s, u"-addext"_s,
-                                 u"subjectAltName=DNS:localhost,IP:127.0.0.1"_s, u"-keyout"_s, key, u"-out"_s,
-                                 certificate});
+    openssl.start(u"openssl"_s,
+        {u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-days"_s, u"2"_s, u"-subj"_s,
+            u"/CN=localhost"_s, u"-addext"_s, u"subjectAltName=DNS:localhost,IP:127.0.0.1"_s, u"-keyout"_s,
+            key, u"-out"_s, certificate});
     if (!openssl.waitForFinished() || openssl.exitCode() != 0)
         qFatal("The stand-in needs the openssl program.");
 
@@ -69,10 +69,9 @@ std::optional<std::pair<StandInModel::Request, qsizetype>> parseRequest(const QB
 }  // namespace
 
 QByteArray StandInModel::Request::header(const QByteArray& name) const {
-    for (const auto& [key, value] : headers) {
+    for (const auto& [key, value] : headers)
         if (key.compare(name, Qt::CaseInsensitive) == 0)
             return value;
-    }
     return {};
 }
 
@@ -83,10 +82,9 @@ QString StandInModel::Request::userText() const {
 
 QString StandInModel::Request::systemPrompt() const {
     const QJsonArray messages = json.value(u"messages"_s).toArray();
-    for (const QJsonValue& message : messages) {
+    for (const QJsonValue& message : messages)
         if (message[u"role"_s].toString() == u"system"_s)
             return message[u"content"_s].toString();
-    }
     return {};
 }
 
@@ -120,9 +118,8 @@ void StandInModel::translatesTo(const QString& translation) {
 }
 
 void StandInModel::translatesBy(std::function<QString(const Request&)> translate) {
-    repliesBy([translate = std::move(translate)](const Request& request) {
-        return StandInReply::translation(translate(request));
-    });
+    repliesBy([translate = std::move(translate)](
+                  const Request& request) { return StandInReply::translation(translate(request)); });
 }
 
 void StandInModel::replies(const StandInReply& reply) {
@@ -149,10 +146,9 @@ void StandInModel::sendOneByte() {
 }
 
 void StandInModel::sendTheRest() {
-    for (const Unsent& unsent : std::exchange(m_unsent, {})) {
+    for (const Unsent& unsent : std::exchange(m_unsent, {}))
         if (unsent.socket)
             unsent.socket->write(unsent.bytes);
-    }
 }
 
 qsizetype StandInModel::openConnections() const {
@@ -223,8 +219,8 @@ void StandInModel::resetInBody(QTcpSocket* socket, const StandInReply& reply) {
         if (socket->bytesToWrite() > 0)
             return;
         const linger atOnce{.l_onoff = 1, .l_linger = 0};
-        setsockopt(static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce,
-                   sizeof(atOnce));
+        setsockopt(
+            static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce));
         socket->abort();
     });
 }

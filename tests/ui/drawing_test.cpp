@@ -50,15 +50,15 @@ QRect inkIn(Widget& widget, SetText setText) {
 
 TEST(Drawing, vietnamese_capitals_are_whole_in_labels_of_every_style) {
     for (const TextStyle& style :
-         {text::onboardingTitle, text::panelTitle, text::headline, text::cardTitle, text::body, text::menu,
-          text::blockTitle, text::subtitle, text::caption, text::caption.with(Weight::Bold),
-          text::smallCaption, text::smallCaption.with(Weight::Heavy), text::promptEditor}) {
+        {text::onboardingTitle, text::panelTitle, text::headline, text::cardTitle, text::body, text::menu,
+            text::blockTitle, text::subtitle, text::caption, text::caption.with(Weight::Bold),
+            text::smallCaption, text::smallCaption.with(Weight::Heavy), text::promptEditor}) {
         for (const bool wraps : {false, true}) {
             Label label(tallText, style);
             label.setMaximumLines(wraps ? 0 : 1);
             label.resize(300, wraps ? label.heightForWidth(300) : label.sizeHint().height());
-            EXPECT_EQ(inkIn(label, [&](const QString& text) { label.setText(text); }).height(),
-                      freeInk(style))
+            EXPECT_EQ(
+                inkIn(label, [&](const QString& text) { label.setText(text); }).height(), freeInk(style))
                 << "size " << style.size << (wraps ? ", wrapped" : "");
         }
     }
@@ -71,9 +71,9 @@ TEST(Drawing, vietnamese_capitals_are_whole_and_inside_the_edge_in_every_control
         EXPECT_EQ(ink.height(), freeInk(style)) << "height " << control.height();
         EXPECT_TRUE(control.rect().adjusted(0, 1, 0, -1).contains(ink)) << "height " << control.height();
     };
-    for (const ButtonStyle& style :
-         {button::main, button::mainSmall, button::redSmall, button::banner, button::borderedTall,
-          button::bordered, button::borderedField, button::word, button::footerWarning, button::suggestion}) {
+    for (const ButtonStyle& style : {button::main, button::mainSmall, button::redSmall, button::banner,
+             button::borderedTall, button::bordered, button::borderedField, button::word,
+             button::footerWarning, button::suggestion}) {
         Button button(style, {.title = tallText});
         expectWhole(button, style.text);
     }
@@ -117,10 +117,9 @@ TEST(Drawing, every_icon_renders_in_its_colour_and_an_unknown_one_is_empty) {
     for (const QString& name : names) {
         const QImage image = iconPixmap({QFileInfo(name).completeBaseName(), 13}, ink, 2).toImage();
         bool inked = false;
-        for (int y = 0; y < image.height(); ++y) {
+        for (int y = 0; y < image.height(); ++y)
             for (int x = 0; x < image.width(); ++x)
                 inked = inked || image.pixelColor(x, y) == ink;
-        }
         EXPECT_TRUE(inked) << name.toStdString();
     }
 }
@@ -144,7 +143,7 @@ TEST(Drawing, labels_break_where_told_shorten_their_last_line_and_grow_where_not
 
 TEST(Drawing, a_very_long_text_breaks_and_shortens_as_its_start_does) {
     for (const QString& part : {u"Một đoạn văn. "_s, u"w"_s, u"\u1ec7\u0323\u0301"_s, u"iiii\n"_s,
-                                u"مرحبا بالعالم "_s, u"a\u0301\u0323\u0304\u0306\u0302\u0331 "_s}) {
+             u"مرحبا بالعالم "_s, u"a\u0301\u0323\u0304\u0306\u0302\u0331 "_s}) {
         Label all(part.repeated(4000));
         Label start(part.repeated(400));
         for (Label* label : {&all, &start}) {
@@ -222,7 +221,7 @@ TEST(Drawing, the_window_floats_in_its_shadow_or_is_square_and_what_covers_it_ke
         cover->show();
         const QRect area = frame.contentArea();
         for (const QPoint& point :
-             {area.topLeft(), area.bottomRight(), QPoint(area.left(), area.center().y())})
+            {area.topLeft(), area.bottomRight(), QPoint(area.left(), area.center().y())})
             EXPECT_EQ(covered.pixelColor(point), bare.pixelColor(point));
     };
     frame.setContent(cover);
@@ -230,7 +229,7 @@ TEST(Drawing, the_window_floats_in_its_shadow_or_is_square_and_what_covers_it_ke
     EXPECT_EQ(picture().pixelColor(area.center()).alpha(), 255);
     EXPECT_LT(picture().pixelColor(area.topLeft() + QPoint(1, 1)).alpha(), 255) << "the corner is round";
     EXPECT_GT(picture().pixelColor(area.center().x(), area.bottom() + 12).alpha(),
-              picture().pixelColor(area.center().x(), area.bottom() + 47).alpha());
+        picture().pixelColor(area.center().x(), area.bottom() + 47).alpha());
     expectCoverToLookAlike();
 
     frame.setEdges(WindowFrame::Edges::Square);

@@ -173,9 +173,12 @@ TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
     const QString pipe = QDir(folder.path()).filePath(u"pipe.txt"_s);
     ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     const QUrl files[] = {
-        file(u"report.pdf"_s, "%PDF"),      file(u"broken.png"_s, "no picture"),
-        file(u"latin.txt"_s, "caf\xe9"),    file(u"no extension"_s, "text"),
-        QUrl::fromLocalFile(pipe),          QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)),
+        file(u"report.pdf"_s, "%PDF"),
+        file(u"broken.png"_s, "no picture"),
+        file(u"latin.txt"_s, "caf\xe9"),
+        file(u"no extension"_s, "text"),
+        QUrl::fromLocalFile(pipe),
+        QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)),
         QUrl::fromLocalFile(folder.path()),
     };
     for (const QUrl& url : files) {

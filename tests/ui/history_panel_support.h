@@ -28,7 +28,7 @@ protected:
     /// Adds an entry whose translation is the text in capitals.
     const TranslationItem& add(const QString& text) {
         history.add(text, text.toUpper(), QStringLiteral("Tiếng Anh"), QStringLiteral("Tiếng Việt"),
-                    QStringLiteral("Tự nhiên"));
+            QStringLiteral("Tự nhiên"));
         return history.items().first();
     }
 

@@ -40,12 +40,12 @@ protected:
     int m_writes = 0;
     int m_submits = 0;
     MultilineEnterInputView m_view{{.get = [this] { return m_text; },
-                                    .set =
-                                        [this](const QString& text) {
-                                            m_text = text;
-                                            ++m_writes;
-                                        }},
-                                   [this] { ++m_submits; }};
+                                       .set =
+                                           [this](const QString& text) {
+                                               m_text = text;
+                                               ++m_writes;
+                                           }},
+        [this] { ++m_submits; }};
 };
 
 TEST_F(InputViewTest, return_submits_once_also_an_empty_box_and_with_shift_or_alt_breaks_a_line) {

@@ -42,7 +42,7 @@ TEST_F(MainPanel, the_permissions_are_known_at_once_and_their_changes_announced_
 
 TEST_F(MainPanel, the_warning_names_what_is_missing_and_nothing_else) {
     for (const auto& [accessibility, screenCapture] :
-         {std::pair(false, false), std::pair(false, true), std::pair(true, false), std::pair(true, true)}) {
+        {std::pair(false, false), std::pair(false, true), std::pair(true, false), std::pair(true, true)}) {
         desktop.permissions.accessibility = accessibility;
         desktop.permissions.screenCapture = screenCapture;
         show();

@@ -19,10 +19,8 @@ protected:
         m_window.resize(530, 585);
         m_button->move(20, 20);
         m_button->setTitle(u"Hai"_s);
-        m_button->setEntries({{.title = u"Một"_s},
-                              {.title = u"Hai"_s},
-                              {.title = u"Ba"_s, .enabled = false},
-                              {.title = u"Bốn"_s}});
+        m_button->setEntries({{.title = u"Một"_s}, {.title = u"Hai"_s}, {.title = u"Ba"_s, .enabled = false},
+            {.title = u"Bốn"_s}});
         m_button->resize(m_button->sizeHint());
         m_editor->move(200, 20);
         showActive(m_window);

@@ -84,8 +84,8 @@ TEST_F(PendingText, a_request_that_follows_the_opening_is_translated_once) {
     EXPECT_EQ(logged(pendingLine(QString())), 1) << "the check after the opening is still made";
 }
 
-TEST_F(PendingText,
-       a_text_that_was_taken_over_is_translated_once_although_the_panel_is_left_and_shown_again) {
+TEST_F(
+    PendingText, a_text_that_was_taken_over_is_translated_once_although_the_panel_is_left_and_shown_again) {
     appState.requestTranslation(u"picked"_s);
     ASSERT_TRUE(nextTurn());
     showPanel();

@@ -43,11 +43,11 @@ struct ProgramOnFakes {
     InProcessHttpClient http{desktop.clock};
     AIService ai{http};
     UpdateService updates{http,
-                          {.manifest = QUrl(model.baseURL()),
-                           .currentVersion = QStringLiteral("1.0.9"),
-                           .temporaryFolder = {},
-                           .runInstaller = [](const QString&) {},
-                           .terminate = [] {}}};
+        {.manifest = QUrl(model.baseURL()),
+            .currentVersion = QStringLiteral("1.0.9"),
+            .temporaryFolder = {},
+            .runInstaller = [](const QString&) {},
+            .terminate = [] {}}};
     ScriptedRecognizer recognizer;
     OCRService ocr{recognizer};
     DrawnRegion region;

@@ -25,7 +25,7 @@ protected:
 
     /// A key goes down at a position; `key` and `text` are what the keyboard's layout makes of it.
     static void press(QObject* receiver, quint16 position, Qt::KeyboardModifiers modifiers = {},
-                      int key = Qt::Key_D, const QString& text = QStringLiteral("d")) {
+        int key = Qt::Key_D, const QString& text = QStringLiteral("d")) {
         QKeyEvent event(QEvent::KeyPress, key, modifiers, firstScanCode + position, 0, 0, text);
         QCoreApplication::sendEvent(receiver, &event);
     }

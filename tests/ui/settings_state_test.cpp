@@ -35,7 +35,7 @@ TEST_F(SettingsStateTest, a_combination_is_recorded_by_position_and_kept_from_th
     EXPECT_EQ(settings.hotKeyDisplay(), u"⌥ ⌘ D");
     EXPECT_EQ(settings.hotKeyModifiers(), 2048U + 256U);
     EXPECT_THAT(desktop.hotKeys.registrations(),
-                testing::ElementsAre(testing::FieldsAre(2U, 2304U, testing::Field(&HotKeyID::id, 1U))));
+        testing::ElementsAre(testing::FieldsAre(2U, 2304U, testing::Field(&HotKeyID::id, 1U))));
 
     press(&focused, keyD, Qt::AltModifier);
     EXPECT_EQ(focused.presses, 1) << "recording is over";
@@ -61,7 +61,7 @@ TEST_F(SettingsStateTest, escape_ends_recording_wherever_the_layout_has_it) {
     constexpr quint16 keyEscape = 53;
     constexpr quint16 keyCapsLock = 57;  // swapped with Escape
     for (const auto& [position, modifiers] :
-         {std::pair(keyCapsLock, Qt::NoModifier), std::pair(keyEscape, Qt::AltModifier)}) {
+        {std::pair(keyCapsLock, Qt::NoModifier), std::pair(keyEscape, Qt::AltModifier)}) {
         panel->startRecording(screenOCR);
         press(&focused, position, modifiers, Qt::Key_Escape);
         settle();
@@ -130,7 +130,7 @@ TEST_F(SettingsStateTest, presets_say_what_they_register_and_leave_a_recording_a
             for (const quint32 flag : {0x100000U, 0x20000U, 0x80000U, 0x40000U})
                 flags |= preset.modifiers & HotKeyService::carbonModifiers(flag) ? flag : 0;
             EXPECT_EQ(symbols(preset.display),
-                      symbols(HotKeyService::readableShortcut(quint16(preset.keyCode), flags)));
+                symbols(HotKeyService::readableShortcut(quint16(preset.keyCode), flags)));
             panel->chooseHotKey(target, preset);
             EXPECT_EQ(panel->display(target), preset.display);
         }

@@ -30,17 +30,15 @@ protected:
 
     [[nodiscard]] Control* button(const QString& name) const { return visibleControl(window, name); }
     [[nodiscard]] Label* label(const QString& text) const {
-        for (Label* label : visibleParts<Label>(window)) {
+        for (Label* label : visibleParts<Label>(window))
             if (label->text() == text)
                 return label;
-        }
         return nullptr;
     }
     [[nodiscard]] QLineEdit* field(const QString& name) const {
-        for (QLineEdit* field : visibleParts<QLineEdit>(window)) {
+        for (QLineEdit* field : visibleParts<QLineEdit>(window))
             if (field->accessibleName() == name)
                 return field;
-        }
         return nullptr;
     }
     void click(QWidget* widget) {
@@ -55,10 +53,9 @@ protected:
     }
     [[nodiscard]] QStringList markedSuggestions() const {
         QStringList titles;
-        for (const Button* suggestion : visibleParts<Button>(window)) {
+        for (const Button* suggestion : visibleParts<Button>(window))
             if (suggestion->isChecked())
                 titles += suggestion->title();
-        }
         return titles;
     }
     [[nodiscard]] static bool takesInputMethods(QWidget* widget) {

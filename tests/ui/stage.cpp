@@ -39,8 +39,8 @@ Stage::~Stage() = default;
 
 void Stage::open() {
     auto* content = new MainView({store, hotKeys, ai, captures, ocr, speech, updates, appState,
-                                  desktop.pasteboard, desktop.clock, [](quint32) { return std::nullopt; }},
-                                 {.openURL = [](const QUrl&) {}, .quit = [] {}});
+                                     desktop.pasteboard, desktop.clock, [](quint32) { return std::nullopt; }},
+        {.openURL = [](const QUrl&) {}, .quit = [] {}});
     m_backdrop = std::make_unique<Backdrop>();
     auto* frame = new WindowFrame(WindowFrame::Edges::Floating, m_backdrop.get());
     frame->move(0, 4);

@@ -49,8 +49,7 @@ TEST_F(TranslatePanel, a_translation_sends_the_choices_of_its_start_and_shows_th
     EXPECT_EQ(panel->outputText(), u"HELLO"_s);
     EXPECT_EQ(input->text(), u" \n\u3000hello \t"_s);
     ASSERT_EQ(model.requests().size(), 1);
-    EXPECT_EQ(
-        model.requests().last().systemPrompt(),
+    EXPECT_EQ(model.requests().last().systemPrompt(),
         chat_completions::systemPrompt(settings.customPrompt(), japanese, korean, TranslationTone::formal));
 
     const TranslationItem& first = history.items().last();
@@ -74,8 +73,8 @@ TEST_F(TranslatePanel, the_log_shows_thirty_characters_of_the_trimmed_text_and_o
     model.translatesTo(u"ế"_s.repeated(31));
     translate(u"  "_s + family.repeated(31));
     ASSERT_TRUE(translationEnds());
-    EXPECT_THAT(log.messages(),
-                ElementsAre(startLine(family.repeated(30)), successLine(u"ế"_s.repeated(30))));
+    EXPECT_THAT(
+        log.messages(), ElementsAre(startLine(family.repeated(30)), successLine(u"ế"_s.repeated(30))));
 }
 
 TEST_F(TranslatePanel, a_blank_input_is_logged_and_changes_nothing) {
@@ -119,8 +118,9 @@ TEST_F(TranslatePanel, overlapping_translations_are_shown_in_the_order_in_which_
     ASSERT_TRUE(requestsArrive(2));
     model.sendTheRest();
     ASSERT_TRUE(outputBecomes(u"SLOW"_s));
-    EXPECT_THAT(log.messages(), ElementsAre(startLine(u"slow"_s), startLine(u"fast"_s),
-                                            successLine(u"FAST"_s), successLine(u"SLOW"_s)));
+    EXPECT_THAT(log.messages(),
+        ElementsAre(
+            startLine(u"slow"_s), startLine(u"fast"_s), successLine(u"FAST"_s), successLine(u"SLOW"_s)));
 }
 
 TEST_F(TranslatePanel, cancelling_shows_at_once_and_a_late_answer_changes_nothing) {

@@ -22,11 +22,9 @@ QImage pictureOf(QWidget& widget) {
 QRect difference(const QImage& one, const QImage& other) {
     QRect box;
     for (int y = 0; y < one.height(); ++y) {
-        for (int x = 0; x < one.width(); ++x) {
-            if (one.pixel(x, y) != other.pixel(x, y)) {
+        for (int x = 0; x < one.width(); ++x)
+            if (one.pixel(x, y) != other.pixel(x, y))
                 box |= QRect(x, y, 1, 1);
-            }
-        }
     }
     return box;
 }

@@ -11,8 +11,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 TEST(AppUpdateInfoTest, a_manifest_reads_as_it_was_written_and_a_null_date_and_unknown_keys_are_no_matter) {
-    const AppUpdateInfo dated{u"1.0.10"_s, u"Nhanh hơn\nGọn hơn"_s, u"https://update.test/a.zip"_s,
-                              u"2026-11-16"_s};
+    const AppUpdateInfo dated{
+        u"1.0.10"_s, u"Nhanh hơn\nGọn hơn"_s, u"https://update.test/a.zip"_s, u"2026-11-16"_s};
     AppUpdateInfo undated = dated;
     undated.pubDate = std::nullopt;
     for (const AppUpdateInfo& info : {dated, undated})

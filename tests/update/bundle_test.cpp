@@ -28,8 +28,8 @@ protected:
 
     void writeInfo(const QString& bundle, const QString& executable) const {
         write(bundle + u"/Contents/Info.plist"_s,
-              u"<plist><dict><key>CFBundleExecutable</key><string>%1</string></dict></plist>"_s.arg(
-                  executable));
+            u"<plist><dict><key>CFBundleExecutable</key><string>%1</string></dict></plist>"_s.arg(
+                executable));
     }
 
     /// The words that a program has left in a file, waited for until it has ended the line.
@@ -64,9 +64,9 @@ TEST_F(BundleTest, the_version_is_the_bundles_or_a_fixed_one) {
         {plist(
              u"<!-- hidden --><key>LSUIElement</key><true/><key>a</key><dict>%1<string>3</string></dict>%1 <string>4</string>"_s
                  .arg(version)),
-         u"4"_s},
+            u"4"_s},
         {plist(u"<key>a</key><string>CFBundleShortVersionString</string><key>b</key><string>5</string>"_s),
-         u"1.0.9"_s},
+            u"1.0.9"_s},
         {plist(version + u"<real>2.0</real>"_s), u"1.0.9"_s},
         {u"<plist><array>%1<string>2.0</string></array></plist>"_s.arg(version), u"1.0.9"_s},
         {u"<plist><dict>%1<string>2.0"_s.arg(version), u"1.0.9"_s},
@@ -81,9 +81,8 @@ TEST_F(BundleTest, the_version_is_the_bundles_or_a_fixed_one) {
 }
 
 TEST_F(BundleTest, a_script_runs_in_a_session_of_its_own_and_finds_our_helpers_first) {
-    const QString script =
-        write(u"script"_s,
-              u"read -ra stat < /proc/$$/stat\necho ${stat[5]} ${PATH%%:*} $# > "_s + path(u"out"_s) + u'\n');
+    const QString script = write(u"script"_s,
+        u"read -ra stat < /proc/$$/stat\necho ${stat[5]} ${PATH%%:*} $# > "_s + path(u"out"_s) + u'\n');
     InstallerRunner(path(u"helpers"_s)).run(script);
     const QStringList words = wordsIn(u"out"_s);
     EXPECT_NE(words.value(0).toInt(), getsid(0));
@@ -114,15 +113,15 @@ TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
 TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_and_in_a_system_installation) {
     write(u"Tralio.app/Contents/Helpers/open"_s, {});
     EXPECT_EQ(InstallerRunner::installedHelpers(path(u"Tralio.app/Contents/MacOS"_s)),
-              path(u"Tralio.app/Contents/Helpers"_s));
+        path(u"Tralio.app/Contents/Helpers"_s));
     EXPECT_EQ(InstallerRunner::installedHelpers(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
 }
 
 TEST_F(BundleTest, open_starts_the_program_that_the_bundle_names_and_leaves_it_to_itself) {
     writeInfo(u"A b.app"_s, u"Program"_s);
     write(u"A b.app/Contents/MacOS/Program"_s,
-          u"#!/bin/bash\nread -ra stat < /proc/$$/stat\necho ${stat[5]} ${#PATH} $PWD $# > "_s +
-              path(u"out"_s) + u'\n');
+        u"#!/bin/bash\nread -ra stat < /proc/$$/stat\necho ${stat[5]} ${#PATH} $PWD $# > "_s +
+            path(u"out"_s) + u'\n');
     qputenv("HOME", folder.path().toUtf8());
     qputenv("PATH", QFileInfo(QStringLiteral(OPEN_PROGRAM)).path().toUtf8() + ":/usr/bin:/bin");
     EXPECT_EQ(open({path(u"A b.app"_s)}), std::pair(0, QString()));

@@ -20,8 +20,7 @@ class InstallerScriptTest : public testing::Test {
 protected:
     InstallerScriptTest() {
         for (const QString& program : {u"sleep"_s, u"killall"_s, u"open"_s, u"cp"_s, u"xattr"_s}) {
-            write(
-                u"bin/"_s + program,
+            write(u"bin/"_s + program,
                 u"#!/bin/sh\necho %1 \"$@\" >> '%2'\n"_s.arg(program, folder.filePath(u"calls"_s)).toUtf8());
         }
         QDir(folder.path()).mkdir(u"tmp"_s);
@@ -65,7 +64,7 @@ TEST_F(InstallerScriptTest, an_application_below_the_top_of_the_archive_does_not
     QProcess cmake;
     cmake.setWorkingDirectory(folder.path());
     cmake.start(QStringLiteral(CMAKE_PROGRAM),
-                {u"-E"_s, u"tar"_s, u"cf"_s, u"A b.zip"_s, u"--format=zip"_s, u"deep"_s, u"Tralio.app"_s});
+        {u"-E"_s, u"tar"_s, u"cf"_s, u"A b.zip"_s, u"--format=zip"_s, u"deep"_s, u"Tralio.app"_s});
     ASSERT_TRUE(cmake.waitForFinished() && cmake.exitCode() == 0);
     EXPECT_EQ(run(), QStringList{u"sleep 1.2"_s});
     expectNothingLeft();

@@ -95,8 +95,8 @@ TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {
     EXPECT_FALSE(service->isChecking()) << "an address that is none ends the check at once";
 }
 
-TEST_F(UpdateCheckTest,
-       a_second_check_changes_nothing_while_one_runs_and_a_service_that_goes_takes_it_along) {
+TEST_F(
+    UpdateCheckTest, a_second_check_changes_nothing_while_one_runs_and_a_service_that_goes_takes_it_along) {
     server.replies(StandInReply::withBody(200, {}).delivered(Delivery::held));
     service->checkForUpdates(false);
     service->checkForUpdates(true);

@@ -64,15 +64,15 @@ TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program
     EXPECT_EQ(filesInFolder().size(), 2);
 }
 
-TEST_F(UpdateInstallTest,
-       whatever_the_server_sends_counts_as_the_archive_also_elsewhere_and_without_a_length) {
+TEST_F(
+    UpdateInstallTest, whatever_the_server_sends_counts_as_the_archive_also_elsewhere_and_without_a_length) {
     const QByteArray reply = "HTTP/1.1 503 No\r\n\r\nno zip at all";
     StandInReply moved = StandInReply::redirect(302, address(u"/moved"_s).toLatin1());
     moved.body = "not the archive";
     server.repliesBy([&](const StandInModel::Request& request) {
         return request.target == "/Tralio.zip"
-                   ? moved
-                   : StandInReply::withBody(0, reply).delivered(Delivery::withoutStatus);
+            ? moved
+            : StandInReply::withBody(0, reply).delivered(Delivery::withoutStatus);
     });
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
     EXPECT_EQ(contentOf(zip), "no zip at all");

@@ -25,16 +25,16 @@ protected:
     UpdateService::Host host() {
         using namespace Qt::StringLiterals;
         return {.manifest = QUrl(address(u"/version.json"_s)),
-                .currentVersion = u" 1.0.9\n"_s,
-                .temporaryFolder = folder.path(),
-                .runInstaller =
-                    [this](const QString& script) {
-                        events.append(u"run "_s + script);
-                        if (startFailure)
-                            throw LocalizedError(*startFailure);
-                    },
-                .terminate = [this] { events.append(u"terminate"_s); },
-                .now = [] { return now; }};
+            .currentVersion = u" 1.0.9\n"_s,
+            .temporaryFolder = folder.path(),
+            .runInstaller =
+                [this](const QString& script) {
+                    events.append(u"run "_s + script);
+                    if (startFailure)
+                        throw LocalizedError(*startFailure);
+                },
+            .terminate = [this] { events.append(u"terminate"_s); },
+            .now = [] { return now; }};
     }
 
     QString address(const QString& path) const {

@@ -81,33 +81,34 @@ void section(QWidget* page, const QRect& area, const QString& title) {
 }
 
 void heading(QWidget* page, int middle, const QStringList& titles) {
-    for (int i = 0; i < titles.size(); ++i) {
+    for (int i = 0; i < titles.size(); ++i)
         place(new Label(titles.at(i), text::smallCaption, ColorRole::Secondary), page, columns[i], middle);
-    }
 }
 
 template <typename Make>
 void stateRow(QWidget* page, const QString& title, int middle, Make make) {
     place(new Label(title, text::smallCaption, ColorRole::Secondary), page, 40, middle);
-    for (const State state : states) {
+    for (const State state : states)
         bringInto(*place<Control>(make(), page, columns[int(state)], middle), state);
-    }
 }
 
 void buttonStates(QWidget* page) {
     section(page, {24, 24, 640, 493}, u"Trạng thái của nút và ô nhập"_s);
     heading(page, 79, {u"bình thường"_s, u"rê chuột"_s, u"nhấn"_s, u"tiêu điểm"_s, u"tắt"_s});
-    stateRow(page, u"Nút chính"_s, 110,
-             [] { return new Button(button::mainSmall, {.title = u"Cập nhật"_s}); });
-    stateRow(page, u"Nút đỏ"_s, 146, [] { return new Button(button::redSmall, {.title = u"Cấp quyền"_s}); });
+    stateRow(
+        page, u"Nút chính"_s, 110, [] { return new Button(button::mainSmall, {.title = u"Cập nhật"_s}); });
+    stateRow(
+        page, u"Nút đỏ"_s, 146, [] { return new Button(button::redSmall, {.title = u"Cấp quyền"_s}); });
     stateRow(page, u"Nút viền"_s, 182,
-             [] { return new Button(button::bordered, {.icon = u"pencil"_s, .title = u"Đổi"_s}); });
-    stateRow(page, u"Nút trơn"_s, 215, [] {
-        auto* copy = new Button(button::word, {.icon = u"doc.on.doc"_s, .title = u"Sao chép"_s});
-        copy->setColor(ColorRole::AccentText);
-        copy->setWeight(Weight::Medium);
-        return copy;
-    });
+        [] { return new Button(button::bordered, {.icon = u"pencil"_s, .title = u"Đổi"_s}); });
+    stateRow(
+        page, u"Nút trơn"_s, 215,
+        [] {
+            auto* copy = new Button(button::word, {.icon = u"doc.on.doc"_s, .title = u"Sao chép"_s});
+            copy->setColor(ColorRole::AccentText);
+            copy->setWeight(Weight::Medium);
+            return copy;
+        });
     stateRow(page, u"Nút biểu tượng"_s, 254, [] { return new Button(button::icon, {.icon = u"power"_s}); });
     stateRow(page, u"Menu"_s, 293, [] {
         auto* menu = new MenuButton;
@@ -121,11 +122,10 @@ void buttonStates(QWidget* page) {
         field->setText(u"gpt-4o"_s);
         field->resize(70, field->height());
         field->setEnabled(state != State::Last);
-        if (state == State::Hovered) {
+        if (state == State::Hovered)
             hover(*field);
-        } else if (state == State::Focused) {
+        else if (state == State::Focused)
             QTimer::singleShot(0, field, qOverload<>(&QWidget::setFocus));
-        }
     }
     heading(page, 365, {u"bình thường"_s, u"rê chuột"_s, u"nhấn"_s, u"tiêu điểm"_s, u"đang chọn"_s});
     stateRow(page, u"Gợi ý"_s, 432, [] {
@@ -159,27 +159,25 @@ void feedback(QWidget* page) {
         auto* block = new Surface(ColorRole::Surface2, ColorRole::Hairline, radius::control, page);
         block->setGeometry(40, middle - 12, 608, 24);
         place(new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary), page, 46,
-              middle);
+            middle);
     }
     word(u"speaker.wave.2"_s, u"Đọc"_s, ColorRole::Secondary, Weight::Regular, 562, 593);
     word(u"doc.on.doc"_s, u"Sao chép"_s, ColorRole::AccentText, Weight::Medium, 640, 593);
     word(u"speaker.wave.3.fill"_s, u"Dừng"_s, ColorRole::AccentText, Weight::Regular, 564, 629);
     word(u"checkmark"_s, u"Đã chép!"_s, ColorRole::Green, Weight::Medium, 640, 629);
     place(new Spinner(12), page, 44, 662);
-    place(new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::Medium),
-                    ColorRole::AccentText),
-          page, 60, 662);
+    place(new Label(
+              u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::Medium), ColorRole::AccentText),
+        page, 60, 662);
     word(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, ColorRole::Text, Weight::Medium, 498, 662);
     word(u"doc.on.clipboard"_s, u"Dán"_s, ColorRole::Text, Weight::Regular, 550, 662);
     word(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, ColorRole::AccentText, Weight::Semibold, 644,
-         662);
+        662);
     const std::pair<int, QString> lines[] = {{695, u"Kiểm tra phiên bản mới nhất từ máy chủ"_s},
-                                             {731, u"Đang kiểm tra bản cập nhật..."_s},
-                                             {767, u"Đang tải bản cập nhật v1.1.0..."_s},
-                                             {803, u"Bạn đang dùng phiên bản mới nhất (v1.0.9)."_s}};
-    for (const auto& [middle, line] : lines) {
+        {731, u"Đang kiểm tra bản cập nhật..."_s}, {767, u"Đang tải bản cập nhật v1.1.0..."_s},
+        {803, u"Bạn đang dùng phiên bản mới nhất (v1.0.9)."_s}};
+    for (const auto& [middle, line] : lines)
         place(new Label(line, text::caption, ColorRole::Secondary), page, 40, middle);
-    }
     right(new Button(button::bordered, {.title = u"Kiểm tra cập nhật"_s}), 695);
     right(new Spinner(14, ColorRole::Secondary), 731);
     right(new Button(button::bordered, {.title = u"Kiểm tra cập nhật"_s}), 803);
@@ -204,13 +202,10 @@ void overlays(QWidget* page) {
 
     QList<MenuEntry> languages;
     for (const auto& name : {u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự động phát hiện"_s, u"Tiếng Nhật"_s,
-                             u"Tiếng Trung"_s, u"Tiếng Hàn"_s, u"Tiếng Pháp"_s}) {
+             u"Tiếng Trung"_s, u"Tiếng Hàn"_s, u"Tiếng Pháp"_s})
         languages << MenuEntry{.title = name};
-    }
-    const QList<MenuEntry> tones{{.title = u"Tự nhiên"_s, .checked = true},
-                                 {.title = u"Kỹ thuật / IT"_s},
-                                 {.title = u"Trang trọng"_s},
-                                 {.title = u"Ngắn gọn"_s}};
+    const QList<MenuEntry> tones{{.title = u"Tự nhiên"_s, .checked = true}, {.title = u"Kỹ thuật / IT"_s},
+        {.title = u"Trang trọng"_s}, {.title = u"Ngắn gọn"_s}};
     QTimer::singleShot(0, page, [=] {
         PopupMenu::open(page, QRect(696, 67, 173, 1), languages, 3);
         PopupMenu::open(page, QRect(888, 67, 149, 1), tones, 1);
@@ -227,10 +222,9 @@ QWidget* componentsPage() {
 
     overlays(page);
     auto* strip = place(new TabStrip({{u"character.book.closed.fill"_s, u"Tralio"_s},
-                                      {u"clock.arrow.circlepath"_s, u"Lịch sử"_s},
-                                      {u"gearshape.fill"_s, u"Cài đặt"_s},
-                                      {u"person.crop.circle.fill"_s, u"Tác giả"_s}}),
-                        page, columns[0], 396);
+                            {u"clock.arrow.circlepath"_s, u"Lịch sử"_s}, {u"gearshape.fill"_s, u"Cài đặt"_s},
+                            {u"person.crop.circle.fill"_s, u"Tác giả"_s}}),
+        page, columns[0], 396);
     strip->setCurrent(1);
     auto* error = new ErrorStrip(page);
     error->setMessage(u"Lỗi đường dẫn (404): Endpoint API không tồn tại. Vui lòng kiểm tra lại Base URL."_s);

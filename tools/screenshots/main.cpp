@@ -55,7 +55,7 @@ int main(int argc, char** argv) {
     QCommandLineParser options;
     options.addHelpOption();
     options.addOptions({{u"only"_s, u"The pictures with this in their names."_s, u"text"_s},
-                        {u"accent"_s, u"Another accent."_s, u"colour"_s, Colors::defaultAccent().name()}});
+        {u"accent"_s, u"Another accent."_s, u"colour"_s, Colors::defaultAccent().name()}});
     options.addPositionalArgument(u"folder"_s, u"Where the pictures go."_s);
     options.process(application);
     if (options.positionalArguments().size() != 1)

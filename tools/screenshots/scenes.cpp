@@ -26,8 +26,7 @@ const QString output =
     u"Giao diện tốt nhất là giao diện mà bạn không còn để ý đến nữa. Nó giải đáp đúng điều bạn thắc mắc, giữ "
     "nguyên chỗ bạn đang làm dở, rồi lặng lẽ nhường đường."_s;
 
-const AppUpdateInfo offer{
-    .version = u"1.1.0"_s,
+const AppUpdateInfo offer{.version = u"1.1.0"_s,
     .releaseNotes =
         u"Dịch đoạn văn dài nhanh hơn, nhận diện chữ dọc tiếng Nhật chính xác hơn và sửa lỗi phím tắt "
         "ngừng hoạt động sau khi khóa màn hình."_s,
@@ -42,27 +41,26 @@ void offerUpdate(Stage& stage) {
 
 /// Times long past, which look the same on every day.
 TranslationItem item(const QString& time, const QString& from, const QString& to, const QString& tone,
-                     const QString& source, const QString& translation) {
+    const QString& source, const QString& translation) {
     return {.id = QUuid::createUuidV5(QUuid(), source),
-            .sourceText = source,
-            .translatedText = translation,
-            .sourceLang = from,
-            .targetLang = to,
-            .tone = tone,
-            .timestamp = timestampOf(std::chrono::system_clock::time_point(
-                std::chrono::milliseconds(QDateTime::fromString(time, Qt::ISODate).toMSecsSinceEpoch())))};
+        .sourceText = source,
+        .translatedText = translation,
+        .sourceLang = from,
+        .targetLang = to,
+        .tone = tone,
+        .timestamp = timestampOf(std::chrono::system_clock::time_point(
+            std::chrono::milliseconds(QDateTime::fromString(time, Qt::ISODate).toMSecsSinceEpoch())))};
 }
 
 QByteArray history() {
     return encodeHistory({
         item(u"2025-01-02T09:41:00"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s,
-             u"Could you send me the signed contract before Friday?"_s,
-             u"Bạn có thể gửi cho tôi bản hợp đồng đã ký trước thứ Sáu không?"_s),
+            u"Could you send me the signed contract before Friday?"_s,
+            u"Bạn có thể gửi cho tôi bản hợp đồng đã ký trước thứ Sáu không?"_s),
         item(u"2025-01-02T09:05:00"_s, u"Tiếng Việt"_s, u"Tiếng Nhật"_s, u"Trang trọng"_s,
-             u"Xin lỗi vì đã trả lời muộn, tôi sẽ gửi bản báo cáo trước chiều thứ Sáu."_s,
-             u"返信が遅くなり申し訳ございません。金曜日の午後までに報告書をお送りいたします。"_s),
-        item(
-            u"2025-01-02T08:22:00"_s, u"Tự động phát hiện"_s, u"Tiếng Việt"_s, u"Kỹ thuật / IT"_s,
+            u"Xin lỗi vì đã trả lời muộn, tôi sẽ gửi bản báo cáo trước chiều thứ Sáu."_s,
+            u"返信が遅くなり申し訳ございません。金曜日の午後までに報告書をお送りいたします。"_s),
+        item(u"2025-01-02T08:22:00"_s, u"Tự động phát hiện"_s, u"Tiếng Việt"_s, u"Kỹ thuật / IT"_s,
             u"The worker holds a lease on the queue entry and renews it every thirty seconds. If the process "
             "dies, the lease expires and another worker picks the entry up; writes that were acknowledged "
             "are "
@@ -71,10 +69,10 @@ QByteArray history() {
             "lease sẽ hết hạn và một worker khác nhận lại mục đó; các thao tác ghi đã được xác nhận vẫn được "
             "giữ, còn mọi thao tác sau đó được phát lại từ nhật ký để trạng thái luôn nhất quán."_s),
         item(u"2024-12-31T23:59:00"_s, u"Tiếng Pháp"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s,
-             u"Bonne année à toutes et à tous !"_s, u"Chúc mừng năm mới tất cả mọi người!"_s),
+            u"Bonne année à toutes et à tous !"_s, u"Chúc mừng năm mới tất cả mọi người!"_s),
         item(u"2024-12-28T16:20:00"_s, u"Tiếng Hàn"_s, u"Tiếng Anh"_s, u"Ngắn gọn"_s,
-             u"내일 회의는 오후 세 시로 변경되었습니다. 자료는 오전 중에 공유해 주세요."_s,
-             u"Tomorrow's meeting moved to 3 p.m. Please share the material in the morning."_s),
+            u"내일 회의는 오후 세 시로 변경되었습니다. 자료는 오전 중에 공유해 주세요."_s,
+            u"Tomorrow's meeting moved to 3 p.m. Please share the material in the morning."_s),
     });
 }
 
@@ -99,10 +97,9 @@ void dragFileOver(Stage& stage) {
 /// Scrolls until the section with this heading stands as far below the top as the first one does.
 void scrollTo(Stage& stage, const QString& label) {
     auto* panel = stage.find<ScrollPanel>();
-    for (const Label* candidate : panel->findChildren<Label*>()) {
+    for (const Label* candidate : panel->findChildren<Label*>())
         if (candidate->text() == label)
             panel->verticalScrollBar()->setValue(candidate->mapTo(panel->widget(), QPoint()).y() - 26);
-    }
     stage.settle();
 }
 

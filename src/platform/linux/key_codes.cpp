@@ -9,8 +9,7 @@ namespace {
 constexpr quint8 none = 0;
 
 /// The evdev codes (linux/input-event-codes.h) by virtual key code, sixteen to a row.
-constexpr std::array<quint8, 128> evdevCodes{
-    // A S D F H G Z X, C V (ISO section) B Q W E R
+constexpr std::array<quint8, 128> evdevCodes{// A S D F H G Z X, C V (ISO section) B Q W E R
     30, 31, 32, 33, 35, 34, 44, 45, 46, 47, 86, 48, 16, 17, 18, 19,
     // Y T 1 2 3 4 6 5, = 9 7 - 8 0 ] O
     21, 20, 2, 3, 4, 5, 7, 6, 13, 10, 8, 12, 9, 11, 27, 24,
@@ -46,8 +45,8 @@ std::optional<quint8> x11KeyCode(quint32 virtualKeyCode) {
 
 std::optional<quint16> virtualKeyCode(quint32 x11KeyCode) {
     const auto* const found = x11KeyCode <= x11Offset
-                                  ? evdevCodes.end()
-                                  : std::find(evdevCodes.begin(), evdevCodes.end(), x11KeyCode - x11Offset);
+        ? evdevCodes.end()
+        : std::find(evdevCodes.begin(), evdevCodes.end(), x11KeyCode - x11Offset);
     if (found == evdevCodes.end())
         return std::nullopt;
     return static_cast<quint16>(found - evdevCodes.begin());

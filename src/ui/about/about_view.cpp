@@ -46,26 +46,26 @@ QLayout* separator() {
 AboutView::AboutView(const QString& version, std::function<void(const QUrl&)> openURL, QWidget* parent)
     : QWidget(parent), m_openURL(std::move(openURL)) {
     filled(this,
-           column({.padding = {24, 0, 24, 0}},
-                  {
-                      Stretch{},
-                      {new Emblem(72, 36), Qt::AlignHCenter},
-                      Gap{12},
-                      centred(new Label(u"Tralio"_s, nameText)),
-                      Gap{2},
-                      centred(new Label(u"Phiên bản "_s + version, text::caption, ColorRole::Secondary)),
-                      Gap{8},
-                      centred(new Label(u"Trợ lý dịch thuật nhỏ gọn, luôn sẵn sàng trên khay hệ thống."_s,
-                                        text::subtitle, ColorRole::Secondary)),
-                      Gap{20},
-                      links(),
-                      Gap{12},
-                      donation(),
-                      Gap{16},
-                      centred(new Label(u"Cảm ơn bạn đã sử dụng Tralio."_s, text::smallCaption,
-                                        ColorRole::Secondary)),
-                      Stretch{},
-                  }));
+        column({.padding = {24, 0, 24, 0}},
+            {
+                Stretch{},
+                {new Emblem(72, 36), Qt::AlignHCenter},
+                Gap{12},
+                centred(new Label(u"Tralio"_s, nameText)),
+                Gap{2},
+                centred(new Label(u"Phiên bản "_s + version, text::caption, ColorRole::Secondary)),
+                Gap{8},
+                centred(new Label(u"Trợ lý dịch thuật nhỏ gọn, luôn sẵn sàng trên khay hệ thống."_s,
+                    text::subtitle, ColorRole::Secondary)),
+                Gap{20},
+                links(),
+                Gap{12},
+                donation(),
+                Gap{16},
+                centred(
+                    new Label(u"Cảm ơn bạn đã sử dụng Tralio."_s, text::smallCaption, ColorRole::Secondary)),
+                Stretch{},
+            }));
 }
 
 QWidget* AboutView::links() {
@@ -73,10 +73,10 @@ QWidget* AboutView::links() {
     const QString mail = mailAddress();
     const QString group = webAddress(u"/community"_s);
     return filled(new Surface(ColorRole::Surface1, ColorRole::Border15, radius::section),
-                  column({.padding = {0, 2, 0, 2}},
-                         {linkRow({u"globe"_s, u"Trang web"_s, site, webPage(site)}), separator(),
-                          linkRow({u"envelope"_s, u"Email"_s, mail, QUrl(u"mailto:"_s + mail)}), separator(),
-                          linkRow({u"bubble.left"_s, u"Nhóm trao đổi"_s, group, webPage(group)})}));
+        column({.padding = {0, 2, 0, 2}},
+            {linkRow({u"globe"_s, u"Trang web"_s, site, webPage(site)}), separator(),
+                linkRow({u"envelope"_s, u"Email"_s, mail, QUrl(u"mailto:"_s + mail)}), separator(),
+                linkRow({u"bubble.left"_s, u"Nhóm trao đổi"_s, group, webPage(group)})}));
 }
 
 QLayout* AboutView::linkRow(const Link& link) {
@@ -87,25 +87,23 @@ QLayout* AboutView::linkRow(const Link& link) {
     open->setCursor(Qt::PointingHandCursor);
     connect(open, &Button::clicked, this, [this, url = link.url] { m_openURL(url); });
     auto* content = row({.spacing = 10, .padding = {12, 11, 12 - button::word.padding, 11}},
-                        {new IconView({link.icon, 12}, ColorRole::Secondary),
-                         new Label(link.title, text::menu), Stretch{}, open});
+        {new IconView({link.icon, 12}, ColorRole::Secondary), new Label(link.title, text::menu), Stretch{},
+            open});
     return content;
 }
 
 QWidget* AboutView::donation() {
     auto* reason =
         new Label(u"Tralio miễn phí cho mọi người. Nếu thấy hữu ích, bạn có thể mời tác giả một ly cà phê."_s,
-                  text::caption, ColorRole::Secondary);
+            text::caption, ColorRole::Secondary);
     reason->setWraps();
     auto* donate = new Button(button::mainSmall, {.title = u"Ủng hộ ↗"_s});
     connect(donate, &Button::clicked, this, [this] { m_openURL(webPage(webAddress(u"/donate"_s))); });
-    return filled(
-        new Surface(ColorRole::AccentTint, ColorRole::AccentTintEdge, radius::section),
+    return filled(new Surface(ColorRole::AccentTint, ColorRole::AccentTintEdge, radius::section),
         row({.spacing = 12, .padding = {12, 12, 12, 12}},
             {new IconTile({u"heart.fill"_s, 13}, ColorRole::AccentIcon, ColorRole::AccentBadge),
-             {column({.spacing = 2}, {new Label(u"Ủng hộ tác giả"_s, text::blockTitle), reason}), 1},
-             Gap{16},
-             donate}));
+                {column({.spacing = 2}, {new Label(u"Ủng hộ tác giả"_s, text::blockTitle), reason}), 1},
+                Gap{16}, donate}));
 }
 
 }  // namespace tralio

@@ -37,20 +37,19 @@ HistoryRow::HistoryRow(const TranslationItem& item, const QString& date, QWidget
     // A button's own policy would keep the row as wide as its longest text.
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     setCursor(Qt::PointingHandCursor);
-    setSpokenCaption(u"%1, dịch từ %2 sang %3: %4"_s.arg(excerpt(item.sourceText), item.sourceLang,
-                                                         item.targetLang, excerpt(item.translatedText)));
+    setSpokenCaption(u"%1, dịch từ %2 sang %3: %4"_s.arg(
+        excerpt(item.sourceText), item.sourceLang, item.targetLang, excerpt(item.translatedText)));
     // The buttons reach beyond the line of the badge and to the right of the texts by their padding, so that
     // what they show stands level and ends with those.
-    filled(
-        this,
+    filled(this,
         column({.padding = {8, 7, 5, 8}},
-               {
-                   header(date),
-                   Gap{5},
-                   textOf(item.sourceText, text::caption, ColorRole::Text, 2),
-                   Gap{6},
-                   textOf(item.translatedText, text::caption.with(Weight::Medium), ColorRole::AccentText, 3),
-               }));
+            {
+                header(date),
+                Gap{5},
+                textOf(item.sourceText, text::caption, ColorRole::Text, 2),
+                Gap{6},
+                textOf(item.translatedText, text::caption.with(Weight::Medium), ColorRole::AccentText, 3),
+            }));
 }
 
 QLayout* HistoryRow::header(const QString& date) {

@@ -32,7 +32,8 @@ constexpr ButtonStyle clearStyle = [] {
 
 HistoryView::HistoryView(HistoryState& state, QWidget* parent) : QWidget(parent), m_state(state) {
     filled(this, column({}, {titleRow(), new Divider, {emptyState(), {}, 1}, {list(), {}, 1}}));
-    onAnyChange(m_state, this, [this] { refresh(); });
+    onAnyChange(
+        m_state, this, [this] { refresh(); });
     onAnyChange(m_state.historyStore(), this, [this] { refresh(); });
     refresh();
 }
@@ -42,8 +43,8 @@ QWidget* HistoryView::titleRow() {
     m_clear = new Button(clearStyle, {.icon = u"trash"_s, .title = u"Xóa tất cả"_s});
     m_clear->setColor(ColorRole::Red);
     connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
-    auto* bar = filled(new QWidget,
-                       row({.padding = {14, 0, 14 - clearStyle.padding, 0}}, {m_title, Stretch{}, m_clear}));
+    auto* bar = filled(
+        new QWidget, row({.padding = {14, 0, 14 - clearStyle.padding, 0}}, {m_title, Stretch{}, m_clear}));
     bar->setFixedHeight(40);
     return bar;
 }
@@ -51,18 +52,19 @@ QWidget* HistoryView::titleRow() {
 QWidget* HistoryView::emptyState() {
     auto* icon = new IconView({u"clock.arrow.circlepath"_s, 36}, ColorRole::SecondaryFaint);
     auto* line = new Label(u"Chưa có lịch sử dịch"_s, text::menu, ColorRole::Secondary);
-    auto* explanation = new Label(u"Các câu hoặc đoạn văn bạn dịch sẽ xuất hiện tại đây."_s, text::caption,
-                                  ColorRole::Placeholder);
+    auto* explanation = new Label(
+        u"Các câu hoặc đoạn văn bạn dịch sẽ xuất hiện tại đây."_s, text::caption, ColorRole::Placeholder);
     explanation->setWraps();
     explanation->setAlignment(Qt::AlignHCenter);
-    m_empty =
-        filled(new QWidget, column({.spacing = 12, .padding = {16, 16, 16, 16}}, {
-                                                                                     Stretch{},
-                                                                                     {icon, Qt::AlignHCenter},
-                                                                                     {line, Qt::AlignHCenter},
-                                                                                     explanation,
-                                                                                     Stretch{},
-                                                                                 }));
+    m_empty = filled(new QWidget,
+        column({.spacing = 12, .padding = {16, 16, 16, 16}},
+            {
+                Stretch{},
+                {icon, Qt::AlignHCenter},
+                {line, Qt::AlignHCenter},
+                explanation,
+                Stretch{},
+            }));
     return m_empty;
 }
 
@@ -102,8 +104,8 @@ void HistoryView::refreshRows() {
 
     // The keyboard stays at its place in the list, also when its row goes.
     HistoryRow* const heir = spare.contains(focusedBefore) && !m_rows.isEmpty()
-                                 ? m_rows[std::min(focused, m_rows.size() - 1)]
-                                 : nullptr;
+        ? m_rows[std::min(focused, m_rows.size() - 1)]
+        : nullptr;
     if (heir != nullptr)
         heir->setFocus(Qt::TabFocusReason);
     for (HistoryRow* row : std::as_const(spare)) {
@@ -137,8 +139,10 @@ void HistoryView::placeRows() {
 
 HistoryRow* HistoryView::newRow(const TranslationItem& item) {
     auto* row = new HistoryRow(item, m_state.formatDate(item.date()));
-    connect(row, &HistoryRow::clicked, this, [this, row] { m_state.select(row->item()); });
-    connect(row, &HistoryRow::copyRequested, this, [this, row] { m_state.copyToClipboard(row->item()); });
+    connect(
+        row, &HistoryRow::clicked, this, [this, row] { m_state.select(row->item()); });
+    connect(
+        row, &HistoryRow::copyRequested, this, [this, row] { m_state.copyToClipboard(row->item()); });
     connect(row, &HistoryRow::removeRequested, this, [this, row] { m_state.remove(row->item()); });
     return row;
 }

@@ -19,11 +19,9 @@ QAccessibleInterface* interfaceFor(const QString& className, QObject* object) {
         {QLatin1StringView("tralio::Spinner"), QAccessible::Animation},
     };
     auto* widget = qobject_cast<QWidget*>(object);
-    for (const auto& [name, role] : roles) {
-        if (widget != nullptr && className == name) {
+    for (const auto& [name, role] : roles)
+        if (widget != nullptr && className == name)
             return new QAccessibleWidget(widget, role);
-        }
-    }
     return nullptr;
 }
 

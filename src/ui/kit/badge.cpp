@@ -41,7 +41,7 @@ void Badge::paintEvent(QPaintEvent*) {
     paintFill(painter, rect(), m_style.radius, color(m_style.fill));
     paintEdge(painter, rect(), m_style.radius, 1, color(m_style.edge));
     paintText(painter, rect().adjusted(m_style.padding, 0, -m_style.padding, 0), m_style.text,
-              color(m_style.color), m_text);
+        color(m_style.color), m_text);
 }
 
 }  // namespace tralio

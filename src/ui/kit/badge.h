@@ -25,19 +25,10 @@ inline constexpr BadgeStyle shortcut{
     22, 8, radius::small, text::menu.with(Weight::Bold), ColorRole::AccentBadge, ColorRole::AccentText};
 inline constexpr BadgeStyle language{
     18, 6, radius::chip, text::smallCaption.with(Weight::Bold), ColorRole::AccentBadge, ColorRole::Text};
-inline constexpr BadgeStyle version{20,
-                                    6,
-                                    radius::chip,
-                                    text::caption.with(Weight::Semibold),
-                                    ColorRole::Control,
-                                    ColorRole::Secondary,
-                                    ColorRole::Hairline};
-inline constexpr BadgeStyle granted{18,
-                                    6,
-                                    radius::chip,
-                                    text::smallCaption.with(Weight::Heavy),
-                                    ColorRole::GreenStatusBadge,
-                                    ColorRole::Green};
+inline constexpr BadgeStyle version{20, 6, radius::chip, text::caption.with(Weight::Semibold),
+    ColorRole::Control, ColorRole::Secondary, ColorRole::Hairline};
+inline constexpr BadgeStyle granted{18, 6, radius::chip, text::smallCaption.with(Weight::Heavy),
+    ColorRole::GreenStatusBadge, ColorRole::Green};
 inline constexpr BadgeStyle missing{
     18, 6, radius::chip, text::smallCaption.with(Weight::Heavy), ColorRole::RedStatusBadge, ColorRole::Red};
 /// "Mới", beside the title of an offer.

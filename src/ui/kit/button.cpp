@@ -52,8 +52,8 @@ void Button::setBusy(bool busy) {
     delete m_spinner;
     m_spinner = nullptr;
     if (busy) {
-        m_spinner = new Spinner(m_style.spinner,
-                                m_style.isSolid() ? ColorRole::AccentText : ColorRole::AccentIcon, this);
+        m_spinner = new Spinner(
+            m_style.spinner, m_style.isSolid() ? ColorRole::AccentText : ColorRole::AccentIcon, this);
         placeSpinner();
         m_spinner->show();
     }
@@ -64,9 +64,8 @@ TextStyle Button::titleStyle() const {
 }
 
 int Button::leadWidth() const {
-    if (m_spinner != nullptr) {
+    if (m_spinner != nullptr)
         return m_style.spinner;
-    }
     return m_iconName.isEmpty() ? 0 : Icon{m_iconName, m_style.iconSize}.box();
 }
 
@@ -79,9 +78,8 @@ int Button::contentWidth() const {
 }
 
 QSize Button::sizeHint() const {
-    if (title().isEmpty()) {
+    if (title().isEmpty())
         return {m_style.height, m_style.height};
-    }
     return {2 * m_style.padding + contentWidth(), m_style.height};
 }
 
@@ -113,9 +111,8 @@ void Button::resizeEvent(QResizeEvent* event) {
 }
 
 QBrush Button::fill() const {
-    if (m_style.fillEnd == ColorRole::None) {
+    if (m_style.fillEnd == ColorRole::None)
         return color(m_style.fill);
-    }
     QLinearGradient gradient(0, 0, width(), 0);
     gradient.setColorAt(0, color(m_style.fill));
     gradient.setColorAt(1, color(m_style.fillEnd));
@@ -123,32 +120,28 @@ QBrush Button::fill() const {
 }
 
 Button::Look Button::look() const {
-    if (m_style.isSolid() && isBusy()) {
+    if (m_style.isSolid() && isBusy())
         return {color(ColorRole::AccentBadge), {}, color(ColorRole::AccentText)};
-    }
-    if (m_style.isSolid() && !isEnabled()) {
+    if (m_style.isSolid() && !isEnabled())
         return {color(ColorRole::DisabledFill), {}, color(ColorRole::DisabledText)};
-    }
     if (isChecked()) {
         return {color(ColorRole::AccentTint), color(ColorRole::AccentTintActiveEdge),
-                color(ColorRole::AccentText)};
+            color(ColorRole::AccentText)};
     }
     return {fill(), color(m_style.edge), color(isBusy() ? ColorRole::Secondary : m_style.color)};
 }
 
 void Button::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (!isEnabled() && !m_style.isSolid() && !isBusy()) {
+    if (!isEnabled() && !m_style.isSolid() && !isBusy())
         painter.setOpacity(disabledOpacity);
-    }
     const QRectF area = rect();
     const Ground ground = m_style.isSolid() && !isBusy() ? Ground::Solid : Ground::Neutral;
     const Look colors = look();
     paintFill(painter, area, m_style.radius, colors.fill);
     paintStateOverlay(painter, area, m_style.radius, ground);
-    if (!showsFocusRing() && m_style.edge != ColorRole::None) {
+    if (!showsFocusRing() && m_style.edge != ColorRole::None)
         paintEdge(painter, area, m_style.radius, 1, colors.edge);
-    }
     paintFocusRing(painter, area, m_style.radius, ground);
 
     if (m_spinner == nullptr) {

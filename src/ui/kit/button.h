@@ -33,55 +33,55 @@ struct ButtonStyle {
 namespace button {
 
 inline constexpr ButtonStyle main{.height = 32,
-                                  .padding = 16,
-                                  .gap = 6,
-                                  .radius = radius::block,
-                                  .text = text::body.with(Weight::Medium),
-                                  .iconSize = 13,
-                                  .fill = ColorRole::AccentFill,
-                                  .color = ColorRole::OnFill};
+    .padding = 16,
+    .gap = 6,
+    .radius = radius::block,
+    .text = text::body.with(Weight::Medium),
+    .iconSize = 13,
+    .fill = ColorRole::AccentFill,
+    .color = ColorRole::OnFill};
 inline constexpr ButtonStyle mainSmall{.height = 24,
-                                       .padding = 10,
-                                       .text = text::caption.with(Weight::Medium),
-                                       .fill = ColorRole::AccentFill,
-                                       .color = ColorRole::OnFill};
+    .padding = 10,
+    .text = text::caption.with(Weight::Medium),
+    .fill = ColorRole::AccentFill,
+    .color = ColorRole::OnFill};
 inline constexpr ButtonStyle redSmall{.height = 24,
-                                      .padding = 10,
-                                      .text = text::caption.with(Weight::Medium),
-                                      .fill = ColorRole::RedFill,
-                                      .color = ColorRole::OnFill};
+    .padding = 10,
+    .text = text::caption.with(Weight::Medium),
+    .fill = ColorRole::RedFill,
+    .color = ColorRole::OnFill};
 inline constexpr ButtonStyle banner{.height = 21,
-                                    .padding = 8,
-                                    .radius = radius::small,
-                                    .text = text::smallCaption.with(Weight::Bold),
-                                    .iconSize = 10,
-                                    .fill = ColorRole::AccentFill,
-                                    .color = ColorRole::OnFill,
-                                    .spinner = 12};
+    .padding = 8,
+    .radius = radius::small,
+    .text = text::smallCaption.with(Weight::Bold),
+    .iconSize = 10,
+    .fill = ColorRole::AccentFill,
+    .color = ColorRole::OnFill,
+    .spinner = 12};
 /// "Hủy", beside a main button.
 inline constexpr ButtonStyle borderedTall{.height = 32,
-                                          .padding = 16,
-                                          .gap = 6,
-                                          .radius = radius::block,
-                                          .text = text::body.with(Weight::Medium),
-                                          .iconSize = 13,
-                                          .fill = ColorRole::Button,
-                                          .edge = ColorRole::ButtonEdge};
+    .padding = 16,
+    .gap = 6,
+    .radius = radius::block,
+    .text = text::body.with(Weight::Medium),
+    .iconSize = 13,
+    .fill = ColorRole::Button,
+    .edge = ColorRole::ButtonEdge};
 inline constexpr ButtonStyle bordered{.height = 24,
-                                      .padding = 10,
-                                      .gap = 3,
-                                      .text = text::caption.with(Weight::Medium),
-                                      .iconSize = 10,
-                                      .fill = ColorRole::Button,
-                                      .edge = ColorRole::ButtonEdge,
-                                      .spinner = 12};
+    .padding = 10,
+    .gap = 3,
+    .text = text::caption.with(Weight::Medium),
+    .iconSize = 10,
+    .fill = ColorRole::Button,
+    .edge = ColorRole::ButtonEdge,
+    .spinner = 12};
 /// Beside a text field.
 inline constexpr ButtonStyle borderedField{.height = 28,
-                                           .padding = 10,
-                                           .text = text::caption.with(Weight::Medium),
-                                           .fill = ColorRole::Button,
-                                           .edge = ColorRole::ButtonEdge,
-                                           .spinner = 12};
+    .padding = 10,
+    .text = text::caption.with(Weight::Medium),
+    .fill = ColorRole::Button,
+    .edge = ColorRole::ButtonEdge,
+    .spinner = 12};
 /// An icon and a word without a surface. Its padding shows only on hover: owners align its text, not its
 /// edge.
 inline constexpr ButtonStyle word{
@@ -92,32 +92,32 @@ inline constexpr ButtonStyle icon{.height = 28, .padding = 6, .iconSize = 13, .c
 inline constexpr ButtonStyle close{
     .height = 20, .padding = 4, .radius = radius::small, .iconSize = 10, .color = ColorRole::Secondary};
 inline constexpr ButtonStyle swap{.height = 26,
-                                  .padding = 6,
-                                  .radius = 13,
-                                  .iconSize = 11,
-                                  .fill = ColorRole::ControlFaint,
-                                  .edge = ColorRole::Hairline,
-                                  .color = ColorRole::AccentIcon,
-                                  .boldIcon = true};
+    .padding = 6,
+    .radius = 13,
+    .iconSize = 11,
+    .fill = ColorRole::ControlFaint,
+    .edge = ColorRole::Hairline,
+    .color = ColorRole::AccentIcon,
+    .boldIcon = true};
 inline constexpr ButtonStyle footerWarning{.height = 19,
-                                           .padding = 6,
-                                           .radius = radius::small,
-                                           .text = text::smallCaption.with(Weight::Bold),
-                                           .iconSize = 10,
-                                           .fill = ColorRole::RedTint,
-                                           .edge = ColorRole::RedTintEdge,
-                                           .color = ColorRole::Red};
+    .padding = 6,
+    .radius = radius::small,
+    .text = text::smallCaption.with(Weight::Bold),
+    .iconSize = 10,
+    .fill = ColorRole::RedTint,
+    .edge = ColorRole::RedTintEdge,
+    .color = ColorRole::Red};
 /// An icon alone in the line of a field's caption.
 inline constexpr ButtonStyle fieldIcon{
     .height = 18, .padding = 2, .radius = radius::small, .iconSize = 11, .color = ColorRole::Secondary};
 /// A suggested shortcut; checkable.
 inline constexpr ButtonStyle suggestion{.height = 22,
-                                        .padding = 8,
-                                        .radius = radius::small,
-                                        .text = text::smallCaption,
-                                        .fill = ColorRole::Button,
-                                        .edge = ColorRole::ButtonEdge,
-                                        .color = ColorRole::Secondary};
+    .padding = 8,
+    .radius = radius::small,
+    .text = text::smallCaption,
+    .fill = ColorRole::Button,
+    .edge = ColorRole::ButtonEdge,
+    .color = ColorRole::Secondary};
 
 }  // namespace button
 

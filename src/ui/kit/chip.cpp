@@ -35,14 +35,13 @@ void Chip::paintEvent(QPaintEvent*) {
     const QRectF area = rect();
     paintFill(painter, area, radius::chip, color(ColorRole::Control));
     paintStateOverlay(painter, area, radius::chip, Ground::Neutral);
-    if (!showsFocusRing()) {
+    if (!showsFocusRing())
         paintEdge(painter, area, radius::chip, 1, color(ColorRole::Hairline));
-    }
     paintFocusRing(painter, area, radius::chip, Ground::Neutral);
     paintFill(painter, QRectF(padding, (area.height() - dot) / 2, dot, dot), dot / 2.0,
-              color(good ? ColorRole::GreenSolid : ColorRole::RedSolid));
+        color(good ? ColorRole::GreenSolid : ColorRole::RedSolid));
     paintText(painter, area.adjusted(padding + dot + gap, 0, -padding + 1, 0), titleStyle,
-              color(good ? ColorRole::Secondary : ColorRole::Red), title());
+        color(good ? ColorRole::Secondary : ColorRole::Red), title());
 }
 
 }  // namespace tralio

@@ -92,17 +92,15 @@ Hsl hslOf(const QColor& color) {
     const auto [least, most] = std::minmax({red, green, blue});
     const double range = most - least;
     Hsl hsl{.lightness = (most + least) / 2};
-    if (range == 0) {
+    if (range == 0)
         return hsl;
-    }
     hsl.saturation = hsl.lightness <= 0.5 ? range / (most + least) : range / (2 - most - least);
-    if (red == most) {
+    if (red == most)
         hsl.hue = (green - blue) / range / 6;
-    } else if (green == most) {
+    else if (green == most)
         hsl.hue = (2 + (blue - red) / range) / 6;
-    } else {
+    else
         hsl.hue = (4 + (red - green) / range) / 6;
-    }
     return hsl;
 }
 
@@ -113,10 +111,10 @@ QColor colorOf(const Hsl& hsl) {
     const double lower = 2 * lightness - upper;
     const auto channel = [&](double hue) {
         hue -= std::floor(hue);
-        const double slope = hue < 1.0 / 6   ? hue * 6
-                             : hue < 0.5     ? 1
-                             : hue < 2.0 / 3 ? (2.0 / 3 - hue) * 6
-                                             : 0;
+        const double slope = hue < 1.0 / 6 ? hue * 6
+            : hue < 0.5                    ? 1
+            : hue < 2.0 / 3                ? (2.0 / 3 - hue) * 6
+                                           : 0;
         // Halves go to the even neighbour, as the default rounding mode has it.
         return int(std::nearbyint(255 * (lower + (upper - lower) * slope)));
     };

@@ -16,7 +16,7 @@ constexpr int hoverFade = 120;  // milliseconds
 
 bool isKeyboard(Qt::FocusReason reason) {
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-           reason == Qt::ShortcutFocusReason;
+        reason == Qt::ShortcutFocusReason;
 }
 
 /// Reasons that take the focus away for a while and give it back to where it was.
@@ -34,9 +34,8 @@ Control::Control(const QString& title, QWidget* parent) : QAbstractButton(parent
 }
 
 void Control::setTitle(const QString& title) {
-    if (m_title == title) {
+    if (m_title == title)
         return;
-    }
     m_title = title;
     nameAloud();
     updateGeometry();
@@ -54,9 +53,8 @@ void Control::nameAloud() {
 }
 
 void Control::setBusy(bool busy) {
-    if (m_busy == busy) {
+    if (m_busy == busy)
         return;
-    }
     m_busy = busy;
     setDown(false);
     updateGeometry();
@@ -70,13 +68,12 @@ void Control::setLive(bool live) {
 }
 
 void Control::paintStateOverlay(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const {
-    if (!isLive()) {
+    if (!isLive())
         return;
-    }
     const bool solid = ground == Ground::Solid;
     if (isDown()) {
-        paintFill(painter, area, radius,
-                  color(solid ? ColorRole::FillPressedOverlay : ColorRole::PressedOverlay));
+        paintFill(
+            painter, area, radius, color(solid ? ColorRole::FillPressedOverlay : ColorRole::PressedOverlay));
     } else if (m_hover > 0) {
         QColor overlay = color(solid ? ColorRole::FillHoverOverlay : ColorRole::HoverOverlay);
         overlay.setAlphaF(float(overlay.alphaF() * m_hover));
@@ -85,14 +82,12 @@ void Control::paintStateOverlay(QPainter& painter, const QRectF& area, qreal rad
 }
 
 void Control::paintFocusRing(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const {
-    if (!m_showsFocusRing || !isEnabled()) {
+    if (!m_showsFocusRing || !isEnabled())
         return;
-    }
-    if (ground == Ground::Solid) {
+    if (ground == Ground::Solid)
         paintEdge(painter, area.adjusted(2, 2, -2, -2), radius - 2, 2, color(ColorRole::FocusOnFill));
-    } else {
+    else
         paintEdge(painter, area, radius, 2, color(ColorRole::AccentIcon));
-    }
 }
 
 void Control::enterEvent(QEnterEvent* event) {
@@ -115,7 +110,7 @@ void Control::leaveEvent(QEvent* event) {
         m_fade->setStartValue(m_hover);
         m_fade->setEndValue(0.0);
         connect(m_fade, &QVariantAnimation::valueChanged, this,
-                [this](const QVariant& value) { setHover(value.toReal()); });
+            [this](const QVariant& value) { setHover(value.toReal()); });
         m_fade->start();
     }
     QAbstractButton::leaveEvent(event);
@@ -127,16 +122,14 @@ void Control::setHover(qreal hover) {
 }
 
 void Control::focusInEvent(QFocusEvent* event) {
-    if (!isPassing(event->reason())) {
+    if (!isPassing(event->reason()))
         m_showsFocusRing = isKeyboard(event->reason());
-    }
     QAbstractButton::focusInEvent(event);
 }
 
 void Control::focusOutEvent(QFocusEvent* event) {
-    if (!isPassing(event->reason())) {
+    if (!isPassing(event->reason()))
         m_showsFocusRing = false;
-    }
     QAbstractButton::focusOutEvent(event);
 }
 
@@ -146,9 +139,8 @@ void Control::keyPressEvent(QKeyEvent* event) {
         return;
     }
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (!event->isAutoRepeat()) {
+        if (!event->isAutoRepeat())
             click();
-        }
         return;
     }
     QAbstractButton::keyPressEvent(event);
@@ -159,9 +151,8 @@ bool Control::hitButton(const QPoint& position) const {
 }
 
 void Control::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::EnabledChange && !isEnabled()) {
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
         setHover(0);
-    }
     QAbstractButton::changeEvent(event);
 }
 

@@ -25,7 +25,8 @@ void openEditMenu(Editor* editor, const QPoint& position, const EditMenuState& s
         commands.push_back(std::move(command));
     };
     if (state.isWritable) {
-        offer(u"Hoàn tác"_s, state.canUndo, [editor] { editor->undo(); });
+        offer(
+            u"Hoàn tác"_s, state.canUndo, [editor] { editor->undo(); });
         offer(u"Cắt"_s, state.canCopy, [editor] { editor->cut(); });
     }
     offer(u"Sao chép"_s, state.canCopy, [editor] { editor->copy(); });

@@ -22,9 +22,11 @@ ErrorStrip::ErrorStrip(QWidget* parent)
     // The button is higher than a line: the line stands 2 px lower, so that a message of one line makes a
     // strip of 32.
     constexpr QMargins beside{0, 2, 0, 2};
-    filled(this, row({.padding = {8, 6, 6, 6}}, {column({.padding = beside}, {icon, Stretch{}}), Gap{6},
-                                                 StackItem(column({.padding = beside}, {m_message}), 1),
-                                                 Gap{2}, column({}, {close, Stretch{}})}));
+    filled(this,
+        row({.padding = {8, 6, 6, 6}},
+            {column({.padding = beside}, {icon, Stretch{}}), Gap{6},
+                StackItem(column({.padding = beside}, {m_message}), 1), Gap{2},
+                column({}, {close, Stretch{}})}));
 }
 
 void ErrorStrip::setMessage(const QString& message) {

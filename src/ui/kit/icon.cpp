@@ -36,12 +36,10 @@ constexpr qsizetype cacheBytes = 256 * 1024;
 
 QByteArray strokeWidth(const Icon& icon) {
     const int box = icon.box();
-    if (icon.bold) {
+    if (icon.bold)
         return "2.25"_ba;
-    }
-    if (box <= 16) {
+    if (box <= 16)
         return "2"_ba;
-    }
     return box == 44 ? "1.5"_ba : "1.75"_ba;
 }
 
@@ -55,9 +53,8 @@ QPixmap render(const Icon& icon, const QColor& color, int side) {
     QByteArray svg = file.readAll();
     // The first stroke width is the drawing's own; widths inside it belong to single shapes and stay.
     constexpr QByteArrayView drawn = "stroke-width=\"1.75\"";
-    if (const qsizetype at = svg.indexOf(drawn); at >= 0) {
+    if (const qsizetype at = svg.indexOf(drawn); at >= 0)
         svg.replace(at, drawn.size(), "stroke-width=\"" + strokeWidth(icon) + '"');
-    }
     // Qt SVG reads no opacity from a colour: the shape is drawn opaque, and the opacity applied as a whole.
     svg.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
 
@@ -72,13 +69,11 @@ QPixmap render(const Icon& icon, const QColor& color, int side) {
 }  // namespace
 
 int Icon::box() const {
-    static constexpr std::pair<int, int> boxes[] = {{10, 12}, {11, 14}, {13, 16}, {14, 18},
-                                                    {16, 20}, {20, 24}, {36, 44}, {42, 52}};
-    for (const auto& [points, side] : boxes) {
-        if (pointSize <= points) {
+    static constexpr std::pair<int, int> boxes[] = {
+        {10, 12}, {11, 14}, {13, 16}, {14, 18}, {16, 20}, {20, 24}, {36, 44}, {42, 52}};
+    for (const auto& [points, side] : boxes)
+        if (pointSize <= points)
             return side;
-        }
-    }
     return int(std::lround(pointSize * 1.24));
 }
 
@@ -100,13 +95,12 @@ QPixmap iconPixmap(const Icon& icon, const QColor& color, qreal devicePixelRatio
 }
 
 void paintIcon(QPainter& painter, const QRectF& area, const Icon& icon, const QColor& color) {
-    if (icon.isNull()) {
+    if (icon.isNull())
         return;
-    }
     const qreal ratio = painter.device()->devicePixelRatioF();
     const int box = icon.box();
-    const QPointF corner(std::round(area.center().x() - box / 2.0),
-                         std::round(area.center().y() - box / 2.0));
+    const QPointF corner(
+        std::round(area.center().x() - box / 2.0), std::round(area.center().y() - box / 2.0));
     painter.drawPixmap(corner, iconPixmap(icon, color, ratio));
 }
 

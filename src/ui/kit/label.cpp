@@ -90,33 +90,28 @@ QSize Label::minimumSizeHint() const {
 
 int Label::heightForWidth(int width) const {
     // Nested layouts ask over and over, for one width and another.
-    for (const QSize& size : m_laidSizes) {
-        if (size.width() == width) {
+    for (const QSize& size : m_laidSizes)
+        if (size.width() == width)
             return size.height();
-        }
-    }
     QTextLayout layout;
     const int height = std::max(1, lay(layout, width)) * m_style.line;
-    if (m_laidSizes.size() == m_laidSizes.capacity()) {
+    if (m_laidSizes.size() == m_laidSizes.capacity())
         m_laidSizes.clear();
-    }
     m_laidSizes.append({width, height});
     return height;
 }
 
 int Label::lay(QTextLayout& layout, qreal width) const {
-    if (m_maximumLines == 0) {
+    if (m_maximumLines == 0)
         return lay(layout, width, m_text.size());
-    }
     // A text is shaped as a whole, which is felt for a long one: so only its start is, as much as is sure to
     // go on after the last line that is shown.
     const double narrowLetter = 0.5 * m_style.size;
     auto length = qsizetype((m_maximumLines + 1) * std::max(1.0, width / narrowLetter));
     for (;; length *= 2) {
         const int lines = lay(layout, width, length);
-        if (lines > m_maximumLines || length >= m_text.size()) {
+        if (lines > m_maximumLines || length >= m_text.size())
             return std::min(lines, m_maximumLines);
-        }
     }
 }
 
@@ -133,9 +128,8 @@ int Label::lay(QTextLayout& layout, qreal width, qsizetype length) const {
         line.setLineWidth(width);
         ++lines;
         // One line more is laid than shown, so that painting knows whether the last one goes on.
-        if (m_maximumLines > 0 && lines > m_maximumLines) {
+        if (m_maximumLines > 0 && lines > m_maximumLines)
             break;
-        }
     }
     layout.endLayout();
     return lines;
@@ -150,20 +144,18 @@ void Label::paintEvent(QPaintEvent*) {
     QTextLayout layout;
     const int lines = lay(layout, width());
     QRectF place(0, 0, width(), m_style.line);
-    if (lines > 0) {
+    if (lines > 0)
         place.translate(0, shiftIntoArea(place, m_style, m_text.left(layout.lineAt(0).textLength())));
-    }
     for (int i = 0; i < lines; ++i, place.translate(0, m_style.line)) {
         const QTextLine line = layout.lineAt(i);
         const bool goesOn = i + 1 == lines && layout.lineCount() > lines;
         // Where the text is cut, what else was laid is handed over, and painting shortens it to the width.
-        QString rest = m_text.mid(line.textStart(),
-                                  (goesOn ? layout.text().size() - line.textStart() : line.textLength()));
-        if (goesOn && layout.text().size() < m_text.size()) {
+        QString rest = m_text.mid(
+            line.textStart(), (goesOn ? layout.text().size() - line.textStart() : line.textLength()));
+        if (goesOn && layout.text().size() < m_text.size())
             rest += u'…';
-        }
-        paintTextLine(painter, place, m_style, color(m_role), goesOn ? rest.simplified() : rest.trimmed(),
-                      m_alignment);
+        paintTextLine(
+            painter, place, m_style, color(m_role), goesOn ? rest.simplified() : rest.trimmed(), m_alignment);
     }
 }
 

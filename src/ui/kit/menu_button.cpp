@@ -48,12 +48,10 @@ QSize MenuButton::sizeHint() const {
 }
 
 void MenuButton::open() {
-    if (m_menu || m_entries.isEmpty()) {
+    if (m_menu || m_entries.isEmpty())
         return;
-    }
-    const auto current = std::find_if(m_entries.cbegin(), m_entries.cend(), [this](const MenuEntry& entry) {
-        return entry.checked || entry.title == title();
-    });
+    const auto current = std::find_if(m_entries.cbegin(), m_entries.cend(),
+        [this](const MenuEntry& entry) { return entry.checked || entry.title == title(); });
     const int selected = current == m_entries.cend() ? -1 : int(current - m_entries.cbegin());
     m_menu = PopupMenu::open(this, rect(), m_entries, selected, m_alignment);
     connect(m_menu, &PopupMenu::chosen, this, &MenuButton::chosen);
@@ -65,21 +63,18 @@ void MenuButton::open() {
 }
 
 void MenuButton::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && hitButton(event->position().toPoint())) {
+    if (event->button() == Qt::LeftButton && hitButton(event->position().toPoint()))
         open();
-    }
 }
 
 void MenuButton::mouseMoveEvent(QMouseEvent* event) {
-    if (m_menu) {
+    if (m_menu)
         m_menu->dragTo(event->globalPosition().toPoint());
-    }
 }
 
 void MenuButton::mouseReleaseEvent(QMouseEvent* event) {
-    if (m_menu && !rect().contains(event->position().toPoint())) {
+    if (m_menu && !rect().contains(event->position().toPoint()))
         m_menu->releaseAt(event->globalPosition().toPoint());
-    }
 }
 
 void MenuButton::keyPressEvent(QKeyEvent* event) {
@@ -92,27 +87,26 @@ void MenuButton::keyPressEvent(QKeyEvent* event) {
 
 void MenuButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (!isEnabled()) {
+    if (!isEnabled())
         painter.setOpacity(0.4);
-    }
     const QRectF area = rect();
     paintFill(painter, area, radius::control, color(m_isPicker ? ColorRole::Button : ColorRole::Control));
     paintStateOverlay(painter, area, radius::control, Ground::Neutral);
     if (!showsFocusRing()) {
         paintEdge(painter, area, radius::control, 1,
-                  color(m_isPicker ? ColorRole::ButtonEdge : ColorRole::Hairline));
+            color(m_isPicker ? ColorRole::ButtonEdge : ColorRole::Hairline));
     }
     paintFocusRing(painter, area, radius::control, Ground::Neutral);
 
     QRectF content = area.adjusted(padding, 0, -(m_isPicker ? pickerEndPadding : padding), 0);
     if (const Icon icon{.name = m_iconName, .pointSize = 10}; !icon.isNull()) {
-        paintIcon(painter, QRectF(content.left(), 0, icon.box(), height()), icon,
-                  color(ColorRole::AccentIcon));
+        paintIcon(
+            painter, QRectF(content.left(), 0, icon.box(), height()), icon, color(ColorRole::AccentIcon));
         content.setLeft(content.left() + icon.box() + gap);
     }
     const int box = chevron().box();
-    paintIcon(painter, QRectF(content.right() - box, 0, box, height()), chevron(),
-              color(ColorRole::Secondary));
+    paintIcon(
+        painter, QRectF(content.right() - box, 0, box, height()), chevron(), color(ColorRole::Secondary));
     content.setRight(content.right() - box - gap);
     paintText(painter, content, m_style, color(ColorRole::Text), title());
 }

@@ -14,8 +14,8 @@ class MenuButton final : public Control {
     Q_OBJECT
 
 public:
-    explicit MenuButton(const TextStyle& style = text::menu, const QString& iconName = {},
-                        QWidget* parent = nullptr);
+    explicit MenuButton(
+        const TextStyle& style = text::menu, const QString& iconName = {}, QWidget* parent = nullptr);
 
     /// Makes a picker of it: firm as a bordered button, and as wide as its row allows.
     void becomePicker();

@@ -6,13 +6,13 @@
 
 namespace tralio {
 
-MultilineEnterInputView::MultilineEnterInputView(Binding<QString> text, std::function<void()> onSubmit,
-                                                 QWidget* parent)
+MultilineEnterInputView::MultilineEnterInputView(
+    Binding<QString> text, std::function<void()> onSubmit, QWidget* parent)
     : TextEditor(text::body, {4, 3}, std::move(text), parent), m_onSubmit(std::move(onSubmit)) {}
 
 void MultilineEnterInputView::keyPressEvent(QKeyEvent* event) {
     const bool leaves = event->key() == Qt::Key_Backtab ||
-                        (event->key() == Qt::Key_Tab && (event->modifiers() & Qt::ControlModifier) != 0);
+        (event->key() == Qt::Key_Tab && (event->modifiers() & Qt::ControlModifier) != 0);
     const bool breaksLine = (event->modifiers() & (Qt::ShiftModifier | Qt::AltModifier)) != 0;
     if (leaves) {
         // The editor's own refuses to leave, since Tab is a character of the text.

@@ -55,9 +55,8 @@ void OverlayScrollBar::place() {
 
 QRectF OverlayScrollBar::thumb() const {
     const int range = m_bar->maximum() - m_bar->minimum();
-    if (range <= 0) {
+    if (range <= 0)
         return {};
-    }
     const qreal track = height() - 2 * endInset;
     const qreal length =
         std::min(track, std::max(leastLength, track * m_bar->pageStep() / (range + m_bar->pageStep())));
@@ -70,9 +69,9 @@ QRectF OverlayScrollBar::thumb() const {
 void OverlayScrollBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF area = thumb();
-    const ColorRole role = m_dragged   ? ColorRole::ScrollThumbDragged
-                           : m_hovered ? ColorRole::ScrollThumbHover
-                                       : ColorRole::ScrollThumb;
+    const ColorRole role = m_dragged ? ColorRole::ScrollThumbDragged
+        : m_hovered                  ? ColorRole::ScrollThumbHover
+                                     : ColorRole::ScrollThumb;
     paintFill(painter, area, std::min<qreal>(radius::tiny, area.width() / 2), color(role));
 }
 
@@ -93,8 +92,8 @@ void OverlayScrollBar::mousePressEvent(QMouseEvent* event) {
         m_dragged = true;
         m_grip = y - area.top();
     } else {
-        m_bar->triggerAction(y < area.top() ? QAbstractSlider::SliderPageStepSub
-                                            : QAbstractSlider::SliderPageStepAdd);
+        m_bar->triggerAction(
+            y < area.top() ? QAbstractSlider::SliderPageStepSub : QAbstractSlider::SliderPageStepAdd);
     }
     update();
 }
@@ -118,9 +117,8 @@ void OverlayScrollBar::wheelEvent(QWheelEvent* event) {
 }
 
 bool OverlayScrollBar::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize || event->type() == QEvent::Move || event->type() == QEvent::Show) {
+    if (event->type() == QEvent::Resize || event->type() == QEvent::Move || event->type() == QEvent::Show)
         place();
-    }
     return QWidget::eventFilter(watched, event);
 }
 

@@ -12,9 +12,8 @@ namespace {
 /// Fills without a pen, smoothly, and leaves the painter as it was.
 template <typename Draw>
 void withBrush(QPainter& painter, const QBrush& brush, Draw draw) {
-    if (brush.style() == Qt::SolidPattern && brush.color().alpha() == 0) {
+    if (brush.style() == Qt::SolidPattern && brush.color().alpha() == 0)
         return;
-    }
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -26,18 +25,21 @@ void withBrush(QPainter& painter, const QBrush& brush, Draw draw) {
 }  // namespace
 
 void paintFill(QPainter& painter, const QRectF& area, qreal radius, const QBrush& brush) {
-    withBrush(painter, brush, [&] { painter.drawRoundedRect(area, radius, radius); });
+    withBrush(
+        painter, brush, [&] { painter.drawRoundedRect(area, radius, radius); });
 }
 
 void paintEdge(QPainter& painter, const QRectF& area, qreal radius, qreal width, const QColor& color) {
-    withBrush(painter, color, [&] {
-        const qreal inner = std::max(0.0, radius - width);
-        QPainterPath ring;
-        ring.setFillRule(Qt::OddEvenFill);
-        ring.addRoundedRect(area, radius, radius);
-        ring.addRoundedRect(area.adjusted(width, width, -width, -width), inner, inner);
-        painter.drawPath(ring);
-    });
+    withBrush(
+        painter, color,
+        [&] {
+            const qreal inner = std::max(0.0, radius - width);
+            QPainterPath ring;
+            ring.setFillRule(Qt::OddEvenFill);
+            ring.addRoundedRect(area, radius, radius);
+            ring.addRoundedRect(area.adjusted(width, width, -width, -width), inner, inner);
+            painter.drawPath(ring);
+        });
 }
 
 int textWidth(const TextStyle& style, const QString& text) {
@@ -53,7 +55,7 @@ qreal topOfLine(const QRectF& area, const TextStyle& style) {
 }  // namespace
 
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
-                   const QString& text, Qt::Alignment alignment) {
+    const QString& text, Qt::Alignment alignment) {
     const QFont font = fontFor(style);
     const QFontMetricsF metrics(font);
     QString shown = text;
@@ -63,11 +65,10 @@ void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style
         width = metrics.horizontalAdvance(shown);
     }
     qreal x = line.left();
-    if (alignment & Qt::AlignHCenter) {
+    if (alignment & Qt::AlignHCenter)
         x += (line.width() - width) / 2;
-    } else if (alignment & Qt::AlignRight) {
+    else if (alignment & Qt::AlignRight)
         x += line.width() - width;
-    }
     painter.setFont(font);
     painter.setPen(color);
     painter.drawText(QPointF(x, topOfLine(line, style) + baselineOf(style)), shown);
@@ -82,7 +83,7 @@ int shiftIntoArea(const QRectF& area, const TextStyle& style, const QString& tex
 }
 
 void paintText(QPainter& painter, const QRectF& area, const TextStyle& style, const QColor& color,
-               const QString& text, Qt::Alignment alignment) {
+    const QString& text, Qt::Alignment alignment) {
     const int shift = shiftIntoArea(area, style, text);
     paintTextLine(painter, area.translated(0, shift), style, color, text, alignment);
 }

@@ -20,11 +20,11 @@ void paintEdge(QPainter& painter, const QRectF& area, qreal radius, qreal width,
 /// `alignment`, and shortened with an ellipsis when it is too wide. Capitals with two marks that would stick
 /// out of the area move the line down, where there is room.
 void paintText(QPainter& painter, const QRectF& area, const TextStyle& style, const QColor& color,
-               const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
+    const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
 
 /// The same for one line of several, which keep their distance.
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
-                   const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
+    const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
 
 /// How far `text` has to move down to show whole in `area`, in whole pixels; 0 for nearly every text.
 [[nodiscard]] int shiftIntoArea(const QRectF& area, const TextStyle& style, const QString& text);

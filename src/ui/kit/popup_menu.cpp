@@ -41,9 +41,8 @@ public:
 
 protected:
     void enterEvent(QEnterEvent*) override {
-        if (isEnabled()) {
+        if (isEnabled())
             m_menu.mark(this);
-        }
     }
 
     void keyPressEvent(QKeyEvent* event) override { m_menu.keyPressEvent(event); }
@@ -54,19 +53,17 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const bool marked = m_menu.m_marked == this;
-        if (marked) {
+        if (marked)
             paintFill(painter, rect(), radius::small, color(ColorRole::AccentFill));
-        }
-        if (!isEnabled()) {
+        if (!isEnabled())
             painter.setOpacity(0.4);
-        }
         const QColor ink = color(marked ? ColorRole::OnFill : ColorRole::Text);
         const QRect content = rect().adjusted(itemPadding, 0, -itemPadding, 0);
         paintText(painter, content, itemStyle, ink, title());
         if (isChecked()) {
             const Icon check{.name = u"checkmark"_s, .pointSize = 10};
-            paintIcon(painter, QRect(content.right() + 1 - check.box(), 0, check.box(), height()), check,
-                      ink);
+            paintIcon(
+                painter, QRect(content.right() + 1 - check.box(), 0, check.box(), height()), check, ink);
         }
     }
 
@@ -75,19 +72,18 @@ private:
 };
 
 PopupMenu* PopupMenu::open(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries, int selected,
-                           Qt::Alignment alignment) {
+    Qt::Alignment alignment) {
     auto* menu = new PopupMenu(owner, anchor, entries, alignment);
     menu->show();
     menu->raise();
     menu->setFocus(Qt::PopupFocusReason);
-    if (selected >= 0 && selected < menu->m_items.size()) {
+    if (selected >= 0 && selected < menu->m_items.size())
         menu->mark(menu->m_items.at(selected));
-    }
     return menu;
 }
 
-PopupMenu::PopupMenu(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries,
-                     Qt::Alignment alignment)
+PopupMenu::PopupMenu(
+    QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries, Qt::Alignment alignment)
     : QWidget(owner->window()), m_formerFocus(owner->window()->focusWidget()) {
     setFocusPolicy(Qt::StrongFocus);
     setGeometry(parentWidget()->rect());
@@ -101,10 +97,10 @@ PopupMenu::PopupMenu(QWidget* owner, const QRect& anchor, const QList<MenuEntry>
         m_items.append(item);
     }
     const QSize size(std::max(width + 2 * menuPadding, anchor.width()),
-                     int(m_items.size()) * itemHeight + 2 * menuPadding);
+        int(m_items.size()) * itemHeight + 2 * menuPadding);
     m_panel = place(QRect(owner->mapTo(owner->window(), anchor.topLeft()), anchor.size()), size, alignment);
     QRect line(m_panel.left() + menuPadding, m_panel.top() + menuPadding, size.width() - 2 * menuPadding,
-               itemHeight);
+        itemHeight);
     for (Item* item : std::as_const(m_items)) {
         item->setGeometry(line);
         line.translate(0, itemHeight);
@@ -113,31 +109,27 @@ PopupMenu::PopupMenu(QWidget* owner, const QRect& anchor, const QList<MenuEntry>
 
 QRect PopupMenu::place(const QRect& anchor, const QSize& size, Qt::Alignment alignment) const {
     QRect panel(QPoint(alignment & Qt::AlignRight ? anchor.right() + 1 - size.width() : anchor.left(),
-                       anchor.bottom() + 1 + distance),
-                size);
+                    anchor.bottom() + 1 + distance),
+        size);
     const QRect room = rect().adjusted(windowInset, windowInset, -windowInset, -windowInset);
-    if (panel.bottom() > room.bottom() && anchor.top() - distance - size.height() >= room.top()) {
+    if (panel.bottom() > room.bottom() && anchor.top() - distance - size.height() >= room.top())
         panel.moveBottom(anchor.top() - 1 - distance);
-    }
     panel.moveTop(std::max(room.top(), std::min(panel.top(), room.bottom() + 1 - size.height())));
     panel.moveLeft(std::max(room.left(), std::min(panel.left(), room.right() + 1 - size.width())));
     return panel;
 }
 
 PopupMenu::Item* PopupMenu::itemAt(const QPoint& globalPosition) const {
-    for (Item* item : m_items) {
-        if (item->isEnabled() && item->rect().contains(item->mapFromGlobal(globalPosition))) {
+    for (Item* item : m_items)
+        if (item->isEnabled() && item->rect().contains(item->mapFromGlobal(globalPosition)))
             return item;
-        }
-    }
     return nullptr;
 }
 
 void PopupMenu::mark(Item* item) {
     m_marked = item;
-    if (item != nullptr) {
+    if (item != nullptr)
         item->setFocus(Qt::PopupFocusReason);  // what a screen reader follows
-    }
     update();
 }
 
@@ -153,19 +145,16 @@ void PopupMenu::move(int from, int step) {
 void PopupMenu::choose(int index) {
     const QPointer<PopupMenu> self(this);
     close();
-    if (self) {
+    if (self)
         Q_EMIT chosen(index);
-    }
 }
 
 void PopupMenu::close() {
-    if (m_closing) {
+    if (m_closing)
         return;
-    }
     m_closing = true;
-    if (m_formerFocus && m_formerFocus->isVisible()) {
+    if (m_formerFocus && m_formerFocus->isVisible())
         m_formerFocus->setFocus(Qt::PopupFocusReason);
-    }
     hide();
     deleteLater();
     Q_EMIT closed();
@@ -176,9 +165,8 @@ void PopupMenu::dragTo(const QPoint& globalPosition) {
 }
 
 void PopupMenu::releaseAt(const QPoint& globalPosition) {
-    if (Item* item = itemAt(globalPosition)) {
+    if (Item* item = itemAt(globalPosition))
         choose(int(m_items.indexOf(item)));
-    }
 }
 
 bool PopupMenu::event(QEvent* event) {
@@ -198,9 +186,8 @@ void PopupMenu::paintEvent(QPaintEvent*) {
 }
 
 void PopupMenu::mousePressEvent(QMouseEvent* event) {
-    if (!m_panel.contains(event->position().toPoint())) {
+    if (!m_panel.contains(event->position().toPoint()))
         close();
-    }
 }
 
 void PopupMenu::keyPressEvent(QKeyEvent* event) {
@@ -221,9 +208,8 @@ void PopupMenu::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_Space:
-            if (m_marked) {
+            if (m_marked)
                 choose(at);
-            }
             break;
         case Qt::Key_Escape:
         case Qt::Key_Tab:
@@ -241,9 +227,8 @@ void PopupMenu::hideEvent(QHideEvent* event) {
 }
 
 bool PopupMenu::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize || event->type() == QEvent::WindowDeactivate) {
+    if (event->type() == QEvent::Resize || event->type() == QEvent::WindowDeactivate)
         close();
-    }
     return QWidget::eventFilter(watched, event);
 }
 

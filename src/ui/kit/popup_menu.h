@@ -26,7 +26,7 @@ public:
     /// `anchor` is in the coordinates of `owner`. `selected` is the entry that is marked at once; -1 marks
     /// none.
     static PopupMenu* open(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries, int selected,
-                           Qt::Alignment alignment = Qt::AlignLeft);
+        Qt::Alignment alignment = Qt::AlignLeft);
 
     /// The pointer as seen by the button that opened the menu and still holds the mouse.
     void dragTo(const QPoint& globalPosition);

@@ -53,15 +53,14 @@ void PromptEditor::setSpokenCaption(const QString& caption) {
 
 void PromptEditor::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (!isEnabled()) {
+    if (!isEnabled())
         painter.setOpacity(0.4);
-    }
     paintFill(painter, rect(), radius::control, color(ColorRole::TextBackground));
     if (m_editor->hasFocus()) {
         paintEdge(painter, rect(), radius::control, 2, color(ColorRole::AccentIcon));
     } else {
         paintEdge(painter, rect(), radius::control, 1,
-                  color(m_hovered && isEnabled() ? ColorRole::FieldHoverEdge : ColorRole::Border20));
+            color(m_hovered && isEnabled() ? ColorRole::FieldHoverEdge : ColorRole::Border20));
     }
 }
 
@@ -78,9 +77,8 @@ void PromptEditor::leaveEvent(QEvent* event) {
 }
 
 bool PromptEditor::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
         update();
-    }
     return QWidget::eventFilter(watched, event);
 }
 

@@ -22,15 +22,14 @@ Reveal::Reveal(QWidget* content, QWidget* parent) : QWidget(parent), m_content(c
     setSizePolicy(policy);
     m_animation.setEasingCurve(QEasingCurve::OutQuad);
     connect(&m_animation, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& value) { setShare(value.toReal()); });
+        [this](const QVariant& value) { setShare(value.toReal()); });
     connect(&m_animation, &QVariantAnimation::finished, this, &Reveal::finish);
     hide();
 }
 
 void Reveal::setRevealed(bool revealed) {
-    if (m_revealed == revealed) {
+    if (m_revealed == revealed)
         return;
-    }
     m_revealed = revealed;
     m_animation.stop();
     const bool seen = parentWidget() != nullptr && parentWidget()->isVisible();
@@ -50,9 +49,8 @@ void Reveal::setRevealed(bool revealed) {
 
 void Reveal::setShare(qreal share) {
     m_share = share;
-    if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(m_content->graphicsEffect())) {
+    if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(m_content->graphicsEffect()))
         effect->setOpacity(share);
-    }
     updateGeometry();
 }
 
@@ -63,12 +61,10 @@ void Reveal::finish() {
 }
 
 int Reveal::contentHeight(int width) const {
-    if (m_content->hasHeightForWidth()) {
+    if (m_content->hasHeightForWidth())
         return m_content->heightForWidth(width);
-    }
-    if (m_content->layout() != nullptr && m_content->layout()->hasHeightForWidth()) {
+    if (m_content->layout() != nullptr && m_content->layout()->hasHeightForWidth())
         return m_content->layout()->heightForWidth(width);
-    }
     return m_content->sizeHint().height();
 }
 

@@ -25,9 +25,8 @@ void mean(std::vector<float>& values, std::vector<float>& scratch, int half) {
     scratch.resize(values.size());
     float sum = 0;
     const auto at = [&](int i) { return i >= 0 && i < count ? values[std::size_t(i)] : 0.0F; };
-    for (int i = -half; i < half; ++i) {
+    for (int i = -half; i < half; ++i)
         sum += at(i);
-    }
     for (int i = 0; i < count; ++i) {
         sum += at(i + half);
         scratch[std::size_t(i)] = sum / float(2 * half + 1);
@@ -43,15 +42,12 @@ void blurLines(std::vector<float>& image, int side, int half, bool columns) {
         return std::size_t(columns ? along * side + across : across * side + along);
     };
     for (int across = 0; across < side; ++across) {
-        for (int along = 0; along < side; ++along) {
+        for (int along = 0; along < side; ++along)
             line[std::size_t(along)] = image[index(across, along)];
-        }
-        for (int pass = 0; pass < 3; ++pass) {
+        for (int pass = 0; pass < 3; ++pass)
             mean(line, scratch, half);
-        }
-        for (int along = 0; along < side; ++along) {
+        for (int along = 0; along < side; ++along)
             image[index(across, along)] = line[std::size_t(along)];
-        }
     }
 }
 
@@ -68,9 +64,8 @@ QPixmap blurred(int radius, const Shadow& shadow) {
     std::vector<float> alpha(static_cast<std::size_t>(side) * std::size_t(side));
     for (int y = 0; y < side; ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(shape.constScanLine(y));
-        for (int x = 0; x < side; ++x) {
+        for (int x = 0; x < side; ++x)
             alpha[std::size_t(y * side + x)] = float(qAlpha(line[x]));
-        }
     }
     // Three means over a width of `blur` deviate by half of it, as the soft edge is defined.
     const int half = std::max(1, shadow.blur / 2);
@@ -99,11 +94,9 @@ const QPixmap& tileFor(int radius, const Shadow& shadow) {
     static std::array<Entry, 3> entries;
     static std::size_t next = 0;
     const QRgb ink = color(shadow.color).rgba();
-    for (const Entry& entry : entries) {
-        if (entry.radius == radius && entry.shadow == shadow && entry.ink == ink) {
+    for (const Entry& entry : entries)
+        if (entry.radius == radius && entry.shadow == shadow && entry.ink == ink)
             return entry.tile;
-        }
-    }
     Entry& entry = entries[next];
     next = (next + 1) % entries.size();
     entry = {radius, shadow, ink, blurred(radius, shadow)};
@@ -120,11 +113,10 @@ void paintShadow(QPainter& painter, const QRect& box, int radius, const Shadow& 
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const QRect target = box.adjusted(-reach, -reach, reach, reach).translated(0, shadow.offset);
     const QPixmap& tile = tileFor(radius, shadow);
-    if (target.width() < 2 * corner || target.height() < 2 * corner) {
+    if (target.width() < 2 * corner || target.height() < 2 * corner)
         painter.drawPixmap(target, tile);  // too small for whole corners
-    } else {
+    else
         qDrawBorderPixmap(&painter, target, margins, tile, tile.rect(), margins);
-    }
     painter.restore();
 }
 

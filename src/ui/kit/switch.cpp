@@ -38,9 +38,8 @@ QSize Switch::sizeHint() const {
 
 void Switch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (!isEnabled()) {
+    if (!isEnabled())
         painter.setOpacity(0.4);
-    }
     const QRectF area = QRectF(QPointF(), track)
                             .translated((width() - track.width()) / 2.0, (height() - track.height()) / 2.0);
     const Ground ground = isChecked() ? Ground::Solid : Ground::Neutral;
@@ -51,7 +50,7 @@ void Switch::paintEvent(QPaintEvent*) {
     paintFill(painter, QRectF(left, area.top() + inset, knob, knob), knob / 2.0, color(ColorRole::OnFill));
     if (showsFocusRing()) {
         paintEdge(painter, area.adjusted(-ringRoom, -ringRoom, ringRoom, ringRoom), round + ringRoom, 2,
-                  color(ColorRole::AccentIcon));
+            color(ColorRole::AccentIcon));
     }
 }
 

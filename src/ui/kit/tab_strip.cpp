@@ -41,9 +41,8 @@ protected:
         QPainter painter(this);
         const QRectF area = rect();
         const Ground ground = isChecked() ? Ground::Solid : Ground::Neutral;
-        if (!isChecked()) {
+        if (!isChecked())
             paintStateOverlay(painter, area, radius::control, ground);
-        }
         // The label is white exactly where the sliding shape lies under it.
         const QRectF shape = m_strip.m_shape.translated(-QPointF(pos()));
         const QRegion covered = QRegion(rect()) & shape.toAlignedRect();
@@ -84,20 +83,18 @@ TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent
         m_tabs.append(tab);
     }
     setLayout(layout);
-    if (!m_tabs.isEmpty()) {
+    if (!m_tabs.isEmpty())
         check(0);
-    }
     m_slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&m_slide, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& value) { setShape(value.toRectF()); });
+        [this](const QVariant& value) { setShape(value.toRectF()); });
 }
 
 void TabStrip::check(int index) {
     m_tabs.at(index)->setChecked(true);
     // One stop for Tab. The toolkit does the same by itself, but only once one of the tabs has had the focus.
-    for (int i = 0; i < m_tabs.size(); ++i) {
+    for (int i = 0; i < m_tabs.size(); ++i)
         m_tabs.at(i)->setFocusPolicy(i == index ? Qt::TabFocus : Qt::NoFocus);
-    }
 }
 
 void TabStrip::setCurrent(int index) {
@@ -138,9 +135,8 @@ void TabStrip::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layout()->activate();
     m_slide.stop();
-    if (!m_tabs.isEmpty()) {
+    if (!m_tabs.isEmpty())
         setShape(m_tabs.at(m_current)->geometry());
-    }
 }
 
 }  // namespace tralio

@@ -99,9 +99,8 @@ void TextArea::prepareFor(const QString& text) {
 
 void TextArea::replaceText(const QString& text) {
     prepareFor(text);
-    if (isComposing()) {
+    if (isComposing())
         QGuiApplication::inputMethod()->reset();
-    }
     QTextCursor cursor(document());
     cursor.select(QTextCursor::Document);
     cursor.insertText(text);
@@ -122,16 +121,15 @@ void TextArea::paintEvent(QPaintEvent* event) {
         const qreal margin = document()->documentMargin();
         const qreal top = margin + documentBaseline(m_style) - baselineOf(m_style);
         paintText(painter, QRectF(margin, top, viewport()->width() - 2 * margin, m_style.line), m_style,
-                  color(m_placeholderRole), m_placeholder);
+            color(m_placeholderRole), m_placeholder);
     }
     QTextEdit::paintEvent(event);
 }
 
 void TextArea::wheelEvent(QWheelEvent* event) {
     // With Control the toolkit would resize the text of a read-only area.
-    if ((event->modifiers() & Qt::ControlModifier) == 0) {
+    if ((event->modifiers() & Qt::ControlModifier) == 0)
         QTextEdit::wheelEvent(event);
-    }
 }
 
 QMimeData* TextArea::createMimeDataFromSelection() const {
@@ -142,10 +140,10 @@ QMimeData* TextArea::createMimeDataFromSelection() const {
 
 void TextArea::contextMenuEvent(QContextMenuEvent* event) {
     openEditMenu(this, event->pos(),
-                 {.isWritable = !isReadOnly(),
-                  .canUndo = document()->isUndoAvailable(),
-                  .canCopy = textCursor().hasSelection(),
-                  .isEmpty = document()->isEmpty()});
+        {.isWritable = !isReadOnly(),
+            .canUndo = document()->isUndoAvailable(),
+            .canCopy = textCursor().hasSelection(),
+            .isEmpty = document()->isEmpty()});
 }
 
 }  // namespace tralio

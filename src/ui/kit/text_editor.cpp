@@ -39,9 +39,8 @@ bool TextEditor::isReturn(const QKeyEvent& event) {
 
 bool TextEditor::refresh() {
     const QString text = m_text.get();
-    if (text == m_shown) {
+    if (text == m_shown)
         return false;
-    }
     m_refreshing = true;
     replaceText(text);
     m_refreshing = false;
@@ -52,9 +51,8 @@ bool TextEditor::refresh() {
 }
 
 void TextEditor::writeText() {
-    if (m_refreshing) {
+    if (m_refreshing)
         return;
-    }
     if (QString now = shownText(); now != m_shown) {
         m_shown = now;
         m_text.set(std::move(now));
@@ -118,8 +116,8 @@ void TextEditor::inputMethodEvent(QInputMethodEvent* event) {
     }
     attributes << QInputMethodEvent::Attribute(QInputMethodEvent::Cursor, caret, 0);
     QInputMethodEvent withoutCaret(event->preeditString(), attributes);
-    withoutCaret.setCommitString(event->commitString(), event->replacementStart(),
-                                 event->replacementLength());
+    withoutCaret.setCommitString(
+        event->commitString(), event->replacementStart(), event->replacementLength());
     TextArea::inputMethodEvent(&withoutCaret);
     writeText();
     restartCaret();
@@ -171,11 +169,10 @@ void TextEditor::focusOutEvent(QFocusEvent* event) {
 void TextEditor::restartCaret() {
     m_caretOn = hasFocus();
     const int cycle = QGuiApplication::styleHints()->cursorFlashTime();
-    if (m_caretOn && cycle > 1) {
+    if (m_caretOn && cycle > 1)
         m_blink.start(cycle / 2, this);
-    } else {
+    else
         m_blink.stop();
-    }
     viewport()->update();
 }
 

@@ -19,8 +19,8 @@ constexpr int fixedWidthRise = 2;  // that font keeps more room above its letter
 TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setFont(fontFor(face == Face::FixedWidth ? text::fixedWidth : text::caption));
-    setTextMargins(padding - toolkitPadding, 0, padding - toolkitPadding,
-                   face == Face::FixedWidth ? fixedWidthRise : 0);
+    setTextMargins(
+        padding - toolkitPadding, 0, padding - toolkitPadding, face == Face::FixedWidth ? fixedWidthRise : 0);
     setFixedHeight(fieldHeight);
     connect(&Theme::current(), &Theme::changed, this, &TextField::followTheme);
     followTheme();
@@ -46,15 +46,14 @@ QSize TextField::sizeHint() const {
 void TextField::paintEvent(QPaintEvent* event) {
     {
         QPainter painter(this);
-        if (!isEnabled()) {
+        if (!isEnabled())
             painter.setOpacity(0.4);
-        }
         paintFill(painter, rect(), radius::control, color(ColorRole::TextBackground));
         if (hasFocus()) {
             paintEdge(painter, rect(), radius::control, 2, color(ColorRole::AccentIcon));
         } else {
             paintEdge(painter, rect(), radius::control, 1,
-                      color(m_hovered && isEnabled() ? ColorRole::FieldHoverEdge : ColorRole::Border25));
+                color(m_hovered && isEnabled() ? ColorRole::FieldHoverEdge : ColorRole::Border25));
         }
     }
     QLineEdit::paintEvent(event);
@@ -74,10 +73,10 @@ void TextField::leaveEvent(QEvent* event) {
 
 void TextField::contextMenuEvent(QContextMenuEvent* event) {
     openEditMenu(this, event->pos(),
-                 {.isWritable = !isReadOnly(),
-                  .canUndo = isUndoAvailable(),
-                  .canCopy = hasSelectedText() && echoMode() == Normal,  // a masked text stays in its field
-                  .isEmpty = text().isEmpty()});
+        {.isWritable = !isReadOnly(),
+            .canUndo = isUndoAvailable(),
+            .canCopy = hasSelectedText() && echoMode() == Normal,  // a masked text stays in its field
+            .isEmpty = text().isEmpty()});
 }
 
 }  // namespace tralio

@@ -18,16 +18,14 @@ Theme& Theme::current() {
 
 void Theme::setAppearance(const Appearance& appearance) {
     Theme& theme = current();
-    if (theme.m_appearance == appearance) {
+    if (theme.m_appearance == appearance)
         return;
-    }
     theme.m_appearance = appearance;
     theme.m_colors = Colors(appearance.dark ? Scheme::Dark : Scheme::Light, appearance.accent);
     Q_EMIT theme.changed();
     const QWidgetList widgets = QApplication::allWidgets();
-    for (QWidget* widget : widgets) {
+    for (QWidget* widget : widgets)
         widget->update();
-    }
 }
 
 }  // namespace tralio

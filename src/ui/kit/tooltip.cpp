@@ -28,13 +28,12 @@ public:
         setAttribute(Qt::WA_TransparentForMouseEvents);
         const QRect room =
             parentWidget()->rect().adjusted(windowInset, windowInset, -windowInset, -windowInset);
-        const QSize size(std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width()),
-                         bubbleHeight);
+        const QSize size(
+            std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width()), bubbleHeight);
         const QRect anchor(target.mapTo(parentWidget(), QPoint()), target.size());
         QRect place({anchor.center().x() - size.width() / 2, anchor.bottom() + 1 + distance}, size);
-        if (place.bottom() > room.bottom()) {
+        if (place.bottom() > room.bottom())
             place.moveBottom(anchor.top() - 1 - distance);
-        }
         place.moveLeft(std::max(room.left(), std::min(place.left(), room.right() + 1 - size.width())));
         setGeometry(place);
     }
@@ -44,7 +43,7 @@ protected:
         QPainter painter(this);
         paintFill(painter, rect(), radius::control, color(ColorRole::Tooltip));
         paintText(painter, rect().adjusted(paddingAcross, 0, -paddingAcross, 0), text::caption,
-                  color(ColorRole::TooltipText), m_text, Qt::AlignHCenter);
+            color(ColorRole::TooltipText), m_text, Qt::AlignHCenter);
     }
 
 private:
@@ -71,14 +70,12 @@ public:
             case QEvent::MouseButtonPress:
             case QEvent::KeyPress:
             case QEvent::Wheel:
-                if (widget == m_target) {
+                if (widget == m_target)
                     dismiss();
-                }
                 break;
             case QEvent::ToolTipChange:
-                if (m_bubble && widget == m_target) {
+                if (m_bubble && widget == m_target)
                     show();
-                }
                 break;
             case QEvent::ToolTip:
                 return true;  // or the toolkit would show a second one, in the desktop's look
@@ -127,9 +124,8 @@ private:
 
 void setTooltip(QWidget* widget, const QString& text) {
     // What shows only an icon is called by its tooltip.
-    if (widget->accessibleName().isEmpty() || widget->accessibleName() == widget->toolTip()) {
+    if (widget->accessibleName().isEmpty() || widget->accessibleName() == widget->toolTip())
         widget->setAccessibleName(text);
-    }
     widget->setToolTip(text);
     widget->removeEventFilter(&Watcher::shared());
     widget->installEventFilter(&Watcher::shared());

@@ -41,9 +41,8 @@ void WindowFrame::arrange() {
     // Only a window with a margin is translucent: without a compositor its corners would be black.
     setAttribute(Qt::WA_TranslucentBackground, m_edges == Edges::Floating);
     setFixedSize(contentArea().size().grownBy(shadowMargins()));
-    if (m_content != nullptr) {
+    if (m_content != nullptr)
         m_content->setGeometry(contentArea());
-    }
 }
 
 void WindowFrame::paintEvent(QPaintEvent*) {
@@ -69,9 +68,8 @@ void WindowFrame::paintWindow(QPainter& painter) const {
 
 void WindowFrame::paintGround(QPainter& painter, const QWidget& widget) {
     const QWidget* ancestor = &widget;
-    while (ancestor != nullptr && qobject_cast<const WindowFrame*>(ancestor) == nullptr) {
+    while (ancestor != nullptr && qobject_cast<const WindowFrame*>(ancestor) == nullptr)
         ancestor = ancestor->parentWidget();
-    }
     const auto* frame = static_cast<const WindowFrame*>(ancestor);
     if (frame == nullptr) {
         painter.fillRect(widget.rect(), color(ColorRole::Window));

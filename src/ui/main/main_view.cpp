@@ -36,8 +36,8 @@ using namespace Qt::StringLiterals;
 constexpr int tabChange = 150;          // milliseconds
 constexpr int onboardingClosing = 250;  // milliseconds
 
-void showPermission(Chip* chip, const QString& title, bool granted, const QString& ready,
-                    const QString& missing) {
+void showPermission(
+    Chip* chip, const QString& title, bool granted, const QString& ready, const QString& missing) {
     chip->setTitle(title);
     chip->setState(granted ? Chip::State::Good : Chip::State::Trouble);
     setTooltip(chip, granted ? ready : missing);
@@ -55,11 +55,13 @@ MainView::MainView(Services services, Actions actions, QWidget* parent)
     m_panelArea = filled(new QWidget, column({}, {}));
     auto* banner = new UpdateBanner(m_services.updates, [this] { m_state.dismissUpdate(); });
     m_body = filled(new QWidget,
-                    column({}, {header(), new Divider, banner, {m_panelArea, {}, 1}, new Divider, footer()}));
+        column({}, {header(), new Divider, banner, {m_panelArea, {}, 1}, new Divider, footer()}));
     filled(this, column({}, {m_body}));
 
-    onAnyChange(m_state, this, [this] { refresh(); });
-    onAnyChange(m_services.appState, this, [this] { refresh(); });
+    onAnyChange(
+        m_state, this, [this] { refresh(); });
+    onAnyChange(
+        m_services.appState, this, [this] { refresh(); });
     onAnyChange(m_settings, this, [this] { refresh(); });
     refresh();
 }
@@ -79,10 +81,9 @@ void MainView::openGuide() {
 }
 
 QWidget* MainView::header() {
-    m_tabs = new TabStrip({{u"character.book.closed.fill"_s, u"Tralio"_s},
-                           {u"clock.arrow.circlepath"_s, u"Lịch sử"_s},
-                           {u"gearshape.fill"_s, u"Cài đặt"_s},
-                           {u"person.crop.circle.fill"_s, u"Tác giả"_s}});
+    m_tabs = new TabStrip(
+        {{u"character.book.closed.fill"_s, u"Tralio"_s}, {u"clock.arrow.circlepath"_s, u"Lịch sử"_s},
+            {u"gearshape.fill"_s, u"Cài đặt"_s}, {u"person.crop.circle.fill"_s, u"Tác giả"_s}});
     connect(m_tabs, &TabStrip::selected, this, [this](int index) {
         if (const auto tab = appTab(index)) {
             m_panelMotion = Motion::fade;
@@ -96,18 +97,18 @@ QWidget* MainView::header() {
     setTooltip(quit, u"Thoát ứng dụng Tralio"_s);
     connect(quit, &Button::clicked, this, [this] { m_actions.quit(); });
 
-    auto* name =
-        row({.spacing = 6}, {new IconView({u"character.bubble.fill"_s, 16, true}, ColorRole::AccentIcon),
-                             new Label(u"Tralio"_s, text::panelTitle)});
-    auto* bar = filled(new QWidget,
-                       row({.padding = {14, 0, 8, 0}}, {name, Stretch{}, m_tabs, Stretch{}, guide, quit}));
+    auto* name = row({.spacing = 6},
+        {new IconView({u"character.bubble.fill"_s, 16, true}, ColorRole::AccentIcon),
+            new Label(u"Tralio"_s, text::panelTitle)});
+    auto* bar = filled(
+        new QWidget, row({.padding = {14, 0, 8, 0}}, {name, Stretch{}, m_tabs, Stretch{}, guide, quit}));
     bar->setFixedHeight(50);
     return bar;
 }
 
 QWidget* MainView::footer() {
     auto* version = new Label(u"Tralio v"_s + m_services.updates.currentVersion(),
-                              text::caption.with(Weight::Semibold), ColorRole::Secondary);
+        text::caption.with(Weight::Semibold), ColorRole::Secondary);
     m_warning = new Button(button::footerWarning, {.icon = u"exclamationmark.triangle.fill"_s});
     setTooltip(m_warning, u"Nhấn để mở Cài đặt và cấp quyền cho ứng dụng"_s);
     m_selectionChip = new Chip(QString());
@@ -117,12 +118,11 @@ QWidget* MainView::footer() {
     connect(m_selectionChip, &Chip::clicked, this, selectSettings);
     connect(m_captureChip, &Chip::clicked, this, selectSettings);
 
-    auto* bar =
-        filled(new QWidget,
-               row({.spacing = 6, .padding = {14, 0, 14, 0}},
-                   {row({.spacing = 4},
-                        {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::AccentIcon), version}),
-                    Stretch{}, m_warning, m_selectionChip, m_captureChip}));
+    auto* bar = filled(new QWidget,
+        row({.spacing = 6, .padding = {14, 0, 14, 0}},
+            {row({.spacing = 4},
+                 {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::AccentIcon), version}),
+                Stretch{}, m_warning, m_selectionChip, m_captureChip}));
     bar->setFixedHeight(33);
     return bar;
 }
@@ -139,11 +139,11 @@ void MainView::refresh() {
     m_warning->setTitle(warning.value_or(QString()));
     m_warning->setVisible(warning.has_value());
     showPermission(m_selectionChip, u"Bôi đen: "_s + m_settings.hotKeyDisplay(),
-                   m_state.isAccessibilityGranted(), u"Quyền Trợ năng: Đã bật (Sẵn sàng)"_s,
-                   u"Chưa cấp quyền Trợ năng - Nhấn để mở Cài đặt"_s);
+        m_state.isAccessibilityGranted(), u"Quyền Trợ năng: Đã bật (Sẵn sàng)"_s,
+        u"Chưa cấp quyền Trợ năng - Nhấn để mở Cài đặt"_s);
     showPermission(m_captureChip, u"Chụp: "_s + m_settings.ocrHotKeyDisplay(),
-                   m_state.isScreenCaptureGranted(), u"Quyền Ghi màn hình (OCR): Đã bật (Sẵn sàng)"_s,
-                   u"Chưa cấp quyền Ghi màn hình - Nhấn để mở Cài đặt"_s);
+        m_state.isScreenCaptureGranted(), u"Quyền Ghi màn hình (OCR): Đã bật (Sẵn sàng)"_s,
+        u"Chưa cấp quyền Ghi màn hình - Nhấn để mở Cài đặt"_s);
 }
 
 void MainView::showPanel() {
@@ -176,10 +176,9 @@ QWidget* MainView::makePanel() {
 QWidget* MainView::makeTranslatePanel() {
     const auto state = std::make_shared<TranslateState>(
         TranslateState::Services{m_services.ai, m_services.captures, m_services.ocr, m_services.speech,
-                                 m_settings, m_history, m_services.appState, m_services.pasteboard,
-                                 m_services.clock},
+            m_settings, m_history, m_services.appState, m_services.pasteboard, m_services.clock},
         Binding<QString>{[this] { return m_state.textToTranslate(); },
-                         [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
+            [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
     m_panelState = state;
     return new TranslateView(*state);
 }
@@ -196,9 +195,9 @@ QWidget* MainView::makeHistoryPanel() {
 }
 
 QWidget* MainView::makeSettingsPanel() {
-    const auto state = std::make_shared<SettingsState>(SettingsState::Services{
-        m_settings, m_services.hotKeys, m_services.ai, m_services.updates, m_services.appState,
-        m_services.clock, m_services.keyCodes, [this] { openGuide(); }});
+    const auto state = std::make_shared<SettingsState>(
+        SettingsState::Services{m_settings, m_services.hotKeys, m_services.ai, m_services.updates,
+            m_services.appState, m_services.clock, m_services.keyCodes, [this] { openGuide(); }});
     m_panelState = state;
     return new SettingsView(*state);
 }
@@ -207,8 +206,8 @@ void MainView::showOnboarding() {
     if (m_onboarding)
         return;
     CrossFade fade(this, onboardingClosing);
-    m_onboarding = std::make_unique<OnboardingState>(m_services.hotKeys, m_services.clock,
-                                                     [this] { m_state.finishOnboarding(); });
+    m_onboarding = std::make_unique<OnboardingState>(
+        m_services.hotKeys, m_services.clock, [this] { m_state.finishOnboarding(); });
     m_onboardingView = new OnboardingView(*m_onboarding);
     layout()->addWidget(m_onboardingView);
     // Out of reach of the Tab key and of screen readers, too.

@@ -26,8 +26,7 @@ constexpr qsizetype longestNotes = 300;
 
 UpdateBanner::UpdateBanner(UpdateService& updates, std::function<void()> dismiss, QWidget* parent)
     : QWidget(parent), m_updates(updates), m_dismiss(std::move(dismiss)) {
-    auto* strip = filled(
-        new Surface(ColorRole::AccentTint, ColorRole::None, 0),
+    auto* strip = filled(new Surface(ColorRole::AccentTint, ColorRole::None, 0),
         row({.spacing = 8, .padding = {14, 0, 10, 0}},
             {new IconView({u"sparkles"_s, 13, true}, ColorRole::AccentIcon), {offer(), {}, 1}, actions()}));
     strip->setFixedHeight(43);
@@ -41,11 +40,10 @@ UpdateBanner::UpdateBanner(UpdateService& updates, std::function<void()> dismiss
 QWidget* UpdateBanner::offer() {
     m_title = new Label(QString(), text::caption.with(Weight::Bold));
     m_notes = new Label(QString(), text::smallCaption, ColorRole::Secondary);
-    return filled(
-        new QWidget,
+    return filled(new QWidget,
         column({.spacing = 1},
-               {Stretch{}, row({.spacing = 6}, {m_title, new Badge(badge::offer, u"Mới"_s), Stretch{}}),
-                m_notes, Stretch{}}));
+            {Stretch{}, row({.spacing = 6}, {m_title, new Badge(badge::offer, u"Mới"_s), Stretch{}}), m_notes,
+                Stretch{}}));
 }
 
 QWidget* UpdateBanner::actions() {

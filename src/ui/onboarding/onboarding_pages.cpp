@@ -17,15 +17,11 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr QMargins cardPadding{12, 12, 12, 12};
-constexpr BadgeStyle recommended{18,
-                                 6,
-                                 radius::chip,
-                                 text::smallCaption.with(Weight::Heavy),
-                                 ColorRole::AccentBadge,
-                                 ColorRole::AccentText};
+constexpr BadgeStyle recommended{18, 6, radius::chip, text::smallCaption.with(Weight::Heavy),
+    ColorRole::AccentBadge, ColorRole::AccentText};
 
-Label* wrapping(const QString& text, const TextStyle& style = text::caption,
-                ColorRole role = ColorRole::Secondary) {
+Label* wrapping(
+    const QString& text, const TextStyle& style = text::caption, ColorRole role = ColorRole::Secondary) {
     auto* label = new Label(text, style, role);
     label->setWraps();
     return label;
@@ -54,8 +50,8 @@ Surface* card(QLayout* content) {
 }
 
 QWidget* page(std::initializer_list<StackItem> items) {
-    return filled(new QWidget,
-                  column({.padding = {24, 16, 24, 16}}, {Stretch{}, column({}, items), Stretch{}}));
+    return filled(
+        new QWidget, column({.padding = {24, 16, 24, 16}}, {Stretch{}, column({}, items), Stretch{}}));
 }
 
 /// The tint that stands behind an icon.
@@ -72,15 +68,15 @@ ColorRole tileOf(ColorRole color) {
 
 QWidget* welcomeFeatureRow(const QString& icon, ColorRole color, const QString& title, const QString& desc) {
     return card(row({.spacing = 12, .padding = cardPadding},
-                    {new IconTile({icon, 16}, color, tileOf(color)),
-                     {column({.spacing = 2}, {new Label(title, text::cardTitle), wrapping(desc)}), 1}}));
+        {new IconTile({icon, 16}, color, tileOf(color)),
+            {column({.spacing = 2}, {new Label(title, text::cardTitle), wrapping(desc)}), 1}}));
 }
 
 QLayout* aiBenefitRow(const QString& icon, const QString& title, const QString& desc) {
     constexpr TextStyle titleStyle = text::headline.with(Weight::Semibold);
     return row({.spacing = 20},
-               {{new IconView({icon, 16}, ColorRole::AccentIcon), Qt::AlignTop},
-                {column({.spacing = 2}, {new Label(title, titleStyle), wrapping(desc)}), 1}});
+        {{new IconView({icon, 16}, ColorRole::AccentIcon), Qt::AlignTop},
+            {column({.spacing = 2}, {new Label(title, titleStyle), wrapping(desc)}), 1}});
 }
 
 KeyCap* shortcutBadge(const QString& text) {
@@ -88,14 +84,13 @@ KeyCap* shortcutBadge(const QString& text) {
 }
 
 QWidget* shortcutRow(const QString& title, const QString& modifier, const QString& key, const QString& desc) {
-    auto* keys = filled(
-        new QWidget,
-        row({.spacing = 6}, {Stretch{}, shortcutBadge(modifier),
-                             new Label(u"+"_s, text::caption, ColorRole::Secondary), shortcutBadge(key)}));
+    auto* keys = filled(new QWidget,
+        row({.spacing = 6},
+            {Stretch{}, shortcutBadge(modifier), new Label(u"+"_s, text::caption, ColorRole::Secondary),
+                shortcutBadge(key)}));
     keys->setFixedWidth(132);
-    return card(
-        row({.spacing = 16, .padding = {14, 12, 14, 12}},
-            {{column({.spacing = 2}, {new Label(title, text::cardTitle), wrapping(desc)}), 1}, keys}));
+    return card(row({.spacing = 16, .padding = {14, 12, 14, 12}},
+        {{column({.spacing = 2}, {new Label(title, text::cardTitle), wrapping(desc)}), 1}, keys}));
 }
 
 /// The model's name on a tinted head, over its benefits.
@@ -114,17 +109,17 @@ QWidget* step1Welcome() {
         Gap{16},
         pageTitle(u"Chào mừng đến với Tralio"_s),
         Gap{6},
-        pageSubtitle(u"Ứng dụng dịch thuật AI siêu nhẹ, chạy thường trực ngay trên Menu Bar macOS của bạn."_s,
-                     66),
+        pageSubtitle(
+            u"Ứng dụng dịch thuật AI siêu nhẹ, chạy thường trực ngay trên Menu Bar macOS của bạn."_s, 66),
         Gap{24},
         welcomeFeatureRow(u"bolt.fill"_s, ColorRole::OrangeIcon, u"Siêu nhẹ & Mở tức thì"_s,
-                          u"Dung lượng RAM < 30MB, không chiếm chỗ Dock, phản hồi dưới 0.3s."_s),
+            u"Dung lượng RAM < 30MB, không chiếm chỗ Dock, phản hồi dưới 0.3s."_s),
         Gap{8},
         welcomeFeatureRow(u"text.cursor"_s, ColorRole::AccentText, u"Tralio bôi đen toàn cục"_s,
-                          u"Bôi đen văn bản ở ứng dụng bất kỳ rồi nhấn ⌥D để dịch ngay."_s),
+            u"Bôi đen văn bản ở ứng dụng bất kỳ rồi nhấn ⌥D để dịch ngay."_s),
         Gap{8},
         welcomeFeatureRow(u"viewfinder"_s, ColorRole::Purple, u"Chụp màn hình OCR Apple Vision"_s,
-                          u"Quét chữ trong ảnh, video, game, tài liệu khóa bằng phím tắt ⌥S."_s),
+            u"Quét chữ trong ảnh, video, game, tài liệu khóa bằng phím tắt ⌥S."_s),
     });
 }
 
@@ -134,7 +129,7 @@ QWidget* step2Permissions(PermissionStep* accessibility, PermissionStep* screenC
         Gap{6},
         pageSubtitle(u"Để kích hoạt phím tắt toàn cục và chụp quét chữ OCR, macOS cần bạn cấp 2 quyền cơ bản "
                      "dưới đây:"_s,
-                     66),
+            66),
         Gap{24},
         accessibility,
         Gap{12},
@@ -142,29 +137,27 @@ QWidget* step2Permissions(PermissionStep* accessibility, PermissionStep* screenC
         Gap{16},
         closingLine(u"💡 Gợi ý: Sau khi bạn gạt bật công tắc trong Cài đặt hệ thống, app sẽ tự động nhảy sang "
                     "màu xanh ngay lập tức."_s,
-                    72),
+            72),
     });
 }
 
 QWidget* step3AIModel() {
     auto* name = new Label(u"Model AI Mặc Định Của Tralio (TranslateGemma-27B)"_s, text::cardTitle);
     auto* free = new Label(u"Miễn phí 100%"_s, text::caption.with(Weight::Semibold), ColorRole::Green);
-    auto* head = row(
-        {.spacing = 12, .padding = {14, 12, 14, 12}},
+    auto* head = row({.spacing = 12, .padding = {14, 12, 14, 12}},
         {new IconTile({u"sparkles"_s, 16}, ColorRole::AccentIcon, ColorRole::AccentBadge),
-         {column({.spacing = 4},
-                 {name, row({.spacing = 8}, {new Badge(recommended, u"KHUYÊN DÙNG — ĐÃ CÀI SẴN MẶC ĐỊNH"_s),
-                                             free, Stretch{}})}),
-          1}});
-    auto* benefits = column(
-        {.spacing = 14, .padding = {22, 14, 14, 14}},
-        {aiBenefitRow(
-             u"checkmark.seal.fill"_s, u"Tralio chuẩn xác & Văn phong tự nhiên"_s,
+            {column({.spacing = 4},
+                 {name,
+                     row({.spacing = 8},
+                         {new Badge(recommended, u"KHUYÊN DÙNG — ĐÃ CÀI SẴN MẶC ĐỊNH"_s), free, Stretch{}})}),
+                1}});
+    auto* benefits = column({.spacing = 14, .padding = {22, 14, 14, 14}},
+        {aiBenefitRow(u"checkmark.seal.fill"_s, u"Tralio chuẩn xác & Văn phong tự nhiên"_s,
              u"Được huấn luyện chuyên sâu cho cặp ngôn ngữ Anh ➔ Việt, đọc mượt mà như người bản xứ."_s),
-         aiBenefitRow(u"bolt.badge.clock.fill"_s, u"Tốc độ siêu nhanh & Ổn định"_s,
-                      u"Hạ tầng máy chủ dịch chuyên dụng, phản hồi tức thì dưới 1 giây."_s),
-         aiBenefitRow(u"lock.open.fill"_s, u"Sử dụng ngay — Không cần API Key"_s,
-                      u"Bạn không cần đăng ký tài khoản, không cần thẻ visa hay cấu hình phức tạp."_s)});
+            aiBenefitRow(u"bolt.badge.clock.fill"_s, u"Tốc độ siêu nhanh & Ổn định"_s,
+                u"Hạ tầng máy chủ dịch chuyên dụng, phản hồi tức thì dưới 1 giây."_s),
+            aiBenefitRow(u"lock.open.fill"_s, u"Sử dụng ngay — Không cần API Key"_s,
+                u"Bạn không cần đăng ký tài khoản, không cần thẻ visa hay cấu hình phức tạp."_s)});
     return page({
         pageTitle(u"Mô Hình AI Tralio Thuật"_s),
         Gap{6},
@@ -174,7 +167,7 @@ QWidget* step3AIModel() {
         Gap{16},
         closingLine(u"Người dùng nâng cao: Bạn vẫn có thể tùy biến sang Google Gemini, DeepSeek, OpenAI hoặc "
                     "Ollama (Local) bất kỳ lúc nào trong tab Cài đặt."_s,
-                    41),
+            41),
     });
 }
 
@@ -185,19 +178,18 @@ QWidget* step4Shortcuts() {
         pageSubtitle(u"Ghi nhớ 2 phím tắt cốt lõi này để dịch văn bản bất kỳ lúc nào trên Mac:"_s),
         Gap{24},
         shortcutRow(u"Tralio Bôi Đen Tức Thì"_s, u"⌥ Option"_s, u"D"_s,
-                    u"Bôi đen bất kỳ đoạn chữ nào (web, tài liệu, chat, code) → Nhấn ⌥D để dịch ngay lập "
-                    "tức."_s),
+            u"Bôi đen bất kỳ đoạn chữ nào (web, tài liệu, chat, code) → Nhấn ⌥D để dịch ngay lập "
+            "tức."_s),
         Gap{8},
-        shortcutRow(
-            u"Chụp Màn Hình & Tralio OCR"_s, u"⌥ Option"_s, u"S"_s,
+        shortcutRow(u"Chụp Màn Hình & Tralio OCR"_s, u"⌥ Option"_s, u"S"_s,
             u"Nhấn ⌥S → Kéo chuột khoanh vùng chứa chữ trên ảnh, video, game, PDF khóa để trích xuất & "
             "dịch."_s),
         Gap{8},
         shortcutRow(u"Tralio Trong Cửa Sổ Tralio"_s, u"⌘ Cmd"_s, u"Return"_s,
-                    u"Nhập văn bản vào ô dịch và bấm ⌘↵ hoặc nút Tralio để dịch tức thì."_s),
+            u"Nhập văn bản vào ô dịch và bấm ⌘↵ hoặc nút Tralio để dịch tức thì."_s),
         Gap{20},
-        closingLine(u"🎉 Bạn đã sẵn sàng! Chúc bạn có trải nghiệm dịch thuật tuyệt vời."_s, 0,
-                    ColorRole::Text),
+        closingLine(
+            u"🎉 Bạn đã sẵn sàng! Chúc bạn có trải nghiệm dịch thuật tuyệt vời."_s, 0, ColorRole::Text),
     });
 }
 

@@ -17,7 +17,8 @@ OnboardingState::OnboardingState(HotKeyService& hotKeys, Clock& clock, std::func
       isScreenCaptureGranted(*this, hotKeys.isScreenCaptureGranted()),
       m_hotKeys(hotKeys),
       m_onFinished(std::move(onFinished)) {
-    clock.every(permissionPoll, this, [this] { checkPermissions(); });
+    clock.every(
+        permissionPoll, this, [this] { checkPermissions(); });
 }
 
 void OnboardingState::next() {

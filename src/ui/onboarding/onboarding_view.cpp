@@ -25,40 +25,41 @@ using namespace Qt::StringLiterals;
 constexpr int pageChange = 200;  // milliseconds
 
 constexpr ButtonStyle nextButton{.height = 30,
-                                 .padding = 18,
-                                 .gap = 6,
-                                 .radius = radius::block,
-                                 .text = text::blockTitle,
-                                 .iconSize = 10,
-                                 .fill = ColorRole::AccentFill,
-                                 .color = ColorRole::OnFill,
-                                 .iconTrails = true};
+    .padding = 18,
+    .gap = 6,
+    .radius = radius::block,
+    .text = text::blockTitle,
+    .iconSize = 10,
+    .fill = ColorRole::AccentFill,
+    .color = ColorRole::OnFill,
+    .iconTrails = true};
 constexpr ButtonStyle backButton{.height = 30,
-                                 .padding = 14,
-                                 .gap = 4,
-                                 .radius = radius::block,
-                                 .text = text::menu,
-                                 .iconSize = 10,
-                                 .fill = ColorRole::Control,
-                                 .edge = ColorRole::Hairline};
+    .padding = 14,
+    .gap = 4,
+    .radius = radius::block,
+    .text = text::menu,
+    .iconSize = 10,
+    .fill = ColorRole::Control,
+    .edge = ColorRole::Hairline};
 constexpr ButtonStyle finishButton{.height = 34,
-                                   .padding = 22,
-                                   .gap = 3,
-                                   .radius = radius::block,
-                                   .text = text::cardTitle,
-                                   .iconSize = 13,
-                                   .fill = ColorRole::AccentFill,
-                                   .color = ColorRole::OnFill,
-                                   .fillEnd = ColorRole::FillGradientEnd};
+    .padding = 22,
+    .gap = 3,
+    .radius = radius::block,
+    .text = text::cardTitle,
+    .iconSize = 13,
+    .fill = ColorRole::AccentFill,
+    .color = ColorRole::OnFill,
+    .fillEnd = ColorRole::FillGradientEnd};
 
 }  // namespace
 
 OnboardingView::OnboardingView(OnboardingState& state, QWidget* parent) : QWidget(parent), m_state(state) {
     setAccessibleName(u"Giới thiệu Tralio"_s);
     filled(this, column({}, {topBar(), new Divider, {pages(), {}, 1}, new Divider, bottomBar()}));
-    onAnyChange(m_state, this, [this] { refresh(); });
+    onAnyChange(
+        m_state, this, [this] { refresh(); });
     connect(qApp, &QApplication::focusChanged, this,
-            [this](QWidget* /*before*/, QWidget* focused) { keepFocus(focused); });
+        [this](QWidget* /*before*/, QWidget* focused) { keepFocus(focused); });
     refresh();
 }
 
@@ -80,18 +81,18 @@ QWidget* OnboardingView::topBar() {
 }
 
 QWidget* OnboardingView::pages() {
-    m_accessibility =
-        new PermissionStep({u"1. Quyền Trợ năng (Accessibility)"_s,
-                            u"Dùng để lắng nghe phím tắt dịch bôi đen (⌥D) và tự động trích xuất "
-                            "đoạn văn bản bạn vừa chọn."_s,
-                            u"Mở Cài đặt để Bật Quyền Trợ Năng"_s},
-                           [this] { m_state.requestAccessibility(); });
+    m_accessibility = new PermissionStep(
+        {u"1. Quyền Trợ năng (Accessibility)"_s,
+            u"Dùng để lắng nghe phím tắt dịch bôi đen (⌥D) và tự động trích xuất "
+            "đoạn văn bản bạn vừa chọn."_s,
+            u"Mở Cài đặt để Bật Quyền Trợ Năng"_s},
+        [this] { m_state.requestAccessibility(); });
     m_screenCapture =
         new PermissionStep({u"2. Quyền Ghi màn hình (Screen Recording)"_s,
-                            u"Dùng cho tính năng Chụp & Tralio OCR (⌥S): Cho phép khoanh vùng màn "
-                            "hình để Apple Vision quét chữ tức thì."_s,
-                            u"Mở Cài đặt để Bật Quyền Ghi Màn Hình"_s},
-                           [this] { m_state.requestScreenCapture(); });
+                               u"Dùng cho tính năng Chụp & Tralio OCR (⌥S): Cho phép khoanh vùng màn "
+                               "hình để Apple Vision quét chữ tức thì."_s,
+                               u"Mở Cài đặt để Bật Quyền Ghi Màn Hình"_s},
+            [this] { m_state.requestScreenCapture(); });
     m_pageArea = new QWidget;
     m_pages = new QStackedLayout(m_pageArea);  // without a parent it would show its first page as a window
     m_pages->addWidget(new ScrollPanel(step1Welcome()));

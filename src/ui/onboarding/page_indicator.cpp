@@ -20,7 +20,7 @@ constexpr double restOpacity = 30;
 QColor between(const QColor& one, const QColor& other, qreal share) {
     const auto mix = [share](float from, float to) { return float(from + (to - from) * share); };
     return QColor::fromRgbF(mix(one.redF(), other.redF()), mix(one.greenF(), other.greenF()),
-                            mix(one.blueF(), other.blueF()), mix(one.alphaF(), other.alphaF()));
+        mix(one.blueF(), other.blueF()), mix(one.alphaF(), other.alphaF()));
 }
 
 }  // namespace
@@ -29,7 +29,7 @@ PageIndicator::PageIndicator(int pages, QWidget* parent) : QWidget(parent), m_pa
     setFixedSize((pages - 1) * (capsule + gap) + currentCapsule, capsule);
     m_slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&m_slide, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& value) { setPosition(value.toReal()); });
+        [this](const QVariant& value) { setPosition(value.toReal()); });
     nameAloud(0);
 }
 

@@ -12,12 +12,12 @@ using namespace Qt::StringLiterals;
 constexpr int iconSize = 16;
 
 constexpr ButtonStyle requestButton{.height = 28,
-                                    .padding = 12,
-                                    .gap = 6,
-                                    .text = text::blockTitle,
-                                    .iconSize = 11,
-                                    .fill = ColorRole::RedFill,
-                                    .color = ColorRole::OnFill};
+    .padding = 12,
+    .gap = 6,
+    .text = text::blockTitle,
+    .iconSize = 11,
+    .fill = ColorRole::RedFill,
+    .color = ColorRole::OnFill};
 
 }  // namespace
 
@@ -31,10 +31,9 @@ PermissionStep::PermissionStep(const Texts& texts, std::function<void()> request
     connect(button, &Button::clicked, this, std::move(request));
     m_request = filled(new QWidget, column({}, {Gap{10}, {button, Qt::AlignLeft}}));
 
-    m_surface = filled(
-        new Surface(ColorRole::RedTint, ColorRole::RedTintCardEdge, radius::section),
+    m_surface = filled(new Surface(ColorRole::RedTint, ColorRole::RedTintCardEdge, radius::section),
         column({.padding = {12, 12, 12, 12}},
-               {row({.spacing = 10}, {m_icon, new Label(texts.title, text::cardTitle), Stretch{}, m_badge}),
+            {row({.spacing = 10}, {m_icon, new Label(texts.title, text::cardTitle), Stretch{}, m_badge}),
                 Gap{4}, column({.padding = {30, 0, 0, 0}}, {description, m_request})}));
     filled(this, column({}, {m_surface}));
     setGranted(false);

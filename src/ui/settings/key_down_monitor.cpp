@@ -40,7 +40,7 @@ bool isModifierPosition(quint16 keyCode) {
 
 quint32 flagsOf(Qt::KeyboardModifiers modifiers) {
     return (modifiers & Qt::ControlModifier ? 0x40000U : 0) | (modifiers & Qt::AltModifier ? 0x80000U : 0) |
-           (modifiers & Qt::ShiftModifier ? 0x20000U : 0) | (modifiers & Qt::MetaModifier ? 0x100000U : 0);
+        (modifiers & Qt::ShiftModifier ? 0x20000U : 0) | (modifiers & Qt::MetaModifier ? 0x100000U : 0);
 }
 
 }  // namespace

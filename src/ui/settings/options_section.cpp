@@ -24,8 +24,9 @@ constexpr int wordRoom = 1;
 
 OptionsSection::OptionsSection(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
     auto* heading = sectionHeading({u"slider.horizontal.3"_s}, u"Tùy chọn & Chỉ dẫn AI"_s);
-    filled(this, column({}, {section(10, {heading, Gap{-ringRoom}, autoPasteRow(), Gap{-ringRoom - wordRoom},
-                                          prompt()})}));
+    filled(this,
+        column({},
+            {section(10, {heading, Gap{-ringRoom}, autoPasteRow(), Gap{-ringRoom - wordRoom}, prompt()})}));
     onAnyChange(m_state.settings(), this, [this] { refresh(); });
     refresh();
 }
@@ -45,9 +46,8 @@ QLayout* OptionsSection::prompt() {
     connect(reset, &Button::clicked, this, [this] { m_state.resetPrompt(); });
 
     AppSettings& settings = m_state.settings();
-    m_prompt =
-        new PromptEditor({[&settings] { return settings.customPrompt(); },
-                          [&settings](QString text) { settings.customPrompt = std::move(text); }, &settings});
+    m_prompt = new PromptEditor({[&settings] { return settings.customPrompt(); },
+        [&settings](QString text) { settings.customPrompt = std::move(text); }, &settings});
     m_prompt->setSpokenCaption(u"System Prompt"_s);
     auto* title = new Label(u"System Prompt:"_s, text::caption, ColorRole::Secondary);
     return column({.spacing = 6 - wordRoom}, {row({}, {title, Stretch{}, reset, wordOverhang}), m_prompt});

@@ -24,8 +24,8 @@ PermissionCard::PermissionCard(const Words& granted, const Words& missing, QWidg
     m_request = new Button(button::redSmall, {.title = u"Cấp quyền"_s});
     connect(m_request, &Button::clicked, this, &PermissionCard::requested);
     m_surface = filled(new Surface(ColorRole::GreenTint, ColorRole::GreenTintEdge, radius::block),
-                       row({.spacing = 10, .padding = {10, 10, 10, 10}},
-                           {m_icon, StackItem(column({.spacing = 2}, {m_title, m_line}), 1), m_request}));
+        row({.spacing = 10, .padding = {10, 10, 10, 10}},
+            {m_icon, StackItem(column({.spacing = 2}, {m_title, m_line}), 1), m_request}));
     filled(this, column({}, {m_surface}));
 }
 
@@ -45,17 +45,16 @@ void PermissionCard::setGranted(bool granted) {
 }
 
 PermissionCards::PermissionCards(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
-    m_accessibility =
-        new PermissionCard({.title = u"Quyền Trợ năng (Accessibility): Đã bật"_s,
-                            .line = u"Sẵn sàng nhận diện phím tắt và văn bản bôi đen."_s},
-                           {.title = u"Cần cấp quyền Trợ năng (Accessibility)"_s,
-                            .line = u"Để tự động lấy văn bản khi bấm phím tắt dịch bôi đen."_s});
-    m_screenCapture =
-        new PermissionCard({.title = u"Quyền Ghi màn hình (OCR): Đã bật"_s,
-                            .line = u"Sẵn sàng chụp khoanh vùng màn hình và OCR."_s},
-                           {.title = u"Cần cấp quyền Ghi màn hình (Screen Recording)"_s,
-                            .line = u"Để quét và bóc tách chữ từ màn hình bằng Apple Vision."_s});
-    connect(m_accessibility, &PermissionCard::requested, this, [this] { m_state.requestAccessibility(); });
+    m_accessibility = new PermissionCard({.title = u"Quyền Trợ năng (Accessibility): Đã bật"_s,
+                                             .line = u"Sẵn sàng nhận diện phím tắt và văn bản bôi đen."_s},
+        {.title = u"Cần cấp quyền Trợ năng (Accessibility)"_s,
+            .line = u"Để tự động lấy văn bản khi bấm phím tắt dịch bôi đen."_s});
+    m_screenCapture = new PermissionCard({.title = u"Quyền Ghi màn hình (OCR): Đã bật"_s,
+                                             .line = u"Sẵn sàng chụp khoanh vùng màn hình và OCR."_s},
+        {.title = u"Cần cấp quyền Ghi màn hình (Screen Recording)"_s,
+            .line = u"Để quét và bóc tách chữ từ màn hình bằng Apple Vision."_s});
+    connect(
+        m_accessibility, &PermissionCard::requested, this, [this] { m_state.requestAccessibility(); });
     connect(m_screenCapture, &PermissionCard::requested, this, [this] { m_state.requestScreenCapture(); });
     filled(this, column({.spacing = 8}, {m_accessibility, m_screenCapture}));
     onAnyChange(m_state, this, [this] { refresh(); });

@@ -46,14 +46,18 @@ void setShownText(TextField* field, const QString& text) {
 ProviderSection::ProviderSection(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
     m_help = new Label({}, text::caption, ColorRole::Secondary);
     m_help->setWraps();
-    filled(this, column({}, {section(10, {
-                                             sectionHeading({u"cpu.fill"_s}, u"Mô hình AI & Nhà cung cấp"_s),
-                                             column({.spacing = 6}, {providerRow(), m_help}),
-                                             ownGatewayCard(),
-                                             endpointFields(),
-                                             resultStrip(),
-                                         })}));
-    onAnyChange(m_state, this, [this] { refresh(); });
+    filled(this,
+        column({},
+            {section(10,
+                {
+                    sectionHeading({u"cpu.fill"_s}, u"Mô hình AI & Nhà cung cấp"_s),
+                    column({.spacing = 6}, {providerRow(), m_help}),
+                    ownGatewayCard(),
+                    endpointFields(),
+                    resultStrip(),
+                })}));
+    onAnyChange(
+        m_state, this, [this] { refresh(); });
     onAnyChange(m_state.settings(), this, [this] { refresh(); });
     refresh();
 }
@@ -63,7 +67,7 @@ QLayout* ProviderSection::providerRow() {
     m_provider->becomePicker();
     m_provider->setSpokenCaption(u"Nhà cung cấp"_s);
     connect(m_provider, &MenuButton::chosen, this,
-            [this](int index) { m_state.chooseProvider(ProviderPreset::presets()[index].id); });
+        [this](int index) { m_state.chooseProvider(ProviderPreset::presets()[index].id); });
     return row({.spacing = 8}, {fieldCaption(u"Nhà cung cấp:"_s), m_provider});
 }
 
@@ -79,17 +83,17 @@ QWidget* ProviderSection::ownGatewayCard() {
     m_cardTest->setIconColor(ColorRole::AccentIcon);
     connect(m_cardTest, &Button::clicked, this, [this] { m_state.runTestConnection(); });
 
-    auto* model =
-        row({}, {new Label(u"Model: "_s), m_cardModel, Gap{5},
-                 new IconView({.name = u"checkmark.circle.fill"_s, .pointSize = 11}, ColorRole::Green),
-                 Stretch{}, m_cardTest});
-    auto* words = column(
-        {}, {new Label(u"AI Model Chuyên dụng Tralio thuật Kavo"_s, text::cardTitle, ColorRole::AccentText),
-             Gap{4}, description, Gap{8}, model});
+    auto* model = row({},
+        {new Label(u"Model: "_s), m_cardModel, Gap{5},
+            new IconView({.name = u"checkmark.circle.fill"_s, .pointSize = 11}, ColorRole::Green), Stretch{},
+            m_cardTest});
+    auto* words = column({},
+        {new Label(u"AI Model Chuyên dụng Tralio thuật Kavo"_s, text::cardTitle, ColorRole::AccentText),
+            Gap{4}, description, Gap{8}, model});
     auto* icon = new IconView({.name = u"sparkles"_s, .pointSize = 20}, ColorRole::AccentIcon);
     m_card = filled(new Surface(ColorRole::AccentTint, ColorRole::AccentTintCardEdge, radius::block),
-                    row({.spacing = 10, .padding = {10, 10, 10, 10}},
-                        {column({}, {icon, Stretch{}}), StackItem(words, 1)}));
+        row({.spacing = 10, .padding = {10, 10, 10, 10}},
+            {column({}, {icon, Stretch{}}), StackItem(words, 1)}));
     return m_card;
 }
 
@@ -97,10 +101,10 @@ QWidget* ProviderSection::endpointFields() {
     AppSettings& settings = m_state.settings();
     m_baseURL = field(settings.baseURL, u"API Endpoint (Base URL)"_s, u"https://%1/v1"_s.arg(hosts::openAI));
     m_model = field(settings.model, u"Tên Model"_s, u"gpt-4o-mini"_s);
-    m_fields = filled(
-        new QWidget, column({.spacing = 10},
-                            {column({.spacing = 4}, {fieldCaption(u"API Endpoint (Base URL):"_s), m_baseURL}),
-                             column({.spacing = 4}, {fieldCaption(u"Tên Model:"_s), m_model}), keyField()}));
+    m_fields = filled(new QWidget,
+        column({.spacing = 10},
+            {column({.spacing = 4}, {fieldCaption(u"API Endpoint (Base URL):"_s), m_baseURL}),
+                column({.spacing = 4}, {fieldCaption(u"Tên Model:"_s), m_model}), keyField()}));
     return m_fields;
 }
 
@@ -112,12 +116,12 @@ QLayout* ProviderSection::keyField() {
     m_test->setIconColor(ColorRole::AccentIcon);
     connect(m_test, &Button::clicked, this, [this] { m_state.runTestConnection(); });
     return column({.spacing = 3},
-                  {row({}, {fieldCaption(u"API Key:"_s), Stretch{}, m_eye, Gap{-button::fieldIcon.padding}}),
-                   row({.spacing = 8}, {m_apiKey, m_test})});
+        {row({}, {fieldCaption(u"API Key:"_s), Stretch{}, m_eye, Gap{-button::fieldIcon.padding}}),
+            row({.spacing = 8}, {m_apiKey, m_test})});
 }
 
-TextField* ProviderSection::field(Persisted<QString>& setting, const QString& caption,
-                                  const QString& placeholder) {
+TextField* ProviderSection::field(
+    Persisted<QString>& setting, const QString& caption, const QString& placeholder) {
     auto* field = new TextField(TextField::Face::FixedWidth);
     field->setAccessibleName(caption);
     field->setPlaceholderText(placeholder);
@@ -130,9 +134,9 @@ QWidget* ProviderSection::resultStrip() {
     m_resultMessage = new Label({});
     m_resultMessage->setWraps();
     m_resultSurface = new Surface(ColorRole::GreenTestTint, ColorRole::None, radius::control);
-    m_result = new Reveal(filled(
-        m_resultSurface, row({.spacing = 6, .padding = {6, 6, 6, 6}},
-                             {column({}, {m_resultIcon, Stretch{}}), StackItem(m_resultMessage, {}, 1)})));
+    m_result = new Reveal(filled(m_resultSurface,
+        row({.spacing = 6, .padding = {6, 6, 6, 6}},
+            {column({}, {m_resultIcon, Stretch{}}), StackItem(m_resultMessage, {}, 1)})));
     return m_result;
 }
 

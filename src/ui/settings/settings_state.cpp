@@ -70,9 +70,8 @@ const QString& SettingsState::display(HotKeyRecordTarget target) const {
 
 const ProviderPreset* SettingsState::selectedProvider() const {
     const QList<ProviderPreset>& presets = ProviderPreset::presets();
-    const auto found = std::find_if(presets.cbegin(), presets.cend(), [this](const ProviderPreset& preset) {
-        return preset.id == m_services.settings.selectedPresetId();
-    });
+    const auto found = std::find_if(presets.cbegin(), presets.cend(),
+        [this](const ProviderPreset& preset) { return preset.id == m_services.settings.selectedPresetId(); });
     return found == presets.cend() ? nullptr : &*found;
 }
 
@@ -111,12 +110,12 @@ void SettingsState::startRecording(HotKeyRecordTarget target) {
     m_ledHotKeys = std::make_unique<LedHotKeys>(
         m_services.hotKeys,
         [this, target, &settings] {
-            recorded(target,
-                     {settings.hotKeyKeyCode(), settings.hotKeyModifiers(), settings.hotKeyDisplay()});
+            recorded(
+                target, {settings.hotKeyKeyCode(), settings.hotKeyModifiers(), settings.hotKeyDisplay()});
         },
         [this, target, &settings] {
-            recorded(target, {settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(),
-                              settings.ocrHotKeyDisplay()});
+            recorded(target,
+                {settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(), settings.ocrHotKeyDisplay()});
         });
 }
 
@@ -127,16 +126,19 @@ bool SettingsState::keyWentDown(HotKeyRecordTarget target, const KeyDown& key) {
     }
     if (!(key.flags & controlOptionCommand))
         return false;
-    recorded(target, {key.keyCode, HotKeyService::carbonModifiers(key.flags),
-                      HotKeyService::readableShortcut(key.keyCode, key.flags)});
+    recorded(target,
+        {key.keyCode, HotKeyService::carbonModifiers(key.flags),
+            HotKeyService::readableShortcut(key.keyCode, key.flags)});
     return true;
 }
 
 void SettingsState::recorded(HotKeyRecordTarget target, const Shortcut& shortcut) {
-    m_services.clock.after(0ms, this, [this, target, shortcut] {
-        save(target, shortcut);
-        stopRecording();
-    });
+    m_services.clock.after(
+        0ms, this,
+        [this, target, shortcut] {
+            save(target, shortcut);
+            stopRecording();
+        });
 }
 
 void SettingsState::save(HotKeyRecordTarget target, const Shortcut& shortcut) {

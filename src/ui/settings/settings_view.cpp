@@ -21,17 +21,18 @@ using namespace Qt::StringLiterals;
 }  // namespace
 
 SettingsView::SettingsView(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
-    auto* content = filled(
-        new QWidget, column({.spacing = 14, .padding = {14, 14, 14, 14}}, {
-                                                                              header(),
-                                                                              guideStrip(),
-                                                                              new ShortcutSection(m_state),
-                                                                              new ProviderSection(m_state),
-                                                                              new OptionsSection(m_state),
-                                                                              new PermissionCards(m_state),
-                                                                              new UpdateSection(m_state),
-                                                                              Stretch{},
-                                                                          }));
+    auto* content = filled(new QWidget,
+        column({.spacing = 14, .padding = {14, 14, 14, 14}},
+            {
+                header(),
+                guideStrip(),
+                new ShortcutSection(m_state),
+                new ProviderSection(m_state),
+                new OptionsSection(m_state),
+                new PermissionCards(m_state),
+                new UpdateSection(m_state),
+                Stretch{},
+            }));
     filled(this, column({}, {new ScrollPanel(content)}));
 }
 
@@ -54,11 +55,11 @@ QWidget* SettingsView::guideStrip() {
 
     auto* strip = new Surface(ColorRole::AccentTint, ColorRole::AccentTintEdge, radius::block);
     // The buttons are 2 px higher than the line they stand in, which is padded by 7.
-    auto* words = row(
-        {.padding = {10, 6, 10, 6}},
+    auto* words = row({.padding = {10, 6, 10, 6}},
         {new IconView({.name = u"book.pages.fill"_s, .pointSize = 13}, ColorRole::AccentIcon), Gap{8},
-         new Label(u"Cần xem hướng dẫn cấp quyền & lấy API Key?"_s, text::caption.with(Weight::Medium)),
-         Stretch{}, onboarding, new Label(u"•"_s, text::caption, ColorRole::Separator), guide, wordOverhang});
+            new Label(u"Cần xem hướng dẫn cấp quyền & lấy API Key?"_s, text::caption.with(Weight::Medium)),
+            Stretch{}, onboarding, new Label(u"•"_s, text::caption, ColorRole::Separator), guide,
+            wordOverhang});
     return filled(strip, words);
 }
 

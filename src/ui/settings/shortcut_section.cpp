@@ -20,28 +20,27 @@ using namespace Qt::StringLiterals;
 
 ShortcutSection::ShortcutSection(SettingsState& state, QWidget* parent) : QWidget(parent) {
     auto* heading = sectionHeading({u"keyboard.fill"_s}, u"Phím tắt toàn hệ thống"_s);
-    auto* text = new ShortcutBlock(
-        state, HotKeyRecordTarget::textSelection,
+    auto* text = new ShortcutBlock(state, HotKeyRecordTarget::textSelection,
         {.icon = u"character.textbox"_s,
-         .title = u"Tralio văn bản bôi đen"_s,
-         .description = u"Bôi đen văn bản trong bất kỳ ứng dụng nào rồi bấm phím tắt để dịch ngay."_s});
-    auto* capture = new ShortcutBlock(
-        state, HotKeyRecordTarget::screenOCR,
+            .title = u"Tralio văn bản bôi đen"_s,
+            .description = u"Bôi đen văn bản trong bất kỳ ứng dụng nào rồi bấm phím tắt để dịch ngay."_s});
+    auto* capture = new ShortcutBlock(state, HotKeyRecordTarget::screenOCR,
         {.icon = u"camera.viewfinder"_s,
-         .title = u"Chụp màn hình & Tralio (OCR)"_s,
-         .description =
-             u"Khoanh vùng màn hình không copy được (game, PDF khóa, phụ đề) để quét chữ & dịch."_s});
+            .title = u"Chụp màn hình & Tralio (OCR)"_s,
+            .description =
+                u"Khoanh vùng màn hình không copy được (game, PDF khóa, phụ đề) để quét chữ & dịch."_s});
     filled(this, column({}, {section(12, {heading, text, capture})}));
 }
 
-ShortcutBlock::ShortcutBlock(SettingsState& state, HotKeyRecordTarget target, const Words& words,
-                             QWidget* parent)
+ShortcutBlock::ShortcutBlock(
+    SettingsState& state, HotKeyRecordTarget target, const Words& words, QWidget* parent)
     : QWidget(parent), m_state(state), m_target(target) {
     auto* description = new Label(words.description, text::caption, ColorRole::Secondary);
     description->setWraps();
     filled(this,
-           column({}, {sectionBlock(8, {titleRow(words), description, recordingBanner(), suggestions()})}));
-    onAnyChange(m_state, this, [this] { refresh(); });
+        column({}, {sectionBlock(8, {titleRow(words), description, recordingBanner(), suggestions()})}));
+    onAnyChange(
+        m_state, this, [this] { refresh(); });
     onAnyChange(m_state.settings(), this, [this] { refresh(); });
     refresh();
 }
@@ -52,17 +51,17 @@ QLayout* ShortcutBlock::titleRow(const Words& words) {
     m_toggle = new Button(button::bordered, {});
     m_toggle->setSpokenCaption(words.title);
     connect(m_toggle, &Button::clicked, this, [this] { m_state.toggleRecording(m_target); });
-    return row({.spacing = 8}, {row({.spacing = 6}, {icon, new Label(words.title, text::blockTitle)}),
-                                Stretch{}, m_display, m_toggle});
+    return row({.spacing = 8},
+        {row({.spacing = 6}, {icon, new Label(words.title, text::blockTitle)}), Stretch{}, m_display,
+            m_toggle});
 }
 
 QWidget* ShortcutBlock::recordingBanner() {
     auto* icon = new IconView({.name = u"exclamationmark.circle.fill"_s, .pointSize = 12}, ColorRole::Orange);
-    auto* hint = new Label(u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s, text::caption,
-                           ColorRole::Orange);
-    m_banner =
-        new Reveal(filled(new Surface(ColorRole::OrangeTint, ColorRole::None, radius::control),
-                          row({.spacing = 6, .padding = {6, 6, 6, 6}}, {icon, StackItem(hint, {}, 1)})));
+    auto* hint = new Label(
+        u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s, text::caption, ColorRole::Orange);
+    m_banner = new Reveal(filled(new Surface(ColorRole::OrangeTint, ColorRole::None, radius::control),
+        row({.spacing = 6, .padding = {6, 6, 6, 6}}, {icon, StackItem(hint, {}, 1)})));
     return m_banner;
 }
 
@@ -78,8 +77,8 @@ QLayout* ShortcutBlock::suggestions() {
         m_chips.push_back(chip);
         chips->addWidget(chip);
     }
-    return row({.spacing = 8},
-               {new Label(u"Gợi ý:"_s, text::smallCaption, ColorRole::Secondary), chips, Stretch{}});
+    return row(
+        {.spacing = 8}, {new Label(u"Gợi ý:"_s, text::smallCaption, ColorRole::Secondary), chips, Stretch{}});
 }
 
 void ShortcutBlock::refresh() {

@@ -23,8 +23,8 @@ public:
         QString description;
     };
 
-    ShortcutBlock(SettingsState& state, HotKeyRecordTarget target, const Words& words,
-                  QWidget* parent = nullptr);
+    ShortcutBlock(
+        SettingsState& state, HotKeyRecordTarget target, const Words& words, QWidget* parent = nullptr);
 
 private:
     QLayout* titleRow(const Words& words);

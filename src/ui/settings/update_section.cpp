@@ -31,8 +31,9 @@ UpdateSection::UpdateSection(SettingsState& state, QWidget* parent)
 }
 
 QLayout* UpdateSection::heading() {
-    return row({}, {sectionHeading({u"arrow.triangle.2.circlepath"_s, 13, true}, u"Cập nhật ứng dụng"_s),
-                    new Badge(badge::version, u"v"_s + m_updates.currentVersion())});
+    return row({},
+        {sectionHeading({u"arrow.triangle.2.circlepath"_s, 13, true}, u"Cập nhật ứng dụng"_s),
+            new Badge(badge::version, u"v"_s + m_updates.currentVersion())});
 }
 
 QWidget* UpdateSection::statusRow() {
@@ -47,8 +48,9 @@ QWidget* UpdateSection::statusRow() {
     m_check = new Button(button::bordered, {.title = u"Kiểm tra cập nhật"_s});
     connect(m_check, &Button::clicked, this, [this] { m_updates.checkForUpdates(true); });
 
-    auto* line = filled(new QWidget, row({.spacing = 6}, {StackItem(m_status, Qt::AlignVCenter, 1), m_spinner,
-                                                          m_percentage, m_install, m_check}));
+    auto* line = filled(new QWidget,
+        row({.spacing = 6},
+            {StackItem(m_status, Qt::AlignVCenter, 1), m_spinner, m_percentage, m_install, m_check}));
     line->setMinimumHeight(statusRowHeight);
     return line;
 }
@@ -58,7 +60,7 @@ QWidget* UpdateSection::releaseNotes() {
     m_notesText = new Label({}, text::caption, ColorRole::Secondary);
     m_notesText->setWraps();
     m_notes = filled(new Surface(ColorRole::Surface2, ColorRole::Hairline, radius::control),
-                     column({.spacing = 2, .padding = {8, 8, 8, 8}}, {m_notesTitle, m_notesText}));
+        column({.spacing = 2, .padding = {8, 8, 8, 8}}, {m_notesTitle, m_notesText}));
     return m_notes;
 }
 
@@ -66,8 +68,8 @@ void UpdateSection::refresh() {
     const bool available = m_updates.isUpdateAvailable();
     const QString status = m_updates.statusMessage().value_or(QString());
     const bool highlighted = available && !status.isEmpty();
-    m_status->setText(status.isEmpty() ? u"Kiểm tra phiên bản mới nhất từ máy chủ"_s
-                                       : beginningOfMessage(status));
+    m_status->setText(
+        status.isEmpty() ? u"Kiểm tra phiên bản mới nhất từ máy chủ"_s : beginningOfMessage(status));
     m_status->setStyle(highlighted ? text::caption.with(Weight::Bold) : text::caption);
     m_status->setColor(highlighted ? ColorRole::AccentText : ColorRole::Secondary);
 

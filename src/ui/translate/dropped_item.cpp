@@ -14,15 +14,14 @@ const QString fileContent = u"application/octet-stream"_s;
 
 bool mayBringItems(const QMimeData& content) {
     return content.hasImage() || content.hasFormat(fileContent) ||
-           (content.hasUrls() && content.urls().first().isLocalFile());
+        (content.hasUrls() && content.urls().first().isLocalFile());
 }
 
 QList<DroppedItem> itemsIn(const QMimeData& content) {
     QList<DroppedItem> items;
-    for (const QUrl& url : content.urls()) {
+    for (const QUrl& url : content.urls())
         if (url.isLocalFile())
             items.push_back({.fileURL = url});
-    }
     if (items.isEmpty() && content.hasImage())
         items.push_back({.image = qvariant_cast<QImage>(content.imageData())});
     else if (items.isEmpty() && content.hasFormat(fileContent))

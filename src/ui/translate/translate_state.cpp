@@ -36,8 +36,8 @@ const QString detect = u"Tự động phát hiện"_s;
 }  // namespace
 
 const QStringList& TranslateState::languages() {
-    static const QStringList names{english,          vietnamese,     detect,         u"Tiếng Nhật"_s,
-                                   u"Tiếng Trung"_s, u"Tiếng Hàn"_s, u"Tiếng Pháp"_s};
+    static const QStringList names{
+        english, vietnamese, detect, u"Tiếng Nhật"_s, u"Tiếng Trung"_s, u"Tiếng Hàn"_s, u"Tiếng Pháp"_s};
     return names;
 }
 
@@ -88,7 +88,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
     std::optional<QString> failure;
     try {
         auto reply = m_services.ai.translate(text, sourceLang(), targetLang(), m_services.settings.tone(),
-                                             m_services.settings.endpointSettings(), stop);
+            m_services.settings.endpointSettings(), stop);
         result = co_await std::move(reply);
         debugLog(u"TranslateView.performTranslate: SUCCESS, result='" % excerpt(result) % u"'");
     } catch (const LocalizedError& error) {
@@ -131,8 +131,8 @@ void TranslateState::checkAndTriggerPendingTranslation() {
         return;
     inputText.set(text);
     appState.pendingTextToTranslate = QString();
-    m_services.clock.after(pendingTextDelay, m_mainView,
-                           [self = shared_from_this()] { self->performTranslate(); });
+    m_services.clock.after(
+        pendingTextDelay, m_mainView, [self = shared_from_this()] { self->performTranslate(); });
 }
 
 void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
@@ -171,7 +171,7 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
     try {
         auto recognition =
             std::visit([this](auto source) { return m_services.ocr.recognizeText(std::move(source)); },
-                       std::move(image));
+                std::move(image));
         text = co_await std::move(recognition);
     } catch (const OCRError& error) {
         const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
@@ -180,8 +180,8 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
     endRecognition(text, failure, autoTranslate);
 }
 
-void TranslateState::endRecognition(const QString& text, const std::optional<QString>& failure,
-                                    AutoTranslate autoTranslate) {
+void TranslateState::endRecognition(
+    const QString& text, const std::optional<QString>& failure, AutoTranslate autoTranslate) {
     if (!m_mainView)
         return;
     isOCROngoing = false;

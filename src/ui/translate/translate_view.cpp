@@ -54,21 +54,26 @@ Button* tool(const QString& icon, const QString& title, Weight weight, const QSt
 }  // namespace
 
 TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(parent), m_state(state) {
-    filled(this, column({.padding = {14, 10, 14, 10}}, {
-                                                           languageRow(),
-                                                           Gap{12},
-                                                           inputBox(),
-                                                           Gap{4},
-                                                           toolRow(),
-                                                           Gap{12},
-                                                           actionRow(),
-                                                           Gap{12},
-                                                           errorStrip(),
-                                                           {resultBlock(), {}, 1},
-                                                       }));
-    onAnyChange(m_state, this, [this] { refresh(); });
-    onAnyChange(m_state.settings(), this, [this] { refresh(); });
-    onAnyChange(*m_state.inputText.owner, this, [this] { refresh(); });
+    filled(this,
+        column({.padding = {14, 10, 14, 10}},
+            {
+                languageRow(),
+                Gap{12},
+                inputBox(),
+                Gap{4},
+                toolRow(),
+                Gap{12},
+                actionRow(),
+                Gap{12},
+                errorStrip(),
+                {resultBlock(), {}, 1},
+            }));
+    onAnyChange(
+        m_state, this, [this] { refresh(); });
+    onAnyChange(
+        m_state.settings(), this, [this] { refresh(); });
+    onAnyChange(
+        *m_state.inputText.owner, this, [this] { refresh(); });
     onAnyChange(m_state.speechService(), this, [this] { refresh(); });
     m_state.appear(this);
     refresh();
@@ -79,7 +84,7 @@ QLayout* TranslateView::languageRow() {
     m_source->setSpokenCaption(u"Ngôn ngữ nguồn"_s);
     m_source->setEntries(entries(TranslateState::languages()));
     connect(m_source, &MenuButton::chosen, this,
-            [this](int index) { m_state.sourceLang = TranslateState::languages()[index]; });
+        [this](int index) { m_state.sourceLang = TranslateState::languages()[index]; });
 
     auto* swap = new Button(button::swap, {.icon = u"arrow.left.arrow.right"_s});
     setTooltip(swap, u"Đổi chiều ngôn ngữ"_s);
@@ -89,13 +94,13 @@ QLayout* TranslateView::languageRow() {
     m_target->setSpokenCaption(u"Ngôn ngữ đích"_s);
     m_target->setEntries(entries(TranslateState::targetLanguages()));
     connect(m_target, &MenuButton::chosen, this,
-            [this](int index) { m_state.targetLang = TranslateState::targetLanguages()[index]; });
+        [this](int index) { m_state.targetLang = TranslateState::targetLanguages()[index]; });
 
     m_tone = new MenuButton(text::caption, u"sparkles"_s);
     m_tone->setSpokenCaption(u"Giọng điệu"_s);
     m_tone->setMenuAlignment(Qt::AlignRight);
     connect(m_tone, &MenuButton::chosen, this,
-            [this](int index) { m_state.settings().tone = TranslationTone::allCases()[size_t(index)]; });
+        [this](int index) { m_state.settings().tone = TranslationTone::allCases()[size_t(index)]; });
 
     return row({.spacing = 8}, {m_source, swap, m_target, Stretch{}, m_tone});
 }
@@ -106,41 +111,42 @@ QWidget* TranslateView::inputBox() {
     m_input->setFixedHeight(115);
     m_inputBox = new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block);
     m_input->setScrollFrame(m_inputBox);
-    new DropTarget(
-        m_inputBox,
+    new DropTarget(m_inputBox,
         {.accepts = &mayBringItems,
-         .hover = [this](bool hovering) { m_state.isDropTargeted = hovering; },
-         .drop = [this](const QMimeData& content) { return m_state.handleDrop(itemsIn(content)); }});
+            .hover = [this](bool hovering) { m_state.isDropTargeted = hovering; },
+            .drop = [this](const QMimeData& content) { return m_state.handleDrop(itemsIn(content)); }});
     return filled(m_inputBox, column({.padding = {6, 6, 6, 6}}, {m_input}));
 }
 
 QWidget* TranslateView::toolRow() {
-    m_recognizing = filled(
-        new QWidget, row({.spacing = 4}, {new Spinner(12), new Label(u"Đang quét chữ (OCR)..."_s,
-                                                                     text::smallCaption.with(Weight::Medium),
-                                                                     ColorRole::AccentText)}));
+    m_recognizing = filled(new QWidget,
+        row({.spacing = 4},
+            {new Spinner(12),
+                new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::Medium),
+                    ColorRole::AccentText)}));
     m_characterCount = new Label(characterCountText(m_counted), text::smallCaption, ColorRole::Secondary);
     m_clear = new Button(button::word, {.title = u"Xóa"_s});
     m_clear->setColor(ColorRole::Secondary);
     connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
 
     auto* capture = tool(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, Weight::Medium,
-                         u"Khoanh vùng màn hình để quét chữ và dịch ngay (OCR)"_s);
+        u"Khoanh vùng màn hình để quét chữ và dịch ngay (OCR)"_s);
     connect(capture, &Button::clicked, this, [this] { m_state.captureScreenAndTranslate(); });
     auto* paste = tool(u"doc.on.clipboard"_s, u"Dán"_s, Weight::Regular,
-                       u"Dán văn bản hoặc quét chữ từ ảnh trong clipboard"_s);
+        u"Dán văn bản hoặc quét chữ từ ảnh trong clipboard"_s);
     connect(paste, &Button::clicked, this, [this] { m_state.pasteFromClipboard(AutoTranslate::no); });
     auto* pasteAndTranslate = tool(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, Weight::Semibold,
-                                   u"Dán văn bản hoặc quét ảnh trong clipboard và dịch ngay"_s);
+        u"Dán văn bản hoặc quét ảnh trong clipboard và dịch ngay"_s);
     pasteAndTranslate->setColor(ColorRole::AccentText);
     connect(pasteAndTranslate, &Button::clicked, this,
-            [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
+        [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
 
     // Count and buttons begin and end with their texts 4 px inside the edges of the box above.
     constexpr Gap overhang{-2};
-    auto* bar = filled(new QWidget, row({.spacing = 2, .padding = {4, 0, 0, 0}},
-                                        {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste,
-                                         pasteAndTranslate, overhang}));
+    auto* bar = filled(new QWidget,
+        row({.spacing = 2, .padding = {4, 0, 0, 0}},
+            {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste, pasteAndTranslate,
+                overhang}));
     bar->setFixedHeight(18);
     return bar;
 }
@@ -204,9 +210,9 @@ void TranslateView::refresh() {
     const bool dropTargeted = m_state.isDropTargeted();
     m_inputBox->setEdge(dropTargeted ? ColorRole::AccentIcon : ColorRole::Border20, dropTargeted ? 2 : 1);
     m_input->setPlaceholder(dropTargeted
-                                ? u"Thả hình ảnh vào đây để nhận diện chữ & dịch..."_s
-                                : u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s,
-                            dropTargeted ? ColorRole::AccentText : ColorRole::Placeholder);
+            ? u"Thả hình ảnh vào đây để nhận diện chữ & dịch..."_s
+            : u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s,
+        dropTargeted ? ColorRole::AccentText : ColorRole::Placeholder);
     m_recognizing->setVisible(m_state.isOCROngoing());
     m_characterCount->setVisible(!m_state.isOCROngoing());
     if (input != m_counted) {

@@ -25,10 +25,11 @@ AccessibilitySwitch::AccessibilitySwitch() : m_bus(QDBusConnection::sessionBus()
     if (!m_bus.isConnected())
         return;
     m_bus.connect(service, path, propertiesInterface, u"PropertiesChanged"_s, this,
-                  SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+        SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
     // The launcher of the accessibility bus keeps the switch. When it is gone, so is the accessibility bus.
     auto* watcher = new QDBusServiceWatcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { read(); });
+    connect(
+        watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { read(); });
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { set(false); });
     read();
 }
@@ -55,8 +56,8 @@ bool AccessibilitySwitch::turnOn() {
     return m_on;
 }
 
-void AccessibilitySwitch::propertiesChanged(const QString& interface, const QVariantMap& changed,
-                                            const QStringList& invalidated) {
+void AccessibilitySwitch::propertiesChanged(
+    const QString& interface, const QVariantMap& changed, const QStringList& invalidated) {
     if (interface != statusInterface)
         return;
     if (changed.contains(enabledProperty))

@@ -23,8 +23,8 @@ Q_SIGNALS:
     void changed(bool on);
 
 private Q_SLOTS:
-    void propertiesChanged(const QString& interface, const QVariantMap& changed,
-                           const QStringList& invalidated);
+    void propertiesChanged(
+        const QString& interface, const QVariantMap& changed, const QStringList& invalidated);
 
 private:
     void read();

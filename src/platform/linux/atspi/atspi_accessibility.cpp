@@ -20,10 +20,9 @@ AtspiReference activeWindow(const AtspiContext& context) {
     for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), context)) {
         if (context.bus.processOf(application.service, context.budget) != context.processId)
             continue;
-        for (const AtspiReference& window : childrenOf(application, context)) {
+        for (const AtspiReference& window : childrenOf(application, context))
             if (statesOf(window, context).contains(AtspiState::active))
                 return window;
-        }
     }
     return {};
 }
@@ -31,8 +30,7 @@ AtspiReference activeWindow(const AtspiContext& context) {
 /// The focused element of the application's active window, among what is visible, breadth first.
 AtspiReference searchFocus(const AtspiContext& whole) {
     const AtspiContext context{{whole.bus, TimeBudget(std::min<qint64>(whole.budget.left(), searchLimit))},
-                               whole.primary,
-                               whole.processId};
+        whole.primary, whole.processId};
     std::deque<AtspiReference> waiting{activeWindow(context)};
     while (!waiting.empty() && !context.budget.isSpent()) {
         const AtspiReference element = std::exchange(waiting.front(), {});
@@ -87,7 +85,7 @@ AtspiReference searchMenuBar(const AtspiReference& window, const AtspiContext& c
 }  // namespace
 
 AtspiAccessibility::AtspiAccessibility(const AccessibilitySwitch& accessibility, AtspiBus& bus,
-                                       PrimarySelection& primary, WithoutSwitch withoutSwitch)
+    PrimarySelection& primary, WithoutSwitch withoutSwitch)
     : m_switch(accessibility), m_bus(bus), m_primary(primary), m_withoutSwitch(withoutSwitch) {
     m_bus.follow(m_switch);
 }

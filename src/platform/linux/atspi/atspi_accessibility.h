@@ -16,7 +16,7 @@ public:
     enum class WithoutSwitch { nothing, primarySelection };
 
     AtspiAccessibility(const AccessibilitySwitch& accessibility, AtspiBus& bus, PrimarySelection& primary,
-                       WithoutSwitch withoutSwitch = WithoutSwitch::nothing);
+        WithoutSwitch withoutSwitch = WithoutSwitch::nothing);
 
     std::unique_ptr<AccessibleElement> focusedElement(qint32 processId) override;
     std::unique_ptr<AccessibleElement> menuBar(qint32 processId) override;

@@ -23,7 +23,7 @@ const QString windowEventInterface = u"org.a11y.atspi.Event.Window"_s;
 
 // Of windows some toolkits send the one kind of event, some the other.
 const QStringList wantedEvents{u"object:state-changed:focused"_s, u"object:state-changed:active"_s,
-                               u"window:activate"_s, u"window:deactivate"_s};
+    u"window:activate"_s, u"window:deactivate"_s};
 
 }  // namespace
 
@@ -61,8 +61,8 @@ bool AtspiBus::isOpen() const {
 void AtspiBus::open() {
     if (isOpen() || std::exchange(m_opening, true))
         return;
-    const auto ask = QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s,
-                                                    u"GetAddress"_s);
+    const auto ask = QDBusMessage::createMethodCall(
+        u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
     auto* call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(ask), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         m_opening = false;
@@ -100,18 +100,18 @@ void AtspiBus::close() {
 void AtspiBus::listen() {
     for (const auto& state : {u"focused"_s, u"active"_s}) {
         m_bus->connect(QString(), QString(), eventInterface, u"StateChanged"_s, {state}, QString(), this,
-                       SLOT(stateChanged(QDBusMessage)));
+            SLOT(stateChanged(QDBusMessage)));
     }
-    m_bus->connect(QString(), QString(), windowEventInterface, u"Activate"_s, this,
-                   SLOT(windowActivated(QDBusMessage)));
+    m_bus->connect(
+        QString(), QString(), windowEventInterface, u"Activate"_s, this, SLOT(windowActivated(QDBusMessage)));
     m_bus->connect(QString(), QString(), windowEventInterface, u"Deactivate"_s, this,
-                   SLOT(windowDeactivated(QDBusMessage)));
+        SLOT(windowDeactivated(QDBusMessage)));
     m_bus->connect(busItself, QString(), busItself, u"NameOwnerChanged"_s, this,
-                   SLOT(ownerChanged(QString, QString, QString)));
+        SLOT(ownerChanged(QString, QString, QString)));
 
     // When the bus goes, its successor is joined at once.
     m_bus->connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
-                   u"Disconnected"_s, this, SLOT(open()));
+        u"Disconnected"_s, this, SLOT(open()));
 
     // Applications send events only when somebody has asked for them.
     for (const QString& event : wantedEvents) {
@@ -123,8 +123,7 @@ void AtspiBus::listen() {
 }
 
 std::optional<QVariantList> AtspiBus::call(const AtspiReference& object, const QString& interface,
-                                           const QString& method, const QVariantList& arguments,
-                                           const TimeBudget& budget) const {
+    const QString& method, const QVariantList& arguments, const TimeBudget& budget) const {
     if (!isOpen() || object.isNull() || budget.isSpent())
         return std::nullopt;
     auto message = QDBusMessage::createMethodCall(object.service, object.path.path(), interface, method);
@@ -134,15 +133,15 @@ std::optional<QVariantList> AtspiBus::call(const AtspiReference& object, const Q
 }
 
 QVariant AtspiBus::property(const AtspiReference& object, const QString& interface, const QString& name,
-                            const TimeBudget& budget) const {
+    const TimeBudget& budget) const {
     const auto reply =
         call(object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {interface, name}, budget);
     return reply ? reply->value(0).value<QDBusVariant>().variant() : QVariant();
 }
 
 std::optional<qint32> AtspiBus::processOf(const QString& service, const TimeBudget& budget) const {
-    const auto reply = call({busItself, QDBusObjectPath(u"/"_s)}, busItself, u"GetConnectionUnixProcessID"_s,
-                            {service}, budget);
+    const auto reply = call(
+        {busItself, QDBusObjectPath(u"/"_s)}, busItself, u"GetConnectionUnixProcessID"_s, {service}, budget);
     return reply ? std::optional(reply->value(0).toInt()) : std::nullopt;
 }
 
@@ -151,10 +150,9 @@ AtspiReference AtspiBus::desktop() {
 }
 
 AtspiReference AtspiBus::lastFocused(qint32 processId, const TimeBudget& budget) const {
-    for (auto entry = m_focused.cbegin(); entry != m_focused.cend(); ++entry) {
+    for (auto entry = m_focused.cbegin(); entry != m_focused.cend(); ++entry)
         if (processOf(entry.key(), budget) == processId)
             return {entry.key(), entry.value()};
-    }
     return {};
 }
 

@@ -21,7 +21,7 @@ struct AtspiReference {
 
     [[nodiscard]] bool isNull() const {
         return service.isEmpty() || path.path().isEmpty() ||
-               path.path() == QLatin1String("/org/a11y/atspi/null");
+            path.path() == QLatin1String("/org/a11y/atspi/null");
     }
     bool operator==(const AtspiReference&) const = default;
 };
@@ -70,10 +70,9 @@ public:
     /// Calls a method of an object and gives the values it returned; absent when it failed or the time is
     /// over.
     [[nodiscard]] std::optional<QVariantList> call(const AtspiReference& object, const QString& interface,
-                                                   const QString& method, const QVariantList& arguments,
-                                                   const TimeBudget& budget) const;
+        const QString& method, const QVariantList& arguments, const TimeBudget& budget) const;
     [[nodiscard]] QVariant property(const AtspiReference& object, const QString& interface,
-                                    const QString& name, const TimeBudget& budget) const;
+        const QString& name, const TimeBudget& budget) const;
 
     /// The process behind a connection. Answered by the bus itself: it may hang without harm.
     [[nodiscard]] std::optional<qint32> processOf(const QString& service, const TimeBudget& budget) const;

@@ -16,7 +16,7 @@ const QString actionInterface = u"org.a11y.atspi.Action"_s;
 
 bool isMenuItem(AtspiRole role) {
     return role == AtspiRole::menuItem || role == AtspiRole::checkMenuItem ||
-           role == AtspiRole::radioMenuItem || role == AtspiRole::tearoffMenuItem;
+        role == AtspiRole::radioMenuItem || role == AtspiRole::tearoffMenuItem;
 }
 
 }  // namespace

@@ -87,8 +87,8 @@ class AtspiMenuBar final : public AccessibleElement {
 public:
     enum class Level { bar, barItem };
 
-    AtspiMenuBar(AtspiReference object, std::shared_ptr<const AtspiContext> context,
-                 Level level = Level::bar);
+    AtspiMenuBar(
+        AtspiReference object, std::shared_ptr<const AtspiContext> context, Level level = Level::bar);
 
     std::optional<QString> selectedText() override { return std::nullopt; }
     std::optional<QString> selectedDocumentText() override { return std::nullopt; }

@@ -45,8 +45,8 @@ std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus) {
     }
     const AtspiQuestion whole{bus, TimeBudget(searchLimit)};
     for (const AtspiReference& reference : childrenOf(AtspiBus::desktop(), whole)) {
-        const AtspiQuestion question{bus,
-                                     TimeBudget(std::min<qint64>(whole.budget.left(), applicationLimit))};
+        const AtspiQuestion question{
+            bus, TimeBudget(std::min<qint64>(whole.budget.left(), applicationLimit))};
         auto application = describe(reference.service, question);
         if (application && hasActiveWindow(reference, question))
             return application;

@@ -30,7 +30,7 @@ std::optional<QString> infoPlistText(const QString& path, QStringView key) {
         return std::nullopt;
     QXmlStreamReader xml(&file);
     const bool hasDictionary = xml.readNextStartElement() && xml.name() == u"plist" &&
-                               xml.readNextStartElement() && xml.name() == u"dict";
+        xml.readNextStartElement() && xml.name() == u"dict";
     if (!hasDictionary)
         return std::nullopt;
     std::optional<QString> text = textInDictionary(xml, key);

@@ -74,24 +74,22 @@ void HelperHttpClient::prepare() {
         keepHelperFor(afterPreparation, m_keptBriefly);
 }
 
-QCoro::Task<HttpResponse> HelperHttpClient::send(HttpRequest request, QByteArray body,
-                                                 std::chrono::milliseconds idleTimeout,
-                                                 std::stop_token stop) {
+QCoro::Task<HttpResponse> HelperHttpClient::send(
+    HttpRequest request, QByteArray body, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
     const Id id = ++m_lastId;
     return submit(id, Post{id, std::move(request), idleTimeout, std::move(body)}, {}, std::move(stop));
 }
 
-QCoro::Task<HttpResponse> HelperHttpClient::download(HttpRequest request, Receive receive,
-                                                     std::chrono::milliseconds idleTimeout,
-                                                     std::stop_token stop) {
+QCoro::Task<HttpResponse> HelperHttpClient::download(
+    HttpRequest request, Receive receive, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
     const Id id = ++m_lastId;
     const bool inPieces = static_cast<bool>(receive);
-    return submit(id, Get{id, std::move(request), idleTimeout, inPieces}, std::move(receive),
-                  std::move(stop));
+    return submit(
+        id, Get{id, std::move(request), idleTimeout, inPieces}, std::move(receive), std::move(stop));
 }
 
-QCoro::Task<HttpResponse> HelperHttpClient::submit(Id id, Request request, Receive receive,
-                                                   std::stop_token stop) {
+QCoro::Task<HttpResponse> HelperHttpClient::submit(
+    Id id, Request request, Receive receive, std::stop_token stop) {
     if (stop.stop_requested())
         throw TransportError::cancelled();
     const QByteArray frame = encode(request);
@@ -140,7 +138,7 @@ void HelperHttpClient::startHelper() {
     m_helper->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     connect(m_helper, &QProcess::readyReadStandardOutput, this, &HelperHttpClient::readReplies);
     connect(m_helper, &QProcess::finished, this,
-            [this] { giveUp(u"Tiến trình kết nối mạng dừng đột ngột. Vui lòng thử lại."_s); });
+        [this] { giveUp(u"Tiến trình kết nối mạng dừng đột ngột. Vui lòng thử lại."_s); });
     // What cannot be started may say so from within `start`, while a request is still being sent.
     connect(
         m_helper, &QProcess::errorOccurred, this,

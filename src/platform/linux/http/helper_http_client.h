@@ -32,18 +32,16 @@ public:
     void prepare();
 
     [[nodiscard]] QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,
-                                                 std::chrono::milliseconds idleTimeout,
-                                                 std::stop_token stop) override;
+        std::chrono::milliseconds idleTimeout, std::stop_token stop) override;
     [[nodiscard]] QCoro::Task<HttpResponse> download(HttpRequest request, Receive receive,
-                                                     std::chrono::milliseconds idleTimeout,
-                                                     std::stop_token stop) override;
+        std::chrono::milliseconds idleTimeout, std::stop_token stop) override;
 
 private:
     struct Job;
     using Jobs = std::map<http_protocol::Id, std::shared_ptr<Job>>;
 
-    [[nodiscard]] QCoro::Task<HttpResponse> submit(http_protocol::Id id, http_protocol::Request request,
-                                                   Receive receive, std::stop_token stop);
+    [[nodiscard]] QCoro::Task<HttpResponse> submit(
+        http_protocol::Id id, http_protocol::Request request, Receive receive, std::stop_token stop);
     void cancel(http_protocol::Id id, std::exception_ptr why);
     void startHelper();
     void readReplies();

@@ -85,7 +85,8 @@ QByteArray encodeMessage(Message message) {
         stream << static_cast<quint8>(message.index());
         std::visit(
             [&stream](auto& alternative) {
-                each(alternative, [&stream](const auto&... fields) { (stream << ... << fields); });
+                each(
+                    alternative, [&stream](const auto&... fields) { (stream << ... << fields); });
             },
             message);
     });

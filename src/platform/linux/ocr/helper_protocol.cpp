@@ -37,7 +37,7 @@ void writeImage(QDataStream& stream, const QImage& image) {
     stream << qint32(plain.width()) << qint32(plain.height()) << plain.devicePixelRatio();
     for (int y = 0; y < plain.height(); ++y)
         stream.writeRawData(reinterpret_cast<const char*>(plain.constScanLine(y)),
-                            static_cast<int>(plain.width() * bytesPerPixel));
+            static_cast<int>(plain.width() * bytesPerPixel));
 }
 
 std::optional<QImage> readImage(QDataStream& stream) {
@@ -52,8 +52,8 @@ std::optional<QImage> readImage(QDataStream& stream) {
     if (image.isNull())
         return std::nullopt;
     for (int y = 0; y < height; ++y)
-        stream.readRawData(reinterpret_cast<char*>(image.scanLine(y)),
-                           static_cast<int>(width * bytesPerPixel));
+        stream.readRawData(
+            reinterpret_cast<char*>(image.scanLine(y)), static_cast<int>(width * bytesPerPixel));
     image.setDevicePixelRatio(ratio);
     return image;
 }
@@ -162,37 +162,41 @@ QByteArray encode(const Reply& reply) {
 }
 
 std::optional<Request> decodeRequest(const QByteArray& payload) {
-    return frames::parse<Request>(payload, [](QDataStream& stream, quint8 index) -> std::optional<Request> {
-        switch (index) {
-            case 0:
-                return PrepareRequest{};
-            case 1:
-                return LanguagesRequest{};
-            case 2:
-                return readRecognizeRequest(stream);
-            default:
-                return std::nullopt;
-        }
-    });
+    return frames::parse<Request>(
+        payload,
+        [](QDataStream& stream, quint8 index) -> std::optional<Request> {
+            switch (index) {
+                case 0:
+                    return PrepareRequest{};
+                case 1:
+                    return LanguagesRequest{};
+                case 2:
+                    return readRecognizeRequest(stream);
+                default:
+                    return std::nullopt;
+            }
+        });
 }
 
 std::optional<Reply> decodeReply(const QByteArray& payload) {
-    return frames::parse<Reply>(payload, [](QDataStream& stream, quint8 index) -> std::optional<Reply> {
-        switch (index) {
-            case 0:
-                return LanguagesReply{readList(stream)};
-            case 1:
-                return Accepted{readValue<QSize>(stream)};
-            case 2:
-                return readObservations(stream);
-            case 3:
-                return NoImageReply{};
-            case 4:
-                return FailureReply{readValue<QString>(stream)};
-            default:
-                return std::nullopt;
-        }
-    });
+    return frames::parse<Reply>(
+        payload,
+        [](QDataStream& stream, quint8 index) -> std::optional<Reply> {
+            switch (index) {
+                case 0:
+                    return LanguagesReply{readList(stream)};
+                case 1:
+                    return Accepted{readValue<QSize>(stream)};
+                case 2:
+                    return readObservations(stream);
+                case 3:
+                    return NoImageReply{};
+                case 4:
+                    return FailureReply{readValue<QString>(stream)};
+                default:
+                    return std::nullopt;
+            }
+        });
 }
 
 }  // namespace tralio::helper_protocol

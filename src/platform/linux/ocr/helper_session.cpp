@@ -99,7 +99,7 @@ const QStringList& HelperSession::installedPacks() {
         return m_installedPacks;
     // Only a loaded engine knows where its packs are. With neither Vietnamese nor English, any other will do.
     for (const QString& packs :
-         QStringList{usualPacks.toString()} + RegionReader::otherEngines(knownPacks())) {
+        QStringList{usualPacks.toString()} + RegionReader::otherEngines(knownPacks())) {
         if (const TextEngine* engine = engines(true).engine(packs)) {
             m_installedPacks = engine->installedPacks();
             break;

@@ -43,10 +43,9 @@ QImage opaque(const QImage& image) {
     const bool hasHoles = [&source] {
         for (int y = 0; y < source.height(); ++y) {
             const auto* row = reinterpret_cast<const QRgb*>(source.constScanLine(y));
-            for (int x = 0; x < source.width(); ++x) {
+            for (int x = 0; x < source.width(); ++x)
                 if (qAlpha(row[x]) != 255)
                     return true;
-            }
         }
         return false;
     }();

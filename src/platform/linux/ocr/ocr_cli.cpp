@@ -33,8 +33,8 @@ QCoro::Task<> printTexts(OCRService& service, QStringList paths, int repeat) {
             }
         }
         if (repeat > 1)
-            std::fprintf(stderr, "%s\t%.4f\n", qPrintable(path),
-                         1e-9 * static_cast<double>(timer.nsecsElapsed()));
+            std::fprintf(
+                stderr, "%s\t%.4f\n", qPrintable(path), 1e-9 * static_cast<double>(timer.nsecsElapsed()));
         std::puts(text.constData());
     }
     QCoreApplication::exit(status);
@@ -49,8 +49,8 @@ int main(int argc, char** argv) {
     QCommandLineParser options;
     options.setApplicationDescription(u"Prints the text of images, as Tralio reads them."_s);
     options.addHelpOption();
-    const QCommandLineOption repeat(u"repeat"_s, u"Read each image so often; time the last."_s, u"times"_s,
-                                    u"1"_s);
+    const QCommandLineOption repeat(
+        u"repeat"_s, u"Read each image so often; time the last."_s, u"times"_s, u"1"_s);
     options.addOption(repeat);
     options.addPositionalArgument(u"image"_s, u"The files."_s, u"image..."_s);
     options.process(application);

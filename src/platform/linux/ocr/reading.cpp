@@ -7,7 +7,8 @@ namespace tralio {
 namespace {
 
 qsizetype letterCount(const QString& text) {
-    return std::count_if(text.begin(), text.end(), [](QChar c) { return !c.isLowSurrogate(); });
+    return std::count_if(
+        text.begin(), text.end(), [](QChar c) { return !c.isLowSurrogate(); });
 }
 
 /// The sum of confidences by length, and of lengths.
@@ -26,8 +27,8 @@ struct Weighing {
 };
 
 bool isPunctuation(const QString& text) {
-    return std::none_of(text.begin(), text.end(),
-                        [](QChar c) { return c.isLetterOrNumber() || c.isSurrogate(); });
+    return std::none_of(
+        text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber() || c.isSurrogate(); });
 }
 
 bool isDirt(const ReadWord& word) {
@@ -39,14 +40,14 @@ bool isDirt(const ReadLine& line) {
     constexpr double leastForShortLines = 45;
     constexpr qsizetype shortLine = 4;
     return line.words.empty() ||
-           (letterCount(line.text()) <= shortLine && line.confidence() < leastForShortLines);
+        (letterCount(line.text()) <= shortLine && line.confidence() < leastForShortLines);
 }
 
 /// Chinese and Japanese put no blanks between words; what engines report there is the room of full-width
 /// punctuation.
 bool isWrittenSolid(QChar c) {
     return (c >= u'\u3000' && c <= u'\u30ff') || (c >= u'\u3400' && c <= u'\u9fff') ||
-           (c >= u'\uff01' && c <= u'\uff60');
+        (c >= u'\uff01' && c <= u'\uff60');
 }
 
 struct Letters {
@@ -128,17 +129,17 @@ double Reading::confidence() const {
 double Reading::weakestLine() const {
     constexpr double leastShape = 3;  // shorter ones are icons as often as not
     double weakest = confidence();
-    for (const ReadLine& line : lines) {
+    for (const ReadLine& line : lines)
         if (line.box.width() >= leastShape * line.box.height())
             weakest = std::min(weakest, line.confidence());
-    }
     return weakest;
 }
 
 bool Reading::isBrokenRow() const {
-    return lines.size() > 1 && std::all_of(lines.begin() + 1, lines.end(), [this](const ReadLine& line) {
-               return shareHeight(lines.front().box, line.box);
-           });
+    return lines.size() > 1 &&
+        std::all_of(
+            lines.begin() + 1, lines.end(),
+            [this](const ReadLine& line) { return shareHeight(lines.front().box, line.box); });
 }
 
 bool Reading::looksVietnamese() const {
@@ -195,9 +196,8 @@ void Reading::adoptMarks(const Reading& marked) {
         const auto end = marked.lines[i].words.end();
         for (ReadWord& word : lines[i].words) {
             const Letters letters = splitMarks(word.text);
-            const auto same = std::find_if(next, end, [&letters](const ReadWord& other) {
-                return splitMarks(other.text).plain == letters.plain;
-            });
+            const auto same = std::find_if(next, end,
+                [&letters](const ReadWord& other) { return splitMarks(other.text).plain == letters.plain; });
             if (same == end)
                 continue;
             if (splitMarks(same->text).marks > letters.marks)
@@ -211,8 +211,8 @@ void Reading::dropDirt() {
     for (ReadLine& line : lines) {
         while (!line.words.empty() && isDirt(line.words.back()))
             line.words.pop_back();
-        const auto first = std::find_if(line.words.begin(), line.words.end(),
-                                        [](const ReadWord& word) { return !isDirt(word); });
+        const auto first = std::find_if(
+            line.words.begin(), line.words.end(), [](const ReadWord& word) { return !isDirt(word); });
         line.words.erase(line.words.begin(), first);
     }
     std::erase_if(lines, [](const ReadLine& line) { return isDirt(line); });
@@ -257,10 +257,10 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
     Reading best;
     for (Group& group : groups) {
         const bool secondIsBetter = (group.first.lines.empty() || group.second.holdsOtherScript()) &&
-                                    group.second.confidence() >= group.first.confidence() + margin;
+            group.second.confidence() >= group.first.confidence() + margin;
         std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
-        best.lines.insert(best.lines.end(), std::move_iterator(lines.begin()),
-                          std::move_iterator(lines.end()));
+        best.lines.insert(
+            best.lines.end(), std::move_iterator(lines.begin()), std::move_iterator(lines.end()));
     }
     return best;
 }

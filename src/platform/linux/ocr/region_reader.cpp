@@ -36,10 +36,9 @@ constexpr std::array<QStringView, 3> otherLanguages{u"fra", u"deu", u"spa"};
 template <size_t count>
 QStringList present(const std::array<QStringView, count>& wanted, const QStringList& packs) {
     QStringList result;
-    for (const QStringView pack : wanted) {
+    for (const QStringView pack : wanted)
         if (packs.contains(pack))
             result += pack.toString();
-    }
     return result;
 }
 

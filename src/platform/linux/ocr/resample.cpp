@@ -17,7 +17,7 @@ std::array<float, 4> catmullRom(float t) {
     const float t2 = t * t;
     const float t3 = t2 * t;
     return {0.5F * (-t3 + 2 * t2 - t), 0.5F * (3 * t3 - 5 * t2 + 2), 0.5F * (-3 * t3 + 4 * t2 + t),
-            0.5F * (t3 - t2)};
+        0.5F * (t3 - t2)};
 }
 
 std::vector<Tap> taps(int from, int to) {
@@ -43,11 +43,11 @@ Plane resample(const Plane& source, int width, int height) {
     std::vector<float> blended(static_cast<size_t>(source.width()));
     for (int y = 0; y < height; ++y) {
         const Tap& tap = rows[static_cast<size_t>(y)];
-        const quint8* lines[4] = {source.row(tap.at[0]), source.row(tap.at[1]), source.row(tap.at[2]),
-                                  source.row(tap.at[3])};
+        const quint8* lines[4] = {
+            source.row(tap.at[0]), source.row(tap.at[1]), source.row(tap.at[2]), source.row(tap.at[3])};
         for (size_t x = 0; x < blended.size(); ++x) {
             blended[x] = tap.weight[0] * lines[0][x] + tap.weight[1] * lines[1][x] +
-                         tap.weight[2] * lines[2][x] + tap.weight[3] * lines[3][x];
+                tap.weight[2] * lines[2][x] + tap.weight[3] * lines[3][x];
         }
         quint8* out = result.row(y);
         for (const Tap& column : columns) {

@@ -27,10 +27,9 @@ Owned<Pix> darkPixels(const Plane& marks) {
     for (int y = 0; y < marks.height(); ++y) {
         l_uint32* line = pixGetData(pix.get()) + static_cast<ptrdiff_t>(y) * pixGetWpl(pix.get());
         const quint8* row = marks.row(y);
-        for (int x = 0; x < marks.width(); ++x) {
+        for (int x = 0; x < marks.width(); ++x)
             if (row[x] < darkBelow)
                 SET_DATA_BIT(line, x);
-        }
     }
     return pix;
 }
@@ -52,7 +51,7 @@ bool isLineOrFrame(const Extent& extent, int unit) {
         return false;
     const bool isLine = shortSide <= 4 * unit;
     const bool isFrame = shortSide >= 12 * unit && extent.area <= 5 * unit * (extent.width + extent.height) &&
-                         extent.area * 100 <= 35 * extent.width * extent.height;
+        extent.area * 100 <= 35 * extent.width * extent.height;
     return isLine || isFrame;
 }
 
@@ -64,7 +63,7 @@ bool isSurround(const Extent& extent, const Plane& marks, int unit) {
     const bool top = extent.top == 0;
     const bool bottom = extent.top + extent.height == marks.height();
     const bool isUpright = top && bottom && extent.height >= 15 * unit &&
-                           (left || right || extent.area <= 3 * unit * extent.height);
+        (left || right || extent.area <= 3 * unit * extent.height);
     const bool isLevel = left && right && extent.width >= 40 * unit;
     const bool isCorner = (left || right) && (top || bottom);
     return isUpright || isLevel || isCorner;
@@ -72,7 +71,7 @@ bool isSurround(const Extent& extent, const Plane& marks, int unit) {
 
 bool isBar(const Extent& extent, int unit) {
     return extent.width <= 2 * unit && extent.height >= 8 * unit &&
-           extent.area * 10 >= 9 * extent.width * extent.height;
+        extent.area * 10 >= 9 * extent.width * extent.height;
 }
 
 /// A text cursor, or what is left of a frame: a bar that is the first or last thing in its row, higher than
@@ -154,10 +153,9 @@ void eraseRules(Plane& marks, int unit) {
         else
             extents.push_back(extent);
     }
-    for (const Extent& extent : extents) {
+    for (const Extent& extent : extents)
         if (isTextCursor(extent, extents, unit))
             eraseBox(marks, extent);
-    }
 }
 
 int letterHeight(const Plane& marks) {

@@ -93,9 +93,8 @@ QCoro::Task<QStringList> TesseractRecognizer::supportedLanguages(std::stop_token
     co_return expect<LanguagesReply>(reply).languages;
 }
 
-QCoro::Task<std::vector<TextObservation>> TesseractRecognizer::recognize(ImageSource image,
-                                                                         RecognitionRequest request,
-                                                                         std::stop_token stop) {
+QCoro::Task<std::vector<TextObservation>> TesseractRecognizer::recognize(
+    ImageSource image, RecognitionRequest request, std::stop_token stop) {
     refuseTooLarge(image);
     const QFuture<Reply> future =
         submit(RecognizeRequest{std::move(image), std::move(request)}, std::move(stop));
@@ -181,7 +180,7 @@ void TesseractRecognizer::handle(const Reply& reply) {
     const double megapixels = 1e-6 * accepted->size.width() * accepted->size.height();
     using namespace std::chrono;
     limitTime(m_limits.anyRequest +
-              duration_cast<milliseconds>(m_limits.perMegapixel * std::clamp(megapixels, 0.0, 1e3)));
+        duration_cast<milliseconds>(m_limits.perMegapixel * std::clamp(megapixels, 0.0, 1e3)));
 }
 
 void TesseractRecognizer::helperEnded() {

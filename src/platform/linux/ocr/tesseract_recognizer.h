@@ -40,9 +40,8 @@ public:
 
     void prepare() override;
     [[nodiscard]] QCoro::Task<QStringList> supportedLanguages(std::stop_token stop) override;
-    [[nodiscard]] QCoro::Task<std::vector<TextObservation>> recognize(ImageSource image,
-                                                                      RecognitionRequest request,
-                                                                      std::stop_token stop) override;
+    [[nodiscard]] QCoro::Task<std::vector<TextObservation>> recognize(
+        ImageSource image, RecognitionRequest request, std::stop_token stop) override;
 
     /// The running helper's process, or 0.
     [[nodiscard]] qint64 helperProcessId() const { return m_helper ? m_helper->processId() : 0; }
@@ -50,8 +49,8 @@ public:
 private:
     struct Job;
 
-    [[nodiscard]] QFuture<helper_protocol::Reply> submit(const helper_protocol::Request& request,
-                                                         std::stop_token stop);
+    [[nodiscard]] QFuture<helper_protocol::Reply> submit(
+        const helper_protocol::Request& request, std::stop_token stop);
     void startHelper();
     void sendNext();
     void readReplies();

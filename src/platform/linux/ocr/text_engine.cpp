@@ -17,7 +17,7 @@ TextEngine::TextEngine(const QString& packs, Dictionaries dictionaries)
         values.insert(values.end(), {"0", "0"});
     }
     m_isLoaded = m_api->Init(nullptr, packs.toUtf8().constData(), tesseract::OEM_LSTM_ONLY, nullptr, 0,
-                             &names, &values, false) == 0;
+                     &names, &values, false) == 0;
 }
 
 TextEngine::~TextEngine() = default;
@@ -57,8 +57,7 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
         if (!text || text[0] == '\0')
             continue;
         reading.lines.back().words.push_back({QString::fromUtf8(text.get()), word->Confidence(RIL_WORD),
-                                              word->BlanksBeforeWord(),
-                                              QString::fromUtf8(word->WordRecognitionLanguage())});
+            word->BlanksBeforeWord(), QString::fromUtf8(word->WordRecognitionLanguage())});
     } while (word->Next(RIL_WORD));
     m_api->Clear();
     return reading;

@@ -39,8 +39,8 @@ std::array<Plane, 3> medians(const std::array<Plane, 3>& channels, int radiusX, 
             std::find(channels.begin(), channels.begin() + static_cast<ptrdiff_t>(i), channels[i]);
         const auto index = static_cast<size_t>(same - channels.begin());
         result[i] = index < i
-                        ? result[index]
-                        : windowMedian(channels[i], std::min(radiusX, atMost), std::min(radiusY, atMost));
+            ? result[index]
+            : windowMedian(channels[i], std::min(radiusX, atMost), std::min(radiusY, atMost));
     }
     return result;
 }
@@ -82,10 +82,9 @@ Plane onWhite(Plane plane) {
     std::vector<quint8> sorted = plane.pixels();
     const auto middle = sorted.begin() + static_cast<ptrdiff_t>(sorted.size() / 2);
     std::nth_element(sorted.begin(), middle, sorted.end());
-    if (*middle < 128) {
+    if (*middle < 128)
         for (quint8& pixel : plane.pixels())
             pixel = static_cast<quint8>(255 - pixel);
-    }
     return plane;
 }
 
@@ -115,7 +114,7 @@ const TextPictures::Channels& TextPictures::background() {
 double TextPictures::balance() {
     const auto sum = [](const Plane& plane) {
         return std::accumulate(plane.pixels().begin(), plane.pixels().end(), 0.0,
-                               [](double total, quint8 value) { return total + (value < 24 ? 0 : value); });
+            [](double total, quint8 value) { return total + (value < 24 ? 0 : value); });
     };
     const double brighter = sum(largest(m_channels, background(), excess));
     const double darker = sum(largest(m_channels, background(), shortfall));
@@ -137,9 +136,8 @@ Plane TextPictures::marks(Kind kind) {
         case Kind::green:
             return onWhite(m_channels[1]);
         case Kind::lineByLine:
-            result =
-                largest(m_channels, medians(m_channels, wideSurroundings * m_unit, lowSurroundings * m_unit),
-                        difference);
+            result = largest(m_channels,
+                medians(m_channels, wideSurroundings * m_unit, lowSurroundings * m_unit), difference);
             break;
     }
     invertToFullContrast(result);
@@ -164,7 +162,7 @@ Plane TextPictures::picture(Kind kind) {
         m_scale = chooseScale(plain);
     const Plane enlarged = m_scale == 1 ? plain
                                         : resample(plain, std::max(1, qRound(plain.width() * m_scale)),
-                                                   std::max(1, qRound(plain.height() * m_scale)));
+                                              std::max(1, qRound(plain.height() * m_scale)));
     return withBorder(enlarged, border, white);
 }
 

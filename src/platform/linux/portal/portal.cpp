@@ -33,18 +33,18 @@ Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
     : m_bus(std::move(bus)), m_interfaces(std::move(interfaces)), m_clock(clock) {
     if (!m_bus.isConnected())
         return;
-    auto* watcher = new QDBusServiceWatcher(QLatin1String(service), m_bus,
-                                            QDBusServiceWatcher::WatchForOwnerChange, this);
+    auto* watcher = new QDBusServiceWatcher(
+        QLatin1String(service), m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString& /*name*/, const QString& before, const QString& now) {
-                // Both at once where a portal is started in another's place.
-                if (!before.isEmpty())
-                    takeLeave();
-                if (!now.isEmpty())
-                    introduce();
-            });
-    auto* backends = new QDBusServiceWatcher(u"org.freedesktop.impl.portal.desktop*"_s, m_bus,
-                                             QDBusServiceWatcher::WatchForUnregistration, this);
+        [this](const QString& /*name*/, const QString& before, const QString& now) {
+            // Both at once where a portal is started in another's place.
+            if (!before.isEmpty())
+                takeLeave();
+            if (!now.isEmpty())
+                introduce();
+        });
+    auto* backends = new QDBusServiceWatcher(
+        u"org.freedesktop.impl.portal.desktop*"_s, m_bus, QDBusServiceWatcher::WatchForUnregistration, this);
     connect(backends, &QDBusServiceWatcher::serviceUnregistered, this, &Portal::backendGone);
     introduce();
 }
@@ -65,9 +65,8 @@ void Portal::takeLeave() {
 void Portal::introduce() {
     ++m_introduction;
     // Older portals know no registry, and tell applications apart by how they were started.
-    auto registration =
-        QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
-                                       u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
+    auto registration = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
+        u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
     registration << QGuiApplication::desktopFileName() << QVariantMap();
     auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(registration), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
@@ -83,22 +82,22 @@ void Portal::introduce() {
 }
 
 void Portal::askVersion(const QString& interface, int limit) {
-    auto get = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
-                                              u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    auto get = QDBusMessage::createMethodCall(
+        QLatin1String(service), QLatin1String(path), u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     get << interface << versionProperty;
     const QDBusPendingCall asked = m_bus.asyncCall(get, limit);
     m_asked.insert(interface, {asked, limit});
     auto* call = new QDBusPendingCallWatcher(asked, this);
     connect(call, &QDBusPendingCallWatcher::finished, this,
-            [this, interface, limit, call, introduction = m_introduction] {
-                call->deleteLater();
-                if (introduction != m_introduction)
-                    return;  // that portal is gone, or was not there yet
-                if (call->error().type() == QDBusError::NoReply && limit == quickAnswer)
-                    askVersion(interface, slowAnswer);
-                else
-                    takeVersion(interface, *call);
-            });
+        [this, interface, limit, call, introduction = m_introduction] {
+            call->deleteLater();
+            if (introduction != m_introduction)
+                return;  // that portal is gone, or was not there yet
+            if (call->error().type() == QDBusError::NoReply && limit == quickAnswer)
+                askVersion(interface, slowAnswer);
+            else
+                takeVersion(interface, *call);
+        });
 }
 
 void Portal::takeVersion(const QString& interface, const QDBusPendingCall& call) {
@@ -125,7 +124,7 @@ QString Portal::nextToken() {
 }
 
 void Portal::request(const QString& interface, const QString& method, const QVariantList& arguments,
-                     QVariantMap options, std::chrono::milliseconds limit, QObject* context, Done done) {
+    QVariantMap options, std::chrono::milliseconds limit, QObject* context, Done done) {
     const QString token = nextToken();
     options.insert(u"handle_token"_s, token);
     auto message =

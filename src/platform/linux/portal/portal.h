@@ -58,7 +58,7 @@ public:
     /// is gone. A time limit of zero is none: the user may be reading a dialog. A portal that goes takes what
     /// it was asked with it: that has failed.
     void request(const QString& interface, const QString& method, const QVariantList& arguments,
-                 QVariantMap options, std::chrono::milliseconds limit, QObject* context, Done done);
+        QVariantMap options, std::chrono::milliseconds limit, QObject* context, Done done);
 
 Q_SIGNALS:
     /// What the portal has is known, or that there is none: at start, and whenever it may have changed.

@@ -45,10 +45,10 @@ QCoro::Task<qint32> PortalCapture::run(QString outputPath) {
     const QVariantMap options{{u"interactive"_s, true}};
     const QVariantList arguments{QString()};
     m_portal.request(QLatin1String(interface), u"Screenshot"_s, arguments, options, timeLimit, &m_portal,
-                     [promise](const PortalAnswer& given) {
-                         promise->addResult(given);
-                         promise->finish();
-                     });
+        [promise](const PortalAnswer& given) {
+            promise->addResult(given);
+            promise->finish();
+        });
     const PortalAnswer answer = co_await promise->future();
     if (answer.outcome == PortalOutcome::silent)
         debugLog(u"PortalCapture: no answer from the desktop, which counts as a cancel"_s);

@@ -57,8 +57,7 @@ PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes, Cloc
     qDBusRegisterMetaType<QList<PortalShortcut>>();
     // Not at a path: some backends send it from the portal's, some from the session's.
     m_portal.bus().connect(QLatin1String(Portal::service), QString(), QLatin1String(interface),
-                           u"Activated"_s, this,
-                           SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
+        u"Activated"_s, this, SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
     connect(&m_portal, &Portal::ready, this, [this] {
         trustDesktop();
         scheduleSession();
@@ -85,12 +84,11 @@ HotKeyPlatform::Registration PortalHotKeys::registerHotKey(quint32 keyCode, quin
         scheduleSession();
     const auto trigger = shortcutTrigger(keyCode, modifiers);
     const auto purpose = std::find_if(m_purposes.begin(), m_purposes.end(),
-                                      [&](const Purpose& candidate) { return candidate.id == id.id; });
+        [&](const Purpose& candidate) { return candidate.id == id.id; });
     if (purpose == m_purposes.end() || !trigger || !canBeHotKey(keyCode, modifiers))
         return {hotKeyInvalid, std::nullopt};
-    const bool ours = std::any_of(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& other) {
-        return other.trigger == *trigger && other.id != id;
-    });
+    const bool ours = std::any_of(m_hotKeys.begin(), m_hotKeys.end(),
+        [&](const HotKey& other) { return other.trigger == *trigger && other.id != id; });
     if (ours)
         return {hotKeyExists, std::nullopt};
 
@@ -126,18 +124,18 @@ void PortalHotKeys::createSession() {
     if (m_isCreating || m_hotKeys.empty() || m_portal.version(QLatin1String(interface)) == 0)
         return;
     // The portal's first drafts took the shortcuts here; KDE 5 still binds these and no others.
-    const QVariantMap options{{u"session_handle_token"_s, sessionToken},
-                              {u"shortcuts"_s, QVariant::fromValue(wantedShortcuts())}};
+    const QVariantMap options{
+        {u"session_handle_token"_s, sessionToken}, {u"shortcuts"_s, QVariant::fromValue(wantedShortcuts())}};
     m_isCreating = true;
     m_portal.request(QLatin1String(interface), u"CreateSession"_s, {}, options, answerLimit, this,
-                     [this, generation = m_generation](const PortalAnswer& answer) {
-                         m_isCreating = false;
-                         m_session = answer.results.value(u"session_handle"_s).toString();
-                         if (generation == m_generation)
-                             begin(answer);
-                         else
-                             scheduleSession();  // which ends this one
-                     });
+        [this, generation = m_generation](const PortalAnswer& answer) {
+            m_isCreating = false;
+            m_session = answer.results.value(u"session_handle"_s).toString();
+            if (generation == m_generation)
+                begin(answer);
+            else
+                scheduleSession();  // which ends this one
+        });
 }
 
 void PortalHotKeys::begin(const PortalAnswer& created) {
@@ -148,7 +146,7 @@ void PortalHotKeys::begin(const PortalAnswer& created) {
         return;
     }
     m_portal.bus().connect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s, this,
-                           SLOT(sessionClosed(QDBusMessage)));
+        SLOT(sessionClosed(QDBusMessage)));
     listShortcuts();
 }
 
@@ -156,15 +154,15 @@ QList<PortalShortcut> PortalHotKeys::wantedShortcuts() const {
     // All of them: backends take a binding for the whole list, and forget what is not in it.
     QList<PortalShortcut> wanted;
     for (const HotKey& hotKey : m_hotKeys) {
-        wanted.push_back(
-            {hotKey.shortcut,
-             {{u"description"_s, hotKey.description}, {u"preferred_trigger"_s, hotKey.trigger}}});
+        wanted.push_back({hotKey.shortcut,
+            {{u"description"_s, hotKey.description}, {u"preferred_trigger"_s, hotKey.trigger}}});
     }
     return wanted;
 }
 
 void PortalHotKeys::listShortcuts() {
-    ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
+    ask(
+        u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
         [this](const PortalAnswer& answer) {
             if (hasAll(answer))
                 tellOf(answer);
@@ -177,13 +175,13 @@ bool PortalHotKeys::hasAll(const PortalAnswer& listed) const {
     const auto shortcuts = shortcutsIn(listed);
     return std::all_of(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) {
         return std::any_of(shortcuts.begin(), shortcuts.end(),
-                           [&](const PortalShortcut& shortcut) { return shortcut.id == hotKey.shortcut; });
+            [&](const PortalShortcut& shortcut) { return shortcut.id == hotKey.shortcut; });
     });
 }
 
 void PortalHotKeys::bindShortcuts() {
-    const QVariantList arguments{QVariant::fromValue(QDBusObjectPath(m_session)),
-                                 QVariant::fromValue(wantedShortcuts()), QString()};
+    const QVariantList arguments{
+        QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(wantedShortcuts()), QString()};
     ask(u"BindShortcuts"_s, arguments, {}, noLimit, [this](const PortalAnswer& answer) {
         if (answer.outcome != PortalOutcome::granted) {
             debugLog(u"PortalHotKeys: hot keys not bound: "_s + whatHappened(answer));
@@ -202,23 +200,23 @@ void PortalHotKeys::bindShortcuts() {
 void PortalHotKeys::tellOf(const PortalAnswer& answer) const {
     const auto bound = shortcutsIn(answer);
     for (const HotKey& hotKey : m_hotKeys) {
-        const auto found = std::find_if(bound.begin(), bound.end(), [&](const PortalShortcut& shortcut) {
-            return shortcut.id == hotKey.shortcut;
-        });
+        const auto found = std::find_if(bound.begin(), bound.end(),
+            [&](const PortalShortcut& shortcut) { return shortcut.id == hotKey.shortcut; });
         debugLog(u"PortalHotKeys: "_s + hotKey.shortcut +
-                 (found == bound.end()
-                      ? u": not bound by the desktop"_s
-                      : u": bound to "_s + found->properties.value(u"trigger_description"_s).toString()));
+            (found == bound.end()
+                    ? u": not bound by the desktop"_s
+                    : u": bound to "_s + found->properties.value(u"trigger_description"_s).toString()));
     }
 }
 
 void PortalHotKeys::ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,
-                        std::chrono::milliseconds limit, const Portal::Done& done) {
-    m_portal.request(QLatin1String(interface), method, arguments, options, limit, this,
-                     [this, generation = m_generation, done](const PortalAnswer& answer) {
-                         if (generation == m_generation)
-                             done(answer);
-                     });
+    std::chrono::milliseconds limit, const Portal::Done& done) {
+    m_portal.request(
+        QLatin1String(interface), method, arguments, options, limit, this,
+        [this, generation = m_generation, done](const PortalAnswer& answer) {
+            if (generation == m_generation)
+                done(answer);
+        });
 }
 
 void PortalHotKeys::endSession() {
@@ -226,9 +224,9 @@ void PortalHotKeys::endSession() {
     if (m_session.isEmpty())
         return;
     m_portal.bus().disconnect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s, this,
-                              SLOT(sessionClosed(QDBusMessage)));
-    m_portal.bus().send(QDBusMessage::createMethodCall(QLatin1String(Portal::service), m_session,
-                                                       sessionInterface, u"Close"_s));
+        SLOT(sessionClosed(QDBusMessage)));
+    m_portal.bus().send(QDBusMessage::createMethodCall(
+        QLatin1String(Portal::service), m_session, sessionInterface, u"Close"_s));
     m_session.clear();
 }
 
@@ -268,7 +266,7 @@ void PortalHotKeys::scheduleAfterPause() {
 }
 
 void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong timestamp,
-                              const QVariantMap& options) {
+    const QVariantMap& options) {
     if (session.path() != m_session)
         return;
     trustDesktop();
@@ -276,7 +274,7 @@ void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& sho
     if (std::exchange(m_lastPress, {shortcut, timestamp}) == std::pair(shortcut, timestamp) && timestamp != 0)
         return;
     const auto pressed = std::find_if(m_hotKeys.begin(), m_hotKeys.end(),
-                                      [&](const HotKey& hotKey) { return hotKey.shortcut == shortcut; });
+        [&](const HotKey& hotKey) { return hotKey.shortcut == shortcut; });
     if (pressed == m_hotKeys.end())
         return;
     giveActivationToken(options.value(u"activation_token"_s).toString());

@@ -46,7 +46,7 @@ public:
 
 private Q_SLOTS:
     void activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong timestamp,
-                   const QVariantMap& options);
+        const QVariantMap& options);
     void sessionClosed(const QDBusMessage& closed);
 
 private:
@@ -78,7 +78,7 @@ private:
 
     /// Calls a method of the portal's; the answer counts only if the session is still the same then.
     void ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,
-             std::chrono::milliseconds limit, const Portal::Done& done);
+        std::chrono::milliseconds limit, const Portal::Done& done);
 
     Portal& m_portal;
     std::vector<Purpose> m_purposes;

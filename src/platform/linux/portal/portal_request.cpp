@@ -29,7 +29,7 @@ PortalRequest::PortalRequest(QDBusConnection bus, const QString& token, QObject*
 void PortalRequest::listenAt(const QString& path) {
     m_path = path;
     m_bus.connect(QLatin1String(Portal::service), path, requestInterface, u"Response"_s, this,
-                  SLOT(respond(uint, QVariantMap)));
+        SLOT(respond(uint, QVariantMap)));
 }
 
 void PortalRequest::send(const QDBusMessage& message) {
@@ -57,9 +57,9 @@ void PortalRequest::fail(const QString& error) {
 void PortalRequest::respond(uint response, const QVariantMap& results) {
     constexpr uint granted = 0;
     constexpr uint cancelled = 1;
-    const auto outcome = response == granted     ? PortalOutcome::granted
-                         : response == cancelled ? PortalOutcome::cancelled
-                                                 : PortalOutcome::failed;
+    const auto outcome = response == granted ? PortalOutcome::granted
+        : response == cancelled              ? PortalOutcome::cancelled
+                                             : PortalOutcome::failed;
     finish({outcome, results, {}});
 }
 

@@ -48,7 +48,7 @@ DesktopAppearance::DesktopAppearance() : m_bus(QDBusConnection::sessionBus()) {
         return;
     qDBusRegisterMetaType<SettingGroups>();
     m_bus.connect(service, path, settingsInterface, u"SettingChanged"_s, this,
-                  SLOT(settingChanged(QString, QString, QDBusVariant)));
+        SLOT(settingChanged(QString, QString, QDBusVariant)));
     readAll();
 }
 
@@ -74,10 +74,9 @@ void DesktopAppearance::readAll() {
             return;
         const Look before = look();
         const SettingGroups groups = reply.value();
-        for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+        for (auto group = groups.cbegin(); group != groups.cend(); ++group)
             for (auto setting = group->cbegin(); setting != group->cend(); ++setting)
                 apply(group.key(), setting.key(), setting.value());
-        }
         if (look() != before)
             Q_EMIT changed();
     });

@@ -24,8 +24,8 @@ void FocusedSelection::read(std::function<void(const QString&)> deliver) {
         take();
         return;
     }
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &FocusedSelection::take,
-            Qt::UniqueConnection);
+    connect(
+        qGuiApp, &QGuiApplication::focusWindowChanged, this, &FocusedSelection::take, Qt::UniqueConnection);
     QTimer::singleShot(focusLimit, this, [this, request = ++m_request] {
         if (request == m_request)
             m_deliver = nullptr;

@@ -25,8 +25,8 @@ void FreedesktopApplication::Open(const QStringList& /*uris*/, const QVariantMap
     Activate(platformData);
 }
 
-void FreedesktopApplication::ActivateAction(const QString& action, const QVariantList& parameter,
-                                            const QVariantMap& platformData) {
+void FreedesktopApplication::ActivateAction(
+    const QString& action, const QVariantList& parameter, const QVariantMap& platformData) {
     m_service.runNamed(action, parameter, activationToken(platformData));
 }
 

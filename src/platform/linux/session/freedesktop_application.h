@@ -20,8 +20,8 @@ public:
 public Q_SLOTS:
     void Activate(const QVariantMap& platformData);
     void Open(const QStringList& uris, const QVariantMap& platformData);
-    void ActivateAction(const QString& action, const QVariantList& parameter,
-                        const QVariantMap& platformData);
+    void ActivateAction(
+        const QString& action, const QVariantList& parameter, const QVariantMap& platformData);
 
 private:
     SessionService& m_service;

@@ -13,8 +13,8 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-QCoro::Task<ProgramResult> runProgram(QString program, QStringList arguments,
-                                      std::chrono::milliseconds limit) {
+QCoro::Task<ProgramResult> runProgram(
+    QString program, QStringList arguments, std::chrono::milliseconds limit) {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.setStandardInputFile(QProcess::nullDevice());  // some read theirs to the end before they begin
@@ -29,8 +29,8 @@ QCoro::Task<ProgramResult> runProgram(QString program, QStringList arguments,
         co_await qCoro(process).waitForFinished(howeverLong);
     }
     const bool ended = process.exitStatus() == QProcess::NormalExit;
-    co_return ProgramResult{ended ? process.exitCode() : CaptureTool::notStarted,
-                            process.readAllStandardOutput()};
+    co_return ProgramResult{
+        ended ? process.exitCode() : CaptureTool::notStarted, process.readAllStandardOutput()};
 }
 
 }  // namespace tralio

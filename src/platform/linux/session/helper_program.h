@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds whileTheUserDraws = std::chrono::minutes(2);
 constexpr std::chrono::milliseconds howeverLong(-1);
 
 /// Runs a program to its end, which comes after `limit` at the latest, and when we end ourselves.
-[[nodiscard]] QCoro::Task<ProgramResult> runProgram(QString program, QStringList arguments,
-                                                    std::chrono::milliseconds limit);
+[[nodiscard]] QCoro::Task<ProgramResult> runProgram(
+    QString program, QStringList arguments, std::chrono::milliseconds limit);
 
 }  // namespace tralio

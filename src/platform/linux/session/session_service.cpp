@@ -32,8 +32,8 @@ SessionService::Claim SessionService::claim() {
         return Claim::noSessionBus;
     }
     // The object first: whoever waits for the name calls as soon as it is there.
-    m_bus.registerObject(QLatin1String(path), this,
-                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAdaptors);
+    m_bus.registerObject(
+        QLatin1String(path), this, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAdaptors);
     if (m_bus.registerService(QLatin1String(name)))
         return Claim::claimed;
     m_bus.unregisterObject(QLatin1String(path));
@@ -44,8 +44,8 @@ SessionService::Claim SessionService::claim() {
 }
 
 bool SessionService::openRunningInstance() const {
-    auto activate = QDBusMessage::createMethodCall(QLatin1String(name), QLatin1String(path),
-                                                   u"org.freedesktop.Application"_s, u"Activate"_s);
+    auto activate = QDBusMessage::createMethodCall(
+        QLatin1String(name), QLatin1String(path), u"org.freedesktop.Application"_s, u"Activate"_s);
     QVariantMap platformData;
     if (const QString token = tralio::activationToken(); !token.isEmpty())
         platformData.insert(u"activation-token"_s, token);
@@ -88,8 +88,8 @@ void SessionService::run(std::function<void()> action, const QString& activation
         Qt::QueuedConnection);
 }
 
-void SessionService::runNamed(const QString& action, const QVariantList& parameter,
-                              const QString& activationToken) {
+void SessionService::runNamed(
+    const QString& action, const QVariantList& parameter, const QString& activationToken) {
     if (action == u"open")
         run(m_actions.open, activationToken);
     else if (action == u"translate-selection")

@@ -33,8 +33,8 @@ StatusNotifierPixmaps pixmapsOf(const QIcon& icon) {
         const QImage image = icon.pixmap(size, 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
         StatusNotifierPixmap pixmap{image.width(), image.height(), QByteArray(image.sizeInBytes(), 0)};
         // A line of 32-bit pixels has no padding.
-        qToBigEndian<quint32>(image.constBits(), image.width() * qsizetype(image.height()),
-                              pixmap.pixels.data());
+        qToBigEndian<quint32>(
+            image.constBits(), image.width() * qsizetype(image.height()), pixmap.pixels.data());
         pixmaps.append(pixmap);
     }
     return pixmaps;
@@ -75,8 +75,8 @@ StatusNotifierItem::StatusNotifierItem(const QString& title, const QIcon& icon, 
     qDBusRegisterMetaType<StatusNotifierPixmap>();
     qDBusRegisterMetaType<StatusNotifierPixmaps>();
     qDBusRegisterMetaType<StatusNotifierToolTip>();
-    m_bus.registerObject(itemPath, this,
-                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties);
+    m_bus.registerObject(
+        itemPath, this, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties);
     const auto* watcher =
         new QDBusServiceWatcher(watcherName, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, [this] {
@@ -94,8 +94,8 @@ StatusNotifierItem::~StatusNotifierItem() {
 }
 
 void StatusNotifierItem::lookForTray() {
-    auto ask = QDBusMessage::createMethodCall(watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s,
-                                              u"Get"_s);
+    auto ask = QDBusMessage::createMethodCall(
+        watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     ask << QString(watcherName) << QString(hostProperty);
     ask.setAutoStartService(false);
     auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(ask), this);
@@ -125,8 +125,8 @@ void StatusNotifierItem::setTray(bool present) {
 
 void StatusNotifierItem::join() {
     m_bus.registerService(nameOnBus());
-    auto registration = QDBusMessage::createMethodCall(watcherName, watcherPath, watcherName,
-                                                       u"RegisterStatusNotifierItem"_s);
+    auto registration = QDBusMessage::createMethodCall(
+        watcherName, watcherPath, watcherName, u"RegisterStatusNotifierItem"_s);
     registration << nameOnBus();
     m_bus.asyncCall(registration);
 }

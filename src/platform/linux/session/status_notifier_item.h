@@ -43,8 +43,8 @@ class StatusNotifierItem final : public QObject {
     Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
 
 public:
-    StatusNotifierItem(const QString& title, const QIcon& icon,
-                       QDBusConnection bus = QDBusConnection::sessionBus());
+    StatusNotifierItem(
+        const QString& title, const QIcon& icon, QDBusConnection bus = QDBusConnection::sessionBus());
     ~StatusNotifierItem() override;
 
     [[nodiscard]] QString category() const;

@@ -12,9 +12,8 @@ EventHandlerRef UnavailableDesktop::HotKeys::installEventHandler(EventHandler /*
     return EventHandlerRef{};
 }
 
-HotKeyPlatform::Registration UnavailableDesktop::HotKeys::registerHotKey(quint32 /*keyCode*/,
-                                                                         quint32 /*modifiers*/,
-                                                                         HotKeyID /*id*/) {
+HotKeyPlatform::Registration UnavailableDesktop::HotKeys::registerHotKey(
+    quint32 /*keyCode*/, quint32 /*modifiers*/, HotKeyID /*id*/) {
     return {notAvailable, std::nullopt};
 }
 
@@ -43,8 +42,8 @@ void UnavailableDesktop::NoKeyEvents::post(const KeyEvent& /*event*/) {}
 void UnavailableDesktop::NoKeyEvents::postToProcess(qint32 /*processId*/, const KeyEvent& /*event*/) {}
 
 ToolkitPasteboard::ToolkitPasteboard() {
-    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, &m_context,
-                     [this] { ++m_changeCount; });
+    QObject::connect(
+        QGuiApplication::clipboard(), &QClipboard::dataChanged, &m_context, [this] { ++m_changeCount; });
 }
 
 std::optional<QString> ToolkitPasteboard::string() {

@@ -29,17 +29,11 @@ struct Word {
 
 std::span<const Word> words(Captions::Hint hint) {
     using enum Word::Kind;
-    static const Word draw[] = {{Text, u"Kéo chuột khoanh vùng chứa chữ"_s},
-                                {Gap},
-                                {Key, u"←↑↓→"_s},
-                                {Text, u"Dùng bàn phím"_s},
-                                {Gap},
-                                {Key, u"Esc"_s},
-                                {Text, u"Hủy"_s}};
-    static const Word keys[] = {
-        {Key, u"←↑↓→"_s}, {Text, u"Di chuyển"_s}, {Gap}, {Key, u"Shift"_s}, {Text, u"Đổi cỡ"_s},      {Gap},
-        {Key, u"Ctrl"_s}, {Text, u"Nhanh hơn"_s}, {Gap}, {Key, u"Enter"_s}, {Text, u"Chụp & dịch"_s}, {Gap},
-        {Key, u"Esc"_s},  {Text, u"Hủy"_s}};
+    static const Word draw[] = {{Text, u"Kéo chuột khoanh vùng chứa chữ"_s}, {Gap}, {Key, u"←↑↓→"_s},
+        {Text, u"Dùng bàn phím"_s}, {Gap}, {Key, u"Esc"_s}, {Text, u"Hủy"_s}};
+    static const Word keys[] = {{Key, u"←↑↓→"_s}, {Text, u"Di chuyển"_s}, {Gap}, {Key, u"Shift"_s},
+        {Text, u"Đổi cỡ"_s}, {Gap}, {Key, u"Ctrl"_s}, {Text, u"Nhanh hơn"_s}, {Gap}, {Key, u"Enter"_s},
+        {Text, u"Chụp & dịch"_s}, {Gap}, {Key, u"Esc"_s}, {Text, u"Hủy"_s}};
     return hint == Captions::Hint::Draw ? std::span<const Word>(draw) : std::span<const Word>(keys);
 }
 
@@ -55,7 +49,7 @@ QFont font(int size, QFont::Weight weight) {
 /// An image for drawing in logical pixels.
 QImage canvas(QSizeF logical, double scale) {
     QImage image(int(std::ceil(logical.width() * scale)), int(std::ceil(logical.height() * scale)),
-                 QImage::Format_ARGB32_Premultiplied);
+        QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(scale);
     image.fill(Qt::transparent);
     return image;
@@ -127,8 +121,8 @@ QImage Captions::drawHint(Hint hint, double scale, int mostPixels) const {
         if (word.kind == Word::Kind::Gap)
             continue;
         if (word.kind == Word::Kind::Key) {
-            place = QRectF(place.x(), (style.height - style.keyHeight) / 2, advance - style.space,
-                           style.keyHeight);
+            place = QRectF(
+                place.x(), (style.height - style.keyHeight) / 2, advance - style.space, style.keyHeight);
             drawPlate(painter, place, 5, keyGround, keyEdge);
         }
         const bool isKey = word.kind == Word::Kind::Key;

@@ -69,8 +69,8 @@ void Decoration::addHandles(Overlay::Scene& scene, const Monitor& monitor) {
 void Decoration::addSize(Overlay::Scene& scene, const RegionSelection& selection, const Monitor& monitor) {
     const QRect area = *scene.area;
     m_size = XPicture::fromImage(m_display, m_captions.drawSize(area.size(), monitor.scale));
-    const QRect place = placeSizeLabel(m_size->size(), area, selection.activeCorner(), monitor.area,
-                                       monitor.pixels(labelGap));
+    const QRect place = placeSizeLabel(
+        m_size->size(), area, selection.activeCorner(), monitor.area, monitor.pixels(labelGap));
     scene.marks.push_back({&*m_size, place.topLeft()});
 }
 

@@ -21,7 +21,7 @@ void FrozenScreen::freeze() {
     const quint32 withWindows = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
     const xcb_render_picture_t screen = xcb_generate_id(m_display.xcb());
     xcb_render_create_picture(m_display.xcb(), screen, m_display.root(), m_display.screenFormat(),
-                              XCB_RENDER_CP_SUBWINDOW_MODE, &withWindows);
+        XCB_RENDER_CP_SUBWINDOW_MODE, &withWindows);
     m_bright.copyFrom(screen, whole);
     xcb_render_free_picture(m_display.xcb(), screen);
 
@@ -32,14 +32,13 @@ void FrozenScreen::freeze() {
 QImage FrozenScreen::cut(const QRect& part) const {
     XPicture pixels = XPicture::withoutAlpha(m_display, part.size());
     xcb_render_composite(m_display.xcb(), XCB_RENDER_PICT_OP_SRC, m_bright.picture(), XCB_NONE,
-                         pixels.picture(), qint16(part.x()), qint16(part.y()), 0, 0, 0, 0,
-                         quint16(part.width()), quint16(part.height()));
+        pixels.picture(), qint16(part.x()), qint16(part.y()), 0, 0, 0, 0, quint16(part.width()),
+        quint16(part.height()));
     constexpr quint32 allPlanes = ~0U;
-    const XcbPtr<xcb_get_image_reply_t> reply{
-        xcb_get_image_reply(m_display.xcb(),
-                            xcb_get_image(m_display.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixels.pixmap(), 0, 0,
-                                          quint16(part.width()), quint16(part.height()), allPlanes),
-                            nullptr)};
+    const XcbPtr<xcb_get_image_reply_t> reply{xcb_get_image_reply(m_display.xcb(),
+        xcb_get_image(m_display.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixels.pixmap(), 0, 0,
+            quint16(part.width()), quint16(part.height()), allPlanes),
+        nullptr)};
     const qsizetype needed = qsizetype(part.width()) * part.height() * 4;
     if (!reply || xcb_get_image_data_length(reply.get()) < needed)
         throw std::runtime_error("the X server does not give the picture");

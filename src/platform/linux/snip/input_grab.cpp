@@ -25,16 +25,16 @@ public:
     GrabRequests(const XDisplay& display, xcb_cursor_t cursor)
         : m_xcb(display.xcb()),
           m_pointer(xcb_grab_pointer(m_xcb, 0, display.root(), pointerEvents, XCB_GRAB_MODE_ASYNC,
-                                     XCB_GRAB_MODE_ASYNC, XCB_NONE, cursor, XCB_CURRENT_TIME)),
-          m_keyboard(xcb_grab_keyboard(m_xcb, 0, display.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
-                                       XCB_GRAB_MODE_ASYNC)) {}
+              XCB_GRAB_MODE_ASYNC, XCB_NONE, cursor, XCB_CURRENT_TIME)),
+          m_keyboard(xcb_grab_keyboard(
+              m_xcb, 0, display.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)) {}
 
     /// To be asked once.
     [[nodiscard]] Outcome outcome() const {
         const XcbPtr<xcb_grab_pointer_reply_t> pointer{xcb_grab_pointer_reply(m_xcb, m_pointer, nullptr)};
         const XcbPtr<xcb_grab_keyboard_reply_t> keyboard{xcb_grab_keyboard_reply(m_xcb, m_keyboard, nullptr)};
         return {pointer && pointer->status == XCB_GRAB_STATUS_SUCCESS,
-                keyboard && keyboard->status == XCB_GRAB_STATUS_SUCCESS};
+            keyboard && keyboard->status == XCB_GRAB_STATUS_SUCCESS};
     }
 
 private:

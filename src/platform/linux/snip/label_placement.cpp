@@ -16,7 +16,7 @@ int beside(int place, int length, int gap, bool after) {
 bool coversCorner(const QRect& label, const QRect& area, int gap) {
     const QRect kept = label.adjusted(1 - gap, 1 - gap, gap - 1, gap - 1);
     return kept.contains(area.topLeft()) || kept.contains(area.topRight()) ||
-           kept.contains(area.bottomLeft()) || kept.contains(area.bottomRight());
+        kept.contains(area.bottomLeft()) || kept.contains(area.bottomRight());
 }
 
 }  // namespace

@@ -30,17 +30,19 @@ MonitorLayout::MonitorLayout(std::vector<Monitor> monitors) : m_monitors(std::mo
 }
 
 const Monitor& MonitorLayout::at(QPoint place) const {
-    return *std::min_element(m_monitors.begin(), m_monitors.end(),
-                             [place](const Monitor& one, const Monitor& other) {
-                                 return distance(one.area, place) < distance(other.area, place);
-                             });
+    return *std::min_element(
+        m_monitors.begin(), m_monitors.end(),
+        [place](const Monitor& one, const Monitor& other) {
+            return distance(one.area, place) < distance(other.area, place);
+        });
 }
 
 double MonitorLayout::scaleOf(const QRect& area) const {
-    return std::max_element(m_monitors.begin(), m_monitors.end(),
-                            [&area](const Monitor& one, const Monitor& other) {
-                                return sharedPixels(one.area, area) < sharedPixels(other.area, area);
-                            })
+    return std::max_element(
+        m_monitors.begin(), m_monitors.end(),
+        [&area](const Monitor& one, const Monitor& other) {
+            return sharedPixels(one.area, area) < sharedPixels(other.area, area);
+        })
         ->scale;
 }
 

@@ -29,15 +29,14 @@ Overlay::Overlay(const XDisplay& display, const FrozenScreen& screen)
       m_frame(XPicture::likeScreen(display, screen.size())),
       m_window(xcb_generate_id(display.xcb())),
       m_context(xcb_generate_id(display.xcb())) {
-    const quint32 values[] = {screen.dimmed().pixmap(), 1,
-                              XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_VISIBILITY_CHANGE};
+    const quint32 values[] = {
+        screen.dimmed().pixmap(), 1, XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_VISIBILITY_CHANGE};
     xcb_create_window(display.xcb(), XCB_COPY_FROM_PARENT, m_window, display.root(), 0, 0,
-                      quint16(screen.size().width()), quint16(screen.size().height()), 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-                      XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+        quint16(screen.size().width()), quint16(screen.size().height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+        XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
     constexpr std::string_view windowClass("tralio-snip\0tralio-snip\0", 24);
     xcb_change_property(display.xcb(), XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                        quint32(windowClass.size()), windowClass.data());
+        quint32(windowClass.size()), windowClass.data());
     const quint32 noEvents = 0;  // copies within the server would each report that they are done
     xcb_create_gc(display.xcb(), m_context, m_window, XCB_GC_GRAPHICS_EXPOSURES, &noEvents);
 }
@@ -104,7 +103,7 @@ void Overlay::handle(const xcb_generic_event_t& event) {
 void Overlay::copyToWindow(const QRect& part) {
     const xcb_rectangle_t area = toX(part);
     xcb_copy_area(m_display.xcb(), m_frame.pixmap(), m_window, m_context, area.x, area.y, area.x, area.y,
-                  area.width, area.height);
+        area.width, area.height);
 }
 
 }  // namespace tralio

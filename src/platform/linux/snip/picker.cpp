@@ -133,8 +133,8 @@ void Picker::pressKey(const xcb_key_press_event_t& event) {
         m_selection.confirm();
     else if (const auto direction = arrowOf(key))
         m_selection.pressArrow(*direction,
-                               event.state & XCB_MOD_MASK_SHIFT ? ArrowEffect::Resize : ArrowEffect::Move,
-                               event.state & XCB_MOD_MASK_CONTROL ? Stride::Coarse : Stride::Fine);
+            event.state & XCB_MOD_MASK_SHIFT ? ArrowEffect::Resize : ArrowEffect::Move,
+            event.state & XCB_MOD_MASK_CONTROL ? Stride::Coarse : Stride::Fine);
 }
 
 void Picker::waitForEvent(bool isFading) const {
@@ -149,7 +149,7 @@ xcb_cursor_t Picker::crossFor(double scale) {
     const XPicture cross = XPicture::fromImage(m_display, drawCross(scale));
     const xcb_cursor_t cursor = xcb_generate_id(m_display.xcb());
     xcb_render_create_cursor(m_display.xcb(), cursor, cross.picture(), quint16(cross.size().width() / 2),
-                             quint16(cross.size().height() / 2));
+        quint16(cross.size().height() / 2));
     m_crosses.emplace(scale, cursor);
     return cursor;
 }

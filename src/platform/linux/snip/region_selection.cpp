@@ -25,7 +25,7 @@ QRect movedInto(const QRect& bounds, QRect area) {
 /// From one pixel to another, both within.
 QRect spanned(QPoint one, QPoint other) {
     return {QPoint(std::min(one.x(), other.x()), std::min(one.y(), other.y())),
-            QPoint(std::max(one.x(), other.x()), std::max(one.y(), other.y()))};
+        QPoint(std::max(one.x(), other.x()), std::max(one.y(), other.y()))};
 }
 
 }  // namespace
@@ -103,7 +103,7 @@ bool RegionSelection::isOver() const {
 
 std::optional<QRect> RegionSelection::area() const {
     const bool stands = m_stage == Stage::Placed || m_stage == Stage::Adjusting ||
-                        m_stage == Stage::Confirmed || (m_stage == Stage::Drawing && isDrag());
+        m_stage == Stage::Confirmed || (m_stage == Stage::Drawing && isDrag());
     return stands ? std::optional(m_area) : std::nullopt;
 }
 

@@ -20,10 +20,9 @@ std::optional<double> fromEnvironment(const char* name) {
 }
 
 std::optional<double> resolutionOf(const QString& resources) {
-    for (const QString& line : resources.split(u'\n')) {
+    for (const QString& line : resources.split(u'\n'))
         if (line.startsWith(u"Xft.dpi:"))
             return positive(line.section(u':', 1));
-    }
     return std::nullopt;
 }
 

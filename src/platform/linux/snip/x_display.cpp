@@ -82,7 +82,7 @@ MonitorLayout XDisplay::monitors() const {
             for (auto i = xcb_randr_get_monitors_monitors_iterator(reply.get()); i.rem > 0;
                  xcb_randr_monitor_info_next(&i)) {
                 found.emplace_back(QRect(i.data->x, i.data->y, i.data->width, i.data->height),
-                                   xcb_get_atom_name(xcb(), i.data->name));
+                    xcb_get_atom_name(xcb(), i.data->name));
             }
         }
         for (const auto& [area, cookie] : found) {
@@ -110,13 +110,13 @@ void XDisplay::check() const {
 
 QString XDisplay::resources() const {
     constexpr quint32 maxWords = 1U << 16;
-    const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(
-        xcb(), xcb_get_property(xcb(), 0, root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, maxWords),
+    const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(xcb(),
+        xcb_get_property(xcb(), 0, root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, maxWords),
         nullptr)};
     if (!reply)
         return {};
     return QString::fromLatin1(static_cast<const char*>(xcb_get_property_value(reply.get())),
-                               xcb_get_property_value_length(reply.get()));
+        xcb_get_property_value_length(reply.get()));
 }
 
 QString XDisplay::atomName(xcb_get_atom_name_cookie_t cookie) const {

@@ -21,9 +21,8 @@ std::vector<xcb_rectangle_t> allToX(std::span<const QRect> rectangles) {
 
 /// The protocol wants colours with their alpha multiplied in.
 xcb_render_color_t toX(const QColor& color) {
-    const auto channel = [&color](float value) {
-        return quint16(std::lround(value * color.alphaF() * 0xffff));
-    };
+    const auto channel = [&color](
+                             float value) { return quint16(std::lround(value * color.alphaF() * 0xffff)); };
     return {channel(color.redF()), channel(color.greenF()), channel(color.blueF()), channel(1)};
 }
 
@@ -31,7 +30,7 @@ xcb_render_color_t toX(const QColor& color) {
 
 xcb_rectangle_t toX(const QRect& rectangle) {
     return {qint16(rectangle.x()), qint16(rectangle.y()), quint16(rectangle.width()),
-            quint16(rectangle.height())};
+        quint16(rectangle.height())};
 }
 
 XPicture XPicture::likeScreen(const XDisplay& display, QSize size) {
@@ -49,8 +48,7 @@ XPicture XPicture::fromImage(const XDisplay& display, const QImage& image) {
     xcb_create_gc(display.xcb(), context, result.m_pixmap, 0, nullptr);
     // Captions and marks: far below the size that a request may have.
     xcb_put_image(display.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, result.m_pixmap, context, quint16(pixels.width()),
-                  quint16(pixels.height()), 0, 0, 0, alphaDepth, quint32(pixels.sizeInBytes()),
-                  pixels.constBits());
+        quint16(pixels.height()), 0, 0, 0, alphaDepth, quint32(pixels.sizeInBytes()), pixels.constBits());
     xcb_free_gc(display.xcb(), context);
     return result;
 }
@@ -60,8 +58,8 @@ XPicture::XPicture(const XDisplay& display, QSize size, quint8 depth, xcb_render
       m_size(size),
       m_pixmap(xcb_generate_id(display.xcb())),
       m_picture(xcb_generate_id(display.xcb())) {
-    xcb_create_pixmap(display.xcb(), depth, m_pixmap, display.root(), quint16(size.width()),
-                      quint16(size.height()));
+    xcb_create_pixmap(
+        display.xcb(), depth, m_pixmap, display.root(), quint16(size.width()), quint16(size.height()));
     xcb_render_create_picture(display.xcb(), m_picture, m_pixmap, format, 0, nullptr);
 }
 
@@ -88,8 +86,8 @@ XPicture::~XPicture() {
 
 void XPicture::clipTo(std::span<const QRect> region) {
     const auto rectangles = allToX(region);
-    xcb_render_set_picture_clip_rectangles(m_display->xcb(), m_picture, 0, 0, quint32(rectangles.size()),
-                                           rectangles.data());
+    xcb_render_set_picture_clip_rectangles(
+        m_display->xcb(), m_picture, 0, 0, quint32(rectangles.size()), rectangles.data());
 }
 
 void XPicture::liftClip() {
@@ -100,7 +98,7 @@ void XPicture::liftClip() {
 void XPicture::copyFrom(xcb_render_picture_t source, const QRect& part) {
     const xcb_rectangle_t area = toX(part);
     xcb_render_composite(m_display->xcb(), XCB_RENDER_PICT_OP_SRC, source, XCB_NONE, m_picture, area.x,
-                         area.y, 0, 0, area.x, area.y, area.width, area.height);
+        area.y, 0, 0, area.x, area.y, area.width, area.height);
 }
 
 void XPicture::lay(const XPicture& other, QPoint place, double opacity) {
@@ -110,8 +108,8 @@ void XPicture::lay(const XPicture& other, QPoint place, double opacity) {
         xcb_render_create_solid_fill(m_display->xcb(), mask, toX(QColor::fromRgbF(1, 1, 1, float(opacity))));
     }
     xcb_render_composite(m_display->xcb(), XCB_RENDER_PICT_OP_OVER, other.m_picture, mask, m_picture, 0, 0, 0,
-                         0, qint16(place.x()), qint16(place.y()), quint16(other.m_size.width()),
-                         quint16(other.m_size.height()));
+        0, qint16(place.x()), qint16(place.y()), quint16(other.m_size.width()),
+        quint16(other.m_size.height()));
     if (mask != XCB_NONE)
         xcb_render_free_picture(m_display->xcb(), mask);
 }
@@ -119,7 +117,7 @@ void XPicture::lay(const XPicture& other, QPoint place, double opacity) {
 void XPicture::fill(std::span<const QRect> areas, const QColor& color) {
     const auto rectangles = allToX(areas);
     xcb_render_fill_rectangles(m_display->xcb(), XCB_RENDER_PICT_OP_OVER, m_picture, toX(color),
-                               quint32(rectangles.size()), rectangles.data());
+        quint32(rectangles.size()), rectangles.data());
 }
 
 }  // namespace tralio

@@ -18,7 +18,7 @@ constexpr QStringView noEngine = u"dummy";
 QString sessionSocket() {
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     return (runtime.isEmpty() ? qEnvironmentVariable("HOME") + u"/.cache"_s : runtime) +
-           u"/speech-dispatcher/speechd.sock"_s;
+        u"/speech-dispatcher/speechd.sock"_s;
 }
 
 QStringList linesOf(const SsipConnection::Reply& reply) {
@@ -73,7 +73,8 @@ void SpeechDispatcher::startDaemon() {
     // It goes into the background as soon as it listens, or nearly so.
     restart(m_startLimit, m_limits.start, [this] { fail(u"the speech daemon does not start"_s); });
     m_starter = new QProcess(this);
-    connect(m_starter, &QProcess::errorOccurred, this, [this] { fail(m_starter->errorString()); });
+    connect(
+        m_starter, &QProcess::errorOccurred, this, [this] { fail(m_starter->errorString()); });
     connect(m_starter, &QProcess::finished, this, [this](int status) {
         if (status == 0)
             connectToDaemon();
@@ -83,19 +84,18 @@ void SpeechDispatcher::startDaemon() {
     m_starter->setStandardInputFile(QProcess::nullDevice());
     m_starter->setStandardOutputFile(QProcess::nullDevice());
     m_starter->setStandardErrorFile(QProcess::nullDevice());
-    m_starter->start(m_program, {u"--spawn"_s, u"--communication-method"_s, u"unix_socket"_s,
-                                 u"--socket-path"_s, m_socketPath});
+    m_starter->start(m_program,
+        {u"--spawn"_s, u"--communication-method"_s, u"unix_socket"_s, u"--socket-path"_s, m_socketPath});
 }
 
 void SpeechDispatcher::introduce() {
     endStart();
-    m_connection->send("SET SELF CLIENT_NAME " + qEnvironmentVariable("USER", u"user"_s).toUtf8() +
-                       ":tralio:main");
+    m_connection->send(
+        "SET SELF CLIENT_NAME " + qEnvironmentVariable("USER", u"user"_s).toUtf8() + ":tralio:main");
     m_connection->send("SET SELF NOTIFICATION ALL on");
     m_connection->send("SET SELF SSML_MODE on");
-    m_connection->send("GET LANGUAGE", [this](const SsipConnection::Reply& reply) {
-        m_defaultLanguage = linesOf(reply).value(0);
-    });
+    m_connection->send("GET LANGUAGE",
+        [this](const SsipConnection::Reply& reply) { m_defaultLanguage = linesOf(reply).value(0); });
     m_connection->send("GET OUTPUT_MODULE", [this](const SsipConnection::Reply& reply) {
         const QString first = linesOf(reply).value(0);
         m_connection->send("LIST OUTPUT_MODULES", [this, first](const SsipConnection::Reply& modules) {
@@ -135,15 +135,15 @@ void SpeechDispatcher::begin() {
     m_connection->send("SET SELF OUTPUT_MODULE " + voice.module.toUtf8());
     m_connection->send("SET SELF LANGUAGE " + voice.language.toUtf8());
     m_connection->speak(withMarks(m_reading->utterance.text),
-                        [this, number = m_reading->number](const SsipConnection::Reply& reply) {
-                            if (!isPresent(number))
-                                return;
-                            m_reading->message = linesOf(reply).value(0).toLongLong();
-                            if (reply.isSuccess())
-                                watch();
-                            else
-                                fail(u"the speech daemon refuses the text"_s);
-                        });
+        [this, number = m_reading->number](const SsipConnection::Reply& reply) {
+            if (!isPresent(number))
+                return;
+            m_reading->message = linesOf(reply).value(0).toLongLong();
+            if (reply.isSuccess())
+                watch();
+            else
+                fail(u"the speech daemon refuses the text"_s);
+        });
 }
 
 void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
@@ -156,19 +156,22 @@ void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
 }
 
 void SpeechDispatcher::watch() {
-    restart(m_quietLimit, m_limits.quiet, [this] {
-        // Only an engine can tell its voices. It is asked rarely, for while it looks them up the daemon
-        // serves nobody.
-        m_connection->send("LIST SYNTHESIS_VOICES",
-                           [this, number = m_reading->number](const SsipConnection::Reply& reply) {
-                               if (!isPresent(number))
-                                   return;
-                               if (reply.isSuccess())
-                                   watch();
-                               else
-                                   fail(u"the speech engine has died"_s);
-                           });
-    });
+    restart(
+        m_quietLimit, m_limits.quiet,
+        [this] {
+            // Only an engine can tell its voices. It is asked rarely, for while it looks them up the daemon
+            // serves nobody.
+            m_connection->send(
+                "LIST SYNTHESIS_VOICES",
+                [this, number = m_reading->number](const SsipConnection::Reply& reply) {
+                    if (!isPresent(number))
+                        return;
+                    if (reply.isSuccess())
+                        watch();
+                    else
+                        fail(u"the speech engine has died"_s);
+                });
+        });
 }
 
 void SpeechDispatcher::fail(const QString& reason) {
@@ -191,7 +194,8 @@ void SpeechDispatcher::endReading() {
 
 void SpeechDispatcher::waitIdly() {
     if (m_modules)
-        restart(m_idleLimit, m_limits.idle, [this] { dropConnection(); });
+        restart(
+            m_idleLimit, m_limits.idle, [this] { dropConnection(); });
 }
 
 void SpeechDispatcher::endStart() {

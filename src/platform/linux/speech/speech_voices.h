@@ -29,8 +29,8 @@ struct SpeechVoice {
 
 /// The voice for the most wanted of the tags that any engine has, from the first engine that has it. The
 /// closest language counts: the tag's own, then the language without a region, then any region of it.
-[[nodiscard]] std::optional<SpeechVoice> chooseVoice(const QStringList& tags,
-                                                     const std::vector<SpeechModule>& modules);
+[[nodiscard]] std::optional<SpeechVoice> chooseVoice(
+    const QStringList& tags, const std::vector<SpeechModule>& modules);
 
 /// The text as SSML with marks between sentences, and within very long ones. The daemon tells when it passes
 /// a mark, which is the only sign of life that it gives in the midst of a text.

@@ -61,13 +61,13 @@ std::unique_ptr<DataControl> DataControl::open(WaylandConnection& connection) {
 }
 
 DataControl::DataControl(WaylandConnection& connection, const DataControlProtocol& protocol,
-                         WaylandObject manager, WaylandObject seat)
+    WaylandObject manager, WaylandObject seat)
     : m_connection(connection),
       m_protocol(protocol),
       m_manager(std::move(manager)),
       m_seat(std::move(seat)),
       m_device(makeObject(m_manager.get(), Protocol::ManagerRequest::getDataDevice, protocol.device,
-                          newObject, m_seat.get())) {
+          newObject, m_seat.get())) {
     addListener(m_device.get(), deviceListener, this);
     // What is there already comes at once, and would pass for new if it came later.
     m_connection.sync(QDeadlineTimer(initialLimit));
@@ -119,23 +119,22 @@ std::optional<QString> DataControl::text(Selection selection, QDeadlineTimer dea
     if (m_source && selection == Selection::clipboard)
         return m_ownText;
     const QStringList offered = mimeTypes(selection);
-    const auto* type = std::find_if(textTypes.begin(), textTypes.end(), [&](const char* candidate) {
-        return offered.contains(QLatin1String(candidate));
-    });
+    const auto* type = std::find_if(textTypes.begin(), textTypes.end(),
+        [&](const char* candidate) { return offered.contains(QLatin1String(candidate)); });
     if (type == textTypes.end())
         return std::nullopt;
     const auto bytes = content(selection, QLatin1String(*type), deadline);
     return bytes ? std::optional(QString::fromUtf8(*bytes)) : std::nullopt;
 }
 
-std::optional<QByteArray> DataControl::content(Selection selection, const QString& mimeType,
-                                               QDeadlineTimer deadline) {
+std::optional<QByteArray> DataControl::content(
+    Selection selection, const QString& mimeType, QDeadlineTimer deadline) {
     const auto& offer = state(selection).offer;
     DataPipeReader pipe;
     if (!offer || !pipe.isOpen())
         return std::nullopt;
-    sendRequest(offer->object.get(), Protocol::OfferRequest::receive, mimeType.toUtf8().constData(),
-                pipe.writeEnd());
+    sendRequest(
+        offer->object.get(), Protocol::OfferRequest::receive, mimeType.toUtf8().constData(), pipe.writeEnd());
     m_connection.flush();
     pipe.closeWriteEnd();
     return pipe.readAll(deadline);

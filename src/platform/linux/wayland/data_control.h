@@ -41,8 +41,8 @@ public:
     [[nodiscard]] QStringList mimeTypes(Selection selection);
 
     /// The content of one kind.
-    [[nodiscard]] std::optional<QByteArray> content(Selection selection, const QString& mimeType,
-                                                    QDeadlineTimer deadline);
+    [[nodiscard]] std::optional<QByteArray> content(
+        Selection selection, const QString& mimeType, QDeadlineTimer deadline);
 
     void setClipboard(const QString& text);
     [[nodiscard]] bool ownsClipboard() const { return m_source != nullptr; }
@@ -62,7 +62,7 @@ private:
     };
 
     DataControl(WaylandConnection& connection, const DataControlProtocol& protocol, WaylandObject manager,
-                WaylandObject seat);
+        WaylandObject seat);
 
     static const DataControlProtocol::DeviceListener deviceListener;
     static const DataControlProtocol::OfferListener offerListener;

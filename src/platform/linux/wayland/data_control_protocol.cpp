@@ -6,11 +6,9 @@ namespace tralio {
 
 const DataControlProtocol& DataControlProtocol::get(Family family) {
     static const DataControlProtocol ext({"ext_data_control_manager_v1", "ext_data_control_device_v1",
-                                          "ext_data_control_source_v1", "ext_data_control_offer_v1", 1,
-                                          "?o"});
+        "ext_data_control_source_v1", "ext_data_control_offer_v1", 1, "?o"});
     static const DataControlProtocol wlr({"zwlr_data_control_manager_v1", "zwlr_data_control_device_v1",
-                                          "zwlr_data_control_source_v1", "zwlr_data_control_offer_v1", 2,
-                                          "2?o"});
+        "zwlr_data_control_source_v1", "zwlr_data_control_offer_v1", 2, "2?o"});
     return family == Family::ext ? ext : wlr;
 }
 
@@ -24,15 +22,11 @@ DataControlProtocol::DataControlProtocol(const Names& names)
       offer{names.offer, static_cast<int>(version), 2, m_offerRequests, 1, m_offerEvents},
       m_deviceAndSeatTypes{&device, &wl_seat_interface},
       m_managerRequests{{"create_data_source", "n", m_sourceType},
-                        {"get_data_device", "no", m_deviceAndSeatTypes},
-                        {"destroy", "", m_noTypes}},
-      m_deviceRequests{{"set_selection", "?o", m_sourceType},
-                       {"destroy", "", m_noTypes},
-                       {"set_primary_selection", names.primarySignature, m_sourceType}},
-      m_deviceEvents{{"data_offer", "n", m_offerType},
-                     {"selection", "?o", m_offerType},
-                     {"finished", "", m_noTypes},
-                     {"primary_selection", names.primarySignature, m_offerType}},
+          {"get_data_device", "no", m_deviceAndSeatTypes}, {"destroy", "", m_noTypes}},
+      m_deviceRequests{{"set_selection", "?o", m_sourceType}, {"destroy", "", m_noTypes},
+          {"set_primary_selection", names.primarySignature, m_sourceType}},
+      m_deviceEvents{{"data_offer", "n", m_offerType}, {"selection", "?o", m_offerType},
+          {"finished", "", m_noTypes}, {"primary_selection", names.primarySignature, m_offerType}},
       m_sourceRequests{{"offer", "s", m_noTypes}, {"destroy", "", m_noTypes}},
       m_sourceEvents{{"send", "sh", m_noTypes}, {"cancelled", "", m_noTypes}},
       m_offerRequests{{"receive", "sh", m_noTypes}, {"destroy", "", m_noTypes}},

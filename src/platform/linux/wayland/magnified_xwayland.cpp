@@ -25,7 +25,7 @@ Screen& screen(void* data) {
 // wl_output's first two versions.
 constexpr wl_output_listener screenListener{
     .geometry = [](void*, wl_output*, qint32, qint32, qint32, qint32, qint32, const char*, const char*,
-                   qint32) {},
+                    qint32) {},
     .mode =
         [](void* data, wl_output*, quint32 flags, qint32 width, qint32 height, qint32 /*refresh*/) {
             if (flags & WL_OUTPUT_MODE_CURRENT)
@@ -62,11 +62,10 @@ qint64 pixelsOfX11() {
         xcb_randr_get_monitors_reply(xcb, xcb_randr_get_monitors(xcb, root, 1), nullptr)};
     xcb_discard_reply(xcb, version.sequence);
     qint64 pixels = 0;
-    if (monitors) {
+    if (monitors)
         for (auto i = xcb_randr_get_monitors_monitors_iterator(monitors.get()); i.rem > 0;
              xcb_randr_monitor_info_next(&i))
             pixels += qint64{i.data->width} * i.data->height;
-    }
     return pixels;
 }
 
@@ -78,9 +77,9 @@ bool isXwaylandMagnified() {
         std::any_of(screens.begin(), screens.end(), [](const Screen& screen) { return screen.scale > 1; });
     // Asked only then, because the question starts an X server where none runs yet.
     return isAnyDense &&
-           pixelsOfX11() < std::accumulate(
-                               screens.begin(), screens.end(), qint64{0},
-                               [](qint64 sum, const Screen& screen) { return sum + screen.pixels; });
+        pixelsOfX11() < std::accumulate(
+                            screens.begin(), screens.end(), qint64{0},
+                            [](qint64 sum, const Screen& screen) { return sum + screen.pixels; });
 }
 
 }  // namespace tralio

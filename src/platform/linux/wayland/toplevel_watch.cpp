@@ -12,16 +12,14 @@ extern const wl_interface handleInterface;
 const wl_interface* noTypes[5] = {};
 const wl_interface* handleType[1] = {&handleInterface};
 
-const wl_message handleRequests[] = {{"set_maximized", "", noTypes},      {"unset_maximized", "", noTypes},
-                                     {"set_minimized", "", noTypes},      {"unset_minimized", "", noTypes},
-                                     {"activate", "o", noTypes},          {"close", "", noTypes},
-                                     {"set_rectangle", "oiiii", noTypes}, {"destroy", "", noTypes}};
+const wl_message handleRequests[] = {{"set_maximized", "", noTypes}, {"unset_maximized", "", noTypes},
+    {"set_minimized", "", noTypes}, {"unset_minimized", "", noTypes}, {"activate", "o", noTypes},
+    {"close", "", noTypes}, {"set_rectangle", "oiiii", noTypes}, {"destroy", "", noTypes}};
 constexpr quint32 destroyHandle = 7;
 
-const wl_message handleEvents[] = {{"title", "s", noTypes},        {"app_id", "s", noTypes},
-                                   {"output_enter", "o", noTypes}, {"output_leave", "o", noTypes},
-                                   {"state", "a", noTypes},        {"done", "", noTypes},
-                                   {"closed", "", noTypes}};
+const wl_message handleEvents[] = {{"title", "s", noTypes}, {"app_id", "s", noTypes},
+    {"output_enter", "o", noTypes}, {"output_leave", "o", noTypes}, {"state", "a", noTypes},
+    {"done", "", noTypes}, {"closed", "", noTypes}};
 
 const wl_interface handleInterface{"zwlr_foreign_toplevel_handle_v1", 1, 8, handleRequests, 7, handleEvents};
 

@@ -17,10 +17,8 @@ extern const wl_interface keyboardInterface;
 const wl_interface* noTypes[4] = {};
 const wl_interface* createTypes[] = {&wl_seat_interface, &keyboardInterface};
 
-const wl_message keyboardRequests[] = {{"keymap", "uhu", noTypes},
-                                       {"key", "uuu", noTypes},
-                                       {"modifiers", "uuuu", noTypes},
-                                       {"destroy", "", noTypes}};
+const wl_message keyboardRequests[] = {{"keymap", "uhu", noTypes}, {"key", "uuu", noTypes},
+    {"modifiers", "uuuu", noTypes}, {"destroy", "", noTypes}};
 constexpr quint32 keymapRequest = 0;
 constexpr quint32 keyRequest = 1;
 constexpr quint32 modifiersRequest = 2;
@@ -87,11 +85,11 @@ VirtualKeyboard::~VirtualKeyboard() {
 void VirtualKeyboard::sendKeymap() {
     const QByteArray text = QByteArray(keymap) + '\0';
     const int file = memfd_create("keymap", MFD_CLOEXEC);
-    const bool written = file >= 0 && write(file, text.constData(), static_cast<size_t>(text.size())) ==
-                                          static_cast<ssize_t>(text.size());
+    const bool written = file >= 0 &&
+        write(file, text.constData(), static_cast<size_t>(text.size())) == static_cast<ssize_t>(text.size());
     if (written)
         sendRequest(m_keyboard.get(), keymapRequest, quint32{WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1}, file,
-                    static_cast<quint32>(text.size()));
+            static_cast<quint32>(text.size()));
     m_connection.flush();
     close(file);
 }

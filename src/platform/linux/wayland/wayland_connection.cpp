@@ -10,8 +10,8 @@
 namespace tralio {
 namespace {
 
-void globalAdded(void* connection, wl_registry* /*registry*/, quint32 name, const char* interface,
-                 quint32 version) {
+void globalAdded(
+    void* connection, wl_registry* /*registry*/, quint32 name, const char* interface, quint32 version) {
     static_cast<WaylandConnection*>(connection)->addGlobal(name, interface, version);
 }
 
@@ -71,7 +71,7 @@ void WaylandConnection::listen() {
         Q_EMIT lost();
     });
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
-            &WaylandConnection::flush);
+        &WaylandConnection::flush);
 }
 
 void WaylandConnection::addGlobal(quint32 name, const char* interface, quint32 version) {
@@ -116,10 +116,9 @@ void WaylandConnection::flush() {
 }
 
 bool WaylandConnection::dispatch(QDeadlineTimer deadline) {
-    while (wl_display_prepare_read(m_display) != 0) {
+    while (wl_display_prepare_read(m_display) != 0)
         if (wl_display_dispatch_pending(m_display) < 0)
             return !(m_lost = true);
-    }
     wl_display_flush(m_display);
     pollfd readable{wl_display_get_fd(m_display), POLLIN, 0};
     if (poll(&readable, 1, static_cast<int>(deadline.remainingTime())) <= 0) {

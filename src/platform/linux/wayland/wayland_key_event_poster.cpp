@@ -63,8 +63,8 @@ void WaylandKeyEventPoster::pressShortcut(quint16 keyCode) {
 void WaylandKeyEventPoster::releaseShortcut() {
     if (!m_keyboard)
         return;
-    std::for_each(m_pressed.rbegin(), m_pressed.rend(),
-                  [this](quint32 code) { m_keyboard->setKey(code, false); });
+    std::for_each(
+        m_pressed.rbegin(), m_pressed.rend(), [this](quint32 code) { m_keyboard->setKey(code, false); });
     m_keyboard.reset();
 }
 

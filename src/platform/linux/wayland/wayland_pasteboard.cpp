@@ -51,7 +51,7 @@ QImage WaylandPasteboard::image() {
 
 bool WaylandPasteboard::isConcealed() {
     return !belongsToToolkit() &&
-           m_dataControl.mimeTypes(clipboard).contains(QLatin1String(concealedMimeType));
+        m_dataControl.mimeTypes(clipboard).contains(QLatin1String(concealedMimeType));
 }
 
 void WaylandPasteboard::setString(const QString& text) {

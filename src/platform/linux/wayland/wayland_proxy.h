@@ -16,8 +16,8 @@ void sendRequest(wl_proxy* object, quint32 number, Arguments... arguments) {
 
 /// A request that makes an object; `nullptr` stands for it among the arguments.
 template <typename... Arguments>
-[[nodiscard]] WaylandObject makeObject(wl_proxy* object, quint32 number, const wl_interface& interface,
-                                       Arguments... arguments) {
+[[nodiscard]] WaylandObject makeObject(
+    wl_proxy* object, quint32 number, const wl_interface& interface, Arguments... arguments) {
     return WaylandObject(
         wl_proxy_marshal_flags(object, number, &interface, wl_proxy_get_version(object), 0, arguments...));
 }

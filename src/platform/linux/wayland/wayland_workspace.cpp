@@ -21,8 +21,8 @@ WaylandWorkspace::WaylandWorkspace(const FrontApplication& front, const AtspiBus
 
 std::optional<RunningApplication> WaylandWorkspace::frontmostApplication() {
     if (QGuiApplication::focusWindow())
-        return RunningApplication{static_cast<qint32>(QCoreApplication::applicationPid()), std::nullopt,
-                                  std::nullopt};
+        return RunningApplication{
+            static_cast<qint32>(QCoreApplication::applicationPid()), std::nullopt, std::nullopt};
     const QString id = m_front.applicationId();
     const auto accessible = activeAtspiApplication(m_accessibility);
     if (!accessible)
@@ -30,8 +30,8 @@ std::optional<RunningApplication> WaylandWorkspace::frontmostApplication() {
     QString bundleIdentifier = sandboxId(accessible->processId);
     if (bundleIdentifier.isEmpty())
         bundleIdentifier = id.isEmpty() ? accessible->name : id;
-    return RunningApplication{accessible->processId, unlessEmpty(bundleIdentifier),
-                              unlessEmpty(accessible->name)};
+    return RunningApplication{
+        accessible->processId, unlessEmpty(bundleIdentifier), unlessEmpty(accessible->name)};
 }
 
 void WaylandWorkspace::openURL(const QUrl& url) {

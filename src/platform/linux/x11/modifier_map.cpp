@@ -12,17 +12,16 @@ using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_
 /// The modifier bits to which a key with one of `keysyms` is attached. A keysym may stand on no key or on
 /// several.
 quint16 bitsOf(xcb_key_symbols_t* symbols, const xcb_get_modifier_mapping_reply_t& mapping,
-               std::initializer_list<xcb_keysym_t> keysyms) {
+    std::initializer_list<xcb_keysym_t> keysyms) {
     const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(&mapping);
     const int perModifier = mapping.keycodes_per_modifier;
     quint16 bits = 0;
     for (const xcb_keysym_t keysym : keysyms) {
         const XcbPtr<xcb_keycode_t> keyCodes{xcb_key_symbols_get_keycode(symbols, keysym)};
         for (const xcb_keycode_t* code = keyCodes.get(); code && *code != XCB_NO_SYMBOL; ++code) {
-            for (int i = 0; i < 8 * perModifier; ++i) {
+            for (int i = 0; i < 8 * perModifier; ++i)
                 if (codes[i] == *code)
                     bits |= static_cast<quint16>(1U << (i / perModifier));
-            }
         }
     }
     return bits;

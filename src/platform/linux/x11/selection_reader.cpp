@@ -32,8 +32,7 @@ public:
           m_property(connection.atom("TRALIO_SELECTION")) {
         const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_create_window(m_connection.xcb(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(), -10, -10,
-                          1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
-                          &events);
+            1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
     }
     Conversion(const Conversion&) = delete;
     Conversion& operator=(const Conversion&) = delete;
@@ -48,8 +47,8 @@ public:
     void setDeadline(QDeadlineTimer deadline) { m_deadline = deadline; }
 
     std::optional<QByteArray> convert(xcb_atom_t target) {
-        xcb_convert_selection(m_connection.xcb(), m_window, m_selection, target, m_property,
-                              XCB_CURRENT_TIME);
+        xcb_convert_selection(
+            m_connection.xcb(), m_window, m_selection, target, m_property, XCB_CURRENT_TIME);
         const auto answer = m_connection.waitFor(
             [&](const xcb_generic_event_t& event) {
                 const auto* notify = eventAs<xcb_selection_notify_event_t>(event, XCB_SELECTION_NOTIFY);
@@ -72,16 +71,15 @@ private:
 
     /// Reads and deletes the property; the deletion asks the owner for the next piece of a long text.
     Piece takePiece() {
-        const XcbPtr<xcb_get_property_reply_t> reply{
-            xcb_get_property_reply(m_connection.xcb(),
-                                   xcb_get_property(m_connection.xcb(), 1, m_window, m_property,
-                                                    XCB_GET_PROPERTY_TYPE_ANY, 0, maxBytes / 4),
-                                   nullptr)};
+        const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection.xcb(),
+            xcb_get_property(
+                m_connection.xcb(), 1, m_window, m_property, XCB_GET_PROPERTY_TYPE_ANY, 0, maxBytes / 4),
+            nullptr)};
         if (!reply)
             return {};
         return {reply->type == m_connection.atom("INCR"),
-                QByteArray(static_cast<const char*>(xcb_get_property_value(reply.get())),
-                           xcb_get_property_value_length(reply.get()))};
+            QByteArray(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                xcb_get_property_value_length(reply.get()))};
     }
 
     std::optional<QByteArray> collectPieces() {
@@ -91,7 +89,7 @@ private:
                 [&](const xcb_generic_event_t& event) {
                     const auto* notify = eventAs<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
                     return notify && notify->window == m_window && notify->atom == m_property &&
-                           notify->state == XCB_PROPERTY_NEW_VALUE;
+                        notify->state == XCB_PROPERTY_NEW_VALUE;
                 },
                 m_deadline);
             if (!arrived)
@@ -112,17 +110,16 @@ private:
 };
 
 bool contains(const QByteArray& targets, xcb_atom_t target) {
-    for (qsizetype at = 0; at + qsizetype(sizeof target) <= targets.size(); at += sizeof target) {
+    for (qsizetype at = 0; at + qsizetype(sizeof target) <= targets.size(); at += sizeof target)
         if (std::memcmp(targets.constData() + at, &target, sizeof target) == 0)
             return true;
-    }
     return false;
 }
 
 }  // namespace
 
-std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t selection,
-                                         QDeadlineTimer deadline) {
+std::optional<QString> readSelectionText(
+    X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline) {
     Conversion conversion(connection, selection, deadline);
     // Asked for a text that they do not have, some owners refuse and others give an empty one: ask first what
     // they have. An owner that does not know the question may still have text.
@@ -140,8 +137,8 @@ std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t s
     return bytes ? std::optional(QString::fromLatin1(*bytes)) : std::nullopt;
 }
 
-QImage readSelectionImage(X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline,
-                          QDeadlineTimer imageDeadline) {
+QImage readSelectionImage(
+    X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline, QDeadlineTimer imageDeadline) {
     struct Format {
         const char* target;
         const char* format;
@@ -162,8 +159,8 @@ QImage readSelectionImage(X11Connection& connection, xcb_atom_t selection, QDead
     return {};
 }
 
-bool selectionOffers(X11Connection& connection, xcb_atom_t selection, const char* target,
-                     QDeadlineTimer deadline) {
+bool selectionOffers(
+    X11Connection& connection, xcb_atom_t selection, const char* target, QDeadlineTimer deadline) {
     const auto targets = Conversion(connection, selection, deadline).targets();
     return targets && contains(*targets, connection.atom(target));
 }

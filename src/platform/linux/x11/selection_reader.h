@@ -13,16 +13,16 @@ namespace tralio {
 /// The text of a selection (PRIMARY or CLIPBOARD), asked from its owner and awaited until `deadline` at the
 /// most, also when it comes in many pieces. Absent when there is no owner, no text, or no answer in time.
 /// The owner must not be this process: it could not answer while it waits.
-[[nodiscard]] std::optional<QString> readSelectionText(X11Connection& connection, xcb_atom_t selection,
-                                                       QDeadlineTimer deadline);
+[[nodiscard]] std::optional<QString> readSelectionText(
+    X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline);
 
 /// The picture of a selection, in the same way; null when there is none. Owners that say they have one may
 /// need time to encode it: `imageDeadline` is for them.
-[[nodiscard]] QImage readSelectionImage(X11Connection& connection, xcb_atom_t selection,
-                                        QDeadlineTimer deadline, QDeadlineTimer imageDeadline);
+[[nodiscard]] QImage readSelectionImage(
+    X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline, QDeadlineTimer imageDeadline);
 
 /// Whether the owner of a selection offers it as `target`, in the same way.
-[[nodiscard]] bool selectionOffers(X11Connection& connection, xcb_atom_t selection, const char* target,
-                                   QDeadlineTimer deadline);
+[[nodiscard]] bool selectionOffers(
+    X11Connection& connection, xcb_atom_t selection, const char* target, QDeadlineTimer deadline);
 
 }  // namespace tralio

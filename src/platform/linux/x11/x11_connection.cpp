@@ -30,7 +30,7 @@ X11Connection::X11Connection(xcb_connection_t* connection, int screen) : m_xcb(c
     m_window = xcb_generate_id(m_xcb);
     const quint32 events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(m_xcb, XCB_COPY_FROM_PARENT, m_window, m_root, -10, -10, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
 
     const XcbPtr<xcb_res_query_version_reply_t> res{
         xcb_res_query_version_reply(m_xcb, xcb_res_query_version(m_xcb, 1, 2), nullptr)};
@@ -116,7 +116,7 @@ QByteArray X11Connection::property(xcb_window_t window, xcb_atom_t name) {
     if (!reply)
         return {};
     return {static_cast<const char*>(xcb_get_property_value(reply.get())),
-            xcb_get_property_value_length(reply.get())};
+        xcb_get_property_value_length(reply.get())};
 }
 
 std::optional<quint32> X11Connection::cardinal(xcb_window_t window, xcb_atom_t name) {
@@ -160,7 +160,7 @@ xcb_timestamp_t X11Connection::serverTime() {
     const auto event = waitFor(
         [&](const xcb_generic_event_t& candidate) {
             return (candidate.response_type & 0x7f) == XCB_PROPERTY_NOTIFY &&
-                   reinterpret_cast<const xcb_property_notify_event_t&>(candidate).atom == stamp;
+                reinterpret_cast<const xcb_property_notify_event_t&>(candidate).atom == stamp;
         },
         QDeadlineTimer(100));
     return event ? reinterpret_cast<const xcb_property_notify_event_t&>(*event).time

@@ -44,8 +44,8 @@ HotKeyPlatform::Registration X11HotKeys::registerHotKey(quint32 keyCode, quint32
 }
 
 void X11HotKeys::unregisterHotKey(HotKeyRef ref) {
-    const auto found = std::find_if(m_hotKeys.begin(), m_hotKeys.end(),
-                                    [&](const HotKey& hotKey) { return hotKey.ref == ref; });
+    const auto found = std::find_if(
+        m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) { return hotKey.ref == ref; });
     if (found == m_hotKeys.end())
         return;
     ungrab(*found);
@@ -57,7 +57,7 @@ HotKeyStatus X11HotKeys::grab(const HotKey& hotKey) {
     std::vector<xcb_void_cookie_t> requests;
     for (const quint16 locks : m_modifiers.lockCombinations()) {
         requests.push_back(xcb_grab_key_checked(m_connection.xcb(), 1, m_connection.root(), state | locks,
-                                                hotKey.keyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+            hotKey.keyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     }
     bool refused = false;
     for (const xcb_void_cookie_t request : requests)
@@ -96,7 +96,7 @@ void X11HotKeys::press(const xcb_key_press_event_t& event) {
         return;
     const auto pressed = std::find_if(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) {
         return hotKey.keyCode == event.detail &&
-               m_modifiers.stateFor(hotKey.modifiers) == (event.state & m_modifiers.significant());
+            m_modifiers.stateFor(hotKey.modifiers) == (event.state & m_modifiers.significant());
     });
     if (pressed == m_hotKeys.end())
         return;
@@ -114,7 +114,7 @@ void X11HotKeys::hold(quint8 keyCode) {
     m_releaseWatch.start();
     // Refused, harmlessly, where another program has the key with other modifiers.
     xcb_grab_key(m_connection.xcb(), 1, m_connection.root(), XCB_MOD_MASK_ANY, keyCode, XCB_GRAB_MODE_ASYNC,
-                 XCB_GRAB_MODE_ASYNC);
+        XCB_GRAB_MODE_ASYNC);
     xcb_flush(m_connection.xcb());
 }
 
@@ -135,10 +135,9 @@ void X11HotKeys::letGo() {
     m_heldKey.reset();
     m_releaseWatch.stop();
     xcb_ungrab_key(m_connection.xcb(), key, m_connection.root(), XCB_MOD_MASK_ANY);
-    for (const HotKey& hotKey : m_hotKeys) {
+    for (const HotKey& hotKey : m_hotKeys)
         if (hotKey.keyCode == key)
             grabAgain(hotKey);
-    }
 }
 
 void X11HotKeys::remapKeyboard() {

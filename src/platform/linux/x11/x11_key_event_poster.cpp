@@ -20,26 +20,20 @@ constexpr quint16 keyShift = 56;
 constexpr quint16 keyControl = 59;
 
 /// The keys that are meant by what they do, by virtual key code.
-constexpr std::array<std::pair<quint16, xcb_keysym_t>, 9> keysByMeaning{{{keyC, XK_c},
-                                                                         {54, XK_Super_R},
-                                                                         {55, XK_Super_L},
-                                                                         {keyShift, XK_Shift_L},
-                                                                         {58, XK_Alt_L},
-                                                                         {keyControl, XK_Control_L},
-                                                                         {60, XK_Shift_R},
-                                                                         {61, XK_Alt_R},
-                                                                         {62, XK_Control_R}}};
+constexpr std::array<std::pair<quint16, xcb_keysym_t>, 9> keysByMeaning{
+    {{keyC, XK_c}, {54, XK_Super_R}, {55, XK_Super_L}, {keyShift, XK_Shift_L}, {58, XK_Alt_L},
+        {keyControl, XK_Control_L}, {60, XK_Shift_R}, {61, XK_Alt_R}, {62, XK_Control_R}}};
 
 using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)>;
 
 /// The key that does on the present layout what the virtual key is meant for.
 std::optional<quint8> keyFor(const X11Connection& connection, quint16 virtualKeyCode) {
     const auto* meant = std::find_if(keysByMeaning.begin(), keysByMeaning.end(),
-                                     [&](const auto& entry) { return entry.first == virtualKeyCode; });
+        [&](const auto& entry) { return entry.first == virtualKeyCode; });
     if (meant != keysByMeaning.end()) {
         const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb()), &xcb_key_symbols_free};
-        const XcbPtr<xcb_keycode_t> keys{symbols ? xcb_key_symbols_get_keycode(symbols.get(), meant->second)
-                                                 : nullptr};
+        const XcbPtr<xcb_keycode_t> keys{
+            symbols ? xcb_key_symbols_get_keycode(symbols.get(), meant->second) : nullptr};
         for (const xcb_keycode_t* key = keys.get(); key && *key != XCB_NO_SYMBOL; ++key) {
             // Only as the key's first symbol: a layout of two alphabets has the letter in its second group.
             if (xcb_key_symbols_get_keysym(symbols.get(), *key, 0) == meant->second)
@@ -55,13 +49,12 @@ X11KeyEventPoster::X11KeyEventPoster(X11Connection& connection) : m_connection(c
 
 void X11KeyEventPoster::post(const KeyEvent& event) {
     const bool isShortcut = event.flags & commandFlag;
-    if (isShortcut && event.isKeyDown) {
+    if (isShortcut && event.isKeyDown)
         pressShortcut(event.keyCode);
-    } else if (isShortcut) {
+    else if (isShortcut)
         releaseShortcut();
-    } else if (const auto key = keyFor(m_connection, event.keyCode)) {
+    else if (const auto key = keyFor(m_connection, event.keyCode))
         fake(event.isKeyDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, *key);
-    }
     xcb_flush(m_connection.xcb());
 }
 

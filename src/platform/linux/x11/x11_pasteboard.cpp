@@ -28,13 +28,13 @@ std::optional<QString> X11Pasteboard::string() {
 QImage X11Pasteboard::image() {
     if (QGuiApplication::clipboard()->ownsClipboard())
         return QGuiApplication::clipboard()->image();
-    return readSelectionImage(m_connection, m_clipboard, QDeadlineTimer(readLimit),
-                              QDeadlineTimer(imageLimit));
+    return readSelectionImage(
+        m_connection, m_clipboard, QDeadlineTimer(readLimit), QDeadlineTimer(imageLimit));
 }
 
 bool X11Pasteboard::isConcealed() {
     return !QGuiApplication::clipboard()->ownsClipboard() &&
-           selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(readLimit));
+        selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(readLimit));
 }
 
 void X11Pasteboard::setString(const QString& text) {

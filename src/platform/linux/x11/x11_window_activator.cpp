@@ -22,8 +22,8 @@ void X11WindowActivator::activate(WId window) {
     // Not a window of the user's: it belongs to the tray.
     constexpr quint32 add = 1;
     tellWindowManager(target, "_NET_WM_STATE",
-                      {add, m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR"),
-                       m_connection.atom("_NET_WM_STATE_SKIP_PAGER"), byTheUser});
+        {add, m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR"), m_connection.atom("_NET_WM_STATE_SKIP_PAGER"),
+            byTheUser});
     tellWindowManager(target, "_NET_ACTIVE_WINDOW", {byTheUser, time});
 
     if (!m_connection.hasWindowManager())
@@ -35,8 +35,8 @@ bool X11WindowActivator::isActive(WId window) {
     return X11Workspace::activeWindow(m_connection) == static_cast<xcb_window_t>(window);
 }
 
-void X11WindowActivator::tellWindowManager(xcb_window_t window, const char* what,
-                                           const std::array<quint32, 5>& data) {
+void X11WindowActivator::tellWindowManager(
+    xcb_window_t window, const char* what, const std::array<quint32, 5>& data) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
@@ -44,8 +44,8 @@ void X11WindowActivator::tellWindowManager(xcb_window_t window, const char* what
     message.type = m_connection.atom(what);
     std::copy(data.begin(), data.end(), std::begin(message.data.data32));
     xcb_send_event(m_connection.xcb(), 0, m_connection.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
+        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+        reinterpret_cast<const char*>(&message));
 }
 
 bool X11WindowActivator::isMousePressed() {
@@ -56,9 +56,8 @@ bool X11WindowActivator::isMousePressed() {
 }
 
 bool X11WindowActivator::isCompositing() {
-    const XcbPtr<xcb_get_selection_owner_reply_t> manager{xcb_get_selection_owner_reply(
-        m_connection.xcb(), xcb_get_selection_owner(m_connection.xcb(), m_connection.atom("_NET_WM_CM_S0")),
-        nullptr)};
+    const XcbPtr<xcb_get_selection_owner_reply_t> manager{xcb_get_selection_owner_reply(m_connection.xcb(),
+        xcb_get_selection_owner(m_connection.xcb(), m_connection.atom("_NET_WM_CM_S0")), nullptr)};
     return manager && manager->owner != XCB_NONE;
 }
 

@@ -30,8 +30,8 @@ X11Workspace::X11Workspace(X11Connection& connection) : m_connection(connection)
 xcb_window_t X11Workspace::activeWindow(X11Connection& connection) {
     // A window manager that says "none" is to be believed.
     const auto active = connection.hasWindowManager()
-                            ? connection.cardinal(connection.root(), connection.atom("_NET_ACTIVE_WINDOW"))
-                            : std::nullopt;
+        ? connection.cardinal(connection.root(), connection.atom("_NET_ACTIVE_WINDOW"))
+        : std::nullopt;
     return active ? static_cast<xcb_window_t>(*active) : focusedTopLevel(connection);
 }
 
