@@ -5,8 +5,8 @@
 #include "app/wayland_desktop.h"
 #include "app/x11_desktop.h"
 #include "common/debug_log.h"
-#include "platform/linux/session/desktop_capture_tools.h"
-#include "platform/linux/session/unavailable_desktop.h"
+#include "platform/linux/capture/desktop_capture_tools.h"
+#include "platform/linux/desktop/unavailable_desktop.h"
 
 namespace tralio {
 namespace {

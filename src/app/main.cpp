@@ -9,14 +9,14 @@
 #include "app/services.h"
 #include "app/status_item.h"
 #include "hotkeys/workspace.h"
-#include "platform/linux/bundle/info_plist.h"
-#include "platform/linux/key_codes.h"
-#include "platform/linux/session/desktop_appearance.h"
-#include "platform/linux/session/session_service.h"
-#include "platform/linux/session/toolkit_platform.h"
+#include "platform/linux/bus/session_service.h"
+#include "platform/linux/desktop/desktop_appearance.h"
+#include "platform/linux/keyboard/key_codes.h"
+#include "platform/linux/wayland/toolkit_platform.h"
 #include "state/app_settings.h"
 #include "ui/kit/theme.h"
 #include "ui/main/main_view.h"
+#include "update/info_plist.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include "hotkeys/hot_key_service.h"
 #include "ocr/ocr_service.h"
 #include "ocr/screen_capture_service.h"
-#include "platform/linux/http/helper_http_client.h"
-#include "platform/linux/ocr/tesseract_recognizer.h"
+#include "platform/linux/helpers/helper_http_client.h"
+#include "platform/linux/helpers/helper_text_recognizer.h"
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
 #include "state/app_state.h"
@@ -37,7 +37,7 @@ public:
     HotKeyService hotKeys{platform};
     HelperHttpClient http{HelperHttpClient::installedProgram(), clock};
     AIService ai{http};
-    TesseractRecognizer recognizer{TesseractRecognizer::installedProgram(), clock};
+    HelperTextRecognizer recognizer{HelperTextRecognizer::installedProgram(), clock};
     OCRService ocr{recognizer};
     ScreenCaptureService captures{ocr, desktop->captureTool(), clock};
     SpeechDispatcher synthesizer{clock};

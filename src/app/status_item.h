@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "app/popover_host.h"
-#include "platform/linux/session/status_notifier_item.h"
+#include "platform/linux/tray/status_notifier_item.h"
 
 namespace tralio {
 

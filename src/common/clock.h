@@ -1,16 +1,33 @@
 #pragma once
 
+#include <QObject>
+
 #include <chrono>
 #include <functional>
-
-class QObject;
+#include <memory>
+#include <utility>
 
 namespace tralio {
 
+/// A call that a `Clock` will make: taken back when this goes, or another takes its place.
+class [[nodiscard]] ScheduledCall final {
+public:
+    ScheduledCall() = default;
+    explicit ScheduledCall(std::unique_ptr<QObject> context) : m_context(std::move(context)) {}
+
+    void takeBack() { m_context.reset(); }
+
+    /// Whether there is one that was not taken back; one that has been made still counts.
+    [[nodiscard]] explicit operator bool() const { return m_context != nullptr; }
+
+private:
+    std::unique_ptr<QObject> m_context;
+};
+
 /// Time as the services see it, so that what waits can be tested tick by tick.
 ///
-/// Actions run on the thread that scheduled them, from its event loop, and never after their `context` is
-/// gone: deleting the context is how a call is taken back.
+/// Actions run on the thread that scheduled them, from its event loop, and never after their `context` or
+/// their `ScheduledCall` is gone.
 class Clock {
 public:
     Clock() = default;
@@ -24,11 +41,25 @@ public:
     /// Runs `action` every `interval`, for the first time one interval from now.
     virtual void every(
         std::chrono::milliseconds interval, QObject* context, std::function<void()> action) = 0;
+
+    /// The same for a call that its holder may take back.
+    ScheduledCall after(std::chrono::milliseconds delay, std::function<void()> action) {
+        auto context = std::make_unique<QObject>();
+        after(delay, context.get(), std::move(action));
+        return ScheduledCall(std::move(context));
+    }
+    ScheduledCall every(std::chrono::milliseconds interval, std::function<void()> action) {
+        auto context = std::make_unique<QObject>();
+        every(interval, context.get(), std::move(action));
+        return ScheduledCall(std::move(context));
+    }
 };
 
 /// The real time.
 class SystemClock final : public Clock {
 public:
+    using Clock::after;
+    using Clock::every;
     void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) override;
     void every(std::chrono::milliseconds interval, QObject* context, std::function<void()> action) override;
 };

@@ -5,10 +5,10 @@
 
 #include "desktop/own_machine.h"
 #include "desktop/virtual_desktop.h"
-#include "platform/linux/bundle/info_plist.h"
 #include "support/print_to.h"
 #include "support/stand_in_model.h"
 #include "update/app_update_info.h"
+#include "update/info_plist.h"
 
 namespace tralio {
 namespace {

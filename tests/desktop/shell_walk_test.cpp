@@ -3,7 +3,7 @@
 
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
-#include "platform/linux/hot_key_rules.h"
+#include "platform/linux/keyboard/hot_key_rules.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "support/print_to.h"
 

@@ -8,9 +8,9 @@
 
 #include "common/clock.h"
 #include "common/on_change.h"
-#include "engine/in_process_http_client.h"
-#include "platform/linux/bundle/info_plist.h"
 #include "platform/linux/bundle/installer_runner.h"
+#include "programs/http/in_process_http_client.h"
+#include "update/info_plist.h"
 #include "update/update_service.h"
 
 using namespace Qt::StringLiterals;

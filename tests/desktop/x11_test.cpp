@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "desktop/virtual_desktop.h"
-#include "platform/linux/hot_key_rules.h"
+#include "platform/linux/keyboard/hot_key_rules.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"

@@ -9,7 +9,7 @@
 
 #include "engine/ai_error.h"
 #include "engine/ai_service.h"
-#include "engine/in_process_http_client.h"
+#include "programs/http/in_process_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/print_to.h"

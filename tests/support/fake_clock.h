@@ -12,6 +12,8 @@ namespace tralio {
 /// A clock that stands still until a test moves it.
 class FakeClock final : public Clock {
 public:
+    using Clock::after;
+    using Clock::every;
     void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) override;
     void every(std::chrono::milliseconds interval, QObject* context, std::function<void()> action) override;
 

@@ -4,10 +4,10 @@
 #include <optional>
 
 #include "engine/ai_service.h"
-#include "engine/in_process_http_client.h"
 #include "ocr/ocr_service.h"
 #include "ocr/ocr_test_support.h"
 #include "ocr/screen_capture_service.h"
+#include "programs/http/in_process_http_client.h"
 #include "speech/speech_service.h"
 #include "speech/speech_synthesizer.h"
 #include "state/app_settings.h"

@@ -5,12 +5,12 @@
 #include <unistd.h>
 
 #include "common/localized_error.h"
-#include "platform/linux/bundle/info_plist.h"
 #include "platform/linux/bundle/installer_runner.h"
 #include "support/event_loop.h"
 #include "support/files.h"
 #include "support/ordinary_user.h"
 #include "support/print_to.h"
+#include "update/info_plist.h"
 
 namespace tralio {
 namespace {

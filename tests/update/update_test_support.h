@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "common/localized_error.h"
-#include "engine/in_process_http_client.h"
+#include "programs/http/in_process_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/print_to.h"

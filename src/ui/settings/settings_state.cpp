@@ -86,12 +86,11 @@ int SettingsState::downloadPercentage() const {
 void SettingsState::panelAppeared() {
     isAccessibilityGranted = m_services.hotKeys.isAccessibilityGranted();
     isScreenCaptureGranted = m_services.hotKeys.isScreenCaptureGranted();
-    m_whileShown = std::make_unique<QObject>();
-    m_services.clock.every(permissionPoll, m_whileShown.get(), [this] { checkPermissions(); });
+    m_permissionPoll = m_services.clock.every(permissionPoll, [this] { checkPermissions(); });
 }
 
 void SettingsState::panelDisappeared() {
-    m_whileShown.reset();
+    m_permissionPoll.takeBack();
     stopRecording();
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <stop_token>
 
+#include "common/clock.h"
 #include "common/observable_object.h"
 #include "engine/provider_preset.h"
 #include "hotkeys/hot_key_service.h"
@@ -17,7 +18,6 @@ namespace tralio {
 class AIService;
 class AppSettings;
 class AppState;
-class Clock;
 class UpdateService;
 
 /// The shortcut that is being recorded.
@@ -115,7 +115,7 @@ private:
     Services m_services;
     std::unique_ptr<KeyDownMonitor> m_localEventMonitor;
     std::unique_ptr<LedHotKeys> m_ledHotKeys;
-    std::unique_ptr<QObject> m_whileShown;  ///< the life of the permission poll
+    ScheduledCall m_permissionPoll;  ///< while the panel is shown
     std::stop_source m_test;
 };
 

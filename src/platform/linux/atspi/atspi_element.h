@@ -2,7 +2,7 @@
 
 #include "hotkeys/accessibility.h"
 #include "platform/linux/atspi/atspi_bus.h"
-#include "platform/linux/primary_selection.h"
+#include "platform/linux/selection/primary_selection.h"
 
 namespace tralio {
 

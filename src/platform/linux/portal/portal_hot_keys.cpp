@@ -8,9 +8,9 @@
 
 #include "common/clock.h"
 #include "common/debug_log.h"
-#include "platform/linux/hot_key_rules.h"
+#include "platform/linux/bus/activation_token.h"
+#include "platform/linux/keyboard/hot_key_rules.h"
 #include "platform/linux/portal/shortcut_trigger.h"
-#include "platform/linux/session/activation_token.h"
 
 namespace tralio {
 namespace {
@@ -251,15 +251,14 @@ void PortalHotKeys::reopen() {
 void PortalHotKeys::trustDesktop() {
     m_mayReopen = true;
     m_pause = shortestPause;
-    m_pauseEnd.reset();
+    m_pauseEnd.takeBack();
 }
 
 void PortalHotKeys::scheduleAfterPause() {
     if (m_pauseEnd)
         return;
-    m_pauseEnd = std::make_unique<QObject>();
-    m_clock.after(m_pause, m_pauseEnd.get(), [this] {
-        const auto over = std::exchange(m_pauseEnd, nullptr);
+    m_pauseEnd = m_clock.after(m_pause, [this] {
+        const ScheduledCall over = std::exchange(m_pauseEnd, {});
         scheduleSession();
     });
     m_pause = std::min(2 * m_pause, longestPause);

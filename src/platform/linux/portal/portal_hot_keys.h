@@ -8,13 +8,12 @@
 #include <utility>
 #include <vector>
 
+#include "common/clock.h"
 #include "hotkeys/hot_key_platform.h"
 #include "platform/linux/portal/portal.h"
 #include "platform/linux/portal/portal_shortcut.h"
 
 namespace tralio {
-
-class Clock;
 
 /// Hot keys by the GlobalShortcuts portal, where the desktop's word counts: it may ask the user, choose
 /// another key, or refuse. A registration says only whether there is such a portal; what came of it is told
@@ -91,7 +90,7 @@ private:
     bool m_isCreating = false;  ///< a session, for which there is no answer yet
     bool m_mayReopen = false;   ///< at once
     std::chrono::milliseconds m_pause;
-    std::unique_ptr<QObject> m_pauseEnd;  ///< the context of the call that ends the pause
+    ScheduledCall m_pauseEnd;
     QString m_session;
     std::pair<QString, qulonglong> m_lastPress;
 };

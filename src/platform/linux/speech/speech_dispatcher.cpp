@@ -36,11 +36,11 @@ SpeechDispatcher::SpeechDispatcher(QString socketPath, QString program, Clock& c
 SpeechDispatcher::~SpeechDispatcher() = default;
 
 void SpeechDispatcher::speak(const Utterance& utterance, std::function<void()> onEnd) {
-    m_idleLimit.reset();
+    m_idleLimit.takeBack();
     m_reading = Reading{utterance, std::move(onEnd), ++m_readings};
     if (m_modules)
         begin();
-    else if (m_connection == nullptr && m_startLimit == nullptr)
+    else if (m_connection == nullptr && !m_startLimit)
         connectToDaemon();
 }
 
@@ -63,7 +63,7 @@ void SpeechDispatcher::connectToDaemon() {
         }
         dropConnection();
         if (m_startLimit)
-            m_clock.after(retryInterval, m_startLimit.get(), [this] { connectToDaemon(); });
+            m_retry = m_clock.after(retryInterval, [this] { connectToDaemon(); });
         else
             startDaemon();
     });
@@ -71,7 +71,7 @@ void SpeechDispatcher::connectToDaemon() {
 
 void SpeechDispatcher::startDaemon() {
     // It goes into the background as soon as it listens, or nearly so.
-    restart(m_startLimit, m_limits.start, [this] { fail(u"the speech daemon does not start"_s); });
+    m_startLimit = m_clock.after(m_limits.start, [this] { fail(u"the speech daemon does not start"_s); });
     m_starter = new QProcess(this);
     connect(
         m_starter, &QProcess::errorOccurred, this, [this] { fail(m_starter->errorString()); });
@@ -156,8 +156,8 @@ void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
 }
 
 void SpeechDispatcher::watch() {
-    restart(
-        m_quietLimit, m_limits.quiet,
+    m_quietLimit = m_clock.after(
+        m_limits.quiet,
         [this] {
             // Only an engine can tell its voices. It is asked rarely, for while it looks them up the daemon
             // serves nobody.
@@ -185,7 +185,7 @@ void SpeechDispatcher::fail(const QString& reason) {
 }
 
 void SpeechDispatcher::endReading() {
-    m_quietLimit.reset();
+    m_quietLimit.takeBack();
     const std::function<void()> onEnd = std::move(m_reading->onEnd);
     m_reading.reset();
     waitIdly();
@@ -194,12 +194,13 @@ void SpeechDispatcher::endReading() {
 
 void SpeechDispatcher::waitIdly() {
     if (m_modules)
-        restart(
-            m_idleLimit, m_limits.idle, [this] { dropConnection(); });
+        m_idleLimit = m_clock.after(
+            m_limits.idle, [this] { dropConnection(); });
 }
 
 void SpeechDispatcher::endStart() {
-    m_startLimit.reset();
+    m_startLimit.takeBack();
+    m_retry.takeBack();
     if (m_starter != nullptr) {
         m_starter->disconnect(this);
         m_starter->deleteLater();  // it may be what is calling
@@ -213,17 +214,12 @@ void SpeechDispatcher::dropConnection() {
         m_connection.release()->deleteLater();  // it may be what is calling
     }
     m_modules.reset();
-    m_idleLimit.reset();
-    m_quietLimit.reset();
+    m_idleLimit.takeBack();
+    m_quietLimit.takeBack();
 }
 
 bool SpeechDispatcher::isPresent(qint64 number) const {
     return m_reading && m_reading->number == number;
-}
-
-void SpeechDispatcher::restart(Timer& timer, std::chrono::milliseconds delay, std::function<void()> action) {
-    timer = std::make_unique<QObject>();
-    m_clock.after(delay, timer.get(), std::move(action));
 }
 
 }  // namespace tralio

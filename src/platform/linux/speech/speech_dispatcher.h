@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "common/clock.h"
 #include "platform/linux/speech/speech_voices.h"
 #include "platform/linux/speech/ssip_connection.h"
 #include "speech/speech_synthesizer.h"
@@ -14,8 +15,6 @@
 class QProcess;
 
 namespace tralio {
-
-class Clock;
 
 /// The desktop's speech daemon, speech-dispatcher, with whatever engines and voices the user has installed.
 ///
@@ -54,8 +53,6 @@ private:
         qint64 message = 0;  ///< the daemon's number for it, once it has taken it
     };
 
-    using Timer = std::unique_ptr<QObject>;  ///< context of a call to come, deleted to take it back
-
     void connectToDaemon();
     void startDaemon();
     void introduce();
@@ -69,7 +66,6 @@ private:
     void endStart();
     void dropConnection();
     [[nodiscard]] bool isPresent(qint64 number) const;
-    void restart(Timer& timer, std::chrono::milliseconds delay, std::function<void()> action);
 
     QString m_socketPath;
     QString m_program;
@@ -81,9 +77,10 @@ private:
     std::optional<Reading> m_reading;
     qint64 m_readings = 0;
     QProcess* m_starter = nullptr;
-    Timer m_startLimit;  ///< while the daemon starts
-    Timer m_quietLimit;
-    Timer m_idleLimit;
+    ScheduledCall m_startLimit;  ///< while the daemon starts
+    ScheduledCall m_retry;       ///< within that time
+    ScheduledCall m_quietLimit;
+    ScheduledCall m_idleLimit;
 };
 
 }  // namespace tralio

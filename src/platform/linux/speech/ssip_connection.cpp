@@ -54,8 +54,8 @@ void SsipConnection::sendNext() {
 }
 
 void SsipConnection::limitTime() {
-    m_watchdog = std::make_unique<QObject>();
-    m_clock.after(m_silence, m_watchdog.get(), [this] { close(u"the daemon does not answer"_s); });
+    m_watchdog = m_clock.after(
+        m_silence, [this] { close(u"the daemon does not answer"_s); });
 }
 
 void SsipConnection::read(const QByteArray& bytes) {
@@ -101,7 +101,7 @@ void SsipConnection::conclude(int code) {
         limitTime();
         return;
     }
-    m_watchdog.reset();
+    m_watchdog.takeBack();
     m_isBusy = false;
     m_reply.code = code;
     const Reply reply = std::exchange(m_reply, {});
@@ -121,7 +121,7 @@ void SsipConnection::close(const QString& reason) {
 
 void SsipConnection::abandon() {
     m_isClosed = true;
-    m_watchdog.reset();
+    m_watchdog.takeBack();
     m_commands.clear();
     m_stream.close();
 }

@@ -8,11 +8,10 @@
 #include <functional>
 #include <memory>
 
+#include "common/clock.h"
 #include "platform/linux/speech/unix_stream.h"
 
 namespace tralio {
-
-class Clock;
 
 /// A connection to the speech daemon, in its line protocol (SSIP): commands with a numbered reply each, and
 /// between the replies the events of a reading. No operation waits. A daemon that leaves a command without a
@@ -74,7 +73,7 @@ private:
     bool m_isBusy = false;
     bool m_hasOpened = false;
     bool m_isClosed = false;
-    std::unique_ptr<QObject> m_watchdog;  ///< the context of the call that gives a silent daemon up
+    ScheduledCall m_watchdog;  ///< gives a silent daemon up
 };
 
 }  // namespace tralio

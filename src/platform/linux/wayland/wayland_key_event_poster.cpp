@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/linux/copy_shortcut.h"
-#include "platform/linux/key_codes.h"
+#include "platform/linux/keyboard/copy_shortcut.h"
+#include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/wayland/front_application.h"
 
 namespace tralio {

@@ -3,8 +3,8 @@
 #include <QGuiApplication>
 
 #include "platform/linux/atspi/atspi_front.h"
-#include "platform/linux/session/desktop_settings.h"
-#include "platform/linux/session/sandbox_id.h"
+#include "platform/linux/bus/sandbox_id.h"
+#include "platform/linux/desktop/desktop_settings.h"
 #include "platform/linux/wayland/front_application.h"
 
 namespace tralio {

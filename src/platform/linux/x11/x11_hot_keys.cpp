@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "common/debug_log.h"
-#include "platform/linux/hot_key_rules.h"
-#include "platform/linux/key_codes.h"
+#include "platform/linux/keyboard/hot_key_rules.h"
+#include "platform/linux/keyboard/key_codes.h"
 
 namespace tralio {
 

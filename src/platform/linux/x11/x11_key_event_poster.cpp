@@ -7,8 +7,8 @@
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
-#include "platform/linux/copy_shortcut.h"
-#include "platform/linux/key_codes.h"
+#include "platform/linux/keyboard/copy_shortcut.h"
+#include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/x11/x11_workspace.h"
 
 namespace tralio {

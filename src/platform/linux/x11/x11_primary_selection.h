@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/primary_selection.h"
+#include "platform/linux/selection/primary_selection.h"
 #include "platform/linux/x11/x11_connection.h"
 
 namespace tralio {

@@ -1,7 +1,7 @@
 #include "platform/linux/x11/x11_workspace.h"
 
-#include "platform/linux/session/desktop_settings.h"
-#include "platform/linux/session/sandbox_id.h"
+#include "platform/linux/bus/sandbox_id.h"
+#include "platform/linux/desktop/desktop_settings.h"
 
 namespace tralio {
 namespace {

@@ -1,0 +1,103 @@
+#include "platform/linux/bus/session_service.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+
+#include <utility>
+
+#include "common/debug_log.h"
+#include "platform/linux/bus/activation_token.h"
+#include "platform/linux/bus/freedesktop_application.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int answerLimit = 2000;  // milliseconds
+
+}  // namespace
+
+SessionService::SessionService(QDBusConnection bus) : m_bus(std::move(bus)) {
+    new FreedesktopApplication(*this);
+}
+
+SessionService::~SessionService() {
+    m_bus.unregisterObject(QLatin1String(path));
+}
+
+SessionService::Claim SessionService::claim() {
+    if (!m_bus.isConnected()) {
+        debugLog(u"SessionService: no session bus"_s);
+        return Claim::noSessionBus;
+    }
+    // The object first: whoever waits for the name calls as soon as it is there.
+    m_bus.registerObject(
+        QLatin1String(path), this, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAdaptors);
+    if (m_bus.registerService(QLatin1String(name)))
+        return Claim::claimed;
+    m_bus.unregisterObject(QLatin1String(path));
+    // A sandbox may refuse the name too; then nobody has it.
+    const bool taken = m_bus.interface()->isServiceRegistered(QLatin1String(name));
+    debugLog(taken ? u"SessionService: another instance runs"_s : u"SessionService: the name is refused"_s);
+    return taken ? Claim::takenByAnother : Claim::noSessionBus;
+}
+
+bool SessionService::openRunningInstance() const {
+    auto activate = QDBusMessage::createMethodCall(
+        QLatin1String(name), QLatin1String(path), u"org.freedesktop.Application"_s, u"Activate"_s);
+    QVariantMap platformData;
+    if (const QString token = tralio::activationToken(); !token.isEmpty())
+        platformData.insert(u"activation-token"_s, token);
+    activate << platformData;
+    const bool answered =
+        m_bus.call(activate, QDBus::Block, answerLimit).type() == QDBusMessage::ReplyMessage;
+    if (!answered)
+        debugLog(u"SessionService: the other instance does not answer"_s);
+    return answered;
+}
+
+void SessionService::Open() {
+    run(m_actions.open);
+}
+
+void SessionService::TranslateSelection() {
+    run(m_actions.translateSelection);
+}
+
+void SessionService::CaptureScreen() {
+    run(m_actions.captureScreen);
+}
+
+void SessionService::TranslateText(const QString& text) {
+    run([this, text] {
+        if (m_actions.translateText)
+            m_actions.translateText(text);
+    });
+}
+
+void SessionService::run(std::function<void()> action, const QString& activationToken) {
+    if (!action)
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [action = std::move(action), activationToken] {
+            giveActivationToken(activationToken);
+            action();
+        },
+        Qt::QueuedConnection);
+}
+
+void SessionService::runNamed(
+    const QString& action, const QVariantList& parameter, const QString& activationToken) {
+    if (action == u"open")
+        run(m_actions.open, activationToken);
+    else if (action == u"translate-selection")
+        run(m_actions.translateSelection, activationToken);
+    else if (action == u"capture-screen")
+        run(m_actions.captureScreen, activationToken);
+    else if (action == u"translate-text" && m_actions.translateText)
+        run([this, text = parameter.value(0).toString()] { m_actions.translateText(text); }, activationToken);
+}
+
+}  // namespace tralio

@@ -1,0 +1,55 @@
+#include "platform/linux/capture/desktop_capture_tools.h"
+
+#include <QStandardPaths>
+
+#include "common/debug_log.h"
+#include "platform/linux/capture/program_run.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// What takes its picture without the user has no reason to take longer.
+constexpr std::chrono::milliseconds whileItDraws = std::chrono::seconds(15);
+
+const QString grim = u"grim"_s;
+const QString slurp = u"slurp"_s;
+const QString spectacle = u"spectacle"_s;
+
+bool isProgram(const QString& name) {
+    return !QStandardPaths::findExecutable(name).isEmpty();
+}
+
+}  // namespace
+
+bool GrimCapture::isInstalled() {
+    return isProgram(grim) && isProgram(slurp);
+}
+
+QCoro::Task<qint32> GrimCapture::run(QString outputPath) {
+    const ProgramResult drawn = co_await runProgram(slurp, QStringList(), whileTheUserDraws);
+    if (drawn.status != 0)
+        co_return drawn.status;
+    const QStringList arguments{u"-g"_s, QString::fromUtf8(drawn.output).trimmed(), outputPath};
+    const ProgramResult picture = co_await runProgram(grim, arguments, whileItDraws);
+    co_return picture.status;
+}
+
+bool SpectacleCapture::isInstalled() {
+    return isProgram(spectacle);
+}
+
+QCoro::Task<qint32> SpectacleCapture::run(QString outputPath) {
+    // In the background and without a notification, a region, to a file.
+    const QStringList arguments{u"-b"_s, u"-n"_s, u"-r"_s, u"-o"_s, outputPath};
+    const ProgramResult picture = co_await runProgram(spectacle, arguments, whileTheUserDraws);
+    co_return picture.status;
+}
+
+QCoro::Task<qint32> NoCapture::run(QString /*outputPath*/) {
+    debugLog(u"NoCapture: this session lets no program capture the screen"_s);
+    co_return notStarted;
+}
+
+}  // namespace tralio

@@ -1,0 +1,36 @@
+#include "platform/linux/capture/program_run.h"
+
+#include <QProcess>
+#include <qcoroprocess.h>
+
+#include <csignal>
+#include <sys/prctl.h>
+
+#include "common/debug_log.h"
+#include "ocr/capture_tool.h"
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+
+QCoro::Task<ProgramResult> runProgram(
+    QString program, QStringList arguments, std::chrono::milliseconds limit) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.setStandardInputFile(QProcess::nullDevice());  // some read theirs to the end before they begin
+    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    process.start(program, arguments);
+    // A moment, which ends when the system has loaded the program, or has not.
+    if (!process.waitForStarted())
+        co_return ProgramResult{CaptureTool::notStarted, {}};
+    if (!co_await qCoro(process).waitForFinished(limit)) {
+        debugLog(u"runProgram: %1 does not end by itself"_s.arg(program));
+        process.kill();
+        co_await qCoro(process).waitForFinished(howeverLong);
+    }
+    const bool ended = process.exitStatus() == QProcess::NormalExit;
+    co_return ProgramResult{
+        ended ? process.exitCode() : CaptureTool::notStarted, process.readAllStandardOutput()};
+}
+
+}  // namespace tralio

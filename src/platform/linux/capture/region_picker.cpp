@@ -1,0 +1,28 @@
+#include "platform/linux/capture/region_picker.h"
+
+#include <QCoreApplication>
+
+#include <utility>
+
+#include "platform/linux/capture/program_run.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+}  // namespace
+
+RegionPicker::RegionPicker(QString program) : m_program(std::move(program)) {}
+
+QString RegionPicker::installedProgram() {
+    return QCoreApplication::applicationDirPath() + u"/tralio-snip"_s;
+}
+
+QCoro::Task<qint32> RegionPicker::run(QString outputPath) {
+    const QStringList arguments{u"-i"_s, outputPath};
+    const ProgramResult picker = co_await runProgram(m_program, arguments, howeverLong);
+    co_return picker.status;
+}
+
+}  // namespace tralio

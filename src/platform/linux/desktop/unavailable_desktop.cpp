@@ -1,0 +1,67 @@
+#include "platform/linux/desktop/unavailable_desktop.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include "platform/linux/desktop/desktop_settings.h"
+
+namespace tralio {
+
+EventHandlerRef UnavailableDesktop::HotKeys::installEventHandler(EventHandler /*handler*/) {
+    return EventHandlerRef{};
+}
+
+HotKeyPlatform::Registration UnavailableDesktop::HotKeys::registerHotKey(
+    quint32 /*keyCode*/, quint32 /*modifiers*/, HotKeyID /*id*/) {
+    return {notAvailable, std::nullopt};
+}
+
+void UnavailableDesktop::HotKeys::unregisterHotKey(HotKeyRef /*ref*/) {}
+
+void UnavailableDesktop::NoWorkspace::openURL(const QUrl& url) {
+    openDesktopURL(url);
+}
+
+std::unique_ptr<AccessibleElement> UnavailableDesktop::NoAccessibility::focusedElement(qint32 /*processId*/) {
+    return nullptr;
+}
+
+std::unique_ptr<AccessibleElement> UnavailableDesktop::NoAccessibility::menuBar(qint32 /*processId*/) {
+    return nullptr;
+}
+
+std::optional<QString> UnavailableDesktop::NoScripts::execute(const QString& /*source*/) {
+    return std::nullopt;
+}
+
+void UnavailableDesktop::NoScripts::launch(const QString& /*executable*/, const QStringList& /*arguments*/) {}
+
+void UnavailableDesktop::NoKeyEvents::post(const KeyEvent& /*event*/) {}
+
+void UnavailableDesktop::NoKeyEvents::postToProcess(qint32 /*processId*/, const KeyEvent& /*event*/) {}
+
+ToolkitPasteboard::ToolkitPasteboard() {
+    QObject::connect(
+        QGuiApplication::clipboard(), &QClipboard::dataChanged, &m_context, [this] { ++m_changeCount; });
+}
+
+std::optional<QString> ToolkitPasteboard::string() {
+    const QMimeData* content = QGuiApplication::clipboard()->mimeData();
+    return content && content->hasText() ? std::optional(content->text()) : std::nullopt;
+}
+
+QImage ToolkitPasteboard::image() {
+    return QGuiApplication::clipboard()->image();
+}
+
+bool ToolkitPasteboard::isConcealed() {
+    const QMimeData* content = QGuiApplication::clipboard()->mimeData();
+    return content && content->hasFormat(QLatin1String(concealedMimeType));
+}
+
+void ToolkitPasteboard::setString(const QString& text) {
+    QGuiApplication::clipboard()->setText(text);
+}
+
+}  // namespace tralio

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSize>
+#include <QStringList>
+
+#include <optional>
+#include <variant>
+#include <vector>
+
+#include "ocr/text_recognizer.h"
+
+/// What the program and its recogniser say to each other, in frames. The recogniser answers the requests in
+/// their order, one reply each; a `PrepareRequest` has none, and a `RecognizeRequest` is first told
+/// `Accepted`.
+namespace tralio::recogniser_protocol {
+
+/// More than this is refused before it is decoded or sent.
+inline constexpr qint64 maximumPixels = 64'000'000;
+
+inline constexpr qint64 bytesPerPixel = 4;
+inline constexpr qint64 maximumRequest = maximumPixels * bytesPerPixel + 64 * 1024;
+inline constexpr qint64 maximumReply = 16 * 1024 * 1024;
+
+/// What the user is told of such an image.
+[[nodiscard]] QString tooLarge(QSize size);
+
+struct PrepareRequest {};
+struct LanguagesRequest {};
+struct RecognizeRequest {
+    ImageSource image;
+    RecognitionRequest options;
+};
+using Request = std::variant<PrepareRequest, LanguagesRequest, RecognizeRequest>;
+
+struct LanguagesReply {
+    QStringList languages;
+};
+/// The image could be decoded and is of this size; how long the rest may take depends on that.
+struct Accepted {
+    QSize size;
+};
+struct ObservationsReply {
+    std::vector<TextObservation> observations;
+};
+struct NoImageReply {};
+struct FailureReply {
+    QString description;
+};
+using Reply = std::variant<LanguagesReply, Accepted, ObservationsReply, NoImageReply, FailureReply>;
+
+[[nodiscard]] QByteArray encode(const Request& request);
+[[nodiscard]] QByteArray encode(const Reply& reply);
+
+/// The message of a payload, or nothing when it is none.
+[[nodiscard]] std::optional<Request> decodeRequest(const QByteArray& payload);
+[[nodiscard]] std::optional<Reply> decodeReply(const QByteArray& payload);
+
+}  // namespace tralio::recogniser_protocol

@@ -1,0 +1,49 @@
+#include "platform/linux/selection/focused_selection.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QTimer>
+#include <QWindow>
+
+#include <utility>
+
+namespace tralio {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto focusLimit = 1s;
+/// The compositor tells of the selection just after it has given the focus.
+constexpr auto selectionDelay = 50ms;
+
+}  // namespace
+
+void FocusedSelection::read(std::function<void(const QString&)> deliver) {
+    m_deliver = std::move(deliver);
+    if (QGuiApplication::focusWindow()) {
+        take();
+        return;
+    }
+    connect(
+        qGuiApp, &QGuiApplication::focusWindowChanged, this, &FocusedSelection::take, Qt::UniqueConnection);
+    QTimer::singleShot(focusLimit, this, [this, request = ++m_request] {
+        if (request == m_request)
+            m_deliver = nullptr;
+    });
+}
+
+void FocusedSelection::take() {
+    if (!m_deliver || !QGuiApplication::focusWindow())
+        return;
+    QTimer::singleShot(selectionDelay, this, [this, deliver = std::exchange(m_deliver, nullptr)] {
+        const QClipboard* clipboard = QGuiApplication::clipboard();
+        if (!clipboard->supportsSelection() || clipboard->ownsSelection())
+            return;
+        const QString text = clipboard->text(QClipboard::Selection);
+        if (text.trimmed().isEmpty() || std::exchange(m_lastSeen, text) == text)
+            return;
+        deliver(text);
+    });
+}
+
+}  // namespace tralio

@@ -1,0 +1,34 @@
+#include "platform/linux/selection/primary_script_runner.h"
+
+#include <QFileInfo>
+#include <QProcess>
+
+#include "hotkeys/workspace.h"
+#include "platform/linux/selection/primary_selection.h"
+
+namespace tralio {
+namespace {
+
+constexpr int readLimit = 150;  // milliseconds
+
+}  // namespace
+
+PrimaryScriptRunner::PrimaryScriptRunner(Workspace& workspace, PrimarySelection& primary)
+    : m_workspace(workspace), m_primary(primary) {}
+
+std::optional<QString> PrimaryScriptRunner::execute(const QString& /*source*/) {
+    const auto front = m_workspace.frontmostApplication();
+    return front ? m_primary.textOf(front->processId, QDeadlineTimer(readLimit)) : std::nullopt;
+}
+
+void PrimaryScriptRunner::launch(const QString& executable, const QStringList& arguments) {
+    // Qt 6.4 loses a file descriptor with every program that it cannot start.
+    if (!QFileInfo(executable).isExecutable())
+        return;
+    auto* process = new QProcess;
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    QObject::connect(process, &QProcess::errorOccurred, process, &QObject::deleteLater);
+    process->start(executable, arguments);
+}
+
+}  // namespace tralio

@@ -1,0 +1,166 @@
+#include "platform/linux/tray/status_notifier_item.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QtEndian>
+
+#include "common/debug_log.h"
+#include "platform/linux/bus/activation_token.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr auto itemPath = "/StatusNotifierItem"_L1;
+constexpr auto watcherName = "org.kde.StatusNotifierWatcher"_L1;
+constexpr auto watcherPath = "/StatusNotifierWatcher"_L1;
+constexpr auto hostProperty = "IsStatusNotifierHostRegistered"_L1;
+
+QString nameOnBus() {
+    return u"org.kde.StatusNotifierItem-%1-1"_s.arg(QCoreApplication::applicationPid());
+}
+
+StatusNotifierPixmaps pixmapsOf(const QIcon& icon) {
+    StatusNotifierPixmaps pixmaps;
+    for (const QSize& size : icon.availableSizes()) {
+        const QImage image = icon.pixmap(size, 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
+        StatusNotifierPixmap pixmap{image.width(), image.height(), QByteArray(image.sizeInBytes(), 0)};
+        // A line of 32-bit pixels has no padding.
+        qToBigEndian<quint32>(
+            image.constBits(), image.width() * qsizetype(image.height()), pixmap.pixels.data());
+        pixmaps.append(pixmap);
+    }
+    return pixmaps;
+}
+
+}  // namespace
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap) {
+    argument.beginStructure();
+    argument << pixmap.width << pixmap.height << pixmap.pixels;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap) {
+    argument.beginStructure();
+    argument >> pixmap.width >> pixmap.height >> pixmap.pixels;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& toolTip) {
+    argument.beginStructure();
+    argument << toolTip.iconName << toolTip.icon << toolTip.title << toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& toolTip) {
+    argument.beginStructure();
+    argument >> toolTip.iconName >> toolTip.icon >> toolTip.title >> toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+StatusNotifierItem::StatusNotifierItem(const QString& title, const QIcon& icon, QDBusConnection bus)
+    : m_bus(std::move(bus)), m_title(title), m_pixmaps(pixmapsOf(icon)) {
+    qDBusRegisterMetaType<StatusNotifierPixmap>();
+    qDBusRegisterMetaType<StatusNotifierPixmaps>();
+    qDBusRegisterMetaType<StatusNotifierToolTip>();
+    m_bus.registerObject(
+        itemPath, this, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties);
+    const auto* watcher =
+        new QDBusServiceWatcher(watcherName, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, [this] {
+        m_present.reset();  // a tray that takes another's place knows nothing of the item
+        lookForTray();
+    });
+    for (const auto& signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
+        m_bus.connect(watcherName, watcherPath, watcherName, signal, this, SLOT(lookForTray()));
+    lookForTray();
+}
+
+StatusNotifierItem::~StatusNotifierItem() {
+    m_bus.unregisterObject(itemPath);
+    m_bus.unregisterService(nameOnBus());
+}
+
+void StatusNotifierItem::lookForTray() {
+    auto ask = QDBusMessage::createMethodCall(
+        watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    ask << QString(watcherName) << QString(hostProperty);
+    ask.setAutoStartService(false);
+    auto* answer = new QDBusPendingCallWatcher(m_bus.asyncCall(ask), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, question = ++m_question] {
+        answer->deleteLater();
+        if (question != m_question)
+            return;  // perhaps of a tray whose place another has taken
+        const QDBusPendingReply<QDBusVariant> reply = *answer;
+        if (reply.error().type() == QDBusError::NoReply) {
+            lookForTray();  // a desktop that is busy, as at login, or one that ended meanwhile
+            return;
+        }
+        setTray(reply.isValid() && reply.value().variant().toBool());
+    });
+}
+
+void StatusNotifierItem::setTray(bool present) {
+    if (m_present == present)
+        return;
+    m_present = present;
+    debugLog(present ? u"StatusNotifierItem: a tray takes the item over the session bus"_s
+                     : u"StatusNotifierItem: no tray on the session bus"_s);
+    if (present)
+        join();
+    Q_EMIT trayChanged(present);
+}
+
+void StatusNotifierItem::join() {
+    m_bus.registerService(nameOnBus());
+    auto registration = QDBusMessage::createMethodCall(
+        watcherName, watcherPath, watcherName, u"RegisterStatusNotifierItem"_s);
+    registration << nameOnBus();
+    m_bus.asyncCall(registration);
+}
+
+QString StatusNotifierItem::category() const {
+    return u"ApplicationStatus"_s;
+}
+
+QString StatusNotifierItem::status() const {
+    return u"Active"_s;
+}
+
+StatusNotifierToolTip StatusNotifierItem::toolTip() const {
+    return {.iconName = {}, .icon = {}, .title = m_title, .text = {}};
+}
+
+QDBusObjectPath StatusNotifierItem::menu() const {
+    return QDBusObjectPath(u"/NO_DBUSMENU"_s);  // the name that trays know for none
+}
+
+void StatusNotifierItem::Activate(int x, int y) {
+    Q_EMIT activated({x, y});
+}
+
+void StatusNotifierItem::ContextMenu(int x, int y) {
+    Q_EMIT activated({x, y});
+}
+
+void StatusNotifierItem::SecondaryActivate(int /*x*/, int /*y*/) {}
+
+void StatusNotifierItem::Scroll(int /*delta*/, const QString& /*orientation*/) {}
+
+void StatusNotifierItem::ProvideXdgActivationToken(const QString& token) {
+    giveActivationToken(token);
+}
+
+}  // namespace tralio

@@ -1,0 +1,34 @@
+#include "platform/linux/wayland/toolkit_platform.h"
+
+#include <QGuiApplication>
+#include <QOpenGLContext>
+
+#include "platform/linux/wayland/magnified_xwayland.h"
+
+namespace tralio {
+
+ToolkitPlatform::ToolkitPlatform() {
+    if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        return;
+    // The second is taken when the first cannot be had.
+    const bool isX11Good = qEnvironmentVariableIsSet("DISPLAY") && !isXwaylandMagnified();
+    choose("QT_QPA_PLATFORM", isX11Good ? "xcb;wayland" : "wayland;xcb");
+    // GL costs 30 MB, and our windows are drawn in shared memory. The name is of no plugin, so that none is
+    // loaded.
+    choose("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
+}
+
+ToolkitPlatform::~ToolkitPlatform() {
+    // The toolkit looks for a GL integration when something first wants one; this does, in vain.
+    if (!m_chosen.isEmpty() && QGuiApplication::platformName().startsWith(u"wayland"))
+        QOpenGLContext().create();
+    for (const QByteArray& variable : m_chosen)
+        qunsetenv(variable.constData());
+}
+
+void ToolkitPlatform::choose(const char* variable, const char* value) {
+    if (!qEnvironmentVariableIsSet(variable) && qputenv(variable, value))
+        m_chosen += variable;
+}
+
+}  // namespace tralio

@@ -1,0 +1,103 @@
+#include <QCoreApplication>
+#include <QImageReader>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "platform/linux/helpers/frames.h"
+#include "programs/recogniser/recogniser_session.h"
+
+// The recogniser's own process. It serves the program that started it over its standard input and output, and
+// ends when that program does or has had no work for it for a while.
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace recogniser_protocol;
+
+/// Whether there is something to read, or the other side is gone, within the time.
+bool waitForInput(int milliseconds) {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    int ready = 0;
+    do
+        ready = poll(&input, 1, milliseconds);
+    while (ready < 0 && errno == EINTR);
+    return ready != 0;
+}
+
+/// False at the end of the input.
+bool readMore(frames::Reader& requests) {
+    QByteArray bytes(1 << 20, Qt::Uninitialized);
+    ssize_t count = 0;
+    do
+        count = read(STDIN_FILENO, bytes.data(), static_cast<size_t>(bytes.size()));
+    while (count < 0 && errno == EINTR);
+    if (count <= 0)
+        return false;
+    bytes.truncate(count);
+    requests.add(bytes);
+    return true;
+}
+
+/// Images come from anywhere: what a faulty decoder can be made to do is bounded, and the largest image that
+/// is served stays well below. Beyond a limit this process dies, and costs that one image.
+void limitOneself() {
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    constexpr rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);   // it would hold what was on the user's screen
+    setrlimit(RLIMIT_FSIZE, &none);  // nothing is ever written to a file
+#ifndef __SANITIZE_ADDRESS__         // which reserves terabytes
+    constexpr rlimit memory{rlim_t(4) << 30, rlim_t(4) << 30};
+    setrlimit(RLIMIT_AS, &memory);
+#endif
+}
+
+int serve(int idleMilliseconds) {
+    const int replies = frames::takeStandardOutput();
+    if (replies < 0)
+        return EXIT_FAILURE;
+    RecogniserSession session([replies](const Reply& reply) { frames::writeAll(replies, encode(reply)); });
+    frames::Reader requests(maximumRequest);
+    for (;;) {
+        while (const auto payload = requests.next()) {
+            const auto request = decodeRequest(*payload);
+            if (!request)
+                return EXIT_FAILURE;
+            session.handle(*request);
+        }
+        if (requests.isBroken())
+            return EXIT_FAILURE;
+        while (!waitForInput(0) && session.prepareFurther()) {
+        }
+        if (!waitForInput(idleMilliseconds) || !readMore(requests))
+            return EXIT_SUCCESS;
+    }
+}
+
+}  // namespace
+}  // namespace tralio
+
+int main(int argc, char** argv) {
+    using namespace Qt::StringLiterals;
+    // A recognition under way does not notice that the program is gone.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    tralio::limitOneself();
+
+    const QCoreApplication application(argc, argv);
+    constexpr int megabytesForAnImage = 512;
+    QImageReader::setAllocationLimit(megabytesForAnImage);
+
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) != u"--idle-milliseconds") {
+        std::fputs("This program is started by Tralio, to read text in images.\n", stderr);
+        return 2;
+    }
+    return tralio::serve(std::max(1, arguments.value(2).toInt()));
+}

@@ -1,0 +1,268 @@
+#include "programs/recogniser/reading.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tralio {
+namespace {
+
+qsizetype letterCount(const QString& text) {
+    return std::count_if(
+        text.begin(), text.end(), [](QChar c) { return !c.isLowSurrogate(); });
+}
+
+/// The sum of confidences by length, and of lengths.
+struct Weighing {
+    double sum = 0;
+    double weight = 0;
+
+    void add(const ReadLine& line) {
+        for (const ReadWord& word : line.words) {
+            const auto length = static_cast<double>(letterCount(word.text));
+            sum += word.confidence * length;
+            weight += length;
+        }
+    }
+    [[nodiscard]] double mean() const { return weight > 0 ? sum / weight : 0; }
+};
+
+bool isPunctuation(const QString& text) {
+    return std::none_of(
+        text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber() || c.isSurrogate(); });
+}
+
+bool isDirt(const ReadWord& word) {
+    constexpr double leastForPunctuation = 75;
+    return word.confidence < leastForPunctuation && isPunctuation(word.text);
+}
+
+bool isDirt(const ReadLine& line) {
+    constexpr double leastForShortLines = 45;
+    constexpr qsizetype shortLine = 4;
+    return line.words.empty() ||
+        (letterCount(line.text()) <= shortLine && line.confidence() < leastForShortLines);
+}
+
+/// Chinese and Japanese put no blanks between words; what engines report there is the room of full-width
+/// punctuation.
+bool isWrittenSolid(QChar c) {
+    return (c >= u'\u3000' && c <= u'\u30ff') || (c >= u'\u3400' && c <= u'\u9fff') ||
+        (c >= u'\uff01' && c <= u'\uff60');
+}
+
+struct Letters {
+    QString plain;  ///< without their marks
+    int marks = 0;
+};
+
+Letters splitMarks(const QString& text) {
+    Letters letters;
+    for (const QChar c : text.normalized(QString::NormalizationForm_D)) {
+        const bool isBarred = c == u'đ' || c == u'Đ';
+        if (isBarred || c.isMark())
+            ++letters.marks;
+        if (!c.isMark())
+            letters.plain += isBarred ? (c == u'đ' ? u'd' : u'D') : c;
+    }
+    return letters;
+}
+
+/// Letters that only Vietnamese writes, and all letters.
+struct VietnameseShare {
+    qsizetype own = 0;
+    qsizetype letters = 0;
+
+    explicit VietnameseShare(const Reading& reading) {
+        constexpr QStringView lettersOfItsOwn = u"ăđơưĂĐƠƯ";
+        for (const ReadLine& line : reading.lines) {
+            for (const QChar c : line.text()) {
+                letters += c.isLetter() ? 1 : 0;
+                const bool hasToneAndShape = c >= u'\u1ea0' && c <= u'\u1ef9';
+                own += hasToneAndShape || lettersOfItsOwn.contains(c) ? 1 : 0;
+            }
+        }
+    }
+
+    [[nodiscard]] bool isNoMistake() const {
+        constexpr qsizetype oneIn = 20;
+        return own > 0 && own * oneIn >= letters;
+    }
+};
+
+/// Whether it may be a Vietnamese word that was taken for an English one.
+bool isSuspect(const ReadWord& word) {
+    const auto canBearMark = [](QChar c) { return QStringView(u"aeiouydAEIOUYD").contains(c); };
+    return word.pack == u"eng" && std::any_of(word.text.begin(), word.text.end(), canBearMark);
+}
+
+/// Whether two lines stand at the same height, mostly.
+bool shareHeight(const QRectF& a, const QRectF& b) {
+    const double shared = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top());
+    return shared > 0.5 * std::min(a.height(), b.height());
+}
+
+}  // namespace
+
+QString ReadLine::text() const {
+    QString text;
+    for (const ReadWord& word : words) {
+        if (!text.isEmpty() && !(isWrittenSolid(text.back()) && isWrittenSolid(word.text.front())))
+            text += QString(word.blanksBefore, u' ');
+        text += word.text;
+    }
+    return text;
+}
+
+double ReadLine::confidence() const {
+    Weighing weighing;
+    weighing.add(*this);
+    return weighing.mean();
+}
+
+double Reading::confidence() const {
+    Weighing weighing;
+    for (const ReadLine& line : lines)
+        weighing.add(line);
+    return weighing.mean();
+}
+
+double Reading::weakestLine() const {
+    constexpr double leastShape = 3;  // shorter ones are icons as often as not
+    double weakest = confidence();
+    for (const ReadLine& line : lines)
+        if (line.box.width() >= leastShape * line.box.height())
+            weakest = std::min(weakest, line.confidence());
+    return weakest;
+}
+
+bool Reading::isBrokenRow() const {
+    return lines.size() > 1 &&
+        std::all_of(
+            lines.begin() + 1, lines.end(),
+            [this](const ReadLine& line) { return shareHeight(lines.front().box, line.box); });
+}
+
+bool Reading::looksVietnamese() const {
+    const VietnameseShare share(*this);
+    return share.isNoMistake() && share.own > 1;
+}
+
+int Reading::markCount() const {
+    int marks = 0;
+    for (const ReadLine& line : lines)
+        marks += splitMarks(line.text()).marks;
+    return marks;
+}
+
+bool Reading::hasForeignLetters() const {
+    constexpr QStringView vietnamese = u"àáâãèéêìíòóôõùúýăđĩũơư";
+    for (const ReadLine& line : lines) {
+        for (const QChar c : line.text()) {
+            const QChar lower = c.toLower();
+            const bool isShared =
+                lower < u'\u0080' || vietnamese.contains(lower) || (lower >= u'\u1ea0' && lower <= u'\u1ef9');
+            if (c.isLetter() && !isShared)
+                return true;
+        }
+    }
+    return false;
+}
+
+bool Reading::holdsOtherScript() const {
+    constexpr qsizetype oneIn = 6;
+    qsizetype letters = 0;
+    qsizetype others = 0;
+    for (const ReadLine& line : lines) {
+        for (const QChar c : line.text()) {
+            letters += c.isLetter() ? 1 : 0;
+            others += c.isLetter() && c.script() != QChar::Script_Latin ? 1 : 0;
+        }
+    }
+    return others * oneIn >= letters && others > 0;
+}
+
+bool Reading::mayLackMarks() const {
+    const auto holdsSuspect = [](const ReadLine& line) {
+        return std::any_of(line.words.begin(), line.words.end(), isSuspect);
+    };
+    return VietnameseShare(*this).isNoMistake() && std::any_of(lines.begin(), lines.end(), holdsSuspect);
+}
+
+void Reading::adoptMarks(const Reading& marked) {
+    if (marked.lines.size() != lines.size())
+        return;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        auto next = marked.lines[i].words.begin();
+        const auto end = marked.lines[i].words.end();
+        for (ReadWord& word : lines[i].words) {
+            const Letters letters = splitMarks(word.text);
+            const auto same = std::find_if(next, end,
+                [&letters](const ReadWord& other) { return splitMarks(other.text).plain == letters.plain; });
+            if (same == end)
+                continue;
+            if (splitMarks(same->text).marks > letters.marks)
+                word.text = same->text;
+            next = std::next(same);
+        }
+    }
+}
+
+void Reading::dropDirt() {
+    for (ReadLine& line : lines) {
+        while (!line.words.empty() && isDirt(line.words.back()))
+            line.words.pop_back();
+        const auto first = std::find_if(
+            line.words.begin(), line.words.end(), [](const ReadWord& word) { return !isDirt(word); });
+        line.words.erase(line.words.begin(), first);
+    }
+    std::erase_if(lines, [](const ReadLine& line) { return isDirt(line); });
+}
+
+Reading bestLines(const Reading& first, const Reading& second, double margin) {
+    // Two readings may cut one stretch of the image into different numbers of lines; what overlaps is chosen
+    // together, so that nothing is read twice or lost.
+    struct Group {
+        double top;
+        double bottom;
+        Reading first;
+        Reading second;
+    };
+    std::vector<Group> groups;
+    const auto add = [&groups](const ReadLine& line, Reading Group::*side) {
+        Group merged{line.box.top(), line.box.bottom(), {}, {}};
+        (merged.*side).lines.push_back(line);
+        for (auto group = groups.begin(); group != groups.end();) {
+            const QRectF stretch(line.box.left(), group->top, 1, group->bottom - group->top);
+            if (!shareHeight(stretch, line.box)) {
+                ++group;
+                continue;
+            }
+            merged.top = std::min(merged.top, group->top);
+            merged.bottom = std::max(merged.bottom, group->bottom);
+            for (const auto part : {&Group::first, &Group::second}) {
+                auto& lines = ((*group).*part).lines;
+                auto& all = (merged.*part).lines;
+                all.insert(all.begin(), lines.begin(), lines.end());
+            }
+            group = groups.erase(group);
+        }
+        groups.push_back(std::move(merged));
+    };
+    for (const ReadLine& line : first.lines)
+        add(line, &Group::first);
+    for (const ReadLine& line : second.lines)
+        add(line, &Group::second);
+    std::sort(groups.begin(), groups.end(), [](const Group& a, const Group& b) { return a.top < b.top; });
+
+    Reading best;
+    for (Group& group : groups) {
+        const bool secondIsBetter = (group.first.lines.empty() || group.second.holdsOtherScript()) &&
+            group.second.confidence() >= group.first.confidence() + margin;
+        std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
+        best.lines.insert(
+            best.lines.end(), std::move_iterator(lines.begin()), std::move_iterator(lines.end()));
+    }
+    return best;
+}
+
+}  // namespace tralio

@@ -1,0 +1,111 @@
+#include "programs/recogniser/recogniser_session.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "programs/recogniser/image_decoder.h"
+#include "programs/recogniser/language_packs.h"
+#include "programs/recogniser/region_reader.h"
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+using namespace recogniser_protocol;
+
+namespace {
+
+/// The engine that nearly every image needs, and the one whose loading tells where packs are installed.
+constexpr QStringView usualPacks = u"vie+eng";
+
+NormalizedRect normalized(const QRectF& box, const QSize& size) {
+    const double left = std::clamp(box.left() / size.width(), 0.0, 1.0);
+    const double right = std::clamp(box.right() / size.width(), 0.0, 1.0);
+    const double top = std::clamp(box.top() / size.height(), 0.0, 1.0);
+    const double bottom = std::clamp(box.bottom() / size.height(), 0.0, 1.0);
+    return {left, 1 - bottom, right - left, bottom - top};
+}
+
+}  // namespace
+
+RecogniserSession::RecogniserSession(Send send) : m_send(std::move(send)) {}
+
+void RecogniserSession::handle(const Request& request) {
+    std::visit([this](const auto& alternative) { answer(alternative); }, request);
+}
+
+bool RecogniserSession::prepareFurther() {
+    if (!m_isPreparing)
+        return false;
+    for (const QString& packs : RegionReader::otherEngines(installedPacks())) {
+        if (engines(true).holds(packs))
+            continue;
+        (void)engines(true).engine(packs);
+        return true;
+    }
+    m_isPreparing = false;
+    return false;
+}
+
+void RecogniserSession::answer(const PrepareRequest&) {
+    m_isPreparing = true;
+    (void)installedPacks();
+}
+
+void RecogniserSession::answer(const LanguagesRequest&) {
+    m_send(LanguagesReply{tagsOfPacks(installedPacks())});
+}
+
+void RecogniserSession::answer(const RecognizeRequest& request) {
+    const DecodedImage decoded = decodeImage(request.image);
+    if (std::holds_alternative<UndecodableImage>(decoded)) {
+        m_send(NoImageReply{});
+        return;
+    }
+    if (const auto* oversized = std::get_if<OversizedImage>(&decoded)) {
+        m_send(FailureReply{tooLarge(oversized->size)});
+        return;
+    }
+    const QImage& image = std::get<QImage>(decoded);
+    m_send(Accepted{image.size()});
+
+    const QStringList& installed = installedPacks();
+    const QStringList packs =
+        packsOfTags(request.options.languages.value_or(tagsOfPacks(installed)), installed);
+    if (packs.isEmpty()) {
+        m_send(FailureReply{u"Chưa cài đặt gói ngôn ngữ nhận dạng nào."_s});
+        return;
+    }
+    const bool isAccurate = request.options.level == RecognitionRequest::Level::accurate;
+    RegionReader reader(engines(request.options.usesLanguageCorrection), packs, image);
+    const Reading reading =
+        reader.read(isAccurate ? RegionReader::Effort::untilConfident : RegionReader::Effort::oneLook);
+
+    ObservationsReply reply;
+    for (const ReadLine& line : reading.lines)
+        reply.observations.push_back({normalized(line.box, image.size()), {line.text()}});
+    m_send(reply);
+}
+
+EnginePool& RecogniserSession::engines(bool usesDictionaries) {
+    const auto dictionaries =
+        usesDictionaries ? TextEngine::Dictionaries::used : TextEngine::Dictionaries::unused;
+    if (!m_engines || m_engines->dictionaries() != dictionaries)
+        m_engines = std::make_unique<EnginePool>(dictionaries);
+    return *m_engines;
+}
+
+const QStringList& RecogniserSession::installedPacks() {
+    if (!m_installedPacks.isEmpty())
+        return m_installedPacks;
+    // Only a loaded engine knows where its packs are. With neither Vietnamese nor English, any other will do.
+    for (const QString& packs :
+        QStringList{usualPacks.toString()} + RegionReader::otherEngines(knownPacks())) {
+        if (const TextEngine* engine = engines(true).engine(packs)) {
+            m_installedPacks = engine->installedPacks();
+            break;
+        }
+    }
+    return m_installedPacks;
+}
+
+}  // namespace tralio

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/linux/helpers/recogniser_protocol.h"
+#include "programs/recogniser/engine_pool.h"
+
+namespace tralio {
+
+/// The work of the helper process: what it answers to each request.
+class RecogniserSession final {
+public:
+    using Send = std::function<void(const recogniser_protocol::Reply&)>;
+
+    explicit RecogniserSession(Send send);
+
+    void handle(const recogniser_protocol::Request& request);
+
+    /// Loads one more engine that may be wanted soon. False when there is none left to load, or none was
+    /// asked for.
+    bool prepareFurther();
+
+private:
+    void answer(const recogniser_protocol::PrepareRequest& request);
+    void answer(const recogniser_protocol::LanguagesRequest& request);
+    void answer(const recogniser_protocol::RecognizeRequest& request);
+
+    [[nodiscard]] EnginePool& engines(bool usesDictionaries);
+    [[nodiscard]] const QStringList& installedPacks();
+
+    Send m_send;
+    std::unique_ptr<EnginePool> m_engines;
+    QStringList m_installedPacks;
+    bool m_isPreparing = false;
+};
+
+}  // namespace tralio

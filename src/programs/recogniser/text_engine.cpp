@@ -1,0 +1,66 @@
+#include "programs/recogniser/text_engine.h"
+
+#include <string>
+#include <tesseract/baseapi.h>
+#include <tesseract/ocrclass.h>
+#include <tesseract/resultiterator.h>
+#include <vector>
+
+namespace tralio {
+
+TextEngine::TextEngine(const QString& packs, Dictionaries dictionaries)
+    : m_api(std::make_unique<tesseract::TessBaseAPI>()) {
+    std::vector<std::string> names{"debug_file"};
+    std::vector<std::string> values{"/dev/null"};
+    if (dictionaries == Dictionaries::unused) {
+        names.insert(names.end(), {"load_system_dawg", "load_freq_dawg"});
+        values.insert(values.end(), {"0", "0"});
+    }
+    m_isLoaded = m_api->Init(nullptr, packs.toUtf8().constData(), tesseract::OEM_LSTM_ONLY, nullptr, 0,
+                     &names, &values, false) == 0;
+}
+
+TextEngine::~TextEngine() = default;
+
+QStringList TextEngine::installedPacks() const {
+    std::vector<std::string> packs;
+    m_api->GetAvailableLanguagesAsVector(&packs);
+    QStringList names;
+    for (const std::string& pack : packs)
+        names += QString::fromStdString(pack);
+    return names;
+}
+
+Reading TextEngine::read(const Plane& picture, Layout layout) {
+    using namespace tesseract;
+    m_api->SetPageSegMode(layout == Layout::block ? PSM_SINGLE_BLOCK : PSM_SINGLE_LINE);
+    m_api->SetImage(picture.pixels().data(), picture.width(), picture.height(), 1, picture.width());
+    // Without a resolution the library guesses one, and tells the world on its standard error.
+    m_api->SetSourceResolution(144);
+    Reading reading;
+    // Noise of many megapixels is worth no more of the user's time.
+    constexpr int mostMilliseconds = 30'000;
+    ETEXT_DESC monitor;
+    monitor.set_deadline_msecs(mostMilliseconds);
+    if (m_api->Recognize(&monitor) != 0)
+        return reading;
+    const std::unique_ptr<ResultIterator> word(m_api->GetIterator());
+    if (!word || word->Empty(RIL_WORD))
+        return reading;
+    do {
+        if (word->IsAtBeginningOf(RIL_TEXTLINE) || reading.lines.empty()) {
+            int left = 0, top = 0, right = 0, bottom = 0;
+            word->BoundingBox(RIL_TEXTLINE, &left, &top, &right, &bottom);
+            reading.lines.push_back({{}, QRectF(QPointF(left, top), QPointF(right, bottom))});
+        }
+        const std::unique_ptr<const char[]> text(word->GetUTF8Text(RIL_WORD));
+        if (!text || text[0] == '\0')
+            continue;
+        reading.lines.back().words.push_back({QString::fromUtf8(text.get()), word->Confidence(RIL_WORD),
+            word->BlanksBeforeWord(), QString::fromUtf8(word->WordRecognitionLanguage())});
+    } while (word->Next(RIL_WORD));
+    m_api->Clear();
+    return reading;
+}
+
+}  // namespace tralio

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QStringList>
+
+#include <memory>
+
+#include "programs/recogniser/plane.h"
+#include "programs/recogniser/reading.h"
+
+namespace tesseract {
+class TessBaseAPI;
+}
+
+namespace tralio {
+
+/// One loaded recognition engine. Not reentrant, and gone before the process leaves `main`: the library's own
+/// static objects must outlive it.
+class TextEngine final {
+public:
+    enum class Dictionaries { used, unused };
+
+    /// Loads language packs, the first of them the leading one ("vie+eng"). Check `isLoaded`.
+    TextEngine(const QString& packs, Dictionaries dictionaries);
+    TextEngine(const TextEngine&) = delete;
+    TextEngine& operator=(const TextEngine&) = delete;
+    ~TextEngine();
+
+    [[nodiscard]] bool isLoaded() const { return m_isLoaded; }
+
+    /// All language packs that are installed beside the loaded ones.
+    [[nodiscard]] QStringList installedPacks() const;
+
+    enum class Layout { block, singleLine };
+
+    /// Reads dark text on white. Boxes are in pixels of the picture.
+    [[nodiscard]] Reading read(const Plane& picture, Layout layout = Layout::block);
+
+private:
+    std::unique_ptr<tesseract::TessBaseAPI> m_api;
+    bool m_isLoaded = false;
+};
+
+}  // namespace tralio

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+
+#include "programs/snip/x_display.h"
+
+namespace tralio {
+
+/// Pointer and keyboard are ours while this lives: every press, wherever it happens, comes to our connection
+/// in pixels of the screen. Throws std::runtime_error when another program keeps them for longer than a
+/// second.
+class InputGrab final {
+public:
+    /// `freeze` is called to ask the server for the screen as it is when the input becomes ours. The server
+    /// gets that together with our first try, so that what goes away without input, like a tooltip, is still
+    /// there; after a wait it is called once more.
+    InputGrab(const XDisplay& display, xcb_cursor_t cursor, const std::function<void()>& freeze);
+    InputGrab(const InputGrab&) = delete;
+    InputGrab& operator=(const InputGrab&) = delete;
+    ~InputGrab();
+
+    void setCursor(xcb_cursor_t cursor);
+
+private:
+    void letGo() const;
+
+    const XDisplay& m_display;
+};
+
+}  // namespace tralio

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <xcb/xcb_keysyms.h>
+
+#include "programs/snip/input_grab.h"
+#include "programs/snip/overlay.h"
+#include "programs/snip/region_selection.h"
+
+namespace tralio {
+
+/// Lets the user draw a rectangle on a frozen screen: hands what the server reports to the selection and
+/// shows what that makes of it.
+class Picker final {
+public:
+    Picker(const XDisplay& display, FrozenScreen& screen, const MonitorLayout& monitors);
+
+    /// Returns when the user is done, with the screen as it was: the rectangle, or nothing when cancelled.
+    /// Throws std::runtime_error when input cannot be had or the display goes.
+    [[nodiscard]] std::optional<QRect> pick();
+
+private:
+    void handlePending(Overlay& overlay);
+    void handle(const xcb_generic_event_t& event);
+    void pressButton(const xcb_button_press_event_t& event);
+    void pressKey(const xcb_key_press_event_t& event);
+    void waitForEvent(bool isFading) const;
+    [[nodiscard]] xcb_cursor_t crossFor(double scale);
+
+    const XDisplay& m_display;
+    FrozenScreen& m_screen;
+    const MonitorLayout& m_monitors;
+    RegionSelection m_selection;
+    std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> m_keys;
+    std::map<double, xcb_cursor_t> m_crosses;  ///< by scale
+};
+
+}  // namespace tralio

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+
+#include <span>
+
+#include "programs/snip/x_display.h"
+
+namespace tralio {
+
+/// A picture that lives in the X server: whatever is as large as the screen stays there, so that neither the
+/// first sight nor a move of the pointer carries it through a socket.
+class XPicture final {
+public:
+    /// As the screen is, with undefined content.
+    [[nodiscard]] static XPicture likeScreen(const XDisplay& display, QSize size);
+    /// With red, green and blue of 8 bits each, whatever the screen has.
+    [[nodiscard]] static XPicture withoutAlpha(const XDisplay& display, QSize size);
+    /// A copy of an image with an alpha channel.
+    [[nodiscard]] static XPicture fromImage(const XDisplay& display, const QImage& image);
+
+    XPicture(XPicture&& other) noexcept;
+    XPicture& operator=(XPicture&& other) noexcept;
+    ~XPicture();
+
+    [[nodiscard]] QSize size() const { return m_size; }
+    [[nodiscard]] xcb_pixmap_t pixmap() const { return m_pixmap; }
+    [[nodiscard]] xcb_render_picture_t picture() const { return m_picture; }
+
+    /// Limits drawing to a region until lifted.
+    void clipTo(std::span<const QRect> region);
+    void liftClip();
+    /// Copies a part from another picture of this screen, at the same place.
+    void copyFrom(xcb_render_picture_t source, const QRect& part);
+    /// Lays another picture over this one.
+    void lay(const XPicture& other, QPoint place, double opacity = 1);
+    void fill(std::span<const QRect> areas, const QColor& color);
+
+private:
+    XPicture(const XDisplay& display, QSize size, quint8 depth, xcb_render_pictformat_t format);
+
+    const XDisplay* m_display;
+    QSize m_size;
+    xcb_pixmap_t m_pixmap;
+    xcb_render_picture_t m_picture;
+};
+
+/// The same rectangle as the protocol has it.
+[[nodiscard]] xcb_rectangle_t toX(const QRect& rectangle);
+
+}  // namespace tralio

@@ -1,0 +1,243 @@
+#include "platform/linux/helpers/helper_text_recognizer.h"
+
+#include <QPainter>
+#include <QTemporaryDir>
+
+#include "common/clock.h"
+#include "ocr/ocr_test_support.h"
+#include "support/fake_clock.h"
+#include "support/files.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// A picture of a text, one line below the other, as a screen would show it.
+QImage pictureOf(
+    const QStringList& lines, double ratio = 1, QColor ink = Qt::black, QColor paper = Qt::white) {
+    QImage image(qRound(480 * ratio), qRound((20 + 30 * static_cast<double>(lines.size())) * ratio),
+        QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(paper);
+    QPainter painter(&image);
+    QFont font(u"Noto Sans"_s);
+    font.setPixelSize(17);
+    painter.setFont(font);
+    painter.setPen(ink);
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        painter.drawText(QPointF(16, 32 + 30 * static_cast<double>(i)), lines[i]);
+    return image;
+}
+
+class HelperTextRecognizerTest : public testing::Test {
+protected:
+    using Text = Ending<QString>;
+
+    /// A helper that is a shell script; `$helper` in it is the real one.
+    QString script(const QByteArray& commands) {
+        return writeFile(folder.filePath(u"helper-%1"_s.arg(++scripts)),
+            "#!/bin/sh\nhelper='" OCR_PROGRAM "'\n" + commands + "\n");
+    }
+
+    /// A helper that does these things the first time, and after that works.
+    QString scriptOnce(const QByteArray& commands) {
+        failedOnce = folder.filePath(u"failed-%1"_s.arg(scripts));
+        const QByteArray flag = QFile::encodeName(failedOnce);
+        return script("if [ ! -e '" + flag + "' ]; then : >'" + flag + "'; " + commands +
+            "; fi\nexec \"$helper\" \"$@\"");
+    }
+
+    QUrl written(const QString& name, const QByteArray& bytes) {
+        return QUrl::fromLocalFile(writeFile(folder.filePath(name), bytes));
+    }
+
+    QUrl saved(const QString& name, const QImage& image) {
+        EXPECT_TRUE(image.save(folder.filePath(name)));
+        return QUrl::fromLocalFile(folder.filePath(name));
+    }
+
+    const QImage hello = pictureOf({u"Hello world"_s});
+    QTemporaryDir folder;
+    int scripts = 0;
+    QString failedOnce;  ///< is there when the last helper of `scriptOnce` has begun to fail
+    FakeClock clock;
+    HelperTextRecognizer recognizer{QStringLiteral(OCR_PROGRAM), clock};
+    OCRService service{recognizer};
+};
+
+TEST_F(HelperTextRecognizerTest, reads_what_screens_show) {
+    const QStringList lines{u"Bạn hãy nhập mật khẩu mới."_s, u"Please enter a new password."_s};
+    const QString text = lines.join(u'\n');
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines))).result, text);
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines, 2))).result, text) << "on a dense screen";
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines, 1, QColor(235, 235, 235), QColor(30, 30, 46))))
+                  .result,
+        text)
+        << "in a dark theme";
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf({u"Файл успешно загружен."_s}))).result,
+        u"Файл успешно загружен."_s);
+    const QStringList greeting{u"Xin chào Việt Nam"_s, u"Good morning, everybody"_s};
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(greeting))).result, greeting.join(u'\n'))
+        << "a short greeting is not taken for Spanish";
+
+    const auto observations =
+        endingOf(recognizer.recognize(pictureOf(lines), RecognitionRequest(), {})).result.value();
+    ASSERT_EQ(observations.size(), 2U);
+    for (size_t i = 0; i < 2; ++i) {
+        const NormalizedRect& box = observations[i].boundingBox;
+        EXPECT_NEAR(box.x, 16 / 480.0, 0.02);
+        EXPECT_NEAR(box.midY(), i == 0 ? 0.68 : 0.3, 0.06) << "the origin is the lower left corner";
+        EXPECT_GT(box.width, 0.4);
+        EXPECT_LT(box.x + box.width, 0.8);
+    }
+}
+
+TEST_F(HelperTextRecognizerTest, tells_the_languages_of_the_installed_packs_and_keeps_to_the_wanted_ones) {
+    const QStringList languages = endingOf(recognizer.supportedLanguages({})).result.value();
+    EXPECT_THAT(languages, testing::IsSupersetOf({u"vi-VN"_s, u"en-US"_s, u"ru-RU"_s}));
+    RecognitionRequest request{.languages = QStringList{u"en-US"_s}};
+    const auto english =
+        endingOf(recognizer.recognize(pictureOf({u"Файл успешно загружен."_s}), request, {})).result.value();
+    for (const TextObservation& observation : english)
+        EXPECT_FALSE(observation.candidates.value(0).contains(u"Файл"_s));
+    request.languages = QStringList{u"xx-XX"_s};
+    EXPECT_FALSE(endingOf(recognizer.recognize(hello, request, {})).failure.isEmpty());
+}
+
+TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_next_one_works) {
+    const QUrl good = saved(u"good.png"_s, hello);
+    const QByteArray bytes = contentOf(good.toLocalFile());
+    QImage huge(20'000, 20'000, QImage::Format_Mono);
+    huge.fill(1);
+    const OCRError tooLarge = OCRError::recognitionFailed(recogniser_protocol::tooLarge(huge.size()));
+    QImage glass(hello.size(), QImage::Format_ARGB32);
+    glass.fill(Qt::transparent);
+    QPainter(&glass).drawImage(0, 0, pictureOf({u"Hello world"_s}, 1, Qt::white, Qt::transparent));
+
+    struct Case {
+        const char* what;
+        QUrl file;
+        std::optional<OCRError> error;
+    };
+    const Case cases[] = {
+        {"sixteen bits a channel", saved(u"deep.png"_s, hello.convertToFormat(QImage::Format_RGBX64)), {}},
+        {"another format than its name says", written(u"photo.jpg"_s, bytes), {}},
+        {"cut off in its header", written(u"short.png"_s, bytes.first(20)), OCRError::invalidImage()},
+        {"no image", written(u"text.png"_s, "Hello world"), OCRError::invalidImage()},
+        {"not there", QUrl::fromLocalFile(folder.filePath(u"none.png"_s)), OCRError::invalidImage()},
+        {"huge", saved(u"huge.png"_s, huge), tooLarge},
+        {"blank", saved(u"blank.png"_s, pictureOf({})), OCRError::noTextFound()},
+    };
+    for (const Case& given : cases) {
+        const Text ending = endingOf(service.recognizeText(given.file));
+        EXPECT_EQ(ending.error, given.error) << given.what;
+        EXPECT_EQ(ending.result.value_or(QString()), given.error ? QString() : u"Hello world"_s)
+            << given.what;
+    }
+    EXPECT_EQ(endingOf(service.recognizeText(huge)).error, tooLarge);
+    const Text half = endingOf(service.recognizeText(written(u"half.png"_s, bytes.first(bytes.size() / 2))));
+    EXPECT_TRUE(half.error) << "cut off in the middle";
+    EXPECT_EQ(endingOf(service.recognizeText(glass)).result, u"Hello world"_s) << "white on transparent";
+    EXPECT_EQ(endingOf(service.recognizeText(good)).result, u"Hello world"_s);
+}
+
+TEST_F(HelperTextRecognizerTest, one_helper_serves_image_after_image_and_ends_when_there_are_no_more) {
+    recognizer.prepare();
+    const qint64 first = recognizer.helperProcessId();
+    EXPECT_NE(first, 0);
+    std::vector<std::shared_ptr<Text>> endings;
+    for (int i = 0; i < 3; ++i)
+        endings.push_back(started(service.recognizeText(hello)));
+    for (const auto& ending : endings) {
+        EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
+        EXPECT_EQ(ending->result, u"Hello world"_s);
+    }
+    EXPECT_EQ(recognizer.helperProcessId(), first);
+
+    HelperTextRecognizer impatient(QStringLiteral(OCR_PROGRAM), clock, {.idle = 10ms});
+    OCRService another(impatient);
+    EXPECT_EQ(endingOf(another.recognizeText(hello)).result, u"Hello world"_s);
+    EXPECT_TRUE(eventually([&] { return impatient.helperProcessId() == 0; })) << "the helper never ended";
+    EXPECT_EQ(endingOf(another.recognizeText(hello)).result, u"Hello world"_s);
+}
+
+TEST_F(HelperTextRecognizerTest, a_helper_that_fails_costs_one_image) {
+    struct Case {
+        const char* what;
+        QByteArray commands;
+    };
+    const Case cases[] = {
+        {"exits", "exit 3"},
+        {"crashes", "kill -SEGV $$"},
+        {"talks", "echo 'Warning: everything is fine'; exec sleep 100"},
+        {"closes its output", "exec >&-; exit 1"},
+    };
+    for (const Case& given : cases) {
+        HelperTextRecognizer failing(scriptOnce(given.commands), clock);
+        const auto lost = endingOf(failing.recognize(hello, RecognitionRequest(), {}));
+        EXPECT_FALSE(lost.failure.isEmpty()) << given.what;
+        EXPECT_FALSE(lost.error) << given.what;
+        const auto next = endingOf(failing.recognize(hello, RecognitionRequest(), {}));
+        EXPECT_EQ(next.failure, QString()) << given.what;
+        EXPECT_EQ(next.result.value_or(std::vector<TextObservation>()).size(), 1U) << given.what;
+    }
+    HelperTextRecognizer absent(folder.filePath(u"none"_s), clock);
+    EXPECT_EQ(
+        endingOf(OCRService(absent).recognizeText(hello)).error->kind(), OCRError::Kind::recognitionFailed);
+    EXPECT_FALSE(endingOf(absent.recognize(hello, RecognitionRequest(), {})).failure.isEmpty());
+}
+
+TEST_F(HelperTextRecognizerTest, a_helper_that_hangs_is_ended_later_for_a_larger_image) {
+    const QByteArray accepted =
+        recogniser_protocol::encode(recogniser_protocol::Reply(recogniser_protocol::Accepted{{2000, 1000}}));
+    const QUrl reply = written(u"accepted"_s, accepted);
+    const QString flag = folder.filePath(u"told"_s);
+    HelperTextRecognizer hanging(scriptOnce("cat '" + QFile::encodeName(reply.toLocalFile()) + "'; : >'" +
+                                     QFile::encodeName(flag) + "'; exec sleep 100"),
+        clock, {.anyRequest = 20s, .perMegapixel = 5s});
+    const auto ending = started(hanging.recognize(hello, RecognitionRequest(), {}));
+    EXPECT_TRUE(eventually([&] { return QFile::exists(flag); }));
+    for (int turn = 0; turn < 5; ++turn)  // what is in the pipe by now is read within these
+        EXPECT_TRUE(nextTurn());
+    clock.advance(29s);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(ending->times, 0);
+    clock.advance(1s);
+    EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
+    EXPECT_FALSE(ending->failure.isEmpty());
+    EXPECT_EQ(endingOf(hanging.recognize(hello, RecognitionRequest(), {})).result->size(), 1U);
+}
+
+TEST_F(HelperTextRecognizerTest, a_stopped_recognition_ends_at_once_and_those_behind_it_go_on) {
+    HelperTextRecognizer hanging(scriptOnce("exec sleep 100"), clock);
+    std::stop_source stopFirst;
+    std::stop_source stopSecond;
+    const auto first = started(hanging.recognize(hello, RecognitionRequest(), stopFirst.get_token()));
+    const auto second = started(hanging.recognize(hello, RecognitionRequest(), stopSecond.get_token()));
+    const auto third = started(hanging.recognize(hello, RecognitionRequest(), {}));
+    EXPECT_TRUE(eventually([&] { return QFile::exists(failedOnce); }));
+    stopSecond.request_stop();
+    EXPECT_TRUE(eventually([&] { return second->times > 0; }));
+    EXPECT_FALSE(second->failure.isEmpty());
+    EXPECT_EQ(first->times + third->times, 0);
+    stopFirst.request_stop();
+    EXPECT_TRUE(eventually([&] { return first->times > 0 && third->times > 0; }));
+    EXPECT_FALSE(first->failure.isEmpty());
+    EXPECT_EQ(third->result.value_or(std::vector<TextObservation>()).size(), 1U)
+        << third->failure.toStdString();
+}
+
+TEST_F(HelperTextRecognizerTest, what_still_waits_ends_with_the_recogniser) {
+    auto hanging = std::make_unique<HelperTextRecognizer>(script("exec sleep 100"), clock);
+    const auto first = started(hanging->recognize(hello, RecognitionRequest(), {}));
+    const auto second = started(hanging->supportedLanguages({}));
+    hanging.reset();
+    EXPECT_TRUE(eventually([&] { return first->times > 0 && second->times > 0; }));
+    EXPECT_FALSE(first->failure.isEmpty());
+    EXPECT_FALSE(second->failure.isEmpty());
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,346 @@
+#include <QDBusConnectionInterface>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/keyboard/hot_key_rules.h"
+#include "platform/linux/portal/portal_capture.h"
+#include "platform/linux/portal/portal_hot_keys.h"
+#include "platform/scripted_desktop_portal.h"
+#include "support/debug_log_file.h"
+#include "support/event_loop.h"
+#include "support/fake_clock.h"
+#include "support/print_to.h"
+#include "support/private_bus.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+constexpr quint32 keyS = 1;
+constexpr quint32 keyD = 2;
+constexpr quint32 keyT = 17;
+constexpr quint32 commandShift = 768;
+constexpr HotKeyID text{1, 1};
+constexpr HotKeyID capture{1, 2};
+
+class PortalTest : public testing::Test {
+protected:
+    void startPortal(const std::function<void(ScriptedDesktopPortal&)>& script = {}) {
+        desktop.emplace(bus.connect());
+        if (script)
+            script(*desktop);
+    }
+    /// The program, waited for until it knows the portal, or without.
+    void launch() {
+        QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
+        portal.emplace(bus.connect(),
+            QStringList{QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)},
+            clock);
+        hotKeys.emplace(*portal,
+            std::vector<PortalHotKeys::Purpose>{
+                {1, u"translate-selection"_s, u"Dịch"_s}, {2, u"capture-screen"_s, u"Chụp"_s}},
+            clock);
+        hotKeys->installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
+    }
+    [[nodiscard]] bool startProgram() {
+        launch();
+        return eventually([&] { return portal->version(QLatin1String(PortalCapture::interface)) == 2; });
+    }
+    /// Both hot keys, with the portal's answers to come.
+    void registerBoth() {
+        textKey = hotKeys->registerHotKey(keyD, commandShift, text);
+        hotKeys->registerHotKey(keyS, commandShift, capture);
+    }
+    [[nodiscard]] bool isBound(qsizetype count = 2) {
+        return eventually([&] { return desktop->bound.size() == count; });
+    }
+    [[nodiscard]] QStringList boundIds() const {
+        QStringList ids;
+        for (const PortalShortcut& shortcut : desktop->bound)
+            ids += shortcut.id;
+        return ids;
+    }
+
+    PrivateBus bus;
+    FakeClock clock;
+    std::optional<ScriptedDesktopPortal> desktop;
+    std::optional<Portal> portal;
+    std::optional<PortalHotKeys> hotKeys;
+    HotKeyPlatform::Registration textKey;
+    std::vector<quint32> pressed;
+};
+
+TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
+    startPortal([](auto& told) { told.requiresApplicationId = true; });
+    ASSERT_TRUE(startProgram());
+    registerBoth();
+    EXPECT_EQ(textKey.status, 0);
+    ASSERT_TRUE(isBound());
+    EXPECT_EQ(desktop->applicationId, u"org.tralio.Tralio");
+    EXPECT_EQ(desktop->calls.first(), u"Register");
+    EXPECT_THAT(
+        boundIds(), ElementsAre(u"translate-selection.LOGO+SHIFT+d"_s, u"capture-screen.LOGO+SHIFT+s"_s));
+    EXPECT_EQ(desktop->bound.first().properties.value(u"preferred_trigger"_s).toString(), u"LOGO+SHIFT+d");
+
+    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1000, {{u"activation_token"_s, u"t"_s}});
+    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1000);
+    desktop->activate(u"somebody-elses"_s, 1001);
+    desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, 1002);
+    ASSERT_TRUE(eventually([&] { return pressed.size() == 2; }));
+    EXPECT_THAT(pressed, ElementsAre(1, 2));
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "t");
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+TEST_F(PortalTest, what_the_desktop_remembers_or_binds_with_the_session_is_not_asked_for_again) {
+    const std::function<void(ScriptedDesktopPortal&)> desktops[] = {
+        [](auto& told) {
+            told.remembered = {
+                {u"capture-screen.LOGO+SHIFT+s"_s, {}}, {u"translate-selection.LOGO+SHIFT+d"_s, {}}};
+        },
+        [](auto& told) { told.bindsAtCreation = true; },
+    };
+    for (const auto& script : desktops) {
+        startPortal(script);
+        ASSERT_TRUE(startProgram());
+        const DebugLogFile log;
+        registerBoth();
+        ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: bound"); }));
+        desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
+        ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
+        EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
+        pressed.clear();
+        hotKeys.reset();
+        portal.reset();
+        desktop.reset();
+    }
+}
+
+TEST_F(PortalTest, a_desktop_that_binds_without_a_word_is_asked_what_it_has_bound) {
+    startPortal([](auto& told) {
+        told.listsOnlyWhenAsked = true;
+        told.notBound = u"capture-screen.LOGO+SHIFT+s"_s;
+    });
+    ASSERT_TRUE(startProgram());
+    DebugLogFile log;
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: not bound"); }));
+    EXPECT_TRUE(log.content().contains("translate-selection.LOGO+SHIFT+d: bound to Super+Shift+X"));
+    EXPECT_EQ(desktop->calls.count(u"BindShortcuts"_s), 1);
+}
+
+TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {
+    startPortal();
+    ASSERT_TRUE(startProgram());
+    registerBoth();
+    ASSERT_TRUE(isBound());
+
+    desktop->bound.clear();
+    hotKeys->unregisterHotKey(*textKey.ref);
+    ASSERT_EQ(hotKeys->registerHotKey(keyT, commandShift, text).status, 0);
+    ASSERT_TRUE(isBound());
+    EXPECT_TRUE(desktop->calls.contains(u"Close"_s));
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
+    EXPECT_THAT(boundIds(),
+        testing::UnorderedElementsAre(
+            u"translate-selection.LOGO+SHIFT+t"_s, u"capture-screen.LOGO+SHIFT+s"_s));
+    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
+    desktop->activate(u"translate-selection.LOGO+SHIFT+t"_s, 2);
+    ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
+}
+
+TEST_F(PortalTest, a_silent_list_keeps_the_hot_keys_from_being_bound_for_its_time_limit_only) {
+    startPortal([](auto& told) { told.silentMethods = {u"ListShortcuts"_s}; });
+    ASSERT_TRUE(startProgram());
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"ListShortcuts"_s); }));
+    EXPECT_TRUE(desktop->bound.isEmpty());
+    clock.advance(30s);
+    EXPECT_TRUE(isBound());
+}
+
+TEST_F(PortalTest, refusals_leave_the_program_without_hot_keys_and_otherwise_well) {
+    startPortal([](auto& told) {
+        told.hasRegistry = false;
+        told.requiresApplicationId = true;
+    });
+    ASSERT_TRUE(startProgram());
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"CreateSession"_s); }));
+    ASSERT_TRUE(nextTurn());
+    EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
+
+    for (const quint32 nobodysKey : {52U, 127U, 4294967295U})
+        EXPECT_EQ(hotKeys->registerHotKey(nobodysKey, commandShift, text).status, hotKeyInvalid);
+    EXPECT_EQ(hotKeys->registerHotKey(keyD, 512, text).status, hotKeyInvalid);
+    EXPECT_EQ(hotKeys->registerHotKey(keyS, commandShift, text).status, hotKeyExists);
+}
+
+TEST_F(PortalTest, a_portal_that_comes_later_anew_or_in_anothers_place_gets_the_hot_keys_then) {
+    launch();
+    registerBoth();
+    EXPECT_EQ(textKey.status, PortalHotKeys::notAvailable);
+
+    for (int start = 0; start < 2; ++start) {
+        startPortal();
+        ASSERT_TRUE(isBound());
+        desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, 5 + start);
+        ASSERT_TRUE(eventually([&] { return pressed.size() == 1U; }));
+        pressed.clear();
+        desktop.reset();
+        ASSERT_TRUE(
+            eventually([&] { return portal->version(QLatin1String(PortalHotKeys::interface)) == 0; }));
+    }
+
+    startPortal();
+    ASSERT_TRUE(isBound());
+    ScriptedDesktopPortal successor(bus.connect());
+    ASSERT_TRUE(eventually([&] { return successor.bound.size() == 2; }));
+    EXPECT_EQ(successor.applicationId, u"org.tralio.Tralio");
+    successor.activate(u"capture-screen.LOGO+SHIFT+s"_s, 9);
+    EXPECT_TRUE(eventually([&] { return pressed.size() == 1; }));
+}
+
+TEST_F(PortalTest, a_portal_that_has_ended_is_called_for_if_it_does_not_come_back_by_itself) {
+    startPortal();
+    ASSERT_TRUE(startProgram());
+    int timesKnown = 0;
+    QObject::connect(&*portal, &Portal::ready, &*portal, [&] { ++timesKnown; });
+    desktop.reset();
+    ASSERT_TRUE(eventually([&] { return portal->version(QLatin1String(PortalHotKeys::interface)) == 0; }));
+    clock.advance(4s);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(timesKnown, 0);
+    clock.advance(1s);
+    EXPECT_TRUE(eventually([&] { return timesKnown == 1; }));
+}
+
+TEST_F(PortalTest, a_portal_that_takes_long_to_say_its_versions_holds_up_no_registration) {
+    startPortal([](auto& told) { told.saysVersions = false; });
+    launch();
+    ASSERT_TRUE(eventually([&] { return desktop->versionsAsked == 4; }));  // in haste, then in patience
+    QElapsedTimer time;
+    time.start();
+    registerBoth();
+    EXPECT_EQ(textKey.status, PortalHotKeys::notAvailable);
+    EXPECT_LT(time.elapsed(), 5000);
+}
+
+TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
+    startPortal();
+    ASSERT_TRUE(startProgram());
+    registerBoth();
+    ASSERT_TRUE(isBound());
+    desktop->bound.clear();
+    desktop->endSession();
+    ASSERT_TRUE(isBound());
+
+    // The next end is told before the answers to the next binding.
+    desktop->bound.clear();
+    desktop->endSession();
+    ASSERT_EQ(hotKeys->registerHotKey(keyT, commandShift, text).status, 0);
+    ASSERT_TRUE(isBound());
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
+}
+
+TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_every_session_is_asked_rarely) {
+    startPortal();
+    QDBusConnection backend = bus.connect();
+    const QString name = u"org.freedesktop.impl.portal.desktop.scripted"_s;
+    backend.registerService(name);
+    ASSERT_TRUE(startProgram());
+    registerBoth();
+    for (int start = 1; start <= 2; ++start) {
+        ASSERT_TRUE(isBound());
+        desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, start);
+        ASSERT_TRUE(eventually([&] { return pressed.size() == static_cast<size_t>(start); }));
+        desktop->bound.clear();
+        backend.unregisterService(name);
+        backend.registerService(name);
+    }
+    ASSERT_TRUE(isBound());
+    backend.unregisterService(name);
+    ASSERT_TRUE(eventually([&] { return !backend.interface()->isServiceRegistered(name); }));
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
+    desktop->bound.clear();
+    clock.advance(1min);
+    ASSERT_TRUE(isBound());
+}
+
+TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_the_answer) {
+    startPortal([](ScriptedDesktopPortal& portal) { portal.silentMethods = {u"CreateSession"_s}; });
+    ASSERT_TRUE(startProgram());
+    registerBoth();
+    ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"CreateSession"_s) == 1; }));
+    hotKeys->registerHotKey(keyT, commandShift, text);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 1);
+    desktop->silentMethods.clear();
+    clock.advance(30s);
+    ASSERT_TRUE(isBound());
+    EXPECT_THAT(
+        boundIds(), ElementsAre(u"capture-screen.LOGO+SHIFT+s"_s, u"translate-selection.LOGO+SHIFT+t"_s));
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
+
+    // A key that is refused takes the one before it away.
+    EXPECT_EQ(hotKeys->registerHotKey(keyS, commandShift, text).status, hotKeyExists);
+    EXPECT_TRUE(isBound(1));
+}
+
+TEST_F(PortalTest, a_picture_of_the_desktops_is_moved_to_where_it_is_wanted) {
+    const QTemporaryDir folder;
+    const QString wanted = folder.filePath(u"wanted.png"_s);
+    startPortal([&](auto& told) {
+        told.picture = folder.filePath(u"screenshot.jpg"_s);
+        QImage(20, 10, QImage::Format_RGB32).save(told.picture);
+    });
+    ASSERT_TRUE(startProgram());
+    PortalCapture tool(*portal);
+    std::optional<qint32> status;
+    tool.run(wanted).then([&](qint32 value) { status = value; });
+    ASSERT_TRUE(eventually([&] { return status.has_value(); }));
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(QImage(wanted).size(), QSize(20, 10));
+    EXPECT_FALSE(QFile::exists(desktop->picture));
+}
+
+TEST_F(PortalTest, a_capture_that_is_cancelled_refused_cut_off_or_never_answered_leaves_no_file) {
+    const QTemporaryDir folder;
+    const QString wanted = folder.filePath(u"wanted.png"_s);
+    startPortal();
+    ASSERT_TRUE(startProgram());
+    PortalCapture tool(*portal);
+    const auto run = [&](const std::function<void()>& meanwhile) {
+        std::optional<qint32> status;
+        tool.run(wanted).then([&](qint32 value) { status = value; });
+        meanwhile();
+        EXPECT_TRUE(eventually([&] { return status.has_value(); }));
+        EXPECT_NE(status, 0);
+        EXPECT_FALSE(QFile::exists(wanted));
+    };
+    for (const uint response : {1U, 2U}) {
+        desktop->responses.insert(u"Screenshot"_s, response);
+        run([] {});
+    }
+    desktop->silentMethods = {u"Screenshot"_s};
+    run([&] {
+        ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"Screenshot"_s) == 3; }));
+        clock.advance(2min);
+    });
+    run([&] {
+        ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"Screenshot"_s) == 4; }));
+        desktop.reset();
+    });
+}
+
+}  // namespace
+}  // namespace tralio

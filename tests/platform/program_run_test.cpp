@@ -1,0 +1,31 @@
+#include "platform/linux/capture/program_run.h"
+
+#include <qcorotask.h>
+
+#include "ocr/capture_tool.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+ProgramResult shell(const QString& script, std::chrono::milliseconds limit = howeverLong) {
+    return QCoro::waitFor(runProgram(u"sh"_s, {u"-c"_s, script}, limit));
+}
+
+TEST(HelperProgram, gives_status_and_output_and_whatever_goes_wrong_an_end) {
+    const ProgramResult good = shell(u"echo drawn; exit 3"_s);
+    EXPECT_EQ(good.status, 3);
+    EXPECT_EQ(good.output, "drawn\n");
+
+    EXPECT_EQ(shell(u"kill -SEGV $$"_s).status, CaptureTool::notStarted);
+    EXPECT_EQ(shell(u"trap '' TERM; while :; do sleep 0.01; done"_s, std::chrono::milliseconds(20)).status,
+        CaptureTool::notStarted)
+        << "one that hangs, and does not want to end";
+    EXPECT_EQ(
+        QCoro::waitFor(runProgram(u"/nowhere/at-all"_s, {}, howeverLong)).status, CaptureTool::notStarted);
+}
+
+}  // namespace
+}  // namespace tralio

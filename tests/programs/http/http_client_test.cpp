@@ -1,0 +1,152 @@
+#include <QScopeGuard>
+
+#include <thread>
+
+#include "engine/engine_test_support.h"
+#include "engine/transport_error.h"
+#include "programs/http/in_process_http_client.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Delivery = StandInReply::Delivery;
+
+class HttpClientTest : public testing::Test {
+protected:
+    QCoro::Task<QString> post(std::stop_token stop = {}) {
+        const HttpRequest request{QUrl(standIn.baseURL())};
+        QCoro::Task<HttpResponse> sending = client->send(request, "body", 45s, stop);
+        const HttpResponse response = co_await sending;
+        ++completions;
+        co_return QString::fromUtf8(response.body);
+    }
+
+    void hold() { standIn.replies(StandInReply::withBody(200, "late").delivered(Delivery::held)); }
+
+    /// Lets time pass, and the event loop run with it, until the task ends.
+    void passTime(const QCoro::Task<QString>& task) {
+        for (int i = 0; i < 1000 && !task.isReady(); ++i) {
+            clock.advance(500ms);
+            QCoreApplication::processEvents();
+        }
+    }
+
+    [[nodiscard]] bool arrived(qsizetype count) {
+        return eventually([this, count] { return standIn.requests().size() == count; });
+    }
+
+    FakeClock clock;
+    StandInModel standIn;
+    std::unique_ptr<InProcessHttpClient> client = std::make_unique<InProcessHttpClient>(clock);
+    int completions = 0;
+};
+
+TEST_F(HttpClientTest, a_server_that_sends_a_byte_now_and_then_is_cut_off_only_when_it_falls_silent) {
+    standIn.replies(StandInReply::withBody(200, QByteArray(20, 'x')).delivered(Delivery::trickled));
+    QCoro::Task<QString> task = post();
+    ASSERT_TRUE(arrived(1));
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_TRUE(eventually([this] { return clock.lastScheduled() == clock.now(); })) << "byte " << i;
+        clock.advance(44s);
+        standIn.sendOneByte();
+    }
+    ASSERT_TRUE(eventually([this] { return clock.lastScheduled() == clock.now(); }));
+    EXPECT_FALSE(task.isReady());
+    passTime(task);
+    EXPECT_EQ(clock.now() - clock.lastScheduled(), 45s);
+    EXPECT_TRUE(outcomeOf(std::move(task)).failed);
+}
+
+TEST_F(HttpClientTest, silence_ends_the_two_operations_after_exactly_45_and_15_seconds) {
+    hold();
+    AIService service(*client);
+    const EndpointSettings settings{standIn.baseURL(), u"ollama"_s, {}, {}, {}};
+    QCoro::Task<QString> translation = service.translate(u"a"_s, u"A"_s, u"B"_s, {}, settings);
+    ASSERT_TRUE(arrived(1));
+    passTime(translation);
+    EXPECT_EQ(clock.now() - clock.lastScheduled(), 45s);
+
+    QCoro::Task<QString> connectionTest = service.testConnection(settings);
+    ASSERT_TRUE(arrived(2));
+    passTime(connectionTest);
+    EXPECT_EQ(clock.now() - clock.lastScheduled(), 15s);
+    EXPECT_EQ(outcomeOf(std::move(connectionTest)).text,
+        TransportError::timedOut(QUrl(standIn.baseURL()), 15s).errorDescription());
+    EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
+}
+
+TEST_F(HttpClientTest, a_stop_request_aborts_the_request_and_drops_the_late_answer) {
+    hold();
+    std::stop_source stop;
+    QCoro::Task<QString> task = post(stop.get_token());
+    ASSERT_TRUE(arrived(1));
+    const std::stop_token token = stop.get_token();
+    std::thread([&stop] { stop.request_stop(); }).join();
+    stop = std::stop_source();  // who cancels forgets the source at once
+    EXPECT_EQ(outcomeOf(std::move(task)).text, TransportError::cancelled().errorDescription());
+    EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
+    standIn.sendTheRest();
+    EXPECT_TRUE(outcomeOf(post(token)).failed);
+    EXPECT_EQ(standIn.requests().size(), 1) << "a request that was cancelled beforehand went out";
+    EXPECT_EQ(completions, 0);
+}
+
+TEST_F(HttpClientTest, an_answer_that_arrives_together_with_the_stop_request_is_dropped) {
+    std::stop_source stop;
+    QObject::connect(&standIn, &StandInModel::requestReceived, [&stop] { stop.request_stop(); });
+    EXPECT_EQ(outcomeOf(post(stop.get_token())).text, TransportError::cancelled().errorDescription());
+    EXPECT_EQ(completions, 0);
+}
+
+TEST_F(HttpClientTest, a_request_whose_caller_let_go_of_it_still_ends) {
+    hold();
+    { const QCoro::Task<QString> dropped = post(); }
+    ASSERT_TRUE(arrived(1));
+    standIn.sendTheRest();
+    EXPECT_TRUE(eventually([this] { return completions == 1; }));
+}
+
+TEST_F(HttpClientTest, destroying_the_client_cancels_what_is_under_way) {
+    hold();
+    QCoro::Task<QString> connected = post();
+    ASSERT_TRUE(arrived(1));
+    QCoro::Task<QString> fresh = post();
+    client.reset();
+    EXPECT_EQ(outcomeOf(std::move(connected)).text, TransportError::cancelled().errorDescription());
+    EXPECT_EQ(outcomeOf(std::move(fresh)).text, TransportError::cancelled().errorDescription());
+}
+
+TEST_F(HttpClientTest, who_awaits_a_reply_may_destroy_the_client) {
+    const auto postAndDestroy = [this]() -> QCoro::Task<QString> {
+        QCoro::Task<QString> posting = post();
+        const QString text = co_await posting;
+        client.reset();
+        co_return text;
+    };
+    standIn.replies(StandInReply::withBody(200, "done"));
+    EXPECT_EQ(outcomeOf(postAndDestroy()).text, u"done"_s);
+}
+
+TEST_F(HttpClientTest, the_proxy_of_the_desktop_is_used_except_for_this_machine) {
+    StandInModel proxy;
+    proxy.replies(StandInReply::withBody(200, "by proxy"));
+    standIn.replies(StandInReply::withBody(200, "direct"));
+    // On a bare session the environment speaks for the desktop; elsewhere it is made to.
+    qputenv("PX_FORCE_CONFIG", "config_envvar");
+    qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(proxy.port()));
+    const auto restore = qScopeGuard([] {
+        qunsetenv("http_proxy");
+        qunsetenv("PX_FORCE_CONFIG");
+    });
+
+    EXPECT_EQ(outcomeOf(post()).text, u"direct"_s);
+    const HttpRequest request{QUrl(u"http://model.test/v1"_s)};
+    const HttpResponse response = QCoro::waitFor(client->send(request, "body", 45s, {}));
+    EXPECT_EQ(response.body, "by proxy");
+    EXPECT_EQ(proxy.requests().last().target, "http://model.test/v1");
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,186 @@
+#include <QStringList>
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <random>
+
+#include "programs/recogniser/reading.h"
+#include "programs/recogniser/resample.h"
+#include "programs/recogniser/ruled_lines.h"
+#include "programs/recogniser/window_median.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+
+Plane noise(int width, int height) {
+    std::mt19937 random(3);
+    Plane plane(width, height);
+    for (quint8& pixel : plane.pixels())
+        pixel = static_cast<quint8>(random());
+    return plane;
+}
+
+TEST(WindowMedian, is_the_middle_value_of_the_window_as_far_as_the_picture_goes) {
+    const Plane plane = noise(23, 11);
+    for (const auto& [radiusX, radiusY] : {std::pair(3, 2), {0, 0}, {1, 9}, {40, 1}, {120, 120}}) {
+        const Plane median = windowMedian(plane, radiusX, radiusY);
+        for (int y = 0; y < plane.height(); ++y) {
+            for (int x = 0; x < plane.width(); ++x) {
+                std::vector<quint8> window;
+                for (int row = std::max(0, y - radiusY); row <= std::min(10, y + radiusY); ++row)
+                    window.insert(window.end(), plane.row(row) + std::max(0, x - radiusX),
+                        plane.row(row) + std::min(22, x + radiusX) + 1);
+                std::sort(window.begin(), window.end());
+                ASSERT_EQ(median.row(y)[x], window[(window.size() - 1) / 2])
+                    << x << ',' << y << " in a window of " << radiusX << ',' << radiusY;
+            }
+        }
+    }
+}
+
+TEST(Resample, keeps_flat_areas_flat_and_edges_where_they_are) {
+    EXPECT_EQ(resample(Plane(9, 5, 77), 23, 11), Plane(23, 11, 77));
+    EXPECT_EQ(resample(noise(12, 7), 12, 7), noise(12, 7));
+    Plane edge(8, 4, 255);
+    for (int y = 0; y < 4; ++y)
+        std::fill_n(edge.row(y), 4, 0);
+    const Plane enlarged = resample(edge, 20, 10);
+    for (int x = 0; x < 20; ++x)
+        EXPECT_EQ(enlarged.row(5)[x] < 128, x < 10) << x;
+}
+
+/// Black boxes on white.
+Plane drawing(int width, int height, const std::vector<QRect>& boxes) {
+    Plane plane(width, height, 255);
+    for (const QRect& box : boxes)
+        for (int y = box.top(); y <= box.bottom(); ++y)
+            std::fill_n(plane.row(y) + box.left(), box.width(), 0);
+    return plane;
+}
+
+TEST(Rules, are_erased_and_letters_are_not) {
+    const QRect letter(30, 12, 8, 14);
+    const QRect stem(50, 8, 2, 18);
+    const QRect dash(60, 18, 20, 2);
+    struct Case {
+        const char* what;
+        std::vector<QRect> boxes;
+    };
+    const Case cases[] = {
+        {"an underline", {{10, 34, 90, 2}}},
+        {"a thin frame", {{4, 3, 112, 1}, {4, 3, 1, 33}, {4, 35, 112, 1}, {115, 3, 1, 33}}},
+        {"what lies beside a button", {{0, 0, 9, 40}}},
+        {"what lies around a button's corner", {{100, 0, 20, 40}, {20, 0, 100, 4}}},
+        {"a caret from top to bottom", {{90, 0, 1, 40}}},
+        {"a caret after the text", {{85, 5, 1, 26}}},
+        {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
+    };
+    const Plane text = drawing(120, 40, {letter, stem, dash});
+    for (const Case& given : cases) {
+        std::vector<QRect> boxes = given.boxes;
+        boxes.insert(boxes.end(), {letter, stem, dash});
+        Plane marks = drawing(120, 40, boxes);
+        EXPECT_NE(marks, text);
+        eraseRules(marks, 1);
+        EXPECT_EQ(marks, text) << given.what;
+    }
+    const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
+    const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
+    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters}) {
+        Plane marks = drawing(120, 40, letters);
+        eraseRules(marks, 1);
+        EXPECT_EQ(marks, drawing(120, 40, letters));
+    }
+}
+
+ReadLine line(const QString& text, double confidence, double top) {
+    return {{{text, confidence, 0}}, QRectF(10, top, 200, 20)};
+}
+
+QStringList texts(const Reading& reading) {
+    QStringList texts;
+    for (const ReadLine& one : reading.lines)
+        texts += one.text();
+    return texts;
+}
+
+TEST(Reading, of_two_engines_each_line_is_the_better_ones) {
+    const Reading latin{{line(u"HUIN=>2"_s, 40, 0), line(u"Right-click"_s, 96, 30)}};
+    const Reading japanese{{line(u"新しい"_s, 92, 1), line(u"RighT-cIick"_s, 97, 31)}};
+    EXPECT_THAT(texts(bestLines(latin, japanese, 3)), ElementsAre(u"新しい"_s, u"Right-click"_s));
+    EXPECT_THAT(texts(bestLines(japanese, latin, 3)), ElementsAre(u"新しい"_s, u"RighT-cIick"_s));
+    const Reading russian{{line(u"Dong Си-пе Ma Uy"_s, 20, 0), line(u"Right-cIicк"_s, 99, 30)}};
+    EXPECT_THAT(texts(bestLines(latin, russian, 3)), ElementsAre(u"HUIN=>2"_s, u"Right-click"_s))
+        << "a line with one letter of another script is no line of that script";
+
+    // One of them took two lines for one; it is the two or the one, never all three.
+    Reading merged{{line(u"両方"_s, 70, 0)}};
+    merged.lines[0].box.setHeight(50);
+    EXPECT_THAT(texts(bestLines(merged, japanese, 3)), ElementsAre(u"新しい"_s, u"RighT-cIick"_s));
+    merged.lines[0].words[0].confidence = 99;
+    EXPECT_THAT(texts(bestLines(japanese, merged, 2)), ElementsAre(u"両方"_s));
+    EXPECT_THAT(texts(bestLines(Reading(), latin, 3)), ElementsAre(u"HUIN=>2"_s, u"Right-click"_s));
+}
+
+TEST(Reading, of_words_that_differ_in_their_marks_a_vietnamese_text_has_the_richer_ones) {
+    const auto row = [](const std::vector<std::pair<QString, QString>>& words) {
+        ReadLine line;
+        for (const auto& [text, pack] : words)
+            line.words.push_back({text, 95, 1, pack});
+        return Reading{{line}};
+    };
+    Reading mixed =
+        row({{u"Dang"_s, u"eng"_s}, {u"tải"_s, u"vie"_s}, {u"plugin"_s, u"eng"_s}, {u"vê"_s, {}}});
+    EXPECT_TRUE(mixed.mayLackMarks());
+    mixed.adoptMarks(row({{u"Đang"_s, {}}, {u"tai"_s, {}}, {u"pIugin"_s, {}}, {u"về"_s, {}}}));
+    EXPECT_THAT(texts(mixed), ElementsAre(u"Đang tải plugin về"_s));
+    mixed.adoptMarks(row({{u"tải"_s, {}}, {u"plügin"_s, {}}}));
+    EXPECT_THAT(texts(mixed), ElementsAre(u"Đang tải plügin về"_s)) << "a word that the other did not see";
+
+    EXPECT_FALSE(row({{u"Tải"_s, u"vie"_s}, {u"(12)"_s, u"eng"_s}}).mayLackMarks());
+    EXPECT_FALSE(row({{u"Please"_s, u"eng"_s}, {u"wait"_s, u"vie"_s}}).mayLackMarks());
+}
+
+TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
+    struct Case {
+        QString text;
+        int marks;
+        bool isForeign;
+    };
+    const Case cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true}, {u"raíz"_s, 1, false},
+        {u"größer"_s, 1, true}, {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
+    for (const Case& given : cases) {
+        const Reading reading{{line(given.text, 90, 0)}};
+        EXPECT_EQ(reading.markCount(), given.marks) << given.text.toStdString();
+        EXPECT_EQ(reading.hasForeignLetters(), given.isForeign) << given.text.toStdString();
+    }
+}
+
+TEST(Reading, the_remains_of_frames_and_icons_are_dropped) {
+    Reading reading{{
+        {{{u"|"_s, 40, 0}, {u"Accept"_s, 95, 1}, {u"—"_s, 80, 1}, {u"]"_s, 60, 1}}, QRectF(0, 0, 100, 20)},
+        {{{u"oÐ"_s, 30, 0}}, QRectF(0, 30, 20, 20)},
+        {{{u"..."_s, 50, 0}}, QRectF(0, 60, 20, 20)},
+        {{{u"OK"_s, 60, 0}}, QRectF(0, 90, 20, 20)},
+    }};
+    reading.dropDirt();
+    EXPECT_THAT(texts(reading), ElementsAre(u"Accept —"_s, u"OK"_s));
+    EXPECT_EQ(Reading().confidence(), 0);
+}
+
+TEST(Reading, blanks_are_kept_except_between_signs_that_are_written_without) {
+    const auto joined = [](const QString& first, const QString& second) {
+        return ReadLine{{{first, 90, 0}, {second, 90, 1}}, {}}.text();
+    };
+    EXPECT_EQ(joined(u"ă"_s, u"b"_s), u"ă b"_s);
+    EXPECT_EQ(joined(u"。"_s, u"今"_s), u"。今"_s);
+    EXPECT_EQ(joined(u"版"_s, u"2"_s), u"版 2"_s);
+    EXPECT_EQ(joined(u"다시"_s, u"입력"_s), u"다시 입력"_s);
+}
+
+}  // namespace
+}  // namespace tralio

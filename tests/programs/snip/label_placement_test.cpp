@@ -1,0 +1,64 @@
+#include "programs/snip/label_placement.h"
+
+#include <QRandomGenerator>
+
+#include <gmock/gmock.h>
+
+namespace tralio {
+namespace {
+
+constexpr QSize label(80, 24);
+constexpr int gap = 12;
+
+TEST(SizeLabel, stands_off_the_corner_that_changes_where_there_is_room) {
+    constexpr QRect monitor(0, 0, 1000, 800);
+    constexpr QRect area(300, 300, 200, 100);
+    EXPECT_EQ(placeSizeLabel(label, area, area.bottomRight(), monitor, gap).topLeft(), QPoint(511, 411));
+    EXPECT_EQ(placeSizeLabel(label, area, area.topLeft(), monitor, gap).bottomRight(), QPoint(288, 288));
+    EXPECT_EQ(placeSizeLabel(label, area, area.topRight(), monitor, gap).bottomLeft(), QPoint(511, 288));
+}
+
+TEST(SizeLabel, never_leaves_the_monitor_and_never_covers_a_corner) {
+    QRandomGenerator random(4);
+    // Every edge and corner of the monitor comes often.
+    const auto along = [&random](int begin, int length) {
+        const int place = random.bounded(-length / 4, length + length / 4);
+        return begin + std::clamp(place, 0, length - 1);
+    };
+    for (const QRect& monitor : {QRect(0, 0, 1280, 1024), QRect(-800, 300, 800, 600)}) {
+        for (int i = 0; i < 20000; ++i) {
+            const bool isSmall = random.bounded(2) == 0;
+            const QPoint from(along(monitor.left(), monitor.width()), along(monitor.top(), monitor.height()));
+            QPoint to(along(monitor.left(), monitor.width()), along(monitor.top(), monitor.height()));
+            if (isSmall) {
+                to.setX(std::clamp(from.x() + random.bounded(-90, 90), monitor.left(), monitor.right()));
+                to.setY(std::clamp(from.y() + random.bounded(-90, 90), monitor.top(), monitor.bottom()));
+            }
+            const QRect area = QRect(from, QSize(1, 1)) | QRect(to, QSize(1, 1));
+            SCOPED_TRACE(testing::Message()
+                << area.x() << ' ' << area.y() << ' ' << area.width() << ' ' << area.height());
+            const QRect place = placeSizeLabel(label, area, to, monitor, gap);
+            ASSERT_EQ(place.size(), label);
+            ASSERT_TRUE(monitor.contains(place));
+            for (const QPoint corner :
+                {area.topLeft(), area.topRight(), area.bottomLeft(), area.bottomRight()})
+                ASSERT_FALSE(place.contains(corner));
+        }
+    }
+}
+
+TEST(MonitorLayout, finds_the_monitor_of_a_place_and_the_scale_of_an_area) {
+    const MonitorLayout monitors(
+        {{QString(), {0, 0, 1000, 800}, 1}, {QString(), {1000, 200, 2000, 1600}, 1.5}});
+    EXPECT_EQ(monitors.bounds(), QRect(0, 0, 3000, 1800));
+    EXPECT_EQ(monitors.at({999, 300}).scale, 1);
+    EXPECT_EQ(monitors.at({1000, 300}).scale, 1.5);
+    EXPECT_EQ(monitors.at({900, 1700}).scale, 1.5);  // no monitor there: the nearest
+    EXPECT_EQ(monitors.scaleOf({900, 300, 300, 50}), 1.5);
+    EXPECT_EQ(monitors.scaleOf({800, 300, 300, 50}), 1);
+    EXPECT_EQ(monitors.at({2000, 300}).pixels(10), 15);
+    EXPECT_EQ(monitors.at({0, 0}).pixels(0.2), 1);
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,66 @@
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+
+#include <cstdio>
+
+#include "common/clock.h"
+#include "common/localized_error.h"
+#include "ocr/ocr_service.h"
+#include "platform/linux/helpers/helper_text_recognizer.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// Prints the texts of files, and with `repeat` above 1 how long the last, warm reading of each took.
+QCoro::Task<> printTexts(OCRService& service, QStringList paths, int repeat) {
+    int status = 0;
+    for (const QString& path : paths) {
+        QElapsedTimer timer;
+        QByteArray text;
+        for (int i = 0; i < repeat; ++i) {
+            timer.start();
+            try {
+                const QUrl file = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
+                text = (co_await service.recognizeText(file)).toUtf8();
+            } catch (const LocalizedError& error) {
+                std::fprintf(stderr, "%s: %s\n", qPrintable(path), error.what());
+                text.clear();
+                status = 1;
+            }
+        }
+        if (repeat > 1)
+            std::fprintf(
+                stderr, "%s\t%.4f\n", qPrintable(path), 1e-9 * static_cast<double>(timer.nsecsElapsed()));
+        std::puts(text.constData());
+    }
+    QCoreApplication::exit(status);
+}
+
+}  // namespace
+}  // namespace tralio
+
+int main(int argc, char** argv) {
+    using namespace Qt::StringLiterals;
+    const QCoreApplication application(argc, argv);
+    QCommandLineParser options;
+    options.setApplicationDescription(u"Prints the text of images, as Tralio reads them."_s);
+    options.addHelpOption();
+    const QCommandLineOption repeat(
+        u"repeat"_s, u"Read each image so often; time the last."_s, u"times"_s, u"1"_s);
+    options.addOption(repeat);
+    options.addPositionalArgument(u"image"_s, u"The files."_s, u"image..."_s);
+    options.process(application);
+
+    tralio::SystemClock clock;
+    tralio::HelperTextRecognizer recognizer(tralio::HelperTextRecognizer::installedProgram(), clock);
+    tralio::OCRService service(recognizer);
+    QMetaObject::invokeMethod(
+        qApp,
+        [&] { tralio::printTexts(service, options.positionalArguments(), options.value(repeat).toInt()); },
+        Qt::QueuedConnection);
+    return QCoreApplication::exec();
+}
