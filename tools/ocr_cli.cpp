@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
     options.process(application);
 
     tralio::SystemClock clock;
-    tralio::HelperTextRecognizer recognizer(tralio::HelperTextRecognizer::installedProgram(), clock);
+    tralio::HelperTextRecognizer recognizer(tralio::HelperProcess::installed(u"tralio-ocr"), clock);
     tralio::OCRService service(recognizer);
     QMetaObject::invokeMethod(
         qApp,

@@ -35,9 +35,9 @@ public:
     std::unique_ptr<Desktop> desktop = Desktop::probe(clock);
     HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
     HotKeyService hotKeys{platform};
-    HelperHttpClient http{HelperHttpClient::installedProgram(), clock};
+    HelperHttpClient http{HelperProcess::installed(u"tralio-http"), clock};
     AIService ai{http};
-    HelperTextRecognizer recognizer{HelperTextRecognizer::installedProgram(), clock};
+    HelperTextRecognizer recognizer{HelperProcess::installed(u"tralio-ocr"), clock};
     OCRService ocr{recognizer};
     ScreenCaptureService captures{ocr, desktop->captureTool(), clock};
     SpeechDispatcher synthesizer{clock};

@@ -1,7 +1,6 @@
 #include <QCoreApplication>
 #include <QImageReader>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -14,7 +13,7 @@
 #include "programs/recogniser/recogniser_session.h"
 
 // The recogniser's own process. It serves the program that started it over its standard input and output, and
-// ends when that program does or has had no work for it for a while.
+// ends when its input does.
 
 namespace tralio {
 namespace {
@@ -22,12 +21,12 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace recogniser_protocol;
 
-/// Whether there is something to read, or the other side is gone, within the time.
-bool waitForInput(int milliseconds) {
+/// Whether there is something to read already, or the other side is gone.
+bool hasInput() {
     pollfd input{STDIN_FILENO, POLLIN, 0};
     int ready = 0;
     do
-        ready = poll(&input, 1, milliseconds);
+        ready = poll(&input, 1, 0);
     while (ready < 0 && errno == EINTR);
     return ready != 0;
 }
@@ -59,7 +58,7 @@ void limitOneself() {
 #endif
 }
 
-int serve(int idleMilliseconds) {
+int serve() {
     const int replies = frames::takeStandardOutput();
     if (replies < 0)
         return EXIT_FAILURE;
@@ -74,9 +73,9 @@ int serve(int idleMilliseconds) {
         }
         if (requests.isBroken())
             return EXIT_FAILURE;
-        while (!waitForInput(0) && session.prepareFurther()) {
+        while (!hasInput() && session.prepareFurther()) {
         }
-        if (!waitForInput(idleMilliseconds) || !readMore(requests))
+        if (!readMore(requests))
             return EXIT_SUCCESS;
     }
 }
@@ -95,9 +94,9 @@ int main(int argc, char** argv) {
     QImageReader::setAllocationLimit(megabytesForAnImage);
 
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) != u"--idle-milliseconds") {
+    if (arguments.value(1) != u"--serve") {
         std::fputs("This program is started by Tralio, to read text in images.\n", stderr);
         return 2;
     }
-    return tralio::serve(std::max(1, arguments.value(2).toInt()));
+    return tralio::serve();
 }

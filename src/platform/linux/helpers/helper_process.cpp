@@ -1,0 +1,155 @@
+#include "platform/linux/helpers/helper_process.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+
+#include <utility>
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto pingInterval = 2s;
+constexpr auto timeToEnd = 5s;
+
+void deleteOnceEnded(QProcess* process) {
+    process->disconnect();
+    if (process->state() == QProcess::NotRunning)
+        process->deleteLater();
+    else
+        QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+}
+
+}  // namespace
+
+HelperProcess::HelperProcess(Terms terms, Clock& clock)
+    : m_terms(std::move(terms)), m_clock(clock), m_frames(m_terms.maximumReply) {}
+
+HelperProcess::~HelperProcess() {
+    // Also those that have been told to end.
+    for (QProcess* process : findChildren<QProcess*>()) {
+        process->disconnect();
+        process->kill();
+        process->waitForFinished(1000);
+    }
+}
+
+QString HelperProcess::installed(QStringView name) {
+    return QDir(QCoreApplication::applicationDirPath()).filePath(name.toString());
+}
+
+void HelperProcess::prepare(std::chrono::milliseconds keep) {
+    start();
+    keepFor(keep);
+}
+
+void HelperProcess::send(const QByteArray& frame) {
+    start();
+    m_process->write(frame);
+}
+
+void HelperProcess::start() {
+    if (m_process)
+        return;
+    m_process = new QProcess(this);
+    m_frames = frames::Reader(m_terms.maximumReply);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const auto& [name, value] : m_terms.environment)
+        environment.insert(name, value);
+    m_process->setProcessEnvironment(environment);
+    m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    connect(m_process, &QProcess::readyReadStandardOutput, this, &HelperProcess::read);
+    connect(m_process, &QProcess::finished, this, [this] { giveUp(m_terms.words.ended); });
+    // What cannot be started may say so from within `start`, while a frame is still to be sent.
+    connect(
+        m_process, &QProcess::errorOccurred, this,
+        [this](QProcess::ProcessError error) {
+            if (error == QProcess::FailedToStart)
+                giveUp(m_terms.words.cannotStart);
+        },
+        Qt::QueuedConnection);
+    m_process->start(m_terms.program, {u"--serve"_s});
+}
+
+void HelperProcess::setAtWork(bool isAtWork) {
+    if (std::exchange(m_isAtWork, isAtWork) == isAtWork)
+        return;
+    if (!isAtWork) {
+        m_pings.takeBack();
+        m_silence.takeBack();
+        keepFor(0s);
+        return;
+    }
+    restartSilence(m_terms.silence);
+    if (m_terms.ping)
+        m_pings = m_clock.every(pingInterval, [this] { send(*m_terms.ping); });
+}
+
+void HelperProcess::allowSilence(std::chrono::milliseconds silence) {
+    if (m_isAtWork)
+        restartSilence(silence);
+}
+
+void HelperProcess::restartSilence(std::chrono::milliseconds silence) {
+    m_silence = m_clock.after(
+        silence, [this] { giveUp(m_terms.words.hangs); });
+}
+
+void HelperProcess::read() {
+    m_frames.add(m_process->readAllStandardOutput());
+    const QProcess* process = m_process;
+    while (const std::optional<QByteArray> payload = m_frames.next()) {
+        if (m_isAtWork)
+            restartSilence(m_terms.silence);
+        Q_EMIT arrived(*payload);
+        if (m_process != process)
+            return;
+    }
+    if (m_frames.isBroken())
+        refuse();
+}
+
+void HelperProcess::keepFor(std::chrono::milliseconds time) {
+    if (!m_process)
+        return;
+    m_kept[time] = m_clock.after(time, [this, time] {
+        const auto spent = m_kept.extract(time);
+        if (!m_isAtWork && m_kept.empty())
+            dismiss();
+    });
+}
+
+void HelperProcess::dismiss() {
+    QProcess* process = std::exchange(m_process, nullptr);
+    if (!process)
+        return;
+    deleteOnceEnded(process);
+    process->closeWriteChannel();
+    m_clock.after(timeToEnd, process, [process] { process->kill(); });
+}
+
+void HelperProcess::giveUp(const QString& words) {
+    forget();
+    Q_EMIT lost(words);
+}
+
+void HelperProcess::forget() {
+    m_isAtWork = false;
+    m_pings.takeBack();
+    m_silence.takeBack();
+    m_kept.clear();
+    if (QProcess* process = std::exchange(m_process, nullptr)) {
+        deleteOnceEnded(process);
+        process->kill();
+    }
+}
+
+qint64 HelperProcess::processId() const {
+    return m_process ? m_process->processId() : 0;
+}
+
+}  // namespace tralio

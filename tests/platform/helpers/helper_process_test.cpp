@@ -1,0 +1,163 @@
+#include "platform/linux/helpers/helper_process.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <gmock/gmock.h>
+
+#include "support/event_loop.h"
+#include "support/fake_clock.h"
+#include "support/files.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// Helpers that are shell scripts, in a time of their own.
+class HelperProcessTest : public testing::Test {
+protected:
+    void serve(const QByteArray& commands) {
+        const QString program = writeFile(folder.filePath(u"helper"_s),
+            "#!/bin/sh\ncd '" + QFile::encodeName(folder.path()) + "'\n" + commands + "\n");
+        begin(program);
+    }
+    void begin(const QString& program) {
+        helper.emplace(HelperProcess::Terms{.program = program,
+                           .environment = {{u"GREETING"_s, u"xin chào"_s}},
+                           .maximumReply = 100,
+                           .ping = frames::frame([](QDataStream& stream) { stream << quint8(9); }),
+                           .silence = 10s,
+                           .words = {u"no start"_s, u"ended"_s, u"hangs"_s, u"nonsense"_s}},
+            clock);
+        QObject::connect(
+            &*helper, &HelperProcess::arrived, &*helper,
+            [this](const QByteArray& payload) { came += payload; });
+        QObject::connect(
+            &*helper, &HelperProcess::lost, &*helper, [this](const QString& words) { losses += words; });
+    }
+    [[nodiscard]] static QByteArray text(const QByteArray& bytes) {
+        return frames::frame(
+            [&bytes](QDataStream& stream) { stream.writeRawData(bytes.constData(), int(bytes.size())); });
+    }
+    [[nodiscard]] bool exists(const QString& name) const { return QFile::exists(folder.filePath(name)); }
+    [[nodiscard]] static bool lives(qint64 process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
+
+    QTemporaryDir folder;
+    FakeClock clock;
+    std::optional<HelperProcess> helper;
+    QList<QByteArray> came;
+    QStringList losses;
+};
+
+TEST_F(HelperProcessTest, starts_with_the_first_frame_and_brings_what_it_answers) {
+    serve("test \"$1\" = --serve && test \"$GREETING\" = 'xin chào' && exec cat");
+    EXPECT_EQ(helper->processId(), 0);
+    helper->send(text("one"));
+    helper->send(text("two"));
+    EXPECT_TRUE(eventually([this] { return came.size() == 2; }));
+    EXPECT_EQ(came, (QList<QByteArray>{"one", "two"}));
+    EXPECT_EQ(losses, QStringList());
+}
+
+TEST_F(HelperProcessTest, one_that_is_of_no_use_is_given_up_in_words_and_the_next_frame_starts_another) {
+    struct Case {
+        QByteArray commands;
+        QString words;
+    };
+    const Case cases[] = {
+        {"exit 0", u"ended"_s},
+        {"kill -SEGV $$", u"ended"_s},
+        {"exec >&-; exit 1", u"ended"_s},
+        {"echo 'Warning: everything is fine'; exec sleep 100", u"nonsense"_s},
+        {"head -c 300 /dev/zero | tr '\\0' T; exec sleep 100", u"nonsense"_s},
+    };
+    for (const Case& given : cases) {
+        losses.clear();
+        came.clear();
+        QFile::remove(folder.filePath(u"failed"_s));
+        serve("if [ ! -e failed ]; then : >failed; " + given.commands + "; fi\nexec cat");
+        helper->send(text("lost"));
+        EXPECT_TRUE(eventually([this] { return !losses.isEmpty(); })) << given.commands.toStdString();
+        EXPECT_EQ(losses, QStringList{given.words}) << given.commands.toStdString();
+        helper->send(text("next"));
+        EXPECT_TRUE(eventually([this] { return !came.isEmpty(); })) << given.commands.toStdString();
+        EXPECT_EQ(came, QList<QByteArray>{"next"});
+    }
+    losses.clear();
+    begin(u"/nowhere/at-all"_s);
+    helper->send(text("lost"));
+    EXPECT_TRUE(eventually([this] { return !losses.isEmpty(); }));
+    EXPECT_EQ(losses, QStringList{u"no start"_s});
+}
+
+TEST_F(HelperProcessTest, one_that_is_silent_at_work_hangs_unless_it_was_allowed_to_or_answers_pings) {
+    serve("exec sleep 100");
+    helper->send(text("x"));
+    const qint64 process = helper->processId();
+    clock.advance(1h);
+    EXPECT_EQ(losses, QStringList()) << "nothing was asked for";
+    helper->setAtWork(true);
+    helper->allowSilence(30s);
+    clock.advance(29s);
+    EXPECT_EQ(losses, QStringList());
+    clock.advance(1s);
+    EXPECT_EQ(losses, QStringList{u"hangs"_s});
+    EXPECT_TRUE(eventually([&] { return !lives(process); }));
+
+    losses.clear();
+    serve("exec cat");
+    helper->send(text("x"));
+    helper->setAtWork(true);
+    EXPECT_TRUE(eventually([this] { return came.size() == 1; }));
+    for (qsizetype pings = 1; pings <= 20; ++pings) {
+        clock.advance(2s);
+        EXPECT_TRUE(eventually([&] { return came.size() == 1 + pings; }));
+    }
+    EXPECT_EQ(losses, QStringList());
+    helper->setAtWork(false);
+    EXPECT_EQ(clock.pending(), 1) << "no pings without work, and the end of its time";
+}
+
+TEST_F(HelperProcessTest, stays_while_it_is_at_work_or_kept_and_ends_by_the_end_of_its_input) {
+    serve("cat >received; : >ended");
+    helper->prepare(10s);
+    const qint64 process = helper->processId();
+    helper->keepFor(60s);
+    helper->setAtWork(true);
+    helper->allowSilence(1h);
+    clock.advance(5min);
+    helper->setAtWork(false);
+    EXPECT_EQ(helper->processId(), process) << "it ends on the next turn only, for more may come in this one";
+    helper->prepare(60s);
+    helper->prepare(10s);
+    clock.advance(59s);
+    helper->keepFor(60s);
+    clock.advance(59s);
+    EXPECT_EQ(helper->processId(), process);
+    clock.advance(1s);
+    EXPECT_EQ(helper->processId(), 0);
+    EXPECT_TRUE(eventually([this] { return exists(u"ended"_s); }));
+    EXPECT_EQ(losses, QStringList()) << "it did nothing wrong";
+
+    serve("trap '' TERM; cat; exec sleep 100");
+    helper->prepare(0s);
+    const qint64 stubborn = helper->processId();
+    clock.advance(0s);
+    EXPECT_TRUE(lives(stubborn));
+    clock.advance(5s);
+    EXPECT_TRUE(eventually([&] { return !lives(stubborn); }))
+        << "the end of its input is not enough for some";
+
+    serve("exec sleep 100");
+    helper->prepare(60s);
+    const qint64 orphan = helper->processId();
+    helper.reset();
+    EXPECT_FALSE(lives(orphan));
+}
+
+}  // namespace
+}  // namespace tralio
