@@ -29,10 +29,9 @@ void applyAppearance(const DesktopAppearance& desktop) {
 }
 
 QWidget* makeContent(Services& services) {
-    return new MainView(
-        {services.store, HotKeyService::shared(), AIService::shared(), ScreenCaptureService::shared(),
-            OCRService::shared(), SpeechService::shared(), UpdateService::shared(), AppState::shared(),
-            services.platform.pasteboard, services.clock, &virtualKeyCode},
+    return new MainView({services.store, services.hotKeys, services.ai, services.captures, services.ocr,
+                            services.speech, services.updates, services.appState,
+                            services.platform.pasteboard, services.clock, &virtualKeyCode},
         {.openURL = [&services](const QUrl& url) { services.platform.workspace.openURL(url); },
             .quit = &QCoreApplication::quit});
 }
@@ -68,7 +67,7 @@ int main(int argc, char** argv) {
     }
 
     Services services(defaultStorePath());
-    const AppSettings settingsOfShell(services.store, HotKeyService::shared());
+    const AppSettings settingsOfShell(services.store, services.hotKeys);
 
     DesktopAppearance appearance;
     applyAppearance(appearance);
@@ -78,10 +77,9 @@ int main(int argc, char** argv) {
 
     Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());
     StatusItem statusItem;
-    AppDelegate delegate(
-        {AppState::shared(), settingsOfShell, HotKeyService::shared(), services.platform.pasteboard,
-            ScreenCaptureService::shared(), UpdateService::shared(), services.clock, popover, statusItem,
-            services.desktop->selectionOnceFocused(), [&services] { services.http.prepare(); }});
+    AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
+        services.captures, services.updates, services.clock, popover, statusItem,
+        services.desktop->selectionOnceFocused(), [&services] { services.http.prepare(); }});
     delegate.applicationDidFinishLaunching();
     session.setActions(actionsOf(delegate));
     return QApplication::exec();

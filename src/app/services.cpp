@@ -6,24 +6,7 @@
 #include "platform/linux/bundle/installer_runner.h"
 
 namespace tralio {
-namespace {
-
-Services* instance = nullptr;
-
-}  // namespace
-
-Services::Services(const QString& storePath) : store(storePath) {
-    instance = this;
-}
-
-Services::~Services() {
-    instance = nullptr;
-}
-
-Services& Services::current() {
-    Q_ASSERT(instance);
-    return *instance;
-}
+Services::Services(const QString& storePath) : store(storePath) {}
 
 UpdateService::Host Services::updateHost() {
     const InstallerRunner installers(
@@ -33,34 +16,6 @@ UpdateService::Host Services::updateHost() {
         .temporaryFolder = QDir::tempPath(),
         .runInstaller = [installers](const QString& path) { installers.run(path); },
         .terminate = &QCoreApplication::quit};
-}
-
-AppState& AppState::shared() {
-    return Services::current().appState;
-}
-
-HotKeyService& HotKeyService::shared() {
-    return Services::current().hotKeys;
-}
-
-AIService& AIService::shared() {
-    return Services::current().ai;
-}
-
-OCRService& OCRService::shared() {
-    return Services::current().ocr;
-}
-
-ScreenCaptureService& ScreenCaptureService::shared() {
-    return Services::current().captures;
-}
-
-SpeechService& SpeechService::shared() {
-    return Services::current().speech;
-}
-
-UpdateService& UpdateService::shared() {
-    return Services::current().updates;
 }
 
 }  // namespace tralio

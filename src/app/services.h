@@ -18,17 +18,13 @@
 
 namespace tralio {
 
-/// Every service of the process, made in the order in which they need each other. The services' own
-/// `shared()` hands out these instances; there is one such object, and it lives as long as the application
-/// object.
+/// Every service of the process, made in the order in which they need each other. There is one such object,
+/// and it lives as long as the application object.
 class Services {
 public:
     explicit Services(const QString& storePath);
     Services(const Services&) = delete;
     Services& operator=(const Services&) = delete;
-    ~Services();
-
-    [[nodiscard]] static Services& current();
 
     SystemClock clock;
     SqliteKeyValueStore store;

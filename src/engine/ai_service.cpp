@@ -5,6 +5,7 @@
 #include "engine/ai_error.h"
 #include "engine/chat_completions.h"
 #include "engine/http_client.h"
+#include "engine/provider_preset.h"
 #include "engine/transport_error.h"
 
 namespace tralio {
@@ -16,15 +17,12 @@ using namespace std::chrono_literals;
 constexpr auto translationTimeout = 45s;
 constexpr auto connectionTestTimeout = 15s;
 
-/// Presets of this name reach a server on the user's own machine, which asks for no key.
-constexpr QStringView keyExemptionMarker = u"ollama";
-
 /// Checks what a request needs of the settings, the address before the key.
 QUrl requireEndpoint(const EndpointSettings& settings) {
     const std::optional<QUrl> endpoint = chat_completions::buildEndpointURL(settings.baseURL);
     if (!endpoint)
         throw AIError::invalidURL();
-    if (!settings.selectedPresetId.contains(keyExemptionMarker) && settings.apiKey.trimmed().isEmpty())
+    if (ProviderPreset::needsKey(settings.selectedPresetId) && settings.apiKey.trimmed().isEmpty())
         throw AIError::missingApiKey();
     return *endpoint;
 }

@@ -18,9 +18,6 @@ class HttpClient;
 /// ends as cancelled when its HTTP client goes. Used from the main thread, where callers resume.
 class AIService final {
 public:
-    /// The one instance of the process; defined in app/, where the program is wired.
-    [[nodiscard]] static AIService& shared();
-
     explicit AIService(HttpClient& http);
 
     /// The translation of `text`; a blank text comes back empty without a request. The languages are display

@@ -7,9 +7,8 @@ namespace tralio {
 
 /// A ready-made endpoint among which the user picks.
 ///
-/// The settings remember a preset by its id, and some ids carry rules: "kavo" is what a fresh installation
-/// selects, ids that begin with "kavo" bring the built-in key along, ids that contain "ollama" need no key,
-/// and "custom" leaves what the user typed.
+/// The settings remember a preset by its id. What an id means beyond its row is asked here, of any id that
+/// was ever stored.
 struct ProviderPreset {
     QString id;
     QString name;
@@ -20,6 +19,15 @@ struct ProviderPreset {
     /// All presets in display order. The first one's base URL and model are the defaults of the whole
     /// program.
     [[nodiscard]] static const QList<ProviderPreset>& presets();
+
+    /// What a fresh installation selects.
+    [[nodiscard]] static QString defaultId() { return presets().front().id; }
+    /// Whether it is the maker's own gateway, which comes with the built-in key.
+    [[nodiscard]] static bool bringsKey(QStringView id) { return id.startsWith(u"kavo"); }
+    /// Whether its server asks for a key; one on the user's own machine does not.
+    [[nodiscard]] static bool needsKey(QStringView id) { return !id.contains(u"ollama"); }
+    /// Whether it stands for what the user has typed.
+    [[nodiscard]] static bool isCustom(QStringView id) { return id == u"custom"; }
 
     bool operator==(const ProviderPreset&) const = default;
     friend size_t qHash(const ProviderPreset& preset, size_t seed = 0) {

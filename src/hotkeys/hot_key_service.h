@@ -41,9 +41,6 @@ public:
     using Action = std::function<void()>;
     using TextCompletion = std::function<void(std::optional<QString>)>;
 
-    /// The one instance of the process; defined in app/, where the program is wired.
-    [[nodiscard]] static HotKeyService& shared();
-
     explicit HotKeyService(Platform platform);
 
     // Hot keys

@@ -17,9 +17,6 @@ namespace tralio {
 /// the recogniser. Used from the main thread, where callers resume.
 class OCRService final {
 public:
-    /// The one instance of the process; defined in app/, where the program is wired.
-    [[nodiscard]] static OCRService& shared();
-
     explicit OCRService(TextRecognizer& recognizer);
 
     /// Tells the recogniser that an image will follow soon.

@@ -22,9 +22,6 @@ class ScreenCaptureService final : public QObject {
 public:
     using Callback = std::function<void()>;
 
-    /// The one instance of the process; defined in app/, where the program is wired.
-    [[nodiscard]] static ScreenCaptureService& shared();
-
     /// Pictures stand in `folder` for as long as they are needed.
     ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder = QDir::tempPath());
 

@@ -11,9 +11,6 @@ class SpeechSynthesizer;
 /// Reads a text aloud, in English or in Vietnamese. Used from the main thread.
 class SpeechService final : public ObservableObject {
 public:
-    /// The one instance of the process; defined in app/, where the program is wired.
-    [[nodiscard]] static SpeechService& shared();
-
     /// The synthesizer outlives the service.
     explicit SpeechService(SpeechSynthesizer& synthesizer);
 

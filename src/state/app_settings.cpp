@@ -1,9 +1,5 @@
 #include "state/app_settings.h"
 
-#include <limits>
-#include <optional>
-
-#include "engine/provider_preset.h"
 #include "state/hot_key_registrar.h"
 
 namespace tralio {
@@ -18,14 +14,6 @@ constexpr QStringView legacyOcrHotKeyDisplay = u"⌥ S";
 // The model that earlier versions stored for the default preset; that preset now has another one.
 constexpr QStringView legacyModel = u"kavo/claude-sonnet-4.5";
 
-/// A hot-key number as it was stored: 0 when there is none, nothing when no hot key can have it.
-std::optional<quint32> hotKeyNumber(const KeyValueStore& store, const QString& key) {
-    const qint64 number = store.integer(key).value_or(0);
-    if (number < 0 || number > std::numeric_limits<quint32>::max())
-        return std::nullopt;
-    return static_cast<quint32>(number);
-}
-
 }  // namespace
 
 const QString AppSettings::defaultBaseURL = ProviderPreset::presets().front().baseURL;
@@ -36,69 +24,50 @@ const QString AppSettings::defaultPrompt =
     u"ngữ "
     u"đích một cách chính xác, đúng ngữ cảnh, tự nhiên và chuẩn văn phạm.\n"
     u"Chỉ trả về bản dịch hoàn chỉnh duy nhất, KHÔNG giải thích thêm, KHÔNG lặp lại câu hỏi."_s;
-const QString AppSettings::defaultPresetId = u"kavo"_s;
 const QString AppSettings::defaultHotKeyDisplay = u"⌘ ⇧ D"_s;
 const QString AppSettings::defaultOcrHotKeyDisplay = u"⌘ ⇧ S"_s;
 
 AppSettings::AppSettings(KeyValueStore& store, HotKeyRegistrar& hotKeys, QObject* parent)
-    : ObservableObject(parent), m_store(store), m_hotKeys(hotKeys) {
+    : ObservableObject(parent),
+      m_store(store),
+      m_hotKeys(hotKeys),
+      m_values(*this, store),
+      m_hotKey(*this, store),
+      m_ocrHotKey(*this, store) {
     load();
 }
 
 void AppSettings::load() {
-    loadText(baseURL);
-    loadText(apiKey);
-    loadText(selectedPresetId);
-    loadText(model);
-    if (selectedPresetId() == defaultPresetId && model() == legacyModel)
+    m_values.load();
+    if (selectedPresetId() == ProviderPreset::defaultId() && model() == legacyModel)
         model.load(defaultModel);
-    loadText(customPrompt);
-    if (const auto stored = m_store.text(tone.key()))
-        tone.load(TranslationTone::fromRawValue(*stored).value_or(TranslationTone::natural));
-    // A value that is no boolean was not put there by us; then the clipboard is left alone.
-    if (m_store.value(autoPaste.key()))
-        autoPaste.load(m_store.boolean(autoPaste.key()).value_or(false));
-    loadHotKey(hotKeyKeyCode, hotKeyModifiers, hotKeyDisplay, legacyHotKeyDisplay);
-    loadHotKey(ocrHotKeyKeyCode, ocrHotKeyModifiers, ocrHotKeyDisplay, legacyOcrHotKeyDisplay);
+    loadHotKey(m_hotKey, hotKeyKeyCode, hotKeyModifiers, hotKeyDisplay, legacyHotKeyDisplay);
+    loadHotKey(m_ocrHotKey, ocrHotKeyKeyCode, ocrHotKeyModifiers, ocrHotKeyDisplay, legacyOcrHotKeyDisplay);
 }
 
-void AppSettings::loadText(Persisted<QString>& property) {
-    if (auto stored = m_store.text(property.key()))
-        property.load(*std::move(stored));
-}
-
-void AppSettings::loadHotKey(Persisted<quint32>& keyCode, Persisted<quint32>& modifiers,
-    Persisted<QString>& display, QStringView legacyDisplay) {
+void AppSettings::loadHotKey(PersistedGroup& hotKey, const Persisted<quint32>& keyCode,
+    const Persisted<quint32>& modifiers, const Persisted<QString>& display, QStringView legacyDisplay) {
     // The display tells whether a hot key was stored at all; codes without one are not looked at.
     const auto storedDisplay = m_store.text(display.key());
     if (!storedDisplay || *storedDisplay == legacyDisplay)
         return;
-    const auto storedKeyCode = hotKeyNumber(m_store, keyCode.key());
-    const auto storedModifiers = hotKeyNumber(m_store, modifiers.key());
-    if (!storedKeyCode || !storedModifiers)
-        return;
-    keyCode.load(*storedKeyCode);
-    modifiers.load(*storedModifiers);
-    display.load(*storedDisplay);
+    if (isInRange(m_store.integer(keyCode.key()).value_or(0)) &&
+        isInRange(m_store.integer(modifiers.key()).value_or(0)))
+        hotKey.load();
 }
 
 void AppSettings::applyPreset(const ProviderPreset& preset) {
     selectedPresetId = preset.id;
-    if (preset.id == u"custom")
+    if (ProviderPreset::isCustom(preset.id))
         return;
     baseURL = preset.baseURL;
     model = preset.defaultModel;
-    if (preset.id.startsWith(u"kavo"))
+    if (ProviderPreset::bringsKey(preset.id))
         apiKey = defaultApiKey;
 }
 
 void AppSettings::resetToDefaults() {
-    baseURL = defaultBaseURL;
-    model = defaultModel;
-    apiKey = defaultApiKey;
-    customPrompt = defaultPrompt;
-    selectedPresetId = defaultPresetId;
-    tone = TranslationTone::natural;
+    m_values.reset();
     updateCustomHotKey(defaultHotKeyKeyCode, defaultHotKeyModifiers, defaultHotKeyDisplay);
     updateCustomOCRHotKey(defaultOcrHotKeyKeyCode, defaultOcrHotKeyModifiers, defaultOcrHotKeyDisplay);
 }

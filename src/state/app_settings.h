@@ -4,13 +4,13 @@
 
 #include "common/observable_object.h"
 #include "engine/endpoint_settings.h"
+#include "engine/provider_preset.h"
 #include "engine/translation_tone.h"
 #include "state/persisted.h"
 
 namespace tralio {
 
 class HotKeyRegistrar;
-struct ProviderPreset;
 
 /// The user's settings: loaded once, when constructed, and written through at every assignment.
 ///
@@ -22,13 +22,15 @@ class AppSettings final : public ObservableObject {
 
     KeyValueStore& m_store;
     HotKeyRegistrar& m_hotKeys;
+    PersistedGroup m_values;
+    PersistedGroup m_hotKey;
+    PersistedGroup m_ocrHotKey;
 
 public:
     static const QString defaultBaseURL;
     static const QString defaultModel;
     static const QString defaultApiKey;
     static const QString defaultPrompt;
-    static const QString defaultPresetId;
     static constexpr quint32 defaultHotKeyKeyCode = 2;      ///< the D key
     static constexpr quint32 defaultHotKeyModifiers = 768;  ///< command 256 and shift 512
     static const QString defaultHotKeyDisplay;
@@ -39,22 +41,23 @@ public:
     /// Neither the store nor the registrar is owned; both must outlive the settings.
     AppSettings(KeyValueStore& store, HotKeyRegistrar& hotKeys, QObject* parent = nullptr);
 
+    // In the order in which a reset assigns them.
     // clang-format off
-    Persisted<QString>         baseURL           {*this, m_store, u"app_setting_base_url",             defaultBaseURL};
-    Persisted<QString>         apiKey            {*this, m_store, u"app_setting_api_key",              defaultApiKey};
-    Persisted<QString>         model             {*this, m_store, u"app_setting_model",                defaultModel};
-    Persisted<QString>         customPrompt      {*this, m_store, u"app_setting_custom_prompt",        defaultPrompt};
-    Persisted<TranslationTone> tone              {*this, m_store, u"app_setting_tone",                 TranslationTone::natural};
-    Persisted<bool>            autoPaste         {*this, m_store, u"app_setting_auto_paste",           true};
-    Persisted<QString>         selectedPresetId  {*this, m_store, u"app_setting_preset_id",            defaultPresetId};
+    Persisted<QString>         baseURL           {m_values, u"app_setting_base_url",      defaultBaseURL};
+    Persisted<QString>         model             {m_values, u"app_setting_model",         defaultModel};
+    Persisted<QString>         apiKey            {m_values, u"app_setting_api_key",       defaultApiKey};
+    Persisted<QString>         customPrompt      {m_values, u"app_setting_custom_prompt", defaultPrompt};
+    Persisted<QString>         selectedPresetId  {m_values, u"app_setting_preset_id",     ProviderPreset::defaultId()};
+    Persisted<TranslationTone> tone              {m_values, u"app_setting_tone",          TranslationTone::natural};
+    Persisted<bool>            autoPaste         {m_values, u"app_setting_auto_paste",    true, OnReset::stays};
     // The hot keys as they were registered, each with the text that shows it to the user. Assigning here does not
     // register anything; `updateCustomHotKey` and `updateCustomOCRHotKey` do.
-    Persisted<quint32>         hotKeyKeyCode     {*this, m_store, u"app_setting_hotkey_keycode",       defaultHotKeyKeyCode};
-    Persisted<quint32>         hotKeyModifiers   {*this, m_store, u"app_setting_hotkey_modifiers",     defaultHotKeyModifiers};
-    Persisted<QString>         hotKeyDisplay     {*this, m_store, u"app_setting_hotkey_display",       defaultHotKeyDisplay};
-    Persisted<quint32>         ocrHotKeyKeyCode  {*this, m_store, u"app_setting_ocr_hotkey_keycode",   defaultOcrHotKeyKeyCode};
-    Persisted<quint32>         ocrHotKeyModifiers{*this, m_store, u"app_setting_ocr_hotkey_modifiers", defaultOcrHotKeyModifiers};
-    Persisted<QString>         ocrHotKeyDisplay  {*this, m_store, u"app_setting_ocr_hotkey_display",   defaultOcrHotKeyDisplay};
+    Persisted<quint32>         hotKeyKeyCode     {m_hotKey,    u"app_setting_hotkey_keycode",       defaultHotKeyKeyCode};
+    Persisted<quint32>         hotKeyModifiers   {m_hotKey,    u"app_setting_hotkey_modifiers",     defaultHotKeyModifiers};
+    Persisted<QString>         hotKeyDisplay     {m_hotKey,    u"app_setting_hotkey_display",       defaultHotKeyDisplay};
+    Persisted<quint32>         ocrHotKeyKeyCode  {m_ocrHotKey, u"app_setting_ocr_hotkey_keycode",   defaultOcrHotKeyKeyCode};
+    Persisted<quint32>         ocrHotKeyModifiers{m_ocrHotKey, u"app_setting_ocr_hotkey_modifiers", defaultOcrHotKeyModifiers};
+    Persisted<QString>         ocrHotKeyDisplay  {m_ocrHotKey, u"app_setting_ocr_hotkey_display",   defaultOcrHotKeyDisplay};
     // clang-format on
 
     /// Selects the preset and takes over its endpoint and model; the maker's own presets bring the built-in
@@ -74,9 +77,8 @@ public:
 
 private:
     void load();
-    void loadText(Persisted<QString>& property);
-    void loadHotKey(Persisted<quint32>& keyCode, Persisted<quint32>& modifiers, Persisted<QString>& display,
-        QStringView legacyDisplay);
+    void loadHotKey(PersistedGroup& hotKey, const Persisted<quint32>& keyCode,
+        const Persisted<quint32>& modifiers, const Persisted<QString>& display, QStringView legacyDisplay);
 };
 
 }  // namespace tralio

@@ -18,9 +18,6 @@ class AppState final : public ObservableObject {
 public:
     using ObservableObject::ObservableObject;
 
-    /// The one instance of the process; defined in app/, where the program is wired.
-    [[nodiscard]] static AppState& shared();
-
     /// Text that waits for the translate panel, which empties this when it takes the text over.
     Observable<QString> pendingTextToTranslate{*this};
     /// Fresh for every accepted request, so that asking for the same text again is a change too.

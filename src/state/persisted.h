@@ -2,8 +2,10 @@
 
 #include <QString>
 
+#include <functional>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "common/observable_object.h"
 #include "engine/translation_tone.h"
@@ -11,14 +13,66 @@
 
 namespace tralio {
 
+/// Whether a stored number can be one of 32 bits.
+[[nodiscard]] bool isInRange(qint64 number);
+
+/// How a stored value of each kind is read. What cannot be understood is `otherwise`; but a truth that was
+/// not put there by us is false, and a number that is not stored is 0.
+[[nodiscard]] QString read(const KeyValueStore& store, const QString& key, QString otherwise);
+[[nodiscard]] bool read(const KeyValueStore& store, const QString& key, bool otherwise);
+[[nodiscard]] quint32 read(const KeyValueStore& store, const QString& key, quint32 otherwise);
+[[nodiscard]] TranslationTone read(const KeyValueStore& store, const QString& key, TranslationTone otherwise);
+
+template <typename T>
+class Persisted;
+
+/// Whether a setting goes back to its default with the others.
+enum class OnReset { isRestored, stays };
+
+/// The settings of one object that are loaded and reset together, in the order in which they were declared.
+class PersistedGroup final {
+public:
+    PersistedGroup(ObservableObject& owner, KeyValueStore& store) : m_owner(owner), m_store(store) {}
+    PersistedGroup(const PersistedGroup&) = delete;
+    PersistedGroup& operator=(const PersistedGroup&) = delete;
+
+    /// Takes over what is stored: nobody is told and nothing is written.
+    void load() {
+        for (const Member& member : m_members)
+            member.load();
+    }
+    /// Assigns the defaults.
+    void reset() {
+        for (const Member& member : m_members)
+            if (member.onReset == OnReset::isRestored)
+                member.reset();
+    }
+
+private:
+    template <typename T>
+    friend class Persisted;
+
+    struct Member {
+        std::function<void()> load;
+        std::function<void()> reset;
+        OnReset onReset;
+    };
+
+    ObservableObject& m_owner;
+    KeyValueStore& m_store;
+    std::vector<Member> m_members;
+};
+
 /// An observable member that also lives in the store: `object.member()` reads, `object.member = value`
 /// announces, assigns and then writes the value under its key. Every assignment is announced and written,
-/// also one of an equal value. Constructing writes nothing; the owner decides what a stored value means.
+/// also one of an equal value. Constructing reads and writes nothing.
 template <typename T>
 class Persisted final {
 public:
-    Persisted(ObservableObject& owner, KeyValueStore& store, QStringView key, T initial)
-        : m_owner(owner), m_store(store), m_key(key.toString()), m_value(std::move(initial)) {}
+    Persisted(PersistedGroup& group, QStringView key, T initial, OnReset onReset = OnReset::isRestored)
+        : m_group(group), m_key(key.toString()), m_default(std::move(initial)), m_value(m_default) {
+        group.m_members.push_back({[this] { load(); }, [this] { *this = m_default; }, onReset});
+    }
     Persisted(const Persisted&) = delete;
     Persisted& operator=(const Persisted&) = delete;
 
@@ -26,16 +80,18 @@ public:
     [[nodiscard]] const T& operator()() const { return m_value; }
 
     Persisted& operator=(T value) {
-        Q_EMIT m_owner.objectWillChange();
+        Q_EMIT m_group.m_owner.objectWillChange();
         m_value = std::move(value);
-        m_store.setValue(m_key, stored(m_value));
+        m_group.m_store.setValue(m_key, stored(m_value));
         return *this;
     }
 
-    /// Takes over what was read from the store: nobody is told and nothing is written.
+    /// Another value than the stored one: nobody is told and nothing is written.
     void load(T value) { m_value = std::move(value); }
 
 private:
+    void load() { m_value = read(m_group.m_store, m_key, T(m_default)); }
+
     static StoredValue stored(const T& value) {
         if constexpr (std::is_same_v<T, TranslationTone>)
             return value.rawValue();
@@ -45,9 +101,9 @@ private:
             return value;
     }
 
-    ObservableObject& m_owner;
-    KeyValueStore& m_store;
+    PersistedGroup& m_group;
     const QString m_key;
+    const T m_default;
     T m_value;
 };
 

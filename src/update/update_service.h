@@ -39,9 +39,6 @@ public:
     /// The manifest at its place on the maker's server.
     [[nodiscard]] static QUrl defaultManifest();
 
-    /// The one instance of the process; defined in app/, where the program is wired.
-    [[nodiscard]] static UpdateService& shared();
-
     UpdateService(HttpClient& http, Host host);
     ~UpdateService() override;
 

@@ -28,11 +28,11 @@ std::optional<AppTab> appTab(int rawValue) {
 }
 
 MainState::MainState(Services services)
-    : isAccessibilityGranted(*this, services.hotKeys.isAccessibilityGranted()),
+    : m_persisted(*this, services.store),
+      isAccessibilityGranted(*this, services.hotKeys.isAccessibilityGranted()),
       isScreenCaptureGranted(*this, services.hotKeys.isScreenCaptureGranted()),
-      hasCompletedOnboarding(*this, services.store, u"hasCompletedOnboarding", false),
       m_services(services) {
-    hasCompletedOnboarding.load(services.store.boolean(hasCompletedOnboarding.key()).value_or(false));
+    m_persisted.load();
 
     AppState& appState = m_services.appState;
     onChange(

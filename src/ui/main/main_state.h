@@ -26,6 +26,8 @@ enum class AppTab { translate, history, settings, author };
 class MainState final : public ObservableObject {
     Q_OBJECT
 
+    PersistedGroup m_persisted;
+
 public:
     /// What the view works with. All of it outlives the view.
     struct Services {
@@ -44,7 +46,7 @@ public:
     Observable<QString> textToTranslate{*this};
     Observable<bool> isAccessibilityGranted;
     Observable<bool> isScreenCaptureGranted;
-    Persisted<bool> hasCompletedOnboarding;
+    Persisted<bool> hasCompletedOnboarding{m_persisted, u"hasCompletedOnboarding", false};
 
     /// Which permission is missing; absent when none is.
     [[nodiscard]] std::optional<QString> ungrantedWarningText() const;

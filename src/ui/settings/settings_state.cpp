@@ -76,7 +76,7 @@ const ProviderPreset* SettingsState::selectedProvider() const {
 }
 
 bool SettingsState::usesOwnGateway() const {
-    return m_services.settings.selectedPresetId().startsWith(u"kavo");
+    return ProviderPreset::bringsKey(m_services.settings.selectedPresetId());
 }
 
 int SettingsState::downloadPercentage() const {

@@ -3,7 +3,7 @@
 #include <QStandardPaths>
 
 #include "common/debug_log.h"
-#include "platform/linux/capture/program_run.h"
+#include "platform/linux/capture/run_program.h"
 
 namespace tralio {
 namespace {

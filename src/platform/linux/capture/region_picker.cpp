@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "platform/linux/capture/program_run.h"
+#include "platform/linux/capture/run_program.h"
 
 namespace tralio {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/capture/program_run.h"
+#include "platform/linux/capture/run_program.h"
 
 #include <QProcess>
 #include <qcoroprocess.h>
