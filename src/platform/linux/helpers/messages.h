@@ -61,6 +61,25 @@ void readList(QDataStream& stream, List& list) {
     }
 }
 
+/// A list among a message's fields.
+template <typename List>
+struct Elements {
+    explicit Elements(List& of) : list(of) {}
+    List& list;
+};
+
+template <typename List>
+QDataStream& operator<<(QDataStream& stream, const Elements<List>& field) {
+    writeList(stream, field.list);
+    return stream;
+}
+
+template <typename List>
+QDataStream& operator>>(QDataStream& stream, Elements<List>& field) {
+    readList(stream, field.list);
+    return stream;
+}
+
 /// The frame of a message.
 template <typename Message>
 [[nodiscard]] QByteArray encode(Message message) {

@@ -97,16 +97,6 @@ static QDataStream& operator>>(QDataStream& stream, TextObservation& observation
     return stream;
 }
 
-static QDataStream& operator<<(QDataStream& stream, const std::vector<TextObservation>& observations) {
-    messages::writeList(stream, observations);
-    return stream;
-}
-
-static QDataStream& operator>>(QDataStream& stream, std::vector<TextObservation>& observations) {
-    messages::readList(stream, observations);
-    return stream;
-}
-
 namespace recogniser_protocol {
 
 using namespace Qt::StringLiterals;
@@ -122,7 +112,8 @@ static void each(RecognizeRequest& message, Fields fields) {
 }
 template <typename Fields>
 static void each(LanguagesReply& message, Fields fields) {
-    fields(message.languages);
+    messages::Elements languages{message.languages};
+    fields(languages);
 }
 template <typename Fields>
 static void each(Accepted& message, Fields fields) {
@@ -130,7 +121,8 @@ static void each(Accepted& message, Fields fields) {
 }
 template <typename Fields>
 static void each(ObservationsReply& message, Fields fields) {
-    fields(message.observations);
+    messages::Elements observations{message.observations};
+    fields(observations);
 }
 template <typename Fields>
 static void each(NoImageReply& /*message*/, Fields /*fields*/) {}

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "common/clock.h"
+#include "platform/linux/speech/ssip_reader.h"
 #include "platform/linux/speech/unix_stream.h"
 
 namespace tralio {
@@ -20,15 +21,9 @@ class SsipConnection final : public QObject {
     Q_OBJECT
 
 public:
-    struct Reply {
-        int code = 0;
-        QByteArray data;  ///< the lines before the closing one, without their codes, each with a line feed
-
-        [[nodiscard]] bool isSuccess() const { return code >= 200 && code < 300; }
-    };
+    using Reply = SsipReader::Reply;
+    using Event = SsipReader::Event;
     using Answer = std::function<void(const Reply&)>;
-
-    enum class Event { mark = 700, begin = 701, end = 702, cancel = 703 };
 
     /// Begins to connect. `silence` is the longest time that a reply may take.
     SsipConnection(const QString& socketPath, Clock& clock, std::chrono::milliseconds silence);
@@ -58,17 +53,13 @@ private:
 
     void sendNext();
     void limitTime();
-    void read(const QByteArray& bytes);
-    void take(QByteArrayView line);
-    void conclude(int code);
+    void conclude(const Reply& reply);
     void close(const QString& reason);
 
     Clock& m_clock;
     std::chrono::milliseconds m_silence;
     UnixStream m_stream;
-    QByteArray m_input;
-    QByteArray m_eventData;
-    Reply m_reply;
+    SsipReader m_reader;
     std::deque<Command> m_commands;  ///< the first one is with the daemon if `m_isBusy`
     bool m_isBusy = false;
     bool m_hasOpened = false;

@@ -1,0 +1,72 @@
+// Damages the files of a corpus for some seconds and feeds them to the reader that it is linked with. It
+// learns nothing; what it finds is what a change has plainly broken. usage: fuzz_NAME SECONDS CORPUS
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QList>
+
+#include <cstdio>
+#include <random>
+
+#include "fuzz/fuzz.h"
+
+namespace {
+
+QByteArray damaged(const QList<QByteArray>& corpus, std::mt19937& random) {
+    const auto below = [&random](qsizetype limit) {
+        return static_cast<qsizetype>(random() % static_cast<unsigned>(std::max<qsizetype>(1, limit)));
+    };
+    QByteArray input = corpus[below(corpus.size())];
+    for (auto changes = below(8); changes >= 0; --changes) {
+        const qsizetype at = below(input.size());
+        switch (below(5)) {
+            case 0:
+                input.truncate(at);
+                break;
+            case 1:
+                input.insert(at, static_cast<char>(random()));
+                break;
+            case 2:
+                input.remove(at, 1 + below(8));
+                break;
+            case 3:
+                input.insert(at, corpus[below(corpus.size())].mid(below(64), below(64)));
+                break;
+            default:
+                if (!input.isEmpty())
+                    input[at] = static_cast<char>(random());
+        }
+    }
+    return input;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QList<QByteArray> corpus;
+    const QDir folder(QString::fromLocal8Bit(argc > 2 ? argv[2] : ""));
+    for (const QString& name : folder.entryList(QDir::Files)) {
+        QFile file(folder.filePath(name));
+        if (file.open(QIODevice::ReadOnly))
+            corpus.push_back(file.readAll());
+    }
+    if (corpus.isEmpty()) {
+        std::fputs("usage: fuzz_NAME SECONDS CORPUS\n", stderr);
+        return EXIT_FAILURE;
+    }
+    const auto feed = [](const QByteArray& input) {
+        LLVMFuzzerTestOneInput(
+            reinterpret_cast<const std::uint8_t*>(input.constData()), static_cast<std::size_t>(input.size()));
+    };
+    for (const QByteArray& input : corpus)
+        feed(input);
+    std::mt19937 random(1);
+    QElapsedTimer time;
+    time.start();
+    long executions = 0;
+    for (; !time.hasExpired(1000LL * std::atoi(argv[1])); ++executions)
+        feed(damaged(corpus, random));
+    std::printf("%ld executions\n", executions);
+    return EXIT_SUCCESS;
+}
