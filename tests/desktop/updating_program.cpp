@@ -9,7 +9,7 @@
 #include "common/clock.h"
 #include "common/on_change.h"
 #include "platform/linux/bundle/installer_runner.h"
-#include "programs/http/in_process_http_client.h"
+#include "platform/linux/helpers/helper_http_client.h"
 #include "update/info_plist.h"
 #include "update/update_service.h"
 
@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
     const QString programs = QCoreApplication::applicationDirPath();
     const InstallerRunner scripts(InstallerRunner::installedHelpers(programs));
     SystemClock clock;
-    InProcessHttpClient http(clock);
+    HelperHttpClient http(HelperProcess::installed(u"tralio-http"), clock);
     UpdateService service(http,
         {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
             .currentVersion = bundleVersion(programs),

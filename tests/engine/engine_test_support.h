@@ -9,7 +9,7 @@
 
 #include "engine/ai_error.h"
 #include "engine/ai_service.h"
-#include "programs/http/in_process_http_client.h"
+#include "platform/linux/helpers/helper_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/print_to.h"
@@ -68,7 +68,7 @@ protected:
     FakeClock clock;
     StandInModel standIn;
     EndpointSettings settings;
-    InProcessHttpClient http{clock};
+    HelperHttpClient http{QStringLiteral(HTTP_PROGRAM), clock};
     AIService service{http};
 };
 

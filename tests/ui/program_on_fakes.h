@@ -7,7 +7,7 @@
 #include "ocr/ocr_service.h"
 #include "ocr/ocr_test_support.h"
 #include "ocr/screen_capture_service.h"
-#include "programs/http/in_process_http_client.h"
+#include "platform/linux/helpers/helper_http_client.h"
 #include "speech/speech_service.h"
 #include "speech/speech_synthesizer.h"
 #include "state/app_settings.h"
@@ -40,7 +40,8 @@ struct ProgramOnFakes {
     HotKeyService hotKeys{desktop.platform()};
     AppSettings settings{store, hotKeys};
     AppState appState;
-    InProcessHttpClient http{desktop.clock};
+    SystemClock httpClock;  ///< of a process in real time
+    HelperHttpClient http{QStringLiteral(HTTP_PROGRAM), httpClock};
     AIService ai{http};
     UpdateService updates{http,
         {.manifest = QUrl(model.baseURL()),

@@ -135,7 +135,7 @@ TEST_F(TranslatePanel, cancelling_shows_at_once_and_a_late_answer_changes_nothin
     hold({u"next"_s});
     translate(u"next"_s);
     ASSERT_TRUE(requestsArrive(2));
-    ASSERT_TRUE(eventually([&] { return desktop.clock.pending() == 1; })) << "the first request goes on";
+    ASSERT_TRUE(eventually([&] { return model.openConnections() == 1; })) << "the first request goes on";
     ASSERT_TRUE(nextTurn());
     EXPECT_TRUE(panel->isTranslating());
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
@@ -159,7 +159,7 @@ TEST_F(TranslatePanel, cancelling_gives_up_only_the_translation_started_last) {
     panel->cancel();
     model.sendTheRest();
     ASSERT_TRUE(outputBecomes(u"FIRST"_s));
-    ASSERT_TRUE(eventually([&] { return desktop.clock.pending() == 0; })) << "a request is still under way";
+    ASSERT_TRUE(eventually([&] { return model.openConnections() == 0; })) << "a request is still under way";
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(panel->outputText(), u"FIRST"_s);
     EXPECT_EQ(panel->errorMessage(), std::nullopt);

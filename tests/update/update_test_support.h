@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "common/localized_error.h"
-#include "programs/http/in_process_http_client.h"
+#include "platform/linux/helpers/helper_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/print_to.h"
@@ -65,7 +65,7 @@ protected:
     QTemporaryDir folder;
     QStringList events;
     std::optional<QString> startFailure;  ///< with which the installer does not start
-    InProcessHttpClient http{clock};
+    HelperHttpClient http{QStringLiteral(HTTP_PROGRAM), clock};
     std::unique_ptr<UpdateService> service = std::make_unique<UpdateService>(http, host());
 };
 

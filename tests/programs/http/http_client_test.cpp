@@ -4,7 +4,6 @@
 
 #include "engine/engine_test_support.h"
 #include "engine/transport_error.h"
-#include "programs/http/in_process_http_client.h"
 
 namespace tralio {
 namespace {
@@ -25,57 +24,16 @@ protected:
 
     void hold() { standIn.replies(StandInReply::withBody(200, "late").delivered(Delivery::held)); }
 
-    /// Lets time pass, and the event loop run with it, until the task ends.
-    void passTime(const QCoro::Task<QString>& task) {
-        for (int i = 0; i < 1000 && !task.isReady(); ++i) {
-            clock.advance(500ms);
-            QCoreApplication::processEvents();
-        }
-    }
-
     [[nodiscard]] bool arrived(qsizetype count) {
         return eventually([this, count] { return standIn.requests().size() == count; });
     }
 
     FakeClock clock;
     StandInModel standIn;
-    std::unique_ptr<InProcessHttpClient> client = std::make_unique<InProcessHttpClient>(clock);
+    std::unique_ptr<HelperHttpClient> client =
+        std::make_unique<HelperHttpClient>(QStringLiteral(HTTP_PROGRAM), clock);
     int completions = 0;
 };
-
-TEST_F(HttpClientTest, a_server_that_sends_a_byte_now_and_then_is_cut_off_only_when_it_falls_silent) {
-    standIn.replies(StandInReply::withBody(200, QByteArray(20, 'x')).delivered(Delivery::trickled));
-    QCoro::Task<QString> task = post();
-    ASSERT_TRUE(arrived(1));
-    for (int i = 0; i < 10; ++i) {
-        ASSERT_TRUE(eventually([this] { return clock.lastScheduled() == clock.now(); })) << "byte " << i;
-        clock.advance(44s);
-        standIn.sendOneByte();
-    }
-    ASSERT_TRUE(eventually([this] { return clock.lastScheduled() == clock.now(); }));
-    EXPECT_FALSE(task.isReady());
-    passTime(task);
-    EXPECT_EQ(clock.now() - clock.lastScheduled(), 45s);
-    EXPECT_TRUE(outcomeOf(std::move(task)).failed);
-}
-
-TEST_F(HttpClientTest, silence_ends_the_two_operations_after_exactly_45_and_15_seconds) {
-    hold();
-    AIService service(*client);
-    const EndpointSettings settings{standIn.baseURL(), u"ollama"_s, {}, {}, {}};
-    QCoro::Task<QString> translation = service.translate(u"a"_s, u"A"_s, u"B"_s, {}, settings);
-    ASSERT_TRUE(arrived(1));
-    passTime(translation);
-    EXPECT_EQ(clock.now() - clock.lastScheduled(), 45s);
-
-    QCoro::Task<QString> connectionTest = service.testConnection(settings);
-    ASSERT_TRUE(arrived(2));
-    passTime(connectionTest);
-    EXPECT_EQ(clock.now() - clock.lastScheduled(), 15s);
-    EXPECT_EQ(outcomeOf(std::move(connectionTest)).text,
-        TransportError::timedOut(QUrl(standIn.baseURL()), 15s).errorDescription());
-    EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
-}
 
 TEST_F(HttpClientTest, a_stop_request_aborts_the_request_and_drops_the_late_answer) {
     hold();

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QByteArray>
+#include <QUrl>
+
+#include <memory>
+#include <vector>
+
+namespace tralio {
+
+/// The desktop's proxies, by libproxy. A question may take long, for a proxy script is fetched and run, and
+/// even for ever: it is asked in a thread of its own, whose end nobody waits for.
+class Proxies final {
+public:
+    struct Answer {
+        quint32 request = 0;
+        QByteArray proxy;  ///< in libcurl's form; empty for none
+    };
+
+    Proxies();
+    ~Proxies();
+    Proxies(const Proxies&) = delete;
+    Proxies& operator=(const Proxies&) = delete;
+
+    /// A model on this machine is always reached directly: a proxy elsewhere would look for it on its own
+    /// machine.
+    [[nodiscard]] static bool isOnThisMachine(const QUrl& url);
+
+    /// Asks for the proxy to an address; the answer goes by the number of the request.
+    void ask(quint32 request, const QUrl& url);
+
+    /// Becomes readable when there are answers.
+    [[nodiscard]] int descriptor() const;
+    [[nodiscard]] std::vector<Answer> takeAnswers();
+
+private:
+    struct Desk;
+
+    std::shared_ptr<Desk> m_desk;  ///< shared with the thread, which may outlive us
+};
+
+}  // namespace tralio

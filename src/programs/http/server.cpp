@@ -1,0 +1,142 @@
+#include "programs/http/server.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <unistd.h>
+#include <utility>
+
+namespace tralio {
+
+using namespace http_protocol;
+
+namespace {
+
+constexpr int longestWait = 60'000;
+}  // namespace
+
+Server::Server(int requests, int replies)
+    : m_requests(requests),
+      m_send([replies](const Reply& reply) { frames::writeAll(replies, encode(reply)); }) {}
+
+Server::~Server() {
+    while (!m_transfers.empty())
+        remove(m_transfers.begin()->first);
+}
+
+int Server::run() {
+    for (;;) {
+        int running = 0;
+        curl_multi_perform(m_multi.get(), &running);
+        concludeTransfers();
+        endSilentTransfers();
+        curl_waitfd others[] = {
+            {m_requests, CURL_WAIT_POLLIN, 0}, {m_proxies.descriptor(), CURL_WAIT_POLLIN, 0}};
+        curl_multi_poll(m_multi.get(), others, std::size(others), millisecondsToWait(), nullptr);
+        for (const Proxies::Answer& answer : m_proxies.takeAnswers()) {
+            const auto found = m_transfers.find(answer.request);
+            if (found != m_transfers.end() && !found->second->handle())
+                go(*found->second, answer.proxy);
+        }
+        if (others[0].revents != 0)
+            if (const std::optional<int> status = readRequests())
+                return *status;
+    }
+}
+
+std::optional<int> Server::readRequests() {
+    QByteArray bytes(1 << 16, Qt::Uninitialized);
+    const ssize_t count = read(m_requests, bytes.data(), static_cast<size_t>(bytes.size()));
+    if (count < 0)
+        return errno == EINTR || errno == EAGAIN ? std::nullopt : std::optional(EXIT_FAILURE);
+    if (count == 0)
+        return EXIT_SUCCESS;
+    bytes.truncate(count);
+    m_frames.add(bytes);
+    while (const auto payload = m_frames.next()) {
+        const auto request = decodeRequest(*payload);
+        if (!request)
+            return EXIT_FAILURE;
+        std::visit([this](const auto& message) { serve(message); }, *request);
+    }
+    return m_frames.isBroken() ? std::optional(EXIT_FAILURE) : std::nullopt;
+}
+
+void Server::serve(const Post& post) {
+    start(std::make_unique<Transfer>(post, m_send));
+}
+
+void Server::serve(const Get& get) {
+    start(std::make_unique<Transfer>(get, m_send));
+}
+
+void Server::serve(const Cancel& cancel) {
+    remove(cancel.id);
+}
+
+void Server::serve(const Ping& /*ping*/) const {
+    m_send(Pong{});
+}
+
+void Server::start(std::unique_ptr<Transfer> transfer) {
+    if (!transfer->canBegin())
+        return;
+    const Id id = transfer->id();
+    remove(id);
+    proceed(*m_transfers.emplace(id, std::move(transfer)).first->second);
+}
+
+void Server::proceed(Transfer& transfer) {
+    if (Proxies::isOnThisMachine(transfer.url()))
+        go(transfer, {});
+    else
+        m_proxies.ask(transfer.id(), transfer.url());
+}
+
+void Server::go(Transfer& transfer, const QByteArray& proxy) {
+    transfer.begin(proxy);
+    curl_multi_add_handle(m_multi.get(), transfer.handle());
+}
+
+void Server::concludeTransfers() {
+    int left = 0;
+    while (const CURLMsg* message = curl_multi_info_read(m_multi.get(), &left)) {
+        if (message->msg != CURLMSG_DONE)
+            continue;
+        const CURLcode code = message->data.result;
+        void* owner = nullptr;
+        curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &owner);
+        auto& transfer = *static_cast<Transfer*>(owner);
+        curl_multi_remove_handle(m_multi.get(), message->easy_handle);
+        if (transfer.conclude(code) == Transfer::Next::goesOn)
+            proceed(transfer);
+        else
+            m_transfers.erase(transfer.id());
+    }
+}
+
+void Server::endSilentTransfers() {
+    const auto now = std::chrono::steady_clock::now();
+    for (auto next = m_transfers.begin(); next != m_transfers.end();) {
+        const auto current = next++;
+        if (current->second->isSilent(now))
+            remove(current->first);
+    }
+}
+
+void Server::remove(Id id) {
+    const auto node = m_transfers.extract(id);
+    if (!node.empty() && node.mapped()->handle())
+        curl_multi_remove_handle(m_multi.get(), node.mapped()->handle());
+}
+
+int Server::millisecondsToWait() const {
+    using namespace std::chrono;
+    milliseconds wait(longestWait);
+    const auto now = steady_clock::now();
+    for (const auto& [id, transfer] : m_transfers)
+        wait = std::min(wait, ceil<milliseconds>(transfer->deadline() - now));
+    return static_cast<int>(std::max<milliseconds::rep>(0, wait.count()));
+}
+
+}  // namespace tralio

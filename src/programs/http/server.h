@@ -1,0 +1,57 @@
+#pragma once
+
+#include <curl/curl.h>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "platform/linux/helpers/frames.h"
+#include "platform/linux/helpers/http_protocol.h"
+#include "programs/http/proxies.h"
+#include "programs/http/transfer.h"
+
+namespace tralio {
+
+/// The work of the process: serves the requests that come from one descriptor, side by side, in one loop, and
+/// answers on another.
+class Server final {
+public:
+    Server(int requests, int replies);
+    ~Server();
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+
+    /// Returns the exit status, when the requests end or are none.
+    [[nodiscard]] int run();
+
+private:
+    using Id = http_protocol::Id;
+    struct Cleanup {
+        void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+    };
+
+    /// The exit status once there is nothing more to read.
+    [[nodiscard]] std::optional<int> readRequests();
+    void serve(const http_protocol::Post& post);
+    void serve(const http_protocol::Get& get);
+    void serve(const http_protocol::Cancel& cancel);
+    void serve(const http_protocol::Ping& ping) const;
+    void start(std::unique_ptr<Transfer> transfer);
+    /// Asks for the proxy to its address, or goes there.
+    void proceed(Transfer& transfer);
+    void go(Transfer& transfer, const QByteArray& proxy);
+    void concludeTransfers();
+    void endSilentTransfers();
+    void remove(Id id);
+    [[nodiscard]] int millisecondsToWait() const;
+
+    int m_requests;
+    std::function<void(const http_protocol::Reply&)> m_send;
+    frames::Reader m_frames{http_protocol::maximumRequest};
+    Proxies m_proxies;
+    std::unique_ptr<CURLM, Cleanup> m_multi{curl_multi_init()};
+    std::map<Id, std::unique_ptr<Transfer>> m_transfers;
+};
+
+}  // namespace tralio

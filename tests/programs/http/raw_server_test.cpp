@@ -1,0 +1,236 @@
+#include "programs/http/http_test_support.h"
+#include "programs/http/redirections.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Connection = RawServer::Connection;
+
+TEST_F(HttpTest, no_answer_is_ever_another_texts_and_no_text_is_sent_twice) {
+    struct Case {
+        const char* what;
+        std::function<void(Connection&, const QByteArray&)> answer;
+    };
+    const QByteArray early = "HTTP/1.1 103 Early Hints\r\nLink: </a.css>\r\n\r\n";
+    const Case cases[] = {
+        {"a hint and the answer at once",
+            [&](Connection& peer, const QByteArray& body) { peer.send(early + reply(body)); }},
+        {"a hint, and the answer later",
+            [&](Connection& peer, const QByteArray& body) {
+                peer.send(early);
+                peer.wait(150ms);
+                peer.send(reply(body));
+            }},
+        {"another answer that nobody asked for",
+            [](Connection& peer, const QByteArray& body) {
+                peer.send(reply(body));
+                peer.send(reply("nobody asked"));
+            }},
+        {"a time-out on the idle connection",
+            [](Connection& peer, const QByteArray& body) {
+                peer.send(reply(body));
+                peer.send(reply("late", "HTTP/1.1 408 Request Timeout\r\n"));
+            }},
+        {"an end after the next text was read",
+            [](Connection& peer, const QByteArray& body) {
+                peer.send(reply(body));
+                (void)peer.readRequest();
+            }},
+    };
+    for (const Case& given : cases) {
+        RawServer server([&given](Connection& peer) {
+            const QByteArray request = peer.readRequest();
+            given.answer(peer, "of " + request.sliced(request.indexOf("\r\n\r\n") + 4));
+            peer.waitForEnd();
+        });
+        for (const QByteArray text : {"one", "two", "three"})
+            EXPECT_EQ(outcomeOf(post(urlOf(server), text)).text, u"200 of "_s + QString::fromUtf8(text))
+                << given.what;
+        EXPECT_EQ(server.posts(), 3) << given.what;
+    }
+}
+
+TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
+    struct Case {
+        const char* what;
+        Script script;
+        QString told;
+        int posts = 1;
+    };
+    const auto afterReading = [](const QByteArray& bytes, bool reset = false) -> Script {
+        return [bytes, reset](Connection& peer) {
+            (void)peer.readRequest();
+            peer.send(bytes);
+            if (reset) {
+                peer.wait(30ms);
+                peer.reset();
+            }
+        };
+    };
+    const auto words = [](CURLcode code) {
+        return failureWords({.code = code}, QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser);
+    };
+    const QString broken = words(CURLE_RECV_ERROR);
+    const QString silent = words(CURLE_GOT_NOTHING);
+    const QString headers = tooLargeHeadersWords(QUrl(u"http://peer/"_s));
+    const QByteArray chunks = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n";
+    const Case cases[] = {
+        {"ends before reading", [](Connection&) {}, u"*"_s, 0},
+        {"resets before reading", [](Connection& peer) { peer.reset(); }, u"*"_s, 0},
+        {"ends after reading", afterReading({}), silent},
+        {"resets after reading", afterReading({}, true), broken},
+        {"no content, with a length", afterReading("HTTP/1.1 204 No Content\r\nContent-Length: 5\r\n\r\n"),
+            u"204"_s},
+        {"chunks", afterReading(chunks + "0\r\n\r\n"), u"200 hello"_s},
+        {"cut between chunks", afterReading(chunks), broken},
+        {"cut within a chunk", afterReading(chunks + "9\r\nwo"), broken},
+        {"cut short of its length", afterReading("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhello"),
+            broken},
+        {"cut in the head", afterReading("HTTP/1.1 200 OK\r\nContent-"), u"*"_s},
+        {"to the end of the connection", afterReading("HTTP/1.1 200 OK\r\n\r\nhello"), u"200 hello"_s},
+        {"one header of 300 KB",
+            afterReading("HTTP/1.1 200 OK\r\nA: " + QByteArray(300'000, 'a') + "\r\n\r\n"), headers},
+        {"20,000 headers",
+            afterReading("HTTP/1.1 200 OK\r\n" + QByteArray("A: 12345678\r\n").repeated(20'000) + "\r\n"),
+            headers},
+        {"garbled compression",
+            afterReading(reply("not gzip", "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n")),
+            words(CURLE_BAD_CONTENT_ENCODING)},
+        {"no HTTP", afterReading("hello\n"), u"no HTTP"_s},
+        {"a status without a number", afterReading("HTTP/1.1 OK\r\n\r\n"), u"no HTTP"_s},
+        {"an alert of TLS", afterReading("\x15\x03\x01"), u"no HTTP"_s},
+        {"another protocol", afterReading("HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n"),
+            u"no HTTP"_s},
+        {"round in circles",
+            afterReading("HTTP/1.1 303 See Other\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
+            tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
+        {"elsewhere",
+            afterReading("HTTP/1.1 307 Go\r\nLocation: http://127.0.0.1:1/v1\r\nContent-Length: 0\r\n\r\n"),
+            refusedRedirectionWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
+        {"by another scheme",
+            afterReading("HTTP/1.1 307 Go\r\nLocation: file:///etc/passwd\r\nContent-Length: 0\r\n\r\n"),
+            refusedRedirectionWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
+    };
+    for (const Case& given : cases) {
+        RawServer server(given.script);
+        QElapsedTimer time;
+        time.start();
+        QString told = outcomeOf(post(urlOf(server))).text;
+        EXPECT_LT(time.elapsed(), 5'000) << given.what;
+        EXPECT_EQ(server.posts(), given.posts) << given.what;
+        told.replace(u"127.0.0.1:%1"_s.arg(server.port()), u"peer"_s);
+        if (given.told == u"*"_s)  // the system decides which of the two it sees
+            EXPECT_TRUE(told == broken || told == silent) << given.what << ": " << told.toStdString();
+        else
+            EXPECT_EQ(told, given.told) << given.what;
+    }
+    int port = 0;
+    {
+        port = RawServer([](Connection&) {}).port();
+    }
+    EXPECT_EQ(outcomeOf(post(u"http://127.0.0.1:%1/"_s.arg(port))).text,
+        u"Không thể kết nối tới 127.0.0.1:%1: kết nối bị từ chối. Vui lòng kiểm tra lại Base URL và máy chủ có đang chạy không."_s
+            .arg(port));
+}
+
+TEST_F(HttpTest, only_http_and_https_are_followed_and_what_has_no_host_says_so) {
+    const QString foreign = unsupportedSchemeWords(AddressOrigin::enteredByUser);
+    for (const QString& url :
+        {u"gopher://127.0.0.1/v1"_s, u"127.0.0.1/v1"_s, u"file:///etc/passwd"_s, u"ftp://127.0.0.1/"_s})
+        EXPECT_EQ(outcomeOf(post(url)).text, foreign) << url.toStdString();
+    EXPECT_EQ(outcomeOf(post(u"http:///v1"_s)).text, u"Base URL không có tên máy chủ."_s);
+    EXPECT_EQ(outcomeOf(download(u"file:///etc/passwd"_s)).text,
+        u"Địa chỉ tải về không bắt đầu bằng http:// hoặc https://."_s);
+}
+
+TEST_F(HttpTest, a_text_stays_with_its_origin_and_a_download_never_leaves_https) {
+    struct Case {
+        QString from;
+        QString to;
+        bool text;
+        bool download;
+    };
+    const Case cases[] = {
+        {u"https://a.test/v1"_s, u"https://a.test:443/v2"_s, true, true},
+        {u"http://a.test/v1"_s, u"http://A.TEST:80/v2"_s, true, true},
+        {u"http://a.test:8080/"_s, u"http://a.test:8081/"_s, false, true},
+        {u"http://a.test/"_s, u"http://b.test/"_s, false, true},
+        {u"http://a.test/"_s, u"https://a.test/"_s, false, true},
+        {u"https://a.test/"_s, u"http://a.test/"_s, false, false},
+        {u"http://a.test/"_s, u"ftp://a.test/"_s, false, false},
+    };
+    for (const Case& given : cases) {
+        EXPECT_EQ(whyNotToFollow(QUrl(given.from), QUrl(given.to), AddressOrigin::enteredByUser).isEmpty(),
+            given.text)
+            << given.to.toStdString();
+        EXPECT_EQ(whyNotToFollow(QUrl(given.from), QUrl(given.to), AddressOrigin::programsOwn).isEmpty(),
+            given.download)
+            << given.to.toStdString();
+    }
+    RawServer server([](Connection& peer) {
+        const QByteArray request = peer.readRequest();
+        if (request.contains("/v1"))
+            peer.send(reply(
+                "on the way", "HTTP/1.1 307 Temporary Redirect\r\nLocation: /v2\r\nSet-Cookie: a=b\r\n"));
+        else
+            peer.send(reply(request.contains("Cookie") ? "cookie" : request.last(4)));
+    });
+    EXPECT_EQ(outcomeOf(post(urlOf(server))).text, u"200 text"_s) << "the text goes along, and no cookie";
+    EXPECT_EQ(server.posts(), 2);
+}
+
+TEST_F(HttpTest, a_download_is_decoded_also_when_it_is_compressed_in_spite_of_what_was_asked) {
+    const QByteArray compressed = StandInReply::gzipped(u"Xin chào"_s).body;
+    RawServer server([&compressed](Connection& peer) {
+        EXPECT_TRUE(peer.readRequest().contains("Accept-Encoding: identity\r\n"));
+        peer.send(reply(compressed, "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n"));
+    });
+    const QString told = outcomeOf(download(urlOf(server))).text;
+    EXPECT_TRUE(told.contains(u"Xin chào"_s)) << told.toStdString();
+}
+
+TEST_F(HttpTest, seven_calls_at_once_are_under_way_at_once) {
+    RawServer server([](Connection& peer) {
+        (void)peer.readRequest();
+        if (peer.waitForConnections(7))
+            peer.send(reply("x"));
+    });
+    std::vector<QCoro::Task<QString>> posts;
+    for (int i = 0; i < 7; ++i)
+        posts.push_back(post(urlOf(server)));
+    for (QCoro::Task<QString>& each : posts)
+        EXPECT_EQ(outcomeOf(std::move(each)).text, u"200 x"_s);
+}
+
+TEST_F(HttpTest, silence_is_ended_to_the_moment_and_movement_either_way_is_none) {
+    // In real time, for the process has a clock of its own.
+    RawServer trickling([](Connection& peer) {
+        (void)peer.readRequest();
+        for (const char byte : QByteArray("HTTP/1.1 200 OK\r\n\r\n")) {
+            peer.send(QByteArray(1, byte));
+            peer.wait(60ms);
+        }
+        peer.waitForEnd();
+    });
+    QElapsedTimer time;
+    time.start();
+    const QUrl url(urlOf(trickling));
+    EXPECT_EQ(outcomeOf(post(urlOf(trickling), "text", 400ms)).text,
+        TransportError::timedOut(url, 400ms).errorDescription());
+    // Nineteen bytes with a pause after each but the last, and then the silence.
+    EXPECT_GE(time.elapsed(), 18 * 60 + 395);
+    EXPECT_LE(time.elapsed(), 19 * 60 + 400 + 350) << "half a second of it is a busy machine's";
+
+    RawServer slow([](Connection& peer) {
+        peer.wait(300ms);
+        (void)peer.readRequest();
+        peer.wait(300ms);
+        peer.send(reply("read it all"));
+    });
+    EXPECT_EQ(outcomeOf(post(urlOf(slow), QByteArray(20'000'000, 'x'), 450ms)).text, u"200 read it all"_s);
+}
+
+}  // namespace
+}  // namespace tralio
