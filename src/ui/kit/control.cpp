@@ -70,12 +70,12 @@ void Control::setLive(bool live) {
 void Control::paintStateOverlay(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const {
     if (!isLive())
         return;
-    const bool solid = ground == Ground::Solid;
+    const bool solid = ground == Ground::solid;
     if (isDown()) {
         paintFill(
-            painter, area, radius, color(solid ? ColorRole::FillPressedOverlay : ColorRole::PressedOverlay));
+            painter, area, radius, color(solid ? ColorRole::fillPressedOverlay : ColorRole::pressedOverlay));
     } else if (m_hover > 0) {
-        QColor overlay = color(solid ? ColorRole::FillHoverOverlay : ColorRole::HoverOverlay);
+        QColor overlay = color(solid ? ColorRole::fillHoverOverlay : ColorRole::hoverOverlay);
         overlay.setAlphaF(float(overlay.alphaF() * m_hover));
         paintFill(painter, area, radius, overlay);
     }
@@ -84,10 +84,10 @@ void Control::paintStateOverlay(QPainter& painter, const QRectF& area, qreal rad
 void Control::paintFocusRing(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const {
     if (!m_showsFocusRing || !isEnabled())
         return;
-    if (ground == Ground::Solid)
-        paintEdge(painter, area.adjusted(2, 2, -2, -2), radius - 2, 2, color(ColorRole::FocusOnFill));
+    if (ground == Ground::solid)
+        paintEdge(painter, area.adjusted(2, 2, -2, -2), radius - 2, 2, color(ColorRole::focusOnFill));
     else
-        paintEdge(painter, area, radius, 2, color(ColorRole::AccentIcon));
+        paintEdge(painter, area, radius, 2, color(ColorRole::accentIcon));
 }
 
 void Control::enterEvent(QEnterEvent* event) {

@@ -31,8 +31,8 @@ protected:
     explicit Control(const QString& title, QWidget* parent = nullptr);
 
     enum class Ground {
-        Neutral,  ///< the window's own surfaces
-        Solid     ///< a strong fill under white text
+        neutral,  ///< the window's own surfaces
+        solid     ///< a strong fill under white text
     };
 
     /// Hover or pressed, painted over the fill of the control.

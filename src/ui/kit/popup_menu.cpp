@@ -54,10 +54,10 @@ protected:
         QPainter painter(this);
         const bool marked = m_menu.m_marked == this;
         if (marked)
-            paintFill(painter, rect(), radius::small, color(ColorRole::AccentFill));
+            paintFill(painter, rect(), radius::small, color(ColorRole::accentFill));
         if (!isEnabled())
             painter.setOpacity(0.4);
-        const QColor ink = color(marked ? ColorRole::OnFill : ColorRole::Text);
+        const QColor ink = color(marked ? ColorRole::onFill : ColorRole::text);
         const QRect content = rect().adjusted(itemPadding, 0, -itemPadding, 0);
         paintText(painter, content, itemStyle, ink, title());
         if (isChecked()) {
@@ -181,8 +181,8 @@ bool PopupMenu::event(QEvent* event) {
 void PopupMenu::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintShadow(painter, m_panel, radius::block, shadow::menu);
-    paintFill(painter, m_panel, radius::block, color(ColorRole::Menu));
-    paintEdge(painter, m_panel.adjusted(-1, -1, 1, 1), radius::block + 1, 1, color(ColorRole::WindowEdge));
+    paintFill(painter, m_panel, radius::block, color(ColorRole::menu));
+    paintEdge(painter, m_panel.adjusted(-1, -1, 1, 1), radius::block + 1, 1, color(ColorRole::windowEdge));
 }
 
 void PopupMenu::mousePressEvent(QMouseEvent* event) {

@@ -24,7 +24,7 @@ void ReadingArea::paintEvent(QPaintEvent* event) {
     TextArea::paintEvent(event);
     if (m_showsFocusRing) {
         QPainter painter(viewport());
-        paintEdge(painter, viewport()->rect(), radius::control, 2, color(ColorRole::AccentIcon));
+        paintEdge(painter, viewport()->rect(), radius::control, 2, color(ColorRole::accentIcon));
     }
 }
 

@@ -66,9 +66,9 @@ void TextArea::followTheme() {
     QPalette colors = palette();
     colors.setColor(QPalette::Base, Qt::transparent);
     colors.setColor(QPalette::Window, Qt::transparent);
-    colors.setColor(QPalette::Text, color(ColorRole::Text));
-    colors.setColor(QPalette::HighlightedText, color(ColorRole::Text));
-    colors.setColor(QPalette::Highlight, color(ColorRole::Selection));
+    colors.setColor(QPalette::Text, color(ColorRole::text));
+    colors.setColor(QPalette::HighlightedText, color(ColorRole::text));
+    colors.setColor(QPalette::Highlight, color(ColorRole::selection));
     setPalette(colors);
 }
 

@@ -21,7 +21,7 @@ public:
     [[nodiscard]] QString text() const;
 
     /// Stands where the text would begin, while there is none.
-    void setPlaceholder(const QString& placeholder, ColorRole role = ColorRole::Placeholder);
+    void setPlaceholder(const QString& placeholder, ColorRole role = ColorRole::placeholder);
 
     /// Lets the scroll thumb keep its distance from the edge of a widget around the area, so that it stands
     /// in the padding and not on the text.
@@ -54,7 +54,7 @@ private:
     TextStyle m_style;
     OverlayScrollBar* m_scrollBar;
     QString m_placeholder;
-    ColorRole m_placeholderRole = ColorRole::Placeholder;
+    ColorRole m_placeholderRole = ColorRole::placeholder;
 };
 
 }  // namespace tralio

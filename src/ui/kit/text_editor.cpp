@@ -152,7 +152,7 @@ void TextEditor::paintEvent(QPaintEvent* event) {
     if (m_caretOn && !m_caretHiddenByComposition && isEnabled()) {
         QPainter painter(viewport());
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.fillRect(caretArea(), color(ColorRole::AccentIcon));
+        painter.fillRect(caretArea(), color(ColorRole::accentIcon));
     }
 }
 

@@ -109,7 +109,7 @@ QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
     m_input->setAccessibleName(u"Nội dung cần dịch"_s);
     m_input->setFixedHeight(115);
-    m_inputBox = new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block);
+    m_inputBox = new Surface(ColorRole::textBackground, ColorRole::border20, radius::block);
     m_input->setScrollFrame(m_inputBox);
     new DropTarget(m_inputBox,
         {.accepts = &mayBringItems,
@@ -122,22 +122,22 @@ QWidget* TranslateView::toolRow() {
     m_recognizing = filled(new QWidget,
         row({.spacing = 4},
             {new Spinner(12),
-                new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::Medium),
-                    ColorRole::AccentText)}));
-    m_characterCount = new Label(characterCountText(m_counted), text::smallCaption, ColorRole::Secondary);
+                new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::medium),
+                    ColorRole::accentText)}));
+    m_characterCount = new Label(characterCountText(m_counted), text::smallCaption, ColorRole::secondary);
     m_clear = new Button(button::word, {.title = u"Xóa"_s});
-    m_clear->setColor(ColorRole::Secondary);
+    m_clear->setColor(ColorRole::secondary);
     connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
 
-    auto* capture = tool(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, Weight::Medium,
+    auto* capture = tool(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, Weight::medium,
         u"Khoanh vùng màn hình để quét chữ và dịch ngay (OCR)"_s);
     connect(capture, &Button::clicked, this, [this] { m_state.captureScreenAndTranslate(); });
-    auto* paste = tool(u"doc.on.clipboard"_s, u"Dán"_s, Weight::Regular,
+    auto* paste = tool(u"doc.on.clipboard"_s, u"Dán"_s, Weight::regular,
         u"Dán văn bản hoặc quét chữ từ ảnh trong clipboard"_s);
     connect(paste, &Button::clicked, this, [this] { m_state.pasteFromClipboard(AutoTranslate::no); });
-    auto* pasteAndTranslate = tool(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, Weight::Semibold,
+    auto* pasteAndTranslate = tool(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, Weight::semibold,
         u"Dán văn bản hoặc quét ảnh trong clipboard và dịch ngay"_s);
-    pasteAndTranslate->setColor(ColorRole::AccentText);
+    pasteAndTranslate->setColor(ColorRole::accentText);
     connect(pasteAndTranslate, &Button::clicked, this,
         [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
 
@@ -172,14 +172,14 @@ QWidget* TranslateView::resultBlock() {
     m_speak = new Button(button::word, {.icon = u"speaker.wave.2"_s});
     connect(m_speak, &Button::clicked, this, [this] { m_state.toggleSpeech(); });
     m_copy = new Button(button::word, {.icon = u"doc.on.doc"_s});
-    m_copy->setWeight(Weight::Medium);
+    m_copy->setWeight(Weight::medium);
     connect(m_copy, &Button::clicked, this, [this] { m_state.copyResult(); });
 
     m_result = new ReadingArea;
     m_result->setAccessibleName(u"Bản dịch"_s);
 
-    auto* block = new Surface(ColorRole::Surface1, ColorRole::Border15, radius::block);
-    auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary);
+    auto* block = new Surface(ColorRole::surface1, ColorRole::border15, radius::block);
+    auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::semibold), ColorRole::secondary);
     auto* header = filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_speak, m_copy}));
     header->setFixedHeight(22);
     // It has 115 beside all that the panel can show, and takes what the rest leaves: less beside a long error
@@ -208,11 +208,11 @@ void TranslateView::refresh() {
     const QString input = m_state.inputText.get();
     m_input->refresh();
     const bool dropTargeted = m_state.isDropTargeted();
-    m_inputBox->setEdge(dropTargeted ? ColorRole::AccentIcon : ColorRole::Border20, dropTargeted ? 2 : 1);
+    m_inputBox->setEdge(dropTargeted ? ColorRole::accentIcon : ColorRole::border20, dropTargeted ? 2 : 1);
     m_input->setPlaceholder(dropTargeted
             ? u"Thả hình ảnh vào đây để nhận diện chữ & dịch..."_s
             : u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s,
-        dropTargeted ? ColorRole::AccentText : ColorRole::Placeholder);
+        dropTargeted ? ColorRole::accentText : ColorRole::placeholder);
     m_recognizing->setVisible(m_state.isOCROngoing());
     m_characterCount->setVisible(!m_state.isOCROngoing());
     if (input != m_counted) {
@@ -235,11 +235,11 @@ void TranslateView::refresh() {
     m_speak->setVisible(!m_state.outputText().isEmpty());
     m_speak->setIconName(speaking ? u"speaker.wave.3.fill"_s : u"speaker.wave.2"_s);
     m_speak->setTitle(speaking ? u"Dừng"_s : u"Đọc"_s);
-    m_speak->setColor(speaking ? ColorRole::AccentText : ColorRole::Secondary);
+    m_speak->setColor(speaking ? ColorRole::accentText : ColorRole::secondary);
     m_copy->setVisible(!m_state.outputText().isEmpty());
     m_copy->setIconName(m_state.isCopied() ? u"checkmark"_s : u"doc.on.doc"_s);
     m_copy->setTitle(m_state.isCopied() ? u"Đã chép!"_s : u"Sao chép"_s);
-    m_copy->setColor(m_state.isCopied() ? ColorRole::Green : ColorRole::AccentText);
+    m_copy->setColor(m_state.isCopied() ? ColorRole::green : ColorRole::accentText);
 
     m_result->setText(m_state.outputText());
     m_result->setPlaceholder(translating ? QString() : u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
