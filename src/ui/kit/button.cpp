@@ -136,7 +136,7 @@ void Button::paintEvent(QPaintEvent*) {
     if (!isEnabled() && !m_style.isSolid() && !isBusy())
         painter.setOpacity(disabledOpacity);
     const QRectF area = rect();
-    const Ground ground = m_style.isSolid() && !isBusy() ? Ground::solid : Ground::neutral;
+    const Ground ground = m_style.isSolid() && isEnabled() && !isBusy() ? Ground::solid : Ground::neutral;
     const Look colors = look();
     paintFill(painter, area, m_style.radius, colors.fill);
     paintStateOverlay(painter, area, m_style.radius, ground);

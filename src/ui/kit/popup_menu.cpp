@@ -88,6 +88,9 @@ PopupMenu::PopupMenu(
     setFocusPolicy(Qt::StrongFocus);
     setGeometry(parentWidget()->rect());
     parentWidget()->installEventFilter(this);
+    // A panel may go while its menu is open.
+    owner->installEventFilter(this);
+    connect(owner, &QObject::destroyed, this, &PopupMenu::close);
 
     int width = leastWidth - 2 * menuPadding;
     for (const MenuEntry& entry : entries) {
@@ -227,7 +230,9 @@ void PopupMenu::hideEvent(QHideEvent* event) {
 }
 
 bool PopupMenu::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize || event->type() == QEvent::WindowDeactivate)
+    const bool isWindow = watched == parentWidget();
+    if (isWindow ? event->type() == QEvent::Resize || event->type() == QEvent::WindowDeactivate
+                 : event->type() == QEvent::Hide)
         close();
     return QWidget::eventFilter(watched, event);
 }

@@ -4,6 +4,7 @@
 
 #include "ui/kit/control.h"
 #include "ui/kit/icon.h"
+#include "ui/kit/keyboard_use.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/theme.h"
@@ -75,6 +76,8 @@ TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent
         const int index = int(m_tabs.size());
         connect(tab, &Control::clicked, this, [this, index] {
             if (index != m_current) {
+                const QWidget* focus = window()->focusWidget();
+                m_isWalked = focus != nullptr && isAncestorOf(focus) && isKeyboardFocus(Qt::TabFocusReason);
                 setCurrent(index);
                 Q_EMIT selected(index);
             }
@@ -122,6 +125,17 @@ void TabStrip::slideTo(int index) {
 void TabStrip::setShape(const QRectF& shape) {
     m_shape = shape;
     update();
+}
+
+bool TabStrip::isWalked(const QWidget& window) {
+    const QWidget* focus = window.focusWidget();
+    const auto* strip = focus != nullptr ? qobject_cast<const TabStrip*>(focus->parentWidget()) : nullptr;
+    return strip != nullptr && strip->m_isWalked;
+}
+
+void TabStrip::hideEvent(QHideEvent* event) {
+    m_isWalked = false;
+    QWidget::hideEvent(event);
 }
 
 void TabStrip::paintEvent(QPaintEvent*) {

@@ -7,6 +7,8 @@
 #include <QTextLayout>
 #include <QWheelEvent>
 
+#include <utility>
+
 #include "ui/kit/edit_menu.h"
 #include "ui/kit/overlay_scroll_bar.h"
 #include "ui/kit/painting.h"
@@ -66,7 +68,7 @@ void TextArea::followTheme() {
     QPalette colors = palette();
     colors.setColor(QPalette::Base, Qt::transparent);
     colors.setColor(QPalette::Window, Qt::transparent);
-    colors.setColor(QPalette::Text, color(ColorRole::text));
+    colors.setColor(QPalette::Text, color(m_role));
     colors.setColor(QPalette::HighlightedText, color(ColorRole::text));
     colors.setColor(QPalette::Highlight, color(ColorRole::selection));
     setPalette(colors);
@@ -83,9 +85,19 @@ void TextArea::setPlaceholder(const QString& placeholder, ColorRole role) {
     viewport()->update();
 }
 
+void TextArea::setColor(ColorRole role) {
+    if (std::exchange(m_role, role) != role)
+        followTheme();
+}
+
+void TextArea::setNote(const QString& note) {
+    m_note = note;
+    describeAloud();
+}
+
 // Beside a text, what stands in its place would be read as if it were true.
 void TextArea::describeAloud() {
-    setAccessibleDescription(document()->isEmpty() ? m_placeholder : QString());
+    setAccessibleDescription(document()->isEmpty() ? m_placeholder : m_note);
 }
 
 void TextArea::setScrollFrame(QWidget* frame) {

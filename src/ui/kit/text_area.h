@@ -23,6 +23,10 @@ public:
     /// Stands where the text would begin, while there is none.
     void setPlaceholder(const QString& placeholder, ColorRole role = ColorRole::placeholder);
 
+    void setColor(ColorRole role);
+    /// What a screen reader says of the text.
+    void setNote(const QString& note);
+
     /// Lets the scroll thumb keep its distance from the edge of a widget around the area, so that it stands
     /// in the padding and not on the text.
     void setScrollFrame(QWidget* frame);
@@ -53,6 +57,8 @@ private:
 
     TextStyle m_style;
     OverlayScrollBar* m_scrollBar;
+    ColorRole m_role = ColorRole::text;
+    QString m_note;
     QString m_placeholder;
     ColorRole m_placeholderRole = ColorRole::placeholder;
 };

@@ -1,10 +1,15 @@
 #include "ui/translate/translate_view.h"
 
+#include <QAccessible>
+
+#include <utility>
+
 #include "common/excerpt.h"
 #include "common/on_change.h"
 #include "engine/translation_tone.h"
 #include "speech/speech_service.h"
 #include "state/app_settings.h"
+#include "state/app_state.h"
 #include "ui/kit/button.h"
 #include "ui/kit/drop_target.h"
 #include "ui/kit/error_strip.h"
@@ -16,6 +21,7 @@
 #include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
+#include "ui/kit/tab_strip.h"
 #include "ui/kit/tooltip.h"
 #include "ui/translate/dropped_item.h"
 #include "ui/translate/translate_state.h"
@@ -74,6 +80,8 @@ TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(p
         m_state.settings(), this, [this] { refresh(); });
     onAnyChange(
         *m_state.inputText.owner, this, [this] { refresh(); });
+    onAnyChange(
+        m_state.appState(), this, [this] { refresh(); });
     onAnyChange(m_state.speechService(), this, [this] { refresh(); });
     m_state.appear(this);
     refresh();
@@ -118,7 +126,7 @@ QWidget* TranslateView::inputBox() {
     return filled(m_inputBox, column({.padding = {6, 6, 6, 6}}, {m_input}));
 }
 
-QWidget* TranslateView::toolRow() {
+QLayout* TranslateView::toolRow() {
     m_recognizing = filled(new QWidget,
         row({.spacing = 4},
             {new Spinner(12),
@@ -141,14 +149,11 @@ QWidget* TranslateView::toolRow() {
     connect(pasteAndTranslate, &Button::clicked, this,
         [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
 
-    // Count and buttons begin and end with their texts 4 px inside the edges of the box above.
+    // Count and buttons begin and end with their texts 4 px inside the edges of the box above. The last one's
+    // edge stands outside: no widget of the row's own may cut it off.
     constexpr Gap overhang{-2};
-    auto* bar = filled(new QWidget,
-        row({.spacing = 2, .padding = {4, 0, 0, 0}},
-            {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste, pasteAndTranslate,
-                overhang}));
-    bar->setFixedHeight(18);
-    return bar;
+    return row({.spacing = 2, .padding = {4, 0, 0, 0}},
+        {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste, pasteAndTranslate, overhang});
 }
 
 QLayout* TranslateView::actionRow() {
@@ -187,6 +192,9 @@ QWidget* TranslateView::resultBlock() {
     constexpr int oneLine = 24;
     m_result->setMinimumHeight(oneLine);
     m_result->setScrollFrame(block);
+    connect(m_result, &ReadingArea::focusShown, block, [block](bool shows) {
+        block->setEdge(shows ? ColorRole::accentIcon : ColorRole::border15, shows ? 2 : 1);
+    });
     return filled(block, column({.padding = {4, 4, 4, 4}}, {header, Gap{4}, {m_result, {}, 1}}));
 }
 
@@ -196,7 +204,9 @@ void TranslateView::focusInput() {
 
 void TranslateView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    focusInput();
+    const bool isNew = !std::exchange(m_wasShown, true);
+    if (!(isNew && TabStrip::isWalked(*window())))
+        focusInput();
 }
 
 void TranslateView::refresh() {
@@ -213,12 +223,10 @@ void TranslateView::refresh() {
             ? u"Thả hình ảnh vào đây để nhận diện chữ & dịch..."_s
             : u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s,
         dropTargeted ? ColorRole::accentText : ColorRole::placeholder);
-    m_recognizing->setVisible(m_state.isOCROngoing());
-    m_characterCount->setVisible(!m_state.isOCROngoing());
-    if (input != m_counted) {
-        m_counted = input;
-        m_characterCount->setText(characterCountText(input));
-    }
+    m_input->setCaretShown(!dropTargeted);
+    m_recognizing->setVisible(m_state.isRecognizing());
+    m_characterCount->setVisible(!m_state.isRecognizing());
+    showCount(input);
     m_clear->setVisible(!input.isEmpty());
 
     const bool translating = m_state.isTranslating();
@@ -232,7 +240,7 @@ void TranslateView::refresh() {
     m_errorReveal->setRevealed(m_state.errorMessage().has_value());
 
     const bool speaking = m_state.speechService().isSpeaking();
-    m_speak->setVisible(!m_state.outputText().isEmpty());
+    m_speak->setVisible(speaking || !m_state.outputText().isEmpty());
     m_speak->setIconName(speaking ? u"speaker.wave.3.fill"_s : u"speaker.wave.2"_s);
     m_speak->setTitle(speaking ? u"Dừng"_s : u"Đọc"_s);
     m_speak->setColor(speaking ? ColorRole::accentText : ColorRole::secondary);
@@ -242,7 +250,22 @@ void TranslateView::refresh() {
     m_copy->setColor(m_state.isCopied() ? ColorRole::green : ColorRole::accentText);
 
     m_result->setText(m_state.outputText());
+    m_result->setStale(m_state.isResultStale());
     m_result->setPlaceholder(translating ? QString() : u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
+}
+
+void TranslateView::showCount(const QString& input) {
+    const QString notice = m_state.notice();
+    const bool isNews = notice != std::exchange(m_notice, notice);
+    if (isNews || input != m_counted) {
+        m_counted = input;
+        m_characterCount->setText(notice.isEmpty() ? characterCountText(input) : notice);
+        m_characterCount->setColor(notice.isEmpty() ? ColorRole::secondary : ColorRole::orange);
+    }
+    if (isNews && !notice.isEmpty()) {
+        QAccessibleEvent alert(m_characterCount, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
 }
 
 }  // namespace tralio

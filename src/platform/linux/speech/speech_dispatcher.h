@@ -42,13 +42,13 @@ public:
     ~SpeechDispatcher() override;
 
     [[nodiscard]] bool isSpeaking() const override { return m_reading.has_value(); }
-    void speak(const Utterance& utterance, std::function<void()> onEnd) override;
+    void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) override;
     void stopSpeaking() override;
 
 private:
     struct Reading {
         Utterance utterance;
-        std::function<void()> onEnd;
+        std::function<void(ReadingEnd)> onEnd;
         qint64 number = 0;
         qint64 message = 0;  ///< the daemon's number for it, once it has taken it
     };
@@ -61,7 +61,7 @@ private:
     void follow(SsipConnection::Event event, qint64 message);
     void watch();
     void fail(const QString& reason);
-    void endReading();
+    void endReading(ReadingEnd end);
     void waitIdly();
     void endStart();
     void dropConnection();
