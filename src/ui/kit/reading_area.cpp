@@ -10,7 +10,7 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-ReadingArea::ReadingArea(QWidget* parent) : TextArea(text::body, {6, 2}, parent) {
+ReadingArea::ReadingArea(QWidget* parent) : TextArea(text::body, {6, 1}, parent) {
     setReadOnly(true);
     setUndoRedoEnabled(false);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -4,9 +4,11 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QTextBlock>
+#include <QTextFrame>
 #include <QTextLayout>
 #include <QWheelEvent>
 
+#include <cmath>
 #include <utility>
 
 #include "ui/kit/edit_menu.h"
@@ -47,9 +49,7 @@ TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent)
     setAcceptRichText(false);
     setFont(fontFor(style));
     viewport()->setAutoFillBackground(false);
-    const int margin = inset.height() + baselineOf(style) - documentBaseline(style);
-    document()->setDocumentMargin(margin);
-    setViewportMargins(inset.width() - margin, 0, inset.width() - margin, 0);
+    placeText(inset);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 
     // Every later line takes over the format of the first one. Undo must not reach behind it.
@@ -62,6 +62,18 @@ TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent)
     connect(this, &QTextEdit::textChanged, this, &TextArea::describeAloud);
     connect(&Theme::current(), &Theme::changed, this, &TextArea::followTheme);
     followTheme();
+}
+
+// The document's margin is the same all around and whole: the viewport stands in for what it lacks at the
+// sides, and its frame for what the baseline lacks, on screens of a finer grain.
+void TextArea::placeText(const QSize& inset) {
+    const qreal above = inset.height() + baselineOf(m_style, devicePixelRatioF()) - documentBaseline(m_style);
+    const int margin = int(std::floor(above));
+    document()->setDocumentMargin(margin);
+    setViewportMargins(inset.width() - margin, 0, inset.width() - margin, 0);
+    QTextFrameFormat frame = document()->rootFrame()->frameFormat();
+    frame.setTopMargin(above);
+    document()->rootFrame()->setFrameFormat(frame);
 }
 
 void TextArea::followTheme() {
@@ -131,7 +143,8 @@ void TextArea::paintEvent(QPaintEvent* event) {
     if (!m_placeholder.isEmpty() && document()->isEmpty() && !isComposing()) {
         QPainter painter(viewport());
         const qreal margin = document()->documentMargin();
-        const qreal top = margin + documentBaseline(m_style) - baselineOf(m_style);
+        const qreal top = document()->rootFrame()->frameFormat().topMargin() + documentBaseline(m_style) -
+            baselineOf(m_style, devicePixelRatioF());
         paintText(painter, QRectF(margin, top, viewport()->width() - 2 * margin, m_style.line), m_style,
             color(m_placeholderRole), m_placeholder);
     }

@@ -52,6 +52,7 @@ protected:
     [[nodiscard]] const TextStyle& textStyle() const { return m_style; }
 
 private:
+    void placeText(const QSize& inset);
     void followTheme();
     void describeAloud();
 

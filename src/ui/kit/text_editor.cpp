@@ -23,7 +23,7 @@ namespace {
 
 constexpr qreal caretWidth = 1.5;
 constexpr qreal caretInset = 1.5;  // less than its line at both ends
-constexpr qreal caretShift = 1;    // to the left: the letter behind it begins nearly where its place does
+constexpr qreal caretShift = 1.5;  // away from the first letter of a placeholder
 
 }  // namespace
 
@@ -164,8 +164,9 @@ QRectF TextEditor::caretArea() const {
     const qreal ratio = devicePixelRatioF();
     const auto onPixel = [ratio](qreal position) { return std::floor(position * ratio) / ratio; };
     const qreal top =
-        place.top() + (line.isValid() ? line.ascent() : 0) - baselineOf(textStyle()) + caretInset;
-    return {onPixel(place.left() - caretShift), onPixel(top), caretWidth, textStyle().line - 2 * caretInset};
+        place.top() + (line.isValid() ? line.ascent() : 0) - baselineOf(textStyle(), ratio) + caretInset;
+    const qreal shift = document()->isEmpty() ? caretShift : 0;
+    return {onPixel(place.left() - shift), onPixel(top), caretWidth, textStyle().line - 2 * caretInset};
 }
 
 void TextEditor::paintEvent(QPaintEvent* event) {

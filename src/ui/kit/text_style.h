@@ -47,7 +47,7 @@ inline constexpr TextStyle promptEditor{.size = 11, .line = 17};
 
 [[nodiscard]] QFont fontFor(const TextStyle& style);
 
-/// Where the baseline of text in this style lies below the top of its line, in whole pixels.
-[[nodiscard]] int baselineOf(const TextStyle& style);
+/// Where the baseline of text in this style lies below the top of its line, on a pixel of the device.
+[[nodiscard]] qreal baselineOf(const TextStyle& style, qreal devicePixelRatio);
 
 }  // namespace tralio

@@ -180,7 +180,7 @@ QWidget* MainView::makeTranslatePanel() {
         Binding<QString>{[this] { return m_state.textToTranslate(); },
             [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
     m_panelState = state;
-    return new TranslateView(*state);
+    return new ScrollPanel(new TranslateView(*state));  // on a very low screen, or beside a long error
 }
 
 QWidget* MainView::makeHistoryPanel() {

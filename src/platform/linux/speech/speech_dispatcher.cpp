@@ -149,10 +149,14 @@ void SpeechDispatcher::begin() {
 void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
     if (!m_reading || m_reading->message != message)
         return;
-    if (event == SsipConnection::Event::end || event == SsipConnection::Event::cancel)
+    if (event == SsipConnection::Event::end || event == SsipConnection::Event::cancel) {
         endReading(ReadingEnd::over);
-    else
-        watch();
+        return;
+    }
+    m_firstWordLimit.takeBack();
+    if (event == SsipConnection::Event::begin && tellsItsFirstWord(m_reading->utterance.text))
+        m_firstWordLimit = m_clock.after(m_limits.firstWord, [this] { fail(u"no sound is heard"_s); });
+    watch();
 }
 
 void SpeechDispatcher::watch() {
@@ -185,6 +189,7 @@ void SpeechDispatcher::fail(const QString& reason) {
 }
 
 void SpeechDispatcher::endReading(ReadingEnd end) {
+    m_firstWordLimit.takeBack();
     m_quietLimit.takeBack();
     const std::function<void(ReadingEnd)> onEnd = std::move(m_reading->onEnd);
     m_reading.reset();
@@ -215,6 +220,7 @@ void SpeechDispatcher::dropConnection() {
     }
     m_modules.reset();
     m_idleLimit.takeBack();
+    m_firstWordLimit.takeBack();
     m_quietLimit.takeBack();
 }
 

@@ -31,6 +31,9 @@ public:
     struct Limits {
         std::chrono::milliseconds start = std::chrono::seconds(10);  ///< for the daemon to start
         std::chrono::milliseconds reply = std::chrono::seconds(10);  ///< for the daemon to answer
+        /// For the first word, once the daemon has begun. Without a sound device it begins and never reads
+        /// it.
+        std::chrono::milliseconds firstWord = std::chrono::seconds(5);
         std::chrono::milliseconds quiet =
             std::chrono::seconds(15);  ///< before the engine is asked for a sign of life
         std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< before the connection is given up
@@ -79,6 +82,7 @@ private:
     QProcess* m_starter = nullptr;
     ScheduledCall m_startLimit;  ///< while the daemon starts
     ScheduledCall m_retry;       ///< within that time
+    ScheduledCall m_firstWordLimit;
     ScheduledCall m_quietLimit;
     ScheduledCall m_idleLimit;
 };
