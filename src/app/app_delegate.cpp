@@ -5,12 +5,12 @@
 
 #include <utility>
 
-#include "common/clock.h"
 #include "common/debug_log.h"
 #include "common/excerpt.h"
 #include "common/localized_error.h"
 #include "hotkeys/hot_key_service.h"
 #include "hotkeys/pasteboard.h"
+#include "ocr/ocr_error.h"
 #include "ocr/screen_capture_service.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
@@ -28,6 +28,11 @@ constexpr auto requestDelay = 80ms;
 constexpr auto preparationDelay = 20ms;
 
 constexpr auto updateCheckDelay = 2s;
+
+constexpr auto noticeTime = 2s;
+constexpr auto errorTime = 6s;
+const QString nothingSelected = u"Không có chữ nào đang được chọn"_s;
+const QString nothingInCapture = u"Không tìm thấy chữ trong vùng đã chụp"_s;
 
 QPointer<AppDelegate> running;
 
@@ -108,11 +113,16 @@ void AppDelegate::handleGlobalHotKey() {
 }
 
 void AppDelegate::translateSelectionOnceFocused() {
-    if (!m_services.readSelectionOnceFocused)
+    if (!m_services.readSelectionOnceFocused) {
+        say(nothingSelected, noticeTime);
         return;
+    }
     m_services.readSelectionOnceFocused([self = QPointer(this)](const QString& text) {
-        if (self)
-            self->m_services.appState.requestTranslation(text);
+        if (!self)
+            return;
+        self->m_services.appState.requestTranslation(text);
+        if (text.trimmed().isEmpty())
+            self->say(nothingSelected, noticeTime);
     });
 }
 
@@ -121,27 +131,43 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     const QPointer<AppDelegate> self = this;  // the user may take all day
     std::optional<QString> text;
     bool failed = false;
+    bool isReading = false;  // this one, and not another that was under way when the key was pressed again
+    QString notice;
+    auto noticeLasts = noticeTime;
     try {
         auto capture = m_services.captures.captureInteractiveAndRecognize(
             [self] {
                 if (self)
                     self->m_services.popover.performClose();
             },
-            [self] {
-                if (self)
+            [self, &isReading] {
+                if (self) {
+                    isReading = true;
+                    self->m_services.appState.isReadingCapture = true;
                     self->showPopover();
+                }
             });
         text = co_await std::move(capture);
+        if (text && text->trimmed().isEmpty())
+            notice = nothingInCapture;
     } catch (const LocalizedError& error) {
         debugLog(u"handleScreenOCRHotKey error: " % error.errorDescription());
         failed = true;
+        const auto* reading = dynamic_cast<const OCRError*>(&error);
+        const bool isEmpty = reading != nullptr && reading->kind() == OCRError::Kind::noTextFound;
+        notice = isEmpty ? nothingInCapture : error.errorDescription();
+        noticeLasts = isEmpty ? noticeTime : errorTime;
     }
     if (!self)
         co_return;
+    if (isReading)
+        m_services.appState.isReadingCapture = false;
     if (failed)
         showPopover();
     else if (text && !text->trimmed().isEmpty())
         m_services.appState.requestTranslation(text->trimmed());
+    if (!notice.isEmpty())
+        say(notice, noticeLasts);
 }
 
 void AppDelegate::translateSelectedText(const QString& text) {
@@ -163,6 +189,11 @@ void AppDelegate::checkAndAutoTranslateClipboard() {
         return;
     m_services.appState.lastHandledChangeCount = changeCount;
     m_services.appState.requestTranslation(text);
+}
+
+void AppDelegate::say(const QString& notice, std::chrono::milliseconds time) {
+    m_services.appState.notice = notice;
+    m_noticeEnd = m_services.clock.after(time, [this] { m_services.appState.notice = QString(); });
 }
 
 void AppDelegate::translateLater(const QString& text) {

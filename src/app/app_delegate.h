@@ -4,12 +4,12 @@
 #include <qcorotask.h>
 
 #include "app/popover_host.h"
+#include "common/clock.h"
 
 namespace tralio {
 
 class AppSettings;
 class AppState;
-class Clock;
 class HotKeyService;
 class Pasteboard;
 class ScreenCaptureService;
@@ -67,8 +67,10 @@ public:
 private:
     void translateSelectionOnceFocused();
     void translateLater(const QString& text);
+    void say(const QString& notice, std::chrono::milliseconds time);
 
     Services m_services;
+    ScheduledCall m_noticeEnd;
 };
 
 }  // namespace tralio

@@ -11,6 +11,7 @@
 #include "hotkeys/workspace.h"
 #include "platform/linux/bus/session_service.h"
 #include "platform/linux/desktop/desktop_appearance.h"
+#include "platform/linux/desktop/text_scale.h"
 #include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/wayland/toolkit_platform.h"
 #include "state/app_settings.h"
@@ -52,7 +53,9 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(u"tralio"_s);
     std::signal(SIGPIPE, SIG_IGN);  // pipes and sockets are many; that one has closed is told by its error
     std::optional<ToolkitPlatform> toolkitPlatform(std::in_place);
+    std::optional<TextScale> textScale(std::in_place);
     QApplication application(argc, argv);
+    textScale.reset();
     toolkitPlatform.reset();
     QCoreApplication::setApplicationVersion(bundleVersion(QCoreApplication::applicationDirPath()));
     QApplication::setQuitOnLastWindowClosed(false);

@@ -60,7 +60,7 @@ bool Popover::isShown() const {
 
 void Popover::show(std::optional<QRect> anchor) {
     const bool floating = m_windowSystem.isCompositing && m_windowSystem.isCompositing();
-    const auto edges = floating ? WindowFrame::Edges::Floating : WindowFrame::Edges::Square;
+    const auto edges = floating ? WindowFrame::Edges::floating : WindowFrame::Edges::square;
     if (!m_frame) {
         m_frame = new WindowFrame(edges);
         m_frame->setContent(m_makeContent());

@@ -6,7 +6,7 @@ namespace tralio {
 namespace {
 
 constexpr int gap = 6;
-constexpr int leastHeight = 480;
+constexpr int leastHeight = 400;
 
 }  // namespace
 

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 QIcon trayIcon() {
     QIcon icon;
     for (const qreal ratio : {1.0, 2.0, 3.0})
-        icon.addPixmap(iconPixmap({u"character.bubble.fill"_s, 16}, color(ColorRole::AccentIcon), ratio));
+        icon.addPixmap(iconPixmap({u"character.bubble.fill"_s, 16}, color(ColorRole::accentIcon), ratio));
     return icon;
 }
 

@@ -1,41 +1,58 @@
 #include "common/excerpt.h"
 
-#include <QTextBoundaryFinder>
-
 #include <algorithm>
+#include <limits>
+#include <memory>
+#include <unicode/ubrk.h>
 
 namespace tralio {
 namespace {
 
-constexpr qsizetype excerptLength = 30;
+constexpr int excerptLength = 30;
+
+/// Walks over the characters of a text, which has to stay while it does.
+///
+/// WORKAROUND: Qt 6.4's boundary finder miscounts emoji beside Thai, Devanagari, Khmer or Tibetan.
+class Characters final {
+public:
+    explicit Characters(QStringView text) {
+        constexpr qsizetype most = std::numeric_limits<int32_t>::max();
+        UErrorCode error = U_ZERO_ERROR;
+        m_iterator.reset(ubrk_open(
+            UBRK_CHARACTER, "", text.utf16(), static_cast<int32_t>(std::min(text.size(), most)), &error));
+        Q_ASSERT(U_SUCCESS(error));
+    }
+
+    /// Where the next one ends; -1 after the last.
+    qsizetype next() { return ubrk_next(m_iterator.get()); }
+
+private:
+    struct Close {
+        void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
+    };
+    std::unique_ptr<UBreakIterator, Close> m_iterator;
+};
 
 }  // namespace
 
 qsizetype characterCount(QStringView text) {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.data(), text.size());
+    Characters characters(text);
     qsizetype count = 0;
-    while (finder.toNextBoundary() != -1)
+    while (characters.next() >= 0)
         ++count;
     return count;
 }
 
 QString excerpt(QStringView text) {
-    // The finder analyses all it is given, and a text may be long. Enough for thirty ordinary characters
-    // usually does; a letter under thousands of accents takes more.
-    for (qsizetype size = 1024;; size *= 2) {
-        const QStringView head = text.first(std::min(text.size(), size));
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, head.data(), head.size());
-        qsizetype end = 0;
-        for (qsizetype count = 0; count < excerptLength; ++count) {
-            const qsizetype next = finder.toNextBoundary();
-            if (next == -1)
-                break;
-            end = next;
-        }
-        // Where the head was cut there need be no boundary, nor just before half a surrogate pair.
-        if (head.size() == text.size() || end + 1 < head.size())
-            return head.first(end).toString();
+    Characters characters(text);
+    qsizetype end = 0;
+    for (int count = 0; count < excerptLength; ++count) {
+        const qsizetype next = characters.next();
+        if (next < 0)
+            break;
+        end = next;
     }
+    return text.first(end).toString();
 }
 
 }  // namespace tralio

@@ -78,8 +78,8 @@ QCoro::Task<QString> AIService::translate(QString text, QString sourceLang, QStr
         co_return *translation;
     }
     std::optional<QString> message = chat_completions::errorMessage(response.body);
-    if (!message && response.body.isValidUtf8())
-        message = QString::fromUtf8(response.body);
+    if (!message)
+        message = chat_completions::bodyAsMessage(response.body);
     throw AIError::httpError(status, message.value_or(statusMessage(status)));
 }
 

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -32,6 +33,37 @@ QByteArray body(const QString& model, QJsonObject members) {
     members.insert(u"model"_s, model);
     members.insert(u"stream"_s, false);
     return QJsonDocument(members).toJson(QJsonDocument::Compact);
+}
+
+/// Reasoning models put what they think before what they say. One that was cut off while it thought has said
+/// nothing, and is shown as it is.
+QString withoutThoughts(const QString& reply) {
+    constexpr QStringView begin = u"<think>";
+    constexpr QStringView end = u"</think>";
+    if (!reply.startsWith(begin))
+        return reply;
+    const qsizetype at = reply.indexOf(end, begin.size());
+    return at < 0 ? reply : reply.mid(at + end.size()).trimmed();
+}
+
+/// What a page says in its title, or else in its first words.
+QString wordsOfPage(const QString& page) {
+    constexpr qsizetype enough = 200;
+    constexpr auto options =
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption;
+    static const QRegularExpression title(u"<title[^>]*>(.*?)</title>"_s, options);
+    static const QRegularExpression unseen(u"<!--.*?-->|<(head|style|script)\\b.*?</\\1\\s*>"_s, options);
+    static const QRegularExpression tag(u"<[^>]*>"_s);
+    const auto words = [](QString markup) {
+        QString plain = markup.replace(tag, u" "_s);
+        for (const auto& [entity, character] : {std::pair(u"&nbsp;"_s, u" "_s), {u"&lt;"_s, u"<"_s},
+                 {u"&gt;"_s, u">"_s}, {u"&quot;"_s, u"\""_s}, {u"&#39;"_s, u"'"_s}, {u"&amp;"_s, u"&"_s}})
+            plain.replace(entity, character);
+        plain = plain.simplified();
+        return plain.size() > enough ? plain.first(enough) + u'…' : plain;
+    };
+    const QString titled = words(title.match(page).captured(1));
+    return titled.isEmpty() ? words(QString(page).remove(unseen)) : titled;
 }
 
 }  // namespace
@@ -96,7 +128,7 @@ std::optional<QString> replyText(const QByteArray& body) {
     const QJsonValue content = list.at(0)[u"message"_s][u"content"_s];
     if (!content.isString() || !content.toString().isValidUtf16())
         return std::nullopt;
-    return content.toString().trimmed();
+    return withoutThoughts(content.toString().trimmed());
 }
 
 std::optional<QString> errorMessage(const QByteArray& body) {
@@ -104,6 +136,19 @@ std::optional<QString> errorMessage(const QByteArray& body) {
     if (!message.isString())
         return std::nullopt;
     return message.toString();
+}
+
+std::optional<QString> bodyAsMessage(const QByteArray& body) {
+    if (!body.isValidUtf8())
+        return std::nullopt;
+    const QString text = QString::fromUtf8(body);
+    constexpr qsizetype head = 100'000;  // what a page says stands near its beginning
+    static const QRegularExpression page(
+        u"^\\s*(<!doctype html|<html|<head|<body)\\b"_s, QRegularExpression::CaseInsensitiveOption);
+    if (!page.match(text).hasMatch())
+        return text;
+    const QString words = wordsOfPage(text.left(head));
+    return words.isEmpty() ? std::nullopt : std::optional(words);
 }
 
 }  // namespace tralio::chat_completions

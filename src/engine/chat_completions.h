@@ -31,10 +31,15 @@ namespace tralio::chat_completions {
     const QString& model, const QString& systemPrompt, const QString& text);
 [[nodiscard]] QByteArray connectionTestBody(const QString& model);
 
-/// The text of a successful reply's first choice, without blanks around it; nothing if there is none.
+/// The text of a successful reply's first choice, without blanks around it and without the `<think>` block
+/// that a reasoning model begins with; nothing if there is none.
 [[nodiscard]] std::optional<QString> replyText(const QByteArray& body);
 
 /// The message that a provider put into an error reply; nothing if the body has another form.
 [[nodiscard]] std::optional<QString> errorMessage(const QByteArray& body);
+
+/// The body of an error reply of another form: as it is, or if it is an HTML page the page's title or first
+/// words; nothing if it is no text.
+[[nodiscard]] std::optional<QString> bodyAsMessage(const QByteArray& body);
 
 }  // namespace tralio::chat_completions

@@ -33,17 +33,25 @@ void SpeechService::speak(const QString& text, const QString& languageCode) {
     }
     QStringList voices{voiceFor(languageCode), english};
     voices.removeDuplicates();
+    failure = std::nullopt;
     isSpeaking = true;
     // The end may be told on another thread, and after this service is gone.
-    m_synthesizer.speak({trimmed, voices}, [service = QPointer(this), utterance = ++m_utterance] {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [service, utterance] {
-                if (service && service->m_utterance == utterance)
-                    service->isSpeaking = false;
-            },
-            Qt::QueuedConnection);
-    });
+    m_synthesizer.speak(
+        {trimmed, voices}, [service = QPointer(this), utterance = ++m_utterance](ReadingEnd end) {
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [service, utterance, end] {
+                    if (service && service->m_utterance == utterance)
+                        service->finish(end);
+                },
+                Qt::QueuedConnection);
+        });
+}
+
+void SpeechService::finish(ReadingEnd end) {
+    if (end == ReadingEnd::failed && isSpeaking())
+        failure = u"Không thể đọc thành tiếng. Vui lòng kiểm tra thiết bị âm thanh và bộ đọc của hệ thống."_s;
+    isSpeaking = false;
 }
 
 void SpeechService::stop() {

@@ -25,6 +25,10 @@ public:
     /// Fresh each time the popover opens.
     Observable<QUuid> openPopoverSignal{*this, QUuid::createUuid()};
     Observable<bool> showOnboarding{*this, false};
+    /// What the shell has to say for a moment, in the words that the user is shown; empty otherwise.
+    Observable<QString> notice{*this};
+    /// A region that was drawn after the hot key is being read.
+    Observable<bool> isReadingCapture{*this, false};
 
     /// The change count of the clipboard that the shell last dealt with, so that no content is translated
     /// twice; -1 before the first. Not observable.

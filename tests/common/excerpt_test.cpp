@@ -22,6 +22,9 @@ TEST(ExcerptTest, what_a_user_perceives_as_one_character_counts_as_one) {
         {"an emoji with a skin tone", u"👍🏽"_s, 1},
         {"Hangul written in its parts", u"한"_s.normalized(QString::NormalizationForm_D), 1},
         {"a line end of two code units", u"a\r\nb"_s, 3},
+        {"families beside Thai", u"สวัสดีครับ "_s + u"👨‍👩‍👧"_s.repeated(3), 11},
+        {"an emoji beside Devanagari", u"मेरा👍🏽\r\n"_s, 4},
+        {"flags beside Khmer", u"កា🇰🇭🇻🇳"_s, 3},
         {"a letter that somebody put many accents on", u"a"_s + QString(5000, QChar(0x0301)), 1},
     };
     for (const auto& [what, text, count] : cases) {

@@ -29,5 +29,16 @@ TEST(Appearance, follows_the_desktop_while_the_popover_is_open) {
     EXPECT_TRUE(waitUntil([&] { return groundLightness(desktop, program) > 200; }));
 }
 
+TEST(Appearance, the_window_grows_with_the_text_of_the_desktop_as_far_as_the_screen_lets_it) {
+    VirtualDesktop desktop;
+    ScriptedPortal portal;
+    portal.setTextScale(1.5);
+    ProgramRun program(desktop);
+    desktop.press(u"super+shift+d"_s);
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    EXPECT_EQ(program.popoverArea().width(), 530 * 3 / 2);
+    EXPECT_GT(program.popoverArea().height(), 585);
+}
+
 }  // namespace
 }  // namespace tralio

@@ -35,4 +35,9 @@ SettingGroups ScriptedPortal::ReadAll(const QStringList& groups) const {
                                        : SettingGroups{};
 }
 
+QDBusVariant ScriptedPortal::Read(const QString& group, const QString& key) const {
+    const bool isKnown = group == u"org.gnome.desktop.interface" && key == u"text-scaling-factor";
+    return isKnown ? QDBusVariant(QVariant::fromValue(QDBusVariant(m_textScale))) : QDBusVariant(0);
+}
+
 }  // namespace tralio

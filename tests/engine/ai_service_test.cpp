@@ -106,6 +106,12 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
             u"Lỗi máy chủ (500): quá tải %1"_s},
         {StandInReply::withBody(502, "Bad\nGateway "), u"Lỗi máy chủ (502): Bad\nGateway "_s,
             u"Lỗi máy chủ (502): HTTP Status 502"_s},
+        {StandInReply::withBody(502,
+             "\n<!DOCTYPE html><html><head><title>502 Bad\n Gateway &amp; co</title>"
+             "<style>b{}</style></head><body><h1>Sorry</h1></body></html>"),
+            u"Lỗi máy chủ (502): 502 Bad Gateway & co"_s, u"Lỗi máy chủ (502): HTTP Status 502"_s},
+        {StandInReply::withBody(504, "<HTML><script>if (a<b) x()</script><h1>Too</h1><p>late</p></HTML>"),
+            u"Lỗi máy chủ (504): Too late"_s, u"Lỗi máy chủ (504): HTTP Status 504"_s},
         {StandInReply::withBody(503, {}), u"Lỗi máy chủ (503): "_s, u"Lỗi máy chủ (503): HTTP Status 503"_s},
         {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"),
             u"Lỗi máy chủ (403): HTTP Status 403"_s, u"Lỗi máy chủ (403): HTTP Status 403"_s},

@@ -92,7 +92,11 @@ class SpeechDaemon : public testing::Test {
 protected:
     void speak(const QString& text) {
         synthesizer.speak(
-            {text, {u"vi-VN"_s, u"en-US"_s}}, [this, text] { ended << text; });
+            {text, {u"vi-VN"_s, u"en-US"_s}},
+            [this, text](ReadingEnd end) {
+                ended << text;
+                lastEnd = end;
+            });
     }
 
     /// Has a text read, so far that it is with the daemon.
@@ -104,7 +108,8 @@ protected:
 
     [[nodiscard]] bool endsWithLogLine(const char* part) {
         return eventually([&] { return !ended.isEmpty(); }) && !synthesizer.isSpeaking() &&
-            log.messages().size() == 1 && log.messages().first().contains(QLatin1StringView(part));
+            lastEnd == ReadingEnd::failed && log.messages().size() == 1 &&
+            log.messages().first().contains(QLatin1StringView(part));
     }
 
     DebugLogFile log;
@@ -113,6 +118,7 @@ protected:
     FakeClock clock;
     std::optional<ScriptedDaemon> daemon{path};
     QStringList ended;
+    ReadingEnd lastEnd = ReadingEnd::over;
     SpeechDispatcher synthesizer{path, folder.filePath(u"missing"_s), clock, {}};
 };
 
@@ -131,9 +137,10 @@ TEST_F(SpeechDaemon, a_text_is_read_in_its_voice_and_told_to_end) {
     daemon->tell("702 END", 1);
     EXPECT_TRUE(eventually([&] { return !synthesizer.isSpeaking(); }));
     EXPECT_THAT(ended, ElementsAre(u"Một.\n.hai\nQUIT"_s));
+    EXPECT_EQ(lastEnd, ReadingEnd::over);
 
     synthesizer.speak(
-        {u"hello"_s, {u"en-US"_s}}, [] {});
+        {u"hello"_s, {u"en-US"_s}}, [](ReadingEnd) {});
     EXPECT_TRUE(eventually([&] { return daemon->heard("SET SELF LANGUAGE fr"); })) << "the default voice";
     EXPECT_THAT(log.messages(), IsEmpty());
 }
@@ -195,9 +202,39 @@ TEST_F(SpeechDaemon, a_daemon_that_hangs_ends_the_reading_after_its_time) {
     EXPECT_TRUE(endsWithLogLine("does not answer"));
 }
 
+TEST_F(SpeechDaemon, a_text_whose_first_word_is_never_heard_ends_soon_and_one_endless_word_does_not) {
+    ASSERT_TRUE(begin(QString(60, u'あ')));
+    daemon->tell("701 BEGIN", 1);
+    EXPECT_TRUE(nextTurn() && nextTurn());
+    clock.advance(14s);
+    EXPECT_TRUE(synthesizer.isSpeaking());
+    synthesizer.stopSpeaking();
+    ended.clear();
+
+    ASSERT_TRUE(begin(u"một hai ba"_s));
+    daemon->tell("701 BEGIN", 2);
+    daemon->tell("700 INDEX MARK", 2);
+    EXPECT_TRUE(nextTurn() && nextTurn());
+    clock.advance(14s);
+    EXPECT_TRUE(synthesizer.isSpeaking());
+    synthesizer.stopSpeaking();
+    ended.clear();
+
+    ASSERT_TRUE(begin(u"một hai ba"_s));
+    daemon->tell("701 BEGIN", 3);
+    EXPECT_TRUE(nextTurn() && nextTurn());
+    clock.advance(4999ms);
+    EXPECT_TRUE(synthesizer.isSpeaking());
+    clock.advance(1ms);
+    EXPECT_TRUE(endsWithLogLine("no sound"));
+}
+
 TEST_F(SpeechDaemon, an_engine_that_has_died_is_found_out_when_it_has_been_quiet) {
     SpeechDispatcher patient(path, {}, clock, {.reply = 1h});
-    patient.speak({u"một"_s, {}}, [this] { ended << u"một"_s; });
+    patient.speak({u"một"_s, {}}, [this](ReadingEnd end) {
+        ended << u"một"_s;
+        lastEnd = end;
+    });
     const auto isAskedAgain = [this] {
         const auto before = daemon->commands.count("LIST SYNTHESIS_VOICES");
         return eventually([&] {

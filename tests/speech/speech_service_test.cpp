@@ -21,7 +21,7 @@ class FakeSynthesizer final : public SpeechSynthesizer {
 public:
     [[nodiscard]] bool isSpeaking() const override { return speaking; }
 
-    void speak(const Utterance& utterance, std::function<void()> onEnd) override {
+    void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) override {
         EXPECT_FALSE(speaking);
         speaking = true;
         flagWhenTaken = service->isSpeaking();
@@ -35,14 +35,14 @@ public:
     }
 
     /// The end of an utterance arrives as it does from a real engine, on a thread of the engine's own.
-    void tellEnd(std::size_t utterance) {
+    void tellEnd(std::size_t utterance, ReadingEnd end = ReadingEnd::over) {
         speaking = speaking && utterance + 1 != ends.size();
-        std::thread(ends.at(utterance)).join();
+        std::thread(ends.at(utterance), end).join();
     }
 
     SpeechService* service = nullptr;
     QList<Utterance> utterances;
-    std::vector<std::function<void()>> ends;
+    std::vector<std::function<void(ReadingEnd)>> ends;
     bool speaking = false;
     bool flagWhenTaken = false;
     int stops = 0;
@@ -120,8 +120,21 @@ TEST_F(Speech, the_flag_falls_on_the_main_thread_after_the_end_of_the_present_ut
     EXPECT_EQ(changedOn, QThread::currentThread());
 
     service->speak(u"three"_s, u"en"_s);
+    EXPECT_EQ(service->failure(), std::nullopt);
+    synthesizer.tellEnd(2, ReadingEnd::failed);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_FALSE(service->isSpeaking());
+    EXPECT_NE(service->failure(), std::nullopt);
+    service->speak(u"four"_s, u"en"_s);
+    EXPECT_EQ(service->failure(), std::nullopt) << "of another text";
+    service->stop();
+    synthesizer.tellEnd(3, ReadingEnd::failed);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(service->failure(), std::nullopt) << "of a text that was given up";
+
+    service->speak(u"five"_s, u"en"_s);
     service.reset();
-    synthesizer.tellEnd(2);
+    synthesizer.tellEnd(4);
     EXPECT_TRUE(nextTurn()) << "an end that comes after the service is gone reaches nobody";
 }
 

@@ -24,14 +24,14 @@ TEST(Colors, an_accent_moves_as_far_as_it_takes_to_be_readable_and_keeps_its_hue
         {"#2FA84F", "#25843E", "#1E6C33", "#38C75E", "#2C9C49"},
     };
     for (const Accent& given : accents) {
-        const Colors light(Scheme::Light, named(given.accent));
-        const Colors dark(Scheme::Dark, named(given.accent));
-        EXPECT_EQ(light[ColorRole::AccentFill], named(given.fill));
-        EXPECT_EQ(dark[ColorRole::AccentFill], named(given.fill));
-        EXPECT_EQ(light[ColorRole::AccentText], named(given.textLight));
-        EXPECT_EQ(dark[ColorRole::AccentText], named(given.textDark));
-        EXPECT_EQ(light[ColorRole::AccentIcon], named(given.iconLight));
-        EXPECT_EQ(dark[ColorRole::AccentIcon], named(given.accent));
+        const Colors light(Scheme::light, named(given.accent));
+        const Colors dark(Scheme::dark, named(given.accent));
+        EXPECT_EQ(light[ColorRole::accentFill], named(given.fill));
+        EXPECT_EQ(dark[ColorRole::accentFill], named(given.fill));
+        EXPECT_EQ(light[ColorRole::accentText], named(given.textLight));
+        EXPECT_EQ(dark[ColorRole::accentText], named(given.textDark));
+        EXPECT_EQ(light[ColorRole::accentIcon], named(given.iconLight));
+        EXPECT_EQ(dark[ColorRole::accentIcon], named(given.accent));
     }
 }
 
@@ -43,47 +43,47 @@ TEST(Colors, every_text_is_readable_on_its_surfaces_in_both_schemes_and_any_acce
         std::vector<ColorRole> texts;
     };
     const Ground grounds[] = {
-        {Window, None, {Text, Secondary, Placeholder, AccentText, Red}},
-        {Window, AccentBadge, {AccentText}},
-        {Control, None, {Text, Secondary, Red}},
-        {Surface1, None, {Text, Secondary, Placeholder, AccentText, Green, Red}},
-        {Surface1, Selection, {Text}},
-        {Surface2, None, {Text, Secondary, AccentText, Green}},
-        {TabStrip, None, {Text}},
-        {Button, None, {Text, Secondary}},
-        {Button, PressedOverlay, {Text}},
-        {Menu, None, {Text}},
-        {TextBackground, None, {Text, Placeholder, AccentText}},
-        {TextBackground, Selection, {Text}},
-        {AccentTint, None, {Text, Secondary, AccentText}},
-        {AccentTint, GreenBadge, {Green}},
-        {AccentFill, None, {OnFill}},
-        {AccentFill, FillPressedOverlay, {OnFill}},
-        {RedFill, None, {OnFill}},
-        {GreenTestTint, None, {Green}},
-        {GreenTint, GreenStatusBadge, {Green}},
-        {RedTint, None, {Red}},
-        {RedTint, RedStatusBadge, {Red}},
-        {OrangeTint, None, {Orange}},
-        {Tooltip, None, {TooltipText}},
+        {window, none, {text, secondary, placeholder, accentText, red}},
+        {window, accentBadge, {accentText}},
+        {control, none, {text, secondary, red}},
+        {surface1, none, {text, secondary, placeholder, accentText, green, red}},
+        {surface1, selection, {text}},
+        {surface2, none, {text, secondary, accentText, green}},
+        {tabStrip, none, {text}},
+        {button, none, {text, secondary}},
+        {button, pressedOverlay, {text}},
+        {menu, none, {text}},
+        {textBackground, none, {text, placeholder, accentText}},
+        {textBackground, selection, {text}},
+        {accentTint, none, {text, secondary, accentText}},
+        {accentTint, greenBadge, {green}},
+        {accentFill, none, {onFill}},
+        {accentFill, fillPressedOverlay, {onFill}},
+        {redFill, none, {onFill}},
+        {greenTestTint, none, {green}},
+        {greenTint, greenStatusBadge, {green}},
+        {redTint, none, {red}},
+        {redTint, redStatusBadge, {red}},
+        {orangeTint, none, {orange}},
+        {tooltip, none, {tooltipText}},
     };
     for (const char* accent : {"#0A84FF", "#8E5CF7", "#E8478B", "#E8731A", "#2FA84F", "#7A828E"}) {
-        for (const Scheme scheme : {Scheme::Light, Scheme::Dark}) {
+        for (const Scheme scheme : {Scheme::light, Scheme::dark}) {
             const Colors colors(scheme, named(accent));
             for (const auto& [surface, tint, texts] : grounds) {
                 const QColor ground = over(colors[tint], colors[surface]);
                 for (const ColorRole text : texts)
                     EXPECT_GE(contrast(colors[text], ground), 4.5)
-                        << accent << (scheme == Scheme::Light ? " light" : " dark") << ": text " << int(text)
+                        << accent << (scheme == Scheme::light ? " light" : " dark") << ": text " << int(text)
                         << " on surface " << int(surface) << " with tint " << int(tint);
             }
         }
     }
     for (const QColor& accent : {QColor(Qt::white), QColor(Qt::black), QColor(Qt::yellow), QColor()}) {
-        for (const Scheme scheme : {Scheme::Light, Scheme::Dark}) {
+        for (const Scheme scheme : {Scheme::light, Scheme::dark}) {
             const Colors colors(scheme, accent);
-            EXPECT_GE(contrast(colors[OnFill], colors[AccentFill]), 4.5) << accent.name().toStdString();
-            EXPECT_GE(contrast(colors[AccentText], colors[Window]), 4.5) << accent.name().toStdString();
+            EXPECT_GE(contrast(colors[onFill], colors[accentFill]), 4.5) << accent.name().toStdString();
+            EXPECT_GE(contrast(colors[accentText], colors[window]), 4.5) << accent.name().toStdString();
         }
     }
 }

@@ -110,8 +110,8 @@ TEST_F(ControlTest, captions_titles_and_labels_are_spoken_and_an_ampersand_is_re
 
 TEST_F(ControlTest, only_a_chip_that_reports_trouble_can_be_clicked_and_reached) {
     const QSignalSpy clicks(m_chip, &Chip::clicked);
-    for (const Chip::State state : {Chip::State::Good, Chip::State::Trouble}) {
-        const bool troubled = state == Chip::State::Trouble;
+    for (const Chip::State state : {Chip::State::good, Chip::State::trouble}) {
+        const bool troubled = state == Chip::State::trouble;
         m_chip->setState(state);
         QTest::mouseClick(m_chip, Qt::LeftButton);
         EXPECT_EQ(clicks.count(), troubled ? 1 : 0);

@@ -51,8 +51,8 @@ QRect inkIn(Widget& widget, SetText setText) {
 TEST(Drawing, vietnamese_capitals_are_whole_in_labels_of_every_style) {
     for (const TextStyle& style :
         {text::onboardingTitle, text::panelTitle, text::headline, text::cardTitle, text::body, text::menu,
-            text::blockTitle, text::subtitle, text::caption, text::caption.with(Weight::Bold),
-            text::smallCaption, text::smallCaption.with(Weight::Heavy), text::promptEditor}) {
+            text::blockTitle, text::subtitle, text::caption, text::caption.with(Weight::bold),
+            text::smallCaption, text::smallCaption.with(Weight::heavy), text::promptEditor}) {
         for (const bool wraps : {false, true}) {
             Label label(tallText, style);
             label.setMaximumLines(wraps ? 0 : 1);
@@ -80,7 +80,7 @@ TEST(Drawing, vietnamese_capitals_are_whole_and_inside_the_edge_in_every_control
     MenuButton menu;
     expectWhole(menu, text::menu);
     Chip chip(tallText);
-    expectWhole(chip, text::smallCaption.with(Weight::Medium));
+    expectWhole(chip, text::smallCaption.with(Weight::medium));
     TabStrip strip({{u"globe"_s, tallText}, {u"globe"_s, tallText}});
     strip.show();
     expectWhole(*strip.findChildren<Control*>().at(1), text::caption);
@@ -206,7 +206,7 @@ TEST(Drawing, the_window_floats_in_its_shadow_or_is_square_and_what_covers_it_ke
             WindowFrame::paintGround(painter, *this);
         }
     };
-    WindowFrame frame(WindowFrame::Edges::Floating);
+    WindowFrame frame(WindowFrame::Edges::floating);
     auto* cover = new Cover;
     const auto picture = [&] {
         QImage image(frame.size(), QImage::Format_ARGB32_Premultiplied);
@@ -232,7 +232,7 @@ TEST(Drawing, the_window_floats_in_its_shadow_or_is_square_and_what_covers_it_ke
         picture().pixelColor(area.center().x(), area.bottom() + 47).alpha());
     expectCoverToLookAlike();
 
-    frame.setEdges(WindowFrame::Edges::Square);
+    frame.setEdges(WindowFrame::Edges::square);
     EXPECT_EQ(frame.size(), area.size());
     EXPECT_EQ(cover->geometry(), frame.rect());
     EXPECT_EQ(picture().pixelColor(0, 0).alpha(), 255);

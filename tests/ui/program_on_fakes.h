@@ -25,10 +25,14 @@ namespace tralio {
 class PatientSynthesizer final : public SpeechSynthesizer {
 public:
     bool isSpeaking() const override { return reading.has_value(); }
-    void speak(const Utterance& utterance, std::function<void()> /*onEnd*/) override { reading = utterance; }
+    void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) override {
+        reading = utterance;
+        end = std::move(onEnd);
+    }
     void stopSpeaking() override { reading.reset(); }
 
     std::optional<Utterance> reading;
+    std::function<void(ReadingEnd)> end;
 };
 
 /// What the windows stand on: the program's services over a desktop of fakes, with a stand-in in the place of

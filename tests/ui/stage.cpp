@@ -42,7 +42,7 @@ void Stage::open() {
                                      desktop.pasteboard, desktop.clock, [](quint32) { return std::nullopt; }},
         {.openURL = [](const QUrl&) {}, .quit = [] {}});
     m_backdrop = std::make_unique<Backdrop>();
-    auto* frame = new WindowFrame(WindowFrame::Edges::Floating, m_backdrop.get());
+    auto* frame = new WindowFrame(WindowFrame::Edges::floating, m_backdrop.get());
     frame->move(0, 4);
     frame->setContent(content);
     m_backdrop->show();

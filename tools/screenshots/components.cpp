@@ -24,15 +24,15 @@ using namespace Qt::StringLiterals;
 namespace tralio {
 namespace {
 
-enum class State { Normal, Hovered, Pressed, Focused, Last };
-constexpr State states[] = {State::Normal, State::Hovered, State::Pressed, State::Focused, State::Last};
+enum class State { normal, hovered, pressed, focused, last };
+constexpr State states[] = {State::normal, State::hovered, State::pressed, State::focused, State::last};
 constexpr int columns[] = {138, 243, 348, 453, 557};
 
 class Page final : public QWidget {
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.fillRect(rect(), color(ColorRole::Window));
+        painter.fillRect(rect(), color(ColorRole::window));
     }
 };
 
@@ -49,18 +49,18 @@ void focus(QWidget& widget) {
 /// Brings a part into a state by the events that a user would cause.
 void bringInto(Control& control, State state) {
     switch (state) {
-        case State::Normal:
+        case State::normal:
             break;
-        case State::Hovered:
+        case State::hovered:
             hover(control);
             break;
-        case State::Pressed:
+        case State::pressed:
             control.setDown(true);
             break;
-        case State::Focused:
+        case State::focused:
             focus(control);
             break;
-        case State::Last:
+        case State::last:
             control.setEnabled(false);
             break;
     }
@@ -75,19 +75,19 @@ Widget* place(Widget* widget, QWidget* page, int left, int middle) {
 }
 
 void section(QWidget* page, const QRect& area, const QString& title) {
-    auto* surface = new Surface(ColorRole::Surface1, ColorRole::Border15, radius::section, page);
+    auto* surface = new Surface(ColorRole::surface1, ColorRole::border15, radius::section, page);
     surface->setGeometry(area);
     place(new Label(title, text::headline), page, area.left() + 16, area.top() + 26);
 }
 
 void heading(QWidget* page, int middle, const QStringList& titles) {
     for (int i = 0; i < titles.size(); ++i)
-        place(new Label(titles.at(i), text::smallCaption, ColorRole::Secondary), page, columns[i], middle);
+        place(new Label(titles.at(i), text::smallCaption, ColorRole::secondary), page, columns[i], middle);
 }
 
 template <typename Make>
 void stateRow(QWidget* page, const QString& title, int middle, Make make) {
-    place(new Label(title, text::smallCaption, ColorRole::Secondary), page, 40, middle);
+    place(new Label(title, text::smallCaption, ColorRole::secondary), page, 40, middle);
     for (const State state : states)
         bringInto(*place<Control>(make(), page, columns[int(state)], middle), state);
 }
@@ -105,8 +105,8 @@ void buttonStates(QWidget* page) {
         page, u"Nút trơn"_s, 215,
         [] {
             auto* copy = new Button(button::word, {.icon = u"doc.on.doc"_s, .title = u"Sao chép"_s});
-            copy->setColor(ColorRole::AccentText);
-            copy->setWeight(Weight::Medium);
+            copy->setColor(ColorRole::accentText);
+            copy->setWeight(Weight::medium);
             return copy;
         });
     stateRow(page, u"Nút biểu tượng"_s, 254, [] { return new Button(button::icon, {.icon = u"power"_s}); });
@@ -116,15 +116,15 @@ void buttonStates(QWidget* page) {
         return menu;
     });
 
-    place(new Label(u"Ô nhập"_s, text::smallCaption, ColorRole::Secondary), page, 40, 332);
+    place(new Label(u"Ô nhập"_s, text::smallCaption, ColorRole::secondary), page, 40, 332);
     for (const State state : states) {
-        auto* field = place(new TextField(TextField::Face::FixedWidth), page, columns[int(state)], 332);
+        auto* field = place(new TextField(TextField::Face::fixedWidth), page, columns[int(state)], 332);
         field->setText(u"gpt-4o"_s);
         field->resize(70, field->height());
-        field->setEnabled(state != State::Last);
-        if (state == State::Hovered)
+        field->setEnabled(state != State::last);
+        if (state == State::hovered)
             hover(*field);
-        else if (state == State::Focused)
+        else if (state == State::focused)
             QTimer::singleShot(0, field, qOverload<>(&QWidget::setFocus));
     }
     heading(page, 365, {u"bình thường"_s, u"rê chuột"_s, u"nhấn"_s, u"tiêu điểm"_s, u"đang chọn"_s});
@@ -156,30 +156,30 @@ void feedback(QWidget* page) {
         widget->move(648 - widget->width(), widget->y());
     };
     for (const int middle : {593, 629}) {
-        auto* block = new Surface(ColorRole::Surface2, ColorRole::Hairline, radius::control, page);
+        auto* block = new Surface(ColorRole::surface2, ColorRole::hairline, radius::control, page);
         block->setGeometry(40, middle - 12, 608, 24);
-        place(new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary), page, 46,
+        place(new Label(u"Bản dịch:"_s, text::caption.with(Weight::semibold), ColorRole::secondary), page, 46,
             middle);
     }
-    word(u"speaker.wave.2"_s, u"Đọc"_s, ColorRole::Secondary, Weight::Regular, 562, 593);
-    word(u"doc.on.doc"_s, u"Sao chép"_s, ColorRole::AccentText, Weight::Medium, 640, 593);
-    word(u"speaker.wave.3.fill"_s, u"Dừng"_s, ColorRole::AccentText, Weight::Regular, 564, 629);
-    word(u"checkmark"_s, u"Đã chép!"_s, ColorRole::Green, Weight::Medium, 640, 629);
+    word(u"speaker.wave.2"_s, u"Đọc"_s, ColorRole::secondary, Weight::regular, 562, 593);
+    word(u"doc.on.doc"_s, u"Sao chép"_s, ColorRole::accentText, Weight::medium, 640, 593);
+    word(u"speaker.wave.3.fill"_s, u"Dừng"_s, ColorRole::accentText, Weight::regular, 564, 629);
+    word(u"checkmark"_s, u"Đã chép!"_s, ColorRole::green, Weight::medium, 640, 629);
     place(new Spinner(12), page, 44, 662);
     place(new Label(
-              u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::Medium), ColorRole::AccentText),
+              u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::medium), ColorRole::accentText),
         page, 60, 662);
-    word(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, ColorRole::Text, Weight::Medium, 498, 662);
-    word(u"doc.on.clipboard"_s, u"Dán"_s, ColorRole::Text, Weight::Regular, 550, 662);
-    word(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, ColorRole::AccentText, Weight::Semibold, 644,
+    word(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, ColorRole::text, Weight::medium, 498, 662);
+    word(u"doc.on.clipboard"_s, u"Dán"_s, ColorRole::text, Weight::regular, 550, 662);
+    word(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, ColorRole::accentText, Weight::semibold, 644,
         662);
     const std::pair<int, QString> lines[] = {{695, u"Kiểm tra phiên bản mới nhất từ máy chủ"_s},
         {731, u"Đang kiểm tra bản cập nhật..."_s}, {767, u"Đang tải bản cập nhật v1.1.0..."_s},
         {803, u"Bạn đang dùng phiên bản mới nhất (v1.0.9)."_s}};
     for (const auto& [middle, line] : lines)
-        place(new Label(line, text::caption, ColorRole::Secondary), page, 40, middle);
+        place(new Label(line, text::caption, ColorRole::secondary), page, 40, middle);
     right(new Button(button::bordered, {.title = u"Kiểm tra cập nhật"_s}), 695);
-    right(new Spinner(14, ColorRole::Secondary), 731);
+    right(new Spinner(14, ColorRole::secondary), 731);
     right(new Button(button::bordered, {.title = u"Kiểm tra cập nhật"_s}), 803);
     auto* checking = place(new Button(button::bordered, {.title = u"Đang kiểm tra..."_s}), page, 40, 839);
     checking->setBusy(true);

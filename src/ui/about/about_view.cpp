@@ -14,7 +14,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr TextStyle nameText{.size = 18, .line = 24, .weight = Weight::Bold, .spacing = -1.8};
+constexpr TextStyle nameText{.size = 18, .line = 24, .weight = Weight::bold, .spacing = -1.8};
 
 QString webAddress(const QString& path = {}) {
     return hosts::website.toString() + path;
@@ -38,7 +38,7 @@ QLayout* centred(Label* text) {
 
 /// The hairline between two rows, from where their text begins.
 QLayout* separator() {
-    return row({.padding = {38, 0, 12, 0}}, {new Divider(nullptr, ColorRole::Hairline)});
+    return row({.padding = {38, 0, 12, 0}}, {new Divider(nullptr, ColorRole::hairline)});
 }
 
 }  // namespace
@@ -53,17 +53,17 @@ AboutView::AboutView(const QString& version, std::function<void(const QUrl&)> op
                 Gap{12},
                 centred(new Label(u"Tralio"_s, nameText)),
                 Gap{2},
-                centred(new Label(u"Phiên bản "_s + version, text::caption, ColorRole::Secondary)),
+                centred(new Label(u"Phiên bản "_s + version, text::caption, ColorRole::secondary)),
                 Gap{8},
                 centred(new Label(u"Trợ lý dịch thuật nhỏ gọn, luôn sẵn sàng trên khay hệ thống."_s,
-                    text::subtitle, ColorRole::Secondary)),
+                    text::subtitle, ColorRole::secondary)),
                 Gap{20},
                 links(),
                 Gap{12},
                 donation(),
                 Gap{16},
                 centred(
-                    new Label(u"Cảm ơn bạn đã sử dụng Tralio."_s, text::smallCaption, ColorRole::Secondary)),
+                    new Label(u"Cảm ơn bạn đã sử dụng Tralio."_s, text::smallCaption, ColorRole::secondary)),
                 Stretch{},
             }));
 }
@@ -72,7 +72,7 @@ QWidget* AboutView::links() {
     const QString site = webAddress();
     const QString mail = mailAddress();
     const QString group = webAddress(u"/community"_s);
-    return filled(new Surface(ColorRole::Surface1, ColorRole::Border15, radius::section),
+    return filled(new Surface(ColorRole::surface1, ColorRole::border15, radius::section),
         column({.padding = {0, 2, 0, 2}},
             {linkRow({u"globe"_s, u"Trang web"_s, site, webPage(site)}), separator(),
                 linkRow({u"envelope"_s, u"Email"_s, mail, QUrl(u"mailto:"_s + mail)}), separator(),
@@ -81,13 +81,13 @@ QWidget* AboutView::links() {
 
 QLayout* AboutView::linkRow(const Link& link) {
     auto* open = new Button(button::word, {.title = link.address + u" ↗"_s});
-    open->setWeight(Weight::Medium);
-    open->setColor(ColorRole::AccentText);
+    open->setWeight(Weight::medium);
+    open->setColor(ColorRole::accentText);
     open->setSpokenCaption(link.title);
     open->setCursor(Qt::PointingHandCursor);
     connect(open, &Button::clicked, this, [this, url = link.url] { m_openURL(url); });
     auto* content = row({.spacing = 10, .padding = {12, 11, 12 - button::word.padding, 11}},
-        {new IconView({link.icon, 12}, ColorRole::Secondary), new Label(link.title, text::menu), Stretch{},
+        {new IconView({link.icon, 12}, ColorRole::secondary), new Label(link.title, text::menu), Stretch{},
             open});
     return content;
 }
@@ -95,13 +95,13 @@ QLayout* AboutView::linkRow(const Link& link) {
 QWidget* AboutView::donation() {
     auto* reason =
         new Label(u"Tralio miễn phí cho mọi người. Nếu thấy hữu ích, bạn có thể mời tác giả một ly cà phê."_s,
-            text::caption, ColorRole::Secondary);
+            text::caption, ColorRole::secondary);
     reason->setWraps();
     auto* donate = new Button(button::mainSmall, {.title = u"Ủng hộ ↗"_s});
     connect(donate, &Button::clicked, this, [this] { m_openURL(webPage(webAddress(u"/donate"_s))); });
-    return filled(new Surface(ColorRole::AccentTint, ColorRole::AccentTintEdge, radius::section),
+    return filled(new Surface(ColorRole::accentTint, ColorRole::accentTintEdge, radius::section),
         row({.spacing = 12, .padding = {12, 12, 12, 12}},
-            {new IconTile({u"heart.fill"_s, 13}, ColorRole::AccentIcon, ColorRole::AccentBadge),
+            {new IconTile({u"heart.fill"_s, 13}, ColorRole::accentIcon, ColorRole::accentBadge),
                 {column({.spacing = 2}, {new Label(u"Ủng hộ tác giả"_s, text::blockTitle), reason}), 1},
                 Gap{16}, donate}));
 }

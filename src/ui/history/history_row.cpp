@@ -46,17 +46,17 @@ HistoryRow::HistoryRow(const TranslationItem& item, const QString& date, QWidget
             {
                 header(date),
                 Gap{5},
-                textOf(item.sourceText, text::caption, ColorRole::Text, 2),
+                textOf(item.sourceText, text::caption, ColorRole::text, 2),
                 Gap{6},
-                textOf(item.translatedText, text::caption.with(Weight::Medium), ColorRole::AccentText, 3),
+                textOf(item.translatedText, text::caption.with(Weight::medium), ColorRole::accentText, 3),
             }));
 }
 
 QLayout* HistoryRow::header(const QString& date) {
     auto* languages =
         new Badge(badge::language, m_item.sourceLang.toUpper() + u" ➔ "_s + m_item.targetLang.toUpper());
-    auto* tone = new Label(m_item.tone, text::smallCaption, ColorRole::Secondary);
-    m_date = new Label(date, text::smallCaption, ColorRole::Secondary);
+    auto* tone = new Label(m_item.tone, text::smallCaption, ColorRole::secondary);
+    m_date = new Label(date, text::smallCaption, ColorRole::secondary);
     m_date->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);  // long names of languages give way to it
     m_copy = new Button(copyStyle, {.icon = u"doc.on.doc"_s});
     connect(m_copy, &Button::clicked, this, &HistoryRow::copyRequested);
@@ -83,7 +83,7 @@ void HistoryRow::setCopied(bool copied) {
     if (std::exchange(m_copied, copied) == copied)
         return;
     m_copy->setIconName(copied ? u"checkmark"_s : u"doc.on.doc"_s);
-    m_copy->setColor(copied ? ColorRole::Green : ColorRole::Secondary);
+    m_copy->setColor(copied ? ColorRole::green : ColorRole::secondary);
     setTooltip(m_copy, copied ? u"Đã chép!"_s : u"Sao chép"_s);
 }
 
@@ -96,15 +96,15 @@ QWidget* HistoryRow::chainTabOrder() {
 void HistoryRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF area = rect();
-    paintFill(painter, area, radius::control, color(ColorRole::Surface1));
-    QColor hovered = color(ColorRole::Control);
+    paintFill(painter, area, radius::control, color(ColorRole::surface1));
+    QColor hovered = color(ColorRole::control);
     hovered.setAlphaF(float(hover()));
     paintFill(painter, area, radius::control, hovered);
     if (isDown())
-        paintStateOverlay(painter, area, radius::control, Ground::Neutral);
+        paintStateOverlay(painter, area, radius::control, Ground::neutral);
     if (!showsFocusRing())
-        paintEdge(painter, area, radius::control, 1, color(ColorRole::Hairline));
-    paintFocusRing(painter, area, radius::control, Ground::Neutral);
+        paintEdge(painter, area, radius::control, 1, color(ColorRole::hairline));
+    paintFocusRing(painter, area, radius::control, Ground::neutral);
 }
 
 void HistoryRow::keyPressEvent(QKeyEvent* event) {

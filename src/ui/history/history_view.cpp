@@ -41,7 +41,7 @@ HistoryView::HistoryView(HistoryState& state, QWidget* parent) : QWidget(parent)
 QWidget* HistoryView::titleRow() {
     m_title = new Label({}, text::headline);
     m_clear = new Button(clearStyle, {.icon = u"trash"_s, .title = u"Xóa tất cả"_s});
-    m_clear->setColor(ColorRole::Red);
+    m_clear->setColor(ColorRole::red);
     connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
     auto* bar = filled(
         new QWidget, row({.padding = {14, 0, 14 - clearStyle.padding, 0}}, {m_title, Stretch{}, m_clear}));
@@ -50,10 +50,10 @@ QWidget* HistoryView::titleRow() {
 }
 
 QWidget* HistoryView::emptyState() {
-    auto* icon = new IconView({u"clock.arrow.circlepath"_s, 36}, ColorRole::SecondaryFaint);
-    auto* line = new Label(u"Chưa có lịch sử dịch"_s, text::menu, ColorRole::Secondary);
+    auto* icon = new IconView({u"clock.arrow.circlepath"_s, 36}, ColorRole::secondaryFaint);
+    auto* line = new Label(u"Chưa có lịch sử dịch"_s, text::menu, ColorRole::secondary);
     auto* explanation = new Label(
-        u"Các câu hoặc đoạn văn bạn dịch sẽ xuất hiện tại đây."_s, text::caption, ColorRole::Placeholder);
+        u"Các câu hoặc đoạn văn bạn dịch sẽ xuất hiện tại đây."_s, text::caption, ColorRole::placeholder);
     explanation->setWraps();
     explanation->setAlignment(Qt::AlignHCenter);
     m_empty = filled(new QWidget,

@@ -16,23 +16,23 @@ struct BadgeStyle {
     TextStyle text;
     ColorRole fill;
     ColorRole color;
-    ColorRole edge = ColorRole::None;
+    ColorRole edge = ColorRole::none;
 };
 
 namespace badge {
 
 inline constexpr BadgeStyle shortcut{
-    22, 8, radius::small, text::menu.with(Weight::Bold), ColorRole::AccentBadge, ColorRole::AccentText};
+    22, 8, radius::small, text::menu.with(Weight::bold), ColorRole::accentBadge, ColorRole::accentText};
 inline constexpr BadgeStyle language{
-    18, 6, radius::chip, text::smallCaption.with(Weight::Bold), ColorRole::AccentBadge, ColorRole::Text};
-inline constexpr BadgeStyle version{20, 6, radius::chip, text::caption.with(Weight::Semibold),
-    ColorRole::Control, ColorRole::Secondary, ColorRole::Hairline};
-inline constexpr BadgeStyle granted{18, 6, radius::chip, text::smallCaption.with(Weight::Heavy),
-    ColorRole::GreenStatusBadge, ColorRole::Green};
+    18, 6, radius::chip, text::smallCaption.with(Weight::bold), ColorRole::accentBadge, ColorRole::text};
+inline constexpr BadgeStyle version{20, 6, radius::chip, text::caption.with(Weight::semibold),
+    ColorRole::control, ColorRole::secondary, ColorRole::hairline};
+inline constexpr BadgeStyle granted{18, 6, radius::chip, text::smallCaption.with(Weight::heavy),
+    ColorRole::greenStatusBadge, ColorRole::green};
 inline constexpr BadgeStyle missing{
-    18, 6, radius::chip, text::smallCaption.with(Weight::Heavy), ColorRole::RedStatusBadge, ColorRole::Red};
+    18, 6, radius::chip, text::smallCaption.with(Weight::heavy), ColorRole::redStatusBadge, ColorRole::red};
 /// "Mới", beside the title of an offer.
-inline constexpr BadgeStyle offer{12, 4, radius::tiny, text::tiny, ColorRole::GreenBadge, ColorRole::Green};
+inline constexpr BadgeStyle offer{12, 4, radius::tiny, text::tiny, ColorRole::greenBadge, ColorRole::green};
 
 }  // namespace badge
 

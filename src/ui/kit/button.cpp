@@ -53,14 +53,14 @@ void Button::setBusy(bool busy) {
     m_spinner = nullptr;
     if (busy) {
         m_spinner = new Spinner(
-            m_style.spinner, m_style.isSolid() ? ColorRole::AccentText : ColorRole::AccentIcon, this);
+            m_style.spinner, m_style.isSolid() ? ColorRole::accentText : ColorRole::accentIcon, this);
         placeSpinner();
         m_spinner->show();
     }
 }
 
 TextStyle Button::titleStyle() const {
-    return isChecked() ? m_style.text.with(Weight::Bold) : m_style.text;
+    return isChecked() ? m_style.text.with(Weight::bold) : m_style.text;
 }
 
 int Button::leadWidth() const {
@@ -111,7 +111,7 @@ void Button::resizeEvent(QResizeEvent* event) {
 }
 
 QBrush Button::fill() const {
-    if (m_style.fillEnd == ColorRole::None)
+    if (m_style.fillEnd == ColorRole::none)
         return color(m_style.fill);
     QLinearGradient gradient(0, 0, width(), 0);
     gradient.setColorAt(0, color(m_style.fill));
@@ -121,14 +121,14 @@ QBrush Button::fill() const {
 
 Button::Look Button::look() const {
     if (m_style.isSolid() && isBusy())
-        return {color(ColorRole::AccentBadge), {}, color(ColorRole::AccentText)};
+        return {color(ColorRole::accentBadge), {}, color(ColorRole::accentText)};
     if (m_style.isSolid() && !isEnabled())
-        return {color(ColorRole::DisabledFill), {}, color(ColorRole::DisabledText)};
+        return {color(ColorRole::disabledFill), {}, color(ColorRole::disabledText)};
     if (isChecked()) {
-        return {color(ColorRole::AccentTint), color(ColorRole::AccentTintActiveEdge),
-            color(ColorRole::AccentText)};
+        return {color(ColorRole::accentTint), color(ColorRole::accentTintActiveEdge),
+            color(ColorRole::accentText)};
     }
-    return {fill(), color(m_style.edge), color(isBusy() ? ColorRole::Secondary : m_style.color)};
+    return {fill(), color(m_style.edge), color(isBusy() ? ColorRole::secondary : m_style.color)};
 }
 
 void Button::paintEvent(QPaintEvent*) {
@@ -136,16 +136,16 @@ void Button::paintEvent(QPaintEvent*) {
     if (!isEnabled() && !m_style.isSolid() && !isBusy())
         painter.setOpacity(disabledOpacity);
     const QRectF area = rect();
-    const Ground ground = m_style.isSolid() && !isBusy() ? Ground::Solid : Ground::Neutral;
+    const Ground ground = m_style.isSolid() && isEnabled() && !isBusy() ? Ground::solid : Ground::neutral;
     const Look colors = look();
     paintFill(painter, area, m_style.radius, colors.fill);
     paintStateOverlay(painter, area, m_style.radius, ground);
-    if (!showsFocusRing() && m_style.edge != ColorRole::None)
+    if (!showsFocusRing() && m_style.edge != ColorRole::none)
         paintEdge(painter, area, m_style.radius, 1, colors.edge);
     paintFocusRing(painter, area, m_style.radius, ground);
 
     if (m_spinner == nullptr) {
-        const QColor ink = m_style.iconColor == ColorRole::None ? colors.content : color(m_style.iconColor);
+        const QColor ink = m_style.iconColor == ColorRole::none ? colors.content : color(m_style.iconColor);
         paintIcon(painter, leadArea(), {m_iconName, m_style.iconSize, m_style.boldIcon}, ink);
     }
     paintText(painter, titleArea(), titleStyle(), colors.content, title());

@@ -17,17 +17,17 @@ struct ButtonStyle {
     int radius = radius::control;
     TextStyle text = text::caption;
     int iconSize = 11;  ///< point size
-    ColorRole fill = ColorRole::None;
-    ColorRole edge = ColorRole::None;
-    ColorRole color = ColorRole::Text;
-    ColorRole iconColor = ColorRole::None;  ///< `None`: as the title
+    ColorRole fill = ColorRole::none;
+    ColorRole edge = ColorRole::none;
+    ColorRole color = ColorRole::text;
+    ColorRole iconColor = ColorRole::none;  ///< `none`: as the title
     int spinner = 14;
     bool boldIcon = false;
     bool iconTrails = false;              ///< the icon stands after the title
-    ColorRole fillEnd = ColorRole::None;  ///< makes the fill a gradient that ends in this at the right
+    ColorRole fillEnd = ColorRole::none;  ///< makes the fill a gradient that ends in this at the right
 
     /// White on a strong fill: its own hover, focus ring, disabled and busy looks.
-    [[nodiscard]] constexpr bool isSolid() const { return color == ColorRole::OnFill; }
+    [[nodiscard]] constexpr bool isSolid() const { return color == ColorRole::onFill; }
 };
 
 namespace button {
@@ -36,88 +36,88 @@ inline constexpr ButtonStyle main{.height = 32,
     .padding = 16,
     .gap = 6,
     .radius = radius::block,
-    .text = text::body.with(Weight::Medium),
+    .text = text::body.with(Weight::medium),
     .iconSize = 13,
-    .fill = ColorRole::AccentFill,
-    .color = ColorRole::OnFill};
+    .fill = ColorRole::accentFill,
+    .color = ColorRole::onFill};
 inline constexpr ButtonStyle mainSmall{.height = 24,
     .padding = 10,
-    .text = text::caption.with(Weight::Medium),
-    .fill = ColorRole::AccentFill,
-    .color = ColorRole::OnFill};
+    .text = text::caption.with(Weight::medium),
+    .fill = ColorRole::accentFill,
+    .color = ColorRole::onFill};
 inline constexpr ButtonStyle redSmall{.height = 24,
     .padding = 10,
-    .text = text::caption.with(Weight::Medium),
-    .fill = ColorRole::RedFill,
-    .color = ColorRole::OnFill};
+    .text = text::caption.with(Weight::medium),
+    .fill = ColorRole::redFill,
+    .color = ColorRole::onFill};
 inline constexpr ButtonStyle banner{.height = 21,
     .padding = 8,
     .radius = radius::small,
-    .text = text::smallCaption.with(Weight::Bold),
+    .text = text::smallCaption.with(Weight::bold),
     .iconSize = 10,
-    .fill = ColorRole::AccentFill,
-    .color = ColorRole::OnFill,
+    .fill = ColorRole::accentFill,
+    .color = ColorRole::onFill,
     .spinner = 12};
 /// "Hủy", beside a main button.
 inline constexpr ButtonStyle borderedTall{.height = 32,
     .padding = 16,
     .gap = 6,
     .radius = radius::block,
-    .text = text::body.with(Weight::Medium),
+    .text = text::body.with(Weight::medium),
     .iconSize = 13,
-    .fill = ColorRole::Button,
-    .edge = ColorRole::ButtonEdge};
+    .fill = ColorRole::button,
+    .edge = ColorRole::buttonEdge};
 inline constexpr ButtonStyle bordered{.height = 24,
     .padding = 10,
     .gap = 3,
-    .text = text::caption.with(Weight::Medium),
+    .text = text::caption.with(Weight::medium),
     .iconSize = 10,
-    .fill = ColorRole::Button,
-    .edge = ColorRole::ButtonEdge,
+    .fill = ColorRole::button,
+    .edge = ColorRole::buttonEdge,
     .spinner = 12};
 /// Beside a text field.
 inline constexpr ButtonStyle borderedField{.height = 28,
     .padding = 10,
-    .text = text::caption.with(Weight::Medium),
-    .fill = ColorRole::Button,
-    .edge = ColorRole::ButtonEdge,
+    .text = text::caption.with(Weight::medium),
+    .fill = ColorRole::button,
+    .edge = ColorRole::buttonEdge,
     .spinner = 12};
 /// An icon and a word without a surface. Its padding shows only on hover: owners align its text, not its
 /// edge.
 inline constexpr ButtonStyle word{
     .height = 18, .padding = 6, .gap = 3, .radius = radius::small, .spinner = 12};
 /// An icon alone, in a square.
-inline constexpr ButtonStyle icon{.height = 28, .padding = 6, .iconSize = 13, .color = ColorRole::Secondary};
+inline constexpr ButtonStyle icon{.height = 28, .padding = 6, .iconSize = 13, .color = ColorRole::secondary};
 /// The small "xmark", and what copies or deletes a row.
 inline constexpr ButtonStyle close{
-    .height = 20, .padding = 4, .radius = radius::small, .iconSize = 10, .color = ColorRole::Secondary};
+    .height = 20, .padding = 4, .radius = radius::small, .iconSize = 10, .color = ColorRole::secondary};
 inline constexpr ButtonStyle swap{.height = 26,
     .padding = 6,
     .radius = 13,
     .iconSize = 11,
-    .fill = ColorRole::ControlFaint,
-    .edge = ColorRole::Hairline,
-    .color = ColorRole::AccentIcon,
+    .fill = ColorRole::controlFaint,
+    .edge = ColorRole::hairline,
+    .color = ColorRole::accentIcon,
     .boldIcon = true};
 inline constexpr ButtonStyle footerWarning{.height = 19,
     .padding = 6,
     .radius = radius::small,
-    .text = text::smallCaption.with(Weight::Bold),
+    .text = text::smallCaption.with(Weight::bold),
     .iconSize = 10,
-    .fill = ColorRole::RedTint,
-    .edge = ColorRole::RedTintEdge,
-    .color = ColorRole::Red};
+    .fill = ColorRole::redTint,
+    .edge = ColorRole::redTintEdge,
+    .color = ColorRole::red};
 /// An icon alone in the line of a field's caption.
 inline constexpr ButtonStyle fieldIcon{
-    .height = 18, .padding = 2, .radius = radius::small, .iconSize = 11, .color = ColorRole::Secondary};
+    .height = 18, .padding = 2, .radius = radius::small, .iconSize = 11, .color = ColorRole::secondary};
 /// A suggested shortcut; checkable.
 inline constexpr ButtonStyle suggestion{.height = 22,
     .padding = 8,
     .radius = radius::small,
     .text = text::smallCaption,
-    .fill = ColorRole::Button,
-    .edge = ColorRole::ButtonEdge,
-    .color = ColorRole::Secondary};
+    .fill = ColorRole::button,
+    .edge = ColorRole::buttonEdge,
+    .color = ColorRole::secondary};
 
 }  // namespace button
 

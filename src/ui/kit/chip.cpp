@@ -10,7 +10,7 @@ constexpr int chipHeight = 19;
 constexpr int padding = 6;
 constexpr int dot = 6;
 constexpr int gap = 4;
-constexpr TextStyle titleStyle = text::smallCaption.with(Weight::Medium);
+constexpr TextStyle titleStyle = text::smallCaption.with(Weight::medium);
 
 }  // namespace
 
@@ -21,8 +21,8 @@ Chip::Chip(const QString& title, QWidget* parent) : Control(title, parent) {
 
 void Chip::setState(State state) {
     m_state = state;
-    setLive(state == State::Trouble);
-    setCursor(state == State::Trouble ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    setLive(state == State::trouble);
+    setCursor(state == State::trouble ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
 QSize Chip::sizeHint() const {
@@ -31,17 +31,17 @@ QSize Chip::sizeHint() const {
 
 void Chip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const bool good = m_state == State::Good;
+    const bool good = m_state == State::good;
     const QRectF area = rect();
-    paintFill(painter, area, radius::chip, color(ColorRole::Control));
-    paintStateOverlay(painter, area, radius::chip, Ground::Neutral);
+    paintFill(painter, area, radius::chip, color(ColorRole::control));
+    paintStateOverlay(painter, area, radius::chip, Ground::neutral);
     if (!showsFocusRing())
-        paintEdge(painter, area, radius::chip, 1, color(ColorRole::Hairline));
-    paintFocusRing(painter, area, radius::chip, Ground::Neutral);
+        paintEdge(painter, area, radius::chip, 1, color(ColorRole::hairline));
+    paintFocusRing(painter, area, radius::chip, Ground::neutral);
     paintFill(painter, QRectF(padding, (area.height() - dot) / 2, dot, dot), dot / 2.0,
-        color(good ? ColorRole::GreenSolid : ColorRole::RedSolid));
+        color(good ? ColorRole::greenSolid : ColorRole::redSolid));
     paintText(painter, area.adjusted(padding + dot + gap, 0, -padding + 1, 0), titleStyle,
-        color(good ? ColorRole::Secondary : ColorRole::Red), title());
+        color(good ? ColorRole::secondary : ColorRole::red), title());
 }
 
 }  // namespace tralio

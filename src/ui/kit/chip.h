@@ -10,7 +10,7 @@ class Chip final : public Control {
     Q_OBJECT
 
 public:
-    enum class State { Good, Trouble };
+    enum class State { good, trouble };
 
     explicit Chip(const QString& title, QWidget* parent = nullptr);
 
@@ -23,7 +23,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    State m_state = State::Good;
+    State m_state = State::good;
 };
 
 }  // namespace tralio

@@ -23,51 +23,51 @@ constexpr quint32 white = 0xFFFFFF;
 constexpr quint32 ink = 0x161C26;
 
 constexpr Row fixedColors[] = {
-    {ColorRole::None, {white, 0}, {white, 0}},
-    {ColorRole::Window, {0xF3F5F8}, {0x1E1F23}},
-    {ColorRole::Control, {0xFFFFFF}, {0x2D2F35}},
-    {ColorRole::Surface1, {0xF9FAFC}, {0x26272C}},
-    {ColorRole::Surface2, {0xFDFDFE}, {0x2A2C31}},
-    {ColorRole::TabStrip, {0xFFFFFF}, {0x2A2C31}},
-    {ColorRole::Button, {0xFFFFFF}, {0x34373E}},
-    {ColorRole::Menu, {0xFFFFFF}, {0x2D2F35}},
-    {ColorRole::TextBackground, {0xFFFFFF}, {0x151619}},
-    {ColorRole::Tooltip, {0x2A2D33}, {0xF0F1F3}},
-    {ColorRole::Text, {0x1A1C20}, {0xF0F1F3}},
-    {ColorRole::Secondary, {0x565D67}, {0xA5ABB5}},
-    {ColorRole::Placeholder, {0x6A707A}, {0x8F95A0}},
-    {ColorRole::TooltipText, {0xF0F1F3}, {0x1A1C20}},
-    {ColorRole::OnFill, {white}, {white}},
-    {ColorRole::Green, {0x117036}, {0x4CCB7B}},
-    {ColorRole::Red, {0xB8221A}, {0xFF8178}},
-    {ColorRole::Orange, {0x8F4C00}, {0xFFB648}},
-    {ColorRole::OrangeIcon, {0xC76A00}, {0xFFB648}},
-    {ColorRole::Purple, {0x7C3AED}, {0xB692FF}},
-    {ColorRole::GreenSolid, {0x2DBE55}, {0x30B85C}},
-    {ColorRole::RedSolid, {0xFF3B30}, {0xFF453A}},
-    {ColorRole::OrangeSolid, {0xFF9500}, {0xFF9F0A}},
-    {ColorRole::RedFill, {0xCF352A}, {0xCF352A}},
-    {ColorRole::GradientEnd, {0x7C3AED}, {0x8B5CF6}},
-    {ColorRole::FillGradientEnd, {0x7C3AED}, {0x7C3AED}},
-    {ColorRole::DisabledFill, {0xE4E7EC}, {0x2B2D33}},
-    {ColorRole::DisabledText, {0x78808B}, {0x767C87}},
-    {ColorRole::SwitchOff, {0xB4BAC4}, {0x565B65}},
-    {ColorRole::WindowEdge, {ink, 12}, {white, 13}},
-    {ColorRole::Divider, {ink, 8}, {white, 8}},
-    {ColorRole::Hairline, {ink, 7}, {white, 6}},
-    {ColorRole::ButtonEdge, {ink, 14}, {white, 12}},
-    {ColorRole::KeyCapFoot, {0x565D67, 30}, {0x000000, 45}},
-    {ColorRole::HoverOverlay, {ink, 5}, {white, 6}},
-    {ColorRole::PressedOverlay, {ink, 10}, {white, 12}},
-    {ColorRole::FillHoverOverlay, {0x000000, 8}, {0x000000, 8}},
-    {ColorRole::FillPressedOverlay, {0x000000, 16}, {0x000000, 16}},
-    {ColorRole::FocusOnFill, {white, 92}, {white, 92}},
-    {ColorRole::ScrollThumb, {ink, 22}, {white, 24}},
-    {ColorRole::ScrollThumbHover, {ink, 36}, {white, 38}},
-    {ColorRole::ScrollThumbDragged, {ink, 48}, {white, 50}},
-    {ColorRole::WindowShadow, {ink, 22}, {0x000000, 42}},
-    {ColorRole::WindowNearShadow, {ink, 10}, {0x000000, 28}},
-    {ColorRole::MenuShadow, {ink, 22}, {0x000000, 42}},
+    {ColorRole::none, {white, 0}, {white, 0}},
+    {ColorRole::window, {0xF3F5F8}, {0x1E1F23}},
+    {ColorRole::control, {0xFFFFFF}, {0x2D2F35}},
+    {ColorRole::surface1, {0xF9FAFC}, {0x26272C}},
+    {ColorRole::surface2, {0xFDFDFE}, {0x2A2C31}},
+    {ColorRole::tabStrip, {0xFFFFFF}, {0x2A2C31}},
+    {ColorRole::button, {0xFFFFFF}, {0x34373E}},
+    {ColorRole::menu, {0xFFFFFF}, {0x2D2F35}},
+    {ColorRole::textBackground, {0xFFFFFF}, {0x151619}},
+    {ColorRole::tooltip, {0x2A2D33}, {0xF0F1F3}},
+    {ColorRole::text, {0x1A1C20}, {0xF0F1F3}},
+    {ColorRole::secondary, {0x565D67}, {0xA5ABB5}},
+    {ColorRole::placeholder, {0x6A707A}, {0x8F95A0}},
+    {ColorRole::tooltipText, {0xF0F1F3}, {0x1A1C20}},
+    {ColorRole::onFill, {white}, {white}},
+    {ColorRole::green, {0x117036}, {0x4CCB7B}},
+    {ColorRole::red, {0xB8221A}, {0xFF8178}},
+    {ColorRole::orange, {0x8F4C00}, {0xFFB648}},
+    {ColorRole::orangeIcon, {0xC76A00}, {0xFFB648}},
+    {ColorRole::purple, {0x7C3AED}, {0xB692FF}},
+    {ColorRole::greenSolid, {0x2DBE55}, {0x30B85C}},
+    {ColorRole::redSolid, {0xFF3B30}, {0xFF453A}},
+    {ColorRole::orangeSolid, {0xFF9500}, {0xFF9F0A}},
+    {ColorRole::redFill, {0xCF352A}, {0xCF352A}},
+    {ColorRole::gradientEnd, {0x7C3AED}, {0x8B5CF6}},
+    {ColorRole::fillGradientEnd, {0x7C3AED}, {0x7C3AED}},
+    {ColorRole::disabledFill, {0xE4E7EC}, {0x2B2D33}},
+    {ColorRole::disabledText, {0x78808B}, {0x767C87}},
+    {ColorRole::switchOff, {0xB4BAC4}, {0x565B65}},
+    {ColorRole::windowEdge, {ink, 12}, {white, 13}},
+    {ColorRole::divider, {ink, 8}, {white, 8}},
+    {ColorRole::hairline, {ink, 7}, {white, 6}},
+    {ColorRole::buttonEdge, {ink, 14}, {white, 12}},
+    {ColorRole::keyCapFoot, {0x565D67, 30}, {0x000000, 45}},
+    {ColorRole::hoverOverlay, {ink, 5}, {white, 6}},
+    {ColorRole::pressedOverlay, {ink, 10}, {white, 12}},
+    {ColorRole::fillHoverOverlay, {0x000000, 8}, {0x000000, 8}},
+    {ColorRole::fillPressedOverlay, {0x000000, 16}, {0x000000, 16}},
+    {ColorRole::focusOnFill, {white, 92}, {white, 92}},
+    {ColorRole::scrollThumb, {ink, 22}, {white, 24}},
+    {ColorRole::scrollThumbHover, {ink, 36}, {white, 38}},
+    {ColorRole::scrollThumbDragged, {ink, 48}, {white, 50}},
+    {ColorRole::windowShadow, {ink, 22}, {0x000000, 42}},
+    {ColorRole::windowNearShadow, {ink, 10}, {0x000000, 28}},
+    {ColorRole::menuShadow, {ink, 22}, {0x000000, 42}},
 };
 
 double luminance(const QColor& color) {
@@ -157,7 +157,7 @@ QColor withOpacity(const QColor& color, double percent) {
 
 Colors::Colors(Scheme scheme, const QColor& accent) {
     for (const Row& row : fixedColors) {
-        const Shade& shade = scheme == Scheme::Light ? row.light : row.dark;
+        const Shade& shade = scheme == Scheme::light ? row.light : row.dark;
         at(row.role) = withOpacity(QColor(QRgb(shade.rgb)), shade.percent);
     }
     deriveAccent(scheme, accent.isValid() ? accent : defaultAccent());
@@ -177,17 +177,17 @@ QColor& Colors::at(ColorRole role) {
 }
 
 void Colors::deriveAccent(Scheme scheme, const QColor& accent) {
-    const bool light = scheme == Scheme::Light;
-    const QColor ground = at(light ? ColorRole::Window : ColorRole::Control);
+    const bool light = scheme == Scheme::light;
+    const QColor ground = at(light ? ColorRole::window : ColorRole::control);
     const double towardsText = light ? -0.01 : 0.01;
 
     const QColor icon = movedUntil(
         accent, towardsText, [&](const QColor& candidate) { return contrast(candidate, ground) >= 3.1; });
     const QColor badge = over(withOpacity(icon, 15), ground);
-    at(ColorRole::AccentIcon) = icon;
-    at(ColorRole::AccentFill) = movedUntil(
+    at(ColorRole::accentIcon) = icon;
+    at(ColorRole::accentFill) = movedUntil(
         accent, -0.01, [](const QColor& candidate) { return contrast(candidate, Qt::white) >= 4.6; });
-    at(ColorRole::AccentText) = movedUntil(
+    at(ColorRole::accentText) = movedUntil(
         accent, towardsText, [&](const QColor& candidate) { return contrast(candidate, badge) >= 4.8; });
 }
 
@@ -197,37 +197,37 @@ void Colors::deriveTints() {
     };
     // Large tints are opaque, so that they look the same on the window and in a section.
     const auto opaque = [this](ColorRole role, ColorRole base, double percent) {
-        at(role) = over(withOpacity(at(base), percent), at(ColorRole::Surface1));
+        at(role) = over(withOpacity(at(base), percent), at(ColorRole::surface1));
     };
-    opaque(ColorRole::AccentTint, ColorRole::AccentIcon, 8);
-    translucent(ColorRole::AccentTintEdge, ColorRole::AccentIcon, 20);
-    translucent(ColorRole::AccentTintCardEdge, ColorRole::AccentIcon, 25);
-    translucent(ColorRole::AccentTintActiveEdge, ColorRole::AccentIcon, 40);
-    opaque(ColorRole::GreenTint, ColorRole::GreenSolid, 8);
-    translucent(ColorRole::GreenTintEdge, ColorRole::GreenSolid, 20);
-    opaque(ColorRole::GreenTestTint, ColorRole::GreenSolid, 10);
-    opaque(ColorRole::RedTint, ColorRole::RedSolid, 10);
-    translucent(ColorRole::RedTintCardEdge, ColorRole::RedSolid, 30);
-    translucent(ColorRole::RedTintEdge, ColorRole::RedSolid, 35);
-    opaque(ColorRole::OrangeTint, ColorRole::OrangeSolid, 10);
+    opaque(ColorRole::accentTint, ColorRole::accentIcon, 8);
+    translucent(ColorRole::accentTintEdge, ColorRole::accentIcon, 20);
+    translucent(ColorRole::accentTintCardEdge, ColorRole::accentIcon, 25);
+    translucent(ColorRole::accentTintActiveEdge, ColorRole::accentIcon, 40);
+    opaque(ColorRole::greenTint, ColorRole::greenSolid, 8);
+    translucent(ColorRole::greenTintEdge, ColorRole::greenSolid, 20);
+    opaque(ColorRole::greenTestTint, ColorRole::greenSolid, 10);
+    opaque(ColorRole::redTint, ColorRole::redSolid, 10);
+    translucent(ColorRole::redTintCardEdge, ColorRole::redSolid, 30);
+    translucent(ColorRole::redTintEdge, ColorRole::redSolid, 35);
+    opaque(ColorRole::orangeTint, ColorRole::orangeSolid, 10);
 
-    translucent(ColorRole::AccentBadge, ColorRole::AccentIcon, 15);
-    translucent(ColorRole::GreenBadge, ColorRole::GreenSolid, 15);
-    translucent(ColorRole::RedBadge, ColorRole::RedSolid, 15);
-    translucent(ColorRole::OrangeBadge, ColorRole::OrangeSolid, 15);
-    translucent(ColorRole::PurpleBadge, ColorRole::Purple, 14);
-    translucent(ColorRole::GreenStatusBadge, ColorRole::GreenSolid, 12);
-    translucent(ColorRole::RedStatusBadge, ColorRole::RedSolid, 12);
-    translucent(ColorRole::EmblemStart, ColorRole::AccentIcon, 20);
-    translucent(ColorRole::EmblemEnd, ColorRole::Purple, 15);
-    translucent(ColorRole::ControlFaint, ColorRole::Control, 80);
-    translucent(ColorRole::Selection, ColorRole::AccentIcon, 30);
-    translucent(ColorRole::SecondaryFaint, ColorRole::Secondary, 60);
-    translucent(ColorRole::Border15, ColorRole::Secondary, 15);
-    translucent(ColorRole::Border20, ColorRole::Secondary, 20);
-    translucent(ColorRole::Border25, ColorRole::Secondary, 25);
-    translucent(ColorRole::Separator, ColorRole::Secondary, 50);
-    translucent(ColorRole::FieldHoverEdge, ColorRole::Secondary, 40);
+    translucent(ColorRole::accentBadge, ColorRole::accentIcon, 15);
+    translucent(ColorRole::greenBadge, ColorRole::greenSolid, 15);
+    translucent(ColorRole::redBadge, ColorRole::redSolid, 15);
+    translucent(ColorRole::orangeBadge, ColorRole::orangeSolid, 15);
+    translucent(ColorRole::purpleBadge, ColorRole::purple, 14);
+    translucent(ColorRole::greenStatusBadge, ColorRole::greenSolid, 12);
+    translucent(ColorRole::redStatusBadge, ColorRole::redSolid, 12);
+    translucent(ColorRole::emblemStart, ColorRole::accentIcon, 20);
+    translucent(ColorRole::emblemEnd, ColorRole::purple, 15);
+    translucent(ColorRole::controlFaint, ColorRole::control, 80);
+    translucent(ColorRole::selection, ColorRole::accentIcon, 30);
+    translucent(ColorRole::secondaryFaint, ColorRole::secondary, 60);
+    translucent(ColorRole::border15, ColorRole::secondary, 15);
+    translucent(ColorRole::border20, ColorRole::secondary, 20);
+    translucent(ColorRole::border25, ColorRole::secondary, 25);
+    translucent(ColorRole::separator, ColorRole::secondary, 50);
+    translucent(ColorRole::fieldHoverEdge, ColorRole::secondary, 40);
 }
 
 }  // namespace tralio

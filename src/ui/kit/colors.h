@@ -10,95 +10,95 @@ namespace tralio {
 /// What a colour is for. Parts keep the role, not the colour, and look it up while they paint, so that a
 /// change of theme or accent needs nothing but a repaint.
 enum class ColorRole {
-    None,  ///< paints nothing
+    none,  ///< paints nothing
     // Surfaces, from the window up.
-    Window,
-    Control,
-    ControlFaint,  ///< the swap button
-    Surface1,
-    Surface2,
-    TabStrip,
-    Button,
-    Menu,
-    TextBackground,
-    Tooltip,
+    window,
+    control,
+    controlFaint,  ///< the swap button
+    surface1,
+    surface2,
+    tabStrip,
+    button,
+    menu,
+    textBackground,
+    tooltip,
     // Text and icons.
-    Text,
-    Secondary,
-    SecondaryFaint,  ///< a large icon that only fills a place
-    Placeholder,
-    TooltipText,
-    OnFill,  ///< text and icons on `AccentFill` and `RedFill`
-    Green,
-    Red,
-    Orange,
-    OrangeIcon,
-    Purple,
+    text,
+    secondary,
+    secondaryFaint,  ///< a large icon that only fills a place
+    placeholder,
+    tooltipText,
+    onFill,  ///< text and icons on `accentFill` and `redFill`
+    green,
+    red,
+    orange,
+    orangeIcon,
+    purple,
     // The accent and what follows from it.
-    AccentIcon,
-    AccentFill,
-    AccentText,
+    accentIcon,
+    accentFill,
+    accentText,
     // Dots, fills and bases of tints.
-    GreenSolid,
-    RedSolid,
-    OrangeSolid,
-    RedFill,
-    GradientEnd,
-    FillGradientEnd,  ///< of a fill that begins with `AccentFill` and carries white text
-    DisabledFill,
-    DisabledText,
-    SwitchOff,
+    greenSolid,
+    redSolid,
+    orangeSolid,
+    redFill,
+    gradientEnd,
+    fillGradientEnd,  ///< of a fill that begins with `accentFill` and carries white text
+    disabledFill,
+    disabledText,
+    switchOff,
     // Lines.
-    WindowEdge,
-    Divider,
-    Hairline,
-    ButtonEdge,
-    Border15,
-    Border20,
-    Border25,
-    FieldHoverEdge,
-    KeyCapFoot,
-    Separator,  ///< the dot between two words
+    windowEdge,
+    divider,
+    hairline,
+    buttonEdge,
+    border15,
+    border20,
+    border25,
+    fieldHoverEdge,
+    keyCapFoot,
+    separator,  ///< the dot between two words
     // Large tints, opaque, and their borders.
-    AccentTint,
-    AccentTintEdge,        ///< guide strip, donation card
-    AccentTintCardEdge,    ///< provider card
-    AccentTintActiveEdge,  ///< active chip
-    GreenTint,
-    GreenTintEdge,
-    GreenTestTint,
-    RedTint,
-    RedTintCardEdge,
-    RedTintEdge,  ///< footer warning
-    OrangeTint,
+    accentTint,
+    accentTintEdge,        ///< guide strip, donation card
+    accentTintCardEdge,    ///< provider card
+    accentTintActiveEdge,  ///< active chip
+    greenTint,
+    greenTintEdge,
+    greenTestTint,
+    redTint,
+    redTintCardEdge,
+    redTintEdge,  ///< footer warning
+    orangeTint,
     // Small tints, translucent.
-    AccentBadge,  ///< also the busy main button
-    GreenBadge,
-    RedBadge,
-    OrangeBadge,
-    PurpleBadge,
-    GreenStatusBadge,
-    RedStatusBadge,
-    EmblemStart,
-    EmblemEnd,
+    accentBadge,  ///< also the busy main button
+    greenBadge,
+    redBadge,
+    orangeBadge,
+    purpleBadge,
+    greenStatusBadge,
+    redStatusBadge,
+    emblemStart,
+    emblemEnd,
     // States.
-    HoverOverlay,
-    PressedOverlay,
-    FillHoverOverlay,
-    FillPressedOverlay,
-    FocusOnFill,
-    Selection,
-    ScrollThumb,
-    ScrollThumbHover,
-    ScrollThumbDragged,
+    hoverOverlay,
+    pressedOverlay,
+    fillHoverOverlay,
+    fillPressedOverlay,
+    focusOnFill,
+    selection,
+    scrollThumb,
+    scrollThumbHover,
+    scrollThumbDragged,
     // Shadows.
-    WindowShadow,
-    WindowNearShadow,
-    MenuShadow,
-    Count
+    windowShadow,
+    windowNearShadow,
+    menuShadow,
+    count
 };
 
-enum class Scheme { Light, Dark };
+enum class Scheme { light, dark };
 
 /// Every colour of one scheme with one accent.
 class Colors {
@@ -115,7 +115,7 @@ private:
     void deriveAccent(Scheme scheme, const QColor& accent);
     void deriveTints();
 
-    std::array<QColor, std::size_t(ColorRole::Count)> m_colors;
+    std::array<QColor, std::size_t(ColorRole::count)> m_colors;
 };
 
 /// Contrast ratio of two opaque colours, 1 to 21, as WCAG defines it.

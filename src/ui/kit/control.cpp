@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QVariantAnimation>
 
+#include "ui/kit/keyboard_use.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
 
@@ -14,16 +15,6 @@ namespace {
 
 constexpr int hoverFade = 120;  // milliseconds
 
-bool isKeyboard(Qt::FocusReason reason) {
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-        reason == Qt::ShortcutFocusReason;
-}
-
-/// Reasons that take the focus away for a while and give it back to where it was.
-bool isPassing(Qt::FocusReason reason) {
-    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
-}
-
 }  // namespace
 
 // QAbstractButton's own text stays unused: it would read "Dán & Tralio" as a mnemonic and grab a shortcut for
@@ -31,6 +22,7 @@ bool isPassing(Qt::FocusReason reason) {
 Control::Control(const QString& title, QWidget* parent) : QAbstractButton(parent), m_title(title) {
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(title);
+    watchKeyboardUse();
 }
 
 void Control::setTitle(const QString& title) {
@@ -70,24 +62,24 @@ void Control::setLive(bool live) {
 void Control::paintStateOverlay(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const {
     if (!isLive())
         return;
-    const bool solid = ground == Ground::Solid;
+    const bool solid = ground == Ground::solid;
     if (isDown()) {
         paintFill(
-            painter, area, radius, color(solid ? ColorRole::FillPressedOverlay : ColorRole::PressedOverlay));
+            painter, area, radius, color(solid ? ColorRole::fillPressedOverlay : ColorRole::pressedOverlay));
     } else if (m_hover > 0) {
-        QColor overlay = color(solid ? ColorRole::FillHoverOverlay : ColorRole::HoverOverlay);
+        QColor overlay = color(solid ? ColorRole::fillHoverOverlay : ColorRole::hoverOverlay);
         overlay.setAlphaF(float(overlay.alphaF() * m_hover));
         paintFill(painter, area, radius, overlay);
     }
 }
 
 void Control::paintFocusRing(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const {
-    if (!m_showsFocusRing || !isEnabled())
+    if (!m_showsFocusRing)
         return;
-    if (ground == Ground::Solid)
-        paintEdge(painter, area.adjusted(2, 2, -2, -2), radius - 2, 2, color(ColorRole::FocusOnFill));
+    if (ground == Ground::solid)
+        paintEdge(painter, area.adjusted(2, 2, -2, -2), radius - 2, 2, color(ColorRole::focusOnFill));
     else
-        paintEdge(painter, area, radius, 2, color(ColorRole::AccentIcon));
+        paintEdge(painter, area, radius, 2, color(ColorRole::accentIcon));
 }
 
 void Control::enterEvent(QEnterEvent* event) {
@@ -122,13 +114,13 @@ void Control::setHover(qreal hover) {
 }
 
 void Control::focusInEvent(QFocusEvent* event) {
-    if (!isPassing(event->reason()))
-        m_showsFocusRing = isKeyboard(event->reason());
+    if (!isPassingFocus(event->reason()))
+        m_showsFocusRing = isKeyboardFocus(event->reason());
     QAbstractButton::focusInEvent(event);
 }
 
 void Control::focusOutEvent(QFocusEvent* event) {
-    if (!isPassing(event->reason()))
+    if (!isPassingFocus(event->reason()))
         m_showsFocusRing = false;
     QAbstractButton::focusOutEvent(event);
 }
@@ -144,6 +136,14 @@ void Control::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QAbstractButton::keyPressEvent(event);
+}
+
+// The toolkit calls this also when a control with the focus is disabled or hidden, and would go on to the
+// next one. A second press of the key then means another control.
+bool Control::focusNextPrevChild(bool next) {
+    if (!isEnabled())
+        return true;  // it stays, takes no keys, and is there when it is enabled again
+    return QAbstractButton::focusNextPrevChild(next && isVisible());
 }
 
 bool Control::hitButton(const QPoint& position) const {

@@ -10,7 +10,8 @@ namespace tralio {
 /// focus only, Return beside Space, and a busy state that takes no clicks.
 ///
 /// A control takes focus by the keyboard alone, so that a click on a button leaves the caret where the user
-/// was writing. Its accessible name is its title.
+/// was writing. One that is disabled keeps the focus, and one that is hidden gives it back to the control
+/// before it. Its accessible name is its title.
 class Control : public QAbstractButton {
     Q_OBJECT
 
@@ -31,8 +32,8 @@ protected:
     explicit Control(const QString& title, QWidget* parent = nullptr);
 
     enum class Ground {
-        Neutral,  ///< the window's own surfaces
-        Solid     ///< a strong fill under white text
+        neutral,  ///< the window's own surfaces
+        solid     ///< a strong fill under white text
     };
 
     /// Hover or pressed, painted over the fill of the control.
@@ -52,6 +53,7 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     [[nodiscard]] bool hitButton(const QPoint& position) const override;
     void changeEvent(QEvent* event) override;
 

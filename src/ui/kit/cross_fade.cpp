@@ -47,7 +47,7 @@ CrossFade::CrossFade(QWidget* widget, int milliseconds)
     // Panels paint no ground of their own.
     m_former = QPixmap(widget->size() * widget->devicePixelRatioF());
     m_former.setDevicePixelRatio(widget->devicePixelRatioF());
-    m_former.fill(color(ColorRole::Window));
+    m_former.fill(color(ColorRole::window));
     widget->render(&m_former, {}, {}, QWidget::DrawChildren);
 }
 

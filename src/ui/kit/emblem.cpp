@@ -24,14 +24,14 @@ Emblem::Emblem(int diameter, int iconSize, QWidget* parent) : QWidget(parent), m
 
 void Emblem::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    paintFill(painter, rect(), width() / 2.0, diagonal(rect(), ColorRole::EmblemStart, ColorRole::EmblemEnd));
+    paintFill(painter, rect(), width() / 2.0, diagonal(rect(), ColorRole::emblemStart, ColorRole::emblemEnd));
 
     const Icon icon{u"character.bubble.fill"_s, m_iconSize};
     QPixmap bubble = iconPixmap(icon, Qt::black, devicePixelRatioF());
     const QRect box(0, 0, icon.box(), icon.box());
     QPainter colouring(&bubble);
     colouring.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    colouring.fillRect(box, diagonal(box, ColorRole::AccentIcon, ColorRole::GradientEnd));
+    colouring.fillRect(box, diagonal(box, ColorRole::accentIcon, ColorRole::gradientEnd));
     colouring.end();
     painter.drawPixmap((width() - box.width()) / 2, (height() - box.height()) / 2, bubble);
 }

@@ -12,9 +12,9 @@ using namespace Qt::StringLiterals;
 namespace tralio {
 
 ErrorStrip::ErrorStrip(QWidget* parent)
-    : QWidget(parent), m_message(new Label({}, text::caption, ColorRole::Red)) {
+    : QWidget(parent), m_message(new Label({}, text::caption, ColorRole::red)) {
     m_message->setWraps();
-    auto* icon = new IconView({.name = u"exclamationmark.circle.fill"_s, .pointSize = 13}, ColorRole::Red);
+    auto* icon = new IconView({.name = u"exclamationmark.circle.fill"_s, .pointSize = 13}, ColorRole::red);
     auto* close = new Button(button::close, {.icon = u"xmark"_s});
     close->setSpokenCaption(u"Đóng thông báo lỗi"_s);
     connect(close, &Button::clicked, this, &ErrorStrip::closeRequested);
@@ -35,7 +35,7 @@ void ErrorStrip::setMessage(const QString& message) {
 
 void ErrorStrip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    paintFill(painter, rect(), radius::control, color(ColorRole::RedTint));
+    paintFill(painter, rect(), radius::control, color(ColorRole::redTint));
 }
 
 }  // namespace tralio

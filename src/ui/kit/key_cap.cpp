@@ -8,7 +8,7 @@
 namespace tralio {
 namespace {
 
-constexpr TextStyle capText = text::caption.with(Weight::Semibold);
+constexpr TextStyle capText = text::caption.with(Weight::semibold);
 constexpr QMargins padding{8, 3, 8, 4};
 constexpr int foot = 2;
 
@@ -29,10 +29,10 @@ KeyCap::KeyCap(const QString& text, QWidget* parent) : QWidget(parent), m_text(t
 void KeyCap::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintFill(painter, rect(), radius::small, color(ColorRole::Control));
-    painter.fillPath(footOf(rect()), color(ColorRole::KeyCapFoot));
-    paintEdge(painter, rect(), radius::small, 1, color(ColorRole::Border25));
-    paintText(painter, rect().marginsRemoved(padding), capText, color(ColorRole::Text), m_text);
+    paintFill(painter, rect(), radius::small, color(ColorRole::control));
+    painter.fillPath(footOf(rect()), color(ColorRole::keyCapFoot));
+    paintEdge(painter, rect(), radius::small, 1, color(ColorRole::border25));
+    paintText(painter, rect().marginsRemoved(padding), capText, color(ColorRole::text), m_text);
 }
 
 }  // namespace tralio

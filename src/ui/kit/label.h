@@ -16,7 +16,7 @@ class Label final : public QWidget {
 
 public:
     explicit Label(const QString& text, const TextStyle& style = text::caption,
-        ColorRole role = ColorRole::Text, QWidget* parent = nullptr);
+        ColorRole role = ColorRole::text, QWidget* parent = nullptr);
 
     [[nodiscard]] const QString& text() const { return m_text; }
     void setText(const QString& text);

@@ -90,25 +90,25 @@ void MenuButton::paintEvent(QPaintEvent*) {
     if (!isEnabled())
         painter.setOpacity(0.4);
     const QRectF area = rect();
-    paintFill(painter, area, radius::control, color(m_isPicker ? ColorRole::Button : ColorRole::Control));
-    paintStateOverlay(painter, area, radius::control, Ground::Neutral);
+    paintFill(painter, area, radius::control, color(m_isPicker ? ColorRole::button : ColorRole::control));
+    paintStateOverlay(painter, area, radius::control, Ground::neutral);
     if (!showsFocusRing()) {
         paintEdge(painter, area, radius::control, 1,
-            color(m_isPicker ? ColorRole::ButtonEdge : ColorRole::Hairline));
+            color(m_isPicker ? ColorRole::buttonEdge : ColorRole::hairline));
     }
-    paintFocusRing(painter, area, radius::control, Ground::Neutral);
+    paintFocusRing(painter, area, radius::control, Ground::neutral);
 
     QRectF content = area.adjusted(padding, 0, -(m_isPicker ? pickerEndPadding : padding), 0);
     if (const Icon icon{.name = m_iconName, .pointSize = 10}; !icon.isNull()) {
         paintIcon(
-            painter, QRectF(content.left(), 0, icon.box(), height()), icon, color(ColorRole::AccentIcon));
+            painter, QRectF(content.left(), 0, icon.box(), height()), icon, color(ColorRole::accentIcon));
         content.setLeft(content.left() + icon.box() + gap);
     }
     const int box = chevron().box();
     paintIcon(
-        painter, QRectF(content.right() - box, 0, box, height()), chevron(), color(ColorRole::Secondary));
+        painter, QRectF(content.right() - box, 0, box, height()), chevron(), color(ColorRole::secondary));
     content.setRight(content.right() - box - gap);
-    paintText(painter, content, m_style, color(ColorRole::Text), title());
+    paintText(painter, content, m_style, color(ColorRole::text), title());
 }
 
 }  // namespace tralio

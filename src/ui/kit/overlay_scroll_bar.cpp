@@ -69,9 +69,9 @@ QRectF OverlayScrollBar::thumb() const {
 void OverlayScrollBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF area = thumb();
-    const ColorRole role = m_dragged ? ColorRole::ScrollThumbDragged
-        : m_hovered                  ? ColorRole::ScrollThumbHover
-                                     : ColorRole::ScrollThumb;
+    const ColorRole role = m_dragged ? ColorRole::scrollThumbDragged
+        : m_hovered                  ? ColorRole::scrollThumbHover
+                                     : ColorRole::scrollThumb;
     paintFill(painter, area, std::min<qreal>(radius::tiny, area.width() / 2), color(role));
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace tralio {
 namespace {
@@ -48,6 +49,49 @@ int textWidth(const TextStyle& style, const QString& text) {
 
 namespace {
 
+bool isEmojiUnit(QChar unit) {
+    constexpr char16_t joiner = 0x200D;
+    constexpr char16_t emojiSelector = 0xFE0F;
+    return (unit >= QChar(0xD83C) && unit <= QChar(0xD83E)) || unit.isLowSurrogate() ||
+        unit == QChar(joiner) || unit == QChar(emojiSelector);
+}
+
+/// A stretch of text in one font.
+struct Run {
+    QString text;
+    QFont font;
+    qreal width;
+};
+
+/// WORKAROUND: the toolkit fits the picture of an emoji into the size of the font, and every other program
+/// has it stand out as its font says.
+QList<Run> runsOf(const QString& text, const QFont& font) {
+    QList<Run> runs;
+    const auto add = [&runs](const QString& run, const QFont& runFont) {
+        if (!run.isEmpty())
+            runs.push_back({run, runFont, QFontMetricsF(runFont).horizontalAdvance(run)});
+    };
+    const auto isEmoji = [&text](qsizetype at) {
+        return text[at] >= QChar(0xD83C) && text[at] <= QChar(0xD83E) && at + 1 < text.size();
+    };
+    qsizetype begin = 0;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        if (!isEmoji(at))
+            continue;
+        qsizetype end = at;
+        while (end < text.size() && isEmojiUnit(text[end]))
+            ++end;
+        QFont larger = font;
+        larger.setPixelSize(qRound(font.pixelSize() * 128 / 109.0));  // of a picture and of its font
+        add(text.sliced(begin, at - begin), font);
+        add(text.sliced(at, end - at), larger);
+        begin = end;
+        at = end - 1;
+    }
+    add(text.sliced(begin), font);
+    return runs;
+}
+
 qreal topOfLine(const QRectF& area, const TextStyle& style) {
     return area.top() + std::floor((area.height() - style.line) / 2);
 }
@@ -64,19 +108,27 @@ void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style
         shown = metrics.elidedText(text, Qt::ElideRight, line.width());
         width = metrics.horizontalAdvance(shown);
     }
+    const QList<Run> runs = runsOf(shown, font);
+    if (runs.size() > 1)
+        width = std::accumulate(
+            runs.cbegin(), runs.cend(), 0.0, [](qreal sum, const Run& run) { return sum + run.width; });
     qreal x = line.left();
     if (alignment & Qt::AlignHCenter)
         x += (line.width() - width) / 2;
     else if (alignment & Qt::AlignRight)
         x += line.width() - width;
-    painter.setFont(font);
     painter.setPen(color);
-    painter.drawText(QPointF(x, topOfLine(line, style) + baselineOf(style)), shown);
+    const qreal baseline = topOfLine(line, style) + baselineOf(style, painter.device()->devicePixelRatioF());
+    for (const Run& run : runs) {
+        painter.setFont(run.font);
+        painter.drawText(QPointF(x, baseline), run.text);
+        x += run.width;
+    }
 }
 
 int shiftIntoArea(const QRectF& area, const TextStyle& style, const QString& text) {
     const QRectF ink = QFontMetricsF(fontFor(style)).tightBoundingRect(text);
-    const qreal baseline = topOfLine(area, style) + baselineOf(style);
+    const qreal baseline = topOfLine(area, style) + baselineOf(style, 1);
     const qreal missing = std::ceil(area.top() - (baseline + ink.top()));
     const qreal room = std::floor(area.bottom() - (baseline + ink.bottom()));
     return int(std::clamp(missing, 0.0, std::max(0.0, room)));

@@ -54,10 +54,10 @@ protected:
         QPainter painter(this);
         const bool marked = m_menu.m_marked == this;
         if (marked)
-            paintFill(painter, rect(), radius::small, color(ColorRole::AccentFill));
+            paintFill(painter, rect(), radius::small, color(ColorRole::accentFill));
         if (!isEnabled())
             painter.setOpacity(0.4);
-        const QColor ink = color(marked ? ColorRole::OnFill : ColorRole::Text);
+        const QColor ink = color(marked ? ColorRole::onFill : ColorRole::text);
         const QRect content = rect().adjusted(itemPadding, 0, -itemPadding, 0);
         paintText(painter, content, itemStyle, ink, title());
         if (isChecked()) {
@@ -88,6 +88,9 @@ PopupMenu::PopupMenu(
     setFocusPolicy(Qt::StrongFocus);
     setGeometry(parentWidget()->rect());
     parentWidget()->installEventFilter(this);
+    // A panel may go while its menu is open.
+    owner->installEventFilter(this);
+    connect(owner, &QObject::destroyed, this, &PopupMenu::close);
 
     int width = leastWidth - 2 * menuPadding;
     for (const MenuEntry& entry : entries) {
@@ -181,8 +184,8 @@ bool PopupMenu::event(QEvent* event) {
 void PopupMenu::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintShadow(painter, m_panel, radius::block, shadow::menu);
-    paintFill(painter, m_panel, radius::block, color(ColorRole::Menu));
-    paintEdge(painter, m_panel.adjusted(-1, -1, 1, 1), radius::block + 1, 1, color(ColorRole::WindowEdge));
+    paintFill(painter, m_panel, radius::block, color(ColorRole::menu));
+    paintEdge(painter, m_panel.adjusted(-1, -1, 1, 1), radius::block + 1, 1, color(ColorRole::windowEdge));
 }
 
 void PopupMenu::mousePressEvent(QMouseEvent* event) {
@@ -227,7 +230,9 @@ void PopupMenu::hideEvent(QHideEvent* event) {
 }
 
 bool PopupMenu::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize || event->type() == QEvent::WindowDeactivate)
+    const bool isWindow = watched == parentWidget();
+    if (isWindow ? event->type() == QEvent::Resize || event->type() == QEvent::WindowDeactivate
+                 : event->type() == QEvent::Hide)
         close();
     return QWidget::eventFilter(watched, event);
 }

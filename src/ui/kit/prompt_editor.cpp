@@ -55,12 +55,12 @@ void PromptEditor::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     if (!isEnabled())
         painter.setOpacity(0.4);
-    paintFill(painter, rect(), radius::control, color(ColorRole::TextBackground));
+    paintFill(painter, rect(), radius::control, color(ColorRole::textBackground));
     if (m_editor->hasFocus()) {
-        paintEdge(painter, rect(), radius::control, 2, color(ColorRole::AccentIcon));
+        paintEdge(painter, rect(), radius::control, 2, color(ColorRole::accentIcon));
     } else {
         paintEdge(painter, rect(), radius::control, 1,
-            color(m_hovered && isEnabled() ? ColorRole::FieldHoverEdge : ColorRole::Border20));
+            color(m_hovered && isEnabled() ? ColorRole::fieldHoverEdge : ColorRole::border20));
     }
 }
 

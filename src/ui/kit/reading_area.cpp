@@ -2,42 +2,49 @@
 
 #include <QFocusEvent>
 
-#include "ui/kit/painting.h"
-#include "ui/kit/theme.h"
+#include <utility>
+
+#include "ui/kit/keyboard_use.h"
 
 namespace tralio {
 
-ReadingArea::ReadingArea(QWidget* parent) : TextArea(text::body, {6, 2}, parent) {
+using namespace Qt::StringLiterals;
+
+ReadingArea::ReadingArea(QWidget* parent) : TextArea(text::body, {6, 1}, parent) {
     setReadOnly(true);
     setUndoRedoEnabled(false);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 }
 
 void ReadingArea::setText(const QString& text) {
-    if (text != TextArea::text()) {
-        replaceText(text);
-        moveCursor(QTextCursor::Start);
-    }
+    // Not with what the editor holds, which has line breaks of its own kind.
+    if (text == m_shown)
+        return;
+    m_shown = text;
+    replaceText(text);
+    moveCursor(QTextCursor::Start);
 }
 
-void ReadingArea::paintEvent(QPaintEvent* event) {
-    TextArea::paintEvent(event);
-    if (m_showsFocusRing) {
-        QPainter painter(viewport());
-        paintEdge(painter, viewport()->rect(), radius::control, 2, color(ColorRole::AccentIcon));
-    }
+void ReadingArea::setStale(bool stale) {
+    setColor(stale ? ColorRole::secondary : ColorRole::text);
+    setNote(stale ? u"Bản dịch của nội dung trước"_s : QString());
 }
 
 void ReadingArea::focusInEvent(QFocusEvent* event) {
-    m_showsFocusRing = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (!isPassingFocus(event->reason()))
+        showFocus(isKeyboardFocus(event->reason()));
     TextArea::focusInEvent(event);
-    viewport()->update();
 }
 
 void ReadingArea::focusOutEvent(QFocusEvent* event) {
-    m_showsFocusRing = false;
+    if (!isPassingFocus(event->reason()))
+        showFocus(false);
     TextArea::focusOutEvent(event);
-    viewport()->update();
+}
+
+void ReadingArea::showFocus(bool shows) {
+    if (std::exchange(m_showsFocus, shows) != shows)
+        Q_EMIT focusShown(shows);
 }
 
 }  // namespace tralio

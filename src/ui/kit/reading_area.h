@@ -13,14 +13,22 @@ public:
 
     /// Shows another text from its beginning; the same text keeps its selection and place.
     void setText(const QString& text);
+    /// What stands there is not the result of what the user now asks for.
+    void setStale(bool stale);
+
+Q_SIGNALS:
+    /// The keyboard focus has come, to be shown around the area, or has gone.
+    void focusShown(bool shows);
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    bool m_showsFocusRing = false;
+    void showFocus(bool shows);
+
+    QString m_shown;
+    bool m_showsFocus = false;
 };
 
 }  // namespace tralio

@@ -17,9 +17,9 @@ struct Shadow {
 
 namespace shadow {
 
-inline constexpr Shadow window{ColorRole::WindowShadow, 14, 36};
-inline constexpr Shadow windowNear{ColorRole::WindowNearShadow, 2, 6};
-inline constexpr Shadow menu{ColorRole::MenuShadow, 8, 24};
+inline constexpr Shadow window{ColorRole::windowShadow, 14, 36};
+inline constexpr Shadow windowNear{ColorRole::windowNearShadow, 2, 6};
+inline constexpr Shadow menu{ColorRole::menuShadow, 8, 24};
 
 }  // namespace shadow
 

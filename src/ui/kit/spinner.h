@@ -13,7 +13,7 @@ class Spinner final : public QWidget {
 
 public:
     /// `box` is the side in logical pixels: 14 in buttons, 12 elsewhere.
-    explicit Spinner(int box, ColorRole role = ColorRole::AccentIcon, QWidget* parent = nullptr);
+    explicit Spinner(int box, ColorRole role = ColorRole::accentIcon, QWidget* parent = nullptr);
 
     void setColor(ColorRole role);
     [[nodiscard]] bool isTurning() const { return m_timer.isActive(); }

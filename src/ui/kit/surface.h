@@ -14,7 +14,7 @@ public:
     Surface(ColorRole fill, ColorRole edge, int radius, QWidget* parent = nullptr);
 
     void setFill(ColorRole fill);
-    /// The border lies inside the edge, `width` logical pixels wide; `ColorRole::None` takes it away.
+    /// The border lies inside the edge, `width` logical pixels wide; `ColorRole::none` takes it away.
     void setEdge(ColorRole edge, int width = 1);
     /// Gives the ground of a part at the top of the surface, as wide as it, another fill.
     void setHead(QWidget* head, ColorRole fill);
@@ -28,7 +28,7 @@ private:
     int m_edgeWidth = 1;
     int m_radius;
     QWidget* m_head = nullptr;
-    ColorRole m_headFill = ColorRole::None;
+    ColorRole m_headFill = ColorRole::none;
 };
 
 /// A faint line of one pixel across the full width.
@@ -36,7 +36,7 @@ class Divider final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit Divider(QWidget* parent = nullptr, ColorRole role = ColorRole::Divider);
+    explicit Divider(QWidget* parent = nullptr, ColorRole role = ColorRole::divider);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

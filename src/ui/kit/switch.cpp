@@ -42,15 +42,15 @@ void Switch::paintEvent(QPaintEvent*) {
         painter.setOpacity(0.4);
     const QRectF area = QRectF(QPointF(), track)
                             .translated((width() - track.width()) / 2.0, (height() - track.height()) / 2.0);
-    const Ground ground = isChecked() ? Ground::Solid : Ground::Neutral;
+    const Ground ground = isChecked() ? Ground::solid : Ground::neutral;
     const qreal round = area.height() / 2;
-    paintFill(painter, area, round, color(isChecked() ? ColorRole::AccentFill : ColorRole::SwitchOff));
+    paintFill(painter, area, round, color(isChecked() ? ColorRole::accentFill : ColorRole::switchOff));
     paintStateOverlay(painter, area, round, ground);
     const qreal left = area.left() + inset + m_knob * (track.width() - knob - 2 * inset);
-    paintFill(painter, QRectF(left, area.top() + inset, knob, knob), knob / 2.0, color(ColorRole::OnFill));
+    paintFill(painter, QRectF(left, area.top() + inset, knob, knob), knob / 2.0, color(ColorRole::onFill));
     if (showsFocusRing()) {
         paintEdge(painter, area.adjusted(-ringRoom, -ringRoom, ringRoom, ringRoom), round + ringRoom, 2,
-            color(ColorRole::AccentIcon));
+            color(ColorRole::accentIcon));
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "ui/kit/control.h"
 #include "ui/kit/icon.h"
+#include "ui/kit/keyboard_use.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/theme.h"
@@ -18,7 +19,7 @@ constexpr int stripPadding = 3;
 constexpr int tabGap = 2;
 constexpr int slideTime = 150;  // milliseconds
 constexpr TextStyle plain = text::caption;
-constexpr TextStyle selectedStyle = text::caption.with(Weight::Semibold);
+constexpr TextStyle selectedStyle = text::caption.with(Weight::semibold);
 
 }  // namespace
 
@@ -40,16 +41,16 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         const QRectF area = rect();
-        const Ground ground = isChecked() ? Ground::Solid : Ground::Neutral;
+        const Ground ground = isChecked() ? Ground::solid : Ground::neutral;
         if (!isChecked())
             paintStateOverlay(painter, area, radius::control, ground);
         // The label is white exactly where the sliding shape lies under it.
         const QRectF shape = m_strip.m_shape.translated(-QPointF(pos()));
         const QRegion covered = QRegion(rect()) & shape.toAlignedRect();
         painter.setClipRegion(QRegion(rect()) - covered);
-        paintLabel(painter, plain, color(ColorRole::Text));
+        paintLabel(painter, plain, color(ColorRole::text));
         painter.setClipRegion(covered);
-        paintLabel(painter, selectedStyle, color(ColorRole::OnFill));
+        paintLabel(painter, selectedStyle, color(ColorRole::onFill));
         painter.setClipping(false);
         paintFocusRing(painter, area, radius::control, ground);
     }
@@ -75,6 +76,8 @@ TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent
         const int index = int(m_tabs.size());
         connect(tab, &Control::clicked, this, [this, index] {
             if (index != m_current) {
+                const QWidget* focus = window()->focusWidget();
+                m_isWalked = focus != nullptr && isAncestorOf(focus) && isKeyboardFocus(Qt::TabFocusReason);
                 setCurrent(index);
                 Q_EMIT selected(index);
             }
@@ -124,11 +127,22 @@ void TabStrip::setShape(const QRectF& shape) {
     update();
 }
 
+bool TabStrip::isWalked(const QWidget& window) {
+    const QWidget* focus = window.focusWidget();
+    const auto* strip = focus != nullptr ? qobject_cast<const TabStrip*>(focus->parentWidget()) : nullptr;
+    return strip != nullptr && strip->m_isWalked;
+}
+
+void TabStrip::hideEvent(QHideEvent* event) {
+    m_isWalked = false;
+    QWidget::hideEvent(event);
+}
+
 void TabStrip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    paintFill(painter, rect(), radius::block, color(ColorRole::TabStrip));
-    paintEdge(painter, rect(), radius::block, 1, color(ColorRole::Hairline));
-    paintFill(painter, m_shape, radius::control, color(ColorRole::AccentFill));
+    paintFill(painter, rect(), radius::block, color(ColorRole::tabStrip));
+    paintEdge(painter, rect(), radius::block, 1, color(ColorRole::hairline));
+    paintFill(painter, m_shape, radius::control, color(ColorRole::accentFill));
 }
 
 void TabStrip::resizeEvent(QResizeEvent* event) {

@@ -23,6 +23,10 @@ public:
     /// Selects a tab without telling anybody.
     void setCurrent(int index);
 
+    /// Whether the user goes along the tabs of a window by keyboard: a panel that appears then must not take
+    /// the focus.
+    [[nodiscard]] static bool isWalked(const QWidget& window);
+
 Q_SIGNALS:
     /// The user chose a tab.
     void selected(int index);
@@ -30,6 +34,7 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     class Tab;
@@ -42,6 +47,7 @@ private:
     QVariantAnimation m_slide;
     QRectF m_shape;  ///< the selected shape, in the strip's coordinates
     int m_current = 0;
+    bool m_isWalked = false;
 };
 
 }  // namespace tralio

@@ -4,8 +4,12 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QTextBlock>
+#include <QTextFrame>
 #include <QTextLayout>
 #include <QWheelEvent>
+
+#include <cmath>
+#include <utility>
 
 #include "ui/kit/edit_menu.h"
 #include "ui/kit/overlay_scroll_bar.h"
@@ -45,9 +49,7 @@ TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent)
     setAcceptRichText(false);
     setFont(fontFor(style));
     viewport()->setAutoFillBackground(false);
-    const int margin = inset.height() + baselineOf(style) - documentBaseline(style);
-    document()->setDocumentMargin(margin);
-    setViewportMargins(inset.width() - margin, 0, inset.width() - margin, 0);
+    placeText(inset);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 
     // Every later line takes over the format of the first one. Undo must not reach behind it.
@@ -62,13 +64,25 @@ TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent)
     followTheme();
 }
 
+// The document's margin is the same all around and whole: the viewport stands in for what it lacks at the
+// sides, and its frame for what the baseline lacks, on screens of a finer grain.
+void TextArea::placeText(const QSize& inset) {
+    const qreal above = inset.height() + baselineOf(m_style, devicePixelRatioF()) - documentBaseline(m_style);
+    const int margin = int(std::floor(above));
+    document()->setDocumentMargin(margin);
+    setViewportMargins(inset.width() - margin, 0, inset.width() - margin, 0);
+    QTextFrameFormat frame = document()->rootFrame()->frameFormat();
+    frame.setTopMargin(above);
+    document()->rootFrame()->setFrameFormat(frame);
+}
+
 void TextArea::followTheme() {
     QPalette colors = palette();
     colors.setColor(QPalette::Base, Qt::transparent);
     colors.setColor(QPalette::Window, Qt::transparent);
-    colors.setColor(QPalette::Text, color(ColorRole::Text));
-    colors.setColor(QPalette::HighlightedText, color(ColorRole::Text));
-    colors.setColor(QPalette::Highlight, color(ColorRole::Selection));
+    colors.setColor(QPalette::Text, color(m_role));
+    colors.setColor(QPalette::HighlightedText, color(ColorRole::text));
+    colors.setColor(QPalette::Highlight, color(ColorRole::selection));
     setPalette(colors);
 }
 
@@ -83,9 +97,19 @@ void TextArea::setPlaceholder(const QString& placeholder, ColorRole role) {
     viewport()->update();
 }
 
+void TextArea::setColor(ColorRole role) {
+    if (std::exchange(m_role, role) != role)
+        followTheme();
+}
+
+void TextArea::setNote(const QString& note) {
+    m_note = note;
+    describeAloud();
+}
+
 // Beside a text, what stands in its place would be read as if it were true.
 void TextArea::describeAloud() {
-    setAccessibleDescription(document()->isEmpty() ? m_placeholder : QString());
+    setAccessibleDescription(document()->isEmpty() ? m_placeholder : m_note);
 }
 
 void TextArea::setScrollFrame(QWidget* frame) {
@@ -119,7 +143,8 @@ void TextArea::paintEvent(QPaintEvent* event) {
     if (!m_placeholder.isEmpty() && document()->isEmpty() && !isComposing()) {
         QPainter painter(viewport());
         const qreal margin = document()->documentMargin();
-        const qreal top = margin + documentBaseline(m_style) - baselineOf(m_style);
+        const qreal top = document()->rootFrame()->frameFormat().topMargin() + documentBaseline(m_style) -
+            baselineOf(m_style, devicePixelRatioF());
         paintText(painter, QRectF(margin, top, viewport()->width() - 2 * margin, m_style.line), m_style,
             color(m_placeholderRole), m_placeholder);
     }

@@ -21,7 +21,11 @@ public:
     [[nodiscard]] QString text() const;
 
     /// Stands where the text would begin, while there is none.
-    void setPlaceholder(const QString& placeholder, ColorRole role = ColorRole::Placeholder);
+    void setPlaceholder(const QString& placeholder, ColorRole role = ColorRole::placeholder);
+
+    void setColor(ColorRole role);
+    /// What a screen reader says of the text.
+    void setNote(const QString& note);
 
     /// Lets the scroll thumb keep its distance from the edge of a widget around the area, so that it stands
     /// in the padding and not on the text.
@@ -48,13 +52,16 @@ protected:
     [[nodiscard]] const TextStyle& textStyle() const { return m_style; }
 
 private:
+    void placeText(const QSize& inset);
     void followTheme();
     void describeAloud();
 
     TextStyle m_style;
     OverlayScrollBar* m_scrollBar;
+    ColorRole m_role = ColorRole::text;
+    QString m_note;
     QString m_placeholder;
-    ColorRole m_placeholderRole = ColorRole::Placeholder;
+    ColorRole m_placeholderRole = ColorRole::placeholder;
 };
 
 }  // namespace tralio

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <utility>
 
+#include "ui/kit/foreign_content.h"
 #include "ui/kit/theme.h"
 
 using namespace Qt::StringLiterals;
@@ -22,6 +23,7 @@ namespace {
 
 constexpr qreal caretWidth = 1.5;
 constexpr qreal caretInset = 1.5;  // less than its line at both ends
+constexpr qreal caretShift = 1.5;  // away from the first letter of a placeholder
 
 }  // namespace
 
@@ -29,6 +31,7 @@ TextEditor::TextEditor(const TextStyle& style, const QSize& inset, Binding<QStri
     : TextArea(style, inset, parent), m_text(std::move(text)) {
     hideToolkitCaret();
     refresh();
+    document()->clearUndoRedoStacks();  // what it begins with is no edit
     connect(this, &QTextEdit::textChanged, this, &TextEditor::writeText);
     connect(this, &QTextEdit::cursorPositionChanged, this, &TextEditor::restartCaret);
 }
@@ -123,15 +126,33 @@ void TextEditor::inputMethodEvent(QInputMethodEvent* event) {
     restartCaret();
 }
 
-// A drag of files or pictures is left to what stands around the editor.
+// A drag of files or pictures is left to what stands around the editor. While one moves, the toolkit asks
+// again and again, and every answer may take another program's time.
 bool TextEditor::canInsertFromMimeData(const QMimeData* source) const {
-    return source->hasText() && !source->hasUrls() && !source->hasImage();
+    if (m_dragBringsText)
+        return *m_dragBringsText;
+    return foreignContent(*source) == ForeignContent::text;
+}
+
+void TextEditor::dragEnterEvent(QDragEnterEvent* event) {
+    m_dragBringsText = foreignContent(*event->mimeData()) == ForeignContent::text;
+    TextArea::dragEnterEvent(event);
+}
+
+void TextEditor::dragLeaveEvent(QDragLeaveEvent* event) {
+    m_dragBringsText.reset();
+    TextArea::dragLeaveEvent(event);
+}
+
+void TextEditor::dropEvent(QDropEvent* event) {
+    TextArea::dropEvent(event);
+    m_dragBringsText.reset();
 }
 
 void TextEditor::insertFromMimeData(const QMimeData* source) {
-    if (source->hasText()) {
-        prepareFor(source->text());
-        insertPlainText(source->text());
+    if (const QString text = source->text(); !text.isEmpty()) {
+        prepareFor(text);
+        insertPlainText(text);
         ensureCursorVisible();
     }
 }
@@ -143,16 +164,17 @@ QRectF TextEditor::caretArea() const {
     const qreal ratio = devicePixelRatioF();
     const auto onPixel = [ratio](qreal position) { return std::floor(position * ratio) / ratio; };
     const qreal top =
-        place.top() + (line.isValid() ? line.ascent() : 0) - baselineOf(textStyle()) + caretInset;
-    return {onPixel(place.left()), onPixel(top), caretWidth, textStyle().line - 2 * caretInset};
+        place.top() + (line.isValid() ? line.ascent() : 0) - baselineOf(textStyle(), ratio) + caretInset;
+    const qreal shift = document()->isEmpty() ? caretShift : 0;
+    return {onPixel(place.left() - shift), onPixel(top), caretWidth, textStyle().line - 2 * caretInset};
 }
 
 void TextEditor::paintEvent(QPaintEvent* event) {
     TextArea::paintEvent(event);
-    if (m_caretOn && !m_caretHiddenByComposition && isEnabled()) {
+    if (m_caretOn && m_showsCaret && !m_caretHiddenByComposition && isEnabled()) {
         QPainter painter(viewport());
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.fillRect(caretArea(), color(ColorRole::AccentIcon));
+        painter.fillRect(caretArea(), color(ColorRole::accentIcon));
     }
 }
 
@@ -164,6 +186,11 @@ void TextEditor::focusInEvent(QFocusEvent* event) {
 void TextEditor::focusOutEvent(QFocusEvent* event) {
     TextArea::focusOutEvent(event);
     restartCaret();
+}
+
+void TextEditor::setCaretShown(bool shown) {
+    m_showsCaret = shown;
+    viewport()->update();
 }
 
 void TextEditor::restartCaret() {

@@ -2,6 +2,8 @@
 
 #include <QBasicTimer>
 
+#include <optional>
+
 #include "common/binding.h"
 #include "ui/kit/text_area.h"
 
@@ -18,6 +20,9 @@ public:
     /// whether it did.
     bool refresh();
 
+    /// The caret is out of place while something else is about to be put in.
+    void setCaretShown(bool shown);
+
 protected:
     /// `text` is written on every edit, also of a composition, and read by `refresh`.
     TextEditor(const TextStyle& style, const QSize& inset, Binding<QString> text, QWidget* parent = nullptr);
@@ -28,6 +33,9 @@ protected:
     void inputMethodEvent(QInputMethodEvent* event) override;
     [[nodiscard]] bool canInsertFromMimeData(const QMimeData* source) const override;
     void insertFromMimeData(const QMimeData* source) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -42,9 +50,11 @@ private:
     [[nodiscard]] QRectF caretArea() const;
 
     Binding<QString> m_text;
-    QString m_shown;  ///< the bound text as it was last read or written
+    QString m_shown;                       ///< the bound text as it was last read or written
+    std::optional<bool> m_dragBringsText;  ///< while one is over the editor
     QBasicTimer m_blink;
     bool m_caretOn = false;
+    bool m_showsCaret = true;
     bool m_caretHiddenByComposition = false;
     bool m_refreshing = false;
 };

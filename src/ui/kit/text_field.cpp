@@ -18,9 +18,9 @@ constexpr int fixedWidthRise = 2;  // that font keeps more room above its letter
 
 TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
-    setFont(fontFor(face == Face::FixedWidth ? text::fixedWidth : text::caption));
+    setFont(fontFor(face == Face::fixedWidth ? text::fixedWidth : text::caption));
     setTextMargins(
-        padding - toolkitPadding, 0, padding - toolkitPadding, face == Face::FixedWidth ? fixedWidthRise : 0);
+        padding - toolkitPadding, 0, padding - toolkitPadding, face == Face::fixedWidth ? fixedWidthRise : 0);
     setFixedHeight(fieldHeight);
     connect(&Theme::current(), &Theme::changed, this, &TextField::followTheme);
     followTheme();
@@ -29,11 +29,11 @@ TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
 void TextField::followTheme() {
     QPalette colors = palette();
     colors.setColor(QPalette::Base, Qt::transparent);
-    colors.setColor(QPalette::Text, color(ColorRole::Text));
-    colors.setColor(QPalette::PlaceholderText, color(ColorRole::Placeholder));
-    colors.setColor(QPalette::HighlightedText, color(ColorRole::Text));
-    colors.setColor(QPalette::Highlight, color(ColorRole::Selection));
-    QColor faded = color(ColorRole::Text);
+    colors.setColor(QPalette::Text, color(ColorRole::text));
+    colors.setColor(QPalette::PlaceholderText, color(ColorRole::placeholder));
+    colors.setColor(QPalette::HighlightedText, color(ColorRole::text));
+    colors.setColor(QPalette::Highlight, color(ColorRole::selection));
+    QColor faded = color(ColorRole::text);
     faded.setAlphaF(0.4F);
     colors.setColor(QPalette::Disabled, QPalette::Text, faded);
     setPalette(colors);
@@ -48,12 +48,12 @@ void TextField::paintEvent(QPaintEvent* event) {
         QPainter painter(this);
         if (!isEnabled())
             painter.setOpacity(0.4);
-        paintFill(painter, rect(), radius::control, color(ColorRole::TextBackground));
+        paintFill(painter, rect(), radius::control, color(ColorRole::textBackground));
         if (hasFocus()) {
-            paintEdge(painter, rect(), radius::control, 2, color(ColorRole::AccentIcon));
+            paintEdge(painter, rect(), radius::control, 2, color(ColorRole::accentIcon));
         } else {
             paintEdge(painter, rect(), radius::control, 1,
-                color(m_hovered && isEnabled() ? ColorRole::FieldHoverEdge : ColorRole::Border25));
+                color(m_hovered && isEnabled() ? ColorRole::fieldHoverEdge : ColorRole::border25));
         }
     }
     QLineEdit::paintEvent(event);

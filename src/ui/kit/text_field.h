@@ -9,9 +9,9 @@ class TextField final : public QLineEdit {
     Q_OBJECT
 
 public:
-    enum class Face { Proportional, FixedWidth };
+    enum class Face { proportional, fixedWidth };
 
-    explicit TextField(Face face = Face::Proportional, QWidget* parent = nullptr);
+    explicit TextField(Face face = Face::proportional, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -9,12 +9,31 @@
 using namespace Qt::StringLiterals;
 
 namespace tralio {
+namespace {
+
+/// WORKAROUND: the toolkit turns on that FreeType darkens the stems of fonts like Inter, by up to half a
+/// weight. How much can only be told in the environment, which FreeType reads when the first font is loaded;
+/// programs that we start must not inherit it.
+void loadFontsAsDrawn() {
+    constexpr auto variable = "FREETYPE_PROPERTIES";
+    if (qEnvironmentVariableIsSet(variable))
+        return;
+    qputenv(variable, "cff:darkening-parameters=500,30,1000,30,1667,30,2333,30");
+    (void)QFontMetricsF(QFont()).ascent();
+    qunsetenv(variable);
+}
+
+}  // namespace
 
 QFont fontFor(const TextStyle& style) {
-    static const QStringList proportional{
-        u"Inter"_s, u"Noto Sans"_s, QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()};
+    static const QStringList proportional{u"Inter"_s, u"Noto Sans"_s, u"Noto Sans CJK JP"_s,
+        u"Noto Sans Symbols2"_s, QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()};
     static const QStringList fixed{u"Noto Sans Mono"_s, u"DejaVu Sans Mono"_s,
         QFontDatabase::systemFont(QFontDatabase::FixedFont).family()};
+    [[maybe_unused]] static const bool loaded = [] {
+        loadFontsAsDrawn();
+        return true;
+    }();
     QFont font;
     font.setFamilies(style.fixedWidth ? fixed : proportional);
     font.setPixelSize(style.size);
@@ -26,9 +45,13 @@ QFont fontFor(const TextStyle& style) {
     return font;
 }
 
-int baselineOf(const TextStyle& style) {
+qreal baselineOf(const TextStyle& style, qreal devicePixelRatio) {
     const QFontMetricsF metrics(fontFor(style));
-    return int(std::lround((style.line - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent()));
+    const qreal middle = (style.line - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();
+    // The drawings round down, on a screen of a fine grain; on another one that would be seen.
+    constexpr qreal inexactness = 0.01;
+    const qreal share = devicePixelRatio < 1.5 ? 0.5 : -inexactness;
+    return std::floor(middle * devicePixelRatio + share) / devicePixelRatio;
 }
 
 }  // namespace tralio

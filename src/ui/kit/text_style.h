@@ -4,7 +4,7 @@
 
 namespace tralio {
 
-enum class Weight { Regular = 400, Medium = 500, Semibold = 600, Bold = 700, Heavy = 800 };
+enum class Weight { regular = 400, medium = 500, semibold = 600, bold = 700, heavy = 800 };
 
 /// A way of setting text: sizes in logical pixels, letter spacing in percent of the size.
 ///
@@ -13,7 +13,7 @@ enum class Weight { Regular = 400, Medium = 500, Semibold = 600, Bold = 700, Hea
 struct TextStyle {
     int size;
     int line;
-    Weight weight = Weight::Regular;
+    Weight weight = Weight::regular;
     double spacing = 0;
     bool fixedWidth = false;
 
@@ -28,18 +28,18 @@ struct TextStyle {
 
 namespace text {
 
-inline constexpr TextStyle onboardingTitle{.size = 20, .line = 28, .weight = Weight::Bold, .spacing = -1.8};
-inline constexpr TextStyle panelTitle{.size = 15, .line = 20, .weight = Weight::Bold, .spacing = -1};
-inline constexpr TextStyle headline{.size = 13, .line = 20, .weight = Weight::Bold};
-inline constexpr TextStyle cardTitle{.size = 13, .line = 18, .weight = Weight::Bold};
+inline constexpr TextStyle onboardingTitle{.size = 20, .line = 28, .weight = Weight::bold, .spacing = -1.8};
+inline constexpr TextStyle panelTitle{.size = 15, .line = 20, .weight = Weight::bold, .spacing = -1};
+inline constexpr TextStyle headline{.size = 13, .line = 20, .weight = Weight::bold};
+inline constexpr TextStyle cardTitle{.size = 13, .line = 18, .weight = Weight::bold};
 inline constexpr TextStyle body{.size = 13, .line = 20};
-inline constexpr TextStyle menu{.size = 12, .line = 16, .weight = Weight::Medium};
+inline constexpr TextStyle menu{.size = 12, .line = 16, .weight = Weight::medium};
 inline constexpr TextStyle menuItem{.size = 12, .line = 16};
-inline constexpr TextStyle blockTitle{.size = 12, .line = 16, .weight = Weight::Semibold};
+inline constexpr TextStyle blockTitle{.size = 12, .line = 16, .weight = Weight::semibold};
 inline constexpr TextStyle subtitle{.size = 12, .line = 18};
 inline constexpr TextStyle caption{.size = 11, .line = 16};
 inline constexpr TextStyle smallCaption{.size = 10, .line = 14};
-inline constexpr TextStyle tiny{.size = 8, .line = 10, .weight = Weight::Heavy};
+inline constexpr TextStyle tiny{.size = 8, .line = 10, .weight = Weight::heavy};
 inline constexpr TextStyle fixedWidth{.size = 11, .line = 16, .fixedWidth = true};
 inline constexpr TextStyle promptEditor{.size = 11, .line = 17};
 
@@ -47,7 +47,7 @@ inline constexpr TextStyle promptEditor{.size = 11, .line = 17};
 
 [[nodiscard]] QFont fontFor(const TextStyle& style);
 
-/// Where the baseline of text in this style lies below the top of its line, in whole pixels.
-[[nodiscard]] int baselineOf(const TextStyle& style);
+/// Where the baseline of text in this style lies below the top of its line, on a pixel of the device.
+[[nodiscard]] qreal baselineOf(const TextStyle& style, qreal devicePixelRatio);
 
 }  // namespace tralio

@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-Theme::Theme() : m_colors(Scheme::Light, m_appearance.accent) {
+Theme::Theme() : m_colors(Scheme::light, m_appearance.accent) {
     installAccessibleRoles();
 }
 
@@ -21,7 +21,7 @@ void Theme::setAppearance(const Appearance& appearance) {
     if (theme.m_appearance == appearance)
         return;
     theme.m_appearance = appearance;
-    theme.m_colors = Colors(appearance.dark ? Scheme::Dark : Scheme::Light, appearance.accent);
+    theme.m_colors = Colors(appearance.dark ? Scheme::dark : Scheme::light, appearance.accent);
     Q_EMIT theme.changed();
     const QWidgetList widgets = QApplication::allWidgets();
     for (QWidget* widget : widgets)

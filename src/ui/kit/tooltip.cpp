@@ -41,9 +41,9 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        paintFill(painter, rect(), radius::control, color(ColorRole::Tooltip));
+        paintFill(painter, rect(), radius::control, color(ColorRole::tooltip));
         paintText(painter, rect().adjusted(paddingAcross, 0, -paddingAcross, 0), text::caption,
-            color(ColorRole::TooltipText), m_text, Qt::AlignHCenter);
+            color(ColorRole::tooltipText), m_text, Qt::AlignHCenter);
     }
 
 private:

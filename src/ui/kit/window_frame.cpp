@@ -29,7 +29,7 @@ void WindowFrame::setEdges(Edges edges) {
 }
 
 QMargins WindowFrame::shadowMargins() const {
-    return m_edges == Edges::Floating ? QMargins(40, 28, 40, 52) : QMargins();
+    return m_edges == Edges::floating ? QMargins(40, 28, 40, 52) : QMargins();
 }
 
 QRect WindowFrame::contentArea() const {
@@ -39,7 +39,7 @@ QRect WindowFrame::contentArea() const {
 
 void WindowFrame::arrange() {
     // Only a window with a margin is translucent: without a compositor its corners would be black.
-    setAttribute(Qt::WA_TranslucentBackground, m_edges == Edges::Floating);
+    setAttribute(Qt::WA_TranslucentBackground, m_edges == Edges::floating);
     setFixedSize(contentArea().size().grownBy(shadowMargins()));
     if (m_content != nullptr)
         m_content->setGeometry(contentArea());
@@ -48,7 +48,7 @@ void WindowFrame::arrange() {
 void WindowFrame::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRect area = contentArea();
-    if (m_edges == Edges::Floating) {
+    if (m_edges == Edges::floating) {
         paintShadow(painter, area, radius::window, shadow::window);
         paintShadow(painter, area, radius::window, shadow::windowNear);
     }
@@ -57,13 +57,13 @@ void WindowFrame::paintEvent(QPaintEvent*) {
 
 void WindowFrame::paintWindow(QPainter& painter) const {
     const QRect area = contentArea();
-    if (m_edges == Edges::Square) {
-        painter.fillRect(area, color(ColorRole::Window));
-        paintEdge(painter, area, 0, 1, color(ColorRole::WindowEdge));
+    if (m_edges == Edges::square) {
+        painter.fillRect(area, color(ColorRole::window));
+        paintEdge(painter, area, 0, 1, color(ColorRole::windowEdge));
         return;
     }
-    paintFill(painter, area, radius::window, color(ColorRole::Window));
-    paintEdge(painter, area.adjusted(-1, -1, 1, 1), radius::window + 1, 1, color(ColorRole::WindowEdge));
+    paintFill(painter, area, radius::window, color(ColorRole::window));
+    paintEdge(painter, area.adjusted(-1, -1, 1, 1), radius::window + 1, 1, color(ColorRole::windowEdge));
 }
 
 void WindowFrame::paintGround(QPainter& painter, const QWidget& widget) {
@@ -72,7 +72,7 @@ void WindowFrame::paintGround(QPainter& painter, const QWidget& widget) {
         ancestor = ancestor->parentWidget();
     const auto* frame = static_cast<const WindowFrame*>(ancestor);
     if (frame == nullptr) {
-        painter.fillRect(widget.rect(), color(ColorRole::Window));
+        painter.fillRect(widget.rect(), color(ColorRole::window));
         return;
     }
     painter.save();

@@ -16,7 +16,7 @@ class WindowFrame final : public QWidget {
     Q_OBJECT
 
 public:
-    enum class Edges { Floating, Square };
+    enum class Edges { floating, square };
 
     static constexpr QSize contentSize{530, 585};
 

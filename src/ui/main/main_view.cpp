@@ -39,7 +39,7 @@ constexpr int onboardingClosing = 250;  // milliseconds
 void showPermission(
     Chip* chip, const QString& title, bool granted, const QString& ready, const QString& missing) {
     chip->setTitle(title);
-    chip->setState(granted ? Chip::State::Good : Chip::State::Trouble);
+    chip->setState(granted ? Chip::State::good : Chip::State::trouble);
     setTooltip(chip, granted ? ready : missing);
 }
 
@@ -98,7 +98,7 @@ QWidget* MainView::header() {
     connect(quit, &Button::clicked, this, [this] { m_actions.quit(); });
 
     auto* name = row({.spacing = 6},
-        {new IconView({u"character.bubble.fill"_s, 16, true}, ColorRole::AccentIcon),
+        {new IconView({u"character.bubble.fill"_s, 16, true}, ColorRole::accentIcon),
             new Label(u"Tralio"_s, text::panelTitle)});
     auto* bar = filled(
         new QWidget, row({.padding = {14, 0, 8, 0}}, {name, Stretch{}, m_tabs, Stretch{}, guide, quit}));
@@ -108,7 +108,7 @@ QWidget* MainView::header() {
 
 QWidget* MainView::footer() {
     auto* version = new Label(u"Tralio v"_s + m_services.updates.currentVersion(),
-        text::caption.with(Weight::Semibold), ColorRole::Secondary);
+        text::caption.with(Weight::semibold), ColorRole::secondary);
     m_warning = new Button(button::footerWarning, {.icon = u"exclamationmark.triangle.fill"_s});
     setTooltip(m_warning, u"Nhấn để mở Cài đặt và cấp quyền cho ứng dụng"_s);
     m_selectionChip = new Chip(QString());
@@ -121,7 +121,7 @@ QWidget* MainView::footer() {
     auto* bar = filled(new QWidget,
         row({.spacing = 6, .padding = {14, 0, 14, 0}},
             {row({.spacing = 4},
-                 {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::AccentIcon), version}),
+                 {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::accentIcon), version}),
                 Stretch{}, m_warning, m_selectionChip, m_captureChip}));
     bar->setFixedHeight(33);
     return bar;
@@ -180,7 +180,7 @@ QWidget* MainView::makeTranslatePanel() {
         Binding<QString>{[this] { return m_state.textToTranslate(); },
             [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
     m_panelState = state;
-    return new TranslateView(*state);
+    return new ScrollPanel(new TranslateView(*state));  // on a very low screen, or beside a long error
 }
 
 QWidget* MainView::makeHistoryPanel() {

@@ -26,9 +26,9 @@ constexpr qsizetype longestNotes = 300;
 
 UpdateBanner::UpdateBanner(UpdateService& updates, std::function<void()> dismiss, QWidget* parent)
     : QWidget(parent), m_updates(updates), m_dismiss(std::move(dismiss)) {
-    auto* strip = filled(new Surface(ColorRole::AccentTint, ColorRole::None, 0),
+    auto* strip = filled(new Surface(ColorRole::accentTint, ColorRole::none, 0),
         row({.spacing = 8, .padding = {14, 0, 10, 0}},
-            {new IconView({u"sparkles"_s, 13, true}, ColorRole::AccentIcon), {offer(), {}, 1}, actions()}));
+            {new IconView({u"sparkles"_s, 13, true}, ColorRole::accentIcon), {offer(), {}, 1}, actions()}));
     strip->setFixedHeight(43);
     m_reveal = new Reveal(filled(new QWidget, column({}, {strip, new Divider})));
     filled(this, column({}, {m_reveal}));
@@ -38,8 +38,8 @@ UpdateBanner::UpdateBanner(UpdateService& updates, std::function<void()> dismiss
 }
 
 QWidget* UpdateBanner::offer() {
-    m_title = new Label(QString(), text::caption.with(Weight::Bold));
-    m_notes = new Label(QString(), text::smallCaption, ColorRole::Secondary);
+    m_title = new Label(QString(), text::caption.with(Weight::bold));
+    m_notes = new Label(QString(), text::smallCaption, ColorRole::secondary);
     return filled(new QWidget,
         column({.spacing = 1},
             {Stretch{}, row({.spacing = 6}, {m_title, new Badge(badge::offer, u"Mới"_s), Stretch{}}), m_notes,
@@ -47,7 +47,7 @@ QWidget* UpdateBanner::offer() {
 }
 
 QWidget* UpdateBanner::actions() {
-    m_percentage = new Label(QString(), text::smallCaption.with(Weight::Bold));
+    m_percentage = new Label(QString(), text::smallCaption.with(Weight::bold));
     m_progress =
         filled(new QWidget, row({.spacing = 6, .padding = {0, 0, 4, 0}}, {new Spinner(12), m_percentage}));
     m_install =

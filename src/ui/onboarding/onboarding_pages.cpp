@@ -17,11 +17,11 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr QMargins cardPadding{12, 12, 12, 12};
-constexpr BadgeStyle recommended{18, 6, radius::chip, text::smallCaption.with(Weight::Heavy),
-    ColorRole::AccentBadge, ColorRole::AccentText};
+constexpr BadgeStyle recommended{18, 6, radius::chip, text::smallCaption.with(Weight::heavy),
+    ColorRole::accentBadge, ColorRole::accentText};
 
 Label* wrapping(
-    const QString& text, const TextStyle& style = text::caption, ColorRole role = ColorRole::Secondary) {
+    const QString& text, const TextStyle& style = text::caption, ColorRole role = ColorRole::secondary) {
     auto* label = new Label(text, style, role);
     label->setWraps();
     return label;
@@ -41,12 +41,12 @@ QLayout* pageSubtitle(const QString& subtitle, int margin = 0) {
     return centred(wrapping(subtitle, text::subtitle), margin);
 }
 
-QLayout* closingLine(const QString& line, int margin = 0, ColorRole role = ColorRole::Secondary) {
+QLayout* closingLine(const QString& line, int margin = 0, ColorRole role = ColorRole::secondary) {
     return centred(wrapping(line, text::caption, role), margin);
 }
 
 Surface* card(QLayout* content) {
-    return filled(new Surface(ColorRole::Surface1, ColorRole::Border15, radius::section), content);
+    return filled(new Surface(ColorRole::surface1, ColorRole::border15, radius::section), content);
 }
 
 QWidget* page(std::initializer_list<StackItem> items) {
@@ -57,12 +57,12 @@ QWidget* page(std::initializer_list<StackItem> items) {
 /// The tint that stands behind an icon.
 ColorRole tileOf(ColorRole color) {
     switch (color) {
-        case ColorRole::OrangeIcon:
-            return ColorRole::OrangeBadge;
-        case ColorRole::Purple:
-            return ColorRole::PurpleBadge;
+        case ColorRole::orangeIcon:
+            return ColorRole::orangeBadge;
+        case ColorRole::purple:
+            return ColorRole::purpleBadge;
         default:
-            return ColorRole::AccentBadge;
+            return ColorRole::accentBadge;
     }
 }
 
@@ -73,9 +73,9 @@ QWidget* welcomeFeatureRow(const QString& icon, ColorRole color, const QString& 
 }
 
 QLayout* aiBenefitRow(const QString& icon, const QString& title, const QString& desc) {
-    constexpr TextStyle titleStyle = text::headline.with(Weight::Semibold);
+    constexpr TextStyle titleStyle = text::headline.with(Weight::semibold);
     return row({.spacing = 20},
-        {{new IconView({icon, 16}, ColorRole::AccentIcon), Qt::AlignTop},
+        {{new IconView({icon, 16}, ColorRole::accentIcon), Qt::AlignTop},
             {column({.spacing = 2}, {new Label(title, titleStyle), wrapping(desc)}), 1}});
 }
 
@@ -86,7 +86,7 @@ KeyCap* shortcutBadge(const QString& text) {
 QWidget* shortcutRow(const QString& title, const QString& modifier, const QString& key, const QString& desc) {
     auto* keys = filled(new QWidget,
         row({.spacing = 6},
-            {Stretch{}, shortcutBadge(modifier), new Label(u"+"_s, text::caption, ColorRole::Secondary),
+            {Stretch{}, shortcutBadge(modifier), new Label(u"+"_s, text::caption, ColorRole::secondary),
                 shortcutBadge(key)}));
     keys->setFixedWidth(132);
     return card(row({.spacing = 16, .padding = {14, 12, 14, 12}},
@@ -97,7 +97,7 @@ QWidget* shortcutRow(const QString& title, const QString& modifier, const QStrin
 QWidget* modelCard(QLayout* name, QLayout* benefits) {
     auto* head = filled(new QWidget, name);
     Surface* surface = card(column({}, {head, benefits}));
-    surface->setHead(head, ColorRole::AccentTint);
+    surface->setHead(head, ColorRole::accentTint);
     return surface;
 }
 
@@ -112,13 +112,13 @@ QWidget* step1Welcome() {
         pageSubtitle(
             u"Ứng dụng dịch thuật AI siêu nhẹ, chạy thường trực ngay trên Menu Bar macOS của bạn."_s, 66),
         Gap{24},
-        welcomeFeatureRow(u"bolt.fill"_s, ColorRole::OrangeIcon, u"Siêu nhẹ & Mở tức thì"_s,
+        welcomeFeatureRow(u"bolt.fill"_s, ColorRole::orangeIcon, u"Siêu nhẹ & Mở tức thì"_s,
             u"Dung lượng RAM < 30MB, không chiếm chỗ Dock, phản hồi dưới 0.3s."_s),
         Gap{8},
-        welcomeFeatureRow(u"text.cursor"_s, ColorRole::AccentText, u"Tralio bôi đen toàn cục"_s,
+        welcomeFeatureRow(u"text.cursor"_s, ColorRole::accentText, u"Tralio bôi đen toàn cục"_s,
             u"Bôi đen văn bản ở ứng dụng bất kỳ rồi nhấn ⌥D để dịch ngay."_s),
         Gap{8},
-        welcomeFeatureRow(u"viewfinder"_s, ColorRole::Purple, u"Chụp màn hình OCR Apple Vision"_s,
+        welcomeFeatureRow(u"viewfinder"_s, ColorRole::purple, u"Chụp màn hình OCR Apple Vision"_s,
             u"Quét chữ trong ảnh, video, game, tài liệu khóa bằng phím tắt ⌥S."_s),
     });
 }
@@ -143,9 +143,9 @@ QWidget* step2Permissions(PermissionStep* accessibility, PermissionStep* screenC
 
 QWidget* step3AIModel() {
     auto* name = new Label(u"Model AI Mặc Định Của Tralio (TranslateGemma-27B)"_s, text::cardTitle);
-    auto* free = new Label(u"Miễn phí 100%"_s, text::caption.with(Weight::Semibold), ColorRole::Green);
+    auto* free = new Label(u"Miễn phí 100%"_s, text::caption.with(Weight::semibold), ColorRole::green);
     auto* head = row({.spacing = 12, .padding = {14, 12, 14, 12}},
-        {new IconTile({u"sparkles"_s, 16}, ColorRole::AccentIcon, ColorRole::AccentBadge),
+        {new IconTile({u"sparkles"_s, 16}, ColorRole::accentIcon, ColorRole::accentBadge),
             {column({.spacing = 4},
                  {name,
                      row({.spacing = 8},
@@ -189,7 +189,7 @@ QWidget* step4Shortcuts() {
             u"Nhập văn bản vào ô dịch và bấm ⌘↵ hoặc nút Tralio để dịch tức thì."_s),
         Gap{20},
         closingLine(
-            u"🎉 Bạn đã sẵn sàng! Chúc bạn có trải nghiệm dịch thuật tuyệt vời."_s, 0, ColorRole::Text),
+            u"🎉 Bạn đã sẵn sàng! Chúc bạn có trải nghiệm dịch thuật tuyệt vời."_s, 0, ColorRole::text),
     });
 }
 

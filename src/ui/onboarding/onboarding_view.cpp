@@ -30,8 +30,8 @@ constexpr ButtonStyle nextButton{.height = 30,
     .radius = radius::block,
     .text = text::blockTitle,
     .iconSize = 10,
-    .fill = ColorRole::AccentFill,
-    .color = ColorRole::OnFill,
+    .fill = ColorRole::accentFill,
+    .color = ColorRole::onFill,
     .iconTrails = true};
 constexpr ButtonStyle backButton{.height = 30,
     .padding = 14,
@@ -39,17 +39,17 @@ constexpr ButtonStyle backButton{.height = 30,
     .radius = radius::block,
     .text = text::menu,
     .iconSize = 10,
-    .fill = ColorRole::Control,
-    .edge = ColorRole::Hairline};
+    .fill = ColorRole::control,
+    .edge = ColorRole::hairline};
 constexpr ButtonStyle finishButton{.height = 34,
     .padding = 22,
     .gap = 3,
     .radius = radius::block,
     .text = text::cardTitle,
     .iconSize = 13,
-    .fill = ColorRole::AccentFill,
-    .color = ColorRole::OnFill,
-    .fillEnd = ColorRole::FillGradientEnd};
+    .fill = ColorRole::accentFill,
+    .color = ColorRole::onFill,
+    .fillEnd = ColorRole::fillGradientEnd};
 
 }  // namespace
 
@@ -70,8 +70,8 @@ OnboardingView::~OnboardingView() {
 QWidget* OnboardingView::topBar() {
     m_indicator = new PageIndicator(OnboardingState::totalSteps);
     m_skip = new Button(button::word, {.title = u"Bỏ qua"_s});
-    m_skip->setWeight(Weight::Medium);
-    m_skip->setColor(ColorRole::Secondary);
+    m_skip->setWeight(Weight::medium);
+    m_skip->setColor(ColorRole::secondary);
     connect(m_skip, &Button::clicked, this, [this] { m_state.finish(); });
     const int skipInset = 20 - button::word.padding;
     auto* bar =

@@ -58,12 +58,12 @@ void PageIndicator::setPosition(qreal position) {
 
 void PageIndicator::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    const QColor rest = withOpacity(color(ColorRole::Secondary), restOpacity);
+    const QColor rest = withOpacity(color(ColorRole::secondary), restOpacity);
     qreal left = 0;
     for (int page = 0; page < m_pages; ++page) {
         const qreal share = std::max(0.0, 1 - std::abs(m_position - page));
         const QRectF area(left, 0, capsule + (currentCapsule - capsule) * share, capsule);
-        paintFill(painter, area, capsule / 2.0, between(rest, color(ColorRole::AccentIcon), share));
+        paintFill(painter, area, capsule / 2.0, between(rest, color(ColorRole::accentIcon), share));
         left = area.right() + gap;
     }
 }

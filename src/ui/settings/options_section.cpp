@@ -42,14 +42,14 @@ QLayout* OptionsSection::autoPasteRow() {
 QLayout* OptionsSection::prompt() {
     auto* reset = new Button(button::word, {.title = u"Mặc định"_s});
     reset->setSpokenCaption(u"System Prompt"_s);
-    reset->setColor(ColorRole::AccentText);
+    reset->setColor(ColorRole::accentText);
     connect(reset, &Button::clicked, this, [this] { m_state.resetPrompt(); });
 
     AppSettings& settings = m_state.settings();
     m_prompt = new PromptEditor({[&settings] { return settings.customPrompt(); },
         [&settings](QString text) { settings.customPrompt = std::move(text); }, &settings});
     m_prompt->setSpokenCaption(u"System Prompt"_s);
-    auto* title = new Label(u"System Prompt:"_s, text::caption, ColorRole::Secondary);
+    auto* title = new Label(u"System Prompt:"_s, text::caption, ColorRole::secondary);
     return column({.spacing = 6 - wordRoom}, {row({}, {title, Stretch{}, reset, wordOverhang}), m_prompt});
 }
 

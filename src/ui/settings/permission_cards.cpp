@@ -17,13 +17,13 @@ using namespace Qt::StringLiterals;
 
 PermissionCard::PermissionCard(const Words& granted, const Words& missing, QWidget* parent)
     : QWidget(parent), m_grantedWords(granted), m_missingWords(missing) {
-    m_icon = new IconView({}, ColorRole::Green);
+    m_icon = new IconView({}, ColorRole::green);
     m_title = new Label({}, text::blockTitle);
-    m_line = new Label({}, text::caption, ColorRole::Secondary);
+    m_line = new Label({}, text::caption, ColorRole::secondary);
     m_line->setWraps();
     m_request = new Button(button::redSmall, {.title = u"Cấp quyền"_s});
     connect(m_request, &Button::clicked, this, &PermissionCard::requested);
-    m_surface = filled(new Surface(ColorRole::GreenTint, ColorRole::GreenTintEdge, radius::block),
+    m_surface = filled(new Surface(ColorRole::greenTint, ColorRole::greenTintEdge, radius::block),
         row({.spacing = 10, .padding = {10, 10, 10, 10}},
             {m_icon, StackItem(column({.spacing = 2}, {m_title, m_line}), 1), m_request}));
     filled(this, column({}, {m_surface}));
@@ -31,9 +31,9 @@ PermissionCard::PermissionCard(const Words& granted, const Words& missing, QWidg
 
 void PermissionCard::setGranted(bool granted) {
     const Words& words = granted ? m_grantedWords : m_missingWords;
-    const ColorRole ink = granted ? ColorRole::Green : ColorRole::Red;
-    m_surface->setFill(granted ? ColorRole::GreenTint : ColorRole::RedTint);
-    m_surface->setEdge(granted ? ColorRole::GreenTintEdge : ColorRole::RedTintCardEdge);
+    const ColorRole ink = granted ? ColorRole::green : ColorRole::red;
+    m_surface->setFill(granted ? ColorRole::greenTint : ColorRole::redTint);
+    m_surface->setEdge(granted ? ColorRole::greenTintEdge : ColorRole::redTintCardEdge);
     m_icon->setIcon(
         {.name = granted ? u"checkmark.shield.fill"_s : u"exclamationmark.shield.fill"_s, .pointSize = 16});
     m_icon->setColor(ink);

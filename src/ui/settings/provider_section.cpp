@@ -29,7 +29,7 @@ QList<MenuEntry> providerEntries(const QString& selectedId) {
 }
 
 Label* fieldCaption(const QString& text) {
-    return new Label(text, text::caption, ColorRole::Secondary);
+    return new Label(text, text::caption, ColorRole::secondary);
 }
 
 /// Leaves a field alone that shows the text already: the user may be typing in it.
@@ -44,7 +44,7 @@ void setShownText(TextField* field, const QString& text) {
 }  // namespace
 
 ProviderSection::ProviderSection(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
-    m_help = new Label({}, text::caption, ColorRole::Secondary);
+    m_help = new Label({}, text::caption, ColorRole::secondary);
     m_help->setWraps();
     filled(this,
         column({},
@@ -74,24 +74,24 @@ QLayout* ProviderSection::providerRow() {
 QWidget* ProviderSection::ownGatewayCard() {
     auto* description = new Label(
         u"Đây là AI Model chuyên dụng dịch văn bản của Kavo được cung cấp sử dụng hoàn toàn miễn phí, tối ưu hoá chuyên sâu cho tiếng Việt."_s,
-        text::caption, ColorRole::Secondary);
+        text::caption, ColorRole::secondary);
     description->setWraps();
-    m_cardModel = new Label({}, text::caption.with(Weight::Semibold));
+    m_cardModel = new Label({}, text::caption.with(Weight::semibold));
     ButtonStyle test = button::borderedField;
     test.height = button::bordered.height;
     m_cardTest = new Button(test, {.icon = u"bolt.horizontal.fill"_s});
-    m_cardTest->setIconColor(ColorRole::AccentIcon);
+    m_cardTest->setIconColor(ColorRole::accentIcon);
     connect(m_cardTest, &Button::clicked, this, [this] { m_state.runTestConnection(); });
 
     auto* model = row({},
         {new Label(u"Model: "_s), m_cardModel, Gap{5},
-            new IconView({.name = u"checkmark.circle.fill"_s, .pointSize = 11}, ColorRole::Green), Stretch{},
+            new IconView({.name = u"checkmark.circle.fill"_s, .pointSize = 11}, ColorRole::green), Stretch{},
             m_cardTest});
     auto* words = column({},
-        {new Label(u"AI Model Chuyên dụng Tralio thuật Kavo"_s, text::cardTitle, ColorRole::AccentText),
+        {new Label(u"AI Model Chuyên dụng Tralio thuật Kavo"_s, text::cardTitle, ColorRole::accentText),
             Gap{4}, description, Gap{8}, model});
-    auto* icon = new IconView({.name = u"sparkles"_s, .pointSize = 20}, ColorRole::AccentIcon);
-    m_card = filled(new Surface(ColorRole::AccentTint, ColorRole::AccentTintCardEdge, radius::block),
+    auto* icon = new IconView({.name = u"sparkles"_s, .pointSize = 20}, ColorRole::accentIcon);
+    m_card = filled(new Surface(ColorRole::accentTint, ColorRole::accentTintCardEdge, radius::block),
         row({.spacing = 10, .padding = {10, 10, 10, 10}},
             {column({}, {icon, Stretch{}}), StackItem(words, 1)}));
     return m_card;
@@ -113,7 +113,7 @@ QLayout* ProviderSection::keyField() {
     connect(m_eye, &Button::clicked, this, [this] { m_state.isShowingAPIKey = !m_state.isShowingAPIKey(); });
     m_apiKey = field(m_state.settings().apiKey, u"API Key"_s, u"sk-..."_s);
     m_test = new Button(button::borderedField, {.icon = u"bolt.horizontal.fill"_s, .title = u"Kiểm tra"_s});
-    m_test->setIconColor(ColorRole::AccentIcon);
+    m_test->setIconColor(ColorRole::accentIcon);
     connect(m_test, &Button::clicked, this, [this] { m_state.runTestConnection(); });
     return column({.spacing = 3},
         {row({}, {fieldCaption(u"API Key:"_s), Stretch{}, m_eye, Gap{-button::fieldIcon.padding}}),
@@ -122,7 +122,7 @@ QLayout* ProviderSection::keyField() {
 
 TextField* ProviderSection::field(
     Persisted<QString>& setting, const QString& caption, const QString& placeholder) {
-    auto* field = new TextField(TextField::Face::FixedWidth);
+    auto* field = new TextField(TextField::Face::fixedWidth);
     field->setAccessibleName(caption);
     field->setPlaceholderText(placeholder);
     connect(field, &TextField::textEdited, this, [&setting](const QString& text) { setting = text; });
@@ -130,10 +130,10 @@ TextField* ProviderSection::field(
 }
 
 QWidget* ProviderSection::resultStrip() {
-    m_resultIcon = new IconView({}, ColorRole::Green);
+    m_resultIcon = new IconView({}, ColorRole::green);
     m_resultMessage = new Label({});
     m_resultMessage->setWraps();
-    m_resultSurface = new Surface(ColorRole::GreenTestTint, ColorRole::None, radius::control);
+    m_resultSurface = new Surface(ColorRole::greenTestTint, ColorRole::none, radius::control);
     m_result = new Reveal(filled(m_resultSurface,
         row({.spacing = 6, .padding = {6, 6, 6, 6}},
             {column({}, {m_resultIcon, Stretch{}}), StackItem(m_resultMessage, {}, 1)})));
@@ -179,8 +179,8 @@ void ProviderSection::refreshResult() {
     if (!message)
         return;
     const bool success = m_state.isSuccess();
-    const ColorRole ink = success ? ColorRole::Green : ColorRole::Red;
-    m_resultSurface->setFill(success ? ColorRole::GreenTestTint : ColorRole::RedTint);
+    const ColorRole ink = success ? ColorRole::green : ColorRole::red;
+    m_resultSurface->setFill(success ? ColorRole::greenTestTint : ColorRole::redTint);
     m_resultIcon->setIcon(
         {.name = success ? u"checkmark.circle.fill"_s : u"exclamationmark.triangle.fill"_s, .pointSize = 12});
     m_resultIcon->setColor(ink);

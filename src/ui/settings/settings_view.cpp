@@ -38,27 +38,27 @@ SettingsView::SettingsView(SettingsState& state, QWidget* parent) : QWidget(pare
 
 QLayout* SettingsView::header() {
     auto* restore = new Button(button::word, {.title = u"Khôi phục mặc định"_s});
-    restore->setColor(ColorRole::Secondary);
+    restore->setColor(ColorRole::secondary);
     connect(restore, &Button::clicked, this, [this] { m_state.restoreDefaults(); });
     return row({}, {new Label(u"Cài đặt hệ thống"_s, text::panelTitle), Stretch{}, restore, wordOverhang});
 }
 
 QWidget* SettingsView::guideStrip() {
     auto* onboarding = new Button(button::word, {.title = u"Xem giới thiệu"_s});
-    onboarding->setWeight(Weight::Medium);
-    onboarding->setColor(ColorRole::Secondary);
+    onboarding->setWeight(Weight::medium);
+    onboarding->setColor(ColorRole::secondary);
     connect(onboarding, &Button::clicked, this, [this] { m_state.showOnboarding(); });
     auto* guide = new Button(button::word, {.title = u"Mở cẩm nang ↗"_s});
-    guide->setWeight(Weight::Semibold);
-    guide->setColor(ColorRole::AccentText);
+    guide->setWeight(Weight::semibold);
+    guide->setColor(ColorRole::accentText);
     connect(guide, &Button::clicked, this, [this] { m_state.openGuide(); });
 
-    auto* strip = new Surface(ColorRole::AccentTint, ColorRole::AccentTintEdge, radius::block);
+    auto* strip = new Surface(ColorRole::accentTint, ColorRole::accentTintEdge, radius::block);
     // The buttons are 2 px higher than the line they stand in, which is padded by 7.
     auto* words = row({.padding = {10, 6, 10, 6}},
-        {new IconView({.name = u"book.pages.fill"_s, .pointSize = 13}, ColorRole::AccentIcon), Gap{8},
-            new Label(u"Cần xem hướng dẫn cấp quyền & lấy API Key?"_s, text::caption.with(Weight::Medium)),
-            Stretch{}, onboarding, new Label(u"•"_s, text::caption, ColorRole::Separator), guide,
+        {new IconView({.name = u"book.pages.fill"_s, .pointSize = 13}, ColorRole::accentIcon), Gap{8},
+            new Label(u"Cần xem hướng dẫn cấp quyền & lấy API Key?"_s, text::caption.with(Weight::medium)),
+            Stretch{}, onboarding, new Label(u"•"_s, text::caption, ColorRole::separator), guide,
             wordOverhang});
     return filled(strip, words);
 }

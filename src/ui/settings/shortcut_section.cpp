@@ -35,7 +35,7 @@ ShortcutSection::ShortcutSection(SettingsState& state, QWidget* parent) : QWidge
 ShortcutBlock::ShortcutBlock(
     SettingsState& state, HotKeyRecordTarget target, const Words& words, QWidget* parent)
     : QWidget(parent), m_state(state), m_target(target) {
-    auto* description = new Label(words.description, text::caption, ColorRole::Secondary);
+    auto* description = new Label(words.description, text::caption, ColorRole::secondary);
     description->setWraps();
     filled(this,
         column({}, {sectionBlock(8, {titleRow(words), description, recordingBanner(), suggestions()})}));
@@ -46,7 +46,7 @@ ShortcutBlock::ShortcutBlock(
 }
 
 QLayout* ShortcutBlock::titleRow(const Words& words) {
-    auto* icon = new IconView({.name = words.icon, .pointSize = 12}, ColorRole::Secondary);
+    auto* icon = new IconView({.name = words.icon, .pointSize = 12}, ColorRole::secondary);
     m_display = new Badge(badge::shortcut, {});
     m_toggle = new Button(button::bordered, {});
     m_toggle->setSpokenCaption(words.title);
@@ -57,10 +57,10 @@ QLayout* ShortcutBlock::titleRow(const Words& words) {
 }
 
 QWidget* ShortcutBlock::recordingBanner() {
-    auto* icon = new IconView({.name = u"exclamationmark.circle.fill"_s, .pointSize = 12}, ColorRole::Orange);
+    auto* icon = new IconView({.name = u"exclamationmark.circle.fill"_s, .pointSize = 12}, ColorRole::orange);
     auto* hint = new Label(
-        u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s, text::caption, ColorRole::Orange);
-    m_banner = new Reveal(filled(new Surface(ColorRole::OrangeTint, ColorRole::None, radius::control),
+        u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s, text::caption, ColorRole::orange);
+    m_banner = new Reveal(filled(new Surface(ColorRole::orangeTint, ColorRole::none, radius::control),
         row({.spacing = 6, .padding = {6, 6, 6, 6}}, {icon, StackItem(hint, {}, 1)})));
     return m_banner;
 }
@@ -78,7 +78,7 @@ QLayout* ShortcutBlock::suggestions() {
         chips->addWidget(chip);
     }
     return row(
-        {.spacing = 8}, {new Label(u"Gợi ý:"_s, text::smallCaption, ColorRole::Secondary), chips, Stretch{}});
+        {.spacing = 8}, {new Label(u"Gợi ý:"_s, text::smallCaption, ColorRole::secondary), chips, Stretch{}});
 }
 
 void ShortcutBlock::refresh() {
@@ -88,7 +88,7 @@ void ShortcutBlock::refresh() {
     const bool recording = m_state.recordingTarget() == m_target;
     m_toggle->setIconName(recording ? u"record.circle.fill"_s : u"pencil"_s);
     m_toggle->setTitle(recording ? u"Đang chờ..."_s : u"Đổi"_s);
-    m_toggle->setColor(recording ? ColorRole::Red : ColorRole::Text);
+    m_toggle->setColor(recording ? ColorRole::red : ColorRole::text);
     m_banner->setRevealed(recording);
 
     for (size_t i = 0; i < m_chips.size(); ++i)

@@ -39,9 +39,9 @@ QLayout* UpdateSection::heading() {
 QWidget* UpdateSection::statusRow() {
     m_status = new Label({}, text::caption);
     m_status->setWraps();
-    m_spinner = new Spinner(14, ColorRole::Secondary);
+    m_spinner = new Spinner(14, ColorRole::secondary);
     TextStyle digits = text::fixedWidth;
-    digits.weight = Weight::Bold;
+    digits.weight = Weight::bold;
     m_percentage = new Label({}, digits);
     m_install = new Button(button::mainSmall, {.title = u"Cập nhật ngay"_s});
     connect(m_install, &Button::clicked, this, [this] { m_updates.startAutoUpdate(); });
@@ -56,10 +56,10 @@ QWidget* UpdateSection::statusRow() {
 }
 
 QWidget* UpdateSection::releaseNotes() {
-    m_notesTitle = new Label({}, text::caption.with(Weight::Bold));
-    m_notesText = new Label({}, text::caption, ColorRole::Secondary);
+    m_notesTitle = new Label({}, text::caption.with(Weight::bold));
+    m_notesText = new Label({}, text::caption, ColorRole::secondary);
     m_notesText->setWraps();
-    m_notes = filled(new Surface(ColorRole::Surface2, ColorRole::Hairline, radius::control),
+    m_notes = filled(new Surface(ColorRole::surface2, ColorRole::hairline, radius::control),
         column({.spacing = 2, .padding = {8, 8, 8, 8}}, {m_notesTitle, m_notesText}));
     return m_notes;
 }
@@ -70,8 +70,8 @@ void UpdateSection::refresh() {
     const bool highlighted = available && !status.isEmpty();
     m_status->setText(
         status.isEmpty() ? u"Kiểm tra phiên bản mới nhất từ máy chủ"_s : beginningOfMessage(status));
-    m_status->setStyle(highlighted ? text::caption.with(Weight::Bold) : text::caption);
-    m_status->setColor(highlighted ? ColorRole::AccentText : ColorRole::Secondary);
+    m_status->setStyle(highlighted ? text::caption.with(Weight::bold) : text::caption);
+    m_status->setColor(highlighted ? ColorRole::accentText : ColorRole::secondary);
 
     const bool checking = m_updates.isChecking();
     const bool updating = !checking && m_updates.isUpdating();

@@ -16,7 +16,8 @@ struct DroppedItem {
     QImage image = {};
 };
 
-/// Whether a drag may bring something, as far as can be told while it hovers.
+/// Whether a drag may bring something, as far as can be told while it hovers. A text is no item, nor is what
+/// comes along with it, as the picture of a spreadsheet's cells does: the editor takes it.
 [[nodiscard]] bool mayBringItems(const QMimeData& content);
 
 /// The files of a drag, or else its picture; a null one when that cannot be read.

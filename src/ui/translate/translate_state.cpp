@@ -64,7 +64,31 @@ void TranslateState::appear(QObject* panel) {
         [this, panel] {
             m_services.clock.after(pendingTextDelay, panel, [this] { checkAndTriggerPendingTranslation(); });
         });
+    SpeechService& speech = m_services.speech;
+    onChange(
+        speech, panel, [&speech] { return speech.failure(); },
+        [this, &speech] {
+            if (speech.failure())
+                showError(speech.failure());
+        });
     checkAndTriggerPendingTranslation();
+}
+
+bool TranslateState::isRecognizing() const {
+    return isOCROngoing() || m_services.appState.isReadingCapture();
+}
+
+QString TranslateState::notice() const {
+    return m_services.appState.notice();
+}
+
+bool TranslateState::isResultStale() const {
+    return !outputText().isEmpty() && (m_isResultAwaited || inputText.get().trimmed() != m_translatedText);
+}
+
+void TranslateState::showError(const std::optional<QString>& message) {
+    ++m_errors;
+    errorMessage = message;
 }
 
 bool TranslateState::canTranslate() const {
@@ -77,7 +101,8 @@ void TranslateState::performTranslate() {
     if (text.isEmpty())
         return;
     isTranslating = true;
-    errorMessage = std::nullopt;
+    showError(std::nullopt);
+    m_isResultAwaited = true;
     m_currentTask = std::stop_source();
     translate(text, m_currentTask.get_token());
 }
@@ -97,10 +122,12 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
     if (!m_mainView || stop.stop_requested())
         co_return;
     if (failure) {
-        errorMessage = failure;
+        showError(failure);
         isTranslating = false;
         co_return;
     }
+    m_translatedText = text;
+    m_isResultAwaited = false;
     outputText = result;
     isTranslating = false;
     m_services.history.add(text, result, sourceLang(), targetLang(), m_services.settings.tone().rawValue());
@@ -119,6 +146,7 @@ void TranslateState::swapLanguages() {
         return;
     const QString oldInput = inputText.get();
     inputText.set(outputText());
+    m_translatedText = outputText().trimmed();  // each is the other's translation, in either direction
     outputText = oldInput;
 }
 
@@ -145,7 +173,7 @@ void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
 
 QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
     const auto self = shared_from_this();
-    errorMessage = std::nullopt;
+    showError(std::nullopt);
     isOCROngoing = true;
     std::optional<QString> text;
     std::optional<QString> failure;
@@ -164,7 +192,8 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
     const auto self = shared_from_this();
     const std::optional<QString> earlierError = errorMessage();
     const bool isFile = std::holds_alternative<QUrl>(image);
-    errorMessage = std::nullopt;
+    showError(std::nullopt);
+    const qint64 errors = m_errors;
     isOCROngoing = true;
     QString text;
     std::optional<QString> failure;
@@ -174,8 +203,12 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
                 std::move(image));
         text = co_await std::move(recognition);
     } catch (const OCRError& error) {
+        // A file that turns out to be no picture changes nothing; what was told meanwhile stands.
         const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
-        failure = isNoPicture ? earlierError : error.errorDescription();
+        if (!isNoPicture)
+            failure = error.errorDescription();
+        else if (errors == m_errors)
+            failure = earlierError;
     }
     endRecognition(text, failure, autoTranslate);
 }
@@ -186,7 +219,7 @@ void TranslateState::endRecognition(
         return;
     isOCROngoing = false;
     if (failure)
-        errorMessage = failure;
+        showError(failure);
     else
         takeText(text, autoTranslate);
 }
@@ -251,11 +284,11 @@ void TranslateState::copyResult() {
 void TranslateState::clear() {
     inputText.set(QString());
     outputText = QString();
-    errorMessage = std::nullopt;
+    showError(std::nullopt);
 }
 
 void TranslateState::dismissError() {
-    errorMessage = std::nullopt;
+    showError(std::nullopt);
 }
 
 }  // namespace tralio

@@ -75,7 +75,14 @@ public:
 
     [[nodiscard]] AppSettings& settings() { return m_services.settings; }
     [[nodiscard]] SpeechService& speechService() { return m_services.speech; }
+    [[nodiscard]] AppState& appState() { return m_services.appState; }
     [[nodiscard]] bool canTranslate() const;
+    /// Whether a picture is read, for this panel or for the shell.
+    [[nodiscard]] bool isRecognizing() const;
+    /// What stands in the place of the count for a moment; empty otherwise.
+    [[nodiscard]] QString notice() const;
+    /// Whether the result is of another input, or another one was asked for and has not come.
+    [[nodiscard]] bool isResultStale() const;
 
     // Actions
 
@@ -108,7 +115,12 @@ private:
         const QString& text, const std::optional<QString>& failure, AutoTranslate autoTranslate);
     void takeText(const QString& text, AutoTranslate autoTranslate);
 
+    void showError(const std::optional<QString>& message);
+
     Services m_services;
+    QString m_translatedText;  ///< of which `outputText` is the translation
+    bool m_isResultAwaited = false;
+    qint64 m_errors = 0;           ///< how often the error has changed
     QPointer<QObject> m_mainView;  ///< whoever owns the input, the settings and the history
     std::stop_source m_currentTask{std::nostopstate};
 };

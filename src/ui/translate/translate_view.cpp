@@ -1,10 +1,15 @@
 #include "ui/translate/translate_view.h"
 
+#include <QAccessible>
+
+#include <utility>
+
 #include "common/excerpt.h"
 #include "common/on_change.h"
 #include "engine/translation_tone.h"
 #include "speech/speech_service.h"
 #include "state/app_settings.h"
+#include "state/app_state.h"
 #include "ui/kit/button.h"
 #include "ui/kit/drop_target.h"
 #include "ui/kit/error_strip.h"
@@ -16,6 +21,7 @@
 #include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
+#include "ui/kit/tab_strip.h"
 #include "ui/kit/tooltip.h"
 #include "ui/translate/dropped_item.h"
 #include "ui/translate/translate_state.h"
@@ -74,6 +80,8 @@ TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(p
         m_state.settings(), this, [this] { refresh(); });
     onAnyChange(
         *m_state.inputText.owner, this, [this] { refresh(); });
+    onAnyChange(
+        m_state.appState(), this, [this] { refresh(); });
     onAnyChange(m_state.speechService(), this, [this] { refresh(); });
     m_state.appear(this);
     refresh();
@@ -109,7 +117,7 @@ QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
     m_input->setAccessibleName(u"Nội dung cần dịch"_s);
     m_input->setFixedHeight(115);
-    m_inputBox = new Surface(ColorRole::TextBackground, ColorRole::Border20, radius::block);
+    m_inputBox = new Surface(ColorRole::textBackground, ColorRole::border20, radius::block);
     m_input->setScrollFrame(m_inputBox);
     new DropTarget(m_inputBox,
         {.accepts = &mayBringItems,
@@ -118,37 +126,34 @@ QWidget* TranslateView::inputBox() {
     return filled(m_inputBox, column({.padding = {6, 6, 6, 6}}, {m_input}));
 }
 
-QWidget* TranslateView::toolRow() {
+QLayout* TranslateView::toolRow() {
     m_recognizing = filled(new QWidget,
         row({.spacing = 4},
             {new Spinner(12),
-                new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::Medium),
-                    ColorRole::AccentText)}));
-    m_characterCount = new Label(characterCountText(m_counted), text::smallCaption, ColorRole::Secondary);
+                new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::medium),
+                    ColorRole::accentText)}));
+    m_characterCount = new Label(characterCountText(m_counted), text::smallCaption, ColorRole::secondary);
     m_clear = new Button(button::word, {.title = u"Xóa"_s});
-    m_clear->setColor(ColorRole::Secondary);
+    m_clear->setColor(ColorRole::secondary);
     connect(m_clear, &Button::clicked, this, [this] { m_state.clear(); });
 
-    auto* capture = tool(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, Weight::Medium,
+    auto* capture = tool(u"camera.viewfinder"_s, u"Chụp & Tralio"_s, Weight::medium,
         u"Khoanh vùng màn hình để quét chữ và dịch ngay (OCR)"_s);
     connect(capture, &Button::clicked, this, [this] { m_state.captureScreenAndTranslate(); });
-    auto* paste = tool(u"doc.on.clipboard"_s, u"Dán"_s, Weight::Regular,
+    auto* paste = tool(u"doc.on.clipboard"_s, u"Dán"_s, Weight::regular,
         u"Dán văn bản hoặc quét chữ từ ảnh trong clipboard"_s);
     connect(paste, &Button::clicked, this, [this] { m_state.pasteFromClipboard(AutoTranslate::no); });
-    auto* pasteAndTranslate = tool(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, Weight::Semibold,
+    auto* pasteAndTranslate = tool(u"arrow.right.doc.on.clipboard"_s, u"Dán & Tralio"_s, Weight::semibold,
         u"Dán văn bản hoặc quét ảnh trong clipboard và dịch ngay"_s);
-    pasteAndTranslate->setColor(ColorRole::AccentText);
+    pasteAndTranslate->setColor(ColorRole::accentText);
     connect(pasteAndTranslate, &Button::clicked, this,
         [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
 
-    // Count and buttons begin and end with their texts 4 px inside the edges of the box above.
+    // Count and buttons begin and end with their texts 4 px inside the edges of the box above. The last one's
+    // edge stands outside: no widget of the row's own may cut it off.
     constexpr Gap overhang{-2};
-    auto* bar = filled(new QWidget,
-        row({.spacing = 2, .padding = {4, 0, 0, 0}},
-            {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste, pasteAndTranslate,
-                overhang}));
-    bar->setFixedHeight(18);
-    return bar;
+    return row({.spacing = 2, .padding = {4, 0, 0, 0}},
+        {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste, pasteAndTranslate, overhang});
 }
 
 QLayout* TranslateView::actionRow() {
@@ -172,14 +177,14 @@ QWidget* TranslateView::resultBlock() {
     m_speak = new Button(button::word, {.icon = u"speaker.wave.2"_s});
     connect(m_speak, &Button::clicked, this, [this] { m_state.toggleSpeech(); });
     m_copy = new Button(button::word, {.icon = u"doc.on.doc"_s});
-    m_copy->setWeight(Weight::Medium);
+    m_copy->setWeight(Weight::medium);
     connect(m_copy, &Button::clicked, this, [this] { m_state.copyResult(); });
 
     m_result = new ReadingArea;
     m_result->setAccessibleName(u"Bản dịch"_s);
 
-    auto* block = new Surface(ColorRole::Surface1, ColorRole::Border15, radius::block);
-    auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::Semibold), ColorRole::Secondary);
+    auto* block = new Surface(ColorRole::surface1, ColorRole::border15, radius::block);
+    auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::semibold), ColorRole::secondary);
     auto* header = filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_speak, m_copy}));
     header->setFixedHeight(22);
     // It has 115 beside all that the panel can show, and takes what the rest leaves: less beside a long error
@@ -187,6 +192,9 @@ QWidget* TranslateView::resultBlock() {
     constexpr int oneLine = 24;
     m_result->setMinimumHeight(oneLine);
     m_result->setScrollFrame(block);
+    connect(m_result, &ReadingArea::focusShown, block, [block](bool shows) {
+        block->setEdge(shows ? ColorRole::accentIcon : ColorRole::border15, shows ? 2 : 1);
+    });
     return filled(block, column({.padding = {4, 4, 4, 4}}, {header, Gap{4}, {m_result, {}, 1}}));
 }
 
@@ -196,7 +204,9 @@ void TranslateView::focusInput() {
 
 void TranslateView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    focusInput();
+    const bool isNew = !std::exchange(m_wasShown, true);
+    if (!(isNew && TabStrip::isWalked(*window())))
+        focusInput();
 }
 
 void TranslateView::refresh() {
@@ -208,17 +218,15 @@ void TranslateView::refresh() {
     const QString input = m_state.inputText.get();
     m_input->refresh();
     const bool dropTargeted = m_state.isDropTargeted();
-    m_inputBox->setEdge(dropTargeted ? ColorRole::AccentIcon : ColorRole::Border20, dropTargeted ? 2 : 1);
+    m_inputBox->setEdge(dropTargeted ? ColorRole::accentIcon : ColorRole::border20, dropTargeted ? 2 : 1);
     m_input->setPlaceholder(dropTargeted
             ? u"Thả hình ảnh vào đây để nhận diện chữ & dịch..."_s
             : u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s,
-        dropTargeted ? ColorRole::AccentText : ColorRole::Placeholder);
-    m_recognizing->setVisible(m_state.isOCROngoing());
-    m_characterCount->setVisible(!m_state.isOCROngoing());
-    if (input != m_counted) {
-        m_counted = input;
-        m_characterCount->setText(characterCountText(input));
-    }
+        dropTargeted ? ColorRole::accentText : ColorRole::placeholder);
+    m_input->setCaretShown(!dropTargeted);
+    m_recognizing->setVisible(m_state.isRecognizing());
+    m_characterCount->setVisible(!m_state.isRecognizing());
+    showCount(input);
     m_clear->setVisible(!input.isEmpty());
 
     const bool translating = m_state.isTranslating();
@@ -232,17 +240,32 @@ void TranslateView::refresh() {
     m_errorReveal->setRevealed(m_state.errorMessage().has_value());
 
     const bool speaking = m_state.speechService().isSpeaking();
-    m_speak->setVisible(!m_state.outputText().isEmpty());
+    m_speak->setVisible(speaking || !m_state.outputText().isEmpty());
     m_speak->setIconName(speaking ? u"speaker.wave.3.fill"_s : u"speaker.wave.2"_s);
     m_speak->setTitle(speaking ? u"Dừng"_s : u"Đọc"_s);
-    m_speak->setColor(speaking ? ColorRole::AccentText : ColorRole::Secondary);
+    m_speak->setColor(speaking ? ColorRole::accentText : ColorRole::secondary);
     m_copy->setVisible(!m_state.outputText().isEmpty());
     m_copy->setIconName(m_state.isCopied() ? u"checkmark"_s : u"doc.on.doc"_s);
     m_copy->setTitle(m_state.isCopied() ? u"Đã chép!"_s : u"Sao chép"_s);
-    m_copy->setColor(m_state.isCopied() ? ColorRole::Green : ColorRole::AccentText);
+    m_copy->setColor(m_state.isCopied() ? ColorRole::green : ColorRole::accentText);
 
     m_result->setText(m_state.outputText());
+    m_result->setStale(m_state.isResultStale());
     m_result->setPlaceholder(translating ? QString() : u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
+}
+
+void TranslateView::showCount(const QString& input) {
+    const QString notice = m_state.notice();
+    const bool isNews = notice != std::exchange(m_notice, notice);
+    if (isNews || input != m_counted) {
+        m_counted = input;
+        m_characterCount->setText(notice.isEmpty() ? characterCountText(input) : notice);
+        m_characterCount->setColor(notice.isEmpty() ? ColorRole::secondary : ColorRole::orange);
+    }
+    if (isNews && !notice.isEmpty()) {
+        QAccessibleEvent alert(m_characterCount, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
 }
 
 }  // namespace tralio

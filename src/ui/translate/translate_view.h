@@ -32,12 +32,13 @@ protected:
 private:
     QLayout* languageRow();
     QWidget* inputBox();
-    QWidget* toolRow();
+    QLayout* toolRow();
     QLayout* actionRow();
     QWidget* errorStrip();
     QWidget* resultBlock();
 
     void refresh();
+    void showCount(const QString& input);
 
     TranslateState& m_state;
     MenuButton* m_source;
@@ -47,6 +48,8 @@ private:
     MultilineEnterInputView* m_input;
     QWidget* m_recognizing;
     Label* m_characterCount;
+    bool m_wasShown = false;
+    QString m_notice;
     QString m_counted;  ///< counting a long text at every refresh would be felt while typing
     Button* m_clear;
     Button* m_translate;

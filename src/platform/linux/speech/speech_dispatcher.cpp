@@ -35,7 +35,7 @@ SpeechDispatcher::SpeechDispatcher(QString socketPath, QString program, Clock& c
 
 SpeechDispatcher::~SpeechDispatcher() = default;
 
-void SpeechDispatcher::speak(const Utterance& utterance, std::function<void()> onEnd) {
+void SpeechDispatcher::speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) {
     m_idleLimit.takeBack();
     m_reading = Reading{utterance, std::move(onEnd), ++m_readings};
     if (m_modules)
@@ -49,7 +49,7 @@ void SpeechDispatcher::stopSpeaking() {
         return;
     if (m_modules)
         m_connection->send("CANCEL SELF");
-    endReading();
+    endReading(ReadingEnd::over);
 }
 
 void SpeechDispatcher::connectToDaemon() {
@@ -149,10 +149,14 @@ void SpeechDispatcher::begin() {
 void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
     if (!m_reading || m_reading->message != message)
         return;
-    if (event == SsipConnection::Event::end || event == SsipConnection::Event::cancel)
-        endReading();
-    else
-        watch();
+    if (event == SsipConnection::Event::end || event == SsipConnection::Event::cancel) {
+        endReading(ReadingEnd::over);
+        return;
+    }
+    m_firstWordLimit.takeBack();
+    if (event == SsipConnection::Event::begin && tellsItsFirstWord(m_reading->utterance.text))
+        m_firstWordLimit = m_clock.after(m_limits.firstWord, [this] { fail(u"no sound is heard"_s); });
+    watch();
 }
 
 void SpeechDispatcher::watch() {
@@ -181,15 +185,16 @@ void SpeechDispatcher::fail(const QString& reason) {
     if (!m_reading)
         return;
     debugLog(u"SpeechDispatcher: "_s + reason);
-    endReading();
+    endReading(ReadingEnd::failed);
 }
 
-void SpeechDispatcher::endReading() {
+void SpeechDispatcher::endReading(ReadingEnd end) {
+    m_firstWordLimit.takeBack();
     m_quietLimit.takeBack();
-    const std::function<void()> onEnd = std::move(m_reading->onEnd);
+    const std::function<void(ReadingEnd)> onEnd = std::move(m_reading->onEnd);
     m_reading.reset();
     waitIdly();
-    onEnd();
+    onEnd(end);
 }
 
 void SpeechDispatcher::waitIdly() {
@@ -215,6 +220,7 @@ void SpeechDispatcher::dropConnection() {
     }
     m_modules.reset();
     m_idleLimit.takeBack();
+    m_firstWordLimit.takeBack();
     m_quietLimit.takeBack();
 }
 

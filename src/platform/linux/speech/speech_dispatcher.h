@@ -31,6 +31,9 @@ public:
     struct Limits {
         std::chrono::milliseconds start = std::chrono::seconds(10);  ///< for the daemon to start
         std::chrono::milliseconds reply = std::chrono::seconds(10);  ///< for the daemon to answer
+        /// For the first word, once the daemon has begun. Without a sound device it begins and never reads
+        /// it.
+        std::chrono::milliseconds firstWord = std::chrono::seconds(5);
         std::chrono::milliseconds quiet =
             std::chrono::seconds(15);  ///< before the engine is asked for a sign of life
         std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< before the connection is given up
@@ -42,13 +45,13 @@ public:
     ~SpeechDispatcher() override;
 
     [[nodiscard]] bool isSpeaking() const override { return m_reading.has_value(); }
-    void speak(const Utterance& utterance, std::function<void()> onEnd) override;
+    void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) override;
     void stopSpeaking() override;
 
 private:
     struct Reading {
         Utterance utterance;
-        std::function<void()> onEnd;
+        std::function<void(ReadingEnd)> onEnd;
         qint64 number = 0;
         qint64 message = 0;  ///< the daemon's number for it, once it has taken it
     };
@@ -61,7 +64,7 @@ private:
     void follow(SsipConnection::Event event, qint64 message);
     void watch();
     void fail(const QString& reason);
-    void endReading();
+    void endReading(ReadingEnd end);
     void waitIdly();
     void endStart();
     void dropConnection();
@@ -79,6 +82,7 @@ private:
     QProcess* m_starter = nullptr;
     ScheduledCall m_startLimit;  ///< while the daemon starts
     ScheduledCall m_retry;       ///< within that time
+    ScheduledCall m_firstWordLimit;
     ScheduledCall m_quietLimit;
     ScheduledCall m_idleLimit;
 };

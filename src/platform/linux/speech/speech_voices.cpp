@@ -1,5 +1,7 @@
 #include "platform/linux/speech/speech_voices.h"
 
+#include <algorithm>
+
 namespace tralio {
 namespace {
 
@@ -73,7 +75,8 @@ QString withMarks(const QString& text) {
         if (!isSpeakable(character))
             continue;
         const bool isPause = sentenceEnds.contains(before) || character == u'\n';
-        if (character.isSpace() && (isPause || sinceMark > longSentence)) {
+        const bool isFirst = marks == 0 && sinceMark > 0;
+        if (character.isSpace() && (isPause || isFirst || sinceMark > longSentence)) {
             ssml += u"<mark name=\"%1\"/>"_s.arg(marks++);
             sinceMark = 0;
         }
@@ -89,6 +92,14 @@ QString withMarks(const QString& text) {
         before = character;
     }
     return ssml + u"</speak>"_s;
+}
+
+bool tellsItsFirstWord(const QString& text) {
+    constexpr qsizetype longWord = 40;
+    const QString trimmed = text.trimmed();
+    return trimmed.size() < longWord ||
+        std::any_of(trimmed.cbegin(), trimmed.cbegin() + longWord,
+            [](QChar character) { return character.isSpace(); });
 }
 
 }  // namespace tralio

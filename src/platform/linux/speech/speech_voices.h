@@ -32,8 +32,11 @@ struct SpeechVoice {
 [[nodiscard]] std::optional<SpeechVoice> chooseVoice(
     const QStringList& tags, const std::vector<SpeechModule>& modules);
 
-/// The text as SSML with marks between sentences, and within very long ones. The daemon tells when it passes
-/// a mark, which is the only sign of life that it gives in the midst of a text.
+/// The text as SSML with marks after its first word, between sentences, and within very long ones. The daemon
+/// tells when it passes a mark, which is the only sign of life that it gives in the midst of a text.
 [[nodiscard]] QString withMarks(const QString& text);
+
+/// Whether the first mark or the end comes within a moment of reading.
+[[nodiscard]] bool tellsItsFirstWord(const QString& text);
 
 }  // namespace tralio

@@ -1,0 +1,111 @@
+#include "platform/linux/desktop/text_scale.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDir>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QVariant>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr auto variable = "QT_SCALE_FACTOR";
+constexpr int portalLimit = 300;  // milliseconds
+constexpr double usualDpi = 96;
+
+struct XScreen {
+    bool hasDpi = false;  ///< that every toolkit of X heeds
+    int height = 0;
+};
+
+XScreen xScreen() {
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    xcb_connection_t* xcb = connection.get();
+    if (xcb_connection_has_error(xcb))
+        return {};
+    const xcb_screen_t& screen = *xcb_setup_roots_iterator(xcb_get_setup(xcb)).data;
+    constexpr uint32_t mostWords = 1 << 16;
+    const auto request =
+        xcb_get_property(xcb, 0, screen.root, XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, mostWords);
+    const std::unique_ptr<xcb_get_property_reply_t, decltype(&free)> resources(
+        xcb_get_property_reply(xcb, request, nullptr), &free);
+    XScreen result{.height = screen.height_in_pixels};
+    if (resources)
+        result.hasDpi = QByteArray(static_cast<const char*>(xcb_get_property_value(resources.get())),
+            xcb_get_property_value_length(resources.get()))
+                            .contains("Xft.dpi:");
+    return result;
+}
+
+/// GNOME's, which other desktops' portals tell, too.
+double portalScale() {
+    const QString name = u"tralio text scale"_s;
+    double scale = 1;
+    {
+        const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+        auto read = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
+            u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"Read"_s);
+        read << u"org.gnome.desktop.interface"_s << u"text-scaling-factor"_s;
+        read.setAutoStartService(false);  // at the start of a session that would take a second
+        QVariant value =
+            bus.isConnected() ? bus.call(read, QDBus::Block, portalLimit).arguments().value(0) : QVariant();
+        while (value.canConvert<QDBusVariant>())
+            value = value.value<QDBusVariant>().variant();
+        if (value.userType() == QMetaType::Double)
+            scale = value.toDouble();
+    }
+    QDBusConnection::disconnectFromBus(name);
+    return scale;
+}
+
+/// KDE's, which is a resolution for fonts.
+double kdeScale(bool isWayland) {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QSettings fonts(QDir(folder).filePath(u"kcmfonts"_s), QSettings::IniFormat);
+    const double dpi = fonts.value(isWayland ? u"forceFontDPIWayland"_s : u"forceFontDPI"_s).toDouble();
+    return dpi > 0 ? dpi / usualDpi : 1;
+}
+
+double desktopScale() {
+    const bool isWayland = qEnvironmentVariable("QT_QPA_PLATFORM").startsWith(u"wayland");
+    const XScreen screen = isWayland ? XScreen() : xScreen();
+    if (screen.hasDpi)
+        return 1;
+    const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
+    const double wanted = isKde ? kdeScale(isWayland) : portalScale();
+    constexpr double least = 0.5;
+    constexpr double most = 3;
+    constexpr double leastHeight = 440;  // of which the window still makes something
+    const double room = screen.height > 0 ? std::max(1.0, screen.height / leastHeight) : most;
+    return std::clamp(wanted, least, std::min(most, room));
+}
+
+}  // namespace
+
+TextScale::TextScale() {
+    const double scale = desktopScale();
+    if (scale == 1)
+        return;
+    m_former = qgetenv(variable);
+    const double own = m_former->toDouble();
+    qputenv(variable, QByteArray::number(scale * (own > 0 ? own : 1)));
+}
+
+TextScale::~TextScale() {
+    if (m_former && m_former->isEmpty())
+        qunsetenv(variable);
+    else if (m_former)
+        qputenv(variable, *m_former);
+}
+
+}  // namespace tralio

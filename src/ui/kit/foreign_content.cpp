@@ -1,0 +1,31 @@
+#include "ui/kit/foreign_content.h"
+
+#include <QMimeData>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+
+QString fileContentFormat() {
+    return u"application/octet-stream"_s;
+}
+
+ForeignContent foreignContent(const QMimeData& content) {
+    const QList<QUrl> urls = content.urls();
+    if (std::any_of(urls.cbegin(), urls.cend(), [](const QUrl& url) { return url.isLocalFile(); }))
+        return ForeignContent::files;
+    const bool hasPicture = content.hasImage() || content.hasFormat(fileContentFormat());
+    // Without a text there are the addresses in its place.
+    const QString text = content.text().trimmed();
+    const bool isAddress = std::any_of(urls.cbegin(), urls.cend(), [&text](const QUrl& url) {
+        return text == url.toString() || text == QString::fromUtf8(url.toEncoded());
+    });
+    if (!text.isEmpty() && !(hasPicture && isAddress))
+        return ForeignContent::text;
+    return hasPicture ? ForeignContent::picture : ForeignContent::nothing;
+}
+
+}  // namespace tralio
