@@ -16,6 +16,7 @@
 #include "support/fake_desktop.h"
 #include "support/memory_key_value_store.h"
 #include "support/print_to.h"
+#include "support/scripted_installer.h"
 #include "support/stand_in_model.h"
 #include "update/update_service.h"
 
@@ -46,12 +47,14 @@ struct ProgramOnFakes {
     AppState appState;
     InProcessHttpClient http{desktop.clock};
     AIService ai{http};
-    UpdateService updates{http,
+    ScriptedInstaller installer;
+    QStringList visited;  ///< web addresses
+    UpdateService updates{http, installer,
         {.manifest = QUrl(model.baseURL()),
             .currentVersion = QStringLiteral("1.0.9"),
             .temporaryFolder = {},
-            .runInstaller = [](const QString&) {},
-            .terminate = [] {}}};
+            .terminate = [] {},
+            .openWebsite = [this] { visited += QStringLiteral("website"); }}};
     ScriptedRecognizer recognizer;
     OCRService ocr{recognizer};
     DrawnRegion region;

@@ -86,11 +86,11 @@ TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {
     oldServer.replies(StandInReply::redirect(301, address(u"/version.json"_s).toLatin1()));
     UpdateService::Host moved = host();
     moved.manifest.setPort(oldServer.port());
-    service = std::make_unique<UpdateService>(http, moved);
+    service = std::make_unique<UpdateService>(http, installer, moved);
     EXPECT_EQ(check(false), u"Đã có bản cập nhật mới: v2"_s);
 
     moved.manifest = QUrl();
-    service = std::make_unique<UpdateService>(http, moved);
+    service = std::make_unique<UpdateService>(http, installer, moved);
     service->checkForUpdates(true);
     EXPECT_FALSE(service->isChecking()) << "an address that is none ends the check at once";
 }
