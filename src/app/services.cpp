@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 Services::Services(const QString& storePath) : store(storePath) {}
 
 UpdateService::Host Services::updateHost() const {
-    const QUrl website(u"https://"_s + hosts::website);
+    const QUrl website(u"https://%1"_s.arg(hosts::website));
     return {.manifest = UpdateService::defaultManifest(),
         .currentVersion = QCoreApplication::applicationVersion(),
         .temporaryFolder = QDir::tempPath(),

@@ -48,13 +48,13 @@ struct ProgramOnFakes {
     InProcessHttpClient http{desktop.clock};
     AIService ai{http};
     ScriptedInstaller installer;
-    QStringList visited;  ///< web addresses
+    int websiteVisits = 0;
     UpdateService updates{http, installer,
         {.manifest = QUrl(model.baseURL()),
             .currentVersion = QStringLiteral("1.0.9"),
             .temporaryFolder = {},
             .terminate = [] {},
-            .openWebsite = [this] { visited += QStringLiteral("website"); }}};
+            .openWebsite = [this] { ++websiteVisits; }}};
     ScriptedRecognizer recognizer;
     OCRService ocr{recognizer};
     DrawnRegion region;

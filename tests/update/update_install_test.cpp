@@ -63,6 +63,8 @@ TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program
     EXPECT_TRUE(contentOf(zip) == archive);
     EXPECT_TRUE(contentOf(script).startsWith("#!")) << "the script is not there when it is run";
     EXPECT_EQ(filesInFolder().size(), 2);
+    EXPECT_EQ(server.requests().last().header("Accept-Encoding"), "identity")
+        << "its size could not be told from that of the transfer";
 }
 
 TEST_F(
