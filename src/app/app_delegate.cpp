@@ -27,6 +27,9 @@ constexpr auto requestDelay = 80ms;
 /// The popover is painted first.
 constexpr auto preparationDelay = 20ms;
 
+/// Until a menu of the tray has left the screen, and the window in front has the keyboard back.
+constexpr auto menuDelay = 150ms;
+
 constexpr auto updateCheckDelay = 2s;
 
 constexpr auto noticeTime = 2s;
@@ -57,6 +60,8 @@ void AppDelegate::applicationDidFinishLaunching() {
             self->statusBarButtonClicked();
     });
 
+    m_services.statusItem.setMenu(menu());
+
     const AppSettings& settings = m_services.settings;
     m_services.hotKeys.registerGlobalHotKeys(
         settings.hotKeyKeyCode(), settings.hotKeyModifiers(),
@@ -74,6 +79,18 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_services.appState.onShowPopover = [this] { showPopover(); };
 
     m_services.clock.after(updateCheckDelay, this, [this] { m_services.updates.checkForUpdates(false); });
+}
+
+QList<StatusMenuEntry> AppDelegate::menu() {
+    const auto onceMenuIsGone = [this](auto action) {
+        return [self = QPointer(this), action] {
+            if (self)
+                self->m_services.clock.after(menuDelay, self, [self, action] { (self->*action)(); });
+        };
+    };
+    return {{u"Dịch phần đang chọn"_s, onceMenuIsGone(&AppDelegate::handleGlobalHotKey)},
+        {u"Chụp màn hình"_s, onceMenuIsGone(&AppDelegate::handleScreenOCRHotKey)},
+        {u"Mở Tralio"_s, onceMenuIsGone(&AppDelegate::showPopover)}, {}, {u"Thoát"_s, m_services.quit}};
 }
 
 void AppDelegate::showPopover() {

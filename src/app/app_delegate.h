@@ -35,6 +35,8 @@ public:
         std::function<void(std::function<void(const QString&)>)> readSelectionOnceFocused = {};
         /// A translation will be asked for soon.
         std::function<void()> prepareToTranslate = {};
+        /// Ends the program.
+        std::function<void()> quit = {};
     };
 
     explicit AppDelegate(Services services);
@@ -65,6 +67,8 @@ public:
     void checkAndAutoTranslateClipboard();
 
 private:
+    /// What the status item's menu offers.
+    [[nodiscard]] QList<StatusMenuEntry> menu();
     void translateSelectionOnceFocused();
     void translateLater(const QString& text);
     void say(const QString& notice, std::chrono::milliseconds time);

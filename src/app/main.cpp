@@ -82,7 +82,8 @@ int main(int argc, char** argv) {
     StatusItem statusItem;
     AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
         services.captures, services.updates, services.clock, popover, statusItem,
-        services.desktop->selectionOnceFocused(), [&services] { services.http.prepare(); }});
+        services.desktop->selectionOnceFocused(), [&services] { services.http.prepare(); },
+        &QCoreApplication::quit});
     delegate.applicationDidFinishLaunching();
     session.setActions(actionsOf(delegate));
     return QApplication::exec();

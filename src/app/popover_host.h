@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QRect>
+#include <QString>
 
 #include <functional>
 #include <optional>
@@ -25,6 +27,12 @@ public:
     virtual void performClose() = 0;
 };
 
+/// What the status item's menu offers. One without a title is a line between two others.
+struct StatusMenuEntry {
+    QString title;
+    std::function<void()> action = {};
+};
+
 /// The program's item in the desktop's tray.
 class StatusItemHost {
 public:
@@ -33,7 +41,10 @@ public:
     StatusItemHost& operator=(const StatusItemHost&) = delete;
     virtual ~StatusItemHost() = default;
 
+    /// For the click that means the item itself.
     virtual void setAction(std::function<void()> action) = 0;
+    /// For the secondary click. To be called before the event loop runs.
+    virtual void setMenu(const QList<StatusMenuEntry>& entries) = 0;
 
     /// Where the item stands on the screen, if the tray tells.
     [[nodiscard]] virtual std::optional<QRect> frame() const = 0;

@@ -1,21 +1,24 @@
 #include "app/services.h"
 
-#include <QCoreApplication>
 #include <QDir>
+#include <QUrl>
 
-#include "platform/linux/bundle/installer_runner.h"
+#include "engine/hosts.h"
+#include "hotkeys/workspace.h"
 
 namespace tralio {
+
+using namespace Qt::StringLiterals;
+
 Services::Services(const QString& storePath) : store(storePath) {}
 
-UpdateService::Host Services::updateHost() {
-    const InstallerRunner installers(
-        InstallerRunner::installedHelpers(QCoreApplication::applicationDirPath()));
+UpdateService::Host Services::updateHost() const {
+    const QUrl website(u"https://%1"_s.arg(hosts::website));
     return {.manifest = UpdateService::defaultManifest(),
         .currentVersion = QCoreApplication::applicationVersion(),
         .temporaryFolder = QDir::tempPath(),
-        .runInstaller = [installers](const QString& path) { installers.run(path); },
-        .terminate = &QCoreApplication::quit};
+        .terminate = &QCoreApplication::quit,
+        .openWebsite = [this, website] { platform.workspace.openURL(website); }};
 }
 
 }  // namespace tralio

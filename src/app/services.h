@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+
 #include <memory>
 
 #include "app/desktop.h"
@@ -8,6 +10,7 @@
 #include "hotkeys/hot_key_service.h"
 #include "ocr/ocr_service.h"
 #include "ocr/screen_capture_service.h"
+#include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/helper_http_client.h"
 #include "platform/linux/helpers/helper_text_recognizer.h"
 #include "platform/linux/speech/speech_dispatcher.h"
@@ -38,11 +41,12 @@ public:
     ScreenCaptureService captures{ocr, desktop->captureTool(), clock};
     SpeechDispatcher synthesizer{clock};
     SpeechService speech{synthesizer};
-    UpdateService updates{http, updateHost()};
+    BundleInstaller installer{{.programs = QCoreApplication::applicationDirPath()}};
+    UpdateService updates{http, installer, updateHost()};
     AppState appState;
 
 private:
-    [[nodiscard]] static UpdateService::Host updateHost();
+    [[nodiscard]] UpdateService::Host updateHost() const;
 };
 
 }  // namespace tralio

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QIcon>
+#include <QMenu>
 #include <QScreen>
 
 #include "ui/kit/icon.h"
@@ -45,6 +46,26 @@ StatusItem::StatusItem() : m_icon(trayIcon()), m_item(u"Tralio"_s, m_icon) {
         m_clicked = iconAround(pixel);
         activate();
     });
+    QObject::connect(
+        &m_item, &StatusNotifierItem::menuRequested, &m_item,
+        [this](const QPoint& pixel) {
+            m_clicked = iconAround(pixel);
+            // A window without a parent cannot be put at a place in native Wayland sessions.
+            if (m_clicked && QGuiApplication::platformName() == u"xcb")
+                openMenu(m_clicked->center());
+            else
+                activate();
+        });
+    QObject::connect(
+        &m_item, &StatusNotifierItem::menuChosen, &m_item, [this](int index) { m_menu[index].action(); });
+}
+
+void StatusItem::setMenu(const QList<StatusMenuEntry>& entries) {
+    m_menu = entries;
+    QStringList titles;
+    for (const StatusMenuEntry& entry : entries)
+        titles += entry.title;
+    m_item.setMenu(titles);
 }
 
 void StatusItem::setOnBus(bool onBus) {
@@ -61,7 +82,9 @@ void StatusItem::setOnBus(bool onBus) {
         [this](QSystemTrayIcon::ActivationReason reason) {
             // The second of two quick clicks comes as a double click, and is a click all the
             // same.
-            if (reason != QSystemTrayIcon::Unknown && reason != QSystemTrayIcon::MiddleClick)
+            if (reason == QSystemTrayIcon::Context)
+                openMenu(QCursor::pos());
+            else if (reason != QSystemTrayIcon::Unknown && reason != QSystemTrayIcon::MiddleClick)
                 activate();
         });
     m_embedded->show();
@@ -70,6 +93,25 @@ void StatusItem::setOnBus(bool onBus) {
 void StatusItem::activate() const {
     if (m_action)
         m_action();
+}
+
+void StatusItem::openMenu(const QPoint& place) const {
+    auto* menu = new QMenu;
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QPalette palette = menu->palette();
+    palette.setColor(QPalette::Window, color(ColorRole::menu));
+    palette.setColor(QPalette::Base, color(ColorRole::menu));
+    palette.setColor(QPalette::WindowText, color(ColorRole::text));
+    palette.setColor(QPalette::Text, color(ColorRole::text));
+    palette.setColor(QPalette::Highlight, color(ColorRole::accentFill));
+    palette.setColor(QPalette::HighlightedText, color(ColorRole::onFill));
+    menu->setPalette(palette);
+    for (const StatusMenuEntry& entry : m_menu)
+        if (entry.title.isEmpty())
+            menu->addSeparator();
+        else
+            menu->addAction(entry.title, menu, entry.action, Qt::QueuedConnection);
+    menu->popup(place);
 }
 
 std::optional<QRect> StatusItem::frame() const {

@@ -18,17 +18,21 @@ public:
     StatusItem();
 
     void setAction(std::function<void()> action) override { m_action = std::move(action); }
+    void setMenu(const QList<StatusMenuEntry>& entries) override;
     std::optional<QRect> frame() const override;
 
 private:
     void setOnBus(bool onBus);
     void activate() const;
+    /// Our own menu, for trays that draw none.
+    void openMenu(const QPoint& place) const;
 
     QIcon m_icon;
     StatusNotifierItem m_item;
     std::unique_ptr<QSystemTrayIcon> m_embedded;
     std::optional<QRect> m_clicked;
     std::function<void()> m_action;
+    QList<StatusMenuEntry> m_menu;
 };
 
 }  // namespace tralio

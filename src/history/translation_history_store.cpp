@@ -1,5 +1,6 @@
 #include "history/translation_history_store.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "history/translation_history_json.h"
@@ -17,6 +18,11 @@ constexpr qsizetype maxItems = 50;
 bool isSameText(const QString& one, const QString& other) {
     return one == other ||
         one.normalized(QString::NormalizationForm_C) == other.normalized(QString::NormalizationForm_C);
+}
+
+bool isOfSameText(const TranslationItem& one, const TranslationItem& other) {
+    return isSameText(one.sourceLang, other.sourceLang) && isSameText(one.targetLang, other.targetLang) &&
+        isSameText(one.sourceText, other.sourceText);
 }
 
 }  // namespace
@@ -39,10 +45,7 @@ void TranslationHistoryStore::add(const QString& sourceText, const QString& tran
         return;
 
     QList<TranslationItem> items = m_items();
-    items.removeIf([&added](const TranslationItem& item) {
-        return isSameText(item.sourceLang, added.sourceLang) &&
-            isSameText(item.targetLang, added.targetLang) && isSameText(item.sourceText, added.sourceText);
-    });
+    items.removeIf([&added](const TranslationItem& item) { return isOfSameText(item, added); });
     items.prepend(added);
     if (items.size() > maxItems)
         items.resize(maxItems);
@@ -68,6 +71,22 @@ void TranslationHistoryStore::remove(const QUuid& id) {
 
 void TranslationHistoryStore::clear() {
     m_items = QList<TranslationItem>();
+    save();
+}
+
+void TranslationHistoryStore::bringBack(const QList<TranslationItem>& removed) {
+    QList<TranslationItem> items = m_items();
+    for (const TranslationItem& item : removed) {
+        const auto isItsText = [&item](const TranslationItem& other) { return isOfSameText(item, other); };
+        if (std::ranges::any_of(items, isItsText))
+            continue;
+        const auto older = std::ranges::find_if(
+            items, [&item](const TranslationItem& other) { return other.timestamp < item.timestamp; });
+        items.insert(older, item);
+    }
+    if (items.size() > maxItems)
+        items.resize(maxItems);
+    m_items = std::move(items);
     save();
 }
 

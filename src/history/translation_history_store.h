@@ -37,6 +37,9 @@ public:
     void remove(const QSet<qsizetype>& at);
     void remove(const QUuid& id);
     void clear();
+    /// Puts entries that were removed back into their places in time. One stays away whose text has been
+    /// translated between the same languages since.
+    void bringBack(const QList<TranslationItem>& removed);
 
 private:
     void load();

@@ -72,6 +72,17 @@ void AppSettings::resetToDefaults() {
     updateCustomOCRHotKey(defaultOcrHotKeyKeyCode, defaultOcrHotKeyModifiers, defaultOcrHotKeyDisplay);
 }
 
+std::function<void()> AppSettings::remembered() {
+    return [this, values = m_values.remembered(), hotKey = m_hotKey.remembered(),
+               ocrHotKey = m_ocrHotKey.remembered()] {
+        values();
+        hotKey();
+        ocrHotKey();
+        m_hotKeys.updateTextHotKey(hotKeyKeyCode(), hotKeyModifiers());
+        m_hotKeys.updateOCRHotKey(ocrHotKeyKeyCode(), ocrHotKeyModifiers());
+    };
+}
+
 void AppSettings::updateCustomHotKey(quint32 keyCode, quint32 modifiers, const QString& display) {
     hotKeyKeyCode = keyCode;
     hotKeyModifiers = modifiers;

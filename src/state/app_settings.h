@@ -67,6 +67,9 @@ public:
     /// Everything back to its default except `autoPaste`; both hot keys are registered anew.
     void resetToDefaults();
 
+    /// Brings back, when called, what a reset changes, as it is now. The settings outlive it.
+    [[nodiscard]] std::function<void()> remembered();
+
     /// Remembers a hot key and registers it. Virtual key code and modifier mask are as `HotKeyService`
     /// explains them.
     void updateCustomHotKey(quint32 keyCode, quint32 modifiers, const QString& display);

@@ -47,6 +47,17 @@ public:
             if (member.onReset == OnReset::isRestored)
                 member.reset();
     }
+    /// Assigns, when called, the values of now to what a reset changes. The group outlives it.
+    [[nodiscard]] std::function<void()> remembered() const {
+        std::vector<std::function<void()>> values;
+        for (const Member& member : m_members)
+            if (member.onReset == OnReset::isRestored)
+                values.push_back(member.remember());
+        return [values = std::move(values)] {
+            for (const auto& assign : values)
+                assign();
+        };
+    }
 
 private:
     template <typename T>
@@ -55,6 +66,7 @@ private:
     struct Member {
         std::function<void()> load;
         std::function<void()> reset;
+        std::function<std::function<void()>()> remember;
         OnReset onReset;
     };
 
@@ -71,7 +83,8 @@ class Persisted final {
 public:
     Persisted(PersistedGroup& group, QStringView key, T initial, OnReset onReset = OnReset::isRestored)
         : m_group(group), m_key(key.toString()), m_default(std::move(initial)), m_value(m_default) {
-        group.m_members.push_back({[this] { load(); }, [this] { *this = m_default; }, onReset});
+        group.m_members.push_back({[this] { load(); }, [this] { *this = m_default; },
+            [this] { return [this, value = m_value] { *this = value; }; }, onReset});
     }
     Persisted(const Persisted&) = delete;
     Persisted& operator=(const Persisted&) = delete;

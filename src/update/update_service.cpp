@@ -11,6 +11,7 @@
 
 #include "engine/hosts.h"
 #include "engine/http_client.h"
+#include "update/installer.h"
 #include "update/installer_script.h"
 #include "update/staged_file.h"
 #include "update/version_order.h"
@@ -24,6 +25,8 @@ using namespace std::chrono_literals;
 constexpr auto manifestTimeout = 10s;
 constexpr auto archiveTimeout = 60s;
 constexpr int statusOK = 200;
+
+const QString cannotInstall = u"Không thể chạy tiến trình cập nhật: "_s;
 
 /// Asks for the manifest as it is now: no cache on the way may answer.
 HttpRequest manifestRequest(const QUrl& url) {
@@ -43,16 +46,31 @@ void removeWhateverIsAt(const QString& path) {
         QFile::remove(path);
 }
 
+void writeScript(const QString& path, const QString& script) {
+    try {
+        StagedFile file(QFileInfo(path).path());
+        file.write(script.toUtf8());
+        file.moveTo(path);
+    } catch (const FileError&) {
+        // Whether there is a script to run is seen by whoever runs it.
+    }
+}
+
 }  // namespace
 
 QUrl UpdateService::defaultManifest() {
     return QUrl(u"https://%1/version.json"_s.arg(hosts::updateServer));
 }
 
-UpdateService::UpdateService(HttpClient& http, Host host) : m_http(http), m_host(std::move(host)) {}
+UpdateService::UpdateService(HttpClient& http, Installer& installer, Host host)
+    : m_http(http), m_installer(installer), m_host(std::move(host)) {}
 
 UpdateService::~UpdateService() {
     m_stop.request_stop();
+}
+
+bool UpdateService::isPackaged() const {
+    return m_installer.isPackaged();
 }
 
 void UpdateService::checkForUpdates(bool manual) {
@@ -122,6 +140,16 @@ void UpdateService::startAutoUpdate() {
     const QUrl archive(updateInfo()->downloadUrl, QUrl::StrictMode);
     if (!archive.isValid() || isUpdating())
         return;
+    if (isPackaged()) {
+        m_host.openWebsite();
+        return;
+    }
+    try {
+        m_installer.checkProgram();
+    } catch (const LocalizedError& error) {
+        failInstallation(cannotInstall + error.errorDescription());
+        return;
+    }
     isUpdating = true;
     downloadProgress = 0;
     statusMessage = u"Đang tải bản cập nhật v%1..."_s.arg(updateInfo()->version);
@@ -146,7 +174,7 @@ QCoro::Task<> UpdateService::install(QUrl archive) {
             co_return;
         }
         statusMessage = u"Đang cài đặt và khởi động lại..."_s;
-        applyUpdate(zipPath);
+        co_await applyUpdate(zipPath);
         co_return;
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
@@ -168,22 +196,25 @@ QCoro::Task<> UpdateService::download(QUrl archive) {
         throw LocalizedError(u"Không nhận được phản hồi HTTP hợp lệ."_s);
 }
 
-void UpdateService::applyUpdate(const QString& zipPath) {
-    const QString scriptPath = QDir(m_host.temporaryFolder).filePath(u"tralio_updater.sh"_s);
+QCoro::Task<> UpdateService::applyUpdate(QString zipPath) {
+    const QPointer self(this);
+    QString failure;
     try {
-        StagedFile file(m_host.temporaryFolder);
-        file.write(installerScript(zipPath).toUtf8());
-        file.moveTo(scriptPath);
-    } catch (const FileError&) {
-        // Whether there is a script to run is seen by whoever runs it.
-    }
-    try {
-        m_host.runInstaller(scriptPath);
+        co_await m_installer.checkArchive(zipPath);
+        if (!self)
+            co_return;
+        const QString scriptPath = QDir(m_host.temporaryFolder).filePath(u"tralio_updater.sh"_s);
+        writeScript(scriptPath, installerScript(zipPath));
+        m_installer.run(scriptPath);
+        m_host.terminate();
+        co_return;
     } catch (const LocalizedError& error) {
-        failInstallation(u"Không thể chạy tiến trình cập nhật: "_s + error.errorDescription());
-        return;
+        failure = error.errorDescription();
     }
-    m_host.terminate();
+    if (!self)
+        co_return;
+    removeWhateverIsAt(zipPath);
+    failInstallation(cannotInstall + failure);
 }
 
 void UpdateService::failInstallation(const QString& message) {

@@ -14,8 +14,9 @@
 
 namespace tralio {
 
-class StagedFile;
 class HttpClient;
+class Installer;
+class StagedFile;
 
 /// Finds out whether the maker offers a newer version, and installs it: downloads the archive, hands over to
 /// an installer script and ends the program. All that happens is told by the observable members; nothing
@@ -29,17 +30,18 @@ public:
         QUrl manifest;
         QString currentVersion;
         QString temporaryFolder;
-        /// Runs a shell script that outlives the program; fails with a `LocalizedError` if it does not start.
-        std::function<void(const QString& scriptPath)> runInstaller;
         /// Ends the program.
         std::function<void()> terminate;
+        /// Opens the maker's web site, for a copy that is updated otherwise.
+        std::function<void()> openWebsite;
         std::function<QDateTime()> now = &QDateTime::currentDateTimeUtc;
     };
 
     /// The manifest at its place on the maker's server.
     [[nodiscard]] static QUrl defaultManifest();
 
-    UpdateService(HttpClient& http, Host host);
+    /// `http` and `installer` outlive the service.
+    UpdateService(HttpClient& http, Installer& installer, Host host);
     ~UpdateService() override;
 
     Observable<bool> isChecking{*this, false};
@@ -52,14 +54,17 @@ public:
     Observable<std::optional<QString>> statusMessage{*this};  ///< the last text for the user
 
     [[nodiscard]] const QString& currentVersion() const { return m_host.currentVersion; }
+    /// Whether a package manager updates this copy: then an installation leads to the web site.
+    [[nodiscard]] bool isPackaged() const;
 
     /// Returns at once; the outcome comes later. Ignored while a check or an installation is under way.
     /// `manual` is for the user's own request, which also hears that there is nothing new, or what went
     /// wrong.
     void checkForUpdates(bool manual);
 
-    /// Downloads what `updateInfo` offers and installs it. Ignored while an installation is under way, and
-    /// without an offer that has a valid address.
+    /// Downloads what `updateInfo` offers and installs it, unless something stands in the way of that: then
+    /// the program goes on. Ignored while an installation is under way, and without an offer that has a valid
+    /// address.
     void startAutoUpdate();
 
 private:
@@ -69,10 +74,11 @@ private:
 
     QCoro::Task<> install(QUrl archive);
     QCoro::Task<> download(QUrl archive);
-    void applyUpdate(const QString& zipPath);
+    QCoro::Task<> applyUpdate(QString zipPath);
     void failInstallation(const QString& message);
 
     HttpClient& m_http;
+    Installer& m_installer;
     Host m_host;
     std::stop_source m_stop;  ///< ends the requests of a service that goes
     /// What has come of the archive. Not in the hands of whoever awaits the rest, and may wait for ever: when

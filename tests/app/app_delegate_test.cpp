@@ -39,9 +39,17 @@ public:
 class FakeStatusItem final : public StatusItemHost {
 public:
     void setAction(std::function<void()> installed) override { action = std::move(installed); }
+    void setMenu(const QList<StatusMenuEntry>& entries) override { menu = entries; }
     std::optional<QRect> frame() const override { return place; }
 
+    void choose(const QString& title) {
+        for (const StatusMenuEntry& entry : menu)
+            if (entry.title == title)
+                entry.action();
+    }
+
     std::function<void()> action;
+    QList<StatusMenuEntry> menu;
     std::optional<QRect> place = QRect(1200, 3, 24, 24);
 };
 
@@ -60,15 +68,35 @@ protected:
     }
 
     std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host) {
-        return std::make_unique<AppDelegate>(AppDelegate::Services{appState, settings, hotKeys,
-            desktop.pasteboard, captures, updates, desktop.clock, host, statusItem});
+        return std::make_unique<AppDelegate>(
+            AppDelegate::Services{appState, settings, hotKeys, desktop.pasteboard, captures, updates,
+                desktop.clock, host, statusItem, {}, {}, [this] { ++quits; }});
     }
 
     DebugLogFile log;
     FakePopover popover;
     FakeStatusItem statusItem;
+    int quits = 0;
     std::unique_ptr<AppDelegate> delegate = delegateWith(popover);
 };
+
+TEST_F(Shell, the_items_menu_does_what_it_says_once_it_has_left_the_screen) {
+    launch();
+    select(u"in front"_s);
+    statusItem.choose(u"Dịch phần đang chọn"_s);
+    EXPECT_FALSE(popover.shown) << "the menu may still have the keyboard";
+    desktop.clock.advance(1s);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"in front"_s);
+    popover.shown = false;
+    statusItem.choose(u"Mở Tralio"_s);
+    desktop.clock.advance(1s);
+    EXPECT_TRUE(popover.shown);
+    statusItem.choose(u"Chụp màn hình"_s);
+    desktop.clock.advance(1s);
+    EXPECT_FALSE(popover.shown);
+    statusItem.choose(u"Thoát"_s);
+    EXPECT_EQ(quits, 1);
+}
 
 TEST_F(Shell, launching_registers_the_hot_keys_and_looks_for_a_new_version_in_silence_two_seconds_later) {
     settings.hotKeyKeyCode = 17;

@@ -8,7 +8,7 @@
 
 #include "common/clock.h"
 #include "common/on_change.h"
-#include "platform/linux/bundle/installer_runner.h"
+#include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/helper_http_client.h"
 #include "update/info_plist.h"
 #include "update/update_service.h"
@@ -19,19 +19,19 @@ using namespace tralio;
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const QString programs = QCoreApplication::applicationDirPath();
-    const InstallerRunner scripts(InstallerRunner::installedHelpers(programs));
+    BundleInstaller installer({.programs = programs});
     SystemClock clock;
     HelperHttpClient http(HelperProcess::installed(u"tralio-http"), clock);
-    UpdateService service(http,
+    UpdateService service(http, installer,
         {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
             .currentVersion = bundleVersion(programs),
             .temporaryFolder = QDir::tempPath(),
-            .runInstaller = [&scripts](const QString& path) { scripts.run(path); },
             .terminate =
                 [] {
                     if (!qEnvironmentVariableIsSet("UPDATE_STUBBORN"))
                         QCoreApplication::quit();
-                }});
+                },
+            .openWebsite = [] {}});
 
     onAnyChange(service, &service, [&service] {
         if (service.isChecking() || service.isUpdating())

@@ -198,6 +198,34 @@ TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_stay
     EXPECT_EQ(next.items().size(), 1);
 }
 
+TEST_F(TranslationHistoryStoreTest, what_was_removed_comes_back_to_its_place_unless_it_was_translated_again) {
+    const auto addLater = [this](const QString& text, const QString& translation) {
+        now += 1s;
+        add(text, translation);
+    };
+    for (const QString& text : {u"1"_s, u"2"_s, u"3"_s})
+        addLater(text, u"t"_s);
+    const QList<TranslationItem> before = history.items();
+    history.remove(before[1].id);
+    history.bringBack({before[1]});
+    EXPECT_EQ(reopened().items(), before);
+
+    history.clear();
+    addLater(u"4"_s, u"t"_s);
+    addLater(u"2"_s, u"better"_s);
+    history.bringBack(before);
+    QStringList texts;
+    for (const TranslationItem& item : history.items())
+        texts += item.sourceText + item.translatedText;
+    EXPECT_EQ(texts, QStringList({u"2better"_s, u"4t"_s, u"3t"_s, u"1t"_s}));
+
+    for (int i = 10; i < 58; ++i)
+        addLater(QString::number(i), u"t"_s);
+    const QList<TranslationItem> full = history.items();
+    history.bringBack({before[2]});
+    EXPECT_EQ(history.items(), full) << "an older one would be the 51st";
+}
+
 TEST_F(TranslationHistoryStoreTest, no_text_can_lose_the_history) {
     const QString torn = u"a"_s + QChar(0xd83d) + u'b' + QChar(0xde00);
     add(torn, u"\ufeffmark \0 \u0001 \ufffe 😀"_s);

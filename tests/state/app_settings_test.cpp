@@ -239,6 +239,7 @@ TEST(AppSettingsTest, a_reset_restores_and_registers_in_order_and_leaves_auto_pa
     settings.updateCustomOCRHotKey(15, 4096, u"⌃ R"_s);
     EXPECT_EQ(journal.entries.last(), u"register ocr 15 4096"_s);
     journal.entries.clear();
+    const auto bringBack = settings.remembered();
 
     settings.resetToDefaults();
     EXPECT_EQ(journal.entries,
@@ -251,6 +252,16 @@ TEST(AppSettingsTest, a_reset_restores_and_registers_in_order_and_leaves_auto_pa
     EXPECT_EQ(settings.baseURL(), AppSettings::defaultBaseURL);
     EXPECT_EQ(textHotKey(settings), defaultTextHotKey);
     EXPECT_EQ(ocrHotKey(settings), defaultOcrHotKey);
+
+    settings.autoPaste = true;
+    bringBack();
+    EXPECT_TRUE(settings.autoPaste());
+    EXPECT_EQ(settings.selectedPresetId(), u"groq"_s);
+    EXPECT_EQ(settings.baseURL(), preset(u"groq").baseURL);
+    EXPECT_EQ(settings.tone(), TranslationTone::formal);
+    EXPECT_EQ(settings.ocrHotKeyDisplay(), u"⌃ R"_s);
+    EXPECT_EQ(journal.entries.mid(journal.entries.size() - 2),
+        QStringList({u"register text 14 2048"_s, u"register ocr 15 4096"_s}));
 }
 
 }  // namespace

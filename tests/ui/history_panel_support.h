@@ -9,6 +9,7 @@
 #include "support/memory_key_value_store.h"
 #include "support/print_to.h"
 #include "ui/history/history_state.h"
+#include "ui/undo/undo_offer.h"
 
 namespace tralio {
 
@@ -17,7 +18,8 @@ class HistoryPanel : public testing::Test {
 protected:
     HistoryPanel() {
         panel = std::make_unique<HistoryState>(
-            HistoryState::Services{history, desktop.pasteboard, desktop.clock, [this] { return at(now); }},
+            HistoryState::Services{
+                history, desktop.pasteboard, undo, desktop.clock, [this] { return at(now); }},
             [this](const TranslationItem& item) { picked += item.sourceText; });
     }
 
@@ -36,6 +38,7 @@ protected:
     FakeDesktop desktop;
     MemoryKeyValueStore store;
     TranslationHistoryStore history{store, [this] { return at(now); }};
+    UndoOffer undo{desktop.clock};
     QStringList picked;  ///< source texts
     std::unique_ptr<HistoryState> panel;
 };

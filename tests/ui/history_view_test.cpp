@@ -124,6 +124,31 @@ TEST_F(HistoryViewTest, a_row_is_spoken_with_its_texts_and_languages) {
         EXPECT_TRUE(name.contains(part)) << name.toStdString();
 }
 
+TEST_F(HistoryViewTest, what_was_today_is_shown_with_its_day_when_the_panel_comes_back_on_another) {
+    show({u"one"_s});
+    const auto hasText = [this](const QString& text) {
+        return std::ranges::any_of(
+            visibleParts<Label>(*view), [&text](const Label* label) { return label->text() == text; });
+    };
+    EXPECT_TRUE(hasText(u"12:00"_s));
+    view->hide();
+    now = now.addDays(1);
+    view->show();
+    EXPECT_TRUE(hasText(u"25/11 12:00"_s));
+}
+
+TEST_F(HistoryViewTest, the_keyboard_takes_back_what_it_removed) {
+    show({u"one"_s, u"two"_s});
+    rows()[0]->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Delete);
+    press(Qt::Key_Delete);
+    ASSERT_TRUE(showsEmptyState());
+    QTest::keyClick(view->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(shown(), QStringList(u"two"_s));
+    EXPECT_TRUE(rows()[0]->hasFocus());
+}
+
 TEST_F(HistoryViewTest, removing_all_shows_the_empty_state_and_an_entry_ends_it) {
     show({u"one"_s, u"two"_s});
     const Control* clear = visibleControl(*view, u"Xóa tất cả"_s);

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "hotkeys/permission_watch.h"
 #include "ui/program_on_fakes.h"
 
 namespace tralio {
@@ -15,10 +16,12 @@ using namespace std::chrono_literals;
 class MainPanel : public testing::Test, protected ProgramOnFakes {
 protected:
     void show() {
-        state = std::make_unique<MainState>(
-            MainState::Services{store, appState, hotKeys, updates, desktop.clock});
+        state.reset();
+        permissions = std::make_unique<PermissionWatch>(hotKeys, desktop.clock);
+        state = std::make_unique<MainState>(MainState::Services{store, appState, *permissions, updates});
     }
 
+    std::unique_ptr<PermissionWatch> permissions;
     std::unique_ptr<MainState> state;
 };
 
@@ -86,6 +89,7 @@ TEST_F(MainPanel, nothing_happens_after_the_view_is_gone) {
     show();
     appState.notifyPopoverOpened();
     state.reset();
+    permissions.reset();
     appState.requestTranslation(u"text"_s);
     ASSERT_TRUE(nextTurn());
     desktop.clock.advance(2s);

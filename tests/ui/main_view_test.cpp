@@ -1,7 +1,9 @@
 #include <QTest>
 
+#include "engine/hosts.h"
 #include "history/translation_history_store.h"
 #include "ui/history/history_row.h"
+#include "ui/kit/label.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "ui/kit/theme.h"
@@ -63,16 +65,119 @@ TEST_F(MainWindow, only_what_reports_a_missing_permission_leads_to_the_settings)
     EXPECT_FALSE(shows(captureMissing));
 }
 
-TEST_F(MainWindow, an_offer_shows_until_it_is_dismissed_and_the_settings_keep_it) {
+TEST_F(MainWindow, an_offer_shows_until_it_is_dismissed_and_again_after_the_next_check) {
+    const AppUpdateInfo offer{u"1.1.0"_s, u"Nhanh hơn"_s, u"https://update.example.com/a.zip"_s, {}};
+    stage.model.replies(StandInReply::withBody(200, offer.toJson()));
     stage.open();
     EXPECT_FALSE(shows(u"Cập nhật ngay"_s));
-    stage.updates.updateInfo =
-        AppUpdateInfo{u"1.1.0"_s, u"Nhanh hơn"_s, u"https://update.example.com/a.zip"_s, {}};
-    stage.updates.isUpdateAvailable = true;
+    stage.updates.checkForUpdates(false);
     stage.wait([this] { return shows(u"Cập nhật ngay"_s); });
     stage.click(u"Ẩn thông báo này"_s);
     EXPECT_FALSE(shows(u"Cập nhật ngay"_s));
-    EXPECT_FALSE(stage.updates.isUpdateAvailable());
+    stage.click(u"Cài đặt"_s);
+    EXPECT_FALSE(shows(u"Cập nhật ngay"_s));
+    stage.click(u"Kiểm tra cập nhật"_s);
+    stage.wait([this] { return stage.controls(u"Cập nhật ngay"_s).size() == 2; });
+}
+
+TEST_F(MainWindow, both_install_buttons_install_and_show_how_far_the_download_is) {
+    stage.updates.updateInfo =
+        AppUpdateInfo{u"1.1.0"_s, u"Nhanh hơn"_s, u"https://update.example.com/a.zip"_s, {}};
+    stage.updates.isUpdateAvailable = true;
+    stage.installer.packaged = true;
+    stage.open();
+    stage.click(u"Cài đặt"_s);
+    const QList<Control*> buttons = stage.controls(u"Cập nhật ngay"_s);
+    ASSERT_EQ(buttons.size(), 2);
+    for (Control* button : buttons)
+        QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(stage.websiteVisits, 2) << "a package manager updates this copy";
+
+    stage.updates.isUpdating = true;
+    stage.updates.downloadProgress = 0.427;
+    stage.settle();
+    EXPECT_FALSE(shows(u"Cập nhật ngay"_s));
+    EXPECT_FALSE(shows(u"Ẩn thông báo này"_s));
+    EXPECT_EQ(stage.texts().count(u"42%"_s), 2);
+}
+
+TEST_F(MainWindow, the_guide_and_the_end_of_the_program_are_one_click_away) {
+    stage.open();
+    stage.click(u"Hướng dẫn sử dụng (Mở tài liệu)"_s);
+    EXPECT_EQ(stage.opened, QList{QUrl(u"https://%1/guide.html"_s.arg(hosts::website))});
+    stage.click(u"Thoát ứng dụng Tralio"_s);
+    EXPECT_EQ(stage.quits, 1);
+}
+
+TEST_F(MainWindow, what_is_missing_leads_to_the_cards_of_the_permissions_and_the_keyboard_along) {
+    stage.desktop.permissions.screenCapture = false;
+    stage.open();
+    stage.click(captureMissing);
+    const Control* request =
+        stage.controls(u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s).value(0);
+    ASSERT_NE(request, nullptr);
+    EXPECT_EQ(request->visibleRegion().boundingRect(), request->rect());
+    EXPECT_FALSE(request->hasFocus());
+
+    stage.click(u"Tralio"_s);
+    stage.controls(captureMissing).constFirst()->setFocus(Qt::TabFocusReason);
+    stage.press(Qt::Key_Space);
+    request = stage.controls(u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s).value(0);
+    ASSERT_NE(request, nullptr);
+    EXPECT_TRUE(request->hasFocus());
+}
+
+TEST_F(MainWindow, the_version_stands_whole_beside_the_longest_shortcuts) {
+    const QString longest = u"⌃ ⌥ ⇧ ⌘ Return"_s;
+    stage.desktop.permissions.accessibility = false;
+    stage.desktop.permissions.screenCapture = false;
+    stage.store.setValue(u"app_setting_hotkey_display"_s, longest);
+    stage.store.setValue(u"app_setting_ocr_hotkey_display"_s, longest);
+    stage.open();
+    const auto* version =
+        stage.part<Label>([](const Label& label) { return label.text() == u"Tralio v1.0.9"; });
+    ASSERT_NE(version, nullptr);
+    EXPECT_GE(version->width(), version->sizeHint().width());
+    ASSERT_TRUE(shows(u"Chưa cấp quyền: Trợ năng & Chụp"_s)) << "a screen reader says it whole";
+    ASSERT_TRUE(shows(u"Bôi đen: Ctrl + Alt + Shift + Super + Return"_s));
+    const Control* last = stage.controls(u"Chụp: "_s + longest).constFirst();
+    EXPECT_LE(last->mapTo(last->window(), last->rect().bottomRight()).x(), last->window()->width());
+    EXPECT_GE(last->width(), last->sizeHint().width());
+}
+
+TEST_F(MainWindow, what_was_deleted_can_be_taken_back_for_six_seconds_from_any_tab) {
+    TranslationHistoryStore history(stage.store);
+    for (const QString& text : {u"one"_s, u"two"_s})
+        history.add(text, u"x"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
+    const auto stored = [this] { return TranslationHistoryStore(stage.store).items(); };
+    stage.open();
+    stage.click(u"Lịch sử"_s);
+    stage.click(u"Xóa"_s);
+    EXPECT_EQ(stored().size(), 1);
+    stage.click(u"Hoàn tác"_s);
+    EXPECT_EQ(stored(), history.items());
+    EXPECT_FALSE(shows(u"Hoàn tác"_s));
+
+    stage.click(u"Xóa tất cả"_s);
+    EXPECT_TRUE(stored().isEmpty());
+    stage.click(u"Cài đặt"_s);
+    EXPECT_TRUE(shows(u"Hoàn tác"_s));
+    stage.desktop.clock.advance(5999ms);
+    stage.settle();
+    stage.click(u"Hoàn tác"_s);
+    EXPECT_EQ(stored(), history.items());
+
+    stage.click(u"⌥ T"_s);
+    stage.click(u"Khôi phục mặc định"_s);
+    const auto shortcut = [this] { return stage.store.text(u"app_setting_hotkey_display"_s); };
+    EXPECT_EQ(shortcut(), u"⌘ ⇧ D"_s);
+    stage.click(u"Hoàn tác"_s);
+    EXPECT_EQ(shortcut(), u"⌥ T"_s);
+
+    stage.click(u"Khôi phục mặc định"_s);
+    stage.desktop.clock.advance(6s);
+    stage.wait([this] { return !shows(u"Hoàn tác"_s); });
+    EXPECT_EQ(shortcut(), u"⌘ ⇧ D"_s);
 }
 
 TEST_F(MainWindow, a_picked_entry_fills_the_input_without_being_translated) {

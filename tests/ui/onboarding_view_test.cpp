@@ -7,10 +7,15 @@
 #include <gmock/gmock.h>
 #include <memory>
 
+#include "hotkeys/permission_watch.h"
+#include "state/app_settings.h"
 #include "support/event_loop.h"
 #include "support/fake_desktop.h"
+#include "support/memory_key_value_store.h"
 #include "support/print_to.h"
+#include "ui/kit/badge.h"
 #include "ui/kit/button.h"
+#include "ui/kit/label.h"
 #include "ui/kit/theme.h"
 #include "ui/onboarding/onboarding_state.h"
 #include "ui/onboarding/page_indicator.h"
@@ -42,8 +47,10 @@ protected:
 
     void begin() {
         view.reset();
-        state = std::make_unique<OnboardingState>(hotKeys, desktop.clock, [this] { ++finishes; });
+        state = std::make_unique<OnboardingState>(
+            OnboardingState::Services{hotKeys, permissions, settings}, [this] { ++finishes; });
         view = std::make_unique<OnboardingView>(*state, &window);
+        view->resize(window.size());
         view->show();
     }
     void goTo(int step) {
@@ -76,6 +83,9 @@ protected:
 
     FakeDesktop desktop;
     HotKeyService hotKeys{desktop.platform()};
+    PermissionWatch permissions{hotKeys, desktop.clock};
+    MemoryKeyValueStore store;
+    AppSettings settings{store, hotKeys};
     int finishes = 0;
     QWidget window;
     QLineEdit input{&window};
@@ -115,10 +125,37 @@ TEST_F(WalkThroughView, a_permission_is_asked_for_on_its_card_until_it_is_grante
     ASSERT_EQ(desktop.workspace.opened.size(), 1U);
     EXPECT_TRUE(desktop.workspace.opened[0].toString().endsWith(u"Privacy_ScreenCapture"));
 
+    const auto badge = [&cards](int card) { return cards[card]->findChild<Badge*>()->accessibleName(); };
+    EXPECT_EQ(badge(0), u"ĐÃ CẤP"_s);
+    EXPECT_EQ(badge(1), u"CHƯA CẤP"_s);
+
+    request->setFocus(Qt::TabFocusReason);
     desktop.permissions.screenCapture = true;
     desktop.clock.advance(1s);
     ASSERT_TRUE(nextTurn());
     EXPECT_FALSE(request->isVisible());
+    EXPECT_EQ(badge(1), u"ĐÃ CẤP"_s);
+    EXPECT_EQ(focusedTitle(), QString()) << "the keyboard went on to another button";
+
+    view->hide();
+    desktop.permissions.screenCapture = false;
+    view->show();
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(badge(1), u"CHƯA CẤP"_s) << "what is shown is not looked up on appearing";
+}
+
+TEST_F(WalkThroughView, the_last_page_names_the_shortcuts_of_this_machine_as_they_are) {
+    goTo(3);
+    const auto tells = [this](const QString& text) {
+        for (const Label* label : visibleParts<Label>(*view))
+            if (label->text() == text)
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(tells(u"Trên máy này: Super + Shift + D và Super + Shift + S"_s));
+    settings.updateCustomHotKey(17, 2048, u"⌥ T"_s);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_TRUE(tells(u"Trên máy này: Alt + T và Super + Shift + S"_s));
 }
 
 TEST_F(WalkThroughView, return_alone_leads_through_it) {

@@ -16,6 +16,7 @@
 #include "support/fake_desktop.h"
 #include "support/memory_key_value_store.h"
 #include "support/print_to.h"
+#include "support/scripted_installer.h"
 #include "support/stand_in_model.h"
 #include "update/update_service.h"
 
@@ -47,12 +48,14 @@ struct ProgramOnFakes {
     SystemClock httpClock;  ///< of a process in real time
     HelperHttpClient http{QStringLiteral(HTTP_PROGRAM), httpClock};
     AIService ai{http};
-    UpdateService updates{http,
+    ScriptedInstaller installer;
+    int websiteVisits = 0;
+    UpdateService updates{http, installer,
         {.manifest = QUrl(model.baseURL()),
             .currentVersion = QStringLiteral("1.0.9"),
             .temporaryFolder = {},
-            .runInstaller = [](const QString&) {},
-            .terminate = [] {}}};
+            .terminate = [] {},
+            .openWebsite = [this] { ++websiteVisits; }}};
     ScriptedRecognizer recognizer;
     OCRService ocr{recognizer};
     DrawnRegion region;

@@ -6,8 +6,10 @@
 #include <gmock/gmock.h>
 #include <memory>
 
+#include "hotkeys/permission_watch.h"
 #include "ui/program_on_fakes.h"
 #include "ui/settings/settings_state.h"
+#include "ui/undo/undo_offer.h"
 
 namespace tralio {
 
@@ -36,8 +38,11 @@ protected:
     }
 
     int guidesOpened = 0;
-    std::unique_ptr<SettingsState> panel = std::make_unique<SettingsState>(SettingsState::Services{
-        settings, hotKeys, ai, updates, appState, desktop.clock, keyCode, [this] { ++guidesOpened; }});
+    PermissionWatch permissions{hotKeys, desktop.clock};
+    UndoOffer undo{desktop.clock};
+    std::unique_ptr<SettingsState> panel =
+        std::make_unique<SettingsState>(SettingsState::Services{settings, hotKeys, ai, updates, appState,
+            permissions, undo, desktop.clock, keyCode, [this] { ++guidesOpened; }});
 };
 
 }  // namespace tralio

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QTest>
 
+#include "ui/kit/label.h"
 #include "ui/kit/theme.h"
 #include "ui/kit/window_frame.h"
 #include "ui/main/main_view.h"
@@ -40,7 +41,7 @@ Stage::~Stage() = default;
 void Stage::open() {
     auto* content = new MainView({store, hotKeys, ai, captures, ocr, speech, updates, appState,
                                      desktop.pasteboard, desktop.clock, [](quint32) { return std::nullopt; }},
-        {.openURL = [](const QUrl&) {}, .quit = [] {}});
+        {.openURL = [this](const QUrl& url) { opened += url; }, .quit = [this] { ++quits; }});
     m_backdrop = std::make_unique<Backdrop>();
     auto* frame = new WindowFrame(WindowFrame::Edges::floating, m_backdrop.get());
     frame->move(0, 4);
@@ -58,6 +59,13 @@ void Stage::settle() {
 
 QList<Control*> Stage::controls(const QString& name) const {
     return visibleControls(*m_backdrop, name);
+}
+
+QStringList Stage::texts() const {
+    QStringList texts;
+    for (const Label* label : visibleParts<Label>(*m_backdrop))
+        texts += label->text();
+    return texts;
 }
 
 void Stage::click(const QString& name) {

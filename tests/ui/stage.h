@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QUrl>
 #include <QWidget>
 
 #include <memory>
@@ -34,6 +35,16 @@ public:
     [[nodiscard]] Part* find() const {
         return m_backdrop->findChild<Part*>();
     }
+    /// The first visible part of a kind that is as wanted; null without one.
+    template <typename Part, typename Wanted>
+    [[nodiscard]] Part* part(Wanted wanted) const {
+        for (Part* part : visibleParts<Part>(*m_backdrop))
+            if (wanted(*part))
+                return part;
+        return nullptr;
+    }
+    /// What the visible labels say.
+    [[nodiscard]] QStringList texts() const;
     template <typename Condition>
     void wait(Condition condition) {
         if (!eventually(condition))
@@ -42,6 +53,9 @@ public:
     }
     /// Lets the window show what has changed.
     void settle();
+
+    QList<QUrl> opened;  ///< by the main view, for the desktop to show
+    int quits = 0;       ///< how often it asked for the end of the program
 
     [[nodiscard]] QWidget& window() { return *m_backdrop; }
 

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "common/localized_error.h"
-#include "platform/linux/bundle/installer_runner.h"
+#include "platform/linux/bundle/bundle_installer.h"
 #include "support/event_loop.h"
 #include "support/files.h"
 #include "support/ordinary_user.h"
@@ -83,7 +83,7 @@ TEST_F(BundleTest, the_version_is_the_bundles_or_a_fixed_one) {
 TEST_F(BundleTest, a_script_runs_in_a_session_of_its_own_and_finds_our_helpers_first) {
     const QString script = write(u"script"_s,
         u"read -ra stat < /proc/$$/stat\necho ${stat[5]} ${PATH%%:*} $# > "_s + path(u"out"_s) + u'\n');
-    InstallerRunner(path(u"helpers"_s)).run(script);
+    BundleInstaller({.programs = {}, .helpers = path(u"helpers"_s)}).run(script);
     const QStringList words = wordsIn(u"out"_s);
     EXPECT_NE(words.value(0).toInt(), getsid(0));
     EXPECT_EQ(words.value(1), path(u"helpers"_s));
@@ -91,30 +91,111 @@ TEST_F(BundleTest, a_script_runs_in_a_session_of_its_own_and_finds_our_helpers_f
 }
 
 TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
-    const auto failure = [](const InstallerRunner& runner, const QString& script) {
+    const auto failure = [](const QString& shell, const QString& script) {
         try {
-            runner.run(script);
+            BundleInstaller({.programs = {}, .shell = shell}).run(script);
         } catch (const LocalizedError& error) {
             return error.errorDescription();
         }
         return QString();
     };
     const QString script = write(u"script"_s, u"exit"_s);
-    EXPECT_TRUE(failure(InstallerRunner({}, path(u"bash"_s)), script).contains(path(u"bash"_s)));
+    EXPECT_TRUE(failure(path(u"bash"_s), script).contains(path(u"bash"_s)));
     write(u"bash"_s, u"#!/nowhere\n"_s);
-    EXPECT_FALSE(failure(InstallerRunner({}, path(u"bash"_s)), script).isEmpty());
+    EXPECT_FALSE(failure(path(u"bash"_s), script).isEmpty());
 
     ASSERT_TRUE(QFile::link(script, path(u"link"_s)));
-    EXPECT_TRUE(failure(InstallerRunner({}), path(u"link"_s)).contains(path(u"link"_s)));
+    EXPECT_TRUE(failure(u"/bin/bash"_s, path(u"link"_s)).contains(path(u"link"_s)));
     const OrdinaryUser user;
-    EXPECT_FALSE(failure(InstallerRunner({}), u"/etc/passwd"_s).isEmpty());
+    EXPECT_FALSE(failure(u"/bin/bash"_s, u"/etc/passwd"_s).isEmpty());
+}
+
+TEST_F(BundleTest, only_the_program_of_the_bundle_that_is_replaced_may_be_replaced) {
+    const auto obstacle = [](const BundleInstaller::Places& places) {
+        try {
+            BundleInstaller(places).checkProgram();
+        } catch (const LocalizedError& error) {
+            return error.errorDescription();
+        }
+        return QString();
+    };
+    const OrdinaryUser user;
+    const QTemporaryDir own;
+    const QString applications = own.filePath(u"Applications"_s);
+    const QString bundle = applications + u"/Tralio.app"_s;
+    BundleInstaller::Places places{.programs = own.filePath(u"elsewhere"_s), .bundle = bundle};
+    EXPECT_TRUE(obstacle(places).contains(bundle)) << "there is none";
+    ASSERT_TRUE(QDir().mkpath(bundle + u"/Contents/MacOS"_s) && QDir().mkpath(places.programs));
+    EXPECT_TRUE(obstacle(places).contains(bundle)) << "the program runs from elsewhere";
+
+    const QString link = own.filePath(u"link.app"_s);
+    ASSERT_TRUE(QFile::link(bundle, link));
+    places.programs = link + u"/Contents/MacOS"_s;
+    EXPECT_EQ(obstacle(places), QString());
+    places.unzip = u"no-such-unzip"_s;
+    EXPECT_TRUE(obstacle(places).contains(places.unzip));
+    const auto readOnly = QFile::ReadOwner | QFile::ExeOwner;
+    ASSERT_TRUE(QFile::setPermissions(applications, readOnly));
+    EXPECT_TRUE(obstacle(places).contains(u"quyền"_s));
+    ASSERT_TRUE(QFile::setPermissions(applications, readOnly | QFile::WriteOwner));
+}
+
+TEST_F(BundleTest, what_the_distribution_installed_is_updated_by_it) {
+    for (const auto& [programs, expected] :
+        {std::pair(u"/usr/bin"_s, true), std::pair(u"/usr/local/bin"_s, false),
+            std::pair(u"/usrx/bin"_s, false), std::pair(u"/Applications/Tralio.app/Contents/MacOS"_s, false)})
+        EXPECT_EQ(BundleInstaller({.programs = programs}).isPackaged(), expected) << qPrintable(programs);
+}
+
+TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_a_bundle_at_its_top) {
+    write(u"Tralio.app/Contents/Info.plist"_s, u"an application"_s);
+    write(u"deep/Tralio.app/Contents/Info.plist"_s, u"too deep"_s);
+    write(u"File.app"_s, u"no folder"_s);
+    const auto fault = [this](const QString& archive) {
+        QString words;
+        bool ended = false;
+        const auto check = [&]() -> QCoro::Task<> {
+            BundleInstaller installer({.programs = {}});
+            try {
+                co_await installer.checkArchive(path(archive));
+            } catch (const LocalizedError& error) {
+                words = error.errorDescription();
+            }
+            ended = true;
+        };
+        check();
+        EXPECT_TRUE(eventually([&] { return ended; }));
+        return words;
+    };
+    const auto archive = [this](const QString& name, const QStringList& content) {
+        QProcess cmake;
+        cmake.setWorkingDirectory(folder.path());
+        cmake.start(QStringLiteral(CMAKE_PROGRAM),
+            QStringList{u"-E"_s, u"tar"_s, u"cf"_s, name, u"--format=zip"_s} + content);
+        EXPECT_TRUE(cmake.waitForFinished() && cmake.exitCode() == 0);
+        return name;
+    };
+    const QString whole = archive(u"whole.zip"_s, {u"Tralio.app"_s});
+    EXPECT_EQ(fault(whole), QString());
+    const QString noBundle = fault(archive(u"deep.zip"_s, {u"deep"_s, u"File.app"_s}));
+    EXPECT_FALSE(noBundle.isEmpty());
+    QByteArray content = contentOf(path(whole));
+    content[content.indexOf("Info.plist") + 12] ^= 1;
+    write(u"page.zip"_s, u"<html>not found</html>"_s);
+    QFile broken(path(u"broken.zip"_s));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly) && broken.write(content) == content.size());
+    broken.close();
+    for (const QString& name : {u"broken.zip"_s, u"page.zip"_s}) {
+        EXPECT_FALSE(fault(name).isEmpty()) << qPrintable(name);
+        EXPECT_NE(fault(name), noBundle) << qPrintable(name);
+    }
 }
 
 TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_and_in_a_system_installation) {
     write(u"Tralio.app/Contents/Helpers/open"_s, {});
-    EXPECT_EQ(InstallerRunner::installedHelpers(path(u"Tralio.app/Contents/MacOS"_s)),
+    EXPECT_EQ(BundleInstaller::installedHelpers(path(u"Tralio.app/Contents/MacOS"_s)),
         path(u"Tralio.app/Contents/Helpers"_s));
-    EXPECT_EQ(InstallerRunner::installedHelpers(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
+    EXPECT_EQ(BundleInstaller::installedHelpers(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
 }
 
 TEST_F(BundleTest, open_starts_the_program_that_the_bundle_names_and_leaves_it_to_itself) {

@@ -22,6 +22,13 @@ TEST_F(UpdateCheckTest, a_newer_version_is_asked_for_past_every_cache_and_offere
     EXPECT_EQ(request.header("Cache-Control"), "no-cache");
 }
 
+TEST_F(UpdateCheckTest, the_manifest_is_fetched_over_tls_only) {
+    const QUrl manifest = UpdateService::defaultManifest();
+    EXPECT_EQ(manifest.scheme(), u"https"_s);
+    EXPECT_EQ(manifest.path(), u"/version.json"_s);
+    EXPECT_FALSE(manifest.host().isEmpty());
+}
+
 TEST_F(UpdateCheckTest, only_who_asked_hears_that_there_is_nothing_new) {
     for (const QString& version : {u"1.0.9"_s, u"1.0.8"_s}) {
         service->updateInfo = offer(u"1.0.10"_s);
@@ -86,11 +93,11 @@ TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {
     oldServer.replies(StandInReply::redirect(301, address(u"/version.json"_s).toLatin1()));
     UpdateService::Host moved = host();
     moved.manifest.setPort(oldServer.port());
-    service = std::make_unique<UpdateService>(http, moved);
+    service = std::make_unique<UpdateService>(http, installer, moved);
     EXPECT_EQ(check(false), u"Đã có bản cập nhật mới: v2"_s);
 
     moved.manifest = QUrl();
-    service = std::make_unique<UpdateService>(http, moved);
+    service = std::make_unique<UpdateService>(http, installer, moved);
     service->checkForUpdates(true);
     EXPECT_FALSE(service->isChecking()) << "an address that is none ends the check at once";
 }

@@ -1,7 +1,6 @@
 #include "support/file_size_limit.h"
 #include "support/files.h"
 #include "support/ordinary_user.h"
-#include "update/installer_script.h"
 #include "update/update_test_support.h"
 
 namespace tralio {
@@ -56,12 +55,16 @@ TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program
     server.replies(StandInReply::withBody(200, archive));
 
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
-    EXPECT_EQ(events, (QStringList{u"run "_s + script, u"terminate"_s}));
+    EXPECT_EQ(installer.checkedArchive, zip);
+    EXPECT_EQ(installer.scripts, QStringList(script));
+    EXPECT_EQ(events, QStringList(u"terminate"_s));
     EXPECT_TRUE(service->isUpdating());
     EXPECT_EQ(service->downloadProgress(), 1);
     EXPECT_TRUE(contentOf(zip) == archive);
-    EXPECT_EQ(contentOf(script), installerScript(zip).toUtf8());
+    EXPECT_TRUE(contentOf(script).startsWith("#!")) << "the script is not there when it is run";
     EXPECT_EQ(filesInFolder().size(), 2);
+    EXPECT_EQ(server.requests().last().header("Accept-Encoding"), "identity")
+        << "its size could not be told from that of the transfer";
 }
 
 TEST_F(
@@ -143,7 +146,7 @@ TEST_F(UpdateInstallTest, a_folder_that_takes_no_file_is_told_with_what_could_no
     const QTemporaryDir own;
     UpdateService::Host other = host();
     other.temporaryFolder = own.path();
-    service = std::make_unique<UpdateService>(http, other);
+    service = std::make_unique<UpdateService>(http, installer, other);
     service->updateInfo = offer(u"2"_s);
     service->isUpdateAvailable = true;
     const auto setWritable = [&own](bool writable) {
@@ -163,11 +166,25 @@ TEST_F(UpdateInstallTest, a_folder_that_takes_no_file_is_told_with_what_could_no
     setWritable(true);
 }
 
-TEST_F(UpdateInstallTest, an_installer_that_does_not_start_leaves_the_program_running) {
-    startFailure = u"không có bash"_s;
-    expectFailure(u"Không thể chạy tiến trình cập nhật: không có bash"_s);
-    startFailure = std::nullopt;
+TEST_F(UpdateInstallTest, whatever_stands_in_the_way_of_an_installation_is_told_and_the_program_goes_on) {
+    const QString fault = u"không có bash"_s;
+    for (auto* const obstacle : {&installer.programFault, &installer.archiveFault, &installer.startFault}) {
+        *obstacle = fault;
+        expectFailure(u"Không thể chạy tiến trình cập nhật: "_s + fault);
+        *obstacle = std::nullopt;
+        EXPECT_FALSE(QFile::exists(zip));
+    }
+    EXPECT_EQ(server.requests().size(), 2) << "a program that cannot be replaced fetched an archive";
+    EXPECT_EQ(installer.scripts.size(), 1);
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+}
+
+TEST_F(UpdateInstallTest, a_copy_that_a_package_manager_updates_leads_to_the_web_site) {
+    installer.packaged = true;
+    service->startAutoUpdate();
+    EXPECT_EQ(events, QStringList(u"website"_s));
+    EXPECT_FALSE(service->isUpdating());
+    EXPECT_TRUE(server.requests().isEmpty());
 }
 
 TEST_F(UpdateInstallTest, a_folder_in_the_archives_place_goes_and_one_in_the_scripts_place_is_no_matter) {

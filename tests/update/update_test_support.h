@@ -6,11 +6,11 @@
 #include <gmock/gmock.h>
 #include <optional>
 
-#include "common/localized_error.h"
 #include "platform/linux/helpers/helper_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/print_to.h"
+#include "support/scripted_installer.h"
 #include "support/stand_in_model.h"
 #include "update/update_service.h"
 
@@ -27,13 +27,8 @@ protected:
         return {.manifest = QUrl(address(u"/version.json"_s)),
             .currentVersion = u" 1.0.9\n"_s,
             .temporaryFolder = folder.path(),
-            .runInstaller =
-                [this](const QString& script) {
-                    events.append(u"run "_s + script);
-                    if (startFailure)
-                        throw LocalizedError(*startFailure);
-                },
             .terminate = [this] { events.append(u"terminate"_s); },
+            .openWebsite = [this] { events.append(u"website"_s); },
             .now = [] { return now; }};
     }
 
@@ -63,10 +58,10 @@ protected:
     FakeClock clock;
     StandInModel server;
     QTemporaryDir folder;
+    ScriptedInstaller installer;
     QStringList events;
-    std::optional<QString> startFailure;  ///< with which the installer does not start
     HelperHttpClient http{QStringLiteral(HTTP_PROGRAM), clock};
-    std::unique_ptr<UpdateService> service = std::make_unique<UpdateService>(http, host());
+    std::unique_ptr<UpdateService> service = std::make_unique<UpdateService>(http, installer, host());
 };
 
 }  // namespace tralio

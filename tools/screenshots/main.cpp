@@ -69,8 +69,11 @@ int main(int argc, char** argv) {
     const qreal scale = application.devicePixelRatio();
     const QString suffix = scale == 1 ? QString() : u"@%1x"_s.arg(scale);
     for (const bool dark : {false, true}) {
-        Theme::setAppearance(
-            {.dark = dark, .accent = QColor(options.value(u"accent"_s)), .reducedMotion = true});
+        const auto setAccent = [dark](const QColor& accent) {
+            Theme::setAppearance({.dark = dark, .accent = accent, .reducedMotion = true});
+        };
+        const QColor usual(options.value(u"accent"_s));
+        setAccent(usual);
         const auto save = [&](const QString& name, const auto& draw) {
             if (!name.contains(options.value(u"only"_s)))
                 return;
@@ -79,7 +82,9 @@ int main(int argc, char** argv) {
                 qFatal("%s cannot be written", qUtf8Printable(file));
         };
         save(u"components"_s, pictureOfComponents);
-        for (const Scene& scene : scenes())
+        for (const Scene& scene : scenes()) {
+            setAccent(scene.accent.value_or(usual));
             save(scene.name, [&] { return pictureOf(scene); });
+        }
     }
 }

@@ -180,6 +180,12 @@ void historyList(Stage& stage) {
     }
 }
 
+/// After an entry was removed.
+void historyUndo(Stage& stage) {
+    historyList(stage);
+    stage.click(u"Xóa"_s);
+}
+
 void settings(Stage& stage) {
     stage.open();
     stage.click(u"Cài đặt"_s);
@@ -192,6 +198,42 @@ void settingsOfOthers(Stage& stage) {
     stage.store.setValue(u"app_setting_model"_s, u"gpt-4o-mini"_s);
     stage.store.setValue(u"app_setting_api_key"_s, u"sk-0123456789abcdefghijklm"_s);
     settings(stage);
+}
+
+/// The footer with all that can be in it, and the settings where its warning leads.
+void permissionsMissing(Stage& stage) {
+    for (const QString& hotKey : {u"hotkey"_s, u"ocr_hotkey"_s})
+        stage.store.setValue(u"app_setting_%1_display"_s.arg(hotKey), u"⌃ ⌥ ⇧ ⌘ Return"_s);
+    stage.desktop.permissions.accessibility = false;
+    stage.desktop.permissions.screenCapture = false;
+    stage.open();
+    const QList<Control*> warning = stage.controls(u"Chưa cấp quyền: Trợ năng & Chụp"_s);
+    warning.constFirst()->setFocus(Qt::TabFocusReason);
+    stage.press(Qt::Key_Space);
+}
+
+/// As seen by who moves by keyboard alone: on a tab, in a field, on a button.
+auto keyboardOn(const QString& name) {
+    return [name](Stage& stage) {
+        settingsOfOthers(stage);
+        scrollTo(stage, u"Mô hình AI & Nhà cung cấp"_s);
+        for (QWidget* part : visibleParts<QWidget>(stage.window()))
+            if (part->accessibleName() == name && part->focusPolicy() != Qt::NoFocus)
+                part->setFocus(Qt::TabFocusReason);
+        stage.settle();
+    };
+}
+
+void settingsRestored(Stage& stage) {
+    settingsOfOthers(stage);
+    stage.click(u"Khôi phục mặc định"_s);
+}
+
+void checkingForUpdates(Stage& stage) {
+    stage.model.replies(StandInReply::withBody(200, offer.toJson()).delivered(StandInReply::Delivery::held));
+    settingsOfOthers(stage);
+    scrollToEnd(stage);
+    stage.click(u"Kiểm tra cập nhật"_s);
 }
 
 void recording(Stage& stage) {
@@ -255,13 +297,22 @@ const QList<Scene>& scenes() {
         {u"translate-downloading"_s, downloading},
         {u"history-empty"_s, historyEmpty},
         {u"history-list"_s, historyList},
+        {u"history-undo"_s, historyUndo},
         {u"settings-top"_s, settings},
         {u"settings-shortcuts-recording"_s, recording},
         {u"settings-provider-fields"_s, providerFields},
         {u"settings-provider-card"_s, providerCard},
         {u"settings-bottom"_s, settingsEnd},
+        {u"settings-permissions-missing"_s, permissionsMissing},
+        {u"settings-focused-field"_s, keyboardOn(u"Tên Model"_s)},
+        {u"settings-focused-button"_s, keyboardOn(u"Kiểm tra"_s)},
+        {u"settings-focused-tab"_s, keyboardOn(u"Cài đặt"_s)},
+        {u"settings-restored"_s, settingsRestored},
+        {u"settings-checking"_s, checkingForUpdates},
+        {u"settings-accent"_s, settings, QColor(0xE8731A)},
         {u"about"_s, about},
         {u"onboarding-1-welcome"_s, onboarding(0)},
+        {u"onboarding-1-accent"_s, onboarding(0), QColor(0xE8731A)},
         {u"onboarding-2-permissions"_s, onboarding(1)},
         {u"onboarding-3-model"_s, onboarding(2)},
         {u"onboarding-4-shortcuts"_s, onboarding(3)},

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QColor>
 #include <QList>
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QWidget;
 
@@ -15,6 +17,7 @@ class Stage;
 struct Scene {
     QString name;
     std::function<void(Stage&)> play;
+    std::optional<QColor> accent = {};  ///< in place of the one that was asked for
 };
 
 [[nodiscard]] const QList<Scene>& scenes();

@@ -6,6 +6,7 @@
 
 #include "common/clock.h"
 #include "hotkeys/pasteboard.h"
+#include "ui/undo/undo_offer.h"
 
 namespace tralio {
 namespace {
@@ -38,10 +39,23 @@ void HistoryState::copyToClipboard(const TranslationItem& item) {
 
 void HistoryState::remove(const TranslationItem& item) {
     m_services.historyStore.remove(item.id);
+    offerUndo(u"Đã xóa một bản dịch"_s, {item});
 }
 
 void HistoryState::clear() {
+    const QList<TranslationItem> removed = m_services.historyStore.items();
     m_services.historyStore.clear();
+    offerUndo(u"Đã xóa %1 bản dịch"_s.arg(removed.size()), removed);
+}
+
+void HistoryState::offerUndo(const QString& message, const QList<TranslationItem>& removed) {
+    // The panel may be gone by the time that the user thinks better of it.
+    TranslationHistoryStore& store = m_services.historyStore;
+    m_services.undo.make(message, [&store, removed] { store.bringBack(removed); });
+}
+
+void HistoryState::undo() {
+    m_services.undo.accept();
 }
 
 void HistoryState::select(const TranslationItem& item) {

@@ -13,6 +13,7 @@ namespace tralio {
 
 class Clock;
 class Pasteboard;
+class UndoOffer;
 
 /// The history panel without its widgets: the entries are the store's, and only the mark of a copied one is
 /// its own. Lives as long as the panel is shown. Used from the main thread.
@@ -24,6 +25,7 @@ public:
     struct Services {
         TranslationHistoryStore& historyStore;
         Pasteboard& pasteboard;
+        UndoOffer& undo;
         Clock& clock;
         TranslationHistoryStore::Now now = std::chrono::system_clock::now;
     };
@@ -44,11 +46,15 @@ public:
 
     /// Puts the translation on the clipboard, and marks its entry for 1.5 seconds.
     void copyToClipboard(const TranslationItem& item);
+    // What these remove can be brought back for a while.
     void remove(const TranslationItem& item);
     void clear();
+    void undo();
     void select(const TranslationItem& item);
 
 private:
+    void offerUndo(const QString& message, const QList<TranslationItem>& removed);
+
     Services m_services;
     OnSelect m_onSelect;
 };

@@ -9,6 +9,7 @@
 #include "ui/history/history_row.h"
 #include "ui/history/history_state.h"
 #include "ui/kit/button.h"
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
@@ -82,10 +83,16 @@ void HistoryView::showEvent(QShowEvent* event) {
 void HistoryView::refresh() {
     const QList<TranslationItem>& items = m_state.historyStore().items();
     m_title->setText(u"Lịch sử bản dịch (%1)"_s.arg(items.size()));
+    if (items.isEmpty()) {
+        restFocus(*this, *m_clear);
+        restFocus(*this, *m_scroll);
+    }
     m_clear->setVisible(!items.isEmpty());
     refreshRows();
     m_empty->setVisible(items.isEmpty());
     m_scroll->setVisible(!items.isEmpty());
+    if (!m_rows.isEmpty())
+        wakeFocus(*this, *m_rows.first());
 }
 
 void HistoryView::refreshRows() {
@@ -148,6 +155,10 @@ HistoryRow* HistoryView::newRow(const TranslationItem& item) {
 }
 
 void HistoryView::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Undo)) {
+        m_state.undo();
+        return;
+    }
     const int step = event->key() == Qt::Key_Up ? -1 : event->key() == Qt::Key_Down ? 1 : 0;
     const qsizetype focused = focusedRow();
     if (step == 0 || focused < 0) {

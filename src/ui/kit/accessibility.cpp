@@ -11,6 +11,8 @@ namespace {
 QAccessibleInterface* interfaceFor(const QString& className, QObject* object) {
     static constexpr std::pair<QLatin1StringView, QAccessible::Role> roles[] = {
         {QLatin1StringView("tralio::Label"), QAccessible::StaticText},
+        {QLatin1StringView("tralio::Badge"), QAccessible::StaticText},
+        {QLatin1StringView("tralio::KeyCap"), QAccessible::StaticText},
         {QLatin1StringView("tralio::ErrorStrip"), QAccessible::AlertMessage},
         {QLatin1StringView("tralio::PopupMenu"), QAccessible::PopupMenu},
         {QLatin1StringView("tralio::TabStrip"), QAccessible::PageTabList},

@@ -1,5 +1,6 @@
 #include "ui/kit/badge.h"
 
+#include "hotkeys/shortcut_words.h"
 #include "ui/kit/painting.h"
 
 namespace tralio {
@@ -23,7 +24,7 @@ void Badge::setStyle(const BadgeStyle& style) {
 }
 
 void Badge::changed() {
-    setAccessibleName(m_text);
+    setAccessibleName(keysInWords(m_text));
     updateGeometry();
     update();
 }

@@ -42,6 +42,7 @@ constexpr Row fixedColors[] = {
     {ColorRole::red, {0xB8221A}, {0xFF8178}},
     {ColorRole::orange, {0x8F4C00}, {0xFFB648}},
     {ColorRole::orangeIcon, {0xC76A00}, {0xFFB648}},
+    {ColorRole::blue, {0x005EBC}, {0x61B0FF}},
     {ColorRole::purple, {0x7C3AED}, {0xB692FF}},
     {ColorRole::greenSolid, {0x2DBE55}, {0x30B85C}},
     {ColorRole::redSolid, {0xFF3B30}, {0xFF453A}},
@@ -215,6 +216,7 @@ void Colors::deriveTints() {
     translucent(ColorRole::greenBadge, ColorRole::greenSolid, 15);
     translucent(ColorRole::redBadge, ColorRole::redSolid, 15);
     translucent(ColorRole::orangeBadge, ColorRole::orangeSolid, 15);
+    at(ColorRole::blueBadge) = withOpacity(defaultAccent(), 15);
     translucent(ColorRole::purpleBadge, ColorRole::purple, 14);
     translucent(ColorRole::greenStatusBadge, ColorRole::greenSolid, 12);
     translucent(ColorRole::redStatusBadge, ColorRole::redSolid, 12);

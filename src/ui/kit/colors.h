@@ -33,6 +33,7 @@ enum class ColorRole {
     red,
     orange,
     orangeIcon,
+    blue,
     purple,
     // The accent and what follows from it.
     accentIcon,
@@ -76,6 +77,7 @@ enum class ColorRole {
     greenBadge,
     redBadge,
     orangeBadge,
+    blueBadge,
     purpleBadge,
     greenStatusBadge,
     redStatusBadge,

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QVariantAnimation>
 
+#include "hotkeys/shortcut_words.h"
 #include "ui/kit/keyboard_use.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
@@ -21,7 +22,7 @@ constexpr int hoverFade = 120;  // milliseconds
 // it.
 Control::Control(const QString& title, QWidget* parent) : QAbstractButton(parent), m_title(title) {
     setFocusPolicy(Qt::TabFocus);
-    setAccessibleName(title);
+    nameAloud();
     watchKeyboardUse();
 }
 
@@ -41,7 +42,7 @@ void Control::setSpokenCaption(const QString& caption) {
 
 void Control::nameAloud() {
     const bool both = !m_spokenCaption.isEmpty() && !m_title.isEmpty();
-    setAccessibleName(m_spokenCaption + (both ? u": "_s : QString()) + m_title);
+    setAccessibleName(m_spokenCaption + (both ? u": "_s : QString()) + keysInWords(m_title));
 }
 
 void Control::setBusy(bool busy) {

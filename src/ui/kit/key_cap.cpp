@@ -2,8 +2,10 @@
 
 #include <QPainterPath>
 
+#include "hotkeys/shortcut_words.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
+#include "ui/kit/tooltip.h"
 
 namespace tralio {
 namespace {
@@ -23,7 +25,8 @@ QPainterPath footOf(const QRectF& cap) {
 
 KeyCap::KeyCap(const QString& text, QWidget* parent) : QWidget(parent), m_text(text) {
     setFixedSize(QSize(textWidth(capText, text), capText.line).grownBy(padding));
-    setAccessibleName(text);
+    setAccessibleName(keysInWords(text));
+    setTooltip(this, shortcutsInWords(text));
 }
 
 void KeyCap::paintEvent(QPaintEvent* /*event*/) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "hotkeys/shortcut_words.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
 
@@ -26,13 +27,13 @@ QString beginningOfMessage(const QString& message, qsizetype longest) {
 Label::Label(const QString& text, const TextStyle& style, ColorRole role, QWidget* parent)
     : QWidget(parent), m_text(text), m_style(style), m_role(role) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    setAccessibleName(text);
+    setAccessibleName(keysInWords(text));
 }
 
 void Label::setText(const QString& text) {
     if (m_text != text) {
         m_text = text;
-        setAccessibleName(text);
+        setAccessibleName(keysInWords(text));
         changed();
     }
 }

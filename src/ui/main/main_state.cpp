@@ -1,9 +1,8 @@
 #include "ui/main/main_state.h"
 
-#include "common/clock.h"
 #include "common/on_change.h"
 #include "history/translation_item.h"
-#include "hotkeys/hot_key_service.h"
+#include "hotkeys/permission_watch.h"
 #include "state/app_state.h"
 #include "update/update_service.h"
 
@@ -11,14 +10,6 @@ namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
-constexpr auto permissionPoll = 1s;
-
-void assignIfChanged(Observable<bool>& flag, bool value) {
-    if (flag() != value)
-        flag = value;
-}
 
 }  // namespace
 
@@ -27,12 +18,10 @@ std::optional<AppTab> appTab(int rawValue) {
     return rawValue >= 0 && rawValue < tabs ? std::optional(static_cast<AppTab>(rawValue)) : std::nullopt;
 }
 
-MainState::MainState(Services services)
-    : m_persisted(*this, services.store),
-      isAccessibilityGranted(*this, services.hotKeys.isAccessibilityGranted()),
-      isScreenCaptureGranted(*this, services.hotKeys.isScreenCaptureGranted()),
-      m_services(services) {
+MainState::MainState(Services services) : m_persisted(*this, services.store), m_services(services) {
     m_persisted.load();
+    connect(&m_services.permissions, &ObservableObject::objectWillChange, this,
+        &ObservableObject::objectWillChange);
 
     AppState& appState = m_services.appState;
     onChange(
@@ -40,7 +29,14 @@ MainState::MainState(Services services)
     onChange(
         appState, this, [&appState] { return appState.translateTriggerId(); },
         [this] { selectedTab = AppTab::translate; });
-    m_services.clock.every(permissionPoll, this, [this] { checkPermissions(); });
+}
+
+bool MainState::isAccessibilityGranted() const {
+    return m_services.permissions.isAccessibilityGranted();
+}
+
+bool MainState::isScreenCaptureGranted() const {
+    return m_services.permissions.isScreenCaptureGranted();
 }
 
 std::optional<QString> MainState::ungrantedWarningText() const {
@@ -59,12 +55,7 @@ bool MainState::isOnboardingShown() const {
 
 void MainState::appear() {
     selectedTab = AppTab::translate;
-    checkPermissions();
-}
-
-void MainState::checkPermissions() {
-    assignIfChanged(isAccessibilityGranted, m_services.hotKeys.isAccessibilityGranted());
-    assignIfChanged(isScreenCaptureGranted, m_services.hotKeys.isScreenCaptureGranted());
+    m_services.permissions.checkNow();
 }
 
 void MainState::select(const TranslationItem& item) {

@@ -10,8 +10,7 @@
 namespace tralio {
 
 class AppState;
-class Clock;
-class HotKeyService;
+class PermissionWatch;
 class UpdateService;
 struct TranslationItem;
 
@@ -33,9 +32,8 @@ public:
     struct Services {
         KeyValueStore& store;
         AppState& appState;
-        HotKeyService& hotKeys;
+        PermissionWatch& permissions;
         UpdateService& updates;
-        Clock& clock;
     };
 
     explicit MainState(Services services);
@@ -44,10 +42,10 @@ public:
 
     Observable<AppTab> selectedTab{*this, AppTab::translate};
     Observable<QString> textToTranslate{*this};
-    Observable<bool> isAccessibilityGranted;
-    Observable<bool> isScreenCaptureGranted;
     Persisted<bool> hasCompletedOnboarding{m_persisted, u"hasCompletedOnboarding", false};
 
+    [[nodiscard]] bool isAccessibilityGranted() const;
+    [[nodiscard]] bool isScreenCaptureGranted() const;
     /// Which permission is missing; absent when none is.
     [[nodiscard]] std::optional<QString> ungrantedWarningText() const;
     [[nodiscard]] bool isOnboardingShown() const;
@@ -59,8 +57,6 @@ public:
 
     // Actions
 
-    /// Reads both permissions; announces only what has changed.
-    void checkPermissions();
     /// Takes an entry's source text as the input of the translate panel, without translating it.
     void select(const TranslationItem& item);
     void finishOnboarding();

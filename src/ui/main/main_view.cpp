@@ -12,6 +12,7 @@
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
 #include "ui/kit/cross_fade.h"
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
@@ -26,6 +27,7 @@
 #include "ui/settings/settings_view.h"
 #include "ui/translate/translate_state.h"
 #include "ui/translate/translate_view.h"
+#include "ui/undo/undo_strip.h"
 #include "update/update_service.h"
 
 namespace tralio {
@@ -51,11 +53,15 @@ MainView::MainView(Services services, Actions actions, QWidget* parent)
       m_actions(std::move(actions)),
       m_settings(services.store, services.hotKeys),
       m_history(services.store),
-      m_state({services.store, services.appState, services.hotKeys, services.updates, services.clock}) {
+      m_permissions(services.hotKeys, services.clock),
+      m_undo(services.clock),
+      m_state({services.store, services.appState, m_permissions, services.updates}) {
     m_panelArea = filled(new QWidget, column({}, {}));
     auto* banner = new UpdateBanner(m_services.updates, [this] { m_state.dismissUpdate(); });
     m_body = filled(new QWidget,
-        column({}, {header(), new Divider, banner, {m_panelArea, {}, 1}, new Divider, footer()}));
+        column({},
+            {header(), new Divider, banner, {m_panelArea, {}, 1}, new UndoStrip(m_undo, *m_panelArea),
+                new Divider, footer()}));
     filled(this, column({}, {m_body}));
 
     onAnyChange(
@@ -74,6 +80,13 @@ MainView::~MainView() {
 void MainView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     m_state.appear();
+}
+
+void MainView::openPermissions(const Control& cause) {
+    m_state.selectedTab = AppTab::settings;
+    showPanel();
+    if (auto* settings = qobject_cast<SettingsView*>(m_panel))
+        settings->showPermissions(cause.showsFocusRing() ? Qt::TabFocusReason : Qt::OtherFocusReason);
 }
 
 void MainView::openGuide() {
@@ -113,18 +126,16 @@ QWidget* MainView::footer() {
     setTooltip(m_warning, u"Nhấn để mở Cài đặt và cấp quyền cho ứng dụng"_s);
     m_selectionChip = new Chip(QString());
     m_captureChip = new Chip(QString());
-    const auto selectSettings = [this] { m_state.selectedTab = AppTab::settings; };
-    connect(m_warning, &Button::clicked, this, selectSettings);
-    connect(m_selectionChip, &Chip::clicked, this, selectSettings);
-    connect(m_captureChip, &Chip::clicked, this, selectSettings);
+    for (const Control* leading : std::initializer_list<Control*>{m_warning, m_selectionChip, m_captureChip})
+        connect(leading, &Control::clicked, this, [this, leading] { openPermissions(*leading); });
 
-    auto* bar = filled(new QWidget,
+    m_footer = filled(new QWidget,
         row({.spacing = 6, .padding = {14, 0, 14, 0}},
             {row({.spacing = 4},
                  {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::accentIcon), version}),
                 Stretch{}, m_warning, m_selectionChip, m_captureChip}));
-    bar->setFixedHeight(33);
-    return bar;
+    m_footer->setFixedHeight(33);
+    return m_footer;
 }
 
 void MainView::refresh() {
@@ -135,15 +146,26 @@ void MainView::refresh() {
     else
         closeOnboarding();
 
-    const auto warning = m_state.ungrantedWarningText();
-    m_warning->setTitle(warning.value_or(QString()));
-    m_warning->setVisible(warning.has_value());
+    refreshFooter();
+}
+
+void MainView::refreshFooter() {
     showPermission(m_selectionChip, u"Bôi đen: "_s + m_settings.hotKeyDisplay(),
         m_state.isAccessibilityGranted(), u"Quyền Trợ năng: Đã bật (Sẵn sàng)"_s,
         u"Chưa cấp quyền Trợ năng - Nhấn để mở Cài đặt"_s);
     showPermission(m_captureChip, u"Chụp: "_s + m_settings.ocrHotKeyDisplay(),
         m_state.isScreenCaptureGranted(), u"Quyền Ghi màn hình (OCR): Đã bật (Sẵn sàng)"_s,
         u"Chưa cấp quyền Ghi màn hình - Nhấn để mở Cài đặt"_s);
+
+    const QString warning = m_state.ungrantedWarningText().value_or(QString());
+    if (warning.isEmpty())
+        restFocus(*m_footer, *m_warning);
+    m_warning->setVisible(!warning.isEmpty());
+    // Beside two long shortcuts there is no room for all of it; the red chips say the same.
+    m_warning->setTitle(warning);
+    for (qsizetype length = warning.size(); m_footer->sizeHint().width() > width() && length > 0; --length)
+        m_warning->setTitle(warning.first(length - 1).trimmed() + u'…');
+    m_warning->setAccessibleName(warning);
 }
 
 void MainView::showPanel() {
@@ -185,7 +207,7 @@ QWidget* MainView::makeTranslatePanel() {
 
 QWidget* MainView::makeHistoryPanel() {
     const auto state = std::make_shared<HistoryState>(
-        HistoryState::Services{m_history, m_services.pasteboard, m_services.clock},
+        HistoryState::Services{m_history, m_services.pasteboard, m_undo, m_services.clock},
         [this](const TranslationItem& item) {
             m_panelMotion = Motion::fade;
             m_state.select(item);
@@ -195,9 +217,9 @@ QWidget* MainView::makeHistoryPanel() {
 }
 
 QWidget* MainView::makeSettingsPanel() {
-    const auto state = std::make_shared<SettingsState>(
-        SettingsState::Services{m_settings, m_services.hotKeys, m_services.ai, m_services.updates,
-            m_services.appState, m_services.clock, m_services.keyCodes, [this] { openGuide(); }});
+    const auto state = std::make_shared<SettingsState>(SettingsState::Services{m_settings, m_services.hotKeys,
+        m_services.ai, m_services.updates, m_services.appState, m_permissions, m_undo, m_services.clock,
+        m_services.keyCodes, [this] { openGuide(); }});
     m_panelState = state;
     return new SettingsView(*state);
 }
@@ -207,7 +229,8 @@ void MainView::showOnboarding() {
         return;
     CrossFade fade(this, onboardingClosing);
     m_onboarding = std::make_unique<OnboardingState>(
-        m_services.hotKeys, m_services.clock, [this] { m_state.finishOnboarding(); });
+        OnboardingState::Services{m_services.hotKeys, m_permissions, m_settings},
+        [this] { m_state.finishOnboarding(); });
     m_onboardingView = new OnboardingView(*m_onboarding);
     layout()->addWidget(m_onboardingView);
     // Out of reach of the Tab key and of screen readers, too.

@@ -7,9 +7,11 @@
 #include <optional>
 
 #include "history/translation_history_store.h"
+#include "hotkeys/permission_watch.h"
 #include "state/app_settings.h"
 #include "ui/main/main_state.h"
 #include "ui/settings/key_down_monitor.h"
+#include "ui/undo/undo_offer.h"
 
 class QUrl;
 
@@ -26,13 +28,14 @@ class SpeechService;
 
 class Button;
 class Chip;
+class Control;
 class KeyValueStore;
 class TabStrip;
 
 /// The popover's content: a header with the tabs, the offer of an update, the panel of the selected tab, and
 /// a footer; over all of it the walk-through, until it has been completed. A panel is made when its tab is
-/// shown and is gone when another is; only the input of the translate panel survives. Owns the settings and
-/// the history that the panels work with.
+/// shown and is gone when another is; only the input of the translate panel survives. Owns the settings, the
+/// history and the watch of the permissions that the panels work with, and what they let the user take back.
 class MainView final : public QWidget {
     Q_OBJECT
 
@@ -68,7 +71,10 @@ private:
     QWidget* header();
     QWidget* footer();
     void openGuide();
+    /// Shows the settings where they are about the permissions. `cause` is what the user has pressed.
+    void openPermissions(const Control& cause);
     void refresh();
+    void refreshFooter();
     void showPanel();
     /// The view of the selected tab, whose state stands in `m_panelState`.
     [[nodiscard]] QWidget* makePanel();
@@ -82,7 +88,10 @@ private:
     Actions m_actions;
     AppSettings m_settings;
     TranslationHistoryStore m_history;
+    PermissionWatch m_permissions;
+    UndoOffer m_undo;
     MainState m_state;
+    QWidget* m_footer;
     QWidget* m_body;  ///< all but the walk-through
     TabStrip* m_tabs;
     QWidget* m_panelArea;

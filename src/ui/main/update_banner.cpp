@@ -5,6 +5,7 @@
 #include "common/on_change.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/reveal.h"
@@ -62,16 +63,27 @@ QWidget* UpdateBanner::actions() {
 void UpdateBanner::refresh() {
     const auto info = m_updates.updateInfo();
     const bool offered = m_updates.isUpdateAvailable() && info;
+    const bool updating = m_updates.isUpdating();
+    if (QWidget* const owner = parentWidget(); !offered && owner != nullptr)
+        restFocus(*owner, *m_reveal);
     m_reveal->setRevealed(offered);
     if (!offered)
         return;
     m_title->setText(u"Bản cập nhật mới: v"_s + info->version);
     m_notes->setText(info->releaseNotes.left(longestNotes).simplified());
     m_notes->setVisible(!info->releaseNotes.isEmpty());
-    m_progress->setVisible(m_updates.isUpdating());
+    m_progress->setVisible(updating);
     m_percentage->setText(u"%1%"_s.arg(int(m_updates.downloadProgress() * 100)));
-    m_install->setVisible(!m_updates.isUpdating());
-    m_close->setVisible(!m_updates.isUpdating());
+    setTooltip(m_install,
+        m_updates.isPackaged() ? u"Mở trang web: bản này được cập nhật qua gói cài đặt"_s : QString());
+    if (updating) {
+        restFocus(*this, *m_install);
+        restFocus(*this, *m_close);
+    }
+    m_install->setVisible(!updating);
+    m_close->setVisible(!updating);
+    if (!updating)
+        wakeFocus(*this, *m_install);
 }
 
 }  // namespace tralio

@@ -1,5 +1,6 @@
 #include "ui/onboarding/onboarding_pages.h"
 
+#include "hotkeys/shortcut_words.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/emblem.h"
 #include "ui/kit/icon_tile.h"
@@ -9,6 +10,7 @@
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
 #include "ui/kit/theme.h"
+#include "ui/kit/tooltip.h"
 #include "ui/onboarding/permission_step.h"
 
 namespace tralio {
@@ -24,6 +26,8 @@ Label* wrapping(
     const QString& text, const TextStyle& style = text::caption, ColorRole role = ColorRole::secondary) {
     auto* label = new Label(text, style, role);
     label->setWraps();
+    if (const QString shortcuts = shortcutsInWords(text); !shortcuts.isEmpty())
+        setTooltip(label, shortcuts);
     return label;
 }
 
@@ -59,6 +63,8 @@ ColorRole tileOf(ColorRole color) {
     switch (color) {
         case ColorRole::orangeIcon:
             return ColorRole::orangeBadge;
+        case ColorRole::blue:
+            return ColorRole::blueBadge;
         case ColorRole::purple:
             return ColorRole::purpleBadge;
         default:
@@ -115,7 +121,7 @@ QWidget* step1Welcome() {
         welcomeFeatureRow(u"bolt.fill"_s, ColorRole::orangeIcon, u"Siêu nhẹ & Mở tức thì"_s,
             u"Dung lượng RAM < 30MB, không chiếm chỗ Dock, phản hồi dưới 0.3s."_s),
         Gap{8},
-        welcomeFeatureRow(u"text.cursor"_s, ColorRole::accentText, u"Tralio bôi đen toàn cục"_s,
+        welcomeFeatureRow(u"text.cursor"_s, ColorRole::blue, u"Tralio bôi đen toàn cục"_s,
             u"Bôi đen văn bản ở ứng dụng bất kỳ rồi nhấn ⌥D để dịch ngay."_s),
         Gap{8},
         welcomeFeatureRow(u"viewfinder"_s, ColorRole::purple, u"Chụp màn hình OCR Apple Vision"_s,
@@ -171,7 +177,7 @@ QWidget* step3AIModel() {
     });
 }
 
-QWidget* step4Shortcuts() {
+QWidget* step4Shortcuts(Label* shortcutsOfThisMachine) {
     return page({
         pageTitle(u"Phím Tắt & Cách Dùng Nhanh"_s),
         Gap{6},
@@ -187,7 +193,9 @@ QWidget* step4Shortcuts() {
         Gap{8},
         shortcutRow(u"Tralio Trong Cửa Sổ Tralio"_s, u"⌘ Cmd"_s, u"Return"_s,
             u"Nhập văn bản vào ô dịch và bấm ⌘↵ hoặc nút Tralio để dịch tức thì."_s),
-        Gap{20},
+        Gap{12},
+        centred(shortcutsOfThisMachine),
+        Gap{12},
         closingLine(
             u"🎉 Bạn đã sẵn sàng! Chúc bạn có trải nghiệm dịch thuật tuyệt vời."_s, 0, ColorRole::text),
     });

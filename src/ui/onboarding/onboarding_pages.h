@@ -4,6 +4,7 @@
 
 namespace tralio {
 
+class Label;
 class PermissionStep;
 
 // The pages of the walk-through, each as wide as its room and centred in it from top to bottom. They come to
@@ -13,6 +14,7 @@ class PermissionStep;
 /// The cards are made by whoever knows the permissions.
 [[nodiscard]] QWidget* step2Permissions(PermissionStep* accessibility, PermissionStep* screenCapture);
 [[nodiscard]] QWidget* step3AIModel();
-[[nodiscard]] QWidget* step4Shortcuts();
+/// The line of this machine's shortcuts is whoever knows them to fill.
+[[nodiscard]] QWidget* step4Shortcuts(Label* shortcutsOfThisMachine);
 
 }  // namespace tralio

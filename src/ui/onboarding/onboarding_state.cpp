@@ -1,24 +1,33 @@
 #include "ui/onboarding/onboarding_state.h"
 
-#include "common/clock.h"
 #include "hotkeys/hot_key_service.h"
+#include "hotkeys/permission_watch.h"
+#include "hotkeys/shortcut_words.h"
+#include "state/app_settings.h"
 
 namespace tralio {
-namespace {
 
-using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
-constexpr auto permissionPoll = 1s;
+OnboardingState::OnboardingState(Services services, std::function<void()> onFinished)
+    : m_services(services), m_onFinished(std::move(onFinished)) {
+    for (ObservableObject* source :
+        std::initializer_list<ObservableObject*>{&m_services.permissions, &m_services.settings})
+        connect(source, &ObservableObject::objectWillChange, this, &ObservableObject::objectWillChange);
+}
 
-}  // namespace
+bool OnboardingState::isAccessibilityGranted() const {
+    return m_services.permissions.isAccessibilityGranted();
+}
 
-OnboardingState::OnboardingState(HotKeyService& hotKeys, Clock& clock, std::function<void()> onFinished)
-    : isAccessibilityGranted(*this, hotKeys.isAccessibilityGranted()),
-      isScreenCaptureGranted(*this, hotKeys.isScreenCaptureGranted()),
-      m_hotKeys(hotKeys),
-      m_onFinished(std::move(onFinished)) {
-    clock.every(
-        permissionPoll, this, [this] { checkPermissions(); });
+bool OnboardingState::isScreenCaptureGranted() const {
+    return m_services.permissions.isScreenCaptureGranted();
+}
+
+QString OnboardingState::shortcutsOfThisMachine() const {
+    const AppSettings& settings = m_services.settings;
+    return u"Trên máy này: %1 và %2"_s.arg(
+        keysInWords(settings.hotKeyDisplay()), keysInWords(settings.ocrHotKeyDisplay()));
 }
 
 void OnboardingState::next() {
@@ -38,16 +47,15 @@ void OnboardingState::finish() {
 }
 
 void OnboardingState::checkPermissions() {
-    isAccessibilityGranted = m_hotKeys.isAccessibilityGranted();
-    isScreenCaptureGranted = m_hotKeys.isScreenCaptureGranted();
+    m_services.permissions.checkNow();
 }
 
 void OnboardingState::requestAccessibility() {
-    m_hotKeys.requestAccessibility();
+    m_services.hotKeys.requestAccessibility();
 }
 
 void OnboardingState::requestScreenCapture() {
-    m_hotKeys.requestScreenCapture();
+    m_services.hotKeys.requestScreenCapture();
 }
 
 }  // namespace tralio

@@ -6,27 +6,37 @@
 
 namespace tralio {
 
-class Clock;
+class AppSettings;
 class HotKeyService;
+class PermissionWatch;
 
-/// The walk-through without its widgets: which page it shows, and the two permissions as they are. Made anew
-/// for every walk-through; looks the permissions up every second while it exists. Changes no settings. Used
-/// from the main thread.
+/// The walk-through without its widgets: which page it shows, the two permissions as they are, and the
+/// shortcuts of this machine. Made anew for every walk-through. Changes no settings. Used from the main
+/// thread.
 class OnboardingState final : public ObservableObject {
     Q_OBJECT
 
 public:
     static constexpr int totalSteps = 4;
 
+    /// What the walk-through works with. All of it outlives it.
+    struct Services {
+        HotKeyService& hotKeys;
+        PermissionWatch& permissions;
+        AppSettings& settings;
+    };
+
     /// `onFinished` runs when the user has come to the end, or skips the rest.
-    OnboardingState(HotKeyService& hotKeys, Clock& clock, std::function<void()> onFinished);
+    OnboardingState(Services services, std::function<void()> onFinished);
 
     // State
 
     Observable<int> currentStep{*this, 0};
-    Observable<bool> isAccessibilityGranted;
-    Observable<bool> isScreenCaptureGranted;
 
+    [[nodiscard]] bool isAccessibilityGranted() const;
+    [[nodiscard]] bool isScreenCaptureGranted() const;
+    /// The shortcuts that are set, since the pages speak of those that the program was made with elsewhere.
+    [[nodiscard]] QString shortcutsOfThisMachine() const;
     [[nodiscard]] bool isFirstStep() const { return currentStep() == 0; }
     [[nodiscard]] bool isLastStep() const { return currentStep() == totalSteps - 1; }
 
@@ -41,7 +51,7 @@ public:
     void requestScreenCapture();
 
 private:
-    HotKeyService& m_hotKeys;
+    Services m_services;
     std::function<void()> m_onFinished;
 };
 

@@ -8,6 +8,7 @@
 #include "common/on_change.h"
 #include "ui/kit/button.h"
 #include "ui/kit/cross_fade.h"
+#include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
@@ -93,12 +94,13 @@ QWidget* OnboardingView::pages() {
                                "hình để Apple Vision quét chữ tức thì."_s,
                                u"Mở Cài đặt để Bật Quyền Ghi Màn Hình"_s},
             [this] { m_state.requestScreenCapture(); });
+    m_shortcuts = new Label(QString(), text::caption.with(Weight::medium));
     m_pageArea = new QWidget;
     m_pages = new QStackedLayout(m_pageArea);  // without a parent it would show its first page as a window
     m_pages->addWidget(new ScrollPanel(step1Welcome()));
     m_pages->addWidget(new ScrollPanel(step2Permissions(m_accessibility, m_screenCapture)));
     m_pages->addWidget(new ScrollPanel(step3AIModel()));
-    m_pages->addWidget(new ScrollPanel(step4Shortcuts()));
+    m_pages->addWidget(new ScrollPanel(step4Shortcuts(m_shortcuts)));
     return m_pageArea;
 }
 
@@ -109,14 +111,16 @@ QWidget* OnboardingView::bottomBar() {
     connect(m_next, &Button::clicked, this, [this] { m_state.next(); });
     m_finish = new Button(finishButton, {.icon = u"sparkles"_s, .title = u"Bắt đầu sử dụng"_s});
     connect(m_finish, &Button::clicked, this, [this] { m_state.finish(); });
-    auto* bar = filled(new QWidget, row({.padding = {20, 0, 20, 0}}, {m_back, Stretch{}, m_next, m_finish}));
-    bar->setFixedHeight(58);
+    auto* bar =
+        filled(new QWidget, row({.padding = {20, 14, 20, 14}}, {m_back, Stretch{}, m_next, m_finish}));
+    bar->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     return bar;
 }
 
 void OnboardingView::refresh() {
     m_accessibility->setGranted(m_state.isAccessibilityGranted());
     m_screenCapture->setGranted(m_state.isScreenCaptureGranted());
+    m_shortcuts->setText(m_state.shortcutsOfThisMachine());
     showStep();
 }
 

@@ -7,6 +7,7 @@ class QStackedLayout;
 namespace tralio {
 
 class Button;
+class Label;
 class OnboardingState;
 class PageIndicator;
 class PermissionStep;
@@ -45,6 +46,7 @@ private:
     QStackedLayout* m_pages;
     PermissionStep* m_accessibility;
     PermissionStep* m_screenCapture;
+    Label* m_shortcuts;
     Button* m_back;
     Button* m_next;
     Button* m_finish;

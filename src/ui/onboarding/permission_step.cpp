@@ -1,6 +1,7 @@
 #include "ui/onboarding/permission_step.h"
 
 #include "ui/kit/button.h"
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/label.h"
 #include "ui/kit/stack.h"
 
@@ -46,6 +47,8 @@ void PermissionStep::setGranted(bool granted) {
     m_icon->setColor(granted ? ColorRole::green : ColorRole::red);
     m_badge->setStyle(granted ? badge::granted : badge::missing);
     m_badge->setText(granted ? u"ĐÃ CẤP"_s : u"CHƯA CẤP"_s);
+    if (granted)
+        restFocus(*this, *m_request);
     m_request->setVisible(!granted);
 }
 

@@ -2,6 +2,7 @@
 
 #include "common/on_change.h"
 #include "ui/kit/button.h"
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/stack.h"
@@ -41,7 +42,16 @@ void PermissionCard::setGranted(bool granted) {
     m_title->setColor(ink);
     m_line->setText(words.line);
     m_request->setSpokenCaption(words.title);
+    if (granted)
+        restFocus(*this, *m_request);
     m_request->setVisible(!granted);
+}
+
+bool PermissionCard::focusRequest() {
+    if (m_request->isHidden())
+        return false;
+    m_request->setFocus(Qt::TabFocusReason);
+    return true;
 }
 
 PermissionCards::PermissionCards(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
@@ -59,6 +69,12 @@ PermissionCards::PermissionCards(SettingsState& state, QWidget* parent) : QWidge
     filled(this, column({.spacing = 8}, {m_accessibility, m_screenCapture}));
     onAnyChange(m_state, this, [this] { refresh(); });
     refresh();
+}
+
+void PermissionCards::focusRequest() {
+    for (PermissionCard* card : {m_accessibility, m_screenCapture})
+        if (card->focusRequest())
+            return;
 }
 
 void PermissionCards::refresh() {

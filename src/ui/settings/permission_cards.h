@@ -23,6 +23,8 @@ public:
     PermissionCard(const Words& granted, const Words& missing, QWidget* parent = nullptr);
 
     void setGranted(bool granted);
+    /// Gives the keyboard to the button that asks, where there is one.
+    bool focusRequest();
 
 Q_SIGNALS:
     void requested();
@@ -43,6 +45,9 @@ class PermissionCards final : public QWidget {
 
 public:
     explicit PermissionCards(SettingsState& state, QWidget* parent = nullptr);
+
+    /// Gives the keyboard to the first button that asks for a permission.
+    void focusRequest();
 
 private:
     void refresh();

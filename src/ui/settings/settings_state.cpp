@@ -8,8 +8,10 @@
 #include "common/clock.h"
 #include "common/localized_error.h"
 #include "engine/ai_service.h"
+#include "hotkeys/permission_watch.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
+#include "ui/undo/undo_offer.h"
 #include "update/update_service.h"
 
 namespace tralio {
@@ -18,14 +20,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-constexpr auto permissionPoll = 1s;
-
 constexpr quint32 controlOptionCommand = 0x40000 | 0x80000 | 0x100000;
-
-void assignIfChanged(Observable<bool>& flag, bool value) {
-    if (flag() != value)
-        flag = value;
-}
 
 }  // namespace
 
@@ -48,13 +43,21 @@ private:
     HotKeyService::Action m_onOCR;
 };
 
-SettingsState::SettingsState(Services services)
-    : isAccessibilityGranted(*this, services.hotKeys.isAccessibilityGranted()),
-      isScreenCaptureGranted(*this, services.hotKeys.isScreenCaptureGranted()),
-      m_services(std::move(services)) {}
+SettingsState::SettingsState(Services services) : m_services(std::move(services)) {
+    connect(&m_services.permissions, &ObservableObject::objectWillChange, this,
+        &ObservableObject::objectWillChange);
+}
 
 SettingsState::~SettingsState() {
     m_test.request_stop();
+}
+
+bool SettingsState::isAccessibilityGranted() const {
+    return m_services.permissions.isAccessibilityGranted();
+}
+
+bool SettingsState::isScreenCaptureGranted() const {
+    return m_services.permissions.isScreenCaptureGranted();
 }
 
 const QList<HotKeyPresetItem>& SettingsState::presets(HotKeyRecordTarget target) {
@@ -84,19 +87,11 @@ int SettingsState::downloadPercentage() const {
 }
 
 void SettingsState::panelAppeared() {
-    isAccessibilityGranted = m_services.hotKeys.isAccessibilityGranted();
-    isScreenCaptureGranted = m_services.hotKeys.isScreenCaptureGranted();
-    m_permissionPoll = m_services.clock.every(permissionPoll, [this] { checkPermissions(); });
+    m_services.permissions.checkNow();
 }
 
 void SettingsState::panelDisappeared() {
-    m_permissionPoll.takeBack();
     stopRecording();
-}
-
-void SettingsState::checkPermissions() {
-    assignIfChanged(isAccessibilityGranted, m_services.hotKeys.isAccessibilityGranted());
-    assignIfChanged(isScreenCaptureGranted, m_services.hotKeys.isScreenCaptureGranted());
 }
 
 void SettingsState::startRecording(HotKeyRecordTarget target) {
@@ -199,7 +194,9 @@ QCoro::Task<void> SettingsState::testConnection(std::stop_token stop) {
 }
 
 void SettingsState::restoreDefaults() {
+    const auto before = settings().remembered();
     settings().resetToDefaults();
+    m_services.undo.make(u"Đã khôi phục cài đặt mặc định"_s, before);
     testResult = std::nullopt;
 }
 

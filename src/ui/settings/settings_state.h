@@ -18,6 +18,8 @@ namespace tralio {
 class AIService;
 class AppSettings;
 class AppState;
+class PermissionWatch;
+class UndoOffer;
 class UpdateService;
 
 /// The shortcut that is being recorded.
@@ -37,6 +39,8 @@ public:
         AIService& ai;
         UpdateService& updates;
         AppState& appState;
+        PermissionWatch& permissions;
+        UndoOffer& undo;
         Clock& clock;
         KeyDownMonitor::KeyCodes keyCodes;
         std::function<void()> openGuide;
@@ -52,9 +56,9 @@ public:
     Observable<std::optional<QString>> testResult{*this};
     Observable<bool> isSuccess{*this, false};
     Observable<std::optional<HotKeyRecordTarget>> recordingTarget{*this};
-    Observable<bool> isAccessibilityGranted;
-    Observable<bool> isScreenCaptureGranted;
 
+    [[nodiscard]] bool isAccessibilityGranted() const;
+    [[nodiscard]] bool isScreenCaptureGranted() const;
     [[nodiscard]] AppSettings& settings() { return m_services.settings; }
     [[nodiscard]] UpdateService& updateService() { return m_services.updates; }
 
@@ -86,6 +90,7 @@ public:
 
     void chooseProvider(const QString& presetId);
     void runTestConnection();
+    /// Can be undone for a while.
     void restoreDefaults();
     void resetPrompt();
 
@@ -106,7 +111,6 @@ private:
     void recorded(HotKeyRecordTarget target, const Shortcut& shortcut);
     void save(HotKeyRecordTarget target, const Shortcut& shortcut);
     QCoro::Task<void> testConnection(std::stop_token stop);
-    void checkPermissions();
 
     /// The registered hot keys do not arrive as keys, since the desktop takes them first. While a recording
     /// runs they are led to it instead of starting a translation under the user's hands.
@@ -115,7 +119,6 @@ private:
     Services m_services;
     std::unique_ptr<KeyDownMonitor> m_localEventMonitor;
     std::unique_ptr<LedHotKeys> m_ledHotKeys;
-    ScheduledCall m_permissionPoll;  ///< while the panel is shown
     std::stop_source m_test;
 };
 

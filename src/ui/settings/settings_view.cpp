@@ -1,5 +1,7 @@
 #include "ui/settings/settings_view.h"
 
+#include <QScrollBar>
+
 #include "ui/kit/button.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
@@ -18,22 +20,43 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+constexpr int sectionGap = 14;
+
 }  // namespace
 
 SettingsView::SettingsView(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
+    m_permissions = new PermissionCards(m_state);
     auto* content = filled(new QWidget,
-        column({.spacing = 14, .padding = {14, 14, 14, 14}},
+        column({.spacing = sectionGap, .padding = {14, 14, 14, 14}},
             {
                 header(),
                 guideStrip(),
                 new ShortcutSection(m_state),
                 new ProviderSection(m_state),
                 new OptionsSection(m_state),
-                new PermissionCards(m_state),
+                m_permissions,
                 new UpdateSection(m_state),
                 Stretch{},
             }));
-    filled(this, column({}, {new ScrollPanel(content)}));
+    m_scroll = new ScrollPanel(content);
+    filled(this, column({}, {m_scroll}));
+}
+
+void SettingsView::showPermissions(Qt::FocusReason reason) {
+    if (reason == Qt::TabFocusReason)
+        m_permissions->focusRequest();
+    // A panel that has just been made is as high as its wrapping texts want it after some turns only: each
+    // carries their heights one layout further up.
+    constexpr int turns = 20;
+    scrollToPermissions(turns);
+}
+
+void SettingsView::scrollToPermissions(int turnsLeft) {
+    const int top = m_permissions->mapTo(m_scroll->widget(), QPoint()).y();
+    m_scroll->verticalScrollBar()->setValue(top - sectionGap);
+    if (turnsLeft > 0)
+        QMetaObject::invokeMethod(
+            this, [this, turnsLeft] { scrollToPermissions(turnsLeft - 1); }, Qt::QueuedConnection);
 }
 
 QLayout* SettingsView::header() {

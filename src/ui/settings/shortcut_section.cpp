@@ -1,6 +1,7 @@
 #include "ui/settings/shortcut_section.h"
 
 #include "common/on_change.h"
+#include "hotkeys/shortcut_words.h"
 #include "state/app_settings.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
@@ -8,6 +9,7 @@
 #include "ui/kit/label.h"
 #include "ui/kit/reveal.h"
 #include "ui/kit/surface.h"
+#include "ui/kit/tooltip.h"
 #include "ui/settings/section.h"
 #include "ui/settings/settings_state.h"
 
@@ -60,6 +62,7 @@ QWidget* ShortcutBlock::recordingBanner() {
     auto* icon = new IconView({.name = u"exclamationmark.circle.fill"_s, .pointSize = 12}, ColorRole::orange);
     auto* hint = new Label(
         u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s, text::caption, ColorRole::orange);
+    setTooltip(hint, shortcutsInWords(hint->text()));
     m_banner = new Reveal(filled(new Surface(ColorRole::orangeTint, ColorRole::none, radius::control),
         row({.spacing = 6, .padding = {6, 6, 6, 6}}, {icon, StackItem(hint, {}, 1)})));
     return m_banner;
@@ -70,6 +73,7 @@ QLayout* ShortcutBlock::suggestions() {
     for (const HotKeyPresetItem& preset : SettingsState::presets(m_target)) {
         auto* chip = new Button(button::suggestion, {.title = preset.display});
         chip->setCheckable(true);
+        setTooltip(chip, shortcutsInWords(preset.display));
         connect(chip, &Button::clicked, this, [this, &preset] {
             m_state.chooseHotKey(m_target, preset);
             refresh();  // the click has turned the mark over, also of the preset that was there already
@@ -84,6 +88,7 @@ QLayout* ShortcutBlock::suggestions() {
 void ShortcutBlock::refresh() {
     const QString& display = m_state.display(m_target);
     m_display->setText(display);
+    setTooltip(m_display, shortcutsInWords(display));
 
     const bool recording = m_state.recordingTarget() == m_target;
     m_toggle->setIconName(recording ? u"record.circle.fill"_s : u"pencil"_s);

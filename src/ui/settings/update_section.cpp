@@ -5,10 +5,12 @@
 #include "common/on_change.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/surface.h"
+#include "ui/kit/tooltip.h"
 #include "ui/settings/section.h"
 #include "ui/settings/settings_state.h"
 #include "update/update_service.h"
@@ -39,7 +41,8 @@ QLayout* UpdateSection::heading() {
 QWidget* UpdateSection::statusRow() {
     m_status = new Label({}, text::caption);
     m_status->setWraps();
-    m_spinner = new Spinner(14, ColorRole::secondary);
+    m_checkSpinner = new Spinner(14, ColorRole::secondary);
+    m_updateSpinner = new Spinner(13, ColorRole::secondary);
     TextStyle digits = text::fixedWidth;
     digits.weight = Weight::bold;
     m_percentage = new Label({}, digits);
@@ -50,7 +53,8 @@ QWidget* UpdateSection::statusRow() {
 
     auto* line = filled(new QWidget,
         row({.spacing = 6},
-            {StackItem(m_status, Qt::AlignVCenter, 1), m_spinner, m_percentage, m_install, m_check}));
+            {StackItem(m_status, Qt::AlignVCenter, 1), m_checkSpinner, m_updateSpinner, m_percentage,
+                m_install, m_check}));
     line->setMinimumHeight(statusRowHeight);
     return line;
 }
@@ -76,11 +80,20 @@ void UpdateSection::refresh() {
     const bool checking = m_updates.isChecking();
     const bool updating = !checking && m_updates.isUpdating();
     const bool idle = !checking && !updating;
-    m_spinner->setVisible(checking || updating);
+    m_checkSpinner->setVisible(checking);
+    m_updateSpinner->setVisible(updating);
     m_percentage->setVisible(updating);
     m_percentage->setText(QString::number(m_state.downloadPercentage()) % u"%");
+    setTooltip(m_install,
+        m_updates.isPackaged() ? u"Mở trang web: bản này được cập nhật qua gói cài đặt"_s : QString());
+    Button* const offered = available ? m_install : m_check;
+    for (Button* button : {m_install, m_check})
+        if (!idle || button != offered)
+            restFocus(*this, *button);
     m_install->setVisible(idle && available);
     m_check->setVisible(idle && !available);
+    if (idle)
+        wakeFocus(*this, *offered);
 
     const auto& offer = m_updates.updateInfo();
     m_notes->setVisible(available && offer.has_value());

@@ -27,7 +27,8 @@ private:
     SettingsState& m_state;
     UpdateService& m_updates;
     Label* m_status;
-    Spinner* m_spinner;
+    Spinner* m_checkSpinner;
+    Spinner* m_updateSpinner;
     Label* m_percentage;
     Button* m_install;
     Button* m_check;

@@ -12,6 +12,7 @@
 
 #include "common/debug_log.h"
 #include "platform/linux/bus/activation_token.h"
+#include "platform/linux/tray/tray_menu.h"
 
 namespace tralio {
 namespace {
@@ -93,6 +94,11 @@ StatusNotifierItem::~StatusNotifierItem() {
     m_bus.unregisterService(nameOnBus());
 }
 
+void StatusNotifierItem::setMenu(const QStringList& titles) {
+    m_menu = std::make_unique<TrayMenu>(titles, m_bus);
+    connect(m_menu.get(), &TrayMenu::chosen, this, &StatusNotifierItem::menuChosen);
+}
+
 void StatusNotifierItem::lookForTray() {
     auto ask = QDBusMessage::createMethodCall(
         watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
@@ -144,7 +150,8 @@ StatusNotifierToolTip StatusNotifierItem::toolTip() const {
 }
 
 QDBusObjectPath StatusNotifierItem::menu() const {
-    return QDBusObjectPath(u"/NO_DBUSMENU"_s);  // the name that trays know for none
+    return m_menu ? TrayMenu::path()
+                  : QDBusObjectPath(u"/NO_DBUSMENU"_s);  // the name that trays know for none
 }
 
 void StatusNotifierItem::Activate(int x, int y) {
@@ -152,7 +159,7 @@ void StatusNotifierItem::Activate(int x, int y) {
 }
 
 void StatusNotifierItem::ContextMenu(int x, int y) {
-    Q_EMIT activated({x, y});
+    Q_EMIT menuRequested({x, y});
 }
 
 void StatusNotifierItem::SecondaryActivate(int /*x*/, int /*y*/) {}

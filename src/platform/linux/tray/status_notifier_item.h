@@ -6,9 +6,12 @@
 #include <QObject>
 #include <QPoint>
 
+#include <memory>
 #include <optional>
 
 namespace tralio {
+
+class TrayMenu;
 
 /// A picture as the protocol carries it: ARGB in network byte order.
 struct StatusNotifierPixmap {
@@ -47,6 +50,10 @@ public:
         const QString& title, const QIcon& icon, QDBusConnection bus = QDBusConnection::sessionBus());
     ~StatusNotifierItem() override;
 
+    /// Gives the item a menu, which the tray draws. An empty title is a line between two others. To be called
+    /// before the event loop runs: trays ask once.
+    void setMenu(const QStringList& titles);
+
     [[nodiscard]] QString category() const;
     [[nodiscard]] QString title() const { return m_title; }
     [[nodiscard]] QString status() const;
@@ -70,6 +77,9 @@ Q_SIGNALS:
     /// Whether a tray for such items is there; the first time soon after construction, whatever the answer.
     void trayChanged(bool present);
     void activated(const QPoint& place);
+    /// By a tray that leaves the drawing of menus to the programs.
+    void menuRequested(const QPoint& place);
+    void menuChosen(int index);
 
 private Q_SLOTS:
     void lookForTray();
@@ -81,6 +91,7 @@ private:
     QDBusConnection m_bus;
     QString m_title;
     StatusNotifierPixmaps m_pixmaps;
+    std::unique_ptr<TrayMenu> m_menu;
     std::optional<bool> m_present;
     int m_question = 0;  ///< counts, so that only the answer to the last one counts
 };

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "update/installer.h"
+
+namespace tralio {
+
+/// Installs from archives where the program runs from the application bundle that the installer script
+/// replaces.
+class BundleInstaller final : public Installer {
+public:
+    struct Places {
+        QString programs;  ///< the folder of the program itself
+        QString helpers = installedHelpers(programs);
+        QString bundle = QStringLiteral("/Applications/Tralio.app");  ///< what the script replaces
+        QString shell = QStringLiteral("/bin/bash");
+        QString unzip = QStringLiteral("unzip");
+    };
+
+    explicit BundleInstaller(Places places);
+
+    /// Where the program's own `open` is, for the program in this folder.
+    [[nodiscard]] static QString installedHelpers(const QString& programs);
+
+    [[nodiscard]] bool isPackaged() const override;
+    void checkProgram() const override;
+    QCoro::Task<> checkArchive(QString zipPath) override;
+
+    /// Starts the script in a session of its own and leaves it to itself; it finds our helper programs before
+    /// those of the system. A file of another user is refused: the folder for temporary files may be
+    /// everybody's.
+    void run(const QString& scriptPath) override;
+
+private:
+    Places m_places;
+};
+
+}  // namespace tralio

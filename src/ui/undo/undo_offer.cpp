@@ -1,0 +1,34 @@
+#include "ui/undo/undo_offer.h"
+
+#include <utility>
+
+namespace tralio {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto duration = 6s;
+
+}  // namespace
+
+void UndoOffer::make(const QString& what, std::function<void()> bringBack) {
+    m_bringBack = std::move(bringBack);
+    message = what;
+    m_end = m_clock.after(duration, [this] { withdraw(); });
+}
+
+void UndoOffer::accept() {
+    const auto bringBack = std::exchange(m_bringBack, nullptr);
+    m_end.takeBack();
+    if (!bringBack)
+        return;
+    bringBack();
+    withdraw();
+}
+
+void UndoOffer::withdraw() {
+    m_bringBack = nullptr;
+    message = std::nullopt;
+}
+
+}  // namespace tralio

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <qcorotask.h>
+
+namespace tralio {
+
+/// What an update asks of the machine. Everything that could go wrong is asked for before the program ends:
+/// afterwards nobody is left to say so. Failures are `LocalizedError`s.
+class Installer {
+public:
+    virtual ~Installer() = default;
+
+    /// Whether this copy of the program is in the care of a package manager, which brings newer ones itself.
+    [[nodiscard]] virtual bool isPackaged() const = 0;
+
+    /// Fails where the installer script would end the program without replacing it.
+    virtual void checkProgram() const = 0;
+
+    /// Fails unless the archive is whole, and has an application bundle that the script would find.
+    virtual QCoro::Task<> checkArchive(QString zipPath) = 0;
+
+    /// Runs a shell script that outlives the program; fails when it does not start.
+    virtual void run(const QString& scriptPath) = 0;
+};
+
+}  // namespace tralio

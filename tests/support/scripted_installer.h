@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QStringList>
+
+#include <optional>
+
+#include "common/localized_error.h"
+#include "update/installer.h"
+
+namespace tralio {
+
+/// A machine that an update finds as the test says, and on which nothing is installed.
+class ScriptedInstaller final : public Installer {
+public:
+    bool isPackaged() const override { return packaged; }
+    void checkProgram() const override { failWith(programFault); }
+    QCoro::Task<> checkArchive(QString zipPath) override {
+        checkedArchive = zipPath;
+        failWith(archiveFault);
+        co_return;
+    }
+    void run(const QString& scriptPath) override {
+        scripts += scriptPath;
+        failWith(startFault);
+    }
+
+    bool packaged = false;
+    // What goes wrong, in words.
+    std::optional<QString> programFault;
+    std::optional<QString> archiveFault;
+    std::optional<QString> startFault;
+
+    QString checkedArchive;
+    QStringList scripts;  ///< that were run
+
+private:
+    static void failWith(const std::optional<QString>& fault) {
+        if (fault)
+            throw LocalizedError(*fault);
+    }
+};
+
+}  // namespace tralio
