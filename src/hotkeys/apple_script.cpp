@@ -47,9 +47,9 @@ std::optional<QString> browserSelectionScript(const QString& bundleId) {
     return std::nullopt;
 }
 
-void pressCopyKeyInProcess(KeyEventPoster& keyEvents, qint32 processId, quint16 keyCode, quint32 flags) {
-    keyEvents.postToProcess(processId, {keyCode, true, flags});
-    keyEvents.postToProcess(processId, {keyCode, false, flags});
+void pressInProcess(KeyEventPoster& keyEvents, qint32 processId, const KeyCombination& copy) {
+    keyEvents.postToProcess(processId, {copy.key, true, copy.modifiers});
+    keyEvents.postToProcess(processId, {copy.key, false, copy.modifiers});
 }
 
 void launchCopyScript(ScriptRunner& scripts) {

@@ -3,6 +3,13 @@
 #include <utility>
 
 namespace tralio {
+namespace {
+
+KeyCombination combinationOf(quint32 keyCode, quint32 modifiers) {
+    return {KeyCode{keyCode}, Modifiers::fromInt(modifiers)};
+}
+
+}  // namespace
 
 HotKeyService::HotKeyService(Platform platform)
     : m_keys(platform.hotKeys, platform.clock),
@@ -12,16 +19,24 @@ HotKeyService::HotKeyService(Platform platform)
 
 void HotKeyService::registerGlobalHotKeys(quint32 textKeyCode, quint32 textModifiers, Action onText,
     quint32 ocrKeyCode, quint32 ocrModifiers, Action onOCR) {
-    m_keys.registerBoth(
-        textKeyCode, textModifiers, std::move(onText), ocrKeyCode, ocrModifiers, std::move(onOCR));
+    m_keys.registerBoth(combinationOf(textKeyCode, textModifiers), std::move(onText),
+        combinationOf(ocrKeyCode, ocrModifiers), std::move(onOCR));
 }
 
 void HotKeyService::updateTextHotKey(quint32 keyCode, quint32 modifiers) {
-    m_keys.updateText(keyCode, modifiers);
+    m_keys.updateText(combinationOf(keyCode, modifiers));
 }
 
 void HotKeyService::updateOCRHotKey(quint32 keyCode, quint32 modifiers) {
-    m_keys.updateOCR(keyCode, modifiers);
+    m_keys.updateOCR(combinationOf(keyCode, modifiers));
+}
+
+quint32 HotKeyService::carbonModifiers(quint32 flags) {
+    return modifiersOfFlags(flags).toInt();
+}
+
+QString HotKeyService::readableShortcut(quint16 keyCode, quint32 flags) {
+    return tralio::readableShortcut({KeyCode{keyCode}, modifiersOfFlags(flags)});
 }
 
 void HotKeyService::fetchSelectedText(TextCompletion completion) {

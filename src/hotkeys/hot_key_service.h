@@ -11,8 +11,7 @@ namespace tralio {
 /// The two system-wide hot keys, the selected text of the application in front, and the permissions that both
 /// need, each done by a class of its own. Used from the main thread; every callback runs there too.
 ///
-/// Modifiers come in two forms: the flags of key events (Command 0x100000, Shift 0x20000, Option 0x80000,
-/// Control 0x40000) and the mask of hot keys (256, 512, 2048, 4096).
+/// Its numbers are those of KeyCode, of Modifier and, as `flags`, of the modifiers in key events.
 class HotKeyService final : public HotKeyRegistrar {
 public:
     /// What the service asks of the desktop. All of it outlives the service.

@@ -8,23 +8,15 @@
 #include "common/debug_log.h"
 
 namespace tralio {
-namespace {
-
-constexpr quint32 signature = 0x5452414C;  // 'TRAL'
-constexpr HotKeyID textHotKeyID{signature, 1};
-constexpr HotKeyID ocrHotKeyID{signature, 2};
-
-}  // namespace
-
 HotKeys::HotKeys(HotKeyPlatform& platform, Clock& clock) : m_platform(platform), m_clock(clock) {}
 
-void HotKeys::registerBoth(quint32 textKeyCode, quint32 textModifiers, Action textAction, quint32 ocrKeyCode,
-    quint32 ocrModifiers, Action ocrAction) {
+void HotKeys::registerBoth(
+    const KeyCombination& text, Action textAction, const KeyCombination& ocr, Action ocrAction) {
     onTextTrigger = std::move(textAction);
     onOCRTrigger = std::move(ocrAction);
     m_eventHandler = m_platform.installEventHandler([this](std::optional<HotKeyID> id) { handlePress(id); });
-    updateText(textKeyCode, textModifiers);
-    updateOCR(ocrKeyCode, ocrModifiers);
+    updateText(text);
+    updateOCR(ocr);
 }
 
 void HotKeys::handlePress(std::optional<HotKeyID> id) {
@@ -42,26 +34,27 @@ void HotKeys::handlePress(std::optional<HotKeyID> id) {
     });
 }
 
-void HotKeys::updateText(quint32 keyCode, quint32 modifiers) {
-    reRegister(m_textRef, textHotKeyID, keyCode, modifiers,
+void HotKeys::updateText(const KeyCombination& combination) {
+    reRegister(m_textRef, textHotKeyID, combination,
         {u"Lỗi đăng ký phím tắt Text (code: ", u"Đăng ký phím tắt Text thành công: code="});
 }
 
-void HotKeys::updateOCR(quint32 keyCode, quint32 modifiers) {
-    reRegister(m_ocrRef, ocrHotKeyID, keyCode, modifiers,
+void HotKeys::updateOCR(const KeyCombination& combination) {
+    reRegister(m_ocrRef, ocrHotKeyID, combination,
         {u"Lỗi đăng ký phím tắt OCR (code: ", u"Đăng ký phím tắt OCR thành công: code="});
 }
 
 void HotKeys::reRegister(
-    std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode, quint32 modifiers, RegistrationLog log) {
+    std::optional<HotKeyRef>& ref, HotKeyID id, const KeyCombination& combination, RegistrationLog log) {
     if (ref)
         m_platform.unregisterHotKey(*std::exchange(ref, std::nullopt));
 
-    const auto registration = m_platform.registerHotKey(keyCode, modifiers, id);
-    const QString code = QString::number(keyCode);
-    const QString mods = QString::number(modifiers);
-    if (registration.status != 0) {
-        debugLog(log.refused % code % u", mods: " % mods % u"): " % QString::number(registration.status));
+    const auto registration = m_platform.registerHotKey(combination, id);
+    const QString code = QString::number(quint32(combination.key));
+    const QString mods = QString::number(combination.modifiers.toInt());
+    if (registration.status != HotKeyStatus::registered) {
+        debugLog(
+            log.refused % code % u", mods: " % mods % u"): " % QString::number(qint32(registration.status)));
         return;
     }
     ref = registration.ref;

@@ -20,13 +20,13 @@ public:
     HotKeys(HotKeyPlatform& platform, Clock& clock);
 
     /// Called once, at launch. The actions run from the event loop after the press has been dealt with.
-    void registerBoth(quint32 textKeyCode, quint32 textModifiers, Action onTextTrigger, quint32 ocrKeyCode,
-        quint32 ocrModifiers, Action onOCRTrigger);
+    void registerBoth(
+        const KeyCombination& text, Action onTextTrigger, const KeyCombination& ocr, Action onOCRTrigger);
 
     /// Replaces a registration. The old one is gone even when the new one is refused, which only the log
     /// tells.
-    void updateText(quint32 keyCode, quint32 modifiers);
-    void updateOCR(quint32 keyCode, quint32 modifiers);
+    void updateText(const KeyCombination& combination);
+    void updateOCR(const KeyCombination& combination);
 
     Action onTextTrigger;
     Action onOCRTrigger;
@@ -40,7 +40,7 @@ private:
 
     void handlePress(std::optional<HotKeyID> id);
     void reRegister(
-        std::optional<HotKeyRef>& ref, HotKeyID id, quint32 keyCode, quint32 modifiers, RegistrationLog log);
+        std::optional<HotKeyRef>& ref, HotKeyID id, const KeyCombination& combination, RegistrationLog log);
 
     HotKeyPlatform& m_platform;
     Clock& m_clock;

@@ -28,11 +28,12 @@ constexpr auto keystrokeCopyWait = 350ms;
 constexpr auto delayBeforeKeystroke = 150ms;
 constexpr auto delayAfterModifierRelease = 50ms;
 
-constexpr quint16 keyC = 8;
-constexpr quint32 commandFlag = 0x100000;
+constexpr KeyCombination copyShortcut{KeyCode::c, Modifier::command};
 
 /// Left and right Option, Command, Shift and Control. The user is still holding some of them for the hot key.
-constexpr std::array<quint16, 8> modifierKeys{58, 61, 55, 54, 56, 60, 59, 62};
+constexpr std::array modifierKeys{KeyCode::leftOption, KeyCode::rightOption, KeyCode::leftCommand,
+    KeyCode::rightCommand, KeyCode::leftShift, KeyCode::rightShift, KeyCode::leftControl,
+    KeyCode::rightControl};
 
 std::optional<QString> trimmedIfAny(const std::optional<QString>& text) {
     if (!text)
@@ -117,8 +118,8 @@ void SelectedTextFetch::executeKeystrokeCopy(qint32 pid, qint64 initialCount, co
     }
     Clock& clock = m_platform.clock;
     clock.after(delayBeforeKeystroke, this, [=, this, &clock] {
-        for (const quint16 keyCode : modifierKeys)
-            m_platform.keyEvents.post({keyCode, false, 0});
+        for (const KeyCode key : modifierKeys)
+            m_platform.keyEvents.post({key, false, {}});
         clock.after(delayAfterModifierRelease, this, [=, this] {
             pressCopyShortcut(pid);
             waitForPasteboardChange(
@@ -135,9 +136,9 @@ void SelectedTextFetch::executeKeystrokeCopy(qint32 pid, qint64 initialCount, co
 }
 
 void SelectedTextFetch::pressCopyShortcut(qint32 pid) {
-    pressCopyKeyInProcess(m_platform.keyEvents, pid, keyC, commandFlag);
-    m_platform.keyEvents.post({keyC, true, commandFlag});
-    m_platform.keyEvents.post({keyC, false, commandFlag});
+    pressInProcess(m_platform.keyEvents, pid, copyShortcut);
+    m_platform.keyEvents.post({copyShortcut.key, true, copyShortcut.modifiers});
+    m_platform.keyEvents.post({copyShortcut.key, false, copyShortcut.modifiers});
     launchCopyScript(m_platform.scripts);
 }
 
