@@ -32,7 +32,7 @@ void applyAppearance(const DesktopAppearance& desktop) {
 QWidget* makeContent(Services& services) {
     return new MainView({services.store, services.hotKeys, services.ai, services.captures, services.ocr,
                             services.speech, services.updates, services.appState,
-                            services.platform.pasteboard, services.clock, &virtualKeyCode},
+                            services.platform.pasteboard, services.clock, &keyWithX11Code},
         {.openURL = [&services](const QUrl& url) { services.platform.workspace.openURL(url); },
             .quit = &QCoreApplication::quit});
 }

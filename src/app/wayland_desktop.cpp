@@ -55,8 +55,8 @@ WaylandDesktop::WaylandDesktop(
       m_portal(Portal::ownConnection(),
           {QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)}, clock),
       m_hotKeys(m_portal,
-          {{1, u"translate-selection"_s, u"Dịch phần đang chọn"_s},
-              {2, u"capture-screen"_s, u"Dịch một vùng màn hình"_s}},
+          {{textHotKeyID, u"translate-selection"_s, u"Dịch phần đang chọn"_s},
+              {ocrHotKeyID, u"capture-screen"_s, u"Dịch một vùng màn hình"_s}},
           clock),
       m_permissions(m_switch, [this] { return canCapture(); }) {
     debugLog(u"Desktop: a Wayland session, X programs %1"_s.arg(

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QtGlobal>
-
 #include <functional>
 #include <optional>
+
+#include "hotkeys/keys.h"
 
 namespace tralio {
 
@@ -15,14 +15,22 @@ struct HotKeyID {
     bool operator==(const HotKeyID&) const = default;
 };
 
+inline constexpr quint32 hotKeySignature = 0x5452414C;  // 'TRAL'
+inline constexpr HotKeyID textHotKeyID{hotKeySignature, 1};
+inline constexpr HotKeyID ocrHotKeyID{hotKeySignature, 2};
+
 enum class HotKeyRef : quint64 {};
 enum class EventHandlerRef : quint64 {};
 
-/// The outcome of a registration. Zero is success; the rest are the platform's own numbers.
-using HotKeyStatus = qint32;
+/// The outcome of a registration, as the log tells it.
+enum class HotKeyStatus : qint32 {
+    registered = 0,
+    unavailable = -1,  ///< the session has no hot keys, or not yet
+    taken = -9878,     ///< by another program, or by another hot key of this one
+    invalid = -9879    ///< no such key on this keyboard, or one that cannot be a hot key
+};
 
-/// The platform's hot-key service. Key codes are virtual key codes (physical positions), modifiers the
-/// hot-key mask: Command 256, Shift 512, Option 2048, Control 4096. Used from the main thread.
+/// The platform's hot-key service. Used from the main thread.
 class HotKeyPlatform {
 public:
     /// Called for a press, on the main thread, from inside the platform's event delivery. The identifier is
@@ -30,7 +38,7 @@ public:
     using EventHandler = std::function<void(std::optional<HotKeyID>)>;
 
     struct Registration {
-        HotKeyStatus status = 0;
+        HotKeyStatus status = HotKeyStatus::registered;
         std::optional<HotKeyRef> ref;  ///< present on success
     };
 
@@ -40,7 +48,7 @@ public:
     virtual ~HotKeyPlatform() = default;
 
     virtual EventHandlerRef installEventHandler(EventHandler handler) = 0;
-    [[nodiscard]] virtual Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) = 0;
+    [[nodiscard]] virtual Registration registerHotKey(const KeyCombination& combination, HotKeyID id) = 0;
     virtual void unregisterHotKey(HotKeyRef ref) = 0;
 };
 

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QtGlobal>
+#include "hotkeys/keys.h"
 
 namespace tralio {
 
-/// A synthetic key event. The key code is a virtual key code; the flags are those of key events (Command is
-/// 0x100000), not those of hot keys.
+/// A synthetic key event.
 struct KeyEvent {
-    quint16 keyCode = 0;
+    KeyCode key{};
     bool isKeyDown = false;
-    quint32 flags = 0;
+    Modifiers modifiers{};
 
     bool operator==(const KeyEvent&) const = default;
 };

@@ -2,7 +2,7 @@
 
 #include "common/debug_log.h"
 #include "hotkeys/accessibility.h"
-#include "hotkeys/hot_key_service.h"
+#include "hotkeys/selected_text_fetch.h"
 
 namespace tralio {
 namespace {
@@ -18,7 +18,7 @@ std::optional<QString> titleOfCopyItem(AccessibleElement& item) {
 
 }  // namespace
 
-bool HotKeyService::triggerCopyMenuAction(qint32 pid) {
+bool SelectedTextFetch::pressMenuCopy(qint32 pid) {
     const auto menuBar = m_platform.accessibility.menuBar(pid);
     if (!menuBar)
         return false;

@@ -17,9 +17,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr HotKeyID textKey{0x5452414C, 1};
-constexpr HotKeyID ocrKey{0x5452414C, 2};
-
 class FakePopover final : public PopoverHost {
 public:
     bool isShown() const override { return shown; }
@@ -106,8 +103,8 @@ TEST_F(Shell, launching_registers_the_hot_keys_and_looks_for_a_new_version_in_si
     launch();
     EXPECT_EQ(AppDelegate::shared(), delegate.get());
     EXPECT_THAT(desktop.hotKeys.registrations(),
-        ElementsAre(
-            FakeHotKeyPlatform::Request{17, 2048, textKey}, FakeHotKeyPlatform::Request{49, 4096, ocrKey}));
+        ElementsAre(FakeHotKeyPlatform::Request{{KeyCode::t, Modifier::option}, textHotKeyID},
+            FakeHotKeyPlatform::Request{{KeyCode::space, Modifier::control}, ocrHotKeyID}));
     desktop.clock.advance(1999ms);
     EXPECT_FALSE(updates.isChecking());
     desktop.clock.advance(1ms);
@@ -162,7 +159,7 @@ TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty
 
 TEST_F(Shell, nothing_selected_opens_the_popover_and_requests_nothing) {
     launch();
-    desktop.hotKeys.handler(textKey);
+    desktop.hotKeys.handler(textHotKeyID);
     desktop.clock.advance(1s);
     EXPECT_TRUE(popover.shown);
     EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
@@ -191,7 +188,7 @@ TEST_F(Shell, nothing_happens_after_the_delegate_is_gone_also_while_a_text_is_on
     appState.showPopover();
     appState.hidePopover();
     statusItem.action();
-    desktop.hotKeys.handler(textKey);
+    desktop.hotKeys.handler(textHotKeyID);
     desktop.clock.advance(1s);
     EXPECT_THAT(popover.anchors, IsEmpty());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
@@ -259,7 +256,7 @@ TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new_but_
     launch();
     selectForCopying();
     const auto fetch = [this] {
-        desktop.hotKeys.handler(textKey);
+        desktop.hotKeys.handler(textHotKeyID);
         desktop.clock.advance(0ms);
         EXPECT_FALSE(popover.shown) << "shown before the text was there";
         desktop.pasteboard.copy(u"copied"_s);
@@ -284,7 +281,7 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     region.onRun = [this] { EXPECT_FALSE(popover.shown) << "in the picture"; };
     const auto capture = [this] {
         popover.shown = true;
-        desktop.hotKeys.handler(ocrKey);
+        desktop.hotKeys.handler(ocrHotKeyID);
         desktop.clock.advance(0ms);
         desktop.clock.advance(150ms);
         EXPECT_TRUE(eventually([this] { return popover.shown; }));

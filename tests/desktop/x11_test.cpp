@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 
 #include "desktop/virtual_desktop.h"
-#include "platform/linux/keyboard/hot_key_rules.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"
@@ -15,10 +14,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr quint32 keyD = 2;
-constexpr quint32 keyT = 17;
-constexpr quint32 keyF5 = 96;
-constexpr quint32 commandShift = 768;
+constexpr KeyCode keyF5{96};
+constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
 constexpr HotKeyID anyId{1, 1};
 
 class X11 : public testing::Test {
@@ -33,26 +30,27 @@ TEST_F(X11, hot_keys_are_refused_while_another_program_has_them) {
     const auto theirs = X11Connection::open();
     X11HotKeys hotKeys(*ours);
     X11HotKeys others(*theirs);
-    const auto taken = others.registerHotKey(keyD, commandShift, anyId);
-    ASSERT_EQ(taken.status, 0);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, hotKeyExists);
-    EXPECT_EQ(hotKeys.registerHotKey(keyT, 256, anyId).status, 0);
+    const auto taken = others.registerHotKey({KeyCode::d, commandShift}, anyId);
+    ASSERT_EQ(taken.status, HotKeyStatus::registered);
+    EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::taken);
+    EXPECT_EQ(
+        hotKeys.registerHotKey({KeyCode::t, Modifier::command}, anyId).status, HotKeyStatus::registered);
 
     others.unregisterHotKey(*taken.ref);
     theirs->sync();
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, 0);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, commandShift, anyId).status, hotKeyExists);
+    EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::registered);
+    EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::taken);
 }
 
 TEST_F(X11, hot_keys_that_people_type_with_are_refused) {
     const auto connection = X11Connection::open();
     X11HotKeys hotKeys(*connection);
-    constexpr quint32 shift = 512;
-    for (const quint32 modifiers : {0U, shift})
-        EXPECT_EQ(hotKeys.registerHotKey(keyD, modifiers, anyId).status, hotKeyInvalid);
-    EXPECT_EQ(hotKeys.registerHotKey(keyF5, 0, anyId).status, 0);
+    for (const Modifiers modifiers : {Modifiers(), Modifiers(Modifier::shift)})
+        EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, modifiers}, anyId).status, HotKeyStatus::invalid);
+    EXPECT_EQ(hotKeys.registerHotKey({keyF5, {}}, anyId).status, HotKeyStatus::registered);
     for (const quint32 noSuchKey : {52U, 127U, 128U, 4294967295U})
-        EXPECT_EQ(hotKeys.registerHotKey(noSuchKey, commandShift, anyId).status, hotKeyInvalid);
+        EXPECT_EQ(
+            hotKeys.registerHotKey({KeyCode{noSuchKey}, commandShift}, anyId).status, HotKeyStatus::invalid);
 }
 
 TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
@@ -60,9 +58,9 @@ TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
     X11HotKeys hotKeys(*connection);
     std::vector<quint32> pressed;
     hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
-    ASSERT_EQ(hotKeys.registerHotKey(keyD, commandShift, {1, 1}).status, 0);
-    const auto second = hotKeys.registerHotKey(keyT, 4096, {1, 2});
-    ASSERT_EQ(second.status, 0);
+    ASSERT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, {1, 1}).status, HotKeyStatus::registered);
+    const auto second = hotKeys.registerHotKey({KeyCode::t, Modifier::control}, {1, 2});
+    ASSERT_EQ(second.status, HotKeyStatus::registered);
 
     // While the keys are still down, the keyboard is free for others, and repeats are no presses.
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
@@ -95,10 +93,11 @@ TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_
     X11HotKeys hotKeys(*connection);
     std::vector<quint32> pressed;
     hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
-    ASSERT_EQ(hotKeys.registerHotKey(keyF5, 4096, {1, 2}).status, 0);
+    ASSERT_EQ(hotKeys.registerHotKey({keyF5, Modifier::control}, {1, 2}).status, HotKeyStatus::registered);
 
     desktop.hold({u"ctrl"_s, u"t"_s});
-    ASSERT_EQ(hotKeys.registerHotKey(keyT, 4096, {1, 1}).status, 0);
+    ASSERT_EQ(
+        hotKeys.registerHotKey({KeyCode::t, Modifier::control}, {1, 1}).status, HotKeyStatus::registered);
     desktop.hold({u"t"_s});  // again, as a repeat is
     desktop.hold({u"F5"_s});
     ASSERT_TRUE(waitUntil([&] { return !pressed.empty(); }));
@@ -108,8 +107,10 @@ TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_
     // Neither key stays with us once it has been released.
     const auto other = X11Connection::open();
     X11HotKeys others(*other);
-    for (const quint32 key : {keyT, keyF5})
-        EXPECT_TRUE(waitUntil([&] { return others.registerHotKey(key, commandShift, anyId).status == 0; }));
+    for (const KeyCode key : {KeyCode::t, keyF5})
+        EXPECT_TRUE(waitUntil([&] {
+            return others.registerHotKey({key, commandShift}, anyId).status == HotKeyStatus::registered;
+        }));
     desktop.press(u"ctrl+t"_s);
     ASSERT_TRUE(waitUntil([&] { return pressed.size() == 2; }));
     EXPECT_EQ(pressed.back(), 1U);

@@ -11,8 +11,10 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using Request = FakeHotKeyPlatform::Request;
 
-constexpr HotKeyID textKey{0x5452414C, 1};
-constexpr HotKeyID ocrKey{0x5452414C, 2};
+/// What the settings hold: a virtual key code and a mask.
+Request request(quint32 keyCode, quint32 modifiers, HotKeyID id) {
+    return {{KeyCode{keyCode}, Modifiers::fromInt(modifiers)}, id};
+}
 
 class HotKeys : public testing::Test {
 protected:
@@ -29,7 +31,7 @@ protected:
 
 TEST_F(HotKeys, a_press_runs_the_action_that_is_set_for_its_id_when_the_event_handler_has_returned) {
     registerBoth();
-    desktop.hotKeys.handler(ocrKey);
+    desktop.hotKeys.handler(ocrHotKeyID);
     desktop.hotKeys.handler(HotKeyID{0, 1});  // the signature is not looked at
     service.onTextTrigger = [this] { presses += u"replaced"_s; };
     EXPECT_TRUE(presses.isEmpty());
@@ -40,35 +42,35 @@ TEST_F(HotKeys, a_press_runs_the_action_that_is_set_for_its_id_when_the_event_ha
     desktop.hotKeys.handler(HotKeyID{0x5452414C, 3});
     EXPECT_EQ(desktop.clock.pending(), 0) << "presses that mean nothing are ignored";
     service.onTextTrigger = nullptr;
-    desktop.hotKeys.handler(textKey);
+    desktop.hotKeys.handler(textHotKeyID);
     desktop.clock.advance(0ms);
     EXPECT_THAT(presses, testing::SizeIs(2));
 }
 
 TEST_F(HotKeys, are_registered_text_first_a_change_leaves_one_registration_and_a_refused_one_none) {
     registerBoth();
-    EXPECT_THAT(
-        desktop.hotKeys.registrations(), ElementsAre(Request{2, 768, textKey}, Request{1, 768, ocrKey}));
+    EXPECT_THAT(desktop.hotKeys.registrations(),
+        ElementsAre(request(2, 768, textHotKeyID), request(1, 768, ocrHotKeyID)));
     EXPECT_THAT(log.messages(),
         ElementsAre(u"Đăng ký phím tắt Text thành công: code=2, mods=768"_s,
             u"Đăng ký phím tắt OCR thành công: code=1, mods=768"_s));
 
     service.updateTextHotKey(17, 2048);
     service.updateTextHotKey(49, 2048);
-    EXPECT_THAT(
-        desktop.hotKeys.registrations(), ElementsAre(Request{1, 768, ocrKey}, Request{49, 2048, textKey}));
+    EXPECT_THAT(desktop.hotKeys.registrations(),
+        ElementsAre(request(1, 768, ocrHotKeyID), request(49, 2048, textHotKeyID)));
 
-    desktop.hotKeys.nextStatus = -9878;
+    desktop.hotKeys.nextStatus = HotKeyStatus::taken;
     service.updateTextHotKey(0, 4294967295);
-    EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(Request{1, 768, ocrKey}));
-    desktop.hotKeys.nextStatus = 5;
+    EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(request(1, 768, ocrHotKeyID)));
+    desktop.hotKeys.nextStatus = HotKeyStatus::invalid;
     service.updateOCRHotKey(3, 256);
     EXPECT_THAT(log.messages().mid(4),
         ElementsAre(u"Lỗi đăng ký phím tắt Text (code: 0, mods: 4294967295): -9878"_s,
-            u"Lỗi đăng ký phím tắt OCR (code: 3, mods: 256): 5"_s));
+            u"Lỗi đăng ký phím tắt OCR (code: 3, mods: 256): -9879"_s));
 
     service.updateTextHotKey(2, 768);
-    EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(Request{2, 768, textKey}));
+    EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(request(2, 768, textHotKeyID)));
 }
 
 TEST(ShortcutText, is_the_symbols_in_their_order_and_the_label_of_the_key) {
@@ -95,6 +97,27 @@ TEST(ShortcutText, is_the_symbols_in_their_order_and_the_label_of_the_key) {
         EXPECT_EQ(HotKeyService::readableShortcut(one.keyCode, one.flags), one.text);
         EXPECT_EQ(HotKeyService::carbonModifiers(one.flags), one.modifiers);
     }
+}
+
+TEST(Keys, are_labelled_by_what_they_mean_and_each_has_a_place_of_its_own) {
+    int labelled = 0;
+    for (quint32 code = 0; code < 256; ++code) {
+        const Key* key = keyWith(KeyCode{code});
+        if (!key)
+            continue;
+        EXPECT_EQ(keyAtEvdev(key->evdev), key);
+        if (key->label.isEmpty())
+            continue;
+        ++labelled;
+        EXPECT_TRUE(QString::fromLatin1(key->name).startsWith(key->label, Qt::CaseInsensitive)) << code;
+        if (key->label.size() == 1)
+            EXPECT_EQ(key->keysym, key->label.front().toLower().unicode()) << code;
+    }
+    EXPECT_EQ(labelled, 30);
+    EXPECT_TRUE(canBeHotKey({KeyCode{96}, {}})) << "F5";
+    EXPECT_TRUE(canBeHotKey({KeyCode::d, Modifier::option}));
+    EXPECT_FALSE(canBeHotKey({KeyCode::d, Modifier::shift}));
+    EXPECT_FALSE(canBeHotKey({KeyCode{114}, Modifier::shift})) << "Insert";
 }
 
 TEST(PermissionRequests, open_the_settings_only_when_the_request_did_not_grant) {

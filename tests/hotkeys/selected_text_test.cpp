@@ -141,15 +141,15 @@ TEST_F(SelectedText, the_shortcut_is_pressed_after_every_modifier_has_been_relea
     desktop.clock.advance(1ms);
     std::vector<FakeKeyEventPoster::Posted> expected;
     for (const quint16 key : {58, 61, 55, 54, 56, 60, 59, 62})
-        expected.emplace_back(0, KeyEvent{key, false, 0});
+        expected.emplace_back(0, KeyEvent{KeyCode{key}, false, {}});
     EXPECT_EQ(desktop.keyEvents.posted, expected);
 
     desktop.clock.advance(49ms);
     EXPECT_EQ(desktop.keyEvents.posted, expected);
     desktop.clock.advance(1ms);
     for (const qint32 process : {pid, 0}) {
-        expected.emplace_back(process, KeyEvent{8, true, 0x100000});
-        expected.emplace_back(process, KeyEvent{8, false, 0x100000});
+        expected.emplace_back(process, KeyEvent{KeyCode::c, true, Modifier::command});
+        expected.emplace_back(process, KeyEvent{KeyCode::c, false, Modifier::command});
     }
     EXPECT_EQ(desktop.keyEvents.posted, expected);
     ASSERT_THAT(desktop.scripts.launched, SizeIs(1));

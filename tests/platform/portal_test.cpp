@@ -7,7 +7,6 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/linux/keyboard/hot_key_rules.h"
 #include "platform/linux/portal/portal_capture.h"
 #include "platform/linux/portal/portal_hot_keys.h"
 #include "platform/scripted_desktop_portal.h"
@@ -24,12 +23,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-constexpr quint32 keyS = 1;
-constexpr quint32 keyD = 2;
-constexpr quint32 keyT = 17;
-constexpr quint32 commandShift = 768;
-constexpr HotKeyID text{1, 1};
-constexpr HotKeyID capture{1, 2};
+constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
 
 class PortalTest : public testing::Test {
 protected:
@@ -45,8 +39,8 @@ protected:
             QStringList{QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)},
             clock);
         hotKeys.emplace(*portal,
-            std::vector<PortalHotKeys::Purpose>{
-                {1, u"translate-selection"_s, u"Dịch"_s}, {2, u"capture-screen"_s, u"Chụp"_s}},
+            std::vector<PortalHotKeys::Purpose>{{textHotKeyID, u"translate-selection"_s, u"Dịch"_s},
+                {ocrHotKeyID, u"capture-screen"_s, u"Chụp"_s}},
             clock);
         hotKeys->installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
     }
@@ -56,8 +50,8 @@ protected:
     }
     /// Both hot keys, with the portal's answers to come.
     void registerBoth() {
-        textKey = hotKeys->registerHotKey(keyD, commandShift, text);
-        hotKeys->registerHotKey(keyS, commandShift, capture);
+        textKey = hotKeys->registerHotKey({KeyCode::d, commandShift}, textHotKeyID);
+        hotKeys->registerHotKey({KeyCode::s, commandShift}, ocrHotKeyID);
     }
     [[nodiscard]] bool isBound(qsizetype count = 2) {
         return eventually([&] { return desktop->bound.size() == count; });
@@ -82,7 +76,7 @@ TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
     startPortal([](auto& told) { told.requiresApplicationId = true; });
     ASSERT_TRUE(startProgram());
     registerBoth();
-    EXPECT_EQ(textKey.status, 0);
+    EXPECT_EQ(textKey.status, HotKeyStatus::registered);
     ASSERT_TRUE(isBound());
     EXPECT_EQ(desktop->applicationId, u"org.tralio.Tralio");
     EXPECT_EQ(desktop->calls.first(), u"Register");
@@ -145,7 +139,8 @@ TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {
 
     desktop->bound.clear();
     hotKeys->unregisterHotKey(*textKey.ref);
-    ASSERT_EQ(hotKeys->registerHotKey(keyT, commandShift, text).status, 0);
+    ASSERT_EQ(
+        hotKeys->registerHotKey({KeyCode::t, commandShift}, textHotKeyID).status, HotKeyStatus::registered);
     ASSERT_TRUE(isBound());
     EXPECT_TRUE(desktop->calls.contains(u"Close"_s));
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
@@ -179,15 +174,17 @@ TEST_F(PortalTest, refusals_leave_the_program_without_hot_keys_and_otherwise_wel
     EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
 
     for (const quint32 nobodysKey : {52U, 127U, 4294967295U})
-        EXPECT_EQ(hotKeys->registerHotKey(nobodysKey, commandShift, text).status, hotKeyInvalid);
-    EXPECT_EQ(hotKeys->registerHotKey(keyD, 512, text).status, hotKeyInvalid);
-    EXPECT_EQ(hotKeys->registerHotKey(keyS, commandShift, text).status, hotKeyExists);
+        EXPECT_EQ(hotKeys->registerHotKey({KeyCode{nobodysKey}, commandShift}, textHotKeyID).status,
+            HotKeyStatus::invalid);
+    EXPECT_EQ(
+        hotKeys->registerHotKey({KeyCode::d, Modifier::shift}, textHotKeyID).status, HotKeyStatus::invalid);
+    EXPECT_EQ(hotKeys->registerHotKey({KeyCode::s, commandShift}, textHotKeyID).status, HotKeyStatus::taken);
 }
 
 TEST_F(PortalTest, a_portal_that_comes_later_anew_or_in_anothers_place_gets_the_hot_keys_then) {
     launch();
     registerBoth();
-    EXPECT_EQ(textKey.status, PortalHotKeys::notAvailable);
+    EXPECT_EQ(textKey.status, HotKeyStatus::unavailable);
 
     for (int start = 0; start < 2; ++start) {
         startPortal();
@@ -230,7 +227,7 @@ TEST_F(PortalTest, a_portal_that_takes_long_to_say_its_versions_holds_up_no_regi
     QElapsedTimer time;
     time.start();
     registerBoth();
-    EXPECT_EQ(textKey.status, PortalHotKeys::notAvailable);
+    EXPECT_EQ(textKey.status, HotKeyStatus::unavailable);
     EXPECT_LT(time.elapsed(), 5000);
 }
 
@@ -246,7 +243,8 @@ TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
     // The next end is told before the answers to the next binding.
     desktop->bound.clear();
     desktop->endSession();
-    ASSERT_EQ(hotKeys->registerHotKey(keyT, commandShift, text).status, 0);
+    ASSERT_EQ(
+        hotKeys->registerHotKey({KeyCode::t, commandShift}, textHotKeyID).status, HotKeyStatus::registered);
     ASSERT_TRUE(isBound());
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
 }
@@ -281,7 +279,7 @@ TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_th
     ASSERT_TRUE(startProgram());
     registerBoth();
     ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"CreateSession"_s) == 1; }));
-    hotKeys->registerHotKey(keyT, commandShift, text);
+    hotKeys->registerHotKey({KeyCode::t, commandShift}, textHotKeyID);
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 1);
     desktop->silentMethods.clear();
@@ -292,7 +290,7 @@ TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_th
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
 
     // A key that is refused takes the one before it away.
-    EXPECT_EQ(hotKeys->registerHotKey(keyS, commandShift, text).status, hotKeyExists);
+    EXPECT_EQ(hotKeys->registerHotKey({KeyCode::s, commandShift}, textHotKeyID).status, HotKeyStatus::taken);
     EXPECT_TRUE(isBound(1));
 }
 

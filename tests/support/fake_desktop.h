@@ -20,8 +20,7 @@ namespace tralio {
 class FakeHotKeyPlatform final : public HotKeyPlatform {
 public:
     struct Request {
-        quint32 keyCode;
-        quint32 modifiers;
+        KeyCombination combination;
         HotKeyID id;
         bool operator==(const Request&) const = default;
     };
@@ -30,12 +29,15 @@ public:
         handler = std::move(installed);
         return EventHandlerRef{1};
     }
-    Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override {
-        if (nextStatus != 0)
-            return {std::exchange(nextStatus, 0), std::nullopt};
+    Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override {
+        if (nextStatus != HotKeyStatus::registered)
+            return {std::exchange(nextStatus, HotKeyStatus::registered), std::nullopt};
+        for (const auto& [ref, request] : registered)
+            if (request.combination == combination || request.id == id)
+                return {HotKeyStatus::taken, std::nullopt};
         const HotKeyRef ref{++lastRef};
-        registered.emplace(ref, Request{keyCode, modifiers, id});
-        return {0, ref};
+        registered.emplace(ref, Request{combination, id});
+        return {HotKeyStatus::registered, ref};
     }
     void unregisterHotKey(HotKeyRef ref) override { registered.erase(ref); }
 
@@ -47,7 +49,7 @@ public:
     }
 
     EventHandler handler;
-    HotKeyStatus nextStatus = 0;  ///< refuses one registration when not zero
+    HotKeyStatus nextStatus = HotKeyStatus::registered;  ///< refuses one registration when it is another
     std::map<HotKeyRef, Request> registered;
     quint64 lastRef = 0;
 };

@@ -21,8 +21,8 @@ protected:
     static constexpr quint16 keyS = 1;
     static constexpr quint16 keyD = 2;
 
-    static std::optional<quint16> keyCode(quint32 scanCode) {
-        return scanCode < firstScanCode ? std::nullopt : std::optional(quint16(scanCode - firstScanCode));
+    static std::optional<KeyCode> keyCode(quint32 scanCode) {
+        return scanCode < firstScanCode ? std::nullopt : std::optional(KeyCode{scanCode - firstScanCode});
     }
 
     /// A key goes down at a position; `key` and `text` are what the keyboard's layout makes of it.

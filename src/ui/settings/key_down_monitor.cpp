@@ -32,15 +32,17 @@ bool isModifier(int key) {
 
 /// Where a keyboard has its modifiers, and Caps Lock. With Alt held, Shift may stand for a change of the
 /// layout, and then has no name that says modifier.
-bool isModifierPosition(quint16 keyCode) {
-    constexpr quint16 rightCommand = 54;
-    constexpr quint16 rightControl = 62;
-    return keyCode >= rightCommand && keyCode <= rightControl;
+bool isModifierPosition(KeyCode key) {
+    return key >= KeyCode::rightCommand && key <= KeyCode::rightControl;
 }
 
-quint32 flagsOf(Qt::KeyboardModifiers modifiers) {
-    return (modifiers & Qt::ControlModifier ? 0x40000U : 0) | (modifiers & Qt::AltModifier ? 0x80000U : 0) |
-        (modifiers & Qt::ShiftModifier ? 0x20000U : 0) | (modifiers & Qt::MetaModifier ? 0x100000U : 0);
+Modifiers modifiersOf(Qt::KeyboardModifiers held) {
+    Modifiers modifiers;
+    modifiers.setFlag(Modifier::control, held.testFlag(Qt::ControlModifier));
+    modifiers.setFlag(Modifier::option, held.testFlag(Qt::AltModifier));
+    modifiers.setFlag(Modifier::shift, held.testFlag(Qt::ShiftModifier));
+    modifiers.setFlag(Modifier::command, held.testFlag(Qt::MetaModifier));
+    return modifiers;
 }
 
 }  // namespace
@@ -57,15 +59,15 @@ KeyDownMonitor::~KeyDownMonitor() {
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
 
-std::optional<KeyDown> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
+std::optional<KeyCombination> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
     if (isModifier(event.key()))
         return std::nullopt;
     // A user who has moved Escape to another position means the key that closes things, wherever it is.
-    const auto keyCode = event.key() == Qt::Key_Escape ? KeyDown::escape : m_keyCodes(event.nativeScanCode());
+    const auto keyCode = event.key() == Qt::Key_Escape ? KeyCode::escape : m_keyCodes(event.nativeScanCode());
     const bool hasName = event.key() != 0 && event.key() != Qt::Key_unknown;
     if (!keyCode || (!hasName && isModifierPosition(*keyCode)))
         return std::nullopt;
-    return KeyDown{*keyCode, flagsOf(event.modifiers())};
+    return KeyCombination{*keyCode, modifiersOf(event.modifiers())};
 }
 
 bool KeyDownMonitor::eventFilter(QObject* watched, QEvent* event) {

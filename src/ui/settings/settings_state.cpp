@@ -20,7 +20,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-constexpr quint32 controlOptionCommand = 0x40000 | 0x80000 | 0x100000;
+constexpr Modifiers controlOptionCommand = Modifier::control | Modifier::option | Modifier::command;
 
 }  // namespace
 
@@ -97,32 +97,32 @@ void SettingsState::panelDisappeared() {
 void SettingsState::startRecording(HotKeyRecordTarget target) {
     stopRecording();
     recordingTarget = target;
-    m_localEventMonitor = std::make_unique<KeyDownMonitor>(
-        m_services.keyCodes, [this, target](const KeyDown& key) { return keyWentDown(target, key); });
+    m_localEventMonitor = std::make_unique<KeyDownMonitor>(m_services.keyCodes,
+        [this, target](const KeyCombination& pressed) { return keyWentDown(target, pressed); });
 
     const AppSettings& settings = m_services.settings;
     m_ledHotKeys = std::make_unique<LedHotKeys>(
         m_services.hotKeys,
         [this, target, &settings] {
-            recorded(
-                target, {settings.hotKeyKeyCode(), settings.hotKeyModifiers(), settings.hotKeyDisplay()});
+            recorded(target,
+                {{KeyCode{settings.hotKeyKeyCode()}, Modifiers::fromInt(settings.hotKeyModifiers())},
+                    settings.hotKeyDisplay()});
         },
         [this, target, &settings] {
             recorded(target,
-                {settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(), settings.ocrHotKeyDisplay()});
+                {{KeyCode{settings.ocrHotKeyKeyCode()}, Modifiers::fromInt(settings.ocrHotKeyModifiers())},
+                    settings.ocrHotKeyDisplay()});
         });
 }
 
-bool SettingsState::keyWentDown(HotKeyRecordTarget target, const KeyDown& key) {
-    if (key.keyCode == KeyDown::escape) {
+bool SettingsState::keyWentDown(HotKeyRecordTarget target, const KeyCombination& pressed) {
+    if (pressed.key == KeyCode::escape) {
         m_services.clock.after(0ms, this, [this] { stopRecording(); });
         return true;
     }
-    if (!(key.flags & controlOptionCommand))
+    if (!(pressed.modifiers & controlOptionCommand))
         return false;
-    recorded(target,
-        {key.keyCode, HotKeyService::carbonModifiers(key.flags),
-            HotKeyService::readableShortcut(key.keyCode, key.flags)});
+    recorded(target, {pressed, readableShortcut(pressed)});
     return true;
 }
 
@@ -137,9 +137,11 @@ void SettingsState::recorded(HotKeyRecordTarget target, const Shortcut& shortcut
 
 void SettingsState::save(HotKeyRecordTarget target, const Shortcut& shortcut) {
     if (target == HotKeyRecordTarget::textSelection)
-        settings().updateCustomHotKey(shortcut.keyCode, shortcut.modifiers, shortcut.display);
+        settings().updateCustomHotKey(
+            quint32(shortcut.combination.key), shortcut.combination.modifiers.toInt(), shortcut.display);
     else
-        settings().updateCustomOCRHotKey(shortcut.keyCode, shortcut.modifiers, shortcut.display);
+        settings().updateCustomOCRHotKey(
+            quint32(shortcut.combination.key), shortcut.combination.modifiers.toInt(), shortcut.display);
 }
 
 void SettingsState::stopRecording() {
@@ -156,7 +158,7 @@ void SettingsState::toggleRecording(HotKeyRecordTarget target) {
 }
 
 void SettingsState::chooseHotKey(HotKeyRecordTarget target, const HotKeyPresetItem& preset) {
-    save(target, {preset.keyCode, preset.modifiers, preset.display});
+    save(target, {preset.combination, preset.display});
 }
 
 void SettingsState::chooseProvider(const QString& presetId) {

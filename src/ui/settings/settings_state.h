@@ -101,12 +101,11 @@ public:
 
 private:
     struct Shortcut {
-        quint32 keyCode;
-        quint32 modifiers;
+        KeyCombination combination;
         QString display;
     };
 
-    bool keyWentDown(HotKeyRecordTarget target, const KeyDown& key);
+    bool keyWentDown(HotKeyRecordTarget target, const KeyCombination& pressed);
     /// Saves the shortcut and ends the recording, on the next turn of the event loop.
     void recorded(HotKeyRecordTarget target, const Shortcut& shortcut);
     void save(HotKeyRecordTarget target, const Shortcut& shortcut);

@@ -13,8 +13,8 @@ EventHandlerRef UnavailableDesktop::HotKeys::installEventHandler(EventHandler /*
 }
 
 HotKeyPlatform::Registration UnavailableDesktop::HotKeys::registerHotKey(
-    quint32 /*keyCode*/, quint32 /*modifiers*/, HotKeyID /*id*/) {
-    return {notAvailable, std::nullopt};
+    const KeyCombination& /*combination*/, HotKeyID /*id*/) {
+    return {HotKeyStatus::unavailable, std::nullopt};
 }
 
 void UnavailableDesktop::HotKeys::unregisterHotKey(HotKeyRef /*ref*/) {}

@@ -16,10 +16,8 @@ namespace tralio {
 /// is nothing to be had.
 struct UnavailableDesktop {
     struct HotKeys final : HotKeyPlatform {
-        static constexpr HotKeyStatus notAvailable = -1;
-
         EventHandlerRef installEventHandler(EventHandler handler) override;
-        Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override;
+        Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
         void unregisterHotKey(HotKeyRef ref) override;
     } hotKeys;
 

@@ -1,17 +1,15 @@
 #pragma once
 
-#include <QtGlobal>
-
 #include <optional>
+
+#include "hotkeys/keys.h"
 
 namespace tralio {
 
-/// The code of the key at the physical position that a virtual key code names: evdev's, which Wayland takes,
-/// and X11's. Absent for keys that a PC keyboard does not have.
-[[nodiscard]] std::optional<quint8> evdevKeyCode(quint32 virtualKeyCode);
-[[nodiscard]] std::optional<quint8> x11KeyCode(quint32 virtualKeyCode);
+/// The code of a key in X11. Absent for keys that a PC keyboard does not have.
+[[nodiscard]] std::optional<quint8> x11KeyCode(KeyCode key);
 
-/// The way back: the position of an X key code, which is also how the toolkit numbers keys on Wayland.
-[[nodiscard]] std::optional<quint16> virtualKeyCode(quint32 x11KeyCode);
+/// The way back, which also tells keys as the toolkit numbers them on Wayland.
+[[nodiscard]] std::optional<KeyCode> keyWithX11Code(quint32 x11KeyCode);
 
 }  // namespace tralio

@@ -9,7 +9,6 @@
 #include "common/clock.h"
 #include "common/debug_log.h"
 #include "platform/linux/bus/activation_token.h"
-#include "platform/linux/keyboard/hot_key_rules.h"
 #include "platform/linux/portal/shortcut_trigger.h"
 
 namespace tralio {
@@ -78,27 +77,27 @@ EventHandlerRef PortalHotKeys::installEventHandler(EventHandler handler) {
     return EventHandlerRef{m_handlers.size()};
 }
 
-HotKeyPlatform::Registration PortalHotKeys::registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) {
+HotKeyPlatform::Registration PortalHotKeys::registerHotKey(const KeyCombination& combination, HotKeyID id) {
     // A hot key that waits for a portal has no reference by which it could have been given up.
     if (std::erase_if(m_hotKeys, [&](const HotKey& other) { return other.id == id; }) > 0)
         scheduleSession();
-    const auto trigger = shortcutTrigger(keyCode, modifiers);
-    const auto purpose = std::find_if(m_purposes.begin(), m_purposes.end(),
-        [&](const Purpose& candidate) { return candidate.id == id.id; });
-    if (purpose == m_purposes.end() || !trigger || !canBeHotKey(keyCode, modifiers))
-        return {hotKeyInvalid, std::nullopt};
+    const auto trigger = shortcutTrigger(combination);
+    const auto purpose = std::find_if(
+        m_purposes.begin(), m_purposes.end(), [&](const Purpose& candidate) { return candidate.id == id; });
+    if (purpose == m_purposes.end() || !trigger || !canBeHotKey(combination))
+        return {HotKeyStatus::invalid, std::nullopt};
     const bool ours = std::any_of(m_hotKeys.begin(), m_hotKeys.end(),
         [&](const HotKey& other) { return other.trigger == *trigger && other.id != id; });
     if (ours)
-        return {hotKeyExists, std::nullopt};
+        return {HotKeyStatus::taken, std::nullopt};
 
     const HotKeyRef ref{++m_lastRef};
     // Desktops keep the key that they have for a name, whatever we wish for later: another key, another name.
     m_hotKeys.push_back({ref, id, purpose->name + u'.' + *trigger, *trigger, purpose->description});
     scheduleSession();
     if (m_portal.awaitVersion(QLatin1String(interface)) == 0)
-        return {notAvailable, std::nullopt};
-    return {0, ref};
+        return {HotKeyStatus::unavailable, std::nullopt};
+    return {HotKeyStatus::registered, ref};
 }
 
 void PortalHotKeys::unregisterHotKey(HotKeyRef ref) {

@@ -27,11 +27,9 @@ class PortalHotKeys final : public QObject, public HotKeyPlatform {
 public:
     static constexpr auto interface = "org.freedesktop.portal.GlobalShortcuts";
 
-    static constexpr HotKeyStatus notAvailable = -1;  ///< no such portal, or not yet
-
     /// What the desktop shows its user of a hot key, and names it by for good.
     struct Purpose {
-        quint32 id;  ///< as in HotKeyID
+        HotKeyID id;
         QString name;
         QString description;
     };
@@ -40,7 +38,7 @@ public:
     ~PortalHotKeys() override;
 
     EventHandlerRef installEventHandler(EventHandler handler) override;
-    Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override;
+    Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
     void unregisterHotKey(HotKeyRef ref) override;
 
 private Q_SLOTS:

@@ -3,13 +3,11 @@
 #include <algorithm>
 
 #include "platform/linux/keyboard/copy_shortcut.h"
-#include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/wayland/front_application.h"
 
 namespace tralio {
 namespace {
 
-constexpr quint32 commandFlag = 0x100000;
 constexpr quint32 leftControl = 29;  // evdev codes
 constexpr quint32 leftShift = 42;
 
@@ -31,10 +29,10 @@ bool WaylandKeyEventPoster::canPost() const {
 }
 
 void WaylandKeyEventPoster::post(const KeyEvent& event) {
-    if (!(event.flags & commandFlag))
+    if (!event.modifiers.testFlag(Modifier::command))
         return;
     if (event.isKeyDown)
-        pressShortcut(event.keyCode);
+        pressShortcut(event.key);
     else
         releaseShortcut();
 }
@@ -45,17 +43,17 @@ void WaylandKeyEventPoster::openKeyboard() {
     m_keyboard = m_connection ? VirtualKeyboard::open(*m_connection) : nullptr;
 }
 
-void WaylandKeyEventPoster::pressShortcut(quint16 keyCode) {
+void WaylandKeyEventPoster::pressShortcut(KeyCode shortcutKey) {
     const auto how = copyShortcutIn(m_front.applicationId());
-    const auto key = evdevKeyCode(keyCode);
+    const Key* key = keyWith(shortcutKey);
     if (how == CopyShortcut::none || !key || !canPost())
         return;
     openKeyboard();
     if (!m_keyboard)
         return;
-    m_pressed = {leftControl, *key};
+    m_pressed = {leftControl, key->evdev};
     if (how == CopyShortcut::controlShift)
-        m_pressed = {leftControl, leftShift, *key};
+        m_pressed = {leftControl, leftShift, key->evdev};
     for (const quint32 code : m_pressed)
         m_keyboard->setKey(code, true);
 }

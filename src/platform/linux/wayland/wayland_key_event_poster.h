@@ -27,7 +27,7 @@ public:
 
 private:
     void openKeyboard();
-    void pressShortcut(quint16 keyCode);
+    void pressShortcut(KeyCode shortcutKey);
     void releaseShortcut();
 
     const WaylandConnection& m_session;

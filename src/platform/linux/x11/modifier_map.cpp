@@ -57,15 +57,15 @@ ModifierMap::ModifierMap(const X11Connection& connection) {
     }
 }
 
-quint16 ModifierMap::stateFor(quint32 hotKeyModifiers) const {
+quint16 ModifierMap::stateFor(Modifiers modifiers) const {
     quint16 state = 0;
-    if (hotKeyModifiers & 256U)
+    if (modifiers.testFlag(Modifier::command))
         state |= m_super;
-    if (hotKeyModifiers & 512U)
+    if (modifiers.testFlag(Modifier::shift))
         state |= XCB_MOD_MASK_SHIFT;
-    if (hotKeyModifiers & 2048U)
+    if (modifiers.testFlag(Modifier::option))
         state |= m_alt;
-    if (hotKeyModifiers & 4096U)
+    if (modifiers.testFlag(Modifier::control))
         state |= XCB_MOD_MASK_CONTROL;
     return state;
 }

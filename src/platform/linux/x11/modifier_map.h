@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QtGlobal>
-
 #include <vector>
 
+#include "hotkeys/keys.h"
 #include "platform/linux/x11/x11_connection.h"
 
 namespace tralio {
@@ -13,9 +12,8 @@ class ModifierMap {
 public:
     explicit ModifierMap(const X11Connection& connection);
 
-    /// The state bits of a hot-key mask (Command 256, Shift 512, Option 2048, Control 4096). Command is Super
-    /// and Option is Alt.
-    [[nodiscard]] quint16 stateFor(quint32 hotKeyModifiers) const;
+    /// The state bits of modifiers. Command is Super and Option is Alt.
+    [[nodiscard]] quint16 stateFor(Modifiers modifiers) const;
 
     /// The bits that hot keys can be made of; the others, locks among them, do not tell them apart.
     [[nodiscard]] quint16 significant() const;

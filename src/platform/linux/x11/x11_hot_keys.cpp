@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "common/debug_log.h"
-#include "platform/linux/keyboard/hot_key_rules.h"
 #include "platform/linux/keyboard/key_codes.h"
 
 namespace tralio {
@@ -23,24 +22,24 @@ EventHandlerRef X11HotKeys::installEventHandler(EventHandler handler) {
     return EventHandlerRef{m_handlers.size()};
 }
 
-HotKeyPlatform::Registration X11HotKeys::registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) {
-    const auto xKeyCode = x11KeyCode(keyCode);
-    if (!xKeyCode || !canBeHotKey(keyCode, modifiers))
-        return {hotKeyInvalid, std::nullopt};
+HotKeyPlatform::Registration X11HotKeys::registerHotKey(const KeyCombination& combination, HotKeyID id) {
+    const auto xKeyCode = x11KeyCode(combination.key);
+    if (!xKeyCode || !canBeHotKey(combination))
+        return {HotKeyStatus::invalid, std::nullopt};
 
-    const HotKey hotKey{HotKeyRef{++m_lastRef}, id, *xKeyCode, modifiers};
+    const HotKey hotKey{HotKeyRef{++m_lastRef}, id, *xKeyCode, combination.modifiers};
     const bool ours = std::any_of(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& other) {
         return other.keyCode == hotKey.keyCode && other.modifiers == hotKey.modifiers;
     });
     if (ours)
-        return {hotKeyExists, std::nullopt};
-    if (const HotKeyStatus status = grab(hotKey); status != 0)
+        return {HotKeyStatus::taken, std::nullopt};
+    if (const HotKeyStatus status = grab(hotKey); status != HotKeyStatus::registered)
         return {status, std::nullopt};
     m_hotKeys.push_back(hotKey);
     // A combination that has just been recorded is still held down: its repeats are no presses.
     if (m_heldKey != *xKeyCode && isDown(*xKeyCode))
         hold(*xKeyCode);
-    return {0, hotKey.ref};
+    return {HotKeyStatus::registered, hotKey.ref};
 }
 
 void X11HotKeys::unregisterHotKey(HotKeyRef ref) {
@@ -64,7 +63,7 @@ HotKeyStatus X11HotKeys::grab(const HotKey& hotKey) {
         refused |= XcbPtr<xcb_generic_error_t>{xcb_request_check(m_connection.xcb(), request)} != nullptr;
     if (refused)
         ungrab(hotKey);  // another program owns it in some state of the locks: half a hot key is none
-    return refused ? hotKeyExists : 0;
+    return refused ? HotKeyStatus::taken : HotKeyStatus::registered;
 }
 
 void X11HotKeys::ungrab(const HotKey& hotKey) {
@@ -152,7 +151,7 @@ void X11HotKeys::remapKeyboard() {
 }
 
 void X11HotKeys::grabAgain(const HotKey& hotKey) {
-    if (grab(hotKey) != 0)
+    if (grab(hotKey) != HotKeyStatus::registered)
         debugLog(u"X11HotKeys: another program has taken the hot key %1"_s.arg(hotKey.id.id));
 }
 

@@ -22,15 +22,15 @@ public:
     explicit X11HotKeys(X11Connection& connection);
 
     EventHandlerRef installEventHandler(EventHandler handler) override;
-    Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override;
+    Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
     void unregisterHotKey(HotKeyRef ref) override;
 
 private:
     struct HotKey {
         HotKeyRef ref{};
         HotKeyID id;
-        quint8 keyCode = 0;     ///< X key code
-        quint32 modifiers = 0;  ///< hot-key mask
+        quint8 keyCode = 0;  ///< X key code
+        Modifiers modifiers;
     };
 
     void handle(const xcb_generic_event_t& event);

@@ -1,9 +1,6 @@
 #include "platform/linux/x11/x11_key_event_poster.h"
 
-#include <X11/keysym.h>
 #include <algorithm>
-#include <array>
-#include <utility>
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
@@ -14,33 +11,28 @@
 namespace tralio {
 namespace {
 
-constexpr quint32 commandFlag = 0x100000;
-constexpr quint16 keyC = 8;
-constexpr quint16 keyShift = 56;
-constexpr quint16 keyControl = 59;
-
-/// The keys that are meant by what they do, by virtual key code.
-constexpr std::array<std::pair<quint16, xcb_keysym_t>, 9> keysByMeaning{
-    {{keyC, XK_c}, {54, XK_Super_R}, {55, XK_Super_L}, {keyShift, XK_Shift_L}, {58, XK_Alt_L},
-        {keyControl, XK_Control_L}, {60, XK_Shift_R}, {61, XK_Alt_R}, {62, XK_Control_R}}};
-
 using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)>;
 
+/// Whether a key is meant by what it does, wherever the layout has it: modifiers, and the letter of a
+/// shortcut.
+bool isMeant(KeyCode key) {
+    return key == KeyCode::c || (key >= KeyCode::rightCommand && key <= KeyCode::rightControl);
+}
+
 /// The key that does on the present layout what the virtual key is meant for.
-std::optional<quint8> keyFor(const X11Connection& connection, quint16 virtualKeyCode) {
-    const auto* meant = std::find_if(keysByMeaning.begin(), keysByMeaning.end(),
-        [&](const auto& entry) { return entry.first == virtualKeyCode; });
-    if (meant != keysByMeaning.end()) {
+std::optional<quint8> keyFor(const X11Connection& connection, KeyCode wanted) {
+    const Key* named = keyWith(wanted);
+    if (named && isMeant(wanted)) {
         const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb()), &xcb_key_symbols_free};
         const XcbPtr<xcb_keycode_t> keys{
-            symbols ? xcb_key_symbols_get_keycode(symbols.get(), meant->second) : nullptr};
+            symbols ? xcb_key_symbols_get_keycode(symbols.get(), named->keysym) : nullptr};
         for (const xcb_keycode_t* key = keys.get(); key && *key != XCB_NO_SYMBOL; ++key) {
             // Only as the key's first symbol: a layout of two alphabets has the letter in its second group.
-            if (xcb_key_symbols_get_keysym(symbols.get(), *key, 0) == meant->second)
+            if (xcb_key_symbols_get_keysym(symbols.get(), *key, 0) == named->keysym)
                 return *key;
         }
     }
-    return x11KeyCode(virtualKeyCode);
+    return x11KeyCode(wanted);
 }
 
 }  // namespace
@@ -48,22 +40,22 @@ std::optional<quint8> keyFor(const X11Connection& connection, quint16 virtualKey
 X11KeyEventPoster::X11KeyEventPoster(X11Connection& connection) : m_connection(connection) {}
 
 void X11KeyEventPoster::post(const KeyEvent& event) {
-    const bool isShortcut = event.flags & commandFlag;
+    const bool isShortcut = event.modifiers.testFlag(Modifier::command);
     if (isShortcut && event.isKeyDown)
-        pressShortcut(event.keyCode);
+        pressShortcut(event.key);
     else if (isShortcut)
         releaseShortcut();
-    else if (const auto key = keyFor(m_connection, event.keyCode))
+    else if (const auto key = keyFor(m_connection, event.key))
         fake(event.isKeyDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, *key);
     xcb_flush(m_connection.xcb());
 }
 
-void X11KeyEventPoster::pressShortcut(quint16 virtualKeyCode) {
+void X11KeyEventPoster::pressShortcut(KeyCode shortcutKey) {
     const auto how =
         copyShortcutIn(X11Workspace::windowClass(m_connection, X11Workspace::activeWindow(m_connection)));
-    const auto control = keyFor(m_connection, keyControl);
-    const auto shift = keyFor(m_connection, keyShift);
-    const auto key = keyFor(m_connection, virtualKeyCode);
+    const auto control = keyFor(m_connection, KeyCode::leftControl);
+    const auto shift = keyFor(m_connection, KeyCode::leftShift);
+    const auto key = keyFor(m_connection, shortcutKey);
     if (how == CopyShortcut::none || !control || !shift || !key)
         return;
     m_shortcut = {*control, *key};

@@ -23,7 +23,7 @@ public:
     void postToProcess(qint32 processId, const KeyEvent& event) override;
 
 private:
-    void pressShortcut(quint16 virtualKeyCode);
+    void pressShortcut(KeyCode shortcutKey);
     void releaseShortcut();
     void fake(quint8 type, quint8 keyCode);
 

@@ -1,3 +1,5 @@
+#include "hotkeys/selected_text_fetch.h"
+
 #include <QCoreApplication>
 #include <QStringBuilder>
 
@@ -8,7 +10,7 @@
 #include "common/debug_log.h"
 #include "common/excerpt.h"
 #include "hotkeys/accessibility.h"
-#include "hotkeys/hot_key_service.h"
+#include "hotkeys/apple_script.h"
 #include "hotkeys/key_event_poster.h"
 #include "hotkeys/pasteboard.h"
 #include "hotkeys/script_runner.h"
@@ -26,46 +28,12 @@ constexpr auto keystrokeCopyWait = 350ms;
 constexpr auto delayBeforeKeystroke = 150ms;
 constexpr auto delayAfterModifierRelease = 50ms;
 
-constexpr quint16 keyC = 8;
-constexpr quint32 commandFlag = 0x100000;
+constexpr KeyCombination copyShortcut{KeyCode::c, Modifier::command};
 
 /// Left and right Option, Command, Shift and Control. The user is still holding some of them for the hot key.
-constexpr std::array<quint16, 8> modifierKeys{58, 61, 55, 54, 56, 60, 59, 62};
-
-constexpr QStringView scriptRunner = u"/usr/bin/osascript";
-constexpr QStringView keystrokeScript =
-    u"tell application \"System Events\" to keystroke \"c\" using command down";
-
-struct Browser {
-    QStringView marker;  ///< found anywhere in the lower-cased bundle identifier
-    QStringView selectionScript;
-};
-
-constexpr std::array browsers{
-    Browser{u"safari",
-        u"tell application \"Safari\" to do JavaScript \"window.getSelection().toString()\" in front "
-        u"document"},
-    Browser{u"chrome",
-        u"tell application \"Google Chrome\" to execute front window's active tab javascript "
-        u"\"window.getSelection().toString()\""},
-    Browser{u"brave",
-        u"tell application \"Brave Browser\" to execute front window's active tab javascript "
-        u"\"window.getSelection().toString()\""},
-    Browser{u"edge",
-        u"tell application \"Microsoft Edge\" to execute front window's active tab javascript "
-        u"\"window.getSelection().toString()\""},
-    Browser{u"arc",
-        u"tell application \"Arc\" to execute front window's active tab javascript "
-        u"\"window.getSelection().toString()\""},
-};
-
-const Browser* browserFor(const QString& bundleId) {
-    const QString lowered = bundleId.toLower();
-    for (const Browser& browser : browsers)
-        if (lowered.contains(browser.marker))
-            return &browser;
-    return nullptr;
-}
+constexpr std::array modifierKeys{KeyCode::leftOption, KeyCode::rightOption, KeyCode::leftCommand,
+    KeyCode::rightCommand, KeyCode::leftShift, KeyCode::rightShift, KeyCode::leftControl,
+    KeyCode::rightControl};
 
 std::optional<QString> trimmedIfAny(const std::optional<QString>& text) {
     if (!text)
@@ -78,14 +46,16 @@ void logSuccess(QStringView layer, const QString& text) {
     debugLog(u"fetchSelectedText: " % layer % u" SUCCESS: '" % excerpt(text) % u"'");
 }
 
-void giveUp(const HotKeyService::TextCompletion& completion) {
+void giveUp(const SelectedTextFetch::Completion& completion) {
     debugLog(u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil"_s);
     completion(std::nullopt);
 }
 
 }  // namespace
 
-void HotKeyService::fetchSelectedText(TextCompletion completion) {
+SelectedTextFetch::SelectedTextFetch(Platform platform) : m_platform(platform) {}
+
+void SelectedTextFetch::fetch(Completion completion) {
     const auto front = m_platform.workspace.frontmostApplication();
     if (!front || front->processId == QCoreApplication::applicationPid()) {
         debugLog(u"fetchSelectedText: no valid frontmost app"_s);
@@ -97,21 +67,19 @@ void HotKeyService::fetchSelectedText(TextCompletion completion) {
     debugLog(u"fetchSelectedText: frontApp='" % front->localizedName.value_or(QString()) % u"' (bundle: " %
         bundleId % u", pid: " % QString::number(pid) % u")");
 
-    if (const auto text = getDirectAXSelectedText(pid)) {
+    if (const auto text = directText(pid)) {
         logSuccess(u"Layer 1 (Direct AX)", *text);
         completion(text);
         return;
     }
-    if (isBrowser(bundleId)) {
-        if (const auto text = getBrowserSelectedText(bundleId)) {
-            logSuccess(u"Layer 2 (Browser AppleScript)", *text);
-            completion(text);
-            return;
-        }
+    if (const auto text = browserText(bundleId)) {
+        logSuccess(u"Layer 2 (Browser AppleScript)", *text);
+        completion(text);
+        return;
     }
 
     const qint64 initialCount = m_platform.pasteboard.changeCount();
-    if (!triggerCopyMenuAction(pid)) {
+    if (!pressMenuCopy(pid)) {
         executeKeystrokeCopy(pid, initialCount, completion);
         return;
     }
@@ -127,7 +95,7 @@ void HotKeyService::fetchSelectedText(TextCompletion completion) {
         });
 }
 
-std::optional<QString> HotKeyService::getDirectAXSelectedText(qint32 pid) {
+std::optional<QString> SelectedTextFetch::directText(qint32 pid) {
     const auto focused = m_platform.accessibility.focusedElement(pid);
     if (!focused)
         return std::nullopt;
@@ -136,18 +104,12 @@ std::optional<QString> HotKeyService::getDirectAXSelectedText(qint32 pid) {
     return trimmedIfAny(focused->selectedDocumentText());
 }
 
-bool HotKeyService::isBrowser(const QString& bundleId) {
-    return browserFor(bundleId) != nullptr;
+std::optional<QString> SelectedTextFetch::browserText(const QString& bundleId) {
+    const auto script = browserSelectionScript(bundleId);
+    return script ? trimmedIfAny(m_platform.scripts.execute(*script)) : std::nullopt;
 }
 
-std::optional<QString> HotKeyService::getBrowserSelectedText(const QString& bundleId) {
-    const Browser* browser = browserFor(bundleId);
-    if (!browser)
-        return std::nullopt;
-    return trimmedIfAny(m_platform.scripts.execute(browser->selectionScript.toString()));
-}
-
-void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, const TextCompletion& completion) {
+void SelectedTextFetch::executeKeystrokeCopy(qint32 pid, qint64 initialCount, const Completion& completion) {
     debugLog(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
     if (!m_platform.keyEvents.canPost()) {
         debugLog(u"fetchSelectedText: Layer 4 has nothing to press keys with in this session"_s);
@@ -156,8 +118,8 @@ void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, const 
     }
     Clock& clock = m_platform.clock;
     clock.after(delayBeforeKeystroke, this, [=, this, &clock] {
-        for (const quint16 keyCode : modifierKeys)
-            m_platform.keyEvents.post({keyCode, false, 0});
+        for (const KeyCode key : modifierKeys)
+            m_platform.keyEvents.post({key, false, {}});
         clock.after(delayAfterModifierRelease, this, [=, this] {
             pressCopyShortcut(pid);
             waitForPasteboardChange(
@@ -173,19 +135,16 @@ void HotKeyService::executeKeystrokeCopy(qint32 pid, qint64 initialCount, const 
     });
 }
 
-void HotKeyService::pressCopyShortcut(qint32 pid) {
-    const KeyEvent keyDown{keyC, true, commandFlag};
-    const KeyEvent keyUp{keyC, false, commandFlag};
-    m_platform.keyEvents.postToProcess(pid, keyDown);
-    m_platform.keyEvents.postToProcess(pid, keyUp);
-    m_platform.keyEvents.post(keyDown);
-    m_platform.keyEvents.post(keyUp);
-    m_platform.scripts.launch(scriptRunner.toString(), {u"-e"_s, keystrokeScript.toString()});
+void SelectedTextFetch::pressCopyShortcut(qint32 pid) {
+    pressInProcess(m_platform.keyEvents, pid, copyShortcut);
+    m_platform.keyEvents.post({copyShortcut.key, true, copyShortcut.modifiers});
+    m_platform.keyEvents.post({copyShortcut.key, false, copyShortcut.modifiers});
+    launchCopyScript(m_platform.scripts);
 }
 
-void HotKeyService::waitForPasteboardChange(
-    qint64 initialCount, std::chrono::milliseconds maxWait, TextCompletion completion) {
-    // The timer lives and dies with this object; the service owns it, so that no tick outlives the service.
+void SelectedTextFetch::waitForPasteboardChange(
+    qint64 initialCount, std::chrono::milliseconds maxWait, Completion completion) {
+    // The timer lives and dies with this object; this object owns it, so that no tick outlives it.
     auto* wait = new QObject(this);
     m_platform.clock.every(pollInterval, wait,
         [this, wait, initialCount, maxWait, elapsed = 0ms, completion = std::move(completion)]() mutable {
@@ -198,7 +157,7 @@ void HotKeyService::waitForPasteboardChange(
             if (changed)
                 content = m_platform.pasteboard.string();
             // Ending the wait takes this lambda with it: what is still needed moves to the stack first.
-            const TextCompletion deliver = std::move(completion);
+            const Completion deliver = std::move(completion);
             delete wait;
             deliver(content ? std::optional(content->trimmed()) : std::nullopt);
         });
