@@ -61,7 +61,7 @@ public:
     /// Has a text that another program hands over translated.
     void translateSelectedText(const QString& text);
 
-    /// Has the clipboard's text translated, if it is new and no password.
+    /// Has the clipboard's text translated, if it is new, no password, and not from here.
     void checkAndAutoTranslateClipboard();
 
 private:
@@ -69,6 +69,7 @@ private:
     void translateLater(const QString& text);
 
     Services m_services;
+    QString m_lastHandledText;  ///< trimmed; goes with `AppState::lastHandledChangeCount`
 };
 
 }  // namespace tralio
