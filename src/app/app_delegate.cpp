@@ -124,6 +124,7 @@ void AppDelegate::handleGlobalHotKey() {
             // What the fetch may have left on the clipboard is this very text: it is not new to the check of
             // the clipboard.
             self->m_services.appState.lastHandledChangeCount = self->m_services.pasteboard.changeCount();
+            self->m_lastHandledText = text->trimmed();
             self->translateLater(*text);
         });
     });
@@ -205,7 +206,10 @@ void AppDelegate::checkAndAutoTranslateClipboard() {
     if (text.isEmpty())
         return;
     m_services.appState.lastHandledChangeCount = changeCount;
-    m_services.appState.requestTranslation(text);
+    // Clipboard managers take a content over as theirs, which counts as a change of the same text.
+    const bool isHandled = text == std::exchange(m_lastHandledText, text);
+    if (!isHandled && text != m_services.pasteboard.ownString().trimmed())
+        m_services.appState.requestTranslation(text);
 }
 
 void AppDelegate::say(const QString& notice, std::chrono::milliseconds time) {

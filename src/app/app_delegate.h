@@ -63,7 +63,7 @@ public:
     /// Has a text that another program hands over translated.
     void translateSelectedText(const QString& text);
 
-    /// Has the clipboard's text translated, if it is new and no password.
+    /// Has the clipboard's text translated, if it is new, no password, and not from here.
     void checkAndAutoTranslateClipboard();
 
 private:
@@ -75,6 +75,7 @@ private:
 
     Services m_services;
     ScheduledCall m_noticeEnd;
+    QString m_lastHandledText;  ///< trimmed; goes with `AppState::lastHandledChangeCount`
 };
 
 }  // namespace tralio

@@ -4,10 +4,13 @@
 #include <QStringBuilder>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "app/x11_desktop.h"
 #include "common/debug_log.h"
+#include "platform/linux/atspi/atspi_front.h"
+#include "platform/linux/bus/process_facts.h"
 #include "platform/linux/bus/session_service.h"
 #include "platform/linux/capture/desktop_capture_tools.h"
 #include "platform/linux/desktop/unavailable_desktop.h"
@@ -16,6 +19,7 @@
 #include "platform/linux/wayland/wayland_pasteboard.h"
 #include "platform/linux/x11/selection_reader.h"
 #include "platform/linux/x11/x11_pasteboard.h"
+#include "platform/linux/x11/x11_primary_selection.h"
 
 namespace tralio {
 namespace {
@@ -25,6 +29,13 @@ using namespace Qt::StringLiterals;
 /// Asks nobody: PRIMARY cannot be had.
 std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
     return std::nullopt;
+}
+
+/// By the application's id: the others that show web pages are built on something else.
+bool isBuiltOnChromium(const QString& applicationId) {
+    constexpr std::array markers{u"chrom", u"brave", u"edge", u"vivaldi", u"opera", u"electron", u"code"};
+    return std::any_of(markers.begin(), markers.end(),
+        [&](QStringView marker) { return applicationId.contains(marker, Qt::CaseInsensitive); });
 }
 
 bool isDesktop(QStringView name) {
@@ -68,9 +79,9 @@ WaylandDesktop::WaylandDesktop(
     tellOfWindows();
     chooseSelections();
     chooseCapture();
-    m_scripts = std::make_unique<PrimaryScriptRunner>(m_workspace, *m_primary);
-    m_accessibility = std::make_unique<AtspiAccessibility>(
-        m_switch, m_bus, *m_primary, AtspiAccessibility::WithoutSwitch::primarySelection);
+    m_scripts =
+        std::make_unique<PrimaryScriptRunner>(m_workspace, *m_primary, [this] { return m_switch.isOn(); });
+    m_accessibility = std::make_unique<AtspiAccessibility>(m_switch, m_bus, *m_primary);
     if (m_xwayland)
         m_activator = std::make_unique<X11WindowActivator>(*m_xwayland);
     debugLog(m_keyEvents.isGranted()
@@ -104,7 +115,7 @@ void WaylandDesktop::chooseSelections() {
             [this](QDeadlineTimer deadline) {
                 return m_dataControl->text(DataControl::Selection::primary, deadline);
             },
-            frontMark);
+            frontMark, [this] { return isBuiltOnChromium(m_front.applicationId()); });
         QObject::connect(m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
             [followed = primary.get()](DataControl::Selection selection) {
                 if (selection == DataControl::Selection::primary)
@@ -120,16 +131,16 @@ void WaylandDesktop::chooseSelections() {
             [this](QDeadlineTimer deadline) {
                 return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, deadline);
             },
-            frontMark);
-        m_primaryWatch = std::make_unique<X11SelectionWatch>(
-            *m_xwayland, XCB_ATOM_PRIMARY, [followed = primary.get()] { followed->noteChange(); });
+            frontMark, [this] { return X11PrimarySelection::ownerGivesPasswords(*m_xwayland); });
+        m_primaryWatch = std::make_unique<X11SelectionWatch>(*m_xwayland, XCB_ATOM_PRIMARY,
+            [followed = primary.get()](xcb_timestamp_t) { followed->noteChange(); });
         m_primary = std::move(primary);
     } else {
         debugLog(
             u"Desktop: the clipboard while our window has the focus, because the compositor has neither "
             u"data control nor Xwayland"_s);
         m_pasteboard = std::make_unique<ToolkitPasteboard>();
-        m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontMark);
+        m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontMark, [] { return false; });
     }
 }
 
@@ -145,6 +156,14 @@ void WaylandDesktop::chooseCapture() {
         m_capture = std::make_unique<PortalCapture>(m_portal);
         m_captureNeedsPortal = true;
     }
+}
+
+CopyTarget WaylandDesktop::copyTarget() {
+    const auto accessible = activeAtspiApplication(m_bus);
+    if (!accessible)
+        return {};
+    return {{accessible->name, processName(accessible->processId)},
+        m_accessibility->focusIsTerminal(accessible->processId), servesTerminal(accessible->processId)};
 }
 
 bool WaylandDesktop::canCapture() const {

@@ -33,6 +33,7 @@ private:
     void tellOfWindows() const;
     void chooseSelections();
     void chooseCapture();
+    [[nodiscard]] CopyTarget copyTarget();
     [[nodiscard]] bool canCapture() const;
     void tellOfPortal();
 
@@ -53,7 +54,7 @@ private:
     bool m_captureNeedsPortal = false;
     std::unique_ptr<PrimaryScriptRunner> m_scripts;
     std::unique_ptr<AtspiAccessibility> m_accessibility;
-    WaylandKeyEventPoster m_keyEvents{*m_wayland, m_front};
+    WaylandKeyEventPoster m_keyEvents{*m_wayland, m_front, [this] { return copyTarget(); }};
     DesktopPermissions m_permissions;
     std::unique_ptr<X11WindowActivator> m_activator;
     FocusedSelection m_focusedSelection;

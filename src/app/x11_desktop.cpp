@@ -17,6 +17,15 @@ Popover::WindowSystem x11WindowSystem(X11WindowActivator& activator) {
 
 X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection) : m_connection(std::move(connection)) {}
 
+std::optional<bool> X11Desktop::focusIsTerminal() {
+    const auto front = m_workspace.frontmostApplication();
+    return front ? m_accessibility.focusIsTerminal(front->processId) : std::nullopt;
+}
+
+QString X11Desktop::frontTitle() const {
+    return X11Workspace::title(*m_connection, X11Workspace::activeWindow(*m_connection));
+}
+
 HotKeyService::Platform X11Desktop::hotKeyPlatform(Clock& clock) {
     return {
         m_hotKeys, m_workspace, m_accessibility, m_scripts, m_pasteboard, m_keyEvents, m_permissions, clock};

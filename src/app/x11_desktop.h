@@ -28,17 +28,20 @@ public:
     CaptureTool& captureTool() override { return m_regionPicker; }
 
 private:
+    [[nodiscard]] std::optional<bool> focusIsTerminal();
+    [[nodiscard]] QString frontTitle() const;
+
     std::unique_ptr<X11Connection> m_connection;
     X11HotKeys m_hotKeys{*m_connection};
     X11Workspace m_workspace{*m_connection};
     X11PrimarySelection m_primary{*m_connection};
-    PrimaryScriptRunner m_scripts{m_workspace, m_primary};
+    PrimaryScriptRunner m_scripts{m_workspace, m_primary, [this] { return m_switch.isOn(); }};
     X11Pasteboard m_pasteboard{*m_connection};
-    X11KeyEventPoster m_keyEvents{*m_connection};
+    X11KeyEventPoster m_keyEvents{*m_connection, [this] { return focusIsTerminal(); }};
     X11WindowActivator m_activator{*m_connection};
     AccessibilitySwitch m_switch;
     AtspiBus m_bus;
-    AtspiAccessibility m_accessibility{m_switch, m_bus, m_primary};
+    AtspiAccessibility m_accessibility{m_switch, m_bus, m_primary, [this] { return frontTitle(); }};
     DesktopPermissions m_permissions{m_switch, [] { return true; }};
     RegionPicker m_regionPicker{RegionPicker::installedProgram()};
 };

@@ -17,6 +17,10 @@ public:
     AccessibleElement& operator=(const AccessibleElement&) = delete;
     virtual ~AccessibleElement() = default;
 
+    /// Whether the element is there to type a password into. Nothing that is marked there is anybody else's
+    /// business, by whatever way it could be had.
+    virtual bool holdsPassword() = 0;
+
     virtual std::optional<QString> selectedText() = 0;
 
     /// The selection of a document that knows no text offsets, such as a web view.
@@ -29,7 +33,7 @@ public:
 
     virtual std::vector<std::unique_ptr<AccessibleElement>> children() = 0;
 
-    /// Performs the element's press action.
+    /// Performs the element's press action; false when it has none, or is greyed and would do nothing.
     virtual bool press() = 0;
 };
 

@@ -33,6 +33,10 @@ public:
 
     /// Replaces the clipboard's content.
     virtual void setString(const QString& text) = 0;
+
+    /// What this program put there last, by `setString` or by a Copy in one of its windows. It stays known
+    /// when another program has taken it over. Empty before.
+    [[nodiscard]] virtual QString ownString() = 0;
 };
 
 }  // namespace tralio

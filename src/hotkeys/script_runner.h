@@ -19,6 +19,10 @@ public:
     /// or has no text to give.
     [[nodiscard]] virtual std::optional<QString> execute(const QString& source) = 0;
 
+    /// The selection of the application in front where it can be had without a script of that application's,
+    /// and without a permission.
+    [[nodiscard]] virtual std::optional<QString> selectionInFront() = 0;
+
     /// Starts a program in the background and reaps it. That it cannot be started is ignored.
     virtual void launch(const QString& executable, const QStringList& arguments) = 0;
 };

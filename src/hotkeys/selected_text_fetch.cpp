@@ -42,6 +42,15 @@ std::optional<QString> trimmedIfAny(const std::optional<QString>& text) {
     return trimmed.isEmpty() ? std::nullopt : std::optional(trimmed);
 }
 
+/// None of a password.
+std::optional<QString> selectionOf(AccessibleElement& element) {
+    if (element.holdsPassword())
+        return std::nullopt;
+    if (auto text = trimmedIfAny(element.selectedText()))
+        return text;
+    return trimmedIfAny(element.selectedDocumentText());
+}
+
 void logSuccess(QStringView layer, const QString& text) {
     debugLog(u"fetchSelectedText: " % layer % u" SUCCESS: '" % excerpt(text) % u"'");
 }
@@ -67,13 +76,22 @@ void SelectedTextFetch::fetch(Completion completion) {
     debugLog(u"fetchSelectedText: frontApp='" % front->localizedName.value_or(QString()) % u"' (bundle: " %
         bundleId % u", pid: " % QString::number(pid) % u")");
 
-    if (const auto text = directText(pid)) {
-        logSuccess(u"Layer 1 (Direct AX)", *text);
-        completion(text);
-        return;
+    if (const auto focused = m_platform.accessibility.focusedElement(pid)) {
+        if (focused->holdsPassword()) {
+            debugLog(u"fetchSelectedText: the focused element holds a password, which is left alone"_s);
+            completion(std::nullopt);
+            return;
+        }
+        if (const auto text = selectionOf(*focused)) {
+            logSuccess(u"Layer 1 (Direct AX)", *text);
+            completion(text);
+            return;
+        }
     }
-    if (const auto text = browserText(bundleId)) {
-        logSuccess(u"Layer 2 (Browser AppleScript)", *text);
+    const bool hasScript = browserSelectionScript(bundleId).has_value();
+    if (const auto text =
+            hasScript ? browserText(bundleId) : trimmedIfAny(m_platform.scripts.selectionInFront())) {
+        logSuccess(hasScript ? u"Layer 2 (Browser AppleScript)" : u"Layer 2 (without a script)", *text);
         completion(text);
         return;
     }
@@ -97,11 +115,7 @@ void SelectedTextFetch::fetch(Completion completion) {
 
 std::optional<QString> SelectedTextFetch::directText(qint32 pid) {
     const auto focused = m_platform.accessibility.focusedElement(pid);
-    if (!focused)
-        return std::nullopt;
-    if (auto text = trimmedIfAny(focused->selectedText()))
-        return text;
-    return trimmedIfAny(focused->selectedDocumentText());
+    return focused ? selectionOf(*focused) : std::nullopt;
 }
 
 std::optional<QString> SelectedTextFetch::browserText(const QString& bundleId) {

@@ -34,9 +34,10 @@ public:
     explicit SelectedTextFetch(Platform platform);
 
     /// Tries four layers, each only when the ones before gave nothing: the focused element's selection, a
-    /// browser script, the application's own Copy menu item, and a synthetic copy shortcut. The last two
-    /// leave the selection on the clipboard. The completion is called exactly once, before this returns when
-    /// one of the first two layers answers.
+    /// script (or, where the application takes none, what the script runner knows without one), the
+    /// application's own Copy menu item, and a synthetic copy shortcut. The last two leave the selection on
+    /// the clipboard. A focused password yields nothing, and no layer is tried. The completion is called
+    /// exactly once, before this returns when one of the first two layers answers.
     void fetch(Completion completion);
 
     [[nodiscard]] std::optional<QString> directText(qint32 pid);

@@ -67,9 +67,14 @@ TEST_F(SelectedText, a_blank_selection_falls_through_to_the_document_and_then_to
     fetch();
     EXPECT_THAT(results, ElementsAre(u"trang web"_s));
 
-    desktop.accessibility.focused->documentText = u"\t"_s;
+    desktop.accessibility.focused->selectedText = u"một đoạn"_s;
     fetch();
-    EXPECT_THAT(results, SizeIs(1));
+    EXPECT_EQ(results.back(), u"một đoạn"_s) << "the element's own comes first";
+    EXPECT_EQ(service.getDirectAXSelectedText(pid), u"một đoạn"_s);
+
+    desktop.accessibility.focused = {.selectedText = u" "_s, .documentText = u"\t"_s};
+    fetch();
+    EXPECT_THAT(results, SizeIs(2));
     EXPECT_EQ(log.messages().last(), u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
 }
 
@@ -94,6 +99,34 @@ TEST_F(SelectedText, a_browser_is_told_by_a_marker_and_answers_by_script_when_it
     giveCopyItem();
     fetch();
     EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
+}
+
+TEST_F(SelectedText, of_a_password_is_taken_by_no_layer) {
+    desktop.workspace.front->bundleIdentifier = u"com.google.Chrome"_s;
+    desktop.accessibility.focused = {
+        .holdsPassword = true, .selectedText = u"hunter2"_s, .documentText = u"hunter2"_s};
+    desktop.scripts.result = u"hunter2"_s;
+    desktop.scripts.inFront = u"hunter2"_s;
+    giveCopyItem();
+    fetch();
+    EXPECT_THAT(results, ElementsAre(std::nullopt));
+    EXPECT_EQ(service.getDirectAXSelectedText(pid), std::nullopt);
+    EXPECT_EQ(desktop.clock.pending(), 0);
+    EXPECT_THAT(desktop.accessibility.pressed, IsEmpty());
+    EXPECT_EQ(log.messages().last(),
+        u"fetchSelectedText: the focused element holds a password, which is left alone"_s);
+}
+
+TEST_F(SelectedText, that_needs_neither_permission_nor_script_is_asked_for_after_the_focused_element) {
+    desktop.scripts.inFront = u" đánh dấu\n"_s;
+    fetch();
+    EXPECT_THAT(results, ElementsAre(u"đánh dấu"_s));
+    EXPECT_EQ(desktop.pasteboard.count, 7);
+    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 2 (without a script) SUCCESS: 'đánh dấu'"_s);
+    EXPECT_THAT(desktop.scripts.executed, IsEmpty());
+    desktop.accessibility.focused = {.selectedText = u"trong ô"_s};
+    fetch();
+    EXPECT_EQ(results.back(), u"trong ô"_s);
 }
 
 TEST_F(SelectedText, the_menu_copy_is_delivered_at_the_tick_that_sees_it) {

@@ -11,20 +11,30 @@ using namespace Qt::StringLiterals;
 
 TEST(FollowedPrimarySelection, counts_only_in_the_application_where_it_was_made) {
     QString front = u"editor"_s;
-    FollowedPrimarySelection primary([](QDeadlineTimer) { return u"marked"_s; }, [&] { return front; });
-    const auto text = [&] { return primary.textOf(1, QDeadlineTimer(0)); };
-    EXPECT_EQ(text(), std::nullopt);  // there before we came
+    QString marked = u"a text"_s;
+    FollowedPrimarySelection primary(
+        [&](QDeadlineTimer) { return marked; }, [&] { return front; }, [&] { return front == u"browser"; });
+    const auto mark = [&] { return primary.markOf(1, QDeadlineTimer(0)); };
+    EXPECT_EQ(mark(), std::nullopt);  // there before we came
 
     primary.noteChange();
-    EXPECT_EQ(text(), u"marked"_s);
-    front = u"terminal"_s;
-    EXPECT_EQ(text(), std::nullopt);
+    EXPECT_EQ(mark(), PrimaryMark{u"a text"_s});
+    front = u"browser"_s;
+    EXPECT_EQ(mark(), std::nullopt);
     front = u"editor"_s;
-    EXPECT_EQ(text(), u"marked"_s);
+    EXPECT_EQ(mark(), PrimaryMark{u"a text"_s});
 
     front.clear();  // nobody tells any more who is in front
     primary.noteChange();
-    EXPECT_EQ(text(), std::nullopt);
+    EXPECT_EQ(mark(), std::nullopt);
+
+    marked = u"hunter2"_s;
+    front = u"editor"_s;
+    primary.noteChange();
+    EXPECT_FALSE(mark()->mayBePassword);
+    front = u"browser"_s;
+    primary.noteChange();
+    EXPECT_TRUE(mark()->mayBePassword);
 }
 
 }  // namespace

@@ -56,6 +56,7 @@ public:
 
 /// An element tree written down as data. A default one answers nothing.
 struct FakeElement {
+    bool holdsPassword = false;
     std::optional<QString> selectedText{};
     std::optional<QString> documentText{};
     std::optional<QString> title{};
@@ -85,6 +86,7 @@ private:
     class Element final : public AccessibleElement {
     public:
         Element(FakeAccessibility& owner, const FakeElement& data) : m_owner(owner), m_data(data) {}
+        bool holdsPassword() override { return m_data.holdsPassword; }
         std::optional<QString> selectedText() override { return m_data.selectedText; }
         std::optional<QString> selectedDocumentText() override { return m_data.documentText; }
         std::optional<QString> title() override { return m_data.title; }
@@ -123,11 +125,13 @@ public:
         executed += source;
         return result;
     }
+    std::optional<QString> selectionInFront() override { return inFront; }
     void launch(const QString& executable, const QStringList& arguments) override {
         launched.emplace_back(executable, arguments);
     }
 
     std::optional<QString> result;
+    std::optional<QString> inFront;
     QStringList executed;
     std::vector<std::pair<QString, QStringList>> launched;
 };
@@ -135,10 +139,19 @@ public:
 class FakePasteboard final : public Pasteboard {
 public:
     qint64 changeCount() override { return count; }
-    std::optional<QString> string() override { return content; }
+    std::optional<QString> string() override {
+        const std::optional<QString> read = content;
+        if (onRead)
+            onRead();
+        return read;
+    }
     QImage image() override { return picture; }
     bool isConcealed() override { return concealed; }
-    void setString(const QString& text) override { copy(text); }
+    void setString(const QString& text) override {
+        own = text;
+        copy(text);
+    }
+    QString ownString() override { return own; }
 
     void copy(std::optional<QString> text) {
         ++count;
@@ -147,6 +160,8 @@ public:
 
     qint64 count = 7;
     std::optional<QString> content;
+    QString own;
+    std::function<void()> onRead;  ///< just after the content was read
     QImage picture;
     bool concealed = false;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "hotkeys/accessibility.h"
 #include "platform/linux/atspi/atspi_bus.h"
 
@@ -12,22 +14,26 @@ struct AtspiContext;
 /// Other programs' user interfaces over the accessibility bus.
 class AtspiAccessibility final : public Accessibility {
 public:
-    /// What can be had while the desktop's accessibility switch is off.
-    enum class WithoutSwitch { nothing, primarySelection };
+    /// The title of the window in front, by which an application is known whose process the bus cannot tell.
+    using AskTitle = std::function<QString()>;
 
     AtspiAccessibility(const AccessibilitySwitch& accessibility, AtspiBus& bus, PrimarySelection& primary,
-        WithoutSwitch withoutSwitch = WithoutSwitch::nothing);
+        AskTitle frontTitle = {});
 
     std::unique_ptr<AccessibleElement> focusedElement(qint32 processId) override;
     std::unique_ptr<AccessibleElement> menuBar(qint32 processId) override;
 
+    /// Whether the element with the focus is a terminal; absent when nobody tells within 50 ms.
+    [[nodiscard]] std::optional<bool> focusIsTerminal(qint32 processId);
+
 private:
-    [[nodiscard]] std::shared_ptr<const AtspiContext> newContext(qint32 processId) const;
+    [[nodiscard]] std::shared_ptr<const AtspiContext> newContext(qint32 processId, qint64 limit) const;
+    [[nodiscard]] AtspiReference findFocus(const AtspiContext& context);
 
     const AccessibilitySwitch& m_switch;
     AtspiBus& m_bus;
     PrimarySelection& m_primary;
-    WithoutSwitch m_withoutSwitch;
+    AskTitle m_frontTitle;
 };
 
 }  // namespace tralio

@@ -82,6 +82,10 @@ public:
 
     /// The object of process `processId` that took the focus last; null when it is not known.
     [[nodiscard]] AtspiReference lastFocused(qint32 processId, const TimeBudget& budget) const;
+    /// The same, by the connection.
+    [[nodiscard]] AtspiReference lastFocused(const QString& service) const {
+        return {service, m_focused.value(service)};
+    }
     void rememberFocus(const AtspiReference& object);
 
     /// The window that said last that it is active, unless it has said otherwise since.

@@ -19,7 +19,62 @@ bool isMenuItem(AtspiRole role) {
         role == AtspiRole::radioMenuItem || role == AtspiRole::tearoffMenuItem;
 }
 
+bool isParagraph(AtspiRole role) {
+    return role == AtspiRole::paragraph || role == AtspiRole::heading;
+}
+
+ElementSelection::Reach reachOf(AtspiRole role) {
+    switch (role) {
+        case AtspiRole::autocomplete:
+        case AtspiRole::entry:
+        case AtspiRole::passwordText:
+        case AtspiRole::spinButton:
+        case AtspiRole::terminal:
+        case AtspiRole::text:
+            return ElementSelection::Reach::whole;
+        default:
+            return ElementSelection::Reach::part;
+    }
+}
+
+std::optional<int> selectionCount(const AtspiReference& object, const AtspiQuestion& question) {
+    const auto reply = question.bus.call(object, textInterface, u"GetNSelections"_s, {}, question.budget);
+    return reply ? std::optional(reply->value(0).toInt()) : std::nullopt;
+}
+
+QStringList selectedParts(const AtspiReference& object, int count, const AtspiQuestion& question) {
+    QStringList parts;
+    for (int i = 0; i < count; ++i) {
+        const auto range = question.bus.call(object, textInterface, u"GetSelection"_s, {i}, question.budget);
+        if (!range)
+            break;
+        const auto [start, end] = std::minmax({range->value(0).toInt(), range->value(1).toInt()});
+        if (start == end)
+            continue;
+        const auto text =
+            question.bus.call(object, textInterface, u"GetText"_s, {start, end}, question.budget);
+        if (text)
+            parts += text->value(0).toString();
+    }
+    return parts;
+}
+
+/// Whether a paragraph beside this one has a selection: the one with the caret has none of it when the mark
+/// ends at its first character.
+bool isSelectedBeside(const AtspiReference& paragraph, const AtspiQuestion& question) {
+    const QVariant parent =
+        question.bus.property(paragraph, accessibleInterface, u"Parent"_s, question.budget);
+    const auto beside = childrenOf(qdbus_cast<AtspiReference>(parent), question);
+    return std::any_of(beside.begin(), beside.end(), [&](const AtspiReference& other) {
+        return !question.budget.isSpent() && selectionCount(other, question).value_or(0) > 0;
+    });
+}
+
 }  // namespace
+
+QString nameOf(const AtspiReference& object, const AtspiQuestion& question) {
+    return question.bus.property(object, accessibleInterface, u"Name"_s, question.budget).toString();
+}
 
 QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiQuestion& question) {
     const auto reply = question.bus.call(object, accessibleInterface, u"GetChildren"_s, {}, question.budget);
@@ -40,65 +95,45 @@ AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question
 AtspiElement::AtspiElement(AtspiReference object, std::shared_ptr<const AtspiContext> context)
     : m_object(std::move(object)), m_context(std::move(context)) {}
 
+AtspiRole AtspiElement::role() {
+    if (!m_role)
+        m_role = roleOf(m_object, *m_context);
+    return *m_role;
+}
+
+bool AtspiElement::holdsPassword() {
+    return role() == AtspiRole::passwordText;
+}
+
 std::optional<QString> AtspiElement::selectedText() {
-    auto own = ownSelection();
-    if (!own || holdsWholeText())
-        return own;
-    // One paragraph of a document knows only its own part of the selection, and a page has a placeholder
-    // where another element stands. PRIMARY has it all.
-    auto all = primaryText();
-    const bool hasPlaceholders = own->contains(QChar::ObjectReplacementCharacter);
-    if (all && !all->trimmed().isEmpty() && (hasPlaceholders || all->contains(*own)))
-        return all;
-    return hasPlaceholders ? own->remove(QChar::ObjectReplacementCharacter) : own;
+    return selectedTextOf(selection(), askPrimary());
 }
 
 std::optional<QString> AtspiElement::selectedDocumentText() {
-    // An input field that reports no selection has none: PRIMARY would be what was marked there before.
-    return selectionCount() && holdsWholeText() ? std::nullopt : primaryText();
+    return selection().answer == ElementSelection::Answer::unknown ? uncountedSelection(askPrimary())
+                                                                   : std::nullopt;
 }
 
-std::optional<int> AtspiElement::selectionCount() const {
-    const auto reply =
-        m_context->bus.call(m_object, textInterface, u"GetNSelections"_s, {}, m_context->budget);
-    return reply ? std::optional(reply->value(0).toInt()) : std::nullopt;
+const ElementSelection& AtspiElement::selection() {
+    if (!m_selection)
+        m_selection = askSelection();
+    return *m_selection;
 }
 
-std::optional<QString> AtspiElement::ownSelection() const {
-    QStringList parts;
-    const int count = selectionCount().value_or(0);
-    for (int i = 0; i < count; ++i) {
-        const auto range =
-            m_context->bus.call(m_object, textInterface, u"GetSelection"_s, {i}, m_context->budget);
-        if (!range)
-            break;
-        const auto [start, end] = std::minmax({range->value(0).toInt(), range->value(1).toInt()});
-        if (start == end)
-            continue;
-        const auto text =
-            m_context->bus.call(m_object, textInterface, u"GetText"_s, {start, end}, m_context->budget);
-        if (text)
-            parts += text->value(0).toString();
-    }
-    return parts.isEmpty() ? std::nullopt : std::optional(parts.join(u'\n'));
+ElementSelection AtspiElement::askSelection() {
+    const auto count = selectionCount(m_object, *m_context);
+    if (!count)
+        return {};
+    const QStringList parts = selectedParts(m_object, *count, *m_context);
+    if (!parts.isEmpty())
+        return {ElementSelection::Answer::some, parts.join(u'\n'), reachOf(role())};
+    if (isParagraph(role()) && isSelectedBeside(m_object, *m_context))
+        return {};
+    return {ElementSelection::Answer::none, {}, reachOf(role())};
 }
 
-bool AtspiElement::holdsWholeText() const {
-    switch (roleOf(m_object, *m_context)) {
-        case AtspiRole::autocomplete:
-        case AtspiRole::entry:
-        case AtspiRole::passwordText:
-        case AtspiRole::spinButton:
-        case AtspiRole::terminal:
-        case AtspiRole::text:
-            return true;
-        default:
-            return false;
-    }
-}
-
-std::optional<QString> AtspiElement::primaryText() const {
-    return m_context->primary.textOf(m_context->processId, m_context->budget.deadline());
+AskPrimary AtspiElement::askPrimary() const {
+    return [this] { return m_context->primary.markOf(m_context->processId, m_context->budget.deadline()); };
 }
 
 std::optional<QString> AtspiElement::title() {
@@ -128,6 +163,10 @@ std::vector<std::unique_ptr<AccessibleElement>> AtspiElement::children() {
 }
 
 bool AtspiElement::press() {
+    // A greyed item does nothing when it is pressed, but for some toolkits' menus, which open and stay.
+    const AtspiStates states = statesOf(m_object, *m_context);
+    if (!states.contains(AtspiState::enabled) && !states.contains(AtspiState::sensitive))
+        return false;
     const auto reply = m_context->bus.call(m_object, actionInterface, u"DoAction"_s, {0}, m_context->budget);
     return reply && reply->value(0).toBool();
 }

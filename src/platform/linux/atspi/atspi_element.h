@@ -2,7 +2,7 @@
 
 #include "hotkeys/accessibility.h"
 #include "platform/linux/atspi/atspi_bus.h"
-#include "platform/linux/selection/primary_selection.h"
+#include "platform/linux/selection/current_selection.h"
 
 namespace tralio {
 
@@ -16,6 +16,7 @@ struct AtspiQuestion {
 struct AtspiContext : AtspiQuestion {
     PrimarySelection& primary;
     qint32 processId;
+    QString windowTitle;  ///< of the window in front; empty where it is not known
 };
 
 /// The roles that matter here, by their numbers in the protocol.
@@ -36,12 +37,22 @@ enum class AtspiRole : uint {
     tearoffMenuItem = 59,
     terminal = 60,
     text = 61,
+    paragraph = 73,
     autocomplete = 76,
     entry = 79,
+    heading = 83,
 };
 
 /// The states that matter here, by their bits in the protocol.
-enum class AtspiState { active = 1, focusable = 11, focused = 12, showing = 25, managesDescendants = 31 };
+enum class AtspiState {
+    active = 1,
+    enabled = 8,
+    focusable = 11,
+    focused = 12,
+    sensitive = 24,
+    showing = 25,
+    managesDescendants = 31,
+};
 
 class AtspiStates {
 public:
@@ -52,6 +63,7 @@ private:
     quint64 m_bits;
 };
 
+[[nodiscard]] QString nameOf(const AtspiReference& object, const AtspiQuestion& question);
 [[nodiscard]] QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiQuestion& question);
 [[nodiscard]] AtspiRole roleOf(const AtspiReference& object, const AtspiQuestion& question);
 [[nodiscard]] AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question);
@@ -62,6 +74,7 @@ class AtspiElement final : public AccessibleElement {
 public:
     AtspiElement(AtspiReference object, std::shared_ptr<const AtspiContext> context);
 
+    bool holdsPassword() override;
     std::optional<QString> selectedText() override;
     std::optional<QString> selectedDocumentText() override;
     std::optional<QString> title() override;
@@ -70,13 +83,15 @@ public:
     bool press() override;
 
 private:
-    [[nodiscard]] std::optional<int> selectionCount() const;
-    [[nodiscard]] std::optional<QString> ownSelection() const;
-    [[nodiscard]] bool holdsWholeText() const;
-    [[nodiscard]] std::optional<QString> primaryText() const;
+    [[nodiscard]] AtspiRole role();
+    [[nodiscard]] const ElementSelection& selection();
+    [[nodiscard]] ElementSelection askSelection();
+    [[nodiscard]] AskPrimary askPrimary() const;
 
     AtspiReference m_object;
     std::shared_ptr<const AtspiContext> m_context;
+    std::optional<AtspiRole> m_role;              ///< once asked
+    std::optional<ElementSelection> m_selection;  ///< once asked
 };
 
 /// A menu bar, or an item of it: only there for what hangs below.
@@ -90,6 +105,7 @@ public:
     AtspiMenuBar(
         AtspiReference object, std::shared_ptr<const AtspiContext> context, Level level = Level::bar);
 
+    bool holdsPassword() override { return false; }
     std::optional<QString> selectedText() override { return std::nullopt; }
     std::optional<QString> selectedDocumentText() override { return std::nullopt; }
     std::optional<QString> title() override { return std::nullopt; }

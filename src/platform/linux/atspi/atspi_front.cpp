@@ -9,8 +9,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 constexpr qint64 searchLimit = 150;      // milliseconds
 constexpr qint64 applicationLimit = 30;  // of those for one application, which may hang
 
@@ -27,9 +25,7 @@ std::optional<AtspiApplication> describe(const QString& service, const AtspiQues
     if (!process || *process == QCoreApplication::applicationPid())
         return std::nullopt;
     const AtspiReference root{service, AtspiBus::desktop().path};
-    const QVariant name =
-        question.bus.property(root, u"org.a11y.atspi.Accessible"_s, u"Name"_s, question.budget);
-    return AtspiApplication{*process, name.toString()};
+    return AtspiApplication{*process, nameOf(root, question)};
 }
 
 }  // namespace

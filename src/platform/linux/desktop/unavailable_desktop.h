@@ -9,6 +9,7 @@
 #include "hotkeys/permissions.h"
 #include "hotkeys/script_runner.h"
 #include "hotkeys/workspace.h"
+#include "platform/linux/selection/own_copies.h"
 
 namespace tralio {
 
@@ -33,6 +34,7 @@ struct UnavailableDesktop {
 
     struct NoScripts final : ScriptRunner {
         std::optional<QString> execute(const QString& source) override;
+        std::optional<QString> selectionInFront() override { return std::nullopt; }
         void launch(const QString& executable, const QStringList& arguments) override;
     } scripts;
 
@@ -60,10 +62,12 @@ public:
     QImage image() override;
     bool isConcealed() override;
     void setString(const QString& text) override;
+    QString ownString() override { return m_own.text(); }
 
 private:
     QObject m_context;
     qint64 m_changeCount = 0;
+    OwnCopies m_own;
 };
 
 }  // namespace tralio

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
+
+#include <optional>
 
 namespace tralio {
 
@@ -8,7 +10,17 @@ namespace tralio {
 /// there.
 enum class CopyShortcut { control, controlShift, none };
 
-/// `application` is its id or the class of its windows.
-[[nodiscard]] CopyShortcut copyShortcutIn(const QString& application);
+/// What is known of the application that would get the keys.
+struct CopyTarget {
+    /// What it goes by: its ids, the class and the instance of its window, the program of its process.
+    QStringList names;
+    /// Whether the element with the focus is a terminal; absent where nobody tells.
+    std::optional<bool> focusIsTerminal;
+    /// Whether its process serves a terminal; absent where the process is not known.
+    std::optional<bool> servesTerminal;
+};
+
+/// Control+C only into what is told to be no terminal, nothing into a terminal that is not known by name.
+[[nodiscard]] CopyShortcut copyShortcutIn(const CopyTarget& target);
 
 }  // namespace tralio

@@ -2,19 +2,27 @@
 
 #include <utility>
 
+#include "platform/linux/selection/current_selection.h"
+
 namespace tralio {
 
-FollowedPrimarySelection::FollowedPrimarySelection(Read read, FrontMark frontMark)
-    : m_read(std::move(read)), m_frontMark(std::move(frontMark)) {}
+FollowedPrimarySelection::FollowedPrimarySelection(
+    Read read, FrontMark frontMark, GivesPasswords givesPasswords)
+    : m_read(std::move(read)),
+      m_frontMark(std::move(frontMark)),
+      m_givesPasswords(std::move(givesPasswords)) {}
 
 void FollowedPrimarySelection::noteChange() {
     m_owner = m_frontMark();
 }
 
-std::optional<QString> FollowedPrimarySelection::textOf(qint32 /*processId*/, QDeadlineTimer deadline) {
+std::optional<PrimaryMark> FollowedPrimarySelection::markOf(qint32 /*processId*/, QDeadlineTimer deadline) {
     if (m_owner.isEmpty() || m_frontMark() != m_owner)
         return std::nullopt;
-    return m_read(deadline);
+    const auto text = m_read(deadline);
+    if (!text)
+        return std::nullopt;
+    return PrimaryMark{*text, false, m_givesPasswords() && looksLikePassword(*text, Marking::unknown)};
 }
 
 }  // namespace tralio

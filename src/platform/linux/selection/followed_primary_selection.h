@@ -7,24 +7,28 @@
 namespace tralio {
 
 /// The PRIMARY selection where nobody tells which program owns it: trusted only when the application that was
-/// in front when it changed is in front again.
+/// in front when it changed is in front again. How it was marked nobody tells either.
 class FollowedPrimarySelection final : public PrimarySelection {
 public:
     using Read = std::function<std::optional<QString>(QDeadlineTimer)>;
     /// Names the application in front; an empty name is nobody's.
     using FrontMark = std::function<QString()>;
 
-    FollowedPrimarySelection(Read read, FrontMark frontMark);
+    /// Whether it is of an application that gives out passwords in PRIMARY.
+    using GivesPasswords = std::function<bool()>;
+
+    FollowedPrimarySelection(Read read, FrontMark frontMark, GivesPasswords givesPasswords);
 
     /// To be called at each change, when it happens.
     void noteChange();
 
     /// `processId` is that of the application in front.
-    std::optional<QString> textOf(qint32 processId, QDeadlineTimer deadline) override;
+    std::optional<PrimaryMark> markOf(qint32 processId, QDeadlineTimer deadline) override;
 
 private:
     Read m_read;
     FrontMark m_frontMark;
+    GivesPasswords m_givesPasswords;
     QString m_owner;
 };
 

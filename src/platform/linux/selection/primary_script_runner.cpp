@@ -3,8 +3,10 @@
 #include <QFileInfo>
 #include <QProcess>
 
+#include <utility>
+
 #include "hotkeys/workspace.h"
-#include "platform/linux/selection/primary_selection.h"
+#include "platform/linux/selection/current_selection.h"
 
 namespace tralio {
 namespace {
@@ -13,12 +15,19 @@ constexpr int readLimit = 150;  // milliseconds
 
 }  // namespace
 
-PrimaryScriptRunner::PrimaryScriptRunner(Workspace& workspace, PrimarySelection& primary)
-    : m_workspace(workspace), m_primary(primary) {}
+PrimaryScriptRunner::PrimaryScriptRunner(
+    Workspace& workspace, PrimarySelection& primary, CanAskElements canAskElements)
+    : m_workspace(workspace), m_primary(primary), m_canAskElements(std::move(canAskElements)) {}
 
 std::optional<QString> PrimaryScriptRunner::execute(const QString& /*source*/) {
-    const auto front = m_workspace.frontmostApplication();
-    return front ? m_primary.textOf(front->processId, QDeadlineTimer(readLimit)) : std::nullopt;
+    return selectionInFront();
+}
+
+std::optional<QString> PrimaryScriptRunner::selectionInFront() {
+    const auto front = m_canAskElements() ? std::nullopt : m_workspace.frontmostApplication();
+    if (!front)
+        return std::nullopt;
+    return uncountedSelection([&] { return m_primary.markOf(front->processId, QDeadlineTimer(readLimit)); });
 }
 
 void PrimaryScriptRunner::launch(const QString& executable, const QStringList& arguments) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "hotkeys/script_runner.h"
 
 namespace tralio {
@@ -7,18 +9,25 @@ namespace tralio {
 class PrimarySelection;
 class Workspace;
 
-/// Browsers cannot be scripted from outside on this desktop. What the scripts ask for, the selection of the
-/// browser in front, is its PRIMARY selection.
+/// Applications cannot be scripted from outside on this desktop. What the scripts ask for, the selection of
+/// the application in front, is its PRIMARY selection, which needs no permission. It is told while the
+/// accessibility switch is off: while it is on, the focused element has been asked already, and PRIMARY
+/// together with it.
 class PrimaryScriptRunner final : public ScriptRunner {
 public:
-    PrimaryScriptRunner(Workspace& workspace, PrimarySelection& primary);
+    /// Whether the focused element of an application can be asked.
+    using CanAskElements = std::function<bool()>;
+
+    PrimaryScriptRunner(Workspace& workspace, PrimarySelection& primary, CanAskElements canAskElements);
 
     std::optional<QString> execute(const QString& source) override;
+    std::optional<QString> selectionInFront() override;
     void launch(const QString& executable, const QStringList& arguments) override;
 
 private:
     Workspace& m_workspace;
     PrimarySelection& m_primary;
+    CanAskElements m_canAskElements;
 };
 
 }  // namespace tralio

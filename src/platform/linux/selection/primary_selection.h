@@ -7,6 +7,20 @@
 
 namespace tralio {
 
+/// What an application holds in PRIMARY, and what there is to say against it.
+struct PrimaryMark {
+    QString text;
+
+    /// The mouse has been pressed since. The mark is gone then, as a rule, but many toolkits leave its text
+    /// here.
+    bool mayBeGone = false;
+
+    /// The application is of those that give out passwords here, and nothing tells that this is none.
+    bool mayBePassword = false;
+
+    bool operator==(const PrimaryMark&) const = default;
+};
+
 /// What the user marked last in any application, which most toolkits keep apart from the clipboard.
 class PrimarySelection {
 public:
@@ -15,9 +29,9 @@ public:
     PrimarySelection& operator=(const PrimarySelection&) = delete;
     virtual ~PrimarySelection() = default;
 
-    /// The marked text, if it is process `processId` that holds it: otherwise it is a left-over of another
-    /// application. Waits for the answer until `deadline` at the most.
-    [[nodiscard]] virtual std::optional<QString> textOf(qint32 processId, QDeadlineTimer deadline) = 0;
+    /// What process `processId` holds; absent when another does: then it is a left-over of another
+    /// application. Waits for the text until `deadline` at the most.
+    [[nodiscard]] virtual std::optional<PrimaryMark> markOf(qint32 processId, QDeadlineTimer deadline) = 0;
 };
 
 }  // namespace tralio

@@ -4,6 +4,7 @@
 #include <utility>
 #include <wayland-client-protocol.h>
 
+#include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/wayland/data_pipe.h"
 #include "platform/linux/wayland/wayland_proxy.h"
 
@@ -16,10 +17,6 @@ using Protocol = DataControlProtocol;
 constexpr void* newObject = nullptr;
 constexpr int syncLimit = 100;     // milliseconds
 constexpr int initialLimit = 500;  // milliseconds: at login much else starts as well
-
-/// Text types, the ones that say their encoding first.
-constexpr std::array textTypes{
-    "text/plain;charset=utf-8", "text/plain;charset=UTF-8", "UTF8_STRING", "text/plain", "TEXT", "STRING"};
 
 DataControl& self(void* data) {
     return *static_cast<DataControl*>(data);
@@ -119,12 +116,12 @@ std::optional<QString> DataControl::text(Selection selection, QDeadlineTimer dea
     if (m_source && selection == Selection::clipboard)
         return m_ownText;
     const QStringList offered = mimeTypes(selection);
-    const auto* type = std::find_if(textTypes.begin(), textTypes.end(),
-        [&](const char* candidate) { return offered.contains(QLatin1String(candidate)); });
-    if (type == textTypes.end())
+    const auto* format = std::find_if(textFormats.begin(), textFormats.end(),
+        [&](const TextFormat& candidate) { return offered.contains(QLatin1String(candidate.name)); });
+    if (format == textFormats.end())
         return std::nullopt;
-    const auto bytes = content(selection, QLatin1String(*type), deadline);
-    return bytes ? std::optional(QString::fromUtf8(*bytes)) : std::nullopt;
+    const auto bytes = content(selection, QLatin1String(format->name), deadline);
+    return bytes ? std::optional(decodeText(*bytes, format->encoding)) : std::nullopt;
 }
 
 std::optional<QByteArray> DataControl::content(
@@ -146,8 +143,8 @@ void DataControl::setClipboard(const QString& text) {
     m_source =
         makeObject(m_manager.get(), Protocol::ManagerRequest::createDataSource, m_protocol.source, newObject);
     addListener(m_source.get(), sourceListener, this);
-    for (const char* type : textTypes)
-        sendRequest(m_source.get(), Protocol::SourceRequest::offer, type);
+    for (const TextFormat& format : textFormats)
+        sendRequest(m_source.get(), Protocol::SourceRequest::offer, format.name);
     sendRequest(m_device.get(), Protocol::DeviceRequest::setSelection, m_source.get());
     m_connection.flush();
 }

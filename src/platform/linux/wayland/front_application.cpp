@@ -20,4 +20,8 @@ QString FrontApplication::applicationId() const {
     return m_toplevels ? m_toplevels->activeApplication() : QString();
 }
 
+bool FrontApplication::isNone() const {
+    return m_toplevels && !m_toplevels->hasActiveWindow();
+}
+
 }  // namespace tralio

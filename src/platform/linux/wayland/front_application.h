@@ -23,6 +23,9 @@ public:
     /// The application id, where the compositor tells it.
     [[nodiscard]] QString applicationId() const;
 
+    /// Whether the compositor tells that no application is in front, as on an empty workspace.
+    [[nodiscard]] bool isNone() const;
+
 private:
     const ToplevelWatch* m_toplevels;
     const AtspiBus& m_accessibility;

@@ -20,6 +20,9 @@ public:
         return m_active ? m_windows.value(m_active).appId : QString();
     }
 
+    /// Whether there is an activated window.
+    [[nodiscard]] bool hasActiveWindow() const { return m_active != nullptr; }
+
 private:
     struct Window {
         QString appId;

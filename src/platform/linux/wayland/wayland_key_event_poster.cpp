@@ -1,6 +1,7 @@
 #include "platform/linux/wayland/wayland_key_event_poster.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/wayland/front_application.h"
@@ -16,8 +17,9 @@ constexpr int greetingLimit = 500;
 
 }  // namespace
 
-WaylandKeyEventPoster::WaylandKeyEventPoster(const WaylandConnection& session, const FrontApplication& front)
-    : m_session(session), m_front(front) {}
+WaylandKeyEventPoster::WaylandKeyEventPoster(
+    const WaylandConnection& session, const FrontApplication& front, AskTarget askTarget)
+    : m_session(session), m_front(front), m_askTarget(std::move(askTarget)) {}
 
 bool WaylandKeyEventPoster::isGranted() const {
     return m_session.versionOf("zwp_virtual_keyboard_manager_v1") > 0;
@@ -44,7 +46,9 @@ void WaylandKeyEventPoster::openKeyboard() {
 }
 
 void WaylandKeyEventPoster::pressShortcut(KeyCode shortcutKey) {
-    const auto how = copyShortcutIn(m_front.applicationId());
+    CopyTarget target = m_askTarget();
+    target.names += m_front.applicationId();
+    const auto how = copyShortcutIn(target);
     const Key* key = keyWith(shortcutKey);
     if (how == CopyShortcut::none || !key || !canPost())
         return;

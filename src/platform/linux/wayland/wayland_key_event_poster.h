@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "hotkeys/key_event_poster.h"
+#include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/wayland/virtual_keyboard.h"
 
 namespace tralio {
@@ -16,7 +18,11 @@ class FrontApplication;
 /// keyboard has one of its own.
 class WaylandKeyEventPoster final : public KeyEventPoster {
 public:
-    WaylandKeyEventPoster(const WaylandConnection& session, const FrontApplication& front);
+    /// What is known of the application in front but for its id.
+    using AskTarget = std::function<CopyTarget()>;
+
+    WaylandKeyEventPoster(
+        const WaylandConnection& session, const FrontApplication& front, AskTarget askTarget);
 
     /// Whether the compositor gives programs a keyboard.
     [[nodiscard]] bool isGranted() const;
@@ -32,6 +38,7 @@ private:
 
     const WaylandConnection& m_session;
     const FrontApplication& m_front;
+    AskTarget m_askTarget;
     std::unique_ptr<WaylandConnection> m_connection;  ///< from the first shortcut on
     std::unique_ptr<VirtualKeyboard> m_keyboard;
     std::vector<quint32> m_pressed;

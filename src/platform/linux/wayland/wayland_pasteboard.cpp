@@ -3,8 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
-#include <array>
-
+#include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/wayland/data_control.h"
 
 namespace tralio {
@@ -12,9 +11,6 @@ namespace {
 
 constexpr int readLimit = 250;    // milliseconds
 constexpr int imageLimit = 2000;  // milliseconds
-
-/// What keeps every pixel first.
-constexpr std::array imageTypes{"image/png", "image/tiff", "image/bmp", "image/webp", "image/jpeg"};
 
 constexpr auto clipboard = DataControl::Selection::clipboard;
 
@@ -40,11 +36,13 @@ QImage WaylandPasteboard::image() {
     if (belongsToToolkit())
         return QGuiApplication::clipboard()->image();
     const QStringList offered = m_dataControl.mimeTypes(clipboard);
-    for (const char* type : imageTypes) {
-        if (!offered.contains(QLatin1String(type)))
+    for (const PictureFormat& format : pictureFormats) {
+        const QLatin1String name(format.name);
+        if (!offered.contains(name))
             continue;
-        const auto bytes = m_dataControl.content(clipboard, QLatin1String(type), QDeadlineTimer(imageLimit));
-        return bytes ? QImage::fromData(*bytes) : QImage();
+        const auto bytes = m_dataControl.content(clipboard, name, QDeadlineTimer(imageLimit));
+        if (QImage image = bytes ? decodePicture(*bytes, format) : QImage(); !image.isNull())
+            return image;
     }
     return {};
 }
@@ -56,6 +54,7 @@ bool WaylandPasteboard::isConcealed() {
 
 void WaylandPasteboard::setString(const QString& text) {
     m_dataControl.setClipboard(text);
+    m_own.note(text);
 }
 
 }  // namespace tralio

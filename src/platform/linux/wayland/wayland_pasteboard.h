@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hotkeys/pasteboard.h"
+#include "platform/linux/selection/own_copies.h"
 
 namespace tralio {
 
@@ -16,6 +17,7 @@ public:
     QImage image() override;
     bool isConcealed() override;
     void setString(const QString& text) override;
+    QString ownString() override { return m_own.text(); }
 
 private:
     /// Whether the content was copied in our own window: the toolkit has it, and could not answer while we
@@ -23,6 +25,7 @@ private:
     [[nodiscard]] bool belongsToToolkit() const;
 
     DataControl& m_dataControl;
+    OwnCopies m_own;
 };
 
 }  // namespace tralio

@@ -23,6 +23,8 @@ std::optional<RunningApplication> WaylandWorkspace::frontmostApplication() {
     if (QGuiApplication::focusWindow())
         return RunningApplication{
             static_cast<qint32>(QCoreApplication::applicationPid()), std::nullopt, std::nullopt};
+    if (m_front.isNone())
+        return std::nullopt;
     const QString id = m_front.applicationId();
     const auto accessible = activeAtspiApplication(m_accessibility);
     if (!accessible)

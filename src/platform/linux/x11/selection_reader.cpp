@@ -1,8 +1,8 @@
 #include "platform/linux/x11/selection_reader.h"
 
-#include <QStringDecoder>
-
 #include <cstring>
+
+#include "platform/linux/selection/clipboard_formats.h"
 
 namespace tralio {
 namespace {
@@ -12,12 +12,6 @@ constexpr qsizetype maxBytes = 64 << 20;
 template <typename Event>
 const Event* eventAs(const xcb_generic_event_t& event, quint8 type) {
     return (event.response_type & 0x7f) == type ? &reinterpret_cast<const Event&>(event) : nullptr;
-}
-
-/// As it is: a text may begin with what is a byte order mark in a file.
-QString fromUtf8(const QByteArray& bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
-    return decoder.decode(bytes);
 }
 
 /// One conversion: a window and a property of our own for as long as it lasts, so that the late answer to an
@@ -125,35 +119,29 @@ std::optional<QString> readSelectionText(
     // they have. An owner that does not know the question may still have text.
     const auto targets = conversion.targets();
     const auto offers = [&](xcb_atom_t target) { return !targets || contains(*targets, target); };
-    for (const char* target : {"UTF8_STRING", "text/plain;charset=utf-8"}) {
-        if (!offers(connection.atom(target)))
+    for (const TextFormat& format : textFormats) {
+        const xcb_atom_t target = connection.atom(format.name);
+        if (!offers(target))
             continue;
-        if (const auto bytes = conversion.convert(connection.atom(target)))
-            return fromUtf8(*bytes);
+        if (const auto bytes = conversion.convert(target))
+            return decodeText(*bytes, format.encoding);
     }
-    if (!offers(XCB_ATOM_STRING))
-        return std::nullopt;
-    const auto bytes = conversion.convert(XCB_ATOM_STRING);
-    return bytes ? std::optional(QString::fromLatin1(*bytes)) : std::nullopt;
+    return std::nullopt;
 }
 
 QImage readSelectionImage(
     X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline, QDeadlineTimer imageDeadline) {
-    struct Format {
-        const char* target;
-        const char* format;
-    };
-    constexpr Format formats[] = {{"image/png", "PNG"}, {"image/bmp", "BMP"}, {"image/jpeg", "JPEG"}};
     Conversion conversion(connection, selection, deadline);
     const auto targets = conversion.targets();
     if (!targets)
         return {};
     conversion.setDeadline(imageDeadline);
-    for (const Format& format : formats) {
-        if (!contains(*targets, connection.atom(format.target)))
+    for (const PictureFormat& format : pictureFormats) {
+        const xcb_atom_t target = connection.atom(format.name);
+        if (!contains(*targets, target))
             continue;
-        const auto bytes = conversion.convert(connection.atom(format.target));
-        if (QImage image; bytes && image.loadFromData(*bytes, format.format))
+        const auto bytes = conversion.convert(target);
+        if (QImage image = bytes ? decodePicture(*bytes, format) : QImage(); !image.isNull())
             return image;
     }
     return {};

@@ -1,6 +1,7 @@
 #include "platform/linux/x11/x11_key_event_poster.h"
 
 #include <algorithm>
+#include <utility>
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
@@ -37,7 +38,8 @@ std::optional<quint8> keyFor(const X11Connection& connection, KeyCode wanted) {
 
 }  // namespace
 
-X11KeyEventPoster::X11KeyEventPoster(X11Connection& connection) : m_connection(connection) {}
+X11KeyEventPoster::X11KeyEventPoster(X11Connection& connection, FocusIsTerminal focusIsTerminal)
+    : m_connection(connection), m_focusIsTerminal(std::move(focusIsTerminal)) {}
 
 void X11KeyEventPoster::post(const KeyEvent& event) {
     const bool isShortcut = event.modifiers.testFlag(Modifier::command);
@@ -51,8 +53,9 @@ void X11KeyEventPoster::post(const KeyEvent& event) {
 }
 
 void X11KeyEventPoster::pressShortcut(KeyCode shortcutKey) {
-    const auto how =
-        copyShortcutIn(X11Workspace::windowClass(m_connection, X11Workspace::activeWindow(m_connection)));
+    CopyTarget target = X11Workspace::copyTarget(m_connection, X11Workspace::activeWindow(m_connection));
+    target.focusIsTerminal = m_focusIsTerminal();
+    const auto how = copyShortcutIn(target);
     const auto control = keyFor(m_connection, KeyCode::leftControl);
     const auto shift = keyFor(m_connection, KeyCode::leftShift);
     const auto key = keyFor(m_connection, shortcutKey);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <vector>
 
 #include "hotkeys/key_event_poster.h"
@@ -16,7 +18,10 @@ namespace tralio {
 /// that is not copying.
 class X11KeyEventPoster final : public KeyEventPoster {
 public:
-    explicit X11KeyEventPoster(X11Connection& connection);
+    /// Whether the element with the keyboard focus is a terminal; absent where nobody tells.
+    using FocusIsTerminal = std::function<std::optional<bool>()>;
+
+    X11KeyEventPoster(X11Connection& connection, FocusIsTerminal focusIsTerminal);
 
     void post(const KeyEvent& event) override;
     /// Does nothing: events sent to one window are marked as such, and most toolkits drop them.
@@ -28,6 +33,7 @@ private:
     void fake(quint8 type, quint8 keyCode);
 
     X11Connection& m_connection;
+    FocusIsTerminal m_focusIsTerminal;
     std::vector<quint8> m_shortcut;  ///< the keys that are down, in the order in which they were pressed
 };
 

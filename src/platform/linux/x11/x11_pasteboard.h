@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hotkeys/pasteboard.h"
+#include "platform/linux/selection/own_copies.h"
 #include "platform/linux/x11/x11_selection_watch.h"
 
 namespace tralio {
@@ -15,11 +16,13 @@ public:
     QImage image() override;
     bool isConcealed() override;
     void setString(const QString& text) override;
+    QString ownString() override { return m_own.text(); }
 
 private:
     X11Connection& m_connection;
     xcb_atom_t m_clipboard;
     X11SelectionWatch m_watch;
+    OwnCopies m_own;
 };
 
 }  // namespace tralio

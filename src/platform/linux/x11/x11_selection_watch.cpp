@@ -5,8 +5,7 @@
 
 namespace tralio {
 
-X11SelectionWatch::X11SelectionWatch(
-    X11Connection& connection, xcb_atom_t selection, std::function<void()> changed)
+X11SelectionWatch::X11SelectionWatch(X11Connection& connection, xcb_atom_t selection, Changed changed)
     : m_connection(connection) {
     xcb_connection_t* xcb = m_connection.xcb();
     const xcb_query_extension_reply_t* fixes = xcb_get_extension_data(xcb, &xcb_xfixes_id);
@@ -22,11 +21,12 @@ X11SelectionWatch::X11SelectionWatch(
                                      firstEvent = fixes->first_event](const xcb_generic_event_t& event) {
         if ((event.response_type & 0x7f) != firstEvent + XCB_XFIXES_SELECTION_NOTIFY)
             return;
-        if (reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event).selection != selection)
+        const auto& notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
+        if (notify.selection != selection)
             return;
         ++m_changeCount;
         if (changed)
-            changed();
+            changed(notify.timestamp);
     });
 }
 

@@ -9,8 +9,11 @@ namespace tralio {
 /// Counts the changes of a selection, which the server reports as new owners.
 class X11SelectionWatch final {
 public:
+    /// Gets the server's time of the change.
+    using Changed = std::function<void(xcb_timestamp_t)>;
+
     /// `changed` may be empty; it is called from the connection's event delivery.
-    X11SelectionWatch(X11Connection& connection, xcb_atom_t selection, std::function<void()> changed = {});
+    X11SelectionWatch(X11Connection& connection, xcb_atom_t selection, Changed changed = {});
 
     /// Up to now.
     [[nodiscard]] qint64 changeCount();

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/x11_workspace.h"
 
+#include "platform/linux/bus/process_facts.h"
 #include "platform/linux/bus/sandbox_id.h"
 #include "platform/linux/desktop/desktop_settings.h"
 
@@ -23,6 +24,20 @@ xcb_window_t focusedTopLevel(X11Connection& connection) {
     return window;
 }
 
+/// The window's class, as applications choose it ("Mousepad"): the second of two texts.
+QString windowClass(X11Connection& connection, xcb_window_t window) {
+    return QString::fromUtf8(connection.property(window, XCB_ATOM_WM_CLASS).split('\0').value(1));
+}
+
+QString desktopId(X11Connection& connection, xcb_window_t window) {
+    for (const char* property : {"_GTK_APPLICATION_ID", "_KDE_NET_WM_DESKTOP_FILE"}) {
+        QString id = QString::fromUtf8(connection.property(window, connection.atom(property)));
+        if (!id.isEmpty())
+            return id;
+    }
+    return {};
+}
+
 }  // namespace
 
 X11Workspace::X11Workspace(X11Connection& connection) : m_connection(connection) {}
@@ -35,9 +50,22 @@ xcb_window_t X11Workspace::activeWindow(X11Connection& connection) {
     return active ? static_cast<xcb_window_t>(*active) : focusedTopLevel(connection);
 }
 
-QString X11Workspace::windowClass(X11Connection& connection, xcb_window_t window) {
-    // The second of two texts; the first is the instance.
-    return QString::fromUtf8(connection.property(window, XCB_ATOM_WM_CLASS).split('\0').value(1));
+QString X11Workspace::title(X11Connection& connection, xcb_window_t window) {
+    const QByteArray title = connection.property(window, connection.atom("_NET_WM_NAME"));
+    return title.isEmpty() ? QString::fromLatin1(connection.property(window, XCB_ATOM_WM_NAME))
+                           : QString::fromUtf8(title);
+}
+
+CopyTarget X11Workspace::copyTarget(X11Connection& connection, xcb_window_t window) {
+    CopyTarget target{{desktopId(connection, window)}, {}, {}};
+    // The instance, which xterm keeps whatever class it is given, and the class.
+    for (const QByteArray& name : connection.property(window, XCB_ATOM_WM_CLASS).split('\0'))
+        target.names += QString::fromUtf8(name);
+    if (const auto process = connection.processOf(window)) {
+        target.names += processName(*process);
+        target.servesTerminal = servesTerminal(*process);
+    }
+    return target;
 }
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() {
@@ -59,12 +87,8 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() {
 QString X11Workspace::bundleIdentifier(xcb_window_t window, qint32 processId) {
     if (QString id = sandboxId(processId); !id.isEmpty())
         return id;
-    for (const char* property : {"_GTK_APPLICATION_ID", "_KDE_NET_WM_DESKTOP_FILE"}) {
-        QString id = QString::fromUtf8(m_connection.property(window, m_connection.atom(property)));
-        if (!id.isEmpty())
-            return id;
-    }
-    return windowClass(m_connection, window);
+    const QString id = desktopId(m_connection, window);
+    return id.isEmpty() ? windowClass(m_connection, window) : id;
 }
 
 void X11Workspace::openURL(const QUrl& url) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hotkeys/workspace.h"
+#include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/x11/x11_connection.h"
 
 namespace tralio {
@@ -15,8 +16,9 @@ public:
     /// The window of the application in front, by the window manager's word, or without one by the keyboard
     /// focus; XCB_NONE when there is none.
     [[nodiscard]] static xcb_window_t activeWindow(X11Connection& connection);
-    /// The window's class, as applications choose it ("Mousepad").
-    [[nodiscard]] static QString windowClass(X11Connection& connection, xcb_window_t window);
+    [[nodiscard]] static QString title(X11Connection& connection, xcb_window_t window);
+    /// What the window's application is to the copy shortcut, but for its focus.
+    [[nodiscard]] static CopyTarget copyTarget(X11Connection& connection, xcb_window_t window);
 
 private:
     [[nodiscard]] QString bundleIdentifier(xcb_window_t window, qint32 processId);

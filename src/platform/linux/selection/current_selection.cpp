@@ -1,0 +1,44 @@
+#include "platform/linux/selection/current_selection.h"
+
+#include <algorithm>
+
+namespace tralio {
+namespace {
+
+/// The dots that a password field gives out in place of its text.
+bool isMasked(const QString& text) {
+    constexpr QStringView masks = u"•●∗*·";
+    return !text.isEmpty() && masks.contains(text.front()) && text.count(text.front()) == text.size();
+}
+
+}  // namespace
+
+std::optional<QString> selectedTextOf(const ElementSelection& element, const AskPrimary& primary) {
+    if (element.answer != ElementSelection::Answer::some)
+        return std::nullopt;
+    if (element.reach == ElementSelection::Reach::whole)
+        return element.text;
+    const auto all = primary();
+    const bool hasPlaceholders = element.text.contains(QChar::ObjectReplacementCharacter);
+    if (all && !all->text.trimmed().isEmpty() && (hasPlaceholders || all->text.contains(element.text)))
+        return all->text;
+    return QString(element.text).remove(QChar::ObjectReplacementCharacter);
+}
+
+std::optional<QString> uncountedSelection(const AskPrimary& primary) {
+    auto mark = primary();
+    if (!mark || mark->mayBeGone || mark->mayBePassword || isMasked(mark->text))
+        return std::nullopt;
+    return std::move(mark->text);
+}
+
+bool looksLikePassword(const QString& text, Marking marking) {
+    const QString word = text.trimmed();
+    if (word.isEmpty() || std::any_of(word.begin(), word.end(), [](QChar c) { return c.isSpace(); }))
+        return false;
+    const bool isPlain =
+        std::all_of(word.begin(), word.end(), [](QChar c) { return c.isLetter() || c.isMark(); });
+    return !(isPlain && marking == Marking::byDoubleClick);
+}
+
+}  // namespace tralio

@@ -1,0 +1,32 @@
+#include "platform/linux/selection/mark_history.h"
+
+namespace tralio {
+namespace {
+
+constexpr quint32 doubleClickTime = 500;
+/// Programs tell of a mark some time after the mouse has made it.
+constexpr quint32 markingTime = 1000;
+
+}  // namespace
+
+void MarkHistory::pressed(quint32 time) {
+    m_clicks = m_everPressed && time - m_lastPress < doubleClickTime ? m_clicks + 1 : 1;
+    m_everPressed = true;
+    m_down = true;
+    m_lastPress = time;
+    m_lastChange = time;
+    m_pressedSince = true;
+}
+
+void MarkHistory::released(quint32 time) {
+    m_down = false;
+    m_lastChange = time;
+}
+
+void MarkHistory::marked(quint32 time, bool keysHeld) {
+    const bool byMouse = !keysHeld && m_everPressed && (m_down || time - m_lastChange < markingTime);
+    m_origin = !byMouse ? Origin::keyboard : m_clicks > 1 ? Origin::doubleClick : Origin::mouse;
+    m_pressedSince = false;
+}
+
+}  // namespace tralio

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace tralio {
+
+/// How the present mark came about and what has happened since, told from the presses of the left mouse
+/// button and the changes of PRIMARY. Times are in milliseconds on the window system's clock, which starts
+/// again at 0 after 49 days.
+class MarkHistory final {
+public:
+    enum class Origin { keyboard, mouse, doubleClick };
+
+    void pressed(quint32 time);
+    void released(quint32 time);
+    /// PRIMARY has a new owner or text. `keysHeld` says whether keys are down at that moment.
+    void marked(quint32 time, bool keysHeld);
+
+    [[nodiscard]] Origin origin() const { return m_origin; }
+    [[nodiscard]] bool isPressedSince() const { return m_pressedSince; }
+
+private:
+    bool m_everPressed = false;
+    bool m_down = false;
+    quint32 m_lastPress = 0;
+    quint32 m_lastChange = 0;  ///< of the button
+    int m_clicks = 0;          ///< in quick succession
+    Origin m_origin = Origin::keyboard;
+    bool m_pressedSince = false;
+};
+
+}  // namespace tralio

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace tralio {
+
+/// What this program has put on the clipboard last, be it by the hand of the user in one of its windows.
+class OwnCopies final : public QObject {
+public:
+    OwnCopies();
+
+    [[nodiscard]] QString text() const { return m_text; }
+    /// For what went there past the toolkit.
+    void note(const QString& text) { m_text = text; }
+
+private:
+    QString m_text;
+};
+
+}  // namespace tralio

@@ -1,0 +1,129 @@
+#include "platform/linux/selection/current_selection.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/keyboard/copy_shortcut.h"
+#include "platform/linux/selection/clipboard_formats.h"
+#include "platform/linux/selection/mark_history.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Answer = ElementSelection::Answer;
+using Reach = ElementSelection::Reach;
+
+AskPrimary holding(std::optional<PrimaryMark> mark) {
+    return [mark = std::move(mark)] { return mark; };
+}
+
+TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_has_the_part) {
+    const QString both = u"one\ntwo"_s;
+    struct Case {
+        ElementSelection element;
+        std::optional<PrimaryMark> primary;
+        std::optional<QString> expected;
+    };
+    const Case cases[] = {
+        {{Answer::some, u"two"_s, Reach::part}, PrimaryMark{both}, both},
+        {{Answer::some, u"\ufffc"_s, Reach::part}, PrimaryMark{both}, both},
+        {{Answer::some, u"\ufffctwo"_s, Reach::part}, PrimaryMark{u" "_s}, u"two"_s},
+        {{Answer::some, u"three"_s, Reach::part}, PrimaryMark{both}, u"three"_s},
+        {{Answer::some, u"two"_s, Reach::part}, std::nullopt, u"two"_s},
+        {{Answer::some, u"two"_s, Reach::whole}, PrimaryMark{both}, u"two"_s},
+        // The element has spoken: what else is said against the mark does not matter.
+        {{Answer::some, u"\ufffc"_s, Reach::part}, PrimaryMark{both, true, true}, both},
+        {{Answer::none, {}, Reach::part}, PrimaryMark{both}, std::nullopt},
+        {{}, PrimaryMark{both}, std::nullopt},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(selectedTextOf(c.element, holding(c.primary)), c.expected) << c.element.text.toStdString();
+}
+
+TEST(CurrentSelection, that_no_element_counts_is_primary_as_long_as_nothing_speaks_against_it) {
+    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"marked"_s})), u"marked"_s);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"marked"_s, true, false})), std::nullopt);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"marked"_s, false, true})), std::nullopt);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"•••••••"_s})), std::nullopt);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"• one"_s})), u"• one"_s);
+    EXPECT_EQ(uncountedSelection(holding(std::nullopt)), std::nullopt);
+}
+
+TEST(CurrentSelection, may_be_a_password_when_it_is_one_word_but_for_a_plain_one_that_was_clicked_twice) {
+    for (const QString& text : {u"hunter2"_s, u" p@ss\n"_s, u"correct-horse"_s}) {
+        EXPECT_TRUE(looksLikePassword(text, Marking::unknown)) << text.toStdString();
+        EXPECT_TRUE(looksLikePassword(text, Marking::byDoubleClick)) << text.toStdString();
+    }
+    EXPECT_TRUE(looksLikePassword(u"nghiêng"_s, Marking::unknown));
+    EXPECT_FALSE(looksLikePassword(u"nghie\u0302ng"_s, Marking::byDoubleClick));
+    EXPECT_FALSE(looksLikePassword(u"two words2"_s, Marking::unknown));
+    EXPECT_FALSE(looksLikePassword(u" "_s, Marking::unknown));
+}
+
+TEST(MarkHistory, tells_by_what_a_mark_was_made_and_whether_the_mouse_was_pressed_since) {
+    using Origin = MarkHistory::Origin;
+    MarkHistory history;
+    history.marked(10, false);
+    EXPECT_EQ(history.origin(), Origin::keyboard) << "the mouse was never pressed";
+    EXPECT_FALSE(history.isPressedSince());
+
+    const quint32 start = 0xffffff00;  // the clock starts again in the middle of it
+    history.pressed(start);
+    EXPECT_TRUE(history.isPressedSince());
+    history.marked(start + 5000, false);
+    EXPECT_EQ(history.origin(), Origin::mouse) << "still held";
+    EXPECT_FALSE(history.isPressedSince());
+    history.released(start + 6000);
+    EXPECT_FALSE(history.isPressedSince());
+    history.marked(start + 6999, false);
+    EXPECT_EQ(history.origin(), Origin::mouse);
+    history.marked(start + 6999, true);
+    EXPECT_EQ(history.origin(), Origin::keyboard) << "with keys held";
+    history.marked(start + 7000, false);
+    EXPECT_EQ(history.origin(), Origin::keyboard) << "long after";
+
+    history.pressed(start + 9000);
+    history.pressed(start + 9499);
+    history.marked(start + 9500, false);
+    EXPECT_EQ(history.origin(), Origin::doubleClick);
+    history.pressed(start + 9999);
+    history.marked(start + 9999, false);
+    EXPECT_EQ(history.origin(), Origin::mouse) << "not quick enough for a double click";
+}
+
+TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_nothing) {
+    struct Case {
+        CopyTarget target;
+        CopyShortcut expected;
+    };
+    const Case cases[] = {
+        {{{u"Scratchpad"_s, u"xterm"_s}, {}, true}, CopyShortcut::none},
+        {{{u"XTerm"_s}, {}, {}}, CopyShortcut::none},
+        {{{u"scratchpad"_s}, {}, {}}, CopyShortcut::none},
+        {{{}, {}, {}}, CopyShortcut::none},
+        {{{u"scratchpad"_s}, {}, true}, CopyShortcut::none},
+        {{{u"scratchpad"_s}, true, {}}, CopyShortcut::controlShift},
+        {{{u"Alacritty"_s}, {}, true}, CopyShortcut::controlShift},
+        {{{u"kitty"_s}, {}, {}}, CopyShortcut::controlShift},
+        {{{u"x"_s, u"foot"_s}, {}, {}}, CopyShortcut::controlShift},
+        {{{u"org.kde.konsole"_s}, true, true}, CopyShortcut::controlShift},
+        {{{u"editor"_s}, {}, false}, CopyShortcut::control},
+        {{{u"editor"_s}, false, {}}, CopyShortcut::control},
+        {{{u"editor"_s}, false, true}, CopyShortcut::none},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(copyShortcutIn(c.target), c.expected) << c.target.names.join(u' ').toStdString();
+}
+
+TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_and_keeps_its_mark) {
+    using Encoding = TextFormat::Encoding;
+    EXPECT_EQ(decodeText("caf\xe9", Encoding::eightBit), u"café"_s);
+    EXPECT_EQ(decodeText("caf\xc3\xa9", Encoding::eightBit), u"café"_s);
+    EXPECT_EQ(decodeText("caf\xe9", Encoding::utf8), u"caf\ufffd"_s);
+    EXPECT_EQ(decodeText("\xef\xbb\xbf\x61", Encoding::utf8), u"\ufeffa"_s);
+    EXPECT_TRUE(decodePicture("no picture", pictureFormats.front()).isNull());
+}
+
+}  // namespace
+}  // namespace tralio
