@@ -163,6 +163,9 @@ TEST_F(Shell, nothing_selected_opens_the_popover_and_requests_nothing) {
     desktop.clock.advance(1s);
     EXPECT_TRUE(popover.shown);
     EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
+    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
+    desktop.clock.advance(2s);
+    EXPECT_EQ(appState.notice(), QString());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
     EXPECT_EQ(appState.lastHandledChangeCount, -1);
 }
@@ -313,16 +316,25 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     capture();
     EXPECT_TRUE(nextTurn());
     EXPECT_EQ(log.messages().last(), u"handleScreenOCRHotKey: triggered"_s) << "a cancel is no error";
+    EXPECT_EQ(appState.notice(), QString());
+    EXPECT_FALSE(appState.isReadingCapture());
 
     region.draws = true;
     capture();  // nothing is read in the picture
     const QString failure = u"handleScreenOCRHotKey error: "_s + OCRError::noTextFound().errorDescription();
     EXPECT_TRUE(eventually([&] { return log.messages().contains(failure); }));
+    EXPECT_EQ(appState.notice(), u"Không tìm thấy chữ trong vùng đã chụp"_s);
+    desktop.clock.advance(2s);
+    EXPECT_EQ(appState.notice(), QString());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
 
     recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"  chữ trên màn hình \n"_s}}});
+    bool wasTold = false;
+    recognizer.onRecognize = [&] { wasTold = appState.isReadingCapture(); };
     capture();
     EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ trên màn hình"; }));
+    EXPECT_TRUE(wasTold);
+    EXPECT_FALSE(appState.isReadingCapture());
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include <sys/stat.h>
 
+#include "ui/translate/dropped_file.h"
 #include "ui/translate_panel_support.h"
 
 namespace tralio {
@@ -129,6 +130,9 @@ TEST_F(FoundText, a_text_recognised_after_the_panel_was_left_is_translated_all_t
 
 TEST_F(FoundText, a_dropped_picture_is_read_and_translated_whatever_the_case_of_its_name) {
     pictureSays(u"seen"_s);
+    for (const char* name : {"png", "jpg", "jpeg", "webp", "tiff", "bmp", "heic", "Webp"})
+        EXPECT_EQ(droppedFileKind(QUrl(u"file:///a."_s + QLatin1StringView(name))), DroppedFileKind::image)
+            << name;
     const QUrl shot = file(u"Shot.PNG"_s, "not looked at by the panel");
     EXPECT_TRUE(panel->handleDrop({{.fileURL = shot}, {.fileURL = QUrl(u"file:///nothing"_s)}}));
     ASSERT_TRUE(settles());
@@ -177,6 +181,7 @@ TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
         file(u"broken.png"_s, "no picture"),
         file(u"latin.txt"_s, "caf\xe9"),
         file(u"no extension"_s, "text"),
+        file(u"long.txt"_s, QByteArray((8 << 20) + 1, 'x')),
         QUrl::fromLocalFile(pipe),
         QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)),
         QUrl::fromLocalFile(folder.path()),
@@ -189,6 +194,12 @@ TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
     }
     EXPECT_FALSE(panel->handleDrop({}));
     EXPECT_FALSE(panel->handleDrop({DroppedItem{}}));
+
+    recognizer.isSlow = true;
+    EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
+    panel->clear();
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt) << "put away meanwhile";
 }
 
 }  // namespace

@@ -30,6 +30,10 @@ void ReadingArea::setStale(bool stale) {
     setNote(stale ? u"Bản dịch của nội dung trước"_s : QString());
 }
 
+QSize ReadingArea::sizeHint() const {
+    return {TextArea::sizeHint().width(), minimumHeight()};
+}
+
 void ReadingArea::focusInEvent(QFocusEvent* event) {
     if (!isPassingFocus(event->reason()))
         showFocus(isKeyboardFocus(event->reason()));

@@ -16,6 +16,9 @@ public:
     /// What stands there is not the result of what the user now asks for.
     void setStale(bool stale);
 
+    /// As high as it has to be: it takes what its owner has to spare.
+    [[nodiscard]] QSize sizeHint() const override;
+
 Q_SIGNALS:
     /// The keyboard focus has come, to be shown around the area, or has gone.
     void focusShown(bool shows);
