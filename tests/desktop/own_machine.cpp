@@ -68,7 +68,7 @@ QString OwnMachine::run(const QString& command) {
 }
 
 QStringList OwnMachine::runningPrograms() {
-    return run(u"readlink /proc/[0-9]*/exe"_s).split(u'\n');
+    return run(u"readlink /proc/[0-9]*/exe"_s).remove(u" (deleted)"_s).split(u'\n');
 }
 
 }  // namespace tralio

@@ -18,7 +18,7 @@ public:
     /// What the command prints on its standard output, without blanks at the ends.
     QString run(const QString& command);
 
-    /// The files that the running processes were started from.
+    /// The files that the running processes were started from, be they still there or not.
     QStringList runningPrograms();
 
 private:

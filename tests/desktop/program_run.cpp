@@ -147,11 +147,12 @@ bool ProgramRun::click(const QString& beginning) const {
     return isInSight;
 }
 
-bool ProgramRun::clickTrayIcon() const {
+bool ProgramRun::clickTrayIcon(int button) const {
     QString icon;
     if (!waitUntil([&] { return !(icon = trayIcon()).isEmpty(); }))
         return false;
-    m_desktop.run(u"xdotool"_s, {u"mousemove"_s, u"--window"_s, icon, u"8"_s, u"8"_s, u"click"_s, u"1"_s});
+    m_desktop.run(u"xdotool"_s,
+        {u"mousemove"_s, u"--window"_s, icon, u"8"_s, u"8"_s, u"click"_s, QString::number(button)});
     return true;
 }
 

@@ -38,8 +38,8 @@ public:
     /// scrolling to it where it is out of sight; whether it came.
     [[nodiscard]] bool click(const QString& beginning) const;
 
-    /// Clicks on the icon in the tray, once it is there; whether it came.
-    [[nodiscard]] bool clickTrayIcon() const;
+    /// Clicks on the icon in the tray, once it is there, with a button as X numbers them; whether it came.
+    [[nodiscard]] bool clickTrayIcon(int button = 1) const;
 
     /// Calls a method of the program's object on the session bus with texts.
     void callOnBus(const QString& method, const QStringList& texts = {}) const;

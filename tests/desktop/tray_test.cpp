@@ -93,6 +93,15 @@ TEST(TrayOnTheBus, gets_the_icon_again_after_a_restart_and_when_it_comes_late) {
     EXPECT_TRUE(program.isRunning());
 }
 
+/// Picks "Mở Tralio" in a menu that has just been asked for, again until it is there and heeds.
+bool opensByMenu(VirtualDesktop& desktop, const ProgramRun& program) {
+    return waitUntil([&] {
+        desktop.run(
+            u"xdotool"_s, {u"key"_s, u"--delay"_s, u"50"_s, u"Home"_s, u"Down"_s, u"Down"_s, u"Return"_s});
+        return waitUntil([&] { return program.isPopoverInFront(); }, 2);
+    });
+}
+
 TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) {
     VirtualDesktop desktop(VirtualDesktop::Tray::absent);
     ProgramRun program(desktop);
@@ -101,6 +110,10 @@ TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) 
         ASSERT_TRUE(waitUntil([&] { return !program.trayIcon().isEmpty(); })) << "start " << start;
         ASSERT_TRUE(program.clickTrayIcon());
         ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        ASSERT_TRUE(program.clickTrayIcon());
+        ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+        ASSERT_TRUE(program.clickTrayIcon(3));
+        ASSERT_TRUE(opensByMenu(desktop, program)) << "our own menu";
         ASSERT_TRUE(program.clickTrayIcon());
         ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
         tray.kill();
@@ -155,9 +168,9 @@ TEST(TrayOnTheBus, of_a_real_panel_shows_the_icon_and_the_popover_hangs_from_it)
         icon = blueIn(desktop.screenshot(desktop.home() + u"/screen.png"_s), panelHeight);
         return icon.has_value();
     }));
-    const auto click = [&] {
+    const auto click = [&](const QString& button = u"1"_s) {
         desktop.run(u"xdotool"_s,
-            {u"mousemove"_s, QString::number(icon->x()), QString::number(icon->y()), u"click"_s, u"1"_s});
+            {u"mousemove"_s, QString::number(icon->x()), QString::number(icon->y()), u"click"_s, button});
     };
     click();
     ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
@@ -167,6 +180,9 @@ TEST(TrayOnTheBus, of_a_real_panel_shows_the_icon_and_the_popover_hangs_from_it)
     EXPECT_TRUE(area.left() <= icon->x() && icon->x() <= area.right());
     click();
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+
+    click(u"3"_s);
+    ASSERT_TRUE(opensByMenu(desktop, program)) << "the menu that the panel draws";
 }
 
 }  // namespace

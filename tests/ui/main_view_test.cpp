@@ -120,6 +120,7 @@ TEST_F(MainWindow, what_is_missing_leads_to_the_cards_of_the_permissions_and_the
     EXPECT_FALSE(request->hasFocus());
 
     stage.click(u"Tralio"_s);
+    stage.press(Qt::Key_Shift);  // a ring shows only to who uses the keyboard
     stage.controls(captureMissing).constFirst()->setFocus(Qt::TabFocusReason);
     stage.press(Qt::Key_Space);
     request = stage.controls(u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s).value(0);

@@ -207,6 +207,7 @@ void permissionsMissing(Stage& stage) {
     stage.desktop.permissions.accessibility = false;
     stage.desktop.permissions.screenCapture = false;
     stage.open();
+    stage.press(Qt::Key_Shift);  // a ring shows only to who uses the keyboard
     const QList<Control*> warning = stage.controls(u"Chưa cấp quyền: Trợ năng & Chụp"_s);
     warning.constFirst()->setFocus(Qt::TabFocusReason);
     stage.press(Qt::Key_Space);
@@ -217,6 +218,7 @@ auto keyboardOn(const QString& name) {
     return [name](Stage& stage) {
         settingsOfOthers(stage);
         scrollTo(stage, u"Mô hình AI & Nhà cung cấp"_s);
+        stage.press(Qt::Key_Shift);  // a ring shows only to who uses the keyboard
         for (QWidget* part : visibleParts<QWidget>(stage.window()))
             if (part->accessibleName() == name && part->focusPolicy() != Qt::NoFocus)
                 part->setFocus(Qt::TabFocusReason);

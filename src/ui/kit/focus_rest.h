@@ -4,11 +4,11 @@
 
 namespace tralio {
 
-// The keyboard keeps its place in a panel when the part that has it hides or is switched off: it rests on
-// something beside, where Tab goes on from there and no key does any harm. Left to the toolkit it would jump
-// to the next part, and the second press of a key would hit that.
+// The keyboard keeps its place in a panel when the part that has it hides: it rests on something beside,
+// where Tab goes on from there and no key does any harm. Left to the toolkit it would go to a neighbour, and
+// the second press of a key would hit that.
 
-/// To be called before `leaving` hides or is switched off.
+/// To be called before `leaving` hides.
 void restFocus(QWidget& place, const QWidget& leaving);
 
 /// Gives the keyboard that rests on `place` to a part that has come back there.

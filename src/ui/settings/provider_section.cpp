@@ -6,7 +6,6 @@
 #include "engine/hosts.h"
 #include "state/app_settings.h"
 #include "ui/kit/button.h"
-#include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/menu_button.h"
@@ -156,13 +155,9 @@ void ProviderSection::refresh() {
     m_cardTest->setTitle(testing ? u"Đang kiểm tra..."_s : u"Kiểm tra kết nối"_s);
     m_fields->setVisible(!own);
     for (Button* test : {m_cardTest, m_test}) {
-        if (testing)
-            restFocus(*this, *test);
         test->setBusy(testing);
         test->setEnabled(!testing);
     }
-    if (!testing)
-        wakeFocus(*this, own ? *m_cardTest : *m_test);
     refreshFields();
     refreshResult();
 }
