@@ -37,6 +37,12 @@ void MenuButton::becomePicker() {
     update();
 }
 
+MenuButton::~MenuButton() {
+    // While there is still a button that it can tell: it would close at the end of our base class.
+    if (m_menu)
+        m_menu->close();
+}
+
 void MenuButton::setEntries(const QList<MenuEntry>& entries) {
     m_entries = entries;
 }

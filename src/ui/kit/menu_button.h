@@ -16,6 +16,7 @@ class MenuButton final : public Control {
 public:
     explicit MenuButton(
         const TextStyle& style = text::menu, const QString& iconName = {}, QWidget* parent = nullptr);
+    ~MenuButton() override;
 
     /// Makes a picker of it: firm as a bordered button, and as wide as its row allows.
     void becomePicker();

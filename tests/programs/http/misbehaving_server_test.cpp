@@ -119,7 +119,7 @@ TEST_F(MisbehavingServerTest, an_unreadable_body_is_an_empty_answer_or_an_error_
         EXPECT_EQ(outcomeOf(translate()).aiError, AIError::emptyResponse());
         EXPECT_FALSE(outcomeOf(testConnection()).failed);
         standIn.replies(StandInReply::withBody(502, body));
-        EXPECT_EQ(outcomeOf(translate()).aiError, AIError::httpError(502, QString::fromUtf8(body)));
+        EXPECT_EQ(outcomeOf(translate()).aiError->statusCode(), 502);
     }
 }
 
