@@ -88,7 +88,7 @@ TEST_F(SettingsOnStage, every_control_asks_for_what_it_says) {
     EXPECT_THAT(stage.texts(), Contains(u"Quyền Ghi màn hình (OCR): Đã bật"_s));
 
     stage.click(u"Kiểm tra cập nhật"_s);
-    EXPECT_TRUE(stage.updates.isChecking());
+    EXPECT_TRUE(stage.updates.statusMessage().has_value());
     stage.click(u"Khôi phục mặc định"_s);
     EXPECT_EQ(setting(u"hotkey_display"_s), u"⌘ ⇧ D"_s);
     EXPECT_EQ(setting(u"preset_id"_s), u"kavo"_s);
