@@ -15,22 +15,13 @@ using namespace Qt::StringLiterals;
 
 constexpr int answerLimit = 1000;  // milliseconds
 
-class NoPrimary final : public PrimarySelection {
-public:
-    std::optional<QString> textOf(qint32 /*processId*/, QDeadlineTimer /*deadline*/) override {
-        return std::nullopt;
-    }
-};
-
 /// The first shown object at or below `object` with a name that is wanted.
 AtspiReference findByName(const AtspiReference& object, const std::function<bool(const QString&)>& isWanted,
-    const AtspiContext& context) {
-    const QVariant name =
-        context.bus.property(object, u"org.a11y.atspi.Accessible"_s, u"Name"_s, context.budget);
-    if (isWanted(name.toString()) && statesOf(object, context).contains(AtspiState::showing))
+    const AtspiQuestion& question) {
+    if (isWanted(nameOf(object, question)) && statesOf(object, question).contains(AtspiState::showing))
         return object;
-    for (const AtspiReference& child : childrenOf(object, context))
-        if (const AtspiReference found = findByName(child, isWanted, context); !found.isNull())
+    for (const AtspiReference& child : childrenOf(object, question))
+        if (const AtspiReference found = findByName(child, isWanted, question); !found.isNull())
             return found;
     return {};
 }
@@ -64,19 +55,15 @@ bool ProgramRun::isPopoverInFront() const {
 }
 
 AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
-    NoPrimary primary;
-    const AtspiContext context{{m_accessibility, budget}, primary, static_cast<qint32>(processId())};
-    for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), context))
-        if (m_accessibility.processOf(application.service, budget) == context.processId)
+    for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), {m_accessibility, budget}))
+        if (m_accessibility.processOf(application.service, budget) == processId())
             return application;
     return {};
 }
 
 AtspiReference ProgramRun::find(
     const std::function<bool(const QString&)>& isWanted, const TimeBudget& budget) const {
-    NoPrimary primary;
-    return findByName(applicationObject(budget), isWanted,
-        {{m_accessibility, budget}, primary, static_cast<qint32>(processId())});
+    return findByName(applicationObject(budget), isWanted, {m_accessibility, budget});
 }
 
 QString ProgramRun::trayIcon() const {
@@ -168,6 +155,20 @@ QString ProgramRun::translateSelection() {
     m_desktop.pressTextHotKey();
     const bool arrived = waitUntil([&] { return m_standIn.requests().size() > before; }, 5);
     return arrived ? m_standIn.requests().last().userText() : QString();
+}
+
+bool ProgramRun::translatesNothing() {
+    const qsizetype before = m_standIn.requests().size();
+    m_desktop.pressTextHotKey();
+    if (!waitUntil([this] { return isPopoverInFront(); }))
+        return false;
+    // A text that was fetched is asked for 0.13 s after that.
+    return !waitUntil([&] { return m_standIn.requests().size() > before; }, 1) && closePopover();
+}
+
+bool ProgramRun::closePopover() const {
+    m_desktop.run(u"xdotool"_s, {u"key"_s, u"Escape"_s});
+    return waitUntil([this] { return !isPopoverShown(); });
 }
 
 }  // namespace tralio

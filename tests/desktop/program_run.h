@@ -48,6 +48,13 @@ public:
     /// stand-in, or a null text when none came.
     [[nodiscard]] QString translateSelection();
 
+    /// Presses the text hot key, whose popover opens in any case, and closes that again; whether no request
+    /// came of it.
+    [[nodiscard]] bool translatesNothing();
+
+    /// Closes the popover, so that the application before it has the keyboard again; whether it closes.
+    [[nodiscard]] bool closePopover() const;
+
 private:
     /// Null until the program has joined the accessibility bus.
     [[nodiscard]] AtspiReference applicationObject(const TimeBudget& budget) const;

@@ -2,10 +2,12 @@
 // becomes the PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user
 // would.
 //
+// With `--greyed` its Copy is greyed.
+//
 // With `--picture` it copies a picture of itself at once, with `--password` its text as a keeper of passwords
 // does.
 //
-// Usage: selection-probe TEXT [--menu] [--picture] [--password]
+// Usage: selection-probe TEXT [--menu] [--greyed] [--picture] [--password]
 
 #include <QAction>
 #include <QApplication>
@@ -37,6 +39,7 @@ int main(int argc, char** argv) {
         copy.setShortcut(QKeySequence::Copy);
         window.addAction(&copy);
     }
+    copy.setEnabled(!arguments.contains(u"--greyed"_s));
     window.show();
     if (arguments.contains(u"--picture"_s))
         QApplication::clipboard()->setPixmap(window.grab());

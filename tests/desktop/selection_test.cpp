@@ -56,33 +56,6 @@ TEST_F(Selection, of_a_qt_editor_is_translated_and_the_clipboard_stays) {
     EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
 }
 
-/// A browser as it is, and one that tells of every element of a page.
-class BrowserSelection : public Selection, public testing::WithParamInterface<QString> {};
-
-TEST_P(BrowserSelection, is_translated_and_the_clipboard_stays) {
-    desktop.setClipboard(u"vẫn còn đây"_s);
-    const QString page = desktop.write(u"a.html"_s,
-        u"<meta charset=utf-8><body style='margin:0;font-size:24px'><p style='margin:0'>%1</p><p>…</p>"_s.arg(
-            sentence));
-    QStringList options{u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
-        u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
-        u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"--app=file://"_s + page};
-    if (!GetParam().isEmpty())
-        options += GetParam();
-    desktop.start(u"chromium"_s, options);
-    const QString window = desktop.bringToFront(u"chromium"_s);
-    ASSERT_FALSE(window.isEmpty());
-    ASSERT_TRUE(waitUntil([&] {
-        desktop.click(window, {300, 15}, 3);
-        return desktop.run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s}) == sentence;
-    }));
-    expectTranslated();
-    EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
-}
-
-INSTANTIATE_TEST_SUITE_P(, BrowserSelection, testing::Values(u""_s, u"--force-renderer-accessibility"_s),
-    [](const auto& info) { return info.index == 0 ? "as_it_is" : "with_its_whole_tree"; });
-
 TEST_F(Selection, of_a_terminal_is_translated_and_what_runs_in_it_is_not_interrupted) {
     const QString text = desktop.write(u"a.txt"_s, sentence);
     desktop.start(u"xterm"_s,

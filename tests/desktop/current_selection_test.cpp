@@ -1,0 +1,204 @@
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <array>
+#include <gmock/gmock.h>
+
+#include "desktop/program_run.h"
+#include "desktop/virtual_desktop.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString sentence = u"Giá trị của cà phê sữa đá 🙂 rất tốt, thưa bạn."_s;
+
+/// What the user means, told from what real applications keep after a mark has gone.
+class CurrentSelection : public testing::Test {
+protected:
+    [[nodiscard]] QString primary() const {
+        return desktop.run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s});
+    }
+    [[nodiscard]] bool sent(const QString& text) {
+        const auto& requests = program.standIn().requests();
+        return std::any_of(requests.begin(), requests.end(),
+            [&](const auto& request) { return request.userText().contains(text); });
+    }
+    void startBrowser(const QStringList& options, const QString& page) {
+        if (options.value(0) == u"firefox-esr") {
+            const QString profile = desktop.home() + u"/firefox"_s;
+            QDir().mkpath(profile);
+            desktop.write(u"firefox/user.js"_s,
+                u"user_pref('browser.aboutwelcome.enabled', false);"
+                u"user_pref('browser.startup.homepage_override.mstone', 'ignore');"
+                u"user_pref('datareporting.policy.dataSubmissionEnabled', false);"_s);
+            desktop.start(options.value(0),
+                {u"--profile"_s, profile, u"--new-instance"_s, u"--kiosk"_s, u"file://"_s + page});
+            return;
+        }
+        desktop.start(u"chromium"_s,
+            QStringList{u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
+                u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
+                u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"--app=file://"_s + page} +
+                options);
+    }
+
+    VirtualDesktop desktop;
+    ProgramRun program{desktop};
+};
+
+/// A browser as it is, one that tells of every element of a page, and one that always does.
+class BrowserSelection : public CurrentSelection, public testing::WithParamInterface<QStringList> {};
+
+TEST_P(BrowserSelection, is_what_is_marked_now_and_no_password_and_the_clipboard_stays) {
+    desktop.setClipboard(u"vẫn còn đây"_s);
+    startBrowser(GetParam(),
+        desktop.write(u"a.html"_s,
+            u"<meta charset=utf-8><body style='margin:0;font-size:24px'><p style='margin:0'>%1</p>"
+            u"<input type=password value='hunter2' style='position:absolute;top:200px;left:0;height:30px'>"_s
+                .arg(sentence)));
+    const QString window =
+        desktop.bringToFront(GetParam().value(0) == u"firefox-esr" ? u"firefox"_s : u"chromium"_s);
+    ASSERT_FALSE(window.isEmpty());
+    const auto mark = [&] {
+        return waitUntil([&] {
+            desktop.click(window, {300, 15}, 3);
+            return primary() == sentence;
+        });
+    };
+    ASSERT_TRUE(mark());
+    EXPECT_EQ(program.translateSelection(), sentence);
+    EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.closePopover());
+
+    desktop.click(window, {600, 500}, 1);
+    EXPECT_EQ(primary(), sentence) << "it is no longer left over: what is tested?";
+    EXPECT_TRUE(program.translatesNothing());
+
+    desktop.click(window, {50, 215}, 1);
+    desktop.press(u"ctrl+a"_s);
+    EXPECT_TRUE(program.translatesNothing());
+    EXPECT_FALSE(sent(u"hunter2"_s));
+    EXPECT_FALSE(sent(u"•"_s));
+    EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
+
+    ASSERT_TRUE(mark());
+    EXPECT_EQ(program.translateSelection(), sentence);
+    EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
+}
+
+constexpr std::array browserNames{"chromium_as_it_is", "chromium_with_its_whole_tree", "firefox"};
+
+INSTANTIATE_TEST_SUITE_P(, BrowserSelection,
+    testing::Values(
+        QStringList(), QStringList{u"--force-renderer-accessibility"_s}, QStringList{u"firefox-esr"_s}),
+    [](const auto& info) { return browserNames.at(info.index); });
+
+TEST_F(CurrentSelection, of_a_gtk_password_field_is_nothing) {
+    desktop.start(u"zenity"_s, {u"--password"_s});
+    ASSERT_FALSE(desktop.bringToFront(u"zenity"_s).isEmpty());
+    desktop.type(u"hunter2"_s);
+    desktop.press(u"ctrl+a"_s);
+    EXPECT_TRUE(program.translatesNothing());
+    desktop.setAccessibility(false);
+    EXPECT_TRUE(program.translatesNothing());
+}
+
+TEST_F(CurrentSelection, needs_no_accessibility_where_primary_tells_it) {
+    desktop.setClipboard(u"vẫn còn đây"_s);
+    desktop.setAccessibility(false);
+    desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, sentence)});
+    ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
+    desktop.press(u"ctrl+a"_s);
+    EXPECT_EQ(program.translateSelection(), sentence);
+    EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.closePopover());
+
+    const QString line = u"dòng thứ nhất"_s;
+    desktop.start(u"xterm"_s,
+        {u"-u8"_s, u"-fa"_s, u"Noto Sans Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s,
+            u"echo '%1'; sleep 60"_s.arg(line)});
+    const QString window = desktop.bringToFront(u"xterm"_s);
+    ASSERT_FALSE(window.isEmpty());
+    ASSERT_TRUE(waitUntil([&] {
+        desktop.click(window, {60, 10}, 3);
+        return primary() == line;
+    }));
+    EXPECT_EQ(program.translateSelection(), line);
+    EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
+}
+
+TEST_F(CurrentSelection, is_never_asked_of_an_unknown_terminal_by_an_interrupt) {
+    for (const QStringList& disguise : {QStringList{u"-class"_s, u"Scratchpad"_s},
+             QStringList{u"-class"_s, u"Scratchpad"_s, u"-name"_s, u"scratchpad"_s}}) {
+        QProcess& terminal = desktop.start(u"xterm"_s,
+            disguise +
+                QStringList{u"-e"_s, u"sh"_s, u"-c"_s,
+                    u"trap \"touch '%1/interrupted'\" INT; while true; do sleep 1; done"_s.arg(
+                        desktop.home())});
+        ASSERT_FALSE(desktop.bringToFront(u"Scratchpad"_s).isEmpty());
+        EXPECT_TRUE(program.translatesNothing());
+        EXPECT_FALSE(QFile::exists(desktop.home() + u"/interrupted"_s));
+        terminal.kill();
+        terminal.waitForFinished();
+    }
+}
+
+TEST_F(CurrentSelection, of_an_application_behind_a_bus_proxy_is_what_it_tells) {
+    const QString address =
+        desktop
+            .run(u"gdbus"_s,
+                {u"call"_s, u"--session"_s, u"--dest"_s, u"org.a11y.Bus"_s, u"--object-path"_s,
+                    u"/org/a11y/bus"_s, u"--method"_s, u"org.a11y.Bus.GetAddress"_s})
+            .section(u'\'', 1, 1);
+    const QString socket = desktop.home() + u"/proxied"_s;
+    desktop.start(u"xdg-dbus-proxy"_s, {address, socket});
+    ASSERT_TRUE(waitUntil([&] { return QFile::exists(socket); }));
+    QProcessEnvironment proxied = desktop.environment();
+    proxied.insert(u"AT_SPI_BUS_ADDRESS"_s, u"unix:path="_s + socket);
+    desktop.startIn(
+        proxied, u"zenity"_s, {u"--entry"_s, u"--title"_s, u"Trong hộp cát"_s, u"--entry-text"_s, sentence});
+    ASSERT_FALSE(desktop.bringToFront(u"zenity"_s).isEmpty());
+    desktop.press(u"ctrl+a"_s);
+    EXPECT_EQ(program.translateSelection(), sentence);
+    ASSERT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.closePopover());
+
+    // Only its element tells that this one is a password.
+    desktop.startIn(proxied, u"zenity"_s, {u"--password"_s, u"--title"_s, u"Mật khẩu"_s});
+    ASSERT_TRUE(waitUntil([this] {
+        return desktop.run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}) == u"Mật khẩu";
+    }));
+    desktop.type(u"hunter2"_s);
+    desktop.press(u"ctrl+a"_s);
+    EXPECT_TRUE(program.translatesNothing());
+}
+
+TEST_F(CurrentSelection, leaves_a_greyed_copy_alone) {
+    desktop.start(QStringLiteral(SELECTION_PROBE), {sentence, u"--menu"_s, u"--greyed"_s});
+    ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
+    EXPECT_TRUE(program.translatesNothing());
+}
+
+TEST_F(CurrentSelection, taken_over_on_the_clipboard_by_another_program_is_not_new) {
+    desktop.setClipboard(sentence);
+    ASSERT_TRUE(program.clickTrayIcon());
+    ASSERT_TRUE(waitUntil([this] { return program.standIn().requests().size() == 1; }));
+    const auto opens = [this] {
+        EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+        ASSERT_TRUE(program.closePopover());
+        ASSERT_TRUE(program.clickTrayIcon());
+    };
+    desktop.setClipboard(sentence + u'\n');
+    opens();
+    EXPECT_FALSE(waitUntil([this] { return program.standIn().requests().size() > 1; }, 1));
+    desktop.setClipboard(u"một câu khác"_s);
+    opens();
+    EXPECT_TRUE(waitUntil([this] { return program.standIn().requests().size() > 1; }));
+}
+
+}  // namespace
+}  // namespace tralio
