@@ -14,8 +14,9 @@ constexpr auto focusPoll = 50ms;
 constexpr auto focusPatience = 2s;
 /// Window managers let the focus follow the pointer after 200 or 250 ms.
 constexpr auto focusDelay = 600ms;
-/// Compositors tell of the keyboard's and of the pointer's leaving together. A click elsewhere takes longer.
-constexpr auto sameMotion = 100ms;
+/// Compositors tell of the keyboard's and of the pointer's leaving together. The way to a click elsewhere
+/// takes longer.
+constexpr auto sameMotion = 20ms;
 
 }  // namespace
 
@@ -27,6 +28,7 @@ void PopoverFocus::shown() {
     m_movedLately.isOver();
     m_justMoved.isOver();
     m_justLeft.isOver();
+    m_followsPointer = false;
     m_justShown.isNowFor(m_clock, sameClick);
     bringToFront();
 }
@@ -47,11 +49,13 @@ void PopoverFocus::bringToFront() {
 void PopoverFocus::activated() {
     m_hadFocus = true;
     m_awaited.isOver();
+    m_followsPointer = false;
     m_movedLately.isOver();  // what moved the pointer before has not taken the keyboard away
     m_justMoved.isOver();
 }
 
 void PopoverFocus::deactivated() {
+    m_followsPointer = m_justLeft.isNow();
     lookLater();
 }
 
@@ -77,6 +81,8 @@ void PopoverFocus::moved() {
 
 void PopoverFocus::left() {
     m_justLeft.isNowFor(m_clock, sameMotion);
+    if (m_look)  // the keyboard has been told of first
+        m_followsPointer = true;
 }
 
 void PopoverFocus::lookLater() {
@@ -88,7 +94,7 @@ void PopoverFocus::look() {
     const ScheduledCall made = std::exchange(m_look, {});
     if (!m_isOpen || m_window.isActive() || m_isPressedOutside)
         return;
-    const bool followsPointer = m_justLeft.isNow() || (m_movedLately.isNow() && !m_window.isUnderPointer());
+    const bool followsPointer = m_followsPointer || (m_movedLately.isNow() && !m_window.isUnderPointer());
     if (m_justShown.isNow() || m_window.isInFront()) {
         // The toolkit may be telling of the time before the popover was shown, or of a moment's grab; it will
         // not tell when another window becomes active meanwhile.

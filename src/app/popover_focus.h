@@ -93,6 +93,7 @@ private:
     Moment m_justMoved;
     Moment m_movedLately;
     Moment m_justLeft;
+    bool m_followsPointer = false;  ///< the keyboard, which has gone where the pointer has gone
     ScheduledCall m_look;
 };
 

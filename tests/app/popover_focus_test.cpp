@@ -118,6 +118,20 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     }
 
     open();
+    lose();
+    clock.advance(20ms);
+    focus.left();
+    clock.advance(5s);
+    EXPECT_TRUE(window.open) << "told of the keyboard first";
+
+    open();
+    focus.left();
+    clock.advance(20ms);
+    lose();
+    clock.advance(50ms);
+    EXPECT_FALSE(window.open) << "the pointer had left before";
+
+    open();
     window.underPointer = true;
     focus.moved();
     lose();

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
+#include "desktop/session_settings.h"
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "support/print_to.h"
@@ -90,9 +91,7 @@ void movePointer(const VirtualDesktop& desktop, const QPoint& by) {
 
 TEST(PopoverWindow, stays_when_the_focus_follows_the_pointer_elsewhere_and_closes_at_a_click) {
     VirtualDesktop desktop;
-    desktop.write(u"rc.xml"_s,
-        uR"(<?xml version="1.0"?><openbox_config xmlns="http://openbox.org/3.4/rc">
-<focus><followMouse>yes</followMouse><focusDelay>200</focusDelay></focus></openbox_config>)"_s);
+    desktop.write(u"rc.xml"_s, SessionSettings{.focus = SessionSettings::Focus::followsPointer}.forOpenbox());
     desktop.replaceWindowManager(
         u"openbox"_s, {u"--sm-disable"_s, u"--config-file"_s, desktop.home() + u"/rc.xml"_s});
     ProgramRun program(desktop);
