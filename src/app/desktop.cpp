@@ -21,12 +21,13 @@ public:
         return {m_unavailable.hotKeys, m_unavailable.workspace, m_unavailable.accessibility,
             m_unavailable.scripts, m_pasteboard, m_unavailable.keyEvents, m_unavailable.permissions, clock};
     }
-    Popover::WindowSystem windowSystem() override { return {}; }
+    WindowSystem& windowSystem() override { return m_windowSystem; }
     CaptureTool& captureTool() override { return m_capture; }
 
 private:
     UnavailableDesktop m_unavailable;
     ToolkitPasteboard m_pasteboard;
+    ToolkitWindowSystem m_windowSystem{ToolkitWindowSystem::Compositing::no};
     NoCapture m_capture;
 };
 

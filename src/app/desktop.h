@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "app/popover.h"
+#include "app/window_system.h"
 #include "hotkeys/hot_key_service.h"
 
 namespace tralio {
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] static std::unique_ptr<Desktop> probe(Clock& clock);
 
     [[nodiscard]] virtual HotKeyService::Platform hotKeyPlatform(Clock& clock) = 0;
-    [[nodiscard]] virtual Popover::WindowSystem windowSystem() = 0;
+    [[nodiscard]] virtual WindowSystem& windowSystem() = 0;
     [[nodiscard]] virtual CaptureTool& captureTool() = 0;
 
     /// Delivers the selection once a window of ours has the focus, in sessions that show it only then; empty

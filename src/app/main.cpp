@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "app/app_delegate.h"
+#include "app/popover.h"
 #include "app/services.h"
 #include "app/status_item.h"
 #include "hotkeys/workspace.h"
@@ -78,7 +79,8 @@ int main(int argc, char** argv) {
         &appearance, &DesktopAppearance::changed, &appearance,
         [&appearance] { applyAppearance(appearance); });
 
-    Popover popover([&services] { return makeContent(services); }, services.desktop->windowSystem());
+    Popover popover(
+        [&services] { return makeContent(services); }, services.desktop->windowSystem(), services.clock);
     StatusItem statusItem;
     AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
         services.captures, services.updates, services.clock, popover, statusItem,

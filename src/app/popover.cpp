@@ -1,11 +1,12 @@
 #include "app/popover.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 #include "app/popover_placement.h"
@@ -17,14 +18,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// A click on the tray item first takes the focus away, which closes the popover, and then arrives: within
-/// this time it means the popover that the user still saw.
-constexpr qint64 sameClick = 300;  // milliseconds
-
-constexpr auto focusPoll = std::chrono::milliseconds(50);
-/// How long a window manager may take to give the keyboard.
-constexpr qint64 focusPatience = 2000;  // milliseconds
-
 constexpr int opening = 120;  // milliseconds
 constexpr int closing = 80;
 constexpr int rise = 4;
@@ -32,34 +25,37 @@ constexpr int rise = 4;
 constexpr qreal firstPresence = 0.25;
 
 QScreen* screenFor(std::optional<QRect> anchor) {
-    QScreen* screen = QGuiApplication::screenAt(anchor ? anchor->center() : QCursor::pos());
-    return screen ? screen : QGuiApplication::primaryScreen();
+    QScreen* screen = QApplication::screenAt(anchor ? anchor->center() : QCursor::pos());
+    return screen ? screen : QApplication::primaryScreen();
 }
 
 }  // namespace
 
-Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem windowSystem)
+Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem& windowSystem, Clock& clock)
     : QWidget(nullptr,
           Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
       m_makeContent(std::move(makeContent)),
-      m_windowSystem(std::move(windowSystem)) {
+      m_windowSystem(windowSystem),
+      m_focus(*this, clock) {
     setWindowTitle(u"Tralio"_s);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
-    m_focusWatch.setInterval(focusPoll);
-    connect(&m_focusWatch, &QTimer::timeout, this, &Popover::watchFocus);
     connect(
         &m_motion, &QVariantAnimation::valueChanged, this,
         [this](const QVariant& presence) { setPresence(presence.toReal()); });
     connect(&m_motion, &QVariantAnimation::finished, this, [this] { setVisible(m_shown); });
 }
 
+Popover::~Popover() {
+    m_windowSystem.watchPointer({});
+}
+
 bool Popover::isShown() const {
-    return m_shown || (m_closedByDeactivation.isValid() && !m_closedByDeactivation.hasExpired(sameClick));
+    return m_shown || m_focus.wasJustClosed();
 }
 
 void Popover::show(std::optional<QRect> anchor) {
-    const bool floating = m_windowSystem.isCompositing && m_windowSystem.isCompositing();
+    const bool floating = m_windowSystem.isCompositing();
     const auto edges = floating ? WindowFrame::Edges::floating : WindowFrame::Edges::square;
     if (!m_frame) {
         m_frame = new WindowFrame(edges);
@@ -70,15 +66,13 @@ void Popover::show(std::optional<QRect> anchor) {
         layout->addWidget(m_frame);
     }
     m_frame->setEdges(edges);
-    m_closedByDeactivation.invalidate();
-    m_sinceShown.start();
-    m_hadFocus = isActiveWindow();
     if (!m_shown) {
         hide();  // one that is fading out opens anew, with all that comes of it
         place(anchor);
         appear(motionTime(opening));
+        m_windowSystem.watchPointer([this](WindowSystem::Pointer what) { pointerDid(what); });
     }
-    bringToFront();
+    m_focus.shown();
 }
 
 void Popover::appear(int motion) {
@@ -97,8 +91,8 @@ void Popover::appear(int motion) {
 void Popover::disappear() {
     if (!m_shown)
         return;
-    m_shown = false;
     m_motion.stop();
+    ends();
     const int motion = motionTime(closing);
     if (motion == 0) {
         hide();
@@ -112,8 +106,7 @@ void Popover::disappear() {
 }
 
 int Popover::motionTime(int time) const {
-    const bool fades = m_windowSystem.fades && m_windowSystem.isCompositing && m_windowSystem.isCompositing();
-    return fades ? Theme::current().duration(time) : 0;
+    return m_windowSystem.fades() ? Theme::current().duration(time) : 0;
 }
 
 void Popover::setPresence(qreal presence) {
@@ -125,25 +118,54 @@ void Popover::setPresence(qreal presence) {
 
 void Popover::hideEvent(QHideEvent* event) {
     // Also when the window manager closes the window.
-    m_shown = false;
+    ends();
     m_motion.stop();
     QWidget::hideEvent(event);
+}
+
+void Popover::ends() {
+    m_shown = false;
+    m_windowSystem.watchPointer({});
+    m_focus.hidden();
+}
+
+void Popover::pointerDid(WindowSystem::Pointer what) {
+    switch (what) {
+        case WindowSystem::Pointer::pressed:
+            m_focus.pressed();
+            break;
+        case WindowSystem::Pointer::released:
+            m_focus.released();
+            break;
+        case WindowSystem::Pointer::moved:
+            m_focus.moved();
+            break;
+    }
+}
+
+bool Popover::isActive() const {
+    return isActiveWindow();
+}
+
+bool Popover::isInFront() const {
+    return m_windowSystem.isActive(internalWinId());
+}
+
+bool Popover::isUnderPointer() const {
+    const QPoint pointer = QCursor::pos();
+    // The shadow is beside the window, whatever the window system thinks.
+    if (m_frame->contentArea().translated(pos() + m_frame->pos()).contains(pointer))
+        return true;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [&](const QWidget* window) {
+        return window != this && window->isVisible() && window->frameGeometry().contains(pointer);
+    });
 }
 
 void Popover::bringToFront() {
     raise();
     activateWindow();
-    askForFocus();
-    if (isActiveWindow())
-        return;
-    m_sinceAsked.start();
-    if (m_windowSystem.isActive)
-        m_focusWatch.start();
-}
-
-void Popover::askForFocus() {
-    if (m_windowSystem.activate)
-        m_windowSystem.activate(winId());
+    m_windowSystem.activate(winId());
 }
 
 void Popover::place(std::optional<QRect> anchor) {
@@ -156,45 +178,17 @@ void Popover::place(std::optional<QRect> anchor) {
 }
 
 void Popover::performClose() {
-    m_closedByDeactivation.invalidate();
     disappear();
 }
 
 bool Popover::event(QEvent* event) {
-    if (event->type() == QEvent::WindowActivate) {
-        m_hadFocus = true;
-        m_sinceAsked.invalidate();
-    } else if (event->type() == QEvent::WindowDeactivate) {
-        watchFocus();
-    }
+    if (event->type() == QEvent::WindowActivate)
+        m_focus.activated();
+    else if (event->type() == QEvent::WindowDeactivate)
+        m_focus.deactivated();
+    else if (event->type() == QEvent::Leave)
+        m_focus.left();
     return QWidget::event(event);
-}
-
-void Popover::watchFocus() {
-    // The toolkit may be telling of the time before the popover was shown, or of a moment's grab; it will not
-    // tell when another window becomes active meanwhile. So look again.
-    const bool justShown = !m_sinceShown.hasExpired(sameClick);
-    const bool inFront = m_windowSystem.isActive && m_windowSystem.isActive(winId());
-    const bool pressed = m_windowSystem.isMousePressed && m_windowSystem.isMousePressed();
-    const bool released = std::exchange(m_mouseWasPressed, pressed) && !pressed;
-    const bool isAwaited = m_sinceAsked.isValid() && !m_sinceAsked.hasExpired(focusPatience);
-    if (!m_shown || isActiveWindow()) {
-        m_focusWatch.stop();
-    } else if (pressed || justShown || inFront) {
-        m_focusWatch.start();
-    } else if (released &&
-        m_frame->contentArea().translated(pos() + m_frame->pos()).contains(QCursor::pos())) {
-        bringToFront();
-    } else if (isAwaited && !released) {
-        askForFocus();
-        m_focusWatch.start();
-    } else {
-        m_focusWatch.stop();
-        if (!m_hadFocus && !released)
-            return;  // a window manager that gives no keyboard to it
-        disappear();
-        m_closedByDeactivation.start();
-    }
 }
 
 void Popover::keyPressEvent(QKeyEvent* event) {

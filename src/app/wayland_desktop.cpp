@@ -7,7 +7,7 @@
 #include <array>
 #include <utility>
 
-#include "app/x11_desktop.h"
+#include "app/x11_window_system.h"
 #include "common/debug_log.h"
 #include "platform/linux/atspi/atspi_front.h"
 #include "platform/linux/bus/process_facts.h"
@@ -82,8 +82,7 @@ WaylandDesktop::WaylandDesktop(
     m_scripts =
         std::make_unique<PrimaryScriptRunner>(m_workspace, *m_primary, [this] { return m_switch.isOn(); });
     m_accessibility = std::make_unique<AtspiAccessibility>(m_switch, m_bus, *m_primary);
-    if (m_xwayland)
-        m_activator = std::make_unique<X11WindowActivator>(*m_xwayland);
+    chooseWindowSystem();
     debugLog(m_keyEvents.isGranted()
             ? u"Desktop: synthetic keys by a virtual keyboard, which this compositor gives"_s
             : u"Desktop: no synthetic keys, because this compositor lets no program type"_s);
@@ -144,6 +143,16 @@ void WaylandDesktop::chooseSelections() {
     }
 }
 
+void WaylandDesktop::chooseWindowSystem() {
+    if (m_xwayland && QGuiApplication::platformName() == u"xcb") {
+        m_rawInput = std::make_unique<X11RawInput>(*m_xwayland);
+        m_windowSystem =
+            std::make_unique<X11WindowSystem>(*m_xwayland, *m_rawInput, X11WindowSystem::Sees::xWindows);
+    } else {
+        m_windowSystem = std::make_unique<ToolkitWindowSystem>(ToolkitWindowSystem::Compositing::yes);
+    }
+}
+
 void WaylandDesktop::chooseCapture() {
     if (m_wayland->versionOf("zwlr_screencopy_manager_v1") > 0 && GrimCapture::isInstalled()) {
         debugLog(u"Desktop: screen capture by grim and slurp, which this compositor serves"_s);
@@ -187,12 +196,6 @@ void WaylandDesktop::tellOfPortal() {
 HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
     return {m_hotKeys, m_workspace, *m_accessibility, *m_scripts, *m_pasteboard, m_keyEvents, m_permissions,
         clock};
-}
-
-Popover::WindowSystem WaylandDesktop::windowSystem() {
-    if (m_activator && QGuiApplication::platformName() == u"xcb")
-        return x11WindowSystem(*m_activator);
-    return {[] { return true; }, false, {}, {}, {}};  // the toolkit knows no opacity of windows here
 }
 
 Desktop::SelectionReader WaylandDesktop::selectionOnceFocused() {

@@ -12,8 +12,8 @@
 #include "platform/linux/wayland/toplevel_watch.h"
 #include "platform/linux/wayland/wayland_key_event_poster.h"
 #include "platform/linux/wayland/wayland_workspace.h"
+#include "platform/linux/x11/x11_raw_input.h"
 #include "platform/linux/x11/x11_selection_watch.h"
-#include "platform/linux/x11/x11_window_activator.h"
 
 namespace tralio {
 
@@ -25,13 +25,14 @@ public:
         std::unique_ptr<WaylandConnection> wayland, std::unique_ptr<X11Connection> xwayland, Clock& clock);
 
     HotKeyService::Platform hotKeyPlatform(Clock& clock) override;
-    Popover::WindowSystem windowSystem() override;
+    WindowSystem& windowSystem() override { return *m_windowSystem; }
     CaptureTool& captureTool() override { return *m_capture; }
     SelectionReader selectionOnceFocused() override;
 
 private:
     void tellOfWindows() const;
     void chooseSelections();
+    void chooseWindowSystem();
     void chooseCapture();
     [[nodiscard]] CopyTarget copyTarget();
     [[nodiscard]] bool canCapture() const;
@@ -56,7 +57,8 @@ private:
     std::unique_ptr<AtspiAccessibility> m_accessibility;
     WaylandKeyEventPoster m_keyEvents{*m_wayland, m_front, [this] { return copyTarget(); }};
     DesktopPermissions m_permissions;
-    std::unique_ptr<X11WindowActivator> m_activator;
+    std::unique_ptr<X11RawInput> m_rawInput;  ///< null without Xwayland
+    std::unique_ptr<WindowSystem> m_windowSystem;
     FocusedSelection m_focusedSelection;
 };
 

@@ -6,16 +6,13 @@
 
 namespace tralio {
 
-Popover::WindowSystem x11WindowSystem(X11WindowActivator& activator) {
-    if (QGuiApplication::platformName() != u"xcb")
-        return {};
-    return {[&activator] { return activator.isCompositing(); }, true,
-        [&activator](WId window) { activator.activate(window); },
-        [&activator](WId window) { return activator.isActive(window); },
-        [&activator] { return activator.isMousePressed(); }};
+X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection) : m_connection(std::move(connection)) {
+    if (QGuiApplication::platformName() == u"xcb")
+        m_windowSystem =
+            std::make_unique<X11WindowSystem>(*m_connection, m_rawInput, X11WindowSystem::Sees::wholeScreen);
+    else
+        m_windowSystem = std::make_unique<ToolkitWindowSystem>(ToolkitWindowSystem::Compositing::no);
 }
-
-X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection) : m_connection(std::move(connection)) {}
 
 std::optional<bool> X11Desktop::focusIsTerminal() {
     const auto front = m_workspace.frontmostApplication();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/desktop.h"
+#include "app/x11_window_system.h"
 #include "platform/linux/atspi/accessibility_switch.h"
 #include "platform/linux/atspi/atspi_accessibility.h"
 #include "platform/linux/capture/region_picker.h"
@@ -10,13 +11,9 @@
 #include "platform/linux/x11/x11_key_event_poster.h"
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"
-#include "platform/linux/x11/x11_window_activator.h"
 #include "platform/linux/x11/x11_workspace.h"
 
 namespace tralio {
-
-/// What an X server does for the windows of the toolkit, which are X windows only on its X11 platform.
-[[nodiscard]] Popover::WindowSystem x11WindowSystem(X11WindowActivator& activator);
 
 /// A session on an X server of its own.
 class X11Desktop final : public Desktop {
@@ -24,7 +21,7 @@ public:
     explicit X11Desktop(std::unique_ptr<X11Connection> connection);
 
     HotKeyService::Platform hotKeyPlatform(Clock& clock) override;
-    Popover::WindowSystem windowSystem() override { return x11WindowSystem(m_activator); }
+    WindowSystem& windowSystem() override { return *m_windowSystem; }
     CaptureTool& captureTool() override { return m_regionPicker; }
 
 private:
@@ -32,13 +29,14 @@ private:
     [[nodiscard]] QString frontTitle() const;
 
     std::unique_ptr<X11Connection> m_connection;
-    X11HotKeys m_hotKeys{*m_connection};
+    X11RawInput m_rawInput{*m_connection};
+    X11HotKeys m_hotKeys{*m_connection, m_rawInput};
     X11Workspace m_workspace{*m_connection};
-    X11PrimarySelection m_primary{*m_connection};
+    X11PrimarySelection m_primary{*m_connection, m_rawInput};
     PrimaryScriptRunner m_scripts{m_workspace, m_primary, [this] { return m_switch.isOn(); }};
     X11Pasteboard m_pasteboard{*m_connection};
-    X11KeyEventPoster m_keyEvents{*m_connection, [this] { return focusIsTerminal(); }};
-    X11WindowActivator m_activator{*m_connection};
+    X11KeyEventPoster m_keyEvents{*m_connection, m_hotKeys, [this] { return focusIsTerminal(); }};
+    std::unique_ptr<WindowSystem> m_windowSystem;
     AccessibilitySwitch m_switch;
     AtspiBus m_bus;
     AtspiAccessibility m_accessibility{m_switch, m_bus, m_primary, [this] { return frontTitle(); }};

@@ -26,9 +26,15 @@ enum class EventHandlerRef : quint64 {};
 enum class HotKeyStatus : qint32 {
     registered = 0,
     unavailable = -1,  ///< the session has no hot keys, or not yet
+    refused = -2,      ///< by the desktop or its user
     taken = -9878,     ///< by another program, or by another hot key of this one
     invalid = -9879    ///< no such key on this keyboard, or one that cannot be a hot key
 };
+
+/// Whether another combination might work. One that the session has no use for is nobody's fault.
+[[nodiscard]] constexpr bool isTurnedDown(HotKeyStatus status) {
+    return status != HotKeyStatus::registered && status != HotKeyStatus::unavailable;
+}
 
 /// The platform's hot-key service. Used from the main thread.
 class HotKeyPlatform {
@@ -36,6 +42,9 @@ public:
     /// Called for a press, on the main thread, from inside the platform's event delivery. The identifier is
     /// absent when the platform could not read it.
     using EventHandler = std::function<void(std::optional<HotKeyID>)>;
+
+    /// Called on the main thread when what became of a hot key is known or changes after its registration.
+    using StatusHandler = std::function<void(HotKeyID, HotKeyStatus)>;
 
     struct Registration {
         HotKeyStatus status = HotKeyStatus::registered;
@@ -48,6 +57,7 @@ public:
     virtual ~HotKeyPlatform() = default;
 
     virtual EventHandlerRef installEventHandler(EventHandler handler) = 0;
+    virtual void installStatusHandler(StatusHandler handler) = 0;
     [[nodiscard]] virtual Registration registerHotKey(const KeyCombination& combination, HotKeyID id) = 0;
     virtual void unregisterHotKey(HotKeyRef ref) = 0;
 };

@@ -31,7 +31,9 @@ public:
 
     explicit HotKeyService(Platform platform);
 
-    // Hot keys: HotKeys says what these do.
+    // Hot keys
+    [[nodiscard]] HotKeys& keys() { return m_keys; }
+    /// HotKeys says what these do.
     void registerGlobalHotKeys(quint32 textKeyCode, quint32 textModifiers, Action onText, quint32 ocrKeyCode,
         quint32 ocrModifiers, Action onOCR);
     void updateTextHotKey(quint32 keyCode, quint32 modifiers) override;
@@ -56,10 +58,6 @@ private:
     HotKeys m_keys;
     SelectedTextFetch m_selection;
     PermissionRequests m_permissions;
-
-public:
-    Action& onTextTrigger = m_keys.onTextTrigger;
-    Action& onOCRTrigger = m_keys.onOCRTrigger;
 };
 
 }  // namespace tralio

@@ -15,23 +15,36 @@ void HotKeys::registerBoth(
     onTextTrigger = std::move(textAction);
     onOCRTrigger = std::move(ocrAction);
     m_eventHandler = m_platform.installEventHandler([this](std::optional<HotKeyID> id) { handlePress(id); });
+    m_platform.installStatusHandler([this](HotKeyID id, HotKeyStatus status) { setStatus(id, status); });
     updateText(text);
     updateOCR(ocr);
 }
 
 void HotKeys::handlePress(std::optional<HotKeyID> id) {
-    if (!id)
+    if (!id || (id->id != textHotKeyID.id && id->id != ocrHotKeyID.id))
         return;
-    // Looked up when it runs, not now: whoever replaces an action in between means the new one.
-    Action HotKeys::*trigger = id->id == textHotKeyID.id ? &HotKeys::onTextTrigger
-        : id->id == ocrHotKeyID.id                       ? &HotKeys::onOCRTrigger
-                                                         : nullptr;
-    if (!trigger)
-        return;
-    m_clock.after(std::chrono::milliseconds(0), this, [this, trigger] {
-        if (const Action action = this->*trigger)
+    const bool isText = id->id == textHotKeyID.id;
+    m_clock.after(std::chrono::milliseconds(0), this, [this, isText] {
+        // Looked up when it runs: whoever replaces an action in between means the new one.
+        if (const auto intercept = m_interceptor)
+            intercept(isText ? textHotKeyID : ocrHotKeyID);
+        else if (const Action action = isText ? onTextTrigger : onOCRTrigger)
             action();
     });
+}
+
+void HotKeys::setStatus(HotKeyID id, HotKeyStatus status) {
+    Observable<HotKeyStatus>& known = id == textHotKeyID ? textStatus : ocrStatus;
+    if (known() != status)
+        known = status;
+}
+
+HotKeys::Interception::Interception(HotKeys& keys, std::function<void(HotKeyID)> handler) : m_keys(keys) {
+    m_keys.m_interceptor = std::move(handler);
+}
+
+HotKeys::Interception::~Interception() {
+    m_keys.m_interceptor = nullptr;
 }
 
 void HotKeys::updateText(const KeyCombination& combination) {
@@ -50,6 +63,7 @@ void HotKeys::reRegister(
         m_platform.unregisterHotKey(*std::exchange(ref, std::nullopt));
 
     const auto registration = m_platform.registerHotKey(combination, id);
+    setStatus(id, registration.status);
     const QString code = QString::number(quint32(combination.key));
     const QString mods = QString::number(combination.modifiers.toInt());
     if (registration.status != HotKeyStatus::registered) {

@@ -1,18 +1,20 @@
 #pragma once
 
-#include <QObject>
-
 #include <functional>
 #include <optional>
 
+#include "common/observable_object.h"
 #include "hotkeys/hot_key_platform.h"
 
 namespace tralio {
 
 class Clock;
 
-/// The two system-wide hot keys: their registrations and what a press does. Used from the main thread.
-class HotKeys final : public QObject {
+/// The two system-wide hot keys: their registrations, what became of them, and what a press does. Used from
+/// the main thread.
+class HotKeys final : public ObservableObject {
+    Q_OBJECT
+
 public:
     using Action = std::function<void()>;
 
@@ -23,13 +25,28 @@ public:
     void registerBoth(
         const KeyCombination& text, Action onTextTrigger, const KeyCombination& ocr, Action onOCRTrigger);
 
-    /// Replaces a registration. The old one is gone even when the new one is refused, which only the log
-    /// tells.
+    /// Replaces a registration. The old one is gone even when the new one is refused.
     void updateText(const KeyCombination& combination);
     void updateOCR(const KeyCombination& combination);
 
+    /// What became of the registrations. The desktop may take one back, or change its mind, at any time.
+    Observable<HotKeyStatus> textStatus{*this, HotKeyStatus::registered};
+    Observable<HotKeyStatus> ocrStatus{*this, HotKeyStatus::registered};
+
     Action onTextTrigger;
     Action onOCRTrigger;
+
+    /// While it exists, presses go to `handler` instead of to the actions. There is one at a time.
+    class Interception final {
+    public:
+        Interception(HotKeys& keys, std::function<void(HotKeyID)> handler);
+        Interception(const Interception&) = delete;
+        Interception& operator=(const Interception&) = delete;
+        ~Interception();
+
+    private:
+        HotKeys& m_keys;
+    };
 
 private:
     /// How the log lines of one hot key begin.
@@ -39,6 +56,7 @@ private:
     };
 
     void handlePress(std::optional<HotKeyID> id);
+    void setStatus(HotKeyID id, HotKeyStatus status);
     void reRegister(
         std::optional<HotKeyRef>& ref, HotKeyID id, const KeyCombination& combination, RegistrationLog log);
 
@@ -47,6 +65,7 @@ private:
     std::optional<HotKeyRef> m_textRef;
     std::optional<HotKeyRef> m_ocrRef;
     std::optional<EventHandlerRef> m_eventHandler;
+    std::function<void(HotKeyID)> m_interceptor;
 };
 
 }  // namespace tralio

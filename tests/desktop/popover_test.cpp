@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
+#include "desktop/session_settings.h"
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "support/print_to.h"
@@ -34,6 +35,8 @@ TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape
     desktop.click(terminal, {20, 20}, 1);
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
 
+    // Otherwise the window manager might still name the popover that has just been closed.
+    ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
     program.callOnBus(u"Open"_s);
     ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
     program.callOnBus(u"Open"_s);
@@ -75,6 +78,67 @@ TEST(PopoverWindow, stays_while_another_program_takes_the_keyboard_for_a_moment)
     desktop.start(u"xterm"_s);
     ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+}
+
+/// Moves the pointer as a mouse does, and not in one jump, which no device makes.
+void movePointer(const VirtualDesktop& desktop, const QPoint& by) {
+    constexpr int steps = 10;
+    for (int step = 0; step < steps; ++step)
+        desktop.run(u"xdotool"_s,
+            {u"mousemove_relative"_s, u"--"_s, QString::number(by.x() / steps),
+                QString::number(by.y() / steps)});
+}
+
+TEST(PopoverWindow, stays_when_the_focus_follows_the_pointer_elsewhere_and_closes_at_a_click) {
+    VirtualDesktop desktop;
+    desktop.write(u"rc.xml"_s, SessionSettings{.focus = SessionSettings::Focus::followsPointer}.forOpenbox());
+    desktop.replaceWindowManager(
+        u"openbox"_s, {u"--sm-disable"_s, u"--config-file"_s, desktop.home() + u"/rc.xml"_s});
+    ProgramRun program(desktop);
+    desktop.start(u"xterm"_s, {u"-geometry"_s, u"60x20+0+0"_s});
+    const QString terminal = desktop.bringToFront(u"xterm"_s);
+    ASSERT_FALSE(terminal.isEmpty());
+    desktop.run(u"xdotool"_s, {u"mousemove"_s, u"100"_s, u"100"_s});
+    for (const auto& [place, where] :
+        {std::pair(QPoint(100, 100), "a window"), std::pair(QPoint(100, 800), "the root")}) {
+        desktop.press(u"super+shift+d"_s);
+        ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        const QPoint way = program.popoverArea().center() - QPoint(100, 100);
+        movePointer(desktop, way);
+        movePointer(desktop, -way);
+        EXPECT_TRUE(waitUntil([&] { return desktop.run(u"xdotool"_s, {u"getactivewindow"_s}) == terminal; }))
+            << "the focus does not follow";
+        EXPECT_FALSE(waitUntil([&] { return !program.isPopoverShown(); }, 1)) << "closed by a motion";
+        desktop.run(u"xdotool"_s,
+            {u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"click"_s, u"1"_s});
+        EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); })) << where;
+        desktop.run(u"xdotool"_s, {u"mousemove"_s, u"100"_s, u"100"_s});
+        EXPECT_TRUE(waitUntil([&] { return desktop.run(u"xdotool"_s, {u"getactivewindow"_s}) == terminal; }));
+    }
+}
+
+TEST(PopoverWindow, closes_at_clicks_on_a_panel_and_on_the_bare_screen_that_take_no_focus) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::absent);
+    desktop.replaceWindowManager(u"xfwm4"_s, {u"--replace"_s, u"--sm-client-disable"_s});
+    desktop.start(u"xfce4-panel"_s, {u"--disable-wm-check"_s, u"--sm-client-disable"_s});
+    ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"xfce4-panel"_s); }));
+    ProgramRun program(desktop);
+    const QStringList panel =
+        desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--class"_s, u"xfce4-panel"_s})
+            .split(u'\n');
+    for (const QString& window : {panel.constFirst(), QString()}) {
+        program.callOnBus(u"Open"_s);
+        ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        EXPECT_FALSE(waitUntil([&] { return !program.isPopoverShown(); }, 1));
+        if (window.isEmpty())
+            desktop.run(u"xdotool"_s, {u"mousemove"_s, u"200"_s, u"700"_s, u"click"_s, u"1"_s});
+        else
+            desktop.click(window, {3, 3}, 1);
+        EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }))
+            << (window.isEmpty() ? "the bare screen" : "the panel");
+        // A menu may have come up.
+        desktop.press(u"Escape"_s);
+    }
 }
 
 TEST(PopoverWindow, shows_what_went_wrong_when_the_model_does_not_answer) {

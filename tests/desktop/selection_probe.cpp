@@ -1,6 +1,6 @@
 // An application whose selection cannot be asked for: a text that is marked for the eye only and never
 // becomes the PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user
-// would.
+// would. What is typed takes the place of the text, as in an editor.
 //
 // With `--greyed` its Copy is greyed.
 //
@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
@@ -19,13 +20,31 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+class Probe final : public QMainWindow {
+public:
+    explicit Probe(QString& text) : m_text(text) {}
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!event->text().isEmpty() && event->text().front().isPrint())
+            m_text = event->text();
+    }
+
+private:
+    QString& m_text;
+};
+
+}  // namespace
+
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"selection-probe"_s);
     const QStringList arguments = QApplication::arguments();
-    const QString text = arguments.value(1);
+    QString text = arguments.value(1);
 
-    QMainWindow window;
+    Probe window(text);
     window.setCentralWidget(new QLabel(text));
     window.resize(600, 200);
 

@@ -3,7 +3,6 @@
 
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
-#include "platform/linux/keyboard/hot_key_rules.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "support/print_to.h"
 
@@ -40,12 +39,13 @@ protected:
     bool modelGets(const QString& text) {
         return waitUntil([&] { return texts(program->standIn()).contains(text); });
     }
-    /// Whether some program has a hot key, by its virtual code and modifiers.
-    bool isTaken(quint32 key, quint32 modifiers) {
+    /// Whether some program has a hot key.
+    bool isTaken(const KeyCombination& combination) {
         qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8());
         const auto connection = X11Connection::open();
-        X11HotKeys hotKeys(*connection);
-        return hotKeys.registerHotKey(key, modifiers, {1, 1}).status == hotKeyExists;
+        X11RawInput rawInput(*connection);
+        X11HotKeys hotKeys(*connection, rawInput);
+        return hotKeys.registerHotKey(combination, textHotKeyID).status == HotKeyStatus::taken;
     }
 
     VirtualDesktop desktop;
@@ -100,18 +100,17 @@ TEST_F(ShellWalk, accessibility_is_granted_by_the_buttons_of_the_settings_and_of
 }
 
 TEST_F(ShellWalk, a_recorded_hot_key_takes_the_place_of_the_former_one) {
-    constexpr quint32 keyD = 2;
-    constexpr quint32 commandShift = 0x100 | 0x200;
+    const KeyCombination former{KeyCode::d, Modifier::command | Modifier::shift};
     start();
     open();
-    ASSERT_TRUE(isTaken(keyD, commandShift));
+    ASSERT_TRUE(isTaken(former));
     ASSERT_TRUE(program->click(u"Cài đặt"_s));
     ASSERT_TRUE(program->click(u"Tralio văn bản bôi đen: Đổi"_s));
     ASSERT_TRUE(comes(u"Tralio văn bản bôi đen: Đang chờ"_s));
     desktop.press(u"ctrl+alt+k"_s);
     ASSERT_TRUE(comes(u"Tralio văn bản bôi đen: Đổi"_s));
     EXPECT_TRUE(comes(u"Bôi đen: ⌃ ⌥ K"_s));
-    EXPECT_TRUE(waitUntil([&] { return !isTaken(keyD, commandShift); }));
+    EXPECT_TRUE(waitUntil([&] { return !isTaken(former); }));
     desktop.press(u"Escape"_s);
     ASSERT_TRUE(waitUntil([&] { return !program->isPopoverShown(); }));
 

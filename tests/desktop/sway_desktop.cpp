@@ -23,19 +23,24 @@ constexpr QStringView configuration =
     uR"(
 xwayland %1
 output * mode 1280x1024
-output * background #D5DBE3 solid_color
-default_border none
-focus_follows_mouse no
+%3
 bindsym Mod4+Shift+d exec gdbus call --session --dest org.tralio.Tralio --object-path /org/tralio/Tralio --method org.tralio.Tralio.TranslateSelection
 bindsym Mod4+Shift+s exec gdbus call --session --dest org.tralio.Tralio --object-path /org/tralio/Tralio --method org.tralio.Tralio.CaptureScreen
 exec echo $WAYLAND_DISPLAY $SWAYSOCK $DISPLAY > %2.new && mv %2.new %2
 )";
 
+/// Of a window or a screen.
+QRect areaOf(const QJsonObject& node) {
+    const QJsonObject area = node.value(QLatin1String("rect")).toObject();
+    return {area.value(QLatin1String("x")).toInt(), area.value(QLatin1String("y")).toInt(),
+        area.value(QLatin1String("width")).toInt(), area.value(QLatin1String("height")).toInt()};
+}
+
 }  // namespace
 
-SwayDesktop::SwayDesktop(Xwayland xwayland) {
+SwayDesktop::SwayDesktop(Xwayland xwayland, const SessionSettings& settings) {
     startBus();
-    startCompositor(xwayland);
+    startCompositor(xwayland, settings);
     m_connection = WaylandConnection::open();
     m_keyboard = m_connection ? VirtualKeyboard::open(*m_connection) : nullptr;
     if (!m_keyboard)
@@ -43,15 +48,16 @@ SwayDesktop::SwayDesktop(Xwayland xwayland) {
     m_pointer = std::make_unique<VirtualPointer>(*m_connection, screen);
 }
 
-void SwayDesktop::startCompositor(Xwayland xwayland) {
+void SwayDesktop::startCompositor(Xwayland xwayland, const SessionSettings& settings) {
+    setVariable(u"WLR_HEADLESS_OUTPUTS"_s, QString::number(settings.outputs));
     setVariable(u"WLR_BACKENDS"_s, u"headless"_s);
     setVariable(u"WLR_RENDERER"_s, u"pixman"_s);
     setVariable(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
     setVariable(u"XDG_CURRENT_DESKTOP"_s, u"sway"_s);
     const QString told = home() + u"/sway.told"_s;
     const bool withX = xwayland == Xwayland::present;
-    const QString path =
-        write(u"sway.conf"_s, configuration.toString().arg(withX ? u"enable"_s : u"disable"_s, told));
+    const QString path = write(u"sway.conf"_s,
+        configuration.toString().arg(withX ? u"enable"_s : u"disable"_s, told, settings.forSway()));
     start(u"sway"_s, {u"-c"_s, path});
     if (!waitUntil([&] { return QFile::exists(told); }))
         throw std::runtime_error("sway does not start");
@@ -127,12 +133,17 @@ bool SwayDesktop::bringToFront(const QString& applicationId) const {
 }
 
 QRect SwayDesktop::windowArea(const QString& title) const {
-    for (const QJsonObject& window : windows()) {
-        const QJsonObject area = window.value(QLatin1String("rect")).toObject();
+    for (const QJsonObject& window : windows())
         if (window.value(QLatin1String("name")).toString() == title)
-            return {area.value(QLatin1String("x")).toInt(), area.value(QLatin1String("y")).toInt(),
-                area.value(QLatin1String("width")).toInt(), area.value(QLatin1String("height")).toInt()};
-    }
+            return areaOf(window);
+    return {};
+}
+
+QRect SwayDesktop::outputArea(const QString& name) const {
+    const auto outputs = QJsonDocument::fromJson(run(u"swaymsg"_s, {u"-t"_s, u"get_outputs"_s}).toUtf8());
+    for (const auto& output : outputs.array())
+        if (output.toObject().value(QLatin1String("name")).toString() == name)
+            return areaOf(output.toObject());
     return {};
 }
 

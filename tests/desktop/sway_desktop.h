@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QJsonObject>
 
+#include "desktop/session_settings.h"
 #include "desktop/test_session.h"
 #include "desktop/virtual_pointer.h"
 #include "platform/linux/wayland/virtual_keyboard.h"
@@ -16,7 +17,7 @@ class SwayDesktop final : public TestSession {
 public:
     enum class Xwayland { present, absent };
 
-    explicit SwayDesktop(Xwayland xwayland);
+    explicit SwayDesktop(Xwayland xwayland, const SessionSettings& settings = {});
 
     [[nodiscard]] VirtualPointer& pointer() { return *m_pointer; }
 
@@ -32,6 +33,8 @@ public:
     [[nodiscard]] bool bringToFront(const QString& applicationId) const;
     /// Where a window is, by its title; empty while it is not there.
     [[nodiscard]] QRect windowArea(const QString& title) const;
+    /// Where a screen is, by its name.
+    [[nodiscard]] QRect outputArea(const QString& name) const;
     [[nodiscard]] QString focusedWindow() const;
     /// Whether a window, by its title, is one of Xwayland's.
     [[nodiscard]] bool isOnXwayland(const QString& title) const;
@@ -43,7 +46,7 @@ public:
     [[nodiscard]] QImage screenshot(const QString& path) const;
 
 private:
-    void startCompositor(Xwayland xwayland);
+    void startCompositor(Xwayland xwayland, const SessionSettings& settings);
     [[nodiscard]] QList<QJsonObject> windows() const;
 
     std::unique_ptr<WaylandConnection> m_connection;

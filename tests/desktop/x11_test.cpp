@@ -2,9 +2,12 @@
 
 #include <csignal>
 #include <gmock/gmock.h>
+#include <xcb/xcb_keysyms.h>
 
 #include "desktop/virtual_desktop.h"
+#include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/x11/x11_hot_keys.h"
+#include "platform/linux/x11/x11_key_event_poster.h"
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"
 #include "support/print_to.h"
@@ -22,14 +25,24 @@ class X11 : public testing::Test {
 protected:
     X11() { qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8()); }
 
+    /// A key that is held repeats soon and often.
+    void repeatsFast() { desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"100"_s, u"50"_s}); }
+
     VirtualDesktop desktop{VirtualDesktop::Tray::absent};
 };
 
+/// The hot keys of one program, on a connection of its own.
+struct OneProgram {
+    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    X11RawInput rawInput{*connection};
+    X11HotKeys hotKeys{*connection, rawInput};
+};
+
 TEST_F(X11, hot_keys_are_refused_while_another_program_has_them) {
-    const auto ours = X11Connection::open();
-    const auto theirs = X11Connection::open();
-    X11HotKeys hotKeys(*ours);
-    X11HotKeys others(*theirs);
+    OneProgram ours;
+    OneProgram theirs;
+    X11HotKeys& hotKeys = ours.hotKeys;
+    X11HotKeys& others = theirs.hotKeys;
     const auto taken = others.registerHotKey({KeyCode::d, commandShift}, anyId);
     ASSERT_EQ(taken.status, HotKeyStatus::registered);
     EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::taken);
@@ -37,14 +50,14 @@ TEST_F(X11, hot_keys_are_refused_while_another_program_has_them) {
         hotKeys.registerHotKey({KeyCode::t, Modifier::command}, anyId).status, HotKeyStatus::registered);
 
     others.unregisterHotKey(*taken.ref);
-    theirs->sync();
+    theirs.connection->sync();
     EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::registered);
     EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::taken);
 }
 
 TEST_F(X11, hot_keys_that_people_type_with_are_refused) {
-    const auto connection = X11Connection::open();
-    X11HotKeys hotKeys(*connection);
+    OneProgram ours;
+    X11HotKeys& hotKeys = ours.hotKeys;
     for (const Modifiers modifiers : {Modifiers(), Modifiers(Modifier::shift)})
         EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, modifiers}, anyId).status, HotKeyStatus::invalid);
     EXPECT_EQ(hotKeys.registerHotKey({keyF5, {}}, anyId).status, HotKeyStatus::registered);
@@ -54,8 +67,8 @@ TEST_F(X11, hot_keys_that_people_type_with_are_refused) {
 }
 
 TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
-    const auto connection = X11Connection::open();
-    X11HotKeys hotKeys(*connection);
+    OneProgram ours;
+    X11HotKeys& hotKeys = ours.hotKeys;
     std::vector<quint32> pressed;
     hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
     ASSERT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, {1, 1}).status, HotKeyStatus::registered);
@@ -63,8 +76,10 @@ TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
     ASSERT_EQ(second.status, HotKeyStatus::registered);
 
     // While the keys are still down, the keyboard is free for others, and repeats are no presses.
+    repeatsFast();
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
     ASSERT_TRUE(waitUntil([&] { return pressed.size() == 1; }));
+    EXPECT_FALSE(waitUntil([&] { return pressed.size() > 1; }, 1)) << "a repeat counts as a press";
     const auto other = X11Connection::open();
     const XcbPtr<xcb_grab_keyboard_reply_t> grab{xcb_grab_keyboard_reply(other->xcb(),
         xcb_grab_keyboard(
@@ -89,24 +104,25 @@ TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
 }
 
 TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_press) {
-    const auto connection = X11Connection::open();
-    X11HotKeys hotKeys(*connection);
+    OneProgram ours;
+    X11HotKeys& hotKeys = ours.hotKeys;
     std::vector<quint32> pressed;
     hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
     ASSERT_EQ(hotKeys.registerHotKey({keyF5, Modifier::control}, {1, 2}).status, HotKeyStatus::registered);
 
+    repeatsFast();
     desktop.hold({u"ctrl"_s, u"t"_s});
     ASSERT_EQ(
         hotKeys.registerHotKey({KeyCode::t, Modifier::control}, {1, 1}).status, HotKeyStatus::registered);
-    desktop.hold({u"t"_s});  // again, as a repeat is
+    EXPECT_FALSE(waitUntil([&] { return !pressed.empty(); }, 1)) << "a repeat counts as a press";
     desktop.hold({u"F5"_s});
     ASSERT_TRUE(waitUntil([&] { return !pressed.empty(); }));
     EXPECT_THAT(pressed, testing::ElementsAre(2));
     desktop.release({u"F5"_s, u"t"_s, u"ctrl"_s});
 
     // Neither key stays with us once it has been released.
-    const auto other = X11Connection::open();
-    X11HotKeys others(*other);
+    OneProgram theirs;
+    X11HotKeys& others = theirs.hotKeys;
     for (const KeyCode key : {KeyCode::t, keyF5})
         EXPECT_TRUE(waitUntil([&] {
             return others.registerHotKey({key, commandShift}, anyId).status == HotKeyStatus::registered;
@@ -114,6 +130,47 @@ TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_
     desktop.press(u"ctrl+t"_s);
     ASSERT_TRUE(waitUntil([&] { return pressed.size() == 2; }));
     EXPECT_EQ(pressed.back(), 1U);
+}
+
+TEST_F(X11, keys_are_where_their_table_says_and_mean_there_what_it_says) {
+    const auto connection = X11Connection::open();
+    const std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> symbols{
+        xcb_key_symbols_alloc(connection->xcb()), &xcb_key_symbols_free};
+    int compared = 0;
+    for (quint32 code = 0; code < 128; ++code) {
+        const Key* key = keyWith(KeyCode{code});
+        if (!key)
+            continue;
+        const auto xKeyCode = *x11KeyCode(key->code);
+        EXPECT_EQ(keyWithX11Code(xKeyCode), key->code);
+        std::vector<quint32> meanings;
+        for (const int column : {0, 1})
+            meanings.push_back(xcb_key_symbols_get_keysym(symbols.get(), xKeyCode, column));
+        // The server's keyboard has none of the keys that only Apple's or a Japanese one has.
+        if (key->keysym == 0 || meanings.front() == XCB_NO_SYMBOL || meanings.front() >= 0x10000000)
+            continue;
+        ++compared;
+        EXPECT_THAT(meanings, testing::Contains(key->keysym)) << "key " << code;
+    }
+    EXPECT_GT(compared, 90);
+}
+
+TEST_F(X11, a_synthetic_copy_passes_the_hot_key_that_it_would_trigger) {
+    OneProgram ours;
+    X11KeyEventPoster keyEvents(*ours.connection, ours.hotKeys, [] { return std::nullopt; });
+    int presses = 0;
+    ours.hotKeys.installEventHandler([&](std::optional<HotKeyID>) { ++presses; });
+    ASSERT_EQ(
+        ours.hotKeys.registerHotKey({KeyCode::c, Modifier::control | Modifier::shift}, textHotKeyID).status,
+        HotKeyStatus::registered);
+    // A terminal, in which this is how one copies.
+    desktop.start(u"xterm"_s, {u"-class"_s, u"konsole"_s});
+    ASSERT_FALSE(desktop.bringToFront(u"konsole"_s).isEmpty());
+    keyEvents.post({KeyCode::c, true, Modifier::command});
+    keyEvents.post({KeyCode::c, false, Modifier::command});
+    EXPECT_FALSE(waitUntil([&] { return presses > 0; }, 1));
+    desktop.press(u"ctrl+shift+c"_s);
+    EXPECT_TRUE(waitUntil([&] { return presses == 1; }));
 }
 
 TEST_F(X11, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
@@ -150,7 +207,8 @@ TEST_F(X11, a_clipboard_without_text_or_with_a_hung_owner_has_none) {
 
 TEST_F(X11, the_primary_selection_counts_only_for_the_process_that_owns_it) {
     const auto connection = X11Connection::open();
-    X11PrimarySelection primary(*connection);
+    X11RawInput rawInput(*connection);
+    X11PrimarySelection primary(*connection, rawInput);
     const QString path = desktop.write(u"a.txt"_s, u"đã bôi đen"_s);
     const QProcess& owner = desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
     const auto pid = static_cast<qint32>(owner.processId());

@@ -33,7 +33,7 @@ TEST_F(HotKeys, a_press_runs_the_action_that_is_set_for_its_id_when_the_event_ha
     registerBoth();
     desktop.hotKeys.handler(ocrHotKeyID);
     desktop.hotKeys.handler(HotKeyID{0, 1});  // the signature is not looked at
-    service.onTextTrigger = [this] { presses += u"replaced"_s; };
+    service.keys().onTextTrigger = [this] { presses += u"replaced"_s; };
     EXPECT_TRUE(presses.isEmpty());
     desktop.clock.advance(0ms);
     EXPECT_THAT(presses, ElementsAre(u"ocr"_s, u"replaced"_s));
@@ -41,7 +41,7 @@ TEST_F(HotKeys, a_press_runs_the_action_that_is_set_for_its_id_when_the_event_ha
     desktop.hotKeys.handler(std::nullopt);
     desktop.hotKeys.handler(HotKeyID{0x5452414C, 3});
     EXPECT_EQ(desktop.clock.pending(), 0) << "presses that mean nothing are ignored";
-    service.onTextTrigger = nullptr;
+    service.keys().onTextTrigger = nullptr;
     desktop.hotKeys.handler(textHotKeyID);
     desktop.clock.advance(0ms);
     EXPECT_THAT(presses, testing::SizeIs(2));

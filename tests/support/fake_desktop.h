@@ -29,6 +29,7 @@ public:
         handler = std::move(installed);
         return EventHandlerRef{1};
     }
+    void installStatusHandler(StatusHandler installed) override { statusHandler = std::move(installed); }
     Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override {
         if (nextStatus != HotKeyStatus::registered)
             return {std::exchange(nextStatus, HotKeyStatus::registered), std::nullopt};
@@ -49,6 +50,7 @@ public:
     }
 
     EventHandler handler;
+    StatusHandler statusHandler;
     HotKeyStatus nextStatus = HotKeyStatus::registered;  ///< refuses one registration when it is another
     std::map<HotKeyRef, Request> registered;
     quint64 lastRef = 0;

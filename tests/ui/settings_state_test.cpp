@@ -72,6 +72,34 @@ TEST_F(SettingsStateTest, escape_ends_recording_wherever_the_layout_has_it) {
     EXPECT_EQ(settings.ocrHotKeyDisplay(), AppSettings::defaultOcrHotKeyDisplay);
 }
 
+TEST_F(SettingsStateTest, what_the_key_that_ended_recording_repeats_reaches_nobody_until_it_is_released) {
+    constexpr quint16 keyX = 7;
+    constexpr quint16 keyEscape = 53;
+    for (const auto& [position, modifiers, key] : {std::tuple(keyX, Qt::ControlModifier, Qt::Key_X),
+             std::tuple(keyEscape, Qt::NoModifier, Qt::Key_Escape)}) {
+        panel->startRecording(textSelection);
+        press(&focused, position, modifiers, key);
+        repeat(&focused, position, modifiers, key);
+        settle();
+        EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+        repeat(&focused, position, modifiers, key);
+        EXPECT_EQ(focused.presses, 0);
+        press(&focused, keyD);
+        EXPECT_EQ(std::exchange(focused.presses, 0), 1) << "another key is free";
+
+        release(&focused, position, key);
+        repeat(&focused, position, modifiers, key);
+        EXPECT_EQ(std::exchange(focused.presses, 0), 1) << "and so is this one, released";
+    }
+
+    panel->startRecording(textSelection);
+    press(&focused, keyX, Qt::ControlModifier, Qt::Key_X);
+    release(&focused, keyX, Qt::Key_X);
+    settle();
+    repeat(&focused, keyX, Qt::ControlModifier, Qt::Key_X);
+    EXPECT_EQ(focused.presses, 1) << "released before recording had ended";
+}
+
 TEST_F(SettingsStateTest, recording_one_shortcut_ends_recording_the_other) {
     panel->toggleRecording(textSelection);
     panel->toggleRecording(screenOCR);
@@ -95,28 +123,55 @@ TEST_F(SettingsStateTest, a_registered_hot_key_is_recorded_instead_of_running) {
     int captures = 0;
     hotKeys.registerGlobalHotKeys(
         2, 768, [&] { ++texts; }, 1, 768, [&] { ++captures; });
-    const auto pressHotKey = [&](quint32 id) {
-        desktop.hotKeys.handler(HotKeyID{0x5452414C, id});
+    const auto pressHotKey = [&](HotKeyID id) {
+        desktop.hotKeys.handler(id);
         settle();
     };
     panel->startRecording(textSelection);
-    pressHotKey(1);
+    pressHotKey(textHotKeyID);
     EXPECT_EQ(panel->recordingTarget(), std::nullopt);
     EXPECT_EQ(settings.hotKeyDisplay(), u"⌘ ⇧ D");
 
+    panel->startRecording(screenOCR);
     panel->startRecording(textSelection);
-    panel->startRecording(textSelection);
-    pressHotKey(2);
-    EXPECT_EQ(settings.hotKeyDisplay(), u"⌘ ⇧ S");
-    EXPECT_EQ(settings.hotKeyKeyCode(), 1U);
+    pressHotKey(ocrHotKeyID);
+    EXPECT_EQ(panel->recordingTarget(), textSelection) << "the other's combination is not taken";
+    EXPECT_EQ(settings.hotKeyKeyCode(), 2U);
+    panel->startRecording(screenOCR);
+    pressHotKey(ocrHotKeyID);
+    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+    EXPECT_EQ(settings.ocrHotKeyDisplay(), u"⌘ ⇧ S");
     EXPECT_EQ(texts + captures, 0);
 
     panel->startRecording(screenOCR);
     panel.reset();
-    pressHotKey(1);
-    pressHotKey(2);
+    pressHotKey(textHotKeyID);
+    pressHotKey(ocrHotKeyID);
     EXPECT_EQ(texts, 1);
     EXPECT_EQ(captures, 1);
+}
+
+TEST_F(SettingsStateTest, a_hot_key_that_does_not_work_says_why_and_which_of_the_two_it_is) {
+    EXPECT_EQ(panel->hotKeyTrouble(textSelection), std::nullopt);
+    hotKeys.registerGlobalHotKeys(
+        2, 768, [] {}, 1, 768, [] {});
+    desktop.hotKeys.nextStatus = HotKeyStatus::taken;
+    panel->chooseHotKey(textSelection, SettingsState::presets(textSelection).front());
+    const auto byAnother = panel->hotKeyTrouble(textSelection);
+    EXPECT_TRUE(byAnother);
+    EXPECT_EQ(panel->hotKeyTrouble(screenOCR), std::nullopt);
+
+    settings.updateCustomHotKey(1, 768, u"⌘ ⇧ S"_s);
+    EXPECT_TRUE(panel->hotKeyTrouble(textSelection));
+    EXPECT_NE(panel->hotKeyTrouble(textSelection), byAnother) << "the other hot key has it";
+    settings.updateCustomHotKey(2, 768, u"⌘ ⇧ D"_s);
+    EXPECT_EQ(panel->hotKeyTrouble(textSelection), std::nullopt);
+
+    // What the desktop says later counts, too.
+    desktop.hotKeys.statusHandler(ocrHotKeyID, HotKeyStatus::refused);
+    EXPECT_TRUE(panel->hotKeyTrouble(screenOCR));
+    desktop.hotKeys.statusHandler(ocrHotKeyID, HotKeyStatus::registered);
+    EXPECT_EQ(panel->hotKeyTrouble(screenOCR), std::nullopt);
 }
 
 TEST_F(SettingsStateTest, presets_say_what_they_register_and_leave_a_recording_alone) {

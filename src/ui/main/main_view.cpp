@@ -38,11 +38,22 @@ using namespace Qt::StringLiterals;
 constexpr int tabChange = 150;          // milliseconds
 constexpr int onboardingClosing = 250;  // milliseconds
 
-void showPermission(
-    Chip* chip, const QString& title, bool granted, const QString& ready, const QString& missing) {
+/// Whether a hot key does what it promises, and why.
+struct Readiness {
+    bool granted;
+    HotKeyStatus hotKey;
+    QString ready;
+    QString missing;
+};
+
+void showReadiness(Chip* chip, const QString& title, const Readiness& readiness) {
+    const bool works = readiness.granted && !isTurnedDown(readiness.hotKey);
     chip->setTitle(title);
-    chip->setState(granted ? Chip::State::good : Chip::State::trouble);
-    setTooltip(chip, granted ? ready : missing);
+    chip->setState(works ? Chip::State::good : Chip::State::trouble);
+    setTooltip(chip,
+        !readiness.granted ? readiness.missing
+            : works        ? readiness.ready
+                           : u"Phím tắt không dùng được - Nhấn để mở Cài đặt"_s);
 }
 
 }  // namespace
@@ -68,7 +79,9 @@ MainView::MainView(Services services, Actions actions, QWidget* parent)
         m_state, this, [this] { refresh(); });
     onAnyChange(
         m_services.appState, this, [this] { refresh(); });
-    onAnyChange(m_settings, this, [this] { refresh(); });
+    onAnyChange(
+        m_settings, this, [this] { refresh(); });
+    onAnyChange(m_services.hotKeys.keys(), this, [this] { refresh(); });
     refresh();
 }
 
@@ -150,12 +163,14 @@ void MainView::refresh() {
 }
 
 void MainView::refreshFooter() {
-    showPermission(m_selectionChip, u"Bôi đen: "_s + m_settings.hotKeyDisplay(),
-        m_state.isAccessibilityGranted(), u"Quyền Trợ năng: Đã bật (Sẵn sàng)"_s,
-        u"Chưa cấp quyền Trợ năng - Nhấn để mở Cài đặt"_s);
-    showPermission(m_captureChip, u"Chụp: "_s + m_settings.ocrHotKeyDisplay(),
-        m_state.isScreenCaptureGranted(), u"Quyền Ghi màn hình (OCR): Đã bật (Sẵn sàng)"_s,
-        u"Chưa cấp quyền Ghi màn hình - Nhấn để mở Cài đặt"_s);
+    HotKeys& hotKeys = m_services.hotKeys.keys();
+    showReadiness(m_selectionChip, u"Bôi đen: "_s + m_settings.hotKeyDisplay(),
+        {m_state.isAccessibilityGranted(), hotKeys.textStatus(), u"Quyền Trợ năng: Đã bật (Sẵn sàng)"_s,
+            u"Chưa cấp quyền Trợ năng - Nhấn để mở Cài đặt"_s});
+    showReadiness(m_captureChip, u"Chụp: "_s + m_settings.ocrHotKeyDisplay(),
+        {m_state.isScreenCaptureGranted(), hotKeys.ocrStatus(),
+            u"Quyền Ghi màn hình (OCR): Đã bật (Sẵn sàng)"_s,
+            u"Chưa cấp quyền Ghi màn hình - Nhấn để mở Cài đặt"_s});
 
     const QString warning = m_state.ungrantedWarningText().value_or(QString());
     if (warning.isEmpty())

@@ -9,6 +9,7 @@
 #include "history/translation_history_store.h"
 #include "hotkeys/permission_watch.h"
 #include "state/app_settings.h"
+#include "ui/kit/press_guard.h"
 #include "ui/main/main_state.h"
 #include "ui/settings/key_down_monitor.h"
 #include "ui/undo/undo_offer.h"
@@ -92,6 +93,7 @@ private:
     UndoOffer m_undo;
     MainState m_state;
     QWidget* m_footer;
+    PressGuard m_pressGuard{*this, m_services.clock};
     QWidget* m_body;  ///< all but the walk-through
     TabStrip* m_tabs;
     QWidget* m_panelArea;

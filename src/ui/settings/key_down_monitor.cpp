@@ -45,6 +45,32 @@ Modifiers modifiersOf(Qt::KeyboardModifiers held) {
     return modifiers;
 }
 
+/// Swallows the repeats of a key until it is released or pressed anew, and goes then.
+class HeldKey final : public QObject {
+public:
+    explicit HeldKey(quint32 scanCode) : QObject(QCoreApplication::instance()), m_scanCode(scanCode) {
+        parent()->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
+            event->type() == QEvent::ShortcutOverride;
+        if (!isKey || static_cast<const QKeyEvent&>(*event).nativeScanCode() != m_scanCode)
+            return QObject::eventFilter(watched, event);
+        if (static_cast<const QKeyEvent&>(*event).isAutoRepeat()) {
+            event->accept();
+            return true;
+        }
+        parent()->removeEventFilter(this);
+        deleteLater();
+        return false;
+    }
+
+private:
+    quint32 m_scanCode;
+};
+
 }  // namespace
 
 KeyDownMonitor::KeyDownMonitor(KeyCodes keyCodes, Handler handler, QObject* parent)
@@ -57,6 +83,8 @@ KeyDownMonitor::KeyDownMonitor(KeyCodes keyCodes, Handler handler, QObject* pare
 KeyDownMonitor::~KeyDownMonitor() {
     QCoreApplication::instance()->removeEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
+    if (m_swallowed)
+        new HeldKey(*m_swallowed);
 }
 
 std::optional<KeyCombination> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
@@ -86,11 +114,17 @@ bool KeyDownMonitor::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     if (event->type() == QEvent::KeyPress) {
-        const auto key = keyDown(static_cast<const QKeyEvent&>(*event));
+        const auto& press = static_cast<const QKeyEvent&>(*event);
+        const auto key = keyDown(press);
         if (key && m_handler(*key)) {
+            m_swallowed = press.nativeScanCode();
             event->accept();
             return true;
         }
+    } else if (event->type() == QEvent::KeyRelease) {
+        const auto& release = static_cast<const QKeyEvent&>(*event);
+        if (!release.isAutoRepeat() && m_swallowed == release.nativeScanCode())
+            m_swallowed.reset();
     }
     return QObject::eventFilter(watched, event);
 }

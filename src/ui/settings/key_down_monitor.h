@@ -14,7 +14,8 @@ namespace tralio {
 /// For as long as it exists, sees every key that goes down in this program, with the modifiers held, before
 /// shortcuts, menus and the focused control do, and may keep it from them; input methods rest meanwhile.
 /// Modifiers on their own are no keys here, nor is what a keyboard has beside the positions that virtual key
-/// codes name.
+/// codes name. What the key that it swallowed last repeats reaches nobody either, also when this is gone,
+/// until the key is released.
 class KeyDownMonitor final : public QObject {
     Q_OBJECT
 
@@ -36,6 +37,7 @@ private:
 
     KeyCodes m_keyCodes;
     Handler m_handler;
+    std::optional<quint32> m_swallowed;  ///< scan code of the key that was swallowed last
 };
 
 }  // namespace tralio

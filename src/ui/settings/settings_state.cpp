@@ -24,25 +24,6 @@ constexpr Modifiers controlOptionCommand = Modifier::control | Modifier::option 
 
 }  // namespace
 
-class SettingsState::LedHotKeys final {
-public:
-    LedHotKeys(HotKeyService& hotKeys, HotKeyService::Action onText, HotKeyService::Action onOCR)
-        : m_hotKeys(hotKeys),
-          m_onText(std::exchange(hotKeys.onTextTrigger, std::move(onText))),
-          m_onOCR(std::exchange(hotKeys.onOCRTrigger, std::move(onOCR))) {}
-    LedHotKeys(const LedHotKeys&) = delete;
-    LedHotKeys& operator=(const LedHotKeys&) = delete;
-    ~LedHotKeys() {
-        m_hotKeys.onTextTrigger = std::move(m_onText);
-        m_hotKeys.onOCRTrigger = std::move(m_onOCR);
-    }
-
-private:
-    HotKeyService& m_hotKeys;
-    HotKeyService::Action m_onText;
-    HotKeyService::Action m_onOCR;
-};
-
 SettingsState::SettingsState(Services services) : m_services(std::move(services)) {
     connect(&m_services.permissions, &ObservableObject::objectWillChange, this,
         &ObservableObject::objectWillChange);
@@ -71,6 +52,28 @@ const QString& SettingsState::display(HotKeyRecordTarget target) const {
                                                        : settings.ocrHotKeyDisplay();
 }
 
+std::optional<QString> SettingsState::hotKeyTrouble(HotKeyRecordTarget target) const {
+    const AppSettings& settings = m_services.settings;
+    const bool isText = target == HotKeyRecordTarget::textSelection;
+    HotKeys& keys = m_services.hotKeys.keys();
+    switch (isText ? keys.textStatus() : keys.ocrStatus()) {
+        case HotKeyStatus::registered:
+            return std::nullopt;
+        case HotKeyStatus::taken:
+            return settings.hotKeyKeyCode() == settings.ocrHotKeyKeyCode() &&
+                    settings.hotKeyModifiers() == settings.ocrHotKeyModifiers()
+                ? u"Phím tắt này trùng với phím tắt kia."_s
+                : u"Phím tắt này đang được ứng dụng khác sử dụng."_s;
+        case HotKeyStatus::invalid:
+            return u"Phím này không dùng làm phím tắt được."_s;
+        case HotKeyStatus::refused:
+            return u"Màn hình làm việc không nhận phím tắt này."_s;
+        case HotKeyStatus::unavailable:
+            return u"Phiên làm việc này không cho ứng dụng đặt phím tắt."_s;
+    }
+    Q_UNREACHABLE();
+}
+
 const ProviderPreset* SettingsState::selectedProvider() const {
     const QList<ProviderPreset>& presets = ProviderPreset::presets();
     const auto found = std::find_if(presets.cbegin(), presets.cend(),
@@ -97,22 +100,23 @@ void SettingsState::panelDisappeared() {
 void SettingsState::startRecording(HotKeyRecordTarget target) {
     stopRecording();
     recordingTarget = target;
-    m_localEventMonitor = std::make_unique<KeyDownMonitor>(m_services.keyCodes,
+    m_localEventMonitor = std::make_unique<KeyDownMonitor>(
+        m_services.keyCodes,
         [this, target](const KeyCombination& pressed) { return keyWentDown(target, pressed); });
 
+    m_interception = std::make_unique<HotKeys::Interception>(
+        m_services.hotKeys.keys(), [this, target](HotKeyID id) { hotKeyPressed(target, id); });
+}
+
+void SettingsState::hotKeyPressed(HotKeyRecordTarget target, HotKeyID id) {
+    // The other's combination would make both the same, and one of them dead.
+    const bool isText = target == HotKeyRecordTarget::textSelection;
+    if (id != (isText ? textHotKeyID : ocrHotKeyID))
+        return;
     const AppSettings& settings = m_services.settings;
-    m_ledHotKeys = std::make_unique<LedHotKeys>(
-        m_services.hotKeys,
-        [this, target, &settings] {
-            recorded(target,
-                {{KeyCode{settings.hotKeyKeyCode()}, Modifiers::fromInt(settings.hotKeyModifiers())},
-                    settings.hotKeyDisplay()});
-        },
-        [this, target, &settings] {
-            recorded(target,
-                {{KeyCode{settings.ocrHotKeyKeyCode()}, Modifiers::fromInt(settings.ocrHotKeyModifiers())},
-                    settings.ocrHotKeyDisplay()});
-        });
+    const quint32 key = isText ? settings.hotKeyKeyCode() : settings.ocrHotKeyKeyCode();
+    const quint32 modifiers = isText ? settings.hotKeyModifiers() : settings.ocrHotKeyModifiers();
+    recorded(target, {{KeyCode{key}, Modifiers::fromInt(modifiers)}, display(target)});
 }
 
 bool SettingsState::keyWentDown(HotKeyRecordTarget target, const KeyCombination& pressed) {
@@ -147,7 +151,7 @@ void SettingsState::save(HotKeyRecordTarget target, const Shortcut& shortcut) {
 void SettingsState::stopRecording() {
     recordingTarget = std::nullopt;
     m_localEventMonitor.reset();
-    m_ledHotKeys.reset();
+    m_interception.reset();
 }
 
 void SettingsState::toggleRecording(HotKeyRecordTarget target) {

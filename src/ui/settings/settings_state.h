@@ -66,6 +66,11 @@ public:
     [[nodiscard]] static const QList<HotKeyPresetItem>& presets(HotKeyRecordTarget target);
     [[nodiscard]] const QString& display(HotKeyRecordTarget target) const;
 
+    /// Why the shortcut does not work, in the user's words; absent while it does. The service's `keys()` tell
+    /// when it changes.
+    [[nodiscard]] std::optional<QString> hotKeyTrouble(HotKeyRecordTarget target) const;
+    [[nodiscard]] HotKeys& hotKeys() { return m_services.hotKeys.keys(); }
+
     /// The preset that the settings name, unless they name none.
     [[nodiscard]] const ProviderPreset* selectedProvider() const;
     /// Whether the maker's own gateway is selected, whose endpoint and key are not for the user to edit.
@@ -108,16 +113,14 @@ private:
     bool keyWentDown(HotKeyRecordTarget target, const KeyCombination& pressed);
     /// Saves the shortcut and ends the recording, on the next turn of the event loop.
     void recorded(HotKeyRecordTarget target, const Shortcut& shortcut);
+    /// The registered hot keys do not arrive as keys, since the desktop takes them first.
+    void hotKeyPressed(HotKeyRecordTarget target, HotKeyID id);
     void save(HotKeyRecordTarget target, const Shortcut& shortcut);
     QCoro::Task<void> testConnection(std::stop_token stop);
 
-    /// The registered hot keys do not arrive as keys, since the desktop takes them first. While a recording
-    /// runs they are led to it instead of starting a translation under the user's hands.
-    class LedHotKeys;
-
     Services m_services;
     std::unique_ptr<KeyDownMonitor> m_localEventMonitor;
-    std::unique_ptr<LedHotKeys> m_ledHotKeys;
+    std::unique_ptr<HotKeys::Interception> m_interception;
     std::stop_source m_test;
 };
 

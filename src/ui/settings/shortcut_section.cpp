@@ -40,10 +40,14 @@ ShortcutBlock::ShortcutBlock(
     auto* description = new Label(words.description, text::caption, ColorRole::secondary);
     description->setWraps();
     filled(this,
-        column({}, {sectionBlock(8, {titleRow(words), description, recordingBanner(), suggestions()})}));
+        column({},
+            {sectionBlock(
+                8, {titleRow(words), description, troubleLine(), recordingBanner(), suggestions()})}));
     onAnyChange(
         m_state, this, [this] { refresh(); });
-    onAnyChange(m_state.settings(), this, [this] { refresh(); });
+    onAnyChange(
+        m_state.settings(), this, [this] { refresh(); });
+    onAnyChange(m_state.hotKeys(), this, [this] { refresh(); });
     refresh();
 }
 
@@ -56,6 +60,13 @@ QLayout* ShortcutBlock::titleRow(const Words& words) {
     return row({.spacing = 8},
         {row({.spacing = 6}, {icon, new Label(words.title, text::blockTitle)}), Stretch{}, m_display,
             m_toggle});
+}
+
+QWidget* ShortcutBlock::troubleLine() {
+    auto* icon = new IconView({.name = u"exclamationmark.triangle.fill"_s, .pointSize = 11}, ColorRole::Red);
+    m_trouble = new Label(QString(), text::caption, ColorRole::Red);
+    m_troubleLine = filled(new QWidget, row({.spacing = 6}, {icon, StackItem(m_trouble, {}, 1)}));
+    return m_troubleLine;
 }
 
 QWidget* ShortcutBlock::recordingBanner() {
@@ -89,6 +100,10 @@ void ShortcutBlock::refresh() {
     const QString& display = m_state.display(m_target);
     m_display->setText(display);
     setTooltip(m_display, shortcutsInWords(display));
+
+    const auto trouble = m_state.hotKeyTrouble(m_target);
+    m_trouble->setText(trouble.value_or(QString()));
+    m_troubleLine->setVisible(trouble.has_value());
 
     const bool recording = m_state.recordingTarget() == m_target;
     m_toggle->setIconName(recording ? u"record.circle.fill"_s : u"pencil"_s);

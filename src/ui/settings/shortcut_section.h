@@ -8,6 +8,7 @@ namespace tralio {
 
 class Badge;
 class Button;
+class Label;
 class Reveal;
 class SettingsState;
 enum class HotKeyRecordTarget;
@@ -28,6 +29,7 @@ public:
 
 private:
     QLayout* titleRow(const Words& words);
+    QWidget* troubleLine();
     QWidget* recordingBanner();
     QLayout* suggestions();
     void refresh();
@@ -36,6 +38,8 @@ private:
     HotKeyRecordTarget m_target;
     Badge* m_display;
     Button* m_toggle;
+    QWidget* m_troubleLine;  ///< shown while the hot key does not work
+    Label* m_trouble;
     Reveal* m_banner;
     std::vector<Button*> m_chips;  ///< one for each preset, in their order
 };

@@ -12,6 +12,8 @@ EventHandlerRef UnavailableDesktop::HotKeys::installEventHandler(EventHandler /*
     return EventHandlerRef{};
 }
 
+void UnavailableDesktop::HotKeys::installStatusHandler(StatusHandler /*handler*/) {}
+
 HotKeyPlatform::Registration UnavailableDesktop::HotKeys::registerHotKey(
     const KeyCombination& /*combination*/, HotKeyID /*id*/) {
     return {HotKeyStatus::unavailable, std::nullopt};

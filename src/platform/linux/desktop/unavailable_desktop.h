@@ -18,6 +18,7 @@ namespace tralio {
 struct UnavailableDesktop {
     struct HotKeys final : HotKeyPlatform {
         EventHandlerRef installEventHandler(EventHandler handler) override;
+        void installStatusHandler(StatusHandler handler) override;
         Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
         void unregisterHotKey(HotKeyRef ref) override;
     } hotKeys;

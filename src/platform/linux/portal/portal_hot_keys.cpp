@@ -77,6 +77,10 @@ EventHandlerRef PortalHotKeys::installEventHandler(EventHandler handler) {
     return EventHandlerRef{m_handlers.size()};
 }
 
+void PortalHotKeys::installStatusHandler(StatusHandler handler) {
+    m_statusHandler = std::move(handler);
+}
+
 HotKeyPlatform::Registration PortalHotKeys::registerHotKey(const KeyCombination& combination, HotKeyID id) {
     // A hot key that waits for a portal has no reference by which it could have been given up.
     if (std::erase_if(m_hotKeys, [&](const HotKey& other) { return other.id == id; }) > 0)
@@ -140,6 +144,8 @@ void PortalHotKeys::createSession() {
 void PortalHotKeys::begin(const PortalAnswer& created) {
     if (created.outcome != PortalOutcome::granted || m_session.isEmpty()) {
         debugLog(u"PortalHotKeys: no session for hot keys: "_s + whatHappened(created));
+        tellOfAll(
+            created.outcome == PortalOutcome::cancelled ? HotKeyStatus::refused : HotKeyStatus::unavailable);
         if (created.outcome != PortalOutcome::cancelled)
             scheduleAfterPause();
         return;
@@ -184,6 +190,7 @@ void PortalHotKeys::bindShortcuts() {
     ask(u"BindShortcuts"_s, arguments, {}, noLimit, [this](const PortalAnswer& answer) {
         if (answer.outcome != PortalOutcome::granted) {
             debugLog(u"PortalHotKeys: hot keys not bound: "_s + whatHappened(answer));
+            tellOfAll(HotKeyStatus::refused);
             return;
         }
         if (!shortcutsIn(answer).isEmpty()) {
@@ -205,7 +212,16 @@ void PortalHotKeys::tellOf(const PortalAnswer& answer) const {
             (found == bound.end()
                     ? u": not bound by the desktop"_s
                     : u": bound to "_s + found->properties.value(u"trigger_description"_s).toString()));
+        if (m_statusHandler)
+            m_statusHandler(
+                hotKey.id, found == bound.end() ? HotKeyStatus::refused : HotKeyStatus::registered);
     }
+}
+
+void PortalHotKeys::tellOfAll(HotKeyStatus status) const {
+    for (const HotKey& hotKey : m_hotKeys)
+        if (m_statusHandler)
+            m_statusHandler(hotKey.id, status);
 }
 
 void PortalHotKeys::ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,

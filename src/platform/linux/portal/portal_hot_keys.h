@@ -17,7 +17,7 @@ namespace tralio {
 
 /// Hot keys by the GlobalShortcuts portal, where the desktop's word counts: it may ask the user, choose
 /// another key, or refuse. A registration says only whether there is such a portal; what came of it is told
-/// in the log.
+/// later.
 ///
 /// The portal binds once in a session's life, so that every change of a hot key makes a new session. A
 /// session ends with the portal; a new one is made when the portal is back.
@@ -38,6 +38,7 @@ public:
     ~PortalHotKeys() override;
 
     EventHandlerRef installEventHandler(EventHandler handler) override;
+    void installStatusHandler(StatusHandler handler) override;
     Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
     void unregisterHotKey(HotKeyRef ref) override;
 
@@ -70,8 +71,9 @@ private:
     void endSession();
     [[nodiscard]] QList<PortalShortcut> wantedShortcuts() const;
     [[nodiscard]] bool hasAll(const PortalAnswer& listed) const;
-    /// Logs which hot keys the desktop has by its answer, and on which keys.
+    /// Tells which hot keys the desktop has by its answer, and logs on which keys.
     void tellOf(const PortalAnswer& answer) const;
+    void tellOfAll(HotKeyStatus status) const;
 
     /// Calls a method of the portal's; the answer counts only if the session is still the same then.
     void ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,
@@ -81,6 +83,7 @@ private:
     std::vector<Purpose> m_purposes;
     Clock& m_clock;
     std::vector<EventHandler> m_handlers;
+    StatusHandler m_statusHandler;
     std::vector<HotKey> m_hotKeys;
     quint64 m_lastRef = 0;
     quint64 m_generation = 0;  ///< of the session

@@ -32,6 +32,17 @@ quint16 firstBit(quint16 bits) {
     return static_cast<quint16>(bits & -bits);
 }
 
+/// None of the bits first, and all of them last.
+std::vector<quint16> combinationsOf(quint16 bits) {
+    std::vector<quint16> combinations;
+    quint16 combination = 0;
+    do {
+        combinations.push_back(combination);
+        combination = static_cast<quint16>((combination - bits) & bits);
+    } while (combination != 0);
+    return combinations;
+}
+
 }  // namespace
 
 ModifierMap::ModifierMap(const X11Connection& connection) {
@@ -49,12 +60,11 @@ ModifierMap::ModifierMap(const X11Connection& connection) {
     if (m_alt == 0)
         m_alt = XCB_MOD_MASK_1;
     locks &= static_cast<quint16>(~significant());
+    m_lockCombinations = combinationsOf(locks);
+}
 
-    for (unsigned bits = locks;; bits = (bits - 1) & locks) {
-        m_lockCombinations.push_back(static_cast<quint16>(bits));
-        if (bits == 0)
-            break;
-    }
+std::vector<quint16> ModifierMap::significantCombinations() const {
+    return combinationsOf(significant());
 }
 
 quint16 ModifierMap::stateFor(Modifiers modifiers) const {

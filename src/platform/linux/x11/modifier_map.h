@@ -18,6 +18,9 @@ public:
     /// The bits that hot keys can be made of; the others, locks among them, do not tell them apart.
     [[nodiscard]] quint16 significant() const;
 
+    /// Every combination of those, the one without any first.
+    [[nodiscard]] std::vector<quint16> significantCombinations() const;
+
     bool operator==(const ModifierMap&) const = default;
 
     /// Every combination of the locks (Caps, Num, Scroll) that can be on while a hot key is pressed.

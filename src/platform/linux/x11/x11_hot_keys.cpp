@@ -7,19 +7,31 @@
 #include "platform/linux/keyboard/key_codes.h"
 
 namespace tralio {
+namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-X11HotKeys::X11HotKeys(X11Connection& connection) : m_connection(connection), m_modifiers(connection) {
+constexpr auto releasePoll = 20ms;
+/// Nobody holds a key for longer without its repeating, which the server tells of.
+constexpr qint64 longestSilence = 3000;  // milliseconds
+
+}  // namespace
+
+X11HotKeys::X11HotKeys(X11Connection& connection, X11RawInput& rawInput)
+    : m_connection(connection), m_rawInput(rawInput), m_modifiers(connection) {
     m_connection.addEventHandler([this](const xcb_generic_event_t& event) { handle(event); });
-    m_releaseWatch.setInterval(20ms);
+    m_releaseWatch.setInterval(releasePoll);
     QObject::connect(&m_releaseWatch, &QTimer::timeout, &m_releaseWatch, [this] { watchForRelease(); });
 }
 
 EventHandlerRef X11HotKeys::installEventHandler(EventHandler handler) {
     m_handlers.push_back(std::move(handler));
     return EventHandlerRef{m_handlers.size()};
+}
+
+void X11HotKeys::installStatusHandler(StatusHandler handler) {
+    m_statusHandler = std::move(handler);
 }
 
 HotKeyPlatform::Registration X11HotKeys::registerHotKey(const KeyCombination& combination, HotKeyID id) {
@@ -47,20 +59,29 @@ void X11HotKeys::unregisterHotKey(HotKeyRef ref) {
         m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) { return hotKey.ref == ref; });
     if (found == m_hotKeys.end())
         return;
-    ungrab(*found);
+    const HotKey gone = *found;
     m_hotKeys.erase(found);
+    if (m_heldKey != gone.keyCode)
+        ungrab(gone);  // a key that is held is let go as a whole
+}
+
+xcb_void_cookie_t X11HotKeys::grabKey(quint8 keyCode, quint16 state) {
+    return xcb_grab_key_checked(
+        m_connection.xcb(), 1, m_connection.root(), state, keyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+}
+
+bool X11HotKeys::wasRefused(xcb_void_cookie_t request) {
+    return XcbPtr<xcb_generic_error_t>{xcb_request_check(m_connection.xcb(), request)} != nullptr;
 }
 
 HotKeyStatus X11HotKeys::grab(const HotKey& hotKey) {
     const quint16 state = m_modifiers.stateFor(hotKey.modifiers);
     std::vector<xcb_void_cookie_t> requests;
-    for (const quint16 locks : m_modifiers.lockCombinations()) {
-        requests.push_back(xcb_grab_key_checked(m_connection.xcb(), 1, m_connection.root(), state | locks,
-            hotKey.keyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
-    }
+    for (const quint16 locks : m_modifiers.lockCombinations())
+        requests.push_back(grabKey(hotKey.keyCode, state | locks));
     bool refused = false;
     for (const xcb_void_cookie_t request : requests)
-        refused |= XcbPtr<xcb_generic_error_t>{xcb_request_check(m_connection.xcb(), request)} != nullptr;
+        refused |= wasRefused(request);
     if (refused)
         ungrab(hotKey);  // another program owns it in some state of the locks: half a hot key is none
     return refused ? HotKeyStatus::taken : HotKeyStatus::registered;
@@ -111,10 +132,26 @@ void X11HotKeys::hold(quint8 keyCode) {
         letGo();
     m_heldKey = keyCode;
     m_releaseWatch.start();
-    // Refused, harmlessly, where another program has the key with other modifiers.
-    xcb_grab_key(m_connection.xcb(), 1, m_connection.root(), XCB_MOD_MASK_ANY, keyCode, XCB_GRAB_MODE_ASYNC,
-        XCB_GRAB_MODE_ASYNC);
-    xcb_flush(m_connection.xcb());
+    grabHeldKey();
+}
+
+void X11HotKeys::grabHeldKey() {
+    const bool isPassing = m_pass && m_pass->keyCode == *m_heldKey;
+    if (!isPassing && !wasRefused(grabKey(*m_heldKey, XCB_MOD_MASK_ANY)))
+        return;
+    // Another program has the key with some modifiers: what is free is ours. First without modifiers, as
+    // which it would be typed.
+    const std::vector<quint16> combinations = m_modifiers.significantCombinations();
+    const quint16 passing = isPassing ? m_modifiers.stateFor(m_pass->modifiers) : 0;
+    std::vector<xcb_void_cookie_t> requests;
+    for (const quint16 state : combinations) {
+        if (isPassing && state == passing)
+            continue;
+        for (const quint16 locks : m_modifiers.lockCombinations())
+            requests.push_back(grabKey(*m_heldKey, state | locks));
+    }
+    for (const xcb_void_cookie_t request : requests)
+        static_cast<void>(wasRefused(request));
 }
 
 bool X11HotKeys::isDown(quint8 keyCode) const {
@@ -125,7 +162,10 @@ bool X11HotKeys::isDown(quint8 keyCode) const {
 
 void X11HotKeys::watchForRelease() {
     // With the keyboard let go, the release goes to the application in front.
-    if (!isDown(*m_heldKey))
+    const bool down = isDown(*m_heldKey);
+    if (down)
+        m_sinceFeignedRelease.invalidate();  // it has repeated: the server knows again
+    else if (!m_sinceFeignedRelease.isValid() || m_sinceFeignedRelease.hasExpired(longestSilence))
         letGo();
 }
 
@@ -133,10 +173,48 @@ void X11HotKeys::letGo() {
     const quint8 key = *m_heldKey;
     m_heldKey.reset();
     m_releaseWatch.stop();
+    m_sinceFeignedRelease.invalidate();
+    m_keyReleases.reset();
     xcb_ungrab_key(m_connection.xcb(), key, m_connection.root(), XCB_MOD_MASK_ANY);
     for (const HotKey& hotKey : m_hotKeys)
         if (hotKey.keyCode == key)
             grabAgain(hotKey);
+    xcb_flush(m_connection.xcb());
+}
+
+bool X11HotKeys::letPass(quint8 keyCode, Modifiers modifiers) {
+    const bool down = isDown(keyCode);
+    m_pass = Pass{keyCode, modifiers, down && m_heldKey == keyCode};
+    if (m_heldKey == keyCode) {
+        xcb_ungrab_key(m_connection.xcb(), keyCode, m_connection.root(), XCB_MOD_MASK_ANY);
+        grabHeldKey();
+    } else {
+        for (const HotKey& hotKey : m_hotKeys)
+            if (hotKey.keyCode == keyCode && hotKey.modifiers == modifiers)
+                ungrab(hotKey);
+    }
+    // A repeat that has not been read yet has the keyboard.
+    xcb_ungrab_keyboard(m_connection.xcb(), XCB_CURRENT_TIME);
+    return down;
+}
+
+void X11HotKeys::endPass() {
+    const Pass pass = *std::exchange(m_pass, std::nullopt);
+    if (m_heldKey != pass.keyCode) {
+        for (const HotKey& hotKey : m_hotKeys)
+            if (hotKey.keyCode == pass.keyCode && hotKey.modifiers == pass.modifiers)
+                grabAgain(hotKey);
+        return;
+    }
+    if (pass.releasesHeldKey && m_rawInput.isAvailable()) {
+        m_sinceFeignedRelease.start();
+        m_keyReleases.emplace(
+            m_rawInput, X11RawInput::Kind::keyReleased, [this](const X11RawInput::Event& event) {
+                if (m_heldKey == event.detail)
+                    letGo();
+            });
+    }
+    grabHeldKey();
 }
 
 void X11HotKeys::remapKeyboard() {
@@ -151,8 +229,11 @@ void X11HotKeys::remapKeyboard() {
 }
 
 void X11HotKeys::grabAgain(const HotKey& hotKey) {
-    if (grab(hotKey) != HotKeyStatus::registered)
+    const HotKeyStatus status = grab(hotKey);
+    if (status != HotKeyStatus::registered)
         debugLog(u"X11HotKeys: another program has taken the hot key %1"_s.arg(hotKey.id.id));
+    if (m_statusHandler)
+        m_statusHandler(hotKey.id, status);
 }
 
 }  // namespace tralio

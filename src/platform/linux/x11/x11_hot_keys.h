@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTimer>
 
 #include <vector>
 
 #include "hotkeys/hot_key_platform.h"
 #include "platform/linux/x11/modifier_map.h"
-#include "platform/linux/x11/x11_connection.h"
+#include "platform/linux/x11/x11_raw_input.h"
 
 namespace tralio {
 
@@ -19,11 +20,19 @@ namespace tralio {
 /// released for a synthetic shortcut they would be typed over the user's selection.
 class X11HotKeys final : public HotKeyPlatform {
 public:
-    explicit X11HotKeys(X11Connection& connection);
+    X11HotKeys(X11Connection& connection, X11RawInput& rawInput);
 
     EventHandlerRef installEventHandler(EventHandler handler) override;
+    void installStatusHandler(StatusHandler handler) override;
     Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
     void unregisterHotKey(HotKeyRef ref) override;
+
+    /// Lets a synthetic combination, which is pressed right after this, reach the application in front, be it
+    /// a hot key of ours or on a key that is held. Answers whether the key is down, and has to be released
+    /// before it can be pressed.
+    [[nodiscard]] bool letPass(quint8 keyCode, Modifiers modifiers);
+    /// After that combination has been released.
+    void endPass();
 
 private:
     struct HotKey {
@@ -32,25 +41,41 @@ private:
         quint8 keyCode = 0;  ///< X key code
         Modifiers modifiers;
     };
+    /// A combination that is not ours for the moment.
+    struct Pass {
+        quint8 keyCode = 0;
+        Modifiers modifiers;
+        bool releasesHeldKey = false;
+    };
 
     void handle(const xcb_generic_event_t& event);
     void hold(quint8 keyCode);
+    void grabHeldKey();
     void press(const xcb_key_press_event_t& event);
     [[nodiscard]] bool isDown(quint8 keyCode) const;
     void watchForRelease();
     void letGo();
     void remapKeyboard();
+    [[nodiscard]] xcb_void_cookie_t grabKey(quint8 keyCode, quint16 state);
+    [[nodiscard]] bool wasRefused(xcb_void_cookie_t request);
     [[nodiscard]] HotKeyStatus grab(const HotKey& hotKey);
     void grabAgain(const HotKey& hotKey);
     void ungrab(const HotKey& hotKey);
 
     X11Connection& m_connection;
+    X11RawInput& m_rawInput;
     ModifierMap m_modifiers;
     std::vector<HotKey> m_hotKeys;
     std::vector<EventHandler> m_handlers;
+    StatusHandler m_statusHandler;
     quint64 m_lastRef = 0;
     std::optional<quint8> m_heldKey;  ///< pressed and not yet seen released
+    std::optional<Pass> m_pass;
     QTimer m_releaseWatch;
+    std::optional<X11RawInput::Listener> m_keyReleases;
+    /// Valid while the server takes the held key for released, because we said so for a synthetic press, and
+    /// only the keyboard itself can tell.
+    QElapsedTimer m_sinceFeignedRelease;
 };
 
 }  // namespace tralio

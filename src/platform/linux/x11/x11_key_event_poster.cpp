@@ -38,8 +38,9 @@ std::optional<quint8> keyFor(const X11Connection& connection, KeyCode wanted) {
 
 }  // namespace
 
-X11KeyEventPoster::X11KeyEventPoster(X11Connection& connection, FocusIsTerminal focusIsTerminal)
-    : m_connection(connection), m_focusIsTerminal(std::move(focusIsTerminal)) {}
+X11KeyEventPoster::X11KeyEventPoster(
+    X11Connection& connection, X11HotKeys& hotKeys, FocusIsTerminal focusIsTerminal)
+    : m_connection(connection), m_hotKeys(hotKeys), m_focusIsTerminal(std::move(focusIsTerminal)) {}
 
 void X11KeyEventPoster::post(const KeyEvent& event) {
     const bool isShortcut = event.modifiers.testFlag(Modifier::command);
@@ -62,8 +63,13 @@ void X11KeyEventPoster::pressShortcut(KeyCode shortcutKey) {
     if (how == CopyShortcut::none || !control || !shift || !key)
         return;
     m_shortcut = {*control, *key};
-    if (how == CopyShortcut::controlShift)
+    Modifiers modifiers = Modifier::control;
+    if (how == CopyShortcut::controlShift) {
         m_shortcut = {*control, *shift, *key};
+        modifiers |= Modifier::shift;
+    }
+    if (m_hotKeys.letPass(*key, modifiers))
+        fake(XCB_KEY_RELEASE, *key);  // the server ignores the press of a key that is down
     for (const quint8 down : m_shortcut)
         fake(XCB_KEY_PRESS, down);
 }
@@ -71,6 +77,8 @@ void X11KeyEventPoster::pressShortcut(KeyCode shortcutKey) {
 void X11KeyEventPoster::releaseShortcut() {
     // Exactly what was pressed, whatever window is in front by now.
     std::for_each(m_shortcut.rbegin(), m_shortcut.rend(), [this](quint8 key) { fake(XCB_KEY_RELEASE, key); });
+    if (!m_shortcut.empty())
+        m_hotKeys.endPass();
     m_shortcut.clear();
 }
 

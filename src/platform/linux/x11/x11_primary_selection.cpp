@@ -1,7 +1,6 @@
 #include "platform/linux/x11/x11_primary_selection.h"
 
 #include <algorithm>
-#include <xcb/xinput.h>
 
 #include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/selection/current_selection.h"
@@ -21,45 +20,20 @@ xcb_window_t primaryOwner(X11Connection& connection) {
 
 }  // namespace
 
-X11PrimarySelection::X11PrimarySelection(X11Connection& connection)
-    : m_connection(connection), m_watch(connection, XCB_ATOM_PRIMARY, [this](xcb_timestamp_t time) {
-          m_history.marked(time, areKeysHeld());
-      }) {
-    watchMouse();
-}
+X11PrimarySelection::X11PrimarySelection(X11Connection& connection, X11RawInput& rawInput)
+    : m_connection(connection),
+      m_mouse(rawInput, X11RawInput::Kind::buttonPressed | X11RawInput::Kind::buttonReleased,
+          [this](const X11RawInput::Event& event) { mouseEvent(event); }),
+      m_watch(connection, XCB_ATOM_PRIMARY,
+          [this](xcb_timestamp_t time) { m_history.marked(time, areKeysHeld()); }) {}
 
-void X11PrimarySelection::watchMouse() {
-    xcb_connection_t* xcb = m_connection.xcb();
-    const xcb_query_extension_reply_t* extension = xcb_get_extension_data(xcb, &xcb_input_id);
-    if (!extension || !extension->present)
+void X11PrimarySelection::mouseEvent(const X11RawInput::Event& event) {
+    if (event.detail != leftButton)
         return;
-    // From 2.1 on raw events come whatever another program grabs.
-    const XcbPtr<xcb_input_xi_query_version_reply_t> version{
-        xcb_input_xi_query_version_reply(xcb, xcb_input_xi_query_version(xcb, 2, 1), nullptr)};
-    if (!version || version->major_version < 2 || (version->major_version == 2 && version->minor_version < 1))
-        return;
-    struct {
-        xcb_input_event_mask_t header;
-        quint32 mask;
-    } wanted{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
-        XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE};
-    xcb_input_xi_select_events(xcb, m_connection.root(), 1, &wanted.header);
-    xcb_flush(xcb);
-    m_inputExtension = extension->major_opcode;
-    m_connection.addEventHandler([this](const xcb_generic_event_t& event) { mouseEvent(event); });
-}
-
-void X11PrimarySelection::mouseEvent(const xcb_generic_event_t& event) {
-    const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
-    if ((event.response_type & 0x7f) != XCB_GE_GENERIC || generic.extension != m_inputExtension)
-        return;
-    const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
-    if (raw.detail != leftButton)
-        return;
-    if (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS)
-        m_history.pressed(raw.time);
-    else if (generic.event_type == XCB_INPUT_RAW_BUTTON_RELEASE)
-        m_history.released(raw.time);
+    if (event.kind == X11RawInput::Kind::buttonPressed)
+        m_history.pressed(event.time);
+    else
+        m_history.released(event.time);
 }
 
 bool X11PrimarySelection::areKeysHeld() const {

@@ -2,16 +2,17 @@
 
 #include "platform/linux/selection/mark_history.h"
 #include "platform/linux/selection/primary_selection.h"
+#include "platform/linux/x11/x11_raw_input.h"
 #include "platform/linux/x11/x11_selection_watch.h"
 
 namespace tralio {
 
 /// PRIMARY of an X session, with the history of the mark from the raw events of the left mouse button, which
-/// reach us whichever window is below the pointer. Without XInput 2.1 every mark counts as made by the
+/// reach us whichever window is below the pointer. Without XInput 2.2 every mark counts as made by the
 /// keyboard, and as still there.
 class X11PrimarySelection final : public PrimarySelection {
 public:
-    explicit X11PrimarySelection(X11Connection& connection);
+    X11PrimarySelection(X11Connection& connection, X11RawInput& rawInput);
 
     std::optional<PrimaryMark> markOf(qint32 processId, QDeadlineTimer deadline) override;
 
@@ -19,14 +20,13 @@ public:
     [[nodiscard]] static bool ownerGivesPasswords(X11Connection& connection);
 
 private:
-    void watchMouse();
-    void mouseEvent(const xcb_generic_event_t& event);
+    void mouseEvent(const X11RawInput::Event& event);
     [[nodiscard]] bool areKeysHeld() const;
     [[nodiscard]] bool frontGivesUpItself();
 
     X11Connection& m_connection;
     MarkHistory m_history;
-    quint8 m_inputExtension = 0;
+    X11RawInput::Listener m_mouse;
     X11SelectionWatch m_watch;
 };
 

@@ -48,13 +48,6 @@ void X11WindowActivator::tellWindowManager(
         reinterpret_cast<const char*>(&message));
 }
 
-bool X11WindowActivator::isMousePressed() {
-    constexpr quint16 buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
-    const XcbPtr<xcb_query_pointer_reply_t> pointer{xcb_query_pointer_reply(
-        m_connection.xcb(), xcb_query_pointer(m_connection.xcb(), m_connection.root()), nullptr)};
-    return pointer && (pointer->mask & buttons) != 0;
-}
-
 bool X11WindowActivator::isCompositing() {
     const XcbPtr<xcb_get_selection_owner_reply_t> manager{xcb_get_selection_owner_reply(m_connection.xcb(),
         xcb_get_selection_owner(m_connection.xcb(), m_connection.atom("_NET_WM_CM_S0")), nullptr)};

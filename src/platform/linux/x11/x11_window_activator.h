@@ -20,9 +20,6 @@ public:
     /// Whether the window is the one in front, also while a grab keeps the keyboard from it for a moment.
     [[nodiscard]] bool isActive(WId window);
 
-    /// Whether a button of the mouse is held down, whoever has the pointer.
-    [[nodiscard]] bool isMousePressed();
-
     /// Whether windows may be translucent.
     [[nodiscard]] bool isCompositing();
 

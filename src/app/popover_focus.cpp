@@ -1,0 +1,115 @@
+#include "app/popover_focus.h"
+
+#include <utility>
+
+namespace tralio {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Between what a click does first and last: the focus goes, and the status item's action arrives.
+constexpr auto sameClick = 300ms;
+constexpr auto focusPoll = 50ms;
+/// How long a window manager may take to give the keyboard.
+constexpr auto focusPatience = 2s;
+/// Window managers let the focus follow the pointer after 200 or 250 ms.
+constexpr auto focusDelay = 600ms;
+/// Compositors tell of the keyboard's and of the pointer's leaving together. The way to a click elsewhere
+/// takes longer.
+constexpr auto sameMotion = 20ms;
+
+}  // namespace
+
+void PopoverFocus::shown() {
+    m_isOpen = true;
+    m_isPressedOutside = false;
+    m_hadFocus = m_window.isActive();
+    m_justClosed.isOver();
+    m_movedLately.isOver();
+    m_justMoved.isOver();
+    m_justLeft.isOver();
+    m_followsPointer = false;
+    m_justShown.isNowFor(m_clock, sameClick);
+    bringToFront();
+}
+
+void PopoverFocus::hidden() {
+    m_isOpen = false;
+    m_look.takeBack();
+}
+
+void PopoverFocus::bringToFront() {
+    m_window.bringToFront();
+    if (m_window.isActive())
+        return;
+    m_awaited.isNowFor(m_clock, focusPatience);
+    lookLater();
+}
+
+void PopoverFocus::activated() {
+    m_hadFocus = true;
+    m_awaited.isOver();
+    m_followsPointer = false;
+    m_movedLately.isOver();  // what moved the pointer before has not taken the keyboard away
+    m_justMoved.isOver();
+}
+
+void PopoverFocus::deactivated() {
+    m_followsPointer = m_justLeft.isNow();
+    lookLater();
+}
+
+void PopoverFocus::pressed() {
+    m_isPressedOutside = m_isOpen && !m_window.isUnderPointer();
+}
+
+void PopoverFocus::released() {
+    if (!std::exchange(m_isPressedOutside, false) || !m_isOpen)
+        return;
+    if (m_window.isUnderPointer())
+        bringToFront();
+    else
+        close();
+}
+
+void PopoverFocus::moved() {
+    if (!m_isOpen || m_justMoved.isNow())
+        return;  // mice tell of it a thousand times a second
+    m_justMoved.isNowFor(m_clock, focusPoll);
+    m_movedLately.isNowFor(m_clock, focusDelay);
+}
+
+void PopoverFocus::left() {
+    m_justLeft.isNowFor(m_clock, sameMotion);
+    if (m_look)  // the keyboard has been told of first
+        m_followsPointer = true;
+}
+
+void PopoverFocus::lookLater() {
+    m_look = m_clock.after(
+        focusPoll, [this] { look(); });
+}
+
+void PopoverFocus::look() {
+    const ScheduledCall made = std::exchange(m_look, {});
+    if (!m_isOpen || m_window.isActive() || m_isPressedOutside)
+        return;
+    const bool followsPointer = m_followsPointer || (m_movedLately.isNow() && !m_window.isUnderPointer());
+    if (m_justShown.isNow() || m_window.isInFront()) {
+        // The toolkit may be telling of the time before the popover was shown, or of a moment's grab; it will
+        // not tell when another window becomes active meanwhile.
+        lookLater();
+    } else if (m_awaited.isNow()) {
+        m_window.bringToFront();
+        lookLater();
+    } else if (m_hadFocus && !followsPointer) {  // there are window managers that give no keyboard to it
+        close();
+    }
+}
+
+void PopoverFocus::close() {
+    m_window.closeForUser();
+    m_justClosed.isNowFor(m_clock, sameClick);
+}
+
+}  // namespace tralio

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QWindow>
+
+#include <functional>
+
+namespace tralio {
+
+/// What a session does for a window like the popover, beside what the toolkit does.
+class WindowSystem {
+public:
+    enum class Pointer { pressed, released, moved };
+    using PointerHandler = std::function<void(Pointer)>;
+
+    WindowSystem() = default;
+    WindowSystem(const WindowSystem&) = delete;
+    WindowSystem& operator=(const WindowSystem&) = delete;
+    virtual ~WindowSystem() = default;
+
+    /// Whether windows may be translucent, and, as a whole, fade.
+    [[nodiscard]] virtual bool isCompositing() = 0;
+    [[nodiscard]] virtual bool fades() = 0;
+
+    /// Brings a window that has just been shown to the front, with the keyboard.
+    virtual void activate(WId window) = 0;
+    /// Whether a window is the one in front, also while a grab keeps the keyboard from it. False where nobody
+    /// tells.
+    [[nodiscard]] virtual bool isActive(WId window) = 0;
+
+    /// Tells what the mouse does outside our windows too, as far as programs are told, until the handler is
+    /// replaced by an empty one.
+    virtual void watchPointer(PointerHandler handler) = 0;
+};
+
+/// Where the toolkit does all that is done.
+class ToolkitWindowSystem final : public WindowSystem {
+public:
+    enum class Compositing { no, yes };
+
+    explicit ToolkitWindowSystem(Compositing compositing) : m_compositing(compositing) {}
+
+    bool isCompositing() override { return m_compositing == Compositing::yes; }
+    bool fades() override { return false; }
+    void activate(WId /*window*/) override {}
+    bool isActive(WId /*window*/) override { return false; }
+    void watchPointer(PointerHandler /*handler*/) override {}
+
+private:
+    Compositing m_compositing;
+};
+
+}  // namespace tralio

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+
+#include "app/window_system.h"
+#include "platform/linux/x11/x11_raw_input.h"
+#include "platform/linux/x11/x11_window_activator.h"
+
+namespace tralio {
+
+/// What an X server does for the windows of the toolkit's X11 platform.
+class X11WindowSystem final : public WindowSystem {
+public:
+    /// Xwayland sees the mouse over X windows only: it tells of presses there, and no motion of its own tells
+    /// why the focus has gone.
+    enum class Sees { wholeScreen, xWindows };
+
+    X11WindowSystem(X11Connection& connection, X11RawInput& rawInput, Sees sees);
+
+    bool isCompositing() override { return m_activator.isCompositing(); }
+    bool fades() override { return isCompositing(); }
+    void activate(WId window) override { m_activator.activate(window); }
+    bool isActive(WId window) override { return m_activator.isActive(window); }
+    void watchPointer(PointerHandler handler) override;
+
+private:
+    X11WindowActivator m_activator;
+    X11RawInput& m_rawInput;
+    Sees m_sees;
+    std::optional<X11RawInput::Listener> m_listener;
+};
+
+}  // namespace tralio

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QFlags>
+
+#include <functional>
+#include <vector>
+
+#include "platform/linux/x11/x11_connection.h"
+
+namespace tralio {
+
+/// Tells of keys and the mouse anywhere on the screen, whoever has the focus or a grab, by the raw events of
+/// the X Input extension (2.2 or later). The server sends what somebody listens to. Used from the main
+/// thread.
+class X11RawInput final {
+public:
+    enum class Kind : quint32 { buttonPressed = 1, buttonReleased = 2, moved = 4, keyReleased = 8 };
+    Q_DECLARE_FLAGS(Kinds, Kind)
+
+    struct Event {
+        Kind kind;
+        quint32 detail;  ///< the number of the button, or the X key code
+        xcb_timestamp_t time;
+    };
+    using Handler = std::function<void(const Event&)>;
+
+    /// Hears events for as long as it exists; not longer than what it listens to. The handler may end it.
+    class Listener final {
+    public:
+        Listener(X11RawInput& input, Kinds kinds, Handler handler);
+        Listener(const Listener&) = delete;
+        Listener& operator=(const Listener&) = delete;
+        ~Listener();
+
+    private:
+        friend X11RawInput;
+
+        X11RawInput& m_input;
+        Kinds m_kinds;
+        Handler m_handler;
+    };
+
+    explicit X11RawInput(X11Connection& connection);
+
+    /// Whether the server has such events.
+    [[nodiscard]] bool isAvailable() const { return m_isAvailable; }
+
+    /// Whether a button is the mouse's wheel.
+    [[nodiscard]] static bool isWheel(quint32 button);
+
+private:
+    void handle(const xcb_generic_event_t& event);
+    void tell(const Event& event);
+    void select();
+
+    X11Connection& m_connection;
+    quint8 m_extension = 0;
+    bool m_isAvailable = false;
+    std::vector<Listener*> m_listeners;
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(X11RawInput::Kinds)
+
+}  // namespace tralio

@@ -1,0 +1,43 @@
+#include "ui/kit/press_guard.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+
+#include <utility>
+
+namespace tralio {
+
+PressGuard::PressGuard(QWidget& guarded, Clock& clock) : m_guarded(guarded), m_clock(clock) {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool PressGuard::isStray(QWidget* target, const QPoint& place, quint64 timestamp) {
+    if (timestamp == std::exchange(m_timestamp, timestamp))
+        return m_hasSwallowed;  // the same press, handed on to what the first receiver stands in
+    const bool isNear = (place - m_place).manhattanLength() <= QApplication::startDragDistance();
+    if (m_isWithinInterval && isNear && m_target != target)
+        return true;
+    m_target = target;
+    m_place = place;
+    m_isWithinInterval = true;
+    m_intervalEnd = m_clock.after(std::chrono::milliseconds(QApplication::doubleClickInterval()),
+        [this] { m_isWithinInterval = false; });
+    return false;
+}
+
+bool PressGuard::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    const bool isPress = type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick;
+    if (!isPress && type != QEvent::MouseButtonRelease)
+        return false;
+    auto* target = qobject_cast<QWidget*>(watched);
+    if (!target || (target != &m_guarded && !m_guarded.isAncestorOf(target)))
+        return false;
+    if (!isPress)
+        return std::exchange(m_hasSwallowed, false);
+    const auto& press = static_cast<const QMouseEvent&>(*event);
+    m_hasSwallowed = isStray(target, press.globalPosition().toPoint(), press.timestamp());
+    return m_hasSwallowed;
+}
+
+}  // namespace tralio

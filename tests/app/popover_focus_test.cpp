@@ -1,0 +1,219 @@
+#include "app/popover_focus.h"
+
+#include <gtest/gtest.h>
+
+#include "support/fake_clock.h"
+
+namespace tralio {
+namespace {
+
+using namespace std::chrono_literals;
+
+class FakeWindow final : public PopoverFocus::Window {
+public:
+    bool isActive() const override { return active; }
+    bool isInFront() const override { return inFront; }
+    bool isUnderPointer() const override { return underPointer; }
+    void bringToFront() override { ++asked; }
+    void closeForUser() override {
+        open = false;
+        focus->hidden();
+    }
+
+    PopoverFocus* focus = nullptr;
+    bool open = false;
+    bool active = false;
+    bool inFront = false;
+    bool underPointer = false;
+    int asked = 0;  ///< for the keyboard
+};
+
+class PopoverFocusTest : public testing::Test {
+protected:
+    PopoverFocusTest() { window.focus = &focus; }
+
+    /// Shown, with the keyboard, for a while already.
+    void open() {
+        window.open = true;
+        focus.shown();
+        gain();
+        clock.advance(5s);
+    }
+    void gain() {
+        window.active = true;
+        focus.activated();
+    }
+    void lose() {
+        window.active = false;
+        focus.deactivated();
+    }
+    void click(bool inside) {
+        window.underPointer = inside;
+        focus.pressed();
+        focus.released();
+    }
+
+    FakeClock clock;
+    FakeWindow window;
+    PopoverFocus focus{window, clock};
+};
+
+TEST_F(PopoverFocusTest, a_click_elsewhere_closes_it_whether_or_not_it_takes_the_keyboard) {
+    for (const bool takesKeyboard : {false, true}) {
+        open();
+        click(true);
+        clock.advance(1s);
+        EXPECT_TRUE(window.open);
+        window.underPointer = false;
+        focus.pressed();
+        if (takesKeyboard)
+            lose();
+        clock.advance(1s);
+        EXPECT_TRUE(window.open) << "the button is still down: it may become a drag";
+        focus.released();
+        EXPECT_FALSE(window.open);
+    }
+    clock.advance(1s);
+    click(false);
+    EXPECT_FALSE(focus.wasJustClosed()) << "a click while it is closed";
+}
+
+TEST_F(PopoverFocusTest, a_drag_that_ends_over_it_is_a_drop_and_brings_it_to_the_front) {
+    open();
+    const int asked = window.asked;
+    window.underPointer = false;
+    focus.pressed();
+    lose();
+    clock.advance(1s);
+    window.underPointer = true;
+    focus.released();
+    EXPECT_TRUE(window.open);
+    EXPECT_EQ(window.asked, asked + 1);
+    gain();
+    clock.advance(3s);
+
+    // And the other way round: what begins inside is not a click elsewhere.
+    focus.pressed();
+    window.underPointer = false;
+    focus.released();
+    EXPECT_TRUE(window.open);
+}
+
+TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follows_the_pointer) {
+    open();
+    lose();
+    clock.advance(50ms);
+    EXPECT_FALSE(window.open) << "left by the keyboard";
+
+    const auto motions = {&PopoverFocus::moved, &PopoverFocus::left};
+    for (const auto motion : motions) {
+        open();
+        window.underPointer = false;
+        (focus.*motion)();
+        lose();
+        clock.advance(5s);
+        EXPECT_TRUE(window.open) << "closed by a motion";
+        click(false);
+        EXPECT_FALSE(window.open) << "a click still closes it";
+    }
+
+    open();
+    lose();
+    clock.advance(20ms);
+    focus.left();
+    clock.advance(5s);
+    EXPECT_TRUE(window.open) << "told of the keyboard first";
+
+    open();
+    focus.left();
+    clock.advance(20ms);
+    lose();
+    clock.advance(50ms);
+    EXPECT_FALSE(window.open) << "the pointer had left before";
+
+    open();
+    window.underPointer = true;
+    focus.moved();
+    lose();
+    clock.advance(50ms);
+    EXPECT_FALSE(window.open) << "the pointer is still here: it has taken nothing along";
+
+    open();
+    window.underPointer = false;
+    focus.moved();
+    focus.left();
+    clock.advance(601ms);
+    lose();
+    clock.advance(50ms);
+    EXPECT_FALSE(window.open) << "moved long before";
+}
+
+TEST_F(PopoverFocusTest, a_focus_that_follows_the_pointer_may_take_the_window_managers_delay) {
+    open();
+    focus.moved();
+    clock.advance(40ms);
+    focus.moved();  // tells nothing new within a moment
+    clock.advance(500ms);
+    lose();
+    clock.advance(5s);
+    EXPECT_TRUE(window.open);
+
+    gain();
+    lose();
+    clock.advance(50ms);
+    EXPECT_FALSE(window.open) << "a motion before it had the keyboard has not taken it";
+}
+
+TEST_F(
+    PopoverFocusTest, a_grab_that_keeps_the_keyboard_for_a_moment_leaves_it_open_until_another_is_in_front) {
+    open();
+    window.inFront = true;
+    lose();
+    clock.advance(5s);
+    EXPECT_TRUE(window.open);
+    window.inFront = false;
+    clock.advance(50ms);
+    EXPECT_FALSE(window.open);
+}
+
+TEST_F(PopoverFocusTest, a_slow_window_manager_is_asked_again_and_one_that_gives_no_keyboard_leaves_it_open) {
+    window.open = true;
+    focus.shown();
+    EXPECT_EQ(window.asked, 1);
+    clock.advance(1s);
+    const int asked = window.asked;
+    EXPECT_GT(asked, 5);
+    clock.advance(10s);
+    EXPECT_TRUE(window.open);
+    EXPECT_LT(window.asked, 3 * asked) << "for ever";
+    EXPECT_EQ(clock.pending(), 0);
+
+    focus.shown();
+    gain();
+    lose();
+    clock.advance(250ms);
+    EXPECT_TRUE(window.open) << "told of the time before it was shown";
+    clock.advance(100ms);
+    EXPECT_FALSE(window.open);
+}
+
+TEST_F(PopoverFocusTest, that_it_was_just_closed_by_a_click_is_known_for_that_click) {
+    open();
+    click(false);
+    EXPECT_TRUE(focus.wasJustClosed());
+    clock.advance(299ms);
+    EXPECT_TRUE(focus.wasJustClosed());
+    clock.advance(1ms);
+    EXPECT_FALSE(focus.wasJustClosed());
+
+    open();
+    click(false);
+    focus.shown();
+    EXPECT_FALSE(focus.wasJustClosed()) << "opened again";
+    focus.hidden();
+    clock.advance(5s);
+    EXPECT_FALSE(focus.wasJustClosed()) << "closed by the program";
+}
+
+}  // namespace
+}  // namespace tralio
