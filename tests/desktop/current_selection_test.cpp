@@ -184,20 +184,27 @@ TEST_F(CurrentSelection, leaves_a_greyed_copy_alone) {
 }
 
 TEST_F(CurrentSelection, taken_over_on_the_clipboard_by_another_program_is_not_new) {
-    desktop.setClipboard(sentence);
-    ASSERT_TRUE(program.clickTrayIcon());
-    ASSERT_TRUE(waitUntil([this] { return program.standIn().requests().size() == 1; }));
-    const auto opens = [this] {
-        EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
-        ASSERT_TRUE(program.closePopover());
-        ASSERT_TRUE(program.clickTrayIcon());
+    const auto copy = [this](const QString& text) -> QProcess& {
+        const QString path = desktop.write(u"copied.txt"_s, text);
+        return desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, path});
     };
-    desktop.setClipboard(sentence + u'\n');
-    opens();
-    EXPECT_FALSE(waitUntil([this] { return program.standIn().requests().size() > 1; }, 1));
-    desktop.setClipboard(u"một câu khác"_s);
-    opens();
-    EXPECT_TRUE(waitUntil([this] { return program.standIn().requests().size() > 1; }));
+    const auto requests = [this] { return program.standIn().requests().size(); };
+    QProcess& first = copy(sentence);
+    ASSERT_TRUE(waitUntil([&] { return desktop.clipboard() == sentence; }));
+    ASSERT_TRUE(program.clickTrayIcon());
+    ASSERT_TRUE(waitUntil([&] { return requests() == 1; }));
+    ASSERT_TRUE(program.closePopover());
+
+    QProcess& second = copy(sentence);
+    ASSERT_TRUE(waitUntil([&] { return first.state() == QProcess::NotRunning; }));
+    ASSERT_TRUE(program.clickTrayIcon());
+    EXPECT_FALSE(waitUntil([&] { return requests() > 1; }, 2));
+    ASSERT_TRUE(program.closePopover());
+
+    copy(u"một câu khác"_s);
+    ASSERT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
+    ASSERT_TRUE(program.clickTrayIcon());
+    EXPECT_TRUE(waitUntil([&] { return requests() > 1; }));
 }
 
 }  // namespace

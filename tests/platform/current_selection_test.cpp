@@ -33,7 +33,8 @@ TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_ha
         {{Answer::some, u"two"_s, Reach::part}, std::nullopt, u"two"_s},
         {{Answer::some, u"two"_s, Reach::whole}, PrimaryMark{both}, u"two"_s},
         // The element has spoken: what else is said against the mark does not matter.
-        {{Answer::some, u"\ufffc"_s, Reach::part}, PrimaryMark{both, true, true}, both},
+        {{Answer::some, u"\ufffc"_s, Reach::part},
+            PrimaryMark{.text = both, .mayBeGone = true, .mayBePassword = true}, both},
         {{Answer::none, {}, Reach::part}, PrimaryMark{both}, std::nullopt},
         {{}, PrimaryMark{both}, std::nullopt},
     };
@@ -43,11 +44,27 @@ TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_ha
 
 TEST(CurrentSelection, that_no_element_counts_is_primary_as_long_as_nothing_speaks_against_it) {
     EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"marked"_s})), u"marked"_s);
-    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"marked"_s, true, false})), std::nullopt);
-    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"marked"_s, false, true})), std::nullopt);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{.text = u"marked"_s, .mayBeGone = true})), std::nullopt);
+    EXPECT_EQ(
+        uncountedSelection(holding(PrimaryMark{.text = u"marked"_s, .mayBePassword = true})), std::nullopt);
     EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"•••••••"_s})), std::nullopt);
     EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"• one"_s})), u"• one"_s);
     EXPECT_EQ(uncountedSelection(holding(std::nullopt)), std::nullopt);
+}
+
+TEST(CurrentSelection, beside_an_element_that_counts_none_is_a_fresh_mark_of_its_page_alone) {
+    const PrimaryMark old{.text = u"marked"_s};
+    const PrimaryMark fresh{.text = u"marked"_s, .isFresh = true};
+    const PrimaryMark secret{.text = u"marked"_s, .isFresh = true, .mayBePassword = true};
+    const auto beside = [](Answer answer, Reach reach, const PrimaryMark& mark) {
+        return selectionBeside({answer, {}, reach}, holding(mark));
+    };
+    EXPECT_EQ(beside(Answer::unknown, Reach::part, old), u"marked"_s);
+    EXPECT_EQ(beside(Answer::none, Reach::part, old), std::nullopt);
+    EXPECT_EQ(beside(Answer::none, Reach::part, fresh), u"marked"_s);
+    EXPECT_EQ(beside(Answer::none, Reach::part, secret), std::nullopt);
+    EXPECT_EQ(beside(Answer::none, Reach::whole, fresh), std::nullopt);
+    EXPECT_EQ(beside(Answer::some, Reach::part, fresh), std::nullopt);
 }
 
 TEST(CurrentSelection, may_be_a_password_when_it_is_one_word_but_for_a_plain_one_that_was_clicked_twice) {

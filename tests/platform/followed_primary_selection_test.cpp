@@ -18,11 +18,11 @@ TEST(FollowedPrimarySelection, counts_only_in_the_application_where_it_was_made)
     EXPECT_EQ(mark(), std::nullopt);  // there before we came
 
     primary.noteChange();
-    EXPECT_EQ(mark(), PrimaryMark{u"a text"_s});
+    EXPECT_EQ(mark()->text, u"a text"_s);
     front = u"browser"_s;
     EXPECT_EQ(mark(), std::nullopt);
     front = u"editor"_s;
-    EXPECT_EQ(mark(), PrimaryMark{u"a text"_s});
+    EXPECT_EQ(mark()->text, u"a text"_s);
 
     front.clear();  // nobody tells any more who is in front
     primary.noteChange();

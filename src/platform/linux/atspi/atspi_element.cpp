@@ -110,8 +110,7 @@ std::optional<QString> AtspiElement::selectedText() {
 }
 
 std::optional<QString> AtspiElement::selectedDocumentText() {
-    return selection().answer == ElementSelection::Answer::unknown ? uncountedSelection(askPrimary())
-                                                                   : std::nullopt;
+    return selectionBeside(selection(), askPrimary());
 }
 
 const ElementSelection& AtspiElement::selection() {

@@ -32,6 +32,17 @@ std::optional<QString> uncountedSelection(const AskPrimary& primary) {
     return std::move(mark->text);
 }
 
+std::optional<QString> selectionBeside(const ElementSelection& element, const AskPrimary& primary) {
+    using Answer = ElementSelection::Answer;
+    if (element.answer == Answer::some ||
+        (element.answer == Answer::none && element.reach == ElementSelection::Reach::whole))
+        return std::nullopt;
+    return uncountedSelection([&]() -> std::optional<PrimaryMark> {
+        auto mark = primary();
+        return mark && (element.answer == Answer::unknown || mark->isFresh) ? std::move(mark) : std::nullopt;
+    });
+}
+
 bool looksLikePassword(const QString& text, Marking marking) {
     const QString word = text.trimmed();
     if (word.isEmpty() || std::any_of(word.begin(), word.end(), [](QChar c) { return c.isSpace(); }))

@@ -26,10 +26,11 @@ namespace tralio {
 // (Document.GetTextSelections, which AT-SPI knows from 2.52 on, none of them answers to in Debian 12.)
 //
 // So an element that counts its selections is believed, and the events are not: they come late or never.
-// PRIMARY is asked for what the element shows but a part of, and where nobody counts. There a press of the
-// mouse since the mark speaks against it; whether something is marked then the application must say itself,
-// by what its Copy does. The same holds for what may be a password: Chromium gives the typed text of a
-// password field to PRIMARY (GTK gives dots, Firefox and Qt nothing), but copies nothing from such a field.
+// PRIMARY is asked for what the element shows but a part of, within a second of the mark where a page counts
+// none yet (Chromium's tree follows late), and where nobody counts. There a press of the mouse since the mark
+// speaks against it; whether something is marked then the application must say itself, by what its Copy does.
+// The same holds for what may be a password: Chromium gives the typed text of a password field to PRIMARY
+// (GTK gives dots, Firefox and Qt nothing), but copies nothing from such a field.
 
 /// What the focused element says of its selection.
 struct ElementSelection {
@@ -58,6 +59,10 @@ using AskPrimary = std::function<std::optional<PrimaryMark>()>;
 
 /// The selection where no element counts: PRIMARY, as long as nothing speaks against it.
 [[nodiscard]] std::optional<QString> uncountedSelection(const AskPrimary& primary);
+
+/// The same where the focused element shows no selection.
+[[nodiscard]] std::optional<QString> selectionBeside(
+    const ElementSelection& element, const AskPrimary& primary);
 
 /// Whether a text could be somebody's password: one word, and not one of letters alone that was marked by a
 /// double click, as words to look up are.

@@ -14,6 +14,7 @@ FollowedPrimarySelection::FollowedPrimarySelection(
 
 void FollowedPrimarySelection::noteChange() {
     m_owner = m_frontMark();
+    m_freshUntil.setRemainingTime(freshTime);
 }
 
 std::optional<PrimaryMark> FollowedPrimarySelection::markOf(qint32 /*processId*/, QDeadlineTimer deadline) {
@@ -22,7 +23,10 @@ std::optional<PrimaryMark> FollowedPrimarySelection::markOf(qint32 /*processId*/
     const auto text = m_read(deadline);
     if (!text)
         return std::nullopt;
-    return PrimaryMark{*text, false, m_givesPasswords() && looksLikePassword(*text, Marking::unknown)};
+    PrimaryMark mark{*text};
+    mark.isFresh = !m_freshUntil.hasExpired();
+    mark.mayBePassword = m_givesPasswords() && looksLikePassword(*text, Marking::unknown);
+    return mark;
 }
 
 }  // namespace tralio

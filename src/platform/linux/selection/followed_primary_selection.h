@@ -30,6 +30,7 @@ private:
     FrontMark m_frontMark;
     GivesPasswords m_givesPasswords;
     QString m_owner;
+    QDeadlineTimer m_freshUntil;
 };
 
 }  // namespace tralio

@@ -7,6 +7,9 @@
 
 namespace tralio {
 
+/// How long a mark counts as fresh, in milliseconds.
+inline constexpr int freshTime = 1000;
+
 /// What an application holds in PRIMARY, and what there is to say against it.
 struct PrimaryMark {
     QString text;
@@ -14,6 +17,9 @@ struct PrimaryMark {
     /// The mouse has been pressed since. The mark is gone then, as a rule, but many toolkits leave its text
     /// here.
     bool mayBeGone = false;
+
+    /// It was made just now: an application may not have told of it by other ways yet.
+    bool isFresh = false;
 
     /// The application is of those that give out passwords here, and nothing tells that this is none.
     bool mayBePassword = false;

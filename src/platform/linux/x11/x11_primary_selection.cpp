@@ -24,8 +24,10 @@ X11PrimarySelection::X11PrimarySelection(X11Connection& connection, X11RawInput&
     : m_connection(connection),
       m_mouse(rawInput, X11RawInput::Kind::buttonPressed | X11RawInput::Kind::buttonReleased,
           [this](const X11RawInput::Event& event) { mouseEvent(event); }),
-      m_watch(connection, XCB_ATOM_PRIMARY,
-          [this](xcb_timestamp_t time) { m_history.marked(time, areKeysHeld()); }) {}
+      m_watch(connection, XCB_ATOM_PRIMARY, [this](xcb_timestamp_t time) {
+          m_history.marked(time, areKeysHeld());
+          m_freshUntil.setRemainingTime(freshTime);
+      }) {}
 
 void X11PrimarySelection::mouseEvent(const X11RawInput::Event& event) {
     if (event.detail != leftButton)
@@ -65,6 +67,7 @@ std::optional<PrimaryMark> X11PrimarySelection::markOf(qint32 processId, QDeadli
         return std::nullopt;
     PrimaryMark mark{std::move(*text)};
     mark.mayBeGone = m_history.isPressedSince() && !frontGivesUpItself();
+    mark.isFresh = !m_freshUntil.hasExpired();
     const auto origin = m_history.origin();
     const auto marking =
         origin == MarkHistory::Origin::doubleClick ? Marking::byDoubleClick : Marking::unknown;

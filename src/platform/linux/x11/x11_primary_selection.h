@@ -27,6 +27,7 @@ private:
     X11Connection& m_connection;
     MarkHistory m_history;
     X11RawInput::Listener m_mouse;
+    QDeadlineTimer m_freshUntil;
     X11SelectionWatch m_watch;
 };
 
