@@ -5,7 +5,7 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_AUTOMOC ON)
 
-add_compile_options(-Wall -Wextra -Wpedantic -Werror
+add_compile_options(-Wall -Wextra -Wpedantic
   "$<$<CONFIG:Release>:-ffunction-sections;-fdata-sections>")
 add_link_options(-Wl,--as-needed "$<$<CONFIG:Release>:-Wl,--gc-sections>")
 

@@ -9,6 +9,7 @@
 #include "common/localized_error.h"
 #include "ocr/ocr_service.h"
 #include "platform/linux/helpers/helper_text_recognizer.h"
+#include "platform/linux/helpers/installation.h"
 
 namespace tralio {
 namespace {
@@ -56,7 +57,7 @@ int main(int argc, char** argv) {
     options.process(application);
 
     tralio::SystemClock clock;
-    tralio::HelperTextRecognizer recognizer(tralio::HelperProcess::installed(u"tralio-ocr"), clock);
+    tralio::HelperTextRecognizer recognizer(tralio::installation::helper(u"tralio-ocr"), clock);
     tralio::OCRService service(recognizer);
     QMetaObject::invokeMethod(
         qApp,

@@ -31,6 +31,8 @@ constexpr auto preparationDelay = 20ms;
 constexpr auto menuDelay = 150ms;
 
 constexpr auto updateCheckDelay = 2s;
+/// At a login the tray may come after the program.
+constexpr auto trayDelay = 4s;
 
 constexpr auto noticeTime = 2s;
 constexpr auto errorTime = 6s;
@@ -79,6 +81,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_services.appState.onShowPopover = [this] { showPopover(); };
 
     m_services.clock.after(updateCheckDelay, this, [this] { m_services.updates.checkForUpdates(false); });
+    if (m_services.isFirstStart)
+        m_services.clock.after(trayDelay, this, [this] { introduceWithoutTray(); });
 }
 
 QList<StatusMenuEntry> AppDelegate::menu() {
@@ -96,6 +100,11 @@ QList<StatusMenuEntry> AppDelegate::menu() {
 void AppDelegate::showPopover() {
     m_services.appState.notifyPopoverOpened();
     m_services.popover.show(m_services.statusItem.frame());
+}
+
+void AppDelegate::introduceWithoutTray() {
+    if (!m_services.statusItem.isInTray() && !m_services.popover.isShown())
+        showPopover();
 }
 
 void AppDelegate::statusBarButtonClicked() {

@@ -33,6 +33,8 @@ public:
         StatusItemHost& statusItem;
         /// Reads the selection where it shows only to the program in front; empty elsewhere.
         std::function<void(std::function<void(const QString&)>)> readSelectionOnceFocused = {};
+        /// Nobody has used the program yet.
+        bool isFirstStart = false;
         /// A translation will be asked for soon.
         std::function<void()> prepareToTranslate = {};
         /// Ends the program.
@@ -69,6 +71,8 @@ public:
 private:
     /// What the status item's menu offers.
     [[nodiscard]] QList<StatusMenuEntry> menu();
+    /// Where there is no tray, who starts the program for the first time would see nothing of it.
+    void introduceWithoutTray();
     void translateSelectionOnceFocused();
     void translateLater(const QString& text);
     void say(const QString& notice, std::chrono::milliseconds time);

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QFileInfo>
 #include <QUrl>
 
 #include <csignal>
@@ -9,10 +10,12 @@
 #include "app/popover.h"
 #include "app/services.h"
 #include "app/status_item.h"
+#include "common/debug_log.h"
 #include "hotkeys/workspace.h"
 #include "platform/linux/bus/session_service.h"
 #include "platform/linux/desktop/desktop_appearance.h"
 #include "platform/linux/desktop/text_scale.h"
+#include "platform/linux/helpers/installation.h"
 #include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/wayland/toolkit_platform.h"
 #include "state/app_settings.h"
@@ -58,7 +61,8 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     textScale.reset();
     toolkitPlatform.reset();
-    QCoreApplication::setApplicationVersion(bundleVersion(QCoreApplication::applicationDirPath()));
+    QCoreApplication::setApplicationVersion(
+        bundleVersion(installation::infoPlist(QCoreApplication::applicationDirPath())));
     QApplication::setQuitOnLastWindowClosed(false);
 
     SessionService session;
@@ -70,6 +74,8 @@ int main(int argc, char** argv) {
             return EXIT_FAILURE;
     }
 
+    capDebugLog();
+    const bool isFirstStart = !QFileInfo::exists(defaultStorePath());
     Services services(defaultStorePath());
     const AppSettings settingsOfShell(services.store, services.hotKeys);
 
@@ -84,7 +90,7 @@ int main(int argc, char** argv) {
     StatusItem statusItem;
     AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
         services.captures, services.updates, services.clock, popover, statusItem,
-        services.desktop->selectionOnceFocused(), [&services] { services.http.prepare(); },
+        services.desktop->selectionOnceFocused(), isFirstStart, [&services] { services.http.prepare(); },
         &QCoreApplication::quit});
     delegate.applicationDidFinishLaunching();
     session.setActions(actionsOf(delegate));

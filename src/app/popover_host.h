@@ -46,6 +46,9 @@ public:
     /// For the secondary click. To be called before the event loop runs.
     virtual void setMenu(const QList<StatusMenuEntry>& entries) = 0;
 
+    /// Whether there is a tray, so that the user can see the item.
+    [[nodiscard]] virtual bool isInTray() const = 0;
+
     /// Where the item stands on the screen, if the tray tells.
     [[nodiscard]] virtual std::optional<QRect> frame() const = 0;
 };

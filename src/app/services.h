@@ -13,6 +13,7 @@
 #include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/helper_http_client.h"
 #include "platform/linux/helpers/helper_text_recognizer.h"
+#include "platform/linux/helpers/installation.h"
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
 #include "state/app_state.h"
@@ -34,9 +35,9 @@ public:
     std::unique_ptr<Desktop> desktop = Desktop::probe(clock);
     HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
     HotKeyService hotKeys{platform};
-    HelperHttpClient http{HelperProcess::installed(u"tralio-http"), clock};
+    HelperHttpClient http{installation::helper(u"tralio-http"), clock};
     AIService ai{http};
-    HelperTextRecognizer recognizer{HelperProcess::installed(u"tralio-ocr"), clock};
+    HelperTextRecognizer recognizer{installation::helper(u"tralio-ocr"), clock};
     OCRService ocr{recognizer};
     ScreenCaptureService captures{ocr, desktop->captureTool(), clock};
     SpeechDispatcher synthesizer{clock};

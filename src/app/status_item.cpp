@@ -70,6 +70,7 @@ void StatusItem::setMenu(const QList<StatusMenuEntry>& entries) {
 
 void StatusItem::setOnBus(bool onBus) {
     m_clicked.reset();
+    m_isOnBus = onBus;
     if (onBus) {
         m_embedded.reset();
         return;
@@ -112,6 +113,10 @@ void StatusItem::openMenu(const QPoint& place) const {
         else
             menu->addAction(entry.title, menu, entry.action, Qt::QueuedConnection);
     menu->popup(place);
+}
+
+bool StatusItem::isInTray() const {
+    return m_isOnBus || (m_embedded && QSystemTrayIcon::isSystemTrayAvailable());
 }
 
 std::optional<QRect> StatusItem::frame() const {

@@ -19,6 +19,7 @@ public:
 
     void setAction(std::function<void()> action) override { m_action = std::move(action); }
     void setMenu(const QList<StatusMenuEntry>& entries) override;
+    bool isInTray() const override;
     std::optional<QRect> frame() const override;
 
 private:
@@ -29,6 +30,7 @@ private:
 
     QIcon m_icon;
     StatusNotifierItem m_item;
+    bool m_isOnBus = false;
     std::unique_ptr<QSystemTrayIcon> m_embedded;
     std::optional<QRect> m_clicked;
     std::function<void()> m_action;

@@ -6,6 +6,7 @@
 #include "platform/linux/atspi/atspi_accessibility.h"
 #include "platform/linux/capture/region_picker.h"
 #include "platform/linux/desktop/desktop_permissions.h"
+#include "platform/linux/helpers/installation.h"
 #include "platform/linux/selection/primary_script_runner.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "platform/linux/x11/x11_key_event_poster.h"
@@ -41,7 +42,7 @@ private:
     AtspiBus m_bus;
     AtspiAccessibility m_accessibility{m_switch, m_bus, m_primary, [this] { return frontTitle(); }};
     DesktopPermissions m_permissions{m_switch, [] { return true; }};
-    RegionPicker m_regionPicker{RegionPicker::installedProgram()};
+    RegionPicker m_regionPicker{installation::helper(u"tralio-snip")};
 };
 
 }  // namespace tralio

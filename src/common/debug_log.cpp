@@ -17,7 +17,39 @@ QByteArray& logPath() {
     return path;
 }
 
+/// The folder is everybody's: the file must not be a link planted by somebody else, and a pipe must not
+/// block.
+constexpr int safely = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+constexpr qint64 cap = 1'000'000;
+
+bool isOwnFile(int file, struct stat& status) {
+    return fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid();
+}
+
 }  // namespace
+
+void capDebugLog() {
+    QFile log;
+    const int file = open(logPath().constData(), O_RDWR | safely);
+    if (file < 0)
+        return;
+    struct stat status {};
+    if (!isOwnFile(file, status) || !log.open(file, QIODevice::ReadWrite, QFile::AutoCloseHandle)) {
+        close(file);
+        return;
+    }
+    qint64 kept = status.st_size;
+    while (kept > cap)
+        kept /= 2;
+    if (kept == status.st_size)
+        return;
+    log.seek(status.st_size - kept);
+    log.readLine();  // its beginning is gone
+    const QByteArray newer = log.readAll();
+    log.seek(0);
+    if (log.write(newer) == newer.size() && log.flush())
+        log.resize(newer.size());
+}
 
 void setDebugLogPath(const QString& path) {
     logPath() = QFile::encodeName(path);
@@ -27,17 +59,15 @@ void debugLog(const QString& message) {
     const QString time = QDateTime::currentDateTimeUtc().toString(u"yyyy-MM-dd hh:mm:ss"_s);
     const QByteArray line = u"[%1 +0000] %2\n"_s.arg(time, message).toUtf8();
 
-    // The folder is everybody's: the file must not be a link planted by somebody else, a pipe must not block,
-    // and the lines hold excerpts of the user's texts, so the file is the user's alone.
-    constexpr int flags = O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    // The lines hold excerpts of the user's texts, so the file is the user's alone.
+    constexpr int flags = O_WRONLY | safely;
     int file = open(logPath().constData(), flags | O_APPEND);
     if (file < 0)
         file = open(logPath().constData(), flags | O_CREAT | O_TRUNC, 0600);
     if (file < 0)
         return;
     struct stat status {};
-    const bool ours = fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid();
-    if (ours && fchmod(file, S_IRUSR | S_IWUSR) == 0) [[maybe_unused]]
+    if (isOwnFile(file, status) && fchmod(file, S_IRUSR | S_IWUSR) == 0) [[maybe_unused]]
         const auto written = write(file, line.constData(), static_cast<size_t>(line.size()));
     close(file);
 }

@@ -8,6 +8,10 @@ namespace tralio {
 /// Called from the main thread.
 void debugLog(const QString& message);
 
+/// Takes the older half out of a log of more than 1 MB, as often as it takes. Called at a start. Any failure
+/// is ignored.
+void capDebugLog();
+
 /// Sends the lines of `debugLog` to another file; for tests, which must not write into the user's log.
 void setDebugLogPath(const QString& path);
 

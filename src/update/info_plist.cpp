@@ -1,6 +1,5 @@
 #include "update/info_plist.h"
 
-#include <QDir>
 #include <QFile>
 #include <QXmlStreamReader>
 
@@ -37,9 +36,8 @@ std::optional<QString> infoPlistText(const QString& path, QStringView key) {
     return xml.hasError() ? std::nullopt : text;
 }
 
-QString bundleVersion(const QString& executableFolder) {
-    return infoPlistText(QDir(executableFolder).filePath(u"../Info.plist"_s), u"CFBundleShortVersionString")
-        .value_or(u"1.0.9"_s);
+QString bundleVersion(const QString& path) {
+    return infoPlistText(path, u"CFBundleShortVersionString").value_or(u"1.0.9"_s);
 }
 
 }  // namespace tralio

@@ -10,8 +10,7 @@ namespace tralio {
 /// file, no such key, or a value that is not a text.
 [[nodiscard]] std::optional<QString> infoPlistText(const QString& path, QStringView key);
 
-/// The version of the bundle that the program in `executableFolder` runs in, and a fixed one outside a
-/// bundle.
-[[nodiscard]] QString bundleVersion(const QString& executableFolder);
+/// The version that the Info.plist at `path` tells, and a fixed one where it tells none.
+[[nodiscard]] QString bundleVersion(const QString& path);
 
 }  // namespace tralio

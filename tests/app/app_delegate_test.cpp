@@ -37,6 +37,7 @@ class FakeStatusItem final : public StatusItemHost {
 public:
     void setAction(std::function<void()> installed) override { action = std::move(installed); }
     void setMenu(const QList<StatusMenuEntry>& entries) override { menu = entries; }
+    bool isInTray() const override { return inTray; }
     std::optional<QRect> frame() const override { return place; }
 
     void choose(const QString& title) {
@@ -45,6 +46,7 @@ public:
                 entry.action();
     }
 
+    bool inTray = true;
     std::function<void()> action;
     QList<StatusMenuEntry> menu;
     std::optional<QRect> place = QRect(1200, 3, 24, 24);
@@ -64,10 +66,10 @@ protected:
         desktop.accessibility.bar = {.children = {{.children = {{.children = {{.title = u"Copy"_s}}}}}}};
     }
 
-    std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host) {
+    std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host, bool isFirstStart = false) {
         return std::make_unique<AppDelegate>(
             AppDelegate::Services{appState, settings, hotKeys, desktop.pasteboard, captures, updates,
-                desktop.clock, host, statusItem, {}, {}, [this] { ++quits; }});
+                desktop.clock, host, statusItem, {}, isFirstStart, {}, [this] { ++quits; }});
     }
 
     DebugLogFile log;
@@ -111,6 +113,23 @@ TEST_F(Shell, launching_registers_the_hot_keys_and_looks_for_a_new_version_in_si
     EXPECT_TRUE(updates.isChecking());
     EXPECT_EQ(updates.statusMessage(), std::nullopt);
     EXPECT_THAT(popover.anchors, IsEmpty());
+}
+
+TEST_F(Shell, only_a_first_start_without_a_tray_opens_the_popover_by_itself) {
+    const std::tuple<bool, bool, size_t> cases[] = {
+        {true, false, 1U}, {true, true, 0U}, {false, false, 0U}, {false, true, 0U}};
+    for (const auto& [isFirstStart, inTray, shown] : cases) {
+        FakePopover host;
+        statusItem.inTray = inTray;
+        delegate = delegateWith(host, isFirstStart);
+        launch();
+        desktop.clock.advance(10s);
+        EXPECT_THAT(host.anchors, SizeIs(shown)) << isFirstStart << inTray;
+        host.performClose();
+        desktop.clock.advance(1h);
+        EXPECT_THAT(host.anchors, SizeIs(shown)) << "more than once";
+        delegate.reset();
+    }
 }
 
 TEST_F(Shell, a_click_on_the_tray_item_opens_the_popover_there_and_the_next_one_closes_it) {

@@ -72,5 +72,33 @@ TEST(DebugLogTest, lines_are_added_to_what_is_there_and_only_the_user_may_read_t
     EXPECT_EQ(log.messages(), QStringList({u"first"_s, u"second"_s}));
 }
 
+TEST(DebugLogTest, at_a_start_the_older_half_of_a_large_log_goes_by_whole_lines) {
+    const DebugLogFile log;
+    const auto fill = [&log](int lines) {
+        QFile file(log.path());
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        for (int i = 0; i < lines; ++i)
+            file.write(u"[2026-01-01 00:00:00 +0000] %1\n"_s.arg(i, 12, 10, QChar(u'0')).toUtf8());
+    };
+    for (const auto& [lines, atLeast, atMost] : {std::tuple(24'000, 24'000, 24'000),
+             std::tuple(26'000, 12'998, 13'000), std::tuple(260'000, 16'248, 16'250)}) {
+        fill(lines);
+        capDebugLog();
+        const QStringList kept = log.messages();
+        EXPECT_GE(kept.size(), atLeast);
+        EXPECT_LE(kept.size(), atMost);
+        EXPECT_EQ(kept.first().toInt(), lines - kept.size()) << "a line is cut, or the newest are gone";
+        EXPECT_EQ(kept.last().toInt(), lines - 1);
+    }
+
+    fill(26'000);
+    const QString elsewhere = log.path() + u".elsewhere"_s;
+    ASSERT_TRUE(QFile::rename(log.path(), elsewhere));
+    ASSERT_TRUE(QFile::link(elsewhere, log.path()));
+    const qint64 before = QFileInfo(elsewhere).size();
+    capDebugLog();
+    EXPECT_EQ(QFileInfo(elsewhere).size(), before) << "through a link";
+}
+
 }  // namespace
 }  // namespace tralio

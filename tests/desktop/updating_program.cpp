@@ -10,6 +10,7 @@
 #include "common/on_change.h"
 #include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/helper_http_client.h"
+#include "platform/linux/helpers/installation.h"
 #include "update/info_plist.h"
 #include "update/update_service.h"
 
@@ -21,10 +22,10 @@ int main(int argc, char** argv) {
     const QString programs = QCoreApplication::applicationDirPath();
     BundleInstaller installer({.programs = programs});
     SystemClock clock;
-    HelperHttpClient http(HelperProcess::installed(u"tralio-http"), clock);
+    HelperHttpClient http(installation::helper(u"tralio-http"), clock);
     UpdateService service(http, installer,
         {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
-            .currentVersion = bundleVersion(programs),
+            .currentVersion = bundleVersion(installation::infoPlist(programs)),
             .temporaryFolder = QDir::tempPath(),
             .terminate =
                 [] {

@@ -6,6 +6,7 @@
 
 #include "common/localized_error.h"
 #include "platform/linux/bundle/bundle_installer.h"
+#include "platform/linux/helpers/installation.h"
 #include "support/event_loop.h"
 #include "support/files.h"
 #include "support/ordinary_user.h"
@@ -71,12 +72,11 @@ TEST_F(BundleTest, the_version_is_the_bundles_or_a_fixed_one) {
         {u"<plist><array>%1<string>2.0</string></array></plist>"_s.arg(version), u"1.0.9"_s},
         {u"<plist><dict>%1<string>2.0"_s.arg(version), u"1.0.9"_s},
     };
-    const QString programs = path(u"Tralio.app/Contents/MacOS"_s);
-    EXPECT_EQ(bundleVersion(programs), u"1.0.9"_s);
+    const QString info = path(u"Info.plist"_s);
+    EXPECT_EQ(bundleVersion(info), u"1.0.9"_s);
     for (const auto& [content, expected] : cases) {
-        write(u"Tralio.app/Contents/Info.plist"_s, content);
-        write(u"Tralio.app/Contents/MacOS/TralioApp"_s, {});
-        EXPECT_EQ(bundleVersion(programs), expected) << qPrintable(content);
+        write(u"Info.plist"_s, content);
+        EXPECT_EQ(bundleVersion(info), expected) << qPrintable(content);
     }
 }
 
@@ -191,11 +191,15 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_a_bundle_at_its_top)
     }
 }
 
-TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_and_in_a_system_installation) {
-    write(u"Tralio.app/Contents/Helpers/open"_s, {});
-    EXPECT_EQ(BundleInstaller::installedHelpers(path(u"Tralio.app/Contents/MacOS"_s)),
-        path(u"Tralio.app/Contents/Helpers"_s));
-    EXPECT_EQ(BundleInstaller::installedHelpers(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
+TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_below_a_prefix_and_in_the_build_folder) {
+    writeInfo(u"Tralio.app"_s, u"TralioApp"_s);
+    const QString inBundle = path(u"Tralio.app/Contents/MacOS"_s);
+    EXPECT_EQ(installation::helperFolder(inBundle), path(u"Tralio.app/Contents/Helpers"_s));
+    EXPECT_EQ(installation::infoPlist(inBundle), path(u"Tralio.app/Contents/Info.plist"_s));
+    EXPECT_EQ(installation::helperFolder(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
+    EXPECT_TRUE(QFileInfo(installation::helper(u"open")).isExecutable());
+    EXPECT_EQ(bundleVersion(installation::infoPlist(QCoreApplication::applicationDirPath())),
+        QStringLiteral(TRALIO_VERSION));
 }
 
 TEST_F(BundleTest, open_starts_the_program_that_the_bundle_names_and_leaves_it_to_itself) {

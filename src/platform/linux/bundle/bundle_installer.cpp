@@ -56,12 +56,6 @@ bool holdBundle(const QByteArray& paths) {
 
 BundleInstaller::BundleInstaller(Places places) : m_places(std::move(places)) {}
 
-QString BundleInstaller::installedHelpers(const QString& programs) {
-    const QDir folder(programs);
-    const QString inBundle = QDir::cleanPath(folder.filePath(u"../Helpers"_s));
-    return QFileInfo::exists(inBundle) ? inBundle : QDir::cleanPath(folder.filePath(u"../libexec/tralio"_s));
-}
-
 bool BundleInstaller::isPackaged() const {
     // The file system's standard leaves all of /usr but this to the distribution.
     const QString folder = QDir::cleanPath(m_places.programs) + u'/';

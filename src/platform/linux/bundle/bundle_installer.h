@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/helpers/installation.h"
 #include "update/installer.h"
 
 namespace tralio {
@@ -10,16 +11,13 @@ class BundleInstaller final : public Installer {
 public:
     struct Places {
         QString programs;  ///< the folder of the program itself
-        QString helpers = installedHelpers(programs);
+        QString helpers = installation::helperFolder(programs);
         QString bundle = QStringLiteral("/Applications/Tralio.app");  ///< what the script replaces
         QString shell = QStringLiteral("/bin/bash");
         QString unzip = QStringLiteral("unzip");
     };
 
     explicit BundleInstaller(Places places);
-
-    /// Where the program's own `open` is, for the program in this folder.
-    [[nodiscard]] static QString installedHelpers(const QString& programs);
 
     [[nodiscard]] bool isPackaged() const override;
     void checkProgram() const override;

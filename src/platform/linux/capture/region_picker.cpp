@@ -1,7 +1,5 @@
 #include "platform/linux/capture/region_picker.h"
 
-#include <QCoreApplication>
-
 #include <utility>
 
 #include "platform/linux/capture/run_program.h"
@@ -14,10 +12,6 @@ using namespace Qt::StringLiterals;
 }  // namespace
 
 RegionPicker::RegionPicker(QString program) : m_program(std::move(program)) {}
-
-QString RegionPicker::installedProgram() {
-    return QCoreApplication::applicationDirPath() + u"/tralio-snip"_s;
-}
 
 QCoro::Task<qint32> RegionPicker::run(QString outputPath) {
     const QStringList arguments{u"-i"_s, outputPath};

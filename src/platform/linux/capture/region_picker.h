@@ -10,9 +10,6 @@ public:
     /// `program` is the helper's path.
     explicit RegionPicker(QString program);
 
-    /// The helper that is installed beside the running program.
-    [[nodiscard]] static QString installedProgram();
-
     [[nodiscard]] QCoro::Task<qint32> run(QString outputPath) override;
 
 private:

@@ -1,7 +1,5 @@
 #include "platform/linux/helpers/helper_process.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QProcess>
 
 #include <utility>
@@ -36,10 +34,6 @@ HelperProcess::~HelperProcess() {
         process->kill();
         process->waitForFinished(1000);
     }
-}
-
-QString HelperProcess::installed(QStringView name) {
-    return QDir(QCoreApplication::applicationDirPath()).filePath(name.toString());
 }
 
 void HelperProcess::prepare(std::chrono::milliseconds keep) {

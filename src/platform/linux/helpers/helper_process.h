@@ -44,9 +44,6 @@ public:
     HelperProcess(Terms terms, Clock& clock);
     ~HelperProcess() override;
 
-    /// The program of this name that is installed beside the running one.
-    [[nodiscard]] static QString installed(QStringView name);
-
     /// Starts the program unless it runs, and keeps it for that time.
     void prepare(std::chrono::milliseconds keep);
 
