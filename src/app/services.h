@@ -30,6 +30,7 @@ public:
     Services& operator=(const Services&) = delete;
 
     SystemClock clock;
+    AppState appState;
     SqliteKeyValueStore store;
     std::unique_ptr<Desktop> desktop = Desktop::probe(clock);
     HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
@@ -43,7 +44,6 @@ public:
     SpeechService speech{synthesizer};
     BundleInstaller installer{{.programs = QCoreApplication::applicationDirPath()}};
     UpdateService updates{http, installer, updateHost()};
-    AppState appState;
 
 private:
     [[nodiscard]] UpdateService::Host updateHost() const;

@@ -30,4 +30,10 @@ void AppState::hidePopover() {
         onHidePopover();
 }
 
+void AppState::dismissStoreTrouble() {
+    storeTrouble = std::nullopt;
+    if (onStoreTroubleDismissed)
+        onStoreTroubleDismissed();
+}
+
 }  // namespace tralio

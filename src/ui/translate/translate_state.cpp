@@ -29,6 +29,12 @@ using namespace std::chrono_literals;
 constexpr auto pendingTextDelay = 50ms;
 constexpr auto copyFeedback = 1500ms;
 
+const QString settingsUnreadable =
+    u"Không đọc được cài đặt đã lưu, Tralio đang dùng cài đặt mặc định. "
+    u"Hãy xem lại máy chủ dịch trong Cài đặt trước khi dịch."_s;
+const QString settingsUnsaved =
+    u"Không lưu được cài đặt và lịch sử lên đĩa, những gì thay đổi sẽ mất khi thoát Tralio."_s;
+
 const QString english = u"Tiếng Anh"_s;
 const QString vietnamese = u"Tiếng Việt"_s;
 const QString detect = u"Tự động phát hiện"_s;
@@ -71,6 +77,9 @@ void TranslateState::appear(QObject* panel) {
             if (speech.failure())
                 showError(speech.failure());
         });
+    onChange(
+        appState, panel, [&appState] { return appState.storeTrouble(); },
+        [this] { Q_EMIT objectWillChange(); });
     checkAndTriggerPendingTranslation();
 }
 
@@ -89,6 +98,14 @@ bool TranslateState::isResultStale() const {
 void TranslateState::showError(const std::optional<QString>& message) {
     ++m_errors;
     errorMessage = message;
+}
+
+std::optional<QString> TranslateState::message() const {
+    const auto trouble = m_services.appState.storeTrouble();
+    if (!trouble)
+        return errorMessage();
+    const QString told = *trouble == StoreTrouble::unreadable ? settingsUnreadable : settingsUnsaved;
+    return errorMessage() ? told + u'\n' + *errorMessage() : told;
 }
 
 bool TranslateState::canTranslate() const {
@@ -159,6 +176,8 @@ void TranslateState::checkAndTriggerPendingTranslation() {
         return;
     inputText.set(text);
     appState.pendingTextToTranslate = QString();
+    if (appState.storeTrouble())
+        return;
     m_services.clock.after(
         pendingTextDelay, m_mainView, [self = shared_from_this()] { self->performTranslate(); });
 }
@@ -289,6 +308,8 @@ void TranslateState::clear() {
 
 void TranslateState::dismissError() {
     showError(std::nullopt);
+    if (m_services.appState.storeTrouble())
+        m_services.appState.dismissStoreTrouble();
 }
 
 }  // namespace tralio

@@ -73,6 +73,9 @@ public:
     Observable<std::optional<QString>> errorMessage{*this};
     Observable<bool> isCopied{*this, false};
 
+    /// What the error strip says: what is wrong with the settings, until the user takes it away, and the
+    /// error.
+    [[nodiscard]] std::optional<QString> message() const;
     [[nodiscard]] AppSettings& settings() { return m_services.settings; }
     [[nodiscard]] SpeechService& speechService() { return m_services.speech; }
     [[nodiscard]] AppState& appState() { return m_services.appState; }
@@ -92,7 +95,8 @@ public:
     /// Gives up the translation that was started last, without a message.
     void cancel();
     void swapLanguages();
-    /// Takes over a text that the shell has left for this panel.
+    /// Takes over a text that the shell has left for this panel; only that, while the settings may not be
+    /// the user's.
     void checkAndTriggerPendingTranslation();
     /// Takes the clipboard's text or else the text in its picture.
     void pasteFromClipboard(AutoTranslate autoTranslate);

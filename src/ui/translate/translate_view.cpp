@@ -235,9 +235,10 @@ void TranslateView::refresh() {
     m_translate->setEnabled(m_state.canTranslate());
     m_cancel->setVisible(translating);
 
-    if (const auto message = m_state.errorMessage())
+    const auto message = m_state.message();
+    if (message)
         m_error->setMessage(*message);
-    m_errorReveal->setRevealed(m_state.errorMessage().has_value());
+    m_errorReveal->setRevealed(message.has_value());
 
     const bool speaking = m_state.speechService().isSpeaking();
     m_speak->setVisible(speaking || !m_state.outputText().isEmpty());
