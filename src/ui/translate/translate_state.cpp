@@ -9,6 +9,7 @@
 #include "common/excerpt.h"
 #include "common/localized_error.h"
 #include "common/on_change.h"
+#include "common/text_limit.h"
 #include "engine/ai_service.h"
 #include "history/translation_history_store.h"
 #include "hotkeys/pasteboard.h"
@@ -115,7 +116,7 @@ bool TranslateState::canTranslate() const {
 void TranslateState::performTranslate() {
     const QString text = inputText.get().trimmed();
     debugLog(u"TranslateView.performTranslate: starting translation for '" % excerpt(text) % u"'");
-    if (text.isEmpty())
+    if (text.isEmpty() || !admits(text))
         return;
     isTranslating = true;
     showError(std::nullopt);
@@ -174,8 +175,10 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     const QString text = pending.trimmed();
     if (text.isEmpty())
         return;
-    inputText.set(text);
     appState.pendingTextToTranslate = QString();
+    if (!admits(text))
+        return;
+    inputText.set(text);
     if (appState.storeTrouble())
         return;
     m_services.clock.after(
@@ -245,11 +248,23 @@ void TranslateState::endRecognition(
 
 void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) {
     const QString trimmed = text.trimmed();
-    if (trimmed.isEmpty())
+    if (trimmed.isEmpty() || !admits(trimmed))
         return;
     inputText.set(trimmed);
     if (autoTranslate == AutoTranslate::yes)
         performTranslate();
+}
+
+bool TranslateState::admits(const QString& text) {
+    if (!isTooLong(text))
+        return true;
+    showError(tooLongMessage(text));
+    return false;
+}
+
+std::optional<QString> TranslateState::textToInsert(std::optional<QString> dropped) {
+    auto text = dropped ? std::move(dropped) : m_services.pasteboard.string();
+    return text && admits(*text) && admits(inputText.get() + *text) ? text : std::nullopt;
 }
 
 bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
@@ -281,7 +296,10 @@ QCoro::Task<void> TranslateState::translateFile(QString path) {
     const std::optional<QString> text = co_await std::move(reading);
     if (!m_mainView || !text)
         co_return;
-    inputText.set(text->trimmed());
+    const QString trimmed = text->trimmed();
+    if (!admits(trimmed))
+        co_return;
+    inputText.set(trimmed);
     performTranslate();
 }
 
