@@ -14,6 +14,9 @@ Services::Services(const QString& storePath) : store(storePath) {
     appState.storeTrouble = store.trouble();
     store.onTrouble = [this](std::optional<StoreTrouble> trouble) { appState.storeTrouble = trouble; };
     appState.onStoreTroubleDismissed = [this] { store.acknowledgeTrouble(); };
+    appState.isKeyAwaited = settings.isKeyAwaited();
+    settings.onKeyAwaited = [this](bool awaited) { appState.isKeyAwaited = awaited; };
+    appState.onUnlockKey = [this] { secrets.unlock(); };
 }
 
 UpdateService::Host Services::updateHost() const {

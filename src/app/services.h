@@ -13,9 +13,11 @@
 #include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/helper_http_client.h"
 #include "platform/linux/helpers/helper_text_recognizer.h"
+#include "platform/linux/secrets/secret_service.h"
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
 #include "state/app_state.h"
+#include "state/secret_key_value_store.h"
 #include "state/sqlite_key_value_store.h"
 #include "update/update_service.h"
 
@@ -32,6 +34,8 @@ public:
     SystemClock clock;
     AppState appState;
     SqliteKeyValueStore store;
+    SecretService secrets;
+    SecretKeyValueStore settings{store, secrets};
     std::unique_ptr<Desktop> desktop = Desktop::probe(clock);
     HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
     HotKeyService hotKeys{platform};

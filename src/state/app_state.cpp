@@ -30,6 +30,11 @@ void AppState::hidePopover() {
         onHidePopover();
 }
 
+void AppState::unlockKey() {
+    if (onUnlockKey)
+        onUnlockKey();
+}
+
 void AppState::dismissStoreTrouble() {
     storeTrouble = std::nullopt;
     if (onStoreTroubleDismissed)

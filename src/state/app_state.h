@@ -35,6 +35,9 @@ public:
     /// one that the user chose: nothing is sent that was not asked for in the window.
     Observable<std::optional<StoreTrouble>> storeTrouble{*this};
 
+    /// Whether the user's key is still with the desktop's keeper of secrets, which may be locked.
+    Observable<bool> isKeyAwaited{*this, false};
+
     /// The change count of the clipboard that the shell last dealt with, so that no content is translated
     /// twice; -1 before the first. Not observable.
     qint64 lastHandledChangeCount = -1;
@@ -43,6 +46,7 @@ public:
     std::function<void()> onHidePopover;
     std::function<void()> onShowPopover;
     std::function<void()> onStoreTroubleDismissed;
+    std::function<void()> onUnlockKey;
 
     /// Asks the translate panel to translate `text`, trimmed; blank text is dropped. The text is in its place
     /// before the trigger changes. Does not open the popover.
@@ -53,6 +57,7 @@ public:
     void showPopover();
     void hidePopover();
     void dismissStoreTrouble();
+    void unlockKey();
 };
 
 }  // namespace tralio

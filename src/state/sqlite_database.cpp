@@ -145,6 +145,7 @@ SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::m
     execute("PRAGMA journal_mode = WAL");
     execute("PRAGMA synchronous = NORMAL");
     execute("PRAGMA journal_size_limit = 1048576");
+    execute("PRAGMA secure_delete = ON");  // a key that moves to the desktop's keeper is to be gone from here
     check(
         execute("CREATE TABLE IF NOT EXISTS entries (key TEXT NOT NULL PRIMARY KEY, type TEXT NOT NULL, "
                 "value NOT NULL)"));

@@ -36,6 +36,9 @@ const QString settingsUnreadable =
 const QString settingsUnsaved =
     u"Không lưu được cài đặt và lịch sử lên đĩa, những gì thay đổi sẽ mất khi thoát Tralio."_s;
 
+const QString keyLocked =
+    u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. Hãy mở khóa kho rồi dịch lại."_s;
+
 const QString english = u"Tiếng Anh"_s;
 const QString vietnamese = u"Tiếng Việt"_s;
 const QString detect = u"Tự động phát hiện"_s;
@@ -118,6 +121,11 @@ void TranslateState::performTranslate() {
     debugLog(u"TranslateView.performTranslate: starting translation for '" % excerpt(text) % u"'");
     if (text.isEmpty() || !admits(text))
         return;
+    if (m_services.appState.isKeyAwaited()) {
+        showError(keyLocked);
+        m_services.appState.unlockKey();
+        return;
+    }
     isTranslating = true;
     showError(std::nullopt);
     m_isResultAwaited = true;
