@@ -17,6 +17,7 @@
 #include "platform/linux/desktop/text_scale.h"
 #include "platform/linux/helpers/installation.h"
 #include "platform/linux/keyboard/key_codes.h"
+#include "platform/linux/process/memory_privacy.h"
 #include "platform/linux/wayland/toolkit_platform.h"
 #include "state/app_settings.h"
 #include "ui/kit/theme.h"
@@ -34,7 +35,7 @@ void applyAppearance(const DesktopAppearance& desktop) {
 }
 
 QWidget* makeContent(Services& services) {
-    return new MainView({services.store, services.hotKeys, services.ai, services.captures, services.ocr,
+    return new MainView({services.settings, services.hotKeys, services.ai, services.captures, services.ocr,
                             services.speech, services.updates, services.appState,
                             services.platform.pasteboard, services.clock, &keyWithX11Code},
         {.openURL = [&services](const QUrl& url) { services.platform.workspace.openURL(url); },
@@ -52,6 +53,7 @@ SessionService::Actions actionsOf(AppDelegate& delegate) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    memory_privacy::begin();
     // Trays show nothing for a program that names no desktop file, and ask before the application exists.
     QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
     QCoreApplication::setApplicationName(u"tralio"_s);
@@ -77,7 +79,7 @@ int main(int argc, char** argv) {
     capDebugLog();
     const bool isFirstStart = !QFileInfo::exists(defaultStorePath());
     Services services(defaultStorePath());
-    const AppSettings settingsOfShell(services.store, services.hotKeys);
+    const AppSettings settingsOfShell(services.settings, services.hotKeys);
 
     DesktopAppearance appearance;
     applyAppearance(appearance);

@@ -14,9 +14,11 @@
 #include "platform/linux/helpers/helper_http_client.h"
 #include "platform/linux/helpers/helper_text_recognizer.h"
 #include "platform/linux/helpers/installation.h"
+#include "platform/linux/secrets/secret_service.h"
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
 #include "state/app_state.h"
+#include "state/secret_key_value_store.h"
 #include "state/sqlite_key_value_store.h"
 #include "update/update_service.h"
 
@@ -31,7 +33,10 @@ public:
     Services& operator=(const Services&) = delete;
 
     SystemClock clock;
+    AppState appState;
     SqliteKeyValueStore store;
+    SecretService secrets;
+    SecretKeyValueStore settings{store, secrets};
     std::unique_ptr<Desktop> desktop = Desktop::probe(clock);
     HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
     HotKeyService hotKeys{platform};
@@ -44,7 +49,6 @@ public:
     SpeechService speech{synthesizer};
     BundleInstaller installer{{.programs = QCoreApplication::applicationDirPath()}};
     UpdateService updates{http, installer, updateHost()};
-    AppState appState;
 
 private:
     [[nodiscard]] UpdateService::Host updateHost() const;

@@ -99,6 +99,8 @@ void TranslationHistoryStore::load() {
     auto items = data ? decodeHistory(*data) : std::nullopt;
     if (items)
         m_items = *std::move(items);
+    else
+        m_store.preserve(key);
 }
 
 }  // namespace tralio

@@ -17,7 +17,7 @@ class KeyValueStore;
 /// from the key-value store once, at construction, and written back whole with every change. Used from the
 /// main thread.
 ///
-/// Never fails: stored data that cannot be read makes an empty history, and is kept until the next change.
+/// Never fails: stored data that cannot be read makes an empty history, and is set aside by the next change.
 class TranslationHistoryStore final : public ObservableObject {
     Q_OBJECT
 

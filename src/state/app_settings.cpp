@@ -97,6 +97,11 @@ void AppSettings::updateCustomOCRHotKey(quint32 keyCode, quint32 modifiers, cons
     m_hotKeys.updateOCRHotKey(keyCode, modifiers);
 }
 
+void AppSettings::reloadApiKey() {
+    Q_EMIT objectWillChange();
+    apiKey.load(read(m_store, apiKey.key(), defaultApiKey));
+}
+
 EndpointSettings AppSettings::endpointSettings() const {
     return {.baseURL = baseURL(),
         .selectedPresetId = selectedPresetId(),

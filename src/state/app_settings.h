@@ -31,8 +31,9 @@ public:
     static const QString defaultModel;
     static const QString defaultApiKey;
     static const QString defaultPrompt;
-    static constexpr quint32 defaultHotKeyKeyCode = 2;      ///< the D key
-    static constexpr quint32 defaultHotKeyModifiers = 768;  ///< command 256 and shift 512
+    static constexpr QStringView apiKeyKey = u"app_setting_api_key";  ///< under which the key is stored
+    static constexpr quint32 defaultHotKeyKeyCode = 2;                ///< the D key
+    static constexpr quint32 defaultHotKeyModifiers = 768;            ///< command 256 and shift 512
     static const QString defaultHotKeyDisplay;
     static constexpr quint32 defaultOcrHotKeyKeyCode = 1;  ///< the S key
     static constexpr quint32 defaultOcrHotKeyModifiers = 768;
@@ -45,7 +46,7 @@ public:
     // clang-format off
     Persisted<QString>         baseURL           {m_values, u"app_setting_base_url",      defaultBaseURL};
     Persisted<QString>         model             {m_values, u"app_setting_model",         defaultModel};
-    Persisted<QString>         apiKey            {m_values, u"app_setting_api_key",       defaultApiKey};
+    Persisted<QString>         apiKey            {m_values, apiKeyKey,                    defaultApiKey};
     Persisted<QString>         customPrompt      {m_values, u"app_setting_custom_prompt", defaultPrompt};
     Persisted<QString>         selectedPresetId  {m_values, u"app_setting_preset_id",     ProviderPreset::defaultId()};
     Persisted<TranslationTone> tone              {m_values, u"app_setting_tone",          TranslationTone::natural};
@@ -74,6 +75,9 @@ public:
     /// explains them.
     void updateCustomHotKey(quint32 keyCode, quint32 modifiers, const QString& display);
     void updateCustomOCRHotKey(quint32 keyCode, quint32 modifiers, const QString& display);
+
+    /// Takes over the stored key, which came after these settings were loaded.
+    void reloadApiKey();
 
     /// What the translation client needs, as a value that may go to another thread.
     [[nodiscard]] EndpointSettings endpointSettings() const;

@@ -30,4 +30,15 @@ void AppState::hidePopover() {
         onHidePopover();
 }
 
+void AppState::unlockKey() {
+    if (onUnlockKey)
+        onUnlockKey();
+}
+
+void AppState::dismissStoreTrouble() {
+    storeTrouble = std::nullopt;
+    if (onStoreTroubleDismissed)
+        onStoreTroubleDismissed();
+}
+
 }  // namespace tralio

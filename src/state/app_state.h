@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "common/observable_object.h"
+#include "state/key_value_store.h"
 
 namespace tralio {
 
@@ -30,6 +31,13 @@ public:
     /// A region that was drawn after the hot key is being read.
     Observable<bool> isReadingCapture{*this, false};
 
+    /// What the user has not yet been told of the settings. Until then the server that is set may not be the
+    /// one that the user chose: nothing is sent that was not asked for in the window.
+    Observable<std::optional<StoreTrouble>> storeTrouble{*this};
+
+    /// Whether the user's key is still with the desktop's keeper of secrets, which may be locked.
+    Observable<bool> isKeyAwaited{*this, false};
+
     /// The change count of the clipboard that the shell last dealt with, so that no content is translated
     /// twice; -1 before the first. Not observable.
     qint64 lastHandledChangeCount = -1;
@@ -37,6 +45,8 @@ public:
     // Installed by the shell at launch.
     std::function<void()> onHidePopover;
     std::function<void()> onShowPopover;
+    std::function<void()> onStoreTroubleDismissed;
+    std::function<void()> onUnlockKey;
 
     /// Asks the translate panel to translate `text`, trimmed; blank text is dropped. The text is in its place
     /// before the trigger changes. Does not open the popover.
@@ -46,6 +56,8 @@ public:
     // Nothing happens before the shell has installed the actions.
     void showPopover();
     void hidePopover();
+    void dismissStoreTrouble();
+    void unlockKey();
 };
 
 }  // namespace tralio

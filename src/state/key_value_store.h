@@ -10,6 +10,12 @@ namespace tralio {
 
 using StoredValue = std::variant<QString, bool, qint64, QByteArray>;
 
+/// What is wrong with the place where the values are kept.
+enum class StoreTrouble {
+    unreadable,  ///< values were lost or cannot be read: one that is absent may be one that the user chose
+    unsaved,     ///< values are kept in memory, and end with the program
+};
+
 /// The user's persistent values by key. Reports no errors: what cannot be read is absent, and what cannot be
 /// written is kept for as long as the program runs. Used from the main thread.
 class KeyValueStore {
@@ -21,6 +27,10 @@ public:
 
     [[nodiscard]] virtual std::optional<StoredValue> value(const QString& key) const = 0;
     virtual void setValue(const QString& key, StoredValue value) = 0;
+
+    /// What is stored under `key` says nothing to its reader, who may be wrong: it is moved to a key of its
+    /// own before another value takes its place.
+    virtual void preserve(const QString& key) = 0;
 
     /// The readings of a value as one type. A value of another type reads as absent, except that booleans and
     /// integers read as each other.

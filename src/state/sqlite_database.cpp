@@ -18,15 +18,20 @@ constexpr int primaryCodeMask = 0xff;
 constexpr std::array<QByteArrayView, std::variant_size_v<StoredValue>> typeNames = {
     "text", "boolean", "integer", "binary"};
 
-/// Unlike QString::fromUtf8, which takes a byte order mark away even if it was part of the text.
-QString textOf(const QByteArray& utf8) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
-    return decoder.decode(utf8);
-}
-
 void throwUnless(int wanted, int code) {
     if (code != wanted)
         throw SqliteError(code);
+}
+
+/// Unlike QString::fromUtf8, which takes a byte order mark away even if it was part of the text, and replaces
+/// what we never wrote.
+QString textOf(const QByteArray& utf8) {
+    QStringDecoder decoder(
+        QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom | QStringDecoder::Flag::Stateless);
+    QString text = decoder.decode(utf8);
+    if (decoder.hasError())
+        throw SqliteError(SQLITE_MISMATCH);
+    return text;
 }
 
 /// One use of a prepared statement: afterwards it holds neither a lock nor a reference to what was bound.
@@ -135,11 +140,12 @@ SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::m
         return sqlite3_exec(m_handle.get(), sql, nullptr, nullptr, nullptr);
     };
     check(execute("PRAGMA cache_size = -64"));  // in KiB: nobody reads the same value twice
-    quickCheck();
+    checkIntegrity();
     // Not every file system offers a write-ahead log. Without one writing is slower, but as safe.
     execute("PRAGMA journal_mode = WAL");
     execute("PRAGMA synchronous = NORMAL");
     execute("PRAGMA journal_size_limit = 1048576");
+    execute("PRAGMA secure_delete = ON");  // a key that moves to the desktop's keeper is to be gone from here
     check(
         execute("CREATE TABLE IF NOT EXISTS entries (key TEXT NOT NULL PRIMARY KEY, type TEXT NOT NULL, "
                 "value NOT NULL)"));
@@ -164,7 +170,7 @@ std::optional<StoredValue> SqliteDatabase::read(const QString& key) {
         return select.integerColumn(1);
     if (type == "binary")
         return select.column(1);
-    return std::nullopt;
+    throw SqliteError(SQLITE_MISMATCH);
 }
 
 void SqliteDatabase::write(const QString& key, const StoredValue& value) {
@@ -186,6 +192,16 @@ void SqliteDatabase::write(const QString& key, const StoredValue& value) {
     static_cast<void>(upsert.step());
 }
 
+void SqliteDatabase::setAside(const QString& key) {
+    const Statement statement = prepare(
+        "UPDATE entries SET key = key || '.damaged-' || "
+        "(SELECT 1 + count(*) FROM entries WHERE key GLOB ?1 || '.damaged-*') WHERE key = ?1");
+    const QByteArray name = key.toUtf8();
+    Execution update(statement.get());
+    update.bindText(1, name);
+    static_cast<void>(update.step());
+}
+
 bool SqliteDatabase::takesWrites() const {
     return sqlite3_db_readonly(m_handle.get(), "main") == 0 && !hasMoved();
 }
@@ -204,8 +220,10 @@ void SqliteDatabase::check(int code) const {
     throwUnless(SQLITE_OK, code);
 }
 
-void SqliteDatabase::quickCheck() const {
-    const Statement statement = prepare("PRAGMA quick_check(1)");
+void SqliteDatabase::checkIntegrity() const {
+    // The quick check leaves the index alone, by which values are found: one that is missing there would read
+    // as never stored.
+    const Statement statement = prepare("PRAGMA integrity_check(1)");
     Execution check(statement.get());
     if (!check.step() || check.column(0) != "ok")
         throw SqliteError(SQLITE_CORRUPT);

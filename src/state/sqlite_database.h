@@ -35,17 +35,21 @@ private:
 class SqliteDatabase final {
 public:
     /// Opens the file, creating the table in an empty one; throws an error that `isDamage()` when the file
-    /// does not pass SQLite's quick check. A file that cannot be written is opened for reading.
+    /// does not pass SQLite's integrity check. A file that cannot be written is opened for reading.
     [[nodiscard]] static std::unique_ptr<SqliteDatabase> open(
         const QString& path, std::chrono::milliseconds patience);
     SqliteDatabase(const SqliteDatabase&) = delete;
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
+    /// Absent when there is no value; one that is none of ours any more is an error.
     [[nodiscard]] std::optional<StoredValue> read(const QString& key);
 
     /// When this returns, the value outlives the process however it ends. (A power cut may take the last
     /// writes, not the file: waiting for the disk at every key press would be felt.)
     void write(const QString& key, const StoredValue& value);
+
+    /// Gives the value, if there is one, the first free key of the form "<key>.damaged-<number>".
+    void setAside(const QString& key);
 
     /// Whether writing makes sense: not once the file has been removed or replaced, nor when it was opened
     /// for reading only. Opening it anew may help.
@@ -66,7 +70,7 @@ private:
 
     [[nodiscard]] Statement prepare(const char* sql) const;
     void check(int code) const;
-    void quickCheck() const;
+    void checkIntegrity() const;
     [[nodiscard]] bool hasMoved() const;
 
     Handle m_handle;  // closed after the statements are gone

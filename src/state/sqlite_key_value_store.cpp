@@ -16,6 +16,9 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+/// True while the user has not been told that a damaged file was set aside.
+const QString damageKey = u"app_store_was_damaged"_s;
+
 /// Who locks the file for longer than this is not waited for again until a write succeeds: settings are
 /// written at every key press.
 std::chrono::milliseconds patience(bool failing) {
@@ -33,7 +36,13 @@ SqliteKeyValueStore::SqliteKeyValueStore(QString path) : m_path(std::move(path))
         open();
     } catch (const SqliteError& error) {
         fail(u"open", error);
+        setTrouble(StoreTrouble::unreadable);
+        return;
     }
+    if (boolean(damageKey).value_or(false))
+        setTrouble(StoreTrouble::unreadable);
+    else if (!m_database->takesWrites())
+        setTrouble(StoreTrouble::unsaved);
 }
 
 SqliteKeyValueStore::~SqliteKeyValueStore() {
@@ -52,6 +61,7 @@ std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const 
     } catch (const SqliteError& error) {
         if (!std::exchange(m_readFailing, true))
             debugLog(u"SqliteKeyValueStore.value: cannot read: "_s + error.description());
+        setTrouble(StoreTrouble::unreadable);
         return std::nullopt;
     }
 }
@@ -61,8 +71,25 @@ void SqliteKeyValueStore::setValue(const QString& key, StoredValue value) {
     // This value before those kept from earlier: one that is too large for a full disk must not hold it up.
     if (writeUnsaved(key))
         writeAllUnsaved();
-    if (m_unsaved.empty() && std::exchange(m_failing, false))
-        debugLog(u"SqliteKeyValueStore.setValue: all values are written again"_s);
+    if (!m_unsaved.empty() || !std::exchange(m_failing, false))
+        return;
+    debugLog(u"SqliteKeyValueStore.setValue: all values are written again"_s);
+    if (m_trouble == StoreTrouble::unsaved)
+        setTrouble(std::nullopt);
+}
+
+void SqliteKeyValueStore::acknowledgeTrouble() {
+    setTrouble(std::nullopt);
+    if (boolean(damageKey).value_or(false))
+        setValue(damageKey, false);
+}
+
+void SqliteKeyValueStore::setTrouble(std::optional<StoreTrouble> trouble) const {
+    if (m_trouble == trouble)
+        return;
+    m_trouble = trouble;
+    if (onTrouble)
+        onTrouble(trouble);
 }
 
 void SqliteKeyValueStore::open() {
@@ -77,8 +104,10 @@ void SqliteKeyValueStore::open() {
             throw;
         debugLog(u"SqliteKeyValueStore.open: the store is damaged and was set aside as %1: %2"_s.arg(
             *aside, error.description()));
+        setTrouble(StoreTrouble::unreadable);
         store_file::createPrivately(m_path);
         m_database = SqliteDatabase::open(m_path, patience(m_failing));
+        m_database->write(damageKey, true);
     }
 }
 
@@ -89,6 +118,9 @@ bool SqliteKeyValueStore::writeUnsaved(const QString& key) {
             open();
         m_database->setPatience(patience(m_failing));
         try {
+            if (m_preserved.contains(key))
+                m_database->setAside(key);
+            m_preserved.erase(key);
             m_database->write(key, value);
         } catch (const SqliteError& error) {
             if (!error.isDamage())
@@ -116,6 +148,8 @@ void SqliteKeyValueStore::fail(QStringView operation, const SqliteError& error) 
     if (!std::exchange(m_failing, true))
         debugLog(
             u"SqliteKeyValueStore.%1: values are kept in memory: %2"_s.arg(operation, error.description()));
+    if (!m_trouble)
+        setTrouble(StoreTrouble::unsaved);
 }
 
 }  // namespace tralio

@@ -2,8 +2,11 @@
 
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <set>
 
 #include "state/key_value_store.h"
 
@@ -21,7 +24,7 @@ class SqliteError;
 /// A written value is there on the next start however the process ends. A bad disk never stops the program: a
 /// damaged file is set aside under another name and a new one begun; a value that could not be written is
 /// kept here, read back from here, and written after the next write that succeeds. The debug log says so
-/// once, and once more when all is written.
+/// once, and once more when all is written; for the user there is `trouble`.
 ///
 /// Another process may use the same file; one that locks it delays an operation by 0.2 s at most.
 class SqliteKeyValueStore final : public KeyValueStore {
@@ -33,16 +36,27 @@ public:
 
     [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override;
     void setValue(const QString& key, StoredValue value) override;
+    void preserve(const QString& key) override { m_preserved.insert(key); }
+
+    /// What the user has not acknowledged yet. That a file was set aside is remembered in the new one, until
+    /// the user has seen it.
+    [[nodiscard]] std::optional<StoreTrouble> trouble() const { return m_trouble; }
+    void acknowledgeTrouble();
+    /// Told of every change of `trouble`.
+    std::function<void(std::optional<StoreTrouble>)> onTrouble;
 
 private:
     void open();
     [[nodiscard]] bool writeUnsaved(const QString& key);
     void writeAllUnsaved();
     void fail(QStringView operation, const SqliteError& error);
+    void setTrouble(std::optional<StoreTrouble> trouble) const;
 
     const QString m_path;
     std::unique_ptr<SqliteDatabase> m_database;  ///< null while the file cannot be opened
     std::map<QString, StoredValue> m_unsaved;
+    std::set<QString> m_preserved;  ///< whose stored values are set aside before they are written
+    mutable std::optional<StoreTrouble> m_trouble;
     bool m_failing = false;  ///< a failure is in the log, and not yet that it is over
     mutable bool m_readFailing = false;
 };

@@ -173,7 +173,7 @@ TEST_F(TranslationHistoryStoreTest, any_order_of_keys_unknown_keys_and_either_sl
             QUuid(u"{0f8fad5b-d9cb-469f-a165-70867728950e}"_s), u"x"_s, u"é😀"_s, u"/"_s, u"/"_s, u""_s, -3}));
 }
 
-TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_stays_until_the_next_change) {
+TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_is_set_aside_by_the_next_change) {
     const QByteArray good = entry();
     QList<StoredValue> damaged{QString::fromUtf8('[' + good + ']'), true, qint64{1}};
     for (const QByteArray& data : {
@@ -196,6 +196,9 @@ TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_stay
     next.add(u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s);
     EXPECT_EQ(reopened().items(), next.items());
     EXPECT_EQ(next.items().size(), 1);
+    EXPECT_EQ(store.values[key + u".damaged-1"_s], damaged.last());
+    next.clear();
+    EXPECT_EQ(store.values[key + u".damaged-1"_s], damaged.last()) << "only what could not be read";
 }
 
 TEST_F(TranslationHistoryStoreTest, what_was_removed_comes_back_to_its_place_unless_it_was_translated_again) {

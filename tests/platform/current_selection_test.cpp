@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "common/text_limit.h"
 #include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/selection/mark_history.h"
@@ -139,6 +140,11 @@ TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_
     EXPECT_EQ(decodeText("caf\xc3\xa9", Encoding::eightBit), u"café"_s);
     EXPECT_EQ(decodeText("caf\xe9", Encoding::utf8), u"caf\ufffd"_s);
     EXPECT_EQ(decodeText("\xef\xbb\xbf\x61", Encoding::utf8), u"\ufeffa"_s);
+    const QByteArray longest = QByteArray("\xf0\xa0\xae\xb7").repeated(longestText);
+    for (const Encoding encoding : {Encoding::utf8, Encoding::eightBit}) {
+        EXPECT_EQ(decodeText(longest, encoding), QString::fromUtf8(longest));
+        EXPECT_EQ(decodeText(longest + 'a', encoding).size(), longestText + 1) << "it says no more than that";
+    }
     EXPECT_TRUE(decodePicture("no picture", pictureFormats.front()).isNull());
 }
 

@@ -5,6 +5,7 @@
 #include <future>
 #include <gmock/gmock.h>
 
+#include "common/text_limit.h"
 #include "support/event_loop.h"
 #include "support/print_to.h"
 #include "support/private_bus.h"
@@ -55,6 +56,16 @@ TEST_F(Session, anybody_on_the_bus_can_ask_for_each_action_by_either_interface) 
     EXPECT_THAT(happened,
         ElementsAre(u"selection"_s, u"capture"_s, u"open"_s, u"text:"_s + text, u"selection"_s,
             u"text:"_s + text, u"capture"_s));
+}
+
+TEST_F(Session, of_a_text_that_is_too_long_only_the_beginning_is_handed_on) {
+    const QString text(3 * longestText, u'a');
+    call(u"org.tralio.Tralio"_s, u"TranslateText"_s, {text});
+    call(u"org.freedesktop.Application"_s, u"ActivateAction"_s,
+        {u"translate-text"_s, QVariantList{text}, QVariantMap()});
+    ASSERT_TRUE(eventually([&] { return happened.size() == 2; }));
+    for (const QString& taken : happened)
+        EXPECT_EQ(taken.size(), u"text:"_s.size() + longestText + 1);
 }
 
 TEST_F(Session, a_second_instance_has_the_first_open_with_the_token_that_the_second_was_given) {

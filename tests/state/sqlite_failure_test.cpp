@@ -198,5 +198,66 @@ TEST_F(
     EXPECT_TRUE(QFile::exists(path() + u".damaged-1"_s)) << m_log.content().constData();
 }
 
+TEST_F(SqliteFailureTest, that_a_file_was_set_aside_is_told_at_every_start_until_the_user_has_seen_it) {
+    makeStore(u"key"_s, u"value"_s);
+    writeFile(path(), "this is not a database\n");
+    for (int start = 0; start < 2; ++start) {
+        SqliteKeyValueStore store(path());
+        EXPECT_EQ(store.trouble(), StoreTrouble::unreadable) << start;
+        store.setValue(u"key"_s, u"new"_s);
+        EXPECT_EQ(store.trouble(), StoreTrouble::unreadable) << start;
+    }
+    SqliteKeyValueStore(path()).acknowledgeTrouble();
+    EXPECT_EQ(SqliteKeyValueStore(path()).trouble(), std::nullopt);
+}
+
+TEST_F(SqliteFailureTest, a_value_that_is_none_of_ours_any_more_is_trouble_and_not_just_absent) {
+    for (const char* damage : {"UPDATE entries SET type = 'tezt' WHERE key = 'url'",
+             "UPDATE entries SET value = CAST(X'68FF' AS TEXT) WHERE key = 'url'",
+             // The row that the index names has another key.
+             "PRAGMA writable_schema = ON; CREATE TABLE copy (key TEXT NOT NULL, type TEXT NOT NULL, value "
+             "NOT "
+             "NULL); UPDATE sqlite_schema SET rootpage = (SELECT rootpage FROM sqlite_schema WHERE name = "
+             "'copy') WHERE name = 'entries'"}) {
+        QDir(path(u"tralio"_s)).removeRecursively();
+        makeStore(u"url"_s, u"http://127.0.0.1/v1"_s);
+        EXPECT_EQ(OtherConnection(path()).query(damage), "");
+        SqliteKeyValueStore store(path());
+        EXPECT_EQ(store.value(u"url"_s), std::nullopt);
+        EXPECT_EQ(store.trouble(), StoreTrouble::unreadable) << damage;
+    }
+}
+
+TEST_F(SqliteFailureTest, values_that_will_not_survive_are_trouble_for_as_long_as_that_holds) {
+    makeStore(u"old"_s, u"value"_s);
+    setMode(path(), 0400);
+    setMode(path(u"tralio"_s), 0500);
+    SqliteKeyValueStore store(path());
+    EXPECT_EQ(store.trouble(), StoreTrouble::unsaved) << "told before anything is lost";
+    QList<std::optional<StoreTrouble>> told;
+    store.onTrouble = [&](std::optional<StoreTrouble> trouble) { told += trouble; };
+    store.acknowledgeTrouble();
+    store.setValue(u"a"_s, true);
+    setMode(path(u"tralio"_s), 0700);
+    setMode(path(), 0600);
+    store.setValue(u"a"_s, false);
+    EXPECT_EQ(told, (QList<std::optional<StoreTrouble>>{std::nullopt, StoreTrouble::unsaved, std::nullopt}));
+}
+
+TEST_F(SqliteFailureTest, a_preserved_value_is_moved_to_a_key_of_its_own_before_it_is_overwritten) {
+    makeStore(u"history"_s, QByteArray("first"));
+    SqliteKeyValueStore store(path());
+    for (const char* next : {"second", "third"}) {
+        store.preserve(u"history"_s);
+        store.setValue(u"history"_s, QByteArray(next));
+        store.setValue(u"history"_s, QByteArray(next));
+    }
+    store.preserve(u"never stored"_s);
+    store.setValue(u"never stored"_s, true);
+    EXPECT_EQ(OtherConnection(path()).query(
+                  "SELECT group_concat(key || '=' || value) FROM (SELECT * FROM entries ORDER BY key)"),
+        "history=third,history.damaged-1=first,history.damaged-2=second,never stored=1");
+}
+
 }  // namespace
 }  // namespace tralio

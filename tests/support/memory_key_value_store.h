@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -19,11 +20,16 @@ public:
     }
 
     void setValue(const QString& key, StoredValue value) override {
+        if (const auto old = values.find(key); old != values.end() && preserved.erase(key) > 0)
+            values.insert_or_assign(key + QStringLiteral(".damaged-1"), old->second);
         writes.emplace_back(key, value);
         values.insert_or_assign(key, std::move(value));
     }
 
+    void preserve(const QString& key) override { preserved.insert(key); }
+
     std::map<QString, StoredValue> values;
+    std::set<QString> preserved;
     std::vector<std::pair<QString, StoredValue>> writes;
 };
 

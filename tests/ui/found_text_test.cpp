@@ -7,6 +7,7 @@
 
 #include <sys/stat.h>
 
+#include "common/text_limit.h"
 #include "ui/translate/dropped_file.h"
 #include "ui/translate_panel_support.h"
 
@@ -61,6 +62,43 @@ TEST_F(FoundText, pasting_takes_the_trimmed_text_and_translates_it_if_asked) {
     panel->pasteFromClipboard(AutoTranslate::yes);
     EXPECT_TRUE(panel->isTranslating());
     EXPECT_THAT(recognizer.images, SizeIs(0)) << "text comes before pictures";
+}
+
+TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_comes) {
+    const QString longest(longestText, u'a');
+    const QString tooLong = longest + u"bc"_s;
+    pictureSays(tooLong);
+    desktop.pasteboard.copy(tooLong);
+    const QUrl picture = file(u"a.png"_s, {});
+    const QUrl text = file(u"a.txt"_s, tooLong.toUtf8());
+    const QUrl endless = file(u"b.txt"_s, QByteArray(longestTextBytes + 10, 'a'));
+    const QString told = u"Văn bản quá dài (200.002 ký tự, tối đa 200.000)"_s;
+    const QString toldOfMore = u"Văn bản quá dài (hơn 200.000 ký tự, tối đa 200.000)"_s;
+    const std::pair<QString, std::function<void()>> ways[] = {
+        {told, [&] { panel->pasteFromClipboard(AutoTranslate::yes); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(std::nullopt), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(tooLong), std::nullopt); }},
+        {told, [&] { appState.requestTranslation(tooLong); }},
+        {told, [&] { panel->handleDrop({{.fileURL = picture}}); }},
+        {told, [&] { panel->handleDrop({{.fileURL = text}}); }},
+        {toldOfMore, [&] { panel->handleDrop({{.fileURL = endless}}); }},
+    };
+    for (const auto& [message, come] : ways) {
+        panel->errorMessage = std::nullopt;
+        come();
+        ASSERT_TRUE(settles());
+        EXPECT_EQ(panel->errorMessage(), message) << &come - &ways[0].second;
+        EXPECT_EQ(input->text(), u"typed"_s);
+        EXPECT_FALSE(panel->isTranslating());
+    }
+    // As does what has grown under the user's fingers.
+    EXPECT_EQ(panel->textToInsert(longest), std::nullopt) << "too long with what stands there";
+    translate(tooLong);
+    EXPECT_EQ(panel->errorMessage(), told);
+    EXPECT_FALSE(panel->isTranslating());
+    translate(longest);
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+    ASSERT_TRUE(translationEnds());
 }
 
 TEST_F(FoundText, pasting_reads_a_picture_where_there_is_no_text) {

@@ -96,6 +96,38 @@ TEST_F(
     EXPECT_EQ(model.requests().size(), 1);
 }
 
+TEST_F(PendingText, nothing_is_sent_unasked_while_the_settings_may_not_be_the_users) {
+    appState.storeTrouble = StoreTrouble::unreadable;
+    bool dismissed = false;
+    appState.onStoreTroubleDismissed = [&] { dismissed = true; };
+    const auto warning = panel->message();
+    ASSERT_TRUE(warning);
+    appState.requestTranslation(u"private"_s);
+    ASSERT_TRUE(nextTurn());
+    appState.notifyPopoverOpened();
+    ASSERT_TRUE(nextTurn());
+    desktop.clock.advance(1s);
+    EXPECT_EQ(input->text(), u"private"_s);
+    EXPECT_FALSE(panel->isTranslating());
+
+    // What the user asks for is done, with the warning still there, and the error beside it.
+    model.repliesBy([](const StandInModel::Request&) { return StandInReply::error(500, u"broken"_s); });
+    panel->performTranslate();
+    ASSERT_TRUE(translationEnds());
+    EXPECT_EQ(panel->message(), *warning + u'\n' + panel->errorMessage().value_or(QString()));
+    panel->clear();
+    EXPECT_EQ(panel->message(), warning);
+
+    panel->dismissError();
+    EXPECT_TRUE(dismissed);
+    EXPECT_EQ(panel->message(), std::nullopt);
+    const qsizetype requests = model.requests().size();
+    appState.requestTranslation(u"again"_s);
+    ASSERT_TRUE(nextTurn());
+    desktop.clock.advance(1s);
+    EXPECT_TRUE(requestsArrive(requests + 1));
+}
+
 TEST_F(PendingText, nothing_that_was_put_off_outlives_the_main_view) {
     panel->outputText = u"out"_s;
     panel->copyResult();

@@ -150,9 +150,10 @@ void TextEditor::dropEvent(QDropEvent* event) {
 }
 
 void TextEditor::insertFromMimeData(const QMimeData* source) {
-    if (const QString text = source->text(); !text.isEmpty()) {
-        prepareFor(text);
-        insertPlainText(text);
+    const auto text = m_textOf ? m_textOf(*source) : source->text();
+    if (text && !text->isEmpty()) {
+        prepareFor(*text);
+        insertPlainText(*text);
         ensureCursorVisible();
     }
 }

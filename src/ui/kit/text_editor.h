@@ -2,7 +2,9 @@
 
 #include <QBasicTimer>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 #include "common/binding.h"
 #include "ui/kit/text_area.h"
@@ -22,6 +24,9 @@ public:
 
     /// The caret is out of place while something else is about to be put in.
     void setCaretShown(bool shown);
+    /// Answers what is inserted of what is pasted or dropped, or nothing; without it, any text is.
+    using TextOf = std::function<std::optional<QString>(const QMimeData& source)>;
+    void setTextOf(TextOf textOf) { m_textOf = std::move(textOf); }
 
 protected:
     /// `text` is written on every edit, also of a composition, and read by `refresh`.
@@ -50,6 +55,7 @@ private:
     [[nodiscard]] QRectF caretArea() const;
 
     Binding<QString> m_text;
+    TextOf m_textOf;
     QString m_shown;                       ///< the bound text as it was last read or written
     std::optional<bool> m_dragBringsText;  ///< while one is over the editor
     QBasicTimer m_blink;

@@ -81,7 +81,11 @@ MainView::MainView(Services services, Actions actions, QWidget* parent)
         m_services.appState, this, [this] { refresh(); });
     onAnyChange(
         m_settings, this, [this] { refresh(); });
-    onAnyChange(m_services.hotKeys.keys(), this, [this] { refresh(); });
+    onAnyChange(
+        m_services.hotKeys.keys(), this, [this] { refresh(); });
+    onChange(
+        m_services.appState, this, [this] { return m_services.appState.isKeyAwaited(); },
+        [this] { m_settings.reloadApiKey(); });
     refresh();
 }
 

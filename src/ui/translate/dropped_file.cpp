@@ -11,24 +11,27 @@
 #include <memory>
 #include <utility>
 
+#include "common/text_limit.h"
+
 namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr qint64 mostBytes = 8 << 20;
-
 std::optional<QString> contentOf(const QString& path) {
     QFile file(path);
     // Opening a pipe would wait for somebody to write into it.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > mostBytes)
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    const QByteArray bytes = file.read(mostBytes);
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QByteArray bytes = file.read(longestTextBytes + 1);
+    const bool isWhole = bytes.size() <= longestTextBytes;
+    // Where it was cut, a character may be incomplete.
+    QStringDecoder decoder(
+        QStringDecoder::Utf8, isWhole ? QStringDecoder::Flag::Stateless : QStringDecoder::Flag::Default);
     QString text = decoder.decode(bytes);
     if (decoder.hasError() || file.error() != QFileDevice::NoError)
         return std::nullopt;
-    return text;
+    return isWhole ? text : beginningOfLongText(text);
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ enum class DroppedFileKind { image, text, other };
 [[nodiscard]] DroppedFileKind droppedFileKind(const QUrl& fileURL);
 
 /// The content of a file of UTF-8 text, read on another thread, since the file may lie on a slow disk or a
-/// network. Absent when it cannot be read, is not UTF-8, is no regular file, or is larger than what anybody
-/// would have translated.
+/// network. Absent when it cannot be read, is not UTF-8 or is no regular file. Of one that is too long only
+/// the beginning is read.
 [[nodiscard]] QCoro::Task<std::optional<QString>> readTextFile(QString path);
 
 }  // namespace tralio

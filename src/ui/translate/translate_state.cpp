@@ -9,6 +9,7 @@
 #include "common/excerpt.h"
 #include "common/localized_error.h"
 #include "common/on_change.h"
+#include "common/text_limit.h"
 #include "engine/ai_service.h"
 #include "history/translation_history_store.h"
 #include "hotkeys/pasteboard.h"
@@ -28,6 +29,15 @@ using namespace std::chrono_literals;
 
 constexpr auto pendingTextDelay = 50ms;
 constexpr auto copyFeedback = 1500ms;
+
+const QString settingsUnreadable =
+    u"Không đọc được cài đặt đã lưu, Tralio đang dùng cài đặt mặc định. "
+    u"Hãy xem lại máy chủ dịch trong Cài đặt trước khi dịch."_s;
+const QString settingsUnsaved =
+    u"Không lưu được cài đặt và lịch sử lên đĩa, những gì thay đổi sẽ mất khi thoát Tralio."_s;
+
+const QString keyLocked =
+    u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. Hãy mở khóa kho rồi dịch lại."_s;
 
 const QString english = u"Tiếng Anh"_s;
 const QString vietnamese = u"Tiếng Việt"_s;
@@ -71,6 +81,9 @@ void TranslateState::appear(QObject* panel) {
             if (speech.failure())
                 showError(speech.failure());
         });
+    onChange(
+        appState, panel, [&appState] { return appState.storeTrouble(); },
+        [this] { Q_EMIT objectWillChange(); });
     checkAndTriggerPendingTranslation();
 }
 
@@ -91,6 +104,14 @@ void TranslateState::showError(const std::optional<QString>& message) {
     errorMessage = message;
 }
 
+std::optional<QString> TranslateState::message() const {
+    const auto trouble = m_services.appState.storeTrouble();
+    if (!trouble)
+        return errorMessage();
+    const QString told = *trouble == StoreTrouble::unreadable ? settingsUnreadable : settingsUnsaved;
+    return errorMessage() ? told + u'\n' + *errorMessage() : told;
+}
+
 bool TranslateState::canTranslate() const {
     return !isTranslating() && !inputText.get().trimmed().isEmpty();
 }
@@ -98,8 +119,13 @@ bool TranslateState::canTranslate() const {
 void TranslateState::performTranslate() {
     const QString text = inputText.get().trimmed();
     debugLog(u"TranslateView.performTranslate: starting translation for '" % excerpt(text) % u"'");
-    if (text.isEmpty())
+    if (text.isEmpty() || !admits(text))
         return;
+    if (m_services.appState.isKeyAwaited()) {
+        showError(keyLocked);
+        m_services.appState.unlockKey();
+        return;
+    }
     isTranslating = true;
     showError(std::nullopt);
     m_isResultAwaited = true;
@@ -157,8 +183,12 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     const QString text = pending.trimmed();
     if (text.isEmpty())
         return;
-    inputText.set(text);
     appState.pendingTextToTranslate = QString();
+    if (!admits(text))
+        return;
+    inputText.set(text);
+    if (appState.storeTrouble())
+        return;
     m_services.clock.after(
         pendingTextDelay, m_mainView, [self = shared_from_this()] { self->performTranslate(); });
 }
@@ -226,11 +256,23 @@ void TranslateState::endRecognition(
 
 void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) {
     const QString trimmed = text.trimmed();
-    if (trimmed.isEmpty())
+    if (trimmed.isEmpty() || !admits(trimmed))
         return;
     inputText.set(trimmed);
     if (autoTranslate == AutoTranslate::yes)
         performTranslate();
+}
+
+bool TranslateState::admits(const QString& text) {
+    if (!isTooLong(text))
+        return true;
+    showError(tooLongMessage(text));
+    return false;
+}
+
+std::optional<QString> TranslateState::textToInsert(std::optional<QString> dropped) {
+    auto text = dropped ? std::move(dropped) : m_services.pasteboard.string();
+    return text && admits(*text) && admits(inputText.get() + *text) ? text : std::nullopt;
 }
 
 bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
@@ -262,7 +304,10 @@ QCoro::Task<void> TranslateState::translateFile(QString path) {
     const std::optional<QString> text = co_await std::move(reading);
     if (!m_mainView || !text)
         co_return;
-    inputText.set(text->trimmed());
+    const QString trimmed = text->trimmed();
+    if (!admits(trimmed))
+        co_return;
+    inputText.set(trimmed);
     performTranslate();
 }
 
@@ -289,6 +334,8 @@ void TranslateState::clear() {
 
 void TranslateState::dismissError() {
     showError(std::nullopt);
+    if (m_services.appState.storeTrouble())
+        m_services.appState.dismissStoreTrouble();
 }
 
 }  // namespace tralio

@@ -73,6 +73,9 @@ public:
     Observable<std::optional<QString>> errorMessage{*this};
     Observable<bool> isCopied{*this, false};
 
+    /// What the error strip says: what is wrong with the settings, until the user takes it away, and the
+    /// error.
+    [[nodiscard]] std::optional<QString> message() const;
     [[nodiscard]] AppSettings& settings() { return m_services.settings; }
     [[nodiscard]] SpeechService& speechService() { return m_services.speech; }
     [[nodiscard]] AppState& appState() { return m_services.appState; }
@@ -92,10 +95,14 @@ public:
     /// Gives up the translation that was started last, without a message.
     void cancel();
     void swapLanguages();
-    /// Takes over a text that the shell has left for this panel.
+    /// Takes over a text that the shell has left for this panel; only that, while the settings may not be
+    /// the user's.
     void checkAndTriggerPendingTranslation();
     /// Takes the clipboard's text or else the text in its picture.
     void pasteFromClipboard(AutoTranslate autoTranslate);
+    /// What the input takes of a text that is dropped on it, or of the clipboard's where there is none:
+    /// nothing when it would become too long, of which the user is told.
+    [[nodiscard]] std::optional<QString> textToInsert(std::optional<QString> dropped);
     /// Lets the user draw a region of the screen, and translates the text in it.
     QCoro::Task<void> captureScreenAndTranslate();
     /// Takes the text in a picture as the input. Nothing happens for a file that is no picture.
@@ -114,6 +121,8 @@ private:
     void endRecognition(
         const QString& text, const std::optional<QString>& failure, AutoTranslate autoTranslate);
     void takeText(const QString& text, AutoTranslate autoTranslate);
+    /// Whether a text is short enough; the user is told when it is not.
+    [[nodiscard]] bool admits(const QString& text);
 
     void showError(const std::optional<QString>& message);
 

@@ -1,6 +1,9 @@
 #include "ui/translate/translate_view.h"
 
 #include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
 
 #include <utility>
 
@@ -115,6 +118,11 @@ QLayout* TranslateView::languageRow() {
 
 QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
+    m_input->setTextOf([this](const QMimeData& source) {
+        // The toolkit would read a clipboard of any size to its end.
+        const bool isClipboard = &source == QGuiApplication::clipboard()->mimeData();
+        return m_state.textToInsert(isClipboard ? std::nullopt : std::optional(source.text()));
+    });
     m_input->setAccessibleName(u"Nội dung cần dịch"_s);
     m_input->setFixedHeight(115);
     m_inputBox = new Surface(ColorRole::textBackground, ColorRole::border20, radius::block);
@@ -235,9 +243,10 @@ void TranslateView::refresh() {
     m_translate->setEnabled(m_state.canTranslate());
     m_cancel->setVisible(translating);
 
-    if (const auto message = m_state.errorMessage())
+    const auto message = m_state.message();
+    if (message)
         m_error->setMessage(*message);
-    m_errorReveal->setRevealed(m_state.errorMessage().has_value());
+    m_errorReveal->setRevealed(message.has_value());
 
     const bool speaking = m_state.speechService().isSpeaking();
     m_speak->setVisible(speaking || !m_state.outputText().isEmpty());

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/text_limit.h"
+
 namespace tralio {
 namespace {
 
@@ -44,6 +46,7 @@ std::optional<int> selectionCount(const AtspiReference& object, const AtspiQuest
 
 QStringList selectedParts(const AtspiReference& object, int count, const AtspiQuestion& question) {
     QStringList parts;
+    int room = longestText;
     for (int i = 0; i < count; ++i) {
         const auto range = question.bus.call(object, textInterface, u"GetSelection"_s, {i}, question.budget);
         if (!range)
@@ -51,10 +54,15 @@ QStringList selectedParts(const AtspiReference& object, int count, const AtspiQu
         const auto [start, end] = std::minmax({range->value(0).toInt(), range->value(1).toInt()});
         if (start == end)
             continue;
+        const bool isWhole = end - start <= room;
+        const int last = isWhole ? end : start + room;
         const auto text =
-            question.bus.call(object, textInterface, u"GetText"_s, {start, end}, question.budget);
+            question.bus.call(object, textInterface, u"GetText"_s, {start, last}, question.budget);
         if (text)
             parts += text->value(0).toString();
+        if (!isWhole)
+            return {beginningOfLongText(parts.join(u'\n'))};
+        room -= end - start;
     }
     return parts;
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/debug_log.h"
+#include "common/text_limit.h"
 #include "platform/linux/bus/activation_token.h"
 #include "platform/linux/bus/freedesktop_application.h"
 
@@ -70,10 +71,15 @@ void SessionService::CaptureScreen() {
 }
 
 void SessionService::TranslateText(const QString& text) {
-    run([this, text] {
-        if (m_actions.translateText)
-            m_actions.translateText(text);
-    });
+    translateText(text, {});
+}
+
+void SessionService::translateText(const QString& text, const QString& activationToken) {
+    if (!m_actions.translateText)
+        return;
+    run([this,
+            taken = isTooLong(text) ? beginningOfLongText(text) : text] { m_actions.translateText(taken); },
+        activationToken);
 }
 
 void SessionService::run(std::function<void()> action, const QString& activationToken) {
@@ -96,8 +102,8 @@ void SessionService::runNamed(
         run(m_actions.translateSelection, activationToken);
     else if (action == u"capture-screen")
         run(m_actions.captureScreen, activationToken);
-    else if (action == u"translate-text" && m_actions.translateText)
-        run([this, text = parameter.value(0).toString()] { m_actions.translateText(text); }, activationToken);
+    else if (action == u"translate-text")
+        translateText(parameter.value(0).toString(), activationToken);
 }
 
 }  // namespace tralio

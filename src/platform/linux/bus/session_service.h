@@ -60,6 +60,7 @@ private:
 
     /// Runs an action later. The token lets the window come to the front; it is empty where none was given.
     void run(std::function<void()> action, const QString& activationToken = {});
+    void translateText(const QString& text, const QString& activationToken);
     void runNamed(const QString& action, const QVariantList& parameter, const QString& activationToken);
 
     QDBusConnection m_bus;

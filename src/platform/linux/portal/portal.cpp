@@ -64,6 +64,8 @@ void Portal::takeLeave() {
 
 void Portal::introduce() {
     ++m_introduction;
+    // It looks at the processes that call it, and would turn away one that cannot be looked at.
+    m_visible.emplace();
     // Older portals know no registry, and tell applications apart by how they were started.
     auto registration = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
         u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
@@ -103,8 +105,10 @@ void Portal::askVersion(const QString& interface, int limit) {
 void Portal::takeVersion(const QString& interface, const QDBusPendingCall& call) {
     const QDBusPendingReply<QDBusVariant> reply = call;
     m_versions.insert(interface, reply.isValid() ? reply.value().variant().toUInt() : 0);
-    if (m_asked.remove(interface) && m_asked.isEmpty())
-        Q_EMIT ready();
+    if (!m_asked.remove(interface) || !m_asked.isEmpty())
+        return;
+    m_visible.reset();
+    Q_EMIT ready();
 }
 
 uint Portal::awaitVersion(const QString& interface) {

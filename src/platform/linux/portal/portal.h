@@ -8,6 +8,9 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
+
+#include "platform/linux/process/memory_privacy.h"
 
 namespace tralio {
 
@@ -88,6 +91,7 @@ private:
     int m_introduction =
         0;  ///< counts the portals that we came to, so that an answer is known for a late one
     bool m_knowsUs = false;
+    std::optional<memory_privacy::Suspension> m_visible;  ///< until the portal knows us
     uint m_lastToken = 0;
 };
 

@@ -2,16 +2,20 @@
 
 #include <QStringDecoder>
 
+#include "common/text_limit.h"
+
 namespace tralio {
 
 QString decodeText(const QByteArray& bytes, TextFormat::Encoding encoding) {
-    // Stateless: a text that ends within a letter is no UTF-8.
-    QStringDecoder decoder(
-        QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    const bool isWhole = bytes.size() <= longestTextBytes;
+    // Stateless: a text that ends within a letter is no UTF-8, unless its reading stopped there.
+    QStringDecoder decoder(QStringDecoder::Utf8,
+        QStringDecoder::Flag::ConvertInitialBom |
+            (isWhole ? QStringDecoder::Flag::Stateless : QStringDecoder::Flag::Default));
     QString text = decoder.decode(bytes);
     if (encoding == TextFormat::Encoding::eightBit && decoder.hasError())
-        return QString::fromLatin1(bytes);
-    return text;
+        text = QString::fromLatin1(bytes);
+    return isWhole ? text : beginningOfLongText(text);
 }
 
 QImage decodePicture(const QByteArray& bytes, const PictureFormat& format) {

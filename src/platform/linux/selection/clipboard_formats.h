@@ -28,7 +28,8 @@ inline constexpr std::array textFormats{
 };
 
 /// A byte order mark stays: this is no file, and a text may begin with what is one there. What says no
-/// encoding is Latin-1, as X11 has it, unless it is UTF-8, as most programs write.
+/// encoding is Latin-1, as X11 has it, unless it is UTF-8, as most programs write. Of more than
+/// `longestTextBytes`, which no reader goes on behind, only a text that is too long comes.
 [[nodiscard]] QString decodeText(const QByteArray& bytes, TextFormat::Encoding encoding);
 
 struct PictureFormat {

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+#include "common/text_limit.h"
+
 namespace tralio {
 namespace {
 
@@ -39,7 +41,9 @@ void FocusedSelection::take() {
         const QClipboard* clipboard = QGuiApplication::clipboard();
         if (!clipboard->supportsSelection() || clipboard->ownsSelection())
             return;
-        const QString text = clipboard->text(QClipboard::Selection);
+        QString text = clipboard->text(QClipboard::Selection);
+        if (isTooLong(text))
+            text = beginningOfLongText(text);
         if (text.trimmed().isEmpty() || std::exchange(m_lastSeen, text) == text)
             return;
         deliver(text);

@@ -4,6 +4,7 @@
 #include <utility>
 #include <wayland-client-protocol.h>
 
+#include "common/text_limit.h"
 #include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/wayland/data_pipe.h"
 #include "platform/linux/wayland/wayland_proxy.h"
@@ -120,12 +121,12 @@ std::optional<QString> DataControl::text(Selection selection, QDeadlineTimer dea
         [&](const TextFormat& candidate) { return offered.contains(QLatin1String(candidate.name)); });
     if (format == textFormats.end())
         return std::nullopt;
-    const auto bytes = content(selection, QLatin1String(format->name), deadline);
+    const auto bytes = content(selection, QLatin1String(format->name), longestTextBytes, deadline);
     return bytes ? std::optional(decodeText(*bytes, format->encoding)) : std::nullopt;
 }
 
 std::optional<QByteArray> DataControl::content(
-    Selection selection, const QString& mimeType, QDeadlineTimer deadline) {
+    Selection selection, const QString& mimeType, qsizetype most, QDeadlineTimer deadline) {
     const auto& offer = state(selection).offer;
     DataPipeReader pipe;
     if (!offer || !pipe.isOpen())
@@ -134,7 +135,7 @@ std::optional<QByteArray> DataControl::content(
         offer->object.get(), Protocol::OfferRequest::receive, mimeType.toUtf8().constData(), pipe.writeEnd());
     m_connection.flush();
     pipe.closeWriteEnd();
-    return pipe.readAll(deadline);
+    return pipe.read(most, deadline);
 }
 
 void DataControl::setClipboard(const QString& text) {

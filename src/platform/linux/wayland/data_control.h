@@ -40,9 +40,9 @@ public:
     /// The kinds of content that a selection's owner offers, by their MIME types.
     [[nodiscard]] QStringList mimeTypes(Selection selection);
 
-    /// The content of one kind.
+    /// The content of one kind, or the first `most` + 1 bytes of one that has more.
     [[nodiscard]] std::optional<QByteArray> content(
-        Selection selection, const QString& mimeType, QDeadlineTimer deadline);
+        Selection selection, const QString& mimeType, qsizetype most, QDeadlineTimer deadline);
 
     void setClipboard(const QString& text);
     [[nodiscard]] bool ownsClipboard() const { return m_source != nullptr; }

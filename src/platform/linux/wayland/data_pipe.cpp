@@ -2,6 +2,7 @@
 
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -12,8 +13,6 @@
 
 namespace tralio {
 namespace {
-
-constexpr qsizetype maxSize = 256 << 20;
 
 void closeOnce(int& fd) {
     if (fd >= 0)
@@ -39,24 +38,25 @@ void DataPipeReader::closeWriteEnd() {
     closeOnce(m_writeEnd);
 }
 
-std::optional<QByteArray> DataPipeReader::readAll(QDeadlineTimer deadline) const {
+std::optional<QByteArray> DataPipeReader::read(qsizetype most, QDeadlineTimer deadline) const {
     QByteArray all;
     std::array<char, 64 * 1024> part;
-    while (all.size() <= maxSize) {
+    while (all.size() <= most) {
         pollfd readable{m_readEnd, POLLIN, 0};
         const int ready = poll(&readable, 1, static_cast<int>(deadline.remainingTime()));
         if (ready < 0 && errno == EINTR)
             continue;  // by a signal, such as the one after a pause of the whole program
         if (ready <= 0)
             return std::nullopt;
-        const ssize_t count = read(m_readEnd, part.data(), part.size());
+        const auto wanted = std::min(size_t(most + 1 - all.size()), part.size());
+        const ssize_t count = ::read(m_readEnd, part.data(), wanted);
         if (count == 0)
             return all;
         if (count < 0 && errno != EINTR)
             return std::nullopt;
         all.append(part.data(), std::max<ssize_t>(count, 0));
     }
-    return std::nullopt;
+    return all;
 }
 
 DataPipeWriter::DataPipeWriter(int fd, const QString& text) : m_fd(fd), m_rest(text.toUtf8()) {

@@ -23,9 +23,9 @@ public:
     [[nodiscard]] int writeEnd() const { return m_writeEnd; }
     void closeWriteEnd();
 
-    /// Everything until the writer closes its end; absent when it has not done so by `deadline`, or writes
-    /// more than any text or picture worth translating.
-    [[nodiscard]] std::optional<QByteArray> readAll(QDeadlineTimer deadline) const;
+    /// Everything until the writer closes its end, or the first `most` + 1 bytes when there are more; absent
+    /// when neither has come by `deadline`.
+    [[nodiscard]] std::optional<QByteArray> read(qsizetype most, QDeadlineTimer deadline) const;
 
 private:
     int m_readEnd = -1;

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int readLimit = 250;    // milliseconds
 constexpr int imageLimit = 2000;  // milliseconds
+constexpr qsizetype mostPictureBytes = 256 << 20;
 
 constexpr auto clipboard = DataControl::Selection::clipboard;
 
@@ -40,8 +41,11 @@ QImage WaylandPasteboard::image() {
         const QLatin1String name(format.name);
         if (!offered.contains(name))
             continue;
-        const auto bytes = m_dataControl.content(clipboard, name, QDeadlineTimer(imageLimit));
-        if (QImage image = bytes ? decodePicture(*bytes, format) : QImage(); !image.isNull())
+        const auto bytes =
+            m_dataControl.content(clipboard, name, mostPictureBytes, QDeadlineTimer(imageLimit));
+        if (QImage image =
+                bytes && bytes->size() <= mostPictureBytes ? decodePicture(*bytes, format) : QImage();
+            !image.isNull())
             return image;
     }
     return {};

@@ -1,13 +1,16 @@
 #include "platform/linux/x11/selection_reader.h"
 
+#include <algorithm>
 #include <cstring>
 
+#include "common/text_limit.h"
 #include "platform/linux/selection/clipboard_formats.h"
 
 namespace tralio {
 namespace {
 
-constexpr qsizetype maxBytes = 64 << 20;
+constexpr qsizetype mostPictureBytes = 64 << 20;
+constexpr qsizetype mostTargetBytes = 64 << 10;
 
 template <typename Event>
 const Event* eventAs(const xcb_generic_event_t& event, quint8 type) {
@@ -36,11 +39,13 @@ public:
     }
 
     /// What the owner says that it has; absent when it does not know the question.
-    std::optional<QByteArray> targets() { return convert(m_connection.atom("TARGETS")); }
+    std::optional<QByteArray> targets() { return convert(m_connection.atom("TARGETS"), mostTargetBytes); }
 
     void setDeadline(QDeadlineTimer deadline) { m_deadline = deadline; }
 
-    std::optional<QByteArray> convert(xcb_atom_t target) {
+    /// Of a content that has more than `most` bytes only the beginning is taken, with a few bytes more than
+    /// that; the rest stays with the owner.
+    std::optional<QByteArray> convert(xcb_atom_t target, qsizetype most) {
         xcb_convert_selection(
             m_connection.xcb(), m_window, m_selection, target, m_property, XCB_CURRENT_TIME);
         const auto answer = m_connection.waitFor(
@@ -53,8 +58,8 @@ public:
             reinterpret_cast<const xcb_selection_notify_event_t&>(*answer).property == XCB_ATOM_NONE)
             return std::nullopt;
 
-        const Piece first = takePiece();
-        return first.incremental ? collectPieces() : std::optional(first.bytes);
+        const Piece first = takePiece(most);
+        return first.incremental ? collectPieces(most) : std::optional(first.bytes);
     }
 
 private:
@@ -64,10 +69,10 @@ private:
     };
 
     /// Reads and deletes the property; the deletion asks the owner for the next piece of a long text.
-    Piece takePiece() {
+    Piece takePiece(qsizetype most) {
         const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection.xcb(),
-            xcb_get_property(
-                m_connection.xcb(), 1, m_window, m_property, XCB_GET_PROPERTY_TYPE_ANY, 0, maxBytes / 4),
+            xcb_get_property(m_connection.xcb(), 1, m_window, m_property, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                quint32(most / 4 + 1)),
             nullptr)};
         if (!reply)
             return {};
@@ -76,9 +81,9 @@ private:
                 xcb_get_property_value_length(reply.get()))};
     }
 
-    std::optional<QByteArray> collectPieces() {
+    std::optional<QByteArray> collectPieces(qsizetype most) {
         QByteArray all;
-        while (all.size() < maxBytes) {
+        while (all.size() <= most) {
             const auto arrived = m_connection.waitFor(
                 [&](const xcb_generic_event_t& event) {
                     const auto* notify = eventAs<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
@@ -88,12 +93,12 @@ private:
                 m_deadline);
             if (!arrived)
                 return std::nullopt;
-            const Piece piece = takePiece();
+            const Piece piece = takePiece(most - all.size());
             if (piece.bytes.isEmpty())
                 return all;
             all += piece.bytes;
         }
-        return std::nullopt;
+        return all;
     }
 
     X11Connection& m_connection;
@@ -123,7 +128,7 @@ std::optional<QString> readSelectionText(
         const xcb_atom_t target = connection.atom(format.name);
         if (!offers(target))
             continue;
-        if (const auto bytes = conversion.convert(target))
+        if (const auto bytes = conversion.convert(target, longestTextBytes))
             return decodeText(*bytes, format.encoding);
     }
     return std::nullopt;
@@ -140,8 +145,10 @@ QImage readSelectionImage(
         const xcb_atom_t target = connection.atom(format.name);
         if (!contains(*targets, target))
             continue;
-        const auto bytes = conversion.convert(target);
-        if (QImage image = bytes ? decodePicture(*bytes, format) : QImage(); !image.isNull())
+        const auto bytes = conversion.convert(target, mostPictureBytes);
+        if (QImage image =
+                bytes && bytes->size() <= mostPictureBytes ? decodePicture(*bytes, format) : QImage();
+            !image.isNull())
             return image;
     }
     return {};

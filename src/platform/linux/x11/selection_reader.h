@@ -12,6 +12,7 @@ namespace tralio {
 
 /// The text of a selection (PRIMARY or CLIPBOARD), asked from its owner and awaited until `deadline` at the
 /// most, also when it comes in many pieces. Absent when there is no owner, no text, or no answer in time.
+/// Of a text that is too long (see `isTooLong`) only the beginning is read.
 /// The owner must not be this process: it could not answer while it waits.
 [[nodiscard]] std::optional<QString> readSelectionText(
     X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline);

@@ -1,0 +1,48 @@
+#include "common/text_limit.h"
+
+#include <QLocale>
+
+#include <algorithm>
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+qsizetype codePointCount(QStringView text) {
+    const auto isSecondHalf = [&](qsizetype at) {
+        return at > 0 && text.at(at).isLowSurrogate() && text.at(at - 1).isHighSurrogate();
+    };
+    qsizetype count = 0;
+    for (qsizetype at = 0; at < text.size(); ++at)
+        if (!isSecondHalf(at))
+            ++count;
+    return count;
+}
+
+}  // namespace
+
+bool isTooLong(QStringView text) {
+    return text.size() > longestText && codePointCount(text) > longestText;
+}
+
+QString tooLongMessage(QStringView text) {
+    static const QLocale vietnamese(QLocale::Vietnamese, QLocale::Vietnam);
+    const qsizetype count = codePointCount(text);
+    // Where only the beginning was read, nobody knows how long it is.
+    const QString length =
+        count == longestText + 1 ? u"hơn "_s + vietnamese.toString(longestText) : vietnamese.toString(count);
+    return u"Văn bản quá dài (%1 ký tự, tối đa %2)"_s.arg(length, vietnamese.toString(longestText));
+}
+
+QString beginningOfLongText(QStringView beginning) {
+    qsizetype size = std::min(beginning.size(), longestText);
+    if (size > 0 && beginning.at(size - 1).isHighSurrogate())
+        --size;
+    // Filled up, since trimming may have to take much of it away, and no reader knows what would follow.
+    QString text = beginning.first(size).trimmed().toString();
+    const qsizetype missing = longestText + 1 - codePointCount(text);
+    return text + QString(missing, u'…');
+}
+
+}  // namespace tralio

@@ -1,0 +1,190 @@
+#include "platform/linux/secrets/secret_service.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+
+#include <utility>
+
+#include "common/debug_log.h"
+#include "platform/linux/secrets/secret_item.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int answerLimit = 25'000;  // milliseconds, of which nothing waits
+
+const QString serviceInterface = u"org.freedesktop.Secret.Service"_s;
+const QString collectionInterface = u"org.freedesktop.Secret.Collection"_s;
+const QString itemInterface = u"org.freedesktop.Secret.Item"_s;
+const QString promptInterface = u"org.freedesktop.Secret.Prompt"_s;
+const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
+const QString noObject = u"/"_s;
+
+SecretAttributes attributes() {
+    return {{u"application"_s, u"org.tralio.Tralio"_s}, {u"secret"_s, u"api-key"_s}};
+}
+
+QList<QDBusObjectPath> paths(const QDBusMessage& reply, int argument) {
+    return qdbus_cast<QList<QDBusObjectPath>>(reply.arguments().value(argument));
+}
+
+QDBusObjectPath object(const QDBusMessage& reply, int argument) {
+    return reply.arguments().value(argument).value<QDBusObjectPath>();
+}
+
+}  // namespace
+
+SecretService::SecretService(QDBusConnection bus) : m_bus(std::move(bus)) {
+    registerSecretTypes();
+    auto* watcher = new QDBusServiceWatcher(
+        QLatin1String(service), m_bus, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        if (onChange)
+            onChange();
+    });
+    // A collection tells so that it was unlocked.
+    m_bus.connect(QLatin1String(service), {}, propertiesInterface, u"PropertiesChanged"_s,
+        {collectionInterface}, {}, this, SLOT(propertiesChanged(QDBusMessage)));
+}
+
+void SecretService::propertiesChanged(const QDBusMessage& signal) {
+    const auto changed = qdbus_cast<QVariantMap>(signal.arguments().value(1));
+    if (!changed.value(u"Locked"_s, true).toBool() && onChange)
+        onChange();
+}
+
+void SecretService::call(const QString& object, const QString& interface, const QString& method,
+    const QVariantList& arguments, Start start, Take take, std::function<void()> fail) {
+    auto message = QDBusMessage::createMethodCall(QLatin1String(service), object, interface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(start == Start::may);
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, answerLimit), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+        [watcher, method, take = std::move(take), fail = std::move(fail)] {
+            watcher->deleteLater();
+            if (!watcher->isError()) {
+                take(watcher->reply());
+                return;
+            }
+            if (watcher->error().type() != QDBusError::ServiceUnknown)
+                debugLog(u"SecretService.%1: %2"_s.arg(method, watcher->error().name()));
+            fail();
+        });
+}
+
+void SecretService::callService(const QString& method, const QVariantList& arguments, Start start, Take take,
+    std::function<void()> fail) {
+    call(QLatin1String(path), serviceInterface, method, arguments, start, std::move(take), std::move(fail));
+}
+
+void SecretService::openSession(
+    Start start, std::function<void(const QDBusObjectPath&)> then, std::function<void()> fail) {
+    callService(
+        u"OpenSession"_s, {u"plain"_s, QVariant::fromValue(QDBusVariant(QString()))}, start,
+        [then = std::move(then)](const QDBusMessage& reply) { then(object(reply, 1)); }, std::move(fail));
+}
+
+void SecretService::find(std::function<void(Answer, const QString&)> then) {
+    const auto fail = [then] { then(Answer::unavailable, {}); };
+    const auto takeItems = [this, then, fail](const QDBusMessage& items) {
+        const QList<QDBusObjectPath> unlocked = paths(items, 0);
+        if (unlocked.isEmpty()) {
+            then(paths(items, 1).isEmpty() ? Answer::absent : Answer::locked, {});
+            return;
+        }
+        openSession(
+            Start::may,
+            [=, this](const QDBusObjectPath& session) {
+                call(
+                    unlocked.first().path(), itemInterface, u"GetSecret"_s, {QVariant::fromValue(session)},
+                    Start::may,
+                    [then](const QDBusMessage& reply) {
+                        const auto secret = qdbus_cast<SecretValue>(reply.arguments().value(0));
+                        then(Answer::done, QString::fromUtf8(secret.value));
+                    },
+                    fail);
+            },
+            fail);
+    };
+    callService(u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::may, takeItems, fail);
+}
+
+void SecretService::keep(const QString& secret, std::function<void(Answer)> then) {
+    const auto fail = [then] { then(Answer::unavailable); };
+    const auto takeCollection = [=, this](const QDBusMessage& alias) {
+        const QDBusObjectPath collection = object(alias, 0);
+        if (collection.path() == noObject) {
+            fail();
+            return;
+        }
+        // To a locked one the service would answer with a question to the user.
+        call(
+            collection.path(), propertiesInterface, u"Get"_s, {collectionInterface, u"Locked"_s},
+            Start::mustNot,
+            [=, this](const QDBusMessage& locked) {
+                if (locked.arguments().value(0).value<QDBusVariant>().variant().toBool()) {
+                    then(Answer::locked);
+                    return;
+                }
+                openSession(
+                    Start::mustNot,
+                    [=, this](
+                        const QDBusObjectPath& session) { createItem(secret, session, collection, then); },
+                    fail);
+            },
+            fail);
+    };
+    callService(u"ReadAlias"_s, {u"default"_s}, Start::mustNot, takeCollection, fail);
+}
+
+void SecretService::createItem(const QString& secret, const QDBusObjectPath& session,
+    const QDBusObjectPath& collection, const std::function<void(Answer)>& then) {
+    const QVariantMap properties{{itemInterface + u".Label"_s, u"Tralio: API Key"_s},
+        {itemInterface + u".Attributes"_s, QVariant::fromValue(attributes())}};
+    const SecretValue value{session, {}, secret.toUtf8(), u"text/plain; charset=utf8"_s};
+    call(
+        collection.path(), collectionInterface, u"CreateItem"_s,
+        {properties, QVariant::fromValue(value), true}, Start::mustNot,
+        [then](const QDBusMessage& reply) {
+            then(object(reply, 0).path() == noObject ? Answer::locked : Answer::done);
+        },
+        [then] { then(Answer::unavailable); });
+}
+
+void SecretService::forget() {
+    const auto ignore = [] {};
+    callService(
+        u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::mustNot,
+        [this, ignore](const QDBusMessage& items) {
+            for (const QDBusObjectPath& item : paths(items, 0))
+                call(
+                    item.path(), itemInterface, u"Delete"_s, {}, Start::mustNot, [](const auto&) {}, ignore);
+        },
+        ignore);
+}
+
+void SecretService::unlock() {
+    const auto ignore = [] {};
+    const auto unlockItems = [this, ignore](const QDBusMessage& items) {
+        callService(
+            u"Unlock"_s, {QVariant::fromValue(paths(items, 1))}, Start::may,
+            [this, ignore](const QDBusMessage& reply) {
+                const QDBusObjectPath prompt = object(reply, 1);
+                if (prompt.path() != noObject)
+                    call(
+                        prompt.path(), promptInterface, u"Prompt"_s, {QString()}, Start::may,
+                        [](const auto&) {}, ignore);
+                else if (onChange)
+                    onChange();
+            },
+            ignore);
+    };
+    callService(u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::may, unlockItems, ignore);
+}
+
+}  // namespace tralio

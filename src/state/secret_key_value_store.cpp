@@ -1,0 +1,109 @@
+#include "state/secret_key_value_store.h"
+
+#include <utility>
+
+#include "common/debug_log.h"
+#include "state/app_settings.h"
+#include "state/secret_keeper.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString apiKey = AppSettings::apiKeyKey.toString();
+
+}  // namespace
+
+SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& keeper)
+    : m_store(store), m_keeper(keeper), m_key(store.text(apiKey)), m_isAwaited(holdsMarker()) {
+    m_keeper.onChange = [this] { askKeeper(); };
+    askKeeper();
+}
+
+SecretKeyValueStore::~SecretKeyValueStore() {
+    m_keeper.onChange = nullptr;
+    // Nobody knows whether it arrives.
+    if (m_handedOver && isSecret())
+        m_store.setValue(apiKey, *m_key);
+}
+
+std::optional<StoredValue> SecretKeyValueStore::value(const QString& key) const {
+    if (key != apiKey)
+        return m_store.value(key);
+    if (m_isAwaited)
+        return QString();
+    return m_key ? std::optional<StoredValue>(*m_key) : std::nullopt;
+}
+
+void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
+    const QString* text = key == apiKey ? std::get_if<QString>(&value) : nullptr;
+    if (!text) {
+        m_store.setValue(key, std::move(value));
+        return;
+    }
+    m_key = *text;
+    setAwaited(false);
+    const bool wasKept = holdsMarker();
+    // Typed letter by letter, it goes to a keeper that has proved to work without touching the disk.
+    if (!wasKept || !isSecret())
+        m_store.setValue(apiKey, *m_key);
+    if (isSecret())
+        handOver();
+    else if (wasKept)
+        m_keeper.forget();
+}
+
+bool SecretKeyValueStore::isSecret() const {
+    return m_key && !m_key->isEmpty() && *m_key != AppSettings::defaultApiKey;
+}
+
+bool SecretKeyValueStore::holdsMarker() const {
+    const auto stored = m_store.value(apiKey);
+    return stored && std::holds_alternative<bool>(*stored);
+}
+
+void SecretKeyValueStore::setAwaited(bool awaited) {
+    if (std::exchange(m_isAwaited, awaited) != awaited && onKeyAwaited)
+        onKeyAwaited(awaited);
+}
+
+void SecretKeyValueStore::askKeeper() {
+    if (m_isAwaited)
+        find();
+    else if (!holdsMarker())
+        handOver();
+}
+
+void SecretKeyValueStore::find() {
+    m_keeper.find([this](SecretKeeper::Answer answer, const QString& secret) {
+        using enum SecretKeeper::Answer;
+        if (!m_isAwaited || answer == locked || answer == unavailable)
+            return;
+        if (answer == absent)
+            debugLog(u"SecretKeyValueStore: the keeper of secrets has lost the key"_s);
+        m_key = secret;
+        setAwaited(false);
+    });
+}
+
+void SecretKeyValueStore::handOver() {
+    if (m_handedOver || !isSecret())
+        return;
+    m_handedOver = m_key;
+    m_keeper.keep(*m_key, [this](SecretKeeper::Answer answer) {
+        const QString sent = *std::exchange(m_handedOver, std::nullopt);
+        if (answer != SecretKeeper::Answer::done) {
+            if (holdsMarker() && isSecret())
+                m_store.setValue(apiKey, *m_key);
+        } else if (m_key == sent) {
+            m_store.setValue(apiKey, true);
+        } else if (isSecret()) {
+            handOver();
+        } else {
+            m_keeper.forget();
+        }
+    });
+}
+
+}  // namespace tralio

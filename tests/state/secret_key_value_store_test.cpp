@@ -1,0 +1,165 @@
+#include "state/secret_key_value_store.h"
+
+#include <gmock/gmock.h>
+
+#include "state/app_settings.h"
+#include "state/secret_keeper.h"
+#include "support/debug_log_file.h"
+#include "support/memory_key_value_store.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Answer = SecretKeeper::Answer;
+
+const QString apiKey = AppSettings::apiKeyKey.toString();
+const StoredValue marker = true;
+
+/// Answers when it is told to.
+class FakeKeeper final : public SecretKeeper {
+public:
+    void find(std::function<void(Answer, const QString&)> then) override { m_found = std::move(then); }
+    void keep(const QString& secret, std::function<void(Answer)> then) override {
+        handed += secret;
+        m_kept = std::move(then);
+    }
+    void forget() override { kept.reset(); }
+    void unlock() override {}
+
+    void answerFind(Answer answer) { std::exchange(m_found, nullptr)(answer, kept.value_or(QString())); }
+    void answerKeep(Answer answer) {
+        if (answer == Answer::done)
+            kept = handed.last();
+        std::exchange(m_kept, nullptr)(answer);
+    }
+    [[nodiscard]] bool isAsked() const { return m_found || m_kept; }
+
+    std::optional<QString> kept;
+    QStringList handed;
+
+private:
+    std::function<void(Answer, const QString&)> m_found;
+    std::function<void(Answer)> m_kept;
+};
+
+class SecretKeyValueStoreTest : public testing::Test {
+protected:
+    void start() {
+        settings.reset();
+        settings.emplace(store, keeper);
+        settings->onKeyAwaited = [this](bool awaited) { awaitedTold += awaited; };
+    }
+    QString key() { return settings->text(apiKey).value_or(u"none"_s); }
+    StoredValue stored() { return store.values[apiKey]; }
+
+    DebugLogFile log;
+    MemoryKeyValueStore store;
+    FakeKeeper keeper;
+    std::optional<SecretKeyValueStore> settings;
+    QList<bool> awaitedTold;
+};
+
+TEST_F(SecretKeyValueStoreTest, a_key_moves_to_an_open_keeper_and_comes_back_at_the_next_start) {
+    store.values[apiKey] = u"sk-mine"_s;
+    start();
+    EXPECT_EQ(stored(), StoredValue(u"sk-mine"_s)) << "until the keeper has it";
+    keeper.answerKeep(Answer::done);
+    EXPECT_EQ(stored(), marker);
+    EXPECT_EQ(key(), u"sk-mine"_s);
+
+    start();
+    EXPECT_TRUE(settings->isKeyAwaited());
+    EXPECT_EQ(key(), QString()) << "never the built-in one";
+    keeper.answerFind(Answer::done);
+    EXPECT_EQ(key(), u"sk-mine"_s);
+    EXPECT_EQ(awaitedTold, QList<bool>{false});
+    EXPECT_EQ(stored(), marker);
+}
+
+TEST_F(SecretKeyValueStoreTest, without_a_keeper_or_with_a_locked_one_the_store_keeps_the_key) {
+    store.values[apiKey] = u"sk-mine"_s;
+    for (const Answer answer : {Answer::locked, Answer::unavailable}) {
+        start();
+        keeper.answerKeep(answer);
+        settings->setValue(apiKey, u"sk-mine"_s);
+        keeper.answerKeep(answer);
+        EXPECT_EQ(stored(), StoredValue(u"sk-mine"_s));
+        EXPECT_EQ(key(), u"sk-mine"_s);
+        EXPECT_FALSE(keeper.isAsked()) << "asked again only when something has changed";
+    }
+    keeper.onChange();
+    keeper.answerKeep(Answer::done);
+    EXPECT_EQ(stored(), marker);
+}
+
+TEST_F(SecretKeyValueStoreTest, a_key_that_the_keeper_has_is_awaited_while_it_is_locked) {
+    store.values[apiKey] = marker;
+    keeper.kept = u"sk-mine"_s;
+    start();
+    keeper.answerFind(Answer::locked);
+    EXPECT_TRUE(settings->isKeyAwaited());
+    keeper.onChange();
+    keeper.answerFind(Answer::done);
+    EXPECT_EQ(key(), u"sk-mine"_s);
+
+    // What is typed meanwhile counts, and the answer that comes later not.
+    start();
+    settings->setValue(apiKey, u"sk-new"_s);
+    EXPECT_FALSE(settings->isKeyAwaited());
+    keeper.answerFind(Answer::done);
+    EXPECT_EQ(key(), u"sk-new"_s);
+
+    // One that has lost it: the user is asked for a key, and the marker makes no trouble.
+    keeper.answerKeep(Answer::done);
+    keeper.kept.reset();
+    start();
+    keeper.answerFind(Answer::absent);
+    EXPECT_FALSE(settings->isKeyAwaited());
+    EXPECT_EQ(key(), QString());
+}
+
+TEST_F(SecretKeyValueStoreTest, a_key_is_handed_over_as_it_is_typed_the_last_state_last) {
+    store.values[apiKey] = u"sk"_s;
+    start();
+    keeper.answerKeep(Answer::done);
+    store.writes.clear();
+    for (const QString& typed : {u"sk-"_s, u"sk-n"_s, u"sk-new"_s})
+        settings->setValue(apiKey, typed);
+    EXPECT_TRUE(store.writes.empty()) << "not on the disk once the keeper has proved to work";
+    keeper.answerKeep(Answer::done);
+    keeper.answerKeep(Answer::done);
+    EXPECT_EQ(keeper.kept, u"sk-new"_s);
+    EXPECT_EQ(keeper.handed, (QStringList{u"sk"_s, u"sk-"_s, u"sk-new"_s}));
+
+    // One that fails, or whose answer does not come, leaves the key with the store.
+    settings->setValue(apiKey, u"sk-2"_s);
+    keeper.answerKeep(Answer::unavailable);
+    EXPECT_EQ(stored(), StoredValue(u"sk-2"_s));
+    keeper.onChange();
+    keeper.answerKeep(Answer::done);
+    settings->setValue(apiKey, u"sk-3"_s);
+    settings.reset();
+    EXPECT_EQ(stored(), StoredValue(u"sk-3"_s));
+}
+
+TEST_F(SecretKeyValueStoreTest, the_built_in_key_and_an_empty_one_are_no_secrets) {
+    for (const QString& key : {AppSettings::defaultApiKey, QString()}) {
+        store.values[apiKey] = u"sk-mine"_s;
+        start();
+        settings->setValue(apiKey, key);
+        EXPECT_EQ(stored(), StoredValue(key));
+        keeper.answerKeep(Answer::done);
+        EXPECT_EQ(stored(), StoredValue(key));
+        EXPECT_EQ(keeper.kept, std::nullopt) << "an earlier one does not stay behind";
+        start();
+        EXPECT_FALSE(keeper.isAsked());
+        EXPECT_EQ(this->key(), key);
+    }
+    settings->setValue(u"other"_s, qint64{5});
+    EXPECT_EQ(settings->integer(u"other"_s), 5);
+}
+
+}  // namespace
+}  // namespace tralio
