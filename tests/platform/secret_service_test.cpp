@@ -4,6 +4,7 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -49,7 +50,7 @@ public:
 
     bool isLocked = false;
     bool isSilent = false;
-    QMap<SecretAttributes, QByteArray> items;
+    QList<std::pair<SecretAttributes, QByteArray>> items;
     QStringList calls;
 
 private:
@@ -67,7 +68,8 @@ private:
             return {QVariant::fromValue(QDBusVariant(isLocked))};
         if (method == u"SearchItems") {
             QList<QDBusObjectPath> found;
-            if (items.contains(qdbus_cast<SecretAttributes>(arguments.value(0))))
+            const auto wanted = qdbus_cast<SecretAttributes>(arguments.value(0));
+            if (std::ranges::any_of(items, [&wanted](const auto& item) { return item.first == wanted; }))
                 found += QDBusObjectPath(m_item);
             const QList<QDBusObjectPath> none;
             return {
@@ -76,14 +78,14 @@ private:
         if (method == u"GetSecret") {
             EXPECT_EQ(arguments.value(0).value<QDBusObjectPath>().path(), m_session);
             return {QVariant::fromValue(
-                SecretValue{QDBusObjectPath(m_session), {}, items.first(), u"text/plain"_s})};
+                SecretValue{QDBusObjectPath(m_session), {}, items.first().second, u"text/plain"_s})};
         }
         if (method == u"CreateItem") {
             const auto properties = qdbus_cast<QVariantMap>(arguments.value(0));
             const auto attributes =
                 qdbus_cast<SecretAttributes>(properties.value(u"org.freedesktop.Secret.Item.Attributes"_s));
             EXPECT_EQ(arguments.value(2), true) << "one key, however often it is changed";
-            items[attributes] = qdbus_cast<SecretValue>(arguments.value(1)).value;
+            items = {{attributes, qdbus_cast<SecretValue>(arguments.value(1)).value}};
             return {object(m_item), object(u"/"_s)};
         }
         if (method == u"Delete")
