@@ -219,7 +219,6 @@ TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
         file(u"broken.png"_s, "no picture"),
         file(u"latin.txt"_s, "caf\xe9"),
         file(u"no extension"_s, "text"),
-        file(u"long.txt"_s, QByteArray((8 << 20) + 1, 'x')),
         QUrl::fromLocalFile(pipe),
         QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)),
         QUrl::fromLocalFile(folder.path()),
@@ -230,6 +229,10 @@ TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
         EXPECT_EQ(input->text(), u"typed"_s) << url.toString().toStdString();
         EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << url.toString().toStdString();
     }
+    EXPECT_TRUE(panel->handleDrop({{.fileURL = file(u"long.txt"_s, QByteArray((8 << 20) + 1, 'x'))}}));
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(input->text(), u"typed"_s);
+    EXPECT_TRUE(panel->errorMessage()->startsWith(u"Văn bản quá dài"_s)) << "but what is too long is told";
     EXPECT_FALSE(panel->handleDrop({}));
     EXPECT_FALSE(panel->handleDrop({DroppedItem{}}));
 
