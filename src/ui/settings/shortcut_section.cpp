@@ -63,8 +63,8 @@ QLayout* ShortcutBlock::titleRow(const Words& words) {
 }
 
 QWidget* ShortcutBlock::troubleLine() {
-    auto* icon = new IconView({.name = u"exclamationmark.triangle.fill"_s, .pointSize = 11}, ColorRole::Red);
-    m_trouble = new Label(QString(), text::caption, ColorRole::Red);
+    auto* icon = new IconView({.name = u"exclamationmark.triangle.fill"_s, .pointSize = 11}, ColorRole::red);
+    m_trouble = new Label(QString(), text::caption, ColorRole::red);
     m_troubleLine = filled(new QWidget, row({.spacing = 6}, {icon, StackItem(m_trouble, {}, 1)}));
     return m_troubleLine;
 }
