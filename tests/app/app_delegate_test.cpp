@@ -148,6 +148,15 @@ TEST_F(Shell, a_click_on_the_tray_item_opens_the_popover_there_and_the_next_one_
     EXPECT_EQ(popover.anchors, (std::vector<std::optional<QRect>>{first, std::nullopt}));
 }
 
+TEST_F(Shell, the_panels_hide_and_show_the_popover) {
+    launch();
+    appState.showPopover();
+    EXPECT_TRUE(popover.shown);
+    EXPECT_EQ(popover.anchors.back(), statusItem.place);
+    appState.hidePopover();
+    EXPECT_FALSE(popover.shown);
+}
+
 TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty_milliseconds_after_that) {
     launch();
     const QString text = u"một hai ba bốn năm sáu bảy tám chín mười"_s;
@@ -339,7 +348,12 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     EXPECT_FALSE(appState.isReadingCapture());
 
     region.draws = true;
+    popover.onShow = [this, times = 0]() mutable {
+        if (++times == 1)
+            popover.performClose();  // the user, while the picture is read
+    };
     capture();  // nothing is read in the picture
+    popover.onShow = nullptr;
     const QString failure = u"handleScreenOCRHotKey error: "_s + OCRError::noTextFound().errorDescription();
     EXPECT_TRUE(eventually([&] { return log.messages().contains(failure); }));
     EXPECT_EQ(appState.notice(), u"Không tìm thấy chữ trong vùng đã chụp"_s);
