@@ -16,6 +16,7 @@ public:
 
     /// One more connection, as one more program would have.
     [[nodiscard]] QDBusConnection connect();
+    [[nodiscard]] QString address() const { return m_address; }
 
 private:
     QTemporaryDir m_folder;

@@ -67,6 +67,9 @@ public Q_SLOTS:
     void open();
 
 public:
+    /// Connects to the accessibility bus at an address.
+    void connectTo(const QString& address);
+
     /// Calls a method of an object and gives the values it returned; absent when it failed or the time is
     /// over.
     [[nodiscard]] std::optional<QVariantList> call(const AtspiReference& object, const QString& interface,
@@ -100,7 +103,6 @@ private Q_SLOTS:
     void ownerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
 
 private:
-    void connectTo(const QString& address);
     void close();
     void listen();
     void setActive(const AtspiReference& window, bool active);

@@ -1,0 +1,127 @@
+#include <QCoreApplication>
+
+#include <gmock/gmock.h>
+
+#include "platform/linux/atspi/atspi_search.h"
+#include "platform/scripted_accessibles.h"
+#include "support/print_to.h"
+#include "support/private_bus.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Objects = QHash<QString, ScriptedAccessibles::Object>;
+using Ranges = QList<std::pair<int, int>>;
+
+class GivenPrimary final : public PrimarySelection {
+public:
+    std::optional<PrimaryMark> markOf(qint32 /*processId*/, QDeadlineTimer /*deadline*/) override {
+        return mark;
+    }
+
+    std::optional<PrimaryMark> mark;
+};
+
+/// An application that answers by the accessibility bus.
+class Atspi : public testing::Test {
+protected:
+    void script(const Objects& objects) {
+        application.emplace(daemon.address(), objects);
+        bus.connectTo(daemon.address());
+        ASSERT_TRUE(bus.isOpen());
+    }
+    [[nodiscard]] std::shared_ptr<const AtspiContext> context() {
+        const auto pid = static_cast<qint32>(QCoreApplication::applicationPid());
+        return std::make_shared<AtspiContext>(AtspiContext{{bus, TimeBudget(5000)}, primary, pid, QString()});
+    }
+    [[nodiscard]] AtspiElement element(const QString& path) { return {application->at(path), context()}; }
+
+    PrivateBus daemon;
+    std::optional<ScriptedAccessibles> application;
+    AtspiBus bus;
+    GivenPrimary primary;
+};
+
+TEST_F(Atspi, a_menu_item_tells_its_shortcut_in_either_toolkits_words_and_presses_unless_greyed) {
+    const auto item = [](const QString& binding, const QList<AtspiState>& states) {
+        return ScriptedAccessibles::Object{
+            .role = AtspiRole::menuItem, .states = states, .keyBinding = binding};
+    };
+    script({{u"/gtk"_s, item(u"c;<Alt>e:c;<Primary><Control>c"_s, {AtspiState::enabled})},
+        {u"/qt"_s, item(u"Ctrl+C"_s, {AtspiState::sensitive})},
+        {u"/mnemonic"_s, item(u"c"_s, {AtspiState::showing})}, {u"/none"_s, item(QString(), {})}});
+    EXPECT_EQ(element(u"/gtk"_s).commandCharacter(), u"c"_s);
+    EXPECT_EQ(element(u"/qt"_s).commandCharacter(), u"C"_s);
+    EXPECT_EQ(element(u"/mnemonic"_s).commandCharacter(), std::nullopt);
+    EXPECT_EQ(element(u"/none"_s).commandCharacter(), std::nullopt);
+
+    EXPECT_TRUE(element(u"/gtk"_s).press());
+    EXPECT_TRUE(element(u"/qt"_s).press());
+    EXPECT_FALSE(element(u"/mnemonic"_s).press()) << "greyed";
+    EXPECT_EQ(application->pressesOf(u"/gtk"_s), 1);
+    EXPECT_EQ(application->pressesOf(u"/mnemonic"_s), 0);
+}
+
+TEST_F(Atspi, an_element_that_counts_its_selections_is_believed_before_an_older_primary) {
+    const auto text = [](AtspiRole role, const std::optional<Ranges>& selections) {
+        return ScriptedAccessibles::Object{.role = role,
+            .children = {u"/first"_s, u"/second"_s},
+            .parent = u"/page"_s,
+            .selections = selections,
+            .text = u"one two three"_s};
+    };
+    script({{u"/entry"_s, text(AtspiRole::entry, Ranges{{4, 7}})},
+        {u"/backwards"_s, text(AtspiRole::text, Ranges{{7, 4}, {3, 3}, {8, 13}})},
+        {u"/empty"_s, text(AtspiRole::entry, Ranges())}, {u"/page"_s, text(AtspiRole::panel, Ranges())},
+        {u"/password"_s, text(AtspiRole::passwordText, Ranges{{0, 3}})},
+        {u"/button"_s, text(AtspiRole::panel, std::nullopt)},
+        {u"/first"_s, text(AtspiRole::paragraph, Ranges{{4, 7}})},
+        {u"/second"_s, text(AtspiRole::paragraph, Ranges())}, {u"/alone"_s, {.children = {u"/lone"_s}}},
+        {u"/lone"_s, {.role = AtspiRole::heading, .parent = u"/alone"_s, .selections = Ranges()}}});
+    primary.mark = PrimaryMark{u"zero one two"_s};
+    struct Case {
+        QString path;
+        std::optional<QString> own;
+        std::optional<QString> beside;
+    };
+    const Case cases[] = {
+        {u"/entry"_s, u"two"_s, std::nullopt},
+        {u"/backwards"_s, u"two\nthree"_s, std::nullopt},
+        {u"/empty"_s, std::nullopt, std::nullopt},
+        {u"/page"_s, std::nullopt, std::nullopt},
+        {u"/button"_s, std::nullopt, u"zero one two"_s},
+        {u"/first"_s, u"zero one two"_s, std::nullopt},
+        {u"/second"_s, std::nullopt, u"zero one two"_s},  // the one beside it is marked
+        {u"/lone"_s, std::nullopt, std::nullopt},
+        {u"/gone"_s, std::nullopt, u"zero one two"_s},
+    };
+    for (const Case& c : cases) {
+        AtspiElement asked = element(c.path);
+        EXPECT_EQ(asked.selectedText(), c.own) << c.path.toStdString();
+        EXPECT_EQ(asked.selectedDocumentText(), c.beside) << c.path.toStdString();
+        EXPECT_FALSE(asked.holdsPassword()) << c.path.toStdString();
+    }
+    EXPECT_TRUE(element(u"/password"_s).holdsPassword());
+}
+
+TEST_F(Atspi, the_focus_is_searched_in_the_active_window_among_what_shows) {
+    using State = AtspiState;
+    const auto focused = [](const QList<State>& more) {
+        return ScriptedAccessibles::Object{.states = QList<State>{State::focused} + more};
+    };
+    script({{u"/application"_s, {.children = {u"/other"_s, u"/window"_s}}},
+        {u"/other"_s, {.children = {u"/elsewhere"_s}}}, {u"/elsewhere"_s, focused({State::focusable})},
+        {u"/window"_s, {.states = {State::active}, .children = {u"/tab"_s, u"/hidden"_s, u"/shown"_s}}},
+        {u"/tab"_s, focused({})}, {u"/hidden"_s, {.children = {u"/below"_s}}},
+        {u"/below"_s, focused({State::focusable})},
+        {u"/shown"_s, {.states = {State::showing}, .children = {u"/field"_s}}},
+        {u"/field"_s, focused({State::focusable})}});
+    EXPECT_EQ(searchFocus(*context()), application->at(u"/field"_s));
+    // Remembered, it need not be searched.
+    bus.rememberFocus(application->at(u"/below"_s));
+    EXPECT_EQ(searchFocus(*context()), application->at(u"/below"_s));
+}
+
+}  // namespace
+}  // namespace tralio
