@@ -9,17 +9,12 @@
 #include "common/excerpt.h"
 #include "common/localized_error.h"
 #include "common/on_change.h"
-#include "common/text_limit.h"
 #include "engine/ai_service.h"
 #include "history/translation_history_store.h"
 #include "hotkeys/pasteboard.h"
-#include "ocr/ocr_error.h"
-#include "ocr/ocr_service.h"
-#include "ocr/screen_capture_service.h"
 #include "speech/speech_service.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
-#include "ui/translate/dropped_file.h"
 
 namespace tralio {
 namespace {
@@ -191,124 +186,6 @@ void TranslateState::checkAndTriggerPendingTranslation() {
         return;
     m_services.clock.after(
         pendingTextDelay, m_mainView, [self = shared_from_this()] { self->performTranslate(); });
-}
-
-void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
-    const QString text = m_services.pasteboard.string().value_or(QString()).trimmed();
-    if (!text.isEmpty())
-        takeText(text, autoTranslate);
-    else if (const QImage image = m_services.pasteboard.image(); !image.isNull())
-        performOCR(image, autoTranslate);
-}
-
-QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
-    const auto self = shared_from_this();
-    showError(std::nullopt);
-    isOCROngoing = true;
-    std::optional<QString> text;
-    std::optional<QString> failure;
-    try {
-        AppState& appState = m_services.appState;
-        auto capture = m_services.captures.captureInteractiveAndRecognize(
-            [&appState] { appState.hidePopover(); }, [&appState] { appState.showPopover(); });
-        text = co_await std::move(capture);
-    } catch (const LocalizedError& error) {
-        failure = error.errorDescription();
-    }
-    endRecognition(text.value_or(QString()), failure, AutoTranslate::yes);
-}
-
-QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
-    const auto self = shared_from_this();
-    const std::optional<QString> earlierError = errorMessage();
-    const bool isFile = std::holds_alternative<QUrl>(image);
-    showError(std::nullopt);
-    const qint64 errors = m_errors;
-    isOCROngoing = true;
-    QString text;
-    std::optional<QString> failure;
-    try {
-        auto recognition =
-            std::visit([this](auto source) { return m_services.ocr.recognizeText(std::move(source)); },
-                std::move(image));
-        text = co_await std::move(recognition);
-    } catch (const OCRError& error) {
-        // A file that turns out to be no picture changes nothing; what was told meanwhile stands.
-        const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
-        if (!isNoPicture)
-            failure = error.errorDescription();
-        else if (errors == m_errors)
-            failure = earlierError;
-    }
-    endRecognition(text, failure, autoTranslate);
-}
-
-void TranslateState::endRecognition(
-    const QString& text, const std::optional<QString>& failure, AutoTranslate autoTranslate) {
-    if (!m_mainView)
-        return;
-    isOCROngoing = false;
-    if (failure)
-        showError(failure);
-    else
-        takeText(text, autoTranslate);
-}
-
-void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) {
-    const QString trimmed = text.trimmed();
-    if (trimmed.isEmpty() || !admits(trimmed))
-        return;
-    inputText.set(trimmed);
-    if (autoTranslate == AutoTranslate::yes)
-        performTranslate();
-}
-
-bool TranslateState::admits(const QString& text) {
-    if (!isTooLong(text))
-        return true;
-    showError(tooLongMessage(text));
-    return false;
-}
-
-std::optional<QString> TranslateState::textToInsert(std::optional<QString> dropped) {
-    auto text = dropped ? std::move(dropped) : m_services.pasteboard.string();
-    return text && admits(*text) && admits(inputText.get() + *text) ? text : std::nullopt;
-}
-
-bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
-    if (items.isEmpty())
-        return false;
-    const DroppedItem& item = items.first();
-    if (item.fileURL) {
-        switch (droppedFileKind(*item.fileURL)) {
-            case DroppedFileKind::image:
-                performOCR(*item.fileURL, AutoTranslate::yes);
-                break;
-            case DroppedFileKind::text:
-                translateFile(item.fileURL->toLocalFile());
-                break;
-            case DroppedFileKind::other:
-                break;
-        }
-        return true;
-    }
-    if (item.image.isNull())
-        return false;
-    performOCR(item.image, AutoTranslate::yes);
-    return true;
-}
-
-QCoro::Task<void> TranslateState::translateFile(QString path) {
-    const auto self = shared_from_this();
-    auto reading = readTextFile(std::move(path));
-    const std::optional<QString> text = co_await std::move(reading);
-    if (!m_mainView || !text)
-        co_return;
-    const QString trimmed = text->trimmed();
-    if (!admits(trimmed))
-        co_return;
-    inputText.set(trimmed);
-    performTranslate();
 }
 
 void TranslateState::toggleSpeech() {
