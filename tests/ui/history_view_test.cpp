@@ -6,6 +6,7 @@
 
 #include "history_panel_support.h"
 #include "ui/history/history_row.h"
+#include "ui/kit/badge.h"
 #include "ui/kit/button.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
@@ -122,6 +123,7 @@ TEST_F(HistoryViewTest, a_row_is_spoken_with_its_texts_and_languages) {
     const QString name = QAccessible::queryAccessibleInterface(rows()[0])->text(QAccessible::Name);
     for (const QString& part : {u"Hello there"_s, u"HELLO THERE"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s})
         EXPECT_TRUE(name.contains(part)) << name.toStdString();
+    EXPECT_EQ(visibleParts<Badge>(*view).value(0)->accessibleName(), u"TIẾNG ANH ➔ TIẾNG VIỆT"_s);
 }
 
 TEST_F(HistoryViewTest, what_was_today_is_shown_with_its_day_when_the_panel_comes_back_on_another) {

@@ -99,6 +99,11 @@ void MainView::showEvent(QShowEvent* event) {
     m_state.appear();
 }
 
+void MainView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    refreshFooter();
+}
+
 void MainView::openPermissions(const Control& cause) {
     m_state.selectedTab = AppTab::settings;
     showPanel();
