@@ -60,7 +60,8 @@ void PopoverFocus::deactivated() {
 }
 
 void PopoverFocus::pressed() {
-    m_isPressedOutside = m_isOpen && !m_window.isUnderPointer();
+    // The click that opened it may be heard of only now.
+    m_isPressedOutside = m_isOpen && !m_justShown.isNow() && !m_window.isUnderPointer();
 }
 
 void PopoverFocus::released() {

@@ -97,7 +97,7 @@ TEST_F(HotKey, that_another_program_has_says_so_in_the_footer_and_in_the_setting
     EXPECT_TRUE(waitUntil([&] { return program->shows(u"Phím tắt này đang được ứng dụng khác sử dụng"_s); }));
 
     // Another one works, and the words go.
-    EXPECT_TRUE(program->click(u"⌃ ⌥ D"_s));
+    EXPECT_TRUE(program->click(u"Ctrl + Alt + D"_s));
     EXPECT_TRUE(waitUntil([&] { return !program->shows(u"Phím tắt này đang được"_s); }));
 }
 
