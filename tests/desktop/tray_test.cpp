@@ -112,10 +112,6 @@ TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) 
         ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
         ASSERT_TRUE(program.clickTrayIcon());
         ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
-        ASSERT_TRUE(program.clickTrayIcon(3));
-        ASSERT_TRUE(opensByMenu(desktop, program)) << "our own menu";
-        ASSERT_TRUE(program.clickTrayIcon());
-        ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
         tray.kill();
         ASSERT_TRUE(waitUntil([&] { return program.trayIcon().isEmpty(); }));
     }

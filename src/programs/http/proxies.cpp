@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 /// The first proxy of the desktop's list, in libcurl's form.
 QByteArray firstProxy(pxProxyFactory* factory, const QByteArray& address) {
     char** proxies = px_proxy_factory_get_proxies(factory, address.constData());
-    const QByteArray first = proxies && proxies[0] ? QByteArray(proxies[0]) : QByteArray();
+    QByteArray first = proxies && proxies[0] ? QByteArray(proxies[0]) : QByteArray();
     if (proxies)
         px_proxy_factory_free_proxies(proxies);
     if (first.startsWith("direct"))

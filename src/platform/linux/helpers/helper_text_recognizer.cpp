@@ -80,7 +80,7 @@ void HelperTextRecognizer::prepare() {
 // After a suspension neither coroutine touches this object, which may be gone.
 
 QCoro::Task<QStringList> HelperTextRecognizer::supportedLanguages(std::stop_token stop) {
-    const QFuture<Reply> future = submit(LanguagesRequest{}, std::move(stop));
+    const QFuture<Reply> future = submit(LanguagesRequest{}, stop);
     const Reply reply = co_await future;
     co_return expect<LanguagesReply>(reply).languages;
 }
@@ -88,13 +88,12 @@ QCoro::Task<QStringList> HelperTextRecognizer::supportedLanguages(std::stop_toke
 QCoro::Task<std::vector<TextObservation>> HelperTextRecognizer::recognize(
     ImageSource image, RecognitionRequest request, std::stop_token stop) {
     refuseTooLarge(image);
-    const QFuture<Reply> future =
-        submit(RecognizeRequest{std::move(image), std::move(request)}, std::move(stop));
+    const QFuture<Reply> future = submit(RecognizeRequest{std::move(image), std::move(request)}, stop);
     const Reply reply = co_await future;
     co_return expect<ObservationsReply>(reply).observations;
 }
 
-QFuture<Reply> HelperTextRecognizer::submit(const Request& request, std::stop_token stop) {
+QFuture<Reply> HelperTextRecognizer::submit(const Request& request, const std::stop_token& stop) {
     const Jobs::Id id =
         m_jobs.add({encode(request)}, stop, this, [this](Jobs::Id stopped) { cancel(stopped); });
     QFuture<Reply> future = m_jobs.future(id);

@@ -43,7 +43,7 @@ private:
     using Jobs = HelperJobs<recogniser_protocol::Reply, Details>;
 
     [[nodiscard]] QFuture<recogniser_protocol::Reply> submit(
-        const recogniser_protocol::Request& request, std::stop_token stop);
+        const recogniser_protocol::Request& request, const std::stop_token& stop);
     void sendNext();
     void take(const QByteArray& payload);
     void cancel(Jobs::Id id);

@@ -65,7 +65,6 @@ void Portal::takeLeave() {
 void Portal::introduce() {
     ++m_introduction;
     // It looks at the processes that call it, and would turn away one that cannot be looked at.
-    m_visible.emplace();
     // Older portals know no registry, and tell applications apart by how they were started.
     auto registration = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
         u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
@@ -107,7 +106,6 @@ void Portal::takeVersion(const QString& interface, const QDBusPendingCall& call)
     m_versions.insert(interface, reply.isValid() ? reply.value().variant().toUInt() : 0);
     if (!m_asked.remove(interface) || !m_asked.isEmpty())
         return;
-    m_visible.reset();
     Q_EMIT ready();
 }
 

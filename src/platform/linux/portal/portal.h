@@ -10,7 +10,6 @@
 #include <functional>
 #include <optional>
 
-#include "platform/linux/process/memory_privacy.h"
 
 namespace tralio {
 
@@ -91,7 +90,6 @@ private:
     int m_introduction =
         0;  ///< counts the portals that we came to, so that an answer is known for a late one
     bool m_knowsUs = false;
-    std::optional<memory_privacy::Suspension> m_visible;  ///< until the portal knows us
     uint m_lastToken = 0;
 };
 
