@@ -81,6 +81,8 @@ void PopoverFocus::moved() {
 }
 
 void PopoverFocus::left() {
+    if (m_window.isUnderPointer())
+        return;  // another window covers it; the pointer has not moved
     m_justLeft.isNowFor(m_clock, sameMotion);
     if (m_look)  // the keyboard has been told of first
         m_followsPointer = true;

@@ -143,7 +143,8 @@ TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_
     const QByteArray longest = QByteArray("\xf0\xa0\xae\xb7").repeated(longestText);
     for (const Encoding encoding : {Encoding::utf8, Encoding::eightBit}) {
         EXPECT_EQ(decodeText(longest, encoding), QString::fromUtf8(longest));
-        EXPECT_EQ(decodeText(longest + 'a', encoding).toUcs4().size(), longestText + 1) << "it says no more than that";
+        EXPECT_EQ(decodeText(longest + 'a', encoding).toUcs4().size(), longestText + 1)
+            << "it says no more than that";
     }
     EXPECT_TRUE(decodePicture("no picture", pictureFormats.front()).isNull());
 }

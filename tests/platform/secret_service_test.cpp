@@ -6,10 +6,7 @@
 
 #include <algorithm>
 #include <gmock/gmock.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 
-#include "platform/linux/process/memory_privacy.h"
 #include "platform/linux/secrets/secret_item.h"
 #include "support/debug_log_file.h"
 #include "support/event_loop.h"
@@ -162,26 +159,6 @@ TEST_F(SecretServiceTest, a_locked_collection_is_left_alone_until_the_user_is_th
     service.unlock();
     ASSERT_TRUE(eventually([&] { return changes == before + 1; }));
     EXPECT_EQ(found(), std::pair(Answer::done, u"sk"_s));
-}
-
-TEST(MemoryPrivacy, holds_from_its_beginning_but_for_suspensions_and_leaves_no_core) {
-    const auto isPrivate = [] { return prctl(PR_GET_DUMPABLE, 0, 0, 0, 0) == 0; };
-    rlimit before{};
-    getrlimit(RLIMIT_CORE, &before);
-    { const memory_privacy::Suspension suspension; }
-    EXPECT_FALSE(isPrivate());
-    memory_privacy::begin();
-    EXPECT_TRUE(isPrivate());
-    {
-        const memory_privacy::Suspension suspension;
-        EXPECT_FALSE(isPrivate());
-    }
-    EXPECT_TRUE(isPrivate());
-    rlimit now{};
-    getrlimit(RLIMIT_CORE, &now);
-    EXPECT_EQ(now.rlim_cur, 0U);
-    setrlimit(RLIMIT_CORE, &before);
-    prctl(PR_SET_DUMPABLE, 1, 0, 0, 0);
 }
 
 }  // namespace

@@ -71,6 +71,11 @@ private:
     quint32 m_scanCode;
 };
 
+/// It ends by itself.
+void swallowUntilReleased(quint32 scanCode) {
+    new HeldKey(scanCode);
+}
+
 }  // namespace
 
 KeyDownMonitor::KeyDownMonitor(KeyCodes keyCodes, Handler handler, QObject* parent)
@@ -84,7 +89,7 @@ KeyDownMonitor::~KeyDownMonitor() {
     QCoreApplication::instance()->removeEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
     if (m_swallowed)
-        new HeldKey(*m_swallowed);
+        swallowUntilReleased(*m_swallowed);
 }
 
 std::optional<KeyCombination> KeyDownMonitor::keyDown(const QKeyEvent& event) const {

@@ -10,7 +10,6 @@
 #include <functional>
 #include <optional>
 
-
 namespace tralio {
 
 class Clock;

@@ -3,8 +3,9 @@
 /// Who may look into this process: the user's key and texts are in its memory.
 namespace tralio::memory_privacy {
 
-/// From now on no core is dumped. For the first line of a program. The process stays readable for others of the same
-/// user: the desktop portal reads /proc/<pid>/root of its callers, and refuses hot keys to one that hides it.
+/// From now on no core is dumped. For the first line of a program. The process stays readable for others of
+/// the same user: the desktop portal reads /proc/<pid>/root of its callers, and refuses hot keys to one that
+/// hides it.
 void begin();
 
 }  // namespace tralio::memory_privacy
