@@ -1,8 +1,12 @@
 #include "platform/linux/selection/current_selection.h"
 
+#include <cstdlib>
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include "common/text_limit.h"
+#include "platform/linux/bus/process_facts.h"
 #include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/selection/mark_history.h"
@@ -134,6 +138,18 @@ TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_no
         EXPECT_EQ(copyShortcutIn(c.target), c.expected) << c.target.names.join(u' ').toStdString();
 }
 
+TEST(ProcessFacts, tell_a_terminal_by_what_it_serves) {
+    const pid_t self = getpid();
+    EXPECT_EQ(servesTerminal(self), false);
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_GE(terminal, 0);
+    EXPECT_EQ(servesTerminal(self), true);
+    close(terminal);
+    EXPECT_EQ(servesTerminal(0), std::nullopt);
+    EXPECT_EQ(processName(self), u"platform_test"_s);
+    EXPECT_FALSE(isBusProxy(self));
+}
+
 TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_and_keeps_its_mark) {
     using Encoding = TextFormat::Encoding;
     EXPECT_EQ(decodeText("caf\xe9", Encoding::eightBit), u"café"_s);
@@ -143,7 +159,8 @@ TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_
     const QByteArray longest = QByteArray("\xf0\xa0\xae\xb7").repeated(longestText);
     for (const Encoding encoding : {Encoding::utf8, Encoding::eightBit}) {
         EXPECT_EQ(decodeText(longest, encoding), QString::fromUtf8(longest));
-        EXPECT_EQ(decodeText(longest + 'a', encoding).toUcs4().size(), longestText + 1) << "it says no more than that";
+        EXPECT_EQ(decodeText(longest + 'a', encoding).toUcs4().size(), longestText + 1)
+            << "it says no more than that";
     }
     EXPECT_TRUE(decodePicture("no picture", pictureFormats.front()).isNull());
 }
