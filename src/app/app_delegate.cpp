@@ -140,7 +140,7 @@ void AppDelegate::handleGlobalHotKey() {
 }
 
 void AppDelegate::translateSelectionOnceFocused() {
-    if (!m_services.readSelectionOnceFocused) {
+    if (!m_services.readSelectionOnceFocused || m_services.hotKeys.hasMetPassword()) {
         say(nothingSelected, noticeTime);
         return;
     }

@@ -65,6 +65,7 @@ void giveUp(const SelectedTextFetch::Completion& completion) {
 SelectedTextFetch::SelectedTextFetch(Platform platform) : m_platform(platform) {}
 
 void SelectedTextFetch::fetch(Completion completion) {
+    m_metPassword = false;
     const auto front = m_platform.workspace.frontmostApplication();
     if (!front || front->processId == QCoreApplication::applicationPid()) {
         debugLog(u"fetchSelectedText: no valid frontmost app"_s);
@@ -77,7 +78,8 @@ void SelectedTextFetch::fetch(Completion completion) {
         bundleId % u", pid: " % QString::number(pid) % u")");
 
     if (const auto focused = m_platform.accessibility.focusedElement(pid)) {
-        if (focused->holdsPassword()) {
+        m_metPassword = focused->holdsPassword();
+        if (m_metPassword) {
             debugLog(u"fetchSelectedText: the focused element holds a password, which is left alone"_s);
             completion(std::nullopt);
             return;

@@ -40,6 +40,9 @@ public:
     /// exactly once, before this returns when one of the first two layers answers.
     void fetch(Completion completion);
 
+    /// Whether the last fetch ended at a focused password: its text may not be had in another way either.
+    [[nodiscard]] bool hasMetPassword() const { return m_metPassword; }
+
     [[nodiscard]] std::optional<QString> directText(qint32 pid);
     [[nodiscard]] std::optional<QString> browserText(const QString& bundleId);
 
@@ -53,6 +56,7 @@ private:
         qint64 initialCount, std::chrono::milliseconds maxWait, Completion completion);
 
     Platform m_platform;
+    bool m_metPassword = false;
 };
 
 }  // namespace tralio

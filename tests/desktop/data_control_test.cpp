@@ -7,7 +7,11 @@
 
 #include "common/text_limit.h"
 #include "desktop/sway_desktop.h"
+#include "platform/linux/atspi/atspi_bus.h"
+#include "platform/linux/wayland/front_application.h"
+#include "platform/linux/wayland/toplevel_watch.h"
 #include "platform/linux/wayland/wayland_pasteboard.h"
+#include "platform/linux/wayland/wayland_workspace.h"
 #include "support/print_to.h"
 
 namespace tralio {
@@ -94,6 +98,20 @@ TEST_F(DataControlTest, what_we_copy_others_paste_until_they_copy_themselves) {
     own(u"another's"_s);
     ASSERT_TRUE(waitUntil([&] { return !dataControl->ownsClipboard(); }));
     EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(500)), u"another's");
+}
+
+TEST(WaylandFront, of_an_empty_workspace_is_no_application) {
+    SwayDesktop desktop(SwayDesktop::Xwayland::absent);
+    const auto connection = WaylandConnection::open();
+    const auto toplevels = ToplevelWatch::open(*connection);
+    const AtspiBus accessibility;
+    const FrontApplication front(toplevels.get(), accessibility);
+    WaylandWorkspace workspace(front, accessibility);
+    EXPECT_FALSE(workspace.frontmostApplication());
+    desktop.start(u"foot"_s, {u"sleep"_s, u"1000"_s});
+    EXPECT_TRUE(waitUntil([&] { return workspace.frontmostApplication().has_value(); }));
+    desktop.run(u"swaymsg"_s, {u"workspace"_s, u"another"_s});
+    EXPECT_TRUE(waitUntil([&] { return !workspace.frontmostApplication(); }));
 }
 
 }  // namespace

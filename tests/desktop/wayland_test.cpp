@@ -92,6 +92,17 @@ TEST_P(Wayland, a_mark_in_a_terminal_counts_while_the_terminal_is_in_front_and_n
     EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
 }
 
+TEST_P(Wayland, an_unknown_terminal_is_not_interrupted_by_a_copy) {
+    const QString interrupted = desktop.home() + u"/interrupted"_s;
+    desktop.start(u"foot"_s,
+        {u"--app-id=scratchpad"_s, u"sh"_s, u"-c"_s,
+            u"trap \"touch '%1'\" INT; while true; do sleep 1; done"_s.arg(interrupted)});
+    ASSERT_TRUE(desktop.bringToFront(u"scratchpad"_s));
+    EXPECT_EQ(program.translateSelection(), QString());
+    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    EXPECT_FALSE(QFile::exists(interrupted));
+}
+
 TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
     startTerminal(u"Good morning everybody"_s);
     const auto capture = [&](const std::function<void()>& act) {

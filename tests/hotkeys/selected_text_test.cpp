@@ -115,6 +115,10 @@ TEST_F(SelectedText, of_a_password_is_taken_by_no_layer) {
     EXPECT_THAT(desktop.accessibility.pressed, IsEmpty());
     EXPECT_EQ(log.messages().last(),
         u"fetchSelectedText: the focused element holds a password, which is left alone"_s);
+    EXPECT_TRUE(service.hasMetPassword());
+    desktop.accessibility.focused->holdsPassword = false;
+    fetch();
+    EXPECT_FALSE(service.hasMetPassword());
 }
 
 TEST_F(SelectedText, that_needs_neither_permission_nor_script_is_asked_for_after_the_focused_element) {

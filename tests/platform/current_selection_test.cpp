@@ -1,8 +1,12 @@
 #include "platform/linux/selection/current_selection.h"
 
+#include <cstdlib>
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include "common/text_limit.h"
+#include "platform/linux/bus/process_facts.h"
 #include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/selection/mark_history.h"
@@ -132,6 +136,18 @@ TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_no
     };
     for (const Case& c : cases)
         EXPECT_EQ(copyShortcutIn(c.target), c.expected) << c.target.names.join(u' ').toStdString();
+}
+
+TEST(ProcessFacts, tell_a_terminal_by_what_it_serves) {
+    const pid_t self = getpid();
+    EXPECT_EQ(servesTerminal(self), false);
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_GE(terminal, 0);
+    EXPECT_EQ(servesTerminal(self), true);
+    close(terminal);
+    EXPECT_EQ(servesTerminal(0), std::nullopt);
+    EXPECT_EQ(processName(self), u"platform_test"_s);
+    EXPECT_FALSE(isBusProxy(self));
 }
 
 TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_and_keeps_its_mark) {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "common/text_limit.h"
+#include "platform/linux/selection/current_selection.h"
 
 namespace tralio {
 namespace {
@@ -45,6 +46,8 @@ void FocusedSelection::take() {
         if (isTooLong(text))
             text = beginningOfLongText(text);
         if (text.trimmed().isEmpty() || std::exchange(m_lastSeen, text) == text)
+            return;
+        if (looksLikePassword(text, Marking::byDoubleClick))
             return;
         deliver(text);
     });

@@ -8,7 +8,7 @@ namespace tralio {
 
 /// The PRIMARY selection in sessions that show it only to the program with the keyboard focus: it can be read
 /// when a window of ours has come to the front, but not whose it is. A text that was there the last time is a
-/// left-over.
+/// left-over, and one that looks like a password is left alone.
 class FocusedSelection final : public QObject {
     Q_OBJECT
 
