@@ -111,7 +111,7 @@ void StatusItem::openMenu(const QPoint& place) const {
         if (entry.title.isEmpty())
             menu->addSeparator();
         else
-            menu->addAction(entry.title, menu, entry.action, Qt::QueuedConnection);
+            menu->addAction(entry.title, entry.action);
     menu->popup(place);
 }
 

@@ -1,3 +1,4 @@
+#include <QScrollBar>
 #include <QTest>
 
 #include "engine/hosts.h"
@@ -6,6 +7,7 @@
 #include "ui/kit/label.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
+#include "ui/kit/scroll_panel.h"
 #include "ui/kit/theme.h"
 #include "ui/stage.h"
 
@@ -126,6 +128,19 @@ TEST_F(MainWindow, what_is_missing_leads_to_the_cards_of_the_permissions_and_the
     request = stage.controls(u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s).value(0);
     ASSERT_NE(request, nullptr);
     EXPECT_TRUE(request->hasFocus());
+}
+
+TEST_F(MainWindow, a_refused_hot_key_leads_to_the_shortcuts_and_not_to_the_permissions) {
+    stage.open();
+    stage.desktop.hotKeys.nextStatus = HotKeyStatus::taken;
+    stage.hotKeys.updateOCRHotKey(1, 768);
+    stage.settle();
+    stage.click(u"Chụp: ⌘ ⇧ S"_s);
+    EXPECT_TRUE(isOnTab(u"Cài đặt"_s));
+    EXPECT_FALSE(stage.controls(u"⌥ C"_s).constFirst()->visibleRegion().isEmpty());
+    stage.find<ScrollPanel>()->verticalScrollBar()->setValue(10'000);
+    stage.click(u"Chụp: ⌘ ⇧ S"_s);
+    EXPECT_FALSE(stage.controls(u"⌥ C"_s).constFirst()->visibleRegion().isEmpty());
 }
 
 TEST_F(MainWindow, the_version_stands_whole_beside_the_longest_shortcuts) {

@@ -111,6 +111,17 @@ void MainView::openPermissions(const Control& cause) {
         settings->showPermissions(cause.showsFocusRing() ? Qt::TabFocusReason : Qt::OtherFocusReason);
 }
 
+void MainView::openTrouble(const Chip& chip, bool granted) {
+    if (!granted) {
+        openPermissions(chip);
+        return;
+    }
+    m_state.selectedTab = AppTab::settings;  // its hot key was refused, which the first section tells of
+    showPanel();
+    if (auto* settings = qobject_cast<SettingsView*>(m_panel))
+        settings->showShortcuts();
+}
+
 void MainView::openGuide() {
     m_actions.openURL(QUrl(u"https://%1/guide.html"_s.arg(hosts::website)));
 }
@@ -148,8 +159,13 @@ QWidget* MainView::footer() {
     setTooltip(m_warning, u"Nhấn để mở Cài đặt và cấp quyền cho ứng dụng"_s);
     m_selectionChip = new Chip(QString());
     m_captureChip = new Chip(QString());
-    for (const Control* leading : std::initializer_list<Control*>{m_warning, m_selectionChip, m_captureChip})
-        connect(leading, &Control::clicked, this, [this, leading] { openPermissions(*leading); });
+    connect(
+        m_warning, &Button::clicked, this, [this] { openPermissions(*m_warning); });
+    connect(
+        m_selectionChip, &Chip::clicked, this,
+        [this] { openTrouble(*m_selectionChip, m_state.isAccessibilityGranted()); });
+    connect(m_captureChip, &Chip::clicked, this,
+        [this] { openTrouble(*m_captureChip, m_state.isScreenCaptureGranted()); });
 
     m_footer = filled(new QWidget,
         row({.spacing = 6, .padding = {14, 0, 14, 0}},

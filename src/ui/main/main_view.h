@@ -75,6 +75,8 @@ private:
     void openGuide();
     /// Shows the settings where they are about the permissions. `cause` is what the user has pressed.
     void openPermissions(const Control& cause);
+    /// Shows the settings where they are about what ails a chip's hot key.
+    void openTrouble(const Chip& chip, bool granted);
     void refresh();
     void refreshFooter();
     void showPanel();

@@ -51,6 +51,10 @@ void SettingsView::showPermissions(Qt::FocusReason reason) {
     scrollToPermissions(turns);
 }
 
+void SettingsView::showShortcuts() {
+    m_scroll->verticalScrollBar()->setValue(0);
+}
+
 void SettingsView::scrollToPermissions(int turnsLeft) {
     const int top = m_permissions->mapTo(m_scroll->widget(), QPoint()).y();
     m_scroll->verticalScrollBar()->setValue(top - sectionGap);

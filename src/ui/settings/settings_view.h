@@ -19,6 +19,7 @@ public:
 
     /// Scrolls to the cards of the permissions, which the keyboard follows if it is the keyboard that asks.
     void showPermissions(Qt::FocusReason reason);
+    void showShortcuts();
 
 protected:
     void showEvent(QShowEvent* event) override;
