@@ -24,6 +24,8 @@ using namespace std::chrono_literals;
 
 /// Between showing the popover and raising a request, so that the panel is there to take it.
 constexpr auto requestDelay = 80ms;
+/// Between two texts from other programs.
+constexpr auto quietTime = 300ms;
 /// The popover is painted first.
 constexpr auto preparationDelay = 20ms;
 
@@ -203,7 +205,7 @@ void AppDelegate::translateSelectedText(const QString& text) {
         return;
     m_services.clock.after(0ms, this, [this, trimmed] {
         showPopover();
-        translateLater(trimmed);
+        translateNext(trimmed);
     });
 }
 
@@ -227,10 +229,34 @@ void AppDelegate::say(const QString& notice, std::chrono::milliseconds time) {
 }
 
 void AppDelegate::translateLater(const QString& text) {
-    if (m_services.prepareToTranslate)
-        m_services.clock.after(preparationDelay, this, m_services.prepareToTranslate);
+    prepare();
     m_services.clock.after(
         requestDelay, this, [this, text] { m_services.appState.requestTranslation(text); });
+}
+
+void AppDelegate::translateNext(const QString& text) {
+    prepare();
+    m_nextText = text;
+    if (!std::exchange(m_isRequestDue, true))
+        m_services.clock.after(requestDelay, this, [this] { requestNextText(); });
+}
+
+void AppDelegate::prepare() {
+    if (m_services.prepareToTranslate)
+        m_services.clock.after(preparationDelay, this, m_services.prepareToTranslate);
+}
+
+void AppDelegate::requestNextText() {
+    if (m_isQuiet)
+        return;
+    m_isRequestDue = false;
+    m_isQuiet = true;
+    m_services.clock.after(quietTime, this, [this] {
+        m_isQuiet = false;
+        if (m_isRequestDue)
+            requestNextText();
+    });
+    m_services.appState.requestTranslation(m_nextText);
 }
 
 }  // namespace tralio

@@ -75,9 +75,17 @@ private:
     void introduceWithoutTray();
     void translateSelectionOnceFocused();
     void translateLater(const QString& text);
+    /// The same for a text from another program. One that comes before the last was requested, or just after,
+    /// takes its place: programs can send them by the thousand, and each request is paid for.
+    void translateNext(const QString& text);
+    void requestNextText();
+    void prepare();
     void say(const QString& notice, std::chrono::milliseconds time);
 
     Services m_services;
+    QString m_nextText;  ///< from another program
+    bool m_isRequestDue = false;
+    bool m_isQuiet = false;  ///< just after a request
     ScheduledCall m_noticeEnd;
     QString m_lastHandledText;  ///< trimmed; goes with `AppState::lastHandledChangeCount`
 };

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QFileInfo>
+#include <QMessageBox>
 #include <QUrl>
 
 #include <csignal>
@@ -72,8 +73,11 @@ int main(int argc, char** argv) {
         if (session.openRunningInstance())
             return EXIT_SUCCESS;
         // One that was about to end had the name still, and no ear any more.
-        if (session.claim() == SessionService::Claim::takenByAnother)
+        if (session.claim() == SessionService::Claim::takenByAnother) {
+            QMessageBox::warning(nullptr, u"Tralio"_s,
+                u"Tralio đang chạy nhưng không phản hồi. Hãy kết thúc tiến trình đó rồi mở lại Tralio."_s);
             return EXIT_FAILURE;
+        }
     }
 
     capDebugLog();

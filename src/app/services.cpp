@@ -24,6 +24,7 @@ UpdateService::Host Services::updateHost() const {
     return {.manifest = UpdateService::defaultManifest(),
         .currentVersion = QCoreApplication::applicationVersion(),
         .temporaryFolder = QDir::tempPath(),
+        .publicKey = hosts::updateKey.toString(),
         .terminate = &QCoreApplication::quit,
         .openWebsite = [this, website] { platform.workspace.openURL(website); }};
 }

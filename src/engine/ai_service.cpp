@@ -27,6 +27,11 @@ QUrl requireEndpoint(const EndpointSettings& settings) {
     return *endpoint;
 }
 
+/// A status below 200 announces an answer, and is none, even where it is all that comes.
+bool isAnswer(const HttpResponse& response) {
+    return response.status >= 200;
+}
+
 bool isSuccess(int status) {
     return status >= 200 && status <= 299;
 }
@@ -67,7 +72,7 @@ QCoro::Task<QString> AIService::translate(QString text, QString sourceLang, QStr
     } catch (const TransportError& error) {
         throw AIError::networkError(error.errorDescription());
     }
-    if (!response.status)
+    if (!isAnswer(response))
         throw AIError::networkError(u"Không nhận được phản hồi HTTP hợp lệ."_s);
 
     const int status = *response.status;
@@ -91,7 +96,7 @@ QCoro::Task<QString> AIService::testConnection(EndpointSettings settings, std::s
 
     QCoro::Task<HttpResponse> sending = m_http.send(request, body, connectionTestTimeout, stop);
     const HttpResponse response = co_await sending;
-    if (!response.status)
+    if (!isAnswer(response))
         throw AIError::networkError(u"Không nhận được phản hồi HTTP."_s);
 
     const int status = *response.status;

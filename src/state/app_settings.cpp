@@ -1,5 +1,8 @@
 #include "state/app_settings.h"
 
+#include <QUrl>
+
+#include "engine/loopback.h"
 #include "state/hot_key_registrar.h"
 
 namespace tralio {
@@ -13,6 +16,12 @@ constexpr QStringView legacyOcrHotKeyDisplay = u"⌥ S";
 
 // The model that earlier versions stored for the default preset; that preset now has another one.
 constexpr QStringView legacyModel = u"kavo/claude-sonnet-4.5";
+
+QString originOf(const QUrl& address) {
+    return address
+        .adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo)
+        .toString();
+}
 
 }  // namespace
 
@@ -33,12 +42,14 @@ AppSettings::AppSettings(KeyValueStore& store, HotKeyRegistrar& hotKeys, QObject
       m_hotKeys(hotKeys),
       m_values(*this, store),
       m_hotKey(*this, store),
-      m_ocrHotKey(*this, store) {
+      m_ocrHotKey(*this, store),
+      m_consent(*this, store) {
     load();
 }
 
 void AppSettings::load() {
     m_values.load();
+    m_consent.load();
     if (selectedPresetId() == ProviderPreset::defaultId() && model() == legacyModel)
         model.load(defaultModel);
     loadHotKey(m_hotKey, hotKeyKeyCode, hotKeyModifiers, hotKeyDisplay, legacyHotKeyDisplay);
@@ -100,6 +111,18 @@ void AppSettings::updateCustomOCRHotKey(quint32 keyCode, quint32 modifiers, cons
 void AppSettings::reloadApiKey() {
     Q_EMIT objectWillChange();
     apiKey.load(read(m_store, apiKey.key(), defaultApiKey));
+}
+
+bool AppSettings::wouldExposeKey() const {
+    const QUrl address(baseURL().trimmed());
+    const QString key = apiKey().trimmed();
+    // The built-in key is in every copy of the program.
+    return address.scheme() == u"http"_s && !isLoopback(address.host()) && !key.isEmpty() &&
+        key != defaultApiKey && clearTextOrigin() != originOf(address);
+}
+
+void AppSettings::acceptExposure() {
+    clearTextOrigin = originOf(QUrl(baseURL().trimmed()));
 }
 
 EndpointSettings AppSettings::endpointSettings() const {

@@ -25,6 +25,7 @@ class AppSettings final : public ObservableObject {
     PersistedGroup m_values;
     PersistedGroup m_hotKey;
     PersistedGroup m_ocrHotKey;
+    PersistedGroup m_consent;
 
 public:
     static const QString defaultBaseURL;
@@ -59,6 +60,8 @@ public:
     Persisted<quint32>         ocrHotKeyKeyCode  {m_ocrHotKey, u"app_setting_ocr_hotkey_keycode",   defaultOcrHotKeyKeyCode};
     Persisted<quint32>         ocrHotKeyModifiers{m_ocrHotKey, u"app_setting_ocr_hotkey_modifiers", defaultOcrHotKeyModifiers};
     Persisted<QString>         ocrHotKeyDisplay  {m_ocrHotKey, u"app_setting_ocr_hotkey_display",   defaultOcrHotKeyDisplay};
+    // The origin to which the user lets the key go unencrypted. A reset leaves it alone.
+    Persisted<QString>         clearTextOrigin   {m_consent,   u"app_setting_clear_text_origin",    QString()};
     // clang-format on
 
     /// Selects the preset and takes over its endpoint and model; the maker's own presets bring the built-in
@@ -78,6 +81,11 @@ public:
 
     /// Takes over the stored key, which came after these settings were loaded.
     void reloadApiKey();
+
+    /// Whether the user's own key would cross a network unencrypted, and the user has not agreed to that.
+    [[nodiscard]] bool wouldExposeKey() const;
+    /// The user agrees to it, for the present server.
+    void acceptExposure();
 
     /// What the translation client needs, as a value that may go to another thread.
     [[nodiscard]] EndpointSettings endpointSettings() const;

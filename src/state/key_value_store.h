@@ -32,6 +32,9 @@ public:
     /// own before another value takes its place.
     virtual void preserve(const QString& key) = 0;
 
+    /// What was overwritten goes from the disk as well, as far as that is in the hands of a program.
+    virtual void forgetOverwritten() {}
+
     /// The readings of a value as one type. A value of another type reads as absent, except that booleans and
     /// integers read as each other.
     [[nodiscard]] std::optional<QString> text(const QString& key) const;

@@ -98,6 +98,7 @@ void SecretKeyValueStore::handOver() {
                 m_store.setValue(apiKey, *m_key);
         } else if (m_key == sent) {
             m_store.setValue(apiKey, true);
+            m_store.forgetOverwritten();
         } else if (isSecret()) {
             handOver();
         } else {

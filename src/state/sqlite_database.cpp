@@ -202,6 +202,10 @@ void SqliteDatabase::setAside(const QString& key) {
     static_cast<void>(update.step());
 }
 
+void SqliteDatabase::emptyLog() {
+    sqlite3_wal_checkpoint_v2(m_handle.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+}
+
 bool SqliteDatabase::takesWrites() const {
     return sqlite3_db_readonly(m_handle.get(), "main") == 0 && !hasMoved();
 }

@@ -51,6 +51,10 @@ public:
     /// Gives the value, if there is one, the first free key of the form "<key>.damaged-<number>".
     void setAside(const QString& key);
 
+    /// Carries what was written over into the file itself, where it takes the place of what it replaces,
+    /// unless somebody is reading there.
+    void emptyLog();
+
     /// Whether writing makes sense: not once the file has been removed or replaced, nor when it was opened
     /// for reading only. Opening it anew may help.
     [[nodiscard]] bool takesWrites() const;

@@ -78,6 +78,11 @@ void SqliteKeyValueStore::setValue(const QString& key, StoredValue value) {
         setTrouble(std::nullopt);
 }
 
+void SqliteKeyValueStore::forgetOverwritten() {
+    if (m_database)
+        m_database->emptyLog();
+}
+
 void SqliteKeyValueStore::acknowledgeTrouble() {
     setTrouble(std::nullopt);
     if (boolean(damageKey).value_or(false))

@@ -37,6 +37,7 @@ public:
     [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override;
     void setValue(const QString& key, StoredValue value) override;
     void preserve(const QString& key) override { m_preserved.insert(key); }
+    void forgetOverwritten() override;
 
     /// What the user has not acknowledged yet. That a file was set aside is remembered in the new one, until
     /// the user has seen it.

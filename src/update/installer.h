@@ -17,7 +17,11 @@ public:
     /// Fails where the installer script would end the program without replacing it.
     virtual void checkProgram() const = 0;
 
-    /// Fails unless the archive is whole, and has an application bundle that the script would find.
+    /// Fails unless the archive bears this Ed25519 signature of the key, whose public half is `publicKey`, in
+    /// hexadecimal digits.
+    virtual QCoro::Task<> checkSignature(QString zipPath, QByteArray signature, QString publicKey) = 0;
+
+    /// Fails unless the archive is whole, and has nothing in it but the application bundle for the script.
     virtual QCoro::Task<> checkArchive(QString zipPath) = 0;
 
     /// Runs a shell script that outlives the program; fails when it does not start.

@@ -6,11 +6,14 @@
 #include <QPointer>
 #include <QUrlQuery>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
+#include "common/debug_log.h"
 #include "engine/hosts.h"
 #include "engine/http_client.h"
+#include "engine/loopback.h"
 #include "update/installer.h"
 #include "update/installer_script.h"
 #include "update/staged_file.h"
@@ -26,6 +29,7 @@ constexpr auto manifestTimeout = 10s;
 constexpr auto archiveTimeout = 60s;
 constexpr int statusOK = 200;
 
+const QString cannotDownload = u"Lỗi tải bản cập nhật: "_s;
 const QString cannotInstall = u"Không thể chạy tiến trình cập nhật: "_s;
 
 /// Asks for the manifest as it is now: no cache on the way may answer.
@@ -150,6 +154,10 @@ void UpdateService::startAutoUpdate() {
         failInstallation(cannotInstall + error.errorDescription());
         return;
     }
+    if (!isSecure(archive)) {
+        failInstallation(cannotDownload + u"Địa chỉ tải về không dùng kết nối bảo mật (https)."_s);
+        return;
+    }
     isUpdating = true;
     downloadProgress = 0;
     statusMessage = u"Đang tải bản cập nhật v%1..."_s.arg(updateInfo()->version);
@@ -161,7 +169,14 @@ QCoro::Task<> UpdateService::install(QUrl archive) {
     QString failure;
     try {
         m_archive = std::make_unique<StagedFile>(m_host.temporaryFolder);
-        co_await download(std::move(archive));
+        co_await download(archive);
+        if (!self)
+            co_return;
+        QByteArray signature;
+        if (m_host.publicKey.isEmpty())
+            debugLog(u"UpdateService: this build has no key, the signature of the archive is not checked"_s);
+        else
+            signature = co_await fetchSignature(archive);
         if (!self)
             co_return;
         const auto file = std::exchange(m_archive, nullptr);
@@ -174,17 +189,23 @@ QCoro::Task<> UpdateService::install(QUrl archive) {
             co_return;
         }
         statusMessage = u"Đang cài đặt và khởi động lại..."_s;
-        co_await applyUpdate(zipPath);
+        co_await applyUpdate(zipPath, signature);
         co_return;
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
     }
     if (self)
-        failInstallation(u"Lỗi tải bản cập nhật: "_s + failure);
+        failInstallation(cannotDownload + failure);
 }
 
 QCoro::Task<> UpdateService::download(QUrl archive) {
     const auto receive = [this](const QByteArray& piece, std::optional<qint64> totalSize) {
+        const qint64 size = m_archive->size() + piece.size();
+        if (std::max(size, totalSize.value_or(0)) > m_host.largestArchive)
+            throw LocalizedError(
+                u"File cập nhật quá lớn (hơn %1 MB)."_s.arg(m_host.largestArchive / 1'000'000));
+        if (totalSize > 0 && size > *totalSize)
+            throw LocalizedError(u"Máy chủ gửi nhiều hơn kích thước đã báo."_s);
         m_archive->write(piece);
         if (totalSize > 0)
             downloadProgress = static_cast<double>(m_archive->size()) / static_cast<double>(*totalSize);
@@ -196,11 +217,30 @@ QCoro::Task<> UpdateService::download(QUrl archive) {
         throw LocalizedError(u"Không nhận được phản hồi HTTP hợp lệ."_s);
 }
 
-QCoro::Task<> UpdateService::applyUpdate(QString zipPath) {
+QCoro::Task<QByteArray> UpdateService::fetchSignature(QUrl archive) {
+    constexpr qsizetype signatureSize = 64;
+    archive.setPath(archive.path(QUrl::FullyEncoded) + u".sig"_s);
+    const std::stop_token stop = m_stop.get_token();
+    const HttpResponse response = co_await m_http.get(archiveRequest(archive), manifestTimeout, stop);
+    if (response.status != statusOK || response.body.size() != signatureSize)
+        throw LocalizedError(u"Máy chủ không có chữ ký của bản cập nhật."_s);
+    co_return response.body;
+}
+
+bool UpdateService::isSecure(const QUrl& archive) const {
+    if (archive.scheme() == u"https"_s)
+        return true;
+    return m_host.takesFromLoopback && archive.scheme() == u"http"_s && isLoopback(archive.host());
+}
+
+QCoro::Task<> UpdateService::applyUpdate(QString zipPath, QByteArray signature) {
     const QPointer self(this);
     QString failure;
     try {
-        co_await m_installer.checkArchive(zipPath);
+        if (!m_host.publicKey.isEmpty())
+            co_await m_installer.checkSignature(zipPath, signature, m_host.publicKey);
+        if (self)
+            co_await m_installer.checkArchive(zipPath);
         if (!self)
             co_return;
         const QString scriptPath = QDir(m_host.temporaryFolder).filePath(u"tralio_updater.sh"_s);

@@ -30,6 +30,11 @@ public:
         QUrl manifest;
         QString currentVersion;
         QString temporaryFolder;
+        /// Of the key that signs archives, in hexadecimal digits. With an empty one they are not checked.
+        QString publicKey = {};
+        qint64 largestArchive = 500'000'000;  ///< bytes
+        /// Archives come by https only; tests have a server on their own machine.
+        bool takesFromLoopback = false;
         /// Ends the program.
         std::function<void()> terminate;
         /// Opens the maker's web site, for a copy that is updated otherwise.
@@ -73,8 +78,10 @@ private:
     void failCheck(const QString& message, bool manual);
 
     QCoro::Task<> install(QUrl archive);
+    [[nodiscard]] bool isSecure(const QUrl& archive) const;
     QCoro::Task<> download(QUrl archive);
-    QCoro::Task<> applyUpdate(QString zipPath);
+    QCoro::Task<QByteArray> fetchSignature(QUrl archive);
+    QCoro::Task<> applyUpdate(QString zipPath, QByteArray signature);
     void failInstallation(const QString& message);
 
     HttpClient& m_http;

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "common/on_change.h"
 #include "support/debug_log_file.h"
 #include "ui/program_on_fakes.h"
 
@@ -234,6 +235,25 @@ TEST_F(Shell, a_text_from_another_program_is_requested_trimmed_and_leaves_the_cl
     desktop.clock.advance(1ms);
     EXPECT_EQ(appState.pendingTextToTranslate(), u"from a menu"_s);
     EXPECT_EQ(appState.lastHandledChangeCount, -1);
+}
+
+TEST_F(Shell, of_texts_that_come_in_a_flood_the_newest_is_requested_every_three_hundred_milliseconds) {
+    QStringList requested;
+    onChange(
+        appState, &appState, [this] { return appState.translateTriggerId(); },
+        [&] { requested += appState.pendingTextToTranslate(); });
+    const auto pass = [&](std::chrono::milliseconds time) {
+        desktop.clock.advance(time);
+        EXPECT_TRUE(nextTurn());
+    };
+    for (int i = 0; i < 1000; ++i) {
+        delegate->translateSelectedText(QString::number(i));
+        pass(1ms);
+    }
+    pass(1s);
+    EXPECT_THAT(requested, ElementsAre(u"79"_s, u"379"_s, u"679"_s, u"979"_s, u"999"_s));
+    pass(1s);
+    EXPECT_THAT(requested, SizeIs(5));
 }
 
 class ClipboardCheck : public Shell {

@@ -27,6 +27,8 @@ int main(int argc, char** argv) {
         {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
             .currentVersion = bundleVersion(installation::infoPlist(programs)),
             .temporaryFolder = QDir::tempPath(),
+            .publicKey = qEnvironmentVariable("UPDATE_KEY"),
+            .takesFromLoopback = true,
             .terminate =
                 [] {
                     if (!qEnvironmentVariableIsSet("UPDATE_STUBBORN"))

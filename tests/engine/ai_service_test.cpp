@@ -92,6 +92,17 @@ TEST_F(AIServiceTest, a_local_server_needs_no_key_and_is_sent_none) {
     EXPECT_EQ(standIn.requests().size(), 2);
 }
 
+TEST_F(AIServiceTest, a_status_that_only_announces_an_answer_is_none) {
+    standIn.replies(StandInReply::withBody(
+        0, "HTTP/1.1 101 Switching Protocols\r\nUpgrade: h2c\r\nConnection: Upgrade\r\n\r\n")
+                        .delivered(StandInReply::Delivery::withoutStatus));
+    for (const Outcome& outcome : {outcomeOf(translate()), outcomeOf(testConnection())}) {
+        EXPECT_TRUE(outcome.failed);
+        EXPECT_FALSE(outcome.text.trimmed().endsWith(u':')) << outcome.text.toStdString();
+        EXPECT_FALSE(outcome.text.contains(u"101")) << outcome.text.toStdString();
+    }
+}
+
 TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_has) {
     struct Case {
         StandInReply reply;

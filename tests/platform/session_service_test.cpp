@@ -1,5 +1,6 @@
 #include "platform/linux/bus/session_service.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
 #include <future>
@@ -82,6 +83,20 @@ TEST_F(Session, a_hung_first_instance_is_not_waited_for_long) {
     SessionService second(bus.connect());
     ASSERT_EQ(second.claim(), SessionService::Claim::takenByAnother);
     EXPECT_FALSE(second.openRunningInstance());  // this thread, which would answer, is the one that waits
+}
+
+TEST(SessionOnALaterBus, has_the_name_again_when_the_bus_was_started_anew) {
+    auto bus = std::make_unique<PrivateBus>();
+    std::unique_ptr<PrivateBus> next;
+    SessionService service(
+        bus->connect(), [&] { return next ? next->connect() : QDBusConnection(u"nowhere"_s); });
+    ASSERT_EQ(service.claim(), SessionService::Claim::claimed);
+    bus.reset();
+    next = std::make_unique<PrivateBus>();
+    const QDBusConnection caller = next->connect();
+    EXPECT_TRUE(eventually([&] {
+        return caller.interface()->isServiceRegistered(QLatin1String(SessionService::name)).value();
+    }));
 }
 
 TEST(SessionWithoutBus, is_told_apart_from_a_taken_name) {

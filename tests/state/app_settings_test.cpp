@@ -264,5 +264,32 @@ TEST(AppSettingsTest, a_reset_restores_and_registers_in_order_and_leaves_auto_pa
         QStringList({u"register text 14 2048"_s, u"register ocr 15 4096"_s}));
 }
 
+TEST(AppSettingsTest, a_key_of_the_users_over_plain_http_wants_consent_once_for_each_server) {
+    Journal journal;
+    AppSettings settings(journal, journal);
+    settings.apiKey = u"sk-mine"_s;
+    for (const QString& safe : {u"https://ai.example.com/v1"_s, u"http://localhost:11434/v1"_s,
+             u"http://127.0.0.1/v1"_s, u"http://[::1]:80"_s, u"no address"_s}) {
+        settings.baseURL = safe;
+        EXPECT_FALSE(settings.wouldExposeKey()) << safe.toStdString();
+    }
+    for (const QString& bare : {u" http://ai.example.com/v1"_s, u"HTTP://192.168.0.2:8080/v1"_s,
+             u"http://127.0.0.1.example.com"_s, u"http://localhost.example.com"_s}) {
+        settings.baseURL = bare;
+        EXPECT_TRUE(settings.wouldExposeKey()) << bare.toStdString();
+    }
+    settings.baseURL = u"http://ai.example.com/v1"_s;
+    settings.acceptExposure();
+    settings.resetToDefaults();
+    AppSettings next(journal, journal);
+    next.apiKey = u"sk-other"_s;
+    next.baseURL = u"http://ai.example.com/v2/"_s;
+    EXPECT_FALSE(next.wouldExposeKey());
+    next.baseURL = u"http://ai.example.com:81/v1"_s;
+    EXPECT_TRUE(next.wouldExposeKey());
+    next.apiKey = AppSettings::defaultApiKey;
+    EXPECT_FALSE(next.wouldExposeKey()) << "no secret";
+}
+
 }  // namespace
 }  // namespace tralio

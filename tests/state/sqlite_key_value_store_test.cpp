@@ -51,6 +51,18 @@ TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_t
     EXPECT_TRUE(m_log.messages().isEmpty());
 }
 
+TEST_F(SqliteKeyValueStoreTest, what_was_overwritten_can_be_made_to_go_from_the_disk) {
+    SqliteKeyValueStore store(path());
+    store.setValue(u"key"_s, u"sk-very-own"_s);
+    store.forgetOverwritten();
+    EXPECT_TRUE(contentOf(path()).contains("sk-very-own")) << "or the test sees nothing";
+    store.setValue(u"key"_s, true);
+    store.forgetOverwritten();
+    for (const QString& side : {QString(), u"-wal"_s, u"-shm"_s})
+        EXPECT_FALSE(contentOf(path() + side).contains("sk-very-own")) << side.toStdString();
+    EXPECT_EQ(reread(u"key"_s), StoredValue(true));
+}
+
 TEST_F(SqliteKeyValueStoreTest, only_the_user_may_read_the_files_whatever_the_umask) {
     for (const mode_t mask : {0000U, 0022U, 0777U}) {
         const QString base = QString::number(mask, 8);

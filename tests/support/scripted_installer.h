@@ -19,6 +19,11 @@ public:
         failWith(archiveFault);
         co_return;
     }
+    QCoro::Task<> checkSignature(QString zipPath, QByteArray signature, QString publicKey) override {
+        checkedSignature = zipPath + u' ' + QString::fromLatin1(signature) + u' ' + publicKey;
+        failWith(signatureFault);
+        co_return;
+    }
     void run(const QString& scriptPath) override {
         scripts += scriptPath;
         failWith(startFault);
@@ -27,9 +32,11 @@ public:
     bool packaged = false;
     // What goes wrong, in words.
     std::optional<QString> programFault;
+    std::optional<QString> signatureFault;
     std::optional<QString> archiveFault;
     std::optional<QString> startFault;
 
+    QString checkedSignature;  ///< of what, which, and of whose key
     QString checkedArchive;
     QStringList scripts;  ///< that were run
 

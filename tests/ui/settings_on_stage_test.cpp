@@ -102,6 +102,10 @@ TEST_F(SettingsOnStage, the_endpoint_of_the_users_own_is_tested_as_it_is_written
     stage.model.replies(StandInReply::error(400, u"No such model"_s));
     open();
     stage.click(u"Kiểm tra"_s);
+    EXPECT_TRUE(stage.model.requests().isEmpty()) << "the key would go unencrypted to another machine";
+    stage.click(u"Vẫn gửi"_s);
+    EXPECT_FALSE(stage.hasControl(u"Vẫn gửi"_s)) << "asked once";
+    stage.click(u"Kiểm tra"_s);
     stage.wait([this] { return !stage.controls(u"Kiểm tra"_s).constFirst()->isBusy(); });
     ASSERT_EQ(stage.model.requests().size(), 1);
     EXPECT_EQ(stage.model.requests().last().header("Authorization"), "Bearer sk-own");

@@ -33,6 +33,33 @@ protected:
                 executable));
     }
 
+    /// How a check fails, in words; empty when it does not.
+    static QString wordsOf(QCoro::Task<> check) {
+        QString words;
+        bool ended = false;
+        const auto wait = [&]() -> QCoro::Task<> {
+            try {
+                co_await std::move(check);
+            } catch (const LocalizedError& error) {
+                words = error.errorDescription();
+            }
+            ended = true;
+        };
+        wait();
+        EXPECT_TRUE(eventually([&] { return ended; }));
+        return words;
+    }
+
+    /// The output of a program that must succeed.
+    static QByteArray runProgram(
+        const QString& program, const QStringList& arguments, const QString& folder = {}) {
+        QProcess process;
+        process.setWorkingDirectory(folder);
+        process.start(program, arguments);
+        EXPECT_TRUE(process.waitForFinished() && process.exitCode() == 0);
+        return process.readAllStandardOutput();
+    }
+
     /// The words that a program has left in a file, waited for until it has ended the line.
     QStringList wordsIn(const QString& name) const {
         QByteArray content;
@@ -147,48 +174,72 @@ TEST_F(BundleTest, what_the_distribution_installed_is_updated_by_it) {
         EXPECT_EQ(BundleInstaller({.programs = programs}).isPackaged(), expected) << qPrintable(programs);
 }
 
-TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_a_bundle_at_its_top) {
+TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and_nothing_else) {
     write(u"Tralio.app/Contents/Info.plist"_s, u"an application"_s);
     write(u"deep/Tralio.app/Contents/Info.plist"_s, u"too deep"_s);
-    write(u"File.app"_s, u"no folder"_s);
-    const auto fault = [this](const QString& archive) {
-        QString words;
-        bool ended = false;
-        const auto check = [&]() -> QCoro::Task<> {
-            BundleInstaller installer({.programs = {}});
-            try {
-                co_await installer.checkArchive(path(archive));
-            } catch (const LocalizedError& error) {
-                words = error.errorDescription();
-            }
-            ended = true;
-        };
-        check();
-        EXPECT_TRUE(eventually([&] { return ended; }));
-        return words;
-    };
-    const auto archive = [this](const QString& name, const QStringList& content) {
-        QProcess cmake;
-        cmake.setWorkingDirectory(folder.path());
-        cmake.start(QStringLiteral(CMAKE_PROGRAM),
-            QStringList{u"-E"_s, u"tar"_s, u"cf"_s, name, u"--format=zip"_s} + content);
-        EXPECT_TRUE(cmake.waitForFinished() && cmake.exitCode() == 0);
+    write(u"Other.app/Contents/Info.plist"_s, u"another"_s);
+    write(u"linked/Tralio.app/real"_s, u"a file"_s);
+    ASSERT_TRUE(QFile::link(u"/etc"_s, path(u"linked/Tralio.app/Contents"_s)));
+    BundleInstaller installer({.programs = {}});
+    const auto fault = [&](const QString& archive) { return wordsOf(installer.checkArchive(path(archive))); };
+    const auto archive = [this](const QString& name, const QStringList& content, const QString& from = {}) {
+        runProgram(QStringLiteral(CMAKE_PROGRAM),
+            QStringList{u"-E"_s, u"tar"_s, u"cf"_s, path(name), u"--format=zip"_s} + content, path(from));
         return name;
     };
     const QString whole = archive(u"whole.zip"_s, {u"Tralio.app"_s});
     EXPECT_EQ(fault(whole), QString());
-    const QString noBundle = fault(archive(u"deep.zip"_s, {u"deep"_s, u"File.app"_s}));
-    EXPECT_FALSE(noBundle.isEmpty());
+    const QString notOnlyTheBundle = fault(archive(u"deep.zip"_s, {u"deep"_s}));
+    EXPECT_FALSE(notOnlyTheBundle.isEmpty());
+    EXPECT_EQ(fault(archive(u"two.zip"_s, {u"Tralio.app"_s, u"Other.app"_s})), notOnlyTheBundle);
+    EXPECT_EQ(fault(archive(u"other.zip"_s, {u"Other.app"_s})), notOnlyTheBundle);
+    const QString link = fault(archive(u"link.zip"_s, {u"Tralio.app"_s}, u"linked"_s));
+    EXPECT_TRUE(link.contains(u"link")) << qPrintable(link);
+
+    // Names of the same length, put in place by hand: no tool makes such an archive.
+    QByteArray upwards = contentOf(path(whole));
+    upwards.replace("Tralio.app/Contents/Info.plist", "Tralio.app/../../../Info.plist");
+    writeFile(path(u"upwards.zip"_s), upwards);
+    EXPECT_EQ(fault(u"upwards.zip"_s), notOnlyTheBundle);
+
     QByteArray content = contentOf(path(whole));
     content[content.indexOf("Info.plist") + 12] ^= 1;
+    writeFile(path(u"broken.zip"_s), content);
     write(u"page.zip"_s, u"<html>not found</html>"_s);
-    QFile broken(path(u"broken.zip"_s));
-    ASSERT_TRUE(broken.open(QIODevice::WriteOnly) && broken.write(content) == content.size());
-    broken.close();
     for (const QString& name : {u"broken.zip"_s, u"page.zip"_s}) {
         EXPECT_FALSE(fault(name).isEmpty()) << qPrintable(name);
-        EXPECT_NE(fault(name), noBundle) << qPrintable(name);
+        EXPECT_NE(fault(name), notOnlyTheBundle) << qPrintable(name);
     }
+}
+
+TEST_F(BundleTest, a_signature_is_told_from_one_of_another_file_or_key) {
+    const auto sign = [](const QStringList& arguments) {
+        return runProgram(QStringLiteral(SIGN_PROGRAM), arguments).trimmed();
+    };
+    const QString key = QString::fromLatin1(sign({u"--new-key"_s, path(u"key.pem"_s)}));
+    const QString otherKey = QString::fromLatin1(sign({u"--new-key"_s, path(u"other.pem"_s)}));
+    ASSERT_EQ(key.size(), 64);
+    write(u"update.zip"_s, u"an archive"_s);
+    write(u"other.zip"_s, u"an archivE"_s);
+    sign({path(u"update.zip"_s), path(u"key.pem"_s)});
+    const QByteArray signature = contentOf(path(u"update.zip.sig"_s));
+
+    BundleInstaller installer({.programs = {}, .verifier = QStringLiteral(VERIFY_PROGRAM)});
+    const auto fault = [&](const QString& archive, const QByteArray& ofIt, const QString& publicKey) {
+        return wordsOf(installer.checkSignature(path(archive), ofIt, publicKey));
+    };
+    EXPECT_EQ(fault(u"update.zip"_s, signature, key), QString());
+    const QString wrong = fault(u"other.zip"_s, signature, key);
+    EXPECT_FALSE(wrong.isEmpty());
+    EXPECT_EQ(fault(u"update.zip"_s, signature, otherKey), wrong);
+    EXPECT_EQ(fault(u"update.zip"_s, signature.first(63), key), wrong);
+    EXPECT_EQ(fault(u"update.zip"_s, {}, key), wrong);
+    // And what cannot be told is never a yes.
+    for (const QString& noKey : {key.first(62), QString(), u"no digits"_s})
+        EXPECT_FALSE(fault(u"update.zip"_s, signature, noKey).isEmpty());
+    EXPECT_FALSE(fault(u"missing.zip"_s, signature, key).isEmpty());
+    BundleInstaller withoutVerifier({.programs = {}, .verifier = path(u"missing"_s)});
+    EXPECT_FALSE(wordsOf(withoutVerifier.checkSignature(path(u"update.zip"_s), signature, key)).isEmpty());
 }
 
 TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_below_a_prefix_and_in_the_build_folder) {

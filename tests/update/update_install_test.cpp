@@ -104,6 +104,67 @@ TEST_F(UpdateInstallTest, progress_is_told_as_the_pieces_come_and_nothing_else_b
     EXPECT_EQ(server.requests().size(), 1);
 }
 
+TEST_F(UpdateInstallTest, an_archive_comes_by_https_or_not_at_all) {
+    for (const QString& insecure : {u"http://update.example.com/Tralio.zip"_s, u"file:///tmp/Tralio.zip"_s,
+             u"ftp://127.0.0.1/Tralio.zip"_s, u"http://127.0.0.1.example.com/Tralio.zip"_s}) {
+        AppUpdateInfo info = offer(u"1.0.10"_s);
+        info.downloadUrl = insecure;
+        service->updateInfo = info;
+        expectFailure(u"Lỗi tải bản cập nhật: Địa chỉ tải về không dùng kết nối bảo mật (https)."_s);
+    }
+    UpdateService::Host ordinary = host();
+    ordinary.takesFromLoopback = false;
+    service = std::make_unique<UpdateService>(http, installer, ordinary);
+    service->updateInfo = offer(u"1.0.10"_s);
+    service->isUpdateAvailable = true;
+    expectFailure(u"Lỗi tải bản cập nhật: Địa chỉ tải về"_s);
+    EXPECT_TRUE(server.requests().isEmpty());
+}
+
+TEST_F(UpdateInstallTest, an_archive_that_is_too_large_is_given_up_announced_or_not) {
+    const QString tooLarge = u"Lỗi tải bản cập nhật: File cập nhật quá lớn (hơn 500 MB)."_s;
+    const QByteArray announced = "HTTP/1.1 200 OK\r\nContent-Length: 500000001\r\n\r\nzip";
+    server.replies(StandInReply::withBody(0, announced).delivered(Delivery::withoutStatus));
+    expectFailure(tooLarge);
+
+    UpdateService::Host small = host();
+    small.largestArchive = 1'000'000;
+    service = std::make_unique<UpdateService>(http, installer, small);
+    service->updateInfo = offer(u"1.0.10"_s);
+    service->isUpdateAvailable = true;
+    const QByteArray endless = "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(1'000'001, 'z');
+    server.replies(StandInReply::withBody(0, endless).delivered(Delivery::withoutStatus));
+    expectFailure(u"Lỗi tải bản cập nhật: File cập nhật quá lớn (hơn 1 MB)."_s);
+    EXPECT_TRUE(filesInFolder().isEmpty());
+}
+
+TEST_F(UpdateInstallTest, with_a_key_an_archive_needs_its_signature_before_anything_closes) {
+    UpdateService::Host withKey = host();
+    withKey.publicKey = u"key"_s;
+    service = std::make_unique<UpdateService>(http, installer, withKey);
+    service->updateInfo = offer(u"1.0.10"_s);
+    service->isUpdateAvailable = true;
+    const QByteArray signature(64, 's');
+    StandInReply reply = StandInReply::withBody(404, signature);
+    server.repliesBy([&](const StandInModel::Request& request) {
+        return request.target == "/Tralio.zip.sig" ? reply : StandInReply::withBody(200, "archive");
+    });
+    expectFailure(u"Lỗi tải bản cập nhật: Máy chủ không có chữ ký"_s);
+    reply = StandInReply::withBody(200, signature + 's');
+    expectFailure(u"Lỗi tải bản cập nhật: Máy chủ không có chữ ký"_s);
+    EXPECT_EQ(installer.checkedSignature, QString());
+
+    reply = StandInReply::withBody(200, signature);
+    installer.signatureFault = u"chữ ký sai"_s;
+    expectFailure(u"Không thể chạy tiến trình cập nhật: chữ ký sai"_s);
+    EXPECT_EQ(installer.checkedSignature, zip + u' ' + QString::fromLatin1(signature) + u" key"_s);
+    EXPECT_EQ(installer.checkedArchive, QString()) << "nobody takes an unsigned one apart";
+    EXPECT_TRUE(filesInFolder().isEmpty());
+
+    installer.signatureFault.reset();
+    EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+}
+
 TEST_F(UpdateInstallTest, a_download_that_does_not_come_to_its_end_leaves_nothing_behind) {
     const QByteArray halfOfIt = "HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nhalf";
     const StandInReply broken[] = {

@@ -27,6 +27,7 @@ protected:
         return {.manifest = QUrl(address(u"/version.json"_s)),
             .currentVersion = u" 1.0.9\n"_s,
             .temporaryFolder = folder.path(),
+            .takesFromLoopback = true,
             .terminate = [this] { events.append(u"terminate"_s); },
             .openWebsite = [this] { events.append(u"website"_s); },
             .now = [] { return now; }};

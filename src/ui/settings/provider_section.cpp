@@ -103,9 +103,21 @@ QWidget* ProviderSection::endpointFields() {
     m_model = field(settings.model, u"Tên Model"_s, u"gpt-4o-mini"_s);
     m_fields = filled(new QWidget,
         column({.spacing = 10},
-            {column({.spacing = 4}, {fieldCaption(u"API Endpoint (Base URL):"_s), m_baseURL}),
+            {column(
+                 {.spacing = 4}, {fieldCaption(u"API Endpoint (Base URL):"_s), m_baseURL, exposureWarning()}),
                 column({.spacing = 4}, {fieldCaption(u"Tên Model:"_s), m_model}), keyField()}));
     return m_fields;
+}
+
+QWidget* ProviderSection::exposureWarning() {
+    auto* words = new Label(u"Địa chỉ này không mã hóa (http): API Key sẽ đi qua mạng ở dạng đọc được."_s,
+        text::caption, ColorRole::orange);
+    words->setWraps();
+    auto* accept = new Button(button::bordered, {.title = u"Vẫn gửi"_s});
+    connect(accept, &Button::clicked, this, [this] { m_state.settings().acceptExposure(); });
+    m_exposure = new Reveal(filled(new Surface(ColorRole::orangeTint, ColorRole::none, radius::control),
+        row({.spacing = 6, .padding = {6, 6, 6, 6}}, {StackItem(words, {}, 1), accept})));
+    return m_exposure;
 }
 
 QLayout* ProviderSection::keyField() {
@@ -166,6 +178,7 @@ void ProviderSection::refreshFields() {
     const AppSettings& settings = m_state.settings();
     const bool showing = m_state.isShowingAPIKey();
     setShownText(m_baseURL, settings.baseURL());
+    m_exposure->setRevealed(settings.wouldExposeKey());
     setShownText(m_model, settings.model());
     setShownText(m_apiKey, settings.apiKey());
     m_apiKey->setEchoMode(showing ? QLineEdit::Normal : QLineEdit::Password);

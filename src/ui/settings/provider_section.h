@@ -27,6 +27,7 @@ private:
     QLayout* providerRow();
     QWidget* ownGatewayCard();
     QWidget* endpointFields();
+    QWidget* exposureWarning();
     QLayout* keyField();
     QWidget* resultStrip();
     TextField* field(Persisted<QString>& setting, const QString& caption, const QString& placeholder);
@@ -42,6 +43,7 @@ private:
     Button* m_cardTest;
     QWidget* m_fields;
     TextField* m_baseURL;
+    Reveal* m_exposure;
     TextField* m_model;
     Button* m_eye;
     TextField* m_apiKey;

@@ -176,6 +176,11 @@ void SettingsState::chooseProvider(const QString& presetId) {
 }
 
 void SettingsState::runTestConnection() {
+    if (settings().wouldExposeKey()) {
+        isSuccess = false;
+        testResult = u"API Key chưa được gửi đi, vì địa chỉ máy chủ không mã hóa (http)."_s;
+        return;
+    }
     isTesting = true;
     testResult = std::nullopt;
     testConnection(m_test.get_token());

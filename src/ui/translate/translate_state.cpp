@@ -34,6 +34,9 @@ const QString settingsUnsaved =
 const QString keyLocked =
     u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. Hãy mở khóa kho rồi dịch lại."_s;
 
+const QString keyExposed =
+    u"Địa chỉ máy chủ không mã hóa (http), API Key sẽ lộ trên mạng. Hãy xác nhận trong Cài đặt."_s;
+
 const QString english = u"Tiếng Anh"_s;
 const QString vietnamese = u"Tiếng Việt"_s;
 const QString detect = u"Tự động phát hiện"_s;
@@ -121,6 +124,10 @@ void TranslateState::performTranslate() {
         m_services.appState.unlockKey();
         return;
     }
+    if (m_services.settings.wouldExposeKey()) {
+        showError(keyExposed);
+        return;
+    }
     isTranslating = true;
     showError(std::nullopt);
     m_isResultAwaited = true;
@@ -139,6 +146,8 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
         debugLog(u"TranslateView.performTranslate: SUCCESS, result='" % excerpt(result) % u"'");
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
+        // Thirty characters: what follows may be the server's, and quote the text.
+        debugLog(u"TranslateView.performTranslate: FAILED, error='" % excerpt(*failure) % u"'");
     }
     if (!m_mainView || stop.stop_requested())
         co_return;

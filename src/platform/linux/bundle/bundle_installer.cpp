@@ -6,6 +6,7 @@
 #include <QProcessEnvironment>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <chrono>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -42,14 +43,17 @@ bool mayWriteIn(const QString& folder) {
     return faccessat(AT_FDCWD, QFile::encodeName(folder).constData(), W_OK, AT_EACCESS) == 0;
 }
 
-/// Whether one of these paths inside an archive lies in an application bundle at its top.
-bool holdBundle(const QByteArray& paths) {
-    for (const QByteArray& path : paths.split('\n')) {
-        const qsizetype end = path.indexOf('/');
-        if (end > 0 && path.first(end).endsWith(".app"))
-            return true;
-    }
-    return false;
+/// Whether all of these paths inside an archive lie in the one bundle at its top.
+bool lieInBundle(const QByteArray& paths) {
+    const QList<QByteArray> lines = paths.trimmed().split('\n');
+    return std::all_of(lines.begin(), lines.end(), [](const QByteArray& path) {
+        return path.startsWith("Tralio.app/") && !('/' + path + '/').contains("/../") && !path.contains('\\');
+    });
+}
+
+/// Whether one of the lines of a listing, which begin with the kind and the rights of a file, is of a link.
+bool holdsLink(const QByteArray& listing) {
+    return ('\n' + listing).contains("\nl");
 }
 
 }  // namespace
@@ -76,13 +80,26 @@ void BundleInstaller::checkProgram() const {
 QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     // WORKAROUND: gcc 12 does not compile a list of arguments inside a coroutine.
     const QStringList test{u"-tqq"_s, zipPath};
-    const QStringList list{u"-Z1"_s, zipPath, u"*.app/*"_s};
+    const QStringList names{u"-Z1"_s, zipPath};
+    const QStringList kinds{u"-Zs"_s, zipPath};
     const ProgramResult tested = co_await runProgram(m_places.unzip, test, archiveLimit);
     if (tested.status != 0)
         throw LocalizedError(u"File cập nhật bị hỏng hoặc không phải là file zip."_s);
-    const ProgramResult listed = co_await runProgram(m_places.unzip, list, archiveLimit);
-    if (!holdBundle(listed.output))
-        throw LocalizedError(u"File cập nhật không chứa ứng dụng nào."_s);
+    const ProgramResult named = co_await runProgram(m_places.unzip, names, archiveLimit);
+    if (!lieInBundle(named.output))
+        throw LocalizedError(u"File cập nhật không chứa duy nhất ứng dụng Tralio.app."_s);
+    const ProgramResult listed = co_await runProgram(m_places.unzip, kinds, archiveLimit);
+    if (holdsLink(listed.output))
+        throw LocalizedError(u"File cập nhật chứa liên kết (link) nên không được cài."_s);
+}
+
+QCoro::Task<> BundleInstaller::checkSignature(QString zipPath, QByteArray signature, QString publicKey) {
+    const QStringList arguments{zipPath, QString::fromLatin1(signature.toHex()), publicKey};
+    const ProgramResult verified = co_await runProgram(m_places.verifier, arguments, archiveLimit);
+    if (verified.status == 1)
+        throw LocalizedError(u"Chữ ký của file cập nhật không đúng, file có thể đã bị thay đổi."_s);
+    if (verified.status != 0)
+        throw LocalizedError(u"Không kiểm tra được chữ ký của file cập nhật."_s);
 }
 
 void BundleInstaller::run(const QString& scriptPath) {

@@ -14,6 +14,7 @@ public:
         QString helpers = installation::helperFolder(programs);
         QString bundle = QStringLiteral("/Applications/Tralio.app");  ///< what the script replaces
         QString shell = QStringLiteral("/bin/bash");
+        QString verifier = helpers + QStringLiteral("/tralio-verify");
         QString unzip = QStringLiteral("unzip");
     };
 
@@ -21,6 +22,7 @@ public:
 
     [[nodiscard]] bool isPackaged() const override;
     void checkProgram() const override;
+    QCoro::Task<> checkSignature(QString zipPath, QByteArray signature, QString publicKey) override;
     QCoro::Task<> checkArchive(QString zipPath) override;
 
     /// Starts the script in a session of its own and leaves it to itself; it finds our helper programs before

@@ -14,13 +14,48 @@ namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 constexpr int answerLimit = 2000;  // milliseconds
+constexpr auto returnInterval = 2s;
 
 }  // namespace
 
-SessionService::SessionService(QDBusConnection bus) : m_bus(std::move(bus)) {
+SessionService::SessionService(QDBusConnection bus, Connect reconnect)
+    : m_bus(std::move(bus)), m_reconnect(std::move(reconnect)) {
     new FreedesktopApplication(*this);
+    m_return.setInterval(returnInterval);
+    connect(&m_return, &QTimer::timeout, this, &SessionService::returnToBus);
+    watchBus();
+}
+
+QDBusConnection SessionService::anotherConnection() {
+    static int count = 0;
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"tralio-session-%1"_s.arg(++count));
+}
+
+void SessionService::watchBus() {
+    // The library itself says so, in the name of the bus.
+    m_bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
+        this, SLOT(busEnded()));
+}
+
+void SessionService::busEnded() {
+    debugLog(u"SessionService: the session bus has ended"_s);
+    m_return.start();
+}
+
+void SessionService::returnToBus() {
+    QDBusConnection bus = m_reconnect();
+    if (!bus.isConnected()) {
+        QDBusConnection::disconnectFromBus(bus.name());
+        return;
+    }
+    m_return.stop();
+    m_bus = bus;
+    watchBus();
+    if (claim() == Claim::claimed)
+        debugLog(u"SessionService: on the session bus again"_s);
 }
 
 SessionService::~SessionService() {

@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <QVariantMap>
 
 #include <functional>
@@ -37,7 +38,11 @@ public:
     static constexpr auto name = "org.tralio.Tralio";
     static constexpr auto path = "/org/tralio/Tralio";
 
-    explicit SessionService(QDBusConnection bus = QDBusConnection::sessionBus());
+    using Connect = std::function<QDBusConnection()>;
+
+    /// `reconnect` makes a new connection when the bus has ended: a new one may come in its place.
+    explicit SessionService(
+        QDBusConnection bus = QDBusConnection::sessionBus(), Connect reconnect = &anotherConnection);
     ~SessionService() override;
 
     void setActions(Actions actions) { m_actions = std::move(actions); }
@@ -49,6 +54,9 @@ public:
     /// started with. Waits two seconds at the most; false when it does not answer.
     [[nodiscard]] bool openRunningInstance() const;
 
+private Q_SLOTS:
+    void busEnded();
+
 public Q_SLOTS:
     void Open();
     void TranslateSelection();
@@ -58,12 +66,18 @@ public Q_SLOTS:
 private:
     friend class FreedesktopApplication;
 
+    [[nodiscard]] static QDBusConnection anotherConnection();
+    void watchBus();
+    void returnToBus();
+
     /// Runs an action later. The token lets the window come to the front; it is empty where none was given.
     void run(std::function<void()> action, const QString& activationToken = {});
     void translateText(const QString& text, const QString& activationToken);
     void runNamed(const QString& action, const QVariantList& parameter, const QString& activationToken);
 
     QDBusConnection m_bus;
+    Connect m_reconnect;
+    QTimer m_return;
     Actions m_actions;
 };
 
