@@ -11,6 +11,7 @@
 
 #include "engine/hosts.h"
 #include "engine/http_client.h"
+#include "engine/transport_error.h"
 #include "update/installer.h"
 #include "update/installer_script.h"
 #include "update/staged_file.h"
@@ -184,6 +185,8 @@ QCoro::Task<> UpdateService::install(QUrl archive) {
 }
 
 QCoro::Task<> UpdateService::download(QUrl archive) {
+    if (archive.scheme() != u"http" && archive.scheme() != u"https")
+        throw TransportError::foreignScheme();
     const auto receive = [this](const QByteArray& piece, std::optional<qint64> totalSize) {
         m_archive->write(piece);
         if (totalSize > 0)

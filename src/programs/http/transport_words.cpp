@@ -133,9 +133,8 @@ QString failureWords(const TransferFailure& failure, const QUrl& url, AddressOri
 }
 
 QString unsupportedSchemeWords(AddressOrigin origin) {
-    return origin == AddressOrigin::enteredByUser
-        ? u"Base URL phải bắt đầu bằng http:// hoặc https://."_s
-        : u"Địa chỉ tải về không bắt đầu bằng http:// hoặc https://."_s;
+    return origin == AddressOrigin::enteredByUser ? u"Base URL phải bắt đầu bằng http:// hoặc https://."_s
+                                                  : TransportError::foreignScheme().errorDescription();
 }
 
 QString missingHostWords(AddressOrigin origin) {
