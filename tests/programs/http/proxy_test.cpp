@@ -7,14 +7,15 @@ namespace {
 using namespace Qt::StringLiterals;
 using Connection = RawServer::Connection;
 
-/// The environment speaks for the desktop.
+/// In a session of no desktop, the environment speaks for it.
 class HttpProxyTest : public HttpTest {
 protected:
-    HttpProxyTest() { qputenv("PX_FORCE_CONFIG", "config_envvar"); }
-    ~HttpProxyTest() override {
-        for (const char* name : {"PX_FORCE_CONFIG", "http_proxy", "https_proxy"})
+    HttpProxyTest() {
+        for (const char* name : {"XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
+                 "GNOME_DESKTOP_SESSION_ID", "no_proxy"})
             qunsetenv(name);
     }
+    ~HttpProxyTest() override { setProxy({}); }
 
     static void setProxy(const QByteArray& proxy) {
         qputenv("http_proxy", proxy);
