@@ -16,8 +16,8 @@ private:
     using LocalizedError::LocalizedError;
 };
 
-/// A file in the folder where it will stand, without a name: nobody sees it half-written, and it goes with this
-/// object, or with the process however that ends, unless it got its name. Every operation fails with a
+/// A file in the folder where it will stand, without a name: nobody sees it half-written, and it goes with
+/// this object, or with the process however that ends, unless it got its name. Every operation fails with a
 /// `FileError`.
 class StagedFile final {
 public:

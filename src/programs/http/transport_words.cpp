@@ -51,9 +51,8 @@ QString proxyWords(const TransferFailure& failure) {
         return u"Không tìm thấy máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
     if (failure.tunnelStatus == 407)
         return proxyLoginWords();
-    const QString unfit =
-        u"Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
-    const QString broken = u"Máy chủ proxy đã ngắt kết nối. Vui lòng thử lại."_s;
+    QString unfit = u"Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+    QString broken = u"Máy chủ proxy đã ngắt kết nối. Vui lòng thử lại."_s;
     if (failure.code == CURLE_PROXY || failure.tunnelStatus >= 300)
         return unfit;
     if (!failure.usesProxy || !failure.isProxysPart)
