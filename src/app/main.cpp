@@ -12,6 +12,7 @@
 #include "app/services.h"
 #include "app/status_item.h"
 #include "common/debug_log.h"
+#include "engine/chat_completions.h"
 #include "hotkeys/workspace.h"
 #include "platform/linux/bus/session_service.h"
 #include "platform/linux/desktop/desktop_appearance.h"
@@ -41,6 +42,16 @@ QWidget* makeContent(Services& services) {
                             services.platform.pasteboard, services.clock, &keyWithX11Code},
         {.openURL = [&services](const QUrl& url) { services.platform.workspace.openURL(url); },
             .quit = &QCoreApplication::quit});
+}
+
+/// Has the connection made over which a text is about to go. Its address is as the panels have left it, which
+/// have settings of their own; one that cannot be told is not guessed.
+void prepareToTranslate(Services& services, const AppSettings& settings) {
+    std::optional<QUrl> endpoint;
+    const std::optional<QString> baseURL = services.store.text(settings.baseURL.key());
+    if (baseURL || services.store.trouble() != StoreTrouble::unreadable)
+        endpoint = chat_completions::buildEndpointURL(baseURL.value_or(AppSettings::defaultBaseURL));
+    services.http.prepare(endpoint.value_or(QUrl()));
 }
 
 /// What other programs, and a second start of this one, ask for over the session bus.
@@ -96,8 +107,8 @@ int main(int argc, char** argv) {
     StatusItem statusItem;
     AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
         services.captures, services.updates, services.clock, popover, statusItem,
-        services.desktop->selectionOnceFocused(), isFirstStart, [&services] { services.http.prepare(); },
-        &QCoreApplication::quit});
+        services.desktop->selectionOnceFocused(), isFirstStart,
+        [&] { prepareToTranslate(services, settingsOfShell); }, &QCoreApplication::quit});
     delegate.applicationDidFinishLaunching();
     session.setActions(actionsOf(delegate));
     return QApplication::exec();

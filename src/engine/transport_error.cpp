@@ -14,6 +14,10 @@ TransportError TransportError::cancelled() {
     return TransportError(u"Yêu cầu đã bị hủy."_s);
 }
 
+TransportError TransportError::foreignScheme() {
+    return TransportError(u"Địa chỉ tải về không bắt đầu bằng http:// hoặc https://."_s);
+}
+
 TransportError TransportError::timedOut(const QUrl& url, std::chrono::milliseconds silence) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(silence).count();
     return TransportError(u"%1 không phản hồi trong %2 giây. Vui lòng thử lại sau."_s.arg(

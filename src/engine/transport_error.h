@@ -15,6 +15,8 @@ public:
     using LocalizedError::LocalizedError;
 
     [[nodiscard]] static TransportError cancelled();
+    /// Of an address of the program's own that is none of http or https.
+    [[nodiscard]] static TransportError foreignScheme();
     [[nodiscard]] static TransportError timedOut(const QUrl& url, std::chrono::milliseconds silence);
     [[nodiscard]] static TransportError replyTooLarge(const QUrl& url, qsizetype limitInBytes);
 };

@@ -2,12 +2,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <tuple>
+#include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tralio {
 namespace {
@@ -37,33 +39,52 @@ FileError FileError::fromErrno(int error, const QString& path) {
     return FileError(description(error, path));
 }
 
-StagedFile::StagedFile(const QString& folder) : m_file(QDir(folder).filePath(u"tralio-XXXXXX.part"_s)) {
-    errno = 0;
-    if (!m_file.open())
-        throw FileError::fromErrno(errno, folder);
-    // Asking for its name gives it one. Without, the file would have to be entered into the folder at the
-    // end, and nothing would tell why it cannot be.
-    std::ignore = m_file.fileName();
+StagedFile::StagedFile(QString folder) : m_folder(std::move(folder)) {
+    m_file = open(QFile::encodeName(m_folder).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    if (m_file < 0 && (errno == EOPNOTSUPP || errno == EISDIR)) {
+        m_name = freshName();
+        m_file = open(m_name.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+    }
+    if (m_file < 0)
+        throw FileError::fromErrno(errno, m_folder);
+}
+
+StagedFile::~StagedFile() {
+    close(m_file);
+    if (!m_name.isEmpty())
+        unlink(m_name.constData());
+}
+
+QByteArray StagedFile::freshName() const {
+    const QString number = QString::number(QRandomGenerator::system()->generate64(), 36);
+    return QFile::encodeName(QDir(m_folder).filePath(u"tralio-%1.part"_s.arg(number)));
 }
 
 void StagedFile::write(const QByteArray& piece) {
-    // Past the file object's buffer, which would tell of a full disk late, and without the reason.
     for (qsizetype done = 0; done < piece.size();) {
-        const ssize_t written = ::write(m_file.handle(), piece.constData() + done, piece.size() - done);
+        const ssize_t written =
+            ::write(m_file, piece.constData() + done, static_cast<size_t>(piece.size() - done));
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0)
-            throw FileError::fromErrno(errno, m_file.fileName());
+            throw FileError::fromErrno(errno, m_folder);
         done += written;
     }
     m_size += piece.size();
 }
 
 void StagedFile::moveTo(const QString& path) {
-    if (std::rename(QFile::encodeName(m_file.fileName()).constData(), QFile::encodeName(path).constData()) !=
-        0)
+    if (m_name.isEmpty()) {
+        // A link cannot take the place of another file, as a renamed one does.
+        const QByteArray name = freshName();
+        const QByteArray self = "/proc/self/fd/" + QByteArray::number(m_file);
+        if (linkat(AT_FDCWD, self.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) != 0)
+            throw FileError::fromErrno(errno, path);
+        m_name = name;
+    }
+    if (std::rename(m_name.constData(), QFile::encodeName(path).constData()) != 0)
         throw FileError::fromErrno(errno, path);
-    m_file.setAutoRemove(false);
+    m_name.clear();
 }
 
 }  // namespace tralio

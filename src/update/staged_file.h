@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QTemporaryFile>
+#include <QString>
 
 #include "common/localized_error.h"
 
@@ -16,11 +16,15 @@ private:
     using LocalizedError::LocalizedError;
 };
 
-/// A file under a temporary name in the folder where it will stand: nobody sees it half-written, and it goes
-/// with this object, unless it was moved. Every operation fails with a `FileError`.
+/// A file in the folder where it will stand, without a name: nobody sees it half-written, and it goes with
+/// this object, or with the process however that ends, unless it got its name. Every operation fails with a
+/// `FileError`.
 class StagedFile final {
 public:
-    explicit StagedFile(const QString& folder);
+    explicit StagedFile(QString folder);
+    StagedFile(const StagedFile&) = delete;
+    StagedFile& operator=(const StagedFile&) = delete;
+    ~StagedFile();
 
     void write(const QByteArray& piece);
     [[nodiscard]] qint64 size() const { return m_size; }
@@ -29,7 +33,13 @@ public:
     void moveTo(const QString& path);
 
 private:
-    QTemporaryFile m_file;
+    /// A name in the folder that no file has.
+    [[nodiscard]] QByteArray freshName() const;
+
+    QString m_folder;
+    int m_file = -1;
+    /// The name that the file has already, where the file system has no files without one.
+    QByteArray m_name;
     qint64 m_size = 0;
 };
 

@@ -22,9 +22,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// A fresh key and a certificate for it that it signed itself.
-QSslConfiguration selfSignedConfiguration() {
-    const QTemporaryDir folder;
+/// A fresh key and a certificate for it that it signed itself, which are left in the folder.
+QSslConfiguration selfSignedConfiguration(const QTemporaryDir& folder) {
     const QString key = folder.filePath(u"key.pem"_s);
     const QString certificate = folder.filePath(u"certificate.pem"_s);
     QProcess openssl;
@@ -91,7 +90,7 @@ QString StandInModel::Request::systemPrompt() const {
 StandInModel::StandInModel(Encryption encryption) : m_encryption(encryption) {
     if (encryption == Encryption::selfSigned) {
         auto server = std::make_unique<QSslServer>();
-        server->setSslConfiguration(selfSignedConfiguration());
+        server->setSslConfiguration(selfSignedConfiguration(m_certificates.emplace()));
         m_server = std::move(server);
     } else {
         m_server = std::make_unique<QTcpServer>();
@@ -111,6 +110,10 @@ StandInModel::~StandInModel() = default;
 QString StandInModel::baseURL() const {
     const QString scheme = m_encryption == Encryption::none ? u"http"_s : u"https"_s;
     return u"%1://127.0.0.1:%2/v1"_s.arg(scheme, QString::number(m_port));
+}
+
+QString StandInModel::certificate() const {
+    return m_certificates->filePath(u"certificate.pem"_s);
 }
 
 void StandInModel::translatesTo(const QString& translation) {

@@ -5,9 +5,11 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QTemporaryDir>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "support/stand_in_reply.h"
 
@@ -56,6 +58,9 @@ public:
     /// What to enter as the base URL to reach the stand-in.
     [[nodiscard]] QString baseURL() const;
 
+    /// The file with the certificate that a client has to trust, where there is one.
+    [[nodiscard]] QString certificate() const;
+
     /// From now on, replies in this way to every request.
     void translatesTo(const QString& translation);
     void translatesBy(std::function<QString(const Request&)> translate);
@@ -88,6 +93,7 @@ private:
     static void resetInBody(QTcpSocket* socket, const StandInReply& reply);
 
     Encryption m_encryption;
+    std::optional<QTemporaryDir> m_certificates;
     std::unique_ptr<QTcpServer> m_server;
     quint16 m_port = 0;
     std::function<StandInReply(const Request&)> m_reply;

@@ -1,3 +1,4 @@
+#include "engine/transport_error.h"
 #include "support/file_size_limit.h"
 #include "support/files.h"
 #include "support/ordinary_user.h"
@@ -106,7 +107,7 @@ TEST_F(UpdateInstallTest, progress_is_told_as_the_pieces_come_and_nothing_else_b
 
 TEST_F(UpdateInstallTest, an_archive_comes_by_https_or_not_at_all) {
     for (const QString& insecure : {u"http://update.example.com/Tralio.zip"_s, u"file:///tmp/Tralio.zip"_s,
-             u"ftp://127.0.0.1/Tralio.zip"_s, u"http://127.0.0.1.example.com/Tralio.zip"_s}) {
+             u"ftp://127.0.0.1/Tralio.zip"_s, u"Tralio.zip"_s, u"http://127.0.0.1.example.com/Tralio.zip"_s}) {
         AppUpdateInfo info = offer(u"1.0.10"_s);
         info.downloadUrl = insecure;
         service->updateInfo = info;
@@ -189,8 +190,6 @@ TEST_F(UpdateInstallTest, a_download_that_does_not_come_to_its_end_leaves_nothin
     }
     server.refuseConnections();
     expectFailure(u"Lỗi tải bản cập nhật: "_s);
-    service->updateInfo = AppUpdateInfo{u"2"_s, {}, u"Tralio.zip"_s, std::nullopt};
-    expectFailure(u"Lỗi tải bản cập nhật: "_s);
     EXPECT_TRUE(events.isEmpty());
 }
 
@@ -270,8 +269,8 @@ TEST_F(UpdateInstallTest, nothing_happens_without_an_offer_that_has_an_address) 
 
 TEST_F(UpdateInstallTest, a_service_that_goes_takes_its_download_with_it) {
     beginDownload();
+    EXPECT_TRUE(filesInFolder().isEmpty()) << "a program that a signal ends cannot tidy up";
     service.reset();
-    EXPECT_TRUE(filesInFolder().isEmpty());  // at once: at the end of the program no event comes any more
     EXPECT_TRUE(eventually([this] { return server.openConnections() == 0; }));
     EXPECT_TRUE(events.isEmpty());
 }

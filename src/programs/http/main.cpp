@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <curl/curl.h>
+#include <malloc.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -37,6 +38,7 @@ int main(int argc, char** argv) {
     const int replies = tralio::frames::takeStandardOutput();
     if (replies < 0 || curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK)
         return EXIT_FAILURE;
+    mallopt(M_ARENA_MAX, 1);  // the threads that ask for names and proxies need none of their own
     int status = EXIT_FAILURE;
     {
         tralio::Server server(STDIN_FILENO, replies);

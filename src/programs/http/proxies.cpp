@@ -90,8 +90,24 @@ void Proxies::ask(quint32 request, const QUrl& url) {
     const std::lock_guard lock(m_desk->mutex);
     m_desk->questions.emplace_back(request, address);
     m_desk->asked.notify_one();
-    if (!std::exchange(m_desk->hasThread, true))
-        std::thread([desk = m_desk] { desk->serve(); }).detach();
+    startThread(m_desk);
+}
+
+void Proxies::startThread(const std::shared_ptr<Desk>& desk) {
+    if (!std::exchange(desk->hasThread, true))
+        std::thread([desk] { desk->serve(); }).detach();
+}
+
+void Proxies::giveUp() {
+    const auto old = std::exchange(m_desk, std::make_shared<Desk>());
+    const std::lock_guard lock(old->mutex);
+    old->isClosed = true;
+    m_desk->questions.swap(old->questions);
+    m_desk->answers.swap(old->answers);
+    if (!m_desk->answers.empty())
+        eventfd_write(m_desk->event, 1);
+    if (!m_desk->questions.empty())
+        startThread(m_desk);
 }
 
 int Proxies::descriptor() const {

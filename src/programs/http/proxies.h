@@ -29,12 +29,17 @@ public:
     /// Asks for the proxy to an address; the answer goes by the number of the request.
     void ask(quint32 request, const QUrl& url);
 
+    /// The question under way is not waited for any more; those behind it are put again.
+    void giveUp();
+
     /// Becomes readable when there are answers.
     [[nodiscard]] int descriptor() const;
     [[nodiscard]] std::vector<Answer> takeAnswers();
 
 private:
     struct Desk;
+
+    static void startThread(const std::shared_ptr<Desk>& desk);
 
     std::shared_ptr<Desk> m_desk;  ///< shared with the thread, which may outlive us
 };

@@ -1,16 +1,26 @@
 #include "programs/http/redirections.h"
 
 namespace tralio {
-namespace {
 
 using namespace Qt::StringLiterals;
 
-bool isSameOrigin(const QUrl& one, const QUrl& other) {
-    const auto port = [](const QUrl& url) { return url.port(url.scheme() == u"https"_s ? 443 : 80); };
-    return one.scheme() == other.scheme() && one.host() == other.host() && port(one) == port(other);
+int portOf(const QUrl& url) {
+    return url.port(url.scheme() == u"https"_s ? 443 : 80);
 }
 
-}  // namespace
+bool isSameOrigin(const QUrl& one, const QUrl& other) {
+    return one.scheme() == other.scheme() && one.host() == other.host() && portOf(one) == portOf(other);
+}
+
+bool isRedirection(int status) {
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
+QString whyNotToGoTo(const QUrl& url, AddressOrigin origin) {
+    if (url.scheme() != u"http"_s && url.scheme() != u"https"_s)
+        return unsupportedSchemeWords(origin);
+    return url.host().isEmpty() ? missingHostWords(origin) : QString();
+}
 
 QString whyNotToFollow(const QUrl& from, const QUrl& target, AddressOrigin origin) {
     if (origin == AddressOrigin::enteredByUser && !isSameOrigin(from, target))

@@ -6,6 +6,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "programs/http/redirections.h"
+
 namespace tralio {
 
 using namespace http_protocol;
@@ -13,11 +15,17 @@ using namespace http_protocol;
 namespace {
 
 constexpr int longestWait = 60'000;
+
+/// By which the proxies for a prepared connection are asked for; requests have others.
+constexpr Id preparation = 0;
+
 }  // namespace
 
 Server::Server(int requests, int replies)
     : m_requests(requests),
-      m_send([replies](const Reply& reply) { frames::writeAll(replies, encode(reply)); }) {}
+      m_send([replies](const Reply& reply) { frames::writeAll(replies, encode(reply)); }) {
+    curl_share_setopt(m_share.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+}
 
 Server::~Server() {
     while (!m_transfers.empty())
@@ -33,11 +41,7 @@ int Server::run() {
         curl_waitfd others[] = {
             {m_requests, CURL_WAIT_POLLIN, 0}, {m_proxies.descriptor(), CURL_WAIT_POLLIN, 0}};
         curl_multi_poll(m_multi.get(), others, std::size(others), millisecondsToWait(), nullptr);
-        for (const Proxies::Answer& answer : m_proxies.takeAnswers()) {
-            const auto found = m_transfers.find(answer.request);
-            if (found != m_transfers.end() && !found->second->handle())
-                go(*found->second, answer.proxy);
-        }
+        takeProxies();
         if (others[0].revents != 0)
             if (const std::optional<int> status = readRequests())
                 return *status;
@@ -78,6 +82,17 @@ void Server::serve(const Ping& /*ping*/) const {
     m_send(Pong{});
 }
 
+void Server::serve(const Prepare& prepare) {
+    m_prepared.reset();
+    if (!whyNotToGoTo(prepare.url, AddressOrigin::enteredByUser).isEmpty())
+        return;
+    m_prepared = std::make_unique<PreparedConnection>(m_multi.get(), prepare.url);
+    if (Proxies::isOnThisMachine(prepare.url))
+        m_prepared->connect({});
+    else
+        m_proxies.ask(preparation, prepare.url);
+}
+
 void Server::start(std::unique_ptr<Transfer> transfer) {
     if (!transfer->canBegin())
         return;
@@ -93,8 +108,23 @@ void Server::proceed(Transfer& transfer) {
         m_proxies.ask(transfer.id(), transfer.url());
 }
 
+void Server::takeProxies() {
+    for (const Proxies::Answer& answer : m_proxies.takeAnswers()) {
+        const auto found = m_transfers.find(answer.request);
+        if (found != m_transfers.end() && !found->second->handle())
+            go(*found->second, answer.proxy);
+        else if (answer.request == preparation && m_prepared && !m_prepared->handle())
+            m_prepared->connect(answer.proxy);
+    }
+}
+
 void Server::go(Transfer& transfer, const QByteArray& proxy) {
-    transfer.begin(proxy);
+    Transfer::Way way{.proxy = proxy, .connection = FileDescriptor(), .share = m_share.get()};
+    if (m_prepared && isSameOrigin(m_prepared->url(), transfer.url())) {
+        way.connection = m_prepared->take(transfer.url(), proxy);
+        m_prepared.reset();
+    }
+    transfer.begin(std::move(way));
     curl_multi_add_handle(m_multi.get(), transfer.handle());
 }
 
@@ -104,6 +134,10 @@ void Server::concludeTransfers() {
         if (message->msg != CURLMSG_DONE)
             continue;
         const CURLcode code = message->data.result;
+        if (m_prepared && m_prepared->handle() == message->easy_handle) {
+            m_prepared->conclude(code);
+            continue;
+        }
         void* owner = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &owner);
         auto& transfer = *static_cast<Transfer*>(owner);
@@ -119,9 +153,14 @@ void Server::endSilentTransfers() {
     const auto now = std::chrono::steady_clock::now();
     for (auto next = m_transfers.begin(); next != m_transfers.end();) {
         const auto current = next++;
-        if (current->second->isSilent(now))
-            remove(current->first);
+        if (!current->second->isSilent(now))
+            continue;
+        if (!current->second->handle())
+            m_proxies.giveUp();
+        remove(current->first);
     }
+    if (m_prepared && now >= m_prepared->end())
+        m_prepared.reset();
 }
 
 void Server::remove(Id id) {
@@ -134,8 +173,10 @@ int Server::millisecondsToWait() const {
     using namespace std::chrono;
     milliseconds wait(longestWait);
     const auto now = steady_clock::now();
+    if (m_prepared)
+        wait = std::min(wait, ceil<milliseconds>(m_prepared->end() - now));
     for (const auto& [id, transfer] : m_transfers)
-        wait = std::min(wait, ceil<milliseconds>(transfer->deadline() - now));
+        wait = std::min(wait, ceil<milliseconds>(transfer->nextLook(now) - now));
     return static_cast<int>(std::max<milliseconds::rep>(0, wait.count()));
 }
 

@@ -8,6 +8,7 @@
 
 #include "platform/linux/helpers/frames.h"
 #include "platform/linux/helpers/http_protocol.h"
+#include "programs/http/prepared_connection.h"
 #include "programs/http/proxies.h"
 #include "programs/http/transfer.h"
 
@@ -30,6 +31,9 @@ private:
     struct Cleanup {
         void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
     };
+    struct ShareCleanup {
+        void operator()(CURLSH* share) const { curl_share_cleanup(share); }
+    };
 
     /// The exit status once there is nothing more to read.
     [[nodiscard]] std::optional<int> readRequests();
@@ -37,10 +41,12 @@ private:
     void serve(const http_protocol::Get& get);
     void serve(const http_protocol::Cancel& cancel);
     void serve(const http_protocol::Ping& ping) const;
+    void serve(const http_protocol::Prepare& prepare);
     void start(std::unique_ptr<Transfer> transfer);
     /// Asks for the proxy to its address, or goes there.
     void proceed(Transfer& transfer);
     void go(Transfer& transfer, const QByteArray& proxy);
+    void takeProxies();
     void concludeTransfers();
     void endSilentTransfers();
     void remove(Id id);
@@ -50,8 +56,10 @@ private:
     std::function<void(const http_protocol::Reply&)> m_send;
     frames::Reader m_frames{http_protocol::maximumRequest};
     Proxies m_proxies;
+    std::unique_ptr<CURLSH, ShareCleanup> m_share{curl_share_init()};
     std::unique_ptr<CURLM, Cleanup> m_multi{curl_multi_init()};
     std::map<Id, std::unique_ptr<Transfer>> m_transfers;
+    std::unique_ptr<PreparedConnection> m_prepared;
 };
 
 }  // namespace tralio

@@ -1,12 +1,8 @@
 #include "programs/http/transfer.h"
 
 #include <algorithm>
-#include <fcntl.h>
-#include <linux/tcp.h>
-#include <netinet/in.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
-#include <unistd.h>
 #include <utility>
 
 #include "engine/transport_error.h"
@@ -16,19 +12,22 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 using namespace http_protocol;
+using namespace std::chrono_literals;
 
 namespace {
 
 constexpr int mostRedirections = 50;
 constexpr qsizetype mostHeaderBytes = 128 * 1024;
+constexpr auto proxyAnswer = 10s;  // a script that decides is fetched first
+constexpr auto sendingLook = 25ms;
+constexpr int switchingProtocols = 101;
+
+/// CURLE_TOO_LARGE, which libcurl has from 8.6 on.
+constexpr auto tooLarge = static_cast<CURLcode>(100);
 
 CURLcode trustSystem(CURL* /*easy*/, void* context, void* /*data*/) {
     const int done = SSL_CTX_set_default_verify_paths(static_cast<SSL_CTX*>(context));
     return done == 1 ? CURLE_OK : CURLE_SSL_CACERT_BADFILE;
-}
-
-bool isRedirection(int status) {
-    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
 }  // namespace
@@ -48,36 +47,37 @@ Transfer::Transfer(const Get& get, Send send)
 }
 
 bool Transfer::canBegin() {
-    const QString scheme = m_request.url.scheme();
-    if (scheme != u"http"_s && scheme != u"https"_s)
-        fail(unsupportedSchemeWords(m_origin));
-    else if (m_request.url.host().isEmpty())
-        fail(missingHostWords(m_origin));
-    else
-        return true;
-    return false;
+    m_movement = {};
+    const QString refusal = whyNotToGoTo(m_request.url, m_origin);
+    if (!refusal.isEmpty())
+        fail(refusal);
+    return refusal.isEmpty();
 }
 
-void Transfer::begin(const QByteArray& proxy) {
+void Transfer::begin(Way way) {
+    m_movement = {};
     m_easy.reset(curl_easy_init());
     m_headers.reset();
-    m_sockets.clear();
     m_detail[0] = '\0';
-    m_usesProxy = !proxy.isEmpty();
+    m_madeBefore = std::move(way.connection);
+    m_usesProxy = !way.proxy.isEmpty();
     m_headerBytes = 0;
-    m_isHeadWhole = false;
+    m_hasStatusLine = m_isHeadWhole = m_hasSwitched = false;
     m_location.clear();
     m_isEncoded = false;
     m_response = {};
-    m_moved = 0;
 
     CURL* easy = m_easy.get();
     curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
     curl_easy_setopt(easy, CURLOPT_URL, m_request.url.toEncoded().constData());
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());  // none, when empty: the environment has no say
+    curl_easy_setopt(
+        easy, CURLOPT_PROXY, way.proxy.constData());  // none, when empty: the environment has no say
     curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    curl_easy_setopt(easy, CURLOPT_NOPROXY, "");
+    curl_easy_setopt(easy, CURLOPT_SHARE, way.share);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);  // who cancels does not wait for a name server
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_detail);
     curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, 1L);
     curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, 1L);
@@ -114,6 +114,8 @@ void Transfer::begin(const QByteArray& proxy) {
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Transfer::openSocket);
     curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
+    curl_easy_setopt(easy, CURLOPT_SOCKOPTFUNCTION, &Transfer::configureSocket);
+    curl_easy_setopt(easy, CURLOPT_SOCKOPTDATA, this);
 }
 
 size_t Transfer::takeHeader(char* line, size_t size, size_t count, void* transfer) {
@@ -127,24 +129,30 @@ size_t Transfer::takeBody(char* bytes, size_t size, size_t count, void* transfer
 }
 
 curl_socket_t Transfer::openSocket(void* transfer, curlsocktype /*purpose*/, curl_sockaddr* address) {
-    const curl_socket_t opened = socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
-    if (opened >= 0)
-        static_cast<Transfer*>(transfer)->m_sockets.emplace_back(fcntl(opened, F_DUPFD_CLOEXEC, 3));
-    return opened;
+    auto& self = *static_cast<Transfer*>(transfer);
+    self.m_isMadeBefore = self.m_madeBefore.isOpen();
+    return self.m_isMadeBefore ? self.m_madeBefore.release()
+                               : socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
-Transfer::Socket::~Socket() {
-    if (m_descriptor >= 0)
-        close(m_descriptor);
+int Transfer::configureSocket(void* transfer, curl_socket_t socket, curlsocktype /*purpose*/) {
+    auto& self = *static_cast<Transfer*>(transfer);
+    self.m_movement.watch(socket);
+    return self.m_isMadeBefore ? CURL_SOCKOPT_ALREADY_CONNECTED : CURL_SOCKOPT_OK;
 }
 
 bool Transfer::takeHeader(const QByteArray& line) {
     m_headerBytes += line.size();
     if (m_headerBytes > mostHeaderBytes)
         return stop(tooLargeHeadersWords(m_request.url));
-    if (line.trimmed().isEmpty())
-        m_isHeadWhole = true;
+    if (line.trimmed().isEmpty()) {
+        m_isHeadWhole = status() >= 200;
+        // Nobody has asked for another protocol, and what follows is none that we know.
+        m_hasSwitched = status() == switchingProtocols;
+        return !m_hasSwitched;
+    }
     if (line.startsWith("HTTP/")) {  // of an interim answer, or of the last one
+        m_hasStatusLine = true;
         m_isHeadWhole = false;
         m_location.clear();
         m_isEncoded = false;
@@ -160,8 +168,7 @@ bool Transfer::takeHeader(const QByteArray& line) {
 }
 
 bool Transfer::takeBody(const QByteArray& bytes) {
-    const bool isForReceiver = m_inPieces && !(isRedirection(status().value_or(0)) && !m_location.isEmpty());
-    if (!isForReceiver) {
+    if (!m_inPieces || isRedirected()) {
         m_response.body += bytes;
         return m_response.body.size() <= HttpClient::maximumBodySize ||
             stop(
@@ -178,36 +185,46 @@ bool Transfer::stop(const QString& words) {
     return false;
 }
 
-void Transfer::followMovement(Time now) {
-    quint64 moved = 0;
-    auto quiet = std::chrono::milliseconds::max();
-    for (const Socket& socket : m_sockets) {
-        tcp_info info{};
-        socklen_t size = sizeof(info);
-        if (getsockopt(socket.descriptor(), IPPROTO_TCP, TCP_INFO, &info, &size) != 0)
-            continue;
-        moved += info.tcpi_bytes_received + info.tcpi_bytes_acked;
-        quiet = std::min({quiet, std::chrono::milliseconds(info.tcpi_last_data_recv),
-            std::chrono::milliseconds(info.tcpi_last_ack_recv)});
-    }
-    // What moved woke nobody of itself: it may have been a while ago.
-    if (moved != std::exchange(m_moved, moved))
-        m_lastMovement = std::max(m_lastMovement, now - quiet);
-}
-
 bool Transfer::isSilent(Time now) {
-    followMovement(now);
     if (now < deadline())
         return false;
-    fail(TransportError::timedOut(m_request.url, m_idleTimeout).errorDescription());
+    if (!handle())
+        fail(unknownProxyWords());
+    else if (m_usesProxy && isProxysPart())
+        fail(silentProxyWords());
+    else
+        fail(TransportError::timedOut(m_request.url, m_idleTimeout).errorDescription());
     return true;
 }
 
-std::optional<int> Transfer::status() const {
+Transfer::Time Transfer::deadline() {
+    const auto limit =
+        handle() ? m_idleTimeout : std::min<std::chrono::milliseconds>(m_idleTimeout, proxyAnswer);
+    return m_movement.last() + limit;
+}
+
+Transfer::Time Transfer::nextLook(Time now) {
+    const Time limit = deadline();
+    return m_movement.isSending() ? std::min(limit, now + sendingLook) : limit;
+}
+
+int Transfer::status() const {
     long status = 0;
     curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
-    // An interim answer that nothing follows is none.
-    return status >= 200 ? std::optional(static_cast<int>(status)) : std::nullopt;
+    return static_cast<int>(status);
+}
+
+bool Transfer::isRedirected() const {
+    return isRedirection(status()) && !m_location.isEmpty();
+}
+
+bool Transfer::isProxysPart() const {
+    const bool isSecure = m_request.url.scheme() == u"https"_s;
+    curl_off_t since = 0;
+    curl_easy_getinfo(handle(), isSecure ? CURLINFO_APPCONNECT_TIME_T : CURLINFO_CONNECT_TIME_T, &since);
+    long tunnelStatus = 0;
+    curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &tunnelStatus);
+    return since == 0 && tunnelStatus / 100 != 2;
 }
 
 Transfer::Next Transfer::conclude(CURLcode code) {
@@ -215,24 +232,33 @@ Transfer::Next Transfer::conclude(CURLcode code) {
         fail(m_stoppedBecause);
         return Next::isOver;
     }
+    if (m_hasSwitched) {
+        m_send(Done{m_id, {switchingProtocols, {}}});
+        return Next::isOver;
+    }
     // Bytes came that are no answer in HTTP.
-    if (code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_WEIRD_SERVER_REPLY ||
-        (code == CURLE_GOT_NOTHING && m_headerBytes > 0)) {
+    if ((code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_WEIRD_SERVER_REPLY) && !m_hasStatusLine &&
+        !m_usesProxy) {
         m_send(Done{m_id, {}});
         return Next::isOver;
     }
-    if (code == CURLE_OUT_OF_MEMORY && !m_isHeadWhole) {  // so it calls a line that is too long for it
+    // So it calls a line that is too long for it.
+    if ((code == CURLE_OUT_OF_MEMORY || code == tooLarge) && !m_isHeadWhole) {
         fail(tooLargeHeadersWords(m_request.url));
         return Next::isOver;
     }
-    if (code == CURLE_OK && !m_isHeadWhole)
-        code = CURLE_RECV_ERROR;  // the connection ended within the head
+    if ((code == CURLE_OK || code == CURLE_GOT_NOTHING) && m_hasStatusLine && !m_isHeadWhole)
+        code = CURLE_RECV_ERROR;  // the connection ended within the head, or after an interim answer
     if (code != CURLE_OK) {
         fail(failureWords(failure(code), m_request.url, m_origin));
         return Next::isOver;
     }
     m_response.status = status();
-    if (isRedirection(m_response.status.value_or(0)) && !m_location.isEmpty())
+    if (m_usesProxy && m_response.status == 407) {
+        fail(proxyLoginWords());
+        return Next::isOver;
+    }
+    if (isRedirected())
         return redirect(m_request.url.resolved(QUrl::fromEncoded(m_location)));
     m_send(Done{m_id, m_response});
     return Next::isOver;
@@ -258,6 +284,8 @@ TransferFailure Transfer::failure(CURLcode code) const {
     curl_easy_getinfo(handle(), CURLINFO_SSL_VERIFYRESULT, &failure.verifyResult);
     curl_easy_getinfo(handle(), CURLINFO_OS_ERRNO, &failure.osError);
     curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &failure.tunnelStatus);
+    // Without TLS, whatever comes from the proxy may be of its own making.
+    failure.isProxysPart = isProxysPart() || m_request.url.scheme() == u"http"_s;
     return failure;
 }
 

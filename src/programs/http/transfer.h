@@ -7,11 +7,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <utility>
 #include <variant>
-#include <vector>
 
 #include "platform/linux/helpers/http_protocol.h"
+#include "programs/http/file_descriptor.h"
+#include "programs/http/socket_movement.h"
 #include "programs/http/transport_words.h"
 
 namespace tralio {
@@ -39,17 +39,23 @@ public:
     /// Whether there is an address to go to; if not, the failure has been told.
     [[nodiscard]] bool canBegin();
 
-    /// Makes the handle ready for the address, by this proxy.
-    void begin(const QByteArray& proxy);
+    /// How to get to the address.
+    struct Way {
+        QByteArray proxy;           ///< empty for none
+        FileDescriptor connection;  ///< to the server or the proxy, if it is made already
+        CURLSH* share = nullptr;    ///< the sessions of TLS that servers may know again
+    };
+    /// Makes the handle ready for the address.
+    void begin(Way way);
 
     /// What becomes of it when the connection has done its part: on to another address, or told.
     enum class Next { goesOn, isOver };
     [[nodiscard]] Next conclude(CURLcode code);
 
-    /// Whether nothing has moved either way for too long; then the failure has been told. Else `deadline` is
-    /// when that would be so.
+    /// Whether nothing has moved either way for too long; then the failure has been told.
     [[nodiscard]] bool isSilent(Time now);
-    [[nodiscard]] Time deadline() const { return m_lastMovement + m_idleTimeout; }
+    /// When to ask again; that the peer takes what we send wakes nobody.
+    [[nodiscard]] Time nextLook(Time now);
 
 private:
     struct Cleanup {
@@ -57,30 +63,20 @@ private:
         void operator()(curl_slist* list) const { curl_slist_free_all(list); }
     };
 
-    /// A descriptor of its own.
-    class Socket final {
-    public:
-        explicit Socket(int descriptor) : m_descriptor(descriptor) {}
-        Socket(Socket&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
-        Socket& operator=(Socket&&) = delete;
-        ~Socket();
-        [[nodiscard]] int descriptor() const { return m_descriptor; }
-
-    private:
-        int m_descriptor;
-    };
-
     Transfer(http_protocol::Id id, HttpRequest request, std::chrono::milliseconds idleTimeout, Send send);
 
     static size_t takeHeader(char* line, size_t size, size_t count, void* transfer);
     static size_t takeBody(char* bytes, size_t size, size_t count, void* transfer);
     static curl_socket_t openSocket(void* transfer, curlsocktype purpose, curl_sockaddr* address);
+    static int configureSocket(void* transfer, curl_socket_t socket, curlsocktype purpose);
 
+    [[nodiscard]] Time deadline();
     [[nodiscard]] bool takeHeader(const QByteArray& line);
     [[nodiscard]] bool takeBody(const QByteArray& bytes);
-    /// Notes when something moved last, either way.
-    void followMovement(Time now);
-    [[nodiscard]] std::optional<int> status() const;
+    [[nodiscard]] int status() const;
+    [[nodiscard]] bool isRedirected() const;
+    /// Whether the server itself has come into play yet, behind the proxy.
+    [[nodiscard]] bool isProxysPart() const;
     [[nodiscard]] Next redirect(const QUrl& target);
     [[nodiscard]] TransferFailure failure(CURLcode code) const;
     void fail(const QString& words);
@@ -96,22 +92,23 @@ private:
     Send m_send;
 
     // Of the hop that is under way.
-    std::vector<Socket>
-        m_sockets;  ///< our own descriptors of libcurl's connections, to ask the system about them
+    SocketMovement m_movement;  ///< from when its turn came
+    FileDescriptor m_madeBefore;
+    bool m_isMadeBefore = false;  ///< of the connection that is opened
     std::unique_ptr<CURL, Cleanup> m_easy;
     std::unique_ptr<curl_slist, Cleanup> m_headers;
     char m_detail[CURL_ERROR_SIZE] = {};
     bool m_usesProxy = false;
     qsizetype m_headerBytes = 0;
-    bool m_isHeadWhole = false;
+    bool m_hasStatusLine = false;
+    bool m_isHeadWhole = false;  ///< of the answer itself, not of an interim one
+    bool m_hasSwitched = false;  ///< to another protocol, which nobody has asked for
     QByteArray m_location;
     bool m_isEncoded = false;  ///< the body differs from what its announced size counts
     HttpResponse m_response;
     QString m_stoppedBecause;
-    quint64 m_moved = 0;  ///< bytes that the peer has sent or acknowledged
 
     int m_redirections = 0;
-    Time m_lastMovement = std::chrono::steady_clock::now();
 };
 
 }  // namespace tralio

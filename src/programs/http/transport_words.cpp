@@ -50,14 +50,30 @@ QString proxyWords(const TransferFailure& failure) {
     if (failure.code == CURLE_COULDNT_RESOLVE_PROXY)
         return u"Không tìm thấy máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
     if (failure.tunnelStatus == 407)
-        return u"Máy chủ proxy yêu cầu đăng nhập. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+        return proxyLoginWords();
+    QString unfit = u"Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+    QString broken = u"Máy chủ proxy đã ngắt kết nối. Vui lòng thử lại."_s;
     if (failure.code == CURLE_PROXY || failure.tunnelStatus >= 300)
-        return u"Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
-    if (!failure.usesProxy || failure.code != CURLE_COULDNT_CONNECT)
+        return unfit;
+    if (!failure.usesProxy || !failure.isProxysPart)
         return {};
-    return failure.osError == ETIMEDOUT
-        ? u"Máy chủ proxy không phản hồi. Vui lòng thử lại sau."_s
-        : u"Máy chủ proxy từ chối kết nối. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+    switch (failure.code) {
+        case CURLE_COULDNT_CONNECT:
+            if (failure.osError == ETIMEDOUT)
+                return silentProxyWords();
+            if (failure.osError == ECONNRESET)
+                return broken;
+            return u"Máy chủ proxy từ chối kết nối. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+        case CURLE_GOT_NOTHING:
+        case CURLE_RECV_ERROR:
+        case CURLE_SEND_ERROR:
+            return broken;
+        case CURLE_UNSUPPORTED_PROTOCOL:
+        case CURLE_WEIRD_SERVER_REPLY:
+            return unfit;
+        default:
+            return {};
+    }
 }
 
 QString brokenWords(const QString& server) {
@@ -101,7 +117,11 @@ QString failureWords(const TransferFailure& failure, const QUrl& url, AddressOri
             return certificateWords(server, failure, origin);
         case CURLE_SSL_CONNECT_ERROR:
             return tlsWords(server, failure.detail, origin);
+        case CURLE_UNSUPPORTED_PROTOCOL:
+        case CURLE_WEIRD_SERVER_REPLY:
+            return u"%1 trả lời không đúng giao thức HTTP. %2"_s.arg(server, whatToDo(origin));
         case CURLE_BAD_CONTENT_ENCODING:
+        case CURLE_WRITE_ERROR:  // also of a decoder; ours tells why by itself
             return u"Không giải mã được nội dung phản hồi của %1."_s.arg(server);
         case CURLE_URL_MALFORMAT:
             return missingHostWords(origin);
@@ -112,9 +132,8 @@ QString failureWords(const TransferFailure& failure, const QUrl& url, AddressOri
 }
 
 QString unsupportedSchemeWords(AddressOrigin origin) {
-    return origin == AddressOrigin::enteredByUser
-        ? u"Base URL phải bắt đầu bằng http:// hoặc https://."_s
-        : u"Địa chỉ tải về không bắt đầu bằng http:// hoặc https://."_s;
+    return origin == AddressOrigin::enteredByUser ? u"Base URL phải bắt đầu bằng http:// hoặc https://."_s
+                                                  : TransportError::foreignScheme().errorDescription();
 }
 
 QString missingHostWords(AddressOrigin origin) {
@@ -131,6 +150,18 @@ QString refusedRedirectionWords(const QUrl& from, AddressOrigin origin) {
 
 QString tooManyRedirectionsWords(const QUrl& from, AddressOrigin origin) {
     return u"%1 chuyển hướng quá nhiều lần. %2"_s.arg(serverName(from), whatToDo(origin));
+}
+
+QString proxyLoginWords() {
+    return u"Máy chủ proxy yêu cầu đăng nhập. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+}
+
+QString silentProxyWords() {
+    return u"Máy chủ proxy không phản hồi. Vui lòng thử lại sau."_s;
+}
+
+QString unknownProxyWords() {
+    return u"Không đọc được cài đặt proxy của máy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
 }
 
 QString tooLargeHeadersWords(const QUrl& url) {

@@ -21,7 +21,8 @@ struct TransferFailure {
     long osError = 0;       ///< of the connection, 0 where it was none
     long tunnelStatus = 0;  ///< what a proxy answered to CONNECT, 0 where none was asked
     bool usesProxy = false;
-    QByteArray detail = {};  ///< libcurl's own words
+    bool isProxysPart = false;  ///< all that has come, if anything, came from the proxy
+    QByteArray detail = {};     ///< libcurl's own words
 };
 
 /// What the user is told: what happened, with which server, and what can be done about it.
@@ -32,5 +33,8 @@ struct TransferFailure {
 [[nodiscard]] QString refusedRedirectionWords(const QUrl& from, AddressOrigin origin);
 [[nodiscard]] QString tooManyRedirectionsWords(const QUrl& from, AddressOrigin origin);
 [[nodiscard]] QString tooLargeHeadersWords(const QUrl& url);
+[[nodiscard]] QString proxyLoginWords();
+[[nodiscard]] QString silentProxyWords();
+[[nodiscard]] QString unknownProxyWords();
 
 }  // namespace tralio

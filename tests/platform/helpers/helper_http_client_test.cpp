@@ -118,13 +118,13 @@ TEST_F(
     clock.advance(59s);
     (void)outcomeOf(post());
     (void)outcomeOf(get());
-    client->prepare();
+    client->prepare(QUrl());
     clock.advance(59s);
     EXPECT_EQ(client->helperProcessId(), first);
     clock.advance(1s);
     EXPECT_TRUE(isGone());
 
-    client->prepare();
+    client->prepare(QUrl());
     EXPECT_FALSE(isGone());
     clock.advance(10s);
     EXPECT_TRUE(isGone());

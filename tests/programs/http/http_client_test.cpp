@@ -1,5 +1,3 @@
-#include <QScopeGuard>
-
 #include <thread>
 
 #include "engine/engine_test_support.h"
@@ -85,25 +83,6 @@ TEST_F(HttpClientTest, who_awaits_a_reply_may_destroy_the_client) {
     };
     standIn.replies(StandInReply::withBody(200, "done"));
     EXPECT_EQ(outcomeOf(postAndDestroy()).text, u"done"_s);
-}
-
-TEST_F(HttpClientTest, the_proxy_of_the_desktop_is_used_except_for_this_machine) {
-    StandInModel proxy;
-    proxy.replies(StandInReply::withBody(200, "by proxy"));
-    standIn.replies(StandInReply::withBody(200, "direct"));
-    // On a bare session the environment speaks for the desktop; elsewhere it is made to.
-    qputenv("PX_FORCE_CONFIG", "config_envvar");
-    qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(proxy.port()));
-    const auto restore = qScopeGuard([] {
-        qunsetenv("http_proxy");
-        qunsetenv("PX_FORCE_CONFIG");
-    });
-
-    EXPECT_EQ(outcomeOf(post()).text, u"direct"_s);
-    const HttpRequest request{QUrl(u"http://model.test/v1"_s)};
-    const HttpResponse response = QCoro::waitFor(client->send(request, "body", 45s, {}));
-    EXPECT_EQ(response.body, "by proxy");
-    EXPECT_EQ(proxy.requests().last().target, "http://model.test/v1");
 }
 
 }  // namespace

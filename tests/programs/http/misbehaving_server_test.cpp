@@ -155,7 +155,7 @@ TEST(TransportWords, every_failure_is_described_and_names_what_failed_but_never_
     for (const long error : {ECONNREFUSED, ETIMEDOUT, ENETUNREACH})
         expectWords({.code = CURLE_COULDNT_CONNECT, .osError = error}, server);
     for (const CURLcode code : {CURLE_COULDNT_RESOLVE_HOST, CURLE_GOT_NOTHING, CURLE_RECV_ERROR,
-             CURLE_BAD_CONTENT_ENCODING, CURLE_OUT_OF_MEMORY})
+             CURLE_WEIRD_SERVER_REPLY, CURLE_BAD_CONTENT_ENCODING, CURLE_OUT_OF_MEMORY})
         expectWords({.code = code}, server);
     for (const long problem : {X509_V_ERR_CERT_HAS_EXPIRED, X509_V_ERR_DEPTH_ZERO_SELF_SIGNED_CERT,
              X509_V_ERR_UNSPECIFIED, X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY})
@@ -163,8 +163,12 @@ TEST(TransportWords, every_failure_is_described_and_names_what_failed_but_never_
     for (const char* detail : {"", "tlsv1 alert protocol version", "wrong version number"})
         expectWords({.code = CURLE_SSL_CONNECT_ERROR, .detail = detail}, server);
     expectWords({.code = CURLE_COULDNT_RESOLVE_PROXY}, u"proxy"_s);
-    expectWords({.code = CURLE_COULDNT_CONNECT, .osError = ECONNREFUSED, .usesProxy = true}, u"proxy"_s);
-    expectWords({.code = CURLE_COULDNT_CONNECT, .osError = ETIMEDOUT, .usesProxy = true}, u"proxy"_s);
+    expectWords(
+        {.code = CURLE_COULDNT_CONNECT, .osError = ECONNREFUSED, .usesProxy = true, .isProxysPart = true},
+        u"proxy"_s);
+    expectWords(
+        {.code = CURLE_COULDNT_CONNECT, .osError = ETIMEDOUT, .usesProxy = true, .isProxysPart = true},
+        u"proxy"_s);
     expectWords({.code = CURLE_RECV_ERROR, .tunnelStatus = 407, .usesProxy = true}, u"proxy"_s);
     expectWords({.code = CURLE_RECV_ERROR, .tunnelStatus = 502, .usesProxy = true}, u"proxy"_s);
 }

@@ -33,6 +33,12 @@ TEST_F(HttpTest, no_answer_is_ever_another_texts_and_no_text_is_sent_twice) {
                 peer.send(reply(body));
                 peer.send(reply("late", "HTTP/1.1 408 Request Timeout\r\n"));
             }},
+        {"another answer, later",
+            [](Connection& peer, const QByteArray& body) {
+                peer.send(reply(body));
+                peer.wait(30ms);
+                peer.send(reply("nobody asked"));
+            }},
         {"an end after the next text was read",
             [](Connection& peer, const QByteArray& body) {
                 peer.send(reply(body));
@@ -101,8 +107,11 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         {"no HTTP", afterReading("hello\n"), u"no HTTP"_s},
         {"a status without a number", afterReading("HTTP/1.1 OK\r\n\r\n"), u"no HTTP"_s},
         {"an alert of TLS", afterReading("\x15\x03\x01"), u"no HTTP"_s},
-        {"another protocol", afterReading("HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n"),
-            u"no HTTP"_s},
+        {"another protocol", afterReading("HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n\x01\x02"),
+            u"101"_s},
+        {"a hint and nothing more", afterReading("HTTP/1.1 103 Early Hints\r\n\r\n"), broken},
+        {"a length that is no number", afterReading("HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\nx"),
+            words(CURLE_WEIRD_SERVER_REPLY)},
         {"round in circles",
             afterReading("HTTP/1.1 303 See Other\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
             tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
@@ -230,6 +239,41 @@ TEST_F(HttpTest, silence_is_ended_to_the_moment_and_movement_either_way_is_none)
         peer.send(reply("read it all"));
     });
     EXPECT_EQ(outcomeOf(post(urlOf(slow), QByteArray(20'000'000, 'x'), 450ms)).text, u"200 read it all"_s);
+}
+
+TEST_F(HttpTest, a_connection_made_beforehand_serves_unless_anything_has_come_over_it) {
+    std::atomic<int> spoiled = 0;
+    const auto answer = [](Connection& peer) {
+        if (!peer.readRequest().isEmpty())
+            peer.send(reply("by " + QByteArray::number(peer.number)));
+    };
+    const std::pair<const char*, Script> cases[] = {
+        {"ready", answer},
+        {"spoke",
+            [&](Connection& peer) {
+                peer.send(reply("nobody asked"));
+                ++spoiled;
+                peer.waitForEnd();
+            }},
+        {"reset",
+            [&](Connection& peer) {
+                peer.reset();
+                ++spoiled;
+            }},
+        {"ended", [&](Connection&) { ++spoiled; }},
+    };
+    for (const auto& [what, first] : cases) {
+        RawServer server([&, first = first](Connection& peer) { (peer.number == 1 ? first : answer)(peer); });
+        const bool isReady = spoiled == 0 && QByteArray(what) == "ready";
+        const int before = spoiled;
+        client.prepare(QUrl(urlOf(server)));
+        ASSERT_TRUE(eventually([&] { return server.connections() == 1 && (isReady || spoiled > before); }));
+        // Answered after the loop has turned once more, and the socket seen the end.
+        (void)outcomeOf(post(u"http:///"_s));
+        EXPECT_EQ(outcomeOf(post(urlOf(server))).text, isReady ? u"200 by 1"_s : u"200 by 2"_s) << what;
+        EXPECT_EQ(outcomeOf(post(urlOf(server))).text, isReady ? u"200 by 2"_s : u"200 by 3"_s) << what;
+        EXPECT_EQ(server.posts(), 2) << what;
+    }
 }
 
 }  // namespace

@@ -43,8 +43,10 @@ HelperHttpClient::~HelperHttpClient() {
     m_jobs.failAll(std::make_exception_ptr(TransportError::cancelled()));
 }
 
-void HelperHttpClient::prepare() {
+void HelperHttpClient::prepare(const QUrl& server) {
     m_helper.prepare(afterPreparation);
+    if (!server.isEmpty())
+        m_helper.send(encode(Prepare{server}));
 }
 
 QCoro::Task<HttpResponse> HelperHttpClient::send(

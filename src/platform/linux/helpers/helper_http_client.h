@@ -14,15 +14,16 @@ namespace tralio {
 /// Has requests sent by a process of ours, `tralio-http`: what the network and the TLS library take goes with
 /// it, the question for a proxy holds nobody up, and what arrives from the network is taken apart elsewhere.
 ///
-/// After a POST the process is kept for a minute: the next text often follows soon. Should it crash, or hang,
-/// as with a proxy script that never ends, the requests under way fail; none is sent again.
+/// After a POST the process is kept for a minute: the next text often follows soon. Should it crash or hang,
+/// the requests under way fail; none is sent again.
 class HelperHttpClient final : public QObject, public HttpClient {
 public:
     HelperHttpClient(QString program, Clock& clock);
     ~HelperHttpClient() override;
 
-    /// Tells that a request will follow soon.
-    void prepare();
+    /// Tells that a request to the server of that address will follow soon: what a new connection costs is
+    /// paid meanwhile. Without an address only the process is started.
+    void prepare(const QUrl& server);
 
     [[nodiscard]] QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,
         std::chrono::milliseconds idleTimeout, std::stop_token stop) override;

@@ -38,6 +38,10 @@ static void each(Cancel& message, Fields fields) {
 template <typename Fields>
 static void each(Ping& /*message*/, Fields /*fields*/) {}
 template <typename Fields>
+static void each(Prepare& message, Fields fields) {
+    fields(message.url);
+}
+template <typename Fields>
 static void each(Pong& /*message*/, Fields /*fields*/) {}
 template <typename Fields>
 static void each(Piece& message, Fields fields) {

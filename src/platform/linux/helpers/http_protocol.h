@@ -36,7 +36,11 @@ struct Cancel {
 };
 /// To be answered at once, with `Pong`: by a helper that hangs, not.
 struct Ping {};
-using Request = std::variant<Post, Get, Cancel, Ping>;
+/// A request to the server of that address will follow soon: the connection may be made already.
+struct Prepare {
+    QUrl url;
+};
+using Request = std::variant<Post, Get, Cancel, Ping, Prepare>;
 
 struct Piece {
     Id id = 0;

@@ -1,0 +1,68 @@
+#include "programs/http/prepared_connection.h"
+
+#include <poll.h>
+#include <utility>
+
+#include "programs/http/redirections.h"
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto lifetime = 10s;
+constexpr int libcurlsProxyPort = 1080;
+
+bool isQuiet(int socket) {
+    pollfd events{socket, POLLIN | POLLRDHUP, 0};
+    return poll(&events, 1, 0) == 0;
+}
+
+}  // namespace
+
+PreparedConnection::PreparedConnection(CURLM* multi, QUrl url)
+    : m_multi(multi), m_url(std::move(url)), m_end(std::chrono::steady_clock::now() + lifetime) {}
+
+PreparedConnection::~PreparedConnection() {
+    conclude(CURLE_ABORTED_BY_CALLBACK);
+}
+
+void PreparedConnection::connect(const QByteArray& proxy) {
+    m_proxy = proxy;
+    // TLS, and what is said to a proxy, are left for later.
+    QUrl peer;
+    peer.setScheme(u"http"_s);
+    const QUrl given = proxy.isEmpty() ? m_url : QUrl::fromEncoded(proxy);
+    peer.setHost(given.host());
+    peer.setPort(proxy.isEmpty() ? portOf(m_url) : given.port(libcurlsProxyPort));
+    m_easy = curl_easy_init();
+    curl_easy_setopt(m_easy, CURLOPT_URL, peer.toEncoded().constData());
+    curl_easy_setopt(m_easy, CURLOPT_PROXY, "");
+    curl_easy_setopt(m_easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(m_easy, CURLOPT_QUICK_EXIT, 1L);
+    curl_easy_setopt(m_easy, CURLOPT_FRESH_CONNECT, 1L);
+    curl_easy_setopt(m_easy, CURLOPT_CONNECT_ONLY, 1L);
+    curl_multi_add_handle(m_multi, m_easy);
+}
+
+void PreparedConnection::conclude(CURLcode code) {
+    if (!m_easy)
+        return;
+    curl_socket_t socket = CURL_SOCKET_BAD;
+    if (code == CURLE_OK)
+        curl_easy_getinfo(m_easy, CURLINFO_ACTIVESOCKET, &socket);
+    if (socket != CURL_SOCKET_BAD)
+        m_connection = FileDescriptor::duplicateOf(socket);
+    curl_multi_remove_handle(m_multi, m_easy);
+    curl_easy_cleanup(std::exchange(m_easy, nullptr));
+}
+
+FileDescriptor PreparedConnection::take(const QUrl& url, const QByteArray& proxy) {
+    FileDescriptor connection = std::exchange(m_connection, FileDescriptor());
+    const bool isFit = isSameOrigin(url, m_url) && proxy == m_proxy && connection.isOpen();
+    return isFit && isQuiet(connection.number()) ? std::move(connection) : FileDescriptor();
+}
+
+}  // namespace tralio

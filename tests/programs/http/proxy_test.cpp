@@ -1,0 +1,131 @@
+#include "programs/http/http_test_support.h"
+#include "programs/http/transport_words.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Connection = RawServer::Connection;
+
+/// In a session of no desktop, the environment speaks for it.
+class HttpProxyTest : public HttpTest {
+protected:
+    HttpProxyTest() {
+        for (const char* name : {"XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
+                 "GNOME_DESKTOP_SESSION_ID", "no_proxy"})
+            qunsetenv(name);
+    }
+    ~HttpProxyTest() override { setProxy({}); }
+
+    static void setProxy(const QByteArray& proxy) {
+        qputenv("http_proxy", proxy);
+        qputenv("https_proxy", proxy);
+    }
+    static QByteArray addressOf(const RawServer& server) {
+        return "http://127.0.0.1:" + QByteArray::number(server.port());
+    }
+    /// What becomes of a text with that proxy; the process reads the settings when it starts.
+    QString postBy(const QByteArray& proxy, const QString& url) {
+        setProxy(proxy);
+        HelperHttpClient fresh(QStringLiteral(HTTP_PROGRAM), clock);
+        const auto sending = [&]() -> QCoro::Task<QString> {
+            QCoro::Task<HttpResponse> response = fresh.send({QUrl(url)}, "text", Time(1000), {});
+            co_return told(co_await response);
+        };
+        return outcomeOf(sending()).text;
+    }
+
+    const QString model = u"http://model.test/v1"_s;
+    const QString secureModel = u"https://model.test/v1"_s;
+};
+
+TEST_F(HttpProxyTest, the_desktops_proxy_is_used_except_for_this_machine) {
+    RawServer proxy([](Connection& peer) {
+        const QByteArray request = peer.readRequest();
+        peer.send(reply("by proxy: " + request.first(request.indexOf('\r'))));
+    });
+    RawServer server([](Connection& peer) {
+        (void)peer.readRequest();
+        peer.send(reply("direct"));
+    });
+    EXPECT_EQ(postBy(addressOf(proxy), model), u"200 by proxy: POST http://model.test/v1 HTTP/1.1"_s);
+    EXPECT_EQ(postBy(addressOf(proxy), urlOf(server)), u"200 direct"_s);
+    EXPECT_EQ(postBy(addressOf(proxy), u"http://localhost:%1/"_s.arg(server.port())), u"200 direct"_s);
+
+    client.prepare(QUrl(model));
+    ASSERT_TRUE(eventually([&] { return proxy.connections() == 2; }));
+    (void)outcomeOf(post(u"http:///"_s));  // answered after the loop has turned once more
+    EXPECT_TRUE(outcomeOf(post(model)).text.startsWith(u"200 by proxy"_s));
+    EXPECT_EQ(proxy.connections(), 2) << "the connection made beforehand leads to the proxy";
+}
+
+TEST_F(HttpProxyTest, what_is_wrong_with_the_proxy_is_not_the_servers_fault) {
+    const QString refuses = u"proxy từ chối kết nối"_s;
+    const QString unknown = u"Không tìm thấy máy chủ proxy"_s;
+    const QString breaks = u"proxy đã ngắt kết nối"_s;
+    const QString login = u"proxy yêu cầu đăng nhập"_s;
+    const QString unfit = u"Không thể kết nối qua máy chủ proxy"_s;
+    const QString silent = u"proxy không phản hồi"_s;
+    const auto answering = [](const QByteArray& bytes) -> Script {
+        return [bytes](Connection& peer) {
+            (void)peer.readRequest();
+            peer.send(bytes);
+        };
+    };
+    const Script waiting = [](Connection& peer) { peer.waitForEnd(); };
+    struct Case {
+        Script script;
+        QString words;
+        QString secureWords;
+    };
+    const QString server = u"model.test"_s;
+    const Case cases[] = {
+        {answering({}), breaks, breaks},
+        {[](Connection& peer) { peer.reset(); }, breaks, breaks},
+        {answering("HTTP/1.1 407 Login\r\nContent-Length: 0\r\n\r\n"), login, login},
+        {answering("SSH-2.0-OpenSSH\r\n"), unfit, breaks},
+        {answering("HTTP/1.1 503 No\r\nContent-Length: 0\r\n\r\n"), u"503"_s, unfit},
+        {waiting, server, silent},
+        {[](Connection& peer) {
+             (void)peer.readRequest();
+             peer.send("HTTP/1.1 200 Connected\r\n\r\n");
+             peer.waitForEnd();
+         },
+            server, server},
+    };
+    for (const Case& given : cases) {
+        RawServer proxy(given.script);
+        for (const bool isSecure : {false, true}) {
+            const QString told = postBy(addressOf(proxy), isSecure ? secureModel : model);
+            const QString& words = isSecure ? given.secureWords : given.words;
+            EXPECT_TRUE(told.contains(words)) << told.toStdString() << ", not " << words.toStdString();
+        }
+    }
+    QByteArray closed;
+    {
+        closed = addressOf(RawServer([](Connection&) {}));
+    }
+    for (const QString& url : {model, secureModel}) {
+        EXPECT_TRUE(postBy(closed, url).contains(refuses));
+        EXPECT_TRUE(postBy("http://no-such-host.invalid:1", url).contains(unknown));
+    }
+}
+
+TEST_F(HttpProxyTest, a_script_that_never_comes_costs_a_request_its_time_and_holds_up_no_other) {
+    RawServer scripts([](Connection& peer) { peer.waitForEnd(); });
+    RawServer server([](Connection& peer) {
+        (void)peer.readRequest();
+        peer.send(reply("direct"));
+    });
+    setProxy("pac+" + addressOf(scripts) + "/proxy.pac");
+    for (int asked = 1; asked <= 2; ++asked) {
+        QCoro::Task<QString> held = post(model, "text", Time(1000));
+        ASSERT_TRUE(eventually([&] { return scripts.connections() >= asked; }));
+        EXPECT_EQ(outcomeOf(post(urlOf(server))).text, u"200 direct"_s);
+        EXPECT_FALSE(held.isReady());
+        EXPECT_EQ(outcomeOf(std::move(held)).text, unknownProxyWords()) << asked;
+    }
+}
+
+}  // namespace
+}  // namespace tralio
