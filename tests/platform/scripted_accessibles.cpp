@@ -22,11 +22,12 @@ ScriptedAccessibles::ScriptedAccessibles(const QString& address, QHash<QString, 
     qDBusRegisterMetaType<QList<AtspiReference>>();
     qDBusRegisterMetaType<QList<uint>>();
     auto bus = QDBusConnection::connectToBus(address, connectionName);
-    moveToThread(&m_thread);
-    m_thread.start();
     m_service = bus.baseService();
     if (!bus.registerVirtualObject(u"/"_s, this, QDBusConnection::SubPath) || !bus.registerService(registry))
         throw std::runtime_error("the bus takes no accessible objects");
+    // Not before: the registration gives the object children, and those can be made in its own thread only.
+    moveToThread(&m_thread);
+    m_thread.start();
 }
 
 ScriptedAccessibles::~ScriptedAccessibles() {

@@ -106,8 +106,9 @@ TEST_F(UpdateInstallTest, progress_is_told_as_the_pieces_come_and_nothing_else_b
 }
 
 TEST_F(UpdateInstallTest, an_archive_comes_by_https_or_not_at_all) {
-    for (const QString& insecure : {u"http://update.example.com/Tralio.zip"_s, u"file:///tmp/Tralio.zip"_s,
-             u"ftp://127.0.0.1/Tralio.zip"_s, u"Tralio.zip"_s, u"http://127.0.0.1.example.com/Tralio.zip"_s}) {
+    for (const QString& insecure :
+        {u"http://update.example.com/Tralio.zip"_s, u"file:///tmp/Tralio.zip"_s,
+            u"ftp://127.0.0.1/Tralio.zip"_s, u"Tralio.zip"_s, u"http://127.0.0.1.example.com/Tralio.zip"_s}) {
         AppUpdateInfo info = offer(u"1.0.10"_s);
         info.downloadUrl = insecure;
         service->updateInfo = info;
