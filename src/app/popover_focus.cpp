@@ -60,8 +60,7 @@ void PopoverFocus::deactivated() {
 }
 
 void PopoverFocus::pressed() {
-    // The click that opened it may be heard of only now.
-    m_isPressedOutside = m_isOpen && !m_justShown.isNow() && !m_window.isUnderPointer();
+    m_isPressedOutside = m_isOpen && !m_window.isUnderPointer();
 }
 
 void PopoverFocus::released() {

@@ -84,6 +84,8 @@ TEST_F(Kwin, gives_the_hot_keys_by_its_portal_also_after_a_crash_there_and_a_pre
     EXPECT_TRUE(waitUntil([&] { return desktop.hasWindow(u"Tralio"_s); }));
     EXPECT_TRUE(waitUntil([&] { return !program.shownTranslation().isEmpty(); }));
 
+    desktop.bringToFront(u"text.txt"_s);
+    EXPECT_TRUE(waitUntil([&] { return !desktop.hasWindow(u"Tralio"_s); }));
     EXPECT_TRUE(program.isRunning());
 }
 

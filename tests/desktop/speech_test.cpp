@@ -102,6 +102,23 @@ protected:
     SpeechService service{synthesizer};
 };
 
+TEST_F(RealSpeech, a_text_ends_by_itself_and_a_long_one_at_once_when_it_is_stopped) {
+    for (const QString& language : {u"Tiếng Việt"_s, u"Tiếng Anh"_s}) {
+        QElapsedTimer sinceBegin;
+        sinceBegin.start();
+        service.speak(u"Xin chào <các> bạn & tất cả"_s, language);
+        EXPECT_TRUE(service.isSpeaking());
+        EXPECT_TRUE(fallsSilent(15));
+        EXPECT_GT(sinceBegin.elapsed(), 1000) << "as long as the words take";
+    }
+    beginLongText();
+    service.stop();
+    EXPECT_FALSE(service.isSpeaking());
+    service.speak(u"một"_s, u"Tiếng Việt"_s);
+    EXPECT_TRUE(service.isSpeaking());
+    EXPECT_TRUE(fallsSilent(10)) << "not after the rest of the long text";
+}
+
 TEST_F(RealSpeech, a_daemon_or_an_engine_that_is_killed_ends_the_reading_and_the_next_text_is_read) {
     beginLongText();
     ASSERT_TRUE(session.signal("speech-dispatcher", SIGKILL));

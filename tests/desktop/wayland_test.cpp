@@ -173,5 +173,40 @@ TEST(WaylandWindows, are_not_of_xwayland_where_that_would_blur_them) {
     EXPECT_FALSE(desktop.isOnXwayland(u"Tralio"_s));
 }
 
+/// A session as it is shipped: the focus follows the pointer.
+class ShippedSway : public testing::TestWithParam<SwayDesktop::Xwayland> {
+protected:
+    [[nodiscard]] bool isPopoverShown() const { return !desktop.windowArea(u"Tralio"_s).isEmpty(); }
+
+    SwayDesktop desktop{GetParam(), SessionSettings::asShipped()};
+    ProgramRun program{desktop};
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    Sway, ShippedSway, testing::Values(SwayDesktop::Xwayland::absent), [](const auto& session) {
+        return session.param == SwayDesktop::Xwayland::present ? "with_xwayland" : "without_xwayland";
+    });
+
+TEST_P(ShippedSway, leaves_the_popover_open_when_the_pointer_leaves_it_and_gives_it_the_keyboard_again) {
+    desktop.start(u"foot"_s, {u"-o"_s, u"initial-window-size-pixels=400x300"_s});
+    ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
+    desktop.pointer().move({20, 1000});
+    desktop.pressTextHotKey();
+    ASSERT_TRUE(waitUntil([&] { return isPopoverShown() && desktop.focusedWindow() == u"Tralio"; }));
+    const QPoint inside = desktop.windowArea(u"Tralio"_s).center();
+    for (int round = 0; round < 2; ++round) {
+        desktop.pointer().move(inside);
+        ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; }));
+        EXPECT_FALSE(waitUntil([&] { return !isPopoverShown(); }, 1));
+        desktop.pointer().move({20, 1000});
+        ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() != u"Tralio"; })) << "it does not follow";
+        EXPECT_FALSE(waitUntil([&] { return !isPopoverShown(); }, 1)) << "closed by a motion";
+    }
+    desktop.pointer().move(inside);
+    ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; }));
+    desktop.press({KEY_ESC});
+    EXPECT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
+}
+
 }  // namespace
 }  // namespace tralio

@@ -27,7 +27,7 @@ constexpr KindNumbers kinds[] = {
 X11RawInput::Listener::Listener(X11RawInput& input, Kinds kinds, Handler handler)
     : m_input(input), m_kinds(kinds), m_handler(std::move(handler)) {
     m_input.m_listeners.push_back(this);
-    m_input.select();
+    m_since = m_input.select();
 }
 
 X11RawInput::Listener::~Listener() {
@@ -54,9 +54,9 @@ bool X11RawInput::isWheel(quint32 button) {
     return button >= 4 && button <= 7;  // up, down, left and right
 }
 
-void X11RawInput::select() {
+unsigned X11RawInput::select() {
     if (!m_isAvailable)
-        return;
+        return 0;
     struct {
         xcb_input_event_mask_t head;
         quint32 events;
@@ -67,8 +67,10 @@ void X11RawInput::select() {
         if (isWanted)
             mask.events |= numbers.mask;
     }
-    xcb_input_xi_select_events(m_connection.xcb(), m_connection.root(), 1, &mask.head);
+    const xcb_void_cookie_t request =
+        xcb_input_xi_select_events(m_connection.xcb(), m_connection.root(), 1, &mask.head);
     xcb_flush(m_connection.xcb());
+    return request.sequence;
 }
 
 void X11RawInput::handle(const xcb_generic_event_t& event) {
@@ -81,14 +83,16 @@ void X11RawInput::handle(const xcb_generic_event_t& event) {
         return;
     // Those of keys, of buttons and of motions begin alike.
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
-    tell({numbers->kind, raw.detail, raw.time});
+    tell({numbers->kind, raw.detail, raw.time}, raw.full_sequence);
 }
 
-void X11RawInput::tell(const Event& event) {
+void X11RawInput::tell(const Event& event, unsigned request) {
     const std::vector<Listener*> listeners = m_listeners;
     for (Listener* listener : listeners) {
         const bool isThere = std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
         if (!isThere || !listener->m_kinds.testFlag(event.kind))
+            continue;
+        if (static_cast<int>(request - listener->m_since) < 0)  // the numbers begin anew after 2^32
             continue;
         const Handler handler = listener->m_handler;  // outlives a listener that it ends
         handler(event);

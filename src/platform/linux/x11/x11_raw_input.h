@@ -24,7 +24,8 @@ public:
     };
     using Handler = std::function<void(const Event&)>;
 
-    /// Hears events for as long as it exists; not longer than what it listens to. The handler may end it.
+    /// Hears events for as long as it exists, and none that happened before, however late the server's word
+    /// of them comes; not longer than what it listens to. The handler may end it.
     class Listener final {
     public:
         Listener(X11RawInput& input, Kinds kinds, Handler handler);
@@ -38,6 +39,7 @@ public:
         X11RawInput& m_input;
         Kinds m_kinds;
         Handler m_handler;
+        unsigned m_since = 0;  ///< the request from which on the server's events are for it
     };
 
     explicit X11RawInput(X11Connection& connection);
@@ -50,8 +52,10 @@ public:
 
 private:
     void handle(const xcb_generic_event_t& event);
-    void tell(const Event& event);
-    void select();
+    /// `request` is the last one that the server had served when it happened.
+    void tell(const Event& event, unsigned request);
+    /// Asks for what the listeners want; the number of the request.
+    unsigned select();
 
     X11Connection& m_connection;
     quint8 m_extension = 0;
