@@ -136,7 +136,16 @@ bool ProgramRun::click(const QString& beginning) const {
 
 bool ProgramRun::clickTrayIcon(int button) const {
     QString icon;
-    if (!waitUntil([&] { return !(icon = trayIcon()).isEmpty(); }))
+    QString place;
+    int sinceMoved = 0;
+    // A tray moves an icon that it has just got.
+    const bool rests = waitUntil([&] {
+        icon = trayIcon();
+        const QString now = m_desktop.run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, icon});
+        sinceMoved = !icon.isEmpty() && std::exchange(place, now) == now ? sinceMoved + 1 : 0;
+        return sinceMoved == 5;
+    });
+    if (!rests)
         return false;
     m_desktop.run(u"xdotool"_s,
         {u"mousemove"_s, u"--window"_s, icon, u"8"_s, u"8"_s, u"click"_s, QString::number(button)});
