@@ -5,8 +5,10 @@
 #include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "app/popover_placement.h"
@@ -79,6 +81,7 @@ void Popover::appear(int motion) {
     m_shown = true;
     setPresence(motion == 0 ? 1 : firstPresence);
     QWidget::show();
+    windowHandle()->installEventFilter(this);
     if (motion == 0)
         return;
     m_motion.setDuration(motion);
@@ -169,10 +172,12 @@ void Popover::bringToFront() {
 }
 
 void Popover::place(std::optional<QRect> anchor) {
-    const QRect available = screenFor(anchor)->availableGeometry();
+    QRect available = screenFor(anchor)->availableGeometry();
+    const QMargins margins = m_frame->shadowMargins();
+    if (!m_windowSystem.placesWindows())  // what is in the middle is the window with its shadow
+        available.setHeight(available.height() - std::abs(margins.bottom() - margins.top()));
     m_frame->setContentHeight(popoverHeight(WindowFrame::contentSize.height(), available));
     adjustSize();
-    const QMargins margins = m_frame->shadowMargins();
     const QRect place = popoverPlace(size().shrunkBy(margins), available, anchor);
     m_place = place.topLeft() - QPoint(margins.left(), margins.top());
 }
@@ -189,6 +194,13 @@ bool Popover::event(QEvent* event) {
     else if (event->type() == QEvent::Leave)
         m_focus.left();
     return QWidget::event(event);
+}
+
+bool Popover::eventFilter(QObject* watched, QEvent* event) {
+    // Of the window itself: its widgets want motions with a button down only.
+    if (event->type() == QEvent::MouseMove && watched == windowHandle())
+        m_focus.movedInside();
+    return QWidget::eventFilter(watched, event);
 }
 
 void Popover::keyPressEvent(QKeyEvent* event) {

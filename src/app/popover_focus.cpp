@@ -14,19 +14,31 @@ constexpr auto focusPoll = 50ms;
 constexpr auto focusPatience = 2s;
 /// Window managers let the focus follow the pointer after 200 or 250 ms.
 constexpr auto focusDelay = 600ms;
-/// Compositors tell of the keyboard's and of the pointer's leaving together. The way to a click elsewhere
-/// takes longer.
-constexpr auto sameMotion = 20ms;
+/// Compositors tell of the keyboard's and of the pointer's leaving together, but the toolkit passes on the
+/// first by X up to 0.1 s late. The way to a click elsewhere takes longer.
+constexpr auto sameMotion = 150ms;
 
 }  // namespace
+
+void PopoverFocus::Motion::isNow(Clock& clock) {
+    if (m_justNow.isNow())
+        return;
+    m_justNow.isNowFor(clock, focusPoll);
+    m_lately.isNowFor(clock, focusDelay);
+}
+
+void PopoverFocus::Motion::isOver() {
+    m_justNow.isOver();
+    m_lately.isOver();
+}
 
 void PopoverFocus::shown() {
     m_isOpen = true;
     m_isPressedOutside = false;
     m_hadFocus = m_window.isActive();
     m_justClosed.isOver();
-    m_movedLately.isOver();
-    m_justMoved.isOver();
+    m_motion.isOver();
+    m_motionInside.isOver();
     m_justLeft.isOver();
     m_followsPointer = false;
     m_justShown.isNowFor(m_clock, sameClick);
@@ -50,8 +62,7 @@ void PopoverFocus::activated() {
     m_hadFocus = true;
     m_awaited.isOver();
     m_followsPointer = false;
-    m_movedLately.isOver();  // what moved the pointer before has not taken the keyboard away
-    m_justMoved.isOver();
+    m_motion.isOver();  // what moved the pointer before has not taken the keyboard away
 }
 
 void PopoverFocus::deactivated() {
@@ -73,15 +84,18 @@ void PopoverFocus::released() {
 }
 
 void PopoverFocus::moved() {
-    if (!m_isOpen || m_justMoved.isNow())
-        return;  // mice tell of it a thousand times a second
-    m_justMoved.isNowFor(m_clock, focusPoll);
-    m_movedLately.isNowFor(m_clock, focusDelay);
+    if (m_isOpen)
+        m_motion.isNow(m_clock);
+}
+
+void PopoverFocus::movedInside() {
+    if (m_isOpen)
+        m_motionInside.isNow(m_clock);
 }
 
 void PopoverFocus::left() {
-    if (m_window.isUnderPointer())
-        return;  // another window covers it; the pointer has not moved
+    if (!m_motionInside.wasLately())
+        return;  // another window covers it; the pointer is where it was
     m_justLeft.isNowFor(m_clock, sameMotion);
     if (m_look)  // the keyboard has been told of first
         m_followsPointer = true;
@@ -96,7 +110,7 @@ void PopoverFocus::look() {
     const ScheduledCall made = std::exchange(m_look, {});
     if (!m_isOpen || m_window.isActive() || m_isPressedOutside)
         return;
-    const bool followsPointer = m_followsPointer || (m_movedLately.isNow() && !m_window.isUnderPointer());
+    const bool followsPointer = m_followsPointer || (m_motion.wasLately() && !m_window.isUnderPointer());
     if (m_justShown.isNow() || m_window.isInFront()) {
         // The toolkit may be telling of the time before the popover was shown, or of a moment's grab; it will
         // not tell when another window becomes active meanwhile.

@@ -53,7 +53,9 @@ public:
     void released();
     /// The pointer has moved, anywhere on the screen.
     void moved();
-    /// The pointer has left the popover.
+    /// The pointer has moved over the popover, which every session tells.
+    void movedInside();
+    /// The popover has lost the pointer, which has gone or finds another window in its place.
     void left();
 
 private:
@@ -75,6 +77,18 @@ private:
         ScheduledCall m_end;
     };
 
+    /// Motions of the pointer, which mice tell a thousand times a second.
+    class Motion {
+    public:
+        void isNow(Clock& clock);
+        void isOver();
+        [[nodiscard]] bool wasLately() const { return m_lately.isNow(); }
+
+    private:
+        Moment m_justNow;
+        Moment m_lately;
+    };
+
     void bringToFront();
     void lookLater();
     void look();
@@ -88,8 +102,8 @@ private:
     Moment m_justShown;
     Moment m_justClosed;
     Moment m_awaited;  ///< the keyboard, for which a window manager was asked
-    Moment m_justMoved;
-    Moment m_movedLately;
+    Motion m_motion;
+    Motion m_motionInside;
     Moment m_justLeft;
     bool m_followsPointer = false;  ///< the keyboard, which has gone where the pointer has gone
     ScheduledCall m_look;

@@ -21,6 +21,9 @@ public:
     [[nodiscard]] virtual bool isCompositing() = 0;
     [[nodiscard]] virtual bool fades() = 0;
 
+    /// Whether a window stands where it wants to, and not in the middle of the screen, its shadow included.
+    [[nodiscard]] virtual bool placesWindows() = 0;
+
     /// Brings a window that has just been shown to the front, with the keyboard.
     virtual void activate(WId window) = 0;
     /// Whether a window is the one in front, also while a grab keeps the keyboard from it. False where nobody
@@ -41,6 +44,7 @@ public:
 
     bool isCompositing() override { return m_compositing == Compositing::yes; }
     bool fades() override { return false; }
+    bool placesWindows() override { return false; }
     void activate(WId /*window*/) override {}
     bool isActive(WId /*window*/) override { return false; }
     void watchPointer(PointerHandler /*handler*/) override {}

@@ -19,6 +19,7 @@ public:
 
     bool isCompositing() override { return m_activator.isCompositing(); }
     bool fades() override { return isCompositing(); }
+    bool placesWindows() override { return true; }
     void activate(WId window) override { m_activator.activate(window); }
     bool isActive(WId window) override { return m_activator.isActive(window); }
     void watchPointer(PointerHandler handler) override;

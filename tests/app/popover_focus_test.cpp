@@ -1,5 +1,6 @@
 #include "app/popover_focus.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 
 #include "support/fake_clock.h"
@@ -105,11 +106,15 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     clock.advance(50ms);
     EXPECT_FALSE(window.open) << "left by the keyboard";
 
-    const auto motions = {&PopoverFocus::moved, &PopoverFocus::left};
-    for (const auto motion : motions) {
+    const auto left = [this] {
+        focus.movedInside();
+        focus.left();
+    };
+    for (const auto& motion :
+        {std::function<void()>([this] { focus.moved(); }), std::function<void()>(left)}) {
         open();
         window.underPointer = false;
-        (focus.*motion)();
+        motion();
         lose();
         clock.advance(5s);
         EXPECT_TRUE(window.open) << "closed by a motion";
@@ -120,13 +125,21 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     open();
     lose();
     clock.advance(20ms);
-    focus.left();
+    left();
     clock.advance(5s);
     EXPECT_TRUE(window.open) << "told of the keyboard first";
 
     open();
+    focus.movedInside();
+    clock.advance(600ms);
     focus.left();
-    clock.advance(20ms);
+    lose();
+    clock.advance(50ms);
+    EXPECT_FALSE(window.open) << "covered, with the pointer where it was";
+
+    open();
+    left();
+    clock.advance(150ms);
     lose();
     clock.advance(50ms);
     EXPECT_FALSE(window.open) << "the pointer had left before";
@@ -141,7 +154,7 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     open();
     window.underPointer = false;
     focus.moved();
-    focus.left();
+    left();
     clock.advance(601ms);
     lose();
     clock.advance(50ms);

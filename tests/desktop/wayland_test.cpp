@@ -182,8 +182,8 @@ protected:
     ProgramRun program{desktop};
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    Sway, ShippedSway, testing::Values(SwayDesktop::Xwayland::absent), [](const auto& session) {
+INSTANTIATE_TEST_SUITE_P(Sway, ShippedSway,
+    testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent), [](const auto& session) {
         return session.param == SwayDesktop::Xwayland::present ? "with_xwayland" : "without_xwayland";
     });
 
@@ -198,6 +198,7 @@ TEST_P(ShippedSway, leaves_the_popover_open_when_the_pointer_leaves_it_and_gives
         desktop.pointer().move(inside);
         ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; }));
         EXPECT_FALSE(waitUntil([&] { return !isPopoverShown(); }, 1));
+        desktop.pointer().move(inside + QPoint(20, 20));  // on its way, as a hand's is
         desktop.pointer().move({20, 1000});
         ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() != u"Tralio"; })) << "it does not follow";
         EXPECT_FALSE(waitUntil([&] { return !isPopoverShown(); }, 1)) << "closed by a motion";
@@ -206,6 +207,26 @@ TEST_P(ShippedSway, leaves_the_popover_open_when_the_pointer_leaves_it_and_gives
     ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; }));
     desktop.press({KEY_ESC});
     EXPECT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
+}
+
+TEST(ShippedSwayScreens, have_the_whole_popover_whatever_their_number_and_scale) {
+    SessionSettings settings = SessionSettings::asShipped();
+    settings.outputs = 2;
+    settings.scale = 2;
+    SwayDesktop desktop(SwayDesktop::Xwayland::absent, settings);
+    const ProgramRun program(desktop);
+    for (const char* output : {"HEADLESS-1", "HEADLESS-2"}) {
+        desktop.run(u"swaymsg"_s, {u"focus output "_s + QLatin1String(output)});
+        desktop.pressTextHotKey();
+        ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; })) << output;
+        const QRect area = desktop.windowArea(u"Tralio"_s);
+        const QRect popover = area.marginsRemoved({40, 28, 40, 52});  // without its shadow
+        const QRect screen = desktop.outputArea(QLatin1String(output));
+        EXPECT_TRUE(screen.contains(popover)) << output;
+        EXPECT_EQ(popover.height(), std::min(585, screen.height() - 36)) << output;
+        desktop.press({KEY_ESC});
+        ASSERT_TRUE(waitUntil([&] { return desktop.windowArea(u"Tralio"_s).isEmpty(); }));
+    }
 }
 
 }  // namespace
