@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QTest>
 
 #include <algorithm>
 #include <csignal>
@@ -177,6 +178,14 @@ TEST(WaylandWindows, are_not_of_xwayland_where_that_would_blur_them) {
 class ShippedSway : public testing::TestWithParam<SwayDesktop::Xwayland> {
 protected:
     [[nodiscard]] bool isPopoverShown() const { return !desktop.windowArea(u"Tralio"_s).isEmpty(); }
+    /// Moves the pointer as a hand does, which takes its time.
+    void glide(const QPoint& from, const QPoint& to) {
+        constexpr int steps = 30;
+        for (int step = 1; step <= steps; ++step) {
+            desktop.pointer().move(from + (to - from) * step / steps);
+            QTest::qWait(5);
+        }
+    }
 
     SwayDesktop desktop{GetParam(), SessionSettings::asShipped()};
     ProgramRun program{desktop};
@@ -198,8 +207,7 @@ TEST_P(ShippedSway, leaves_the_popover_open_when_the_pointer_leaves_it_and_gives
         desktop.pointer().move(inside);
         ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; }));
         EXPECT_FALSE(waitUntil([&] { return !isPopoverShown(); }, 1));
-        desktop.pointer().move(inside + QPoint(20, 20));  // on its way, as a hand's is
-        desktop.pointer().move({20, 1000});
+        glide(inside, {20, 1000});
         ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() != u"Tralio"; })) << "it does not follow";
         EXPECT_FALSE(waitUntil([&] { return !isPopoverShown(); }, 1)) << "closed by a motion";
     }
