@@ -107,6 +107,7 @@ TEST(WaylandFront, of_an_empty_workspace_is_no_application) {
     const AtspiBus accessibility;
     const FrontApplication front(toplevels.get(), accessibility);
     WaylandWorkspace workspace(front, accessibility);
+    ASSERT_TRUE(connection->sync(QDeadlineTimer(5000)));
     EXPECT_FALSE(workspace.frontmostApplication());
     desktop.start(u"foot"_s, {u"sleep"_s, u"1000"_s});
     EXPECT_TRUE(waitUntil([&] { return workspace.frontmostApplication().has_value(); }));
