@@ -49,7 +49,7 @@ AppDelegate* AppDelegate::shared() {
     return running;
 }
 
-AppDelegate::AppDelegate(Services services) : m_services(std::move(services)) {}
+AppDelegate::AppDelegate(Dependencies services) : m_services(std::move(services)) {}
 
 AppDelegate::~AppDelegate() {
     m_services.appState.onHidePopover = nullptr;

@@ -21,7 +21,7 @@ class UpdateService;
 class AppDelegate final : public QObject {
 public:
     /// What the delegate works with. All of it outlives the delegate.
-    struct Services {
+    struct Dependencies {
         AppState& appState;
         const AppSettings& settings;
         HotKeyService& hotKeys;
@@ -41,7 +41,7 @@ public:
         std::function<void()> quit = {};
     };
 
-    explicit AppDelegate(Services services);
+    explicit AppDelegate(Dependencies services);
     ~AppDelegate() override;
 
     /// The delegate that runs; null before its launch.
@@ -82,7 +82,7 @@ private:
     void prepare();
     void say(const QString& notice, std::chrono::milliseconds time);
 
-    Services m_services;
+    Dependencies m_services;
     QString m_nextText;  ///< from another program
     bool m_isRequestDue = false;
     bool m_isQuiet = false;  ///< just after a request

@@ -76,7 +76,7 @@ WaylandDesktop::WaylandDesktop(
         debugLog(
             u"Desktop: the compositor has ended the connection: no clipboard and no selections any more"_s);
     });
-    tellOfWindows();
+    logWindows();
     chooseSelections();
     chooseCapture();
     m_scripts =
@@ -86,10 +86,10 @@ WaylandDesktop::WaylandDesktop(
     debugLog(m_keyEvents.isGranted()
             ? u"Desktop: synthetic keys by a virtual keyboard, which this compositor gives"_s
             : u"Desktop: no synthetic keys, because this compositor lets no program type"_s);
-    QObject::connect(&m_portal, &Portal::ready, &m_portal, [this] { tellOfPortal(); });
+    QObject::connect(&m_portal, &Portal::ready, &m_portal, [this] { logPortal(); });
 }
 
-void WaylandDesktop::tellOfWindows() const {
+void WaylandDesktop::logWindows() const {
     if (QGuiApplication::platformName() == u"xcb") {
         debugLog(u"Desktop: the popover by Xwayland, which lets it stand beside the tray"_s);
         return;
@@ -105,7 +105,7 @@ void WaylandDesktop::tellOfWindows() const {
 void WaylandDesktop::chooseSelections() {
     debugLog(u"Desktop: the application in front by %1"_s.arg(
         m_toplevels ? u"wlr-foreign-toplevel and accessibility"_s : u"accessibility alone"_s));
-    const auto frontMark = [this] { return m_front.mark(); };
+    const auto frontIdentity = [this] { return m_front.identity(); };
     if (m_dataControl) {
         debugLog(
             u"Desktop: clipboard and selections by %1"_s.arg(QLatin1String(m_dataControl->protocolName())));
@@ -114,7 +114,7 @@ void WaylandDesktop::chooseSelections() {
             [this](QDeadlineTimer deadline) {
                 return m_dataControl->text(DataControl::Selection::primary, deadline);
             },
-            frontMark, [this] { return isBuiltOnChromium(m_front.applicationId()); });
+            frontIdentity, [this] { return isBuiltOnChromium(m_front.applicationId()); });
         QObject::connect(m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
             [followed = primary.get()](DataControl::Selection selection) {
                 if (selection == DataControl::Selection::primary)
@@ -130,7 +130,7 @@ void WaylandDesktop::chooseSelections() {
             [this](QDeadlineTimer deadline) {
                 return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, deadline);
             },
-            frontMark, [this] { return X11PrimarySelection::ownerGivesPasswords(*m_xwayland); });
+            frontIdentity, [this] { return X11PrimarySelection::ownerGivesPasswords(*m_xwayland); });
         m_primaryWatch = std::make_unique<X11SelectionWatch>(*m_xwayland, XCB_ATOM_PRIMARY,
             [followed = primary.get()](xcb_timestamp_t) { followed->noteChange(); });
         m_primary = std::move(primary);
@@ -139,7 +139,7 @@ void WaylandDesktop::chooseSelections() {
             u"Desktop: the clipboard while our window has the focus, because the compositor has neither "
             u"data control nor Xwayland"_s);
         m_pasteboard = std::make_unique<ToolkitPasteboard>();
-        m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontMark, [] { return false; });
+        m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontIdentity, [] { return false; });
     }
 }
 
@@ -179,7 +179,7 @@ bool WaylandDesktop::canCapture() const {
     return !m_captureNeedsPortal || m_portal.version(QLatin1String(PortalCapture::interface)) > 0;
 }
 
-void WaylandDesktop::tellOfPortal() {
+void WaylandDesktop::logPortal() {
     const uint shortcuts = m_portal.version(QLatin1String(PortalHotKeys::interface));
     const uint screenshot = m_portal.version(QLatin1String(PortalCapture::interface));
     debugLog(

@@ -30,13 +30,13 @@ public:
     SelectionReader selectionOnceFocused() override;
 
 private:
-    void tellOfWindows() const;
+    void logWindows() const;
     void chooseSelections();
     void chooseWindowSystem();
     void chooseCapture();
     [[nodiscard]] CopyTarget copyTarget();
     [[nodiscard]] bool canCapture() const;
-    void tellOfPortal();
+    void logPortal();
 
     std::unique_ptr<WaylandConnection> m_wayland;
     std::unique_ptr<X11Connection> m_xwayland;

@@ -69,7 +69,7 @@ protected:
 
     std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host, bool isFirstStart = false) {
         return std::make_unique<AppDelegate>(
-            AppDelegate::Services{appState, settings, hotKeys, desktop.pasteboard, captures, updates,
+            AppDelegate::Dependencies{appState, settings, hotKeys, desktop.pasteboard, captures, updates,
                 desktop.clock, host, statusItem, {}, isFirstStart, {}, [this] { ++quits; }});
     }
 

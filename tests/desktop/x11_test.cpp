@@ -302,7 +302,7 @@ TEST_F(X11, the_primary_selection_counts_only_for_the_process_that_owns_it) {
     const QString path = desktop.write(u"a.txt"_s, u"đã bôi đen"_s);
     const QProcess& owner = desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
     const auto pid = static_cast<qint32>(owner.processId());
-    const auto mark = [&](qint32 process) { return primary.markOf(process, QDeadlineTimer(500)); };
+    const auto mark = [&](qint32 process) { return primary.textOf(process, QDeadlineTimer(500)); };
     EXPECT_TRUE(waitUntil([&] { return mark(pid).has_value(); }));
     EXPECT_EQ(mark(pid)->text, u"đã bôi đen"_s);
     EXPECT_EQ(mark(pid + 1), std::nullopt);

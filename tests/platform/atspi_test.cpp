@@ -16,11 +16,11 @@ using Ranges = QList<std::pair<int, int>>;
 
 class GivenPrimary final : public PrimarySelection {
 public:
-    std::optional<PrimaryMark> markOf(qint32 /*processId*/, QDeadlineTimer /*deadline*/) override {
+    std::optional<PrimaryText> textOf(qint32 /*processId*/, QDeadlineTimer /*deadline*/) override {
         return mark;
     }
 
-    std::optional<PrimaryMark> mark;
+    std::optional<PrimaryText> mark;
 };
 
 /// An application that answers by the accessibility bus.
@@ -79,7 +79,7 @@ TEST_F(Atspi, an_element_that_counts_its_selections_is_believed_before_an_older_
         {u"/first"_s, text(AtspiRole::paragraph, Ranges{{4, 7}})},
         {u"/second"_s, text(AtspiRole::paragraph, Ranges())}, {u"/alone"_s, {.children = {u"/lone"_s}}},
         {u"/lone"_s, {.role = AtspiRole::heading, .parent = u"/alone"_s, .selections = Ranges()}}});
-    primary.mark = PrimaryMark{u"zero one two"_s};
+    primary.mark = PrimaryText{u"zero one two"_s};
     struct Case {
         QString path;
         std::optional<QString> own;

@@ -9,7 +9,7 @@
 #include "platform/linux/bus/process_facts.h"
 #include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/selection/clipboard_formats.h"
-#include "platform/linux/selection/mark_history.h"
+#include "platform/linux/selection/selection_history.h"
 #include "support/print_to.h"
 
 namespace tralio {
@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 using Answer = ElementSelection::Answer;
 using Reach = ElementSelection::Reach;
 
-AskPrimary holding(std::optional<PrimaryMark> mark) {
+AskPrimary holding(std::optional<PrimaryText> mark) {
     return [mark = std::move(mark)] { return mark; };
 }
 
@@ -27,41 +27,41 @@ TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_ha
     const QString both = u"one\ntwo"_s;
     struct Case {
         ElementSelection element;
-        std::optional<PrimaryMark> primary;
+        std::optional<PrimaryText> primary;
         std::optional<QString> expected;
     };
     const Case cases[] = {
-        {{Answer::some, u"two"_s, Reach::part}, PrimaryMark{both}, both},
-        {{Answer::some, u"\ufffc"_s, Reach::part}, PrimaryMark{both}, both},
-        {{Answer::some, u"\ufffctwo"_s, Reach::part}, PrimaryMark{u" "_s}, u"two"_s},
-        {{Answer::some, u"three"_s, Reach::part}, PrimaryMark{both}, u"three"_s},
+        {{Answer::some, u"two"_s, Reach::part}, PrimaryText{both}, both},
+        {{Answer::some, u"\ufffc"_s, Reach::part}, PrimaryText{both}, both},
+        {{Answer::some, u"\ufffctwo"_s, Reach::part}, PrimaryText{u" "_s}, u"two"_s},
+        {{Answer::some, u"three"_s, Reach::part}, PrimaryText{both}, u"three"_s},
         {{Answer::some, u"two"_s, Reach::part}, std::nullopt, u"two"_s},
-        {{Answer::some, u"two"_s, Reach::whole}, PrimaryMark{both}, u"two"_s},
+        {{Answer::some, u"two"_s, Reach::whole}, PrimaryText{both}, u"two"_s},
         // The element has spoken: what else is said against the mark does not matter.
         {{Answer::some, u"\ufffc"_s, Reach::part},
-            PrimaryMark{.text = both, .mayBeGone = true, .mayBePassword = true}, both},
-        {{Answer::none, {}, Reach::part}, PrimaryMark{both}, std::nullopt},
-        {{}, PrimaryMark{both}, std::nullopt},
+            PrimaryText{.text = both, .mayBeGone = true, .mayBePassword = true}, both},
+        {{Answer::none, {}, Reach::part}, PrimaryText{both}, std::nullopt},
+        {{}, PrimaryText{both}, std::nullopt},
     };
     for (const Case& c : cases)
         EXPECT_EQ(selectedTextOf(c.element, holding(c.primary)), c.expected) << c.element.text.toStdString();
 }
 
 TEST(CurrentSelection, that_no_element_counts_is_primary_as_long_as_nothing_speaks_against_it) {
-    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"marked"_s})), u"marked"_s);
-    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{.text = u"marked"_s, .mayBeGone = true})), std::nullopt);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryText{u"marked"_s})), u"marked"_s);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryText{.text = u"marked"_s, .mayBeGone = true})), std::nullopt);
     EXPECT_EQ(
-        uncountedSelection(holding(PrimaryMark{.text = u"marked"_s, .mayBePassword = true})), std::nullopt);
-    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"•••••••"_s})), std::nullopt);
-    EXPECT_EQ(uncountedSelection(holding(PrimaryMark{u"• one"_s})), u"• one"_s);
+        uncountedSelection(holding(PrimaryText{.text = u"marked"_s, .mayBePassword = true})), std::nullopt);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryText{u"•••••••"_s})), std::nullopt);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryText{u"• one"_s})), u"• one"_s);
     EXPECT_EQ(uncountedSelection(holding(std::nullopt)), std::nullopt);
 }
 
 TEST(CurrentSelection, beside_an_element_that_counts_none_is_a_fresh_mark_of_its_page_alone) {
-    const PrimaryMark old{.text = u"marked"_s};
-    const PrimaryMark fresh{.text = u"marked"_s, .isFresh = true};
-    const PrimaryMark secret{.text = u"marked"_s, .isFresh = true, .mayBePassword = true};
-    const auto beside = [](Answer answer, Reach reach, const PrimaryMark& mark) {
+    const PrimaryText old{.text = u"marked"_s};
+    const PrimaryText fresh{.text = u"marked"_s, .isFresh = true};
+    const PrimaryText secret{.text = u"marked"_s, .isFresh = true, .mayBePassword = true};
+    const auto beside = [](Answer answer, Reach reach, const PrimaryText& mark) {
         return selectionBeside({answer, {}, reach}, holding(mark));
     };
     EXPECT_EQ(beside(Answer::unknown, Reach::part, old), u"marked"_s);
@@ -83,9 +83,9 @@ TEST(CurrentSelection, may_be_a_password_when_it_is_one_word_but_for_a_plain_one
     EXPECT_FALSE(looksLikePassword(u" "_s, Marking::unknown));
 }
 
-TEST(MarkHistory, tells_by_what_a_mark_was_made_and_whether_the_mouse_was_pressed_since) {
-    using Origin = MarkHistory::Origin;
-    MarkHistory history;
+TEST(SelectionHistory, tells_by_what_a_mark_was_made_and_whether_the_mouse_was_pressed_since) {
+    using Origin = SelectionHistory::Origin;
+    SelectionHistory history;
     history.marked(10, false);
     EXPECT_EQ(history.origin(), Origin::keyboard) << "the mouse was never pressed";
     EXPECT_FALSE(history.isPressedSince());

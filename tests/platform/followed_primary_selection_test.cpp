@@ -14,7 +14,7 @@ TEST(FollowedPrimarySelection, counts_only_in_the_application_where_it_was_made)
     QString marked = u"a text"_s;
     FollowedPrimarySelection primary(
         [&](QDeadlineTimer) { return marked; }, [&] { return front; }, [&] { return front == u"browser"; });
-    const auto mark = [&] { return primary.markOf(1, QDeadlineTimer(0)); };
+    const auto mark = [&] { return primary.textOf(1, QDeadlineTimer(0)); };
     EXPECT_EQ(mark(), std::nullopt);  // there before we came
 
     primary.noteChange();

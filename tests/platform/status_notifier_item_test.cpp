@@ -36,7 +36,7 @@ public:
     void answer(const QDBusMessage& question, bool present) {
         m_bus.send(question.createReply(QVariant::fromValue(QDBusVariant(present))));
     }
-    void tellOfHost() {
+    void announceHost() {
         m_bus.send(QDBusMessage::createSignal(watcherPath, watcher, u"StatusNotifierHostRegistered"_s));
     }
     void click(const QString& item) {
@@ -65,7 +65,7 @@ TEST(StatusNotifierItem, a_late_answer_to_an_earlier_question_changes_nothing) {
         &item, &StatusNotifierItem::activated, &item, [&] { clicked = true; });
 
     ASSERT_TRUE(eventually([&] { return tray.questions.size() == 1; }));
-    tray.tellOfHost();
+    tray.announceHost();
     ASSERT_TRUE(eventually([&] { return tray.questions.size() == 2; }));
     tray.answer(tray.questions.last(), true);
     ASSERT_TRUE(eventually([&] { return present == true; }));

@@ -18,7 +18,7 @@ class HistoryPanel : public testing::Test {
 protected:
     HistoryPanel() {
         panel = std::make_unique<HistoryState>(
-            HistoryState::Services{
+            HistoryState::Dependencies{
                 history, desktop.pasteboard, undo, desktop.clock, [this] { return at(now); }},
             [this](const TranslationItem& item) { picked += item.sourceText; });
     }

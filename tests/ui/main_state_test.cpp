@@ -18,7 +18,7 @@ protected:
     void show() {
         state.reset();
         permissions = std::make_unique<PermissionWatch>(hotKeys, desktop.clock);
-        state = std::make_unique<MainState>(MainState::Services{store, appState, *permissions, updates});
+        state = std::make_unique<MainState>(MainState::Dependencies{store, appState, *permissions, updates});
     }
 
     std::unique_ptr<PermissionWatch> permissions;

@@ -19,7 +19,7 @@ TEST(WalkThrough, stays_within_its_pages_and_may_be_taken_away_by_whoever_is_tol
     AppSettings settings{store, hotKeys};
     std::unique_ptr<OnboardingState> state;
     state = std::make_unique<OnboardingState>(
-        OnboardingState::Services{hotKeys, permissions, settings}, [&state] { state.reset(); });
+        OnboardingState::Dependencies{hotKeys, permissions, settings}, [&state] { state.reset(); });
     state->back();
     EXPECT_TRUE(state->isFirstStep());
     for (int step = 0; step < OnboardingState::totalSteps; ++step)

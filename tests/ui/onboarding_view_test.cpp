@@ -48,7 +48,7 @@ protected:
     void begin() {
         view.reset();
         state = std::make_unique<OnboardingState>(
-            OnboardingState::Services{hotKeys, permissions, settings}, [this] { ++finishes; });
+            OnboardingState::Dependencies{hotKeys, permissions, settings}, [this] { ++finishes; });
         view = std::make_unique<OnboardingView>(*state, &window);
         view->resize(window.size());
         view->show();

@@ -48,7 +48,7 @@ protected:
     PermissionWatch permissions{hotKeys, desktop.clock};
     UndoOffer undo{desktop.clock};
     std::unique_ptr<SettingsState> panel =
-        std::make_unique<SettingsState>(SettingsState::Services{settings, hotKeys, ai, updates, appState,
+        std::make_unique<SettingsState>(SettingsState::Dependencies{settings, hotKeys, ai, updates, appState,
             permissions, undo, desktop.clock, keyCode, [this] { ++guidesOpened; }});
 };
 

@@ -29,10 +29,11 @@ protected:
 
     void showPanel() {
         hidePanel();
-        panel = std::make_shared<TranslateState>(TranslateState::Services{ai, captures, ocr, speech, settings,
-                                                     history, appState, desktop.pasteboard, desktop.clock},
-            Binding<QString>{[this] { return input->text(); },
-                [this](QString text) { input->text = std::move(text); }, input.get()});
+        panel =
+            std::make_shared<TranslateState>(TranslateState::Dependencies{ai, captures, ocr, speech, settings,
+                                                 history, appState, desktop.pasteboard, desktop.clock},
+                Binding<QString>{[this] { return input->text(); },
+                    [this](QString text) { input->text = std::move(text); }, input.get()});
         view = std::make_unique<QObject>();
         panel->appear(view.get());
     }

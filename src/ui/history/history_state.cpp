@@ -18,7 +18,7 @@ constexpr auto copyFeedback = 1500ms;
 
 }  // namespace
 
-HistoryState::HistoryState(Services services, OnSelect onSelect)
+HistoryState::HistoryState(Dependencies services, OnSelect onSelect)
     : m_services(std::move(services)), m_onSelect(std::move(onSelect)) {}
 
 QString HistoryState::formatDate(const QDateTime& date) const {

@@ -22,7 +22,7 @@ class HistoryState final : public ObservableObject {
 
 public:
     /// What the panel works with. All of it outlives the panel.
-    struct Services {
+    struct Dependencies {
         TranslationHistoryStore& historyStore;
         Pasteboard& pasteboard;
         UndoOffer& undo;
@@ -31,7 +31,7 @@ public:
     };
     using OnSelect = std::function<void(const TranslationItem&)>;
 
-    HistoryState(Services services, OnSelect onSelect);
+    HistoryState(Dependencies services, OnSelect onSelect);
 
     // State
 
@@ -55,7 +55,7 @@ public:
 private:
     void offerUndo(const QString& message, const QList<TranslationItem>& removed);
 
-    Services m_services;
+    Dependencies m_services;
     OnSelect m_onSelect;
 };
 

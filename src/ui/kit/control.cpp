@@ -22,7 +22,7 @@ constexpr int hoverFade = 120;  // milliseconds
 // it.
 Control::Control(const QString& title, QWidget* parent) : QAbstractButton(parent), m_title(title) {
     setFocusPolicy(Qt::TabFocus);
-    nameAloud();
+    updateAccessibleName();
     watchKeyboardUse();
 }
 
@@ -30,17 +30,17 @@ void Control::setTitle(const QString& title) {
     if (m_title == title)
         return;
     m_title = title;
-    nameAloud();
+    updateAccessibleName();
     updateGeometry();
     update();
 }
 
 void Control::setSpokenCaption(const QString& caption) {
     m_spokenCaption = caption;
-    nameAloud();
+    updateAccessibleName();
 }
 
-void Control::nameAloud() {
+void Control::updateAccessibleName() {
     const bool both = !m_spokenCaption.isEmpty() && !m_title.isEmpty();
     setAccessibleName(m_spokenCaption + (both ? u": "_s : QString()) + keysInWords(m_title));
 }

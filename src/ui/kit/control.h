@@ -59,7 +59,7 @@ protected:
 
 private:
     void setHover(qreal hover);
-    void nameAloud();
+    void updateAccessibleName();
 
     QString m_title;
     QString m_spokenCaption;

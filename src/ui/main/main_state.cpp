@@ -18,7 +18,7 @@ std::optional<AppTab> appTab(int rawValue) {
     return rawValue >= 0 && rawValue < tabs ? std::optional(static_cast<AppTab>(rawValue)) : std::nullopt;
 }
 
-MainState::MainState(Services services) : m_persisted(*this, services.store), m_services(services) {
+MainState::MainState(Dependencies services) : m_persisted(*this, services.store), m_services(services) {
     m_persisted.load();
     connect(&m_services.permissions, &ObservableObject::objectWillChange, this,
         &ObservableObject::objectWillChange);

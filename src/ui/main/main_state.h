@@ -29,14 +29,14 @@ class MainState final : public ObservableObject {
 
 public:
     /// What the view works with. All of it outlives the view.
-    struct Services {
+    struct Dependencies {
         KeyValueStore& store;
         AppState& appState;
         PermissionWatch& permissions;
         UpdateService& updates;
     };
 
-    explicit MainState(Services services);
+    explicit MainState(Dependencies services);
 
     // State
 
@@ -64,7 +64,7 @@ public:
     void dismissUpdate();
 
 private:
-    Services m_services;
+    Dependencies m_services;
 };
 
 }  // namespace tralio

@@ -58,7 +58,7 @@ void showReadiness(Chip* chip, const QString& title, const Readiness& readiness)
 
 }  // namespace
 
-MainView::MainView(Services services, Actions actions, QWidget* parent)
+MainView::MainView(Dependencies services, Actions actions, QWidget* parent)
     : QWidget(parent),
       m_services(services),
       m_actions(std::move(actions)),
@@ -237,7 +237,7 @@ QWidget* MainView::makePanel() {
 
 QWidget* MainView::makeTranslatePanel() {
     const auto state = std::make_shared<TranslateState>(
-        TranslateState::Services{m_services.ai, m_services.captures, m_services.ocr, m_services.speech,
+        TranslateState::Dependencies{m_services.ai, m_services.captures, m_services.ocr, m_services.speech,
             m_settings, m_history, m_services.appState, m_services.pasteboard, m_services.clock},
         Binding<QString>{[this] { return m_state.textToTranslate(); },
             [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
@@ -247,7 +247,7 @@ QWidget* MainView::makeTranslatePanel() {
 
 QWidget* MainView::makeHistoryPanel() {
     const auto state = std::make_shared<HistoryState>(
-        HistoryState::Services{m_history, m_services.pasteboard, m_undo, m_services.clock},
+        HistoryState::Dependencies{m_history, m_services.pasteboard, m_undo, m_services.clock},
         [this](const TranslationItem& item) {
             m_panelMotion = Motion::fade;
             m_state.select(item);
@@ -257,9 +257,9 @@ QWidget* MainView::makeHistoryPanel() {
 }
 
 QWidget* MainView::makeSettingsPanel() {
-    const auto state = std::make_shared<SettingsState>(SettingsState::Services{m_settings, m_services.hotKeys,
-        m_services.ai, m_services.updates, m_services.appState, m_permissions, m_undo, m_services.clock,
-        m_services.keyCodes, [this] { openGuide(); }});
+    const auto state = std::make_shared<SettingsState>(SettingsState::Dependencies{m_settings,
+        m_services.hotKeys, m_services.ai, m_services.updates, m_services.appState, m_permissions, m_undo,
+        m_services.clock, m_services.keyCodes, [this] { openGuide(); }});
     m_panelState = state;
     return new SettingsView(*state);
 }
@@ -269,7 +269,7 @@ void MainView::showOnboarding() {
         return;
     CrossFade fade(this, onboardingClosing);
     m_onboarding = std::make_unique<OnboardingState>(
-        OnboardingState::Services{m_services.hotKeys, m_permissions, m_settings},
+        OnboardingState::Dependencies{m_services.hotKeys, m_permissions, m_settings},
         [this] { m_state.finishOnboarding(); });
     m_onboardingView = new OnboardingView(*m_onboarding);
     layout()->addWidget(m_onboardingView);

@@ -42,7 +42,7 @@ class MainView final : public QWidget {
 
 public:
     /// What the view works with. All of it outlives the view.
-    struct Services {
+    struct Dependencies {
         KeyValueStore& store;
         HotKeyService& hotKeys;
         AIService& ai;
@@ -60,7 +60,7 @@ public:
         std::function<void()> quit;
     };
 
-    MainView(Services services, Actions actions, QWidget* parent = nullptr);
+    MainView(Dependencies services, Actions actions, QWidget* parent = nullptr);
     ~MainView() override;
 
 protected:
@@ -88,7 +88,7 @@ private:
     void showOnboarding();
     void closeOnboarding();
 
-    Services m_services;
+    Dependencies m_services;
     Actions m_actions;
     AppSettings m_settings;
     TranslationHistoryStore m_history;

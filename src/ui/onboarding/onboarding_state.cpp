@@ -9,7 +9,7 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-OnboardingState::OnboardingState(Services services, std::function<void()> onFinished)
+OnboardingState::OnboardingState(Dependencies services, std::function<void()> onFinished)
     : m_services(services), m_onFinished(std::move(onFinished)) {
     for (ObservableObject* source :
         std::initializer_list<ObservableObject*>{&m_services.permissions, &m_services.settings})

@@ -20,14 +20,14 @@ public:
     static constexpr int totalSteps = 4;
 
     /// What the walk-through works with. All of it outlives it.
-    struct Services {
+    struct Dependencies {
         HotKeyService& hotKeys;
         PermissionWatch& permissions;
         AppSettings& settings;
     };
 
     /// `onFinished` runs when the user has come to the end, or skips the rest.
-    OnboardingState(Services services, std::function<void()> onFinished);
+    OnboardingState(Dependencies services, std::function<void()> onFinished);
 
     // State
 
@@ -51,7 +51,7 @@ public:
     void requestScreenCapture();
 
 private:
-    Services m_services;
+    Dependencies m_services;
     std::function<void()> m_onFinished;
 };
 

@@ -30,11 +30,11 @@ PageIndicator::PageIndicator(int pages, QWidget* parent) : QWidget(parent), m_pa
     m_slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&m_slide, &QVariantAnimation::valueChanged, this,
         [this](const QVariant& value) { setPosition(value.toReal()); });
-    nameAloud(0);
+    updateAccessibleName(0);
 }
 
 void PageIndicator::setCurrent(int page) {
-    nameAloud(page);
+    updateAccessibleName(page);
     m_slide.stop();
     const int duration = Theme::current().duration(slideTime);
     if (duration == 0 || !isVisible()) {
@@ -47,7 +47,7 @@ void PageIndicator::setCurrent(int page) {
     m_slide.start();
 }
 
-void PageIndicator::nameAloud(int page) {
+void PageIndicator::updateAccessibleName(int page) {
     setAccessibleName(u"Trang %1 trên %2"_s.arg(page + 1).arg(m_pages));
 }
 

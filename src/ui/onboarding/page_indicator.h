@@ -20,7 +20,7 @@ protected:
 
 private:
     void setPosition(qreal position);
-    void nameAloud(int page);
+    void updateAccessibleName(int page);
 
     int m_pages;
     QVariantAnimation m_slide;

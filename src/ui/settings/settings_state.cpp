@@ -24,7 +24,7 @@ constexpr Modifiers controlOptionCommand = Modifier::control | Modifier::option 
 
 }  // namespace
 
-SettingsState::SettingsState(Services services) : m_services(std::move(services)) {
+SettingsState::SettingsState(Dependencies services) : m_services(std::move(services)) {
     connect(&m_services.permissions, &ObservableObject::objectWillChange, this,
         &ObservableObject::objectWillChange);
 }

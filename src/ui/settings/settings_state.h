@@ -33,7 +33,7 @@ class SettingsState final : public ObservableObject {
 
 public:
     /// What the panel works with. All of it outlives the panel.
-    struct Services {
+    struct Dependencies {
         AppSettings& settings;
         HotKeyService& hotKeys;
         AIService& ai;
@@ -46,7 +46,7 @@ public:
         std::function<void()> openGuide;
     };
 
-    explicit SettingsState(Services services);
+    explicit SettingsState(Dependencies services);
     ~SettingsState() override;
 
     // State
@@ -118,7 +118,7 @@ private:
     void save(HotKeyRecordTarget target, const Shortcut& shortcut);
     QCoro::Task<void> testConnection(std::stop_token stop);
 
-    Services m_services;
+    Dependencies m_services;
     std::unique_ptr<KeyDownMonitor> m_localEventMonitor;
     std::unique_ptr<HotKeys::Interception> m_interception;
     std::stop_source m_test;

@@ -67,7 +67,7 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
 
 void TranslateState::endRecognition(
     const QString& text, const std::optional<QString>& failure, AutoTranslate autoTranslate) {
-    if (!m_mainView)
+    if (!m_mainState)
         return;
     isOCROngoing = false;
     if (failure)
@@ -124,7 +124,7 @@ QCoro::Task<void> TranslateState::translateFile(QString path) {
     const auto self = shared_from_this();
     auto reading = readTextFile(std::move(path));
     const std::optional<QString> text = co_await std::move(reading);
-    if (!m_mainView || !text)
+    if (!m_mainState || !text)
         co_return;
     const QString trimmed = text->trimmed();
     if (!admits(trimmed))

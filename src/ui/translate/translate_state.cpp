@@ -55,12 +55,12 @@ QStringList TranslateState::targetLanguages() {
     return names;
 }
 
-TranslateState::TranslateState(Services services, Binding<QString> input)
+TranslateState::TranslateState(Dependencies services, Binding<QString> input)
     : inputText(std::move(input)),
       sourceLang(*this, english),
       targetLang(*this, vietnamese),
       m_services(services),
-      m_mainView(inputText.owner) {}
+      m_mainState(inputText.owner) {}
 
 void TranslateState::appear(QObject* panel) {
     AppState& appState = m_services.appState;
@@ -149,7 +149,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
         // Thirty characters: what follows may be the server's, and quote the text.
         debugLog(u"TranslateView.performTranslate: FAILED, error='" % excerpt(*failure) % u"'");
     }
-    if (!m_mainView || stop.stop_requested())
+    if (!m_mainState || stop.stop_requested())
         co_return;
     if (failure) {
         showError(failure);
@@ -194,7 +194,7 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     if (appState.storeTrouble())
         return;
     m_services.clock.after(
-        pendingTextDelay, m_mainView, [self = shared_from_this()] { self->performTranslate(); });
+        pendingTextDelay, m_mainState, [self = shared_from_this()] { self->performTranslate(); });
 }
 
 void TranslateState::toggleSpeech() {

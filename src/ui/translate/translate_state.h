@@ -40,7 +40,7 @@ class TranslateState final : public ObservableObject, public std::enable_shared_
 public:
     /// What the panel works with. All of it outlives the panel and, except for `settings` and `history`, what
     /// the panel has begun; those two go together.
-    struct Services {
+    struct Dependencies {
         AIService& ai;
         ScreenCaptureService& captures;
         OCRService& ocr;
@@ -56,7 +56,7 @@ public:
     [[nodiscard]] static const QStringList& languages();
     [[nodiscard]] static QStringList targetLanguages();
 
-    TranslateState(Services services, Binding<QString> inputText);
+    TranslateState(Dependencies services, Binding<QString> inputText);
 
     /// Takes over the texts that the shell leaves for this panel, from now on until `panel` is gone.
     void appear(QObject* panel);
@@ -126,11 +126,11 @@ private:
 
     void showError(const std::optional<QString>& message);
 
-    Services m_services;
+    Dependencies m_services;
     QString m_translatedText;  ///< of which `outputText` is the translation
     bool m_isResultAwaited = false;
-    qint64 m_errors = 0;           ///< how often the error has changed
-    QPointer<QObject> m_mainView;  ///< whoever owns the input, the settings and the history
+    qint64 m_errors = 0;            ///< how often the error has changed
+    QPointer<QObject> m_mainState;  ///< whoever owns the input, the settings and the history
     std::stop_source m_currentTask{std::nostopstate};
 };
 

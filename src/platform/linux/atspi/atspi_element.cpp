@@ -140,7 +140,7 @@ ElementSelection AtspiElement::askSelection() {
 }
 
 AskPrimary AtspiElement::askPrimary() const {
-    return [this] { return m_context->primary.markOf(m_context->processId, m_context->budget.deadline()); };
+    return [this] { return m_context->primary.textOf(m_context->processId, m_context->budget.deadline()); };
 }
 
 std::optional<QString> AtspiElement::title() {

@@ -39,7 +39,7 @@ Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
         [this](const QString& /*name*/, const QString& before, const QString& now) {
             // Both at once where a portal is started in another's place.
             if (!before.isEmpty())
-                takeLeave();
+                forgetPortal();
             if (!now.isEmpty())
                 introduce();
         });
@@ -49,7 +49,7 @@ Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
     introduce();
 }
 
-void Portal::takeLeave() {
+void Portal::forgetPortal() {
     ++m_introduction;
     m_versions.clear();
     m_asked.clear();

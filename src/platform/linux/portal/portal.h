@@ -76,7 +76,7 @@ private:
     };
 
     void introduce();
-    void takeLeave();
+    void forgetPortal();
     void askVersion(const QString& interface, int limit);
     void takeVersion(const QString& interface, const QDBusPendingCall& call);
     [[nodiscard]] QString nextToken();

@@ -144,7 +144,7 @@ void PortalHotKeys::createSession() {
 void PortalHotKeys::begin(const PortalAnswer& created) {
     if (created.outcome != PortalOutcome::granted || m_session.isEmpty()) {
         debugLog(u"PortalHotKeys: no session for hot keys: "_s + whatHappened(created));
-        tellOfAll(
+        reportAll(
             created.outcome == PortalOutcome::cancelled ? HotKeyStatus::refused : HotKeyStatus::unavailable);
         if (created.outcome != PortalOutcome::cancelled)
             scheduleAfterPause();
@@ -170,7 +170,7 @@ void PortalHotKeys::listShortcuts() {
         u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
         [this](const PortalAnswer& answer) {
             if (hasAll(answer))
-                tellOf(answer);
+                report(answer);
             else
                 bindShortcuts();
         });
@@ -190,20 +190,20 @@ void PortalHotKeys::bindShortcuts() {
     ask(u"BindShortcuts"_s, arguments, {}, noLimit, [this](const PortalAnswer& answer) {
         if (answer.outcome != PortalOutcome::granted) {
             debugLog(u"PortalHotKeys: hot keys not bound: "_s + whatHappened(answer));
-            tellOfAll(HotKeyStatus::refused);
+            reportAll(HotKeyStatus::refused);
             return;
         }
         if (!shortcutsIn(answer).isEmpty()) {
-            tellOf(answer);
+            report(answer);
             return;
         }
         // Later backends of KDE say so only when asked.
         ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
-            [this](const PortalAnswer& listed) { tellOf(listed); });
+            [this](const PortalAnswer& listed) { report(listed); });
     });
 }
 
-void PortalHotKeys::tellOf(const PortalAnswer& answer) const {
+void PortalHotKeys::report(const PortalAnswer& answer) const {
     const auto bound = shortcutsIn(answer);
     for (const HotKey& hotKey : m_hotKeys) {
         const auto found = std::find_if(bound.begin(), bound.end(),
@@ -218,7 +218,7 @@ void PortalHotKeys::tellOf(const PortalAnswer& answer) const {
     }
 }
 
-void PortalHotKeys::tellOfAll(HotKeyStatus status) const {
+void PortalHotKeys::reportAll(HotKeyStatus status) const {
     for (const HotKey& hotKey : m_hotKeys)
         if (m_statusHandler)
             m_statusHandler(hotKey.id, status);

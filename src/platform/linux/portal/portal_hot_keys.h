@@ -72,8 +72,8 @@ private:
     [[nodiscard]] QList<PortalShortcut> wantedShortcuts() const;
     [[nodiscard]] bool hasAll(const PortalAnswer& listed) const;
     /// Tells which hot keys the desktop has by its answer, and logs on which keys.
-    void tellOf(const PortalAnswer& answer) const;
-    void tellOfAll(HotKeyStatus status) const;
+    void report(const PortalAnswer& answer) const;
+    void reportAll(HotKeyStatus status) const;
 
     /// Calls a method of the portal's; the answer counts only if the session is still the same then.
     void ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,

@@ -37,7 +37,7 @@ std::optional<QString> selectionBeside(const ElementSelection& element, const As
     if (element.answer == Answer::some ||
         (element.answer == Answer::none && element.reach == ElementSelection::Reach::whole))
         return std::nullopt;
-    return uncountedSelection([&]() -> std::optional<PrimaryMark> {
+    return uncountedSelection([&]() -> std::optional<PrimaryText> {
         auto mark = primary();
         return mark && (element.answer == Answer::unknown || mark->isFresh) ? std::move(mark) : std::nullopt;
     });

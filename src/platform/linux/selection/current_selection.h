@@ -51,7 +51,7 @@ struct ElementSelection {
     Reach reach = Reach::part;
 };
 
-using AskPrimary = std::function<std::optional<PrimaryMark>()>;
+using AskPrimary = std::function<std::optional<PrimaryText>()>;
 
 /// The selection of an element that has some. PRIMARY, if it holds that part, is the whole.
 [[nodiscard]] std::optional<QString> selectedTextOf(

@@ -7,23 +7,23 @@
 namespace tralio {
 
 FollowedPrimarySelection::FollowedPrimarySelection(
-    Read read, FrontMark frontMark, GivesPasswords givesPasswords)
+    Read read, FrontIdentity frontIdentity, GivesPasswords givesPasswords)
     : m_read(std::move(read)),
-      m_frontMark(std::move(frontMark)),
+      m_frontIdentity(std::move(frontIdentity)),
       m_givesPasswords(std::move(givesPasswords)) {}
 
 void FollowedPrimarySelection::noteChange() {
-    m_owner = m_frontMark();
+    m_owner = m_frontIdentity();
     m_freshUntil.setRemainingTime(freshTime);
 }
 
-std::optional<PrimaryMark> FollowedPrimarySelection::markOf(qint32 /*processId*/, QDeadlineTimer deadline) {
-    if (m_owner.isEmpty() || m_frontMark() != m_owner)
+std::optional<PrimaryText> FollowedPrimarySelection::textOf(qint32 /*processId*/, QDeadlineTimer deadline) {
+    if (m_owner.isEmpty() || m_frontIdentity() != m_owner)
         return std::nullopt;
     const auto text = m_read(deadline);
     if (!text)
         return std::nullopt;
-    PrimaryMark mark{*text};
+    PrimaryText mark{*text};
     mark.isFresh = !m_freshUntil.hasExpired();
     mark.mayBePassword = m_givesPasswords() && looksLikePassword(*text, Marking::unknown);
     return mark;

@@ -12,22 +12,22 @@ class FollowedPrimarySelection final : public PrimarySelection {
 public:
     using Read = std::function<std::optional<QString>(QDeadlineTimer)>;
     /// Names the application in front; an empty name is nobody's.
-    using FrontMark = std::function<QString()>;
+    using FrontIdentity = std::function<QString()>;
 
     /// Whether it is of an application that gives out passwords in PRIMARY.
     using GivesPasswords = std::function<bool()>;
 
-    FollowedPrimarySelection(Read read, FrontMark frontMark, GivesPasswords givesPasswords);
+    FollowedPrimarySelection(Read read, FrontIdentity frontIdentity, GivesPasswords givesPasswords);
 
     /// To be called at each change, when it happens.
     void noteChange();
 
     /// `processId` is that of the application in front.
-    std::optional<PrimaryMark> markOf(qint32 processId, QDeadlineTimer deadline) override;
+    std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) override;
 
 private:
     Read m_read;
-    FrontMark m_frontMark;
+    FrontIdentity m_frontIdentity;
     GivesPasswords m_givesPasswords;
     QString m_owner;
     QDeadlineTimer m_freshUntil;

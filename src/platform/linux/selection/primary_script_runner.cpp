@@ -27,7 +27,7 @@ std::optional<QString> PrimaryScriptRunner::selectionInFront() {
     const auto front = m_canAskElements() ? std::nullopt : m_workspace.frontmostApplication();
     if (!front)
         return std::nullopt;
-    return uncountedSelection([&] { return m_primary.markOf(front->processId, QDeadlineTimer(readLimit)); });
+    return uncountedSelection([&] { return m_primary.textOf(front->processId, QDeadlineTimer(readLimit)); });
 }
 
 void PrimaryScriptRunner::launch(const QString& executable, const QStringList& arguments) {

@@ -11,7 +11,7 @@ namespace tralio {
 inline constexpr int freshTime = 1000;
 
 /// What an application holds in PRIMARY, and what there is to say against it.
-struct PrimaryMark {
+struct PrimaryText {
     QString text;
 
     /// The mouse has been pressed since. The mark is gone then, as a rule, but many toolkits leave its text
@@ -24,7 +24,7 @@ struct PrimaryMark {
     /// The application is of those that give out passwords here, and nothing tells that this is none.
     bool mayBePassword = false;
 
-    bool operator==(const PrimaryMark&) const = default;
+    bool operator==(const PrimaryText&) const = default;
 };
 
 /// What the user marked last in any application, which most toolkits keep apart from the clipboard.
@@ -37,7 +37,7 @@ public:
 
     /// What process `processId` holds; absent when another does: then it is a left-over of another
     /// application. Waits for the text until `deadline` at the most.
-    [[nodiscard]] virtual std::optional<PrimaryMark> markOf(qint32 processId, QDeadlineTimer deadline) = 0;
+    [[nodiscard]] virtual std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) = 0;
 };
 
 }  // namespace tralio

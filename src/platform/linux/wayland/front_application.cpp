@@ -7,7 +7,7 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-QString FrontApplication::mark() const {
+QString FrontApplication::identity() const {
     if (m_toplevels)
         return applicationId();
     if (!m_accessibility.isOpen())

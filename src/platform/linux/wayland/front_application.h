@@ -18,7 +18,7 @@ public:
     /// A name for the application in front, good for comparing with one got at another time. Applications
     /// that nobody tells of share a name only while nothing else came to the front. Empty while nobody would
     /// tell of anything.
-    [[nodiscard]] QString mark() const;
+    [[nodiscard]] QString identity() const;
 
     /// The application id, where the compositor tells it.
     [[nodiscard]] QString applicationId() const;

@@ -57,7 +57,7 @@ bool X11PrimarySelection::frontGivesUpItself() {
         CopyShortcut::none;
 }
 
-std::optional<PrimaryMark> X11PrimarySelection::markOf(qint32 processId, QDeadlineTimer deadline) {
+std::optional<PrimaryText> X11PrimarySelection::textOf(qint32 processId, QDeadlineTimer deadline) {
     (void)m_watch.changeCount();  // what has happened up to now is known then
     const xcb_window_t owner = primaryOwner(m_connection);
     if (owner == XCB_NONE || m_connection.processOf(owner) != processId)
@@ -65,14 +65,14 @@ std::optional<PrimaryMark> X11PrimarySelection::markOf(qint32 processId, QDeadli
     auto text = readSelectionText(m_connection, XCB_ATOM_PRIMARY, deadline);
     if (!text)
         return std::nullopt;
-    PrimaryMark mark{std::move(*text)};
+    PrimaryText mark{std::move(*text)};
     mark.mayBeGone = m_history.isPressedSince() && !frontGivesUpItself();
     mark.isFresh = !m_freshUntil.hasExpired();
     const auto origin = m_history.origin();
     const auto marking =
-        origin == MarkHistory::Origin::doubleClick ? Marking::byDoubleClick : Marking::unknown;
+        origin == SelectionHistory::Origin::doubleClick ? Marking::byDoubleClick : Marking::unknown;
     mark.mayBePassword = ownerGivesPasswords(m_connection) &&
-        (origin == MarkHistory::Origin::keyboard || looksLikePassword(mark.text, marking));
+        (origin == SelectionHistory::Origin::keyboard || looksLikePassword(mark.text, marking));
     return mark;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/selection/mark_history.h"
 #include "platform/linux/selection/primary_selection.h"
+#include "platform/linux/selection/selection_history.h"
 #include "platform/linux/x11/x11_raw_input.h"
 #include "platform/linux/x11/x11_selection_watch.h"
 
@@ -14,7 +14,7 @@ class X11PrimarySelection final : public PrimarySelection {
 public:
     X11PrimarySelection(X11Connection& connection, X11RawInput& rawInput);
 
-    std::optional<PrimaryMark> markOf(qint32 processId, QDeadlineTimer deadline) override;
+    std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) override;
 
     /// Whether the owner of PRIMARY is of those that give out passwords there.
     [[nodiscard]] static bool ownerGivesPasswords(X11Connection& connection);
@@ -25,7 +25,7 @@ private:
     [[nodiscard]] bool frontGivesUpItself();
 
     X11Connection& m_connection;
-    MarkHistory m_history;
+    SelectionHistory m_history;
     X11RawInput::Listener m_mouse;
     QDeadlineTimer m_freshUntil;
     X11SelectionWatch m_watch;

@@ -7,7 +7,7 @@ namespace tralio {
 /// How the present mark came about and what has happened since, told from the presses of the left mouse
 /// button and the changes of PRIMARY. Times are in milliseconds on the window system's clock, which starts
 /// again at 0 after 49 days.
-class MarkHistory final {
+class SelectionHistory final {
 public:
     enum class Origin { keyboard, mouse, doubleClick };
 

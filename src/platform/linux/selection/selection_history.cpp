@@ -1,4 +1,4 @@
-#include "platform/linux/selection/mark_history.h"
+#include "platform/linux/selection/selection_history.h"
 
 namespace tralio {
 namespace {
@@ -9,7 +9,7 @@ constexpr quint32 markingTime = 1000;
 
 }  // namespace
 
-void MarkHistory::pressed(quint32 time) {
+void SelectionHistory::pressed(quint32 time) {
     m_clicks = m_everPressed && time - m_lastPress < doubleClickTime ? m_clicks + 1 : 1;
     m_everPressed = true;
     m_down = true;
@@ -18,12 +18,12 @@ void MarkHistory::pressed(quint32 time) {
     m_pressedSince = true;
 }
 
-void MarkHistory::released(quint32 time) {
+void SelectionHistory::released(quint32 time) {
     m_down = false;
     m_lastChange = time;
 }
 
-void MarkHistory::marked(quint32 time, bool keysHeld) {
+void SelectionHistory::marked(quint32 time, bool keysHeld) {
     const bool byMouse = !keysHeld && m_everPressed && (m_down || time - m_lastChange < markingTime);
     m_origin = !byMouse ? Origin::keyboard : m_clicks > 1 ? Origin::doubleClick : Origin::mouse;
     m_pressedSince = false;
