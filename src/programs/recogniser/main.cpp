@@ -54,7 +54,7 @@ void limitOneself() {
     setrlimit(RLIMIT_FSIZE, &none);  // nothing is ever written to a file
     std::signal(SIGXFSZ, SIG_IGN);   // a warning to a log in a file is lost, and not the picture
 #ifndef __SANITIZE_ADDRESS__         // which reserves terabytes
-    constexpr rlimit memory{rlim_t(4) << 30, rlim_t(4) << 30};
+    constexpr rlimit memory{rlim_t(3) << 30, rlim_t(3) << 30};
     setrlimit(RLIMIT_AS, &memory);
 #endif
 }
