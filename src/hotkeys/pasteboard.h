@@ -1,9 +1,11 @@
 #pragma once
 
-#include <QImage>
 #include <QString>
+#include <qcorotask.h>
 
 #include <optional>
+
+#include "common/picture.h"
 
 namespace tralio {
 
@@ -11,7 +13,7 @@ namespace tralio {
 inline constexpr auto concealedMimeType = "x-kde-passwordManagerHint";
 
 /// The general clipboard. Used from the main thread; reading waits for the clipboard's owner, but never
-/// longer than a quarter of a second, or two seconds for an owner that has a picture to encode.
+/// longer than a quarter of a second.
 class Pasteboard {
 public:
     Pasteboard() = default;
@@ -25,8 +27,9 @@ public:
     /// The plain text on the clipboard; absent when it holds none.
     [[nodiscard]] virtual std::optional<QString> string() = 0;
 
-    /// The picture on the clipboard; null when it holds none.
-    [[nodiscard]] virtual QImage image() = 0;
+    /// The picture on the clipboard; null when it holds none. Its owner may need time to encode it, for which
+    /// nothing here waits but the answer. Of more than `largestPicture` bytes only the first come.
+    [[nodiscard]] virtual QCoro::Task<Picture> picture() = 0;
 
     /// Whether the content is a password or the like, which its owner marked as not to be passed on.
     [[nodiscard]] virtual bool isConcealed() = 0;

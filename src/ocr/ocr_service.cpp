@@ -72,8 +72,8 @@ void OCRService::prepare() {
     m_recognizer.prepare();
 }
 
-QCoro::Task<QString> OCRService::recognizeText(QImage image, std::stop_token stop) {
-    if (image.isNull())
+QCoro::Task<QString> OCRService::recognizeText(Picture image, std::stop_token stop) {
+    if (!image)
         throw OCRError::invalidImage();
     ImageSource source = std::move(image);
     co_return co_await textOf(m_recognizer, std::move(source), std::move(stop));

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QImage>
 #include <QString>
 #include <QUrl>
 #include <qcorotask.h>
@@ -24,7 +23,7 @@ public:
 
     /// The text of an image, never blank. Fails with an `OCRError`; requesting `stop` ends the recognition,
     /// which then fails.
-    [[nodiscard]] QCoro::Task<QString> recognizeText(QImage image, std::stop_token stop = {});
+    [[nodiscard]] QCoro::Task<QString> recognizeText(Picture image, std::stop_token stop = {});
     [[nodiscard]] QCoro::Task<QString> recognizeText(QUrl fileURL, std::stop_token stop = {});
 
 private:

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QImage>
 #include <QStringList>
 #include <QUrl>
 #include <qcorotask.h>
@@ -10,13 +9,14 @@
 #include <variant>
 #include <vector>
 
+#include "common/picture.h"
 #include "ocr/text_observation.h"
 
 namespace tralio {
 
-/// What a recogniser reads: a bitmap, or a file that nobody has decoded yet. A file comes from anywhere and
-/// is opened only by the recogniser, which keeps what a broken one does to a decoder away from this process.
-using ImageSource = std::variant<QImage, QUrl>;
+/// What a recogniser reads. A file comes from anywhere too, and is opened only by the recogniser, which keeps
+/// what a broken one does to a decoder away from this process.
+using ImageSource = std::variant<Picture, QUrl>;
 
 /// The key of the text in a PNG file that tells its device pixel ratio ("2"). Letters of a dense screen need
 /// less enlarging.
@@ -47,7 +47,7 @@ public:
     [[nodiscard]] virtual QCoro::Task<QStringList> supportedLanguages(std::stop_token stop) = 0;
 
     /// The lines in an order of the recogniser's own, which may be none. Fails with `OCRError::invalidImage`
-    /// for a file that is not an image, with another `LocalizedError` for all else, also when stopped.
+    /// for bytes that are no image, with another `LocalizedError` for all else, also when stopped.
     [[nodiscard]] virtual QCoro::Task<std::vector<TextObservation>> recognize(
         ImageSource image, RecognitionRequest request, std::stop_token stop) = 0;
 };

@@ -13,6 +13,7 @@
 #include "platform/linux/x11/x11_key_event_poster.h"
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"
+#include "support/files.h"
 #include "support/print_to.h"
 
 namespace tralio {
@@ -279,13 +280,16 @@ TEST_F(X11, of_a_text_that_is_too_long_no_more_is_read_than_a_text_may_have) {
     EXPECT_LE(owner.pieces(), longestTextBytes / EndlessOwner::pieceSize + 2);
 }
 
-TEST_F(X11, a_clipboard_without_text_or_with_a_hung_owner_has_none) {
+TEST_F(X11, a_clipboard_without_text_or_with_a_hung_owner_has_no_text) {
     const auto connection = X11Connection::open();
     X11Pasteboard pasteboard(*connection);
     const qint64 before = pasteboard.changeCount();
     QProcess& owner = desktop.start(QStringLiteral(SELECTION_PROBE), {u"a picture"_s, u"--picture"_s});
     ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() > before; }));
     EXPECT_EQ(pasteboard.string(), std::nullopt);
+    const Picture picture = QCoro::waitFor(pasteboard.picture());
+    ASSERT_TRUE(picture) << "but its picture is there";
+    EXPECT_TRUE(QImage().loadFromData(contentOf(picture->path()), "PNG"));
 
     kill(static_cast<pid_t>(owner.processId()), SIGSTOP);
     QElapsedTimer time;

@@ -16,9 +16,7 @@ TextObservation line(double y, QStringList candidates) {
 
 class OCRServiceTest : public testing::Test {
 protected:
-    OCRServiceTest() { image.fill(Qt::white); }
-
-    QImage image{40, 20, QImage::Format_RGB32};
+    const Picture image = std::make_shared<MemoryFile>();
     ScriptedRecognizer recognizer;
     OCRService service{recognizer};
 };
@@ -36,7 +34,7 @@ TEST_F(OCRServiceTest, the_text_is_the_best_candidates_in_reading_order_trimmed_
     const QUrl file = QUrl::fromLocalFile(u"/somewhere/ảnh.png"_s);
     EXPECT_EQ(endingOf(service.recognizeText(file)).result, u"một,\nhai\nba  bốn"_s);
     ASSERT_EQ(recognizer.images.size(), 2U);
-    EXPECT_EQ(std::get<QImage>(recognizer.images[0]), image);
+    EXPECT_EQ(std::get<Picture>(recognizer.images[0]), image);
     EXPECT_EQ(std::get<QUrl>(recognizer.images[1]), file);
 }
 
@@ -72,7 +70,7 @@ TEST_F(OCRServiceTest, lines_that_say_nothing_are_no_text) {
 }
 
 TEST_F(OCRServiceTest, what_is_no_image_never_reaches_the_recogniser) {
-    EXPECT_EQ(endingOf(service.recognizeText(QImage())).error, OCRError::invalidImage());
+    EXPECT_EQ(endingOf(service.recognizeText(Picture())).error, OCRError::invalidImage());
     EXPECT_EQ(endingOf(service.recognizeText(QUrl(u"https://example.com/a.png"_s))).error,
         OCRError::invalidImage());
     EXPECT_EQ(endingOf(service.recognizeText(QUrl())).error, OCRError::invalidImage());

@@ -147,7 +147,7 @@ public:
             onRead();
         return read;
     }
-    QImage image() override { return picture; }
+    QCoro::Task<Picture> picture() override { co_return Picture(shown); }  // which is moved from
     bool isConcealed() override { return concealed; }
     void setString(const QString& text) override {
         own = text;
@@ -164,7 +164,7 @@ public:
     std::optional<QString> content;
     QString own;
     std::function<void()> onRead;  ///< just after the content was read
-    QImage picture;
+    Picture shown;
     bool concealed = false;
 };
 

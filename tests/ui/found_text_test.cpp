@@ -1,4 +1,3 @@
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QMimeData>
@@ -8,6 +7,7 @@
 #include <sys/stat.h>
 
 #include "common/text_limit.h"
+#include "support/files.h"
 #include "ui/translate/dropped_file.h"
 #include "ui/translate_panel_support.h"
 
@@ -30,11 +30,7 @@ protected:
     void pictureSays(const QString& text) {
         recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {text}}});
     }
-    static QImage picture() {
-        QImage image(8, 8, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        return image;
-    }
+    static Picture picture() { return std::make_shared<MemoryFile>("not looked at by the panel"); }
     [[nodiscard]] QUrl file(const QString& name, const QByteArray& content) const {
         QFile written(QDir(folder.path()).filePath(name));
         EXPECT_TRUE(written.open(QIODevice::WriteOnly) && written.write(content) == content.size());
@@ -55,7 +51,7 @@ TEST_F(FoundText, pasting_takes_the_trimmed_text_and_translates_it_if_asked) {
     EXPECT_FALSE(panel->isOCROngoing());
 
     desktop.pasteboard.copy(u" \n pasted\u3000"_s);
-    desktop.pasteboard.picture = picture();
+    desktop.pasteboard.shown = picture();
     panel->pasteFromClipboard(AutoTranslate::no);
     EXPECT_EQ(input->text(), u"pasted"_s);
     EXPECT_FALSE(panel->isTranslating());
@@ -104,7 +100,7 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
 TEST_F(FoundText, pasting_reads_a_picture_where_there_is_no_text) {
     pictureSays(u" in the picture "_s);
     desktop.pasteboard.copy(u" \n"_s);
-    desktop.pasteboard.picture = picture();
+    desktop.pasteboard.shown = picture();
     for (const AutoTranslate choice : {AutoTranslate::no, AutoTranslate::yes}) {
         panel->errorMessage = u"earlier"_s;
         recognizer.isSlow = true;
@@ -122,7 +118,7 @@ TEST_F(FoundText, a_picture_without_text_says_so_and_leaves_the_texts_alone) {
     panel->performOCR(picture(), AutoTranslate::yes);
     ASSERT_TRUE(recognitionEnds());
     EXPECT_EQ(panel->errorMessage(), noText);
-    panel->performOCR(QImage(), AutoTranslate::yes);
+    panel->performOCR(Picture(), AutoTranslate::yes);
     ASSERT_TRUE(recognitionEnds());
     EXPECT_EQ(panel->errorMessage(), invalidImage);
     EXPECT_EQ(input->text(), u"typed"_s);
@@ -179,24 +175,28 @@ TEST_F(FoundText, a_dropped_picture_is_read_and_translated_whatever_the_case_of_
     ASSERT_THAT(recognizer.images, SizeIs(1));
     EXPECT_EQ(std::get<QUrl>(recognizer.images.front()), shot);
 
-    EXPECT_TRUE(panel->handleDrop({{.image = picture()}}));
+    EXPECT_TRUE(panel->handleDrop({{.picture = picture()}}));
     ASSERT_TRUE(settles());
     EXPECT_THAT(recognizer.images, SizeIs(2));
 }
 
 TEST_F(FoundText, a_picture_dragged_from_a_web_page_comes_as_the_bytes_of_its_file) {
-    QByteArray bytes;
-    QBuffer png(&bytes);
-    ASSERT_TRUE(picture().save(&png, "PNG"));
+    const QByteArray bytes = "whatever they are";
+    const auto contentOfFirst = [](const QMimeData& drag) {
+        const QList<DroppedItem> items = itemsIn(drag);
+        return items.size() == 1 && items.first().picture ? contentOf(items.first().picture->path()) : "none";
+    };
     QMimeData drag;
     drag.setUrls({QUrl(u"https://example.org/picture.png"_s)});
     EXPECT_FALSE(mayBringItems(drag));
     drag.setData(u"application/octet-stream"_s, bytes);
     EXPECT_TRUE(mayBringItems(drag));
-    ASSERT_THAT(itemsIn(drag), SizeIs(1));
-    EXPECT_EQ(itemsIn(drag).first().image, picture());
+    EXPECT_EQ(contentOfFirst(drag), bytes);
+    drag.setData(u"image/jpeg"_s, "photo");
+    drag.setData(u"image/png"_s, "every pixel");
+    EXPECT_EQ(contentOfFirst(drag), "every pixel");
 
-    drag.setData(u"application/octet-stream"_s, "no picture");
+    drag.setData(u"image/png"_s, {});
     EXPECT_FALSE(panel->handleDrop(itemsIn(drag)));
 }
 

@@ -3,7 +3,10 @@
 #include <QImageReader>
 #include <QPainter>
 
+#include <utility>
+
 #include "platform/linux/helpers/recogniser_protocol.h"
+#include "programs/recogniser/memory_allowance.h"
 
 namespace tralio {
 namespace {
@@ -35,49 +38,62 @@ bool isLight(const QImage& image) {
     return luminance > opacity * 128;
 }
 
-QImage opaque(const QImage& image) {
-    if (!image.hasAlphaChannel())
-        return image.convertToFormat(QImage::Format_RGB32);
-    const QImage source = image.convertToFormat(QImage::Format_ARGB32);
-    QImage result(source.size(), QImage::Format_RGB32);
-    const bool hasHoles = [&source] {
-        for (int y = 0; y < source.height(); ++y) {
-            const auto* row = reinterpret_cast<const QRgb*>(source.constScanLine(y));
-            for (int x = 0; x < source.width(); ++x)
-                if (qAlpha(row[x]) != 255)
-                    return true;
-        }
-        return false;
-    }();
-    if (!hasHoles) {
-        result = source.convertToFormat(QImage::Format_RGB32);
-    } else {
-        result.fill(isLight(source) ? Qt::black : Qt::white);
-        QImage flat = source;
-        flat.setDevicePixelRatio(1);
-        QPainter(&result).drawImage(0, 0, flat);
+bool hasHoles(const QImage& image) {
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            if (qAlpha(row[x]) != 255)
+                return true;
     }
-    result.setDevicePixelRatio(image.devicePixelRatio());
-    return result;
+    return false;
 }
+
+/// Where it can be, in the memory of the image that is given: it may be large.
+QImage opaque(QImage image) {
+    if (image.hasAlphaChannel()) {
+        image.convertTo(QImage::Format_ARGB32);
+        if (hasHoles(image)) {
+            const double ratio = image.devicePixelRatio();
+            image.setDevicePixelRatio(1);
+            QImage result(image.size(), QImage::Format_RGB32);
+            result.fill(isLight(image) ? Qt::black : Qt::white);
+            QPainter(&result).drawImage(0, 0, image);
+            result.setDevicePixelRatio(ratio);
+            return result;
+        }
+    }
+    image.convertTo(QImage::Format_RGB32);
+    return image;
+}
+
+/// For the decoder itself, and all that stands in a file beside the pixels.
+constexpr qint64 memoryBesidePixels = 128 << 20;
+/// The deepest pixels and those that they become, or a progressive file's coefficients and its pixels.
+constexpr qint64 memoryPerPixel = 12;
 
 }  // namespace
 
-DecodedImage decodeImage(const ImageSource& source) {
-    if (const auto* bitmap = std::get_if<QImage>(&source))
-        return opaque(*bitmap);
-    QImageReader reader(std::get<QUrl>(source).toLocalFile());
+DecodedImage decodeImage(const QUrl& file) {
+    QImageReader reader(file.toLocalFile());
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
-    if (isOversized(reader.size()))
-        return OversizedImage{reader.size()};
+    QSize size;
+    {
+        const MemoryAllowance allowance(memoryBesidePixels);
+        size = reader.size();
+    }
+    if (isOversized(size))
+        return OversizedImage{size};
+    const qint64 pixels =
+        size.isValid() ? qint64(size.width()) * size.height() : recogniser_protocol::maximumPixels;
+    const MemoryAllowance allowance(memoryBesidePixels + memoryPerPixel * pixels);
     QImage image = reader.read();
     if (image.isNull())
         return UndecodableImage{};
     if (isOversized(image.size()))
         return OversizedImage{image.size()};
     image.setDevicePixelRatio(devicePixelRatioOf(image));
-    return opaque(image);
+    return opaque(std::move(image));
 }
 
 }  // namespace tralio

@@ -52,8 +52,9 @@ void limitOneself() {
     constexpr rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);   // it would hold what was on the user's screen
     setrlimit(RLIMIT_FSIZE, &none);  // nothing is ever written to a file
+    std::signal(SIGXFSZ, SIG_IGN);   // a warning to a log in a file is lost, and not the picture
 #ifndef __SANITIZE_ADDRESS__         // which reserves terabytes
-    constexpr rlimit memory{rlim_t(4) << 30, rlim_t(4) << 30};
+    constexpr rlimit memory{rlim_t(3) << 30, rlim_t(3) << 30};
     setrlimit(RLIMIT_AS, &memory);
 #endif
 }

@@ -56,7 +56,7 @@ void RecogniserSession::answer(const LanguagesRequest&) {
 }
 
 void RecogniserSession::answer(const RecognizeRequest& request) {
-    const DecodedImage decoded = decodeImage(request.image);
+    const DecodedImage decoded = decodeImage(request.file);
     if (std::holds_alternative<UndecodableImage>(decoded)) {
         m_send(NoImageReply{});
         return;

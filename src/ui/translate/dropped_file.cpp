@@ -2,15 +2,12 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QPromise>
 #include <QStringDecoder>
 #include <QStringList>
-#include <QThreadPool>
-#include <qcorofuture.h>
 
-#include <memory>
 #include <utility>
 
+#include "common/background.h"
 #include "common/text_limit.h"
 
 namespace tralio {
@@ -46,14 +43,8 @@ DroppedFileKind droppedFileKind(const QUrl& fileURL) {
 }
 
 QCoro::Task<std::optional<QString>> readTextFile(QString path) {
-    auto content = std::make_shared<QPromise<std::optional<QString>>>();
-    content->start();
-    QThreadPool::globalInstance()->start([content, path = std::move(path)] {
-        content->addResult(contentOf(path));
-        content->finish();
-    });
-    const auto future = content->future();
-    co_return co_await future;
+    auto reading = inBackground([path = std::move(path)] { return contentOf(path); });
+    co_return co_await std::move(reading);
 }
 
 }  // namespace tralio

@@ -6,6 +6,16 @@
 
 namespace tralio {
 
+namespace {
+
+Picture pictureOf(const QMimeData& content) {
+    const QString format = bestPictureFormat(content.formats());
+    const QByteArray bytes = content.data(format.isEmpty() ? fileContentFormat() : format);
+    return bytes.isEmpty() ? nullptr : std::make_shared<MemoryFile>(bytes);
+}
+
+}  // namespace
+
 bool mayBringItems(const QMimeData& content) {
     const ForeignContent kind = foreignContent(content);
     return kind == ForeignContent::files || kind == ForeignContent::picture;
@@ -21,9 +31,7 @@ QList<DroppedItem> itemsIn(const QMimeData& content) {
             return items;
         }
         case ForeignContent::picture:
-            if (content.hasImage())
-                return {{.image = qvariant_cast<QImage>(content.imageData())}};
-            return {{.image = QImage::fromData(content.data(fileContentFormat()))}};
+            return {{.picture = pictureOf(content)}};
         case ForeignContent::nothing:
         case ForeignContent::text:
             return {};

@@ -19,8 +19,16 @@ void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
     const QString text = m_services.pasteboard.string().value_or(QString()).trimmed();
     if (!text.isEmpty())
         takeText(text, autoTranslate);
-    else if (const QImage image = m_services.pasteboard.image(); !image.isNull())
-        performOCR(image, autoTranslate);
+    else
+        pastePicture(autoTranslate);
+}
+
+QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
+    const auto self = shared_from_this();
+    auto reading = m_services.pasteboard.picture();
+    const Picture picture = co_await std::move(reading);
+    if (picture)
+        performOCR(picture, autoTranslate);
 }
 
 QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
@@ -114,9 +122,9 @@ bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
         }
         return true;
     }
-    if (item.image.isNull())
+    if (!item.picture)
         return false;
-    performOCR(item.image, AutoTranslate::yes);
+    performOCR(item.picture, AutoTranslate::yes);
     return true;
 }
 

@@ -118,6 +118,7 @@ public:
 private:
     QCoro::Task<void> translate(QString text, std::stop_token stop);
     QCoro::Task<void> translateFile(QString path);
+    QCoro::Task<void> pastePicture(AutoTranslate autoTranslate);
     void endRecognition(
         const QString& text, const std::optional<QString>& failure, AutoTranslate autoTranslate);
     void takeText(const QString& text, AutoTranslate autoTranslate);

@@ -3,10 +3,13 @@
 #include <QPainter>
 #include <QTemporaryDir>
 
+#include <unistd.h>
+
 #include "common/clock.h"
 #include "ocr/ocr_test_support.h"
 #include "support/fake_clock.h"
 #include "support/files.h"
+#include "support/pictures.h"
 
 namespace tralio {
 namespace {
@@ -14,9 +17,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// A picture of a text, one line below the other, as a screen would show it.
-QImage pictureOf(
-    const QStringList& lines, double ratio = 1, QColor ink = Qt::black, QColor paper = Qt::white) {
+/// A text, one line below the other, as a screen would show it.
+QImage drawn(const QStringList& lines, double ratio = 1, QColor ink = Qt::black, QColor paper = Qt::white) {
     QImage image(qRound(480 * ratio), qRound((20 + 30 * static_cast<double>(lines.size())) * ratio),
         QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
@@ -28,7 +30,20 @@ QImage pictureOf(
     painter.setPen(ink);
     for (qsizetype i = 0; i < lines.size(); ++i)
         painter.drawText(QPointF(16, 32 + 30 * static_cast<double>(i)), lines[i]);
+    image.setText(devicePixelRatioKey.toString(), QString::number(ratio));
     return image;
+}
+
+Picture pictureOf(
+    const QStringList& lines, double ratio = 1, QColor ink = Qt::black, QColor paper = Qt::white) {
+    return encoded(drawn(lines, ratio, ink, paper));
+}
+
+/// The most memory that a process has had so far, in kB.
+qint64 mostMemory(qint64 process) {
+    const QByteArray status = contentOf(u"/proc/%1/status"_s.arg(process));
+    const qsizetype at = status.indexOf("VmHWM:");
+    return at < 0 ? 0 : status.mid(at + 6, status.indexOf("kB", at) - at - 6).trimmed().toLongLong();
 }
 
 class HelperTextRecognizerTest : public testing::Test {
@@ -58,7 +73,8 @@ protected:
         return QUrl::fromLocalFile(folder.filePath(name));
     }
 
-    const QImage hello = pictureOf({u"Hello world"_s});
+    const QImage page = drawn({u"Hello world"_s});
+    const Picture hello = encoded(page);
     QTemporaryDir folder;
     int scripts = 0;
     QString failedOnce;  ///< is there when the last helper of `scriptOnce` has begun to fail
@@ -107,14 +123,14 @@ TEST_F(HelperTextRecognizerTest, tells_the_languages_of_the_installed_packs_and_
 }
 
 TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_next_one_works) {
-    const QUrl good = saved(u"good.png"_s, hello);
+    const QUrl good = saved(u"good.png"_s, page);
     const QByteArray bytes = contentOf(good.toLocalFile());
     QImage huge(20'000, 20'000, QImage::Format_Mono);
     huge.fill(1);
     const OCRError tooLarge = OCRError::recognitionFailed(recogniser_protocol::tooLarge(huge.size()));
-    QImage glass(hello.size(), QImage::Format_ARGB32);
+    QImage glass(page.size(), QImage::Format_ARGB32);
     glass.fill(Qt::transparent);
-    QPainter(&glass).drawImage(0, 0, pictureOf({u"Hello world"_s}, 1, Qt::white, Qt::transparent));
+    QPainter(&glass).drawImage(0, 0, drawn({u"Hello world"_s}, 1, Qt::white, Qt::transparent));
 
     struct Case {
         const char* what;
@@ -122,13 +138,13 @@ TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_n
         std::optional<OCRError> error;
     };
     const Case cases[] = {
-        {"sixteen bits a channel", saved(u"deep.png"_s, hello.convertToFormat(QImage::Format_RGBX64)), {}},
+        {"sixteen bits a channel", saved(u"deep.png"_s, page.convertToFormat(QImage::Format_RGBX64)), {}},
         {"another format than its name says", written(u"photo.jpg"_s, bytes), {}},
         {"cut off in its header", written(u"short.png"_s, bytes.first(20)), OCRError::invalidImage()},
         {"no image", written(u"text.png"_s, "Hello world"), OCRError::invalidImage()},
         {"not there", QUrl::fromLocalFile(folder.filePath(u"none.png"_s)), OCRError::invalidImage()},
         {"huge", saved(u"huge.png"_s, huge), tooLarge},
-        {"blank", saved(u"blank.png"_s, pictureOf({})), OCRError::noTextFound()},
+        {"blank", saved(u"blank.png"_s, drawn({})), OCRError::noTextFound()},
     };
     for (const Case& given : cases) {
         const Text ending = endingOf(service.recognizeText(given.file));
@@ -136,11 +152,37 @@ TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_n
         EXPECT_EQ(ending.result.value_or(QString()), given.error ? QString() : u"Hello world"_s)
             << given.what;
     }
-    EXPECT_EQ(endingOf(service.recognizeText(huge)).error, tooLarge);
+    EXPECT_EQ(endingOf(service.recognizeText(encoded(huge))).error, tooLarge);
     const Text half = endingOf(service.recognizeText(written(u"half.png"_s, bytes.first(bytes.size() / 2))));
     EXPECT_TRUE(half.error) << "cut off in the middle";
-    EXPECT_EQ(endingOf(service.recognizeText(glass)).result, u"Hello world"_s) << "white on transparent";
+    EXPECT_EQ(endingOf(service.recognizeText(encoded(glass))).result, u"Hello world"_s)
+        << "white on transparent";
     EXPECT_EQ(endingOf(service.recognizeText(good)).result, u"Hello world"_s);
+}
+
+TEST_F(HelperTextRecognizerTest, a_picture_that_announces_more_than_it_is_costs_nothing_but_itself) {
+    // A text of 1.68 GB behind the header, as it says.
+    QByteArray announcing = fileOf(page).first(33) + QByteArray::fromHex("6422a000") + "iTXt";
+    announcing += QByteArray(500, 'A');
+    HelperTextRecognizer logged(
+        script("exec \"$helper\" \"$@\" 2>>'" + QFile::encodeName(folder.filePath(u"log"_s)) + "'"), clock);
+    OCRService read(logged);
+    const qint64 before = mostMemory(getpid());
+    EXPECT_EQ(endingOf(read.recognizeText(std::make_shared<MemoryFile>(announcing))).error,
+        OCRError::invalidImage());
+    EXPECT_EQ(endingOf(read.recognizeText(written(u"a.png"_s, announcing))).error, OCRError::invalidImage());
+    const qint64 helper = logged.helperProcessId();
+    EXPECT_LT(mostMemory(helper), 300'000);
+    EXPECT_LT(mostMemory(getpid()) - before, 20'000);
+    EXPECT_EQ(endingOf(read.recognizeText(hello)).result, u"Hello world"_s);
+    EXPECT_EQ(logged.helperProcessId(), helper);
+
+    const auto endless = std::make_shared<MemoryFile>();
+    const QByteArray megabyte(1 << 20, 'A');
+    while (endless->size() <= largestPicture)
+        endless->append(megabyte);
+    EXPECT_EQ(endingOf(read.recognizeText(endless)).error,
+        OCRError::recognitionFailed(u"Hình ảnh quá lớn (hơn 256 MB)."_s));
 }
 
 TEST_F(HelperTextRecognizerTest, one_helper_serves_image_after_image_and_ends_when_there_are_no_more) {

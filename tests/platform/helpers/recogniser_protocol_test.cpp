@@ -18,11 +18,8 @@ QByteArray payloadOf(const QByteArray& frame) {
 }
 
 RecognizeRequest imageRequest() {
-    QImage image(7, 3, QImage::Format_ARGB32);
-    image.fill(QColor(10, 20, 30, 40));
-    image.setPixelColor(6, 2, Qt::red);
-    image.setDevicePixelRatio(1.5);
-    return {image, {RecognitionRequest::Level::fast, false, QStringList{u"ja-JP"_s, u"vi-VN"_s}}};
+    return {QUrl::fromLocalFile(u"/tmp/a b/ảnh.png"_s),
+        {RecognitionRequest::Level::fast, false, QStringList{u"ja-JP"_s, u"vi-VN"_s}}};
 }
 
 ObservationsReply twoLines() {
@@ -31,9 +28,8 @@ ObservationsReply twoLines() {
 
 TEST(HelperProtocol, messages_arrive_as_they_were_sent_however_the_bytes_are_cut) {
     const RecognizeRequest sent = imageRequest();
-    const QUrl file = QUrl::fromLocalFile(u"/tmp/a b/ảnh.png"_s);
-    const QByteArray stream = encode(Request(sent)) + encode(Request(RecognizeRequest{file, {}})) +
-        encode(Request(LanguagesRequest{}));
+    const QByteArray stream =
+        encode(Request(sent)) + encode(Request(RecognizeRequest{})) + encode(Request(LanguagesRequest{}));
     frames::Reader reader(maximumRequest);
     std::vector<Request> received;
     for (const char byte : stream) {
@@ -45,13 +41,9 @@ TEST(HelperProtocol, messages_arrive_as_they_were_sent_however_the_bytes_are_cut
         }
     }
     ASSERT_EQ(received.size(), 3U);
-    const auto& withImage = std::get<RecognizeRequest>(received[0]);
-    EXPECT_EQ(withImage.options, sent.options);
-    EXPECT_EQ(std::get<QImage>(withImage.image), std::get<QImage>(sent.image));
-    EXPECT_EQ(std::get<QImage>(withImage.image).devicePixelRatio(), 1.5);
-    const auto& withFile = std::get<RecognizeRequest>(received[1]);
-    EXPECT_EQ(std::get<QUrl>(withFile.image), file);
-    EXPECT_EQ(withFile.options, RecognitionRequest());
+    EXPECT_EQ(std::get<RecognizeRequest>(received[0]).options, sent.options);
+    EXPECT_EQ(std::get<RecognizeRequest>(received[0]).file, sent.file);
+    EXPECT_EQ(std::get<RecognizeRequest>(received[1]).options, RecognitionRequest());
     EXPECT_TRUE(std::holds_alternative<LanguagesRequest>(received[2]));
 
     const auto reply = decodeReply(payloadOf(encode(Reply(twoLines()))));
@@ -82,12 +74,7 @@ TEST(HelperProtocol, damaged_messages_do_no_harm) {
         for (int k = 0; k < 3; ++k)
             damaged[static_cast<qsizetype>(random() % static_cast<size_t>(damaged.size()))] =
                 static_cast<char>(random());
-        if (const auto decoded = decodeRequest(damaged)) {
-            const auto* recognize = std::get_if<RecognizeRequest>(&*decoded);
-            const auto* image = recognize ? std::get_if<QImage>(&recognize->image) : nullptr;
-            if (image)
-                EXPECT_LE(image->sizeInBytes(), damaged.size());
-        }
+        (void)decodeRequest(damaged);
         (void)decodeReply(damaged);
     }
 }

@@ -53,8 +53,12 @@ std::optional<QString> ToolkitPasteboard::string() {
     return content && content->hasText() ? std::optional(content->text()) : std::nullopt;
 }
 
-QImage ToolkitPasteboard::image() {
-    return QGuiApplication::clipboard()->image();
+QCoro::Task<Picture> ToolkitPasteboard::picture() {
+    const QMimeData* content = QGuiApplication::clipboard()->mimeData();
+    const QString format = content ? bestPictureFormat(content->formats()) : QString();
+    if (format.isEmpty())
+        co_return Picture();
+    co_return Picture(std::make_shared<MemoryFile>(content->data(format)));
 }
 
 bool ToolkitPasteboard::isConcealed() {

@@ -60,7 +60,7 @@ public:
 
     qint64 changeCount() override { return m_changeCount; }
     std::optional<QString> string() override;
-    QImage image() override;
+    QCoro::Task<Picture> picture() override;
     bool isConcealed() override;
     void setString(const QString& text) override;
     QString ownString() override { return m_own.text(); }

@@ -46,10 +46,11 @@ Expected expect(const Reply& reply) {
     throw LocalizedError(u"Bộ nhận dạng trả lời sai câu hỏi."_s);
 }
 
-void refuseTooLarge(const ImageSource& image) {
-    const auto* bitmap = std::get_if<QImage>(&image);
-    if (bitmap && qint64(bitmap->width()) * bitmap->height() > maximumPixels)
-        throw LocalizedError(tooLarge(bitmap->size()));
+/// Under which the helper opens it.
+QUrl addressOf(const Picture& picture) {
+    if (picture->size() > largestPicture)
+        throw LocalizedError(tooLarge());
+    return QUrl::fromLocalFile(picture->path());
 }
 
 }  // namespace
@@ -87,15 +88,18 @@ QCoro::Task<QStringList> HelperTextRecognizer::supportedLanguages(std::stop_toke
 
 QCoro::Task<std::vector<TextObservation>> HelperTextRecognizer::recognize(
     ImageSource image, RecognitionRequest request, std::stop_token stop) {
-    refuseTooLarge(image);
-    const QFuture<Reply> future = submit(RecognizeRequest{std::move(image), std::move(request)}, stop);
+    Picture picture = std::holds_alternative<Picture>(image) ? std::get<Picture>(image) : nullptr;
+    const QUrl file = picture ? addressOf(picture) : std::get<QUrl>(image);
+    const QFuture<Reply> future =
+        submit(RecognizeRequest{file, std::move(request)}, stop, std::move(picture));
     const Reply reply = co_await future;
     co_return expect<ObservationsReply>(reply).observations;
 }
 
-QFuture<Reply> HelperTextRecognizer::submit(const Request& request, const std::stop_token& stop) {
-    const Jobs::Id id =
-        m_jobs.add({encode(request)}, stop, this, [this](Jobs::Id stopped) { cancel(stopped); });
+QFuture<Reply> HelperTextRecognizer::submit(
+    const Request& request, const std::stop_token& stop, Picture picture) {
+    const Jobs::Id id = m_jobs.add(
+        {encode(request), std::move(picture)}, stop, this, [this](Jobs::Id stopped) { cancel(stopped); });
     QFuture<Reply> future = m_jobs.future(id);
     sendNext();
     return future;

@@ -39,11 +39,12 @@ public:
 private:
     struct Details {
         QByteArray frame;
+        Picture picture;  ///< that has to be there while the helper reads it
     };
     using Jobs = HelperJobs<recogniser_protocol::Reply, Details>;
 
     [[nodiscard]] QFuture<recogniser_protocol::Reply> submit(
-        const recogniser_protocol::Request& request, const std::stop_token& stop);
+        const recogniser_protocol::Request& request, const std::stop_token& stop, Picture picture = {});
     void sendNext();
     void take(const QByteArray& payload);
     void cancel(Jobs::Id id);

@@ -1,68 +1,8 @@
 #include "platform/linux/helpers/recogniser_protocol.h"
 
-#include <QIODevice>
-
 #include "platform/linux/helpers/messages.h"
 
 namespace tralio {
-namespace {
-
-void writeBitmap(QDataStream& stream, const QImage& image) {
-    const QImage plain = image.convertToFormat(QImage::Format_ARGB32);
-    stream << qint32(plain.width()) << qint32(plain.height()) << plain.devicePixelRatio();
-    for (int y = 0; y < plain.height(); ++y)
-        stream.writeRawData(reinterpret_cast<const char*>(plain.constScanLine(y)),
-            static_cast<int>(plain.width() * recogniser_protocol::bytesPerPixel));
-}
-
-/// The bitmap takes the rest of the message; one of another size makes it none.
-QImage readBitmap(QDataStream& stream) {
-    using namespace recogniser_protocol;
-    qint32 width = 0;
-    qint32 height = 0;
-    double ratio = 0;
-    stream >> width >> height >> ratio;
-    const bool isSound = width > 0 && height > 0 && qint64(width) * height <= maximumPixels && ratio > 0;
-    QImage image;
-    if (isSound && stream.device()->bytesAvailable() == qint64(width) * height * bytesPerPixel)
-        image = QImage(width, height, QImage::Format_ARGB32);
-    if (image.isNull()) {
-        stream.setStatus(QDataStream::ReadCorruptData);
-        return image;
-    }
-    for (int y = 0; y < height; ++y)
-        stream.readRawData(
-            reinterpret_cast<char*>(image.scanLine(y)), static_cast<int>(width * bytesPerPixel));
-    image.setDevicePixelRatio(ratio);
-    return image;
-}
-
-/// The source of a message, under a name of ours by which its operators are found.
-struct SourceField {
-    ImageSource& source;
-};
-
-QDataStream& operator<<(QDataStream& stream, const SourceField& field) {
-    const QUrl* file = std::get_if<QUrl>(&field.source);
-    stream << (file != nullptr);
-    if (file)
-        stream << *file;
-    else
-        writeBitmap(stream, std::get<QImage>(field.source));
-    return stream;
-}
-
-QDataStream& operator>>(QDataStream& stream, SourceField& field) {
-    bool isFile = false;
-    stream >> isFile;
-    if (isFile)
-        stream >> field.source.emplace<QUrl>();
-    else
-        field.source = readBitmap(stream);
-    return stream;
-}
-
-}  // namespace
 
 static QDataStream& operator<<(QDataStream& stream, const RecognitionRequest& request) {
     stream << (request.level == RecognitionRequest::Level::accurate) << request.usesLanguageCorrection
@@ -107,8 +47,7 @@ template <typename Fields>
 static void each(LanguagesRequest& /*message*/, Fields /*fields*/) {}
 template <typename Fields>
 static void each(RecognizeRequest& message, Fields fields) {
-    SourceField source{message.image};
-    fields(message.options, source);
+    fields(message.options, message.file);
 }
 template <typename Fields>
 static void each(LanguagesReply& message, Fields fields) {
@@ -133,6 +72,10 @@ static void each(FailureReply& message, Fields fields) {
 
 QString tooLarge(QSize size) {
     return u"Hình ảnh quá lớn (%1 × %2 điểm ảnh)."_s.arg(size.width()).arg(size.height());
+}
+
+QString tooLarge() {
+    return u"Hình ảnh quá lớn (hơn %1 MB)."_s.arg(largestPicture >> 20);
 }
 
 QByteArray encode(const Request& request) {

@@ -15,20 +15,20 @@
 /// `Accepted`.
 namespace tralio::recogniser_protocol {
 
-/// More than this is refused before it is decoded or sent.
+/// More than this is refused before it is decoded.
 inline constexpr qint64 maximumPixels = 64'000'000;
 
-inline constexpr qint64 bytesPerPixel = 4;
-inline constexpr qint64 maximumRequest = maximumPixels * bytesPerPixel + 64 * 1024;
+inline constexpr qint64 maximumRequest = 64 * 1024;
 inline constexpr qint64 maximumReply = 16 * 1024 * 1024;
 
-/// What the user is told of such an image.
+/// What the user is told of such an image, and of one of more than `largestPicture` bytes.
 [[nodiscard]] QString tooLarge(QSize size);
+[[nodiscard]] QString tooLarge();
 
 struct PrepareRequest {};
 struct LanguagesRequest {};
 struct RecognizeRequest {
-    ImageSource image;
+    QUrl file;
     RecognitionRequest options;
 };
 using Request = std::variant<PrepareRequest, LanguagesRequest, RecognizeRequest>;

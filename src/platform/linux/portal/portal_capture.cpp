@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QPromise>
 #include <QUrl>
 #include <qcorofuture.h>
@@ -28,9 +27,8 @@ bool take(const QUrl& picture, const QDateTime& begun, const QString& outputPath
     const QString path = picture.toLocalFile();
     if (path.isEmpty() || !QFile::exists(path))
         return false;
-    const bool isPng = QImageReader::imageFormat(path) == "png";
-    const bool copied =
-        isPng ? QFile::copy(path, outputPath) : QImageReader(path).read().save(outputPath, "PNG");
+    // Whatever format it has: the recogniser looks at the bytes, and nobody else does.
+    const bool copied = QFile::copy(path, outputPath);
     if (QFileInfo(path).lastModified() >= begun)
         QFile::remove(path);
     return copied;

@@ -18,8 +18,4 @@ QString decodeText(const QByteArray& bytes, TextFormat::Encoding encoding) {
     return isWhole ? text : beginningOfLongText(text);
 }
 
-QImage decodePicture(const QByteArray& bytes, const PictureFormat& format) {
-    return QImage::fromData(bytes, format.decoder);
-}
-
 }  // namespace tralio

@@ -121,21 +121,21 @@ std::optional<QString> DataControl::text(Selection selection, QDeadlineTimer dea
         [&](const TextFormat& candidate) { return offered.contains(QLatin1String(candidate.name)); });
     if (format == textFormats.end())
         return std::nullopt;
-    const auto bytes = content(selection, QLatin1String(format->name), longestTextBytes, deadline);
+    const auto pipe = receive(selection, QLatin1String(format->name));
+    const auto bytes = pipe ? pipe->read(longestTextBytes, deadline) : std::nullopt;
     return bytes ? std::optional(decodeText(*bytes, format->encoding)) : std::nullopt;
 }
 
-std::optional<QByteArray> DataControl::content(
-    Selection selection, const QString& mimeType, qsizetype most, QDeadlineTimer deadline) {
+std::shared_ptr<DataPipeReader> DataControl::receive(Selection selection, const QString& mimeType) {
     const auto& offer = state(selection).offer;
-    DataPipeReader pipe;
-    if (!offer || !pipe.isOpen())
-        return std::nullopt;
-    sendRequest(
-        offer->object.get(), Protocol::OfferRequest::receive, mimeType.toUtf8().constData(), pipe.writeEnd());
+    auto pipe = std::make_shared<DataPipeReader>();
+    if (!offer || !pipe->isOpen())
+        return nullptr;
+    sendRequest(offer->object.get(), Protocol::OfferRequest::receive, mimeType.toUtf8().constData(),
+        pipe->writeEnd());
     m_connection.flush();
-    pipe.closeWriteEnd();
-    return pipe.read(most, deadline);
+    pipe->closeWriteEnd();
+    return pipe;
 }
 
 void DataControl::setClipboard(const QString& text) {

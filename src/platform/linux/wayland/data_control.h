@@ -6,12 +6,15 @@
 #include <QStringList>
 
 #include <array>
+#include <memory>
 #include <optional>
 
 #include "platform/linux/wayland/data_control_protocol.h"
 #include "platform/linux/wayland/wayland_connection.h"
 
 namespace tralio {
+
+class DataPipeReader;
 
 /// The clipboard and the PRIMARY selection through the data-control protocol. No content is read before it is
 /// asked for.
@@ -40,9 +43,9 @@ public:
     /// The kinds of content that a selection's owner offers, by their MIME types.
     [[nodiscard]] QStringList mimeTypes(Selection selection);
 
-    /// The content of one kind, or the first `most` + 1 bytes of one that has more.
-    [[nodiscard]] std::optional<QByteArray> content(
-        Selection selection, const QString& mimeType, qsizetype most, QDeadlineTimer deadline);
+    /// The pipe out of which the content of one kind comes, which may be read on any thread; null when there
+    /// is none.
+    [[nodiscard]] std::shared_ptr<DataPipeReader> receive(Selection selection, const QString& mimeType);
 
     void setClipboard(const QString& text);
     [[nodiscard]] bool ownsClipboard() const { return m_source != nullptr; }

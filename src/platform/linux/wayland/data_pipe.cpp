@@ -40,23 +40,31 @@ void DataPipeReader::closeWriteEnd() {
 
 std::optional<QByteArray> DataPipeReader::read(qsizetype most, QDeadlineTimer deadline) const {
     QByteArray all;
+    const bool isWhole = read(most, deadline, [&all](QByteArrayView piece) { all += piece; });
+    return isWhole ? std::optional(all) : std::nullopt;
+}
+
+bool DataPipeReader::read(
+    qsizetype most, QDeadlineTimer deadline, const std::function<void(QByteArrayView)>& take) const {
     std::array<char, 64 * 1024> part;
-    while (all.size() <= most) {
+    for (qsizetype size = 0; size <= most;) {
         pollfd readable{m_readEnd, POLLIN, 0};
         const int ready = poll(&readable, 1, static_cast<int>(deadline.remainingTime()));
         if (ready < 0 && errno == EINTR)
             continue;  // by a signal, such as the one after a pause of the whole program
         if (ready <= 0)
-            return std::nullopt;
-        const auto wanted = std::min(size_t(most + 1 - all.size()), part.size());
+            return false;
+        const auto wanted = std::min(size_t(most + 1 - size), part.size());
         const ssize_t count = ::read(m_readEnd, part.data(), wanted);
         if (count == 0)
-            return all;
+            return true;
         if (count < 0 && errno != EINTR)
-            return std::nullopt;
-        all.append(part.data(), std::max<ssize_t>(count, 0));
+            return false;
+        if (count > 0)
+            take(QByteArrayView(part.data(), count));
+        size += std::max<ssize_t>(count, 0);
     }
-    return all;
+    return true;
 }
 
 DataPipeWriter::DataPipeWriter(int fd, const QString& text) : m_fd(fd), m_rest(text.toUtf8()) {

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace tralio {
@@ -26,6 +27,9 @@ public:
     /// Everything until the writer closes its end, or the first `most` + 1 bytes when there are more; absent
     /// when neither has come by `deadline`.
     [[nodiscard]] std::optional<QByteArray> read(qsizetype most, QDeadlineTimer deadline) const;
+    /// The same, piece by piece; false where it would be absent.
+    [[nodiscard]] bool read(
+        qsizetype most, QDeadlineTimer deadline, const std::function<void(QByteArrayView)>& take) const;
 
 private:
     int m_readEnd = -1;

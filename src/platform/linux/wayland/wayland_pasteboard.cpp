@@ -3,15 +3,15 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
-#include "platform/linux/selection/clipboard_formats.h"
+#include "common/background.h"
 #include "platform/linux/wayland/data_control.h"
+#include "platform/linux/wayland/data_pipe.h"
 
 namespace tralio {
 namespace {
 
-constexpr int readLimit = 250;    // milliseconds
-constexpr int imageLimit = 2000;  // milliseconds
-constexpr qsizetype mostPictureBytes = 256 << 20;
+constexpr int readLimit = 250;      // milliseconds
+constexpr int pictureLimit = 5000;  // milliseconds
 
 constexpr auto clipboard = DataControl::Selection::clipboard;
 
@@ -33,22 +33,20 @@ std::optional<QString> WaylandPasteboard::string() {
     return m_dataControl.text(clipboard, QDeadlineTimer(readLimit));
 }
 
-QImage WaylandPasteboard::image() {
-    if (belongsToToolkit())
-        return QGuiApplication::clipboard()->image();
-    const QStringList offered = m_dataControl.mimeTypes(clipboard);
-    for (const PictureFormat& format : pictureFormats) {
-        const QLatin1String name(format.name);
-        if (!offered.contains(name))
-            continue;
-        const auto bytes =
-            m_dataControl.content(clipboard, name, mostPictureBytes, QDeadlineTimer(imageLimit));
-        if (QImage image =
-                bytes && bytes->size() <= mostPictureBytes ? decodePicture(*bytes, format) : QImage();
-            !image.isNull())
-            return image;
-    }
-    return {};
+QCoro::Task<Picture> WaylandPasteboard::picture() {
+    const QString format = bestPictureFormat(m_dataControl.mimeTypes(clipboard));
+    if (format.isEmpty() || belongsToToolkit())
+        co_return Picture();  // we copy texts only
+    const std::shared_ptr<DataPipeReader> pipe = m_dataControl.receive(clipboard, format);
+    if (!pipe)
+        co_return Picture();
+    auto reading = inBackground([pipe]() -> Picture {
+        const auto picture = std::make_shared<MemoryFile>();
+        const bool isWhole = pipe->read(largestPicture, QDeadlineTimer(pictureLimit),
+            [&picture](QByteArrayView piece) { picture->append(piece); });
+        return isWhole ? picture : nullptr;
+    });
+    co_return co_await std::move(reading);
 }
 
 bool WaylandPasteboard::isConcealed() {

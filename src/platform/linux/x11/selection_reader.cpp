@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 
 #include "common/text_limit.h"
 #include "platform/linux/selection/clipboard_formats.h"
@@ -9,8 +10,10 @@
 namespace tralio {
 namespace {
 
-constexpr qsizetype mostPictureBytes = 64 << 20;
 constexpr qsizetype mostTargetBytes = 64 << 10;
+
+/// Takes over what comes, piece by piece.
+using Sink = std::function<void(const QByteArray&)>;
 
 template <typename Event>
 const Event* eventAs(const xcb_generic_event_t& event, quint8 type) {
@@ -46,6 +49,13 @@ public:
     /// Of a content that has more than `most` bytes only the beginning is taken, with a few bytes more than
     /// that; the rest stays with the owner.
     std::optional<QByteArray> convert(xcb_atom_t target, qsizetype most) {
+        QByteArray all;
+        const bool isWhole = convert(target, most, [&all](const QByteArray& piece) { all += piece; });
+        return isWhole ? std::optional(all) : std::nullopt;
+    }
+
+    /// False when there is no such content, or not all of it has come.
+    bool convert(xcb_atom_t target, qsizetype most, const Sink& sink) {
         xcb_convert_selection(
             m_connection.xcb(), m_window, m_selection, target, m_property, XCB_CURRENT_TIME);
         const auto answer = m_connection.waitFor(
@@ -56,10 +66,13 @@ public:
             m_deadline);
         if (!answer ||
             reinterpret_cast<const xcb_selection_notify_event_t&>(*answer).property == XCB_ATOM_NONE)
-            return std::nullopt;
+            return false;
 
         const Piece first = takePiece(most);
-        return first.incremental ? collectPieces(most) : std::optional(first.bytes);
+        if (first.incremental)
+            return collectPieces(most, sink);
+        sink(first.bytes);
+        return true;
     }
 
 private:
@@ -81,9 +94,8 @@ private:
                 xcb_get_property_value_length(reply.get()))};
     }
 
-    std::optional<QByteArray> collectPieces(qsizetype most) {
-        QByteArray all;
-        while (all.size() <= most) {
+    bool collectPieces(qsizetype most, const Sink& sink) {
+        for (qsizetype size = 0; size <= most;) {
             const auto arrived = m_connection.waitFor(
                 [&](const xcb_generic_event_t& event) {
                     const auto* notify = eventAs<xcb_property_notify_event_t>(event, XCB_PROPERTY_NOTIFY);
@@ -92,13 +104,14 @@ private:
                 },
                 m_deadline);
             if (!arrived)
-                return std::nullopt;
-            const Piece piece = takePiece(most - all.size());
+                return false;
+            const Piece piece = takePiece(most - size);
             if (piece.bytes.isEmpty())
-                return all;
-            all += piece.bytes;
+                return true;
+            sink(piece.bytes);
+            size += piece.bytes.size();
         }
-        return all;
+        return true;
     }
 
     X11Connection& m_connection;
@@ -134,24 +147,23 @@ std::optional<QString> readSelectionText(
     return std::nullopt;
 }
 
-QImage readSelectionImage(
-    X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline, QDeadlineTimer imageDeadline) {
+Picture readSelectionPicture(X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline,
+    QDeadlineTimer pictureDeadline) {
     Conversion conversion(connection, selection, deadline);
     const auto targets = conversion.targets();
     if (!targets)
-        return {};
-    conversion.setDeadline(imageDeadline);
-    for (const PictureFormat& format : pictureFormats) {
-        const xcb_atom_t target = connection.atom(format.name);
+        return nullptr;
+    conversion.setDeadline(pictureDeadline);
+    for (const char* format : pictureFormats) {
+        const xcb_atom_t target = connection.atom(format);
         if (!contains(*targets, target))
             continue;
-        const auto bytes = conversion.convert(target, mostPictureBytes);
-        if (QImage image =
-                bytes && bytes->size() <= mostPictureBytes ? decodePicture(*bytes, format) : QImage();
-            !image.isNull())
-            return image;
+        const auto picture = std::make_shared<MemoryFile>();
+        if (conversion.convert(
+                target, largestPicture, [&](const QByteArray& piece) { picture->append(piece); }))
+            return picture;
     }
-    return {};
+    return nullptr;
 }
 
 bool selectionOffers(

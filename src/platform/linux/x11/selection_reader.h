@@ -1,11 +1,11 @@
 #pragma once
 
 #include <QDeadlineTimer>
-#include <QImage>
 #include <QString>
 
 #include <optional>
 
+#include "common/picture.h"
 #include "platform/linux/x11/x11_connection.h"
 
 namespace tralio {
@@ -18,9 +18,9 @@ namespace tralio {
     X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline);
 
 /// The picture of a selection, in the same way; null when there is none. Owners that say they have one may
-/// need time to encode it: `imageDeadline` is for them.
-[[nodiscard]] QImage readSelectionImage(
-    X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline, QDeadlineTimer imageDeadline);
+/// need time to encode it: `pictureDeadline` is for them.
+[[nodiscard]] Picture readSelectionPicture(
+    X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline, QDeadlineTimer pictureDeadline);
 
 /// Whether the owner of a selection offers it as `target`, in the same way.
 [[nodiscard]] bool selectionOffers(

@@ -3,13 +3,22 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include "common/background.h"
 #include "platform/linux/x11/selection_reader.h"
 
 namespace tralio {
 namespace {
 
-constexpr int readLimit = 250;    // milliseconds
-constexpr int imageLimit = 2000;  // milliseconds
+constexpr int readLimit = 250;      // milliseconds
+constexpr int pictureLimit = 5000;  // milliseconds
+
+/// On another thread, with a connection of its own.
+Picture readPicture() {
+    const auto connection = X11Connection::open();
+    return connection ? readSelectionPicture(*connection, connection->atom("CLIPBOARD"),
+                            QDeadlineTimer(readLimit), QDeadlineTimer(pictureLimit))
+                      : nullptr;
+}
 
 }  // namespace
 
@@ -25,11 +34,11 @@ std::optional<QString> X11Pasteboard::string() {
     return readSelectionText(m_connection, m_clipboard, QDeadlineTimer(readLimit));
 }
 
-QImage X11Pasteboard::image() {
+QCoro::Task<Picture> X11Pasteboard::picture() {
     if (QGuiApplication::clipboard()->ownsClipboard())
-        return QGuiApplication::clipboard()->image();
-    return readSelectionImage(
-        m_connection, m_clipboard, QDeadlineTimer(readLimit), QDeadlineTimer(imageLimit));
+        co_return Picture();  // we copy texts only
+    auto reading = inBackground(&readPicture);
+    co_return co_await std::move(reading);
 }
 
 bool X11Pasteboard::isConcealed() {

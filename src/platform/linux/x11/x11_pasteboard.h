@@ -13,7 +13,7 @@ public:
 
     qint64 changeCount() override { return m_watch.changeCount(); }
     std::optional<QString> string() override;
-    QImage image() override;
+    QCoro::Task<Picture> picture() override;
     bool isConcealed() override;
     void setString(const QString& text) override;
     QString ownString() override { return m_own.text(); }

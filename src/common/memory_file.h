@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+namespace tralio {
+
+/// Bytes in memory that belongs to a file without a name, and not to this process: they are handed over to
+/// another one of the user's by their path, without a copy, and are gone with this object. Can be filled on
+/// any thread, by one at a time.
+class MemoryFile final {
+public:
+    MemoryFile();
+    explicit MemoryFile(QByteArrayView content);
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+    ~MemoryFile();
+
+    /// Where there is no memory left, the file counts as broken, and is empty.
+    void append(QByteArrayView bytes);
+
+    [[nodiscard]] qint64 size() const { return m_size; }
+    /// Under which other processes open it for as long as this object lives.
+    [[nodiscard]] QString path() const;
+
+private:
+    int m_file;
+    qint64 m_size = 0;
+};
+
+}  // namespace tralio
