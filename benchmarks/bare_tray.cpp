@@ -1,4 +1,5 @@
-// The least that a tray program on this toolkit can be: an icon, and a plain window at SIGUSR1.
+// The least that a tray program on this toolkit can be: an icon, and a plain window that SIGUSR1 shows and
+// hides.
 
 #include <QApplication>
 #include <QIcon>
@@ -9,6 +10,7 @@
 
 #include <csignal>
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 int main(int argc, char** argv) {
     sigset_t openSignal;
@@ -26,10 +28,12 @@ int main(int argc, char** argv) {
 
     QWidget window;
     window.resize(530, 585);
-    QSocketNotifier opener(signalfd(-1, &openSignal, SFD_CLOEXEC), QSocketNotifier::Read);
+    const int signals = signalfd(-1, &openSignal, SFD_CLOEXEC);
+    QSocketNotifier opener(signals, QSocketNotifier::Read);
     QObject::connect(&opener, &QSocketNotifier::activated, &window, [&] {
-        opener.setEnabled(false);
-        window.show();
+        signalfd_siginfo taken{};
+        if (read(signals, &taken, sizeof taken) > 0)
+            window.setVisible(!window.isVisible());
     });
     return QApplication::exec();
 }

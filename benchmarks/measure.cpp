@@ -1,191 +1,292 @@
-// Prints what the program costs in memory and time on a virtual desktop, beside a bare tray program in the
-// same run. Figures to read, not to assert.
+// Prints what the program costs in memory and time on a virtual desktop, beside a bare tray program and other
+// resident ones, as a table. Figures to read, not to assert.
 
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
+#include <QStandardPaths>
+#include <QTest>
 #include <QTextStream>
+#include <QTimer>
 
-#include <algorithm>
 #include <csignal>
 #include <exception>
-#include <xcb/xtest.h>
 
-#include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
+#include "figures.h"
 #include "platform/linux/helpers/helper_http_client.h"
-#include "platform/linux/x11/x11_connection.h"
+#include "recognition.h"
+#include "state/sqlite_key_value_store.h"
+#include "support/stand_in_model.h"
+#include "window_watch.h"
 
+namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
-using namespace tralio;
 
-constexpr int rounds = 5;
-constexpr quint8 superKey = 133;
-constexpr quint8 shiftKey = 50;
-constexpr quint8 dKey = 40;
-
-double megabytes(qint64 pid) {
-    QFile rollup(u"/proc/%1/smaps_rollup"_s.arg(pid));
-    if (!rollup.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray& line : rollup.readAll().split('\n'))
-        if (line.startsWith("Pss:"))
-            return line.mid(4).trimmed().split(' ').first().toDouble() / 1024;
-    return 0;
-}
-
-/// How often the threads of a process have been woken.
-qint64 wakeUps(qint64 pid) {
-    qint64 sum = 0;
-    const QDir tasks(u"/proc/%1/task"_s.arg(pid));
-    for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile status(tasks.filePath(task + u"/status"_s));
-        if (!status.open(QIODevice::ReadOnly))
-            continue;
-        for (const QByteArray& line : status.readAll().split('\n'))
-            if (line.startsWith("voluntary_ctxt_switches:"))
-                sum += line.mid(24).trimmed().toLongLong();
-    }
-    return sum;
-}
+constexpr int warmPresses = 5;
 
 void sleepFor(int seconds) {
     [[maybe_unused]] const bool never = waitUntil([] { return false; }, seconds);
 }
 
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
+/// A resident program, and what was measured of it.
+struct Contestant {
+    QString name;
+    QString program;
+    std::function<void(const QProcess&)> open = {};  ///< brings its window onto the screen
+
+    Samples start = {};
+    Samples idle[3] = {};  ///< PSS, USS, RSS
+    Samples opened[3] = {};
+    Samples firstWindow = {};
+    Samples wakeUps = {};
+};
+
+void note(Samples (&samples)[3], const Memory& memory) {
+    samples[0].add(memory.proportional);
+    samples[1].add(memory.unique);
+    samples[2].add(memory.resident);
 }
 
-/// Sees windows come on the display, to the moment.
-class Watcher {
+class Benchmark final {
 public:
-    Watcher() : m_connection(X11Connection::open()) {
-        const quint32 events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-        xcb_change_window_attributes(m_connection->xcb(), m_connection->root(), XCB_CW_EVENT_MASK, &events);
-        m_connection->sync();
+    Benchmark(int rounds, int translations) : m_rounds(rounds), m_translations(translations) {
+        qputenv("DISPLAY", m_desktop.environment().value(u"DISPLAY"_s).toUtf8());
+        m_watch = std::make_unique<WindowWatch>();
+        SqliteKeyValueStore store(m_desktop.home() + u"/.local/share/tralio/tralio.sqlite"_s);
+        store.setValue(u"app_setting_base_url"_s, m_standIn.baseURL());
+        store.setValue(u"hasCompletedOnboarding"_s, true);
+        // Into the tray at once, as the others start.
+        QDir(m_desktop.home()).mkpath(u".goldendict"_s);
+        m_desktop.write(u".goldendict/config"_s,
+            u"<config><preferences><enableTrayIcon>1</enableTrayIcon><startToTray>1</startToTray>"
+            u"</preferences></config>"_s);
+
+        add({.name = u"Tralio"_s,
+            .program = QStringLiteral(TRALIO_PROGRAM),
+            .open = [this](const QProcess&) { m_watch->pressHotKey(); }});
+        add({.name = u"bare Qt tray"_s,
+            .program = QStringLiteral(BARE_TRAY),
+            .open = [](const QProcess& bare) { kill(static_cast<pid_t>(bare.processId()), SIGUSR1); }});
+        add({.name = u"copyq"_s,
+            .program = QStandardPaths::findExecutable(u"copyq"_s),
+            .open = [this](auto&) { m_desktop.start(u"copyq"_s, {u"show"_s}); }});
+        add({.name = u"goldendict"_s,
+            .program = QStandardPaths::findExecutable(u"goldendict"_s),
+            .open = [this](auto&) { m_desktop.start(u"goldendict"_s, {u"interface"_s}); }});
+        add({.name = u"flameshot"_s, .program = QStandardPaths::findExecutable(u"flameshot"_s)});
     }
 
-    /// Milliseconds from now until a window is put into a tray or frame, or mapped on the screen; then what
-    /// `trigger` did is visible.
-    double untilWindowComes(quint8 event, const std::function<void(X11Connection&)>& trigger) {
-        m_connection->dispatchPending();
-        QElapsedTimer time;
-        time.start();
-        trigger(*m_connection);
-        const auto seen = m_connection->waitFor(
-            [&](const xcb_generic_event_t& candidate) { return (candidate.response_type & 0x7f) == event; },
-            QDeadlineTimer(5000));
-        return seen ? static_cast<double>(time.nsecsElapsed()) / 1e6 : 0;
+    void run() {
+        m_desktop.start(u"mousepad"_s,
+            {u"--disable-server"_s, m_desktop.write(u"a.txt"_s, u"A sentence to translate."_s)});
+        // So that all of them are in the page cache, and have made their files.
+        for (const Contestant& contestant : m_contestants) {
+            QProcess& process = m_desktop.start(contestant.program);
+            sleepFor(3);
+            end(process);
+        }
+        for (int round = 0; round < m_rounds; ++round)
+            for (Contestant& contestant : m_contestants)
+                measure(contestant);
+        measureGrowth();
+        m_recognition = measureRecognition(m_desktop.home(), m_rounds);
+        measureHelper();
+        print();
     }
 
 private:
-    std::unique_ptr<X11Connection> m_connection;
-};
-
-void pressHotKey(X11Connection& connection) {
-    const auto fake = [&](quint8 type, quint8 key) {
-        xcb_test_fake_input(connection.xcb(), type, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
-    };
-    for (const quint8 key : {superKey, shiftKey, dKey})
-        fake(XCB_KEY_PRESS, key);
-    for (const quint8 key : {dKey, shiftKey, superKey})
-        fake(XCB_KEY_RELEASE, key);
-    xcb_flush(connection.xcb());
-}
-
-double startToTray(VirtualDesktop& desktop, Watcher& watcher, const QString& program) {
-    std::vector<double> times;
-    for (int round = 0; round < rounds; ++round) {
-        QProcess* process = nullptr;
-        times.push_back(watcher.untilWindowComes(
-            XCB_REPARENT_NOTIFY, [&](X11Connection&) { process = &desktop.start(program); }));
-        process->terminate();
-        process->waitForFinished();
+    void add(Contestant contestant) {
+        if (!contestant.program.isEmpty())
+            m_contestants.push_back(std::move(contestant));
     }
-    return median(times);
-}
 
-/// What tralio-http holds after a request by TLS, while the resident program runs, with which it shares
-/// the toolkit.
-double helperAfterRequest() {
-    StandInModel server(StandInModel::Encryption::selfSigned);
-    qputenv("SSL_CERT_FILE", QFile::encodeName(server.certificate()));
-    SystemClock clock;
-    HelperHttpClient client(QStringLiteral(HTTP_PROGRAM), clock);
-    const HttpRequest request{QUrl(server.baseURL())};
-    QCoro::Task<HttpResponse> sending = client.send(request, "{}", std::chrono::seconds(10), {});
-    return waitUntil([&] { return sending.isReady(); }, 10) ? megabytes(client.helperProcessId()) : 0;
-}
-
-void measure() {
-    QTextStream out(stdout);
-    out.setRealNumberPrecision(1);
-    out.setRealNumberNotation(QTextStream::FixedNotation);
-    VirtualDesktop desktop;
-    qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8());
-    Watcher watcher;
-
-    const double bareStart = startToTray(desktop, watcher, QStringLiteral(BARE_TRAY));
-    const double start = startToTray(desktop, watcher, QStringLiteral(TRALIO_PROGRAM));
-    out << "start to tray icon:            " << start << " ms, bare " << bareStart
-        << " ms: " << start / bareStart << " times\n"
-        << Qt::flush;
-
-    QProcess& bare = desktop.start(QStringLiteral(BARE_TRAY));
-    ProgramRun program(desktop);
-    program.standIn().translatesTo(u"Giao diện tốt nhất là giao diện mà bạn không còn để ý đến nữa."_s);
-    sleepFor(2);
-    const qint64 before = wakeUps(program.processId());
-    sleepFor(10);
-    out << "idle, tray only:               " << megabytes(program.processId()) << " MB PSS, bare "
-        << megabytes(bare.processId()) << " MB; "
-        << static_cast<double>(wakeUps(program.processId()) - before) / 10 << " wake-ups a second\n"
-        << Qt::flush;
-
-    const double bareWindow = watcher.untilWindowComes(
-        XCB_REPARENT_NOTIFY, [&](X11Connection&) { kill(static_cast<pid_t>(bare.processId()), SIGUSR1); });
-    desktop.start(
-        u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, u"A sentence to translate."_s)});
-    std::vector<double> popover;
-    std::vector<double> request;
-    for (int round = 0; round <= rounds; ++round) {
-        if (desktop.bringToFront(u"Mousepad"_s).isEmpty())
-            return;
-        desktop.press(u"ctrl+a"_s);
+    /// A text is marked in the application in front.
+    void mark() {
+        if (m_desktop.bringToFront(u"Mousepad"_s).isEmpty())
+            throw std::runtime_error("mousepad does not come to the front");
+        m_desktop.press(u"ctrl+a"_s);
         sleepFor(1);
+    }
+
+    void measure(Contestant& contestant) {
+        const bool isOurs = &contestant == &m_contestants.front();
+        QProcess* process = nullptr;
+        contestant.start.add(m_watch->untilOneComes(
+            WindowWatch::Coming::intoTrayOrFrame, [&] { process = &m_desktop.start(contestant.program); }));
+        sleepFor(3);
+        constexpr int idleSeconds = 5;
+        const qint64 before = wakeUpsOf(process->processId());
+        sleepFor(idleSeconds);
+        contestant.wakeUps.add(static_cast<double>(wakeUpsOf(process->processId()) - before) / idleSeconds);
+        note(contestant.idle, memoryOf(process->processId()));
+        if (contestant.open) {
+            mark();
+            QElapsedTimer sincePress;
+            sincePress.start();
+            contestant.firstWindow.add(
+                m_watch->untilOneComes(WindowWatch::Coming::ontoScreen, [&] { contestant.open(*process); }));
+            if (isOurs)
+                m_firstRequest.add(untilRequest(sincePress));
+            sleepFor(1);
+            note(contestant.opened, memoryOf(process->processId()));
+            for (int press = 0; isOurs && press < warmPresses; ++press)
+                pressAgain();
+        }
+        end(*process);
+    }
+
+    static void end(QProcess& process) {
+        process.terminate();
+        if (!process.waitForFinished(5000))
+            process.kill();
+        process.waitForFinished();
+    }
+
+    void pressAgain() {
+        m_desktop.press(u"Escape"_s);
+        mark();
         QElapsedTimer sincePress;
         sincePress.start();
-        const qsizetype requests = program.standIn().requests().size();
-        popover.push_back(watcher.untilWindowComes(XCB_MAP_NOTIFY, pressHotKey));
-        if (waitUntil([&] { return program.standIn().requests().size() > requests; }, 5))
-            request.push_back(static_cast<double>(sincePress.nsecsElapsed()) / 1e6);
-        if (round == 0)
-            out << "hot key to popover, first:     " << popover.front() << " ms (a bare window " << bareWindow
-                << " ms)\n";
-        sleepFor(1);
-        if (round == rounds)
-            out << "popover open:                  " << megabytes(program.processId()) << " MB PSS\n";
-        desktop.press(u"Escape"_s);
+        m_warmPopover.add(
+            m_watch->untilOneComes(WindowWatch::Coming::ontoScreen, [this] { m_watch->pressHotKey(); }));
+        m_warmRequest.add(untilRequest(sincePress));
         sleepFor(1);
     }
-    popover.erase(popover.begin());
-    out << "hot key to popover, warm:      " << median(popover) << " ms\n"
-        << "hot key to request on wire:    " << median(request) << " ms, of which 130 are fixed\n"
-        << "tralio-http after a request:   " << helperAfterRequest() << " MB PSS\n";
-}
+
+    /// Milliseconds from the beginning of `time` until the stand-in has the next request.
+    double untilRequest(const QElapsedTimer& time) {
+        QEventLoop loop;
+        double came = 0;
+        QObject::connect(&m_standIn, &StandInModel::requestReceived, &loop, [&] {
+            came = static_cast<double>(time.nsecsElapsed()) / 1e6;
+            loop.quit();
+        });
+        QTimer::singleShot(5000, &loop, &QEventLoop::quit);
+        loop.exec();
+        return came;
+    }
+
+    void translate(const QString& text) {
+        const qsizetype requests = m_standIn.requests().size();
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio"_s, u"TranslateText"_s);
+        call << text;
+        QDBusConnection::sessionBus().asyncCall(call);
+        if (!waitUntil([&] { return m_standIn.requests().size() > requests; }, 5))
+            throw std::runtime_error("a translation was not requested");
+        // What follows sooner takes the place of the one before.
+        [[maybe_unused]] const bool never = QTest::qWaitFor([] { return false; }, 320);
+    }
+
+    /// What is held after so many translations more than are needed to fill the history.
+    void measureGrowth() {
+        const QProcess& process = m_desktop.start(QStringLiteral(TRALIO_PROGRAM));
+        sleepFor(3);
+        m_standIn.translatesTo(u"Giao diện tốt nhất là giao diện mà bạn không còn để ý đến nữa."_s);
+        constexpr int historyLimit = 50;
+        double before = 0;
+        for (int i = 0; i < historyLimit + m_translations; ++i) {
+            if (i == historyLimit)
+                before = memoryOf(process.processId()).unique;
+            translate(u"Sentence %1 of many that are to be translated."_s.arg(i));
+        }
+        m_growth = memoryOf(process.processId()).unique - before;
+    }
+
+    /// What tralio-http holds after a request by TLS.
+    void measureHelper() {
+        StandInModel server(StandInModel::Encryption::selfSigned);
+        qputenv("SSL_CERT_FILE", QFile::encodeName(server.certificate()));
+        SystemClock clock;
+        HelperHttpClient client(QStringLiteral(HTTP_PROGRAM), clock);
+        const HttpRequest request{QUrl(server.baseURL())};
+        QCoro::Task<HttpResponse> sending = client.send(request, "{}", std::chrono::seconds(10), {});
+        if (waitUntil([&] { return sending.isReady(); }, 10))
+            m_helper = memoryOf(client.helperProcessId());
+    }
+
+    void row(const QString& what, const std::function<QString(const Contestant&)>& cell) {
+        m_out << "| " << what << " |";
+        for (const Contestant& contestant : m_contestants)
+            m_out << ' ' << cell(contestant) << " |";
+        m_out << '\n';
+    }
+    void ownRow(const QString& what, const QString& value) {
+        row(
+            what,
+            [&](const Contestant& contestant) {
+                return &contestant == &m_contestants.front() ? value : QString();
+            });
+    }
+
+    void print() {
+        const auto number = [](double value) { return QString::number(value, 'f', 1); };
+        row(
+            QString(), [](const Contestant& contestant) { return contestant.name; });
+        row(
+            u"---"_s, [](const Contestant&) { return u"---"_s; });
+        row(u"start to tray icon, ms"_s, [](const Contestant& c) { return c.start.text(); });
+        const QString kinds[] = {u"PSS"_s, u"USS"_s, u"RSS"_s};
+        for (int i = 0; i < 3; ++i)
+            row(u"idle %1, MiB"_s.arg(kinds[i]), [i](const Contestant& c) { return c.idle[i].text(); });
+        for (int i = 0; i < 3; ++i)
+            row(
+                u"window open %1, MiB"_s.arg(kinds[i]),
+                [i](const Contestant& c) { return c.opened[i].text(); });
+        row(
+            u"wake-ups a second, idle"_s, [](const Contestant& c) { return c.wakeUps.text(); });
+        row(u"asked for, to window, first, ms"_s, [](const Contestant& c) { return c.firstWindow.text(); });
+        ownRow(u"the same, warm, ms"_s, m_warmPopover.text());
+        ownRow(u"the same, warm, 95th, ms"_s, number(m_warmPopover.percentile(95)));
+        ownRow(u"hot key to request, first, ms"_s, m_firstRequest.text());
+        ownRow(u"the same, warm, ms"_s, m_warmRequest.text());
+        ownRow(u"the same, warm, 95th, ms"_s, number(m_warmRequest.percentile(95)));
+        ownRow(u"`tralio-http` PSS after https, MiB"_s, number(m_helper.proportional));
+        ownRow(u"growth (USS) over %1 translations, MiB"_s.arg(m_translations), number(m_growth));
+        ownRow(u"recognising 600×200, warm, ms"_s, m_recognition.ours.text());
+        ownRow(u"the `tesseract` program on it, ms"_s, m_recognition.tesseract.text());
+    }
+
+    int m_rounds;
+    int m_translations;
+    VirtualDesktop m_desktop;
+    StandInModel m_standIn;
+    std::unique_ptr<WindowWatch> m_watch;
+    std::vector<Contestant> m_contestants;
+    Samples m_warmPopover;
+    Samples m_firstRequest;
+    Samples m_warmRequest;
+    double m_growth = 0;
+    Memory m_helper;
+    Recognition m_recognition;
+    QTextStream m_out{stdout};
+};
 
 }  // namespace
+}  // namespace tralio
 
 int main(int argc, char** argv) {
+    using namespace Qt::StringLiterals;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    QCommandLineParser options;
+    options.addHelpOption();
+    const QCommandLineOption rounds(u"rounds"_s, u"How often each program is started."_s, u"times"_s, u"5"_s);
+    const QCommandLineOption translations(
+        u"translations"_s, u"Over how many the growth is measured."_s, u"count"_s, u"1000"_s);
+    options.addOptions({rounds, translations});
+    options.process(application);
     try {
-        measure();
+        tralio::Benchmark(options.value(rounds).toInt(), options.value(translations).toInt()).run();
     } catch (const std::exception& error) {
         QTextStream(stderr) << error.what() << '\n';
         return EXIT_FAILURE;

@@ -180,7 +180,7 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     write(u"Other.app/Contents/Info.plist"_s, u"another"_s);
     write(u"linked/Tralio.app/real"_s, u"a file"_s);
     ASSERT_TRUE(QFile::link(u"/etc"_s, path(u"linked/Tralio.app/Contents"_s)));
-    BundleInstaller installer({.programs = {}});
+    BundleInstaller installer({.programs = {}, .largestContent = 1 << 20});
     const auto fault = [&](const QString& archive) { return wordsOf(installer.checkArchive(path(archive))); };
     const auto archive = [this](const QString& name, const QStringList& content, const QString& from = {}) {
         runProgram(QStringLiteral(CMAKE_PROGRAM),
@@ -201,6 +201,14 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     upwards.replace("Tralio.app/Contents/Info.plist", "Tralio.app/../../../Info.plist");
     writeFile(path(u"upwards.zip"_s), upwards);
     EXPECT_EQ(fault(u"upwards.zip"_s), notOnlyTheBundle);
+
+    // A bomb, which says that it is small.
+    write(u"bomb/Tralio.app/a"_s, QString(2 << 20, u'0'));
+    QByteArray bomb = contentOf(path(archive(u"bomb.zip"_s, {u"Tralio.app"_s}, u"bomb"_s)));
+    bomb.replace(QByteArray::fromHex("00002000"), QByteArray::fromHex("03000000"));
+    writeFile(path(u"bomb.zip"_s), bomb);
+    ASSERT_TRUE(runProgram(u"unzip"_s, {u"-Zt"_s, path(u"bomb.zip"_s)}).contains(" 3 bytes uncompressed"));
+    EXPECT_TRUE(fault(u"bomb.zip"_s).contains(u"quá lớn")) << qPrintable(fault(u"bomb.zip"_s));
 
     QByteArray content = contentOf(path(whole));
     content[content.indexOf("Info.plist") + 12] ^= 1;

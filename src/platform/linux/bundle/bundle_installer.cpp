@@ -79,9 +79,16 @@ void BundleInstaller::checkProgram() const {
 
 QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     // WORKAROUND: gcc 12 does not compile a list of arguments inside a coroutine.
+    // What the archive says of its sizes, unzip does not hold it to.
+    const QStringList measure{u"-c"_s,
+        u"%1 -p \"$0\" | head -c %2 | wc -c"_s.arg(m_places.unzip).arg(m_places.largestContent + 1), zipPath};
     const QStringList test{u"-tqq"_s, zipPath};
     const QStringList names{u"-Z1"_s, zipPath};
     const QStringList kinds{u"-Zs"_s, zipPath};
+    const ProgramResult measured = co_await runProgram(u"/bin/sh"_s, measure, archiveLimit);
+    if (measured.status != 0 || measured.output.trimmed().toLongLong() > m_places.largestContent)
+        throw LocalizedError(
+            u"File cập nhật bung ra quá lớn (tối đa %1 MB)."_s.arg(m_places.largestContent >> 20));
     const ProgramResult tested = co_await runProgram(m_places.unzip, test, archiveLimit);
     if (tested.status != 0)
         throw LocalizedError(u"File cập nhật bị hỏng hoặc không phải là file zip."_s);

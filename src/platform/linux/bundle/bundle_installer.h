@@ -16,6 +16,7 @@ public:
         QString shell = QStringLiteral("/bin/bash");
         QString verifier = helpers + QStringLiteral("/tralio-verify");
         QString unzip = QStringLiteral("unzip");
+        qint64 largestContent = qint64(2) << 30;  ///< bytes that an archive may have in it
     };
 
     explicit BundleInstaller(Places places);
