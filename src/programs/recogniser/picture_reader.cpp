@@ -34,7 +34,7 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
         Reading part = reader.read(block, effort);
         all.lines.insert(
             all.lines.end(), std::move_iterator(part.lines.begin()), std::move_iterator(part.lines.end()));
-        linesRead(all.lines.size());
+        linesRead(std::ssize(all.lines));
     }
     return all;
 }

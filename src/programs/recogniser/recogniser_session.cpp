@@ -77,7 +77,8 @@ void RecogniserSession::answer(const RecognizeRequest& request) {
     }
     const bool isAccurate = request.options.level == RecognitionRequest::Level::accurate;
     const Reading reading = readPicture(engines(request.options.usesLanguageCorrection), packs, image,
-        isAccurate ? Effort::untilConfident : Effort::oneLook, [](size_t) {});
+        isAccurate ? Effort::untilConfident : Effort::oneLook,
+        [this](qsizetype lines) { m_send(Progress{static_cast<qint32>(lines)}); });
 
     ObservationsReply reply;
     for (const ReadLine& line : reading.lines)
