@@ -36,7 +36,9 @@ QCoro::Task<> printTexts(OCRService& service, QStringList paths, int repeat) {
         if (repeat > 1)
             std::fprintf(
                 stderr, "%s\t%.4f\n", qPrintable(path), 1e-9 * static_cast<double>(timer.nsecsElapsed()));
-        std::puts(text.constData());
+        // A form feed ends a page, as the tesseract program has it.
+        std::printf("%s\n%s", text.constData(), paths.size() > 1 ? "\f" : "");
+        std::fflush(stdout);
     }
     QCoreApplication::exit(status);
 }

@@ -163,18 +163,26 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     bool isReading = false;  // this one, and not another that was under way when the key was pressed again
     QString notice;
     auto noticeLasts = noticeTime;
+    const std::stop_source reading;
+    const std::stop_token stop = reading.get_token();
     try {
         auto capture = m_services.captures.captureInteractiveAndRecognize(
             [self] {
                 if (self)
                     self->m_services.popover.performClose();
             },
-            [self, &isReading] {
+            [self, &isReading, reading] {
                 if (self) {
                     isReading = true;
+                    self->m_services.appState.beginReading(reading);
                     self->m_services.appState.isReadingCapture = true;
                     self->showPopover();
                 }
+            },
+            stop,
+            [self, stop](qsizetype lines) {
+                if (self && !stop.stop_requested())
+                    self->m_services.appState.linesRead = lines;
             });
         text = co_await std::move(capture);
         if (text && text->trimmed().isEmpty())
@@ -191,6 +199,8 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
         co_return;
     if (isReading)
         m_services.appState.isReadingCapture = false;
+    if (stop.stop_requested())
+        co_return;
     if (failed)
         showPopover();
     else if (text && !text->trimmed().isEmpty())

@@ -44,12 +44,13 @@ QString joined(const std::vector<TextObservation>& observations) {
 }
 
 /// A coroutine without a service, which may be gone when it resumes.
-QCoro::Task<QString> textOf(TextRecognizer& recognizer, ImageSource image, std::stop_token stop) {
+QCoro::Task<QString> textOf(
+    TextRecognizer& recognizer, ImageSource image, std::stop_token stop, LinesRead linesRead) {
     const std::optional<QStringList> languages = co_await chooseLanguages(recognizer, stop);
     std::vector<TextObservation> observations;
     try {
         const RecognitionRequest request{.languages = languages};
-        observations = co_await recognizer.recognize(std::move(image), request, stop);
+        observations = co_await recognizer.recognize(std::move(image), request, stop, std::move(linesRead));
     } catch (const OCRError&) {
         throw;
     } catch (const LocalizedError& error) {
@@ -72,18 +73,18 @@ void OCRService::prepare() {
     m_recognizer.prepare();
 }
 
-QCoro::Task<QString> OCRService::recognizeText(Picture image, std::stop_token stop) {
+QCoro::Task<QString> OCRService::recognizeText(Picture image, std::stop_token stop, LinesRead linesRead) {
     if (!image)
         throw OCRError::invalidImage();
     ImageSource source = std::move(image);
-    co_return co_await textOf(m_recognizer, std::move(source), std::move(stop));
+    co_return co_await textOf(m_recognizer, std::move(source), std::move(stop), std::move(linesRead));
 }
 
-QCoro::Task<QString> OCRService::recognizeText(QUrl fileURL, std::stop_token stop) {
+QCoro::Task<QString> OCRService::recognizeText(QUrl fileURL, std::stop_token stop, LinesRead linesRead) {
     if (!fileURL.isLocalFile())
         throw OCRError::invalidImage();
     ImageSource source = std::move(fileURL);
-    co_return co_await textOf(m_recognizer, std::move(source), std::move(stop));
+    co_return co_await textOf(m_recognizer, std::move(source), std::move(stop), std::move(linesRead));
 }
 
 }  // namespace tralio

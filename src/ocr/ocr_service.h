@@ -23,8 +23,10 @@ public:
 
     /// The text of an image, never blank. Fails with an `OCRError`; requesting `stop` ends the recognition,
     /// which then fails.
-    [[nodiscard]] QCoro::Task<QString> recognizeText(Picture image, std::stop_token stop = {});
-    [[nodiscard]] QCoro::Task<QString> recognizeText(QUrl fileURL, std::stop_token stop = {});
+    [[nodiscard]] QCoro::Task<QString> recognizeText(
+        Picture image, std::stop_token stop = {}, LinesRead linesRead = {});
+    [[nodiscard]] QCoro::Task<QString> recognizeText(
+        QUrl fileURL, std::stop_token stop = {}, LinesRead linesRead = {});
 
 private:
     TextRecognizer& m_recognizer;

@@ -35,7 +35,7 @@ ScreenCaptureService::ScreenCaptureService(OCRService& ocr, CaptureTool& tool, C
     : m_ocr(ocr), m_tool(tool), m_clock(clock), m_folder(std::move(folder)) {}
 
 QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndRecognize(
-    Callback onBeforeCapture, Callback onAfterCapture) {
+    Callback onBeforeCapture, Callback onAfterCapture, std::stop_token stop, LinesRead linesRead) {
     if (std::exchange(m_isCapturing, true))
         co_return std::nullopt;
     const QString path = QDir(m_folder).filePath(newFileName());
@@ -54,7 +54,7 @@ QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndR
 
     if (status != 0 || QFileInfo(path).size() < 1)
         co_return std::nullopt;
-    co_return co_await m_ocr.recognizeText(QUrl::fromLocalFile(path));
+    co_return co_await m_ocr.recognizeText(QUrl::fromLocalFile(path), std::move(stop), std::move(linesRead));
 }
 
 QCoro::Task<> ScreenCaptureService::pause() {

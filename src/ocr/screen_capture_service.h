@@ -7,6 +7,9 @@
 
 #include <functional>
 #include <optional>
+#include <stop_token>
+
+#include "ocr/text_recognizer.h"
 
 namespace tralio {
 
@@ -27,9 +30,11 @@ public:
 
     /// The text of the region, or nothing when the user cancelled; at once nothing, without a callback, while
     /// another capture or its recognition is under way. The callbacks run once each, just before and just
-    /// after the user draws. Fails with an `OCRError`. The picture is gone when this completes.
+    /// after the user draws. Fails with an `OCRError`, also once `stop` ends the recognition. The picture is
+    /// gone when this completes.
     [[nodiscard]] QCoro::Task<std::optional<QString>> captureInteractiveAndRecognize(
-        Callback onBeforeCapture = {}, Callback onAfterCapture = {});
+        Callback onBeforeCapture = {}, Callback onAfterCapture = {}, std::stop_token stop = {},
+        LinesRead linesRead = {});
 
 private:
     [[nodiscard]] QCoro::Task<> pause();

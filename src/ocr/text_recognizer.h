@@ -4,6 +4,7 @@
 #include <QUrl>
 #include <qcorotask.h>
 
+#include <functional>
 #include <optional>
 #include <stop_token>
 #include <variant>
@@ -32,6 +33,9 @@ struct RecognitionRequest {
     bool operator==(const RecognitionRequest&) const = default;
 };
 
+/// Called while an image is read, with the number of lines read so far.
+using LinesRead = std::function<void(qsizetype lines)>;
+
 /// Finds lines of text in an image. Used from the main thread, where callers resume.
 class TextRecognizer {
 public:
@@ -49,7 +53,7 @@ public:
     /// The lines in an order of the recogniser's own, which may be none. Fails with `OCRError::invalidImage`
     /// for bytes that are no image, with another `LocalizedError` for all else, also when stopped.
     [[nodiscard]] virtual QCoro::Task<std::vector<TextObservation>> recognize(
-        ImageSource image, RecognitionRequest request, std::stop_token stop) = 0;
+        ImageSource image, RecognitionRequest request, std::stop_token stop, LinesRead linesRead) = 0;
 };
 
 }  // namespace tralio

@@ -1,5 +1,7 @@
 #include "state/app_state.h"
 
+#include <utility>
+
 #include "common/debug_log.h"
 #include "common/excerpt.h"
 
@@ -18,6 +20,12 @@ void AppState::requestTranslation(const QString& text) {
 
 void AppState::notifyPopoverOpened() {
     openPopoverSignal = QUuid::createUuid();
+}
+
+void AppState::beginReading(std::stop_source reading) {
+    m_reading.request_stop();
+    m_reading = std::move(reading);
+    linesRead = 0;
 }
 
 void AppState::showPopover() {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <stop_token>
 
 #include "common/observable_object.h"
 #include "state/key_value_store.h"
@@ -31,6 +32,9 @@ public:
     /// A region that was drawn after the hot key is being read.
     Observable<bool> isReadingCapture{*this, false};
 
+    /// How many lines of the picture that is being read have been read so far.
+    Observable<qsizetype> linesRead{*this, 0};
+
     /// What the user has not yet been told of the settings. Until then the server that is set may not be the
     /// one that the user chose: nothing is sent that was not asked for in the window.
     Observable<std::optional<StoreTrouble>> storeTrouble{*this};
@@ -53,11 +57,19 @@ public:
     void requestTranslation(const QString& text);
     void notifyPopoverOpened();
 
+    /// One picture is read at a time: the reading that `reading` can stop begins, and the one before, which
+    /// nobody waits for any more, is stopped.
+    void beginReading(std::stop_source reading);
+    void stopReading() { m_reading.request_stop(); }
+
     // Nothing happens before the shell has installed the actions.
     void showPopover();
     void hidePopover();
     void dismissStoreTrouble();
     void unlockKey();
+
+private:
+    std::stop_source m_reading{std::nostopstate};
 };
 
 }  // namespace tralio

@@ -74,7 +74,9 @@ public:
     }
 
     QCoro::Task<std::vector<TextObservation>> recognize(
-        ImageSource image, RecognitionRequest request, std::stop_token) override {
+        ImageSource image, RecognitionRequest request, std::stop_token stop, LinesRead linesRead) override {
+        stops.push_back(std::move(stop));
+        counts.push_back(std::move(linesRead));
         images.push_back(std::move(image));
         requests.push_back(std::move(request));
         if (onRecognize)
@@ -103,6 +105,8 @@ public:
     int preparations = 0;
     std::vector<ImageSource> images;
     std::vector<RecognitionRequest> requests;
+    std::vector<std::stop_token> stops;
+    std::vector<LinesRead> counts;
     QObject context;
 };
 

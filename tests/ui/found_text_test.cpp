@@ -153,6 +153,46 @@ TEST_F(FoundText, a_region_of_the_screen_is_translated_a_failure_told_and_a_canc
     EXPECT_TRUE(panel->isTranslating());
 }
 
+TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_what_came_last_counts) {
+    recognizer.isSlow = true;
+    pictureSays(u"late"_s);
+    panel->performOCR(picture(), AutoTranslate::yes);
+    recognizer.counts.back()(40);
+    EXPECT_EQ(panel->linesRead(), 40);
+    panel->cancel();
+    EXPECT_TRUE(recognizer.stops.back().stop_requested());
+    ASSERT_TRUE(recognitionEnds());
+    EXPECT_EQ(input->text(), u"typed"_s);
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+
+    // A failure of the first, once it is stopped, is nothing to tell either.
+    recognizer.answer = [answers = 0]() mutable -> std::vector<TextObservation> {
+        if (++answers == 1)
+            throw LocalizedError(u"stopped"_s);
+        return {{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"new"_s}}};
+    };
+    panel->performOCR(picture(), AutoTranslate::no);
+    const LinesRead countOfFirst = recognizer.counts.back();
+    panel->performOCR(picture(), AutoTranslate::no);
+    EXPECT_TRUE(recognizer.stops[1].stop_requested()) << "nobody waits for it any more";
+    EXPECT_FALSE(recognizer.stops[2].stop_requested());
+    EXPECT_EQ(panel->linesRead(), 0);
+    countOfFirst(7);
+    EXPECT_EQ(panel->linesRead(), 0);
+    EXPECT_TRUE(panel->isOCROngoing());
+    ASSERT_TRUE(recognitionEnds());
+    EXPECT_EQ(input->text(), u"new"_s);
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+
+    // A region that was drawn overtakes what was dropped.
+    panel->performOCR(picture(), AutoTranslate::no);
+    panel->captureScreenAndTranslate();
+    EXPECT_FALSE(recognizer.stops[3].stop_requested()) << "the user may still cancel";
+    desktop.clock.advance(150ms);
+    ASSERT_TRUE(eventually([this] { return recognizer.stops[3].stop_requested(); }));
+    ASSERT_TRUE(recognitionEnds());
+}
+
 TEST_F(FoundText, a_text_recognised_after_the_panel_was_left_is_translated_all_the_same) {
     pictureSays(u"seen"_s);
     recognizer.isSlow = true;

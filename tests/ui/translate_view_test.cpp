@@ -220,9 +220,24 @@ TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does)
     stage.appState.isReadingCapture = true;
     stage.settle();
     EXPECT_TRUE(says(u"Đang quét chữ (OCR)..."_s));
+    stage.appState.linesRead = 40;
+    stage.settle();
+    EXPECT_TRUE(says(u"Đang quét chữ (OCR)... 40 dòng"_s));
+    const std::stop_source first;
+    const std::stop_source second;
+    stage.appState.beginReading(first);
+    stage.press(Qt::Key_Escape);
+    EXPECT_TRUE(first.stop_requested());
+    stage.appState.beginReading(second);
+    stage.settle();
+    EXPECT_TRUE(says(u"Đang quét chữ (OCR)..."_s)) << "the next picture is counted from its own start";
+    EXPECT_FALSE(second.stop_requested());
+    stage.click(u"Hủy"_s);
+    EXPECT_TRUE(second.stop_requested());
     stage.appState.isReadingCapture = false;
     stage.settle();
     EXPECT_TRUE(says(u"0 ký tự"_s));
+    EXPECT_FALSE(stage.hasControl(u"Hủy"_s));
 }
 
 TEST_F(TranslateViewTest, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {

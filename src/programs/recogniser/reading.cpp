@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
 
 namespace tralio {
 namespace {
@@ -95,13 +96,12 @@ bool isSuspect(const ReadWord& word) {
     return word.pack == u"eng" && std::any_of(word.text.begin(), word.text.end(), canBearMark);
 }
 
-/// Whether two lines stand at the same height, mostly.
+}  // namespace
+
 bool shareHeight(const QRectF& a, const QRectF& b) {
     const double shared = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top());
     return shared > 0.5 * std::min(a.height(), b.height());
 }
-
-}  // namespace
 
 QString ReadLine::text() const {
     QString text;
@@ -207,6 +207,16 @@ void Reading::adoptMarks(const Reading& marked) {
     }
 }
 
+bool Reading::holdsRiddle() const {
+    constexpr double unread = 40;
+    constexpr qsizetype fewest = 2;
+    return std::any_of(lines.begin(), lines.end(), [](const ReadLine& line) {
+        return std::any_of(line.words.begin(), line.words.end(), [](const ReadWord& word) {
+            return word.confidence < unread && letterCount(word.text) >= fewest;
+        });
+    });
+}
+
 void Reading::dropDirt() {
     for (ReadLine& line : lines) {
         while (!line.words.empty() && isDirt(line.words.back()))
@@ -216,53 +226,6 @@ void Reading::dropDirt() {
         line.words.erase(line.words.begin(), first);
     }
     std::erase_if(lines, [](const ReadLine& line) { return isDirt(line); });
-}
-
-Reading bestLines(const Reading& first, const Reading& second, double margin) {
-    // Two readings may cut one stretch of the image into different numbers of lines; what overlaps is chosen
-    // together, so that nothing is read twice or lost.
-    struct Group {
-        double top;
-        double bottom;
-        Reading first;
-        Reading second;
-    };
-    std::vector<Group> groups;
-    const auto add = [&groups](const ReadLine& line, Reading Group::*side) {
-        Group merged{line.box.top(), line.box.bottom(), {}, {}};
-        (merged.*side).lines.push_back(line);
-        for (auto group = groups.begin(); group != groups.end();) {
-            const QRectF stretch(line.box.left(), group->top, 1, group->bottom - group->top);
-            if (!shareHeight(stretch, line.box)) {
-                ++group;
-                continue;
-            }
-            merged.top = std::min(merged.top, group->top);
-            merged.bottom = std::max(merged.bottom, group->bottom);
-            for (const auto part : {&Group::first, &Group::second}) {
-                auto& lines = ((*group).*part).lines;
-                auto& all = (merged.*part).lines;
-                all.insert(all.begin(), lines.begin(), lines.end());
-            }
-            group = groups.erase(group);
-        }
-        groups.push_back(std::move(merged));
-    };
-    for (const ReadLine& line : first.lines)
-        add(line, &Group::first);
-    for (const ReadLine& line : second.lines)
-        add(line, &Group::second);
-    std::sort(groups.begin(), groups.end(), [](const Group& a, const Group& b) { return a.top < b.top; });
-
-    Reading best;
-    for (Group& group : groups) {
-        const bool secondIsBetter = (group.first.lines.empty() || group.second.holdsOtherScript()) &&
-            group.second.confidence() >= group.first.confidence() + margin;
-        std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
-        best.lines.insert(
-            best.lines.end(), std::move_iterator(lines.begin()), std::move_iterator(lines.end()));
-    }
-    return best;
 }
 
 }  // namespace tralio

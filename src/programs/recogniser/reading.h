@@ -13,6 +13,7 @@ struct ReadWord {
     double confidence = 0;  ///< 0 to 100
     int blanksBefore = 0;
     QString pack{};  ///< the language that it was read in, where that is told
+    QRectF box{};
 };
 
 struct ReadLine {
@@ -44,6 +45,9 @@ struct Reading {
     /// How many accents, tone marks, horns, hooks and bars its letters bear.
     [[nodiscard]] int markCount() const;
 
+    /// Whether there is a word that reads like one of another script.
+    [[nodiscard]] bool holdsRiddle() const;
+
     /// Whether there are letters that neither Vietnamese nor English writes.
     [[nodiscard]] bool hasForeignLetters() const;
 
@@ -60,9 +64,7 @@ struct Reading {
     void dropDirt();
 };
 
-/// Both readings of one image, each line from the one that reads it with the greater confidence. The second
-/// one's engine is that of another script than Latin: a line of it counts only if it is in that script, and
-/// better by `margin`.
-[[nodiscard]] Reading bestLines(const Reading& first, const Reading& second, double margin);
+/// Whether two boxes stand at the same height, mostly.
+[[nodiscard]] bool shareHeight(const QRectF& a, const QRectF& b);
 
 }  // namespace tralio

@@ -5,7 +5,7 @@
 
 #include "programs/recogniser/image_decoder.h"
 #include "programs/recogniser/language_packs.h"
-#include "programs/recogniser/region_reader.h"
+#include "programs/recogniser/picture_reader.h"
 
 namespace tralio {
 
@@ -36,7 +36,7 @@ void RecogniserSession::handle(const Request& request) {
 bool RecogniserSession::prepareFurther() {
     if (!m_isPreparing)
         return false;
-    for (const QString& packs : RegionReader::otherEngines(installedPacks())) {
+    for (const QString& packs : BlockReader::otherEngines(installedPacks())) {
         if (engines(true).holds(packs))
             continue;
         (void)engines(true).engine(packs);
@@ -76,9 +76,9 @@ void RecogniserSession::answer(const RecognizeRequest& request) {
         return;
     }
     const bool isAccurate = request.options.level == RecognitionRequest::Level::accurate;
-    RegionReader reader(engines(request.options.usesLanguageCorrection), packs, image);
-    const Reading reading =
-        reader.read(isAccurate ? RegionReader::Effort::untilConfident : RegionReader::Effort::oneLook);
+    const Reading reading = readPicture(engines(request.options.usesLanguageCorrection), packs, image,
+        isAccurate ? Effort::untilConfident : Effort::oneLook,
+        [this](qsizetype lines) { m_send(Progress{static_cast<qint32>(lines)}); });
 
     ObservationsReply reply;
     for (const ReadLine& line : reading.lines)
@@ -99,7 +99,7 @@ const QStringList& RecogniserSession::installedPacks() {
         return m_installedPacks;
     // Only a loaded engine knows where its packs are. With neither Vietnamese nor English, any other will do.
     for (const QString& packs :
-        QStringList{usualPacks.toString()} + RegionReader::otherEngines(knownPacks())) {
+        QStringList{usualPacks.toString()} + BlockReader::otherEngines(knownPacks())) {
         if (const TextEngine* engine = engines(true).engine(packs)) {
             m_installedPacks = engine->installedPacks();
             break;

@@ -6,6 +6,8 @@
 #include <tesseract/resultiterator.h>
 #include <vector>
 
+#include "programs/recogniser/work_budget.h"
+
 namespace tralio {
 
 TextEngine::TextEngine(const QString& packs, Dictionaries dictionaries)
@@ -38,10 +40,12 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
     // Without a resolution the library guesses one, and tells the world on its standard error.
     m_api->SetSourceResolution(144);
     Reading reading;
-    // Noise of many megapixels is worth no more of the user's time.
-    constexpr int mostMilliseconds = 30'000;
+    // Noise can keep the library busy without an end.
+    constexpr double mostSeconds = 20;
+    double until = WorkBudget::now() + mostSeconds;
     ETEXT_DESC monitor;
-    monitor.set_deadline_msecs(mostMilliseconds);
+    monitor.cancel_this = &until;
+    monitor.cancel = [](void* end, int) { return WorkBudget::now() > *static_cast<double*>(end); };
     if (m_api->Recognize(&monitor) != 0)
         return reading;
     const std::unique_ptr<ResultIterator> word(m_api->GetIterator());
@@ -56,8 +60,11 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
         const std::unique_ptr<const char[]> text(word->GetUTF8Text(RIL_WORD));
         if (!text || text[0] == '\0')
             continue;
+        int left = 0, top = 0, right = 0, bottom = 0;
+        word->BoundingBox(RIL_WORD, &left, &top, &right, &bottom);
         reading.lines.back().words.push_back({QString::fromUtf8(text.get()), word->Confidence(RIL_WORD),
-            word->BlanksBeforeWord(), QString::fromUtf8(word->WordRecognitionLanguage())});
+            word->BlanksBeforeWord(), QString::fromUtf8(word->WordRecognitionLanguage()),
+            QRectF(QPointF(left, top), QPointF(right, bottom))});
     } while (word->Next(RIL_WORD));
     m_api->Clear();
     return reading;

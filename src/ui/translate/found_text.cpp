@@ -14,6 +14,16 @@
 #include "ui/translate/translate_state.h"
 
 namespace tralio {
+namespace {
+
+LinesRead counting(AppState& appState, const std::stop_token& stop) {
+    return [&appState, stop](qsizetype lines) {
+        if (!stop.stop_requested())
+            appState.linesRead = lines;
+    };
+}
+
+}  // namespace
 
 void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
     const QString text = m_services.pasteboard.string().value_or(QString()).trimmed();
@@ -34,18 +44,25 @@ QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
 QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
     const auto self = shared_from_this();
     showError(std::nullopt);
-    isOCROngoing = true;
+    const std::stop_source reading;
+    const std::stop_token stop = reading.get_token();
+    isOCROngoing = ++m_recognitions > 0;
     std::optional<QString> text;
     std::optional<QString> failure;
     try {
         AppState& appState = m_services.appState;
-        auto capture = m_services.captures.captureInteractiveAndRecognize(
-            [&appState] { appState.hidePopover(); }, [&appState] { appState.showPopover(); });
+        auto capture =
+            m_services.captures.captureInteractiveAndRecognize([&appState] { appState.hidePopover(); },
+                [&appState, reading] {
+                    appState.beginReading(reading);
+                    appState.showPopover();
+                },
+                stop, counting(appState, stop));
         text = co_await std::move(capture);
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
     }
-    endRecognition(text.value_or(QString()), failure, AutoTranslate::yes);
+    endRecognition(stop, text.value_or(QString()), failure, AutoTranslate::yes);
 }
 
 QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
@@ -54,13 +71,19 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
     const bool isFile = std::holds_alternative<QUrl>(image);
     showError(std::nullopt);
     const qint64 errors = m_errors;
-    isOCROngoing = true;
+    const std::stop_source reading;
+    const std::stop_token stop = reading.get_token();
+    m_services.appState.beginReading(reading);
+    isOCROngoing = ++m_recognitions > 0;
     QString text;
     std::optional<QString> failure;
     try {
-        auto recognition =
-            std::visit([this](auto source) { return m_services.ocr.recognizeText(std::move(source)); },
-                std::move(image));
+        auto recognition = std::visit(
+            [&](auto source) {
+                return m_services.ocr.recognizeText(
+                    std::move(source), stop, counting(m_services.appState, stop));
+            },
+            std::move(image));
         text = co_await std::move(recognition);
     } catch (const OCRError& error) {
         // A file that turns out to be no picture changes nothing; what was told meanwhile stands.
@@ -70,14 +93,16 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
         else if (errors == m_errors)
             failure = earlierError;
     }
-    endRecognition(text, failure, autoTranslate);
+    endRecognition(stop, text, failure, autoTranslate);
 }
 
-void TranslateState::endRecognition(
-    const QString& text, const std::optional<QString>& failure, AutoTranslate autoTranslate) {
+void TranslateState::endRecognition(const std::stop_token& stop, const QString& text,
+    const std::optional<QString>& failure, AutoTranslate autoTranslate) {
     if (!m_mainState)
         return;
-    isOCROngoing = false;
+    isOCROngoing = --m_recognitions > 0;
+    if (stop.stop_requested())
+        return;
     if (failure)
         showError(failure);
     else

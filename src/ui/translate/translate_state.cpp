@@ -89,6 +89,10 @@ bool TranslateState::isRecognizing() const {
     return isOCROngoing() || m_services.appState.isReadingCapture();
 }
 
+qsizetype TranslateState::linesRead() const {
+    return m_services.appState.linesRead();
+}
+
 QString TranslateState::notice() const {
     return m_services.appState.notice();
 }
@@ -164,6 +168,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
 }
 
 void TranslateState::cancel() {
+    m_services.appState.stopReading();
     m_currentTask.request_stop();
     isTranslating = false;
 }

@@ -82,6 +82,8 @@ public:
     [[nodiscard]] bool canTranslate() const;
     /// Whether a picture is read, for this panel or for the shell.
     [[nodiscard]] bool isRecognizing() const;
+    /// How many lines of that picture have been read.
+    [[nodiscard]] qsizetype linesRead() const;
     /// What stands in the place of the count for a moment; empty otherwise.
     [[nodiscard]] QString notice() const;
     /// Whether the result is of another input, or another one was asked for and has not come.
@@ -92,7 +94,7 @@ public:
     /// Translates the input. A translation that still runs goes on; results are taken in the order in which
     /// they come.
     void performTranslate();
-    /// Gives up the translation that was started last, without a message.
+    /// Gives up the picture that is read and the translation that was started last, without a message.
     void cancel();
     void swapLanguages();
     /// Takes over a text that the shell has left for this panel; only that, while the settings may not be
@@ -119,8 +121,8 @@ private:
     QCoro::Task<void> translate(QString text, std::stop_token stop);
     QCoro::Task<void> translateFile(QString path);
     QCoro::Task<void> pastePicture(AutoTranslate autoTranslate);
-    void endRecognition(
-        const QString& text, const std::optional<QString>& failure, AutoTranslate autoTranslate);
+    void endRecognition(const std::stop_token& stop, const QString& text,
+        const std::optional<QString>& failure, AutoTranslate autoTranslate);
     void takeText(const QString& text, AutoTranslate autoTranslate);
     /// Whether a text is short enough; the user is told when it is not.
     [[nodiscard]] bool admits(const QString& text);
@@ -130,6 +132,7 @@ private:
     Dependencies m_services;
     QString m_translatedText;  ///< of which `outputText` is the translation
     bool m_isResultAwaited = false;
+    int m_recognitions = 0;         ///< of this panel's, that have not ended
     qint64 m_errors = 0;            ///< how often the error has changed
     QPointer<QObject> m_mainState;  ///< whoever owns the input, the settings and the history
     std::stop_source m_currentTask{std::nostopstate};

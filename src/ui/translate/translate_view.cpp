@@ -45,6 +45,11 @@ QString characterCountText(const QString& text) {
     return u"%1 ký tự"_s.arg(characterCount(text));
 }
 
+QString recognizingText(qsizetype lines) {
+    const QString text = u"Đang quét chữ (OCR)..."_s;
+    return lines > 0 ? text + u" %1 dòng"_s.arg(lines) : text;
+}
+
 QList<MenuEntry> toneEntries(const TranslationTone& current) {
     QList<MenuEntry> list;
     for (const TranslationTone& tone : TranslationTone::allCases())
@@ -135,11 +140,8 @@ QWidget* TranslateView::inputBox() {
 }
 
 QLayout* TranslateView::toolRow() {
-    m_recognizing = filled(new QWidget,
-        row({.spacing = 4},
-            {new Spinner(12),
-                new Label(u"Đang quét chữ (OCR)..."_s, text::smallCaption.with(Weight::medium),
-                    ColorRole::accentText)}));
+    m_linesRead = new Label({}, text::smallCaption.with(Weight::medium), ColorRole::accentText);
+    m_recognizing = filled(new QWidget, row({.spacing = 4}, {new Spinner(12), m_linesRead}));
     m_characterCount = new Label(characterCountText(m_counted), text::smallCaption, ColorRole::secondary);
     m_clear = new Button(button::word, {.title = u"Xóa"_s});
     m_clear->setColor(ColorRole::secondary);
@@ -217,6 +219,14 @@ void TranslateView::showEvent(QShowEvent* event) {
         focusInput();
 }
 
+void TranslateView::keyPressEvent(QKeyEvent* event) {
+    // It ends the longest wait there is; without one it closes the window.
+    if (event->key() == Qt::Key_Escape && m_state.isRecognizing())
+        m_state.cancel();
+    else
+        QWidget::keyPressEvent(event);
+}
+
 void TranslateView::refresh() {
     m_source->setTitle(m_state.sourceLang());
     m_target->setTitle(m_state.targetLang());
@@ -232,8 +242,10 @@ void TranslateView::refresh() {
             : u"Nhập nội dung cần dịch (Enter để dịch, Shift+Enter xuống dòng)..."_s,
         dropTargeted ? ColorRole::accentText : ColorRole::placeholder);
     m_input->setCaretShown(!dropTargeted);
-    m_recognizing->setVisible(m_state.isRecognizing());
-    m_characterCount->setVisible(!m_state.isRecognizing());
+    const bool recognizing = m_state.isRecognizing();
+    m_recognizing->setVisible(recognizing);
+    m_linesRead->setText(recognizingText(m_state.linesRead()));
+    m_characterCount->setVisible(!recognizing);
     showCount(input);
     m_clear->setVisible(!input.isEmpty());
 
@@ -241,7 +253,7 @@ void TranslateView::refresh() {
     m_translate->setTitle(translating ? u"Đang dịch bằng AI..."_s : u"Tralio (↵ Enter)"_s);
     m_translate->setBusy(translating);
     m_translate->setEnabled(m_state.canTranslate());
-    m_cancel->setVisible(translating);
+    m_cancel->setVisible(translating || recognizing);
 
     const auto message = m_state.message();
     if (message)

@@ -28,6 +28,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QLayout* languageRow();
@@ -47,6 +48,7 @@ private:
     Surface* m_inputBox;
     MultilineEnterInputView* m_input;
     QWidget* m_recognizing;
+    Label* m_linesRead;
     Label* m_characterCount;
     bool m_wasShown = false;
     QString m_notice;

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QTemporaryDir>
 
+#include <cmath>
 #include <unistd.h>
 
 #include "common/clock.h"
@@ -99,7 +100,7 @@ TEST_F(HelperTextRecognizerTest, reads_what_screens_show) {
         << "a short greeting is not taken for Spanish";
 
     const auto observations =
-        endingOf(recognizer.recognize(pictureOf(lines), RecognitionRequest(), {})).result.value();
+        endingOf(recognizer.recognize(pictureOf(lines), RecognitionRequest(), {}, {})).result.value();
     ASSERT_EQ(observations.size(), 2U);
     for (size_t i = 0; i < 2; ++i) {
         const NormalizedRect& box = observations[i].boundingBox;
@@ -110,16 +111,81 @@ TEST_F(HelperTextRecognizerTest, reads_what_screens_show) {
     }
 }
 
+TEST_F(HelperTextRecognizerTest, reads_tables_buttons_headlines_and_captions) {
+    QImage image(760, 470, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    const auto write = [&painter](QPointF at, const QString& text, int size, QColor ink) {
+        QFont font(u"Noto Sans"_s);
+        font.setPixelSize(size);
+        painter.setFont(font);
+        painter.setPen(ink);
+        painter.drawText(at, text);
+    };
+    write({16, 70}, u"Bảng giá"_s, 64, Qt::black);
+    const QStringList goods{
+        u"Phở bò tái"_s, u"Bún chả"_s, u"Cơm tấm"_s, u"Bánh xèo"_s, u"Trà đào"_s, u"Xôi gà"_s};
+    for (qsizetype row = 0; row < goods.size(); ++row) {
+        const int y = 100 + 36 * static_cast<int>(row);
+        painter.setPen(QPen(QColor(50, 50, 50), 2));
+        painter.drawRect(16, y, 240, 36);
+        painter.drawRect(256, y, 120, 36);
+        write(QPointF(28, y + 24), goods[row], 16, Qt::black);
+        write(QPointF(270, y + 24), u"%1.000"_s.arg(31 + row), 16, Qt::black);
+    }
+    painter.fillRect(16, 340, 360, 38, QColor(22, 104, 220));
+    write({120, 365}, u"Đặt món ngay"_s, 15, Qt::white);
+    QLinearGradient sky(0, 100, 300, 440);
+    sky.setStops({{0, QColor(70, 120, 190)}, {0.5, QColor(200, 140, 90)}, {1, QColor(60, 70, 60)}});
+    painter.fillRect(420, 100, 330, 340, sky);
+    write({450, 410}, u"Chợ nổi buổi sáng"_s, 22, Qt::white);
+    painter.end();
+
+    QStringList lines =
+        endingOf(service.recognizeText(encoded(image))).result.value_or(QString()).split(u'\n');
+    QStringList expected{u"Bảng giá"_s, u"Đặt món ngay"_s, u"Chợ nổi buổi sáng"_s};
+    for (qsizetype row = 0; row < goods.size(); ++row)
+        expected += {goods[row], u"%1.000"_s.arg(31 + row)};
+    EXPECT_THAT(lines, testing::UnorderedElementsAreArray(expected));
+    EXPECT_EQ(
+        endingOf(service.recognizeText(pictureOf({u"Установите браузер Firefox на компьютер"_s}))).result,
+        u"Установите браузер Firefox на компьютер"_s)
+        << "a Latin name in a Russian line";
+}
+
+TEST_F(HelperTextRecognizerTest, nothing_is_read_where_nothing_is_written) {
+    QImage plain(600, 400, QImage::Format_RGB32);
+    plain.fill(QColor(128, 128, 128));
+    QImage clouds(600, 400, QImage::Format_RGB32);
+    for (int y = 0; y < clouds.height(); ++y)
+        for (int x = 0; x < clouds.width(); ++x) {
+            const auto wave = [&](double a, double b) {
+                return qRound(60 * std::sin(x / a) * std::cos(y / b));
+            };
+            clouds.setPixel(x, y, qRgb(120 + wave(37, 23), 130 + wave(11, 41), 140 + wave(61, 7)));
+        }
+    QImage desktop = plain;
+    QPainter painter(&desktop);
+    painter.fillRect(0, 0, 600, 24, QColor(30, 30, 30));
+    for (int i = 0; i < 6; ++i)
+        painter.fillRect(QRect(20, 50 + 55 * i, 32, 32), QColor(200, 40 * i, 90));
+    painter.end();
+    for (const QImage& image : {plain, clouds, desktop})
+        EXPECT_EQ(endingOf(service.recognizeText(encoded(image))).failure,
+            OCRError::noTextFound().errorDescription());
+}
+
 TEST_F(HelperTextRecognizerTest, tells_the_languages_of_the_installed_packs_and_keeps_to_the_wanted_ones) {
     const QStringList languages = endingOf(recognizer.supportedLanguages({})).result.value();
     EXPECT_THAT(languages, testing::IsSupersetOf({u"vi-VN"_s, u"en-US"_s, u"ru-RU"_s}));
     RecognitionRequest request{.languages = QStringList{u"en-US"_s}};
     const auto english =
-        endingOf(recognizer.recognize(pictureOf({u"Файл успешно загружен."_s}), request, {})).result.value();
+        endingOf(recognizer.recognize(pictureOf({u"Файл успешно загружен."_s}), request, {}, {}))
+            .result.value();
     for (const TextObservation& observation : english)
         EXPECT_FALSE(observation.candidates.value(0).contains(u"Файл"_s));
     request.languages = QStringList{u"xx-XX"_s};
-    EXPECT_FALSE(endingOf(recognizer.recognize(hello, request, {})).failure.isEmpty());
+    EXPECT_FALSE(endingOf(recognizer.recognize(hello, request, {}, {})).failure.isEmpty());
 }
 
 TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_next_one_works) {
@@ -207,8 +273,8 @@ TEST_F(HelperTextRecognizerTest, one_helper_serves_image_after_image_and_ends_wh
 
 TEST_F(HelperTextRecognizerTest, a_helper_that_fails_costs_one_image) {
     HelperTextRecognizer failing(scriptOnce("exit 3"), clock);
-    const auto lost = started(failing.recognize(hello, RecognitionRequest(), {}));
-    const auto next = started(failing.recognize(hello, RecognitionRequest(), {}));
+    const auto lost = started(failing.recognize(hello, RecognitionRequest(), {}, {}));
+    const auto next = started(failing.recognize(hello, RecognitionRequest(), {}, {}));
     EXPECT_TRUE(eventually([&] { return lost->times > 0 && next->times > 0; }));
     EXPECT_EQ(lost->failure, u"Bộ nhận dạng dừng đột ngột."_s);
     EXPECT_EQ(next->result.value_or(std::vector<TextObservation>()).size(), 1U)
@@ -219,14 +285,13 @@ TEST_F(HelperTextRecognizerTest, a_helper_that_fails_costs_one_image) {
 }
 
 TEST_F(HelperTextRecognizerTest, a_helper_that_hangs_is_ended_later_for_a_larger_image) {
-    const QByteArray accepted =
-        recogniser_protocol::encode(recogniser_protocol::Reply(recogniser_protocol::Accepted{{2000, 1000}}));
-    const QUrl reply = written(u"accepted"_s, accepted);
+    using namespace recogniser_protocol;
+    const QUrl reply = written(u"accepted"_s, encode(Reply(Accepted{{2000, 1000}})));
     const QString flag = folder.filePath(u"told"_s);
     HelperTextRecognizer hanging(scriptOnce("cat '" + QFile::encodeName(reply.toLocalFile()) + "'; : >'" +
                                      QFile::encodeName(flag) + "'; exec sleep 100"),
         clock, {.anyRequest = 20s, .perMegapixel = 5s});
-    const auto ending = started(hanging.recognize(hello, RecognitionRequest(), {}));
+    const auto ending = started(hanging.recognize(hello, RecognitionRequest(), {}, {}));
     EXPECT_TRUE(eventually([&] { return QFile::exists(flag); }));
     for (int turn = 0; turn < 5; ++turn)  // what is in the pipe by now is read within these
         EXPECT_TRUE(nextTurn());
@@ -236,16 +301,52 @@ TEST_F(HelperTextRecognizerTest, a_helper_that_hangs_is_ended_later_for_a_larger
     clock.advance(1s);
     EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
     EXPECT_FALSE(ending->failure.isEmpty());
-    EXPECT_EQ(endingOf(hanging.recognize(hello, RecognitionRequest(), {})).result->size(), 1U);
+    EXPECT_EQ(endingOf(hanging.recognize(hello, RecognitionRequest(), {}, {})).result->size(), 1U);
+}
+
+TEST_F(HelperTextRecognizerTest, a_helper_that_tells_how_far_it_has_come_is_given_time_anew) {
+    using namespace recogniser_protocol;
+    const QUrl accepted = written(u"accepted"_s, encode(Reply(Accepted{{2000, 1000}})));
+    const QUrl progress = written(u"progress"_s, encode(Reply(Progress{7})));
+    const QByteArray go = QFile::encodeName(folder.filePath(u"go"_s));
+    HelperTextRecognizer slow(script("cat '" + QFile::encodeName(accepted.toLocalFile()) +
+                                  "'; while [ ! -e '" + go + "' ]; do sleep .01; done; cat '" +
+                                  QFile::encodeName(progress.toLocalFile()) + "'; exec sleep 100"),
+        clock, {.anyRequest = 20s, .perMegapixel = 5s});
+    std::vector<qsizetype> counts;
+    std::stop_source stop;
+    const auto ending = started(slow.recognize(hello, RecognitionRequest(), stop.get_token(),
+        [&counts](qsizetype lines) { counts.push_back(lines); }));
+    clock.advance(15s);
+    writeFile(QString::fromLocal8Bit(go), "");
+    EXPECT_TRUE(eventually([&] { return !counts.empty(); }));
+    EXPECT_THAT(counts, testing::ElementsAre(7));
+    clock.advance(29s);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(ending->times, 0);
+    stop.request_stop();
+    EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
+    EXPECT_FALSE(ending->failure.isEmpty());
+}
+
+TEST_F(HelperTextRecognizerTest, the_lines_of_a_page_are_counted_while_it_is_read) {
+    QStringList lines;
+    for (int i = 0; i < 24; ++i)
+        lines += u"Dòng thứ %1 của một trang dài"_s.arg(i + 11);
+    std::vector<qsizetype> counts;
+    const auto ending = endingOf(
+        service.recognizeText(pictureOf(lines), {}, [&counts](qsizetype read) { counts.push_back(read); }));
+    EXPECT_EQ(ending.result, lines.join(u'\n'));
+    EXPECT_THAT(counts, testing::ElementsAre(8, 16, 24));
 }
 
 TEST_F(HelperTextRecognizerTest, a_stopped_recognition_ends_at_once_and_those_behind_it_go_on) {
     HelperTextRecognizer hanging(scriptOnce("exec sleep 100"), clock);
     std::stop_source stopFirst;
     std::stop_source stopSecond;
-    const auto first = started(hanging.recognize(hello, RecognitionRequest(), stopFirst.get_token()));
-    const auto second = started(hanging.recognize(hello, RecognitionRequest(), stopSecond.get_token()));
-    const auto third = started(hanging.recognize(hello, RecognitionRequest(), {}));
+    const auto first = started(hanging.recognize(hello, RecognitionRequest(), stopFirst.get_token(), {}));
+    const auto second = started(hanging.recognize(hello, RecognitionRequest(), stopSecond.get_token(), {}));
+    const auto third = started(hanging.recognize(hello, RecognitionRequest(), {}, {}));
     EXPECT_TRUE(eventually([&] { return QFile::exists(failedOnce); }));
     stopSecond.request_stop();
     EXPECT_TRUE(eventually([&] { return second->times > 0; }));
@@ -260,7 +361,7 @@ TEST_F(HelperTextRecognizerTest, a_stopped_recognition_ends_at_once_and_those_be
 
 TEST_F(HelperTextRecognizerTest, what_still_waits_ends_with_the_recogniser) {
     auto hanging = std::make_unique<HelperTextRecognizer>(script("exec sleep 100"), clock);
-    const auto first = started(hanging->recognize(hello, RecognitionRequest(), {}));
+    const auto first = started(hanging->recognize(hello, RecognitionRequest(), {}, {}));
     const auto second = started(hanging->supportedLanguages({}));
     hanging.reset();
     EXPECT_TRUE(eventually([&] { return first->times > 0 && second->times > 0; }));

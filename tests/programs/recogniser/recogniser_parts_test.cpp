@@ -4,9 +4,9 @@
 #include <gmock/gmock.h>
 #include <random>
 
+#include "programs/recogniser/mixed_reading.h"
 #include "programs/recogniser/reading.h"
 #include "programs/recogniser/resample.h"
-#include "programs/recogniser/ruled_lines.h"
 #include "programs/recogniser/window_median.h"
 #include "support/print_to.h"
 
@@ -51,50 +51,6 @@ TEST(Resample, keeps_flat_areas_flat_and_edges_where_they_are) {
     const Plane enlarged = resample(edge, 20, 10);
     for (int x = 0; x < 20; ++x)
         EXPECT_EQ(enlarged.row(5)[x] < 128, x < 10) << x;
-}
-
-/// Black boxes on white.
-Plane drawing(int width, int height, const std::vector<QRect>& boxes) {
-    Plane plane(width, height, 255);
-    for (const QRect& box : boxes)
-        for (int y = box.top(); y <= box.bottom(); ++y)
-            std::fill_n(plane.row(y) + box.left(), box.width(), 0);
-    return plane;
-}
-
-TEST(Rules, are_erased_and_letters_are_not) {
-    const QRect letter(30, 12, 8, 14);
-    const QRect stem(50, 8, 2, 18);
-    const QRect dash(60, 18, 20, 2);
-    struct Case {
-        const char* what;
-        std::vector<QRect> boxes;
-    };
-    const Case cases[] = {
-        {"an underline", {{10, 34, 90, 2}}},
-        {"a thin frame", {{4, 3, 112, 1}, {4, 3, 1, 33}, {4, 35, 112, 1}, {115, 3, 1, 33}}},
-        {"what lies beside a button", {{0, 0, 9, 40}}},
-        {"what lies around a button's corner", {{100, 0, 20, 40}, {20, 0, 100, 4}}},
-        {"a caret from top to bottom", {{90, 0, 1, 40}}},
-        {"a caret after the text", {{85, 5, 1, 26}}},
-        {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
-    };
-    const Plane text = drawing(120, 40, {letter, stem, dash});
-    for (const Case& given : cases) {
-        std::vector<QRect> boxes = given.boxes;
-        boxes.insert(boxes.end(), {letter, stem, dash});
-        Plane marks = drawing(120, 40, boxes);
-        EXPECT_NE(marks, text);
-        eraseRules(marks, 1);
-        EXPECT_EQ(marks, text) << given.what;
-    }
-    const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
-    const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
-    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters}) {
-        Plane marks = drawing(120, 40, letters);
-        eraseRules(marks, 1);
-        EXPECT_EQ(marks, drawing(120, 40, letters));
-    }
 }
 
 ReadLine line(const QString& text, double confidence, double top) {

@@ -87,19 +87,20 @@ QCoro::Task<QStringList> HelperTextRecognizer::supportedLanguages(std::stop_toke
 }
 
 QCoro::Task<std::vector<TextObservation>> HelperTextRecognizer::recognize(
-    ImageSource image, RecognitionRequest request, std::stop_token stop) {
+    ImageSource image, RecognitionRequest request, std::stop_token stop, LinesRead linesRead) {
     Picture picture = std::holds_alternative<Picture>(image) ? std::get<Picture>(image) : nullptr;
     const QUrl file = picture ? addressOf(picture) : std::get<QUrl>(image);
-    const QFuture<Reply> future =
-        submit(RecognizeRequest{file, std::move(request)}, stop, std::move(picture));
+    const QFuture<Reply> future = submit(
+        RecognizeRequest{file, std::move(request)}, stop, {{}, std::move(picture), std::move(linesRead)});
     const Reply reply = co_await future;
     co_return expect<ObservationsReply>(reply).observations;
 }
 
 QFuture<Reply> HelperTextRecognizer::submit(
-    const Request& request, const std::stop_token& stop, Picture picture) {
-    const Jobs::Id id = m_jobs.add(
-        {encode(request), std::move(picture)}, stop, this, [this](Jobs::Id stopped) { cancel(stopped); });
+    const Request& request, const std::stop_token& stop, Details details) {
+    details.frame = encode(request);
+    const Jobs::Id id =
+        m_jobs.add(std::move(details), stop, this, [this](Jobs::Id stopped) { cancel(stopped); });
     QFuture<Reply> future = m_jobs.future(id);
     sendNext();
     return future;
@@ -123,8 +124,15 @@ void HelperTextRecognizer::take(const QByteArray& payload) {
     if (const auto* accepted = std::get_if<Accepted>(&*reply)) {
         const double megapixels = 1e-6 * accepted->size.width() * accepted->size.height();
         using std::chrono::duration_cast, std::chrono::milliseconds;
-        m_helper.allowSilence(m_limits.anyRequest +
-            duration_cast<milliseconds>(m_limits.perMegapixel * std::clamp(megapixels, 0.0, 1e3)));
+        m_silence = m_limits.anyRequest +
+            duration_cast<milliseconds>(m_limits.perMegapixel * std::clamp(megapixels, 0.0, 1e3));
+        m_helper.allowSilence(m_silence);
+        return;
+    }
+    if (const auto* progress = std::get_if<Progress>(&*reply)) {
+        m_helper.allowSilence(m_silence);
+        if (const Details* job = m_jobs.find(m_current); job && job->linesRead)
+            LinesRead(job->linesRead)(progress->lines);  // a copy: it may stop the job
         return;
     }
     m_jobs.succeed(std::exchange(m_current, 0), *std::move(reply));

@@ -31,7 +31,7 @@ public:
     void prepare() override;
     [[nodiscard]] QCoro::Task<QStringList> supportedLanguages(std::stop_token stop) override;
     [[nodiscard]] QCoro::Task<std::vector<TextObservation>> recognize(
-        ImageSource image, RecognitionRequest request, std::stop_token stop) override;
+        ImageSource image, RecognitionRequest request, std::stop_token stop, LinesRead linesRead) override;
 
     /// The running helper's process, or 0.
     [[nodiscard]] qint64 helperProcessId() const { return m_helper.processId(); }
@@ -40,11 +40,12 @@ private:
     struct Details {
         QByteArray frame;
         Picture picture;  ///< that has to be there while the helper reads it
+        LinesRead linesRead;
     };
     using Jobs = HelperJobs<recogniser_protocol::Reply, Details>;
 
     [[nodiscard]] QFuture<recogniser_protocol::Reply> submit(
-        const recogniser_protocol::Request& request, const std::stop_token& stop, Picture picture = {});
+        const recogniser_protocol::Request& request, const std::stop_token& stop, Details details = {});
     void sendNext();
     void take(const QByteArray& payload);
     void cancel(Jobs::Id id);
@@ -52,7 +53,8 @@ private:
     Limits m_limits;
     HelperProcess m_helper;
     Jobs m_jobs;
-    Jobs::Id m_current = 0;  ///< the job that is with the helper, or 0
+    std::chrono::milliseconds m_silence{};  ///< that the image under way is allowed
+    Jobs::Id m_current = 0;                 ///< the job that is with the helper, or 0
 };
 
 }  // namespace tralio

@@ -59,6 +59,10 @@ static void each(Accepted& message, Fields fields) {
     fields(message.size);
 }
 template <typename Fields>
+static void each(Progress& message, Fields fields) {
+    fields(message.lines);
+}
+template <typename Fields>
 static void each(ObservationsReply& message, Fields fields) {
     messages::Elements observations{message.observations};
     fields(observations);

@@ -12,7 +12,7 @@
 
 /// What the program and its recogniser say to each other, in frames. The recogniser answers the requests in
 /// their order, one reply each; a `PrepareRequest` has none, and a `RecognizeRequest` is first told
-/// `Accepted`.
+/// `Accepted`, and then how far it has come.
 namespace tralio::recogniser_protocol {
 
 /// More than this is refused before it is decoded.
@@ -40,6 +40,10 @@ struct LanguagesReply {
 struct Accepted {
     QSize size;
 };
+/// So many lines have been read so far; more will come.
+struct Progress {
+    qint32 lines = 0;
+};
 struct ObservationsReply {
     std::vector<TextObservation> observations;
 };
@@ -47,7 +51,7 @@ struct NoImageReply {};
 struct FailureReply {
     QString description;
 };
-using Reply = std::variant<LanguagesReply, Accepted, ObservationsReply, NoImageReply, FailureReply>;
+using Reply = std::variant<LanguagesReply, Accepted, Progress, ObservationsReply, NoImageReply, FailureReply>;
 
 [[nodiscard]] QByteArray encode(const Request& request);
 [[nodiscard]] QByteArray encode(const Reply& reply);

@@ -1,0 +1,224 @@
+#include "programs/recogniser/block_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "programs/recogniser/mixed_reading.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// Confidences, 0 to 100, at which reading stops or takes another way. They were tuned on rendered screen
+// regions in nine languages; `benchmarks/ocr` prints what they give.
+constexpr double certain = 94;
+constexpr double anotherScriptBelow = 88;
+constexpr double farScriptBelow = 60;
+constexpr double scriptFoundAt = 84;
+constexpr double scriptMargin = 3;
+constexpr double latinFrom = 55;
+constexpr double otherPictureBelow = 88;
+constexpr double pictureFoundAt = 91;
+constexpr double noTextBelow = 50;
+constexpr double balancedFrom = 0.6;
+
+constexpr QStringView vietnamesePack = u"vie";
+constexpr QStringView englishPack = u"eng";
+/// Vietnamese leads, and takes English with it; the other way round tone marks suffer.
+constexpr std::array<QStringView, 2> leadingPacks{vietnamesePack, englishPack};
+constexpr std::array<QStringView, 4> otherScripts{u"rus", u"jpn", u"chi_sim", u"kor"};
+constexpr std::array<QStringView, 3> otherLanguages{u"fra", u"deu", u"spa"};
+
+template <size_t count>
+QStringList present(const std::array<QStringView, count>& wanted, const QStringList& packs) {
+    QStringList result;
+    for (const QStringView pack : wanted)
+        if (packs.contains(pack))
+            result += pack.toString();
+    return result;
+}
+
+bool isText(const ReadLine& line) {
+    return line.confidence() >= noTextBelow;
+}
+
+/// Photographs are full of shapes like letters: few of them must be read well to count.
+bool isTextOfPhotograph(const ReadLine& line) {
+    constexpr double sure = 80;
+    constexpr double verySure = 93;
+    constexpr qsizetype someLetters = 4;
+    constexpr qsizetype fewLetters = 2;
+    const QString text = line.text();
+    const auto letters =
+        std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
+    return letters * 10 >= text.size() * 6 &&
+        ((letters >= someLetters && line.confidence() >= sure) ||
+            (letters >= fewLetters && line.confidence() >= verySure));
+}
+
+}  // namespace
+
+BlockReader::BlockReader(
+    EnginePool& engines, const QStringList& packs, const BlockPainter& painter, WorkBudget& budget)
+    : m_engines(engines), m_packs(packs), m_painter(painter), m_budget(budget) {}
+
+QString BlockReader::leadingEngine(const QStringList& packs) {
+    const QStringList leading = present(leadingPacks, packs);
+    return leading.isEmpty() ? packs.value(0) : leading.join(u'+');
+}
+
+QStringList BlockReader::otherEngines(const QStringList& packs) {
+    QStringList others;
+    if (packs.contains(vietnamesePack))
+        others += vietnamesePack.toString();
+    others += present(otherScripts, packs) + present(otherLanguages, packs);
+    others.removeAll(leadingEngine(packs));
+    return others;
+}
+
+const BlockPicture& BlockReader::picture(TextMarks::Kind kind) {
+    auto found = m_pictures.find(kind);
+    if (found == m_pictures.end())
+        found = m_pictures.emplace(kind, m_painter.paint(*m_block, kind)).first;
+    return found->second;
+}
+
+BlockReader::Look BlockReader::look(const QString& engine, TextMarks::Kind kind) {
+    Look look;
+    look.engine = engine;
+    TextEngine* const loaded = m_engines.engine(engine);
+    if (!loaded)
+        return look;
+    const BlockPicture& seen = picture(kind);
+    look.reading = loaded->read(seen.plane);
+    // A short row of wide signs is taken for columns.
+    if (look.reading.isBrokenRow()) {
+        Reading row = loaded->read(seen.plane, TextEngine::Layout::singleLine);
+        if (row.confidence() > look.reading.confidence())
+            look.reading = std::move(row);
+    }
+    if (engine == leadingEngine(m_packs))
+        restoreMarks(look.reading, seen.plane);
+    for (ReadLine& line : look.reading.lines) {
+        line.box = seen.inImage(line.box);
+        for (ReadWord& word : line.words)
+            word.box = seen.inImage(word.box);
+    }
+    look.confidence = look.reading.confidence();
+    return look;
+}
+
+Reading BlockReader::read(const TextBlock& block, Effort effort) {
+    m_block = &block;
+    m_pictures.clear();
+    m_furtherSince = WorkBudget::now();
+    m_best = look(leadingEngine(m_packs), block.kind);
+    const bool looksFurther = effort == Effort::untilConfident && !isCertain() && isWorthwhile();
+    const double atFirst = m_best.confidence;
+    m_furtherSince = WorkBudget::now();
+    if (looksFurther)
+        lookFurther();
+    m_best.reading.dropDirt();
+    std::erase_if(m_best.reading.lines,
+        [&](const ReadLine& line) { return !(block.isShaded ? isTextOfPhotograph(line) : isText(line)); });
+    constexpr double worthIt = 3;
+    if (looksFurther && (m_best.reading.lines.empty() || m_best.confidence < atFirst + worthIt))
+        m_budget.addFruitless(m_furtherSince);
+    return std::move(m_best.reading);
+}
+
+void BlockReader::lookFurther() {
+    tryOtherScripts(m_block->kind);
+    tryOtherLanguages();
+    tryOtherPictures();
+    if (m_best.confidence < farScriptBelow)
+        tryOtherScripts(TextMarks::Kind::lineByLine);
+}
+
+bool BlockReader::isWorthwhile() const {
+    // What looks by chance like a few letters is read ill by every engine.
+    constexpr size_t manyLetters = 8;
+    constexpr double hopeful = 65;
+    const auto hasMany = [](const TextLine& line) { return line.letters.size() >= manyLetters; };
+    return !m_block->isShaded || m_best.confidence >= hopeful ||
+        std::any_of(m_block->lines.begin(), m_block->lines.end(), hasMany);
+}
+
+void BlockReader::tryOtherScripts(TextMarks::Kind kind) {
+    QStringList scripts = present(otherScripts, m_packs);
+    if (scripts.removeOne(m_usualScript))
+        scripts.prepend(m_usualScript);
+    for (const QString& pack : scripts) {
+        const double enough = pack == u"rus" ? anotherScriptBelow : scriptFoundAt;
+        if ((m_best.reading.weakestLine() >= enough && !m_best.reading.holdsRiddle()) || !hasTime())
+            return;
+        takeBetterLines(look(pack, kind));
+    }
+}
+
+void BlockReader::takeBetterLines(const Look& other) {
+    // A region may hold several scripts, one line each: every line goes to the engine that reads it best, and
+    // gets the words of another script from the one that writes that.
+    Reading named = other.reading;
+    adoptWords(named, m_best.reading, ScriptKind::latin);
+    Look mixed{bestLines(m_best.reading, named, scriptMargin), m_best.engine, 0};
+    adoptWords(mixed.reading, other.reading, ScriptKind::other);
+    mixed.confidence = mixed.reading.confidence();
+    if (other.confidence > m_best.confidence) {
+        mixed.engine = other.engine;
+        m_usualScript = other.engine;
+    }
+    keepIfBetter(std::move(mixed), 0);
+}
+
+void BlockReader::tryOtherLanguages() {
+    // The others are surer of a Vietnamese text, even of a short one, whose marks they do not see or do not
+    // have; what they are good for is the letters that bear marks of their own.
+    if (m_best.engine != leadingEngine(m_packs) || m_best.reading.looksVietnamese())
+        return;
+    for (const QString& pack : present(otherLanguages, m_packs)) {
+        if (m_best.confidence >= certain || m_best.confidence < latinFrom || !hasTime())
+            return;
+        Look other = look(pack, m_block->kind);
+        const int gained = other.reading.markCount() - m_best.reading.markCount();
+        if (gained > 0 || (gained == 0 && other.reading.hasForeignLetters()))
+            keepIfBetter(std::move(other), 1);
+    }
+}
+
+void BlockReader::tryOtherPictures() {
+    using Kind = TextMarks::Kind;
+    if (m_best.confidence >= certain ||
+        (m_best.confidence >= otherPictureBelow && m_painter.balanceOf(*m_block) < balancedFrom))
+        return;
+    for (const Kind kind : {Kind::difference, Kind::brighter, Kind::darker, Kind::green, Kind::lineByLine}) {
+        if (kind == m_block->kind)
+            continue;
+        if (!hasTime())
+            return;
+        keepIfBetter(look(m_best.engine, kind), 0);
+        if (m_best.confidence >= pictureFoundAt)
+            return;
+    }
+}
+
+void BlockReader::restoreMarks(Reading& reading, const Plane& picture) {
+    // With two languages in one engine English wins small words whose marks are faint: "trang" for "trạng".
+    if (!reading.mayLackMarks() || !hasTime())
+        return;
+    if (TextEngine* const vietnamese = m_engines.engine(vietnamesePack.toString()))
+        reading.adoptMarks(vietnamese->read(picture));
+}
+
+bool BlockReader::isCertain() const {
+    return m_best.confidence >= certain && m_best.reading.weakestLine() >= farScriptBelow;
+}
+
+void BlockReader::keepIfBetter(Look other, double margin) {
+    if (other.confidence > m_best.confidence + margin)
+        m_best = std::move(other);
+}
+
+}  // namespace tralio

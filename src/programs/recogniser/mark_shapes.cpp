@@ -1,0 +1,233 @@
+#include "programs/recogniser/mark_shapes.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iterator>
+
+#include "programs/recogniser/labels.h"
+#include "programs/recogniser/rules.h"
+
+namespace tralio {
+namespace {
+
+using Kind = TextMarks::Kind;
+
+constexpr int rim = 1;         ///< pixels around a mark that its blur has reached
+constexpr int faint = 8;       ///< below this there is only ground
+constexpr int leastFull = 20;  ///< a mark of which no pixel is as strong is noise
+
+/// How strong a pixel of a letter is, of its full strength: what is below is blur.
+bool isInk(int strength, int full) {
+    return strength * 100 > full * 37;
+}
+
+bool always(size_t, size_t) {
+    return true;
+}
+
+Labels flatInk(const TextMarks& marks, const Plane& strengths) {
+    const std::vector<quint8>& values = strengths.pixels();
+    const int width = strengths.width();
+    const auto isShaded = [&](size_t i) {
+        return marks.ground().hasShades() &&
+            marks.ground().isShadedAt(QPoint(static_cast<int>(i % static_cast<size_t>(width)),
+                static_cast<int>(i / static_cast<size_t>(width))));
+    };
+    const Labels blurred = connect(
+        width, strengths.height(), Neighbours::eight,
+        [&](size_t i) { return values[i] >= faint && !isShaded(i); }, always);
+    std::vector<int> full(static_cast<size_t>(blurred.count));
+    for (size_t i = 0; i < values.size(); ++i)
+        if (blurred.of[i] != Labels::none)
+            full[static_cast<size_t>(blurred.of[i])] =
+                std::max<int>(full[static_cast<size_t>(blurred.of[i])], values[i]);
+    return connect(
+        width, strengths.height(), Neighbours::eight,
+        [&](size_t i) {
+            if (blurred.of[i] == Labels::none)
+                return false;
+            const int strongest = full[static_cast<size_t>(blurred.of[i])];
+            return strongest >= leastFull && isInk(values[i], strongest);
+        },
+        always);
+}
+
+Labels shadedInk(const TextMarks& marks, const Plane& strengths) {
+    const int full = fullStrength(strengths);
+    const std::vector<quint8>& values = strengths.pixels();
+    const auto width = static_cast<size_t>(strengths.width());
+    return connect(
+        strengths.width(), strengths.height(), Neighbours::eight,
+        [&](size_t i) {
+            return isInk(values[i], full) &&
+                marks.ground().isShadedAt(QPoint(static_cast<int>(i % width), static_cast<int>(i / width)));
+        },
+        always);
+}
+
+/// The colours that most pieces of the size of letters have in photographs; white, in which most captions are
+/// written, is always one of them.
+std::vector<QRgb> findLetterColours(const TextMarks& marks) {
+    constexpr int tolerance = 6;
+    constexpr int leastHeight = 5;
+    constexpr int mostHeight = 120;
+    constexpr size_t most = 4;
+    const Channels& channels = marks.channels();
+    const auto isEven = [&](size_t a, size_t b) {
+        return std::none_of(
+            channels.begin(), channels.end(),
+            [&](const Plane& plane) { return std::abs(plane.pixels()[a] - plane.pixels()[b]) > tolerance; });
+    };
+    const Labels pieces = connect(
+        marks.size().width(), marks.size().height(), Neighbours::four, [](size_t) { return true; }, isEven);
+    const std::vector<Extent> extents = extentsOf(pieces);
+    std::vector<bool> isCounted(extents.size());
+    struct Colour {
+        int count = 0;
+        int red = 0;
+        int green = 0;
+        int blue = 0;
+    };
+    std::map<int, Colour> colours;
+    for (size_t i = 0; i < pieces.of.size(); ++i) {
+        const auto piece = static_cast<size_t>(pieces.of[i]);
+        const QRect& box = extents[piece].box;
+        const bool isLetter = box.height() >= leastHeight * marks.unit() &&
+            box.height() <= mostHeight * marks.unit() && box.width() <= 2 * box.height() &&
+            extents[piece].area * 8 >= box.height() * box.height();
+        if (isCounted[piece] || !isLetter)
+            continue;
+        isCounted[piece] = true;
+        const std::array<int, 3> rgb{
+            channels[0].pixels()[i], channels[1].pixels()[i], channels[2].pixels()[i]};
+        Colour& colour = colours[(rgb[0] >> 5) << 6 | (rgb[1] >> 5) << 3 | rgb[2] >> 5];
+        ++colour.count;
+        colour.red += rgb[0];
+        colour.green += rgb[1];
+        colour.blue += rgb[2];
+    }
+    std::vector<Colour> sorted;
+    for (const auto& [bin, colour] : colours)
+        sorted.push_back(colour);
+    std::sort(
+        sorted.begin(), sorted.end(), [](const Colour& a, const Colour& b) { return a.count > b.count; });
+    sorted.resize(std::min(sorted.size(), most));
+    std::vector<QRgb> result{qRgb(255, 255, 255)};
+    for (const Colour& colour : sorted) {
+        const QRgb mean =
+            qRgb(colour.red / colour.count, colour.green / colour.count, colour.blue / colour.count);
+        if (std::min({qRed(mean), qGreen(mean), qBlue(mean)}) < 240)
+            result.push_back(mean);
+    }
+    return result;
+}
+
+Labels inkOfColour(const TextMarks& marks, QRgb colour) {
+    constexpr int tolerance = 40;
+    const Channels& channels = marks.channels();
+    const std::array<int, 3> wanted{qRed(colour), qGreen(colour), qBlue(colour)};
+    const auto width = static_cast<size_t>(marks.size().width());
+    return connect(
+        marks.size().width(), marks.size().height(), Neighbours::eight,
+        [&](size_t i) {
+            for (size_t channel = 0; channel < wanted.size(); ++channel)
+                if (std::abs(channels[channel].pixels()[i] - wanted[channel]) > tolerance)
+                    return false;
+            return marks.ground().isShadedAt(
+                QPoint(static_cast<int>(i % width), static_cast<int>(i / width)));
+        },
+        always);
+}
+
+void markRim(Plane& mask, int x, int y) {
+    for (int row = std::max(0, y - rim); row <= std::min(mask.height() - 1, y + rim); ++row)
+        std::fill(mask.row(row) + std::max(0, x - rim),
+            mask.row(row) + std::min(mask.width() - 1, x + rim) + 1, quint8(1));
+}
+
+/// Whether a pixel lies between two flat areas of different colours.
+bool isBetweenAreas(const TextMarks& marks, QPoint pixel) {
+    constexpr int reach = 2;
+    constexpr int leastDifference = 6;
+    const Ground& ground = marks.ground();
+    const QSize size = marks.size();
+    const int step = reach * marks.unit();
+    const auto clamped = [&](int dx, int dy) {
+        return QPoint(std::clamp(pixel.x() + dx, 0, size.width() - 1),
+            std::clamp(pixel.y() + dy, 0, size.height() - 1));
+    };
+    const QPoint around[] = {clamped(-step, 0), clamped(step, 0), clamped(0, -step), clamped(0, step)};
+    const int own = ground.regionAt(pixel);
+    return std::any_of(std::begin(around), std::end(around), [&](QPoint other) {
+        if (ground.regionAt(other) == own)
+            return false;
+        return std::any_of(ground.colours().begin(), ground.colours().end(), [&](const Plane& colour) {
+            return std::abs(colour.row(other.y())[other.x()] - colour.row(pixel.y())[pixel.x()]) >=
+                leastDifference;
+        });
+    });
+}
+
+/// Which marks are edges: of a band, a button or a bubble, with its border and its blur.
+std::vector<bool> findEdges(const Labels& ink, const std::vector<Extent>& extents, const TextMarks& marks) {
+    std::vector<int> between(extents.size());
+    for (int y = 0; y < ink.height; ++y)
+        for (int x = 0; x < ink.width; ++x)
+            if (const int label = ink.at(x, y); label != Labels::none && isBetweenAreas(marks, {x, y}))
+                ++between[static_cast<size_t>(label)];
+    std::vector<bool> edges(extents.size());
+    for (size_t i = 0; i < edges.size(); ++i)
+        edges[i] = between[i] * 10 >= extents[i].area * 6;
+    return edges;
+}
+
+/// The region that most sides of a mark border on; inside an "O" there may be one of its own.
+int regionAround(const QRect& box, const TextMarks& marks) {
+    const QRect outer = box.adjusted(-2, -2, 2, 2) & QRect(QPoint(), marks.size());
+    const QPoint middle = outer.center();
+    std::array<int, 4> regions{marks.ground().regionAt({outer.left(), middle.y()}),
+        marks.ground().regionAt({outer.right(), middle.y()}),
+        marks.ground().regionAt({middle.x(), outer.top()}),
+        marks.ground().regionAt({middle.x(), outer.bottom()})};
+    return *std::max_element(regions.begin(), regions.end(), [&](int a, int b) {
+        return std::count(regions.begin(), regions.end(), a) < std::count(regions.begin(), regions.end(), b);
+    });
+}
+
+void sortOut(const Labels& ink, Kind kind, const TextMarks& marks, MarkShapes& found, QRgb colour = 0) {
+    const std::vector<Extent> extents = extentsOf(ink);
+    std::vector<bool> areRules = findRules(ink, extents, marks.unit());
+    const std::vector<bool> edges = findEdges(ink, extents, marks);
+    for (size_t i = 0; i < edges.size(); ++i)
+        areRules[i] = areRules[i] || edges[i];
+    for (size_t i = 0; i < extents.size(); ++i) {
+        if (areRules[i])
+            continue;
+        const int region = regionAround(extents[i].box, marks);
+        found.shapes.push_back({extents[i].box, region, marks.ground().isShaded(region), kind, colour});
+    }
+    if (kind == Kind::ownColour)
+        return;
+    Plane& rules = found.rules.try_emplace(kind, ink.width, ink.height).first->second;
+    for (int y = 0; y < ink.height; ++y)
+        for (int x = 0; x < ink.width; ++x)
+            if (const int label = ink.at(x, y); label != Labels::none && areRules[static_cast<size_t>(label)])
+                markRim(rules, x, y);
+}
+
+}  // namespace
+
+MarkShapes findMarkShapes(const TextMarks& marks) {
+    const QRect everything(QPoint(), marks.size());
+    MarkShapes found;
+    sortOut(flatInk(marks, marks.strengths(Kind::difference, everything)), Kind::difference, marks, found);
+    if (!marks.ground().hasShades())
+        return found;
+    sortOut(shadedInk(marks, marks.strengths(Kind::difference, everything)), Kind::difference, marks, found);
+    for (const QRgb colour : findLetterColours(marks))
+        sortOut(inkOfColour(marks, colour), Kind::ownColour, marks, found, colour);
+    return found;
+}
+
+}  // namespace tralio

@@ -1,0 +1,108 @@
+#include "programs/recogniser/mixed_reading.h"
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+
+namespace tralio {
+namespace {
+
+/// Whether a word is in that script, and no less than a name or a few signs.
+bool isPlainly(const ReadWord& word, ScriptKind script) {
+    constexpr qsizetype fewestLatin = 2;
+    qsizetype latin = 0;
+    qsizetype others = 0;
+    for (const QChar c : word.text)
+        if (c.isLetter())
+            ++(c.script() == QChar::Script_Latin ? latin : others);
+    return script == ScriptKind::latin ? latin >= fewestLatin && others == 0 : others > 0 && latin == 0;
+}
+
+/// Puts a word in the place of what was read in its box, if that was read with much less confidence.
+void replaceBeneath(ReadLine& line, const ReadWord& word) {
+    constexpr double sure = 80;
+    constexpr double margin = 10;
+    constexpr double unread = 30;
+    const auto isBeneath = [&word](const ReadWord& other) {
+        const double middle = other.box.center().x();
+        return middle >= word.box.left() && middle <= word.box.right();
+    };
+    const auto first = std::find_if(line.words.begin(), line.words.end(), isBeneath);
+    const auto last = std::find_if_not(first, line.words.end(), isBeneath);
+    if (first == last)
+        return;
+    ReadLine beneath{{first, last}, {}};
+    const QRectF all = std::accumulate(first, last, QRectF(),
+        [](const QRectF& box, const ReadWord& other) { return box.united(other.box); });
+    const bool isSameStretch = all.width() <= 1.4 * word.box.width();
+    if (!isSameStretch || beneath.confidence() + margin > word.confidence ||
+        (word.confidence < sure && beneath.confidence() > unread))
+        return;
+    const int blanks = first->blanksBefore;
+    *first = word;
+    first->blanksBefore = blanks;
+    line.words.erase(std::next(first), last);
+}
+
+}  // namespace
+
+void adoptWords(Reading& reading, const Reading& other, ScriptKind script) {
+    for (const ReadLine& otherLine : other.lines) {
+        for (const ReadWord& word : otherLine.words) {
+            if (!isPlainly(word, script))
+                continue;
+            for (ReadLine& line : reading.lines)
+                if (shareHeight(line.box, otherLine.box))
+                    replaceBeneath(line, word);
+        }
+    }
+}
+
+Reading bestLines(const Reading& first, const Reading& second, double margin) {
+    // Two readings may cut one stretch of the image into different numbers of lines; what overlaps is chosen
+    // together, so that nothing is read twice or lost.
+    struct Group {
+        double top;
+        double bottom;
+        Reading first;
+        Reading second;
+    };
+    std::vector<Group> groups;
+    const auto add = [&groups](const ReadLine& line, Reading Group::*side) {
+        Group merged{line.box.top(), line.box.bottom(), {}, {}};
+        (merged.*side).lines.push_back(line);
+        for (auto group = groups.begin(); group != groups.end();) {
+            const QRectF stretch(line.box.left(), group->top, 1, group->bottom - group->top);
+            if (!shareHeight(stretch, line.box)) {
+                ++group;
+                continue;
+            }
+            merged.top = std::min(merged.top, group->top);
+            merged.bottom = std::max(merged.bottom, group->bottom);
+            for (const auto part : {&Group::first, &Group::second}) {
+                auto& lines = ((*group).*part).lines;
+                auto& all = (merged.*part).lines;
+                all.insert(all.begin(), lines.begin(), lines.end());
+            }
+            group = groups.erase(group);
+        }
+        groups.push_back(std::move(merged));
+    };
+    for (const ReadLine& line : first.lines)
+        add(line, &Group::first);
+    for (const ReadLine& line : second.lines)
+        add(line, &Group::second);
+    std::sort(groups.begin(), groups.end(), [](const Group& a, const Group& b) { return a.top < b.top; });
+
+    Reading best;
+    for (Group& group : groups) {
+        const bool secondIsBetter = (group.first.lines.empty() || group.second.holdsOtherScript()) &&
+            group.second.confidence() >= group.first.confidence() + margin;
+        std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
+        best.lines.insert(
+            best.lines.end(), std::move_iterator(lines.begin()), std::move_iterator(lines.end()));
+    }
+    return best;
+}
+
+}  // namespace tralio

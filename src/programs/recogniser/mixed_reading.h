@@ -1,0 +1,18 @@
+#pragma once
+
+#include "programs/recogniser/reading.h"
+
+namespace tralio {
+
+/// Both readings of one image, each line from the one that reads it with the greater confidence. The second
+/// one's engine is that of another script than Latin: a line of it counts only if it is in that script, and
+/// better by `margin`.
+[[nodiscard]] Reading bestLines(const Reading& first, const Reading& second, double margin);
+
+enum class ScriptKind { latin, other };
+
+/// Takes words in a script that the reading's engine does not write from that of one which does, where it is
+/// much surer of them: names in the middle of a foreign line.
+void adoptWords(Reading& reading, const Reading& other, ScriptKind script);
+
+}  // namespace tralio

@@ -1,0 +1,92 @@
+#include "programs/recogniser/rules.h"
+
+#include <QSize>
+
+#include <algorithm>
+
+namespace tralio {
+namespace {
+
+/// Letters are neither that long and thin nor that hollow.
+bool isLineOrFrame(const Extent& extent, int thickness, int unit) {
+    const int longSide = std::max(extent.box.width(), extent.box.height());
+    const int shortSide = std::min(extent.box.width(), extent.box.height());
+    if (longSide < 40 * unit)
+        return false;
+    const bool isLine = shortSide <= 4 * unit;
+    const bool isHollow =
+        shortSide >= 12 * unit && extent.area * 100 <= 35 * extent.box.width() * extent.box.height();
+    const bool isFrame = extent.area <= 5 * unit * (extent.box.width() + extent.box.height());
+    // The letters of a headline are hollow too, but not drawn that finely.
+    const bool isTable = thickness <= 2 * unit || (thickness <= 4 * unit && longSide >= 120 * unit);
+    return isLine || (isHollow && (isFrame || isTable));
+}
+
+/// What stands around a button or a tooltip: a bar along an edge of the picture, or around a corner of it.
+/// Text that the user's rectangle cuts touches one edge only, or is no bar.
+bool isSurround(const Extent& extent, QSize picture, int unit) {
+    const QRect& box = extent.box;
+    const bool left = box.left() == 0;
+    const bool right = box.right() == picture.width() - 1;
+    const bool top = box.top() == 0;
+    const bool bottom = box.bottom() == picture.height() - 1;
+    const bool isUpright = top && bottom && box.height() >= 15 * unit &&
+        (left || right || extent.area <= 3 * unit * box.height());
+    const bool isLevel = left && right && box.width() >= 40 * unit;
+    const bool isCorner = (left || right) && (top || bottom);
+    return isUpright || isLevel || isCorner;
+}
+
+bool isBar(const Extent& extent, int unit) {
+    return extent.box.width() <= 2 * unit && extent.box.height() >= 8 * unit &&
+        extent.area * 10 >= 9 * extent.box.width() * extent.box.height();
+}
+
+/// A text cursor, or what is left of a frame: a bar that is the first or last thing in its row, higher than
+/// what is written there and, other than an "l", reaching below the line that letters stand on.
+bool isTextCursor(size_t bar, const std::vector<Extent>& all, const std::vector<bool>& areRules, int unit) {
+    if (!isBar(all[bar], unit))
+        return false;
+    const QRect& own = all[bar].box;
+    std::vector<int> feet;
+    bool isFirst = true;
+    bool isLast = true;
+    for (size_t i = 0; i < all.size(); ++i) {
+        const QRect& other = all[i].box;
+        const int middle = other.top() + other.height() / 2;
+        if (i == bar || areRules[i] || middle < own.top() || middle > own.bottom())
+            continue;
+        if (other.height() >= own.height() && !isBar(all[i], unit))
+            return false;
+        isFirst = isFirst && other.left() > own.left();
+        isLast = isLast && other.left() < own.left();
+        const bool isLetter = other.height() * 10 >= 3 * own.height();  // marks and dots have no foot
+        if (isLetter)
+            feet.push_back(other.bottom());
+    }
+    if (feet.empty() || !(isFirst || isLast))
+        return false;
+    const auto median = feet.begin() + static_cast<std::ptrdiff_t>(feet.size() / 2);
+    std::nth_element(feet.begin(), median, feet.end());
+    return (own.bottom() - *median) * 8 >= own.height();
+}
+
+}  // namespace
+
+std::vector<bool> findRules(const Labels& marks, const std::vector<Extent>& extents, int unit) {
+    const std::vector<int> thicknesses = largestSquaresOf(marks);
+    const QSize picture(marks.width, marks.height);
+    std::vector<bool> areRules(extents.size());
+    for (size_t i = 0; i < extents.size(); ++i)
+        areRules[i] =
+            isLineOrFrame(extents[i], thicknesses[i], unit) || isSurround(extents[i], picture, unit);
+    std::vector<size_t> cursors;
+    for (size_t i = 0; i < extents.size(); ++i)
+        if (!areRules[i] && isTextCursor(i, extents, areRules, unit))
+            cursors.push_back(i);
+    for (const size_t cursor : cursors)
+        areRules[cursor] = true;
+    return areRules;
+}
+
+}  // namespace tralio

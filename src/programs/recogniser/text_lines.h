@@ -1,0 +1,31 @@
+#pragma once
+
+#include <vector>
+
+#include "programs/recogniser/mark_shapes.h"
+
+namespace tralio {
+
+/// Marks that look like a line of text: letters side by side, with the dots and accents that belong to them.
+/// A gap as wide as between columns ends a line.
+struct TextLine {
+    QRect box;
+    int region = 0;
+    bool isShaded = false;
+    TextMarks::Kind kind = TextMarks::Kind::difference;
+    QRgb colour = 0;
+    std::vector<QRect> letters;  ///< from left to right
+    std::vector<QRect> dots;     ///< what is too small for a letter
+
+    /// The usual height of its letters.
+    [[nodiscard]] int letterHeight() const;
+};
+
+/// `unit` is the number of pixels of a logical one.
+[[nodiscard]] std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int unit);
+
+/// Of the lines seen in a photograph, those whose letters are as even in height as those of a text; what it
+/// shows by chance is not. A line that was seen in several kinds of marks comes once.
+[[nodiscard]] std::vector<TextLine> evenLines(std::vector<TextLine> sightings);
+
+}  // namespace tralio

@@ -1,0 +1,11 @@
+#include "programs/recogniser/work_budget.h"
+
+#include <ctime>
+
+namespace tralio {
+
+double WorkBudget::now() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+}  // namespace tralio

@@ -1,0 +1,215 @@
+#include <QPainter>
+
+#include <gmock/gmock.h>
+
+#include "programs/recogniser/labels.h"
+#include "programs/recogniser/rules.h"
+#include "programs/recogniser/text_blocks.h"
+
+namespace tralio {
+namespace {
+
+/// Black boxes on white, but for those that are rules.
+Plane lettersOf(const std::vector<QRect>& boxes) {
+    constexpr int width = 120;
+    constexpr int height = 40;
+    Plane plane(width, height, 255);
+    for (const QRect& box : boxes)
+        for (int y = box.top(); y <= box.bottom(); ++y)
+            std::fill_n(plane.row(y) + box.left(), box.width(), 0);
+    const Labels marks = connect(
+        width, height, Neighbours::eight, [&](size_t i) { return plane.pixels()[i] == 0; },
+        [](size_t, size_t) { return true; });
+    const std::vector<bool> areRules = findRules(marks, extentsOf(marks), 1);
+    for (size_t i = 0; i < marks.of.size(); ++i)
+        if (marks.of[i] != Labels::none && areRules[static_cast<size_t>(marks.of[i])])
+            plane.pixels()[i] = 255;
+    return plane;
+}
+
+TEST(Rules, are_told_from_letters) {
+    const QRect letter(30, 12, 8, 14);
+    const QRect stem(50, 8, 2, 18);
+    const QRect dash(60, 18, 20, 2);
+    struct Case {
+        const char* what;
+        std::vector<QRect> boxes;
+    };
+    const Case cases[] = {
+        {"an underline", {{10, 34, 90, 2}}},
+        {"a thin frame", {{4, 3, 112, 1}, {4, 3, 1, 33}, {4, 35, 112, 1}, {115, 3, 1, 33}}},
+        {"a table's grid",
+            {{4, 3, 112, 1}, {4, 28, 112, 1}, {4, 32, 112, 1}, {4, 35, 112, 1}, {4, 3, 1, 33}, {26, 3, 1, 33},
+                {84, 3, 1, 33}, {90, 3, 1, 33}, {100, 3, 1, 33}, {115, 3, 1, 33}}},
+        {"what lies beside a button", {{0, 0, 9, 40}}},
+        {"what lies around a button's corner", {{100, 0, 20, 40}, {20, 0, 100, 4}}},
+        {"a caret from top to bottom", {{90, 0, 1, 40}}},
+        {"a caret after the text", {{85, 5, 1, 26}}},
+        {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
+    };
+    const auto drawn = [](const std::vector<QRect>& boxes) {
+        Plane plane(120, 40, 255);
+        for (const QRect& box : boxes)
+            for (int y = box.top(); y <= box.bottom(); ++y)
+                std::fill_n(plane.row(y) + box.left(), box.width(), 0);
+        return plane;
+    };
+    for (const Case& given : cases) {
+        std::vector<QRect> boxes = given.boxes;
+        boxes.insert(boxes.end(), {letter, stem, dash});
+        EXPECT_EQ(lettersOf(boxes), drawn({letter, stem, dash})) << given.what;
+    }
+    const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
+    const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
+    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters})
+        EXPECT_EQ(lettersOf(letters), drawn(letters));
+}
+
+/// A picture on which boxes stand for letters, each with a hole like an "o".
+class Sheet {
+public:
+    Sheet(int width, int height, QColor paper = Qt::white) : m_image(width, height, QImage::Format_RGB32) {
+        m_image.fill(paper);
+    }
+
+    Sheet& fill(const QRect& box, QColor colour) {
+        QPainter(&m_image).fillRect(box, colour);
+        return *this;
+    }
+
+    /// Letters of that height from there on, two thirds as wide, with a third between them.
+    Sheet& type(QPoint at, int count, int height, QColor ink = Qt::black) {
+        QPainter painter(&m_image);
+        const int stroke = std::max(1, height / 6);
+        for (int i = 0; i < count; ++i) {
+            const QRect box(at + QPoint(i * height, 0), QSize(height * 2 / 3, height));
+            const QRect hole = box.adjusted(stroke, stroke, -stroke, -stroke);
+            painter.setClipRegion(QRegion(box) - hole);
+            painter.fillRect(box, ink);
+        }
+        return *this;
+    }
+
+    [[nodiscard]] const QImage& image() const { return m_image; }
+
+private:
+    QImage m_image;
+};
+
+/// What is found on a sheet.
+struct Found {
+    explicit Found(const Sheet& sheet)
+        : marks(sheet.image()),
+          shapes(findMarkShapes(marks)),
+          lines(findTextLines(shapes.shapes, marks.unit())),
+          blocks(groupIntoBlocks(lines)) {}
+
+    /// The numbers of letters of each block's lines.
+    [[nodiscard]] std::vector<std::vector<size_t>> letters() const {
+        std::vector<std::vector<size_t>> all;
+        for (const TextBlock& block : blocks) {
+            std::vector<size_t>& counts = all.emplace_back();
+            for (const TextLine& line : block.lines)
+                counts.push_back(line.letters.size());
+        }
+        return all;
+    }
+
+    TextMarks marks;
+    MarkShapes shapes;
+    std::vector<TextLine> lines;
+    std::vector<TextBlock> blocks;
+};
+
+using Counts = std::vector<std::vector<size_t>>;
+
+TEST(TextFinding, lines_end_at_the_gaps_of_columns_and_not_at_those_of_words_and_signs) {
+    Sheet sheet(420, 120);
+    for (int row = 0; row < 3; ++row) {
+        sheet.type({10, 10 + 20 * row}, 8, 10).type({100, 10 + 20 * row}, 6, 10);  // a blank between them
+        sheet.type({220, 10 + 20 * row}, 9, 10);
+    }
+    EXPECT_EQ(Found(sheet).letters(), (Counts{{14, 14, 14}, {9, 9, 9}}));
+
+    Sheet code(300, 40);
+    code.type({10, 10}, 5, 10).type({90, 10}, 6, 10);
+    EXPECT_EQ(Found(code).letters(), (Counts{{5}, {6}}));
+    code.fill({64, 12, 7, 2}, Qt::black).fill({64, 17, 7, 2}, Qt::black);
+    EXPECT_EQ(Found(code).letters(), (Counts{{11}})) << "\"=\" stands there";
+}
+
+TEST(TextFinding, a_tables_grid_is_erased_and_its_cells_are_read_one_by_one) {
+    constexpr int rows = 7;
+    Sheet sheet(400, rows * 30 + 20);
+    for (int row = 0; row <= rows; ++row)
+        sheet.fill({10, 10 + 30 * row, 380, 2}, QColor(40, 40, 40));
+    for (const int x : {10, 200, 388})
+        sheet.fill({x, 10, 2, rows * 30 + 2}, QColor(40, 40, 40));
+    for (int row = 0; row < rows; ++row)
+        sheet.type({20, 20 + 30 * row}, 9, 10).type({210, 20 + 30 * row}, 6, 10);
+    const Found found(sheet);
+    size_t cells = 0;
+    for (const TextLine& line : found.lines) {
+        EXPECT_THAT(line.letters.size(), testing::AnyOf(9U, 6U));
+        EXPECT_EQ(line.box.height(), 10);
+        ++cells;
+    }
+    EXPECT_EQ(cells, 2U * rows);
+    const BlockPainter painter(found.marks, found.shapes, found.blocks);
+    for (const TextBlock& block : found.blocks) {
+        const Plane picture = painter.paint(block, block.kind).plane;
+        for (const int y : {0, picture.height() - 1})
+            EXPECT_EQ(std::count(picture.row(y), picture.row(y) + picture.width(), 255), picture.width());
+    }
+}
+
+TEST(TextFinding, bands_of_any_height_show_their_text_beside_that_of_the_page) {
+    for (int height = 20; height <= 76; height += 4) {
+        Sheet sheet(300, 60 + height);
+        sheet.type({20, 10}, 12, 10).fill({10, 30, 280, height}, QColor(22, 104, 220));
+        sheet.type({40, 30 + height / 2 - 5}, 8, 10, Qt::white).type({20, 40 + height}, 7, 10);
+        EXPECT_EQ(Found(sheet).letters(), (Counts{{12}, {8}, {7}})) << height;
+    }
+}
+
+TEST(TextFinding, a_faint_line_beside_strong_ones_keeps_its_letters) {
+    Sheet sheet(300, 80);
+    sheet.type({20, 10}, 12, 10).type({20, 32}, 9, 10, QColor(214, 214, 214)).type({20, 54}, 7, 10);
+    EXPECT_EQ(Found(sheet).letters(), (Counts{{12, 9, 7}}));
+    EXPECT_TRUE(Found(Sheet(300, 80, QColor(128, 128, 128))).lines.empty());
+}
+
+TEST(TextFinding, a_headline_is_no_part_of_the_text_below_and_both_are_scaled_to_one_size) {
+    Sheet sheet(700, 260);
+    sheet.type({20, 20}, 8, 66);
+    for (int row = 0; row < 4; ++row)
+        sheet.type({20, 100 + 20 * row}, 30, 9);
+    const Found found(sheet);
+    EXPECT_EQ(found.letters(), (Counts{{8}, {30, 30, 30, 30}}));
+    const BlockPainter painter(found.marks, found.shapes, found.blocks);
+    for (const TextBlock& block : found.blocks) {
+        const BlockPicture picture = painter.paint(block, block.kind);
+        EXPECT_NEAR(block.letterHeight() * picture.scale, 20, 3);
+        const QRectF box = picture.inImage(QRectF(10, 10, 10, 10));
+        EXPECT_TRUE(block.box.adjusted(-50, -50, 50, 50).contains(box.toRect()))
+            << "boxes are the image's again";
+    }
+}
+
+TEST(TextFinding, accents_and_dots_go_with_their_letters) {
+    Sheet sheet(300, 90);
+    for (int row = 0; row < 2; ++row) {
+        const int y = 20 + 30 * row;
+        sheet.type({20, y}, 10, 12);
+        for (const int letter : {1, 4, 5})
+            sheet.fill({21 + 12 * letter, y - 7, 5, 4}, Qt::black);
+        sheet.fill({20 + 12 * 7 + 3, y + 15, 2, 2}, Qt::black);
+    }
+    const Found found(sheet);
+    EXPECT_EQ(found.letters(), (Counts{{10, 10}}));
+    for (const TextLine& line : found.lines)
+        EXPECT_EQ(line.dots.size(), 4U);
+}
+
+}  // namespace
+}  // namespace tralio
