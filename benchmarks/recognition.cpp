@@ -51,7 +51,7 @@ Recognition measureRecognition(const QString& folder, int rounds) {
     for (int round = 0; round <= rounds; ++round) {
         const double ours = milliseconds([&] {
             const RecognitionRequest request{.languages = QStringList{u"vi-VN"_s, u"en-US"_s}};
-            auto reading = recognizer.recognize(QUrl::fromLocalFile(path), request, {});
+            auto reading = recognizer.recognize(QUrl::fromLocalFile(path), request, {}, {});
             if (!waitUntil([&reading] { return reading.isReady(); }, 60))
                 qFatal("The recogniser does not answer.");
         });
