@@ -1,12 +1,7 @@
 #include "app/app_delegate.h"
 
-#include <QRect>
-
-#include <gmock/gmock.h>
-
+#include "app/shell_fixture.h"
 #include "common/on_change.h"
-#include "support/debug_log_file.h"
-#include "ui/program_on_fakes.h"
 
 namespace tralio {
 namespace {
@@ -17,68 +12,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-class FakePopover final : public PopoverHost {
-public:
-    bool isShown() const override { return shown; }
-    void show(std::optional<QRect> anchor) override {
-        shown = true;
-        anchors.push_back(anchor);
-        if (onShow)
-            onShow();
-    }
-    void performClose() override { shown = false; }
-
-    bool shown = false;
-    std::vector<std::optional<QRect>> anchors;  ///< one for each time it was shown
-    std::function<void()> onShow;
-};
-
-class FakeStatusItem final : public StatusItemHost {
-public:
-    void setAction(std::function<void()> installed) override { action = std::move(installed); }
-    void setMenu(const QList<StatusMenuEntry>& entries) override { menu = entries; }
-    bool isInTray() const override { return inTray; }
-    std::optional<QRect> frame() const override { return place; }
-
-    void choose(const QString& title) {
-        for (const StatusMenuEntry& entry : menu)
-            if (entry.title == title)
-                entry.action();
-    }
-
-    bool inTray = true;
-    std::function<void()> action;
-    QList<StatusMenuEntry> menu;
-    std::optional<QRect> place = QRect(1200, 3, 24, 24);
-};
-
-/// A delegate that has not been launched yet.
-class Shell : public testing::Test, protected ProgramOnFakes {
-protected:
-    void launch() { delegate->applicationDidFinishLaunching(); }
-    void select(const QString& text) {
-        desktop.workspace.front = {4711, u"org.example.Editor"_s, u"Editor"_s};
-        desktop.accessibility.focused = {.selectedText = text};
-    }
-    /// Selects in an application that answers only by copying, as its menu item does.
-    void selectForCopying() {
-        desktop.workspace.front = {4711, u"org.example.Editor"_s, u"Editor"_s};
-        desktop.accessibility.bar = {.children = {{.children = {{.children = {{.title = u"Copy"_s}}}}}}};
-    }
-
-    std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host, bool isFirstStart = false) {
-        return std::make_unique<AppDelegate>(
-            AppDelegate::Dependencies{appState, settings, hotKeys, desktop.pasteboard, captures, updates,
-                desktop.clock, host, statusItem, {}, isFirstStart, {}, [this] { ++quits; }});
-    }
-
-    DebugLogFile log;
-    FakePopover popover;
-    FakeStatusItem statusItem;
-    int quits = 0;
-    std::unique_ptr<AppDelegate> delegate = delegateWith(popover);
-};
 
 TEST_F(Shell, the_items_menu_does_what_it_says_once_it_has_left_the_screen) {
     launch();
@@ -254,100 +187,6 @@ TEST_F(Shell, of_texts_that_come_in_a_flood_the_newest_is_requested_every_three_
     EXPECT_THAT(requested, ElementsAre(u"79"_s, u"379"_s, u"679"_s, u"979"_s, u"999"_s));
     pass(1s);
     EXPECT_THAT(requested, SizeIs(5));
-}
-
-class ClipboardCheck : public Shell {
-protected:
-    /// Opens the popover by the tray item; what is requested then, if anything.
-    std::optional<QString> opening() {
-        popover.shown = false;
-        appState.pendingTextToTranslate = QString();
-        appState.translateTriggerId = std::nullopt;
-        statusItem.action();
-        desktop.clock.advance(79ms);
-        EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
-        desktop.clock.advance(1ms);
-        return appState.translateTriggerId() ? std::optional(appState.pendingTextToTranslate())
-                                             : std::nullopt;
-    }
-};
-
-TEST_F(ClipboardCheck, each_new_text_is_translated_once_when_the_tray_item_opens_the_popover) {
-    launch();
-    desktop.pasteboard.copy(u" new text\n"_s);
-    EXPECT_EQ(opening(), u"new text"_s);
-    EXPECT_EQ(opening(), std::nullopt);
-    desktop.pasteboard.copy(u"new text"_s);
-    EXPECT_EQ(opening(), std::nullopt) << "a clipboard manager has taken it over";
-
-    desktop.pasteboard.copy(u"copied before closing"_s);
-    statusItem.action();
-    EXPECT_FALSE(popover.shown);
-    desktop.clock.advance(80ms);
-    EXPECT_EQ(appState.lastHandledChangeCount, desktop.pasteboard.count - 1) << "closing checked";
-}
-
-TEST_F(ClipboardCheck, a_copy_made_while_the_one_before_is_read_is_new_the_next_time) {
-    launch();
-    desktop.pasteboard.copy(u"first"_s);
-    desktop.pasteboard.onRead = [this] {
-        desktop.pasteboard.onRead = nullptr;
-        desktop.pasteboard.copy(u"second"_s);
-    };
-    EXPECT_EQ(opening(), u"first"_s);
-    EXPECT_EQ(opening(), u"second"_s);
-}
-
-TEST_F(ClipboardCheck, a_result_copied_here_is_not_new_whoever_has_taken_it_over) {
-    launch();
-    desktop.pasteboard.setString(u"the result\n"_s);
-    EXPECT_EQ(opening(), std::nullopt);
-    desktop.pasteboard.copy(u"the result"_s);
-    EXPECT_EQ(opening(), std::nullopt);
-    desktop.pasteboard.copy(u"another text"_s);
-    EXPECT_EQ(opening(), u"another text"_s);
-}
-
-TEST_F(ClipboardCheck, what_is_no_text_or_a_password_or_not_wanted_is_not_sent) {
-    launch();
-    for (const std::optional<QString>& content : {std::optional(u" \n"_s), std::optional<QString>()}) {
-        desktop.pasteboard.copy(content);
-        EXPECT_EQ(opening(), std::nullopt);
-    }
-    desktop.pasteboard.copy(u"correct horse"_s);
-    desktop.pasteboard.concealed = true;
-    EXPECT_EQ(opening(), std::nullopt);
-    desktop.pasteboard.concealed = false;
-    settings.autoPaste = false;
-    EXPECT_EQ(opening(), std::nullopt);
-    settings.autoPaste = true;
-    EXPECT_EQ(opening(), u"correct horse"_s);
-}
-
-TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new_but_a_later_copy_is) {
-    launch();
-    selectForCopying();
-    const auto fetch = [this] {
-        desktop.hotKeys.handler(textHotKeyID);
-        desktop.clock.advance(0ms);
-        EXPECT_FALSE(popover.shown) << "shown before the text was there";
-        desktop.pasteboard.copy(u"copied"_s);
-        desktop.clock.advance(30ms);
-        EXPECT_TRUE(popover.shown);
-    };
-    fetch();
-    desktop.clock.advance(80ms);
-    EXPECT_EQ(appState.pendingTextToTranslate(), u"copied"_s);
-    EXPECT_EQ(opening(), std::nullopt);
-    desktop.pasteboard.copy(u"copied"_s);
-    EXPECT_EQ(opening(), std::nullopt) << "taken over by another program";
-
-    popover.shown = false;
-    fetch();
-    desktop.pasteboard.copy(u"the user's own"_s);
-    desktop.clock.advance(80ms);
-    EXPECT_EQ(appState.pendingTextToTranslate(), u"copied"_s);
-    EXPECT_EQ(opening(), u"the user's own"_s);
 }
 
 TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_requested) {

@@ -1,92 +1,14 @@
-#include <QDragEnterEvent>
-#include <QMimeData>
 #include <QTest>
 
 #include "ui/kit/error_strip.h"
-#include "ui/kit/label.h"
-#include "ui/kit/multiline_enter_input_view.h"
-#include "ui/kit/reading_area.h"
 #include "ui/kit/surface.h"
-#include "ui/kit/theme.h"
-#include "ui/stage.h"
+#include "ui/translate_view_fixture.h"
 
 namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-
-/// The translate panel in the hands of a user. The model answers in capitals.
-class TranslateViewTest : public testing::Test {
-protected:
-    TranslateViewTest() {
-        Theme::setAppearance({.reducedMotion = true});
-        stage.model.translatesBy(
-            [](const StandInModel::Request& request) { return request.userText().toUpper(); });
-        stage.open();
-    }
-    ~TranslateViewTest() override { Theme::setAppearance({}); }
-
-    [[nodiscard]] QString input() const { return stage.find<MultilineEnterInputView>()->text(); }
-    [[nodiscard]] QString result() const { return stage.find<ReadingArea>()->text(); }
-    [[nodiscard]] QString inkOfResult() const {
-        return stage.find<ReadingArea>()->palette().color(QPalette::Text).name();
-    }
-    [[nodiscard]] bool says(const QString& text) {
-        for (const Label* label : visibleParts<Label>(stage.window()))
-            if (label->text() == text)
-                return true;
-        return false;
-    }
-    [[nodiscard]] bool canPress(const QString& name) const {
-        return stage.hasControl(name) && stage.controls(name).constFirst()->isEnabled();
-    }
-    void choose(const QString& menu, const QString& entry) {
-        stage.click(menu);
-        stage.click(entry);
-    }
-    void translate(const QString& text) {
-        stage.type(text);
-        stage.press(Qt::Key_Return);
-        stage.wait([this, text] { return result() == text.toUpper(); });
-    }
-    void holdReplies() {
-        stage.model.replies(StandInReply::translation(u"late"_s).delivered(StandInReply::Delivery::held));
-    }
-    void waitForRequests(qsizetype count) {
-        stage.wait([this, count] { return stage.model.requests().size() == count; });
-    }
-    [[nodiscard]] QString lastPrompt() const { return stage.model.requests().last().systemPrompt(); }
-
-    /// Carries content over the input; whether it may be dropped there.
-    bool dragOver(const QMimeData& content) {
-        QDragEnterEvent enter({}, Qt::CopyAction | Qt::MoveAction, &content, Qt::LeftButton, Qt::NoModifier);
-        enter.ignore();
-        for (QWidget* widget : {stage.find<MultilineEnterInputView>()->viewport(), box()})
-            if (!enter.isAccepted())
-                QApplication::sendEvent(widget, &enter);
-        stage.settle();
-        return enter.isAccepted();
-    }
-    void leave() {
-        QDragLeaveEvent leaving;
-        QApplication::sendEvent(box(), &leaving);
-        stage.settle();
-    }
-    bool drop(const QMimeData& content) {
-        QDropEvent dropped({5, 5}, Qt::CopyAction, &content, Qt::LeftButton, Qt::NoModifier);
-        dropped.ignore();
-        QApplication::sendEvent(box(), &dropped);
-        stage.settle();
-        return dropped.isAccepted();
-    }
-    [[nodiscard]] QWidget* box() const { return stage.find<MultilineEnterInputView>()->parentWidget(); }
-    [[nodiscard]] QString placeholder() const {
-        return stage.find<MultilineEnterInputView>()->accessibleDescription();
-    }
-
-    Stage stage;
-};
 
 TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_it) {
     choose(u"Ngôn ngữ nguồn: Tiếng Anh"_s, u"Tự động phát hiện"_s);
@@ -238,63 +160,6 @@ TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does)
     stage.settle();
     EXPECT_TRUE(says(u"0 ký tự"_s));
     EXPECT_FALSE(stage.hasControl(u"Hủy"_s));
-}
-
-TEST_F(TranslateViewTest, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {
-    const QString usual = placeholder();
-    QMimeData file;
-    file.setUrls({QUrl(u"https://example.org/"_s), QUrl::fromLocalFile(u"/tmp/menu.png"_s)});
-    EXPECT_TRUE(dragOver(file));
-    EXPECT_NE(placeholder(), usual);
-    leave();
-    EXPECT_EQ(placeholder(), usual);
-    stage.recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"seen"_s}}});
-    EXPECT_TRUE(dragOver(file));
-    EXPECT_TRUE(drop(file));
-    EXPECT_EQ(placeholder(), QString()) << "a text stands there";
-    stage.wait([this] { return result() == u"SEEN"_s; });
-}
-
-TEST_F(TranslateViewTest, text_wins_over_the_picture_that_comes_with_it_and_no_content_does_harm) {
-    QMimeData cells;
-    cells.setText(u"1\t2"_s);
-    cells.setImageData(QImage(4, 4, QImage::Format_RGB32));
-    QMimeData link;
-    link.setUrls({QUrl(u"https://example.org/a b"_s)});
-    for (const QMimeData* text : {&cells, &link}) {
-        EXPECT_TRUE(dragOver(*text));
-        EXPECT_FALSE(placeholder().startsWith(u"Thả"_s)) << "the editor takes it";
-        EXPECT_TRUE(drop(*text));
-        EXPECT_TRUE(input().contains(text->text()));
-    }
-    /// A program that offers everything and gives nothing.
-    class Silent final : public QMimeData {
-        bool hasFormat(const QString&) const override { return true; }
-        QStringList formats() const override {
-            return {u"text/uri-list"_s, u"text/plain"_s, u"application/x-qt-image"_s,
-                u"application/octet-stream"_s};
-        }
-        QVariant retrieveData(const QString&, QMetaType) const override { return {}; }
-    };
-    std::vector<std::unique_ptr<QMimeData>> contents;
-    contents.push_back(std::make_unique<QMimeData>());
-    contents.push_back(std::make_unique<Silent>());
-    for (const QByteArray& bytes :
-        {QByteArray(), QByteArray("\r\n\r\n"), QByteArray("\0\xff%%:///\n#", 10)}) {
-        contents.push_back(std::make_unique<QMimeData>());
-        for (const char* format : {"text/uri-list", "text/plain", "application/octet-stream", "image/png"}) {
-            contents.push_back(std::make_unique<QMimeData>());
-            contents.back()->setData(QLatin1StringView(format), bytes);
-            contents[contents.size() - 2]->setData(QLatin1StringView(format), bytes);
-        }
-    }
-    for (const auto& content : contents) {
-        (void)dragOver(*content);
-        leave();
-        (void)drop(*content);
-    }
-    EXPECT_TRUE(stage.model.requests().isEmpty());
-    EXPECT_FALSE(stage.find<ErrorStrip>()->isVisible());
 }
 
 TEST_F(TranslateViewTest, the_keyboard_goes_on_where_it_was_when_a_button_is_disabled_or_goes) {

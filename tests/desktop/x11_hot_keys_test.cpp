@@ -1,19 +1,11 @@
-#include <QElapsedTimer>
+#include "platform/linux/x11/x11_hot_keys.h"
 
-#include <atomic>
-#include <csignal>
 #include <gmock/gmock.h>
-#include <thread>
 #include <xcb/xcb_keysyms.h>
 
-#include "common/text_limit.h"
-#include "desktop/virtual_desktop.h"
+#include "desktop/x11_fixture.h"
 #include "platform/linux/keyboard/key_codes.h"
-#include "platform/linux/x11/x11_hot_keys.h"
 #include "platform/linux/x11/x11_key_event_poster.h"
-#include "platform/linux/x11/x11_pasteboard.h"
-#include "platform/linux/x11/x11_primary_selection.h"
-#include "support/files.h"
 #include "support/print_to.h"
 
 namespace tralio {
@@ -23,17 +15,6 @@ using namespace Qt::StringLiterals;
 
 constexpr KeyCode keyF5{96};
 constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
-constexpr HotKeyID anyId{1, 1};
-
-class X11 : public testing::Test {
-protected:
-    X11() { qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8()); }
-
-    /// A key that is held repeats soon and often.
-    void repeatsFast() { desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"100"_s, u"50"_s}); }
-
-    VirtualDesktop desktop{VirtualDesktop::Tray::absent};
-};
 
 /// The hot keys of one program, on a connection of its own.
 struct OneProgram {
@@ -179,147 +160,6 @@ TEST_F(X11, a_synthetic_copy_passes_the_hot_key_that_it_would_trigger) {
     EXPECT_FALSE(waitUntil([&] { return presses > 0; }, 1));
     desktop.press(u"ctrl+shift+c"_s);
     EXPECT_TRUE(waitUntil([&] { return presses == 1; }));
-}
-
-TEST_F(X11, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
-    const auto connection = X11Connection::open();
-    X11Pasteboard pasteboard(*connection);
-    EXPECT_EQ(pasteboard.string(), std::nullopt);
-
-    const QString odd = u"x\u0302 🙂 \u202e\ufeff Ấ"_s;
-    qint64 last = pasteboard.changeCount();
-    for (const QString& text : {odd, odd, QString(longestText, u'ế')}) {
-        desktop.setClipboard(text);
-        EXPECT_TRUE(waitUntil([&] { return pasteboard.changeCount() > last; }));
-        last = pasteboard.changeCount();
-        EXPECT_EQ(pasteboard.string(), text);
-    }
-    EXPECT_EQ(pasteboard.changeCount(), last);
-}
-
-/// Owns the clipboard from a thread of its own, with a text that never ends.
-class EndlessOwner final {
-public:
-    static constexpr int pieceSize = 50'000;
-
-    EndlessOwner() {
-        const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(m_connection->xcb(), m_connection->window(), XCB_CW_EVENT_MASK, &mask);
-        xcb_set_selection_owner(
-            m_connection->xcb(), m_connection->window(), m_connection->atom("CLIPBOARD"), XCB_CURRENT_TIME);
-        m_connection->sync();
-        m_thread = std::thread([this] { serve(); });
-    }
-    ~EndlessOwner() {
-        m_ends = true;
-        m_thread.join();
-    }
-
-    [[nodiscard]] int pieces() const { return m_pieces; }
-
-private:
-    void serve() {
-        while (!m_ends) {
-            const auto event = m_connection->waitFor([](const auto&) { return true; }, QDeadlineTimer(50));
-            if (!event)
-                continue;
-            const int type = event->response_type & 0x7f;
-            if (type == XCB_SELECTION_REQUEST)
-                answer(reinterpret_cast<const xcb_selection_request_event_t&>(*event));
-            const auto& deleted = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
-            if (type == XCB_PROPERTY_NOTIFY && deleted.state == XCB_PROPERTY_DELETE &&
-                deleted.window == m_requestor && deleted.atom == m_property) {
-                ++m_pieces;
-                put(m_text, 8, pieceSize, QByteArray(pieceSize, 'x').constData());
-            }
-        }
-    }
-    void answer(const xcb_selection_request_event_t& request) {
-        const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(m_connection->xcb(), request.requestor, XCB_CW_EVENT_MASK, &mask);
-        m_requestor = request.requestor;
-        m_property = request.property;
-        if (request.target == m_connection->atom("TARGETS"))
-            put(XCB_ATOM_ATOM, 32, 1, &m_text);
-        else
-            put(m_connection->atom("INCR"), 32, 1, &pieceSize);
-        if (request.target == m_connection->atom("TARGETS"))
-            m_requestor = XCB_NONE;
-        xcb_selection_notify_event_t notify{};
-        notify.response_type = XCB_SELECTION_NOTIFY;
-        notify.requestor = request.requestor;
-        notify.selection = request.selection;
-        notify.target = request.target;
-        notify.property = request.property;
-        xcb_send_event(m_connection->xcb(), 0, request.requestor, 0, reinterpret_cast<const char*>(&notify));
-        xcb_flush(m_connection->xcb());
-    }
-    void put(xcb_atom_t type, quint8 format, quint32 count, const void* data) {
-        const xcb_window_t window = m_requestor;
-        xcb_change_property(
-            m_connection->xcb(), XCB_PROP_MODE_REPLACE, window, m_property, type, format, count, data);
-        xcb_flush(m_connection->xcb());
-    }
-
-    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
-    xcb_atom_t m_text = m_connection->atom("UTF8_STRING");
-    xcb_window_t m_requestor = XCB_NONE;
-    xcb_atom_t m_property = XCB_NONE;
-    std::atomic<int> m_pieces = 0;
-    std::atomic<bool> m_ends = false;
-    std::thread m_thread;
-};
-
-TEST_F(X11, of_a_text_that_is_too_long_no_more_is_read_than_a_text_may_have) {
-    const auto connection = X11Connection::open();
-    X11Pasteboard pasteboard(*connection);
-    const EndlessOwner owner;
-    const QString text = pasteboard.string().value_or(QString());
-    EXPECT_TRUE(isTooLong(text)) << text.size();
-    EXPECT_LE(text.size(), longestText + 1);
-    EXPECT_LE(owner.pieces(), longestTextBytes / EndlessOwner::pieceSize + 2);
-}
-
-TEST_F(X11, a_clipboard_without_text_or_with_a_hung_owner_has_no_text) {
-    const auto connection = X11Connection::open();
-    X11Pasteboard pasteboard(*connection);
-    const qint64 before = pasteboard.changeCount();
-    QProcess& owner = desktop.start(QStringLiteral(SELECTION_PROBE), {u"a picture"_s, u"--picture"_s});
-    ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() > before; }));
-    EXPECT_EQ(pasteboard.string(), std::nullopt);
-    const Picture picture = QCoro::waitFor(pasteboard.picture());
-    ASSERT_TRUE(picture) << "but its picture is there";
-    EXPECT_TRUE(QImage().loadFromData(contentOf(picture->path()), "PNG"));
-
-    kill(static_cast<pid_t>(owner.processId()), SIGSTOP);
-    QElapsedTimer time;
-    time.start();
-    EXPECT_EQ(pasteboard.string(), std::nullopt);
-    EXPECT_LT(time.elapsed(), 1000);
-    kill(static_cast<pid_t>(owner.processId()), SIGCONT);
-}
-
-TEST_F(X11, the_primary_selection_counts_only_for_the_process_that_owns_it) {
-    const auto connection = X11Connection::open();
-    X11RawInput rawInput(*connection);
-    X11PrimarySelection primary(*connection, rawInput);
-    const QString path = desktop.write(u"a.txt"_s, u"đã bôi đen"_s);
-    const QProcess& owner = desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
-    const auto pid = static_cast<qint32>(owner.processId());
-    const auto mark = [&](qint32 process) { return primary.textOf(process, QDeadlineTimer(500)); };
-    EXPECT_TRUE(waitUntil([&] { return mark(pid).has_value(); }));
-    EXPECT_EQ(mark(pid)->text, u"đã bôi đen"_s);
-    EXPECT_EQ(mark(pid + 1), std::nullopt);
-
-    // It may be gone once the mouse has been pressed; the wheel does not count.
-    desktop.start(QStringLiteral(SELECTION_PROBE), {u"text"_s});
-    const QString window = desktop.bringToFront(u"selection-probe"_s);
-    desktop.run(u"xdotool"_s, {u"click"_s, u"4"_s, u"click"_s, u"3"_s});
-    EXPECT_FALSE(mark(pid)->mayBeGone);
-    desktop.click(window, {10, 10}, 1);
-    EXPECT_TRUE(waitUntil([&] { return mark(pid)->mayBeGone; }));
-    desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
-    EXPECT_TRUE(waitUntil([&] { return !mark(pid); }));
 }
 
 }  // namespace

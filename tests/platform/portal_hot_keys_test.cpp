@@ -1,20 +1,11 @@
+#include "platform/linux/portal/portal_hot_keys.h"
+
 #include <QDBusConnectionInterface>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QGuiApplication>
-#include <QImage>
-#include <QTemporaryDir>
 
-#include <gmock/gmock.h>
-
-#include "platform/linux/portal/portal_capture.h"
-#include "platform/linux/portal/portal_hot_keys.h"
-#include "platform/scripted_desktop_portal.h"
+#include "platform/portal_fixture.h"
 #include "support/debug_log_file.h"
-#include "support/event_loop.h"
-#include "support/fake_clock.h"
 #include "support/print_to.h"
-#include "support/private_bus.h"
 
 namespace tralio {
 namespace {
@@ -22,55 +13,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-
-constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
-
-class PortalTest : public testing::Test {
-protected:
-    void startPortal(const std::function<void(ScriptedDesktopPortal&)>& script = {}) {
-        desktop.emplace(bus.connect());
-        if (script)
-            script(*desktop);
-    }
-    /// The program, waited for until it knows the portal, or without.
-    void launch() {
-        QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
-        portal.emplace(bus.connect(),
-            QStringList{QLatin1String(PortalHotKeys::interface), QLatin1String(PortalCapture::interface)},
-            clock);
-        hotKeys.emplace(*portal,
-            std::vector<PortalHotKeys::Purpose>{{textHotKeyID, u"translate-selection"_s, u"Dịch"_s},
-                {ocrHotKeyID, u"capture-screen"_s, u"Chụp"_s}},
-            clock);
-        hotKeys->installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
-    }
-    [[nodiscard]] bool startProgram() {
-        launch();
-        return eventually([&] { return portal->version(QLatin1String(PortalCapture::interface)) == 2; });
-    }
-    /// Both hot keys, with the portal's answers to come.
-    void registerBoth() {
-        textKey = hotKeys->registerHotKey({KeyCode::d, commandShift}, textHotKeyID);
-        hotKeys->registerHotKey({KeyCode::s, commandShift}, ocrHotKeyID);
-    }
-    [[nodiscard]] bool isBound(qsizetype count = 2) {
-        return eventually([&] { return desktop->bound.size() == count; });
-    }
-    [[nodiscard]] QStringList boundIds() const {
-        QStringList ids;
-        for (const PortalShortcut& shortcut : desktop->bound)
-            ids += shortcut.id;
-        return ids;
-    }
-
-    PrivateBus bus;
-    FakeClock clock;
-    std::optional<ScriptedDesktopPortal> desktop;
-    std::optional<Portal> portal;
-    std::optional<PortalHotKeys> hotKeys;
-    HotKeyPlatform::Registration textKey;
-    std::vector<quint32> pressed;
-};
 
 TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
     startPortal([](auto& told) { told.requiresApplicationId = true; });
@@ -292,52 +234,6 @@ TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_th
     // A key that is refused takes the one before it away.
     EXPECT_EQ(hotKeys->registerHotKey({KeyCode::s, commandShift}, textHotKeyID).status, HotKeyStatus::taken);
     EXPECT_TRUE(isBound(1));
-}
-
-TEST_F(PortalTest, a_picture_of_the_desktops_is_moved_to_where_it_is_wanted) {
-    const QTemporaryDir folder;
-    const QString wanted = folder.filePath(u"wanted.png"_s);
-    startPortal([&](auto& told) {
-        told.picture = folder.filePath(u"screenshot.jpg"_s);
-        QImage(20, 10, QImage::Format_RGB32).save(told.picture);
-    });
-    ASSERT_TRUE(startProgram());
-    PortalCapture tool(*portal);
-    std::optional<qint32> status;
-    tool.run(wanted).then([&](qint32 value) { status = value; });
-    ASSERT_TRUE(eventually([&] { return status.has_value(); }));
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(QImage(wanted).size(), QSize(20, 10));
-    EXPECT_FALSE(QFile::exists(desktop->picture));
-}
-
-TEST_F(PortalTest, a_capture_that_is_cancelled_refused_cut_off_or_never_answered_leaves_no_file) {
-    const QTemporaryDir folder;
-    const QString wanted = folder.filePath(u"wanted.png"_s);
-    startPortal();
-    ASSERT_TRUE(startProgram());
-    PortalCapture tool(*portal);
-    const auto run = [&](const std::function<void()>& meanwhile) {
-        std::optional<qint32> status;
-        tool.run(wanted).then([&](qint32 value) { status = value; });
-        meanwhile();
-        EXPECT_TRUE(eventually([&] { return status.has_value(); }));
-        EXPECT_NE(status, 0);
-        EXPECT_FALSE(QFile::exists(wanted));
-    };
-    for (const uint response : {1U, 2U}) {
-        desktop->responses.insert(u"Screenshot"_s, response);
-        run([] {});
-    }
-    desktop->silentMethods = {u"Screenshot"_s};
-    run([&] {
-        ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"Screenshot"_s) == 3; }));
-        clock.advance(2min);
-    });
-    run([&] {
-        ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"Screenshot"_s) == 4; }));
-        desktop.reset();
-    });
 }
 
 }  // namespace

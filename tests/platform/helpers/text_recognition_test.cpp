@@ -1,0 +1,117 @@
+#include <cmath>
+#include <gmock/gmock.h>
+
+#include "platform/helpers/text_recognizer_fixture.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+TEST_F(HelperTextRecognizerTest, reads_what_screens_show) {
+    const QStringList lines{u"Bạn hãy nhập mật khẩu mới."_s, u"Please enter a new password."_s};
+    const QString text = lines.join(u'\n');
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines))).result, text);
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines, 2))).result, text) << "on a dense screen";
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines, 1, QColor(235, 235, 235), QColor(30, 30, 46))))
+                  .result,
+        text)
+        << "in a dark theme";
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf({u"Файл успешно загружен."_s}))).result,
+        u"Файл успешно загружен."_s);
+    const QStringList greeting{u"Xin chào Việt Nam"_s, u"Good morning, everybody"_s};
+    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(greeting))).result, greeting.join(u'\n'))
+        << "a short greeting is not taken for Spanish";
+
+    const auto observations =
+        endingOf(recognizer.recognize(pictureOf(lines), RecognitionRequest(), {}, {})).result.value();
+    ASSERT_EQ(observations.size(), 2U);
+    for (size_t i = 0; i < 2; ++i) {
+        const NormalizedRect& box = observations[i].boundingBox;
+        EXPECT_NEAR(box.x, 16 / 480.0, 0.02);
+        EXPECT_NEAR(box.midY(), i == 0 ? 0.68 : 0.3, 0.06) << "the origin is the lower left corner";
+        EXPECT_GT(box.width, 0.4);
+        EXPECT_LT(box.x + box.width, 0.8);
+    }
+}
+
+TEST_F(HelperTextRecognizerTest, reads_tables_buttons_headlines_and_captions) {
+    QImage image(760, 470, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    const auto write = [&painter](QPointF at, const QString& text, int size, QColor ink) {
+        QFont font(u"Noto Sans"_s);
+        font.setPixelSize(size);
+        painter.setFont(font);
+        painter.setPen(ink);
+        painter.drawText(at, text);
+    };
+    write({16, 70}, u"Bảng giá"_s, 64, Qt::black);
+    const QStringList goods{
+        u"Phở bò tái"_s, u"Bún chả"_s, u"Cơm tấm"_s, u"Bánh xèo"_s, u"Trà đào"_s, u"Xôi gà"_s};
+    for (qsizetype row = 0; row < goods.size(); ++row) {
+        const int y = 100 + 36 * static_cast<int>(row);
+        painter.setPen(QPen(QColor(50, 50, 50), 2));
+        painter.drawRect(16, y, 240, 36);
+        painter.drawRect(256, y, 120, 36);
+        write(QPointF(28, y + 24), goods[row], 16, Qt::black);
+        write(QPointF(270, y + 24), u"%1.000"_s.arg(31 + row), 16, Qt::black);
+    }
+    painter.fillRect(16, 340, 360, 38, QColor(22, 104, 220));
+    write({120, 365}, u"Đặt món ngay"_s, 15, Qt::white);
+    QLinearGradient sky(0, 100, 300, 440);
+    sky.setStops({{0, QColor(70, 120, 190)}, {0.5, QColor(200, 140, 90)}, {1, QColor(60, 70, 60)}});
+    painter.fillRect(420, 100, 330, 340, sky);
+    write({450, 410}, u"Chợ nổi buổi sáng"_s, 22, Qt::white);
+    painter.end();
+
+    QStringList lines =
+        endingOf(service.recognizeText(encoded(image))).result.value_or(QString()).split(u'\n');
+    QStringList expected{u"Bảng giá"_s, u"Đặt món ngay"_s, u"Chợ nổi buổi sáng"_s};
+    for (qsizetype row = 0; row < goods.size(); ++row)
+        expected += {goods[row], u"%1.000"_s.arg(31 + row)};
+    EXPECT_THAT(lines, testing::UnorderedElementsAreArray(expected));
+    EXPECT_EQ(
+        endingOf(service.recognizeText(pictureOf({u"Установите браузер Firefox на компьютер"_s}))).result,
+        u"Установите браузер Firefox на компьютер"_s)
+        << "a Latin name in a Russian line";
+}
+
+TEST_F(HelperTextRecognizerTest, nothing_is_read_where_nothing_is_written) {
+    QImage plain(600, 400, QImage::Format_RGB32);
+    plain.fill(QColor(128, 128, 128));
+    QImage clouds(600, 400, QImage::Format_RGB32);
+    for (int y = 0; y < clouds.height(); ++y)
+        for (int x = 0; x < clouds.width(); ++x) {
+            const auto wave = [&](double a, double b) {
+                return qRound(60 * std::sin(x / a) * std::cos(y / b));
+            };
+            clouds.setPixel(x, y, qRgb(120 + wave(37, 23), 130 + wave(11, 41), 140 + wave(61, 7)));
+        }
+    QImage desktop = plain;
+    QPainter painter(&desktop);
+    painter.fillRect(0, 0, 600, 24, QColor(30, 30, 30));
+    for (int i = 0; i < 6; ++i)
+        painter.fillRect(QRect(20, 50 + 55 * i, 32, 32), QColor(200, 40 * i, 90));
+    painter.end();
+    for (const QImage& image : {plain, clouds, desktop})
+        EXPECT_EQ(endingOf(service.recognizeText(encoded(image))).failure,
+            OCRError::noTextFound().errorDescription());
+}
+
+TEST_F(HelperTextRecognizerTest, tells_the_languages_of_the_installed_packs_and_keeps_to_the_wanted_ones) {
+    const QStringList languages = endingOf(recognizer.supportedLanguages({})).result.value();
+    EXPECT_THAT(languages, testing::IsSupersetOf({u"vi-VN"_s, u"en-US"_s, u"ru-RU"_s}));
+    RecognitionRequest request{.languages = QStringList{u"en-US"_s}};
+    const auto english =
+        endingOf(recognizer.recognize(pictureOf({u"Файл успешно загружен."_s}), request, {}, {}))
+            .result.value();
+    for (const TextObservation& observation : english)
+        EXPECT_FALSE(observation.candidates.value(0).contains(u"Файл"_s));
+    request.languages = QStringList{u"xx-XX"_s};
+    EXPECT_FALSE(endingOf(recognizer.recognize(hello, request, {}, {})).failure.isEmpty());
+}
+
+}  // namespace
+}  // namespace tralio

@@ -1,0 +1,69 @@
+#include "ui/kit/error_strip.h"
+#include "ui/kit/surface.h"
+#include "ui/translate_view_fixture.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+TEST_F(TranslateViewTest, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {
+    const QString usual = placeholder();
+    QMimeData file;
+    file.setUrls({QUrl(u"https://example.org/"_s), QUrl::fromLocalFile(u"/tmp/menu.png"_s)});
+    EXPECT_TRUE(dragOver(file));
+    EXPECT_NE(placeholder(), usual);
+    leave();
+    EXPECT_EQ(placeholder(), usual);
+    stage.recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"seen"_s}}});
+    EXPECT_TRUE(dragOver(file));
+    EXPECT_TRUE(drop(file));
+    EXPECT_EQ(placeholder(), QString()) << "a text stands there";
+    stage.wait([this] { return result() == u"SEEN"_s; });
+}
+
+TEST_F(TranslateViewTest, text_wins_over_the_picture_that_comes_with_it_and_no_content_does_harm) {
+    QMimeData cells;
+    cells.setText(u"1\t2"_s);
+    cells.setImageData(QImage(4, 4, QImage::Format_RGB32));
+    QMimeData link;
+    link.setUrls({QUrl(u"https://example.org/a b"_s)});
+    for (const QMimeData* text : {&cells, &link}) {
+        EXPECT_TRUE(dragOver(*text));
+        EXPECT_FALSE(placeholder().startsWith(u"Thả"_s)) << "the editor takes it";
+        EXPECT_TRUE(drop(*text));
+        EXPECT_TRUE(input().contains(text->text()));
+    }
+    /// A program that offers everything and gives nothing.
+    class Silent final : public QMimeData {
+        bool hasFormat(const QString&) const override { return true; }
+        QStringList formats() const override {
+            return {u"text/uri-list"_s, u"text/plain"_s, u"application/x-qt-image"_s,
+                u"application/octet-stream"_s};
+        }
+        QVariant retrieveData(const QString&, QMetaType) const override { return {}; }
+    };
+    std::vector<std::unique_ptr<QMimeData>> contents;
+    contents.push_back(std::make_unique<QMimeData>());
+    contents.push_back(std::make_unique<Silent>());
+    for (const QByteArray& bytes :
+        {QByteArray(), QByteArray("\r\n\r\n"), QByteArray("\0\xff%%:///\n#", 10)}) {
+        contents.push_back(std::make_unique<QMimeData>());
+        for (const char* format : {"text/uri-list", "text/plain", "application/octet-stream", "image/png"}) {
+            contents.push_back(std::make_unique<QMimeData>());
+            contents.back()->setData(QLatin1StringView(format), bytes);
+            contents[contents.size() - 2]->setData(QLatin1StringView(format), bytes);
+        }
+    }
+    for (const auto& content : contents) {
+        (void)dragOver(*content);
+        leave();
+        (void)drop(*content);
+    }
+    EXPECT_TRUE(stage.model.requests().isEmpty());
+    EXPECT_FALSE(stage.find<ErrorStrip>()->isVisible());
+}
+
+}  // namespace
+}  // namespace tralio
