@@ -33,9 +33,10 @@ void PopoverFocus::Motion::isOver() {
 }
 
 void PopoverFocus::shown() {
-    m_isOpen = true;
+    // Of the window manager's word alone: the toolkit's may still be on its way.
+    const bool isInFrontAlready = std::exchange(m_isOpen, true) && m_window.isInFront();
     m_isPressedOutside = false;
-    m_hadFocus = m_window.isActive();
+    m_hadFocus = m_window.isActive() || isInFrontAlready;
     m_justClosed.isOver();
     m_motion.isOver();
     m_motionInside.isOver();
@@ -43,6 +44,8 @@ void PopoverFocus::shown() {
     m_followsPointer = false;
     m_justShown.isNowFor(m_clock, sameClick);
     bringToFront();
+    if (m_hadFocus)
+        m_awaited.isOver();
 }
 
 void PopoverFocus::hidden() {

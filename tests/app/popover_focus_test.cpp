@@ -210,6 +210,16 @@ TEST_F(PopoverFocusTest, a_slow_window_manager_is_asked_again_and_one_that_gives
     EXPECT_FALSE(window.open);
 }
 
+TEST_F(PopoverFocusTest, one_that_was_in_front_when_it_was_shown_again_is_left_by_the_keyboard_unheard) {
+    window.open = true;
+    focus.shown();
+    window.inFront = true;
+    focus.shown();
+    window.inFront = false;
+    clock.advance(350ms);
+    EXPECT_FALSE(window.open);
+}
+
 TEST_F(PopoverFocusTest, that_it_was_just_closed_by_a_click_is_known_for_that_click) {
     open();
     click(false);

@@ -17,5 +17,6 @@ protected:
     void repeatsFast() { desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"100"_s, u"50"_s}); }
 
     VirtualDesktop desktop{VirtualDesktop::Tray::absent};
+};
 
 }  // namespace tralio

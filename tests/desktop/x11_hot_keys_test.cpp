@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 
 constexpr KeyCode keyF5{96};
 constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
+constexpr HotKeyID anyId{1, 1};
 
 /// The hot keys of one program, on a connection of its own.
 struct OneProgram {

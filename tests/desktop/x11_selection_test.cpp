@@ -9,6 +9,7 @@
 #include "desktop/x11_fixture.h"
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"
+#include "support/files.h"
 #include "support/print_to.h"
 
 namespace tralio {
