@@ -123,10 +123,11 @@ TEST_F(HelperProcessTest, one_that_is_silent_at_work_hangs_unless_it_was_allowed
 }
 
 TEST_F(HelperProcessTest, one_that_spoke_while_we_were_suspended_does_not_hang) {
-    serve("head -c 9 >answer; cat answer; : >told; exec sleep 100");
+    serve("head -c 9 >word; : >heard; while [ ! -e go ]; do :; done; cat word; : >told; exec sleep 100");
     helper->send(text("x"));
     helper->setAtWork(true);
-    EXPECT_TRUE(eventually([this] { return exists(u"answer"_s); }));
+    EXPECT_TRUE(eventually([this] { return exists(u"heard"_s); }));
+    writeFile(folder.filePath(u"go"_s), {});
     while (!exists(u"told"_s)) {
         // No turn of the event loop: this is the suspension.
     }

@@ -288,8 +288,8 @@ TEST_F(HelperTextRecognizerTest, a_helper_that_fails_costs_one_image) {
 TEST_F(HelperTextRecognizerTest, killed_at_any_moment_costs_one_image) {
     int lost = 0;
     for (int round = 0; round < 8; ++round) {
-        const auto reading = started(recognizer.recognize(hello, RecognitionRequest(), {}));
-        const auto next = started(recognizer.recognize(hello, RecognitionRequest(), {}));
+        const auto reading = started(recognizer.recognize(hello, RecognitionRequest(), {}, {}));
+        const auto next = started(recognizer.recognize(hello, RecognitionRequest(), {}, {}));
         // Before it runs, while it loads, while it reads, and when it has answered.
         for (int turn = 0; turn < round % 4 * 3 && reading->times == 0; ++turn)
             EXPECT_TRUE(nextTurn());
