@@ -1,6 +1,7 @@
 #include "common/debug_log.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -51,8 +52,19 @@ TEST(DebugLogTest, a_log_that_cannot_be_written_is_ignored) {
     EXPECT_EQ(read(reader, &byte, 1), 0);
     close(reader);
 
-    setDebugLogPath(log.path() + u"/no/such/folder"_s);
+    const QString folder = log.path() + u".folder"_s;
+    setDebugLogPath(folder + u"/log"_s);
     debugLog(u"nowhere"_s);
+    ASSERT_TRUE(QDir().mkdir(folder));
+    debugLog(u"before its folder vanishes"_s);
+    ASSERT_TRUE(QDir(folder).removeRecursively());
+    debugLog(u"nowhere"_s);
+    EXPECT_FALSE(QFile::exists(folder));
+    ASSERT_TRUE(QDir().mkdir(folder));
+    debugLog(u"when it is there again"_s);
+    QFile again(folder + u"/log"_s);
+    ASSERT_TRUE(again.open(QIODevice::ReadOnly));
+    EXPECT_EQ(again.readAll().count('\n'), 1);
 
     const DebugLogFile next;
     debugLog(u"and on"_s);

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
@@ -35,6 +36,37 @@ TEST(HungApplication, does_not_keep_the_hot_key_from_ending_in_time) {
     // And it has done no lasting harm. What is selected now is not what was selected before.
     desktop.press(u"Escape"_s);
     ASSERT_TRUE(waitUntil([&] { return !program.isPopoverInFront(); }));
+    ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
+    desktop.press(u"ctrl+End"_s);
+    desktop.press(u"ctrl+shift+Left"_s);
+    EXPECT_EQ(program.translateSelection(), u"chọn"_s);
+}
+
+TEST(HungDisplay, is_waited_for_and_used_again) {
+    VirtualDesktop desktop;
+    ProgramRun program(desktop);
+    desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, u"một câu để chọn"_s)});
+    ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
+    desktop.press(u"ctrl+a"_s);
+    ASSERT_EQ(program.translateSelection(), u"một câu để chọn"_s);
+    ASSERT_TRUE(program.closePopover());
+    const auto server = static_cast<pid_t>(
+        desktop.run(u"pgrep"_s, {u"-P"_s, QString::number(getpid()), u"-x"_s, u"Xvfb"_s}).toInt());
+    ASSERT_GT(server, 0);
+
+    ASSERT_EQ(kill(server, SIGSTOP), 0);
+    desktop.start(u"gdbus"_s,
+        {u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
+            u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio.TranslateText"_s,
+            u"while nothing can be drawn"_s});
+    EXPECT_FALSE(waitUntil([&] { return !program.isRunning(); }, 5));
+    kill(server, SIGCONT);
+
+    // And it has done no lasting harm.
+    EXPECT_TRUE(waitUntil(
+        [&] { return program.standIn().requests().last().userText() == u"while nothing can be drawn"; }));
+    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.closePopover());
     ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
     desktop.press(u"ctrl+End"_s);
     desktop.press(u"ctrl+shift+Left"_s);

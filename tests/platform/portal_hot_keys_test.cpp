@@ -2,6 +2,10 @@
 
 #include <QDBusConnectionInterface>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
 
 #include "platform/portal_fixture.h"
 #include "support/debug_log_file.h"
@@ -121,6 +125,41 @@ TEST_F(PortalTest, refusals_leave_the_program_without_hot_keys_and_otherwise_wel
     EXPECT_EQ(
         hotKeys->registerHotKey({KeyCode::d, Modifier::shift}, textHotKeyID).status, HotKeyStatus::invalid);
     EXPECT_EQ(hotKeys->registerHotKey({KeyCode::s, commandShift}, textHotKeyID).status, HotKeyStatus::taken);
+}
+
+TEST_F(PortalTest, a_portal_that_talks_rubbish_is_one_without_hot_keys_and_screenshots) {
+    const QTemporaryDir folder;
+    const QString wanted = folder.filePath(u"wanted.png"_s);
+    const QString pipe = folder.filePath(u"pipe"_s);
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QVariant numbers = QVariant::fromValue(QList<int>{1, 2, 3});
+    const QVariant names = QStringList{u"translate-selection"_s, u"capture-screen"_s};
+    const QVariant nested = QVariantMap{{u"a"_s, numbers}};
+    for (const QVariantMap& rubbish : {QVariantMap{{u"session_handle"_s, 7}, {u"uri"_s, 7}},
+             {{u"session_handle"_s, u"no path"_s}, {u"uri"_s, u"file:///"_s}},
+             {{u"shortcuts"_s, numbers}, {u"uri"_s, numbers}},
+             {{u"shortcuts"_s, nested}, {u"uri"_s, u"file:///dev/zero"_s}},
+             {{u"shortcuts"_s, names}, {u"uri"_s, u"file://"_s + pipe}}}) {
+        startPortal([&](auto& told) { told.rubbish = rubbish; });
+        ASSERT_TRUE(startProgram());
+        std::vector<HotKeyStatus> told;
+        hotKeys->installStatusHandler([&](HotKeyID, HotKeyStatus status) { told.push_back(status); });
+        registerBoth();
+        EXPECT_TRUE(eventually([&] { return told.size() == 2; }));
+        EXPECT_THAT(told,
+            testing::Each(
+                rubbish.contains(u"session_handle"_s) ? HotKeyStatus::unavailable : HotKeyStatus::refused));
+        PortalCapture tool(*portal);
+        std::optional<qint32> status;
+        tool.run(wanted).then([&](qint32 value) { status = value; });
+        EXPECT_TRUE(eventually([&] { return status.has_value(); }));
+        EXPECT_NE(status, 0);
+        EXPECT_FALSE(QFile::exists(wanted));
+        hotKeys.reset();
+        portal.reset();
+        desktop.reset();
+    }
+    EXPECT_TRUE(pressed.empty());
 }
 
 TEST_F(PortalTest, a_portal_that_comes_later_anew_or_in_anothers_place_gets_the_hot_keys_then) {

@@ -85,7 +85,9 @@ void ScriptedDesktopPortal::request(const QDBusMessage& message) {
     if (silentMethods.contains(message.member()))
         return;
     const uint response = responses.value(message.member());
-    const QVariantMap results = response == 0 ? resultsOf(message, options) : QVariantMap();
+    QVariantMap results = response == 0 ? resultsOf(message, options) : QVariantMap();
+    for (const QString& name : results.keys())
+        results[name] = rubbish.value(name, results[name]);
     signal(path, u"org.freedesktop.portal.Request"_s, u"Response"_s, {response, results});
 }
 

@@ -29,6 +29,7 @@ public:
     bool bindsAtCreation = false;      ///< takes the shortcuts with the session, and no others
     bool listsOnlyWhenAsked = false;   ///< answers a binding with nothing
     QString picture;                   ///< what Screenshot gives
+    QVariantMap rubbish;               ///< what it gives in the place of its results
 
     // What has happened.
     QString applicationId;

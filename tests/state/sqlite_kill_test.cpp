@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -5,6 +6,7 @@
 #include <sys/wait.h>
 
 #include "state/sqlite_store_test.h"
+#include "support/files.h"
 
 namespace tralio {
 namespace {
@@ -85,6 +87,62 @@ TEST_F(SqliteKillTest, no_acknowledged_value_is_lost_when_the_process_is_killed)
             ASSERT_TRUE(QDir(path(u"tralio"_s)).removeRecursively());
     }
     EXPECT_GT(acknowledged, 500);
+    EXPECT_TRUE(m_log.messages().isEmpty()) << m_log.content().constData();
+}
+
+TEST_F(SqliteKillTest, what_a_power_loss_leaves_of_the_log_is_an_earlier_state_and_no_damage) {
+    constexpr int last = 12;
+    QByteArray file;
+    QByteArray log;
+    {
+        SqliteKeyValueStore store(path());
+        for (int number = 0; number <= last; ++number)
+            store.setValue(key, numbered(number));
+        file = contentOf(path());
+        log = contentOf(path() + u"-wal"_s);
+    }
+    ASSERT_GT(log.size(), last * 20'000) << "or the test sees nothing";
+    // What a start finds after the disk had this of the log.
+    const auto numberAfter = [&](const QByteArray& rest) {
+        for (const QString& side : {u"-wal"_s, u"-shm"_s, QString()})
+            QFile::remove(path() + side);
+        writeFile(path(), file);
+        writeFile(path() + u"-wal"_s, rest);
+        SqliteKeyValueStore store(path());
+        const auto value = store.value(key);
+        const int number = value ? std::get<QByteArray>(*value).simplified().toInt() : -1;
+        EXPECT_TRUE(!value || value == StoredValue(numbered(number)));
+        store.setValue(u"later"_s, qint64{number});
+        EXPECT_EQ(reread(u"later"_s), StoredValue(qint64{number}));
+        EXPECT_EQ(OtherConnection(path()).query("PRAGMA quick_check"), "ok");
+        return number;
+    };
+    EXPECT_EQ(numberAfter(log), last);
+
+    std::mt19937 random(3);  // NOLINT: the same cuts in every run
+    const auto upTo = [&](qsizetype most) {
+        return std::uniform_int_distribution<qsizetype>(0, most)(random);
+    };
+    std::vector<qsizetype> ends;
+    for (int i = 0; i < 30; ++i)
+        ends.push_back(upTo(log.size()));
+    std::sort(ends.begin(), ends.end());
+    int before = -1;
+    for (const qsizetype end : ends) {
+        const int number = numberAfter(log.first(end));
+        EXPECT_GE(number, before) << "more of the log brought back less";
+        before = number;
+    }
+    EXPECT_GT(before, 8);
+    constexpr qsizetype sector = 512;
+    for (int i = 0; i < 30; ++i) {
+        // Of what was written last, some has not reached the disk, in no order.
+        QByteArray torn = log;
+        const qsizetype from = upTo(log.size() - 20 * sector) / sector * sector;
+        for (int lost = 0; lost < 5; ++lost)
+            torn.replace(from + upTo(18) * sector, sector, QByteArray(sector, i % 2 == 0 ? '\0' : 'x'));
+        EXPECT_LE(numberAfter(torn), last);
+    }
     EXPECT_TRUE(m_log.messages().isEmpty()) << m_log.content().constData();
 }
 

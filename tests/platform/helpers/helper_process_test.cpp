@@ -122,6 +122,22 @@ TEST_F(HelperProcessTest, one_that_is_silent_at_work_hangs_unless_it_was_allowed
     EXPECT_EQ(clock.pending(), 1) << "no pings without work, and the end of its time";
 }
 
+TEST_F(HelperProcessTest, one_that_spoke_while_we_were_suspended_does_not_hang) {
+    serve("head -c 9 >word; : >heard; while [ ! -e go ]; do :; done; cat word; : >told; exec sleep 100");
+    helper->send(text("x"));
+    helper->setAtWork(true);
+    EXPECT_TRUE(eventually([this] { return exists(u"heard"_s); }));
+    writeFile(folder.filePath(u"go"_s), {});
+    while (!exists(u"told"_s)) {
+        // No turn of the event loop: this is the suspension.
+    }
+    clock.advance(10s);
+    EXPECT_EQ(losses, QStringList());
+    EXPECT_EQ(came, QList<QByteArray>{"x"});
+    clock.advance(10s);
+    EXPECT_EQ(losses, QStringList{u"hangs"_s}) << "from then on it is silent again";
+}
+
 TEST_F(HelperProcessTest, stays_while_it_is_at_work_or_kept_and_ends_by_the_end_of_its_input) {
     serve("cat >received; : >ended");
     helper->prepare(10s);

@@ -1,5 +1,6 @@
 #include "platform/linux/helpers/helper_text_recognizer.h"
 
+#include <csignal>
 #include <unistd.h>
 
 #include "common/clock.h"
@@ -105,6 +106,27 @@ TEST_F(HelperTextRecognizerTest, a_helper_that_fails_costs_one_image) {
     HelperTextRecognizer absent(folder.filePath(u"none"_s), clock);
     EXPECT_EQ(
         endingOf(OCRService(absent).recognizeText(hello)).error->kind(), OCRError::Kind::recognitionFailed);
+}
+
+TEST_F(HelperTextRecognizerTest, killed_at_any_moment_costs_one_image) {
+    int lost = 0;
+    for (int round = 0; round < 8; ++round) {
+        const auto reading = started(recognizer.recognize(hello, RecognitionRequest(), {}, {}));
+        const auto next = started(recognizer.recognize(hello, RecognitionRequest(), {}, {}));
+        // Before it runs, while it loads, while it reads, and when it has answered.
+        for (int turn = 0; turn < round % 4 * 3 && reading->times == 0; ++turn)
+            EXPECT_TRUE(nextTurn());
+        if (round >= 4)
+            EXPECT_TRUE(eventually([&] { return reading->times > 0; }));
+        if (const qint64 helper = recognizer.helperProcessId())
+            kill(static_cast<pid_t>(helper), SIGKILL);
+        ASSERT_TRUE(eventually([&] { return reading->times > 0 && next->times > 0; })) << round;
+        EXPECT_NE(reading->result.has_value(), reading->failure == u"Bộ nhận dạng dừng đột ngột."_s) << round;
+        EXPECT_NE(next->result.has_value(), next->failure == u"Bộ nhận dạng dừng đột ngột."_s) << round;
+        EXPECT_TRUE(reading->result || next->result) << round;
+        lost += !reading->result + !next->result;
+    }
+    EXPECT_GE(lost, 4);
 }
 
 TEST_F(HelperTextRecognizerTest, a_helper_that_hangs_is_ended_later_for_a_larger_image) {

@@ -90,7 +90,12 @@ void HelperProcess::allowSilence(std::chrono::milliseconds silence) {
 
 void HelperProcess::restartSilence(std::chrono::milliseconds silence) {
     m_silence = m_clock.after(
-        silence, [this] { giveUp(m_terms.words.hangs); });
+        silence,
+        [this] {
+            // Where we were the ones that stood still, its word is waiting by now, and counts as in time.
+            if (!m_process->waitForReadyRead(0))
+                giveUp(m_terms.words.hangs);
+        });
 }
 
 void HelperProcess::read() {

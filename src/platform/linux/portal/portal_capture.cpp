@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "common/debug_log.h"
+#include "common/picture.h"
 
 namespace tralio {
 namespace {
@@ -25,7 +26,8 @@ constexpr qint32 notTaken = 1;
 /// where nobody has asked for this one.
 bool take(const QUrl& picture, const QDateTime& begun, const QString& outputPath) {
     const QString path = picture.toLocalFile();
-    if (path.isEmpty() || !QFile::exists(path))
+    // What is no regular file may have no end.
+    if (!QFileInfo(path).isFile() || QFileInfo(path).size() > largestPicture)
         return false;
     // Whatever format it has: the recogniser looks at the bytes, and nobody else does.
     const bool copied = QFile::copy(path, outputPath);

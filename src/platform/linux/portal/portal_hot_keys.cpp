@@ -30,10 +30,6 @@ const QString sessionToken = u"tralio"_s;
 
 const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
 
-QList<PortalShortcut> shortcutsIn(const PortalAnswer& answer) {
-    return qdbus_cast<QList<PortalShortcut>>(answer.results.value(u"shortcuts"_s));
-}
-
 QString whatHappened(const PortalAnswer& answer) {
     switch (answer.outcome) {
         case PortalOutcome::granted:
@@ -133,7 +129,7 @@ void PortalHotKeys::createSession() {
     m_portal.request(QLatin1String(interface), u"CreateSession"_s, {}, options, answerLimit, this,
         [this, generation = m_generation](const PortalAnswer& answer) {
             m_isCreating = false;
-            m_session = answer.results.value(u"session_handle"_s).toString();
+            m_session = sessionIn(answer.results);
             if (generation == m_generation)
                 begin(answer);
             else
@@ -177,7 +173,7 @@ void PortalHotKeys::listShortcuts() {
 }
 
 bool PortalHotKeys::hasAll(const PortalAnswer& listed) const {
-    const auto shortcuts = shortcutsIn(listed);
+    const auto shortcuts = shortcutsIn(listed.results);
     return std::all_of(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) {
         return std::any_of(shortcuts.begin(), shortcuts.end(),
             [&](const PortalShortcut& shortcut) { return shortcut.id == hotKey.shortcut; });
@@ -193,7 +189,7 @@ void PortalHotKeys::bindShortcuts() {
             reportAll(HotKeyStatus::refused);
             return;
         }
-        if (!shortcutsIn(answer).isEmpty()) {
+        if (!shortcutsIn(answer.results).isEmpty()) {
             report(answer);
             return;
         }
@@ -204,7 +200,7 @@ void PortalHotKeys::bindShortcuts() {
 }
 
 void PortalHotKeys::report(const PortalAnswer& answer) const {
-    const auto bound = shortcutsIn(answer);
+    const auto bound = shortcutsIn(answer.results);
     for (const HotKey& hotKey : m_hotKeys) {
         const auto found = std::find_if(bound.begin(), bound.end(),
             [&](const PortalShortcut& shortcut) { return shortcut.id == hotKey.shortcut; });

@@ -25,6 +25,10 @@ inline const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShor
     return argument;
 }
 
+// What an answer of the portal tells; nothing where it is of another form.
+[[nodiscard]] QList<PortalShortcut> shortcutsIn(const QVariantMap& results);
+[[nodiscard]] QString sessionIn(const QVariantMap& results);
+
 }  // namespace tralio
 
 Q_DECLARE_METATYPE(tralio::PortalShortcut)
