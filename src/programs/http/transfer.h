@@ -19,9 +19,9 @@ namespace tralio {
 /// One request, from its first address over its redirections to its end: what libcurl is told of it, and what
 /// it tells.
 ///
-/// Each has a connection of its own, which is used once: on a kept one libcurl takes what came while it was
-/// idle for the next answer, and sends a request again that the server had read. So no answer is another
-/// request's, and nothing is sent twice.
+/// Each has a connection of its own, which is used once, so that no answer is another request's and nothing
+/// is sent twice. WORKAROUND: on a kept one libcurl 7.88 takes what came while it was idle for the next
+/// answer, and sends a request again that the server had read.
 class Transfer final {
 public:
     using Time = std::chrono::steady_clock::time_point;

@@ -63,8 +63,8 @@ struct Run {
     qreal width;
 };
 
-/// WORKAROUND: the toolkit fits the picture of an emoji into the size of the font, and every other program
-/// has it stand out as its font says.
+/// WORKAROUND: Qt (6.4 and 6.8) fits the picture of an emoji into the size of the font, and every other
+/// program has it stand out as its font says.
 QList<Run> runsOf(const QString& text, const QFont& font) {
     QList<Run> runs;
     const auto add = [&runs](const QString& run, const QFont& runFont) {

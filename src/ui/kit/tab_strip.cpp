@@ -95,7 +95,8 @@ TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent
 
 void TabStrip::check(int index) {
     m_tabs.at(index)->setChecked(true);
-    // One stop for Tab. The toolkit does the same by itself, but only once one of the tabs has had the focus.
+    // One stop for Tab. WORKAROUND: Qt (6.4 and 6.8) does the same by itself, but only once one of the tabs
+    // has had the focus.
     for (int i = 0; i < m_tabs.size(); ++i)
         m_tabs.at(i)->setFocusPolicy(i == index ? Qt::TabFocus : Qt::NoFocus);
 }

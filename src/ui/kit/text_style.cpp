@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace tralio {
 namespace {
 
-/// WORKAROUND: the toolkit turns on that FreeType darkens the stems of fonts like Inter, by up to half a
+/// WORKAROUND: Qt (6.4 and 6.8) turns on that FreeType darkens the stems of fonts like Inter, by up to half a
 /// weight. How much can only be told in the environment, which FreeType reads when the first font is loaded;
 /// programs that we start must not inherit it.
 void loadFontsAsDrawn() {

@@ -42,9 +42,11 @@ private:
     QDeadlineTimer m_deadline;
 };
 
-/// The accessibility bus, spoken to directly. The usual library for it makes blocking calls from inside its
-/// message dispatch, which never return in a process where the toolkit has made that dispatch thread-safe;
-/// and its calls know no common time limit.
+/// The accessibility bus, spoken to directly.
+///
+/// WORKAROUND: libatspi 2.46, the usual library for it, makes blocking calls from inside its message
+/// dispatch, which never return in a process where Qt has made that dispatch thread-safe; and its calls know
+/// no common time limit.
 ///
 /// Remembers which window was activated last and which object of each application took the keyboard focus
 /// last, from the events that applications send when it moves, so that nothing need be searched when a hot

@@ -31,7 +31,7 @@ std::optional<QString> PrimaryScriptRunner::selectionInFront() {
 }
 
 void PrimaryScriptRunner::launch(const QString& executable, const QStringList& arguments) {
-    // Qt 6.4 loses a file descriptor with every program that it cannot start.
+    // WORKAROUND: Qt 6.4 loses a file descriptor with every program that it cannot start.
     if (!QFileInfo(executable).isExecutable())
         return;
     auto* process = new QProcess;

@@ -12,7 +12,8 @@ namespace tralio {
 /// A connection to a program that listens at a socket of the file system, served by the event loop. No
 /// operation waits, and none raises a signal of the system when the other side has gone.
 ///
-/// WORKAROUND: QLocalSocket would do, but the library that it comes with takes a megabyte of memory.
+/// WORKAROUND: QLocalSocket of Qt 6.4 would do, but the library that it comes with takes a megabyte of
+/// memory.
 class UnixStream final : public QObject {
     Q_OBJECT
 
