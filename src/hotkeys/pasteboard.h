@@ -27,6 +27,9 @@ public:
     /// The plain text on the clipboard; absent when it holds none.
     [[nodiscard]] virtual std::optional<QString> string() = 0;
 
+    /// The selected text that the middle button pastes; absent where there is none.
+    [[nodiscard]] virtual std::optional<QString> selectedString() = 0;
+
     /// The picture on the clipboard; null when it holds none. Its owner may need time to encode it, for which
     /// nothing here waits but the answer. Of more than `largestPicture` bytes only the first come.
     [[nodiscard]] virtual QCoro::Task<Picture> picture() = 0;

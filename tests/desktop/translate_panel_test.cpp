@@ -64,6 +64,24 @@ TEST_F(TranslatePanelOnScreen, copied_text_is_pasted_and_translated_by_one_click
     EXPECT_TRUE(modelGets(u"newer"_s));
 }
 
+TEST_F(TranslatePanelOnScreen, the_middle_button_pastes_what_is_selected_unless_it_is_too_long) {
+    open();
+    const QRect area = program.popoverArea();
+    const auto pasteSelection = [&](const QString& name, const QString& text) {
+        desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, desktop.write(name, text)});
+        ASSERT_TRUE(waitUntil([&] {
+            return desktop.run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s}).size() == text.size();
+        }));
+        movePointer({area.center().x(), area.bottom() - 585 + 130});
+        desktop.run(u"xdotool"_s, {u"click"_s, u"2"_s});
+    };
+    pasteSelection(u"long.txt"_s, QString(3'000'000, u'x'));
+    EXPECT_TRUE(waitUntil([this] { return program.shows(u"Văn bản quá dài (hơn 200.000"_s); }))
+        << "or the toolkit has read it whole";
+    pasteSelection(u"short.txt"_s, u"selected elsewhere"_s);
+    EXPECT_TRUE(waitUntil([this] { return program.shows(u"18 ký tự"_s); }));
+}
+
 TEST_F(TranslatePanelOnScreen, a_file_dragged_across_its_edge_from_a_file_manager_is_translated) {
     const QString folder = desktop.home() + u"/files"_s;
     desktop.run(u"mkdir"_s, {folder});

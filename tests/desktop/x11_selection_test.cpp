@@ -156,6 +156,8 @@ TEST_F(X11, the_primary_selection_counts_only_for_the_process_that_owns_it) {
     EXPECT_TRUE(waitUntil([&] { return mark(pid)->mayBeGone; }));
     desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
     EXPECT_TRUE(waitUntil([&] { return !mark(pid); }));
+    EXPECT_EQ(X11Pasteboard(*connection).selectedString(), u"đã bôi đen")
+        << "for whom it does not matter whose it is";
 }
 
 }  // namespace

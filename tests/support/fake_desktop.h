@@ -147,6 +147,7 @@ public:
             onRead();
         return read;
     }
+    std::optional<QString> selectedString() override { return selected; }
     QCoro::Task<Picture> picture() override { co_return Picture(shown); }  // which is moved from
     bool isConcealed() override { return concealed; }
     void setString(const QString& text) override {
@@ -162,6 +163,7 @@ public:
 
     qint64 count = 7;
     std::optional<QString> content;
+    std::optional<QString> selected;
     QString own;
     std::function<void()> onRead;  ///< just after the content was read
     Picture shown;

@@ -64,7 +64,9 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
     const QString longest(longestText, u'a');
     const QString tooLong = longest + u"bc"_s;
     pictureSays(tooLong);
+    using enum TranslateState::TextOrigin;
     desktop.pasteboard.copy(tooLong);
+    desktop.pasteboard.selected = tooLong;
     const QUrl picture = file(u"a.png"_s, {});
     const QUrl text = file(u"a.txt"_s, tooLong.toUtf8());
     const QUrl endless = file(u"b.txt"_s, QByteArray(longestTextBytes + 10, 'a'));
@@ -72,8 +74,9 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
     const QString toldOfMore = u"Văn bản quá dài (hơn 200.000 ký tự, tối đa 200.000)"_s;
     const std::pair<QString, std::function<void()>> ways[] = {
         {told, [&] { panel->pasteFromClipboard(AutoTranslate::yes); }},
-        {told, [&] { EXPECT_EQ(panel->textToInsert(std::nullopt), std::nullopt); }},
-        {told, [&] { EXPECT_EQ(panel->textToInsert(tooLong), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(clipboard), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(selection), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(drag, tooLong), std::nullopt); }},
         {told, [&] { appState.requestTranslation(tooLong); }},
         {told, [&] { panel->handleDrop({{.fileURL = picture}}); }},
         {told, [&] { panel->handleDrop({{.fileURL = text}}); }},
@@ -88,7 +91,7 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
         EXPECT_FALSE(panel->isTranslating());
     }
     // As does what has grown under the user's fingers.
-    EXPECT_EQ(panel->textToInsert(longest), std::nullopt) << "too long with what stands there";
+    EXPECT_EQ(panel->textToInsert(drag, longest), std::nullopt) << "too long with what stands there";
     translate(tooLong);
     EXPECT_EQ(panel->errorMessage(), told);
     EXPECT_FALSE(panel->isTranslating());

@@ -125,8 +125,12 @@ bool TranslateState::admits(const QString& text) {
     return false;
 }
 
-std::optional<QString> TranslateState::textToInsert(std::optional<QString> dropped) {
-    auto text = dropped ? std::move(dropped) : m_services.pasteboard.string();
+std::optional<QString> TranslateState::textToInsert(TextOrigin origin, const QString& dragged) {
+    std::optional<QString> text = dragged;
+    if (origin == TextOrigin::clipboard)
+        text = m_services.pasteboard.string();
+    else if (origin == TextOrigin::selection)
+        text = m_services.pasteboard.selectedString();
     return text && admits(*text) && admits(inputText.get() + *text) ? text : std::nullopt;
 }
 

@@ -102,9 +102,11 @@ public:
     void checkAndTriggerPendingTranslation();
     /// Takes the clipboard's text or else the text in its picture.
     void pasteFromClipboard(AutoTranslate autoTranslate);
-    /// What the input takes of a text that is dropped on it, or of the clipboard's where there is none:
-    /// nothing when it would become too long, of which the user is told.
-    [[nodiscard]] std::optional<QString> textToInsert(std::optional<QString> dropped);
+    /// What the input takes of a text that is dropped on it or put there by a key or the middle button:
+    /// nothing when it would become too long, of which the user is told. Clipboard and selection are read
+    /// here.
+    enum class TextOrigin { clipboard, selection, drag };
+    [[nodiscard]] std::optional<QString> textToInsert(TextOrigin origin, const QString& dragged = {});
     /// Lets the user draw a region of the screen, and translates the text in it.
     QCoro::Task<void> captureScreenAndTranslate();
     /// Takes the text in a picture as the input. Nothing happens for a file that is no picture.

@@ -124,9 +124,14 @@ QLayout* TranslateView::languageRow() {
 QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
     m_input->setTextOf([this](const QMimeData& source) {
-        // The toolkit would read a clipboard of any size to its end.
-        const bool isClipboard = &source == QGuiApplication::clipboard()->mimeData();
-        return m_state.textToInsert(isClipboard ? std::nullopt : std::optional(source.text()));
+        // The toolkit would read what another program has to give to its end, whatever its size.
+        using enum TranslateState::TextOrigin;
+        const QClipboard* toolkit = QGuiApplication::clipboard();
+        if (&source == toolkit->mimeData())
+            return m_state.textToInsert(clipboard);
+        if (&source == toolkit->mimeData(QClipboard::Selection))
+            return m_state.textToInsert(selection);
+        return m_state.textToInsert(drag, source.text());
     });
     m_input->setAccessibleName(u"Nội dung cần dịch"_s);
     m_input->setFixedHeight(115);

@@ -48,9 +48,17 @@ ToolkitPasteboard::ToolkitPasteboard() {
         QGuiApplication::clipboard(), &QClipboard::dataChanged, &m_context, [this] { ++m_changeCount; });
 }
 
-std::optional<QString> ToolkitPasteboard::string() {
-    const QMimeData* content = QGuiApplication::clipboard()->mimeData();
+static std::optional<QString> textOf(QClipboard::Mode mode) {
+    const QMimeData* content = QGuiApplication::clipboard()->mimeData(mode);
     return content && content->hasText() ? std::optional(content->text()) : std::nullopt;
+}
+
+std::optional<QString> ToolkitPasteboard::string() {
+    return textOf(QClipboard::Clipboard);
+}
+
+std::optional<QString> ToolkitPasteboard::selectedString() {
+    return textOf(QClipboard::Selection);
 }
 
 QCoro::Task<Picture> ToolkitPasteboard::picture() {

@@ -60,6 +60,7 @@ public:
 
     qint64 changeCount() override { return m_changeCount; }
     std::optional<QString> string() override;
+    std::optional<QString> selectedString() override;
     QCoro::Task<Picture> picture() override;
     bool isConcealed() override;
     void setString(const QString& text) override;

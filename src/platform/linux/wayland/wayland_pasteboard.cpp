@@ -33,6 +33,14 @@ std::optional<QString> WaylandPasteboard::string() {
     return m_dataControl.text(clipboard, QDeadlineTimer(readLimit));
 }
 
+std::optional<QString> WaylandPasteboard::selectedString() {
+    const QClipboard* own = QGuiApplication::clipboard();
+    if (!own->ownsSelection())
+        return m_dataControl.text(DataControl::Selection::primary, QDeadlineTimer(readLimit));
+    const QString text = own->text(QClipboard::Selection);
+    return text.isNull() ? std::nullopt : std::optional(text);
+}
+
 QCoro::Task<Picture> WaylandPasteboard::picture() {
     const QString format = bestPictureFormat(m_dataControl.mimeTypes(clipboard));
     if (format.isEmpty() || belongsToToolkit())

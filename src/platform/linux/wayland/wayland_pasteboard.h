@@ -14,6 +14,7 @@ public:
 
     qint64 changeCount() override;
     std::optional<QString> string() override;
+    std::optional<QString> selectedString() override;
     QCoro::Task<Picture> picture() override;
     bool isConcealed() override;
     void setString(const QString& text) override;

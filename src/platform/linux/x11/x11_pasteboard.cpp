@@ -1,6 +1,5 @@
 #include "platform/linux/x11/x11_pasteboard.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 
 #include "common/background.h"
@@ -26,12 +25,20 @@ X11Pasteboard::X11Pasteboard(X11Connection& connection)
     : m_connection(connection), m_clipboard(connection.atom("CLIPBOARD")), m_watch(connection, m_clipboard) {}
 
 std::optional<QString> X11Pasteboard::string() {
+    return textOf(QClipboard::Clipboard, m_clipboard);
+}
+
+std::optional<QString> X11Pasteboard::selectedString() {
+    return textOf(QClipboard::Selection, XCB_ATOM_PRIMARY);
+}
+
+std::optional<QString> X11Pasteboard::textOf(QClipboard::Mode mode, xcb_atom_t selection) {
     const QClipboard* own = QGuiApplication::clipboard();
-    if (own->ownsClipboard()) {
-        const QString text = own->text();
-        return text.isNull() ? std::nullopt : std::optional(text);
-    }
-    return readSelectionText(m_connection, m_clipboard, QDeadlineTimer(readLimit));
+    const bool isOwn = mode == QClipboard::Selection ? own->ownsSelection() : own->ownsClipboard();
+    if (!isOwn)
+        return readSelectionText(m_connection, selection, QDeadlineTimer(readLimit));
+    const QString text = own->text(mode);
+    return text.isNull() ? std::nullopt : std::optional(text);
 }
 
 QCoro::Task<Picture> X11Pasteboard::picture() {

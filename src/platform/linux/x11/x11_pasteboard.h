@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QClipboard>
+
 #include "hotkeys/pasteboard.h"
 #include "platform/linux/selection/own_copies.h"
 #include "platform/linux/x11/x11_selection_watch.h"
@@ -13,12 +15,15 @@ public:
 
     qint64 changeCount() override { return m_watch.changeCount(); }
     std::optional<QString> string() override;
+    std::optional<QString> selectedString() override;
     QCoro::Task<Picture> picture() override;
     bool isConcealed() override;
     void setString(const QString& text) override;
     QString ownString() override { return m_own.text(); }
 
 private:
+    [[nodiscard]] std::optional<QString> textOf(QClipboard::Mode mode, xcb_atom_t selection);
+
     X11Connection& m_connection;
     xcb_atom_t m_clipboard;
     X11SelectionWatch m_watch;
