@@ -25,8 +25,7 @@ TEST(DebugLogTest, a_line_is_the_time_in_utc_and_the_message) {
         QRegularExpression::DotMatchesEverythingOption);
     const auto match = form.match(QString::fromUtf8(log.content()));
     ASSERT_TRUE(match.hasMatch()) << log.content().constData();
-    auto time = QDateTime::fromString(match.captured(1), u"yyyy-MM-dd hh:mm:ss"_s);
-    time.setTimeSpec(Qt::UTC);
+    const auto time = QDateTime::fromString(match.captured(1).replace(u' ', u'T') + u'Z', Qt::ISODate);
     EXPECT_GE(time, before);
     EXPECT_LE(time, QDateTime::currentDateTimeUtc());
     EXPECT_EQ(match.captured(2), u"requested with text 'Tiếng Việt %1 😀'"_s);
