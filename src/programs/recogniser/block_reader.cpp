@@ -208,8 +208,10 @@ void BlockReader::restoreMarks(Reading& reading, const Plane& picture) {
     // With two languages in one engine English wins small words whose marks are faint: "trang" for "trạng".
     if (!reading.mayLackMarks() || !hasTime())
         return;
-    if (TextEngine* const vietnamese = m_engines.engine(vietnamesePack.toString()))
-        reading.adoptMarks(vietnamese->read(picture));
+    const double since = WorkBudget::now();
+    TextEngine* const vietnamese = m_engines.engine(vietnamesePack.toString());
+    if (vietnamese && !reading.adoptMarks(vietnamese->read(picture)))
+        m_budget.addFruitless(since);
 }
 
 bool BlockReader::isCertain() const {

@@ -188,9 +188,10 @@ bool Reading::mayLackMarks() const {
     return VietnameseShare(*this).isNoMistake() && std::any_of(lines.begin(), lines.end(), holdsSuspect);
 }
 
-void Reading::adoptMarks(const Reading& marked) {
+bool Reading::adoptMarks(const Reading& marked) {
     if (marked.lines.size() != lines.size())
-        return;
+        return false;
+    bool isRicher = false;
     for (size_t i = 0; i < lines.size(); ++i) {
         auto next = marked.lines[i].words.begin();
         const auto end = marked.lines[i].words.end();
@@ -200,11 +201,14 @@ void Reading::adoptMarks(const Reading& marked) {
                 [&letters](const ReadWord& other) { return splitMarks(other.text).plain == letters.plain; });
             if (same == end)
                 continue;
-            if (splitMarks(same->text).marks > letters.marks)
+            if (splitMarks(same->text).marks > letters.marks) {
                 word.text = same->text;
+                isRicher = true;
+            }
             next = std::next(same);
         }
     }
+    return isRicher;
 }
 
 bool Reading::holdsRiddle() const {

@@ -57,8 +57,9 @@ struct Reading {
     /// Whether English words stand in a Vietnamese text that may be Vietnamese ones without their marks.
     [[nodiscard]] bool mayLackMarks() const;
 
-    /// Takes the words of another reading that are the same but for more marks.
-    void adoptMarks(const Reading& marked);
+    /// Takes the words of another reading that are the same but for more marks, and tells whether there are
+    /// any.
+    bool adoptMarks(const Reading& marked);
 
     /// Drops what is more likely dirt than text: marks at the ends of lines, and very short lines.
     void dropDirt();

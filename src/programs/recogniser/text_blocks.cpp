@@ -10,7 +10,9 @@
 namespace tralio {
 namespace {
 
-constexpr size_t mostLines = 8;  ///< so that what has been read is told in time
+// So that what has been read is told in time.
+constexpr size_t mostLines = 8;
+constexpr size_t mostLetters = 800;
 
 int horizontalGap(const QRect& a, const QRect& b) {
     return std::max(a.left(), b.left()) - std::min(a.right(), b.right()) - 1;
@@ -35,6 +37,13 @@ bool mayFollow(const TextLine& lower, const TextLine& upper) {
         areAlike(lower.box.height(), upper.box.height(), 125);
     return isOfOneLayer && isOfOneSize && upper.box.center().y() < lower.box.center().y() &&
         !shareRow(lower.box, upper.box) && gap <= std::max(lower.box.height(), upper.box.height()) * 3 / 2;
+}
+
+bool hasRoom(const TextBlock& block, const TextLine& line) {
+    size_t letters = line.letters.size();
+    for (const TextLine& other : block.lines)
+        letters += other.letters.size();
+    return block.lines.size() < mostLines && letters <= mostLetters;
 }
 
 /// The one line that stands directly above or below another, if there is just one. Columns make it several.
@@ -104,7 +113,7 @@ std::vector<TextBlock> groupIntoBlocks(std::vector<TextLine> lines) {
     for (size_t i = 0; i < lines.size(); ++i) {
         const Neighbour upper = above(i);
         const bool continues =
-            upper && *upper < i && below(*upper) == i && blocks[blockOf[*upper]].lines.size() < mostLines;
+            upper && *upper < i && below(*upper) == i && hasRoom(blocks[blockOf[*upper]], lines[i]);
         if (!continues)
             blocks.push_back({{}, {}, lines[i].region, lines[i].isShaded, lines[i].kind, lines[i].colour});
         blockOf[i] = continues ? blockOf[*upper] : blocks.size() - 1;
