@@ -73,7 +73,8 @@ std::optional<QRect> Picker::pick() {
 }
 
 void Picker::handlePending(Overlay& overlay) {
-    while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(m_display.xcb())}) {
+    while (const XcbPtr<xcb_generic_event_t> event{
+        m_queued ? m_queued.release() : xcb_poll_for_event(m_display.xcb())}) {
         overlay.handle(*event);
         handle(*event);
     }
@@ -137,8 +138,12 @@ void Picker::pressKey(const xcb_key_press_event_t& event) {
             event.state & XCB_MOD_MASK_CONTROL ? Stride::Coarse : Stride::Fine);
 }
 
-void Picker::waitForEvent(bool isFading) const {
+void Picker::waitForEvent(bool isFading) {
     m_display.flush();
+    // Flushing may have read events, of which the connection tells nothing any more.
+    m_queued.reset(xcb_poll_for_queued_event(m_display.xcb()));
+    if (m_queued)
+        return;
     pollfd readable{xcb_get_file_descriptor(m_display.xcb()), POLLIN, 0};
     poll(&readable, 1, isFading ? frameTime : -1);
 }

@@ -26,7 +26,7 @@ private:
     void handle(const xcb_generic_event_t& event);
     void pressButton(const xcb_button_press_event_t& event);
     void pressKey(const xcb_key_press_event_t& event);
-    void waitForEvent(bool isFading) const;
+    void waitForEvent(bool isFading);
     [[nodiscard]] xcb_cursor_t crossFor(double scale);
 
     const XDisplay& m_display;
@@ -34,6 +34,7 @@ private:
     const MonitorLayout& m_monitors;
     RegionSelection m_selection;
     std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> m_keys;
+    XcbPtr<xcb_generic_event_t> m_queued;      ///< came while there was something to send
     std::map<double, xcb_cursor_t> m_crosses;  ///< by scale
 };
 
