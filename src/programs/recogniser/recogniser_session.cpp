@@ -1,6 +1,7 @@
 #include "programs/recogniser/recogniser_session.h"
 
 #include <algorithm>
+#include <malloc.h>
 #include <utility>
 
 #include "programs/recogniser/image_decoder.h"
@@ -31,6 +32,9 @@ RecogniserSession::RecogniserSession(Send send) : m_send(std::move(send)) {}
 
 void RecogniserSession::handle(const Request& request) {
     std::visit([this](const auto& alternative) { answer(alternative); }, request);
+    // A large picture leaves hundreds of megabytes that are free and would be kept.
+    if (std::holds_alternative<RecognizeRequest>(request))
+        malloc_trim(0);
 }
 
 bool RecogniserSession::prepareFurther() {
