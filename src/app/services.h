@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QStandardPaths>
 
 #include <memory>
 
@@ -44,7 +45,9 @@ public:
     AIService ai{http};
     HelperTextRecognizer recognizer{installation::helper(u"tralio-ocr"), clock};
     OCRService ocr{recognizer};
-    ScreenCaptureService captures{ocr, desktop->captureTool(), clock};
+    // A folder that is the user's alone: others would see what was on the screen.
+    ScreenCaptureService captures{ocr, desktop->captureTool(), clock,
+        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation)};
     SpeechDispatcher synthesizer{clock};
     SpeechService speech{synthesizer};
     BundleInstaller installer{{.programs = QCoreApplication::applicationDirPath()}};
