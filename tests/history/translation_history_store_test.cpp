@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSignalSpy>
+#include <QTimeZone>
 
 #include <bit>
 #include <gtest/gtest.h>
@@ -69,7 +70,7 @@ TEST_F(TranslationHistoryStoreTest, the_newest_translation_stands_first_with_its
     EXPECT_EQ(item.targetLang, u"Tiếng Việt\n"_s);
     EXPECT_EQ(item.tone, u" Tự nhiên"_s);
     EXPECT_EQ(item.id.version(), QUuid::Random);
-    EXPECT_EQ(item.date().toUTC(), QDateTime({2026, 11, 25}, {9, 5, 0, 123}, Qt::UTC));
+    EXPECT_EQ(item.date().toUTC(), QDateTime({2026, 11, 25}, {9, 5, 0, 123}, QTimeZone::utc()));
 }
 
 TEST_F(TranslationHistoryStoreTest, a_text_that_is_blank_adds_and_stores_nothing) {

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QTemporaryDir>
+#include <QTimeZone>
 
 #include <gmock/gmock.h>
 #include <optional>
@@ -20,7 +21,7 @@ namespace tralio {
 /// does to the program around it is written down.
 class UpdateTest : public testing::Test {
 protected:
-    static inline const QDateTime now = QDateTime::fromSecsSinceEpoch(1'795'000'000, Qt::UTC);
+    static inline const QDateTime now = QDateTime::fromSecsSinceEpoch(1'795'000'000, QTimeZone::utc());
 
     UpdateService::Host host() {
         using namespace Qt::StringLiterals;
