@@ -31,11 +31,12 @@ std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
     return std::nullopt;
 }
 
-/// By the application's id: the others that show web pages are built on something else.
-bool isBuiltOnChromium(const QString& applicationId) {
-    constexpr std::array markers{u"chrom", u"brave", u"edge", u"vivaldi", u"opera", u"electron", u"code"};
+/// By a name of the application: the others that show web pages are built on something else.
+bool isBuiltOnChromium(const QString& name) {
+    constexpr std::array markers{u"chrom", u"brave", u"edge", u"vivaldi", u"opera", u"electron", u"code",
+        u"bitwarden", u"discord", u"obsidian", u"signal", u"slack", u"teams"};
     return std::any_of(markers.begin(), markers.end(),
-        [&](QStringView marker) { return applicationId.contains(marker, Qt::CaseInsensitive); });
+        [&](QStringView marker) { return name.contains(marker, Qt::CaseInsensitive); });
 }
 
 bool isDesktop(QStringView name) {
@@ -114,7 +115,7 @@ void WaylandDesktop::chooseSelections() {
             [this](QDeadlineTimer deadline) {
                 return m_dataControl->text(DataControl::Selection::primary, deadline);
             },
-            frontIdentity, [this] { return isBuiltOnChromium(m_front.applicationId()); });
+            frontIdentity, [this] { return frontMayBeChromium(); });
         QObject::connect(m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
             [followed = primary.get()](DataControl::Selection selection) {
                 if (selection == DataControl::Selection::primary)
@@ -130,7 +131,8 @@ void WaylandDesktop::chooseSelections() {
             [this](QDeadlineTimer deadline) {
                 return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, deadline);
             },
-            frontIdentity, [this] { return X11PrimarySelection::ownerGivesPasswords(*m_xwayland); });
+            frontIdentity,
+            [this] { return X11PrimarySelection::ownerGivesPasswords(*m_xwayland) || frontMayBeChromium(); });
         m_primaryWatch = std::make_unique<X11SelectionWatch>(*m_xwayland, XCB_ATOM_PRIMARY,
             [followed = primary.get()](xcb_timestamp_t) { followed->noteChange(); });
         m_primary = std::move(primary);
@@ -141,6 +143,15 @@ void WaylandDesktop::chooseSelections() {
         m_pasteboard = std::make_unique<ToolkitPasteboard>();
         m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontIdentity, [] { return false; });
     }
+}
+
+bool WaylandDesktop::frontMayBeChromium() const {
+    const QString id = m_front.applicationId();
+    if (!id.isEmpty())
+        return isBuiltOnChromium(id);
+    const auto accessible = activeAtspiApplication(m_bus);
+    return !accessible || isBuiltOnChromium(accessible->name) ||
+        isBuiltOnChromium(processName(accessible->processId));
 }
 
 void WaylandDesktop::chooseWindowSystem() {

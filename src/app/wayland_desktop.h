@@ -32,6 +32,8 @@ public:
 private:
     void logWindows() const;
     void chooseSelections();
+    /// Whether the application in front may give out passwords in PRIMARY; also where nobody names it.
+    [[nodiscard]] bool frontMayBeChromium() const;
     void chooseWindowSystem();
     void chooseCapture();
     [[nodiscard]] CopyTarget copyTarget();

@@ -87,7 +87,7 @@ std::optional<QVariantList> ScriptedAccessibles::answer(
         const auto range = object.selections->value(arguments.value(0).toInt());
         return QVariantList{range.first, range.second};
     }
-    if (method == u"GetText")
+    if (method == u"GetText" && !object.keepsItsText)
         return QVariantList{object.text.mid(
             arguments.value(0).toInt(), arguments.value(1).toInt() - arguments.value(0).toInt())};
     if (method == u"GetKeyBinding" && !object.keyBinding.isNull())

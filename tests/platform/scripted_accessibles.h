@@ -25,6 +25,7 @@ public:
         /// Absent where the object knows of no text.
         std::optional<QList<std::pair<int, int>>> selections{};
         QString text{};
+        bool keepsItsText = false;  ///< answers no question for it
         QString keyBinding{};
         int presses = 0;
     };

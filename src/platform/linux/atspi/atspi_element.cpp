@@ -44,13 +44,15 @@ std::optional<int> selectionCount(const AtspiReference& object, const AtspiQuest
     return reply ? std::optional(reply->value(0).toInt()) : std::nullopt;
 }
 
-QStringList selectedParts(const AtspiReference& object, int count, const AtspiQuestion& question) {
+/// Absent when the element did not answer to the end.
+std::optional<QStringList> selectedParts(
+    const AtspiReference& object, int count, const AtspiQuestion& question) {
     QStringList parts;
     int room = longestText;
     for (int i = 0; i < count; ++i) {
         const auto range = question.bus.call(object, textInterface, u"GetSelection"_s, {i}, question.budget);
         if (!range)
-            break;
+            return std::nullopt;
         const auto [start, end] = std::minmax({range->value(0).toInt(), range->value(1).toInt()});
         if (start == end)
             continue;
@@ -58,10 +60,11 @@ QStringList selectedParts(const AtspiReference& object, int count, const AtspiQu
         const int last = isWhole ? end : start + room;
         const auto text =
             question.bus.call(object, textInterface, u"GetText"_s, {start, last}, question.budget);
-        if (text)
-            parts += text->value(0).toString();
+        if (!text)
+            return std::nullopt;
+        parts += text->value(0).toString();
         if (!isWhole)
-            return {beginningOfLongText(parts.join(u'\n'))};
+            return QStringList{beginningOfLongText(parts.join(u'\n'))};
         room -= end - start;
     }
     return parts;
@@ -131,9 +134,11 @@ ElementSelection AtspiElement::askSelection() {
     const auto count = selectionCount(m_object, *m_context);
     if (!count)
         return {};
-    const QStringList parts = selectedParts(m_object, *count, *m_context);
-    if (!parts.isEmpty())
-        return {ElementSelection::Answer::some, parts.join(u'\n'), reachOf(role())};
+    const auto parts = selectedParts(m_object, *count, *m_context);
+    if (!parts)
+        return {};
+    if (!parts->isEmpty())
+        return {ElementSelection::Answer::some, parts->join(u'\n'), reachOf(role())};
     if (isParagraph(role()) && isSelectedBeside(m_object, *m_context))
         return {};
     return {ElementSelection::Answer::none, {}, reachOf(role())};
