@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 
 #include "common/debug_log.h"
 #include "ocr/capture_tool.h"
@@ -18,17 +19,24 @@ QCoro::Task<ProgramResult> runProgram(
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.setStandardInputFile(QProcess::nullDevice());  // some read theirs to the end before they begin
-    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    process.setChildProcessModifier([] {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        umask(S_IRWXG | S_IRWXO);  // what it writes, a picture of the screen, is the user's alone
+    });
     process.start(program, arguments);
     // A moment, which ends when the system has loaded the program, or has not.
-    if (!process.waitForStarted())
+    if (!process.waitForStarted()) {
+        debugLog(u"runProgram: %1: %2"_s.arg(program, process.errorString()));
         co_return ProgramResult{CaptureTool::notStarted, {}};
+    }
     if (!co_await qCoro(process).waitForFinished(limit)) {
         debugLog(u"runProgram: %1 does not end by itself"_s.arg(program));
         process.kill();
         co_await qCoro(process).waitForFinished(howeverLong);
     }
     const bool ended = process.exitStatus() == QProcess::NormalExit;
+    if (!ended)
+        debugLog(u"runProgram: %1 has crashed"_s.arg(program));
     co_return ProgramResult{
         ended ? process.exitCode() : CaptureTool::notStarted, process.readAllStandardOutput()};
 }
