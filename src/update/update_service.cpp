@@ -219,7 +219,7 @@ QCoro::Task<> UpdateService::download(QUrl archive) {
 
 QCoro::Task<QByteArray> UpdateService::fetchSignature(QUrl archive) {
     constexpr qsizetype signatureSize = 64;
-    archive.setPath(archive.path(QUrl::FullyEncoded) + u".sig"_s);
+    archive.setPath(archive.path(QUrl::FullyEncoded) + u".sig"_s, QUrl::TolerantMode);
     const std::stop_token stop = m_stop.get_token();
     const HttpResponse response = co_await m_http.get(archiveRequest(archive), manifestTimeout, stop);
     if (response.status != statusOK || response.body.size() != signatureSize)

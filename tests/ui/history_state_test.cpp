@@ -55,7 +55,9 @@ TEST_F(HistoryStateTest, a_time_shows_its_day_unless_that_is_today_where_the_use
     const QLocale before;
     QLocale::setDefault(QLocale::c());
     const TimeZone hanoi("Asia/Ho_Chi_Minh");
-    const auto utc = [](const QDate& day, const QTime& time) { return QDateTime(day, time, QTimeZone::utc()); };
+    const auto utc = [](const QDate& day, const QTime& time) {
+        return QDateTime(day, time, QTimeZone::utc());
+    };
     now = utc({2026, 11, 24}, {18, 0});  // one o'clock of the 25th
     EXPECT_EQ(panel->formatDate(utc({2026, 11, 24}, {17, 0, 0})), u"00:00"_s);
     EXPECT_EQ(panel->formatDate(utc({2026, 11, 25}, {16, 59, 59})), u"23:59"_s);

@@ -156,6 +156,13 @@ TEST_F(UpdateInstallTest, with_a_key_an_archive_needs_its_signature_before_anyth
     expectFailure(u"Lỗi tải bản cập nhật: Máy chủ không có chữ ký"_s);
     EXPECT_EQ(installer.checkedSignature, QString());
 
+    AppUpdateInfo escaped = offer(u"1.0.10"_s);
+    escaped.downloadUrl.replace(u"Tralio.zip"_s, u"Tralio%20x.zip"_s);
+    service->updateInfo = escaped;
+    expectFailure(u"Lỗi tải bản cập nhật: Máy chủ không có chữ ký"_s);
+    EXPECT_EQ(server.requests().last().target, "/Tralio%20x.zip.sig");
+    service->updateInfo = offer(u"1.0.10"_s);
+
     reply = StandInReply::withBody(200, signature);
     installer.signatureFault = u"chữ ký sai"_s;
     expectFailure(u"Không thể chạy tiến trình cập nhật: chữ ký sai"_s);

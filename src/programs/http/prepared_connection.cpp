@@ -13,7 +13,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto lifetime = 10s;
-constexpr int libcurlsProxyPort = 1080;
+/// What libcurl takes for a proxy that names none.
+int proxyPort(const QUrl& proxy) {
+    return proxy.port(proxy.scheme() == u"https"_s ? 443 : 1080);
+}
 
 bool isQuiet(int socket) {
     pollfd events{socket, POLLIN | POLLRDHUP, 0};
@@ -36,7 +39,7 @@ void PreparedConnection::connect(const QByteArray& proxy) {
     peer.setScheme(u"http"_s);
     const QUrl given = proxy.isEmpty() ? m_url : QUrl::fromEncoded(proxy);
     peer.setHost(given.host());
-    peer.setPort(proxy.isEmpty() ? portOf(m_url) : given.port(libcurlsProxyPort));
+    peer.setPort(proxy.isEmpty() ? portOf(m_url) : proxyPort(given));
     m_easy = curl_easy_init();
     curl_easy_setopt(m_easy, CURLOPT_URL, peer.toEncoded().constData());
     curl_easy_setopt(m_easy, CURLOPT_PROXY, "");

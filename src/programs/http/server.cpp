@@ -16,9 +16,6 @@ namespace {
 
 constexpr int longestWait = 60'000;
 
-/// By which the proxies for a prepared connection are asked for; requests have others.
-constexpr Id preparation = 0;
-
 }  // namespace
 
 Server::Server(int requests, int replies)
@@ -90,7 +87,7 @@ void Server::serve(const Prepare& prepare) {
     if (Proxies::isOnThisMachine(prepare.url))
         m_prepared->connect({});
     else
-        m_proxies.ask(preparation, prepare.url);
+        m_proxies.ask(--m_preparation, prepare.url);
 }
 
 void Server::start(std::unique_ptr<Transfer> transfer) {
@@ -113,7 +110,7 @@ void Server::takeProxies() {
         const auto found = m_transfers.find(answer.request);
         if (found != m_transfers.end() && !found->second->handle())
             go(*found->second, answer.proxy);
-        else if (answer.request == preparation && m_prepared && !m_prepared->handle())
+        else if (answer.request == m_preparation && m_prepared && !m_prepared->handle())
             m_prepared->connect(answer.proxy);
     }
 }

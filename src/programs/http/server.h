@@ -2,6 +2,7 @@
 
 #include <curl/curl.h>
 #include <functional>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -60,6 +61,8 @@ private:
     std::unique_ptr<CURLM, Cleanup> m_multi{curl_multi_init()};
     std::map<Id, std::unique_ptr<Transfer>> m_transfers;
     std::unique_ptr<PreparedConnection> m_prepared;
+    /// By which the proxy for it is asked for; requests count from the other end.
+    http_protocol::Id m_preparation = std::numeric_limits<http_protocol::Id>::max();
 };
 
 }  // namespace tralio

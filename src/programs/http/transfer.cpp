@@ -61,6 +61,7 @@ void Transfer::begin(Way way) {
     m_detail[0] = '\0';
     m_madeBefore = std::move(way.connection);
     m_usesProxy = !way.proxy.isEmpty();
+    m_usesHttpProxy = way.proxy.startsWith("http");
     m_headerBytes = 0;
     m_hasStatusLine = m_isHeadWhole = m_hasSwitched = false;
     m_location.clear();
@@ -227,6 +228,10 @@ bool Transfer::isProxysPart() const {
     return since == 0 && tunnelStatus / 100 != 2;
 }
 
+bool Transfer::mayBeProxysAnswer() const {
+    return m_usesHttpProxy && (m_request.url.scheme() == u"http"_s || isProxysPart());
+}
+
 Transfer::Next Transfer::conclude(CURLcode code) {
     if (!m_stoppedBecause.isNull()) {
         fail(m_stoppedBecause);
@@ -238,7 +243,7 @@ Transfer::Next Transfer::conclude(CURLcode code) {
     }
     // Bytes came that are no answer in HTTP.
     if ((code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_WEIRD_SERVER_REPLY) && !m_hasStatusLine &&
-        !m_usesProxy) {
+        !mayBeProxysAnswer()) {
         m_send(Done{m_id, {}});
         return Next::isOver;
     }
@@ -254,7 +259,7 @@ Transfer::Next Transfer::conclude(CURLcode code) {
         return Next::isOver;
     }
     m_response.status = status();
-    if (m_usesProxy && m_response.status == 407) {
+    if (mayBeProxysAnswer() && m_response.status == 407) {
         fail(proxyLoginWords());
         return Next::isOver;
     }
@@ -284,8 +289,7 @@ TransferFailure Transfer::failure(CURLcode code) const {
     curl_easy_getinfo(handle(), CURLINFO_SSL_VERIFYRESULT, &failure.verifyResult);
     curl_easy_getinfo(handle(), CURLINFO_OS_ERRNO, &failure.osError);
     curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &failure.tunnelStatus);
-    // Without TLS, whatever comes from the proxy may be of its own making.
-    failure.isProxysPart = isProxysPart() || m_request.url.scheme() == u"http"_s;
+    failure.isProxysPart = isProxysPart() || mayBeProxysAnswer();
     return failure;
 }
 

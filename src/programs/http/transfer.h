@@ -77,6 +77,8 @@ private:
     [[nodiscard]] bool isRedirected() const;
     /// Whether the server itself has come into play yet, behind the proxy.
     [[nodiscard]] bool isProxysPart() const;
+    /// Whether what comes may be of an HTTP proxy's own making: without TLS nothing tells the two apart.
+    [[nodiscard]] bool mayBeProxysAnswer() const;
     [[nodiscard]] Next redirect(const QUrl& target);
     [[nodiscard]] TransferFailure failure(CURLcode code) const;
     void fail(const QString& words);
@@ -99,6 +101,7 @@ private:
     std::unique_ptr<curl_slist, Cleanup> m_headers;
     char m_detail[CURL_ERROR_SIZE] = {};
     bool m_usesProxy = false;
+    bool m_usesHttpProxy = false;  ///< and not one of SOCKS, which says nothing in HTTP
     qsizetype m_headerBytes = 0;
     bool m_hasStatusLine = false;
     bool m_isHeadWhole = false;  ///< of the answer itself, not of an interim one

@@ -24,8 +24,7 @@ HelperProcess::Terms terms(QString program) {
         .silence = 10s,
         .words = {.cannotStart = u"Không thể khởi động tiến trình kết nối mạng."_s,
             .ended = u"Tiến trình kết nối mạng dừng đột ngột. Vui lòng thử lại."_s,
-            .hangs =
-                u"Tiến trình kết nối mạng không phản hồi. Vui lòng kiểm tra lại cài đặt proxy của máy."_s,
+            .hangs = u"Tiến trình kết nối mạng không phản hồi. Vui lòng thử lại."_s,
             .talksNonsense = u"Tiến trình kết nối mạng trả lời không hợp lệ."_s}};
 }
 

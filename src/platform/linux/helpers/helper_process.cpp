@@ -92,8 +92,11 @@ void HelperProcess::restartSilence(std::chrono::milliseconds silence) {
     m_silence = m_clock.after(
         silence,
         [this] {
-            // Where we were the ones that stood still, its word is waiting by now, and counts as in time.
-            if (!m_process->waitForReadyRead(0))
+            // Where we were the ones that stood still, its word is waiting by now, and counts as in time; be
+            // it that it has ended, or the beginning of a longer one, whose end is waited for anew.
+            const QProcess* process = m_process;
+            restartSilence(m_terms.silence);
+            if (!m_process->waitForReadyRead(0) && m_process == process)
                 giveUp(m_terms.words.hangs);
         });
 }

@@ -14,8 +14,6 @@ namespace tralio::http_protocol {
 
 inline constexpr qint64 maximumRequest = 64 * 1024 * 1024;
 inline constexpr qint64 maximumReply = HttpClient::maximumBodySize + 64 * 1024;
-/// Pieces of a body are no larger.
-inline constexpr qsizetype maximumPiece = 1024 * 1024;
 
 using Id = quint32;
 
