@@ -45,10 +45,12 @@ Modifiers modifiersOf(Qt::KeyboardModifiers held) {
     return modifiers;
 }
 
-/// Swallows the repeats of a key until it is released or pressed anew, and goes then.
+/// Swallows the repeats of a key until it is pressed anew, and goes then.
 class HeldKey final : public QObject {
 public:
-    explicit HeldKey(quint32 scanCode) : QObject(QCoreApplication::instance()), m_scanCode(scanCode) {
+    /// `releasedAt` is 0 for a key that has not been released.
+    HeldKey(quint32 scanCode, quint64 releasedAt)
+        : QObject(QCoreApplication::instance()), m_scanCode(scanCode), m_releasedAt(releasedAt) {
         parent()->installEventFilter(this);
     }
 
@@ -56,9 +58,14 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
             event->type() == QEvent::ShortcutOverride;
-        if (!isKey || static_cast<const QKeyEvent&>(*event).nativeScanCode() != m_scanCode)
+        if (!isKey)
             return QObject::eventFilter(watched, event);
-        if (static_cast<const QKeyEvent&>(*event).isAutoRepeat()) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        if (key.nativeScanCode() != m_scanCode)
+            return QObject::eventFilter(watched, event);
+        if (event->type() == QEvent::KeyRelease && !key.isAutoRepeat())
+            m_releasedAt = key.timestamp();
+        if (event->type() == QEvent::KeyRelease || isRepeat(key)) {
             event->accept();
             return true;
         }
@@ -68,12 +75,19 @@ protected:
     }
 
 private:
+    /// WORKAROUND: Qt 6.4 takes the release and the press of a repeat for a hand's when it has read the first
+    /// and not yet the second. A server gives both the same time, to which no hand comes.
+    [[nodiscard]] bool isRepeat(const QKeyEvent& press) const {
+        return press.isAutoRepeat() || (m_releasedAt != 0 && press.timestamp() == m_releasedAt);
+    }
+
     quint32 m_scanCode;
+    quint64 m_releasedAt;  ///< on the window system's clock
 };
 
 /// It ends by itself.
-void swallowUntilReleased(quint32 scanCode) {
-    new HeldKey(scanCode);
+void swallowRepeats(quint32 scanCode, quint64 releasedAt) {
+    new HeldKey(scanCode, releasedAt);
 }
 
 }  // namespace
@@ -89,7 +103,7 @@ KeyDownMonitor::~KeyDownMonitor() {
     QCoreApplication::instance()->removeEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
     if (m_swallowed)
-        swallowUntilReleased(*m_swallowed);
+        swallowRepeats(*m_swallowed, m_releasedAt);
 }
 
 std::optional<KeyCombination> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
@@ -123,13 +137,14 @@ bool KeyDownMonitor::eventFilter(QObject* watched, QEvent* event) {
         const auto key = keyDown(press);
         if (key && m_handler(*key)) {
             m_swallowed = press.nativeScanCode();
+            m_releasedAt = 0;
             event->accept();
             return true;
         }
     } else if (event->type() == QEvent::KeyRelease) {
         const auto& release = static_cast<const QKeyEvent&>(*event);
         if (!release.isAutoRepeat() && m_swallowed == release.nativeScanCode())
-            m_swallowed.reset();
+            m_releasedAt = release.timestamp();
     }
     return QObject::eventFilter(watched, event);
 }

@@ -15,7 +15,7 @@ namespace tralio {
 /// shortcuts, menus and the focused control do, and may keep it from them; input methods rest meanwhile.
 /// Modifiers on their own are no keys here, nor is what a keyboard has beside the positions that virtual key
 /// codes name. What the key that it swallowed last repeats reaches nobody either, also when this is gone,
-/// until the key is released.
+/// until the key is pressed anew.
 class KeyDownMonitor final : public QObject {
     Q_OBJECT
 
@@ -38,6 +38,7 @@ private:
     KeyCodes m_keyCodes;
     Handler m_handler;
     std::optional<quint32> m_swallowed;  ///< scan code of the key that was swallowed last
+    quint64 m_releasedAt = 0;            ///< that key, on the window system's clock; 0 if it was not
 };
 
 }  // namespace tralio
