@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include "ui/kit/button.h"
+#include "ui/kit/keyboard_use.h"
+
 namespace tralio {
 namespace {
 
@@ -30,6 +33,7 @@ protected:
 
 TEST(KeyDownMonitorTest, what_a_swallowed_key_repeats_reaches_nobody_until_it_is_pressed_anew) {
     using enum QEvent::Type;
+    watchKeyboardUse();
     Target target;
     auto monitor = std::make_unique<KeyDownMonitor>(
         [](quint32) { return KeyCode::escape; }, [](const KeyCombination&) { return true; });
@@ -50,6 +54,30 @@ TEST(KeyDownMonitorTest, what_a_swallowed_key_repeats_reaches_nobody_until_it_is
     target.send(KeyRelease, 800);
     target.send(KeyPress, 800);
     EXPECT_EQ(target.presses, 3) << "it swallows no more";
+}
+
+TEST(KeyDownMonitorTest, a_control_is_pressed_once_by_a_key_that_is_held) {
+    using enum QEvent::Type;
+    for (const int key : {Qt::Key_Return, Qt::Key_Space}) {
+        Button button(button::bordered, {.title = QStringLiteral("x")});
+        int clicks = 0;
+        QObject::connect(&button, &Button::clicked, [&clicks] { ++clicks; });
+        const auto send = [&](QEvent::Type type, quint64 time) {
+            QKeyEvent event(type, key, Qt::NoModifier, otherPosition, 0, 0);
+            event.setTimestamp(time);
+            QCoreApplication::sendEvent(&button, &event);
+        };
+        send(KeyPress, 1000);
+        for (const quint64 time : {1300, 1350, 1400}) {
+            send(KeyRelease, time);
+            send(KeyPress, time);
+        }
+        send(KeyRelease, 1500);
+        EXPECT_EQ(clicks, 1);
+        send(KeyPress, 1600);
+        send(KeyRelease, 1700);
+        EXPECT_EQ(clicks, 2);
+    }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "common/excerpt.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
+#include "ui/kit/keyboard_use.h"
 #include "ui/kit/label.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/stack.h"
@@ -110,7 +111,7 @@ void HistoryRow::paintEvent(QPaintEvent*) {
 void HistoryRow::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Delete:
-            if (!event->isAutoRepeat())  // held down, it would empty the list
+            if (!isRepeat(*event))  // held down, it would empty the list
                 Q_EMIT removeRequested();
             break;
         case Qt::Key_Up:

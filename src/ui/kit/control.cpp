@@ -131,12 +131,13 @@ void Control::keyPressEvent(QKeyEvent* event) {
         event->ignore();
         return;
     }
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (!event->isAutoRepeat())
-            click();
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if ((isReturn || event->key() == Qt::Key_Space) && isRepeat(*event))
         return;
-    }
-    QAbstractButton::keyPressEvent(event);
+    if (isReturn)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
 }
 
 // The toolkit calls this also when a control with the focus is disabled or hidden, and would go on to the

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "ui/kit/keyboard_use.h"
+
 namespace tralio {
 
 MultilineEnterInputView::MultilineEnterInputView(
@@ -19,7 +21,7 @@ void MultilineEnterInputView::keyPressEvent(QKeyEvent* event) {
         QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);  // NOLINT(bugprone-parent-virtual-call)
     } else if (!isReturn(*event) || isComposing() || breaksLine) {
         TextEditor::keyPressEvent(event);
-    } else if (!event->isAutoRepeat()) {
+    } else if (!isRepeat(*event)) {
         m_onSubmit();
     }
 }

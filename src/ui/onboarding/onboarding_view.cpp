@@ -8,6 +8,7 @@
 #include "common/on_change.h"
 #include "ui/kit/button.h"
 #include "ui/kit/cross_fade.h"
+#include "ui/kit/keyboard_use.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/kit/stack.h"
@@ -173,7 +174,7 @@ void OnboardingView::showEvent(QShowEvent* event) {
 
 void OnboardingView::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isReturn && !event->isAutoRepeat())
+    if (isReturn && !isRepeat(*event))
         mainButton()->click();
     else
         QWidget::keyPressEvent(event);

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+#include "ui/kit/keyboard_use.h"
+
 namespace tralio {
 namespace {
 
@@ -48,24 +50,16 @@ Modifiers modifiersOf(Qt::KeyboardModifiers held) {
 /// Swallows the repeats of a key until it is pressed anew, and goes then.
 class HeldKey final : public QObject {
 public:
-    /// `releasedAt` is 0 for a key that has not been released.
-    HeldKey(quint32 scanCode, quint64 releasedAt)
-        : QObject(QCoreApplication::instance()), m_scanCode(scanCode), m_releasedAt(releasedAt) {
+    explicit HeldKey(quint32 scanCode) : QObject(QCoreApplication::instance()), m_scanCode(scanCode) {
         parent()->installEventFilter(this);
     }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
-            event->type() == QEvent::ShortcutOverride;
-        if (!isKey)
+        const bool goesDown = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+        if (!goesDown || static_cast<const QKeyEvent&>(*event).nativeScanCode() != m_scanCode)
             return QObject::eventFilter(watched, event);
-        const auto& key = static_cast<const QKeyEvent&>(*event);
-        if (key.nativeScanCode() != m_scanCode)
-            return QObject::eventFilter(watched, event);
-        if (event->type() == QEvent::KeyRelease && !key.isAutoRepeat())
-            m_releasedAt = key.timestamp();
-        if (event->type() == QEvent::KeyRelease || isRepeat(key)) {
+        if (isRepeat(static_cast<const QKeyEvent&>(*event))) {
             event->accept();
             return true;
         }
@@ -75,19 +69,12 @@ protected:
     }
 
 private:
-    /// WORKAROUND: Qt 6.4 takes the release and the press of a repeat for a hand's when it has read the first
-    /// and not yet the second. A server gives both the same time, to which no hand comes.
-    [[nodiscard]] bool isRepeat(const QKeyEvent& press) const {
-        return press.isAutoRepeat() || (m_releasedAt != 0 && press.timestamp() == m_releasedAt);
-    }
-
     quint32 m_scanCode;
-    quint64 m_releasedAt;  ///< on the window system's clock
 };
 
 /// It ends by itself.
-void swallowRepeats(quint32 scanCode, quint64 releasedAt) {
-    new HeldKey(scanCode, releasedAt);
+void swallowRepeats(quint32 scanCode) {
+    new HeldKey(scanCode);
 }
 
 }  // namespace
@@ -103,7 +90,7 @@ KeyDownMonitor::~KeyDownMonitor() {
     QCoreApplication::instance()->removeEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
     if (m_swallowed)
-        swallowRepeats(*m_swallowed, m_releasedAt);
+        swallowRepeats(*m_swallowed);
 }
 
 std::optional<KeyCombination> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
@@ -137,14 +124,9 @@ bool KeyDownMonitor::eventFilter(QObject* watched, QEvent* event) {
         const auto key = keyDown(press);
         if (key && m_handler(*key)) {
             m_swallowed = press.nativeScanCode();
-            m_releasedAt = 0;
             event->accept();
             return true;
         }
-    } else if (event->type() == QEvent::KeyRelease) {
-        const auto& release = static_cast<const QKeyEvent&>(*event);
-        if (!release.isAutoRepeat() && m_swallowed == release.nativeScanCode())
-            m_releasedAt = release.timestamp();
     }
     return QObject::eventFilter(watched, event);
 }

@@ -38,7 +38,6 @@ private:
     KeyCodes m_keyCodes;
     Handler m_handler;
     std::optional<quint32> m_swallowed;  ///< scan code of the key that was swallowed last
-    quint64 m_releasedAt = 0;            ///< that key, on the window system's clock; 0 if it was not
 };
 
 }  // namespace tralio
