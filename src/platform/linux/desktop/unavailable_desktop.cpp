@@ -63,7 +63,9 @@ std::optional<QString> ToolkitPasteboard::selectedString() {
 
 QCoro::Task<Picture> ToolkitPasteboard::picture() {
     const QMimeData* content = QGuiApplication::clipboard()->mimeData();
-    const QString format = content ? bestPictureFormat(content->formats()) : QString();
+    if (!content)
+        co_return Picture();
+    const QString format = bestPictureFormat(content->formats());
     if (format.isEmpty())
         co_return Picture();
     co_return Picture(std::make_shared<MemoryFile>(content->data(format)));
