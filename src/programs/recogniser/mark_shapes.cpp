@@ -108,6 +108,7 @@ std::vector<QRgb> findLetterColours(const TextMarks& marks) {
         colour.blue += rgb[2];
     }
     std::vector<Colour> sorted;
+    sorted.reserve(colours.size());
     for (const auto& [bin, colour] : colours)
         sorted.push_back(colour);
     std::sort(

@@ -168,6 +168,7 @@ void moveStrayDots(std::vector<TextLine>& lines, std::vector<MarkShape>& dots) {
             });
     };
     std::vector<bool> areStray;
+    areStray.reserve(lines.size());
     for (const TextLine& line : lines)
         areStray.push_back(isStray(line));
     for (size_t i = 0; i < lines.size(); ++i) {
