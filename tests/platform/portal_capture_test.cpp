@@ -1,6 +1,5 @@
 #include "platform/linux/portal/portal_capture.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
@@ -14,7 +13,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 
 TEST_F(PortalTest, a_picture_of_the_desktops_is_moved_to_where_it_is_wanted) {
     const QTemporaryDir folder;
