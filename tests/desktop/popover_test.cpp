@@ -26,7 +26,7 @@ TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape
     desktop.press(u"Escape"_s);
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
 
-    desktop.start(u"xterm"_s);
+    desktop.start(u"xterm"_s, {u"-e"_s, u"sleep"_s, u"1000"_s});
     const QString terminal = desktop.bringToFront(u"xterm"_s);
     ASSERT_FALSE(terminal.isEmpty());
     desktop.press(u"super+shift+d"_s);
@@ -75,7 +75,7 @@ TEST(PopoverWindow, stays_while_another_program_takes_the_keyboard_for_a_moment)
     xcb_ungrab_keyboard(other->xcb(), XCB_CURRENT_TIME);
     other->sync();
 
-    desktop.start(u"xterm"_s);
+    desktop.start(u"xterm"_s, {u"-e"_s, u"sleep"_s, u"1000"_s});
     ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
 }

@@ -197,7 +197,7 @@ INSTANTIATE_TEST_SUITE_P(Sway, ShippedSway,
     });
 
 TEST_P(ShippedSway, leaves_the_popover_open_when_the_pointer_leaves_it_and_gives_it_the_keyboard_again) {
-    desktop.start(u"foot"_s, {u"-o"_s, u"initial-window-size-pixels=400x300"_s});
+    desktop.start(u"foot"_s, {u"-o"_s, u"initial-window-size-pixels=400x300"_s, u"sleep"_s, u"1000"_s});
     ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
     desktop.pointer().move({20, 1000});
     desktop.pressTextHotKey();
