@@ -131,6 +131,9 @@ TEST_F(TranslateViewTest, a_result_that_is_not_of_this_input_is_dimmed_until_the
     stage.wait([&] { return inkOfResult() == plain; });
     stage.click(u"Đổi chiều ngôn ngữ"_s);
     EXPECT_EQ(inkOfResult(), plain) << "each is the other's translation";
+    stage.type(u"!"_s);
+    stage.click(u"Đổi chiều ngôn ngữ"_s);
+    EXPECT_EQ(inkOfResult(), faint) << "that text was never translated";
 }
 
 TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does) {

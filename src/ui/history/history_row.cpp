@@ -88,12 +88,6 @@ void HistoryRow::setCopied(bool copied) {
     setTooltip(m_copy, copied ? u"Đã chép!"_s : u"Sao chép"_s);
 }
 
-QWidget* HistoryRow::chainTabOrder() {
-    setTabOrder(this, m_copy);
-    setTabOrder(m_copy, m_remove);
-    return m_remove;
-}
-
 void HistoryRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF area = rect();

@@ -21,8 +21,6 @@ public:
     [[nodiscard]] const TranslationItem& item() const { return m_item; }
     void setDate(const QString& date);
     void setCopied(bool copied);
-    /// Puts the row's buttons behind it in the order of the Tab key, and gives the last one.
-    QWidget* chainTabOrder();
 
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -128,20 +128,9 @@ void HistoryView::refreshRows() {
 }
 
 void HistoryView::placeRows() {
-    bool moved = false;
-    for (int position = 0; position < m_rows.size(); ++position) {
-        if (m_rowLayout->indexOf(m_rows[position]) != position) {
+    for (int position = 0; position < m_rows.size(); ++position)
+        if (m_rowLayout->indexOf(m_rows[position]) != position)
             m_rowLayout->insertWidget(position, m_rows[position]);
-            moved = true;
-        }
-    }
-    if (!moved)
-        return;
-    QWidget* last = m_clear;
-    for (HistoryRow* row : std::as_const(m_rows)) {
-        setTabOrder(last, row);
-        last = row->chainTabOrder();
-    }
 }
 
 HistoryRow* HistoryView::newRow(const TranslationItem& item) {

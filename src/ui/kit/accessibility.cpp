@@ -1,30 +1,87 @@
 #include "ui/kit/accessibility.h"
 
 #include <QAccessibleWidget>
-#include <QWidget>
 
-#include <utility>
+#include <algorithm>
+#include <iterator>
+
+#include "ui/kit/control.h"
 
 namespace tralio {
 namespace {
 
+constexpr const char* newsProperty = "tralioNews";
+
+/// A part that is looked at. What tells something unasked has the role by which screen readers know that;
+/// what only adorns is passed over.
+class PartInterface final : public QAccessibleWidget {
+public:
+    PartInterface(QWidget& part, QAccessible::Role role) : QAccessibleWidget(&part, role) {}
+
+    [[nodiscard]] QAccessible::Role role() const override {
+        const QVariant news = widget()->property(newsProperty);
+        const bool isNews = news.isValid() && news.toString() == widget()->accessibleName();
+        return isNews ? QAccessible::AlertMessage : QAccessibleWidget::role();
+    }
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        const bool isOrnament = role() == QAccessible::Graphic || role() == QAccessible::Animation;
+        state.invisible = state.invisible || (isOrnament && widget()->accessibleName().isEmpty());
+        return state;
+    }
+};
+
+/// A control does for a screen reader what it does for a click, and nothing where a click does nothing.
+class ControlInterface final : public QAccessibleWidget {
+public:
+    explicit ControlInterface(Control& control) : QAccessibleWidget(&control), m_control(control) {}
+
+    [[nodiscard]] QAccessible::Role role() const override { return m_control.spokenRole(); }
+    [[nodiscard]] QAccessible::State state() const override {
+        return m_control.spokenState(QAccessibleWidget::state());
+    }
+    [[nodiscard]] QStringList actionNames() const override {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (m_control.isLive())
+            names.prepend(pressAction());
+        return names;
+    }
+    void doAction(const QString& name) override {
+        if (name != pressAction())
+            QAccessibleWidget::doAction(name);
+        else if (m_control.isLive())
+            m_control.click();
+    }
+
+private:
+    Control& m_control;
+};
+
 QAccessibleInterface* interfaceFor(const QString& className, QObject* object) {
-    static constexpr std::pair<QLatin1StringView, QAccessible::Role> roles[] = {
+    struct PartRole {
+        QLatin1StringView className;
+        QAccessible::Role role;
+    };
+    static constexpr PartRole roles[] = {
         {QLatin1StringView("tralio::Label"), QAccessible::StaticText},
         {QLatin1StringView("tralio::Badge"), QAccessible::StaticText},
         {QLatin1StringView("tralio::KeyCap"), QAccessible::StaticText},
+        {QLatin1StringView("tralio::PageIndicator"), QAccessible::StaticText},
         {QLatin1StringView("tralio::ErrorStrip"), QAccessible::AlertMessage},
         {QLatin1StringView("tralio::PopupMenu"), QAccessible::PopupMenu},
         {QLatin1StringView("tralio::TabStrip"), QAccessible::PageTabList},
         {QLatin1StringView("tralio::Divider"), QAccessible::Separator},
         {QLatin1StringView("tralio::IconView"), QAccessible::Graphic},
+        {QLatin1StringView("tralio::IconTile"), QAccessible::Graphic},
+        {QLatin1StringView("tralio::Emblem"), QAccessible::Graphic},
         {QLatin1StringView("tralio::Spinner"), QAccessible::Animation},
     };
-    auto* widget = qobject_cast<QWidget*>(object);
-    for (const auto& [name, role] : roles)
-        if (widget != nullptr && className == name)
-            return new QAccessibleWidget(widget, role);
-    return nullptr;
+    if (className == QLatin1StringView("tralio::Control"))
+        return new ControlInterface(*qobject_cast<Control*>(object));
+    const auto* found = std::find_if(std::begin(roles), std::end(roles),
+        [&className](const PartRole& part) { return part.className == className; });
+    return found == std::end(roles) ? nullptr
+                                    : new PartInterface(*qobject_cast<QWidget*>(object), found->role);
 }
 
 }  // namespace
@@ -35,6 +92,15 @@ void installAccessibleRoles() {
         return true;
     }();
     Q_UNUSED(installed)
+}
+
+void announce(QWidget& news) {
+    news.setProperty(newsProperty, news.accessibleName());
+    if (!news.isVisible())
+        return;
+    // What appears with this role is read out. The bridge to AT-SPI passes nothing on of QAccessible::Alert.
+    QAccessibleEvent appeared(&news, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&appeared);
 }
 
 }  // namespace tralio

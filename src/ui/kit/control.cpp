@@ -45,6 +45,18 @@ void Control::updateAccessibleName() {
     setAccessibleName(m_spokenCaption + (both ? u": "_s : QString()) + keysInWords(m_title));
 }
 
+QAccessible::Role Control::spokenRole() const {
+    return isCheckable() ? QAccessible::CheckBox : QAccessible::Button;
+}
+
+QAccessible::State Control::spokenState(QAccessible::State state) const {
+    state.busy = m_busy;
+    state.pressed = isDown();
+    state.checkable = isCheckable();
+    state.checked = isChecked();
+    return state;
+}
+
 void Control::setBusy(bool busy) {
     if (m_busy == busy)
         return;

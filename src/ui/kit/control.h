@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QAccessible>
 
 class QVariantAnimation;
 
@@ -28,6 +29,14 @@ public:
 
     [[nodiscard]] bool showsFocusRing() const { return m_showsFocusRing; }
 
+    /// Whether pointer, keys and screen readers do anything here.
+    [[nodiscard]] bool isLive() const { return isEnabled() && !m_busy && m_live; }
+
+    /// What it is to a screen reader.
+    [[nodiscard]] virtual QAccessible::Role spokenRole() const;
+    /// The state of any widget with what this one adds.
+    [[nodiscard]] virtual QAccessible::State spokenState(QAccessible::State state) const;
+
 protected:
     explicit Control(const QString& title, QWidget* parent = nullptr);
 
@@ -44,8 +53,6 @@ protected:
     /// How far the hover shows, 0 to 1, for a look of its own.
     [[nodiscard]] qreal hover() const { return m_hover; }
 
-    /// Whether pointer and keys do anything here.
-    [[nodiscard]] bool isLive() const { return isEnabled() && !m_busy && m_live; }
     void setLive(bool live);
 
     void enterEvent(QEnterEvent* event) override;

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "hotkeys/shortcut_words.h"
+#include "ui/kit/accessibility.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
 
@@ -36,6 +37,13 @@ void Label::setText(const QString& text) {
         setAccessibleName(keysInWords(text));
         changed();
     }
+}
+
+void Label::setNews(const QString& text) {
+    if (m_text == text)
+        return;
+    setText(text);
+    announce(*this);
 }
 
 void Label::setStyle(const TextStyle& style) {

@@ -20,6 +20,8 @@ public:
 
     [[nodiscard]] const QString& text() const { return m_text; }
     void setText(const QString& text);
+    /// Another text than the present one is told to screen readers, too.
+    void setNews(const QString& text);
     void setStyle(const TextStyle& style);
     void setColor(ColorRole role);
     void setAlignment(Qt::Alignment alignment);

@@ -53,6 +53,14 @@ QSize MenuButton::sizeHint() const {
     return {2 * padding + lead + textWidth(m_style, title()) + gap + chevron().box(), buttonHeight};
 }
 
+QAccessible::State MenuButton::spokenState(QAccessible::State state) const {
+    state = Control::spokenState(state);
+    state.hasPopup = true;
+    state.expandable = true;
+    state.expanded = m_menu != nullptr;
+    return state;
+}
+
 void MenuButton::open() {
     if (m_menu || m_entries.isEmpty())
         return;
@@ -60,6 +68,7 @@ void MenuButton::open() {
         [this](const MenuEntry& entry) { return entry.checked || entry.title == title(); });
     const int selected = current == m_entries.cend() ? -1 : int(current - m_entries.cbegin());
     m_menu = PopupMenu::open(this, rect(), m_entries, selected, m_alignment);
+    m_menu->setAccessibleName(accessibleName());
     connect(m_menu, &PopupMenu::chosen, this, &MenuButton::chosen);
     connect(m_menu, &PopupMenu::closed, this, [this] {
         m_menu = nullptr;

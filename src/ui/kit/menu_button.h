@@ -27,6 +27,8 @@ public:
     [[nodiscard]] PopupMenu* openMenu() const { return m_menu; }
 
     [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::ButtonMenu; }
+    [[nodiscard]] QAccessible::State spokenState(QAccessible::State state) const override;
 
 Q_SIGNALS:
     void chosen(int index);

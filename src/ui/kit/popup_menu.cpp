@@ -39,6 +39,8 @@ public:
         return {2 * itemPadding + textWidth(itemStyle, title()) + checkRoom, itemHeight};
     }
 
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::MenuItem; }
+
 protected:
     void enterEvent(QEnterEvent*) override {
         if (isEnabled())

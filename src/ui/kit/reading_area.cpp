@@ -27,7 +27,7 @@ void ReadingArea::setText(const QString& text) {
 
 void ReadingArea::setStale(bool stale) {
     setColor(stale ? ColorRole::secondary : ColorRole::text);
-    setNote(stale ? u"Bản dịch của nội dung trước"_s : QString());
+    setNote(stale ? u"Bản dịch trước đó"_s : QString());
 }
 
 QSize ReadingArea::sizeHint() const {

@@ -6,6 +6,7 @@
 
 #include <cmath>
 
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/theme.h"
 
 namespace tralio {
@@ -31,6 +32,8 @@ void Reveal::setRevealed(bool revealed) {
     if (m_revealed == revealed)
         return;
     m_revealed = revealed;
+    if (!revealed && parentWidget() != nullptr)
+        restFocus(*parentWidget(), *this);
     m_animation.stop();
     const bool seen = parentWidget() != nullptr && parentWidget()->isVisible();
     const int duration = Theme::current().duration(revealTime);

@@ -6,6 +6,7 @@
 namespace tralio {
 
 /// Lets its content appear and leave: height and opacity in 150 ms. Hidden, it takes no room and no spacing.
+/// The keyboard, if it was there, rests then on what the content stood on.
 class Reveal final : public QWidget {
     Q_OBJECT
 

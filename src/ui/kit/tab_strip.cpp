@@ -12,6 +12,8 @@
 namespace tralio {
 namespace {
 
+using namespace Qt::StringLiterals;
+
 constexpr int tabHeight = 24;
 constexpr int tabPadding = 7;
 constexpr int iconGap = 4;
@@ -35,6 +37,14 @@ public:
     /// Keeps room for the heavier label, so that the strip does not move when the selection does.
     [[nodiscard]] QSize sizeHint() const override {
         return {2 * tabPadding + m_icon.box() + iconGap + textWidth(selectedStyle, title()), tabHeight};
+    }
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::PageTab; }
+    [[nodiscard]] QAccessible::State spokenState(QAccessible::State state) const override {
+        state = Control::spokenState(state);
+        state.selectable = true;
+        state.selected = isChecked();
+        return state;
     }
 
 protected:
@@ -68,6 +78,7 @@ private:
 };
 
 TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent) {
+    setAccessibleName(u"Các mục của Tralio"_s);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto* layout =
         row({.spacing = tabGap, .padding = {stripPadding, stripPadding, stripPadding, stripPadding}}, {});

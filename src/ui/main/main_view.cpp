@@ -12,6 +12,7 @@
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
 #include "ui/kit/cross_fade.h"
+#include "ui/kit/focus_order.h"
 #include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
@@ -102,6 +103,10 @@ void MainView::showEvent(QShowEvent* event) {
 void MainView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     refreshFooter();
+}
+
+bool MainView::focusNextPrevChild(bool next) {
+    return moveFocus(*this, next);
 }
 
 void MainView::openPermissions(const Control& cause) {

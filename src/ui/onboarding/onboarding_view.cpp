@@ -8,6 +8,7 @@
 #include "common/on_change.h"
 #include "ui/kit/button.h"
 #include "ui/kit/cross_fade.h"
+#include "ui/kit/focus_order.h"
 #include "ui/kit/keyboard_use.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
@@ -181,16 +182,7 @@ void OnboardingView::keyPressEvent(QKeyEvent* event) {
 }
 
 bool OnboardingView::focusNextPrevChild(bool next) {
-    QWidget* const from = focusWidget() != nullptr ? focusWidget() : this;
-    QWidget* to = from;
-    do {
-        to = next ? to->nextInFocusChain() : to->previousInFocusChain();
-        if (isAncestorOf(to) && to->isVisible() && to->isEnabled() && (to->focusPolicy() & Qt::TabFocus)) {
-            to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-            return true;
-        }
-    } while (to != from);
-    return false;
+    return moveFocus(*this, next);
 }
 
 }  // namespace tralio

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/kit/accessibility.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
 
@@ -35,6 +36,7 @@ PageIndicator::PageIndicator(int pages, QWidget* parent) : QWidget(parent), m_pa
 
 void PageIndicator::setCurrent(int page) {
     updateAccessibleName(page);
+    announce(*this);
     m_slide.stop();
     const int duration = Theme::current().duration(slideTime);
     if (duration == 0 || !isVisible()) {

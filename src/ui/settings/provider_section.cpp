@@ -5,6 +5,7 @@
 #include "common/on_change.h"
 #include "engine/hosts.h"
 #include "state/app_settings.h"
+#include "ui/kit/accessibility.h"
 #include "ui/kit/button.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
@@ -188,17 +189,22 @@ void ProviderSection::refreshFields() {
 
 void ProviderSection::refreshResult() {
     const auto message = m_state.testResult();
-    m_result->setRevealed(message.has_value());
-    if (!message)
+    if (!message) {
+        m_result->setRevealed(false);
         return;
+    }
+    const bool isAgain = !m_result->isRevealed();
     const bool success = m_state.isSuccess();
     const ColorRole ink = success ? ColorRole::green : ColorRole::red;
     m_resultSurface->setFill(success ? ColorRole::greenTestTint : ColorRole::redTint);
     m_resultIcon->setIcon(
         {.name = success ? u"checkmark.circle.fill"_s : u"exclamationmark.triangle.fill"_s, .pointSize = 12});
     m_resultIcon->setColor(ink);
-    m_resultMessage->setText(beginningOfMessage(*message));
+    m_resultMessage->setNews(beginningOfMessage(*message));
     m_resultMessage->setColor(ink);
+    m_result->setRevealed(true);
+    if (isAgain)
+        announce(*m_resultMessage);
 }
 
 }  // namespace tralio

@@ -3,6 +3,7 @@
 #include "common/on_change.h"
 #include "hotkeys/shortcut_words.h"
 #include "state/app_settings.h"
+#include "ui/kit/accessibility.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
 #include "ui/kit/icon_view.h"
@@ -71,11 +72,11 @@ QWidget* ShortcutBlock::troubleLine() {
 
 QWidget* ShortcutBlock::recordingBanner() {
     auto* icon = new IconView({.name = u"exclamationmark.circle.fill"_s, .pointSize = 12}, ColorRole::orange);
-    auto* hint = new Label(
+    m_hint = new Label(
         u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s, text::caption, ColorRole::orange);
-    setTooltip(hint, shortcutsInWords(hint->text()));
+    setTooltip(m_hint, shortcutsInWords(m_hint->text()));
     m_banner = new Reveal(filled(new Surface(ColorRole::orangeTint, ColorRole::none, radius::control),
-        row({.spacing = 6, .padding = {6, 6, 6, 6}}, {icon, StackItem(hint, {}, 1)})));
+        row({.spacing = 6, .padding = {6, 6, 6, 6}}, {icon, StackItem(m_hint, {}, 1)})));
     return m_banner;
 }
 
@@ -102,13 +103,15 @@ void ShortcutBlock::refresh() {
     setTooltip(m_display, shortcutsInWords(display));
 
     const auto trouble = m_state.hotKeyTrouble(m_target);
-    m_trouble->setText(trouble.value_or(QString()));
+    m_trouble->setNews(trouble.value_or(QString()));
     m_troubleLine->setVisible(trouble.has_value());
 
     const bool recording = m_state.recordingTarget() == m_target;
     m_toggle->setIconName(recording ? u"record.circle.fill"_s : u"pencil"_s);
     m_toggle->setTitle(recording ? u"Đang chờ..."_s : u"Đổi"_s);
     m_toggle->setColor(recording ? ColorRole::red : ColorRole::text);
+    if (recording && !m_banner->isRevealed())
+        announce(*m_hint);
     m_banner->setRevealed(recording);
 
     for (size_t i = 0; i < m_chips.size(); ++i)

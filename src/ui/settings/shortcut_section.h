@@ -40,6 +40,7 @@ private:
     Button* m_toggle;
     QWidget* m_troubleLine;  ///< shown while the hot key does not work
     Label* m_trouble;
+    Label* m_hint;
     Reveal* m_banner;
     std::vector<Button*> m_chips;  ///< one for each preset, in their order
 };

@@ -72,8 +72,10 @@ void UpdateSection::refresh() {
     const bool available = m_updates.isUpdateAvailable();
     const QString status = m_updates.statusMessage().value_or(QString());
     const bool highlighted = available && !status.isEmpty();
-    m_status->setText(
-        status.isEmpty() ? u"Kiểm tra phiên bản mới nhất từ máy chủ"_s : beginningOfMessage(status));
+    if (status.isEmpty())
+        m_status->setText(u"Kiểm tra phiên bản mới nhất từ máy chủ"_s);
+    else
+        m_status->setNews(beginningOfMessage(status));
     m_status->setStyle(highlighted ? text::caption.with(Weight::bold) : text::caption);
     m_status->setColor(highlighted ? ColorRole::accentText : ColorRole::secondary);
 

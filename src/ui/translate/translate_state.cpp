@@ -179,9 +179,11 @@ void TranslateState::swapLanguages() {
     sourceLang = oldTarget;
     if (outputText().isEmpty())
         return;
+    const bool isPair = !isResultStale();
     const QString oldInput = inputText.get();
     inputText.set(outputText());
-    m_translatedText = outputText().trimmed();  // each is the other's translation, in either direction
+    if (isPair)
+        m_translatedText = outputText().trimmed();  // each is the other's translation, in either direction
     outputText = oldInput;
 }
 

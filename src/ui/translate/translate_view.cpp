@@ -1,6 +1,5 @@
 #include "ui/translate/translate_view.h"
 
-#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
@@ -13,6 +12,7 @@
 #include "speech/speech_service.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
+#include "ui/kit/accessibility.h"
 #include "ui/kit/button.h"
 #include "ui/kit/drop_target.h"
 #include "ui/kit/error_strip.h"
@@ -199,8 +199,9 @@ QWidget* TranslateView::resultBlock() {
     m_result->setAccessibleName(u"Bản dịch"_s);
 
     auto* block = new Surface(ColorRole::surface1, ColorRole::border15, radius::block);
-    auto* title = new Label(u"Bản dịch:"_s, text::caption.with(Weight::semibold), ColorRole::secondary);
-    auto* header = filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {title, Stretch{}, m_speak, m_copy}));
+    m_resultTitle = new Label(u"Bản dịch:"_s, text::caption.with(Weight::semibold), ColorRole::secondary);
+    auto* header =
+        filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {m_resultTitle, Stretch{}, m_speak, m_copy}));
     header->setFixedHeight(22);
     // It has 115 beside all that the panel can show, and takes what the rest leaves: less beside a long error
     // and on a low screen.
@@ -276,6 +277,9 @@ void TranslateView::refresh() {
     m_copy->setColor(m_state.isCopied() ? ColorRole::green : ColorRole::accentText);
 
     m_result->setText(m_state.outputText());
+    const bool isNews = std::exchange(m_shownResult, m_state.outputText()) != m_state.outputText();
+    if (isNews && !m_shownResult.isEmpty())
+        announce(*m_resultTitle);
     m_result->setStale(m_state.isResultStale());
     m_result->setPlaceholder(translating ? QString() : u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
 }
@@ -287,11 +291,10 @@ void TranslateView::showCount(const QString& input) {
         m_counted = input;
         m_characterCount->setText(notice.isEmpty() ? characterCountText(input) : notice);
         m_characterCount->setColor(notice.isEmpty() ? ColorRole::secondary : ColorRole::orange);
+        setTooltip(m_characterCount, notice);  // it may be longer than its place
     }
-    if (isNews && !notice.isEmpty()) {
-        QAccessibleEvent alert(m_characterCount, QAccessible::Alert);
-        QAccessible::updateAccessibility(&alert);
-    }
+    if (isNews && !notice.isEmpty())
+        announce(*m_characterCount);
 }
 
 }  // namespace tralio

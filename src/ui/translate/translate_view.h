@@ -52,6 +52,7 @@ private:
     Label* m_characterCount;
     bool m_wasShown = false;
     QString m_notice;
+    QString m_shownResult;
     QString m_counted;  ///< counting a long text at every refresh would be felt while typing
     Button* m_clear;
     Button* m_translate;
@@ -60,6 +61,7 @@ private:
     Reveal* m_errorReveal;
     Button* m_speak;
     Button* m_copy;
+    Label* m_resultTitle;
     ReadingArea* m_result;
 };
 

@@ -1,8 +1,7 @@
 #include "ui/undo/undo_strip.h"
 
-#include <QAccessible>
-
 #include "common/on_change.h"
+#include "ui/kit/accessibility.h"
 #include "ui/kit/button.h"
 #include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
@@ -45,11 +44,10 @@ void UndoStrip::refresh() {
     if (!message)
         restFocus(m_neighbour, *m_reveal);
     m_reveal->setRevealed(message.has_value());
-    if (!message || m_message->text() == *message)
+    if (!message)
         return;
     m_message->setText(*message);
-    QAccessibleEvent told(m_message, QAccessible::Alert);
-    QAccessible::updateAccessibility(&told);
+    announce(*m_message);
 }
 
 }  // namespace tralio
