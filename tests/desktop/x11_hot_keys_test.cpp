@@ -122,6 +122,51 @@ TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_
     EXPECT_EQ(pressed.back(), 1U);
 }
 
+TEST_F(X11, a_hot_key_that_is_tapped_again_while_its_modifiers_count_as_released_is_a_hot_key) {
+    OneProgram ours;
+    X11KeyEventPoster keyEvents(*ours.connection, ours.hotKeys, [] { return std::nullopt; });
+    std::vector<quint32> pressed;
+    ours.hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
+    ASSERT_EQ(
+        ours.hotKeys.registerHotKey({KeyCode::d, commandShift}, {1, 1}).status, HotKeyStatus::registered);
+    ASSERT_EQ(
+        ours.hotKeys.registerHotKey({KeyCode::s, commandShift}, {1, 2}).status, HotKeyStatus::registered);
+    const auto other = X11Connection::open();
+    const auto reachesApplications = [&other](KeyCode key) {
+        const auto code = *x11KeyCode(key);
+        const XcbPtr<xcb_generic_error_t> refused{xcb_request_check(other->xcb(),
+            xcb_grab_key_checked(
+                other->xcb(), 1, other->root(), 0, code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC))};
+        xcb_ungrab_key(other->xcb(), code, other->root(), 0);
+        other->sync();
+        return refused == nullptr;
+    };
+    ASSERT_TRUE(reachesApplications(KeyCode::d));
+
+    desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
+    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 1; }));
+    EXPECT_FALSE(reachesApplications(KeyCode::d)) << "held, it would be typed";
+    for (const KeyCode modifier : {KeyCode::leftCommand, KeyCode::leftShift})
+        keyEvents.post({modifier, false, {}});
+    keyEvents.post({KeyCode::c, true, Modifier::command});
+    keyEvents.post({KeyCode::c, false, Modifier::command});
+    desktop.release({u"d"_s});
+    desktop.press(u"s"_s);
+    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 2; }));
+    // Whoever taps a key lets go of it in between.
+    EXPECT_TRUE(waitUntil([&] {
+        desktop.press(u"d"_s);
+        return pressed.size() == 3;
+    }));
+    EXPECT_THAT(pressed, testing::ElementsAre(1, 2, 1));
+
+    desktop.release({u"shift"_s});
+    EXPECT_TRUE(waitUntil([&] { return reachesApplications(KeyCode::d) && reachesApplications(KeyCode::s); }))
+        << "nobody could type it any more";
+    desktop.press(u"super+shift+d"_s);
+    EXPECT_TRUE(waitUntil([&] { return pressed.size() == 4; }));
+}
+
 TEST_F(X11, keys_are_where_their_table_says_and_mean_there_what_it_says) {
     const auto connection = X11Connection::open();
     const std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> symbols{

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include <gtest/gtest.h>
+#include <memory>
 
 #include "ui/kit/button.h"
 #include "ui/kit/keyboard_use.h"
@@ -15,14 +16,23 @@ namespace {
 constexpr quint32 escapePosition = 9;
 constexpr quint32 otherPosition = 38;
 
+/// Sends a key as the toolkit does: the window has the server's time, the widget a copy without.
+void sendKey(QWidget& widget, const QKeyEvent& event, quint64 time) {
+    QWidget window;
+    const std::unique_ptr<QKeyEvent> timed(event.clone());
+    const std::unique_ptr<QKeyEvent> copy(event.clone());
+    timed->setTimestamp(time);
+    QCoreApplication::sendEvent(&window, timed.get());
+    if (!timed->isAccepted())
+        QCoreApplication::sendEvent(&widget, copy.get());
+}
+
 /// Counts the keys that reach it.
 class Target final : public QWidget {
 public:
     void send(QEvent::Type type, quint64 time, quint32 position = escapePosition, bool repeats = false) {
-        QKeyEvent event(type, position == escapePosition ? Qt::Key_Escape : Qt::Key_A, Qt::NoModifier,
-            position, 0, 0, {}, repeats);
-        event.setTimestamp(time);
-        QCoreApplication::sendEvent(this, &event);
+        const int key = position == escapePosition ? Qt::Key_Escape : Qt::Key_A;
+        sendKey(*this, QKeyEvent(type, key, Qt::NoModifier, position, 0, 0, {}, repeats), time);
     }
 
     int presses = 0;
@@ -61,11 +71,10 @@ TEST(KeyDownMonitorTest, a_control_is_pressed_once_by_a_key_that_is_held) {
     for (const int key : {Qt::Key_Return, Qt::Key_Space}) {
         Button button(button::bordered, {.title = QStringLiteral("x")});
         int clicks = 0;
-        QObject::connect(&button, &Button::clicked, [&clicks] { ++clicks; });
+        QObject::connect(
+            &button, &Button::clicked, [&clicks] { ++clicks; });
         const auto send = [&](QEvent::Type type, quint64 time) {
-            QKeyEvent event(type, key, Qt::NoModifier, otherPosition, 0, 0);
-            event.setTimestamp(time);
-            QCoreApplication::sendEvent(&button, &event);
+            sendKey(button, QKeyEvent(type, key, Qt::NoModifier, otherPosition, 0, 0), time);
         };
         send(KeyPress, 1000);
         for (const quint64 time : {1300, 1350, 1400}) {

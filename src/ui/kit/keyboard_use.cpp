@@ -9,21 +9,43 @@ namespace {
 class KeyboardUse final : public QObject {
 public:
     bool isLast = true;
-    quint32 releasedKey = 0;  ///< by its native scan code
-    quint64 releasedAt = 0;   ///< on the window system's clock, where it gives its time
+
+    [[nodiscard]] bool isRepeat(const QKeyEvent& press) const {
+        if (press.isAutoRepeat())
+            return true;
+        // The toolkit passes the window's event on in copies, which have lost their time.
+        const quint64 time = press.timestamp();
+        return time == 0 ? m_repeatedKey != 0 && press.nativeScanCode() == m_repeatedKey
+                         : time == m_releasedAt && press.nativeScanCode() == m_releasedKey;
+    }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress ||
             event->type() == QEvent::TouchBegin)
             isLast = event->type() == QEvent::KeyPress;
-        if (event->type() == QEvent::KeyRelease) {
-            const auto& release = static_cast<const QKeyEvent&>(*event);
-            releasedKey = release.nativeScanCode();
-            releasedAt = release.timestamp();
-        }
+        const bool isPress = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+        if (isPress || event->type() == QEvent::KeyRelease)
+            remember(static_cast<const QKeyEvent&>(*event), isPress);
         return QObject::eventFilter(watched, event);
     }
+
+private:
+    void remember(const QKeyEvent& event, bool isPress) {
+        if (event.timestamp() == 0)
+            return;
+        if (isPress) {
+            m_repeatedKey = isRepeat(event) ? event.nativeScanCode() : 0;
+        } else {
+            m_releasedKey = event.nativeScanCode();
+            m_releasedAt = event.timestamp();
+        }
+    }
+
+    // Keys by their native scan codes, times on the window system's clock.
+    quint32 m_releasedKey = 0;
+    quint64 m_releasedAt = 0;
+    quint32 m_repeatedKey = 0;  ///< if the last press was a repeat
 };
 
 KeyboardUse& keyboardUse() {
@@ -47,10 +69,7 @@ bool isKeyboardFocus(Qt::FocusReason reason) {
 bool isRepeat(const QKeyEvent& press) {
     // WORKAROUND: Qt 6.4 takes the release and the press of a repeat for a hand's when it has read the first
     // from the X server and not yet the second. The server gives both the same time, to which no hand comes.
-    const KeyboardUse& use = keyboardUse();
-    return press.isAutoRepeat() ||
-        (use.releasedKey != 0 && use.releasedAt != 0 && press.timestamp() == use.releasedAt &&
-            press.nativeScanCode() == use.releasedKey);
+    return keyboardUse().isRepeat(press);
 }
 
 bool isPassingFocus(Qt::FocusReason reason) {

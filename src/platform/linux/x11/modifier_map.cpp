@@ -80,6 +80,13 @@ quint16 ModifierMap::stateFor(Modifiers modifiers) const {
     return state;
 }
 
+std::vector<quint16> ModifierMap::withLocks(quint16 state) const {
+    std::vector<quint16> states = m_lockCombinations;
+    for (quint16& locks : states)
+        locks |= state;
+    return states;
+}
+
 quint16 ModifierMap::significant() const {
     return static_cast<quint16>(m_super | m_alt | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL);
 }

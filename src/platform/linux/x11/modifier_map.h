@@ -23,8 +23,9 @@ public:
 
     bool operator==(const ModifierMap&) const = default;
 
-    /// Every combination of the locks (Caps, Num, Scroll) that can be on while a hot key is pressed.
-    [[nodiscard]] const std::vector<quint16>& lockCombinations() const { return m_lockCombinations; }
+    /// A state with every combination of the locks (Caps, Num, Scroll) that can be on while a hot key is
+    /// pressed.
+    [[nodiscard]] std::vector<quint16> withLocks(quint16 state) const;
 
 private:
     quint16 m_super = 0;

@@ -13,13 +13,14 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 constexpr auto releasePoll = 20ms;
+const std::vector<quint16> anyState{XCB_MOD_MASK_ANY};
 /// Nobody holds a key for longer without its repeating, which the server tells of.
 constexpr qint64 longestSilence = 3000;  // milliseconds
 
 }  // namespace
 
 X11HotKeys::X11HotKeys(X11Connection& connection, X11RawInput& rawInput)
-    : m_connection(connection), m_rawInput(rawInput), m_modifiers(connection) {
+    : m_connection(connection), m_rawInput(rawInput), m_grabs(connection), m_modifiers(connection) {
     m_connection.addEventHandler([this](const xcb_generic_event_t& event) { handle(event); });
     m_releaseWatch.setInterval(releasePoll);
     QObject::connect(&m_releaseWatch, &QTimer::timeout, &m_releaseWatch, [this] { watchForRelease(); });
@@ -45,6 +46,7 @@ HotKeyPlatform::Registration X11HotKeys::registerHotKey(const KeyCombination& co
     });
     if (ours)
         return {HotKeyStatus::taken, std::nullopt};
+    endTaps();
     if (const HotKeyStatus status = grab(hotKey); status != HotKeyStatus::registered)
         return {status, std::nullopt};
     m_hotKeys.push_back(hotKey);
@@ -59,39 +61,26 @@ void X11HotKeys::unregisterHotKey(HotKeyRef ref) {
         m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) { return hotKey.ref == ref; });
     if (found == m_hotKeys.end())
         return;
+    endTaps();
     const HotKey gone = *found;
     m_hotKeys.erase(found);
     if (m_heldKey != gone.keyCode)
         ungrab(gone);  // a key that is held is let go as a whole
 }
 
-xcb_void_cookie_t X11HotKeys::grabKey(quint8 keyCode, quint16 state) {
-    return xcb_grab_key_checked(
-        m_connection.xcb(), 1, m_connection.root(), state, keyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-}
-
-bool X11HotKeys::wasRefused(xcb_void_cookie_t request) {
-    return XcbPtr<xcb_generic_error_t>{xcb_request_check(m_connection.xcb(), request)} != nullptr;
-}
-
 HotKeyStatus X11HotKeys::grab(const HotKey& hotKey) {
-    const quint16 state = m_modifiers.stateFor(hotKey.modifiers);
-    std::vector<xcb_void_cookie_t> requests;
-    for (const quint16 locks : m_modifiers.lockCombinations())
-        requests.push_back(grabKey(hotKey.keyCode, state | locks));
-    bool refused = false;
-    for (const xcb_void_cookie_t request : requests)
-        refused |= wasRefused(request);
-    if (refused)
-        ungrab(hotKey);  // another program owns it in some state of the locks: half a hot key is none
-    return refused ? HotKeyStatus::taken : HotKeyStatus::registered;
+    if (m_grabs.take(hotKey.keyCode, statesOf(hotKey)))
+        return HotKeyStatus::registered;
+    ungrab(hotKey);  // another program owns it in some state of the locks: half a hot key is none
+    return HotKeyStatus::taken;
 }
 
 void X11HotKeys::ungrab(const HotKey& hotKey) {
-    const quint16 state = m_modifiers.stateFor(hotKey.modifiers);
-    for (const quint16 locks : m_modifiers.lockCombinations())
-        xcb_ungrab_key(m_connection.xcb(), hotKey.keyCode, m_connection.root(), state | locks);
-    xcb_flush(m_connection.xcb());
+    m_grabs.giveUp(hotKey.keyCode, statesOf(hotKey));
+}
+
+std::vector<quint16> X11HotKeys::statesOf(const HotKey& hotKey) const {
+    return m_modifiers.withLocks(m_modifiers.stateFor(hotKey.modifiers));
 }
 
 void X11HotKeys::handle(const xcb_generic_event_t& event) {
@@ -114,9 +103,10 @@ void X11HotKeys::press(const xcb_key_press_event_t& event) {
 
     if (m_heldKey == event.detail)
         return;
+    const int known = event.state & m_modifiers.significant();
+    const int state = known == 0 ? m_releasedUnderHand : known;
     const auto pressed = std::find_if(m_hotKeys.begin(), m_hotKeys.end(), [&](const HotKey& hotKey) {
-        return hotKey.keyCode == event.detail &&
-            m_modifiers.stateFor(hotKey.modifiers) == (event.state & m_modifiers.significant());
+        return hotKey.keyCode == event.detail && m_modifiers.stateFor(hotKey.modifiers) == state;
     });
     if (pressed == m_hotKeys.end())
         return;
@@ -137,21 +127,15 @@ void X11HotKeys::hold(quint8 keyCode) {
 
 void X11HotKeys::grabHeldKey() {
     const bool isPassing = m_pass && m_pass->keyCode == *m_heldKey;
-    if (!isPassing && !wasRefused(grabKey(*m_heldKey, XCB_MOD_MASK_ANY)))
+    if (!isPassing && m_grabs.take(*m_heldKey, anyState))
         return;
     // Another program has the key with some modifiers: what is free is ours. First without modifiers, as
     // which it would be typed.
     const std::vector<quint16> combinations = m_modifiers.significantCombinations();
     const quint16 passing = isPassing ? m_modifiers.stateFor(m_pass->modifiers) : 0;
-    std::vector<xcb_void_cookie_t> requests;
-    for (const quint16 state : combinations) {
-        if (isPassing && state == passing)
-            continue;
-        for (const quint16 locks : m_modifiers.lockCombinations())
-            requests.push_back(grabKey(*m_heldKey, state | locks));
-    }
-    for (const xcb_void_cookie_t request : requests)
-        static_cast<void>(wasRefused(request));
+    for (const quint16 state : combinations)
+        if (!isPassing || state != passing)
+            m_grabs.take(*m_heldKey, m_modifiers.withLocks(state));
 }
 
 bool X11HotKeys::isDown(quint8 keyCode) const {
@@ -175,18 +159,73 @@ void X11HotKeys::letGo() {
     m_releaseWatch.stop();
     m_sinceFeignedRelease.invalidate();
     m_keyReleases.reset();
-    xcb_ungrab_key(m_connection.xcb(), key, m_connection.root(), XCB_MOD_MASK_ANY);
-    for (const HotKey& hotKey : m_hotKeys)
-        if (hotKey.keyCode == key)
+    m_grabs.giveUp(key, anyState);
+    for (const HotKey& hotKey : m_hotKeys) {
+        if (hotKey.keyCode == key) {
             grabAgain(hotKey);
+            grabTaps(hotKey);
+        }
+    }
     xcb_flush(m_connection.xcb());
+}
+
+quint16 X11HotKeys::heldModifiers() const {
+    const XcbPtr<xcb_query_pointer_reply_t> pointer{xcb_query_pointer_reply(
+        m_connection.xcb(), xcb_query_pointer(m_connection.xcb(), m_connection.root()), nullptr)};
+    return pointer ? pointer->mask & m_modifiers.significant() : 0;
+}
+
+void X11HotKeys::expectTapsWithout(quint16 held) {
+    if (!m_rawInput.isAvailable())
+        return;  // nobody would tell the end of it
+    if ((held & ~m_releasedUnderHand) != 0) {
+        endTaps();
+        m_releasedUnderHand = held;
+        for (const HotKey& hotKey : m_hotKeys)
+            grabTaps(hotKey);
+    }
+    listenForReleases();
+}
+
+void X11HotKeys::listenForReleases() {
+    if (m_releasedUnderHand == 0)
+        return;
+    // Anew, so that what was released synthetically before does not count.
+    m_modifierReleases.emplace(
+        m_rawInput, X11RawInput::Kind::keyReleased, [this](const X11RawInput::Event& event) {
+            const bool isTap = std::any_of(m_hotKeys.begin(), m_hotKeys.end(),
+                [&](const HotKey& hotKey) { return hotKey.keyCode == event.detail; });
+            if (!isTap)
+                endTaps();
+        });
+}
+
+void X11HotKeys::grabTaps(const HotKey& hotKey) {
+    if (m_releasedUnderHand != 0 && m_modifiers.stateFor(hotKey.modifiers) == m_releasedUnderHand)
+        m_grabs.take(hotKey.keyCode, m_modifiers.withLocks(0));
+}
+
+void X11HotKeys::endTaps() {
+    if (m_releasedUnderHand == 0)
+        return;
+    const quint16 released = std::exchange(m_releasedUnderHand, 0);
+    m_modifierReleases.reset();
+    for (const HotKey& hotKey : m_hotKeys)
+        if (m_modifiers.stateFor(hotKey.modifiers) == released)
+            m_grabs.giveUp(hotKey.keyCode, m_modifiers.withLocks(0));
+    // A key without modifiers may be a hot key by itself, or be held.
+    for (const HotKey& hotKey : m_hotKeys)
+        if (!hotKey.modifiers)
+            grabAgain(hotKey);
+    if (m_heldKey)
+        grabHeldKey();
 }
 
 bool X11HotKeys::letPass(quint8 keyCode, Modifiers modifiers) {
     const bool down = isDown(keyCode);
     m_pass = Pass{keyCode, modifiers, down && m_heldKey == keyCode};
     if (m_heldKey == keyCode) {
-        xcb_ungrab_key(m_connection.xcb(), keyCode, m_connection.root(), XCB_MOD_MASK_ANY);
+        m_grabs.giveUp(keyCode, anyState);
         grabHeldKey();
     } else {
         for (const HotKey& hotKey : m_hotKeys)
@@ -200,6 +239,7 @@ bool X11HotKeys::letPass(quint8 keyCode, Modifiers modifiers) {
 
 void X11HotKeys::endPass() {
     const Pass pass = *std::exchange(m_pass, std::nullopt);
+    listenForReleases();
     if (m_heldKey != pass.keyCode) {
         for (const HotKey& hotKey : m_hotKeys)
             if (hotKey.keyCode == pass.keyCode && hotKey.modifiers == pass.modifiers)
@@ -221,6 +261,7 @@ void X11HotKeys::remapKeyboard() {
     const ModifierMap modifiers(m_connection);
     if (modifiers == m_modifiers)
         return;  // key codes are positions: nothing else matters
+    endTaps();
     for (const HotKey& hotKey : m_hotKeys)
         ungrab(hotKey);
     m_modifiers = modifiers;

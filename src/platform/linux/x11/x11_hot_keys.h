@@ -7,6 +7,7 @@
 
 #include "hotkeys/hot_key_platform.h"
 #include "platform/linux/x11/modifier_map.h"
+#include "platform/linux/x11/x11_key_grabs.h"
 #include "platform/linux/x11/x11_raw_input.h"
 
 namespace tralio {
@@ -34,6 +35,13 @@ public:
     /// After that combination has been released.
     void endPass();
 
+    /// The modifiers that the server takes for held, as the bits of an event's state.
+    [[nodiscard]] quint16 heldModifiers() const;
+    /// After modifiers have been released synthetically of which `held` were down. They still are under the
+    /// user's hand: until a key is let go there, whoever taps the key of their hot key once more means the
+    /// hot key, and without a grab would type over the selection.
+    void expectTapsWithout(quint16 held);
+
 private:
     struct HotKey {
         HotKeyRef ref{};
@@ -55,15 +63,18 @@ private:
     [[nodiscard]] bool isDown(quint8 keyCode) const;
     void watchForRelease();
     void letGo();
+    void grabTaps(const HotKey& hotKey);
+    void endTaps();
+    void listenForReleases();
     void remapKeyboard();
-    [[nodiscard]] xcb_void_cookie_t grabKey(quint8 keyCode, quint16 state);
-    [[nodiscard]] bool wasRefused(xcb_void_cookie_t request);
+    [[nodiscard]] std::vector<quint16> statesOf(const HotKey& hotKey) const;
     [[nodiscard]] HotKeyStatus grab(const HotKey& hotKey);
     void grabAgain(const HotKey& hotKey);
     void ungrab(const HotKey& hotKey);
 
     X11Connection& m_connection;
     X11RawInput& m_rawInput;
+    X11KeyGrabs m_grabs;
     ModifierMap m_modifiers;
     std::vector<HotKey> m_hotKeys;
     std::vector<EventHandler> m_handlers;
@@ -73,6 +84,8 @@ private:
     std::optional<Pass> m_pass;
     QTimer m_releaseWatch;
     std::optional<X11RawInput::Listener> m_keyReleases;
+    quint16 m_releasedUnderHand = 0;  ///< state bits that hot keys are pressed without for the moment
+    std::optional<X11RawInput::Listener> m_modifierReleases;
     /// Valid while the server takes the held key for released, because we said so for a synthetic press, and
     /// only the keyboard itself can tell.
     QElapsedTimer m_sinceFeignedRelease;

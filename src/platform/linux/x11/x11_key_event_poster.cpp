@@ -48,9 +48,22 @@ void X11KeyEventPoster::post(const KeyEvent& event) {
         pressShortcut(event.key);
     else if (isShortcut)
         releaseShortcut();
-    else if (const auto key = keyFor(m_connection, event.key))
-        fake(event.isKeyDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, *key);
+    else if (event.isKeyDown)
+        fakeKey(XCB_KEY_PRESS, event.key);
+    else
+        releaseKey(event.key);
     xcb_flush(m_connection.xcb());
+}
+
+void X11KeyEventPoster::releaseKey(KeyCode key) {
+    const quint16 held = m_hotKeys.heldModifiers();
+    fakeKey(XCB_KEY_RELEASE, key);
+    m_hotKeys.expectTapsWithout(held);
+}
+
+void X11KeyEventPoster::fakeKey(quint8 type, KeyCode wanted) {
+    if (const auto key = keyFor(m_connection, wanted))
+        fake(type, *key);
 }
 
 void X11KeyEventPoster::pressShortcut(KeyCode shortcutKey) {
