@@ -269,7 +269,8 @@ TEST(AppSettingsTest, a_key_of_the_users_over_plain_http_wants_consent_once_for_
     AppSettings settings(journal, journal);
     settings.apiKey = u"sk-mine"_s;
     for (const QString& safe : {u"https://ai.example.com/v1"_s, u"http://localhost:11434/v1"_s,
-             u"http://127.0.0.1/v1"_s, u"http://[::1]:80"_s, u"no address"_s}) {
+             u"http://127.0.0.1/v1"_s, u"http://[::1]:80"_s, u"http://[::ffff:127.0.0.1]"_s,
+             u"http://LocalHost./v1"_s, u"http://ai.localhost"_s, u"no address"_s}) {
         settings.baseURL = safe;
         EXPECT_FALSE(settings.wouldExposeKey()) << safe.toStdString();
     }

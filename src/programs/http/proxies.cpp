@@ -72,13 +72,15 @@ Proxies::~Proxies() {
 }
 
 bool Proxies::isOnThisMachine(const QUrl& url) {
-    const QString host = url.host().toLower();
+    QString host = url.host().toLower();
+    if (host.endsWith(u'.'))
+        host.chop(1);  // a name that is whole
     in_addr four{};
     in6_addr six{};
     if (inet_pton(AF_INET, host.toLatin1().constData(), &four) == 1)
         return (ntohl(four.s_addr) >> 24) == 127;
     if (inet_pton(AF_INET6, host.toLatin1().constData(), &six) == 1)
-        return IN6_IS_ADDR_LOOPBACK(&six);
+        return IN6_IS_ADDR_LOOPBACK(&six) || (IN6_IS_ADDR_V4MAPPED(&six) && six.s6_addr[12] == 127);
     return host == u"localhost"_s || host.endsWith(u".localhost"_s);
 }
 
