@@ -32,7 +32,8 @@ const QString settingsUnsaved =
     u"Không lưu được cài đặt và lịch sử lên đĩa, những gì thay đổi sẽ mất khi thoát Tralio."_s;
 
 const QString keyLocked =
-    u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. Hãy mở khóa kho rồi dịch lại."_s;
+    u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. "
+    u"Hãy mở khóa kho rồi dịch lại, hoặc nhập lại API Key trong Cài đặt."_s;
 
 const QString keyExposed =
     u"Địa chỉ máy chủ không mã hóa (http), API Key sẽ lộ trên mạng. Hãy xác nhận trong Cài đặt."_s;
@@ -123,7 +124,7 @@ void TranslateState::performTranslate() {
     debugLog(u"TranslateView.performTranslate: starting translation for '" % excerpt(text) % u"'");
     if (text.isEmpty() || !admits(text))
         return;
-    if (m_services.appState.isKeyAwaited()) {
+    if (m_services.appState.isKeyAwaited() && m_services.settings.needsKey()) {
         showError(keyLocked);
         m_services.appState.unlockKey();
         return;
