@@ -9,6 +9,7 @@
 #include "common/excerpt.h"
 #include "common/localized_error.h"
 #include "common/on_change.h"
+#include "common/text_limit.h"
 #include "engine/ai_service.h"
 #include "history/translation_history_store.h"
 #include "hotkeys/pasteboard.h"
@@ -148,6 +149,8 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
         auto reply = m_services.ai.translate(text, sourceLang(), targetLang(), m_services.settings.tone(),
             m_services.settings.endpointSettings(), stop);
         result = co_await std::move(reply);
+        if (isTooLong(result))
+            throw LocalizedError(tooLongTranslationMessage(result));
         debugLog(u"TranslateView.performTranslate: SUCCESS, result='" % excerpt(result) % u"'");
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
