@@ -245,10 +245,11 @@ void AppDelegate::translateLater(const QString& text) {
 }
 
 void AppDelegate::translateNext(const QString& text) {
-    prepare();
     m_nextText = text;
-    if (!std::exchange(m_isRequestDue, true))
-        m_services.clock.after(requestDelay, this, [this] { requestNextText(); });
+    if (std::exchange(m_isRequestDue, true))
+        return;
+    prepare();
+    m_services.clock.after(requestDelay, this, [this] { requestNextText(); });
 }
 
 void AppDelegate::prepare() {

@@ -20,6 +20,15 @@ qsizetype codePointCount(QStringView text) {
     return count;
 }
 
+QString messageAbout(const QString& kind, QStringView text) {
+    static const QLocale vietnamese(QLocale::Vietnamese, QLocale::Vietnam);
+    const qsizetype count = codePointCount(text);
+    // Where only the beginning was read, nobody knows how long it is.
+    const QString length =
+        count == longestText + 1 ? u"hơn "_s + vietnamese.toString(longestText) : vietnamese.toString(count);
+    return u"%1 quá dài (%2 ký tự, tối đa %3)"_s.arg(kind, length, vietnamese.toString(longestText));
+}
+
 }  // namespace
 
 bool isTooLong(QStringView text) {
@@ -27,12 +36,11 @@ bool isTooLong(QStringView text) {
 }
 
 QString tooLongMessage(QStringView text) {
-    static const QLocale vietnamese(QLocale::Vietnamese, QLocale::Vietnam);
-    const qsizetype count = codePointCount(text);
-    // Where only the beginning was read, nobody knows how long it is.
-    const QString length =
-        count == longestText + 1 ? u"hơn "_s + vietnamese.toString(longestText) : vietnamese.toString(count);
-    return u"Văn bản quá dài (%1 ký tự, tối đa %2)"_s.arg(length, vietnamese.toString(longestText));
+    return messageAbout(u"Văn bản"_s, text);
+}
+
+QString tooLongTranslationMessage(QStringView translation) {
+    return messageAbout(u"Bản dịch"_s, translation);
 }
 
 QString beginningOfLongText(QStringView beginning) {

@@ -13,8 +13,9 @@ inline constexpr qsizetype longestTextBytes = 4 * longestText;
 
 [[nodiscard]] bool isTooLong(QStringView text);
 
-/// What the user is told about a text that is too long.
+/// What the user is told about a text that is too long: one to translate, or one that a server made of it.
 [[nodiscard]] QString tooLongMessage(QStringView text);
+[[nodiscard]] QString tooLongTranslationMessage(QStringView translation);
 
 /// Stands for a text of which only the beginning was read. It is too long by one character, also once it is
 /// trimmed.

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "common/localized_error.h"
+#include "engine/error_page.h"
 #include "engine/provider_preset.h"
 
 namespace tralio::chat_completions {
@@ -44,26 +45,6 @@ QString withoutThoughts(const QString& reply) {
         return reply;
     const qsizetype at = reply.indexOf(end, begin.size());
     return at < 0 ? reply : reply.mid(at + end.size()).trimmed();
-}
-
-/// What a page says in its title, or else in its first words.
-QString wordsOfPage(const QString& page) {
-    constexpr qsizetype enough = 200;
-    constexpr auto options =
-        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption;
-    static const QRegularExpression title(u"<title[^>]*>(.*?)</title>"_s, options);
-    static const QRegularExpression unseen(u"<!--.*?-->|<(head|style|script)\\b.*?</\\1\\s*>"_s, options);
-    static const QRegularExpression tag(u"<[^>]*>"_s);
-    const auto words = [](QString markup) {
-        QString plain = markup.replace(tag, u" "_s);
-        for (const auto& [entity, character] : {std::pair(u"&nbsp;"_s, u" "_s), {u"&lt;"_s, u"<"_s},
-                 {u"&gt;"_s, u">"_s}, {u"&quot;"_s, u"\""_s}, {u"&#39;"_s, u"'"_s}, {u"&amp;"_s, u"&"_s}})
-            plain.replace(entity, character);
-        plain = plain.simplified();
-        return plain.size() > enough ? plain.first(enough) + u'…' : plain;
-    };
-    const QString titled = words(title.match(page).captured(1));
-    return titled.isEmpty() ? words(QString(page).remove(unseen)) : titled;
 }
 
 }  // namespace
@@ -147,7 +128,7 @@ std::optional<QString> bodyAsMessage(const QByteArray& body) {
         u"^\\s*(<!doctype html|<html|<head|<body)\\b"_s, QRegularExpression::CaseInsensitiveOption);
     if (!page.match(text).hasMatch())
         return text;
-    const QString words = wordsOfPage(text.left(head));
+    const QString words = error_page::words(text.left(head));
     return words.isEmpty() ? std::nullopt : std::optional(words);
 }
 

@@ -1,6 +1,5 @@
 #include "ocr/screen_capture_service.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QPromise>
 #include <QScopeGuard>
@@ -29,6 +28,14 @@ QString newFileName() {
     return u"tralio_snip_"_s + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u".png"_s;
 }
 
+/// The picture, and what a tool that was killed has left of it under a name of its own.
+void removeFilesOf(const QString& path) {
+    const QFileInfo picture(path);
+    QDir folder = picture.dir();
+    for (const QString& name : folder.entryList({picture.fileName() + u'*'}, QDir::Files))
+        folder.remove(name);
+}
+
 }  // namespace
 
 ScreenCaptureService::ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder)
@@ -40,7 +47,7 @@ QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndR
         co_return std::nullopt;
     const QString path = QDir(m_folder).filePath(newFileName());
     const auto tidyUp = qScopeGuard([this, &path] {
-        QFile::remove(path);
+        removeFilesOf(path);
         m_isCapturing = false;
     });
 

@@ -84,9 +84,12 @@ void AppSettings::resetToDefaults() {
 }
 
 std::function<void()> AppSettings::remembered() {
-    return [this, values = m_values.remembered(), hotKey = m_hotKey.remembered(),
+    const bool isKeyAwaited = m_store.isAwaited(apiKey.key());
+    return [this, isKeyAwaited, values = m_values.remembered(), hotKey = m_hotKey.remembered(),
                ocrHotKey = m_ocrHotKey.remembered()] {
         values();
+        if (isKeyAwaited)
+            m_store.awaitAgain(apiKey.key());
         hotKey();
         ocrHotKey();
         m_hotKeys.updateTextHotKey(hotKeyKeyCode(), hotKeyModifiers());

@@ -82,6 +82,9 @@ public:
     /// Takes over the stored key, which came after these settings were loaded.
     void reloadApiKey();
 
+    /// Whether the selected server asks for a key.
+    [[nodiscard]] bool needsKey() const { return ProviderPreset::needsKey(selectedPresetId()); }
+
     /// Whether the user's own key would cross a network unencrypted, and the user has not agreed to that.
     [[nodiscard]] bool wouldExposeKey() const;
     /// The user agrees to it, for the present server.

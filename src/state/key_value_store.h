@@ -32,6 +32,11 @@ public:
     /// own before another value takes its place.
     virtual void preserve(const QString& key) = 0;
 
+    /// Whether what is stored under `key` is not known yet; it reads as empty meanwhile.
+    [[nodiscard]] virtual bool isAwaited(const QString& /*key*/) const { return false; }
+    /// Takes back the values that were assigned since it was awaited.
+    virtual void awaitAgain(const QString& /*key*/) {}
+
     /// What was overwritten goes from the disk as well, as far as that is in the hands of a program.
     virtual void forgetOverwritten() {}
 

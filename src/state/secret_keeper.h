@@ -27,7 +27,8 @@ public:
     virtual void find(std::function<void(Answer answer, const QString& secret)> then) = 0;
     /// In place of what it keeps.
     virtual void keep(const QString& secret, std::function<void(Answer)> then) = 0;
-    virtual void forget() = 0;
+    /// Also when it keeps none.
+    virtual void forget(std::function<void(Answer)> then) = 0;
 
     /// Has the desktop ask the user to unlock it.
     virtual void unlock() = 0;

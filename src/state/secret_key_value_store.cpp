@@ -12,6 +12,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 const QString apiKey = AppSettings::apiKeyKey.toString();
+/// True while the keeper may have a key that the user has given up.
+const QString keyToForget = u"app_api_key_to_forget"_s;
 
 }  // namespace
 
@@ -51,7 +53,21 @@ void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
     if (isSecret())
         handOver();
     else if (wasKept)
-        m_keeper.forget();
+        forget();
+}
+
+bool SecretKeyValueStore::isAwaited(const QString& key) const {
+    return key == apiKey && m_isAwaited;
+}
+
+void SecretKeyValueStore::awaitAgain(const QString& key) {
+    if (key != apiKey)
+        return;
+    m_key.reset();
+    m_store.setValue(apiKey, true);
+    setToForget(false);
+    setAwaited(true);
+    find();
 }
 
 bool SecretKeyValueStore::isSecret() const {
@@ -71,8 +87,23 @@ void SecretKeyValueStore::setAwaited(bool awaited) {
 void SecretKeyValueStore::askKeeper() {
     if (m_isAwaited)
         find();
+    else if (!isSecret() && m_store.boolean(keyToForget).value_or(false))
+        forget();
     else if (!holdsMarker())
         handOver();
+}
+
+void SecretKeyValueStore::setToForget(bool toForget) {
+    if (m_store.boolean(keyToForget).value_or(false) != toForget)
+        m_store.setValue(keyToForget, toForget);
+}
+
+void SecretKeyValueStore::forget() {
+    setToForget(true);
+    m_keeper.forget([this](SecretKeeper::Answer answer) {
+        if (answer == SecretKeeper::Answer::done)
+            setToForget(false);
+    });
 }
 
 void SecretKeyValueStore::find() {
@@ -98,11 +129,12 @@ void SecretKeyValueStore::handOver() {
                 m_store.setValue(apiKey, *m_key);
         } else if (m_key == sent) {
             m_store.setValue(apiKey, true);
+            setToForget(false);
             m_store.forgetOverwritten();
         } else if (isSecret()) {
             handOver();
         } else {
-            m_keeper.forget();
+            forget();
         }
     });
 }

@@ -16,7 +16,8 @@ class SecretKeeper;
 /// keeper, and while it is locked, the store holds the key itself. The built-in key is no secret and stays in
 /// the store.
 ///
-/// Nothing waits for the keeper. A key that it has not told yet reads as empty.
+/// Nothing waits for the keeper. A key that it has not told yet reads as empty. One that the user gives up
+/// while it is locked is remembered as such, and goes when it opens.
 class SecretKeyValueStore final : public KeyValueStore {
 public:
     /// Both outlive this object.
@@ -26,6 +27,8 @@ public:
     [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override;
     void setValue(const QString& key, StoredValue value) override;
     void preserve(const QString& key) override { m_store.preserve(key); }
+    [[nodiscard]] bool isAwaited(const QString& key) const override;
+    void awaitAgain(const QString& key) override;
 
     /// Whether there is a key that the keeper has not told.
     [[nodiscard]] bool isKeyAwaited() const { return m_isAwaited; }
@@ -39,6 +42,8 @@ private:
     void askKeeper();
     void find();
     void handOver();
+    void forget();
+    void setToForget(bool toForget);
 
     KeyValueStore& m_store;
     SecretKeeper& m_keeper;

@@ -185,6 +185,7 @@ TEST_F(Shell, of_texts_that_come_in_a_flood_the_newest_is_requested_every_three_
     }
     pass(1s);
     EXPECT_THAT(requested, ElementsAre(u"79"_s, u"379"_s, u"679"_s, u"979"_s, u"999"_s));
+    EXPECT_EQ(preparations, 5) << "each is a connection";
     pass(1s);
     EXPECT_THAT(requested, SizeIs(5));
 }

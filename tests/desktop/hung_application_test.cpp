@@ -73,5 +73,27 @@ TEST(HungDisplay, is_waited_for_and_used_again) {
     EXPECT_EQ(program.translateSelection(), u"chọn"_s);
 }
 
+TEST(HungProgram, is_told_of_by_a_second_start_which_ends_when_it_was_read) {
+    VirtualDesktop desktop;
+    ProgramRun program(desktop);
+    const auto first = static_cast<pid_t>(program.processId());
+    ASSERT_EQ(kill(first, SIGSTOP), 0);
+    const QProcess& second = desktop.start(program.process().program());
+    const QStringList itsWindows{
+        u"search"_s, u"--onlyvisible"_s, u"--pid"_s, QString::number(second.processId())};
+    ASSERT_TRUE(waitUntil([&] { return !desktop.run(u"xdotool"_s, itsWindows).isEmpty(); }));
+    EXPECT_EQ(second.state(), QProcess::Running);
+    ASSERT_TRUE(waitUntil([&] {
+        desktop.press(u"Return"_s);
+        return second.state() == QProcess::NotRunning;
+    }));
+    EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(second.exitCode(), EXIT_FAILURE);
+
+    kill(first, SIGCONT);
+    EXPECT_TRUE(waitUntil([&] { return program.isPopoverShown(); })) << "the second had asked for it";
+    EXPECT_TRUE(program.isRunning());
+}
+
 }  // namespace
 }  // namespace tralio

@@ -4,6 +4,7 @@
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_hot_keys.h"
+#include "support/core_limit.h"
 #include "support/print_to.h"
 
 namespace tralio {
@@ -170,6 +171,7 @@ TEST_F(ShellWalk, other_programs_hand_over_texts_a_second_start_opens_the_first_
     start();
     program->callOnBus(u"TranslateText"_s, {u"  handed over  "_s});
     EXPECT_TRUE(modelGets(u"handed over"_s));
+    EXPECT_TRUE(dumpsNoCore(program->process().processId()));
     EXPECT_TRUE(waitUntil([&] { return program->isPopoverInFront(); }));
     desktop.press(u"Escape"_s);
     ASSERT_TRUE(waitUntil([&] { return !program->isPopoverShown(); }));

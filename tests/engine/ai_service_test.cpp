@@ -6,6 +6,7 @@ namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 using AIServiceTest = EngineTest;
 
@@ -28,6 +29,7 @@ TEST_F(AIServiceTest, a_translation_is_one_post_to_the_endpoint_and_its_trimmed_
     EXPECT_EQ(request.userText(), u"Hello, \n e\u0301!"_s);
     EXPECT_TRUE(request.systemPrompt().startsWith(u"Translate.\n\n"_s));
     EXPECT_TRUE(request.systemPrompt().contains(TranslationTone::formal.promptInstruction()));
+    EXPECT_THAT(noted.limits, testing::ElementsAre(45s));
 }
 
 TEST_F(AIServiceTest, a_connection_test_names_the_model_it_reached_and_does_not_read_the_reply) {
@@ -39,6 +41,7 @@ TEST_F(AIServiceTest, a_connection_test_names_the_model_it_reached_and_does_not_
     settings.model = u"%1"_s;
     standIn.replies(StandInReply::withBody(200, "no JSON"));
     EXPECT_EQ(outcomeOf(testConnection()).text, u"Kết nối thành công tới model '%1'!"_s);
+    EXPECT_THAT(noted.limits, testing::Each(15s));
 }
 
 TEST_F(AIServiceTest, the_first_thing_that_is_wrong_is_the_one_reported_and_nothing_is_sent) {

@@ -1,5 +1,7 @@
 #include "engine/chat_completions.h"
 
+#include <QElapsedTimer>
+
 #include <gmock/gmock.h>
 
 #include "common/localized_error.h"
@@ -33,6 +35,32 @@ TEST(EndpointURLTest, what_is_no_url_gives_no_endpoint) {
     for (const QString& base : {u"https://a b.test/v1"_s, u"https://a.test/v 1"_s,
              u"https://a.test:port/v1"_s, u"https://a.test/\nv1"_s, u"://"_s})
         EXPECT_EQ(buildEndpointURL(base), std::nullopt) << qPrintable(base);
+}
+
+TEST(ErrorPageTest, is_told_by_its_title_or_else_by_what_it_shows) {
+    const std::pair<QByteArray, QString> cases[] = {
+        {"<html><TITLE lang=vi>Bad\n Gateway &amp; co</TITLE><p>not this", u"Bad Gateway & co"_s},
+        {"<html><titles>no</titles><title/><h1>Sorry</h1>", u"no Sorry"_s},
+        {"<html><head><title> </title><b>x</b></head ><header>Sorry</header><style>b{}</style ><p>late",
+            u"Sorry late"_s},
+        {"<html><!-- <p> --><script>if (a</head>b)</script><p a=\"b\">1 &lt; 2<br/>3", u"1 < 2 3"_s},
+        {"<html><title>never closed <p>Sorry", u"never closed Sorry"_s},
+        {"<body>" + QByteArray(300, 'a'), QString(200, u'a') + u'…'},
+        {" \n<plain>text", u" \n<plain>text"_s},
+    };
+    for (const auto& [page, words] : cases)
+        EXPECT_EQ(bodyAsMessage(page), words) << page.constData();
+    EXPECT_EQ(bodyAsMessage("<html><body></body></html>"), std::nullopt);
+}
+
+TEST(ErrorPageTest, never_holds_the_window_up) {
+    for (const QByteArray& part : {"<"_ba, "<title>"_ba, "<title"_ba, "<!--"_ba, "<head>"_ba, "<head"_ba,
+             "<script></script"_ba, "<style >a"_ba, "&lt;"_ba, " "_ba}) {
+        QElapsedTimer time;
+        time.start();
+        (void)bodyAsMessage("<html>" + part.repeated(200'000 / part.size()));
+        EXPECT_LT(time.elapsed(), 1000) << part.constData();
+    }
 }
 
 TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers_of_its_own) {

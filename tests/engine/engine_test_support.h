@@ -12,6 +12,7 @@
 #include "platform/linux/helpers/helper_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
+#include "support/noted_idle_limits.h"
 #include "support/print_to.h"
 #include "support/stand_in_model.h"
 
@@ -69,7 +70,8 @@ protected:
     StandInModel standIn;
     EndpointSettings settings;
     HelperHttpClient http{QStringLiteral(HTTP_PROGRAM), clock};
-    AIService service{http};
+    NotedIdleLimits noted{http};
+    AIService service{noted};
 };
 
 }  // namespace tralio

@@ -9,5 +9,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto text = chat_completions::replyText(body);
     fuzz::require(!text || *text == text->trimmed(), "a reply has no blanks around it");
     (void)chat_completions::errorMessage(body);
+    (void)chat_completions::bodyAsMessage(body);
     return 0;
 }

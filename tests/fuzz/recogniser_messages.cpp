@@ -1,21 +1,16 @@
-// What the program and the recogniser hear of each other, cut at odd places.
+// What the program and the recogniser hear of each other.
 
-#include "fuzz/fuzz.h"
-#include "platform/linux/helpers/frames.h"
+#include "fuzz/messages.h"
 #include "platform/linux/helpers/recogniser_protocol.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tralio;
-    frames::Reader reader(1 << 20);
-    const QByteArray input = fuzz::bytes(data, size);
-    for (qsizetype at = 0; at < input.size(); at += 61) {
-        reader.add(input.mid(at, 61));
-        while (const auto payload = reader.next()) {
-            if (const auto request = recogniser_protocol::decodeRequest(*payload))
-                (void)recogniser_protocol::encode(*request);
-            if (const auto reply = recogniser_protocol::decodeReply(*payload))
-                (void)recogniser_protocol::encode(*reply);
-        }
-    }
+    using namespace recogniser_protocol;
+    fuzz::readMessages(fuzz::bytes(data, size), [](const QByteArray& payload) {
+        if (const auto request = decodeRequest(payload))
+            (void)encode(*request);
+        if (const auto reply = decodeReply(payload))
+            (void)encode(*reply);
+    });
     return 0;
 }

@@ -123,6 +123,11 @@ TEST_F(ScreenCapture, a_capture_without_a_picture_is_no_text_and_no_failure) {
         {"a status other than zero, with a picture", 1, QByteArray("png")},
         {"not started", CaptureTool::notStarted, std::nullopt},
     };
+    // What a tool leaves that is killed while it writes.
+    tool.onRun = [this] {
+        steps += u"draw"_s;
+        writeFile(tool.paths.back() + u".Qx7Tp2"_s, "half a picture of the screen");
+    };
     for (const Case& given : cases) {
         steps.clear();
         const auto ending = captureThatEnds(given.status, given.picture);

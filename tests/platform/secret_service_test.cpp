@@ -19,7 +19,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using Answer = SecretKeeper::Answer;
 
-/// A keeper of secrets with one collection, which a test locks.
+/// A keeper of secrets with one collection, which a test locks. Some keep quiet about what a locked one
+/// holds, and tell otherwise that it was unlocked.
 class ScriptedSecretService final : public QDBusVirtualObject {
 public:
     explicit ScriptedSecretService(QDBusConnection bus) : m_bus(std::move(bus)) {
@@ -38,14 +39,26 @@ public:
     }
     void unlock() {
         isLocked = false;
+        if (isReticent) {
+            tell(u"CollectionChanged"_s);
+            return;
+        }
         auto signal = QDBusMessage::createSignal(
             m_collection, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s);
         signal << u"org.freedesktop.Secret.Collection"_s << QVariantMap{{u"Locked"_s, false}}
                << QStringList();
         m_bus.send(signal);
     }
+    void tell(const QString& event) {
+        auto signal = QDBusMessage::createSignal(
+            QLatin1String(SecretService::path), u"org.freedesktop.Secret.Service"_s, event);
+        signal << QVariant::fromValue(QDBusObjectPath(m_collection));
+        m_bus.send(signal);
+    }
 
     bool isLocked = false;
+    bool isReticent = false;
+    bool hasCollection = true;
     bool isSilent = false;
     QList<std::pair<SecretAttributes, QByteArray>> items;
     QStringList calls;
@@ -60,7 +73,7 @@ private:
             return {QVariant::fromValue(QDBusVariant(QString())), object(m_session)};
         }
         if (method == u"ReadAlias")
-            return {object(arguments.value(0) == u"default"_s ? m_collection : u"/"_s)};
+            return {object(arguments.value(0) == u"default"_s && hasCollection ? m_collection : u"/"_s)};
         if (method == u"Get")
             return {QVariant::fromValue(QDBusVariant(isLocked))};
         if (method == u"SearchItems") {
@@ -69,6 +82,8 @@ private:
             if (std::ranges::any_of(items, [&wanted](const auto& item) { return item.first == wanted; }))
                 found += QDBusObjectPath(m_item);
             const QList<QDBusObjectPath> none;
+            if (isLocked && isReticent)
+                found.clear();
             return {
                 QVariant::fromValue(isLocked ? none : found), QVariant::fromValue(isLocked ? found : none)};
         }
@@ -87,8 +102,12 @@ private:
         }
         if (method == u"Delete")
             items.clear();
-        if (method == u"Unlock")
+        if (method == u"Unlock") {
+            const auto objects = qdbus_cast<QList<QDBusObjectPath>>(arguments.value(0));
+            EXPECT_EQ(objects.size(), 1);
+            EXPECT_TRUE(objects.value(0).path().startsWith(m_collection));
             return {QVariant::fromValue(QList<QDBusObjectPath>()), object(m_prompt)};
+        }
         return {object(u"/"_s)};
     }
 
@@ -119,6 +138,12 @@ protected:
         EXPECT_TRUE(eventually([&] { return result.has_value(); }));
         return result.value_or(Answer::unavailable);
     }
+    Answer forgotten() {
+        std::optional<Answer> result;
+        keeper.forget([&](Answer answer) { result = answer; });
+        EXPECT_TRUE(eventually([&] { return result.has_value(); }));
+        return result.value_or(Answer::unavailable);
+    }
 
     DebugLogFile log;
     PrivateBus bus;
@@ -138,27 +163,44 @@ TEST_F(SecretServiceTest, a_secret_is_kept_found_replaced_and_forgotten) {
     EXPECT_EQ(kept(u"sk-2"_s), Answer::done);
     EXPECT_EQ(found(), std::pair(Answer::done, u"sk-2"_s));
     EXPECT_EQ(service.items.size(), 1);
-    keeper.forget();
-    EXPECT_TRUE(eventually([&] { return service.items.isEmpty(); }));
+    EXPECT_EQ(forgotten(), Answer::done);
+    EXPECT_TRUE(service.items.isEmpty());
     EXPECT_FALSE(log.content().contains("sk-"));
 }
 
 TEST_F(SecretServiceTest, a_locked_collection_is_left_alone_until_the_user_is_there) {
     ScriptedSecretService service(bus.connect());
     ASSERT_EQ(kept(u"sk"_s), Answer::done);
-    service.isLocked = true;
-    service.calls.clear();
-    EXPECT_EQ(kept(u"sk-2"_s), Answer::locked);
-    EXPECT_EQ(found().first, Answer::locked);
-    for (const QString& asking : {u"CreateItem"_s, u"Unlock"_s, u"Prompt"_s})
-        EXPECT_FALSE(service.calls.contains(asking)) << asking.toStdString();
+    for (const bool isReticent : {false, true}) {
+        SCOPED_TRACE(isReticent);
+        service.isReticent = isReticent;
+        service.isLocked = true;
+        service.calls.clear();
+        EXPECT_EQ(kept(u"sk-2"_s), Answer::locked);
+        EXPECT_EQ(found().first, Answer::locked);
+        EXPECT_EQ(forgotten(), Answer::locked);
+        for (const QString& asking : {u"CreateItem"_s, u"Delete"_s, u"Unlock"_s, u"Prompt"_s})
+            EXPECT_FALSE(service.calls.contains(asking)) << asking.toStdString();
 
-    keeper.unlock();
-    ASSERT_TRUE(eventually([&] { return service.calls.contains(u"Prompt"_s); }));
-    const int before = changes;
-    service.unlock();
-    ASSERT_TRUE(eventually([&] { return changes == before + 1; }));
-    EXPECT_EQ(found(), std::pair(Answer::done, u"sk"_s));
+        keeper.unlock();
+        ASSERT_TRUE(eventually([&] { return service.calls.contains(u"Prompt"_s); }));
+        const int before = changes;
+        service.unlock();
+        ASSERT_TRUE(eventually([&] { return changes == before + 1; }));
+        EXPECT_EQ(found(), std::pair(Answer::done, u"sk"_s));
+    }
+}
+
+TEST_F(SecretServiceTest, a_keeper_whose_collections_are_not_there_yet_has_lost_nothing) {
+    ScriptedSecretService service(bus.connect());
+    ASSERT_TRUE(eventually([&] { return changes == 1; }));
+    service.hasCollection = false;
+    EXPECT_EQ(found().first, Answer::locked);
+    EXPECT_EQ(kept(u"sk"_s), Answer::unavailable);
+    service.hasCollection = true;
+    service.tell(u"CollectionCreated"_s);
+    ASSERT_TRUE(eventually([&] { return changes == 2; }));
+    EXPECT_EQ(found().first, Answer::absent);
 }
 
 }  // namespace

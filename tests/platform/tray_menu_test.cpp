@@ -78,6 +78,7 @@ TEST_F(TrayMenuTest, a_click_chooses_and_nothing_else_does) {
     };
     EXPECT_EQ(tell(0, u"opened"_s), QDBusMessage::ReplyMessage);
     EXPECT_EQ(tell(3, u"hovered"_s), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(tell(2, u"clicked"_s), QDBusMessage::ReplyMessage);  // the line
     EXPECT_EQ(tell(0, u"clicked"_s), QDBusMessage::ReplyMessage);
     EXPECT_EQ(tell(4, u"clicked"_s), QDBusMessage::ErrorMessage);
     EXPECT_EQ(tell(-1, u"clicked"_s), QDBusMessage::ErrorMessage);

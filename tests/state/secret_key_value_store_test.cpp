@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "state/app_settings.h"
+#include "state/hot_key_registrar.h"
 #include "state/secret_keeper.h"
 #include "support/debug_log_file.h"
 #include "support/memory_key_value_store.h"
@@ -25,7 +26,11 @@ public:
         handed += secret;
         m_kept = std::move(then);
     }
-    void forget() override { kept.reset(); }
+    void forget(std::function<void(Answer)> then) override {
+        if (!isLocked)
+            kept.reset();
+        then(isLocked ? Answer::locked : Answer::done);
+    }
     void unlock() override {}
 
     void answerFind(Answer answer) { std::exchange(m_found, nullptr)(answer, kept.value_or(QString())); }
@@ -36,6 +41,7 @@ public:
     }
     [[nodiscard]] bool isAsked() const { return m_found || m_kept; }
 
+    bool isLocked = false;
     std::optional<QString> kept;
     QStringList handed;
 
@@ -142,6 +148,64 @@ TEST_F(SecretKeyValueStoreTest, a_key_is_handed_over_as_it_is_typed_the_last_sta
     settings->setValue(apiKey, u"sk-3"_s);
     settings.reset();
     EXPECT_EQ(stored(), StoredValue(u"sk-3"_s));
+}
+
+TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locked_goes_when_it_opens) {
+    for (const QString& instead : {AppSettings::defaultApiKey, QString()}) {
+        store.values = {{apiKey, marker}};
+        keeper.kept = u"sk-mine"_s;
+        keeper.isLocked = true;
+        start();
+        keeper.answerFind(Answer::locked);
+        settings->setValue(apiKey, instead);
+        EXPECT_FALSE(settings->isKeyAwaited());
+        start();
+        EXPECT_EQ(key(), instead);
+        EXPECT_EQ(keeper.kept, u"sk-mine"_s);
+        keeper.isLocked = false;
+        keeper.onChange();
+        EXPECT_EQ(keeper.kept, std::nullopt);
+    }
+
+    // A new one takes its place.
+    store.values = {{apiKey, marker}};
+    keeper.kept = u"sk-mine"_s;
+    keeper.isLocked = true;
+    start();
+    settings->setValue(apiKey, QString());
+    settings->setValue(apiKey, u"sk-new"_s);
+    keeper.isLocked = false;
+    keeper.answerKeep(Answer::done);
+    keeper.onChange();
+    start();
+    EXPECT_EQ(keeper.kept, u"sk-new"_s);
+    EXPECT_EQ(stored(), marker);
+}
+
+TEST_F(SecretKeyValueStoreTest, undoing_a_reset_waits_again_for_a_key_that_was_awaited) {
+    struct NoRegistrar final : HotKeyRegistrar {
+        void updateTextHotKey(quint32 /*keyCode*/, quint32 /*modifiers*/) override {}
+        void updateOCRHotKey(quint32 /*keyCode*/, quint32 /*modifiers*/) override {}
+    } registrar;
+    store.values[apiKey] = marker;
+    keeper.kept = u"sk-mine"_s;
+    keeper.isLocked = true;
+    start();
+    AppSettings shown(*settings, registrar);
+    const auto undo = shown.remembered();
+    shown.resetToDefaults();
+    EXPECT_EQ(shown.apiKey(), AppSettings::defaultApiKey);
+    EXPECT_FALSE(settings->isKeyAwaited());
+
+    undo();
+    EXPECT_EQ(shown.apiKey(), QString());
+    EXPECT_TRUE(settings->isKeyAwaited());
+    EXPECT_EQ(stored(), marker);
+    keeper.isLocked = false;
+    keeper.onChange();
+    keeper.answerFind(Answer::done);
+    EXPECT_EQ(key(), u"sk-mine"_s);
+    EXPECT_EQ(awaitedTold, (QList<bool>{false, true, false}));
 }
 
 TEST_F(SecretKeyValueStoreTest, the_built_in_key_and_an_empty_one_are_no_secrets) {

@@ -20,6 +20,10 @@ public:
     /// Moves time forward and runs what falls due, in order of its time, also what that schedules in turn.
     void advance(std::chrono::milliseconds by);
 
+    /// Time passes while this process stands still, as in a suspension: what has fallen due runs once, late,
+    /// and nothing of what that schedules.
+    void standStill(std::chrono::milliseconds time);
+
     /// The time by this clock, and when something was last scheduled.
     [[nodiscard]] std::chrono::milliseconds now() const { return m_now; }
     [[nodiscard]] std::chrono::milliseconds lastScheduled() const { return m_lastScheduled; }
@@ -28,6 +32,9 @@ public:
     [[nodiscard]] qsizetype pending() const;
 
 private:
+    /// Takes out the next call and runs it; one that repeats comes again after its interval.
+    void runNext();
+
     struct Call {
         QPointer<QObject> context;
         std::shared_ptr<std::function<void()>> action;  ///< shared, for what a repeated action remembers

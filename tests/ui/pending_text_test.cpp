@@ -136,6 +136,12 @@ TEST_F(PendingText, a_key_that_is_not_there_yet_or_would_be_exposed_is_not_sent)
     EXPECT_FALSE(panel->isTranslating());
     EXPECT_TRUE(panel->errorMessage());
     EXPECT_EQ(asked, 1) << "the user is there";
+    settings.selectedPresetId = u"ollama"_s;
+    panel->performTranslate();
+    EXPECT_TRUE(panel->isTranslating()) << "a server that wants no key";
+    ASSERT_TRUE(translationEnds());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+    settings.selectedPresetId = ProviderPreset::defaultId();
     appState.isKeyAwaited = false;
 
     const QString address = settings.baseURL();

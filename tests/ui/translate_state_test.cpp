@@ -1,5 +1,6 @@
 #include "ui/translate/translate_state.h"
 
+#include "common/text_limit.h"
 #include "engine/ai_error.h"
 #include "engine/chat_completions.h"
 #include "ui/translate_panel_support.h"
@@ -195,6 +196,21 @@ TEST_F(TranslatePanel, answers_that_come_after_the_main_view_is_gone_are_dropped
     model.sendTheRest();
     ASSERT_TRUE(eventually([&] { return logged(successLine(u"LATE"_s)) == 1; }));
     EXPECT_THAT(history.items(), IsEmpty());
+}
+
+TEST_F(TranslatePanel, a_translation_over_the_limit_of_texts_is_refused_in_words_and_not_kept) {
+    model.translatesBy([](const StandInModel::Request&) { return u"𠮷"_s.repeated(longestText + 1); });
+    translate(u"text"_s);
+    ASSERT_TRUE(translationEnds());
+    EXPECT_TRUE(panel->outputText().isEmpty());
+    EXPECT_TRUE(panel->errorMessage() && panel->errorMessage()->contains(u"tối đa 200.000"_s));
+    EXPECT_TRUE(history.items().isEmpty());
+
+    model.translatesBy([](const StandInModel::Request&) { return u"𠮷"_s.repeated(longestText); });
+    translate(u"text"_s);
+    ASSERT_TRUE(translationEnds());
+    EXPECT_EQ(panel->outputText().size(), 2 * longestText);
+    EXPECT_EQ(panel->errorMessage(), std::nullopt);
 }
 
 TEST_F(TranslatePanel, swapping_exchanges_the_languages_and_with_a_result_the_texts_too) {

@@ -20,6 +20,7 @@ TEST_F(UpdateCheckTest, a_newer_version_is_asked_for_past_every_cache_and_offere
     EXPECT_EQ(request.method, "GET");
     EXPECT_EQ(request.target, "/version.json?t=1795000000");
     EXPECT_EQ(request.header("Cache-Control"), "no-cache");
+    EXPECT_THAT(noted.limits, testing::ElementsAre(10s));
 }
 
 TEST_F(UpdateCheckTest, the_manifest_is_fetched_over_tls_only) {

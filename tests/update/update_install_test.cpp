@@ -56,6 +56,7 @@ TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program
     server.replies(StandInReply::withBody(200, archive));
 
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+    EXPECT_THAT(noted.limits, testing::ElementsAre(60s));
     EXPECT_EQ(installer.checkedArchive, zip);
     EXPECT_EQ(installer.scripts, QStringList(script));
     EXPECT_EQ(events, QStringList(u"terminate"_s));

@@ -10,6 +10,7 @@
 #include "platform/linux/helpers/helper_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
+#include "support/noted_idle_limits.h"
 #include "support/print_to.h"
 #include "support/scripted_installer.h"
 #include "support/stand_in_model.h"
@@ -63,7 +64,8 @@ protected:
     ScriptedInstaller installer;
     QStringList events;
     HelperHttpClient http{QStringLiteral(HTTP_PROGRAM), clock};
-    std::unique_ptr<UpdateService> service = std::make_unique<UpdateService>(http, installer, host());
+    NotedIdleLimits noted{http};
+    std::unique_ptr<UpdateService> service = std::make_unique<UpdateService>(noted, installer, host());
 };
 
 }  // namespace tralio

@@ -5,10 +5,10 @@
 #include <curl/curl.h>
 #include <malloc.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "platform/linux/helpers/frames.h"
+#include "platform/linux/process/memory_privacy.h"
 #include "programs/http/server.h"
 
 // The process that speaks with servers. It serves the program that started it over its standard input and
@@ -20,8 +20,7 @@ namespace {
 void limitOneself() {
     prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);  // nor may the user's other programs read it
-    constexpr rlimit none{0, 0};
-    setrlimit(RLIMIT_CORE, &none);
+    tralio::memory_privacy::begin();
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "platform/linux/helpers/frames.h"
+#include "platform/linux/process/memory_privacy.h"
 #include "programs/recogniser/recogniser_session.h"
 
 // The recogniser's own process. It serves the program that started it over its standard input and output, and
@@ -50,7 +51,7 @@ bool readMore(frames::Reader& requests) {
 void limitOneself() {
     prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     constexpr rlimit none{0, 0};
-    setrlimit(RLIMIT_CORE, &none);   // it would hold what was on the user's screen
+    memory_privacy::begin();         // a core would hold what was on the user's screen
     setrlimit(RLIMIT_FSIZE, &none);  // nothing is ever written to a file
     std::signal(SIGXFSZ, SIG_IGN);   // a warning to a log in a file is lost, and not the picture
 #ifndef __SANITIZE_ADDRESS__         // which reserves terabytes

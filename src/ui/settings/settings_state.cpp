@@ -176,8 +176,15 @@ void SettingsState::chooseProvider(const QString& presetId) {
 }
 
 void SettingsState::runTestConnection() {
+    isSuccess = false;
+    if (m_services.appState.isKeyAwaited() && settings().needsKey()) {
+        testResult =
+            u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. "
+            u"Hãy mở khóa kho rồi thử lại, hoặc nhập lại API Key."_s;
+        m_services.appState.unlockKey();
+        return;
+    }
     if (settings().wouldExposeKey()) {
-        isSuccess = false;
         testResult = u"API Key chưa được gửi đi, vì địa chỉ máy chủ không mã hóa (http)."_s;
         return;
     }

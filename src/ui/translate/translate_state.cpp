@@ -9,6 +9,7 @@
 #include "common/excerpt.h"
 #include "common/localized_error.h"
 #include "common/on_change.h"
+#include "common/text_limit.h"
 #include "engine/ai_service.h"
 #include "history/translation_history_store.h"
 #include "hotkeys/pasteboard.h"
@@ -32,7 +33,8 @@ const QString settingsUnsaved =
     u"Không lưu được cài đặt và lịch sử lên đĩa, những gì thay đổi sẽ mất khi thoát Tralio."_s;
 
 const QString keyLocked =
-    u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. Hãy mở khóa kho rồi dịch lại."_s;
+    u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. "
+    u"Hãy mở khóa kho rồi dịch lại, hoặc nhập lại API Key trong Cài đặt."_s;
 
 const QString keyExposed =
     u"Địa chỉ máy chủ không mã hóa (http), API Key sẽ lộ trên mạng. Hãy xác nhận trong Cài đặt."_s;
@@ -123,7 +125,7 @@ void TranslateState::performTranslate() {
     debugLog(u"TranslateView.performTranslate: starting translation for '" % excerpt(text) % u"'");
     if (text.isEmpty() || !admits(text))
         return;
-    if (m_services.appState.isKeyAwaited()) {
+    if (m_services.appState.isKeyAwaited() && m_services.settings.needsKey()) {
         showError(keyLocked);
         m_services.appState.unlockKey();
         return;
@@ -147,6 +149,8 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
         auto reply = m_services.ai.translate(text, sourceLang(), targetLang(), m_services.settings.tone(),
             m_services.settings.endpointSettings(), stop);
         result = co_await std::move(reply);
+        if (isTooLong(result))
+            throw LocalizedError(tooLongTranslationMessage(result));
         debugLog(u"TranslateView.performTranslate: SUCCESS, result='" % excerpt(result) % u"'");
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();

@@ -4,6 +4,7 @@
 
 #include "engine/engine_test_support.h"
 #include "engine/transport_error.h"
+#include "support/core_limit.h"
 
 namespace tralio {
 namespace {
@@ -115,6 +116,7 @@ TEST_F(
 
     (void)outcomeOf(post());
     const qint64 first = client->helperProcessId();
+    EXPECT_TRUE(dumpsNoCore(first)) << "the key is in its memory";
     clock.advance(59s);
     (void)outcomeOf(post());
     (void)outcomeOf(get());

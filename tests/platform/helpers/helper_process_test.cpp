@@ -138,6 +138,26 @@ TEST_F(HelperProcessTest, one_that_spoke_while_we_were_suspended_does_not_hang) 
     EXPECT_EQ(losses, QStringList{u"hangs"_s}) << "from then on it is silent again";
 }
 
+TEST_F(HelperProcessTest, one_that_stood_still_along_with_us_has_a_moment_to_speak) {
+    serve("exec cat");
+    helper->send(text("x"));
+    helper->setAtWork(true);
+    ASSERT_TRUE(eventually([this] { return came.size() == 1; }));
+    const auto process = static_cast<pid_t>(helper->processId());
+    ASSERT_EQ(::kill(process, SIGSTOP), 0);
+    clock.standStill(1h);
+    ASSERT_EQ(::kill(process, SIGCONT), 0);
+    EXPECT_EQ(losses, QStringList());
+    ASSERT_TRUE(eventually([this] { return came.size() == 2; })) << "it answers the ping";
+    clock.advance(1s);
+    EXPECT_EQ(losses, QStringList());
+
+    ASSERT_EQ(::kill(process, SIGSTOP), 0);
+    clock.standStill(1h);
+    clock.advance(1s);
+    EXPECT_EQ(losses, QStringList{u"hangs"_s});
+}
+
 TEST_F(HelperProcessTest, stays_while_it_is_at_work_or_kept_and_ends_by_the_end_of_its_input) {
     serve("cat >received; : >ended");
     helper->prepare(10s);

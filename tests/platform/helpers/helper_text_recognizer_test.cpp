@@ -5,6 +5,7 @@
 
 #include "common/clock.h"
 #include "platform/helpers/text_recognizer_fixture.h"
+#include "support/core_limit.h"
 
 namespace tralio {
 namespace {
@@ -62,6 +63,7 @@ TEST_F(HelperTextRecognizerTest, a_picture_that_announces_more_than_it_is_costs_
         OCRError::invalidImage());
     EXPECT_EQ(endingOf(read.recognizeText(written(u"a.png"_s, announcing))).error, OCRError::invalidImage());
     const qint64 helper = logged.helperProcessId();
+    EXPECT_TRUE(dumpsNoCore(helper)) << "it would hold what was on the screen";
     EXPECT_LT(mostMemory(helper), 300'000);
     EXPECT_LT(mostMemory(getpid()) - before, 20'000);
     EXPECT_EQ(endingOf(read.recognizeText(hello)).result, u"Hello world"_s);

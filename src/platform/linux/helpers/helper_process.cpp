@@ -2,6 +2,7 @@
 
 #include <QProcess>
 
+#include <algorithm>
 #include <utility>
 
 namespace tralio {
@@ -12,6 +13,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto pingInterval = 2s;
+constexpr auto lastChance = 1s;
 constexpr auto timeToEnd = 5s;
 
 void deleteOnceEnded(QProcess* process) {
@@ -89,16 +91,19 @@ void HelperProcess::allowSilence(std::chrono::milliseconds silence) {
 }
 
 void HelperProcess::restartSilence(std::chrono::milliseconds silence) {
-    m_silence = m_clock.after(
-        silence,
-        [this] {
-            // Where we were the ones that stood still, its word is waiting by now, and counts as in time; be
-            // it that it has ended, or the beginning of a longer one, whose end is waited for anew.
-            const QProcess* process = m_process;
-            restartSilence(m_terms.silence);
-            if (!m_process->waitForReadyRead(0) && m_process == process)
-                giveUp(m_terms.words.hangs);
-        });
+    // Where all of us have stood still, the first part ends late, and in the second one it can speak again.
+    const auto lastPart = std::min<std::chrono::milliseconds>(lastChance, silence);
+    m_silence = m_clock.after(silence - lastPart,
+        [this, lastPart] { m_silence = m_clock.after(lastPart, [this] { concludeSilence(); }); });
+}
+
+void HelperProcess::concludeSilence() {
+    // Where only we have, its word is waiting by now, and counts as in time; be it that it has ended, or the
+    // beginning of a longer one, whose end is waited for anew.
+    const QProcess* process = m_process;
+    restartSilence(m_terms.silence);
+    if (!m_process->waitForReadyRead(0) && m_process == process)
+        giveUp(m_terms.words.hangs);
 }
 
 void HelperProcess::read() {

@@ -78,6 +78,7 @@ private:
     void start();
     void read();
     void restartSilence(std::chrono::milliseconds silence);
+    void concludeSilence();
     void dismiss();
     void forget();
 

@@ -1,5 +1,6 @@
 #include "platform/linux/process/memory_privacy.h"
 
+#include <algorithm>
 #include <sys/resource.h>
 
 namespace tralio::memory_privacy {
@@ -7,7 +8,9 @@ namespace tralio::memory_privacy {
 void begin() {
     rlimit limit{};
     getrlimit(RLIMIT_CORE, &limit);
-    limit.rlim_cur = 0;  // the programs that we open may raise it again
+    // 0 would not hold where cores go to a program through a pipe; 1 is the kernel's word for "none" there,
+    // and too small for a file. What we open may raise it again.
+    limit.rlim_cur = std::min<rlim_t>(1, limit.rlim_max);
     setrlimit(RLIMIT_CORE, &limit);
 }
 

@@ -50,6 +50,15 @@ SecretService::SecretService(QDBusConnection bus) : m_bus(std::move(bus)) {
     // A collection tells so that it was unlocked.
     m_bus.connect(QLatin1String(service), {}, propertiesInterface, u"PropertiesChanged"_s,
         {collectionInterface}, {}, this, SLOT(propertiesChanged(QDBusMessage)));
+    // Not all of them do so. KeePassXC tells this of the whole service.
+    for (const QString& event : {u"CollectionCreated"_s, u"CollectionChanged"_s})
+        m_bus.connect(QLatin1String(service), QLatin1String(path), serviceInterface, event, this,
+            SLOT(collectionsChanged()));
+}
+
+void SecretService::collectionsChanged() {
+    if (onChange)
+        onChange();
 }
 
 void SecretService::propertiesChanged(const QDBusMessage& signal) {
@@ -89,12 +98,40 @@ void SecretService::openSession(
         [then = std::move(then)](const QDBusMessage& reply) { then(object(reply, 1)); }, std::move(fail));
 }
 
+void SecretService::findCollection(
+    Start start, std::function<void(const DefaultCollection&)> then, std::function<void()> fail) {
+    const auto takeAlias = [=, this](const QDBusMessage& alias) {
+        const QDBusObjectPath collection = object(alias, 0);
+        if (collection.path() == noObject) {
+            then({});
+            return;
+        }
+        call(
+            collection.path(), propertiesInterface, u"Get"_s, {collectionInterface, u"Locked"_s}, start,
+            [then, collection](const QDBusMessage& locked) {
+                then({collection, locked.arguments().value(0).value<QDBusVariant>().variant().toBool()});
+            },
+            fail);
+    };
+    callService(u"ReadAlias"_s, {u"default"_s}, start, takeAlias, fail);
+}
+
 void SecretService::find(std::function<void(Answer, const QString&)> then) {
     const auto fail = [then] { then(Answer::unavailable, {}); };
     const auto takeItems = [this, then, fail](const QDBusMessage& items) {
         const QList<QDBusObjectPath> unlocked = paths(items, 0);
+        if (unlocked.isEmpty() && !paths(items, 1).isEmpty()) {
+            then(Answer::locked, {});
+            return;
+        }
         if (unlocked.isEmpty()) {
-            then(paths(items, 1).isEmpty() ? Answer::absent : Answer::locked, {});
+            // Only one that is open has to tell all that it keeps.
+            findCollection(
+                Start::may,
+                [then](const DefaultCollection& collection) {
+                    then(collection.isLocked ? Answer::locked : Answer::absent, {});
+                },
+                fail);
             return;
         }
         openSession(
@@ -116,30 +153,20 @@ void SecretService::find(std::function<void(Answer, const QString&)> then) {
 
 void SecretService::keep(const QString& secret, std::function<void(Answer)> then) {
     const auto fail = [then] { then(Answer::unavailable); };
-    const auto takeCollection = [=, this](const QDBusMessage& alias) {
-        const QDBusObjectPath collection = object(alias, 0);
-        if (collection.path() == noObject) {
-            fail();
-            return;
-        }
+    const auto takeCollection = [=, this](const DefaultCollection& collection) {
         // To a locked one the service would answer with a question to the user.
-        call(
-            collection.path(), propertiesInterface, u"Get"_s, {collectionInterface, u"Locked"_s},
-            Start::mustNot,
-            [=, this](const QDBusMessage& locked) {
-                if (locked.arguments().value(0).value<QDBusVariant>().variant().toBool()) {
-                    then(Answer::locked);
-                    return;
-                }
-                openSession(
-                    Start::mustNot,
-                    [=, this](
-                        const QDBusObjectPath& session) { createItem(secret, session, collection, then); },
-                    fail);
-            },
-            fail);
+        if (collection.path.path().isEmpty())
+            fail();
+        else if (collection.isLocked)
+            then(Answer::locked);
+        else
+            openSession(
+                Start::mustNot,
+                [=, this](
+                    const QDBusObjectPath& session) { createItem(secret, session, collection.path, then); },
+                fail);
     };
-    callService(u"ReadAlias"_s, {u"default"_s}, Start::mustNot, takeCollection, fail);
+    findCollection(Start::mustNot, takeCollection, fail);
 }
 
 void SecretService::createItem(const QString& secret, const QDBusObjectPath& session,
@@ -156,35 +183,75 @@ void SecretService::createItem(const QString& secret, const QDBusObjectPath& ses
         [then] { then(Answer::unavailable); });
 }
 
-void SecretService::forget() {
-    const auto ignore = [] {};
-    callService(
-        u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::mustNot,
-        [this, ignore](const QDBusMessage& items) {
-            for (const QDBusObjectPath& item : paths(items, 0))
-                call(
-                    item.path(), itemInterface, u"Delete"_s, {}, Start::mustNot, [](const auto&) {}, ignore);
+void SecretService::forget(std::function<void(Answer)> then) {
+    const auto fail = [then] { then(Answer::unavailable); };
+    const auto takeItems = [this, then, fail](const QDBusMessage& items) {
+        const QList<QDBusObjectPath> locked = paths(items, 1);
+        deleteItems(paths(items, 0), [=, this](Answer answer) {
+            if (answer != Answer::done || !locked.isEmpty())
+                then(answer == Answer::done ? Answer::locked : answer);
+            else
+                findCollection(
+                    Start::mustNot,
+                    [then](const DefaultCollection& collection) {
+                        then(collection.isLocked ? Answer::locked : Answer::done);
+                    },
+                    fail);
+        });
+    };
+    callService(u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::mustNot, takeItems, fail);
+}
+
+void SecretService::deleteItems(QList<QDBusObjectPath> items, const std::function<void(Answer)>& then) {
+    if (items.isEmpty()) {
+        then(Answer::done);
+        return;
+    }
+    const QString item = items.takeFirst().path();
+    call(
+        item, itemInterface, u"Delete"_s, {}, Start::mustNot,
+        [this, items, then](const QDBusMessage& reply) {
+            if (object(reply, 0).path() == noObject)
+                deleteItems(items, then);
+            else
+                then(Answer::locked);  // it wants to ask the user
         },
-        ignore);
+        [then] { then(Answer::unavailable); });
 }
 
 void SecretService::unlock() {
     const auto ignore = [] {};
-    const auto unlockItems = [this, ignore](const QDBusMessage& items) {
-        callService(
-            u"Unlock"_s, {QVariant::fromValue(paths(items, 1))}, Start::may,
-            [this, ignore](const QDBusMessage& reply) {
-                const QDBusObjectPath prompt = object(reply, 1);
-                if (prompt.path() != noObject)
-                    call(
-                        prompt.path(), promptInterface, u"Prompt"_s, {QString()}, Start::may,
-                        [](const auto&) {}, ignore);
-                else if (onChange)
-                    onChange();
-            },
-            ignore);
+    const auto takeItems = [this, ignore](const QDBusMessage& items) {
+        if (!paths(items, 0).isEmpty())
+            collectionsChanged();
+        else if (const QList<QDBusObjectPath> locked = paths(items, 1); !locked.isEmpty())
+            unlock(locked);
+        else
+            findCollection(
+                Start::may,
+                [this](const DefaultCollection& collection) {
+                    if (!collection.path.path().isEmpty())
+                        unlock({collection.path});
+                },
+                ignore);
     };
-    callService(u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::may, unlockItems, ignore);
+    callService(u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::may, takeItems, ignore);
+}
+
+void SecretService::unlock(const QList<QDBusObjectPath>& objects) {
+    const auto ignore = [] {};
+    callService(
+        u"Unlock"_s, {QVariant::fromValue(objects)}, Start::may,
+        [this, ignore](const QDBusMessage& reply) {
+            const QDBusObjectPath prompt = object(reply, 1);
+            if (prompt.path() != noObject)
+                call(
+                    prompt.path(), promptInterface, u"Prompt"_s, {QString()}, Start::may, [](const auto&) {},
+                    ignore);
+            else
+                collectionsChanged();
+        },
+        ignore);
 }
 
 }  // namespace tralio

@@ -25,21 +25,31 @@ public:
     void find(std::function<void(Answer answer, const QString& secret)> then) override;
     /// Starts no service for its sake.
     void keep(const QString& secret, std::function<void(Answer)> then) override;
-    void forget() override;
+    void forget(std::function<void(Answer)> then) override;
     void unlock() override;
 
 private Q_SLOTS:
+    void collectionsChanged();
     void propertiesChanged(const QDBusMessage& signal);
 
 private:
     using Take = std::function<void(const QDBusMessage& reply)>;
     enum class Start { may, mustNot };
 
+    struct DefaultCollection {
+        QDBusObjectPath path;  ///< empty when there is none
+        bool isLocked = true;
+    };
+
     /// Calls a method; `take` gets the reply, and `fail` is called where there is none.
     void call(const QString& object, const QString& interface, const QString& method,
         const QVariantList& arguments, Start start, Take take, std::function<void()> fail);
     void callService(const QString& method, const QVariantList& arguments, Start start, Take take,
         std::function<void()> fail);
+    void findCollection(
+        Start start, std::function<void(const DefaultCollection&)> then, std::function<void()> fail);
+    void deleteItems(QList<QDBusObjectPath> items, const std::function<void(Answer)>& then);
+    void unlock(const QList<QDBusObjectPath>& objects);
     void openSession(
         Start start, std::function<void(const QDBusObjectPath& session)> then, std::function<void()> fail);
     void createItem(const QString& secret, const QDBusObjectPath& session, const QDBusObjectPath& collection,

@@ -19,8 +19,8 @@ namespace tralio {
 /// The desktop's speech daemon, speech-dispatcher, with whatever engines and voices the user has installed.
 ///
 /// Nothing is started or connected before the first text, and the connection is given up when there has been
-/// nothing to read for a while. A daemon that is missing, hangs or dies ends the reading, which only the log
-/// tells. Used from the main thread, where ends are told, too.
+/// nothing to read for a while. A daemon that is missing, hangs or dies ends the reading as one that failed,
+/// and the log says how. Used from the main thread, where ends are told, too.
 ///
 /// WORKAROUND: Qt Speech 6.4, which would be the obvious choice, reads the list of thousands of voices before
 /// it returns, hears neither of a daemon's death nor of an engine's, and waits for a daemon that hangs.

@@ -124,7 +124,8 @@ QDBusVariant TrayMenu::GetProperty(int id, const QString& name) {
 bool TrayMenu::take(int id, const QString& event) {
     if (!isKnown(id))
         return false;
-    if (id != root && event == u"clicked")
+    // Trays draw lines that cannot be clicked, but anybody on the bus may call.
+    if (event == u"clicked" && id != root && !m_titles[id - 1].isEmpty())
         QMetaObject::invokeMethod(
             this, [this, index = id - 1] { Q_EMIT chosen(index); }, Qt::QueuedConnection);
     return true;

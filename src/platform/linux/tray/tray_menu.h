@@ -77,7 +77,8 @@ public Q_SLOTS:
     QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors);
 
 Q_SIGNALS:
-    /// From the event loop, when the tray has had its answer. `index` counts as the titles do.
+    /// From the event loop, when the tray has had its answer. `index` counts as the titles do; it is never a
+    /// line's.
     void chosen(int index);
 
 private:

@@ -1,0 +1,84 @@
+#include "engine/error_page.h"
+
+#include <QRegularExpression>
+
+#include <optional>
+#include <utility>
+
+namespace tralio::error_page {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+struct Span {
+    qsizetype begin;         ///< of the whole
+    qsizetype contentBegin;  ///< of what stands between its tags
+    qsizetype contentEnd;
+    qsizetype end;
+};
+
+/// Where `tag` stands, which may be the beginning of a longer name elsewhere; -1 for nowhere.
+qsizetype findTag(QStringView page, QStringView tag, qsizetype from) {
+    for (;;) {
+        const qsizetype at = page.indexOf(tag, from, Qt::CaseInsensitive);
+        const qsizetype behind = at + tag.size();
+        if (at < 0 || behind == page.size() || !page.at(behind).isLetterOrNumber())
+            return at;
+        from = behind;
+    }
+}
+
+/// The next element of that name from `from` on. Where one has no end, those behind it have none, so that
+/// nobody needs to look for them.
+std::optional<Span> findElement(QStringView page, const QString& name, qsizetype from) {
+    const qsizetype begin = findTag(page, u'<' + name, from);
+    const qsizetype content = begin < 0 ? -1 : page.indexOf(u'>', begin);
+    const qsizetype contentEnd = content < 0 ? -1 : findTag(page, u"</"_s + name, content);
+    const qsizetype end = contentEnd < 0 ? -1 : page.indexOf(u'>', contentEnd);
+    return end < 0 ? std::nullopt : std::optional(Span{begin, content + 1, contentEnd, end + 1});
+}
+
+std::optional<Span> findComment(QStringView page, qsizetype from) {
+    const qsizetype begin = page.indexOf(u"<!--"_s, from);
+    const qsizetype end = begin < 0 ? -1 : page.indexOf(u"-->"_s, begin);
+    return end < 0 ? std::nullopt : std::optional(Span{begin, begin, end, end + 3});
+}
+
+template <typename Find>
+QString without(const QString& page, const Find& find) {
+    QString rest;
+    qsizetype at = 0;
+    while (const std::optional<Span> span = find(page, at)) {
+        rest += QStringView(page).mid(at, span->begin - at);
+        at = span->end;
+    }
+    return rest.append(QStringView(page).mid(at));
+}
+
+QString plain(QString markup) {
+    constexpr qsizetype enough = 200;
+    static const QRegularExpression tag(u"<[^<>]*>"_s);
+    QString text = markup.replace(tag, u" "_s);
+    for (const auto& [entity, character] : {std::pair(u"&nbsp;"_s, u" "_s), {u"&lt;"_s, u"<"_s},
+             {u"&gt;"_s, u">"_s}, {u"&quot;"_s, u"\""_s}, {u"&#39;"_s, u"'"_s}, {u"&amp;"_s, u"&"_s}})
+        text.replace(entity, character);
+    text = text.simplified();
+    return text.size() > enough ? text.first(enough) + u'…' : text;
+}
+
+}  // namespace
+
+QString words(const QString& page) {
+    if (const std::optional<Span> title = findElement(page, u"title"_s, 0)) {
+        const QString titled = plain(page.mid(title->contentBegin, title->contentEnd - title->contentBegin));
+        if (!titled.isEmpty())
+            return titled;
+    }
+    QString shown = without(page, findComment);
+    for (const QString& unseen : {u"script"_s, u"style"_s, u"head"_s})
+        shown = without(
+            shown, [&unseen](QStringView page, qsizetype from) { return findElement(page, unseen, from); });
+    return plain(shown);
+}
+
+}  // namespace tralio::error_page
