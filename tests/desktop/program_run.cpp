@@ -95,9 +95,14 @@ QString ProgramRun::shownTranslation() const {
     return text ? text->value(0).toString() : QString();
 }
 
-bool ProgramRun::shows(const QString& beginning) const {
+QString ProgramRun::shownName(const QString& beginning) const {
     const TimeBudget budget(answerLimit);
-    return !find([&](const QString& name) { return name.startsWith(beginning); }, budget).isNull();
+    QString whole;
+    const auto begins = [&](const QString& name) {
+        whole = name;
+        return name.startsWith(beginning);
+    };
+    return find(begins, budget).isNull() ? QString() : whole;
 }
 
 QRect ProgramRun::areaOf(const QString& beginning) const {

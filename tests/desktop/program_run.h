@@ -31,8 +31,9 @@ public:
     [[nodiscard]] QRect popoverArea() const;
     /// The text of the popover's result, as a screen reader gets it.
     [[nodiscard]] QString shownTranslation() const;
-    /// Whether something in the popover has a name that begins so, be it scrolled out of sight.
-    [[nodiscard]] bool shows(const QString& beginning) const;
+    /// The whole name of what has a name in the popover that begins so, be it scrolled out of sight.
+    [[nodiscard]] QString shownName(const QString& beginning) const;
+    [[nodiscard]] bool shows(const QString& beginning) const { return !shownName(beginning).isEmpty(); }
 
     /// Clicks with the mouse on what has this name, or else a name that begins so, once it is there,
     /// scrolling to it where it is out of sight; whether it came.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <utility>
 
 #include "programs/recogniser/mixed_reading.h"
@@ -85,6 +86,22 @@ const BlockPicture& BlockReader::picture(TextMarks::Kind kind) {
     return found->second;
 }
 
+Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) const {
+    Reading reading = engine.read(part.plane);
+    // A short row of wide signs is taken for columns.
+    if (reading.isBrokenRow()) {
+        Reading row = engine.read(part.plane, TextEngine::Layout::singleLine);
+        if (row.confidence() > reading.confidence())
+            reading = std::move(row);
+    }
+    for (ReadLine& line : reading.lines) {
+        line.box = part.inImage(line.box);
+        for (ReadWord& word : line.words)
+            word.box = part.inImage(word.box);
+    }
+    return reading;
+}
+
 BlockReader::Look BlockReader::look(const QString& engine, TextMarks::Kind kind) {
     Look look;
     look.engine = engine;
@@ -92,19 +109,31 @@ BlockReader::Look BlockReader::look(const QString& engine, TextMarks::Kind kind)
     if (!loaded)
         return look;
     const BlockPicture& seen = picture(kind);
-    look.reading = loaded->read(seen.plane);
-    // A short row of wide signs is taken for columns.
-    if (look.reading.isBrokenRow()) {
-        Reading row = loaded->read(seen.plane, TextEngine::Layout::singleLine);
-        if (row.confidence() > look.reading.confidence())
-            look.reading = std::move(row);
-    }
+    look.reading = readPart(*loaded, seen);
     if (engine == leadingEngine(m_packs))
-        restoreMarks(look.reading, seen.plane);
-    for (ReadLine& line : look.reading.lines) {
-        line.box = seen.inImage(line.box);
-        for (ReadWord& word : line.words)
-            word.box = seen.inImage(word.box);
+        restoreMarks(look.reading, seen);
+    look.confidence = look.reading.confidence();
+    return look;
+}
+
+BlockReader::Look BlockReader::lookAtLines(const QString& engine, TextMarks::Kind kind, double below) {
+    const std::vector<Reading::Stretch> stretches = m_best.reading.linesBelow(below);
+    size_t count = 0;
+    for (const Reading::Stretch stretch : stretches)
+        count += stretch.size();
+    // Engines read a line better beside others, by which they know how high its letters are.
+    constexpr size_t oneIn = 3;
+    const size_t lines = m_best.reading.lines.size();
+    TextEngine* const loaded = m_engines.engine(engine);
+    if (!loaded || count == 0 || count * oneIn > lines || lines < m_block->lines.size())
+        return look(engine, kind);
+    Look look;
+    look.engine = engine;
+    for (const Reading::Stretch stretch : stretches) {
+        const auto [top, bottom] = m_best.reading.heightsOf(stretch);
+        Reading part = readPart(*loaded, picture(kind).strip(top, bottom));
+        look.reading.lines.insert(look.reading.lines.end(), std::move_iterator(part.lines.begin()),
+            std::move_iterator(part.lines.end()));
     }
     look.confidence = look.reading.confidence();
     return look;
@@ -154,7 +183,7 @@ void BlockReader::tryOtherScripts(TextMarks::Kind kind) {
         const double enough = pack == u"rus" ? anotherScriptBelow : scriptFoundAt;
         if ((m_best.reading.weakestLine() >= enough && !m_best.reading.holdsRiddle()) || !hasTime())
             return;
-        takeBetterLines(look(pack, kind));
+        takeBetterLines(lookAtLines(pack, kind, enough));
     }
 }
 
@@ -167,8 +196,10 @@ void BlockReader::takeBetterLines(const Look& other) {
     adoptWords(mixed.reading, other.reading, ScriptKind::other);
     mixed.confidence = mixed.reading.confidence();
     if (other.confidence > m_best.confidence) {
-        mixed.engine = other.engine;
         m_usualScript = other.engine;
+        // Of a few lines it tells nothing about the others.
+        if (other.reading.lines.size() >= m_best.reading.lines.size())
+            mixed.engine = other.engine;
     }
     keepIfBetter(std::move(mixed), 0);
 }
@@ -204,14 +235,20 @@ void BlockReader::tryOtherPictures() {
     }
 }
 
-void BlockReader::restoreMarks(Reading& reading, const Plane& picture) {
+void BlockReader::restoreMarks(Reading& reading, const BlockPicture& picture) {
     // With two languages in one engine English wins small words whose marks are faint: "trang" for "trạng".
-    if (!reading.mayLackMarks() || !hasTime())
+    const std::vector<Reading::Stretch> stretches = reading.linesThatMayLackMarks();
+    TextEngine* const vietnamese = stretches.empty() ? nullptr : m_engines.engine(vietnamesePack.toString());
+    if (!vietnamese)
         return;
-    const double since = WorkBudget::now();
-    TextEngine* const vietnamese = m_engines.engine(vietnamesePack.toString());
-    if (vietnamese && !reading.adoptMarks(vietnamese->read(picture)))
-        m_budget.addFruitless(since);
+    for (const Reading::Stretch stretch : stretches) {
+        if (!hasTime())
+            return;
+        const double since = WorkBudget::now();
+        const auto [top, bottom] = reading.heightsOf(stretch);
+        if (!adoptMarks(stretch, vietnamese->read(picture.strip(top, bottom).plane)))
+            m_budget.addFruitless(since);
+    }
 }
 
 bool BlockReader::isCertain() const {

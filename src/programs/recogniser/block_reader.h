@@ -42,12 +42,15 @@ private:
     [[nodiscard]] bool hasTime() const { return m_budget.allowsFurtherLooks(m_furtherSince); }
     void lookFurther();
     [[nodiscard]] Look look(const QString& engine, TextMarks::Kind kind);
+    /// The lines of the best reading that are below that confidence, as another engine reads them.
+    [[nodiscard]] Look lookAtLines(const QString& engine, TextMarks::Kind kind, double below);
     [[nodiscard]] const BlockPicture& picture(TextMarks::Kind kind);
     void tryOtherScripts(TextMarks::Kind kind);
     void takeBetterLines(const Look& other);
+    [[nodiscard]] Reading readPart(TextEngine& engine, const BlockPicture& part) const;
     void tryOtherLanguages();
     void tryOtherPictures();
-    void restoreMarks(Reading& reading, const Plane& picture);
+    void restoreMarks(Reading& reading, const BlockPicture& picture);
     void keepIfBetter(Look other, double margin);
 
     EnginePool& m_engines;

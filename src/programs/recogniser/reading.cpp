@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
+#include <memory>
 #include <numeric>
 
 namespace tralio {
@@ -96,7 +98,64 @@ bool isSuspect(const ReadWord& word) {
     return word.pack == u"eng" && std::any_of(word.text.begin(), word.text.end(), canBearMark);
 }
 
+bool holdsSuspect(const ReadLine& line) {
+    return std::any_of(line.words.begin(), line.words.end(), isSuspect);
+}
+
+bool holdsRiddle(const ReadLine& line) {
+    constexpr double unread = 40;
+    constexpr qsizetype fewest = 2;
+    return std::any_of(line.words.begin(), line.words.end(),
+        [](const ReadWord& word) { return word.confidence < unread && letterCount(word.text) >= fewest; });
+}
+
+template <typename Wanted>
+std::vector<Reading::Stretch> stretchesOf(std::vector<ReadLine>& lines, Wanted isWanted) {
+    const auto isClearlyBelow = [](const ReadLine& line, const ReadLine& upper) {
+        const double leastGap = -0.2 * std::min(line.box.height(), upper.box.height());
+        return line.box.top() - upper.box.bottom() >= leastGap;
+    };
+    std::vector<Reading::Stretch> stretches;
+    bool continues = false;
+    for (auto first = lines.begin(); first != lines.end();) {
+        auto last = std::next(first);
+        while (last != lines.end() && !isClearlyBelow(*last, *std::prev(last)))
+            ++last;
+        const bool wanted = std::any_of(first, last, isWanted);
+        if (wanted && continues)
+            stretches.back() = std::span(stretches.back().data(), std::to_address(last));
+        else if (wanted)
+            stretches.emplace_back(first, last);
+        continues = wanted;
+        first = last;
+    }
+    return stretches;
+}
+
 }  // namespace
+
+bool adoptMarks(std::span<ReadLine> lines, const Reading& marked) {
+    if (marked.lines.size() != lines.size())
+        return false;
+    bool isRicher = false;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        auto next = marked.lines[i].words.begin();
+        const auto end = marked.lines[i].words.end();
+        for (ReadWord& word : lines[i].words) {
+            const Letters letters = splitMarks(word.text);
+            const auto same = std::find_if(next, end,
+                [&letters](const ReadWord& other) { return splitMarks(other.text).plain == letters.plain; });
+            if (same == end)
+                continue;
+            if (splitMarks(same->text).marks > letters.marks) {
+                word.text = same->text;
+                isRicher = true;
+            }
+            next = std::next(same);
+        }
+    }
+    return isRicher;
+}
 
 bool shareHeight(const QRectF& a, const QRectF& b) {
     const double shared = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top());
@@ -181,44 +240,29 @@ bool Reading::holdsOtherScript() const {
     return others * oneIn >= letters && others > 0;
 }
 
-bool Reading::mayLackMarks() const {
-    const auto holdsSuspect = [](const ReadLine& line) {
-        return std::any_of(line.words.begin(), line.words.end(), isSuspect);
-    };
-    return VietnameseShare(*this).isNoMistake() && std::any_of(lines.begin(), lines.end(), holdsSuspect);
+std::vector<Reading::Stretch> Reading::linesThatMayLackMarks() {
+    if (!VietnameseShare(*this).isNoMistake())
+        return {};
+    return stretchesOf(lines, holdsSuspect);
 }
 
-bool Reading::adoptMarks(const Reading& marked) {
-    if (marked.lines.size() != lines.size())
-        return false;
-    bool isRicher = false;
-    for (size_t i = 0; i < lines.size(); ++i) {
-        auto next = marked.lines[i].words.begin();
-        const auto end = marked.lines[i].words.end();
-        for (ReadWord& word : lines[i].words) {
-            const Letters letters = splitMarks(word.text);
-            const auto same = std::find_if(next, end,
-                [&letters](const ReadWord& other) { return splitMarks(other.text).plain == letters.plain; });
-            if (same == end)
-                continue;
-            if (splitMarks(same->text).marks > letters.marks) {
-                word.text = same->text;
-                isRicher = true;
-            }
-            next = std::next(same);
-        }
-    }
-    return isRicher;
+std::vector<Reading::Stretch> Reading::linesBelow(double enough) {
+    return stretchesOf(
+        lines,
+        [enough](const ReadLine& line) { return line.confidence() < enough || tralio::holdsRiddle(line); });
+}
+
+Reading::Heights Reading::heightsOf(Stretch stretch) const {
+    constexpr double endless = std::numeric_limits<double>::infinity();
+    const ReadLine* const first = stretch.data();
+    const ReadLine* const last = &stretch.back();
+    return {first == lines.data() ? -endless : (std::prev(first)->box.bottom() + first->box.top()) / 2,
+        last == &lines.back() ? endless : (last->box.bottom() + std::next(last)->box.top()) / 2};
 }
 
 bool Reading::holdsRiddle() const {
-    constexpr double unread = 40;
-    constexpr qsizetype fewest = 2;
-    return std::any_of(lines.begin(), lines.end(), [](const ReadLine& line) {
-        return std::any_of(line.words.begin(), line.words.end(), [](const ReadWord& word) {
-            return word.confidence < unread && letterCount(word.text) >= fewest;
-        });
-    });
+    return std::any_of(
+        lines.begin(), lines.end(), [](const ReadLine& line) { return tralio::holdsRiddle(line); });
 }
 
 void Reading::dropDirt() {

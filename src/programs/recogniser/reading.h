@@ -3,6 +3,7 @@
 #include <QRectF>
 #include <QString>
 
+#include <span>
 #include <vector>
 
 namespace tralio {
@@ -54,16 +55,31 @@ struct Reading {
     /// Whether a good part of the letters is of another script than Latin.
     [[nodiscard]] bool holdsOtherScript() const;
 
-    /// Whether English words stand in a Vietnamese text that may be Vietnamese ones without their marks.
-    [[nodiscard]] bool mayLackMarks() const;
+    /// Lines next to one another. Those that overlap are in one stretch.
+    using Stretch = std::span<ReadLine>;
 
-    /// Takes the words of another reading that are the same but for more marks, and tells whether there are
-    /// any.
-    bool adoptMarks(const Reading& marked);
+    /// The lines of a Vietnamese text in which English words stand that may be Vietnamese ones without their
+    /// marks.
+    [[nodiscard]] std::vector<Stretch> linesThatMayLackMarks();
+
+    /// The lines that are read with less confidence than `enough`, or hold a riddle.
+    [[nodiscard]] std::vector<Stretch> linesBelow(double enough);
+
+    /// The part of a picture's height in which only a stretch of these lines stands: to the middles between
+    /// it and the lines around it. Endless at the first and the last line.
+    struct Heights {
+        double top;
+        double bottom;
+    };
+    [[nodiscard]] Heights heightsOf(Stretch stretch) const;
 
     /// Drops what is more likely dirt than text: marks at the ends of lines, and very short lines.
     void dropDirt();
 };
+
+/// Takes the words of another reading of the same lines that are the same but for more marks, and tells
+/// whether there are any.
+bool adoptMarks(std::span<ReadLine> lines, const Reading& marked);
 
 /// Whether two boxes stand at the same height, mostly.
 [[nodiscard]] bool shareHeight(const QRectF& a, const QRectF& b);

@@ -14,6 +14,9 @@ namespace {
 constexpr size_t mostLines = 8;
 constexpr size_t mostLetters = 800;
 
+constexpr quint8 white = 255;
+constexpr int border = 10;
+
 int horizontalGap(const QRect& a, const QRect& b) {
     return std::max(a.left(), b.left()) - std::min(a.right(), b.right()) - 1;
 }
@@ -124,6 +127,18 @@ std::vector<TextBlock> groupIntoBlocks(std::vector<TextLine> lines) {
     return blocks;
 }
 
+BlockPicture BlockPicture::strip(double top, double bottom) const {
+    const auto row = [this](double y) {
+        return qRound(std::clamp((y - origin.y()) * scale, 0.0, double(plane.height())));
+    };
+    const int first = row(top);
+    const int count = row(bottom) - first;
+    if (count <= 0 || count == plane.height())
+        return *this;
+    const Plane part = cut(plane, QRect(0, first, plane.width(), count));
+    return {withBorder(part, border, white), scale, origin + QPointF(-border, first - border) / scale};
+}
+
 BlockPainter::BlockPainter(
     const TextMarks& marks, const MarkShapes& shapes, const std::vector<TextBlock>& blocks)
     : m_marks(marks), m_shapes(shapes), m_blocks(blocks) {}
@@ -142,8 +157,6 @@ double BlockPainter::balanceOf(const TextBlock& block) const {
 }
 
 BlockPicture BlockPainter::paint(const TextBlock& block, TextMarks::Kind kind) const {
-    constexpr quint8 white = 255;
-    constexpr int border = 10;
     constexpr int rim = 1;
     const QRect frame = frameOf(block);
     Plane plane = kind == TextMarks::Kind::ownColour ? m_marks.likeness(block.colour, frame)

@@ -33,6 +33,9 @@ struct BlockPicture {
     [[nodiscard]] QRectF inImage(const QRectF& box) const {
         return {box.topLeft() / scale + origin, box.size() / scale};
     }
+
+    /// What is between two heights of the image, which may be beyond the picture.
+    [[nodiscard]] BlockPicture strip(double top, double bottom) const;
 };
 
 /// Makes the pictures of one block after the other, without what belongs to its neighbours.

@@ -7,6 +7,7 @@
 #include "programs/recogniser/mixed_reading.h"
 #include "programs/recogniser/reading.h"
 #include "programs/recogniser/resample.h"
+#include "programs/recogniser/text_blocks.h"
 #include "programs/recogniser/window_median.h"
 #include "support/print_to.h"
 
@@ -91,14 +92,43 @@ TEST(Reading, of_words_that_differ_in_their_marks_a_vietnamese_text_has_the_rich
     };
     Reading mixed =
         row({{u"Dang"_s, u"eng"_s}, {u"tải"_s, u"vie"_s}, {u"plugin"_s, u"eng"_s}, {u"vê"_s, {}}});
-    EXPECT_TRUE(mixed.mayLackMarks());
-    mixed.adoptMarks(row({{u"Đang"_s, {}}, {u"tai"_s, {}}, {u"pIugin"_s, {}}, {u"về"_s, {}}}));
+    ASSERT_EQ(mixed.linesThatMayLackMarks().size(), 1U);
+    adoptMarks(mixed.lines, row({{u"Đang"_s, {}}, {u"tai"_s, {}}, {u"pIugin"_s, {}}, {u"về"_s, {}}}));
     EXPECT_THAT(texts(mixed), ElementsAre(u"Đang tải plugin về"_s));
-    mixed.adoptMarks(row({{u"tải"_s, {}}, {u"plügin"_s, {}}}));
+    adoptMarks(mixed.lines, row({{u"tải"_s, {}}, {u"plügin"_s, {}}}));
     EXPECT_THAT(texts(mixed), ElementsAre(u"Đang tải plügin về"_s)) << "a word that the other did not see";
 
-    EXPECT_FALSE(row({{u"Tải"_s, u"vie"_s}, {u"(12)"_s, u"eng"_s}}).mayLackMarks());
-    EXPECT_FALSE(row({{u"Please"_s, u"eng"_s}, {u"wait"_s, u"vie"_s}}).mayLackMarks());
+    EXPECT_TRUE(row({{u"Tải"_s, u"vie"_s}, {u"(12)"_s, u"eng"_s}}).linesThatMayLackMarks().empty());
+    EXPECT_TRUE(row({{u"Please"_s, u"eng"_s}, {u"wait"_s, u"vie"_s}}).linesThatMayLackMarks().empty());
+}
+
+TEST(Reading, only_lines_that_need_it_are_read_again_and_those_that_overlap_them) {
+    const auto at = [](double top, const QString& pack, double confidence = 95) {
+        return ReadLine{{{u"đưa trang"_s, confidence, 0, pack}}, QRectF(10, top, 200, 20)};
+    };
+    const QString eng = u"eng"_s;
+    Reading page{
+        {at(0, {}), at(30, eng), at(60, eng), at(90, {}), at(120, {}), at(130, eng, 70), at(160, {}, 83)}};
+    const auto places = [&page](const std::vector<Reading::Stretch>& stretches) {
+        std::vector<std::pair<ptrdiff_t, size_t>> places;
+        for (const Reading::Stretch stretch : stretches)
+            places.emplace_back(stretch.data() - page.lines.data(), stretch.size());
+        return places;
+    };
+    const auto marks = page.linesThatMayLackMarks();
+    EXPECT_THAT(places(marks), ElementsAre(std::pair(1, 2U), std::pair(4, 2U)));
+    EXPECT_EQ(page.heightsOf(marks[0]).top, 25);
+    EXPECT_EQ(page.heightsOf(marks[0]).bottom, 85);
+    EXPECT_THAT(places(page.linesBelow(84)), ElementsAre(std::pair(4, 3U)));
+    EXPECT_THAT(places(page.linesBelow(80)), ElementsAre(std::pair(4, 2U)));
+    EXPECT_GT(page.heightsOf(page.linesBelow(84)[0]).bottom, 10'000) << "to the end of the picture";
+
+    // What a strip of a picture shows stands where it did.
+    const BlockPicture picture{Plane(40, 100, 7), 2, QPointF(5, 6)};
+    const BlockPicture strip = picture.strip(16, 31);
+    EXPECT_EQ(strip.plane.height(), 30 + 20);
+    EXPECT_EQ(strip.inImage(QRectF(10, 10, 8, 4)), QRectF(5, 16, 4, 2));
+    EXPECT_EQ(picture.strip(-1000, 1000).plane, picture.plane);
 }
 
 TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
