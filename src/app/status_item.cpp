@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QMenu>
+#include <QPainter>
 #include <QScreen>
 
 #include "ui/kit/icon.h"
@@ -13,10 +14,21 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// The bubble with a letter of white. A hole in its place would be lost in sway's bar, which takes what is
+/// half transparent for brighter than it is.
 QIcon trayIcon() {
+    // Trays have a size of their own, and scale what does not fit it.
+    constexpr QRectF bubble(2, 2.75, 20, 15.75);  // without its tail
     QIcon icon;
-    for (const qreal ratio : {1.0, 2.0, 3.0})
-        icon.addPixmap(iconPixmap({u"character.bubble.fill"_s, 16}, color(ColorRole::accentIcon), ratio));
+    for (const int side : {16, 20, 22, 24, 32, 44, 48, 64}) {
+        QPixmap picture =
+            iconOnPixels(u"character.bubble.fill"_s, color(ColorRole::accentIcon), side, bubble);
+        QPainter painter(&picture);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        const QRectF aroundLetter = bubble.adjusted(4, 2, -4, -2);
+        painter.fillRect(QTransform::fromScale(side / 24.0, side / 24.0).mapRect(aroundLetter), Qt::white);
+        icon.addPixmap(picture);
+    }
     return icon;
 }
 

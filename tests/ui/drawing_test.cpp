@@ -124,6 +124,31 @@ TEST(Drawing, every_icon_renders_in_its_colour_and_an_unknown_one_is_empty) {
     }
 }
 
+TEST(Drawing, an_icon_on_whole_pixels_has_sharp_edges_and_fits_at_every_size) {
+    constexpr QRectF bubble(2, 2.75, 20, 15.75);
+    const auto firstInk = [](int length, auto alphaAt) {
+        int at = 0;
+        while (at < length && alphaAt(at) == 0)
+            ++at;
+        return at < length ? alphaAt(at) : 0;
+    };
+    for (const int side : {16, 20, 22, 24, 32, 44, 48, 64}) {
+        const QImage image = iconOnPixels(u"character.bubble.fill"_s, Qt::blue, side, bubble).toImage();
+        ASSERT_EQ(image.size(), QSize(side, side));
+        const int row = side * 10 / 24;  // where the edges are straight, and no tail is
+        const int column = side * 15 / 24;
+        for (const bool mirrored : {false, true}) {
+            const auto at = [&](int distance) { return mirrored ? side - 1 - distance : distance; };
+            constexpr int opaque = 250;
+            EXPECT_GE(firstInk(
+                          side, [&](int x) { return image.pixelColor(at(x), row).alpha(); }),
+                opaque);
+            EXPECT_GE(firstInk(side, [&](int y) { return image.pixelColor(column, at(y)).alpha(); }), opaque)
+                << side;
+        }
+    }
+}
+
 TEST(Drawing, labels_break_where_told_shorten_their_last_line_and_grow_where_nothing_limits_them) {
     Label label(u"một\nhai"_s);
     label.setWraps();

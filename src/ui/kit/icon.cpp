@@ -43,7 +43,10 @@ QByteArray strokeWidth(const Icon& icon) {
     return box == 44 ? "1.5"_ba : "1.75"_ba;
 }
 
-QPixmap render(const Icon& icon, const QColor& color, int side) {
+constexpr int drawingSide = 24;
+
+/// `place` is where the whole drawing goes, in pixels.
+QPixmap render(const Icon& icon, const QColor& color, int side, const QRectF& place) {
     initIcons();
     QFile file(u":/tralio/icons/%1.svg"_s.arg(icon.name));
     if (!file.open(QIODevice::ReadOnly)) {
@@ -62,7 +65,7 @@ QPixmap render(const Icon& icon, const QColor& color, int side) {
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setOpacity(color.alphaF());
-    QSvgRenderer(svg).render(&painter, QRectF(0, 0, side, side));
+    QSvgRenderer(svg).render(&painter, place);
     return pixmap;
 }
 
@@ -86,12 +89,24 @@ QPixmap iconPixmap(const Icon& icon, const QColor& color, qreal devicePixelRatio
         pixmap.setDevicePixelRatio(devicePixelRatio);
         return pixmap;
     }
-    QPixmap pixmap = render(icon, color, side);
+    QPixmap pixmap = render(icon, color, side, QRectF(0, 0, side, side));
     if (!pixmap.isNull()) {
         cache.insert(key, new QPixmap(pixmap), qsizetype(side) * side * 4);
         pixmap.setDevicePixelRatio(devicePixelRatio);
     }
     return pixmap;
+}
+
+QPixmap iconOnPixels(const QString& name, const QColor& color, int side, const QRectF& body) {
+    const qreal scale = qreal(side) / drawingSide;
+    const QRectF drawn(body.topLeft() * scale, body.size() * scale);
+    const QRectF whole(
+        QPointF(drawn.topLeft().toPoint()), QPointF(std::round(drawn.right()), std::round(drawn.bottom())));
+    const qreal across = whole.width() / body.width();
+    const qreal down = whole.height() / body.height();
+    return render({.name = name, .pointSize = side}, color, side,
+        {whole.left() - body.left() * across, whole.top() - body.top() * down, drawingSide * across,
+            drawingSide * down});
 }
 
 void paintIcon(QPainter& painter, const QRectF& area, const Icon& icon, const QColor& color) {

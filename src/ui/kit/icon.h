@@ -28,6 +28,10 @@ struct Icon {
 /// the set is a mistake of the caller and gives an empty pixmap.
 [[nodiscard]] QPixmap iconPixmap(const Icon& icon, const QColor& color, qreal devicePixelRatio);
 
+/// The icon, `side` pixels wide, for small pictures that others show: stretched a little so that the edges of
+/// its `body`, given in the 24 units of the drawing, are sharp.
+[[nodiscard]] QPixmap iconOnPixels(const QString& name, const QColor& color, int side, const QRectF& body);
+
 /// Paints the icon in the middle of `area`, on whole pixels.
 void paintIcon(QPainter& painter, const QRectF& area, const Icon& icon, const QColor& color);
 

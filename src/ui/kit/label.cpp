@@ -90,11 +90,12 @@ void Label::changed() {
 QSize Label::sizeHint() const {
     // More characters than these are wider than any window, and shaping them all would be felt.
     constexpr qsizetype enough = 150;
-    return {textWidth(m_style, m_text.left(enough)), m_style.line};
+    const QString start = m_text.left(enough);
+    return {textWidth(m_style, start), m_style.line + inkBeyondLine(m_style, start)};
 }
 
 QSize Label::minimumSizeHint() const {
-    return {0, m_style.line};
+    return {0, sizeHint().height()};
 }
 
 int Label::heightForWidth(int width) const {
@@ -103,7 +104,8 @@ int Label::heightForWidth(int width) const {
         if (size.width() == width)
             return size.height();
     QTextLayout layout;
-    const int height = std::max(1, lay(layout, width)) * m_style.line;
+    const int lines = std::max(1, lay(layout, width));
+    const int height = lines * m_style.line + inkBeyondLine(m_style, layout.text());
     if (m_laidSizes.size() == m_laidSizes.capacity())
         m_laidSizes.clear();
     m_laidSizes.append({width, height});
@@ -153,8 +155,11 @@ void Label::paintEvent(QPaintEvent*) {
     QTextLayout layout;
     const int lines = lay(layout, width());
     QRectF place(0, 0, width(), m_style.line);
-    if (lines > 0)
-        place.translate(0, shiftIntoArea(place, m_style, m_text.left(layout.lineAt(0).textLength())));
+    if (lines > 0) {
+        const int beyond = inkBeyondLine(m_style, layout.text());
+        const QString firstLine = m_text.left(layout.lineAt(0).textLength());
+        place.translate(0, beyond / 2 + shiftIntoArea(place.adjusted(0, 0, 0, beyond), m_style, firstLine));
+    }
     for (int i = 0; i < lines; ++i, place.translate(0, m_style.line)) {
         const QTextLine line = layout.lineAt(i);
         const bool goesOn = i + 1 == lines && layout.lineCount() > lines;

@@ -10,7 +10,8 @@
 namespace tralio {
 
 /// Text that is only read. Its lines stand at the distance of its style, also where a script from another
-/// font is taller; a label of one line shortens with an ellipsis.
+/// font is taller; capitals that do not fit into that get what they are short of. A label of one line
+/// shortens with an ellipsis.
 class Label final : public QWidget {
     Q_OBJECT
 

@@ -126,6 +126,18 @@ void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style
     }
 }
 
+int inkBeyondLine(const TextStyle& style, const QString& text) {
+    // Only these are that high; to shape every text once more for it would be felt.
+    const bool hasMarkedCapital = std::any_of(text.cbegin(), text.cend(), [](QChar letter) {
+        const bool isVietnamese = letter >= QChar(0x1EA0) && letter <= QChar(0x1EF9);
+        return (isVietnamese && letter.isUpper()) || letter.isMark();
+    });
+    if (!hasMarkedCapital)
+        return 0;
+    const QRectF ink = QFontMetricsF(fontFor(style)).tightBoundingRect(text);
+    return std::max(0, int(std::ceil(ink.bottom()) - std::floor(ink.top())) - style.line);
+}
+
 int shiftIntoArea(const QRectF& area, const TextStyle& style, const QString& text) {
     const QRectF ink = QFontMetricsF(fontFor(style)).tightBoundingRect(text);
     const qreal baseline = topOfLine(area, style) + baselineOf(style, 1);

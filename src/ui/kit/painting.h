@@ -26,6 +26,10 @@ void paintText(QPainter& painter, const QRectF& area, const TextStyle& style, co
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
     const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
 
+/// By how many pixels the ink of `text` is higher than a line of its style: 0 for nearly every text. Fonts
+/// differ: in Inter 4 a capital with two marks beside one with a dot below does not fit any more.
+[[nodiscard]] int inkBeyondLine(const TextStyle& style, const QString& text);
+
 /// How far `text` has to move down to show whole in `area`, in whole pixels; 0 for nearly every text.
 [[nodiscard]] int shiftIntoArea(const QRectF& area, const TextStyle& style, const QString& text);
 
