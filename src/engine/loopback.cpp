@@ -1,5 +1,7 @@
 #include "engine/loopback.h"
 
+#include <algorithm>
+
 namespace tralio {
 
 bool isLoopback(QStringView host) {
@@ -12,8 +14,8 @@ bool isLoopback(QStringView host) {
         return true;
     if (host.startsWith(mapped))
         host = host.sliced(mapped.size());
-    // The toolkit's addresses have the four numbers, and no name of a host ends in one.
-    return host.startsWith(u"127.") && host.back().isDigit();
+    const auto isOfAddress = [](QChar c) { return c.isDigit() || c == u'.'; };
+    return host.startsWith(u"127.") && std::all_of(host.begin(), host.end(), isOfAddress);
 }
 
 }  // namespace tralio

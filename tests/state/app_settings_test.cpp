@@ -275,7 +275,7 @@ TEST(AppSettingsTest, a_key_of_the_users_over_plain_http_wants_consent_once_for_
         EXPECT_FALSE(settings.wouldExposeKey()) << safe.toStdString();
     }
     for (const QString& bare : {u" http://ai.example.com/v1"_s, u"HTTP://192.168.0.2:8080/v1"_s,
-             u"http://127.0.0.1.example.com"_s, u"http://localhost.example.com"_s}) {
+             u"http://127.0.0.1.example.com"_s, u"http://127.0.0.x1"_s, u"http://localhost.example.com"_s}) {
         settings.baseURL = bare;
         EXPECT_TRUE(settings.wouldExposeKey()) << bare.toStdString();
     }

@@ -62,6 +62,10 @@ void PreparedConnection::conclude(CURLcode code) {
     curl_easy_cleanup(std::exchange(m_easy, nullptr));
 }
 
+bool PreparedConnection::isUnderWay(const QUrl& url, const QByteArray& proxy) const {
+    return m_easy != nullptr && isSameOrigin(url, m_url) && proxy == m_proxy;
+}
+
 FileDescriptor PreparedConnection::take(const QUrl& url, const QByteArray& proxy) {
     FileDescriptor connection = std::exchange(m_connection, FileDescriptor());
     const bool isFit = isSameOrigin(url, m_url) && proxy == m_proxy && connection.isOpen();

@@ -29,6 +29,8 @@ public:
     /// The connecting has come to its end.
     void conclude(CURLcode code);
 
+    /// Whether it is being made, for a request that goes this way.
+    [[nodiscard]] bool isUnderWay(const QUrl& url, const QByteArray& proxy) const;
     /// The connection, for a request that goes this way; none unless it is made, and still open, and nothing
     /// has come over it.
     [[nodiscard]] FileDescriptor take(const QUrl& url, const QByteArray& proxy);

@@ -95,6 +95,11 @@ void Proxies::ask(quint32 request, const QUrl& url) {
     startThread(m_desk);
 }
 
+void Proxies::withdraw(quint32 request) {
+    const std::lock_guard lock(m_desk->mutex);
+    std::erase_if(m_desk->questions, [request](const auto& question) { return question.first == request; });
+}
+
 void Proxies::startThread(const std::shared_ptr<Desk>& desk) {
     if (!std::exchange(desk->hasThread, true))
         std::thread([desk] { desk->serve(); }).detach();

@@ -29,6 +29,9 @@ public:
     /// Asks for the proxy to an address; the answer goes by the number of the request.
     void ask(quint32 request, const QUrl& url);
 
+    /// Nobody wants the answer any more: a question that has not been put yet is none.
+    void withdraw(quint32 request);
+
     /// The question under way is not waited for any more; those behind it are put again.
     void giveUp();
 

@@ -32,4 +32,13 @@ QString whyNotToFollow(const QUrl& from, const QUrl& target, AddressOrigin origi
     return from.scheme() == u"https"_s ? refusedRedirectionWords(from, origin) : QString();
 }
 
+QString RedirectionTrail::whyNotToFollow(
+    const QUrl& from, const QUrl& target, bool withText, AddressOrigin origin) {
+    constexpr qsizetype mostSteps = 50;
+    m_passed += from;
+    if (m_passed.size() > mostSteps || (withText && m_passed.contains(target)))
+        return tooManyRedirectionsWords(from, origin);
+    return tralio::whyNotToFollow(from, target, origin);
+}
+
 }  // namespace tralio

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QUrl>
 
 #include "programs/http/transport_words.h"
@@ -21,5 +22,17 @@ namespace tralio {
 /// Nothing when a request that `from` redirects may go on to `target`; else what the user is told. One to the
 /// user's address carries the key, which stays with its origin: scheme, host and port.
 [[nodiscard]] QString whyNotToFollow(const QUrl& from, const QUrl& target, AddressOrigin origin);
+
+/// The addresses that a request has come by.
+class RedirectionTrail final {
+public:
+    /// As `whyNotToFollow`, and words for a way without an end: too many steps, or an address to which the
+    /// text would go a second time.
+    [[nodiscard]] QString whyNotToFollow(
+        const QUrl& from, const QUrl& target, bool withText, AddressOrigin origin);
+
+private:
+    QList<QUrl> m_passed;
+};
 
 }  // namespace tralio

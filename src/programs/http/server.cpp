@@ -80,7 +80,9 @@ void Server::serve(const Ping& /*ping*/) const {
 }
 
 void Server::serve(const Prepare& prepare) {
+    m_proxies.withdraw(m_preparation);
     m_prepared.reset();
+    endPreparation();
     if (!whyNotToGoTo(prepare.url, AddressOrigin::enteredByUser).isEmpty())
         return;
     m_prepared = std::make_unique<PreparedConnection>(m_multi.get(), prepare.url);
@@ -108,7 +110,7 @@ void Server::proceed(Transfer& transfer) {
 void Server::takeProxies() {
     for (const Proxies::Answer& answer : m_proxies.takeAnswers()) {
         const auto found = m_transfers.find(answer.request);
-        if (found != m_transfers.end() && !found->second->handle())
+        if (found != m_transfers.end() && !found->second->handle() && !isAwaiting(answer.request))
             go(*found->second, answer.proxy);
         else if (answer.request == m_preparation && m_prepared && !m_prepared->handle())
             m_prepared->connect(answer.proxy);
@@ -116,6 +118,10 @@ void Server::takeProxies() {
 }
 
 void Server::go(Transfer& transfer, const QByteArray& proxy) {
+    if (m_prepared && !m_awaiting && m_prepared->isUnderWay(transfer.url(), proxy)) {
+        m_awaiting = {transfer.id(), proxy};
+        return;
+    }
     Transfer::Way way{.proxy = proxy, .connection = FileDescriptor(), .share = m_share.get()};
     if (m_prepared && isSameOrigin(m_prepared->url(), transfer.url())) {
         way.connection = m_prepared->take(transfer.url(), proxy);
@@ -123,6 +129,13 @@ void Server::go(Transfer& transfer, const QByteArray& proxy) {
     }
     transfer.begin(std::move(way));
     curl_multi_add_handle(m_multi.get(), transfer.handle());
+}
+
+void Server::endPreparation() {
+    const auto awaiting = std::exchange(m_awaiting, std::nullopt);
+    const auto found = awaiting ? m_transfers.find(awaiting->first) : m_transfers.end();
+    if (found != m_transfers.end())
+        go(*found->second, awaiting->second);
 }
 
 void Server::concludeTransfers() {
@@ -133,6 +146,7 @@ void Server::concludeTransfers() {
         const CURLcode code = message->data.result;
         if (m_prepared && m_prepared->handle() == message->easy_handle) {
             m_prepared->conclude(code);
+            endPreparation();
             continue;
         }
         void* owner = nullptr;
@@ -152,15 +166,20 @@ void Server::endSilentTransfers() {
         const auto current = next++;
         if (!current->second->isSilent(now))
             continue;
-        if (!current->second->handle())
+        if (!current->second->handle() && !isAwaiting(current->first))
             m_proxies.giveUp();
         remove(current->first);
     }
-    if (m_prepared && now >= m_prepared->end())
+    if (m_prepared && now >= m_prepared->end()) {
         m_prepared.reset();
+        endPreparation();
+    }
 }
 
 void Server::remove(Id id) {
+    m_proxies.withdraw(id);
+    if (isAwaiting(id))
+        m_awaiting.reset();
     const auto node = m_transfers.extract(id);
     if (!node.empty() && node.mapped()->handle())
         curl_multi_remove_handle(m_multi.get(), node.mapped()->handle());

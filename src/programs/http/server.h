@@ -47,10 +47,13 @@ private:
     /// Asks for the proxy to its address, or goes there.
     void proceed(Transfer& transfer);
     void go(Transfer& transfer, const QByteArray& proxy);
+    /// Lets the request that waits for the prepared connection go on, with it or without.
+    void endPreparation();
     void takeProxies();
     void concludeTransfers();
     void endSilentTransfers();
     void remove(Id id);
+    [[nodiscard]] bool isAwaiting(Id id) const { return m_awaiting && m_awaiting->first == id; }
     [[nodiscard]] int millisecondsToWait() const;
 
     int m_requests;
@@ -61,6 +64,8 @@ private:
     std::unique_ptr<CURLM, Cleanup> m_multi{curl_multi_init()};
     std::map<Id, std::unique_ptr<Transfer>> m_transfers;
     std::unique_ptr<PreparedConnection> m_prepared;
+    /// The request that waits for it, and the proxy on its way.
+    std::optional<std::pair<http_protocol::Id, QByteArray>> m_awaiting;
     /// By which the proxy for it is asked for; requests count from the other end.
     http_protocol::Id m_preparation = std::numeric_limits<http_protocol::Id>::max();
 };

@@ -16,7 +16,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int mostRedirections = 50;
 constexpr qsizetype mostHeaderBytes = 128 * 1024;
 constexpr auto proxyAnswer = 10s;  // a script that decides is fetched first
 constexpr auto sendingLook = 25ms;
@@ -62,6 +61,7 @@ void Transfer::begin(Way way) {
     m_madeBefore = std::move(way.connection);
     m_usesProxy = !way.proxy.isEmpty();
     m_usesHttpProxy = way.proxy.startsWith("http");
+    m_usesSecureProxy = way.proxy.startsWith("https:");
     m_headerBytes = 0;
     m_hasStatusLine = m_isHeadWhole = m_hasSwitched = false;
     m_location.clear();
@@ -270,22 +270,22 @@ Transfer::Next Transfer::conclude(CURLcode code) {
 }
 
 Transfer::Next Transfer::redirect(const QUrl& target) {
-    const QString refusal = ++m_redirections > mostRedirections
-        ? tooManyRedirectionsWords(m_request.url, m_origin)
-        : whyNotToFollow(m_request.url, target, m_origin);
+    const bool takesBody = m_body && (m_response.status == 307 || m_response.status == 308);
+    const QString refusal = m_trail.whyNotToFollow(m_request.url, target, takesBody, m_origin);
     if (!refusal.isEmpty()) {
         fail(refusal);
         return Next::isOver;
     }
     m_easy.reset();
     m_request.url = target;
-    if (m_response.status != 307 && m_response.status != 308)
+    if (!takesBody)
         m_body.reset();
     return canBegin() ? Next::goesOn : Next::isOver;
 }
 
 TransferFailure Transfer::failure(CURLcode code) const {
-    TransferFailure failure{.code = code, .usesProxy = m_usesProxy, .detail = m_detail};
+    TransferFailure failure{
+        .code = code, .usesProxy = m_usesProxy, .usesSecureProxy = m_usesSecureProxy, .detail = m_detail};
     curl_easy_getinfo(handle(), CURLINFO_SSL_VERIFYRESULT, &failure.verifyResult);
     curl_easy_getinfo(handle(), CURLINFO_OS_ERRNO, &failure.osError);
     curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &failure.tunnelStatus);

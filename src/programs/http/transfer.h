@@ -11,6 +11,7 @@
 
 #include "platform/linux/helpers/http_protocol.h"
 #include "programs/http/file_descriptor.h"
+#include "programs/http/redirections.h"
 #include "programs/http/socket_movement.h"
 #include "programs/http/transport_words.h"
 
@@ -101,6 +102,7 @@ private:
     std::unique_ptr<curl_slist, Cleanup> m_headers;
     char m_detail[CURL_ERROR_SIZE] = {};
     bool m_usesProxy = false;
+    bool m_usesSecureProxy = false;
     bool m_usesHttpProxy = false;  ///< and not one of SOCKS, which says nothing in HTTP
     qsizetype m_headerBytes = 0;
     bool m_hasStatusLine = false;
@@ -111,7 +113,7 @@ private:
     HttpResponse m_response;
     QString m_stoppedBecause;
 
-    int m_redirections = 0;
+    RedirectionTrail m_trail;
 };
 
 }  // namespace tralio

@@ -46,13 +46,15 @@ QString tlsWords(const QString& server, const QByteArray& detail, AddressOrigin 
 }
 
 /// Null where the proxy is not to blame.
-QString proxyWords(const TransferFailure& failure) {
+QString proxyWords(const QString& server, const TransferFailure& failure) {
     if (failure.code == CURLE_COULDNT_RESOLVE_PROXY)
         return u"Không tìm thấy máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
     if (failure.tunnelStatus == 407)
         return proxyLoginWords();
     QString unfit = u"Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
     QString broken = u"Máy chủ proxy đã ngắt kết nối. Vui lòng thử lại."_s;
+    if (failure.tunnelStatus == 502 || failure.tunnelStatus == 504)
+        return u"Máy chủ proxy không kết nối được tới %1. Vui lòng thử lại sau."_s.arg(server);
     if (failure.code == CURLE_PROXY || failure.tunnelStatus >= 300)
         return unfit;
     if (!failure.usesProxy || !failure.isProxysPart)
@@ -63,11 +65,17 @@ QString proxyWords(const TransferFailure& failure) {
                 return silentProxyWords();
             if (failure.osError == ECONNRESET)
                 return broken;
+            if (failure.osError == ENETUNREACH || failure.osError == EHOSTUNREACH)
+                return u"Không thể kết nối tới máy chủ proxy. Vui lòng kiểm tra kết nối Internet."_s;
             return u"Máy chủ proxy từ chối kết nối. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
         case CURLE_GOT_NOTHING:
         case CURLE_RECV_ERROR:
         case CURLE_SEND_ERROR:
             return broken;
+        case CURLE_PEER_FAILED_VERIFICATION:
+            return failure.usesSecureProxy
+                ? u"Chứng chỉ bảo mật của máy chủ proxy không đáng tin cậy, yêu cầu đã không được gửi đi."_s
+                : QString();
         case CURLE_UNSUPPORTED_PROTOCOL:
         case CURLE_WEIRD_SERVER_REPLY:
             return unfit;
@@ -97,7 +105,7 @@ QString connectWords(const QString& server, long osError, AddressOrigin origin) 
 
 QString failureWords(const TransferFailure& failure, const QUrl& url, AddressOrigin origin) {
     const QString server = serverName(url);
-    if (QString words = proxyWords(failure); !words.isNull())
+    if (QString words = proxyWords(server, failure); !words.isNull())
         return words;
     switch (failure.code) {
         case CURLE_COULDNT_CONNECT:

@@ -21,8 +21,9 @@ struct TransferFailure {
     long osError = 0;       ///< of the connection, 0 where it was none
     long tunnelStatus = 0;  ///< what a proxy answered to CONNECT, 0 where none was asked
     bool usesProxy = false;
-    bool isProxysPart = false;  ///< all that has come, if anything, came from the proxy
-    QByteArray detail = {};     ///< libcurl's own words
+    bool usesSecureProxy = false;  ///< TLS to the proxy itself
+    bool isProxysPart = false;     ///< all that has come, if anything, came from the proxy
+    QByteArray detail = {};        ///< libcurl's own words
 };
 
 /// What the user is told: what happened, with which server, and what can be done about it.

@@ -85,6 +85,8 @@ TEST_F(HttpProxyTest, what_is_wrong_with_the_proxy_is_not_the_servers_fault) {
         {answering("HTTP/1.1 407 Login\r\nContent-Length: 0\r\n\r\n"), login, login},
         {answering("SSH-2.0-OpenSSH\r\n"), unfit, breaks},
         {answering("HTTP/1.1 503 No\r\nContent-Length: 0\r\n\r\n"), u"503"_s, unfit},
+        {answering("HTTP/1.1 502 Bad\r\nContent-Length: 0\r\n\r\n"), u"502"_s,
+            u"proxy không kết nối được tới model.test"_s},
         {waiting, server, silent},
         {[](Connection& peer) {
              (void)peer.readRequest();

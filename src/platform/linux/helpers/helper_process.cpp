@@ -1,5 +1,7 @@
 #include "platform/linux/helpers/helper_process.h"
 
+#include <QFileInfo>
+#include <QPointer>
 #include <QProcess>
 
 #include <algorithm>
@@ -60,15 +62,24 @@ void HelperProcess::start() {
     m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     connect(m_process, &QProcess::readyReadStandardOutput, this, &HelperProcess::read);
     connect(m_process, &QProcess::finished, this, [this] { giveUp(m_terms.words.ended); });
-    // What cannot be started may say so from within `start`, while a frame is still to be sent.
+    // What cannot be started may say so from within `start`, while a frame is still to be sent; and may have
+    // been given up by the time that it is heard.
+    const auto refuseStart = [this, process = QPointer(m_process)] {
+        if (process && m_process == process)
+            giveUp(m_terms.words.cannotStart);
+    };
     connect(
         m_process, &QProcess::errorOccurred, this,
-        [this](QProcess::ProcessError error) {
+        [refuseStart](QProcess::ProcessError error) {
             if (error == QProcess::FailedToStart)
-                giveUp(m_terms.words.cannotStart);
+                refuseStart();
         },
         Qt::QueuedConnection);
-    m_process->start(m_terms.program, {u"--serve"_s});
+    // WORKAROUND: Qt 6.4 loses a file descriptor with every program that it cannot start.
+    if (QFileInfo(m_terms.program).isExecutable())
+        m_process->start(m_terms.program, {u"--serve"_s});
+    else
+        QMetaObject::invokeMethod(this, refuseStart, Qt::QueuedConnection);
 }
 
 void HelperProcess::setAtWork(bool isAtWork) {
