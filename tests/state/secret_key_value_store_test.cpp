@@ -201,8 +201,7 @@ TEST_F(SecretKeyValueStoreTest, undoing_a_reset_waits_again_for_a_key_that_was_a
     EXPECT_EQ(shown.apiKey(), QString());
     EXPECT_TRUE(settings->isKeyAwaited());
     EXPECT_EQ(stored(), marker);
-    keeper.isLocked = false;
-    keeper.onChange();
+    keeper.isLocked = false;  // meanwhile, of which nobody has told
     keeper.answerFind(Answer::done);
     EXPECT_EQ(key(), u"sk-mine"_s);
     EXPECT_EQ(awaitedTold, (QList<bool>{false, true, false}));
@@ -221,6 +220,9 @@ TEST_F(SecretKeyValueStoreTest, the_built_in_key_and_an_empty_one_are_no_secrets
         EXPECT_FALSE(keeper.isAsked());
         EXPECT_EQ(this->key(), key);
     }
+    keeper.kept = u"of another installation"_s;
+    keeper.onChange();
+    EXPECT_EQ(keeper.kept, u"of another installation"_s);
     settings->setValue(u"other"_s, qint64{5});
     EXPECT_EQ(settings->integer(u"other"_s), 5);
 }
