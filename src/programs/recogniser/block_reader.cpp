@@ -142,11 +142,11 @@ BlockReader::Look BlockReader::lookAtLines(const QString& engine, TextMarks::Kin
 Reading BlockReader::read(const TextBlock& block, Effort effort) {
     m_block = &block;
     m_pictures.clear();
-    m_furtherSince = WorkBudget::now();
+    m_furtherSince = m_budget.now();
     m_best = look(leadingEngine(m_packs), block.kind);
     const bool looksFurther = effort == Effort::untilConfident && !isCertain() && isWorthwhile();
     const double atFirst = m_best.confidence;
-    m_furtherSince = WorkBudget::now();
+    m_furtherSince = m_budget.now();
     if (looksFurther)
         lookFurther();
     m_best.reading.dropDirt();
@@ -244,7 +244,7 @@ void BlockReader::restoreMarks(Reading& reading, const BlockPicture& picture) {
     for (const Reading::Stretch stretch : stretches) {
         if (!hasTime())
             return;
-        const double since = WorkBudget::now();
+        const double since = m_budget.now();
         const auto [top, bottom] = reading.heightsOf(stretch);
         if (!adoptMarks(stretch, vietnamese->read(picture.strip(top, bottom).plane)))
             m_budget.addFruitless(since);
