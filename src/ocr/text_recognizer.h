@@ -27,6 +27,7 @@ struct RecognitionRequest {
     enum class Level { accurate, fast };
 
     Level level = Level::accurate;
+    /// By dictionaries. A recogniser may be unable to do without.
     bool usesLanguageCorrection = true;
     std::optional<QStringList> languages;  ///< tags, most wanted first; absent for the recogniser's default
 

@@ -129,10 +129,12 @@ TEST_F(TranslationHistoryStoreTest, entries_are_removed_by_position_by_id_or_all
     const QSignalSpy changes(&history, &ObservableObject::objectWillChange);
     store.writes.clear();
     history.remove(QUuid::createUuid());
+    history.remove(QSet<qsizetype>());
+    history.remove({7});
     history.clear();
     history.clear();
-    EXPECT_EQ(store.writes.size(), 3U);
-    EXPECT_EQ(changes.size(), 3);
+    EXPECT_EQ(store.writes.size(), 5U);
+    EXPECT_EQ(changes.size(), 5);
     EXPECT_EQ(stored(), "[]");
 }
 

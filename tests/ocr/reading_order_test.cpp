@@ -50,6 +50,7 @@ TEST(ReadingOrder, boxes_on_one_line_go_left_to_right_and_lines_go_top_to_bottom
         {"the same left edge on one line", {0.25, 0.5, 0.5, 0.25}, {0.25, 0.45, 0.125, 0.25}, false, false},
         {"tiny, as far apart as the least tolerance", {0.5, 0.015, 0.1, 0}, {0.1, 0, 0.1, 0}, false, true},
         {"tiny, a little further apart", {0.5, 0.0151, 0.1, 0}, {0.1, 0, 0.1, 0}, true, false},
+        {"a little further apart than the tolerance", {0.5, 0.41, 0.1, 1.0}, {0.1, 0, 0.1, 1.0}, true, false},
         {"as far apart as the tolerance", {0.5, 0.4, 0.1, 1.0}, {0.1, 0, 0.1, 1.0}, false, true},
     };
     for (const Case& given : cases) {

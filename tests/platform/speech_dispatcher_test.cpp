@@ -129,6 +129,7 @@ TEST_F(SpeechDaemon, a_text_is_read_in_its_voice_and_told_to_end) {
     EXPECT_TRUE(daemon->heard("SET SELF OUTPUT_MODULE engine"));
     EXPECT_TRUE(daemon->heard("SET SELF LANGUAGE vi"));
     EXPECT_FALSE(daemon->heard("SET SELF OUTPUT_MODULE dummy"));
+    EXPECT_TRUE(daemon->heard("SET SELF SSML_MODE on")) << "the marks would be read aloud";
     EXPECT_THAT(daemon->texts.first().toStdString(), HasSubstr("\n..hai"));
     daemon->tell("701 BEGIN", 1);
     daemon->tell("700 INDEX MARK", 1);
@@ -137,6 +138,11 @@ TEST_F(SpeechDaemon, a_text_is_read_in_its_voice_and_told_to_end) {
     daemon->tell("702 END", 1);
     EXPECT_TRUE(eventually([&] { return !synthesizer.isSpeaking(); }));
     EXPECT_THAT(ended, ElementsAre(u"Một.\n.hai\nQUIT"_s));
+    EXPECT_EQ(lastEnd, ReadingEnd::over);
+
+    ASSERT_TRUE(begin(u"hai"_s));
+    daemon->tell("703 CANCELED", 2);  // another program's text was more urgent
+    EXPECT_TRUE(eventually([&] { return !synthesizer.isSpeaking(); }));
     EXPECT_EQ(lastEnd, ReadingEnd::over);
 
     synthesizer.speak(

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
 
 namespace tralio {
@@ -19,6 +20,7 @@ constexpr double anotherScriptBelow = 88;
 constexpr double farScriptBelow = 60;
 constexpr double scriptFoundAt = 84;
 constexpr double scriptMargin = 3;
+constexpr double languageMargin = 4;
 constexpr double latinFrom = 55;
 constexpr double otherPictureBelow = 88;
 constexpr double pictureFoundAt = 91;
@@ -94,6 +96,7 @@ Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) cons
         if (row.confidence() > reading.confidence())
             reading = std::move(row);
     }
+    reading.tellDotsFromDashes();
     for (ReadLine& line : reading.lines) {
         line.box = part.inImage(line.box);
         for (ReadWord& word : line.words)
@@ -142,11 +145,11 @@ BlockReader::Look BlockReader::lookAtLines(const QString& engine, TextMarks::Kin
 Reading BlockReader::read(const TextBlock& block, Effort effort) {
     m_block = &block;
     m_pictures.clear();
-    m_furtherSince = WorkBudget::now();
+    m_furtherSince = m_budget.now();
     m_best = look(leadingEngine(m_packs), block.kind);
     const bool looksFurther = effort == Effort::untilConfident && !isCertain() && isWorthwhile();
     const double atFirst = m_best.confidence;
-    m_furtherSince = WorkBudget::now();
+    m_furtherSince = m_budget.now();
     if (looksFurther)
         lookFurther();
     m_best.reading.dropDirt();
@@ -214,8 +217,13 @@ void BlockReader::tryOtherLanguages() {
             return;
         Look other = look(pack, m_block->kind);
         const int gained = other.reading.markCount() - m_best.reading.markCount();
-        if (gained > 0 || (gained == 0 && other.reading.hasForeignLetters()))
-            keepIfBetter(std::move(other), 1);
+        if (gained < 0 || (gained == 0 && !other.reading.hasForeignLetters()))
+            continue;
+        // "élèves" beside a word that it does not see so well. What this gains does not count against the
+        // languages that follow.
+        if (other.confidence >= m_best.confidence - languageMargin)
+            adoptSurerMarks(m_best.reading.lines, other.reading);
+        keepIfBetter(std::move(other), 1);
     }
 }
 
@@ -244,7 +252,7 @@ void BlockReader::restoreMarks(Reading& reading, const BlockPicture& picture) {
     for (const Reading::Stretch stretch : stretches) {
         if (!hasTime())
             return;
-        const double since = WorkBudget::now();
+        const double since = m_budget.now();
         const auto [top, bottom] = reading.heightsOf(stretch);
         if (!adoptMarks(stretch, vietnamese->read(picture.strip(top, bottom).plane)))
             m_budget.addFruitless(since);

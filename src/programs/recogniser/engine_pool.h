@@ -12,17 +12,12 @@ namespace tralio {
 /// The engines, each loaded when it is first asked for and kept.
 class EnginePool final {
 public:
-    explicit EnginePool(TextEngine::Dictionaries dictionaries) : m_dictionaries(dictionaries) {}
-
-    [[nodiscard]] TextEngine::Dictionaries dictionaries() const { return m_dictionaries; }
-
     /// The engine for these packs ("vie+eng"), or null where they cannot be loaded.
     [[nodiscard]] TextEngine* engine(const QString& packs);
 
     [[nodiscard]] bool holds(const QString& packs) const { return m_engines.contains(packs); }
 
 private:
-    TextEngine::Dictionaries m_dictionaries;
     std::map<QString, std::unique_ptr<TextEngine>> m_engines;
 };
 

@@ -20,8 +20,7 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
 }  // namespace
 
 Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage& image, Effort effort,
-    const LinesRead& linesRead) {
-    WorkBudget budget;
+    const LinesRead& linesRead, WorkBudget budget) {
     const TextMarks marks(image);
     const MarkShapes shapes = findMarkShapes(marks);
     const std::vector<TextBlock> blocks = findBlocks(marks, shapes);

@@ -6,7 +6,12 @@
 #include <memory>
 #include <numeric>
 
+#include "programs/recogniser/letter_marks.h"
+
 namespace tralio {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 qsizetype letterCount(const QString& text) {
@@ -51,23 +56,6 @@ bool isDirt(const ReadLine& line) {
 bool isWrittenSolid(QChar c) {
     return (c >= u'\u3000' && c <= u'\u30ff') || (c >= u'\u3400' && c <= u'\u9fff') ||
         (c >= u'\uff01' && c <= u'\uff60');
-}
-
-struct Letters {
-    QString plain;  ///< without their marks
-    int marks = 0;
-};
-
-Letters splitMarks(const QString& text) {
-    Letters letters;
-    for (const QChar c : text.normalized(QString::NormalizationForm_D)) {
-        const bool isBarred = c == u'đ' || c == u'Đ';
-        if (isBarred || c.isMark())
-            ++letters.marks;
-        if (!c.isMark())
-            letters.plain += isBarred ? (c == u'đ' ? u'd' : u'D') : c;
-    }
-    return letters;
 }
 
 /// Letters that only Vietnamese writes, and all letters.
@@ -133,29 +121,6 @@ std::vector<Reading::Stretch> stretchesOf(std::vector<ReadLine>& lines, Wanted i
 }
 
 }  // namespace
-
-bool adoptMarks(std::span<ReadLine> lines, const Reading& marked) {
-    if (marked.lines.size() != lines.size())
-        return false;
-    bool isRicher = false;
-    for (size_t i = 0; i < lines.size(); ++i) {
-        auto next = marked.lines[i].words.begin();
-        const auto end = marked.lines[i].words.end();
-        for (ReadWord& word : lines[i].words) {
-            const Letters letters = splitMarks(word.text);
-            const auto same = std::find_if(next, end,
-                [&letters](const ReadWord& other) { return splitMarks(other.text).plain == letters.plain; });
-            if (same == end)
-                continue;
-            if (splitMarks(same->text).marks > letters.marks) {
-                word.text = same->text;
-                isRicher = true;
-            }
-            next = std::next(same);
-        }
-    }
-    return isRicher;
-}
 
 bool shareHeight(const QRectF& a, const QRectF& b) {
     const double shared = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top());
@@ -263,6 +228,14 @@ Reading::Heights Reading::heightsOf(Stretch stretch) const {
 bool Reading::holdsRiddle() const {
     return std::any_of(
         lines.begin(), lines.end(), [](const ReadLine& line) { return tralio::holdsRiddle(line); });
+}
+
+void Reading::tellDotsFromDashes() {
+    for (ReadLine& line : lines)
+        for (ReadWord& word : line.words)
+            if ((word.text == u"-" || word.text == u"—") && word.box.height() > 0 &&
+                word.box.width() <= 1.4 * word.box.height())
+                word.text = u"·"_s;
 }
 
 void Reading::dropDirt() {

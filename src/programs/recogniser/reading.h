@@ -73,13 +73,12 @@ struct Reading {
     };
     [[nodiscard]] Heights heightsOf(Stretch stretch) const;
 
+    /// Makes dashes that are no wider than high the middle dots that they are.
+    void tellDotsFromDashes();
+
     /// Drops what is more likely dirt than text: marks at the ends of lines, and very short lines.
     void dropDirt();
 };
-
-/// Takes the words of another reading of the same lines that are the same but for more marks, and tells
-/// whether there are any.
-bool adoptMarks(std::span<ReadLine> lines, const Reading& marked);
 
 /// Whether two boxes stand at the same height, mostly.
 [[nodiscard]] bool shareHeight(const QRectF& a, const QRectF& b);

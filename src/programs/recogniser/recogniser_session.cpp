@@ -41,9 +41,9 @@ bool RecogniserSession::prepareFurther() {
     if (!m_isPreparing)
         return false;
     for (const QString& packs : BlockReader::otherEngines(installedPacks())) {
-        if (engines(true).holds(packs))
+        if (m_engines.holds(packs))
             continue;
-        (void)engines(true).engine(packs);
+        (void)m_engines.engine(packs);
         return true;
     }
     m_isPreparing = false;
@@ -80,22 +80,14 @@ void RecogniserSession::answer(const RecognizeRequest& request) {
         return;
     }
     const bool isAccurate = request.options.level == RecognitionRequest::Level::accurate;
-    const Reading reading = readPicture(engines(request.options.usesLanguageCorrection), packs, image,
-        isAccurate ? Effort::untilConfident : Effort::oneLook,
-        [this](qsizetype lines) { m_send(Progress{static_cast<qint32>(lines)}); });
+    const Reading reading =
+        readPicture(m_engines, packs, image, isAccurate ? Effort::untilConfident : Effort::oneLook,
+            [this](qsizetype lines) { m_send(Progress{static_cast<qint32>(lines)}); });
 
     ObservationsReply reply;
     for (const ReadLine& line : reading.lines)
         reply.observations.push_back({normalized(line.box, image.size()), {line.text()}});
     m_send(reply);
-}
-
-EnginePool& RecogniserSession::engines(bool usesDictionaries) {
-    const auto dictionaries =
-        usesDictionaries ? TextEngine::Dictionaries::used : TextEngine::Dictionaries::unused;
-    if (!m_engines || m_engines->dictionaries() != dictionaries)
-        m_engines = std::make_unique<EnginePool>(dictionaries);
-    return *m_engines;
 }
 
 const QStringList& RecogniserSession::installedPacks() {
@@ -104,7 +96,7 @@ const QStringList& RecogniserSession::installedPacks() {
     // Only a loaded engine knows where its packs are. With neither Vietnamese nor English, any other will do.
     for (const QString& packs :
         QStringList{usualPacks.toString()} + BlockReader::otherEngines(knownPacks())) {
-        if (const TextEngine* engine = engines(true).engine(packs)) {
+        if (const TextEngine* engine = m_engines.engine(packs)) {
             m_installedPacks = engine->installedPacks();
             break;
         }

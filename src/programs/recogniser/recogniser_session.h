@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 
 #include "platform/linux/helpers/recogniser_protocol.h"
 #include "programs/recogniser/engine_pool.h"
@@ -26,11 +25,10 @@ private:
     void answer(const recogniser_protocol::LanguagesRequest& request);
     void answer(const recogniser_protocol::RecognizeRequest& request);
 
-    [[nodiscard]] EnginePool& engines(bool usesDictionaries);
     [[nodiscard]] const QStringList& installedPacks();
 
     Send m_send;
-    std::unique_ptr<EnginePool> m_engines;
+    EnginePool m_engines;
     QStringList m_installedPacks;
     bool m_isPreparing = false;
 };

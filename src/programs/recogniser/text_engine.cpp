@@ -10,14 +10,9 @@
 
 namespace tralio {
 
-TextEngine::TextEngine(const QString& packs, Dictionaries dictionaries)
-    : m_api(std::make_unique<tesseract::TessBaseAPI>()) {
-    std::vector<std::string> names{"debug_file"};
-    std::vector<std::string> values{"/dev/null"};
-    if (dictionaries == Dictionaries::unused) {
-        names.insert(names.end(), {"load_system_dawg", "load_freq_dawg"});
-        values.insert(values.end(), {"0", "0"});
-    }
+TextEngine::TextEngine(const QString& packs) : m_api(std::make_unique<tesseract::TessBaseAPI>()) {
+    const std::vector<std::string> names{"debug_file"};
+    const std::vector<std::string> values{"/dev/null"};
     m_isLoaded = m_api->Init(nullptr, packs.toUtf8().constData(), tesseract::OEM_LSTM_ONLY, nullptr, 0,
                      &names, &values, false) == 0;
 }
@@ -42,10 +37,10 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
     Reading reading;
     // Noise can keep the library busy without an end.
     constexpr double mostSeconds = 20;
-    double until = WorkBudget::now() + mostSeconds;
+    double until = WorkBudget::processorTime() + mostSeconds;
     ETEXT_DESC monitor;
     monitor.cancel_this = &until;
-    monitor.cancel = [](void* end, int) { return WorkBudget::now() > *static_cast<double*>(end); };
+    monitor.cancel = [](void* end, int) { return WorkBudget::processorTime() > *static_cast<double*>(end); };
     if (m_api->Recognize(&monitor) != 0)
         return reading;
     const std::unique_ptr<ResultIterator> word(m_api->GetIterator());

@@ -17,10 +17,9 @@ namespace tralio {
 /// static objects must outlive it.
 class TextEngine final {
 public:
-    enum class Dictionaries { used, unused };
-
-    /// Loads language packs, the first of them the leading one ("vie+eng"). Check `isLoaded`.
-    TextEngine(const QString& packs, Dictionaries dictionaries);
+    /// Loads language packs with their dictionaries, the first of them the leading one ("vie+eng"). Check
+    /// `isLoaded`.
+    explicit TextEngine(const QString& packs);
     TextEngine(const TextEngine&) = delete;
     TextEngine& operator=(const TextEngine&) = delete;
     ~TextEngine();

@@ -4,7 +4,7 @@
 
 namespace tralio {
 
-double WorkBudget::now() {
+double WorkBudget::processorTime() {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 

@@ -1,12 +1,22 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 namespace tralio {
 
 /// How much work a picture is worth. Processor time counts: on a busy machine no less text is found.
 class WorkBudget final {
 public:
-    /// Of this process until now, in seconds.
-    [[nodiscard]] static double now();
+    /// Tells the work done until now, in seconds.
+    using Meter = std::function<double()>;
+
+    explicit WorkBudget(Meter meter = processorTime) : m_meter(std::move(meter)) {}
+
+    /// Of this process, in seconds.
+    [[nodiscard]] static double processorTime();
+
+    [[nodiscard]] double now() const { return m_meter(); }
 
     /// Whether the picture may be read on at all.
     [[nodiscard]] bool allowsMore() const { return now() - m_started < forPicture; }
@@ -23,7 +33,8 @@ private:
     static constexpr double forPicture = 120;
     static constexpr double forFurtherLooks = 5;
 
-    double m_started = now();
+    Meter m_meter;
+    double m_started = m_meter();
     double m_fruitless = 0;
 };
 

@@ -23,12 +23,19 @@ TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_n
     glass.fill(Qt::transparent);
     QPainter(&glass).drawImage(0, 0, drawn({u"Hello world"_s}, 1, Qt::white, Qt::transparent));
 
+    // Its header says that it is to be turned by a quarter to the right.
+    QByteArray turned = fileOf(drawn({u"Hello world"_s}).transformed(QTransform().rotate(-90)), "JPG");
+    turned.insert(2,
+        QByteArray::fromHex("ffe1002245786966000049492a00080000000100120103000100000006000000"
+                            "00000000"));
+
     struct Case {
         const char* what;
         QUrl file;
         std::optional<OCRError> error;
     };
     const Case cases[] = {
+        {"a photograph that lies on its side", written(u"turned.jpg"_s, turned), {}},
         {"sixteen bits a channel", saved(u"deep.png"_s, page.convertToFormat(QImage::Format_RGBX64)), {}},
         {"another format than its name says", written(u"photo.jpg"_s, bytes), {}},
         {"cut off in its header", written(u"short.png"_s, bytes.first(20)), OCRError::invalidImage()},
@@ -95,6 +102,11 @@ TEST_F(HelperTextRecognizerTest, one_helper_serves_image_after_image_and_ends_wh
     clock.advance(1s);
     EXPECT_EQ(recognizer.helperProcessId(), 0);
     EXPECT_EQ(endingOf(service.recognizeText(hello)).result, u"Hello world"_s);
+
+    const qint64 second = recognizer.helperProcessId();
+    kill(static_cast<pid_t>(second), SIGKILL);
+    EXPECT_TRUE(eventually([&] { return recognizer.helperProcessId() != second; }));
+    EXPECT_EQ(endingOf(service.recognizeText(hello)).result, u"Hello world"_s) << "it died while it was idle";
 }
 
 TEST_F(HelperTextRecognizerTest, a_helper_that_fails_costs_one_image) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <random>
 
+#include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
 #include "programs/recogniser/reading.h"
 #include "programs/recogniser/resample.h"
@@ -129,6 +130,26 @@ TEST(Reading, only_lines_that_need_it_are_read_again_and_those_that_overlap_them
     EXPECT_EQ(strip.plane.height(), 30 + 20);
     EXPECT_EQ(strip.inImage(QRectF(10, 10, 8, 4)), QRectF(5, 16, 4, 2));
     EXPECT_EQ(picture.strip(-1000, 1000).plane, picture.plane);
+}
+
+TEST(Reading, of_words_that_differ_in_their_marks_the_surer_ones_are_taken_but_for_those_with_fewer) {
+    const auto row = [](const std::vector<std::pair<QString, double>>& words) {
+        ReadLine line;
+        for (const auto& [text, confidence] : words)
+            line.words.push_back({text, confidence, 1});
+        return Reading{{line}};
+    };
+    Reading read = row({{u"Les"_s, 92}, {u"éléves"_s, 91}, {u"dîner"_s, 91}, {u"été"_s, 80}, {u"a"_s, 93}});
+    adoptSurerMarks(
+        read.lines, row({{u"Les"_s, 96}, {u"élèves"_s, 96}, {u"diner"_s, 97}, {u"étè"_s, 85}, {u"à"_s, 96}}));
+    EXPECT_THAT(texts(read), ElementsAre(u"Les élèves dîner été à"_s));
+}
+
+TEST(Reading, a_dash_as_high_as_wide_is_a_middle_dot) {
+    const auto dash = [](double width) { return ReadWord{u"-"_s, 90, 1, {}, QRectF(0, 0, width, 3)}; };
+    Reading reading{{{{{u"3"_s, 90, 0}, dash(3), {u"4"_s, 90, 1}, dash(7)}, {}}}};
+    reading.tellDotsFromDashes();
+    EXPECT_THAT(texts(reading), ElementsAre(u"3 · 4 -"_s));
 }
 
 TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {

@@ -1,0 +1,84 @@
+#include <QPainter>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include "programs/recogniser/image_decoder.h"
+#include "programs/recogniser/picture_reader.h"
+#include "support/files.h"
+#include "support/pictures.h"
+#include "support/print_to.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+
+QImage drawn(const QStringList& lines, const QString& family = u"Noto Sans"_s) {
+    QImage image(420, 20 + 30 * static_cast<int>(lines.size()), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QFont font(family);
+    font.setPixelSize(17);
+    painter.setFont(font);
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        painter.drawText(QPointF(16, 32 + 30 * static_cast<double>(i)), lines[i]);
+    return image;
+}
+
+struct PictureReading : testing::Test {
+    Reading read(const QImage& image, const QStringList& packs) {
+        return readPicture(
+            engines, packs, image, Effort::untilConfident,
+            [this](qsizetype lines) {
+                counts.push_back(lines);
+                work += workForABlock;
+            },
+            WorkBudget([this] { return work; }));
+    }
+
+    EnginePool engines;
+    std::vector<qsizetype> counts;
+    double work = 0;  ///< in seconds
+    double workForABlock = 0;
+};
+
+TEST_F(PictureReading, of_a_picture_that_is_too_much_work_what_was_read_by_then_is_kept) {
+    QStringList lines;
+    for (int i = 0; i < 24; ++i)
+        lines += u"Line %1 of this page"_s.arg(i + 11);
+    workForABlock = 61;
+    const Reading reading = read(drawn(lines), {u"eng"_s});
+    ASSERT_EQ(reading.lines.size(), 16U);
+    EXPECT_EQ(reading.lines.front().text(), lines.front());
+    EXPECT_EQ(reading.lines.back().text(), lines[15]);
+    EXPECT_THAT(counts, ElementsAre(8, 16));
+}
+
+TEST_F(PictureReading, what_no_engine_can_read_is_no_text) {
+    EXPECT_TRUE(read(drawn({u"ქართული ენა და დამწერლობა"_s}, u"DejaVu Sans"_s), {u"eng"_s}).lines.empty());
+}
+
+TEST(Decoding, tells_how_dense_the_screen_was) {
+    const QTemporaryDir folder;
+    const auto ratioOf = [&folder](const QString& told, int dotsPerMetre) {
+        QImage image = drawn({u"Text"_s});
+        if (!told.isEmpty())
+            image.setText(devicePixelRatioKey.toString(), told);
+        image.setDotsPerMeterX(dotsPerMetre);
+        image.setDotsPerMeterY(dotsPerMetre);
+        const QString path = folder.filePath(u"a.png"_s);
+        EXPECT_TRUE(image.save(path));
+        return std::get<QImage>(decodeImage(QUrl::fromLocalFile(path))).devicePixelRatio();
+    };
+    EXPECT_EQ(ratioOf({}, 3780), 1);
+    EXPECT_EQ(ratioOf(u"1.5"_s, 3780), 1.5);
+    EXPECT_EQ(ratioOf(u"2"_s, 3780), 2);
+    EXPECT_EQ(ratioOf(u"400"_s, 3780), 1) << "which no screen has";
+    EXPECT_EQ(ratioOf({}, 5669), 2) << "144 dots per inch";
+    EXPECT_EQ(ratioOf(u"1"_s, 5669), 1);
+}
+
+}  // namespace
+}  // namespace tralio
