@@ -1,9 +1,13 @@
 #include "desktop/kwin_desktop.h"
 
+#include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <stdexcept>
+
+#include "support/bus_configuration.h"
 
 namespace tralio {
 namespace {
@@ -12,20 +16,31 @@ using namespace Qt::StringLiterals;
 
 const QString socket = u"wayland-tralio"_s;
 
-/// Started from no desktop file, the program goes by the token of its session with the portal.
-const QStringList ourShortcuts{u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.kglobalaccel"_s,
-    u"--object-path"_s, u"/component/tralio"_s, u"--method"_s};
-
 }  // namespace
 
 KwinDesktop::KwinDesktop() {
     setVariable(u"XDG_CURRENT_DESKTOP"_s, u"KDE"_s);
-    startBus({u"org.freedesktop.portal.Desktop"_s, u"org.freedesktop.impl.portal.PermissionStore"_s,
-        u"org.freedesktop.impl.portal.desktop.kde"_s});
+    installProgram();
+    startBus();
     startCompositor();
     setVariable(u"WAYLAND_DISPLAY"_s, socket);
     // For what the bus starts, whose own environment is older than the compositor.
     run(u"dbus-update-activation-environment"_s, {u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM=wayland"_s});
+    // The compositor calls the portal too: that would start it before there is a display for its backend,
+    // without which the portal then stays.
+    offerServices(home(),
+        {u"org.freedesktop.portal.Desktop"_s, u"org.freedesktop.impl.portal.PermissionStore"_s,
+            u"org.freedesktop.impl.portal.desktop.kde"_s});
+}
+
+void KwinDesktop::installProgram() {
+    const QString applications = home() + u"/.local/share/applications"_s;
+    QDir().mkpath(applications);
+    const QString file = u"/org.tralio.Tralio.desktop"_s;
+    QFile::copy(QStringLiteral(TRALIO_SHARE) + file, applications + file);
+    // A file whose program is not found counts for nothing.
+    setVariable(
+        u"PATH"_s, QFileInfo(QStringLiteral(TRALIO_PROGRAM)).path() + u':' + environment().value(u"PATH"_s));
 }
 
 void KwinDesktop::startCompositor() {
@@ -50,15 +65,28 @@ void KwinDesktop::startCompositor() {
         throw std::runtime_error("kwin_wayland does not start");
 }
 
+QString KwinDesktop::askForShortcuts(
+    const QString& path, const QString& method, const QStringList& arguments) const {
+    return run(u"gdbus"_s,
+        QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.kde.kglobalaccel"_s, u"--object-path"_s,
+            path, u"--method"_s, u"org.kde."_s + method} +
+            arguments);
+}
+
+QString KwinDesktop::component() const {
+    // By the application's id; where the portal knows none, by the token of our session with it.
+    const QString all = askForShortcuts(u"/kglobalaccel"_s, u"KGlobalAccel.allComponents"_s);
+    static const QRegularExpression ours(u"/component/(org_tralio_Tralio|(token_)?tralio)\\b"_s);
+    return ours.match(all).captured();
+}
+
 QString KwinDesktop::shortcuts() const {
-    return run(u"gdbus"_s, ourShortcuts + QStringList{u"org.kde.kglobalaccel.Component.shortcutNames"_s});
+    return askForShortcuts(component(), u"kglobalaccel.Component.shortcutNames"_s);
 }
 
 void KwinDesktop::pressTextHotKey() const {
-    run(u"gdbus"_s,
-        ourShortcuts +
-            QStringList{
-                u"org.kde.kglobalaccel.Component.invokeShortcut"_s, u"translate-selection.LOGO+SHIFT+d"_s});
+    askForShortcuts(
+        component(), u"kglobalaccel.Component.invokeShortcut"_s, {u"translate-selection.LOGO+SHIFT+d"_s});
 }
 
 void KwinDesktop::endPortalBackend() const {

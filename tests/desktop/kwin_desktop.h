@@ -22,7 +22,14 @@ public:
     void bringToFront(const QString& title) const;
 
 private:
+    /// As the package does it: KDE knows programs by their desktop files.
+    void installProgram();
     void startCompositor();
+    /// Asks the daemon of shortcuts.
+    QString askForShortcuts(
+        const QString& path, const QString& method, const QStringList& arguments = {}) const;
+    /// What has this program's shortcuts there; empty where nothing has.
+    [[nodiscard]] QString component() const;
     /// Asks the search for windows of the desktop.
     QString askForWindows(const QString& method, const QStringList& arguments) const;
 };

@@ -34,7 +34,7 @@ TEST(TrayOnTheBus, shows_the_icon_and_opens_and_closes_the_popover_where_it_is_c
     tray.appear();
     ProgramRun program(desktop);
     ASSERT_TRUE(waitUntil([&] { return !tray.item().isEmpty(); }));
-    EXPECT_THAT(tray.pictures(), AllOf(SizeIs(3), Each(Gt(0))));
+    EXPECT_THAT(tray.pictures(), testing::IsSupersetOf({16, 22, 24, 32, 48})) << "what trays show";
     EXPECT_EQ(tray.toolTip(), u"Tralio"_s);
 
     for (const QPoint& place : {QPoint(900, 1010), QPoint(400, 8)}) {

@@ -33,7 +33,8 @@ TEST_F(X11, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
     EXPECT_EQ(pasteboard.changeCount(), last);
 }
 
-/// Owns the clipboard from a thread of its own, with a text that never ends.
+/// Owns the clipboard from a thread of its own, with a text that never ends. Before each answer comes one to
+/// a question of before, as from an owner that was too slow for it.
 class EndlessOwner final {
 public:
     static constexpr int pieceSize = 50'000;
@@ -85,9 +86,12 @@ private:
         notify.response_type = XCB_SELECTION_NOTIFY;
         notify.requestor = request.requestor;
         notify.selection = request.selection;
+        notify.target = XCB_ATOM_STRING;
+        const char* bytes = reinterpret_cast<const char*>(&notify);
+        xcb_send_event(m_connection->xcb(), 0, request.requestor, 0, bytes);
         notify.target = request.target;
         notify.property = request.property;
-        xcb_send_event(m_connection->xcb(), 0, request.requestor, 0, reinterpret_cast<const char*>(&notify));
+        xcb_send_event(m_connection->xcb(), 0, request.requestor, 0, bytes);
         xcb_flush(m_connection->xcb());
     }
     void put(xcb_atom_t type, quint8 format, quint32 count, const void* data) {

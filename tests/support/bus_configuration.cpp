@@ -31,14 +31,18 @@ constexpr QStringView configuration =
 QString writeBusConfiguration(const QString& folder, const QStringList& services) {
     const QString ours = folder + u"/services"_s;
     QDir().mkpath(ours);
-    for (const QString& service : services) {
-        const QString file = u'/' + service + u".service"_s;
-        QFile::link(u"/usr/share/dbus-1/services"_s + file, ours + file);
-    }
+    offerServices(folder, services);
     QFile written(folder + u"/bus.conf"_s);
     if (!written.open(QIODevice::WriteOnly) || written.write(configuration.toString().arg(ours).toUtf8()) < 0)
         throw std::runtime_error("the bus's configuration cannot be written");
     return written.fileName();
+}
+
+void offerServices(const QString& folder, const QStringList& services) {
+    for (const QString& service : services) {
+        const QString file = u'/' + service + u".service"_s;
+        QFile::link(u"/usr/share/dbus-1/services"_s + file, folder + u"/services"_s + file);
+    }
 }
 
 }  // namespace tralio

@@ -9,4 +9,7 @@ namespace tralio {
 /// path.
 [[nodiscard]] QString writeBusConfiguration(const QString& folder, const QStringList& services);
 
+/// Lets the bus of that folder, which may run, start these as well from now on.
+void offerServices(const QString& folder, const QStringList& services);
+
 }  // namespace tralio

@@ -148,7 +148,8 @@ void Button::paintEvent(QPaintEvent*) {
         const QColor ink = m_style.iconColor == ColorRole::none ? colors.content : color(m_style.iconColor);
         paintIcon(painter, leadArea(), {m_iconName, m_style.iconSize, m_style.boldIcon}, ink);
     }
-    paintText(painter, titleArea(), titleStyle(), colors.content, title());
+    // The edge is not for letters.
+    paintText(painter, titleArea().adjusted(0, 1, 0, -1), titleStyle(), colors.content, title());
 }
 
 }  // namespace tralio

@@ -40,7 +40,7 @@ void Chip::paintEvent(QPaintEvent*) {
     paintFocusRing(painter, area, radius::chip, Ground::neutral);
     paintFill(painter, QRectF(padding, (area.height() - dot) / 2, dot, dot), dot / 2.0,
         color(good ? ColorRole::greenSolid : ColorRole::redSolid));
-    paintText(painter, area.adjusted(padding + dot + gap, 0, -padding + 1, 0), titleStyle,
+    paintText(painter, area.adjusted(padding + dot + gap, 1, -padding + 1, -1), titleStyle,
         color(good ? ColorRole::secondary : ColorRole::red), title());
 }
 

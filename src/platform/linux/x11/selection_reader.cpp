@@ -20,8 +20,8 @@ const Event* eventAs(const xcb_generic_event_t& event, quint8 type) {
     return (event.response_type & 0x7f) == type ? &reinterpret_cast<const Event&>(event) : nullptr;
 }
 
-/// One conversion: a window and a property of our own for as long as it lasts, so that the late answer to an
-/// earlier question is never taken for the answer to this one.
+/// The conversions of one reading: a window and a property of our own for as long as it lasts, so that a late
+/// answer to an earlier reading is never taken for an answer to this one.
 class Conversion {
 public:
     Conversion(X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline)
@@ -61,7 +61,8 @@ public:
         const auto answer = m_connection.waitFor(
             [&](const xcb_generic_event_t& event) {
                 const auto* notify = eventAs<xcb_selection_notify_event_t>(event, XCB_SELECTION_NOTIFY);
-                return notify && notify->requestor == m_window;
+                // An owner that was too slow for the question before may answer that one first.
+                return notify && notify->requestor == m_window && notify->target == target;
             },
             m_deadline);
         if (!answer ||
