@@ -230,5 +230,26 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     EXPECT_FALSE(appState.isReadingCapture());
 }
 
+TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {
+    launch();
+    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"chữ"_s}}});
+    const auto press = [this] {
+        desktop.hotKeys.handler(ocrHotKeyID);
+        desktop.clock.advance(0ms);
+    };
+    recognizer.onRecognize = [&] {
+        press();
+        EXPECT_EQ(log.messages().count(u"handleScreenOCRHotKey: triggered"_s), 2);
+        EXPECT_TRUE(appState.isReadingCapture());
+        EXPECT_FALSE(recognizer.stops.back().stop_requested());
+        EXPECT_TRUE(popover.shown);
+    };
+    press();
+    desktop.clock.advance(150ms);
+    EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ"; }));
+    EXPECT_FALSE(appState.isReadingCapture());
+    EXPECT_THAT(recognizer.images, SizeIs(1));
+}
+
 }  // namespace
 }  // namespace tralio

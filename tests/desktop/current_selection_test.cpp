@@ -184,29 +184,5 @@ TEST_F(CurrentSelection, leaves_a_greyed_copy_alone) {
     EXPECT_TRUE(program.translatesNothing());
 }
 
-TEST_F(CurrentSelection, taken_over_on_the_clipboard_by_another_program_is_not_new) {
-    const auto copy = [this](const QString& text) -> QProcess& {
-        const QString path = desktop.write(u"copied.txt"_s, text);
-        return desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, path});
-    };
-    const auto requests = [this] { return program.standIn().requests().size(); };
-    QProcess& first = copy(sentence);
-    ASSERT_TRUE(waitUntil([&] { return desktop.clipboard() == sentence; }));
-    ASSERT_TRUE(program.clickTrayIcon());
-    ASSERT_TRUE(waitUntil([&] { return requests() == 1; }));
-    ASSERT_TRUE(program.closePopover());
-
-    QProcess& second = copy(sentence);
-    ASSERT_TRUE(waitUntil([&] { return first.state() == QProcess::NotRunning; }));
-    ASSERT_TRUE(program.clickTrayIcon());
-    EXPECT_FALSE(waitUntil([&] { return requests() > 1; }, 2));
-    ASSERT_TRUE(program.closePopover());
-
-    copy(u"một câu khác"_s);
-    ASSERT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
-    ASSERT_TRUE(program.clickTrayIcon());
-    EXPECT_TRUE(waitUntil([&] { return requests() > 1; }));
-}
-
 }  // namespace
 }  // namespace tralio
