@@ -12,7 +12,6 @@
 #include <QTemporaryDir>
 
 #include <optional>
-#include <sys/socket.h>
 #include <utility>
 
 #include "support/files.h"
@@ -186,9 +185,6 @@ void StandInModel::deliver(QTcpSocket* socket, const StandInReply& reply) {
             socket->write(reply.head());
             m_unsent.append({socket, reply.body});
             break;
-        case StandInReply::Delivery::resetInBody:
-            resetInBody(socket, reply);
-            break;
         case StandInReply::Delivery::endless:
             socket->write(reply.head() + reply.body);
             streamForEver(socket);
@@ -208,24 +204,6 @@ void StandInModel::streamForEver(QTcpSocket* socket) {
     };
     connect(socket, &QTcpSocket::bytesWritten, socket, writeMore);
     writeMore();
-}
-
-void StandInModel::resetInBody(QTcpSocket* socket, const StandInReply& reply) {
-    // A reset throws away what the other side has not read yet, so it must come after the other side has read
-    // the head: when more has gone out than the buffers in between can hold.
-    constexpr qsizetype moreThanTheBuffersHold = 7 * 1024 * 1024;
-    socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, 64 * 1024);
-    StandInReply partial = reply;
-    partial.body = reply.body.leftJustified(moreThanTheBuffersHold + 1, ' ');
-    socket->write(partial.head() + partial.body.first(moreThanTheBuffersHold));
-    connect(socket, &QTcpSocket::bytesWritten, socket, [socket] {
-        if (socket->bytesToWrite() > 0)
-            return;
-        const linger atOnce{.l_onoff = 1, .l_linger = 0};
-        setsockopt(
-            static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce));
-        socket->abort();
-    });
 }
 
 }  // namespace tralio

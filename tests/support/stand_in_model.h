@@ -90,7 +90,6 @@ private:
     void readRequests(QTcpSocket* socket);
     void deliver(QTcpSocket* socket, const StandInReply& reply);
     static void streamForEver(QTcpSocket* socket);
-    static void resetInBody(QTcpSocket* socket, const StandInReply& reply);
 
     Encryption m_encryption;
     std::optional<QTemporaryDir> m_certificates;

@@ -2,7 +2,6 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <cerrno>
 #include <openssl/x509_vfy.h>
@@ -16,7 +15,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using Delivery = StandInReply::Delivery;
 
 using MisbehavingServerTest = EngineTest;
 
@@ -121,20 +119,6 @@ TEST_F(MisbehavingServerTest, an_unreadable_body_is_an_empty_answer_or_an_error_
         standIn.replies(StandInReply::withBody(502, body));
         EXPECT_EQ(outcomeOf(translate()).aiError->statusCode(), 502);
     }
-}
-
-TEST_F(MisbehavingServerTest, the_event_loop_stays_alive_while_a_server_stalls) {
-    standIn.replies(StandInReply::translation(u"muộn"_s).delivered(Delivery::held));
-    QCoro::Task<QString> task = translate();
-    int turns = 0;
-    QTimer everyTurn;
-    QObject::connect(&everyTurn, &QTimer::timeout, [&turns] { ++turns; });
-    everyTurn.start(0);
-    ASSERT_TRUE(eventually([&] { return !standIn.requests().isEmpty() && turns > 100; }));
-    EXPECT_FALSE(task.isReady());
-
-    standIn.sendTheRest();
-    EXPECT_EQ(outcomeOf(std::move(task)).text, u"muộn"_s);
 }
 
 TEST(TransportWords, every_failure_is_described_and_names_what_failed_but_never_a_password) {

@@ -82,6 +82,7 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
     const QString silent = words(CURLE_GOT_NOTHING);
     const QString headers = tooLargeHeadersWords(QUrl(u"http://peer/"_s));
     const QByteArray chunks = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n";
+    const StandInReply compressed = StandInReply::gzipped(u"nén"_s);
     const Case cases[] = {
         {"ends before reading", [](Connection&) {}, u"*"_s, 0},
         {"resets before reading", [](Connection& peer) { peer.reset(); }, u"*"_s, 0},
@@ -94,6 +95,8 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         {"cut within a chunk", afterReading(chunks + "9\r\nwo"), broken},
         {"cut short of its length", afterReading("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhello"),
             broken},
+        {"reset within its length", afterReading("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhello", true),
+            broken},
         {"cut in the head", afterReading("HTTP/1.1 200 OK\r\nContent-"), u"*"_s},
         {"to the end of the connection", afterReading("HTTP/1.1 200 OK\r\n\r\nhello"), u"200 hello"_s},
         {"one header of 300 KB",
@@ -104,6 +107,8 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         {"garbled compression",
             afterReading(reply("not gzip", "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n")),
             words(CURLE_BAD_CONTENT_ENCODING)},
+        {"compression", afterReading(reply(compressed.body, "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n")),
+            u"200 "_s + QString::fromUtf8(StandInReply::translation(u"nén"_s).body)},
         {"no HTTP", afterReading("hello\n"), u"no HTTP"_s},
         {"a status without a number", afterReading("HTTP/1.1 OK\r\n\r\n"), u"no HTTP"_s},
         {"an alert of TLS", afterReading("\x15\x03\x01"), u"no HTTP"_s},
@@ -112,6 +117,18 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         {"a hint and nothing more", afterReading("HTTP/1.1 103 Early Hints\r\n\r\n"), broken},
         {"a length that is no number", afterReading("HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\nx"),
             words(CURLE_WEIRD_SERVER_REPLY)},
+        {"to be fetched elsewhere",
+            [](Connection& peer) {
+                for (;;) {
+                    const QByteArray request = peer.readRequest();
+                    if (request.isEmpty())
+                        return;
+                    peer.send(request.startsWith("GET /seen ")
+                            ? reply("fetched")
+                            : reply({}, "HTTP/1.1 303 See Other\r\nLocation: ../seen\r\n"));
+                }
+            },
+            u"200 fetched"_s},
         {"round in circles",
             afterReading("HTTP/1.1 303 See Other\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
             tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
