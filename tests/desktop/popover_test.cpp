@@ -45,19 +45,6 @@ TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape
     EXPECT_TRUE(program.isRunning());
 }
 
-TEST(PopoverWindow, opens_at_the_tray_icon_and_closes_at_the_next_click) {
-    VirtualDesktop desktop;
-    ProgramRun program(desktop);
-    ASSERT_TRUE(program.clickTrayIcon());
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
-    const QImage screen = desktop.screenshot(desktop.home() + u"/screen.png"_s);
-    const QRect area = program.popoverArea();
-    EXPECT_TRUE(screen.rect().contains(area));
-    EXPECT_GT(area.bottom(), screen.height() / 2) << "the tray is at the bottom of the screen";
-    ASSERT_TRUE(program.clickTrayIcon());
-    EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
-}
-
 TEST(PopoverWindow, stays_while_another_program_takes_the_keyboard_for_a_moment) {
     VirtualDesktop desktop;
     ProgramRun program(desktop);
@@ -139,17 +126,6 @@ TEST(PopoverWindow, closes_at_clicks_on_a_panel_and_on_the_bare_screen_that_take
         // A menu may have come up.
         desktop.press(u"Escape"_s);
     }
-}
-
-TEST(PopoverWindow, shows_what_went_wrong_when_the_model_does_not_answer) {
-    VirtualDesktop desktop;
-    ProgramRun program(desktop);
-    program.standIn().refuseConnections();
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
-    desktop.type(u"hello"_s);
-    desktop.press(u"Return"_s);
-    EXPECT_TRUE(waitUntil([&] { return program.shows(u"Lỗi kết nối mạng: "_s); }));
 }
 
 }  // namespace

@@ -51,17 +51,11 @@ TEST_F(TranslatePanelOnScreen, a_typed_text_is_translated_and_the_result_pasted_
     EXPECT_TRUE(waitUntil([this] { return program.shows(u"19 ký tự"_s); })) << "not taken over by a click";
 }
 
-TEST_F(TranslatePanelOnScreen, copied_text_is_pasted_and_translated_by_one_click_and_again_on_opening) {
+TEST_F(TranslatePanelOnScreen, copied_text_is_pasted_and_translated_by_one_click) {
     open();
     desktop.setClipboard(u"copied elsewhere"_s);
     ASSERT_TRUE(program.click(u"Dán & Tralio"_s));
     EXPECT_TRUE(modelGets(u"copied elsewhere"_s));
-    desktop.press(u"Escape"_s);
-
-    desktop.setClipboard(u"newer"_s);
-    ASSERT_TRUE(waitUntil([this] { return !program.isPopoverShown(); }));
-    ASSERT_TRUE(program.clickTrayIcon());
-    EXPECT_TRUE(modelGets(u"newer"_s));
 }
 
 TEST_F(TranslatePanelOnScreen, the_middle_button_pastes_what_is_selected_unless_it_is_too_long) {

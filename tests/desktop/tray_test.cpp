@@ -125,6 +125,9 @@ TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) 
         ASSERT_TRUE(waitUntil([&] { return !program.trayIcon().isEmpty(); })) << "start " << start;
         ASSERT_TRUE(program.clickTrayIcon());
         ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        const QRect screen = desktop.screenshot(desktop.home() + u"/screen.png"_s).rect();
+        EXPECT_TRUE(screen.contains(program.popoverArea()));
+        EXPECT_GT(program.popoverArea().bottom(), screen.height() / 2) << "the tray is at the bottom";
         ASSERT_TRUE(program.clickTrayIcon());
         ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
         ASSERT_TRUE(opensByMenu(desktop, program, [&] { EXPECT_TRUE(program.clickTrayIcon(3)); }))

@@ -37,12 +37,10 @@ protected:
         EXPECT_TRUE(nextTurn());
     }
 
-    int guidesOpened = 0;
     PermissionWatch permissions{hotKeys, desktop.clock};
     UndoOffer undo{desktop.clock};
-    std::unique_ptr<SettingsState> panel =
-        std::make_unique<SettingsState>(SettingsState::Dependencies{settings, hotKeys, ai, updates, appState,
-            permissions, undo, desktop.clock, keyCode, [this] { ++guidesOpened; }});
+    std::unique_ptr<SettingsState> panel = std::make_unique<SettingsState>(SettingsState::Dependencies{
+        settings, hotKeys, ai, updates, appState, permissions, undo, desktop.clock, keyCode, [] {}});
 };
 
 }  // namespace tralio

@@ -190,7 +190,7 @@ TEST_F(SettingsStateTest, a_connection_test_tells_how_it_went_until_the_endpoint
     EXPECT_EQ(settings.selectedPresetId(), u"kavo");
 }
 
-TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_there_yet_or_would_be_exposed) {
+TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_there_yet) {
     int asked = 0;
     appState.onUnlockKey = [&] { ++asked; };
     appState.isKeyAwaited = true;
@@ -199,8 +199,7 @@ TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_ther
     panel->runTestConnection();
     EXPECT_FALSE(panel->isTesting());
     EXPECT_FALSE(panel->isSuccess());
-    const auto locked = panel->testResult();
-    EXPECT_TRUE(locked);
+    EXPECT_TRUE(panel->testResult());
     EXPECT_EQ(asked, 1);
 
     settings.selectedPresetId = u"ollama"_s;  // wants none
@@ -209,13 +208,6 @@ TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_ther
     ASSERT_TRUE(eventually([&] { return !panel->isTesting(); }));
     EXPECT_TRUE(panel->isSuccess());
     EXPECT_EQ(asked, 1);
-
-    settings.apiKey = u"sk-mine"_s;
-    settings.baseURL = u"http://ai.example.com/v1"_s;
-    panel->runTestConnection();
-    EXPECT_FALSE(panel->isTesting());
-    EXPECT_FALSE(panel->isSuccess());
-    EXPECT_NE(panel->testResult(), locked);
 }
 
 TEST_F(SettingsStateTest, an_answer_that_comes_after_the_panel_has_gone_is_dropped) {

@@ -96,6 +96,11 @@ TEST_F(TranslatePanel, a_failure_shows_its_description_and_leaves_the_texts_alon
     settings.apiKey = QString();
     expectFailure(AIError::missingApiKey());
     EXPECT_EQ(model.requests().size(), 1);
+    settings.apiKey = u"sk-1"_s;
+    model.refuseConnections();
+    translate(u"hello"_s);
+    ASSERT_TRUE(translationEnds());
+    EXPECT_TRUE(panel->errorMessage().value_or(QString()).startsWith(u"Lỗi kết nối mạng: "_s));
     panel->dismissError();
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
 }
