@@ -1,10 +1,8 @@
-#include <QDir>
-#include <QFile>
-
 #include <gmock/gmock.h>
 
 #include "desktop/own_machine.h"
 #include "desktop/virtual_desktop.h"
+#include "support/files.h"
 #include "support/print_to.h"
 #include "support/stand_in_model.h"
 #include "update/app_update_info.h"
@@ -17,12 +15,6 @@ using namespace Qt::StringLiterals;
 
 constexpr int swapLimit = 40;  // seconds; the script itself pauses for 1.7
 const QString installedProgram = u"/Applications/Tralio.app/Contents/MacOS/TralioApp"_s;
-
-QByteArray contentOf(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
-    return file.readAll();
-}
 
 /// A machine with version 1.0.9 installed, and a server that offers 1.0.10.
 class BundleSwapTest : public testing::Test {
@@ -55,8 +47,7 @@ protected:
         const QString plist = parent + u"/Tralio.app/Contents/Info.plist"_s;
         const QByteArray content =
             contentOf(plist).replace(">" TRALIO_VERSION "<", '>' + version.toUtf8() + '<');
-        QFile file(plist);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        writeFile(plist, content);
         return parent;
     }
 
@@ -76,12 +67,7 @@ protected:
     }
 
     bool eventuallyLogs(const QString& text) const {
-        return waitUntil(
-            [&] {
-                QFile file(log);
-                return file.open(QIODevice::ReadOnly) && QString::fromUtf8(file.readAll()).endsWith(text);
-            },
-            swapLimit);
+        return waitUntil([&] { return QString::fromUtf8(contentOf(log)).endsWith(text); }, swapLimit);
     }
 
     QString installedVersion(OwnMachine& machine) const {

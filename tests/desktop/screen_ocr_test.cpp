@@ -33,8 +33,7 @@ protected:
         // The page stands when its text can be marked; the mark goes again.
         EXPECT_TRUE(waitUntil([&] {
             desktop.click(m_window, {100, 15}, 3);
-            return desktop.run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s})
-                .startsWith(firstLine.left(9));
+            return desktop.primary().startsWith(firstLine.left(9));
         }));
         desktop.click(m_window, {900, 15}, 1);
     }
@@ -90,8 +89,7 @@ TEST_F(ScreenOCR, the_text_in_a_drawn_rectangle_is_translated) {
 }
 
 TEST_F(ScreenOCR, the_button_in_the_window_hides_it_captures_and_translates) {
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());
     ASSERT_TRUE(program.click(u"Chụp & Tralio"_s));
     ASSERT_TRUE(pickerOpens());
     EXPECT_FALSE(program.isPopoverShown());

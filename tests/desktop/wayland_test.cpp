@@ -1,4 +1,3 @@
-#include <QFile>
 #include <QTest>
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 
 #include "desktop/program_run.h"
 #include "desktop/sway_desktop.h"
+#include "support/files.h"
 #include "support/ordinary_user.h"
 #include "support/print_to.h"
 
@@ -22,9 +22,7 @@ const OrdinaryProcess ordinaryProcess;
 
 /// Whether a program has loaded the drivers of GL, which cost it 30 MB.
 bool hasLoadedGL(qint64 process) {
-    QFile maps(u"/proc/%1/maps"_s.arg(process));
-    EXPECT_TRUE(maps.open(QIODevice::ReadOnly));
-    const QByteArray files = maps.readAll();
+    const QByteArray files = contentOf(u"/proc/%1/maps"_s.arg(process));
     EXPECT_TRUE(files.contains("/libQt6Widgets"));
     constexpr const char* drivers[] = {"/libEGL_", "/libGLX_", "_dri.so", "/libgallium", "/libLLVM"};
     return std::any_of(
