@@ -4,6 +4,7 @@
 #include "desktop/virtual_desktop.h"
 #include "support/files.h"
 #include "support/print_to.h"
+#include "support/run_to_end.h"
 #include "support/stand_in_model.h"
 #include "update/app_update_info.h"
 #include "update/info_plist.h"
@@ -31,19 +32,12 @@ protected:
 
     QString address(const QString& path) const { return u"http://127.0.0.1:%1"_s.arg(server.port()) + path; }
 
-    static void run(const QString& program, const QStringList& arguments, const QString& workingFolder = {}) {
-        QProcess process;
-        process.setWorkingDirectory(workingFolder);
-        process.start(program, arguments);
-        ASSERT_TRUE(process.waitForFinished() && process.exitCode() == 0) << qPrintable(program);
-    }
-
     /// Tralio.app of a version, in the folder of that name, with `program` in the place of the program.
     QString makeBundle(const QString& version, const QString& program) const {
         const QString parent = folder.filePath(version);
         QDir().mkpath(parent);
-        run(u"cp"_s, {u"-R"_s, QStringLiteral(TRALIO_BUNDLE), parent});
-        run(u"cp"_s, {program, parent + u"/Tralio.app/Contents/MacOS/TralioApp"_s});
+        runToEnd(u"cp"_s, {u"-R"_s, QStringLiteral(TRALIO_BUNDLE), parent});
+        runToEnd(u"cp"_s, {program, parent + u"/Tralio.app/Contents/MacOS/TralioApp"_s});
         const QString plist = parent + u"/Tralio.app/Contents/Info.plist"_s;
         const QByteArray content =
             contentOf(plist).replace(">" TRALIO_VERSION "<", '>' + version.toUtf8() + '<');
@@ -57,7 +51,7 @@ protected:
 
     void offer(const QString& version, const QString& program) {
         const QString parent = makeBundle(version, program);
-        run(QStringLiteral(CMAKE_PROGRAM),
+        runToEnd(QStringLiteral(CMAKE_PROGRAM),
             {u"-E"_s, u"tar"_s, u"cf"_s, u"Tralio.zip"_s, u"--format=zip"_s, u"Tralio.app"_s}, parent);
         const QByteArray archive = contentOf(parent + u"/Tralio.zip"_s);
         const AppUpdateInfo info{version, u"Nhanh hơn"_s, address(u"/Tralio.zip"_s), std::nullopt};

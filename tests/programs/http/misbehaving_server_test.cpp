@@ -9,6 +9,7 @@
 #include "engine/engine_test_support.h"
 #include "programs/http/transport_words.h"
 #include "support/raw_server.h"
+#include "support/run_to_end.h"
 
 namespace tralio {
 namespace {
@@ -47,9 +48,7 @@ public:
 /// An authority, and certificates of its own for this machine: a good one, an expired one, and one for
 /// another host.
 void makeCertificates(const QTemporaryDir& folder) {
-    QProcess shell;
-    shell.setWorkingDirectory(folder.path());
-    shell.start(u"sh"_s,
+    runToEnd(u"sh"_s,
         {u"-ec"_s,
             uR"(
         openssl req -x509 -newkey rsa:2048 -nodes -keyout ca.key -out ca.pem -subj /CN=Authority -days 2
@@ -64,9 +63,8 @@ void makeCertificates(const QTemporaryDir& folder) {
         issue expired IP:127.0.0.1 20200101000000Z 20210101000000Z
         issue other DNS:other.test 20200101000000Z 20491231000000Z
         openssl req -x509 -newkey rsa:2048 -nodes -keyout self.key -out self.pem -subj /CN=self -addext subjectAltName=IP:127.0.0.1 -days 2
-    )"_s});
-    ASSERT_TRUE(shell.waitForFinished() && shell.exitCode() == 0)
-        << shell.readAllStandardError().toStdString();
+    )"_s},
+        folder.path());
 }
 
 TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text_nor_key_and_is_told_why) {
