@@ -6,7 +6,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
@@ -24,6 +23,7 @@
 #include "recognition.h"
 #include "state/sqlite_key_value_store.h"
 #include "support/stand_in_model.h"
+#include "support/tls_server.h"
 #include "window_watch.h"
 
 namespace tralio {
@@ -65,7 +65,6 @@ public:
         store.setValue(u"app_setting_base_url"_s, m_standIn.baseURL());
         store.setValue(u"hasCompletedOnboarding"_s, true);
         // Into the tray at once, as the others start.
-        QDir(m_desktop.home()).mkpath(u".goldendict"_s);
         m_desktop.write(u".goldendict/config"_s,
             u"<config><preferences><enableTrayIcon>1</enableTrayIcon><startToTray>1</startToTray>"
             u"</preferences></config>"_s);
@@ -204,13 +203,15 @@ private:
 
     /// What tralio-http holds after a request by TLS.
     void measureHelper() {
-        StandInModel server(StandInModel::Encryption::selfSigned);
-        qputenv("SSL_CERT_FILE", QFile::encodeName(server.certificate()));
+        const QTemporaryDir folder;
+        makeCertificates(folder);
+        const TlsServer server(folder, {u"-cert"_s, u"good.pem"_s, u"-key"_s, u"good.key"_s});
+        qputenv("SSL_CERT_FILE", QFile::encodeName(folder.filePath(u"ca.pem"_s)));
         SystemClock clock;
         HelperHttpClient client(QStringLiteral(HTTP_PROGRAM), clock);
-        const HttpRequest request{QUrl(server.baseURL())};
-        QCoro::Task<HttpResponse> sending = client.send(request, "{}", std::chrono::seconds(10), {});
-        if (waitUntil([&] { return sending.isReady(); }, 10))
+        client.prepare(QUrl());  // so that it stays after the request
+        QCoro::Task<HttpResponse> getting = client.get({QUrl(server.url)}, std::chrono::seconds(10), {});
+        if (waitUntil([&] { return getting.isReady(); }, 10))
             m_helper = memoryOf(client.helperProcessId());
     }
 

@@ -82,15 +82,6 @@ TEST_F(Shell, a_click_on_the_tray_item_opens_the_popover_there_and_the_next_one_
     EXPECT_EQ(popover.anchors, (std::vector<std::optional<QRect>>{first, std::nullopt}));
 }
 
-TEST_F(Shell, the_panels_hide_and_show_the_popover) {
-    launch();
-    appState.showPopover();
-    EXPECT_TRUE(popover.shown);
-    EXPECT_EQ(popover.anchors.back(), statusItem.place);
-    appState.hidePopover();
-    EXPECT_FALSE(popover.shown);
-}
-
 TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty_milliseconds_after_that) {
     launch();
     const QString text = u"một hai ba bốn năm sáu bảy tám chín mười"_s;
@@ -228,6 +219,27 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ trên màn hình"; }));
     EXPECT_TRUE(wasTold);
     EXPECT_FALSE(appState.isReadingCapture());
+}
+
+TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {
+    launch();
+    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"chữ"_s}}});
+    const auto press = [this] {
+        desktop.hotKeys.handler(ocrHotKeyID);
+        desktop.clock.advance(0ms);
+    };
+    recognizer.onRecognize = [&] {
+        press();
+        EXPECT_EQ(log.messages().count(u"handleScreenOCRHotKey: triggered"_s), 2);
+        EXPECT_TRUE(appState.isReadingCapture());
+        EXPECT_FALSE(recognizer.stops.back().stop_requested());
+        EXPECT_TRUE(popover.shown);
+    };
+    press();
+    desktop.clock.advance(150ms);
+    EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ"; }));
+    EXPECT_FALSE(appState.isReadingCapture());
+    EXPECT_THAT(recognizer.images, SizeIs(1));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "support/fake_clock.h"
 
@@ -101,11 +102,6 @@ TEST_F(PopoverFocusTest, a_drag_that_ends_over_it_is_a_drop_and_brings_it_to_the
 }
 
 TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follows_the_pointer) {
-    open();
-    lose();
-    clock.advance(50ms);
-    EXPECT_FALSE(window.open) << "left by the keyboard";
-
     const auto left = [this] {
         focus.movedInside();
         focus.left();
@@ -129,36 +125,39 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     clock.advance(5s);
     EXPECT_TRUE(window.open) << "told of the keyboard first";
 
-    open();
-    focus.movedInside();
-    clock.advance(600ms);
-    focus.left();
-    lose();
-    clock.advance(50ms);
-    EXPECT_FALSE(window.open) << "covered, with the pointer where it was";
-
-    open();
-    left();
-    clock.advance(150ms);
-    lose();
-    clock.advance(50ms);
-    EXPECT_FALSE(window.open) << "the pointer had left before";
-
-    open();
-    window.underPointer = true;
-    focus.moved();
-    lose();
-    clock.advance(50ms);
-    EXPECT_FALSE(window.open) << "the pointer is still here: it has taken nothing along";
-
-    open();
-    window.underPointer = false;
-    focus.moved();
-    left();
-    clock.advance(601ms);
-    lose();
-    clock.advance(50ms);
-    EXPECT_FALSE(window.open) << "moved long before";
+    const std::pair<const char*, std::function<void()>> leavings[] = {
+        {"left by the keyboard", [] {}},
+        {"covered, with the pointer where it was",
+            [this] {
+                focus.movedInside();
+                clock.advance(600ms);
+                focus.left();
+            }},
+        {"the pointer had left before",
+            [&] {
+                left();
+                clock.advance(150ms);
+            }},
+        {"the pointer is still here: it has taken nothing along",
+            [this] {
+                window.underPointer = true;
+                focus.moved();
+            }},
+        {"moved long before",
+            [&] {
+                window.underPointer = false;
+                focus.moved();
+                left();
+                clock.advance(601ms);
+            }},
+    };
+    for (const auto& [how, before] : leavings) {
+        open();
+        before();
+        lose();
+        clock.advance(50ms);
+        EXPECT_FALSE(window.open) << how;
+    }
 }
 
 TEST_F(PopoverFocusTest, a_focus_that_follows_the_pointer_may_take_the_window_managers_delay) {

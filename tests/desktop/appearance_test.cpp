@@ -21,8 +21,7 @@ TEST(Appearance, follows_the_desktop_while_the_popover_is_open) {
     ScriptedPortal portal;
     portal.setColorScheme(1);
     ProgramRun program(desktop);
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());
     EXPECT_TRUE(waitUntil([&] { return groundLightness(desktop, program) < 60; }));
 
     portal.setColorScheme(2);
@@ -34,8 +33,7 @@ TEST(Appearance, the_window_grows_with_the_text_of_the_desktop_as_far_as_the_scr
     ScriptedPortal portal;
     portal.setTextScale(1.5);
     ProgramRun program(desktop);
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());
     EXPECT_EQ(program.popoverArea().width(), 530 * 3 / 2);
     EXPECT_GT(program.popoverArea().height(), 585);
 }

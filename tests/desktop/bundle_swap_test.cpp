@@ -1,11 +1,10 @@
-#include <QDir>
-#include <QFile>
-
 #include <gmock/gmock.h>
 
 #include "desktop/own_machine.h"
 #include "desktop/virtual_desktop.h"
+#include "support/files.h"
 #include "support/print_to.h"
+#include "support/run_to_end.h"
 #include "support/stand_in_model.h"
 #include "update/app_update_info.h"
 #include "update/info_plist.h"
@@ -17,12 +16,6 @@ using namespace Qt::StringLiterals;
 
 constexpr int swapLimit = 40;  // seconds; the script itself pauses for 1.7
 const QString installedProgram = u"/Applications/Tralio.app/Contents/MacOS/TralioApp"_s;
-
-QByteArray contentOf(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
-    return file.readAll();
-}
 
 /// A machine with version 1.0.9 installed, and a server that offers 1.0.10.
 class BundleSwapTest : public testing::Test {
@@ -39,24 +32,16 @@ protected:
 
     QString address(const QString& path) const { return u"http://127.0.0.1:%1"_s.arg(server.port()) + path; }
 
-    static void run(const QString& program, const QStringList& arguments, const QString& workingFolder = {}) {
-        QProcess process;
-        process.setWorkingDirectory(workingFolder);
-        process.start(program, arguments);
-        ASSERT_TRUE(process.waitForFinished() && process.exitCode() == 0) << qPrintable(program);
-    }
-
     /// Tralio.app of a version, in the folder of that name, with `program` in the place of the program.
     QString makeBundle(const QString& version, const QString& program) const {
         const QString parent = folder.filePath(version);
         QDir().mkpath(parent);
-        run(u"cp"_s, {u"-R"_s, QStringLiteral(TRALIO_BUNDLE), parent});
-        run(u"cp"_s, {program, parent + u"/Tralio.app/Contents/MacOS/TralioApp"_s});
+        runToEnd(u"cp"_s, {u"-R"_s, QStringLiteral(TRALIO_BUNDLE), parent});
+        runToEnd(u"cp"_s, {program, parent + u"/Tralio.app/Contents/MacOS/TralioApp"_s});
         const QString plist = parent + u"/Tralio.app/Contents/Info.plist"_s;
         const QByteArray content =
             contentOf(plist).replace(">" TRALIO_VERSION "<", '>' + version.toUtf8() + '<');
-        QFile file(plist);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        writeFile(plist, content);
         return parent;
     }
 
@@ -66,7 +51,7 @@ protected:
 
     void offer(const QString& version, const QString& program) {
         const QString parent = makeBundle(version, program);
-        run(QStringLiteral(CMAKE_PROGRAM),
+        runToEnd(QStringLiteral(CMAKE_PROGRAM),
             {u"-E"_s, u"tar"_s, u"cf"_s, u"Tralio.zip"_s, u"--format=zip"_s, u"Tralio.app"_s}, parent);
         const QByteArray archive = contentOf(parent + u"/Tralio.zip"_s);
         const AppUpdateInfo info{version, u"Nhanh hơn"_s, address(u"/Tralio.zip"_s), std::nullopt};
@@ -76,12 +61,7 @@ protected:
     }
 
     bool eventuallyLogs(const QString& text) const {
-        return waitUntil(
-            [&] {
-                QFile file(log);
-                return file.open(QIODevice::ReadOnly) && QString::fromUtf8(file.readAll()).endsWith(text);
-            },
-            swapLimit);
+        return waitUntil([&] { return QString::fromUtf8(contentOf(log)).endsWith(text); }, swapLimit);
     }
 
     QString installedVersion(OwnMachine& machine) const {

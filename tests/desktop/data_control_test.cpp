@@ -61,13 +61,9 @@ TEST_F(DataControlTest, every_change_counts_and_texts_of_any_length_are_read) {
     EXPECT_EQ(dataControl->text(primary, QDeadlineTimer(500)), u"đã bôi đen");
 }
 
-TEST_F(DataControlTest, a_picture_and_a_hung_owner_have_no_text) {
-    own(u"not a text"_s, {u"--type"_s, u"image/png"_s});
-    ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(clipboard) == 1; }));
-    EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(500)), std::nullopt);
-
+TEST_F(DataControlTest, a_hung_owner_has_no_text) {
     const QProcess& owner = own(u"never given"_s);
-    ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(clipboard) == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(clipboard) == 1; }));
     kill(static_cast<pid_t>(owner.processId()), SIGSTOP);
     QElapsedTimer time;
     time.start();

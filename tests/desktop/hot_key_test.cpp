@@ -73,8 +73,7 @@ TEST_F(HotKey, on_the_key_that_copies_lets_the_copy_pass_while_it_is_held_and_ty
     ASSERT_FALSE(program->standIn().requests().isEmpty());
     EXPECT_EQ(program->standIn().requests().last().userText(), u"marked text"_s);
 
-    desktop.press(u"Escape"_s);
-    ASSERT_TRUE(waitUntil([&] { return !program->isPopoverShown(); }));
+    ASSERT_TRUE(program->closePopover());
     desktop.setClipboard(u"something else"_s);
     ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
     desktop.press(u"ctrl+c"_s);

@@ -1,5 +1,3 @@
-#include <QDir>
-
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
@@ -15,7 +13,6 @@ using namespace Qt::StringLiterals;
 class VietnameseDesktop final {
 public:
     VietnameseDesktop() {
-        QDir(desktop.home()).mkpath(u".config/fcitx5/conf"_s);
         desktop.write(u".config/fcitx5/config"_s, u"[Behavior]\nActiveByDefault=True\n"_s);
         desktop.write(u".config/fcitx5/profile"_s,
             u"[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=unikey\n"

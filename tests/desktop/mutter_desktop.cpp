@@ -57,9 +57,7 @@ void MutterDesktop::input(const QString& method, const QVariantList& arguments) 
 }
 
 void MutterDesktop::pressTextHotKey() const {
-    run(u"gdbus"_s,
-        {u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
-            u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio.TranslateSelection"_s});
+    callOnBus(u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio.TranslateSelection"_s);
 }
 
 void MutterDesktop::press(const std::vector<quint32>& keys) const {

@@ -16,21 +16,18 @@ TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape
     ProgramRun program(desktop);
     program.standIn().translatesTo(u"xong"_s);
 
-    desktop.press(u"super+shift+d"_s);  // nothing is in front: nothing to translate, but the popover comes
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());  // nothing is in front: nothing to translate, but the popover comes
     desktop.type(u"hello"_s);
     desktop.press(u"Return"_s);
     ASSERT_TRUE(waitUntil([&] { return program.shownTranslation() == u"xong"_s; }));
     EXPECT_EQ(program.standIn().requests().last().userText(), u"hello"_s);
 
-    desktop.press(u"Escape"_s);
-    EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+    EXPECT_TRUE(program.closePopover());
 
     desktop.start(u"xterm"_s, {u"-e"_s, u"sleep"_s, u"1000"_s});
     const QString terminal = desktop.bringToFront(u"xterm"_s);
     ASSERT_FALSE(terminal.isEmpty());
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());
     program.callOnBus(u"Open"_s);  // while it is open
     desktop.click(terminal, {20, 20}, 1);
     EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
@@ -45,24 +42,10 @@ TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape
     EXPECT_TRUE(program.isRunning());
 }
 
-TEST(PopoverWindow, opens_at_the_tray_icon_and_closes_at_the_next_click) {
-    VirtualDesktop desktop;
-    ProgramRun program(desktop);
-    ASSERT_TRUE(program.clickTrayIcon());
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
-    const QImage screen = desktop.screenshot(desktop.home() + u"/screen.png"_s);
-    const QRect area = program.popoverArea();
-    EXPECT_TRUE(screen.rect().contains(area));
-    EXPECT_GT(area.bottom(), screen.height() / 2) << "the tray is at the bottom of the screen";
-    ASSERT_TRUE(program.clickTrayIcon());
-    EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
-}
-
 TEST(PopoverWindow, stays_while_another_program_takes_the_keyboard_for_a_moment) {
     VirtualDesktop desktop;
     ProgramRun program(desktop);
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());
 
     qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8());
     const auto other = X11Connection::open();
@@ -101,8 +84,7 @@ TEST(PopoverWindow, stays_when_the_focus_follows_the_pointer_elsewhere_and_close
     desktop.run(u"xdotool"_s, {u"mousemove"_s, u"100"_s, u"100"_s});
     for (const auto& [place, where] :
         {std::pair(QPoint(100, 100), "a window"), std::pair(QPoint(100, 800), "the root")}) {
-        desktop.press(u"super+shift+d"_s);
-        ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        ASSERT_TRUE(program.openByHotKey());
         const QPoint way = program.popoverArea().center() - QPoint(100, 100);
         movePointer(desktop, way);
         movePointer(desktop, -way);
@@ -139,17 +121,6 @@ TEST(PopoverWindow, closes_at_clicks_on_a_panel_and_on_the_bare_screen_that_take
         // A menu may have come up.
         desktop.press(u"Escape"_s);
     }
-}
-
-TEST(PopoverWindow, shows_what_went_wrong_when_the_model_does_not_answer) {
-    VirtualDesktop desktop;
-    ProgramRun program(desktop);
-    program.standIn().refuseConnections();
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
-    desktop.type(u"hello"_s);
-    desktop.press(u"Return"_s);
-    EXPECT_TRUE(waitUntil([&] { return program.shows(u"Lỗi kết nối mạng: "_s); }));
 }
 
 }  // namespace

@@ -158,10 +158,8 @@ bool ProgramRun::clickTrayIcon(int button) const {
 }
 
 void ProgramRun::callOnBus(const QString& method, const QStringList& texts) const {
-    m_desktop.run(u"gdbus"_s,
-        QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"org.tralio.Tralio"_s, u"--object-path"_s,
-            u"/org/tralio/Tralio"_s, u"--method"_s, u"org.tralio.Tralio."_s + method} +
-            texts);
+    m_desktop.callOnBus(
+        u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio."_s + method, texts);
 }
 
 QString ProgramRun::translateSelection() {
@@ -173,11 +171,15 @@ QString ProgramRun::translateSelection() {
 
 bool ProgramRun::translatesNothing() {
     const qsizetype before = m_standIn.requests().size();
-    m_desktop.pressTextHotKey();
-    if (!waitUntil([this] { return isPopoverInFront(); }))
+    if (!openByHotKey())
         return false;
     // A text that was fetched is asked for 0.13 s after that.
     return !waitUntil([&] { return m_standIn.requests().size() > before; }, 1) && closePopover();
+}
+
+bool ProgramRun::openByHotKey() const {
+    m_desktop.pressTextHotKey();
+    return waitUntil([this] { return isPopoverInFront(); });
 }
 
 bool ProgramRun::closePopover() const {

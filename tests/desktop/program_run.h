@@ -53,6 +53,9 @@ public:
     /// came of it.
     [[nodiscard]] bool translatesNothing();
 
+    /// Presses the text hot key and waits until the popover has the keyboard; whether it comes.
+    [[nodiscard]] bool openByHotKey() const;
+
     /// Closes the popover, so that the application before it has the keyboard again; whether it closes.
     [[nodiscard]] bool closePopover() const;
 

@@ -1,6 +1,4 @@
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 
 #include <gmock/gmock.h>
 #include <signal.h>
@@ -12,6 +10,7 @@
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
 #include "support/debug_log_file.h"
+#include "support/files.h"
 
 namespace tralio {
 namespace {
@@ -30,14 +29,11 @@ public:
         QDir().mkpath(runtime);
         QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
-        QDir().mkpath(m_home.filePath(u".config/speech-dispatcher/modules"_s));
-        QFile::copy(u"/etc/speech-dispatcher/modules/espeak-ng.conf"_s,
-            m_home.filePath(u".config/speech-dispatcher/modules/espeak-ng.conf"_s));
-        QFile config(m_home.filePath(u".config/speech-dispatcher/speechd.conf"_s));
-        if (!config.open(QIODevice::WriteOnly) ||
-            config.write("AddModule \"espeak-ng\" \"sd_espeak-ng\" \"espeak-ng.conf\"\n"
-                         "DefaultModule espeak-ng\n") < 0)
-            throw std::runtime_error("cannot write the speech daemon's configuration");
+        writeFile(m_home.filePath(u".config/speech-dispatcher/modules/espeak-ng.conf"_s),
+            contentOf(u"/etc/speech-dispatcher/modules/espeak-ng.conf"_s));
+        writeFile(m_home.filePath(u".config/speech-dispatcher/speechd.conf"_s),
+            "AddModule \"espeak-ng\" \"sd_espeak-ng\" \"espeak-ng.conf\"\n"
+            "DefaultModule espeak-ng\n");
 
         m_sound.setStandardErrorFile(QProcess::nullDevice());
         m_sound.start(u"pulseaudio"_s,
@@ -67,11 +63,9 @@ private:
     [[nodiscard]] QList<qint32> processes(const QByteArray& program) const {
         QList<qint32> found;
         for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
-            QFile file(u"/proc/"_s + name + u"/cmdline"_s);
-            if (name.toInt() == 0 || !file.open(QIODevice::ReadOnly))
-                continue;
-            const QByteArray line = file.readAll();
-            if (line.contains(m_home.path().toUtf8()) && line.split('\0').first().endsWith(program))
+            const QByteArray line = contentOf(u"/proc/"_s + name + u"/cmdline"_s);
+            if (name.toInt() != 0 && line.contains(m_home.path().toUtf8()) &&
+                line.split('\0').first().endsWith(program))
                 found << name.toInt();
         }
         return found;
@@ -151,8 +145,7 @@ TEST(SpeechButton, reads_the_result_aloud_and_stops) {
         desktop.setVariable(QString::fromLatin1(own), qEnvironmentVariable(own));
     ProgramRun program(desktop);
     program.standIn().translatesTo(u"Trời hôm nay rất đẹp. "_s.repeated(1000));
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());
     desktop.type(u"hello"_s);
     desktop.press(u"Return"_s);
 

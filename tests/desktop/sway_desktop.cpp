@@ -1,11 +1,12 @@
 #include "desktop/sway_desktop.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 
 #include <algorithm>
 #include <stdexcept>
+
+#include "support/files.h"
 
 namespace tralio {
 namespace {
@@ -61,10 +62,7 @@ void SwayDesktop::startCompositor(Xwayland xwayland, const SessionSettings& sett
     start(u"sway"_s, {u"-c"_s, path});
     if (!waitUntil([&] { return QFile::exists(told); }))
         throw std::runtime_error("sway does not start");
-    QFile file(told);
-    if (!file.open(QIODevice::ReadOnly))
-        throw std::runtime_error("sway has told nothing");
-    const QStringList words = QString::fromUtf8(file.readAll()).trimmed().split(u' ');
+    const QStringList words = QString::fromUtf8(contentOf(told)).trimmed().split(u' ');
     setVariable(u"WAYLAND_DISPLAY"_s, words.value(0));
     setVariable(u"SWAYSOCK"_s, words.value(1));
     if (withX)
@@ -166,10 +164,7 @@ bool SwayDesktop::isRunning(const QString& program) const {
     const QByteArray session = "WAYLAND_DISPLAY=" + environment().value(u"WAYLAND_DISPLAY"_s).toUtf8();
     const QByteArray home = "HOME=" + this->home().toUtf8();
     for (const QString& process : run(u"pgrep"_s, {u"-x"_s, program}).split(u'\n', Qt::SkipEmptyParts)) {
-        QFile file(u"/proc/%1/environ"_s.arg(process));
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        const QByteArrayList variables = file.readAll().split('\0');
+        const QByteArrayList variables = contentOf(u"/proc/%1/environ"_s.arg(process)).split('\0');
         if (variables.contains(session) && variables.contains(home))
             return true;
     }

@@ -1,12 +1,11 @@
 #include "desktop/test_session.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 #include <stdexcept>
 
 #include "support/bus_configuration.h"
+#include "support/files.h"
 
 namespace tralio {
 
@@ -58,10 +57,8 @@ void TestSession::startBus(const QStringList& services) {
 }
 
 void TestSession::setAccessibility(bool on) const {
-    run(u"gdbus"_s,
-        {u"call"_s, u"--session"_s, u"--dest"_s, u"org.a11y.Bus"_s, u"--object-path"_s, u"/org/a11y/bus"_s,
-            u"--method"_s, u"org.freedesktop.DBus.Properties.Set"_s, u"org.a11y.Status"_s, u"IsEnabled"_s,
-            on ? u"<true>"_s : u"<false>"_s});
+    callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties.Set"_s,
+        {u"org.a11y.Status"_s, u"IsEnabled"_s, on ? u"<true>"_s : u"<false>"_s});
 }
 
 QProcess& TestSession::start(const QString& program, const QStringList& arguments) {
@@ -90,12 +87,16 @@ QString TestSession::run(const QString& program, const QStringList& arguments) c
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
+QString TestSession::callOnBus(const QString& service, const QString& object, const QString& method,
+    const QStringList& arguments) const {
+    return run(u"gdbus"_s,
+        QStringList{u"call"_s, u"--session"_s, u"--dest"_s, service, u"--object-path"_s, object,
+            u"--method"_s, method} +
+            arguments);
+}
+
 QString TestSession::write(const QString& name, const QString& content) const {
-    const QString path = home() + u'/' + name;
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content.toUtf8()) < 0)
-        throw std::runtime_error("cannot write into the home folder");
-    return path;
+    return writeFile(home() + u'/' + name, content.toUtf8());
 }
 
 QString TestSession::firstLine(QProcess& process, const char* what) {

@@ -39,7 +39,11 @@ public:
     /// Runs a program in this session to its end and gives its output.
     QString run(const QString& program, const QStringList& arguments) const;
 
-    /// Writes a file into the home folder, whose path it gives.
+    /// Calls a method, named with its interface, on the session bus and gives the reply as text.
+    QString callOnBus(const QString& service, const QString& object, const QString& method,
+        const QStringList& arguments = {}) const;
+
+    /// Writes a file into the home folder, with the folders that lead to it. Gives its path.
     QString write(const QString& name, const QString& content) const;
 
     /// Turns the desktop's accessibility switch, which is on at the beginning.

@@ -44,8 +44,7 @@ TEST(TrayOnTheBus, shows_the_icon_and_opens_and_closes_the_popover_where_it_is_c
         tray.click(place);
         ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
     }
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());
     EXPECT_TRUE(hangsFrom(program.popoverArea(), {400, 8}, 1))
         << "the hot key does not know the icon's place";
 }
@@ -85,8 +84,7 @@ TEST(TrayOnTheBus, has_the_popover_on_the_monitor_of_the_click) {
 TEST(TrayOnTheBus, gets_the_icon_again_after_a_restart_and_when_it_comes_late) {
     VirtualDesktop desktop(VirtualDesktop::Tray::absent);
     ProgramRun program(desktop);
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); })) << "no tray at all";
+    ASSERT_TRUE(program.openByHotKey()) << "no tray at all";
     ScriptedTray tray;
     for (int start = 0; start < 3; ++start) {
         tray.appear();
@@ -125,6 +123,9 @@ TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) 
         ASSERT_TRUE(waitUntil([&] { return !program.trayIcon().isEmpty(); })) << "start " << start;
         ASSERT_TRUE(program.clickTrayIcon());
         ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        const QRect screen = desktop.screenshot(desktop.home() + u"/screen.png"_s).rect();
+        EXPECT_TRUE(screen.contains(program.popoverArea()));
+        EXPECT_GT(program.popoverArea().bottom(), screen.height() / 2) << "the tray is at the bottom";
         ASSERT_TRUE(program.clickTrayIcon());
         ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
         ASSERT_TRUE(opensByMenu(desktop, program, [&] { EXPECT_TRUE(program.clickTrayIcon(3)); }))
@@ -172,9 +173,7 @@ std::optional<QPoint> blueIn(const QImage& screen, int height) {
 
 TEST(TrayOnTheBus, of_a_real_panel_shows_the_icon_and_the_popover_hangs_from_it) {
     VirtualDesktop desktop(VirtualDesktop::Tray::absent);
-    const QString settings = u".config/xfce4/xfconf/xfce-perchannel-xml"_s;
-    desktop.run(u"mkdir"_s, {u"-p"_s, desktop.home() + u'/' + settings});
-    desktop.write(settings + u"/xfce4-panel.xml"_s, panelOfItems);
+    desktop.write(u".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"_s, panelOfItems);
     desktop.start(u"xfce4-panel"_s, {u"--disable-wm-check"_s});
     ProgramRun program(desktop);
     constexpr int panelHeight = 32;

@@ -76,6 +76,13 @@ QString VirtualDesktop::bringToFront(const QString& windowClass) const {
     return inFront ? window : QString();
 }
 
+QString VirtualDesktop::selectInEditor(const QString& text) {
+    start(u"mousepad"_s, {u"--disable-server"_s, write(u"selected.txt"_s, text)});
+    const QString editor = bringToFront(u"Mousepad"_s);
+    press(u"ctrl+a"_s);
+    return editor;
+}
+
 bool VirtualDesktop::isVisible(const QString& windowClass) const {
     return !run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--class"_s, windowClass}).isEmpty();
 }
@@ -117,6 +124,10 @@ void VirtualDesktop::setClipboard(const QString& text) {
 
 QString VirtualDesktop::clipboard() const {
     return run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s});
+}
+
+QString VirtualDesktop::primary() const {
+    return run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s});
 }
 
 QImage VirtualDesktop::screenshot(const QString& path) const {

@@ -29,6 +29,8 @@ public:
 
     /// The visible window of a class, waited for until it is in front; empty when it does not come.
     QString bringToFront(const QString& windowClass) const;
+    /// Starts a text editor with a text, all of it selected; its window, empty when it does not come.
+    QString selectInEditor(const QString& text);
     [[nodiscard]] bool isVisible(const QString& windowClass) const;
 
     void pressTextHotKey() const override;
@@ -42,6 +44,8 @@ public:
 
     void setClipboard(const QString& text);
     [[nodiscard]] QString clipboard() const;
+    /// What was selected last, in whatever application.
+    [[nodiscard]] QString primary() const;
 
     /// The whole screen, also as a PNG at `path`.
     QImage screenshot(const QString& path) const;

@@ -1,4 +1,3 @@
-#include <QFile>
 #include <QTest>
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 
 #include "desktop/program_run.h"
 #include "desktop/sway_desktop.h"
+#include "support/files.h"
 #include "support/ordinary_user.h"
 #include "support/print_to.h"
 
@@ -22,9 +22,7 @@ const OrdinaryProcess ordinaryProcess;
 
 /// Whether a program has loaded the drivers of GL, which cost it 30 MB.
 bool hasLoadedGL(qint64 process) {
-    QFile maps(u"/proc/%1/maps"_s.arg(process));
-    EXPECT_TRUE(maps.open(QIODevice::ReadOnly));
-    const QByteArray files = maps.readAll();
+    const QByteArray files = contentOf(u"/proc/%1/maps"_s.arg(process));
     EXPECT_TRUE(files.contains("/libQt6Widgets"));
     constexpr const char* drivers[] = {"/libEGL_", "/libGLX_", "_dri.so", "/libgallium", "/libLLVM"};
     return std::any_of(
@@ -32,7 +30,23 @@ bool hasLoadedGL(qint64 process) {
 }
 
 /// Both kinds of session: with windows of ours on Xwayland, and on Wayland itself.
-class Wayland : public testing::TestWithParam<SwayDesktop::Xwayland> {
+class BothSessions : public testing::TestWithParam<SwayDesktop::Xwayland> {
+protected:
+    explicit BothSessions(const SessionSettings& settings = {}) : desktop(GetParam(), settings) {}
+
+    [[nodiscard]] bool isPopoverShown() const { return !desktop.windowArea(u"Tralio"_s).isEmpty(); }
+
+    SwayDesktop desktop;
+    ProgramRun program{desktop};
+};
+
+const auto sessions = testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent);
+
+std::string sessionName(const testing::TestParamInfo<SwayDesktop::Xwayland>& session) {
+    return session.param == SwayDesktop::Xwayland::present ? "with_xwayland" : "without_xwayland";
+}
+
+class Wayland : public BothSessions {
 protected:
     /// A text editor with everything selected.
     void startEditor(const QString& text) {
@@ -48,16 +62,9 @@ protected:
         ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
     }
     [[nodiscard]] QString primary() const { return desktop.run(u"wl-paste"_s, {u"-p"_s, u"-n"_s}); }
-    [[nodiscard]] bool isPopoverShown() const { return !desktop.windowArea(u"Tralio"_s).isEmpty(); }
-
-    SwayDesktop desktop{GetParam()};
-    ProgramRun program{desktop};
 };
 
-INSTANTIATE_TEST_SUITE_P(Sessions, Wayland,
-    testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent), [](const auto& session) {
-        return session.param == SwayDesktop::Xwayland::present ? "with_xwayland" : "without_xwayland";
-    });
+INSTANTIATE_TEST_SUITE_P(Sessions, Wayland, sessions, sessionName);
 
 TEST_P(Wayland, what_is_selected_in_an_editor_is_translated_and_the_popover_shows_it) {
     startEditor(u"Ngôn ngữ trong trình soạn thảo"_s);
@@ -175,9 +182,10 @@ TEST(WaylandWindows, are_not_of_xwayland_where_that_would_blur_them) {
 }
 
 /// A session as it is shipped: the focus follows the pointer.
-class ShippedSway : public testing::TestWithParam<SwayDesktop::Xwayland> {
+class ShippedSway : public BothSessions {
 protected:
-    [[nodiscard]] bool isPopoverShown() const { return !desktop.windowArea(u"Tralio"_s).isEmpty(); }
+    ShippedSway() : BothSessions(SessionSettings::asShipped()) {}
+
     /// Moves the pointer as a hand does, which takes its time.
     void glide(const QPoint& from, const QPoint& to) {
         constexpr int steps = 30;
@@ -186,15 +194,9 @@ protected:
             QTest::qWait(5);
         }
     }
-
-    SwayDesktop desktop{GetParam(), SessionSettings::asShipped()};
-    ProgramRun program{desktop};
 };
 
-INSTANTIATE_TEST_SUITE_P(Sway, ShippedSway,
-    testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent), [](const auto& session) {
-        return session.param == SwayDesktop::Xwayland::present ? "with_xwayland" : "without_xwayland";
-    });
+INSTANTIATE_TEST_SUITE_P(Sway, ShippedSway, sessions, sessionName);
 
 TEST_P(ShippedSway, leaves_the_popover_open_when_the_pointer_leaves_it_and_gives_it_the_keyboard_again) {
     desktop.start(u"foot"_s, {u"-o"_s, u"initial-window-size-pixels=400x300"_s, u"sleep"_s, u"1000"_s});

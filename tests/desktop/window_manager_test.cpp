@@ -22,9 +22,7 @@ const auto preventsStealing =
 
 TEST(WindowManager, that_prevents_the_stealing_of_the_focus_gives_it_to_the_popover_whatever_opens_it) {
     VirtualDesktop desktop;
-    const QString settings = u".config/xfce4/xfconf/xfce-perchannel-xml"_s;
-    desktop.run(u"mkdir"_s, {u"-p"_s, desktop.home() + u'/' + settings});
-    desktop.write(settings + u"/xfwm4.xml"_s, preventsStealing);
+    desktop.write(u".config/xfce4/xfconf/xfce-perchannel-xml/xfwm4.xml"_s, preventsStealing);
     desktop.replaceWindowManager(u"xfwm4"_s, {u"--replace"_s, u"--sm-client-disable"_s});
     ProgramRun program(desktop);
     program.standIn().translatesTo(u"xong"_s);
@@ -62,8 +60,7 @@ TEST(WindowManager, with_a_compositor_may_fade_the_popover_but_closing_and_openi
     program.standIn().translatesTo(u"xong"_s);
     for (int opening = 0; opening < 3; ++opening) {
         // Again while the former one still fades out.
-        desktop.press(u"super+shift+d"_s);
-        ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+        ASSERT_TRUE(program.openByHotKey());
         desktop.press(u"Escape"_s);
         program.callOnBus(u"Open"_s);
         ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
@@ -72,8 +69,7 @@ TEST(WindowManager, with_a_compositor_may_fade_the_popover_but_closing_and_openi
         desktop.press(u"Return"_s);
         ASSERT_TRUE(waitUntil([&] { return program.standIn().requests().size() == opening + 1; }));
         EXPECT_EQ(program.standIn().requests().last().userText(), u"hello"_s);
-        desktop.press(u"Escape"_s);
-        ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+        ASSERT_TRUE(program.closePopover());
     }
 }
 
@@ -81,8 +77,7 @@ TEST(LowScreen, has_the_whole_popover_with_its_footer) {
     VirtualDesktop desktop(VirtualDesktop::Tray::present, {1024, 576});
     ProgramRun program(desktop);
     program.standIn().refuseConnections();
-    desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return program.isPopoverInFront(); }));
+    ASSERT_TRUE(program.openByHotKey());
     const QImage screen = desktop.screenshot(desktop.home() + u"/screen.png"_s);
     EXPECT_TRUE(screen.rect().contains(program.popoverArea()));
     EXPECT_TRUE(program.click(u"Cài đặt"_s));

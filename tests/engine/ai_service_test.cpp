@@ -149,33 +149,5 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
     EXPECT_EQ(outcomeOf(translate()).text, key);
 }
 
-TEST_F(AIServiceTest, compressed_replies_and_redirects_are_followed) {
-    standIn.replies(StandInReply::gzipped(u"nén"_s));
-    EXPECT_EQ(outcomeOf(translate()).text, u"nén"_s);
-
-    standIn.repliesBy([](const StandInModel::Request& request) {
-        return request.target == "/moved" ? StandInReply::translation(u"đích"_s)
-                                          : StandInReply::redirect(307, "/moved");
-    });
-    EXPECT_EQ(outcomeOf(translate()).text, u"đích"_s);
-    EXPECT_EQ(standIn.requests().last().method, "POST");
-    EXPECT_EQ(standIn.requests().last().userText(), u"Hello"_s);
-    standIn.repliesBy([](const StandInModel::Request& request) {
-        return request.target == "/v1/seen" ? StandInReply::translation(u"đích"_s)
-                                            : StandInReply::redirect(303, "../seen");
-    });
-    EXPECT_EQ(outcomeOf(translate()).text, u"đích"_s);
-    EXPECT_EQ(standIn.requests().last().method, "GET");
-}
-
-TEST_F(AIServiceTest, several_translations_may_be_under_way_at_once) {
-    standIn.translatesBy([](const StandInModel::Request& request) { return request.userText().toUpper(); });
-    std::vector<QCoro::Task<QString>> tasks;
-    for (int i = 0; i < 20; ++i)
-        tasks.push_back(service.translate(u"text %1"_s.arg(i), u"A"_s, u"B"_s, {}, settings));
-    for (int i = 0; i < 20; ++i)
-        EXPECT_EQ(outcomeOf(std::move(tasks[static_cast<size_t>(i)])).text, u"TEXT %1"_s.arg(i));
-}
-
 }  // namespace
 }  // namespace tralio

@@ -22,6 +22,7 @@ TEST(AppStateTest, a_request_puts_the_trimmed_text_in_place_before_it_renews_the
     const auto first = state.translateTriggerId();
     state.requestTranslation(u"word"_s);
     EXPECT_NE(state.translateTriggerId(), first);
+    EXPECT_EQ(seen.size(), 4U) << "an equal text is announced, too";
     EXPECT_EQ(log.messages(), QStringList(2, u"AppState.requestTranslation: requested with text 'word'"_s));
 }
 

@@ -6,7 +6,6 @@
 namespace tralio {
 
 void FakeClock::after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) {
-    m_lastScheduled = m_now;
     m_calls.emplace(m_now + delay, Call{context, std::make_shared<std::function<void()>>(std::move(action))});
 }
 

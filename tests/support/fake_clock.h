@@ -24,9 +24,8 @@ public:
     /// and nothing of what that schedules.
     void standStill(std::chrono::milliseconds time);
 
-    /// The time by this clock, and when something was last scheduled.
+    /// The time by this clock.
     [[nodiscard]] std::chrono::milliseconds now() const { return m_now; }
-    [[nodiscard]] std::chrono::milliseconds lastScheduled() const { return m_lastScheduled; }
 
     /// The number of calls that still wait for their time.
     [[nodiscard]] qsizetype pending() const;
@@ -42,7 +41,6 @@ private:
     };
 
     std::chrono::milliseconds m_now{0};
-    std::chrono::milliseconds m_lastScheduled{0};
     std::multimap<std::chrono::milliseconds, Call> m_calls;
 };
 

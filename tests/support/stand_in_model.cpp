@@ -2,43 +2,16 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProcess>
-#include <QSslCertificate>
-#include <QSslConfiguration>
-#include <QSslKey>
-#include <QSslServer>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTemporaryDir>
 
 #include <optional>
-#include <sys/socket.h>
 #include <utility>
-
-#include "support/files.h"
 
 namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-/// A fresh key and a certificate for it that it signed itself, which are left in the folder.
-QSslConfiguration selfSignedConfiguration(const QTemporaryDir& folder) {
-    const QString key = folder.filePath(u"key.pem"_s);
-    const QString certificate = folder.filePath(u"certificate.pem"_s);
-    QProcess openssl;
-    openssl.start(u"openssl"_s,
-        {u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-days"_s, u"2"_s, u"-subj"_s,
-            u"/CN=localhost"_s, u"-addext"_s, u"subjectAltName=DNS:localhost,IP:127.0.0.1"_s, u"-keyout"_s,
-            key, u"-out"_s, certificate});
-    if (!openssl.waitForFinished() || openssl.exitCode() != 0)
-        qFatal("The stand-in needs the openssl program.");
-
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.setPrivateKey(QSslKey(contentOf(key), QSsl::Rsa));
-    configuration.setLocalCertificate(QSslCertificate(contentOf(certificate)));
-    return configuration;
-}
 
 /// The first request in `data` and the number of bytes it takes; nothing while it is not complete.
 std::optional<std::pair<StandInModel::Request, qsizetype>> parseRequest(const QByteArray& data) {
@@ -87,14 +60,7 @@ QString StandInModel::Request::systemPrompt() const {
     return {};
 }
 
-StandInModel::StandInModel(Encryption encryption) : m_encryption(encryption) {
-    if (encryption == Encryption::selfSigned) {
-        auto server = std::make_unique<QSslServer>();
-        server->setSslConfiguration(selfSignedConfiguration(m_certificates.emplace()));
-        m_server = std::move(server);
-    } else {
-        m_server = std::make_unique<QTcpServer>();
-    }
+StandInModel::StandInModel() : m_server(std::make_unique<QTcpServer>()) {
     connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, this, [this] {
         while (QTcpSocket* socket = m_server->nextPendingConnection())
             accept(socket);
@@ -108,12 +74,7 @@ StandInModel::StandInModel(Encryption encryption) : m_encryption(encryption) {
 StandInModel::~StandInModel() = default;
 
 QString StandInModel::baseURL() const {
-    const QString scheme = m_encryption == Encryption::none ? u"http"_s : u"https"_s;
-    return u"%1://127.0.0.1:%2/v1"_s.arg(scheme, QString::number(m_port));
-}
-
-QString StandInModel::certificate() const {
-    return m_certificates->filePath(u"certificate.pem"_s);
+    return u"http://127.0.0.1:%1/v1"_s.arg(m_port);
 }
 
 void StandInModel::translatesTo(const QString& translation) {
@@ -186,9 +147,6 @@ void StandInModel::deliver(QTcpSocket* socket, const StandInReply& reply) {
             socket->write(reply.head());
             m_unsent.append({socket, reply.body});
             break;
-        case StandInReply::Delivery::resetInBody:
-            resetInBody(socket, reply);
-            break;
         case StandInReply::Delivery::endless:
             socket->write(reply.head() + reply.body);
             streamForEver(socket);
@@ -208,24 +166,6 @@ void StandInModel::streamForEver(QTcpSocket* socket) {
     };
     connect(socket, &QTcpSocket::bytesWritten, socket, writeMore);
     writeMore();
-}
-
-void StandInModel::resetInBody(QTcpSocket* socket, const StandInReply& reply) {
-    // A reset throws away what the other side has not read yet, so it must come after the other side has read
-    // the head: when more has gone out than the buffers in between can hold.
-    constexpr qsizetype moreThanTheBuffersHold = 7 * 1024 * 1024;
-    socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, 64 * 1024);
-    StandInReply partial = reply;
-    partial.body = reply.body.leftJustified(moreThanTheBuffersHold + 1, ' ');
-    socket->write(partial.head() + partial.body.first(moreThanTheBuffersHold));
-    connect(socket, &QTcpSocket::bytesWritten, socket, [socket] {
-        if (socket->bytesToWrite() > 0)
-            return;
-        const linger atOnce{.l_onoff = 1, .l_linger = 0};
-        setsockopt(
-            static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce));
-        socket->abort();
-    });
 }
 
 }  // namespace tralio

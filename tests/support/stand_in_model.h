@@ -5,11 +5,9 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
-#include <QTemporaryDir>
 
 #include <functional>
 #include <memory>
-#include <optional>
 
 #include "support/stand_in_reply.h"
 
@@ -46,20 +44,12 @@ public:
         [[nodiscard]] QString systemPrompt() const;
     };
 
-    enum class Encryption {
-        none,
-        selfSigned,  ///< TLS with a certificate, made on the spot, that nobody trusts
-    };
-
-    explicit StandInModel(Encryption encryption = Encryption::none);
+    StandInModel();
     ~StandInModel() override;
 
     [[nodiscard]] quint16 port() const { return m_port; }
     /// What to enter as the base URL to reach the stand-in.
     [[nodiscard]] QString baseURL() const;
-
-    /// The file with the certificate that a client has to trust, where there is one.
-    [[nodiscard]] QString certificate() const;
 
     /// From now on, replies in this way to every request.
     void translatesTo(const QString& translation);
@@ -90,10 +80,7 @@ private:
     void readRequests(QTcpSocket* socket);
     void deliver(QTcpSocket* socket, const StandInReply& reply);
     static void streamForEver(QTcpSocket* socket);
-    static void resetInBody(QTcpSocket* socket, const StandInReply& reply);
 
-    Encryption m_encryption;
-    std::optional<QTemporaryDir> m_certificates;
     std::unique_ptr<QTcpServer> m_server;
     quint16 m_port = 0;
     std::function<StandInReply(const Request&)> m_reply;

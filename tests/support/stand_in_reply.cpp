@@ -3,7 +3,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
+
+#include "support/run_to_end.h"
 
 namespace tralio {
 namespace {
@@ -12,16 +13,6 @@ using namespace Qt::StringLiterals;
 
 QByteArray json(const QJsonObject& object) {
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
-}
-
-QByteArray gzip(const QByteArray& data) {
-    QProcess process;
-    process.start(u"gzip"_s, {u"-c"_s});
-    process.write(data);
-    process.closeWriteChannel();
-    if (!process.waitForFinished() || process.exitCode() != 0)
-        qFatal("The stand-in needs the gzip program.");
-    return process.readAllStandardOutput();
 }
 
 }  // namespace
@@ -51,7 +42,7 @@ StandInReply StandInReply::translation(const QString& text) {
 
 StandInReply StandInReply::gzipped(const QString& text) {
     StandInReply reply = translation(text);
-    reply.body = gzip(reply.body);
+    reply.body = runToEnd(u"gzip"_s, {u"-c"_s}, {}, reply.body);
     reply.headers.emplaceBack("Content-Encoding", "gzip");
     return reply;
 }

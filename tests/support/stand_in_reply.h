@@ -16,7 +16,6 @@ struct StandInReply {
         whole,          ///< as a good server would
         held,           ///< nothing at all, until the test sends it on
         trickled,       ///< the head at once, the body byte by byte as the test says
-        resetInBody,    ///< the connection is reset after a part of the body
         endless,        ///< the body is followed by blanks for ever
         withoutStatus,  ///< the body alone, where a status line should be, and the connection closed
     };

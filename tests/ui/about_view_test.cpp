@@ -8,7 +8,6 @@
 #include "engine/hosts.h"
 #include "support/print_to.h"
 #include "ui/kit/button.h"
-#include "ui/kit/label.h"
 #include "widget_support.h"
 
 namespace tralio {
@@ -20,10 +19,7 @@ TEST(About, shows_the_version_that_runs_and_links_that_lead_to_the_maker) {
     QList<QUrl> opened;
     AboutView about(u"2.5"_s, [&](const QUrl& url) { opened << url; });
     showActive(about);
-    QStringList texts;
-    for (const Label* label : visibleParts<Label>(about))
-        texts << label->text();
-    EXPECT_FALSE(texts.filter(u" 2.5"_s).isEmpty());
+    EXPECT_FALSE(textsIn(about).filter(u" 2.5"_s).isEmpty());
 
     for (Button* button : visibleParts<Button>(about)) {
         QTest::mouseClick(button, Qt::LeftButton);

@@ -32,9 +32,7 @@ protected:
     }
     static Picture picture() { return std::make_shared<MemoryFile>("not looked at by the panel"); }
     [[nodiscard]] QUrl file(const QString& name, const QByteArray& content) const {
-        QFile written(QDir(folder.path()).filePath(name));
-        EXPECT_TRUE(written.open(QIODevice::WriteOnly) && written.write(content) == content.size());
-        return QUrl::fromLocalFile(written.fileName());
+        return QUrl::fromLocalFile(writeFile(folder.filePath(name), content));
     }
     bool recognitionEnds() {
         return eventually([this] { return !panel->isOCROngoing(); });

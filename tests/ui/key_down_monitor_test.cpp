@@ -45,8 +45,11 @@ TEST(KeyDownMonitorTest, what_a_swallowed_key_repeats_reaches_nobody_until_it_is
     using enum QEvent::Type;
     watchKeyboardUse();
     Target target;
-    auto monitor = std::make_unique<KeyDownMonitor>(
-        [](quint32) { return KeyCode::escape; }, [](const KeyCombination&) { return true; });
+    const auto swallow = [] {
+        return std::make_unique<KeyDownMonitor>(
+            [](quint32) { return KeyCode::escape; }, [](const KeyCombination&) { return true; });
+    };
+    auto monitor = swallow();
     target.send(KeyPress, 100);
     target.send(KeyRelease, 300);
     monitor.reset();
@@ -64,6 +67,13 @@ TEST(KeyDownMonitorTest, what_a_swallowed_key_repeats_reaches_nobody_until_it_is
     target.send(KeyRelease, 800);
     target.send(KeyPress, 800);
     EXPECT_EQ(target.presses, 3) << "it swallows no more";
+
+    monitor = swallow();
+    target.send(KeyPress, 900);
+    target.send(KeyRelease, 1000);
+    monitor.reset();
+    target.send(KeyPress, 1200);
+    EXPECT_EQ(target.presses, 4) << "released before the end";
 }
 
 TEST(KeyDownMonitorTest, a_control_is_pressed_once_by_a_key_that_is_held) {

@@ -15,7 +15,6 @@
 #include "support/print_to.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
-#include "ui/kit/label.h"
 #include "ui/kit/theme.h"
 #include "ui/onboarding/onboarding_state.h"
 #include "ui/onboarding/page_indicator.h"
@@ -75,10 +74,6 @@ protected:
         QWidget* focused = QApplication::focusWidget();
         QTest::keyClick(focused != nullptr ? focused : &window, key);
         ASSERT_TRUE(nextTurn());
-    }
-    [[nodiscard]] static QString focusedTitle() {
-        const auto* button = qobject_cast<Button*>(QApplication::focusWidget());
-        return button != nullptr ? button->title() : QString();
     }
 
     FakeDesktop desktop;
@@ -146,16 +141,10 @@ TEST_F(WalkThroughView, a_permission_is_asked_for_on_its_card_until_it_is_grante
 
 TEST_F(WalkThroughView, the_last_page_names_the_shortcuts_of_this_machine_as_they_are) {
     goTo(3);
-    const auto tells = [this](const QString& text) {
-        for (const Label* label : visibleParts<Label>(*view))
-            if (label->text() == text)
-                return true;
-        return false;
-    };
-    EXPECT_TRUE(tells(u"Trên máy này: Super + Shift + D và Super + Shift + S"_s));
+    EXPECT_TRUE(textsIn(*view).contains(u"Trên máy này: Super + Shift + D và Super + Shift + S"_s));
     settings.updateCustomHotKey(17, 2048, u"⌥ T"_s);
     ASSERT_TRUE(nextTurn());
-    EXPECT_TRUE(tells(u"Trên máy này: Alt + T và Super + Shift + S"_s));
+    EXPECT_TRUE(textsIn(*view).contains(u"Trên máy này: Alt + T và Super + Shift + S"_s));
 }
 
 TEST_F(WalkThroughView, return_alone_leads_through_it) {
@@ -217,6 +206,19 @@ TEST_F(WalkThroughView, a_page_changes_in_a_motion_unless_the_desktop_asks_for_n
     EXPECT_FALSE(isOnItsWay());
     Theme::setAppearance({});
     EXPECT_TRUE(isOnItsWay());
+}
+
+TEST_F(WalkThroughView, stays_within_its_pages_and_may_be_taken_away_by_whoever_is_told_of_its_end) {
+    view.reset();
+    state = std::make_unique<OnboardingState>(
+        OnboardingState::Dependencies{hotKeys, permissions, settings}, [this] { state.reset(); });
+    state->back();
+    EXPECT_TRUE(state->isFirstStep());
+    for (int step = 0; step < OnboardingState::totalSteps; ++step)
+        state->next();
+    EXPECT_TRUE(state->isLastStep());
+    state->finish();
+    EXPECT_EQ(state, nullptr);
 }
 
 }  // namespace

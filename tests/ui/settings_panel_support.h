@@ -28,28 +28,19 @@ protected:
     /// A key goes down at a position; `key` and `text` are what the keyboard's layout makes of it.
     static void press(QObject* receiver, quint16 position, Qt::KeyboardModifiers modifiers = {},
         int key = Qt::Key_D, const QString& text = QStringLiteral("d")) {
-        send(receiver, {QEvent::KeyPress, key, modifiers, firstScanCode + position, 0, 0, text});
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, firstScanCode + position, 0, 0, text);
+        QCoreApplication::sendEvent(receiver, &event);
     }
-    /// The key that is down repeats.
-    static void repeat(QObject* receiver, quint16 position, Qt::KeyboardModifiers modifiers, int key) {
-        send(receiver, {QEvent::KeyPress, key, modifiers, firstScanCode + position, 0, 0, {}, true});
-    }
-    static void release(QObject* receiver, quint16 position, int key) {
-        send(receiver, {QEvent::KeyRelease, key, {}, firstScanCode + position, 0, 0});
-    }
-    static void send(QObject* receiver, QKeyEvent event) { QCoreApplication::sendEvent(receiver, &event); }
     /// Lets happen what was put off.
     void settle() {
         desktop.clock.advance(std::chrono::milliseconds(0));
         EXPECT_TRUE(nextTurn());
     }
 
-    int guidesOpened = 0;
     PermissionWatch permissions{hotKeys, desktop.clock};
     UndoOffer undo{desktop.clock};
-    std::unique_ptr<SettingsState> panel =
-        std::make_unique<SettingsState>(SettingsState::Dependencies{settings, hotKeys, ai, updates, appState,
-            permissions, undo, desktop.clock, keyCode, [this] { ++guidesOpened; }});
+    std::unique_ptr<SettingsState> panel = std::make_unique<SettingsState>(SettingsState::Dependencies{
+        settings, hotKeys, ai, updates, appState, permissions, undo, desktop.clock, keyCode, [] {}});
 };
 
 }  // namespace tralio

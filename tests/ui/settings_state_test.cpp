@@ -72,34 +72,6 @@ TEST_F(SettingsStateTest, escape_ends_recording_wherever_the_layout_has_it) {
     EXPECT_EQ(settings.ocrHotKeyDisplay(), AppSettings::defaultOcrHotKeyDisplay);
 }
 
-TEST_F(SettingsStateTest, what_the_key_that_ended_recording_repeats_reaches_nobody_until_it_is_pressed_anew) {
-    constexpr quint16 keyX = 7;
-    constexpr quint16 keyEscape = 53;
-    for (const auto& [position, modifiers, key] : {std::tuple(keyX, Qt::ControlModifier, Qt::Key_X),
-             std::tuple(keyEscape, Qt::NoModifier, Qt::Key_Escape)}) {
-        panel->startRecording(textSelection);
-        press(&focused, position, modifiers, key);
-        repeat(&focused, position, modifiers, key);
-        settle();
-        EXPECT_EQ(panel->recordingTarget(), std::nullopt);
-        repeat(&focused, position, modifiers, key);
-        EXPECT_EQ(focused.presses, 0);
-        press(&focused, keyD);
-        EXPECT_EQ(std::exchange(focused.presses, 0), 1) << "another key is free";
-
-        release(&focused, position, key);
-        press(&focused, position, modifiers, key);
-        EXPECT_EQ(std::exchange(focused.presses, 0), 1) << "and so is this one, pressed anew";
-    }
-
-    panel->startRecording(textSelection);
-    press(&focused, keyX, Qt::ControlModifier, Qt::Key_X);
-    release(&focused, keyX, Qt::Key_X);
-    settle();
-    press(&focused, keyX, Qt::ControlModifier, Qt::Key_X);
-    EXPECT_EQ(focused.presses, 1) << "released before recording had ended";
-}
-
 TEST_F(SettingsStateTest, recording_one_shortcut_ends_recording_the_other) {
     panel->toggleRecording(textSelection);
     panel->toggleRecording(screenOCR);
@@ -218,7 +190,7 @@ TEST_F(SettingsStateTest, a_connection_test_tells_how_it_went_until_the_endpoint
     EXPECT_EQ(settings.selectedPresetId(), u"kavo");
 }
 
-TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_there_yet_or_would_be_exposed) {
+TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_there_yet) {
     int asked = 0;
     appState.onUnlockKey = [&] { ++asked; };
     appState.isKeyAwaited = true;
@@ -227,8 +199,7 @@ TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_ther
     panel->runTestConnection();
     EXPECT_FALSE(panel->isTesting());
     EXPECT_FALSE(panel->isSuccess());
-    const auto locked = panel->testResult();
-    EXPECT_TRUE(locked);
+    EXPECT_TRUE(panel->testResult());
     EXPECT_EQ(asked, 1);
 
     settings.selectedPresetId = u"ollama"_s;  // wants none
@@ -237,13 +208,6 @@ TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_ther
     ASSERT_TRUE(eventually([&] { return !panel->isTesting(); }));
     EXPECT_TRUE(panel->isSuccess());
     EXPECT_EQ(asked, 1);
-
-    settings.apiKey = u"sk-mine"_s;
-    settings.baseURL = u"http://ai.example.com/v1"_s;
-    panel->runTestConnection();
-    EXPECT_FALSE(panel->isTesting());
-    EXPECT_FALSE(panel->isSuccess());
-    EXPECT_NE(panel->testResult(), locked);
 }
 
 TEST_F(SettingsStateTest, an_answer_that_comes_after_the_panel_has_gone_is_dropped) {

@@ -187,20 +187,6 @@ TEST_F(SettingsViewTest, the_keyboard_goes_through_the_panel_from_top_to_bottom_
         EXPECT_TRUE(visited.contains(button(last))) << last.toStdString();
 }
 
-TEST_F(SettingsViewTest, the_permissions_offer_a_request_only_where_one_is_missing) {
-    desktop.permissions.grantOnRequest = true;
-    const auto grantNext = [this] {
-        click(button(u"Cấp quyền"_s));
-        desktop.clock.advance(std::chrono::seconds(1));
-        settle();
-    };
-    grantNext();
-    EXPECT_NE(label(u"Quyền Trợ năng (Accessibility): Đã bật"_s), nullptr);
-    grantNext();
-    EXPECT_NE(label(u"Quyền Ghi màn hình (OCR): Đã bật"_s), nullptr);
-    EXPECT_EQ(button(u"Cấp quyền"_s), nullptr);
-}
-
 TEST_F(SettingsViewTest, the_update_row_shows_one_thing_to_do_or_wait_for) {
     EXPECT_NE(button(u"Kiểm tra cập nhật"_s), nullptr);
     updates.updateInfo = AppUpdateInfo{u"1.1.0"_s, u"Nhanh hơn."_s, {}, {}};
@@ -224,11 +210,6 @@ TEST_F(SettingsViewTest, the_update_row_shows_one_thing_to_do_or_wait_for) {
     updates.isChecking = true;
     settle();
     EXPECT_EQ(label(u"42%"_s), nullptr);
-}
-
-TEST_F(SettingsViewTest, the_guide_strip_leads_to_the_guide) {
-    click(button(u"Mở cẩm nang ↗"_s));
-    EXPECT_EQ(guidesOpened, 1);
 }
 
 }  // namespace

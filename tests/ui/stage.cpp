@@ -4,7 +4,6 @@
 #include <QPainter>
 #include <QTest>
 
-#include "ui/kit/label.h"
 #include "ui/kit/theme.h"
 #include "ui/kit/window_frame.h"
 #include "ui/main/main_view.h"
@@ -59,13 +58,6 @@ void Stage::settle() {
 
 QList<Control*> Stage::controls(const QString& name) const {
     return visibleControls(*m_backdrop, name);
-}
-
-QStringList Stage::texts() const {
-    QStringList texts;
-    for (const Label* label : visibleParts<Label>(*m_backdrop))
-        texts += label->text();
-    return texts;
 }
 
 void Stage::click(const QString& name) {

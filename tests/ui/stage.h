@@ -44,7 +44,7 @@ public:
         return nullptr;
     }
     /// What the visible labels say.
-    [[nodiscard]] QStringList texts() const;
+    [[nodiscard]] QStringList texts() const { return textsIn(*m_backdrop); }
     template <typename Condition>
     void wait(Condition condition) {
         if (!eventually(condition))

@@ -44,19 +44,9 @@ TEST_F(TranslateViewTest, text_wins_over_the_picture_that_comes_with_it_and_no_c
         }
         QVariant retrieveData(const QString&, QMetaType) const override { return {}; }
     };
-    std::vector<std::unique_ptr<QMimeData>> contents;
-    contents.push_back(std::make_unique<QMimeData>());
-    contents.push_back(std::make_unique<Silent>());
-    for (const QByteArray& bytes :
-        {QByteArray(), QByteArray("\r\n\r\n"), QByteArray("\0\xff%%:///\n#", 10)}) {
-        contents.push_back(std::make_unique<QMimeData>());
-        for (const char* format : {"text/uri-list", "text/plain", "application/octet-stream", "image/png"}) {
-            contents.push_back(std::make_unique<QMimeData>());
-            contents.back()->setData(QLatin1StringView(format), bytes);
-            contents[contents.size() - 2]->setData(QLatin1StringView(format), bytes);
-        }
-    }
-    for (const auto& content : contents) {
+    const QMimeData nothing;
+    Silent silent;
+    for (const QMimeData* content : {&nothing, static_cast<const QMimeData*>(&silent)}) {
         (void)dragOver(*content);
         leave();
         (void)drop(*content);

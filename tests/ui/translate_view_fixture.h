@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "ui/kit/label.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "ui/kit/theme.h"
@@ -31,12 +30,7 @@ protected:
     [[nodiscard]] QString inkOfResult() const {
         return stage.find<ReadingArea>()->palette().color(QPalette::Text).name();
     }
-    [[nodiscard]] bool says(const QString& text) {
-        for (const Label* label : visibleParts<Label>(stage.window()))
-            if (label->text() == text)
-                return true;
-        return false;
-    }
+    [[nodiscard]] bool says(const QString& text) const { return stage.texts().contains(text); }
     [[nodiscard]] bool canPress(const QString& name) const {
         return stage.hasControl(name) && stage.controls(name).constFirst()->isEnabled();
     }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QApplication>
 #include <QImage>
 #include <QWidget>
 
 #include "ui/kit/control.h"
+#include "ui/kit/label.h"
 
 namespace tralio {
 
@@ -30,6 +32,20 @@ template <typename Part>
 /// The first of them, or null.
 [[nodiscard]] inline Control* visibleControl(const QWidget& owner, const QString& name) {
     return visibleControls(owner, name).value(0);
+}
+
+/// What the visible labels say.
+[[nodiscard]] inline QStringList textsIn(const QWidget& owner) {
+    QStringList texts;
+    for (const Label* label : visibleParts<Label>(owner))
+        texts += label->text();
+    return texts;
+}
+
+/// The title of the control that has the keyboard; empty where none has it.
+[[nodiscard]] inline QString focusedTitle() {
+    const auto* control = qobject_cast<Control*>(QApplication::focusWidget());
+    return control != nullptr ? control->title() : QString();
 }
 
 /// What the widget paints, at its size.

@@ -11,6 +11,7 @@
 #include "support/files.h"
 #include "support/ordinary_user.h"
 #include "support/print_to.h"
+#include "support/run_to_end.h"
 #include "update/info_plist.h"
 
 namespace tralio {
@@ -48,16 +49,6 @@ protected:
         wait();
         EXPECT_TRUE(eventually([&] { return ended; }));
         return words;
-    }
-
-    /// The output of a program that must succeed.
-    static QByteArray runProgram(
-        const QString& program, const QStringList& arguments, const QString& folder = {}) {
-        QProcess process;
-        process.setWorkingDirectory(folder);
-        process.start(program, arguments);
-        EXPECT_TRUE(process.waitForFinished() && process.exitCode() == 0);
-        return process.readAllStandardOutput();
     }
 
     /// The words that a program has left in a file, waited for until it has ended the line.
@@ -183,7 +174,7 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     BundleInstaller installer({.programs = {}, .largestContent = 1 << 20});
     const auto fault = [&](const QString& archive) { return wordsOf(installer.checkArchive(path(archive))); };
     const auto archive = [this](const QString& name, const QStringList& content, const QString& from = {}) {
-        runProgram(QStringLiteral(CMAKE_PROGRAM),
+        runToEnd(QStringLiteral(CMAKE_PROGRAM),
             QStringList{u"-E"_s, u"tar"_s, u"cf"_s, path(name), u"--format=zip"_s} + content, path(from));
         return name;
     };
@@ -207,7 +198,7 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     QByteArray bomb = contentOf(path(archive(u"bomb.zip"_s, {u"Tralio.app"_s}, u"bomb"_s)));
     bomb.replace(QByteArray::fromHex("00002000"), QByteArray::fromHex("03000000"));
     writeFile(path(u"bomb.zip"_s), bomb);
-    ASSERT_TRUE(runProgram(u"unzip"_s, {u"-Zt"_s, path(u"bomb.zip"_s)}).contains(" 3 bytes uncompressed"));
+    ASSERT_TRUE(runToEnd(u"unzip"_s, {u"-Zt"_s, path(u"bomb.zip"_s)}).contains(" 3 bytes uncompressed"));
     EXPECT_TRUE(fault(u"bomb.zip"_s).contains(u"quá lớn")) << qPrintable(fault(u"bomb.zip"_s));
 
     QByteArray content = contentOf(path(whole));
@@ -222,7 +213,7 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
 
 TEST_F(BundleTest, a_signature_is_told_from_one_of_another_file_or_key) {
     const auto sign = [](const QStringList& arguments) {
-        return runProgram(QStringLiteral(SIGN_PROGRAM), arguments).trimmed();
+        return runToEnd(QStringLiteral(SIGN_PROGRAM), arguments).trimmed();
     };
     const QString key = QString::fromLatin1(sign({u"--new-key"_s, path(u"key.pem"_s)}));
     const QString otherKey = QString::fromLatin1(sign({u"--new-key"_s, path(u"other.pem"_s)}));

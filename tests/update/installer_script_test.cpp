@@ -8,6 +8,7 @@
 
 #include "support/files.h"
 #include "support/print_to.h"
+#include "support/run_to_end.h"
 
 namespace tralio {
 namespace {
@@ -61,11 +62,9 @@ TEST_F(InstallerScriptTest, what_is_no_archive_is_thrown_away_and_nothing_is_tou
 TEST_F(InstallerScriptTest, an_application_below_the_top_of_the_archive_does_not_count) {
     write(u"deep/Tralio.app/Contents/Info.plist"_s, "");
     write(u"Tralio.app"_s, "a file, not a bundle");
-    QProcess cmake;
-    cmake.setWorkingDirectory(folder.path());
-    cmake.start(QStringLiteral(CMAKE_PROGRAM),
-        {u"-E"_s, u"tar"_s, u"cf"_s, u"A b.zip"_s, u"--format=zip"_s, u"deep"_s, u"Tralio.app"_s});
-    ASSERT_TRUE(cmake.waitForFinished() && cmake.exitCode() == 0);
+    runToEnd(QStringLiteral(CMAKE_PROGRAM),
+        {u"-E"_s, u"tar"_s, u"cf"_s, u"A b.zip"_s, u"--format=zip"_s, u"deep"_s, u"Tralio.app"_s},
+        folder.path());
     EXPECT_EQ(run(), QStringList{u"sleep 1.2"_s});
     expectNothingLeft();
 }

@@ -39,6 +39,8 @@ TEST_F(UpdateCheckTest, only_who_asked_hears_that_there_is_nothing_new) {
         EXPECT_EQ(check(false), std::nullopt);
         EXPECT_FALSE(service->isUpdateAvailable());
         EXPECT_EQ(service->updateInfo(), std::nullopt);
+        service->checkForUpdates(true);
+        EXPECT_EQ(service->statusMessage(), u"Đang kiểm tra bản cập nhật..."_s);
         EXPECT_EQ(check(true), u"Bạn đang dùng phiên bản mới nhất (v1.0.9)."_s);
     }
 }
@@ -54,7 +56,6 @@ TEST_F(UpdateCheckTest, only_who_asked_hears_of_a_failure_and_an_earlier_offer_s
         {StandInReply::withBody(0, "hello\n").delivered(Delivery::withoutStatus), noServer},
         {StandInReply::withBody(200, withoutNotes), failed},
         {StandInReply::withBody(200, {}), failed},
-        {StandInReply::withBody(200, "{}").delivered(Delivery::resetInBody), failed},
         {StandInReply::withBody(200, "{}").delivered(Delivery::endless), failed},
         {StandInReply::redirect(302, "/version.json"), failed},
     };
@@ -73,19 +74,6 @@ TEST_F(UpdateCheckTest, only_who_asked_hears_of_a_failure_and_an_earlier_offer_s
     EXPECT_EQ(service->updateInfo(), offer(u"1.0.10"_s));
     EXPECT_TRUE(service->isUpdateAvailable());
     EXPECT_EQ(service->lastCheckTime(), std::nullopt);
-}
-
-TEST_F(UpdateCheckTest, ten_silent_seconds_end_a_check) {
-    server.replies(StandInReply::withBody(200, {}).delivered(Delivery::held));
-    service->checkForUpdates(true);
-    EXPECT_EQ(service->statusMessage(), u"Đang kiểm tra bản cập nhật..."_s);
-    ASSERT_TRUE(eventually([this] { return !server.requests().isEmpty(); }));
-    clock.advance(9'999ms);
-    ASSERT_TRUE(nextTurn());
-    EXPECT_TRUE(service->isChecking());
-    clock.advance(1ms);
-    ASSERT_TRUE(eventually([this] { return !service->isChecking(); }));
-    EXPECT_TRUE(service->statusMessage()->startsWith(u"Lỗi khi kiểm tra: "_s));
 }
 
 TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {

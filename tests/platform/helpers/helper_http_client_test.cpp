@@ -1,6 +1,7 @@
 #include "platform/linux/helpers/helper_http_client.h"
 
 #include <csignal>
+#include <thread>
 
 #include "engine/engine_test_support.h"
 #include "engine/transport_error.h"
@@ -16,10 +17,10 @@ using Delivery = StandInReply::Delivery;
 /// Everything real but the server and the time after which the process is no longer needed.
 class HelperHttpClientTest : public testing::Test {
 protected:
-    QCoro::Task<QString> post(std::stop_token stop = {}, std::chrono::milliseconds idleTimeout = 30s) {
-        const HttpRequest request{QUrl(standIn.baseURL()), {{"Content-Type", "text/plain"}}};
-        QCoro::Task<HttpResponse> sending = client->send(request, body, idleTimeout, stop);
+    QCoro::Task<QString> post(std::stop_token stop = {}) {
+        QCoro::Task<HttpResponse> sending = client->send({QUrl(standIn.baseURL())}, body, 30s, stop);
         const HttpResponse response = co_await sending;
+        ++completions;
         co_return u"%1 "_s.arg(*response.status) + QString::fromUtf8(response.body);
     }
     QCoro::Task<QString> download(HttpClient::Receive receive) {
@@ -43,24 +44,8 @@ protected:
     QByteArray body = "body";
     std::unique_ptr<HelperHttpClient> client =
         std::make_unique<HelperHttpClient>(QStringLiteral(HTTP_PROGRAM), clock);
+    int completions = 0;
 };
-
-TEST_F(HelperHttpClientTest, brings_replies_of_any_status_and_errors_in_their_words) {
-    standIn.replies(StandInReply::withBody(404, "ă"));
-    EXPECT_EQ(outcomeOf(post()).text, u"404 ă"_s);
-    EXPECT_EQ(standIn.requests().last().method, "POST");
-    EXPECT_EQ(standIn.requests().last().header("Content-Type"), "text/plain");
-    EXPECT_EQ(standIn.requests().last().body, "body");
-    EXPECT_EQ(outcomeOf(get()).text, u"ă"_s);
-
-    hold();
-    EXPECT_EQ(outcomeOf(post({}, 20ms)).text,
-        TransportError::timedOut(QUrl(standIn.baseURL()), 20ms).errorDescription());
-    standIn.refuseConnections();
-    const Outcome refused = outcomeOf(post());
-    EXPECT_TRUE(refused.failed && refused.text.contains(u"kết nối bị từ chối"_s))
-        << refused.text.toStdString();
-}
 
 TEST_F(HelperHttpClientTest, serves_requests_side_by_side_and_cancels_one_of_them_at_the_server_too) {
     hold();
@@ -145,9 +130,55 @@ TEST_F(HelperHttpClientTest, whatever_becomes_of_the_process_a_request_ends_and_
     EXPECT_EQ(outcomeOf(post()).text, u"200 x"_s);
     EXPECT_EQ(standIn.requests().size(), 3) << "nothing is sent again";
 
-    QCoro::Task<QString> abandoned = post();
+    hold();
+    QCoro::Task<QString> connected = post();
+    ASSERT_TRUE(arrived(4));
+    QCoro::Task<QString> fresh = post();
     client.reset();
-    EXPECT_EQ(outcomeOf(std::move(abandoned)).text, TransportError::cancelled().errorDescription());
+    for (QCoro::Task<QString>* abandoned : {&connected, &fresh})
+        EXPECT_EQ(outcomeOf(std::move(*abandoned)).text, TransportError::cancelled().errorDescription());
+}
+
+TEST_F(HelperHttpClientTest, a_stop_request_aborts_the_request_and_drops_the_late_answer) {
+    hold();
+    std::stop_source stop;
+    QCoro::Task<QString> task = post(stop.get_token());
+    ASSERT_TRUE(arrived(1));
+    const std::stop_token token = stop.get_token();
+    std::thread([&stop] { stop.request_stop(); }).join();
+    stop = std::stop_source();  // who cancels forgets the source at once
+    EXPECT_EQ(outcomeOf(std::move(task)).text, TransportError::cancelled().errorDescription());
+    EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
+    standIn.sendTheRest();
+    EXPECT_TRUE(outcomeOf(post(token)).failed);
+    EXPECT_EQ(standIn.requests().size(), 1) << "a request that was cancelled beforehand went out";
+    EXPECT_EQ(completions, 0);
+}
+
+TEST_F(HelperHttpClientTest, an_answer_that_arrives_together_with_the_stop_request_is_dropped) {
+    std::stop_source stop;
+    QObject::connect(&standIn, &StandInModel::requestReceived, [&stop] { stop.request_stop(); });
+    EXPECT_EQ(outcomeOf(post(stop.get_token())).text, TransportError::cancelled().errorDescription());
+    EXPECT_EQ(completions, 0);
+}
+
+TEST_F(HelperHttpClientTest, a_request_whose_caller_let_go_of_it_still_ends) {
+    hold();
+    { const QCoro::Task<QString> dropped = post(); }
+    ASSERT_TRUE(arrived(1));
+    standIn.sendTheRest();
+    EXPECT_TRUE(eventually([this] { return completions == 1; }));
+}
+
+TEST_F(HelperHttpClientTest, who_awaits_a_reply_may_destroy_the_client) {
+    const auto postAndDestroy = [this]() -> QCoro::Task<QString> {
+        QCoro::Task<QString> posting = post();
+        const QString text = co_await posting;
+        client.reset();
+        co_return text;
+    };
+    standIn.replies(StandInReply::withBody(200, "done"));
+    EXPECT_EQ(outcomeOf(postAndDestroy()).text, u"200 done"_s);
 }
 
 }  // namespace

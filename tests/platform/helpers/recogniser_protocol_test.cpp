@@ -1,7 +1,6 @@
 #include "platform/linux/helpers/recogniser_protocol.h"
 
 #include <gmock/gmock.h>
-#include <random>
 
 #include "platform/linux/helpers/frames.h"
 #include "support/print_to.h"
@@ -63,20 +62,6 @@ TEST(HelperProtocol, a_message_cut_short_or_with_more_behind_it_is_none) {
     EXPECT_FALSE(decodeRequest(request + 'x'));
     EXPECT_FALSE(decodeReply(reply + 'x'));
     EXPECT_FALSE(decodeReply("\x7f"));
-}
-
-TEST(HelperProtocol, damaged_messages_do_no_harm) {
-    std::mt19937 random(5);
-    const QByteArray request = payloadOf(encode(Request(imageRequest())));
-    const QByteArray reply = payloadOf(encode(Reply(twoLines())));
-    for (int i = 0; i < 2'000; ++i) {
-        QByteArray damaged = i % 2 == 0 ? request : reply;
-        for (int k = 0; k < 3; ++k)
-            damaged[static_cast<qsizetype>(random() % static_cast<size_t>(damaged.size()))] =
-                static_cast<char>(random());
-        (void)decodeRequest(damaged);
-        (void)decodeReply(damaged);
-    }
 }
 
 TEST(HelperProtocol, bytes_that_are_no_frame_break_the_stream_for_good) {

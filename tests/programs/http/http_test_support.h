@@ -43,6 +43,18 @@ protected:
         return head + "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
     }
 
+    /// Reads a request, sends these bytes, and ends the connection.
+    [[nodiscard]] static Script answering(const QByteArray& bytes, bool reset = false) {
+        return [bytes, reset](RawServer::Connection& peer) {
+            (void)peer.readRequest();
+            peer.send(bytes);
+            if (reset) {
+                peer.wait(Time(30));
+                peer.reset();
+            }
+        };
+    }
+
     FakeClock clock;
     HelperHttpClient client{QStringLiteral(HTTP_PROGRAM), clock};
 };

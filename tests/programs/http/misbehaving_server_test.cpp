@@ -1,8 +1,4 @@
-#include <QProcess>
-#include <QRegularExpression>
 #include <QScopeGuard>
-#include <QTemporaryDir>
-#include <QTimer>
 
 #include <cerrno>
 #include <openssl/x509_vfy.h>
@@ -10,66 +6,15 @@
 #include "engine/engine_test_support.h"
 #include "programs/http/transport_words.h"
 #include "support/raw_server.h"
+#include "support/tls_server.h"
 
 namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using Delivery = StandInReply::Delivery;
 
 using MisbehavingServerTest = EngineTest;
-
-/// A server of openssl's, with a certificate of the authority that the test trusts, or of nobody.
-class TlsServer {
-public:
-    TlsServer(const QTemporaryDir& folder, const QStringList& options) {
-        process.setWorkingDirectory(folder.path());
-        process.start(
-            u"openssl"_s, QStringList{u"s_server"_s, u"-accept"_s, u"127.0.0.1:0"_s, u"-www"_s} + options);
-        while (process.waitForReadyRead(5000))
-            if (const auto found = QRegularExpression(u"ACCEPT 127.0.0.1:(\\d+)"_s)
-                                       .match(QString::fromUtf8(output += process.readAllStandardOutput()));
-                found.hasMatch()) {
-                url = u"https://127.0.0.1:%1/v1"_s.arg(found.captured(1));
-                return;
-            }
-        ADD_FAILURE() << "openssl does not serve: " << process.readAllStandardError().toStdString();
-    }
-    ~TlsServer() {
-        process.kill();
-        process.waitForFinished();
-    }
-
-    QProcess process;
-    QByteArray output;
-    QString url;
-};
-
-/// An authority, and certificates of its own for this machine: a good one, an expired one, and one for
-/// another host.
-void makeCertificates(const QTemporaryDir& folder) {
-    QProcess shell;
-    shell.setWorkingDirectory(folder.path());
-    shell.start(u"sh"_s,
-        {u"-ec"_s,
-            uR"(
-        openssl req -x509 -newkey rsa:2048 -nodes -keyout ca.key -out ca.pem -subj /CN=Authority -days 2
-        issue() {
-            openssl req -newkey rsa:2048 -nodes -keyout $1.key -out $1.csr -subj /CN=$1
-            printf "subjectAltName=$2" >$1.ext
-            mkdir -p $1.db && : >$1.db/index && echo 01 >$1.db/serial
-            printf '[ca]\ndefault_ca=a\n[a]\nnew_certs_dir=.\ndatabase=%s.db/index\nserial=%s.db/serial\ndefault_md=sha256\npolicy=p\n[p]\ncommonName=supplied\n' $1 $1 >$1.cnf
-            openssl ca -batch -config $1.cnf -cert ca.pem -keyfile ca.key -in $1.csr -out $1.pem -extfile $1.ext -startdate $3 -enddate $4
-        }
-        issue good IP:127.0.0.1 20200101000000Z 20491231000000Z
-        issue expired IP:127.0.0.1 20200101000000Z 20210101000000Z
-        issue other DNS:other.test 20200101000000Z 20491231000000Z
-        openssl req -x509 -newkey rsa:2048 -nodes -keyout self.key -out self.pem -subj /CN=self -addext subjectAltName=IP:127.0.0.1 -days 2
-    )"_s});
-    ASSERT_TRUE(shell.waitForFinished() && shell.exitCode() == 0)
-        << shell.readAllStandardError().toStdString();
-}
 
 TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text_nor_key_and_is_told_why) {
     const QTemporaryDir folder;
@@ -121,20 +66,6 @@ TEST_F(MisbehavingServerTest, an_unreadable_body_is_an_empty_answer_or_an_error_
         standIn.replies(StandInReply::withBody(502, body));
         EXPECT_EQ(outcomeOf(translate()).aiError->statusCode(), 502);
     }
-}
-
-TEST_F(MisbehavingServerTest, the_event_loop_stays_alive_while_a_server_stalls) {
-    standIn.replies(StandInReply::translation(u"muộn"_s).delivered(Delivery::held));
-    QCoro::Task<QString> task = translate();
-    int turns = 0;
-    QTimer everyTurn;
-    QObject::connect(&everyTurn, &QTimer::timeout, [&turns] { ++turns; });
-    everyTurn.start(0);
-    ASSERT_TRUE(eventually([&] { return !standIn.requests().isEmpty() && turns > 100; }));
-    EXPECT_FALSE(task.isReady());
-
-    standIn.sendTheRest();
-    EXPECT_EQ(outcomeOf(std::move(task)).text, u"muộn"_s);
 }
 
 TEST(TransportWords, every_failure_is_described_and_names_what_failed_but_never_a_password) {

@@ -44,10 +44,7 @@ TEST_F(HttpProxyTest, the_desktops_proxy_is_used_except_for_this_machine) {
         const QByteArray request = peer.readRequest();
         peer.send(reply("by proxy: " + request.first(request.indexOf('\r'))));
     });
-    RawServer server([](Connection& peer) {
-        (void)peer.readRequest();
-        peer.send(reply("direct"));
-    });
+    RawServer server(answering(reply("direct")));
     EXPECT_EQ(postBy(addressOf(proxy), model), u"200 by proxy: POST http://model.test/v1 HTTP/1.1"_s);
     EXPECT_EQ(postBy(addressOf(proxy), urlOf(server)), u"200 direct"_s);
     EXPECT_EQ(postBy(addressOf(proxy), u"http://localhost:%1/"_s.arg(server.port())), u"200 direct"_s);
@@ -66,12 +63,6 @@ TEST_F(HttpProxyTest, what_is_wrong_with_the_proxy_is_not_the_servers_fault) {
     const QString login = u"proxy yêu cầu đăng nhập"_s;
     const QString unfit = u"Không thể kết nối qua máy chủ proxy"_s;
     const QString silent = u"proxy không phản hồi"_s;
-    const auto answering = [](const QByteArray& bytes) -> Script {
-        return [bytes](Connection& peer) {
-            (void)peer.readRequest();
-            peer.send(bytes);
-        };
-    };
     const Script waiting = [](Connection& peer) { peer.waitForEnd(); };
     struct Case {
         Script script;
@@ -115,10 +106,7 @@ TEST_F(HttpProxyTest, what_is_wrong_with_the_proxy_is_not_the_servers_fault) {
 
 TEST_F(HttpProxyTest, a_script_that_never_comes_costs_a_request_its_time_and_holds_up_no_other) {
     RawServer scripts([](Connection& peer) { peer.waitForEnd(); });
-    RawServer server([](Connection& peer) {
-        (void)peer.readRequest();
-        peer.send(reply("direct"));
-    });
+    RawServer server(answering(reply("direct")));
     setProxy("pac+" + addressOf(scripts) + "/proxy.pac");
     for (int asked = 1; asked <= 2; ++asked) {
         QCoro::Task<QString> held = post(model, "text", Time(1000));

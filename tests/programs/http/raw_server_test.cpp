@@ -65,16 +65,6 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         QString told;
         int posts = 1;
     };
-    const auto afterReading = [](const QByteArray& bytes, bool reset = false) -> Script {
-        return [bytes, reset](Connection& peer) {
-            (void)peer.readRequest();
-            peer.send(bytes);
-            if (reset) {
-                peer.wait(30ms);
-                peer.reset();
-            }
-        };
-    };
     const auto words = [](CURLcode code) {
         return failureWords({.code = code}, QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser);
     };
@@ -82,47 +72,62 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
     const QString silent = words(CURLE_GOT_NOTHING);
     const QString headers = tooLargeHeadersWords(QUrl(u"http://peer/"_s));
     const QByteArray chunks = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n";
+    const StandInReply compressed = StandInReply::gzipped(u"nén"_s);
     const Case cases[] = {
         {"ends before reading", [](Connection&) {}, u"*"_s, 0},
         {"resets before reading", [](Connection& peer) { peer.reset(); }, u"*"_s, 0},
-        {"ends after reading", afterReading({}), silent},
-        {"resets after reading", afterReading({}, true), broken},
-        {"no content, with a length", afterReading("HTTP/1.1 204 No Content\r\nContent-Length: 5\r\n\r\n"),
+        {"ends after reading", answering({}), silent},
+        {"resets after reading", answering({}, true), broken},
+        {"no content, with a length", answering("HTTP/1.1 204 No Content\r\nContent-Length: 5\r\n\r\n"),
             u"204"_s},
-        {"chunks", afterReading(chunks + "0\r\n\r\n"), u"200 hello"_s},
-        {"cut between chunks", afterReading(chunks), broken},
-        {"cut within a chunk", afterReading(chunks + "9\r\nwo"), broken},
-        {"cut short of its length", afterReading("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhello"),
+        {"chunks", answering(chunks + "0\r\n\r\n"), u"200 hello"_s},
+        {"cut between chunks", answering(chunks), broken},
+        {"cut within a chunk", answering(chunks + "9\r\nwo"), broken},
+        {"cut short of its length", answering("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhello"), broken},
+        {"reset within its length", answering("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhello", true),
             broken},
-        {"cut in the head", afterReading("HTTP/1.1 200 OK\r\nContent-"), u"*"_s},
-        {"to the end of the connection", afterReading("HTTP/1.1 200 OK\r\n\r\nhello"), u"200 hello"_s},
-        {"one header of 300 KB",
-            afterReading("HTTP/1.1 200 OK\r\nA: " + QByteArray(300'000, 'a') + "\r\n\r\n"), headers},
-        {"20,000 headers",
-            afterReading("HTTP/1.1 200 OK\r\n" + QByteArray("A: 12345678\r\n").repeated(20'000) + "\r\n"),
+        {"cut in the head", answering("HTTP/1.1 200 OK\r\nContent-"), u"*"_s},
+        {"to the end of the connection", answering("HTTP/1.1 200 OK\r\n\r\nhello"), u"200 hello"_s},
+        {"one header of 300 KB", answering("HTTP/1.1 200 OK\r\nA: " + QByteArray(300'000, 'a') + "\r\n\r\n"),
             headers},
-        {"garbled compression",
-            afterReading(reply("not gzip", "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n")),
+        {"20,000 headers",
+            answering("HTTP/1.1 200 OK\r\n" + QByteArray("A: 12345678\r\n").repeated(20'000) + "\r\n"),
+            headers},
+        {"garbled compression", answering(reply("not gzip", "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n")),
             words(CURLE_BAD_CONTENT_ENCODING)},
-        {"no HTTP", afterReading("hello\n"), u"no HTTP"_s},
-        {"a status without a number", afterReading("HTTP/1.1 OK\r\n\r\n"), u"no HTTP"_s},
-        {"an alert of TLS", afterReading("\x15\x03\x01"), u"no HTTP"_s},
-        {"another protocol", afterReading("HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n\x01\x02"),
+        {"compression", answering(reply(compressed.body, "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n")),
+            u"200 "_s + QString::fromUtf8(StandInReply::translation(u"nén"_s).body)},
+        {"no HTTP", answering("hello\n"), u"no HTTP"_s},
+        {"a status without a number", answering("HTTP/1.1 OK\r\n\r\n"), u"no HTTP"_s},
+        {"an alert of TLS", answering("\x15\x03\x01"), u"no HTTP"_s},
+        {"another protocol", answering("HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n\x01\x02"),
             u"101"_s},
-        {"a hint and nothing more", afterReading("HTTP/1.1 103 Early Hints\r\n\r\n"), broken},
-        {"a length that is no number", afterReading("HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\nx"),
+        {"a hint and nothing more", answering("HTTP/1.1 103 Early Hints\r\n\r\n"), broken},
+        {"a length that is no number", answering("HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\nx"),
             words(CURLE_WEIRD_SERVER_REPLY)},
+        {"to be fetched elsewhere",
+            [](Connection& peer) {
+                for (;;) {
+                    const QByteArray request = peer.readRequest();
+                    if (request.isEmpty())
+                        return;
+                    peer.send(request.startsWith("GET /seen ")
+                            ? reply("fetched")
+                            : reply({}, "HTTP/1.1 303 See Other\r\nLocation: ../seen\r\n"));
+                }
+            },
+            u"200 fetched"_s},
         {"round in circles",
-            afterReading("HTTP/1.1 303 See Other\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
+            answering("HTTP/1.1 303 See Other\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
             tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
         {"round in circles with the text",
             afterReading("HTTP/1.1 307 Go\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
             tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
         {"elsewhere",
-            afterReading("HTTP/1.1 307 Go\r\nLocation: http://127.0.0.1:1/v1\r\nContent-Length: 0\r\n\r\n"),
+            answering("HTTP/1.1 307 Go\r\nLocation: http://127.0.0.1:1/v1\r\nContent-Length: 0\r\n\r\n"),
             refusedRedirectionWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
         {"by another scheme",
-            afterReading("HTTP/1.1 307 Go\r\nLocation: file:///etc/passwd\r\nContent-Length: 0\r\n\r\n"),
+            answering("HTTP/1.1 307 Go\r\nLocation: file:///etc/passwd\r\nContent-Length: 0\r\n\r\n"),
             refusedRedirectionWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
     };
     for (const Case& given : cases) {

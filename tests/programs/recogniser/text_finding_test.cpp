@@ -9,16 +9,20 @@
 namespace tralio {
 namespace {
 
-/// Black boxes on white, but for those that are rules.
-Plane lettersOf(const std::vector<QRect>& boxes) {
-    constexpr int width = 120;
-    constexpr int height = 40;
-    Plane plane(width, height, 255);
+/// Black boxes on white.
+Plane drawn(const std::vector<QRect>& boxes) {
+    Plane plane(120, 40, 255);
     for (const QRect& box : boxes)
         for (int y = box.top(); y <= box.bottom(); ++y)
             std::fill_n(plane.row(y) + box.left(), box.width(), 0);
+    return plane;
+}
+
+/// The same, but for those that are rules.
+Plane lettersOf(const std::vector<QRect>& boxes) {
+    Plane plane = drawn(boxes);
     const Labels marks = connect(
-        width, height, Neighbours::eight, [&](size_t i) { return plane.pixels()[i] == 0; },
+        plane.width(), plane.height(), Neighbours::eight, [&](size_t i) { return plane.pixels()[i] == 0; },
         [](size_t, size_t) { return true; });
     const std::vector<bool> areRules = findRules(marks, extentsOf(marks), 1);
     for (size_t i = 0; i < marks.of.size(); ++i)
@@ -46,13 +50,6 @@ TEST(Rules, are_told_from_letters) {
         {"a caret from top to bottom", {{90, 0, 1, 40}}},
         {"a caret after the text", {{85, 5, 1, 26}}},
         {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
-    };
-    const auto drawn = [](const std::vector<QRect>& boxes) {
-        Plane plane(120, 40, 255);
-        for (const QRect& box : boxes)
-            for (int y = box.top(); y <= box.bottom(); ++y)
-                std::fill_n(plane.row(y) + box.left(), box.width(), 0);
-        return plane;
     };
     for (const Case& given : cases) {
         std::vector<QRect> boxes = given.boxes;
