@@ -121,7 +121,7 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
             answering("HTTP/1.1 303 See Other\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
             tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
         {"round in circles with the text",
-            afterReading("HTTP/1.1 307 Go\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
+            answering("HTTP/1.1 307 Go\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
             tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
         {"elsewhere",
             answering("HTTP/1.1 307 Go\r\nLocation: http://127.0.0.1:1/v1\r\nContent-Length: 0\r\n\r\n"),
