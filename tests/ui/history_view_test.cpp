@@ -8,9 +8,11 @@
 #include "ui/history/history_row.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
+#include "ui/kit/focus_order.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
+#include "ui/kit/stack.h"
 #include "widget_support.h"
 
 namespace tralio {
@@ -26,9 +28,10 @@ protected:
         std::ranges::reverse(texts);
         for (const QString& text : texts)
             add(text);
-        view = std::make_unique<HistoryView>(*panel);
-        view->resize(530, 300);
-        showActive(*view);
+        view = new HistoryView(*panel);
+        filled(&window, column({}, {view}));
+        window.resize(530, 300);
+        showActive(window);
     }
 
     /// The rows as the user sees them, from the top.
@@ -50,24 +53,30 @@ protected:
     }
     /// Presses and releases the left button where the widget is, on whatever is there.
     void clickAt(const QWidget* widget) {
-        QTest::mouseClick(view->windowHandle(), Qt::LeftButton, {}, middle(widget));
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, middle(widget));
         ASSERT_TRUE(nextTurn());
     }
     void press(Qt::Key key) {
-        QTest::keyClick(view->windowHandle(), key);
+        QTest::keyClick(window.windowHandle(), key);
         ASSERT_TRUE(nextTurn());
     }
     QScrollBar* scrollBar() const { return view->findChild<ScrollPanel*>()->verticalScrollBar(); }
     bool showsEmptyState() const { return view->findChild<IconView*>()->isVisible(); }
 
-    std::unique_ptr<HistoryView> view;
+    /// The keyboard goes through it as through the whole window.
+    class Window final : public QWidget {
+        bool focusNextPrevChild(bool next) override { return moveFocus(*this, next); }
+    };
+
+    Window window;
+    HistoryView* view = nullptr;
 };
 
 TEST_F(HistoryViewTest, a_click_anywhere_on_a_row_picks_it_but_not_one_on_its_buttons_or_let_go_elsewhere) {
     show({u"one"_s, u"two"_s});
     HistoryRow* row = rows()[1];
-    QTest::mousePress(view->windowHandle(), Qt::LeftButton, {}, middle(rows()[0]));
-    QTest::mouseRelease(view->windowHandle(), Qt::LeftButton, {}, middle(row));
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, middle(rows()[0]));
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, middle(row));
     EXPECT_TRUE(picked.isEmpty());
     clickAt(row);
     for (const QWidget* part : row->findChildren<Label*>())
@@ -129,9 +138,9 @@ TEST_F(HistoryViewTest, a_row_is_spoken_with_its_texts_and_languages) {
 TEST_F(HistoryViewTest, what_was_today_is_shown_with_its_day_when_the_panel_comes_back_on_another) {
     show({u"one"_s});
     EXPECT_TRUE(textsIn(*view).contains(u"12:00"_s));
-    view->hide();
+    window.hide();
     now = now.addDays(1);
-    view->show();
+    window.show();
     EXPECT_TRUE(textsIn(*view).contains(u"25/11 12:00"_s));
 }
 
@@ -141,7 +150,7 @@ TEST_F(HistoryViewTest, the_keyboard_takes_back_what_it_removed) {
     press(Qt::Key_Delete);
     press(Qt::Key_Delete);
     ASSERT_TRUE(showsEmptyState());
-    QTest::keyClick(view->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(shown(), QStringList(u"two"_s));
     EXPECT_TRUE(rows()[0]->hasFocus());
@@ -173,7 +182,7 @@ TEST_F(HistoryViewTest, a_change_leaves_the_other_rows_the_scrolling_the_focus_a
     before[20]->setFocus(Qt::TabFocusReason);
     scrollBar()->setValue(before[20]->y());
     const int scrolled = scrollBar()->value();
-    QTest::mouseMove(view->windowHandle(), middle(before[21]));
+    QTest::mouseMove(window.windowHandle(), middle(before[21]));
     const QImage hovered = pictureOf(*before[21]);
 
     panel->remove(before.takeAt(30)->item());
@@ -183,7 +192,7 @@ TEST_F(HistoryViewTest, a_change_leaves_the_other_rows_the_scrolling_the_focus_a
     EXPECT_EQ(scrollBar()->value(), scrolled);
     EXPECT_TRUE(before[20]->hasFocus());
     EXPECT_EQ(difference(pictureOf(*before[21]), hovered), QRect());
-    QTest::mouseMove(view->windowHandle(), middle(before[22]));
+    QTest::mouseMove(window.windowHandle(), middle(before[22]));
     EXPECT_TRUE(
         eventually([&] { return difference(pictureOf(*before[21]), hovered) == before[21]->rect(); }));
 }

@@ -15,8 +15,9 @@ public:
             return true;
         // The toolkit passes the window's event on in copies, which have lost their time.
         const quint64 time = press.timestamp();
-        return time == 0 ? m_repeatedKey != 0 && press.nativeScanCode() == m_repeatedKey
-                         : time == m_releasedAt && press.nativeScanCode() == m_releasedKey;
+        const quint32 key = press.nativeScanCode();
+        const bool isSame = time == 0 ? key == m_repeatedKey : key == m_releasedKey && time == m_releasedAt;
+        return key != 0 && isSame;
     }
 
 protected:
