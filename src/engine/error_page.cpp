@@ -70,7 +70,7 @@ QString plain(QString markup) {
 
 QString words(const QString& page) {
     if (const std::optional<Span> title = findElement(page, u"title"_s, 0)) {
-        const QString titled = plain(page.mid(title->contentBegin, title->contentEnd - title->contentBegin));
+        QString titled = plain(page.mid(title->contentBegin, title->contentEnd - title->contentBegin));
         if (!titled.isEmpty())
             return titled;
     }

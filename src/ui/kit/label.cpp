@@ -158,7 +158,8 @@ void Label::paintEvent(QPaintEvent*) {
     if (lines > 0) {
         const int beyond = inkBeyondLine(m_style, layout.text());
         const QString firstLine = m_text.left(layout.lineAt(0).textLength());
-        place.translate(0, beyond / 2 + shiftIntoArea(place.adjusted(0, 0, 0, beyond), m_style, firstLine));
+        const int above = beyond / 2;  // whole pixels, as the lines have
+        place.translate(0, above + shiftIntoArea(place.adjusted(0, 0, 0, beyond), m_style, firstLine));
     }
     for (int i = 0; i < lines; ++i, place.translate(0, m_style.line)) {
         const QTextLine line = layout.lineAt(i);

@@ -98,8 +98,8 @@ void SecretService::openSession(
         [then = std::move(then)](const QDBusMessage& reply) { then(object(reply, 1)); }, std::move(fail));
 }
 
-void SecretService::findCollection(
-    Start start, std::function<void(const DefaultCollection&)> then, std::function<void()> fail) {
+void SecretService::findCollection(Start start, const std::function<void(const DefaultCollection&)>& then,
+    const std::function<void()>& fail) {
     const auto takeAlias = [=, this](const QDBusMessage& alias) {
         const QDBusObjectPath collection = object(alias, 0);
         if (collection.path() == noObject) {

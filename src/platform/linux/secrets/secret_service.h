@@ -46,8 +46,8 @@ private:
         const QVariantList& arguments, Start start, Take take, std::function<void()> fail);
     void callService(const QString& method, const QVariantList& arguments, Start start, Take take,
         std::function<void()> fail);
-    void findCollection(
-        Start start, std::function<void(const DefaultCollection&)> then, std::function<void()> fail);
+    void findCollection(Start start, const std::function<void(const DefaultCollection&)>& then,
+        const std::function<void()>& fail);
     void deleteItems(QList<QDBusObjectPath> items, const std::function<void(Answer)>& then);
     void unlock(const QList<QDBusObjectPath>& objects);
     void openSession(

@@ -4,6 +4,7 @@ namespace tralio {
 
 bool X11KeyGrabs::take(quint8 keyCode, const std::vector<quint16>& states) {
     std::vector<xcb_void_cookie_t> requests;
+    requests.reserve(states.size());
     for (const quint16 state : states)
         requests.push_back(xcb_grab_key_checked(m_connection.xcb(), 1, m_connection.root(), state, keyCode,
             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
