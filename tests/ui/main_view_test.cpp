@@ -207,6 +207,21 @@ TEST_F(MainWindow, a_picked_entry_fills_the_input_without_being_translated) {
     EXPECT_TRUE(stage.model.requests().isEmpty());
 }
 
+TEST_F(MainWindow, a_text_that_comes_during_the_first_walk_through_is_translated_after_it) {
+    stage.store.setValue(u"hasCompletedOnboarding"_s, false);
+    stage.model.translatesTo(u"xin chào"_s);
+    stage.open();
+    stage.appState.requestTranslation(u"hello"_s);
+    stage.settle();
+    stage.desktop.clock.advance(1s);
+    stage.settle();
+    EXPECT_EQ(stage.find<ReadingArea>(), nullptr) << "there is nothing to be seen of it yet";
+    stage.click(u"Bỏ qua"_s);
+    stage.desktop.clock.advance(1s);
+    stage.wait([this] { return shows(u"Sao chép"_s); });
+    EXPECT_EQ(stage.find<ReadingArea>()->toPlainText(), u"xin chào"_s);
+}
+
 /// Two presses at one place, as quick as those of a double click.
 class DoubleClick : public MainWindow {
 protected:

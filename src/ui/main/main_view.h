@@ -35,7 +35,8 @@ class TabStrip;
 
 /// The popover's content: a header with the tabs, the offer of an update, the panel of the selected tab, and
 /// a footer; over all of it the walk-through, until it has been completed. A panel is made when its tab is
-/// shown and is gone when another is; only the input of the translate panel survives. Owns the settings, the
+/// shown and is gone when another is; only the input of the translate panel survives. The first one waits for
+/// the end of the first walk-through, and a text that comes before that waits for it. Owns the settings, the
 /// history and the watch of the permissions that the panels work with, and what they let the user take back.
 class MainView final : public QWidget {
     Q_OBJECT
