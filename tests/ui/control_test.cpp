@@ -11,6 +11,7 @@
 #include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/tab_strip.h"
+#include "ui/kit/theme.h"
 #include "ui/kit/tooltip.h"
 #include "widget_support.h"
 
@@ -139,6 +140,14 @@ TEST_F(ControlTest, tabs_tell_only_of_the_users_choice_and_are_one_stop_for_the_
     QTest::mouseClick(m_tabs->childAt(10, 15), Qt::LeftButton);
     EXPECT_EQ(m_tabs->current(), 0);
     EXPECT_EQ(chosen.count(), 2);
+
+    m_window.hide();
+    m_tabs->setCurrent(1);
+    m_window.show();
+    const QRect second = m_tabs->findChildren<Control*>()[1]->geometry();
+    EXPECT_EQ(
+        pictureOf(*m_tabs).pixelColor(second.left() + 5, second.center().y()), color(ColorRole::accentFill))
+        << "what slides while it is seen stands there at once else";
 }
 
 TEST_F(ControlTest, a_spinner_turns_only_while_it_can_be_seen) {
