@@ -183,7 +183,8 @@ QWidget* MainView::footer() {
 
 void MainView::refresh() {
     m_tabs->setCurrent(static_cast<int>(m_state.selectedTab()));
-    // The first walk-through hides what is not there yet: a megabyte and a half that waits until it is needed.
+    // The first walk-through hides what is not there yet: a megabyte and a half that waits until it is
+    // needed.
     if (m_panel != nullptr || !m_state.isOnboardingShown())
         showPanel();
     if (m_state.isOnboardingShown())
