@@ -110,7 +110,7 @@ void Server::proceed(Transfer& transfer) {
 void Server::takeProxies() {
     for (const Proxies::Answer& answer : m_proxies.takeAnswers()) {
         const auto found = m_transfers.find(answer.request);
-        if (found != m_transfers.end() && !found->second->handle() && !isAwaiting(answer.request))
+        if (found != m_transfers.end() && !found->second->handle())
             go(*found->second, answer.proxy);
         else if (answer.request == m_preparation && m_prepared && !m_prepared->handle())
             m_prepared->connect(answer.proxy);
@@ -118,16 +118,18 @@ void Server::takeProxies() {
 }
 
 void Server::go(Transfer& transfer, const QByteArray& proxy) {
-    if (m_prepared && !m_awaiting && m_prepared->isUnderWay(transfer.url(), proxy)) {
+    transfer.begin(proxy, m_share.get());
+    if (m_prepared && !m_awaiting && m_prepared->isUnderWay(transfer.url(), proxy))
         m_awaiting = {transfer.id(), proxy};
-        return;
-    }
-    Transfer::Way way{.proxy = proxy, .connection = FileDescriptor(), .share = m_share.get()};
+    else
+        send(transfer, proxy);
+}
+
+void Server::send(Transfer& transfer, const QByteArray& proxy) {
     if (m_prepared && isSameOrigin(m_prepared->url(), transfer.url())) {
-        way.connection = m_prepared->take(transfer.url(), proxy);
+        transfer.useConnection(m_prepared->take(transfer.url(), proxy));
         m_prepared.reset();
     }
-    transfer.begin(std::move(way));
     curl_multi_add_handle(m_multi.get(), transfer.handle());
 }
 
@@ -135,7 +137,7 @@ void Server::endPreparation() {
     const auto awaiting = std::exchange(m_awaiting, std::nullopt);
     const auto found = awaiting ? m_transfers.find(awaiting->first) : m_transfers.end();
     if (found != m_transfers.end())
-        go(*found->second, awaiting->second);
+        send(*found->second, awaiting->second);
 }
 
 void Server::concludeTransfers() {
@@ -166,7 +168,7 @@ void Server::endSilentTransfers() {
         const auto current = next++;
         if (!current->second->isSilent(now))
             continue;
-        if (!current->second->handle() && !isAwaiting(current->first))
+        if (!current->second->handle())
             m_proxies.giveUp();
         remove(current->first);
     }

@@ -47,6 +47,7 @@ private:
     /// Asks for the proxy to its address, or goes there.
     void proceed(Transfer& transfer);
     void go(Transfer& transfer, const QByteArray& proxy);
+    void send(Transfer& transfer, const QByteArray& proxy);
     /// Lets the request that waits for the prepared connection go on, with it or without.
     void endPreparation();
     void takeProxies();

@@ -53,15 +53,15 @@ bool Transfer::canBegin() {
     return refusal.isEmpty();
 }
 
-void Transfer::begin(Way way) {
+void Transfer::begin(const QByteArray& proxy, CURLSH* share) {
     m_movement = {};
     m_easy.reset(curl_easy_init());
     m_headers.reset();
     m_detail[0] = '\0';
-    m_madeBefore = std::move(way.connection);
-    m_usesProxy = !way.proxy.isEmpty();
-    m_usesHttpProxy = way.proxy.startsWith("http");
-    m_usesSecureProxy = way.proxy.startsWith("https:");
+    m_madeBefore = FileDescriptor();
+    m_usesProxy = !proxy.isEmpty();
+    m_usesHttpProxy = proxy.startsWith("http");
+    m_usesSecureProxy = proxy.startsWith("https:");
     m_headerBytes = 0;
     m_hasStatusLine = m_isHeadWhole = m_hasSwitched = false;
     m_location.clear();
@@ -72,11 +72,10 @@ void Transfer::begin(Way way) {
     curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
     curl_easy_setopt(easy, CURLOPT_URL, m_request.url.toEncoded().constData());
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(
-        easy, CURLOPT_PROXY, way.proxy.constData());  // none, when empty: the environment has no say
+    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());  // none, when empty: the environment has no say
     curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     curl_easy_setopt(easy, CURLOPT_NOPROXY, "");
-    curl_easy_setopt(easy, CURLOPT_SHARE, way.share);
+    curl_easy_setopt(easy, CURLOPT_SHARE, share);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);  // who cancels does not wait for a name server
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_detail);

@@ -40,14 +40,12 @@ public:
     /// Whether there is an address to go to; if not, the failure has been told.
     [[nodiscard]] bool canBegin();
 
-    /// How to get to the address.
-    struct Way {
-        QByteArray proxy;           ///< empty for none
-        FileDescriptor connection;  ///< to the server or the proxy, if it is made already
-        CURLSH* share = nullptr;    ///< the sessions of TLS that servers may know again
-    };
-    /// Makes the handle ready for the address.
-    void begin(Way way);
+    /// Makes the handle ready for the address, and counts the idle time from here.
+    /// @param proxy on the way there, empty for none
+    /// @param share the sessions of TLS that servers may know again
+    void begin(const QByteArray& proxy, CURLSH* share);
+    /// A connection to the server or the proxy that is made already.
+    void useConnection(FileDescriptor connection) { m_madeBefore = std::move(connection); }
 
     /// What becomes of it when the connection has done its part: on to another address, or told.
     enum class Next { goesOn, isOver };

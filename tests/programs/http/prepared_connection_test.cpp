@@ -72,6 +72,9 @@ TEST_F(HttpTest, a_connection_that_is_still_being_made_is_waited_for) {
     };
     ASSERT_TRUE(eventually([&] { return knocking() != 0; }));
     const uint prepared = knocking();
+    // The wait for it is part of the request's time without movement, and told like the rest of it.
+    EXPECT_EQ(outcomeOf(post(url, "text", Time(200))).text,
+        TransportError::timedOut(QUrl(url), Time(200)).errorDescription());
     QCoro::Task<QString> posted = post(url);
     (void)outcomeOf(post(u"http:///"_s));  // answered after the text was taken
     const FileDescriptor other(accept(listener.number(), nullptr, nullptr));
