@@ -1,13 +1,12 @@
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <curl/curl.h>
 #include <malloc.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
 #include "platform/linux/helpers/frames.h"
+#include "platform/linux/helpers/serving.h"
 #include "platform/linux/process/memory_privacy.h"
 #include "programs/http/server.h"
 
@@ -30,10 +29,8 @@ int main(int argc, char** argv) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     std::signal(SIGPIPE, SIG_IGN);
     limitOneself();
-    if (argc < 2 || std::strcmp(argv[1], "--serve") != 0) {
-        std::fputs("This program is started by Tralio, to speak with servers.\n", stderr);
-        return 2;
-    }
+    if (const auto refusal = tralio::serving::whyNot(argc, argv, "speak with servers"))
+        return *refusal;
     const int replies = tralio::frames::takeStandardOutput();
     if (replies < 0 || curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK)
         return EXIT_FAILURE;

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "platform/linux/helpers/frames.h"
+#include "platform/linux/helpers/serving.h"
 #include "platform/linux/process/memory_privacy.h"
 #include "programs/recogniser/recogniser_session.h"
 
@@ -86,19 +87,14 @@ int serve() {
 }  // namespace tralio
 
 int main(int argc, char** argv) {
-    using namespace Qt::StringLiterals;
     // A recognition under way does not notice that the program is gone.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     tralio::limitOneself();
+    if (const auto refusal = tralio::serving::whyNot(argc, argv, "read text in images"))
+        return *refusal;
 
     const QCoreApplication application(argc, argv);
     constexpr int megabytesForAnImage = 512;
     QImageReader::setAllocationLimit(megabytesForAnImage);
-
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) != u"--serve") {
-        std::fputs("This program is started by Tralio, to read text in images.\n", stderr);
-        return 2;
-    }
     return tralio::serve();
 }

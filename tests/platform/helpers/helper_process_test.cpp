@@ -6,6 +6,7 @@
 #include <csignal>
 #include <gmock/gmock.h>
 
+#include "platform/linux/helpers/serving.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/files.h"
@@ -54,7 +55,7 @@ protected:
 };
 
 TEST_F(HelperProcessTest, starts_with_the_first_frame_and_brings_what_it_answers) {
-    serve("test \"$1\" = --serve && test \"$GREETING\" = 'xin chào' && exec cat");
+    serve("case $1 in --serve=1.*) ;; *) exit 1; esac; test \"$GREETING\" = 'xin chào' && exec cat");
     EXPECT_EQ(helper->processId(), 0);
     helper->send(text("one"));
     helper->send(text("two"));
@@ -71,6 +72,7 @@ TEST_F(HelperProcessTest, one_that_is_of_no_use_is_given_up_in_words_and_the_nex
     const Case cases[] = {
         {"exit 0", u"ended"_s},
         {"kill -SEGV $$", u"ended"_s},
+        {"exit 3", u"Tralio vừa được cập nhật. Vui lòng thoát Tralio rồi mở lại."_s},
         {"exec >&-; exit 1", u"ended"_s},
         {"echo 'Warning: everything is fine'; exec sleep 100", u"nonsense"_s},
         {"head -c 300 /dev/zero | tr '\\0' T; exec sleep 100", u"nonsense"_s},
@@ -193,6 +195,22 @@ TEST_F(HelperProcessTest, stays_while_it_is_at_work_or_kept_and_ends_by_the_end_
     const qint64 orphan = helper->processId();
     helper.reset();
     EXPECT_FALSE(lives(orphan));
+}
+
+TEST(Helpers, serve_a_program_of_their_own_version_alone) {
+    const QString own = QString::fromLatin1(serving::argument());
+    for (const QString& program : {QStringLiteral(HTTP_PROGRAM), QStringLiteral(OCR_PROGRAM)}) {
+        const auto endOf = [&program](const QStringList& arguments) {
+            QProcess process;
+            process.setStandardInputFile(QProcess::nullDevice());
+            process.start(program, arguments);
+            return process.waitForFinished() ? process.exitCode() : -1;
+        };
+        EXPECT_EQ(endOf({own}), 0);
+        EXPECT_EQ(endOf({u"--serve=0.0.1"_s}), serving::otherVersion);
+        EXPECT_EQ(endOf({u"--serve"_s}), serving::otherVersion);
+        EXPECT_EQ(endOf({}), serving::startedByHand);
+    }
 }
 
 }  // namespace

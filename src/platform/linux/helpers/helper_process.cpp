@@ -2,10 +2,11 @@
 
 #include <QFileInfo>
 #include <QPointer>
-#include <QProcess>
 
 #include <algorithm>
 #include <utility>
+
+#include "platform/linux/helpers/serving.h"
 
 namespace tralio {
 
@@ -61,7 +62,7 @@ void HelperProcess::start() {
     m_process->setProcessEnvironment(environment);
     m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     connect(m_process, &QProcess::readyReadStandardOutput, this, &HelperProcess::read);
-    connect(m_process, &QProcess::finished, this, [this] { giveUp(m_terms.words.ended); });
+    connect(m_process, &QProcess::finished, this, &HelperProcess::concludeEnd);
     // What cannot be started may say so from within `start`, while a frame is still to be sent; and may have
     // been given up by the time that it is heard.
     const auto refuseStart = [this, process = QPointer(m_process)] {
@@ -77,9 +78,15 @@ void HelperProcess::start() {
         Qt::QueuedConnection);
     // WORKAROUND: Qt 6.4 loses a file descriptor with every program that it cannot start.
     if (QFileInfo(m_terms.program).isExecutable())
-        m_process->start(m_terms.program, {u"--serve"_s});
+        m_process->start(m_terms.program, {QString::fromLatin1(serving::argument())});
     else
         QMetaObject::invokeMethod(this, refuseStart, Qt::QueuedConnection);
+}
+
+void HelperProcess::concludeEnd(int exitCode, QProcess::ExitStatus status) {
+    const bool isOfOtherVersion = status == QProcess::NormalExit && exitCode == serving::otherVersion;
+    giveUp(isOfOtherVersion ? u"Tralio vừa được cập nhật. Vui lòng thoát Tralio rồi mở lại."_s
+                            : m_terms.words.ended);
 }
 
 void HelperProcess::setAtWork(bool isAtWork) {

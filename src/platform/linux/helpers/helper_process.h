@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QProcess>
 #include <QString>
 
 #include <chrono>
@@ -10,8 +11,6 @@
 
 #include "common/clock.h"
 #include "platform/linux/helpers/frames.h"
-
-class QProcess;
 
 namespace tralio {
 
@@ -33,7 +32,7 @@ public:
         QString talksNonsense;
     };
     struct Terms {
-        QString program;  ///< its path; it is started with "--serve"
+        QString program;  ///< its path; started with `serving::argument`
         std::map<QString, QString> environment = {};
         qint64 maximumReply = 0;                 ///< bytes of a payload
         std::optional<QByteArray> ping = {};     ///< a frame that is answered also by one that is at work
@@ -79,6 +78,7 @@ private:
     void read();
     void restartSilence(std::chrono::milliseconds silence);
     void concludeSilence();
+    void concludeEnd(int exitCode, QProcess::ExitStatus status);
     void dismiss();
     void forget();
 
