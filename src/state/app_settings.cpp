@@ -83,6 +83,11 @@ void AppSettings::resetToDefaults() {
     updateCustomOCRHotKey(defaultOcrHotKeyKeyCode, defaultOcrHotKeyModifiers, defaultOcrHotKeyDisplay);
 }
 
+bool AppSettings::areDefaults() const {
+    return m_values.isReset() && m_hotKey.isReset() && m_ocrHotKey.isReset() &&
+        !m_store.isAwaited(apiKey.key());
+}
+
 std::function<void()> AppSettings::remembered() {
     const bool isKeyAwaited = m_store.isAwaited(apiKey.key());
     return [this, isKeyAwaited, values = m_values.remembered(), hotKey = m_hotKey.remembered(),

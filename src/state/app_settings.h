@@ -71,6 +71,9 @@ public:
     /// Everything back to its default except `autoPaste`; both hot keys are registered anew.
     void resetToDefaults();
 
+    /// Whether a reset would change nothing.
+    [[nodiscard]] bool areDefaults() const;
+
     /// Brings back, when called, what a reset changes, as it is now. The settings outlive it.
     [[nodiscard]] std::function<void()> remembered();
 

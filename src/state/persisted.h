@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <functional>
 #include <type_traits>
 #include <utility>
@@ -47,6 +48,12 @@ public:
             if (member.onReset == OnReset::isRestored)
                 member.reset();
     }
+    /// Whether a reset would change nothing.
+    [[nodiscard]] bool isReset() const {
+        return std::all_of(
+            m_members.begin(), m_members.end(),
+            [](const Member& member) { return member.onReset == OnReset::stays || member.isReset(); });
+    }
     /// Assigns, when called, the values of now to what a reset changes. The group outlives it.
     [[nodiscard]] std::function<void()> remembered() const {
         std::vector<std::function<void()>> values;
@@ -66,6 +73,7 @@ private:
     struct Member {
         std::function<void()> load;
         std::function<void()> reset;
+        std::function<bool()> isReset;
         std::function<std::function<void()>()> remember;
         OnReset onReset;
     };
@@ -83,8 +91,9 @@ class Persisted final {
 public:
     Persisted(PersistedGroup& group, QStringView key, T initial, OnReset onReset = OnReset::isRestored)
         : m_group(group), m_key(key.toString()), m_default(std::move(initial)), m_value(m_default) {
-        group.m_members.push_back({[this] { load(); }, [this] { *this = m_default; },
-            [this] { return [this, value = m_value] { *this = value; }; }, onReset});
+        group.m_members.push_back(
+            {[this] { load(); }, [this] { *this = m_default; }, [this] { return m_value == m_default; },
+                [this] { return [this, value = m_value] { *this = value; }; }, onReset});
     }
     Persisted(const Persisted&) = delete;
     Persisted& operator=(const Persisted&) = delete;

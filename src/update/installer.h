@@ -21,10 +21,11 @@ public:
     /// hexadecimal digits.
     virtual QCoro::Task<> checkSignature(QString zipPath, QByteArray signature, QString publicKey) = 0;
 
-    /// Fails unless the archive is whole, and has nothing in it but the application bundle for the script.
+    /// Fails unless the archive is whole, has nothing in it but the application bundle for the script, and
+    /// there is room for that.
     virtual QCoro::Task<> checkArchive(QString zipPath) = 0;
 
-    /// Runs a shell script that outlives the program; fails when it does not start.
+    /// Runs a shell script that outlives the program; fails when it does not start, or is not there.
     virtual void run(const QString& scriptPath) = 0;
 };
 

@@ -56,7 +56,7 @@ void writeScript(const QString& path, const QString& script) {
         file.write(script.toUtf8());
         file.moveTo(path);
     } catch (const FileError&) {
-        // Whether there is a script to run is seen by whoever runs it.
+        // Whoever runs it sees that there is none.
     }
 }
 
@@ -127,6 +127,7 @@ void UpdateService::conclude(const AppUpdateInfo& offer, bool manual) {
     const QString offered = offer.version.trimmed();
     const QString current = currentVersion().trimmed();
     if (std::is_gt(compareVersions(offered, current))) {
+        installationFailure = std::nullopt;
         updateInfo = offer;
         isUpdateAvailable = true;
         statusMessage = u"Đã có bản cập nhật mới: v"_s + offered;
@@ -159,6 +160,7 @@ void UpdateService::startAutoUpdate() {
         return;
     }
     isUpdating = true;
+    installationFailure = std::nullopt;
     downloadProgress = 0;
     statusMessage = u"Đang tải bản cập nhật v%1..."_s.arg(updateInfo()->version);
     install(archive);
@@ -244,6 +246,7 @@ QCoro::Task<> UpdateService::applyUpdate(QString zipPath, QByteArray signature) 
         if (!self)
             co_return;
         const QString scriptPath = QDir(m_host.temporaryFolder).filePath(u"tralio_updater.sh"_s);
+        removeWhateverIsAt(scriptPath);
         writeScript(scriptPath, installerScript(zipPath));
         m_installer.run(scriptPath);
         m_host.terminate();
@@ -261,6 +264,7 @@ void UpdateService::failInstallation(const QString& message) {
     m_archive.reset();
     isUpdating = false;
     statusMessage = message;
+    installationFailure = message;
 }
 
 }  // namespace tralio

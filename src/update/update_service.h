@@ -57,6 +57,9 @@ public:
     Observable<bool> isUpdateAvailable{*this, false};
     Observable<std::optional<QDateTime>> lastCheckTime{*this};
     Observable<std::optional<QString>> statusMessage{*this};  ///< the last text for the user
+    /// Why the last installation came to nothing, in the status's words; until another begins or an offer is
+    /// found.
+    Observable<std::optional<QString>> installationFailure{*this};
 
     [[nodiscard]] const QString& currentVersion() const { return m_host.currentVersion; }
     /// Whether a package manager updates this copy: then an installation leads to the web site.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileInfo>
 #include <QStringList>
 
 #include <optional>
@@ -27,6 +28,8 @@ public:
     void run(const QString& scriptPath) override {
         scripts += scriptPath;
         failWith(startFault);
+        if (!QFileInfo(scriptPath).isFile())
+            throw LocalizedError(QStringLiteral("no script"));
     }
 
     bool packaged = false;

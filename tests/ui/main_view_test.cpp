@@ -95,6 +95,14 @@ TEST_F(MainWindow, both_install_buttons_install_and_show_how_far_the_download_is
         QTest::mouseClick(button, Qt::LeftButton);
     EXPECT_EQ(stage.websiteVisits, 2) << "a package manager updates this copy";
 
+    stage.installer.packaged = false;
+    stage.installer.programFault = u"Không có quyền."_s;
+    QTest::mouseClick(buttons.first(), Qt::LeftButton);
+    stage.settle();
+    const QString told = u"Không thể chạy tiến trình cập nhật: Không có quyền."_s;
+    EXPECT_EQ(stage.texts().count(told), 2) << "also in the banner, which may be alone on the screen";
+
+    stage.updates.installationFailure = std::nullopt;
     stage.updates.isUpdating = true;
     stage.updates.downloadProgress = 0.427;
     stage.settle();
@@ -187,6 +195,7 @@ TEST_F(MainWindow, what_was_deleted_can_be_taken_back_for_six_seconds_from_any_t
     stage.click(u"Khôi phục mặc định"_s);
     const auto shortcut = [this] { return stage.store.text(u"app_setting_hotkey_display"_s); };
     EXPECT_EQ(shortcut(), u"⌘ ⇧ D"_s);
+    stage.click(u"Khôi phục mặc định"_s);  // of a hand that clicks twice
     stage.click(u"Hoàn tác"_s);
     EXPECT_EQ(shortcut(), u"⌥ T"_s);
 

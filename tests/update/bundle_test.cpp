@@ -124,6 +124,8 @@ TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
 
     ASSERT_TRUE(QFile::link(script, path(u"link"_s)));
     EXPECT_TRUE(failure(u"/bin/bash"_s, path(u"link"_s)).contains(path(u"link"_s)));
+    for (const QString& none : {path(u"missing"_s), folder.path()})
+        EXPECT_TRUE(failure(u"/bin/bash"_s, none).contains(none)) << "nobody would hear of it afterwards";
     const OrdinaryUser user;
     EXPECT_FALSE(failure(u"/bin/bash"_s, u"/etc/passwd"_s).isEmpty());
 }
@@ -152,10 +154,13 @@ TEST_F(BundleTest, only_the_program_of_the_bundle_that_is_replaced_may_be_replac
     EXPECT_EQ(obstacle(places), QString());
     places.unzip = u"no-such-unzip"_s;
     EXPECT_TRUE(obstacle(places).contains(places.unzip));
+    places.unzip = u"unzip"_s;
     const auto readOnly = QFile::ReadOwner | QFile::ExeOwner;
-    ASSERT_TRUE(QFile::setPermissions(applications, readOnly));
-    EXPECT_TRUE(obstacle(places).contains(u"quyền"_s));
-    ASSERT_TRUE(QFile::setPermissions(applications, readOnly | QFile::WriteOwner));
+    for (const QString& fixed : {applications, bundle, bundle + u"/Contents/MacOS"_s}) {
+        ASSERT_TRUE(QFile::setPermissions(fixed, readOnly));
+        EXPECT_TRUE(obstacle(places).contains(u"quyền"_s)) << qPrintable(fixed);
+        ASSERT_TRUE(QFile::setPermissions(fixed, readOnly | QFile::WriteOwner));
+    }
 }
 
 TEST_F(BundleTest, what_the_distribution_installed_is_updated_by_it) {
@@ -167,11 +172,13 @@ TEST_F(BundleTest, what_the_distribution_installed_is_updated_by_it) {
 
 TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and_nothing_else) {
     write(u"Tralio.app/Contents/Info.plist"_s, u"an application"_s);
+    write(u"Tralio.app/Contents/MacOS/TralioApp"_s, u"its program"_s);
     write(u"deep/Tralio.app/Contents/Info.plist"_s, u"too deep"_s);
     write(u"Other.app/Contents/Info.plist"_s, u"another"_s);
-    write(u"linked/Tralio.app/real"_s, u"a file"_s);
-    ASSERT_TRUE(QFile::link(u"/etc"_s, path(u"linked/Tralio.app/Contents"_s)));
-    BundleInstaller installer({.programs = {}, .largestContent = 1 << 20});
+    write(u"linked/Tralio.app/Contents/MacOS/TralioApp"_s, u"a file"_s);
+    ASSERT_TRUE(QFile::link(u"/etc"_s, path(u"linked/Tralio.app/Contents/Resources"_s)));
+    const auto roomy = [](const QString&) { return qint64(1) << 40; };
+    BundleInstaller installer({.programs = {}, .largestContent = 1 << 20, .freeSpace = roomy});
     const auto fault = [&](const QString& archive) { return wordsOf(installer.checkArchive(path(archive))); };
     const auto archive = [this](const QString& name, const QStringList& content, const QString& from = {}) {
         runToEnd(QStringLiteral(CMAKE_PROGRAM),
@@ -182,10 +189,18 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     EXPECT_EQ(fault(whole), QString());
     const QString notOnlyTheBundle = fault(archive(u"deep.zip"_s, {u"deep"_s}));
     EXPECT_FALSE(notOnlyTheBundle.isEmpty());
+    EXPECT_EQ(fault(archive(u"empty.zip"_s, {u"Tralio.app/Contents/Info.plist"_s})), notOnlyTheBundle);
     EXPECT_EQ(fault(archive(u"two.zip"_s, {u"Tralio.app"_s, u"Other.app"_s})), notOnlyTheBundle);
     EXPECT_EQ(fault(archive(u"other.zip"_s, {u"Other.app"_s})), notOnlyTheBundle);
     const QString link = fault(archive(u"link.zip"_s, {u"Tralio.app"_s}, u"linked"_s));
     EXPECT_TRUE(link.contains(u"link")) << qPrintable(link);
+
+    for (const QString& full : {QDir::tempPath(), u"/Applications"_s}) {
+        BundleInstaller cramped({.programs = {}, .freeSpace = [&full](const QString& folder) {
+                                     return folder == full ? qint64(1 << 20) : qint64(1) << 40;
+                                 }});
+        EXPECT_TRUE(wordsOf(cramped.checkArchive(path(whole))).contains(full));
+    }
 
     // Names of the same length, put in place by hand: no tool makes such an archive.
     QByteArray upwards = contentOf(path(whole));

@@ -246,12 +246,12 @@ TEST_F(UpdateInstallTest, a_copy_that_a_package_manager_updates_leads_to_the_web
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
-TEST_F(UpdateInstallTest, a_folder_in_the_archives_place_goes_and_one_in_the_scripts_place_is_no_matter) {
+TEST_F(UpdateInstallTest, a_folder_in_the_place_of_the_archive_or_the_script_goes) {
     ASSERT_TRUE(QDir().mkpath(zip + u"/inside"_s));
     ASSERT_TRUE(QDir().mkpath(script + u"/inside"_s));
     server.replies(StandInReply::withBody(200, "zip"));
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
-    EXPECT_EQ(filesInFolder(), QStringList{u"Tralio-Update.zip"_s});
+    EXPECT_EQ(filesInFolder(), (QStringList{u"Tralio-Update.zip"_s, u"tralio_updater.sh"_s}));
 }
 
 TEST_F(UpdateInstallTest, nothing_happens_without_an_offer_that_has_an_address) {

@@ -70,8 +70,14 @@ void UpdateBanner::refresh() {
     if (!offered)
         return;
     m_title->setText(u"Bản cập nhật mới: v"_s + info->version);
-    m_notes->setText(info->releaseNotes.left(longestNotes).simplified());
-    m_notes->setVisible(!info->releaseNotes.isEmpty());
+    const QString failure = beginningOfMessage(m_updates.installationFailure().value_or(QString()));
+    m_notes->setColor(failure.isEmpty() ? ColorRole::secondary : ColorRole::red);
+    if (failure.isEmpty())
+        m_notes->setText(beginningOfMessage(info->releaseNotes, longestNotes).simplified());
+    else
+        m_notes->setNews(failure);
+    setTooltip(m_notes, failure);
+    m_notes->setVisible(!m_notes->text().isEmpty());
     m_progress->setVisible(updating);
     m_percentage->setText(u"%1%"_s.arg(int(m_updates.downloadProgress() * 100)));
     setTooltip(m_install,

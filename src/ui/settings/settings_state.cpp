@@ -212,9 +212,12 @@ QCoro::Task<void> SettingsState::testConnection(std::stop_token stop) {
 }
 
 void SettingsState::restoreDefaults() {
+    // A second press brings back nothing but the defaults, and leaves the first one's way back alone.
+    const bool isSecond = settings().areDefaults() && m_services.undo.message();
     const auto before = settings().remembered();
     settings().resetToDefaults();
-    m_services.undo.make(u"Đã khôi phục cài đặt mặc định"_s, before);
+    if (!isSecond)
+        m_services.undo.make(u"Đã khôi phục cài đặt mặc định"_s, before);
     testResult = std::nullopt;
 }
 

@@ -1,10 +1,12 @@
 #include "platform/linux/bundle/bundle_installer.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStandardPaths>
+#include <QStorageInfo>
 
 #include <algorithm>
 #include <chrono>
@@ -25,11 +27,14 @@ using namespace std::chrono_literals;
 /// For reading an archive that is as large as an application.
 constexpr auto archiveLimit = 60s;
 
-bool isSomebodyElses(const QString& path) {
+void checkScript(const QString& path) {
     struct stat entry {};
     if (lstat(QFile::encodeName(path).constData(), &entry) != 0)
-        return false;
-    return entry.st_uid != geteuid() || S_ISLNK(entry.st_mode);
+        throw LocalizedError(u"Không ghi được %1."_s.arg(path));
+    if (entry.st_uid != geteuid() || S_ISLNK(entry.st_mode))
+        throw LocalizedError(u"%1 thuộc về người dùng khác nên không được chạy."_s.arg(path));
+    if (!S_ISREG(entry.st_mode))
+        throw LocalizedError(u"Không ghi được %1."_s.arg(path));
 }
 
 /// The program's environment, with `folder` as the first place to look for programs.
@@ -43,12 +48,26 @@ bool mayWriteIn(const QString& folder) {
     return faccessat(AT_FDCWD, QFile::encodeName(folder).constData(), W_OK, AT_EACCESS) == 0;
 }
 
-/// Whether all of these paths inside an archive lie in the one bundle at its top.
+/// Whether a folder can be removed with all that it holds.
+bool mayRemove(const QString& folder) {
+    if (!mayWriteIn(QFileInfo(folder).path()) || !mayWriteIn(folder))
+        return false;
+    QDirIterator below(folder, QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks,
+        QDirIterator::Subdirectories);
+    while (below.hasNext())
+        if (!mayWriteIn(below.next()))
+            return false;
+    return true;
+}
+
+/// Whether all of these paths inside an archive lie in the one bundle at its top, and the program is there.
 bool lieInBundle(const QByteArray& paths) {
     const QList<QByteArray> lines = paths.trimmed().split('\n');
-    return std::all_of(lines.begin(), lines.end(), [](const QByteArray& path) {
-        return path.startsWith("Tralio.app/") && !('/' + path + '/').contains("/../") && !path.contains('\\');
-    });
+    return lines.contains("Tralio.app/Contents/MacOS/TralioApp") &&
+        std::all_of(lines.begin(), lines.end(), [](const QByteArray& path) {
+            return path.startsWith("Tralio.app/") && !('/' + path + '/').contains("/../") &&
+                !path.contains('\\');
+        });
 }
 
 /// Whether one of the lines of a listing, which begin with the kind and the rights of a file, is of a link.
@@ -71,7 +90,7 @@ void BundleInstaller::checkProgram() const {
     if (own.isEmpty() || own != QFileInfo(m_places.bundle + u"/Contents/MacOS"_s).canonicalFilePath())
         throw LocalizedError(
             u"Bản Tralio này không chạy từ %1 nên không thể tự thay thế."_s.arg(m_places.bundle));
-    if (!mayWriteIn(QFileInfo(m_places.bundle).path()))
+    if (!mayRemove(m_places.bundle))
         throw LocalizedError(u"Không có quyền thay thế %1."_s.arg(m_places.bundle));
     if (QStandardPaths::findExecutable(m_places.unzip).isEmpty())
         throw LocalizedError(u"Không tìm thấy chương trình %1."_s.arg(m_places.unzip));
@@ -86,7 +105,8 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     const QStringList names{u"-Z1"_s, zipPath};
     const QStringList kinds{u"-Zs"_s, zipPath};
     const ProgramResult measured = co_await runProgram(u"/bin/sh"_s, measure, archiveLimit);
-    if (measured.status != 0 || measured.output.trimmed().toLongLong() > m_places.largestContent)
+    const qint64 content = measured.output.trimmed().toLongLong();
+    if (measured.status != 0 || content > m_places.largestContent)
         throw LocalizedError(
             u"File cập nhật bung ra quá lớn (tối đa %1 MB)."_s.arg(m_places.largestContent >> 20));
     const ProgramResult tested = co_await runProgram(m_places.unzip, test, archiveLimit);
@@ -98,6 +118,22 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     const ProgramResult listed = co_await runProgram(m_places.unzip, kinds, archiveLimit);
     if (holdsLink(listed.output))
         throw LocalizedError(u"File cập nhật chứa liên kết (link) nên không được cài."_s);
+    checkRoom(content);
+}
+
+qint64 BundleInstaller::availableIn(const QString& folder) {
+    return QStorageInfo(folder).bytesAvailable();
+}
+
+void BundleInstaller::checkRoom(qint64 content) const {
+    // The script unpacks into one folder and copies to another, and looks at neither's end.
+    const qint64 needed = content + content / 10 + (1 << 20);  // files take whole blocks
+    const QString unpacked = QDir::tempPath();
+    const QString installed = QFileInfo(m_places.bundle).path();
+    const bool areOne = QStorageInfo(unpacked).device() == QStorageInfo(installed).device();
+    for (const QString& folder : {unpacked, installed})
+        if (m_places.freeSpace(folder) < (areOne ? 2 * needed : needed))
+            throw LocalizedError(u"Không đủ dung lượng trống trong %1."_s.arg(folder));
 }
 
 QCoro::Task<> BundleInstaller::checkSignature(QString zipPath, QByteArray signature, QString publicKey) {
@@ -110,8 +146,7 @@ QCoro::Task<> BundleInstaller::checkSignature(QString zipPath, QByteArray signat
 }
 
 void BundleInstaller::run(const QString& scriptPath) {
-    if (isSomebodyElses(scriptPath))
-        throw LocalizedError(u"%1 thuộc về người dùng khác nên không được chạy."_s.arg(scriptPath));
+    checkScript(scriptPath);
     QProcess shell;
     shell.setProgram(m_places.shell);
     shell.setArguments({scriptPath});

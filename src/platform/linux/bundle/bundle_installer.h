@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/linux/helpers/installation.h"
 #include "update/installer.h"
 
@@ -17,6 +19,7 @@ public:
         QString verifier = helpers + QStringLiteral("/tralio-verify");
         QString unzip = QStringLiteral("unzip");
         qint64 largestContent = qint64(2) << 30;  ///< bytes that an archive may have in it
+        std::function<qint64(const QString& folder)> freeSpace = &availableIn;  ///< in bytes
     };
 
     explicit BundleInstaller(Places places);
@@ -32,6 +35,9 @@ public:
     void run(const QString& scriptPath) override;
 
 private:
+    [[nodiscard]] static qint64 availableIn(const QString& folder);
+    void checkRoom(qint64 content) const;
+
     Places m_places;
 };
 
