@@ -55,4 +55,11 @@ QString excerpt(QStringView text) {
     return text.first(end).toString();
 }
 
+QString shortened(const QString& text, qsizetype longest) {
+    if (text.size() <= longest)
+        return text;
+    const bool cutsPair = longest > 0 && text.at(longest - 1).isHighSurrogate();
+    return text.first(cutsPair ? longest - 1 : longest) + u'…';
+}
+
 }  // namespace tralio

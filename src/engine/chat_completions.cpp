@@ -3,7 +3,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -116,20 +115,15 @@ std::optional<QString> errorMessage(const QByteArray& body) {
     const QJsonValue message = QJsonDocument::fromJson(body).object().value(u"error"_s)[u"message"_s];
     if (!message.isString())
         return std::nullopt;
-    return message.toString();
+    const QString words = error_page::words(message.toString());
+    return words.isEmpty() ? message.toString() : words;
 }
 
 std::optional<QString> bodyAsMessage(const QByteArray& body) {
     if (!body.isValidUtf8())
         return std::nullopt;
-    const QString text = QString::fromUtf8(body);
-    constexpr qsizetype head = 100'000;  // what a page says stands near its beginning
-    static const QRegularExpression page(
-        u"^\\s*(<!doctype html|<html|<head|<body)\\b"_s, QRegularExpression::CaseInsensitiveOption);
-    if (!page.match(text).hasMatch())
-        return text;
-    const QString words = error_page::words(text.left(head));
-    return words.isEmpty() ? std::nullopt : std::optional(words);
+    const QString words = error_page::words(QString::fromUtf8(body));
+    return words.isEmpty() && !body.isEmpty() ? std::nullopt : std::optional(words);
 }
 
 }  // namespace tralio::chat_completions

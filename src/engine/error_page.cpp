@@ -2,8 +2,11 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
+
+#include "common/excerpt.h"
 
 namespace tralio::error_page {
 namespace {
@@ -63,12 +66,10 @@ QString plain(QString markup) {
              {u"&gt;"_s, u">"_s}, {u"&quot;"_s, u"\""_s}, {u"&#39;"_s, u"'"_s}, {u"&amp;"_s, u"&"_s}})
         text.replace(entity, character);
     text = text.simplified();
-    return text.size() > enough ? text.first(enough) + u'…' : text;
+    return shortened(text, enough);
 }
 
-}  // namespace
-
-QString words(const QString& page) {
+QString wordsOf(const QString& page) {
     if (const std::optional<Span> title = findElement(page, u"title"_s, 0)) {
         QString titled = plain(page.mid(title->contentBegin, title->contentEnd - title->contentBegin));
         if (!titled.isEmpty())
@@ -79,6 +80,32 @@ QString words(const QString& page) {
         shown = without(
             shown, [&unseen](QStringView page, qsizetype from) { return findElement(page, unseen, from); });
     return plain(shown);
+}
+
+/// Whether an HTML document begins here, be it after a declaration and comments.
+bool isPage(QStringView text) {
+    for (;;) {
+        text = text.trimmed();
+        const bool isComment = text.startsWith(u"<!--");
+        if (!isComment && !text.startsWith(u"<?"))
+            break;
+        const QStringView end = isComment ? u"-->" : u"?>";
+        const qsizetype at = text.indexOf(end);
+        if (at < 0)
+            return false;
+        text = text.mid(at + end.size());
+    }
+    static const QRegularExpression begin(
+        u"^<(!doctype html|html|head|body)\\b"_s, QRegularExpression::CaseInsensitiveOption);
+    return begin.match(text.first(std::min<qsizetype>(text.size(), 20)).toString()).hasMatch();
+}
+
+}  // namespace
+
+QString words(const QString& message) {
+    constexpr qsizetype head = 100'000;  // what a page says stands near its beginning
+    const QString beginning = message.left(head);
+    return isPage(beginning) ? wordsOf(beginning) : message;
 }
 
 }  // namespace tralio::error_page

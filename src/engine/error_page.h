@@ -5,8 +5,8 @@
 /// Servers answer with a page for people where something stands between us and the service.
 namespace tralio::error_page {
 
-/// What an HTML page says in its title, or else the first of the words that it shows. Takes time in
-/// proportion to the page, whatever is in it.
-[[nodiscard]] QString words(const QString& page);
+/// The message as it is, or if it is an HTML page what that says in its title, or else the first of the words
+/// that it shows, which may be none. Takes time in proportion to the message, whatever is in it.
+[[nodiscard]] QString words(const QString& message);
 
 }  // namespace tralio::error_page

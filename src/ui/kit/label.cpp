@@ -16,14 +16,10 @@ namespace {
 /// What a label of one line draws: of a longer text no more than is sure to run out of its window.
 QString onOneLine(const QString& text) {
     constexpr qsizetype enough = 1000;
-    return beginningOfMessage(text, enough).replace(u'\n', u' ');
+    return shortened(text, enough).replace(u'\n', u' ');
 }
 
 }  // namespace
-
-QString beginningOfMessage(const QString& message, qsizetype longest) {
-    return message.size() <= longest ? message : message.first(longest) + u'…';
-}
 
 Label::Label(const QString& text, const TextStyle& style, ColorRole role, QWidget* parent)
     : QWidget(parent), m_text(text), m_style(style), m_role(role) {

@@ -4,6 +4,7 @@
 #include <QVarLengthArray>
 #include <QWidget>
 
+#include "common/excerpt.h"
 #include "ui/kit/colors.h"
 #include "ui/kit/text_style.h"
 
@@ -59,6 +60,8 @@ private:
 
 /// What a label shows of a message from outside. An error page may be as long as a book: its beginning tells
 /// what there is to tell, and all of it would take seconds to lay out.
-[[nodiscard]] QString beginningOfMessage(const QString& message, qsizetype longest = 600);
+[[nodiscard]] inline QString beginningOfMessage(const QString& message, qsizetype longest = 600) {
+    return shortened(message, longest);
+}
 
 }  // namespace tralio
