@@ -59,9 +59,10 @@ std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const 
         m_readFailing = false;
         return value;
     } catch (const SqliteError& error) {
-        if (!std::exchange(m_readFailing, true))
+        if (!std::exchange(m_readFailing, true)) {
             debugLog(u"SqliteKeyValueStore.value: cannot read: "_s + error.description());
-        setTrouble(StoreTrouble::unreadable);
+            setTrouble(StoreTrouble::unreadable);
+        }
         return std::nullopt;
     }
 }
@@ -74,6 +75,7 @@ void SqliteKeyValueStore::setValue(const QString& key, StoredValue value) {
     if (!m_unsaved.empty() || !std::exchange(m_failing, false))
         return;
     debugLog(u"SqliteKeyValueStore.setValue: all values are written again"_s);
+    m_unsavedIsAcknowledged = false;
     if (m_trouble == StoreTrouble::unsaved)
         setTrouble(std::nullopt);
 }
@@ -84,6 +86,7 @@ void SqliteKeyValueStore::forgetOverwritten() {
 }
 
 void SqliteKeyValueStore::acknowledgeTrouble() {
+    m_unsavedIsAcknowledged |= m_trouble == StoreTrouble::unsaved;
     setTrouble(std::nullopt);
     if (boolean(damageKey).value_or(false))
         setValue(damageKey, false);
@@ -153,7 +156,7 @@ void SqliteKeyValueStore::fail(QStringView operation, const SqliteError& error) 
     if (!std::exchange(m_failing, true))
         debugLog(
             u"SqliteKeyValueStore.%1: values are kept in memory: %2"_s.arg(operation, error.description()));
-    if (!m_trouble)
+    if (!m_trouble && !m_unsavedIsAcknowledged)
         setTrouble(StoreTrouble::unsaved);
 }
 

@@ -60,6 +60,7 @@ private:
     mutable std::optional<StoreTrouble> m_trouble;
     bool m_failing = false;  ///< a failure is in the log, and not yet that it is over
     mutable bool m_readFailing = false;
+    bool m_unsavedIsAcknowledged = false;  ///< of the failure that goes on
 };
 
 }  // namespace tralio
