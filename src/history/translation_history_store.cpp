@@ -74,18 +74,20 @@ void TranslationHistoryStore::clear() {
     save();
 }
 
-void TranslationHistoryStore::bringBack(const QList<TranslationItem>& removed) {
+void TranslationHistoryStore::bringBack(const QList<TranslationItem>& before) {
+    const auto wasThere = [&before](const TranslationItem& item) {
+        return std::ranges::find(before, item.id, &TranslationItem::id) != before.end();
+    };
     QList<TranslationItem> items = m_items();
-    for (const TranslationItem& item : removed) {
-        const auto isItsText = [&item](const TranslationItem& other) { return isOfSameText(item, other); };
-        if (std::ranges::any_of(items, isItsText))
-            continue;
-        const auto older = std::ranges::find_if(
-            items, [&item](const TranslationItem& other) { return other.timestamp < item.timestamp; });
-        items.insert(older, item);
-    }
-    if (items.size() > maxItems)
-        items.resize(maxItems);
+    items.removeIf(wasThere);
+    const QList<TranslationItem> added = items;
+    for (const TranslationItem& item : before)
+        if (std::ranges::none_of(
+                added, [&item](const TranslationItem& other) { return isOfSameText(item, other); }))
+            items.append(item);
+    const qsizetype most = added.isEmpty() ? std::max(maxItems, before.size()) : maxItems;
+    if (items.size() > most)
+        items.resize(most);
     m_items = std::move(items);
     save();
 }

@@ -37,9 +37,9 @@ public:
     void remove(const QSet<qsizetype>& at);
     void remove(const QUuid& id);
     void clear();
-    /// Puts entries that were removed back into their places in time. One stays away whose text has been
-    /// translated between the same languages since.
-    void bringBack(const QList<TranslationItem>& removed);
+    /// Everything again that was there before something was removed, beneath what has been added since. An
+    /// entry stays away whose text has been translated between the same languages since.
+    void bringBack(const QList<TranslationItem>& before);
 
 private:
     void load();

@@ -213,7 +213,7 @@ TEST_F(TranslationHistoryStoreTest, what_was_removed_comes_back_to_its_place_unl
         addLater(text, u"t"_s);
     const QList<TranslationItem> before = history.items();
     history.remove(before[1].id);
-    history.bringBack({before[1]});
+    history.bringBack(before);
     EXPECT_EQ(reopened().items(), before);
 
     history.clear();
@@ -225,11 +225,21 @@ TEST_F(TranslationHistoryStoreTest, what_was_removed_comes_back_to_its_place_unl
         texts += item.sourceText + item.translatedText;
     EXPECT_EQ(texts, QStringList({u"2better"_s, u"4t"_s, u"3t"_s, u"1t"_s}));
 
+    now -= 24h;  // set right meanwhile
+    addLater(u"5"_s, u"t"_s);
+    const QList<TranslationItem> mixed = history.items();
+    history.clear();
+    history.bringBack(mixed);
+    EXPECT_EQ(history.items(), mixed);
+
     for (int i = 10; i < 58; ++i)
         addLater(QString::number(i), u"t"_s);
     const QList<TranslationItem> full = history.items();
-    history.bringBack({before[2]});
-    EXPECT_EQ(history.items(), full) << "an older one would be the 51st";
+    history.remove(full.last().id);
+    addLater(u"58"_s, u"t"_s);
+    const QList<TranslationItem> late = history.items();
+    history.bringBack(full);
+    EXPECT_EQ(history.items(), late) << "an older one would be the 51st";
 }
 
 TEST_F(TranslationHistoryStoreTest, no_text_can_lose_the_history) {

@@ -38,20 +38,19 @@ void HistoryState::copyToClipboard(const TranslationItem& item) {
 }
 
 void HistoryState::remove(const TranslationItem& item) {
+    offerUndo(u"Đã xóa một bản dịch"_s);
     m_services.historyStore.remove(item.id);
-    offerUndo(u"Đã xóa một bản dịch"_s, {item});
 }
 
 void HistoryState::clear() {
-    const QList<TranslationItem> removed = m_services.historyStore.items();
+    offerUndo(u"Đã xóa %1 bản dịch"_s.arg(m_services.historyStore.items().size()));
     m_services.historyStore.clear();
-    offerUndo(u"Đã xóa %1 bản dịch"_s.arg(removed.size()), removed);
 }
 
-void HistoryState::offerUndo(const QString& message, const QList<TranslationItem>& removed) {
+void HistoryState::offerUndo(const QString& message) {
     // The panel may be gone by the time that the user thinks better of it.
     TranslationHistoryStore& store = m_services.historyStore;
-    m_services.undo.make(message, [&store, removed] { store.bringBack(removed); });
+    m_services.undo.make(message, [&store, before = store.items()] { store.bringBack(before); });
 }
 
 void HistoryState::undo() {

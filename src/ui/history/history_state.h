@@ -53,7 +53,7 @@ public:
     void select(const TranslationItem& item);
 
 private:
-    void offerUndo(const QString& message, const QList<TranslationItem>& removed);
+    void offerUndo(const QString& message);
 
     Dependencies m_services;
     OnSelect m_onSelect;
