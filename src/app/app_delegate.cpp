@@ -171,12 +171,15 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
                 if (self)
                     self->m_services.popover.performClose();
             },
+            [self] {
+                if (self)
+                    self->showPopover();
+            },
             [self, &isReading, reading] {
                 if (self) {
                     isReading = true;
                     self->m_services.appState.beginReading(reading);
                     self->m_services.appState.isReadingCapture = true;
-                    self->showPopover();
                 }
             },
             stop,

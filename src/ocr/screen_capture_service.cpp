@@ -42,7 +42,8 @@ ScreenCaptureService::ScreenCaptureService(OCRService& ocr, CaptureTool& tool, C
     : m_ocr(ocr), m_tool(tool), m_clock(clock), m_folder(std::move(folder)) {}
 
 QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndRecognize(
-    Callback onBeforeCapture, Callback onAfterCapture, std::stop_token stop, LinesRead linesRead) {
+    Callback onBeforeCapture, Callback onAfterCapture, Callback onRecognition, std::stop_token stop,
+    LinesRead linesRead) {
     if (std::exchange(m_isCapturing, true))
         co_return std::nullopt;
     const QString path = QDir(m_folder).filePath(newFileName());
@@ -61,6 +62,8 @@ QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndR
 
     if (status != 0 || QFileInfo(path).size() < 1)
         co_return std::nullopt;
+    if (onRecognition)
+        onRecognition();
     co_return co_await m_ocr.recognizeText(QUrl::fromLocalFile(path), std::move(stop), std::move(linesRead));
 }
 

@@ -29,12 +29,12 @@ public:
     ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder = QDir::tempPath());
 
     /// The text of the region, or nothing when the user cancelled; at once nothing, without a callback, while
-    /// another capture or its recognition is under way. The callbacks run once each, just before and just
-    /// after the user draws. Fails with an `OCRError`, also once `stop` ends the recognition. The picture is
-    /// gone when this completes.
+    /// another capture or its recognition is under way. The first two callbacks run once each, just before
+    /// and just after the user draws, and the third after them if there is a picture to read. Fails with an
+    /// `OCRError`, also once `stop` ends the recognition. The picture is gone when this completes.
     [[nodiscard]] QCoro::Task<std::optional<QString>> captureInteractiveAndRecognize(
-        Callback onBeforeCapture = {}, Callback onAfterCapture = {}, std::stop_token stop = {},
-        LinesRead linesRead = {});
+        Callback onBeforeCapture = {}, Callback onAfterCapture = {}, Callback onRecognition = {},
+        std::stop_token stop = {}, LinesRead linesRead = {});
 
 private:
     [[nodiscard]] QCoro::Task<> pause();

@@ -189,6 +189,14 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
     panel->performOCR(picture(), AutoTranslate::no);
     panel->captureScreenAndTranslate();
     EXPECT_FALSE(recognizer.stops[3].stop_requested()) << "the user may still cancel";
+    int shown = 0;
+    appState.onShowPopover = [&] { ++shown; };
+    region.draws = false;
+    desktop.clock.advance(150ms);
+    ASSERT_TRUE(eventually([&] { return shown == 1; }));
+    EXPECT_FALSE(recognizer.stops[3].stop_requested()) << "and has";
+    region.draws = true;
+    panel->captureScreenAndTranslate();
     desktop.clock.advance(150ms);
     ASSERT_TRUE(eventually([this] { return recognizer.stops[3].stop_requested(); }));
     ASSERT_TRUE(recognitionEnds());

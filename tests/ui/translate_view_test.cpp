@@ -153,6 +153,7 @@ TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does)
     const std::stop_source first;
     const std::stop_source second;
     stage.appState.beginReading(first);
+    stage.controls(u"Lịch sử"_s).constFirst()->setFocus();
     stage.press(Qt::Key_Escape);
     EXPECT_TRUE(first.stop_requested());
     stage.appState.beginReading(second);

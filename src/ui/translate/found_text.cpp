@@ -51,13 +51,9 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
     std::optional<QString> failure;
     try {
         AppState& appState = m_services.appState;
-        auto capture =
-            m_services.captures.captureInteractiveAndRecognize([&appState] { appState.hidePopover(); },
-                [&appState, reading] {
-                    appState.beginReading(reading);
-                    appState.showPopover();
-                },
-                stop, counting(appState, stop));
+        auto capture = m_services.captures.captureInteractiveAndRecognize(
+            [&appState] { appState.hidePopover(); }, [&appState] { appState.showPopover(); },
+            [&appState, reading] { appState.beginReading(reading); }, stop, counting(appState, stop));
         text = co_await std::move(capture);
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();

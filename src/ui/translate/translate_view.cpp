@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QShortcut>
 
 #include <utility>
 
@@ -177,6 +178,9 @@ QLayout* TranslateView::actionRow() {
     connect(m_translate, &Button::clicked, this, [this] { m_state.performTranslate(); });
     m_cancel = new Button(button::borderedTall, {.title = u"Hủy"_s});
     connect(m_cancel, &Button::clicked, this, [this] { m_state.cancel(); });
+    // Wherever in the window the keyboard is.
+    m_escape = new QShortcut(Qt::Key_Escape, this);
+    connect(m_escape, &QShortcut::activated, this, [this] { m_state.cancel(); });
     return row({.spacing = 8}, {m_translate, m_cancel});
 }
 
@@ -225,14 +229,6 @@ void TranslateView::showEvent(QShowEvent* event) {
         focusInput();
 }
 
-void TranslateView::keyPressEvent(QKeyEvent* event) {
-    // It ends the longest wait there is; without one it closes the window.
-    if (event->key() == Qt::Key_Escape && m_state.isRecognizing())
-        m_state.cancel();
-    else
-        QWidget::keyPressEvent(event);
-}
-
 void TranslateView::refresh() {
     m_source->setTitle(m_state.sourceLang());
     m_target->setTitle(m_state.targetLang());
@@ -250,6 +246,7 @@ void TranslateView::refresh() {
     m_input->setCaretShown(!dropTargeted);
     const bool recognizing = m_state.isRecognizing();
     m_recognizing->setVisible(recognizing);
+    m_escape->setEnabled(recognizing);
     m_linesRead->setText(recognizingText(m_state.linesRead()));
     m_characterCount->setVisible(!recognizing);
     showCount(input);

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QShortcut;
+
 namespace tralio {
 
 class Button;
@@ -28,7 +30,6 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QLayout* languageRow();
@@ -57,6 +58,7 @@ private:
     Button* m_clear;
     Button* m_translate;
     Button* m_cancel;
+    QShortcut* m_escape;  ///< ends the longest wait there is; without one the key closes the window
     ErrorStrip* m_error;
     Reveal* m_errorReveal;
     Button* m_speak;
