@@ -121,6 +121,7 @@ TEST_F(RealSpeech, a_daemon_or_an_engine_that_is_killed_ends_the_reading_and_the
     beginLongText();
     ASSERT_TRUE(session.signal("sd_espeak-ng", SIGKILL));
     EXPECT_TRUE(fallsSilent(20));
+    EXPECT_TRUE(service.failure().has_value()) << "in words";
     // A daemon whose engine is dead ends when nobody has been connected for a while.
     EXPECT_TRUE(waitUntil([&] { return !session.signal("speech-dispatcher", 0); }, 20));
     service.speak(u"một"_s, u"Tiếng Việt"_s);

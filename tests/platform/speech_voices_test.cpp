@@ -36,9 +36,10 @@ TEST(SpeechVoices, an_engines_languages_are_read_from_its_list) {
         (QStringList{u"vi"_s, u"en-us"_s}));
 }
 
-TEST(SpeechVoices, marks_stand_between_sentences_and_within_long_ones_and_the_text_stays_text) {
-    EXPECT_EQ(withMarks(u"A. B? 3.5 <b>&\u0001"_s),
-        u"<speak>A.<mark name=\"0\"/> B?<mark name=\"1\"/> 3.5 &lt;b&gt;&amp;</speak>"_s);
+TEST(SpeechVoices, marks_stand_behind_first_words_before_their_stops_and_within_long_sentences) {
+    EXPECT_EQ(withMarks(u"A. B c? 3.5 <b>&\u0001\nNo! No... d"_s),
+        u"<speak>A<mark name=\"0\"/>. B<mark name=\"1\"/> c? 3.5<mark name=\"2\"/> &lt;b&gt;&amp;\n"
+        "No<mark name=\"3\"/>! No... d</speak>"_s);
     const QString endless = u"bla "_s.repeated(5000);
     EXPECT_GT(withMarks(endless).count(u"<mark"), 100);
 }

@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 constexpr auto retryInterval = 50ms;
+/// The engine is asked itself rarely, for while it looks its voices up the daemon serves nobody.
+constexpr int probesPerQuestion = 3;
 /// The daemon's stand-in for engines that it does not have: it reads a recorded request to install one.
 constexpr QStringView noEngine = u"dummy";
 
@@ -147,9 +149,22 @@ void SpeechDispatcher::begin() {
 }
 
 void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
-    if (!m_reading || m_reading->message != message)
+    if (!m_reading)
+        return;
+    const bool isProbe = m_reading->message != 0 && message > m_reading->message;
+    if (isProbe && event == SsipConnection::Event::begin) {
+        // What reads it in the dead engine's place may have more to say: cancelled, before nobody is
+        // connected who could.
+        m_connection->send("CANCEL SELF", [this, number = m_reading->number](const SsipConnection::Reply&) {
+            if (isPresent(number))
+                fail(u"the speech engine has died"_s);
+        });
+    }
+    if (m_reading->message != message)
         return;
     if (event == SsipConnection::Event::end || event == SsipConnection::Event::cancel) {
+        if (m_reading->probes > 0)
+            m_connection->send("CANCEL SELF");
         endReading(ReadingEnd::over);
         return;
     }
@@ -161,20 +176,27 @@ void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
 
 void SpeechDispatcher::watch() {
     m_quietLimit = m_clock.after(
-        m_limits.quiet,
-        [this] {
-            // Only an engine can tell its voices. It is asked rarely, for while it looks them up the daemon
-            // serves nobody.
-            m_connection->send(
-                "LIST SYNTHESIS_VOICES",
-                [this, number = m_reading->number](const SsipConnection::Reply& reply) {
-                    if (!isPresent(number))
-                        return;
-                    if (reply.isSuccess())
-                        watch();
-                    else
-                        fail(u"the speech engine has died"_s);
-                });
+        m_limits.quiet, [this] { probe(); });
+}
+
+void SpeechDispatcher::probe() {
+    // The daemon does not tell that an engine has died, but then begins what waits behind the text, with
+    // whatever engine it still has: here nothing that can be heard.
+    m_connection->speak(u"<speak><mark name=\"probe\"/></speak>"_s, {});
+    if (++m_reading->probes % probesPerQuestion != 0) {
+        watch();
+        return;
+    }
+    // Where there is no other engine, nothing begins; where the engine hangs, neither. Asked for its voices,
+    // a dead one makes an error, and a hung one keeps the daemon from answering.
+    m_connection->send(
+        "LIST SYNTHESIS_VOICES", [this, number = m_reading->number](const SsipConnection::Reply& reply) {
+            if (!isPresent(number))
+                return;
+            if (reply.isSuccess())
+                watch();
+            else
+                fail(u"the speech engine has died"_s);
         });
 }
 

@@ -34,8 +34,8 @@ public:
         /// For the first word, once the daemon has begun. Without a sound device it begins and never reads
         /// it.
         std::chrono::milliseconds firstWord = std::chrono::seconds(5);
-        std::chrono::milliseconds quiet =
-            std::chrono::seconds(15);  ///< before the engine is asked for a sign of life
+        std::chrono::milliseconds quiet = std::chrono::seconds(
+            4);  ///< without news of the text, before it is found out whether it is still read
         std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< before the connection is given up
     };
 
@@ -54,6 +54,7 @@ private:
         std::function<void(ReadingEnd)> onEnd;
         qint64 number = 0;
         qint64 message = 0;  ///< the daemon's number for it, once it has taken it
+        int probes = 0;      ///< wait behind it
     };
 
     void connectToDaemon();
@@ -63,6 +64,7 @@ private:
     void begin();
     void follow(SsipConnection::Event event, qint64 message);
     void watch();
+    void probe();
     void fail(const QString& reason);
     void endReading(ReadingEnd end);
     void waitIdly();

@@ -70,16 +70,25 @@ QString withMarks(const QString& text) {
     QString ssml = u"<speak>"_s;
     int marks = 0;
     qsizetype sinceMark = 0;
-    QChar before;
-    for (const QChar character : text) {
+    bool isDue = true;
+    QChar before = u' ';
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar character = text[i];
         if (!isSpeakable(character))
             continue;
-        const bool isPause = sentenceEnds.contains(before) || character == u'\n';
-        const bool isFirst = marks == 0 && sinceMark > 0;
-        if (character.isSpace() && (isPause || isFirst || sinceMark > longSentence)) {
+        // The daemon puts marks of its own behind the sentences' ends. Of two marks with no word between them
+        // espeak-ng tells the last one only: ours stand before what ends the sentence.
+        const bool endsSentence =
+            sentenceEnds.contains(character) && i + 1 < text.size() && text[i + 1].isSpace();
+        const bool endsWord =
+            (character.isSpace() || endsSentence) && !before.isSpace() && !sentenceEnds.contains(before);
+        if (endsWord && (isDue || sinceMark > longSentence)) {
             ssml += u"<mark name=\"%1\"/>"_s.arg(marks++);
             sinceMark = 0;
+            isDue = false;
         }
+        if (character == u'\n' || (character.isSpace() && sentenceEnds.contains(before)))
+            isDue = true;
         ++sinceMark;
         if (character == u'<')
             ssml += u"&lt;"_s;

@@ -32,7 +32,7 @@ struct SpeechVoice {
 [[nodiscard]] std::optional<SpeechVoice> chooseVoice(
     const QStringList& tags, const std::vector<SpeechModule>& modules);
 
-/// The text as SSML with marks after its first word, between sentences, and within very long ones. The daemon
+/// The text as SSML with marks after the first word of every sentence, and within very long ones. The daemon
 /// tells when it passes a mark, which is the only sign of life that it gives in the midst of a text.
 [[nodiscard]] QString withMarks(const QString& text);
 
