@@ -14,6 +14,7 @@
 #include "platform/linux/bus/session_service.h"
 #include "platform/linux/capture/desktop_capture_tools.h"
 #include "platform/linux/desktop/unavailable_desktop.h"
+#include "platform/linux/keyboard/terminals.h"
 #include "platform/linux/portal/portal_capture.h"
 #include "platform/linux/selection/followed_primary_selection.h"
 #include "platform/linux/wayland/wayland_pasteboard.h"
@@ -183,7 +184,8 @@ CopyTarget WaylandDesktop::copyTarget() {
     if (!accessible)
         return {};
     return {{accessible->name, processName(accessible->processId)},
-        m_accessibility->focusIsTerminal(accessible->processId), servesTerminal(accessible->processId)};
+        m_accessibility->focusIsTerminal(accessible->processId),
+        ProcessTable().servesTerminal(accessible->processId)};
 }
 
 bool WaylandDesktop::canCapture() const {

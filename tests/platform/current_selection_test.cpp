@@ -1,13 +1,8 @@
 #include "platform/linux/selection/current_selection.h"
 
-#include <cstdlib>
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include "common/text_limit.h"
-#include "platform/linux/bus/process_facts.h"
-#include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/selection/selection_history.h"
 #include "support/print_to.h"
@@ -112,42 +107,6 @@ TEST(SelectionHistory, tells_by_what_a_mark_was_made_and_whether_the_mouse_was_p
     history.pressed(start + 9999);
     history.marked(start + 9999, false);
     EXPECT_EQ(history.origin(), Origin::mouse) << "not quick enough for a double click";
-}
-
-TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_nothing) {
-    struct Case {
-        CopyTarget target;
-        CopyShortcut expected;
-    };
-    const Case cases[] = {
-        {{{u"Scratchpad"_s, u"xterm"_s}, {}, true}, CopyShortcut::none},
-        {{{u"XTerm"_s}, {}, {}}, CopyShortcut::none},
-        {{{u"scratchpad"_s}, {}, {}}, CopyShortcut::none},
-        {{{}, {}, {}}, CopyShortcut::none},
-        {{{u"scratchpad"_s}, {}, true}, CopyShortcut::none},
-        {{{u"scratchpad"_s}, true, {}}, CopyShortcut::controlShift},
-        {{{u"Alacritty"_s}, {}, true}, CopyShortcut::controlShift},
-        {{{u"kitty"_s}, {}, {}}, CopyShortcut::controlShift},
-        {{{u"x"_s, u"foot"_s}, {}, {}}, CopyShortcut::controlShift},
-        {{{u"org.kde.konsole"_s}, true, true}, CopyShortcut::controlShift},
-        {{{u"editor"_s}, {}, false}, CopyShortcut::control},
-        {{{u"editor"_s}, false, {}}, CopyShortcut::control},
-        {{{u"editor"_s}, false, true}, CopyShortcut::none},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(copyShortcutIn(c.target), c.expected) << c.target.names.join(u' ').toStdString();
-}
-
-TEST(ProcessFacts, tell_a_terminal_by_what_it_serves) {
-    const pid_t self = getpid();
-    EXPECT_EQ(servesTerminal(self), false);
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_GE(terminal, 0);
-    EXPECT_EQ(servesTerminal(self), true);
-    close(terminal);
-    EXPECT_EQ(servesTerminal(0), std::nullopt);
-    EXPECT_EQ(processName(self), u"platform_test"_s);
-    EXPECT_FALSE(isBusProxy(self));
 }
 
 TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_and_keeps_its_mark) {

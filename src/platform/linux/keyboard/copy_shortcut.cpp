@@ -1,36 +1,44 @@
 #include "platform/linux/keyboard/copy_shortcut.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <algorithm>
+
+#include "platform/linux/keyboard/terminals.h"
 
 namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Names of terminals, lower-cased and blank-separated: those with a shortcut of their own, and those without
-/// one. Of processes 15 characters are known.
-constexpr QStringView terminalsWithShortcut =
-    u" gnome-terminal gnome-terminal-server gnome-terminal- org.gnome.terminal org.gnome.console kgx "
-    u"org.gnome.ptyxis ptyxis konsole org.kde.konsole yakuake org.kde.yakuake xfce4-terminal mate-terminal "
-    u"lxterminal qterminal terminator tilix guake tilda roxterm alacritty kitty foot footclient "
-    u"org.wezfurlong.wezterm wezterm-gui terminology ghostty com.mitchellh.ghostty deepin-terminal "
-    u"io.elementary.terminal sakura cool-retro-term tabby hyper ";
-constexpr QStringView terminalsWithoutShortcut =
-    u" xterm uxterm urxvt urxvtd rxvt st st-256color stterm mlterm eterm aterm ";
-
-bool isAmong(QStringView known, const QString& name) {
-    return !name.isEmpty() && known.contains(QString(u' ' + name.toLower() + u' '));
+/// The program that a desktop entry starts, without its folder.
+QString programOf(const QByteArray& entry) {
+    const qsizetype start = entry.indexOf("\nExec=") + 6;
+    const QStringList words = QString::fromUtf8(entry.mid(start, entry.indexOf('\n', start) - start))
+                                  .split(u' ', Qt::SkipEmptyParts);
+    const auto program = std::find_if(words.begin(), words.end(),
+        [](const QString& word) { return !word.contains(u'=') && !word.endsWith(u"env"); });
+    return program == words.end() ? QString() : QFileInfo(QString(*program).remove(u'"')).fileName();
 }
 
-/// Whether an installed application of this id says that it is no terminal.
-bool isInstalledAsOther(const QString& id) {
+/// Whether an installed application of this id says that it is no terminal, and runs without serving one.
+bool runsAsOther(const QString& id) {
     for (const QString& candidate : {id, id.toLower()}) {
-        QFile entry(QStandardPaths::locate(QStandardPaths::ApplicationsLocation, candidate + u".desktop"_s));
-        if (!candidate.isEmpty() && !candidate.contains(u'/') && entry.open(QIODevice::ReadOnly))
-            return !entry.readAll().contains("TerminalEmulator");
+        const QString path =
+            QStandardPaths::locate(QStandardPaths::ApplicationsLocation, candidate + u".desktop"_s);
+        QFile file(path);
+        if (path.isEmpty() || candidate.contains(u'/') || !file.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray entry = file.readAll();
+        if (entry.contains("TerminalEmulator"))
+            return false;
+        const ProcessTable processes;
+        const QList<qint32> running = processes.named(programOf(entry));
+        return !running.isEmpty() && std::all_of(running.begin(), running.end(), [&](qint32 process) {
+            return processes.servesTerminal(process) == false;
+        });
     }
     return false;
 }
@@ -39,19 +47,15 @@ bool isInstalledAsOther(const QString& id) {
 
 CopyShortcut copyShortcutIn(const CopyTarget& target) {
     const QStringList& names = target.names;
-    const auto anyIn = [&](QStringView known) {
-        return std::any_of(
-            names.begin(), names.end(), [&](const QString& name) { return isAmong(known, name); });
-    };
-    if (anyIn(terminalsWithoutShortcut))
+    if (isTerminalWithoutShortcut(names))
         return CopyShortcut::none;
     // The ones that tell of a terminal's role have the shortcut too.
-    if (anyIn(terminalsWithShortcut) || target.focusIsTerminal == true)
+    if (isTerminalWithShortcut(names) || target.focusIsTerminal == true)
         return CopyShortcut::controlShift;
     if (target.servesTerminal == true)
         return CopyShortcut::none;
     const bool isOther = target.focusIsTerminal == false || target.servesTerminal == false ||
-        std::any_of(names.begin(), names.end(), isInstalledAsOther);
+        std::any_of(names.begin(), names.end(), runsAsOther);
     return isOther ? CopyShortcut::control : CopyShortcut::none;
 }
 

@@ -16,7 +16,7 @@ struct CopyTarget {
     QStringList names;
     /// Whether the element with the focus is a terminal; absent where nobody tells.
     std::optional<bool> focusIsTerminal;
-    /// Whether its process serves a terminal; absent where the process is not known.
+    /// Whether its process serves a terminal, or has one served; absent where the process is not known.
     std::optional<bool> servesTerminal;
 };
 

@@ -3,6 +3,7 @@
 #include "platform/linux/bus/process_facts.h"
 #include "platform/linux/bus/sandbox_id.h"
 #include "platform/linux/desktop/desktop_settings.h"
+#include "platform/linux/keyboard/terminals.h"
 
 namespace tralio {
 namespace {
@@ -63,7 +64,7 @@ CopyTarget X11Workspace::copyTarget(X11Connection& connection, xcb_window_t wind
         target.names += QString::fromUtf8(name);
     if (const auto process = connection.processOf(window)) {
         target.names += processName(*process);
-        target.servesTerminal = servesTerminal(*process);
+        target.servesTerminal = ProcessTable().servesTerminal(*process);
     }
     return target;
 }
