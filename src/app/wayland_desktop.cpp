@@ -4,7 +4,6 @@
 #include <QStringBuilder>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "app/x11_window_system.h"
@@ -16,6 +15,7 @@
 #include "platform/linux/desktop/unavailable_desktop.h"
 #include "platform/linux/keyboard/terminals.h"
 #include "platform/linux/portal/portal_capture.h"
+#include "platform/linux/selection/current_selection.h"
 #include "platform/linux/selection/followed_primary_selection.h"
 #include "platform/linux/wayland/wayland_pasteboard.h"
 #include "platform/linux/x11/selection_reader.h"
@@ -30,14 +30,6 @@ using namespace Qt::StringLiterals;
 /// Asks nobody: PRIMARY cannot be had.
 std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
     return std::nullopt;
-}
-
-/// By a name of the application: the others that show web pages are built on something else.
-bool isBuiltOnChromium(const QString& name) {
-    constexpr std::array markers{u"chrom", u"brave", u"edge", u"vivaldi", u"opera", u"electron", u"code",
-        u"bitwarden", u"discord", u"obsidian", u"signal", u"slack", u"teams"};
-    return std::any_of(markers.begin(), markers.end(),
-        [&](QStringView marker) { return name.contains(marker, Qt::CaseInsensitive); });
 }
 
 bool isDesktop(QStringView name) {
@@ -108,6 +100,7 @@ void WaylandDesktop::chooseSelections() {
     debugLog(u"Desktop: the application in front by %1"_s.arg(
         m_toplevels ? u"wlr-foreign-toplevel and accessibility"_s : u"accessibility alone"_s));
     const auto frontIdentity = [this] { return m_front.identity(); };
+    const auto keepsPasswords = [this] { return frontKeepsPasswords(); };
     if (m_dataControl) {
         debugLog(
             u"Desktop: clipboard and selections by %1"_s.arg(QLatin1String(m_dataControl->protocolName())));
@@ -116,7 +109,7 @@ void WaylandDesktop::chooseSelections() {
             [this](QDeadlineTimer deadline) {
                 return m_dataControl->text(DataControl::Selection::primary, deadline);
             },
-            frontIdentity, [this] { return frontMayBeChromium(); });
+            frontIdentity, keepsPasswords);
         QObject::connect(m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
             [followed = primary.get()](DataControl::Selection selection) {
                 if (selection == DataControl::Selection::primary)
@@ -132,8 +125,7 @@ void WaylandDesktop::chooseSelections() {
             [this](QDeadlineTimer deadline) {
                 return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, deadline);
             },
-            frontIdentity,
-            [this] { return X11PrimarySelection::ownerGivesPasswords(*m_xwayland) || frontMayBeChromium(); });
+            frontIdentity, keepsPasswords);
         m_primaryWatch = std::make_unique<X11SelectionWatch>(*m_xwayland, XCB_ATOM_PRIMARY,
             [followed = primary.get()](xcb_timestamp_t) { followed->noteChange(); });
         m_primary = std::move(primary);
@@ -142,17 +134,19 @@ void WaylandDesktop::chooseSelections() {
             u"Desktop: the clipboard while our window has the focus, because the compositor has neither "
             u"data control nor Xwayland"_s);
         m_pasteboard = std::make_unique<ToolkitPasteboard>();
-        m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontIdentity, [] { return false; });
+        m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontIdentity, keepsPasswords);
     }
 }
 
-bool WaylandDesktop::frontMayBeChromium() const {
-    const QString id = m_front.applicationId();
-    if (!id.isEmpty())
-        return isBuiltOnChromium(id);
+bool WaylandDesktop::frontKeepsPasswords() const {
+    if (m_xwayland && X11PrimarySelection::ownerGivesPasswords(*m_xwayland))
+        return false;
+    QStringList names{m_front.applicationId()};
     const auto accessible = activeAtspiApplication(m_bus);
-    return !accessible || isBuiltOnChromium(accessible->name) ||
-        isBuiltOnChromium(processName(accessible->processId));
+    if (!accessible)
+        return keepsPasswordsToItself(names, {});
+    names << accessible->name << processName(accessible->processId);
+    return keepsPasswordsToItself(names, accessible->toolkit);
 }
 
 void WaylandDesktop::chooseWindowSystem() {

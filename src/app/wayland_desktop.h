@@ -32,8 +32,8 @@ public:
 private:
     void logWindows() const;
     void chooseSelections();
-    /// Whether the application in front may give out passwords in PRIMARY; also where nobody names it.
-    [[nodiscard]] bool frontMayBeChromium() const;
+    /// Whether the application in front is known to give no password to PRIMARY.
+    [[nodiscard]] bool frontKeepsPasswords() const;
     void chooseWindowSystem();
     void chooseCapture();
     [[nodiscard]] CopyTarget copyTarget();

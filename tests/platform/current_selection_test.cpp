@@ -78,6 +78,16 @@ TEST(CurrentSelection, may_be_a_password_when_it_is_one_word_but_for_a_plain_one
     EXPECT_FALSE(looksLikePassword(u" "_s, Marking::unknown));
 }
 
+TEST(CurrentSelection, may_be_a_password_of_any_application_that_is_not_known_to_keep_them_to_itself) {
+    for (const QString& name : {u"signal"_s, u"chrome-app.slack.com__-Default"_s, u"foo"_s, QString()})
+        EXPECT_FALSE(keepsPasswordsToItself({name}, {})) << name.toStdString();
+    EXPECT_FALSE(keepsPasswordsToItself({u"beekeeper-studio"_s}, u"Chromium"_s));
+    EXPECT_TRUE(keepsPasswordsToItself({u"org.gnome.TextEditor"_s}, u"GTK"_s));
+    EXPECT_TRUE(keepsPasswordsToItself({QString(), u"Foot"_s}, {}));
+    EXPECT_TRUE(keepsPasswordsToItself({u"st"_s}, {}));
+    EXPECT_TRUE(keepsPasswordsToItself({u"firefox-ESR"_s}, {}));
+}
+
 TEST(SelectionHistory, tells_by_what_a_mark_was_made_and_whether_the_mouse_was_pressed_since) {
     using Origin = SelectionHistory::Origin;
     SelectionHistory history;

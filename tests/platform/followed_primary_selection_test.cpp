@@ -13,7 +13,7 @@ TEST(FollowedPrimarySelection, counts_only_in_the_application_where_it_was_made)
     QString front = u"editor"_s;
     QString marked = u"a text"_s;
     FollowedPrimarySelection primary(
-        [&](QDeadlineTimer) { return marked; }, [&] { return front; }, [&] { return front == u"browser"; });
+        [&](QDeadlineTimer) { return marked; }, [&] { return front; }, [&] { return front == u"editor"; });
     const auto mark = [&] { return primary.textOf(1, QDeadlineTimer(0)); };
     EXPECT_EQ(mark(), std::nullopt);  // there before we came
 
@@ -35,6 +35,8 @@ TEST(FollowedPrimarySelection, counts_only_in_the_application_where_it_was_made)
     front = u"browser"_s;
     primary.noteChange();
     EXPECT_TRUE(mark()->mayBePassword);
+    marked = u"two words"_s;
+    EXPECT_FALSE(mark()->mayBePassword);
 }
 
 }  // namespace

@@ -87,6 +87,13 @@ QString nameOf(const AtspiReference& object, const AtspiQuestion& question) {
     return question.bus.property(object, accessibleInterface, u"Name"_s, question.budget).toString();
 }
 
+QString toolkitOf(const QString& service, const AtspiQuestion& question) {
+    return question.bus
+        .property({service, AtspiBus::desktop().path}, u"org.a11y.atspi.Application"_s, u"ToolkitName"_s,
+            question.budget)
+        .toString();
+}
+
 QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiQuestion& question) {
     const auto reply = question.bus.call(object, accessibleInterface, u"GetChildren"_s, {}, question.budget);
     return reply ? qdbus_cast<QList<AtspiReference>>(reply->value(0)) : QList<AtspiReference>();

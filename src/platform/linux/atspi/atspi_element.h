@@ -64,6 +64,8 @@ private:
 };
 
 [[nodiscard]] QString nameOf(const AtspiReference& object, const AtspiQuestion& question);
+/// What the application behind a connection is made with; empty where it does not say.
+[[nodiscard]] QString toolkitOf(const QString& service, const AtspiQuestion& question);
 [[nodiscard]] QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiQuestion& question);
 [[nodiscard]] AtspiRole roleOf(const AtspiReference& object, const AtspiQuestion& question);
 [[nodiscard]] AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question);

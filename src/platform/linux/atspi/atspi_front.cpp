@@ -25,7 +25,7 @@ std::optional<AtspiApplication> describe(const QString& service, const AtspiQues
     if (!process || *process == QCoreApplication::applicationPid())
         return std::nullopt;
     const AtspiReference root{service, AtspiBus::desktop().path};
-    return AtspiApplication{*process, nameOf(root, question)};
+    return AtspiApplication{*process, nameOf(root, question), toolkitOf(service, question)};
 }
 
 }  // namespace

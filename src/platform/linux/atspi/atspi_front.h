@@ -12,6 +12,7 @@ class AtspiBus;
 struct AtspiApplication {
     qint32 processId = 0;
     QString name;
+    QString toolkit;  ///< what it is made with; empty where it does not say
 };
 
 /// The application whose window is active, by the accessibility bus: the one that said so last, or else one

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 
+#include "platform/linux/keyboard/terminals.h"
+
 namespace tralio {
 namespace {
+
+using namespace Qt::StringLiterals;
 
 /// The dots that a password field gives out in place of its text.
 bool isMasked(const QString& text) {
@@ -41,6 +45,15 @@ std::optional<QString> selectionBeside(const ElementSelection& element, const As
         auto mark = primary();
         return mark && (element.answer == Answer::unknown || mark->isFresh) ? std::move(mark) : std::nullopt;
     });
+}
+
+bool keepsPasswordsToItself(const QStringList& names, const QString& toolkit) {
+    const QStringList known{u"firefox"_s, u"firefox-esr"_s, u"org.mozilla.firefox"_s, u"thunderbird"_s,
+        u"org.mozilla.thunderbird"_s};
+    const QStringList knownToolkits{u"gtk"_s, u"qt"_s, u"gecko"_s};
+    return knownToolkits.contains(toolkit, Qt::CaseInsensitive) || isKnownTerminal(names) ||
+        std::any_of(names.begin(), names.end(),
+            [&](const QString& name) { return known.contains(name, Qt::CaseInsensitive); });
 }
 
 bool looksLikePassword(const QString& text, Marking marking) {

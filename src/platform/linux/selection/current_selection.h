@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -63,6 +63,11 @@ using AskPrimary = std::function<std::optional<PrimaryText>()>;
 /// The same where the focused element shows no selection.
 [[nodiscard]] std::optional<QString> selectionBeside(
     const ElementSelection& element, const AskPrimary& primary);
+
+/// Whether an application is known to give no password to PRIMARY, as terminals are, which show none, and
+/// three of the toolkits that were tried. `names` is what it goes by, `toolkit` what it says on the
+/// accessibility bus that it is made with; both may be empty.
+[[nodiscard]] bool keepsPasswordsToItself(const QStringList& names, const QString& toolkit);
 
 /// Whether a text could be somebody's password: one word, and not one of letters alone that was marked by a
 /// double click, as words to look up are.

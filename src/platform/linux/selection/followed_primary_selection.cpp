@@ -7,10 +7,10 @@
 namespace tralio {
 
 FollowedPrimarySelection::FollowedPrimarySelection(
-    Read read, FrontIdentity frontIdentity, GivesPasswords givesPasswords)
+    Read read, FrontIdentity frontIdentity, KeepsPasswords keepsPasswords)
     : m_read(std::move(read)),
       m_frontIdentity(std::move(frontIdentity)),
-      m_givesPasswords(std::move(givesPasswords)) {}
+      m_keepsPasswords(std::move(keepsPasswords)) {}
 
 void FollowedPrimarySelection::noteChange() {
     m_owner = m_frontIdentity();
@@ -25,7 +25,7 @@ std::optional<PrimaryText> FollowedPrimarySelection::textOf(qint32 /*processId*/
         return std::nullopt;
     PrimaryText mark{*text};
     mark.isFresh = !m_freshUntil.hasExpired();
-    mark.mayBePassword = m_givesPasswords() && looksLikePassword(*text, Marking::unknown);
+    mark.mayBePassword = looksLikePassword(*text, Marking::unknown) && !m_keepsPasswords();
     return mark;
 }
 

@@ -14,10 +14,10 @@ public:
     /// Names the application in front; an empty name is nobody's.
     using FrontIdentity = std::function<QString()>;
 
-    /// Whether it is of an application that gives out passwords in PRIMARY.
-    using GivesPasswords = std::function<bool()>;
+    /// Whether the application in front keeps the text of its password fields out of PRIMARY.
+    using KeepsPasswords = std::function<bool()>;
 
-    FollowedPrimarySelection(Read read, FrontIdentity frontIdentity, GivesPasswords givesPasswords);
+    FollowedPrimarySelection(Read read, FrontIdentity frontIdentity, KeepsPasswords keepsPasswords);
 
     /// To be called at each change, when it happens.
     void noteChange();
@@ -28,7 +28,7 @@ public:
 private:
     Read m_read;
     FrontIdentity m_frontIdentity;
-    GivesPasswords m_givesPasswords;
+    KeepsPasswords m_keepsPasswords;
     QString m_owner;
     QDeadlineTimer m_freshUntil;
 };

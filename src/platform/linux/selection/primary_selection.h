@@ -21,7 +21,7 @@ struct PrimaryText {
     /// It was made just now: an application may not have told of it by other ways yet.
     bool isFresh = false;
 
-    /// The application is of those that give out passwords here, and nothing tells that this is none.
+    /// The application may be of those that give out passwords here, and nothing tells that this is none.
     bool mayBePassword = false;
 
     bool operator==(const PrimaryText&) const = default;
