@@ -121,28 +121,38 @@ void AppDelegate::statusBarButtonClicked() {
 
 void AppDelegate::handleGlobalHotKey() {
     debugLog(u"handleGlobalHotKey: triggered"_s);
+    // Two at once would get one text twice, or copy from our own popover.
+    if (std::exchange(m_isFetching, true))
+        return;
     m_services.hotKeys.fetchSelectedText([self = QPointer(this)](const std::optional<QString>& text) {
         if (!self)
             return;
         debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
             (text ? excerpt(*text) : u"nil"_s) % u"'");
-        self->m_services.clock.after(0ms, self, [self = self.data(), text] {
-            self->showPopover();
-            if (!text || text->isEmpty()) {
-                self->translateSelectionOnceFocused();
-                return;
-            }
-            // What the fetch may have left on the clipboard is this very text: it is not new to the check of
-            // the clipboard.
-            self->m_services.appState.lastHandledChangeCount = self->m_services.pasteboard.changeCount();
-            self->m_lastHandledText = text->trimmed();
-            self->translateLater(*text);
-        });
+        self->m_services.clock.after(0ms, self, [self = self.data(), text] { self->showSelection(text); });
     });
 }
 
+void AppDelegate::showSelection(const std::optional<QString>& text) {
+    showPopover();
+    if (!text || text->isEmpty()) {
+        m_isFetching = false;
+        translateSelectionOnceFocused();
+        return;
+    }
+    // What the fetch may have left on the clipboard is this very text: it is not new to the check of the
+    // clipboard.
+    m_services.appState.lastHandledChangeCount = m_services.pasteboard.changeCount();
+    m_lastHandledText = text->trimmed();
+    translateLater(*text);
+}
+
 void AppDelegate::translateSelectionOnceFocused() {
-    if (!m_services.readSelectionOnceFocused || m_services.hotKeys.hasMetPassword()) {
+    using Obstacle = SelectedTextFetch::Obstacle;
+    const auto obstacle = m_services.hotKeys.obstacle();
+    if (obstacle == Obstacle::ownWindow)
+        return;  // as when the key is pressed twice: what the first press has brought stands there
+    if (!m_services.readSelectionOnceFocused || obstacle == Obstacle::password) {
         say(nothingSelected, noticeTime);
         return;
     }
@@ -243,8 +253,10 @@ void AppDelegate::say(const QString& notice, std::chrono::milliseconds time) {
 
 void AppDelegate::translateLater(const QString& text) {
     prepare();
-    m_services.clock.after(
-        requestDelay, this, [this, text] { m_services.appState.requestTranslation(text); });
+    m_services.clock.after(requestDelay, this, [this, text] {
+        m_isFetching = false;
+        m_services.appState.requestTranslation(text);
+    });
 }
 
 void AppDelegate::translateNext(const QString& text) {

@@ -73,6 +73,8 @@ private:
     [[nodiscard]] QList<StatusMenuEntry> menu();
     /// Where there is no tray, who starts the program for the first time would see nothing of it.
     void introduceWithoutTray();
+    /// What the text hot key has got, which may be nothing.
+    void showSelection(const std::optional<QString>& text);
     void translateSelectionOnceFocused();
     void translateLater(const QString& text);
     /// The same for a text from another program. One that comes before the last was requested, or just after,
@@ -83,7 +85,8 @@ private:
     void say(const QString& notice, std::chrono::milliseconds time);
 
     Dependencies m_services;
-    QString m_nextText;  ///< from another program
+    bool m_isFetching = false;  ///< a selection, and until it has been requested
+    QString m_nextText;         ///< from another program
     bool m_isRequestDue = false;
     bool m_isQuiet = false;  ///< just after a request
     ScheduledCall m_noticeEnd;

@@ -43,7 +43,7 @@ public:
 
     // Selected text: SelectedTextFetch says what these do.
     void fetchSelectedText(TextCompletion completion);
-    [[nodiscard]] bool hasMetPassword() const { return m_selection.hasMetPassword(); }
+    [[nodiscard]] SelectedTextFetch::Obstacle obstacle() const { return m_selection.obstacle(); }
     [[nodiscard]] std::optional<QString> getDirectAXSelectedText(qint32 pid);
     [[nodiscard]] static bool isBrowser(const QString& bundleId);
     [[nodiscard]] std::optional<QString> getBrowserSelectedText(const QString& bundleId);

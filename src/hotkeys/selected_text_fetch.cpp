@@ -65,9 +65,10 @@ void giveUp(const SelectedTextFetch::Completion& completion) {
 SelectedTextFetch::SelectedTextFetch(Platform platform) : m_platform(platform) {}
 
 void SelectedTextFetch::fetch(Completion completion) {
-    m_metPassword = false;
     const auto front = m_platform.workspace.frontmostApplication();
-    if (!front || front->processId == QCoreApplication::applicationPid()) {
+    const bool isOwn = front && front->processId == QCoreApplication::applicationPid();
+    m_obstacle = isOwn ? Obstacle::ownWindow : Obstacle::none;
+    if (!front || isOwn) {
         debugLog(u"fetchSelectedText: no valid frontmost app"_s);
         completion(std::nullopt);
         return;
@@ -78,8 +79,8 @@ void SelectedTextFetch::fetch(Completion completion) {
         bundleId % u", pid: " % QString::number(pid) % u")");
 
     if (const auto focused = m_platform.accessibility.focusedElement(pid)) {
-        m_metPassword = focused->holdsPassword();
-        if (m_metPassword) {
+        if (focused->holdsPassword()) {
+            m_obstacle = Obstacle::password;
             debugLog(u"fetchSelectedText: the focused element holds a password, which is left alone"_s);
             completion(std::nullopt);
             return;
@@ -99,15 +100,16 @@ void SelectedTextFetch::fetch(Completion completion) {
     }
 
     const qint64 initialCount = m_platform.pasteboard.changeCount();
+    const Front asked{pid, bundleId};
     if (!pressMenuCopy(pid)) {
-        executeKeystrokeCopy(pid, initialCount, completion);
+        executeKeystrokeCopy(asked, initialCount, completion);
         return;
     }
     debugLog(u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
     waitForPasteboardChange(initialCount, menuCopyWait,
-        [this, pid, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
+        [this, asked, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
             if (!text || text->isEmpty()) {
-                executeKeystrokeCopy(pid, initialCount, completion);
+                executeKeystrokeCopy(asked, initialCount, completion);
                 return;
             }
             logSuccess(u"Layer 3", *text);
@@ -125,7 +127,14 @@ std::optional<QString> SelectedTextFetch::browserText(const QString& bundleId) {
     return script ? trimmedIfAny(m_platform.scripts.execute(*script)) : std::nullopt;
 }
 
-void SelectedTextFetch::executeKeystrokeCopy(qint32 pid, qint64 initialCount, const Completion& completion) {
+bool SelectedTextFetch::isInFront(const Front& front) const {
+    const auto now = m_platform.workspace.frontmostApplication();
+    return now && now->processId == front.processId &&
+        now->bundleIdentifier.value_or(QString()) == front.bundleIdentifier;
+}
+
+void SelectedTextFetch::executeKeystrokeCopy(
+    const Front& front, qint64 initialCount, const Completion& completion) {
     debugLog(u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s);
     if (!m_platform.keyEvents.canPost()) {
         debugLog(u"fetchSelectedText: Layer 4 has nothing to press keys with in this session"_s);
@@ -137,7 +146,12 @@ void SelectedTextFetch::executeKeystrokeCopy(qint32 pid, qint64 initialCount, co
         for (const KeyCode key : modifierKeys)
             m_platform.keyEvents.post({key, false, {}});
         clock.after(delayAfterModifierRelease, this, [=, this] {
-            pressCopyShortcut(pid);
+            if (!isInFront(front)) {
+                debugLog(u"fetchSelectedText: Layer 4 finds another application in front"_s);
+                giveUp(completion);
+                return;
+            }
+            pressCopyShortcut(front.processId);
             waitForPasteboardChange(
                 initialCount, keystrokeCopyWait, [completion](std::optional<QString> text) {
                     if (!text || text->isEmpty()) {

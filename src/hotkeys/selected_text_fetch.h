@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 #include <chrono>
 #include <functional>
@@ -35,13 +36,15 @@ public:
 
     /// Tries four layers, each only when the ones before gave nothing: the focused element's selection, a
     /// script (or, where the application takes none, what the script runner knows without one), the
-    /// application's own Copy menu item, and a synthetic copy shortcut. The last two leave the selection on
-    /// the clipboard. A focused password yields nothing, and no layer is tried. The completion is called
-    /// exactly once, before this returns when one of the first two layers answers.
+    /// application's own Copy menu item, and a synthetic copy shortcut, unless another application
+    /// has come to the front by then. The last two leave the selection on the clipboard. A focused password
+    /// yields nothing, and no layer is tried. The completion is called exactly once, before this returns when
+    /// one of the first two layers answers.
     void fetch(Completion completion);
 
-    /// Whether the last fetch ended at a focused password: its text may not be had in another way either.
-    [[nodiscard]] bool hasMetPassword() const { return m_metPassword; }
+    /// What the last fetch has found in place of a selection, if it is no use to look in another way either.
+    enum class Obstacle { none, ownWindow, password };
+    [[nodiscard]] Obstacle obstacle() const { return m_obstacle; }
 
     [[nodiscard]] std::optional<QString> directText(qint32 pid);
     [[nodiscard]] std::optional<QString> browserText(const QString& bundleId);
@@ -50,13 +53,19 @@ public:
     bool pressMenuCopy(qint32 pid);
 
 private:
-    void executeKeystrokeCopy(qint32 pid, qint64 initialCount, const Completion& completion);
+    /// The application that the fetch began with.
+    struct Front {
+        qint32 processId;
+        QString bundleIdentifier;
+    };
+    [[nodiscard]] bool isInFront(const Front& front) const;
+    void executeKeystrokeCopy(const Front& front, qint64 initialCount, const Completion& completion);
     void pressCopyShortcut(qint32 pid);
     void waitForPasteboardChange(
         qint64 initialCount, std::chrono::milliseconds maxWait, Completion completion);
 
     Platform m_platform;
-    bool m_metPassword = false;
+    Obstacle m_obstacle = Obstacle::none;
 };
 
 }  // namespace tralio

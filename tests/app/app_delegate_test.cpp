@@ -1,5 +1,7 @@
 #include "app/app_delegate.h"
 
+#include <QCoreApplication>
+
 #include "app/shell_fixture.h"
 #include "common/on_change.h"
 
@@ -121,6 +123,41 @@ TEST_F(Shell, nothing_selected_opens_the_popover_and_requests_nothing) {
     EXPECT_EQ(appState.notice(), QString());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
     EXPECT_EQ(appState.lastHandledChangeCount, -1);
+}
+
+TEST_F(Shell, the_text_hot_key_pressed_twice_asks_for_one_text_and_says_nothing_over_its_result) {
+    launch();
+    selectForCopying();
+    int requests = 0;
+    onChange(
+        appState, &appState, [this] { return appState.translateTriggerId(); }, [&] { ++requests; });
+    const auto press = [this] {
+        desktop.hotKeys.handler(textHotKeyID);
+        desktop.clock.advance(0ms);
+    };
+    press();
+    desktop.clock.advance(20ms);
+    press();
+    desktop.pasteboard.copy(u"copied"_s);
+    desktop.clock.advance(10ms);  // the popover is on its way to the front
+    press();
+    desktop.clock.advance(1s);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(requests, 1);
+    EXPECT_THAT(desktop.accessibility.pressed, SizeIs(1));
+
+    desktop.workspace.front = {static_cast<qint32>(QCoreApplication::applicationPid()), {}, {}};
+    press();
+    desktop.clock.advance(1s);
+    EXPECT_EQ(appState.notice(), QString());
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(requests, 1);
+
+    selectForCopying();
+    press();
+    desktop.pasteboard.copy(u"another"_s);
+    desktop.clock.advance(1s);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"another"_s) << "it is dead for good";
 }
 
 TEST_F(Shell, nothing_happens_after_the_delegate_is_gone_also_while_a_text_is_on_its_way) {

@@ -115,10 +115,10 @@ TEST_F(SelectedText, of_a_password_is_taken_by_no_layer) {
     EXPECT_THAT(desktop.accessibility.pressed, IsEmpty());
     EXPECT_EQ(log.messages().last(),
         u"fetchSelectedText: the focused element holds a password, which is left alone"_s);
-    EXPECT_TRUE(service.hasMetPassword());
+    EXPECT_EQ(service.obstacle(), SelectedTextFetch::Obstacle::password);
     desktop.accessibility.focused->holdsPassword = false;
     fetch();
-    EXPECT_FALSE(service.hasMetPassword());
+    EXPECT_EQ(service.obstacle(), SelectedTextFetch::Obstacle::none);
 }
 
 TEST_F(SelectedText, that_needs_neither_permission_nor_script_is_asked_for_after_the_focused_element) {
@@ -207,6 +207,26 @@ TEST_F(SelectedText, a_session_without_synthetic_keys_is_not_waited_for) {
     EXPECT_THAT(desktop.keyEvents.posted, IsEmpty());
     EXPECT_EQ(desktop.clock.pending(), 0);
     EXPECT_EQ(log.messages().last(), u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil");
+}
+
+TEST_F(SelectedText, the_shortcut_is_not_pressed_into_an_application_that_has_come_to_the_front_meanwhile) {
+    const RunningApplication editor = *desktop.workspace.front;
+    const RunningApplication unknown{0, u"one"_s, std::nullopt};
+    const std::pair<RunningApplication, std::optional<RunningApplication>> changes[] = {
+        {editor, std::nullopt}, {editor, RunningApplication{pid + 1, editor.bundleIdentifier, {}}},
+        {unknown, RunningApplication{0, u"another"_s, {}}}};
+    for (const auto& [before, after] : changes) {
+        desktop.workspace.front = before;
+        desktop.keyEvents.posted.clear();
+        fetch();
+        desktop.clock.advance(199ms);
+        desktop.workspace.front = after;
+        desktop.clock.advance(1ms);
+        EXPECT_EQ(results.back(), std::nullopt);
+        EXPECT_THAT(desktop.keyEvents.posted, SizeIs(8)) << "more than the modifiers";
+        EXPECT_THAT(desktop.scripts.launched, IsEmpty());
+        EXPECT_EQ(desktop.clock.pending(), 0);
+    }
 }
 
 TEST_F(SelectedText, a_late_copy_of_the_menu_ends_the_keystroke_wait_at_its_first_tick) {
