@@ -100,8 +100,12 @@ QList<StatusMenuEntry> AppDelegate::menu() {
 }
 
 void AppDelegate::showPopover() {
-    m_services.appState.notifyPopoverOpened();
-    m_services.popover.show(m_services.statusItem.frame());
+    m_services.captures.onceDrawn(
+        this,
+        [this] {
+            m_services.appState.notifyPopoverOpened();
+            m_services.popover.show(m_services.statusItem.frame());
+        });
 }
 
 void AppDelegate::introduceWithoutTray() {
@@ -129,7 +133,9 @@ void AppDelegate::handleGlobalHotKey() {
             return;
         debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
             (text ? excerpt(*text) : u"nil"_s) % u"'");
-        self->m_services.clock.after(0ms, self, [self = self.data(), text] { self->showSelection(text); });
+        self->m_services.clock.after(0ms, self, [self = self.data(), text] {
+            self->m_services.captures.onceDrawn(self, [self, text] { self->showSelection(text); });
+        });
     });
 }
 
@@ -227,8 +233,9 @@ void AppDelegate::translateSelectedText(const QString& text) {
     if (trimmed.isEmpty())
         return;
     m_services.clock.after(0ms, this, [this, trimmed] {
-        showPopover();
-        translateNext(trimmed);
+        m_nextText = trimmed;
+        if (!std::exchange(m_isShowDue, true))
+            m_services.captures.onceDrawn(this, [this] { showNextText(); });
     });
 }
 
@@ -259,8 +266,9 @@ void AppDelegate::translateLater(const QString& text) {
     });
 }
 
-void AppDelegate::translateNext(const QString& text) {
-    m_nextText = text;
+void AppDelegate::showNextText() {
+    m_isShowDue = false;
+    showPopover();
     if (std::exchange(m_isRequestDue, true))
         return;
     prepare();

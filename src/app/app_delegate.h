@@ -49,7 +49,8 @@ public:
 
     void applicationDidFinishLaunching();
 
-    /// Tells the panels that the popover opens, and shows it at the status item.
+    /// Tells the panels that the popover opens, and shows it at the status item; while the user draws a
+    /// region, once that is drawn.
     void showPopover();
     /// Opens or closes the popover; opening it may have new text on the clipboard translated.
     void statusBarButtonClicked();
@@ -77,9 +78,9 @@ private:
     void showSelection(const std::optional<QString>& text);
     void translateSelectionOnceFocused();
     void translateLater(const QString& text);
-    /// The same for a text from another program. One that comes before the last was requested, or just after,
-    /// takes its place: programs can send them by the thousand, and each request is paid for.
-    void translateNext(const QString& text);
+    /// For a text from another program. One that comes before the last was requested, or just after, takes
+    /// its place: programs can send them by the thousand, and each request is paid for.
+    void showNextText();
     void requestNextText();
     void prepare();
     void say(const QString& notice, std::chrono::milliseconds time);
@@ -87,6 +88,7 @@ private:
     Dependencies m_services;
     bool m_isFetching = false;  ///< a selection, and until it has been requested
     QString m_nextText;         ///< from another program
+    bool m_isShowDue = false;
     bool m_isRequestDue = false;
     bool m_isQuiet = false;  ///< just after a request
     ScheduledCall m_noticeEnd;

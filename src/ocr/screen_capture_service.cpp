@@ -52,19 +52,35 @@ QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndR
         m_isCapturing = false;
     });
 
+    m_isDrawing = true;
     if (onBeforeCapture)
         onBeforeCapture();
     m_ocr.prepare();
     co_await pause();
     const qint32 status = co_await m_tool.run(path);
+    m_isDrawing = false;
     if (onAfterCapture)
         onAfterCapture();
+    runWaiting();
 
     if (status != 0 || QFileInfo(path).size() < 1)
         co_return std::nullopt;
     if (onRecognition)
         onRecognition();
     co_return co_await m_ocr.recognizeText(QUrl::fromLocalFile(path), std::move(stop), std::move(linesRead));
+}
+
+void ScreenCaptureService::onceDrawn(QObject* context, Callback action) {
+    if (m_isDrawing)
+        m_waiting.emplace_back(context, std::move(action));
+    else
+        action();
+}
+
+void ScreenCaptureService::runWaiting() {
+    for (const auto& [context, action] : std::exchange(m_waiting, {}))
+        if (context)
+            action();
 }
 
 QCoro::Task<> ScreenCaptureService::pause() {

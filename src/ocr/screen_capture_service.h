@@ -2,12 +2,15 @@
 
 #include <QDir>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <qcorotask.h>
 
 #include <functional>
 #include <optional>
 #include <stop_token>
+#include <utility>
+#include <vector>
 
 #include "ocr/text_recognizer.h"
 
@@ -36,14 +39,21 @@ public:
         Callback onBeforeCapture = {}, Callback onAfterCapture = {}, Callback onRecognition = {},
         std::stop_token stop = {}, LinesRead linesRead = {});
 
+    /// Runs `action` at once, or where the user is about to draw or draws, just after: on the screen that is
+    /// drawn on nothing may open. Not once `context` has gone.
+    void onceDrawn(QObject* context, Callback action);
+
 private:
     [[nodiscard]] QCoro::Task<> pause();
+    void runWaiting();
 
     OCRService& m_ocr;
     CaptureTool& m_tool;
     Clock& m_clock;
     QString m_folder;
     bool m_isCapturing = false;
+    bool m_isDrawing = false;
+    std::vector<std::pair<QPointer<QObject>, Callback>> m_waiting;
 };
 
 }  // namespace tralio

@@ -258,6 +258,35 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     EXPECT_FALSE(appState.isReadingCapture());
 }
 
+TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_done) {
+    launch();
+    selectForCopying();
+    region.draws = false;
+    const auto fetch = [this] {
+        delegate->handleGlobalHotKey();
+        desktop.pasteboard.copy(u"copied"_s);
+    };
+    const auto handOver = [this] { delegate->translateSelectedText(u"handed over"_s); };
+    const std::pair<std::function<void()>, QString> cases[] = {
+        {fetch, u"copied"_s}, {handOver, u"handed over"_s}, {[this] { delegate->showPopover(); }, QString()}};
+    for (const auto& [come, text] : cases) {
+        popover.performClose();
+        popover.anchors.clear();
+        appState.pendingTextToTranslate = QString();
+        region.onRun = [&, come = come] {
+            come();
+            desktop.clock.advance(1s);
+            EXPECT_THAT(popover.anchors, IsEmpty()) << "opened over the picture";
+            EXPECT_EQ(appState.pendingTextToTranslate(), QString());
+        };
+        desktop.hotKeys.handler(ocrHotKeyID);
+        desktop.clock.advance(150ms);
+        ASSERT_TRUE(eventually([this] { return popover.shown; }));
+        desktop.clock.advance(1s);
+        EXPECT_EQ(appState.pendingTextToTranslate(), text);
+    }
+}
+
 TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {
     launch();
     recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"chữ"_s}}});
