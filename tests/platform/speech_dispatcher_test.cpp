@@ -221,6 +221,14 @@ TEST_F(SpeechDaemon, a_text_whose_first_word_is_never_heard_ends_soon_and_one_en
     ended.clear();
 
     ASSERT_TRUE(begin(u"một hai ba"_s));
+    daemon->tell("701 BEGIN", daemon->taken);
+    EXPECT_TRUE(nextTurn() && nextTurn());
+    clock.advance(6s);
+    EXPECT_TRUE(synthesizer.isSpeaking()) << "this engine has never told of a mark";
+    synthesizer.stopSpeaking();
+    ended.clear();
+
+    ASSERT_TRUE(begin(u"một hai ba"_s));
     const int second = daemon->taken;
     daemon->tell("701 BEGIN", second);
     daemon->tell("700 INDEX MARK", second);

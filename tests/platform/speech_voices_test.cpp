@@ -37,7 +37,7 @@ TEST(SpeechVoices, an_engines_languages_are_read_from_its_list) {
 }
 
 TEST(SpeechVoices, marks_stand_behind_first_words_before_their_stops_and_within_long_sentences) {
-    EXPECT_EQ(withMarks(u"A. B c? 3.5 <b>&\u0001\nNo! No... d"_s),
+    EXPECT_EQ(withMarks(u"A. B\vc? 3.5 <b>&\u0001\nNo! No... d"_s),
         u"<speak>A<mark name=\"0\"/>. B<mark name=\"1\"/> c? 3.5<mark name=\"2\"/> &lt;b&gt;&amp;\n"
         "No<mark name=\"3\"/>! No... d</speak>"_s);
     const QString endless = u"bla "_s.repeated(5000);

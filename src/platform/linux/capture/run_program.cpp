@@ -1,6 +1,7 @@
 #include "platform/linux/capture/run_program.h"
 
 #include <QProcess>
+#include <QStandardPaths>
 #include <qcoroprocess.h>
 
 #include <csignal>
@@ -16,6 +17,11 @@ using namespace Qt::StringLiterals;
 
 QCoro::Task<ProgramResult> runProgram(
     QString program, QStringList arguments, std::chrono::milliseconds limit) {
+    // WORKAROUND: Qt 6.4 loses a file descriptor with every program that it cannot start.
+    if (QStandardPaths::findExecutable(program).isEmpty()) {
+        debugLog(u"runProgram: %1 is not installed"_s.arg(program));
+        co_return ProgramResult{CaptureTool::notStarted, {}};
+    }
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.setStandardInputFile(QProcess::nullDevice());  // some read theirs to the end before they begin

@@ -9,6 +9,7 @@
 
 #include <memory>
 
+#include "common/background.h"
 #include "common/debug_log.h"
 #include "common/picture.h"
 
@@ -31,6 +32,7 @@ bool take(const QUrl& picture, const QDateTime& begun, const QString& outputPath
         return false;
     // Whatever format it has: the recogniser looks at the bytes, and nobody else does.
     const bool copied = QFile::copy(path, outputPath);
+    QFile::setPermissions(outputPath, QFile::ReadOwner | QFile::WriteOwner);  // and not those of the original
     if (QFileInfo(path).lastModified() >= begun)
         QFile::remove(path);
     return copied;
@@ -56,7 +58,9 @@ QCoro::Task<qint32> PortalCapture::run(QString outputPath) {
         debugLog(u"PortalCapture: refused by the desktop "_s + answer.error);
     if (answer.outcome != PortalOutcome::granted)
         co_return notTaken;
-    co_return take(answer.results.value(u"uri"_s).toUrl(), begun, outputPath) ? taken : notTaken;
+    const QUrl picture = answer.results.value(u"uri"_s).toUrl();
+    auto taking = inBackground([picture, begun, outputPath] { return take(picture, begun, outputPath); });
+    co_return co_await std::move(taking) ? taken : notTaken;
 }
 
 }  // namespace tralio

@@ -1,6 +1,7 @@
 #include "platform/linux/speech/speech_dispatcher.h"
 
 #include <QProcess>
+#include <QStandardPaths>
 
 #include "common/clock.h"
 #include "common/debug_log.h"
@@ -86,8 +87,12 @@ void SpeechDispatcher::startDaemon() {
     m_starter->setStandardInputFile(QProcess::nullDevice());
     m_starter->setStandardOutputFile(QProcess::nullDevice());
     m_starter->setStandardErrorFile(QProcess::nullDevice());
-    m_starter->start(m_program,
-        {u"--spawn"_s, u"--communication-method"_s, u"unix_socket"_s, u"--socket-path"_s, m_socketPath});
+    // WORKAROUND: Qt 6.4 loses a file descriptor with every program that it cannot start.
+    if (QStandardPaths::findExecutable(m_program).isEmpty())
+        fail(u"%1 is not installed"_s.arg(m_program));
+    else
+        m_starter->start(m_program,
+            {u"--spawn"_s, u"--communication-method"_s, u"unix_socket"_s, u"--socket-path"_s, m_socketPath});
 }
 
 void SpeechDispatcher::introduce() {
@@ -134,6 +139,7 @@ void SpeechDispatcher::listVoices(const QStringList& moduleNames) {
 void SpeechDispatcher::begin() {
     const SpeechVoice voice = chooseVoice(m_reading->utterance.voices, *m_modules)
                                   .value_or(SpeechVoice{m_modules->front().name, m_defaultLanguage});
+    m_reading->module = voice.module;
     m_connection->send("SET SELF OUTPUT_MODULE " + voice.module.toUtf8());
     m_connection->send("SET SELF LANGUAGE " + voice.language.toUtf8());
     m_connection->speak(withMarks(m_reading->utterance.text),
@@ -169,7 +175,10 @@ void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
         return;
     }
     m_firstWordLimit.takeBack();
-    if (event == SsipConnection::Event::begin && tellsItsFirstWord(m_reading->utterance.text))
+    if (event == SsipConnection::Event::mark)
+        m_modulesWithMarks.insert(m_reading->module);
+    if (event == SsipConnection::Event::begin && m_modulesWithMarks.contains(m_reading->module) &&
+        tellsItsFirstWord(m_reading->utterance.text))
         m_firstWordLimit = m_clock.after(m_limits.firstWord, [this] { fail(u"no sound is heard"_s); });
     watch();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 
 #include <chrono>
 #include <memory>
@@ -31,8 +32,8 @@ public:
     struct Limits {
         std::chrono::milliseconds start = std::chrono::seconds(10);  ///< for the daemon to start
         std::chrono::milliseconds reply = std::chrono::seconds(10);  ///< for the daemon to answer
-        /// For the first word, once the daemon has begun. Without a sound device it begins and never reads
-        /// it.
+        /// For the first word, once the daemon has begun, where the engine tells of it. Without a sound
+        /// device it begins and never reads it.
         std::chrono::milliseconds firstWord = std::chrono::seconds(5);
         std::chrono::milliseconds quiet = std::chrono::seconds(
             4);  ///< without news of the text, before it is found out whether it is still read
@@ -53,6 +54,7 @@ private:
         Utterance utterance;
         std::function<void(ReadingEnd)> onEnd;
         qint64 number = 0;
+        QString module = {};
         qint64 message = 0;  ///< the daemon's number for it, once it has taken it
         int probes = 0;      ///< wait behind it
     };
@@ -79,6 +81,8 @@ private:
     std::unique_ptr<SsipConnection> m_connection;
     QString m_defaultLanguage;
     std::optional<std::vector<SpeechModule>> m_modules;  ///< the default one first; absent until told
+    /// The engines that tell of the marks in a text that they pass: the usual one, and those that have.
+    QSet<QString> m_modulesWithMarks{QStringLiteral("espeak-ng")};
     std::optional<Reading> m_reading;
     qint64 m_readings = 0;
     QProcess* m_starter = nullptr;

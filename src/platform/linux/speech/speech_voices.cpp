@@ -73,9 +73,9 @@ QString withMarks(const QString& text) {
     bool isDue = true;
     QChar before = u' ';
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar character = text[i];
-        if (!isSpeakable(character))
+        if (!isSpeakable(text[i]) && !text[i].isSpace())
             continue;
+        const QChar character = isSpeakable(text[i]) ? text[i] : QChar(u' ');
         // The daemon puts marks of its own behind the sentences' ends. Of two marks with no word between them
         // espeak-ng tells the last one only: ours stand before what ends the sentence.
         const bool endsSentence =
