@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <utility>
 
 #include "programs/recogniser/text_engine.h"
 
@@ -12,12 +13,15 @@ namespace tralio {
 /// The engines, each loaded when it is first asked for and kept.
 class EnginePool final {
 public:
+    explicit EnginePool(TextEngine::GoesOn goesOn = {}) : m_goesOn(std::move(goesOn)) {}
+
     /// The engine for these packs ("vie+eng"), or null where they cannot be loaded.
     [[nodiscard]] TextEngine* engine(const QString& packs);
 
     [[nodiscard]] bool holds(const QString& packs) const { return m_engines.contains(packs); }
 
 private:
+    TextEngine::GoesOn m_goesOn;
     std::map<QString, std::unique_ptr<TextEngine>> m_engines;
 };
 

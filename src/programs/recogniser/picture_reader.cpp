@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "programs/recogniser/even_lines.h"
+
 namespace tralio {
 namespace {
 

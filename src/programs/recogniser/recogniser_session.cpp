@@ -79,15 +79,28 @@ void RecogniserSession::answer(const RecognizeRequest& request) {
         m_send(FailureReply{u"Chưa cài đặt gói ngôn ngữ nhận dạng nào."_s});
         return;
     }
+    m_linesRead = 0;
     const bool isAccurate = request.options.level == RecognitionRequest::Level::accurate;
     const Reading reading =
         readPicture(m_engines, packs, image, isAccurate ? Effort::untilConfident : Effort::oneLook,
-            [this](qsizetype lines) { m_send(Progress{static_cast<qint32>(lines)}); });
+            [this](qsizetype lines) { tellProgress(lines); });
 
     ObservationsReply reply;
     for (const ReadLine& line : reading.lines)
         reply.observations.push_back({normalized(line.box, image.size()), {line.text()}});
     m_send(reply);
+}
+
+void RecogniserSession::tellProgress(qsizetype lines) {
+    m_linesRead = lines;
+    m_told = std::chrono::steady_clock::now();
+    m_send(Progress{static_cast<qint32>(lines)});
+}
+
+void RecogniserSession::showLife() {
+    constexpr std::chrono::seconds interval(1);
+    if (std::chrono::steady_clock::now() - m_told >= interval)
+        tellProgress(m_linesRead);
 }
 
 const QStringList& RecogniserSession::installedPacks() {

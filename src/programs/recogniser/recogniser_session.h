@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 
 #include "platform/linux/helpers/recogniser_protocol.h"
@@ -26,9 +27,14 @@ private:
     void answer(const recogniser_protocol::RecognizeRequest& request);
 
     [[nodiscard]] const QStringList& installedPacks();
+    /// Within a block that takes its time: who has nothing to say for long is taken for hung.
+    void showLife();
+    void tellProgress(qsizetype lines);
 
     Send m_send;
-    EnginePool m_engines;
+    EnginePool m_engines{[this] { showLife(); }};
+    qsizetype m_linesRead = 0;
+    std::chrono::steady_clock::time_point m_told;
     QStringList m_installedPacks;
     bool m_isPreparing = false;
 };

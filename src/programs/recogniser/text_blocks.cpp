@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "programs/recogniser/boxes.h"
 #include "programs/recogniser/resample.h"
 
 namespace tralio {
@@ -16,15 +17,6 @@ constexpr size_t mostLetters = 800;
 
 constexpr quint8 white = 255;
 constexpr int border = 10;
-
-int horizontalGap(const QRect& a, const QRect& b) {
-    return std::max(a.left(), b.left()) - std::min(a.right(), b.right()) - 1;
-}
-
-bool shareRow(const QRect& a, const QRect& b) {
-    const int shared = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top()) + 1;
-    return shared * 2 >= std::min(a.height(), b.height());
-}
 
 /// Whether two heights are those of one type size, in hundredths.
 bool areAlike(int a, int b, int atMost) {

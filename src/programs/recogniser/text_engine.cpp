@@ -4,13 +4,15 @@
 #include <tesseract/baseapi.h>
 #include <tesseract/ocrclass.h>
 #include <tesseract/resultiterator.h>
+#include <utility>
 #include <vector>
 
 #include "programs/recogniser/work_budget.h"
 
 namespace tralio {
 
-TextEngine::TextEngine(const QString& packs) : m_api(std::make_unique<tesseract::TessBaseAPI>()) {
+TextEngine::TextEngine(const QString& packs, GoesOn goesOn)
+    : m_goesOn(std::move(goesOn)), m_api(std::make_unique<tesseract::TessBaseAPI>()) {
     const std::vector<std::string> names{"debug_file"};
     const std::vector<std::string> values{"/dev/null"};
     m_isLoaded = m_api->Init(nullptr, packs.toUtf8().constData(), tesseract::OEM_LSTM_ONLY, nullptr, 0,
@@ -37,10 +39,19 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
     Reading reading;
     // Noise can keep the library busy without an end.
     constexpr double mostSeconds = 20;
-    double until = WorkBudget::processorTime() + mostSeconds;
+    struct Watch {
+        double until;
+        const GoesOn& goesOn;
+    };
+    Watch watch{WorkBudget::processorTime() + mostSeconds, m_goesOn};
     ETEXT_DESC monitor;
-    monitor.cancel_this = &until;
-    monitor.cancel = [](void* end, int) { return WorkBudget::processorTime() > *static_cast<double*>(end); };
+    monitor.cancel_this = &watch;
+    monitor.cancel = [](void* context, int) {
+        const auto& watch = *static_cast<Watch*>(context);
+        if (watch.goesOn)
+            watch.goesOn();
+        return WorkBudget::processorTime() > watch.until;
+    };
     if (m_api->Recognize(&monitor) != 0)
         return reading;
     const std::unique_ptr<ResultIterator> word(m_api->GetIterator());

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 #include "programs/recogniser/plane.h"
@@ -17,9 +18,12 @@ namespace tralio {
 /// static objects must outlive it.
 class TextEngine final {
 public:
+    /// Called at every line that it reads.
+    using GoesOn = std::function<void()>;
+
     /// Loads language packs with their dictionaries, the first of them the leading one ("vie+eng"). Check
     /// `isLoaded`.
-    explicit TextEngine(const QString& packs);
+    explicit TextEngine(const QString& packs, GoesOn goesOn = {});
     TextEngine(const TextEngine&) = delete;
     TextEngine& operator=(const TextEngine&) = delete;
     ~TextEngine();
@@ -35,6 +39,7 @@ public:
     [[nodiscard]] Reading read(const Plane& picture, Layout layout = Layout::block);
 
 private:
+    GoesOn m_goesOn;
     std::unique_ptr<tesseract::TessBaseAPI> m_api;
     bool m_isLoaded = false;
 };

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
+#include <utility>
+
+#include "programs/recogniser/boxes.h"
+#include "programs/recogniser/place_index.h"
 
 namespace tralio {
 namespace {
@@ -10,18 +14,6 @@ namespace {
 constexpr int leastLetterHeight = 4;  ///< logical pixels; dots and accents say nothing
 /// Of a line's height, which is about that of its type: columns begin at this gap.
 constexpr double columnGap = 2.2;
-
-int sharedHeight(const QRect& a, const QRect& b) {
-    return std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top()) + 1;
-}
-
-bool shareRow(const QRect& a, const QRect& b) {
-    return sharedHeight(a, b) * 2 >= std::min(a.height(), b.height());
-}
-
-int horizontalGap(const QRect& a, const QRect& b) {
-    return std::max(a.left(), b.left()) - std::min(a.right(), b.right()) - 1;
-}
 
 /// The stretch that the last few letters take, which follows a slanting line.
 QRect end(const TextLine& line) {
@@ -59,30 +51,41 @@ bool mayContinue(const TextLine& line, const QRect& last, const QRect& letter) {
     return gap <= last.height() && height * 2 <= 3 * std::max(last.height(), letter.height());
 }
 
+/// Where the next letter of a line may be.
+QRect reachOfEnd(const TextLine& line) {
+    const QRect last = end(line);
+    const int highest = line.box.height() + 3 * last.height();
+    return last.adjusted(0, 0, static_cast<int>(columnGap * highest) + 2, 0);
+}
+
 /// Letters from left to right, each to the line whose last letters it stands beside.
 std::vector<TextLine> chain(std::vector<MarkShape> letters) {
     std::sort(letters.begin(), letters.end(),
         [](const MarkShape& a, const MarkShape& b) { return a.box.left() < b.box.left(); });
     std::vector<TextLine> lines;
+    PlaceIndex ends;
     for (const MarkShape& letter : letters) {
-        TextLine* best = nullptr;
+        std::optional<size_t> best;
         int mostShared = 0;
-        for (TextLine& line : lines) {
+        ends.visit(letter.box, [&](size_t i) {
+            const TextLine& line = lines[i];
             if (!isOfOneLayer(line, letter) || sharedHeight(line.box, letter.box) <= 0)
-                continue;
+                return;
             const QRect last = end(line);
             if (!mayContinue(line, last, letter.box))
-                continue;
+                return;
             const int shared = sharedHeight(last, letter.box);
-            if (best && shared <= mostShared)
-                continue;
-            best = &line;
+            if (best && std::pair(-shared, i) >= std::pair(-mostShared, *best))
+                return;
+            best = i;
             mostShared = shared;
+        });
+        if (!best) {
+            best = lines.size();
+            lines.push_back({{}, letter.region, letter.isShaded, letter.kind, letter.colour, {}, {}});
         }
-        if (!best)
-            best = &lines.emplace_back(
-                TextLine{{}, letter.region, letter.isShaded, letter.kind, letter.colour, {}, {}});
-        add(*best, letter.box);
+        add(lines[*best], letter.box);
+        ends.add(*best, reachOfEnd(lines[*best]));
     }
     return lines;
 }
@@ -98,12 +101,21 @@ bool belongsTo(const TextLine& part, const TextLine& line) {
         together * 2 <= 3 * std::max(part.box.height(), height) &&
         isOfSize(part.letterHeight(), line.letterHeight()))
         return true;
+    if (gap >= 0 || part.box.height() * 10 > height * 6 ||
+        -sharedHeight(part.box, line.box) * 10 > height * 3 || part.box.width() > line.box.width())
+        return false;
     // No letter is narrower, and hardly any bears more than two of them: what comes closer is a smaller text.
-    const bool areFew = static_cast<int>(part.letters.size()) * line.letterHeight() <= 2 * part.box.width();
-    const bool isSmall = part.box.height() * 10 <= height * 6 && (areFew || part.letters.size() <= 2);
-    const int highest = line.letterHeight() * (line.isShaded ? 5 : 8) / 2;
-    return isSmall && together <= highest && gap < 0 &&
-        -sharedHeight(part.box, line.box) * 10 <= height * 3 && part.box.width() <= line.box.width();
+    const int letterHeight = line.letterHeight();
+    const bool areFew = static_cast<int>(part.letters.size()) * letterHeight <= 2 * part.box.width();
+    return (areFew || part.letters.size() <= 2) && together <= letterHeight * (line.isShaded ? 5 : 8) / 2;
+}
+
+/// How far from a line, or from what may be part of one, the other of the two may be.
+QRect reachOfParts(const TextLine& line) {
+    const int height = line.box.height();
+    const int beside = static_cast<int>(columnGap * 1.5 * height) + 2;
+    const int above = height * 3 / 10 + 2;
+    return line.box.adjusted(-beside, -above, beside, above);
 }
 
 void join(TextLine& line, const TextLine& part) {
@@ -122,21 +134,25 @@ void joinParts(std::vector<TextLine>& lines) {
     // The smallest first: an accent goes to its line before lines are compared with one another.
     std::sort(lines.begin(), lines.end(),
         [](const TextLine& a, const TextLine& b) { return a.box.height() < b.box.height(); });
+    PlaceIndex index;
+    for (size_t i = 0; i < lines.size(); ++i)
+        index.add(i, reachOfParts(lines[i]));
     for (size_t i = 0; i < lines.size(); ++i) {
-        TextLine* whole = nullptr;
+        std::optional<size_t> whole;
         int nearest = 0;
-        for (size_t k = i + 1; k < lines.size(); ++k) {
-            if (!belongsTo(lines[i], lines[k]) && !belongsTo(lines[k], lines[i]))
-                continue;
+        index.visit(reachOfParts(lines[i]), [&](size_t k) {
+            if (k <= i || (!belongsTo(lines[i], lines[k]) && !belongsTo(lines[k], lines[i])))
+                return;
             const int distance = std::abs(lines[i].box.center().y() - lines[k].box.center().y());
-            if (whole && distance >= nearest)
-                continue;
-            whole = &lines[k];
+            if (whole && std::pair(distance, k) >= std::pair(nearest, *whole))
+                return;
+            whole = k;
             nearest = distance;
-        }
+        });
         if (!whole)
             continue;
-        join(*whole, lines[i]);
+        join(lines[*whole], lines[i]);
+        index.add(*whole, reachOfParts(lines[*whole]));
         lines[i].letters.clear();
     }
     std::erase_if(lines, [](const TextLine& line) { return line.letters.empty(); });
@@ -155,17 +171,31 @@ std::optional<int> distance(const MarkShape& dot, const TextLine& line) {
     return above + below + gap;
 }
 
+/// Where the dots of a line may be.
+QRect reachOfDots(const TextLine& line) {
+    const int height = line.box.height();
+    return line.box.adjusted(-height - 2, -height / 2 - 2, height + 2, height * 4 / 10 + 2);
+}
+
 /// Large dots and commas are as high as small letters: those that stand alone, beside a line of something
 /// higher, go with the dots.
 void moveStrayDots(std::vector<TextLine>& lines, std::vector<MarkShape>& dots) {
     constexpr size_t most = 3;
-    const auto isStray = [&lines](const TextLine& stray) {
+    PlaceIndex index;
+    for (size_t i = 0; i < lines.size(); ++i)
+        index.add(i, reachOfDots(lines[i]));
+    const auto isStray = [&](const TextLine& stray) {
+        if (stray.letters.size() > most)
+            return false;
         const MarkShape shape{stray.box, stray.region, stray.isShaded, stray.kind, stray.colour};
-        return stray.letters.size() <= most &&
-            std::any_of(lines.begin(), lines.end(), [&](const TextLine& line) {
-                return stray.box.height() * 10 <= line.box.height() * 5 &&
-                    line.letters.size() > stray.letters.size() && distance(shape, line);
-            });
+        bool isBeside = false;
+        index.visit(stray.box, [&](size_t i) {
+            const TextLine& line = lines[i];
+            isBeside = isBeside ||
+                (stray.box.height() * 10 <= line.box.height() * 5 &&
+                    line.letters.size() > stray.letters.size() && distance(shape, line));
+        });
+        return isBeside;
     };
     std::vector<bool> areStray;
     areStray.reserve(lines.size());
@@ -184,44 +214,28 @@ void moveStrayDots(std::vector<TextLine>& lines, std::vector<MarkShape>& dots) {
 void addDots(std::vector<TextLine>& lines, std::vector<MarkShape> dots) {
     std::sort(dots.begin(), dots.end(),
         [](const MarkShape& a, const MarkShape& b) { return a.box.left() < b.box.left(); });
+    PlaceIndex index;
+    for (size_t i = 0; i < lines.size(); ++i)
+        index.add(i, reachOfDots(lines[i]));
     for (const MarkShape& dot : dots) {
-        TextLine* best = nullptr;
+        std::optional<size_t> best;
         int least = 0;
-        for (TextLine& line : lines) {
-            const std::optional<int> far = distance(dot, line);
-            if (!far || (best && *far >= least))
-                continue;
-            best = &line;
+        index.visit(dot.box, [&](size_t i) {
+            const std::optional<int> far = distance(dot, lines[i]);
+            if (!far || (best && std::pair(*far, i) >= std::pair(least, *best)))
+                return;
+            best = i;
             least = *far;
-        }
+        });
         if (!best)
             continue;
-        best->dots.push_back(dot.box);
+        TextLine& line = lines[*best];
+        line.dots.push_back(dot.box);
         // Above and below, it would make the next one belong as well.
-        best->box.setLeft(std::min(best->box.left(), dot.box.left()));
-        best->box.setRight(std::max(best->box.right(), dot.box.right()));
+        line.box.setLeft(std::min(line.box.left(), dot.box.left()));
+        line.box.setRight(std::max(line.box.right(), dot.box.right()));
+        index.add(*best, reachOfDots(line));
     }
-}
-
-size_t countEven(const TextLine& line) {
-    const int height = line.letterHeight();
-    return static_cast<size_t>(
-        std::count_if(line.letters.begin(), line.letters.end(), [height](const QRect& letter) {
-            return letter.height() * 10 >= height * 6 && letter.height() * 10 <= height * 17;
-        }));
-}
-
-/// Whether letters are as even in height, and as many, as those of a text.
-bool isEven(const TextLine& line) {
-    constexpr size_t fewest = 4;
-    return line.letters.size() >= fewest && line.box.width() >= 2 * line.box.height() &&
-        countEven(line) * 10 >= line.letters.size() * 6 && line.box.height() <= 3 * line.letterHeight();
-}
-
-/// How much a line seen in a photograph looks like one.
-int likelihood(const TextLine& line) {
-    const auto even = static_cast<int>(countEven(line));
-    return 3 * even - 2 * static_cast<int>(line.letters.size());
 }
 
 }  // namespace
@@ -248,31 +262,6 @@ std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int un
     moveStrayDots(lines, dots);
     addDots(lines, std::move(dots));
     joinParts(lines);  // what signs like "=" stand between is no gap
-    return lines;
-}
-
-std::vector<TextLine> evenLines(std::vector<TextLine> sightings) {
-    std::erase_if(
-        sightings, [](const TextLine& line) { return !isEven(line); });
-    std::stable_sort(sightings.begin(), sightings.end(),
-        [](const TextLine& a, const TextLine& b) { return likelihood(a) > likelihood(b); });
-    std::vector<TextLine> lines;
-    for (TextLine& sighting : sightings) {
-        const auto same = std::find_if(lines.begin(), lines.end(), [&](const TextLine& line) {
-            return line.region == sighting.region && shareRow(line.box, sighting.box) &&
-                horizontalGap(line.box, sighting.box) <= 0;
-        });
-        if (same == lines.end()) {
-            lines.push_back(std::move(sighting));
-            continue;
-        }
-        // What was lost of it in one kind may show in another.
-        const QRect both = same->box | sighting.box;
-        if (both.height() * 4 <= same->box.height() * 5)
-            same->box = both;
-    }
-    constexpr size_t most = 12;  // those with the most letters; noise never ends
-    lines.resize(std::min(lines.size(), most));
     return lines;
 }
 

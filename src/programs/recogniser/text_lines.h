@@ -24,8 +24,4 @@ struct TextLine {
 /// `unit` is the number of pixels of a logical one.
 [[nodiscard]] std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int unit);
 
-/// Of the lines seen in a photograph, those whose letters are as even in height as those of a text; what it
-/// shows by chance is not. A line that was seen in several kinds of marks comes once.
-[[nodiscard]] std::vector<TextLine> evenLines(std::vector<TextLine> sightings);
-
 }  // namespace tralio

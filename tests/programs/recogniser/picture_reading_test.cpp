@@ -38,7 +38,8 @@ struct PictureReading : testing::Test {
             WorkBudget([this] { return work; }));
     }
 
-    EnginePool engines;
+    int signsOfLife = 0;
+    EnginePool engines{[this] { ++signsOfLife; }};
     std::vector<qsizetype> counts;
     double work = 0;  ///< in seconds
     double workForABlock = 0;
@@ -54,6 +55,7 @@ TEST_F(PictureReading, of_a_picture_that_is_too_much_work_what_was_read_by_then_
     EXPECT_EQ(reading.lines.front().text(), lines.front());
     EXPECT_EQ(reading.lines.back().text(), lines[15]);
     EXPECT_THAT(counts, ElementsAre(8, 16));
+    EXPECT_GE(signsOfLife, 16) << "also within a block, at every line";
 }
 
 TEST_F(PictureReading, what_no_engine_can_read_is_no_text) {

@@ -1,10 +1,12 @@
 #include <QPainter>
 
 #include <gmock/gmock.h>
+#include <random>
 
 #include "programs/recogniser/labels.h"
 #include "programs/recogniser/rules.h"
 #include "programs/recogniser/text_blocks.h"
+#include "programs/recogniser/work_budget.h"
 
 namespace tralio {
 namespace {
@@ -206,6 +208,18 @@ TEST(TextFinding, accents_and_dots_go_with_their_letters) {
     EXPECT_EQ(found.letters(), (Counts{{10, 10}}));
     for (const TextLine& line : found.lines)
         EXPECT_EQ(line.dots.size(), 4U);
+}
+
+TEST(TextFinding, takes_its_time_by_the_number_of_marks_and_not_by_their_square) {
+    // As many as in a photograph of leaves.
+    std::vector<MarkShape> marks;
+    std::mt19937 random(1);
+    const auto upTo = [&random](unsigned most) { return static_cast<int>(random() % most); };
+    for (int i = 0; i < 60'000; ++i)
+        marks.push_back({QRect(upTo(4000), upTo(3000), 2 + upTo(20), 2 + upTo(20))});
+    const double begun = WorkBudget::processorTime();
+    EXPECT_FALSE(findTextLines(marks, 1).empty());
+    EXPECT_LT(WorkBudget::processorTime() - begun, 15);
 }
 
 }  // namespace

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QRect>
+
+#include <algorithm>
+
+namespace tralio {
+
+/// In how many rows of pixels both boxes are; negative for the rows between them.
+inline int sharedHeight(const QRect& a, const QRect& b) {
+    return std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top()) + 1;
+}
+
+/// Whether two boxes stand side by side, as those of one line do.
+inline bool shareRow(const QRect& a, const QRect& b) {
+    return sharedHeight(a, b) * 2 >= std::min(a.height(), b.height());
+}
+
+/// The columns of pixels between two boxes; negative for those that both have.
+inline int horizontalGap(const QRect& a, const QRect& b) {
+    return std::max(a.left(), b.left()) - std::min(a.right(), b.right()) - 1;
+}
+
+}  // namespace tralio
