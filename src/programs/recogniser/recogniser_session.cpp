@@ -80,6 +80,7 @@ void RecogniserSession::answer(const RecognizeRequest& request) {
         return;
     }
     m_linesRead = 0;
+    m_told = std::chrono::steady_clock::now();
     const bool isAccurate = request.options.level == RecognitionRequest::Level::accurate;
     const Reading reading =
         readPicture(m_engines, packs, image, isAccurate ? Effort::untilConfident : Effort::oneLook,

