@@ -103,6 +103,19 @@ TEST_F(Atspi, an_element_that_counts_its_selections_is_believed_before_an_older_
     EXPECT_TRUE(element(u"/password"_s).holdsPassword());
 }
 
+TEST_F(Atspi, an_element_says_whether_it_is_a_terminal_where_its_toolkit_knows_of_terminals) {
+    const auto answer = [this](AtspiRole role, const QString& toolkit) {
+        application.reset();
+        script({{AtspiBus::desktop().path.path(), {.toolkit = toolkit}}, {u"/focus"_s, {.role = role}}});
+        return isTerminal(application->at(u"/focus"_s), *context());
+    };
+    EXPECT_EQ(answer(AtspiRole::terminal, u"gtk"_s), true);
+    EXPECT_EQ(answer(AtspiRole::text, u"GTK"_s), false);
+    EXPECT_EQ(answer(AtspiRole::paragraph, u"Qt"_s), false);
+    EXPECT_EQ(answer(AtspiRole::panel, u"gtk"_s), std::nullopt) << "which may be drawn as one";
+    EXPECT_EQ(answer(AtspiRole::entry, u"Chromium"_s), std::nullopt) << "which types into one";
+}
+
 TEST_F(Atspi, the_focus_is_searched_in_the_active_window_among_what_shows) {
     using State = AtspiState;
     const auto focused = [](const QList<State>& more) {

@@ -84,7 +84,8 @@ TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_no
         {{{u"org.kde.konsole"_s}, true, true}, CopyShortcut::controlShift},
         {{{u"editor"_s}, {}, false}, CopyShortcut::control},
         {{{u"editor"_s}, false, {}}, CopyShortcut::control},
-        {{{u"editor"_s}, false, true}, CopyShortcut::none},
+        {{{u"editor"_s}, false, true}, CopyShortcut::control},
+        {{{u"editor"_s}, {}, true}, CopyShortcut::none},
     };
     for (const Case& c : cases)
         EXPECT_EQ(copyShortcutIn(c.target), c.expected) << c.target.names.join(u' ').toStdString();

@@ -17,7 +17,7 @@ const QString registry = u"org.a11y.atspi.Registry"_s;
 
 ScriptedAccessibles::ScriptedAccessibles(const QString& address, QHash<QString, Object> objects)
     : m_objects(std::move(objects)) {
-    m_objects.insert(AtspiBus::desktop().path.path(), {.children = {u"/application"_s}});
+    m_objects[AtspiBus::desktop().path.path()].children = {u"/application"_s};
     qDBusRegisterMetaType<AtspiReference>();
     qDBusRegisterMetaType<QList<AtspiReference>>();
     qDBusRegisterMetaType<QList<uint>>();
@@ -65,6 +65,8 @@ std::optional<QVariantList> ScriptedAccessibles::answer(
     };
     if (method == u"Get" && arguments.value(1) == u"Name"_s)
         return variant(object.name);
+    if (method == u"Get" && arguments.value(1) == u"ToolkitName"_s)
+        return variant(object.toolkit);
     if (method == u"Get" && arguments.value(1) == u"Parent"_s)
         return variant(QVariant::fromValue(at(object.parent)));
     if (method == u"GetRole")

@@ -27,6 +27,7 @@ public:
         QString text{};
         bool keepsItsText = false;  ///< answers no question for it
         QString keyBinding{};
+        QString toolkit{};
         int presses = 0;
     };
 

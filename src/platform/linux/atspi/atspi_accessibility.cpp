@@ -48,8 +48,7 @@ std::optional<bool> AtspiAccessibility::focusIsTerminal(qint32 processId) {
     if (!m_switch.isOn())
         return std::nullopt;
     const auto context = newContext(processId, keyboardLimit);
-    const AtspiRole role = roleOf(findFocus(*context), *context);
-    return role == AtspiRole::invalid ? std::nullopt : std::optional(role == AtspiRole::terminal);
+    return isTerminal(findFocus(*context), *context);
 }
 
 std::unique_ptr<AccessibleElement> AtspiAccessibility::menuBar(qint32 processId) {

@@ -23,7 +23,8 @@ public:
     std::unique_ptr<AccessibleElement> focusedElement(qint32 processId) override;
     std::unique_ptr<AccessibleElement> menuBar(qint32 processId) override;
 
-    /// Whether the element with the focus is a terminal; absent when nobody tells within 50 ms.
+    /// Whether the element with the focus is a terminal; absent when nobody tells within 50 ms
+    /// whose word counts.
     [[nodiscard]] std::optional<bool> focusIsTerminal(qint32 processId);
 
 private:

@@ -110,6 +110,17 @@ AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question
     return AtspiStates(quint64(words.value(1)) << 32 | words.value(0));
 }
 
+std::optional<bool> isTerminal(const AtspiReference& object, const AtspiQuestion& question) {
+    const AtspiRole role = roleOf(object, question);
+    if (role == AtspiRole::terminal)
+        return true;
+    const bool holdsText = isParagraph(role) || reachOf(role) == ElementSelection::Reach::whole;
+    if (!holdsText)
+        return std::nullopt;
+    const QString toolkit = toolkitOf(object.service, question).toLower();
+    return toolkit == u"gtk" || toolkit == u"qt" ? std::optional(false) : std::nullopt;
+}
+
 AtspiElement::AtspiElement(AtspiReference object, std::shared_ptr<const AtspiContext> context)
     : m_object(std::move(object)), m_context(std::move(context)) {}
 

@@ -70,6 +70,10 @@ private:
 [[nodiscard]] AtspiRole roleOf(const AtspiReference& object, const AtspiQuestion& question);
 [[nodiscard]] AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question);
 
+/// Whether an element is a terminal; absent where it does not say so in a way that counts. A terminal in a
+/// web page, as editors made with one have, calls itself a text field, and only some toolkits know the role.
+[[nodiscard]] std::optional<bool> isTerminal(const AtspiReference& object, const AtspiQuestion& question);
+
 /// An element that an application tells of; or, with a null reference, the focused element of an application
 /// that tells of none: then only its PRIMARY selection is known.
 class AtspiElement final : public AccessibleElement {

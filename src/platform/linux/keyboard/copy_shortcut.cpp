@@ -52,7 +52,7 @@ CopyShortcut copyShortcutIn(const CopyTarget& target) {
     // The ones that tell of a terminal's role have the shortcut too.
     if (isTerminalWithShortcut(names) || target.focusIsTerminal == true)
         return CopyShortcut::controlShift;
-    if (target.servesTerminal == true)
+    if (target.servesTerminal == true && target.focusIsTerminal != false)
         return CopyShortcut::none;
     const bool isOther = target.focusIsTerminal == false || target.servesTerminal == false ||
         std::any_of(names.begin(), names.end(), runsAsOther);

@@ -14,7 +14,7 @@ enum class CopyShortcut { control, controlShift, none };
 struct CopyTarget {
     /// What it goes by: its ids, the class and the instance of its window, the program of its process.
     QStringList names;
-    /// Whether the element with the focus is a terminal; absent where nobody tells.
+    /// Whether the element with the focus is a terminal; absent where nobody tells whose word counts.
     std::optional<bool> focusIsTerminal;
     /// Whether its process serves a terminal, or has one served; absent where the process is not known.
     std::optional<bool> servesTerminal;

@@ -21,7 +21,7 @@ namespace tralio {
 //                       |                                   |                    | falls on the mark itself
 // Chromium, as it is    | there is no element below the     | keeps the old text | none
 //                       | window                            |                    |
-// xterm                 | not on the bus                    | given up           | none
+// xterm, urxvt, st      | not on the bus                    | keeps the old text | none
 //
 // (Document.GetTextSelections, which AT-SPI knows from 2.52 on, none of them answers to in Debian 12.)
 //

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/selection/current_selection.h"
 #include "platform/linux/x11/selection_reader.h"
-#include "platform/linux/x11/x11_workspace.h"
 
 namespace tralio {
 namespace {
@@ -51,12 +49,6 @@ bool X11PrimarySelection::ownerGivesPasswords(X11Connection& connection) {
     return connection.property(primaryOwner(connection), XCB_ATOM_WM_NAME) == "Chromium clipboard";
 }
 
-bool X11PrimarySelection::frontGivesUpItself() {
-    // The plain terminals do, and nothing could be asked of them by the keyboard.
-    return copyShortcutIn(X11Workspace::copyTarget(m_connection, X11Workspace::activeWindow(m_connection))) ==
-        CopyShortcut::none;
-}
-
 std::optional<PrimaryText> X11PrimarySelection::textOf(qint32 processId, QDeadlineTimer deadline) {
     (void)m_watch.changeCount();  // what has happened up to now is known then
     const xcb_window_t owner = primaryOwner(m_connection);
@@ -66,7 +58,7 @@ std::optional<PrimaryText> X11PrimarySelection::textOf(qint32 processId, QDeadli
     if (!text)
         return std::nullopt;
     PrimaryText mark{std::move(*text)};
-    mark.mayBeGone = m_history.isPressedSince() && !frontGivesUpItself();
+    mark.mayBeGone = m_history.isPressedSince();
     mark.isFresh = !m_freshUntil.hasExpired();
     const auto origin = m_history.origin();
     const auto marking =

@@ -22,7 +22,6 @@ public:
 private:
     void mouseEvent(const X11RawInput::Event& event);
     [[nodiscard]] bool areKeysHeld() const;
-    [[nodiscard]] bool frontGivesUpItself();
 
     X11Connection& m_connection;
     SelectionHistory m_history;
