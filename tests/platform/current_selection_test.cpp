@@ -96,7 +96,9 @@ TEST(SelectionHistory, tells_by_what_a_mark_was_made_and_whether_the_mouse_was_p
     EXPECT_FALSE(history.isPressedSince());
 
     const quint32 start = 0xffffff00;  // the clock starts again in the middle of it
-    history.pressed(start);
+    history.pressed(start - 600, false);
+    EXPECT_FALSE(history.isPressedSince()) << "elsewhere";
+    history.pressed(start, true);
     EXPECT_TRUE(history.isPressedSince());
     history.marked(start + 5000, false);
     EXPECT_EQ(history.origin(), Origin::mouse) << "still held";
@@ -110,11 +112,12 @@ TEST(SelectionHistory, tells_by_what_a_mark_was_made_and_whether_the_mouse_was_p
     history.marked(start + 7000, false);
     EXPECT_EQ(history.origin(), Origin::keyboard) << "long after";
 
-    history.pressed(start + 9000);
-    history.pressed(start + 9499);
+    history.pressed(start + 9000, true);
+    history.pressed(start + 9499, false);
+    EXPECT_TRUE(history.isPressedSince());
     history.marked(start + 9500, false);
     EXPECT_EQ(history.origin(), Origin::doubleClick);
-    history.pressed(start + 9999);
+    history.pressed(start + 9999, true);
     history.marked(start + 9999, false);
     EXPECT_EQ(history.origin(), Origin::mouse) << "not quick enough for a double click";
 }

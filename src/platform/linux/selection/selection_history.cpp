@@ -9,13 +9,13 @@ constexpr quint32 markingTime = 1000;
 
 }  // namespace
 
-void SelectionHistory::pressed(quint32 time) {
+void SelectionHistory::pressed(quint32 time, bool speaksAgainst) {
     m_clicks = m_everPressed && time - m_lastPress < doubleClickTime ? m_clicks + 1 : 1;
     m_everPressed = true;
     m_down = true;
     m_lastPress = time;
     m_lastChange = time;
-    m_pressedSince = true;
+    m_pressedSince = m_pressedSince || speaksAgainst;
 }
 
 void SelectionHistory::released(quint32 time) {

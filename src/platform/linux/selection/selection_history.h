@@ -11,7 +11,8 @@ class SelectionHistory final {
 public:
     enum class Origin { keyboard, mouse, doubleClick };
 
-    void pressed(quint32 time);
+    /// `speaksAgainst` says whether it may take the mark away that there is.
+    void pressed(quint32 time, bool speaksAgainst);
     void released(quint32 time);
     /// PRIMARY has a new owner or text. `keysHeld` says whether keys are down at that moment.
     void marked(quint32 time, bool keysHeld);
@@ -26,7 +27,7 @@ private:
     quint32 m_lastChange = 0;  ///< of the button
     int m_clicks = 0;          ///< in quick succession
     Origin m_origin = Origin::keyboard;
-    bool m_pressedSince = false;
+    bool m_pressedSince = false;  ///< where it speaks against the mark
 };
 
 }  // namespace tralio

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/selection/current_selection.h"
 #include "platform/linux/x11/selection_reader.h"
 
@@ -31,17 +32,37 @@ void X11PrimarySelection::mouseEvent(const X11RawInput::Event& event) {
     if (event.detail != leftButton)
         return;
     if (event.kind == X11RawInput::Kind::buttonPressed)
-        m_history.pressed(event.time);
+        m_history.pressed(event.time, isOverOwner());
     else
         m_history.released(event.time);
+}
+
+bool X11PrimarySelection::isOverOwner() const {
+    xcb_window_t below = m_connection.root();
+    for (xcb_window_t next = below; next != XCB_NONE;) {
+        below = next;
+        const XcbPtr<xcb_query_pointer_reply_t> pointer{xcb_query_pointer_reply(
+            m_connection.xcb(), xcb_query_pointer(m_connection.xcb(), below), nullptr)};
+        next = pointer ? pointer->child : static_cast<xcb_window_t>(XCB_NONE);
+    }
+    if (below == m_connection.root())
+        return false;
+    const auto process = m_connection.processOf(below);
+    const auto owner = m_connection.processOf(primaryOwner(m_connection));
+    return !process || !owner || process == owner;
 }
 
 bool X11PrimarySelection::areKeysHeld() const {
     const XcbPtr<xcb_query_keymap_reply_t> reply{
         xcb_query_keymap_reply(m_connection.xcb(), xcb_query_keymap(m_connection.xcb()), nullptr)};
-    return reply && std::any_of(std::begin(reply->keys), std::end(reply->keys), [](quint8 eightKeys) {
-        return eightKeys != 0;
-    });
+    if (!reply)
+        return false;
+    // Nothing is marked by the Command key: it is down for a hot key.
+    for (const KeyCode key : {KeyCode::leftCommand, KeyCode::rightCommand})
+        if (const auto code = x11KeyCode(key))
+            reply->keys[*code / 8] &= ~(1U << *code % 8);
+    return std::any_of(
+        std::begin(reply->keys), std::end(reply->keys), [](quint8 eightKeys) { return eightKeys != 0; });
 }
 
 bool X11PrimarySelection::ownerGivesPasswords(X11Connection& connection) {

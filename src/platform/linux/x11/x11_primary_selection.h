@@ -21,6 +21,9 @@ public:
 
 private:
     void mouseEvent(const X11RawInput::Event& event);
+    /// Whether the pointer is over a window of the application that owns PRIMARY, as far as can be told: a
+    /// panel's menu, the frame of a window and the bare screen leave a mark alone.
+    [[nodiscard]] bool isOverOwner() const;
     [[nodiscard]] bool areKeysHeld() const;
 
     X11Connection& m_connection;
