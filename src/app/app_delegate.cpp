@@ -39,6 +39,7 @@ constexpr auto trayDelay = 4s;
 constexpr auto noticeTime = 2s;
 constexpr auto errorTime = 6s;
 const QString nothingSelected = u"Không có chữ nào đang được chọn"_s;
+const QString confirmOffer = u"Nhấn Return để dịch chữ này"_s;
 const QString nothingInCapture = u"Không tìm thấy chữ trong vùng đã chụp"_s;
 
 QPointer<AppDelegate> running;
@@ -158,16 +159,21 @@ void AppDelegate::translateSelectionOnceFocused() {
     const auto obstacle = m_services.hotKeys.obstacle();
     if (obstacle == Obstacle::ownWindow)
         return;  // as when the key is pressed twice: what the first press has brought stands there
-    if (!m_services.readSelectionOnceFocused || obstacle == Obstacle::password) {
+    if (!m_services.readSelectionOnceFocused || obstacle != Obstacle::none) {
         say(nothingSelected, noticeTime);
         return;
     }
-    m_services.readSelectionOnceFocused([self = QPointer(this)](const QString& text) {
+    m_services.readSelectionOnceFocused([self = QPointer(this)](const LateSelection& selection) {
         if (!self)
             return;
-        self->m_services.appState.requestTranslation(text);
-        if (text.trimmed().isEmpty())
+        if (selection.text.trimmed().isEmpty()) {
             self->say(nothingSelected, noticeTime);
+        } else if (selection.age == LateSelection::Age::recent) {
+            self->m_services.appState.requestTranslation(selection.text);
+        } else {
+            self->m_services.appState.offerTranslation(selection.text);
+            self->say(confirmOffer, errorTime);
+        }
     });
 }
 

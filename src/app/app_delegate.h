@@ -5,6 +5,7 @@
 
 #include "app/popover_host.h"
 #include "common/clock.h"
+#include "hotkeys/late_selection.h"
 
 namespace tralio {
 
@@ -32,7 +33,7 @@ public:
         PopoverHost& popover;
         StatusItemHost& statusItem;
         /// Reads the selection where it shows only to the program in front; empty elsewhere.
-        std::function<void(std::function<void(const QString&)>)> readSelectionOnceFocused = {};
+        LateSelectionReader readSelectionOnceFocused = {};
         /// Nobody has used the program yet.
         bool isFirstStart = false;
         /// A translation will be asked for soon.

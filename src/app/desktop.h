@@ -4,6 +4,7 @@
 
 #include "app/window_system.h"
 #include "hotkeys/hot_key_service.h"
+#include "hotkeys/late_selection.h"
 
 namespace tralio {
 
@@ -22,10 +23,8 @@ public:
     [[nodiscard]] virtual WindowSystem& windowSystem() = 0;
     [[nodiscard]] virtual CaptureTool& captureTool() = 0;
 
-    /// Delivers the selection once a window of ours has the focus, in sessions that show it only then; empty
-    /// in others.
-    using SelectionReader = std::function<void(std::function<void(const QString&)>)>;
-    [[nodiscard]] virtual SelectionReader selectionOnceFocused() { return {}; }
+    /// Empty in sessions that show the selection at any time.
+    [[nodiscard]] virtual LateSelectionReader selectionOnceFocused() { return {}; }
 };
 
 }  // namespace tralio

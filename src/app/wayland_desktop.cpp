@@ -205,11 +205,12 @@ HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
         clock};
 }
 
-Desktop::SelectionReader WaylandDesktop::selectionOnceFocused() {
+LateSelectionReader WaylandDesktop::selectionOnceFocused() {
     if (m_dataControl || m_xwayland)
         return {};
-    return
-        [this](std::function<void(const QString&)> deliver) { m_focusedSelection.read(std::move(deliver)); };
+    return [this](std::function<void(const LateSelection&)> deliver) {
+        m_focusedSelection.read(std::move(deliver));
+    };
 }
 
 }  // namespace tralio

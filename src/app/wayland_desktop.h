@@ -27,7 +27,7 @@ public:
     HotKeyService::Platform hotKeyPlatform(Clock& clock) override;
     WindowSystem& windowSystem() override { return *m_windowSystem; }
     CaptureTool& captureTool() override { return *m_capture; }
-    SelectionReader selectionOnceFocused() override;
+    LateSelectionReader selectionOnceFocused() override;
 
 private:
     void logWindows() const;

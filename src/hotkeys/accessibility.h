@@ -23,6 +23,9 @@ public:
 
     virtual std::optional<QString> selectedText() = 0;
 
+    /// Whether the element counts its selections, and there is none.
+    virtual bool hasNoSelection() = 0;
+
     /// The selection of a document that knows no text offsets, such as a web view.
     virtual std::optional<QString> selectedDocumentText() = 0;
 

@@ -90,6 +90,8 @@ void SelectedTextFetch::fetch(Completion completion) {
             completion(text);
             return;
         }
+        if (focused->hasNoSelection())
+            m_obstacle = Obstacle::noSelection;
     }
     const bool hasScript = browserSelectionScript(bundleId).has_value();
     if (const auto text =

@@ -14,8 +14,14 @@ void AppState::requestTranslation(const QString& text) {
     debugLog(u"AppState.requestTranslation: requested with text '"_s + excerpt(trimmed) + u"'"_s);
     if (trimmed.isEmpty())
         return;
+    isPendingTextWanted = true;
     pendingTextToTranslate = trimmed;
     translateTriggerId = QUuid::createUuid();
+}
+
+void AppState::offerTranslation(const QString& text) {
+    requestTranslation(text);
+    isPendingTextWanted = false;
 }
 
 void AppState::notifyPopoverOpened() {

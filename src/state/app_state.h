@@ -22,6 +22,8 @@ public:
 
     /// Text that waits for the translate panel, which empties this when it takes the text over.
     Observable<QString> pendingTextToTranslate{*this};
+    /// Whether that text is to be sent when it is taken over.
+    bool isPendingTextWanted = true;
     /// Fresh for every accepted request, so that asking for the same text again is a change too.
     Observable<std::optional<QUuid>> translateTriggerId{*this};
     /// Fresh each time the popover opens.
@@ -55,6 +57,8 @@ public:
     /// Asks the translate panel to translate `text`, trimmed; blank text is dropped. The text is in its place
     /// before the trigger changes. Does not open the popover.
     void requestTranslation(const QString& text);
+    /// The same, but the user has to say yes: the text is put into the input, and not sent.
+    void offerTranslation(const QString& text);
     void notifyPopoverOpened();
 
     /// One picture is read at a time: the reading that `reading` can stop begins, and the one before, which

@@ -160,6 +160,42 @@ TEST_F(Shell, the_text_hot_key_pressed_twice_asks_for_one_text_and_says_nothing_
     EXPECT_EQ(appState.pendingTextToTranslate(), u"another"_s) << "it is dead for good";
 }
 
+TEST_F(Shell, a_selection_that_shows_late_is_requested_if_it_is_recent_and_offered_if_nobody_knows) {
+    std::function<void(const LateSelection&)> deliver;
+    readLate = [&](auto take) { deliver = std::move(take); };
+    delegate = delegateWith(popover);
+    launch();
+    desktop.workspace.front = {4711, std::nullopt, std::nullopt};
+    desktop.keyEvents.isGranted = false;
+    const auto press = [&] {
+        deliver = {};
+        appState.notice = QString();
+        appState.pendingTextToTranslate = QString();
+        desktop.hotKeys.handler(textHotKeyID);
+        desktop.clock.advance(1s);
+        return deliver != nullptr;
+    };
+    ASSERT_TRUE(press());
+    deliver({u"maybe old"_s, LateSelection::Age::unknown});
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"maybe old"_s);
+    EXPECT_FALSE(appState.isPendingTextWanted);
+    ASSERT_TRUE(press());
+    deliver({u"new"_s, LateSelection::Age::recent});
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"new"_s);
+    EXPECT_TRUE(appState.isPendingTextWanted);
+    ASSERT_TRUE(press());
+    deliver({});
+    EXPECT_EQ(appState.pendingTextToTranslate(), QString());
+    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
+
+    // Not where the element has spoken.
+    desktop.accessibility.focused = {.hasNoSelection = true};
+    EXPECT_FALSE(press());
+    desktop.accessibility.focused = {.holdsPassword = true};
+    EXPECT_FALSE(press());
+    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
+}
+
 TEST_F(Shell, nothing_happens_after_the_delegate_is_gone_also_while_a_text_is_on_its_way) {
     selectForCopying();
     for (const auto& [lifetime, shown] : {std::pair(10ms, 0U), std::pair(100ms, 1U)}) {

@@ -63,13 +63,14 @@ protected:
 
     std::unique_ptr<AppDelegate> delegateWith(PopoverHost& host, bool isFirstStart = false) {
         return std::make_unique<AppDelegate>(AppDelegate::Dependencies{appState, settings, hotKeys,
-            desktop.pasteboard, captures, updates, desktop.clock, host, statusItem, {}, isFirstStart,
+            desktop.pasteboard, captures, updates, desktop.clock, host, statusItem, readLate, isFirstStart,
             [this] { ++preparations; }, [this] { ++quits; }});
     }
 
     DebugLogFile log;
     FakePopover popover;
     FakeStatusItem statusItem;
+    LateSelectionReader readLate;
     int preparations = 0;
     int quits = 0;
     std::unique_ptr<AppDelegate> delegate = delegateWith(popover);

@@ -63,6 +63,7 @@ struct FakeElement {
     std::optional<QString> documentText{};
     std::optional<QString> title{};
     std::optional<QString> commandCharacter{};
+    bool hasNoSelection = false;
     bool pressWorks = true;
     std::vector<FakeElement> children{};
 };
@@ -90,6 +91,7 @@ private:
         Element(FakeAccessibility& owner, const FakeElement& data) : m_owner(owner), m_data(data) {}
         bool holdsPassword() override { return m_data.holdsPassword; }
         std::optional<QString> selectedText() override { return m_data.selectedText; }
+        bool hasNoSelection() override { return m_data.hasNoSelection; }
         std::optional<QString> selectedDocumentText() override { return m_data.documentText; }
         std::optional<QString> title() override { return m_data.title; }
         std::optional<QString> commandCharacter() override { return m_data.commandCharacter; }

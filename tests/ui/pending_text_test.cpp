@@ -96,6 +96,18 @@ TEST_F(
     EXPECT_EQ(model.requests().size(), 1);
 }
 
+TEST_F(PendingText, what_is_offered_is_put_into_the_input_and_not_sent) {
+    appState.offerTranslation(u" maybe old\n"_s);
+    ASSERT_TRUE(nextTurn());
+    desktop.clock.advance(1s);
+    EXPECT_EQ(input->text(), u"maybe old"_s);
+    EXPECT_FALSE(panel->isTranslating());
+    appState.requestTranslation(u"wanted"_s);
+    ASSERT_TRUE(nextTurn());
+    desktop.clock.advance(1s);
+    EXPECT_TRUE(panel->isTranslating());
+}
+
 TEST_F(PendingText, nothing_is_sent_unasked_while_the_settings_may_not_be_the_users) {
     appState.storeTrouble = StoreTrouble::unreadable;
     bool dismissed = false;

@@ -202,7 +202,7 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     if (!admits(text))
         return;
     inputText.set(text);
-    if (appState.storeTrouble())
+    if (appState.storeTrouble() || !appState.isPendingTextWanted)
         return;
     m_services.clock.after(
         pendingTextDelay, m_mainState, [self = shared_from_this()] { self->performTranslate(); });

@@ -138,6 +138,10 @@ std::optional<QString> AtspiElement::selectedText() {
     return selectedTextOf(selection(), askPrimary());
 }
 
+bool AtspiElement::hasNoSelection() {
+    return selection().answer == ElementSelection::Answer::none;
+}
+
 std::optional<QString> AtspiElement::selectedDocumentText() {
     return selectionBeside(selection(), askPrimary());
 }

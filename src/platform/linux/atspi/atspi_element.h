@@ -82,6 +82,7 @@ public:
 
     bool holdsPassword() override;
     std::optional<QString> selectedText() override;
+    bool hasNoSelection() override;
     std::optional<QString> selectedDocumentText() override;
     std::optional<QString> title() override;
     std::optional<QString> commandCharacter() override;
@@ -113,6 +114,7 @@ public:
 
     bool holdsPassword() override { return false; }
     std::optional<QString> selectedText() override { return std::nullopt; }
+    bool hasNoSelection() override { return false; }
     std::optional<QString> selectedDocumentText() override { return std::nullopt; }
     std::optional<QString> title() override { return std::nullopt; }
     std::optional<QString> commandCharacter() override { return std::nullopt; }

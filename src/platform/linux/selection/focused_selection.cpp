@@ -21,36 +21,39 @@ constexpr auto selectionDelay = 50ms;
 
 }  // namespace
 
-void FocusedSelection::read(std::function<void(const QString&)> deliver) {
+void FocusedSelection::read(std::function<void(const LateSelection&)> deliver) {
     m_deliver = std::move(deliver);
+    const quint64 request = ++m_request;
     if (QGuiApplication::focusWindow()) {
         take();
         return;
     }
     connect(
         qGuiApp, &QGuiApplication::focusWindowChanged, this, &FocusedSelection::take, Qt::UniqueConnection);
-    QTimer::singleShot(focusLimit, this, [this, request = ++m_request] {
-        if (request == m_request)
-            m_deliver = nullptr;
+    QTimer::singleShot(focusLimit, this, [this, request] {
+        if (request == m_request && m_deliver)
+            std::exchange(m_deliver, nullptr)({});
     });
 }
 
 void FocusedSelection::take() {
     if (!m_deliver || !QGuiApplication::focusWindow())
         return;
-    QTimer::singleShot(selectionDelay, this, [this, deliver = std::exchange(m_deliver, nullptr)] {
-        const QClipboard* clipboard = QGuiApplication::clipboard();
-        if (!clipboard->supportsSelection() || clipboard->ownsSelection())
-            return;
-        QString text = clipboard->text(QClipboard::Selection);
-        if (isTooLong(text))
-            text = beginningOfLongText(text);
-        if (text.trimmed().isEmpty() || std::exchange(m_lastSeen, text) == text)
-            return;
-        if (looksLikePassword(text, Marking::byDoubleClick))
-            return;
-        deliver(text);
-    });
+    QTimer::singleShot(
+        selectionDelay, this, [this, deliver = std::exchange(m_deliver, nullptr)] { deliver(look()); });
+}
+
+LateSelection FocusedSelection::look() {
+    const QClipboard* clipboard = QGuiApplication::clipboard();
+    if (!clipboard->supportsSelection() || clipboard->ownsSelection())
+        return {};
+    QString text = clipboard->text(QClipboard::Selection);
+    if (isTooLong(text))
+        text = beginningOfLongText(text);
+    const auto before = std::exchange(m_lastSeen, text);
+    if (before == text || looksLikePassword(text, Marking::byDoubleClick))
+        return {};
+    return {text, before ? LateSelection::Age::recent : LateSelection::Age::unknown};
 }
 
 }  // namespace tralio
