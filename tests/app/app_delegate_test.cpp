@@ -84,6 +84,18 @@ TEST_F(Shell, a_click_on_the_tray_item_opens_the_popover_there_and_the_next_one_
     EXPECT_EQ(popover.anchors, (std::vector<std::optional<QRect>>{first, std::nullopt}));
 }
 
+TEST_F(Shell, the_panels_open_and_close_the_popover_from_the_launch_on) {
+    appState.showPopover();
+    EXPECT_FALSE(popover.shown);
+    launch();
+    const QUuid before = appState.openPopoverSignal();
+    appState.showPopover();
+    EXPECT_TRUE(popover.shown);
+    EXPECT_NE(appState.openPopoverSignal(), before);
+    appState.hidePopover();
+    EXPECT_FALSE(popover.shown);
+}
+
 TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty_milliseconds_after_that) {
     launch();
     const QString text = u"một hai ba bốn năm sáu bảy tám chín mười"_s;
