@@ -70,7 +70,8 @@ void Transfer::begin(const QByteArray& proxy, CURLSH* share) {
 
     CURL* easy = m_easy.get();
     curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
-    curl_easy_setopt(easy, CURLOPT_URL, m_request.url.toEncoded().constData());
+    // A name and a password in it would go along as a header that nobody has asked for.
+    curl_easy_setopt(easy, CURLOPT_URL, m_request.url.toEncoded(QUrl::RemoveUserInfo).constData());
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());  // none, when empty: the environment has no say
     curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
