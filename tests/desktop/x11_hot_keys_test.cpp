@@ -24,6 +24,17 @@ struct OneProgram {
     X11HotKeys hotKeys{*connection, rawInput};
 };
 
+/// Whether a key without modifiers reaches applications.
+bool isFree(X11Connection& connection, KeyCode key) {
+    const auto code = *x11KeyCode(key);
+    const XcbPtr<xcb_generic_error_t> refused{xcb_request_check(connection.xcb(),
+        xcb_grab_key_checked(
+            connection.xcb(), 1, connection.root(), 0, code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC))};
+    xcb_ungrab_key(connection.xcb(), code, connection.root(), 0);
+    connection.sync();
+    return refused == nullptr;
+}
+
 TEST_F(X11, hot_keys_are_refused_while_another_program_has_them) {
     OneProgram ours;
     OneProgram theirs;
@@ -132,15 +143,7 @@ TEST_F(X11, a_hot_key_that_is_tapped_again_while_its_modifiers_count_as_released
     ASSERT_EQ(
         ours.hotKeys.registerHotKey({KeyCode::s, commandShift}, {1, 2}).status, HotKeyStatus::registered);
     const auto other = X11Connection::open();
-    const auto reachesApplications = [&other](KeyCode key) {
-        const auto code = *x11KeyCode(key);
-        const XcbPtr<xcb_generic_error_t> refused{xcb_request_check(other->xcb(),
-            xcb_grab_key_checked(
-                other->xcb(), 1, other->root(), 0, code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC))};
-        xcb_ungrab_key(other->xcb(), code, other->root(), 0);
-        other->sync();
-        return refused == nullptr;
-    };
+    const auto reachesApplications = [&other](KeyCode key) { return isFree(*other, key); };
     ASSERT_TRUE(reachesApplications(KeyCode::d));
 
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
@@ -165,6 +168,41 @@ TEST_F(X11, a_hot_key_that_is_tapped_again_while_its_modifiers_count_as_released
         << "nobody could type it any more";
     desktop.press(u"super+shift+d"_s);
     EXPECT_TRUE(waitUntil([&] { return pressed.size() == 4; }));
+}
+
+TEST_F(X11, keys_that_are_let_go_while_a_synthetic_copy_is_under_way_are_not_missed) {
+    OneProgram ours;
+    X11KeyEventPoster keyEvents(*ours.connection, ours.hotKeys, [] { return std::nullopt; });
+    int presses = 0;
+    ours.hotKeys.installEventHandler([&](std::optional<HotKeyID>) { ++presses; });
+    for (const KeyCode key : {KeyCode::d, KeyCode::c})
+        ASSERT_EQ(
+            ours.hotKeys.registerHotKey({key, commandShift}, textHotKeyID).status, HotKeyStatus::registered);
+    desktop.start(QStringLiteral(SELECTION_PROBE), {u"-name"_s, u"konsole"_s, u"text"_s});
+    ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
+    const auto other = X11Connection::open();
+    for (const QString& key : {u"d"_s, u"c"_s}) {
+        presses = 0;
+        desktop.hold({u"super"_s, u"shift"_s, key});
+        ASSERT_TRUE(waitUntil([&] { return presses == 1; }));
+        if (key == u"d")
+            desktop.release({key});
+        for (const KeyCode modifier : {KeyCode::leftCommand, KeyCode::leftShift})
+            keyEvents.post({modifier, false, {}});
+        desktop.release({u"shift"_s, u"super"_s});
+        keyEvents.post({KeyCode::c, true, Modifier::command});
+        if (key == u"c")
+            desktop.release({key});
+        keyEvents.post({KeyCode::c, false, Modifier::command});
+        for (const KeyCode typed : {KeyCode::d, KeyCode::c})
+            EXPECT_TRUE(waitUntil(
+                [&] {
+                    ours.connection->dispatchPending();
+                    return isFree(*other, typed);
+                },
+                2))
+                << "nobody can type it";
+    }
 }
 
 TEST_F(X11, keys_are_where_their_table_says_and_mean_there_what_it_says) {

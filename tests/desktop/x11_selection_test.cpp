@@ -151,17 +151,63 @@ TEST_F(X11, the_primary_selection_counts_only_for_the_process_that_owns_it) {
     EXPECT_EQ(mark(pid)->text, u"đã bôi đen"_s);
     EXPECT_EQ(mark(pid + 1), std::nullopt);
 
-    // It may be gone once the mouse has been pressed; the wheel does not count.
-    desktop.start(QStringLiteral(SELECTION_PROBE), {u"text"_s});
-    const QString window = desktop.bringToFront(u"selection-probe"_s);
-    desktop.run(u"xdotool"_s, {u"click"_s, u"4"_s, u"click"_s, u"3"_s});
-    EXPECT_FALSE(mark(pid)->mayBeGone);
-    desktop.click(window, {10, 10}, 1);
-    EXPECT_TRUE(waitUntil([&] { return mark(pid)->mayBeGone; }));
     desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
     EXPECT_TRUE(waitUntil([&] { return !mark(pid); }));
     EXPECT_EQ(X11Pasteboard(*connection).selectedString(), u"đã bôi đen")
         << "for whom it does not matter whose it is";
+}
+
+TEST_F(X11, a_mark_may_be_gone_once_its_own_application_was_pressed) {
+    const auto connection = X11Connection::open();
+    X11RawInput rawInput(*connection);
+    X11PrimarySelection primary(*connection, rawInput);
+    connection->sync();
+    const QProcess& terminal = desktop.start(u"xterm"_s,
+        {u"-geometry"_s, u"40x10+0+0"_s, u"-e"_s, u"sh"_s, u"-c"_s, u"echo marked here; sleep 60"_s});
+    const auto mark = [&] {
+        return primary.textOf(static_cast<qint32>(terminal.processId()), QDeadlineTimer(500));
+    };
+    const QString window = desktop.bringToFront(u"xterm"_s);
+    ASSERT_TRUE(waitUntil([&] {
+        desktop.click(window, {60, 10}, 3);
+        return waitUntil([&] { return mark() && mark()->text.startsWith(u"marked here"); }, 2);
+    }));
+    EXPECT_FALSE(mark()->mayBeGone);
+
+    // The wheel does not count, another button neither, nor a press in another window or on the bare screen.
+    desktop.run(u"xdotool"_s, {u"click"_s, u"4"_s, u"click"_s, u"3"_s});
+    desktop.start(QStringLiteral(SELECTION_PROBE), {u"text"_s});
+    desktop.click(desktop.bringToFront(u"selection-probe"_s), {10, 10}, 1);
+    desktop.run(u"xdotool"_s, {u"mousemove"_s, u"1270"_s, u"1010"_s, u"click"_s, u"1"_s});
+    EXPECT_FALSE(waitUntil([&] { return mark()->mayBeGone; }, 1));
+    desktop.click(desktop.bringToFront(u"xterm"_s), {60, 60}, 1);
+    EXPECT_TRUE(waitUntil([&] { return mark()->mayBeGone; }));
+}
+
+TEST_F(X11, a_word_that_was_clicked_twice_is_no_password_by_a_command_key_that_is_down_already) {
+    const auto connection = X11Connection::open();
+    X11RawInput rawInput(*connection);
+    X11PrimarySelection primary(*connection, rawInput);
+    const QString path = desktop.write(u"a.txt"_s, u"hunter"_s);
+    const auto mayBePassword = [&](const QString& held) {
+        desktop.hold({held});
+        desktop.run(u"xdotool"_s, {u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"40"_s, u"1"_s});
+        const QProcess& owner = desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
+        std::optional<PrimaryText> mark;
+        EXPECT_TRUE(waitUntil([&] {
+            const XcbPtr<xcb_get_selection_owner_reply_t> selection{xcb_get_selection_owner_reply(
+                connection->xcb(), xcb_get_selection_owner(connection->xcb(), XCB_ATOM_PRIMARY), nullptr)};
+            // Told from the others by its window's name.
+            xcb_change_property(connection->xcb(), XCB_PROP_MODE_REPLACE, selection->owner, XCB_ATOM_WM_NAME,
+                XCB_ATOM_STRING, 8, 18, "Chromium clipboard");
+            mark = primary.textOf(static_cast<qint32>(owner.processId()), QDeadlineTimer(500));
+            return mark.has_value();
+        }));
+        desktop.release({held});
+        return mark && mark->mayBePassword;
+    };
+    EXPECT_FALSE(mayBePassword(u"super"_s));
+    EXPECT_TRUE(mayBePassword(u"ctrl"_s)) << "which marks all";
 }
 
 }  // namespace

@@ -175,29 +175,31 @@ quint16 X11HotKeys::heldModifiers() const {
     return pointer ? pointer->mask & m_modifiers.significant() : 0;
 }
 
-void X11HotKeys::expectTapsWithout(quint16 held) {
-    if (!m_rawInput.isAvailable())
-        return;  // nobody would tell the end of it
-    if ((held & ~m_releasedUnderHand) != 0) {
-        endTaps();
-        m_releasedUnderHand = held;
-        for (const HotKey& hotKey : m_hotKeys)
-            grabTaps(hotKey);
-    }
-    listenForReleases();
+quint16 X11HotKeys::beginFeignedRelease() {
+    // First of all: what the user lets go of from now on ends it.
+    if (!m_modifierReleases)
+        m_modifierReleases.emplace(
+            m_rawInput, X11RawInput::Kind::keyReleased, [this](const X11RawInput::Event& event) {
+                const bool isTap = std::any_of(m_hotKeys.begin(), m_hotKeys.end(),
+                    [&](const HotKey& hotKey) { return hotKey.keyCode == event.detail; });
+                if (!isTap)
+                    endTaps();
+            });
+    return heldModifiers();
 }
 
-void X11HotKeys::listenForReleases() {
-    if (m_releasedUnderHand == 0)
+void X11HotKeys::endFeignedRelease(quint16 held) {
+    if (!m_rawInput.isAvailable())
+        return;  // nobody would tell the end of it
+    if ((held & ~m_releasedUnderHand) == 0) {
+        if (m_releasedUnderHand == 0)
+            m_modifierReleases.reset();
         return;
-    // Anew, so that what was released synthetically before does not count.
-    m_modifierReleases.emplace(
-        m_rawInput, X11RawInput::Kind::keyReleased, [this](const X11RawInput::Event& event) {
-            const bool isTap = std::any_of(m_hotKeys.begin(), m_hotKeys.end(),
-                [&](const HotKey& hotKey) { return hotKey.keyCode == event.detail; });
-            if (!isTap)
-                endTaps();
-        });
+    }
+    giveUpTaps();
+    m_releasedUnderHand = held;
+    for (const HotKey& hotKey : m_hotKeys)
+        grabTaps(hotKey);
 }
 
 void X11HotKeys::grabTaps(const HotKey& hotKey) {
@@ -206,10 +208,14 @@ void X11HotKeys::grabTaps(const HotKey& hotKey) {
 }
 
 void X11HotKeys::endTaps() {
+    m_modifierReleases.reset();
+    giveUpTaps();
+}
+
+void X11HotKeys::giveUpTaps() {
     if (m_releasedUnderHand == 0)
         return;
     const quint16 released = std::exchange(m_releasedUnderHand, 0);
-    m_modifierReleases.reset();
     for (const HotKey& hotKey : m_hotKeys)
         if (m_modifiers.stateFor(hotKey.modifiers) == released)
             m_grabs.giveUp(hotKey.keyCode, m_modifiers.withLocks(0));
@@ -222,6 +228,12 @@ void X11HotKeys::endTaps() {
 }
 
 bool X11HotKeys::letPass(quint8 keyCode, Modifiers modifiers) {
+    if (m_heldKey == keyCode && !m_keyReleases)
+        m_keyReleases.emplace(
+            m_rawInput, X11RawInput::Kind::keyReleased, [this](const X11RawInput::Event& event) {
+                if (m_heldKey == event.detail)
+                    letGo();
+            });
     const bool down = isDown(keyCode);
     m_pass = Pass{keyCode, modifiers, down && m_heldKey == keyCode};
     if (m_heldKey == keyCode) {
@@ -239,21 +251,14 @@ bool X11HotKeys::letPass(quint8 keyCode, Modifiers modifiers) {
 
 void X11HotKeys::endPass() {
     const Pass pass = *std::exchange(m_pass, std::nullopt);
-    listenForReleases();
     if (m_heldKey != pass.keyCode) {
         for (const HotKey& hotKey : m_hotKeys)
             if (hotKey.keyCode == pass.keyCode && hotKey.modifiers == pass.modifiers)
                 grabAgain(hotKey);
         return;
     }
-    if (pass.releasesHeldKey && m_rawInput.isAvailable()) {
+    if (pass.releasesHeldKey && m_rawInput.isAvailable())
         m_sinceFeignedRelease.start();
-        m_keyReleases.emplace(
-            m_rawInput, X11RawInput::Kind::keyReleased, [this](const X11RawInput::Event& event) {
-                if (m_heldKey == event.detail)
-                    letGo();
-            });
-    }
     grabHeldKey();
 }
 

@@ -35,12 +35,17 @@ public:
     /// After that combination has been released.
     void endPass();
 
-    /// The modifiers that the server takes for held, as the bits of an event's state.
-    [[nodiscard]] quint16 heldModifiers() const;
-    /// After modifiers have been released synthetically of which `held` were down. They still are under the
-    /// user's hand: until a key is let go there, whoever taps the key of their hot key once more means the
-    /// hot key, and without a grab would type over the selection.
-    void expectTapsWithout(quint16 held);
+    /// Before modifiers are released synthetically: those that the server takes for held, as the bits of an
+    /// event's state.
+    [[nodiscard]] quint16 beginFeignedRelease();
+    /// After that, with what it answered. Those modifiers still are under the user's hand: until a key is let
+    /// go there, whoever taps the key of their hot key once more means the hot key, and without a grab would
+    /// type over the selection.
+    void endFeignedRelease(quint16 held);
+    /// For each key that is released synthetically, with the request that does it.
+    void noteFeignedRelease(quint8 keyCode, unsigned request) {
+        m_rawInput.passOverOwnRelease(keyCode, request);
+    }
 
 private:
     struct HotKey {
@@ -65,7 +70,8 @@ private:
     void letGo();
     void grabTaps(const HotKey& hotKey);
     void endTaps();
-    void listenForReleases();
+    void giveUpTaps();
+    [[nodiscard]] quint16 heldModifiers() const;
     void remapKeyboard();
     [[nodiscard]] std::vector<quint16> statesOf(const HotKey& hotKey) const;
     [[nodiscard]] HotKeyStatus grab(const HotKey& hotKey);

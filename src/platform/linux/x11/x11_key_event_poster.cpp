@@ -56,9 +56,9 @@ void X11KeyEventPoster::post(const KeyEvent& event) {
 }
 
 void X11KeyEventPoster::releaseKey(KeyCode key) {
-    const quint16 held = m_hotKeys.heldModifiers();
+    const quint16 held = m_hotKeys.beginFeignedRelease();
     fakeKey(XCB_KEY_RELEASE, key);
-    m_hotKeys.expectTapsWithout(held);
+    m_hotKeys.endFeignedRelease(held);
 }
 
 void X11KeyEventPoster::fakeKey(quint8 type, KeyCode wanted) {
@@ -98,7 +98,10 @@ void X11KeyEventPoster::releaseShortcut() {
 void X11KeyEventPoster::postToProcess(qint32 /*processId*/, const KeyEvent& /*event*/) {}
 
 void X11KeyEventPoster::fake(quint8 type, quint8 keyCode) {
-    xcb_test_fake_input(m_connection.xcb(), type, keyCode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    const xcb_void_cookie_t request =
+        xcb_test_fake_input(m_connection.xcb(), type, keyCode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    if (type == XCB_KEY_RELEASE)
+        m_hotKeys.noteFeignedRelease(keyCode, request.sequence);
 }
 
 }  // namespace tralio

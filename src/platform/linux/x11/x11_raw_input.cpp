@@ -14,6 +14,11 @@ struct KindNumbers {
     quint32 mask;
 };
 
+/// Whether one request was made before another. Their numbers begin anew after 2^32.
+bool isBefore(unsigned request, unsigned other) {
+    return static_cast<int>(request - other) < 0;
+}
+
 constexpr KindNumbers kinds[] = {
     {X11RawInput::Kind::buttonPressed, XCB_INPUT_RAW_BUTTON_PRESS, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS},
     {X11RawInput::Kind::buttonReleased, XCB_INPUT_RAW_BUTTON_RELEASE,
@@ -83,7 +88,26 @@ void X11RawInput::handle(const xcb_generic_event_t& event) {
         return;
     // Those of keys, of buttons and of motions begin alike.
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
-    tell({numbers->kind, raw.detail, raw.time}, raw.full_sequence);
+    const Event told{numbers->kind, raw.detail, raw.time};
+    if (!isOwnRelease(told, raw.full_sequence))
+        tell(told, raw.full_sequence);
+}
+
+void X11RawInput::passOverOwnRelease(quint8 keyCode, unsigned request) {
+    const bool isTold = std::any_of(m_listeners.begin(), m_listeners.end(),
+        [](const Listener* listener) { return listener->m_kinds.testFlag(Kind::keyReleased); });
+    if (isTold)
+        m_ownReleases.push_back({keyCode, request});
+}
+
+bool X11RawInput::isOwnRelease(const Event& event, unsigned request) {
+    if (event.kind != Kind::keyReleased)
+        return false;
+    std::erase_if(m_ownReleases, [=](const OwnRelease& own) { return isBefore(own.request, request); });
+    // What happens while the request is served comes before all that happens after it.
+    return std::erase_if(m_ownReleases, [&](const OwnRelease& own) {
+        return own.request == request && own.keyCode == event.detail;
+    }) > 0;
 }
 
 void X11RawInput::tell(const Event& event, unsigned request) {
@@ -92,7 +116,7 @@ void X11RawInput::tell(const Event& event, unsigned request) {
         const bool isThere = std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
         if (!isThere || !listener->m_kinds.testFlag(event.kind))
             continue;
-        if (static_cast<int>(request - listener->m_since) < 0)  // the numbers begin anew after 2^32
+        if (isBefore(request, listener->m_since))
             continue;
         const Handler handler = listener->m_handler;  // outlives a listener that it ends
         handler(event);

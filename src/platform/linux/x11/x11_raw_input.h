@@ -47,11 +47,20 @@ public:
     /// Whether the server has such events.
     [[nodiscard]] bool isAvailable() const { return m_isAvailable; }
 
+    /// Nobody hears of a key's release that this connection makes itself by this request.
+    void passOverOwnRelease(quint8 keyCode, unsigned request);
+
     /// Whether a button is the mouse's wheel.
     [[nodiscard]] static bool isWheel(quint32 button);
 
 private:
+    struct OwnRelease {
+        quint8 keyCode;
+        unsigned request;
+    };
+
     void handle(const xcb_generic_event_t& event);
+    [[nodiscard]] bool isOwnRelease(const Event& event, unsigned request);
     /// `request` is the last one that the server had served when it happened.
     void tell(const Event& event, unsigned request);
     /// Asks for what the listeners want; the number of the request.
@@ -61,6 +70,7 @@ private:
     quint8 m_extension = 0;
     bool m_isAvailable = false;
     std::vector<Listener*> m_listeners;
+    std::vector<OwnRelease> m_ownReleases;  ///< that have not been told of
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(X11RawInput::Kinds)
