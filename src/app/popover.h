@@ -52,6 +52,7 @@ private:
     bool isActive() const override;
     bool isInFront() const override;
     bool isUnderPointer() const override;
+    bool isAidUnderPointer() const override { return m_windowSystem.isOverAid(); }
     void bringToFront() override;
     void closeForUser() override { disappear(); }
 

@@ -74,7 +74,7 @@ void PopoverFocus::deactivated() {
 }
 
 void PopoverFocus::pressed() {
-    m_isPressedOutside = m_isOpen && !m_window.isUnderPointer();
+    m_isPressedOutside = m_isOpen && !m_window.isUnderPointer() && !m_window.isAidUnderPointer();
 }
 
 void PopoverFocus::released() {

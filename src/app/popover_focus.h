@@ -7,7 +7,8 @@ namespace tralio {
 /// Decides when what the user does elsewhere closes the popover, and asks for the keyboard while a window
 /// manager is slow to give it. Knows no window.
 ///
-/// - A click outside closes it when the button is released. Released over the popover it was a drag, which
+/// - A click outside, but for what helps with typing, closes it when the button is released. Released over
+/// the popover it was a drag, which
 ///   ends there as a drop.
 /// - The keyboard's going to another window closes it too: the user has gone there by keys, or by a click in
 ///   a session that tells of no clicks. It does not when it follows the pointer, nor while a grab keeps it
@@ -27,6 +28,8 @@ public:
         [[nodiscard]] virtual bool isInFront() const = 0;
         /// Whether it, or another window of ours, is under the pointer.
         [[nodiscard]] virtual bool isUnderPointer() const = 0;
+        /// Whether what is there helps with typing into it, as the words of an input method do.
+        [[nodiscard]] virtual bool isAidUnderPointer() const = 0;
 
         virtual void bringToFront() = 0;
         virtual void closeForUser() = 0;

@@ -30,6 +30,10 @@ public:
     /// tells.
     [[nodiscard]] virtual bool isActive(WId window) = 0;
 
+    /// Whether the pointer is over a window that helps with typing, or says something, and takes no keyboard:
+    /// a click there means no other place. False where nobody tells.
+    [[nodiscard]] virtual bool isOverAid() = 0;
+
     /// Tells what the mouse does outside our windows too, as far as programs are told, until the handler is
     /// replaced by an empty one.
     virtual void watchPointer(PointerHandler handler) = 0;
@@ -47,6 +51,7 @@ public:
     bool placesWindows() override { return false; }
     void activate(WId /*window*/) override {}
     bool isActive(WId /*window*/) override { return false; }
+    bool isOverAid() override { return false; }
     void watchPointer(PointerHandler /*handler*/) override {}
 
 private:

@@ -5,7 +5,7 @@
 namespace tralio {
 
 X11WindowSystem::X11WindowSystem(X11Connection& connection, X11RawInput& rawInput, Sees sees)
-    : m_activator(connection), m_rawInput(rawInput), m_sees(sees) {}
+    : m_connection(connection), m_activator(connection), m_rawInput(rawInput), m_sees(sees) {}
 
 void X11WindowSystem::watchPointer(PointerHandler handler) {
     if (!handler) {

@@ -4,6 +4,7 @@
 
 #include "app/window_system.h"
 #include "platform/linux/x11/x11_raw_input.h"
+#include "platform/linux/x11/x11_typing_aid.h"
 #include "platform/linux/x11/x11_window_activator.h"
 
 namespace tralio {
@@ -22,9 +23,11 @@ public:
     bool placesWindows() override { return true; }
     void activate(WId window) override { m_activator.activate(window); }
     bool isActive(WId window) override { return m_activator.isActive(window); }
+    bool isOverAid() override { return isOverTypingAid(m_connection); }
     void watchPointer(PointerHandler handler) override;
 
 private:
+    X11Connection& m_connection;
     X11WindowActivator m_activator;
     X11RawInput& m_rawInput;
     Sees m_sees;

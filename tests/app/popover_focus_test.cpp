@@ -16,6 +16,7 @@ public:
     bool isActive() const override { return active; }
     bool isInFront() const override { return inFront; }
     bool isUnderPointer() const override { return underPointer; }
+    bool isAidUnderPointer() const override { return aidUnderPointer; }
     void bringToFront() override { ++asked; }
     void closeForUser() override {
         open = false;
@@ -27,6 +28,7 @@ public:
     bool active = false;
     bool inFront = false;
     bool underPointer = false;
+    bool aidUnderPointer = false;
     int asked = 0;  ///< for the keyboard
 };
 
@@ -66,7 +68,10 @@ TEST_F(PopoverFocusTest, a_click_elsewhere_closes_it_whether_or_not_it_takes_the
         click(true);
         clock.advance(1s);
         EXPECT_TRUE(window.open);
-        window.underPointer = false;
+        window.aidUnderPointer = true;
+        click(false);
+        EXPECT_TRUE(window.open) << "an input method's list";
+        window.aidUnderPointer = false;
         focus.pressed();
         if (takesKeyboard)
             lose();

@@ -1,3 +1,4 @@
+#include <array>
 #include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
@@ -96,6 +97,54 @@ TEST(PopoverWindow, stays_when_the_focus_follows_the_pointer_elsewhere_and_close
         EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); })) << where;
         desktop.run(u"xdotool"_s, {u"mousemove"_s, u"100"_s, u"100"_s});
         EXPECT_TRUE(waitUntil([&] { return desktop.run(u"xdotool"_s, {u"getactivewindow"_s}) == terminal; }));
+    }
+}
+
+/// A window of another program that asks the window manager for nothing, or for all but the keyboard.
+class AidWindow final {
+public:
+    enum class Kind { unmanaged, withoutKeyboard };
+
+    AidWindow(Kind kind, const QRect& area) {
+        const quint32 unmanaged = kind == Kind::unmanaged ? 1 : 0;
+        xcb_create_window(m_connection->xcb(), XCB_COPY_FROM_PARENT, m_window, m_connection->root(),
+            static_cast<qint16>(area.x()), static_cast<qint16>(area.y()), static_cast<quint16>(area.width()),
+            static_cast<quint16>(area.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+            XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
+        const std::array<quint32, 9> hints{1, 0};
+        xcb_change_property(m_connection->xcb(), XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_HINTS,
+            XCB_ATOM_WM_HINTS, 32, hints.size(), hints.data());
+        xcb_change_property(m_connection->xcb(), XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NAME,
+            XCB_ATOM_STRING, 8, 3, "Aid");
+        xcb_map_window(m_connection->xcb(), m_window);
+        m_connection->sync();
+    }
+
+private:
+    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    xcb_window_t m_window = xcb_generate_id(m_connection->xcb());
+};
+
+TEST(PopoverWindow, stays_at_a_click_on_what_helps_with_typing) {
+    VirtualDesktop desktop;
+    qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8());
+    ProgramRun program(desktop);
+    const auto click = [&](const QString& window) {
+        desktop.click(window, {50, 20}, 1);
+        return waitUntil([&] { return !program.isPopoverShown(); }, 1);
+    };
+    for (const auto kind : {AidWindow::Kind::unmanaged, AidWindow::Kind::withoutKeyboard}) {
+        ASSERT_TRUE(program.openByHotKey());
+        const AidWindow aid(kind, {20, 700, 200, 40});
+        QString window;
+        ASSERT_TRUE(waitUntil([&] {
+            window = desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Aid$"_s});
+            return !window.isEmpty();
+        }));
+        EXPECT_FALSE(click(window)) << (kind == AidWindow::Kind::unmanaged ? "unmanaged" : "managed");
+        desktop.run(u"xdotool"_s, {u"mousemove"_s, u"600"_s, u"900"_s, u"click"_s, u"1"_s});
+        EXPECT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }))
+            << "where it stands counts, not that it is";
     }
 }
 
