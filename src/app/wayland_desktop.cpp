@@ -4,6 +4,7 @@
 #include <QStringBuilder>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "app/x11_window_system.h"
@@ -30,6 +31,11 @@ using namespace Qt::StringLiterals;
 /// Asks nobody: PRIMARY cannot be had.
 std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
     return std::nullopt;
+}
+
+std::chrono::milliseconds steadyTime() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
 }
 
 bool isDesktop(QStringView name) {
@@ -99,17 +105,16 @@ void WaylandDesktop::logWindows() const {
 void WaylandDesktop::chooseSelections() {
     debugLog(u"Desktop: the application in front by %1"_s.arg(
         m_toplevels ? u"wlr-foreign-toplevel and accessibility"_s : u"accessibility alone"_s));
-    const auto frontIdentity = [this] { return m_front.identity(); };
-    const auto keepsPasswords = [this] { return frontKeepsPasswords(); };
+    FollowedPrimarySelection::Session session{&nothing, [this] { return m_front.identity(); },
+        [this] { return frontKeepsPasswords(); }, [this] { return m_keyEvents.canPost(); }, &steadyTime};
     if (m_dataControl) {
         debugLog(
             u"Desktop: clipboard and selections by %1"_s.arg(QLatin1String(m_dataControl->protocolName())));
         m_pasteboard = std::make_unique<WaylandPasteboard>(*m_dataControl);
-        auto primary = std::make_unique<FollowedPrimarySelection>(
-            [this](QDeadlineTimer deadline) {
-                return m_dataControl->text(DataControl::Selection::primary, deadline);
-            },
-            frontIdentity, keepsPasswords);
+        session.read = [this](QDeadlineTimer deadline) {
+            return m_dataControl->text(DataControl::Selection::primary, deadline);
+        };
+        auto primary = std::make_unique<FollowedPrimarySelection>(std::move(session));
         QObject::connect(m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
             [followed = primary.get()](DataControl::Selection selection) {
                 if (selection == DataControl::Selection::primary)
@@ -121,11 +126,10 @@ void WaylandDesktop::chooseSelections() {
             u"Desktop: clipboard and selections by Xwayland, because the compositor has no data "
             u"control"_s);
         m_pasteboard = std::make_unique<X11Pasteboard>(*m_xwayland);
-        auto primary = std::make_unique<FollowedPrimarySelection>(
-            [this](QDeadlineTimer deadline) {
-                return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, deadline);
-            },
-            frontIdentity, keepsPasswords);
+        session.read = [this](QDeadlineTimer deadline) {
+            return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, deadline);
+        };
+        auto primary = std::make_unique<FollowedPrimarySelection>(std::move(session));
         m_primaryWatch = std::make_unique<X11SelectionWatch>(*m_xwayland, XCB_ATOM_PRIMARY,
             [followed = primary.get()](xcb_timestamp_t) { followed->noteChange(); });
         m_primary = std::move(primary);
@@ -134,7 +138,7 @@ void WaylandDesktop::chooseSelections() {
             u"Desktop: the clipboard while our window has the focus, because the compositor has neither "
             u"data control nor Xwayland"_s);
         m_pasteboard = std::make_unique<ToolkitPasteboard>();
-        m_primary = std::make_unique<FollowedPrimarySelection>(nothing, frontIdentity, keepsPasswords);
+        m_primary = std::make_unique<FollowedPrimarySelection>(std::move(session));
     }
 }
 

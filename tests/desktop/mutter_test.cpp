@@ -38,8 +38,26 @@ TEST_F(Mutter, gives_what_accessibility_tells_is_selected) {
 }
 
 TEST_F(Mutter, gives_what_is_selected_to_the_popover_once_it_has_the_focus) {
+    const QString text = u"Ngôn ngữ trong trình soạn thảo"_s;
+    ASSERT_TRUE(translatesInEditor(text)) << "by accessibility: the editor is there";
     desktop.setAccessibility(false);
-    EXPECT_TRUE(translatesInEditor(u"Ngôn ngữ trong trình soạn thảo"_s));
+    desktop.press({KEY_ESC});
+    // What is there the first time may have been marked by anybody, long ago.
+    EXPECT_EQ(program.translateSelection(), QString());
+    const qsizetype before = program.standIn().requests().size();
+    desktop.press({KEY_ENTER});
+    EXPECT_TRUE(waitUntil([&] { return program.standIn().requests().size() > before; }));
+    EXPECT_EQ(program.standIn().requests().last().userText(), text);
+
+    EXPECT_TRUE(waitUntil(
+        [&] {
+            desktop.press({KEY_ESC});
+            desktop.press({KEY_END});
+            desktop.press({KEY_LEFTCTRL, KEY_LEFTSHIFT, KEY_LEFT});
+            return program.translateSelection() == u"thảo";
+        },
+        30))
+        << "what is marked since";
 }
 
 }  // namespace

@@ -1,31 +1,43 @@
 #include "platform/linux/selection/followed_primary_selection.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/linux/selection/current_selection.h"
 
 namespace tralio {
+namespace {
 
-FollowedPrimarySelection::FollowedPrimarySelection(
-    Read read, FrontIdentity frontIdentity, KeepsPasswords keepsPasswords)
-    : m_read(std::move(read)),
-      m_frontIdentity(std::move(frontIdentity)),
-      m_keepsPasswords(std::move(keepsPasswords)) {}
+using namespace std::chrono_literals;
+
+/// Who has just marked something has not yet clicked it away.
+constexpr auto trustedTime = 10s;
+/// One press of a hot key asks several times.
+constexpr auto askingTime = 1s;
+
+}  // namespace
+
+FollowedPrimarySelection::FollowedPrimarySelection(Session session) : m_session(std::move(session)) {}
 
 void FollowedPrimarySelection::noteChange() {
-    m_owner = m_frontIdentity();
-    m_freshUntil.setRemainingTime(freshTime);
+    m_owner = m_session.frontIdentity();
+    const auto now = m_session.now();
+    m_freshUntil = now + std::chrono::milliseconds(freshTime);
+    m_trustedUntil = now + trustedTime;
 }
 
 std::optional<PrimaryText> FollowedPrimarySelection::textOf(qint32 /*processId*/, QDeadlineTimer deadline) {
-    if (m_owner.isEmpty() || m_frontIdentity() != m_owner)
+    if (m_owner.isEmpty() || m_session.frontIdentity() != m_owner)
         return std::nullopt;
-    const auto text = m_read(deadline);
+    const auto text = m_session.read(deadline);
     if (!text)
         return std::nullopt;
+    const auto now = m_session.now();
     PrimaryText mark{*text};
-    mark.isFresh = !m_freshUntil.hasExpired();
-    mark.mayBePassword = looksLikePassword(*text, Marking::unknown) && !m_keepsPasswords();
+    mark.mayBeGone = now >= m_trustedUntil && m_session.canCopy();
+    mark.isFresh = now < m_freshUntil;
+    mark.mayBePassword = looksLikePassword(*text, Marking::unknown) && !m_session.keepsPasswords();
+    m_trustedUntil = std::min(m_trustedUntil, now + askingTime);
     return mark;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 
 #include "platform/linux/selection/primary_selection.h"
@@ -7,17 +8,26 @@
 namespace tralio {
 
 /// The PRIMARY selection where nobody tells which program owns it: trusted only when the application that was
-/// in front when it changed is in front again. How it was marked nobody tells either.
+/// in front when it changed is in front again.
+///
+/// Nobody tells of clicks there either, nor of how it was marked. A mark may be gone once it has been asked
+/// for, or is some time old; but only where the application itself can be asked instead, by its Copy, is that
+/// held against it.
 class FollowedPrimarySelection final : public PrimarySelection {
 public:
-    using Read = std::function<std::optional<QString>(QDeadlineTimer)>;
-    /// Names the application in front; an empty name is nobody's.
-    using FrontIdentity = std::function<QString()>;
+    struct Session {
+        std::function<std::optional<QString>(QDeadlineTimer)> read;
+        /// Names the application in front; an empty name is nobody's.
+        std::function<QString()> frontIdentity;
+        /// Whether the application in front keeps the text of its password fields out of PRIMARY.
+        std::function<bool()> keepsPasswords;
+        /// Whether a synthetic Copy reaches it.
+        std::function<bool()> canCopy;
+        /// On a clock of its own.
+        std::function<std::chrono::milliseconds()> now;
+    };
 
-    /// Whether the application in front keeps the text of its password fields out of PRIMARY.
-    using KeepsPasswords = std::function<bool()>;
-
-    FollowedPrimarySelection(Read read, FrontIdentity frontIdentity, KeepsPasswords keepsPasswords);
+    explicit FollowedPrimarySelection(Session session);
 
     /// To be called at each change, when it happens.
     void noteChange();
@@ -26,11 +36,10 @@ public:
     std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) override;
 
 private:
-    Read m_read;
-    FrontIdentity m_frontIdentity;
-    KeepsPasswords m_keepsPasswords;
+    Session m_session;
     QString m_owner;
-    QDeadlineTimer m_freshUntil;
+    std::chrono::milliseconds m_freshUntil{0};
+    std::chrono::milliseconds m_trustedUntil{0};
 };
 
 }  // namespace tralio
