@@ -72,6 +72,25 @@ TEST_F(DataControlTest, a_hung_owner_has_no_text) {
     kill(static_cast<pid_t>(owner.processId()), SIGCONT);
 }
 
+TEST_F(DataControlTest, what_an_owner_gave_before_it_died_is_no_text) {
+    // By which the owner reads its text, and gives it.
+    writeFile(desktop.home() + u"/bin/cat"_s,
+        "#!/bin/sh\n[ -p /dev/stdout ] || exec /bin/cat \"$@\"\n"
+        "printf '%65536s' text\n[ ! -e \"$DYING\" ] || "
+        "{ rm \"$DYING\"; kill -KILL $PPID; sleep 0.3; }\n");
+    const QString dying = desktop.write(u"dying"_s, {});
+    desktop.setVariable(u"DYING"_s, dying);
+    desktop.setVariable(u"PATH"_s, desktop.home() + u"/bin:"_s + desktop.environment().value(u"PATH"_s));
+    own(u"text"_s);
+    ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(clipboard) == 1; }));
+    EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(5000)), std::nullopt);
+    EXPECT_FALSE(QFile::exists(dying)) << "it has not died: what is tested?";
+    const qint64 before = dataControl->changeCount(clipboard);
+    own(u"text"_s);
+    ASSERT_TRUE(waitUntil([&] { return dataControl->changeCount(clipboard) > before; }));
+    EXPECT_EQ(dataControl->text(clipboard, QDeadlineTimer(5000)).value_or(QString()).size(), 65536);
+}
+
 TEST_F(DataControlTest, pictures_and_the_mark_of_a_password_are_seen) {
     WaylandPasteboard pasteboard(*dataControl);
     QImage picture(30, 20, QImage::Format_RGB32);

@@ -16,8 +16,9 @@ using namespace Qt::StringLiterals;
 using Protocol = DataControlProtocol;
 
 constexpr void* newObject = nullptr;
-constexpr int syncLimit = 100;     // milliseconds
-constexpr int initialLimit = 500;  // milliseconds: at login much else starts as well
+constexpr qsizetype pipePage = 4096;  // bytes
+constexpr int syncLimit = 100;        // milliseconds
+constexpr int initialLimit = 500;     // milliseconds: at login much else starts as well
 
 DataControl& self(void* data) {
     return *static_cast<DataControl*>(data);
@@ -122,7 +123,13 @@ std::optional<QString> DataControl::text(Selection selection, QDeadlineTimer dea
     if (format == textFormats.end())
         return std::nullopt;
     const auto pipe = receive(selection, QLatin1String(format->name));
+    const qint64 asked = state(selection).changeCount;
     const auto bytes = pipe ? pipe->read(longestTextBytes, deadline) : std::nullopt;
+    // An owner that dies in the middle ends the pipe as one does that is done. What got through then fills
+    // pages of it, and its clipboard goes too.
+    const bool mayBePart = bytes && !bytes->isEmpty() && bytes->size() % pipePage == 0;
+    if (mayBePart && changeCount(selection) != asked)
+        return std::nullopt;
     return bytes ? std::optional(decodeText(*bytes, format->encoding)) : std::nullopt;
 }
 
