@@ -31,7 +31,7 @@ public:
 
     virtual std::optional<QString> title() = 0;
 
-    /// The character of a menu item's keyboard shortcut, without its modifiers.
+    /// The character of a menu item's keyboard shortcut, if that has the modifier of usual shortcuts alone.
     virtual std::optional<QString> commandCharacter() = 0;
 
     virtual std::vector<std::unique_ptr<AccessibleElement>> children() = 0;

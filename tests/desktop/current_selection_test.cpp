@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <array>
@@ -126,13 +127,13 @@ TEST_F(CurrentSelection, needs_no_accessibility_where_primary_tells_it) {
 }
 
 TEST_F(CurrentSelection, is_never_asked_of_an_unknown_terminal_by_an_interrupt) {
-    for (const QStringList& disguise : {QStringList{u"-class"_s, u"Scratchpad"_s},
-             QStringList{u"-class"_s, u"Scratchpad"_s, u"-name"_s, u"scratchpad"_s}}) {
-        QProcess& terminal = desktop.start(u"xterm"_s,
-            disguise +
-                QStringList{u"-e"_s, u"sh"_s, u"-c"_s,
-                    u"trap \"touch '%1/interrupted'\" INT; while true; do sleep 1; done"_s.arg(
-                        desktop.home())});
+    // One that is known by its window's instance and its program, and one by the terminal that it serves.
+    const QString unknown = desktop.home() + u"/scratchpad"_s;
+    ASSERT_TRUE(QFile::copy(QStandardPaths::findExecutable(u"xterm"_s), unknown));
+    for (const QString& terminalProgram : {u"xterm"_s, unknown}) {
+        QProcess& terminal = desktop.start(terminalProgram,
+            {u"-class"_s, u"Scratchpad"_s, u"-e"_s, u"sh"_s, u"-c"_s,
+                u"trap \"touch '%1/interrupted'\" INT; while true; do sleep 1; done"_s.arg(desktop.home())});
         ASSERT_FALSE(desktop.bringToFront(u"Scratchpad"_s).isEmpty());
         EXPECT_TRUE(program.translatesNothing());
         EXPECT_FALSE(QFile::exists(desktop.home() + u"/interrupted"_s));
@@ -168,10 +169,25 @@ TEST_F(CurrentSelection, of_an_application_behind_a_bus_proxy_is_what_it_tells) 
     EXPECT_TRUE(program.translatesNothing());
 }
 
-TEST_F(CurrentSelection, leaves_a_greyed_copy_alone) {
-    desktop.start(QStringLiteral(SELECTION_PROBE), {sentence, u"--menu"_s, u"--greyed"_s});
-    ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
+TEST_F(CurrentSelection, leaves_a_greyed_copy_alone_whose_menu_would_keep_the_keyboard) {
+    desktop.setVariable(u"SAL_USE_VCLPLUGIN"_s, u"gtk3"_s);
+    desktop.start(u"soffice"_s,
+        {u"--writer"_s, u"--norestore"_s, u"--nologo"_s,
+            u"-env:UserInstallation=file://"_s + desktop.home() + u"/office"_s,
+            desktop.write(u"a.html"_s, u"<meta charset=utf-8>"_s + sentence)});
+    ASSERT_FALSE(desktop.bringToFront(u"libreoffice"_s).isEmpty());
+    const auto translatesAll = [&] {
+        desktop.press(u"ctrl+a"_s);
+        const QString text = program.translateSelection();
+        return waitUntil([this] { return program.isPopoverInFront(); }) && program.closePopover() &&
+            text == sentence;
+    };
+    ASSERT_TRUE(waitUntil(translatesAll, 30)) << "its window comes before it takes keys";
+    desktop.press(u"Right"_s);
+    // It greys its menu a little later.
+    EXPECT_FALSE(waitUntil([this] { return program.isPopoverShown(); }, 2));
     EXPECT_TRUE(program.translatesNothing());
+    EXPECT_TRUE(translatesAll()) << "the menu has the keyboard";
 }
 
 }  // namespace

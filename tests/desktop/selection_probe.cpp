@@ -2,12 +2,10 @@
 // becomes the PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user
 // would. What is typed takes the place of the text, as in an editor.
 //
-// With `--greyed` its Copy is greyed.
-//
 // With `--picture` it copies a picture of itself at once, with `--password` its text as a keeper of passwords
 // does.
 //
-// Usage: selection-probe TEXT [--menu] [--greyed] [--picture] [--password]
+// Usage: selection-probe TEXT [--menu] [--picture] [--password]
 
 #include <QAction>
 #include <QApplication>
@@ -58,7 +56,6 @@ int main(int argc, char** argv) {
         copy.setShortcut(QKeySequence::Copy);
         window.addAction(&copy);
     }
-    copy.setEnabled(!arguments.contains(u"--greyed"_s));
     window.show();
     if (arguments.contains(u"--picture"_s))
         QApplication::clipboard()->setPixmap(window.grab());

@@ -50,9 +50,13 @@ TEST_F(Atspi, a_menu_item_tells_its_shortcut_in_either_toolkits_words_and_presse
     };
     script({{u"/gtk"_s, item(u"c;<Alt>e:c;<Primary><Control>c"_s, {AtspiState::enabled})},
         {u"/qt"_s, item(u"Ctrl+C"_s, {AtspiState::sensitive})},
-        {u"/mnemonic"_s, item(u"c"_s, {AtspiState::showing})}, {u"/none"_s, item(QString(), {})}});
+        {u"/comment"_s, item(u"c;<Alt>i:c;<Control><Alt>c"_s, {})},
+        {u"/other"_s, item(u"Ctrl+Shift+C"_s, {})}, {u"/mnemonic"_s, item(u"c"_s, {AtspiState::showing})},
+        {u"/none"_s, item(QString(), {})}});
     EXPECT_EQ(element(u"/gtk"_s).commandCharacter(), u"c"_s);
     EXPECT_EQ(element(u"/qt"_s).commandCharacter(), u"C"_s);
+    EXPECT_EQ(element(u"/comment"_s).commandCharacter(), std::nullopt);
+    EXPECT_EQ(element(u"/other"_s).commandCharacter(), std::nullopt);
     EXPECT_EQ(element(u"/mnemonic"_s).commandCharacter(), std::nullopt);
     EXPECT_EQ(element(u"/none"_s).commandCharacter(), std::nullopt);
 

@@ -16,6 +16,9 @@ const QString accessibleInterface = u"org.a11y.atspi.Accessible"_s;
 const QString textInterface = u"org.a11y.atspi.Text"_s;
 const QString actionInterface = u"org.a11y.atspi.Action"_s;
 
+constexpr QLatin1String otherModifiers[]{
+    QLatin1String("alt"), QLatin1String("shift"), QLatin1String("meta"), QLatin1String("super")};
+
 bool isMenuItem(AtspiRole role) {
     return role == AtspiRole::menuItem || role == AtspiRole::checkMenuItem ||
         role == AtspiRole::radioMenuItem || role == AtspiRole::tearoffMenuItem;
@@ -186,7 +189,13 @@ std::optional<QString> AtspiElement::commandCharacter() {
     const QString shortcut = reply->value(0).toString().section(u';', -1);
     const qsizetype modifierEnd = std::max(shortcut.lastIndexOf(u'>'), shortcut.lastIndexOf(u'+'));
     const QString key = shortcut.mid(modifierEnd + 1);
-    return modifierEnd < 0 || key.isEmpty() ? std::nullopt : std::optional(key);
+    // What has another modifier beside Control is another command: Control+Alt+C puts a comment into a
+    // document.
+    const auto hasModifier = [&](QLatin1String name) {
+        return shortcut.left(modifierEnd).contains(name, Qt::CaseInsensitive);
+    };
+    const bool isOther = std::any_of(std::begin(otherModifiers), std::end(otherModifiers), hasModifier);
+    return modifierEnd < 0 || key.isEmpty() || isOther ? std::nullopt : std::optional(key);
 }
 
 std::vector<std::unique_ptr<AccessibleElement>> AtspiElement::children() {
