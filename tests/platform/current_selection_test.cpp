@@ -78,6 +78,20 @@ TEST(CurrentSelection, may_be_a_password_when_it_is_one_word_but_for_a_plain_one
     EXPECT_FALSE(looksLikePassword(u" "_s, Marking::unknown));
 }
 
+TEST(CurrentSelection, of_an_input_field_of_gtk_4_is_believed_what_primary_has_too) {
+    struct Case {
+        QString marked;
+        std::optional<PrimaryText> primary;
+        bool mayBePassword;
+    };
+    for (const Case& given : {Case{u"một câu"_s, PrimaryText{u"một câu"_s}, false},
+             Case{u"hunter2"_s, PrimaryText{u"hunter2"_s}, false},
+             Case{u"hunter2"_s, PrimaryText{u"một câu"_s}, true}, Case{u"hunter2"_s, std::nullopt, true},
+             Case{u"ba từ dài"_s, PrimaryText{u"một câu"_s}, true}, Case{u"một câu"_s, std::nullopt, false}})
+        EXPECT_EQ(mayBePasswordOfGtk4(given.marked, [&] { return given.primary; }), given.mayBePassword)
+            << given.marked.toStdString();
+}
+
 TEST(CurrentSelection, may_be_a_password_of_any_application_that_is_not_known_to_keep_them_to_itself) {
     for (const QString& name : {u"signal"_s, u"chrome-app.slack.com__-Default"_s, u"foo"_s, QString()})
         EXPECT_FALSE(keepsPasswordsToItself({name}, {})) << name.toStdString();

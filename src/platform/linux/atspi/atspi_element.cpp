@@ -162,8 +162,16 @@ ElementSelection AtspiElement::askSelection() {
     const auto parts = selectedParts(m_object, *count, *m_context);
     if (!parts)
         return {};
-    if (!parts->isEmpty())
-        return {ElementSelection::Answer::some, parts->join(u'\n'), reachOf(role())};
+    if (!parts->isEmpty()) {
+        const QString text = parts->join(u'\n');
+        const bool isGtk4 = reachOf(role()) == ElementSelection::Reach::whole &&
+            toolkitOf(m_object.service, *m_context) == u"GTK";  // GTK 3 writes it small
+        // None to be believed: the application's own Copy knows better.
+        if (isGtk4 && !statesOf(m_object, *m_context).contains(AtspiState::multiLine) &&
+            mayBePasswordOfGtk4(text, askPrimary()))
+            return {ElementSelection::Answer::none, {}, ElementSelection::Reach::whole};
+        return {ElementSelection::Answer::some, text, reachOf(role())};
+    }
     if (isParagraph(role()) && isSelectedBeside(m_object, *m_context))
         return {};
     return {ElementSelection::Answer::none, {}, reachOf(role())};

@@ -49,6 +49,7 @@ enum class AtspiState {
     enabled = 8,
     focusable = 11,
     focused = 12,
+    multiLine = 17,
     sensitive = 24,
     showing = 25,
     managesDescendants = 31,

@@ -56,6 +56,11 @@ bool keepsPasswordsToItself(const QStringList& names, const QString& toolkit) {
             [&](const QString& name) { return known.contains(name, Qt::CaseInsensitive); });
 }
 
+bool mayBePasswordOfGtk4(const QString& marked, const AskPrimary& primary) {
+    const auto mark = primary();
+    return mark ? !mark->text.startsWith(marked) : looksLikePassword(marked, Marking::unknown);
+}
+
 bool looksLikePassword(const QString& text, Marking marking) {
     const QString word = text.trimmed();
     if (word.isEmpty() || std::any_of(word.begin(), word.end(), [](QChar c) { return c.isSpace(); }))

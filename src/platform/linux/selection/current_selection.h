@@ -30,7 +30,7 @@ namespace tralio {
 // none yet (Chromium's tree follows late), and where nobody counts. There a press of the mouse since the mark
 // speaks against it; whether something is marked then the application must say itself, by what its Copy does.
 // The same holds for what may be a password: Chromium gives the typed text of a password field to PRIMARY
-// (GTK gives dots, Firefox and Qt nothing), but copies nothing from such a field.
+// (GTK 3 gives dots; GTK 4, Firefox and Qt nothing), but copies nothing from such a field.
 
 /// What the focused element says of its selection.
 struct ElementSelection {
@@ -68,6 +68,10 @@ using AskPrimary = std::function<std::optional<PrimaryText>()>;
 /// three of the toolkits that were tried. `names` is what it goes by, `toolkit` what it says on the
 /// accessibility bus that it is made with; both may be empty.
 [[nodiscard]] bool keepsPasswordsToItself(const QStringList& names, const QString& toolkit);
+
+/// Whether an input field of GTK 4 may be one for a password. There such a field has the role and gives the
+/// text of any other, but no mark in it gets to PRIMARY, and nothing is copied from it.
+[[nodiscard]] bool mayBePasswordOfGtk4(const QString& marked, const AskPrimary& primary);
 
 /// Whether a text could be somebody's password: one word, and not one of letters alone that was marked by a
 /// double click, as words to look up are.
