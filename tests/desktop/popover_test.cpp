@@ -151,7 +151,7 @@ TEST(PopoverWindow, stays_at_a_click_on_what_helps_with_typing) {
 TEST(PopoverWindow, closes_at_clicks_on_a_panel_and_on_the_bare_screen_that_take_no_focus) {
     VirtualDesktop desktop(VirtualDesktop::Tray::absent);
     desktop.replaceWindowManager(u"xfwm4"_s, {u"--replace"_s, u"--sm-client-disable"_s});
-    desktop.start(u"xfce4-panel"_s, {u"--disable-wm-check"_s, u"--sm-client-disable"_s});
+    desktop.startPanel();
     ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"xfce4-panel"_s); }));
     ProgramRun program(desktop);
     const QStringList panel =

@@ -111,7 +111,7 @@ QString tableAndChat() {
     QString bubbles;
     for (qsizetype i = 0; i < messages.size(); ++i)
         bubbles += u"<p class=%1>%2</p>"_s.arg(i % 2 ? u"own"_s : u"other"_s, messages[i]);
-    return u"<style>body{font:15px Noto "
+    return u"<style>table,div{font:15px Noto "
            u"Sans}table{position:absolute;left:20px;top:100px;border-collapse:collapse}"
            "td{border:1px solid #333;padding:6px 12px}div{position:absolute;left:500px;top:100px;width:420px;"
            "display:flex;flex-direction:column}div p{margin:6px 0;padding:7px 13px;border-radius:16px}"

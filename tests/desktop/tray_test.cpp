@@ -137,27 +137,6 @@ TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) 
     }
 }
 
-/// A panel at the upper edge with nothing but the items of the session bus, as a desktop has it.
-const auto panelOfItems =
-    uR"(<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="size" type="uint" value="32"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray"/>
-  </property>
-</channel>
-)"_s;
-
 /// The middle of what is blue in the upper `height` rows of the screen.
 std::optional<QPoint> blueIn(const QImage& screen, int height) {
     QRect blue;
@@ -173,8 +152,7 @@ std::optional<QPoint> blueIn(const QImage& screen, int height) {
 
 TEST(TrayOnTheBus, of_a_real_panel_shows_the_icon_and_the_popover_hangs_from_it) {
     VirtualDesktop desktop(VirtualDesktop::Tray::absent);
-    desktop.write(u".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"_s, panelOfItems);
-    desktop.start(u"xfce4-panel"_s, {u"--disable-wm-check"_s});
+    desktop.startPanel(u"systray"_s);
     ProgramRun program(desktop);
     constexpr int panelHeight = 32;
     std::optional<QPoint> icon;

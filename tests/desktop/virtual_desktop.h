@@ -24,6 +24,9 @@ public:
     /// Another window manager takes the place of the one that runs; waits until it manages the windows.
     void replaceWindowManager(const QString& program, const QStringList& arguments);
 
+    /// A panel of a real desktop at the upper edge, 32 high, with nothing in it but the plugin.
+    void startPanel(const QString& plugin = {});
+
     /// Ends the window manager without a chance to tidy up.
     void killWindowManager();
 
