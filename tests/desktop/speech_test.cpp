@@ -129,7 +129,10 @@ TEST_F(RealSpeech, a_daemon_or_an_engine_that_is_killed_ends_the_reading_and_the
     // A third line may tell that the daemon has ended while we were still connected.
     const QString told = log.messages().join(u'\n');
     EXPECT_TRUE(log.messages().value(0).endsWith(u"closed the connection")) << told.toStdString();
-    EXPECT_TRUE(log.messages().value(1).endsWith(u"the speech engine has died")) << told.toStdString();
+    // A daemon of 0.12 may die with its engine.
+    EXPECT_TRUE(log.messages().value(1).endsWith(u"the speech engine has died") ||
+        log.messages().value(1).endsWith(u"closed the connection"))
+        << told.toStdString();
 }
 
 TEST_F(RealSpeech, a_daemon_that_hangs_is_given_up) {
