@@ -1,4 +1,5 @@
 #include <QCoreApplication>
+#include <QElapsedTimer>
 
 #include <gmock/gmock.h>
 
@@ -105,6 +106,21 @@ TEST_F(Atspi, an_element_that_counts_its_selections_is_believed_before_an_older_
         EXPECT_FALSE(asked.holdsPassword()) << c.path.toStdString();
     }
     EXPECT_TRUE(element(u"/password"_s).holdsPassword());
+}
+
+TEST_F(Atspi, an_application_that_dies_in_the_middle_has_nothing_selected_at_once) {
+    script({{u"/entry"_s, {.role = AtspiRole::entry, .selections = Ranges{{0, 3}}, .text = u"one"_s}},
+        {u"/copy"_s, {.states = {AtspiState::enabled}}}});
+    AtspiElement counted = element(u"/entry"_s);
+    AtspiElement copy = element(u"/copy"_s);
+    EXPECT_FALSE(counted.holdsPassword());
+    application.reset();
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(counted.selectedText(), std::nullopt);
+    EXPECT_FALSE(counted.hasNoSelection()) << "it has not said so";
+    EXPECT_FALSE(copy.press());
+    EXPECT_LT(time.elapsed(), 1000);
 }
 
 TEST_F(Atspi, an_element_says_whether_it_is_a_terminal_where_its_toolkit_knows_of_terminals) {
