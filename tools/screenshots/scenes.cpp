@@ -60,6 +60,14 @@ void errorAndBanner(Stage& stage) {
     stage.wait([&] { return stage.model.requests().size() == 2 && stage.hasControl(u"Tralio (↵ Enter)"_s); });
 }
 
+void updateFailed(Stage& stage) {
+    offerUpdate(stage);
+    stage.installer.programFault =
+        u"Bản Tralio này không chạy từ /Applications/Tralio.app nên không thể tự thay thế."_s;
+    stage.open();
+    stage.click(u"Cập nhật ngay"_s);
+}
+
 void dropHover(Stage& stage) {
     stage.open();
     dragFileOver(stage);
@@ -223,6 +231,7 @@ const QList<Scene>& scenes() {
         {u"translate-stale-result"_s, staleResult},
         {u"translate-nothing-selected"_s, nothingSelected},
         {u"translate-error-banner"_s, errorAndBanner},
+        {u"translate-update-failed"_s, updateFailed},
         {u"translate-drop-hover"_s, dropHover},
         {u"translate-recognizing"_s, recognizing},
         {u"translate-downloading"_s, downloading},
