@@ -185,7 +185,7 @@ TEST_F(CurrentSelection, leaves_a_greyed_copy_alone_whose_menu_would_keep_the_ke
     ASSERT_TRUE(waitUntil(translatesAll, 30)) << "its window comes before it takes keys";
     desktop.press(u"Right"_s);
     // It greys its menu a little later.
-    EXPECT_FALSE(waitUntil([this] { return program.isPopoverShown(); }, 2));
+    EXPECT_FALSE(waitUntil([this] { return program.isPopoverShown(); }, 4));
     EXPECT_TRUE(program.translatesNothing());
     EXPECT_TRUE(translatesAll()) << "the menu has the keyboard";
 }
