@@ -8,8 +8,7 @@
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "ui/kit/scroll_panel.h"
-#include "ui/kit/theme.h"
-#include "ui/stage.h"
+#include "ui/main_window_fixture.h"
 
 namespace tralio {
 namespace {
@@ -19,21 +18,6 @@ using namespace std::chrono_literals;
 
 const QString selectionMissing = u"Chưa cấp quyền Trợ năng"_s;
 const QString captureMissing = u"Chưa cấp quyền Chụp màn hình"_s;
-
-/// The whole window, in the hands of a user.
-class MainWindow : public testing::Test {
-protected:
-    MainWindow() { Theme::setAppearance({.reducedMotion = true}); }
-    ~MainWindow() override { Theme::setAppearance({}); }
-
-    [[nodiscard]] bool shows(const QString& name) const { return stage.hasControl(name); }
-    [[nodiscard]] bool isOnTab(const QString& tab) const {
-        const auto found = stage.controls(tab);
-        return !found.isEmpty() && found.constFirst()->isChecked();
-    }
-
-    Stage stage;
-};
 
 TEST_F(MainWindow, the_input_survives_a_change_of_the_tab_and_the_result_does_not) {
     stage.open();
@@ -229,74 +213,6 @@ TEST_F(MainWindow, a_text_that_comes_during_the_first_walk_through_is_translated
     stage.desktop.clock.advance(1s);
     stage.wait([this] { return shows(u"Sao chép"_s); });
     EXPECT_EQ(stage.find<ReadingArea>()->toPlainText(), u"xin chào"_s);
-}
-
-/// Two presses at one place, as quick as those of a double click.
-class DoubleClick : public MainWindow {
-protected:
-    void pressAt(const QPoint& place) {
-        QWidget& window = stage.window();
-        QWidget* target = window.childAt(place);
-        QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFrom(&window, place));
-        stage.settle();
-    }
-    static QPoint centerOf(const QWidget* widget) {
-        return widget->mapTo(widget->window(), widget->rect().center());
-    }
-};
-
-TEST_F(DoubleClick, on_skip_does_not_reach_what_lay_beneath_but_a_later_or_another_press_does) {
-    stage.store.setValue(u"hasCompletedOnboarding"_s, false);
-    stage.open();
-    EXPECT_FALSE(shows(u"Cài đặt"_s)) << "it lies over everything";
-    const QPoint place = centerOf(stage.controls(u"Bỏ qua"_s).constFirst());
-    pressAt(place);
-    EXPECT_FALSE(shows(u"Bỏ qua"_s));
-    EXPECT_TRUE(isOnTab(u"Tralio"_s));
-    EXPECT_EQ(stage.store.boolean(u"hasCompletedOnboarding"_s), true) << "ended for good";
-    QWidget* beneath = stage.window().childAt(place);
-    int presses = 0;
-    auto* button = qobject_cast<QAbstractButton*>(beneath);
-    ASSERT_TRUE(button) << "nothing to hit";
-    QObject::connect(button, &QAbstractButton::pressed, button, [&] { ++presses; });
-    pressAt(place);
-    pressAt(place + QPoint(2, 1));
-    EXPECT_EQ(presses, 0);
-
-    pressAt(centerOf(stage.controls(u"Lịch sử"_s).constFirst()));
-    EXPECT_TRUE(isOnTab(u"Lịch sử"_s)) << "elsewhere one may press at once";
-    stage.desktop.clock.advance(std::chrono::milliseconds(QApplication::doubleClickInterval()));
-    pressAt(place);
-    EXPECT_EQ(presses, 1);
-}
-
-TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_alone) {
-    TranslationHistoryStore history(stage.store);
-    for (int i = 0; i < 8; ++i)
-        history.add(u"hello %1"_s.arg(i), u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
-    stage.open();
-    QList<QPoint> buttons;
-    for (const auto* button : stage.window().findChildren<QAbstractButton*>())
-        if (button->isVisible())
-            buttons += centerOf(button);
-    stage.click(u"Lịch sử"_s);
-    const auto rowAt = [this](const QPoint& place) {
-        QWidget* widget = stage.window().childAt(place);
-        while (widget && !qobject_cast<HistoryRow*>(widget) && !qobject_cast<QAbstractButton*>(widget))
-            widget = widget->parentWidget();
-        return qobject_cast<HistoryRow*>(widget);
-    };
-    const auto place = std::find_if(buttons.cbegin(), buttons.cend(), rowAt);
-    ASSERT_NE(place, buttons.cend()) << "no row where the other panel has a button";
-
-    pressAt(*place);
-    stage.wait([this] { return isOnTab(u"Tralio"_s); });
-    auto* beneath = qobject_cast<QAbstractButton*>(stage.window().childAt(*place));
-    ASSERT_TRUE(beneath);
-    int presses = 0;
-    QObject::connect(beneath, &QAbstractButton::pressed, beneath, [&] { ++presses; });
-    pressAt(*place);
-    EXPECT_EQ(presses, 0);
 }
 
 }  // namespace

@@ -1,0 +1,146 @@
+// The side of the shell that answers the two hot keys.
+#include <QPointer>
+#include <QStringBuilder>
+
+#include <utility>
+
+#include "app/app_delegate.h"
+#include "common/debug_log.h"
+#include "common/excerpt.h"
+#include "common/localized_error.h"
+#include "hotkeys/hot_key_service.h"
+#include "hotkeys/pasteboard.h"
+#include "ocr/ocr_error.h"
+#include "ocr/screen_capture_service.h"
+#include "state/app_state.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto noticeTime = 2s;
+constexpr auto errorTime = 6s;
+const QString nothingSelected = u"Không có chữ nào đang được chọn"_s;
+const QString confirmOffer = u"Nhấn Return để dịch chữ này"_s;
+const QString nothingInCapture = u"Không tìm thấy chữ trong vùng đã chụp"_s;
+
+}  // namespace
+
+void AppDelegate::handleGlobalHotKey() {
+    debugLog(u"handleGlobalHotKey: triggered"_s);
+    // Two at once would get one text twice, or copy from our own popover.
+    if (std::exchange(m_isFetching, true))
+        return;
+    m_services.hotKeys.fetchSelectedText([self = QPointer(this)](const std::optional<QString>& text) {
+        if (!self)
+            return;
+        debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
+            (text ? excerpt(*text) : u"nil"_s) % u"'");
+        self->m_services.clock.after(0ms, self, [self = self.data(), text] {
+            self->m_services.captures.onceDrawn(self, [self, text] { self->showSelection(text); });
+        });
+    });
+}
+
+void AppDelegate::showSelection(const std::optional<QString>& text) {
+    showPopover();
+    if (!text || text->isEmpty()) {
+        m_isFetching = false;
+        translateSelectionOnceFocused();
+        return;
+    }
+    // What the fetch may have left on the clipboard is this very text: it is not new to the check of the
+    // clipboard.
+    m_services.appState.lastHandledChangeCount = m_services.pasteboard.changeCount();
+    m_lastHandledText = text->trimmed();
+    translateLater(*text);
+}
+
+void AppDelegate::translateSelectionOnceFocused() {
+    using Obstacle = SelectedTextFetch::Obstacle;
+    const auto obstacle = m_services.hotKeys.obstacle();
+    if (obstacle == Obstacle::ownWindow)
+        return;  // as when the key is pressed twice: what the first press has brought stands there
+    if (!m_services.readSelectionOnceFocused || obstacle != Obstacle::none) {
+        say(nothingSelected, noticeTime);
+        return;
+    }
+    m_services.readSelectionOnceFocused([self = QPointer(this)](const LateSelection& selection) {
+        if (!self)
+            return;
+        if (selection.text.trimmed().isEmpty()) {
+            self->say(nothingSelected, noticeTime);
+        } else if (selection.age == LateSelection::Age::recent) {
+            self->m_services.appState.requestTranslation(selection.text);
+        } else {
+            self->m_services.appState.offerTranslation(selection.text);
+            self->say(confirmOffer, errorTime);
+        }
+    });
+}
+
+QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
+    debugLog(u"handleScreenOCRHotKey: triggered"_s);
+    const QPointer<AppDelegate> self = this;  // the user may take all day
+    std::optional<QString> text;
+    bool failed = false;
+    bool isReading = false;  // this one, and not another that was under way when the key was pressed again
+    QString notice;
+    auto noticeLasts = noticeTime;
+    const std::stop_source reading;
+    const std::stop_token stop = reading.get_token();
+    try {
+        auto capture = m_services.captures.captureInteractiveAndRecognize(
+            [self] {
+                if (self)
+                    self->m_services.popover.performClose();
+            },
+            [self] {
+                if (self)
+                    self->showPopover();
+            },
+            [self, &isReading, reading] {
+                if (self) {
+                    isReading = true;
+                    self->m_services.appState.beginReading(reading);
+                    self->m_services.appState.isReadingCapture = true;
+                }
+            },
+            stop,
+            [self, stop](qsizetype lines) {
+                if (self && !stop.stop_requested())
+                    self->m_services.appState.linesRead = lines;
+            });
+        text = co_await std::move(capture);
+        if (text && text->trimmed().isEmpty())
+            notice = nothingInCapture;
+    } catch (const LocalizedError& error) {
+        debugLog(u"handleScreenOCRHotKey error: " % error.errorDescription());
+        failed = true;
+        const auto* reading = dynamic_cast<const OCRError*>(&error);
+        const bool isEmpty = reading != nullptr && reading->kind() == OCRError::Kind::noTextFound;
+        notice = isEmpty ? nothingInCapture : error.errorDescription();
+        noticeLasts = isEmpty ? noticeTime : errorTime;
+    }
+    if (!self)
+        co_return;
+    if (isReading)
+        m_services.appState.isReadingCapture = false;
+    if (stop.stop_requested())
+        co_return;
+    if (failed)
+        showPopover();
+    else if (text && !text->trimmed().isEmpty())
+        m_services.appState.requestTranslation(text->trimmed());
+    if (!notice.isEmpty())
+        say(notice, noticeLasts);
+}
+
+void AppDelegate::say(const QString& notice, std::chrono::milliseconds time) {
+    m_services.appState.notice = notice;
+    m_noticeEnd = m_services.clock.after(time, [this] { m_services.appState.notice = QString(); });
+}
+
+}  // namespace tralio

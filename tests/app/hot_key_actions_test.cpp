@@ -1,0 +1,220 @@
+#include <QCoreApplication>
+
+#include "app/app_delegate.h"
+#include "app/shell_fixture.h"
+#include "common/on_change.h"
+
+namespace tralio {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty_milliseconds_after_that) {
+    launch();
+    const QString text = u"một hai ba bốn năm sáu bảy tám chín mười"_s;
+    select(text);
+    popover.onShow = [&, before = appState.openPopoverSignal()] {
+        EXPECT_NE(appState.openPopoverSignal(), before) << "shown before it was announced";
+        EXPECT_EQ(appState.pendingTextToTranslate(), QString());
+    };
+    delegate->handleGlobalHotKey();
+    EXPECT_THAT(log.messages(), Contains(u"handleGlobalHotKey: triggered"_s));
+    EXPECT_EQ(log.messages().last(),
+        u"handleGlobalHotKey: fetchSelectedText finished with text='một hai ba bốn năm sáu bảy tám'"_s);
+    EXPECT_FALSE(popover.shown) << "shown in the turn of the fetch";
+    desktop.clock.advance(0ms);
+    EXPECT_TRUE(popover.shown);
+    desktop.clock.advance(79ms);
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+    desktop.clock.advance(1ms);
+    EXPECT_EQ(appState.pendingTextToTranslate(), text);
+    EXPECT_NE(appState.translateTriggerId(), std::nullopt);
+
+    popover.onShow = nullptr;
+    delegate->handleGlobalHotKey();
+    desktop.clock.advance(0ms);
+    EXPECT_THAT(popover.anchors, ElementsAre(statusItem.place, statusItem.place)) << "it may be open already";
+    EXPECT_TRUE(popover.shown);
+}
+
+TEST_F(Shell, nothing_selected_opens_the_popover_and_requests_nothing) {
+    launch();
+    desktop.hotKeys.handler(textHotKeyID);
+    desktop.clock.advance(1s);
+    EXPECT_TRUE(popover.shown);
+    EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
+    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
+    desktop.clock.advance(2s);
+    EXPECT_EQ(appState.notice(), QString());
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+    EXPECT_EQ(appState.lastHandledChangeCount, -1);
+}
+
+TEST_F(Shell, the_text_hot_key_pressed_twice_asks_for_one_text_and_says_nothing_over_its_result) {
+    launch();
+    selectForCopying();
+    int requests = 0;
+    onChange(
+        appState, &appState, [this] { return appState.translateTriggerId(); }, [&] { ++requests; });
+    const auto press = [this] {
+        desktop.hotKeys.handler(textHotKeyID);
+        desktop.clock.advance(0ms);
+    };
+    press();
+    desktop.clock.advance(20ms);
+    press();
+    desktop.pasteboard.copy(u"copied"_s);
+    desktop.clock.advance(10ms);  // the popover is on its way to the front
+    press();
+    desktop.clock.advance(1s);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(requests, 1);
+    EXPECT_THAT(desktop.accessibility.pressed, SizeIs(1));
+
+    desktop.workspace.front = {static_cast<qint32>(QCoreApplication::applicationPid()), {}, {}};
+    press();
+    desktop.clock.advance(1s);
+    EXPECT_EQ(appState.notice(), QString());
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(requests, 1);
+
+    selectForCopying();
+    press();
+    desktop.pasteboard.copy(u"another"_s);
+    desktop.clock.advance(1s);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"another"_s) << "it is dead for good";
+}
+
+TEST_F(Shell, a_selection_that_shows_late_is_requested_if_it_is_recent_and_offered_if_nobody_knows) {
+    std::function<void(const LateSelection&)> deliver;
+    readLate = [&](auto take) { deliver = std::move(take); };
+    delegate = delegateWith(popover);
+    launch();
+    desktop.workspace.front = {4711, std::nullopt, std::nullopt};
+    desktop.keyEvents.isGranted = false;
+    const auto press = [&] {
+        deliver = {};
+        appState.notice = QString();
+        appState.pendingTextToTranslate = QString();
+        desktop.hotKeys.handler(textHotKeyID);
+        desktop.clock.advance(1s);
+        return deliver != nullptr;
+    };
+    ASSERT_TRUE(press());
+    deliver({u"maybe old"_s, LateSelection::Age::unknown});
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"maybe old"_s);
+    EXPECT_FALSE(appState.isPendingTextWanted);
+    ASSERT_TRUE(press());
+    deliver({u"new"_s, LateSelection::Age::recent});
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"new"_s);
+    EXPECT_TRUE(appState.isPendingTextWanted);
+    ASSERT_TRUE(press());
+    deliver({});
+    EXPECT_EQ(appState.pendingTextToTranslate(), QString());
+    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
+
+    // Not where the element has spoken.
+    desktop.accessibility.focused = {.hasNoSelection = true};
+    EXPECT_FALSE(press());
+    desktop.accessibility.focused = {.holdsPassword = true};
+    EXPECT_FALSE(press());
+    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
+}
+
+TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_requested) {
+    launch();
+    region.onRun = [this] { EXPECT_FALSE(popover.shown) << "in the picture"; };
+    const auto capture = [this] {
+        popover.shown = true;
+        desktop.hotKeys.handler(ocrHotKeyID);
+        desktop.clock.advance(0ms);
+        desktop.clock.advance(150ms);
+        EXPECT_TRUE(eventually([this] { return popover.shown; }));
+    };
+    region.draws = false;
+    capture();
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(log.messages().last(), u"handleScreenOCRHotKey: triggered"_s) << "a cancel is no error";
+    EXPECT_EQ(appState.notice(), QString());
+    EXPECT_FALSE(appState.isReadingCapture());
+
+    region.draws = true;
+    popover.onShow = [this, times = 0]() mutable {
+        if (++times == 1)
+            popover.performClose();  // the user, while the picture is read
+    };
+    capture();  // nothing is read in the picture
+    popover.onShow = nullptr;
+    const QString failure = u"handleScreenOCRHotKey error: "_s + OCRError::noTextFound().errorDescription();
+    EXPECT_TRUE(eventually([&] { return log.messages().contains(failure); }));
+    EXPECT_EQ(appState.notice(), u"Không tìm thấy chữ trong vùng đã chụp"_s);
+    desktop.clock.advance(2s);
+    EXPECT_EQ(appState.notice(), QString());
+    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+
+    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"  chữ trên màn hình \n"_s}}});
+    bool wasTold = false;
+    recognizer.onRecognize = [&] { wasTold = appState.isReadingCapture(); };
+    capture();
+    EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ trên màn hình"; }));
+    EXPECT_TRUE(wasTold);
+    EXPECT_FALSE(appState.isReadingCapture());
+}
+
+TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_done) {
+    launch();
+    selectForCopying();
+    region.draws = false;
+    const auto fetch = [this] {
+        delegate->handleGlobalHotKey();
+        desktop.pasteboard.copy(u"copied"_s);
+    };
+    const auto handOver = [this] { delegate->translateSelectedText(u"handed over"_s); };
+    const std::pair<std::function<void()>, QString> cases[] = {
+        {fetch, u"copied"_s}, {handOver, u"handed over"_s}, {[this] { delegate->showPopover(); }, QString()}};
+    for (const auto& [come, text] : cases) {
+        popover.performClose();
+        popover.anchors.clear();
+        appState.pendingTextToTranslate = QString();
+        region.onRun = [&, come = come] {
+            come();
+            desktop.clock.advance(1s);
+            EXPECT_THAT(popover.anchors, IsEmpty()) << "opened over the picture";
+            EXPECT_EQ(appState.pendingTextToTranslate(), QString());
+        };
+        desktop.hotKeys.handler(ocrHotKeyID);
+        desktop.clock.advance(150ms);
+        ASSERT_TRUE(eventually([this] { return popover.shown; }));
+        desktop.clock.advance(1s);
+        EXPECT_EQ(appState.pendingTextToTranslate(), text);
+    }
+}
+
+TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {
+    launch();
+    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"chữ"_s}}});
+    const auto press = [this] {
+        desktop.hotKeys.handler(ocrHotKeyID);
+        desktop.clock.advance(0ms);
+    };
+    recognizer.onRecognize = [&] {
+        press();
+        EXPECT_EQ(log.messages().count(u"handleScreenOCRHotKey: triggered"_s), 2);
+        EXPECT_TRUE(appState.isReadingCapture());
+        EXPECT_FALSE(recognizer.stops.back().stop_requested());
+        EXPECT_TRUE(popover.shown);
+    };
+    press();
+    desktop.clock.advance(150ms);
+    EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ"; }));
+    EXPECT_FALSE(appState.isReadingCapture());
+    EXPECT_THAT(recognizer.images, SizeIs(1));
+}
+
+}  // namespace
+}  // namespace tralio

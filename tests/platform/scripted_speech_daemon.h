@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QByteArrayList>
+#include <QLocalServer>
+#include <QLocalSocket>
+
+namespace tralio {
+
+/// A speech daemon with one engine, whose readings go on until a test ends them.
+class ScriptedDaemon final {
+public:
+    explicit ScriptedDaemon(const QString& path) {
+        m_server.listen(path);
+        QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] {
+            connection = m_server.nextPendingConnection();
+            QObject::connect(connection, &QLocalSocket::readyRead, connection, [this] {
+                while (connection->canReadLine())
+                    take(connection->readLine().chopped(2));
+            });
+        });
+    }
+
+    void tell(const QByteArray& event, int message) {
+        const QByteArray code = event.left(3);
+        connection->write(
+            code + '-' + QByteArray::number(message) + "\r\n" + code + "-1\r\n" + event + "\r\n");
+    }
+
+    [[nodiscard]] bool heard(const QByteArray& command) const { return commands.contains(command); }
+
+    QLocalSocket* connection = nullptr;
+    QByteArrayList commands;
+    QByteArrayList texts;
+    int taken = 0;
+    bool isHung = false;
+    bool hasEngine = true;
+
+private:
+    void take(const QByteArray& line) {
+        if (m_readsText) {
+            if (line == ".") {
+                m_readsText = false;
+                answer("225-" + QByteArray::number(++taken) + "\r\n225 OK MESSAGE QUEUED");
+            } else {
+                texts.last() += line + '\n';
+            }
+            return;
+        }
+        commands << line;
+        if (line == "SPEAK") {
+            m_readsText = true;
+            texts << QByteArray();
+            answer("230 OK RECEIVING DATA");
+        } else if (line == "GET LANGUAGE") {
+            answer("251-fr\r\n251 OK GET RETURNED");
+        } else if (line == "GET OUTPUT_MODULE") {
+            answer("251-engine\r\n251 OK GET RETURNED");
+        } else if (line == "LIST OUTPUT_MODULES") {
+            answer("250-dummy\r\n250-engine\r\n250 OK MODULE LIST SENT");
+        } else if (line == "LIST SYNTHESIS_VOICES") {
+            answer(hasEngine ? "249-Vietnamese\tvi\tnone\r\n249 OK VOICE LIST SENT"
+                             : "321 ERR MODULE CANT REPORT VOICES");
+        } else {
+            answer("200 OK");
+        }
+    }
+
+    void answer(const QByteArray& reply) {
+        if (!isHung)
+            connection->write(reply + "\r\n");
+    }
+
+    QLocalServer m_server;
+    bool m_readsText = false;
+};
+
+}  // namespace tralio
