@@ -114,6 +114,8 @@ TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it
             EXPECT_NE(role, QAccessible::Graphic) << "a picture without a name is nothing to be told of";
         });
         if (stage.hasControl(u"Xóa"_s) && stage.hasControl(u"Xóa tất cả"_s)) {
+            EXPECT_EQ(accessible(*stage.controls(u"Xóa"_s).constFirst()).text(QAccessible::Description),
+                u"good night"_s);
             stage.click(u"Xóa"_s);
             stage.click(u"Hoàn tác"_s);  // a row that was made last, and stands first
         }

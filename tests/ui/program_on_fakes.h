@@ -22,18 +22,24 @@
 
 namespace tralio {
 
-/// Reads until it is stopped.
+/// Reads until it is stopped, or a test ends it.
 class PatientSynthesizer final : public SpeechSynthesizer {
 public:
     bool isSpeaking() const override { return reading.has_value(); }
     void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) override {
         reading = utterance;
-        end = std::move(onEnd);
+        m_onEnd = std::move(onEnd);
     }
     void stopSpeaking() override { reading.reset(); }
+    void end(ReadingEnd how) {
+        reading.reset();
+        m_onEnd(how);
+    }
 
     std::optional<Utterance> reading;
-    std::function<void(ReadingEnd)> end;
+
+private:
+    std::function<void(ReadingEnd)> m_onEnd;
 };
 
 /// What the windows stand on: the program's services over a desktop of fakes, with a stand-in in the place of

@@ -106,6 +106,16 @@ TEST_F(TranslateViewTest, the_result_is_read_stopped_also_after_a_change_of_the_
     stage.desktop.clock.advance(1ms);
     stage.settle();
     EXPECT_TRUE(stage.hasControl(u"Sao chép"_s));
+
+    stage.click(u"Đọc"_s);
+    stage.click(u"Lịch sử"_s);
+    stage.synthesizer.end(ReadingEnd::failed);
+    for (const bool isNews : {true, false}) {
+        stage.wait([this] { return !stage.speech.isSpeaking(); });
+        stage.click(u"Tralio"_s);
+        EXPECT_EQ(stage.find<ErrorStrip>()->isVisible(), isNews) << "told where it can be read, and once";
+        stage.click(u"Lịch sử"_s);
+    }
 }
 
 TEST_F(TranslateViewTest, a_result_that_is_not_of_this_input_is_dimmed_until_the_next_one_comes) {

@@ -64,8 +64,10 @@ QLayout* HistoryRow::header(const QString& date) {
     m_remove = new Button(button::close, {.icon = u"xmark"_s});
     setTooltip(m_remove, u"Xóa"_s);
     connect(m_remove, &Button::clicked, this, &HistoryRow::removeRequested);
-    for (Button* button : {m_copy, m_remove})
+    for (Button* button : {m_copy, m_remove}) {
         button->setCursor(Qt::ArrowCursor);
+        button->setAccessibleDescription(excerpt(m_item.sourceText));  // every entry has such a button
+    }
 
     return row({.spacing = 8}, {languages, tone, Stretch{}, m_date, row({.spacing = 2}, {m_copy, m_remove})});
 }

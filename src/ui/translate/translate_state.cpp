@@ -75,12 +75,17 @@ void TranslateState::appear(QObject* panel) {
             m_services.clock.after(pendingTextDelay, panel, [this] { checkAndTriggerPendingTranslation(); });
         });
     SpeechService& speech = m_services.speech;
+    // Told once; also what has come while another tab was there.
+    const auto tellFailure = [this, &speech] {
+        const std::optional<QString> told = speech.failure();
+        if (!told)
+            return;
+        speech.failure = std::nullopt;
+        showError(told);
+    };
     onChange(
-        speech, panel, [&speech] { return speech.failure(); },
-        [this, &speech] {
-            if (speech.failure())
-                showError(speech.failure());
-        });
+        speech, panel, [&speech] { return speech.failure(); }, tellFailure);
+    tellFailure();
     onChange(
         appState, panel, [&appState] { return appState.storeTrouble(); },
         [this] { Q_EMIT objectWillChange(); });
