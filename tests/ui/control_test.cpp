@@ -90,6 +90,32 @@ TEST_F(ControlTest, busy_and_disabled_buttons_take_no_clicks_and_busy_looks_the_
     EXPECT_EQ(m_clicks.count(), 3);
 }
 
+TEST_F(ControlTest, what_is_under_the_pointer_and_what_is_held_down_looks_like_it) {
+    Theme::setAppearance({.reducedMotion = true});
+    m_chip->setState(Chip::State::trouble);
+    Chip good(u"Tốt"_s);
+    good.resize(good.sizeHint());
+    for (QWidget* control : std::initializer_list<QWidget*>{m_button, m_chip, &good}) {
+        const QPointF middle = QRectF(control->rect()).center();
+        QEnterEvent enter(middle, middle, control->mapToGlobal(middle));
+        QEvent leave(QEvent::Leave);
+        const QImage rest = pictureOf(*control);
+        QApplication::sendEvent(control, &enter);
+        const QImage hovered = pictureOf(*control);
+        QTest::mousePress(control, Qt::LeftButton);
+        const QImage held = pictureOf(*control);
+        QTest::mouseRelease(control, Qt::LeftButton);
+        const bool isLive = control != &good;
+        EXPECT_EQ(difference(rest, hovered).isEmpty(), !isLive);
+        EXPECT_EQ(difference(hovered, held).isEmpty(), !isLive);
+        EXPECT_EQ(difference(rest, held).isEmpty(), !isLive);
+        EXPECT_EQ(difference(hovered, pictureOf(*control)), QRect());
+        QApplication::sendEvent(control, &leave);
+        EXPECT_EQ(difference(rest, pictureOf(*control)), QRect());
+    }
+    Theme::setAppearance({});
+}
+
 TEST_F(ControlTest, captions_titles_and_labels_are_spoken_and_an_ampersand_is_read_and_no_shortcut) {
     EXPECT_EQ(spokenName(*m_button), u"Dán & Tralio"_s);
     QTest::keyClick(&m_window, Qt::Key_Space, Qt::AltModifier);

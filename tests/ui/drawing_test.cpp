@@ -253,8 +253,14 @@ TEST(Drawing, the_window_floats_in_its_shadow_or_is_square_and_what_covers_it_ke
     const QRect area = frame.contentArea();
     EXPECT_EQ(picture().pixelColor(area.center()).alpha(), 255);
     EXPECT_LT(picture().pixelColor(area.topLeft() + QPoint(1, 1)).alpha(), 255) << "the corner is round";
-    EXPECT_GT(picture().pixelColor(area.center().x(), area.bottom() + 12).alpha(),
-        picture().pixelColor(area.center().x(), area.bottom() + 47).alpha());
+    const QImage floating = picture();
+    const auto shade = [&](int below) {
+        return floating.pixelColor(area.center().x(), area.bottom() + below).alpha();
+    };
+    EXPECT_GT(shade(2), shade(47) + 20);
+    for (int below = 3; below < 48; ++below)
+        EXPECT_TRUE(shade(below) <= shade(below - 1) && shade(below) >= shade(below - 1) - 6)
+            << "a soft edge, at " << below << ": " << shade(below - 1) << ", " << shade(below);
     expectCoverToLookAlike();
 
     frame.setEdges(WindowFrame::Edges::square);
