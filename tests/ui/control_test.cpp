@@ -73,9 +73,12 @@ TEST_F(ControlTest, busy_and_disabled_buttons_take_no_clicks_and_busy_looks_the_
         QTest::keyClick(m_button, Qt::Key_Return);
         QTest::keyClick(m_button, Qt::Key_Space);
     };
+    const QPoint ground(4, m_button->height() / 2);
+    const QImage ready = pictureOf(*m_button);
     m_button->setEnabled(false);
     press();
     const QImage disabled = pictureOf(*m_button);
+    EXPECT_NE(ready.pixelColor(ground), disabled.pixelColor(ground));
     m_button->setEnabled(true);
     m_button->setBusy(true);
     press();
