@@ -102,7 +102,6 @@ private:
     }
 
     void dismiss() {
-        m_timer.stop();
         m_target = nullptr;
         removeBubble();
     }
