@@ -35,6 +35,12 @@ TEST(Colors, an_accent_moves_as_far_as_it_takes_to_be_readable_and_keeps_its_hue
     }
 }
 
+TEST(Colors, every_role_has_one_in_both_schemes) {
+    for (const Scheme scheme : {Scheme::light, Scheme::dark})
+        for (int role = int(ColorRole::none) + 1; role < int(ColorRole::count); ++role)
+            EXPECT_TRUE(Colors(scheme, named("#007aff"))[ColorRole(role)].isValid()) << role;
+}
+
 TEST(Colors, every_text_is_readable_on_its_surfaces_in_both_schemes_and_any_accent) {
     using enum ColorRole;
     struct Ground {

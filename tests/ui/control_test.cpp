@@ -7,6 +7,7 @@
 
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
+#include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
@@ -136,6 +137,15 @@ TEST_F(ControlTest, captions_titles_and_labels_are_spoken_and_an_ampersand_is_re
     label.setText(u"0 ký tự"_s);
     EXPECT_EQ(spokenName(label), u"0 ký tự"_s);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&label)->role(), QAccessible::StaticText);
+
+    IconView picture({u"globe"_s, 16}, ColorRole::text);
+    picture.show();
+    const auto isPassedOver = [&] {
+        return bool(QAccessible::queryAccessibleInterface(&picture)->state().invisible);
+    };
+    EXPECT_TRUE(isPassedOver());
+    picture.setAccessibleName(u"Trang web"_s);
+    EXPECT_FALSE(isPassedOver());
 }
 
 TEST_F(ControlTest, only_a_chip_that_reports_trouble_can_be_clicked_and_reached) {

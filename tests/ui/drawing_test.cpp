@@ -7,6 +7,7 @@
 
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
+#include "ui/kit/cross_fade.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/icon.h"
 #include "ui/kit/label.h"
@@ -121,6 +122,7 @@ TEST(Drawing, every_icon_renders_in_its_colour_and_an_unknown_one_is_empty) {
             for (int x = 0; x < image.width(); ++x)
                 inked = inked || image.pixelColor(x, y) == ink;
         EXPECT_TRUE(inked) << name.toStdString();
+        EXPECT_EQ(image.devicePixelRatio(), 2);
     }
 }
 
@@ -203,6 +205,21 @@ TEST(Drawing, what_is_revealed_takes_its_height_and_nothing_when_it_left) {
     QTRY_COMPARE(rest->height(), 200);
     reveal->setRevealed(true);
     QTRY_COMPARE(reveal->height(), 32);
+}
+
+TEST(Drawing, what_was_there_fades_and_leaves_nothing_over_what_has_come) {
+    QWidget window;
+    auto* panel = new Label(u"cũ"_s);
+    filled(&window, column({}, {panel}));
+    window.resize(200, 60);
+    window.show();
+    CrossFade fade(&window, 60);
+    panel->setText(u"mới"_s);
+    const QImage bare = pictureOf(window);
+    fade.start();
+    EXPECT_NE(difference(bare, pictureOf(window)), QRect()) << "it begins with what was there";
+    QTRY_COMPARE(difference(bare, pictureOf(window)), QRect());
+    QTRY_COMPARE(window.findChildren<QWidget*>().size(), 1);
 }
 
 TEST(Drawing, the_scroll_thumb_shows_only_while_there_is_more_and_drags_the_text) {
