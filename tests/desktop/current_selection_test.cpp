@@ -175,6 +175,8 @@ TEST_F(CurrentSelection, leaves_a_greyed_copy_alone_whose_menu_would_keep_the_ke
         {u"--writer"_s, u"--norestore"_s, u"--nologo"_s,
             u"-env:UserInstallation=file://"_s + desktop.home() + u"/office"_s,
             desktop.write(u"a.html"_s, u"<meta charset=utf-8>"_s + sentence)});
+    ASSERT_TRUE(waitUntil([this] { return desktop.isVisible(u"libreoffice"_s); }, 60))
+        << "it takes its time when it was never started before";
     ASSERT_FALSE(desktop.bringToFront(u"libreoffice"_s).isEmpty());
     const auto translatesAll = [&] {
         desktop.press(u"ctrl+a"_s);
