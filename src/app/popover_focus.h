@@ -7,9 +7,8 @@ namespace tralio {
 /// Decides when what the user does elsewhere closes the popover, and asks for the keyboard while a window
 /// manager is slow to give it. Knows no window.
 ///
-/// - A click outside, but for what helps with typing, closes it when the button is released. Released over
-/// the popover it was a drag, which
-///   ends there as a drop.
+/// - A click outside closes it when the button is released, unless it is on what helps with typing. Released
+///   over the popover it was a drag, which ends there as a drop.
 /// - The keyboard's going to another window closes it too: the user has gone there by keys, or by a click in
 ///   a session that tells of no clicks. It does not when it follows the pointer, nor while a grab keeps it
 ///   from every window for a moment, as the keys of an input method or the volume do.

@@ -61,7 +61,7 @@ TEST(Colors, every_text_is_readable_on_its_surfaces_in_both_schemes_and_any_acce
         {menu, none, {text}},
         {textBackground, none, {text, placeholder, accentText}},
         {textBackground, selection, {text}},
-        {accentTint, none, {text, secondary, accentText}},
+        {accentTint, none, {text, secondary, accentText, red}},
         {accentTint, greenBadge, {green}},
         {accentFill, none, {onFill}},
         {accentFill, fillPressedOverlay, {onFill}},
