@@ -8,12 +8,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-
 TEST_F(Shell, the_items_menu_does_what_it_says_once_it_has_left_the_screen) {
     launch();
     select(u"in front"_s);

@@ -3,9 +3,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 class ClipboardCheck : public Shell {
 protected:
     /// Opens the popover by the tray item; what is requested then, if anything.

@@ -7,13 +7,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-
 TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty_milliseconds_after_that) {
     launch();
     const QString text = u"một hai ba bốn năm sáu bảy tám chín mười"_s;

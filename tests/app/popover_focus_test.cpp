@@ -1,15 +1,13 @@
 #include "app/popover_focus.h"
 
 #include <functional>
-#include <gtest/gtest.h>
 #include <utility>
 
 #include "support/fake_clock.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace std::chrono_literals;
 
 class FakeWindow final : public PopoverFocus::Window {
 public:

@@ -1,6 +1,6 @@
 #include "app/popover_placement.h"
 
-#include <gmock/gmock.h>
+#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -2,15 +2,11 @@
 
 #include <QRect>
 
-#include <gmock/gmock.h>
-
 #include "app/app_delegate.h"
 #include "support/debug_log_file.h"
 #include "ui/program_on_fakes.h"
 
 namespace tralio {
-
-using namespace Qt::StringLiterals;
 
 class FakePopover final : public PopoverHost {
 public:

@@ -2,12 +2,10 @@
 
 #include <QTest>
 
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace std::chrono_literals;
 
 TEST(SystemClockTest, a_call_comes_on_a_later_turn_unless_its_context_is_deleted) {
     SystemClock clock;

@@ -6,16 +6,14 @@
 #include <QRegularExpression>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/debug_log_file.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(DebugLogTest, a_line_is_the_time_in_utc_and_the_message) {
     const DebugLogFile log;

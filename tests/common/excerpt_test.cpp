@@ -1,11 +1,9 @@
 #include "common/excerpt.h"
 
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(ExcerptTest, what_a_user_perceives_as_one_character_counts_as_one) {
     struct Case {

@@ -1,13 +1,9 @@
 #include "common/text_limit.h"
 
-#include <gtest/gtest.h>
-
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(TextLimitTest, a_text_is_too_long_by_its_characters_not_by_its_code_units) {
     const QString longest = u"𠮷"_s.repeated(longestText);

@@ -1,14 +1,10 @@
-#include <gmock/gmock.h>
-
 #include "desktop/program_run.h"
 #include "desktop/scripted_portal.h"
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// The lightness of the popover's ground, at a place where no part stands.
 int groundLightness(const VirtualDesktop& desktop, const ProgramRun& program) {

@@ -1,18 +1,14 @@
-#include <gmock/gmock.h>
-
 #include "desktop/own_machine.h"
 #include "desktop/virtual_desktop.h"
 #include "support/files.h"
-#include "support/print_to.h"
 #include "support/run_to_end.h"
 #include "support/stand_in_model.h"
+#include "support/testing.h"
 #include "update/app_update_info.h"
 #include "update/info_plist.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 constexpr int swapLimit = 40;  // seconds; the script itself pauses for 1.7
 const QString installedProgram = u"/Applications/Tralio.app/Contents/MacOS/TralioApp"_s;

@@ -3,16 +3,13 @@
 
 #include <algorithm>
 #include <array>
-#include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 const QString sentence = u"Giá trị của cà phê sữa đá 🙂 rất tốt, thưa bạn."_s;
 

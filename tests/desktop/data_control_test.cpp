@@ -3,7 +3,6 @@
 #include <QElapsedTimer>
 
 #include <csignal>
-#include <gmock/gmock.h>
 
 #include "common/text_limit.h"
 #include "desktop/sway_desktop.h"
@@ -13,12 +12,11 @@
 #include "platform/linux/wayland/wayland_pasteboard.h"
 #include "platform/linux/wayland/wayland_workspace.h"
 #include "support/files.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using enum DataControl::Selection;
 
 class DataControlTest : public testing::Test {

@@ -1,19 +1,15 @@
 #include <QFile>
 
-#include <gmock/gmock.h>
-
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
 #include "hotkeys/hot_key_platform.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "state/sqlite_key_value_store.h"
 #include "support/files.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 class HotKey : public testing::Test {
 protected:

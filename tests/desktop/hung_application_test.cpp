@@ -1,17 +1,14 @@
 #include <QElapsedTimer>
 
 #include <csignal>
-#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(HungApplication, does_not_keep_the_hot_key_from_ending_in_time) {
     VirtualDesktop desktop;

@@ -1,16 +1,13 @@
 #include <QDir>
 
 #include <csignal>
-#include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(KilledPicker, costs_that_capture_and_nothing_else_whenever_it_dies) {
     VirtualDesktop desktop;

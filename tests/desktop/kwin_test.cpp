@@ -1,16 +1,13 @@
 #include <algorithm>
-#include <gmock/gmock.h>
 
 #include "desktop/kwin_desktop.h"
 #include "desktop/program_run.h"
 #include "platform/linux/atspi/atspi_element.h"
 #include "support/ordinary_user.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;

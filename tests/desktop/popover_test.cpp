@@ -1,16 +1,13 @@
 #include <array>
-#include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
 #include "desktop/session_settings.h"
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_connection.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape_and_outside_clicks) {
     VirtualDesktop desktop(VirtualDesktop::Tray::absent);

@@ -1,15 +1,11 @@
 #include <QDir>
 
-#include <gmock/gmock.h>
-
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// What every page begins with, so that it can be told when it stands.
 const QString firstLine = u"Giao diện tốt nhất là giao diện mà bạn không còn để ý."_s;

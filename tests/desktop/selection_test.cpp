@@ -1,15 +1,11 @@
 #include <QFile>
 
-#include <gmock/gmock.h>
-
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// Vietnamese, an emoji outside the basic plane, and an accent that no precomposed letter has.
 const QString sentence = u"Giá trị x\u0302 của cà phê sữa đá 🙂 rất tốt, thưa bạn."_s;

@@ -1,18 +1,13 @@
-#include <gmock/gmock.h>
 #include <optional>
 
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "support/core_limit.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-
-using testing::ElementsAre;
 
 /// A user's way through the whole program.
 class ShellWalk : public testing::Test {

@@ -1,15 +1,11 @@
 #include <QFileInfo>
 #include <QProcess>
 
-#include <gmock/gmock.h>
-
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 constexpr QSize screenSize(1280, 1024);
 

@@ -1,6 +1,5 @@
 #include <QElapsedTimer>
 
-#include <gmock/gmock.h>
 #include <signal.h>
 #include <stdexcept>
 
@@ -11,12 +10,10 @@
 #include "speech/speech_service.h"
 #include "support/debug_log_file.h"
 #include "support/files.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 /// A session with a sound server that plays into nothing, at the speed of real sound, and with a speech
 /// daemon of its own as soon as one is asked for.

@@ -2,22 +2,18 @@
 #include <QSet>
 
 #include <cmath>
-#include <gmock/gmock.h>
 
 #include "desktop/program_run.h"
 #include "desktop/scripted_tray.h"
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 using testing::AllOf;
 using testing::Each;
 using testing::Gt;
-using testing::SizeIs;
 
 /// Whether the popover hangs from `place`, in pixels of the screen, above or below it.
 testing::AssertionResult hangsFrom(const QRect& popover, const QPoint& place, int ratio) {

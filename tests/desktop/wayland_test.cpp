@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <gmock/gmock.h>
 #include <iterator>
 #include <linux/input-event-codes.h>
 
@@ -10,12 +9,10 @@
 #include "desktop/sway_desktop.h"
 #include "support/files.h"
 #include "support/ordinary_user.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;

@@ -1,13 +1,9 @@
-#include <gmock/gmock.h>
-
 #include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// New windows stay behind the one that the user works in.
 const auto preventsStealing =

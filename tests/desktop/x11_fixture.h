@@ -1,13 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_connection.h"
+#include "support/testing.h"
 
 namespace tralio {
-
-using namespace Qt::StringLiterals;
 
 class X11 : public testing::Test {
 protected:

@@ -1,17 +1,13 @@
 #include "platform/linux/x11/x11_hot_keys.h"
 
-#include <gmock/gmock.h>
 #include <xcb/xcb_keysyms.h>
 
 #include "desktop/x11_fixture.h"
 #include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/x11/x11_key_event_poster.h"
-#include "support/print_to.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 constexpr KeyCode keyF5{96};
 constexpr Modifiers commandShift = Modifier::command | Modifier::shift;

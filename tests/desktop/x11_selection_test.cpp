@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <csignal>
-#include <gmock/gmock.h>
 #include <thread>
 
 #include "common/text_limit.h"
@@ -10,12 +9,9 @@
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"
 #include "support/files.h"
-#include "support/print_to.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST_F(X11, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
     const auto connection = X11Connection::open();

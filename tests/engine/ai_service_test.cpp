@@ -5,9 +5,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 using AIServiceTest = EngineTest;
 
 TEST_F(AIServiceTest, a_translation_is_one_post_to_the_endpoint_and_its_trimmed_reply) {

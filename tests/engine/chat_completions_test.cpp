@@ -2,16 +2,12 @@
 
 #include <QElapsedTimer>
 
-#include <gmock/gmock.h>
-
 #include "common/localized_error.h"
 #include "engine/provider_preset.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio::chat_completions {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(EndpointURLTest, the_tail_is_appended_once_and_one_slash_makes_way_for_it) {
     const QString gateway = ProviderPreset::presets().first().baseURL + u"/chat/completions"_s;

@@ -2,7 +2,6 @@
 
 #include <qcorotask.h>
 
-#include <gmock/gmock.h>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -13,8 +12,8 @@
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/noted_idle_limits.h"
-#include "support/print_to.h"
 #include "support/stand_in_model.h"
+#include "support/testing.h"
 
 namespace tralio {
 

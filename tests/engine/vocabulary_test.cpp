@@ -1,16 +1,12 @@
 #include <QSet>
 #include <QUrl>
 
-#include <gmock/gmock.h>
-
 #include "engine/provider_preset.h"
 #include "engine/translation_tone.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(TranslationToneTest, every_tone_is_found_by_its_label_and_by_nothing_else) {
     QSet<QString> instructions;

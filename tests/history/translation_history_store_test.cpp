@@ -7,16 +7,12 @@
 #include <QTimeZone>
 
 #include <bit>
-#include <gtest/gtest.h>
 
 #include "support/memory_key_value_store.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 const QString key = u"app_translation_history_items"_s;
 

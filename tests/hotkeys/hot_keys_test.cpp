@@ -1,14 +1,9 @@
-#include <gmock/gmock.h>
-
 #include "support/debug_log_file.h"
 #include "support/fake_desktop.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
 using Request = FakeHotKeyPlatform::Request;
 
 /// What the settings hold: a virtual key code and a mask.

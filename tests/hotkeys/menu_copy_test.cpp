@@ -1,14 +1,8 @@
-#include <gmock/gmock.h>
-
 #include "support/debug_log_file.h"
 #include "support/fake_desktop.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 FakeElement item(
     std::optional<QString> title, std::optional<QString> character = std::nullopt, bool pressWorks = true) {

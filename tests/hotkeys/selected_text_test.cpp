@@ -1,18 +1,10 @@
 #include <QCoreApplication>
 
-#include <gmock/gmock.h>
-
 #include "support/debug_log_file.h"
 #include "support/fake_desktop.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 constexpr qint32 pid = 4711;
 

@@ -1,13 +1,9 @@
 #include "hotkeys/shortcut_words.h"
 
-#include <gmock/gmock.h>
-
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(ShortcutWords, name_the_keys_of_a_pc_wherever_a_text_has_symbols_and_leave_the_rest_alone) {
     struct Case {

@@ -7,9 +7,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using testing::IsEmpty;
-
 TextObservation line(double y, QStringList candidates) {
     return {{0.1, y, 0.8, 0.05}, std::move(candidates)};
 }

@@ -5,7 +5,6 @@
 #include <qcorotask.h>
 
 #include <functional>
-#include <gmock/gmock.h>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -16,7 +15,7 @@
 #include "ocr/ocr_service.h"
 #include "support/event_loop.h"
 #include "support/files.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 

@@ -1,16 +1,12 @@
 #include "ocr/reading_order.h"
 
 #include <algorithm>
-#include <gmock/gmock.h>
 #include <random>
 
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 
 /// A box by its left edge and the height of its centre.
 TextObservation line(const QString& name, double x, double midY, double height = 0.02) {

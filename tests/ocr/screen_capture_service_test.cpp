@@ -11,11 +11,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 /// A user who is still drawing until `finish`.
 class FakeCaptureTool final : public CaptureTool {
 public:

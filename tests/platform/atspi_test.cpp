@@ -1,17 +1,14 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
-#include <gmock/gmock.h>
-
 #include "platform/linux/atspi/atspi_search.h"
 #include "platform/scripted_accessibles.h"
-#include "support/print_to.h"
 #include "support/private_bus.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Objects = QHash<QString, ScriptedAccessibles::Object>;
 using Ranges = QList<std::pair<int, int>>;
 

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <functional>
-#include <gmock/gmock.h>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -16,11 +15,10 @@
 #include "platform/linux/bus/process_facts.h"
 #include "platform/linux/keyboard/terminals.h"
 #include "support/files.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// A process of some name that waits for its end, and ends with the one that made it.
 class Child final {

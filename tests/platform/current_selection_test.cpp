@@ -1,16 +1,13 @@
 #include "platform/linux/selection/current_selection.h"
 
-#include <gmock/gmock.h>
-
 #include "common/text_limit.h"
 #include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/selection/selection_history.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Answer = ElementSelection::Answer;
 using Reach = ElementSelection::Reach;
 

@@ -1,15 +1,9 @@
 #include "platform/linux/selection/followed_primary_selection.h"
 
-#include <gmock/gmock.h>
-
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-
-using namespace std::chrono_literals;
 
 class FollowedPrimary : public testing::Test {
 protected:

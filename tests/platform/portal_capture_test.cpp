@@ -8,13 +8,9 @@
 
 #include "platform/portal_fixture.h"
 #include "support/debug_log_file.h"
-#include "support/print_to.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 TEST_F(PortalTest, a_picture_of_the_desktops_is_moved_to_where_it_is_wanted) {
     const QTemporaryDir folder;

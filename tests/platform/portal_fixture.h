@@ -2,18 +2,15 @@
 
 #include <QGuiApplication>
 
-#include <gmock/gmock.h>
-
 #include "platform/linux/portal/portal_capture.h"
 #include "platform/linux/portal/portal_hot_keys.h"
 #include "platform/scripted_desktop_portal.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/private_bus.h"
+#include "support/testing.h"
 
 namespace tralio {
-
-using namespace Qt::StringLiterals;
 
 inline constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
 

@@ -9,14 +9,9 @@
 
 #include "platform/portal_fixture.h"
 #include "support/debug_log_file.h"
-#include "support/print_to.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
 
 TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
     startPortal([](auto& told) { told.requiresApplicationId = true; });

@@ -2,16 +2,12 @@
 
 #include <qcorotask.h>
 
-#include <gmock/gmock.h>
-
 #include "ocr/capture_tool.h"
 #include "support/debug_log_file.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 ProgramResult shell(const QString& script, std::chrono::milliseconds limit = howeverLong) {
     return QCoro::waitFor(runProgram(u"sh"_s, {u"-c"_s, script}, limit));

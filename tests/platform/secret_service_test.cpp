@@ -5,18 +5,16 @@
 #include <QDBusVirtualObject>
 
 #include <algorithm>
-#include <gmock/gmock.h>
 
 #include "platform/linux/secrets/secret_item.h"
 #include "support/debug_log_file.h"
 #include "support/event_loop.h"
-#include "support/print_to.h"
 #include "support/private_bus.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Answer = SecretKeeper::Answer;
 
 /// A keeper of secrets with one collection, which a test locks. Some keep quiet about what a locked one

@@ -4,18 +4,14 @@
 #include <QDBusMessage>
 
 #include <future>
-#include <gmock/gmock.h>
 
 #include "common/text_limit.h"
 #include "support/event_loop.h"
-#include "support/print_to.h"
 #include "support/private_bus.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 
 class Session : public testing::Test {
 protected:

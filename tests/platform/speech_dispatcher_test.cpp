@@ -2,22 +2,16 @@
 
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
-
 #include "platform/scripted_speech_daemon.h"
 #include "support/debug_log_file.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 class SpeechDaemon : public testing::Test {
 protected:

@@ -1,13 +1,9 @@
 #include "platform/linux/speech/speech_voices.h"
 
-#include <gmock/gmock.h>
-
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(SpeechVoices, the_closest_voice_of_the_most_wanted_language_is_chosen) {
     const SpeechModule british{u"festival"_s, {u"en-GB"_s, u"es"_s}};

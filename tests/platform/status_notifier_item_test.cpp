@@ -4,16 +4,12 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 
-#include <gmock/gmock.h>
-
 #include "support/event_loop.h"
-#include "support/print_to.h"
 #include "support/private_bus.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 const auto watcher = u"org.kde.StatusNotifierWatcher"_s;
 const auto watcherPath = u"/StatusNotifierWatcher"_s;

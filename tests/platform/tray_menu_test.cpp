@@ -4,17 +4,12 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 
-#include <gmock/gmock.h>
-
 #include "support/event_loop.h"
-#include "support/print_to.h"
 #include "support/private_bus.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 
 /// A tray that asks for the menu of an item, over a bus.
 class TrayMenuTest : public testing::Test {

@@ -6,19 +6,14 @@
 #include <QTemporaryDir>
 
 #include <csignal>
-#include <gmock/gmock.h>
 #include <memory>
 #include <vector>
 
 #include "support/event_loop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// A stream that notes what it tells, and may be destroyed while it does.
 struct WatchedStream {

@@ -2,19 +2,14 @@
 
 #include <QThread>
 
-#include <gmock/gmock.h>
 #include <thread>
 
 #include "speech/speech_synthesizer.h"
 #include "support/event_loop.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// Reads until it is told that it has read to the end.
 class FakeSynthesizer final : public SpeechSynthesizer {

@@ -1,15 +1,13 @@
 #include "state/app_settings.h"
 
-#include <gtest/gtest.h>
-
 #include "engine/provider_preset.h"
 #include "state/hot_key_registrar.h"
 #include "support/memory_key_value_store.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Values = std::map<QString, StoredValue>;
 
 const ProviderPreset& preset(QStringView id) {

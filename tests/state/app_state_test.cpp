@@ -1,13 +1,10 @@
 #include "state/app_state.h"
 
-#include <gtest/gtest.h>
-
 #include "support/debug_log_file.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(AppStateTest, a_request_puts_the_trimmed_text_in_place_before_it_renews_the_trigger) {
     const DebugLogFile log;

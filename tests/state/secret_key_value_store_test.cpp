@@ -1,18 +1,15 @@
 #include "state/secret_key_value_store.h"
 
-#include <gmock/gmock.h>
-
 #include "state/app_settings.h"
 #include "state/hot_key_registrar.h"
 #include "state/secret_keeper.h"
 #include "support/debug_log_file.h"
 #include "support/memory_key_value_store.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Answer = SecretKeeper::Answer;
 
 const QString apiKey = AppSettings::apiKeyKey.toString();

@@ -7,8 +7,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 class SqliteFailureTest : public SqliteStoreTest {
 protected:
     /// Three writes to a store that cannot keep them, which must be in the log once.

@@ -8,7 +8,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using SqliteKeyValueStoreTest = SqliteStoreTest;
 
 TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_their_type) {

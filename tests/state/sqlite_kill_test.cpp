@@ -11,8 +11,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 const QString key = u"key"_s;
 
 /// A value that carries its number, large enough that the log is carried over into the file every few dozen

@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
 #include <memory>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -12,6 +11,7 @@
 #include "state/sqlite_key_value_store.h"
 #include "support/debug_log_file.h"
 #include "support/ordinary_user.h"
+#include "support/testing.h"
 
 namespace tralio {
 

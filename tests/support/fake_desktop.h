@@ -1,6 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
 #include <map>
 #include <optional>
 #include <utility>
@@ -14,6 +13,7 @@
 #include "hotkeys/script_runner.h"
 #include "hotkeys/workspace.h"
 #include "support/fake_clock.h"
+#include "support/testing.h"
 
 namespace tralio {
 

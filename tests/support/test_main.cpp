@@ -1,9 +1,8 @@
 #include <QApplication>
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
-
 #include "common/debug_log.h"
+#include "support/testing.h"
 
 using namespace Qt::StringLiterals;
 

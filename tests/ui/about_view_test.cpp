@@ -3,17 +3,13 @@
 #include <QTest>
 #include <QUrl>
 
-#include <gmock/gmock.h>
-
 #include "engine/hosts.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 #include "ui/kit/button.h"
 #include "widget_support.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(About, shows_the_version_that_runs_and_links_that_lead_to_the_maker) {
     QList<QUrl> opened;

@@ -4,10 +4,7 @@
 #include <QAccessibleActionInterface>
 #include <QTest>
 
-#include <gmock/gmock.h>
-
 #include "history/translation_history_store.h"
-#include "support/print_to.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/switch.h"
 #include "ui/kit/theme.h"
@@ -17,12 +14,7 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Not;
-using testing::SizeIs;
 
 /// Every object on the way, the unseen ones and what is below them left out.
 template <typename Visit>

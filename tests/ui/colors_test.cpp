@@ -1,7 +1,8 @@
 #include "ui/kit/colors.h"
 
-#include <gmock/gmock.h>
 #include <vector>
+
+#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -3,8 +3,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <gmock/gmock.h>
-
+#include "support/testing.h"
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
 #include "ui/kit/icon_view.h"
@@ -15,8 +14,6 @@
 #include "ui/kit/theme.h"
 #include "ui/kit/tooltip.h"
 #include "widget_support.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tralio {
 namespace {

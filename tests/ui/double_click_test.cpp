@@ -10,8 +10,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 /// Two presses at one place, as quick as those of a double click.
 class DoubleClick : public MainWindow {
 protected:

@@ -3,8 +3,7 @@
 #include <QScrollBar>
 #include <QTest>
 
-#include <gmock/gmock.h>
-
+#include "support/testing.h"
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
 #include "ui/kit/cross_fade.h"
@@ -21,8 +20,6 @@
 #include "ui/kit/tab_strip.h"
 #include "ui/kit/window_frame.h"
 #include "widget_support.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tralio {
 namespace {

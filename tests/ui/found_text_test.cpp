@@ -14,10 +14,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::SizeIs;
-
 const QString invalidImage = OCRError::invalidImage().errorDescription();
 const QString noText = OCRError::noTextFound().errorDescription();
 

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <gmock/gmock.h>
 #include <memory>
 
 #include "history/translation_history_store.h"
 #include "support/event_loop.h"
 #include "support/fake_desktop.h"
 #include "support/memory_key_value_store.h"
-#include "support/print_to.h"
 #include "ui/history/history_state.h"
 #include "ui/undo/undo_offer.h"
 

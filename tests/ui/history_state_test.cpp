@@ -9,9 +9,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 using HistoryStateTest = HistoryPanel;
 
 /// Moves the desktop to another time zone, for as long as it lives.

@@ -18,9 +18,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 class HistoryViewTest : public HistoryPanel {
 protected:
     /// Shows the panel with these entries, the first one at the top.

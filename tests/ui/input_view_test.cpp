@@ -6,13 +6,10 @@
 #include <QScrollBar>
 #include <QTest>
 
-#include <gmock/gmock.h>
-
+#include "support/testing.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "widget_support.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tralio {
 namespace {

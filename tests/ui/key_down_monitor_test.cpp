@@ -4,9 +4,9 @@
 #include <QKeyEvent>
 #include <QWidget>
 
-#include <gtest/gtest.h>
 #include <memory>
 
+#include "support/testing.h"
 #include "ui/kit/button.h"
 #include "ui/kit/keyboard_use.h"
 

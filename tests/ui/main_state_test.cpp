@@ -2,16 +2,11 @@
 
 #include <QSignalSpy>
 
-#include <gmock/gmock.h>
-
 #include "hotkeys/permission_watch.h"
 #include "ui/program_on_fakes.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 class MainPanel : public testing::Test, protected ProgramOnFakes {
 protected:

@@ -13,9 +13,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 const QString selectionMissing = u"Chưa cấp quyền Trợ năng"_s;
 const QString captureMissing = u"Chưa cấp quyền Chụp màn hình"_s;
 

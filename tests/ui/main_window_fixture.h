@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "ui/kit/theme.h"
 #include "ui/stage.h"
 

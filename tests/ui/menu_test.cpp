@@ -3,12 +3,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <gmock/gmock.h>
-
+#include "support/testing.h"
 #include "ui/kit/menu_button.h"
 #include "widget_support.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tralio {
 namespace {

@@ -4,7 +4,6 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include <gmock/gmock.h>
 #include <memory>
 
 #include "hotkeys/permission_watch.h"
@@ -12,7 +11,6 @@
 #include "support/event_loop.h"
 #include "support/fake_desktop.h"
 #include "support/memory_key_value_store.h"
-#include "support/print_to.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
 #include "ui/kit/theme.h"
@@ -23,10 +21,6 @@
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
 
 const QString skip = u"Bỏ qua"_s;
 const QString back = u"Quay lại"_s;

@@ -3,10 +3,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-
 using PendingText = TranslatePanel;
 
 TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_milliseconds_later) {

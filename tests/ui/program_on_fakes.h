@@ -1,6 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
 #include <optional>
 
 #include "engine/ai_service.h"
@@ -15,7 +14,6 @@
 #include "support/event_loop.h"
 #include "support/fake_desktop.h"
 #include "support/memory_key_value_store.h"
-#include "support/print_to.h"
 #include "support/scripted_installer.h"
 #include "support/stand_in_model.h"
 #include "update/update_service.h"

@@ -1,7 +1,5 @@
 #include <QTest>
 
-#include <gmock/gmock.h>
-
 #include "engine/hosts.h"
 #include "ui/kit/menu_button.h"
 #include "ui/kit/theme.h"
@@ -9,10 +7,6 @@
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::Contains;
 
 /// The settings in the whole window, in the hands of a user.
 class SettingsOnStage : public testing::Test {

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 
-#include <gmock/gmock.h>
 #include <memory>
 
 #include "hotkeys/permission_watch.h"

@@ -1,7 +1,5 @@
 #include "settings_panel_support.h"
 
-using namespace Qt::StringLiterals;
-
 namespace tralio {
 namespace {
 

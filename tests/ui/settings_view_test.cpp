@@ -13,8 +13,6 @@
 #include "ui/kit/switch.h"
 #include "widget_support.h"
 
-using namespace Qt::StringLiterals;
-
 namespace tralio {
 namespace {
 

@@ -11,8 +11,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 /// A desktop's ground, with room around the window as in the drawings.
 class Backdrop final : public QWidget {
 public:

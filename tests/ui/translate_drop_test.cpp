@@ -5,9 +5,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 TEST_F(TranslateViewTest, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {
     const QString usual = placeholder();
     QMimeData file;

@@ -8,10 +8,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 const QString detect = u"Tự động phát hiện"_s;
 const QString vietnamese = u"Tiếng Việt"_s;
 const QString japanese = u"Tiếng Nhật"_s;

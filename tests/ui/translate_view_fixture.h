@@ -3,16 +3,12 @@
 #include <QDragEnterEvent>
 #include <QMimeData>
 
-#include <gtest/gtest.h>
-
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "ui/kit/theme.h"
 #include "ui/stage.h"
 
 namespace tralio {
-
-using namespace Qt::StringLiterals;
 
 /// The translate panel in the hands of a user. The model answers in capitals.
 class TranslateViewTest : public testing::Test {

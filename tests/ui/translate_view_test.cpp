@@ -7,9 +7,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_it) {
     choose(u"Ngôn ngữ nguồn: Tiếng Anh"_s, u"Tự động phát hiện"_s);
     choose(u"Ngôn ngữ nguồn: Tự động phát hiện"_s, u"Tiếng Nhật"_s);

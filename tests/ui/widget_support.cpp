@@ -2,7 +2,7 @@
 
 #include <QTest>
 
-#include <gmock/gmock.h>
+#include "support/testing.h"
 
 namespace tralio {
 

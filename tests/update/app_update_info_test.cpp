@@ -1,14 +1,10 @@
 #include "update/app_update_info.h"
 
-#include <gmock/gmock.h>
-
 #include "common/localized_error.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(AppUpdateInfoTest, a_manifest_reads_as_it_was_written_and_a_null_date_and_unknown_keys_are_no_matter) {
     const AppUpdateInfo dated{

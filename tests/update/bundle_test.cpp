@@ -1,7 +1,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include "common/localized_error.h"
@@ -10,14 +9,12 @@
 #include "support/event_loop.h"
 #include "support/files.h"
 #include "support/ordinary_user.h"
-#include "support/print_to.h"
 #include "support/run_to_end.h"
+#include "support/testing.h"
 #include "update/info_plist.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// A folder to put bundles and scripts in.
 class BundleTest : public testing::Test {

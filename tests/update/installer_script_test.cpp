@@ -4,16 +4,12 @@
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
-
 #include "support/files.h"
-#include "support/print_to.h"
 #include "support/run_to_end.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// Runs the script with an archive that holds no application, so that it has nothing to replace. The programs
 /// that would reach out of the test's folder are replaced by ones that write down that they were called.

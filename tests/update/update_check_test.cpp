@@ -3,8 +3,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using Delivery = StandInReply::Delivery;
 
 using UpdateCheckTest = UpdateTest;

@@ -7,8 +7,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using Delivery = StandInReply::Delivery;
 
 class UpdateInstallTest : public UpdateTest {

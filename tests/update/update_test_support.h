@@ -4,16 +4,15 @@
 #include <QTemporaryDir>
 #include <QTimeZone>
 
-#include <gmock/gmock.h>
 #include <optional>
 
 #include "platform/linux/helpers/helper_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/noted_idle_limits.h"
-#include "support/print_to.h"
 #include "support/scripted_installer.h"
 #include "support/stand_in_model.h"
+#include "support/testing.h"
 #include "update/update_service.h"
 
 namespace tralio {

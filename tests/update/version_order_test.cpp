@@ -1,13 +1,9 @@
 #include "update/version_order.h"
 
-#include <gmock/gmock.h>
-
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(VersionOrderTest, numbers_count_by_value_without_leading_zeros_and_the_rest_by_character_code) {
     const QString hundredNines(100, u'9');

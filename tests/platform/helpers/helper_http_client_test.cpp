@@ -10,8 +10,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using Delivery = StandInReply::Delivery;
 
 /// Everything real but the server and the time after which the process is no longer needed.

@@ -4,19 +4,15 @@
 #include <QTemporaryDir>
 
 #include <csignal>
-#include <gmock/gmock.h>
 
 #include "platform/linux/helpers/serving.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/files.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 /// Helpers that are shell scripts, in a time of their own.
 class HelperProcessTest : public testing::Test {

@@ -10,9 +10,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_next_one_works) {
     const QUrl good = saved(u"good.png"_s, page);
     const QByteArray bytes = contentOf(good.toLocalFile());

@@ -1,15 +1,10 @@
 #include "platform/linux/helpers/http_protocol.h"
 
-#include <gmock/gmock.h>
-
 #include "platform/linux/helpers/frames.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio::http_protocol {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 QByteArray payloadOf(const QByteArray& frame) {
     frames::Reader reader(maximumRequest);

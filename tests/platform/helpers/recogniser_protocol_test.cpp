@@ -1,14 +1,10 @@
 #include "platform/linux/helpers/recogniser_protocol.h"
 
-#include <gmock/gmock.h>
-
 #include "platform/linux/helpers/frames.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio::recogniser_protocol {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 QByteArray payloadOf(const QByteArray& frame) {
     frames::Reader reader(maximumRequest);

@@ -1,13 +1,9 @@
 #include <cmath>
-#include <gmock/gmock.h>
 
 #include "platform/helpers/text_recognizer_fixture.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 TEST_F(HelperTextRecognizerTest, reads_what_screens_show) {
     const QStringList lines{u"Bạn hãy nhập mật khẩu mới."_s, u"Please enter a new password."_s};

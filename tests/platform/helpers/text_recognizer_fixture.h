@@ -3,8 +3,6 @@
 #include <QPainter>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
 #include "ocr/ocr_test_support.h"
 #include "platform/linux/helpers/helper_text_recognizer.h"
 #include "support/fake_clock.h"
@@ -12,8 +10,6 @@
 #include "support/pictures.h"
 
 namespace tralio {
-
-using namespace Qt::StringLiterals;
 
 /// A text, one line below the other, as a screen would show it.
 inline QImage drawn(

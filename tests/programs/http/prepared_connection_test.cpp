@@ -9,7 +9,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Connection = RawServer::Connection;
 
 TEST_F(HttpTest, a_connection_made_beforehand_serves_unless_anything_has_come_over_it) {

@@ -4,7 +4,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Connection = RawServer::Connection;
 
 /// In a session of no desktop, the environment speaks for it.

@@ -4,8 +4,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using Connection = RawServer::Connection;
 
 TEST_F(HttpTest, no_answer_is_ever_another_texts_and_no_text_is_sent_twice) {

@@ -1,19 +1,14 @@
 #include <QPainter>
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
-
 #include "programs/recogniser/image_decoder.h"
 #include "programs/recogniser/picture_reader.h"
 #include "support/files.h"
 #include "support/pictures.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 
 QImage drawn(const QStringList& lines, const QString& family = u"Noto Sans"_s) {
     QImage image(420, 20 + 30 * static_cast<int>(lines.size()), QImage::Format_RGB32);

@@ -1,7 +1,6 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <gmock/gmock.h>
 #include <random>
 
 #include "programs/recogniser/letter_marks.h"
@@ -10,13 +9,10 @@
 #include "programs/recogniser/resample.h"
 #include "programs/recogniser/text_blocks.h"
 #include "programs/recogniser/window_median.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 
 Plane noise(int width, int height) {
     std::mt19937 random(3);

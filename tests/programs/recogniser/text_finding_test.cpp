@@ -1,12 +1,12 @@
 #include <QPainter>
 
-#include <gmock/gmock.h>
 #include <random>
 
 #include "programs/recogniser/labels.h"
 #include "programs/recogniser/rules.h"
 #include "programs/recogniser/text_blocks.h"
 #include "programs/recogniser/work_budget.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <QRandomGenerator>
 
-#include <gmock/gmock.h>
+#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -4,15 +4,11 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
-
 #include "ocr/text_recognizer.h"
-#include "support/print_to.h"
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(PictureFile, keeps_the_pixels_tells_the_ratio_and_is_for_its_owner_alone) {
     const QTemporaryDir folder;

@@ -1,11 +1,10 @@
 #include "programs/snip/region_selection.h"
 
-#include <gmock/gmock.h>
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Stage = RegionSelection::Stage;
 using ArrowEffect = RegionSelection::ArrowEffect;
 using Stride = RegionSelection::Stride;

@@ -1,11 +1,9 @@
 #include "programs/snip/scale_settings.h"
 
-#include <gmock/gmock.h>
+#include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 constexpr const char* variables[] = {
     "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "GDK_SCALE"};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <chrono>
+#include <gmock/gmock.h>
+#include <ostream>
+
+// What every test includes: GoogleTest, the matchers and literals in use all over, and how GoogleTest shows
+// Qt's texts when an expectation fails: readable, not as lists of code units. It looks for these beside the
+// types, in the global namespace.
+
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+
+inline void PrintTo(const QByteArray& bytes, std::ostream* out) {
+    *out << '"' << bytes.toStdString() << '"';
+}
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+}  // namespace tralio
