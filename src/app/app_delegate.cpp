@@ -40,25 +40,25 @@ AppDelegate* AppDelegate::shared() {
     return running;
 }
 
-AppDelegate::AppDelegate(Dependencies services) : m_services(std::move(services)) {}
+AppDelegate::AppDelegate(Dependencies needs) : m_needs(std::move(needs)) {}
 
 AppDelegate::~AppDelegate() {
-    m_services.appState.onHidePopover = nullptr;
-    m_services.appState.onShowPopover = nullptr;
+    m_needs.appState.onHidePopover = nullptr;
+    m_needs.appState.onShowPopover = nullptr;
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
     running = this;
     const QPointer<AppDelegate> self = this;  // the tray item and the hot keys outlive the delegate
-    m_services.statusItem.setAction([self] {
+    m_needs.statusItem.setAction([self] {
         if (self)
             self->statusBarButtonClicked();
     });
 
-    m_services.statusItem.setMenu(menu());
+    m_needs.statusItem.setMenu(menu());
 
-    const AppSettings& settings = m_services.settings;
-    m_services.hotKeys.registerGlobalHotKeys(
+    const AppSettings& settings = m_needs.settings;
+    m_needs.hotKeys.registerGlobalHotKeys(
         settings.hotKeyKeyCode(), settings.hotKeyModifiers(),
         [self] {
             if (self)
@@ -70,80 +70,80 @@ void AppDelegate::applicationDidFinishLaunching() {
                 self->handleScreenOCRHotKey();
         });
 
-    m_services.appState.onHidePopover = [this] { m_services.popover.performClose(); };
-    m_services.appState.onShowPopover = [this] { showPopover(); };
+    m_needs.appState.onHidePopover = [this] { m_needs.popover.performClose(); };
+    m_needs.appState.onShowPopover = [this] { showPopover(); };
 
-    m_services.clock.after(updateCheckDelay, this, [this] { m_services.updates.checkForUpdates(false); });
-    if (m_services.isFirstStart)
-        m_services.clock.after(trayDelay, this, [this] { introduceWithoutTray(); });
+    m_needs.clock.after(updateCheckDelay, this, [this] { m_needs.updates.checkForUpdates(false); });
+    if (m_needs.isFirstStart)
+        m_needs.clock.after(trayDelay, this, [this] { introduceWithoutTray(); });
 }
 
 QList<StatusMenuEntry> AppDelegate::menu() {
     const auto onceMenuIsGone = [this](auto action) {
         return [self = QPointer(this), action] {
             if (self)
-                self->m_services.clock.after(menuDelay, self, [self, action] { (self->*action)(); });
+                self->m_needs.clock.after(menuDelay, self, [self, action] { (self->*action)(); });
         };
     };
     return {{u"Dịch phần đang chọn"_s, onceMenuIsGone(&AppDelegate::handleGlobalHotKey)},
         {u"Chụp màn hình"_s, onceMenuIsGone(&AppDelegate::handleScreenOCRHotKey)},
-        {u"Mở Tralio"_s, onceMenuIsGone(&AppDelegate::showPopover)}, {}, {u"Thoát"_s, m_services.quit}};
+        {u"Mở Tralio"_s, onceMenuIsGone(&AppDelegate::showPopover)}, {}, {u"Thoát"_s, m_needs.quit}};
 }
 
 void AppDelegate::showPopover() {
-    m_services.captures.onceDrawn(
+    m_needs.captures.onceDrawn(
         this,
         [this] {
-            m_services.appState.notifyPopoverOpened();
-            m_services.popover.show(m_services.statusItem.frame());
+            m_needs.appState.notifyPopoverOpened();
+            m_needs.popover.show(m_needs.statusItem.frame());
         });
 }
 
 void AppDelegate::introduceWithoutTray() {
-    if (!m_services.statusItem.isInTray() && !m_services.popover.isShown())
+    if (!m_needs.statusItem.isInTray() && !m_needs.popover.isShown())
         showPopover();
 }
 
 void AppDelegate::statusBarButtonClicked() {
-    if (m_services.popover.isShown()) {
-        m_services.popover.performClose();
+    if (m_needs.popover.isShown()) {
+        m_needs.popover.performClose();
         return;
     }
     showPopover();
-    if (m_services.settings.autoPaste())
-        m_services.clock.after(requestDelay, this, [this] { checkAndAutoTranslateClipboard(); });
+    if (m_needs.settings.autoPaste())
+        m_needs.clock.after(requestDelay, this, [this] { checkAndAutoTranslateClipboard(); });
 }
 
 void AppDelegate::translateSelectedText(const QString& text) {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty())
         return;
-    m_services.clock.after(0ms, this, [this, trimmed] {
+    m_needs.clock.after(0ms, this, [this, trimmed] {
         m_nextText = trimmed;
         if (!std::exchange(m_isShowDue, true))
-            m_services.captures.onceDrawn(this, [this] { showNextText(); });
+            m_needs.captures.onceDrawn(this, [this] { showNextText(); });
     });
 }
 
 void AppDelegate::checkAndAutoTranslateClipboard() {
-    const qint64 changeCount = m_services.pasteboard.changeCount();
-    if (changeCount == m_services.appState.lastHandledChangeCount || m_services.pasteboard.isConcealed())
+    const qint64 changeCount = m_needs.pasteboard.changeCount();
+    if (changeCount == m_needs.appState.lastHandledChangeCount || m_needs.pasteboard.isConcealed())
         return;
-    const QString text = m_services.pasteboard.string().value_or(QString()).trimmed();
+    const QString text = m_needs.pasteboard.string().value_or(QString()).trimmed();
     if (text.isEmpty())
         return;
-    m_services.appState.lastHandledChangeCount = changeCount;
+    m_needs.appState.lastHandledChangeCount = changeCount;
     // Clipboard managers take a content over as theirs, which counts as a change of the same text.
     const bool isHandled = text == std::exchange(m_lastHandledText, text);
-    if (!isHandled && text != m_services.pasteboard.ownString().trimmed())
-        m_services.appState.requestTranslation(text);
+    if (!isHandled && text != m_needs.pasteboard.ownString().trimmed())
+        m_needs.appState.requestTranslation(text);
 }
 
 void AppDelegate::translateLater(const QString& text) {
     prepare();
-    m_services.clock.after(requestDelay, this, [this, text] {
+    m_needs.clock.after(requestDelay, this, [this, text] {
         m_isFetching = false;
-        m_services.appState.requestTranslation(text);
+        m_needs.appState.requestTranslation(text);
     });
 }
 
@@ -153,12 +153,12 @@ void AppDelegate::showNextText() {
     if (std::exchange(m_isRequestDue, true))
         return;
     prepare();
-    m_services.clock.after(requestDelay, this, [this] { requestNextText(); });
+    m_needs.clock.after(requestDelay, this, [this] { requestNextText(); });
 }
 
 void AppDelegate::prepare() {
-    if (m_services.prepareToTranslate)
-        m_services.clock.after(preparationDelay, this, m_services.prepareToTranslate);
+    if (m_needs.prepareToTranslate)
+        m_needs.clock.after(preparationDelay, this, m_needs.prepareToTranslate);
 }
 
 void AppDelegate::requestNextText() {
@@ -166,12 +166,12 @@ void AppDelegate::requestNextText() {
         return;
     m_isRequestDue = false;
     m_isQuiet = true;
-    m_services.clock.after(quietTime, this, [this] {
+    m_needs.clock.after(quietTime, this, [this] {
         m_isQuiet = false;
         if (m_isRequestDue)
             requestNextText();
     });
-    m_services.appState.requestTranslation(m_nextText);
+    m_needs.appState.requestTranslation(m_nextText);
 }
 
 }  // namespace tralio

@@ -42,7 +42,7 @@ public:
         std::function<void()> quit = {};
     };
 
-    explicit AppDelegate(Dependencies services);
+    explicit AppDelegate(Dependencies needs);
     ~AppDelegate() override;
 
     /// The delegate that runs; null before its launch.
@@ -86,7 +86,7 @@ private:
     void prepare();
     void say(const QString& notice, std::chrono::milliseconds time);
 
-    Dependencies m_services;
+    Dependencies m_needs;
     bool m_isFetching = false;  ///< a selection, and until it has been requested
     QString m_nextText;         ///< from another program
     bool m_isShowDue = false;

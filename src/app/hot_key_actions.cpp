@@ -33,13 +33,13 @@ void AppDelegate::handleGlobalHotKey() {
     // Two at once would get one text twice, or copy from our own popover.
     if (std::exchange(m_isFetching, true))
         return;
-    m_services.hotKeys.fetchSelectedText([self = QPointer(this)](const std::optional<QString>& text) {
+    m_needs.hotKeys.fetchSelectedText([self = QPointer(this)](const std::optional<QString>& text) {
         if (!self)
             return;
         debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
             (text ? excerpt(*text) : u"nil"_s) % u"'");
-        self->m_services.clock.after(0ms, self, [self = self.data(), text] {
-            self->m_services.captures.onceDrawn(self, [self, text] { self->showSelection(text); });
+        self->m_needs.clock.after(0ms, self, [self = self.data(), text] {
+            self->m_needs.captures.onceDrawn(self, [self, text] { self->showSelection(text); });
         });
     });
 }
@@ -53,29 +53,29 @@ void AppDelegate::showSelection(const std::optional<QString>& text) {
     }
     // What the fetch may have left on the clipboard is this very text: it is not new to the check of the
     // clipboard.
-    m_services.appState.lastHandledChangeCount = m_services.pasteboard.changeCount();
+    m_needs.appState.lastHandledChangeCount = m_needs.pasteboard.changeCount();
     m_lastHandledText = text->trimmed();
     translateLater(*text);
 }
 
 void AppDelegate::translateSelectionOnceFocused() {
     using Obstacle = SelectedTextFetch::Obstacle;
-    const auto obstacle = m_services.hotKeys.obstacle();
+    const auto obstacle = m_needs.hotKeys.obstacle();
     if (obstacle == Obstacle::ownWindow)
         return;  // as when the key is pressed twice: what the first press has brought stands there
-    if (!m_services.readSelectionOnceFocused || obstacle != Obstacle::none) {
+    if (!m_needs.readSelectionOnceFocused || obstacle != Obstacle::none) {
         say(nothingSelected, noticeTime);
         return;
     }
-    m_services.readSelectionOnceFocused([self = QPointer(this)](const LateSelection& selection) {
+    m_needs.readSelectionOnceFocused([self = QPointer(this)](const LateSelection& selection) {
         if (!self)
             return;
         if (selection.text.trimmed().isEmpty()) {
             self->say(nothingSelected, noticeTime);
         } else if (selection.age == LateSelection::Age::recent) {
-            self->m_services.appState.requestTranslation(selection.text);
+            self->m_needs.appState.requestTranslation(selection.text);
         } else {
-            self->m_services.appState.offerTranslation(selection.text);
+            self->m_needs.appState.offerTranslation(selection.text);
             self->say(confirmOffer, errorTime);
         }
     });
@@ -92,10 +92,10 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     const std::stop_source reading;
     const std::stop_token stop = reading.get_token();
     try {
-        auto capture = m_services.captures.captureInteractiveAndRecognize(
+        auto capture = m_needs.captures.captureInteractiveAndRecognize(
             [self] {
                 if (self)
-                    self->m_services.popover.performClose();
+                    self->m_needs.popover.performClose();
             },
             [self] {
                 if (self)
@@ -104,14 +104,14 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
             [self, &isReading, reading] {
                 if (self) {
                     isReading = true;
-                    self->m_services.appState.beginReading(reading);
-                    self->m_services.appState.isReadingCapture = true;
+                    self->m_needs.appState.beginReading(reading);
+                    self->m_needs.appState.isReadingCapture = true;
                 }
             },
             stop,
             [self, stop](qsizetype lines) {
                 if (self && !stop.stop_requested())
-                    self->m_services.appState.linesRead = lines;
+                    self->m_needs.appState.linesRead = lines;
             });
         text = co_await std::move(capture);
         if (text && text->trimmed().isEmpty())
@@ -127,20 +127,20 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     if (!self)
         co_return;
     if (isReading)
-        m_services.appState.isReadingCapture = false;
+        m_needs.appState.isReadingCapture = false;
     if (stop.stop_requested())
         co_return;
     if (failed)
         showPopover();
     else if (text && !text->trimmed().isEmpty())
-        m_services.appState.requestTranslation(text->trimmed());
+        m_needs.appState.requestTranslation(text->trimmed());
     if (!notice.isEmpty())
         say(notice, noticeLasts);
 }
 
 void AppDelegate::say(const QString& notice, std::chrono::milliseconds time) {
-    m_services.appState.notice = notice;
-    m_noticeEnd = m_services.clock.after(time, [this] { m_services.appState.notice = QString(); });
+    m_needs.appState.notice = notice;
+    m_noticeEnd = m_needs.clock.after(time, [this] { m_needs.appState.notice = QString(); });
 }
 
 }  // namespace tralio

@@ -29,7 +29,7 @@ struct HttpResponse {
 class HttpClient {
 public:
     /// More than any answer of a model; what exceeds it is a server gone wild, and would fill the memory.
-    static constexpr qsizetype maximumBodySize = 8 * 1024 * 1024;
+    static constexpr qsizetype maximumBodySize = 4 * 1024 * 1024;
 
     /// Takes a piece of a body, and the size of the whole where the server has announced it. May fail with a
     /// `LocalizedError`, which then is the request's.

@@ -31,13 +31,13 @@ public:
     };
     using OnSelect = std::function<void(const TranslationItem&)>;
 
-    HistoryState(Dependencies services, OnSelect onSelect);
+    HistoryState(Dependencies needs, OnSelect onSelect);
 
     // State
 
     Observable<std::optional<QUuid>> copiedId{*this};
 
-    [[nodiscard]] TranslationHistoryStore& historyStore() { return m_services.historyStore; }
+    [[nodiscard]] TranslationHistoryStore& historyStore() { return m_needs.historyStore; }
     /// The time of an entry as the list shows it, in the user's locale and time zone: without the day when
     /// that is today.
     [[nodiscard]] QString formatDate(const QDateTime& date) const;
@@ -55,7 +55,7 @@ public:
 private:
     void offerUndo(const QString& message);
 
-    Dependencies m_services;
+    Dependencies m_needs;
     OnSelect m_onSelect;
 };
 

@@ -18,12 +18,12 @@ std::optional<AppTab> appTab(int rawValue) {
     return rawValue >= 0 && rawValue < tabs ? std::optional(static_cast<AppTab>(rawValue)) : std::nullopt;
 }
 
-MainState::MainState(Dependencies services) : m_persisted(*this, services.store), m_services(services) {
+MainState::MainState(Dependencies needs) : m_persisted(*this, needs.store), m_needs(needs) {
     m_persisted.load();
-    connect(&m_services.permissions, &ObservableObject::objectWillChange, this,
-        &ObservableObject::objectWillChange);
+    connect(
+        &m_needs.permissions, &ObservableObject::objectWillChange, this, &ObservableObject::objectWillChange);
 
-    AppState& appState = m_services.appState;
+    AppState& appState = m_needs.appState;
     onChange(
         appState, this, [&appState] { return appState.openPopoverSignal(); }, [this] { appear(); });
     onChange(
@@ -32,11 +32,11 @@ MainState::MainState(Dependencies services) : m_persisted(*this, services.store)
 }
 
 bool MainState::isAccessibilityGranted() const {
-    return m_services.permissions.isAccessibilityGranted();
+    return m_needs.permissions.isAccessibilityGranted();
 }
 
 bool MainState::isScreenCaptureGranted() const {
-    return m_services.permissions.isScreenCaptureGranted();
+    return m_needs.permissions.isScreenCaptureGranted();
 }
 
 std::optional<QString> MainState::ungrantedWarningText() const {
@@ -50,12 +50,12 @@ std::optional<QString> MainState::ungrantedWarningText() const {
 }
 
 bool MainState::isOnboardingShown() const {
-    return !hasCompletedOnboarding() || m_services.appState.showOnboarding();
+    return !hasCompletedOnboarding() || m_needs.appState.showOnboarding();
 }
 
 void MainState::appear() {
     selectedTab = AppTab::translate;
-    m_services.permissions.checkNow();
+    m_needs.permissions.checkNow();
 }
 
 void MainState::select(const TranslationItem& item) {
@@ -65,11 +65,11 @@ void MainState::select(const TranslationItem& item) {
 
 void MainState::finishOnboarding() {
     hasCompletedOnboarding = true;
-    m_services.appState.showOnboarding = false;
+    m_needs.appState.showOnboarding = false;
 }
 
 void MainState::dismissUpdate() {
-    m_services.updates.isUpdateAvailable = false;
+    m_needs.updates.isUpdateAvailable = false;
 }
 
 }  // namespace tralio

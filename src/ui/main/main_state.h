@@ -36,7 +36,7 @@ public:
         UpdateService& updates;
     };
 
-    explicit MainState(Dependencies services);
+    explicit MainState(Dependencies needs);
 
     // State
 
@@ -64,7 +64,7 @@ public:
     void dismissUpdate();
 
 private:
-    Dependencies m_services;
+    Dependencies m_needs;
 };
 
 }  // namespace tralio

@@ -59,17 +59,17 @@ void showReadiness(Chip* chip, const QString& title, const Readiness& readiness)
 
 }  // namespace
 
-MainView::MainView(Dependencies services, Actions actions, QWidget* parent)
+MainView::MainView(Dependencies needs, Actions actions, QWidget* parent)
     : QWidget(parent),
-      m_services(services),
+      m_needs(needs),
       m_actions(std::move(actions)),
-      m_settings(services.store, services.hotKeys),
-      m_history(services.store),
-      m_permissions(services.hotKeys, services.clock),
-      m_undo(services.clock),
-      m_state({services.store, services.appState, m_permissions, services.updates}) {
+      m_settings(needs.store, needs.hotKeys),
+      m_history(needs.store),
+      m_permissions(needs.hotKeys, needs.clock),
+      m_undo(needs.clock),
+      m_state({needs.store, needs.appState, m_permissions, needs.updates}) {
     m_panelArea = filled(new QWidget, column({}, {}));
-    auto* banner = new UpdateBanner(m_services.updates, [this] { m_state.dismissUpdate(); });
+    auto* banner = new UpdateBanner(m_needs.updates, [this] { m_state.dismissUpdate(); });
     m_body = filled(new QWidget,
         column({},
             {header(), new Divider, banner, {m_panelArea, {}, 1}, new UndoStrip(m_undo, *m_panelArea),
@@ -79,13 +79,13 @@ MainView::MainView(Dependencies services, Actions actions, QWidget* parent)
     onAnyChange(
         m_state, this, [this] { refresh(); });
     onAnyChange(
-        m_services.appState, this, [this] { refresh(); });
+        m_needs.appState, this, [this] { refresh(); });
     onAnyChange(
         m_settings, this, [this] { refresh(); });
     onAnyChange(
-        m_services.hotKeys.keys(), this, [this] { refresh(); });
+        m_needs.hotKeys.keys(), this, [this] { refresh(); });
     onChange(
-        m_services.appState, this, [this] { return m_services.appState.isKeyAwaited(); },
+        m_needs.appState, this, [this] { return m_needs.appState.isKeyAwaited(); },
         [this] { m_settings.reloadApiKey(); });
     refresh();
 }
@@ -158,7 +158,7 @@ QWidget* MainView::header() {
 }
 
 QWidget* MainView::footer() {
-    auto* version = new Label(u"Tralio v"_s + m_services.updates.currentVersion(),
+    auto* version = new Label(u"Tralio v"_s + m_needs.updates.currentVersion(),
         text::caption.with(Weight::semibold), ColorRole::secondary);
     m_warning = new Button(button::footerWarning, {.icon = u"exclamationmark.triangle.fill"_s});
     setTooltip(m_warning, u"Nhấn để mở Cài đặt và cấp quyền cho ứng dụng"_s);
@@ -196,7 +196,7 @@ void MainView::refresh() {
 }
 
 void MainView::refreshFooter() {
-    HotKeys& hotKeys = m_services.hotKeys.keys();
+    HotKeys& hotKeys = m_needs.hotKeys.keys();
     showReadiness(m_selectionChip, u"Bôi đen: "_s + m_settings.hotKeyDisplay(),
         {m_state.isAccessibilityGranted(), hotKeys.textStatus(), u"Quyền Trợ năng: Đã bật (Sẵn sàng)"_s,
             u"Chưa cấp quyền Trợ năng - Nhấn để mở Cài đặt"_s});
@@ -238,15 +238,15 @@ QWidget* MainView::makePanel() {
             return makeSettingsPanel();
         case AppTab::author:
             m_panelState.reset();
-            return new ScrollPanel(new AboutView(m_services.updates.currentVersion(), m_actions.openURL));
+            return new ScrollPanel(new AboutView(m_needs.updates.currentVersion(), m_actions.openURL));
     }
     Q_UNREACHABLE();
 }
 
 QWidget* MainView::makeTranslatePanel() {
     const auto state = std::make_shared<TranslateState>(
-        TranslateState::Dependencies{m_services.ai, m_services.captures, m_services.ocr, m_services.speech,
-            m_settings, m_history, m_services.appState, m_services.pasteboard, m_services.clock},
+        TranslateState::Dependencies{m_needs.ai, m_needs.captures, m_needs.ocr, m_needs.speech, m_settings,
+            m_history, m_needs.appState, m_needs.pasteboard, m_needs.clock},
         Binding<QString>{[this] { return m_state.textToTranslate(); },
             [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
     m_panelState = state;
@@ -255,7 +255,7 @@ QWidget* MainView::makeTranslatePanel() {
 
 QWidget* MainView::makeHistoryPanel() {
     const auto state = std::make_shared<HistoryState>(
-        HistoryState::Dependencies{m_history, m_services.pasteboard, m_undo, m_services.clock},
+        HistoryState::Dependencies{m_history, m_needs.pasteboard, m_undo, m_needs.clock},
         [this](const TranslationItem& item) {
             m_panelMotion = Motion::fade;
             m_state.select(item);
@@ -266,8 +266,8 @@ QWidget* MainView::makeHistoryPanel() {
 
 QWidget* MainView::makeSettingsPanel() {
     const auto state = std::make_shared<SettingsState>(SettingsState::Dependencies{m_settings,
-        m_services.hotKeys, m_services.ai, m_services.updates, m_services.appState, m_permissions, m_undo,
-        m_services.clock, m_services.keyCodes, [this] { openGuide(); }});
+        m_needs.hotKeys, m_needs.ai, m_needs.updates, m_needs.appState, m_permissions, m_undo, m_needs.clock,
+        m_needs.keyCodes, [this] { openGuide(); }});
     m_panelState = state;
     return new SettingsView(*state);
 }
@@ -277,7 +277,7 @@ void MainView::showOnboarding() {
         return;
     CrossFade fade(this, onboardingClosing);
     m_onboarding = std::make_unique<OnboardingState>(
-        OnboardingState::Dependencies{m_services.hotKeys, m_permissions, m_settings},
+        OnboardingState::Dependencies{m_needs.hotKeys, m_permissions, m_settings},
         [this] { m_state.finishOnboarding(); });
     m_onboardingView = new OnboardingView(*m_onboarding);
     layout()->addWidget(m_onboardingView);

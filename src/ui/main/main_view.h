@@ -61,7 +61,7 @@ public:
         std::function<void()> quit;
     };
 
-    MainView(Dependencies services, Actions actions, QWidget* parent = nullptr);
+    MainView(Dependencies needs, Actions actions, QWidget* parent = nullptr);
     ~MainView() override;
 
 protected:
@@ -90,7 +90,7 @@ private:
     void showOnboarding();
     void closeOnboarding();
 
-    Dependencies m_services;
+    Dependencies m_needs;
     Actions m_actions;
     AppSettings m_settings;
     TranslationHistoryStore m_history;
@@ -98,7 +98,7 @@ private:
     UndoOffer m_undo;
     MainState m_state;
     QWidget* m_footer;
-    PressGuard m_pressGuard{*this, m_services.clock};
+    PressGuard m_pressGuard{*this, m_needs.clock};
     QWidget* m_body;  ///< all but the walk-through
     TabStrip* m_tabs;
     QWidget* m_panelArea;

@@ -9,23 +9,23 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-OnboardingState::OnboardingState(Dependencies services, std::function<void()> onFinished)
-    : m_services(services), m_onFinished(std::move(onFinished)) {
+OnboardingState::OnboardingState(Dependencies needs, std::function<void()> onFinished)
+    : m_needs(needs), m_onFinished(std::move(onFinished)) {
     for (ObservableObject* source :
-        std::initializer_list<ObservableObject*>{&m_services.permissions, &m_services.settings})
+        std::initializer_list<ObservableObject*>{&m_needs.permissions, &m_needs.settings})
         connect(source, &ObservableObject::objectWillChange, this, &ObservableObject::objectWillChange);
 }
 
 bool OnboardingState::isAccessibilityGranted() const {
-    return m_services.permissions.isAccessibilityGranted();
+    return m_needs.permissions.isAccessibilityGranted();
 }
 
 bool OnboardingState::isScreenCaptureGranted() const {
-    return m_services.permissions.isScreenCaptureGranted();
+    return m_needs.permissions.isScreenCaptureGranted();
 }
 
 QString OnboardingState::shortcutsOfThisMachine() const {
-    const AppSettings& settings = m_services.settings;
+    const AppSettings& settings = m_needs.settings;
     return u"Trên máy này: %1 và %2"_s.arg(
         keysInWords(settings.hotKeyDisplay()), keysInWords(settings.ocrHotKeyDisplay()));
 }
@@ -47,15 +47,15 @@ void OnboardingState::finish() {
 }
 
 void OnboardingState::checkPermissions() {
-    m_services.permissions.checkNow();
+    m_needs.permissions.checkNow();
 }
 
 void OnboardingState::requestAccessibility() {
-    m_services.hotKeys.requestAccessibility();
+    m_needs.hotKeys.requestAccessibility();
 }
 
 void OnboardingState::requestScreenCapture() {
-    m_services.hotKeys.requestScreenCapture();
+    m_needs.hotKeys.requestScreenCapture();
 }
 
 }  // namespace tralio

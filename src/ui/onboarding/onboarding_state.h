@@ -27,7 +27,7 @@ public:
     };
 
     /// `onFinished` runs when the user has come to the end, or skips the rest.
-    OnboardingState(Dependencies services, std::function<void()> onFinished);
+    OnboardingState(Dependencies needs, std::function<void()> onFinished);
 
     // State
 
@@ -51,7 +51,7 @@ public:
     void requestScreenCapture();
 
 private:
-    Dependencies m_services;
+    Dependencies m_needs;
     std::function<void()> m_onFinished;
 };
 

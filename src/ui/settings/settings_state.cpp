@@ -24,9 +24,9 @@ constexpr Modifiers controlOptionCommand = Modifier::control | Modifier::option 
 
 }  // namespace
 
-SettingsState::SettingsState(Dependencies services) : m_services(std::move(services)) {
-    connect(&m_services.permissions, &ObservableObject::objectWillChange, this,
-        &ObservableObject::objectWillChange);
+SettingsState::SettingsState(Dependencies needs) : m_needs(std::move(needs)) {
+    connect(
+        &m_needs.permissions, &ObservableObject::objectWillChange, this, &ObservableObject::objectWillChange);
 }
 
 SettingsState::~SettingsState() {
@@ -34,11 +34,11 @@ SettingsState::~SettingsState() {
 }
 
 bool SettingsState::isAccessibilityGranted() const {
-    return m_services.permissions.isAccessibilityGranted();
+    return m_needs.permissions.isAccessibilityGranted();
 }
 
 bool SettingsState::isScreenCaptureGranted() const {
-    return m_services.permissions.isScreenCaptureGranted();
+    return m_needs.permissions.isScreenCaptureGranted();
 }
 
 const QList<HotKeyPresetItem>& SettingsState::presets(HotKeyRecordTarget target) {
@@ -47,15 +47,15 @@ const QList<HotKeyPresetItem>& SettingsState::presets(HotKeyRecordTarget target)
 }
 
 const QString& SettingsState::display(HotKeyRecordTarget target) const {
-    const AppSettings& settings = m_services.settings;
+    const AppSettings& settings = m_needs.settings;
     return target == HotKeyRecordTarget::textSelection ? settings.hotKeyDisplay()
                                                        : settings.ocrHotKeyDisplay();
 }
 
 std::optional<QString> SettingsState::hotKeyTrouble(HotKeyRecordTarget target) const {
-    const AppSettings& settings = m_services.settings;
+    const AppSettings& settings = m_needs.settings;
     const bool isText = target == HotKeyRecordTarget::textSelection;
-    HotKeys& keys = m_services.hotKeys.keys();
+    HotKeys& keys = m_needs.hotKeys.keys();
     switch (isText ? keys.textStatus() : keys.ocrStatus()) {
         case HotKeyStatus::registered:
             return std::nullopt;
@@ -77,20 +77,20 @@ std::optional<QString> SettingsState::hotKeyTrouble(HotKeyRecordTarget target) c
 const ProviderPreset* SettingsState::selectedProvider() const {
     const QList<ProviderPreset>& presets = ProviderPreset::presets();
     const auto found = std::find_if(presets.cbegin(), presets.cend(),
-        [this](const ProviderPreset& preset) { return preset.id == m_services.settings.selectedPresetId(); });
+        [this](const ProviderPreset& preset) { return preset.id == m_needs.settings.selectedPresetId(); });
     return found == presets.cend() ? nullptr : &*found;
 }
 
 bool SettingsState::usesOwnGateway() const {
-    return ProviderPreset::bringsKey(m_services.settings.selectedPresetId());
+    return ProviderPreset::bringsKey(m_needs.settings.selectedPresetId());
 }
 
 int SettingsState::downloadPercentage() const {
-    return static_cast<int>(m_services.updates.downloadProgress() * 100);
+    return static_cast<int>(m_needs.updates.downloadProgress() * 100);
 }
 
 void SettingsState::panelAppeared() {
-    m_services.permissions.checkNow();
+    m_needs.permissions.checkNow();
 }
 
 void SettingsState::panelDisappeared() {
@@ -101,11 +101,11 @@ void SettingsState::startRecording(HotKeyRecordTarget target) {
     stopRecording();
     recordingTarget = target;
     m_localEventMonitor = std::make_unique<KeyDownMonitor>(
-        m_services.keyCodes,
+        m_needs.keyCodes,
         [this, target](const KeyCombination& pressed) { return keyWentDown(target, pressed); });
 
     m_interception = std::make_unique<HotKeys::Interception>(
-        m_services.hotKeys.keys(), [this, target](HotKeyID id) { hotKeyPressed(target, id); });
+        m_needs.hotKeys.keys(), [this, target](HotKeyID id) { hotKeyPressed(target, id); });
 }
 
 void SettingsState::hotKeyPressed(HotKeyRecordTarget target, HotKeyID id) {
@@ -113,7 +113,7 @@ void SettingsState::hotKeyPressed(HotKeyRecordTarget target, HotKeyID id) {
     const bool isText = target == HotKeyRecordTarget::textSelection;
     if (id != (isText ? textHotKeyID : ocrHotKeyID))
         return;
-    const AppSettings& settings = m_services.settings;
+    const AppSettings& settings = m_needs.settings;
     const quint32 key = isText ? settings.hotKeyKeyCode() : settings.ocrHotKeyKeyCode();
     const quint32 modifiers = isText ? settings.hotKeyModifiers() : settings.ocrHotKeyModifiers();
     recorded(target, {{KeyCode{key}, Modifiers::fromInt(modifiers)}, display(target)});
@@ -121,7 +121,7 @@ void SettingsState::hotKeyPressed(HotKeyRecordTarget target, HotKeyID id) {
 
 bool SettingsState::keyWentDown(HotKeyRecordTarget target, const KeyCombination& pressed) {
     if (pressed.key == KeyCode::escape) {
-        m_services.clock.after(0ms, this, [this] { stopRecording(); });
+        m_needs.clock.after(0ms, this, [this] { stopRecording(); });
         return true;
     }
     if (!(pressed.modifiers & controlOptionCommand))
@@ -131,7 +131,7 @@ bool SettingsState::keyWentDown(HotKeyRecordTarget target, const KeyCombination&
 }
 
 void SettingsState::recorded(HotKeyRecordTarget target, const Shortcut& shortcut) {
-    m_services.clock.after(
+    m_needs.clock.after(
         0ms, this,
         [this, target, shortcut] {
             save(target, shortcut);
@@ -177,11 +177,11 @@ void SettingsState::chooseProvider(const QString& presetId) {
 
 void SettingsState::runTestConnection() {
     isSuccess = false;
-    if (m_services.appState.isKeyAwaited() && settings().needsKey()) {
+    if (m_needs.appState.isKeyAwaited() && settings().needsKey()) {
         testResult =
             u"API Key nằm trong kho khóa (keyring) của máy, chưa đọc được. "
             u"Hãy mở khóa kho rồi thử lại, hoặc nhập lại API Key."_s;
-        m_services.appState.unlockKey();
+        m_needs.appState.unlockKey();
         return;
     }
     if (settings().wouldExposeKey()) {
@@ -198,7 +198,7 @@ QCoro::Task<void> SettingsState::testConnection(std::stop_token stop) {
     QString message;
     bool success = false;
     try {
-        auto reply = m_services.ai.testConnection(m_services.settings.endpointSettings(), stop);
+        auto reply = m_needs.ai.testConnection(m_needs.settings.endpointSettings(), stop);
         message = co_await std::move(reply);
         success = true;
     } catch (const LocalizedError& error) {
@@ -213,11 +213,11 @@ QCoro::Task<void> SettingsState::testConnection(std::stop_token stop) {
 
 void SettingsState::restoreDefaults() {
     // A second press brings back nothing but the defaults, and leaves the first one's way back alone.
-    const bool isSecond = settings().areDefaults() && m_services.undo.message();
+    const bool isSecond = settings().areDefaults() && m_needs.undo.message();
     const auto before = settings().remembered();
     settings().resetToDefaults();
     if (!isSecond)
-        m_services.undo.make(u"Đã khôi phục cài đặt mặc định"_s, before);
+        m_needs.undo.make(u"Đã khôi phục cài đặt mặc định"_s, before);
     testResult = std::nullopt;
 }
 
@@ -226,19 +226,19 @@ void SettingsState::resetPrompt() {
 }
 
 void SettingsState::requestAccessibility() {
-    m_services.hotKeys.requestAccessibility();
+    m_needs.hotKeys.requestAccessibility();
 }
 
 void SettingsState::requestScreenCapture() {
-    m_services.hotKeys.requestScreenCapture();
+    m_needs.hotKeys.requestScreenCapture();
 }
 
 void SettingsState::showOnboarding() {
-    m_services.appState.showOnboarding = true;
+    m_needs.appState.showOnboarding = true;
 }
 
 void SettingsState::openGuide() {
-    m_services.openGuide();
+    m_needs.openGuide();
 }
 
 }  // namespace tralio

@@ -46,7 +46,7 @@ public:
         std::function<void()> openGuide;
     };
 
-    explicit SettingsState(Dependencies services);
+    explicit SettingsState(Dependencies needs);
     ~SettingsState() override;
 
     // State
@@ -59,8 +59,8 @@ public:
 
     [[nodiscard]] bool isAccessibilityGranted() const;
     [[nodiscard]] bool isScreenCaptureGranted() const;
-    [[nodiscard]] AppSettings& settings() { return m_services.settings; }
-    [[nodiscard]] UpdateService& updateService() { return m_services.updates; }
+    [[nodiscard]] AppSettings& settings() { return m_needs.settings; }
+    [[nodiscard]] UpdateService& updateService() { return m_needs.updates; }
 
     /// The presets of a shortcut, and what the settings show for it now.
     [[nodiscard]] static const QList<HotKeyPresetItem>& presets(HotKeyRecordTarget target);
@@ -69,7 +69,7 @@ public:
     /// Why the shortcut does not work, in the user's words; absent while it does. The service's `keys()` tell
     /// when it changes.
     [[nodiscard]] std::optional<QString> hotKeyTrouble(HotKeyRecordTarget target) const;
-    [[nodiscard]] HotKeys& hotKeys() { return m_services.hotKeys.keys(); }
+    [[nodiscard]] HotKeys& hotKeys() { return m_needs.hotKeys.keys(); }
 
     /// The preset that the settings name, unless they name none.
     [[nodiscard]] const ProviderPreset* selectedProvider() const;
@@ -118,7 +118,7 @@ private:
     void save(HotKeyRecordTarget target, const Shortcut& shortcut);
     QCoro::Task<void> testConnection(std::stop_token stop);
 
-    Dependencies m_services;
+    Dependencies m_needs;
     std::unique_ptr<KeyDownMonitor> m_localEventMonitor;
     std::unique_ptr<HotKeys::Interception> m_interception;
     std::stop_source m_test;

@@ -26,7 +26,7 @@ LinesRead counting(AppState& appState, const std::stop_token& stop) {
 }  // namespace
 
 void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
-    const QString text = m_services.pasteboard.string().value_or(QString()).trimmed();
+    const QString text = m_needs.pasteboard.string().value_or(QString()).trimmed();
     if (!text.isEmpty())
         takeText(text, autoTranslate);
     else
@@ -35,7 +35,7 @@ void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
 
 QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
-    auto reading = m_services.pasteboard.picture();
+    auto reading = m_needs.pasteboard.picture();
     const Picture picture = co_await std::move(reading);
     if (picture)
         performOCR(picture, autoTranslate);
@@ -50,8 +50,8 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
     std::optional<QString> text;
     std::optional<QString> failure;
     try {
-        AppState& appState = m_services.appState;
-        auto capture = m_services.captures.captureInteractiveAndRecognize(
+        AppState& appState = m_needs.appState;
+        auto capture = m_needs.captures.captureInteractiveAndRecognize(
             [&appState] { appState.hidePopover(); }, [&appState] { appState.showPopover(); },
             [&appState, reading] { appState.beginReading(reading); }, stop, counting(appState, stop));
         text = co_await std::move(capture);
@@ -69,15 +69,14 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
     const qint64 errors = m_errors;
     const std::stop_source reading;
     const std::stop_token stop = reading.get_token();
-    m_services.appState.beginReading(reading);
+    m_needs.appState.beginReading(reading);
     isOCROngoing = ++m_recognitions > 0;
     QString text;
     std::optional<QString> failure;
     try {
         auto recognition = std::visit(
             [&](auto source) {
-                return m_services.ocr.recognizeText(
-                    std::move(source), stop, counting(m_services.appState, stop));
+                return m_needs.ocr.recognizeText(std::move(source), stop, counting(m_needs.appState, stop));
             },
             std::move(image));
         text = co_await std::move(recognition);
@@ -124,9 +123,9 @@ bool TranslateState::admits(const QString& text) {
 std::optional<QString> TranslateState::textToInsert(TextOrigin origin, const QString& dragged) {
     std::optional<QString> text = dragged;
     if (origin == TextOrigin::clipboard)
-        text = m_services.pasteboard.string();
+        text = m_needs.pasteboard.string();
     else if (origin == TextOrigin::selection)
-        text = m_services.pasteboard.selectedString();
+        text = m_needs.pasteboard.selectedString();
     return text && admits(*text) && admits(inputText.get() + *text) ? text : std::nullopt;
 }
 

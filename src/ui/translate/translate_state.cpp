@@ -57,24 +57,24 @@ QStringList TranslateState::targetLanguages() {
     return names;
 }
 
-TranslateState::TranslateState(Dependencies services, Binding<QString> input)
+TranslateState::TranslateState(Dependencies needs, Binding<QString> input)
     : inputText(std::move(input)),
       sourceLang(*this, english),
       targetLang(*this, vietnamese),
-      m_services(services),
+      m_needs(needs),
       m_mainState(inputText.owner) {}
 
 void TranslateState::appear(QObject* panel) {
-    AppState& appState = m_services.appState;
+    AppState& appState = m_needs.appState;
     onChange(
         appState, panel, [&appState] { return appState.translateTriggerId(); },
         [this] { checkAndTriggerPendingTranslation(); });
     onChange(
         appState, panel, [&appState] { return appState.openPopoverSignal(); },
         [this, panel] {
-            m_services.clock.after(pendingTextDelay, panel, [this] { checkAndTriggerPendingTranslation(); });
+            m_needs.clock.after(pendingTextDelay, panel, [this] { checkAndTriggerPendingTranslation(); });
         });
-    SpeechService& speech = m_services.speech;
+    SpeechService& speech = m_needs.speech;
     // Told once; also what has come while another tab was there.
     const auto tellFailure = [this, &speech] {
         const std::optional<QString> told = speech.failure();
@@ -93,15 +93,15 @@ void TranslateState::appear(QObject* panel) {
 }
 
 bool TranslateState::isRecognizing() const {
-    return isOCROngoing() || m_services.appState.isReadingCapture();
+    return isOCROngoing() || m_needs.appState.isReadingCapture();
 }
 
 qsizetype TranslateState::linesRead() const {
-    return m_services.appState.linesRead();
+    return m_needs.appState.linesRead();
 }
 
 QString TranslateState::notice() const {
-    return m_services.appState.notice();
+    return m_needs.appState.notice();
 }
 
 bool TranslateState::isResultStale() const {
@@ -114,7 +114,7 @@ void TranslateState::showError(const std::optional<QString>& message) {
 }
 
 std::optional<QString> TranslateState::message() const {
-    const auto trouble = m_services.appState.storeTrouble();
+    const auto trouble = m_needs.appState.storeTrouble();
     if (!trouble)
         return errorMessage();
     const QString told = *trouble == StoreTrouble::unreadable ? settingsUnreadable : settingsUnsaved;
@@ -130,12 +130,12 @@ void TranslateState::performTranslate() {
     debugLog(u"TranslateView.performTranslate: starting translation for '" % excerpt(text) % u"'");
     if (text.isEmpty() || !admits(text))
         return;
-    if (m_services.appState.isKeyAwaited() && m_services.settings.needsKey()) {
+    if (m_needs.appState.isKeyAwaited() && m_needs.settings.needsKey()) {
         showError(keyLocked);
-        m_services.appState.unlockKey();
+        m_needs.appState.unlockKey();
         return;
     }
-    if (m_services.settings.wouldExposeKey()) {
+    if (m_needs.settings.wouldExposeKey()) {
         showError(keyExposed);
         return;
     }
@@ -151,8 +151,8 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
     QString result;
     std::optional<QString> failure;
     try {
-        auto reply = m_services.ai.translate(text, sourceLang(), targetLang(), m_services.settings.tone(),
-            m_services.settings.endpointSettings(), stop);
+        auto reply = m_needs.ai.translate(text, sourceLang(), targetLang(), m_needs.settings.tone(),
+            m_needs.settings.endpointSettings(), stop);
         result = co_await std::move(reply);
         if (isTooLong(result))
             throw LocalizedError(tooLongTranslationMessage(result));
@@ -173,11 +173,11 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
     m_isResultAwaited = false;
     outputText = result;
     isTranslating = false;
-    m_services.history.add(text, result, sourceLang(), targetLang(), m_services.settings.tone().rawValue());
+    m_needs.history.add(text, result, sourceLang(), targetLang(), m_needs.settings.tone().rawValue());
 }
 
 void TranslateState::cancel() {
-    m_services.appState.stopReading();
+    m_needs.appState.stopReading();
     m_currentTask.request_stop();
     isTranslating = false;
 }
@@ -197,7 +197,7 @@ void TranslateState::swapLanguages() {
 }
 
 void TranslateState::checkAndTriggerPendingTranslation() {
-    AppState& appState = m_services.appState;
+    AppState& appState = m_needs.appState;
     const QString pending = appState.pendingTextToTranslate();
     debugLog(u"TranslateView.checkAndTriggerPendingTranslation: pendingText='" % excerpt(pending) % u"'");
     const QString text = pending.trimmed();
@@ -209,23 +209,23 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     inputText.set(text);
     if (appState.storeTrouble() || !appState.isPendingTextWanted)
         return;
-    m_services.clock.after(
+    m_needs.clock.after(
         pendingTextDelay, m_mainState, [self = shared_from_this()] { self->performTranslate(); });
 }
 
 void TranslateState::toggleSpeech() {
-    if (m_services.speech.isSpeaking())
-        m_services.speech.stop();
+    if (m_needs.speech.isSpeaking())
+        m_needs.speech.stop();
     else
-        m_services.speech.speak(outputText(), targetLang());
+        m_needs.speech.speak(outputText(), targetLang());
 }
 
 void TranslateState::copyResult() {
     if (outputText().isEmpty())
         return;
-    m_services.pasteboard.setString(outputText());
+    m_needs.pasteboard.setString(outputText());
     isCopied = true;
-    m_services.clock.after(copyFeedback, this, [this] { isCopied = false; });
+    m_needs.clock.after(copyFeedback, this, [this] { isCopied = false; });
 }
 
 void TranslateState::clear() {
@@ -236,8 +236,8 @@ void TranslateState::clear() {
 
 void TranslateState::dismissError() {
     showError(std::nullopt);
-    if (m_services.appState.storeTrouble())
-        m_services.appState.dismissStoreTrouble();
+    if (m_needs.appState.storeTrouble())
+        m_needs.appState.dismissStoreTrouble();
 }
 
 }  // namespace tralio

@@ -56,7 +56,7 @@ public:
     [[nodiscard]] static const QStringList& languages();
     [[nodiscard]] static QStringList targetLanguages();
 
-    TranslateState(Dependencies services, Binding<QString> inputText);
+    TranslateState(Dependencies needs, Binding<QString> inputText);
 
     /// Takes over the texts that the shell leaves for this panel, from now on until `panel` is gone.
     void appear(QObject* panel);
@@ -76,9 +76,9 @@ public:
     /// What the error strip says: what is wrong with the settings, until the user takes it away, and the
     /// error.
     [[nodiscard]] std::optional<QString> message() const;
-    [[nodiscard]] AppSettings& settings() { return m_services.settings; }
-    [[nodiscard]] SpeechService& speechService() { return m_services.speech; }
-    [[nodiscard]] AppState& appState() { return m_services.appState; }
+    [[nodiscard]] AppSettings& settings() { return m_needs.settings; }
+    [[nodiscard]] SpeechService& speechService() { return m_needs.speech; }
+    [[nodiscard]] AppState& appState() { return m_needs.appState; }
     [[nodiscard]] bool canTranslate() const;
     /// Whether a picture is read, for this panel or for the shell.
     [[nodiscard]] bool isRecognizing() const;
@@ -131,7 +131,7 @@ private:
 
     void showError(const std::optional<QString>& message);
 
-    Dependencies m_services;
+    Dependencies m_needs;
     QString m_translatedText;  ///< of which `outputText` is the translation
     bool m_isResultAwaited = false;
     int m_recognitions = 0;         ///< of this panel's, that have not ended
