@@ -8,6 +8,7 @@
 #include "common/debug_log.h"
 
 namespace tralio {
+
 HotKeys::HotKeys(HotKeyPlatform& platform, Clock& clock) : m_platform(platform), m_clock(clock) {}
 
 void HotKeys::registerBoth(
@@ -48,31 +49,35 @@ HotKeys::Interception::~Interception() {
 }
 
 void HotKeys::updateText(const KeyCombination& combination) {
-    reRegister(m_textRef, textHotKeyID, combination,
-        {u"Lỗi đăng ký phím tắt Text (code: ", u"Đăng ký phím tắt Text thành công: code="});
+    reRegister(m_text, m_ocr, combination);
 }
 
 void HotKeys::updateOCR(const KeyCombination& combination) {
-    reRegister(m_ocrRef, ocrHotKeyID, combination,
-        {u"Lỗi đăng ký phím tắt OCR (code: ", u"Đăng ký phím tắt OCR thành công: code="});
+    reRegister(m_ocr, m_text, combination);
 }
 
-void HotKeys::reRegister(
-    std::optional<HotKeyRef>& ref, HotKeyID id, const KeyCombination& combination, RegistrationLog log) {
-    if (ref)
-        m_platform.unregisterHotKey(*std::exchange(ref, std::nullopt));
+void HotKeys::reRegister(HotKey& hotKey, HotKey& other, const KeyCombination& combination) {
+    const auto givenUp = hotKey.ref ? std::optional(hotKey.combination) : std::nullopt;
+    if (hotKey.ref)
+        m_platform.unregisterHotKey(*std::exchange(hotKey.ref, std::nullopt));
+    hotKey.combination = combination;
+    registerNow(hotKey);
+    if (!other.ref && other.combination == givenUp && combination != givenUp)
+        registerNow(other);
+}
 
-    const auto registration = m_platform.registerHotKey(combination, id);
-    setStatus(id, registration.status);
-    const QString code = QString::number(quint32(combination.key));
-    const QString mods = QString::number(combination.modifiers.toInt());
+void HotKeys::registerNow(HotKey& hotKey) {
+    const auto registration = m_platform.registerHotKey(hotKey.combination, hotKey.id);
+    setStatus(hotKey.id, registration.status);
+    const QString code = QString::number(quint32(hotKey.combination.key));
+    const QString mods = QString::number(hotKey.combination.modifiers.toInt());
     if (registration.status != HotKeyStatus::registered) {
-        debugLog(
-            log.refused % code % u", mods: " % mods % u"): " % QString::number(qint32(registration.status)));
+        debugLog(u"Lỗi đăng ký phím tắt " % hotKey.name % u" (code: " % code % u", mods: " % mods % u"): " %
+            QString::number(qint32(registration.status)));
         return;
     }
-    ref = registration.ref;
-    debugLog(log.registered % code % u", mods=" % mods);
+    hotKey.ref = registration.ref;
+    debugLog(u"Đăng ký phím tắt " % hotKey.name % u" thành công: code=" % code % u", mods=" % mods);
 }
 
 }  // namespace tralio

@@ -25,7 +25,8 @@ public:
     void registerBoth(
         const KeyCombination& text, Action onTextTrigger, const KeyCombination& ocr, Action onOCRTrigger);
 
-    /// Replaces a registration. The old one is gone even when the new one is refused.
+    /// Replaces a registration. The old one is gone even when the new one is refused. The other hot key, if
+    /// it was refused the combination that this one has now given up, gets it.
     void updateText(const KeyCombination& combination);
     void updateOCR(const KeyCombination& combination);
 
@@ -49,21 +50,22 @@ public:
     };
 
 private:
-    /// How the log lines of one hot key begin.
-    struct RegistrationLog {
-        QStringView refused;
-        QStringView registered;
+    struct HotKey {
+        HotKeyID id;
+        QStringView name;  ///< in the log
+        KeyCombination combination{};
+        std::optional<HotKeyRef> ref{};
     };
 
     void handlePress(std::optional<HotKeyID> id);
     void setStatus(HotKeyID id, HotKeyStatus status);
-    void reRegister(
-        std::optional<HotKeyRef>& ref, HotKeyID id, const KeyCombination& combination, RegistrationLog log);
+    void reRegister(HotKey& hotKey, HotKey& other, const KeyCombination& combination);
+    void registerNow(HotKey& hotKey);
 
     HotKeyPlatform& m_platform;
     Clock& m_clock;
-    std::optional<HotKeyRef> m_textRef;
-    std::optional<HotKeyRef> m_ocrRef;
+    HotKey m_text{textHotKeyID, u"Text"};
+    HotKey m_ocr{ocrHotKeyID, u"OCR"};
     std::optional<EventHandlerRef> m_eventHandler;
     std::function<void(HotKeyID)> m_interceptor;
 };

@@ -110,6 +110,10 @@ void SelectedTextFetch::fetch(Completion completion) {
     debugLog(u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
     waitForPasteboardChange(initialCount, menuCopyWait,
         [this, asked, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
+            if (m_obstacle == Obstacle::password) {
+                giveUp(completion);
+                return;
+            }
             if (!text || text->isEmpty()) {
                 executeKeystrokeCopy(asked, initialCount, completion);
                 return;
@@ -186,8 +190,13 @@ void SelectedTextFetch::waitForPasteboardChange(
                 return;
 
             std::optional<QString> content;
-            if (changed)
+            if (changed && m_platform.pasteboard.isConcealed()) {
+                m_obstacle = Obstacle::password;
+                debugLog(
+                    u"fetchSelectedText: what was copied is marked as a password, which is left alone"_s);
+            } else if (changed) {
                 content = m_platform.pasteboard.string();
+            }
             // Ending the wait takes this lambda with it: what is still needed moves to the stack first.
             const Completion deliver = std::move(completion);
             delete wait;

@@ -38,8 +38,8 @@ public:
     /// script (or, where the application takes none, what the script runner knows without one), the
     /// application's own Copy menu item, and a synthetic copy shortcut, unless another application has come
     /// to the front by then. The last two leave the selection on the clipboard. A focused password yields
-    /// nothing, and no layer is tried. The completion is called exactly once, before this returns when one of
-    /// the first two layers answers.
+    /// nothing, and no layer is tried; nor does what the application marks as one when it copies. The
+    /// completion is called exactly once, before this returns when one of the first two layers answers.
     void fetch(Completion completion);
 
     /// What the last fetch has found in place of a selection, if it is no use to look in another way either.

@@ -68,6 +68,22 @@ TEST_F(HotKeys, are_registered_text_first_a_change_leaves_one_registration_and_a
     EXPECT_THAT(desktop.hotKeys.registrations(), ElementsAre(request(2, 768, textHotKeyID)));
 }
 
+TEST_F(HotKeys, exchange_their_combinations_whichever_is_changed_first) {
+    registerBoth();
+    service.updateTextHotKey(1, 768);  // which the other one has
+    EXPECT_EQ(service.keys().textStatus(), HotKeyStatus::taken);
+    service.updateOCRHotKey(2, 768);
+    EXPECT_EQ(service.keys().textStatus(), HotKeyStatus::registered);
+    EXPECT_THAT(desktop.hotKeys.registrations(),
+        ElementsAre(request(2, 768, ocrHotKeyID), request(1, 768, textHotKeyID)));
+
+    // What another program has is not asked for again.
+    desktop.hotKeys.nextStatus = HotKeyStatus::taken;
+    service.updateTextHotKey(9, 768);
+    service.updateOCRHotKey(3, 768);
+    EXPECT_EQ(service.keys().textStatus(), HotKeyStatus::taken);
+}
+
 TEST(ShortcutText, is_the_symbols_in_their_order_and_the_label_of_the_key) {
     constexpr quint32 control = 0x40000;
     constexpr quint32 option = 0x80000;

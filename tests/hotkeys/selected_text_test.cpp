@@ -113,6 +113,27 @@ TEST_F(SelectedText, of_a_password_is_taken_by_no_layer) {
     EXPECT_EQ(service.obstacle(), SelectedTextFetch::Obstacle::none);
 }
 
+TEST_F(SelectedText, that_is_copied_as_a_password_ends_the_fetch_in_either_layer) {
+    giveCopyItem();
+    for (const bool byMenu : {true, false}) {
+        results.clear();
+        desktop.keyEvents.posted.clear();
+        if (!byMenu)
+            desktop.accessibility.bar.reset();
+        fetch();
+        if (!byMenu)
+            reachKeystroke();
+        desktop.pasteboard.concealed = true;
+        desktop.pasteboard.copy(u"hunter2"_s);
+        desktop.clock.advance(1s);
+        EXPECT_THAT(results, ElementsAre(std::nullopt));
+        EXPECT_EQ(desktop.keyEvents.posted.empty(), byMenu) << "no second copy";
+        EXPECT_EQ(service.obstacle(), SelectedTextFetch::Obstacle::password);
+        desktop.pasteboard.concealed = false;
+    }
+    EXPECT_FALSE(log.messages().join(u'\n').contains(u"hunter2"_s));
+}
+
 TEST_F(SelectedText, that_needs_neither_permission_nor_script_is_asked_for_after_the_focused_element) {
     desktop.scripts.inFront = u" đánh dấu\n"_s;
     fetch();
