@@ -179,7 +179,8 @@ void WaylandDesktop::chooseCapture() {
 
 CopyTarget WaylandDesktop::copyTarget() {
     const auto accessible = activeAtspiApplication(m_bus);
-    if (!accessible)
+    // One that hangs may be far behind the window that the keys would reach.
+    if (!accessible || !accessible->answers)
         return {};
     return {{accessible->name, processName(accessible->processId)},
         m_accessibility->focusIsTerminal(accessible->processId),

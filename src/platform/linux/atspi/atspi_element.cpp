@@ -57,6 +57,8 @@ std::optional<QStringList> selectedParts(
         if (!range)
             return std::nullopt;
         const auto [start, end] = std::minmax({range->value(0).toInt(), range->value(1).toInt()});
+        if (start < 0)
+            return std::nullopt;
         if (start == end)
             continue;
         const bool isWhole = end - start <= room;

@@ -34,10 +34,12 @@ std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus) {
     if (const AtspiReference last = bus.activeWindow(); !last.isNull()) {
         const AtspiQuestion question{bus, TimeBudget(applicationLimit)};
         auto application = describe(last.service, question);
-        // One that hangs is believed: what it said last stands.
-        if (application &&
-            (statesOf(last, question).contains(AtspiState::active) || question.budget.isSpent()))
-            return application;
+        if (application) {
+            application->answers = statesOf(last, question).contains(AtspiState::active);
+            // One that hangs is believed: what it said last stands.
+            if (application->answers || question.budget.isSpent())
+                return application;
+        }
     }
     const AtspiQuestion whole{bus, TimeBudget(searchLimit)};
     for (const AtspiReference& reference : childrenOf(AtspiBus::desktop(), whole)) {

@@ -12,7 +12,8 @@ class AtspiBus;
 struct AtspiApplication {
     qint32 processId = 0;
     QString name;
-    QString toolkit;  ///< what it is made with; empty where it does not say
+    QString toolkit;      ///< what it is made with; empty where it does not say
+    bool answers = true;  ///< whether it says so now; it said so last, but hangs, where not
 };
 
 /// The application whose window is active, by the accessibility bus: the one that said so last, or else one

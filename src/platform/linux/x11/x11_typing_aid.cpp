@@ -50,6 +50,22 @@ bool isPartOfDesktop(X11Connection& connection, xcb_window_t window) {
     });
 }
 
+/// None of a window manager's own that lie across the whole screen: one without a picture that guards what it
+/// hides, or the one that a shell draws its panels in.
+bool isUnmanagedAid(X11Connection& connection, xcb_window_t window) {
+    xcb_connection_t* xcb = connection.xcb();
+    const auto attributesAsked = xcb_get_window_attributes(xcb, window);
+    const auto areaAsked = xcb_get_geometry(xcb, window);
+    const auto screenAsked = xcb_get_geometry(xcb, connection.root());
+    const XcbPtr<xcb_get_window_attributes_reply_t> attributes{
+        xcb_get_window_attributes_reply(xcb, attributesAsked, nullptr)};
+    const XcbPtr<xcb_get_geometry_reply_t> area{xcb_get_geometry_reply(xcb, areaAsked, nullptr)};
+    const XcbPtr<xcb_get_geometry_reply_t> screen{xcb_get_geometry_reply(xcb, screenAsked, nullptr)};
+    return attributes && area && screen && attributes->override_redirect != 0 &&
+        attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT &&
+        (area->width < screen->width || area->height < screen->height);
+}
+
 }  // namespace
 
 bool isOverTypingAid(X11Connection& connection) {
@@ -61,9 +77,7 @@ bool isOverTypingAid(X11Connection& connection) {
     const xcb_window_t managed = managedIn(connection, pointer->child, deepestFrame);
     if (managed != XCB_NONE)
         return !takesKeyboard(connection, managed) && !isPartOfDesktop(connection, managed);
-    const XcbPtr<xcb_get_window_attributes_reply_t> attributes{xcb_get_window_attributes_reply(
-        connection.xcb(), xcb_get_window_attributes(connection.xcb(), pointer->child), nullptr)};
-    return attributes && attributes->override_redirect != 0;
+    return isUnmanagedAid(connection, pointer->child);
 }
 
 }  // namespace tralio
