@@ -90,6 +90,10 @@ bool SqliteError::isDamage() const {
     }
 }
 
+bool SqliteError::isForeignValue() const {
+    return m_code == SQLITE_MISMATCH;
+}
+
 bool SqliteError::isAccess() const {
     const int code = m_code & primaryCodeMask;
     return code == SQLITE_CANTOPEN || code == SQLITE_READONLY;

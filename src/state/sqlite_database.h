@@ -21,6 +21,8 @@ public:
 
     /// Whether the content of the file is at fault, and not the disk or the access to it.
     [[nodiscard]] bool isDamage() const;
+    /// Whether what is stored is none of our values any more.
+    [[nodiscard]] bool isForeignValue() const;
     /// Whether the file, or one that SQLite needs beside it, could not be opened or created.
     [[nodiscard]] bool isAccess() const;
 

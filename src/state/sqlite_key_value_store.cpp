@@ -56,15 +56,29 @@ std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const 
         return std::nullopt;
     try {
         auto value = m_database->read(key);
-        m_readFailing = false;
+        m_unreadable.erase(key);
+        if (value)
+            remember(key, *value);
         return value;
     } catch (const SqliteError& error) {
-        if (!std::exchange(m_readFailing, true)) {
+        if (error.isForeignValue())
+            m_preserved.insert(key);
+        if (m_unreadable.empty())
             debugLog(u"SqliteKeyValueStore.value: cannot read: "_s + error.description());
+        if (m_unreadable.insert(key).second)
             setTrouble(StoreTrouble::unreadable);
-        }
         return std::nullopt;
     }
+}
+
+void SqliteKeyValueStore::remember(const QString& key, const StoredValue& value) const {
+    constexpr qsizetype large = 256 * 1024;
+    const auto* text = std::get_if<QString>(&value);
+    const auto* bytes = std::get_if<QByteArray>(&value);
+    if ((text && text->size() > large / 2) || (bytes && bytes->size() > large))
+        m_known.erase(key);
+    else
+        m_known.insert_or_assign(key, value);
 }
 
 void SqliteKeyValueStore::setValue(const QString& key, StoredValue value) {
@@ -102,7 +116,7 @@ void SqliteKeyValueStore::setTrouble(std::optional<StoreTrouble> trouble) const 
 
 void SqliteKeyValueStore::open() {
     // Nothing may have the file open when it is renamed.
-    m_database.reset();
+    const bool wasOpen = std::exchange(m_database, nullptr) != nullptr;
     store_file::createPrivately(m_path);
     try {
         m_database = SqliteDatabase::open(m_path, patience(m_failing));
@@ -112,9 +126,13 @@ void SqliteKeyValueStore::open() {
             throw;
         debugLog(u"SqliteKeyValueStore.open: the store is damaged and was set aside as %1: %2"_s.arg(
             *aside, error.description()));
-        setTrouble(StoreTrouble::unreadable);
         store_file::createPrivately(m_path);
         m_database = SqliteDatabase::open(m_path, patience(m_failing));
+        if (wasOpen) {  // and what stood in it is known
+            m_unsaved.insert(m_known.begin(), m_known.end());
+            return;
+        }
+        setTrouble(StoreTrouble::unreadable);
         m_database->write(damageKey, true);
     }
 }
@@ -140,16 +158,22 @@ bool SqliteKeyValueStore::writeUnsaved(const QString& key) {
         fail(u"setValue", error);
         return false;
     }
+    remember(key, value);
     m_unsaved.erase(key);
     return true;
 }
 
 void SqliteKeyValueStore::writeAllUnsaved() {
-    std::vector<QString> keys;
-    for (const auto& [key, value] : m_unsaved)
-        keys.push_back(key);
-    for (const QString& key : keys)
-        static_cast<void>(writeUnsaved(key));
+    // More than once, for a file that turns out to be damaged adds what stood in it.
+    bool isProgress = true;
+    while (isProgress && !m_unsaved.empty()) {
+        std::vector<QString> keys;
+        for (const auto& [key, value] : m_unsaved)
+            keys.push_back(key);
+        isProgress = false;
+        for (const QString& key : keys)
+            isProgress |= writeUnsaved(key);
+    }
 }
 
 void SqliteKeyValueStore::fail(QStringView operation, const SqliteError& error) {

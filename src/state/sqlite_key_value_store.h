@@ -22,8 +22,9 @@ class SqliteError;
 /// The values in one SQLite file that only the user may read.
 ///
 /// A written value is there on the next start however the process ends. A bad disk never stops the program: a
-/// damaged file is set aside under another name and a new one begun; a value that could not be written is
-/// kept here, read back from here, and written after the next write that succeeds. The debug log says so
+/// damaged file is set aside under another name and a new one begun, which gets what is known of the old one;
+/// a value that cannot be read is set aside before another takes its place; a value that could not be written
+/// is kept here, read back from here, and written after the next write that succeeds. The debug log says so
 /// once, and once more when all is written; for the user there is `trouble`.
 ///
 /// Another process may use the same file; one that locks it delays an operation by 0.2 s at most.
@@ -48,6 +49,7 @@ public:
 
 private:
     void open();
+    void remember(const QString& key, const StoredValue& value) const;
     [[nodiscard]] bool writeUnsaved(const QString& key);
     void writeAllUnsaved();
     void fail(QStringView operation, const SqliteError& error);
@@ -56,10 +58,11 @@ private:
     const QString m_path;
     std::unique_ptr<SqliteDatabase> m_database;  ///< null while the file cannot be opened
     std::map<QString, StoredValue> m_unsaved;
-    std::set<QString> m_preserved;  ///< whose stored values are set aside before they are written
+    mutable std::map<QString, StoredValue> m_known;  ///< what was read or written, but for what is large
+    mutable std::set<QString> m_preserved;   ///< whose stored values are set aside before they are written
+    mutable std::set<QString> m_unreadable;  ///< of which the user was told
     mutable std::optional<StoreTrouble> m_trouble;
-    bool m_failing = false;  ///< a failure is in the log, and not yet that it is over
-    mutable bool m_readFailing = false;
+    bool m_failing = false;                ///< a failure is in the log, and not yet that it is over
     bool m_unsavedIsAcknowledged = false;  ///< of the failure that goes on
 };
 
