@@ -150,7 +150,7 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     EXPECT_EQ(appState.notice(), QString());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
 
-    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"  chữ trên màn hình \n"_s}}});
+    pictureSays(u"  chữ trên màn hình \n"_s);
     bool wasTold = false;
     recognizer.onRecognize = [&] { wasTold = appState.isReadingCapture(); };
     capture();
@@ -190,7 +190,7 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
 
 TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {
     launch();
-    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"chữ"_s}}});
+    pictureSays(u"chữ"_s);
     const auto press = [this] {
         desktop.hotKeys.handler(ocrHotKeyID);
         desktop.clock.advance(0ms);

@@ -151,18 +151,5 @@ TEST_F(PendingText, a_key_that_is_not_there_yet_is_not_sent) {
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
 }
 
-TEST_F(PendingText, nothing_that_was_put_off_outlives_the_main_view) {
-    panel->outputText = u"out"_s;
-    panel->copyResult();
-    appState.requestTranslation(u"picked"_s);
-    ASSERT_TRUE(nextTurn());
-    appState.notifyPopoverOpened();
-    removeMainView();
-    ASSERT_TRUE(nextTurn());
-    desktop.clock.advance(2s);
-    EXPECT_EQ(logged(startLine(u"picked"_s)), 0);
-    EXPECT_EQ(desktop.clock.pending(), 0);
-}
-
 }  // namespace
 }  // namespace tralio

@@ -43,6 +43,17 @@ private:
 /// What the windows stand on: the program's services over a desktop of fakes, with a stand-in in the place of
 /// the model and of the update server.
 struct ProgramOnFakes {
+    /// The keyboard numbers its keys from here: 1002 is the D key.
+    static constexpr quint32 firstScanCode = 1000;
+    static std::optional<KeyCode> keyCode(quint32 scanCode) {
+        return scanCode < firstScanCode ? std::nullopt : std::optional(KeyCode{scanCode - firstScanCode});
+    }
+
+    /// What is to be recognised from now on.
+    void pictureSays(const QString& text) {
+        recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {text}}});
+    }
+
     FakeDesktop desktop;
     StandInModel model;
     MemoryKeyValueStore store;

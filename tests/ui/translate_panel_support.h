@@ -40,11 +40,6 @@ protected:
         view.reset();
         panel.reset();
     }
-    /// As at the end of the program: what owns the input, the settings and the history goes.
-    void removeMainView() {
-        hidePanel();
-        input.reset();
-    }
 
     void translate(const QString& text) {
         input->text = text;

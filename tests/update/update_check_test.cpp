@@ -18,7 +18,7 @@ TEST_F(UpdateCheckTest, a_newer_version_is_asked_for_past_every_cache_and_offere
     EXPECT_EQ(request.method, "GET");
     EXPECT_EQ(request.target, "/version.json?t=1795000000");
     EXPECT_EQ(request.header("Cache-Control"), "no-cache");
-    EXPECT_THAT(noted.limits, testing::ElementsAre(10s));
+    EXPECT_THAT(noted.limits, ElementsAre(10s));
 }
 
 TEST_F(UpdateCheckTest, the_manifest_is_fetched_over_tls_only) {
@@ -78,13 +78,9 @@ TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {
     offers(u"2"_s);
     StandInModel oldServer;
     oldServer.replies(StandInReply::redirect(301, address(u"/version.json"_s).toLatin1()));
-    UpdateService::Host moved = host();
-    moved.manifest.setPort(oldServer.port());
-    service = std::make_unique<UpdateService>(http, installer, moved);
+    restart([&](auto& host) { host.manifest.setPort(oldServer.port()); });
     EXPECT_EQ(check(false), u"Đã có bản cập nhật mới: v2"_s);
-
-    moved.manifest = QUrl();
-    service = std::make_unique<UpdateService>(http, installer, moved);
+    restart([](auto& host) { host.manifest = QUrl(); });
     service->checkForUpdates(true);
     EXPECT_FALSE(service->isChecking()) << "an address that is none ends the check at once";
 }
