@@ -72,8 +72,7 @@ TEST_F(ClipboardCheck, what_is_no_text_or_a_password_or_not_wanted_is_not_sent) 
 TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new_but_a_later_copy_is) {
     selectForCopying();
     const auto fetch = [this] {
-        desktop.hotKeys.handler(textHotKeyID);
-        desktop.clock.advance(0ms);
+        press(textHotKeyID);
         EXPECT_FALSE(popover.shown) << "shown before the text was there";
         desktop.pasteboard.copy(u"copied"_s);
         desktop.clock.advance(30ms);

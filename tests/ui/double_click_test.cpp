@@ -18,9 +18,17 @@ protected:
         QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFrom(&window(), place));
         settle();
     }
+    /// How often the button that lies there now is pressed by what follows.
+    void countPressesAt(const QPoint& place) {
+        auto* button = qobject_cast<QAbstractButton*>(window().childAt(place));
+        ASSERT_TRUE(button) << "nothing to hit";
+        QObject::connect(button, &QAbstractButton::pressed, button, [this] { ++presses; });
+    }
     static QPoint centerOf(const QWidget* widget) {
         return widget->mapTo(widget->window(), widget->rect().center());
     }
+
+    int presses = 0;
 };
 
 TEST_F(DoubleClick, on_skip_does_not_reach_what_lay_beneath_but_a_later_or_another_press_does) {
@@ -32,11 +40,7 @@ TEST_F(DoubleClick, on_skip_does_not_reach_what_lay_beneath_but_a_later_or_anoth
     EXPECT_FALSE(hasControl(u"Bỏ qua"_s));
     EXPECT_TRUE(isOnTab(u"Tralio"_s));
     EXPECT_EQ(store.boolean(u"hasCompletedOnboarding"_s), true) << "ended for good";
-    QWidget* beneath = window().childAt(place);
-    int presses = 0;
-    auto* button = qobject_cast<QAbstractButton*>(beneath);
-    ASSERT_TRUE(button) << "nothing to hit";
-    QObject::connect(button, &QAbstractButton::pressed, button, [&] { ++presses; });
+    countPressesAt(place);
     pressAt(place);
     pressAt(place + QPoint(2, 1));
     EXPECT_EQ(presses, 0);
@@ -54,9 +58,8 @@ TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_al
         history.add(u"hello %1"_s.arg(i), u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
     open();
     QList<QPoint> buttons;
-    for (const auto* button : window().findChildren<QAbstractButton*>())
-        if (button->isVisible())
-            buttons += centerOf(button);
+    for (const auto* button : visibleParts<QAbstractButton>(window()))
+        buttons += centerOf(button);
     click(u"Lịch sử"_s);
     const auto rowAt = [this](const QPoint& place) {
         QWidget* widget = window().childAt(place);
@@ -69,10 +72,7 @@ TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_al
 
     pressAt(*place);
     wait([this] { return isOnTab(u"Tralio"_s); });
-    auto* beneath = qobject_cast<QAbstractButton*>(window().childAt(*place));
-    ASSERT_TRUE(beneath);
-    int presses = 0;
-    QObject::connect(beneath, &QAbstractButton::pressed, beneath, [&] { ++presses; });
+    countPressesAt(*place);
     pressAt(*place);
     EXPECT_EQ(presses, 0);
 }
