@@ -5,6 +5,8 @@ namespace {
 
 class ClipboardCheck : public Shell {
 protected:
+    ClipboardCheck() { launch(); }
+
     /// Opens the popover by the tray item; what is requested then, if anything.
     std::optional<QString> opening() {
         popover.shown = false;
@@ -20,7 +22,6 @@ protected:
 };
 
 TEST_F(ClipboardCheck, each_new_text_is_translated_once_when_the_tray_item_opens_the_popover) {
-    launch();
     desktop.pasteboard.copy(u" new text\n"_s);
     EXPECT_EQ(opening(), u"new text"_s);
     EXPECT_EQ(opening(), std::nullopt);
@@ -35,7 +36,6 @@ TEST_F(ClipboardCheck, each_new_text_is_translated_once_when_the_tray_item_opens
 }
 
 TEST_F(ClipboardCheck, a_copy_made_while_the_one_before_is_read_is_new_the_next_time) {
-    launch();
     desktop.pasteboard.copy(u"first"_s);
     desktop.pasteboard.onRead = [this] {
         desktop.pasteboard.onRead = nullptr;
@@ -46,7 +46,6 @@ TEST_F(ClipboardCheck, a_copy_made_while_the_one_before_is_read_is_new_the_next_
 }
 
 TEST_F(ClipboardCheck, a_result_copied_here_is_not_new_whoever_has_taken_it_over) {
-    launch();
     desktop.pasteboard.setString(u"the result\n"_s);
     EXPECT_EQ(opening(), std::nullopt);
     desktop.pasteboard.copy(u"the result"_s);
@@ -56,7 +55,6 @@ TEST_F(ClipboardCheck, a_result_copied_here_is_not_new_whoever_has_taken_it_over
 }
 
 TEST_F(ClipboardCheck, what_is_no_text_or_a_password_or_not_wanted_is_not_sent) {
-    launch();
     for (const std::optional<QString>& content : {std::optional(u" \n"_s), std::optional<QString>()}) {
         desktop.pasteboard.copy(content);
         EXPECT_EQ(opening(), std::nullopt);
@@ -72,11 +70,9 @@ TEST_F(ClipboardCheck, what_is_no_text_or_a_password_or_not_wanted_is_not_sent) 
 }
 
 TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new_but_a_later_copy_is) {
-    launch();
     selectForCopying();
     const auto fetch = [this] {
-        desktop.hotKeys.handler(textHotKeyID);
-        desktop.clock.advance(0ms);
+        press(textHotKeyID);
         EXPECT_FALSE(popover.shown) << "shown before the text was there";
         desktop.pasteboard.copy(u"copied"_s);
         desktop.clock.advance(30ms);

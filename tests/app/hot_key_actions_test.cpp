@@ -54,30 +54,26 @@ TEST_F(Shell, the_text_hot_key_pressed_twice_asks_for_one_text_and_says_nothing_
     int requests = 0;
     onChange(
         appState, &appState, [this] { return appState.translateTriggerId(); }, [&] { ++requests; });
-    const auto press = [this] {
-        desktop.hotKeys.handler(textHotKeyID);
-        desktop.clock.advance(0ms);
-    };
-    press();
+    press(textHotKeyID);
     desktop.clock.advance(20ms);
-    press();
+    press(textHotKeyID);
     desktop.pasteboard.copy(u"copied"_s);
     desktop.clock.advance(10ms);  // the popover is on its way to the front
-    press();
+    press(textHotKeyID);
     desktop.clock.advance(1s);
     EXPECT_TRUE(nextTurn());
     EXPECT_EQ(requests, 1);
     EXPECT_THAT(desktop.accessibility.pressed, SizeIs(1));
 
     desktop.workspace.front = {static_cast<qint32>(QCoreApplication::applicationPid()), {}, {}};
-    press();
+    press(textHotKeyID);
     desktop.clock.advance(1s);
     EXPECT_EQ(appState.notice(), QString());
     EXPECT_TRUE(nextTurn());
     EXPECT_EQ(requests, 1);
 
     selectForCopying();
-    press();
+    press(textHotKeyID);
     desktop.pasteboard.copy(u"another"_s);
     desktop.clock.advance(1s);
     EXPECT_EQ(appState.pendingTextToTranslate(), u"another"_s) << "it is dead for good";
@@ -90,33 +86,30 @@ TEST_F(Shell, a_selection_that_shows_late_is_requested_if_it_is_recent_and_offer
     launch();
     desktop.workspace.front = {4711, std::nullopt, std::nullopt};
     desktop.keyEvents.isGranted = false;
-    const auto press = [&] {
+    const QString nothing = u"Không có chữ nào đang được chọn"_s;
+    const auto asks = [&] {
         deliver = {};
         appState.notice = QString();
         appState.pendingTextToTranslate = QString();
-        desktop.hotKeys.handler(textHotKeyID);
+        press(textHotKeyID);
         desktop.clock.advance(1s);
         return deliver != nullptr;
     };
-    ASSERT_TRUE(press());
-    deliver({u"maybe old"_s, LateSelection::Age::unknown});
-    EXPECT_EQ(appState.pendingTextToTranslate(), u"maybe old"_s);
-    EXPECT_FALSE(appState.isPendingTextWanted);
-    ASSERT_TRUE(press());
-    deliver({u"new"_s, LateSelection::Age::recent});
-    EXPECT_EQ(appState.pendingTextToTranslate(), u"new"_s);
-    EXPECT_TRUE(appState.isPendingTextWanted);
-    ASSERT_TRUE(press());
-    deliver({});
-    EXPECT_EQ(appState.pendingTextToTranslate(), QString());
-    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
-
+    for (const LateSelection& shown : {LateSelection{u"maybe old"_s, LateSelection::Age::unknown},
+             LateSelection{u"new"_s, LateSelection::Age::recent}, LateSelection()}) {
+        ASSERT_TRUE(asks());
+        deliver(shown);
+        EXPECT_EQ(appState.pendingTextToTranslate(), shown.text);
+        EXPECT_EQ(appState.notice() == nothing, shown.text.isEmpty());
+        if (!shown.text.isEmpty())
+            EXPECT_EQ(appState.isPendingTextWanted, shown.age == LateSelection::Age::recent);
+    }
     // Not where the element has spoken.
     desktop.accessibility.focused = {.hasNoSelection = true};
-    EXPECT_FALSE(press());
+    EXPECT_FALSE(asks());
     desktop.accessibility.focused = {.holdsPassword = true};
-    EXPECT_FALSE(press());
-    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
+    EXPECT_FALSE(asks());
+    EXPECT_EQ(appState.notice(), nothing);
 }
 
 TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_requested) {
@@ -124,8 +117,7 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     region.onRun = [this] { EXPECT_FALSE(popover.shown) << "in the picture"; };
     const auto capture = [this] {
         popover.shown = true;
-        desktop.hotKeys.handler(ocrHotKeyID);
-        desktop.clock.advance(0ms);
+        press(ocrHotKeyID);
         desktop.clock.advance(150ms);
         EXPECT_TRUE(eventually([this] { return popover.shown; }));
     };
@@ -150,7 +142,7 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     EXPECT_EQ(appState.notice(), QString());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
 
-    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"  chữ trên màn hình \n"_s}}});
+    pictureSays(u"  chữ trên màn hình \n"_s);
     bool wasTold = false;
     recognizer.onRecognize = [&] { wasTold = appState.isReadingCapture(); };
     capture();
@@ -190,19 +182,15 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
 
 TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {
     launch();
-    recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"chữ"_s}}});
-    const auto press = [this] {
-        desktop.hotKeys.handler(ocrHotKeyID);
-        desktop.clock.advance(0ms);
-    };
+    pictureSays(u"chữ"_s);
     recognizer.onRecognize = [&] {
-        press();
+        press(ocrHotKeyID);
         EXPECT_EQ(log.messages().count(u"handleScreenOCRHotKey: triggered"_s), 2);
         EXPECT_TRUE(appState.isReadingCapture());
         EXPECT_FALSE(recognizer.stops.back().stop_requested());
         EXPECT_TRUE(popover.shown);
     };
-    press();
+    press(ocrHotKeyID);
     desktop.clock.advance(150ms);
     EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ"; }));
     EXPECT_FALSE(appState.isReadingCapture());

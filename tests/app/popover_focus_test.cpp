@@ -9,55 +9,48 @@
 namespace tralio {
 namespace {
 
-class FakeWindow final : public PopoverFocus::Window {
-public:
+/// A popover's window in the hands of a user and of a window manager.
+class PopoverFocusTest : public testing::Test, protected PopoverFocus::Window {
+protected:
     bool isActive() const override { return active; }
     bool isInFront() const override { return inFront; }
     bool isUnderPointer() const override { return underPointer; }
     bool isAidUnderPointer() const override { return aidUnderPointer; }
     void bringToFront() override { ++asked; }
     void closeForUser() override {
-        open = false;
-        focus->hidden();
+        isOpen = false;
+        focus.hidden();
     }
-
-    PopoverFocus* focus = nullptr;
-    bool open = false;
-    bool active = false;
-    bool inFront = false;
-    bool underPointer = false;
-    bool aidUnderPointer = false;
-    int asked = 0;  ///< for the keyboard
-};
-
-class PopoverFocusTest : public testing::Test {
-protected:
-    PopoverFocusTest() { window.focus = &focus; }
 
     /// Shown, with the keyboard, for a while already.
     void open() {
-        window.open = true;
+        isOpen = true;
         focus.shown();
         gain();
         clock.advance(5s);
     }
     void gain() {
-        window.active = true;
+        active = true;
         focus.activated();
     }
     void lose() {
-        window.active = false;
+        active = false;
         focus.deactivated();
     }
     void click(bool inside) {
-        window.underPointer = inside;
+        underPointer = inside;
         focus.pressed();
         focus.released();
     }
 
+    bool isOpen = false;
+    bool active = false;
+    bool inFront = false;
+    bool underPointer = false;
+    bool aidUnderPointer = false;
+    int asked = 0;  ///< for the keyboard
     FakeClock clock;
-    FakeWindow window;
-    PopoverFocus focus{window, clock};
+    PopoverFocus focus{*this, clock};
 };
 
 TEST_F(PopoverFocusTest, a_click_elsewhere_closes_it_whether_or_not_it_takes_the_keyboard) {
@@ -65,18 +58,18 @@ TEST_F(PopoverFocusTest, a_click_elsewhere_closes_it_whether_or_not_it_takes_the
         open();
         click(true);
         clock.advance(1s);
-        EXPECT_TRUE(window.open);
-        window.aidUnderPointer = true;
+        EXPECT_TRUE(isOpen);
+        aidUnderPointer = true;
         click(false);
-        EXPECT_TRUE(window.open) << "an input method's list";
-        window.aidUnderPointer = false;
+        EXPECT_TRUE(isOpen) << "an input method's list";
+        aidUnderPointer = false;
         focus.pressed();
         if (takesKeyboard)
             lose();
         clock.advance(1s);
-        EXPECT_TRUE(window.open) << "the button is still down: it may become a drag";
+        EXPECT_TRUE(isOpen) << "the button is still down: it may become a drag";
         focus.released();
-        EXPECT_FALSE(window.open);
+        EXPECT_FALSE(isOpen);
     }
     clock.advance(1s);
     click(false);
@@ -85,23 +78,23 @@ TEST_F(PopoverFocusTest, a_click_elsewhere_closes_it_whether_or_not_it_takes_the
 
 TEST_F(PopoverFocusTest, a_drag_that_ends_over_it_is_a_drop_and_brings_it_to_the_front) {
     open();
-    const int asked = window.asked;
-    window.underPointer = false;
+    const int askedBefore = asked;
+    underPointer = false;
     focus.pressed();
     lose();
     clock.advance(1s);
-    window.underPointer = true;
+    underPointer = true;
     focus.released();
-    EXPECT_TRUE(window.open);
-    EXPECT_EQ(window.asked, asked + 1);
+    EXPECT_TRUE(isOpen);
+    EXPECT_EQ(asked, askedBefore + 1);
     gain();
     clock.advance(3s);
 
     // And the other way round: what begins inside is not a click elsewhere.
     focus.pressed();
-    window.underPointer = false;
+    underPointer = false;
     focus.released();
-    EXPECT_TRUE(window.open);
+    EXPECT_TRUE(isOpen);
 }
 
 TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follows_the_pointer) {
@@ -112,13 +105,13 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     for (const auto& motion :
         {std::function<void()>([this] { focus.moved(); }), std::function<void()>(left)}) {
         open();
-        window.underPointer = false;
+        underPointer = false;
         motion();
         lose();
         clock.advance(5s);
-        EXPECT_TRUE(window.open) << "closed by a motion";
+        EXPECT_TRUE(isOpen) << "closed by a motion";
         click(false);
-        EXPECT_FALSE(window.open) << "a click still closes it";
+        EXPECT_FALSE(isOpen) << "a click still closes it";
     }
 
     open();
@@ -126,7 +119,7 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     clock.advance(20ms);
     left();
     clock.advance(5s);
-    EXPECT_TRUE(window.open) << "told of the keyboard first";
+    EXPECT_TRUE(isOpen) << "told of the keyboard first";
 
     const std::pair<const char*, std::function<void()>> leavings[] = {
         {"left by the keyboard", [] {}},
@@ -143,12 +136,12 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
             }},
         {"the pointer is still here: it has taken nothing along",
             [this] {
-                window.underPointer = true;
+                underPointer = true;
                 focus.moved();
             }},
         {"moved long before",
             [&] {
-                window.underPointer = false;
+                underPointer = false;
                 focus.moved();
                 left();
                 clock.advance(601ms);
@@ -159,7 +152,7 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
         before();
         lose();
         clock.advance(50ms);
-        EXPECT_FALSE(window.open) << how;
+        EXPECT_FALSE(isOpen) << how;
     }
 }
 
@@ -171,55 +164,55 @@ TEST_F(PopoverFocusTest, a_focus_that_follows_the_pointer_may_take_the_window_ma
     clock.advance(500ms);
     lose();
     clock.advance(5s);
-    EXPECT_TRUE(window.open);
+    EXPECT_TRUE(isOpen);
 
     gain();
     lose();
     clock.advance(50ms);
-    EXPECT_FALSE(window.open) << "a motion before it had the keyboard has not taken it";
+    EXPECT_FALSE(isOpen) << "a motion before it had the keyboard has not taken it";
 }
 
 TEST_F(
     PopoverFocusTest, a_grab_that_keeps_the_keyboard_for_a_moment_leaves_it_open_until_another_is_in_front) {
     open();
-    window.inFront = true;
+    inFront = true;
     lose();
     clock.advance(5s);
-    EXPECT_TRUE(window.open);
-    window.inFront = false;
+    EXPECT_TRUE(isOpen);
+    inFront = false;
     clock.advance(50ms);
-    EXPECT_FALSE(window.open);
+    EXPECT_FALSE(isOpen);
 }
 
 TEST_F(PopoverFocusTest, a_slow_window_manager_is_asked_again_and_one_that_gives_no_keyboard_leaves_it_open) {
-    window.open = true;
+    isOpen = true;
     focus.shown();
-    EXPECT_EQ(window.asked, 1);
+    EXPECT_EQ(asked, 1);
     clock.advance(1s);
-    const int asked = window.asked;
-    EXPECT_GT(asked, 5);
+    const int inTheFirstSecond = asked;
+    EXPECT_GT(inTheFirstSecond, 5);
     clock.advance(10s);
-    EXPECT_TRUE(window.open);
-    EXPECT_LT(window.asked, 3 * asked) << "for ever";
+    EXPECT_TRUE(isOpen);
+    EXPECT_LT(asked, 3 * inTheFirstSecond) << "for ever";
     EXPECT_EQ(clock.pending(), 0);
 
     focus.shown();
     gain();
     lose();
     clock.advance(250ms);
-    EXPECT_TRUE(window.open) << "told of the time before it was shown";
+    EXPECT_TRUE(isOpen) << "told of the time before it was shown";
     clock.advance(100ms);
-    EXPECT_FALSE(window.open);
+    EXPECT_FALSE(isOpen);
 }
 
 TEST_F(PopoverFocusTest, one_that_was_in_front_when_it_was_shown_again_is_left_by_the_keyboard_unheard) {
-    window.open = true;
+    isOpen = true;
     focus.shown();
-    window.inFront = true;
+    inFront = true;
     focus.shown();
-    window.inFront = false;
+    inFront = false;
     clock.advance(350ms);
-    EXPECT_FALSE(window.open);
+    EXPECT_FALSE(isOpen);
 }
 
 TEST_F(PopoverFocusTest, that_it_was_just_closed_by_a_click_is_known_for_that_click) {

@@ -51,6 +51,10 @@ protected:
         desktop.workspace.front = {4711, u"org.example.Editor"_s, u"Editor"_s};
         desktop.accessibility.focused = {.selectedText = text};
     }
+    void press(HotKeyID hotKey) {
+        desktop.hotKeys.handler(hotKey);
+        desktop.clock.advance(std::chrono::milliseconds(0));
+    }
     /// Selects in an application that answers only by copying, as its menu item does.
     void selectForCopying() {
         desktop.workspace.front = {4711, u"org.example.Editor"_s, u"Editor"_s};

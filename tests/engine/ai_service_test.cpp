@@ -26,7 +26,7 @@ TEST_F(AIServiceTest, a_translation_is_one_post_to_the_endpoint_and_its_trimmed_
     EXPECT_EQ(request.userText(), u"Hello, \n e\u0301!"_s);
     EXPECT_TRUE(request.systemPrompt().startsWith(u"Translate.\n\n"_s));
     EXPECT_TRUE(request.systemPrompt().contains(TranslationTone::formal.promptInstruction()));
-    EXPECT_THAT(noted.limits, testing::ElementsAre(45s));
+    EXPECT_THAT(noted.limits, ElementsAre(45s));
 }
 
 TEST_F(AIServiceTest, a_connection_test_names_the_model_it_reached_and_does_not_read_the_reply) {
@@ -43,42 +43,32 @@ TEST_F(AIServiceTest, a_connection_test_names_the_model_it_reached_and_does_not_
 
 TEST_F(AIServiceTest, the_first_thing_that_is_wrong_is_the_one_reported_and_nothing_is_sent) {
     const QString half = QChar(0xdc00);
-    const auto with = [this](const QString& baseURL, const QString& presetId, const QString& apiKey) {
-        EndpointSettings changed = settings;
-        changed.baseURL = baseURL;
-        changed.selectedPresetId = presetId;
-        changed.apiKey = apiKey;
-        return changed;
-    };
-    struct Case {
-        QString text;
-        EndpointSettings settings;
-        std::optional<AIError> error;
-    };
+    const AIError unwritable = AIError::decodingError(u"Không thể mã hóa yêu cầu JSON."_s);
     const QString good = settings.baseURL;
-    const Case cases[] = {
-        {u" \n\u2003 "_s, with(u"no url"_s, u"openai"_s, {}), std::nullopt},
-        {half, with(u"no url"_s, u"openai"_s, u" "_s), AIError::invalidURL()},
-        {half, with(good, u"openai"_s, u" \n"_s), AIError::missingApiKey()},
-        {half, with(good, u"Ollama"_s, u""_s), AIError::missingApiKey()},
-        {half, with(good, u"ollama"_s, u""_s), AIError::decodingError(u"Không thể mã hóa yêu cầu JSON."_s)},
+    const std::tuple<QString, QString, QString, QString, std::optional<AIError>> cases[] = {
+        {u" \n\u2003 "_s, u"no url"_s, u"openai"_s, {}, std::nullopt},
+        {half, u"no url"_s, u"openai"_s, u" "_s, AIError::invalidURL()},
+        {half, good, u"openai"_s, u" \n"_s, AIError::missingApiKey()},
+        {half, good, u"Ollama"_s, u""_s, AIError::missingApiKey()},
+        {half, good, u"ollama"_s, u""_s, unwritable},
     };
-    for (const Case& given : cases) {
-        const Outcome outcome = outcomeOf(
-            service.translate(given.text, u"A"_s, u"B"_s, TranslationTone::natural, given.settings));
-        EXPECT_EQ(outcome.aiError, given.error);
-        EXPECT_EQ(outcome.failed, given.error.has_value());
+    for (const auto& [text, baseURL, presetId, apiKey, error] : cases) {
+        settings.baseURL = baseURL;
+        settings.selectedPresetId = presetId;
+        settings.apiKey = apiKey;
+        const Outcome outcome =
+            outcomeOf(service.translate(text, u"A"_s, u"B"_s, TranslationTone::natural, settings));
+        EXPECT_EQ(outcome.aiError, error);
+        EXPECT_EQ(outcome.failed, error.has_value());
         EXPECT_EQ(outcome.text.isEmpty(), !outcome.failed);
+        if (error && error != unwritable)
+            EXPECT_EQ(outcomeOf(testConnection()).aiError, error);
     }
-
-    EXPECT_EQ(outcomeOf(service.testConnection(cases[1].settings)).aiError, AIError::invalidURL());
-    EXPECT_EQ(outcomeOf(service.testConnection(cases[2].settings)).aiError, AIError::missingApiKey());
     settings.model = half;
-    const Outcome unwritable = outcomeOf(testConnection());
-    EXPECT_TRUE(unwritable.failed);
-    EXPECT_EQ(unwritable.aiError, std::nullopt) << "the writer's own error is passed on";
-    EXPECT_FALSE(unwritable.text.isEmpty());
-
+    const Outcome outcome = outcomeOf(testConnection());
+    EXPECT_TRUE(outcome.failed);
+    EXPECT_EQ(outcome.aiError, std::nullopt) << "the writer's own error is passed on";
+    EXPECT_FALSE(outcome.text.isEmpty());
     EXPECT_TRUE(standIn.requests().isEmpty());
 }
 
@@ -104,46 +94,40 @@ TEST_F(AIServiceTest, a_status_that_only_announces_an_answer_is_none) {
 }
 
 TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_has) {
-    struct Case {
-        StandInReply reply;
-        QString translation;
-        QString connectionTest;
+    const QString page =
+        u"\n<!DOCTYPE html><html><head><title>502 Bad\n Gateway &amp; co</title></head></html>"_s;
+    // The replies, the message in them, and whether a test of the connection tells it as well.
+    const std::tuple<StandInReply, QString, bool> cases[] = {
+        {StandInReply::error(500, u"quá tải %1"_s), u"quá tải %1"_s, true},
+        {StandInReply::error(407, u"m"_s), u"m"_s, true},
+        {StandInReply::error(304, u"m"_s), u""_s, false},
+        {StandInReply::withBody(502, "Bad\nGateway "), u"Bad\nGateway "_s, false},
+        {StandInReply::withBody(502, page.toUtf8()), u"502 Bad Gateway & co"_s, false},
+        {StandInReply::withBody(503, {}), u""_s, false},
+        {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"), u"HTTP Status 403"_s, true},
     };
-    const QString key = AIError::httpError(401, {}).errorDescription();
-    const QString path = AIError::httpError(404, {}).errorDescription();
-    const QString limit = AIError::httpError(429, {}).errorDescription();
-    const Case cases[] = {
-        {StandInReply::error(500, u"quá tải %1"_s), u"Lỗi máy chủ (500): quá tải %1"_s,
-            u"Lỗi máy chủ (500): quá tải %1"_s},
-        {StandInReply::withBody(502, "Bad\nGateway "), u"Lỗi máy chủ (502): Bad\nGateway "_s,
-            u"Lỗi máy chủ (502): HTTP Status 502"_s},
-        {StandInReply::withBody(502,
-             "\n<!DOCTYPE html><html><head><title>502 Bad\n Gateway &amp; co</title>"
-             "<style>b{}</style></head><body><h1>Sorry</h1></body></html>"),
-            u"Lỗi máy chủ (502): 502 Bad Gateway & co"_s, u"Lỗi máy chủ (502): HTTP Status 502"_s},
-        {StandInReply::withBody(504, "<HTML><script>if (a<b) x()</script><h1>Too</h1><p>late</p></HTML>"),
-            u"Lỗi máy chủ (504): Too late"_s, u"Lỗi máy chủ (504): HTTP Status 504"_s},
-        {StandInReply::withBody(503, {}), u"Lỗi máy chủ (503): "_s, u"Lỗi máy chủ (503): HTTP Status 503"_s},
-        {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"),
-            u"Lỗi máy chủ (403): HTTP Status 403"_s, u"Lỗi máy chủ (403): HTTP Status 403"_s},
-        {StandInReply::error(304, u"m"_s), u"Lỗi máy chủ (304): "_s, u"Lỗi máy chủ (304): HTTP Status 304"_s},
-        {StandInReply::error(401, u"m"_s), key, key},
-        {StandInReply::error(404, u"m"_s), path, path},
-        {StandInReply::error(429, u"m"_s), limit, limit},
-        {StandInReply::error(407, u"m"_s), u"Lỗi máy chủ (407): m"_s, u"Lỗi máy chủ (407): m"_s},
-    };
-    for (const Case& given : cases) {
-        standIn.replies(given.reply);
+    for (const auto& [reply, message, isInTest] : cases) {
+        standIn.replies(reply);
+        const QString start = u"Lỗi máy chủ (%1): "_s.arg(reply.status);
         const Outcome translation = outcomeOf(translate());
-        EXPECT_EQ(translation.text, given.translation);
+        EXPECT_EQ(translation.text, start + message);
         ASSERT_TRUE(translation.aiError);
-        EXPECT_EQ(translation.aiError->statusCode(), given.reply.status);
-        EXPECT_EQ(outcomeOf(testConnection()).text, given.connectionTest);
+        EXPECT_EQ(translation.aiError->statusCode(), reply.status);
+        EXPECT_EQ(outcomeOf(testConnection()).text,
+            start + (isInTest ? message : u"HTTP Status %1"_s.arg(reply.status)));
     }
+    // Of these the program knows better what they mean.
+    const auto expectOwnWords = [this](const StandInReply& reply) {
+        standIn.replies(reply);
+        const QString words = AIError::httpError(reply.status, {}).errorDescription();
+        EXPECT_EQ(outcomeOf(translate()).text, words);
+        EXPECT_EQ(outcomeOf(testConnection()).text, words);
+    };
+    for (const int status : {401, 404, 429})
+        expectOwnWords(StandInReply::error(status, u"m"_s));
     StandInReply challenge = StandInReply::error(401, u"m"_s);
     challenge.headers.emplaceBack("WWW-Authenticate", "Basic realm=\"x\"");
-    standIn.replies(challenge);
-    EXPECT_EQ(outcomeOf(translate()).text, key);
+    expectOwnWords(challenge);
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include "engine/chat_completions.h"
 
 #include <QElapsedTimer>
+#include <QSet>
 
 #include "common/localized_error.h"
 #include "engine/provider_preset.h"
+#include "engine/translation_tone.h"
 #include "support/testing.h"
 
 namespace tralio::chat_completions {
@@ -61,6 +63,29 @@ TEST(ErrorPageTest, never_holds_the_window_up) {
         (void)bodyAsMessage("<html>" + part.repeated(200'000 / part.size()));
         (void)bodyAsMessage(part.repeated(200'000 / part.size()) + "<html>");
         EXPECT_LT(time.elapsed(), 1000) << part.constData();
+    }
+}
+
+TEST(TranslationToneTest, every_tone_is_found_by_its_label_and_by_nothing_else) {
+    QSet<QString> instructions;
+    for (const TranslationTone& tone : TranslationTone::allCases()) {
+        EXPECT_EQ(TranslationTone::fromRawValue(tone.rawValue()), tone);
+        instructions.insert(tone.promptInstruction());
+    }
+    EXPECT_EQ(instructions.size(), 4);
+    for (const QString& other : {u"tự nhiên"_s, u"Tự nhiên "_s, QString()})
+        EXPECT_EQ(TranslationTone::fromRawValue(other), std::nullopt) << qPrintable(other);
+}
+
+TEST(ProviderPresetTest, the_presets_name_a_model_and_an_endpoint_without_its_tail) {
+    for (const ProviderPreset& preset : ProviderPreset::presets()) {
+        if (preset.id == u"custom")
+            continue;
+        const QUrl url(preset.baseURL, QUrl::StrictMode);
+        EXPECT_TRUE(url.isValid()) << qPrintable(preset.baseURL);
+        EXPECT_EQ(url.scheme(), preset.id == u"ollama" ? u"http"_s : u"https"_s);
+        EXPECT_FALSE(preset.baseURL.endsWith(u'/'));
+        EXPECT_FALSE(preset.defaultModel.isEmpty());
     }
 }
 

@@ -29,36 +29,33 @@ struct Outcome {
     std::optional<AIError> aiError;
 };
 
-inline QCoro::Task<void> record(QCoro::Task<QString> task, std::shared_ptr<Outcome> outcome) {
-    try {
-        outcome->text = co_await task;
-    } catch (const LocalizedError& error) {
-        outcome->failed = true;
-        outcome->text = error.errorDescription();
-        if (const auto* aiError = dynamic_cast<const AIError*>(&error))
-            outcome->aiError = *aiError;
-    }
-    outcome->ended = true;
-}
-
 /// Runs the event loop until the operation ends. QCoro's own `waitFor` never returns from one that fails.
 inline Outcome outcomeOf(QCoro::Task<QString> task) {
-    const auto outcome = std::make_shared<Outcome>();
-    const QCoro::Task<void> recording = record(std::move(task), outcome);
-    EXPECT_TRUE(eventually([&outcome] { return outcome->ended; })) << "the operation never ended";
-    return *outcome;
+    Outcome outcome;
+    const auto record = [&]() -> QCoro::Task<void> {
+        try {
+            outcome.text = co_await task;
+        } catch (const LocalizedError& error) {
+            outcome.failed = true;
+            outcome.text = error.errorDescription();
+            if (const auto* aiError = dynamic_cast<const AIError*>(&error))
+                outcome.aiError = *aiError;
+        }
+        outcome.ended = true;
+    };
+    const QCoro::Task<void> recording = record();
+    EXPECT_TRUE(eventually([&outcome] { return outcome.ended; })) << "the operation never ended";
+    return outcome;
 }
 
 /// A service, and a stand-in for the model that its settings point at. Time stands still.
 class EngineTest : public testing::Test {
 protected:
     EngineTest() {
-        using namespace Qt::StringLiterals;
         settings = {standIn.baseURL(), u"custom"_s, u"sk-test"_s, u"test-model"_s, u"Translate."_s};
     }
 
     QCoro::Task<QString> translate(std::stop_token stop = {}) {
-        using namespace Qt::StringLiterals;
         return service.translate(
             u"Hello"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, TranslationTone::natural, settings, stop);
     }

@@ -4,19 +4,16 @@
 #include "fuzz/fuzz.h"
 #include "platform/linux/selection/clipboard_formats.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tralio;
-    if (size == 0)
-        return 0;
-    const auto encoding = data[0] % 2 == 0 ? TextFormat::Encoding::utf8 : TextFormat::Encoding::eightBit;
+void tralio::fuzz::readInput(const QByteArray& input) {
+    const auto kind = static_cast<quint8>(input.isEmpty() ? 0 : input.front());
+    const auto encoding = kind % 2 == 0 ? TextFormat::Encoding::utf8 : TextFormat::Encoding::eightBit;
     // Now and then as a text that goes on behind the limit, where the reading stopped.
-    const bool isLong = data[0] == 0xfe;
-    QByteArray bytes = fuzz::bytes(data + 1, size - 1);
+    const bool isLong = kind == 0xfe;
+    QByteArray bytes = input.mid(1);
     if (isLong)
         bytes += QByteArray(longestTextBytes + 1 - bytes.size(), 'a');
     const QString text = decodeText(bytes, encoding);
-    fuzz::require(isLong || text.size() <= bytes.size(), "a letter has a byte at least");
-    fuzz::require(!isLong || isTooLong(text), "what is too long is told to be");
-    fuzz::require(text.size() <= 2 * (longestText + 1), "no more is kept than tells it");
-    return 0;
+    require(isLong || text.size() <= bytes.size(), "a letter has a byte at least");
+    require(!isLong || isTooLong(text), "what is too long is told to be");
+    require(text.size() <= 2 * (longestText + 1), "no more is kept than tells it");
 }

@@ -3,13 +3,17 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QList>
 
 #include <cstdio>
+#include <cstdlib>
 #include <random>
 
-#include "fuzz/fuzz.h"
+#include "support/files.h"
+
+namespace tralio::fuzz {
+void readInput(const QByteArray& input);
+}
 
 namespace {
 
@@ -46,27 +50,20 @@ QByteArray damaged(const QList<QByteArray>& corpus, std::mt19937& random) {
 int main(int argc, char** argv) {
     QList<QByteArray> corpus;
     const QDir folder(QString::fromLocal8Bit(argc > 2 ? argv[2] : ""));
-    for (const QString& name : folder.entryList(QDir::Files)) {
-        QFile file(folder.filePath(name));
-        if (file.open(QIODevice::ReadOnly))
-            corpus.push_back(file.readAll());
-    }
+    for (const QString& name : folder.entryList(QDir::Files))
+        corpus += tralio::contentOf(folder.filePath(name));
     if (corpus.isEmpty()) {
         std::fputs("usage: fuzz_NAME SECONDS CORPUS\n", stderr);
         return EXIT_FAILURE;
     }
-    const auto feed = [](const QByteArray& input) {
-        LLVMFuzzerTestOneInput(
-            reinterpret_cast<const std::uint8_t*>(input.constData()), static_cast<std::size_t>(input.size()));
-    };
     for (const QByteArray& input : corpus)
-        feed(input);
+        tralio::fuzz::readInput(input);
     std::mt19937 random(1);
     QElapsedTimer time;
     time.start();
     long executions = 0;
     for (; !time.hasExpired(1000LL * std::atoi(argv[1])); ++executions)
-        feed(damaged(corpus, random));
+        tralio::fuzz::readInput(damaged(corpus, random));
     std::printf("%ld executions\n", executions);
     return EXIT_SUCCESS;
 }

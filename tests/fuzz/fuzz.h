@@ -10,14 +10,10 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-/// One input for one reader: what `LLVMFuzzerTestOneInput` is for libFuzzer, and for our driver.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
 namespace tralio::fuzz {
 
-[[nodiscard]] inline QByteArray bytes(const std::uint8_t* data, std::size_t size) {
-    return {reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)};
-}
+/// One input for one reader: each of these programs has its own.
+void readInput(const QByteArray& input);
 
 /// Ends the process, as a crash does, when something does not hold that must.
 inline void require(bool holds, const char* what) {
@@ -37,3 +33,9 @@ inline void require(bool holds, const char* what) {
 }
 
 }  // namespace tralio::fuzz
+
+/// What libFuzzer calls, and our driver.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    tralio::fuzz::readInput({reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)});
+    return 0;
+}

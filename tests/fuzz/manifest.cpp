@@ -4,14 +4,11 @@
 #include "fuzz/fuzz.h"
 #include "update/app_update_info.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tralio;
+void tralio::fuzz::readInput(const QByteArray& input) {
     try {
-        const AppUpdateInfo info = AppUpdateInfo::fromJson(fuzz::bytes(data, size));
-        fuzz::require(
-            AppUpdateInfo::fromJson(info.toJson()) == info, "what was read is written and read again");
+        const AppUpdateInfo info = AppUpdateInfo::fromJson(input);
+        require(AppUpdateInfo::fromJson(info.toJson()) == info, "what was read is written and read again");
     } catch (const LocalizedError&) {
         // In words.
     }
-    return 0;
 }

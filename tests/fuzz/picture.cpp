@@ -6,11 +6,9 @@
 #include "fuzz/fuzz.h"
 #include "programs/recogniser/image_decoder.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tralio;
+void tralio::fuzz::readInput(const QByteArray& input) {
     QImageReader::setAllocationLimit(64);
-    const DecodedImage decoded = decodeImage(QUrl::fromLocalFile(fuzz::fileOf(fuzz::bytes(data, size))));
+    const DecodedImage decoded = decodeImage(QUrl::fromLocalFile(fileOf(input)));
     if (const auto* image = std::get_if<QImage>(&decoded))
-        fuzz::require(!image->isNull(), "a decoded picture is one");
-    return 0;
+        require(!image->isNull(), "a decoded picture is one");
 }

@@ -146,15 +146,14 @@ private:
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void tralio::fuzz::readInput(const QByteArray& input) {
     static auto& bus = *new BusOfTwo;  // which libFuzzer would take down in an order of its own
-    Values values(fuzz::bytes(data, size));
+    Values values(input);
     const KeyCombination keys{KeyCode{values.number()}, Modifiers::fromInt(values.number())};
     const auto trigger = shortcutTrigger(keys);
-    fuzz::require(!trigger || !trigger->isEmpty(), "a key has a name, or none");
+    require(!trigger || !trigger->isEmpty(), "a key has a name, or none");
     (void)readableShortcut(keys);
     for (int answers = 0; answers < 40 && !values.isEmpty(); ++answers)
         bus.send(values.map());
     bus.awaitReading();
-    return 0;
 }

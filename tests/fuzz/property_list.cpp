@@ -3,8 +3,6 @@
 #include "fuzz/fuzz.h"
 #include "update/info_plist.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tralio;
-    (void)infoPlistText(fuzz::fileOf(fuzz::bytes(data, size)), u"CFBundleShortVersionString");
-    return 0;
+void tralio::fuzz::readInput(const QByteArray& input) {
+    (void)infoPlistText(fileOf(input), u"CFBundleShortVersionString");
 }

@@ -3,14 +3,6 @@
 #include "fuzz/messages.h"
 #include "platform/linux/helpers/recogniser_protocol.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tralio;
-    using namespace recogniser_protocol;
-    fuzz::readMessages(fuzz::bytes(data, size), [](const QByteArray& payload) {
-        if (const auto request = decodeRequest(payload))
-            (void)encode(*request);
-        if (const auto reply = decodeReply(payload))
-            (void)encode(*reply);
-    });
-    return 0;
+void tralio::fuzz::readInput(const QByteArray& input) {
+    readMessages(input, recogniser_protocol::decodeRequest, recogniser_protocol::decodeReply);
 }

@@ -4,14 +4,11 @@
 #include "platform/linux/speech/speech_voices.h"
 #include "platform/linux/speech/ssip_reader.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tralio;
+void tralio::fuzz::readInput(const QByteArray& input) {
     SsipReader reader;
     reader.onReply = [](const SsipReader::Reply& reply) { (void)languagesOf(reply.data); };
     reader.onEvent = [](SsipReader::Event, qint64) {};
-    const QByteArray input = fuzz::bytes(data, size);
     const qsizetype half = input.size() / 2;
     if (reader.add(input.first(half)))
         (void)reader.add(input.sliced(half));
-    return 0;
 }

@@ -4,48 +4,18 @@
 
 #include <thread>
 
-#include "speech/speech_synthesizer.h"
+#include "speech/fake_synthesizer.h"
 #include "support/event_loop.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-/// Reads until it is told that it has read to the end.
-class FakeSynthesizer final : public SpeechSynthesizer {
-public:
-    [[nodiscard]] bool isSpeaking() const override { return speaking; }
-
-    void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) override {
-        EXPECT_FALSE(speaking);
-        speaking = true;
-        flagWhenTaken = service->isSpeaking();
-        utterances << utterance;
-        ends.push_back(std::move(onEnd));
-    }
-
-    void stopSpeaking() override {
-        ++stops;
-        speaking = false;
-    }
-
-    /// The end of an utterance arrives as it does from a real engine, on a thread of the engine's own.
-    void tellEnd(std::size_t utterance, ReadingEnd end = ReadingEnd::over) {
-        speaking = speaking && utterance + 1 != ends.size();
-        std::thread(ends.at(utterance), end).join();
-    }
-
-    SpeechService* service = nullptr;
-    QList<Utterance> utterances;
-    std::vector<std::function<void(ReadingEnd)>> ends;
-    bool speaking = false;
-    bool flagWhenTaken = false;
-    int stops = 0;
-};
-
 class Speech : public testing::Test {
 protected:
-    Speech() { synthesizer.service = service.get(); }
+    /// The end arrives as it does from a real engine, on a thread of the engine's own.
+    static void tell(const std::function<void(ReadingEnd)>& end, ReadingEnd how = ReadingEnd::over) {
+        std::thread(end, how).join();
+    }
 
     FakeSynthesizer synthesizer;
     std::unique_ptr<SpeechService> service = std::make_unique<SpeechService>(synthesizer);
@@ -65,8 +35,7 @@ TEST_F(Speech, english_has_its_own_voice_and_every_other_language_the_vietnamese
     };
     for (const auto& [language, voices] : cases) {
         service->speak(u" \n xin chào\u00a0\u2029 "_s, language);
-        EXPECT_EQ(synthesizer.utterances.last(), (Utterance{u"xin chào"_s, voices}))
-            << language.toStdString();
+        EXPECT_EQ(synthesizer.reading, (Utterance{u"xin chào"_s, voices})) << language.toStdString();
         service->stop();
     }
 }
@@ -74,7 +43,7 @@ TEST_F(Speech, english_has_its_own_voice_and_every_other_language_the_vietnamese
 TEST_F(Speech, blanks_and_a_stop_while_silent_do_nothing) {
     service->speak(u" \t\n\u3000"_s, u"en"_s);
     service->stop();
-    EXPECT_THAT(synthesizer.utterances, IsEmpty());
+    EXPECT_EQ(synthesizer.reading, std::nullopt);
     EXPECT_EQ(synthesizer.stops, 0);
     EXPECT_FALSE(service->isSpeaking());
 
@@ -85,22 +54,23 @@ TEST_F(Speech, blanks_and_a_stop_while_silent_do_nothing) {
 }
 
 TEST_F(Speech, a_second_call_stops_and_a_third_one_reads_again) {
+    synthesizer.onSpeak = [this] { EXPECT_TRUE(service->isSpeaking()) << "told before the flag rises"; };
     service->speak(u"one"_s, u"en"_s);
-    EXPECT_TRUE(synthesizer.flagWhenTaken) << "the flag rises before the synthesizer hears of it";
     service->speak(u"two"_s, u"en"_s);
     EXPECT_EQ(synthesizer.stops, 1);
+    EXPECT_EQ(synthesizer.reading, std::nullopt);
     EXPECT_FALSE(service->isSpeaking());
     service->speak(u"three"_s, u"en"_s);
     EXPECT_TRUE(service->isSpeaking());
-    ASSERT_EQ(synthesizer.utterances.size(), 2);
-    EXPECT_EQ(synthesizer.utterances.last().text, u"three"_s);
+    EXPECT_EQ(synthesizer.reading->text, u"three"_s);
 }
 
 TEST_F(Speech, the_flag_falls_on_the_main_thread_after_the_end_of_the_present_utterance_only) {
     service->speak(u"one"_s, u"en"_s);
+    const auto endOfFirst = synthesizer.end;
     service->stop();
     service->speak(u"two"_s, u"en"_s);
-    synthesizer.tellEnd(0);
+    tell(endOfFirst);
     EXPECT_TRUE(nextTurn());
     EXPECT_TRUE(service->isSpeaking()) << "the cancellation of the first text came late";
 
@@ -108,7 +78,7 @@ TEST_F(Speech, the_flag_falls_on_the_main_thread_after_the_end_of_the_present_ut
     QObject::connect(
         service.get(), &ObservableObject::objectWillChange, service.get(),
         [&] { changedOn = QThread::currentThread(); }, Qt::DirectConnection);
-    synthesizer.tellEnd(1);
+    tell(synthesizer.end);
     EXPECT_TRUE(service->isSpeaking()) << "not on the engine's thread";
     EXPECT_TRUE(nextTurn());
     EXPECT_FALSE(service->isSpeaking());
@@ -116,20 +86,20 @@ TEST_F(Speech, the_flag_falls_on_the_main_thread_after_the_end_of_the_present_ut
 
     service->speak(u"three"_s, u"en"_s);
     EXPECT_EQ(service->failure(), std::nullopt);
-    synthesizer.tellEnd(2, ReadingEnd::failed);
+    tell(synthesizer.end, ReadingEnd::failed);
     EXPECT_TRUE(nextTurn());
     EXPECT_FALSE(service->isSpeaking());
     EXPECT_NE(service->failure(), std::nullopt);
     service->speak(u"four"_s, u"en"_s);
     EXPECT_EQ(service->failure(), std::nullopt) << "of another text";
     service->stop();
-    synthesizer.tellEnd(3, ReadingEnd::failed);
+    tell(synthesizer.end, ReadingEnd::failed);
     EXPECT_TRUE(nextTurn());
     EXPECT_EQ(service->failure(), std::nullopt) << "of a text that was given up";
 
     service->speak(u"five"_s, u"en"_s);
     service.reset();
-    synthesizer.tellEnd(4);
+    tell(synthesizer.end);
     EXPECT_TRUE(nextTurn()) << "an end that comes after the service is gone reaches nobody";
 }
 

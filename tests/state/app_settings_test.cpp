@@ -1,5 +1,7 @@
 #include "state/app_settings.h"
 
+#include <array>
+
 #include "engine/provider_preset.h"
 #include "state/hot_key_registrar.h"
 #include "support/memory_key_value_store.h"
@@ -84,40 +86,30 @@ TEST(AppSettingsTest, everything_that_was_assigned_is_there_when_constructed_ane
     EXPECT_EQ(journal.values.at(u"app_setting_hotkey_keycode"_s), StoredValue(qint64{4294967295}));
 }
 
-/// What a store holds of a hot key.
-struct StoredHotKey {
-    std::optional<StoredValue> keyCode{}, modifiers{}, display{};
-};
+/// What a store holds of a hot key: key code, modifiers and display.
+using StoredHotKey = std::array<std::optional<StoredValue>, 3>;
 
 /// The hot keys that are loaded where these are stored.
 std::pair<HotKey, HotKey> load(const StoredHotKey& text, const StoredHotKey& ocr) {
+    const QString names[] = {u"keycode"_s, u"modifiers"_s, u"display"_s};
     Journal journal;
-    const auto put = [&journal](const QString& name, const std::optional<StoredValue>& value) {
-        if (value)
-            journal.values.insert_or_assign(u"app_setting_"_s + name, *value);
-    };
-    for (const auto& [prefix, stored] : {std::pair(u"hotkey_"_s, text), std::pair(u"ocr_hotkey_"_s, ocr)}) {
-        put(prefix + u"keycode"_s, stored.keyCode);
-        put(prefix + u"modifiers"_s, stored.modifiers);
-        put(prefix + u"display"_s, stored.display);
-    }
+    for (const auto& [prefix, stored] : {std::pair(u"hotkey_"_s, text), std::pair(u"ocr_hotkey_"_s, ocr)})
+        for (size_t i = 0; i < stored.size(); ++i)
+            if (stored[i])
+                journal.values.insert_or_assign(u"app_setting_"_s + prefix + names[i], *stored[i]);
     const AppSettings settings(journal, journal);
     return {textHotKey(settings), ocrHotKey(settings)};
 }
 
 TEST(AppSettingsTest, a_hot_key_is_loaded_only_with_its_display_and_with_codes_it_can_have) {
-    struct Case {
-        const char* what;
-        StoredHotKey stored;
-        std::optional<HotKey> loaded;  // nothing: the defaults
-    };
     const StoredValue code(qint64{14});
     const StoredValue modifiers(qint64{2048});
     const StoredValue display(u"⌃ X"_s);
     const HotKey none{0, 0, u"⌃ X"_s};
-    const Case cases[] = {
+    // Where nothing is loaded, the defaults stand.
+    const std::tuple<const char*, StoredHotKey, std::optional<HotKey>> cases[] = {
         {"all stored", {code, modifiers, display}, HotKey{14, 2048, u"⌃ X"_s}},
-        {"no codes", {{}, {}, display}, none},
+        {"no codes", {std::nullopt, std::nullopt, display}, none},
         {"codes of another type", {u"14"_s, QByteArray("14"), display}, none},
         {"codes that are truths", {true, false, display}, HotKey{1, 0, u"⌃ X"_s}},
         {"no display", {code, modifiers, {}}, {}},
@@ -201,29 +193,24 @@ TEST(AppSettingsTest, observers_are_told_before_the_change_and_the_store_learns_
 }
 
 TEST(AppSettingsTest, a_preset_brings_its_endpoint_along) {
-    struct Case {
-        QStringView id;
-        QStringList writes;
-        bool builtInKey;
+    const std::pair<QStringView, QStringList> cases[] = {
+        {u"openai", {u"preset_id"_s, u"base_url"_s, u"model"_s}},
+        {u"kavo_sonnet", {u"preset_id"_s, u"base_url"_s, u"model"_s, u"api_key"_s}},
+        {u"custom", {u"preset_id"_s}},
     };
-    const Case cases[] = {
-        {u"openai", {u"preset_id"_s, u"base_url"_s, u"model"_s}, false},
-        {u"kavo_sonnet", {u"preset_id"_s, u"base_url"_s, u"model"_s, u"api_key"_s}, true},
-        {u"custom", {u"preset_id"_s}, false},
-    };
-    for (const Case& c : cases) {
+    for (const auto& [id, writes] : cases) {
         Journal journal;
         AppSettings settings(journal, journal);
         settings.baseURL = u"u"_s;
         settings.model = u"m"_s;
         settings.apiKey = u"mine"_s;
         journal.entries.clear();
-        settings.applyPreset(preset(c.id));
-        EXPECT_EQ(journal.entries, c.writes) << c.id.toUtf8().constData();
-        EXPECT_EQ(settings.selectedPresetId(), c.id);
-        EXPECT_EQ(settings.apiKey(), c.builtInKey ? AppSettings::defaultApiKey : u"mine"_s);
-        EXPECT_EQ(settings.baseURL(), c.id == u"custom" ? u"u"_s : preset(c.id).baseURL);
-        EXPECT_EQ(settings.model(), c.id == u"custom" ? u"m"_s : preset(c.id).defaultModel);
+        settings.applyPreset(preset(id));
+        EXPECT_EQ(journal.entries, writes) << id.toUtf8().constData();
+        EXPECT_EQ(settings.selectedPresetId(), id);
+        EXPECT_EQ(settings.apiKey(), id == u"kavo_sonnet" ? AppSettings::defaultApiKey : u"mine"_s);
+        EXPECT_EQ(settings.baseURL(), id == u"custom" ? u"u"_s : preset(id).baseURL);
+        EXPECT_EQ(settings.model(), id == u"custom" ? u"m"_s : preset(id).defaultModel);
     }
 }
 

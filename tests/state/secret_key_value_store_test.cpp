@@ -54,6 +54,13 @@ protected:
         settings.emplace(store, keeper);
         settings->onKeyAwaited = [this](bool awaited) { awaitedTold += awaited; };
     }
+    /// Starts where the keeper has a key and is locked.
+    void startLocked() {
+        store.values = {{apiKey, marker}};
+        keeper.kept = u"sk-mine"_s;
+        keeper.isLocked = true;
+        start();
+    }
     QString key() { return settings->text(apiKey).value_or(u"none"_s); }
     StoredValue stored() { return store.values[apiKey]; }
 
@@ -149,10 +156,7 @@ TEST_F(SecretKeyValueStoreTest, a_key_is_handed_over_as_it_is_typed_the_last_sta
 
 TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locked_goes_when_it_opens) {
     for (const QString& instead : {AppSettings::defaultApiKey, QString()}) {
-        store.values = {{apiKey, marker}};
-        keeper.kept = u"sk-mine"_s;
-        keeper.isLocked = true;
-        start();
+        startLocked();
         keeper.answerFind(Answer::locked);
         settings->setValue(apiKey, instead);
         EXPECT_FALSE(settings->isKeyAwaited());
@@ -165,10 +169,7 @@ TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locke
     }
 
     // A new one takes its place.
-    store.values = {{apiKey, marker}};
-    keeper.kept = u"sk-mine"_s;
-    keeper.isLocked = true;
-    start();
+    startLocked();
     settings->setValue(apiKey, QString());
     settings->setValue(apiKey, u"sk-new"_s);
     keeper.isLocked = false;
@@ -184,10 +185,7 @@ TEST_F(SecretKeyValueStoreTest, undoing_a_reset_waits_again_for_a_key_that_was_a
         void updateTextHotKey(quint32 /*keyCode*/, quint32 /*modifiers*/) override {}
         void updateOCRHotKey(quint32 /*keyCode*/, quint32 /*modifiers*/) override {}
     } registrar;
-    store.values[apiKey] = marker;
-    keeper.kept = u"sk-mine"_s;
-    keeper.isLocked = true;
-    start();
+    startLocked();
     AppSettings shown(*settings, registrar);
     const auto undo = shown.remembered();
     shown.resetToDefaults();

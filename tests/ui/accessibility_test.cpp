@@ -7,9 +7,8 @@
 #include "history/translation_history_store.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/switch.h"
-#include "ui/kit/theme.h"
 #include "ui/main/main_view.h"
-#include "ui/stage.h"
+#include "ui/stage_test.h"
 
 namespace tralio {
 namespace {
@@ -27,11 +26,8 @@ void walk(QAccessibleInterface& object, const Visit& visit) {
 }
 
 /// The program through a screen reader.
-class AccessibleProgram : public testing::Test {
+class AccessibleProgram : public StageTest {
 protected:
-    AccessibleProgram() { Theme::setAppearance({.reducedMotion = true}); }
-    ~AccessibleProgram() override { Theme::setAppearance({}); }
-
     [[nodiscard]] static QAccessibleInterface& accessible(QWidget& widget) {
         return *QAccessible::queryAccessibleInterface(&widget);
     }
@@ -41,16 +37,18 @@ protected:
         names.removeAll(QAccessibleActionInterface::setFocusAction());
         return names;
     }
-    void press(const QString& name) {
-        ASSERT_TRUE(stage.hasControl(name)) << qPrintable(name);
-        QWidget& control = *stage.controls(name).constFirst();
+    void activate(QWidget& control) {
         accessible(control).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        stage.settle();
+        settle();
+    }
+    void activate(const QString& name) {
+        ASSERT_TRUE(hasControl(name)) << qPrintable(name);
+        activate(*controls(name).constFirst());
     }
     /// What a screen reader reads out by itself when it comes into sight.
     [[nodiscard]] QStringList news() {
         QStringList news;
-        walk(accessible(stage.window()), [&news](QAccessibleInterface& object) {
+        walk(accessible(window()), [&news](QAccessibleInterface& object) {
             if (object.role() == QAccessible::AlertMessage)
                 news += object.text(QAccessible::Name);
         });
@@ -65,16 +63,17 @@ protected:
     }
     /// Goes by Tab from the tabs on and around; the number of stops.
     int walkByTab() {
-        QWidget* const start = stage.controls(u"Tralio"_s).constFirst();
+        QWidget* const start = controls(u"Tralio"_s).constFirst();
         start->setFocus(Qt::TabFocusReason);
         int stops = 0;
         for (QWidget* before = start; stops < 100; ++stops) {
-            stage.press(Qt::Key_Tab);
+            press(Qt::Key_Tab);
             QWidget* here = QApplication::focusWidget();
             if (here == start || (stops > 0 && here->parentWidget() == start->parentWidget()))
                 break;
             EXPECT_TRUE(isReadAfter(*here, *before))
                 << qPrintable(nameOf(*here)) << " after " << qPrintable(nameOf(*before));
+            EXPECT_FALSE(here->visibleRegion().isEmpty()) << qPrintable(nameOf(*here)) << " is out of sight";
             before = here;
         }
         return stops;
@@ -82,21 +81,19 @@ protected:
     [[nodiscard]] static QString nameOf(QWidget& widget) {
         return accessible(widget).text(QAccessible::Name);
     }
-
-    Stage stage;
 };
 
 TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it_as_it_is_read) {
-    stage.desktop.permissions.accessibility = false;  // the footer warns, and the settings ask
-    stage.store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
-    stage.store.setValue(u"app_setting_api_key"_s, u"sk-own"_s);
-    TranslationHistoryStore history(stage.store);
+    desktop.permissions.accessibility = false;  // the footer warns, and the settings ask
+    store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
+    store.setValue(u"app_setting_api_key"_s, u"sk-own"_s);
+    TranslationHistoryStore history(store);
     history.add(u"hello"_s, u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Chuẩn"_s);
     history.add(u"good night"_s, u"ngủ ngon"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Chuẩn"_s);
-    stage.open();
+    open();
     for (const QString& tab : {u"Tralio"_s, u"Lịch sử"_s, u"Cài đặt"_s, u"Tác giả"_s}) {
-        stage.click(tab);
-        walk(accessible(stage.window()), [&](QAccessibleInterface& object) {
+        click(tab);
+        walk(accessible(window()), [&](QAccessibleInterface& object) {
             const QAccessible::Role role = object.role();
             const bool isUsed = object.state().focusable ||
                 (object.actionInterface() != nullptr && qobject_cast<Control*>(object.object()) != nullptr);
@@ -105,99 +102,94 @@ TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it
                     << object.object()->metaObject()->className() << " in " << qPrintable(tab);
             EXPECT_NE(role, QAccessible::Graphic) << "a picture without a name is nothing to be told of";
         });
-        if (stage.hasControl(u"Xóa"_s) && stage.hasControl(u"Xóa tất cả"_s)) {
-            EXPECT_EQ(accessible(*stage.controls(u"Xóa"_s).constFirst()).text(QAccessible::Description),
-                u"good night"_s);
-            stage.click(u"Xóa"_s);
-            stage.click(u"Hoàn tác"_s);  // a row that was made last, and stands first
+        if (hasControl(u"Xóa"_s) && hasControl(u"Xóa tất cả"_s)) {
+            EXPECT_EQ(
+                accessible(*controls(u"Xóa"_s).constFirst()).text(QAccessible::Description), u"good night"_s);
+            click(u"Xóa"_s);
+            click(u"Hoàn tác"_s);  // a row that was made last, and stands first
         }
         EXPECT_GT(walkByTab(), 4) << qPrintable(tab);
     }
 }
 
 TEST_F(AccessibleProgram, is_pressed_as_it_is_clicked) {
-    stage.open();
-    stage.model.replies(StandInReply::translation(u"xong"_s).delivered(StandInReply::Delivery::held));
-    stage.type(u"slow"_s);
-    press(u"Tralio (↵ Enter)"_s);
-    Control* busy = stage.controls(u"Đang dịch bằng AI..."_s).constFirst();
+    open();
+    model.replies(StandInReply::translation(u"xong"_s).delivered(StandInReply::Delivery::held));
+    type(u"slow"_s);
+    activate(u"Tralio (↵ Enter)"_s);
+    Control* busy = controls(u"Đang dịch bằng AI..."_s).constFirst();
     EXPECT_TRUE(accessible(*busy).state().busy);
     EXPECT_THAT(actions(*busy), IsEmpty());
 
-    press(u"Cài đặt"_s);
-    ASSERT_TRUE(stage.hasControl(u"⌥ T"_s)) << "a tab opens its panel";
-    press(u"⌥ T"_s);
-    EXPECT_EQ(stage.store.text(u"app_setting_hotkey_display"_s), u"⌥ T"_s);
-    press(u"Tự động dịch khi mở từ Clipboard"_s);
-    EXPECT_EQ(stage.store.boolean(u"app_setting_auto_paste"_s), false);
-    auto* autoPaste = stage.find<Switch>();
+    activate(u"Cài đặt"_s);
+    activate(u"⌥ T"_s);
+    EXPECT_EQ(setting(u"hotkey_display"_s), u"⌥ T"_s);
+    EXPECT_THAT(actions(*controls(u"Bôi đen: ⌥ T"_s).value(0)), IsEmpty()) << "a green one does nothing";
+    activate(u"Tự động dịch khi mở từ Clipboard"_s);
+    auto* autoPaste = find<Switch>();
     EXPECT_FALSE(accessible(*autoPaste).state().checked);
     EXPECT_TRUE(accessible(*autoPaste).state().checkable);
 
-    Control* chip = stage.controls(u"Bôi đen: ⌥ T"_s).constFirst();
-    EXPECT_THAT(actions(*chip), IsEmpty()) << "a green one does nothing";
-    Control* provider = stage.part<Control>(
-        [](const Control& control) { return control.spokenRole() == QAccessible::ButtonMenu; });
+    Control* provider =
+        part<Control>([](const Control& control) { return control.spokenRole() == QAccessible::ButtonMenu; });
     ASSERT_NE(provider, nullptr);
     EXPECT_FALSE(accessible(*provider).state().expanded);
-    accessible(*provider).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    stage.settle();
+    activate(*provider);
     EXPECT_TRUE(accessible(*provider).state().expanded);
-    press(u"OpenAI"_s);
-    EXPECT_EQ(stage.store.text(u"app_setting_preset_id"_s), u"openai"_s);
+    activate(u"OpenAI"_s);
+    EXPECT_EQ(setting(u"preset_id"_s), u"openai"_s);
     EXPECT_FALSE(accessible(*provider).state().expanded);
 }
 
 TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that_stands_there_always) {
-    stage.open();
+    open();
     EXPECT_THAT(news(), IsEmpty());
-    stage.model.translatesTo(u"xong"_s);
-    stage.type(u"done"_s);
-    stage.press(Qt::Key_Return);
-    stage.wait([this] { return stage.hasControl(u"Sao chép"_s); });
+    model.translatesTo(u"xong"_s);
+    type(u"done"_s);
+    press(Qt::Key_Return);
+    wait([this] { return hasControl(u"Sao chép"_s); });
     EXPECT_THAT(news(), ElementsAre(u"Bản dịch:"_s));
 
-    stage.model.replies(StandInReply::error(500, u"quá tải"_s));
-    stage.press(Qt::Key_Return);
-    stage.wait([this] { return stage.find<ErrorStrip>()->isVisible(); });
+    model.replies(StandInReply::error(500, u"quá tải"_s));
+    press(Qt::Key_Return);
+    wait([this] { return find<ErrorStrip>()->isVisible(); });
     EXPECT_THAT(news(), Contains(u"Lỗi máy chủ (500): quá tải"_s));
-    stage.appState.notice = u"Không có chữ nào đang được chọn"_s;
-    stage.settle();
+    appState.notice = u"Không có chữ nào đang được chọn"_s;
+    settle();
     EXPECT_THAT(news(), Contains(u"Không có chữ nào đang được chọn"_s));
-    stage.appState.notice = QString();
-    stage.settle();
+    appState.notice = QString();
+    settle();
     EXPECT_THAT(news(), Not(Contains(u"4 ký tự"_s)));
 
-    stage.click(u"Cài đặt"_s);
+    click(u"Cài đặt"_s);
     EXPECT_THAT(news(), IsEmpty());
-    stage.click(u"Kiểm tra kết nối"_s);
-    stage.wait([this] { return stage.hasControl(u"Kiểm tra kết nối"_s); });
-    stage.click(u"Tralio văn bản bôi đen: Đổi"_s);
+    click(u"Kiểm tra kết nối"_s);
+    wait([this] { return hasControl(u"Kiểm tra kết nối"_s); });
+    click(u"Tralio văn bản bôi đen: Đổi"_s);
     EXPECT_THAT(news(), SizeIs(2)) << "the test's result, and how to record";
 }
 
 TEST_F(AccessibleProgram, keeps_the_keyboard_from_what_is_beside_a_button_that_goes_with_its_strip) {
-    stage.store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
-    stage.store.setValue(u"app_setting_api_key"_s, u"sk-own"_s);
-    stage.store.setValue(u"app_setting_model"_s, u"qwen"_s);
-    stage.open();
+    store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
+    store.setValue(u"app_setting_api_key"_s, u"sk-own"_s);
+    store.setValue(u"app_setting_model"_s, u"qwen"_s);
+    open();
     const auto pressTwice = [this](const QString& name) {
-        stage.press(Qt::Key_Shift);
-        stage.controls(name).constFirst()->setFocus(Qt::TabFocusReason);
-        stage.press(Qt::Key_Space);
-        stage.press(Qt::Key_Space);
+        focus(name);
+        press(Qt::Key_Space);
+        press(Qt::Key_Space);
     };
-    stage.type(u"text"_s);
-    stage.press(Qt::Key_Return);  // refused: the key would be exposed
-    ASSERT_TRUE(stage.find<ErrorStrip>()->isVisible());
-    const QString error = stage.find<ErrorStrip>()->accessibleName();
+    type(u"text"_s);
+    press(Qt::Key_Return);  // refused: the key would be exposed
+    ASSERT_TRUE(find<ErrorStrip>()->isVisible());
+    const QString error = find<ErrorStrip>()->accessibleName();
     pressTwice(u"Đóng thông báo lỗi"_s);
-    EXPECT_FALSE(stage.find<ErrorStrip>()->isVisible()) << qPrintable(error);
+    EXPECT_FALSE(find<ErrorStrip>()->isVisible()) << qPrintable(error);
 
-    stage.click(u"Cài đặt"_s);
+    click(u"Cài đặt"_s);
     pressTwice(u"Vẫn gửi"_s);
-    EXPECT_EQ(stage.store.text(u"app_setting_model"_s), u"qwen"_s);
-    EXPECT_TRUE(stage.model.requests().isEmpty());
+    EXPECT_EQ(store.text(u"app_setting_model"_s), u"qwen"_s);
+    EXPECT_TRUE(model.requests().isEmpty());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "ui/kit/colors.h"
 
+#include <array>
 #include <vector>
 
 #include "support/testing.h"
@@ -12,44 +13,26 @@ QColor named(const char* name) {
 }
 
 TEST(Colors, an_accent_moves_as_far_as_it_takes_to_be_readable_and_keeps_its_hue) {
-    struct Accent {
-        const char* accent;
-        const char* fill;
-        const char* textLight;
-        const char* textDark;
-        const char* iconLight;
+    using Roles = std::array<const char*, 3>;  // fill, text and icon
+    constexpr std::tuple<const char*, Roles, Roles> accents[] = {
+        {"#0A84FF", {"#0072E5", "#005EBC", "#0A84FF"}, {"#0072E5", "#61B0FF", "#0A84FF"}},
+        {"#E8731A", {"#B75A12", "#974A0F", "#D86A16"}, {"#B75A12", "#EE9856", "#E8731A"}},
+        {"#2FA84F", {"#25843E", "#1E6C33", "#2C9C49"}, {"#25843E", "#38C75E", "#2FA84F"}},
     };
-    constexpr Accent accents[] = {
-        {"#0A84FF", "#0072E5", "#005EBC", "#61B0FF", "#0A84FF"},
-        {"#E8731A", "#B75A12", "#974A0F", "#EE9856", "#D86A16"},
-        {"#2FA84F", "#25843E", "#1E6C33", "#38C75E", "#2C9C49"},
-    };
-    for (const Accent& given : accents) {
-        const Colors light(Scheme::light, named(given.accent));
-        const Colors dark(Scheme::dark, named(given.accent));
-        EXPECT_EQ(light[ColorRole::accentFill], named(given.fill));
-        EXPECT_EQ(dark[ColorRole::accentFill], named(given.fill));
-        EXPECT_EQ(light[ColorRole::accentText], named(given.textLight));
-        EXPECT_EQ(dark[ColorRole::accentText], named(given.textDark));
-        EXPECT_EQ(light[ColorRole::accentIcon], named(given.iconLight));
-        EXPECT_EQ(dark[ColorRole::accentIcon], named(given.accent));
+    for (const auto& [accent, light, dark] : accents) {
+        for (const auto& [scheme, roles] : {std::pair(Scheme::light, light), std::pair(Scheme::dark, dark)}) {
+            const Colors colors(scheme, named(accent));
+            EXPECT_EQ(colors[ColorRole::accentFill], named(roles[0]));
+            EXPECT_EQ(colors[ColorRole::accentText], named(roles[1]));
+            EXPECT_EQ(colors[ColorRole::accentIcon], named(roles[2]));
+        }
     }
 }
 
-TEST(Colors, every_role_has_one_in_both_schemes) {
-    for (const Scheme scheme : {Scheme::light, Scheme::dark})
-        for (int role = int(ColorRole::none) + 1; role < int(ColorRole::count); ++role)
-            EXPECT_TRUE(Colors(scheme, named("#007aff"))[ColorRole(role)].isValid()) << role;
-}
-
-TEST(Colors, every_text_is_readable_on_its_surfaces_in_both_schemes_and_any_accent) {
+TEST(Colors, every_role_has_a_colour_and_every_text_is_readable_in_both_schemes_and_any_accent) {
     using enum ColorRole;
-    struct Ground {
-        ColorRole surface;
-        ColorRole tint;  ///< over the surface
-        std::vector<ColorRole> texts;
-    };
-    const Ground grounds[] = {
+    // Surfaces, the tints over them, and the texts on both.
+    const std::tuple<ColorRole, ColorRole, std::vector<ColorRole>> grounds[] = {
         {window, none, {text, secondary, placeholder, accentText, red}},
         {window, accentBadge, {accentText}},
         {control, none, {text, secondary, red}},
@@ -77,6 +60,8 @@ TEST(Colors, every_text_is_readable_on_its_surfaces_in_both_schemes_and_any_acce
     for (const char* accent : {"#0A84FF", "#8E5CF7", "#E8478B", "#E8731A", "#2FA84F", "#7A828E"}) {
         for (const Scheme scheme : {Scheme::light, Scheme::dark}) {
             const Colors colors(scheme, named(accent));
+            for (int role = int(none) + 1; role < int(count); ++role)
+                EXPECT_TRUE(colors[ColorRole(role)].isValid()) << role;
             for (const auto& [surface, tint, texts] : grounds) {
                 const QColor ground = over(colors[tint], colors[surface]);
                 for (const ColorRole text : texts)

@@ -5,62 +5,64 @@
 
 #include "history/translation_history_store.h"
 #include "ui/history/history_row.h"
-#include "ui/main_window_fixture.h"
+#include "ui/stage_test.h"
 
 namespace tralio {
 namespace {
 
 /// Two presses at one place, as quick as those of a double click.
-class DoubleClick : public MainWindow {
+class DoubleClick : public StageTest {
 protected:
     void pressAt(const QPoint& place) {
-        QWidget& window = stage.window();
-        QWidget* target = window.childAt(place);
-        QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFrom(&window, place));
-        stage.settle();
+        QWidget* target = window().childAt(place);
+        QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFrom(&window(), place));
+        settle();
+    }
+    /// How often the button that lies there now is pressed by what follows.
+    void countPressesAt(const QPoint& place) {
+        auto* button = qobject_cast<QAbstractButton*>(window().childAt(place));
+        ASSERT_TRUE(button) << "nothing to hit";
+        QObject::connect(button, &QAbstractButton::pressed, button, [this] { ++presses; });
     }
     static QPoint centerOf(const QWidget* widget) {
         return widget->mapTo(widget->window(), widget->rect().center());
     }
+
+    int presses = 0;
 };
 
 TEST_F(DoubleClick, on_skip_does_not_reach_what_lay_beneath_but_a_later_or_another_press_does) {
-    stage.store.setValue(u"hasCompletedOnboarding"_s, false);
-    stage.open();
-    EXPECT_FALSE(shows(u"Cài đặt"_s)) << "it lies over everything";
-    const QPoint place = centerOf(stage.controls(u"Bỏ qua"_s).constFirst());
+    store.setValue(u"hasCompletedOnboarding"_s, false);
+    open();
+    EXPECT_FALSE(hasControl(u"Cài đặt"_s)) << "it lies over everything";
+    const QPoint place = centerOf(controls(u"Bỏ qua"_s).constFirst());
     pressAt(place);
-    EXPECT_FALSE(shows(u"Bỏ qua"_s));
+    EXPECT_FALSE(hasControl(u"Bỏ qua"_s));
     EXPECT_TRUE(isOnTab(u"Tralio"_s));
-    EXPECT_EQ(stage.store.boolean(u"hasCompletedOnboarding"_s), true) << "ended for good";
-    QWidget* beneath = stage.window().childAt(place);
-    int presses = 0;
-    auto* button = qobject_cast<QAbstractButton*>(beneath);
-    ASSERT_TRUE(button) << "nothing to hit";
-    QObject::connect(button, &QAbstractButton::pressed, button, [&] { ++presses; });
+    EXPECT_EQ(store.boolean(u"hasCompletedOnboarding"_s), true) << "ended for good";
+    countPressesAt(place);
     pressAt(place);
     pressAt(place + QPoint(2, 1));
     EXPECT_EQ(presses, 0);
 
-    pressAt(centerOf(stage.controls(u"Lịch sử"_s).constFirst()));
+    pressAt(centerOf(controls(u"Lịch sử"_s).constFirst()));
     EXPECT_TRUE(isOnTab(u"Lịch sử"_s)) << "elsewhere one may press at once";
-    stage.desktop.clock.advance(std::chrono::milliseconds(QApplication::doubleClickInterval()));
+    desktop.clock.advance(std::chrono::milliseconds(QApplication::doubleClickInterval()));
     pressAt(place);
     EXPECT_EQ(presses, 1);
 }
 
 TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_alone) {
-    TranslationHistoryStore history(stage.store);
+    TranslationHistoryStore history(store);
     for (int i = 0; i < 8; ++i)
         history.add(u"hello %1"_s.arg(i), u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
-    stage.open();
+    open();
     QList<QPoint> buttons;
-    for (const auto* button : stage.window().findChildren<QAbstractButton*>())
-        if (button->isVisible())
-            buttons += centerOf(button);
-    stage.click(u"Lịch sử"_s);
+    for (const auto* button : visibleParts<QAbstractButton>(window()))
+        buttons += centerOf(button);
+    click(u"Lịch sử"_s);
     const auto rowAt = [this](const QPoint& place) {
-        QWidget* widget = stage.window().childAt(place);
+        QWidget* widget = window().childAt(place);
         while (widget && !qobject_cast<HistoryRow*>(widget) && !qobject_cast<QAbstractButton*>(widget))
             widget = widget->parentWidget();
         return qobject_cast<HistoryRow*>(widget);
@@ -69,11 +71,8 @@ TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_al
     ASSERT_NE(place, buttons.cend()) << "no row where the other panel has a button";
 
     pressAt(*place);
-    stage.wait([this] { return isOnTab(u"Tralio"_s); });
-    auto* beneath = qobject_cast<QAbstractButton*>(stage.window().childAt(*place));
-    ASSERT_TRUE(beneath);
-    int presses = 0;
-    QObject::connect(beneath, &QAbstractButton::pressed, beneath, [&] { ++presses; });
+    wait([this] { return isOnTab(u"Tralio"_s); });
+    countPressesAt(*place);
     pressAt(*place);
     EXPECT_EQ(presses, 0);
 }

@@ -23,9 +23,6 @@ class FoundText : public TranslatePanel {
 protected:
     FoundText() { input->text = u"typed"_s; }
 
-    void pictureSays(const QString& text) {
-        recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {text}}});
-    }
     static Picture picture() { return std::make_shared<MemoryFile>("not looked at by the panel"); }
     [[nodiscard]] QUrl file(const QString& name, const QByteArray& content) const {
         return QUrl::fromLocalFile(writeFile(folder.filePath(name), content));

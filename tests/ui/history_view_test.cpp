@@ -1,11 +1,20 @@
 #include "ui/history/history_view.h"
 
 #include <QAccessible>
+#include <QLocale>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
+#include <QTimeZone>
 
-#include "history_panel_support.h"
+#include <ctime>
+
+#include "history/translation_history_store.h"
+#include "support/event_loop.h"
+#include "support/fake_desktop.h"
+#include "support/memory_key_value_store.h"
 #include "ui/history/history_row.h"
+#include "ui/history/history_state.h"
 #include "ui/kit/badge.h"
 #include "ui/kit/button.h"
 #include "ui/kit/focus_order.h"
@@ -13,19 +22,28 @@
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/kit/stack.h"
+#include "ui/undo/undo_offer.h"
 #include "widget_support.h"
 
 namespace tralio {
 namespace {
 
-class HistoryViewTest : public HistoryPanel {
+/// The history panel in the hands of a test. It is noon of a day in the time zone of the desktop.
+class HistoryPanel : public testing::Test {
 protected:
+    static std::chrono::system_clock::time_point at(const QDateTime& time) {
+        return std::chrono::system_clock::time_point(std::chrono::milliseconds(time.toMSecsSinceEpoch()));
+    }
+    /// Adds an entry whose translation is the text in capitals.
+    void add(const QString& text) {
+        history.add(text, text.toUpper(), u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
+    }
     /// Shows the panel with these entries, the first one at the top.
     void show(QStringList texts) {
         std::ranges::reverse(texts);
         for (const QString& text : texts)
             add(text);
-        view = new HistoryView(*panel);
+        view = new HistoryView(panel);
         filled(&window, column({}, {view}));
         window.resize(530, 300);
         showActive(window);
@@ -53,8 +71,8 @@ protected:
         QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, middle(widget));
         ASSERT_TRUE(nextTurn());
     }
-    void press(Qt::Key key) {
-        QTest::keyClick(window.windowHandle(), key);
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(window.windowHandle(), key, modifiers);
         ASSERT_TRUE(nextTurn());
     }
     QScrollBar* scrollBar() const { return view->findChild<ScrollPanel*>()->verticalScrollBar(); }
@@ -65,11 +83,35 @@ protected:
         bool focusNextPrevChild(bool next) override { return moveFocus(*this, next); }
     };
 
+    QDateTime now{QDate(2026, 11, 25), QTime(12, 0)};
+    FakeDesktop desktop;
+    MemoryKeyValueStore store;
+    TranslationHistoryStore history{store, [this] { return at(now); }};
+    UndoOffer undo{desktop.clock};
+    QStringList picked;  ///< source texts
+    HistoryState panel{{history, desktop.pasteboard, undo, desktop.clock, [this] { return at(now); }},
+        [this](const TranslationItem& item) { picked += item.sourceText; }};
     Window window;
     HistoryView* view = nullptr;
 };
 
-TEST_F(HistoryViewTest, a_click_anywhere_on_a_row_picks_it_but_not_one_on_its_buttons_or_let_go_elsewhere) {
+/// Moves the desktop to another time zone, for as long as it lives.
+class TimeZone final {
+public:
+    explicit TimeZone(const char* name) : m_before(qgetenv("TZ")) { set(name); }
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
+    ~TimeZone() { set(m_before); }
+
+private:
+    static void set(const QByteArray& name) {
+        name.isNull() ? qunsetenv("TZ") : qputenv("TZ", name);
+        tzset();
+    }
+    QByteArray m_before;
+};
+
+TEST_F(HistoryPanel, a_click_anywhere_on_a_row_picks_it_but_not_one_on_its_buttons_or_let_go_elsewhere) {
     show({u"one"_s, u"two"_s});
     HistoryRow* row = rows()[1];
     QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, middle(rows()[0]));
@@ -83,15 +125,23 @@ TEST_F(HistoryViewTest, a_click_anywhere_on_a_row_picks_it_but_not_one_on_its_bu
     clickAt(visibleControl(*row, u"Sao chép"_s));
     EXPECT_EQ(desktop.pasteboard.content, u"TWO"_s);
     EXPECT_EQ(visibleControls(*view, u"Đã chép!"_s), QList{visibleControl(*row, u"Đã chép!"_s)});
-    desktop.clock.advance(1500ms);
+    desktop.clock.advance(1s);
+    QSignalSpy changes(&panel, &ObservableObject::objectWillChange);
+    clickAt(visibleControl(*rows()[0], u"Sao chép"_s));
+    desktop.clock.advance(1499ms);
     ASSERT_TRUE(nextTurn());
-    EXPECT_NE(visibleControl(*row, u"Sao chép"_s), nullptr);
+    EXPECT_EQ(visibleControls(*view, u"Đã chép!"_s), QList{visibleControl(*rows()[0], u"Đã chép!"_s)})
+        << "taken away with the mark of the first";
+    desktop.clock.advance(1ms);
+    ASSERT_TRUE(nextTurn());
+    EXPECT_TRUE(visibleControls(*view, u"Đã chép!"_s).isEmpty());
+    EXPECT_EQ(changes.size(), 2);
     clickAt(visibleControl(*row, u"Xóa"_s));
     EXPECT_EQ(shown(), QStringList(u"one"_s));
     EXPECT_EQ(picked.size(), 5) << "a button of the row picked it too";
 }
 
-TEST_F(HistoryViewTest, the_keyboard_reaches_picks_and_removes_rows) {
+TEST_F(HistoryPanel, the_keyboard_reaches_picks_and_removes_rows) {
     show({u"one"_s, u"two"_s, u"three"_s});
     const QList<HistoryRow*> list = rows();
     visibleControl(*view, u"Xóa tất cả"_s)->setFocus(Qt::TabFocusReason);
@@ -124,7 +174,7 @@ TEST_F(HistoryViewTest, the_keyboard_reaches_picks_and_removes_rows) {
     EXPECT_TRUE(showsEmptyState());
 }
 
-TEST_F(HistoryViewTest, a_row_is_spoken_with_its_texts_and_languages) {
+TEST_F(HistoryPanel, a_row_is_spoken_with_its_texts_and_languages) {
     show({u"Hello there"_s});
     const QString name = QAccessible::queryAccessibleInterface(rows()[0])->text(QAccessible::Name);
     for (const QString& part : {u"Hello there"_s, u"HELLO THERE"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s})
@@ -132,7 +182,32 @@ TEST_F(HistoryViewTest, a_row_is_spoken_with_its_texts_and_languages) {
     EXPECT_EQ(visibleParts<Badge>(*view).value(0)->accessibleName(), u"TIẾNG ANH ➔ TIẾNG VIỆT"_s);
 }
 
-TEST_F(HistoryViewTest, what_was_today_is_shown_with_its_day_when_the_panel_comes_back_on_another) {
+TEST_F(HistoryPanel, a_time_shows_its_day_unless_that_is_today_where_the_user_is) {
+    const QLocale before;
+    QLocale::setDefault(QLocale::c());
+    const TimeZone hanoi("Asia/Ho_Chi_Minh");
+    const auto utc = [](const QDate& day, const QTime& time) {
+        return QDateTime(day, time, QTimeZone::utc());
+    };
+    now = utc({2026, 11, 24}, {18, 0});  // one o'clock of the 25th
+    EXPECT_EQ(panel.formatDate(utc({2026, 11, 24}, {17, 0, 0})), u"00:00"_s);
+    EXPECT_EQ(panel.formatDate(utc({2026, 11, 25}, {16, 59, 59})), u"23:59"_s);
+    EXPECT_EQ(panel.formatDate(utc({2026, 11, 24}, {16, 59, 59})), u"24/11 23:59"_s);
+    EXPECT_EQ(panel.formatDate(utc({2025, 12, 31}, {16, 59})), u"31/12 23:59"_s);
+    EXPECT_EQ(panel.formatDate(utc({2025, 11, 25}, {2, 5})), u"25/11 09:05"_s);
+    EXPECT_EQ(panel.formatDate(utc({2026, 11, 25}, {17, 0})), u"26/11 00:00"_s);
+    TranslationItem beyondAllTime;
+    beyondAllTime.timestamp = 1e300;
+    EXPECT_EQ(panel.formatDate(beyondAllTime.date()), QString());
+
+    const TimeZone london("Europe/London");
+    EXPECT_EQ(panel.formatDate(utc({2026, 11, 24}, {16, 59})), u"16:59"_s);
+    QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
+    EXPECT_EQ(panel.formatDate(utc({2026, 11, 24}, {16, 59})), u"١٦:٥٩"_s);
+    QLocale::setDefault(before);
+}
+
+TEST_F(HistoryPanel, what_was_today_is_shown_with_its_day_when_the_panel_comes_back_on_another) {
     show({u"one"_s});
     EXPECT_TRUE(textsIn(*view).contains(u"12:00"_s));
     window.hide();
@@ -141,19 +216,7 @@ TEST_F(HistoryViewTest, what_was_today_is_shown_with_its_day_when_the_panel_come
     EXPECT_TRUE(textsIn(*view).contains(u"25/11 12:00"_s));
 }
 
-TEST_F(HistoryViewTest, the_keyboard_takes_back_what_it_removed) {
-    show({u"one"_s, u"two"_s});
-    rows()[0]->setFocus(Qt::TabFocusReason);
-    press(Qt::Key_Delete);
-    press(Qt::Key_Delete);
-    ASSERT_TRUE(showsEmptyState());
-    QTest::keyClick(window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
-    ASSERT_TRUE(nextTurn());
-    EXPECT_EQ(shown(), QStringList(u"two"_s));
-    EXPECT_TRUE(rows()[0]->hasFocus());
-}
-
-TEST_F(HistoryViewTest, removing_all_shows_the_empty_state_and_an_entry_ends_it) {
+TEST_F(HistoryPanel, without_entries_it_says_so_until_one_is_added_or_taken_back) {
     show({u"one"_s, u"two"_s});
     const Control* clear = visibleControl(*view, u"Xóa tất cả"_s);
     EXPECT_FALSE(showsEmptyState());
@@ -168,9 +231,16 @@ TEST_F(HistoryViewTest, removing_all_shows_the_empty_state_and_an_entry_ends_it)
     EXPECT_FALSE(showsEmptyState());
     EXPECT_TRUE(clear->isVisible());
     EXPECT_EQ(shown(), QStringList(u"three"_s));
+
+    rows()[0]->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Delete);
+    ASSERT_TRUE(showsEmptyState());
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(shown(), QStringList(u"three"_s));
+    EXPECT_TRUE(rows()[0]->hasFocus());
 }
 
-TEST_F(HistoryViewTest, a_change_leaves_the_other_rows_the_scrolling_the_focus_and_the_hover_alone) {
+TEST_F(HistoryPanel, a_change_leaves_the_other_rows_the_scrolling_the_focus_and_the_hover_alone) {
     QStringList texts;
     for (int i = 0; i < 40; ++i)
         texts += QString::number(i);
@@ -182,8 +252,8 @@ TEST_F(HistoryViewTest, a_change_leaves_the_other_rows_the_scrolling_the_focus_a
     QTest::mouseMove(window.windowHandle(), middle(before[21]));
     const QImage hovered = pictureOf(*before[21]);
 
-    panel->remove(before.takeAt(30)->item());
-    panel->copyToClipboard(before[22]->item());
+    panel.remove(before.takeAt(30)->item());
+    panel.copyToClipboard(before[22]->item());
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(rows(), before);
     EXPECT_EQ(scrollBar()->value(), scrolled);
@@ -192,18 +262,14 @@ TEST_F(HistoryViewTest, a_change_leaves_the_other_rows_the_scrolling_the_focus_a
     QTest::mouseMove(window.windowHandle(), middle(before[22]));
     EXPECT_TRUE(
         eventually([&] { return difference(pictureOf(*before[21]), hovered) == before[21]->rect(); }));
-}
 
-TEST_F(HistoryViewTest, the_keyboard_brings_rows_into_sight) {
-    show({u"0"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s});
-    rows()[0]->setFocus(Qt::TabFocusReason);
-    for (int i = 0; i < 5; ++i)
+    for (int row = 20; row < 38; ++row)
         press(Qt::Key_Down);
-    EXPECT_TRUE(rows()[5]->hasFocus());
-    EXPECT_EQ(scrollBar()->value(), scrollBar()->maximum());
+    EXPECT_TRUE(before.last()->hasFocus());
+    EXPECT_EQ(scrollBar()->value(), scrollBar()->maximum()) << "the keyboard brings rows into sight";
 }
 
-TEST_F(HistoryViewTest, a_long_text_takes_two_lines_and_its_translation_three) {
+TEST_F(HistoryPanel, a_long_text_takes_two_lines_and_its_translation_three) {
     show({u"short"_s, u"word "_s.repeated(4000), u"1\n2\n3\n4\n5"_s, u"w"_s.repeated(20000)});
     for (const HistoryRow* row : rows().mid(1))
         EXPECT_EQ(row->height(), rows()[0]->height() + 3 * text::caption.line);

@@ -3,7 +3,18 @@
 namespace tralio {
 namespace {
 
-using PendingText = TranslatePanel;
+class PendingText : public TranslatePanel {
+protected:
+    /// A text comes for the panel, whose turn it is then.
+    void request(const QString& text) {
+        appState.requestTranslation(text);
+        ASSERT_TRUE(nextTurn());
+    }
+    void openPopover() {
+        appState.notifyPopoverOpened();
+        ASSERT_TRUE(nextTurn());
+    }
+};
 
 TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_milliseconds_later) {
     for (qsizetype round = 1; round <= 2; ++round) {  // the same text again is another request
@@ -27,8 +38,7 @@ TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_
 
 TEST_F(PendingText, a_text_that_waited_for_the_panel_is_taken_over_when_it_is_shown) {
     hidePanel();
-    appState.requestTranslation(u"picked"_s);
-    ASSERT_TRUE(nextTurn());
+    request(u"picked"_s);
     showPanel();
     EXPECT_EQ(input->text(), u"picked"_s);
     desktop.clock.advance(50ms);
@@ -53,8 +63,7 @@ TEST_F(PendingText, each_opening_of_the_popover_checks_fifty_milliseconds_later)
         ASSERT_TRUE(nextTurn());
         EXPECT_EQ(desktop.clock.pending(), 0) << "a pending text is no trigger";
 
-        appState.notifyPopoverOpened();
-        ASSERT_TRUE(nextTurn());
+        openPopover();
         desktop.clock.advance(49ms);
         EXPECT_EQ(logged(pendingLine(text)), 0);
         desktop.clock.advance(1ms);
@@ -69,11 +78,9 @@ TEST_F(PendingText, each_opening_of_the_popover_checks_fifty_milliseconds_later)
 }
 
 TEST_F(PendingText, a_request_that_follows_the_opening_is_translated_once) {
-    appState.notifyPopoverOpened();
-    ASSERT_TRUE(nextTurn());
+    openPopover();
     desktop.clock.advance(30ms);
-    appState.requestTranslation(u"picked"_s);
-    ASSERT_TRUE(nextTurn());
+    request(u"picked"_s);
     desktop.clock.advance(1s);
     ASSERT_TRUE(outputBecomes(u"PICKED"_s));
     EXPECT_EQ(logged(startLine(u"picked"_s)), 1);
@@ -82,11 +89,9 @@ TEST_F(PendingText, a_request_that_follows_the_opening_is_translated_once) {
 
 TEST_F(
     PendingText, a_text_that_was_taken_over_is_translated_once_although_the_panel_is_left_and_shown_again) {
-    appState.requestTranslation(u"picked"_s);
-    ASSERT_TRUE(nextTurn());
+    request(u"picked"_s);
     showPanel();
-    appState.notifyPopoverOpened();
-    ASSERT_TRUE(nextTurn());
+    openPopover();
     desktop.clock.advance(1s);
     ASSERT_TRUE(eventually([&] { return history.items().size() == 1; }));
     EXPECT_EQ(model.requests().size(), 1);
@@ -98,8 +103,7 @@ TEST_F(PendingText, what_is_offered_is_put_into_the_input_and_not_sent) {
     desktop.clock.advance(1s);
     EXPECT_EQ(input->text(), u"maybe old"_s);
     EXPECT_FALSE(panel->isTranslating());
-    appState.requestTranslation(u"wanted"_s);
-    ASSERT_TRUE(nextTurn());
+    request(u"wanted"_s);
     desktop.clock.advance(1s);
     EXPECT_TRUE(panel->isTranslating());
 }
@@ -110,10 +114,8 @@ TEST_F(PendingText, nothing_is_sent_unasked_while_the_settings_may_not_be_the_us
     appState.onStoreTroubleDismissed = [&] { dismissed = true; };
     const auto warning = panel->message();
     ASSERT_TRUE(warning);
-    appState.requestTranslation(u"private"_s);
-    ASSERT_TRUE(nextTurn());
-    appState.notifyPopoverOpened();
-    ASSERT_TRUE(nextTurn());
+    request(u"private"_s);
+    openPopover();
     desktop.clock.advance(1s);
     EXPECT_EQ(input->text(), u"private"_s);
     EXPECT_FALSE(panel->isTranslating());
@@ -130,8 +132,7 @@ TEST_F(PendingText, nothing_is_sent_unasked_while_the_settings_may_not_be_the_us
     EXPECT_TRUE(dismissed);
     EXPECT_EQ(panel->message(), std::nullopt);
     const qsizetype requests = model.requests().size();
-    appState.requestTranslation(u"again"_s);
-    ASSERT_TRUE(nextTurn());
+    request(u"again"_s);
     desktop.clock.advance(1s);
     EXPECT_TRUE(requestsArrive(requests + 1));
 }
@@ -149,19 +150,6 @@ TEST_F(PendingText, a_key_that_is_not_there_yet_is_not_sent) {
     EXPECT_TRUE(panel->isTranslating()) << "a server that wants no key";
     ASSERT_TRUE(translationEnds());
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
-}
-
-TEST_F(PendingText, nothing_that_was_put_off_outlives_the_main_view) {
-    panel->outputText = u"out"_s;
-    panel->copyResult();
-    appState.requestTranslation(u"picked"_s);
-    ASSERT_TRUE(nextTurn());
-    appState.notifyPopoverOpened();
-    removeMainView();
-    ASSERT_TRUE(nextTurn());
-    desktop.clock.advance(2s);
-    EXPECT_EQ(logged(startLine(u"picked"_s)), 0);
-    EXPECT_EQ(desktop.clock.pending(), 0);
 }
 
 }  // namespace

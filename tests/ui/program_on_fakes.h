@@ -7,8 +7,8 @@
 #include "ocr/ocr_test_support.h"
 #include "ocr/screen_capture_service.h"
 #include "platform/linux/helpers/helper_http_client.h"
+#include "speech/fake_synthesizer.h"
 #include "speech/speech_service.h"
-#include "speech/speech_synthesizer.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
 #include "support/event_loop.h"
@@ -20,29 +20,20 @@
 
 namespace tralio {
 
-/// Reads until it is stopped, or a test ends it.
-class PatientSynthesizer final : public SpeechSynthesizer {
-public:
-    bool isSpeaking() const override { return reading.has_value(); }
-    void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) override {
-        reading = utterance;
-        m_onEnd = std::move(onEnd);
-    }
-    void stopSpeaking() override { reading.reset(); }
-    void end(ReadingEnd how) {
-        reading.reset();
-        m_onEnd(how);
-    }
-
-    std::optional<Utterance> reading;
-
-private:
-    std::function<void(ReadingEnd)> m_onEnd;
-};
-
 /// What the windows stand on: the program's services over a desktop of fakes, with a stand-in in the place of
 /// the model and of the update server.
 struct ProgramOnFakes {
+    /// The keyboard numbers its keys from here: 1002 is the D key.
+    static constexpr quint32 firstScanCode = 1000;
+    static std::optional<KeyCode> keyCode(quint32 scanCode) {
+        return scanCode < firstScanCode ? std::nullopt : std::optional(KeyCode{scanCode - firstScanCode});
+    }
+
+    /// What is to be recognised from now on.
+    void pictureSays(const QString& text) {
+        recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {text}}});
+    }
+
     FakeDesktop desktop;
     StandInModel model;
     MemoryKeyValueStore store;
@@ -64,7 +55,7 @@ struct ProgramOnFakes {
     OCRService ocr{recognizer};
     DrawnRegion region;
     ScreenCaptureService captures{ocr, region, desktop.clock};
-    PatientSynthesizer synthesizer;
+    FakeSynthesizer synthesizer;
     SpeechService speech{synthesizer};
 };
 

@@ -1,4 +1,12 @@
-#include "settings_panel_support.h"
+#include "ui/settings/settings_state.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QSignalSpy>
+
+#include "hotkeys/permission_watch.h"
+#include "ui/program_on_fakes.h"
+#include "ui/undo/undo_offer.h"
 
 namespace tralio {
 namespace {
@@ -17,8 +25,27 @@ protected:
     }
 };
 
-class SettingsStateTest : public SettingsPanel {
+/// The settings panel in the hands of a test.
+class SettingsStateTest : public testing::Test, protected ProgramOnFakes {
 protected:
+    static constexpr quint16 keyD = 2;
+
+    /// A key goes down at a position; `key` and `text` are what the keyboard's layout makes of it.
+    static void press(QObject* receiver, quint16 position, Qt::KeyboardModifiers modifiers = {},
+        int key = Qt::Key_D, const QString& text = u"d"_s) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, firstScanCode + position, 0, 0, text);
+        QCoreApplication::sendEvent(receiver, &event);
+    }
+    /// Lets happen what was put off.
+    void settle() {
+        desktop.clock.advance(0ms);
+        EXPECT_TRUE(nextTurn());
+    }
+
+    PermissionWatch permissions{hotKeys, desktop.clock};
+    UndoOffer undo{desktop.clock};
+    std::unique_ptr<SettingsState> panel = std::make_unique<SettingsState>(SettingsState::Dependencies{
+        settings, hotKeys, ai, updates, appState, permissions, undo, desktop.clock, keyCode, [] {}});
     Receiver focused;
 };
 
@@ -160,6 +187,15 @@ TEST_F(SettingsStateTest, presets_say_what_they_register_and_leave_a_recording_a
     EXPECT_EQ(settings.hotKeyDisplay(), u"⌃ ⌥ D");
     EXPECT_EQ(settings.ocrHotKeyModifiers(), 6144U);
     EXPECT_EQ(panel->recordingTarget(), screenOCR);
+}
+
+TEST_F(SettingsStateTest, permissions_that_stay_as_they_are_are_not_announced) {
+    const QSignalSpy announced(&permissions, &ObservableObject::objectWillChange);
+    desktop.clock.advance(5s);
+    EXPECT_EQ(announced.size(), 0);
+    desktop.permissions.accessibility = true;
+    desktop.clock.advance(5s);
+    EXPECT_EQ(announced.size(), 1);
 }
 
 TEST_F(SettingsStateTest, a_connection_test_tells_how_it_went_until_the_endpoint_changes) {

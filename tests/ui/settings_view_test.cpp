@@ -1,57 +1,44 @@
-#include "ui/settings/settings_view.h"
-
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QTest>
 #include <QTextEdit>
 #include <QWindow>
 
-#include "settings_panel_support.h"
+#include "engine/hosts.h"
+#include "engine/provider_preset.h"
 #include "ui/kit/button.h"
-#include "ui/kit/label.h"
 #include "ui/kit/menu_button.h"
 #include "ui/kit/switch.h"
-#include "widget_support.h"
+#include "ui/stage_test.h"
 
 namespace tralio {
 namespace {
 
-class SettingsViewTest : public SettingsPanel {
+/// The settings of a user with a provider and a key.
+class SettingsPanelOnStage : public StageTest {
 protected:
-    SettingsViewTest() {
+    SettingsPanelOnStage() {
         settings.applyPreset(ProviderPreset::presets()[3]);
         settings.apiKey = u"sk-secret"_s;
-        window.resize(530, 500);
-        (new SettingsView(*panel, &window))->resize(window.size());
-        showActive(window);
+        settings.autoPaste = false;
+        open();
+        click(u"Cài đặt"_s);
     }
 
-    [[nodiscard]] Control* button(const QString& name) const { return visibleControl(window, name); }
-    [[nodiscard]] Label* label(const QString& text) const {
-        for (Label* label : visibleParts<Label>(window))
-            if (label->text() == text)
-                return label;
-        return nullptr;
-    }
     [[nodiscard]] QLineEdit* field(const QString& name) const {
-        for (QLineEdit* field : visibleParts<QLineEdit>(window))
-            if (field->accessibleName() == name)
-                return field;
-        return nullptr;
-    }
-    void click(QWidget* widget) {
-        ASSERT_NE(widget, nullptr);
-        QTest::mouseClick(widget, Qt::LeftButton);
-        settle();
+        return part<QLineEdit>([&](const QLineEdit& field) { return field.accessibleName() == name; });
     }
     /// As the window system delivers a key: to the window, which hands it on to what has the focus.
-    void typeKey(quint16 position, Qt::KeyboardModifiers modifiers, int key, const QString& text) {
-        press(window.windowHandle(), position, modifiers, key, text);
+    void typeKey(KeyCode position, Qt::KeyboardModifiers modifiers, int key, const QString& text) {
+        QKeyEvent event(
+            QEvent::KeyPress, key, modifiers, firstScanCode + static_cast<quint32>(position), 0, 0, text);
+        QCoreApplication::sendEvent(window().windowHandle(), &event);
+        desktop.clock.advance(0ms);
         settle();
     }
-    [[nodiscard]] QStringList markedSuggestions() const {
+    [[nodiscard]] QStringList markedSuggestions() {
         QStringList titles;
-        for (const Button* suggestion : visibleParts<Button>(window))
+        for (const Button* suggestion : visibleParts<Button>(window()))
             if (suggestion->isChecked())
                 titles += suggestion->title();
         return titles;
@@ -61,153 +48,235 @@ protected:
         QCoreApplication::sendEvent(widget, &query);
         return query.value(Qt::ImEnabled).toBool();
     }
-    [[nodiscard]] int topOf(const QWidget* widget) const { return widget->mapTo(&window, QPoint()).y(); }
-
-    QWidget window;
+    /// How far down a label stands; -1 where it is not to be seen.
+    [[nodiscard]] int topOf(const QString& text) {
+        const auto* label = part<Label>([&](const Label& label) { return label.text() == text; });
+        return label == nullptr ? -1 : label->mapTo(&window(), QPoint()).y();
+    }
 };
 
-TEST_F(SettingsViewTest, a_shortcut_is_recorded_while_the_user_may_go_on_typing_in_a_field) {
+TEST_F(SettingsPanelOnStage, a_shortcut_is_recorded_while_the_user_may_go_on_typing_in_a_field) {
     QLineEdit* writtenIn = field(u"Tên Model"_s);
     writtenIn->setFocus();
     writtenIn->end(false);
-    click(button(u"Đổi"_s));
+    click(u"Đổi"_s);
     EXPECT_TRUE(writtenIn->hasFocus());
     EXPECT_FALSE(takesInputMethods(writtenIn)) << "one would take an accent with its modifiers first";
-    typeKey(keyD, {}, Qt::Key_D, u"d"_s);
-    typeKey(keyD, Qt::ShiftModifier, Qt::Key_D, u"D"_s);
-    typeKey(keyD, Qt::AltModifier, Qt::Key_D, u"d"_s);
-    EXPECT_EQ(settings.model(), u"gpt-4o-minidD");
-    EXPECT_EQ(settings.hotKeyDisplay(), u"⌥ D");
-    EXPECT_EQ(button(u"Đang chờ..."_s), nullptr);
+    typeKey(KeyCode::d, {}, Qt::Key_D, u"d"_s);
+    typeKey(KeyCode::d, Qt::ShiftModifier, Qt::Key_D, u"D"_s);
+    typeKey(KeyCode::d, Qt::AltModifier, Qt::Key_D, u"d"_s);
+    EXPECT_EQ(setting(u"model"_s), u"gpt-4o-minidD");
+    EXPECT_EQ(setting(u"hotkey_display"_s), u"⌥ D");
+    EXPECT_FALSE(hasControl(u"Đang chờ..."_s));
     EXPECT_TRUE(takesInputMethods(writtenIn));
-    EXPECT_EQ(markedSuggestions(), QStringList({u"⌥ D"_s, u"⌘ ⇧ S"_s}));
+    EXPECT_THAT(markedSuggestions(), ElementsAre(u"⌥ D"_s, u"⌘ ⇧ S"_s));
 
-    click(button(u"Đổi"_s));
-    typeKey(keyS, Qt::ControlModifier, Qt::Key_S, {});
-    EXPECT_EQ(markedSuggestions(), QStringList{u"⌘ ⇧ S"_s}) << "no suggestion has what was recorded";
-    click(button(u"⌥ T"_s));
-    click(button(u"⌥ T"_s));
-    EXPECT_EQ(markedSuggestions(), QStringList({u"⌥ T"_s, u"⌘ ⇧ S"_s}));
+    click(u"Đổi"_s);
+    typeKey(KeyCode::s, Qt::ControlModifier, Qt::Key_S, {});
+    EXPECT_THAT(markedSuggestions(), ElementsAre(u"⌘ ⇧ S"_s)) << "no suggestion has what was recorded";
+    click(u"⌥ T"_s);
+    click(u"⌥ T"_s);
+    EXPECT_THAT(markedSuggestions(), ElementsAre(u"⌥ T"_s, u"⌘ ⇧ S"_s));
 }
 
-TEST_F(SettingsViewTest, a_hint_stands_by_the_shortcut_that_is_recorded_and_goes_with_the_panel) {
+TEST_F(SettingsPanelOnStage, a_hint_stands_by_the_shortcut_that_is_recorded_and_goes_with_the_panel) {
     const QString hint = u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s;
     const QString captureTitle = u"Chụp màn hình & Tralio (OCR)"_s;
-    click(button(u"Đổi"_s));
-    ASSERT_NE(label(hint), nullptr);
-    EXPECT_LT(topOf(label(hint)), topOf(label(captureTitle)));
-    click(button(u"Đổi"_s));
-    EXPECT_EQ(panel->recordingTarget(), HotKeyRecordTarget::screenOCR);
-    EXPECT_TRUE(eventually([&] { return label(hint) && topOf(label(hint)) > topOf(label(captureTitle)); }));
-    window.hide();
-    EXPECT_EQ(panel->recordingTarget(), std::nullopt);
+    click(u"Đổi"_s);
+    EXPECT_GT(topOf(hint), 0);
+    EXPECT_LT(topOf(hint), topOf(captureTitle));
+    click(u"Đổi"_s);
+    EXPECT_TRUE(eventually([&] { return topOf(hint) > topOf(captureTitle); }));
+    EXPECT_EQ(controls(u"Đang chờ..."_s).size(), 1) << "one at a time";
+    window().hide();
+    window().show();
+    settle();
+    EXPECT_EQ(topOf(hint), -1);
 }
 
-TEST_F(SettingsViewTest, the_makers_own_provider_shows_a_card_in_place_of_the_fields) {
-    EXPECT_EQ(visibleParts<MenuButton>(window).front()->title(), u"OpenAI");
-    EXPECT_NE(button(u"Kiểm tra"_s), nullptr);
-    panel->chooseProvider(u"kavo"_s);
-    settle();
-    EXPECT_NE(label(settings.model()), nullptr);
-    EXPECT_TRUE(visibleParts<QLineEdit>(window).isEmpty());
-    EXPECT_EQ(button(u"Kiểm tra"_s), nullptr);
-
-    panel->isTesting = true;
-    settle();
-    ASSERT_NE(button(u"Đang kiểm tra..."_s), nullptr);
-    EXPECT_FALSE(button(u"Đang kiểm tra..."_s)->isEnabled());
-}
-
-TEST_F(SettingsViewTest, the_key_is_masked_until_the_user_looks_at_it) {
+TEST_F(SettingsPanelOnStage, the_key_is_masked_until_the_user_looks_at_it) {
     QLineEdit* key = field(u"API Key"_s);
     const auto isLegible = [&] { return key->displayText().contains(u"secret"); };
     EXPECT_FALSE(isLegible());
-    click(button(u"Hiện API Key"_s));
+    click(u"Hiện API Key"_s);
     EXPECT_TRUE(isLegible());
     key->end(false);
     QTest::keyClicks(key, u" 1"_s);
-    click(button(u"Ẩn API Key"_s));
+    click(u"Ẩn API Key"_s);
     EXPECT_FALSE(isLegible());
-    EXPECT_EQ(settings.apiKey(), u"sk-secret 1");
+    EXPECT_EQ(setting(u"api_key"_s), u"sk-secret 1");
 }
 
-TEST_F(SettingsViewTest, a_field_follows_the_settings_without_moving_the_caret) {
+TEST_F(SettingsPanelOnStage, fields_are_written_through_and_follow_the_settings_without_moving_the_caret) {
     QLineEdit* name = field(u"Tên Model"_s);
     name->setFocus();
     name->setCursorPosition(3);
     QTest::keyClicks(name, u"xy"_s);
     settle();
-    EXPECT_EQ(settings.model(), u"gptxy-4o-mini");
+    EXPECT_EQ(setting(u"model"_s), u"gptxy-4o-mini");
     EXPECT_EQ(name->cursorPosition(), 5);
-    settings.model = u"another-model"_s;
-    settle();
-    EXPECT_EQ(name->text(), u"another-model");
+    const ProviderPreset& another = ProviderPreset::presets()[4];
+    QTest::mouseClick(find<MenuButton>(), Qt::LeftButton);
+    click(another.name);
+    EXPECT_EQ(name->text(), another.defaultModel);
     EXPECT_EQ(name->cursorPosition(), 5);
-}
 
-TEST_F(SettingsViewTest, the_prompt_and_the_switch_are_written_through_and_brought_back) {
-    auto* prompt = visibleParts<QTextEdit>(window).front();
+    auto* prompt = visibleParts<QTextEdit>(window()).front();
     EXPECT_EQ(prompt->textCursor().position(), 0);
     prompt->setFocus();
     QTest::keyClicks(prompt, u"A"_s);
     QTest::keyClick(prompt, Qt::Key_Return);
     QTest::keyClick(prompt, Qt::Key_Return, Qt::ShiftModifier);
-    EXPECT_EQ(settings.customPrompt(), u"A\n\n"_s + AppSettings::defaultPrompt);
+    EXPECT_EQ(setting(u"custom_prompt"_s), u"A\n\n"_s + AppSettings::defaultPrompt);
     settle();
     EXPECT_EQ(prompt->textCursor().position(), 3);
-    click(button(u"Mặc định"_s));
-    EXPECT_EQ(settings.customPrompt(), AppSettings::defaultPrompt);
+    click(u"Mặc định"_s);
+    EXPECT_EQ(setting(u"custom_prompt"_s), AppSettings::defaultPrompt);
     EXPECT_EQ(prompt->toPlainText(), AppSettings::defaultPrompt);
 
-    auto* pastes = visibleParts<Switch>(window).front();
-    click(pastes);
-    EXPECT_FALSE(settings.autoPaste());
-    settings.autoPaste = true;
-    settle();
-    EXPECT_TRUE(pastes->isChecked());
+    EXPECT_FALSE(find<Switch>()->isChecked());
+    QTest::mouseClick(find<Switch>(), Qt::LeftButton);
+    EXPECT_EQ(store.boolean(u"app_setting_auto_paste"_s), true);
 }
 
-TEST_F(SettingsViewTest, the_keyboard_goes_through_the_panel_from_top_to_bottom_and_into_sight) {
-    button(u"Khôi phục mặc định"_s)->setFocus(Qt::TabFocusReason);
-    const auto* area = window.findChild<QScrollArea*>();
-    QSet<QWidget*> visited;
-    int previous = -1;
-    for (QWidget* focus = QApplication::focusWidget(); !visited.contains(focus);
-         focus = QApplication::focusWidget()) {
-        visited.insert(focus);
-        const QRect place(focus->mapTo(area->widget(), QPoint()), focus->size());
-        EXPECT_GE(place.bottom(), previous) << focus->accessibleName().toStdString();
-        EXPECT_FALSE(focus->visibleRegion().isEmpty()) << focus->accessibleName().toStdString();
-        previous = place.top();
-        QTest::keyClick(focus, Qt::Key_Tab);
-    }
-    for (const QString& last : {u"Kiểm tra cập nhật"_s, u"Mặc định"_s, u"Kiểm tra"_s})
-        EXPECT_TRUE(visited.contains(button(last))) << last.toStdString();
-}
-
-TEST_F(SettingsViewTest, the_update_row_shows_one_thing_to_do_or_wait_for) {
-    EXPECT_NE(button(u"Kiểm tra cập nhật"_s), nullptr);
+TEST_F(SettingsPanelOnStage, the_update_row_shows_one_thing_to_do_or_wait_for) {
+    EXPECT_TRUE(hasControl(u"Kiểm tra cập nhật"_s));
     updates.updateInfo = AppUpdateInfo{u"1.1.0"_s, u"Nhanh hơn."_s, {}, {}};
     updates.isUpdateAvailable = true;
     updates.statusMessage = u"Đã có"_s;
     settle();
-    EXPECT_NE(label(u"Đã có"_s), nullptr);
-    EXPECT_NE(label(u"Nhanh hơn."_s), nullptr);
-    EXPECT_NE(button(u"Cập nhật ngay"_s), nullptr);
-    EXPECT_EQ(button(u"Kiểm tra cập nhật"_s), nullptr);
+    EXPECT_THAT(texts(), testing::IsSupersetOf({u"Đã có"_s, u"Nhanh hơn."_s}));
+    EXPECT_EQ(controls(u"Cập nhật ngay"_s).size(), 2) << "one of them in the banner";
+    EXPECT_FALSE(hasControl(u"Kiểm tra cập nhật"_s));
 
     updates.updateInfo = AppUpdateInfo{u"1.1.0"_s, u"Chương "_s.repeated(500'000), {}, {}};
     settle();
-    EXPECT_LT(window.findChild<QScrollArea*>()->widget()->height(), 5000) << "a server may send a book";
+    EXPECT_LT(find<QScrollArea>()->widget()->height(), 5000) << "a server may send a book";
 
     updates.isUpdating = true;
     updates.downloadProgress = 0.427;
     settle();
-    EXPECT_NE(label(u"42%"_s), nullptr);
-    EXPECT_EQ(button(u"Cập nhật ngay"_s), nullptr);
+    EXPECT_EQ(texts().count(u"42%"_s), 2);
+    EXPECT_FALSE(hasControl(u"Cập nhật ngay"_s));
+    EXPECT_FALSE(hasControl(u"Ẩn thông báo này"_s)) << "the banner stays while it shows the progress";
     updates.isChecking = true;
     settle();
-    EXPECT_EQ(label(u"42%"_s), nullptr);
+    EXPECT_LT(texts().count(u"42%"_s), 2);
+}
+
+TEST_F(StageTest, every_control_of_the_settings_asks_for_what_it_says) {
+    refusePermissions();
+    store.setValue(u"app_setting_custom_prompt"_s, u"my own"_s);
+    model.translatesTo(u"Xin chào"_s);
+    open();
+    click(u"Cài đặt"_s);
+
+    click(u"Mở cẩm nang ↗"_s);
+    EXPECT_EQ(opened, QList{QUrl(u"https://%1/guide.html"_s.arg(hosts::website))});
+    click(u"⌥ T"_s);
+    EXPECT_EQ(setting(u"hotkey_display"_s), u"⌥ T"_s);
+    EXPECT_EQ(desktop.hotKeys.registrations().back().combination.key, KeyCode::t);
+    click(u"⌥ C"_s);
+    EXPECT_EQ(setting(u"ocr_hotkey_display"_s), u"⌥ C"_s);
+    EXPECT_EQ(desktop.hotKeys.registrations().back().combination.key, KeyCode::c);
+    EXPECT_TRUE(hasControl(u"Chụp: ⌥ C"_s)) << "the footer shows another";
+
+    EXPECT_THAT(texts(), Contains(AppSettings::defaultModel));
+    const auto showsFields = [this] { return !visibleParts<QLineEdit>(window()).isEmpty(); };
+    EXPECT_FALSE(showsFields()) << "of the maker's own provider";
+    click(u"Kiểm tra kết nối"_s);
+    EXPECT_FALSE(controls(u"Đang kiểm tra..."_s).constFirst()->isEnabled());
+    wait([this] { return hasControl(u"Kiểm tra kết nối"_s); });
+    EXPECT_EQ(model.requests().size(), 1);
+    QTest::mouseClick(find<MenuButton>(), Qt::LeftButton);
+    click(u"OpenAI"_s);
+    EXPECT_EQ(setting(u"preset_id"_s), u"openai"_s);
+    EXPECT_EQ(find<MenuButton>()->title(), u"OpenAI"_s);
+    EXPECT_TRUE(showsFields() && hasControl(u"Kiểm tra"_s) && !hasControl(u"Kiểm tra kết nối"_s));
+    store.setValue(u"app_setting_base_url"_s, u"http://model.example.com/v1"_s);
+
+    click(u"Mặc định"_s);
+    EXPECT_EQ(setting(u"custom_prompt"_s), AppSettings::defaultPrompt);
+    click(u"Tự động dịch khi mở từ Clipboard"_s);
+    EXPECT_EQ(store.boolean(u"app_setting_auto_paste"_s), false);
+
+    for (const QString& request : {u"Cần cấp quyền Trợ năng (Accessibility): Cấp quyền"_s,
+             u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s}) {
+        click(request);
+        desktop.clock.advance(1s);
+        settle();
+        EXPECT_FALSE(hasControl(request));
+    }
+    EXPECT_TRUE(desktop.permissions.accessibility && desktop.permissions.screenCapture);
+    EXPECT_THAT(texts(),
+        testing::IsSupersetOf(
+            {u"Quyền Trợ năng (Accessibility): Đã bật"_s, u"Quyền Ghi màn hình (OCR): Đã bật"_s}));
+
+    click(u"Kiểm tra cập nhật"_s);
+    EXPECT_TRUE(updates.statusMessage().has_value());
+    click(u"Khôi phục mặc định"_s);
+    EXPECT_EQ(setting(u"hotkey_display"_s), u"⌘ ⇧ D"_s);
+    EXPECT_EQ(setting(u"preset_id"_s), u"kavo"_s);
+    click(u"Xem giới thiệu"_s);
+    EXPECT_TRUE(hasControl(u"Bỏ qua"_s));
+}
+
+TEST_F(StageTest, the_endpoint_of_the_users_own_is_tested_as_it_is_written) {
+    store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
+    store.setValue(u"app_setting_api_key"_s, u"sk-own"_s);
+    model.replies(StandInReply::error(400, u"No such model"_s));
+    open();
+    click(u"Cài đặt"_s);
+    click(u"Kiểm tra"_s);
+    EXPECT_TRUE(model.requests().isEmpty()) << "the key would go unencrypted to another machine";
+    click(u"Vẫn gửi"_s);
+    EXPECT_FALSE(hasControl(u"Vẫn gửi"_s)) << "asked once";
+    click(u"Kiểm tra"_s);
+    wait([this] { return !controls(u"Kiểm tra"_s).constFirst()->isBusy(); });
+    ASSERT_EQ(model.requests().size(), 1);
+    EXPECT_EQ(model.requests().last().header("Authorization"), "Bearer sk-own");
+    EXPECT_THAT(texts(),
+        Contains(testing::Truly([](const QString& text) { return text.contains(u"No such model"_s); })));
+}
+
+TEST_F(StageTest, the_keyboard_keeps_its_place_when_what_has_it_is_busy_or_gone) {
+    store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
+    model.replies(StandInReply::error(401, u"no"_s).delivered(StandInReply::Delivery::held));
+    desktop.permissions.accessibility = false;
+    desktop.permissions.grantOnRequest = true;
+    open();
+    click(u"Cài đặt"_s);
+
+    focus(u"Kiểm tra"_s);
+    press(Qt::Key_Space);
+    press(Qt::Key_Space);  // the impatient second one
+    EXPECT_NE(store.boolean(u"app_setting_auto_paste"_s), false);
+    wait([this] { return model.requests().size() == 1; });
+    model.sendTheRest();
+    wait([this] { return !controls(u"Kiểm tra"_s).constFirst()->isBusy(); });
+    EXPECT_EQ(focusedTitle(), u"Kiểm tra"_s);
+    EXPECT_TRUE(controls(u"Kiểm tra"_s).constFirst()->showsFocusRing());
+
+    focus(u"Kiểm tra cập nhật"_s);
+    press(Qt::Key_Space);
+    EXPECT_EQ(focusedTitle(), QString());
+    wait([this] { return model.requests().size() == 2; });
+    model.sendTheRest();
+    wait([this] { return !updates.isChecking(); });
+    EXPECT_EQ(focusedTitle(), u"Kiểm tra cập nhật"_s);
+
+    focus(u"Cần cấp quyền Trợ năng (Accessibility): Cấp quyền"_s);
+    desktop.permissions.screenCapture = false;
+    desktop.clock.advance(1s);
+    settle();
+    EXPECT_EQ(focusedTitle(), u"Cấp quyền"_s) << "the other one is missing as well";
+    desktop.permissions.screenCapture = true;
+    press(Qt::Key_Space);
+    desktop.clock.advance(1s);
+    settle();
+    EXPECT_EQ(focusedTitle(), QString()) << "the keyboard went on to something that the user does not expect";
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focusedTitle(), u"Kiểm tra cập nhật"_s);
 }
 
 }  // namespace

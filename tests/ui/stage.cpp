@@ -37,7 +37,7 @@ Stage::~Stage() = default;
 
 void Stage::open() {
     auto* content = new MainView({store, hotKeys, ai, captures, ocr, speech, updates, appState,
-                                     desktop.pasteboard, desktop.clock, [](quint32) { return std::nullopt; }},
+                                     desktop.pasteboard, desktop.clock, keyCode},
         {.openURL = [this](const QUrl& url) { opened += url; }, .quit = [this] { ++quits; }});
     m_backdrop = std::make_unique<Backdrop>();
     auto* frame = new WindowFrame(WindowFrame::Edges::floating, m_backdrop.get());

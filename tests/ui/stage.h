@@ -13,13 +13,15 @@ namespace tralio {
 /// The main view in its window on a backdrop, over a desktop of fakes and a stand-in for the model, and the
 /// hands of a user before it. Nothing in it depends on the machine, the network or the time of day: the
 /// stand-in is reached as a proxy, so that its port does not show in the settings.
-class Stage final : public ProgramOnFakes {
+class Stage : public ProgramOnFakes {
 public:
     Stage();
     ~Stage();
 
     /// Shows the main view. What the program finds is to be set before.
     void open();
+    /// The main view goes, as at the end of the program.
+    void close() { m_backdrop.reset(); }
 
     // What the user does. Every one of these returns when the window shows what follows from it.
 

@@ -13,11 +13,11 @@ TEST_F(TranslateViewTest, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it
     EXPECT_NE(placeholder(), usual);
     leave();
     EXPECT_EQ(placeholder(), usual);
-    stage.recognizer.reads({{.boundingBox = {0.1, 0.5, 0.5, 0.1}, .candidates = {u"seen"_s}}});
+    pictureSays(u"seen"_s);
     EXPECT_TRUE(dragOver(file));
     EXPECT_TRUE(drop(file));
     EXPECT_EQ(placeholder(), QString()) << "a text stands there";
-    stage.wait([this] { return result() == u"SEEN"_s; });
+    wait([this] { return result() == u"SEEN"_s; });
 }
 
 TEST_F(TranslateViewTest, text_wins_over_the_picture_that_comes_with_it_and_no_content_does_harm) {
@@ -48,8 +48,8 @@ TEST_F(TranslateViewTest, text_wins_over_the_picture_that_comes_with_it_and_no_c
         leave();
         (void)drop(*content);
     }
-    EXPECT_TRUE(stage.model.requests().isEmpty());
-    EXPECT_FALSE(stage.find<ErrorStrip>()->isVisible());
+    EXPECT_TRUE(model.requests().isEmpty());
+    EXPECT_FALSE(find<ErrorStrip>()->isVisible());
 }
 
 }  // namespace

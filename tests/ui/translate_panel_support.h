@@ -21,7 +21,7 @@ protected:
 
     TranslatePanel() {
         settings.baseURL = model.baseURL();
-        model.translatesBy([](const StandInModel::Request& request) { return request.userText().toUpper(); });
+        answerInCapitals();
         showPanel();
         log.clear();
     }
@@ -40,23 +40,21 @@ protected:
         view.reset();
         panel.reset();
     }
-    /// As at the end of the program: what owns the input, the settings and the history goes.
-    void removeMainView() {
-        hidePanel();
-        input.reset();
-    }
 
+    void answerInCapitals() {
+        model.translatesBy([](const StandInModel::Request& request) { return request.userText().toUpper(); });
+    }
     void translate(const QString& text) {
         input->text = text;
         panel->performTranslate();
     }
-    /// The texts in `held` get no answer until the stand-in is told to send it.
-    void hold(QStringList held) {
-        model.repliesBy([held = std::move(held)](const StandInModel::Request& request) {
-            const QString text = request.userText();
-            const StandInReply reply = StandInReply::translation(text.toUpper());
-            return held.contains(text) ? reply.delivered(StandInReply::Delivery::held) : reply;
-        });
+    /// Starts a translation that gets no answer until the stand-in is told to send it.
+    void startHeld(const QString& text) {
+        const qsizetype before = model.requests().size();
+        model.replies(StandInReply::translation(text.toUpper()).delivered(StandInReply::Delivery::held));
+        translate(text);
+        ASSERT_TRUE(requestsArrive(before + 1));
+        answerInCapitals();
     }
     bool requestsArrive(qsizetype count) {
         return eventually([&] { return model.requests().size() == count; });

@@ -31,8 +31,17 @@ protected:
                 executable));
     }
 
-    /// How a check fails, in words; empty when it does not.
-    static QString wordsOf(QCoro::Task<> check) {
+    /// How something fails, in words; empty when it does not.
+    template <typename Operation>
+    static QString faultOf(const Operation& operation) {
+        try {
+            operation();
+        } catch (const LocalizedError& error) {
+            return error.errorDescription();
+        }
+        return {};
+    }
+    static QString faultOf(QCoro::Task<> check) {
         QString words;
         bool ended = false;
         const auto wait = [&]() -> QCoro::Task<> {
@@ -107,12 +116,7 @@ TEST_F(BundleTest, a_script_runs_in_a_session_of_its_own_and_finds_our_helpers_f
 
 TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
     const auto failure = [](const QString& shell, const QString& script) {
-        try {
-            BundleInstaller({.programs = {}, .shell = shell}).run(script);
-        } catch (const LocalizedError& error) {
-            return error.errorDescription();
-        }
-        return QString();
+        return faultOf([&] { BundleInstaller({.programs = {}, .shell = shell}).run(script); });
     };
     const QString script = write(u"script"_s, u"exit"_s);
     EXPECT_TRUE(failure(path(u"bash"_s), script).contains(path(u"bash"_s)));
@@ -129,12 +133,7 @@ TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
 
 TEST_F(BundleTest, only_the_program_of_the_bundle_that_is_replaced_may_be_replaced) {
     const auto obstacle = [](const BundleInstaller::Places& places) {
-        try {
-            BundleInstaller(places).checkProgram();
-        } catch (const LocalizedError& error) {
-            return error.errorDescription();
-        }
-        return QString();
+        return faultOf([&] { BundleInstaller(places).checkProgram(); });
     };
     const OrdinaryUser user;
     const QTemporaryDir own;
@@ -176,7 +175,7 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     ASSERT_TRUE(QFile::link(u"/etc"_s, path(u"linked/Tralio.app/Contents/Resources"_s)));
     const auto roomy = [](const QString&) { return qint64(1) << 40; };
     BundleInstaller installer({.programs = {}, .largestContent = 1 << 20, .freeSpace = roomy});
-    const auto fault = [&](const QString& archive) { return wordsOf(installer.checkArchive(path(archive))); };
+    const auto fault = [&](const QString& archive) { return faultOf(installer.checkArchive(path(archive))); };
     const auto archive = [this](const QString& name, const QStringList& content, const QString& from = {}) {
         runToEnd(QStringLiteral(CMAKE_PROGRAM),
             QStringList{u"-E"_s, u"tar"_s, u"cf"_s, path(name), u"--format=zip"_s} + content, path(from));
@@ -196,7 +195,7 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
         BundleInstaller cramped({.programs = {}, .freeSpace = [&full](const QString& folder) {
                                      return folder == full ? qint64(1 << 20) : qint64(1) << 40;
                                  }});
-        EXPECT_TRUE(wordsOf(cramped.checkArchive(path(whole))).contains(full));
+        EXPECT_TRUE(faultOf(cramped.checkArchive(path(whole))).contains(full));
     }
 
     // Names of the same length, put in place by hand: no tool makes such an archive.
@@ -237,7 +236,7 @@ TEST_F(BundleTest, a_signature_is_told_from_one_of_another_file_or_key) {
 
     BundleInstaller installer({.programs = {}, .verifier = QStringLiteral(VERIFY_PROGRAM)});
     const auto fault = [&](const QString& archive, const QByteArray& ofIt, const QString& publicKey) {
-        return wordsOf(installer.checkSignature(path(archive), ofIt, publicKey));
+        return faultOf(installer.checkSignature(path(archive), ofIt, publicKey));
     };
     EXPECT_EQ(fault(u"update.zip"_s, signature, key), QString());
     const QString wrong = fault(u"other.zip"_s, signature, key);
@@ -250,7 +249,7 @@ TEST_F(BundleTest, a_signature_is_told_from_one_of_another_file_or_key) {
         EXPECT_FALSE(fault(u"update.zip"_s, signature, noKey).isEmpty());
     EXPECT_FALSE(fault(u"missing.zip"_s, signature, key).isEmpty());
     BundleInstaller withoutVerifier({.programs = {}, .verifier = path(u"missing"_s)});
-    EXPECT_FALSE(wordsOf(withoutVerifier.checkSignature(path(u"update.zip"_s), signature, key)).isEmpty());
+    EXPECT_FALSE(faultOf(withoutVerifier.checkSignature(path(u"update.zip"_s), signature, key)).isEmpty());
 }
 
 TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_below_a_prefix_and_in_the_build_folder) {

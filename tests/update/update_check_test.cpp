@@ -1,4 +1,7 @@
+#include "common/localized_error.h"
+#include "update/app_update_info.h"
 #include "update/update_test_support.h"
+#include "update/version_order.h"
 
 namespace tralio {
 namespace {
@@ -18,7 +21,7 @@ TEST_F(UpdateCheckTest, a_newer_version_is_asked_for_past_every_cache_and_offere
     EXPECT_EQ(request.method, "GET");
     EXPECT_EQ(request.target, "/version.json?t=1795000000");
     EXPECT_EQ(request.header("Cache-Control"), "no-cache");
-    EXPECT_THAT(noted.limits, testing::ElementsAre(10s));
+    EXPECT_THAT(noted.limits, ElementsAre(10s));
 }
 
 TEST_F(UpdateCheckTest, the_manifest_is_fetched_over_tls_only) {
@@ -78,13 +81,9 @@ TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {
     offers(u"2"_s);
     StandInModel oldServer;
     oldServer.replies(StandInReply::redirect(301, address(u"/version.json"_s).toLatin1()));
-    UpdateService::Host moved = host();
-    moved.manifest.setPort(oldServer.port());
-    service = std::make_unique<UpdateService>(http, installer, moved);
+    restart([&](auto& host) { host.manifest.setPort(oldServer.port()); });
     EXPECT_EQ(check(false), u"Đã có bản cập nhật mới: v2"_s);
-
-    moved.manifest = QUrl();
-    service = std::make_unique<UpdateService>(http, installer, moved);
+    restart([](auto& host) { host.manifest = QUrl(); });
     service->checkForUpdates(true);
     EXPECT_FALSE(service->isChecking()) << "an address that is none ends the check at once";
 }
@@ -99,6 +98,63 @@ TEST_F(
     service.reset();
     EXPECT_TRUE(eventually([this] { return server.openConnections() == 0; }));
     EXPECT_EQ(server.requests().size(), 1);
+}
+
+TEST(AppUpdateInfoTest, a_manifest_reads_as_it_was_written_and_a_null_date_and_unknown_keys_are_no_matter) {
+    const AppUpdateInfo dated{
+        u"1.0.10"_s, u"Nhanh hơn\nGọn hơn"_s, u"https://update.test/a.zip"_s, u"2026-11-16"_s};
+    AppUpdateInfo undated = dated;
+    undated.pubDate = std::nullopt;
+    for (const AppUpdateInfo& info : {dated, undated})
+        EXPECT_EQ(AppUpdateInfo::fromJson(info.toJson()), info);
+    const auto odd = AppUpdateInfo::fromJson(
+        R"({"version":"2","releaseNotes":"","downloadUrl":"u","pubDate":null,"minimumSystem":13})");
+    EXPECT_EQ(odd, (AppUpdateInfo{u"2"_s, u""_s, u"u"_s, std::nullopt}));
+}
+
+TEST(AppUpdateInfoTest, what_does_not_decode_is_told_with_the_key_at_fault) {
+    const std::pair<QByteArray, QString> faults[] = {
+        {R"({"releaseNotes":"n","downloadUrl":"u"})", u"“version”"_s},
+        {R"({"version":"2","downloadUrl":"u"})", u"“releaseNotes”"_s},
+        {R"({"version":"2","releaseNotes":"n","downloadUrl":null})", u"“downloadUrl”"_s},
+        {R"({"version":2,"releaseNotes":"n","downloadUrl":"u"})", u"“version”"_s},
+        {R"({"version":"2","releaseNotes":"n","downloadUrl":"u","pubDate":20261116})", u"“pubDate”"_s},
+        {R"([{"version":"2","releaseNotes":"n","downloadUrl":"u"}])", u"JSON"_s},
+        {R"({"version":"2","releaseNotes":"n","downloadUrl":"u")", u"JSON"_s},
+    };
+    for (const auto& [json, culprit] : faults) {
+        try {
+            std::ignore = AppUpdateInfo::fromJson(json);
+            ADD_FAILURE() << "decoded: " << json.constData();
+        } catch (const LocalizedError& error) {
+            EXPECT_TRUE(error.errorDescription().contains(culprit)) << error.what();
+        }
+    }
+}
+
+TEST(VersionOrderTest, numbers_count_by_value_without_leading_zeros_and_the_rest_by_character_code) {
+    const QString hundredNines(100, u'9');
+    const QString googol = u'1' + QString(100, u'0');
+    const std::pair<QString, QString> ascending[] = {
+        {u"1.0.9"_s, u"1.0.10"_s},
+        {u"1.1"_s, u"1.1.0"_s},
+        {u"1.99"_s, u"2.0"_s},
+        {u"1.007b"_s, u"1.7c"_s},
+        {u""_s, u"0"_s},
+        {u"1.0"_s, u"1.0b"_s},
+        {u"1.0B"_s, u"1.0a"_s},
+        {u"1.-"_s, u"1.0"_s},
+        {hundredNines, googol},
+        {u"000"_s + hundredNines + u".1"_s, hundredNines + u".2"_s},
+        {u"1\uFF5E"_s, u"1\U0001F600"_s},
+        {u"9"_s, u"\u0661"_s},
+    };
+    for (const auto& [smaller, greater] : ascending) {
+        EXPECT_TRUE(compareVersions(smaller, greater) < 0) << qPrintable(smaller + u" < "_s + greater);
+        EXPECT_TRUE(compareVersions(greater, smaller) > 0) << qPrintable(greater + u" > "_s + smaller);
+    }
+    EXPECT_TRUE(compareVersions(u"1.01"_s, u"1.1"_s) == 0);
+    EXPECT_TRUE(compareVersions(u"0"_s, u"000"_s) == 0);
 }
 
 }  // namespace

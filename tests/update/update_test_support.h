@@ -24,7 +24,6 @@ protected:
     static inline const QDateTime now = QDateTime::fromSecsSinceEpoch(1'795'000'000, QTimeZone::utc());
 
     UpdateService::Host host() {
-        using namespace Qt::StringLiterals;
         return {.manifest = QUrl(address(u"/version.json"_s)),
             .currentVersion = u" 1.0.9\n"_s,
             .temporaryFolder = folder.path(),
@@ -34,18 +33,22 @@ protected:
             .now = [] { return now; }};
     }
 
-    QString address(const QString& path) const {
-        using namespace Qt::StringLiterals;
-        return u"http://127.0.0.1:%1"_s.arg(server.port()) + path;
-    }
+    QString address(const QString& path) const { return u"http://127.0.0.1:%1"_s.arg(server.port()) + path; }
 
     AppUpdateInfo offer(const QString& version) const {
-        using namespace Qt::StringLiterals;
         return {version, u"Nhanh hơn"_s, address(u"/Tralio.zip"_s), std::nullopt};
     }
 
     void offers(const QString& version) {
         server.replies(StandInReply::withBody(200, offer(version).toJson()));
+    }
+
+    /// The program, set up in another way.
+    template <typename Change>
+    void restart(const Change& change) {
+        UpdateService::Host otherwise = host();
+        change(otherwise);
+        service = std::make_unique<UpdateService>(noted, installer, otherwise);
     }
 
     /// What the service tells at the end of a check that finds the server as it is now.
