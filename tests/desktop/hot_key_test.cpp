@@ -1,35 +1,28 @@
-#include <QFile>
-
 #include "desktop/program_run.h"
-#include "desktop/virtual_desktop.h"
+#include "desktop/x11_fixture.h"
 #include "hotkeys/hot_key_platform.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "state/sqlite_key_value_store.h"
 #include "support/files.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
-class HotKey : public testing::Test {
+class HotKey : public X11 {
 protected:
-    HotKey() {
-        // A key that is held repeats soon and often.
-        desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"150"_s, u"50"_s});
-    }
+    HotKey() { repeatsFast(); }
 
     /// The program, with another hot key for the selected text.
-    ProgramRun& start(const KeyCombination& text = {KeyCode::d, Modifier::command | Modifier::shift}) {
+    void start(const KeyCombination& text = {KeyCode::d, Modifier::command | Modifier::shift}) {
         {
             SqliteKeyValueStore store(desktop.home() + u"/.local/share/tralio/tralio.sqlite"_s);
             store.setValue(u"app_setting_hotkey_keycode"_s, qint64(text.key));
             store.setValue(u"app_setting_hotkey_modifiers"_s, qint64(text.modifiers.toInt()));
             store.setValue(u"app_setting_hotkey_display"_s, readableShortcut(text));
         }
-        return program.emplace(desktop);
+        program.emplace(desktop);
     }
 
-    VirtualDesktop desktop;
     std::optional<ProgramRun> program;
 };
 
@@ -37,21 +30,18 @@ TEST_F(HotKey, that_is_held_types_nothing_into_the_application_though_another_pr
     // Super+D is the window manager's.
     start();
     const QString typed = desktop.home() + u"/typed"_s;
-    desktop.start(u"xterm"_s, {u"-e"_s, u"sh"_s, u"-c"_s, u"stty -icanon -echo; cat > "_s + typed});
-    ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
+    desktop.startTerminal(u"stty -icanon -echo; cat > "_s + typed);
     desktop.type(u"x"_s);
     ASSERT_TRUE(waitUntil([&] { return contentOf(typed) == "x"; }));
 
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
-    ASSERT_TRUE(waitUntil([&] { return program->isPopoverInFront(); }));
+    ASSERT_TRUE(program->comesToFront());
     EXPECT_FALSE(waitUntil([&] { return contentOf(typed) != "x"; }, 1));
     desktop.release({u"d"_s, u"shift"_s, u"super"_s});
 
-    program->standIn().translatesTo(u"xong"_s);
     desktop.type(u"hello d"_s);
     desktop.press(u"Return"_s);
-    ASSERT_TRUE(waitUntil([&] { return !program->standIn().requests().isEmpty(); }));
-    EXPECT_EQ(program->standIn().requests().last().userText(), u"hello d"_s);
+    EXPECT_TRUE(program->isAsked(u"hello d"_s));
     EXPECT_EQ(contentOf(typed), "x");
 }
 
@@ -60,14 +50,11 @@ TEST_F(HotKey, on_the_key_that_copies_lets_the_copy_pass_while_it_is_held_and_ty
     QProcessEnvironment mute = desktop.environment();
     mute.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
     desktop.startIn(mute, QStringLiteral(SELECTION_PROBE), {u"marked text"_s});
-    const QString probe = desktop.bringToFront(u"selection-probe"_s);
-    ASSERT_FALSE(probe.isEmpty());
+    ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
 
     desktop.hold({u"alt"_s, u"c"_s});
-    EXPECT_TRUE(waitUntil([&] { return !program->standIn().requests().isEmpty(); }));
+    EXPECT_TRUE(program->isAsked(u"marked text"_s));
     desktop.release({u"c"_s, u"alt"_s});
-    ASSERT_FALSE(program->standIn().requests().isEmpty());
-    EXPECT_EQ(program->standIn().requests().last().userText(), u"marked text"_s);
 
     ASSERT_TRUE(program->closePopover());
     desktop.setClipboard(u"something else"_s);
@@ -76,39 +63,46 @@ TEST_F(HotKey, on_the_key_that_copies_lets_the_copy_pass_while_it_is_held_and_ty
     EXPECT_TRUE(waitUntil([&] { return desktop.clipboard() == u"marked text"; })) << "typed over";
 }
 
-TEST_F(HotKey, that_another_program_has_says_so_in_the_footer_and_in_the_settings) {
-    qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8());
+TEST_F(HotKey, that_another_program_has_says_so_and_one_that_is_proposed_or_recorded_takes_its_place) {
     const auto other = X11Connection::open();
     X11RawInput rawInput(*other);
     X11HotKeys others(*other, rawInput);
-    ASSERT_EQ(others.registerHotKey({KeyCode::d, Modifier::command | Modifier::shift}, textHotKeyID).status,
-        HotKeyStatus::registered);
-    other->sync();
-
+    const auto othersGet = [&](const KeyCombination& combination) {
+        const HotKeyStatus status = others.registerHotKey(combination, textHotKeyID).status;
+        other->sync();
+        return status == HotKeyStatus::registered;
+    };
+    ASSERT_TRUE(othersGet({KeyCode::d, Modifier::command | Modifier::shift}));
     start();
-    ASSERT_TRUE(program->clickTrayIcon());
-    ASSERT_TRUE(waitUntil([&] { return program->isPopoverInFront(); }));
+    program->callOnBus(u"Open"_s);
+    ASSERT_TRUE(program->comesToFront());
     EXPECT_TRUE(program->click(u"Bôi đen: "_s)) << "what is out of order can be clicked";
-    EXPECT_TRUE(waitUntil([&] { return program->shows(u"Phím tắt này đang được ứng dụng khác sử dụng"_s); }));
+    EXPECT_TRUE(program->comes(u"Phím tắt này đang được ứng dụng khác sử dụng"_s));
 
-    // Another one works, and the words go.
     EXPECT_TRUE(program->click(u"Ctrl + Alt + D"_s));
-    EXPECT_TRUE(waitUntil([&] { return !program->shows(u"Phím tắt này đang được"_s); }));
-}
+    EXPECT_TRUE(program->goes(u"Phím tắt này đang được"_s));
+    const KeyCombination proposed{KeyCode::d, Modifier::control | Modifier::option};
+    EXPECT_FALSE(othersGet(proposed));
 
-TEST_F(HotKey, recording_ends_with_its_key_and_what_that_key_repeats_reaches_nobody) {
-    start();
-    ASSERT_TRUE(program->clickTrayIcon());
-    ASSERT_TRUE(waitUntil([&] { return program->isPopoverInFront(); }));
-    ASSERT_TRUE(program->click(u"Cài đặt"_s));
-    ASSERT_TRUE(program->click(u"Tralio văn bản bôi đen: Đổi"_s));
-    ASSERT_TRUE(waitUntil([&] { return program->shows(u"Hãy bấm tổ hợp phím mới"_s); }));
-    desktop.hold({u"Escape"_s});
-    ASSERT_TRUE(waitUntil([&] { return !program->shows(u"Hãy bấm tổ hợp phím mới"_s); }));
-    EXPECT_FALSE(waitUntil([&] { return !program->isPopoverShown(); }, 1)) << "closed by a repeat";
+    const auto record = [&](const std::function<void()>& pressKeys) {
+        ASSERT_TRUE(program->click(u"Tralio văn bản bôi đen: Đổi"_s));
+        ASSERT_TRUE(program->comes(u"Tralio văn bản bôi đen: Đang chờ"_s));
+        pressKeys();
+        ASSERT_TRUE(program->comes(u"Tralio văn bản bôi đen: Đổi"_s));
+        EXPECT_TRUE(program->comes(u"Bôi đen: Ctrl + Alt + K"_s));
+    };
+    record([&] { desktop.press(u"ctrl+alt+k"_s); });
+    EXPECT_TRUE(waitUntil([&] { return othersGet(proposed); })) << "it has been given up";
+
+    record([&] { desktop.hold({u"Escape"_s}); });
+    EXPECT_FALSE(program->closes(1)) << "by a repeat of the key that ended the recording";
     desktop.release({u"Escape"_s});
-    desktop.press(u"Escape"_s);
-    EXPECT_TRUE(waitUntil([&] { return !program->isPopoverShown(); })) << "a new press is one";
+    EXPECT_TRUE(program->closePopover()) << "a new press is one";
+
+    desktop.selectInEditor(u"by the new key"_s);
+    ASSERT_TRUE(waitUntil([&] { return desktop.primary() == u"by the new key"; }));
+    desktop.press(u"ctrl+alt+k"_s);
+    EXPECT_TRUE(program->isAsked(u"by the new key"_s));
 }
 
 }  // namespace

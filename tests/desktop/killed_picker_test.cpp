@@ -2,22 +2,19 @@
 
 #include <csignal>
 
-#include "desktop/program_run.h"
-#include "desktop/virtual_desktop.h"
-#include "support/testing.h"
+#include "desktop/program_fixture.h"
 
 namespace tralio {
 namespace {
 
-TEST(KilledPicker, costs_that_capture_and_nothing_else_whenever_it_dies) {
-    VirtualDesktop desktop;
-    ProgramRun program(desktop);
+using KilledPicker = OnDesktop;
+
+TEST_F(KilledPicker, costs_that_capture_and_nothing_else_whenever_it_dies) {
     const auto picker = [&] {
         return desktop
             .run(u"pgrep"_s, {u"-P"_s, QString::number(program.processId()), u"-x"_s, u"tralio-snip"_s})
             .toInt();
     };
-    const auto mouse = [&](const QString& commands) { desktop.run(u"xdotool"_s, commands.split(u' ')); };
     const auto isOnScreen = [&] { return desktop.isVisible(u"tralio-snip"_s); };
     const auto filesLeft = [&] {
         QStringList left;
@@ -26,31 +23,29 @@ TEST(KilledPicker, costs_that_capture_and_nothing_else_whenever_it_dies) {
         return left;
     };
 
-    struct Moment {
-        const char* name;
-        std::function<void()> reach;
+    const auto draw = [&] {
+        EXPECT_TRUE(waitUntil(isOnScreen));
+        desktop.drag({100, 100}, {900, 900});
     };
-    std::vector<Moment> moments{{"at its start", [] {}},
-        {"on the screen", [&] { EXPECT_TRUE(waitUntil(isOnScreen)); }},
-        {"while the user draws", [&] {
-             EXPECT_TRUE(waitUntil(isOnScreen));
-             mouse(u"mousemove 100 100 mousedown 1 mousemove 200 200 mousemove 300 250"_s);
-         }}};
-    // Its end takes some milliseconds, which nobody tells apart.
-    for (int times = 0; times < 2; ++times)
-        moments.push_back({"while it writes", [&] {
-                               EXPECT_TRUE(waitUntil(isOnScreen));
-                               mouse(u"mousemove 100 100 mousedown 1 mousemove 400 400 mousemove 900 900"_s);
-                               mouse(u"mouseup 1"_s);
-                           }});
-    for (const Moment& moment : moments) {
-        SCOPED_TRACE(moment.name);
+    const std::function<void()> moments[] = {
+        [] {},  // at its start
+        [&] { EXPECT_TRUE(waitUntil(isOnScreen)); },
+        [&] {
+            EXPECT_TRUE(waitUntil(isOnScreen));
+            desktop.xdotool(u"mousemove 100 100 mousedown 1 mousemove 200 200 mousemove 300 250"_s);
+        },
+        // While it writes, which takes some milliseconds that nobody tells apart.
+        draw,
+        draw,
+    };
+    for (const auto& reachMoment : moments) {
+        SCOPED_TRACE(&reachMoment - moments);
         program.callOnBus(u"CaptureScreen"_s);
         ASSERT_TRUE(waitUntil([&] { return picker() > 0; }));
         const int process = picker();
-        moment.reach();
+        reachMoment();
         ::kill(process, SIGKILL);
-        mouse(u"mouseup 1"_s);
+        desktop.xdotool(u"mouseup 1"_s);
         ASSERT_TRUE(waitUntil([&] { return picker() == 0 && program.isPopoverShown(); }));
         EXPECT_TRUE(waitUntil([&] { return filesLeft().isEmpty(); })) << filesLeft().join(u' ').toStdString();
         ASSERT_TRUE(program.closePopover());

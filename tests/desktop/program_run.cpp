@@ -15,6 +15,8 @@ using namespace Qt::StringLiterals;
 
 constexpr int answerLimit = 1000;  // milliseconds
 
+const auto popoverWindows = u"search --onlyvisible --name ^Tralio$"_s;
+
 /// The first shown object at or below `object` with a name that is wanted.
 AtspiReference findByName(const AtspiReference& object, const std::function<bool(const QString&)>& isWanted,
     const AtspiQuestion& question) {
@@ -44,14 +46,21 @@ ProgramRun::ProgramRun(TestSession& desktop, Start start) : m_desktop(desktop) {
 }
 
 bool ProgramRun::isPopoverShown() const {
-    return !m_desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Tralio$"_s})
-                .isEmpty();
+    return !m_desktop.xdotool(popoverWindows).isEmpty();
 }
 
 bool ProgramRun::isPopoverInFront() const {
     // Some time after it has closed the window manager still names it.
-    return isPopoverShown() &&
-        m_desktop.run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}) == u"Tralio";
+    return isPopoverShown() && m_desktop.xdotool(u"getactivewindow getwindowname"_s) == u"Tralio";
+}
+
+bool ProgramRun::closes(int seconds) const {
+    return waitUntil([this] { return !isPopoverShown(); }, seconds);
+}
+
+bool ProgramRun::isAsked(const QString& text) const {
+    const auto& requests = m_standIn.requests();
+    return waitUntil([&] { return !requests.isEmpty() && requests.last().userText() == text; });
 }
 
 AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
@@ -67,25 +76,20 @@ AtspiReference ProgramRun::find(
 }
 
 QString ProgramRun::trayIcon() const {
-    const auto windows = [this](const QString& by, const QString& what) {
-        return m_desktop.run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, by, what}).split(u'\n');
-    };
-    const QStringList popovers = windows(u"--name"_s, u"^Tralio$"_s);
-    for (const QString& window : windows(u"--class"_s, u"^tralio$"_s))
+    const QStringList popovers = m_desktop.xdotool(popoverWindows).split(u'\n');
+    for (const QString& window : m_desktop.xdotool(u"search --onlyvisible --class ^tralio$"_s).split(u'\n'))
         if (!popovers.contains(window))
             return window;
     return {};
 }
 
 QRect ProgramRun::popoverArea() const {
-    // X=…, Y=…, WIDTH=…, HEIGHT=…, a line each.
-    const QString geometry = m_desktop.run(u"xdotool"_s,
-        {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Tralio$"_s, u"getwindowgeometry"_s, u"--shell"_s});
-    const auto number = [&geometry](QStringView name) {
-        const qsizetype start = geometry.indexOf(u'\n' + name.toString() + u'=') + name.size() + 2;
-        return geometry.mid(start, geometry.indexOf(u'\n', start) - start).toInt();
-    };
-    return {number(u"X"), number(u"Y"), number(u"WIDTH"), number(u"HEIGHT")};
+    // WINDOW, X, Y, WIDTH, HEIGHT, SCREEN, with = and a number, a line each.
+    QList<int> numbers;
+    for (const QString& line :
+        m_desktop.xdotool(popoverWindows + u" getwindowgeometry --shell"_s).split(u'\n'))
+        numbers += line.section(u'=', 1).toInt();
+    return {numbers.value(1), numbers.value(2), numbers.value(3), numbers.value(4)};
 }
 
 QString ProgramRun::shownTranslation() const {
@@ -117,9 +121,8 @@ QRect ProgramRun::areaOf(const QString& beginning) const {
 }
 
 bool ProgramRun::click(const QString& beginning) const {
-    const auto at = [&](const QPoint& place, const QString& button) {
-        m_desktop.run(u"xdotool"_s,
-            {u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"click"_s, button});
+    const auto at = [&](const QPoint& place, int button) {
+        m_desktop.xdotool(u"mousemove %1 %2 click %3"_s.arg(place.x()).arg(place.y()).arg(button));
     };
     QRect area;
     const bool isInSight = waitUntil([&] {
@@ -131,11 +134,11 @@ bool ProgramRun::click(const QString& beginning) const {
         if (!area.isValid() || panel.contains(area.center()) || area == before)
             return area.isValid();
         const bool above = area.center().y() < panel.top();
-        at(panel.center(), above ? u"4"_s : u"5"_s);
+        at(panel.center(), above ? 4 : 5);
         return false;
     });
     if (isInSight)
-        at(area.center(), u"1"_s);
+        at(area.center(), 1);
     return isInSight;
 }
 
@@ -146,15 +149,13 @@ bool ProgramRun::clickTrayIcon(int button) const {
     // A tray moves an icon that it has just got.
     const bool rests = waitUntil([&] {
         icon = trayIcon();
-        const QString now = m_desktop.run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, icon});
+        const QString now = m_desktop.xdotool(u"getwindowgeometry --shell "_s + icon);
         sinceMoved = !icon.isEmpty() && std::exchange(place, now) == now ? sinceMoved + 1 : 0;
         return sinceMoved == 5;
     });
-    if (!rests)
-        return false;
-    m_desktop.run(u"xdotool"_s,
-        {u"mousemove"_s, u"--window"_s, icon, u"8"_s, u"8"_s, u"click"_s, QString::number(button)});
-    return true;
+    if (rests)
+        m_desktop.xdotool(u"mousemove --window %1 8 8 click %2"_s.arg(icon).arg(button));
+    return rests;
 }
 
 void ProgramRun::callOnBus(const QString& method, const QStringList& texts) const {
@@ -179,12 +180,12 @@ bool ProgramRun::translatesNothing() {
 
 bool ProgramRun::openByHotKey() const {
     m_desktop.pressTextHotKey();
-    return waitUntil([this] { return isPopoverInFront(); });
+    return comesToFront();
 }
 
 bool ProgramRun::closePopover() const {
-    m_desktop.run(u"xdotool"_s, {u"key"_s, u"Escape"_s});
-    return waitUntil([this] { return !isPopoverShown(); });
+    m_desktop.xdotool(u"key Escape"_s);
+    return closes();
 }
 
 }  // namespace tralio

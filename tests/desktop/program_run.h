@@ -25,6 +25,11 @@ public:
     [[nodiscard]] bool isPopoverShown() const;
     /// Whether it also has the keyboard.
     [[nodiscard]] bool isPopoverInFront() const;
+    /// Whether it comes to have the keyboard, or is gone within this time.
+    [[nodiscard]] bool comesToFront() const {
+        return waitUntil([this] { return isPopoverInFront(); });
+    }
+    [[nodiscard]] bool closes(int seconds = 15) const;
     /// The window of the icon in the tray; empty while there is none.
     [[nodiscard]] QString trayIcon() const;
     /// Where the popover is on the screen.
@@ -34,6 +39,13 @@ public:
     /// The whole name of what has a name in the popover that begins so, be it scrolled out of sight.
     [[nodiscard]] QString shownName(const QString& beginning) const;
     [[nodiscard]] bool shows(const QString& beginning) const { return !shownName(beginning).isEmpty(); }
+    /// Whether it comes to be shown, or to be shown no more.
+    [[nodiscard]] bool comes(const QString& beginning) const {
+        return waitUntil([&] { return shows(beginning); });
+    }
+    [[nodiscard]] bool goes(const QString& beginning) const {
+        return waitUntil([&] { return !shows(beginning); });
+    }
 
     /// Clicks with the mouse on what has this name, or else a name that begins so, once it is there,
     /// scrolling to it where it is out of sight; whether it came.
@@ -48,6 +60,8 @@ public:
     /// Presses the text hot key and waits for the request that comes of it; the text that arrived at the
     /// stand-in, or a null text when none came.
     [[nodiscard]] QString translateSelection();
+    /// Whether this is what the stand-in comes to be asked for last.
+    [[nodiscard]] bool isAsked(const QString& text) const;
 
     /// Presses the text hot key, whose popover opens in any case, and closes that again; whether no request
     /// came of it.

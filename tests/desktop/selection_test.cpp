@@ -1,8 +1,9 @@
 #include <QFile>
+#include <QStandardPaths>
 
-#include "desktop/program_run.h"
-#include "desktop/virtual_desktop.h"
-#include "support/testing.h"
+#include <algorithm>
+
+#include "desktop/program_fixture.h"
 
 namespace tralio {
 namespace {
@@ -10,138 +11,251 @@ namespace {
 /// Vietnamese, an emoji outside the basic plane, and an accent that no precomposed letter has.
 const QString sentence = u"Giá trị x\u0302 của cà phê sữa đá 🙂 rất tốt, thưa bạn."_s;
 const QString reply = u"The value of x\u0302 is fine. Ấ Ẩ Ễ Ố Ộ Ặ"_s;
+const QString copied = u"vẫn còn đây"_s;
 
-class Selection : public testing::Test {
+class Selection : public OnDesktop {
 protected:
     Selection() { program.standIn().translatesTo(reply); }
 
-    /// The selection goes to the model as it is, and its translation comes to the popover.
+    /// The selection goes to the model as it is, and the popover comes; what it shows is told by
+    /// accessibility.
     void expectTranslated() {
         EXPECT_EQ(program.translateSelection(), sentence);
-        EXPECT_TRUE(waitUntil([this] { return program.shownTranslation() == reply; }))
-            << "shown: " << program.shownTranslation().toStdString();
-        EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
+        if (isAccessible)
+            EXPECT_TRUE(waitUntil([this] { return program.shownTranslation() == reply; }))
+                << "shown: " << program.shownTranslation().toStdString();
+        EXPECT_TRUE(program.comesToFront());
     }
 
-    VirtualDesktop desktop;
-    ProgramRun program{desktop};
+    /// Marks the sentence, which is a paragraph of this window at this place, as users do.
+    [[nodiscard]] bool marks(const QString& window, const QPoint& place) {
+        // Clicks that are still on their way would mark something else again.
+        return waitUntil([&] {
+            desktop.click(window, place, 3);
+            return waitUntil([this] { return desktop.primary() == sentence; }, 2);
+        });
+    }
+
+    bool isAccessible = true;
 };
 
-TEST_F(Selection, of_a_gtk_editor_is_translated_and_the_clipboard_stays) {
-    desktop.setClipboard(u"vẫn còn đây"_s);
-    ASSERT_FALSE(desktop.selectInEditor(sentence).isEmpty());
-    expectTranslated();
-    EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
+TEST_F(Selection, of_editors_and_of_a_terminal_is_translated_and_the_clipboard_stays) {
+    desktop.setClipboard(copied);
+    const QString path = desktop.write(u"a.txt"_s, sentence);
+    const auto selectInGtk = [this] { return desktop.selectInEditor(sentence); };
+    const auto selectInQt = [&] {
+        const QString editor =
+            desktop.startInFront(u"featherpad"_s, u"featherpad"_s, {u"--standalone"_s, path});
+        desktop.press(u"ctrl+a"_s);
+        return editor;
+    };
+    const auto selectInTerminal = [&] {
+        const QString terminal = desktop.startTerminal(u"cat '%1'; sleep 1000"_s.arg(path));
+        EXPECT_TRUE(marks(terminal, {60, 10}));
+        return terminal;
+    };
+    const auto expectTranslatedIn = [this](const QString& window) {
+        expectTranslated();
+        EXPECT_TRUE(program.closePopover());
+        EXPECT_EQ(desktop.clipboard(), copied);
+        desktop.xdotool(u"windowkill "_s + window);
+    };
+    expectTranslatedIn(selectInGtk());
+    expectTranslatedIn(selectInQt());
+    expectTranslatedIn(selectInTerminal());
+
+    // PRIMARY tells it where accessibility does not.
+    desktop.setAccessibility(false);
+    isAccessible = false;
+    expectTranslatedIn(selectInGtk());
+    expectTranslatedIn(selectInTerminal());
 }
 
-TEST_F(Selection, of_a_qt_editor_is_translated_and_the_clipboard_stays) {
-    desktop.setClipboard(u"vẫn còn đây"_s);
-    desktop.start(u"featherpad"_s, {u"--standalone"_s, desktop.write(u"a.txt"_s, sentence)});
-    ASSERT_FALSE(desktop.bringToFront(u"featherpad"_s).isEmpty());
-    desktop.press(u"ctrl+a"_s);
-    expectTranslated();
-    EXPECT_EQ(desktop.clipboard(), u"vẫn còn đây"_s);
+TEST_F(Selection, of_another_application_is_none_of_a_terminals_which_is_not_interrupted_either) {
+    desktop.selectInEditor(sentence);
+    ASSERT_TRUE(waitUntil([this] { return desktop.primary() == sentence; }));
+    // One that is known, one that is known by its window's instance and its program, and one by the terminal
+    // that it serves.
+    const QString unknown = desktop.home() + u"/scratchpad"_s;
+    ASSERT_TRUE(QFile::copy(QStandardPaths::findExecutable(u"xterm"_s), unknown));
+    for (const auto& [terminal, windowClass] :
+        {std::pair(u"xterm"_s, u"XTerm"_s), {u"xterm"_s, u"Scratchpad"_s}, {unknown, u"Scratchpad"_s}}) {
+        const QString window = desktop.startInFront(windowClass, terminal,
+            {u"-class"_s, windowClass, u"-e"_s, u"sh"_s, u"-c"_s,
+                u"trap \"touch '%1/interrupted'\" INT; while true; do sleep 1; done"_s.arg(desktop.home())});
+        EXPECT_TRUE(program.translatesNothing());
+        EXPECT_FALSE(QFile::exists(desktop.home() + u"/interrupted"_s));
+        EXPECT_TRUE(desktop.isVisible(windowClass));
+        desktop.xdotool(u"windowkill "_s + window);
+    }
 }
 
-TEST_F(Selection, of_a_terminal_is_translated_and_what_runs_in_it_is_not_interrupted) {
-    const QString text = desktop.write(u"a.txt"_s, sentence);
-    desktop.start(u"xterm"_s,
-        {u"-u8"_s, u"-fa"_s, u"Noto Sans Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s,
-            u"trap \"touch '%2/interrupted'\" INT; cat '%1'; while true; do sleep 1; done"_s.arg(
-                text, desktop.home())});
-    const QString window = desktop.bringToFront(u"xterm"_s);
-    ASSERT_FALSE(window.isEmpty());
-    ASSERT_TRUE(waitUntil([&] {
-        desktop.click(window, {60, 10}, 3);
-        return desktop.primary() == sentence;
-    }));
+TEST_F(Selection, that_nothing_tells_is_copied_by_the_menu_or_by_keys_also_while_the_hot_key_is_held) {
+    desktop.startInFront(u"selection-probe"_s, QStringLiteral(SELECTION_PROBE), {sentence, u"--menu"_s});
     expectTranslated();
+    EXPECT_EQ(desktop.clipboard(), sentence);
+    ASSERT_TRUE(program.closePopover());
 
-    // With nothing marked, every layer is tried. None may send the terminal an interrupt.
-    desktop.press(u"Escape"_s);
-    desktop.run(u"sh"_s, {u"-c"_s, u"xclip -selection primary /dev/null"_s});
-    ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
-    EXPECT_TRUE(program.translateSelection().isNull());
-    EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
-    EXPECT_FALSE(QFile::exists(desktop.home() + u"/interrupted"_s));
-    EXPECT_TRUE(desktop.isVisible(u"xterm"_s));
-}
-
-TEST_F(Selection, that_only_the_menu_copies_is_translated) {
-    desktop.start(QStringLiteral(SELECTION_PROBE), {sentence, u"--menu"_s});
+    // It answers neither the accessibility bus nor for PRIMARY, and has no menu.
+    desktop.xdotool(u"search --class selection-probe windowkill"_s);
+    desktop.setClipboard(copied);
+    QProcessEnvironment mute = desktop.environment();
+    mute.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
+    desktop.startIn(mute, QStringLiteral(SELECTION_PROBE), {sentence});
     ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
     expectTranslated();
     EXPECT_EQ(desktop.clipboard(), sentence);
-}
 
-/// An application that answers neither the accessibility bus nor for PRIMARY: it has to be asked by keyboard.
-class SilentApplication : public Selection {
-protected:
-    void startProbe() {
-        QProcessEnvironment mute = desktop.environment();
-        mute.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
-        desktop.startIn(mute, QStringLiteral(SELECTION_PROBE), {sentence});
-        ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
-    }
-};
-
-TEST_F(SilentApplication, is_copied_from_by_its_shortcut) {
-    startProbe();
-    expectTranslated();
-    EXPECT_EQ(desktop.clipboard(), sentence);
-}
-
-TEST_F(SilentApplication, is_copied_from_while_the_user_still_holds_the_hot_key) {
-    startProbe();
+    desktop.setClipboard(copied);
+    ASSERT_TRUE(program.closePopover());
+    const qsizetype before = program.standIn().requests().size();
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
-    EXPECT_TRUE(waitUntil([this] { return !program.standIn().requests().isEmpty(); }));
+    EXPECT_TRUE(waitUntil([&] { return program.standIn().requests().size() > before; }));
     desktop.release({u"d"_s, u"shift"_s, u"super"_s});
-    ASSERT_FALSE(program.standIn().requests().isEmpty());
-    EXPECT_EQ(program.standIn().requests().last().userText(), sentence);
-}
+    EXPECT_TRUE(program.isAsked(sentence));
 
-TEST_F(SilentApplication, is_copied_from_by_the_key_that_means_control) {
+    ASSERT_TRUE(program.closePopover());
+    desktop.setClipboard(copied);
     desktop.run(u"setxkbmap"_s, {u"us"_s, u"-option"_s, u"ctrl:swapcaps"_s});
-    startProbe();
     expectTranslated();
-    EXPECT_EQ(desktop.clipboard(), sentence);
+    EXPECT_EQ(desktop.clipboard(), sentence) << "by the key that means Control";
 }
 
-TEST_F(Selection, left_over_from_another_application_is_not_taken_for_one) {
-    ASSERT_FALSE(desktop.selectInEditor(sentence).isEmpty());
-    ASSERT_TRUE(waitUntil([this] { return desktop.primary() == sentence; }));
-    desktop.start(u"xterm"_s);
-    ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
-    EXPECT_TRUE(program.translateSelection().isNull());
-    EXPECT_TRUE(waitUntil([this] { return program.isPopoverInFront(); }));
-}
-
-TEST_F(Selection, is_translated_when_the_window_manager_has_died) {
+TEST_F(Selection, is_translated_whatever_becomes_of_the_keyboard_and_of_the_window_manager) {
     const QString editor = desktop.selectInEditor(sentence);
-    ASSERT_FALSE(editor.isEmpty());
-    desktop.killWindowManager();
-    desktop.run(u"xdotool"_s, {u"windowfocus"_s, u"--sync"_s, editor});
-    EXPECT_EQ(program.translateSelection(), sentence);
-}
-
-TEST_F(Selection, is_translated_whatever_locks_are_on) {
-    desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, sentence)});
-    for (const QString& lock : {u"Caps_Lock"_s, u"Num_Lock"_s}) {
-        desktop.press(lock);  // Caps, then Caps and Num
+    const std::function<void()> changes[] = {
+        [this] { desktop.press(u"Caps_Lock"_s); },
+        [this] { desktop.press(u"Num_Lock"_s); },
+        // Super moves to another modifier, which the old grab knows nothing of.
+        [this] {
+            desktop.run(u"xmodmap"_s,
+                {u"-e"_s, u"clear mod4"_s, u"-e"_s, u"clear mod3"_s, u"-e"_s, u"add mod3 = Super_L"_s});
+        },
+    };
+    for (const auto& change : changes) {
+        SCOPED_TRACE(&change - changes);
+        change();
         ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
         desktop.press(u"ctrl+a"_s);
         expectTranslated();
     }
+    ASSERT_TRUE(program.closePopover());
+    desktop.killWindowManager();
+    desktop.xdotool(u"windowfocus --sync "_s + editor);
+    EXPECT_EQ(program.translateSelection(), sentence);
 }
 
-TEST_F(Selection, is_translated_after_the_keyboard_has_been_mapped_otherwise) {
-    desktop.start(u"mousepad"_s, {u"--disable-server"_s, desktop.write(u"a.txt"_s, sentence)});
-    // Super moves to another modifier, which the old grab knows nothing of.
-    desktop.run(
-        u"xmodmap"_s, {u"-e"_s, u"clear mod4"_s, u"-e"_s, u"clear mod3"_s, u"-e"_s, u"add mod3 = Super_L"_s});
-    ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
+/// A browser as it is, one that tells of every element of a page, and one that always does.
+class BrowserSelection : public Selection, public testing::WithParamInterface<std::string> {
+protected:
+    /// Gives its window.
+    QString startBrowser(const QString& page) {
+        if (GetParam() == "firefox") {
+            desktop.write(u"firefox/user.js"_s,
+                u"user_pref('browser.aboutwelcome.enabled', false);"
+                u"user_pref('browser.startup.homepage_override.mstone', 'ignore');"
+                u"user_pref('datareporting.policy.dataSubmissionEnabled', false);"_s);
+            return desktop.startInFront(u"firefox"_s, u"firefox-esr"_s,
+                {u"--profile"_s, desktop.home() + u"/firefox"_s, u"--new-instance"_s, u"--kiosk"_s,
+                    u"file://"_s + page});
+        }
+        QStringList options{u"--app=file://"_s + page};
+        if (GetParam() == "chromium_with_its_whole_tree")
+            options += u"--force-renderer-accessibility"_s;
+        desktop.startChromium(options);
+        return desktop.bringToFront(u"chromium"_s);
+    }
+    [[nodiscard]] bool sent(const QString& text) {
+        return std::ranges::any_of(
+            program.standIn().requests(),
+            [&](const StandInModel::Request& request) { return request.userText().contains(text); });
+    }
+};
+
+TEST_P(BrowserSelection, is_what_is_marked_now_and_no_password_and_the_clipboard_stays) {
+    desktop.setClipboard(copied);
+    const QString window = startBrowser(desktop.write(u"a.html"_s,
+        u"<meta charset=utf-8><body style='margin:0;font-size:24px'><p style='margin:0'>%1</p>"
+        u"<input type=password value='hunter2' style='position:absolute;top:200px;left:0;height:30px'>"_s.arg(
+            sentence)));
+    ASSERT_FALSE(window.isEmpty());
+    ASSERT_TRUE(marks(window, {300, 15}));
+    EXPECT_EQ(program.translateSelection(), sentence);
+    EXPECT_TRUE(program.comesToFront());
+    ASSERT_TRUE(program.closePopover());
+
+    desktop.click(window, {600, 500});
+    EXPECT_EQ(desktop.primary(), sentence) << "it is no longer left over: what is tested?";
+    EXPECT_TRUE(program.translatesNothing());
+
+    desktop.click(window, {50, 215});
     desktop.press(u"ctrl+a"_s);
-    expectTranslated();
+    EXPECT_TRUE(program.translatesNothing());
+    EXPECT_FALSE(sent(u"hunter2"_s) || sent(u"•"_s));
+    EXPECT_EQ(desktop.clipboard(), copied);
+
+    ASSERT_TRUE(marks(window, {300, 15}));
+    EXPECT_EQ(program.translateSelection(), sentence);
+    EXPECT_EQ(desktop.clipboard(), copied);
+}
+
+INSTANTIATE_TEST_SUITE_P(, BrowserSelection,
+    testing::Values("chromium_as_it_is", "chromium_with_its_whole_tree", "firefox"),
+    [](const auto& browser) { return browser.param; });
+
+TEST_F(Selection, of_a_gtk_password_field_is_nothing) {
+    desktop.startInFront(u"zenity"_s, u"zenity"_s, {u"--password"_s});
+    desktop.type(u"hunter2"_s);
+    desktop.press(u"ctrl+a"_s);
+    EXPECT_TRUE(program.translatesNothing());
+    desktop.setAccessibility(false);
+    EXPECT_TRUE(program.translatesNothing());
+}
+
+TEST_F(Selection, of_an_application_behind_a_bus_proxy_is_what_it_tells) {
+    const QString address =
+        desktop.callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus.GetAddress"_s)
+            .section(u'\'', 1, 1);
+    const QString socket = desktop.home() + u"/proxied"_s;
+    desktop.start(u"xdg-dbus-proxy"_s, {address, socket});
+    ASSERT_TRUE(waitUntil([&] { return QFile::exists(socket); }));
+    QProcessEnvironment proxied = desktop.environment();
+    proxied.insert(u"AT_SPI_BUS_ADDRESS"_s, u"unix:path="_s + socket);
+    desktop.startIn(proxied, u"zenity"_s, {u"--entry"_s, u"--entry-text"_s, sentence});
+    ASSERT_FALSE(desktop.bringToFront(u"zenity"_s).isEmpty());
+    desktop.press(u"ctrl+a"_s);
+    EXPECT_EQ(program.translateSelection(), sentence);
+    ASSERT_TRUE(program.comesToFront() && program.closePopover());
+
+    // Only its element tells that this one is a password.
+    desktop.startIn(proxied, u"zenity"_s, {u"--password"_s, u"--title"_s, u"Mật khẩu"_s});
+    ASSERT_TRUE(
+        waitUntil([this] { return desktop.xdotool(u"getactivewindow getwindowname"_s) == u"Mật khẩu"; }));
+    desktop.type(u"hunter2"_s);
+    desktop.press(u"ctrl+a"_s);
+    EXPECT_TRUE(program.translatesNothing());
+}
+
+TEST_F(Selection, leaves_a_greyed_copy_alone_whose_menu_would_keep_the_keyboard) {
+    desktop.setVariable(u"SAL_USE_VCLPLUGIN"_s, u"gtk3"_s);
+    desktop.start(u"soffice"_s,
+        {u"--writer"_s, u"--norestore"_s, u"--nologo"_s,
+            u"-env:UserInstallation=file://"_s + desktop.home() + u"/office"_s,
+            desktop.write(u"a.html"_s, u"<meta charset=utf-8>"_s + sentence)});
+    ASSERT_TRUE(waitUntil([this] { return desktop.isVisible(u"libreoffice"_s); }, 60))
+        << "it takes its time when it was never started before";
+    ASSERT_FALSE(desktop.bringToFront(u"libreoffice"_s).isEmpty());
+    const auto translatesAll = [&] {
+        desktop.press(u"ctrl+a"_s);
+        const QString text = program.translateSelection();
+        return program.comesToFront() && program.closePopover() && text == sentence;
+    };
+    ASSERT_TRUE(waitUntil(translatesAll, 30)) << "its window comes before it takes keys";
+    desktop.press(u"Right"_s);
+    // It greys its menu a little later.
+    EXPECT_FALSE(waitUntil([this] { return program.isPopoverShown(); }, 4));
+    EXPECT_TRUE(program.translatesNothing());
+    EXPECT_TRUE(translatesAll()) << "the menu has the keyboard";
 }
 
 }  // namespace

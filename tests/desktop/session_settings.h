@@ -20,9 +20,16 @@ struct SessionSettings {
     double scale = 1;
 
     /// As lines of sway's configuration, whose own defaults are what is shipped.
-    [[nodiscard]] QString forSway() const;
-    /// As openbox' configuration file.
-    [[nodiscard]] QString forOpenbox() const;
+    [[nodiscard]] QString forSway() const {
+        QString lines = QStringLiteral("output * scale %1\n").arg(scale);
+        if (focus == Focus::byClick)
+            lines += QStringLiteral("focus_follows_mouse no\n");
+        if (!hasFrames)
+            lines += QStringLiteral("default_border none\n");
+        if (hasBackground)
+            lines += QStringLiteral("output * background #D5DBE3 solid_color\n");
+        return lines;
+    }
 };
 
 }  // namespace tralio

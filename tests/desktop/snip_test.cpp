@@ -64,15 +64,6 @@ struct RegionPicker : testing::Test {
         start(path, settings);
         ASSERT_TRUE(waitUntil([this] { return desktop.isVisible(u"tralio-snip"_s); }));
     }
-    void mouse(const QString& commands) { desktop.run(u"xdotool"_s, commands.split(u' ')); }
-    void drag(QPoint from, QPoint to) {
-        mouse(u"mousemove %1 %2 mousedown 1 mousemove %3 %4 mousemove %5 %6 mouseup 1"_s.arg(from.x())
-                  .arg(from.y())
-                  .arg((from.x() + to.x()) / 2)
-                  .arg((from.y() + to.y()) / 2)
-                  .arg(to.x())
-                  .arg(to.y()));
-    }
     /// Waits for its end and gives its status.
     int finish() {
         if (!waitUntil([this] { return picker.state() == QProcess::NotRunning; }, 5))
@@ -85,7 +76,7 @@ struct RegionPicker : testing::Test {
 TEST_F(RegionPicker, takes_exactly_the_pixels_that_were_drawn_over_at_every_scale) {
     for (const QString& scale : {u"1"_s, u"1.5"_s, u"2"_s}) {
         open({u"QT_SCALE_FACTOR="_s + scale});
-        drag({101, 203}, {700, 502});
+        desktop.drag({101, 203}, {700, 502});
         ASSERT_EQ(finish(), 0);
         const QImage picture(path);
         EXPECT_EQ(partOfPage(picture), QRect(101, 203, 600, 300)) << scale.toStdString();
@@ -93,7 +84,7 @@ TEST_F(RegionPicker, takes_exactly_the_pixels_that_were_drawn_over_at_every_scal
         QFile::remove(path);
     }
     open();
-    drag({1279, 1023}, {0, 0});
+    desktop.drag({1279, 1023}, {0, 0});
     ASSERT_EQ(finish(), 0);
     EXPECT_EQ(partOfPage(QImage(path)), QRect(QPoint(), screenSize));
 }
@@ -102,7 +93,7 @@ TEST_F(RegionPicker, misses_no_button_that_is_released_right_after_a_motion) {
     for (int time = 0; time < 60; ++time) {
         const QRect drawn(20 + time, 30, 400, 300 - time);
         open();
-        drag(drawn.topLeft(), drawn.bottomRight());
+        desktop.drag(drawn.topLeft(), drawn.bottomRight());
         ASSERT_EQ(finish(), 0) << time;
         ASSERT_EQ(partOfPage(QImage(path)), drawn);
         QFile::remove(path);
@@ -114,15 +105,14 @@ TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_
         u"rounded = 0\nbackground_color = #ffffff 100\n"
         "panel_background_id = 1\npanel_items = C\n"_s);
     desktop.start(u"tint2"_s, {u"-c"_s, panel});
-    const QString file = desktop.home() + u"/screen.png"_s;
     QImage before;
     ASSERT_TRUE(waitUntil([&] {
-        before = desktop.screenshot(file);
+        before = desktop.screenshot();
         return before.pixel(100, screenSize.height() - 4) == qRgb(255, 255, 255);
     }));
 
     open();
-    mouse(u"mousemove 200 200 mousedown 1 mousemove 300 300 mousemove 599 399"_s);
+    desktop.xdotool(u"mousemove 200 200 mousedown 1 mousemove 300 300 mousemove 599 399"_s);
     const QRect drawn(200, 200, 400, 200);
     const QRect inner = drawn.adjusted(20, 20, -20, -20);    // without the handles
     const QRect around = drawn.adjusted(-20, -20, 120, 60);  // with the label
@@ -139,7 +129,7 @@ TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_
     };
     // The hint takes a moment to fade.
     EXPECT_TRUE(waitUntil([&] {
-        shown = desktop.screenshot(file);
+        shown = desktop.screenshot();
         return partOfPage(shown.copy(inner)) == inner && isDimmedAroundIt();
     }));
     EXPECT_GT(qGray(shown.pixel(199, 250)), 200);  // the edge
@@ -150,7 +140,7 @@ TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_
         for (int x = 0; x < label.width(); ++x)
             bright += qGray(label.pixel(x, y)) > 160;
     EXPECT_GT(bright, 50);
-    mouse(u"mouseup 1"_s);
+    desktop.xdotool(u"mouseup 1"_s);
     EXPECT_EQ(finish(), 0);
 }
 
@@ -158,7 +148,7 @@ TEST_F(RegionPicker, keeps_what_was_on_the_screen_when_it_opened) {
     open();
     desktop.start(u"xterm"_s, {u"-geometry"_s, u"80x40+0+0"_s});
     ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"xterm"_s); }));
-    drag({50, 50}, {249, 149});
+    desktop.drag({50, 50}, {249, 149});
     ASSERT_EQ(finish(), 0);
     EXPECT_EQ(partOfPage(QImage(path)), QRect(50, 50, 200, 100));
 }
@@ -171,7 +161,7 @@ TEST_F(RegionPicker, leaves_no_file_when_cancelled) {
         u"key Down key Down key Escape"_s};
     for (const QString& way : ways) {
         open();
-        mouse(way);
+        desktop.xdotool(way);
         EXPECT_EQ(finish(), 0) << way.toStdString();
         EXPECT_FALSE(hasFile()) << way.toStdString();
     }
@@ -180,10 +170,10 @@ TEST_F(RegionPicker, leaves_no_file_when_cancelled) {
 TEST_F(RegionPicker, is_served_by_the_keyboard_alone_and_keeps_the_keys_to_itself) {
     desktop.start(u"xterm"_s, {u"-geometry"_s, u"20x5+900+700"_s});
     ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
-    mouse(u"mousemove 400 300"_s);
+    desktop.xdotool(u"mousemove 400 300"_s);
     open();
     desktop.type(u"touch typed\n"_s);  // the Return at its end brings the rectangle
-    mouse(u"key Left key ctrl+Up key shift+Right key ctrl+shift+Down key Return"_s);
+    desktop.xdotool(u"key Left key ctrl+Up key shift+Right key ctrl+shift+Down key Return"_s);
     ASSERT_EQ(finish(), 0);
     const QRect part = partOfPage(QImage(path));
     EXPECT_EQ(part.size(), QSize(361, 130));
@@ -204,7 +194,7 @@ TEST_F(RegionPicker, works_across_monitors_of_different_scale) {
         {{600, 100, 300, 200}, u"2"_s}, {{400, 100, 300, 200}, u"1"_s}};
     for (const Case& given : cases) {
         open({u"QT_SCREEN_SCALE_FACTORS=left=1;right=2"_s});
-        drag(given.drawn.topLeft(), given.drawn.bottomRight());
+        desktop.drag(given.drawn.topLeft(), given.drawn.bottomRight());
         ASSERT_EQ(finish(), 0);
         EXPECT_EQ(partOfPage(QImage(path)), given.drawn);
         EXPECT_EQ(QImage(path).text(u"DevicePixelRatio"_s), given.ratio);
@@ -226,7 +216,7 @@ TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
     desktop.press(u"Escape"_s);
     EXPECT_EQ(finish(), 0);
     ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"tralio-snip"_s); }));
-    drag({10, 10}, {109, 59});
+    desktop.drag({10, 10}, {109, 59});
     ASSERT_TRUE(second.waitForFinished(5000));
     EXPECT_EQ(partOfPage(QImage(path)), QRect(10, 10, 100, 50));
 }

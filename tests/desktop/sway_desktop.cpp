@@ -3,7 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <algorithm>
+#include <linux/input-event-codes.h>
 #include <stdexcept>
 
 #include "support/files.h"
@@ -14,11 +14,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr QSize screen(1280, 1024);
-
-constexpr quint32 leftSuper = 125;  // evdev codes
-constexpr quint32 leftShift = 42;
-constexpr quint32 keyD = 32;
-constexpr quint32 keyS = 31;
 
 constexpr QStringView configuration =
     uR"(
@@ -73,11 +68,11 @@ void SwayDesktop::startCompositor(Xwayland xwayland, const SessionSettings& sett
 }
 
 void SwayDesktop::pressTextHotKey() const {
-    press({leftSuper, leftShift, keyD});
+    press({KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_D});
 }
 
 void SwayDesktop::pressCaptureHotKey() const {
-    press({leftSuper, leftShift, keyS});
+    press({KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_S});
 }
 
 void SwayDesktop::press(const std::vector<quint32>& keys) const {
@@ -101,40 +96,31 @@ void SwayDesktop::drag(const QPoint& from, const QPoint& to) {
     m_pointer->setButton(false);
 }
 
-QList<QJsonObject> SwayDesktop::windows() const {
-    QList<QJsonObject> found;
+QJsonObject SwayDesktop::windowWith(const char* key, const QJsonValue& value) const {
     const auto tree = QJsonDocument::fromJson(run(u"swaymsg"_s, {u"-t"_s, u"get_tree"_s}).toUtf8());
     QList<QJsonObject> waiting{tree.object()};
     while (!waiting.isEmpty()) {
         const QJsonObject node = waiting.takeFirst();
-        if (node.contains(QLatin1String("pid")))
-            found += node;
-        for (const auto& children :
-            {node.value(QLatin1String("nodes")), node.value(QLatin1String("floating_nodes"))})
-            for (const auto& child : children.toArray())
+        if (node.contains(QLatin1String("pid")) && node.value(QLatin1String(key)) == value)
+            return node;
+        for (const char* children : {"nodes", "floating_nodes"})
+            for (const auto& child : node.value(QLatin1String(children)).toArray())
                 waiting += child.toObject();
     }
-    return found;
+    return {};
 }
 
 bool SwayDesktop::bringToFront(const QString& applicationId) const {
     return waitUntil([&] {
-        for (const QJsonObject& window : windows()) {
-            if (window.value(QLatin1String("app_id")).toString() != applicationId)
-                continue;
-            if (window.value(QLatin1String("focused")).toBool())
-                return true;
+        const QJsonObject window = windowWith("app_id", applicationId);
+        if (!window.isEmpty() && !window.value(QLatin1String("focused")).toBool())
             run(u"swaymsg"_s, {u"[app_id=\"%1\"] focus"_s.arg(applicationId)});
-        }
-        return false;
+        return window.value(QLatin1String("focused")).toBool();
     });
 }
 
 QRect SwayDesktop::windowArea(const QString& title) const {
-    for (const QJsonObject& window : windows())
-        if (window.value(QLatin1String("name")).toString() == title)
-            return areaOf(window);
-    return {};
+    return areaOf(windowWith("name", title));
 }
 
 QRect SwayDesktop::outputArea(const QString& name) const {
@@ -146,34 +132,19 @@ QRect SwayDesktop::outputArea(const QString& name) const {
 }
 
 bool SwayDesktop::isOnXwayland(const QString& title) const {
-    const QList<QJsonObject> all = windows();
-    return std::any_of(all.begin(), all.end(), [&](const QJsonObject& window) {
-        return window.value(QLatin1String("name")).toString() == title &&
-            window.value(QLatin1String("shell")).toString() == u"xwayland";
-    });
+    return windowWith("name", title).value(QLatin1String("shell")) == u"xwayland"_s;
 }
 
 QString SwayDesktop::focusedWindow() const {
-    for (const QJsonObject& window : windows())
-        if (window.value(QLatin1String("focused")).toBool())
-            return window.value(QLatin1String("name")).toString();
-    return {};
+    return windowWith("focused", true).value(QLatin1String("name")).toString();
 }
 
 bool SwayDesktop::isRunning(const QString& program) const {
-    const QByteArray session = "WAYLAND_DISPLAY=" + environment().value(u"WAYLAND_DISPLAY"_s).toUtf8();
-    const QByteArray home = "HOME=" + this->home().toUtf8();
-    for (const QString& process : run(u"pgrep"_s, {u"-x"_s, program}).split(u'\n', Qt::SkipEmptyParts)) {
-        const QByteArrayList variables = contentOf(u"/proc/%1/environ"_s.arg(process)).split('\0');
-        if (variables.contains(session) && variables.contains(home))
+    const QByteArray ours = "HOME=" + home().toUtf8();
+    for (const QString& process : run(u"pgrep"_s, {u"-x"_s, program}).split(u'\n', Qt::SkipEmptyParts))
+        if (contentOf(u"/proc/%1/environ"_s.arg(process)).split('\0').contains(ours))
             return true;
-    }
     return false;
-}
-
-QImage SwayDesktop::screenshot(const QString& path) const {
-    run(u"grim"_s, {path});
-    return QImage(path);
 }
 
 }  // namespace tralio

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QImage>
 #include <QJsonObject>
+#include <QRect>
 
 #include "desktop/session_settings.h"
 #include "desktop/test_session.h"
@@ -42,12 +42,10 @@ public:
     /// Whether a program of this name runs in this session.
     [[nodiscard]] bool isRunning(const QString& program) const;
 
-    /// The whole screen, also as a PNG at `path`.
-    [[nodiscard]] QImage screenshot(const QString& path) const;
-
 private:
     void startCompositor(Xwayland xwayland, const SessionSettings& settings);
-    [[nodiscard]] QList<QJsonObject> windows() const;
+    /// The first window that has this value; empty where none has.
+    [[nodiscard]] QJsonObject windowWith(const char* key, const QJsonValue& value) const;
 
     std::unique_ptr<WaylandConnection> m_connection;
     std::unique_ptr<VirtualKeyboard> m_keyboard;

@@ -95,6 +95,14 @@ QString TestSession::callOnBus(const QString& service, const QString& object, co
             arguments);
 }
 
+void TestSession::startChromium(const QStringList& arguments) {
+    start(u"chromium"_s,
+        QStringList{u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
+            u"--disable-background-networking"_s, u"--disable-component-update"_s, u"--disable-sync"_s,
+            u"--user-data-dir="_s + home() + u"/chromium"_s} +
+            arguments);
+}
+
 QString TestSession::write(const QString& name, const QString& content) const {
     return writeFile(home() + u'/' + name, content.toUtf8());
 }

@@ -39,9 +39,15 @@ public:
     /// Runs a program in this session to its end and gives its output.
     QString run(const QString& program, const QStringList& arguments) const;
 
+    /// Runs xdotool with these words, where the session has an X server, and gives its output.
+    QString xdotool(const QString& words) const { return run(QStringLiteral("xdotool"), words.split(u' ')); }
+
     /// Calls a method, named with its interface, on the session bus and gives the reply as text.
     QString callOnBus(const QString& service, const QString& object, const QString& method,
         const QStringList& arguments = {}) const;
+
+    /// Starts Chromium in a profile of its own, and without what it does on its own account.
+    void startChromium(const QStringList& arguments);
 
     /// Writes a file into the home folder, with the folders that lead to it. Gives its path.
     QString write(const QString& name, const QString& content) const;

@@ -83,37 +83,47 @@ void VirtualDesktop::startCompositor() {
     start(u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s});
     const bool runs = waitUntil([this] {
         return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTED"_s}).contains(u"picom") ||
-            !run(u"xdotool"_s, {u"search"_s, u"--class"_s, u"picom"_s}).isEmpty();
+            !xdotool(u"search --class picom"_s).isEmpty();
     });
     if (!runs)
         throw std::runtime_error("picom does not start");
 }
 
+QString VirtualDesktop::startInFront(
+    const QString& windowClass, const QString& program, const QStringList& arguments) {
+    start(program, arguments);
+    const QString window = bringToFront(windowClass);
+    if (window.isEmpty())
+        throw std::runtime_error((program + u" does not come to the front"_s).toStdString());
+    return window;
+}
+
+QString VirtualDesktop::startTerminal(const QString& commands) {
+    return startInFront(u"xterm"_s, u"xterm"_s,
+        {u"-geometry"_s, u"80x20+0+0"_s, u"-u8"_s, u"-fa"_s, u"Noto Sans Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s,
+            commands});
+}
+
 QString VirtualDesktop::bringToFront(const QString& windowClass) const {
     QString window;
     const bool inFront = waitUntil([&] {
-        const QStringList windows =
-            run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--class"_s, windowClass}).split(u'\n');
-        window = windows.last();
-        if (window.isEmpty())
-            return false;
-        if (run(u"xdotool"_s, {u"getactivewindow"_s}) == window)
-            return true;
-        run(u"xdotool"_s, {u"windowactivate"_s, window});
-        return false;
+        window = xdotool(u"search --onlyvisible --class "_s + windowClass).section(u'\n', -1);
+        if (!window.isEmpty() && windowWithKeyboard() != window)
+            xdotool(u"windowactivate "_s + window);
+        return !window.isEmpty() && windowWithKeyboard() == window;
     });
     return inFront ? window : QString();
 }
 
 QString VirtualDesktop::selectInEditor(const QString& text) {
-    start(u"mousepad"_s, {u"--disable-server"_s, write(u"selected.txt"_s, text)});
-    const QString editor = bringToFront(u"Mousepad"_s);
+    const QString editor =
+        startInFront(u"Mousepad"_s, u"mousepad"_s, {u"--disable-server"_s, write(u"selected.txt"_s, text)});
     press(u"ctrl+a"_s);
     return editor;
 }
 
 bool VirtualDesktop::isVisible(const QString& windowClass) const {
-    return !run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--class"_s, windowClass}).isEmpty();
+    return !xdotool(u"search --onlyvisible --class "_s + windowClass).isEmpty();
 }
 
 void VirtualDesktop::pressTextHotKey() const {
@@ -121,15 +131,15 @@ void VirtualDesktop::pressTextHotKey() const {
 }
 
 void VirtualDesktop::press(const QString& keys) const {
-    run(u"xdotool"_s, {u"key"_s, keys});
+    xdotool(u"key "_s + keys);
 }
 
 void VirtualDesktop::hold(const QStringList& keys) const {
-    run(u"xdotool"_s, QStringList{u"keydown"_s} + keys);
+    xdotool(u"keydown "_s + keys.join(u' '));
 }
 
 void VirtualDesktop::release(const QStringList& keys) const {
-    run(u"xdotool"_s, QStringList{u"keyup"_s} + keys);
+    xdotool(u"keyup "_s + keys.join(u' '));
 }
 
 void VirtualDesktop::type(const QString& text) const {
@@ -137,9 +147,27 @@ void VirtualDesktop::type(const QString& text) const {
 }
 
 void VirtualDesktop::click(const QString& window, const QPoint& place, int times) const {
-    run(u"xdotool"_s,
-        {u"mousemove"_s, u"--window"_s, window, QString::number(place.x()), QString::number(place.y()),
-            u"click"_s, u"--repeat"_s, QString::number(times), u"--delay"_s, u"40"_s, u"1"_s});
+    xdotool(u"mousemove --window %1 %2 %3 click --repeat %4 --delay 40 1"_s.arg(window)
+                .arg(place.x())
+                .arg(place.y())
+                .arg(times));
+}
+
+void VirtualDesktop::click(const QPoint& place) const {
+    movePointer(place);
+    xdotool(u"click 1"_s);
+}
+
+void VirtualDesktop::movePointer(const QPoint& place) const {
+    xdotool(u"mousemove %1 %2"_s.arg(place.x()).arg(place.y()));
+}
+
+void VirtualDesktop::drag(const QPoint& from, const QPoint& to, const QString& window) const {
+    const QString move = window.isEmpty() ? u"mousemove"_s : u"mousemove --window "_s + window;
+    const auto moveTo = [&](const QPoint& place) {
+        return u"%1 %2 %3"_s.arg(move).arg(place.x()).arg(place.y());
+    };
+    xdotool(u"%1 mousedown 1 %2 %3 mouseup 1"_s.arg(moveTo(from), moveTo((from + to) / 2), moveTo(to)));
 }
 
 void VirtualDesktop::setClipboard(const QString& text) {

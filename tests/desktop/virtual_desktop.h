@@ -30,9 +30,15 @@ public:
     /// Ends the window manager without a chance to tidy up.
     void killWindowManager();
 
+    /// Starts a program and gives its window, of this class, once it is in front. Throws where it does not
+    /// come.
+    QString startInFront(
+        const QString& windowClass, const QString& program, const QStringList& arguments = {});
+    /// Starts a terminal in which a shell does this; its window, in front.
+    QString startTerminal(const QString& commands);
     /// The visible window of a class, waited for until it is in front; empty when it does not come.
     QString bringToFront(const QString& windowClass) const;
-    /// Starts a text editor with a text, all of it selected; its window, empty when it does not come.
+    /// Starts a text editor with a text, all of it selected; its window, in front.
     QString selectInEditor(const QString& text);
     [[nodiscard]] bool isVisible(const QString& windowClass) const;
 
@@ -42,8 +48,14 @@ public:
     void hold(const QStringList& keys) const;
     void release(const QStringList& keys) const;
     void type(const QString& text) const;
-    /// Clicks at a place of a window, given from its top left corner.
-    void click(const QString& window, const QPoint& place, int times) const;
+    /// Clicks at a place of a window, given from its top left corner, or of the screen.
+    void click(const QString& window, const QPoint& place, int times = 1) const;
+    void click(const QPoint& place) const;
+    void movePointer(const QPoint& place) const;
+    /// Presses the button at one place of the screen or of a window, moves, and lets go at another right
+    /// after that.
+    void drag(const QPoint& from, const QPoint& to, const QString& window = {}) const;
+    [[nodiscard]] QString windowWithKeyboard() const { return xdotool(QStringLiteral("getactivewindow")); }
 
     void setClipboard(const QString& text);
     [[nodiscard]] QString clipboard() const;
@@ -52,6 +64,7 @@ public:
 
     /// The whole screen, also as a PNG at `path`.
     QImage screenshot(const QString& path) const;
+    [[nodiscard]] QImage screenshot() const { return screenshot(home() + QStringLiteral("/screen.png")); }
 
 private:
     void startDisplay(const QSize& screen);

@@ -1,8 +1,6 @@
 #include <QTest>
 
-#include <algorithm>
 #include <csignal>
-#include <iterator>
 #include <linux/input-event-codes.h>
 
 #include "desktop/program_run.h"
@@ -17,21 +15,28 @@ namespace {
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;
 
-/// Whether a program has loaded the drivers of GL, which cost it 30 MB.
-bool hasLoadedGL(qint64 process) {
-    const QByteArray files = contentOf(u"/proc/%1/maps"_s.arg(process));
-    EXPECT_TRUE(files.contains("/libQt6Widgets"));
-    constexpr const char* drivers[] = {"/libEGL_", "/libGLX_", "_dri.so", "/libgallium", "/libLLVM"};
-    return std::any_of(
-        std::begin(drivers), std::end(drivers), [&](const char* driver) { return files.contains(driver); });
-}
-
 /// Both kinds of session: with windows of ours on Xwayland, and on Wayland itself.
 class BothSessions : public testing::TestWithParam<SwayDesktop::Xwayland> {
 protected:
     explicit BothSessions(const SessionSettings& settings = {}) : desktop(GetParam(), settings) {}
 
     [[nodiscard]] bool isPopoverShown() const { return !desktop.windowArea(u"Tralio"_s).isEmpty(); }
+    [[nodiscard]] bool popoverComes() const {
+        return waitUntil([this] { return isPopoverShown(); });
+    }
+    [[nodiscard]] bool popoverGetsKeyboard() const {
+        return waitUntil([this] { return isPopoverShown() && desktop.focusedWindow() == u"Tralio"; });
+    }
+    [[nodiscard]] bool popoverGoes(int seconds = 15) const {
+        return waitUntil([this] { return !isPopoverShown(); }, seconds);
+    }
+    /// By a key, which reaches it some time after it is there.
+    [[nodiscard]] bool closePopover() const {
+        return waitUntil([this] {
+            desktop.press({KEY_ESC});
+            return popoverGoes(1);
+        });
+    }
 
     SwayDesktop desktop;
     ProgramRun program{desktop};
@@ -70,13 +75,16 @@ TEST_P(Wayland, what_is_selected_in_an_editor_is_translated_and_the_popover_show
         return primary() == u"Ngôn ngữ trong trình soạn thảo";
     }));
     EXPECT_EQ(program.translateSelection(), u"Ngôn ngữ trong trình soạn thảo");
-    EXPECT_TRUE(waitUntil([&] { return isPopoverShown() && desktop.focusedWindow() == u"Tralio"; }));
+    EXPECT_TRUE(popoverGetsKeyboard());
     EXPECT_TRUE(waitUntil([&] { return !program.shownTranslation().isEmpty(); }));
     EXPECT_EQ(desktop.isOnXwayland(u"Tralio"_s), GetParam() == SwayDesktop::Xwayland::present);
-    EXPECT_FALSE(hasLoadedGL(program.processId()));
+    // The drivers of GL would cost 30 MB.
+    const QByteArray files = contentOf(u"/proc/%1/maps"_s.arg(program.processId()));
+    EXPECT_TRUE(files.contains("/libQt6Widgets"));
+    for (const char* driver : {"/libEGL_", "/libGLX_", "_dri.so", "/libgallium", "/libLLVM"})
+        EXPECT_FALSE(files.contains(driver)) << driver;
 
-    desktop.press({KEY_ESC});
-    EXPECT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
+    EXPECT_TRUE(closePopover());
 }
 
 TEST_P(Wayland, a_mark_in_a_terminal_counts_while_the_terminal_is_in_front_and_never_elsewhere) {
@@ -89,9 +97,8 @@ TEST_P(Wayland, a_mark_in_a_terminal_counts_while_the_terminal_is_in_front_and_n
     const QString marked = primary();
     const auto translate = [&] {
         const QString text = program.translateSelection();
-        EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
-        desktop.press({KEY_ESC});
-        EXPECT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
+        EXPECT_TRUE(popoverComes());
+        EXPECT_TRUE(closePopover());
         // A later press is another one.
         EXPECT_FALSE(waitUntil([&] { return isPopoverShown(); }, 1));
         return text;
@@ -106,15 +113,14 @@ TEST_P(Wayland, a_mark_in_a_terminal_counts_while_the_terminal_is_in_front_and_n
     startEditor(u"Nothing is selected here"_s);
     ASSERT_EQ(primary(), marked);
     EXPECT_EQ(program.translateSelection(), QString());
-    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    EXPECT_TRUE(popoverComes());
 }
 
 TEST_P(Wayland, what_only_a_copy_tells_is_copied_but_an_unknown_terminal_is_not_interrupted) {
     QProcess& application = desktop.start(QStringLiteral(SELECTION_PROBE), {u"copied by its shortcut"_s});
     ASSERT_TRUE(desktop.bringToFront(u"selection-probe"_s));
     EXPECT_EQ(program.translateSelection(), u"copied by its shortcut");
-    desktop.press({KEY_ESC});
-    ASSERT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
+    ASSERT_TRUE(closePopover());
     application.kill();
 
     const QString interrupted = desktop.home() + u"/interrupted"_s;
@@ -123,25 +129,20 @@ TEST_P(Wayland, what_only_a_copy_tells_is_copied_but_an_unknown_terminal_is_not_
             u"trap \"touch '%1'\" INT; while true; do sleep 1; done"_s.arg(interrupted)});
     ASSERT_TRUE(desktop.bringToFront(u"scratchpad"_s));
     EXPECT_EQ(program.translateSelection(), QString());
-    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    EXPECT_TRUE(popoverComes());
     EXPECT_FALSE(QFile::exists(interrupted));
 }
 
 TEST_P(Wayland, a_password_in_a_program_made_with_chromium_is_left_alone_whatever_its_name) {
-    const QString page = desktop.write(u"a.html"_s,
-        u"<title>waits</title><input type=password value='hunter2' autofocus "
-        u"onselect=\"document.title='marked'\">"_s);
-    desktop.start(u"chromium"_s,
-        {u"--no-sandbox"_s, u"--test-type"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
-            u"--disable-background-networking"_s, u"--ozone-platform=wayland"_s, u"--class=beekeeper"_s,
-            u"--user-data-dir="_s + desktop.home() + u"/chromium"_s, u"file://"_s + page});
+    const QString page = desktop.write(u"a.html"_s, u"<input type=password value='hunter2' autofocus>"_s);
+    desktop.startChromium({u"--ozone-platform=wayland"_s, u"--class=beekeeper"_s, u"file://"_s + page});
     ASSERT_TRUE(desktop.bringToFront(u"beekeeper"_s));
     ASSERT_TRUE(waitUntil([&] {
         desktop.press({KEY_LEFTCTRL, KEY_A});
         return primary() == u"hunter2";
     })) << "it keeps its passwords: what is tested?";
     EXPECT_EQ(program.translateSelection(), QString());
-    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    EXPECT_TRUE(popoverComes());
 }
 
 TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
@@ -156,12 +157,9 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
         }));
     };
     capture([&] { desktop.press({KEY_ESC}); });
-    ASSERT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    ASSERT_TRUE(popoverComes());
     EXPECT_TRUE(program.standIn().requests().isEmpty());
-    ASSERT_TRUE(waitUntil([&] {
-        desktop.press({KEY_ESC});
-        return !isPopoverShown();
-    }));
+    ASSERT_TRUE(closePopover());
 
     // A drag of which the picker only sees the end draws another rectangle, in which there is no text.
     const auto drawsTheText = [&] {
@@ -175,34 +173,31 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
     };
     ASSERT_TRUE(drawsTheText() || drawsTheText() || drawsTheText());
     EXPECT_EQ(program.standIn().requests().last().userText(), u"Good morning everybody");
-    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    EXPECT_TRUE(popoverComes());
+
+    // The picker goes with the program that waits for it.
+    desktop.pressCaptureHotKey();
+    ASSERT_TRUE(waitUntil([&] { return desktop.isRunning(u"slurp"_s); }));
+    ASSERT_EQ(kill(static_cast<pid_t>(program.processId()), SIGKILL), 0);
+    EXPECT_TRUE(waitUntil([&] { return !desktop.isRunning(u"slurp"_s); }));
 }
 
-TEST_P(Wayland, a_click_on_another_window_closes_the_popover) {
+TEST_P(Wayland, a_click_on_another_window_closes_the_popover_and_a_second_start_opens_it_again) {
     desktop.pointer().move({1270, 1000});
     startTerminal(u"elsewhere"_s);
     desktop.pressTextHotKey();
-    ASSERT_TRUE(waitUntil([&] { return isPopoverShown() && desktop.focusedWindow() == u"Tralio"; }));
+    ASSERT_TRUE(popoverGetsKeyboard());
     program.callOnBus(u"Open"_s);  // while it is open
     EXPECT_TRUE(waitUntil([&] {
         desktop.click({1270, 1000});
         return !isPopoverShown();
     }));
-}
 
-TEST_P(Wayland, a_second_start_opens_the_popover_of_the_first_and_ends) {
     const QProcess& second = desktop.start(QStringLiteral(TRALIO_PROGRAM));
     EXPECT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
     EXPECT_EQ(second.exitCode(), 0);
-    EXPECT_TRUE(waitUntil([&] { return isPopoverShown(); }));
+    EXPECT_TRUE(popoverComes());
     EXPECT_TRUE(program.isRunning());
-}
-
-TEST_P(Wayland, a_picker_goes_with_the_program_that_waits_for_it) {
-    desktop.pressCaptureHotKey();
-    ASSERT_TRUE(waitUntil([&] { return desktop.isRunning(u"slurp"_s); }));
-    ASSERT_EQ(kill(static_cast<pid_t>(program.processId()), SIGKILL), 0);
-    EXPECT_TRUE(waitUntil([&] { return !desktop.isRunning(u"slurp"_s); }));
 }
 
 TEST(WaylandWindows, are_not_of_xwayland_where_that_would_blur_them) {
@@ -236,20 +231,19 @@ TEST_P(ShippedSway, leaves_the_popover_open_when_the_pointer_leaves_it_and_gives
     ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
     desktop.pointer().move({20, 1000});
     desktop.pressTextHotKey();
-    ASSERT_TRUE(waitUntil([&] { return isPopoverShown() && desktop.focusedWindow() == u"Tralio"; }));
+    ASSERT_TRUE(popoverGetsKeyboard());
     const QPoint inside = desktop.windowArea(u"Tralio"_s).center();
     for (int round = 0; round < 2; ++round) {
         desktop.pointer().move(inside);
         ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; }));
-        EXPECT_FALSE(waitUntil([&] { return !isPopoverShown(); }, 1));
+        EXPECT_FALSE(popoverGoes(1));
         glide(inside, {20, 1000});
         ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() != u"Tralio"; })) << "it does not follow";
-        EXPECT_FALSE(waitUntil([&] { return !isPopoverShown(); }, 1)) << "closed by a motion";
+        EXPECT_FALSE(popoverGoes(1)) << "closed by a motion";
     }
     desktop.pointer().move(inside);
     ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; }));
-    desktop.press({KEY_ESC});
-    EXPECT_TRUE(waitUntil([&] { return !isPopoverShown(); }));
+    EXPECT_TRUE(closePopover());
 }
 
 TEST(ShippedSwayScreens, have_the_whole_popover_whatever_their_number_and_scale) {

@@ -13,6 +13,15 @@ protected:
     /// A key that is held repeats soon and often.
     void repeatsFast() { desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"100"_s, u"50"_s}); }
 
+    /// Whether a program gets the keyboard to itself; it has it until it gives it back.
+    static bool takesKeyboard(X11Connection& program) {
+        const XcbPtr<xcb_grab_keyboard_reply_t> grab{xcb_grab_keyboard_reply(program.xcb(),
+            xcb_grab_keyboard(
+                program.xcb(), 1, program.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+            nullptr)};
+        return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
+    }
+
     VirtualDesktop desktop{VirtualDesktop::Tray::absent};
 };
 

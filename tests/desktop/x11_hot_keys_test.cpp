@@ -11,13 +11,30 @@ namespace {
 
 constexpr KeyCode keyF5{96};
 constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
-constexpr HotKeyID anyId{1, 1};
+constexpr HotKeyStatus registered = HotKeyStatus::registered;
 
 /// The hot keys of one program, on a connection of its own.
 struct OneProgram {
+    OneProgram() {
+        hotKeys.installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
+    }
+    HotKeyStatus take(const KeyCombination& combination, quint32 number = 1) {
+        return hotKeys.registerHotKey(combination, {1, number}).status;
+    }
+    [[nodiscard]] bool isPressed(size_t times) const {
+        return waitUntil([&] { return pressed.size() == times; });
+    }
+    void letGoOfModifiers() {
+        for (const KeyCode modifier : {KeyCode::leftCommand, KeyCode::leftShift})
+            keyEvents.post({modifier, false, {}});
+    }
+    void postCopyKey(bool down) { keyEvents.post({KeyCode::c, down, Modifier::command}); }
+
     std::unique_ptr<X11Connection> connection = X11Connection::open();
     X11RawInput rawInput{*connection};
     X11HotKeys hotKeys{*connection, rawInput};
+    X11KeyEventPoster keyEvents{*connection, hotKeys, [] { return std::nullopt; }};
+    std::vector<quint32> pressed;  ///< the numbers of the hot keys
 };
 
 /// Whether a key without modifiers reaches applications.
@@ -31,174 +48,142 @@ bool isFree(X11Connection& connection, KeyCode key) {
     return refused == nullptr;
 }
 
-TEST_F(X11, hot_keys_are_refused_while_another_program_has_them) {
+TEST_F(X11, hot_keys_are_refused_while_another_program_has_them_and_when_people_type_with_them) {
     OneProgram ours;
     OneProgram theirs;
-    X11HotKeys& hotKeys = ours.hotKeys;
-    X11HotKeys& others = theirs.hotKeys;
-    const auto taken = others.registerHotKey({KeyCode::d, commandShift}, anyId);
-    ASSERT_EQ(taken.status, HotKeyStatus::registered);
-    EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::taken);
-    EXPECT_EQ(
-        hotKeys.registerHotKey({KeyCode::t, Modifier::command}, anyId).status, HotKeyStatus::registered);
+    const auto taken = theirs.hotKeys.registerHotKey({KeyCode::d, commandShift}, {1, 1});
+    ASSERT_EQ(taken.status, registered);
+    EXPECT_EQ(ours.take({KeyCode::d, commandShift}), HotKeyStatus::taken);
+    EXPECT_EQ(ours.take({KeyCode::t, Modifier::command}), registered);
 
-    others.unregisterHotKey(*taken.ref);
+    theirs.hotKeys.unregisterHotKey(*taken.ref);
     theirs.connection->sync();
-    EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::registered);
-    EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, anyId).status, HotKeyStatus::taken);
-}
+    EXPECT_EQ(ours.take({KeyCode::d, commandShift}), registered);
+    EXPECT_EQ(ours.take({KeyCode::d, commandShift}), HotKeyStatus::taken);
 
-TEST_F(X11, hot_keys_that_people_type_with_are_refused) {
-    OneProgram ours;
-    X11HotKeys& hotKeys = ours.hotKeys;
     for (const Modifiers modifiers : {Modifiers(), Modifiers(Modifier::shift)})
-        EXPECT_EQ(hotKeys.registerHotKey({KeyCode::d, modifiers}, anyId).status, HotKeyStatus::invalid);
-    EXPECT_EQ(hotKeys.registerHotKey({keyF5, {}}, anyId).status, HotKeyStatus::registered);
+        EXPECT_EQ(ours.take({KeyCode::d, modifiers}), HotKeyStatus::invalid);
+    EXPECT_EQ(ours.take({keyF5, {}}), registered);
     for (const quint32 noSuchKey : {52U, 127U, 128U, 4294967295U})
-        EXPECT_EQ(
-            hotKeys.registerHotKey({KeyCode{noSuchKey}, commandShift}, anyId).status, HotKeyStatus::invalid);
+        EXPECT_EQ(ours.take({KeyCode{noSuchKey}, commandShift}), HotKeyStatus::invalid);
 }
 
 TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
     OneProgram ours;
-    X11HotKeys& hotKeys = ours.hotKeys;
-    std::vector<quint32> pressed;
-    hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
-    ASSERT_EQ(hotKeys.registerHotKey({KeyCode::d, commandShift}, {1, 1}).status, HotKeyStatus::registered);
-    const auto second = hotKeys.registerHotKey({KeyCode::t, Modifier::control}, {1, 2});
-    ASSERT_EQ(second.status, HotKeyStatus::registered);
+    ASSERT_EQ(ours.take({KeyCode::d, commandShift}), registered);
+    const auto second = ours.hotKeys.registerHotKey({KeyCode::t, Modifier::control}, {1, 2});
+    ASSERT_EQ(second.status, registered);
 
     // While the keys are still down, the keyboard is free for others, and repeats are no presses.
     repeatsFast();
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
-    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 1; }));
-    EXPECT_FALSE(waitUntil([&] { return pressed.size() > 1; }, 1)) << "a repeat counts as a press";
+    ASSERT_TRUE(ours.isPressed(1));
+    EXPECT_FALSE(waitUntil([&] { return ours.pressed.size() > 1; }, 1)) << "a repeat counts as a press";
     const auto other = X11Connection::open();
     // At once but for the moment in which a repeat has been made and not been heard of.
-    EXPECT_TRUE(waitUntil(
-        [&] {
-            const XcbPtr<xcb_grab_keyboard_reply_t> grab{xcb_grab_keyboard_reply(other->xcb(),
-                xcb_grab_keyboard(other->xcb(), 1, other->root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
-                    XCB_GRAB_MODE_ASYNC),
-                nullptr)};
-            return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
-        },
-        1));
+    EXPECT_TRUE(waitUntil([&] { return takesKeyboard(*other); }, 1));
     xcb_ungrab_keyboard(other->xcb(), XCB_CURRENT_TIME);
     other->sync();
     desktop.release({u"d"_s, u"shift"_s, u"super"_s});
 
     desktop.press(u"ctrl+t"_s);
-    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 2; }));
-    EXPECT_THAT(pressed, testing::ElementsAre(1, 2));
+    ASSERT_TRUE(ours.isPressed(2));
 
     // A key that is given up is given up; the other works on.
-    hotKeys.unregisterHotKey(*second.ref);
+    ours.hotKeys.unregisterHotKey(*second.ref);
     desktop.press(u"ctrl+t"_s);
     desktop.press(u"super+shift+d"_s);
-    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 3; }));
-    EXPECT_EQ(pressed.back(), 1U);
+    ASSERT_TRUE(ours.isPressed(3));
+    EXPECT_THAT(ours.pressed, ElementsAre(1, 2, 1));
 }
 
 TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_press) {
     OneProgram ours;
-    X11HotKeys& hotKeys = ours.hotKeys;
-    std::vector<quint32> pressed;
-    hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
-    ASSERT_EQ(hotKeys.registerHotKey({keyF5, Modifier::control}, {1, 2}).status, HotKeyStatus::registered);
+    ASSERT_EQ(ours.take({keyF5, Modifier::control}, 2), registered);
 
     repeatsFast();
     desktop.hold({u"ctrl"_s, u"t"_s});
-    ASSERT_EQ(
-        hotKeys.registerHotKey({KeyCode::t, Modifier::control}, {1, 1}).status, HotKeyStatus::registered);
-    EXPECT_FALSE(waitUntil([&] { return !pressed.empty(); }, 1)) << "a repeat counts as a press";
+    ASSERT_EQ(ours.take({KeyCode::t, Modifier::control}, 1), registered);
+    EXPECT_FALSE(waitUntil([&] { return !ours.pressed.empty(); }, 1)) << "a repeat counts as a press";
     desktop.hold({u"F5"_s});
-    ASSERT_TRUE(waitUntil([&] { return !pressed.empty(); }));
-    EXPECT_THAT(pressed, testing::ElementsAre(2));
+    ASSERT_TRUE(ours.isPressed(1));
     desktop.release({u"F5"_s, u"t"_s, u"ctrl"_s});
 
     // Neither key stays with us once it has been released.
     OneProgram theirs;
-    X11HotKeys& others = theirs.hotKeys;
     for (const KeyCode key : {KeyCode::t, keyF5})
-        EXPECT_TRUE(waitUntil([&] {
-            return others.registerHotKey({key, commandShift}, anyId).status == HotKeyStatus::registered;
-        }));
+        EXPECT_TRUE(waitUntil([&] { return theirs.take({key, commandShift}) == registered; }));
     desktop.press(u"ctrl+t"_s);
-    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 2; }));
-    EXPECT_EQ(pressed.back(), 1U);
+    ASSERT_TRUE(ours.isPressed(2));
+    EXPECT_THAT(ours.pressed, ElementsAre(2, 1));
 }
 
 TEST_F(X11, a_hot_key_that_is_tapped_again_while_its_modifiers_count_as_released_is_a_hot_key) {
     OneProgram ours;
-    X11KeyEventPoster keyEvents(*ours.connection, ours.hotKeys, [] { return std::nullopt; });
-    std::vector<quint32> pressed;
-    ours.hotKeys.installEventHandler([&](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
-    ASSERT_EQ(
-        ours.hotKeys.registerHotKey({KeyCode::d, commandShift}, {1, 1}).status, HotKeyStatus::registered);
-    ASSERT_EQ(
-        ours.hotKeys.registerHotKey({KeyCode::s, commandShift}, {1, 2}).status, HotKeyStatus::registered);
+    ASSERT_EQ(ours.take({KeyCode::d, commandShift}, 1), registered);
+    ASSERT_EQ(ours.take({KeyCode::s, commandShift}, 2), registered);
     const auto other = X11Connection::open();
-    const auto reachesApplications = [&other](KeyCode key) { return isFree(*other, key); };
-    ASSERT_TRUE(reachesApplications(KeyCode::d));
+    ASSERT_TRUE(isFree(*other, KeyCode::d));
 
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
-    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 1; }));
-    EXPECT_FALSE(reachesApplications(KeyCode::d)) << "held, it would be typed";
-    for (const KeyCode modifier : {KeyCode::leftCommand, KeyCode::leftShift})
-        keyEvents.post({modifier, false, {}});
-    keyEvents.post({KeyCode::c, true, Modifier::command});
-    keyEvents.post({KeyCode::c, false, Modifier::command});
+    ASSERT_TRUE(ours.isPressed(1));
+    EXPECT_FALSE(isFree(*other, KeyCode::d)) << "held, it would be typed";
+    ours.letGoOfModifiers();
+    ours.postCopyKey(true);
+    ours.postCopyKey(false);
     desktop.release({u"d"_s});
     desktop.press(u"s"_s);
-    ASSERT_TRUE(waitUntil([&] { return pressed.size() == 2; }));
+    ASSERT_TRUE(ours.isPressed(2));
     // Whoever taps a key lets go of it in between.
     EXPECT_TRUE(waitUntil([&] {
         desktop.press(u"d"_s);
-        return pressed.size() == 3;
+        return ours.pressed.size() == 3;
     }));
-    EXPECT_THAT(pressed, testing::ElementsAre(1, 2, 1));
+    EXPECT_THAT(ours.pressed, ElementsAre(1, 2, 1));
 
     desktop.release({u"shift"_s});
-    EXPECT_TRUE(waitUntil([&] { return reachesApplications(KeyCode::d) && reachesApplications(KeyCode::s); }))
+    EXPECT_TRUE(waitUntil([&] { return isFree(*other, KeyCode::d) && isFree(*other, KeyCode::s); }))
         << "nobody could type it any more";
     desktop.press(u"super+shift+d"_s);
-    EXPECT_TRUE(waitUntil([&] { return pressed.size() == 4; }));
+    EXPECT_TRUE(ours.isPressed(4));
 }
 
-TEST_F(X11, keys_that_are_let_go_while_a_synthetic_copy_is_under_way_are_not_missed) {
+TEST_F(X11, a_synthetic_copy_misses_no_key_that_is_let_go_meanwhile_and_passes_the_hot_key_of_its_keys) {
     OneProgram ours;
-    X11KeyEventPoster keyEvents(*ours.connection, ours.hotKeys, [] { return std::nullopt; });
-    int presses = 0;
-    ours.hotKeys.installEventHandler([&](std::optional<HotKeyID>) { ++presses; });
     for (const KeyCode key : {KeyCode::d, KeyCode::c})
-        ASSERT_EQ(
-            ours.hotKeys.registerHotKey({key, commandShift}, textHotKeyID).status, HotKeyStatus::registered);
-    desktop.start(QStringLiteral(SELECTION_PROBE), {u"-name"_s, u"konsole"_s, u"text"_s});
-    ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
+        ASSERT_EQ(ours.take({key, commandShift}), registered);
+    // A terminal, in which one copies by Control, Shift and C.
+    desktop.startInFront(
+        u"selection-probe"_s, QStringLiteral(SELECTION_PROBE), {u"-name"_s, u"konsole"_s, u"text"_s});
     const auto other = X11Connection::open();
     for (const QString& key : {u"d"_s, u"c"_s}) {
-        presses = 0;
+        ours.pressed.clear();
         desktop.hold({u"super"_s, u"shift"_s, key});
-        ASSERT_TRUE(waitUntil([&] { return presses == 1; }));
+        ASSERT_TRUE(ours.isPressed(1));
         if (key == u"d")
             desktop.release({key});
-        for (const KeyCode modifier : {KeyCode::leftCommand, KeyCode::leftShift})
-            keyEvents.post({modifier, false, {}});
+        ours.letGoOfModifiers();
         desktop.release({u"shift"_s, u"super"_s});
-        keyEvents.post({KeyCode::c, true, Modifier::command});
+        ours.postCopyKey(true);
         if (key == u"c")
             desktop.release({key});
-        keyEvents.post({KeyCode::c, false, Modifier::command});
-        for (const KeyCode typed : {KeyCode::d, KeyCode::c})
-            EXPECT_TRUE(waitUntil(
-                [&] {
-                    ours.connection->dispatchPending();
-                    return isFree(*other, typed);
-                },
-                2))
-                << "nobody can type it";
+        ours.postCopyKey(false);
+        for (const KeyCode typed : {KeyCode::d, KeyCode::c}) {
+            const auto canBeTyped = [&] {
+                ours.connection->dispatchPending();
+                return isFree(*other, typed);
+            };
+            EXPECT_TRUE(waitUntil(canBeTyped, 2)) << key.toStdString();
+        }
     }
+
+    ours.pressed.clear();
+    ASSERT_EQ(ours.take({KeyCode::c, Modifier::control | Modifier::shift}), registered);
+    ours.postCopyKey(true);
+    ours.postCopyKey(false);
+    EXPECT_FALSE(waitUntil([&] { return !ours.pressed.empty(); }, 1));
+    desktop.press(u"ctrl+shift+c"_s);
+    EXPECT_TRUE(ours.isPressed(1));
 }
 
 TEST_F(X11, keys_are_where_their_table_says_and_mean_there_what_it_says) {
@@ -219,27 +204,9 @@ TEST_F(X11, keys_are_where_their_table_says_and_mean_there_what_it_says) {
         if (key->keysym == 0 || meanings.front() == XCB_NO_SYMBOL || meanings.front() >= 0x10000000)
             continue;
         ++compared;
-        EXPECT_THAT(meanings, testing::Contains(key->keysym)) << "key " << code;
+        EXPECT_THAT(meanings, Contains(key->keysym)) << "key " << code;
     }
     EXPECT_GT(compared, 90);
-}
-
-TEST_F(X11, a_synthetic_copy_passes_the_hot_key_that_it_would_trigger) {
-    OneProgram ours;
-    X11KeyEventPoster keyEvents(*ours.connection, ours.hotKeys, [] { return std::nullopt; });
-    int presses = 0;
-    ours.hotKeys.installEventHandler([&](std::optional<HotKeyID>) { ++presses; });
-    ASSERT_EQ(
-        ours.hotKeys.registerHotKey({KeyCode::c, Modifier::control | Modifier::shift}, textHotKeyID).status,
-        HotKeyStatus::registered);
-    // A terminal, in which this is how one copies.
-    desktop.start(QStringLiteral(SELECTION_PROBE), {u"-name"_s, u"konsole"_s, u"text"_s});
-    ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
-    keyEvents.post({KeyCode::c, true, Modifier::command});
-    keyEvents.post({KeyCode::c, false, Modifier::command});
-    EXPECT_FALSE(waitUntil([&] { return presses > 0; }, 1));
-    desktop.press(u"ctrl+shift+c"_s);
-    EXPECT_TRUE(waitUntil([&] { return presses == 1; }));
 }
 
 }  // namespace

@@ -13,9 +13,24 @@
 namespace tralio {
 namespace {
 
-TEST_F(X11, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
-    const auto connection = X11Connection::open();
-    X11Pasteboard pasteboard(*connection);
+class X11Selection : public X11 {
+protected:
+    /// A program that has a text to give as the PRIMARY selection.
+    const QProcess& own(const QString& text) {
+        return desktop.start(
+            u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, desktop.write(u"primary.txt"_s, text)});
+    }
+    std::optional<PrimaryText> markOf(const QProcess& process, int added = 0) {
+        return primary.textOf(static_cast<qint32>(process.processId()) + added, QDeadlineTimer(500));
+    }
+
+    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    X11RawInput rawInput{*connection};
+    X11PrimarySelection primary{*connection, rawInput};
+    X11Pasteboard pasteboard{*connection};
+};
+
+TEST_F(X11Selection, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
     EXPECT_EQ(pasteboard.string(), std::nullopt);
 
     const QString odd = u"x\u0302 🙂 \u202e\ufeff Ấ"_s;
@@ -72,12 +87,12 @@ private:
         xcb_change_window_attributes(m_connection->xcb(), request.requestor, XCB_CW_EVENT_MASK, &mask);
         m_requestor = request.requestor;
         m_property = request.property;
-        if (request.target == m_connection->atom("TARGETS"))
+        if (request.target == m_connection->atom("TARGETS")) {
             put(XCB_ATOM_ATOM, 32, 1, &m_text);
-        else
-            put(m_connection->atom("INCR"), 32, 1, &pieceSize);
-        if (request.target == m_connection->atom("TARGETS"))
             m_requestor = XCB_NONE;
+        } else {
+            put(m_connection->atom("INCR"), 32, 1, &pieceSize);
+        }
         xcb_selection_notify_event_t notify{};
         notify.response_type = XCB_SELECTION_NOTIFY;
         notify.requestor = request.requestor;
@@ -91,9 +106,8 @@ private:
         xcb_flush(m_connection->xcb());
     }
     void put(xcb_atom_t type, quint8 format, quint32 count, const void* data) {
-        const xcb_window_t window = m_requestor;
         xcb_change_property(
-            m_connection->xcb(), XCB_PROP_MODE_REPLACE, window, m_property, type, format, count, data);
+            m_connection->xcb(), XCB_PROP_MODE_REPLACE, m_requestor, m_property, type, format, count, data);
         xcb_flush(m_connection->xcb());
     }
 
@@ -106,9 +120,7 @@ private:
     std::thread m_thread;
 };
 
-TEST_F(X11, of_a_text_that_is_too_long_no_more_is_read_than_a_text_may_have) {
-    const auto connection = X11Connection::open();
-    X11Pasteboard pasteboard(*connection);
+TEST_F(X11Selection, of_a_text_that_is_too_long_no_more_is_read_than_a_text_may_have) {
     const EndlessOwner owner;
     const QString text = pasteboard.string().value_or(QString());
     EXPECT_TRUE(isTooLong(text)) << text.size();
@@ -116,9 +128,7 @@ TEST_F(X11, of_a_text_that_is_too_long_no_more_is_read_than_a_text_may_have) {
     EXPECT_LE(owner.pieces(), longestTextBytes / EndlessOwner::pieceSize + 2);
 }
 
-TEST_F(X11, a_clipboard_without_text_or_with_a_hung_owner_has_no_text) {
-    const auto connection = X11Connection::open();
-    X11Pasteboard pasteboard(*connection);
+TEST_F(X11Selection, a_clipboard_without_text_or_with_a_hung_owner_has_no_text) {
     const qint64 before = pasteboard.changeCount();
     QProcess& owner = desktop.start(QStringLiteral(SELECTION_PROBE), {u"a picture"_s, u"--picture"_s});
     ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() > before; }));
@@ -135,34 +145,22 @@ TEST_F(X11, a_clipboard_without_text_or_with_a_hung_owner_has_no_text) {
     kill(static_cast<pid_t>(owner.processId()), SIGCONT);
 }
 
-TEST_F(X11, the_primary_selection_counts_only_for_the_process_that_owns_it) {
-    const auto connection = X11Connection::open();
-    X11RawInput rawInput(*connection);
-    X11PrimarySelection primary(*connection, rawInput);
-    const QString path = desktop.write(u"a.txt"_s, u"đã bôi đen"_s);
-    const QProcess& owner = desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
-    const auto pid = static_cast<qint32>(owner.processId());
-    const auto mark = [&](qint32 process) { return primary.textOf(process, QDeadlineTimer(500)); };
-    EXPECT_TRUE(waitUntil([&] { return mark(pid).has_value(); }));
-    EXPECT_EQ(mark(pid)->text, u"đã bôi đen"_s);
-    EXPECT_EQ(mark(pid + 1), std::nullopt);
+TEST_F(X11Selection, the_primary_selection_counts_only_for_the_process_that_owns_it) {
+    const QProcess& owner = own(u"đã bôi đen"_s);
+    EXPECT_TRUE(waitUntil([&] { return markOf(owner).has_value(); }));
+    EXPECT_EQ(markOf(owner)->text, u"đã bôi đen"_s);
+    EXPECT_EQ(markOf(owner, 1), std::nullopt);
 
-    desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
-    EXPECT_TRUE(waitUntil([&] { return !mark(pid); }));
-    EXPECT_EQ(X11Pasteboard(*connection).selectedString(), u"đã bôi đen")
-        << "for whom it does not matter whose it is";
+    own(u"đã bôi đen"_s);
+    EXPECT_TRUE(waitUntil([&] { return !markOf(owner); }));
+    EXPECT_EQ(pasteboard.selectedString(), u"đã bôi đen") << "for whom it does not matter whose it is";
 }
 
-TEST_F(X11, a_mark_may_be_gone_once_its_own_application_was_pressed) {
-    const auto connection = X11Connection::open();
-    X11RawInput rawInput(*connection);
-    X11PrimarySelection primary(*connection, rawInput);
+TEST_F(X11Selection, a_mark_may_be_gone_once_its_own_application_was_pressed) {
     connection->sync();
     const QProcess& terminal = desktop.start(u"xterm"_s,
         {u"-geometry"_s, u"40x10+0+0"_s, u"-e"_s, u"sh"_s, u"-c"_s, u"echo marked here; sleep 60"_s});
-    const auto mark = [&] {
-        return primary.textOf(static_cast<qint32>(terminal.processId()), QDeadlineTimer(500));
-    };
+    const auto mark = [&] { return markOf(terminal); };
     const QString window = desktop.bringToFront(u"xterm"_s);
     ASSERT_TRUE(waitUntil([&] {
         desktop.click(window, {60, 10}, 3);
@@ -171,24 +169,20 @@ TEST_F(X11, a_mark_may_be_gone_once_its_own_application_was_pressed) {
     EXPECT_FALSE(mark()->mayBeGone);
 
     // The wheel does not count, another button neither, nor a press in another window or on the bare screen.
-    desktop.run(u"xdotool"_s, {u"click"_s, u"4"_s, u"click"_s, u"3"_s});
-    desktop.start(QStringLiteral(SELECTION_PROBE), {u"text"_s});
-    desktop.click(desktop.bringToFront(u"selection-probe"_s), {10, 10}, 1);
-    desktop.run(u"xdotool"_s, {u"mousemove"_s, u"1270"_s, u"1010"_s, u"click"_s, u"1"_s});
+    desktop.xdotool(u"click 4 click 3"_s);
+    desktop.click(
+        desktop.startInFront(u"selection-probe"_s, QStringLiteral(SELECTION_PROBE), {u"text"_s}), {10, 10});
+    desktop.click({1270, 1010});
     EXPECT_FALSE(waitUntil([&] { return mark()->mayBeGone; }, 1));
-    desktop.click(desktop.bringToFront(u"xterm"_s), {60, 60}, 1);
+    desktop.click(desktop.bringToFront(u"xterm"_s), {60, 60});
     EXPECT_TRUE(waitUntil([&] { return mark()->mayBeGone; }));
 }
 
-TEST_F(X11, a_word_that_was_clicked_twice_is_no_password_by_a_command_key_that_is_down_already) {
-    const auto connection = X11Connection::open();
-    X11RawInput rawInput(*connection);
-    X11PrimarySelection primary(*connection, rawInput);
-    const QString path = desktop.write(u"a.txt"_s, u"hunter"_s);
+TEST_F(X11Selection, a_word_that_was_clicked_twice_is_no_password_by_a_command_key_that_is_down_already) {
     const auto mayBePassword = [&](const QString& held) {
         desktop.hold({held});
-        desktop.run(u"xdotool"_s, {u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"40"_s, u"1"_s});
-        const QProcess& owner = desktop.start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, path});
+        desktop.xdotool(u"click --repeat 2 --delay 40 1"_s);
+        const QProcess& owner = own(u"hunter"_s);
         std::optional<PrimaryText> mark;
         EXPECT_TRUE(waitUntil([&] {
             const XcbPtr<xcb_get_selection_owner_reply_t> selection{xcb_get_selection_owner_reply(
@@ -196,7 +190,7 @@ TEST_F(X11, a_word_that_was_clicked_twice_is_no_password_by_a_command_key_that_i
             // Told from the others by its window's name.
             xcb_change_property(connection->xcb(), XCB_PROP_MODE_REPLACE, selection->owner, XCB_ATOM_WM_NAME,
                 XCB_ATOM_STRING, 8, 18, "Chromium clipboard");
-            mark = primary.textOf(static_cast<qint32>(owner.processId()), QDeadlineTimer(500));
+            mark = markOf(owner);
             return mark.has_value();
         }));
         desktop.release({held});

@@ -42,27 +42,31 @@ protected:
 };
 
 TEST_F(Atspi, a_menu_item_tells_its_shortcut_in_either_toolkits_words_and_presses_unless_greyed) {
-    const auto item = [](const QString& binding, const QList<AtspiState>& states) {
-        return ScriptedAccessibles::Object{
-            .role = AtspiRole::menuItem, .states = states, .keyBinding = binding};
+    struct Case {
+        QString binding;
+        AtspiState state;
+        std::optional<QString> character;
+        bool presses;
     };
-    script({{u"/gtk"_s, item(u"c;<Alt>e:c;<Primary><Control>c"_s, {AtspiState::enabled})},
-        {u"/qt"_s, item(u"Ctrl+C"_s, {AtspiState::sensitive})},
-        {u"/comment"_s, item(u"c;<Alt>i:c;<Control><Alt>c"_s, {})},
-        {u"/other"_s, item(u"Ctrl+Shift+C"_s, {})}, {u"/mnemonic"_s, item(u"c"_s, {AtspiState::showing})},
-        {u"/none"_s, item(QString(), {})}});
-    EXPECT_EQ(element(u"/gtk"_s).commandCharacter(), u"c"_s);
-    EXPECT_EQ(element(u"/qt"_s).commandCharacter(), u"C"_s);
-    EXPECT_EQ(element(u"/comment"_s).commandCharacter(), std::nullopt);
-    EXPECT_EQ(element(u"/other"_s).commandCharacter(), std::nullopt);
-    EXPECT_EQ(element(u"/mnemonic"_s).commandCharacter(), std::nullopt);
-    EXPECT_EQ(element(u"/none"_s).commandCharacter(), std::nullopt);
-
-    EXPECT_TRUE(element(u"/gtk"_s).press());
-    EXPECT_TRUE(element(u"/qt"_s).press());
-    EXPECT_FALSE(element(u"/mnemonic"_s).press()) << "greyed";
-    EXPECT_EQ(application->pressesOf(u"/gtk"_s), 1);
-    EXPECT_EQ(application->pressesOf(u"/mnemonic"_s), 0);
+    const Case cases[] = {
+        {u"c;<Alt>e:c;<Primary><Control>c"_s, AtspiState::enabled, u"c"_s, true},
+        {u"Ctrl+C"_s, AtspiState::sensitive, u"C"_s, true},
+        {u"c;<Alt>i:c;<Control><Alt>c"_s, AtspiState::enabled, std::nullopt, true},
+        {u"Ctrl+Shift+C"_s, AtspiState::enabled, std::nullopt, true},
+        {u"c"_s, AtspiState::showing, std::nullopt, false},  // greyed
+        {QString(), AtspiState::enabled, std::nullopt, true},
+    };
+    Objects items;
+    for (const Case& given : cases)
+        items[u"/%1"_s.arg(&given - cases)] = {
+            .role = AtspiRole::menuItem, .states = {given.state}, .keyBinding = given.binding};
+    script(items);
+    for (const Case& given : cases) {
+        const QString path = u"/%1"_s.arg(&given - cases);
+        EXPECT_EQ(element(path).commandCharacter(), given.character) << given.binding.toStdString();
+        EXPECT_EQ(element(path).press(), given.presses) << given.binding.toStdString();
+        EXPECT_EQ(application->pressesOf(path), given.presses ? 1 : 0) << given.binding.toStdString();
+    }
 }
 
 TEST_F(Atspi, an_element_that_counts_its_selections_is_believed_before_an_older_primary) {

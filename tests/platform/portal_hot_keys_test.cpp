@@ -1,6 +1,5 @@
 #include "platform/linux/portal/portal_hot_keys.h"
 
-#include <QDBusConnectionInterface>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -8,28 +7,24 @@
 #include <sys/stat.h>
 
 #include "platform/portal_fixture.h"
-#include "support/debug_log_file.h"
 
 namespace tralio {
 namespace {
 
 TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
-    startPortal([](auto& told) { told.requiresApplicationId = true; });
-    ASSERT_TRUE(startProgram());
-    registerBoth();
+    ASSERT_TRUE(startAll([](auto& told) { told.requiresApplicationId = true; }));
     EXPECT_EQ(textKey.status, HotKeyStatus::registered);
     ASSERT_TRUE(isBound());
     EXPECT_EQ(desktop->applicationId, u"org.tralio.Tralio");
     EXPECT_EQ(desktop->calls.first(), u"Register");
-    EXPECT_THAT(
-        boundIds(), ElementsAre(u"translate-selection.LOGO+SHIFT+d"_s, u"capture-screen.LOGO+SHIFT+s"_s));
+    EXPECT_THAT(boundIds(), ElementsAre(textShortcut, ocrShortcut));
     EXPECT_EQ(desktop->bound.first().properties.value(u"preferred_trigger"_s).toString(), u"LOGO+SHIFT+d");
 
-    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1000, {{u"activation_token"_s, u"t"_s}});
-    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1000);
+    desktop->activate(textShortcut, 1000, {{u"activation_token"_s, u"t"_s}});
+    desktop->activate(textShortcut, 1000);
     desktop->activate(u"somebody-elses"_s, 1001);
-    desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, 1002);
-    ASSERT_TRUE(eventually([&] { return pressed.size() == 2; }));
+    desktop->activate(ocrShortcut, 1002);
+    ASSERT_TRUE(isPressed(2));
     EXPECT_THAT(pressed, ElementsAre(1, 2));
     EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "t");
     qunsetenv("XDG_ACTIVATION_TOKEN");
@@ -38,88 +33,73 @@ TEST_F(PortalTest, hot_keys_are_bound_together_and_each_press_counts_once) {
 TEST_F(PortalTest, what_the_desktop_remembers_or_binds_with_the_session_is_not_asked_for_again) {
     const std::function<void(ScriptedDesktopPortal&)> desktops[] = {
         [](auto& told) {
-            told.remembered = {
-                {u"capture-screen.LOGO+SHIFT+s"_s, {}}, {u"translate-selection.LOGO+SHIFT+d"_s, {}}};
+            told.remembered = {{ocrShortcut, {}}, {textShortcut, {}}};
         },
         [](auto& told) { told.bindsAtCreation = true; },
     };
     for (const auto& script : desktops) {
-        startPortal(script);
-        ASSERT_TRUE(startProgram());
-        const DebugLogFile log;
-        registerBoth();
-        ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: bound"); }));
-        desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
-        ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
+        log.clear();
+        ASSERT_TRUE(startAll(script));
+        ASSERT_TRUE(isLogged(ocrShortcut + u": bound"_s));
+        desktop->activate(textShortcut, 1);
+        ASSERT_TRUE(isPressed(1));
         EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
         pressed.clear();
-        hotKeys.reset();
-        portal.reset();
-        desktop.reset();
+        endAll();
     }
 }
 
 TEST_F(PortalTest, a_desktop_that_binds_without_a_word_is_asked_what_it_has_bound) {
-    startPortal([](auto& told) {
+    ASSERT_TRUE(startAll([](auto& told) {
         told.listsOnlyWhenAsked = true;
-        told.notBound = u"capture-screen.LOGO+SHIFT+s"_s;
-    });
-    ASSERT_TRUE(startProgram());
-    DebugLogFile log;
-    registerBoth();
-    ASSERT_TRUE(eventually([&] { return log.content().contains("capture-screen.LOGO+SHIFT+s: not bound"); }));
-    EXPECT_TRUE(log.content().contains("translate-selection.LOGO+SHIFT+d: bound to Super+Shift+X"));
+        told.notBound = ocrShortcut;
+    }));
+    ASSERT_TRUE(isLogged(ocrShortcut + u": not bound"_s));
+    EXPECT_TRUE(isLogged(textShortcut + u": bound to Super+Shift+X"_s));
     EXPECT_EQ(desktop->calls.count(u"BindShortcuts"_s), 1);
 }
 
 TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {
-    startPortal();
-    ASSERT_TRUE(startProgram());
-    registerBoth();
+    ASSERT_TRUE(startAll());
     ASSERT_TRUE(isBound());
-
     desktop->bound.clear();
     hotKeys->unregisterHotKey(*textKey.ref);
-    ASSERT_EQ(
-        hotKeys->registerHotKey({KeyCode::t, commandShift}, textHotKeyID).status, HotKeyStatus::registered);
+    ASSERT_EQ(registerText(KeyCode::t), HotKeyStatus::registered);
     ASSERT_TRUE(isBound());
     EXPECT_TRUE(desktop->calls.contains(u"Close"_s));
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
-    EXPECT_THAT(boundIds(),
-        testing::UnorderedElementsAre(
-            u"translate-selection.LOGO+SHIFT+t"_s, u"capture-screen.LOGO+SHIFT+s"_s));
-    desktop->activate(u"translate-selection.LOGO+SHIFT+d"_s, 1);
-    desktop->activate(u"translate-selection.LOGO+SHIFT+t"_s, 2);
-    ASSERT_TRUE(eventually([&] { return pressed.size() == 1; }));
+    const QString changed = u"translate-selection.LOGO+SHIFT+t"_s;
+    EXPECT_THAT(boundIds(), testing::UnorderedElementsAre(changed, ocrShortcut));
+    desktop->activate(textShortcut, 1);
+    desktop->activate(changed, 2);
+    ASSERT_TRUE(isPressed(1));
+
+    // A key that is refused takes the one before it away.
+    EXPECT_EQ(registerText(KeyCode::s), HotKeyStatus::taken);
+    EXPECT_TRUE(isBound(1));
 }
 
 TEST_F(PortalTest, a_silent_list_keeps_the_hot_keys_from_being_bound_for_its_time_limit_only) {
-    startPortal([](auto& told) { told.silentMethods = {u"ListShortcuts"_s}; });
-    ASSERT_TRUE(startProgram());
-    registerBoth();
-    ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"ListShortcuts"_s); }));
+    ASSERT_TRUE(startAll([](auto& told) { told.silentMethods = {u"ListShortcuts"_s}; }));
+    ASSERT_TRUE(isCalled(u"ListShortcuts"_s));
     EXPECT_TRUE(desktop->bound.isEmpty());
     clock.advance(30s);
     EXPECT_TRUE(isBound());
 }
 
 TEST_F(PortalTest, refusals_leave_the_program_without_hot_keys_and_otherwise_well) {
-    startPortal([](auto& told) {
+    ASSERT_TRUE(startAll([](auto& told) {
         told.hasRegistry = false;
         told.requiresApplicationId = true;
-    });
-    ASSERT_TRUE(startProgram());
-    registerBoth();
-    ASSERT_TRUE(eventually([&] { return desktop->calls.contains(u"CreateSession"_s); }));
+    }));
+    ASSERT_TRUE(isCalled(u"CreateSession"_s));
     ASSERT_TRUE(nextTurn());
     EXPECT_FALSE(desktop->calls.contains(u"BindShortcuts"_s));
 
     for (const quint32 nobodysKey : {52U, 127U, 4294967295U})
-        EXPECT_EQ(hotKeys->registerHotKey({KeyCode{nobodysKey}, commandShift}, textHotKeyID).status,
-            HotKeyStatus::invalid);
-    EXPECT_EQ(
-        hotKeys->registerHotKey({KeyCode::d, Modifier::shift}, textHotKeyID).status, HotKeyStatus::invalid);
-    EXPECT_EQ(hotKeys->registerHotKey({KeyCode::s, commandShift}, textHotKeyID).status, HotKeyStatus::taken);
+        EXPECT_EQ(registerText(KeyCode{nobodysKey}), HotKeyStatus::invalid);
+    EXPECT_EQ(registerText(KeyCode::d, Modifier::shift), HotKeyStatus::invalid);
+    EXPECT_EQ(registerText(KeyCode::s), HotKeyStatus::taken);
 }
 
 TEST_F(PortalTest, a_portal_that_talks_rubbish_is_one_without_hot_keys_and_screenshots) {
@@ -144,15 +124,9 @@ TEST_F(PortalTest, a_portal_that_talks_rubbish_is_one_without_hot_keys_and_scree
         EXPECT_THAT(told,
             testing::Each(
                 rubbish.contains(u"session_handle"_s) ? HotKeyStatus::unavailable : HotKeyStatus::refused));
-        PortalCapture tool(*portal);
-        std::optional<qint32> status;
-        tool.run(wanted).then([&](qint32 value) { status = value; });
-        EXPECT_TRUE(eventually([&] { return status.has_value(); }));
-        EXPECT_NE(status, 0);
+        EXPECT_NE(capture(wanted), 0);
         EXPECT_FALSE(QFile::exists(wanted));
-        hotKeys.reset();
-        portal.reset();
-        desktop.reset();
+        endAll();
     }
     EXPECT_TRUE(pressed.empty());
 }
@@ -161,16 +135,14 @@ TEST_F(PortalTest, a_portal_that_comes_later_anew_or_in_anothers_place_gets_the_
     launch();
     registerBoth();
     EXPECT_EQ(textKey.status, HotKeyStatus::unavailable);
-
     for (int start = 0; start < 2; ++start) {
         startPortal();
         ASSERT_TRUE(isBound());
-        desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, 5 + start);
-        ASSERT_TRUE(eventually([&] { return pressed.size() == 1U; }));
+        desktop->activate(ocrShortcut, 5 + start);
+        ASSERT_TRUE(isPressed(1));
         pressed.clear();
         desktop.reset();
-        ASSERT_TRUE(
-            eventually([&] { return portal->version(QLatin1String(PortalHotKeys::interface)) == 0; }));
+        ASSERT_TRUE(knowsNoPortal());
     }
 
     startPortal();
@@ -178,8 +150,8 @@ TEST_F(PortalTest, a_portal_that_comes_later_anew_or_in_anothers_place_gets_the_
     ScriptedDesktopPortal successor(bus.connect());
     ASSERT_TRUE(eventually([&] { return successor.bound.size() == 2; }));
     EXPECT_EQ(successor.applicationId, u"org.tralio.Tralio");
-    successor.activate(u"capture-screen.LOGO+SHIFT+s"_s, 9);
-    EXPECT_TRUE(eventually([&] { return pressed.size() == 1; }));
+    successor.activate(ocrShortcut, 9);
+    EXPECT_TRUE(isPressed(1));
 }
 
 TEST_F(PortalTest, a_portal_that_has_ended_is_called_for_if_it_does_not_come_back_by_itself) {
@@ -188,7 +160,7 @@ TEST_F(PortalTest, a_portal_that_has_ended_is_called_for_if_it_does_not_come_bac
     int timesKnown = 0;
     QObject::connect(&*portal, &Portal::ready, &*portal, [&] { ++timesKnown; });
     desktop.reset();
-    ASSERT_TRUE(eventually([&] { return portal->version(QLatin1String(PortalHotKeys::interface)) == 0; }));
+    ASSERT_TRUE(knowsNoPortal());
     clock.advance(4s);
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(timesKnown, 0);
@@ -208,9 +180,7 @@ TEST_F(PortalTest, a_portal_that_takes_long_to_say_its_versions_holds_up_no_regi
 }
 
 TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
-    startPortal();
-    ASSERT_TRUE(startProgram());
-    registerBoth();
+    ASSERT_TRUE(startAll());
     ASSERT_TRUE(isBound());
     desktop->bound.clear();
     desktop->endSession();
@@ -219,23 +189,20 @@ TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
     // The next end is told before the answers to the next binding.
     desktop->bound.clear();
     desktop->endSession();
-    ASSERT_EQ(
-        hotKeys->registerHotKey({KeyCode::t, commandShift}, textHotKeyID).status, HotKeyStatus::registered);
+    ASSERT_EQ(registerText(KeyCode::t), HotKeyStatus::registered);
     ASSERT_TRUE(isBound());
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);
 }
 
 TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_every_session_is_asked_rarely) {
-    startPortal();
     QDBusConnection backend = bus.connect();
     const QString name = u"org.freedesktop.impl.portal.desktop.scripted"_s;
     backend.registerService(name);
-    ASSERT_TRUE(startProgram());
-    registerBoth();
+    ASSERT_TRUE(startAll());
     for (int start = 1; start <= 2; ++start) {
         ASSERT_TRUE(isBound());
-        desktop->activate(u"capture-screen.LOGO+SHIFT+s"_s, start);
-        ASSERT_TRUE(eventually([&] { return pressed.size() == static_cast<size_t>(start); }));
+        desktop->activate(ocrShortcut, start);
+        ASSERT_TRUE(isPressed(static_cast<size_t>(start)));
         desktop->bound.clear();
         backend.unregisterService(name);
         backend.registerService(name);
@@ -251,23 +218,16 @@ TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_eve
 }
 
 TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_the_answer) {
-    startPortal([](ScriptedDesktopPortal& portal) { portal.silentMethods = {u"CreateSession"_s}; });
-    ASSERT_TRUE(startProgram());
-    registerBoth();
-    ASSERT_TRUE(eventually([&] { return desktop->calls.count(u"CreateSession"_s) == 1; }));
-    hotKeys->registerHotKey({KeyCode::t, commandShift}, textHotKeyID);
+    ASSERT_TRUE(startAll([](auto& told) { told.silentMethods = {u"CreateSession"_s}; }));
+    ASSERT_TRUE(isCalled(u"CreateSession"_s));
+    registerText(KeyCode::t);
     ASSERT_TRUE(nextTurn());
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 1);
     desktop->silentMethods.clear();
     clock.advance(30s);
     ASSERT_TRUE(isBound());
-    EXPECT_THAT(
-        boundIds(), ElementsAre(u"capture-screen.LOGO+SHIFT+s"_s, u"translate-selection.LOGO+SHIFT+t"_s));
+    EXPECT_THAT(boundIds(), ElementsAre(ocrShortcut, u"translate-selection.LOGO+SHIFT+t"_s));
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 2);
-
-    // A key that is refused takes the one before it away.
-    EXPECT_EQ(hotKeys->registerHotKey({KeyCode::s, commandShift}, textHotKeyID).status, HotKeyStatus::taken);
-    EXPECT_TRUE(isBound(1));
 }
 
 }  // namespace

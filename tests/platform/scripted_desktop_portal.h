@@ -1,22 +1,29 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusVirtualObject>
+#include <QDBusMetaType>
 #include <QHash>
 #include <QStringList>
+#include <QUrl>
 #include <QVariantMap>
 
+#include "platform/linux/portal/portal.h"
+#include "platform/linux/portal/portal_capture.h"
+#include "platform/linux/portal/portal_hot_keys.h"
 #include "platform/linux/portal/portal_shortcut.h"
+#include "platform/scripted_bus_object.h"
+#include "support/testing.h"
 
 namespace tralio {
 
 /// A desktop portal that behaves as a test tells it: the shortcuts and screenshot sides of those that are
 /// about, and their bad days.
-class ScriptedDesktopPortal final : public QDBusVirtualObject {
+class ScriptedDesktopPortal final : public ScriptedBusObject {
 public:
-    /// Appears on the bus at once, in the place of one that is there.
-    explicit ScriptedDesktopPortal(QDBusConnection bus);
-    ~ScriptedDesktopPortal() override;
+    explicit ScriptedDesktopPortal(QDBusConnection bus)
+        : ScriptedBusObject(std::move(bus), QLatin1String(Portal::service), QLatin1String(Portal::path)) {
+        qDBusRegisterMetaType<PortalShortcut>();
+        qDBusRegisterMetaType<QList<PortalShortcut>>();
+    }
 
     // How it behaves. A method that is silent is taken, and never answered.
     bool saysVersions = true;
@@ -39,19 +46,83 @@ public:
     QString session;
 
     /// The user presses a shortcut.
-    void activate(const QString& shortcut, qulonglong timestamp, const QVariantMap& options = {});
-    void endSession();
-
-    QString introspect(const QString& path) const override;
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+    void activate(const QString& shortcut, qulonglong timestamp, const QVariantMap& options = {}) {
+        signal(QLatin1String(Portal::path), QLatin1String(PortalHotKeys::interface), u"Activated"_s,
+            {object(session), shortcut, timestamp, options});
+    }
+    void endSession() { signal(session, u"org.freedesktop.portal.Session"_s, u"Closed"_s, {}); }
 
 private:
-    void request(const QDBusMessage& message);
-    [[nodiscard]] QVariantMap resultsOf(const QDBusMessage& message, const QVariantMap& options);
-    void signal(
-        const QString& path, const QString& interface, const QString& name, const QVariantList& arguments);
+    void take(const QDBusMessage& call) override {
+        const QString method = call.member();
+        if (method == u"Get") {
+            ++versionsAsked;
+            const bool ofCapture = call.arguments().value(0) == QLatin1String(PortalCapture::interface);
+            if (saysVersions)
+                send(call.createReply(variant(ofCapture ? 2U : 1U)));
+            return;
+        }
+        calls += method;
+        if (method == u"Register" && !hasRegistry) {
+            send(call.createErrorReply(QDBusError::UnknownInterface, u"no registry"_s));
+        } else if (method == u"Register" && !applicationId.isEmpty()) {
+            send(call.createErrorReply(u"org.freedesktop.portal.Error.Failed"_s,
+                u"Connection already associated with an application ID"_s));
+        } else if (method == u"Register") {
+            applicationId = call.arguments().value(0).toString();
+            send(call.createReply());
+        } else if (method == u"Close") {
+            send(call.createReply());
+        } else if (method == u"CreateSession" && requiresApplicationId && applicationId.isEmpty()) {
+            send(call.createErrorReply(
+                u"org.freedesktop.portal.Error.NotAllowed"_s, u"An app id is required"_s));
+        } else {
+            request(call);
+        }
+    }
 
-    QDBusConnection m_bus;
+    void request(const QDBusMessage& call) {
+        const auto options = qdbus_cast<QVariantMap>(call.arguments().last());
+        const QString path = pathOf(call, u"request"_s, options.value(u"handle_token"_s));
+        send(call.createReply(object(path)));
+        if (silentMethods.contains(call.member()))
+            return;
+        const uint response = responses.value(call.member());
+        QVariantMap results = response == 0 ? resultsOf(call, options) : QVariantMap();
+        for (const QString& name : results.keys())
+            results[name] = rubbish.value(name, results[name]);
+        signal(path, u"org.freedesktop.portal.Request"_s, u"Response"_s, {response, results});
+    }
+
+    QVariantMap resultsOf(const QDBusMessage& call, const QVariantMap& options) {
+        const QString method = call.member();
+        if (method == u"CreateSession") {
+            session = pathOf(call, u"session"_s, options.value(u"session_handle_token"_s));
+            if (bindsAtCreation)
+                remembered = qdbus_cast<QList<PortalShortcut>>(options.value(u"shortcuts"_s));
+            return {{u"session_handle"_s, session}};
+        }
+        if (method == u"ListShortcuts")
+            return {{u"shortcuts"_s, QVariant::fromValue(remembered)}};
+        if (method == u"Screenshot")
+            return {{u"uri"_s, QUrl::fromLocalFile(picture).toString()}};
+        if (bindsAtCreation)
+            return {};
+        bound = qdbus_cast<QList<PortalShortcut>>(call.arguments().value(1));
+        QList<PortalShortcut> granted;
+        for (const PortalShortcut& shortcut : std::as_const(bound))
+            if (shortcut.id != notBound)
+                granted += {shortcut.id, {{u"trigger_description"_s, u"Super+Shift+X"_s}}};
+        if (!listsOnlyWhenAsked)
+            return {{u"shortcuts"_s, QVariant::fromValue(granted)}};
+        remembered = granted;
+        return {};
+    }
+
+    static QString pathOf(const QDBusMessage& call, const QString& kind, const QVariant& token) {
+        const QString sender = call.service().mid(1).replace(u'.', u'_');
+        return u"%1/%2/%3/%4"_s.arg(QLatin1String(Portal::path), kind, sender, token.toString());
+    }
 };
 
 }  // namespace tralio

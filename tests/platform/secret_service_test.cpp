@@ -1,12 +1,9 @@
 #include "platform/linux/secrets/secret_service.h"
 
-#include <QDBusConnectionInterface>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
-
 #include <algorithm>
 
 #include "platform/linux/secrets/secret_item.h"
+#include "platform/scripted_bus_object.h"
 #include "support/debug_log_file.h"
 #include "support/event_loop.h"
 #include "support/private_bus.h"
@@ -19,61 +16,47 @@ using Answer = SecretKeeper::Answer;
 
 /// A keeper of secrets with one collection, which a test locks. Some keep quiet about what a locked one
 /// holds, and tell otherwise that it was unlocked.
-class ScriptedSecretService final : public QDBusVirtualObject {
+class ScriptedSecretService final : public ScriptedBusObject {
 public:
-    explicit ScriptedSecretService(QDBusConnection bus) : m_bus(std::move(bus)) {
+    explicit ScriptedSecretService(QDBusConnection bus)
+        : ScriptedBusObject(
+              std::move(bus), QLatin1String(SecretService::service), QLatin1String(SecretService::path)) {
         registerSecretTypes();
-        m_bus.registerVirtualObject(
-            QLatin1String(SecretService::path), this, QDBusConnection::VirtualObjectRegisterOption::SubPath);
-        m_bus.registerService(QLatin1String(SecretService::service));
     }
 
-    QString introspect(const QString& /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override {
-        calls += message.member();
-        if (!isSilent)
-            m_bus.send(message.createReply(answer(message)));
-        return true;
-    }
     void unlock() {
         isLocked = false;
-        if (isReticent) {
+        if (isReticent)
             tell(u"CollectionChanged"_s);
-            return;
-        }
-        auto signal = QDBusMessage::createSignal(
-            m_collection, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s);
-        signal << u"org.freedesktop.Secret.Collection"_s << QVariantMap{{u"Locked"_s, false}}
-               << QStringList();
-        m_bus.send(signal);
+        else
+            signal(m_collection, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s,
+                {u"org.freedesktop.Secret.Collection"_s, QVariantMap{{u"Locked"_s, false}}, QStringList()});
     }
     void tell(const QString& event) {
-        auto signal = QDBusMessage::createSignal(
-            QLatin1String(SecretService::path), u"org.freedesktop.Secret.Service"_s, event);
-        signal << QVariant::fromValue(QDBusObjectPath(m_collection));
-        m_bus.send(signal);
+        signal(QLatin1String(SecretService::path), u"org.freedesktop.Secret.Service"_s, event,
+            {object(m_collection)});
     }
 
     bool isLocked = false;
     bool isReticent = false;
     bool hasCollection = true;
-    bool isSilent = false;
     QList<std::pair<SecretAttributes, QByteArray>> items;
     QStringList calls;
 
 private:
-    QVariantList answer(const QDBusMessage& message) {
-        const auto object = [](const QString& path) { return QVariant::fromValue(QDBusObjectPath(path)); };
-        const QVariantList arguments = message.arguments();
-        const QString method = message.member();
+    void take(const QDBusMessage& call) override {
+        calls += call.member();
+        send(call.createReply(answer(call.member(), call.arguments())));
+    }
+    QVariantList answer(const QString& method, const QVariantList& arguments) {
         if (method == u"OpenSession") {
             EXPECT_EQ(arguments.value(0), u"plain"_s);
-            return {QVariant::fromValue(QDBusVariant(QString())), object(m_session)};
+            return {variant(QString()), object(m_session)};
         }
         if (method == u"ReadAlias")
             return {object(arguments.value(0) == u"default"_s && hasCollection ? m_collection : u"/"_s)};
         if (method == u"Get")
-            return {QVariant::fromValue(QDBusVariant(isLocked))};
+            return {variant(isLocked)};
         if (method == u"SearchItems") {
             QList<QDBusObjectPath> found;
             const auto wanted = qdbus_cast<SecretAttributes>(arguments.value(0));
@@ -113,34 +96,33 @@ private:
     const QString m_collection = QLatin1String(SecretService::path) + u"/collection/login"_s;
     const QString m_item = m_collection + u"/1"_s;
     const QString m_prompt = QLatin1String(SecretService::path) + u"/prompt/1"_s;
-    QDBusConnection m_bus;
 };
 
 class SecretServiceTest : public testing::Test {
 protected:
+    using Found = std::pair<Answer, QString>;
+
     SecretServiceTest() {
         keeper.onChange = [this] { ++changes; };
     }
 
-    std::pair<Answer, QString> found() {
-        std::optional<std::pair<Answer, QString>> result;
-        keeper.find([&](Answer answer, const QString& secret) { result = {answer, secret}; });
+    /// What an operation answers, which it does from the event loop only.
+    template <typename Begin>
+    Found answerTo(Begin begin) {
+        std::optional<Found> result;
+        begin([&](Answer answer, const QString& secret = {}) { result = {answer, secret}; });
         EXPECT_FALSE(result) << "nothing is answered before the event loop runs";
         EXPECT_TRUE(eventually([&] { return result.has_value(); }));
-        return result.value_or(std::pair(Answer::unavailable, u"nothing"_s));
+        return result.value_or(Found(Answer::unavailable, u"nothing"_s));
+    }
+    Found found() {
+        return answerTo([this](auto done) { keeper.find(done); });
     }
     Answer kept(const QString& secret) {
-        std::optional<Answer> result;
-        keeper.keep(
-            secret, [&](Answer answer) { result = answer; });
-        EXPECT_TRUE(eventually([&] { return result.has_value(); }));
-        return result.value_or(Answer::unavailable);
+        return answerTo([&](auto done) { keeper.keep(secret, done); }).first;
     }
     Answer forgotten() {
-        std::optional<Answer> result;
-        keeper.forget([&](Answer answer) { result = answer; });
-        EXPECT_TRUE(eventually([&] { return result.has_value(); }));
-        return result.value_or(Answer::unavailable);
+        return answerTo([this](auto done) { keeper.forget(done); }).first;
     }
 
     DebugLogFile log;
@@ -157,9 +139,9 @@ TEST_F(SecretServiceTest, a_secret_is_kept_found_replaced_and_forgotten) {
 
     EXPECT_EQ(found().first, Answer::absent);
     EXPECT_EQ(kept(u"sk-ấ"_s), Answer::done);
-    EXPECT_EQ(found(), std::pair(Answer::done, u"sk-ấ"_s));
+    EXPECT_EQ(found(), Found(Answer::done, u"sk-ấ"_s));
     EXPECT_EQ(kept(u"sk-2"_s), Answer::done);
-    EXPECT_EQ(found(), std::pair(Answer::done, u"sk-2"_s));
+    EXPECT_EQ(found(), Found(Answer::done, u"sk-2"_s));
     EXPECT_EQ(service.items.size(), 1);
     EXPECT_EQ(forgotten(), Answer::done);
     EXPECT_TRUE(service.items.isEmpty());
@@ -185,7 +167,7 @@ TEST_F(SecretServiceTest, a_locked_collection_is_left_alone_until_the_user_is_th
         const int before = changes;
         service.unlock();
         ASSERT_TRUE(eventually([&] { return changes == before + 1; }));
-        EXPECT_EQ(found(), std::pair(Answer::done, u"sk"_s));
+        EXPECT_EQ(found(), Found(Answer::done, u"sk"_s));
     }
 }
 

@@ -1,9 +1,6 @@
 #include "platform/linux/tray/status_notifier_item.h"
 
-#include <QDBusMessage>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
-
+#include "platform/scripted_bus_object.h"
 #include "support/event_loop.h"
 #include "support/private_bus.h"
 #include "support/testing.h"
@@ -15,37 +12,26 @@ const auto watcher = u"org.kde.StatusNotifierWatcher"_s;
 const auto watcherPath = u"/StatusNotifierWatcher"_s;
 
 /// A tray that answers when the test does so for it.
-class SlowTray final : public QDBusVirtualObject {
+class SlowTray final : public ScriptedBusObject {
 public:
-    explicit SlowTray(QDBusConnection bus) : m_bus(std::move(bus)) {
-        m_bus.registerVirtualObject(watcherPath, this);
-        m_bus.registerService(watcher);
-    }
+    explicit SlowTray(QDBusConnection bus) : ScriptedBusObject(std::move(bus), watcher, watcherPath) {}
 
-    QString introspect(const QString& /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override {
-        if (message.member() == u"Get")
-            questions += message;
-        return true;
-    }
-
-    void answer(const QDBusMessage& question, bool present) {
-        m_bus.send(question.createReply(QVariant::fromValue(QDBusVariant(present))));
-    }
-    void announceHost() {
-        m_bus.send(QDBusMessage::createSignal(watcherPath, watcher, u"StatusNotifierHostRegistered"_s));
-    }
+    void answer(const QDBusMessage& question, bool present) { send(question.createReply(variant(present))); }
+    void announceHost() { signal(watcherPath, watcher, u"StatusNotifierHostRegistered"_s, {}); }
     void click(const QString& item) {
         auto activate = QDBusMessage::createMethodCall(
             item, u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, u"Activate"_s);
         activate << 1 << 2;
-        m_bus.send(activate);
+        send(activate);
     }
 
     QList<QDBusMessage> questions;
 
 private:
-    QDBusConnection m_bus;
+    void take(const QDBusMessage& call) override {
+        if (call.member() == u"Get")
+            questions += call;
+    }
 };
 
 TEST(StatusNotifierItem, a_late_answer_to_an_earlier_question_changes_nothing) {

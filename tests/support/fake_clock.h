@@ -2,6 +2,7 @@
 
 #include <QPointer>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 
@@ -14,31 +15,64 @@ class FakeClock final : public Clock {
 public:
     using Clock::after;
     using Clock::every;
-    void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) override;
-    void every(std::chrono::milliseconds interval, QObject* context, std::function<void()> action) override;
+    void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) override {
+        add(delay, context, std::move(action), {});
+    }
+    void every(std::chrono::milliseconds interval, QObject* context, std::function<void()> action) override {
+        add(interval, context, std::move(action), interval);
+    }
 
     /// Moves time forward and runs what falls due, in order of its time, also what that schedules in turn.
-    void advance(std::chrono::milliseconds by);
+    void advance(std::chrono::milliseconds by) {
+        const auto until = m_now + by;
+        while (!m_calls.empty() && m_calls.begin()->first <= until)
+            runNext();
+        m_now = until;
+    }
 
     /// Time passes while this process stands still, as in a suspension: what has fallen due runs once, late,
     /// and nothing of what that schedules.
-    void standStill(std::chrono::milliseconds time);
+    void standStill(std::chrono::milliseconds time) {
+        m_now += time;
+        while (!m_calls.empty() && m_calls.begin()->first < m_now)
+            runNext();
+    }
 
     /// The time by this clock.
     [[nodiscard]] std::chrono::milliseconds now() const { return m_now; }
 
     /// The number of calls that still wait for their time.
-    [[nodiscard]] qsizetype pending() const;
+    [[nodiscard]] qsizetype pending() const {
+        return std::ranges::count_if(
+            m_calls, [](const auto& entry) { return !entry.second.context.isNull(); });
+    }
 
 private:
-    /// Takes out the next call and runs it; one that repeats comes again after its interval.
-    void runNext();
-
     struct Call {
         QPointer<QObject> context;
         std::shared_ptr<std::function<void()>> action;  ///< shared, for what a repeated action remembers
-        std::chrono::milliseconds interval{0};          ///< zero for a call that runs once
+        std::chrono::milliseconds interval;             ///< zero for a call that runs once
     };
+
+    void add(std::chrono::milliseconds delay, QObject* context, std::function<void()> action,
+        std::chrono::milliseconds interval) {
+        m_calls.emplace(m_now + delay,
+            Call{context, std::make_shared<std::function<void()>>(std::move(action)), interval});
+    }
+
+    /// Takes out the next call and runs it; one that repeats comes again after its interval.
+    void runNext() {
+        auto node = m_calls.extract(m_calls.begin());
+        m_now = std::max(m_now, node.key());
+        const Call call = node.mapped();
+        if (!call.context)
+            return;
+        if (call.interval.count() > 0) {
+            node.key() = m_now + call.interval;
+            m_calls.insert(std::move(node));
+        }
+        (*call.action)();
+    }
 
     std::chrono::milliseconds m_now{0};
     std::multimap<std::chrono::milliseconds, Call> m_calls;

@@ -3,19 +3,39 @@
 #include <QDBusConnection>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QUuid>
+
+#include <stdexcept>
+
+#include "support/bus_configuration.h"
 
 namespace tralio {
 
 /// A message bus of one test's own, with as many connections to it as the test wants. It starts no services.
 class PrivateBus final {
 public:
-    PrivateBus();
+    PrivateBus() {
+        m_daemon.start(QStringLiteral("dbus-daemon"),
+            {QStringLiteral("--config-file=") + writeBusConfiguration(m_folder.path(), {}),
+                QStringLiteral("--nofork"), QStringLiteral("--print-address=1")});
+        if (!m_daemon.waitForReadyRead(20'000))
+            throw std::runtime_error("dbus-daemon does not start");
+        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+    }
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
-    ~PrivateBus();
+    ~PrivateBus() {
+        for (const QString& connection : m_connections)
+            QDBusConnection::disconnectFromBus(connection);
+        m_daemon.kill();
+        m_daemon.waitForFinished();
+    }
 
     /// One more connection, as one more program would have.
-    [[nodiscard]] QDBusConnection connect();
+    [[nodiscard]] QDBusConnection connect() {
+        m_connections += QUuid::createUuid().toString();
+        return QDBusConnection::connectToBus(m_address, m_connections.last());
+    }
     [[nodiscard]] QString address() const { return m_address; }
 
 private:

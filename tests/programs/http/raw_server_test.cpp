@@ -7,47 +7,35 @@ namespace {
 using Connection = RawServer::Connection;
 
 TEST_F(HttpTest, no_answer_is_ever_another_texts_and_no_text_is_sent_twice) {
+    const QByteArray early = "HTTP/1.1 103 Early Hints\r\nLink: </a.css>\r\n\r\n";
+    const QByteArray answer = "(the answer to the text)";
+    const QByteArray unasked = reply("nobody asked");
     struct Case {
         const char* what;
-        std::function<void(Connection&, const QByteArray&)> answer;
+        std::vector<QByteArray> sent;
+        std::chrono::milliseconds pause = 0ms;  ///< after each of them
+        bool endsAtNextText = false;
     };
-    const QByteArray early = "HTTP/1.1 103 Early Hints\r\nLink: </a.css>\r\n\r\n";
     const Case cases[] = {
-        {"a hint and the answer at once",
-            [&](Connection& peer, const QByteArray& body) { peer.send(early + reply(body)); }},
-        {"a hint, and the answer later",
-            [&](Connection& peer, const QByteArray& body) {
-                peer.send(early);
-                peer.wait(150ms);
-                peer.send(reply(body));
-            }},
-        {"another answer that nobody asked for",
-            [](Connection& peer, const QByteArray& body) {
-                peer.send(reply(body));
-                peer.send(reply("nobody asked"));
-            }},
-        {"a time-out on the idle connection",
-            [](Connection& peer, const QByteArray& body) {
-                peer.send(reply(body));
-                peer.send(reply("late", "HTTP/1.1 408 Request Timeout\r\n"));
-            }},
-        {"another answer, later",
-            [](Connection& peer, const QByteArray& body) {
-                peer.send(reply(body));
-                peer.wait(30ms);
-                peer.send(reply("nobody asked"));
-            }},
-        {"an end after the next text was read",
-            [](Connection& peer, const QByteArray& body) {
-                peer.send(reply(body));
-                (void)peer.readRequest();
-            }},
+        {"a hint and the answer at once", {early + answer}},
+        {"a hint, and the answer later", {early, answer}, 150ms},
+        {"another answer that nobody asked for", {answer, unasked}},
+        {"a time-out on the idle connection", {answer, reply("late", "HTTP/1.1 408 Request Timeout\r\n")}},
+        {"another answer, later", {answer, unasked}, 30ms},
+        {"an end after the next text was read", {answer}, 0ms, true},
     };
     for (const Case& given : cases) {
-        RawServer server([&given](Connection& peer) {
+        RawServer server([&](Connection& peer) {
             const QByteArray request = peer.readRequest();
-            given.answer(peer, "of " + request.sliced(request.indexOf("\r\n\r\n") + 4));
-            peer.waitForEnd();
+            const QByteArray text = request.sliced(request.indexOf("\r\n\r\n") + 4);
+            for (QByteArray bytes : given.sent) {
+                peer.send(bytes.replace(answer, reply("of " + text)));
+                peer.wait(given.pause);
+            }
+            if (given.endsAtNextText)
+                (void)peer.readRequest();
+            else
+                peer.waitForEnd();
         });
         for (const QByteArray text : {"one", "two", "three"})
             EXPECT_EQ(outcomeOf(post(urlOf(server), text)).text, u"200 of "_s + QString::fromUtf8(text))
@@ -63,17 +51,20 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         QString told;
         int posts = 1;
     };
-    const auto words = [](CURLcode code) {
-        return failureWords({.code = code}, QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser);
+    const QUrl peer(u"http://peer/"_s);
+    constexpr auto entered = AddressOrigin::enteredByUser;
+    const auto words = [&](CURLcode code) { return failureWords({.code = code}, peer, entered); };
+    const auto redirecting = [](const QByteArray& status, const QByteArray& location) {
+        return answering(reply({}, "HTTP/1.1 " + status + " Go\r\nLocation: " + location + "\r\n"));
     };
     const QString broken = words(CURLE_RECV_ERROR);
     const QString silent = words(CURLE_GOT_NOTHING);
-    const QString headers = tooLargeHeadersWords(QUrl(u"http://peer/"_s));
+    const QString headers = tooLargeHeadersWords(peer);
     const QByteArray chunks = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n";
     const StandInReply compressed = StandInReply::gzipped(u"nén"_s);
     const Case cases[] = {
         {"ends before reading", [](Connection&) {}, u"*"_s, 0},
-        {"resets before reading", [](Connection& peer) { peer.reset(); }, u"*"_s, 0},
+        {"resets before reading", [](Connection& other) { other.reset(); }, u"*"_s, 0},
         {"ends after reading", answering({}), silent},
         {"resets after reading", answering({}, true), broken},
         {"no content, with a length", answering("HTTP/1.1 204 No Content\r\nContent-Length: 5\r\n\r\n"),
@@ -104,29 +95,19 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         {"a length that is no number", answering("HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\nx"),
             words(CURLE_WEIRD_SERVER_REPLY)},
         {"to be fetched elsewhere",
-            [](Connection& peer) {
-                for (;;) {
-                    const QByteArray request = peer.readRequest();
-                    if (request.isEmpty())
-                        return;
-                    peer.send(request.startsWith("GET /seen ")
+            [](Connection& other) {
+                for (QByteArray request; !(request = other.readRequest()).isEmpty();)
+                    other.send(request.startsWith("GET /seen ")
                             ? reply("fetched")
                             : reply({}, "HTTP/1.1 303 See Other\r\nLocation: ../seen\r\n"));
-                }
             },
             u"200 fetched"_s},
-        {"round in circles",
-            answering("HTTP/1.1 303 See Other\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
-            tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
-        {"round in circles with the text",
-            answering("HTTP/1.1 307 Go\r\nLocation: /v1\r\nContent-Length: 0\r\n\r\n"),
-            tooManyRedirectionsWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
-        {"elsewhere",
-            answering("HTTP/1.1 307 Go\r\nLocation: http://127.0.0.1:1/v1\r\nContent-Length: 0\r\n\r\n"),
-            refusedRedirectionWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
-        {"by another scheme",
-            answering("HTTP/1.1 307 Go\r\nLocation: file:///etc/passwd\r\nContent-Length: 0\r\n\r\n"),
-            refusedRedirectionWords(QUrl(u"http://peer/"_s), AddressOrigin::enteredByUser)},
+        {"round in circles", redirecting("303", "/v1"), tooManyRedirectionsWords(peer, entered)},
+        {"round in circles with the text", redirecting("307", "/v1"),
+            tooManyRedirectionsWords(peer, entered)},
+        {"elsewhere", redirecting("307", "http://127.0.0.1:1/v1"), refusedRedirectionWords(peer, entered)},
+        {"by another scheme", redirecting("307", "file:///etc/passwd"),
+            refusedRedirectionWords(peer, entered)},
     };
     for (const Case& given : cases) {
         RawServer server(given.script);
@@ -177,12 +158,11 @@ TEST_F(HttpTest, a_text_stays_with_its_origin_and_a_download_never_leaves_https)
         {u"http://a.test/"_s, u"ftp://a.test/"_s, false, false},
     };
     for (const Case& given : cases) {
-        EXPECT_EQ(whyNotToFollow(QUrl(given.from), QUrl(given.to), AddressOrigin::enteredByUser).isEmpty(),
-            given.text)
-            << given.to.toStdString();
-        EXPECT_EQ(whyNotToFollow(QUrl(given.from), QUrl(given.to), AddressOrigin::programsOwn).isEmpty(),
-            given.download)
-            << given.to.toStdString();
+        const auto isFollowed = [&](AddressOrigin origin) {
+            return whyNotToFollow(QUrl(given.from), QUrl(given.to), origin).isEmpty();
+        };
+        EXPECT_EQ(isFollowed(AddressOrigin::enteredByUser), given.text) << given.to.toStdString();
+        EXPECT_EQ(isFollowed(AddressOrigin::programsOwn), given.download) << given.to.toStdString();
     }
     RawServer server([](Connection& peer) {
         const QByteArray request = peer.readRequest();

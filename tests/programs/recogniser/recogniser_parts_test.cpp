@@ -51,8 +51,14 @@ TEST(Resample, keeps_flat_areas_flat_and_edges_where_they_are) {
         EXPECT_EQ(enlarged.row(5)[x] < 128, x < 10) << x;
 }
 
-ReadLine line(const QString& text, double confidence, double top) {
+/// A line of one word.
+ReadLine line(const QString& text, double confidence = 90, double top = 0) {
     return {{{text, confidence, 0}}, QRectF(10, top, 200, 20)};
+}
+
+/// A line of several.
+Reading row(const std::vector<ReadWord>& words) {
+    return {{{words, {}}}};
 }
 
 QStringList texts(const Reading& reading) {
@@ -81,22 +87,20 @@ TEST(Reading, of_two_engines_each_line_is_the_better_ones) {
 }
 
 TEST(Reading, of_words_that_differ_in_their_marks_a_vietnamese_text_has_the_richer_ones) {
-    const auto row = [](const std::vector<std::pair<QString, QString>>& words) {
-        ReadLine line;
-        for (const auto& [text, pack] : words)
-            line.words.push_back({text, 95, 1, pack});
-        return Reading{{line}};
+    const auto word = [](const QString& text, const QString& pack = {}) {
+        return ReadWord{text, 95, 1, pack};
     };
-    Reading mixed =
-        row({{u"Dang"_s, u"eng"_s}, {u"tải"_s, u"vie"_s}, {u"plugin"_s, u"eng"_s}, {u"vê"_s, {}}});
+    const QString eng = u"eng"_s;
+    const QString vie = u"vie"_s;
+    Reading mixed = row({word(u"Dang"_s, eng), word(u"tải"_s, vie), word(u"plugin"_s, eng), word(u"vê"_s)});
     ASSERT_EQ(mixed.linesThatMayLackMarks().size(), 1U);
-    adoptMarks(mixed.lines, row({{u"Đang"_s, {}}, {u"tai"_s, {}}, {u"pIugin"_s, {}}, {u"về"_s, {}}}));
+    adoptMarks(mixed.lines, row({word(u"Đang"_s), word(u"tai"_s), word(u"pIugin"_s), word(u"về"_s)}));
     EXPECT_THAT(texts(mixed), ElementsAre(u"Đang tải plugin về"_s));
-    adoptMarks(mixed.lines, row({{u"tải"_s, {}}, {u"plügin"_s, {}}}));
+    adoptMarks(mixed.lines, row({word(u"tải"_s), word(u"plügin"_s)}));
     EXPECT_THAT(texts(mixed), ElementsAre(u"Đang tải plügin về"_s)) << "a word that the other did not see";
 
-    EXPECT_TRUE(row({{u"Tải"_s, u"vie"_s}, {u"(12)"_s, u"eng"_s}}).linesThatMayLackMarks().empty());
-    EXPECT_TRUE(row({{u"Please"_s, u"eng"_s}, {u"wait"_s, u"vie"_s}}).linesThatMayLackMarks().empty());
+    EXPECT_TRUE(row({word(u"Tải"_s, vie), word(u"(12)"_s, eng)}).linesThatMayLackMarks().empty());
+    EXPECT_TRUE(row({word(u"Please"_s, eng), word(u"wait"_s, vie)}).linesThatMayLackMarks().empty());
 }
 
 TEST(Reading, only_lines_that_need_it_are_read_again_and_those_that_overlap_them) {
@@ -129,21 +133,17 @@ TEST(Reading, only_lines_that_need_it_are_read_again_and_those_that_overlap_them
 }
 
 TEST(Reading, of_words_that_differ_in_their_marks_the_surer_ones_are_taken_but_for_those_with_fewer) {
-    const auto row = [](const std::vector<std::pair<QString, double>>& words) {
-        ReadLine line;
-        for (const auto& [text, confidence] : words)
-            line.words.push_back({text, confidence, 1});
-        return Reading{{line}};
-    };
-    Reading read = row({{u"Les"_s, 92}, {u"éléves"_s, 91}, {u"dîner"_s, 91}, {u"été"_s, 80}, {u"a"_s, 93}});
-    adoptSurerMarks(
-        read.lines, row({{u"Les"_s, 96}, {u"élèves"_s, 96}, {u"diner"_s, 97}, {u"étè"_s, 85}, {u"à"_s, 96}}));
+    Reading read = row(
+        {{u"Les"_s, 92, 1}, {u"éléves"_s, 91, 1}, {u"dîner"_s, 91, 1}, {u"été"_s, 80, 1}, {u"a"_s, 93, 1}});
+    adoptSurerMarks(read.lines,
+        row({{u"Les"_s, 96, 1}, {u"élèves"_s, 96, 1}, {u"diner"_s, 97, 1}, {u"étè"_s, 85, 1},
+            {u"à"_s, 96, 1}}));
     EXPECT_THAT(texts(read), ElementsAre(u"Les élèves dîner été à"_s));
 }
 
 TEST(Reading, a_dash_as_high_as_wide_is_a_middle_dot) {
     const auto dash = [](double width) { return ReadWord{u"-"_s, 90, 1, {}, QRectF(0, 0, width, 3)}; };
-    Reading reading{{{{{u"3"_s, 90, 0}, dash(3), {u"4"_s, 90, 1}, dash(7)}, {}}}};
+    Reading reading = row({{u"3"_s, 90, 0}, dash(3), {u"4"_s, 90, 1}, dash(7)});
     reading.tellDotsFromDashes();
     EXPECT_THAT(texts(reading), ElementsAre(u"3 · 4 -"_s));
 }
@@ -157,7 +157,7 @@ TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
     const Case cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true}, {u"raíz"_s, 1, false},
         {u"größer"_s, 1, true}, {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
     for (const Case& given : cases) {
-        const Reading reading{{line(given.text, 90, 0)}};
+        const Reading reading{{line(given.text)}};
         EXPECT_EQ(reading.markCount(), given.marks) << given.text.toStdString();
         EXPECT_EQ(reading.hasForeignLetters(), given.isForeign) << given.text.toStdString();
     }
@@ -177,7 +177,7 @@ TEST(Reading, the_remains_of_frames_and_icons_are_dropped) {
 
 TEST(Reading, blanks_are_kept_except_between_signs_that_are_written_without) {
     const auto joined = [](const QString& first, const QString& second) {
-        return ReadLine{{{first, 90, 0}, {second, 90, 1}}, {}}.text();
+        return texts(row({{first, 90, 0}, {second, 90, 1}})).value(0);
     };
     EXPECT_EQ(joined(u"ă"_s, u"b"_s), u"ă b"_s);
     EXPECT_EQ(joined(u"。"_s, u"今"_s), u"。今"_s);
