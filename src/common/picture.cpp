@@ -1,12 +1,17 @@
 #include "common/picture.h"
 
+#include <algorithm>
+
 namespace tralio {
 
 QString bestPictureFormat(const QStringList& offered) {
     for (const char* format : pictureFormats)
         if (offered.contains(QLatin1String(format)))
             return QLatin1String(format);
-    return {};
+    // Of any other the recogniser says whether it is one.
+    const auto other =
+        std::ranges::find_if(offered, [](const QString& format) { return format.startsWith(u"image/"); });
+    return other == offered.end() ? QString() : *other;
 }
 
 }  // namespace tralio

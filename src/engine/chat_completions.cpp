@@ -36,14 +36,17 @@ QByteArray body(const QString& model, QJsonObject members) {
 }
 
 /// Reasoning models put what they think before what they say. One that was cut off while it thought has said
-/// nothing, and is shown as it is.
-QString withoutThoughts(const QString& reply) {
+/// nothing, and is shown as it is; absent when it has only thought.
+std::optional<QString> withoutThoughts(const QString& reply) {
     constexpr QStringView begin = u"<think>";
     constexpr QStringView end = u"</think>";
     if (!reply.startsWith(begin))
         return reply;
     const qsizetype at = reply.indexOf(end, begin.size());
-    return at < 0 ? reply : reply.mid(at + end.size()).trimmed();
+    if (at < 0)
+        return reply;
+    const QString said = reply.mid(at + end.size()).trimmed();
+    return said.isEmpty() ? std::nullopt : std::optional(said);
 }
 
 }  // namespace

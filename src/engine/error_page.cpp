@@ -1,5 +1,6 @@
 #include "engine/error_page.h"
 
+#include <QHash>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -58,14 +59,41 @@ QString without(const QString& page, const Find& find) {
     return rest.append(QStringView(page).mid(at));
 }
 
+/// The character that a reference of HTML names, by its number or by one of the names that pages use; empty
+/// for any other.
+QString characterOf(QStringView reference) {
+    static const QHash<QString, QString> named{{u"nbsp"_s, u" "_s}, {u"lt"_s, u"<"_s}, {u"gt"_s, u">"_s},
+        {u"quot"_s, u"\""_s}, {u"apos"_s, u"'"_s}, {u"amp"_s, u"&"_s}, {u"ndash"_s, u"–"_s},
+        {u"mdash"_s, u"—"_s}, {u"hellip"_s, u"…"_s}, {u"lsquo"_s, u"‘"_s}, {u"rsquo"_s, u"’"_s},
+        {u"ldquo"_s, u"“"_s}, {u"rdquo"_s, u"”"_s}, {u"laquo"_s, u"«"_s}, {u"raquo"_s, u"»"_s},
+        {u"middot"_s, u"·"_s}, {u"bull"_s, u"•"_s}, {u"copy"_s, u"©"_s}, {u"times"_s, u"×"_s}};
+    if (!reference.startsWith(u'#'))
+        return named.value(reference.toString());
+    const QStringView number = reference.mid(1);
+    const bool isHex = number.startsWith(u'x', Qt::CaseInsensitive);
+    const char32_t character = isHex ? number.mid(1).toUInt(nullptr, 16) : number.toUInt();
+    const bool isCharacter =
+        character > 0 && character <= QChar::LastValidCodePoint && !QChar::isSurrogate(character);
+    return isCharacter ? QString::fromUcs4(&character, 1) : QString();
+}
+
+QString withoutReferences(const QString& text) {
+    static const QRegularExpression reference(u"&(#\\d{1,7}|#[xX][0-9a-fA-F]{1,6}|[a-z]{2,8});"_s);
+    QString plain;
+    qsizetype at = 0;
+    for (const QRegularExpressionMatch& match : reference.globalMatch(text)) {
+        const QString character = characterOf(match.capturedView(1));
+        plain += QStringView(text).mid(at, match.capturedStart() - at);
+        plain += character.isEmpty() ? match.captured() : character;
+        at = match.capturedEnd();
+    }
+    return plain.append(QStringView(text).mid(at));
+}
+
 QString plain(QString markup) {
     constexpr qsizetype enough = 200;
     static const QRegularExpression tag(u"<[^<>]*>"_s);
-    QString text = markup.replace(tag, u" "_s);
-    for (const auto& [entity, character] : {std::pair(u"&nbsp;"_s, u" "_s), {u"&lt;"_s, u"<"_s},
-             {u"&gt;"_s, u">"_s}, {u"&quot;"_s, u"\""_s}, {u"&#39;"_s, u"'"_s}, {u"&amp;"_s, u"&"_s}})
-        text.replace(entity, character);
-    text = text.simplified();
+    const QString text = withoutReferences(markup.replace(tag, u" "_s)).simplified();
     return shortened(text, enough);
 }
 

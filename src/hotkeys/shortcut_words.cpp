@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "hotkeys/keys.h"
+
 namespace tralio {
 namespace {
 
@@ -52,6 +54,18 @@ qsizetype lengthOfKey(QStringView text) {
     return digits == 0 ? word : word + 1 + digits;
 }
 
+/// The name that stands on a key which a label only numbers ("Key 96" is F5), or the label itself.
+QString wordOf(QStringView label) {
+    constexpr QStringView numbered = u"Key ";
+    const Key* key =
+        label.startsWith(numbered) ? keyWith(KeyCode{label.sliced(numbered.size()).toUInt()}) : nullptr;
+    if (key == nullptr || key->name == nullptr)
+        return label.toString();
+    QString word = QString::fromLatin1(key->name).replace(u"KP_"_s, u"Num "_s).replace(u'_', u' ');
+    word[0] = word[0].toUpper();
+    return word;
+}
+
 /// The shortcut with which `text` begins in words, and its length in the text.
 std::pair<QString, qsizetype> shortcutAt(QStringView text) {
     QStringList words;
@@ -75,7 +89,7 @@ std::pair<QString, qsizetype> shortcutAt(QStringView text) {
         return {words.join(u" + "_s), end};
     const QStringView key = text.sliced(keyStart, length);
     if (key != macName)
-        words += key == u"↵" ? u"Enter"_s : key.toString();
+        words += key == u"↵" ? u"Enter"_s : wordOf(key);
     return {words.join(u" + "_s), keyStart + length};
 }
 

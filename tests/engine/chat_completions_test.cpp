@@ -47,6 +47,8 @@ TEST(ErrorPageTest, is_told_by_its_title_or_else_by_what_it_shows) {
         {"<body>" + QByteArray(199, 'a') + "\U0001F44D\U0001F44D", QString(199, u'a') + u'…'},
         {"<?xml version=\"1.0\"?>\n<!-- a --><!DOCTYPE html PUBLIC \"x\"><title>503</title>", u"503"_s},
         {"<!-- never closed <html>", u"<!-- never closed <html>"_s},
+        {"<html><title>Not found &#8211; Site&#x2019;s &hellip; &amp;lt; &nix; &#0; &#xd800;</title>",
+            u"Not found – Site’s … &lt; &nix; &#0; &#xd800;"_s},
         {"<headline>text", u"<headline>text"_s},
         {" \n<plain>text", u" \n<plain>text"_s},
     };
@@ -149,6 +151,7 @@ TEST(ReplyTest, the_text_is_read_only_when_every_step_to_it_has_the_right_type) 
         {R"({"choices":[{"message":{"content":" \n\t "}}]})", u""_s},
         {R"({"choices":[{"message":{"content":"\n<think>\nHmm.\n</think>\n\nXin <think>chào</think>"}}]})",
             u"Xin <think>chào</think>"_s},
+        {R"({"choices":[{"message":{"content":"<think>Hmm.</think> \n"}}]})", std::nullopt},
         {R"({"choices":[{"message":{"content":"<think>cut off"}}]})", u"<think>cut off"_s},
         {R"({"choices":[{"message":{"content":null}}]})", std::nullopt},
         {"{\"choices\":[{\"message\":{\"content\":\"caf\xe9\"}}]}", std::nullopt},

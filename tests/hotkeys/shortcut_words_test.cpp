@@ -14,7 +14,11 @@ TEST(ShortcutWords, name_the_keys_of_a_pc_wherever_a_text_has_symbols_and_leave_
     const Case cases[] = {
         {u"⌘ ⇧ D"_s, u"Super + Shift + D"_s, u"Super + Shift + D"_s},
         {u"Chụp: ⌃ ⌥ Space"_s, u"Chụp: Ctrl + Alt + Space"_s, u"Ctrl + Alt + Space"_s},
-        {u"⌃ Key 123"_s, u"Ctrl + Key 123"_s, u"Ctrl + Key 123"_s},
+        {u"⌃ Key 123"_s, u"Ctrl + Left"_s, u"Ctrl + Left"_s},
+        {u"⌥ Key 116"_s, u"Alt + Page Up"_s, u"Alt + Page Up"_s},
+        {u"⌥ Key 24"_s, u"Alt + Equal"_s, u"Alt + Equal"_s},
+        {u"⌥ Key 83"_s, u"Alt + Num 1"_s, u"Alt + Num 1"_s},
+        {u"⌥ Key 999"_s, u"Alt + Key 999"_s, u"Alt + Key 999"_s},
         {u"bấm ⌥D hoặc ⌘↵, rồi ⌥D"_s, u"bấm Alt + D hoặc Super + Enter, rồi Alt + D"_s,
             u"Alt + D, Super + Enter"_s},
         {u"(có ⌥, ⌘ hoặc ⌃). Bấm Esc"_s, u"(có Alt, Super hoặc Ctrl). Bấm Esc"_s, u"Alt, Super, Ctrl"_s},

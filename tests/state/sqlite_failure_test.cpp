@@ -177,6 +177,7 @@ TEST_F(
     SqliteFailureTest, damage_under_the_running_program_is_told_once_and_repaired_when_a_value_is_written) {
     makeStore(u"key"_s, QByteArray(1'000'000, 'x'));
     SqliteKeyValueStore store(path());
+    store.setValue(u"small"_s, u"chosen by the user"_s);
     QFile file(path());
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
     ASSERT_TRUE(file.resize(4096));
@@ -188,6 +189,8 @@ TEST_F(
     EXPECT_TRUE(store.value(u"key"_s) == StoredValue(QByteArray(1'000'000, 'y')));
     EXPECT_TRUE(reread(u"key"_s) == StoredValue(QByteArray(1'000'000, 'y')));
     EXPECT_TRUE(QFile::exists(path() + u".damaged-1"_s)) << m_log.content().constData();
+    EXPECT_TRUE(reread(u"small"_s) == StoredValue(u"chosen by the user"_s)) << "what is known is not lost";
+    EXPECT_EQ(SqliteKeyValueStore(path()).trouble(), std::nullopt);
 }
 
 TEST_F(SqliteFailureTest, a_value_that_is_none_of_ours_any_more_is_trouble_and_not_just_absent) {
@@ -204,7 +207,19 @@ TEST_F(SqliteFailureTest, a_value_that_is_none_of_ours_any_more_is_trouble_and_n
         SqliteKeyValueStore store(path());
         EXPECT_EQ(store.value(u"url"_s), std::nullopt);
         EXPECT_EQ(store.trouble(), StoreTrouble::unreadable) << damage;
+        store.acknowledgeTrouble();
+        EXPECT_EQ(store.value(u"other"_s), std::nullopt);
+        EXPECT_EQ(store.value(u"url"_s), std::nullopt);
+        EXPECT_EQ(store.trouble(), std::nullopt) << "told once for one value";
     }
+    QDir(path(u"tralio"_s)).removeRecursively();
+    makeStore(u"url"_s, u"http://127.0.0.1/v1"_s);
+    EXPECT_EQ(OtherConnection(path()).query("UPDATE entries SET type = 'tezt'"), "");
+    SqliteKeyValueStore store(path());
+    EXPECT_EQ(store.value(u"url"_s), std::nullopt);
+    store.setValue(u"url"_s, u"new"_s);
+    EXPECT_EQ(OtherConnection(path()).query("SELECT value FROM entries WHERE key = 'url.damaged-1'"),
+        "http://127.0.0.1/v1");
 }
 
 TEST_F(SqliteFailureTest, values_that_will_not_survive_are_trouble_for_as_long_as_that_holds) {

@@ -65,9 +65,9 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
     const QString toldOfMore = u"Văn bản quá dài (hơn 200.000 ký tự, tối đa 200.000)"_s;
     const std::pair<QString, std::function<void()>> ways[] = {
         {told, [&] { panel->pasteFromClipboard(AutoTranslate::yes); }},
-        {told, [&] { EXPECT_EQ(panel->textToInsert(clipboard), std::nullopt); }},
-        {told, [&] { EXPECT_EQ(panel->textToInsert(selection), std::nullopt); }},
-        {told, [&] { EXPECT_EQ(panel->textToInsert(drag, tooLong), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(clipboard, {}), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(selection, {}), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(drag, {}, tooLong), std::nullopt); }},
         {told, [&] { appState.requestTranslation(tooLong); }},
         {told, [&] { panel->handleDrop({{.fileURL = picture}}); }},
         {told, [&] { panel->handleDrop({{.fileURL = text}}); }},
@@ -82,7 +82,9 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
         EXPECT_FALSE(panel->isTranslating());
     }
     // As does what has grown under the user's fingers.
-    EXPECT_EQ(panel->textToInsert(drag, longest), std::nullopt) << "too long with what stands there";
+    EXPECT_EQ(panel->textToInsert(drag, u"typed"_s, longest), std::nullopt)
+        << "too long with what stays there";
+    EXPECT_EQ(panel->textToInsert(drag, {}, longest), longest) << "in the place of it all";
     translate(tooLong);
     EXPECT_EQ(panel->errorMessage(), told);
     EXPECT_FALSE(panel->isTranslating());
@@ -238,6 +240,11 @@ TEST_F(FoundText, a_picture_dragged_from_a_web_page_comes_as_the_bytes_of_its_fi
     drag.setData(u"image/png"_s, "every pixel");
     EXPECT_EQ(contentOfFirst(drag), "every pixel");
 
+    QMimeData other;
+    other.setData(u"image/gif"_s, "one of those that nobody prefers");
+    EXPECT_TRUE(mayBringItems(other));
+    EXPECT_EQ(contentOfFirst(other), "one of those that nobody prefers");
+
     drag.setData(u"image/png"_s, {});
     EXPECT_FALSE(panel->handleDrop(itemsIn(drag)));
 }
@@ -279,6 +286,11 @@ TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
     EXPECT_FALSE(panel->handleDrop({DroppedItem{}}));
 
     recognizer.isSlow = true;
+    panel->errorMessage = u"earlier"_s;
+    for (int drops = 0; drops < 2; ++drops)
+        EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << "one that was dropped on another, too";
     EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
     panel->clear();
     ASSERT_TRUE(settles());

@@ -112,6 +112,27 @@ TEST_F(InputViewTest, a_text_from_outside_replaces_the_content_and_undo_goes_bac
     EXPECT_EQ(m_text, QString());
 }
 
+TEST_F(InputViewTest, texts_from_outside_do_not_pile_up_behind_undo) {
+    setFromOutside(u"first"_s);
+    setFromOutside(u"second"_s);
+    EXPECT_TRUE(m_view.document()->isUndoAvailable());
+    for (int i = 0; i < 12; ++i)
+        setFromOutside(QString(50'000, QChar(u'a' + i)));
+    EXPECT_LT(m_view.document()->availableUndoSteps(), 5);
+    EXPECT_EQ(m_view.text(), m_text);
+}
+
+TEST_F(InputViewTest, what_is_put_in_the_place_of_the_selection_leaves_the_rest) {
+    setFromOutside(u"một hai ba"_s);
+    QTextCursor cursor = m_view.textCursor();
+    cursor.setPosition(3);
+    cursor.setPosition(7, QTextCursor::KeepAnchor);
+    m_view.setTextCursor(cursor);
+    EXPECT_EQ(m_view.unselectedText(), u"một ba"_s);
+    m_view.selectAll();
+    EXPECT_EQ(m_view.unselectedText(), QString());
+}
+
 TEST_F(InputViewTest, an_equal_text_leaves_caret_and_selection_alone) {
     for (const QString& text : {u"one two"_s, u"windows\r\nbreaks\rand\u2029more"_s}) {
         setFromOutside(text);

@@ -1,5 +1,7 @@
 #include "ui/translate/translate_state.h"
 
+#include <QTcpServer>
+
 #include "common/text_limit.h"
 #include "engine/ai_error.h"
 #include "engine/chat_completions.h"
@@ -111,6 +113,27 @@ TEST_F(TranslatePanel, overlapping_translations_are_shown_in_the_order_in_which_
     EXPECT_THAT(log.messages(),
         ElementsAre(
             startLine(u"slow"_s), startLine(u"fast"_s), successLine(u"FAST"_s), successLine(u"SLOW"_s)));
+}
+
+TEST_F(TranslatePanel, a_result_is_stale_while_a_later_request_is_under_way_and_not_for_its_line_breaks) {
+    startHeld(u"one\r\ntwo"_s);
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    settings.baseURL = u"http://127.0.0.1:%1/v1"_s.arg(silent.serverPort());
+    panel->performTranslate();
+    model.sendTheRest();
+    ASSERT_TRUE(outputBecomes(u"ONE\r\nTWO"_s));
+    EXPECT_TRUE(panel->isResultStale());
+
+    settings.baseURL = model.baseURL();
+    panel->performTranslate();
+    ASSERT_TRUE(eventually([&] { return !panel->isResultStale(); }));
+    for (const QString& edited : {u"one\ntwo"_s, u"one\u2029two"_s}) {
+        input->text = edited;
+        EXPECT_FALSE(panel->isResultStale()) << "as an editor gives it back";
+    }
+    input->text = u"one two"_s;
+    EXPECT_TRUE(panel->isResultStale());
 }
 
 TEST_F(TranslatePanel, cancelling_shows_at_once_and_a_late_answer_changes_nothing) {

@@ -48,6 +48,8 @@ void Button::stretch() {
 }
 
 void Button::setBusy(bool busy) {
+    if (busy == isBusy())
+        return;
     Control::setBusy(busy);
     delete m_spinner;
     m_spinner = nullptr;

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "common/picture.h"
+
 namespace tralio {
 
 using namespace Qt::StringLiterals;
@@ -17,7 +19,8 @@ ForeignContent foreignContent(const QMimeData& content) {
     const QList<QUrl> urls = content.urls();
     if (std::any_of(urls.cbegin(), urls.cend(), [](const QUrl& url) { return url.isLocalFile(); }))
         return ForeignContent::files;
-    const bool hasPicture = content.hasImage() || content.hasFormat(fileContentFormat());
+    const bool hasPicture =
+        !bestPictureFormat(content.formats()).isEmpty() || content.hasFormat(fileContentFormat());
     // Without a text there are the addresses in its place.
     const QString text = content.text().trimmed();
     const bool isAddress = std::any_of(urls.cbegin(), urls.cend(), [&text](const QUrl& url) {

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <utility>
 
+#include "common/text_limit.h"
 #include "ui/kit/foreign_content.h"
 #include "ui/kit/theme.h"
 
@@ -24,6 +25,8 @@ namespace {
 constexpr qreal caretWidth = 1.5;
 constexpr qreal caretInset = 1.5;  // less than its line at both ends
 constexpr qreal caretShift = 1.5;  // away from the first letter of a placeholder
+
+constexpr qsizetype mostReplaced = 1'000'000;
 
 }  // namespace
 
@@ -46,11 +49,23 @@ bool TextEditor::refresh() {
         return false;
     m_refreshing = true;
     replaceText(text);
+    // What comes from elsewhere comes all day, and every step back of it would be kept.
+    m_replaced += m_shown.size() + text.size();
+    if (m_replaced > mostReplaced) {
+        document()->setUndoRedoEnabled(false);
+        document()->setUndoRedoEnabled(true);
+        m_replaced = 0;
+    }
     m_refreshing = false;
     m_shown = text;
     // The caret is at the end, where the user goes on writing; what came from elsewhere is read from the top.
     verticalScrollBar()->setValue(0);
     return true;
+}
+
+QString TextEditor::unselectedText() const {
+    const QTextCursor cursor = textCursor();
+    return text().remove(cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart());
 }
 
 void TextEditor::writeText() {
@@ -151,7 +166,7 @@ void TextEditor::dropEvent(QDropEvent* event) {
 
 void TextEditor::insertFromMimeData(const QMimeData* source) {
     const auto text = m_textOf ? m_textOf(*source) : source->text();
-    if (text && !text->isEmpty()) {
+    if (text && !text->isEmpty() && !isTooLong(*text)) {
         prepareFor(*text);
         insertPlainText(*text);
         ensureCursorVisible();

@@ -22,9 +22,13 @@ public:
     /// whether it did.
     bool refresh();
 
+    /// What stays when something is put in place of the selection.
+    [[nodiscard]] QString unselectedText() const;
+
     /// The caret is out of place while something else is about to be put in.
     void setCaretShown(bool shown);
-    /// Answers what is inserted of what is pasted or dropped, or nothing; without it, any text is.
+    /// Answers what is inserted of what is pasted or dropped, or nothing; without it, any text that is not
+    /// too long is.
     using TextOf = std::function<std::optional<QString>(const QMimeData& source)>;
     void setTextOf(TextOf textOf) { m_textOf = std::move(textOf); }
 
@@ -56,6 +60,7 @@ private:
 
     Binding<QString> m_text;
     TextOf m_textOf;
+    qsizetype m_replaced = 0;              ///< what undo keeps of replaced texts, in UTF-16 units
     QString m_shown;                       ///< the bound text as it was last read or written
     std::optional<bool> m_dragBringsText;  ///< while one is over the editor
     QBasicTimer m_blink;

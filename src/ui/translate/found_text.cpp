@@ -63,10 +63,12 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
 
 QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
-    const std::optional<QString> earlierError = errorMessage();
+    // The error that stood before the first of several that are read at once, unless another was told since.
+    if (m_recognitions == 0 || m_errors != m_errorsWhileReading)
+        m_errorBeforeReading = errorMessage();
     const bool isFile = std::holds_alternative<QUrl>(image);
     showError(std::nullopt);
-    const qint64 errors = m_errors;
+    m_errorsWhileReading = m_errors;
     const std::stop_source reading;
     const std::stop_token stop = reading.get_token();
     m_needs.appState.beginReading(reading);
@@ -85,8 +87,8 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
         const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
         if (!isNoPicture)
             failure = error.errorDescription();
-        else if (errors == m_errors)
-            failure = earlierError;
+        else if (m_errors == m_errorsWhileReading)
+            failure = m_errorBeforeReading;
     }
     endRecognition(stop, text, failure, autoTranslate);
 }
@@ -120,13 +122,14 @@ bool TranslateState::admits(const QString& text) {
     return false;
 }
 
-std::optional<QString> TranslateState::textToInsert(TextOrigin origin, const QString& dragged) {
+std::optional<QString> TranslateState::textToInsert(
+    TextOrigin origin, const QString& kept, const QString& dragged) {
     std::optional<QString> text = dragged;
     if (origin == TextOrigin::clipboard)
         text = m_needs.pasteboard.string();
     else if (origin == TextOrigin::selection)
         text = m_needs.pasteboard.selectedString();
-    return text && admits(*text) && admits(inputText.get() + *text) ? text : std::nullopt;
+    return text && admits(*text) && admits(kept + *text) ? text : std::nullopt;
 }
 
 bool TranslateState::handleDrop(const QList<DroppedItem>& items) {

@@ -57,6 +57,15 @@ QStringList TranslateState::targetLanguages() {
     return names;
 }
 
+namespace {
+
+/// As every editor has them: a line break is one character, of one kind.
+QString withLineFeeds(QString text) {
+    return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').replace(QChar::ParagraphSeparator, u'\n');
+}
+
+}  // namespace
+
 TranslateState::TranslateState(Dependencies needs, Binding<QString> input)
     : inputText(std::move(input)),
       sourceLang(*this, english),
@@ -105,7 +114,8 @@ QString TranslateState::notice() const {
 }
 
 bool TranslateState::isResultStale() const {
-    return !outputText().isEmpty() && (m_isResultAwaited || inputText.get().trimmed() != m_translatedText);
+    return !outputText().isEmpty() &&
+        (m_isResultAwaited || withLineFeeds(inputText.get().trimmed()) != withLineFeeds(m_translatedText));
 }
 
 void TranslateState::showError(const std::optional<QString>& message) {
@@ -170,7 +180,8 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
         co_return;
     }
     m_translatedText = text;
-    m_isResultAwaited = false;
+    if (stop == m_currentTask.get_token())
+        m_isResultAwaited = false;
     outputText = result;
     isTranslating = false;
     m_needs.history.add(text, result, sourceLang(), targetLang(), m_needs.settings.tone().rawValue());

@@ -103,10 +103,11 @@ public:
     /// Takes the clipboard's text or else the text in its picture.
     void pasteFromClipboard(AutoTranslate autoTranslate);
     /// What the input takes of a text that is dropped on it or put there by a key or the middle button:
-    /// nothing when it would become too long, of which the user is told. Clipboard and selection are read
-    /// here.
+    /// nothing when it would become too long, of which the user is told. `kept` is what stays of the input.
+    /// Clipboard and selection are read here.
     enum class TextOrigin { clipboard, selection, drag };
-    [[nodiscard]] std::optional<QString> textToInsert(TextOrigin origin, const QString& dragged = {});
+    [[nodiscard]] std::optional<QString> textToInsert(
+        TextOrigin origin, const QString& kept, const QString& dragged = {});
     /// Lets the user draw a region of the screen, and translates the text in it.
     QCoro::Task<void> captureScreenAndTranslate();
     /// Takes the text in a picture as the input. Nothing happens for a file that is no picture.
@@ -134,8 +135,10 @@ private:
     Dependencies m_needs;
     QString m_translatedText;  ///< of which `outputText` is the translation
     bool m_isResultAwaited = false;
-    int m_recognitions = 0;         ///< of this panel's, that have not ended
-    qint64 m_errors = 0;            ///< how often the error has changed
+    int m_recognitions = 0;           ///< of this panel's, that have not ended
+    qint64 m_errors = 0;              ///< how often the error has changed
+    qint64 m_errorsWhileReading = 0;  ///< as it stood when the last reading began
+    std::optional<QString> m_errorBeforeReading;
     QPointer<QObject> m_mainState;  ///< whoever owns the input, the settings and the history
     std::stop_source m_currentTask{std::nostopstate};
 };

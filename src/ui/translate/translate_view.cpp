@@ -17,6 +17,7 @@
 #include "ui/kit/button.h"
 #include "ui/kit/drop_target.h"
 #include "ui/kit/error_strip.h"
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/label.h"
 #include "ui/kit/menu_button.h"
 #include "ui/kit/multiline_enter_input_view.h"
@@ -129,10 +130,10 @@ QWidget* TranslateView::inputBox() {
         using enum TranslateState::TextOrigin;
         const QClipboard* toolkit = QGuiApplication::clipboard();
         if (&source == toolkit->mimeData())
-            return m_state.textToInsert(clipboard);
+            return m_state.textToInsert(clipboard, m_input->unselectedText());
         if (&source == toolkit->mimeData(QClipboard::Selection))
-            return m_state.textToInsert(selection);
-        return m_state.textToInsert(drag, source.text());
+            return m_state.textToInsert(selection, m_input->unselectedText());
+        return m_state.textToInsert(drag, m_input->text(), source.text());
     });
     m_input->setAccessibleName(u"Nội dung cần dịch"_s);
     m_input->setFixedHeight(115);
@@ -203,6 +204,7 @@ QWidget* TranslateView::resultBlock() {
     m_result->setAccessibleName(u"Bản dịch"_s);
 
     auto* block = new Surface(ColorRole::surface1, ColorRole::border15, radius::block);
+    m_resultBlock = block;
     m_resultTitle = new Label(u"Bản dịch:"_s, text::caption.with(Weight::semibold), ColorRole::secondary);
     auto* header =
         filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {m_resultTitle, Stretch{}, m_speak, m_copy}));
@@ -245,10 +247,11 @@ void TranslateView::refresh() {
         dropTargeted ? ColorRole::accentText : ColorRole::placeholder);
     m_input->setCaretShown(!dropTargeted);
     const bool recognizing = m_state.isRecognizing();
-    m_recognizing->setVisible(recognizing);
+    const bool hasNotice = !m_state.notice().isEmpty();  // which is short, and goes before
+    m_recognizing->setVisible(recognizing && !hasNotice);
     m_escape->setEnabled(recognizing);
     m_linesRead->setText(recognizingText(m_state.linesRead()));
-    m_characterCount->setVisible(!recognizing);
+    m_characterCount->setVisible(!recognizing || hasNotice);
     showCount(input);
     m_clear->setVisible(!input.isEmpty());
 
@@ -256,7 +259,10 @@ void TranslateView::refresh() {
     m_translate->setTitle(translating ? u"Đang dịch bằng AI..."_s : u"Tralio (↵ Enter)"_s);
     m_translate->setBusy(translating);
     m_translate->setEnabled(m_state.canTranslate());
-    m_cancel->setVisible(translating || recognizing);
+    const bool canCancel = translating || recognizing;
+    if (!canCancel)
+        restFocus(*m_resultBlock, *m_cancel);
+    m_cancel->setVisible(canCancel);
 
     const auto message = m_state.message();
     if (message)
@@ -264,7 +270,10 @@ void TranslateView::refresh() {
     m_errorReveal->setRevealed(message.has_value());
 
     const bool speaking = m_state.speechService().isSpeaking();
-    m_speak->setVisible(speaking || !m_state.outputText().isEmpty());
+    const bool canSpeak = speaking || !m_state.outputText().isEmpty();
+    if (!canSpeak)
+        restFocus(*m_resultBlock, *m_speak);
+    m_speak->setVisible(canSpeak);
     m_speak->setIconName(speaking ? u"speaker.wave.3.fill"_s : u"speaker.wave.2"_s);
     m_speak->setTitle(speaking ? u"Dừng"_s : u"Đọc"_s);
     m_speak->setColor(speaking ? ColorRole::accentText : ColorRole::secondary);

@@ -63,6 +63,7 @@ private:
     Reveal* m_errorReveal;
     Button* m_speak;
     Button* m_copy;
+    Surface* m_resultBlock;
     Label* m_resultTitle;
     ReadingArea* m_result;
 };

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <xcb/randr.h>
 #include <xcb/xcb.h>
 
 namespace tralio {
@@ -21,11 +22,30 @@ using namespace Qt::StringLiterals;
 constexpr auto variable = "QT_SCALE_FACTOR";
 constexpr int portalLimit = 300;  // milliseconds
 constexpr double usualDpi = 96;
+constexpr double most = 3;
 
 struct XScreen {
     bool hasDpi = false;  ///< that every toolkit of X heeds
-    int height = 0;
+    double room = most;   ///< how often the window's least size has room on the smallest monitor
 };
+
+/// In pixels, of which the window still makes something.
+constexpr double leastWidth = 550;
+constexpr double leastHeight = 440;
+
+double roomOn(xcb_connection_t* xcb, const xcb_screen_t& screen) {
+    const auto roomIn = [](double width, double height) {
+        return std::min(width / leastWidth, height / leastHeight);
+    };
+    const std::unique_ptr<xcb_randr_get_monitors_reply_t, decltype(&free)> monitors(
+        xcb_randr_get_monitors_reply(xcb, xcb_randr_get_monitors(xcb, screen.root, 1), nullptr), &free);
+    double room = roomIn(screen.width_in_pixels, screen.height_in_pixels);
+    if (monitors)
+        for (auto at = xcb_randr_get_monitors_monitors_iterator(monitors.get()); at.rem > 0;
+             xcb_randr_monitor_info_next(&at))
+            room = std::min(room, roomIn(at.data->width, at.data->height));
+    return std::max(room, 1.0);
+}
 
 XScreen xScreen() {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
@@ -39,7 +59,7 @@ XScreen xScreen() {
         xcb_get_property(xcb, 0, screen.root, XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, mostWords);
     const std::unique_ptr<xcb_get_property_reply_t, decltype(&free)> resources(
         xcb_get_property_reply(xcb, request, nullptr), &free);
-    XScreen result{.height = screen.height_in_pixels};
+    XScreen result{.room = roomOn(xcb, screen)};
     if (resources)
         result.hasDpi = QByteArray(static_cast<const char*>(xcb_get_property_value(resources.get())),
             xcb_get_property_value_length(resources.get()))
@@ -84,10 +104,7 @@ double desktopScale() {
     const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
     const double wanted = isKde ? kdeScale(isWayland) : portalScale();
     constexpr double least = 0.5;
-    constexpr double most = 3;
-    constexpr double leastHeight = 440;  // of which the window still makes something
-    const double room = screen.height > 0 ? std::max(1.0, screen.height / leastHeight) : most;
-    return std::clamp(wanted, least, std::min(most, room));
+    return std::clamp(wanted, least, std::min(most, screen.room));
 }
 
 }  // namespace
