@@ -70,9 +70,12 @@ bool lieInBundle(const QByteArray& paths) {
         });
 }
 
-/// Whether one of the lines of a listing, which begin with the kind and the rights of a file, is of a link.
-bool holdsLink(const QByteArray& listing) {
-    return ('\n' + listing).contains("\nl");
+/// Whether all lines of a listing, which begin with the kind and the rights of a file, are of plain files and
+/// folders. Archives of other systems have links, too, and other words for them.
+bool areFilesAndFolders(const QByteArray& listing) {
+    const QList<QByteArray> lines = listing.trimmed().split('\n');
+    return std::all_of(lines.begin(), lines.end(),
+        [](const QByteArray& line) { return line.startsWith('-') || line.startsWith('d'); });
 }
 
 }  // namespace
@@ -103,7 +106,7 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
         u"%1 -p \"$0\" | head -c %2 | wc -c"_s.arg(m_places.unzip).arg(m_places.largestContent + 1), zipPath};
     const QStringList test{u"-tqq"_s, zipPath};
     const QStringList names{u"-Z1"_s, zipPath};
-    const QStringList kinds{u"-Zs"_s, zipPath};
+    const QStringList kinds{u"-Zs"_s, zipPath, u"*"_s};  // which leaves head and sum away
     const ProgramResult measured = co_await runProgram(u"/bin/sh"_s, measure, archiveLimit);
     const qint64 content = measured.output.trimmed().toLongLong();
     if (measured.status != 0 || content > m_places.largestContent)
@@ -116,7 +119,7 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     if (!lieInBundle(named.output))
         throw LocalizedError(u"File cập nhật không chứa duy nhất ứng dụng Tralio.app."_s);
     const ProgramResult listed = co_await runProgram(m_places.unzip, kinds, archiveLimit);
-    if (holdsLink(listed.output))
+    if (listed.status != 0 || !areFilesAndFolders(listed.output))
         throw LocalizedError(u"File cập nhật chứa liên kết (link) nên không được cài."_s);
     checkRoom(content);
 }
