@@ -114,6 +114,14 @@ TEST_F(PopoverWindow, stays_at_a_click_on_what_helps_with_typing) {
         desktop.click({600, 900});
         EXPECT_TRUE(program.closes()) << "where it stands counts, not that it is";
     }
+    // As window managers guard the bare screen, and shells draw their panels.
+    ASSERT_TRUE(program.openByHotKey());
+    const AidWindow guard(false, {0, 0, 1280, 1024});
+    const quint32 below = XCB_STACK_MODE_BELOW;
+    xcb_configure_window(guard.connection->xcb(), guard.window, XCB_CONFIG_WINDOW_STACK_MODE, &below);
+    guard.connection->sync();
+    desktop.click({600, 900});
+    EXPECT_TRUE(program.closes()) << "what lies across the whole screen helps nobody with typing";
 }
 
 TEST_F(PopoverWindow, closes_at_clicks_on_a_panel_and_on_the_bare_screen_that_take_no_focus) {

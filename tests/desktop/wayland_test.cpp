@@ -123,6 +123,13 @@ TEST_P(Wayland, what_only_a_copy_tells_is_copied_but_an_unknown_terminal_is_not_
     ASSERT_TRUE(closePopover());
     application.kill();
 
+    // The last that said it is in front, in which the shortcut would harm nothing, and which hangs.
+    QProcess& editor = desktop.start(u"mousepad"_s, {u"--disable-server"_s});
+    ASSERT_TRUE(desktop.bringToFront(u"mousepad"_s));
+    EXPECT_EQ(program.translateSelection(), QString());
+    ASSERT_TRUE(closePopover());
+    ::kill(static_cast<pid_t>(editor.processId()), SIGSTOP);
+
     const QString interrupted = desktop.home() + u"/interrupted"_s;
     desktop.start(u"foot"_s,
         {u"--app-id=scratchpad"_s, u"sh"_s, u"-c"_s,
