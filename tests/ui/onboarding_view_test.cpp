@@ -80,8 +80,7 @@ TEST_F(WalkThrough, a_permission_is_asked_for_on_its_card_until_it_is_granted) {
 
     request->setFocus(Qt::TabFocusReason);
     desktop.permissions.screenCapture = true;
-    desktop.clock.advance(1s);
-    settle();
+    pass(1s);
     EXPECT_FALSE(request->isVisible());
     EXPECT_EQ(badge(1), u"ĐÃ CẤP"_s);
     EXPECT_EQ(focusedTitle(), QString()) << "the keyboard went on to another button";
