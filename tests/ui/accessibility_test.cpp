@@ -2,9 +2,7 @@
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
-#include <QTest>
 
-#include "history/translation_history_store.h"
 #include "ui/kit/switch.h"
 #include "ui/main/main_view.h"
 #include "ui/stage_test.h"
@@ -71,14 +69,12 @@ protected:
             if (here == start || (stops > 0 && here->parentWidget() == start->parentWidget()))
                 break;
             EXPECT_TRUE(isReadAfter(*here, *before))
-                << qPrintable(nameOf(*here)) << " after " << qPrintable(nameOf(*before));
-            EXPECT_FALSE(here->visibleRegion().isEmpty()) << qPrintable(nameOf(*here)) << " is out of sight";
+                << qPrintable(spokenName(*here)) << " after " << qPrintable(spokenName(*before));
+            EXPECT_FALSE(here->visibleRegion().isEmpty())
+                << qPrintable(spokenName(*here)) << " is out of sight";
             before = here;
         }
         return stops;
-    }
-    [[nodiscard]] static QString nameOf(QWidget& widget) {
-        return accessible(widget).text(QAccessible::Name);
     }
 };
 

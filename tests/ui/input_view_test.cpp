@@ -4,9 +4,7 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
-#include <QTest>
 
-#include "support/testing.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "widget_support.h"

@@ -1,11 +1,8 @@
 #include <QScrollBar>
-#include <QTest>
 
 #include "engine/hosts.h"
-#include "history/translation_history_store.h"
 #include "ui/about/about_view.h"
 #include "ui/history/history_row.h"
-#include "ui/kit/button.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/stage_test.h"

@@ -1,12 +1,10 @@
 #include <QLineEdit>
 #include <QScrollArea>
-#include <QTest>
 #include <QTextEdit>
 #include <QWindow>
 
 #include "engine/hosts.h"
 #include "engine/provider_preset.h"
-#include "ui/kit/button.h"
 #include "ui/kit/menu_button.h"
 #include "ui/kit/switch.h"
 #include "ui/stage_test.h"

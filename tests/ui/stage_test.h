@@ -1,5 +1,7 @@
 #pragma once
 
+#include "history/translation_history_store.h"
+#include "ui/kit/button.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"

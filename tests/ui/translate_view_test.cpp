@@ -1,4 +1,3 @@
-#include <QTest>
 
 #include "ui/kit/surface.h"
 #include "ui/translate_view_fixture.h"
