@@ -155,18 +155,11 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
     launch();
     selectForCopying();
     region.draws = false;
-    const auto fetch = [this] {
-        delegate->handleGlobalHotKey();
-        desktop.pasteboard.copy(u"copied"_s);
-    };
-    const auto handOver = [this] { delegate->translateSelectedText(u"handed over"_s); };
-    const std::pair<std::function<void()>, QString> cases[] = {
-        {fetch, u"copied"_s}, {handOver, u"handed over"_s}, {[this] { delegate->showPopover(); }, QString()}};
-    for (const auto& [come, text] : cases) {
+    const auto expectAfterwards = [this](const QString& text, const auto& come) {
         popover.performClose();
         popover.anchors.clear();
         appState.pendingTextToTranslate = QString();
-        region.onRun = [&, come = come] {
+        region.onRun = [&] {
             come();
             desktop.clock.advance(1s);
             EXPECT_THAT(popover.anchors, IsEmpty()) << "opened over the picture";
@@ -177,7 +170,16 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
         ASSERT_TRUE(eventually([this] { return popover.shown; }));
         desktop.clock.advance(1s);
         EXPECT_EQ(appState.pendingTextToTranslate(), text);
-    }
+    };
+    expectAfterwards(
+        u"copied"_s,
+        [this] {
+            delegate->handleGlobalHotKey();
+            desktop.pasteboard.copy(u"copied"_s);
+        });
+    expectAfterwards(
+        u"handed over"_s, [this] { delegate->translateSelectedText(u"handed over"_s); });
+    expectAfterwards(QString(), [this] { delegate->showPopover(); });
 }
 
 TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {

@@ -1,6 +1,5 @@
 #include "app/popover_focus.h"
 
-#include <functional>
 #include <utility>
 
 #include "support/fake_clock.h"
@@ -102,8 +101,7 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
         focus.movedInside();
         focus.left();
     };
-    for (const auto& motion :
-        {std::function<void()>([this] { focus.moved(); }), std::function<void()>(left)}) {
+    const auto expectOpen = [this](const auto& motion) {
         open();
         underPointer = false;
         motion();
@@ -112,7 +110,9 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
         EXPECT_TRUE(isOpen) << "closed by a motion";
         click(false);
         EXPECT_FALSE(isOpen) << "a click still closes it";
-    }
+    };
+    expectOpen([this] { focus.moved(); });
+    expectOpen(left);
 
     open();
     lose();
@@ -121,39 +121,33 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     clock.advance(5s);
     EXPECT_TRUE(isOpen) << "told of the keyboard first";
 
-    const std::pair<const char*, std::function<void()>> leavings[] = {
-        {"left by the keyboard", [] {}},
-        {"covered, with the pointer where it was",
-            [this] {
-                focus.movedInside();
-                clock.advance(600ms);
-                focus.left();
-            }},
-        {"the pointer had left before",
-            [&] {
-                left();
-                clock.advance(150ms);
-            }},
-        {"the pointer is still here: it has taken nothing along",
-            [this] {
-                underPointer = true;
-                focus.moved();
-            }},
-        {"moved long before",
-            [&] {
-                underPointer = false;
-                focus.moved();
-                left();
-                clock.advance(601ms);
-            }},
-    };
-    for (const auto& [how, before] : leavings) {
+    const auto expectClosed = [this](const char* how, const auto& before) {
         open();
         before();
         lose();
         clock.advance(50ms);
         EXPECT_FALSE(isOpen) << how;
-    }
+    };
+    expectClosed("left by the keyboard", [] {});
+    expectClosed("covered, with the pointer where it was", [this] {
+        focus.movedInside();
+        clock.advance(600ms);
+        focus.left();
+    });
+    expectClosed("the pointer had left before", [&] {
+        left();
+        clock.advance(150ms);
+    });
+    expectClosed("the pointer is still here: it has taken nothing along", [this] {
+        underPointer = true;
+        focus.moved();
+    });
+    expectClosed("moved long before", [&] {
+        underPointer = false;
+        focus.moved();
+        left();
+        clock.advance(601ms);
+    });
 }
 
 TEST_F(PopoverFocusTest, a_focus_that_follows_the_pointer_may_take_the_window_managers_delay) {

@@ -50,7 +50,7 @@ TEST_F(AIServiceTest, the_first_thing_that_is_wrong_is_the_one_reported_and_noth
         {half, u"no url"_s, u"openai"_s, u" "_s, AIError::invalidURL()},
         {half, good, u"openai"_s, u" \n"_s, AIError::missingApiKey()},
         {half, good, u"Ollama"_s, u""_s, AIError::missingApiKey()},
-        {half, good, u"ollama"_s, u""_s, unwritable},
+        {half, good, u"my_ollama_2"_s, u" "_s, unwritable},
     };
     for (const auto& [text, baseURL, presetId, apiKey, error] : cases) {
         settings.baseURL = baseURL;
@@ -70,27 +70,6 @@ TEST_F(AIServiceTest, the_first_thing_that_is_wrong_is_the_one_reported_and_noth
     EXPECT_EQ(outcome.aiError, std::nullopt) << "the writer's own error is passed on";
     EXPECT_FALSE(outcome.text.isEmpty());
     EXPECT_TRUE(standIn.requests().isEmpty());
-}
-
-TEST_F(AIServiceTest, a_local_server_needs_no_key_and_is_sent_none) {
-    settings.selectedPresetId = u"my_ollama_2"_s;
-    settings.apiKey = u" "_s;
-    EXPECT_FALSE(outcomeOf(translate()).failed);
-    EXPECT_FALSE(outcomeOf(testConnection()).failed);
-    for (const StandInModel::Request& request : standIn.requests())
-        EXPECT_TRUE(request.header("Authorization").isNull());
-    EXPECT_EQ(standIn.requests().size(), 2);
-}
-
-TEST_F(AIServiceTest, a_status_that_only_announces_an_answer_is_none) {
-    standIn.replies(StandInReply::withBody(
-        0, "HTTP/1.1 101 Switching Protocols\r\nUpgrade: h2c\r\nConnection: Upgrade\r\n\r\n")
-                        .delivered(StandInReply::Delivery::withoutStatus));
-    for (const Outcome& outcome : {outcomeOf(translate()), outcomeOf(testConnection())}) {
-        EXPECT_TRUE(outcome.failed);
-        EXPECT_FALSE(outcome.text.trimmed().endsWith(u':')) << outcome.text.toStdString();
-        EXPECT_FALSE(outcome.text.contains(u"101")) << outcome.text.toStdString();
-    }
 }
 
 TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_has) {

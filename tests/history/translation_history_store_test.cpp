@@ -56,7 +56,13 @@ QByteArray entry(const QByteArray& changes = {}) {
         changes + "}";
 }
 
-TEST_F(TranslationHistoryStoreTest, the_newest_translation_stands_first_with_its_texts_trimmed) {
+TEST_F(TranslationHistoryStoreTest,
+    the_newest_translation_stands_first_with_its_texts_trimmed_and_none_is_blank) {
+    const QSignalSpy changes(&history, &ObservableObject::objectWillChange);
+    add(u" \r\n"_s);
+    add(u"text"_s, u"\u3000"_s);
+    EXPECT_TRUE(store.writes.empty() && changes.isEmpty());
+
     add(u"one"_s);
     history.add(u" \u00a0two\n"_s, u"\thai\u2029"_s, u" Tiếng Anh "_s, u"Tiếng Việt\n"_s, u" Tự nhiên"_s);
     EXPECT_EQ(sources(), (QStringList{u"two"_s, u"one"_s}));
@@ -67,15 +73,6 @@ TEST_F(TranslationHistoryStoreTest, the_newest_translation_stands_first_with_its
     EXPECT_EQ(item.tone, u" Tự nhiên"_s);
     EXPECT_EQ(item.id.version(), QUuid::Random);
     EXPECT_EQ(item.date().toUTC(), QDateTime({2026, 11, 25}, {9, 5, 0, 123}, QTimeZone::utc()));
-}
-
-TEST_F(TranslationHistoryStoreTest, a_text_that_is_blank_adds_and_stores_nothing) {
-    const QSignalSpy changes(&history, &ObservableObject::objectWillChange);
-    add(u" \r\n"_s);
-    add(u"text"_s, u"\u3000"_s);
-    EXPECT_TRUE(history.items().isEmpty());
-    EXPECT_TRUE(store.writes.empty());
-    EXPECT_TRUE(changes.isEmpty());
 }
 
 TEST_F(TranslationHistoryStoreTest, the_same_text_in_the_same_languages_replaces_its_earlier_entry) {
@@ -174,18 +171,20 @@ TEST_F(TranslationHistoryStoreTest, any_order_of_keys_unknown_keys_and_either_sl
 
 TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_is_set_aside_by_the_next_change) {
     const QByteArray good = entry();
-    QList<StoredValue> damaged{QString::fromUtf8('[' + good + ']'), true, qint64{1}};
-    for (const QByteArray& data : {
-             QByteArray("[" + good),
-             good,
-             QByteArray("[" + good + ",null]"),
-             QByteArray('[' + good + ',' + entry().replace(R"("tone":"e",)", "") + ']'),
-             QByteArray('[' + entry(R"(,"tone":null)") + ']'),
-             QByteArray('[' + entry(R"(,"timestamp":"1")") + ']'),
-             QByteArray('[' + entry(R"(,"id":"{0F8FAD5B-D9CB-469F-A165-70867728950E}")") + ']'),
-             QByteArray('[' + entry(R"(,"id":"no id")") + ']'),
-         })
-        damaged += data;
+    const auto listOf = [](const QByteArray& one) { return QByteArray('[' + one + ']'); };
+    const StoredValue damaged[] = {
+        QString::fromUtf8(listOf(good)),
+        true,
+        qint64{1},
+        QByteArray("[" + good),
+        good,
+        listOf(good + ",null"),
+        listOf(good + ',' + entry().replace(R"("tone":"e",)", "")),
+        listOf(entry(R"(,"tone":null)")),
+        listOf(entry(R"(,"timestamp":"1")")),
+        listOf(entry(R"(,"id":"{0F8FAD5B-D9CB-469F-A165-70867728950E}")")),
+        listOf(entry(R"(,"id":"no id")")),
+    };
     for (const StoredValue& value : damaged) {
         EXPECT_EQ(read(value), QList<TranslationItem>());
         EXPECT_EQ(store.values[key], value);
@@ -195,9 +194,9 @@ TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_is_s
     next.add(u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s);
     EXPECT_EQ(reopened().items(), next.items());
     EXPECT_EQ(next.items().size(), 1);
-    EXPECT_EQ(store.values[key + u".damaged-1"_s], damaged.last());
+    EXPECT_EQ(store.values[key + u".damaged-1"_s], *std::rbegin(damaged));
     next.clear();
-    EXPECT_EQ(store.values[key + u".damaged-1"_s], damaged.last()) << "only what could not be read";
+    EXPECT_EQ(store.values[key + u".damaged-1"_s], *std::rbegin(damaged)) << "only what could not be read";
 }
 
 TEST_F(TranslationHistoryStoreTest, what_was_removed_comes_back_to_its_place_unless_it_was_translated_again) {

@@ -2,7 +2,6 @@
 
 #include "state/sqlite_store_test.h"
 #include "support/file_size_limit.h"
-#include "support/files.h"
 
 namespace tralio {
 namespace {

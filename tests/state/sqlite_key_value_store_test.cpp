@@ -3,7 +3,6 @@
 #include <limits>
 
 #include "state/sqlite_store_test.h"
-#include "support/files.h"
 
 namespace tralio {
 namespace {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -10,6 +8,7 @@
 
 #include "state/sqlite_key_value_store.h"
 #include "support/debug_log_file.h"
+#include "support/files.h"
 #include "support/ordinary_user.h"
 #include "support/testing.h"
 

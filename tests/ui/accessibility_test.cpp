@@ -2,10 +2,7 @@
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
-#include <QTest>
 
-#include "history/translation_history_store.h"
-#include "ui/kit/error_strip.h"
 #include "ui/kit/switch.h"
 #include "ui/main/main_view.h"
 #include "ui/stage_test.h"
@@ -72,21 +69,18 @@ protected:
             if (here == start || (stops > 0 && here->parentWidget() == start->parentWidget()))
                 break;
             EXPECT_TRUE(isReadAfter(*here, *before))
-                << qPrintable(nameOf(*here)) << " after " << qPrintable(nameOf(*before));
-            EXPECT_FALSE(here->visibleRegion().isEmpty()) << qPrintable(nameOf(*here)) << " is out of sight";
+                << qPrintable(spokenName(*here)) << " after " << qPrintable(spokenName(*before));
+            EXPECT_FALSE(here->visibleRegion().isEmpty())
+                << qPrintable(spokenName(*here)) << " is out of sight";
             before = here;
         }
         return stops;
-    }
-    [[nodiscard]] static QString nameOf(QWidget& widget) {
-        return accessible(widget).text(QAccessible::Name);
     }
 };
 
 TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it_as_it_is_read) {
     desktop.permissions.accessibility = false;  // the footer warns, and the settings ask
-    store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
-    store.setValue(u"app_setting_api_key"_s, u"sk-own"_s);
+    useOwnEndpoint();
     TranslationHistoryStore history(store);
     history.add(u"hello"_s, u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Chuẩn"_s);
     history.add(u"good night"_s, u"ngủ ngon"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Chuẩn"_s);
@@ -114,7 +108,7 @@ TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it
 
 TEST_F(AccessibleProgram, is_pressed_as_it_is_clicked) {
     open();
-    model.replies(StandInReply::translation(u"xong"_s).delivered(StandInReply::Delivery::held));
+    holdReplies();
     type(u"slow"_s);
     activate(u"Tralio (↵ Enter)"_s);
     Control* busy = controls(u"Đang dịch bằng AI..."_s).constFirst();
@@ -144,15 +138,12 @@ TEST_F(AccessibleProgram, is_pressed_as_it_is_clicked) {
 TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that_stands_there_always) {
     open();
     EXPECT_THAT(news(), IsEmpty());
-    model.translatesTo(u"xong"_s);
-    type(u"done"_s);
-    press(Qt::Key_Return);
-    wait([this] { return hasControl(u"Sao chép"_s); });
+    translate(u"done"_s);
     EXPECT_THAT(news(), ElementsAre(u"Bản dịch:"_s));
 
     model.replies(StandInReply::error(500, u"quá tải"_s));
     press(Qt::Key_Return);
-    wait([this] { return find<ErrorStrip>()->isVisible(); });
+    wait([this] { return showsError(); });
     EXPECT_THAT(news(), Contains(u"Lỗi máy chủ (500): quá tải"_s));
     appState.notice = u"Không có chữ nào đang được chọn"_s;
     settle();
@@ -170,8 +161,7 @@ TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that
 }
 
 TEST_F(AccessibleProgram, keeps_the_keyboard_from_what_is_beside_a_button_that_goes_with_its_strip) {
-    store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
-    store.setValue(u"app_setting_api_key"_s, u"sk-own"_s);
+    useOwnEndpoint();
     store.setValue(u"app_setting_model"_s, u"qwen"_s);
     open();
     const auto pressTwice = [this](const QString& name) {
@@ -181,10 +171,10 @@ TEST_F(AccessibleProgram, keeps_the_keyboard_from_what_is_beside_a_button_that_g
     };
     type(u"text"_s);
     press(Qt::Key_Return);  // refused: the key would be exposed
-    ASSERT_TRUE(find<ErrorStrip>()->isVisible());
+    ASSERT_TRUE(showsError());
     const QString error = find<ErrorStrip>()->accessibleName();
     pressTwice(u"Đóng thông báo lỗi"_s);
-    EXPECT_FALSE(find<ErrorStrip>()->isVisible()) << qPrintable(error);
+    EXPECT_FALSE(showsError()) << qPrintable(error);
 
     click(u"Cài đặt"_s);
     pressTwice(u"Vẫn gửi"_s);

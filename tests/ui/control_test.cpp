@@ -1,9 +1,6 @@
-#include <QAccessible>
 #include <QLineEdit>
 #include <QSignalSpy>
-#include <QTest>
 
-#include "support/testing.h"
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
 #include "ui/kit/icon_view.h"
@@ -17,10 +14,6 @@
 
 namespace tralio {
 namespace {
-
-QString spokenName(QWidget& widget) {
-    return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name);
-}
 
 class ControlTest : public testing::Test {
 protected:

@@ -1,9 +1,7 @@
 #include <QAbstractButton>
-#include <QTest>
 
 #include <algorithm>
 
-#include "history/translation_history_store.h"
 #include "ui/history/history_row.h"
 #include "ui/stage_test.h"
 

@@ -1,9 +1,7 @@
 #include <QDir>
 #include <QPainter>
 #include <QScrollBar>
-#include <QTest>
 
-#include "support/testing.h"
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
 #include "ui/kit/cross_fade.h"

@@ -4,9 +4,7 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
-#include <QTest>
 
-#include "support/testing.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
 #include "widget_support.h"
@@ -175,20 +173,6 @@ TEST_F(InputViewTest, rich_text_is_pasted_plain_and_pictures_not_at_all) {
         EXPECT_EQ(m_text, u"đậm"_s);
         EXPECT_FALSE(m_view.toHtml().contains(u"font-weight:7"_s));
     }
-}
-
-TEST_F(InputViewTest, drags_of_files_are_left_to_the_box_around_it_and_those_of_texts_are_not) {
-    const auto accepts = [this](const QMimeData& data) {
-        QDragEnterEvent event({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
-        event.ignore();
-        QApplication::sendEvent(m_view.viewport(), &event);
-        return event.isAccepted();
-    };
-    QMimeData dragged;
-    dragged.setText(u"file:///a.png"_s);
-    EXPECT_TRUE(accepts(dragged));
-    dragged.setUrls({QUrl(u"file:///a.png"_s)});
-    EXPECT_FALSE(accepts(dragged));
 }
 
 TEST_F(InputViewTest, tab_is_typed_and_control_tab_and_shift_tab_leave) {

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QSignalSpy>
 #include <QWidget>
 
 #include <memory>
@@ -97,9 +98,7 @@ TEST(KeyDownMonitorTest, a_control_is_pressed_once_by_a_key_that_is_held) {
     using enum QEvent::Type;
     for (const int key : {Qt::Key_Return, Qt::Key_Space}) {
         Button button(button::bordered, {.title = QStringLiteral("x")});
-        int clicks = 0;
-        QObject::connect(
-            &button, &Button::clicked, [&clicks] { ++clicks; });
+        const QSignalSpy clicks(&button, &Button::clicked);
         const auto send = [&](QEvent::Type type, quint64 time) {
             sendKey(button, QKeyEvent(type, key, Qt::NoModifier, otherPosition, 0, 0), time);
         };
@@ -109,10 +108,10 @@ TEST(KeyDownMonitorTest, a_control_is_pressed_once_by_a_key_that_is_held) {
             send(KeyPress, time);
         }
         send(KeyRelease, 1500);
-        EXPECT_EQ(clicks, 1);
+        EXPECT_EQ(clicks.count(), 1);
         send(KeyPress, 1600);
         send(KeyRelease, 1700);
-        EXPECT_EQ(clicks, 2);
+        EXPECT_EQ(clicks.count(), 2);
     }
 }
 

@@ -1,14 +1,9 @@
 #include <QScrollBar>
-#include <QTest>
 
 #include "engine/hosts.h"
-#include "history/translation_history_store.h"
 #include "ui/about/about_view.h"
 #include "ui/history/history_row.h"
-#include "ui/kit/button.h"
 #include "ui/kit/label.h"
-#include "ui/kit/multiline_enter_input_view.h"
-#include "ui/kit/reading_area.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/stage_test.h"
 
@@ -20,14 +15,11 @@ const QString captureMissing = u"Chưa cấp quyền Chụp màn hình"_s;
 
 TEST_F(StageTest, the_input_survives_a_change_of_the_tab_and_the_result_does_not) {
     open();
-    model.translatesTo(u"kết quả"_s);
-    type(u"typed"_s);
-    press(Qt::Key_Return);
-    wait([this] { return hasControl(u"Sao chép"_s); });
+    translate(u"typed"_s);
     click(u"Tác giả"_s);
     click(u"Tralio"_s);
-    EXPECT_EQ(find<MultilineEnterInputView>()->toPlainText(), u"typed"_s);
-    EXPECT_EQ(find<ReadingArea>()->toPlainText(), QString());
+    EXPECT_EQ(input(), u"typed"_s);
+    EXPECT_EQ(result(), QString());
 }
 
 TEST_F(StageTest, only_what_reports_a_missing_permission_leads_to_the_settings) {
@@ -45,11 +37,9 @@ TEST_F(StageTest, only_what_reports_a_missing_permission_leads_to_the_settings) 
 
     desktop.permissions.screenCapture = true;
     desktop.permissions.accessibility = false;
-    desktop.clock.advance(999ms);
-    settle();
+    pass(999ms);
     EXPECT_TRUE(hasControl(captureMissing)) << "looked up more often than each second";
-    desktop.clock.advance(1ms);
-    settle();
+    pass(1ms);
     EXPECT_TRUE(hasControl(selectionMissing));
     EXPECT_FALSE(hasControl(captureMissing));
     desktop.permissions.accessibility = true;
@@ -76,7 +66,6 @@ TEST_F(StageTest, every_opening_and_every_request_brings_the_translate_tab_and_n
 
 TEST_F(StageTest, nothing_that_was_put_off_outlives_the_main_view) {
     open();
-    model.translatesTo(u"kết quả"_s);
     type(u"typed"_s);
     for (const QString& tab : {u"Lịch sử"_s, u"Tralio"_s}) {
         click(u"Tralio"_s);
@@ -85,15 +74,20 @@ TEST_F(StageTest, nothing_that_was_put_off_outlives_the_main_view) {
         click(tab);
         click(u"Sao chép"_s);
     }
+    click(u"Cài đặt"_s);
+    holdReplies();
+    click(u"Kiểm tra kết nối"_s);
+    waitForRequests(3);
     appState.requestTranslation(u"picked"_s);
     ASSERT_TRUE(nextTurn());
     appState.notifyPopoverOpened();
     close();
     appState.requestTranslation(u"another"_s);
+    model.sendTheRest();
     ASSERT_TRUE(nextTurn());
     desktop.clock.advance(2s);
     EXPECT_EQ(desktop.clock.pending(), 0);
-    EXPECT_EQ(model.requests().size(), 2);
+    EXPECT_EQ(model.requests().size(), 3);
 }
 
 TEST_F(StageTest, an_offer_shows_until_it_is_dismissed_and_again_after_the_next_check) {
@@ -220,8 +214,7 @@ TEST_F(StageTest, what_was_deleted_can_be_taken_back_for_six_seconds_from_any_ta
     EXPECT_TRUE(stored().isEmpty());
     click(u"Cài đặt"_s);
     EXPECT_TRUE(hasControl(u"Hoàn tác"_s));
-    desktop.clock.advance(5999ms);
-    settle();
+    pass(5999ms);
     click(u"Hoàn tác"_s);
     EXPECT_EQ(stored(), history.items());
 
@@ -246,23 +239,21 @@ TEST_F(StageTest, a_picked_entry_fills_the_input_without_being_translated) {
     click(u"Lịch sử"_s);
     QTest::mouseClick(find<HistoryRow>(), Qt::LeftButton);
     wait([this] { return isOnTab(u"Tralio"_s); });
-    EXPECT_EQ(find<MultilineEnterInputView>()->toPlainText(), u"hello"_s);
+    EXPECT_EQ(input(), u"hello"_s);
     EXPECT_TRUE(model.requests().isEmpty());
 }
 
 TEST_F(StageTest, a_text_that_comes_during_the_first_walk_through_is_translated_after_it) {
     store.setValue(u"hasCompletedOnboarding"_s, false);
-    model.translatesTo(u"xin chào"_s);
     open();
     appState.requestTranslation(u"hello"_s);
     settle();
-    desktop.clock.advance(1s);
-    settle();
+    pass(1s);
     EXPECT_EQ(find<ReadingArea>(), nullptr) << "there is nothing to be seen of it yet";
     click(u"Bỏ qua"_s);
     desktop.clock.advance(1s);
     wait([this] { return hasControl(u"Sao chép"_s); });
-    EXPECT_EQ(find<ReadingArea>()->toPlainText(), u"xin chào"_s);
+    EXPECT_EQ(result(), u"HELLO"_s);
 }
 
 }  // namespace

@@ -1,9 +1,7 @@
 #include <QLineEdit>
 #include <QShortcut>
 #include <QSignalSpy>
-#include <QTest>
 
-#include "support/testing.h"
 #include "ui/kit/menu_button.h"
 #include "widget_support.h"
 

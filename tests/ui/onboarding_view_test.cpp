@@ -1,12 +1,9 @@
 #include "ui/onboarding/onboarding_view.h"
 
-#include <QAccessible>
 #include <QLineEdit>
-#include <QTest>
 
 #include "hotkeys/permission_watch.h"
 #include "ui/kit/badge.h"
-#include "ui/kit/button.h"
 #include "ui/onboarding/onboarding_state.h"
 #include "ui/onboarding/page_indicator.h"
 #include "ui/onboarding/permission_step.h"
@@ -44,9 +41,7 @@ protected:
 };
 
 TEST_F(WalkThrough, every_page_has_the_ways_on_that_it_needs_and_tells_screen_readers_its_number) {
-    const auto spokenPage = [this] {
-        return QAccessible::queryAccessibleInterface(find<PageIndicator>())->text(QAccessible::Name);
-    };
+    const auto spokenPage = [this] { return spokenName(*find<PageIndicator>()); };
     open();
     EXPECT_THAT(titles(), ElementsAre(skip, next));
     EXPECT_TRUE(spokenPage().contains(u"1"_s)) << qPrintable(spokenPage());
@@ -80,8 +75,7 @@ TEST_F(WalkThrough, a_permission_is_asked_for_on_its_card_until_it_is_granted) {
 
     request->setFocus(Qt::TabFocusReason);
     desktop.permissions.screenCapture = true;
-    desktop.clock.advance(1s);
-    settle();
+    pass(1s);
     EXPECT_FALSE(request->isVisible());
     EXPECT_EQ(badge(1), u"ĐÃ CẤP"_s);
     EXPECT_EQ(focusedTitle(), QString()) << "the keyboard went on to another button";

@@ -36,16 +36,6 @@ TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_
     EXPECT_EQ(panel->outputText(), u"PICKED"_s);
 }
 
-TEST_F(PendingText, a_text_that_waited_for_the_panel_is_taken_over_when_it_is_shown) {
-    hidePanel();
-    request(u"picked"_s);
-    showPanel();
-    EXPECT_EQ(input->text(), u"picked"_s);
-    desktop.clock.advance(50ms);
-    ASSERT_TRUE(outputBecomes(u"PICKED"_s));
-    EXPECT_EQ(model.requests().size(), 1);
-}
-
 TEST_F(PendingText, a_blank_pending_text_is_logged_untrimmed_and_left_in_its_place) {
     input->text = u"typed"_s;
     const QString blank = u"\u3000 "_s.repeated(20);

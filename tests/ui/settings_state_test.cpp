@@ -244,17 +244,5 @@ TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_ther
     EXPECT_EQ(asked, 1);
 }
 
-TEST_F(SettingsStateTest, an_answer_that_comes_after_the_panel_has_gone_is_dropped) {
-    settings.baseURL = model.baseURL();
-    model.repliesBy([](const StandInModel::Request&) {
-        return StandInReply::translation(u"late"_s).delivered(StandInReply::Delivery::held);
-    });
-    panel->runTestConnection();
-    ASSERT_TRUE(eventually([&] { return model.requests().size() == 1; }));
-    panel.reset();
-    model.sendTheRest();
-    EXPECT_TRUE(nextTurn());
-}
-
 }  // namespace
 }  // namespace tralio

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QPainter>
-#include <QTest>
 
 #include "ui/kit/theme.h"
 #include "ui/kit/window_frame.h"

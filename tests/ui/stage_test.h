@@ -1,26 +1,59 @@
 #pragma once
 
+#include "history/translation_history_store.h"
+#include "ui/kit/button.h"
+#include "ui/kit/error_strip.h"
+#include "ui/kit/multiline_enter_input_view.h"
+#include "ui/kit/reading_area.h"
 #include "ui/kit/theme.h"
 #include "ui/stage.h"
 
 namespace tralio {
 
-/// The whole window without motions, in the hands of a user.
+/// The whole window without motions, in the hands of a user. The model answers in capitals.
 class StageTest : public testing::Test, protected Stage {
 protected:
-    StageTest() { Theme::setAppearance({.reducedMotion = true}); }
+    StageTest() {
+        Theme::setAppearance({.reducedMotion = true});
+        model.translatesBy([](const StandInModel::Request& request) { return request.userText().toUpper(); });
+    }
     ~StageTest() override { Theme::setAppearance({}); }
 
     [[nodiscard]] bool isOnTab(const QString& tab) const {
         const auto found = controls(tab);
         return !found.isEmpty() && found.constFirst()->isChecked();
     }
-    /// What is to be set before the window opens.
+    // What is to be set before the window opens.
+
+    void useOwnEndpoint() {
+        store.setValue(QStringLiteral("app_setting_preset_id"), QStringLiteral("custom"));
+        store.setValue(QStringLiteral("app_setting_api_key"), QStringLiteral("sk-own"));
+    }
     void refusePermissions() {
         desktop.permissions.accessibility = false;
         desktop.permissions.screenCapture = false;
         desktop.permissions.grantOnRequest = true;
     }
+
+    void translate(const QString& text) {
+        type(text);
+        press(Qt::Key_Return);
+        wait([this, text] { return result() == text.toUpper(); });
+    }
+    void holdReplies() {
+        model.replies(
+            StandInReply::translation(QStringLiteral("late")).delivered(StandInReply::Delivery::held));
+    }
+    void waitForRequests(qsizetype count) {
+        wait([this, count] { return model.requests().size() == count; });
+    }
+    void pass(std::chrono::milliseconds time) {
+        desktop.clock.advance(time);
+        settle();
+    }
+    [[nodiscard]] QString input() const { return find<MultilineEnterInputView>()->text(); }
+    [[nodiscard]] QString result() const { return find<ReadingArea>()->text(); }
+    [[nodiscard]] bool showsError() const { return find<ErrorStrip>()->isVisible(); }
     /// Gives a control the keyboard, with its ring, which shows only to who uses the keyboard.
     void focus(const QString& name) {
         ASSERT_TRUE(hasControl(name)) << qPrintable(name);

@@ -1,4 +1,3 @@
-#include "ui/kit/error_strip.h"
 #include "ui/kit/surface.h"
 #include "ui/translate_view_fixture.h"
 
@@ -49,7 +48,7 @@ TEST_F(TranslateViewTest, text_wins_over_the_picture_that_comes_with_it_and_no_c
         (void)drop(*content);
     }
     EXPECT_TRUE(model.requests().isEmpty());
-    EXPECT_FALSE(find<ErrorStrip>()->isVisible());
+    EXPECT_FALSE(showsError());
 }
 
 }  // namespace

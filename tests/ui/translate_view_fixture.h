@@ -3,22 +3,15 @@
 #include <QDragEnterEvent>
 #include <QMimeData>
 
-#include "ui/kit/multiline_enter_input_view.h"
-#include "ui/kit/reading_area.h"
 #include "ui/stage_test.h"
 
 namespace tralio {
 
-/// The translate panel in the hands of a user. The model answers in capitals.
+/// The translate panel in the hands of a user.
 class TranslateViewTest : public StageTest {
 protected:
-    TranslateViewTest() {
-        model.translatesBy([](const StandInModel::Request& request) { return request.userText().toUpper(); });
-        open();
-    }
+    TranslateViewTest() { open(); }
 
-    [[nodiscard]] QString input() const { return find<MultilineEnterInputView>()->text(); }
-    [[nodiscard]] QString result() const { return find<ReadingArea>()->text(); }
     [[nodiscard]] QString inkOfResult() const {
         return find<ReadingArea>()->palette().color(QPalette::Text).name();
     }
@@ -29,17 +22,6 @@ protected:
     void choose(const QString& menu, const QString& entry) {
         click(menu);
         click(entry);
-    }
-    void translate(const QString& text) {
-        type(text);
-        press(Qt::Key_Return);
-        wait([this, text] { return result() == text.toUpper(); });
-    }
-    void holdReplies() {
-        model.replies(StandInReply::translation(u"late"_s).delivered(StandInReply::Delivery::held));
-    }
-    void waitForRequests(qsizetype count) {
-        wait([this, count] { return model.requests().size() == count; });
     }
     [[nodiscard]] QString lastPrompt() const { return model.requests().last().systemPrompt(); }
 

@@ -1,9 +1,5 @@
 #include "widget_support.h"
 
-#include <QTest>
-
-#include "support/testing.h"
-
 namespace tralio {
 
 void showActive(QWidget& widget) {

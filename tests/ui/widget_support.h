@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QAccessible>
 #include <QApplication>
 #include <QImage>
+#include <QTest>
 #include <QWidget>
 
+#include "support/testing.h"
 #include "ui/kit/control.h"
 #include "ui/kit/label.h"
 
@@ -40,6 +43,11 @@ template <typename Part>
     for (const Label* label : visibleParts<Label>(owner))
         texts += label->text();
     return texts;
+}
+
+/// What a screen reader calls it.
+[[nodiscard]] inline QString spokenName(QWidget& widget) {
+    return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name);
 }
 
 /// The title of the control that has the keyboard; empty where none has it.

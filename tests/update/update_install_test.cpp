@@ -1,6 +1,5 @@
 #include "engine/transport_error.h"
 #include "support/file_size_limit.h"
-#include "support/files.h"
 #include "support/ordinary_user.h"
 #include "update/update_test_support.h"
 

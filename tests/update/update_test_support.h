@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <QTimeZone>
 
@@ -9,6 +8,7 @@
 #include "platform/linux/helpers/helper_http_client.h"
 #include "support/event_loop.h"
 #include "support/fake_clock.h"
+#include "support/files.h"
 #include "support/noted_idle_limits.h"
 #include "support/scripted_installer.h"
 #include "support/stand_in_model.h"
