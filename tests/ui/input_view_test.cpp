@@ -117,6 +117,9 @@ TEST_F(InputViewTest, texts_from_outside_do_not_pile_up_behind_undo) {
     for (int i = 0; i < 12; ++i)
         setFromOutside(QString(50'000, QChar(u'a' + i)));
     EXPECT_LT(m_view.document()->availableUndoSteps(), 5);
+    for (int i = 0; i < 500; ++i)
+        setFromOutside(QString::number(i));
+    EXPECT_LT(m_view.document()->availableUndoSteps(), 210);
     EXPECT_EQ(m_view.text(), m_text);
 }
 

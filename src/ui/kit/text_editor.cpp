@@ -27,6 +27,7 @@ constexpr qreal caretInset = 1.5;  // less than its line at both ends
 constexpr qreal caretShift = 1.5;  // away from the first letter of a placeholder
 
 constexpr qsizetype mostReplaced = 1'000'000;
+constexpr int mostSteps = 200;
 
 }  // namespace
 
@@ -51,7 +52,7 @@ bool TextEditor::refresh() {
     replaceText(text);
     // What comes from elsewhere comes all day, and every step back of it would be kept.
     m_replaced += m_shown.size() + text.size();
-    if (m_replaced > mostReplaced) {
+    if (m_replaced > mostReplaced || document()->availableUndoSteps() > mostSteps) {
         document()->setUndoRedoEnabled(false);
         document()->setUndoRedoEnabled(true);
         m_replaced = 0;
