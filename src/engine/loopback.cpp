@@ -1,21 +1,24 @@
 #include "engine/loopback.h"
 
-#include <algorithm>
+#include <QString>
+
+#include <arpa/inet.h>
 
 namespace tralio {
 
 bool isLoopback(QStringView host) {
-    constexpr QStringView mapped = u"::ffff:";
     if (host.endsWith(u'.'))
         host.chop(1);  // a name that is whole
-    const bool isName = host.compare(u"localhost", Qt::CaseInsensitive) == 0 ||
-        host.endsWith(u".localhost", Qt::CaseInsensitive);
-    if (isName || host == u"::1")
-        return true;
-    if (host.startsWith(mapped))
-        host = host.sliced(mapped.size());
-    const auto isOfAddress = [](QChar c) { return c.isDigit() || c == u'.'; };
-    return host.startsWith(u"127.") && std::all_of(host.begin(), host.end(), isOfAddress);
+    const QByteArray name = host.toUtf8().toLower();
+    in_addr four{};
+    in6_addr six{};
+    // The address of no machine leads to this one.
+    if (inet_pton(AF_INET, name.constData(), &four) == 1)
+        return (ntohl(four.s_addr) >> 24) == 127 || four.s_addr == INADDR_ANY;
+    if (inet_pton(AF_INET6, name.constData(), &six) == 1)
+        return IN6_IS_ADDR_LOOPBACK(&six) || IN6_IS_ADDR_UNSPECIFIED(&six) ||
+            (IN6_IS_ADDR_V4MAPPED(&six) && six.s6_addr[12] == 127);
+    return name == "localhost" || name.endsWith(".localhost");
 }
 
 }  // namespace tralio

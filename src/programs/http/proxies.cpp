@@ -1,6 +1,5 @@
 #include "programs/http/proxies.h"
 
-#include <arpa/inet.h>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -13,20 +12,23 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
-/// The first proxy of the desktop's list, in libcurl's form.
-QByteArray firstProxy(pxProxyFactory* factory, const QByteArray& address) {
-    char** proxies = px_proxy_factory_get_proxies(factory, address.constData());
-    QByteArray first = proxies && proxies[0] ? QByteArray(proxies[0]) : QByteArray();
-    if (proxies)
-        px_proxy_factory_free_proxies(proxies);
-    if (first.startsWith("direct"))
+QByteArray inLibcurlsForm(const QByteArray& proxy) {
+    if (proxy.startsWith("direct"))
         return {};
     // The proxy is to look names up, too: behind one there may be no other way.
-    if (first.startsWith("socks://") || first.startsWith("socks5://"))
-        return "socks5h" + first.sliced(first.indexOf(':'));
-    return first;
+    if (proxy.startsWith("socks://") || proxy.startsWith("socks5://"))
+        return "socks5h" + proxy.sliced(proxy.indexOf(':'));
+    return proxy;
+}
+
+QByteArrayList proxiesFor(pxProxyFactory* factory, const QByteArray& address) {
+    QByteArrayList found;
+    if (char** proxies = px_proxy_factory_get_proxies(factory, address.constData())) {
+        for (char** proxy = proxies; *proxy != nullptr; ++proxy)
+            found += inLibcurlsForm(*proxy);
+        px_proxy_factory_free_proxies(proxies);
+    }
+    return found;
 }
 
 }  // namespace
@@ -45,9 +47,9 @@ struct Proxies::Desk {
             const auto [request, address] = questions.front();
             questions.pop_front();
             lock.unlock();
-            const QByteArray proxy = factory ? firstProxy(factory, address) : QByteArray();
+            const QByteArrayList proxies = factory ? proxiesFor(factory, address) : QByteArrayList();
             lock.lock();
-            answers.push_back({request, proxy});
+            answers.push_back({request, proxies});
             eventfd_write(event, 1);
         }
         if (factory)
@@ -69,19 +71,6 @@ Proxies::~Proxies() {
     const std::lock_guard lock(m_desk->mutex);
     m_desk->isClosed = true;
     m_desk->asked.notify_one();
-}
-
-bool Proxies::isOnThisMachine(const QUrl& url) {
-    QString host = url.host().toLower();
-    if (host.endsWith(u'.'))
-        host.chop(1);  // a name that is whole
-    in_addr four{};
-    in6_addr six{};
-    if (inet_pton(AF_INET, host.toLatin1().constData(), &four) == 1)
-        return (ntohl(four.s_addr) >> 24) == 127;
-    if (inet_pton(AF_INET6, host.toLatin1().constData(), &six) == 1)
-        return IN6_IS_ADDR_LOOPBACK(&six) || (IN6_IS_ADDR_V4MAPPED(&six) && six.s6_addr[12] == 127);
-    return host == u"localhost"_s || host.endsWith(u".localhost"_s);
 }
 
 void Proxies::ask(quint32 request, const QUrl& url) {

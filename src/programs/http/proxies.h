@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayList>
 #include <QUrl>
 
 #include <memory>
@@ -14,7 +14,7 @@ class Proxies final {
 public:
     struct Answer {
         quint32 request = 0;
-        QByteArray proxy;  ///< in libcurl's form; empty for none
+        QByteArrayList proxies;  ///< in libcurl's form, to be tried in turn; an empty one for the direct way
     };
 
     Proxies();
@@ -22,11 +22,8 @@ public:
     Proxies(const Proxies&) = delete;
     Proxies& operator=(const Proxies&) = delete;
 
-    /// A model on this machine is always reached directly: a proxy elsewhere would look for it on its own
-    /// machine.
-    [[nodiscard]] static bool isOnThisMachine(const QUrl& url);
-
-    /// Asks for the proxy to an address; the answer goes by the number of the request.
+    /// Asks for the proxy to an address; the answer goes by the number of the request. A model on this
+    /// machine is always reached directly: a proxy elsewhere would look for it on its own machine.
     void ask(quint32 request, const QUrl& url);
 
     /// Nobody wants the answer any more: a question that has not been put yet is none.

@@ -6,6 +6,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "engine/loopback.h"
 #include "programs/http/redirections.h"
 
 namespace tralio {
@@ -86,7 +87,7 @@ void Server::serve(const Prepare& prepare) {
     if (!whyNotToGoTo(prepare.url, AddressOrigin::enteredByUser).isEmpty())
         return;
     m_prepared = std::make_unique<PreparedConnection>(m_multi.get(), prepare.url);
-    if (Proxies::isOnThisMachine(prepare.url))
+    if (isLoopback(prepare.url.host()))
         m_prepared->connect({});
     else
         m_proxies.ask(--m_preparation, prepare.url);
@@ -101,7 +102,9 @@ void Server::start(std::unique_ptr<Transfer> transfer) {
 }
 
 void Server::proceed(Transfer& transfer) {
-    if (Proxies::isOnThisMachine(transfer.url()))
+    if (transfer.hasOtherProxy())
+        go(transfer, transfer.otherProxies());
+    else if (isLoopback(transfer.url().host()))
         go(transfer, {});
     else
         m_proxies.ask(transfer.id(), transfer.url());
@@ -111,14 +114,15 @@ void Server::takeProxies() {
     for (const Proxies::Answer& answer : m_proxies.takeAnswers()) {
         const auto found = m_transfers.find(answer.request);
         if (found != m_transfers.end() && !found->second->handle())
-            go(*found->second, answer.proxy);
+            go(*found->second, answer.proxies);
         else if (answer.request == m_preparation && m_prepared && !m_prepared->handle())
-            m_prepared->connect(answer.proxy);
+            m_prepared->connect(answer.proxies.value(0));
     }
 }
 
-void Server::go(Transfer& transfer, const QByteArray& proxy) {
-    transfer.begin(proxy, m_share.get());
+void Server::go(Transfer& transfer, const QByteArrayList& proxies) {
+    const QByteArray proxy = proxies.value(0);
+    transfer.begin(proxies, m_share.get());
     if (m_prepared && !m_awaiting && m_prepared->isUnderWay(transfer.url(), proxy))
         m_awaiting = {transfer.id(), proxy};
     else
@@ -164,14 +168,16 @@ void Server::concludeTransfers() {
 
 void Server::endSilentTransfers() {
     const auto now = std::chrono::steady_clock::now();
+    bool isProxySilent = false;
     for (auto next = m_transfers.begin(); next != m_transfers.end();) {
         const auto current = next++;
         if (!current->second->isSilent(now))
             continue;
-        if (!current->second->handle())
-            m_proxies.giveUp();
+        isProxySilent |= !current->second->handle();
         remove(current->first);
     }
+    if (isProxySilent)
+        m_proxies.giveUp();
     if (m_prepared && now >= m_prepared->end()) {
         m_prepared.reset();
         endPreparation();

@@ -46,7 +46,7 @@ private:
     void start(std::unique_ptr<Transfer> transfer);
     /// Asks for the proxy to its address, or goes there.
     void proceed(Transfer& transfer);
-    void go(Transfer& transfer, const QByteArray& proxy);
+    void go(Transfer& transfer, const QByteArrayList& proxies);
     void send(Transfer& transfer, const QByteArray& proxy);
     /// Lets the request that waits for the prepared connection go on, with it or without.
     void endPreparation();

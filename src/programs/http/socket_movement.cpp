@@ -3,16 +3,29 @@
 #include <linux/tcp.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <utility>
 
 namespace tralio {
+namespace {
+
+/// Whether libcurl has not closed it: of two ways to a host it drops one.
+bool isSame(int number, int duplicate) {
+    struct stat now {};
+    struct stat kept {};
+    return fstat(number, &now) == 0 && fstat(duplicate, &kept) == 0 && now.st_ino == kept.st_ino;
+}
+
+}  // namespace
 
 void SocketMovement::watch(int socket) {
-    m_sockets.push_back({FileDescriptor::duplicateOf(socket)});
+    m_sockets.push_back({socket, FileDescriptor::duplicateOf(socket)});
 }
 
 SocketMovement::Clock::time_point SocketMovement::last() {
     m_isSending = false;
+    std::erase_if(
+        m_sockets, [](const Watched& watched) { return !isSame(watched.number, watched.socket.number()); });
     for (Watched& watched : m_sockets) {
         tcp_info info{};
         socklen_t size = sizeof(info);

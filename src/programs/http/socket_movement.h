@@ -16,7 +16,7 @@ class SocketMovement final {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// A connection is made with this socket, of which a duplicate is kept.
+    /// A connection is made with this socket, of which a duplicate is kept until libcurl closes it.
     void watch(int socket);
 
     /// When something moved last, as far as can be told now; at first, when this object was made.
@@ -27,6 +27,7 @@ public:
 
 private:
     struct Watched {
+        int number;  ///< libcurl's own
         FileDescriptor socket;
         quint64 moved = 0;
     };

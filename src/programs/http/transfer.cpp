@@ -1,8 +1,6 @@
 #include "programs/http/transfer.h"
 
 #include <algorithm>
-#include <openssl/ssl.h>
-#include <sys/socket.h>
 #include <utility>
 
 #include "engine/transport_error.h"
@@ -24,11 +22,6 @@ constexpr int switchingProtocols = 101;
 /// CURLE_TOO_LARGE, which libcurl has from 8.6 on.
 constexpr auto tooLarge = static_cast<CURLcode>(100);
 
-CURLcode trustSystem(CURL* /*easy*/, void* context, void* /*data*/) {
-    const int done = SSL_CTX_set_default_verify_paths(static_cast<SSL_CTX*>(context));
-    return done == 1 ? CURLE_OK : CURLE_SSL_CACERT_BADFILE;
-}
-
 }  // namespace
 
 Transfer::Transfer(Id id, HttpRequest request, std::chrono::milliseconds idleTimeout, Send send)
@@ -37,6 +30,7 @@ Transfer::Transfer(Id id, HttpRequest request, std::chrono::milliseconds idleTim
 Transfer::Transfer(const Post& post, Send send)
     : Transfer(post.id, post.request, post.idleTimeout, std::move(send)) {
     m_body = post.body;
+    m_request.url.setFragment(QString());
     m_origin = AddressOrigin::enteredByUser;
 }
 
@@ -53,100 +47,14 @@ bool Transfer::canBegin() {
     return refusal.isEmpty();
 }
 
-void Transfer::begin(const QByteArray& proxy, CURLSH* share) {
-    m_movement = {};
-    m_easy.reset(curl_easy_init());
-    m_headers.reset();
-    m_detail[0] = '\0';
-    m_madeBefore = FileDescriptor();
-    m_usesProxy = !proxy.isEmpty();
-    m_usesHttpProxy = proxy.startsWith("http");
-    m_usesSecureProxy = proxy.startsWith("https:");
-    m_headerBytes = 0;
-    m_hasStatusLine = m_isHeadWhole = m_hasSwitched = false;
-    m_location.clear();
-    m_isEncoded = false;
-    m_response = {};
-
-    CURL* easy = m_easy.get();
-    curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
-    // A name and a password in it would go along as a header that nobody has asked for.
-    curl_easy_setopt(easy, CURLOPT_URL, m_request.url.toEncoded(QUrl::RemoveUserInfo).constData());
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());  // none, when empty: the environment has no say
-    curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-    curl_easy_setopt(easy, CURLOPT_NOPROXY, "");
-    curl_easy_setopt(easy, CURLOPT_SHARE, share);
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);  // who cancels does not wait for a name server
-    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_detail);
-    curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, 1L);
-    curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, 1L);
-    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-    // The system's certificates one by one, as they are needed, and not all of them for each connection; and
-    // those that SSL_CERT_FILE names, as everywhere.
-    curl_easy_setopt(easy, CURLOPT_CAINFO, nullptr);
-    curl_easy_setopt(easy, CURLOPT_CAPATH, nullptr);
-    curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, &trustSystem);
-    curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-    // Decoded if it comes compressed in spite of "identity", too.
-    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, m_inPieces ? "identity" : "");
-    curl_easy_setopt(easy, CURLOPT_USERAGENT, "Tralio");
-
-    curl_slist* headers = curl_slist_append(nullptr, "Expect:");  // the body goes along at once
-    for (const auto& [name, value] : m_request.headers) {
-        // libcurl's own form of a header without a value.
-        const QByteArray line = value.isEmpty() ? name + ';' : name + ": " + value;
-        headers = curl_slist_append(headers, line.constData());
-    }
-    m_headers.reset(headers);
-    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers);
-    if (m_body) {
-        curl_easy_setopt(easy, CURLOPT_POST, 1L);
-        curl_easy_setopt(easy, CURLOPT_POSTFIELDS, m_body->constData());
-        curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_body->size()));
-    }
-
-    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION,
-        static_cast<size_t (*)(char*, size_t, size_t, void*)>(&Transfer::takeHeader));
-    curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION,
-        static_cast<size_t (*)(char*, size_t, size_t, void*)>(&Transfer::takeBody));
-    curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Transfer::openSocket);
-    curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
-    curl_easy_setopt(easy, CURLOPT_SOCKOPTFUNCTION, &Transfer::configureSocket);
-    curl_easy_setopt(easy, CURLOPT_SOCKOPTDATA, this);
-}
-
-size_t Transfer::takeHeader(char* line, size_t size, size_t count, void* transfer) {
-    const QByteArray bytes(line, static_cast<qsizetype>(size * count));
-    return static_cast<Transfer*>(transfer)->takeHeader(bytes) ? size * count : 0;
-}
-
-size_t Transfer::takeBody(char* bytes, size_t size, size_t count, void* transfer) {
-    const QByteArray piece(bytes, static_cast<qsizetype>(size * count));
-    return static_cast<Transfer*>(transfer)->takeBody(piece) ? size * count : 0;
-}
-
-curl_socket_t Transfer::openSocket(void* transfer, curlsocktype /*purpose*/, curl_sockaddr* address) {
-    auto& self = *static_cast<Transfer*>(transfer);
-    self.m_isMadeBefore = self.m_madeBefore.isOpen();
-    return self.m_isMadeBefore ? self.m_madeBefore.release()
-                               : socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
-}
-
-int Transfer::configureSocket(void* transfer, curl_socket_t socket, curlsocktype /*purpose*/) {
-    auto& self = *static_cast<Transfer*>(transfer);
-    self.m_movement.watch(socket);
-    return self.m_isMadeBefore ? CURL_SOCKOPT_ALREADY_CONNECTED : CURL_SOCKOPT_OK;
-}
-
 bool Transfer::takeHeader(const QByteArray& line) {
     m_headerBytes += line.size();
     if (m_headerBytes > mostHeaderBytes)
         return stop(tooLargeHeadersWords(m_request.url));
-    if (line.trimmed().isEmpty()) {
+    const bool isEnd = line.trimmed().isEmpty();
+    if (m_usesHttpProxy && isProxysPart())  // the answer to CONNECT, whose body may have no end
+        return !isEnd || tunnelStatus() != 407 || stop(proxyLoginWords());
+    if (isEnd) {
         m_isHeadWhole = status() >= 200;
         // Nobody has asked for another protocol, and what follows is none that we know.
         m_hasSwitched = status() == switchingProtocols;
@@ -220,12 +128,17 @@ bool Transfer::isRedirected() const {
 }
 
 bool Transfer::isProxysPart() const {
-    const bool isSecure = m_request.url.scheme() == u"https"_s;
+    if (m_request.url.scheme() == u"https"_s)
+        return m_handshakes < (m_usesSecureProxy ? 2 : 1);
     curl_off_t since = 0;
-    curl_easy_getinfo(handle(), isSecure ? CURLINFO_APPCONNECT_TIME_T : CURLINFO_CONNECT_TIME_T, &since);
-    long tunnelStatus = 0;
-    curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &tunnelStatus);
-    return since == 0 && tunnelStatus / 100 != 2;
+    curl_easy_getinfo(handle(), CURLINFO_CONNECT_TIME_T, &since);
+    return since == 0;
+}
+
+long Transfer::tunnelStatus() const {
+    long status = 0;
+    curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &status);
+    return status;
 }
 
 bool Transfer::mayBeProxysAnswer() const {
@@ -254,6 +167,12 @@ Transfer::Next Transfer::conclude(CURLcode code) {
     }
     if ((code == CURLE_OK || code == CURLE_GOT_NOTHING) && m_hasStatusLine && !m_isHeadWhole)
         code = CURLE_RECV_ERROR;  // the connection ended within the head, or after an interim answer
+    const bool isUnreached = code == CURLE_COULDNT_CONNECT || code == CURLE_COULDNT_RESOLVE_PROXY ||
+        code == CURLE_OPERATION_TIMEDOUT;
+    if (isUnreached && hasOtherProxy() && m_usesProxy) {
+        m_easy.reset();
+        return Next::goesOn;  // nothing was sent yet
+    }
     if (code != CURLE_OK) {
         fail(failureWords(failure(code), m_request.url, m_origin));
         return Next::isOver;
@@ -264,7 +183,8 @@ Transfer::Next Transfer::conclude(CURLcode code) {
         return Next::isOver;
     }
     if (isRedirected())
-        return redirect(m_request.url.resolved(QUrl::fromEncoded(m_location)));
+        return redirect(m_request.url.resolved(QUrl::fromEncoded(m_location))
+                            .adjusted(QUrl::RemoveFragment | QUrl::RemoveUserInfo));
     m_send(Done{m_id, m_response});
     return Next::isOver;
 }
@@ -277,6 +197,7 @@ Transfer::Next Transfer::redirect(const QUrl& target) {
         return Next::isOver;
     }
     m_easy.reset();
+    m_otherProxies.clear();
     m_request.url = target;
     if (!takesBody)
         m_body.reset();
@@ -288,7 +209,8 @@ TransferFailure Transfer::failure(CURLcode code) const {
         .code = code, .usesProxy = m_usesProxy, .usesSecureProxy = m_usesSecureProxy, .detail = m_detail};
     curl_easy_getinfo(handle(), CURLINFO_SSL_VERIFYRESULT, &failure.verifyResult);
     curl_easy_getinfo(handle(), CURLINFO_OS_ERRNO, &failure.osError);
-    curl_easy_getinfo(handle(), CURLINFO_HTTP_CONNECTCODE, &failure.tunnelStatus);
+    curl_easy_getinfo(handle(), CURLINFO_PROXY_ERROR, &failure.proxyError);
+    failure.tunnelStatus = tunnelStatus();
     failure.isProxysPart = isProxysPart() || mayBeProxysAnswer();
     return failure;
 }

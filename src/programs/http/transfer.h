@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 
 #include <chrono>
 #include <curl/curl.h>
@@ -40,10 +41,13 @@ public:
     /// Whether there is an address to go to; if not, the failure has been told.
     [[nodiscard]] bool canBegin();
 
-    /// Makes the handle ready for the address, and counts the idle time from here.
-    /// @param proxy on the way there, empty for none
+    /// Makes the handle ready for the address.
+    /// @param proxies on the way there, of which the first is taken; none or an empty one for none
     /// @param share the sessions of TLS that servers may know again
-    void begin(const QByteArray& proxy, CURLSH* share);
+    void begin(QByteArrayList proxies, CURLSH* share);
+    /// Of a list of proxies one was not reached, and others are left.
+    [[nodiscard]] bool hasOtherProxy() const { return !m_otherProxies.isEmpty(); }
+    [[nodiscard]] const QByteArrayList& otherProxies() const { return m_otherProxies; }
     /// A connection to the server or the proxy that is made already.
     void useConnection(FileDescriptor connection) { m_madeBefore = std::move(connection); }
 
@@ -67,6 +71,7 @@ private:
     static size_t takeHeader(char* line, size_t size, size_t count, void* transfer);
     static size_t takeBody(char* bytes, size_t size, size_t count, void* transfer);
     static curl_socket_t openSocket(void* transfer, curlsocktype purpose, curl_sockaddr* address);
+    static CURLcode beginHandshake(CURL* easy, void* context, void* transfer);
     static int configureSocket(void* transfer, curl_socket_t socket, curlsocktype purpose);
 
     [[nodiscard]] Time deadline();
@@ -74,6 +79,7 @@ private:
     [[nodiscard]] bool takeBody(const QByteArray& bytes);
     [[nodiscard]] int status() const;
     [[nodiscard]] bool isRedirected() const;
+    [[nodiscard]] long tunnelStatus() const;
     /// Whether the server itself has come into play yet, behind the proxy.
     [[nodiscard]] bool isProxysPart() const;
     /// Whether what comes may be of an HTTP proxy's own making: without TLS nothing tells the two apart.
@@ -99,6 +105,8 @@ private:
     std::unique_ptr<CURL, Cleanup> m_easy;
     std::unique_ptr<curl_slist, Cleanup> m_headers;
     char m_detail[CURL_ERROR_SIZE] = {};
+    QByteArrayList m_otherProxies;
+    int m_handshakes = 0;  ///< of TLS that have begun, with a proxy or the server
     bool m_usesProxy = false;
     bool m_usesSecureProxy = false;
     bool m_usesHttpProxy = false;  ///< and not one of SOCKS, which says nothing in HTTP

@@ -45,6 +45,21 @@ QString tlsWords(const QString& server, const QByteArray& detail, AddressOrigin 
     return u"Không thể thiết lập kết nối bảo mật (TLS) tới %1. %2"_s.arg(server, whatToDo(origin));
 }
 
+/// Whether a proxy of SOCKS says that it did not get to the server.
+bool socksFailed(long proxyError) {
+    switch (proxyError) {
+        case CURLPX_REPLY_CONNECTION_REFUSED:
+        case CURLPX_REPLY_GENERAL_SERVER_FAILURE:
+        case CURLPX_REPLY_HOST_UNREACHABLE:
+        case CURLPX_REPLY_NETWORK_UNREACHABLE:
+        case CURLPX_REPLY_TTL_EXPIRED:
+        case CURLPX_REQUEST_FAILED:
+            return true;
+        default:
+            return false;
+    }
+}
+
 /// Null where the proxy is not to blame.
 QString proxyWords(const QString& server, const TransferFailure& failure) {
     if (failure.code == CURLE_COULDNT_RESOLVE_PROXY)
@@ -53,7 +68,7 @@ QString proxyWords(const QString& server, const TransferFailure& failure) {
         return proxyLoginWords();
     QString unfit = u"Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
     QString broken = u"Máy chủ proxy đã ngắt kết nối. Vui lòng thử lại."_s;
-    if (failure.tunnelStatus == 502 || failure.tunnelStatus == 504)
+    if (failure.tunnelStatus == 502 || failure.tunnelStatus == 504 || socksFailed(failure.proxyError))
         return u"Máy chủ proxy không kết nối được tới %1. Vui lòng thử lại sau."_s.arg(server);
     if (failure.code == CURLE_PROXY || failure.tunnelStatus >= 300)
         return unfit;

@@ -20,6 +20,7 @@ struct TransferFailure {
     long verifyResult = 0;  ///< of the server's certificate, in OpenSSL's numbers
     long osError = 0;       ///< of the connection, 0 where it was none
     long tunnelStatus = 0;  ///< what a proxy answered to CONNECT, 0 where none was asked
+    long proxyError = 0;    ///< what a proxy of SOCKS answered, in libcurl's numbers
     bool usesProxy = false;
     bool usesSecureProxy = false;  ///< TLS to the proxy itself
     bool isProxysPart = false;     ///< all that has come, if anything, came from the proxy

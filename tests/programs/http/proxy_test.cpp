@@ -73,11 +73,18 @@ TEST_F(HttpProxyTest, what_is_wrong_with_the_proxy_is_not_the_servers_fault) {
         {answering({}), breaks, breaks},
         {[](Connection& peer) { peer.reset(); }, breaks, breaks},
         {answering("HTTP/1.1 407 Login\r\nContent-Length: 0\r\n\r\n"), login, login},
-        {answering("SSH-2.0-OpenSSH\r\n"), unfit, breaks},
+        {answering("SSH-2.0-OpenSSH\r\n"), unfit,
+            u"proxy"_s},  // by libcurl's version, it breaks or does not fit
         {answering("HTTP/1.1 503 No\r\nContent-Length: 0\r\n\r\n"), u"503"_s, unfit},
         {answering("HTTP/1.1 502 Bad\r\nContent-Length: 0\r\n\r\n"), u"502"_s,
             u"proxy không kết nối được tới model.test"_s},
         {waiting, server, silent},
+        {[](Connection& peer) {
+             (void)peer.readRequest();
+             peer.send("HTTP/1.1 407 Login\r\n\r\n and a page without an end");
+             peer.waitForEnd();
+         },
+            server, login},
         {[](Connection& peer) {
              (void)peer.readRequest();
              peer.send("HTTP/1.1 200 Connected\r\n\r\n");
@@ -101,6 +108,46 @@ TEST_F(HttpProxyTest, what_is_wrong_with_the_proxy_is_not_the_servers_fault) {
         EXPECT_TRUE(postBy(closed, url).contains(refuses));
         EXPECT_TRUE(postBy("http://no-such-host.invalid:1", url).contains(unknown));
     }
+}
+
+TEST_F(HttpProxyTest, a_proxy_of_socks_tells_what_it_did_not_reach_and_is_not_blamed_behind_it) {
+    const auto socks = [](char outcome) {
+        return [outcome](Connection& peer) {
+            peer.send(QByteArray("\5\0\5", 3) + outcome + QByteArray("\0\1\0\0\0\0\0\0", 8));
+            peer.waitForEnd();
+        };
+    };
+    const QString unreached = u"proxy không kết nối được tới model.test"_s;
+    const std::pair<Script, QString> cases[] = {
+        {socks(0), u"model.test không phản hồi"_s},
+        {socks(1), unreached},
+        {socks(4), unreached},
+        {socks(5), unreached},
+        {socks(2), u"Không thể kết nối qua máy chủ proxy"_s},
+        {[](Connection& peer) { peer.waitForEnd(); }, u"proxy không phản hồi"_s},
+    };
+    for (const auto& [script, words] : cases)
+        for (const QString& url : {model, secureModel}) {
+            RawServer proxy(script);
+            const QString told = postBy("socks5://127.0.0.1:" + QByteArray::number(proxy.port()), url);
+            EXPECT_TRUE(told.contains(words)) << told.toStdString() << ", not " << words.toStdString();
+        }
+}
+
+TEST_F(HttpProxyTest, of_several_the_first_that_is_reached_is_used) {
+    RawServer proxy(answering(reply("by proxy")));
+    QByteArray closed;
+    {
+        closed = addressOf(RawServer([](Connection&) {}));
+    }
+    qputenv("LD_LIBRARY_PATH", LISTED_PROXIES);
+    qputenv("LISTED_PROXIES", closed + ' ' + closed + ' ' + addressOf(proxy));
+    EXPECT_EQ(postBy({}, model), u"200 by proxy"_s);
+    qputenv("LISTED_PROXIES", closed + " direct://");
+    EXPECT_TRUE(postBy({}, model).contains(u"Không tìm thấy máy chủ model.test"_s)) << "not by a proxy";
+    qputenv("LISTED_PROXIES", closed + ' ' + closed);
+    EXPECT_TRUE(postBy({}, secureModel).contains(u"proxy từ chối kết nối"_s)) << "as of the last";
+    qunsetenv("LD_LIBRARY_PATH");
 }
 
 TEST_F(HttpProxyTest, a_script_that_never_comes_costs_a_request_its_time_and_holds_up_no_other) {

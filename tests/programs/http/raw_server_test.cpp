@@ -105,6 +105,7 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         {"round in circles", redirecting("303", "/v1"), tooManyRedirectionsWords(peer, entered)},
         {"round in circles with the text", redirecting("307", "/v1"),
             tooManyRedirectionsWords(peer, entered)},
+        {"to a part of the same page", redirecting("307", "#part"), tooManyRedirectionsWords(peer, entered)},
         {"elsewhere", redirecting("307", "http://127.0.0.1:1/v1"), refusedRedirectionWords(peer, entered)},
         {"by another scheme", redirecting("307", "file:///etc/passwd"),
             refusedRedirectionWords(peer, entered)},

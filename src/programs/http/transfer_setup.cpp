@@ -1,0 +1,117 @@
+// What libcurl is told of a transfer, and how it calls back.
+#include <cstdlib>
+#include <openssl/ssl.h>
+#include <sys/socket.h>
+#include <utility>
+
+#include "programs/http/transfer.h"
+
+namespace tralio {
+namespace {
+
+constexpr long mostConnecting = 5000;  // milliseconds, to a proxy that is not the last
+
+}  // namespace
+
+void Transfer::begin(QByteArrayList proxies, CURLSH* share) {
+    const QByteArray proxy = proxies.isEmpty() ? QByteArray() : proxies.takeFirst();
+    m_otherProxies = std::move(proxies);
+    m_handshakes = 0;
+    m_easy.reset(curl_easy_init());
+    m_headers.reset();
+    m_detail[0] = '\0';
+    m_madeBefore = FileDescriptor();
+    m_usesProxy = !proxy.isEmpty();
+    m_usesHttpProxy = proxy.startsWith("http");
+    m_usesSecureProxy = proxy.startsWith("https:");
+    m_headerBytes = 0;
+    m_hasStatusLine = m_isHeadWhole = m_hasSwitched = false;
+    m_location.clear();
+    m_isEncoded = false;
+    m_response = {};
+
+    CURL* easy = m_easy.get();
+    curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
+    // A name and a password in it would go along as a header that nobody has asked for.
+    curl_easy_setopt(easy, CURLOPT_URL, m_request.url.toEncoded(QUrl::RemoveUserInfo).constData());
+    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());  // none, when empty: the environment has no say
+    if (!m_otherProxies.isEmpty())
+        curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, mostConnecting);
+    curl_easy_setopt(easy, CURLOPT_NOPROXY, "");
+    curl_easy_setopt(easy, CURLOPT_SHARE, share);
+    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);  // who cancels does not wait for a name server
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_detail);
+    curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, 1L);
+    curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, 1L);
+    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    curl_easy_setopt(easy, CURLOPT_CAINFO, nullptr);
+    curl_easy_setopt(easy, CURLOPT_CAPATH, nullptr);
+    curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, &Transfer::beginHandshake);
+    curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, this);
+    curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    // Decoded if it comes compressed in spite of "identity", too.
+    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, m_inPieces ? "identity" : "");
+    curl_easy_setopt(easy, CURLOPT_USERAGENT, "Tralio");
+
+    curl_slist* headers = curl_slist_append(nullptr, "Expect:");  // the body goes along at once
+    for (const auto& [name, value] : m_request.headers) {
+        // libcurl's own form of a header without a value.
+        const QByteArray line = value.isEmpty() ? name + ';' : name + ": " + value;
+        headers = curl_slist_append(headers, line.constData());
+    }
+    m_headers.reset(headers);
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers);
+    if (m_body) {
+        curl_easy_setopt(easy, CURLOPT_POST, 1L);
+        curl_easy_setopt(easy, CURLOPT_POSTFIELDS, m_body->constData());
+        curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_body->size()));
+    }
+
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION,
+        static_cast<size_t (*)(char*, size_t, size_t, void*)>(&Transfer::takeHeader));
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION,
+        static_cast<size_t (*)(char*, size_t, size_t, void*)>(&Transfer::takeBody));
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Transfer::openSocket);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
+    curl_easy_setopt(easy, CURLOPT_SOCKOPTFUNCTION, &Transfer::configureSocket);
+    curl_easy_setopt(easy, CURLOPT_SOCKOPTDATA, this);
+}
+
+size_t Transfer::takeHeader(char* line, size_t size, size_t count, void* transfer) {
+    const QByteArray bytes(line, static_cast<qsizetype>(size * count));
+    return static_cast<Transfer*>(transfer)->takeHeader(bytes) ? size * count : 0;
+}
+
+size_t Transfer::takeBody(char* bytes, size_t size, size_t count, void* transfer) {
+    const QByteArray piece(bytes, static_cast<qsizetype>(size * count));
+    return static_cast<Transfer*>(transfer)->takeBody(piece) ? size * count : 0;
+}
+
+curl_socket_t Transfer::openSocket(void* transfer, curlsocktype /*purpose*/, curl_sockaddr* address) {
+    auto& self = *static_cast<Transfer*>(transfer);
+    self.m_isMadeBefore = self.m_madeBefore.isOpen();
+    return self.m_isMadeBefore ? self.m_madeBefore.release()
+                               : socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
+
+int Transfer::configureSocket(void* transfer, curl_socket_t socket, curlsocktype /*purpose*/) {
+    auto& self = *static_cast<Transfer*>(transfer);
+    self.m_movement.watch(socket);
+    return self.m_isMadeBefore ? CURL_SOCKOPT_ALREADY_CONNECTED : CURL_SOCKOPT_OK;
+}
+
+// The system's certificates one by one, as they are needed, and not the file of them all, which takes 30 ms
+// to read; and those that SSL_CERT_FILE names, as everywhere.
+CURLcode Transfer::beginHandshake(CURL* /*easy*/, void* context, void* transfer) {
+    ++static_cast<Transfer*>(transfer)->m_handshakes;
+    auto* trusted = static_cast<SSL_CTX*>(context);
+    const bool isDone = SSL_CTX_set_default_verify_dir(trusted) == 1 &&
+        (std::getenv("SSL_CERT_FILE") == nullptr || SSL_CTX_set_default_verify_file(trusted) == 1);
+    return isDone ? CURLE_OK : CURLE_SSL_CACERT_BADFILE;
+}
+
+}  // namespace tralio
