@@ -83,6 +83,10 @@ void AppDelegate::translateSelectionOnceFocused() {
 
 QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     debugLog(u"handleScreenOCRHotKey: triggered"_s);
+    if (m_needs.captures.isReading()) {
+        showPopover();  // which tells how far it is, and has the button that ends it
+        co_return;
+    }
     const QPointer<AppDelegate> self = this;  // the user may take all day
     std::optional<QString> text;
     bool failed = false;

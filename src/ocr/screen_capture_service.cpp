@@ -24,13 +24,17 @@ using namespace std::chrono_literals;
 /// Time for the popover to leave the screen before it is frozen for the user to draw on.
 constexpr auto delayBeforeCapture = 150ms;
 
+const QString namePrefix = u"tralio_snip_"_s;
+
 QString newFileName() {
-    return u"tralio_snip_"_s + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u".png"_s;
+    return namePrefix + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u".png"_s;
 }
 
 /// The picture, and what a tool that was killed has left of it under a name of its own.
 void removeFilesOf(const QString& path) {
     const QFileInfo picture(path);
+    if (!picture.fileName().startsWith(namePrefix))
+        return;  // of no name at all every file would be one of its own
     QDir folder = picture.dir();
     for (const QString& name : folder.entryList({picture.fileName() + u'*'}, QDir::Files))
         folder.remove(name);
@@ -41,18 +45,24 @@ void removeFilesOf(const QString& path) {
 ScreenCaptureService::ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder)
     : m_ocr(ocr), m_tool(tool), m_clock(clock), m_folder(std::move(folder)) {}
 
+ScreenCaptureService::~ScreenCaptureService() {
+    if (m_isCapturing)
+        removeFilesOf(m_picture);
+}
+
 QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndRecognize(
     Callback onBeforeCapture, Callback onAfterCapture, Callback onRecognition, std::stop_token stop,
     LinesRead linesRead) {
     if (std::exchange(m_isCapturing, true))
         co_return std::nullopt;
-    const QString path = QDir(m_folder).filePath(newFileName());
-    const auto tidyUp = qScopeGuard([this, &path] {
+    const QString path = m_picture = QDir(m_folder).filePath(newFileName());
+    m_isDrawing = true;
+    const auto tidyUp = qScopeGuard([self = QPointer(this), &path] {
         removeFilesOf(path);
-        m_isCapturing = false;
+        if (self)
+            self->m_isCapturing = false;
     });
 
-    m_isDrawing = true;
     if (onBeforeCapture)
         onBeforeCapture();
     m_ocr.prepare();

@@ -30,6 +30,8 @@ public:
 
     /// Pictures stand in `folder` for as long as they are needed.
     ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder = QDir::tempPath());
+    /// The picture of a capture under way goes with it.
+    ~ScreenCaptureService() override;
 
     /// The text of the region, or nothing when the user cancelled; at once nothing, without a callback, while
     /// another capture or its recognition is under way. The first two callbacks run once each, just before
@@ -38,6 +40,9 @@ public:
     [[nodiscard]] QCoro::Task<std::optional<QString>> captureInteractiveAndRecognize(
         Callback onBeforeCapture = {}, Callback onAfterCapture = {}, Callback onRecognition = {},
         std::stop_token stop = {}, LinesRead linesRead = {});
+
+    /// Whether what was drawn is being read; until that has ended, no other capture begins.
+    [[nodiscard]] bool isReading() const { return m_isCapturing && !m_isDrawing; }
 
     /// Runs `action` at once, or where the user is about to draw or draws, just after: on the screen that is
     /// drawn on nothing may open. Not once `context` has gone.
@@ -51,6 +56,7 @@ private:
     CaptureTool& m_tool;
     Clock& m_clock;
     QString m_folder;
+    QString m_picture;  ///< of the capture under way
     bool m_isCapturing = false;
     bool m_isDrawing = false;
     std::vector<std::pair<QPointer<QObject>, Callback>> m_waiting;

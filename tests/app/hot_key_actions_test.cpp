@@ -191,6 +191,9 @@ TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_rea
         EXPECT_TRUE(appState.isReadingCapture());
         EXPECT_FALSE(recognizer.stops.back().stop_requested());
         EXPECT_TRUE(popover.shown);
+        popover.performClose();
+        press(ocrHotKeyID);
+        EXPECT_TRUE(popover.shown) << "which tells how far the reading is";
     };
     press(ocrHotKeyID);
     desktop.clock.advance(150ms);

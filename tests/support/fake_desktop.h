@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QPromise>
+#include <qcorofuture.h>
+
 #include <map>
 #include <optional>
 #include <utility>
@@ -150,7 +153,11 @@ public:
         return read;
     }
     std::optional<QString> selectedString() override { return selected; }
-    QCoro::Task<Picture> picture() override { co_return Picture(shown); }  // which is moved from
+    QCoro::Task<Picture> picture() override {
+        if (const auto held = owner)
+            co_await held->future();
+        co_return Picture(shown);  // which is moved from
+    }
     bool isConcealed() override { return concealed; }
     void setString(const QString& text) override {
         own = text;
@@ -169,6 +176,7 @@ public:
     QString own;
     std::function<void()> onRead;  ///< just after the content was read
     Picture shown;
+    std::shared_ptr<QPromise<void>> owner;  ///< of the picture, if it needs time
     bool concealed = false;
 };
 

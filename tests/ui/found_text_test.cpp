@@ -109,6 +109,22 @@ TEST_F(FoundText, pasting_reads_a_picture_where_there_is_no_text) {
     }
 }
 
+TEST_F(FoundText, a_picture_whose_owner_needs_time_shows_as_on_its_way_and_gives_way_to_later_ones) {
+    desktop.pasteboard.shown = picture();
+    for (const auto& meanwhile : std::initializer_list<std::function<void()>>{
+             [this] { panel->handleDrop({{.fileURL = file(u"later.png"_s, {})}}); },
+             [this] { panel->cancel(); }, [] {}}) {
+        desktop.pasteboard.owner = std::make_shared<QPromise<void>>();
+        desktop.pasteboard.owner->start();
+        panel->pasteFromClipboard(AutoTranslate::no);
+        EXPECT_TRUE(panel->isOCROngoing());
+        meanwhile();
+        desktop.pasteboard.owner->finish();
+        ASSERT_TRUE(recognitionEnds());
+    }
+    EXPECT_THAT(recognizer.images, SizeIs(2)) << "what was dropped, and what nothing came between";
+}
+
 TEST_F(FoundText, a_picture_without_text_says_so_and_leaves_the_texts_alone) {
     panel->outputText = u"result"_s;
     panel->performOCR(picture(), AutoTranslate::yes);

@@ -35,9 +35,18 @@ void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
 
 QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
+    // Its owner may need some seconds: that something is on its way shows, and what is pasted or dropped
+    // later counts.
+    m_awaitedPicture.request_stop();
+    m_awaitedPicture = std::stop_source();
+    const std::stop_token stop = m_awaitedPicture.get_token();
+    isOCROngoing = ++m_recognitions > 0;
     auto reading = m_needs.pasteboard.picture();
     const Picture picture = co_await std::move(reading);
-    if (picture)
+    if (!m_mainState)
+        co_return;
+    isOCROngoing = --m_recognitions > 0;
+    if (picture && !stop.stop_requested())
         performOCR(picture, autoTranslate);
 }
 
@@ -66,6 +75,7 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
     // The error that stood before the first of several that are read at once, unless another was told since.
     if (m_recognitions == 0 || m_errors != m_errorsWhileReading)
         m_errorBeforeReading = errorMessage();
+    m_awaitedPicture.request_stop();
     const bool isFile = std::holds_alternative<QUrl>(image);
     showError(std::nullopt);
     m_errorsWhileReading = m_errors;

@@ -189,6 +189,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
 
 void TranslateState::cancel() {
     m_needs.appState.stopReading();
+    m_awaitedPicture.request_stop();
     m_currentTask.request_stop();
     isTranslating = false;
 }

@@ -140,6 +140,7 @@ private:
     qint64 m_errorsWhileReading = 0;  ///< as it stood when the last reading began
     std::optional<QString> m_errorBeforeReading;
     QPointer<QObject> m_mainState;  ///< whoever owns the input, the settings and the history
+    std::stop_source m_awaitedPicture{std::nostopstate};  ///< from the clipboard's owner
     std::stop_source m_currentTask{std::nostopstate};
 };
 

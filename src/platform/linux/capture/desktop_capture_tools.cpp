@@ -33,6 +33,8 @@ QCoro::Task<qint32> GrimCapture::run(QString outputPath) {
         co_return drawn.status;
     const QStringList arguments{u"-g"_s, QString::fromUtf8(drawn.output).trimmed(), outputPath};
     const ProgramResult picture = co_await runProgram(grim, arguments, whileItDraws);
+    if (picture.status != 0)
+        debugLog(u"GrimCapture: grim ended with status %1"_s.arg(picture.status));
     co_return picture.status;
 }
 
@@ -44,6 +46,8 @@ QCoro::Task<qint32> SpectacleCapture::run(QString outputPath) {
     // In the background and without a notification, a region, to a file.
     const QStringList arguments{u"-b"_s, u"-n"_s, u"-r"_s, u"-o"_s, outputPath};
     const ProgramResult picture = co_await runProgram(spectacle, arguments, whileTheUserDraws);
+    if (picture.status != 0)
+        debugLog(u"SpectacleCapture: spectacle ended with status %1"_s.arg(picture.status));
     co_return picture.status;
 }
 

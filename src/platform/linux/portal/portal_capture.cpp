@@ -60,7 +60,10 @@ QCoro::Task<qint32> PortalCapture::run(QString outputPath) {
         co_return notTaken;
     const QUrl picture = answer.results.value(u"uri"_s).toUrl();
     auto taking = inBackground([picture, begun, outputPath] { return take(picture, begun, outputPath); });
-    co_return co_await std::move(taking) ? taken : notTaken;
+    const bool isTaken = co_await std::move(taking);
+    if (!isTaken)
+        debugLog(u"PortalCapture: the desktop's picture cannot be taken over"_s);
+    co_return isTaken ? taken : notTaken;
 }
 
 }  // namespace tralio
