@@ -41,10 +41,6 @@ void RawServer::Connection::send(const QByteArray& bytes) const {
     }
 }
 
-void RawServer::Connection::wait(std::chrono::milliseconds time) const {
-    std::this_thread::sleep_for(time);
-}
-
 void RawServer::Connection::reset() const {
     const linger now{1, 0};
     setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &now, sizeof(now));
@@ -54,13 +50,6 @@ void RawServer::Connection::waitForEnd() const {
     char bytes[1 << 12];
     while (recv(m_socket, bytes, sizeof(bytes), 0) > 0) {
     }
-}
-
-bool RawServer::Connection::waitForConnections(int count) const {
-    using namespace std::chrono_literals;
-    for (int i = 0; i < 500 && m_server.m_connections < count; ++i)
-        std::this_thread::sleep_for(10ms);
-    return m_server.m_connections >= count;
 }
 
 RawServer::RawServer(Script script)

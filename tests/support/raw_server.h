@@ -20,13 +20,11 @@ public:
         /// A whole request, its body included; empty when the peer has gone.
         QByteArray readRequest();
         void send(const QByteArray& bytes) const;
-        void wait(std::chrono::milliseconds time) const;
+        void wait(std::chrono::milliseconds time) const { std::this_thread::sleep_for(time); }
         /// Ends with a reset instead of an ordinary end.
         void reset() const;
         /// Until the peer ends the connection.
         void waitForEnd() const;
-        /// Whether `count` connections have come within some seconds.
-        [[nodiscard]] bool waitForConnections(int count) const;
 
     private:
         friend class RawServer;
