@@ -1,5 +1,4 @@
-#include "desktop/program_run.h"
-#include "desktop/x11_fixture.h"
+#include "desktop/fixtures.h"
 #include "hotkeys/hot_key_platform.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 #include "state/sqlite_key_value_store.h"
@@ -47,10 +46,7 @@ TEST_F(HotKey, that_is_held_types_nothing_into_the_application_though_another_pr
 
 TEST_F(HotKey, on_the_key_that_copies_lets_the_copy_pass_while_it_is_held_and_types_nothing) {
     start({KeyCode::c, Modifier::option});
-    QProcessEnvironment mute = desktop.environment();
-    mute.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
-    desktop.startIn(mute, QStringLiteral(SELECTION_PROBE), {u"marked text"_s});
-    ASSERT_FALSE(desktop.bringToFront(u"selection-probe"_s).isEmpty());
+    desktop.startSilentProbe(u"marked text"_s);
 
     desktop.hold({u"alt"_s, u"c"_s});
     EXPECT_TRUE(program->isAsked(u"marked text"_s));

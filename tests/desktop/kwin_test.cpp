@@ -1,13 +1,111 @@
-#include <algorithm>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QStandardPaths>
 
-#include "desktop/kwin_desktop.h"
+#include <algorithm>
+#include <stdexcept>
+
 #include "desktop/program_run.h"
+#include "desktop/test_session.h"
 #include "platform/linux/atspi/atspi_element.h"
+#include "support/bus_configuration.h"
 #include "support/ordinary_user.h"
 #include "support/testing.h"
 
 namespace tralio {
 namespace {
+
+/// A session of KDE's window manager without a screen, with the desktop portal and KDE's backend of it. No
+/// key can be pressed here; its daemon of shortcuts is told that one was. The compositor and the portal are
+/// an ordinary user's.
+class KwinDesktop final : public TestSession {
+public:
+    KwinDesktop() {
+        setVariable(u"XDG_CURRENT_DESKTOP"_s, u"KDE"_s);
+        installProgram();
+        startBus();
+        startCompositor();
+        setVariable(u"WAYLAND_DISPLAY"_s, m_socket);
+        // For what the bus starts, whose own environment is older than the compositor.
+        run(u"dbus-update-activation-environment"_s, {u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM=wayland"_s});
+        // The compositor calls the portal too: that would start it before there is a display for its
+        // backend, without which the portal then stays.
+        offerServices(home(),
+            {u"org.freedesktop.portal.Desktop"_s, u"org.freedesktop.impl.portal.PermissionStore"_s,
+                m_backend});
+    }
+
+    /// The shortcuts that this program has with the desktop.
+    [[nodiscard]] QString shortcuts() const {
+        return callOnBus(m_accelerators, component(), u"org.kde.kglobalaccel.Component.shortcutNames"_s);
+    }
+    void pressTextHotKey() const override {
+        callOnBus(m_accelerators, component(), u"org.kde.kglobalaccel.Component.invokeShortcut"_s,
+            {u"translate-selection.LOGO+SHIFT+d"_s});
+    }
+    /// Ends KDE's backend of the portal, as a crash would.
+    void endPortalBackend() const {
+        // "(uint32 1234,)"
+        const QString process = callOnBus(u"org.freedesktop.DBus"_s, u"/"_s,
+            u"org.freedesktop.DBus.GetConnectionUnixProcessID"_s, {m_backend});
+        run(u"kill"_s, {process.section(u' ', 1).chopped(2)});
+    }
+
+    /// Whether a window of this title is open.
+    [[nodiscard]] bool hasWindow(const QString& title) const {
+        return askForWindows(u"Match"_s, {title}).contains(title);
+    }
+    void bringToFront(const QString& title) const {
+        // "([('0_{…}', …": what to do, and with which window.
+        const QString match = askForWindows(u"Match"_s, {title}).section(u'\'', 1, 1);
+        askForWindows(u"Run"_s, {match, QString()});
+    }
+
+private:
+    /// As the package does it: KDE knows programs by their desktop files.
+    void installProgram() {
+        QFile file(QStringLiteral(TRALIO_SHARE "/org.tralio.Tralio.desktop"));
+        if (!file.open(QIODevice::ReadOnly))
+            throw std::runtime_error("the program has no desktop file");
+        write(u".local/share/applications/org.tralio.Tralio.desktop"_s, QString::fromUtf8(file.readAll()));
+        // A file whose program is not found counts for nothing.
+        setVariable(u"PATH"_s,
+            QFileInfo(QStringLiteral(TRALIO_PROGRAM)).path() + u':' + environment().value(u"PATH"_s));
+    }
+    void startCompositor() {
+        setVariable(u"KWIN_COMPOSE"_s, u"Q"_s);  // no GL: slow without a graphics card
+        // The installed file has a capability, which an ordinary user's sandbox refuses; a copy has none.
+        const QString ours = home() + u"/kwin_wayland"_s;
+        QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), ours);
+        start(ours,
+            {u"--virtual"_s, u"--width"_s, u"1280"_s, u"--height"_s, u"1024"_s, u"--socket"_s, m_socket,
+                u"--no-lockscreen"_s});
+        const auto runs = [this] {
+            return QFile::exists(home() + u"/runtime/"_s + m_socket) &&
+                !callOnBus(m_accelerators, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel.allComponents"_s)
+                     .isEmpty();
+        };
+        if (!waitUntil(runs, 30))
+            throw std::runtime_error("kwin_wayland does not start");
+    }
+    /// What has this program's shortcuts there; empty where nothing has.
+    [[nodiscard]] QString component() const {
+        // By the application's id; where the portal knows none, by the token of our session with it.
+        static const QRegularExpression ours(u"/component/(org_tralio_Tralio|(token_)?tralio)\\b"_s);
+        return ours
+            .match(callOnBus(m_accelerators, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel.allComponents"_s))
+            .captured();
+    }
+    /// Asks the search for windows of the desktop.
+    QString askForWindows(const QString& method, const QStringList& arguments) const {
+        return callOnBus(u"org.kde.KWin"_s, u"/WindowsRunner"_s, u"org.kde.krunner1."_s + method, arguments);
+    }
+
+    const QString m_socket = u"wayland-tralio"_s;
+    const QString m_backend = u"org.freedesktop.impl.portal.desktop.kde"_s;
+    const QString m_accelerators = u"org.kde.kglobalaccel"_s;
+};
 
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;

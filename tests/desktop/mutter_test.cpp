@@ -1,13 +1,74 @@
-#include <linux/input-event-codes.h>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusReply>
+#include <QFile>
 
-#include "desktop/mutter_desktop.h"
+#include <linux/input-event-codes.h>
+#include <stdexcept>
+
 #include "desktop/program_run.h"
+#include "desktop/test_session.h"
 #include "platform/linux/atspi/atspi_front.h"
 #include "support/ordinary_user.h"
 #include "support/testing.h"
 
 namespace tralio {
 namespace {
+
+/// A session of GNOME's compositor without a screen and without Xwayland, with a keyboard of the test's own.
+/// It gives programs no data control, and tells nobody of other programs' windows. A hot key is a call on the
+/// bus, as its users bind them. The compositor is an ordinary user's.
+class MutterDesktop final : public TestSession {
+public:
+    MutterDesktop() {
+        setVariable(u"XDG_CURRENT_DESKTOP"_s, u"GNOME"_s);
+        startBus();
+        const QString socket = u"wayland-tralio"_s;
+        start(u"mutter"_s,
+            {u"--headless"_s, u"--wayland"_s, u"--no-x11"_s, u"--virtual-monitor"_s, u"1280x1024"_s,
+                u"--wayland-display"_s, socket});
+        if (!waitUntil([&] { return QFile::exists(home() + u"/runtime/"_s + socket); }))
+            throw std::runtime_error("mutter does not start");
+        setVariable(u"WAYLAND_DISPLAY"_s, socket);
+        startRemoteInput();
+    }
+
+    void pressTextHotKey() const override {
+        callOnBus(u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio.TranslateSelection"_s);
+    }
+    /// Presses keys, by evdev code, in their order, and lets them go.
+    void press(const std::vector<quint32>& keys) const {
+        for (const quint32 key : keys)
+            input(u"NotifyKeyboardKeycode"_s, {key, true});
+        for (auto key = keys.rbegin(); key != keys.rend(); ++key)
+            input(u"NotifyKeyboardKeycode"_s, {*key, false});
+    }
+
+private:
+    void startRemoteInput() {
+        const bool started = waitUntil([this] {
+            const QDBusReply<QDBusObjectPath> session =
+                QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+                    m_service, u"/org/gnome/Mutter/RemoteDesktop"_s, m_service, u"CreateSession"_s));
+            m_remote = session.value().path();
+            return session.isValid();
+        });
+        if (!started)
+            throw std::runtime_error("mutter takes no remote input");
+        input(u"Start"_s, {});
+    }
+    void input(const QString& method, const QVariantList& arguments) const {
+        auto call = QDBusMessage::createMethodCall(m_service, m_remote, m_service + u".Session"_s, method);
+        call.setArguments(arguments);
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+        if (reply.type() == QDBusMessage::ErrorMessage)
+            throw std::runtime_error(reply.errorMessage().toStdString());
+    }
+
+    const QString m_service = u"org.gnome.Mutter.RemoteDesktop"_s;
+    QString m_remote;  ///< the session of remote input, an object of the compositor's
+};
 
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;

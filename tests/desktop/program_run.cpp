@@ -11,11 +11,7 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 constexpr int answerLimit = 1000;  // milliseconds
-
-const auto popoverWindows = u"search --onlyvisible --name ^Tralio$"_s;
 
 /// The first shown object at or below `object` with a name that is wanted.
 AtspiReference findByName(const AtspiReference& object, const std::function<bool(const QString&)>& isWanted,
@@ -45,17 +41,9 @@ ProgramRun::ProgramRun(TestSession& desktop, Start start) : m_desktop(desktop) {
         throw std::runtime_error("tralio does not start");
 }
 
-bool ProgramRun::isPopoverShown() const {
-    return !m_desktop.xdotool(popoverWindows).isEmpty();
-}
-
 bool ProgramRun::isPopoverInFront() const {
     // Some time after it has closed the window manager still names it.
     return isPopoverShown() && m_desktop.xdotool(u"getactivewindow getwindowname"_s) == u"Tralio";
-}
-
-bool ProgramRun::closes(int seconds) const {
-    return waitUntil([this] { return !isPopoverShown(); }, seconds);
 }
 
 bool ProgramRun::isAsked(const QString& text) const {
@@ -158,11 +146,6 @@ bool ProgramRun::clickTrayIcon(int button) const {
     return rests;
 }
 
-void ProgramRun::callOnBus(const QString& method, const QStringList& texts) const {
-    m_desktop.callOnBus(
-        u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio."_s + method, texts);
-}
-
 QString ProgramRun::translateSelection() {
     const qsizetype before = m_standIn.requests().size();
     m_desktop.pressTextHotKey();
@@ -176,16 +159,6 @@ bool ProgramRun::translatesNothing() {
         return false;
     // A text that was fetched is asked for 0.13 s after that.
     return !waitUntil([&] { return m_standIn.requests().size() > before; }, 1) && closePopover();
-}
-
-bool ProgramRun::openByHotKey() const {
-    m_desktop.pressTextHotKey();
-    return comesToFront();
-}
-
-bool ProgramRun::closePopover() const {
-    m_desktop.xdotool(u"key Escape"_s);
-    return closes();
 }
 
 }  // namespace tralio

@@ -22,14 +22,16 @@ public:
     [[nodiscard]] bool isRunning() const { return m_process->state() == QProcess::Running; }
 
     /// Whether the popover is on the screen.
-    [[nodiscard]] bool isPopoverShown() const;
+    [[nodiscard]] bool isPopoverShown() const { return !m_desktop.xdotool(popoverWindows).isEmpty(); }
     /// Whether it also has the keyboard.
     [[nodiscard]] bool isPopoverInFront() const;
     /// Whether it comes to have the keyboard, or is gone within this time.
     [[nodiscard]] bool comesToFront() const {
         return waitUntil([this] { return isPopoverInFront(); });
     }
-    [[nodiscard]] bool closes(int seconds = 15) const;
+    [[nodiscard]] bool closes(int seconds = 15) const {
+        return waitUntil([this] { return !isPopoverShown(); }, seconds);
+    }
     /// The window of the icon in the tray; empty while there is none.
     [[nodiscard]] QString trayIcon() const;
     /// Where the popover is on the screen.
@@ -55,7 +57,10 @@ public:
     [[nodiscard]] bool clickTrayIcon(int button = 1) const;
 
     /// Calls a method of the program's object on the session bus with texts.
-    void callOnBus(const QString& method, const QStringList& texts = {}) const;
+    void callOnBus(const QString& method, const QStringList& texts = {}) const {
+        m_desktop.callOnBus(
+            u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio."_s + method, texts);
+    }
 
     /// Presses the text hot key and waits for the request that comes of it; the text that arrived at the
     /// stand-in, or a null text when none came.
@@ -68,10 +73,16 @@ public:
     [[nodiscard]] bool translatesNothing();
 
     /// Presses the text hot key and waits until the popover has the keyboard; whether it comes.
-    [[nodiscard]] bool openByHotKey() const;
+    [[nodiscard]] bool openByHotKey() const {
+        m_desktop.pressTextHotKey();
+        return comesToFront();
+    }
 
     /// Closes the popover, so that the application before it has the keyboard again; whether it closes.
-    [[nodiscard]] bool closePopover() const;
+    [[nodiscard]] bool closePopover() const {
+        m_desktop.xdotool(u"key Escape"_s);
+        return closes();
+    }
 
 private:
     /// Null until the program has joined the accessibility bus.
@@ -81,6 +92,8 @@ private:
     [[nodiscard]] QRect areaOf(const QString& beginning) const;
     [[nodiscard]] AtspiReference find(
         const std::function<bool(const QString&)>& isWanted, const TimeBudget& budget) const;
+
+    static inline const auto popoverWindows = u"search --onlyvisible --name ^Tralio$"_s;
 
     TestSession& m_desktop;
     StandInModel m_standIn;

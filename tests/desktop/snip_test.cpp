@@ -70,33 +70,46 @@ struct RegionPicker : testing::Test {
             return -1;
         return picker.exitStatus() == QProcess::NormalExit ? picker.exitCode() : -1;
     }
+    /// Draws from one pixel to another, and gives the part of the page that is then in the file.
+    QRect taken(const QPoint& from, const QPoint& to) {
+        desktop.drag(from, to);
+        EXPECT_EQ(finish(), 0);
+        const QImage picture(path);
+        QFile::remove(path);
+        ratio = picture.text(u"DevicePixelRatio"_s);
+        return partOfPage(picture);
+    }
     [[nodiscard]] bool hasFile() const { return QFileInfo::exists(path); }
+
+    QString ratio;  ///< of the picture that was taken last
 };
 
 TEST_F(RegionPicker, takes_exactly_the_pixels_that_were_drawn_over_at_every_scale) {
     for (const QString& scale : {u"1"_s, u"1.5"_s, u"2"_s}) {
         open({u"QT_SCALE_FACTOR="_s + scale});
-        desktop.drag({101, 203}, {700, 502});
-        ASSERT_EQ(finish(), 0);
-        const QImage picture(path);
-        EXPECT_EQ(partOfPage(picture), QRect(101, 203, 600, 300)) << scale.toStdString();
-        EXPECT_EQ(picture.text(u"DevicePixelRatio"_s), scale);
-        QFile::remove(path);
+        EXPECT_EQ(taken({101, 203}, {700, 502}), QRect(101, 203, 600, 300)) << scale.toStdString();
+        EXPECT_EQ(ratio, scale);
     }
     open();
-    desktop.drag({1279, 1023}, {0, 0});
-    ASSERT_EQ(finish(), 0);
-    EXPECT_EQ(partOfPage(QImage(path)), QRect(QPoint(), screenSize));
+    EXPECT_EQ(taken({1279, 1023}, {0, 0}), QRect(QPoint(), screenSize));
+
+    // Two monitors of different scale.
+    desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"left"_s, u"640/170x1024/270+0+0"_s, u"screen"_s});
+    desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"right"_s, u"640/170x1024/270+640+0"_s, u"none"_s});
+    for (const auto& [left, expected] :
+        {std::pair(100, u"1"_s), {700, u"2"_s}, {600, u"2"_s}, {400, u"1"_s}}) {
+        open({u"QT_SCREEN_SCALE_FACTORS=left=1;right=2"_s});
+        const QRect drawn(left, 100, 300, 200);
+        EXPECT_EQ(taken(drawn.topLeft(), drawn.bottomRight()), drawn);
+        EXPECT_EQ(ratio, expected) << left;
+    }
 }
 
 TEST_F(RegionPicker, misses_no_button_that_is_released_right_after_a_motion) {
     for (int time = 0; time < 60; ++time) {
         const QRect drawn(20 + time, 30, 400, 300 - time);
         open();
-        desktop.drag(drawn.topLeft(), drawn.bottomRight());
-        ASSERT_EQ(finish(), 0) << time;
-        ASSERT_EQ(partOfPage(QImage(path)), drawn);
-        QFile::remove(path);
+        ASSERT_EQ(taken(drawn.topLeft(), drawn.bottomRight()), drawn);
     }
 }
 
@@ -148,9 +161,7 @@ TEST_F(RegionPicker, keeps_what_was_on_the_screen_when_it_opened) {
     open();
     desktop.start(u"xterm"_s, {u"-geometry"_s, u"80x40+0+0"_s});
     ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"xterm"_s); }));
-    desktop.drag({50, 50}, {249, 149});
-    ASSERT_EQ(finish(), 0);
-    EXPECT_EQ(partOfPage(QImage(path)), QRect(50, 50, 200, 100));
+    EXPECT_EQ(taken({50, 50}, {249, 149}), QRect(50, 50, 200, 100));
 }
 
 TEST_F(RegionPicker, leaves_no_file_when_cancelled) {
@@ -168,8 +179,7 @@ TEST_F(RegionPicker, leaves_no_file_when_cancelled) {
 }
 
 TEST_F(RegionPicker, is_served_by_the_keyboard_alone_and_keeps_the_keys_to_itself) {
-    desktop.start(u"xterm"_s, {u"-geometry"_s, u"20x5+900+700"_s});
-    ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
+    desktop.startInFront(u"xterm"_s, u"xterm"_s, {u"-geometry"_s, u"20x5+900+700"_s});
     desktop.xdotool(u"mousemove 400 300"_s);
     open();
     desktop.type(u"touch typed\n"_s);  // the Return at its end brings the rectangle
@@ -181,24 +191,6 @@ TEST_F(RegionPicker, is_served_by_the_keyboard_alone_and_keeps_the_keys_to_itsel
     desktop.type(u"touch after\n"_s);  // the keys are the terminal's again
     EXPECT_TRUE(waitUntil([&] { return QFileInfo::exists(desktop.home() + u"/after"_s); }));
     EXPECT_FALSE(QFileInfo::exists(desktop.home() + u"/typed"_s));
-}
-
-TEST_F(RegionPicker, works_across_monitors_of_different_scale) {
-    desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"left"_s, u"640/170x1024/270+0+0"_s, u"screen"_s});
-    desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"right"_s, u"640/170x1024/270+640+0"_s, u"none"_s});
-    struct Case {
-        QRect drawn;
-        QString ratio;
-    };
-    const Case cases[] = {{{100, 100, 300, 200}, u"1"_s}, {{700, 100, 300, 200}, u"2"_s},
-        {{600, 100, 300, 200}, u"2"_s}, {{400, 100, 300, 200}, u"1"_s}};
-    for (const Case& given : cases) {
-        open({u"QT_SCREEN_SCALE_FACTORS=left=1;right=2"_s});
-        desktop.drag(given.drawn.topLeft(), given.drawn.bottomRight());
-        ASSERT_EQ(finish(), 0);
-        EXPECT_EQ(partOfPage(QImage(path)), given.drawn);
-        EXPECT_EQ(QImage(path).text(u"DevicePixelRatio"_s), given.ratio);
-    }
 }
 
 TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
@@ -222,18 +214,14 @@ TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
 }
 
 TEST_F(RegionPicker, says_what_is_wrong_before_the_user_draws) {
-    struct Case {
-        QString output;
-        QStringList settings;
-    };
-    const Case cases[] = {
+    const std::pair<QString, QStringList> cases[] = {
         {desktop.home() + u"/none/picture.png"_s, {}},
         {desktop.home(), {}},
         {path, {u"DISPLAY=:4711"_s}},
         {path, {u"XDG_SESSION_TYPE=wayland"_s}},
     };
-    for (const Case& given : cases) {
-        start(given.output, given.settings);
+    for (const auto& [output, settings] : cases) {
+        start(output, settings);
         EXPECT_GT(finish(), 0);
         const QByteArray said = picker.readAllStandardError();
         EXPECT_TRUE(said.startsWith("tralio-snip: ")) << said.constData();

@@ -17,35 +17,27 @@ namespace {
 
 /// A session with a sound server that plays into nothing, at the speed of real sound, and with a speech
 /// daemon of its own as soon as one is asked for.
-class SpeechSession final {
+class SpeechSession final : public TestSession {
 public:
     SpeechSession() {
         // The daemon gets this process's environment, and its programs can be told by the folder's name.
-        qputenv("HOME", m_home.path().toUtf8());
-        const QString runtime = m_home.filePath(u"run"_s);
-        QDir().mkpath(runtime);
-        QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
-        writeFile(m_home.filePath(u".config/speech-dispatcher/modules/espeak-ng.conf"_s),
-            contentOf(u"/etc/speech-dispatcher/modules/espeak-ng.conf"_s));
-        writeFile(m_home.filePath(u".config/speech-dispatcher/speechd.conf"_s),
-            "AddModule \"espeak-ng\" \"sd_espeak-ng\" \"espeak-ng.conf\"\n"
-            "DefaultModule espeak-ng\n");
-
-        m_sound.setStandardErrorFile(QProcess::nullDevice());
-        m_sound.start(u"pulseaudio"_s,
+        for (const char* own : {"HOME", "XDG_RUNTIME_DIR"})
+            qputenv(own, environment().value(QString::fromLatin1(own)).toUtf8());
+        write(u".config/speech-dispatcher/modules/espeak-ng.conf"_s,
+            QString::fromUtf8(contentOf(u"/etc/speech-dispatcher/modules/espeak-ng.conf"_s)));
+        write(u".config/speech-dispatcher/speechd.conf"_s,
+            u"AddModule \"espeak-ng\" \"sd_espeak-ng\" \"espeak-ng.conf\"\nDefaultModule espeak-ng\n"_s);
+        start(u"pulseaudio"_s,
             {u"-n"_s, u"-F"_s, u"/dev/null"_s, u"--daemonize=no"_s, u"--exit-idle-time=-1"_s,
                 u"--load=module-null-sink"_s, u"--load=module-native-protocol-unix"_s});
-        if (!waitUntil([&] { return QFile::exists(runtime + u"/pulse/native"_s); }))
+        if (!waitUntil([this] { return QFile::exists(home() + u"/runtime/pulse/native"_s); }))
             throw std::runtime_error("pulseaudio does not start");
     }
-
-    ~SpeechSession() {
+    ~SpeechSession() override {
         for (const qint32 process : processes({}))
             kill(process, SIGKILL);
-        m_sound.kill();
-        m_sound.waitForFinished();
     }
+    void pressTextHotKey() const override {}  // there are no keys
 
     /// Sends a signal to the session's processes of a program, or with a file; whether there was one.
     [[nodiscard]] bool signal(const QByteArray& argument, int number) const {
@@ -61,14 +53,11 @@ private:
         QList<qint32> found;
         for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
             const QByteArray line = contentOf(u"/proc/"_s + name + u"/cmdline"_s);
-            if (name.toInt() != 0 && line.contains(m_home.path().toUtf8()) && line.contains(argument + '\0'))
+            if (name.toInt() != 0 && line.contains(home().toUtf8()) && line.contains(argument + '\0'))
                 found << name.toInt();
         }
         return found;
     }
-
-    QTemporaryDir m_home;
-    QProcess m_sound;
 };
 
 class RealSpeech : public testing::Test {

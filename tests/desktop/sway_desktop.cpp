@@ -1,17 +1,19 @@
 #include "desktop/sway_desktop.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 
 #include <linux/input-event-codes.h>
 #include <stdexcept>
+#include <wayland-client-protocol.h>
 
+#include "platform/linux/wayland/virtual_keyboard.h"
+#include "platform/linux/wayland/wayland_proxy.h"
 #include "support/files.h"
 
 namespace tralio {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 constexpr QSize screen(1280, 1024);
 
@@ -25,14 +27,68 @@ bindsym Mod4+Shift+s exec gdbus call --session --dest org.tralio.Tralio --object
 exec echo $WAYLAND_DISPLAY $SWAYSOCK $DISPLAY > %2.new && mv %2.new %2
 )";
 
-/// Of a window or a screen.
-QRect areaOf(const QJsonObject& node) {
-    const QJsonObject area = node.value(QLatin1String("rect")).toObject();
-    return {area.value(QLatin1String("x")).toInt(), area.value(QLatin1String("y")).toInt(),
-        area.value(QLatin1String("width")).toInt(), area.value(QLatin1String("height")).toInt()};
-}
+// As much of the protocol as is used, as libwayland wants it described.
+extern const wl_interface pointerInterface;
+const wl_interface* noTypes[5] = {};
+const wl_interface* createTypes[] = {&wl_seat_interface, &pointerInterface};
+
+const wl_message pointerRequests[] = {{"motion", "uff", noTypes}, {"motion_absolute", "uuuuu", noTypes},
+    {"button", "uuu", noTypes}, {"axis", "uuf", noTypes}, {"frame", "", noTypes},
+    {"axis_source", "u", noTypes}, {"axis_stop", "uu", noTypes}, {"axis_discrete", "uufi", noTypes},
+    {"destroy", "", noTypes}};
+constexpr quint32 motionAbsolute = 1;
+constexpr quint32 button = 2;
+constexpr quint32 frameRequest = 4;
+constexpr quint32 destroyPointer = 8;
+
+const wl_interface pointerInterface{"zwlr_virtual_pointer_v1", 1, 9, pointerRequests, 0, nullptr};
+
+const wl_message managerRequests[] = {
+    {"create_virtual_pointer", "?on", createTypes}, {"destroy", "", noTypes}};
+const wl_interface managerInterface{"zwlr_virtual_pointer_manager_v1", 1, 2, managerRequests, 0, nullptr};
 
 }  // namespace
+
+/// A pointer of a test's own, by the wlr-virtual-pointer protocol, for a screen of this size.
+class SwayDesktop::Pointer final {
+public:
+    explicit Pointer(WaylandConnection& connection) : m_connection(connection) {
+        const auto seat = connection.bind(wl_seat_interface, 1);
+        const auto manager = connection.bind(managerInterface, 1);
+        if (!seat || !manager)
+            throw std::runtime_error("the compositor gives no virtual pointer");
+        constexpr void* newObject = nullptr;
+        m_object = makeObject(manager.get(), 0, pointerInterface, seat.get(), newObject);
+        m_time.start();
+        m_connection.flush();
+    }
+    Pointer(const Pointer&) = delete;
+    Pointer& operator=(const Pointer&) = delete;
+    ~Pointer() {
+        destroyObject(std::move(m_object), destroyPointer);
+        m_connection.flush();
+    }
+
+    void move(const QPoint& place) {
+        send(motionAbsolute, static_cast<quint32>(place.x()), static_cast<quint32>(place.y()),
+            static_cast<quint32>(screen.width()), static_cast<quint32>(screen.height()));
+    }
+    void setButton(bool down) { send(button, quint32{BTN_LEFT}, quint32{down}); }
+
+private:
+    template <typename... Arguments>
+    void send(quint32 request, Arguments... arguments) {
+        sendRequest(m_object.get(), request, static_cast<quint32>(m_time.elapsed()), arguments...);
+        sendRequest(m_object.get(), frameRequest);
+        m_connection.sync(QDeadlineTimer(1000));
+    }
+
+    WaylandConnection& m_connection;
+    WaylandObject m_object;
+    QElapsedTimer m_time;
+};
+
+SwayDesktop::~SwayDesktop() = default;
 
 SwayDesktop::SwayDesktop(Xwayland xwayland, const SessionSettings& settings) {
     startBus();
@@ -41,7 +97,7 @@ SwayDesktop::SwayDesktop(Xwayland xwayland, const SessionSettings& settings) {
     m_keyboard = m_connection ? VirtualKeyboard::open(*m_connection) : nullptr;
     if (!m_keyboard)
         throw std::runtime_error("the compositor gives no virtual keyboard");
-    m_pointer = std::make_unique<VirtualPointer>(*m_connection, screen);
+    m_pointer = std::make_unique<Pointer>(*m_connection);
 }
 
 void SwayDesktop::startCompositor(Xwayland xwayland, const SessionSettings& settings) {
@@ -67,19 +123,15 @@ void SwayDesktop::startCompositor(Xwayland xwayland, const SessionSettings& sett
     qputenv("XDG_RUNTIME_DIR", environment().value(u"XDG_RUNTIME_DIR"_s).toUtf8());
 }
 
-void SwayDesktop::pressTextHotKey() const {
-    press({KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_D});
-}
-
-void SwayDesktop::pressCaptureHotKey() const {
-    press({KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_S});
-}
-
 void SwayDesktop::press(const std::vector<quint32>& keys) const {
     for (const quint32 key : keys)
         m_keyboard->setKey(key, true);
     for (auto key = keys.rbegin(); key != keys.rend(); ++key)
         m_keyboard->setKey(*key, false);
+}
+
+void SwayDesktop::movePointer(const QPoint& place) {
+    m_pointer->move(place);
 }
 
 void SwayDesktop::click(const QPoint& place) {
@@ -113,30 +165,23 @@ QJsonObject SwayDesktop::windowWith(const char* key, const QJsonValue& value) co
 bool SwayDesktop::bringToFront(const QString& applicationId) const {
     return waitUntil([&] {
         const QJsonObject window = windowWith("app_id", applicationId);
-        if (!window.isEmpty() && !window.value(QLatin1String("focused")).toBool())
+        if (!window.isEmpty() && !window[u"focused"_s].toBool())
             run(u"swaymsg"_s, {u"[app_id=\"%1\"] focus"_s.arg(applicationId)});
-        return window.value(QLatin1String("focused")).toBool();
+        return window[u"focused"_s].toBool();
     });
 }
 
-QRect SwayDesktop::windowArea(const QString& title) const {
-    return areaOf(windowWith("name", title));
+QRect SwayDesktop::areaOf(const QJsonObject& node) {
+    const QJsonValue area = node[u"rect"_s];
+    return {area[u"x"_s].toInt(), area[u"y"_s].toInt(), area[u"width"_s].toInt(), area[u"height"_s].toInt()};
 }
 
 QRect SwayDesktop::outputArea(const QString& name) const {
     const auto outputs = QJsonDocument::fromJson(run(u"swaymsg"_s, {u"-t"_s, u"get_outputs"_s}).toUtf8());
     for (const auto& output : outputs.array())
-        if (output.toObject().value(QLatin1String("name")).toString() == name)
+        if (output[u"name"_s].toString() == name)
             return areaOf(output.toObject());
     return {};
-}
-
-bool SwayDesktop::isOnXwayland(const QString& title) const {
-    return windowWith("name", title).value(QLatin1String("shell")) == u"xwayland"_s;
-}
-
-QString SwayDesktop::focusedWindow() const {
-    return windowWith("focused", true).value(QLatin1String("name")).toString();
 }
 
 bool SwayDesktop::isRunning(const QString& program) const {

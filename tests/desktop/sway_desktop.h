@@ -3,12 +3,42 @@
 #include <QJsonObject>
 #include <QRect>
 
-#include "desktop/session_settings.h"
+#include <linux/input-event-codes.h>
+
 #include "desktop/test_session.h"
-#include "desktop/virtual_pointer.h"
-#include "platform/linux/wayland/virtual_keyboard.h"
 
 namespace tralio {
+
+class VirtualKeyboard;
+class WaylandConnection;
+
+/// How the desktop of a test is set. By default it is what suits most tests: the focus goes where one clicks,
+/// and windows have no frames; `asShipped` is what a user finds who has changed nothing.
+struct SessionSettings {
+    enum class Focus { byClick, followsPointer };
+
+    [[nodiscard]] static SessionSettings asShipped() {
+        return {.focus = Focus::followsPointer, .hasFrames = true, .hasBackground = false};
+    }
+
+    Focus focus = Focus::byClick;
+    bool hasFrames = false;
+    bool hasBackground = true;  ///< a plain colour, of which pictures are taken
+    int outputs = 1;
+    double scale = 1;
+
+    /// As lines of sway's configuration, whose own defaults are what is shipped.
+    [[nodiscard]] QString forSway() const {
+        QString lines = QStringLiteral("output * scale %1\n").arg(scale);
+        if (focus == Focus::byClick)
+            lines += QStringLiteral("focus_follows_mouse no\n");
+        if (!hasFrames)
+            lines += QStringLiteral("default_border none\n");
+        if (hasBackground)
+            lines += QStringLiteral("output * background #D5DBE3 solid_color\n");
+        return lines;
+    }
+};
 
 /// A Wayland session on a compositor without a screen, with a keyboard and a pointer of the test's own, and
 /// with the program's actions bound to keys as its users bind them. The compositor refuses to run as root, so
@@ -18,13 +48,13 @@ public:
     enum class Xwayland { present, absent };
 
     explicit SwayDesktop(Xwayland xwayland, const SessionSettings& settings = {});
+    ~SwayDesktop() override;
 
-    [[nodiscard]] VirtualPointer& pointer() { return *m_pointer; }
-
-    void pressTextHotKey() const override;
-    void pressCaptureHotKey() const;
+    void pressTextHotKey() const override { press({KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_D}); }
+    void pressCaptureHotKey() const { press({KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_S}); }
     /// Presses keys, by evdev code, in their order, and lets them go.
     void press(const std::vector<quint32>& keys) const;
+    void movePointer(const QPoint& place);
     void click(const QPoint& place);
     /// Presses the button, moves, and lets go.
     void drag(const QPoint& from, const QPoint& to);
@@ -32,24 +62,30 @@ public:
     /// Makes a window the focused one, by its application id; false when it does not come.
     [[nodiscard]] bool bringToFront(const QString& applicationId) const;
     /// Where a window is, by its title; empty while it is not there.
-    [[nodiscard]] QRect windowArea(const QString& title) const;
+    [[nodiscard]] QRect windowArea(const QString& title) const { return areaOf(windowWith("name", title)); }
     /// Where a screen is, by its name.
     [[nodiscard]] QRect outputArea(const QString& name) const;
-    [[nodiscard]] QString focusedWindow() const;
+    [[nodiscard]] QString focusedWindow() const { return windowWith("focused", true)[u"name"_s].toString(); }
     /// Whether a window, by its title, is one of Xwayland's.
-    [[nodiscard]] bool isOnXwayland(const QString& title) const;
+    [[nodiscard]] bool isOnXwayland(const QString& title) const {
+        return windowWith("name", title)[u"shell"_s] == u"xwayland"_s;
+    }
 
     /// Whether a program of this name runs in this session.
     [[nodiscard]] bool isRunning(const QString& program) const;
 
 private:
+    class Pointer;
+
+    /// Of a window or a screen.
+    [[nodiscard]] static QRect areaOf(const QJsonObject& node);
     void startCompositor(Xwayland xwayland, const SessionSettings& settings);
     /// The first window that has this value; empty where none has.
     [[nodiscard]] QJsonObject windowWith(const char* key, const QJsonValue& value) const;
 
     std::unique_ptr<WaylandConnection> m_connection;
     std::unique_ptr<VirtualKeyboard> m_keyboard;
-    std::unique_ptr<VirtualPointer> m_pointer;
+    std::unique_ptr<Pointer> m_pointer;
 };
 
 }  // namespace tralio

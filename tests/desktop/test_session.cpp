@@ -9,8 +9,6 @@
 
 namespace tralio {
 
-using namespace Qt::StringLiterals;
-
 bool waitUntil(const std::function<bool()>& condition, int seconds) {
     return QTest::qWaitFor(condition, seconds * 1000);
 }
@@ -59,10 +57,6 @@ void TestSession::startBus(const QStringList& services) {
 void TestSession::setAccessibility(bool on) const {
     callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties.Set"_s,
         {u"org.a11y.Status"_s, u"IsEnabled"_s, on ? u"<true>"_s : u"<false>"_s});
-}
-
-QProcess& TestSession::start(const QString& program, const QStringList& arguments) {
-    return startIn(m_environment, program, arguments);
 }
 
 QProcess& TestSession::startIn(

@@ -11,6 +11,8 @@
 
 namespace tralio {
 
+using namespace Qt::StringLiterals;
+
 /// Lets the event loop run until `condition` holds; false when `seconds` have passed without.
 [[nodiscard]] bool waitUntil(const std::function<bool()>& condition, int seconds = 15);
 
@@ -32,7 +34,9 @@ public:
     void setVariable(const QString& name, const QString& value) { m_environment.insert(name, value); }
 
     /// Starts a program in this session.
-    QProcess& start(const QString& program, const QStringList& arguments = {});
+    QProcess& start(const QString& program, const QStringList& arguments = {}) {
+        return startIn(m_environment, program, arguments);
+    }
     QProcess& startIn(
         const QProcessEnvironment& environment, const QString& program, const QStringList& arguments = {});
 
@@ -40,7 +44,7 @@ public:
     QString run(const QString& program, const QStringList& arguments) const;
 
     /// Runs xdotool with these words, where the session has an X server, and gives its output.
-    QString xdotool(const QString& words) const { return run(QStringLiteral("xdotool"), words.split(u' ')); }
+    QString xdotool(const QString& words) const { return run(u"xdotool"_s, words.split(u' ')); }
 
     /// Calls a method, named with its interface, on the session bus and gives the reply as text.
     QString callOnBus(const QString& service, const QString& object, const QString& method,

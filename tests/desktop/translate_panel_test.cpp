@@ -1,4 +1,4 @@
-#include "desktop/program_fixture.h"
+#include "desktop/fixtures.h"
 
 namespace tralio {
 namespace {

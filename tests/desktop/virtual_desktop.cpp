@@ -1,12 +1,8 @@
 #include "desktop/virtual_desktop.h"
 
-#include <QPoint>
-
 #include <stdexcept>
 
 namespace tralio {
-
-using namespace Qt::StringLiterals;
 
 VirtualDesktop::VirtualDesktop(Tray tray, const QSize& screen) {
     startDisplay(screen);
@@ -98,6 +94,14 @@ QString VirtualDesktop::startInFront(
     return window;
 }
 
+QString VirtualDesktop::startSilentProbe(const QString& text) {
+    const QProcessEnvironment before = environment();
+    setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
+    const QString window = startProbe({text});
+    setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, before.value(u"DBUS_SESSION_BUS_ADDRESS"_s));
+    return window;
+}
+
 QString VirtualDesktop::startTerminal(const QString& commands) {
     return startInFront(u"xterm"_s, u"xterm"_s,
         {u"-geometry"_s, u"80x20+0+0"_s, u"-u8"_s, u"-fa"_s, u"Noto Sans Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s,
@@ -122,30 +126,6 @@ QString VirtualDesktop::selectInEditor(const QString& text) {
     return editor;
 }
 
-bool VirtualDesktop::isVisible(const QString& windowClass) const {
-    return !xdotool(u"search --onlyvisible --class "_s + windowClass).isEmpty();
-}
-
-void VirtualDesktop::pressTextHotKey() const {
-    press(u"super+shift+d"_s);
-}
-
-void VirtualDesktop::press(const QString& keys) const {
-    xdotool(u"key "_s + keys);
-}
-
-void VirtualDesktop::hold(const QStringList& keys) const {
-    xdotool(u"keydown "_s + keys.join(u' '));
-}
-
-void VirtualDesktop::release(const QStringList& keys) const {
-    xdotool(u"keyup "_s + keys.join(u' '));
-}
-
-void VirtualDesktop::type(const QString& text) const {
-    run(u"xdotool"_s, {u"type"_s, u"--delay"_s, u"5"_s, text});
-}
-
 void VirtualDesktop::click(const QString& window, const QPoint& place, int times) const {
     xdotool(u"mousemove --window %1 %2 %3 click --repeat %4 --delay 40 1"_s.arg(window)
                 .arg(place.x())
@@ -156,10 +136,6 @@ void VirtualDesktop::click(const QString& window, const QPoint& place, int times
 void VirtualDesktop::click(const QPoint& place) const {
     movePointer(place);
     xdotool(u"click 1"_s);
-}
-
-void VirtualDesktop::movePointer(const QPoint& place) const {
-    xdotool(u"mousemove %1 %2"_s.arg(place.x()).arg(place.y()));
 }
 
 void VirtualDesktop::drag(const QPoint& from, const QPoint& to, const QString& window) const {
@@ -177,14 +153,6 @@ void VirtualDesktop::setClipboard(const QString& text) {
     owner.closeWriteChannel();
     if (!waitUntil([&] { return clipboard() == text; }))
         throw std::runtime_error("xclip does not take the clipboard");
-}
-
-QString VirtualDesktop::clipboard() const {
-    return run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s});
-}
-
-QString VirtualDesktop::primary() const {
-    return run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s});
 }
 
 QImage VirtualDesktop::screenshot(const QString& path) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QPoint>
 #include <QSize>
 
 #include "desktop/test_session.h"
@@ -34,37 +35,51 @@ public:
     /// come.
     QString startInFront(
         const QString& windowClass, const QString& program, const QStringList& arguments = {});
+    /// Starts an application that shows a text which it gives to nobody but by a copy; its window, in front.
+    /// A silent one does not answer the accessibility bus either.
+    QString startProbe(const QStringList& arguments) {
+        return startInFront(u"selection-probe"_s, QStringLiteral(SELECTION_PROBE), arguments);
+    }
+    QString startSilentProbe(const QString& text);
     /// Starts a terminal in which a shell does this; its window, in front.
     QString startTerminal(const QString& commands);
     /// The visible window of a class, waited for until it is in front; empty when it does not come.
     QString bringToFront(const QString& windowClass) const;
     /// Starts a text editor with a text, all of it selected; its window, in front.
     QString selectInEditor(const QString& text);
-    [[nodiscard]] bool isVisible(const QString& windowClass) const;
+    [[nodiscard]] bool isVisible(const QString& windowClass) const {
+        return !xdotool(u"search --onlyvisible --class "_s + windowClass).isEmpty();
+    }
 
-    void pressTextHotKey() const override;
-    void press(const QString& keys) const;
+    void pressTextHotKey() const override { press(u"super+shift+d"_s); }
+    void press(const QString& keys) const { xdotool(u"key "_s + keys); }
     /// Holds keys down, in their order, or lets them go.
-    void hold(const QStringList& keys) const;
-    void release(const QStringList& keys) const;
-    void type(const QString& text) const;
+    void hold(const QStringList& keys) const { xdotool(u"keydown "_s + keys.join(u' ')); }
+    void release(const QStringList& keys) const { xdotool(u"keyup "_s + keys.join(u' ')); }
+    void type(const QString& text) const { run(u"xdotool"_s, {u"type"_s, u"--delay"_s, u"5"_s, text}); }
     /// Clicks at a place of a window, given from its top left corner, or of the screen.
     void click(const QString& window, const QPoint& place, int times = 1) const;
     void click(const QPoint& place) const;
-    void movePointer(const QPoint& place) const;
+    void movePointer(const QPoint& place) const {
+        xdotool(u"mousemove %1 %2"_s.arg(place.x()).arg(place.y()));
+    }
     /// Presses the button at one place of the screen or of a window, moves, and lets go at another right
     /// after that.
     void drag(const QPoint& from, const QPoint& to, const QString& window = {}) const;
-    [[nodiscard]] QString windowWithKeyboard() const { return xdotool(QStringLiteral("getactivewindow")); }
+    [[nodiscard]] QString windowWithKeyboard() const { return xdotool(u"getactivewindow"_s); }
 
     void setClipboard(const QString& text);
-    [[nodiscard]] QString clipboard() const;
+    [[nodiscard]] QString clipboard() const {
+        return run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s});
+    }
     /// What was selected last, in whatever application.
-    [[nodiscard]] QString primary() const;
+    [[nodiscard]] QString primary() const {
+        return run(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"primary"_s});
+    }
 
     /// The whole screen, also as a PNG at `path`.
     QImage screenshot(const QString& path) const;
-    [[nodiscard]] QImage screenshot() const { return screenshot(home() + QStringLiteral("/screen.png")); }
+    [[nodiscard]] QImage screenshot() const { return screenshot(home() + u"/screen.png"_s); }
 
 private:
     void startDisplay(const QSize& screen);

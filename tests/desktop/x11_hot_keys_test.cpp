@@ -2,7 +2,7 @@
 
 #include <xcb/xcb_keysyms.h>
 
-#include "desktop/x11_fixture.h"
+#include "desktop/fixtures.h"
 #include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/x11/x11_key_event_poster.h"
 
@@ -153,8 +153,7 @@ TEST_F(X11, a_synthetic_copy_misses_no_key_that_is_let_go_meanwhile_and_passes_t
     for (const KeyCode key : {KeyCode::d, KeyCode::c})
         ASSERT_EQ(ours.take({key, commandShift}), registered);
     // A terminal, in which one copies by Control, Shift and C.
-    desktop.startInFront(
-        u"selection-probe"_s, QStringLiteral(SELECTION_PROBE), {u"-name"_s, u"konsole"_s, u"text"_s});
+    desktop.startProbe({u"-name"_s, u"konsole"_s, u"text"_s});
     const auto other = X11Connection::open();
     for (const QString& key : {u"d"_s, u"c"_s}) {
         ours.pressed.clear();

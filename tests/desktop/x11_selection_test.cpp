@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "common/text_limit.h"
-#include "desktop/x11_fixture.h"
+#include "desktop/fixtures.h"
 #include "platform/linux/x11/x11_pasteboard.h"
 #include "platform/linux/x11/x11_primary_selection.h"
 #include "support/files.h"
@@ -170,8 +170,7 @@ TEST_F(X11Selection, a_mark_may_be_gone_once_its_own_application_was_pressed) {
 
     // The wheel does not count, another button neither, nor a press in another window or on the bare screen.
     desktop.xdotool(u"click 4 click 3"_s);
-    desktop.click(
-        desktop.startInFront(u"selection-probe"_s, QStringLiteral(SELECTION_PROBE), {u"text"_s}), {10, 10});
+    desktop.click(desktop.startProbe({u"text"_s}), {10, 10});
     desktop.click({1270, 1010});
     EXPECT_FALSE(waitUntil([&] { return mark()->mayBeGone; }, 1));
     desktop.click(desktop.bringToFront(u"xterm"_s), {60, 60});

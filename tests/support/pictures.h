@@ -1,9 +1,10 @@
 #pragma once
 
 #include <QBuffer>
-#include <QImage>
+#include <QPainter>
 
 #include "common/picture.h"
+#include "ocr/text_recognizer.h"
 
 namespace tralio {
 
@@ -18,6 +19,24 @@ namespace tralio {
 
 [[nodiscard]] inline Picture encoded(const QImage& image) {
     return std::make_shared<MemoryFile>(fileOf(image));
+}
+
+/// A text, one line below the other, as a screen would show it.
+[[nodiscard]] inline QImage drawn(const QStringList& lines, double ratio = 1, QColor ink = Qt::black,
+    QColor paper = Qt::white, const QString& family = QStringLiteral("Noto Sans")) {
+    QImage image(qRound(480 * ratio), qRound((20 + 30 * static_cast<double>(lines.size())) * ratio),
+        QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(paper);
+    QPainter painter(&image);
+    QFont font(family);
+    font.setPixelSize(17);
+    painter.setFont(font);
+    painter.setPen(ink);
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        painter.drawText(QPointF(16, 32 + 30 * static_cast<double>(i)), lines[i]);
+    image.setText(devicePixelRatioKey.toString(), QString::number(ratio));
+    return image;
 }
 
 }  // namespace tralio

@@ -11,8 +11,6 @@
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 /// The first request in `data` and the number of bytes it takes; nothing while it is not complete.
 std::optional<std::pair<StandInModel::Request, qsizetype>> parseRequest(const QByteArray& data) {
     const qsizetype headSize = data.indexOf("\r\n\r\n");
@@ -48,14 +46,12 @@ QByteArray StandInModel::Request::header(const QByteArray& name) const {
 }
 
 QString StandInModel::Request::userText() const {
-    const QJsonArray messages = json.value(u"messages"_s).toArray();
-    return messages.isEmpty() ? QString() : messages.last()[u"content"_s].toString();
+    return json[u"messages"_s].toArray().last()[u"content"_s].toString();
 }
 
 QString StandInModel::Request::systemPrompt() const {
-    const QJsonArray messages = json.value(u"messages"_s).toArray();
-    for (const QJsonValue& message : messages)
-        if (message[u"role"_s].toString() == u"system"_s)
+    for (const QJsonValue& message : json[u"messages"_s].toArray())
+        if (message[u"role"_s] == u"system"_s)
             return message[u"content"_s].toString();
     return {};
 }
@@ -72,27 +68,6 @@ StandInModel::StandInModel() : m_server(std::make_unique<QTcpServer>()) {
 }
 
 StandInModel::~StandInModel() = default;
-
-QString StandInModel::baseURL() const {
-    return u"http://127.0.0.1:%1/v1"_s.arg(m_port);
-}
-
-void StandInModel::translatesTo(const QString& translation) {
-    replies(StandInReply::translation(translation));
-}
-
-void StandInModel::translatesBy(std::function<QString(const Request&)> translate) {
-    repliesBy([translate = std::move(translate)](
-                  const Request& request) { return StandInReply::translation(translate(request)); });
-}
-
-void StandInModel::replies(const StandInReply& reply) {
-    repliesBy([reply](const Request&) { return reply; });
-}
-
-void StandInModel::repliesBy(std::function<StandInReply(const Request&)> reply) {
-    m_reply = std::move(reply);
-}
 
 void StandInModel::refuseConnections() {
     m_server->close();

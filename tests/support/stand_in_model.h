@@ -49,13 +49,17 @@ public:
 
     [[nodiscard]] quint16 port() const { return m_port; }
     /// What to enter as the base URL to reach the stand-in.
-    [[nodiscard]] QString baseURL() const;
+    [[nodiscard]] QString baseURL() const { return u"http://127.0.0.1:%1/v1"_s.arg(m_port); }
 
     /// From now on, replies in this way to every request.
-    void translatesTo(const QString& translation);
-    void translatesBy(std::function<QString(const Request&)> translate);
-    void replies(const StandInReply& reply);
-    void repliesBy(std::function<StandInReply(const Request&)> reply);
+    void translatesTo(const QString& translation) { replies(StandInReply::translation(translation)); }
+    void translatesBy(std::function<QString(const Request&)> translate) {
+        repliesBy([=](const Request& request) { return StandInReply::translation(translate(request)); });
+    }
+    void replies(const StandInReply& reply) {
+        repliesBy([=](const Request&) { return reply; });
+    }
+    void repliesBy(std::function<StandInReply(const Request&)> reply) { m_reply = std::move(reply); }
 
     /// From now on nobody listens on the port.
     void refuseConnections();

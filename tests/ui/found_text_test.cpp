@@ -1,40 +1,11 @@
-#include <QDir>
-#include <QFile>
-#include <QMimeData>
-#include <QTemporaryDir>
-#include <QThreadPool>
-
-#include <sys/stat.h>
-
 #include "common/text_limit.h"
-#include "support/files.h"
-#include "ui/translate/dropped_file.h"
-#include "ui/translate_panel_support.h"
+#include "ui/found_text_fixture.h"
 
 namespace tralio {
 namespace {
 
 const QString invalidImage = OCRError::invalidImage().errorDescription();
 const QString noText = OCRError::noTextFound().errorDescription();
-
-/// Text that the panel finds elsewhere than under the user's fingers: on the clipboard, in pictures, in
-/// files.
-class FoundText : public TranslatePanel {
-protected:
-    FoundText() { input->text = u"typed"_s; }
-
-    static Picture picture() { return std::make_shared<MemoryFile>("not looked at by the panel"); }
-    [[nodiscard]] QUrl file(const QString& name, const QByteArray& content) const {
-        return QUrl::fromLocalFile(writeFile(folder.filePath(name), content));
-    }
-    bool recognitionEnds() {
-        return eventually([this] { return !panel->isOCROngoing(); });
-    }
-    /// Lets everything happen that a drop may lead to on other threads.
-    bool settles() { return QThreadPool::globalInstance()->waitForDone() && nextTurn() && recognitionEnds(); }
-
-    QTemporaryDir folder;
-};
 
 TEST_F(FoundText, pasting_takes_the_trimmed_text_and_translates_it_if_asked) {
     panel->pasteFromClipboard(AutoTranslate::yes);
@@ -125,11 +96,8 @@ TEST_F(FoundText, a_picture_whose_owner_needs_time_shows_as_on_its_way_and_gives
     EXPECT_THAT(recognizer.images, SizeIs(2)) << "what was dropped, and what nothing came between";
 }
 
-TEST_F(FoundText, a_picture_without_text_says_so_and_leaves_the_texts_alone) {
+TEST_F(FoundText, what_is_no_picture_is_told_and_leaves_the_texts_alone) {
     panel->outputText = u"result"_s;
-    panel->performOCR(picture(), AutoTranslate::yes);
-    ASSERT_TRUE(recognitionEnds());
-    EXPECT_EQ(panel->errorMessage(), noText);
     panel->performOCR(Picture(), AutoTranslate::yes);
     ASSERT_TRUE(recognitionEnds());
     EXPECT_EQ(panel->errorMessage(), invalidImage);
@@ -220,97 +188,6 @@ TEST_F(FoundText, a_text_recognised_after_the_panel_was_left_is_translated_all_t
     showPanel();
     ASSERT_TRUE(eventually([&] { return history.items().size() == 1; }));
     EXPECT_EQ(input->text(), u"seen"_s);
-}
-
-TEST_F(FoundText, a_dropped_picture_is_read_and_translated_whatever_the_case_of_its_name) {
-    pictureSays(u"seen"_s);
-    for (const char* name : {"png", "jpg", "jpeg", "webp", "tiff", "bmp", "heic", "Webp"})
-        EXPECT_EQ(droppedFileKind(QUrl(u"file:///a."_s + QLatin1StringView(name))), DroppedFileKind::image)
-            << name;
-    const QUrl shot = file(u"Shot.PNG"_s, "not looked at by the panel");
-    EXPECT_TRUE(panel->handleDrop({{.fileURL = shot}, {.fileURL = QUrl(u"file:///nothing"_s)}}));
-    ASSERT_TRUE(settles());
-    EXPECT_EQ(input->text(), u"seen"_s);
-    EXPECT_TRUE(panel->isTranslating());
-    ASSERT_THAT(recognizer.images, SizeIs(1));
-    EXPECT_EQ(std::get<QUrl>(recognizer.images.front()), shot);
-
-    EXPECT_TRUE(panel->handleDrop({{.picture = picture()}}));
-    ASSERT_TRUE(settles());
-    EXPECT_THAT(recognizer.images, SizeIs(2));
-}
-
-TEST_F(FoundText, a_picture_dragged_from_a_web_page_comes_as_the_bytes_of_its_file) {
-    const QByteArray bytes = "whatever they are";
-    const auto contentOfFirst = [](const QMimeData& drag) {
-        const QList<DroppedItem> items = itemsIn(drag);
-        return items.size() == 1 && items.first().picture ? contentOf(items.first().picture->path()) : "none";
-    };
-    QMimeData drag;
-    drag.setUrls({QUrl(u"https://example.org/picture.png"_s)});
-    EXPECT_FALSE(mayBringItems(drag));
-    drag.setData(u"application/octet-stream"_s, bytes);
-    EXPECT_TRUE(mayBringItems(drag));
-    EXPECT_EQ(contentOfFirst(drag), bytes);
-    drag.setData(u"image/jpeg"_s, "photo");
-    drag.setData(u"image/png"_s, "every pixel");
-    EXPECT_EQ(contentOfFirst(drag), "every pixel");
-
-    QMimeData other;
-    other.setData(u"image/gif"_s, "one of those that nobody prefers");
-    EXPECT_TRUE(mayBringItems(other));
-    EXPECT_EQ(contentOfFirst(other), "one of those that nobody prefers");
-
-    drag.setData(u"image/png"_s, {});
-    EXPECT_FALSE(panel->handleDrop(itemsIn(drag)));
-}
-
-TEST_F(FoundText, a_dropped_text_file_is_translated) {
-    for (const QString& name : {u"a.txt"_s, u"b.md"_s, u"c.JSON"_s, u"d.csv"_s}) {
-        EXPECT_TRUE(panel->handleDrop({{.fileURL = file(name, "\n# Tiêu đề\n")}}));
-        ASSERT_TRUE(eventually([&] { return panel->isTranslating(); })) << name.toStdString();
-        EXPECT_EQ(input->text(), u"# Tiêu đề"_s);
-        ASSERT_TRUE(translationEnds());
-    }
-}
-
-TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
-    recognizer.answer = []() -> std::vector<TextObservation> { throw OCRError::invalidImage(); };
-    panel->errorMessage = u"earlier"_s;
-    const QString pipe = QDir(folder.path()).filePath(u"pipe.txt"_s);
-    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    const QUrl files[] = {
-        file(u"report.pdf"_s, "%PDF"),
-        file(u"broken.png"_s, "no picture"),
-        file(u"latin.txt"_s, "caf\xe9"),
-        file(u"no extension"_s, "text"),
-        QUrl::fromLocalFile(pipe),
-        QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)),
-        QUrl::fromLocalFile(folder.path()),
-    };
-    for (const QUrl& url : files) {
-        EXPECT_TRUE(panel->handleDrop({{.fileURL = url}})) << "a file is taken first and looked at then";
-        ASSERT_TRUE(settles());
-        EXPECT_EQ(input->text(), u"typed"_s) << url.toString().toStdString();
-        EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << url.toString().toStdString();
-    }
-    EXPECT_TRUE(panel->handleDrop({{.fileURL = file(u"long.txt"_s, QByteArray((8 << 20) + 1, 'x'))}}));
-    ASSERT_TRUE(settles());
-    EXPECT_EQ(input->text(), u"typed"_s);
-    EXPECT_TRUE(panel->errorMessage()->startsWith(u"Văn bản quá dài"_s)) << "but what is too long is told";
-    EXPECT_FALSE(panel->handleDrop({}));
-    EXPECT_FALSE(panel->handleDrop({DroppedItem{}}));
-
-    recognizer.isSlow = true;
-    panel->errorMessage = u"earlier"_s;
-    for (int drops = 0; drops < 2; ++drops)
-        EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
-    ASSERT_TRUE(settles());
-    EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << "one that was dropped on another, too";
-    EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
-    panel->clear();
-    ASSERT_TRUE(settles());
-    EXPECT_EQ(panel->errorMessage(), std::nullopt) << "put away meanwhile";
 }
 
 }  // namespace

@@ -198,32 +198,6 @@ TEST_F(SettingsStateTest, permissions_that_stay_as_they_are_are_not_announced) {
     EXPECT_EQ(announced.size(), 1);
 }
 
-TEST_F(SettingsStateTest, a_connection_test_tells_how_it_went_until_the_endpoint_changes) {
-    settings.baseURL = model.baseURL();
-    model.translatesBy([](const StandInModel::Request&) { return u"ok"_s; });
-    panel->runTestConnection();
-    EXPECT_TRUE(panel->isTesting());
-    ASSERT_TRUE(eventually([&] { return !panel->isTesting(); }));
-    EXPECT_TRUE(panel->isSuccess());
-    EXPECT_TRUE(panel->testResult()->contains(settings.model()));
-
-    panel->chooseProvider(u"no such provider"_s);
-    EXPECT_TRUE(panel->testResult().has_value());
-    EXPECT_EQ(settings.selectedPresetId(), u"kavo");
-    panel->chooseProvider(u"custom"_s);
-    EXPECT_EQ(panel->testResult(), std::nullopt);
-    EXPECT_EQ(settings.selectedPresetId(), u"custom");
-
-    settings.apiKey = QString();
-    panel->runTestConnection();
-    ASSERT_TRUE(eventually([&] { return !panel->isTesting(); }));
-    EXPECT_FALSE(panel->isSuccess());
-    EXPECT_TRUE(panel->testResult().has_value());
-    panel->restoreDefaults();
-    EXPECT_EQ(panel->testResult(), std::nullopt);
-    EXPECT_EQ(settings.selectedPresetId(), u"kavo");
-}
-
 TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_there_yet) {
     int asked = 0;
     appState.onUnlockKey = [&] { ++asked; };

@@ -182,10 +182,13 @@ TEST_F(StageTest, every_control_of_the_settings_asks_for_what_it_says) {
     click(u"Kiểm tra kết nối"_s);
     EXPECT_FALSE(controls(u"Đang kiểm tra..."_s).constFirst()->isEnabled());
     wait([this] { return hasControl(u"Kiểm tra kết nối"_s); });
+    const QString success = u"Kết nối thành công tới model '%1'!"_s.arg(AppSettings::defaultModel);
+    EXPECT_THAT(texts(), Contains(success));
     EXPECT_EQ(model.requests().size(), 1);
     QTest::mouseClick(find<MenuButton>(), Qt::LeftButton);
     click(u"OpenAI"_s);
     EXPECT_EQ(setting(u"preset_id"_s), u"openai"_s);
+    EXPECT_THAT(texts(), testing::Not(Contains(success))) << "told of another endpoint";
     EXPECT_EQ(find<MenuButton>()->title(), u"OpenAI"_s);
     EXPECT_TRUE(showsFields() && hasControl(u"Kiểm tra"_s) && !hasControl(u"Kiểm tra kết nối"_s));
     store.setValue(u"app_setting_base_url"_s, u"http://model.example.com/v1"_s);
@@ -222,8 +225,9 @@ TEST_F(StageTest, the_endpoint_of_the_users_own_is_tested_as_it_is_written) {
     wait([this] { return !controls(u"Kiểm tra"_s).constFirst()->isBusy(); });
     ASSERT_EQ(model.requests().size(), 1);
     EXPECT_EQ(model.requests().last().header("Authorization"), "Bearer sk-own");
-    EXPECT_THAT(texts(),
-        Contains(testing::Truly([](const QString& text) { return text.contains(u"No such model"_s); })));
+    EXPECT_THAT(texts().filter(u"No such model"_s), SizeIs(1));
+    click(u"Khôi phục mặc định"_s);
+    EXPECT_THAT(texts().filter(u"No such model"_s), IsEmpty());
 }
 
 TEST_F(StageTest, the_keyboard_keeps_its_place_when_what_has_it_is_busy_or_gone) {

@@ -1,10 +1,46 @@
+#include <QDragEnterEvent>
+#include <QMimeData>
+
 #include "ui/kit/surface.h"
-#include "ui/translate_view_fixture.h"
+#include "ui/stage_test.h"
 
 namespace tralio {
 namespace {
 
-TEST_F(TranslateViewTest, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {
+/// What is dragged over the input of the translate panel.
+class Drag : public StageTest {
+protected:
+    Drag() { open(); }
+
+    /// Whether it may be dropped there.
+    bool dragOver(const QMimeData& content) {
+        QDragEnterEvent enter({}, Qt::CopyAction | Qt::MoveAction, &content, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        for (QWidget* widget : {find<MultilineEnterInputView>()->viewport(), box()})
+            if (!enter.isAccepted())
+                QApplication::sendEvent(widget, &enter);
+        settle();
+        return enter.isAccepted();
+    }
+    void leave() {
+        QDragLeaveEvent leaving;
+        QApplication::sendEvent(box(), &leaving);
+        settle();
+    }
+    bool drop(const QMimeData& content) {
+        QDropEvent dropped({5, 5}, Qt::CopyAction, &content, Qt::LeftButton, Qt::NoModifier);
+        dropped.ignore();
+        QApplication::sendEvent(box(), &dropped);
+        settle();
+        return dropped.isAccepted();
+    }
+    [[nodiscard]] QWidget* box() const { return find<MultilineEnterInputView>()->parentWidget(); }
+    [[nodiscard]] QString placeholder() const {
+        return find<MultilineEnterInputView>()->accessibleDescription();
+    }
+};
+
+TEST_F(Drag, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {
     const QString usual = placeholder();
     QMimeData file;
     file.setUrls({QUrl(u"https://example.org/"_s), QUrl::fromLocalFile(u"/tmp/menu.png"_s)});
@@ -19,7 +55,7 @@ TEST_F(TranslateViewTest, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it
     wait([this] { return result() == u"SEEN"_s; });
 }
 
-TEST_F(TranslateViewTest, text_wins_over_the_picture_that_comes_with_it_and_no_content_does_harm) {
+TEST_F(Drag, text_wins_over_the_picture_that_comes_with_it_and_no_content_does_harm) {
     QMimeData cells;
     cells.setText(u"1\t2"_s);
     cells.setImageData(QImage(4, 4, QImage::Format_RGB32));

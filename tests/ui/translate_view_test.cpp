@@ -1,9 +1,28 @@
 
 #include "ui/kit/surface.h"
-#include "ui/translate_view_fixture.h"
+#include "ui/stage_test.h"
 
 namespace tralio {
 namespace {
+
+/// The translate panel in the hands of a user.
+class TranslateViewTest : public StageTest {
+protected:
+    TranslateViewTest() { open(); }
+
+    [[nodiscard]] QString inkOfResult() const {
+        return find<ReadingArea>()->palette().color(QPalette::Text).name();
+    }
+    [[nodiscard]] bool says(const QString& text) const { return texts().contains(text); }
+    [[nodiscard]] bool canPress(const QString& name) const {
+        return hasControl(name) && controls(name).constFirst()->isEnabled();
+    }
+    void choose(const QString& menu, const QString& entry) {
+        click(menu);
+        click(entry);
+    }
+    [[nodiscard]] QString lastPrompt() const { return model.requests().last().systemPrompt(); }
+};
 
 TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_it) {
     choose(u"Ngôn ngữ nguồn: Tiếng Anh"_s, u"Tự động phát hiện"_s);

@@ -190,11 +190,10 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     EXPECT_EQ(fault(archive(u"other.zip"_s, {u"Other.app"_s})), notOnlyTheBundle);
     const QString link = fault(archive(u"link.zip"_s, {u"Tralio.app"_s}, u"linked"_s));
     EXPECT_TRUE(link.contains(u"link")) << qPrintable(link);
-    // As of VMS, which lists its kinds in another way.
     QByteArray foreign = contentOf(path(u"link.zip"_s));
     foreign.replace(QByteArray::fromHex("504b01021e03"), QByteArray::fromHex("504b01021e02"));
     writeFile(path(u"foreign.zip"_s), foreign);
-    EXPECT_EQ(fault(u"foreign.zip"_s), link);
+    EXPECT_EQ(fault(u"foreign.zip"_s), link) << "of VMS, whose kinds are listed in other words";
 
     for (const QString& full : {QDir::tempPath(), u"/Applications"_s}) {
         BundleInstaller cramped({.programs = {}, .freeSpace = [&full](const QString& folder) {

@@ -72,27 +72,14 @@ Button* tool(const QString& icon, const QString& title, Weight weight, const QSt
 TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(parent), m_state(state) {
     filled(this,
         column({.padding = {14, 10, 14, 10}},
-            {
-                languageRow(),
-                Gap{12},
-                inputBox(),
-                Gap{4},
-                toolRow(),
-                Gap{12},
-                actionRow(),
-                Gap{12},
-                errorStrip(),
-                {resultBlock(), {}, 1},
-            }));
-    onAnyChange(
-        m_state, this, [this] { refresh(); });
-    onAnyChange(
-        m_state.settings(), this, [this] { refresh(); });
-    onAnyChange(
-        *m_state.inputText.owner, this, [this] { refresh(); });
-    onAnyChange(
-        m_state.appState(), this, [this] { refresh(); });
-    onAnyChange(m_state.speechService(), this, [this] { refresh(); });
+            {languageRow(), Gap{12}, inputBox(), Gap{4}, toolRow(), Gap{12}, actionRow(), Gap{12},
+                errorStrip(), {resultBlock(), {}, 1}}));
+    const auto follow = [this](auto& source) { onAnyChange(source, this, [this] { refresh(); }); };
+    follow(m_state);
+    follow(m_state.settings());
+    follow(*m_state.inputText.owner);
+    follow(m_state.appState());
+    follow(m_state.speechService());
     m_state.appear(this);
     refresh();
 }

@@ -37,6 +37,8 @@ protected:
     [[nodiscard]] bool arrived(qsizetype count) {
         return eventually([this, count] { return standIn.requests().size() == count; });
     }
+
+    const QString cancelled = TransportError::cancelled().errorDescription();
     FakeClock clock;
     StandInModel standIn;
     QByteArray body = "body";
@@ -45,15 +47,17 @@ protected:
     int completions = 0;
 };
 
-TEST_F(HelperHttpClientTest, serves_requests_side_by_side_and_cancels_one_of_them_at_the_server_too) {
+TEST_F(HelperHttpClientTest, serves_seven_requests_side_by_side_and_cancels_one_of_them_at_the_server_too) {
     hold();
     std::stop_source stop;
-    QCoro::Task<QString> cancelled = post(stop.get_token());
-    QCoro::Task<QString> kept = post();
-    ASSERT_TRUE(arrived(2));
+    QCoro::Task<QString> stopped = post(stop.get_token());
+    std::vector<QCoro::Task<QString>> kept;
+    while (kept.size() < 6)
+        kept.push_back(post());
+    ASSERT_TRUE(arrived(7));
     stop.request_stop();
-    EXPECT_EQ(outcomeOf(std::move(cancelled)).text, TransportError::cancelled().errorDescription());
-    EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 1; }));
+    EXPECT_EQ(outcomeOf(std::move(stopped)).text, cancelled);
+    EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 6; }));
     standIn.replies(StandInReply::withBody(200, "x"));
     for (int i = 0; i < 5; ++i) {
         clock.advance(5s);
@@ -61,9 +65,10 @@ TEST_F(HelperHttpClientTest, serves_requests_side_by_side_and_cancels_one_of_the
     }
     body = QByteArray(64 * 1024 * 1024, 'x');
     EXPECT_EQ(outcomeOf(post()).text, u"Nội dung cần gửi quá lớn (hơn 64 MB)."_s);
-    EXPECT_FALSE(kept.isReady()) << "a process that answers may take its time";
+    EXPECT_FALSE(kept.front().isReady()) << "a process that answers may take its time";
     standIn.sendTheRest();
-    EXPECT_EQ(outcomeOf(std::move(kept)).text, u"200 late"_s);
+    for (QCoro::Task<QString>& each : kept)
+        EXPECT_EQ(outcomeOf(std::move(each)).text, u"200 late"_s);
 }
 
 TEST_F(HelperHttpClientTest, a_body_comes_in_pieces_until_who_takes_them_fails) {
@@ -134,7 +139,7 @@ TEST_F(HelperHttpClientTest, whatever_becomes_of_the_process_a_request_ends_and_
     QCoro::Task<QString> fresh = post();
     client.reset();
     for (QCoro::Task<QString>* abandoned : {&connected, &fresh})
-        EXPECT_EQ(outcomeOf(std::move(*abandoned)).text, TransportError::cancelled().errorDescription());
+        EXPECT_EQ(outcomeOf(std::move(*abandoned)).text, cancelled);
 }
 
 TEST_F(HelperHttpClientTest, a_stop_request_aborts_the_request_and_drops_the_late_answer) {
@@ -145,7 +150,7 @@ TEST_F(HelperHttpClientTest, a_stop_request_aborts_the_request_and_drops_the_lat
     const std::stop_token token = stop.get_token();
     std::thread([&stop] { stop.request_stop(); }).join();
     stop = std::stop_source();  // who cancels forgets the source at once
-    EXPECT_EQ(outcomeOf(std::move(task)).text, TransportError::cancelled().errorDescription());
+    EXPECT_EQ(outcomeOf(std::move(task)).text, cancelled);
     EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
     standIn.sendTheRest();
     EXPECT_TRUE(outcomeOf(post(token)).failed);
@@ -156,19 +161,18 @@ TEST_F(HelperHttpClientTest, a_stop_request_aborts_the_request_and_drops_the_lat
 TEST_F(HelperHttpClientTest, an_answer_that_arrives_together_with_the_stop_request_is_dropped) {
     std::stop_source stop;
     QObject::connect(&standIn, &StandInModel::requestReceived, [&stop] { stop.request_stop(); });
-    EXPECT_EQ(outcomeOf(post(stop.get_token())).text, TransportError::cancelled().errorDescription());
+    EXPECT_EQ(outcomeOf(post(stop.get_token())).text, cancelled);
     EXPECT_EQ(completions, 0);
 }
 
-TEST_F(HelperHttpClientTest, a_request_whose_caller_let_go_of_it_still_ends) {
+TEST_F(HelperHttpClientTest,
+    a_request_whose_caller_let_go_of_it_still_ends_and_who_awaits_it_may_destroy_the_client) {
     hold();
     { const QCoro::Task<QString> dropped = post(); }
     ASSERT_TRUE(arrived(1));
     standIn.sendTheRest();
     EXPECT_TRUE(eventually([this] { return completions == 1; }));
-}
 
-TEST_F(HelperHttpClientTest, who_awaits_a_reply_may_destroy_the_client) {
     const auto postAndDestroy = [this]() -> QCoro::Task<QString> {
         QCoro::Task<QString> posting = post();
         const QString text = co_await posting;

@@ -40,13 +40,6 @@ protected:
         return frames::frame(
             [&bytes](QDataStream& stream) { stream.writeRawData(bytes.constData(), int(bytes.size())); });
     }
-    [[nodiscard]] bool isLost() const {
-        return eventually([this] { return !losses.isEmpty(); });
-    }
-    /// Whether that many answers have come so far.
-    [[nodiscard]] bool hasCome(qsizetype count) const {
-        return eventually([&] { return came.size() == count; });
-    }
     [[nodiscard]] bool exists(const QString& name) const { return QFile::exists(folder.filePath(name)); }
     [[nodiscard]] static bool lives(qint64 process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
 
@@ -62,7 +55,7 @@ TEST_F(HelperProcessTest, starts_with_the_first_frame_and_brings_what_it_answers
     EXPECT_EQ(helper->processId(), 0);
     helper->send(text("one"));
     helper->send(text("two"));
-    EXPECT_TRUE(hasCome(2));
+    EXPECT_TRUE(eventually([this] { return came.size() == 2; }));
     EXPECT_EQ(came, (QList<QByteArray>{"one", "two"}));
     EXPECT_EQ(losses, QStringList());
 }
@@ -86,7 +79,7 @@ TEST_F(HelperProcessTest, one_that_is_of_no_use_is_given_up_in_words_and_the_nex
         QFile::remove(folder.filePath(u"failed"_s));
         serve("if [ ! -e failed ]; then : >failed; " + given.commands + "; fi\nexec cat");
         helper->send(text("lost"));
-        EXPECT_TRUE(isLost()) << given.commands.toStdString();
+        EXPECT_TRUE(eventually([this] { return !losses.isEmpty(); })) << given.commands.toStdString();
         EXPECT_EQ(losses, QStringList{given.words}) << given.commands.toStdString();
         helper->send(text("next"));
         EXPECT_TRUE(eventually([this] { return !came.isEmpty(); })) << given.commands.toStdString();
@@ -95,7 +88,7 @@ TEST_F(HelperProcessTest, one_that_is_of_no_use_is_given_up_in_words_and_the_nex
     losses.clear();
     begin(u"/nowhere/at-all"_s);
     helper->send(text("lost"));
-    EXPECT_TRUE(isLost());
+    EXPECT_TRUE(eventually([this] { return !losses.isEmpty(); }));
     EXPECT_EQ(losses, QStringList{u"no start"_s});
 }
 
@@ -117,10 +110,10 @@ TEST_F(HelperProcessTest, one_that_is_silent_at_work_hangs_unless_it_was_allowed
     serve("exec cat");
     helper->send(text("x"));
     helper->setAtWork(true);
-    EXPECT_TRUE(hasCome(1));
+    EXPECT_TRUE(eventually([this] { return came.size() == 1; }));
     for (qsizetype pings = 1; pings <= 20; ++pings) {
         clock.advance(2s);
-        EXPECT_TRUE(hasCome(1 + pings));
+        EXPECT_TRUE(eventually([&] { return came.size() == 1 + pings; }));
     }
     EXPECT_EQ(losses, QStringList());
     helper->setAtWork(false);
@@ -147,13 +140,13 @@ TEST_F(HelperProcessTest, one_that_stood_still_along_with_us_has_a_moment_to_spe
     serve("exec cat");
     helper->send(text("x"));
     helper->setAtWork(true);
-    ASSERT_TRUE(hasCome(1));
+    ASSERT_TRUE(eventually([this] { return came.size() == 1; }));
     const auto process = static_cast<pid_t>(helper->processId());
     ASSERT_EQ(::kill(process, SIGSTOP), 0);
     clock.standStill(1h);
     ASSERT_EQ(::kill(process, SIGCONT), 0);
     EXPECT_EQ(losses, QStringList());
-    ASSERT_TRUE(hasCome(2)) << "it answers the ping";
+    ASSERT_TRUE(eventually([this] { return came.size() == 2; })) << "it answers the ping";
     clock.advance(1s);
     EXPECT_EQ(losses, QStringList());
 

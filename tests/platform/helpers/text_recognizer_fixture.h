@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPainter>
 #include <QTemporaryDir>
 
 #include "ocr/ocr_test_support.h"
@@ -10,24 +9,6 @@
 #include "support/pictures.h"
 
 namespace tralio {
-
-/// A text, one line below the other, as a screen would show it.
-inline QImage drawn(
-    const QStringList& lines, double ratio = 1, QColor ink = Qt::black, QColor paper = Qt::white) {
-    QImage image(qRound(480 * ratio), qRound((20 + 30 * static_cast<double>(lines.size())) * ratio),
-        QImage::Format_RGB32);
-    image.setDevicePixelRatio(ratio);
-    image.fill(paper);
-    QPainter painter(&image);
-    QFont font(u"Noto Sans"_s);
-    font.setPixelSize(17);
-    painter.setFont(font);
-    painter.setPen(ink);
-    for (qsizetype i = 0; i < lines.size(); ++i)
-        painter.drawText(QPointF(16, 32 + 30 * static_cast<double>(i)), lines[i]);
-    image.setText(devicePixelRatioKey.toString(), QString::number(ratio));
-    return image;
-}
 
 inline Picture pictureOf(
     const QStringList& lines, double ratio = 1, QColor ink = Qt::black, QColor paper = Qt::white) {
@@ -66,6 +47,11 @@ protected:
     QUrl saved(const QString& name, const QImage& image) {
         EXPECT_TRUE(image.save(folder.filePath(name)));
         return QUrl::fromLocalFile(folder.filePath(name));
+    }
+
+    std::shared_ptr<Ending<std::vector<TextObservation>>> reading(
+        HelperTextRecognizer& from, const std::stop_token& stop = {}) const {
+        return started(from.recognize(hello, RecognitionRequest(), stop, {}));
     }
 
     const QImage page = drawn({u"Hello world"_s});

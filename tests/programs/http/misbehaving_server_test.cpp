@@ -90,15 +90,14 @@ TEST(TransportWords, every_failure_is_described_and_names_what_failed_but_never_
         expectWords({.code = CURLE_PEER_FAILED_VERIFICATION, .verifyResult = problem}, server);
     for (const char* detail : {"", "tlsv1 alert protocol version", "wrong version number"})
         expectWords({.code = CURLE_SSL_CONNECT_ERROR, .detail = detail}, server);
-    expectWords({.code = CURLE_COULDNT_RESOLVE_PROXY}, u"proxy"_s);
-    expectWords(
-        {.code = CURLE_COULDNT_CONNECT, .osError = ECONNREFUSED, .usesProxy = true, .isProxysPart = true},
-        u"proxy"_s);
-    expectWords(
-        {.code = CURLE_COULDNT_CONNECT, .osError = ETIMEDOUT, .usesProxy = true, .isProxysPart = true},
-        u"proxy"_s);
-    expectWords({.code = CURLE_RECV_ERROR, .tunnelStatus = 407, .usesProxy = true}, u"proxy"_s);
-    expectWords({.code = CURLE_RECV_ERROR, .tunnelStatus = 502, .usesProxy = true}, u"proxy"_s);
+    const QString proxy = u"proxy"_s;
+    expectWords({.code = CURLE_COULDNT_RESOLVE_PROXY}, proxy);
+    for (const long error : {ECONNREFUSED, ETIMEDOUT})
+        expectWords(
+            {.code = CURLE_COULDNT_CONNECT, .osError = error, .usesProxy = true, .isProxysPart = true},
+            proxy);
+    for (const int status : {407, 502})
+        expectWords({.code = CURLE_RECV_ERROR, .tunnelStatus = status, .usesProxy = true}, proxy);
 }
 
 }  // namespace

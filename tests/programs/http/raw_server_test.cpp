@@ -191,19 +191,6 @@ TEST_F(HttpTest, a_download_is_decoded_also_when_it_is_compressed_in_spite_of_wh
     EXPECT_TRUE(told.contains(u"Xin chào"_s)) << told.toStdString();
 }
 
-TEST_F(HttpTest, seven_calls_at_once_are_under_way_at_once) {
-    RawServer server([](Connection& peer) {
-        (void)peer.readRequest();
-        if (peer.waitForConnections(7))
-            peer.send(reply("x"));
-    });
-    std::vector<QCoro::Task<QString>> posts;
-    for (int i = 0; i < 7; ++i)
-        posts.push_back(post(urlOf(server)));
-    for (QCoro::Task<QString>& each : posts)
-        EXPECT_EQ(outcomeOf(std::move(each)).text, u"200 x"_s);
-}
-
 TEST_F(HttpTest, silence_is_ended_to_the_moment_and_movement_either_way_is_none) {
     // In real time, for the process has a clock of its own.
     QElapsedTimer time;

@@ -1,9 +1,12 @@
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
+#include <qcorotask.h>
 
 #include <sys/stat.h>
 
+#include "ocr/capture_tool.h"
+#include "platform/linux/capture/run_program.h"
 #include "platform/portal_fixture.h"
 
 namespace tralio {
@@ -62,6 +65,27 @@ TEST_F(PortalTest, a_capture_that_is_cancelled_refused_cut_off_or_never_answered
         EXPECT_NE(capture(wanted, happenings[i]), 0) << i;
         EXPECT_FALSE(QFile::exists(wanted)) << i;
     }
+}
+
+ProgramResult shell(const QString& script, std::chrono::milliseconds limit = howeverLong) {
+    return QCoro::waitFor(runProgram(u"sh"_s, {u"-c"_s, script}, limit));
+}
+
+TEST(HelperProgram, gives_status_and_output_and_whatever_goes_wrong_an_end) {
+    const ProgramResult good = shell(u"echo drawn; exit 3"_s);
+    EXPECT_EQ(good.status, 3);
+    EXPECT_EQ(good.output, "drawn\n");
+    EXPECT_EQ(shell(u"umask"_s).output, "0077\n") << "others could read what it writes";
+
+    const DebugLogFile log;
+    EXPECT_EQ(shell(u"kill -SEGV $$"_s).status, CaptureTool::notStarted);
+    EXPECT_THAT(log.messages(), testing::ElementsAre(u"runProgram: sh has crashed"_s));
+    EXPECT_EQ(shell(u"trap '' TERM; while :; do sleep 0.01; done"_s, std::chrono::milliseconds(20)).status,
+        CaptureTool::notStarted)
+        << "one that hangs, and does not want to end";
+    EXPECT_EQ(
+        QCoro::waitFor(runProgram(u"/nowhere/at-all"_s, {}, howeverLong)).status, CaptureTool::notStarted);
+    EXPECT_TRUE(log.messages().last().startsWith(u"runProgram: /nowhere/at-all: "_s));
 }
 
 }  // namespace

@@ -1,11 +1,20 @@
 #pragma once
 
+#include "desktop/program_run.h"
 #include "desktop/virtual_desktop.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "support/testing.h"
 
 namespace tralio {
 
+/// The program on a desktop of one test's own.
+class OnDesktop : public testing::Test {
+protected:
+    VirtualDesktop desktop;
+    ProgramRun program{desktop};
+};
+
+/// A desktop without a tray, whose display is this process's too.
 class X11 : public testing::Test {
 protected:
     X11() { qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8()); }

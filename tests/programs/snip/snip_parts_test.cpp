@@ -1,7 +1,11 @@
-#include "programs/snip/label_placement.h"
-
+#include <QDir>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 
+#include "ocr/text_recognizer.h"
+#include "programs/snip/label_placement.h"
+#include "programs/snip/picture_file.h"
+#include "programs/snip/scale_settings.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -58,6 +62,59 @@ TEST(MonitorLayout, finds_the_monitor_of_a_place_and_the_scale_of_an_area) {
     EXPECT_EQ(monitors.scaleOf({800, 300, 300, 50}), 1);
     EXPECT_EQ(monitors.at({2000, 300}).pixels(10), 15);
     EXPECT_EQ(monitors.at({0, 0}).pixels(0.2), 1);
+}
+
+TEST(PictureFile, keeps_the_pixels_tells_the_ratio_and_is_for_its_owner_alone) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"a.png"_s);
+    QImage picture(3, 2, QImage::Format_RGB32);
+    picture.fill(QColor(1, 2, 3));
+    picture.setPixelColor(2, 1, QColor(250, 100, 50));
+    ASSERT_EQ(PictureFile::write(picture, 1.5, path), QString());
+
+    const QImage read(path);
+    EXPECT_EQ(read.convertToFormat(QImage::Format_RGB32), picture);
+    EXPECT_EQ(read.text(devicePixelRatioKey.toString()), u"1.5");  // as the recogniser reads it
+    EXPECT_EQ(read.dotsPerMeterX(), 5669);                         // 144 dots per inch
+    EXPECT_EQ(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{u"a.png"_s});
+}
+
+TEST(ScaleSettings, follow_the_environment_and_the_desktops_resolution) {
+    struct Case {
+        std::vector<std::pair<const char*, const char*>> environment;
+        QString resources;
+        double first, second;
+    };
+    const QString atTwo = u"Xcursor.size:\t24\nXft.dpi:\t192\nXft.antialias:\t1\n"_s;
+    const Case cases[] = {
+        {{}, {}, 1, 1},
+        {{}, atTwo, 2, 2},
+        {{{"QT_SCALE_FACTOR", "2"}}, u"Xft.dpi: 144"_s, 3, 3},
+        {{{"GDK_SCALE", "2"}}, {}, 2, 2},
+        {{{"GDK_SCALE", "2"}}, atTwo, 2, 2},  // the desktop's resolution has it already
+        {{{"QT_FONT_DPI", "120"}}, atTwo, 1.25, 1.25},
+        {{{"QT_SCREEN_SCALE_FACTORS", "1.5;2"}}, {}, 1.5, 2},
+        {{{"QT_SCREEN_SCALE_FACTORS", "HDMI-1=2;DP-1=1.25"}}, atTwo, 1.25, 2},
+        {{{"QT_SCREEN_SCALE_FACTORS", "HDMI-1=1.5"}}, atTwo, 2, 1.5},
+        {{{"QT_SCREEN_SCALE_FACTORS", "1;2"}, {"QT_SCALE_FACTOR", "1.5"}}, {}, 1.5, 3},
+        {{{"QT_SCALE_FACTOR", "nonsense"}, {"GDK_SCALE", "-1"}}, u"Xft.dpi: x"_s, 1, 1},
+        {{{"QT_SCALE_FACTOR", "0.2"}}, {}, 1, 1},
+    };
+    const auto clearEnvironment = [] {
+        for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "GDK_SCALE"})
+            qunsetenv(name);
+    };
+    for (const Case& given : cases) {
+        clearEnvironment();
+        for (const auto& [name, value] : given.environment)
+            qputenv(name, value);
+        const ScaleSettings settings = ScaleSettings::fromSession(given.resources);
+        const auto index = &given - cases;
+        EXPECT_DOUBLE_EQ(settings.scaleOf(u"DP-1"_s, 0), given.first) << "case " << index;
+        EXPECT_DOUBLE_EQ(settings.scaleOf(u"HDMI-1"_s, 1), given.second) << "case " << index;
+    }
+    clearEnvironment();
 }
 
 }  // namespace

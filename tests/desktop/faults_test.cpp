@@ -1,9 +1,10 @@
+#include <QDir>
 #include <QElapsedTimer>
 
 #include <csignal>
 #include <unistd.h>
 
-#include "desktop/program_fixture.h"
+#include "desktop/fixtures.h"
 
 namespace tralio {
 namespace {
@@ -75,6 +76,61 @@ TEST_F(Hung, program_is_told_of_by_a_second_start_which_ends_when_it_was_read) {
 
     kill(first, SIGCONT);
     EXPECT_TRUE(waitUntil([&] { return program.isPopoverShown(); })) << "the second had asked for it";
+    EXPECT_TRUE(program.isRunning());
+}
+
+using KilledPicker = OnDesktop;
+
+TEST_F(KilledPicker, costs_that_capture_and_nothing_else_whenever_it_dies) {
+    const auto picker = [&] {
+        return desktop
+            .run(u"pgrep"_s, {u"-P"_s, QString::number(program.processId()), u"-x"_s, u"tralio-snip"_s})
+            .toInt();
+    };
+    const auto isOnScreen = [&] { return desktop.isVisible(u"tralio-snip"_s); };
+    const auto filesLeft = [&] {
+        QStringList left;
+        for (const char* folder : {"/tmp", "/runtime"})
+            left += QDir(desktop.home() + QLatin1StringView(folder)).entryList({u"tralio_snip_*"_s});
+        return left;
+    };
+
+    const auto draw = [&] {
+        EXPECT_TRUE(waitUntil(isOnScreen));
+        desktop.drag({100, 100}, {900, 900});
+    };
+    const std::function<void()> moments[] = {
+        [] {},  // at its start
+        [&] { EXPECT_TRUE(waitUntil(isOnScreen)); },
+        [&] {
+            EXPECT_TRUE(waitUntil(isOnScreen));
+            desktop.xdotool(u"mousemove 100 100 mousedown 1 mousemove 200 200 mousemove 300 250"_s);
+        },
+        // While it writes, which takes some milliseconds that nobody tells apart.
+        draw,
+        draw,
+    };
+    for (const auto& reachMoment : moments) {
+        SCOPED_TRACE(&reachMoment - moments);
+        program.callOnBus(u"CaptureScreen"_s);
+        ASSERT_TRUE(waitUntil([&] { return picker() > 0; }));
+        const int process = picker();
+        reachMoment();
+        ::kill(process, SIGKILL);
+        desktop.xdotool(u"mouseup 1"_s);
+        ASSERT_TRUE(waitUntil([&] { return picker() == 0 && program.isPopoverShown(); }));
+        EXPECT_TRUE(waitUntil([&] { return filesLeft().isEmpty(); })) << filesLeft().join(u' ').toStdString();
+        ASSERT_TRUE(program.closePopover());
+    }
+
+    desktop.press(u"super+shift+s"_s);
+    ASSERT_TRUE(waitUntil(isOnScreen)) << "keyboard and pointer are free again";
+    ASSERT_TRUE(waitUntil([&] {
+        desktop.press(u"Escape"_s);
+        return picker() == 0;
+    }));
+    EXPECT_TRUE(waitUntil([&] { return program.isPopoverShown(); }));
+    EXPECT_TRUE(program.standIn().requests().isEmpty());
     EXPECT_TRUE(program.isRunning());
 }
 

@@ -1,0 +1,106 @@
+#include "ui/translate/dropped_item.h"
+
+#include <QFile>
+#include <QMimeData>
+
+#include <sys/stat.h>
+
+#include "ui/found_text_fixture.h"
+#include "ui/translate/dropped_file.h"
+
+namespace tralio {
+namespace {
+
+TEST_F(FoundText, a_dropped_picture_is_read_and_translated_whatever_the_case_of_its_name) {
+    pictureSays(u"seen"_s);
+    for (const char* name : {"png", "jpg", "jpeg", "webp", "tiff", "bmp", "heic", "Webp"})
+        EXPECT_EQ(droppedFileKind(QUrl(u"file:///a."_s + QLatin1StringView(name))), DroppedFileKind::image)
+            << name;
+    const QUrl shot = file(u"Shot.PNG"_s, "not looked at by the panel");
+    EXPECT_TRUE(panel->handleDrop({{.fileURL = shot}, {.fileURL = QUrl(u"file:///nothing"_s)}}));
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(input->text(), u"seen"_s);
+    EXPECT_TRUE(panel->isTranslating());
+    ASSERT_THAT(recognizer.images, SizeIs(1));
+    EXPECT_EQ(std::get<QUrl>(recognizer.images.front()), shot);
+
+    EXPECT_TRUE(panel->handleDrop({{.picture = picture()}}));
+    ASSERT_TRUE(settles());
+    EXPECT_THAT(recognizer.images, SizeIs(2));
+}
+
+TEST_F(FoundText, a_picture_dragged_from_a_web_page_comes_as_the_bytes_of_its_file) {
+    const QByteArray bytes = "whatever they are";
+    const auto contentOfFirst = [](const QMimeData& drag) {
+        const QList<DroppedItem> items = itemsIn(drag);
+        return items.size() == 1 && items.first().picture ? contentOf(items.first().picture->path()) : "none";
+    };
+    QMimeData drag;
+    drag.setUrls({QUrl(u"https://example.org/picture.png"_s)});
+    EXPECT_FALSE(mayBringItems(drag));
+    drag.setData(u"application/octet-stream"_s, bytes);
+    EXPECT_TRUE(mayBringItems(drag));
+    EXPECT_EQ(contentOfFirst(drag), bytes);
+    drag.setData(u"image/jpeg"_s, "photo");
+    drag.setData(u"image/png"_s, "every pixel");
+    EXPECT_EQ(contentOfFirst(drag), "every pixel");
+
+    QMimeData other;
+    other.setData(u"image/gif"_s, "one of those that nobody prefers");
+    EXPECT_TRUE(mayBringItems(other));
+    EXPECT_EQ(contentOfFirst(other), "one of those that nobody prefers");
+
+    drag.setData(u"image/png"_s, {});
+    EXPECT_FALSE(panel->handleDrop(itemsIn(drag)));
+}
+
+TEST_F(FoundText, a_dropped_text_file_is_translated) {
+    for (const QString& name : {u"a.txt"_s, u"b.md"_s, u"c.JSON"_s, u"d.csv"_s}) {
+        EXPECT_TRUE(panel->handleDrop({{.fileURL = file(name, "\n# Tiêu đề\n")}}));
+        ASSERT_TRUE(eventually([&] { return panel->isTranslating(); })) << name.toStdString();
+        EXPECT_EQ(input->text(), u"# Tiêu đề"_s);
+        ASSERT_TRUE(translationEnds());
+    }
+}
+
+TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
+    recognizer.answer = []() -> std::vector<TextObservation> { throw OCRError::invalidImage(); };
+    panel->errorMessage = u"earlier"_s;
+    const QString pipe = QDir(folder.path()).filePath(u"pipe.txt"_s);
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QUrl files[] = {
+        file(u"report.pdf"_s, "%PDF"),
+        file(u"broken.png"_s, "no picture"),
+        file(u"latin.txt"_s, "caf\xe9"),
+        file(u"no extension"_s, "text"),
+        QUrl::fromLocalFile(pipe),
+        QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)),
+        QUrl::fromLocalFile(folder.path()),
+    };
+    for (const QUrl& url : files) {
+        EXPECT_TRUE(panel->handleDrop({{.fileURL = url}})) << "a file is taken first and looked at then";
+        ASSERT_TRUE(settles());
+        EXPECT_EQ(input->text(), u"typed"_s) << url.toString().toStdString();
+        EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << url.toString().toStdString();
+    }
+    EXPECT_TRUE(panel->handleDrop({{.fileURL = file(u"long.txt"_s, QByteArray((8 << 20) + 1, 'x'))}}));
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(input->text(), u"typed"_s);
+    EXPECT_TRUE(panel->errorMessage()->startsWith(u"Văn bản quá dài"_s)) << "but what is too long is told";
+    EXPECT_FALSE(panel->handleDrop({}));
+    EXPECT_FALSE(panel->handleDrop({DroppedItem{}}));
+
+    recognizer.isSlow = true;
+    panel->errorMessage = u"earlier"_s;
+    for (int drops = 0; drops < 2; ++drops)
+        EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << "one that was dropped on another, too";
+    EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
+    panel->clear();
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(panel->errorMessage(), std::nullopt) << "put away meanwhile";
+}
+
+}  // namespace
+}  // namespace tralio

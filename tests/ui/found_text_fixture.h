@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QThreadPool>
+
+#include "support/files.h"
+#include "ui/translate_panel_support.h"
+
+namespace tralio {
+
+/// Text that the panel finds elsewhere than under the user's fingers: on the clipboard, in pictures, in
+/// files.
+class FoundText : public TranslatePanel {
+protected:
+    FoundText() { input->text = u"typed"_s; }
+
+    static Picture picture() { return std::make_shared<MemoryFile>("not looked at by the panel"); }
+    [[nodiscard]] QUrl file(const QString& name, const QByteArray& content) const {
+        return QUrl::fromLocalFile(writeFile(folder.filePath(name), content));
+    }
+    bool recognitionEnds() {
+        return eventually([this] { return !panel->isOCROngoing(); });
+    }
+    /// Lets everything happen that a drop may lead to on other threads.
+    bool settles() { return QThreadPool::globalInstance()->waitForDone() && nextTurn() && recognitionEnds(); }
+
+    QTemporaryDir folder;
+};
+
+}  // namespace tralio
