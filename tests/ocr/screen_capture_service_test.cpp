@@ -166,5 +166,26 @@ TEST_F(ScreenCapture, a_second_call_ends_at_once_until_the_first_has_its_text) {
     EXPECT_EQ(tool.paths.size(), 1);
 }
 
+TEST_F(ScreenCapture, that_is_read_when_the_program_ends_leaves_no_picture_and_takes_nothing_else) {
+    const QString former = QDir::currentPath();
+    const auto back = qScopeGuard([&] { QDir::setCurrent(former); });
+    QDir::setCurrent(folder.path());
+    writeFile(folder.filePath(u"of the user"_s), "kept");
+    recognizer.isSlow = true;
+    bool recognising = false;
+    recognizer.onRecognize = [&] { recognising = true; };
+    std::optional<ScreenCaptureService> own(std::in_place, ocr, tool, clock, folder.path());
+    const auto ending = started(own->captureInteractiveAndRecognize());
+    clock.advance(150ms);
+    EXPECT_TRUE(eventually([&] { return !tool.paths.isEmpty(); }));
+    tool.finish(0, "png");
+    EXPECT_TRUE(eventually([&] { return recognising; }));
+    EXPECT_TRUE(own->isReading());
+    own.reset();
+    EXPECT_THAT(filesLeft(), ElementsAre(u"of the user"_s));
+    EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
+    EXPECT_THAT(filesLeft(), ElementsAre(u"of the user"_s));
+}
+
 }  // namespace
 }  // namespace tralio
