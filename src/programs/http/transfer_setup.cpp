@@ -1,5 +1,7 @@
 // What libcurl is told of a transfer, and how it calls back.
-#include <cstdlib>
+#include <QDir>
+#include <QFile>
+
 #include <openssl/ssl.h>
 #include <sys/socket.h>
 #include <utility>
@@ -10,6 +12,19 @@ namespace tralio {
 namespace {
 
 constexpr long mostConnecting = 5000;  // milliseconds, to a proxy that is not the last
+
+/// Whether the certificates have to be read from OpenSSL's file of them all, which takes 30 ms for each
+/// connection: where the user names one, and where the folder does not have them by their hashes, of which
+/// those are read that are needed.
+bool wantsFile() {
+    static const bool wanted = [] {
+        const QString named = qEnvironmentVariable(X509_get_default_cert_dir_env());
+        const QDir folder(named.isEmpty() ? QFile::decodeName(X509_get_default_cert_dir()) : named);
+        return qEnvironmentVariableIsSet(X509_get_default_cert_file_env()) ||
+            folder.entryList({QStringLiteral("*.0")}, QDir::Files).isEmpty();
+    }();
+    return wanted;
+}
 
 }  // namespace
 
@@ -104,13 +119,11 @@ int Transfer::configureSocket(void* transfer, curl_socket_t socket, curlsocktype
     return self.m_isMadeBefore ? CURL_SOCKOPT_ALREADY_CONNECTED : CURL_SOCKOPT_OK;
 }
 
-// The system's certificates one by one, as they are needed, and not the file of them all, which takes 30 ms
-// to read; and those that SSL_CERT_FILE names, as everywhere.
 CURLcode Transfer::beginHandshake(CURL* /*easy*/, void* context, void* transfer) {
     ++static_cast<Transfer*>(transfer)->m_handshakes;
     auto* trusted = static_cast<SSL_CTX*>(context);
     const bool isDone = SSL_CTX_set_default_verify_dir(trusted) == 1 &&
-        (std::getenv("SSL_CERT_FILE") == nullptr || SSL_CTX_set_default_verify_file(trusted) == 1);
+        (!wantsFile() || SSL_CTX_set_default_verify_file(trusted) == 1);
     return isDone ? CURLE_OK : CURLE_SSL_CACERT_BADFILE;
 }
 

@@ -53,6 +53,21 @@ TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text
     EXPECT_TRUE(outcomeOf(translate()).text.contains(u"không dùng kết nối bảo mật"_s));
 }
 
+TEST_F(MisbehavingServerTest, certificates_that_stand_in_the_folder_by_their_hashes_are_trusted) {
+    const QTemporaryDir folder;
+    makeCertificates(folder);
+    const QString hash =
+        runToEnd(u"openssl"_s, {u"x509"_s, u"-noout"_s, u"-hash"_s, u"-in"_s, folder.filePath(u"ca.pem"_s)})
+            .trimmed();
+    const QTemporaryDir trusted;
+    ASSERT_TRUE(
+        QFile::copy(folder.filePath(u"ca.pem"_s), trusted.filePath(QString::fromLatin1(hash + ".0"))));
+    qputenv("SSL_CERT_DIR", QFile::encodeName(trusted.path()));
+    const auto restore = qScopeGuard([] { qunsetenv("SSL_CERT_DIR"); });
+    const TlsServer server(folder, {u"-cert"_s, u"good.pem"_s, u"-key"_s, u"good.key"_s});
+    EXPECT_EQ(QCoro::waitFor(http.get({QUrl(server.url)}, 20s, {})).status, 200);
+}
+
 TEST_F(MisbehavingServerTest, an_unreadable_body_is_an_empty_answer_or_an_error_that_is_shown_as_it_is) {
     const QByteArray errorPage = "<html>" + QByteArray(300 * 1024, 'x');
     const QByteArray nested = R"({"choices":)" + QByteArray(100'000, '[') + QByteArray(100'000, ']') + "}";
