@@ -80,9 +80,9 @@ TEST_F(WalkThrough, a_permission_is_asked_for_on_its_card_until_it_is_granted) {
     EXPECT_EQ(badge(1), u"ĐÃ CẤP"_s);
     EXPECT_EQ(focusedTitle(), QString()) << "the keyboard went on to another button";
 
-    window().hide();
+    find<OnboardingView>()->hide();
     desktop.permissions.screenCapture = false;
-    window().show();
+    find<OnboardingView>()->show();
     settle();
     EXPECT_EQ(badge(1), u"CHƯA CẤP"_s) << "what is shown is not looked up on appearing";
 }
