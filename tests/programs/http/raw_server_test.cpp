@@ -27,7 +27,7 @@ TEST_F(HttpTest, no_answer_is_ever_another_texts_and_no_text_is_sent_twice) {
     for (const Case& given : cases) {
         RawServer server([&](Connection& peer) {
             const QByteArray request = peer.readRequest();
-            const QByteArray text = request.sliced(request.indexOf("\r\n\r\n") + 4);
+            const QByteArray text = request.mid(request.indexOf("\r\n\r\n") + 4);
             for (QByteArray bytes : given.sent) {
                 peer.send(bytes.replace(answer, reply("of " + text)));
                 peer.wait(given.pause);
