@@ -110,16 +110,6 @@ private:
 /// Before main() makes a folder that only its maker can remove.
 const OrdinaryProcess ordinaryProcess;
 
-/// The first text at or below an object.
-AtspiReference findText(const AtspiReference& object, const AtspiQuestion& question) {
-    if (roleOf(object, question) == AtspiRole::text)
-        return object;
-    for (const AtspiReference& child : childrenOf(object, question))
-        if (const AtspiReference found = findText(child, question); !found.isNull())
-            return found;
-    return {};
-}
-
 bool hasActiveWindow(const AtspiReference& application, const AtspiQuestion& question) {
     return std::ranges::any_of(
         childrenOf(application, question),
@@ -140,7 +130,8 @@ protected:
             for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), question)) {
                 if (accessibility.processOf(application.service, question.budget) != editor)
                     continue;
-                const AtspiReference object = findText(application, question);
+                const AtspiReference object = findBelow(application, question,
+                    [&](const AtspiReference& below) { return roleOf(below, question) == AtspiRole::text; });
                 const auto call = [&](const QString& method, const QVariantList& arguments) {
                     return accessibility
                         .call(object, u"org.a11y.atspi.Text"_s, method, arguments, question.budget)

@@ -13,18 +13,17 @@ namespace {
 
 constexpr int answerLimit = 1000;  // milliseconds
 
-/// The first shown object at or below `object` with a name that is wanted.
-AtspiReference findByName(const AtspiReference& object, const std::function<bool(const QString&)>& isWanted,
-    const AtspiQuestion& question) {
-    if (isWanted(nameOf(object, question)) && statesOf(object, question).contains(AtspiState::showing))
+}  // namespace
+
+AtspiReference findBelow(const AtspiReference& object, const AtspiQuestion& question,
+    const std::function<bool(const AtspiReference&)>& isWanted) {
+    if (isWanted(object))
         return object;
     for (const AtspiReference& child : childrenOf(object, question))
-        if (const AtspiReference found = findByName(child, isWanted, question); !found.isNull())
+        if (const AtspiReference found = findBelow(child, question, isWanted); !found.isNull())
             return found;
     return {};
 }
-
-}  // namespace
 
 ProgramRun::ProgramRun(TestSession& desktop, Start start) : m_desktop(desktop) {
     {
@@ -60,7 +59,10 @@ AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
 
 AtspiReference ProgramRun::find(
     const std::function<bool(const QString&)>& isWanted, const TimeBudget& budget) const {
-    return findByName(applicationObject(budget), isWanted, {m_accessibility, budget});
+    const AtspiQuestion question{m_accessibility, budget};
+    return findBelow(applicationObject(budget), question, [&](const AtspiReference& object) {
+        return isWanted(nameOf(object, question)) && statesOf(object, question).contains(AtspiState::showing);
+    });
 }
 
 QString ProgramRun::trayIcon() const {

@@ -3,10 +3,14 @@
 #include <QRect>
 
 #include "desktop/test_session.h"
-#include "platform/linux/atspi/atspi_bus.h"
+#include "platform/linux/atspi/atspi_element.h"
 #include "support/stand_in_model.h"
 
 namespace tralio {
+
+/// The first object of those at or below `object` that is wanted; null where none is.
+AtspiReference findBelow(const AtspiReference& object, const AtspiQuestion& question,
+    const std::function<bool(const AtspiReference&)>& isWanted);
 
 /// The program, running on a virtual desktop with the stand-in as its model.
 class ProgramRun final {

@@ -11,10 +11,6 @@ namespace {
 /// A user's way through the whole program.
 class ShellWalk : public testing::Test {
 protected:
-    void start(ProgramRun::Start kind = ProgramRun::Start::usual) {
-        program.emplace(desktop, kind);
-        program->standIn().translatesTo(u"xong"_s);
-    }
     static QStringList texts(const StandInModel& model) {
         QStringList texts;
         for (const auto& request : model.requests())
@@ -27,7 +23,7 @@ protected:
 };
 
 TEST_F(ShellWalk, newcomers_are_led_through_by_keyboard_and_mouse) {
-    start(ProgramRun::Start::first);
+    program.emplace(desktop, ProgramRun::Start::first);
     ASSERT_TRUE(program->openByHotKey());
     ASSERT_TRUE(program->comes(u"Chào mừng đến với Tralio"_s));
     desktop.press(u"Return"_s);
@@ -49,7 +45,7 @@ TEST_F(ShellWalk, newcomers_are_led_through_by_keyboard_and_mouse) {
 TEST_F(ShellWalk, accessibility_is_granted_by_the_buttons_of_the_settings_and_of_the_walk_through) {
     desktop.setVariable(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);  // for this test's own eyes
     desktop.setAccessibility(false);
-    start();
+    program.emplace(desktop);
     ASSERT_TRUE(program->openByHotKey());
     ASSERT_TRUE(program->click(u"Chưa cấp quyền Trợ năng"_s));
     ASSERT_TRUE(program->click(u"Cần cấp quyền Trợ năng (Accessibility): Cấp quyền"_s));
@@ -69,7 +65,7 @@ TEST_F(ShellWalk, accessibility_is_granted_by_the_buttons_of_the_settings_and_of
 TEST_F(ShellWalk, another_provider_with_an_address_of_ones_own_translates_from_now_on) {
     StandInModel own;
     own.translatesTo(u"bởi máy riêng"_s);
-    start();
+    program.emplace(desktop);
     ASSERT_TRUE(program->openByHotKey());
     ASSERT_TRUE(program->click(u"Cài đặt"_s));
     ASSERT_TRUE(program->click(u"Nhà cung cấp: "_s));
@@ -85,7 +81,7 @@ TEST_F(ShellWalk, another_provider_with_an_address_of_ones_own_translates_from_n
 }
 
 TEST_F(ShellWalk, opening_translates_what_was_newly_copied_once_and_no_password) {
-    start();
+    program.emplace(desktop);
     const auto openAndClose = [&] {
         ASSERT_TRUE(program->clickTrayIcon());
         ASSERT_TRUE(program->comesToFront());
@@ -109,7 +105,7 @@ TEST_F(ShellWalk, opening_translates_what_was_newly_copied_once_and_no_password)
 }
 
 TEST_F(ShellWalk, other_programs_hand_over_texts_a_second_start_opens_the_first_and_its_button_ends_it) {
-    start();
+    program.emplace(desktop);
     program->callOnBus(u"TranslateText"_s, {u"  handed over  "_s});
     EXPECT_TRUE(program->isAsked(u"handed over"_s));
     EXPECT_TRUE(dumpsNoCore(program->processId()));

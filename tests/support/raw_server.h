@@ -24,13 +24,13 @@ public:
         /// A whole request, its body included; empty when the peer has gone.
         QByteArray readRequest() {
             for (;;) {
-                const qsizetype head = m_read.indexOf("\r\n\r\n");
-                const qsizetype at =
-                    m_read.first(std::max(head, qsizetype(0))).toLower().indexOf("\ncontent-length:");
-                const qsizetype body =
-                    at < 0 ? 0 : m_read.mid(at + 16).split('\n').first().trimmed().toLongLong();
-                if (head >= 0 && m_read.size() >= head + 4 + body) {
-                    const QByteArray request = m_read.first(head + 4 + body);
+                const qsizetype end = m_read.indexOf("\r\n\r\n");
+                const QByteArray head = m_read.first(std::max(end, qsizetype(0))).toLower();
+                const qsizetype at = head.indexOf("\ncontent-length:");
+                const qsizetype length =
+                    at < 0 ? 0 : head.mid(at + 16).split('\r').first().trimmed().toLongLong();
+                if (end >= 0 && m_read.size() >= end + 4 + length) {
+                    const QByteArray request = m_read.first(end + 4 + length);
                     m_read.remove(0, request.size());
                     m_server.m_posts += request.startsWith("POST ") ? 1 : 0;
                     return request;

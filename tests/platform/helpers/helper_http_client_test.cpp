@@ -155,13 +155,12 @@ TEST_F(HelperHttpClientTest, a_stop_request_aborts_the_request_and_drops_the_lat
     standIn.sendTheRest();
     EXPECT_TRUE(outcomeOf(post(token)).failed);
     EXPECT_EQ(standIn.requests().size(), 1) << "a request that was cancelled beforehand went out";
-    EXPECT_EQ(completions, 0);
-}
 
-TEST_F(HelperHttpClientTest, an_answer_that_arrives_together_with_the_stop_request_is_dropped) {
-    std::stop_source stop;
-    QObject::connect(&standIn, &StandInModel::requestReceived, [&stop] { stop.request_stop(); });
-    EXPECT_EQ(outcomeOf(post(stop.get_token())).text, cancelled);
+    // The answer may arrive together with the stop request.
+    std::stop_source together;
+    QObject::connect(&standIn, &StandInModel::requestReceived, [&together] { together.request_stop(); });
+    standIn.replies(StandInReply::withBody(200, "x"));
+    EXPECT_EQ(outcomeOf(post(together.get_token())).text, cancelled);
     EXPECT_EQ(completions, 0);
 }
 

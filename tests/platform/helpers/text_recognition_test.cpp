@@ -8,16 +8,13 @@ namespace {
 TEST_F(HelperTextRecognizerTest, reads_what_screens_show) {
     const QStringList lines{u"Bạn hãy nhập mật khẩu mới."_s, u"Please enter a new password."_s};
     const QString text = lines.join(u'\n');
-    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines))).result, text);
-    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines, 2))).result, text) << "on a dense screen";
-    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(lines, 1, QColor(235, 235, 235), QColor(30, 30, 46))))
-                  .result,
-        text)
-        << "in a dark theme";
-    EXPECT_EQ(endingOf(service.recognizeText(pictureOf({u"Файл успешно загружен."_s}))).result,
-        u"Файл успешно загружен."_s);
+    EXPECT_EQ(textOf(pictureOf(lines)), text);
+    EXPECT_EQ(textOf(pictureOf(lines, 2)), text) << "on a dense screen";
+    const QColor light(235, 235, 235);
+    EXPECT_EQ(textOf(pictureOf(lines, 1, light, QColor(30, 30, 46))), text) << "in a dark theme";
+    EXPECT_EQ(textOf(pictureOf({u"Файл успешно загружен."_s})), u"Файл успешно загружен."_s);
     const QStringList greeting{u"Xin chào Việt Nam"_s, u"Good morning, everybody"_s};
-    EXPECT_EQ(endingOf(service.recognizeText(pictureOf(greeting))).result, greeting.join(u'\n'))
+    EXPECT_EQ(textOf(pictureOf(greeting)), greeting.join(u'\n'))
         << "a short greeting is not taken for Spanish";
 
     const auto observations =
@@ -62,16 +59,13 @@ TEST_F(HelperTextRecognizerTest, reads_tables_buttons_headlines_and_captions) {
     write({450, 410}, u"Chợ nổi buổi sáng"_s, 22, Qt::white);
     painter.end();
 
-    QStringList lines =
-        endingOf(service.recognizeText(encoded(image))).result.value_or(QString()).split(u'\n');
+    const QStringList lines = textOf(encoded(image)).value_or(QString()).split(u'\n');
     QStringList expected{u"Bảng giá"_s, u"Đặt món ngay"_s, u"Chợ nổi buổi sáng"_s};
     for (qsizetype row = 0; row < goods.size(); ++row)
         expected += {goods[row], u"%1.000"_s.arg(31 + row)};
     EXPECT_THAT(lines, testing::UnorderedElementsAreArray(expected));
-    EXPECT_EQ(
-        endingOf(service.recognizeText(pictureOf({u"Установите браузер Firefox на компьютер"_s}))).result,
-        u"Установите браузер Firefox на компьютер"_s)
-        << "a Latin name in a Russian line";
+    const QString russian = u"Установите браузер Firefox на компьютер"_s;
+    EXPECT_EQ(textOf(pictureOf({russian})), russian) << "with a Latin name in it";
 }
 
 TEST_F(HelperTextRecognizerTest, nothing_is_read_where_nothing_is_written) {

@@ -49,6 +49,10 @@ protected:
         return QUrl::fromLocalFile(folder.filePath(name));
     }
 
+    template <typename Image>
+    std::optional<QString> textOf(const Image& image) {
+        return endingOf(service.recognizeText(image)).result;
+    }
     std::shared_ptr<Ending<std::vector<TextObservation>>> reading(
         HelperTextRecognizer& from, const std::stop_token& stop = {}) const {
         return started(from.recognize(hello, RecognitionRequest(), stop, {}));

@@ -27,7 +27,7 @@ TEST_F(HttpTest, no_answer_is_ever_another_texts_and_no_text_is_sent_twice) {
     for (const Case& given : cases) {
         RawServer server([&](Connection& peer) {
             const QByteArray request = peer.readRequest();
-            const QByteArray text = request.sliced(request.indexOf("\r\n\r\n") + 4);
+            const QByteArray text = request.mid(request.indexOf("\r\n\r\n") + 4);
             for (QByteArray bytes : given.sent) {
                 peer.send(bytes.replace(answer, reply("of " + text)));
                 peer.wait(given.pause);
@@ -60,39 +60,38 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
     const QString broken = words(CURLE_RECV_ERROR);
     const QString silent = words(CURLE_GOT_NOTHING);
     const QString headers = tooLargeHeadersWords(peer);
-    const QByteArray chunks = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n";
+    const auto status = [](const QByteArray& line) { return "HTTP/1.1 " + line + "\r\n"; };
+    const QByteArray end = "\r\n\r\n";
+    const QByteArray ok = status("200 OK");
+    const QByteArray gzip = "Content-Encoding: gzip\r\n";
+    const QByteArray chunks = ok + "Transfer-Encoding: chunked" + end + "5\r\nhello\r\n";
     const StandInReply compressed = StandInReply::gzipped(u"nén"_s);
     const Case cases[] = {
         {"ends before reading", [](Connection&) {}, u"*"_s, 0},
         {"resets before reading", [](Connection& other) { other.reset(); }, u"*"_s, 0},
         {"ends after reading", answering({}), silent},
         {"resets after reading", answering({}, true), broken},
-        {"no content, with a length", answering("HTTP/1.1 204 No Content\r\nContent-Length: 5\r\n\r\n"),
+        {"no content, with a length", answering(status("204 No Content") + "Content-Length: 5" + end),
             u"204"_s},
-        {"chunks", answering(chunks + "0\r\n\r\n"), u"200 hello"_s},
+        {"chunks", answering(chunks + "0" + end), u"200 hello"_s},
         {"cut between chunks", answering(chunks), broken},
         {"cut within a chunk", answering(chunks + "9\r\nwo"), broken},
-        {"cut short of its length", answering("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhello"), broken},
-        {"reset within its length", answering("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhello", true),
-            broken},
-        {"cut in the head", answering("HTTP/1.1 200 OK\r\nContent-"), u"*"_s},
-        {"to the end of the connection", answering("HTTP/1.1 200 OK\r\n\r\nhello"), u"200 hello"_s},
-        {"one header of 300 KB", answering("HTTP/1.1 200 OK\r\nA: " + QByteArray(300'000, 'a') + "\r\n\r\n"),
-            headers},
-        {"20,000 headers",
-            answering("HTTP/1.1 200 OK\r\n" + QByteArray("A: 12345678\r\n").repeated(20'000) + "\r\n"),
-            headers},
-        {"garbled compression", answering(reply("not gzip", "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n")),
-            words(CURLE_BAD_CONTENT_ENCODING)},
-        {"compression", answering(reply(compressed.body, "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n")),
+        {"cut short of its length", answering(ok + "Content-Length: 9" + end + "hello"), broken},
+        {"reset within its length", answering(ok + "Content-Length: 9" + end + "hello", true), broken},
+        {"cut in the head", answering(ok + "Content-"), u"*"_s},
+        {"to the end of the connection", answering(ok + "\r\nhello"), u"200 hello"_s},
+        {"one header of 300 KB", answering(ok + "A: " + QByteArray(300'000, 'a') + end), headers},
+        {"20,000 headers", answering(ok + QByteArray("A: 12345678\r\n").repeated(20'000) + "\r\n"), headers},
+        {"garbled compression", answering(reply("not gzip", ok + gzip)), words(CURLE_BAD_CONTENT_ENCODING)},
+        {"compression", answering(reply(compressed.body, ok + gzip)),
             u"200 "_s + QString::fromUtf8(StandInReply::translation(u"nén"_s).body)},
         {"no HTTP", answering("hello\n"), u"no HTTP"_s},
-        {"a status without a number", answering("HTTP/1.1 OK\r\n\r\n"), u"no HTTP"_s},
+        {"a status without a number", answering("HTTP/1.1 OK" + end), u"no HTTP"_s},
         {"an alert of TLS", answering("\x15\x03\x01"), u"no HTTP"_s},
-        {"another protocol", answering("HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n\x01\x02"),
+        {"another protocol", answering(status("101 Switching Protocols") + "Upgrade: x" + end + "\x01\x02"),
             u"101"_s},
-        {"a hint and nothing more", answering("HTTP/1.1 103 Early Hints\r\n\r\n"), broken},
-        {"a length that is no number", answering("HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\nx"),
+        {"a hint and nothing more", answering(status("103 Early Hints") + "\r\n"), broken},
+        {"a length that is no number", answering(ok + "Content-Length: x" + end + "x"),
             words(CURLE_WEIRD_SERVER_REPLY)},
         {"to be fetched elsewhere",
             [](Connection& other) {

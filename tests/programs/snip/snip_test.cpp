@@ -1,5 +1,12 @@
-#include "programs/snip/region_selection.h"
+#include <QDir>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
 
+#include "ocr/text_recognizer.h"
+#include "programs/snip/label_placement.h"
+#include "programs/snip/picture_file.h"
+#include "programs/snip/region_selection.h"
+#include "programs/snip/scale_settings.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -137,6 +144,112 @@ TEST_F(RegionSelectionTest, the_pointer_pulls_moves_and_turns_over_a_placed_rect
     selection.release({700, 700});
     EXPECT_EQ(selection.stage(), Stage::Confirmed);
     EXPECT_EQ(selection.area(), QRect(600, 600, 101, 101));
+}
+
+constexpr QSize label(80, 24);
+constexpr int gap = 12;
+
+TEST(SizeLabel, stands_off_the_corner_that_changes_where_there_is_room) {
+    constexpr QRect monitor(0, 0, 1000, 800);
+    constexpr QRect area(300, 300, 200, 100);
+    EXPECT_EQ(placeSizeLabel(label, area, area.bottomRight(), monitor, gap).topLeft(), QPoint(511, 411));
+    EXPECT_EQ(placeSizeLabel(label, area, area.topLeft(), monitor, gap).bottomRight(), QPoint(288, 288));
+    EXPECT_EQ(placeSizeLabel(label, area, area.topRight(), monitor, gap).bottomLeft(), QPoint(511, 288));
+}
+
+TEST(SizeLabel, never_leaves_the_monitor_and_never_covers_a_corner) {
+    QRandomGenerator random(4);
+    // Every edge and corner of the monitor comes often.
+    const auto along = [&random](int begin, int length) {
+        const int place = random.bounded(-length / 4, length + length / 4);
+        return begin + std::clamp(place, 0, length - 1);
+    };
+    for (const QRect& monitor : {QRect(0, 0, 1280, 1024), QRect(-800, 300, 800, 600)}) {
+        for (int i = 0; i < 20000; ++i) {
+            const bool isSmall = random.bounded(2) == 0;
+            const QPoint from(along(monitor.left(), monitor.width()), along(monitor.top(), monitor.height()));
+            QPoint to(along(monitor.left(), monitor.width()), along(monitor.top(), monitor.height()));
+            if (isSmall) {
+                to.setX(std::clamp(from.x() + random.bounded(-90, 90), monitor.left(), monitor.right()));
+                to.setY(std::clamp(from.y() + random.bounded(-90, 90), monitor.top(), monitor.bottom()));
+            }
+            const QRect area = QRect(from, QSize(1, 1)) | QRect(to, QSize(1, 1));
+            SCOPED_TRACE(testing::Message()
+                << area.x() << ' ' << area.y() << ' ' << area.width() << ' ' << area.height());
+            const QRect place = placeSizeLabel(label, area, to, monitor, gap);
+            ASSERT_EQ(place.size(), label);
+            ASSERT_TRUE(monitor.contains(place));
+            for (const QPoint corner :
+                {area.topLeft(), area.topRight(), area.bottomLeft(), area.bottomRight()})
+                ASSERT_FALSE(place.contains(corner));
+        }
+    }
+}
+
+TEST(MonitorLayout, finds_the_monitor_of_a_place_and_the_scale_of_an_area) {
+    const MonitorLayout monitors(
+        {{QString(), {0, 0, 1000, 800}, 1}, {QString(), {1000, 200, 2000, 1600}, 1.5}});
+    EXPECT_EQ(monitors.bounds(), QRect(0, 0, 3000, 1800));
+    EXPECT_EQ(monitors.at({999, 300}).scale, 1);
+    EXPECT_EQ(monitors.at({1000, 300}).scale, 1.5);
+    EXPECT_EQ(monitors.at({900, 1700}).scale, 1.5);  // no monitor there: the nearest
+    EXPECT_EQ(monitors.scaleOf({900, 300, 300, 50}), 1.5);
+    EXPECT_EQ(monitors.scaleOf({800, 300, 300, 50}), 1);
+    EXPECT_EQ(monitors.at({2000, 300}).pixels(10), 15);
+    EXPECT_EQ(monitors.at({0, 0}).pixels(0.2), 1);
+}
+
+TEST(PictureFile, keeps_the_pixels_tells_the_ratio_and_is_for_its_owner_alone) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"a.png"_s);
+    QImage picture(3, 2, QImage::Format_RGB32);
+    picture.fill(QColor(1, 2, 3));
+    picture.setPixelColor(2, 1, QColor(250, 100, 50));
+    ASSERT_EQ(PictureFile::write(picture, 1.5, path), QString());
+
+    const QImage read(path);
+    EXPECT_EQ(read.convertToFormat(QImage::Format_RGB32), picture);
+    EXPECT_EQ(read.text(devicePixelRatioKey.toString()), u"1.5");  // as the recogniser reads it
+    EXPECT_EQ(read.dotsPerMeterX(), 5669);                         // 144 dots per inch
+    EXPECT_EQ(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{u"a.png"_s});
+}
+
+TEST(ScaleSettings, follow_the_environment_and_the_desktops_resolution) {
+    struct Case {
+        std::vector<std::pair<const char*, const char*>> environment;
+        QString resources;
+        double first, second;
+    };
+    const QString atTwo = u"Xcursor.size:\t24\nXft.dpi:\t192\nXft.antialias:\t1\n"_s;
+    const Case cases[] = {
+        {{}, {}, 1, 1},
+        {{}, atTwo, 2, 2},
+        {{{"QT_SCALE_FACTOR", "2"}}, u"Xft.dpi: 144"_s, 3, 3},
+        {{{"GDK_SCALE", "2"}}, {}, 2, 2},
+        {{{"GDK_SCALE", "2"}}, atTwo, 2, 2},  // the desktop's resolution has it already
+        {{{"QT_FONT_DPI", "120"}}, atTwo, 1.25, 1.25},
+        {{{"QT_SCREEN_SCALE_FACTORS", "1.5;2"}}, {}, 1.5, 2},
+        {{{"QT_SCREEN_SCALE_FACTORS", "HDMI-1=2;DP-1=1.25"}}, atTwo, 1.25, 2},
+        {{{"QT_SCREEN_SCALE_FACTORS", "HDMI-1=1.5"}}, atTwo, 2, 1.5},
+        {{{"QT_SCREEN_SCALE_FACTORS", "1;2"}, {"QT_SCALE_FACTOR", "1.5"}}, {}, 1.5, 3},
+        {{{"QT_SCALE_FACTOR", "nonsense"}, {"GDK_SCALE", "-1"}}, u"Xft.dpi: x"_s, 1, 1},
+        {{{"QT_SCALE_FACTOR", "0.2"}}, {}, 1, 1},
+    };
+    const auto clearEnvironment = [] {
+        for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "GDK_SCALE"})
+            qunsetenv(name);
+    };
+    for (const Case& given : cases) {
+        clearEnvironment();
+        for (const auto& [name, value] : given.environment)
+            qputenv(name, value);
+        const ScaleSettings settings = ScaleSettings::fromSession(given.resources);
+        const auto index = &given - cases;
+        EXPECT_DOUBLE_EQ(settings.scaleOf(u"DP-1"_s, 0), given.first) << "case " << index;
+        EXPECT_DOUBLE_EQ(settings.scaleOf(u"HDMI-1"_s, 1), given.second) << "case " << index;
+    }
+    clearEnvironment();
 }
 
 }  // namespace
