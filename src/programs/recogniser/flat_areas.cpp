@@ -106,9 +106,9 @@ bool isBar(const Extent& extent, const RowTally& rows, int unit) {
     constexpr int leastCell = 20;  // "B" and "口" have such edges as well, but much less between them
     const int width = extent.box.width();
     const int height = extent.box.height();
-    const int full = width * height;
-    const int area = extent.area;
-    if (rows.spans * 100 < full * 85 || !rows.isFullAbove || !rows.isFullBelow)
+    const qint64 full = qint64(width) * height;
+    const qint64 area = extent.area;
+    if (qint64(rows.spans) * 100 < full * 85 || !rows.isFullAbove || !rows.isFullBelow)
         return false;
     const bool isBand = height >= leastHeight * unit && width * 2 >= height * 3 && area * 100 >= full * 35;
     const bool isCell = std::min(width, height) >= leastCell * unit && area * 100 >= full * 75;

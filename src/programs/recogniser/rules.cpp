@@ -13,7 +13,8 @@ bool isLineOrFrame(const Extent& extent, int thickness, int unit) {
     if (longSide < 40 * unit)
         return false;
     const bool isLine = shortSide <= 4 * unit;
-    const bool isHollow = shortSide >= 12 * unit && extent.area * 100 <= 35 * longSide * shortSide;
+    const bool isHollow =
+        shortSide >= 12 * unit && extent.area * qint64(100) <= qint64(35) * longSide * shortSide;
     const bool isFrame = extent.area <= 5 * unit * (extent.box.width() + extent.box.height());
     // The letters of a headline are hollow too, but not drawn that finely.
     const bool isTable = thickness <= 2 * unit || (thickness <= 4 * unit && longSide >= 120 * unit);

@@ -67,6 +67,9 @@ TEST(Rules, are_told_from_letters) {
     EXPECT_EQ(lettersOf(letterInCorner), drawn(letterInCorner));
     const QRect steps[] = {{0, 0, 7, 1}, {0, 1, 4, 1}, {0, 2, 2, 3}, {0, 5, 1, 2}};
     EXPECT_EQ(lettersOf({std::begin(steps), std::end(steps)}), drawn({})) << "what a round corner leaves";
+
+    const Labels mark{1, 1, {0}, 1};
+    EXPECT_TRUE(findRules(mark, {{QRect(5, 5, 7990, 7990), 4 * 7990}}, 1)[0]) << "a frame in a huge picture";
 }
 
 /// A picture on which boxes stand for letters, each with a hole like an "o".
