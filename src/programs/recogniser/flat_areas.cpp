@@ -106,12 +106,12 @@ bool isBar(const Extent& extent, const RowTally& rows, int unit) {
     constexpr int leastCell = 20;  // "B" and "口" have such edges as well, but much less between them
     const int width = extent.box.width();
     const int height = extent.box.height();
-    const int full = width * height;
-    if (rows.spans * 100 < full * 85 || !rows.isFullAbove || !rows.isFullBelow)
+    const qint64 full = qint64(width) * height;
+    const qint64 area = extent.area;
+    if (qint64(rows.spans) * 100 < full * 85 || !rows.isFullAbove || !rows.isFullBelow)
         return false;
-    const bool isBand =
-        height >= leastHeight * unit && width * 2 >= height * 3 && extent.area * 100 >= full * 35;
-    const bool isCell = std::min(width, height) >= leastCell * unit && extent.area * 100 >= full * 75;
+    const bool isBand = height >= leastHeight * unit && width * 2 >= height * 3 && area * 100 >= full * 35;
+    const bool isCell = std::min(width, height) >= leastCell * unit && area * 100 >= full * 75;
     return isBand || isCell;
 }
 
@@ -132,11 +132,14 @@ bool areAlike(const Colour& a, const Colour& b) {
         [](int left, int right) { return std::abs(left - right) <= tolerance; });
 }
 
-/// What is left around a closely cut text.
-bool touchesThreeEdges(const QRect& box, const Labels& groups) {
+int touchedEdges(const QRect& box, const Labels& groups) {
     return int(box.left() == 0) + int(box.top() == 0) + int(box.right() == groups.width - 1) +
-        int(box.bottom() == groups.height - 1) >=
-        3;
+        int(box.bottom() == groups.height - 1);
+}
+
+/// What is left around a closely cut text. Its first letter may touch as many edges.
+bool isAround(const QRect& box, const Labels& groups) {
+    return touchedEdges(box, groups) >= 3 && box.width() * 2 >= groups.width;
 }
 
 }  // namespace
@@ -158,10 +161,10 @@ FlatAreas findFlatAreas(const Channels& channels, int unit) {
     };
     for (size_t i = 0; i < extents.size(); ++i) {
         const bool bar = isBar(extents[i], rows[i], unit);
-        if (drawn[i] && (bar || squares[i] >= thick * unit || touchesThreeEdges(extents[i].box, groups)))
+        if (drawn[i] && (bar || squares[i] >= thick * unit || isAround(extents[i].box, groups)))
             add(i, bar);
     }
-    // Inside large letters the ground of all shows again.
+    // Inside large letters, and between those that a close cut touches, the ground of all shows again.
     constexpr int enclosed = 8;
     const std::vector<Colour> colours = coloursOf(groups, channels);
     std::vector<Colour> grounds;
@@ -170,7 +173,8 @@ FlatAreas findFlatAreas(const Channels& channels, int unit) {
             grounds.push_back(colours[i]);
     for (size_t i = 0; i < extents.size(); ++i) {
         const auto isSame = [&](const Colour& ground) { return areAlike(ground, colours[i]); };
-        if (numbers[i] == Labels::none && drawn[i] && squares[i] >= enclosed * unit &&
+        if (numbers[i] == Labels::none && drawn[i] &&
+            (squares[i] >= enclosed * unit || touchedEdges(extents[i].box, groups) >= 2) &&
             std::any_of(grounds.begin(), grounds.end(), isSame))
             add(i, false);
     }
