@@ -56,7 +56,7 @@ TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text
 TEST_F(MisbehavingServerTest, certificates_that_stand_in_the_folder_by_their_hashes_are_trusted) {
     const QTemporaryDir folder;
     makeCertificates(folder);
-    const QString hash =
+    const QByteArray hash =
         runToEnd(u"openssl"_s, {u"x509"_s, u"-noout"_s, u"-hash"_s, u"-in"_s, folder.filePath(u"ca.pem"_s)})
             .trimmed();
     const QTemporaryDir trusted;
