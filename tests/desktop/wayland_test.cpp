@@ -244,11 +244,14 @@ TEST_P(ShippedSway, leaves_the_popover_open_when_the_pointer_leaves_it_and_gives
     EXPECT_TRUE(closePopover());
 }
 
-TEST(ShippedSwayScreens, have_the_whole_popover_whatever_their_number_and_scale) {
+using ShippedSwayScreens = testing::TestWithParam<const char*>;
+INSTANTIATE_TEST_SUITE_P(Scales, ShippedSwayScreens, testing::Values("2", "1.5"));
+
+TEST_P(ShippedSwayScreens, have_the_whole_popover_each_whatever_their_scale) {
     SessionSettings settings = SessionSettings::asShipped();
     settings.outputs = 2;
-    settings.scale = 2;
     SwayDesktop desktop(SwayDesktop::Xwayland::present, settings);
+    desktop.run(u"swaymsg"_s, {u"output * scale "_s + QLatin1String(GetParam())});
     const ProgramRun program(desktop);
     for (const char* output : {"HEADLESS-1", "HEADLESS-2"}) {
         desktop.run(u"swaymsg"_s, {u"focus output "_s + QLatin1String(output)});
