@@ -1,6 +1,7 @@
 #include "programs/recogniser/even_lines.h"
 
 #include <algorithm>
+#include <map>
 
 #include "programs/recogniser/boxes.h"
 
@@ -20,6 +21,12 @@ bool isEven(const TextLine& line) {
     constexpr size_t fewest = 4;
     return line.letters.size() >= fewest && line.box.width() >= 2 * line.box.height() &&
         countEven(line) * 10 >= line.letters.size() * 6 && line.box.height() <= 3 * line.letterHeight();
+}
+
+/// Whether there is hardly a doubt that it is text.
+bool isRegular(const TextLine& line) {
+    constexpr size_t many = 12;
+    return line.letters.size() >= many && countEven(line) * 100 >= line.letters.size() * 85;
 }
 
 /// How much a line seen in a photograph looks like one.
@@ -50,8 +57,10 @@ std::vector<TextLine> evenLines(std::vector<TextLine> sightings) {
         if (both.height() * 4 <= same->box.height() * 5)
             same->box = both;
     }
-    constexpr size_t most = 12;  // those with the most letters; noise never ends
-    lines.resize(std::min(lines.size(), most));
+    constexpr size_t most = 12;  // of a region, those with the most letters; noise never ends
+    std::map<int, size_t> counts;
+    std::erase_if(
+        lines, [&](const TextLine& line) { return !isRegular(line) && ++counts[line.region] > most; });
     return lines;
 }
 

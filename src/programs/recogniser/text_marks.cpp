@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <numeric>
 
+#include "programs/recogniser/noise.h"
+
 namespace tralio {
 namespace {
 
@@ -69,7 +71,7 @@ Plane standingOut(Plane plane) {
 }  // namespace
 
 TextMarks::TextMarks(const QImage& image)
-    : m_channels(channelsOf(image)),
+    : m_channels(withoutNoise(channelsOf(image))),
       m_unit(std::max(1, qRound(image.devicePixelRatio()))),
       m_ground(m_channels, m_unit) {}
 

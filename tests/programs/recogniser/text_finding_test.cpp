@@ -97,6 +97,16 @@ public:
         return *this;
     }
 
+    /// Paper as a scanner sees it.
+    Sheet& addGrain(unsigned levels) {
+        std::mt19937 random(5);
+        for (int y = 0; y < m_image.height(); ++y)
+            for (int x = 0; x < m_image.width(); ++x)
+                m_image.setPixelColor(
+                    x, y, m_image.pixelColor(x, y).lighter(static_cast<int>(100 - random() % levels)));
+        return *this;
+    }
+
     [[nodiscard]] const QImage& image() const { return m_image; }
 
 private:
@@ -190,6 +200,19 @@ TEST(TextFinding, a_faint_line_beside_strong_ones_keeps_its_letters) {
     sheet.type({20, 10}, 12, 10).type({20, 32}, 9, 10, QColor(214, 214, 214)).type({20, 54}, 7, 10);
     EXPECT_EQ(Found(sheet).letters(), (Counts{{12, 9, 7}}));
     EXPECT_TRUE(Found(Sheet(300, 80, QColor(128, 128, 128))).lines.empty());
+}
+
+TEST(TextFinding, a_page_with_the_grain_of_paper_is_a_page_and_no_photograph) {
+    Sheet sheet(300, 80, QColor(246, 242, 232));
+    sheet.type({20, 10}, 12, 10).type({20, 32}, 9, 10).type({20, 54}, 7, 10).addGrain(5);
+    const Found found(sheet);
+    EXPECT_EQ(found.letters(), (Counts{{12, 9, 7}}));
+    EXPECT_FALSE(found.marks.ground().hasShades());
+
+    Sheet leaves(300, 80, QColor(60, 130, 40));
+    for (int i = 0; i < 300; ++i)
+        leaves.fill({i, 0, 1, 80}, QColor(60 + i % 40, 90 + i % 40, 40));
+    EXPECT_TRUE(Found(leaves.addGrain(5)).marks.ground().hasShades());
 }
 
 TEST(TextFinding, a_headline_is_no_part_of_the_text_below_and_both_are_scaled_to_one_size) {
