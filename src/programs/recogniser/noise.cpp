@@ -143,8 +143,8 @@ Channels withoutNoise(Channels channels) {
         counts.push_back(count);
         all += count;
     }
-    const bool isPage =
-        counts[0] * 100 >= grounds.size() * leastOfFirst && all * 100 >= grounds.size() * leastOfAll;
+    const bool isPage = !counts.empty() && counts[0] * 100 >= grounds.size() * leastOfFirst &&
+        all * 100 >= grounds.size() * leastOfAll;
     if (!isPage || areMingled(grounds, colours, channels[0].width(), *reach))
         return channels;
     for (size_t i = 0; i < grounds.size(); ++i)
