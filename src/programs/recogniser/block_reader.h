@@ -39,7 +39,9 @@ private:
 
     [[nodiscard]] bool isCertain() const;
     [[nodiscard]] bool isWorthwhile() const;
-    [[nodiscard]] bool hasTime() const { return m_budget.allowsFurtherLooks(m_furtherSince); }
+    [[nodiscard]] bool hasTime() const {
+        return m_budget.allowsFurtherLooks(m_furtherSince, m_block->isShaded);
+    }
     void lookFurther();
     [[nodiscard]] Look look(const QString& engine, TextMarks::Kind kind);
     /// The lines of the best reading that are below that confidence, as another engine reads them.

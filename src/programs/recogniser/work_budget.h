@@ -21,9 +21,12 @@ public:
     /// Whether the picture may be read on at all.
     [[nodiscard]] bool allowsMore() const { return now() - m_started < forPicture; }
 
-    /// Whether there may be another look at what was read ill; `since` is when such looks at it began.
-    [[nodiscard]] bool allowsFurtherLooks(double since) const {
-        return allowsMore() && m_fruitless + now() - since < forFurtherLooks;
+    /// Whether there may be another look at what was read ill; `since` is when such looks at it began. What
+    /// is no part of a photograph has some time of its own, whatever was spent on other parts of the picture.
+    [[nodiscard]] bool allowsFurtherLooks(double since, bool isInPhotograph) const {
+        const double spent = now() - since;
+        const bool hasOwn = !isInPhotograph && spent < forBlock && m_fruitless < forAllBlocks;
+        return allowsMore() && (hasOwn || m_fruitless + spent < forFurtherLooks);
     }
 
     /// Further looks since then have brought nothing: what reads so badly is hardly text.
@@ -32,6 +35,8 @@ public:
 private:
     static constexpr double forPicture = 120;
     static constexpr double forFurtherLooks = 5;
+    static constexpr double forBlock = 1.2;
+    static constexpr double forAllBlocks = 20;
 
     Meter m_meter;
     double m_started = m_meter();

@@ -40,6 +40,19 @@ TEST_F(PictureReading, of_a_picture_that_is_too_much_work_what_was_read_by_then_
     EXPECT_GE(signsOfLife, 16) << "also within a block, at every line";
 }
 
+TEST_F(PictureReading, after_much_that_nobody_can_read_other_text_is_looked_at_once_more) {
+    WorkBudget budget([this] { return work; });
+    work = 6;
+    budget.addFruitless(0);
+    EXPECT_TRUE(budget.allowsFurtherLooks(6, false));
+    EXPECT_FALSE(budget.allowsFurtherLooks(6, true)) << "but for the shapes in a photograph";
+    work = 8;
+    EXPECT_FALSE(budget.allowsFurtherLooks(6, false)) << "and not for long";
+    work = 25;
+    budget.addFruitless(6);
+    EXPECT_FALSE(budget.allowsFurtherLooks(25, false)) << "nor for ever";
+}
+
 TEST_F(PictureReading, what_no_engine_can_read_is_no_text) {
     EXPECT_TRUE(
         read(drawn({u"ქართული ენა და დამწერლობა"_s}, 1, Qt::black, Qt::white, u"DejaVu Sans"_s), {u"eng"_s})
