@@ -56,6 +56,8 @@ NEWS = {"vi": ["Sáng nay, đoàn thuyền đã rời bến cảng cũ để", "
 SIDEBAR = ["Tổng quan", "Đơn hàng", "Khách hàng", "Sản phẩm", "Báo cáo", "Cài đặt"]
 CODE = ["int main(int argc, char** argv) {", "    Options options = parse(argc, argv);", "    if (options.help)", "        return printHelp();",
         "    return run(options);", "}"]
+FLUSH = [["Hello winter morning", "Bring the umbrella and", "Have some tea before"], ["In phong cho khách", "Mở gần đây"],
+         ["Lan man trong vườn"], ["Đi chợ mua rau", "Kho hàng"]]
 
 
 def page(theme, font, size, inside, padding=14):
@@ -195,6 +197,26 @@ def headings():
         yield "heading", "vi", 700, 1, page(theme, font, 13, inside)
 
 
+def papers():
+    """Pages as a scanner saves them, with the grain of paper, and others that were saved with losses."""
+    grain = ("<svg width=100% height=100% style='position:absolute;inset:0;opacity:.09'><filter id=g>"
+             "<feTurbulence type=fractalNoise baseFrequency=.8 numOctaves=2 /><feColorMatrix type=saturate values=0 /></filter>"
+             "<rect width=100% height=100% filter='url(#g)'/></svg>")
+    for number, (font, paper, size) in zip(range(6), cycle(FONTS, ["#f6f2e8", "#fff", "#eceae4"], [17, 15, 19])):
+        lines = NEWS["vi"] + NEWS["en"] + NEWS["more"]
+        inside = "".join(f"<div style='line-height:1.5'>{line}</div>" for line in lines)
+        for kind, over in (("scan", grain), ("jpeg", "")):
+            yield kind, "vi", 520, 1, page({"page": paper, "ink": "#222"}, font, size, inside + over, 20)
+
+
+def flush():
+    """Cut at the left and above as closely as the letters allow."""
+    for _, (font, theme, size, lines) in zip(range(8), cycle(FONTS, THEMES, [16, 20, 14], FLUSH)):
+        trimmed = "text-box:trim-both cap alphabetic;margin-left:-.05em;width:max-content"
+        inside = "".join(f"<div style='{trimmed};margin-bottom:9px'>{text}</div>" for text in lines)
+        yield "flush", "vi", 260, 1, page(theme, font, size, inside, 0)
+
+
 def pages():
-    for group in (tables, buttons, chats, dialogs, menus, captions, mixed, textless, columns, headings):
+    for group in (tables, buttons, chats, dialogs, menus, captions, mixed, textless, columns, headings, papers, flush):
         yield from group()
