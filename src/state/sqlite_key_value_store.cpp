@@ -75,7 +75,9 @@ void SqliteKeyValueStore::remember(const QString& key, const StoredValue& value)
     constexpr qsizetype large = 256 * 1024;
     const auto* text = std::get_if<QString>(&value);
     const auto* bytes = std::get_if<QByteArray>(&value);
-    if ((text && text->size() > large / 2) || (bytes && bytes->size() > large))
+    const bool isLarge = (text && text->size() > large / 2) || (bytes && bytes->size() > large);
+    m_isLargeUnknown |= isLarge;
+    if (isLarge)
         m_known.erase(key);
     else
         m_known.insert_or_assign(key, value);
@@ -126,14 +128,16 @@ void SqliteKeyValueStore::open() {
             throw;
         debugLog(u"SqliteKeyValueStore.open: the store is damaged and was set aside as %1: %2"_s.arg(
             *aside, error.description()));
+        // Of a file that was in use it is known what stood in it, and nothing is lost unless it was large.
+        const bool isLost = !wasOpen || m_isLargeUnknown;
+        if (wasOpen)
+            m_unsaved.insert(m_known.begin(), m_known.end());
+        if (isLost)
+            setTrouble(StoreTrouble::unreadable);
         store_file::createPrivately(m_path);
         m_database = SqliteDatabase::open(m_path, patience(m_failing));
-        if (wasOpen) {  // and what stood in it is known
-            m_unsaved.insert(m_known.begin(), m_known.end());
-            return;
-        }
-        setTrouble(StoreTrouble::unreadable);
-        m_database->write(damageKey, true);
+        if (isLost)
+            m_database->write(damageKey, true);
     }
 }
 
@@ -165,8 +169,9 @@ bool SqliteKeyValueStore::writeUnsaved(const QString& key) {
 
 void SqliteKeyValueStore::writeAllUnsaved() {
     // More than once, for a file that turns out to be damaged adds what stood in it.
+    constexpr int mostRounds = 3;  // on a disk that damages every file
     bool isProgress = true;
-    while (isProgress && !m_unsaved.empty()) {
+    for (int round = 0; round < mostRounds && isProgress && !m_unsaved.empty(); ++round) {
         std::vector<QString> keys;
         for (const auto& [key, value] : m_unsaved)
             keys.push_back(key);

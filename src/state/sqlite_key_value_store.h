@@ -59,6 +59,7 @@ private:
     std::unique_ptr<SqliteDatabase> m_database;  ///< null while the file cannot be opened
     std::map<QString, StoredValue> m_unsaved;
     mutable std::map<QString, StoredValue> m_known;  ///< what was read or written, but for what is large
+    mutable bool m_isLargeUnknown = false;           ///< something large was left out
     mutable std::set<QString> m_preserved;   ///< whose stored values are set aside before they are written
     mutable std::set<QString> m_unreadable;  ///< of which the user was told
     mutable std::optional<StoreTrouble> m_trouble;

@@ -167,10 +167,10 @@ Transfer::Next Transfer::conclude(CURLcode code) {
     }
     if ((code == CURLE_OK || code == CURLE_GOT_NOTHING) && m_hasStatusLine && !m_isHeadWhole)
         code = CURLE_RECV_ERROR;  // the connection ended within the head, or after an interim answer
-    const bool isUnreached = code == CURLE_COULDNT_CONNECT || code == CURLE_COULDNT_RESOLVE_PROXY ||
-        code == CURLE_OPERATION_TIMEDOUT;
-    if (isUnreached && hasOtherProxy() && m_usesProxy) {
+    const bool isUnreached = code == CURLE_COULDNT_CONNECT || code == CURLE_COULDNT_RESOLVE_PROXY;
+    if (isUnreached && hasOtherProxy()) {
         m_easy.reset();
+        m_movement = {};
         return Next::goesOn;  // nothing was sent yet
     }
     if (code != CURLE_OK) {

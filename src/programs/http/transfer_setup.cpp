@@ -11,8 +11,6 @@
 namespace tralio {
 namespace {
 
-constexpr long mostConnecting = 5000;  // milliseconds, to a proxy that is not the last
-
 /// Whether the certificates have to be read from OpenSSL's file of them all, which takes 30 ms for each
 /// connection: where the user names one, and where the folder does not have them by their hashes, of which
 /// those are read that are needed.
@@ -51,8 +49,6 @@ void Transfer::begin(QByteArrayList proxies, CURLSH* share) {
     curl_easy_setopt(easy, CURLOPT_URL, m_request.url.toEncoded(QUrl::RemoveUserInfo).constData());
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());  // none, when empty: the environment has no say
-    if (!m_otherProxies.isEmpty())
-        curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, mostConnecting);
     curl_easy_setopt(easy, CURLOPT_NOPROXY, "");
     curl_easy_setopt(easy, CURLOPT_SHARE, share);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);

@@ -26,6 +26,7 @@ LinesRead counting(AppState& appState, const std::stop_token& stop) {
 }  // namespace
 
 void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
+    stopAwaitingPicture();
     const QString text = m_needs.pasteboard.string().value_or(QString()).trimmed();
     if (!text.isEmpty())
         takeText(text, autoTranslate);
@@ -35,27 +36,38 @@ void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
 
 QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
-    // Its owner may need some seconds: that something is on its way shows, and what is pasted or dropped
-    // later counts.
-    m_awaitedPicture.request_stop();
+    // Its owner may need some seconds: that something is on its way shows, and what comes later counts.
     m_awaitedPicture = std::stop_source();
-    const std::stop_token stop = m_awaitedPicture.get_token();
-    isOCROngoing = ++m_recognitions > 0;
+    const std::stop_token stop = m_awaitedPicture->get_token();
+    countRecognitions(0);
     auto reading = m_needs.pasteboard.picture();
     const Picture picture = co_await std::move(reading);
-    if (!m_mainState)
+    if (!m_mainState || stop.stop_requested())
         co_return;
-    isOCROngoing = --m_recognitions > 0;
-    if (picture && !stop.stop_requested())
+    stopAwaitingPicture();
+    if (picture)
         performOCR(picture, autoTranslate);
+}
+
+void TranslateState::countRecognitions(int change) {
+    m_recognitions += change;
+    isOCROngoing = m_recognitions > 0 || m_awaitedPicture.has_value();
+}
+
+void TranslateState::stopAwaitingPicture() {
+    if (m_awaitedPicture)
+        m_awaitedPicture->request_stop();
+    m_awaitedPicture.reset();
+    countRecognitions(0);
 }
 
 QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
     const auto self = shared_from_this();
+    stopAwaitingPicture();
     showError(std::nullopt);
     const std::stop_source reading;
     const std::stop_token stop = reading.get_token();
-    isOCROngoing = ++m_recognitions > 0;
+    countRecognitions(1);
     std::optional<QString> text;
     std::optional<QString> failure;
     try {
@@ -72,17 +84,17 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
 
 QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
+    stopAwaitingPicture();
     // The error that stood before the first of several that are read at once, unless another was told since.
     if (m_recognitions == 0 || m_errors != m_errorsWhileReading)
         m_errorBeforeReading = errorMessage();
-    m_awaitedPicture.request_stop();
     const bool isFile = std::holds_alternative<QUrl>(image);
     showError(std::nullopt);
     m_errorsWhileReading = m_errors;
     const std::stop_source reading;
     const std::stop_token stop = reading.get_token();
     m_needs.appState.beginReading(reading);
-    isOCROngoing = ++m_recognitions > 0;
+    countRecognitions(1);
     QString text;
     std::optional<QString> failure;
     try {
@@ -107,7 +119,7 @@ void TranslateState::endRecognition(const std::stop_token& stop, const QString& 
     const std::optional<QString>& failure, AutoTranslate autoTranslate) {
     if (!m_mainState)
         return;
-    isOCROngoing = --m_recognitions > 0;
+    countRecognitions(-1);
     if (stop.stop_requested())
         return;
     if (failure)
@@ -167,6 +179,7 @@ bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
 
 QCoro::Task<void> TranslateState::translateFile(QString path) {
     const auto self = shared_from_this();
+    stopAwaitingPicture();
     auto reading = readTextFile(std::move(path));
     const std::optional<QString> text = co_await std::move(reading);
     if (!m_mainState || !text)

@@ -189,7 +189,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
 
 void TranslateState::cancel() {
     m_needs.appState.stopReading();
-    m_awaitedPicture.request_stop();
+    stopAwaitingPicture();
     m_currentTask.request_stop();
     isTranslating = false;
 }
@@ -216,6 +216,7 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     if (text.isEmpty())
         return;
     appState.pendingTextToTranslate = QString();
+    stopAwaitingPicture();
     if (!admits(text))
         return;
     inputText.set(text);

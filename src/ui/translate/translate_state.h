@@ -127,6 +127,8 @@ private:
     void endRecognition(const std::stop_token& stop, const QString& text,
         const std::optional<QString>& failure, AutoTranslate autoTranslate);
     void takeText(const QString& text, AutoTranslate autoTranslate);
+    void countRecognitions(int change);
+    void stopAwaitingPicture();
     /// Whether a text is short enough; the user is told when it is not.
     [[nodiscard]] bool admits(const QString& text);
 
@@ -140,7 +142,7 @@ private:
     qint64 m_errorsWhileReading = 0;  ///< as it stood when the last reading began
     std::optional<QString> m_errorBeforeReading;
     QPointer<QObject> m_mainState;  ///< whoever owns the input, the settings and the history
-    std::stop_source m_awaitedPicture{std::nostopstate};  ///< from the clipboard's owner
+    std::optional<std::stop_source> m_awaitedPicture;  ///< from the clipboard's owner
     std::stop_source m_currentTask{std::nostopstate};
 };
 

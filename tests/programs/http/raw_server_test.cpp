@@ -213,12 +213,12 @@ TEST_F(HttpTest, silence_is_ended_to_the_moment_and_movement_either_way_is_none)
     EXPECT_LE(silence, 400 + 350) << "most of it is a busy machine's";
 
     RawServer slow([](Connection& peer) {
-        peer.wait(300ms);
+        peer.wait(600ms);
         (void)peer.readRequest();
-        peer.wait(300ms);
+        peer.wait(600ms);
         peer.send(reply("read it all"));
     });
-    EXPECT_EQ(outcomeOf(post(urlOf(slow), QByteArray(20'000'000, 'x'), 450ms)).text, u"200 read it all"_s);
+    EXPECT_EQ(outcomeOf(post(urlOf(slow), QByteArray(20'000'000, 'x'), 900ms)).text, u"200 read it all"_s);
 }
 
 }  // namespace

@@ -70,12 +70,14 @@ bool lieInBundle(const QByteArray& paths) {
         });
 }
 
-/// Whether all lines of a listing, which begin with the kind and the rights of a file, are of plain files and
-/// folders. Archives of other systems have links, too, and other words for them.
+/// Whether all lines of a listing, which begin with the kind and the rights of a file, are of plain files
+/// (also of those whose packer said no kind) and folders. Archives of other systems have links, too, and
+/// other words for them.
 bool areFilesAndFolders(const QByteArray& listing) {
     const QList<QByteArray> lines = listing.trimmed().split('\n');
-    return std::all_of(lines.begin(), lines.end(),
-        [](const QByteArray& line) { return line.startsWith('-') || line.startsWith('d'); });
+    return std::all_of(lines.begin(), lines.end(), [](const QByteArray& line) {
+        return !line.isEmpty() && QByteArrayView("-d?").contains(line.front());
+    });
 }
 
 }  // namespace
