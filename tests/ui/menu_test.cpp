@@ -54,6 +54,18 @@ TEST_F(MenuTest, the_keyboard_opens_moves_over_what_is_disabled_and_chooses) {
     EXPECT_EQ(lastChoice(), QList<QVariant>{3});
 }
 
+TEST_F(MenuTest, without_entries_nothing_opens_and_one_that_is_open_stays_the_one) {
+    m_button->setEntries({});
+    QTest::mouseClick(m_button, Qt::LeftButton);
+    EXPECT_FALSE(isOpen());
+    m_button->setEntries({{.title = u"Một"_s}});
+    QTest::mouseClick(m_button, Qt::LeftButton);
+    const QWidget* menu = m_button->openMenu();
+    ASSERT_TRUE(menu);
+    m_button->click();
+    EXPECT_EQ(m_button->openMenu(), menu);
+}
+
 TEST_F(MenuTest, a_click_chooses_and_gives_the_focus_back_and_so_does_one_movement_of_press_and_drag) {
     QTest::mouseClick(m_button, Qt::LeftButton);
     ASSERT_TRUE(isOpen());

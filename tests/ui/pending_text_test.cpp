@@ -99,7 +99,10 @@ TEST_F(PendingText, what_is_offered_is_put_into_the_input_and_not_sent) {
 }
 
 TEST_F(PendingText, nothing_is_sent_unasked_while_the_settings_may_not_be_the_users) {
+    appState.storeTrouble = StoreTrouble::unsaved;
+    EXPECT_TRUE(panel->message()->contains(u"sẽ mất khi thoát"_s)) << panel->message()->toStdString();
     appState.storeTrouble = StoreTrouble::unreadable;
+    EXPECT_TRUE(panel->message()->contains(u"cài đặt mặc định"_s)) << panel->message()->toStdString();
     bool dismissed = false;
     appState.onStoreTroubleDismissed = [&] { dismissed = true; };
     const auto warning = panel->message();
