@@ -172,7 +172,7 @@ TEST_F(HistoryPanel, a_time_shows_its_day_unless_that_is_today_where_the_user_is
         tzset();
     };
     const QByteArray here = qgetenv("TZ");
-    moveTo("Asia/Ho_Chi_Minh");
+    moveTo("ICT-7");  // which no list of zones has to know
     const auto utc = [](const QDate& day, const QTime& time) {
         return QDateTime(day, time, QTimeZone::utc());
     };
@@ -187,7 +187,7 @@ TEST_F(HistoryPanel, a_time_shows_its_day_unless_that_is_today_where_the_user_is
     beyondAllTime.timestamp = 1e300;
     EXPECT_EQ(panel.formatDate(beyondAllTime.date()), QString());
 
-    moveTo("Europe/London");
+    moveTo("GMT0");
     EXPECT_EQ(panel.formatDate(utc({2026, 11, 24}, {16, 59})), u"16:59"_s);
     QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
     EXPECT_EQ(panel.formatDate(utc({2026, 11, 24}, {16, 59})), u"١٦:٥٩"_s);
