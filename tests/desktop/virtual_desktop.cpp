@@ -113,7 +113,7 @@ QString VirtualDesktop::bringToFront(const QString& windowClass) const {
     const bool inFront = waitUntil([&] {
         window = xdotool(u"search --onlyvisible --class "_s + windowClass).section(u'\n', -1);
         if (!window.isEmpty() && windowWithKeyboard() != window)
-            xdotool(u"windowactivate "_s + window);
+            xdotool(u"windowactivate %1 windowfocus %1"_s.arg(window));
         return !window.isEmpty() && windowWithKeyboard() == window;
     });
     return inFront ? window : QString();
