@@ -132,14 +132,11 @@ bool areAlike(const Colour& a, const Colour& b) {
         [](int left, int right) { return std::abs(left - right) <= tolerance; });
 }
 
-int touchedEdges(const QRect& box, const Labels& groups) {
+/// What is left around a closely cut text.
+bool touchesThreeEdges(const QRect& box, const Labels& groups) {
     return int(box.left() == 0) + int(box.top() == 0) + int(box.right() == groups.width - 1) +
-        int(box.bottom() == groups.height - 1);
-}
-
-/// What is left around a closely cut text. Its first letter may touch as many edges.
-bool isAround(const QRect& box, const Labels& groups) {
-    return touchedEdges(box, groups) >= 3 && box.width() * 2 >= groups.width;
+        int(box.bottom() == groups.height - 1) >=
+        3;
 }
 
 }  // namespace
@@ -161,10 +158,10 @@ FlatAreas findFlatAreas(const Channels& channels, int unit) {
     };
     for (size_t i = 0; i < extents.size(); ++i) {
         const bool bar = isBar(extents[i], rows[i], unit);
-        if (drawn[i] && (bar || squares[i] >= thick * unit || isAround(extents[i].box, groups)))
+        if (drawn[i] && (bar || squares[i] >= thick * unit || touchesThreeEdges(extents[i].box, groups)))
             add(i, bar);
     }
-    // Inside large letters, and between those that a close cut touches, the ground of all shows again.
+    // Inside large letters the ground of all shows again.
     constexpr int enclosed = 8;
     const std::vector<Colour> colours = coloursOf(groups, channels);
     std::vector<Colour> grounds;
@@ -173,8 +170,7 @@ FlatAreas findFlatAreas(const Channels& channels, int unit) {
             grounds.push_back(colours[i]);
     for (size_t i = 0; i < extents.size(); ++i) {
         const auto isSame = [&](const Colour& ground) { return areAlike(ground, colours[i]); };
-        if (numbers[i] == Labels::none && drawn[i] &&
-            (squares[i] >= enclosed * unit || touchedEdges(extents[i].box, groups) >= 2) &&
+        if (numbers[i] == Labels::none && drawn[i] && squares[i] >= enclosed * unit &&
             std::any_of(grounds.begin(), grounds.end(), isSame))
             add(i, false);
     }

@@ -63,11 +63,6 @@ TEST(Rules, are_told_from_letters) {
     for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters})
         EXPECT_EQ(lettersOf(letters), drawn(letters));
 
-    const std::vector<QRect> letterInCorner{{0, 0, 2, 30}, {0, 0, 9, 2}, {0, 14, 8, 2}, {0, 28, 9, 2}};
-    EXPECT_EQ(lettersOf(letterInCorner), drawn(letterInCorner));
-    const QRect steps[] = {{0, 0, 7, 1}, {0, 1, 4, 1}, {0, 2, 2, 3}, {0, 5, 1, 2}};
-    EXPECT_EQ(lettersOf({std::begin(steps), std::end(steps)}), drawn({})) << "what a round corner leaves";
-
     const Labels mark{1, 1, {0}, 1};
     EXPECT_TRUE(findRules(mark, {{QRect(5, 5, 7990, 7990), 4 * 7990}}, 1)[0]) << "a frame in a huge picture";
 }
@@ -178,12 +173,6 @@ TEST(TextFinding, a_tables_grid_is_erased_and_its_cells_are_read_one_by_one) {
         for (const int y : {0, picture.height() - 1})
             EXPECT_EQ(std::count(picture.row(y), picture.row(y) + picture.width(), 255), picture.width());
     }
-}
-
-TEST(TextFinding, of_a_closely_cut_text_the_letters_at_its_ends_stay) {
-    Sheet sheet(8 * 18 - 6, 25);
-    sheet.type({0, 0}, 8, 18).fill({60, 18, 4, 6}, Qt::black);
-    EXPECT_EQ(Found(sheet).letters(), (Counts{{8}}));
 }
 
 TEST(TextFinding, bands_of_any_height_show_their_text_beside_that_of_the_page) {
