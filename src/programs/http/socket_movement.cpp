@@ -13,7 +13,8 @@ namespace {
 bool isSame(int number, int duplicate) {
     struct stat now {};
     struct stat kept {};
-    return fstat(number, &now) == 0 && fstat(duplicate, &kept) == 0 && now.st_ino == kept.st_ino;
+    return fstat(number, &now) == 0 && fstat(duplicate, &kept) == 0 && now.st_ino == kept.st_ino &&
+        now.st_dev == kept.st_dev;
 }
 
 }  // namespace
