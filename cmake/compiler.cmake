@@ -21,6 +21,10 @@ add_compile_definitions(
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC 12 reports coroutine frames and Qt's inlined containers under these two without cause.
   add_compile_options(-Wno-maybe-uninitialized -Wno-array-bounds)
+  # Of several sources in one it takes all but the file that includes them for headers, where what is local would be a fault.
+  if(CMAKE_UNITY_BUILD)
+    add_compile_options(-Wno-subobject-linkage)
+  endif()
 endif()
 
 if(TRALIO_FUZZ)

@@ -8,7 +8,7 @@
 namespace tralio {
 namespace {
 
-using Characters = std::u32string_view;
+using CodePoints = std::u32string_view;
 
 bool isDigit(char32_t character) {
     return character >= U'0' && character <= U'9';
@@ -16,14 +16,14 @@ bool isDigit(char32_t character) {
 
 /// Takes the number off the front of `text`, without its leading zeros. It is never converted: it may be
 /// longer than any integer.
-Characters takeNumber(Characters& text) {
+CodePoints takeNumber(CodePoints& text) {
     const std::size_t end = std::min(text.find_first_not_of(U"0123456789"), text.size());
-    const Characters digits = text.substr(0, end);
+    const CodePoints digits = text.substr(0, end);
     text.remove_prefix(end);
     return digits.substr(std::min(digits.find_first_not_of(U'0'), digits.size()));
 }
 
-std::weak_ordering compareNumbers(Characters left, Characters right) {
+std::weak_ordering compareNumbers(CodePoints left, CodePoints right) {
     if (left.size() != right.size())
         return left.size() <=> right.size();
     return left <=> right;
@@ -34,8 +34,8 @@ std::weak_ordering compareNumbers(Characters left, Characters right) {
 std::weak_ordering compareVersions(QStringView left, QStringView right) {
     const std::u32string leftText = left.toString().toStdU32String();
     const std::u32string rightText = right.toString().toStdU32String();
-    Characters restOfLeft = leftText;
-    Characters restOfRight = rightText;
+    CodePoints restOfLeft = leftText;
+    CodePoints restOfRight = rightText;
     while (!restOfLeft.empty() && !restOfRight.empty()) {
         std::weak_ordering order = std::weak_ordering::equivalent;
         if (isDigit(restOfLeft.front()) && isDigit(restOfRight.front())) {

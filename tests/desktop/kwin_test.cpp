@@ -10,7 +10,6 @@
 #include "desktop/test_session.h"
 #include "platform/linux/atspi/atspi_element.h"
 #include "support/bus_configuration.h"
-#include "support/ordinary_user.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -106,9 +105,6 @@ private:
     const QString m_backend = u"org.freedesktop.impl.portal.desktop.kde"_s;
     const QString m_accelerators = u"org.kde.kglobalaccel"_s;
 };
-
-/// Before main() makes a folder that only its maker can remove.
-const OrdinaryProcess ordinaryProcess;
 
 bool hasActiveWindow(const AtspiReference& application, const AtspiQuestion& question) {
     return std::ranges::any_of(

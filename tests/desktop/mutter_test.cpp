@@ -10,7 +10,6 @@
 #include "desktop/program_run.h"
 #include "desktop/test_session.h"
 #include "platform/linux/atspi/atspi_front.h"
-#include "support/ordinary_user.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -69,9 +68,6 @@ private:
     const QString m_service = u"org.gnome.Mutter.RemoteDesktop"_s;
     QString m_remote;  ///< the session of remote input, an object of the compositor's
 };
-
-/// Before main() makes a folder that only its maker can remove.
-const OrdinaryProcess ordinaryProcess;
 
 class Mutter : public testing::Test {
 protected:

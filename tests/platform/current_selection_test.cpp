@@ -9,7 +9,7 @@
 namespace tralio {
 namespace {
 
-using Answer = ElementSelection::Answer;
+using Selected = ElementSelection::Answer;
 using Reach = ElementSelection::Reach;
 
 AskPrimary holding(std::optional<PrimaryText> mark) {
@@ -24,16 +24,16 @@ TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_ha
         std::optional<QString> expected;
     };
     const Case cases[] = {
-        {{Answer::some, u"two"_s, Reach::part}, PrimaryText{both}, both},
-        {{Answer::some, u"\ufffc"_s, Reach::part}, PrimaryText{both}, both},
-        {{Answer::some, u"\ufffctwo"_s, Reach::part}, PrimaryText{u" "_s}, u"two"_s},
-        {{Answer::some, u"three"_s, Reach::part}, PrimaryText{both}, u"three"_s},
-        {{Answer::some, u"two"_s, Reach::part}, std::nullopt, u"two"_s},
-        {{Answer::some, u"two"_s, Reach::whole}, PrimaryText{both}, u"two"_s},
+        {{Selected::some, u"two"_s, Reach::part}, PrimaryText{both}, both},
+        {{Selected::some, u"\ufffc"_s, Reach::part}, PrimaryText{both}, both},
+        {{Selected::some, u"\ufffctwo"_s, Reach::part}, PrimaryText{u" "_s}, u"two"_s},
+        {{Selected::some, u"three"_s, Reach::part}, PrimaryText{both}, u"three"_s},
+        {{Selected::some, u"two"_s, Reach::part}, std::nullopt, u"two"_s},
+        {{Selected::some, u"two"_s, Reach::whole}, PrimaryText{both}, u"two"_s},
         // The element has spoken: what else is said against the mark does not matter.
-        {{Answer::some, u"\ufffc"_s, Reach::part},
+        {{Selected::some, u"\ufffc"_s, Reach::part},
             PrimaryText{.text = both, .mayBeGone = true, .mayBePassword = true}, both},
-        {{Answer::none, {}, Reach::part}, PrimaryText{both}, std::nullopt},
+        {{Selected::none, {}, Reach::part}, PrimaryText{both}, std::nullopt},
         {{}, PrimaryText{both}, std::nullopt},
     };
     for (const Case& c : cases)
@@ -54,15 +54,15 @@ TEST(CurrentSelection, beside_an_element_that_counts_none_is_a_fresh_mark_of_its
     const PrimaryText old{.text = u"marked"_s};
     const PrimaryText fresh{.text = u"marked"_s, .isFresh = true};
     const PrimaryText secret{.text = u"marked"_s, .isFresh = true, .mayBePassword = true};
-    const auto beside = [](Answer answer, Reach reach, const PrimaryText& mark) {
+    const auto beside = [](Selected answer, Reach reach, const PrimaryText& mark) {
         return selectionBeside({answer, {}, reach}, holding(mark));
     };
-    EXPECT_EQ(beside(Answer::unknown, Reach::part, old), u"marked"_s);
-    EXPECT_EQ(beside(Answer::none, Reach::part, old), std::nullopt);
-    EXPECT_EQ(beside(Answer::none, Reach::part, fresh), u"marked"_s);
-    EXPECT_EQ(beside(Answer::none, Reach::part, secret), std::nullopt);
-    EXPECT_EQ(beside(Answer::none, Reach::whole, fresh), std::nullopt);
-    EXPECT_EQ(beside(Answer::some, Reach::part, fresh), std::nullopt);
+    EXPECT_EQ(beside(Selected::unknown, Reach::part, old), u"marked"_s);
+    EXPECT_EQ(beside(Selected::none, Reach::part, old), std::nullopt);
+    EXPECT_EQ(beside(Selected::none, Reach::part, fresh), u"marked"_s);
+    EXPECT_EQ(beside(Selected::none, Reach::part, secret), std::nullopt);
+    EXPECT_EQ(beside(Selected::none, Reach::whole, fresh), std::nullopt);
+    EXPECT_EQ(beside(Selected::some, Reach::part, fresh), std::nullopt);
 }
 
 TEST(CurrentSelection, may_be_a_password_when_it_is_one_word_but_for_a_plain_one_that_was_clicked_twice) {

@@ -45,7 +45,7 @@ TEST_F(SqliteKillTest, no_acknowledged_value_is_lost_when_the_process_is_killed)
         close(ends[1]);
         const auto isAcknowledged = [&] {
             int number = 0;
-            if (read(ends[0], &number, sizeof number) != sizeof number)
+            if (::read(ends[0], &number, sizeof number) != sizeof number)
                 return false;
             EXPECT_EQ(number, next++);
             last = number;

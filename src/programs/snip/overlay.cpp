@@ -7,7 +7,7 @@
 namespace tralio {
 namespace {
 
-constexpr QColor light(255, 255, 255, 235);
+constexpr QColor frameLight(255, 255, 255, 235);
 
 /// Another program may want to be on top, too. After so many times it may.
 constexpr int mostRaises = 40;
@@ -76,7 +76,7 @@ void Overlay::draw(const Scene& scene) {
         m_frame.copyFrom(m_screen.bright().picture(), part);
     m_frame.clipTo(rectanglesOf(changed));
     if (!edge.isEmpty())
-        m_frame.fill(rectanglesOf(edge), light);
+        m_frame.fill(rectanglesOf(edge), frameLight);
     for (const Mark& mark : scene.marks)
         m_frame.lay(*mark.picture, mark.place, mark.opacity);
     m_frame.liftClip();

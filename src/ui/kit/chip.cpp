@@ -7,9 +7,9 @@ namespace tralio {
 namespace {
 
 constexpr int chipHeight = 19;
-constexpr int padding = 6;
+constexpr int chipPadding = 6;
 constexpr int dot = 6;
-constexpr int gap = 4;
+constexpr int chipGap = 4;
 constexpr TextStyle titleStyle = text::smallCaption.with(Weight::medium);
 
 }  // namespace
@@ -26,7 +26,7 @@ void Chip::setState(State state) {
 }
 
 QSize Chip::sizeHint() const {
-    return {2 * padding + dot + gap + textWidth(titleStyle, title()), chipHeight};
+    return {2 * chipPadding + dot + chipGap + textWidth(titleStyle, title()), chipHeight};
 }
 
 void Chip::paintEvent(QPaintEvent*) {
@@ -38,9 +38,9 @@ void Chip::paintEvent(QPaintEvent*) {
     if (!showsFocusRing())
         paintEdge(painter, area, radius::chip, 1, color(ColorRole::hairline));
     paintFocusRing(painter, area, radius::chip, Ground::neutral);
-    paintFill(painter, QRectF(padding, (area.height() - dot) / 2, dot, dot), dot / 2.0,
+    paintFill(painter, QRectF(chipPadding, (area.height() - dot) / 2, dot, dot), dot / 2.0,
         color(good ? ColorRole::greenSolid : ColorRole::redSolid));
-    paintText(painter, area.adjusted(padding + dot + gap, 1, -padding + 1, -1), titleStyle,
+    paintText(painter, area.adjusted(chipPadding + dot + chipGap, 1, -chipPadding + 1, -1), titleStyle,
         color(good ? ColorRole::secondary : ColorRole::red), title());
 }
 

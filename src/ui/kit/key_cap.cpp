@@ -11,7 +11,7 @@ namespace tralio {
 namespace {
 
 constexpr TextStyle capText = text::caption.with(Weight::semibold);
-constexpr QMargins padding{8, 3, 8, 4};
+constexpr QMargins capPadding{8, 3, 8, 4};
 constexpr int foot = 2;
 
 /// What of the cap's lower edge is seen from above.
@@ -24,7 +24,7 @@ QPainterPath footOf(const QRectF& cap) {
 }  // namespace
 
 KeyCap::KeyCap(const QString& text, QWidget* parent) : QWidget(parent), m_text(text) {
-    setFixedSize(QSize(textWidth(capText, text), capText.line).grownBy(padding));
+    setFixedSize(QSize(textWidth(capText, text), capText.line).grownBy(capPadding));
     setAccessibleName(keysInWords(text));
     setTooltip(this, shortcutsInWords(text));
 }
@@ -35,7 +35,7 @@ void KeyCap::paintEvent(QPaintEvent* /*event*/) {
     paintFill(painter, rect(), radius::small, color(ColorRole::control));
     painter.fillPath(footOf(rect()), color(ColorRole::keyCapFoot));
     paintEdge(painter, rect(), radius::small, 1, color(ColorRole::border25));
-    paintText(painter, rect().marginsRemoved(padding), capText, color(ColorRole::text), m_text);
+    paintText(painter, rect().marginsRemoved(capPadding), capText, color(ColorRole::text), m_text);
 }
 
 }  // namespace tralio

@@ -14,9 +14,9 @@ namespace tralio {
 namespace {
 
 constexpr int buttonHeight = 26;
-constexpr int padding = 8;
+constexpr int buttonPadding = 8;
 constexpr int pickerEndPadding = 6;
-constexpr int gap = 4;
+constexpr int buttonGap = 4;
 
 const Icon& chevron() {
     static const Icon icon{.name = u"chevron.up.chevron.down"_s, .pointSize = 9};
@@ -49,8 +49,9 @@ void MenuButton::setEntries(const QList<MenuEntry>& entries) {
 
 QSize MenuButton::sizeHint() const {
     const Icon icon{.name = m_iconName, .pointSize = 10};
-    const int lead = icon.isNull() ? 0 : icon.box() + gap;
-    return {2 * padding + lead + textWidth(m_style, title()) + gap + chevron().box(), buttonHeight};
+    const int lead = icon.isNull() ? 0 : icon.box() + buttonGap;
+    return {
+        2 * buttonPadding + lead + textWidth(m_style, title()) + buttonGap + chevron().box(), buttonHeight};
 }
 
 QAccessible::State MenuButton::spokenState(QAccessible::State state) const {
@@ -113,16 +114,16 @@ void MenuButton::paintEvent(QPaintEvent*) {
     }
     paintFocusRing(painter, area, radius::control, Ground::neutral);
 
-    QRectF content = area.adjusted(padding, 0, -(m_isPicker ? pickerEndPadding : padding), 0);
+    QRectF content = area.adjusted(buttonPadding, 0, -(m_isPicker ? pickerEndPadding : buttonPadding), 0);
     if (const Icon icon{.name = m_iconName, .pointSize = 10}; !icon.isNull()) {
         paintIcon(
             painter, QRectF(content.left(), 0, icon.box(), height()), icon, color(ColorRole::accentIcon));
-        content.setLeft(content.left() + icon.box() + gap);
+        content.setLeft(content.left() + icon.box() + buttonGap);
     }
     const int box = chevron().box();
     paintIcon(
         painter, QRectF(content.right() - box, 0, box, height()), chevron(), color(ColorRole::secondary));
-    content.setRight(content.right() - box - gap);
+    content.setRight(content.right() - box - buttonGap);
     paintText(painter, content, m_style, color(ColorRole::text), title());
 }
 

@@ -13,7 +13,7 @@ namespace tralio {
 namespace {
 
 constexpr int editorHeight = 60;
-constexpr int padding = 4;
+constexpr int promptPadding = 4;
 constexpr int above = 2;      // of the padding, belongs to the text and scrolls with it
 constexpr int below = 5;      // no more than whole lines show
 constexpr int thumbRoom = 8;  // the thumb stands beside the text
@@ -21,7 +21,7 @@ constexpr int thumbRoom = 8;  // the thumb stands beside the text
 class Editor final : public TextEditor {
 public:
     explicit Editor(Binding<QString> text)
-        : TextEditor(text::promptEditor, {padding, above}, std::move(text)) {
+        : TextEditor(text::promptEditor, {promptPadding, above}, std::move(text)) {
         setTabChangesFocus(true);
     }
 };
@@ -30,7 +30,9 @@ public:
 
 PromptEditor::PromptEditor(Binding<QString> text, QWidget* parent)
     : QWidget(parent), m_editor(new Editor(std::move(text))) {
-    filled(this, column({.padding = {padding, padding - above, padding + thumbRoom, below}}, {m_editor}));
+    filled(this,
+        column({.padding = {promptPadding, promptPadding - above, promptPadding + thumbRoom, below}},
+            {m_editor}));
     setFixedHeight(editorHeight);
     setFocusProxy(m_editor);
     m_editor->moveCursor(QTextCursor::Start);  // the beginning shows

@@ -9,15 +9,15 @@ namespace {
 constexpr QSize track{30, 18};
 constexpr int knob = 14;
 constexpr int inset = 2;
-constexpr int ringRoom = 3;     // the focus ring stands 1 px off the track
-constexpr int slideTime = 120;  // milliseconds
+constexpr int ringRoom = 3;      // the focus ring stands 1 px off the track
+constexpr int switchTime = 120;  // milliseconds
 
 }  // namespace
 
 Switch::Switch(QWidget* parent) : Control({}, parent) {
     setCheckable(true);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    m_slide.setDuration(slideTime);
+    m_slide.setDuration(switchTime);
     m_slide.setEasingCurve(QEasingCurve::OutQuad);
     connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
         m_knob = value.toReal();
@@ -27,7 +27,7 @@ Switch::Switch(QWidget* parent) : Control({}, parent) {
         m_slide.stop();
         m_slide.setStartValue(m_knob);
         m_slide.setEndValue(on ? 1.0 : 0.0);
-        m_slide.setDuration(isVisible() ? Theme::current().duration(slideTime) : 0);
+        m_slide.setDuration(isVisible() ? Theme::current().duration(switchTime) : 0);
         m_slide.start();
     });
 }

@@ -19,7 +19,7 @@ constexpr int tabPadding = 7;
 constexpr int iconGap = 4;
 constexpr int stripPadding = 3;
 constexpr int tabGap = 2;
-constexpr int slideTime = 150;  // milliseconds
+constexpr int tabTime = 150;  // milliseconds
 constexpr TextStyle plain = text::caption;
 constexpr TextStyle selectedStyle = text::caption.with(Weight::semibold);
 
@@ -122,7 +122,7 @@ void TabStrip::setCurrent(int index) {
 
 void TabStrip::slideTo(int index) {
     const QRectF target = m_tabs.at(index)->geometry();
-    const int duration = Theme::current().duration(slideTime);
+    const int duration = Theme::current().duration(tabTime);
     m_slide.stop();
     if (duration == 0 || !isVisible()) {
         setShape(target);

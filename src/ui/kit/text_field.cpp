@@ -10,7 +10,7 @@ namespace tralio {
 namespace {
 
 constexpr int fieldHeight = 28;
-constexpr int padding = 8;
+constexpr int fieldPadding = 8;
 constexpr int toolkitPadding = 2;  // what QLineEdit adds to its text margins on its own
 constexpr int fixedWidthRise = 2;  // that font keeps more room above its letters than below
 
@@ -19,8 +19,8 @@ constexpr int fixedWidthRise = 2;  // that font keeps more room above its letter
 TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setFont(fontFor(face == Face::fixedWidth ? text::fixedWidth : text::caption));
-    setTextMargins(
-        padding - toolkitPadding, 0, padding - toolkitPadding, face == Face::fixedWidth ? fixedWidthRise : 0);
+    setTextMargins(fieldPadding - toolkitPadding, 0, fieldPadding - toolkitPadding,
+        face == Face::fixedWidth ? fixedWidthRise : 0);
     setFixedHeight(fieldHeight);
     connect(&Theme::current(), &Theme::changed, this, &TextField::followTheme);
     followTheme();

@@ -18,8 +18,8 @@ namespace {
 constexpr int delay = 600;  // milliseconds
 constexpr int paddingAcross = 8;
 constexpr int bubbleHeight = text::caption.line + 2 * 4;
-constexpr int distance = 6;  // from the widget
-constexpr int windowInset = 6;
+constexpr int tooltipDistance = 6;  // from the widget
+constexpr int tooltipInset = 6;
 
 /// The bubble is a child of the widget's window: it needs no compositor and takes no focus.
 class Bubble final : public QWidget {
@@ -27,13 +27,13 @@ public:
     Bubble(QWidget& target, const QString& text) : QWidget(target.window()), m_text(text) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         const QRect room =
-            parentWidget()->rect().adjusted(windowInset, windowInset, -windowInset, -windowInset);
+            parentWidget()->rect().adjusted(tooltipInset, tooltipInset, -tooltipInset, -tooltipInset);
         const QSize size(
             std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width()), bubbleHeight);
         const QRect anchor(target.mapTo(parentWidget(), QPoint()), target.size());
-        QRect place({anchor.center().x() - size.width() / 2, anchor.bottom() + 1 + distance}, size);
+        QRect place({anchor.center().x() - size.width() / 2, anchor.bottom() + 1 + tooltipDistance}, size);
         if (place.bottom() > room.bottom())
-            place.moveBottom(anchor.top() - 1 - distance);
+            place.moveBottom(anchor.top() - 1 - tooltipDistance);
         place.moveLeft(std::max(room.left(), std::min(place.left(), room.right() + 1 - size.width())));
         setGeometry(place);
     }

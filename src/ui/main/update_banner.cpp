@@ -21,7 +21,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 /// More than one line shows; a server may send a book.
-constexpr qsizetype longestNotes = 300;
+constexpr qsizetype bannerNotes = 300;
 
 }  // namespace
 
@@ -73,7 +73,7 @@ void UpdateBanner::refresh() {
     const QString failure = beginningOfMessage(m_updates.installationFailure().value_or(QString()));
     m_notes->setColor(failure.isEmpty() ? ColorRole::secondary : ColorRole::red);
     if (failure.isEmpty())
-        m_notes->setText(beginningOfMessage(info->releaseNotes, longestNotes).simplified());
+        m_notes->setText(beginningOfMessage(info->releaseNotes, bannerNotes).simplified());
     else
         m_notes->setNews(failure);
     setTooltip(m_notes, failure);

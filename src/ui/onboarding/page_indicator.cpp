@@ -14,8 +14,8 @@ using namespace Qt::StringLiterals;
 
 constexpr int capsule = 6;  // height, and width of the pages that are not current
 constexpr int currentCapsule = 22;
-constexpr int gap = 6;
-constexpr int slideTime = 200;  // milliseconds
+constexpr int capsuleGap = 6;
+constexpr int capsuleTime = 200;  // milliseconds
 constexpr double restOpacity = 30;
 
 QColor between(const QColor& one, const QColor& other, qreal share) {
@@ -27,7 +27,7 @@ QColor between(const QColor& one, const QColor& other, qreal share) {
 }  // namespace
 
 PageIndicator::PageIndicator(int pages, QWidget* parent) : QWidget(parent), m_pages(pages) {
-    setFixedSize((pages - 1) * (capsule + gap) + currentCapsule, capsule);
+    setFixedSize((pages - 1) * (capsule + capsuleGap) + currentCapsule, capsule);
     m_slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&m_slide, &QVariantAnimation::valueChanged, this,
         [this](const QVariant& value) { setPosition(value.toReal()); });
@@ -38,7 +38,7 @@ void PageIndicator::setCurrent(int page) {
     updateAccessibleName(page);
     announce(*this);
     m_slide.stop();
-    const int duration = Theme::current().duration(slideTime);
+    const int duration = Theme::current().duration(capsuleTime);
     if (duration == 0 || !isVisible()) {
         setPosition(page);
         return;
@@ -66,7 +66,7 @@ void PageIndicator::paintEvent(QPaintEvent* /*event*/) {
         const qreal share = std::max(0.0, 1 - std::abs(m_position - page));
         const QRectF area(left, 0, capsule + (currentCapsule - capsule) * share, capsule);
         paintFill(painter, area, capsule / 2.0, between(rest, color(ColorRole::accentIcon), share));
-        left = area.right() + gap;
+        left = area.right() + capsuleGap;
     }
 }
 

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 // What a switch keeps around itself for its focus ring, and a word-button above and below its line, stands in
 // the distance to the neighbours.
-constexpr int ringRoom = 3;
+constexpr int switchRingRoom = 3;
 constexpr int wordRoom = 1;
 
 }  // namespace
@@ -26,7 +26,9 @@ OptionsSection::OptionsSection(SettingsState& state, QWidget* parent) : QWidget(
     auto* heading = sectionHeading({u"slider.horizontal.3"_s}, u"Tùy chọn & Chỉ dẫn AI"_s);
     filled(this,
         column({},
-            {section(10, {heading, Gap{-ringRoom}, autoPasteRow(), Gap{-ringRoom - wordRoom}, prompt()})}));
+            {section(10,
+                {heading, Gap{-switchRingRoom}, autoPasteRow(), Gap{-switchRingRoom - wordRoom},
+                    prompt()})}));
     onAnyChange(m_state.settings(), this, [this] { refresh(); });
     refresh();
 }
@@ -36,7 +38,7 @@ QLayout* OptionsSection::autoPasteRow() {
     m_autoPaste = new Switch;
     m_autoPaste->setSpokenCaption(title);
     connect(m_autoPaste, &Switch::clicked, this, [this](bool on) { m_state.settings().autoPaste = on; });
-    return row({}, {new Label(title), Stretch{}, m_autoPaste, Gap{-ringRoom}});
+    return row({}, {new Label(title), Stretch{}, m_autoPaste, Gap{-switchRingRoom}});
 }
 
 QLayout* OptionsSection::prompt() {

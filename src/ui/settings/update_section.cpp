@@ -21,7 +21,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int statusRowHeight = 24;  // also without a button
-constexpr qsizetype longestNotes = 5000;
+constexpr qsizetype sectionNotes = 5000;
 
 }  // namespace
 
@@ -101,7 +101,7 @@ void UpdateSection::refresh() {
     m_notes->setVisible(available && offer.has_value());
     if (offer) {
         m_notesTitle->setText(u"Nội dung bản cập nhật v" % offer->version % u":");
-        m_notesText->setText(beginningOfMessage(offer->releaseNotes, longestNotes));
+        m_notesText->setText(beginningOfMessage(offer->releaseNotes, sectionNotes));
     }
 }
 

@@ -11,23 +11,24 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-const QString service = u"org.a11y.Bus"_s;
-const QString path = u"/org/a11y/bus"_s;
+const QString accessibilityService = u"org.a11y.Bus"_s;
+const QString accessibilityPath = u"/org/a11y/bus"_s;
 const QString statusInterface = u"org.a11y.Status"_s;
-const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
+const QString busProperties = u"org.freedesktop.DBus.Properties"_s;
 const QString enabledProperty = u"IsEnabled"_s;
 
-constexpr int answerLimit = 1000;  // milliseconds
+constexpr int switchLimit = 1000;  // milliseconds
 
 }  // namespace
 
 AccessibilitySwitch::AccessibilitySwitch() : m_bus(QDBusConnection::sessionBus()) {
     if (!m_bus.isConnected())
         return;
-    m_bus.connect(service, path, propertiesInterface, u"PropertiesChanged"_s, this,
+    m_bus.connect(accessibilityService, accessibilityPath, busProperties, u"PropertiesChanged"_s, this,
         SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
     // The launcher of the accessibility bus keeps the switch. When it is gone, so is the accessibility bus.
-    auto* watcher = new QDBusServiceWatcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    auto* watcher =
+        new QDBusServiceWatcher(accessibilityService, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(
         watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { read(); });
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { set(false); });
@@ -35,7 +36,8 @@ AccessibilitySwitch::AccessibilitySwitch() : m_bus(QDBusConnection::sessionBus()
 }
 
 void AccessibilitySwitch::read() {
-    auto get = QDBusMessage::createMethodCall(service, path, propertiesInterface, u"Get"_s);
+    auto get =
+        QDBusMessage::createMethodCall(accessibilityService, accessibilityPath, busProperties, u"Get"_s);
     get << statusInterface << enabledProperty;
     auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(get), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
@@ -49,9 +51,10 @@ void AccessibilitySwitch::read() {
 bool AccessibilitySwitch::turnOn() {
     if (!m_bus.isConnected())
         return false;
-    auto put = QDBusMessage::createMethodCall(service, path, propertiesInterface, u"Set"_s);
+    auto put =
+        QDBusMessage::createMethodCall(accessibilityService, accessibilityPath, busProperties, u"Set"_s);
     put << statusInterface << enabledProperty << QVariant::fromValue(QDBusVariant(true));
-    if (m_bus.call(put, QDBus::Block, answerLimit).type() == QDBusMessage::ReplyMessage)
+    if (m_bus.call(put, QDBus::Block, switchLimit).type() == QDBusMessage::ReplyMessage)
         set(true);
     return m_on;
 }

@@ -9,8 +9,8 @@
 namespace tralio {
 namespace {
 
-constexpr qint64 searchLimit = 150;      // milliseconds
-constexpr qint64 applicationLimit = 30;  // of those for one application, which may hang
+constexpr qint64 frontLimit = 150;   // milliseconds
+constexpr qint64 suspectLimit = 30;  // of those for one application, which may hang
 
 bool hasActiveWindow(const AtspiReference& application, const AtspiQuestion& question) {
     const auto windows = childrenOf(application, question);
@@ -32,7 +32,7 @@ std::optional<AtspiApplication> describe(const QString& service, const AtspiQues
 
 std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus) {
     if (const AtspiReference last = bus.activeWindow(); !last.isNull()) {
-        const AtspiQuestion question{bus, TimeBudget(applicationLimit)};
+        const AtspiQuestion question{bus, TimeBudget(suspectLimit)};
         auto application = describe(last.service, question);
         if (application) {
             application->answers = statesOf(last, question).contains(AtspiState::active);
@@ -41,10 +41,9 @@ std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus) {
                 return application;
         }
     }
-    const AtspiQuestion whole{bus, TimeBudget(searchLimit)};
+    const AtspiQuestion whole{bus, TimeBudget(frontLimit)};
     for (const AtspiReference& reference : childrenOf(AtspiBus::desktop(), whole)) {
-        const AtspiQuestion question{
-            bus, TimeBudget(std::min<qint64>(whole.budget.left(), applicationLimit))};
+        const AtspiQuestion question{bus, TimeBudget(std::min<qint64>(whole.budget.left(), suspectLimit))};
         auto application = describe(reference.service, question);
         if (application && hasActiveWindow(reference, question))
             return application;

@@ -5,17 +5,17 @@ namespace {
 
 /// Where the toolkit, like every program that is started, looks for the token; it takes the token away when
 /// it has used it.
-constexpr auto variable = "XDG_ACTIVATION_TOKEN";
+constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
 
 }  // namespace
 
 void giveActivationToken(const QString& token) {
     if (!token.isEmpty())
-        qputenv(variable, token.toUtf8());
+        qputenv(tokenVariable, token.toUtf8());
 }
 
 QString activationToken() {
-    return qEnvironmentVariable(variable);
+    return qEnvironmentVariable(tokenVariable);
 }
 
 }  // namespace tralio

@@ -15,8 +15,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using SettingGroups = QMap<QString, QVariantMap>;
 
-const QString service = u"org.freedesktop.portal.Desktop"_s;
-const QString path = u"/org/freedesktop/portal/desktop"_s;
+const QString portalService = u"org.freedesktop.portal.Desktop"_s;
+const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString settingsInterface = u"org.freedesktop.portal.Settings"_s;
 const QString appearanceGroup = u"org.freedesktop.appearance"_s;
 const QString gnomeGroup = u"org.gnome.desktop.interface"_s;
@@ -47,7 +47,7 @@ DesktopAppearance::DesktopAppearance() : m_bus(QDBusConnection::sessionBus()) {
     if (!m_bus.isConnected())
         return;
     qDBusRegisterMetaType<SettingGroups>();
-    m_bus.connect(service, path, settingsInterface, u"SettingChanged"_s, this,
+    m_bus.connect(portalService, portalPath, settingsInterface, u"SettingChanged"_s, this,
         SLOT(settingChanged(QString, QString, QDBusVariant)));
     readAll();
 }
@@ -64,7 +64,7 @@ bool DesktopAppearance::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void DesktopAppearance::readAll() {
-    auto read = QDBusMessage::createMethodCall(service, path, settingsInterface, u"ReadAll"_s);
+    auto read = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, u"ReadAll"_s);
     read << QStringList{appearanceGroup, gnomeGroup};
     auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(read), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {

@@ -19,7 +19,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr auto variable = "QT_SCALE_FACTOR";
+constexpr auto scaleVariable = "QT_SCALE_FACTOR";
 constexpr int portalLimit = 300;  // milliseconds
 constexpr double usualDpi = 96;
 constexpr double most = 3;
@@ -113,16 +113,16 @@ TextScale::TextScale() {
     const double scale = desktopScale();
     if (scale == 1)
         return;
-    m_former = qgetenv(variable);
+    m_former = qgetenv(scaleVariable);
     const double own = m_former->toDouble();
-    qputenv(variable, QByteArray::number(scale * (own > 0 ? own : 1)));
+    qputenv(scaleVariable, QByteArray::number(scale * (own > 0 ? own : 1)));
 }
 
 TextScale::~TextScale() {
     if (m_former && m_former->isEmpty())
-        qunsetenv(variable);
+        qunsetenv(scaleVariable);
     else if (m_former)
-        qputenv(variable, *m_former);
+        qputenv(scaleVariable, *m_former);
 }
 
 }  // namespace tralio

@@ -17,7 +17,7 @@ namespace {
 constexpr auto afterAText = 60s;
 constexpr auto afterPreparation = 10s;
 
-HelperProcess::Terms terms(QString program) {
+HelperProcess::Terms httpTerms(QString program) {
     return {.program = std::move(program),
         .maximumReply = maximumReply,
         .ping = encode(Ping{}),
@@ -31,7 +31,7 @@ HelperProcess::Terms terms(QString program) {
 }  // namespace
 
 HelperHttpClient::HelperHttpClient(QString program, Clock& clock)
-    : m_helper(terms(std::move(program)), clock) {
+    : m_helper(httpTerms(std::move(program)), clock) {
     connect(
         &m_helper, &HelperProcess::arrived, this, [this](const QByteArray& payload) { take(payload); });
     connect(&m_helper, &HelperProcess::lost, this,

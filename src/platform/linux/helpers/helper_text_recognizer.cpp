@@ -17,7 +17,7 @@ namespace {
 
 constexpr auto afterAnImage = 60s;
 
-HelperProcess::Terms terms(QString program, std::chrono::milliseconds silence) {
+HelperProcess::Terms recognizerTerms(QString program, std::chrono::milliseconds silence) {
     return {.program = std::move(program),
         // On a busy machine the engines' own threads make a paragraph ten times slower, and the library reads
         // this only when the process starts.
@@ -59,7 +59,7 @@ HelperTextRecognizer::HelperTextRecognizer(QString program, Clock& clock)
     : HelperTextRecognizer(std::move(program), clock, Limits()) {}
 
 HelperTextRecognizer::HelperTextRecognizer(QString program, Clock& clock, Limits limits)
-    : m_limits(limits), m_helper(terms(std::move(program), limits.anyRequest), clock) {
+    : m_limits(limits), m_helper(recognizerTerms(std::move(program), limits.anyRequest), clock) {
     connect(&m_helper, &HelperProcess::arrived, this, &HelperTextRecognizer::take);
     connect(&m_helper, &HelperProcess::lost, this, [this](const QString& words) {
         m_jobs.succeed(std::exchange(m_current, 0), FailureReply{words});

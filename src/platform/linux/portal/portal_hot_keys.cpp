@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 /// A backend that the call itself starts, at a busy login, may need most of it.
-constexpr auto answerLimit = 30s;
+constexpr auto requestLimit = 30s;
 /// For what the user may have to confirm.
 constexpr std::chrono::milliseconds noLimit = 0ms;
 
@@ -126,7 +126,7 @@ void PortalHotKeys::createSession() {
     const QVariantMap options{
         {u"session_handle_token"_s, sessionToken}, {u"shortcuts"_s, QVariant::fromValue(wantedShortcuts())}};
     m_isCreating = true;
-    m_portal.request(QLatin1String(interface), u"CreateSession"_s, {}, options, answerLimit, this,
+    m_portal.request(QLatin1String(interface), u"CreateSession"_s, {}, options, requestLimit, this,
         [this, generation = m_generation](const PortalAnswer& answer) {
             m_isCreating = false;
             m_session = sessionIn(answer.results);
@@ -163,7 +163,7 @@ QList<PortalShortcut> PortalHotKeys::wantedShortcuts() const {
 
 void PortalHotKeys::listShortcuts() {
     ask(
-        u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
+        u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, requestLimit,
         [this](const PortalAnswer& answer) {
             if (hasAll(answer))
                 report(answer);
@@ -194,7 +194,7 @@ void PortalHotKeys::bindShortcuts() {
             return;
         }
         // Later backends of KDE say so only when asked.
-        ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, answerLimit,
+        ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, requestLimit,
             [this](const PortalAnswer& listed) { report(listed); });
     });
 }

@@ -16,7 +16,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int answerLimit = 25'000;  // milliseconds, of which nothing waits
+constexpr int keeperLimit = 25'000;  // milliseconds, of which nothing waits
 
 const QString serviceInterface = u"org.freedesktop.Secret.Service"_s;
 const QString collectionInterface = u"org.freedesktop.Secret.Collection"_s;
@@ -72,7 +72,7 @@ void SecretService::call(const QString& object, const QString& interface, const 
     auto message = QDBusMessage::createMethodCall(QLatin1String(service), object, interface, method);
     message.setArguments(arguments);
     message.setAutoStartService(start == Start::may);
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, answerLimit), this);
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, keeperLimit), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
         [watcher, method, take = std::move(take), fail = std::move(fail)] {
             watcher->deleteLater();

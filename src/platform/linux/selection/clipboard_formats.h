@@ -7,6 +7,10 @@
 
 namespace tralio {
 
+// How long the owner of a selection may take, in milliseconds: for a text the user waits.
+inline constexpr int clipboardTextLimit = 250;
+inline constexpr int clipboardPictureLimit = 5000;
+
 // The formats in which texts come from other programs, by the names that X11 and Wayland share,
 // best first.
 

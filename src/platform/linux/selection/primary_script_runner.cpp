@@ -11,7 +11,7 @@
 namespace tralio {
 namespace {
 
-constexpr int readLimit = 150;  // milliseconds
+constexpr int primaryLimit = 150;  // milliseconds
 
 }  // namespace
 
@@ -27,7 +27,8 @@ std::optional<QString> PrimaryScriptRunner::selectionInFront() {
     const auto front = m_canAskElements() ? std::nullopt : m_workspace.frontmostApplication();
     if (!front)
         return std::nullopt;
-    return uncountedSelection([&] { return m_primary.textOf(front->processId, QDeadlineTimer(readLimit)); });
+    return uncountedSelection(
+        [&] { return m_primary.textOf(front->processId, QDeadlineTimer(primaryLimit)); });
 }
 
 void PrimaryScriptRunner::launch(const QString& executable, const QStringList& arguments) {

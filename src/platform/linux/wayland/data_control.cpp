@@ -20,28 +20,32 @@ constexpr qsizetype pipePage = 4096;  // bytes
 constexpr int syncLimit = 100;        // milliseconds
 constexpr int initialLimit = 500;     // milliseconds: at login much else starts as well
 
-DataControl& self(void* data) {
+DataControl& controlOf(void* data) {
     return *static_cast<DataControl*>(data);
 }
 
 }  // namespace
 
 const Protocol::DeviceListener DataControl::deviceListener{
-    [](void* data, wl_proxy*, wl_proxy* offer) { self(data).offered(offer); },
-    [](void* data, wl_proxy*, wl_proxy* offer) { self(data).selectionChanged(Selection::clipboard, offer); },
+    [](void* data, wl_proxy*, wl_proxy* offer) { controlOf(data).offered(offer); },
+    [](void* data, wl_proxy*, wl_proxy* offer) {
+        controlOf(data).selectionChanged(Selection::clipboard, offer);
+    },
     [](void*, wl_proxy*) {},  // the seat is gone: nothing changes any more
-    [](void* data, wl_proxy*, wl_proxy* offer) { self(data).selectionChanged(Selection::primary, offer); },
+    [](void* data, wl_proxy*, wl_proxy* offer) {
+        controlOf(data).selectionChanged(Selection::primary, offer);
+    },
 };
 
 const Protocol::OfferListener DataControl::offerListener{
     [](void* data, wl_proxy* offer, const char* mimeType) {
-        self(data).m_arriving[offer] += QString::fromUtf8(mimeType);
+        controlOf(data).m_arriving[offer] += QString::fromUtf8(mimeType);
     },
 };
 
 const Protocol::SourceListener DataControl::sourceListener{
-    [](void* data, wl_proxy*, const char*, qint32 fd) { new DataPipeWriter(fd, self(data).m_ownText); },
-    [](void* data, wl_proxy*) { self(data).dropSource(); },
+    [](void* data, wl_proxy*, const char*, qint32 fd) { new DataPipeWriter(fd, controlOf(data).m_ownText); },
+    [](void* data, wl_proxy*) { controlOf(data).dropSource(); },
 };
 
 std::unique_ptr<DataControl> DataControl::open(WaylandConnection& connection) {

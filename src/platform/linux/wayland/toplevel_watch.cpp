@@ -8,29 +8,33 @@ namespace tralio {
 namespace {
 
 // The protocol's first version, as libwayland wants it described.
-extern const wl_interface handleInterface;
-const wl_interface* noTypes[5] = {};
-const wl_interface* handleType[1] = {&handleInterface};
+extern const wl_interface toplevelInterface;
+const wl_interface* noToplevelTypes[5] = {};
+const wl_interface* toplevelType[1] = {&toplevelInterface};
 
-const wl_message handleRequests[] = {{"set_maximized", "", noTypes}, {"unset_maximized", "", noTypes},
-    {"set_minimized", "", noTypes}, {"unset_minimized", "", noTypes}, {"activate", "o", noTypes},
-    {"close", "", noTypes}, {"set_rectangle", "oiiii", noTypes}, {"destroy", "", noTypes}};
+const wl_message toplevelRequests[] = {{"set_maximized", "", noToplevelTypes},
+    {"unset_maximized", "", noToplevelTypes}, {"set_minimized", "", noToplevelTypes},
+    {"unset_minimized", "", noToplevelTypes}, {"activate", "o", noToplevelTypes},
+    {"close", "", noToplevelTypes}, {"set_rectangle", "oiiii", noToplevelTypes},
+    {"destroy", "", noToplevelTypes}};
 constexpr quint32 destroyHandle = 7;
 
-const wl_message handleEvents[] = {{"title", "s", noTypes}, {"app_id", "s", noTypes},
-    {"output_enter", "o", noTypes}, {"output_leave", "o", noTypes}, {"state", "a", noTypes},
-    {"done", "", noTypes}, {"closed", "", noTypes}};
+const wl_message toplevelEvents[] = {{"title", "s", noToplevelTypes}, {"app_id", "s", noToplevelTypes},
+    {"output_enter", "o", noToplevelTypes}, {"output_leave", "o", noToplevelTypes},
+    {"state", "a", noToplevelTypes}, {"done", "", noToplevelTypes}, {"closed", "", noToplevelTypes}};
 
-const wl_interface handleInterface{"zwlr_foreign_toplevel_handle_v1", 1, 8, handleRequests, 7, handleEvents};
+const wl_interface toplevelInterface{
+    "zwlr_foreign_toplevel_handle_v1", 1, 8, toplevelRequests, 7, toplevelEvents};
 
-const wl_message managerRequests[] = {{"stop", "", noTypes}};
-const wl_message managerEvents[] = {{"toplevel", "n", handleType}, {"finished", "", noTypes}};
-const wl_interface managerInterface{
-    "zwlr_foreign_toplevel_manager_v1", 1, 1, managerRequests, 2, managerEvents};
+const wl_message toplevelManagerRequests[] = {{"stop", "", noToplevelTypes}};
+const wl_message toplevelManagerEvents[] = {
+    {"toplevel", "n", toplevelType}, {"finished", "", noToplevelTypes}};
+const wl_interface toplevelManagerInterface{
+    "zwlr_foreign_toplevel_manager_v1", 1, 1, toplevelManagerRequests, 2, toplevelManagerEvents};
 
 constexpr quint32 activated = 2;
 
-ToplevelWatch& self(void* data) {
+ToplevelWatch& watchOf(void* data) {
     return *static_cast<ToplevelWatch*>(data);
 }
 
@@ -55,29 +59,29 @@ struct ToplevelWatch::HandleListener {
 const ToplevelWatch::HandleListener ToplevelWatch::handleListener{
     [](void*, wl_proxy*, const char*) {},
     [](void* data, wl_proxy* window, const char* appId) {
-        self(data).m_windows[window].arrivingAppId = QString::fromUtf8(appId);
+        watchOf(data).m_windows[window].arrivingAppId = QString::fromUtf8(appId);
     },
     [](void*, wl_proxy*, wl_proxy*) {},
     [](void*, wl_proxy*, wl_proxy*) {},
     [](void* data, wl_proxy* window, wl_array* states) {
         const auto* first = static_cast<const quint32*>(states->data);
         const auto* last = first + states->size / sizeof(quint32);
-        self(data).m_windows[window].arrivingActive = std::find(first, last, activated) != last;
+        watchOf(data).m_windows[window].arrivingActive = std::find(first, last, activated) != last;
     },
-    [](void* data, wl_proxy* window) { self(data).done(window); },
-    [](void* data, wl_proxy* window) { self(data).closed(window); },
+    [](void* data, wl_proxy* window) { watchOf(data).done(window); },
+    [](void* data, wl_proxy* window) { watchOf(data).closed(window); },
 };
 
 const ToplevelWatch::ManagerListener ToplevelWatch::managerListener{
     [](void* data, wl_proxy*, wl_proxy* window) {
-        self(data).m_windows.insert(window, {});
+        watchOf(data).m_windows.insert(window, {});
         addListener(window, handleListener, data);
     },
-    [](void* data, wl_proxy*) { self(data).forgetWindows(); },
+    [](void* data, wl_proxy*) { watchOf(data).forgetWindows(); },
 };
 
 std::unique_ptr<ToplevelWatch> ToplevelWatch::open(WaylandConnection& connection) {
-    auto manager = connection.bind(managerInterface, 1);
+    auto manager = connection.bind(toplevelManagerInterface, 1);
     return manager ? std::unique_ptr<ToplevelWatch>(new ToplevelWatch(std::move(manager))) : nullptr;
 }
 

@@ -14,11 +14,11 @@ namespace {
 
 // The virtual-keyboard protocol, as libwayland wants it described.
 extern const wl_interface keyboardInterface;
-const wl_interface* noTypes[4] = {};
+const wl_interface* noKeyboardTypes[4] = {};
 const wl_interface* createTypes[] = {&wl_seat_interface, &keyboardInterface};
 
-const wl_message keyboardRequests[] = {{"keymap", "uhu", noTypes}, {"key", "uuu", noTypes},
-    {"modifiers", "uuuu", noTypes}, {"destroy", "", noTypes}};
+const wl_message keyboardRequests[] = {{"keymap", "uhu", noKeyboardTypes}, {"key", "uuu", noKeyboardTypes},
+    {"modifiers", "uuuu", noKeyboardTypes}, {"destroy", "", noKeyboardTypes}};
 constexpr quint32 keymapRequest = 0;
 constexpr quint32 keyRequest = 1;
 constexpr quint32 modifiersRequest = 2;
@@ -26,8 +26,9 @@ constexpr quint32 destroyRequest = 3;
 
 const wl_interface keyboardInterface{"zwp_virtual_keyboard_v1", 1, 4, keyboardRequests, 0, nullptr};
 
-const wl_message managerRequests[] = {{"create_virtual_keyboard", "on", createTypes}};
-const wl_interface managerInterface{"zwp_virtual_keyboard_manager_v1", 1, 1, managerRequests, 0, nullptr};
+const wl_message keyboardManagerRequests[] = {{"create_virtual_keyboard", "on", createTypes}};
+const wl_interface keyboardManagerInterface{
+    "zwp_virtual_keyboard_manager_v1", 1, 1, keyboardManagerRequests, 0, nullptr};
 
 /// The compositor has the parts that this includes.
 constexpr auto keymap =
@@ -62,7 +63,7 @@ quint32 modifierOf(quint32 code) {
 
 std::unique_ptr<VirtualKeyboard> VirtualKeyboard::open(WaylandConnection& connection) {
     auto seat = connection.bind(wl_seat_interface, 1);
-    const auto manager = connection.bind(managerInterface, 1);
+    const auto manager = connection.bind(keyboardManagerInterface, 1);
     if (!seat || !manager)
         return nullptr;
     constexpr void* newObject = nullptr;

@@ -4,14 +4,12 @@
 #include <QGuiApplication>
 
 #include "common/background.h"
+#include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/wayland/data_control.h"
 #include "platform/linux/wayland/data_pipe.h"
 
 namespace tralio {
 namespace {
-
-constexpr int readLimit = 250;      // milliseconds
-constexpr int pictureLimit = 5000;  // milliseconds
 
 constexpr auto clipboard = DataControl::Selection::clipboard;
 
@@ -30,13 +28,13 @@ std::optional<QString> WaylandPasteboard::string() {
         const QString text = QGuiApplication::clipboard()->text();
         return text.isNull() ? std::nullopt : std::optional(text);
     }
-    return m_dataControl.text(clipboard, QDeadlineTimer(readLimit));
+    return m_dataControl.text(clipboard, QDeadlineTimer(clipboardTextLimit));
 }
 
 std::optional<QString> WaylandPasteboard::selectedString() {
     const QClipboard* own = QGuiApplication::clipboard();
     if (!own->ownsSelection())
-        return m_dataControl.text(DataControl::Selection::primary, QDeadlineTimer(readLimit));
+        return m_dataControl.text(DataControl::Selection::primary, QDeadlineTimer(clipboardTextLimit));
     const QString text = own->text(QClipboard::Selection);
     return text.isNull() ? std::nullopt : std::optional(text);
 }
@@ -50,7 +48,7 @@ QCoro::Task<Picture> WaylandPasteboard::picture() {
         co_return Picture();
     auto reading = inBackground([pipe]() -> Picture {
         const auto picture = std::make_shared<MemoryFile>();
-        const bool isWhole = pipe->read(largestPicture, QDeadlineTimer(pictureLimit),
+        const bool isWhole = pipe->read(largestPicture, QDeadlineTimer(clipboardPictureLimit),
             [&picture](QByteArrayView piece) { picture->append(piece); });
         return isWhole ? picture : nullptr;
     });

@@ -2,12 +2,11 @@
 
 #include <X11/keysym.h>
 #include <initializer_list>
-#include <xcb/xcb_keysyms.h>
+
+#include "platform/linux/x11/key_symbols.h"
 
 namespace tralio {
 namespace {
-
-using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)>;
 
 /// The modifier bits to which a key with one of `keysyms` is attached. A keysym may stand on no key or on
 /// several.
@@ -46,7 +45,7 @@ std::vector<quint16> combinationsOf(quint16 bits) {
 }  // namespace
 
 ModifierMap::ModifierMap(const X11Connection& connection) {
-    const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb()), &xcb_key_symbols_free};
+    const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb())};
     const XcbPtr<xcb_get_modifier_mapping_reply_t> mapping{xcb_get_modifier_mapping_reply(
         connection.xcb(), xcb_get_modifier_mapping(connection.xcb()), nullptr)};
     quint16 locks = XCB_MOD_MASK_LOCK;

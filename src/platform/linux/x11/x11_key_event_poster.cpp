@@ -2,17 +2,15 @@
 
 #include <algorithm>
 #include <utility>
-#include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
 #include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/keyboard/key_codes.h"
+#include "platform/linux/x11/key_symbols.h"
 #include "platform/linux/x11/x11_workspace.h"
 
 namespace tralio {
 namespace {
-
-using KeySymbols = std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)>;
 
 /// Whether a key is meant by what it does, wherever the layout has it: modifiers, and the letter of a
 /// shortcut.
@@ -24,7 +22,7 @@ bool isMeant(KeyCode key) {
 std::optional<quint8> keyFor(const X11Connection& connection, KeyCode wanted) {
     const Key* named = keyWith(wanted);
     if (named && isMeant(wanted)) {
-        const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb()), &xcb_key_symbols_free};
+        const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb())};
         const XcbPtr<xcb_keycode_t> keys{
             symbols ? xcb_key_symbols_get_keycode(symbols.get(), named->keysym) : nullptr};
         for (const xcb_keycode_t* key = keys.get(); key && *key != XCB_NO_SYMBOL; ++key) {

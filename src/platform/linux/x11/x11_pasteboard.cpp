@@ -3,19 +3,17 @@
 #include <QGuiApplication>
 
 #include "common/background.h"
+#include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/x11/selection_reader.h"
 
 namespace tralio {
 namespace {
 
-constexpr int readLimit = 250;      // milliseconds
-constexpr int pictureLimit = 5000;  // milliseconds
-
 /// On another thread, with a connection of its own.
 Picture readPicture() {
     const auto connection = X11Connection::open();
     return connection ? readSelectionPicture(*connection, connection->atom("CLIPBOARD"),
-                            QDeadlineTimer(readLimit), QDeadlineTimer(pictureLimit))
+                            QDeadlineTimer(clipboardTextLimit), QDeadlineTimer(clipboardPictureLimit))
                       : nullptr;
 }
 
@@ -36,7 +34,7 @@ std::optional<QString> X11Pasteboard::textOf(QClipboard::Mode mode, xcb_atom_t s
     const QClipboard* own = QGuiApplication::clipboard();
     const bool isOwn = mode == QClipboard::Selection ? own->ownsSelection() : own->ownsClipboard();
     if (!isOwn)
-        return readSelectionText(m_connection, selection, QDeadlineTimer(readLimit));
+        return readSelectionText(m_connection, selection, QDeadlineTimer(clipboardTextLimit));
     const QString text = own->text(mode);
     return text.isNull() ? std::nullopt : std::optional(text);
 }
@@ -50,7 +48,7 @@ QCoro::Task<Picture> X11Pasteboard::picture() {
 
 bool X11Pasteboard::isConcealed() {
     return !QGuiApplication::clipboard()->ownsClipboard() &&
-        selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(readLimit));
+        selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(clipboardTextLimit));
 }
 
 void X11Pasteboard::setString(const QString& text) {
