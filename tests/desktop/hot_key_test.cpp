@@ -87,7 +87,12 @@ TEST_F(HotKey, that_another_program_has_says_so_and_one_that_is_proposed_or_reco
         ASSERT_TRUE(program->comes(u"Tralio văn bản bôi đen: Đổi"_s));
         EXPECT_TRUE(program->comes(u"Bôi đen: Ctrl + Alt + K"_s));
     };
-    record([&] { desktop.press(u"ctrl+alt+k"_s); });
+    record([&] {
+        desktop.press(u"super+shift+s"_s);  // the other hot key, which is not what is wanted here
+        EXPECT_FALSE(waitUntil([&] { return desktop.isVisible(u"tralio-snip"_s); }, 1));
+        EXPECT_TRUE(program->shows(u"Tralio văn bản bôi đen: Đang chờ"_s));
+        desktop.press(u"ctrl+alt+k"_s);
+    });
     EXPECT_TRUE(waitUntil([&] { return othersGet(proposed); })) << "it has been given up";
 
     record([&] { desktop.hold({u"Escape"_s}); });

@@ -110,9 +110,12 @@ QRect ProgramRun::areaOf(const QString& beginning) const {
     return extents ? qdbus_cast<QRect>(extents->value(0)) : QRect();
 }
 
-bool ProgramRun::click(const QString& beginning) const {
-    const auto at = [&](const QPoint& place, int button) {
-        m_desktop.xdotool(u"mousemove %1 %2 click %3"_s.arg(place.x()).arg(place.y()).arg(button));
+bool ProgramRun::click(const QString& beginning, int times) const {
+    const auto at = [&](const QPoint& place, int button, int presses = 1) {
+        m_desktop.xdotool(u"mousemove %1 %2 click --repeat %3 --delay 80 %4"_s.arg(place.x())
+                              .arg(place.y())
+                              .arg(presses)
+                              .arg(button));
     };
     QRect area;
     const bool isInSight = waitUntil([&] {
@@ -128,7 +131,7 @@ bool ProgramRun::click(const QString& beginning) const {
         return false;
     });
     if (isInSight)
-        at(area.center(), 1);
+        at(area.center(), 1, times);
     return isInSight;
 }
 

@@ -54,8 +54,9 @@ public:
     }
 
     /// Clicks with the mouse on what has this name, or else a name that begins so, once it is there,
-    /// scrolling to it where it is out of sight; whether it came.
-    [[nodiscard]] bool click(const QString& beginning) const;
+    /// scrolling to it where it is out of sight, as often as told, and as quick as a double click; whether it
+    /// came.
+    [[nodiscard]] bool click(const QString& beginning, int times = 1) const;
 
     /// Clicks on the icon in the tray, once it is there, with a button as X numbers them; whether it came.
     [[nodiscard]] bool clickTrayIcon(int button = 1) const;

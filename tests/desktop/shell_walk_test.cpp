@@ -42,6 +42,24 @@ TEST_F(ShellWalk, newcomers_are_led_through_by_keyboard_and_mouse) {
     EXPECT_TRUE(program->comes(u"Dán & Tralio"_s));
 }
 
+TEST_F(ShellWalk, a_double_click_on_what_gives_way_to_another_panel_presses_nothing_that_lay_beneath) {
+    program.emplace(desktop, ProgramRun::Start::first);
+    ASSERT_TRUE(program->openByHotKey());
+    ASSERT_TRUE(program->click(u"Bỏ qua"_s, 2));
+    ASSERT_TRUE(program->comes(u"Dán & Tralio"_s));
+    EXPECT_FALSE(waitUntil([&] { return !program->isRunning(); }, 1)) << "the button that quits lay there";
+
+    desktop.type(u"hello"_s);
+    desktop.press(u"Return"_s);
+    ASSERT_TRUE(waitUntil([&] { return program->shownTranslation() == u"Xin chào"_s; }));
+    ASSERT_TRUE(program->click(u"Lịch sử"_s));
+    ASSERT_TRUE(program->click(u"hello"_s, 2));
+    ASSERT_TRUE(program->comes(u"Dán & Tralio"_s));
+    EXPECT_FALSE(waitUntil([&] { return desktop.isVisible(u"tralio-snip"_s); }, 1));
+    EXPECT_TRUE(program->shows(u"5 ký tự"_s));
+    EXPECT_THAT(texts(program->standIn()), ElementsAre(u"hello"_s));
+}
+
 TEST_F(ShellWalk, accessibility_is_granted_by_the_buttons_of_the_settings_and_of_the_walk_through) {
     desktop.setVariable(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);  // for this test's own eyes
     desktop.setAccessibility(false);

@@ -267,6 +267,13 @@ TEST_F(InputViewTest, a_text_of_one_endless_word_is_shown_without_a_freeze_and_c
     static_cast<void>(pictureOf(m_view));
     EXPECT_EQ(m_text, endless + u"yz"_s);
     setFromOutside({});
+    EXPECT_EQ(m_view.wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
+    QTest::keyClick(&m_view, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(m_text, endless + u"yz"_s);
+    EXPECT_EQ(m_view.wordWrapMode(), QTextOption::WrapAnywhere);
+    m_view.undo();
+    m_view.undo();
+    EXPECT_EQ(m_view.wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere) << "before it came";
     EXPECT_LT(time.elapsed(), 5000) << "it takes half a minute where each line looks for the end of the word";
 }
 

@@ -54,6 +54,18 @@ TEST_F(MenuTest, the_keyboard_opens_moves_over_what_is_disabled_and_chooses) {
     EXPECT_EQ(lastChoice(), QList<QVariant>{3});
 }
 
+TEST_F(MenuTest, a_key_that_opens_it_and_is_held_chooses_nothing) {
+    m_button->setFocus(Qt::TabFocusReason);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
+        press(key);
+        QKeyEvent repeat(QEvent::KeyPress, key, {}, {}, true);
+        QApplication::sendEvent(QApplication::focusWidget(), &repeat);
+        ASSERT_TRUE(isOpen());
+        press(Qt::Key_Escape);
+    }
+    EXPECT_EQ(m_chosen.count(), 0);
+}
+
 TEST_F(MenuTest, without_entries_nothing_opens_and_one_that_is_open_stays_the_one) {
     m_button->setEntries({});
     QTest::mouseClick(m_button, Qt::LeftButton);

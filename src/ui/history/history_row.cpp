@@ -78,6 +78,14 @@ QSize HistoryRow::sizeHint() const {
     return minimumSizeHint();
 }
 
+void HistoryRow::takeFocusFrom(const HistoryRow& other) {
+    const QWidget* focused = window()->focusWidget();
+    QWidget* heir = focused == other.m_remove ? static_cast<QWidget*>(m_remove)
+        : focused == other.m_copy             ? static_cast<QWidget*>(m_copy)
+                                              : this;
+    heir->setFocus(Qt::TabFocusReason);
+}
+
 void HistoryRow::setDate(const QString& date) {
     m_date->setText(date);
 }

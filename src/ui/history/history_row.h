@@ -22,6 +22,9 @@ public:
     void setDate(const QString& date);
     void setCopied(bool copied);
 
+    /// Takes the keyboard as another row has it: on itself or on the button that is pressed.
+    void takeFocusFrom(const HistoryRow& other);
+
     [[nodiscard]] QSize sizeHint() const override;
 
 Q_SIGNALS:

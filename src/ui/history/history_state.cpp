@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include <ranges>
 #include <utility>
 
 #include "common/clock.h"
@@ -14,7 +15,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-constexpr auto copyFeedback = 1500ms;
+constexpr auto rowFeedback = 1500ms;
 
 }  // namespace
 
@@ -31,30 +32,37 @@ QString HistoryState::formatDate(const QDateTime& date) const {
 void HistoryState::copyToClipboard(const TranslationItem& item) {
     m_needs.pasteboard.setString(item.translatedText);
     copiedId = item.id;
-    m_needs.clock.after(copyFeedback, this, [this, id = item.id] {
+    m_needs.clock.after(rowFeedback, this, [this, id = item.id] {
         if (copiedId() == id)
             copiedId = std::nullopt;
     });
 }
 
 void HistoryState::remove(const TranslationItem& item) {
-    offerUndo(u"Đã xóa một bản dịch"_s);
+    offerUndo(1);
     m_needs.historyStore.remove(item.id);
 }
 
 void HistoryState::clear() {
-    offerUndo(u"Đã xóa %1 bản dịch"_s.arg(m_needs.historyStore.items().size()));
+    offerUndo(m_needs.historyStore.items().size());
     m_needs.historyStore.clear();
 }
 
-void HistoryState::offerUndo(const QString& message) {
-    // The panel may be gone by the time that the user thinks better of it.
+void HistoryState::offerUndo(qsizetype removed) {
+    // Held by the offer alone: the panel may be gone by the time that the user thinks better of it.
+    auto removals = m_removals.lock();
+    if (!removals)
+        removals = std::make_shared<Removals>();
+    m_removals = removals;
     TranslationHistoryStore& store = m_needs.historyStore;
-    m_needs.undo.make(message, [&store, before = store.items()] { store.bringBack(before); });
-}
-
-void HistoryState::undo() {
-    m_needs.undo.accept();
+    removals->before.push_back(store.items());
+    removals->count += removed;
+    m_needs.undo.make(
+        removals->count == 1 ? u"Đã xóa một bản dịch"_s : u"Đã xóa %1 bản dịch"_s.arg(removals->count),
+        [&store, removals] {
+            for (const QList<TranslationItem>& items : removals->before | std::views::reverse)
+                store.bringBack(items);
+        });
 }
 
 void HistoryState::select(const TranslationItem& item) {

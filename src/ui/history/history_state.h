@@ -4,7 +4,9 @@
 #include <QUuid>
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <vector>
 
 #include "common/observable_object.h"
 #include "history/translation_history_store.h"
@@ -49,14 +51,19 @@ public:
     // What these remove can be brought back for a while.
     void remove(const TranslationItem& item);
     void clear();
-    void undo();
     void select(const TranslationItem& item);
 
 private:
-    void offerUndo(const QString& message);
+    /// What was removed while the way back stood open, which is one way for all of it.
+    struct Removals {
+        std::vector<QList<TranslationItem>> before;  ///< all entries before each of them
+        qsizetype count = 0;
+    };
+    void offerUndo(qsizetype removed);
 
     Dependencies m_needs;
     OnSelect m_onSelect;
+    std::weak_ptr<Removals> m_removals;
 };
 
 }  // namespace tralio

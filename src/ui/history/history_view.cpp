@@ -1,6 +1,7 @@
 #include "ui/history/history_view.h"
 
 #include <QKeyEvent>
+#include <QScrollBar>
 
 #include <algorithm>
 #include <utility>
@@ -114,23 +115,33 @@ void HistoryView::refreshRows() {
         ? m_rows[std::min(focused, m_rows.size() - 1)]
         : nullptr;
     if (heir != nullptr)
-        heir->setFocus(Qt::TabFocusReason);
+        heir->takeFocusFrom(*focusedBefore);
     for (HistoryRow* row : std::as_const(spare)) {
         row->hide();
         m_rowLayout->removeWidget(row);
         row->deleteLater();
     }
+    const int scrolled = m_scroll->verticalScrollBar()->value();
+    const auto read = std::ranges::find_if(m_rows, [scrolled](const HistoryRow* row) {
+        return row->isVisible() && row->geometry().bottom() >= scrolled;
+    });
+    const int place = read == m_rows.end() ? 0 : (*read)->y();
     placeRows();
-    if (heir != nullptr) {
-        m_rowLayout->activate();
+    if (heir == nullptr && (read == m_rows.end() || scrolled == 0))
+        return;
+    m_scroll->layOut();
+    if (heir != nullptr)
         m_scroll->ensureWidgetVisible(heir, 0, listPadding);
-    }
+    else  // what has come above must not move what the user reads away from under the pointer
+        m_scroll->verticalScrollBar()->setValue(scrolled + (*read)->y() - place);
 }
 
 void HistoryView::placeRows() {
-    for (int position = 0; position < m_rows.size(); ++position)
+    for (int position = 0; position < m_rows.size(); ++position) {
         if (m_rowLayout->indexOf(m_rows[position]) != position)
             m_rowLayout->insertWidget(position, m_rows[position]);
+        m_rows[position]->show();  // the layout would with the next event
+    }
 }
 
 HistoryRow* HistoryView::newRow(const TranslationItem& item) {
@@ -144,10 +155,6 @@ HistoryRow* HistoryView::newRow(const TranslationItem& item) {
 }
 
 void HistoryView::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Undo)) {
-        m_state.undo();
-        return;
-    }
     const int step = event->key() == Qt::Key_Up ? -1 : event->key() == Qt::Key_Down ? 1 : 0;
     const qsizetype focused = focusedRow();
     if (step == 0 || focused < 0) {

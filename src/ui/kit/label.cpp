@@ -129,6 +129,7 @@ int Label::lay(QTextLayout& layout, qreal width, qsizetype length) const {
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
+    layout.setFormats(emojiRanges(layout.text(), m_style));
     layout.beginLayout();
     int lines = 0;
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {

@@ -56,6 +56,10 @@ bool isEmojiUnit(QChar unit) {
         unit == QChar(joiner) || unit == QChar(emojiSelector);
 }
 
+bool isRightToLeft(QChar letter) {
+    return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
+}
+
 /// A stretch of text in one font.
 struct Run {
     QString text;
@@ -63,32 +67,37 @@ struct Run {
     qreal width;
 };
 
-/// WORKAROUND: Qt (6.4 and 6.8) fits the picture of an emoji into the size of the font, and every other
-/// program has it stand out as its font says.
-QList<Run> runsOf(const QString& text, const QFont& font) {
+QList<Run> runsOf(const QString& text, const TextStyle& style) {
     QList<Run> runs;
-    const auto add = [&runs](const QString& run, const QFont& runFont) {
+    const auto add = [&runs](const QString& run, const QFont& font) {
         if (!run.isEmpty())
-            runs.push_back({run, runFont, QFontMetricsF(runFont).horizontalAdvance(run)});
+            runs.push_back({run, font, QFontMetricsF(font).horizontalAdvance(run)});
     };
-    const auto isEmoji = [&text](qsizetype at) {
-        return text[at] >= QChar(0xD83C) && text[at] <= QChar(0xD83E) && at + 1 < text.size();
-    };
+    const QFont font = fontFor(style);
     qsizetype begin = 0;
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        if (!isEmoji(at))
-            continue;
-        qsizetype end = at;
-        while (end < text.size() && isEmojiUnit(text[end]))
-            ++end;
-        QFont larger = font;
-        larger.setPixelSize(qRound(font.pixelSize() * 128 / 109.0));  // of a picture and of its font
-        add(text.sliced(begin, at - begin), font);
-        add(text.sliced(at, end - at), larger);
-        begin = end;
-        at = end - 1;
+    for (const QTextLayout::FormatRange& emoji : emojiRanges(text, style)) {
+        add(text.sliced(begin, emoji.start - begin), font);
+        add(text.sliced(emoji.start, emoji.length), emoji.format.font());
+        begin = emoji.start + emoji.length;
     }
     add(text.sliced(begin), font);
+    return runs;
+}
+
+qreal widthOf(const QList<Run>& runs) {
+    return std::accumulate(
+        runs.cbegin(), runs.cend(), 0.0, [](qreal sum, const Run& run) { return sum + run.width; });
+}
+
+/// Of a text as much as fits, with an ellipsis where that is not all.
+QList<Run> fittingRuns(const QString& text, const TextStyle& style, qreal width) {
+    QList<Run> runs = runsOf(text, style);
+    const QFontMetricsF metrics(fontFor(style));
+    qreal room = width;
+    for (qreal taken = widthOf(runs); taken > std::ceil(width) && room > 0; taken = widthOf(runs)) {
+        runs = runsOf(metrics.elidedText(text, Qt::ElideRight, room), style);
+        room -= std::max(1.0, widthOf(runs) - width);
+    }
     return runs;
 }
 
@@ -98,25 +107,32 @@ qreal topOfLine(const QRectF& area, const TextStyle& style) {
 
 }  // namespace
 
+QList<QTextLayout::FormatRange> emojiRanges(const QString& text, const TextStyle& style) {
+    QList<QTextLayout::FormatRange> ranges;
+    if (std::ranges::any_of(text, isRightToLeft))
+        return ranges;
+    for (qsizetype at = 0; at + 1 < text.size(); ++at) {
+        if (text[at] < QChar(0xD83C) || text[at] > QChar(0xD83E))
+            continue;
+        const auto end = std::find_if_not(text.cbegin() + at, text.cend(), isEmojiUnit) - text.cbegin();
+        QFont larger = fontFor(style);
+        larger.setPixelSize(qRound(larger.pixelSize() * 128 / 109.0));  // of a picture and of its font
+        QTextCharFormat format;
+        format.setFont(larger);
+        ranges.push_back({int(at), int(end - at), format});
+        at = end - 1;
+    }
+    return ranges;
+}
+
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
     const QString& text, Qt::Alignment alignment) {
-    const QFont font = fontFor(style);
-    const QFontMetricsF metrics(font);
-    QString shown = text;
-    qreal width = metrics.horizontalAdvance(text);
-    if (width > std::ceil(line.width())) {
-        shown = metrics.elidedText(text, Qt::ElideRight, line.width());
-        width = metrics.horizontalAdvance(shown);
-    }
-    const QList<Run> runs = runsOf(shown, font);
-    if (runs.size() > 1)
-        width = std::accumulate(
-            runs.cbegin(), runs.cend(), 0.0, [](qreal sum, const Run& run) { return sum + run.width; });
+    const QList<Run> runs = fittingRuns(text, style, line.width());
     qreal x = line.left();
     if (alignment & Qt::AlignHCenter)
-        x += (line.width() - width) / 2;
+        x += (line.width() - widthOf(runs)) / 2;
     else if (alignment & Qt::AlignRight)
-        x += line.width() - width;
+        x += line.width() - widthOf(runs);
     painter.setPen(color);
     const qreal baseline = topOfLine(line, style) + baselineOf(style, painter.device()->devicePixelRatioF());
     for (const Run& run : runs) {

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QString>
+#include <QTextLayout>
 
 #include "ui/kit/text_style.h"
 
@@ -25,6 +26,13 @@ void paintText(QPainter& painter, const QRectF& area, const TextStyle& style, co
 /// The same for one line of several, which keep their distance.
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
     const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
+
+/// Where emoji stand in a text, each with the font in which it is as large as in other programs; nowhere in a
+/// text that has letters from right to left, whose order goes by the whole.
+///
+/// WORKAROUND: Qt (6.4 and 6.8) fits the picture of an emoji into the size of the font, and every other
+/// program has it stand out as its font says.
+[[nodiscard]] QList<QTextLayout::FormatRange> emojiRanges(const QString& text, const TextStyle& style);
 
 /// By how many pixels the ink of `text` is higher than a line of its style: 0 for nearly every text. Fonts
 /// differ: in Inter 4 a capital with two marks beside one with a dot below does not fit any more.

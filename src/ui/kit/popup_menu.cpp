@@ -6,6 +6,7 @@
 
 #include "ui/kit/control.h"
 #include "ui/kit/icon.h"
+#include "ui/kit/keyboard_use.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/shadow.h"
 #include "ui/kit/theme.h"
@@ -18,8 +19,8 @@ namespace {
 constexpr int itemHeight = 26;
 constexpr int itemPadding = 8;
 constexpr int menuPadding = 4;
-constexpr int distance = 4;  // between the button and its menu
-constexpr int windowInset = 4;
+constexpr int menuDistance = 4;  // between the button and its menu
+constexpr int menuInset = 4;
 constexpr int checkRoom = 12 + 16;
 constexpr int leastWidth = 148;
 constexpr TextStyle itemStyle = text::menuItem;
@@ -114,11 +115,11 @@ PopupMenu::PopupMenu(
 
 QRect PopupMenu::place(const QRect& anchor, const QSize& size, Qt::Alignment alignment) const {
     QRect panel(QPoint(alignment & Qt::AlignRight ? anchor.right() + 1 - size.width() : anchor.left(),
-                    anchor.bottom() + 1 + distance),
+                    anchor.bottom() + 1 + menuDistance),
         size);
-    const QRect room = rect().adjusted(windowInset, windowInset, -windowInset, -windowInset);
-    if (panel.bottom() > room.bottom() && anchor.top() - distance - size.height() >= room.top())
-        panel.moveBottom(anchor.top() - 1 - distance);
+    const QRect room = rect().adjusted(menuInset, menuInset, -menuInset, -menuInset);
+    if (panel.bottom() > room.bottom() && anchor.top() - menuDistance - size.height() >= room.top())
+        panel.moveBottom(anchor.top() - 1 - menuDistance);
     panel.moveTop(std::max(room.top(), std::min(panel.top(), room.bottom() + 1 - size.height())));
     panel.moveLeft(std::max(room.left(), std::min(panel.left(), room.right() + 1 - size.width())));
     return panel;
@@ -213,7 +214,7 @@ void PopupMenu::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_Space:
-            if (m_marked)
+            if (m_marked && !isRepeat(*event))  // of the press that opened it
                 choose(at);
             break;
         case Qt::Key_Escape:

@@ -1,6 +1,7 @@
 #include "ui/kit/scroll_panel.h"
 
 #include <QKeyEvent>
+#include <QLayout>
 #include <QScrollBar>
 
 #include "ui/kit/overlay_scroll_bar.h"
@@ -18,6 +19,12 @@ ScrollPanel::ScrollPanel(QWidget* content, QWidget* parent) : QScrollArea(parent
     constexpr int wheelStep = 16;
     verticalScrollBar()->setSingleStep(wheelStep);
     new OverlayScrollBar(this);
+}
+
+void ScrollPanel::layOut() {
+    widget()->layout()->activate();
+    QEvent change(QEvent::LayoutRequest);
+    event(&change);
 }
 
 void ScrollPanel::keyPressEvent(QKeyEvent* event) {

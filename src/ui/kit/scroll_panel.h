@@ -13,6 +13,9 @@ public:
     /// Takes the content over.
     explicit ScrollPanel(QWidget* content, QWidget* parent = nullptr);
 
+    /// Lays the content out and takes over its height at once, and not with the next event.
+    void layOut();
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 };

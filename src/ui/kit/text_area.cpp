@@ -117,8 +117,21 @@ void TextArea::setScrollFrame(QWidget* frame) {
 }
 
 void TextArea::prepareFor(const QString& text) {
-    if (hasEndlessWord(text))
-        setWordWrapMode(QTextOption::WrapAnywhere);
+    if (!hasEndlessWord(text))
+        return;
+    m_hadEndlessWord = true;
+    setWordWrapMode(QTextOption::WrapAnywhere);
+}
+
+void TextArea::withAnyText(const std::function<void()>& change) {
+    if (!m_hadEndlessWord) {
+        change();
+        return;
+    }
+    setWordWrapMode(QTextOption::WrapAnywhere);
+    change();
+    if (!hasEndlessWord(text()))
+        setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
 void TextArea::replaceText(const QString& text) {

@@ -2,6 +2,8 @@
 
 #include <QTextEdit>
 
+#include <functional>
+
 #include "ui/kit/colors.h"
 #include "ui/kit/text_style.h"
 
@@ -41,6 +43,9 @@ protected:
     /// Call before a text of any origin is inserted.
     void prepareFor(const QString& text);
 
+    /// Does what brings back an earlier or a later text, which nobody knows before it stands there.
+    void withAnyText(const std::function<void()>& change);
+
     /// Whether an input method shows a composition that is not in the text yet.
     [[nodiscard]] bool isComposing() const;
 
@@ -59,6 +64,7 @@ private:
     TextStyle m_style;
     OverlayScrollBar* m_scrollBar;
     ColorRole m_role = ColorRole::text;
+    bool m_hadEndlessWord = false;
     QString m_note;
     QString m_placeholder;
     ColorRole m_placeholderRole = ColorRole::placeholder;

@@ -91,7 +91,9 @@ QString TextEditor::shownText() const {
 }
 
 void TextEditor::keyPressEvent(QKeyEvent* event) {
-    if (!isReturn(*event)) {
+    if (event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo)) {
+        withAnyText([this, event] { TextArea::keyPressEvent(event); });
+    } else if (!isReturn(*event)) {
         TextArea::keyPressEvent(event);
     } else if (isComposing()) {
         confirmComposition();

@@ -1,5 +1,6 @@
 #include "ui/main/main_view.h"
 
+#include <QDrag>
 #include <QUrl>
 
 #include "common/on_change.h"
@@ -10,10 +11,8 @@
 #include "ui/history/history_state.h"
 #include "ui/history/history_view.h"
 #include "ui/kit/button.h"
-#include "ui/kit/chip.h"
 #include "ui/kit/cross_fade.h"
 #include "ui/kit/focus_order.h"
-#include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
@@ -21,6 +20,7 @@
 #include "ui/kit/surface.h"
 #include "ui/kit/tab_strip.h"
 #include "ui/kit/tooltip.h"
+#include "ui/main/main_footer.h"
 #include "ui/main/update_banner.h"
 #include "ui/onboarding/onboarding_state.h"
 #include "ui/onboarding/onboarding_view.h"
@@ -39,24 +39,6 @@ using namespace Qt::StringLiterals;
 constexpr int tabChange = 150;          // milliseconds
 constexpr int onboardingClosing = 250;  // milliseconds
 
-/// Whether a hot key does what it promises, and why.
-struct Readiness {
-    bool granted;
-    HotKeyStatus hotKey;
-    QString ready;
-    QString missing;
-};
-
-void showReadiness(Chip* chip, const QString& title, const Readiness& readiness) {
-    const bool works = readiness.granted && !isTurnedDown(readiness.hotKey);
-    chip->setTitle(title);
-    chip->setState(works ? Chip::State::good : Chip::State::trouble);
-    setTooltip(chip,
-        !readiness.granted ? readiness.missing
-            : works        ? readiness.ready
-                           : u"Phím tắt không dùng được - Nhấn để mở Cài đặt"_s);
-}
-
 }  // namespace
 
 MainView::MainView(Dependencies needs, Actions actions, QWidget* parent)
@@ -69,11 +51,13 @@ MainView::MainView(Dependencies needs, Actions actions, QWidget* parent)
       m_undo(needs.clock),
       m_state({needs.store, needs.appState, m_permissions, needs.updates}) {
     m_panelArea = filled(new QWidget, column({}, {}));
+    m_footer = new MainFooter({m_state, m_settings, m_needs.hotKeys.keys()}, m_needs.updates.currentVersion(),
+        {[this](const Control& cause) { openPermissions(cause); }, [this] { openShortcuts(); }});
     auto* banner = new UpdateBanner(m_needs.updates, [this] { m_state.dismissUpdate(); });
     m_body = filled(new QWidget,
         column({},
             {header(), new Divider, banner, {m_panelArea, {}, 1}, new UndoStrip(m_undo, *m_panelArea),
-                new Divider, footer()}));
+                new Divider, m_footer}));
     filled(this, column({}, {m_body}));
 
     onAnyChange(
@@ -91,18 +75,14 @@ MainView::MainView(Dependencies needs, Actions actions, QWidget* parent)
 }
 
 MainView::~MainView() {
-    delete m_panel;  // before what they show
+    delete m_leavingPanel;  // before what they show
+    delete m_panel;
     delete m_onboardingView;
 }
 
 void MainView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     m_state.appear();
-}
-
-void MainView::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    refreshFooter();
 }
 
 bool MainView::focusNextPrevChild(bool next) {
@@ -116,12 +96,8 @@ void MainView::openPermissions(const Control& cause) {
         settings->showPermissions(cause.showsFocusRing() ? Qt::TabFocusReason : Qt::OtherFocusReason);
 }
 
-void MainView::openTrouble(const Chip& chip, bool granted) {
-    if (!granted) {
-        openPermissions(chip);
-        return;
-    }
-    m_state.selectedTab = AppTab::settings;  // its hot key was refused, which the first section tells of
+void MainView::openShortcuts() {
+    m_state.selectedTab = AppTab::settings;
     showPanel();
     if (auto* settings = qobject_cast<SettingsView*>(m_panel))
         settings->showShortcuts();
@@ -157,30 +133,6 @@ QWidget* MainView::header() {
     return bar;
 }
 
-QWidget* MainView::footer() {
-    auto* version = new Label(u"Tralio v"_s + m_needs.updates.currentVersion(),
-        text::caption.with(Weight::semibold), ColorRole::secondary);
-    m_warning = new Button(button::footerWarning, {.icon = u"exclamationmark.triangle.fill"_s});
-    setTooltip(m_warning, u"Nhấn để mở Cài đặt và cấp quyền cho ứng dụng"_s);
-    m_selectionChip = new Chip(QString());
-    m_captureChip = new Chip(QString());
-    connect(
-        m_warning, &Button::clicked, this, [this] { openPermissions(*m_warning); });
-    connect(
-        m_selectionChip, &Chip::clicked, this,
-        [this] { openTrouble(*m_selectionChip, m_state.isAccessibilityGranted()); });
-    connect(m_captureChip, &Chip::clicked, this,
-        [this] { openTrouble(*m_captureChip, m_state.isScreenCaptureGranted()); });
-
-    m_footer = filled(new QWidget,
-        row({.spacing = 6, .padding = {14, 0, 14, 0}},
-            {row({.spacing = 4},
-                 {new IconView({u"character.bubble.fill"_s, 10}, ColorRole::accentIcon), version}),
-                Stretch{}, m_warning, m_selectionChip, m_captureChip}));
-    m_footer->setFixedHeight(33);
-    return m_footer;
-}
-
 void MainView::refresh() {
     m_tabs->setCurrent(static_cast<int>(m_state.selectedTab()));
     // The first walk-through hides what is not there yet: a megabyte and a half that waits until it is
@@ -192,28 +144,7 @@ void MainView::refresh() {
     else
         closeOnboarding();
 
-    refreshFooter();
-}
-
-void MainView::refreshFooter() {
-    HotKeys& hotKeys = m_needs.hotKeys.keys();
-    showReadiness(m_selectionChip, u"Bôi đen: "_s + m_settings.hotKeyDisplay(),
-        {m_state.isAccessibilityGranted(), hotKeys.textStatus(), u"Quyền Trợ năng: Đã bật (Sẵn sàng)"_s,
-            u"Chưa cấp quyền Trợ năng - Nhấn để mở Cài đặt"_s});
-    showReadiness(m_captureChip, u"Chụp: "_s + m_settings.ocrHotKeyDisplay(),
-        {m_state.isScreenCaptureGranted(), hotKeys.ocrStatus(),
-            u"Quyền Ghi màn hình (OCR): Đã bật (Sẵn sàng)"_s,
-            u"Chưa cấp quyền Ghi màn hình - Nhấn để mở Cài đặt"_s});
-
-    const QString warning = m_state.ungrantedWarningText().value_or(QString());
-    if (warning.isEmpty())
-        restFocus(*m_footer, *m_warning);
-    m_warning->setVisible(!warning.isEmpty());
-    // Beside two long shortcuts there is no room for all of it; the red chips say the same.
-    m_warning->setTitle(warning);
-    for (qsizetype length = warning.size(); m_footer->sizeHint().width() > width() && length > 0; --length)
-        m_warning->setTitle(warning.first(length - 1).trimmed() + u'…');
-    m_warning->setAccessibleName(warning);
+    m_footer->refresh();
 }
 
 void MainView::showPanel() {
@@ -222,10 +153,29 @@ void MainView::showPanel() {
         return;
     m_shownTab = tab;
     CrossFade fade(m_panelArea, std::exchange(m_panelMotion, Motion::none) == Motion::fade ? tabChange : 0);
-    delete m_panel;
+    dropPanel();
     m_panel = makePanel();
     m_panelArea->layout()->addWidget(m_panel);
+    // What the keyboard has lost to the change it gets back where the Page keys scroll.
+    const bool scrolls = qobject_cast<ScrollPanel*>(m_panel) != nullptr;
+    QWidget* scroll = scrolls ? m_panel : m_panel->findChild<ScrollPanel*>();
+    if (window()->focusWidget() == nullptr && scroll != nullptr)
+        scroll->setFocus(Qt::OtherFocusReason);
     fade.start();
+}
+
+void MainView::dropPanel() {
+    const QDrag* drag = m_panel != nullptr ? m_panel->findChild<QDrag*>() : nullptr;
+    if (drag == nullptr) {
+        delete m_panel;
+        return;
+    }
+    // A text is being dragged out of the panel: its editor waits in an event loop of the drag's.
+    m_leavingPanel = m_panel;
+    m_panel->hide();
+    m_panelArea->layout()->removeWidget(m_panel);
+    connect(drag, &QObject::destroyed, m_panel, &QObject::deleteLater);
+    connect(m_panel, &QObject::destroyed, this, [state = m_panelState] {});  // which it shows till then
 }
 
 QWidget* MainView::makePanel() {
@@ -276,6 +226,9 @@ void MainView::showOnboarding() {
     if (m_onboarding)
         return;
     CrossFade fade(this, onboardingClosing);
+    m_formerFocus = window()->focusWidget();
+    const auto* control = qobject_cast<Control*>(m_formerFocus);
+    m_showedRing = control != nullptr && control->showsFocusRing();
     m_onboarding = std::make_unique<OnboardingState>(
         OnboardingState::Dependencies{m_needs.hotKeys, m_permissions, m_settings},
         [this] { m_state.finishOnboarding(); });
@@ -293,6 +246,8 @@ void MainView::closeOnboarding() {
     delete std::exchange(m_onboardingView, nullptr);
     m_onboarding.reset();
     m_body->show();
+    if (m_formerFocus != nullptr)
+        m_formerFocus->setFocus(m_showedRing ? Qt::TabFocusReason : Qt::OtherFocusReason);
     fade.start();
 }
 

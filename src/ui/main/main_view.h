@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -27,10 +28,9 @@ class Pasteboard;
 class ScreenCaptureService;
 class SpeechService;
 
-class Button;
-class Chip;
 class Control;
 class KeyValueStore;
+class MainFooter;
 class TabStrip;
 
 /// The popover's content: a header with the tabs, the offer of an update, the panel of the selected tab, and
@@ -66,22 +66,20 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
     enum class Motion { none, fade };
 
     QWidget* header();
-    QWidget* footer();
     void openGuide();
     /// Shows the settings where they are about the permissions. `cause` is what the user has pressed.
     void openPermissions(const Control& cause);
-    /// Shows the settings where they are about what ails a chip's hot key.
-    void openTrouble(const Chip& chip, bool granted);
+    /// Shows the settings where they are about the hot keys.
+    void openShortcuts();
     void refresh();
-    void refreshFooter();
     void showPanel();
+    void dropPanel();
     /// The view of the selected tab, whose state stands in `m_panelState`.
     [[nodiscard]] QWidget* makePanel();
     [[nodiscard]] QWidget* makeTranslatePanel();
@@ -97,20 +95,20 @@ private:
     PermissionWatch m_permissions;
     UndoOffer m_undo;
     MainState m_state;
-    QWidget* m_footer;
     PressGuard m_pressGuard{*this, m_needs.clock};
     QWidget* m_body;  ///< all but the walk-through
     TabStrip* m_tabs;
     QWidget* m_panelArea;
+    MainFooter* m_footer;
     QWidget* m_panel = nullptr;
+    QPointer<QWidget> m_leavingPanel;  ///< out of which a text is being dragged
     std::shared_ptr<ObservableObject> m_panelState;
     std::optional<AppTab> m_shownTab;
     std::unique_ptr<OnboardingState> m_onboarding;  ///< while the walk-through is shown
     OnboardingView* m_onboardingView = nullptr;
+    QPointer<QWidget> m_formerFocus;      ///< what had the keyboard before the walk-through
+    bool m_showedRing = false;            ///< and whether it showed so
     Motion m_panelMotion = Motion::none;  ///< of the next change of the panel
-    Button* m_warning;
-    Chip* m_selectionChip;
-    Chip* m_captureChip;
 };
 
 }  // namespace tralio

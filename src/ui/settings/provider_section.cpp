@@ -7,6 +7,7 @@
 #include "state/app_settings.h"
 #include "ui/kit/accessibility.h"
 #include "ui/kit/button.h"
+#include "ui/kit/focus_rest.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/menu_button.h"
@@ -111,13 +112,13 @@ QWidget* ProviderSection::endpointFields() {
 }
 
 QWidget* ProviderSection::exposureWarning() {
-    auto* words = new Label(u"Địa chỉ này không mã hóa (http): API Key sẽ đi qua mạng ở dạng đọc được."_s,
+    m_exposureWords = new Label(u"Địa chỉ này không mã hóa (http): API Key sẽ đi qua mạng ở dạng đọc được."_s,
         text::caption, ColorRole::orange);
-    words->setWraps();
+    m_exposureWords->setWraps();
     auto* accept = new Button(button::bordered, {.title = u"Vẫn gửi"_s});
     connect(accept, &Button::clicked, this, [this] { m_state.settings().acceptExposure(); });
     m_exposure = new Reveal(filled(new Surface(ColorRole::orangeTint, ColorRole::none, radius::control),
-        row({.spacing = 6, .padding = {6, 6, 6, 6}}, {StackItem(words, {}, 1), accept})));
+        row({.spacing = 6, .padding = {6, 6, 6, 6}}, {StackItem(m_exposureWords, {}, 1), accept})));
     return m_exposure;
 }
 
@@ -163,6 +164,7 @@ void ProviderSection::refresh() {
 
     const bool own = m_state.usesOwnGateway();
     const bool testing = m_state.isTesting();
+    restFocus(*this, own ? *m_fields : *m_card);
     m_card->setVisible(own);
     m_cardModel->setText(settings.model());
     m_cardTest->setTitle(testing ? u"Đang kiểm tra..."_s : u"Kiểm tra kết nối"_s);
@@ -179,6 +181,8 @@ void ProviderSection::refreshFields() {
     const AppSettings& settings = m_state.settings();
     const bool showing = m_state.isShowingAPIKey();
     setShownText(m_baseURL, settings.baseURL());
+    if (settings.wouldExposeKey() && !m_exposure->isRevealed())
+        announce(*m_exposureWords);
     m_exposure->setRevealed(settings.wouldExposeKey());
     setShownText(m_model, settings.model());
     setShownText(m_apiKey, settings.apiKey());

@@ -44,6 +44,7 @@ private:
     QWidget* m_fields;
     TextField* m_baseURL;
     Reveal* m_exposure;
+    Label* m_exposureWords;
     TextField* m_model;
     Button* m_eye;
     TextField* m_apiKey;

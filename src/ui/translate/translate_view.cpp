@@ -264,6 +264,8 @@ void TranslateView::refresh() {
     m_speak->setIconName(speaking ? u"speaker.wave.3.fill"_s : u"speaker.wave.2"_s);
     m_speak->setTitle(speaking ? u"Dừng"_s : u"Đọc"_s);
     m_speak->setColor(speaking ? ColorRole::accentText : ColorRole::secondary);
+    if (m_state.outputText().isEmpty())
+        restFocus(*m_resultBlock, *m_copy);
     m_copy->setVisible(!m_state.outputText().isEmpty());
     m_copy->setIconName(m_state.isCopied() ? u"checkmark"_s : u"doc.on.doc"_s);
     m_copy->setTitle(m_state.isCopied() ? u"Đã chép!"_s : u"Sao chép"_s);

@@ -1,5 +1,7 @@
 #include "ui/undo/undo_strip.h"
 
+#include <QShortcut>
+
 #include "common/on_change.h"
 #include "ui/kit/accessibility.h"
 #include "ui/kit/button.h"
@@ -27,6 +29,9 @@ UndoStrip::UndoStrip(UndoOffer& offer, QWidget& neighbour, QWidget* parent)
     m_undo->setWeight(Weight::semibold);
     m_undo->setColor(ColorRole::accentText);
     connect(m_undo, &Button::clicked, this, [this] { m_offer.accept(); });
+    // Wherever the keyboard is but in an editor, which has something of its own to undo.
+    m_keys = new QShortcut(QKeySequence::Undo, this);
+    connect(m_keys, &QShortcut::activated, this, [this] { m_offer.accept(); });
 
     auto* strip = filled(new Surface(ColorRole::surface2, ColorRole::none, 0),
         row({.spacing = 6, .padding = {14, 0, 14 - button::word.padding, 0}},
@@ -44,6 +49,7 @@ void UndoStrip::refresh() {
     if (!message)
         restFocus(m_neighbour, *m_reveal);
     m_reveal->setRevealed(message.has_value());
+    m_keys->setEnabled(message.has_value());
     if (!message)
         return;
     m_message->setText(*message);

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QShortcut;
+
 namespace tralio {
 
 class Button;
@@ -9,7 +11,7 @@ class Label;
 class Reveal;
 class UndoOffer;
 
-/// A strip that says what was deleted and brings it back.
+/// A strip that says what was deleted and brings it back, by its button or the keys that undo.
 class UndoStrip final : public QWidget {
     Q_OBJECT
 
@@ -25,6 +27,7 @@ private:
     Reveal* m_reveal;
     Label* m_message;
     Button* m_undo;
+    QShortcut* m_keys;
 };
 
 }  // namespace tralio
