@@ -38,6 +38,11 @@ void AppDelegate::handleGlobalHotKey() {
             return;
         debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
             (text ? excerpt(*text) : u"nil"_s) % u"'");
+        // A region is being drawn instead, whose text is what the user waits for.
+        if (self->m_needs.captures.isDrawing() && (!text || text->isEmpty())) {
+            self->m_isFetching = false;
+            return;
+        }
         self->m_needs.clock.after(0ms, self, [self = self.data(), text] {
             self->m_needs.captures.onceDrawn(self, [self, text] { self->showSelection(text); });
         });

@@ -10,6 +10,7 @@ using namespace std::chrono_literals;
 /// Between what a click does first and last: the focus goes, and the status item's action arrives.
 constexpr auto sameClick = 300ms;
 constexpr auto focusPoll = 50ms;
+constexpr std::chrono::milliseconds longestFocusPoll = 1s;
 /// How long a window manager may take to give the keyboard.
 constexpr auto focusPatience = 2s;
 /// Window managers let the focus follow the pointer after 200 or 250 ms.
@@ -58,7 +59,7 @@ void PopoverFocus::bringToFront() {
     if (m_window.isActive())
         return;
     m_awaited.isNowFor(m_clock, focusPatience);
-    lookLater();
+    lookLater(focusPoll);
 }
 
 void PopoverFocus::activated() {
@@ -70,7 +71,7 @@ void PopoverFocus::activated() {
 
 void PopoverFocus::deactivated() {
     m_followsPointer = m_justLeft.isNow();
-    lookLater();
+    lookLater(focusPoll);
 }
 
 void PopoverFocus::pressed() {
@@ -104,12 +105,12 @@ void PopoverFocus::left() {
         m_followsPointer = true;
 }
 
-void PopoverFocus::lookLater() {
+void PopoverFocus::lookLater(std::chrono::milliseconds pause) {
     m_look = m_clock.after(
-        focusPoll, [this] { look(); });
+        pause, [this, pause] { look(pause); });
 }
 
-void PopoverFocus::look() {
+void PopoverFocus::look(std::chrono::milliseconds pause) {
     const ScheduledCall made = std::exchange(m_look, {});
     if (!m_isOpen || m_window.isActive() || m_isPressedOutside)
         return;
@@ -117,10 +118,10 @@ void PopoverFocus::look() {
     if (m_justShown.isNow() || m_window.isInFront()) {
         // The toolkit may be telling of the time before the popover was shown, or of a moment's grab; it will
         // not tell when another window becomes active meanwhile.
-        lookLater();
+        lookLater(std::min(pause + pause / 10, longestFocusPoll));  // a locked screen stays so for long
     } else if (m_awaited.isNow()) {
         m_window.bringToFront();
-        lookLater();
+        lookLater(focusPoll);
     } else if (m_hadFocus && !followsPointer) {  // there are window managers that give no keyboard to it
         close();
     }

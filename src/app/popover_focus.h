@@ -92,8 +92,8 @@ private:
     };
 
     void bringToFront();
-    void lookLater();
-    void look();
+    void lookLater(std::chrono::milliseconds pause);
+    void look(std::chrono::milliseconds pause);
     void close();
 
     Window& m_window;

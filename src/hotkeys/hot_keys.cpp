@@ -57,20 +57,20 @@ void HotKeys::updateOCR(const KeyCombination& combination) {
 }
 
 void HotKeys::reRegister(HotKey& hotKey, HotKey& other, const KeyCombination& combination) {
-    const auto givenUp = hotKey.ref ? std::optional(hotKey.combination) : std::nullopt;
+    const auto givenUp = hotKey.combination;
     if (hotKey.ref)
         m_platform.unregisterHotKey(*std::exchange(hotKey.ref, std::nullopt));
     hotKey.combination = combination;
     registerNow(hotKey);
-    if (!other.ref && other.combination == givenUp && combination != givenUp)
+    if (!other.ref && givenUp && other.combination == givenUp && combination != givenUp)
         registerNow(other);
 }
 
 void HotKeys::registerNow(HotKey& hotKey) {
-    const auto registration = m_platform.registerHotKey(hotKey.combination, hotKey.id);
+    const auto registration = m_platform.registerHotKey(*hotKey.combination, hotKey.id);
     setStatus(hotKey.id, registration.status);
-    const QString code = QString::number(quint32(hotKey.combination.key));
-    const QString mods = QString::number(hotKey.combination.modifiers.toInt());
+    const QString code = QString::number(quint32(hotKey.combination->key));
+    const QString mods = QString::number(hotKey.combination->modifiers.toInt());
     if (registration.status != HotKeyStatus::registered) {
         debugLog(u"Lỗi đăng ký phím tắt " % hotKey.name % u" (code: " % code % u", mods: " % mods % u"): " %
             QString::number(qint32(registration.status)));

@@ -52,8 +52,8 @@ public:
 private:
     struct HotKey {
         HotKeyID id;
-        QStringView name;  ///< in the log
-        KeyCombination combination{};
+        QStringView name;                             ///< in the log
+        std::optional<KeyCombination> combination{};  ///< as wanted, be it ours or not
         std::optional<HotKeyRef> ref{};
     };
 

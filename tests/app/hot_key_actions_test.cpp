@@ -182,6 +182,27 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
     expectAfterwards(QString(), [this] { delegate->showPopover(); });
 }
 
+TEST_F(Shell, a_fetch_that_finds_nothing_is_passed_over_once_a_region_is_drawn) {
+    launch();
+    selectForCopying();
+    region.draws = false;
+    bool hasRun = false;
+    region.onRun = [&] {
+        desktop.clock.advance(2s);
+        hasRun = true;
+    };
+    press(textHotKeyID);
+    press(ocrHotKeyID);
+    desktop.clock.advance(150ms);
+    ASSERT_TRUE(eventually([&] { return hasRun && !captures.isDrawing(); }));
+    desktop.clock.advance(1s);
+    EXPECT_EQ(appState.notice(), QString()) << "not over what the capture brings";
+    select(u"later"_s);
+    press(textHotKeyID);
+    desktop.clock.advance(1s);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"later"_s) << "the next press counts";
+}
+
 TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {
     launch();
     pictureSays(u"chữ"_s);

@@ -12,7 +12,10 @@ namespace {
 class PopoverFocusTest : public testing::Test, protected PopoverFocus::Window {
 protected:
     bool isActive() const override { return active; }
-    bool isInFront() const override { return inFront; }
+    bool isInFront() const override {
+        ++looks;
+        return inFront;
+    }
     bool isUnderPointer() const override { return underPointer; }
     bool isAidUnderPointer() const override { return aidUnderPointer; }
     void bringToFront() override { ++asked; }
@@ -47,6 +50,7 @@ protected:
     bool inFront = false;
     bool underPointer = false;
     bool aidUnderPointer = false;
+    mutable int looks = 0;
     int asked = 0;  ///< for the keyboard
     FakeClock clock;
     PopoverFocus focus{*this, clock};
@@ -73,6 +77,20 @@ TEST_F(PopoverFocusTest, a_click_elsewhere_closes_it_whether_or_not_it_takes_the
     clock.advance(1s);
     click(false);
     EXPECT_FALSE(focus.wasJustClosed()) << "a click while it is closed";
+}
+
+TEST_F(PopoverFocusTest, a_locked_screen_is_looked_at_ever_more_rarely) {
+    open();
+    inFront = true;
+    lose();
+    clock.advance(1s);
+    EXPECT_GT(looks, 3);
+    looks = 0;
+    clock.advance(100s);
+    EXPECT_LT(looks, 150);
+    inFront = false;
+    clock.advance(1s);
+    EXPECT_FALSE(isOpen) << "another window has come to the front";
 }
 
 TEST_F(PopoverFocusTest, a_drag_that_ends_over_it_is_a_drop_and_brings_it_to_the_front) {
@@ -174,7 +192,7 @@ TEST_F(
     clock.advance(5s);
     EXPECT_TRUE(isOpen);
     inFront = false;
-    clock.advance(50ms);
+    clock.advance(600ms);
     EXPECT_FALSE(isOpen);
 }
 

@@ -1,9 +1,10 @@
 #include "platform/linux/x11/x11_hot_keys.h"
 
-#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
 
 #include "desktop/fixtures.h"
 #include "platform/linux/keyboard/key_codes.h"
+#include "platform/linux/x11/key_symbols.h"
 #include "platform/linux/x11/x11_key_event_poster.h"
 
 namespace tralio {
@@ -185,10 +186,34 @@ TEST_F(X11, a_synthetic_copy_misses_no_key_that_is_let_go_meanwhile_and_passes_t
     EXPECT_TRUE(ours.isPressed(1));
 }
 
+TEST_F(X11, of_two_keys_for_one_modifier_the_one_that_is_held_is_let_go) {
+    OneProgram ours;
+    const auto connection = X11Connection::open();
+    xcb_connection_t* xcb = connection->xcb();
+    constexpr xcb_keycode_t capsLock = 66;  // comes before the key of its own
+    const xcb_keycode_t held = *x11KeyCode(KeyCode::leftCommand);
+    const KeySymbols symbols{xcb_key_symbols_alloc(xcb)};
+    const xcb_keysym_t super = xcb_key_symbols_get_keysym(symbols.get(), held, 0);
+    xcb_change_keyboard_mapping(xcb, 1, capsLock, 1, &super);
+    connection->sync();
+    const auto isHeld = [&](xcb_keycode_t key) {
+        const XcbPtr<xcb_query_keymap_reply_t> keys{
+            xcb_query_keymap_reply(xcb, xcb_query_keymap(xcb), nullptr)};
+        return (keys->keys[key / 8] >> (key % 8) & 1) != 0;
+    };
+    for (const xcb_keycode_t key : {held, capsLock})
+        xcb_test_fake_input(xcb, XCB_KEY_PRESS, key, 0, XCB_NONE, 0, 0, 0);
+    connection->sync();
+    ASSERT_TRUE(isHeld(held) && isHeld(capsLock));
+    ours.letGoOfModifiers();
+    ours.connection->sync();
+    for (const xcb_keycode_t key : {held, capsLock})
+        EXPECT_FALSE(isHeld(key)) << int(key);
+}
+
 TEST_F(X11, keys_are_where_their_table_says_and_mean_there_what_it_says) {
     const auto connection = X11Connection::open();
-    const std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> symbols{
-        xcb_key_symbols_alloc(connection->xcb()), &xcb_key_symbols_free};
+    const KeySymbols symbols{xcb_key_symbols_alloc(connection->xcb())};
     int compared = 0;
     for (quint32 code = 0; code < 128; ++code) {
         const Key* key = keyWith(KeyCode{code});

@@ -32,6 +32,7 @@ protected:
 
 TEST_F(X11Selection, the_clipboard_counts_every_change_and_gives_texts_of_any_length) {
     EXPECT_EQ(pasteboard.string(), std::nullopt);
+    EXPECT_FALSE(pasteboard.isConcealed());
 
     const QString odd = u"x\u0302 🙂 \u202e\ufeff Ấ"_s;
     qint64 last = pasteboard.changeCount();
@@ -142,6 +143,7 @@ TEST_F(X11Selection, a_clipboard_without_text_or_with_a_hung_owner_has_no_text) 
     time.start();
     EXPECT_EQ(pasteboard.string(), std::nullopt);
     EXPECT_LT(time.elapsed(), 1000);
+    EXPECT_TRUE(pasteboard.isConcealed()) << "for all that it says";
     kill(static_cast<pid_t>(owner.processId()), SIGCONT);
 }
 

@@ -78,6 +78,15 @@ TEST_F(HotKeys, exchange_their_combinations_whichever_is_changed_first) {
     EXPECT_THAT(desktop.hotKeys.registrations(),
         ElementsAre(request(2, 768, ocrHotKeyID), request(1, 768, textHotKeyID)));
 
+    // Also where the one that is changed was promised for later, and has no registration.
+    desktop.hotKeys.nextStatus = HotKeyStatus::unavailable;
+    service.updateTextHotKey(7, 768);
+    desktop.hotKeys.nextStatus = HotKeyStatus::taken;
+    service.updateOCRHotKey(7, 768);
+    service.updateTextHotKey(2, 768);
+    EXPECT_EQ(service.keys().ocrStatus(), HotKeyStatus::registered);
+    service.updateOCRHotKey(2, 256);
+
     // What another program has is not asked for again.
     desktop.hotKeys.nextStatus = HotKeyStatus::taken;
     service.updateTextHotKey(9, 768);

@@ -34,6 +34,7 @@ public:
         bool keepsItsText = false;  ///< answers no question for it
         QString keyBinding{};
         QString toolkit{};
+        QVariant rubbish{};  ///< which it answers where a list is asked for
         int presses = 0;
     };
 
@@ -90,6 +91,8 @@ private:
             return variant(QVariant::fromValue(at(object.parent)));
         if (method == u"GetRole")
             return QVariantList{static_cast<uint>(object.role)};
+        if (object.rubbish.isValid() && (method == u"GetState" || method == u"GetChildren"))
+            return QVariantList{object.rubbish};
         if (method == u"GetState") {
             uint bits = 0;
             for (const AtspiState state : object.states)
@@ -156,6 +159,23 @@ protected:
     AtspiBus bus;
     GivenPrimary primary;
 };
+
+TEST_F(Atspi, a_list_of_another_type_is_none) {
+    Objects objects;
+    const QVariant rubbish[] = {7U, u"text"_s, QVariant::fromValue(QList<int>{1}), QStringList{u"a"_s},
+        QVariant::fromValue(AtspiReference{u":1.1"_s, QDBusObjectPath(u"/a"_s)}),
+        QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath(u"/a"_s)}),
+        QVariant::fromValue(QDBusVariant(7))};
+    int number = 0;
+    for (const QVariant& each : rubbish)
+        objects[u"/%1"_s.arg(number++)] = {.rubbish = each};
+    script(objects);
+    for (int at = 0; at < number; ++at) {
+        const AtspiReference object = application->at(u"/%1"_s.arg(at));
+        EXPECT_THAT(childrenOf(object, *context()), IsEmpty()) << at;
+        EXPECT_FALSE(statesOf(object, *context()).contains(AtspiState::active)) << at;
+    }
+}
 
 TEST_F(Atspi, a_menu_item_tells_its_shortcut_in_either_toolkits_words_and_presses_unless_greyed) {
     struct Case {

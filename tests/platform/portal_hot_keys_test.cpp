@@ -144,8 +144,14 @@ TEST_F(PortalTest, a_portal_that_comes_later_anew_or_in_anothers_place_gets_the_
         desktop->activate(ocrShortcut, 5 + start);
         ASSERT_TRUE(isPressed(1));
         pressed.clear();
+        std::vector<HotKeyStatus> told;
+        hotKeys->installStatusHandler([&](HotKeyID, HotKeyStatus status) { told.push_back(status); });
         desktop.reset();
         ASSERT_TRUE(knowsNoPortal());
+        clock.advance(5s);
+        EXPECT_TRUE(eventually([&] { return told.size() >= 2; })) << "it is not coming back";
+        EXPECT_THAT(told, testing::Each(HotKeyStatus::unavailable));
+        hotKeys->installStatusHandler({});
     }
 
     startPortal();
@@ -191,7 +197,11 @@ TEST_F(PortalTest, a_session_that_the_desktop_ends_is_made_again_once) {
 
     // The next end is told before the answers to the next binding.
     desktop->bound.clear();
+    std::vector<HotKeyStatus> told;
+    hotKeys->installStatusHandler([&](HotKeyID, HotKeyStatus status) { told.push_back(status); });
     desktop->endSession();
+    EXPECT_TRUE(eventually([&] { return !told.empty() && told.back() == HotKeyStatus::unavailable; }))
+        << "no session, until one may be made";
     ASSERT_EQ(registerText(KeyCode::t), HotKeyStatus::registered);
     ASSERT_TRUE(isBound());
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);

@@ -42,11 +42,14 @@ public:
     bool hasCollection = true;
     QList<std::pair<SecretAttributes, QByteArray>> items;
     QStringList calls;
+    QStringList rubbishMethods;  ///< which it answers with the rubbish
+    QVariantList rubbish;
 
 private:
     void take(const QDBusMessage& call) override {
         calls += call.member();
-        send(call.createReply(answer(call.member(), call.arguments())));
+        send(call.createReply(
+            rubbishMethods.contains(call.member()) ? rubbish : answer(call.member(), call.arguments())));
     }
     QVariantList answer(const QString& method, const QVariantList& arguments) {
         if (method == u"OpenSession") {
@@ -168,6 +171,20 @@ TEST_F(SecretServiceTest, a_locked_collection_is_left_alone_until_the_user_is_th
         service.unlock();
         ASSERT_TRUE(eventually([&] { return changes == before + 1; }));
         EXPECT_EQ(found(), Found(Answer::done, u"sk"_s));
+    }
+}
+
+TEST_F(SecretServiceTest, an_answer_of_another_form_is_none) {
+    ScriptedSecretService service(bus.connect());
+    ASSERT_EQ(kept(u"sk"_s), Answer::done);
+    for (const QVariantList& rubbish :
+        {QVariantList(), {7}, {QVariant::fromValue(QList<int>{1})}, {u"/"_s}}) {
+        service.rubbish = rubbish;
+        service.rubbishMethods = {u"CreateItem"_s, u"GetSecret"_s};
+        EXPECT_EQ(kept(u"sk-2"_s), Answer::unavailable);
+        EXPECT_EQ(found().first, Answer::unavailable);
+        service.rubbishMethods = {u"SearchItems"_s};
+        EXPECT_EQ(found().first, Answer::absent);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/text_limit.h"
+#include "platform/linux/bus/bus_value.h"
 
 namespace tralio {
 namespace {
@@ -80,7 +81,7 @@ std::optional<QStringList> selectedParts(
 bool isSelectedBeside(const AtspiReference& paragraph, const AtspiQuestion& question) {
     const QVariant parent =
         question.bus.property(paragraph, accessibleInterface, u"Parent"_s, question.budget);
-    const auto beside = childrenOf(qdbus_cast<AtspiReference>(parent), question);
+    const auto beside = childrenOf(busValue<AtspiReference>(parent, QLatin1StringView("(so)")), question);
     return std::any_of(beside.begin(), beside.end(), [&](const AtspiReference& other) {
         return !question.budget.isSpent() && selectionCount(other, question).value_or(0) > 0;
     });
@@ -101,7 +102,7 @@ QString toolkitOf(const QString& service, const AtspiQuestion& question) {
 
 QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiQuestion& question) {
     const auto reply = question.bus.call(object, accessibleInterface, u"GetChildren"_s, {}, question.budget);
-    return reply ? qdbus_cast<QList<AtspiReference>>(reply->value(0)) : QList<AtspiReference>();
+    return busValue<QList<AtspiReference>>(reply ? reply->value(0) : QVariant(), QLatin1StringView("a(so)"));
 }
 
 AtspiRole roleOf(const AtspiReference& object, const AtspiQuestion& question) {
@@ -111,7 +112,7 @@ AtspiRole roleOf(const AtspiReference& object, const AtspiQuestion& question) {
 
 AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question) {
     const auto reply = question.bus.call(object, accessibleInterface, u"GetState"_s, {}, question.budget);
-    const auto words = reply ? qdbus_cast<QList<uint>>(reply->value(0)) : QList<uint>();
+    const auto words = busValue<QList<uint>>(reply ? reply->value(0) : QVariant(), QLatin1StringView("au"));
     return AtspiStates(quint64(words.value(1)) << 32 | words.value(0));
 }
 

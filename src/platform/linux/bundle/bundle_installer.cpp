@@ -26,6 +26,8 @@ using namespace std::chrono_literals;
 
 /// For reading an archive that is as large as an application.
 constexpr auto archiveLimit = 60s;
+/// Bytes of the list of what an archive holds, of which a bundle has some ten files.
+constexpr qsizetype longestListing = 1'000'000;
 
 void checkScript(const QString& path) {
     struct stat entry {};
@@ -107,8 +109,13 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     const QStringList measure{u"-c"_s,
         u"%1 -p \"$0\" | head -c %2 | wc -c"_s.arg(m_places.unzip).arg(m_places.largestContent + 1), zipPath};
     const QStringList test{u"-tqq"_s, zipPath};
-    const QStringList names{u"-Z1"_s, zipPath};
-    const QStringList kinds{u"-Zs"_s, zipPath, u"*"_s};  // which leaves head and sum away
+    const auto list = [&](const QString& how, const QString& which) {
+        return QStringList{u"-c"_s,
+            u"%1 %2 \"$0\" %3 | head -c %4"_s.arg(m_places.unzip, how, which).arg(longestListing + 1),
+            zipPath};
+    };
+    const QStringList names = list(u"-Z1"_s, {});
+    const QStringList kinds = list(u"-Zs"_s, u"'*'"_s);  // which leaves head and sum away
     const ProgramResult measured = co_await runProgram(u"/bin/sh"_s, measure, archiveLimit);
     const qint64 content = measured.output.trimmed().toLongLong();
     if (measured.status != 0 || content > m_places.largestContent)
@@ -117,11 +124,11 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     const ProgramResult tested = co_await runProgram(m_places.unzip, test, archiveLimit);
     if (tested.status != 0)
         throw LocalizedError(u"File cập nhật bị hỏng hoặc không phải là file zip."_s);
-    const ProgramResult named = co_await runProgram(m_places.unzip, names, archiveLimit);
-    if (!lieInBundle(named.output))
+    const ProgramResult named = co_await runProgram(u"/bin/sh"_s, names, archiveLimit);
+    if (named.output.size() > longestListing || !lieInBundle(named.output))
         throw LocalizedError(u"File cập nhật không chứa duy nhất ứng dụng Tralio.app."_s);
-    const ProgramResult listed = co_await runProgram(m_places.unzip, kinds, archiveLimit);
-    if (listed.status != 0 || !areFilesAndFolders(listed.output))
+    const ProgramResult listed = co_await runProgram(u"/bin/sh"_s, kinds, archiveLimit);
+    if (listed.output.size() > longestListing || !areFilesAndFolders(listed.output))
         throw LocalizedError(u"File cập nhật chứa liên kết (link) nên không được cài."_s);
     checkRoom(content);
 }

@@ -120,8 +120,12 @@ void PortalHotKeys::scheduleSession() {
 void PortalHotKeys::createSession() {
     endSession();
     // Two sessions of one name at a time end each other; the answer that is awaited makes the next.
-    if (m_isCreating || m_hotKeys.empty() || m_portal.version(QLatin1String(interface)) == 0)
+    if (m_isCreating || m_hotKeys.empty())
         return;
+    if (m_portal.version(QLatin1String(interface)) == 0) {
+        reportAll(HotKeyStatus::unavailable);
+        return;
+    }
     // The portal's first drafts took the shortcuts here; KDE 5 still binds these and no others.
     const QVariantMap options{
         {u"session_handle_token"_s, sessionToken}, {u"shortcuts"_s, QVariant::fromValue(wantedShortcuts())}};
@@ -253,10 +257,12 @@ void PortalHotKeys::sessionClosed(const QDBusMessage& closed) {
 
 void PortalHotKeys::reopen() {
     // One that ends every session is not to be pestered.
-    if (std::exchange(m_mayReopen, false))
+    if (std::exchange(m_mayReopen, false)) {
         scheduleSession();
-    else
-        scheduleAfterPause();
+        return;
+    }
+    reportAll(HotKeyStatus::unavailable);  // until then
+    scheduleAfterPause();
 }
 
 void PortalHotKeys::trustDesktop() {

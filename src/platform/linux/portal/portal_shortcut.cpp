@@ -1,5 +1,6 @@
 #include "platform/linux/portal/portal_shortcut.h"
 
+#include "platform/linux/bus/bus_value.h"
 #include "platform/linux/portal/portal.h"
 
 namespace tralio {
@@ -7,11 +8,7 @@ namespace tralio {
 using namespace Qt::StringLiterals;
 
 QList<PortalShortcut> shortcutsIn(const QVariantMap& results) {
-    const QVariant shortcuts = results.value(u"shortcuts"_s);
-    // Taking something else apart in this way would go on without an end.
-    const bool isList = shortcuts.metaType() == QMetaType::fromType<QDBusArgument>() &&
-        shortcuts.value<QDBusArgument>().currentSignature() == u"a(sa{sv})";
-    return isList ? qdbus_cast<QList<PortalShortcut>>(shortcuts) : QList<PortalShortcut>();
+    return busValue<QList<PortalShortcut>>(results.value(u"shortcuts"_s), QLatin1StringView("a(sa{sv})"));
 }
 
 QString sessionIn(const QVariantMap& results) {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "common/debug_log.h"
+#include "platform/linux/bus/bus_value.h"
 #include "platform/linux/secrets/secret_item.h"
 
 namespace tralio {
@@ -30,7 +31,7 @@ SecretAttributes attributes() {
 }
 
 QList<QDBusObjectPath> paths(const QDBusMessage& reply, int argument) {
-    return qdbus_cast<QList<QDBusObjectPath>>(reply.arguments().value(argument));
+    return busValue<QList<QDBusObjectPath>>(reply.arguments().value(argument), QLatin1StringView("ao"));
 }
 
 QDBusObjectPath object(const QDBusMessage& reply, int argument) {
@@ -62,7 +63,7 @@ void SecretService::collectionsChanged() {
 }
 
 void SecretService::propertiesChanged(const QDBusMessage& signal) {
-    const auto changed = qdbus_cast<QVariantMap>(signal.arguments().value(1));
+    const auto changed = busValue<QVariantMap>(signal.arguments().value(1), QLatin1StringView("a{sv}"));
     if (!changed.value(u"Locked"_s, true).toBool() && onChange)
         onChange();
 }
@@ -140,9 +141,13 @@ void SecretService::find(std::function<void(Answer, const QString&)> then) {
                 call(
                     unlocked.first().path(), itemInterface, u"GetSecret"_s, {QVariant::fromValue(session)},
                     Start::may,
-                    [then](const QDBusMessage& reply) {
-                        const auto secret = qdbus_cast<SecretValue>(reply.arguments().value(0));
-                        then(Answer::done, QString::fromUtf8(secret.value));
+                    [then, fail](const QDBusMessage& reply) {
+                        const auto secret =
+                            busValue<SecretValue>(reply.arguments().value(0), QLatin1StringView("(oayays)"));
+                        if (secret.session.path().isEmpty())
+                            fail();
+                        else
+                            then(Answer::done, QString::fromUtf8(secret.value));
                     },
                     fail);
             },
@@ -178,7 +183,8 @@ void SecretService::createItem(const QString& secret, const QDBusObjectPath& ses
         collection.path(), collectionInterface, u"CreateItem"_s,
         {properties, QVariant::fromValue(value), true}, Start::mustNot,
         [then](const QDBusMessage& reply) {
-            then(object(reply, 0).path() == noObject ? Answer::locked : Answer::done);
+            const QString item = object(reply, 0).path();
+            then(item == noObject ? Answer::locked : item.isEmpty() ? Answer::unavailable : Answer::done);
         },
         [then] { then(Answer::unavailable); });
 }

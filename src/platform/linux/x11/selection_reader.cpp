@@ -167,9 +167,11 @@ Picture readSelectionPicture(X11Connection& connection, xcb_atom_t selection, QD
     return nullptr;
 }
 
-bool selectionOffers(
+std::optional<bool> selectionOffers(
     X11Connection& connection, xcb_atom_t selection, const char* target, QDeadlineTimer deadline) {
     const auto targets = Conversion(connection, selection, deadline).targets();
+    if (!targets && deadline.hasExpired())
+        return std::nullopt;
     return targets && contains(*targets, connection.atom(target));
 }
 

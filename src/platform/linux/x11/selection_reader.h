@@ -22,8 +22,8 @@ namespace tralio {
 [[nodiscard]] Picture readSelectionPicture(
     X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline, QDeadlineTimer pictureDeadline);
 
-/// Whether the owner of a selection offers it as `target`, in the same way.
-[[nodiscard]] bool selectionOffers(
+/// Whether the owner of a selection offers it as `target`; absent when it does not say so in time.
+[[nodiscard]] std::optional<bool> selectionOffers(
     X11Connection& connection, xcb_atom_t selection, const char* target, QDeadlineTimer deadline);
 
 }  // namespace tralio

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 #include <xcb/xtest.h>
 
 #include "platform/linux/keyboard/copy_shortcut.h"
@@ -18,8 +19,9 @@ bool isMeant(KeyCode key) {
     return key == KeyCode::c || (key >= KeyCode::rightCommand && key <= KeyCode::rightControl);
 }
 
-/// The key that does on the present layout what the virtual key is meant for.
-std::optional<quint8> keyFor(const X11Connection& connection, KeyCode wanted) {
+/// The keys that do on the present layout what the virtual key is meant for.
+std::vector<quint8> keysFor(const X11Connection& connection, KeyCode wanted) {
+    std::vector<quint8> found;
     const Key* named = keyWith(wanted);
     if (named && isMeant(wanted)) {
         const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb())};
@@ -28,10 +30,18 @@ std::optional<quint8> keyFor(const X11Connection& connection, KeyCode wanted) {
         for (const xcb_keycode_t* key = keys.get(); key && *key != XCB_NO_SYMBOL; ++key) {
             // Only as the key's first symbol: a layout of two alphabets has the letter in its second group.
             if (xcb_key_symbols_get_keysym(symbols.get(), *key, 0) == named->keysym)
-                return *key;
+                found.push_back(*key);
         }
     }
-    return x11KeyCode(wanted);
+    if (const auto place = x11KeyCode(wanted); place && std::ranges::find(found, *place) == found.end())
+        found.push_back(*place);
+    return found;
+}
+
+/// The one of them to press.
+std::optional<quint8> keyFor(const X11Connection& connection, KeyCode wanted) {
+    const auto keys = keysFor(connection, wanted);
+    return keys.empty() ? std::nullopt : std::optional(keys.front());
 }
 
 }  // namespace
@@ -47,7 +57,7 @@ void X11KeyEventPoster::post(const KeyEvent& event) {
     else if (isShortcut)
         releaseShortcut();
     else if (event.isKeyDown)
-        fakeKey(XCB_KEY_PRESS, event.key);
+        pressKey(event.key);
     else
         releaseKey(event.key);
     xcb_flush(m_connection.xcb());
@@ -55,13 +65,14 @@ void X11KeyEventPoster::post(const KeyEvent& event) {
 
 void X11KeyEventPoster::releaseKey(KeyCode key) {
     const quint16 held = m_hotKeys.beginFeignedRelease();
-    fakeKey(XCB_KEY_RELEASE, key);
+    for (const quint8 each : keysFor(m_connection, key))  // whichever of them is held
+        fake(XCB_KEY_RELEASE, each);
     m_hotKeys.endFeignedRelease(held);
 }
 
-void X11KeyEventPoster::fakeKey(quint8 type, KeyCode wanted) {
+void X11KeyEventPoster::pressKey(KeyCode wanted) {
     if (const auto key = keyFor(m_connection, wanted))
-        fake(type, *key);
+        fake(XCB_KEY_PRESS, *key);
 }
 
 void X11KeyEventPoster::pressShortcut(KeyCode shortcutKey) {

@@ -31,7 +31,7 @@ private:
     void pressShortcut(KeyCode shortcutKey);
     void releaseShortcut();
     void releaseKey(KeyCode key);
-    void fakeKey(quint8 type, KeyCode wanted);
+    void pressKey(KeyCode wanted);
     void fake(quint8 type, quint8 keyCode);
 
     X11Connection& m_connection;

@@ -47,8 +47,11 @@ QCoro::Task<Picture> X11Pasteboard::picture() {
 }
 
 bool X11Pasteboard::isConcealed() {
-    return !QGuiApplication::clipboard()->ownsClipboard() &&
-        selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(clipboardTextLimit));
+    if (QGuiApplication::clipboard()->ownsClipboard())
+        return false;
+    // An owner that says nothing now may have marked what it delivers in a moment.
+    return selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(clipboardTextLimit))
+        .value_or(true);
 }
 
 void X11Pasteboard::setString(const QString& text) {
