@@ -56,7 +56,8 @@ std::optional<QUrl> buildEndpointURL(const QString& baseURL) {
     if (text.isEmpty())
         text = ProviderPreset::presets().first().baseURL;
     if (!text.endsWith(endpointTail)) {
-        if (text.endsWith(u'/'))
+        // A scheme alone is no address yet, and would have the tail's first word for its host.
+        if (text.endsWith(u'/') && !text.endsWith(u"://"))
             text.chop(1);
         text += endpointTail;
     }

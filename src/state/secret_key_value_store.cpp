@@ -28,6 +28,8 @@ SecretKeyValueStore::~SecretKeyValueStore() {
     // Nobody knows whether it arrives.
     if (m_handedOver && isSecret())
         m_store.setValue(apiKey, *m_key);
+    else if (m_handedOver)
+        setToForget(true);
 }
 
 std::optional<StoredValue> SecretKeyValueStore::value(const QString& key) const {
@@ -125,7 +127,9 @@ void SecretKeyValueStore::handOver() {
     m_keeper.keep(*m_key, [this](SecretKeeper::Answer answer) {
         const QString sent = *std::exchange(m_handedOver, std::nullopt);
         if (answer != SecretKeeper::Answer::done) {
-            if (holdsMarker() && isSecret())
+            if (!isSecret())
+                forget();  // it may have kept the key without a word
+            else if (holdsMarker())
                 m_store.setValue(apiKey, *m_key);
         } else if (m_key == sent) {
             m_store.setValue(apiKey, true);

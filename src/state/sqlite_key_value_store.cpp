@@ -1,5 +1,6 @@
 #include "state/sqlite_key_value_store.h"
 
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <chrono>
@@ -53,7 +54,7 @@ std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const 
     if (const auto unsaved = m_unsaved.find(key); unsaved != m_unsaved.end())
         return unsaved->second;
     if (!m_database)
-        return std::nullopt;
+        return known(key);
     try {
         auto value = m_database->read(key);
         m_unreadable.erase(key);
@@ -67,8 +68,21 @@ std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const 
             debugLog(u"SqliteKeyValueStore.value: cannot read: "_s + error.description());
         if (m_unreadable.insert(key).second)
             setTrouble(StoreTrouble::unreadable);
-        return std::nullopt;
+        return error.isForeignValue() ? std::nullopt : known(key);
     }
+}
+
+std::optional<StoredValue> SqliteKeyValueStore::known(const QString& key) const {
+    const auto found = m_known.find(key);
+    return found == m_known.end() ? std::nullopt : std::optional(found->second);
+}
+
+// Of a file that was in use it is known what stood in it, and nothing is lost unless it was large.
+bool SqliteKeyValueStore::bringBackKnown() {
+    for (const auto& [key, value] : m_known)
+        if (key != damageKey)
+            m_unsaved.emplace(key, value);
+    return !m_isLargeUnknown;
 }
 
 void SqliteKeyValueStore::remember(const QString& key, const StoredValue& value) const {
@@ -119,6 +133,8 @@ void SqliteKeyValueStore::setTrouble(std::optional<StoreTrouble> trouble) const 
 void SqliteKeyValueStore::open() {
     // Nothing may have the file open when it is renamed.
     const bool wasOpen = std::exchange(m_database, nullptr) != nullptr;
+    const bool isRemoved = wasOpen && !QFileInfo::exists(m_path);
+    bool isLost = isRemoved && !bringBackKnown();
     store_file::createPrivately(m_path);
     try {
         m_database = SqliteDatabase::open(m_path, patience(m_failing));
@@ -128,17 +144,14 @@ void SqliteKeyValueStore::open() {
             throw;
         debugLog(u"SqliteKeyValueStore.open: the store is damaged and was set aside as %1: %2"_s.arg(
             *aside, error.description()));
-        // Of a file that was in use it is known what stood in it, and nothing is lost unless it was large.
-        const bool isLost = !wasOpen || m_isLargeUnknown;
-        if (wasOpen)
-            m_unsaved.insert(m_known.begin(), m_known.end());
-        if (isLost)
-            setTrouble(StoreTrouble::unreadable);
+        isLost = !wasOpen || !bringBackKnown();
         store_file::createPrivately(m_path);
         m_database = SqliteDatabase::open(m_path, patience(m_failing));
-        if (isLost)
-            m_database->write(damageKey, true);
     }
+    if (!isLost)
+        return;
+    setTrouble(StoreTrouble::unreadable);
+    m_database->write(damageKey, true);
 }
 
 bool SqliteKeyValueStore::writeUnsaved(const QString& key) {

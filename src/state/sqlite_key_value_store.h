@@ -52,6 +52,9 @@ private:
     void remember(const QString& key, const StoredValue& value) const;
     [[nodiscard]] bool writeUnsaved(const QString& key);
     void writeAllUnsaved();
+    [[nodiscard]] std::optional<StoredValue> known(const QString& key) const;
+    /// Has what is known of a lost file written again; whether that is all.
+    bool bringBackKnown();
     void fail(QStringView operation, const SqliteError& error);
     void setTrouble(std::optional<StoreTrouble> trouble) const;
 

@@ -71,6 +71,8 @@ UpdateService::UpdateService(HttpClient& http, Installer& installer, Host host)
 
 UpdateService::~UpdateService() {
     m_stop.request_stop();
+    if (!m_checkedArchive.isEmpty())
+        removeWhateverIsAt(m_checkedArchive);
 }
 
 bool UpdateService::isPackaged() const {
@@ -181,11 +183,11 @@ QCoro::Task<> UpdateService::install(QUrl archive) {
             signature = co_await fetchSignature(archive);
         if (!self)
             co_return;
-        const auto file = std::exchange(m_archive, nullptr);
         const QString zipPath = QDir(m_host.temporaryFolder).filePath(u"Tralio-Update.zip"_s);
         removeWhateverIsAt(zipPath);
         try {
-            file->moveTo(zipPath);
+            std::exchange(m_archive, nullptr)->moveTo(zipPath);
+            m_checkedArchive = zipPath;
         } catch (const FileError& error) {
             failInstallation(u"Lỗi khi lưu file cập nhật: "_s + error.errorDescription());
             co_return;
@@ -249,6 +251,7 @@ QCoro::Task<> UpdateService::applyUpdate(QString zipPath, QByteArray signature) 
         removeWhateverIsAt(scriptPath);
         writeScript(scriptPath, installerScript(zipPath));
         m_installer.run(scriptPath);
+        m_checkedArchive.clear();
         m_host.terminate();
         co_return;
     } catch (const LocalizedError& error) {
@@ -256,7 +259,7 @@ QCoro::Task<> UpdateService::applyUpdate(QString zipPath, QByteArray signature) 
     }
     if (!self)
         co_return;
-    removeWhateverIsAt(zipPath);
+    removeWhateverIsAt(std::exchange(m_checkedArchive, {}));
     failInstallation(cannotInstall + failure);
 }
 

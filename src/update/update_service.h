@@ -94,6 +94,7 @@ private:
     /// What has come of the archive. Not in the hands of whoever awaits the rest, and may wait for ever: when
     /// the program ends in the middle, half an archive must not stay behind.
     std::unique_ptr<StagedFile> m_archive;
+    QString m_checkedArchive;  ///< its path, whole, until the script has it
 };
 
 }  // namespace tralio

@@ -140,5 +140,25 @@ TEST_F(InputMethod, what_a_composition_shows_is_translated_and_a_return_that_con
     EXPECT_TRUE(translates(u"tiếng"_s)) << "the word was still being composed";
 }
 
+TEST_F(InputMethod, what_a_field_of_the_settings_composes_counts_for_the_button_that_is_clicked) {
+    desktop.pressTextHotKey();
+    ASSERT_TRUE(program->comesToFront());
+    ASSERT_TRUE(program->click(u"Cài đặt"_s));
+    ASSERT_TRUE(program->click(u"Nhà cung cấp: "_s));
+    ASSERT_TRUE(program->click(u"Ollama"_s));
+    ASSERT_TRUE(program->comes(u"Nhà cung cấp: Ollama"_s));
+    const auto enter = [&](const QString& field, const QString& keys) {
+        ASSERT_TRUE(program->click(field));
+        desktop.press(u"ctrl+a"_s);
+        desktop.type(keys);
+    };
+    enter(u"API Endpoint (Base URL)"_s, program->standIn().baseURL());
+    enter(u"Tên Model"_s, u"mooij"_s);
+    ASSERT_TRUE(program->click(u"Kiểm tra"_s));
+    const auto& requests = program->standIn().requests();
+    ASSERT_TRUE(waitUntil([&] { return !requests.isEmpty(); }));
+    EXPECT_EQ(requests.last().json[u"model"_s].toString(), u"mội"_s) << requests.last().body.toStdString();
+}
+
 }  // namespace
 }  // namespace tralio

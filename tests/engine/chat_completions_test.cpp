@@ -20,6 +20,7 @@ TEST(EndpointURLTest, the_tail_is_appended_once_and_one_slash_makes_way_for_it) 
         {u"https://a.test/x/chat/completions"_s, u"https://a.test/x/chat/completions"_s},
         {u"https://a.test/v1?key=1"_s, u"https://a.test/v1?key=1/chat/completions"_s},
         {u"a.test"_s, u"a.test/chat/completions"_s},
+        {u"https://"_s, u"https:///chat/completions"_s},  // which has no host
         {u" \n\t "_s, gateway},
     };
     for (const auto& [base, expected] : cases) {

@@ -88,6 +88,23 @@ TEST_F(SecretKeyValueStoreTest, a_key_moves_to_an_open_keeper_and_comes_back_at_
     EXPECT_EQ(stored(), marker);
 }
 
+TEST_F(SecretKeyValueStoreTest, a_key_given_up_while_a_keeper_is_slow_is_forgotten_there_whatever_it_says) {
+    const auto isToBeForgotten = [this] { return store.boolean(u"app_api_key_to_forget"_s) == true; };
+    start();
+    settings->setValue(apiKey, u"sk-mine"_s);
+    settings->setValue(apiKey, QString());
+    keeper.isLocked = true;
+    keeper.answerKeep(Answer::unavailable);
+    EXPECT_TRUE(isToBeForgotten()) << "it may have kept the key and not said so";
+
+    store.values.clear();
+    start();
+    settings->setValue(apiKey, u"sk-mine"_s);
+    settings->setValue(apiKey, QString());
+    settings.reset();
+    EXPECT_TRUE(isToBeForgotten()) << "the program ended before the answer";
+}
+
 TEST_F(SecretKeyValueStoreTest, without_a_keeper_or_with_a_locked_one_the_store_keeps_the_key) {
     store.values[apiKey] = u"sk-mine"_s;
     for (const Answer answer : {Answer::locked, Answer::unavailable}) {

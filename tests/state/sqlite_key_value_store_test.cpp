@@ -110,9 +110,19 @@ TEST_F(SqliteKeyValueStoreTest, two_programs_share_the_file_and_begin_it_anew_wh
     other.setValue(u"key"_s, qint64{5});
     EXPECT_EQ(store->value(u"key"_s), StoredValue(qint64{5}));
 
+    store->setValue(u"address"_s, u"of the user's choice"_s);
+    ASSERT_TRUE(QDir(path(u"tralio"_s)).removeRecursively());
+    writeFile(path(u"tralio"_s), "in the way");
+    store->setValue(u"key"_s, qint64{2});
+    EXPECT_EQ(store->value(u"address"_s), StoredValue(u"of the user's choice"_s)) << "without a file, too";
+    ASSERT_TRUE(QFile::remove(path(u"tralio"_s)));
+    store->setValue(u"key"_s, qint64{4});
+    EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{4}));
     ASSERT_TRUE(QDir(path(u"tralio"_s)).removeRecursively());
     store->setValue(u"key"_s, qint64{2});
     EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{2}));
+    EXPECT_EQ(reread(u"address"_s), StoredValue(u"of the user's choice"_s)) << "and not the defaults";
+    EXPECT_EQ(store->trouble(), std::nullopt);
 
     // Another program's file in its place keeps its log when the old one is closed.
     ASSERT_TRUE(QDir(path(u"tralio"_s)).removeRecursively());

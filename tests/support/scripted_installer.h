@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QFileInfo>
+#include <QPromise>
 #include <QStringList>
+#include <qcorofuture.h>
 
+#include <memory>
 #include <optional>
 
 #include "common/localized_error.h"
@@ -17,8 +20,9 @@ public:
     void checkProgram() const override { failWith(programFault); }
     QCoro::Task<> checkArchive(QString zipPath) override {
         checkedArchive = zipPath;
+        if (const auto held = checking)
+            co_await held->future();
         failWith(archiveFault);
-        co_return;
     }
     QCoro::Task<> checkSignature(QString zipPath, QByteArray signature, QString publicKey) override {
         checkedSignature = zipPath + u' ' + QString::fromLatin1(signature) + u' ' + publicKey;
@@ -39,7 +43,8 @@ public:
     std::optional<QString> archiveFault;
     std::optional<QString> startFault;
 
-    QString checkedSignature;  ///< of what, which, and of whose key
+    std::shared_ptr<QPromise<void>> checking;  ///< if the check takes time
+    QString checkedSignature;                  ///< of what, which, and of whose key
     QString checkedArchive;
     QStringList scripts;  ///< that were run
 

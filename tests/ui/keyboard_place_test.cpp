@@ -113,6 +113,24 @@ TEST_F(KeyboardPlace, fields_that_leave_with_the_keyboard_leave_it_where_no_key_
     EXPECT_TRUE(this->model.requests().isEmpty());
 }
 
+TEST_F(KeyboardPlace, a_word_that_is_composed_in_a_field_counts_before_it_is_confirmed) {
+    useOwnEndpoint();
+    open();
+    click(u"Cài đặt"_s);
+    auto* field =
+        part<TextField>([](const TextField& each) { return each.accessibleName() == u"Tên Model"; });
+    field->setFocus(Qt::MouseFocusReason);
+    field->selectAll();
+    QInputMethodEvent composition(u"mội"_s, {});
+    QApplication::sendEvent(field, &composition);
+    settle();
+    EXPECT_EQ(setting(u"model"_s), u"mội"_s);
+    EXPECT_EQ(field->text(), QString()) << "which goes on";
+    type(u"mội"_s);
+    EXPECT_EQ(field->text(), u"mội"_s);
+    EXPECT_EQ(setting(u"model"_s), u"mội"_s);
+}
+
 TEST_F(KeyboardPlace, a_copy_button_that_leaves_with_the_result_does_not_hand_the_keyboard_to_what_pastes) {
     open();
     translate(u"one"_s);

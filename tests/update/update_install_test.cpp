@@ -62,6 +62,20 @@ TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program
         << "its size could not be told from that of the transfer";
 }
 
+TEST_F(UpdateInstallTest, a_program_that_ends_while_the_archive_is_checked_leaves_none) {
+    server.replies(StandInReply::withBody(200, "archive"));
+    installer.checking = std::make_shared<QPromise<void>>();
+    installer.checking->start();
+    service->startAutoUpdate();
+    ASSERT_TRUE(eventually([this] { return !installer.checkedArchive.isEmpty(); }));
+    ASSERT_TRUE(QFile::exists(zip));
+    service.reset();
+    EXPECT_THAT(filesInFolder(), IsEmpty());
+    installer.checking->finish();
+    EXPECT_TRUE(nextTurn());
+    EXPECT_THAT(installer.scripts, IsEmpty());
+}
+
 TEST_F(
     UpdateInstallTest, whatever_the_server_sends_counts_as_the_archive_also_elsewhere_and_without_a_length) {
     const QByteArray reply = "HTTP/1.1 503 No\r\n\r\nno zip at all";

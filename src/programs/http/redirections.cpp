@@ -32,11 +32,22 @@ QString whyNotToFollow(const QUrl& from, const QUrl& target, AddressOrigin origi
     return from.scheme() == u"https"_s ? refusedRedirectionWords(from, origin) : QString();
 }
 
+namespace {
+
+/// One form for all that lead to one place.
+QUrl withoutUsualPort(QUrl url) {
+    if (portOf(url) == (url.scheme() == u"https"_s ? 443 : 80))
+        url.setPort(-1);
+    return url;
+}
+
+}  // namespace
+
 QString RedirectionTrail::whyNotToFollow(
     const QUrl& from, const QUrl& target, bool withText, AddressOrigin origin) {
     constexpr qsizetype mostSteps = 50;
-    m_passed += from;
-    if (m_passed.size() > mostSteps || (withText && m_passed.contains(target)))
+    m_passed += withoutUsualPort(from);
+    if (m_passed.size() > mostSteps || (withText && m_passed.contains(withoutUsualPort(target))))
         return tooManyRedirectionsWords(from, origin);
     return tralio::whyNotToFollow(from, target, origin);
 }

@@ -130,7 +130,8 @@ void Server::go(Transfer& transfer, const QByteArrayList& proxies) {
 }
 
 void Server::send(Transfer& transfer, const QByteArray& proxy) {
-    if (m_prepared && isSameOrigin(m_prepared->url(), transfer.url())) {
+    // One that another transfer waits for is that one's.
+    if (m_prepared && !m_awaiting && isSameOrigin(m_prepared->url(), transfer.url())) {
         transfer.useConnection(m_prepared->take(transfer.url(), proxy));
         m_prepared.reset();
     }

@@ -31,6 +31,7 @@ Transfer::Transfer(const Post& post, Send send)
     : Transfer(post.id, post.request, post.idleTimeout, std::move(send)) {
     m_body = post.body;
     m_request.url.setFragment(QString());
+    m_request.url.setUserInfo(QString());  // which goes nowhere, and would make two addresses of one
     m_origin = AddressOrigin::enteredByUser;
 }
 

@@ -1,8 +1,6 @@
 #include "ui/kit/control.h"
 
 #include <QFocusEvent>
-#include <QGuiApplication>
-#include <QInputMethod>
 #include <QKeyEvent>
 #include <QVariantAnimation>
 
@@ -138,13 +136,6 @@ void Control::focusOutEvent(QFocusEvent* event) {
     if (!isPassingFocus(event->reason()))
         m_showsFocusRing = false;
     QAbstractButton::focusOutEvent(event);
-}
-
-// The keyboard stays with the editor, where toolkits that take it away complete what is being composed.
-void Control::mousePressEvent(QMouseEvent* event) {
-    if (isLive())
-        QGuiApplication::inputMethod()->commit();
-    QAbstractButton::mousePressEvent(event);
 }
 
 void Control::keyPressEvent(QKeyEvent* event) {

@@ -56,6 +56,8 @@ bool isEmojiUnit(QChar unit) {
         unit == QChar(joiner) || unit == QChar(emojiSelector);
 }
 
+constexpr qreal emojiScale = 128 / 109.0;  // of a picture and of its font
+
 bool isRightToLeft(QChar letter) {
     return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
 }
@@ -74,10 +76,12 @@ QList<Run> runsOf(const QString& text, const TextStyle& style) {
             runs.push_back({run, font, QFontMetricsF(font).horizontalAdvance(run)});
     };
     const QFont font = fontFor(style);
+    QFont larger = font;
+    larger.setPixelSize(qRound(font.pixelSize() * emojiScale));
     qsizetype begin = 0;
     for (const QTextLayout::FormatRange& emoji : emojiRanges(text, style)) {
         add(text.sliced(begin, emoji.start - begin), font);
-        add(text.sliced(emoji.start, emoji.length), emoji.format.font());
+        add(text.sliced(emoji.start, emoji.length), larger);
         begin = emoji.start + emoji.length;
     }
     add(text.sliced(begin), font);
@@ -115,10 +119,10 @@ QList<QTextLayout::FormatRange> emojiRanges(const QString& text, const TextStyle
         if (text[at] < QChar(0xD83C) || text[at] > QChar(0xD83E))
             continue;
         const auto end = std::find_if_not(text.cbegin() + at, text.cend(), isEmojiUnit) - text.cbegin();
-        QFont larger = fontFor(style);
-        larger.setPixelSize(qRound(larger.pixelSize() * 128 / 109.0));  // of a picture and of its font
+        QFont wider = fontFor(style);
+        wider.setLetterSpacing(QFont::PercentageSpacing, 100 * emojiScale);
         QTextCharFormat format;
-        format.setFont(larger);
+        format.setFont(wider);
         ranges.push_back({int(at), int(end - at), format});
         at = end - 1;
     }

@@ -27,8 +27,9 @@ void paintText(QPainter& painter, const QRectF& area, const TextStyle& style, co
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
     const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
 
-/// Where emoji stand in a text, each with the font in which it is as large as in other programs; nowhere in a
-/// text that has letters from right to left, whose order goes by the whole.
+/// Where emoji stand in a text, with the room that each takes as large as it is painted; nowhere in a text
+/// that has letters from right to left, whose order goes by the whole. The room is made by spacing: a layout
+/// would load their pictures once more for a font of that size.
 ///
 /// WORKAROUND: Qt (6.4 and 6.8) fits the picture of an emoji into the size of the font, and every other
 /// program has it stand out as its font says.

@@ -1,6 +1,7 @@
 #include "ui/kit/text_field.h"
 
 #include <QContextMenuEvent>
+#include <QInputMethodEvent>
 
 #include "ui/kit/edit_menu.h"
 #include "ui/kit/painting.h"
@@ -24,6 +25,7 @@ TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
     setFixedHeight(fieldHeight);
     connect(&Theme::current(), &Theme::changed, this, &TextField::followTheme);
     followTheme();
+    connect(this, &QLineEdit::textEdited, this, [this] { Q_EMIT edited(shownText()); });
 }
 
 void TextField::followTheme() {
@@ -57,6 +59,16 @@ void TextField::paintEvent(QPaintEvent* event) {
         }
     }
     QLineEdit::paintEvent(event);
+}
+
+QString TextField::shownText() const {
+    return text().insert(cursorPosition(), m_composed);
+}
+
+void TextField::inputMethodEvent(QInputMethodEvent* event) {
+    m_composed = event->preeditString();
+    QLineEdit::inputMethodEvent(event);
+    Q_EMIT edited(shownText());
 }
 
 void TextField::enterEvent(QEnterEvent* event) {

@@ -15,15 +15,25 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override;
 
+    /// The text with what an input method composes in it. To the user that stands there: without it a click
+    /// on a button, which leaves the keyboard here, would miss the last word.
+    [[nodiscard]] QString shownText() const;
+
+Q_SIGNALS:
+    /// The user has changed what is shown.
+    void edited(const QString& shownText);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
     void followTheme();
 
+    QString m_composed;
     bool m_hovered = false;
 };
 

@@ -36,7 +36,7 @@ Label* fieldCaption(const QString& text) {
 
 /// Leaves a field alone that shows the text already: the user may be typing in it.
 void setShownText(TextField* field, const QString& text) {
-    if (field->text() == text)
+    if (field->shownText() == text)
         return;
     const int caret = field->cursorPosition();
     field->setText(text);
@@ -139,7 +139,7 @@ TextField* ProviderSection::field(
     auto* field = new TextField(TextField::Face::fixedWidth);
     field->setAccessibleName(caption);
     field->setPlaceholderText(placeholder);
-    connect(field, &TextField::textEdited, this, [&setting](const QString& text) { setting = text; });
+    connect(field, &TextField::edited, this, [&setting](const QString& text) { setting = text; });
     return field;
 }
 

@@ -74,15 +74,18 @@ TEST_F(HttpTest, a_connection_that_is_still_being_made_is_waited_for) {
     EXPECT_EQ(outcomeOf(post(url, "text", Time(200))).text,
         TransportError::timedOut(QUrl(url), Time(200)).errorDescription());
     QCoro::Task<QString> posted = post(url);
-    (void)outcomeOf(post(u"http:///"_s));  // answered after the text was taken
+    QCoro::Task<QString> beside = post(url);  // has one of its own, and leaves that one alone
+    (void)outcomeOf(post(u"http:///"_s));     // answered after the texts were taken
     const FileDescriptor other(accept(listener.number(), nullptr, nullptr));
-    const FileDescriptor peer(accept(listener.number(), place, &size));
-    EXPECT_EQ(ntohs(address.sin_port), prepared);
-    char request[4096];
-    ASSERT_GT(read(peer.number(), request, sizeof request), 0);
-    const QByteArray answer = reply("in time");
-    ASSERT_EQ(write(peer.number(), answer.constData(), size_t(answer.size())), answer.size());
-    EXPECT_EQ(outcomeOf(std::move(posted)).text, u"200 in time"_s);
+    for (int peers = 0; peers < 2; ++peers) {  // whichever gets in first
+        const FileDescriptor peer(accept(listener.number(), place, &size));
+        char request[4096];
+        ASSERT_GT(read(peer.number(), request, sizeof request), 0);
+        const QByteArray answer = reply(ntohs(address.sin_port) == prepared ? "prepared" : "its own");
+        ASSERT_EQ(write(peer.number(), answer.constData(), size_t(answer.size())), answer.size());
+    }
+    EXPECT_EQ(outcomeOf(std::move(posted)).text, u"200 prepared"_s);
+    EXPECT_EQ(outcomeOf(std::move(beside)).text, u"200 its own"_s);
 }
 
 /// In a session of no desktop, the environment speaks for it.

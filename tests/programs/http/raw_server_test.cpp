@@ -131,6 +131,22 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
             .arg(port));
 }
 
+TEST_F(HttpTest, a_text_goes_to_one_address_once_in_whatever_form_that_is_written) {
+    const QUrl plain(u"https://peer/v1"_s);
+    for (const QString& form : {u"https://peer/v1"_s, u"https://peer:443/v1"_s}) {
+        RedirectionTrail trail;
+        EXPECT_FALSE(trail.whyNotToFollow(QUrl(form), plain, true, AddressOrigin::enteredByUser).isEmpty());
+        EXPECT_TRUE(trail.whyNotToFollow(QUrl(form), plain, false, AddressOrigin::enteredByUser).isEmpty());
+    }
+    RawServer server([](Connection& other) {
+        other.readRequest();
+        other.send(reply({}, "HTTP/1.1 307 See\r\nLocation: /v1\r\n"));
+    });
+    QString withUser = urlOf(server);
+    (void)outcomeOf(post(withUser.replace(u"//"_s, u"//me:secret@"_s)));
+    EXPECT_EQ(server.posts(), 1);
+}
+
 TEST_F(HttpTest, only_http_and_https_are_followed_and_what_has_no_host_says_so) {
     const QString foreign = unsupportedSchemeWords(AddressOrigin::enteredByUser);
     for (const QString& url :
