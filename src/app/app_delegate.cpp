@@ -127,7 +127,8 @@ void AppDelegate::translateSelectedText(const QString& text) {
 
 void AppDelegate::checkAndAutoTranslateClipboard() {
     const qint64 changeCount = m_needs.pasteboard.changeCount();
-    if (changeCount == m_needs.appState.lastHandledChangeCount || m_needs.pasteboard.isConcealed())
+    if (changeCount == m_needs.appState.lastHandledChangeCount ||
+        m_needs.pasteboard.isConcealed().value_or(true))
         return;
     const QString text = m_needs.pasteboard.string().value_or(QString()).trimmed();
     if (text.isEmpty())

@@ -34,8 +34,9 @@ public:
     /// nothing here waits but the answer. Of more than `largestPicture` bytes only the first come.
     [[nodiscard]] virtual QCoro::Task<Picture> picture() = 0;
 
-    /// Whether the content is a password or the like, which its owner marked as not to be passed on.
-    [[nodiscard]] virtual bool isConcealed() = 0;
+    /// Whether the content is a password or the like, which its owner marked as not to be passed on; absent
+    /// when the owner does not say in time.
+    [[nodiscard]] virtual std::optional<bool> isConcealed() = 0;
 
     /// Replaces the clipboard's content.
     virtual void setString(const QString& text) = 0;

@@ -41,8 +41,9 @@ public:
         Callback onBeforeCapture = {}, Callback onAfterCapture = {}, Callback onRecognition = {},
         std::stop_token stop = {}, LinesRead linesRead = {});
 
-    /// Whether what was drawn is being read; until that has ended, no other capture begins.
+    /// Whether the user is about to draw, or draws.
     [[nodiscard]] bool isDrawing() const { return m_isDrawing; }
+    /// Whether what was drawn is being read; until that has ended, no other capture begins.
     [[nodiscard]] bool isReading() const { return m_isCapturing && !m_isDrawing; }
 
     /// Runs `action` at once, or where the user is about to draw or draws, just after: on the screen that is

@@ -95,11 +95,11 @@ TEST_F(DataControlTest, pictures_and_the_mark_of_a_password_are_seen) {
     ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() == 1; }));
     EXPECT_EQ(pictureOf(pasteboard), contentOf(path));
     EXPECT_EQ(pasteboard.string(), std::nullopt);
-    EXPECT_FALSE(pasteboard.isConcealed());
+    EXPECT_EQ(pasteboard.isConcealed(), false);
 
     own(u"secret"_s, {u"--type"_s, QLatin1String(concealedMimeType)});
     EXPECT_EQ(pasteboard.changeCount(), 2);
-    EXPECT_TRUE(pasteboard.isConcealed());
+    EXPECT_EQ(pasteboard.isConcealed(), true);
     EXPECT_EQ(pictureOf(pasteboard), std::nullopt);
 }
 

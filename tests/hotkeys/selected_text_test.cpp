@@ -133,6 +133,17 @@ TEST_F(SelectedText, that_is_copied_as_a_password_ends_the_fetch_in_either_layer
         EXPECT_EQ(service.obstacle(), SelectedTextFetch::Obstacle::password);
         desktop.pasteboard.concealed = false;
     }
+    // Whoever does not say whether it is one is asked once more.
+    for (const int silences : {1, 2}) {
+        results.clear();
+        fetch();
+        reachKeystroke();
+        desktop.pasteboard.silences = silences;
+        desktop.pasteboard.copy(u"copied"_s);
+        desktop.clock.advance(1s);
+        EXPECT_THAT(results, ElementsAre(silences == 1 ? std::optional(u"copied"_s) : std::nullopt));
+        EXPECT_EQ(service.obstacle(), SelectedTextFetch::Obstacle::none);
+    }
     EXPECT_FALSE(log.messages().join(u'\n').contains(u"hunter2"_s));
 }
 

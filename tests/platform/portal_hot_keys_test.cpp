@@ -228,6 +228,17 @@ TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_eve
     desktop->bound.clear();
     clock.advance(1min);
     ASSERT_TRUE(isBound());
+
+    std::vector<HotKeyStatus> told;
+    hotKeys->installStatusHandler([&](HotKeyID, HotKeyStatus status) { told.push_back(status); });
+    backend.registerService(name);
+    backend.unregisterService(name);
+    const auto isTold = [&](HotKeyStatus status) {
+        return eventually([&] { return !told.empty() && told.back() == status; });
+    };
+    ASSERT_TRUE(isTold(HotKeyStatus::unavailable));
+    desktop->activate(ocrShortcut, 100);
+    EXPECT_TRUE(isTold(HotKeyStatus::registered)) << "a press tells that they work";
 }
 
 TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_the_answer) {

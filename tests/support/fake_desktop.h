@@ -158,7 +158,11 @@ public:
             co_await held->future();
         co_return Picture(shown);  // which is moved from
     }
-    bool isConcealed() override { return concealed; }
+    std::optional<bool> isConcealed() override {
+        if (silences-- > 0)
+            return std::nullopt;
+        return concealed;
+    }
     void setString(const QString& text) override {
         own = text;
         copy(text);
@@ -178,6 +182,7 @@ public:
     Picture shown;
     std::shared_ptr<QPromise<void>> owner;  ///< of the picture, if it needs time
     bool concealed = false;
+    int silences = 0;  ///< how often its owner does not say that
 };
 
 class FakeKeyEventPoster final : public KeyEventPoster {

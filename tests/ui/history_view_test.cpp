@@ -87,7 +87,9 @@ protected:
     TranslationHistoryStore history{store, [this] { return at(now); }};
     UndoOffer undo{desktop.clock};
     QStringList picked;  ///< source texts
-    HistoryState panel{{history, desktop.pasteboard, undo, desktop.clock, [this] { return at(now); }},
+    std::weak_ptr<HistoryRemovals> removals;
+    HistoryState panel{
+        {history, desktop.pasteboard, undo, removals, desktop.clock, [this] { return at(now); }},
         [this](const TranslationItem& item) { picked += item.sourceText; }};
     Window window;
     HistoryView* view = nullptr;

@@ -65,8 +65,8 @@ void Transfer::begin(QByteArrayList proxies, CURLSH* share) {
     // Decoded if it comes compressed in spite of "identity", too.
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, m_inPieces ? "identity" : "");
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "Tralio");
-    // Of several addresses the first gets half of this, and would else get minutes. Silence ends it before.
-    const std::chrono::milliseconds connecting = m_idleTimeout + std::chrono::seconds(1);
+    // Of several addresses the first gets half of this, and would else get minutes. Silence ends both before.
+    const std::chrono::milliseconds connecting = m_idleTimeout * 3 / 2;
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(connecting.count()));
 
     curl_slist* headers = curl_slist_append(nullptr, "Expect:");  // the body goes along at once

@@ -20,11 +20,19 @@ double devicePixelRatioOf(const QImage& image) {
     const double told = image.text(devicePixelRatioKey.toString()).toDouble();
     if (told >= 1 && told <= 4)
         return told;
-    constexpr int dense = 5600;  // dots per metre, just below 144 per inch
-    return image.dotsPerMeterX() >= dense ? 2 : 1;
+    // Dots per metre, from just below 144 per inch to what is no screen's any more, but a printer's.
+    constexpr int dense = 5600;
+    constexpr int printed = 9000;
+    return image.dotsPerMeterX() >= dense && image.dotsPerMeterX() < printed ? 2 : 1;
 }
 
-bool isLight(const QImage& image) {
+/// What there is to see of a picture with an alpha channel.
+struct Visible {
+    bool isLight;
+    bool isAnything;
+};
+
+Visible visibleOf(const QImage& image) {
     quint64 luminance = 0;
     quint64 opacity = 0;
     for (int y = 0; y < image.height(); ++y) {
@@ -35,7 +43,7 @@ bool isLight(const QImage& image) {
             opacity += alpha;
         }
     }
-    return luminance > opacity * 128;
+    return {luminance > opacity * 128, opacity > 0};
 }
 
 bool hasHoles(const QImage& image) {
@@ -52,16 +60,20 @@ bool hasHoles(const QImage& image) {
 QImage opaque(QImage image) {
     if (image.hasAlphaChannel()) {
         image.convertTo(QImage::Format_ARGB32);
-        if (hasHoles(image)) {
+        const Visible visible = visibleOf(image);
+        // One that nobody has filled, as in some bitmaps, hides nothing.
+        if (visible.isAnything && hasHoles(image)) {
             const double ratio = image.devicePixelRatio();
             image.setDevicePixelRatio(1);
             QImage result(image.size(), QImage::Format_RGB32);
-            result.fill(isLight(image) ? Qt::black : Qt::white);
+            result.fill(visible.isLight ? Qt::black : Qt::white);
             QPainter(&result).drawImage(0, 0, image);
             result.setDevicePixelRatio(ratio);
             return result;
         }
     }
+    if (image.hasAlphaChannel())
+        image.reinterpretAsFormat(QImage::Format_RGB32);
     image.convertTo(QImage::Format_RGB32);
     return image;
 }

@@ -1,5 +1,7 @@
 #include "programs/recogniser/text_engine.h"
 
+#include <QScopeGuard>
+
 #include <string>
 #include <tesseract/baseapi.h>
 #include <tesseract/ocrclass.h>
@@ -52,6 +54,7 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
             watch.goesOn();
         return WorkBudget::processorTime() > watch.until;
     };
+    const auto giveBack = qScopeGuard([this] { m_api->Clear(); });
     if (m_api->Recognize(&monitor) != 0)
         return reading;
     const std::unique_ptr<ResultIterator> word(m_api->GetIterator());
@@ -72,7 +75,6 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
             word->BlanksBeforeWord(), QString::fromUtf8(word->WordRecognitionLanguage()),
             QRectF(QPointF(left, top), QPointF(right, bottom))});
     } while (word->Next(RIL_WORD));
-    m_api->Clear();
     return reading;
 }
 

@@ -13,6 +13,8 @@ namespace tralio {
 namespace {
 
 constexpr int frameTime = 16;  // ms
+/// Of a user who has gone away, in milliseconds: what holds the keyboard keeps the screen from being locked.
+constexpr int mostIdle = 120'000;
 
 template <typename Event>
 const Event& as(const xcb_generic_event_t& event) {
@@ -145,7 +147,8 @@ void Picker::waitForEvent(bool isFading) {
     if (m_queued)
         return;
     pollfd readable{xcb_get_file_descriptor(m_display.xcb()), POLLIN, 0};
-    poll(&readable, 1, isFading ? frameTime : -1);
+    if (poll(&readable, 1, isFading ? frameTime : mostIdle) == 0 && !isFading)
+        m_selection.cancel();
 }
 
 xcb_cursor_t Picker::crossFor(double scale) {

@@ -2,7 +2,6 @@
 
 #include <QLocale>
 
-#include <ranges>
 #include <utility>
 
 #include "common/clock.h"
@@ -50,18 +49,18 @@ void HistoryState::clear() {
 
 void HistoryState::offerUndo(qsizetype removed) {
     // Held by the offer alone: the panel may be gone by the time that the user thinks better of it.
-    auto removals = m_removals.lock();
+    auto removals = m_needs.removals.lock();
     if (!removals)
-        removals = std::make_shared<Removals>();
-    m_removals = removals;
+        removals = std::make_shared<HistoryRemovals>();
+    m_needs.removals = removals;
     TranslationHistoryStore& store = m_needs.historyStore;
     removals->before.push_back(store.items());
     removals->count += removed;
     m_needs.undo.make(
         removals->count == 1 ? u"Đã xóa một bản dịch"_s : u"Đã xóa %1 bản dịch"_s.arg(removals->count),
         [&store, removals] {
-            for (const QList<TranslationItem>& items : removals->before | std::views::reverse)
-                store.bringBack(items);
+            for (auto items = removals->before.rbegin(); items != removals->before.rend(); ++items)
+                store.bringBack(*items);
         });
 }
 

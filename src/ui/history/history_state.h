@@ -17,6 +17,12 @@ class Clock;
 class Pasteboard;
 class UndoOffer;
 
+/// What was removed from the history while the way back stood open, which is one way for all of it.
+struct HistoryRemovals {
+    std::vector<QList<TranslationItem>> before;  ///< all entries before each of them
+    qsizetype count = 0;
+};
+
 /// The history panel without its widgets: the entries are the store's, and only the mark of a copied one is
 /// its own. Lives as long as the panel is shown. Used from the main thread.
 class HistoryState final : public ObservableObject {
@@ -28,6 +34,7 @@ public:
         TranslationHistoryStore& historyStore;
         Pasteboard& pasteboard;
         UndoOffer& undo;
+        std::weak_ptr<HistoryRemovals>& removals;  ///< which the offer holds, and panels share
         Clock& clock;
         TranslationHistoryStore::Now now = std::chrono::system_clock::now;
     };
@@ -54,16 +61,10 @@ public:
     void select(const TranslationItem& item);
 
 private:
-    /// What was removed while the way back stood open, which is one way for all of it.
-    struct Removals {
-        std::vector<QList<TranslationItem>> before;  ///< all entries before each of them
-        qsizetype count = 0;
-    };
     void offerUndo(qsizetype removed);
 
     Dependencies m_needs;
     OnSelect m_onSelect;
-    std::weak_ptr<Removals> m_removals;
 };
 
 }  // namespace tralio

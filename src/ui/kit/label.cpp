@@ -152,6 +152,8 @@ void Label::paintEvent(QPaintEvent*) {
     QTextLayout layout;
     const int lines = lay(layout, width());
     QRectF place(0, 0, width(), m_style.line);
+    // As it was laid: decided by the whole text.
+    const EmojiSize emojiSize = layout.formats().isEmpty() ? EmojiSize::asLetters : EmojiSize::asElsewhere;
     if (lines > 0) {
         const int beyond = inkBeyondLine(m_style, layout.text());
         const QString firstLine = m_text.left(layout.lineAt(0).textLength());
@@ -166,8 +168,8 @@ void Label::paintEvent(QPaintEvent*) {
             line.textStart(), (goesOn ? layout.text().size() - line.textStart() : line.textLength()));
         if (goesOn && layout.text().size() < m_text.size())
             rest += u'…';
-        paintTextLine(
-            painter, place, m_style, color(m_role), goesOn ? rest.simplified() : rest.trimmed(), m_alignment);
+        paintTextLine(painter, place, m_style, color(m_role), goesOn ? rest.simplified() : rest.trimmed(),
+            m_alignment, emojiSize);
     }
 }
 

@@ -56,7 +56,9 @@ bool isEmojiUnit(QChar unit) {
         unit == QChar(joiner) || unit == QChar(emojiSelector);
 }
 
-constexpr qreal emojiScale = 128 / 109.0;  // of a picture and of its font
+int emojiPixels(const QFont& font) {
+    return qRound(font.pixelSize() * 128 / 109.0);  // of a picture and of its font
+}
 
 bool isRightToLeft(QChar letter) {
     return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
@@ -69,7 +71,7 @@ struct Run {
     qreal width;
 };
 
-QList<Run> runsOf(const QString& text, const TextStyle& style) {
+QList<Run> runsOf(const QString& text, const TextStyle& style, EmojiSize emojiSize) {
     QList<Run> runs;
     const auto add = [&runs](const QString& run, const QFont& font) {
         if (!run.isEmpty())
@@ -77,9 +79,11 @@ QList<Run> runsOf(const QString& text, const TextStyle& style) {
     };
     const QFont font = fontFor(style);
     QFont larger = font;
-    larger.setPixelSize(qRound(font.pixelSize() * emojiScale));
+    larger.setPixelSize(emojiPixels(font));
     qsizetype begin = 0;
-    for (const QTextLayout::FormatRange& emoji : emojiRanges(text, style)) {
+    const auto emojis =
+        emojiSize == EmojiSize::asLetters ? QList<QTextLayout::FormatRange>() : emojiRanges(text, style);
+    for (const QTextLayout::FormatRange& emoji : emojis) {
         add(text.sliced(begin, emoji.start - begin), font);
         add(text.sliced(emoji.start, emoji.length), larger);
         begin = emoji.start + emoji.length;
@@ -94,12 +98,12 @@ qreal widthOf(const QList<Run>& runs) {
 }
 
 /// Of a text as much as fits, with an ellipsis where that is not all.
-QList<Run> fittingRuns(const QString& text, const TextStyle& style, qreal width) {
-    QList<Run> runs = runsOf(text, style);
+QList<Run> fittingRuns(const QString& text, const TextStyle& style, qreal width, EmojiSize emojiSize) {
+    QList<Run> runs = runsOf(text, style, emojiSize);
     const QFontMetricsF metrics(fontFor(style));
     qreal room = width;
     for (qreal taken = widthOf(runs); taken > std::ceil(width) && room > 0; taken = widthOf(runs)) {
-        runs = runsOf(metrics.elidedText(text, Qt::ElideRight, room), style);
+        runs = runsOf(metrics.elidedText(text, Qt::ElideRight, room), style, emojiSize);
         room -= std::max(1.0, widthOf(runs) - width);
     }
     return runs;
@@ -120,7 +124,7 @@ QList<QTextLayout::FormatRange> emojiRanges(const QString& text, const TextStyle
             continue;
         const auto end = std::find_if_not(text.cbegin() + at, text.cend(), isEmojiUnit) - text.cbegin();
         QFont wider = fontFor(style);
-        wider.setLetterSpacing(QFont::PercentageSpacing, 100 * emojiScale);
+        wider.setLetterSpacing(QFont::PercentageSpacing, 100.0 * emojiPixels(wider) / wider.pixelSize());
         QTextCharFormat format;
         format.setFont(wider);
         ranges.push_back({int(at), int(end - at), format});
@@ -130,8 +134,8 @@ QList<QTextLayout::FormatRange> emojiRanges(const QString& text, const TextStyle
 }
 
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
-    const QString& text, Qt::Alignment alignment) {
-    const QList<Run> runs = fittingRuns(text, style, line.width());
+    const QString& text, Qt::Alignment alignment, EmojiSize emojiSize) {
+    const QList<Run> runs = fittingRuns(text, style, line.width(), emojiSize);
     qreal x = line.left();
     if (alignment & Qt::AlignHCenter)
         x += (line.width() - widthOf(runs)) / 2;

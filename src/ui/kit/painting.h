@@ -23,9 +23,12 @@ void paintEdge(QPainter& painter, const QRectF& area, qreal radius, qreal width,
 void paintText(QPainter& painter, const QRectF& area, const TextStyle& style, const QColor& color,
     const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
 
+enum class EmojiSize { asElsewhere, asLetters };
+
 /// The same for one line of several, which keep their distance.
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
-    const QString& text, Qt::Alignment alignment = Qt::AlignLeft);
+    const QString& text, Qt::Alignment alignment = Qt::AlignLeft,
+    EmojiSize emojiSize = EmojiSize::asElsewhere);
 
 /// Where emoji stand in a text, with the room that each takes as large as it is painted; nowhere in a text
 /// that has letters from right to left, whose order goes by the whole. The room is made by spacing: a layout

@@ -33,6 +33,11 @@ public:
     /// in the padding and not on the text.
     void setScrollFrame(QWidget* frame);
 
+    /// As the toolkit's, for texts of any kind.
+    void undo() {
+        withAnyText([this] { QTextEdit::undo(); });
+    }
+
 protected:
     /// `inset` is the room between the edges and the text, in logical pixels: at the sides, and above.
     TextArea(const TextStyle& style, const QSize& inset, QWidget* parent = nullptr);

@@ -32,11 +32,6 @@ public:
     using TextOf = std::function<std::optional<QString>(const QMimeData& source)>;
     void setTextOf(TextOf textOf) { m_textOf = std::move(textOf); }
 
-    /// As the toolkit's, for texts of any kind.
-    void undo() {
-        withAnyText([this] { TextArea::undo(); });
-    }
-
 protected:
     /// `text` is written on every edit, also of a composition, and read by `refresh`.
     TextEditor(const TextStyle& style, const QSize& inset, Binding<QString> text, QWidget* parent = nullptr);

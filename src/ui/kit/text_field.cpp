@@ -1,7 +1,10 @@
 #include "ui/kit/text_field.h"
 
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QInputMethodEvent>
+
+#include <utility>
 
 #include "ui/kit/edit_menu.h"
 #include "ui/kit/painting.h"
@@ -25,7 +28,7 @@ TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
     setFixedHeight(fieldHeight);
     connect(&Theme::current(), &Theme::changed, this, &TextField::followTheme);
     followTheme();
-    connect(this, &QLineEdit::textEdited, this, [this] { Q_EMIT edited(shownText()); });
+    connect(this, &QLineEdit::textEdited, this, &TextField::tell);
 }
 
 void TextField::followTheme() {
@@ -68,7 +71,21 @@ QString TextField::shownText() const {
 void TextField::inputMethodEvent(QInputMethodEvent* event) {
     m_composed = event->preeditString();
     QLineEdit::inputMethodEvent(event);
-    Q_EMIT edited(shownText());
+    tell();
+}
+
+void TextField::setText(const QString& text) {
+    if (!std::exchange(m_composed, {}).isEmpty())
+        QGuiApplication::inputMethod()->reset();
+    m_told = text;
+    QLineEdit::setText(text);
+}
+
+// Input methods send events in which nothing happens, also to fields that just got the keyboard.
+void TextField::tell() {
+    const QString now = shownText();
+    if (std::exchange(m_told, now) != now)
+        Q_EMIT edited(now);
 }
 
 void TextField::enterEvent(QEnterEvent* event) {

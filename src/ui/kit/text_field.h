@@ -18,6 +18,8 @@ public:
     /// The text with what an input method composes in it. To the user that stands there: without it a click
     /// on a button, which leaves the keyboard here, would miss the last word.
     [[nodiscard]] QString shownText() const;
+    /// As the toolkit's. What is being composed goes, and nothing counts as an edit.
+    void setText(const QString& text);
 
 Q_SIGNALS:
     /// The user has changed what is shown.
@@ -32,8 +34,10 @@ protected:
 
 private:
     void followTheme();
+    void tell();
 
     QString m_composed;
+    QString m_told;  ///< what is shown, as it was told last
     bool m_hovered = false;
 };
 

@@ -205,7 +205,7 @@ QWidget* MainView::makeTranslatePanel() {
 
 QWidget* MainView::makeHistoryPanel() {
     const auto state = std::make_shared<HistoryState>(
-        HistoryState::Dependencies{m_history, m_needs.pasteboard, m_undo, m_needs.clock},
+        HistoryState::Dependencies{m_history, m_needs.pasteboard, m_undo, m_removals, m_needs.clock},
         [this](const TranslationItem& item) {
             m_panelMotion = Motion::fade;
             m_state.select(item);

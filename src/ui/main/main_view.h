@@ -20,6 +20,7 @@ class QUrl;
 namespace tralio {
 
 class AIService;
+struct HistoryRemovals;
 class HotKeyService;
 class OCRService;
 class OnboardingState;
@@ -94,6 +95,7 @@ private:
     TranslationHistoryStore m_history;
     PermissionWatch m_permissions;
     UndoOffer m_undo;
+    std::weak_ptr<HistoryRemovals> m_removals;
     MainState m_state;
     PressGuard m_pressGuard{*this, m_needs.clock};
     QWidget* m_body;  ///< all but the walk-through

@@ -76,6 +76,24 @@ TEST(Decoding, tells_how_dense_the_screen_was) {
     EXPECT_EQ(ratioOf(u"400"_s, 3780), 1) << "which no screen has";
     EXPECT_EQ(ratioOf({}, 5669), 2) << "144 dots per inch";
     EXPECT_EQ(ratioOf(u"1"_s, 5669), 1);
+    EXPECT_EQ(ratioOf({}, 8661), 2) << "220";
+    EXPECT_EQ(ratioOf({}, 11811), 1) << "300, as printers have";
+}
+
+TEST(Decoding, what_is_transparent_shows_the_ground_unless_all_of_it_is) {
+    const QTemporaryDir folder;
+    const auto centre = [&folder](const QColor& edge, const QColor& middle) {
+        QImage image(30, 30, QImage::Format_ARGB32);
+        image.fill(edge);
+        image.setPixelColor(15, 15, middle);
+        const QString path = folder.filePath(u"a.png"_s);
+        EXPECT_TRUE(image.save(path));
+        return std::get<QImage>(decodeImage(QUrl::fromLocalFile(path))).pixelColor(15, 15);
+    };
+    const QColor hidden(10, 200, 30, 0);
+    EXPECT_EQ(centre(Qt::black, hidden), QColor(Qt::white));
+    EXPECT_EQ(centre(Qt::white, hidden), QColor(Qt::black));
+    EXPECT_EQ(centre(QColor(1, 2, 3, 0), hidden), QColor(10, 200, 30)) << "an alpha that nobody has filled";
 }
 
 }  // namespace

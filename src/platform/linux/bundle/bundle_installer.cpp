@@ -62,6 +62,12 @@ bool mayRemove(const QString& folder) {
     return true;
 }
 
+/// A listing that is whole and went well, by the status at its end; else nothing.
+QByteArray wholeListing(const QByteArray& output) {
+    constexpr QByteArrayView success = "=0\n";
+    return output.endsWith(success) ? output.chopped(success.size()) : QByteArray();
+}
+
 /// Whether all of these paths inside an archive lie in the one bundle at its top, and the program is there.
 bool lieInBundle(const QByteArray& paths) {
     const QList<QByteArray> lines = paths.trimmed().split('\n');
@@ -111,7 +117,8 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     const QStringList test{u"-tqq"_s, zipPath};
     const auto list = [&](const QString& how, const QString& which) {
         return QStringList{u"-c"_s,
-            u"%1 %2 \"$0\" %3 | head -c %4"_s.arg(m_places.unzip, how, which).arg(longestListing + 1),
+            u"{ %1 %2 \"$0\" %3; echo \"=$?\"; } | head -c %4"_s.arg(m_places.unzip, how, which)
+                .arg(longestListing),
             zipPath};
     };
     const QStringList names = list(u"-Z1"_s, {});
@@ -125,10 +132,10 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     if (tested.status != 0)
         throw LocalizedError(u"File cập nhật bị hỏng hoặc không phải là file zip."_s);
     const ProgramResult named = co_await runProgram(u"/bin/sh"_s, names, archiveLimit);
-    if (named.output.size() > longestListing || !lieInBundle(named.output))
+    if (!lieInBundle(wholeListing(named.output)))
         throw LocalizedError(u"File cập nhật không chứa duy nhất ứng dụng Tralio.app."_s);
     const ProgramResult listed = co_await runProgram(u"/bin/sh"_s, kinds, archiveLimit);
-    if (listed.output.size() > longestListing || !areFilesAndFolders(listed.output))
+    if (!areFilesAndFolders(wholeListing(listed.output)))
         throw LocalizedError(u"File cập nhật chứa liên kết (link) nên không được cài."_s);
     checkRoom(content);
 }

@@ -43,8 +43,9 @@ bool SpectacleCapture::isInstalled() {
 }
 
 QCoro::Task<qint32> SpectacleCapture::run(QString outputPath) {
-    // In the background and without a notification, a region, to a file.
-    const QStringList arguments{u"-b"_s, u"-n"_s, u"-r"_s, u"-o"_s, outputPath};
+    // By itself, and not by one that runs already, which would end this at once and draw later; in the
+    // background and without a notification, a region, to a file.
+    const QStringList arguments{u"-i"_s, u"-b"_s, u"-n"_s, u"-r"_s, u"-o"_s, outputPath};
     const ProgramResult picture = co_await runProgram(spectacle, arguments, whileTheUserDraws);
     if (picture.status != 0)
         debugLog(u"SpectacleCapture: spectacle ended with status %1"_s.arg(picture.status));

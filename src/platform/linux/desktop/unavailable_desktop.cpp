@@ -71,7 +71,7 @@ QCoro::Task<Picture> ToolkitPasteboard::picture() {
     co_return Picture(std::make_shared<MemoryFile>(content->data(format)));
 }
 
-bool ToolkitPasteboard::isConcealed() {
+std::optional<bool> ToolkitPasteboard::isConcealed() {
     const QMimeData* content = QGuiApplication::clipboard()->mimeData();
     return content && content->hasFormat(QLatin1String(concealedMimeType));
 }

@@ -28,10 +28,10 @@ constexpr qint32 notTaken = 1;
 bool take(const QUrl& picture, const QDateTime& begun, const QString& outputPath) {
     const QString path = picture.toLocalFile();
     // What is no regular file may have no end.
-    if (!QFileInfo(path).isFile() || QFileInfo(path).size() > largestPicture)
+    if (!QFileInfo(path).isFile())
         return false;
     // Whatever format it has: the recogniser looks at the bytes, and nobody else does.
-    const bool copied = QFile::copy(path, outputPath);
+    const bool copied = QFileInfo(path).size() <= largestPicture && QFile::copy(path, outputPath);
     QFile::setPermissions(outputPath, QFile::ReadOwner | QFile::WriteOwner);  // and not those of the original
     if (QFileInfo(path).lastModified() >= begun)
         QFile::remove(path);

@@ -285,6 +285,8 @@ void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& sho
     const QVariantMap& options) {
     if (session.path() != m_session)
         return;
+    if (m_pauseEnd)
+        scheduleSession();  // it works, and what was told of it meanwhile is to be told anew
     trustDesktop();
     // A restored session and a bound one may both tell of the same press.
     if (std::exchange(m_lastPress, {shortcut, timestamp}) == std::pair(shortcut, timestamp) && timestamp != 0)

@@ -55,7 +55,7 @@ QCoro::Task<Picture> WaylandPasteboard::picture() {
     co_return co_await std::move(reading);
 }
 
-bool WaylandPasteboard::isConcealed() {
+std::optional<bool> WaylandPasteboard::isConcealed() {
     return !belongsToToolkit() &&
         m_dataControl.mimeTypes(clipboard).contains(QLatin1String(concealedMimeType));
 }

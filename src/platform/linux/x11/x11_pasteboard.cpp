@@ -46,12 +46,10 @@ QCoro::Task<Picture> X11Pasteboard::picture() {
     co_return co_await std::move(reading);
 }
 
-bool X11Pasteboard::isConcealed() {
+std::optional<bool> X11Pasteboard::isConcealed() {
     if (QGuiApplication::clipboard()->ownsClipboard())
         return false;
-    // An owner that says nothing now may have marked what it delivers in a moment.
-    return selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(clipboardTextLimit))
-        .value_or(true);
+    return selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(clipboardTextLimit));
 }
 
 void X11Pasteboard::setString(const QString& text) {

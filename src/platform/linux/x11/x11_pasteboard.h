@@ -17,7 +17,7 @@ public:
     std::optional<QString> string() override;
     std::optional<QString> selectedString() override;
     QCoro::Task<Picture> picture() override;
-    bool isConcealed() override;
+    std::optional<bool> isConcealed() override;
     void setString(const QString& text) override;
     QString ownString() override { return m_own.text(); }
 
