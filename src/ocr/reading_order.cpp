@@ -118,7 +118,7 @@ private:
 }  // namespace
 
 bool readsBefore(const NormalizedRect& a, const NormalizedRect& b) {
-    const double tolerance = std::max((a.height + b.height) * 0.5 * 0.4, 0.015);
+    const double tolerance = std::max((a.height + b.height) * 0.5 * 0.4, leastRowTolerance);
     if (std::abs(a.midY() - b.midY()) <= tolerance)
         return a.minX() < b.minX();
     return a.midY() > b.midY();

@@ -1,5 +1,6 @@
 #include <QTemporaryDir>
 
+#include "ocr/reading_order.h"
 #include "programs/recogniser/image_decoder.h"
 #include "programs/recogniser/picture_reader.h"
 #include "support/files.h"
@@ -51,6 +52,39 @@ TEST_F(PictureReading, after_much_that_nobody_can_read_other_text_is_looked_at_o
     work = 25;
     budget.addFruitless(6);
     EXPECT_FALSE(budget.allowsFurtherLooks(25, false)) << "nor for ever";
+}
+
+TEST_F(PictureReading, indented_lines_of_a_tall_picture_keep_their_place_and_columns_theirs) {
+    const QStringList code{u"if (isReady) {"_s, u"    startTheEngine();"_s, u"} else {"_s,
+        u"    waitForTheEngine();"_s, u"stopEverything();"_s};
+    for (const auto& [height, columns] : {std::pair(1440, 1), {1440, 2}, {300, 2}}) {
+        QImage image(900, height, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        QFont font(u"DejaVu Sans Mono"_s);
+        font.setPixelSize(14);
+        painter.setFont(font);
+        for (int i = 0; i < code.size(); ++i) {
+            painter.drawText(QPointF(40, 60 + 19 * i), code[i]);
+            if (columns == 2)
+                painter.drawText(QPointF(600, 60 + 19 * i), u"second column"_s);
+        }
+        painter.end();
+        std::vector<TextObservation> observations;
+        for (const ReadLine& line : read(image, {u"eng"_s}).lines)
+            observations.push_back({{line.box.left() / 900, 1 - line.box.bottom() / height,
+                                        line.box.width() / 900, line.box.height() / height},
+                {line.text()}});
+        sortIntoReadingOrder(observations);
+        QStringList first;
+        for (const TextObservation& each : observations)
+            if (each.candidates.front() != u"second column")
+                first += each.candidates.front();
+        ASSERT_EQ(first.size(), code.size());
+        for (int i = 0; i < code.size(); ++i)
+            EXPECT_EQ(first[i].trimmed().left(8), code[i].trimmed().left(8)) << height;
+        EXPECT_EQ(std::ssize(observations), columns * code.size());
+    }
 }
 
 TEST_F(PictureReading, what_no_engine_can_read_is_no_text) {
