@@ -211,9 +211,14 @@ HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
 }
 
 LateSelectionReader WaylandDesktop::selectionOnceFocused() {
-    if (m_dataControl || m_xwayland)
+    if (m_dataControl)
         return {};
     return [this](std::function<void(const LateSelection&)> deliver) {
+        // With Xwayland, PRIMARY has been asked where the accessibility bus tells who is in front.
+        if (m_xwayland && m_switch.isOn()) {
+            deliver({});
+            return;
+        }
         m_focusedSelection.read(std::move(deliver));
     };
 }

@@ -1,6 +1,13 @@
 #include "platform/linux/selection/current_selection.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <map>
+
 #include "common/text_limit.h"
+#include "platform/linux/desktop/unavailable_desktop.h"
 #include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/selection/followed_primary_selection.h"
 #include "platform/linux/selection/selection_history.h"
@@ -146,6 +153,18 @@ TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_
         EXPECT_EQ(decodeText(longest + 'a', encoding).toUcs4().size(), longestText + 1)
             << "it says no more than that";
     }
+
+    ToolkitPasteboard pasteboard;  // which the toolkit would read in its own way
+    const auto readFrom = [&pasteboard](const std::map<QString, QByteArray>& formats) {
+        auto* content = new QMimeData;
+        for (const auto& [name, bytes] : formats)
+            content->setData(name, bytes);
+        QGuiApplication::clipboard()->setMimeData(content);
+        return pasteboard.string();
+    };
+    EXPECT_EQ(readFrom({{u"STRING"_s, "caf\xe9"}, {u"UTF8_STRING"_s, "\xef\xbb\xbf\x61"}}), u"\ufeffa"_s);
+    EXPECT_EQ(readFrom({{u"STRING"_s, "caf\xe9"}}), u"café"_s);
+    EXPECT_EQ(readFrom({{u"image/png"_s, "caf\xe9"}}), std::nullopt);
 }
 
 class FollowedPrimary : public testing::Test {

@@ -47,6 +47,7 @@ TEST_F(PortalTest, a_desktop_is_asked_what_it_has_bound_and_to_bind_only_what_it
              told.notBound = ocrShortcut;
          },
             u": not bound"_s, 1},
+        {[](auto& told) { told.bindsAndSaysFailed = true; }, u": bound"_s, 1},
     };
     for (const Case& given : cases) {
         log.clear();
@@ -60,6 +61,35 @@ TEST_F(PortalTest, a_desktop_is_asked_what_it_has_bound_and_to_bind_only_what_it
         endAll();
     }
     EXPECT_TRUE(isLogged(textShortcut + u": bound to Super+Shift+X"_s)) << "in the desktop's words";
+}
+
+TEST_F(PortalTest, a_hot_key_counts_when_it_is_let_go_and_once_however_long_it_is_held) {
+    ASSERT_TRUE(startAll());
+    ASSERT_TRUE(isBound());
+    const auto hold = [this](qulonglong time) {
+        const QByteArray token = QByteArray::number(time);
+        desktop->hold(textShortcut, time, {{u"activation_token"_s, QString::fromLatin1(token)}});
+        ASSERT_TRUE(eventually([&] { return qgetenv("XDG_ACTIVATION_TOKEN") == token; }));
+    };
+    for (int repeat = 0; repeat < 20; ++repeat) {
+        hold(1000 + 30 * repeat);
+        clock.advance(200ms);
+    }
+    EXPECT_TRUE(pressed.empty()) << "the popover would get what is still down";
+    desktop->activate(textShortcut, 2000);
+    ASSERT_TRUE(isPressed(1));
+
+    // One desktop does not tell of the release, and another key ends the hold of this one.
+    hold(3000);
+    clock.advance(1s);
+    EXPECT_EQ(pressed.size(), 2U);
+    hold(4000);
+    desktop->activate(ocrShortcut, 4100);
+    ASSERT_TRUE(isPressed(4));
+    EXPECT_THAT(pressed, ElementsAre(1, 1, 1, 2));
+    clock.advance(5s);
+    EXPECT_EQ(pressed.size(), 4U);
+    qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 TEST_F(PortalTest, a_changed_hot_key_is_bound_in_a_new_session_with_the_other) {

@@ -33,6 +33,7 @@ public:
     QHash<QString, uint> responses;    ///< by method; zero (granted) where none is given
     QList<PortalShortcut> remembered;  ///< from an earlier run of the program
     QString notBound;                  ///< a shortcut that it leaves out
+    bool bindsAndSaysFailed = false;   ///< as GNOME 48 does: with all the results of success
     bool bindsAtCreation = false;      ///< takes the shortcuts with the session, and no others
     bool listsOnlyWhenAsked = false;   ///< answers a binding with nothing
     QString picture;                   ///< what Screenshot gives
@@ -47,6 +48,12 @@ public:
 
     /// The user presses a shortcut.
     void activate(const QString& shortcut, qulonglong timestamp, const QVariantMap& options = {}) {
+        hold(shortcut, timestamp, options);
+        signal(QLatin1String(Portal::path), QLatin1String(PortalHotKeys::interface), u"Deactivated"_s,
+            {object(session), shortcut, timestamp, options});
+    }
+    /// The same, and keeps it down.
+    void hold(const QString& shortcut, qulonglong timestamp, const QVariantMap& options = {}) {
         signal(QLatin1String(Portal::path), QLatin1String(PortalHotKeys::interface), u"Activated"_s,
             {object(session), shortcut, timestamp, options});
     }
@@ -87,8 +94,9 @@ private:
         send(call.createReply(object(path)));
         if (silentMethods.contains(call.member()))
             return;
-        const uint response = responses.value(call.member());
-        QVariantMap results = response == 0 ? resultsOf(call, options) : QVariantMap();
+        const bool saysFailed = bindsAndSaysFailed && call.member() == u"BindShortcuts";
+        const uint response = saysFailed ? 2 : responses.value(call.member());
+        QVariantMap results = response == 0 || saysFailed ? resultsOf(call, options) : QVariantMap();
         for (const QString& name : results.keys())
             results[name] = rubbish.value(name, results[name]);
         signal(path, u"org.freedesktop.portal.Request"_s, u"Response"_s, {response, results});

@@ -25,7 +25,11 @@ std::optional<AtspiApplication> describe(const QString& service, const AtspiQues
     if (!process || *process == QCoreApplication::applicationPid())
         return std::nullopt;
     const AtspiReference root{service, AtspiBus::desktop().path};
-    return AtspiApplication{*process, nameOf(root, question), toolkitOf(service, question)};
+    const QString name = nameOf(root, question);
+    // GNOME's title bars of X windows are a program of their own.
+    if (name == u"mutter-x11-frames")
+        return std::nullopt;
+    return AtspiApplication{*process, name, toolkitOf(service, question)};
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <QMimeData>
 
 #include "platform/linux/desktop/desktop_settings.h"
+#include "platform/linux/selection/clipboard_formats.h"
 
 namespace tralio {
 
@@ -50,7 +51,12 @@ ToolkitPasteboard::ToolkitPasteboard() {
 
 static std::optional<QString> textOf(QClipboard::Mode mode) {
     const QMimeData* content = QGuiApplication::clipboard()->mimeData(mode);
-    return content && content->hasText() ? std::optional(content->text()) : std::nullopt;
+    if (content == nullptr)
+        return std::nullopt;
+    for (const TextFormat& format : textFormats)
+        if (const QString name = QLatin1String(format.name); content->hasFormat(name))
+            return decodeText(content->data(name), format.encoding);
+    return std::nullopt;
 }
 
 std::optional<QString> ToolkitPasteboard::string() {

@@ -55,7 +55,7 @@ QCoro::Task<qint32> PortalCapture::run(QString outputPath) {
     if (answer.outcome == PortalOutcome::silent)
         debugLog(u"PortalCapture: no answer from the desktop, which counts as a cancel"_s);
     if (answer.outcome == PortalOutcome::failed)
-        debugLog(u"PortalCapture: refused by the desktop "_s + answer.error);
+        debugLog(u"PortalCapture: refused by the desktop or cancelled "_s + answer.error);
     if (answer.outcome != PortalOutcome::granted)
         co_return notTaken;
     const QUrl picture = answer.results.value(u"uri"_s).toUrl();

@@ -19,6 +19,8 @@ using namespace std::chrono_literals;
 
 /// A backend that the call itself starts, at a busy login, may need most of it.
 constexpr auto requestLimit = 30s;
+/// Of a hot key on a desktop that does not tell when it is let go.
+constexpr auto longestHold = 1s;
 /// For what the user may have to confirm.
 constexpr std::chrono::milliseconds noLimit = 0ms;
 
@@ -53,6 +55,8 @@ PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes, Cloc
     // Not at a path: some backends send it from the portal's, some from the session's.
     m_portal.bus().connect(QLatin1String(Portal::service), QString(), QLatin1String(interface),
         u"Activated"_s, this, SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
+    m_portal.bus().connect(QLatin1String(Portal::service), QString(), QLatin1String(interface),
+        u"Deactivated"_s, this, SLOT(deactivated(QDBusObjectPath, QString)));
     connect(&m_portal, &Portal::ready, this, [this] {
         trustDesktop();
         scheduleSession();
@@ -188,13 +192,14 @@ void PortalHotKeys::bindShortcuts() {
     const QVariantList arguments{
         QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(wantedShortcuts()), QString()};
     ask(u"BindShortcuts"_s, arguments, {}, noLimit, [this](const PortalAnswer& answer) {
+        // Before the outcome. WORKAROUND: GNOME 48 binds them and answers with a number that means failure.
+        if (!shortcutsIn(answer.results).isEmpty()) {
+            report(answer);
+            return;
+        }
         if (answer.outcome != PortalOutcome::granted) {
             debugLog(u"PortalHotKeys: hot keys not bound: "_s + whatHappened(answer));
             reportAll(HotKeyStatus::refused);
-            return;
-        }
-        if (!shortcutsIn(answer.results).isEmpty()) {
-            report(answer);
             return;
         }
         // Later backends of KDE say so only when asked.
@@ -296,9 +301,23 @@ void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& sho
     if (pressed == m_hotKeys.end())
         return;
     giveActivationToken(options.value(u"activation_token"_s).toString());
-    const HotKeyID id = pressed->id;
+    if (m_release && m_held != pressed->shortcut)
+        release();
+    m_held = pressed->shortcut;
+    m_heldId = pressed->id;
+    // A desktop that repeats it while it is held puts this off.
+    m_release = m_clock.after(longestHold, [this] { release(); });
+}
+
+void PortalHotKeys::deactivated(const QDBusObjectPath& session, const QString& shortcut) {
+    if (session.path() == m_session && shortcut == m_held && m_release)
+        release();
+}
+
+void PortalHotKeys::release() {
+    const ScheduledCall over = std::exchange(m_release, {});
     for (const EventHandler& handler : m_handlers)
-        handler(id);
+        handler(m_heldId);
 }
 
 }  // namespace tralio

@@ -45,6 +45,7 @@ public:
 private Q_SLOTS:
     void activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong timestamp,
         const QVariantMap& options);
+    void deactivated(const QDBusObjectPath& session, const QString& shortcut);
     void sessionClosed(const QDBusMessage& closed);
 
 private:
@@ -71,6 +72,9 @@ private:
     void endSession();
     [[nodiscard]] QList<PortalShortcut> wantedShortcuts() const;
     [[nodiscard]] bool hasAll(const PortalAnswer& listed) const;
+    /// The hot key that was pressed counts when it is let go: the keyboard must not change hands before.
+    /// Mutter keeps the release of such a key from whoever has it then, and X programs repeat it without end.
+    void release();
     /// Tells which hot keys the desktop has by its answer, and logs on which keys.
     void report(const PortalAnswer& answer) const;
     void reportAll(HotKeyStatus status) const;
@@ -94,6 +98,9 @@ private:
     ScheduledCall m_pauseEnd;
     QString m_session;
     std::pair<QString, qulonglong> m_lastPress;
+    QString m_held;  ///< the shortcut that was pressed last
+    HotKeyID m_heldId{};
+    ScheduledCall m_release;  ///< while it is held
 };
 
 }  // namespace tralio
