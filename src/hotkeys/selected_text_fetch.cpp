@@ -110,7 +110,7 @@ void SelectedTextFetch::fetch(Completion completion) {
     debugLog(u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
     waitForPasteboardChange(initialCount, menuCopyWait,
         [this, asked, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
-            if (m_obstacle == Obstacle::password) {
+            if (m_obstacle == Obstacle::password || m_obstacle == Obstacle::silentOwner) {
                 giveUp(completion);
                 return;
             }
@@ -198,7 +198,9 @@ void SelectedTextFetch::waitForPasteboardChange(
                 m_obstacle = Obstacle::password;
                 debugLog(
                     u"fetchSelectedText: what was copied is marked as a password, which is left alone"_s);
-            } else if (changed && concealed) {
+            } else if (!concealed) {
+                m_obstacle = Obstacle::silentOwner;
+            } else if (changed) {
                 content = m_platform.pasteboard.string();
             }
             // Ending the wait takes this lambda with it: what is still needed moves to the stack first.

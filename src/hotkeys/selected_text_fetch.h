@@ -43,7 +43,8 @@ public:
     void fetch(Completion completion);
 
     /// What the last fetch has found in place of a selection, if it is no use to look in another way either.
-    enum class Obstacle { none, ownWindow, password, noSelection };
+    /// `silentOwner`: of a copied text that may be a password for all that its owner says.
+    enum class Obstacle { none, ownWindow, password, silentOwner, noSelection };
     [[nodiscard]] Obstacle obstacle() const { return m_obstacle; }
 
     [[nodiscard]] std::optional<QString> directText(qint32 pid);

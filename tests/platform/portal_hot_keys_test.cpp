@@ -267,8 +267,15 @@ TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_eve
         return eventually([&] { return !told.empty() && told.back() == status; });
     };
     ASSERT_TRUE(isTold(HotKeyStatus::unavailable));
-    desktop->activate(ocrShortcut, 100);
+    const auto before = desktop->calls.count(u"CreateSession"_s);
+    desktop->hold(ocrShortcut, 100, {{u"activation_token"_s, u"held"_s}});
+    ASSERT_TRUE(eventually([] { return qgetenv("XDG_ACTIVATION_TOKEN") == "held"; }));
+    ASSERT_TRUE(nextTurn());
+    EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), before)
+        << "the release would be lost with the session";
+    desktop->activate(ocrShortcut, 101);
     EXPECT_TRUE(isTold(HotKeyStatus::registered)) << "a press tells that they work";
+    qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 TEST_F(PortalTest, a_hot_key_that_changes_before_there_is_a_session_waits_for_the_answer) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <map>
 #include <utility>
 
 #include "ocr/reading_order.h"
@@ -21,29 +22,40 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
     return groupIntoBlocks(std::move(lines));
 }
 
+/// Gives lines of a column one left edge, but for one beside which another would come to stand on the wrong
+/// side of it.
+void align(std::vector<ReadLine>& lines, const std::vector<size_t>& run) {
+    double left = std::numeric_limits<double>::max();
+    for (const size_t line : run)
+        left = std::min(left, lines[line].box.left());
+    for (const size_t line : run) {
+        QRectF& box = lines[line].box;
+        const bool hasNeighbour = std::ranges::any_of(lines, [&](const ReadLine& other) {
+            return other.box.left() < box.left() && other.box.left() >= left && shareHeight(other.box, box);
+        });
+        if (!hasNeighbour)
+            box.setLeft(left);
+    }
+}
+
 /// Of a tall picture, lines that are one below the other are so near by its measure that the reading order
 /// takes them for one row, and goes by where they begin: an indented line would be read out of its place.
-/// Those of a column get one left edge there, so that they keep the order they have.
+/// Such lines of a column get one left edge, so that they keep the order they have.
 void alignColumns(Reading& reading, const std::vector<int>& columns, int pictureHeight) {
     const double tolerance = leastRowTolerance * pictureHeight;
-    for (int column = 0, last = 0; column <= last; ++column) {
-        double left = std::numeric_limits<double>::max();
-        bool isDense = false;
-        const QRectF* above = nullptr;
-        for (size_t i = 0; i < columns.size(); ++i) {
-            last = std::max(last, columns[i]);
-            if (columns[i] != column)
-                continue;
-            const QRectF& box = reading.lines[i].box;
-            left = std::min(left, box.left());
-            const double below = above != nullptr ? box.center().y() - above->center().y() : 0;
-            isDense |= below > box.height() / 2 && below <= tolerance;
-            above = &box;
+    std::map<int, std::vector<size_t>> runs;  // by column, of lines that near
+    for (size_t i = 0; i < columns.size(); ++i) {
+        std::vector<size_t>& run = runs[columns[i]];
+        const QRectF& box = reading.lines[i].box;
+        const double below = run.empty() ? 0 : box.center().y() - reading.lines[run.back()].box.center().y();
+        if (below <= box.height() / 2 || below > tolerance) {
+            align(reading.lines, run);
+            run.clear();
         }
-        for (size_t i = 0; isDense && i < columns.size(); ++i)
-            if (columns[i] == column)
-                reading.lines[i].box.setLeft(left);
+        run.push_back(i);
     }
+    for (const auto& [column, run] : runs)
+        align(reading.lines, run);
 }
 
 }  // namespace

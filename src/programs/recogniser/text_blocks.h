@@ -10,7 +10,7 @@ namespace tralio {
 struct TextBlock {
     std::vector<TextLine> lines;  ///< from the top
     QRect box;
-    int column = 0;  ///< those of one number stand one below the other, with nothing beside
+    int column = 0;  ///< blocks of one number stand one below the other
     int region = 0;
     bool isShaded = false;
     TextMarks::Kind kind = TextMarks::Kind::difference;

@@ -65,7 +65,8 @@ bool mayRemove(const QString& folder) {
 /// A listing that is whole and went well, by the status at its end; else nothing.
 QByteArray wholeListing(const QByteArray& output) {
     constexpr QByteArrayView success = "=0\n";
-    return output.endsWith(success) ? output.chopped(success.size()) : QByteArray();
+    return output.size() <= longestListing && output.endsWith(success) ? output.chopped(success.size())
+                                                                       : QByteArray();
 }
 
 /// Whether all of these paths inside an archive lie in the one bundle at its top, and the program is there.
@@ -118,7 +119,7 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     const auto list = [&](const QString& how, const QString& which) {
         return QStringList{u"-c"_s,
             u"{ %1 %2 \"$0\" %3; echo \"=$?\"; } | head -c %4"_s.arg(m_places.unzip, how, which)
-                .arg(longestListing),
+                .arg(longestListing + 1),
             zipPath};
     };
     const QStringList names = list(u"-Z1"_s, {});

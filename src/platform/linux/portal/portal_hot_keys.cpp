@@ -290,8 +290,7 @@ void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& sho
     const QVariantMap& options) {
     if (session.path() != m_session)
         return;
-    if (m_pauseEnd)
-        scheduleSession();  // it works, and what was told of it meanwhile is to be told anew
+    m_isToBeRenewed |= bool(m_pauseEnd);  // it works, and what was told meanwhile is to be told anew
     trustDesktop();
     // A restored session and a bound one may both tell of the same press.
     if (std::exchange(m_lastPress, {shortcut, timestamp}) == std::pair(shortcut, timestamp) && timestamp != 0)
@@ -316,6 +315,8 @@ void PortalHotKeys::deactivated(const QDBusObjectPath& session, const QString& s
 
 void PortalHotKeys::release() {
     const ScheduledCall over = std::exchange(m_release, {});
+    if (std::exchange(m_isToBeRenewed, false))
+        scheduleSession();
     for (const EventHandler& handler : m_handlers)
         handler(m_heldId);
 }

@@ -92,8 +92,9 @@ private:
     quint64 m_lastRef = 0;
     quint64 m_generation = 0;  ///< of the session
     bool m_scheduled = false;
-    bool m_isCreating = false;  ///< a session, for which there is no answer yet
-    bool m_mayReopen = false;   ///< at once
+    bool m_isCreating = false;     ///< a session, for which there is no answer yet
+    bool m_mayReopen = false;      ///< at once
+    bool m_isToBeRenewed = false;  ///< once no hot key is held
     std::chrono::milliseconds m_pause;
     ScheduledCall m_pauseEnd;
     QString m_session;
