@@ -187,6 +187,7 @@ TEST(Placement, the_caret_blinks_as_the_desktop_has_it_and_the_prompt_shows_the_
     input.clearFocus();
     const QImage without = pictureOf(*input.viewport());
     const auto hasCaret = [&] { return pictureOf(*input.viewport()) != without; };
+    const int usual = QGuiApplication::styleHints()->cursorFlashTime();
     for (const int cycle : {0, 60}) {
         QGuiApplication::styleHints()->setCursorFlashTime(cycle);
         input.clearFocus();
@@ -200,6 +201,7 @@ TEST(Placement, the_caret_blinks_as_the_desktop_has_it_and_the_prompt_shows_the_
     }
     input.clearFocus();
     EXPECT_FALSE(hasCaret());
+    QGuiApplication::styleHints()->setCursorFlashTime(usual);
 }
 
 }  // namespace
