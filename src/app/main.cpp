@@ -19,6 +19,7 @@
 #include "platform/linux/desktop/text_scale.h"
 #include "platform/linux/helpers/installation.h"
 #include "platform/linux/keyboard/key_codes.h"
+#include "platform/linux/process/end_signals.h"
 #include "platform/linux/process/memory_privacy.h"
 #include "platform/linux/wayland/toolkit_platform.h"
 #include "state/app_settings.h"
@@ -91,6 +92,7 @@ int main(int argc, char** argv) {
         }
     }
 
+    const EndSignals endSignals(&QCoreApplication::quit);
     capDebugLog();
     const bool isFirstStart = !QFileInfo::exists(defaultStorePath());
     Services services(defaultStorePath());

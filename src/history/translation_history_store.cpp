@@ -59,19 +59,19 @@ void TranslationHistoryStore::remove(const QSet<qsizetype>& at) {
         if (!at.contains(position))
             kept.append(m_items()[position]);
     m_items = std::move(kept);
-    save();
+    saveRemoval();
 }
 
 void TranslationHistoryStore::remove(const QUuid& id) {
     QList<TranslationItem> kept = m_items();
     kept.removeIf([&id](const TranslationItem& item) { return item.id == id; });
     m_items = std::move(kept);
-    save();
+    saveRemoval();
 }
 
 void TranslationHistoryStore::clear() {
     m_items = QList<TranslationItem>();
-    save();
+    saveRemoval();
 }
 
 void TranslationHistoryStore::bringBack(const QList<TranslationItem>& before) {
@@ -94,6 +94,11 @@ void TranslationHistoryStore::bringBack(const QList<TranslationItem>& before) {
 
 void TranslationHistoryStore::save() {
     m_store.setValue(key, encodeHistory(m_items()));
+}
+
+void TranslationHistoryStore::saveRemoval() {
+    save();
+    m_store.forgetOverwritten();
 }
 
 void TranslationHistoryStore::load() {

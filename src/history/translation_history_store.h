@@ -44,6 +44,7 @@ public:
 private:
     void load();
     void save();
+    void saveRemoval();
 
     KeyValueStore& m_store;
     Now m_now;

@@ -52,9 +52,12 @@ void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
     // Typed letter by letter, it goes to a keeper that has proved to work without touching the disk.
     if (!wasKept || !isSecret())
         m_store.setValue(apiKey, *m_key);
-    if (isSecret())
+    if (isSecret()) {
         handOver();
-    else if (wasKept)
+        return;
+    }
+    m_store.forgetOverwritten();
+    if (wasKept)
         forget();
 }
 

@@ -95,8 +95,16 @@ bool SqliteError::isForeignValue() const {
 }
 
 bool SqliteError::isAccess() const {
+    switch (m_code) {
+        case SQLITE_IOERR_SHMOPEN:  // the side file for readers, which a full disk has no room for
+        case SQLITE_IOERR_SHMSIZE:
+        case SQLITE_IOERR_SHMMAP:
+            return true;
+        default:
+            break;
+    }
     const int code = m_code & primaryCodeMask;
-    return code == SQLITE_CANTOPEN || code == SQLITE_READONLY;
+    return code == SQLITE_CANTOPEN || code == SQLITE_READONLY || code == SQLITE_FULL;
 }
 
 QString SqliteError::description() const {
@@ -121,8 +129,8 @@ std::unique_ptr<SqliteDatabase> SqliteDatabase::open(
     } catch (const SqliteError& error) {
         if (!error.isAccess() || !QFile::exists(path))
             throw;
-        // On a read-only disk the side files cannot be created. Without them the file can still be read as
-        // one that nobody changes; but what is wrong with it then is no proof of damage.
+        // On a read-only or full disk the side files cannot be created. Without them the file can still be
+        // read as one that nobody changes; but what is wrong with it then is no proof of damage.
         try {
             return construct(QUrl::fromLocalFile(path).toEncoded() + "?immutable=1",
                 SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);

@@ -102,9 +102,10 @@ void SqliteKeyValueStore::setValue(const QString& key, StoredValue value) {
     // This value before those kept from earlier: one that is too large for a full disk must not hold it up.
     if (writeUnsaved(key))
         writeAllUnsaved();
-    if (!m_unsaved.empty() || !std::exchange(m_failing, false))
+    if (!m_unsaved.empty())
         return;
-    debugLog(u"SqliteKeyValueStore.setValue: all values are written again"_s);
+    if (std::exchange(m_failing, false))
+        debugLog(u"SqliteKeyValueStore.setValue: all values are written again"_s);
     m_unsavedIsAcknowledged = false;
     if (m_trouble == StoreTrouble::unsaved)
         setTrouble(std::nullopt);
@@ -132,9 +133,9 @@ void SqliteKeyValueStore::setTrouble(std::optional<StoreTrouble> trouble) const 
 
 void SqliteKeyValueStore::open() {
     // Nothing may have the file open when it is renamed.
-    const bool wasOpen = std::exchange(m_database, nullptr) != nullptr;
-    const bool isRemoved = wasOpen && !QFileInfo::exists(m_path);
-    bool isLost = isRemoved && !bringBackKnown();
+    m_wasOpen |= std::exchange(m_database, nullptr) != nullptr;
+    if (m_wasOpen && !QFileInfo::exists(m_path))
+        m_isLossUntold |= !bringBackKnown();
     store_file::createPrivately(m_path);
     try {
         m_database = SqliteDatabase::open(m_path, patience(m_failing));
@@ -144,14 +145,15 @@ void SqliteKeyValueStore::open() {
             throw;
         debugLog(u"SqliteKeyValueStore.open: the store is damaged and was set aside as %1: %2"_s.arg(
             *aside, error.description()));
-        isLost = !wasOpen || !bringBackKnown();
+        m_isLossUntold |= !m_wasOpen || !bringBackKnown();
         store_file::createPrivately(m_path);
         m_database = SqliteDatabase::open(m_path, patience(m_failing));
     }
-    if (!isLost)
+    if (!m_isLossUntold)
         return;
     setTrouble(StoreTrouble::unreadable);
     m_database->write(damageKey, true);
+    m_isLossUntold = false;
 }
 
 bool SqliteKeyValueStore::writeUnsaved(const QString& key) {

@@ -66,6 +66,9 @@ private:
     mutable std::set<QString> m_preserved;   ///< whose stored values are set aside before they are written
     mutable std::set<QString> m_unreadable;  ///< of which the user was told
     mutable std::optional<StoreTrouble> m_trouble;
+    bool m_wasOpen = false;  ///< what is known is of this file
+    /// Something was lost with an earlier file, and the new one does not say so yet.
+    bool m_isLossUntold = false;
     bool m_failing = false;                ///< a failure is in the log, and not yet that it is over
     bool m_unsavedIsAcknowledged = false;  ///< of the failure that goes on
 };

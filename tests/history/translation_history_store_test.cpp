@@ -129,6 +129,7 @@ TEST_F(TranslationHistoryStoreTest, entries_are_removed_by_position_by_id_or_all
     EXPECT_EQ(store.writes.size(), 5U);
     EXPECT_EQ(changes.size(), 5);
     EXPECT_EQ(stored(), "[]");
+    EXPECT_EQ(store.timesForgotten, 7) << "what is deleted is gone from the disk as well";
 }
 
 TEST_F(TranslationHistoryStoreTest, an_entry_is_stored_as_an_object_of_seven_keys_in_compact_json) {

@@ -92,7 +92,9 @@ TEST_F(SecretKeyValueStoreTest, a_key_given_up_while_a_keeper_is_slow_is_forgott
     const auto isToBeForgotten = [this] { return store.boolean(u"app_api_key_to_forget"_s) == true; };
     start();
     settings->setValue(apiKey, u"sk-mine"_s);
+    EXPECT_EQ(store.timesForgotten, 0);
     settings->setValue(apiKey, QString());
+    EXPECT_EQ(store.timesForgotten, 1) << "nor does a deleted key stay on the disk";
     keeper.isLocked = true;
     keeper.answerKeep(Answer::unavailable);
     EXPECT_TRUE(isToBeForgotten()) << "it may have kept the key and not said so";

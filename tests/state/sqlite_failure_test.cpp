@@ -178,8 +178,12 @@ TEST_F(
     SqliteKeyValueStore store(path());
     store.setValue(u"small"_s, u"chosen by the user"_s);
     QFile file(path());
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.resize(4096));
+    const auto damage = [&file] {
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.resize(4096));
+        file.close();
+    };
+    damage();
     EXPECT_EQ(store.value(u"key"_s), std::nullopt);
     EXPECT_EQ(store.value(u"key"_s), std::nullopt);
     EXPECT_EQ(m_log.messages().filter(u"SqliteKeyValueStore.value: cannot read: "_s).size(), 1);
@@ -190,6 +194,17 @@ TEST_F(
     EXPECT_TRUE(QFile::exists(path() + u".damaged-1"_s)) << m_log.content().constData();
     EXPECT_TRUE(reread(u"small"_s) == StoredValue(u"chosen by the user"_s)) << "what is known is not lost";
     EXPECT_EQ(SqliteKeyValueStore(path()).trouble(), std::nullopt);
+
+    // It cannot be made anew at once.
+    store.forgetOverwritten();
+    damage();
+    setMode(path(u"tralio"_s), 0500);
+    store.setValue(u"key"_s, QByteArray(1'000'000, 'z'));
+    setMode(path(u"tralio"_s), 0700);
+    store.setValue(u"a"_s, false);
+    EXPECT_TRUE(reread(u"small"_s) == StoredValue(u"chosen by the user"_s)) << "nor then";
+    EXPECT_EQ(store.trouble(), StoreTrouble::unreadable) << "something large is gone";
+    EXPECT_EQ(SqliteKeyValueStore(path()).trouble(), StoreTrouble::unreadable);
 }
 
 TEST_F(SqliteFailureTest, a_value_that_is_none_of_ours_any_more_is_trouble_and_not_just_absent) {
@@ -229,7 +244,6 @@ TEST_F(SqliteFailureTest, values_that_will_not_survive_are_trouble_for_as_long_a
     EXPECT_EQ(store.trouble(), StoreTrouble::unsaved) << "told before anything is lost";
     QList<std::optional<StoreTrouble>> told;
     store.onTrouble = [&](std::optional<StoreTrouble> trouble) { told += trouble; };
-    store.setValue(u"a"_s, true);
     store.acknowledgeTrouble();
     store.setValue(u"a"_s, false);
     EXPECT_EQ(told, QList<std::optional<StoreTrouble>>{std::nullopt}) << "the user knows";
@@ -243,6 +257,19 @@ TEST_F(SqliteFailureTest, values_that_will_not_survive_are_trouble_for_as_long_a
     store.setValue(u"a"_s, false);
     const QList<std::optional<StoreTrouble>> another{std::nullopt, StoreTrouble::unsaved, std::nullopt};
     EXPECT_EQ(told, another) << "what comes later is something else";
+}
+
+TEST_F(SqliteFailureTest, what_a_full_disk_keeps_from_being_opened_for_writing_is_read_and_written_later) {
+    makeStore(u"old"_s, u"value"_s);
+    std::optional<FileSizeLimit> full(1000);
+    SqliteKeyValueStore store(path());
+    EXPECT_EQ(store.value(u"old"_s), StoredValue(u"value"_s));
+    EXPECT_EQ(store.trouble(), StoreTrouble::unsaved);
+    full.reset();
+    store.setValue(u"a"_s, true);
+    EXPECT_EQ(store.trouble(), std::nullopt) << "all is written";
+    EXPECT_EQ(reread(u"a"_s), StoredValue(true));
+    EXPECT_EQ(reread(u"old"_s), StoredValue(u"value"_s));
 }
 
 TEST_F(SqliteFailureTest, a_preserved_value_is_moved_to_a_key_of_its_own_before_it_is_overwritten) {

@@ -27,10 +27,12 @@ public:
     }
 
     void preserve(const QString& key) override { preserved.insert(key); }
+    void forgetOverwritten() override { ++timesForgotten; }
 
     std::map<QString, StoredValue> values;
     std::set<QString> preserved;
     std::vector<std::pair<QString, StoredValue>> writes;
+    int timesForgotten = 0;
 };
 
 }  // namespace tralio

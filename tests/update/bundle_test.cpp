@@ -168,6 +168,9 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     write(u"deep/Tralio.app/Contents/Info.plist"_s, u"too deep"_s);
     write(u"Other.app/Contents/Info.plist"_s, u"another"_s);
     write(u"linked/Tralio.app/Contents/MacOS/TralioApp"_s, u"a file"_s);
+    write(u"dead/Tralio.app/Contents/MacOS/TralioApp"_s, u"nothing that runs"_s);
+    ASSERT_TRUE(QFile::setPermissions(
+        path(u"dead/Tralio.app/Contents/MacOS/TralioApp"_s), QFile::ReadOwner | QFile::WriteOwner));
     ASSERT_TRUE(QFile::link(u"/etc"_s, path(u"linked/Tralio.app/Contents/Resources"_s)));
     BundleInstaller installer({.programs = {},
         .largestContent = 1 << 20,
@@ -187,6 +190,8 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     EXPECT_EQ(fault(archive(u"other.zip"_s, {u"Other.app"_s})), notOnlyTheBundle);
     const QString link = fault(archive(u"link.zip"_s, {u"Tralio.app"_s}, u"linked"_s));
     EXPECT_TRUE(link.contains(u"link")) << qPrintable(link);
+    const QString dead = fault(archive(u"dead.zip"_s, {u"Tralio.app"_s}, u"dead"_s));
+    EXPECT_TRUE(dead.contains(u"quyền chạy"_s)) << dead.toStdString();
     QByteArray foreign = contentOf(path(u"link.zip"_s));
     foreign.replace(QByteArray::fromHex("504b01021e03"), QByteArray::fromHex("504b01021e02"));
     writeFile(path(u"foreign.zip"_s), foreign);

@@ -222,8 +222,11 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     inputText.set(text);
     if (appState.storeTrouble() || !appState.isPendingTextWanted)
         return;
-    m_needs.clock.after(
-        pendingTextDelay, m_mainState, [self = shared_from_this()] { self->performTranslate(); });
+    m_needs.clock.after(pendingTextDelay, m_mainState, [self = shared_from_this(), text] {
+        // Another may have been put there since, only to be looked at.
+        if (self->inputText.get() == text && !self->m_needs.appState.storeTrouble())
+            self->performTranslate();
+    });
 }
 
 void TranslateState::toggleSpeech() {

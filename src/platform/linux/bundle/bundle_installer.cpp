@@ -89,6 +89,16 @@ bool areFilesAndFolders(const QByteArray& listing) {
     });
 }
 
+/// Whether the owner may run every file of a listing that lies where the bundle has its programs.
+bool mayProgramsRun(const QByteArray& listing) {
+    const QList<QByteArray> lines = listing.trimmed().split('\n');
+    return std::all_of(lines.begin(), lines.end(), [](const QByteArray& line) {
+        const bool isProgram = !line.startsWith('d') &&
+            (line.contains(" Tralio.app/Contents/MacOS/") || line.contains(" Tralio.app/Contents/Helpers/"));
+        return !isProgram || line.sliced(1).startsWith("rwx");
+    });
+}
+
 }  // namespace
 
 BundleInstaller::BundleInstaller(Places places) : m_places(std::move(places)) {}
@@ -138,6 +148,8 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     const ProgramResult listed = co_await runProgram(u"/bin/sh"_s, kinds, archiveLimit);
     if (!areFilesAndFolders(wholeListing(listed.output)))
         throw LocalizedError(u"File cập nhật chứa liên kết (link) nên không được cài."_s);
+    if (!mayProgramsRun(wholeListing(listed.output)))
+        throw LocalizedError(u"Chương trình trong file cập nhật không có quyền chạy."_s);
     checkRoom(content);
 }
 
