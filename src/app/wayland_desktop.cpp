@@ -106,7 +106,7 @@ void WaylandDesktop::chooseSelections() {
     debugLog(u"Desktop: the application in front by %1"_s.arg(
         m_toplevels ? u"wlr-foreign-toplevel and accessibility"_s : u"accessibility alone"_s));
     FollowedPrimarySelection::Session session{&nothing, [this] { return m_front.identity(); },
-        [this] { return frontKeepsPasswords(); }, [this] { return m_keyEvents.canPost(); }, &steadyTime};
+        [this] { return frontKeepsPasswords(); }, [this] { return m_keyEvents.canPressCopy(); }, &steadyTime};
     if (m_dataControl) {
         debugLog(
             u"Desktop: clipboard and selections by %1"_s.arg(QLatin1String(m_dataControl->protocolName())));

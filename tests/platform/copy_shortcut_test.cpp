@@ -72,6 +72,7 @@ TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_no
     const Case cases[] = {
         {{{u"Scratchpad"_s, u"xterm"_s}, {}, true}, CopyShortcut::none},
         {{{u"XTerm"_s}, {}, {}}, CopyShortcut::none},
+        {{{u"gvim"_s, u"Gvim"_s}, false, false}, CopyShortcut::none},
         {{{u"scratchpad"_s}, {}, {}}, CopyShortcut::none},
         {{{}, {}, {}}, CopyShortcut::none},
         {{{u"scratchpad"_s}, {}, true}, CopyShortcut::none},

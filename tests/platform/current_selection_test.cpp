@@ -37,6 +37,7 @@ TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_ha
         {{Selected::some, u"three"_s, Reach::part}, PrimaryText{both}, u"three"_s},
         {{Selected::some, u"two"_s, Reach::part}, std::nullopt, u"two"_s},
         {{Selected::some, u"two"_s, Reach::whole}, PrimaryText{both}, u"two"_s},
+        {{Selected::some, u"\ufffc\ufffc"_s, Reach::whole}, PrimaryText{both}, both},
         // The element has spoken: what else is said against the mark does not matter.
         {{Selected::some, u"\ufffc"_s, Reach::part},
             PrimaryText{.text = both, .mayBeGone = true, .mayBePassword = true}, both},

@@ -118,6 +118,21 @@ TEST_F(PortalTest, a_silent_list_keeps_the_hot_keys_from_being_bound_for_its_tim
     EXPECT_TRUE(desktop->bound.isEmpty());
     clock.advance(30s);
     EXPECT_TRUE(isBound());
+    endAll();
+
+    // No answer to what was bound is no refusal, and a press says more.
+    log.clear();
+    ASSERT_TRUE(startAll([](auto& told) {
+        told.listsOnlyWhenAsked = true;
+        told.goesSilentWith = u"BindShortcuts"_s;
+    }));
+    ASSERT_TRUE(isBound() && isCalled(u"ListShortcuts"_s, 2));
+    clock.advance(30s);
+    ASSERT_TRUE(isLogged(u"hot keys not listed: no answer"_s));
+    EXPECT_FALSE(log.messages().join(u'\n').contains(u": not bound"_s));
+    desktop->silentMethods.clear();
+    desktop->activate(textShortcut, 1);
+    EXPECT_TRUE(isLogged(textShortcut + u": bound"_s));
 }
 
 TEST_F(PortalTest, refusals_leave_the_program_without_hot_keys_and_otherwise_well) {

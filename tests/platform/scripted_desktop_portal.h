@@ -30,6 +30,7 @@ public:
     bool hasRegistry = true;
     bool requiresApplicationId = false;
     QStringList silentMethods;
+    QString goesSilentWith;            ///< answers this method, and lists nothing from then on
     QHash<QString, uint> responses;    ///< by method; zero (granted) where none is given
     QList<PortalShortcut> remembered;  ///< from an earlier run of the program
     QString notBound;                  ///< a shortcut that it leaves out
@@ -94,6 +95,8 @@ private:
         send(call.createReply(object(path)));
         if (silentMethods.contains(call.member()))
             return;
+        if (goesSilentWith == call.member())
+            silentMethods += u"ListShortcuts"_s;
         const bool saysFailed = bindsAndSaysFailed && call.member() == u"BindShortcuts";
         const uint response = saysFailed ? 2 : responses.value(call.member());
         QVariantMap results = response == 0 || saysFailed ? resultsOf(call, options) : QVariantMap();

@@ -147,7 +147,10 @@ TEST_F(SpeechDaemon, a_daemon_that_dies_or_is_missing_or_hangs_ends_the_reading)
 
 TEST_F(SpeechDaemon, a_text_whose_first_word_is_never_heard_ends_soon_and_one_endless_word_does_not) {
     const std::pair<QString, QByteArrayList> notYet[] = {
-        {QString(60, u'あ'), {"701 BEGIN"}},
+        // Fourteen letters of a script that the voice does not have take eleven seconds.
+        {u"パスワードを入力してください"_s, {"701 BEGIN"}},
+        {u"012345678901234 là số"_s, {"701 BEGIN"}},
+        {u"Donaudampfschifffahrtsgesellschaft ist"_s, {"701 BEGIN"}},
         {u"một hai ba"_s, {"701 BEGIN"}},  // this engine has never told of a mark
         {u"một hai ba"_s, {"701 BEGIN", "700 INDEX MARK"}},
     };

@@ -13,6 +13,14 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// Control+C begins or ends something else in these, and is what the next key is taken for. Their marks are
+/// the PRIMARY selection.
+bool isEditorWithOtherKeys(const QStringList& names) {
+    const QStringList known{u"emacs"_s, u"gvim"_s, u"nvim-qt"_s, u"neovide"_s};
+    return std::any_of(names.begin(), names.end(),
+        [&](const QString& name) { return known.contains(name, Qt::CaseInsensitive); });
+}
+
 /// The program that a desktop entry starts, without its folder.
 QString programOf(const QByteArray& entry) {
     const qsizetype start = entry.indexOf("\nExec=") + 6;
@@ -47,7 +55,7 @@ bool runsAsOther(const QString& id) {
 
 CopyShortcut copyShortcutIn(const CopyTarget& target) {
     const QStringList& names = target.names;
-    if (isTerminalWithoutShortcut(names))
+    if (isTerminalWithoutShortcut(names) || isEditorWithOtherKeys(names))
         return CopyShortcut::none;
     // The ones that tell of a terminal's role have the shortcut too.
     if (isTerminalWithShortcut(names) || target.focusIsTerminal == true)

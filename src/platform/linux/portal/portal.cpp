@@ -25,6 +25,20 @@ const QString versionProperty = u"version"_s;
 
 }  // namespace
 
+QString PortalAnswer::words() const {
+    switch (outcome) {
+        case PortalOutcome::granted:
+            return u"granted"_s;
+        case PortalOutcome::cancelled:
+            return u"cancelled by the user"_s;
+        case PortalOutcome::silent:
+            return u"no answer"_s;
+        case PortalOutcome::failed:
+            break;
+    }
+    return error.isEmpty() ? u"refused"_s : u"refused: "_s + error;
+}
+
 QDBusConnection Portal::ownConnection() {
     return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"tralio-portal"_s);
 }

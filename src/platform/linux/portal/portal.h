@@ -26,6 +26,9 @@ struct PortalAnswer {
     PortalOutcome outcome = PortalOutcome::failed;
     QVariantMap results;
     QString error;  ///< of the call itself, for the log
+
+    /// How it ended, for the log.
+    [[nodiscard]] QString words() const;
 };
 
 /// The desktop portal (org.freedesktop.portal.Desktop), on a bus connection of its own: the portal learns

@@ -10,6 +10,7 @@
 
 #include "common/clock.h"
 #include "hotkeys/hot_key_platform.h"
+#include "platform/linux/portal/held_hot_key.h"
 #include "platform/linux/portal/portal.h"
 #include "platform/linux/portal/portal_shortcut.h"
 
@@ -49,6 +50,8 @@ private Q_SLOTS:
     void sessionClosed(const QDBusMessage& closed);
 
 private:
+    static constexpr std::chrono::milliseconds shortestPause = std::chrono::minutes(1);
+
     struct HotKey {
         HotKeyRef ref;
         HotKeyID id;
@@ -72,9 +75,10 @@ private:
     void endSession();
     [[nodiscard]] QList<PortalShortcut> wantedShortcuts() const;
     [[nodiscard]] bool hasAll(const PortalAnswer& listed) const;
-    /// The hot key that was pressed counts when it is let go: the keyboard must not change hands before.
-    /// Mutter keeps the release of such a key from whoever has it then, and X programs repeat it without end.
-    void release();
+    /// Null for one that is not ours any more.
+    [[nodiscard]] const HotKey* hotKeyBy(const QString& shortcut) const;
+    /// Tells the handlers of a press.
+    void count(HotKeyID id);
     /// Tells which hot keys the desktop has by its answer, and logs on which keys.
     void report(const PortalAnswer& answer) const;
     void reportAll(HotKeyStatus status) const;
@@ -95,13 +99,11 @@ private:
     bool m_isCreating = false;     ///< a session, for which there is no answer yet
     bool m_mayReopen = false;      ///< at once
     bool m_isToBeRenewed = false;  ///< once no hot key is held
-    std::chrono::milliseconds m_pause;
+    std::chrono::milliseconds m_pause = shortestPause;
     ScheduledCall m_pauseEnd;
     QString m_session;
     std::pair<QString, qulonglong> m_lastPress;
-    QString m_held;  ///< the shortcut that was pressed last
-    HotKeyID m_heldId{};
-    ScheduledCall m_release;  ///< while it is held
+    HeldHotKey m_held;
 };
 
 }  // namespace tralio

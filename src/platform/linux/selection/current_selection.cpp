@@ -20,10 +20,12 @@ bool isMasked(const QString& text) {
 std::optional<QString> selectedTextOf(const ElementSelection& element, const AskPrimary& primary) {
     if (element.answer != ElementSelection::Answer::some)
         return std::nullopt;
-    if (element.reach == ElementSelection::Reach::whole)
+    // Also of a field: the editors of web pages have paragraphs in them, in whose place such a character
+    // stands.
+    const bool hasPlaceholders = element.text.contains(QChar::ObjectReplacementCharacter);
+    if (element.reach == ElementSelection::Reach::whole && !hasPlaceholders)
         return element.text;
     const auto all = primary();
-    const bool hasPlaceholders = element.text.contains(QChar::ObjectReplacementCharacter);
     if (all && !all->text.trimmed().isEmpty() && (hasPlaceholders || all->text.contains(element.text)))
         return all->text;
     return QString(element.text).remove(QChar::ObjectReplacementCharacter);

@@ -104,11 +104,18 @@ QString withMarks(const QString& text) {
 }
 
 bool tellsItsFirstWord(const QString& text) {
-    constexpr qsizetype longWord = 40;
+    // What has no blanks is told of at its end only, and a voice without its language names letter by letter.
+    constexpr qsizetype longWord = 12;
+    constexpr int longNumber = 4;
     const QString trimmed = text.trimmed();
-    return trimmed.size() < longWord ||
-        std::any_of(trimmed.cbegin(), trimmed.cbegin() + longWord,
-            [](QChar character) { return character.isSpace(); });
+    const auto end = std::find_if(
+        trimmed.cbegin(), trimmed.cend(), [](QChar character) { return character.isSpace(); });
+    const auto isForeign = [](QChar character) {
+        return (character.isLetter() && character.script() != QChar::Script_Latin) || character.isSurrogate();
+    };
+    return end - trimmed.cbegin() <= longWord && std::none_of(trimmed.cbegin(), end, isForeign) &&
+        std::count_if(trimmed.cbegin(), end, [](QChar character) { return character.isDigit(); }) <=
+        longNumber;
 }
 
 }  // namespace tralio

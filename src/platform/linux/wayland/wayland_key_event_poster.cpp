@@ -30,6 +30,16 @@ bool WaylandKeyEventPoster::canPost() const {
     return isGranted() && !m_front.applicationId().isEmpty();
 }
 
+bool WaylandKeyEventPoster::canPressCopy() const {
+    return canPost() && shortcutInFront() != CopyShortcut::none;
+}
+
+CopyShortcut WaylandKeyEventPoster::shortcutInFront() const {
+    CopyTarget target = m_askTarget();
+    target.names += m_front.applicationId();
+    return copyShortcutIn(target);
+}
+
 void WaylandKeyEventPoster::post(const KeyEvent& event) {
     if (!event.modifiers.testFlag(Modifier::command))
         return;
@@ -46,9 +56,7 @@ void WaylandKeyEventPoster::openKeyboard() {
 }
 
 void WaylandKeyEventPoster::pressShortcut(KeyCode shortcutKey) {
-    CopyTarget target = m_askTarget();
-    target.names += m_front.applicationId();
-    const auto how = copyShortcutIn(target);
+    const auto how = shortcutInFront();
     const Key* key = keyWith(shortcutKey);
     if (how == CopyShortcut::none || !key || !canPost())
         return;

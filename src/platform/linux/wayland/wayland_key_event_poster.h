@@ -27,11 +27,15 @@ public:
     /// Whether the compositor gives programs a keyboard.
     [[nodiscard]] bool isGranted() const;
 
+    /// Whether there is something to press that copies in the application in front. Takes some milliseconds.
+    [[nodiscard]] bool canPressCopy() const;
+
     bool canPost() const override;
     void post(const KeyEvent& event) override;
     void postToProcess(qint32 processId, const KeyEvent& event) override;
 
 private:
+    [[nodiscard]] CopyShortcut shortcutInFront() const;
     void openKeyboard();
     void pressShortcut(KeyCode shortcutKey);
     void releaseShortcut();

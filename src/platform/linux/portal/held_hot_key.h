@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "common/clock.h"
+#include "hotkeys/hot_key_platform.h"
+
+namespace tralio {
+
+/// The hot key that is down. It counts when it is let go: the keyboard must not change hands before. Mutter
+/// keeps the release of such a key from whoever has it then, and X programs repeat it without end.
+class HeldHotKey final {
+public:
+    /// `count` is told of each when it is let go, or when it has been down for longer than the desktop may
+    /// take to say so.
+    HeldHotKey(Clock& clock, std::function<void(HotKeyID)> count);
+
+    /// Again for one that is down: the desktop repeats it.
+    void press(HotKeyID id);
+    void letGo(HotKeyID id);
+
+private:
+    void end();
+
+    Clock& m_clock;
+    std::function<void(HotKeyID)> m_count;
+    HotKeyID m_id{};
+    ScheduledCall m_limit;  ///< while one is down
+};
+
+}  // namespace tralio
