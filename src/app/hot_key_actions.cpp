@@ -95,7 +95,6 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     const QPointer<AppDelegate> self = this;  // the user may take all day
     std::optional<QString> text;
     bool failed = false;
-    bool isReading = false;  // this one, and not another that was under way when the key was pressed again
     QString notice;
     auto noticeLasts = noticeTime;
     const std::stop_source reading;
@@ -110,12 +109,9 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
                 if (self)
                     self->showPopover();
             },
-            [self, &isReading, reading] {
-                if (self) {
-                    isReading = true;
+            [self, reading] {
+                if (self)
                     self->m_needs.appState.beginReading(reading);
-                    self->m_needs.appState.isReadingCapture = true;
-                }
             },
             stop,
             [self, stop](qsizetype lines) {
@@ -135,8 +131,7 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     }
     if (!self)
         co_return;
-    if (isReading)
-        m_needs.appState.isReadingCapture = false;
+    m_needs.appState.endReading(stop);
     if (stop.stop_requested())
         co_return;
     if (failed)

@@ -32,6 +32,19 @@ void AppState::beginReading(std::stop_source reading) {
     m_reading.request_stop();
     m_reading = std::move(reading);
     linesRead = 0;
+    isReading = true;
+}
+
+void AppState::endReading(const std::stop_token& reading) {
+    if (reading != m_reading.get_token())
+        return;
+    isReading = false;
+    linesRead = 0;
+}
+
+void AppState::stopReading() {
+    m_reading.request_stop();
+    endReading(m_reading.get_token());
 }
 
 void AppState::showPopover() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <QUuid>
 
@@ -31,11 +32,15 @@ public:
     Observable<bool> showOnboarding{*this, false};
     /// What the shell has to say for a moment, in the words that the user is shown; empty otherwise.
     Observable<QString> notice{*this};
-    /// A region that was drawn after the hot key is being read.
-    Observable<bool> isReadingCapture{*this, false};
-
-    /// How many lines of the picture that is being read have been read so far.
+    /// A picture is being read, for whichever panel or for the shell.
+    Observable<bool> isReading{*this, false};
+    /// How many lines of it have been read so far.
     Observable<qsizetype> linesRead{*this, 0};
+    /// Why nothing came of a picture whose panel was left meanwhile, until the panel that is there has told
+    /// it.
+    Observable<std::optional<QString>> readingFailure{*this};
+    /// The translate panel that is there; null while none is.
+    QPointer<QObject> translatePanel;
 
     /// What the user has not yet been told of the settings. Until then the server that is set may not be the
     /// one that the user chose: nothing is sent that was not asked for in the window.
@@ -64,7 +69,9 @@ public:
     /// One picture is read at a time: the reading that `reading` can stop begins, and the one before, which
     /// nobody waits for any more, is stopped.
     void beginReading(std::stop_source reading);
-    void stopReading() { m_reading.request_stop(); }
+    /// The reading with this token has ended; nothing, when another has begun since.
+    void endReading(const std::stop_token& reading);
+    void stopReading();
 
     // Nothing happens before the shell has installed the actions.
     void showPopover();

@@ -126,7 +126,7 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
     EXPECT_TRUE(nextTurn());
     EXPECT_EQ(log.messages().last(), u"handleScreenOCRHotKey: triggered"_s) << "a cancel is no error";
     EXPECT_EQ(appState.notice(), QString());
-    EXPECT_FALSE(appState.isReadingCapture());
+    EXPECT_FALSE(appState.isReading());
 
     region.draws = true;
     popover.onShow = [this, times = 0]() mutable {
@@ -144,11 +144,11 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_reques
 
     pictureSays(u"  chữ trên màn hình \n"_s);
     bool wasTold = false;
-    recognizer.onRecognize = [&] { wasTold = appState.isReadingCapture(); };
+    recognizer.onRecognize = [&] { wasTold = appState.isReading(); };
     capture();
     EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ trên màn hình"; }));
     EXPECT_TRUE(wasTold);
-    EXPECT_FALSE(appState.isReadingCapture());
+    EXPECT_FALSE(appState.isReading());
 }
 
 TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_done) {
@@ -209,7 +209,7 @@ TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_rea
     recognizer.onRecognize = [&] {
         press(ocrHotKeyID);
         EXPECT_EQ(log.messages().count(u"handleScreenOCRHotKey: triggered"_s), 2);
-        EXPECT_TRUE(appState.isReadingCapture());
+        EXPECT_TRUE(appState.isReading());
         EXPECT_FALSE(recognizer.stops.back().stop_requested());
         EXPECT_TRUE(popover.shown);
         popover.performClose();
@@ -219,7 +219,7 @@ TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_rea
     press(ocrHotKeyID);
     desktop.clock.advance(150ms);
     EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ"; }));
-    EXPECT_FALSE(appState.isReadingCapture());
+    EXPECT_FALSE(appState.isReading());
     EXPECT_THAT(recognizer.images, SizeIs(1));
 }
 

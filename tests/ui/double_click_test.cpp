@@ -22,6 +22,13 @@ protected:
         ASSERT_TRUE(button) << "nothing to hit";
         QObject::connect(button, &QAbstractButton::pressed, button, [this] { ++presses; });
     }
+    /// The middles of all buttons that are there.
+    QList<QPoint> buttonPlaces() {
+        QList<QPoint> places;
+        for (const auto* button : visibleParts<QAbstractButton>(window()))
+            places += centerOf(button);
+        return places;
+    }
     static QPoint centerOf(const QWidget* widget) {
         return widget->mapTo(widget->window(), widget->rect().center());
     }
@@ -55,9 +62,7 @@ TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_al
     for (int i = 0; i < 8; ++i)
         history.add(u"hello %1"_s.arg(i), u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
     open();
-    QList<QPoint> buttons;
-    for (const auto* button : visibleParts<QAbstractButton>(window()))
-        buttons += centerOf(button);
+    const QList<QPoint> buttons = buttonPlaces();
     click(u"Lịch sử"_s);
     const auto rowAt = [this](const QPoint& place) {
         QWidget* widget = window().childAt(place);
@@ -73,6 +78,28 @@ TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_al
     countPressesAt(*place);
     pressAt(*place);
     EXPECT_EQ(presses, 0);
+}
+
+TEST_F(DoubleClick, on_an_entry_of_a_menu_chooses_it_and_presses_nothing_beneath) {
+    open();
+    type(u"text"_s);
+    const QList<QPoint> buttons = buttonPlaces();
+    click(u"Ngôn ngữ nguồn: Tiếng Anh"_s);
+    const auto items = controls(u"Tiếng Pháp"_s);
+    ASSERT_THAT(items, SizeIs(1));
+    const QRect item(items[0]->mapTo(&window(), QPoint()), items[0]->size());
+    const auto beneath = std::find_if(buttons.cbegin(), buttons.cend(),
+        [&](const QPoint& button) { return item.contains(QPoint(item.center().x(), button.y())); });
+    ASSERT_NE(beneath, buttons.cend()) << "no button under the entry";
+    const QPoint place(item.center().x(), beneath->y());
+    pressAt(place);
+    EXPECT_TRUE(hasControl(u"Ngôn ngữ nguồn: Tiếng Pháp"_s));
+    countPressesAt(place);
+    for (int more = 0; more < 2; ++more) {
+        desktop.clock.advance(std::chrono::milliseconds(QApplication::doubleClickInterval() / 2));
+        pressAt(place);
+    }
+    EXPECT_EQ(presses, 0) << "nor by a third, as quick as the second";
 }
 
 }  // namespace

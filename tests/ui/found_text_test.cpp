@@ -181,13 +181,41 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
     ASSERT_TRUE(recognitionEnds());
 }
 
-TEST_F(FoundText, a_text_recognised_after_the_panel_was_left_is_translated_all_the_same) {
+TEST_F(
+    FoundText, what_is_read_for_a_panel_that_was_left_can_be_seen_and_ended_and_is_told_where_the_user_is) {
     pictureSays(u"seen"_s);
     recognizer.isSlow = true;
-    panel->performOCR(picture(), AutoTranslate::yes);
+    const auto leaveWhileReading = [this] {
+        showPanel();
+        panel->performOCR(picture(), AutoTranslate::yes);
+        recognizer.counts.back()(40);
+        hidePanel();
+    };
+    leaveWhileReading();
     showPanel();
-    ASSERT_TRUE(eventually([&] { return history.items().size() == 1; }));
-    EXPECT_EQ(input->text(), u"seen"_s);
+    EXPECT_TRUE(panel->isRecognizing());
+    EXPECT_EQ(panel->linesRead(), 40);
+    ASSERT_TRUE(eventually([this] { return input->text() == u"seen"; }));
+    EXPECT_FALSE(panel->isRecognizing());
+    EXPECT_EQ(panel->linesRead(), 0) << "the next picture has none yet";
+    desktop.clock.advance(50ms);
+    ASSERT_TRUE(outputBecomes(u"SEEN"_s));
+
+    // Another tab is there when it ends.
+    leaveWhileReading();
+    ASSERT_TRUE(eventually([&] { return logged(successLine(u"SEEN"_s)) == 2; }));
+    pictureSays({});
+    leaveWhileReading();
+    ASSERT_TRUE(eventually([&] { return !appState.isReading(); }));
+    showPanel();
+    EXPECT_EQ(panel->errorMessage(), noText);
+
+    pictureSays(u"late"_s);
+    leaveWhileReading();
+    showPanel();
+    panel->cancel();
+    EXPECT_FALSE(panel->isRecognizing());
+    EXPECT_TRUE(recognizer.stops.back().stop_requested());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <QDrag>
 #include <QScrollBar>
 
+#include "ui/history/history_row.h"
 #include "ui/kit/prompt_editor.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/kit/text_field.h"
@@ -52,10 +53,17 @@ TEST_F(KeyboardPlace, the_keys_that_undo_bring_all_back_that_was_deleted_meanwhi
     press(Qt::Key_Space);
     EXPECT_EQ(stored().size(), 2) << "the second press meant the same button";
     EXPECT_TRUE(isOnTab(u"Lịch sử"_s));
-    click(u"Tralio"_s);
+    press(Qt::Key_Tab);
+    focus(u"Lịch sử"_s);
+    press(Qt::Key_Right);
+    press(Qt::Key_Left);
+    ASSERT_TRUE(isOnTab(u"Lịch sử"_s));
+    QTest::mouseClick(find<HistoryRow>(), Qt::LeftButton);
+    wait([this] { return isOnTab(u"Tralio"_s); });
+    EXPECT_TRUE(focusedTitle().isEmpty()) << "the input has it, and not the tab that was left";
     type(u"typed"_s);
     pressUndo();
-    EXPECT_EQ(input(), QString());
+    EXPECT_EQ(input(), u"four"_s);
     EXPECT_EQ(stored().size(), 2) << "an editor undoes what was typed";
     click(u"Tác giả"_s);
     pressUndo();

@@ -218,5 +218,17 @@ TEST_F(SettingsStateTest, a_connection_is_not_tested_with_a_key_that_is_not_ther
     EXPECT_EQ(asked, 1);
 }
 
+TEST_F(SettingsStateTest, a_connections_test_is_told_of_the_provider_that_it_was_made_of_alone) {
+    panel->chooseProvider(u"openai"_s);
+    settle();
+    panel->restoreDefaults();
+    settle();
+    panel->testResult = u"told of the defaults"_s;
+    undo.accept();
+    settle();
+    EXPECT_EQ(settings.selectedPresetId(), u"openai"_s);
+    EXPECT_EQ(panel->testResult(), std::nullopt);
+}
+
 }  // namespace
 }  // namespace tralio

@@ -152,7 +152,9 @@ TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does)
     EXPECT_TRUE(says(u"Không có chữ nào đang được chọn"_s));
     EXPECT_FALSE(says(u"0 ký tự"_s));
     appState.notice = QString();
-    appState.isReadingCapture = true;
+    const std::stop_source first;
+    const std::stop_source second;
+    appState.beginReading(first);
     settle();
     EXPECT_TRUE(says(u"Đang quét chữ (OCR)..."_s));
     appState.linesRead = 40;
@@ -165,9 +167,6 @@ TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does)
     appState.notice = QString();
     settle();
     EXPECT_TRUE(says(u"Đang quét chữ (OCR)... 40 dòng"_s));
-    const std::stop_source first;
-    const std::stop_source second;
-    appState.beginReading(first);
     controls(u"Lịch sử"_s).constFirst()->setFocus();
     press(Qt::Key_Escape);
     EXPECT_TRUE(first.stop_requested());
@@ -177,7 +176,6 @@ TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does)
     EXPECT_FALSE(second.stop_requested());
     click(u"Hủy"_s);
     EXPECT_TRUE(second.stop_requested());
-    appState.isReadingCapture = false;
     settle();
     EXPECT_TRUE(says(u"0 ký tự"_s));
     EXPECT_FALSE(hasControl(u"Hủy"_s));

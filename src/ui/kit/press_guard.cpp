@@ -15,14 +15,15 @@ bool PressGuard::isStray(QWidget* target, const QPoint& place, quint64 timestamp
     if (timestamp == std::exchange(m_timestamp, timestamp))
         return m_hasSwallowed;  // the same press, handed on to what the first receiver stands in
     const bool isNear = (place - m_place).manhattanLength() <= QApplication::startDragDistance();
-    if (m_isWithinInterval && isNear && m_target != target)
-        return true;
-    m_target = target;
-    m_place = place;
-    m_isWithinInterval = true;
+    const bool isTooMany = m_isWithinInterval && isNear && m_target != target;
+    if (!isTooMany) {
+        m_target = target;
+        m_place = place;
+    }
+    m_isWithinInterval = true;  // anew after each, for a hand that presses three times
     m_intervalEnd = m_clock.after(std::chrono::milliseconds(QApplication::doubleClickInterval()),
         [this] { m_isWithinInterval = false; });
-    return false;
+    return isTooMany;
 }
 
 bool PressGuard::eventFilter(QObject* watched, QEvent* event) {
@@ -31,7 +32,7 @@ bool PressGuard::eventFilter(QObject* watched, QEvent* event) {
     if (!isPress && type != QEvent::MouseButtonRelease)
         return false;
     auto* target = qobject_cast<QWidget*>(watched);
-    if (!target || (target != &m_guarded && !m_guarded.isAncestorOf(target)))
+    if (!target || target->window() != m_guarded.window())
         return false;
     if (!isPress)
         return std::exchange(m_hasSwallowed, false);

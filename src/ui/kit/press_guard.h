@@ -14,7 +14,7 @@ namespace tralio {
 /// widget that got the first one.
 class PressGuard final : public QObject {
 public:
-    /// Guards a widget and all in it; both outlive the guard.
+    /// Guards the window that a widget is in, with the menus that lie over it; both outlive the guard.
     PressGuard(QWidget& guarded, Clock& clock);
 
 protected:

@@ -88,8 +88,10 @@ TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent
         connect(tab, &Control::clicked, this, [this, index] {
             if (index != m_current) {
                 const QWidget* focus = window()->focusWidget();
-                m_isWalked = focus != nullptr && isAncestorOf(focus) && isKeyboardFocus(Qt::TabFocusReason);
+                const bool isWalked =
+                    focus != nullptr && isAncestorOf(focus) && isKeyboardFocus(Qt::TabFocusReason);
                 setCurrent(index);
+                m_isWalked = isWalked;
                 Q_EMIT selected(index);
             }
         });
@@ -115,6 +117,7 @@ void TabStrip::check(int index) {
 void TabStrip::setCurrent(int index) {
     check(index);
     if (index != m_current) {
+        m_isWalked = false;  // by what else there is in the window, or by another program
         m_current = index;
         slideTo(index);
     }

@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "ui/kit/label.h"
 #include "ui/kit/painting.h"
+#include "ui/kit/stack.h"
 #include "ui/kit/theme.h"
 
 namespace tralio {
@@ -17,19 +19,23 @@ namespace {
 
 constexpr int delay = 600;  // milliseconds
 constexpr int paddingAcross = 8;
-constexpr int bubbleHeight = text::caption.line + 2 * 4;
+constexpr int paddingAlong = 4;
 constexpr int tooltipDistance = 6;  // from the widget
 constexpr int tooltipInset = 6;
 
 /// The bubble is a child of the widget's window: it needs no compositor and takes no focus.
 class Bubble final : public QWidget {
 public:
-    Bubble(QWidget& target, const QString& text) : QWidget(target.window()), m_text(text) {
+    Bubble(QWidget& target, const QString& text) : QWidget(target.window()) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
+        auto* label = new Label(text, text::caption, ColorRole::tooltipText);
+        label->setWraps();
+        filled(
+            this, column({.padding = {paddingAcross, paddingAlong, paddingAcross, paddingAlong}}, {label}));
         const QRect room =
             parentWidget()->rect().adjusted(tooltipInset, tooltipInset, -tooltipInset, -tooltipInset);
-        const QSize size(
-            std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width()), bubbleHeight);
+        const int width = std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width());
+        const QSize size(width, label->heightForWidth(width - 2 * paddingAcross) + 2 * paddingAlong);
         const QRect anchor(target.mapTo(parentWidget(), QPoint()), target.size());
         QRect place({anchor.center().x() - size.width() / 2, anchor.bottom() + 1 + tooltipDistance}, size);
         if (place.bottom() > room.bottom())
@@ -42,12 +48,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         paintFill(painter, rect(), radius::control, color(ColorRole::tooltip));
-        paintText(painter, rect().adjusted(paddingAcross, 0, -paddingAcross, 0), text::caption,
-            color(ColorRole::tooltipText), m_text, Qt::AlignHCenter);
     }
-
-private:
-    QString m_text;
 };
 
 /// Watches every widget that has a tooltip; one of them at a time has the pointer.

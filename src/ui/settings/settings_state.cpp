@@ -7,6 +7,7 @@
 
 #include "common/clock.h"
 #include "common/localized_error.h"
+#include "common/on_change.h"
 #include "engine/ai_service.h"
 #include "hotkeys/permission_watch.h"
 #include "state/app_settings.h"
@@ -27,6 +28,10 @@ constexpr Modifiers controlOptionCommand = Modifier::control | Modifier::option 
 SettingsState::SettingsState(Dependencies needs) : m_needs(std::move(needs)) {
     connect(
         &m_needs.permissions, &ObservableObject::objectWillChange, this, &ObservableObject::objectWillChange);
+    // Also by what brings the settings back.
+    onChange(
+        settings(), this, [this] { return settings().selectedPresetId(); },
+        [this] { testResult = std::nullopt; });
 }
 
 SettingsState::~SettingsState() {
@@ -169,7 +174,6 @@ void SettingsState::chooseProvider(const QString& presetId) {
     for (const ProviderPreset& preset : ProviderPreset::presets()) {
         if (preset.id == presetId) {
             settings().applyPreset(preset);
-            testResult = std::nullopt;
             return;
         }
     }

@@ -117,19 +117,33 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
 
 void TranslateState::endRecognition(const std::stop_token& stop, const QString& text,
     const std::optional<QString>& failure, AutoTranslate autoTranslate) {
+    m_needs.appState.endReading(stop);
     if (!m_mainState)
         return;
     countRecognitions(-1);
     if (stop.stop_requested())
         return;
-    if (failure)
+    if (!failure)
+        takeText(text, autoTranslate);
+    else if (m_panel)
         showError(failure);
     else
-        takeText(text, autoTranslate);
+        m_needs.appState.readingFailure = failure;
+}
+
+bool TranslateState::isReplaced() const {
+    return !m_panel && m_needs.appState.translatePanel;
 }
 
 void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) {
     const QString trimmed = text.trimmed();
+    if (isReplaced()) {
+        if (autoTranslate == AutoTranslate::yes)
+            m_needs.appState.requestTranslation(trimmed);
+        else
+            m_needs.appState.offerTranslation(trimmed);
+        return;
+    }
     if (trimmed.isEmpty() || !admits(trimmed))
         return;
     inputText.set(trimmed);
@@ -180,10 +194,11 @@ bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
 QCoro::Task<void> TranslateState::translateFile(QString path) {
     const auto self = shared_from_this();
     stopAwaitingPicture();
+    const int number = ++m_textFiles;
     auto reading = readTextFile(std::move(path));
     const std::optional<QString> text = co_await std::move(reading);
-    if (!m_mainState || !text)
-        co_return;
+    if (!m_mainState || !text || number != m_textFiles)
+        co_return;  // what was dropped last counts
     const QString trimmed = text->trimmed();
     if (!admits(trimmed))
         co_return;

@@ -75,6 +75,8 @@ TranslateState::TranslateState(Dependencies needs, Binding<QString> input)
 
 void TranslateState::appear(QObject* panel) {
     AppState& appState = m_needs.appState;
+    m_panel = panel;
+    appState.translatePanel = panel;
     onChange(
         appState, panel, [&appState] { return appState.translateTriggerId(); },
         [this] { checkAndTriggerPendingTranslation(); });
@@ -83,18 +85,21 @@ void TranslateState::appear(QObject* panel) {
         [this, panel] {
             m_needs.clock.after(pendingTextDelay, panel, [this] { checkAndTriggerPendingTranslation(); });
         });
-    SpeechService& speech = m_needs.speech;
     // Told once; also what has come while another tab was there.
-    const auto tellFailure = [this, &speech] {
-        const std::optional<QString> told = speech.failure();
-        if (!told)
-            return;
-        speech.failure = std::nullopt;
-        showError(told);
+    const auto tell = [this, panel](ObservableObject& teller, Observable<std::optional<QString>>& failure) {
+        const auto tellFailure = [this, &failure] {
+            const std::optional<QString> told = failure();
+            if (!told)
+                return;
+            failure = std::nullopt;
+            showError(told);
+        };
+        onChange(
+            teller, panel, [&failure] { return failure(); }, tellFailure);
+        tellFailure();
     };
-    onChange(
-        speech, panel, [&speech] { return speech.failure(); }, tellFailure);
-    tellFailure();
+    tell(m_needs.speech, m_needs.speech.failure);
+    tell(appState, appState.readingFailure);
     onChange(
         appState, panel, [&appState] { return appState.storeTrouble(); },
         [this] { Q_EMIT objectWillChange(); });
@@ -102,7 +107,7 @@ void TranslateState::appear(QObject* panel) {
 }
 
 bool TranslateState::isRecognizing() const {
-    return isOCROngoing() || m_needs.appState.isReadingCapture();
+    return isOCROngoing() || m_needs.appState.isReading();
 }
 
 qsizetype TranslateState::linesRead() const {

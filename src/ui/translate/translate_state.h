@@ -80,7 +80,7 @@ public:
     [[nodiscard]] SpeechService& speechService() { return m_needs.speech; }
     [[nodiscard]] AppState& appState() { return m_needs.appState; }
     [[nodiscard]] bool canTranslate() const;
-    /// Whether a picture is read, for this panel or for the shell.
+    /// Whether a picture is read, for this panel, one that was left, or the shell.
     [[nodiscard]] bool isRecognizing() const;
     /// How many lines of that picture have been read.
     [[nodiscard]] qsizetype linesRead() const;
@@ -127,6 +127,8 @@ private:
     void endRecognition(const std::stop_token& stop, const QString& text,
         const std::optional<QString>& failure, AutoTranslate autoTranslate);
     void takeText(const QString& text, AutoTranslate autoTranslate);
+    /// Whether the user looks at another panel of this kind, to which it belongs what comes here.
+    [[nodiscard]] bool isReplaced() const;
     void countRecognitions(int change);
     void stopAwaitingPicture();
     /// Whether a text is short enough; the user is told when it is not.
@@ -141,6 +143,8 @@ private:
     qint64 m_errors = 0;              ///< how often the error has changed
     qint64 m_errorsWhileReading = 0;  ///< as it stood when the last reading began
     std::optional<QString> m_errorBeforeReading;
+    int m_textFiles = 0;            ///< that were dropped
+    QPointer<QObject> m_panel;      ///< that shows this
     QPointer<QObject> m_mainState;  ///< whoever owns the input, the settings and the history
     std::optional<std::stop_source> m_awaitedPicture;  ///< from the clipboard's owner
     std::stop_source m_currentTask{std::nostopstate};
