@@ -47,6 +47,8 @@ QString joined(const std::vector<TextObservation>& observations) {
 QCoro::Task<QString> textOf(
     TextRecognizer& recognizer, ImageSource image, std::stop_token stop, LinesRead linesRead) {
     const std::optional<QStringList> languages = co_await chooseLanguages(recognizer, stop);
+    if (stop.stop_requested())
+        throw OCRError::noTextFound();  // nobody waits for it
     std::vector<TextObservation> observations;
     try {
         const RecognitionRequest request{.languages = languages};

@@ -184,6 +184,11 @@ TEST_F(OCRServiceTest, the_recogniser_is_asked_for_the_preferred_languages_that_
         EXPECT_EQ(recognizer.requests.back(),
             (RecognitionRequest{RecognitionRequest::Level::accurate, true, given.asked}));
     }
+
+    std::stop_source gone;
+    gone.request_stop();
+    EXPECT_FALSE(endingOf(service.recognizeText(image, gone.get_token())).result);
+    EXPECT_EQ(recognizer.requests.size(), std::size(cases)) << "a picture that nobody waits for";
 }
 
 TEST_F(OCRServiceTest, lines_that_say_nothing_are_no_text) {

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
-#include <map>
 #include <utility>
 
 #include "ocr/reading_order.h"
@@ -22,40 +20,33 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
     return groupIntoBlocks(std::move(lines));
 }
 
-/// Gives lines of a column one left edge, but for one beside which another would come to stand on the wrong
-/// side of it.
-void align(std::vector<ReadLine>& lines, const std::vector<size_t>& run) {
-    double left = std::numeric_limits<double>::max();
-    for (const size_t line : run)
-        left = std::min(left, lines[line].box.left());
-    for (const size_t line : run) {
-        QRectF& box = lines[line].box;
-        const bool hasNeighbour = std::ranges::any_of(lines, [&](const ReadLine& other) {
-            return other.box.left() < box.left() && other.box.left() >= left && shareHeight(other.box, box);
+/// Lines that are one below the other in a tall picture are so near by its measure that the reading order
+/// takes them for one row, and goes by where they begin. Where there are such, every line gets a left edge by
+/// its place among all, rows from the top and each from the left: within the order's tolerance that decides,
+/// and beyond it the height, which says the same.
+void placeInOrder(std::vector<ReadLine>& lines, int pictureHeight) {
+    constexpr double sameRow = 0.4;  // of the mean of two heights, as the reading order has it
+    const auto middle = [](const ReadLine* line) { return line->box.center().y(); };
+    std::vector<ReadLine*> order;
+    for (ReadLine& line : lines)
+        order.push_back(&line);
+    std::ranges::stable_sort(order, {}, middle);
+    bool areRowsNear = false;
+    for (auto first = order.begin(); first != order.end();) {
+        const auto next = std::find_if(first, order.end(), [&](const ReadLine* line) {
+            return middle(line) - middle(*first) >
+                sameRow * (line->box.height() + (*first)->box.height()) / 2;
         });
-        if (!hasNeighbour)
-            box.setLeft(left);
+        areRowsNear |=
+            next != order.end() && middle(*next) - middle(*first) <= leastRowTolerance * pictureHeight;
+        std::stable_sort(
+            first, next, [](const ReadLine* a, const ReadLine* b) { return a->box.left() < b->box.left(); });
+        first = next;
     }
-}
-
-/// Of a tall picture, lines that are one below the other are so near by its measure that the reading order
-/// takes them for one row, and goes by where they begin: an indented line would be read out of its place.
-/// Such lines of a column get one left edge, so that they keep the order they have.
-void alignColumns(Reading& reading, const std::vector<int>& columns, int pictureHeight) {
-    const double tolerance = leastRowTolerance * pictureHeight;
-    std::map<int, std::vector<size_t>> runs;  // by column, of lines that near
-    for (size_t i = 0; i < columns.size(); ++i) {
-        std::vector<size_t>& run = runs[columns[i]];
-        const QRectF& box = reading.lines[i].box;
-        const double below = run.empty() ? 0 : box.center().y() - reading.lines[run.back()].box.center().y();
-        if (below <= box.height() / 2 || below > tolerance) {
-            align(reading.lines, run);
-            run.clear();
-        }
-        run.push_back(i);
-    }
-    for (const auto& [column, run] : runs)
-        align(reading.lines, run);
+    if (!areRowsNear)
+        return;
+    for (size_t rank = 0; rank < order.size(); ++rank)
+        order[rank]->box.moveLeft(double(rank) / double(order.size()));
 }
 
 }  // namespace
@@ -68,17 +59,15 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
     const BlockPainter painter(marks, shapes, blocks);
     BlockReader reader(engines, packs, painter, budget);
     Reading all;
-    std::vector<int> columns;  // of the lines
     for (const TextBlock& block : blocks) {
         if (!budget.allowsMore())
             break;
         Reading part = reader.read(block, effort);
         all.lines.insert(
             all.lines.end(), std::move_iterator(part.lines.begin()), std::move_iterator(part.lines.end()));
-        columns.resize(all.lines.size(), block.column);
         linesRead(std::ssize(all.lines));
     }
-    alignColumns(all, columns, image.height());
+    placeInOrder(all.lines, image.height());
     return all;
 }
 

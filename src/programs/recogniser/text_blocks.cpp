@@ -104,17 +104,13 @@ std::vector<TextBlock> groupIntoBlocks(std::vector<TextLine> lines) {
     };
 
     std::vector<TextBlock> blocks;
-    int columns = 0;
     std::vector<size_t> blockOf(lines.size());
     for (size_t i = 0; i < lines.size(); ++i) {
         const Neighbour upper = above(i);
         const bool isOfColumn = upper && *upper < i && below(*upper) == i;
         const bool continues = isOfColumn && hasRoom(blocks[blockOf[*upper]], lines[i]);
-        if (!continues) {
-            const int column = isOfColumn ? blocks[blockOf[*upper]].column : columns++;
-            blocks.push_back(
-                {{}, {}, column, lines[i].region, lines[i].isShaded, lines[i].kind, lines[i].colour});
-        }
+        if (!continues)
+            blocks.push_back({{}, {}, lines[i].region, lines[i].isShaded, lines[i].kind, lines[i].colour});
         blockOf[i] = continues ? blockOf[*upper] : blocks.size() - 1;
         TextBlock& block = blocks[blockOf[i]];
         block.box |= lines[i].box;

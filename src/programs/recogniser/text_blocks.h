@@ -10,7 +10,6 @@ namespace tralio {
 struct TextBlock {
     std::vector<TextLine> lines;  ///< from the top
     QRect box;
-    int column = 0;  ///< blocks of one number stand one below the other
     int region = 0;
     bool isShaded = false;
     TextMarks::Kind kind = TextMarks::Kind::difference;

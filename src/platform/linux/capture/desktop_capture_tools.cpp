@@ -29,8 +29,10 @@ bool GrimCapture::isInstalled() {
 
 QCoro::Task<qint32> GrimCapture::run(QString outputPath) {
     const ProgramResult drawn = co_await runProgram(slurp, QStringList(), whileTheUserDraws);
-    if (drawn.status != 0)
+    if (drawn.status != 0) {
+        debugLog(u"GrimCapture: slurp ended with status %1"_s.arg(drawn.status));  // a cancel's is the same
         co_return drawn.status;
+    }
     const QStringList arguments{u"-g"_s, QString::fromUtf8(drawn.output).trimmed(), outputPath};
     const ProgramResult picture = co_await runProgram(grim, arguments, whileItDraws);
     if (picture.status != 0)
