@@ -21,6 +21,7 @@
 #include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/process/end_signals.h"
 #include "platform/linux/process/memory_privacy.h"
+#include "platform/linux/wayland/magnified_xwayland.h"
 #include "platform/linux/wayland/toolkit_platform.h"
 #include "state/app_settings.h"
 #include "ui/kit/theme.h"
@@ -72,7 +73,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(u"tralio"_s);
     std::signal(SIGPIPE, SIG_IGN);  // pipes and sockets are many; that one has closed is told by its error
     std::optional<ToolkitPlatform> toolkitPlatform(std::in_place);
-    std::optional<TextScale> textScale(std::in_place);
+    std::optional<TextScale> textScale(std::in_place, &compositorScreens);
     QApplication application(argc, argv);
     textScale.reset();
     toolkitPlatform.reset();

@@ -9,6 +9,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include "platform/linux/desktop/text_scale.h"
+
 namespace tralio {
 namespace {
 
@@ -99,6 +101,8 @@ void DesktopAppearance::apply(const QString& group, const QString& key, const QV
         m_accent = portalColour(value);
     } else if (group == gnomeGroup && key == u"enable-animations") {
         m_reducedMotion = !value.toBool();
+    } else if (group == gnomeGroup && key == u"text-scaling-factor") {
+        TextScale::remember(value.toDouble());
     }
 }
 

@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDir>
+#include <QFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QVariant>
@@ -33,10 +34,11 @@ struct XScreen {
 constexpr double leastWidth = 550;
 constexpr double leastHeight = 440;
 
+double roomIn(double width, double height) {
+    return std::min(width / leastWidth, height / leastHeight);
+}
+
 double roomOn(xcb_connection_t* xcb, const xcb_screen_t& screen) {
-    const auto roomIn = [](double width, double height) {
-        return std::min(width / leastWidth, height / leastHeight);
-    };
     const std::unique_ptr<xcb_randr_get_monitors_reply_t, decltype(&free)> monitors(
         xcb_randr_get_monitors_reply(xcb, xcb_randr_get_monitors(xcb, screen.root, 1), nullptr), &free);
     double room = roomIn(screen.width_in_pixels, screen.height_in_pixels);
@@ -67,7 +69,11 @@ XScreen xScreen() {
     return result;
 }
 
-/// GNOME's, which other desktops' portals tell, too.
+QString rememberedScale() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tralio/text-scale"_s;
+}
+
+/// GNOME's, which other desktops' portals tell, too; what it told last where it is not there yet.
 double portalScale() {
     const QString name = u"tralio text scale"_s;
     double scale = 1;
@@ -77,8 +83,15 @@ double portalScale() {
             u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"Read"_s);
         read << u"org.gnome.desktop.interface"_s << u"text-scaling-factor"_s;
         read.setAutoStartService(false);  // at the start of a session that would take a second
-        QVariant value =
-            bus.isConnected() ? bus.call(read, QDBus::Block, portalLimit).arguments().value(0) : QVariant();
+        const QDBusMessage reply = bus.call(read, QDBus::Block, portalLimit);
+        QVariant value = reply.arguments().value(0);
+        if (reply.type() == QDBusMessage::ErrorMessage) {
+            QFile remembered(rememberedScale());
+            bool isNumber = false;
+            const double last =
+                remembered.open(QIODevice::ReadOnly) ? remembered.read(20).toDouble(&isNumber) : 0;
+            value = isNumber ? QVariant(last) : QVariant();
+        }
         while (value.canConvert<QDBusVariant>())
             value = value.value<QDBusVariant>().variant();
         if (value.userType() == QMetaType::Double)
@@ -96,21 +109,24 @@ double kdeScale(bool isWayland) {
     return dpi > 0 ? dpi / usualDpi : 1;
 }
 
-double desktopScale() {
+double desktopScale(const std::function<std::vector<QSize>()>& compositorScreens) {
     const bool isWayland = qEnvironmentVariable("QT_QPA_PLATFORM").startsWith(u"wayland");
-    const XScreen screen = isWayland ? XScreen() : xScreen();
+    XScreen screen = isWayland ? XScreen() : xScreen();
     if (screen.hasDpi)
         return 1;
     const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
     const double wanted = isKde ? kdeScale(isWayland) : portalScale();
+    if (isWayland && wanted > 1)
+        for (const QSize& size : compositorScreens())
+            screen.room = std::max(std::min(screen.room, roomIn(size.width(), size.height())), 1.0);
     constexpr double least = 0.5;
     return std::clamp(wanted, least, std::min(most, screen.room));
 }
 
 }  // namespace
 
-TextScale::TextScale() {
-    const double scale = desktopScale();
+TextScale::TextScale(const std::function<std::vector<QSize>()>& compositorScreens) {
+    const double scale = desktopScale(compositorScreens);
     if (scale == 1)
         return;
     m_former = qgetenv(scaleVariable);
@@ -123,6 +139,16 @@ TextScale::~TextScale() {
         qunsetenv(scaleVariable);
     else if (m_former)
         qputenv(scaleVariable, *m_former);
+}
+
+void TextScale::remember(double portalScale) {
+    QFile remembered(rememberedScale());
+    const QByteArray number = QByteArray::number(portalScale);
+    if (remembered.open(QIODevice::ReadWrite) && remembered.readAll() != number) {
+        remembered.resize(0);
+        remembered.seek(0);
+        remembered.write(number);
+    }
 }
 
 }  // namespace tralio

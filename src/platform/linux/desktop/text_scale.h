@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSize>
 
+#include <functional>
 #include <optional>
+#include <vector>
 
 namespace tralio {
 
@@ -15,11 +18,15 @@ namespace tralio {
 /// The scale is for this process: programs that it starts must not inherit it.
 class TextScale final {
 public:
-    TextScale();
+    /// `compositorScreens` is asked where the windows are Wayland's own, for sizes in their units.
+    explicit TextScale(const std::function<std::vector<QSize>()>& compositorScreens);
     TextScale(const TextScale&) = delete;
     TextScale& operator=(const TextScale&) = delete;
     /// To be called once the application object is there.
     ~TextScale();
+
+    /// Keeps what the desktop's portal tells for the next start, which may come before the portal's.
+    static void remember(double portalScale);
 
 private:
     std::optional<QByteArray> m_former;  ///< the variable's value, if it was changed

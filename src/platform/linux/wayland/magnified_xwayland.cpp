@@ -14,7 +14,9 @@ namespace tralio {
 namespace {
 
 struct Screen {
-    qint64 pixels = 0;
+    [[nodiscard]] qint64 pixels() const { return qint64{size.width()} * size.height(); }
+
+    QSize size;  ///< in pixels
     qint32 scale = 1;
 };
 
@@ -29,7 +31,7 @@ constexpr wl_output_listener screenListener{
     .mode =
         [](void* data, wl_output*, quint32 flags, qint32 width, qint32 height, qint32 /*refresh*/) {
             if (flags & WL_OUTPUT_MODE_CURRENT)
-                screen(data).pixels = qint64{width} * height;
+                screen(data).size = QSize(width, height);
         },
     .done = [](void*, wl_output*) {},
     .scale = [](void* data, wl_output*, qint32 factor) { screen(data).scale = factor; },
@@ -79,7 +81,14 @@ bool isXwaylandMagnified() {
     return isAnyDense &&
         pixelsOfX11() < std::accumulate(
                             screens.begin(), screens.end(), qint64{0},
-                            [](qint64 sum, const Screen& screen) { return sum + screen.pixels; });
+                            [](qint64 sum, const Screen& screen) { return sum + screen.pixels(); });
+}
+
+std::vector<QSize> compositorScreens() {
+    std::vector<QSize> sizes;
+    for (const Screen& screen : screensOfCompositor())
+        sizes.push_back(screen.size / std::max(screen.scale, 1));
+    return sizes;
 }
 
 }  // namespace tralio
