@@ -100,6 +100,10 @@ void AppDelegate::showPopover() {
 }
 
 void AppDelegate::introduceWithoutTray() {
+    if (m_needs.hotKeys.keys().isUserAsked()) {  // our window would cover the question
+        m_needs.clock.after(trayDelay, this, [this] { introduceWithoutTray(); });
+        return;
+    }
     if (!m_needs.statusItem.isInTray() && !m_needs.popover.isShown())
         showPopover();
 }

@@ -21,7 +21,7 @@
 #include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/process/end_signals.h"
 #include "platform/linux/process/memory_privacy.h"
-#include "platform/linux/wayland/magnified_xwayland.h"
+#include "platform/linux/wayland/compositor_screens.h"
 #include "platform/linux/wayland/toolkit_platform.h"
 #include "state/app_settings.h"
 #include "ui/kit/theme.h"
@@ -36,6 +36,14 @@ using namespace tralio;
 void applyAppearance(const DesktopAppearance& desktop) {
     const DesktopAppearance::Look look = desktop.look();
     Theme::setAppearance({look.dark, look.accent.value_or(Colors::defaultAccent()), look.reducedMotion});
+}
+
+std::vector<QSize> sizesOfCompositorScreens() {
+    std::vector<QSize> sizes;
+    for (const CompositorScreen& screen : compositorScreens())
+        if (!screen.size.isEmpty())
+            sizes.push_back(screen.size);
+    return sizes;
 }
 
 QWidget* makeContent(Services& services) {
@@ -73,7 +81,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(u"tralio"_s);
     std::signal(SIGPIPE, SIG_IGN);  // pipes and sockets are many; that one has closed is told by its error
     std::optional<ToolkitPlatform> toolkitPlatform(std::in_place);
-    std::optional<TextScale> textScale(std::in_place, &compositorScreens);
+    std::optional<TextScale> textScale(std::in_place, &sizesOfCompositorScreens);
     QApplication application(argc, argv);
     textScale.reset();
     toolkitPlatform.reset();

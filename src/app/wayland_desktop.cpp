@@ -130,8 +130,11 @@ void WaylandDesktop::chooseSelections() {
             return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, deadline);
         };
         auto primary = std::make_unique<FollowedPrimarySelection>(std::move(session));
-        m_primaryWatch = std::make_unique<X11SelectionWatch>(*m_xwayland, XCB_ATOM_PRIMARY,
-            [followed = primary.get()](xcb_timestamp_t) { followed->noteChange(); });
+        m_primaryWatch = std::make_unique<X11SelectionWatch>(
+            *m_xwayland, XCB_ATOM_PRIMARY, [this, followed = primary.get()](xcb_timestamp_t) {
+                followed->noteChange();
+                m_focusedSelection.noteChange();
+            });
         m_primary = std::move(primary);
     } else {
         debugLog(

@@ -60,6 +60,9 @@ public:
     virtual void installStatusHandler(StatusHandler handler) = 0;
     [[nodiscard]] virtual Registration registerHotKey(const KeyCombination& combination, HotKeyID id) = 0;
     virtual void unregisterHotKey(HotKeyRef ref) = 0;
+
+    /// Whether the desktop is asking its user for hot keys, in a window of its own.
+    [[nodiscard]] virtual bool isUserAsked() const { return false; }
 };
 
 }  // namespace tralio

@@ -37,6 +37,8 @@ public:
     Action onTextTrigger;
     Action onOCRTrigger;
 
+    [[nodiscard]] bool isUserAsked() const { return m_platform.isUserAsked(); }
+
     /// While it exists, presses go to `handler` instead of to the actions. There is one at a time.
     class Interception final {
     public:

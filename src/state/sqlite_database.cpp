@@ -121,26 +121,34 @@ void SqliteDatabase::Closer::operator()(sqlite3_stmt* statement) const {
 
 std::unique_ptr<SqliteDatabase> SqliteDatabase::open(
     const QString& path, std::chrono::milliseconds patience) {
-    const auto construct = [&](const QByteArray& name, int flags) {
-        return std::unique_ptr<SqliteDatabase>(new SqliteDatabase(name, flags, patience));
+    const auto construct = [&](const QByteArray& name, int flags, Use use) {
+        return std::unique_ptr<SqliteDatabase>(new SqliteDatabase(name, flags, patience, use));
     };
+    const QByteArray name = QFile::encodeName(path);
+    constexpr int writing = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     try {
-        return construct(QFile::encodeName(path), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+        return construct(name, writing, Use::shared);
     } catch (const SqliteError& error) {
         if (!error.isAccess() || !QFile::exists(path))
             throw;
-        // On a read-only or full disk the side files cannot be created. Without them the file can still be
-        // read as one that nobody changes; but what is wrong with it then is no proof of damage.
+        // On a read-only or full disk the side files cannot be created. Whoever has the file alone needs none
+        // to read it with its log, nor does one that reads it as if nobody changed it; but what is wrong with
+        // it then is no proof of damage.
+        try {
+            return construct(name, writing, Use::makeshift);
+        } catch (const SqliteError&) {
+        }
         try {
             return construct(QUrl::fromLocalFile(path).toEncoded() + "?immutable=1",
-                SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+                SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, Use::makeshift);
         } catch (const SqliteError&) {
         }
         throw;
     }
 }
 
-SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::milliseconds patience) {
+SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::milliseconds patience, Use use)
+    : m_use(use) {
     sqlite3* handle = nullptr;
     const int code = sqlite3_open_v2(
         name.constData(), &handle, flags | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX, nullptr);
@@ -151,7 +159,9 @@ SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::m
     const auto execute = [this](const char* sql) {
         return sqlite3_exec(m_handle.get(), sql, nullptr, nullptr, nullptr);
     };
-    check(execute("PRAGMA cache_size = -64"));  // in KiB: nobody reads the same value twice
+    if (use == Use::makeshift)
+        check(execute("PRAGMA locking_mode = EXCLUSIVE"));  // before anything that reads
+    check(execute("PRAGMA cache_size = -64"));              // in KiB: nobody reads the same value twice
     checkIntegrity();
     // Not every file system offers a write-ahead log. Without one writing is slower, but as safe.
     execute("PRAGMA journal_mode = WAL");
@@ -219,7 +229,7 @@ void SqliteDatabase::emptyLog() {
 }
 
 bool SqliteDatabase::takesWrites() const {
-    return sqlite3_db_readonly(m_handle.get(), "main") == 0 && !hasMoved();
+    return m_use == Use::shared && sqlite3_db_readonly(m_handle.get(), "main") == 0 && !hasMoved();
 }
 
 void SqliteDatabase::setPatience(std::chrono::milliseconds patience) {

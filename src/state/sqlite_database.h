@@ -57,8 +57,8 @@ public:
     /// unless somebody is reading there.
     void emptyLog();
 
-    /// Whether writing makes sense: not once the file has been removed or replaced, nor when it was opened
-    /// for reading only. Opening it anew may help.
+    /// Whether writing makes sense: not once the file has been removed or replaced, nor when it could not be
+    /// opened as usual. Opening it anew may help.
     [[nodiscard]] bool takesWrites() const;
 
     /// How long an operation waits for another process that locks the file.
@@ -72,13 +72,17 @@ private:
     using Handle = std::unique_ptr<sqlite3, Closer>;
     using Statement = std::unique_ptr<sqlite3_stmt, Closer>;
 
-    SqliteDatabase(const QByteArray& name, int flags, std::chrono::milliseconds patience);
+    /// A makeshift keeps other programs out and is for the time until the file can be opened as usual.
+    enum class Use { shared, makeshift };
+
+    SqliteDatabase(const QByteArray& name, int flags, std::chrono::milliseconds patience, Use use);
 
     [[nodiscard]] Statement prepare(const char* sql) const;
     void check(int code) const;
     void checkIntegrity() const;
     [[nodiscard]] bool hasMoved() const;
 
+    Use m_use;
     Handle m_handle;  // closed after the statements are gone
     Statement m_select;
     Statement m_upsert;

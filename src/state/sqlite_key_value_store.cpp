@@ -152,8 +152,10 @@ void SqliteKeyValueStore::open() {
     if (!m_isLossUntold)
         return;
     setTrouble(StoreTrouble::unreadable);
-    m_database->write(damageKey, true);
     m_isLossUntold = false;
+    m_unsaved.insert_or_assign(damageKey, true);  // until it is written
+    m_database->write(damageKey, true);
+    m_unsaved.erase(damageKey);
 }
 
 bool SqliteKeyValueStore::writeUnsaved(const QString& key) {

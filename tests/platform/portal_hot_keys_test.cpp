@@ -116,8 +116,17 @@ TEST_F(PortalTest, a_silent_list_keeps_the_hot_keys_from_being_bound_for_its_tim
     ASSERT_TRUE(startAll([](auto& told) { told.silentMethods = {u"ListShortcuts"_s}; }));
     ASSERT_TRUE(isCalled(u"ListShortcuts"_s));
     EXPECT_TRUE(desktop->bound.isEmpty());
+    desktop->silentMethods += u"BindShortcuts"_s;
+    clock.advance(30s);
+    ASSERT_TRUE(isCalled(u"BindShortcuts"_s));
+    EXPECT_TRUE(hotKeys->isUserAsked()) << "as far as one can tell";
+    endAll();
+
+    ASSERT_TRUE(startAll([](auto& told) { told.silentMethods = {u"ListShortcuts"_s}; }));
+    ASSERT_TRUE(isCalled(u"ListShortcuts"_s));
     clock.advance(30s);
     EXPECT_TRUE(isBound());
+    EXPECT_TRUE(eventually([&] { return !hotKeys->isUserAsked(); }));
     endAll();
 
     // No answer to what was bound is no refusal, and a press says more.

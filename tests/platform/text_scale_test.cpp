@@ -42,6 +42,9 @@ TEST_F(TextScaleTest, is_what_the_portal_told_last_as_far_as_the_window_has_room
         TextScale::remember(told);
         EXPECT_EQ(scaleWith({}).toDouble(), told);
     }
+    TextScale::remember(1);
+    EXPECT_TRUE(QDir(folder.filePath(u"tralio"_s)).isEmpty()) << "another desktop has none";
+    TextScale::remember(1.5);
     const std::vector<QSize> small{{1920, 1080}, {640, 480}};
     EXPECT_EQ(scaleWith(small).toDouble(), 1.5) << "an X server tells of its own screens";
     qputenv("QT_QPA_PLATFORM", "wayland;xcb");

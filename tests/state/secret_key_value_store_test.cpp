@@ -95,6 +95,8 @@ TEST_F(SecretKeyValueStoreTest, a_key_given_up_while_a_keeper_is_slow_is_forgott
     EXPECT_EQ(store.timesForgotten, 0);
     settings->setValue(apiKey, QString());
     EXPECT_EQ(store.timesForgotten, 1) << "nor does a deleted key stay on the disk";
+    settings->forgetOverwritten();
+    EXPECT_EQ(store.timesForgotten, 2) << "nor what the history asks for through it";
     keeper.isLocked = true;
     keeper.answerKeep(Answer::unavailable);
     EXPECT_TRUE(isToBeForgotten()) << "it may have kept the key and not said so";

@@ -261,9 +261,21 @@ TEST_F(SqliteFailureTest, values_that_will_not_survive_are_trouble_for_as_long_a
 
 TEST_F(SqliteFailureTest, what_a_full_disk_keeps_from_being_opened_for_writing_is_read_and_written_later) {
     makeStore(u"old"_s, u"value"_s);
+    // What the disk had no room for at the end stands in the log.
+    {
+        SqliteKeyValueStore before(path());
+        before.setValue(u"new"_s, u"in the log"_s);
+        for (const QString& side : {QString(), u"-wal"_s})
+            ASSERT_TRUE(QFile::copy(path() + side, path() + u".copy"_s + side));
+    }
+    for (const QString& side : {QString(), u"-wal"_s}) {
+        QFile::remove(path() + side);
+        ASSERT_TRUE(QFile::rename(path() + u".copy"_s + side, path() + side));
+    }
     std::optional<FileSizeLimit> full(1000);
     SqliteKeyValueStore store(path());
     EXPECT_EQ(store.value(u"old"_s), StoredValue(u"value"_s));
+    EXPECT_EQ(store.value(u"new"_s), StoredValue(u"in the log"_s));
     EXPECT_EQ(store.trouble(), StoreTrouble::unsaved);
     full.reset();
     store.setValue(u"a"_s, true);

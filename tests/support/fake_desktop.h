@@ -44,6 +44,7 @@ public:
         return {HotKeyStatus::registered, ref};
     }
     void unregisterHotKey(HotKeyRef ref) override { registered.erase(ref); }
+    bool isUserAsked() const override { return userAsked; }
 
     [[nodiscard]] std::vector<Request> registrations() const {
         std::vector<Request> requests;
@@ -54,6 +55,7 @@ public:
 
     EventHandler handler;
     StatusHandler statusHandler;
+    bool userAsked = false;
     HotKeyStatus nextStatus = HotKeyStatus::registered;  ///< refuses one registration when it is another
     std::map<HotKeyRef, Request> registered;
     quint64 lastRef = 0;

@@ -27,18 +27,21 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
 void placeInOrder(std::vector<ReadLine>& lines, int pictureHeight) {
     constexpr double sameRow = 0.4;  // of the mean of two heights, as the reading order has it
     const auto middle = [](const ReadLine* line) { return line->box.center().y(); };
+    const auto isBelowRow = [&](const ReadLine& line, const ReadLine& row) {
+        // A headline or a large number beside a table does not join its rows.
+        const auto [low, high] = std::minmax(line.box.height(), row.box.height());
+        return line.box.center().y() - row.box.center().y() > sameRow * (low + std::min(high, 2 * low)) / 2;
+    };
     std::vector<ReadLine*> order;
     for (ReadLine& line : lines)
         order.push_back(&line);
     std::ranges::stable_sort(order, {}, middle);
     bool areRowsNear = false;
     for (auto first = order.begin(); first != order.end();) {
-        const auto next = std::find_if(first, order.end(), [&](const ReadLine* line) {
-            return middle(line) - middle(*first) >
-                sameRow * (line->box.height() + (*first)->box.height()) / 2;
-        });
-        areRowsNear |=
-            next != order.end() && middle(*next) - middle(*first) <= leastRowTolerance * pictureHeight;
+        const auto next = std::find_if(
+            first, order.end(), [&](const ReadLine* line) { return isBelowRow(*line, **first); });
+        areRowsNear |= next != order.end() &&
+            middle(*next) - middle(*std::prev(next)) <= leastRowTolerance * pictureHeight;
         std::stable_sort(
             first, next, [](const ReadLine* a, const ReadLine* b) { return a->box.left() < b->box.left(); });
         first = next;

@@ -15,12 +15,14 @@ bool PressGuard::isStray(QWidget* target, const QPoint& place, quint64 timestamp
     if (timestamp == std::exchange(m_timestamp, timestamp))
         return m_hasSwallowed;  // the same press, handed on to what the first receiver stands in
     const bool isNear = (place - m_place).manhattanLength() <= QApplication::startDragDistance();
-    const bool isTooMany = m_isWithinInterval && isNear && m_target != target;
+    constexpr int mostInRow = 2;  // a hand may press three times; one that goes on means what is there
+    const bool isTooMany = m_isWithinInterval && isNear && m_target != target && m_swallowed < mostInRow;
+    m_swallowed = isTooMany ? m_swallowed + 1 : 0;
     if (!isTooMany) {
         m_target = target;
         m_place = place;
     }
-    m_isWithinInterval = true;  // anew after each, for a hand that presses three times
+    m_isWithinInterval = true;
     m_intervalEnd = m_clock.after(std::chrono::milliseconds(QApplication::doubleClickInterval()),
         [this] { m_isWithinInterval = false; });
     return isTooMany;

@@ -31,6 +31,7 @@ private:
     QPointer<QWidget> m_target;  ///< of the first press; null once it is gone
     QPoint m_place;
     quint64 m_timestamp = 0;
+    int m_swallowed = 0;          ///< in a row
     bool m_hasSwallowed = false;  ///< a press whose release is to come
 };
 

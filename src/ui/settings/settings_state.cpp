@@ -174,6 +174,7 @@ void SettingsState::chooseProvider(const QString& presetId) {
     for (const ProviderPreset& preset : ProviderPreset::presets()) {
         if (preset.id == presetId) {
             settings().applyPreset(preset);
+            testResult = std::nullopt;  // also of the same provider, whose values come back
             return;
         }
     }

@@ -200,6 +200,10 @@ QCoro::Task<void> TranslateState::translateFile(QString path) {
     if (!m_mainState || !text || number != m_textFiles)
         co_return;  // what was dropped last counts
     const QString trimmed = text->trimmed();
+    if (isReplaced()) {
+        m_needs.appState.requestTranslation(trimmed);
+        co_return;
+    }
     if (!admits(trimmed))
         co_return;
     inputText.set(trimmed);

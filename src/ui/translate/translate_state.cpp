@@ -229,7 +229,8 @@ void TranslateState::checkAndTriggerPendingTranslation() {
         return;
     m_needs.clock.after(pendingTextDelay, m_mainState, [self = shared_from_this(), text] {
         // Another may have been put there since, only to be looked at.
-        if (self->inputText.get() == text && !self->m_needs.appState.storeTrouble())
+        if (withLineFeeds(self->inputText.get()) == withLineFeeds(text) &&
+            !self->m_needs.appState.storeTrouble())
             self->performTranslate();
     });
 }

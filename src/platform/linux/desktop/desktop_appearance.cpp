@@ -22,6 +22,7 @@ const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString settingsInterface = u"org.freedesktop.portal.Settings"_s;
 const QString appearanceGroup = u"org.freedesktop.appearance"_s;
 const QString gnomeGroup = u"org.gnome.desktop.interface"_s;
+const QString textScaleKey = u"text-scaling-factor"_s;
 
 /// A colour as the portal gives it: three numbers from 0 to 1, or something outside for "none".
 std::optional<QColor> portalColour(const QVariant& value) {
@@ -76,6 +77,8 @@ void DesktopAppearance::readAll() {
             return;
         const Look before = look();
         const SettingGroups groups = reply.value();
+        if (!groups.value(gnomeGroup).contains(textScaleKey))
+            TextScale::remember(1);
         for (auto group = groups.cbegin(); group != groups.cend(); ++group)
             for (auto setting = group->cbegin(); setting != group->cend(); ++setting)
                 apply(group.key(), setting.key(), setting.value());
@@ -101,7 +104,7 @@ void DesktopAppearance::apply(const QString& group, const QString& key, const QV
         m_accent = portalColour(value);
     } else if (group == gnomeGroup && key == u"enable-animations") {
         m_reducedMotion = !value.toBool();
-    } else if (group == gnomeGroup && key == u"text-scaling-factor") {
+    } else if (group == gnomeGroup && key == textScaleKey) {
         TextScale::remember(value.toDouble());
     }
 }

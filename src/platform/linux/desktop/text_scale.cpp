@@ -1,6 +1,7 @@
 #include "platform/linux/desktop/text_scale.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDir>
@@ -73,6 +74,20 @@ QString rememberedScale() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tralio/text-scale"_s;
 }
 
+/// Whether the portal has not said anything, unlike one that does not know what it was asked.
+bool isAbsent(const QDBusError& error) {
+    switch (error.type()) {
+        case QDBusError::ServiceUnknown:
+        case QDBusError::NoReply:
+        case QDBusError::Timeout:
+        case QDBusError::TimedOut:
+        case QDBusError::Disconnected:
+            return true;
+        default:
+            return error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner";
+    }
+}
+
 /// GNOME's, which other desktops' portals tell, too; what it told last where it is not there yet.
 double portalScale() {
     const QString name = u"tralio text scale"_s;
@@ -85,7 +100,7 @@ double portalScale() {
         read.setAutoStartService(false);  // at the start of a session that would take a second
         const QDBusMessage reply = bus.call(read, QDBus::Block, portalLimit);
         QVariant value = reply.arguments().value(0);
-        if (reply.type() == QDBusMessage::ErrorMessage) {
+        if (isAbsent(QDBusError(reply))) {
             QFile remembered(rememberedScale());
             bool isNumber = false;
             const double last =
@@ -143,6 +158,10 @@ TextScale::~TextScale() {
 
 void TextScale::remember(double portalScale) {
     QFile remembered(rememberedScale());
+    if (portalScale == 1) {
+        remembered.remove();
+        return;
+    }
     const QByteArray number = QByteArray::number(portalScale);
     if (remembered.open(QIODevice::ReadWrite) && remembered.readAll() != number) {
         remembered.resize(0);

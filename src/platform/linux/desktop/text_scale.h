@@ -25,7 +25,8 @@ public:
     /// To be called once the application object is there.
     ~TextScale();
 
-    /// Keeps what the desktop's portal tells for the next start, which may come before the portal's.
+    /// Keeps what the desktop's portal tells for the next start, which may come before the portal's; 1 where
+    /// it tells nothing.
     static void remember(double portalScale);
 
 private:

@@ -34,7 +34,7 @@ PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes, Cloc
         scheduleSession();
     });
     connect(&m_portal, &Portal::gone, this, [this] {
-        ++m_generation;
+        dropQuestions();
         m_session.clear();
     });
     connect(&m_portal, &Portal::backendGone, this, &PortalHotKeys::reopen);

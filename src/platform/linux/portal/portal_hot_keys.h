@@ -42,6 +42,7 @@ public:
     void installStatusHandler(StatusHandler handler) override;
     Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
     void unregisterHotKey(HotKeyRef ref) override;
+    [[nodiscard]] bool isUserAsked() const override { return m_isBinding; }
 
 private Q_SLOTS:
     void activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong timestamp,
@@ -73,6 +74,11 @@ private:
     void listShortcuts();
     void bindShortcuts();
     void endSession();
+    /// What was asked in this session is answered in vain.
+    void dropQuestions() {
+        ++m_generation;
+        m_isBinding = false;
+    }
     [[nodiscard]] QList<PortalShortcut> wantedShortcuts() const;
     [[nodiscard]] bool hasAll(const PortalAnswer& listed) const;
     /// Null for one that is not ours any more.
@@ -97,6 +103,7 @@ private:
     quint64 m_generation = 0;  ///< of the session
     bool m_scheduled = false;
     bool m_isCreating = false;     ///< a session, for which there is no answer yet
+    bool m_isBinding = false;      ///< there is no answer yet
     bool m_mayReopen = false;      ///< at once
     bool m_isToBeRenewed = false;  ///< once no hot key is held
     std::chrono::milliseconds m_pause = shortestPause;

@@ -97,7 +97,9 @@ bool PortalHotKeys::hasAll(const PortalAnswer& listed) const {
 void PortalHotKeys::bindShortcuts() {
     const QVariantList arguments{
         QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(wantedShortcuts()), QString()};
+    m_isBinding = true;
     ask(u"BindShortcuts"_s, arguments, {}, noLimit, [this](const PortalAnswer& answer) {
+        m_isBinding = false;
         // Before the outcome. WORKAROUND: GNOME 48 binds them and answers with a number that means failure.
         if (!shortcutsIn(answer.results).isEmpty()) {
             report(answer);
@@ -152,7 +154,7 @@ void PortalHotKeys::ask(const QString& method, const QVariantList& arguments, co
 }
 
 void PortalHotKeys::endSession() {
-    ++m_generation;
+    dropQuestions();
     if (m_session.isEmpty())
         return;
     m_portal.bus().disconnect(QLatin1String(Portal::service), m_session, sessionInterface, u"Closed"_s, this,
@@ -168,7 +170,7 @@ void PortalHotKeys::sessionClosed(const QDBusMessage& closed) {
         return;
     debugLog(u"PortalHotKeys: the desktop has ended the session"_s);
     m_session.clear();
-    ++m_generation;
+    dropQuestions();
     reopen();
 }
 

@@ -51,9 +51,10 @@ LateSelection FocusedSelection::look() {
     if (isTooLong(text))
         text = beginningOfLongText(text);
     const auto before = std::exchange(m_lastSeen, text);
-    if (before == text || looksLikePassword(text, Marking::byDoubleClick))
+    const bool isChanged = std::exchange(m_isChanged, false);
+    if ((before == text && !isChanged) || looksLikePassword(text, Marking::byDoubleClick))
         return {};
-    return {text, before ? LateSelection::Age::recent : LateSelection::Age::unknown};
+    return {text, before || isChanged ? LateSelection::Age::recent : LateSelection::Age::unknown};
 }
 
 }  // namespace tralio

@@ -11,7 +11,8 @@ namespace tralio {
 
 /// The PRIMARY selection in sessions that show it only to the program with the keyboard focus: it can be read
 /// when a window of ours has come to the front, but not whose it is, nor since when. A text that was there
-/// the last time is a left-over, and one that looks like a password is left alone.
+/// the last time, and was not selected anew, is a left-over, and one that looks like a password is left
+/// alone.
 class FocusedSelection final : public QObject {
     Q_OBJECT
 
@@ -20,6 +21,9 @@ public:
     /// Only the last request counts.
     void read(std::function<void(const LateSelection&)> deliver);
 
+    /// Something has been selected, be it the same text: for a session that tells so.
+    void noteChange() { m_isChanged = true; }
+
 private:
     void take();
 
@@ -27,6 +31,7 @@ private:
 
     std::function<void(const LateSelection&)> m_deliver;
     std::optional<QString> m_lastSeen;
+    bool m_isChanged = false;  ///< since
     quint64 m_request = 0;
 };
 

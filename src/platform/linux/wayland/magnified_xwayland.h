@@ -1,17 +1,10 @@
 #pragma once
 
-#include <QSize>
-
-#include <vector>
-
 namespace tralio {
 
 /// Whether this session shows X windows enlarged, and so blurred: it has a screen with more than one pixel to
 /// the unit, and lets the X server see fewer pixels than there are. Asks both servers; to be called before
 /// the application object is made, or after.
 [[nodiscard]] bool isXwaylandMagnified();
-
-/// The screens as the compositor gives them to its own windows, in units of those; none where nobody tells.
-[[nodiscard]] std::vector<QSize> compositorScreens();
 
 }  // namespace tralio

@@ -8,11 +8,15 @@
 namespace tralio {
 
 ToolkitPlatform::ToolkitPlatform() {
-    if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+    if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) {
+        chooseInputMethod();
         return;
+    }
     // The second is taken when the first cannot be had.
     const bool isX11Good = qEnvironmentVariableIsSet("DISPLAY") && !isXwaylandMagnified();
     choose("QT_QPA_PLATFORM", isX11Good ? "xcb;wayland" : "wayland;xcb");
+    if (qgetenv("QT_QPA_PLATFORM").startsWith("xcb"))
+        chooseInputMethod();
     // GL costs 30 MB, and our windows are drawn in shared memory. The name is of no plugin, so that none is
     // loaded.
     choose("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
@@ -24,6 +28,15 @@ ToolkitPlatform::~ToolkitPlatform() {
         QOpenGLContext().create();
     for (const QByteArray& variable : m_chosen)
         qunsetenv(variable.constData());
+}
+
+void ToolkitPlatform::chooseInputMethod() {
+    if (qEnvironmentVariableIsSet("QT_IM_MODULES"))
+        return;
+    const QByteArray modifiers = qgetenv("XMODIFIERS");
+    for (const char* method : {"fcitx", "ibus"})
+        if (modifiers.startsWith(QByteArray("@im=") + method))
+            choose("QT_IM_MODULE", method);
 }
 
 void ToolkitPlatform::choose(const char* variable, const char* value) {

@@ -19,6 +19,9 @@ public:
     ~ToolkitPlatform();
 
 private:
+    /// The toolkit's X11 platform does not speak the protocol of X input methods, by which they name
+    /// themselves, and a Wayland session's may rely on that of Wayland.
+    void chooseInputMethod();
     void choose(const char* variable, const char* value);
 
     QByteArrayList m_chosen;  ///< variables of the environment
