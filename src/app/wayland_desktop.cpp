@@ -16,6 +16,7 @@
 #include "platform/linux/desktop/unavailable_desktop.h"
 #include "platform/linux/keyboard/terminals.h"
 #include "platform/linux/portal/portal_capture.h"
+#include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/selection/current_selection.h"
 #include "platform/linux/selection/followed_primary_selection.h"
 #include "platform/linux/wayland/wayland_pasteboard.h"
@@ -135,6 +136,10 @@ void WaylandDesktop::chooseSelections() {
                 followed->noteChange();
                 m_focusedSelection.noteChange();
             });
+        if (QGuiApplication::platformName() == u"xcb")
+            m_focusedSelection.readText = [this] {
+                return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, QDeadlineTimer(clipboardTextLimit));
+            };
         m_primary = std::move(primary);
     } else {
         debugLog(

@@ -47,7 +47,7 @@ LateSelection FocusedSelection::look() {
     const QClipboard* clipboard = QGuiApplication::clipboard();
     if (!clipboard->supportsSelection() || clipboard->ownsSelection())
         return {};
-    QString text = clipboard->text(QClipboard::Selection);
+    QString text = readText ? readText().value_or(QString()) : clipboard->text(QClipboard::Selection);
     if (isTooLong(text))
         text = beginningOfLongText(text);
     const auto before = std::exchange(m_lastSeen, text);

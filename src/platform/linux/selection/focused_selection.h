@@ -21,6 +21,10 @@ public:
     /// Only the last request counts.
     void read(std::function<void(const LateSelection&)> deliver);
 
+    /// How the text is read; by the toolkit, which waits for a hung owner for seconds, where nothing is set.
+    /// Not called while the selection is this program's.
+    std::function<std::optional<QString>()> readText;
+
     /// Something has been selected, be it the same text: for a session that tells so.
     void noteChange() { m_isChanged = true; }
 
