@@ -28,9 +28,6 @@ struct HttpResponse {
 /// turn of the event loop.
 class HttpClient {
 public:
-    /// More than any answer of a model; what exceeds it is a server gone wild, and would fill the memory.
-    static constexpr qsizetype maximumBodySize = 4 * 1024 * 1024;
-
     /// Takes a piece of a body, and the size of the whole where the server has announced it. May fail with a
     /// `LocalizedError`, which then is the request's.
     using Receive = std::function<void(const QByteArray& piece, std::optional<qint64> totalSize)>;
@@ -41,8 +38,8 @@ public:
     virtual ~HttpClient() = default;
 
     /// POSTs `body` and waits for the whole reply, of whatever status. Fails with a `TransportError`: also
-    /// when nothing moves in either direction for `idleTimeout`, when the reply outgrows `maximumBodySize`,
-    /// and when `stop` is requested, which may happen on any thread.
+    /// when nothing moves in either direction for `idleTimeout`, when the reply is larger than any of a
+    /// model, and when `stop` is requested, which may happen on any thread.
     [[nodiscard]] virtual QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,
         std::chrono::milliseconds idleTimeout, std::stop_token stop) = 0;
 

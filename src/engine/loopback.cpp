@@ -1,24 +1,23 @@
 #include "engine/loopback.h"
 
-#include <QString>
-
 #include <arpa/inet.h>
 
 namespace tralio {
 
-bool isLoopback(QStringView host) {
-    if (host.endsWith(u'.'))
-        host.chop(1);  // a name that is whole
-    const QByteArray name = host.toUtf8().toLower();
+bool isLoopback(std::string host) {
+    if (host.starts_with('[') && host.ends_with(']'))
+        host = host.substr(1, host.size() - 2);
+    if (host.ends_with('.'))
+        host.pop_back();  // a name that is whole
     in_addr four{};
     in6_addr six{};
     // The address of no machine leads to this one.
-    if (inet_pton(AF_INET, name.constData(), &four) == 1)
+    if (inet_pton(AF_INET, host.c_str(), &four) == 1)
         return (ntohl(four.s_addr) >> 24) == 127 || four.s_addr == INADDR_ANY;
-    if (inet_pton(AF_INET6, name.constData(), &six) == 1)
+    if (inet_pton(AF_INET6, host.c_str(), &six) == 1)
         return IN6_IS_ADDR_LOOPBACK(&six) || IN6_IS_ADDR_UNSPECIFIED(&six) ||
             (IN6_IS_ADDR_V4MAPPED(&six) && six.s6_addr[12] == 127);
-    return name == "localhost" || name.endsWith(".localhost");
+    return host == "localhost" || host.ends_with(".localhost");
 }
 
 }  // namespace tralio

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <QUrl>
-
-#include <chrono>
-
 #include "common/localized_error.h"
 
 namespace tralio {
@@ -14,14 +10,9 @@ class TransportError final : public LocalizedError {
 public:
     using LocalizedError::LocalizedError;
 
-    [[nodiscard]] static TransportError cancelled();
-    /// Of an address of the program's own that is none of http or https.
-    [[nodiscard]] static TransportError foreignScheme();
-    [[nodiscard]] static TransportError timedOut(const QUrl& url, std::chrono::milliseconds silence);
-    [[nodiscard]] static TransportError replyTooLarge(const QUrl& url, qsizetype limitInBytes);
+    [[nodiscard]] static TransportError cancelled() {
+        return TransportError(QStringLiteral("Yêu cầu đã bị hủy."));
+    }
 };
-
-/// How a server is called to the user.
-[[nodiscard]] QString serverName(const QUrl& url);
 
 }  // namespace tralio

@@ -125,7 +125,7 @@ bool AppSettings::wouldExposeKey() const {
     const QUrl address(baseURL().trimmed());
     const QString key = apiKey().trimmed();
     // The built-in key is in every copy of the program.
-    return address.scheme() == u"http"_s && !isLoopback(address.host()) && !key.isEmpty() &&
+    return address.scheme() == u"http"_s && !isLoopback(address.host().toStdString()) && !key.isEmpty() &&
         key != defaultApiKey && clearTextOrigin() != originOf(address);
 }
 

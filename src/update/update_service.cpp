@@ -234,7 +234,8 @@ QCoro::Task<QByteArray> UpdateService::fetchSignature(QUrl archive) {
 bool UpdateService::isSecure(const QUrl& archive) const {
     if (archive.scheme() == u"https"_s)
         return true;
-    return m_host.takesFromLoopback && archive.scheme() == u"http"_s && isLoopback(archive.host());
+    return m_host.takesFromLoopback && archive.scheme() == u"http"_s &&
+        isLoopback(archive.host().toStdString());
 }
 
 QCoro::Task<> UpdateService::applyUpdate(QString zipPath, QByteArray signature) {

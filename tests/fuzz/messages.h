@@ -11,7 +11,7 @@ template <typename DecodeRequest, typename DecodeReply>
 void readMessages(const QByteArray& input, DecodeRequest decodeRequest, DecodeReply decodeReply) {
     frames::Reader reader(1 << 20);
     for (qsizetype at = 0; at < input.size(); at += 61) {
-        reader.add(input.mid(at, 61));
+        reader.add(input.mid(at, 61).toStdString());
         while (const auto payload = reader.next()) {
             if (const auto request = decodeRequest(*payload))
                 (void)encode(*request);

@@ -1,3 +1,4 @@
+#include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <curl/curl.h>
@@ -28,6 +29,7 @@ int main(int argc, char** argv) {
     // While it hangs it does not see the end of its input, with the user's key in its memory.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     std::signal(SIGPIPE, SIG_IGN);
+    std::setlocale(LC_CTYPE, "C.UTF-8");  // in which libcurl reads names of hosts
     limitOneself();
     if (const auto refusal = tralio::serving::whyNot(argc, argv, "speak with servers"))
         return *refusal;

@@ -3,19 +3,16 @@
 #include <poll.h>
 #include <utility>
 
-#include "programs/http/redirections.h"
-
 namespace tralio {
 
-using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
 constexpr auto lifetime = 10s;
 /// What libcurl takes for a proxy that names none.
-int proxyPort(const QUrl& proxy) {
-    return proxy.port(proxy.scheme() == u"https"_s ? 443 : 1080);
+int proxyPort(const Address& proxy) {
+    return proxy.port != 0 ? proxy.port : proxy.scheme == "https" ? 443 : 1080;
 }
 
 bool isQuiet(int socket) {
@@ -25,23 +22,21 @@ bool isQuiet(int socket) {
 
 }  // namespace
 
-PreparedConnection::PreparedConnection(CURLM* multi, QUrl url)
-    : m_multi(multi), m_url(std::move(url)), m_end(std::chrono::steady_clock::now() + lifetime) {}
+PreparedConnection::PreparedConnection(CURLM* multi, Address address)
+    : m_multi(multi), m_address(std::move(address)), m_end(std::chrono::steady_clock::now() + lifetime) {}
 
 PreparedConnection::~PreparedConnection() {
     conclude(CURLE_ABORTED_BY_CALLBACK);
 }
 
-void PreparedConnection::connect(const QByteArray& proxy) {
+void PreparedConnection::connect(const std::string& proxy) {
     m_proxy = proxy;
+    const Address peer = proxy.empty() ? m_address : addressOf(proxy);
+    const int port = proxy.empty() ? portOf(peer) : proxyPort(peer);
     // TLS, and what is said to a proxy, are left for later.
-    QUrl peer;
-    peer.setScheme(u"http"_s);
-    const QUrl given = proxy.isEmpty() ? m_url : QUrl::fromEncoded(proxy);
-    peer.setHost(given.host());
-    peer.setPort(proxy.isEmpty() ? portOf(m_url) : proxyPort(given));
+    const std::string url = "http://" + peer.host + ':' + std::to_string(port);
     m_easy = curl_easy_init();
-    curl_easy_setopt(m_easy, CURLOPT_URL, peer.toEncoded().constData());
+    curl_easy_setopt(m_easy, CURLOPT_URL, url.c_str());
     curl_easy_setopt(m_easy, CURLOPT_PROXY, "");
     curl_easy_setopt(m_easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(m_easy, CURLOPT_QUICK_EXIT, 1L);
@@ -62,13 +57,13 @@ void PreparedConnection::conclude(CURLcode code) {
     curl_easy_cleanup(std::exchange(m_easy, nullptr));
 }
 
-bool PreparedConnection::isUnderWay(const QUrl& url, const QByteArray& proxy) const {
-    return m_easy != nullptr && isSameOrigin(url, m_url) && proxy == m_proxy;
+bool PreparedConnection::isUnderWay(const Address& address, const std::string& proxy) const {
+    return m_easy != nullptr && isSameOrigin(address, m_address) && proxy == m_proxy;
 }
 
-FileDescriptor PreparedConnection::take(const QUrl& url, const QByteArray& proxy) {
+FileDescriptor PreparedConnection::take(const Address& address, const std::string& proxy) {
     FileDescriptor connection = std::exchange(m_connection, FileDescriptor());
-    const bool isFit = isSameOrigin(url, m_url) && proxy == m_proxy && connection.isOpen();
+    const bool isFit = isSameOrigin(address, m_address) && proxy == m_proxy && connection.isOpen();
     return isFit && isQuiet(connection.number()) ? std::move(connection) : FileDescriptor();
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QByteArray>
-#include <QUrl>
-
 #include <chrono>
 #include <curl/curl.h>
+#include <string>
 
+#include "programs/http/address.h"
 #include "programs/http/file_descriptor.h"
 
 namespace tralio {
@@ -16,32 +15,32 @@ class PreparedConnection final {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    PreparedConnection(CURLM* multi, QUrl url);
+    PreparedConnection(CURLM* multi, Address address);
     PreparedConnection(const PreparedConnection&) = delete;
     PreparedConnection& operator=(const PreparedConnection&) = delete;
     ~PreparedConnection();
 
-    [[nodiscard]] const QUrl& url() const { return m_url; }
+    [[nodiscard]] const Address& address() const { return m_address; }
     [[nodiscard]] CURL* handle() const { return m_easy; }
 
     /// Connects, to the proxy if there is one.
-    void connect(const QByteArray& proxy);
+    void connect(const std::string& proxy);
     /// The connecting has come to its end.
     void conclude(CURLcode code);
 
     /// Whether it is being made, for a request that goes this way.
-    [[nodiscard]] bool isUnderWay(const QUrl& url, const QByteArray& proxy) const;
+    [[nodiscard]] bool isUnderWay(const Address& address, const std::string& proxy) const;
     /// The connection, for a request that goes this way; none unless it is made, and still open, and nothing
     /// has come over it.
-    [[nodiscard]] FileDescriptor take(const QUrl& url, const QByteArray& proxy);
+    [[nodiscard]] FileDescriptor take(const Address& address, const std::string& proxy);
 
     /// When nobody will need it any more.
     [[nodiscard]] Time end() const { return m_end; }
 
 private:
     CURLM* m_multi;
-    QUrl m_url;
-    QByteArray m_proxy;
+    Address m_address;
+    std::string m_proxy;
     Time m_end;
     CURL* m_easy = nullptr;
     FileDescriptor m_connection;

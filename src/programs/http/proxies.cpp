@@ -12,22 +12,24 @@
 namespace tralio {
 namespace {
 
-QByteArray inLibcurlsForm(const QByteArray& proxy) {
-    if (proxy.startsWith("direct"))
+std::string inLibcurlsForm(const std::string& proxy) {
+    if (proxy.starts_with("direct"))
         return {};
     // The proxy is to look names up, too: behind one there may be no other way.
-    if (proxy.startsWith("socks://") || proxy.startsWith("socks5://"))
-        return "socks5h" + proxy.sliced(proxy.indexOf(':'));
+    if (proxy.starts_with("socks://") || proxy.starts_with("socks5://"))
+        return "socks5h" + proxy.substr(proxy.find(':'));
     return proxy;
 }
 
-QByteArrayList proxiesFor(pxProxyFactory* factory, const QByteArray& address) {
-    QByteArrayList found;
-    if (char** proxies = px_proxy_factory_get_proxies(factory, address.constData())) {
+std::vector<std::string> proxiesFor(pxProxyFactory* factory, const std::string& address) {
+    std::vector<std::string> found;
+    if (char** proxies = px_proxy_factory_get_proxies(factory, address.c_str())) {
         for (char** proxy = proxies; *proxy != nullptr; ++proxy)
-            found += inLibcurlsForm(*proxy);
+            found.push_back(inLibcurlsForm(*proxy));
         px_proxy_factory_free_proxies(proxies);
     }
+    if (found.empty())
+        found.emplace_back();
     return found;
 }
 
@@ -47,7 +49,8 @@ struct Proxies::Desk {
             const auto [request, address] = questions.front();
             questions.pop_front();
             lock.unlock();
-            const QByteArrayList proxies = factory ? proxiesFor(factory, address) : QByteArrayList();
+            const std::vector<std::string> proxies =
+                factory ? proxiesFor(factory, address) : std::vector<std::string>(1);
             lock.lock();
             answers.push_back({request, proxies});
             eventfd_write(event, 1);
@@ -59,7 +62,7 @@ struct Proxies::Desk {
     const int event = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     std::mutex mutex;
     std::condition_variable asked;
-    std::deque<std::pair<quint32, QByteArray>> questions;
+    std::deque<std::pair<uint32_t, std::string>> questions;
     std::vector<Answer> answers;
     bool hasThread = false;
     bool isClosed = false;
@@ -73,18 +76,16 @@ Proxies::~Proxies() {
     m_desk->asked.notify_one();
 }
 
-void Proxies::ask(quint32 request, const QUrl& url) {
+void Proxies::ask(uint32_t request, const Address& address) {
     // Neither the user's name nor what is asked for is the proxy script's business.
-    const QByteArray address =
-        url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment) +
-        '/';
+    const std::string server = address.scheme + "://" + authorityOf(address) + '/';
     const std::lock_guard lock(m_desk->mutex);
-    m_desk->questions.emplace_back(request, address);
+    m_desk->questions.emplace_back(request, server);
     m_desk->asked.notify_one();
     startThread(m_desk);
 }
 
-void Proxies::withdraw(quint32 request) {
+void Proxies::withdraw(uint32_t request) {
     const std::lock_guard lock(m_desk->mutex);
     std::erase_if(m_desk->questions, [request](const auto& question) { return question.first == request; });
 }

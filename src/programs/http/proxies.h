@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QByteArrayList>
-#include <QUrl>
-
+#include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
+
+#include "programs/http/address.h"
 
 namespace tralio {
 
@@ -13,8 +14,9 @@ namespace tralio {
 class Proxies final {
 public:
     struct Answer {
-        quint32 request = 0;
-        QByteArrayList proxies;  ///< in libcurl's form, to be tried in turn; an empty one for the direct way
+        uint32_t request = 0;
+        std::vector<std::string> proxies;  ///< in libcurl's form, to be tried in turn; at least one, which is
+                                           ///< empty for the direct way
     };
 
     Proxies();
@@ -24,10 +26,10 @@ public:
 
     /// Asks for the proxy to an address; the answer goes by the number of the request. A model on this
     /// machine is always reached directly: a proxy elsewhere would look for it on its own machine.
-    void ask(quint32 request, const QUrl& url);
+    void ask(uint32_t request, const Address& address);
 
     /// Nobody wants the answer any more: a question that has not been put yet is none.
-    void withdraw(quint32 request);
+    void withdraw(uint32_t request);
 
     /// The question under way is not waited for any more; those behind it are put again.
     void giveUp();

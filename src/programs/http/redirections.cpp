@@ -1,54 +1,35 @@
 #include "programs/http/redirections.h"
 
+#include <algorithm>
+
 namespace tralio {
 
-using namespace Qt::StringLiterals;
-
-int portOf(const QUrl& url) {
-    return url.port(url.scheme() == u"https"_s ? 443 : 80);
-}
-
-bool isSameOrigin(const QUrl& one, const QUrl& other) {
-    return one.scheme() == other.scheme() && one.host() == other.host() && portOf(one) == portOf(other);
-}
-
-bool isRedirection(int status) {
+bool isRedirection(long status) {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-QString whyNotToGoTo(const QUrl& url, AddressOrigin origin) {
-    if (url.scheme() != u"http"_s && url.scheme() != u"https"_s)
+std::string whyNotToGoTo(const Address& address, AddressOrigin origin) {
+    if (address.scheme != "http" && address.scheme != "https")
         return unsupportedSchemeWords(origin);
-    return url.host().isEmpty() ? missingHostWords(origin) : QString();
+    return address.host.empty() ? missingHostWords(origin) : std::string();
 }
 
-QString whyNotToFollow(const QUrl& from, const QUrl& target, AddressOrigin origin) {
+std::string whyNotToFollow(const Address& from, const Address& target, AddressOrigin origin) {
     if (origin == AddressOrigin::enteredByUser && !isSameOrigin(from, target))
-        return refusedRedirectionWords(from, origin);
-    if (target.scheme() == u"https"_s)
+        return refusedRedirectionWords(from.name, origin);
+    if (target.scheme == "https")
         return {};
-    if (target.scheme() != u"http"_s)
+    if (target.scheme != "http")
         return unsupportedSchemeWords(origin);
-    return from.scheme() == u"https"_s ? refusedRedirectionWords(from, origin) : QString();
+    return from.scheme == "https" ? refusedRedirectionWords(from.name, origin) : std::string();
 }
 
-namespace {
-
-/// One form for all that lead to one place.
-QUrl withoutUsualPort(QUrl url) {
-    if (portOf(url) == (url.scheme() == u"https"_s ? 443 : 80))
-        url.setPort(-1);
-    return url;
-}
-
-}  // namespace
-
-QString RedirectionTrail::whyNotToFollow(
-    const QUrl& from, const QUrl& target, bool withText, AddressOrigin origin) {
-    constexpr qsizetype mostSteps = 50;
-    m_passed += withoutUsualPort(from);
-    if (m_passed.size() > mostSteps || (withText && m_passed.contains(withoutUsualPort(target))))
-        return tooManyRedirectionsWords(from, origin);
+std::string RedirectionTrail::whyNotToFollow(
+    const Address& from, const Address& target, bool withText, AddressOrigin origin) {
+    constexpr size_t mostSteps = 50;
+    m_passed.push_back(from.text);
+    if (m_passed.size() > mostSteps || (withText && std::ranges::count(m_passed, target.text) > 0))
+        return tooManyRedirectionsWords(from.name, origin);
     return tralio::whyNotToFollow(from, target, origin);
 }
 

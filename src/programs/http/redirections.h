@@ -1,38 +1,33 @@
 #pragma once
 
-#include <QList>
-#include <QUrl>
+#include <string>
+#include <vector>
 
+#include "programs/http/address.h"
 #include "programs/http/transport_words.h"
 
 namespace tralio {
 
-/// Whether two addresses agree in scheme, host and port.
-[[nodiscard]] bool isSameOrigin(const QUrl& one, const QUrl& other);
-
-/// The port of an address, told or not.
-[[nodiscard]] int portOf(const QUrl& url);
-
 /// Whether an answer of this status, with an address in it, sends the request on.
-[[nodiscard]] bool isRedirection(int status);
+[[nodiscard]] bool isRedirection(long status);
 
-/// Nothing when a request can be sent to that address; else what the user is told.
-[[nodiscard]] QString whyNotToGoTo(const QUrl& url, AddressOrigin origin);
+/// Empty when a request can be sent to that address; else what the user is told.
+[[nodiscard]] std::string whyNotToGoTo(const Address& address, AddressOrigin origin);
 
-/// Nothing when a request that `from` redirects may go on to `target`; else what the user is told. One to the
+/// Empty when a request that `from` redirects may go on to `target`; else what the user is told. One to the
 /// user's address carries the key, which stays with its origin: scheme, host and port.
-[[nodiscard]] QString whyNotToFollow(const QUrl& from, const QUrl& target, AddressOrigin origin);
+[[nodiscard]] std::string whyNotToFollow(const Address& from, const Address& target, AddressOrigin origin);
 
 /// The addresses that a request has come by.
 class RedirectionTrail final {
 public:
     /// As `whyNotToFollow`, and words for a way without an end: too many steps, or an address to which the
     /// text would go a second time.
-    [[nodiscard]] QString whyNotToFollow(
-        const QUrl& from, const QUrl& target, bool withText, AddressOrigin origin);
+    [[nodiscard]] std::string whyNotToFollow(
+        const Address& from, const Address& target, bool withText, AddressOrigin origin);
 
 private:
-    QList<QUrl> m_passed;
+    std::vector<std::string> m_passed;
 };
 
 }  // namespace tralio

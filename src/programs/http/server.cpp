@@ -1,9 +1,7 @@
 #include "programs/http/server.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
-#include <unistd.h>
 #include <utility>
 
 #include "engine/loopback.h"
@@ -21,7 +19,7 @@ constexpr int longestWait = 60'000;
 
 Server::Server(int requests, int replies)
     : m_requests(requests),
-      m_send([replies](const Reply& reply) { frames::writeAll(replies, encode(reply)); }) {
+      m_send([replies](Reply reply) { frames::writeAll(replies, encode(std::move(reply))); }) {
     curl_share_setopt(m_share.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
 }
 
@@ -47,29 +45,23 @@ int Server::run() {
 }
 
 std::optional<int> Server::readRequests() {
-    QByteArray bytes(1 << 16, Qt::Uninitialized);
-    const ssize_t count = read(m_requests, bytes.data(), static_cast<size_t>(bytes.size()));
-    if (count < 0)
-        return errno == EINTR || errno == EAGAIN ? std::nullopt : std::optional(EXIT_FAILURE);
-    if (count == 0)
+    if (!m_frames.readFrom(m_requests))
         return EXIT_SUCCESS;
-    bytes.truncate(count);
-    m_frames.add(bytes);
     while (const auto payload = m_frames.next()) {
-        const auto request = decodeRequest(*payload);
+        auto request = decodeRequest(*payload);
         if (!request)
             return EXIT_FAILURE;
-        std::visit([this](const auto& message) { serve(message); }, *request);
+        std::visit([this](auto& message) { serve(message); }, *request);
     }
     return m_frames.isBroken() ? std::optional(EXIT_FAILURE) : std::nullopt;
 }
 
-void Server::serve(const Post& post) {
-    start(std::make_unique<Transfer>(post, m_send));
+void Server::serve(Post& post) {
+    start(std::make_unique<Transfer>(std::move(post), m_send));
 }
 
-void Server::serve(const Get& get) {
-    start(std::make_unique<Transfer>(get, m_send));
+void Server::serve(Get& get) {
+    start(std::make_unique<Transfer>(std::move(get), m_send));
 }
 
 void Server::serve(const Cancel& cancel) {
@@ -84,13 +76,14 @@ void Server::serve(const Prepare& prepare) {
     m_proxies.withdraw(m_preparation);
     m_prepared.reset();
     endPreparation();
-    if (!whyNotToGoTo(prepare.url, AddressOrigin::enteredByUser).isEmpty())
+    const Address address = addressOf(prepare.url);
+    if (!whyNotToGoTo(address, AddressOrigin::enteredByUser).empty())
         return;
-    m_prepared = std::make_unique<PreparedConnection>(m_multi.get(), prepare.url);
-    if (isLoopback(prepare.url.host()))
+    m_prepared = std::make_unique<PreparedConnection>(m_multi.get(), address);
+    if (isLoopback(address.host))
         m_prepared->connect({});
     else
-        m_proxies.ask(--m_preparation, prepare.url);
+        m_proxies.ask(--m_preparation, address);
 }
 
 void Server::start(std::unique_ptr<Transfer> transfer) {
@@ -104,10 +97,10 @@ void Server::start(std::unique_ptr<Transfer> transfer) {
 void Server::proceed(Transfer& transfer) {
     if (transfer.hasOtherProxy())
         go(transfer, transfer.otherProxies());
-    else if (isLoopback(transfer.url().host()))
-        go(transfer, {});
+    else if (isLoopback(transfer.address().host))
+        go(transfer, {""});
     else
-        m_proxies.ask(transfer.id(), transfer.url());
+        m_proxies.ask(transfer.id(), transfer.address());
 }
 
 void Server::takeProxies() {
@@ -116,23 +109,23 @@ void Server::takeProxies() {
         if (found != m_transfers.end() && !found->second->handle())
             go(*found->second, answer.proxies);
         else if (answer.request == m_preparation && m_prepared && !m_prepared->handle())
-            m_prepared->connect(answer.proxies.value(0));
+            m_prepared->connect(answer.proxies.front());
     }
 }
 
-void Server::go(Transfer& transfer, const QByteArrayList& proxies) {
-    const QByteArray proxy = proxies.value(0);
-    transfer.begin(proxies, m_share.get());
-    if (m_prepared && !m_awaiting && m_prepared->isUnderWay(transfer.url(), proxy))
+void Server::go(Transfer& transfer, std::vector<std::string> proxies) {
+    const std::string proxy = proxies.front();
+    transfer.begin(std::move(proxies), m_share.get());
+    if (m_prepared && !m_awaiting && m_prepared->isUnderWay(transfer.address(), proxy))
         m_awaiting = {transfer.id(), proxy};
     else
         send(transfer, proxy);
 }
 
-void Server::send(Transfer& transfer, const QByteArray& proxy) {
+void Server::send(Transfer& transfer, const std::string& proxy) {
     // One that another transfer waits for is that one's.
-    if (m_prepared && !m_awaiting && isSameOrigin(m_prepared->url(), transfer.url())) {
-        transfer.useConnection(m_prepared->take(transfer.url(), proxy));
+    if (m_prepared && !m_awaiting && isSameOrigin(m_prepared->address(), transfer.address())) {
+        transfer.useConnection(m_prepared->take(transfer.address(), proxy));
         m_prepared.reset();
     }
     curl_multi_add_handle(m_multi.get(), transfer.handle());

@@ -6,6 +6,9 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/linux/helpers/frames.h"
 #include "platform/linux/helpers/http_protocol.h"
@@ -38,16 +41,16 @@ private:
 
     /// The exit status once there is nothing more to read.
     [[nodiscard]] std::optional<int> readRequests();
-    void serve(const http_protocol::Post& post);
-    void serve(const http_protocol::Get& get);
+    void serve(http_protocol::Post& post);
+    void serve(http_protocol::Get& get);
     void serve(const http_protocol::Cancel& cancel);
     void serve(const http_protocol::Ping& ping) const;
     void serve(const http_protocol::Prepare& prepare);
     void start(std::unique_ptr<Transfer> transfer);
     /// Asks for the proxy to its address, or goes there.
     void proceed(Transfer& transfer);
-    void go(Transfer& transfer, const QByteArrayList& proxies);
-    void send(Transfer& transfer, const QByteArray& proxy);
+    void go(Transfer& transfer, std::vector<std::string> proxies);
+    void send(Transfer& transfer, const std::string& proxy);
     /// Lets the request that waits for the prepared connection go on, with it or without.
     void endPreparation();
     void takeProxies();
@@ -58,7 +61,7 @@ private:
     [[nodiscard]] int millisecondsToWait() const;
 
     int m_requests;
-    std::function<void(const http_protocol::Reply&)> m_send;
+    std::function<void(http_protocol::Reply)> m_send;
     frames::Reader m_frames{http_protocol::maximumRequest};
     Proxies m_proxies;
     std::unique_ptr<CURLSH, ShareCleanup> m_share{curl_share_init()};
@@ -66,9 +69,9 @@ private:
     std::map<Id, std::unique_ptr<Transfer>> m_transfers;
     std::unique_ptr<PreparedConnection> m_prepared;
     /// The request that waits for it, and the proxy on its way.
-    std::optional<std::pair<http_protocol::Id, QByteArray>> m_awaiting;
+    std::optional<std::pair<Id, std::string>> m_awaiting;
     /// By which the proxy for it is asked for; requests count from the other end.
-    http_protocol::Id m_preparation = std::numeric_limits<http_protocol::Id>::max();
+    Id m_preparation = std::numeric_limits<Id>::max();
 };
 
 }  // namespace tralio

@@ -32,7 +32,7 @@ SocketMovement::Clock::time_point SocketMovement::last() {
         socklen_t size = sizeof(info);
         if (getsockopt(watched.socket.number(), IPPROTO_TCP, TCP_INFO, &info, &size) != 0)
             continue;
-        const quint64 moved = info.tcpi_bytes_received + info.tcpi_bytes_acked;
+        const uint64_t moved = info.tcpi_bytes_received + info.tcpi_bytes_acked;
         if (std::exchange(watched.moved, moved) != moved)
             m_last = Clock::now();
         m_isSending |= info.tcpi_unacked > 0 || info.tcpi_notsent_bytes > 0;

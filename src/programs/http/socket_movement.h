@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QtGlobal>
-
 #include <chrono>
+#include <cstdint>
 #include <vector>
 
 #include "programs/http/file_descriptor.h"
@@ -29,7 +28,7 @@ private:
     struct Watched {
         int number;  ///< libcurl's own
         FileDescriptor socket;
-        quint64 moved = 0;
+        uint64_t moved = 0;
     };
 
     std::vector<Watched> m_sockets;

@@ -3,18 +3,16 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/transport_error.h"
 #include "programs/http/redirections.h"
 
 namespace tralio {
 
-using namespace Qt::StringLiterals;
 using namespace http_protocol;
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr qsizetype mostHeaderBytes = 128 * 1024;
+constexpr size_t mostHeaderBytes = 128 * 1024;
 constexpr auto proxyAnswer = 10s;  // a script that decides is fetched first
 constexpr auto sendingLook = 25ms;
 constexpr int switchingProtocols = 101;
@@ -24,74 +22,64 @@ constexpr auto tooLarge = static_cast<CURLcode>(100);
 
 }  // namespace
 
-Transfer::Transfer(Id id, HttpRequest request, std::chrono::milliseconds idleTimeout, Send send)
-    : m_id(id), m_request(std::move(request)), m_idleTimeout(idleTimeout), m_send(std::move(send)) {}
+Transfer::Transfer(Id id, Head head, Send send)
+    : m_id(id), m_head(std::move(head)), m_address(addressOf(m_head.url)), m_send(std::move(send)) {
+    m_address.name = m_head.server;
+}
 
-Transfer::Transfer(const Post& post, Send send)
-    : Transfer(post.id, post.request, post.idleTimeout, std::move(send)) {
-    m_body = post.body;
-    m_request.url.setFragment(QString());
-    m_request.url.setUserInfo(QString());  // which goes nowhere, and would make two addresses of one
+Transfer::Transfer(Post post, Send send) : Transfer(post.id, std::move(post.head), std::move(send)) {
+    m_body = std::move(post.body);
     m_origin = AddressOrigin::enteredByUser;
 }
 
-Transfer::Transfer(const Get& get, Send send)
-    : Transfer(get.id, get.request, get.idleTimeout, std::move(send)) {
+Transfer::Transfer(Get get, Send send) : Transfer(get.id, std::move(get.head), std::move(send)) {
     m_inPieces = get.inPieces;
 }
 
 bool Transfer::canBegin() {
     m_movement = {};
-    const QString refusal = whyNotToGoTo(m_request.url, m_origin);
-    if (!refusal.isEmpty())
+    const std::string refusal = whyNotToGoTo(m_address, m_origin);
+    if (!refusal.empty())
         fail(refusal);
-    return refusal.isEmpty();
+    return refusal.empty();
 }
 
-bool Transfer::takeHeader(const QByteArray& line) {
+bool Transfer::takeHeader(std::string_view line) {
     m_headerBytes += line.size();
     if (m_headerBytes > mostHeaderBytes)
-        return stop(tooLargeHeadersWords(m_request.url));
-    const bool isEnd = line.trimmed().isEmpty();
+        return stop(tooLargeHeadersWords(m_address.name));
+    const bool isEnd = line.find_first_not_of("\r\n") == line.npos;
     if (m_usesHttpProxy && isProxysPart())  // the answer to CONNECT, whose body may have no end
-        return !isEnd || tunnelStatus() != 407 || stop(proxyLoginWords());
+        return !isEnd || tunnelStatus() != 407 || stop(proxyLoginWords);
     if (isEnd) {
         m_isHeadWhole = status() >= 200;
         // Nobody has asked for another protocol, and what follows is none that we know.
         m_hasSwitched = status() == switchingProtocols;
         return !m_hasSwitched;
     }
-    if (line.startsWith("HTTP/")) {  // of an interim answer, or of the last one
+    if (line.starts_with("HTTP/")) {  // of an interim answer, or of the last one
         m_hasStatusLine = true;
         m_isHeadWhole = false;
-        m_location.clear();
-        m_isEncoded = false;
     }
-    const qsizetype colon = line.indexOf(':');
-    const QByteArray name = line.first(std::max<qsizetype>(0, colon)).trimmed().toLower();
-    const QByteArray value = line.sliced(colon + 1).trimmed();
-    if (name == "location")
-        m_location = value;
-    else if (name == "content-encoding")
-        m_isEncoded = value.toLower() != "identity";
     return true;
 }
 
-bool Transfer::takeBody(const QByteArray& bytes) {
+bool Transfer::takeBody(std::string_view bytes) {
     if (!m_inPieces || isRedirected()) {
-        m_response.body += bytes;
-        return m_response.body.size() <= HttpClient::maximumBodySize ||
-            stop(
-                TransportError::replyTooLarge(m_request.url, HttpClient::maximumBodySize).errorDescription());
+        m_answer += bytes;
+        return m_answer.size() <= maximumBody || stop(tooLargeReplyWords(m_address.name, maximumBody));
     }
     curl_off_t size = -1;
     curl_easy_getinfo(handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size);
-    m_send(Piece{m_id, bytes, size >= 0 && !m_isEncoded ? std::optional<qint64>(size) : std::nullopt});
+    // Of a body that is decoded, the size counts other bytes.
+    const std::string coding = header("Content-Encoding");
+    const bool isSizeKnown = size >= 0 && (coding.empty() || curl_strequal(coding.c_str(), "identity") != 0);
+    m_send(Piece{m_id, std::string(bytes), isSizeKnown ? std::optional<int64_t>(size) : std::nullopt});
     return true;
 }
 
-bool Transfer::stop(const QString& words) {
-    m_stoppedBecause = words;
+bool Transfer::stop(std::string words) {
+    m_stoppedBecause = std::move(words);
     return false;
 }
 
@@ -99,17 +87,17 @@ bool Transfer::isSilent(Time now) {
     if (now < deadline())
         return false;
     if (!handle())
-        fail(unknownProxyWords());
+        fail(unknownProxyWords);
     else if (m_usesProxy && isProxysPart())
-        fail(silentProxyWords());
+        fail(silentProxyWords);
     else
-        fail(TransportError::timedOut(m_request.url, m_idleTimeout).errorDescription());
+        fail(timedOutWords(m_address.name, m_head.idleTimeout));
     return true;
 }
 
 Transfer::Time Transfer::deadline() {
     const auto limit =
-        handle() ? m_idleTimeout : std::min<std::chrono::milliseconds>(m_idleTimeout, proxyAnswer);
+        handle() ? m_head.idleTimeout : std::min<std::chrono::milliseconds>(m_head.idleTimeout, proxyAnswer);
     return m_movement.last() + limit;
 }
 
@@ -118,18 +106,24 @@ Transfer::Time Transfer::nextLook(Time now) {
     return m_movement.isSending() ? std::min(limit, now + sendingLook) : limit;
 }
 
-int Transfer::status() const {
+long Transfer::status() const {
     long status = 0;
     curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
-    return static_cast<int>(status);
+    return status;
+}
+
+std::string Transfer::header(const char* name) const {
+    curl_header* found = nullptr;
+    const CURLHcode code = curl_easy_header(handle(), name, 0, CURLH_HEADER, -1, &found);
+    return code == CURLHE_OK ? found->value : std::string();
 }
 
 bool Transfer::isRedirected() const {
-    return isRedirection(status()) && !m_location.isEmpty();
+    return isRedirection(status()) && !header("Location").empty();
 }
 
 bool Transfer::isProxysPart() const {
-    if (m_request.url.scheme() == u"https"_s)
+    if (m_address.scheme == "https")
         return m_handshakes < (m_usesSecureProxy ? 2 : 1);
     curl_off_t since = 0;
     curl_easy_getinfo(handle(), CURLINFO_CONNECT_TIME_T, &since);
@@ -143,27 +137,27 @@ long Transfer::tunnelStatus() const {
 }
 
 bool Transfer::mayBeProxysAnswer() const {
-    return m_usesHttpProxy && (m_request.url.scheme() == u"http"_s || isProxysPart());
+    return m_usesHttpProxy && (m_address.scheme == "http" || isProxysPart());
 }
 
 Transfer::Next Transfer::conclude(CURLcode code) {
-    if (!m_stoppedBecause.isNull()) {
+    if (!m_stoppedBecause.empty()) {
         fail(m_stoppedBecause);
         return Next::isOver;
     }
     if (m_hasSwitched) {
-        m_send(Done{m_id, {switchingProtocols, {}}});
+        m_send(Done{m_id, switchingProtocols, {}});
         return Next::isOver;
     }
     // Bytes came that are no answer in HTTP.
     if ((code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_WEIRD_SERVER_REPLY) && !m_hasStatusLine &&
         !mayBeProxysAnswer()) {
-        m_send(Done{m_id, {}});
+        m_send(Done{m_id, {}, {}});
         return Next::isOver;
     }
     // So it calls a line that is too long for it.
     if ((code == CURLE_OUT_OF_MEMORY || code == tooLarge) && !m_isHeadWhole) {
-        fail(tooLargeHeadersWords(m_request.url));
+        fail(tooLargeHeadersWords(m_address.name));
         return Next::isOver;
     }
     if ((code == CURLE_OK || code == CURLE_GOT_NOTHING) && m_hasStatusLine && !m_isHeadWhole)
@@ -175,31 +169,29 @@ Transfer::Next Transfer::conclude(CURLcode code) {
         return Next::goesOn;  // nothing was sent yet
     }
     if (code != CURLE_OK) {
-        fail(failureWords(failure(code), m_request.url, m_origin));
+        fail(failureWords(failure(code), m_address.name, m_origin));
         return Next::isOver;
     }
-    m_response.status = status();
-    if (mayBeProxysAnswer() && m_response.status == 407) {
-        fail(proxyLoginWords());
+    if (mayBeProxysAnswer() && status() == 407) {
+        fail(proxyLoginWords);
         return Next::isOver;
     }
     if (isRedirected())
-        return redirect(m_request.url.resolved(QUrl::fromEncoded(m_location))
-                            .adjusted(QUrl::RemoveFragment | QUrl::RemoveUserInfo));
-    m_send(Done{m_id, m_response});
+        return redirect(resolved(m_address, header("Location")));
+    m_send(Done{m_id, static_cast<int>(status()), std::move(m_answer)});
     return Next::isOver;
 }
 
-Transfer::Next Transfer::redirect(const QUrl& target) {
-    const bool takesBody = m_body && (m_response.status == 307 || m_response.status == 308);
-    const QString refusal = m_trail.whyNotToFollow(m_request.url, target, takesBody, m_origin);
-    if (!refusal.isEmpty()) {
+Transfer::Next Transfer::redirect(Address target) {
+    const bool takesBody = m_body && (status() == 307 || status() == 308);
+    const std::string refusal = m_trail.whyNotToFollow(m_address, target, takesBody, m_origin);
+    if (!refusal.empty()) {
         fail(refusal);
         return Next::isOver;
     }
     m_easy.reset();
     m_otherProxies.clear();
-    m_request.url = target;
+    m_address = std::move(target);
     if (!takesBody)
         m_body.reset();
     return canBegin() ? Next::goesOn : Next::isOver;
@@ -216,8 +208,8 @@ TransferFailure Transfer::failure(CURLcode code) const {
     return failure;
 }
 
-void Transfer::fail(const QString& words) {
-    m_send(Failed{m_id, words});
+void Transfer::fail(std::string words) {
+    m_send(Failed{m_id, std::move(words)});
 }
 
 }  // namespace tralio

@@ -1,7 +1,7 @@
 // What libcurl is told of a transfer, and how it calls back.
-#include <QDir>
-#include <QFile>
-
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
 #include <utility>
@@ -16,39 +16,40 @@ namespace {
 /// those are read that are needed.
 bool wantsFile() {
     static const bool wanted = [] {
-        const QString named = qEnvironmentVariable(X509_get_default_cert_dir_env());
-        const QDir folder(named.isEmpty() ? QFile::decodeName(X509_get_default_cert_dir()) : named);
-        return qEnvironmentVariableIsSet(X509_get_default_cert_file_env()) ||
-            folder.entryList({QStringLiteral("*.0")}, QDir::Files).isEmpty();
+        const char* named = std::getenv(X509_get_default_cert_dir_env());
+        std::error_code none;
+        const std::filesystem::directory_iterator folder(
+            named && *named ? named : X509_get_default_cert_dir(), none);
+        return std::getenv(X509_get_default_cert_file_env()) ||
+            std::none_of(begin(folder), end(folder),
+                [](const auto& entry) { return entry.path().extension() == ".0"; });
     }();
     return wanted;
 }
 
 }  // namespace
 
-void Transfer::begin(QByteArrayList proxies, CURLSH* share) {
-    const QByteArray proxy = proxies.isEmpty() ? QByteArray() : proxies.takeFirst();
+void Transfer::begin(std::vector<std::string> proxies, CURLSH* share) {
+    const std::string proxy = proxies.front();
+    proxies.erase(proxies.begin());
     m_otherProxies = std::move(proxies);
     m_handshakes = 0;
     m_easy.reset(curl_easy_init());
     m_headers.reset();
     m_detail[0] = '\0';
     m_madeBefore = FileDescriptor();
-    m_usesProxy = !proxy.isEmpty();
-    m_usesHttpProxy = proxy.startsWith("http");
-    m_usesSecureProxy = proxy.startsWith("https:");
+    m_usesProxy = !proxy.empty();
+    m_usesHttpProxy = proxy.starts_with("http");
+    m_usesSecureProxy = proxy.starts_with("https:");
     m_headerBytes = 0;
     m_hasStatusLine = m_isHeadWhole = m_hasSwitched = false;
-    m_location.clear();
-    m_isEncoded = false;
-    m_response = {};
+    m_answer.clear();
 
     CURL* easy = m_easy.get();
     curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
-    // A name and a password in it would go along as a header that nobody has asked for.
-    curl_easy_setopt(easy, CURLOPT_URL, m_request.url.toEncoded(QUrl::RemoveUserInfo).constData());
+    curl_easy_setopt(easy, CURLOPT_URL, m_address.text.c_str());
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());  // none, when empty: the environment has no say
+    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.c_str());  // none, when empty: the environment has no say
     curl_easy_setopt(easy, CURLOPT_NOPROXY, "");
     curl_easy_setopt(easy, CURLOPT_SHARE, share);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
@@ -66,20 +67,20 @@ void Transfer::begin(QByteArrayList proxies, CURLSH* share) {
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, m_inPieces ? "identity" : "");
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "Tralio");
     // Of several addresses the first gets half of this, and would else get minutes. Silence ends both before.
-    const std::chrono::milliseconds connecting = m_idleTimeout * 3 / 2;
+    const std::chrono::milliseconds connecting = m_head.idleTimeout * 3 / 2;
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(connecting.count()));
 
     curl_slist* headers = curl_slist_append(nullptr, "Expect:");  // the body goes along at once
-    for (const auto& [name, value] : m_request.headers) {
-        // libcurl's own form of a header without a value.
-        const QByteArray line = value.isEmpty() ? name + ';' : name + ": " + value;
-        headers = curl_slist_append(headers, line.constData());
+    for (const auto& [name, value] : m_head.headers) {
+        std::string line = name;
+        line += value.empty() ? ";" : ": " + value;  // libcurl's own form of a header without a value
+        headers = curl_slist_append(headers, line.c_str());
     }
     m_headers.reset(headers);
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers);
     if (m_body) {
         curl_easy_setopt(easy, CURLOPT_POST, 1L);
-        curl_easy_setopt(easy, CURLOPT_POSTFIELDS, m_body->constData());
+        curl_easy_setopt(easy, CURLOPT_POSTFIELDS, m_body->data());
         curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_body->size()));
     }
 
@@ -96,13 +97,11 @@ void Transfer::begin(QByteArrayList proxies, CURLSH* share) {
 }
 
 size_t Transfer::takeHeader(char* line, size_t size, size_t count, void* transfer) {
-    const QByteArray bytes(line, static_cast<qsizetype>(size * count));
-    return static_cast<Transfer*>(transfer)->takeHeader(bytes) ? size * count : 0;
+    return static_cast<Transfer*>(transfer)->takeHeader({line, size * count}) ? size * count : 0;
 }
 
 size_t Transfer::takeBody(char* bytes, size_t size, size_t count, void* transfer) {
-    const QByteArray piece(bytes, static_cast<qsizetype>(size * count));
-    return static_cast<Transfer*>(transfer)->takeBody(piece) ? size * count : 0;
+    return static_cast<Transfer*>(transfer)->takeBody({bytes, size * count}) ? size * count : 0;
 }
 
 curl_socket_t Transfer::openSocket(void* transfer, curlsocktype /*purpose*/, curl_sockaddr* address) {

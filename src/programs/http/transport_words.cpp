@@ -3,46 +3,46 @@
 #include <cerrno>
 #include <openssl/x509_vfy.h>
 
-#include "engine/transport_error.h"
-
 namespace tralio {
 namespace {
 
-using namespace Qt::StringLiterals;
-
-QString whatToDo(AddressOrigin origin) {
-    return origin == AddressOrigin::enteredByUser ? u"Vui lòng kiểm tra lại Base URL."_s
-                                                  : u"Vui lòng thử lại sau."_s;
+bool contains(const std::string& text, const char* part) {
+    return text.find(part) != std::string::npos;
 }
 
-QString certificateWords(const QString& server, const TransferFailure& failure, AddressOrigin origin) {
+std::string whatToDo(AddressOrigin origin) {
+    return origin == AddressOrigin::enteredByUser ? "Vui lòng kiểm tra lại Base URL."
+                                                  : "Vui lòng thử lại sau.";
+}
+
+std::string certificateWords(
+    const std::string& server, const TransferFailure& failure, AddressOrigin origin) {
     // libcurl compares the names itself, and leaves no number of OpenSSL's.
-    if (failure.verifyResult == X509_V_ERR_UNSPECIFIED || failure.detail.contains("subject name"))
-        return u"Chứng chỉ bảo mật không thuộc về %1. %2"_s.arg(server, whatToDo(origin));
+    if (failure.verifyResult == X509_V_ERR_UNSPECIFIED || contains(failure.detail, "subject name"))
+        return "Chứng chỉ bảo mật không thuộc về " + server + ". " + whatToDo(origin);
     switch (failure.verifyResult) {
         case X509_V_ERR_CERT_HAS_EXPIRED:
         case X509_V_ERR_CERT_NOT_YET_VALID:
-            return u"Chứng chỉ bảo mật của %1 đã hết hạn hoặc chưa có hiệu lực. "
-                   u"Vui lòng kiểm tra lại ngày giờ của máy."_s.arg(server);
+            return "Chứng chỉ bảo mật của " + server +
+                " đã hết hạn hoặc chưa có hiệu lực. Vui lòng kiểm tra lại ngày giờ của máy.";
         case X509_V_ERR_DEPTH_ZERO_SELF_SIGNED_CERT:
         case X509_V_ERR_SELF_SIGNED_CERT_IN_CHAIN:
-            return u"Chứng chỉ bảo mật của %1 là tự ký nên không đáng tin cậy, yêu cầu đã không được gửi đi."_s
-                .arg(server);
+            return "Chứng chỉ bảo mật của " + server +
+                " là tự ký nên không đáng tin cậy, yêu cầu đã không được gửi đi.";
         default:
-            return u"Chứng chỉ bảo mật của %1 không đáng tin cậy, yêu cầu đã không được gửi đi."_s.arg(
-                server);
+            return "Chứng chỉ bảo mật của " + server + " không đáng tin cậy, yêu cầu đã không được gửi đi.";
     }
 }
 
-QString tlsWords(const QString& server, const QByteArray& detail, AddressOrigin origin) {
+std::string tlsWords(const std::string& server, const std::string& detail, AddressOrigin origin) {
     // What OpenSSL calls versions that it does not accept, and an answer that is none of TLS.
     for (const char* words : {"unsupported protocol", "protocol version", "no protocols available"})
-        if (detail.contains(words))
-            return u"%1 chỉ hỗ trợ phiên bản TLS đã lỗi thời nên kết nối không an toàn. %2"_s.arg(
-                server, whatToDo(origin));
-    if (detail.contains("wrong version number"))
-        return u"%1 không dùng kết nối bảo mật (https). %2"_s.arg(server, whatToDo(origin));
-    return u"Không thể thiết lập kết nối bảo mật (TLS) tới %1. %2"_s.arg(server, whatToDo(origin));
+        if (contains(detail, words))
+            return server + " chỉ hỗ trợ phiên bản TLS đã lỗi thời nên kết nối không an toàn. " +
+                whatToDo(origin);
+    if (contains(detail, "wrong version number"))
+        return server + " không dùng kết nối bảo mật (https). " + whatToDo(origin);
+    return "Không thể thiết lập kết nối bảo mật (TLS) tới " + server + ". " + whatToDo(origin);
 }
 
 /// Whether a proxy of SOCKS says that it did not get to the server.
@@ -61,15 +61,15 @@ bool socksFailed(long proxyError) {
 }
 
 /// Null where the proxy is not to blame.
-QString proxyWords(const QString& server, const TransferFailure& failure) {
+std::string proxyWords(const std::string& server, const TransferFailure& failure) {
     if (failure.code == CURLE_COULDNT_RESOLVE_PROXY)
-        return u"Không tìm thấy máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+        return "Không tìm thấy máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy.";
     if (failure.tunnelStatus == 407)
-        return proxyLoginWords();
-    QString unfit = u"Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
-    QString broken = u"Máy chủ proxy đã ngắt kết nối. Vui lòng thử lại."_s;
+        return proxyLoginWords;
+    std::string unfit = "Không thể kết nối qua máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy.";
+    std::string broken = "Máy chủ proxy đã ngắt kết nối. Vui lòng thử lại.";
     if (failure.tunnelStatus == 502 || failure.tunnelStatus == 504 || socksFailed(failure.proxyError))
-        return u"Máy chủ proxy không kết nối được tới %1. Vui lòng thử lại sau."_s.arg(server);
+        return "Máy chủ proxy không kết nối được tới " + server + ". Vui lòng thử lại sau.";
     if (failure.code == CURLE_PROXY || failure.tunnelStatus >= 300)
         return unfit;
     if (!failure.usesProxy || !failure.isProxysPart)
@@ -77,20 +77,20 @@ QString proxyWords(const QString& server, const TransferFailure& failure) {
     switch (failure.code) {
         case CURLE_COULDNT_CONNECT:
             if (failure.osError == ETIMEDOUT)
-                return silentProxyWords();
+                return silentProxyWords;
             if (failure.osError == ECONNRESET)
                 return broken;
             if (failure.osError == ENETUNREACH || failure.osError == EHOSTUNREACH)
-                return u"Không thể kết nối tới máy chủ proxy. Vui lòng kiểm tra kết nối Internet."_s;
-            return u"Máy chủ proxy từ chối kết nối. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+                return "Không thể kết nối tới máy chủ proxy. Vui lòng kiểm tra kết nối Internet.";
+            return "Máy chủ proxy từ chối kết nối. Vui lòng kiểm tra lại cài đặt proxy của máy.";
         case CURLE_GOT_NOTHING:
         case CURLE_RECV_ERROR:
         case CURLE_SEND_ERROR:
             return broken;
         case CURLE_PEER_FAILED_VERIFICATION:
             return failure.usesSecureProxy
-                ? u"Chứng chỉ bảo mật của máy chủ proxy không đáng tin cậy, yêu cầu đã không được gửi đi."_s
-                : QString();
+                ? "Chứng chỉ bảo mật của máy chủ proxy không đáng tin cậy, yêu cầu đã không được gửi đi."
+                : std::string();
         case CURLE_UNSUPPORTED_PROTOCOL:
         case CURLE_WEIRD_SERVER_REPLY:
             return unfit;
@@ -99,39 +99,38 @@ QString proxyWords(const QString& server, const TransferFailure& failure) {
     }
 }
 
-QString brokenWords(const QString& server) {
-    return u"Kết nối tới %1 bị ngắt giữa chừng. Vui lòng thử lại."_s.arg(server);
+std::string brokenWords(const std::string& server) {
+    return "Kết nối tới " + server + " bị ngắt giữa chừng. Vui lòng thử lại.";
 }
 
-QString connectWords(const QString& server, long osError, AddressOrigin origin) {
+std::string connectWords(const std::string& server, long osError, AddressOrigin origin) {
     const bool isOwn = origin == AddressOrigin::programsOwn;
     if (osError == ECONNREFUSED)
-        return u"Không thể kết nối tới %1: kết nối bị từ chối. %2"_s.arg(server,
-            isOwn ? u"Vui lòng thử lại sau."_s
-                  : u"Vui lòng kiểm tra lại Base URL và máy chủ có đang chạy không."_s);
+        return "Không thể kết nối tới " + server + ": kết nối bị từ chối. " +
+            (isOwn ? "Vui lòng thử lại sau."
+                   : "Vui lòng kiểm tra lại Base URL và máy chủ có đang chạy không.");
     if (osError == ECONNRESET)
         return brokenWords(server);
     if (osError == ETIMEDOUT)
-        return u"Kết nối tới %1 đã hết thời gian chờ. Vui lòng thử lại sau."_s.arg(server);
-    return u"Không thể kết nối tới %1. Vui lòng kiểm tra kết nối Internet."_s.arg(server);
+        return "Kết nối tới " + server + " đã hết thời gian chờ. Vui lòng thử lại sau.";
+    return "Không thể kết nối tới " + server + ". Vui lòng kiểm tra kết nối Internet.";
 }
 
 }  // namespace
 
-QString failureWords(const TransferFailure& failure, const QUrl& url, AddressOrigin origin) {
-    const QString server = serverName(url);
-    if (QString words = proxyWords(server, failure); !words.isNull())
+std::string failureWords(const TransferFailure& failure, const std::string& server, AddressOrigin origin) {
+    if (std::string words = proxyWords(server, failure); !words.empty())
         return words;
     switch (failure.code) {
         case CURLE_COULDNT_CONNECT:
             return connectWords(server, failure.osError, origin);
         case CURLE_COULDNT_RESOLVE_HOST:
-            return u"Không tìm thấy máy chủ %1. Vui lòng kiểm tra kết nối Internet%2."_s.arg(
-                server, origin == AddressOrigin::enteredByUser ? u" và Base URL"_s : QString());
+            return "Không tìm thấy máy chủ " + server + ". Vui lòng kiểm tra kết nối Internet" +
+                (origin == AddressOrigin::enteredByUser ? " và Base URL" : "") + '.';
         case CURLE_OPERATION_TIMEDOUT:
-            return u"Kết nối tới %1 đã hết thời gian chờ. Vui lòng thử lại sau."_s.arg(server);
+            return "Kết nối tới " + server + " đã hết thời gian chờ. Vui lòng thử lại sau.";
         case CURLE_GOT_NOTHING:
-            return u"%1 đóng kết nối mà không trả lời. Vui lòng thử lại."_s.arg(server);
+            return server + " đóng kết nối mà không trả lời. Vui lòng thử lại.";
         case CURLE_PARTIAL_FILE:
         case CURLE_RECV_ERROR:
         case CURLE_SEND_ERROR:
@@ -142,53 +141,53 @@ QString failureWords(const TransferFailure& failure, const QUrl& url, AddressOri
             return tlsWords(server, failure.detail, origin);
         case CURLE_UNSUPPORTED_PROTOCOL:
         case CURLE_WEIRD_SERVER_REPLY:
-            return u"%1 trả lời không đúng giao thức HTTP. %2"_s.arg(server, whatToDo(origin));
+            return server + " trả lời không đúng giao thức HTTP. " + whatToDo(origin);
         case CURLE_BAD_CONTENT_ENCODING:
         case CURLE_WRITE_ERROR:  // also of a decoder; ours tells why by itself
-            return u"Không giải mã được nội dung phản hồi của %1."_s.arg(server);
+            return "Không giải mã được nội dung phản hồi của " + server + ".";
         case CURLE_URL_MALFORMAT:
             return missingHostWords(origin);
         default:
-            return u"Kết nối tới %1 gặp lỗi không xác định (mã %2)."_s.arg(
-                server, QString::number(failure.code));
+            return "Kết nối tới " + server + " gặp lỗi không xác định (mã " + std::to_string(failure.code) +
+                ").";
     }
 }
 
-QString unsupportedSchemeWords(AddressOrigin origin) {
-    return origin == AddressOrigin::enteredByUser ? u"Base URL phải bắt đầu bằng http:// hoặc https://."_s
-                                                  : TransportError::foreignScheme().errorDescription();
-}
-
-QString missingHostWords(AddressOrigin origin) {
-    return origin == AddressOrigin::enteredByUser ? u"Base URL không có tên máy chủ."_s
-                                                  : u"Địa chỉ tải về không có tên máy chủ."_s;
-}
-
-QString refusedRedirectionWords(const QUrl& from, AddressOrigin origin) {
+std::string unsupportedSchemeWords(AddressOrigin origin) {
     return origin == AddressOrigin::enteredByUser
-        ? u"%1 chuyển hướng sang một địa chỉ khác, nên yêu cầu đã bị dừng để bảo vệ API Key. Vui lòng kiểm tra lại Base URL."_s
-              .arg(serverName(from))
-        : u"%1 chuyển hướng sang một địa chỉ không an toàn, nên yêu cầu đã bị dừng."_s.arg(serverName(from));
+        ? "Base URL phải bắt đầu bằng http:// hoặc https://."
+        : "Địa chỉ tải về không bắt đầu bằng http:// hoặc https://.";
 }
 
-QString tooManyRedirectionsWords(const QUrl& from, AddressOrigin origin) {
-    return u"%1 chuyển hướng quá nhiều lần. %2"_s.arg(serverName(from), whatToDo(origin));
+std::string missingHostWords(AddressOrigin origin) {
+    return origin == AddressOrigin::enteredByUser ? "Base URL không có tên máy chủ."
+                                                  : "Địa chỉ tải về không có tên máy chủ.";
 }
 
-QString proxyLoginWords() {
-    return u"Máy chủ proxy yêu cầu đăng nhập. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+std::string refusedRedirectionWords(const std::string& server, AddressOrigin origin) {
+    return origin == AddressOrigin::enteredByUser
+        ? server +
+            " chuyển hướng sang một địa chỉ khác, nên yêu cầu đã bị dừng để bảo vệ API Key. Vui lòng kiểm "
+            "tra lại Base URL."
+        : server + " chuyển hướng sang một địa chỉ không an toàn, nên yêu cầu đã bị dừng.";
 }
 
-QString silentProxyWords() {
-    return u"Máy chủ proxy không phản hồi. Vui lòng thử lại sau."_s;
+std::string tooManyRedirectionsWords(const std::string& server, AddressOrigin origin) {
+    return server + " chuyển hướng quá nhiều lần. " + whatToDo(origin);
 }
 
-QString unknownProxyWords() {
-    return u"Không đọc được cài đặt proxy của máy. Vui lòng kiểm tra lại cài đặt proxy của máy."_s;
+std::string tooLargeHeadersWords(const std::string& server) {
+    return "Phần đầu phản hồi của " + server + " quá lớn, yêu cầu đã bị dừng.";
 }
 
-QString tooLargeHeadersWords(const QUrl& url) {
-    return u"Phần đầu phản hồi của %1 quá lớn, yêu cầu đã bị dừng."_s.arg(serverName(url));
+std::string timedOutWords(const std::string& server, std::chrono::milliseconds silence) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(silence).count();
+    return server + " không phản hồi trong " + std::to_string(seconds) + " giây. Vui lòng thử lại sau.";
+}
+
+std::string tooLargeReplyWords(const std::string& server, size_t limitInBytes) {
+    return "Phản hồi của " + server + " quá lớn (hơn " + std::to_string(limitInBytes / (1024 * 1024)) +
+        " MB), yêu cầu đã bị dừng.";
 }
 
 }  // namespace tralio

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
-#include <QUrl>
-
+#include <chrono>
 #include <curl/curl.h>
+#include <string>
 
 namespace tralio {
 
@@ -24,19 +22,25 @@ struct TransferFailure {
     bool usesProxy = false;
     bool usesSecureProxy = false;  ///< TLS to the proxy itself
     bool isProxysPart = false;     ///< all that has come, if anything, came from the proxy
-    QByteArray detail = {};        ///< libcurl's own words
+    std::string detail = {};       ///< libcurl's own words
 };
 
-/// What the user is told: what happened, with which server, and what can be done about it.
-[[nodiscard]] QString failureWords(const TransferFailure& failure, const QUrl& url, AddressOrigin origin);
+/// What the user is told, in UTF-8: what happened, with which server, and what can be done about it.
+[[nodiscard]] std::string failureWords(
+    const TransferFailure& failure, const std::string& server, AddressOrigin origin);
 
-[[nodiscard]] QString unsupportedSchemeWords(AddressOrigin origin);
-[[nodiscard]] QString missingHostWords(AddressOrigin origin);
-[[nodiscard]] QString refusedRedirectionWords(const QUrl& from, AddressOrigin origin);
-[[nodiscard]] QString tooManyRedirectionsWords(const QUrl& from, AddressOrigin origin);
-[[nodiscard]] QString tooLargeHeadersWords(const QUrl& url);
-[[nodiscard]] QString proxyLoginWords();
-[[nodiscard]] QString silentProxyWords();
-[[nodiscard]] QString unknownProxyWords();
+[[nodiscard]] std::string unsupportedSchemeWords(AddressOrigin origin);
+[[nodiscard]] std::string missingHostWords(AddressOrigin origin);
+[[nodiscard]] std::string refusedRedirectionWords(const std::string& server, AddressOrigin origin);
+[[nodiscard]] std::string tooManyRedirectionsWords(const std::string& server, AddressOrigin origin);
+[[nodiscard]] std::string tooLargeHeadersWords(const std::string& server);
+[[nodiscard]] std::string tooLargeReplyWords(const std::string& server, size_t limitInBytes);
+[[nodiscard]] std::string timedOutWords(const std::string& server, std::chrono::milliseconds silence);
+
+inline constexpr auto proxyLoginWords =
+    "Máy chủ proxy yêu cầu đăng nhập. Vui lòng kiểm tra lại cài đặt proxy của máy.";
+inline constexpr auto silentProxyWords = "Máy chủ proxy không phản hồi. Vui lòng thử lại sau.";
+inline constexpr auto unknownProxyWords =
+    "Không đọc được cài đặt proxy của máy. Vui lòng kiểm tra lại cài đặt proxy của máy.";
 
 }  // namespace tralio

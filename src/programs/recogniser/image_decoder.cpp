@@ -85,8 +85,8 @@ constexpr qint64 memoryPerPixel = 12;
 
 }  // namespace
 
-DecodedImage decodeImage(const QUrl& file) {
-    QImageReader reader(file.toLocalFile());
+DecodedImage decodeImage(const QString& file) {
+    QImageReader reader(file);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     QSize size;

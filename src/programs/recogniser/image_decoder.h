@@ -2,7 +2,6 @@
 
 #include <QImage>
 #include <QString>
-#include <QUrl>
 
 #include <variant>
 
@@ -19,6 +18,6 @@ using DecodedImage = std::variant<QImage, UndecodableImage, OversizedImage>;
 
 /// Decodes a file (of an animation the first picture) and lays what is transparent on white, or on black
 /// where the image itself is light. Runs in the helper process: decoders have faults.
-[[nodiscard]] DecodedImage decodeImage(const QUrl& file);
+[[nodiscard]] DecodedImage decodeImage(const QString& file);
 
 }  // namespace tralio

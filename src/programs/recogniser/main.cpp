@@ -33,20 +33,6 @@ bool hasInput() {
     return ready != 0;
 }
 
-/// False at the end of the input.
-bool readMore(frames::Reader& requests) {
-    QByteArray bytes(1 << 20, Qt::Uninitialized);
-    ssize_t count = 0;
-    do
-        count = read(STDIN_FILENO, bytes.data(), static_cast<size_t>(bytes.size()));
-    while (count < 0 && errno == EINTR);
-    if (count <= 0)
-        return false;
-    bytes.truncate(count);
-    requests.add(bytes);
-    return true;
-}
-
 /// Images come from anywhere: what a faulty decoder can be made to do is bounded, and the largest image that
 /// is served stays well below. Beyond a limit this process dies, and costs that one image.
 void limitOneself() {
@@ -78,7 +64,7 @@ int serve() {
             return EXIT_FAILURE;
         while (!hasInput() && session.prepareFurther()) {
         }
-        if (!readMore(requests))
+        if (!requests.readFrom(STDIN_FILENO))
             return EXIT_SUCCESS;
     }
 }

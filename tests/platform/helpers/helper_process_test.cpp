@@ -26,19 +26,15 @@ protected:
         helper.emplace(HelperProcess::Terms{.program = program,
                            .environment = {{u"GREETING"_s, u"xin chào"_s}},
                            .maximumReply = 100,
-                           .ping = frames::frame([](QDataStream& stream) { stream << quint8(9); }),
+                           .ping = frames::frame("\t"),
                            .silence = 10s,
                            .words = {u"no start"_s, u"ended"_s, u"hangs"_s, u"nonsense"_s}},
             clock);
         QObject::connect(
             &*helper, &HelperProcess::arrived, &*helper,
-            [this](const QByteArray& payload) { came += payload; });
+            [this](const std::string& payload) { came += QByteArray::fromStdString(payload); });
         QObject::connect(
             &*helper, &HelperProcess::lost, &*helper, [this](const QString& words) { losses += words; });
-    }
-    [[nodiscard]] static QByteArray text(const QByteArray& bytes) {
-        return frames::frame(
-            [&bytes](QDataStream& stream) { stream.writeRawData(bytes.constData(), int(bytes.size())); });
     }
     [[nodiscard]] bool exists(const QString& name) const { return QFile::exists(folder.filePath(name)); }
     [[nodiscard]] static bool lives(qint64 process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
@@ -53,8 +49,8 @@ protected:
 TEST_F(HelperProcessTest, starts_with_the_first_frame_and_brings_what_it_answers) {
     serve("case $1 in --serve=1.*) ;; *) exit 1; esac; test \"$GREETING\" = 'xin chào' && exec cat");
     EXPECT_EQ(helper->processId(), 0);
-    helper->send(text("one"));
-    helper->send(text("two"));
+    helper->send(frames::frame("one"));
+    helper->send(frames::frame("two"));
     EXPECT_TRUE(eventually([this] { return came.size() == 2; }));
     EXPECT_EQ(came, (QList<QByteArray>{"one", "two"}));
     EXPECT_EQ(losses, QStringList());
@@ -78,23 +74,23 @@ TEST_F(HelperProcessTest, one_that_is_of_no_use_is_given_up_in_words_and_the_nex
         came.clear();
         QFile::remove(folder.filePath(u"failed"_s));
         serve("if [ ! -e failed ]; then : >failed; " + given.commands + "; fi\nexec cat");
-        helper->send(text("lost"));
+        helper->send(frames::frame("lost"));
         EXPECT_TRUE(eventually([this] { return !losses.isEmpty(); })) << given.commands.toStdString();
         EXPECT_EQ(losses, QStringList{given.words}) << given.commands.toStdString();
-        helper->send(text("next"));
+        helper->send(frames::frame("next"));
         EXPECT_TRUE(eventually([this] { return !came.isEmpty(); })) << given.commands.toStdString();
         EXPECT_EQ(came, QList<QByteArray>{"next"});
     }
     losses.clear();
     begin(u"/nowhere/at-all"_s);
-    helper->send(text("lost"));
+    helper->send(frames::frame("lost"));
     EXPECT_TRUE(eventually([this] { return !losses.isEmpty(); }));
     EXPECT_EQ(losses, QStringList{u"no start"_s});
 }
 
 TEST_F(HelperProcessTest, one_that_is_silent_at_work_hangs_unless_it_was_allowed_to_or_answers_pings) {
     serve("exec sleep 100");
-    helper->send(text("x"));
+    helper->send(frames::frame("x"));
     const qint64 process = helper->processId();
     clock.advance(1h);
     EXPECT_EQ(losses, QStringList()) << "nothing was asked for";
@@ -108,7 +104,7 @@ TEST_F(HelperProcessTest, one_that_is_silent_at_work_hangs_unless_it_was_allowed
 
     losses.clear();
     serve("exec cat");
-    helper->send(text("x"));
+    helper->send(frames::frame("x"));
     helper->setAtWork(true);
     EXPECT_TRUE(eventually([this] { return came.size() == 1; }));
     for (qsizetype pings = 1; pings <= 20; ++pings) {
@@ -122,7 +118,7 @@ TEST_F(HelperProcessTest, one_that_is_silent_at_work_hangs_unless_it_was_allowed
 
 TEST_F(HelperProcessTest, one_that_spoke_while_we_were_suspended_does_not_hang) {
     serve("head -c 9 >word; : >heard; while [ ! -e go ]; do :; done; cat word; : >told; exec sleep 100");
-    helper->send(text("x"));
+    helper->send(frames::frame("x"));
     helper->setAtWork(true);
     EXPECT_TRUE(eventually([this] { return exists(u"heard"_s); }));
     writeFile(folder.filePath(u"go"_s), {});
@@ -138,7 +134,7 @@ TEST_F(HelperProcessTest, one_that_spoke_while_we_were_suspended_does_not_hang) 
 
 TEST_F(HelperProcessTest, one_that_stood_still_along_with_us_has_a_moment_to_speak) {
     serve("exec cat");
-    helper->send(text("x"));
+    helper->send(frames::frame("x"));
     helper->setAtWork(true);
     ASSERT_TRUE(eventually([this] { return came.size() == 1; }));
     const auto process = static_cast<pid_t>(helper->processId());

@@ -129,7 +129,8 @@ TEST_F(HelperTextRecognizerTest, killed_at_any_moment_costs_one_image) {
 TEST_F(HelperTextRecognizerTest, a_helper_that_hangs_is_ended_later_for_a_larger_image_or_one_that_gets_on) {
     using namespace recogniser_protocol;
     const auto answers = [this](const QString& name, const Reply& reply) {
-        return "cat '" + QFile::encodeName(written(name, encode(reply)).toLocalFile()) + "'; ";
+        return "cat '" +
+            QFile::encodeName(written(name, QByteArray::fromStdString(encode(reply))).toLocalFile()) + "'; ";
     };
     const QString go = folder.filePath(u"go"_s);
     HelperTextRecognizer hanging(

@@ -9,15 +9,15 @@ namespace {
 namespace http = http_protocol;
 namespace recogniser = recogniser_protocol;
 
-QByteArray payloadOf(const QByteArray& frame) {
+std::string payloadOf(const std::string& frame) {
     frames::Reader reader(std::max(http::maximumRequest, recogniser::maximumRequest));
     reader.add(frame);
-    return reader.next().value_or(QByteArray());
+    return reader.next().value_or(std::string());
 }
 
 recogniser::RecognizeRequest imageRequest() {
-    return {QUrl::fromLocalFile(u"/tmp/a b/ảnh.png"_s),
-        {RecognitionRequest::Level::fast, false, QStringList{u"ja-JP"_s, u"vi-VN"_s}}};
+    return {
+        u"/tmp/a b/ảnh.png"_s, {RecognitionRequest::Level::fast, false, QStringList{u"ja-JP"_s, u"vi-VN"_s}}};
 }
 
 recogniser::ObservationsReply twoLines() {
@@ -26,13 +26,13 @@ recogniser::ObservationsReply twoLines() {
 
 TEST(HelperProtocol, messages_arrive_as_they_were_sent_however_the_bytes_are_cut) {
     const recogniser::RecognizeRequest sent = imageRequest();
-    const QByteArray stream = encode(recogniser::Request(sent)) +
+    const std::string stream = encode(recogniser::Request(sent)) +
         encode(recogniser::Request(recogniser::RecognizeRequest{})) +
         encode(recogniser::Request(recogniser::LanguagesRequest{}));
     frames::Reader reader(recogniser::maximumRequest);
     std::vector<recogniser::Request> received;
     for (const char byte : stream) {
-        reader.add(QByteArray(1, byte));
+        reader.add({&byte, 1});
         while (const auto payload = reader.next())
             received.push_back(recogniser::decodeRequest(*payload).value());
     }
@@ -47,34 +47,36 @@ TEST(HelperProtocol, messages_arrive_as_they_were_sent_however_the_bytes_are_cut
 }
 
 TEST(HelperProtocol, no_part_of_a_message_and_nothing_longer_passes_for_one) {
-    const HttpRequest request{QUrl(u"https://a.test/ă?b=%20#c"_s), {{"A", "1"}, {"A", ""}}};
-    const auto isHttpRequest = [](const QByteArray& bytes) { return http::decodeRequest(bytes).has_value(); };
-    const auto isRequest = [](const QByteArray& bytes) {
+    const http::Head head{"https://a.test/?b=%20", "a.test", {{"A", "1"}, {"A", ""}}, 1ms};
+    const auto isHttpRequest = [](const std::string& bytes) {
+        return http::decodeRequest(bytes).has_value();
+    };
+    const auto isRequest = [](const std::string& bytes) {
         return recogniser::decodeRequest(bytes).has_value();
     };
-    const auto isReply = [](const QByteArray& bytes) { return recogniser::decodeReply(bytes).has_value(); };
-    const std::pair<QByteArray, std::function<bool(const QByteArray&)>> messages[] = {
-        {encode(http::Get{8, request, 1ms, true}), isHttpRequest},
+    const auto isReply = [](const std::string& bytes) { return recogniser::decodeReply(bytes).has_value(); };
+    const std::pair<std::string, std::function<bool(const std::string&)>> messages[] = {
+        {encode(http::Get{8, head, true}), isHttpRequest},
         {encode(http::Cancel{9}), isHttpRequest},
         {encode(recogniser::Request(imageRequest())), isRequest},
         {encode(recogniser::Reply(twoLines())), isReply},
     };
     for (const auto& [frame, passes] : messages) {
-        const QByteArray whole = payloadOf(frame);
+        const std::string whole = payloadOf(frame);
         EXPECT_TRUE(passes(whole));
-        for (qsizetype size = 0; size < whole.size(); ++size)
-            EXPECT_FALSE(passes(whole.first(size))) << size;
+        for (size_t size = 0; size < whole.size(); ++size)
+            EXPECT_FALSE(passes(whole.substr(0, size))) << size;
         EXPECT_FALSE(passes(whole + 'x'));
     }
-    EXPECT_FALSE(http::decodeReply(QByteArray(1, 9)));
+    EXPECT_FALSE(http::decodeReply("\t"));
     EXPECT_FALSE(isReply("\x7f"));
 }
 
 TEST(HelperProtocol, bytes_that_are_no_frame_break_the_stream_for_good) {
-    const QByteArray frame = encode(recogniser::Reply(recogniser::NoImageReply{}));
-    QByteArray huge = frame;
-    huge[4] = '\x7f';
-    for (const QByteArray& bytes : {QByteArray("Segmentation fault\n"), huge}) {
+    const std::string frame = encode(recogniser::Reply(recogniser::NoImageReply{}));
+    std::string huge = frame;
+    huge[7] = '\x7f';
+    for (const std::string& bytes : {std::string("Segmentation fault\n"), huge}) {
         frames::Reader reader(recogniser::maximumReply);
         reader.add(frame + bytes);
         EXPECT_TRUE(reader.next());

@@ -3,7 +3,7 @@
 #include <QElapsedTimer>
 
 #include "engine/engine_test_support.h"
-#include "engine/transport_error.h"
+#include "programs/http/transport_words.h"
 #include "support/raw_server.h"
 
 namespace tralio {
@@ -25,7 +25,11 @@ protected:
     QCoro::Task<QString> download(QString url) {
         QByteArray whole;
         QCoro::Task<HttpResponse> loading = client.download({QUrl(url), {{"Accept-Encoding", "identity"}}},
-            [&whole](const QByteArray& piece, std::optional<qint64>) { whole += piece; }, Time(20'000), {});
+            [&](const QByteArray& piece, std::optional<qint64> totalSize) {
+                whole += piece;
+                announced = totalSize;
+            },
+            Time(20'000), {});
         const HttpResponse response = co_await loading;
         whole += response.body;
         co_return told({response.status, whole});
@@ -37,6 +41,9 @@ protected:
     }
     [[nodiscard]] static QString urlOf(const RawServer& server) {
         return QStringLiteral("http://127.0.0.1:%1/v1").arg(server.port());
+    }
+    [[nodiscard]] static QString timedOut(quint16 port, Time limit) {
+        return QString::fromStdString(timedOutWords("127.0.0.1:" + std::to_string(port), limit));
     }
     [[nodiscard]] static QByteArray reply(
         const QByteArray& body, const QByteArray& head = "HTTP/1.1 200 OK\r\n") {
@@ -55,6 +62,7 @@ protected:
         };
     }
 
+    std::optional<qint64> announced = 0;  ///< size of the body that was downloaded last
     FakeClock clock;
     HelperHttpClient client{QStringLiteral(HTTP_PROGRAM), clock};
 };

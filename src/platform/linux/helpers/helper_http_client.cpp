@@ -28,12 +28,23 @@ HelperProcess::Terms httpTerms(QString program) {
             .talksNonsense = u"Tiến trình kết nối mạng trả lời không hợp lệ."_s}};
 }
 
+/// A host of its own letters goes by them to the user alone.
+Head headOf(const HttpRequest& request, std::chrono::milliseconds idleTimeout) {
+    const QUrl& url = request.url;
+    Head head{.url = url.toEncoded().toStdString(),
+        .server = url.authority(QUrl::FullyDecoded | QUrl::RemoveUserInfo).toStdString(),
+        .idleTimeout = idleTimeout};
+    for (const auto& [name, value] : request.headers)
+        head.headers.emplace_back(name.toStdString(), value.toStdString());
+    return head;
+}
+
 }  // namespace
 
 HelperHttpClient::HelperHttpClient(QString program, Clock& clock)
     : m_helper(httpTerms(std::move(program)), clock) {
     connect(
-        &m_helper, &HelperProcess::arrived, this, [this](const QByteArray& payload) { take(payload); });
+        &m_helper, &HelperProcess::arrived, this, [this](const std::string& payload) { take(payload); });
     connect(&m_helper, &HelperProcess::lost, this,
         [this](const QString& words) { m_jobs.failAll(std::make_exception_ptr(TransportError(words))); });
 }
@@ -45,14 +56,14 @@ HelperHttpClient::~HelperHttpClient() {
 void HelperHttpClient::prepare(const QUrl& server) {
     m_helper.prepare(afterPreparation);
     if (!server.isEmpty())
-        m_helper.send(encode(Prepare{server}));
+        m_helper.send(encode(Prepare{server.toEncoded().toStdString()}));
 }
 
 QCoro::Task<HttpResponse> HelperHttpClient::send(
     HttpRequest request, QByteArray body, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
     return submit(
         [=](Id id) {
-            return Post{id, request, idleTimeout, body};
+            return Post{id, headOf(request, idleTimeout), body.toStdString()};
         },
         {.receive = {}, .isText = true, .stop = std::move(stop)});
 }
@@ -62,7 +73,7 @@ QCoro::Task<HttpResponse> HelperHttpClient::download(
     const bool inPieces = static_cast<bool>(receive);
     return submit(
         [=](Id id) {
-            return Get{id, request, idleTimeout, inPieces};
+            return Get{id, headOf(request, idleTimeout), inPieces};
         },
         {.receive = std::move(receive), .stop = std::move(stop)});
 }
@@ -74,7 +85,7 @@ QCoro::Task<HttpResponse> HelperHttpClient::submit(std::function<Request(Id)> re
     const Id id = m_jobs.add(std::move(details), stop, this,
         [this](Id stopped) { cancel(stopped, std::make_exception_ptr(TransportError::cancelled())); });
     const QFuture<HttpResponse> future = m_jobs.future(id);
-    const QByteArray frame = encode(request(id));
+    const std::string frame = encode(request(id));
     // The helper would take it for no frame at all, and end with every other request.
     if (frame.size() > maximumRequest) {
         m_jobs.fail(id,
@@ -92,7 +103,7 @@ QCoro::Task<HttpResponse> HelperHttpClient::submit(std::function<Request(Id)> re
     co_return response;
 }
 
-void HelperHttpClient::take(const QByteArray& payload) {
+void HelperHttpClient::take(const std::string& payload) {
     if (const std::optional<Reply> reply = decodeReply(payload))
         std::visit([this](const auto& message) { take(message); }, *reply);
     else
@@ -105,7 +116,7 @@ void HelperHttpClient::take(const Piece& piece) {
         return;
     const Receive receive = job->receive;  // which may settle the job
     try {
-        receive(piece.bytes, piece.totalSize);
+        receive(QByteArray::fromStdString(piece.bytes), piece.totalSize);
     } catch (const LocalizedError&) {
         cancel(piece.id, std::current_exception());
     }
@@ -114,14 +125,15 @@ void HelperHttpClient::take(const Piece& piece) {
 void HelperHttpClient::take(const Done& done) {
     const Details* job = m_jobs.find(done.id);
     const bool afterText = job && job->isText;
-    m_jobs.succeed(done.id, done.response);
+    m_jobs.succeed(done.id, {done.status, QByteArray::fromStdString(done.body)});
     rest(afterText);
 }
 
 void HelperHttpClient::take(const Failed& failed) {
     const Details* job = m_jobs.find(failed.id);
     const bool afterText = job && job->isText;
-    m_jobs.fail(failed.id, std::make_exception_ptr(TransportError(failed.description)));
+    m_jobs.fail(
+        failed.id, std::make_exception_ptr(TransportError(QString::fromStdString(failed.description))));
     rest(afterText);
 }
 

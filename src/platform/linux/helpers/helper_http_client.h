@@ -43,7 +43,7 @@ private:
 
     [[nodiscard]] QCoro::Task<HttpResponse> submit(
         std::function<http_protocol::Request(Id)> request, Details details);
-    void take(const QByteArray& payload);
+    void take(const std::string& payload);
     void take(const http_protocol::Piece& piece);
     void take(const http_protocol::Done& done);
     void take(const http_protocol::Failed& failed);

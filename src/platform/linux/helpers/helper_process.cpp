@@ -46,9 +46,9 @@ void HelperProcess::prepare(std::chrono::milliseconds keep) {
     keepFor(keep);
 }
 
-void HelperProcess::send(const QByteArray& frame) {
+void HelperProcess::send(const std::string& frame) {
     start();
-    m_process->write(frame);
+    m_process->write(frame.data(), static_cast<qint64>(frame.size()));
 }
 
 void HelperProcess::start() {
@@ -125,9 +125,9 @@ void HelperProcess::concludeSilence() {
 }
 
 void HelperProcess::read() {
-    m_frames.add(m_process->readAllStandardOutput());
+    m_frames.add(m_process->readAllStandardOutput().toStdString());
     const QProcess* process = m_process;
-    while (const std::optional<QByteArray> payload = m_frames.next()) {
+    while (const std::optional<std::string> payload = m_frames.next()) {
         if (m_isAtWork)
             restartSilence(m_terms.silence);
         Q_EMIT arrived(*payload);

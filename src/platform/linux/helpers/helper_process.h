@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <string>
 
 #include "common/clock.h"
 #include "platform/linux/helpers/frames.h"
@@ -34,8 +35,8 @@ public:
     struct Terms {
         QString program;  ///< its path; started with `serving::argument`
         std::map<QString, QString> environment = {};
-        qint64 maximumReply = 0;                 ///< bytes of a payload
-        std::optional<QByteArray> ping = {};     ///< a frame that is answered also by one that is at work
+        size_t maximumReply = 0;                 ///< bytes of a payload
+        std::optional<std::string> ping = {};    ///< a frame that is answered also by one that is at work
         std::chrono::milliseconds silence = {};  ///< for how long one that is at work may say nothing
         Words words;
     };
@@ -46,7 +47,7 @@ public:
     /// Starts the program unless it runs, and keeps it for that time.
     void prepare(std::chrono::milliseconds keep);
 
-    void send(const QByteArray& frame);
+    void send(const std::string& frame);
 
     /// While it is at work, the program is watched, and stays.
     void setAtWork(bool isAtWork);
@@ -65,7 +66,7 @@ public:
 
 Q_SIGNALS:
     /// A frame has come. Who cannot read it calls `refuse`.
-    void arrived(const QByteArray& payload);
+    void arrived(const std::string& payload);
 
     /// What was under way has failed.
     void lost(const QString& words);

@@ -47,10 +47,10 @@ Expected expect(const Reply& reply) {
 }
 
 /// Under which the helper opens it.
-QUrl addressOf(const Picture& picture) {
+QString pathOf(const Picture& picture) {
     if (picture->size() > largestPicture)
         throw LocalizedError(tooLarge());
-    return QUrl::fromLocalFile(picture->path());
+    return picture->path();
 }
 
 }  // namespace
@@ -89,7 +89,7 @@ QCoro::Task<QStringList> HelperTextRecognizer::supportedLanguages(std::stop_toke
 QCoro::Task<std::vector<TextObservation>> HelperTextRecognizer::recognize(
     ImageSource image, RecognitionRequest request, std::stop_token stop, LinesRead linesRead) {
     Picture picture = std::holds_alternative<Picture>(image) ? std::get<Picture>(image) : nullptr;
-    const QUrl file = picture ? addressOf(picture) : std::get<QUrl>(image);
+    const QString file = picture ? pathOf(picture) : std::get<QUrl>(image).toLocalFile();
     const QFuture<Reply> future = submit(
         RecognizeRequest{file, std::move(request)}, stop, {{}, std::move(picture), std::move(linesRead)});
     const Reply reply = co_await future;
@@ -115,7 +115,7 @@ void HelperTextRecognizer::sendNext() {
     m_helper.allowSilence(m_limits.anyRequest);
 }
 
-void HelperTextRecognizer::take(const QByteArray& payload) {
+void HelperTextRecognizer::take(const std::string& payload) {
     std::optional<Reply> reply = decodeReply(payload);
     if (!reply || m_current == 0) {
         m_helper.refuse();

@@ -38,7 +38,7 @@ public:
 
 private:
     struct Details {
-        QByteArray frame;
+        std::string frame;
         Picture picture;  ///< that has to be there while the helper reads it
         LinesRead linesRead;
     };
@@ -47,7 +47,7 @@ private:
     [[nodiscard]] QFuture<recogniser_protocol::Reply> submit(
         const recogniser_protocol::Request& request, const std::stop_token& stop, Details details = {});
     void sendNext();
-    void take(const QByteArray& payload);
+    void take(const std::string& payload);
     void cancel(Jobs::Id id);
 
     Limits m_limits;

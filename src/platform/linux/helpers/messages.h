@@ -1,117 +1,138 @@
 #pragma once
 
-#include <QByteArray>
-#include <QDataStream>
-#include <QStringList>
-
 #include <chrono>
+#include <cstring>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "platform/linux/helpers/frames.h"
 
 /// How messages become payloads. A message is a plain record; `each(message, fields)`, found beside it, hands
-/// its members to `fields` in their order, which serves for writing and for reading. All messages of a
-/// direction are the alternatives of one variant, and go by their number in it.
+/// its members to `fields` in their order; a member may be such a record too. All messages of a direction are
+/// the alternatives of one variant, and go by their number in it.
+///
+/// `pass` serves for writing and for reading: what is read has been made afresh. A protocol adds the types
+/// that it needs beside these by a `pass` in this namespace.
 namespace tralio::messages {
 
-template <typename Value>
-QDataStream& operator<<(QDataStream& stream, const std::optional<Value>& value) {
-    stream << value.has_value();
-    return value ? stream << *value : stream;
-}
+struct Writer {
+    void copy(const void* value, size_t size) { bytes.append(static_cast<const char*>(value), size); }
+    [[nodiscard]] static size_t allowed(size_t size) { return size; }
 
-template <typename Value>
-QDataStream& operator>>(QDataStream& stream, std::optional<Value>& value) {
-    bool present = false;
-    stream >> present;
-    if (present)
-        stream >> value.emplace();
-    return stream;
-}
-
-inline QDataStream& operator<<(QDataStream& stream, std::chrono::milliseconds duration) {
-    return stream << qint64{duration.count()};
-}
-
-inline QDataStream& operator>>(QDataStream& stream, std::chrono::milliseconds& duration) {
-    qint64 count = 0;
-    stream >> count;
-    duration = std::chrono::milliseconds(count);
-    return stream;
-}
-
-/// A list, element by element: Qt's own reader would reserve whatever count it is told.
-template <typename List>
-void writeList(QDataStream& stream, const List& list) {
-    stream << static_cast<quint32>(list.size());
-    for (const auto& element : list)
-        stream << element;
-}
-
-template <typename List>
-void readList(QDataStream& stream, List& list) {
-    quint32 count = 0;
-    stream >> count;
-    list.clear();
-    for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
-        typename List::value_type element;
-        stream >> element;
-        list.push_back(std::move(element));
-    }
-}
-
-/// A list among a message's fields.
-template <typename List>
-struct Elements {
-    explicit Elements(List& of) : list(of) {}
-    List& list;
+    std::string bytes;
+    static constexpr bool isGood = true;
 };
 
-template <typename List>
-QDataStream& operator<<(QDataStream& stream, const Elements<List>& field) {
-    writeList(stream, field.list);
-    return stream;
+struct Reader {
+    void copy(void* value, size_t size) {
+        size = allowed(size);
+        std::memcpy(value, rest.data(), size);
+        rest.remove_prefix(size);
+    }
+    /// So many bytes; where they are fewer, none, and nothing is good from then on.
+    [[nodiscard]] size_t allowed(size_t size) {
+        isGood = isGood && size <= rest.size();
+        return isGood ? size : 0;
+    }
+
+    std::string_view rest;
+    bool isGood = true;
+};
+
+/// What is sent as it stands in memory: both ends run on one machine.
+template <typename Value>
+concept IsPlain =
+    std::is_arithmetic_v<Value> || std::is_enum_v<Value> || std::is_same_v<Value, std::chrono::milliseconds>;
+
+template <IsPlain Value>
+void pass(auto& stream, Value& value) {
+    stream.copy(&value, sizeof value);
 }
 
+void pass(auto& stream, bool& value) {
+    auto byte = static_cast<unsigned char>(value);  // which may be any when it comes
+    stream.copy(&byte, 1);
+    value = byte != 0;
+}
+
+void pass(auto& stream, std::string& text) {
+    auto size = static_cast<uint32_t>(text.size());
+    pass(stream, size);
+    text.resize(stream.allowed(size));
+    stream.copy(text.data(), text.size());
+}
+
+template <typename First, typename Second>
+void each(std::pair<First, Second>& pair, auto fields) {
+    fields(pair.first, pair.second);
+}
+
+template <typename Record>
+requires requires(Record& record) {
+    each(
+        record, [](auto&...) {});
+}
+void pass(auto& stream, Record& record) {
+    each(
+        record, [&stream](auto&... fields) { (pass(stream, fields), ...); });
+}
+
+template <typename Value>
+void pass(auto& stream, std::optional<Value>& value) {
+    bool isPresent = value.has_value();
+    pass(stream, isPresent);
+    if (isPresent)
+        pass(stream, value ? *value : value.emplace());
+}
+
+/// A list, element by element: room for whatever count is told would be too much.
 template <typename List>
-QDataStream& operator>>(QDataStream& stream, Elements<List>& field) {
-    readList(stream, field.list);
-    return stream;
+requires requires(List& list) {
+    list.emplace_back();
+}
+void pass(auto& stream, List& list) {
+    auto count = static_cast<uint32_t>(list.size());
+    pass(stream, count);
+    for (uint32_t i = 0; i < count && stream.isGood; ++i)
+        pass(stream, i < list.size() ? list[i] : list.emplace_back());
 }
 
 /// The frame of a message.
 template <typename Message>
-[[nodiscard]] QByteArray encode(Message message) {
-    return frames::frame([&message](QDataStream& stream) {
-        stream << static_cast<quint8>(message.index());
-        std::visit(
-            [&stream](auto& alternative) {
-                each(
-                    alternative, [&stream](const auto&... fields) { (stream << ... << fields); });
-            },
-            message);
-    });
+[[nodiscard]] std::string encode(Message message) {
+    Writer writer;
+    auto number = static_cast<uint8_t>(message.index());
+    pass(writer, number);
+    std::visit([&writer](auto& alternative) { pass(writer, alternative); }, message);
+    return frames::frame(writer.bytes);
 }
 
-/// The alternative of a number, its fields read from the stream.
+/// The alternative of a number, its fields read.
 template <typename Message, size_t alternative = 0>
-[[nodiscard]] std::optional<Message> readAlternative(QDataStream& stream, quint8 number) {
+[[nodiscard]] std::optional<Message> readAlternative(Reader& reader, uint8_t number) {
     if constexpr (alternative < std::variant_size_v<Message>) {
         if (number != alternative)
-            return readAlternative<Message, alternative + 1>(stream, number);
+            return readAlternative<Message, alternative + 1>(reader, number);
         std::variant_alternative_t<alternative, Message> message;
-        each(message, [&stream](auto&... fields) { (stream >> ... >> fields); });
+        pass(reader, message);
         return message;
     } else {
         return std::nullopt;
     }
 }
 
-/// The message of a payload, or nothing when it is none.
+/// The message of a payload; anything short, wrong or left over makes it nothing.
 template <typename Message>
-[[nodiscard]] std::optional<Message> decode(const QByteArray& payload) {
-    return frames::parse<Message>(payload, &readAlternative<Message>);
+[[nodiscard]] std::optional<Message> decode(std::string_view payload) {
+    Reader reader{payload};
+    uint8_t number = 0;
+    pass(reader, number);
+    std::optional<Message> message = readAlternative<Message>(reader, number);
+    return reader.isGood && reader.rest.empty() ? std::move(message) : std::nullopt;
 }
 
 }  // namespace tralio::messages

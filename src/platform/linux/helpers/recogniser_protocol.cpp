@@ -4,73 +4,49 @@
 
 namespace tralio {
 
-static QDataStream& operator<<(QDataStream& stream, const RecognitionRequest& request) {
-    stream << (request.level == RecognitionRequest::Level::accurate) << request.usesLanguageCorrection
-           << request.languages.has_value();
-    messages::writeList(stream, request.languages.value_or(QStringList()));
-    return stream;
+namespace messages {
+
+static void pass(auto& stream, QString& text) {
+    std::string utf8 = text.toStdString();
+    pass(stream, utf8);
+    text = QString::fromStdString(utf8);
 }
 
-static QDataStream& operator>>(QDataStream& stream, RecognitionRequest& request) {
-    bool isAccurate = false;
-    bool namesLanguages = false;
-    stream >> isAccurate >> request.usesLanguageCorrection >> namesLanguages;
-    request.level = isAccurate ? RecognitionRequest::Level::accurate : RecognitionRequest::Level::fast;
-    QStringList languages;
-    messages::readList(stream, languages);
-    if (namesLanguages)
-        request.languages = languages;
-    return stream;
-}
+}  // namespace messages
 
-static QDataStream& operator<<(QDataStream& stream, const TextObservation& observation) {
-    const NormalizedRect& box = observation.boundingBox;
-    stream << box.x << box.y << box.width << box.height;
-    messages::writeList(stream, observation.candidates);
-    return stream;
+static void each(RecognitionRequest& request, auto fields) {
+    fields(request.level, request.usesLanguageCorrection, request.languages);
 }
-
-static QDataStream& operator>>(QDataStream& stream, TextObservation& observation) {
-    NormalizedRect& box = observation.boundingBox;
-    stream >> box.x >> box.y >> box.width >> box.height;
-    messages::readList(stream, observation.candidates);
-    return stream;
+static void each(NormalizedRect& box, auto fields) {
+    fields(box.x, box.y, box.width, box.height);
+}
+static void each(TextObservation& observation, auto fields) {
+    fields(observation.boundingBox, observation.candidates);
 }
 
 namespace recogniser_protocol {
 
 using namespace Qt::StringLiterals;
 
-template <typename Fields>
-static void each(PrepareRequest& /*message*/, Fields /*fields*/) {}
-template <typename Fields>
-static void each(LanguagesRequest& /*message*/, Fields /*fields*/) {}
-template <typename Fields>
-static void each(RecognizeRequest& message, Fields fields) {
+static void each(PrepareRequest& /*message*/, auto /*fields*/) {}
+static void each(LanguagesRequest& /*message*/, auto /*fields*/) {}
+static void each(RecognizeRequest& message, auto fields) {
     fields(message.options, message.file);
 }
-template <typename Fields>
-static void each(LanguagesReply& message, Fields fields) {
-    messages::Elements languages{message.languages};
-    fields(languages);
+static void each(LanguagesReply& message, auto fields) {
+    fields(message.languages);
 }
-template <typename Fields>
-static void each(Accepted& message, Fields fields) {
-    fields(message.size);
+static void each(Accepted& message, auto fields) {
+    fields(message.size.rwidth(), message.size.rheight());
 }
-template <typename Fields>
-static void each(Progress& message, Fields fields) {
+static void each(Progress& message, auto fields) {
     fields(message.lines);
 }
-template <typename Fields>
-static void each(ObservationsReply& message, Fields fields) {
-    messages::Elements observations{message.observations};
-    fields(observations);
+static void each(ObservationsReply& message, auto fields) {
+    fields(message.observations);
 }
-template <typename Fields>
-static void each(NoImageReply& /*message*/, Fields /*fields*/) {}
-template <typename Fields>
-static void each(FailureReply& message, Fields fields) {
+static void each(NoImageReply& /*message*/, auto /*fields*/) {}
+static void each(FailureReply& message, auto fields) {
     fields(message.description);
 }
 
@@ -82,19 +58,19 @@ QString tooLarge() {
     return u"Hình ảnh quá lớn (hơn %1 MB)."_s.arg(largestPicture >> 20);
 }
 
-QByteArray encode(const Request& request) {
-    return messages::encode(request);
+std::string encode(Request request) {
+    return messages::encode(std::move(request));
 }
 
-QByteArray encode(const Reply& reply) {
-    return messages::encode(reply);
+std::string encode(Reply reply) {
+    return messages::encode(std::move(reply));
 }
 
-std::optional<Request> decodeRequest(const QByteArray& payload) {
+std::optional<Request> decodeRequest(std::string_view payload) {
     return messages::decode<Request>(payload);
 }
 
-std::optional<Reply> decodeReply(const QByteArray& payload) {
+std::optional<Reply> decodeReply(std::string_view payload) {
     return messages::decode<Reply>(payload);
 }
 

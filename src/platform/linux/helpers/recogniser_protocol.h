@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QByteArray>
 #include <QSize>
 #include <QStringList>
 
 #include <optional>
+#include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -18,8 +19,8 @@ namespace tralio::recogniser_protocol {
 /// More than this is refused before it is decoded.
 inline constexpr qint64 maximumPixels = 64'000'000;
 
-inline constexpr qint64 maximumRequest = 64 * 1024;
-inline constexpr qint64 maximumReply = 16 * 1024 * 1024;
+inline constexpr size_t maximumRequest = 64 * 1024;
+inline constexpr size_t maximumReply = 16 * 1024 * 1024;
 
 /// What the user is told of such an image, and of one of more than `largestPicture` bytes.
 [[nodiscard]] QString tooLarge(QSize size);
@@ -28,7 +29,7 @@ inline constexpr qint64 maximumReply = 16 * 1024 * 1024;
 struct PrepareRequest {};
 struct LanguagesRequest {};
 struct RecognizeRequest {
-    QUrl file;
+    QString file;
     RecognitionRequest options;
 };
 using Request = std::variant<PrepareRequest, LanguagesRequest, RecognizeRequest>;
@@ -53,11 +54,11 @@ struct FailureReply {
 };
 using Reply = std::variant<LanguagesReply, Accepted, Progress, ObservationsReply, NoImageReply, FailureReply>;
 
-[[nodiscard]] QByteArray encode(const Request& request);
-[[nodiscard]] QByteArray encode(const Reply& reply);
+[[nodiscard]] std::string encode(Request request);
+[[nodiscard]] std::string encode(Reply reply);
 
 /// The message of a payload, or nothing when it is none.
-[[nodiscard]] std::optional<Request> decodeRequest(const QByteArray& payload);
-[[nodiscard]] std::optional<Reply> decodeReply(const QByteArray& payload);
+[[nodiscard]] std::optional<Request> decodeRequest(std::string_view payload);
+[[nodiscard]] std::optional<Reply> decodeReply(std::string_view payload);
 
 }  // namespace tralio::recogniser_protocol
