@@ -15,6 +15,25 @@
 
 namespace tralio {
 
+/// Has a socket listen on this machine alone, at any port where it is 0. The port.
+inline quint16 listenOnLoopback(int listener, int family, quint16 port, int queue) {
+    // The two kinds of addresses have the port at one place.
+    sockaddr_in6 address{};
+    auto& four = reinterpret_cast<sockaddr_in&>(address);
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    if (family == AF_INET)
+        four.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    else
+        address.sin6_addr = in6addr_loopback;
+    address.sin6_family = static_cast<sa_family_t>(family);
+    address.sin6_port = htons(port);
+    socklen_t size = family == AF_INET ? sizeof four : sizeof address;
+    if (bind(listener, generic, size) != 0 || listen(listener, queue) != 0 ||
+        getsockname(listener, generic, &size) != 0)
+        qFatal("A test's server cannot listen.");
+    return ntohs(address.sin6_port);
+}
+
 /// A server on loopback that sends what a test writes down, byte by byte, and counts for itself what it was
 /// sent. Each connection is served by a script, on a thread of its own.
 class RawServer final {
@@ -78,17 +97,10 @@ public:
     };
     using Script = std::function<void(Connection&)>;
 
-    explicit RawServer(Script script)
-        : m_script(std::move(script)), m_listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof(address);
-        auto* generic = reinterpret_cast<sockaddr*>(&address);
-        if (bind(m_listener, generic, size) != 0 || listen(m_listener, 16) != 0 ||
-            getsockname(m_listener, generic, &size) != 0)
-            qFatal("A test's server cannot listen.");
-        m_port = ntohs(address.sin_port);
+    /// @param family AF_INET or AF_INET6
+    explicit RawServer(Script script, int family = AF_INET)
+        : m_script(std::move(script)), m_listener(socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        m_port = listenOnLoopback(m_listener, family, 0, 16);
         m_acceptor = std::thread([this] { accept(); });
     }
     ~RawServer() {
