@@ -10,8 +10,8 @@ struct Address {
     std::string host;    ///< likewise, in ASCII; of IPv6 with its brackets
     int port = 0;        ///< 0 where it tells none
     std::string name;    ///< how the user is told of the server
-    std::string
-        text;  ///< all of it but usual port, part of the page, and name and password, which go nowhere
+    /// All of it but usual port, part of the page, and name and password, which go nowhere.
+    std::string text;
 };
 
 /// The parts of a whole address. What cannot be read as one has a scheme at the most.
