@@ -16,6 +16,9 @@
 namespace tralio {
 namespace {
 
+using testing::AllOf;
+using testing::Ne;
+
 /// A folder to put bundles and scripts in.
 class BundleTest : public testing::Test {
 protected:
@@ -31,6 +34,13 @@ protected:
                 executable));
     }
 
+    /// Packs what lies in a folder of ours; the archive's name.
+    QString zip(const QString& name, const QStringList& content, const QString& from = {}) const {
+        runToEnd(QStringLiteral(CMAKE_PROGRAM),
+            QStringList{u"-E"_s, u"tar"_s, u"cf"_s, path(name), u"--format=zip"_s} + content, path(from));
+        return name;
+    }
+
     /// How something fails, in words; empty when it does not.
     template <typename Operation>
     static QString faultOf(const Operation& operation) {
@@ -41,6 +51,7 @@ protected:
         }
         return {};
     }
+
     static QString faultOf(QCoro::Task<> check) {
         QString words;
         bool ended = false;
@@ -127,7 +138,12 @@ TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
     EXPECT_FALSE(failure(u"/bin/bash"_s, u"/etc/passwd"_s).isEmpty());
 }
 
-TEST_F(BundleTest, only_the_program_of_the_bundle_that_is_replaced_may_be_replaced) {
+TEST_F(BundleTest, only_the_program_of_the_bundle_may_be_replaced_and_the_distribution_updates_its_own) {
+    for (const auto& [programs, expected] :
+        {std::pair(u"/usr/bin"_s, true), std::pair(u"/usr/local/bin"_s, false),
+            std::pair(u"/usrx/bin"_s, false), std::pair(u"/Applications/Tralio.app/Contents/MacOS"_s, false)})
+        EXPECT_EQ(BundleInstaller({.programs = programs}).isPackaged(), expected) << qPrintable(programs);
+
     const auto obstacle = [](const BundleInstaller::Places& places) {
         return faultOf([&] { BundleInstaller(places).checkProgram(); });
     };
@@ -155,13 +171,6 @@ TEST_F(BundleTest, only_the_program_of_the_bundle_that_is_replaced_may_be_replac
     }
 }
 
-TEST_F(BundleTest, what_the_distribution_installed_is_updated_by_it) {
-    for (const auto& [programs, expected] :
-        {std::pair(u"/usr/bin"_s, true), std::pair(u"/usr/local/bin"_s, false),
-            std::pair(u"/usrx/bin"_s, false), std::pair(u"/Applications/Tralio.app/Contents/MacOS"_s, false)})
-        EXPECT_EQ(BundleInstaller({.programs = programs}).isPackaged(), expected) << qPrintable(programs);
-}
-
 TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and_nothing_else) {
     write(u"Tralio.app/Contents/Info.plist"_s, u"an application"_s);
     write(u"Tralio.app/Contents/MacOS/TralioApp"_s, u"its program"_s);
@@ -176,27 +185,17 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
         .largestContent = 1 << 20,
         .freeSpace = [](const QString&) { return qint64(1) << 40; }});
     const auto fault = [&](const QString& archive) { return faultOf(installer.checkArchive(path(archive))); };
-    const auto archive = [this](const QString& name, const QStringList& content, const QString& from = {}) {
-        runToEnd(QStringLiteral(CMAKE_PROGRAM),
-            QStringList{u"-E"_s, u"tar"_s, u"cf"_s, path(name), u"--format=zip"_s} + content, path(from));
-        return name;
-    };
-    const QString whole = archive(u"whole.zip"_s, {u"Tralio.app"_s});
+    const QString whole = zip(u"whole.zip"_s, {u"Tralio.app"_s});
     EXPECT_EQ(fault(whole), QString());
-    const QString notOnlyTheBundle = fault(archive(u"deep.zip"_s, {u"deep"_s}));
+    const QString notOnlyTheBundle = fault(zip(u"deep.zip"_s, {u"deep"_s}));
     EXPECT_FALSE(notOnlyTheBundle.isEmpty());
-    EXPECT_EQ(fault(archive(u"empty.zip"_s, {u"Tralio.app/Contents/Info.plist"_s})), notOnlyTheBundle);
-    EXPECT_EQ(fault(archive(u"two.zip"_s, {u"Tralio.app"_s, u"Other.app"_s})), notOnlyTheBundle);
-    EXPECT_EQ(fault(archive(u"other.zip"_s, {u"Other.app"_s})), notOnlyTheBundle);
-    const QString link = fault(archive(u"link.zip"_s, {u"Tralio.app"_s}, u"linked"_s));
+    for (const QStringList& content : {QStringList{u"Tralio.app/Contents/Info.plist"_s},
+             QStringList{u"Tralio.app"_s, u"Other.app"_s}, QStringList{u"Other.app"_s}})
+        EXPECT_EQ(fault(zip(u"other.zip"_s, content)), notOnlyTheBundle) << qPrintable(content.join(u' '));
+    const QString link = fault(zip(u"link.zip"_s, {u"Tralio.app"_s}, u"linked"_s));
     EXPECT_TRUE(link.contains(u"link")) << qPrintable(link);
-    const QString dead = fault(archive(u"dead.zip"_s, {u"Tralio.app"_s}, u"dead"_s));
-    EXPECT_TRUE(dead.contains(u"quyền chạy"_s)) << dead.toStdString();
-    QByteArray foreign = contentOf(path(u"link.zip"_s));
-    foreign.replace(QByteArray::fromHex("504b01021e03"), QByteArray::fromHex("504b01021e02"));
-    writeFile(path(u"foreign.zip"_s), foreign);
-    EXPECT_EQ(fault(u"foreign.zip"_s), link) << "of VMS, whose kinds are listed in other words";
-
+    const QString dead = fault(zip(u"dead.zip"_s, {u"Tralio.app"_s}, u"dead"_s));
+    EXPECT_TRUE(dead.contains(u"quyền chạy"_s)) << qPrintable(dead);
     for (const QString& full : {QDir::tempPath(), u"/Applications"_s}) {
         BundleInstaller cramped({.programs = {}, .freeSpace = [&full](const QString& folder) {
                                      return folder == full ? qint64(1 << 20) : qint64(1) << 40;
@@ -204,27 +203,30 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
         EXPECT_TRUE(faultOf(cramped.checkArchive(path(whole))).contains(full));
     }
 
-    // Names of the same length, put in place by hand: no tool makes such an archive.
-    QByteArray upwards = contentOf(path(whole));
-    upwards.replace("Tralio.app/Contents/Info.plist", "Tralio.app/../../../Info.plist");
-    writeFile(path(u"upwards.zip"_s), upwards);
-    EXPECT_EQ(fault(u"upwards.zip"_s), notOnlyTheBundle);
-
-    // A bomb, which says that it is small.
+    // What no tool makes, put in place by hand.
+    const auto faultOfChanged = [&](const QString& name, const QByteArray& from, const QByteArray& to) {
+        QByteArray content = contentOf(path(name));
+        EXPECT_TRUE(content.contains(from)) << qPrintable(name);
+        writeFile(path(u"changed.zip"_s), content.replace(from, to));
+        return fault(u"changed.zip"_s);
+    };
+    EXPECT_EQ(faultOfChanged(
+                  u"link.zip"_s, QByteArray::fromHex("504b01021403"), QByteArray::fromHex("504b01021402")),
+        link)
+        << "of VMS, whose kinds are listed in other words";
+    EXPECT_EQ(faultOfChanged(whole, "Tralio.app/Contents/Info.plist", "Tralio.app/../../../Info.plist"),
+        notOnlyTheBundle);
     write(u"bomb/Tralio.app/a"_s, QString(2 << 20, u'0'));
-    QByteArray bomb = contentOf(path(archive(u"bomb.zip"_s, {u"Tralio.app"_s}, u"bomb"_s)));
-    bomb.replace(QByteArray::fromHex("00002000"), QByteArray::fromHex("03000000"));
-    writeFile(path(u"bomb.zip"_s), bomb);
-    ASSERT_TRUE(runToEnd(u"unzip"_s, {u"-Zt"_s, path(u"bomb.zip"_s)}).contains(" 3 bytes uncompressed"));
-    EXPECT_TRUE(fault(u"bomb.zip"_s).contains(u"quá lớn")) << qPrintable(fault(u"bomb.zip"_s));
+    const QString bomb = faultOfChanged(zip(u"bomb.zip"_s, {u"Tralio.app"_s}, u"bomb"_s),
+        QByteArray::fromHex("00002000"), QByteArray::fromHex("03000000"));
+    EXPECT_TRUE(bomb.contains(u"quá lớn")) << qPrintable(bomb);
+    ASSERT_TRUE(runToEnd(u"unzip"_s, {u"-Zt"_s, path(u"changed.zip"_s)}).contains(" 3 bytes uncompressed"));
 
     QByteArray content = contentOf(path(whole));
     content[content.indexOf("Info.plist") + 12] ^= 1;
-    writeFile(path(u"broken.zip"_s), content);
-    write(u"page.zip"_s, u"<html>not found</html>"_s);
-    for (const QString& name : {u"broken.zip"_s, u"page.zip"_s}) {
-        EXPECT_FALSE(fault(name).isEmpty()) << qPrintable(name);
-        EXPECT_NE(fault(name), notOnlyTheBundle) << qPrintable(name);
+    for (const QByteArray& broken : {content, QByteArray("<html>not found</html>")}) {
+        writeFile(path(u"broken.zip"_s), broken);
+        EXPECT_THAT(fault(u"broken.zip"_s), AllOf(Ne(QString()), Ne(notOnlyTheBundle)));
     }
 }
 
@@ -240,8 +242,9 @@ TEST_F(BundleTest, a_signature_is_told_from_one_of_another_file_or_key) {
     sign({path(u"update.zip"_s), path(u"key.pem"_s)});
     const QByteArray signature = contentOf(path(u"update.zip.sig"_s));
 
-    BundleInstaller installer({.programs = {}, .verifier = QStringLiteral(VERIFY_PROGRAM)});
-    const auto fault = [&](const QString& archive, const QByteArray& ofIt, const QString& publicKey) {
+    const auto fault = [&](const QString& archive, const QByteArray& ofIt, const QString& publicKey,
+                           const QString& verifier = QStringLiteral(VERIFY_PROGRAM)) {
+        BundleInstaller installer({.programs = {}, .verifier = verifier});
         return faultOf(installer.checkSignature(path(archive), ofIt, publicKey));
     };
     EXPECT_EQ(fault(u"update.zip"_s, signature, key), QString());
@@ -254,8 +257,7 @@ TEST_F(BundleTest, a_signature_is_told_from_one_of_another_file_or_key) {
     for (const QString& noKey : {key.first(62), QString(), u"no digits"_s})
         EXPECT_FALSE(fault(u"update.zip"_s, signature, noKey).isEmpty());
     EXPECT_FALSE(fault(u"missing.zip"_s, signature, key).isEmpty());
-    BundleInstaller withoutVerifier({.programs = {}, .verifier = path(u"missing"_s)});
-    EXPECT_FALSE(faultOf(withoutVerifier.checkSignature(path(u"update.zip"_s), signature, key)).isEmpty());
+    EXPECT_FALSE(fault(u"update.zip"_s, signature, key, path(u"missing"_s)).isEmpty());
 }
 
 TEST_F(BundleTest, the_helpers_are_found_in_a_bundle_below_a_prefix_and_in_the_build_folder) {
@@ -285,13 +287,8 @@ TEST_F(BundleTest, open_starts_the_program_that_the_bundle_names_and_leaves_it_t
 TEST_F(BundleTest, open_says_what_it_cannot_open) {
     writeInfo(u"Gone.app"_s, u"Gone"_s);
     writeInfo(u"Sly.app"_s, u"../../out"_s);
-    const std::pair<QString, QString> cases[] = {
-        {u"Nowhere.app"_s, u"Nowhere.app"_s},
-        {u"Sly.app"_s, u"Sly.app"_s},
-        {u"Gone.app"_s, u"Gone.app/Contents/MacOS/Gone"_s},
-    };
-    for (const auto& [bundle, culprit] : cases) {
-        const auto [status, complaint] = open({path(bundle)});
+    for (const QString& culprit : {u"Nowhere.app"_s, u"Sly.app"_s, u"Gone.app"_s}) {
+        const auto [status, complaint] = open({path(culprit)});
         EXPECT_EQ(status, 1);
         EXPECT_TRUE(complaint.contains(path(culprit))) << qPrintable(complaint);
     }

@@ -55,10 +55,9 @@ TEST_F(UpdateCheckTest, only_who_asked_hears_of_a_failure_and_an_earlier_offer_s
         {StandInReply::withBody(201, offer(u"2"_s).toJson()), noServer},
         {StandInReply::withBody(302, "nowhere told"), noServer},
         {StandInReply::withBody(0, "hello\n").delivered(Delivery::withoutStatus), noServer},
-        {StandInReply::withBody(200, withoutNotes), failed},
-        {StandInReply::withBody(200, {}), failed},
+        {StandInReply::withBody(200, withoutNotes), failed}, {StandInReply::withBody(200, {}), failed},
         {StandInReply::withBody(200, "{}").delivered(Delivery::endless), failed},
-        {StandInReply::redirect(302, "/version.json"), failed},
+        {StandInReply::redirect(302, "/version.json"), failed},  // followed without end
     };
     service->updateInfo = offer(u"1.0.10"_s);
     service->isUpdateAvailable = true;
@@ -77,15 +76,10 @@ TEST_F(UpdateCheckTest, only_who_asked_hears_of_a_failure_and_an_earlier_offer_s
     EXPECT_EQ(service->lastCheckTime(), std::nullopt);
 }
 
-TEST_F(UpdateCheckTest, a_manifest_that_moved_to_another_server_is_found) {
-    offers(u"2"_s);
-    StandInModel oldServer;
-    oldServer.replies(StandInReply::redirect(301, address(u"/version.json"_s).toLatin1()));
-    restart([&](auto& host) { host.manifest.setPort(oldServer.port()); });
-    EXPECT_EQ(check(false), u"Đã có bản cập nhật mới: v2"_s);
+TEST_F(UpdateCheckTest, an_address_that_is_none_ends_the_check_at_once) {
     restart([](auto& host) { host.manifest = QUrl(); });
     service->checkForUpdates(true);
-    EXPECT_FALSE(service->isChecking()) << "an address that is none ends the check at once";
+    EXPECT_FALSE(service->isChecking());
 }
 
 TEST_F(

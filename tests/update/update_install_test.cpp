@@ -1,6 +1,8 @@
 #include "engine/transport_error.h"
 #include "support/file_size_limit.h"
 #include "support/ordinary_user.h"
+#include "support/run_to_end.h"
+#include "update/installer_script.h"
 #include "update/update_test_support.h"
 
 namespace tralio {
@@ -62,22 +64,8 @@ TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program
         << "its size could not be told from that of the transfer";
 }
 
-TEST_F(UpdateInstallTest, a_program_that_ends_while_the_archive_is_checked_leaves_none) {
-    server.replies(StandInReply::withBody(200, "archive"));
-    installer.checking = std::make_shared<QPromise<void>>();
-    installer.checking->start();
-    service->startAutoUpdate();
-    ASSERT_TRUE(eventually([this] { return !installer.checkedArchive.isEmpty(); }));
-    ASSERT_TRUE(QFile::exists(zip));
-    service.reset();
-    EXPECT_THAT(filesInFolder(), IsEmpty());
-    installer.checking->finish();
-    EXPECT_TRUE(nextTurn());
-    EXPECT_THAT(installer.scripts, IsEmpty());
-}
-
-TEST_F(
-    UpdateInstallTest, whatever_the_server_sends_counts_as_the_archive_also_elsewhere_and_without_a_length) {
+TEST_F(UpdateInstallTest, whatever_the_server_sends_counts_also_elsewhere_and_in_the_place_of_a_folder) {
+    ASSERT_TRUE(QDir().mkpath(zip + u"/inside"_s) && QDir().mkpath(script + u"/inside"_s));
     const QByteArray reply = "HTTP/1.1 503 No\r\n\r\nno zip at all";
     StandInReply moved = StandInReply::redirect(302, address(u"/moved"_s).toLatin1());
     moved.body = "not the archive";
@@ -88,7 +76,8 @@ TEST_F(
     });
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
     EXPECT_EQ(contentOf(zip), "no zip at all");
-    EXPECT_EQ(service->downloadProgress(), 0);
+    EXPECT_THAT(filesInFolder(), ElementsAre(u"Tralio-Update.zip"_s, u"tralio_updater.sh"_s));
+    EXPECT_EQ(service->downloadProgress(), 0) << "of a length that nobody tells";
 }
 
 TEST_F(UpdateInstallTest, progress_is_told_as_the_pieces_come_and_nothing_else_begins_meanwhile) {
@@ -230,27 +219,18 @@ TEST_F(UpdateInstallTest, whatever_stands_in_the_way_of_an_installation_is_told_
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
 }
 
-TEST_F(UpdateInstallTest, a_folder_in_the_place_of_the_archive_or_the_script_goes) {
-    ASSERT_TRUE(QDir().mkpath(zip + u"/inside"_s));
-    ASSERT_TRUE(QDir().mkpath(script + u"/inside"_s));
-    server.replies(StandInReply::withBody(200, "zip"));
-    EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
-    EXPECT_EQ(filesInFolder(), (QStringList{u"Tralio-Update.zip"_s, u"tralio_updater.sh"_s}));
-}
-
 TEST_F(UpdateInstallTest, nothing_happens_without_an_offer_that_has_an_address) {
+    service->updateInfo = std::nullopt;
     for (const QString& address : {u""_s, u"http://[half"_s, u"https://update.test/a b.zip"_s}) {
+        service->startAutoUpdate();
         service->updateInfo = AppUpdateInfo{u"2"_s, {}, address, std::nullopt};
         service->startAutoUpdate();
         EXPECT_FALSE(service->isUpdating()) << qPrintable(address);
     }
-    service->updateInfo = std::nullopt;
-    service->startAutoUpdate();
-    EXPECT_FALSE(service->isUpdating());
     EXPECT_EQ(service->statusMessage(), std::nullopt);
 }
 
-TEST_F(UpdateInstallTest, a_service_that_goes_takes_its_download_with_it) {
+TEST_F(UpdateInstallTest, a_program_that_ends_leaves_nothing_of_what_it_downloads_or_checks) {
     server.replies(StandInReply::withBody(200, "zip").delivered(Delivery::trickled));
     service->startAutoUpdate();
     ASSERT_TRUE(eventually([this] { return !server.requests().isEmpty(); }));
@@ -259,7 +239,46 @@ TEST_F(UpdateInstallTest, a_service_that_goes_takes_its_download_with_it) {
     EXPECT_TRUE(filesInFolder().isEmpty()) << "a program that a signal ends cannot tidy up";
     service.reset();
     EXPECT_TRUE(eventually([this] { return server.openConnections() == 0; }));
+
+    begin();
+    server.replies(StandInReply::withBody(200, "zip"));
+    installer.checking = std::make_shared<QPromise<void>>();
+    installer.checking->start();
+    service->startAutoUpdate();
+    ASSERT_TRUE(eventually([this] { return !installer.checkedArchive.isEmpty(); }));
+    ASSERT_TRUE(QFile::exists(zip));
+    service.reset();
+    EXPECT_THAT(filesInFolder(), IsEmpty());
+    installer.checking->finish();
+    EXPECT_TRUE(nextTurn());
+    EXPECT_THAT(installer.scripts, IsEmpty());
     EXPECT_TRUE(events.isEmpty());
+}
+
+TEST_F(UpdateInstallTest, the_script_throws_an_archive_without_an_application_away_and_touches_nothing) {
+    // The programs that would reach out of the test's folder only write down that they were called.
+    const QString calls = pathOf(u"calls"_s);
+    for (const QString& program : {u"sleep"_s, u"killall"_s, u"open"_s, u"cp"_s, u"xattr"_s})
+        writeFile(pathOf(u"bin/"_s + program),
+            u"#!/bin/sh\necho %1 \"$@\" >> '%2'\n"_s.arg(program, calls).toUtf8());
+    QDir(folder.path()).mkdir(u"tmp"_s);
+    const QString archive = pathOf(u"A b.zip"_s);
+    writeFile(script, installerScript(archive).toUtf8());
+    // One below the top of the archive does not count, nor does a file of its name.
+    writeFile(pathOf(u"deep/Tralio.app/Contents/Info.plist"_s), {});
+    writeFile(pathOf(u"Tralio.app"_s), "a file, not a bundle");
+    runToEnd(QStringLiteral(CMAKE_PROGRAM),
+        {u"-E"_s, u"tar"_s, u"cf"_s, archive, u"--format=zip"_s, u"deep"_s, u"Tralio.app"_s}, folder.path());
+    for (const QByteArray& content : {QByteArray("<html>not found</html>"), contentOf(archive)}) {
+        writeFile(archive, content);
+        runToEnd(u"env"_s,
+            {u"PATH=%1:/usr/bin:/bin"_s.arg(pathOf(u"bin"_s)), u"TMPDIR="_s + pathOf(u"tmp"_s),
+                u"/bin/bash"_s, script});
+        EXPECT_EQ(contentOf(calls), "sleep 1.2\n");
+        EXPECT_FALSE(QFile::exists(archive));
+        EXPECT_TRUE(QDir(pathOf(u"tmp"_s)).isEmpty());
+        QFile::remove(calls);
+    }
 }
 
 }  // namespace
