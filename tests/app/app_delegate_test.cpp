@@ -45,9 +45,8 @@ TEST_F(Shell, launching_registers_the_hot_keys_and_looks_for_a_new_version_in_si
 }
 
 TEST_F(Shell, only_a_first_start_without_a_tray_opens_the_popover_by_itself) {
-    const std::tuple<bool, bool, size_t> cases[] = {
-        {true, false, 1U}, {true, true, 0U}, {false, false, 0U}, {false, true, 0U}};
-    for (const auto& [isFirstStart, inTray, shown] : cases) {
+    for (const auto& [isFirstStart, inTray] :
+        {std::pair(true, false), std::pair(true, true), std::pair(false, false)}) {
         FakePopover host;
         statusItem.inTray = inTray;
         delegate = delegateWith(host, isFirstStart);
@@ -57,10 +56,10 @@ TEST_F(Shell, only_a_first_start_without_a_tray_opens_the_popover_by_itself) {
         EXPECT_THAT(host.anchors, IsEmpty()) << "it would cover the desktop's question";
         desktop.hotKeys.userAsked = false;
         desktop.clock.advance(10s);
-        EXPECT_THAT(host.anchors, SizeIs(shown)) << isFirstStart << inTray;
+        EXPECT_EQ(host.shown, isFirstStart && !inTray);
         host.performClose();
         desktop.clock.advance(1h);
-        EXPECT_THAT(host.anchors, SizeIs(shown)) << "more than once";
+        EXPECT_FALSE(host.shown) << "more than once";
         delegate.reset();
     }
 }
@@ -115,18 +114,7 @@ TEST_F(Shell, nothing_happens_after_the_delegate_is_gone_also_while_a_text_is_on
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
 }
 
-TEST_F(Shell, a_text_from_another_program_is_requested_trimmed_and_leaves_the_clipboard_alone) {
-    delegate->translateSelectedText(u" \n\t"_s);
-    delegate->translateSelectedText(u"  from a menu\n"_s);
-    desktop.clock.advance(79ms);
-    EXPECT_THAT(popover.anchors, SizeIs(1));
-    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
-    desktop.clock.advance(1ms);
-    EXPECT_EQ(appState.pendingTextToTranslate(), u"from a menu"_s);
-    EXPECT_EQ(appState.lastHandledChangeCount, -1);
-}
-
-TEST_F(Shell, of_texts_that_come_in_a_flood_the_newest_is_requested_every_three_hundred_milliseconds) {
+TEST_F(Shell, texts_from_another_program_are_requested_trimmed_and_of_a_flood_the_newest_now_and_then) {
     QStringList requested;
     onChange(
         appState, &appState, [this] { return appState.translateTriggerId(); },
@@ -135,15 +123,25 @@ TEST_F(Shell, of_texts_that_come_in_a_flood_the_newest_is_requested_every_three_
         desktop.clock.advance(time);
         EXPECT_TRUE(nextTurn());
     };
+    delegate->translateSelectedText(u" \n\t"_s);
+    delegate->translateSelectedText(u"  from a menu\n"_s);
+    pass(79ms);
+    EXPECT_THAT(popover.anchors, SizeIs(1));
+    EXPECT_THAT(requested, IsEmpty());
+    pass(1ms);
+    EXPECT_THAT(requested, ElementsAre(u"from a menu"_s));
+    EXPECT_EQ(appState.lastHandledChangeCount, -1) << "the clipboard is left alone";
+
+    pass(1s);
+    requested.clear();
+    preparations = 0;
     for (int i = 0; i < 1000; ++i) {
         delegate->translateSelectedText(QString::number(i));
         pass(1ms);
     }
-    pass(1s);
+    pass(2s);
     EXPECT_THAT(requested, ElementsAre(u"79"_s, u"379"_s, u"679"_s, u"979"_s, u"999"_s));
     EXPECT_EQ(preparations, 5) << "each is a connection";
-    pass(1s);
-    EXPECT_THAT(requested, SizeIs(5));
 }
 
 }  // namespace

@@ -35,19 +35,6 @@ TEST_F(Shell, the_text_hot_key_fetches_shows_on_a_later_turn_and_requests_eighty
     EXPECT_TRUE(popover.shown);
 }
 
-TEST_F(Shell, nothing_selected_opens_the_popover_and_requests_nothing) {
-    launch();
-    desktop.hotKeys.handler(textHotKeyID);
-    desktop.clock.advance(1s);
-    EXPECT_TRUE(popover.shown);
-    EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
-    EXPECT_EQ(appState.notice(), u"Không có chữ nào đang được chọn"_s);
-    desktop.clock.advance(2s);
-    EXPECT_EQ(appState.notice(), QString());
-    EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
-    EXPECT_EQ(appState.lastHandledChangeCount, -1);
-}
-
 TEST_F(Shell, the_text_hot_key_pressed_twice_asks_for_one_text_and_says_nothing_over_its_result) {
     launch();
     selectForCopying();
@@ -89,6 +76,7 @@ TEST_F(Shell, a_selection_that_shows_late_is_requested_if_it_is_recent_and_offer
     const QString nothing = u"Không có chữ nào đang được chọn"_s;
     const auto asks = [&] {
         deliver = {};
+        popover.shown = false;
         appState.notice = QString();
         appState.pendingTextToTranslate = QString();
         press(textHotKeyID);
@@ -110,6 +98,11 @@ TEST_F(Shell, a_selection_that_shows_late_is_requested_if_it_is_recent_and_offer
     desktop.accessibility.focused = {.holdsPassword = true};
     EXPECT_FALSE(asks());
     EXPECT_EQ(appState.notice(), nothing);
+    EXPECT_TRUE(popover.shown);
+    EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
+    EXPECT_EQ(appState.lastHandledChangeCount, -1);
+    desktop.clock.advance(2s);
+    EXPECT_EQ(appState.notice(), QString());
 }
 
 TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_only_a_text_is_requested) {
@@ -171,31 +164,17 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
         desktop.clock.advance(1s);
         EXPECT_EQ(appState.pendingTextToTranslate(), text);
     };
+    const auto fetch = [this] { delegate->handleGlobalHotKey(); };
     expectAfterwards(
         u"copied"_s,
-        [this] {
-            delegate->handleGlobalHotKey();
+        [&] {
+            fetch();
             desktop.pasteboard.copy(u"copied"_s);
         });
     expectAfterwards(
         u"handed over"_s, [this] { delegate->translateSelectedText(u"handed over"_s); });
     expectAfterwards(QString(), [this] { delegate->showPopover(); });
-}
-
-TEST_F(Shell, a_fetch_that_finds_nothing_is_passed_over_once_a_region_is_drawn) {
-    launch();
-    selectForCopying();
-    region.draws = false;
-    bool hasRun = false;
-    region.onRun = [&] {
-        desktop.clock.advance(2s);
-        hasRun = true;
-    };
-    press(textHotKeyID);
-    press(ocrHotKeyID);
-    desktop.clock.advance(150ms);
-    ASSERT_TRUE(eventually([&] { return hasRun && !captures.isDrawing(); }));
-    desktop.clock.advance(1s);
+    expectAfterwards(QString(), fetch);  // which finds nothing
     EXPECT_EQ(appState.notice(), QString()) << "not over what the capture brings";
     select(u"later"_s);
     press(textHotKeyID);

@@ -119,18 +119,51 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
         focus.movedInside();
         focus.left();
     };
-    const auto expectOpen = [this](const auto& motion) {
+    const auto staysOpen = [this](const auto& before) {
         open();
         underPointer = false;
-        motion();
+        before();
         lose();
+        clock.advance(50ms);
+        const bool stays = isOpen;
         clock.advance(5s);
-        EXPECT_TRUE(isOpen) << "closed by a motion";
+        EXPECT_EQ(isOpen, stays);
         click(false);
         EXPECT_FALSE(isOpen) << "a click still closes it";
+        return stays;
     };
-    expectOpen([this] { focus.moved(); });
-    expectOpen(left);
+    EXPECT_TRUE(staysOpen([this] { focus.moved(); }));
+    EXPECT_TRUE(staysOpen(left));
+    EXPECT_TRUE(staysOpen([this] {
+        focus.moved();
+        clock.advance(40ms);
+        focus.moved();  // tells nothing new within a moment
+        clock.advance(500ms);
+    })) << "the window manager's delay";
+
+    EXPECT_FALSE(staysOpen([] {})) << "left by the keyboard";
+    EXPECT_FALSE(staysOpen([this] {
+        focus.moved();
+        gain();
+    })) << "a motion before it had the keyboard has not taken it";
+    EXPECT_FALSE(staysOpen([this] {
+        focus.movedInside();
+        clock.advance(600ms);
+        focus.left();
+    })) << "covered, with the pointer where it was";
+    EXPECT_FALSE(staysOpen([&] {
+        left();
+        clock.advance(150ms);
+    })) << "the pointer had left before";
+    EXPECT_FALSE(staysOpen([this] {
+        underPointer = true;
+        focus.moved();
+    })) << "the pointer is still here: it has taken nothing along";
+    EXPECT_FALSE(staysOpen([&] {
+        focus.moved();
+        left();
+        clock.advance(601ms);
+    })) << "moved long before";
 
     open();
     lose();
@@ -138,62 +171,6 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
     left();
     clock.advance(5s);
     EXPECT_TRUE(isOpen) << "told of the keyboard first";
-
-    const auto expectClosed = [this](const char* how, const auto& before) {
-        open();
-        before();
-        lose();
-        clock.advance(50ms);
-        EXPECT_FALSE(isOpen) << how;
-    };
-    expectClosed("left by the keyboard", [] {});
-    expectClosed("covered, with the pointer where it was", [this] {
-        focus.movedInside();
-        clock.advance(600ms);
-        focus.left();
-    });
-    expectClosed("the pointer had left before", [&] {
-        left();
-        clock.advance(150ms);
-    });
-    expectClosed("the pointer is still here: it has taken nothing along", [this] {
-        underPointer = true;
-        focus.moved();
-    });
-    expectClosed("moved long before", [&] {
-        underPointer = false;
-        focus.moved();
-        left();
-        clock.advance(601ms);
-    });
-}
-
-TEST_F(PopoverFocusTest, a_focus_that_follows_the_pointer_may_take_the_window_managers_delay) {
-    open();
-    focus.moved();
-    clock.advance(40ms);
-    focus.moved();  // tells nothing new within a moment
-    clock.advance(500ms);
-    lose();
-    clock.advance(5s);
-    EXPECT_TRUE(isOpen);
-
-    gain();
-    lose();
-    clock.advance(50ms);
-    EXPECT_FALSE(isOpen) << "a motion before it had the keyboard has not taken it";
-}
-
-TEST_F(
-    PopoverFocusTest, a_grab_that_keeps_the_keyboard_for_a_moment_leaves_it_open_until_another_is_in_front) {
-    open();
-    inFront = true;
-    lose();
-    clock.advance(5s);
-    EXPECT_TRUE(isOpen);
-    inFront = false;
-    clock.advance(600ms);
-    EXPECT_FALSE(isOpen);
 }
 
 TEST_F(PopoverFocusTest, a_slow_window_manager_is_asked_again_and_one_that_gives_no_keyboard_leaves_it_open) {
