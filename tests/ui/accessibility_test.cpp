@@ -81,9 +81,7 @@ protected:
 TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it_as_it_is_read) {
     desktop.permissions.accessibility = false;  // the footer warns, and the settings ask
     useOwnEndpoint();
-    TranslationHistoryStore history(store);
-    history.add(u"hello"_s, u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Chuẩn"_s);
-    history.add(u"good night"_s, u"ngủ ngon"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Chuẩn"_s);
+    fillHistory({u"good night"_s, u"hello"_s});
     open();
     for (const QString& tab : {u"Tralio"_s, u"Lịch sử"_s, u"Cài đặt"_s, u"Tác giả"_s}) {
         click(tab);
@@ -158,28 +156,6 @@ TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that
     wait([this] { return hasControl(u"Kiểm tra kết nối"_s); });
     click(u"Tralio văn bản bôi đen: Đổi"_s);
     EXPECT_THAT(news(), SizeIs(2)) << "the test's result, and how to record";
-}
-
-TEST_F(AccessibleProgram, keeps_the_keyboard_from_what_is_beside_a_button_that_goes_with_its_strip) {
-    useOwnEndpoint();
-    store.setValue(u"app_setting_model"_s, u"qwen"_s);
-    open();
-    const auto pressTwice = [this](const QString& name) {
-        focus(name);
-        press(Qt::Key_Space);
-        press(Qt::Key_Space);
-    };
-    type(u"text"_s);
-    press(Qt::Key_Return);  // refused: the key would be exposed
-    ASSERT_TRUE(showsError());
-    const QString error = find<ErrorStrip>()->accessibleName();
-    pressTwice(u"Đóng thông báo lỗi"_s);
-    EXPECT_FALSE(showsError()) << qPrintable(error);
-
-    click(u"Cài đặt"_s);
-    pressTwice(u"Vẫn gửi"_s);
-    EXPECT_EQ(store.text(u"app_setting_model"_s), u"qwen"_s);
-    EXPECT_TRUE(model.requests().isEmpty());
 }
 
 }  // namespace

@@ -57,7 +57,8 @@ TEST(Colors, every_role_has_a_colour_and_every_text_is_readable_in_both_schemes_
         {orangeTint, none, {orange}},
         {tooltip, none, {tooltipText}},
     };
-    for (const char* accent : {"#0A84FF", "#8E5CF7", "#E8478B", "#E8731A", "#2FA84F", "#7A828E"}) {
+    for (const char* accent :
+        {"#0A84FF", "#8E5CF7", "#E8478B", "#E8731A", "#2FA84F", "#7A828E", "#FFFFFF", "#FFFF00", "none"}) {
         for (const Scheme scheme : {Scheme::light, Scheme::dark}) {
             const Colors colors(scheme, named(accent));
             for (int role = int(none) + 1; role < int(count); ++role)
@@ -69,13 +70,6 @@ TEST(Colors, every_role_has_a_colour_and_every_text_is_readable_in_both_schemes_
                         << accent << (scheme == Scheme::light ? " light" : " dark") << ": text " << int(text)
                         << " on surface " << int(surface) << " with tint " << int(tint);
             }
-        }
-    }
-    for (const QColor& accent : {QColor(Qt::white), QColor(Qt::black), QColor(Qt::yellow), QColor()}) {
-        for (const Scheme scheme : {Scheme::light, Scheme::dark}) {
-            const Colors colors(scheme, accent);
-            EXPECT_GE(contrast(colors[onFill], colors[accentFill]), 4.5) << accent.name().toStdString();
-            EXPECT_GE(contrast(colors[accentText], colors[window]), 4.5) << accent.name().toStdString();
         }
     }
 }

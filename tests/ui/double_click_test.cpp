@@ -11,11 +11,6 @@ namespace {
 /// Two presses at one place, as quick as those of a double click.
 class DoubleClick : public StageTest {
 protected:
-    void pressAt(const QPoint& place) {
-        QWidget* target = window().childAt(place);
-        QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFrom(&window(), place));
-        settle();
-    }
     /// How often the button that lies there now is pressed by what follows.
     void countPressesAt(const QPoint& place) {
         auto* button = qobject_cast<QAbstractButton*>(window().childAt(place));
@@ -26,11 +21,8 @@ protected:
     QList<QPoint> buttonPlaces() {
         QList<QPoint> places;
         for (const auto* button : visibleParts<QAbstractButton>(window()))
-            places += centerOf(button);
+            places += middle(button);
         return places;
-    }
-    static QPoint centerOf(const QWidget* widget) {
-        return widget->mapTo(widget->window(), widget->rect().center());
     }
 
     int presses = 0;
@@ -40,27 +32,25 @@ TEST_F(DoubleClick, on_skip_does_not_reach_what_lay_beneath_but_a_later_or_anoth
     store.setValue(u"hasCompletedOnboarding"_s, false);
     open();
     EXPECT_FALSE(hasControl(u"Cài đặt"_s)) << "it lies over everything";
-    const QPoint place = centerOf(controls(u"Bỏ qua"_s).constFirst());
-    pressAt(place);
+    const QPoint place = middle(controls(u"Bỏ qua"_s).constFirst());
+    clickAt(place);
     EXPECT_FALSE(hasControl(u"Bỏ qua"_s));
     EXPECT_TRUE(isOnTab(u"Tralio"_s));
     EXPECT_EQ(store.boolean(u"hasCompletedOnboarding"_s), true) << "ended for good";
     countPressesAt(place);
-    pressAt(place);
-    pressAt(place + QPoint(2, 1));
+    clickAt(place);
+    clickAt(place + QPoint(2, 1));
     EXPECT_EQ(presses, 0);
 
-    pressAt(centerOf(controls(u"Lịch sử"_s).constFirst()));
+    clickAt(middle(controls(u"Lịch sử"_s).constFirst()));
     EXPECT_TRUE(isOnTab(u"Lịch sử"_s)) << "elsewhere one may press at once";
     desktop.clock.advance(std::chrono::milliseconds(QApplication::doubleClickInterval()));
-    pressAt(place);
+    clickAt(place);
     EXPECT_EQ(presses, 1);
 }
 
 TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_alone) {
-    TranslationHistoryStore history(store);
-    for (int i = 0; i < 8; ++i)
-        history.add(u"hello %1"_s.arg(i), u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
+    fillHistory(u"a b c d e f g h"_s.split(u' '));
     open();
     const QList<QPoint> buttons = buttonPlaces();
     click(u"Lịch sử"_s);
@@ -73,10 +63,10 @@ TEST_F(DoubleClick, on_an_entry_of_the_history_leaves_the_panel_that_it_opens_al
     const auto place = std::find_if(buttons.cbegin(), buttons.cend(), rowAt);
     ASSERT_NE(place, buttons.cend()) << "no row where the other panel has a button";
 
-    pressAt(*place);
+    clickAt(*place);
     wait([this] { return isOnTab(u"Tralio"_s); });
     countPressesAt(*place);
-    pressAt(*place);
+    clickAt(*place);
     EXPECT_EQ(presses, 0);
 }
 
@@ -92,12 +82,12 @@ TEST_F(DoubleClick, on_an_entry_of_a_menu_chooses_it_and_presses_nothing_beneath
         [&](const QPoint& button) { return item.contains(QPoint(item.center().x(), button.y())); });
     ASSERT_NE(beneath, buttons.cend()) << "no button under the entry";
     const QPoint place(item.center().x(), beneath->y());
-    pressAt(place);
+    clickAt(place);
     EXPECT_TRUE(hasControl(u"Ngôn ngữ nguồn: Tiếng Pháp"_s));
     countPressesAt(place);
     for (int more = 0; more < 2; ++more) {
         desktop.clock.advance(std::chrono::milliseconds(QApplication::doubleClickInterval() / 2));
-        pressAt(place);
+        clickAt(place);
     }
     EXPECT_EQ(presses, 0) << "nor by a third, as quick as the second";
 }

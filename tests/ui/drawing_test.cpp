@@ -4,14 +4,12 @@
 
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
-#include "ui/kit/cross_fade.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/icon.h"
 #include "ui/kit/label.h"
 #include "ui/kit/menu_button.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/overlay_scroll_bar.h"
-#include "ui/kit/painting.h"
 #include "ui/kit/reading_area.h"
 #include "ui/kit/reveal.h"
 #include "ui/kit/stack.h"
@@ -24,27 +22,14 @@ namespace {
 
 const QString tallText = u"ẤẨỄỐỘẶ"_s;
 
-/// The height of the tall text's ink where nothing can cut it.
-int freeInk(const TextStyle& style) {
-    QImage blank(400, 100, QImage::Format_ARGB32_Premultiplied);
-    blank.fill(Qt::white);
-    QImage inked = blank;
-    QPainter painter(&inked);
-    paintText(painter, inked.rect(), style, Qt::black, tallText);
-    painter.end();
-    return difference(blank, inked).height();
-}
-
-/// The ink of the tall text as a widget paints it: what changes when the text gives way to a blank.
-template <typename Widget, typename SetText>
-QRect inkIn(Widget& widget, SetText setText) {
-    setText(tallText);
-    const QImage inked = pictureOf(widget);
-    setText(QString(QChar::Nbsp));
-    return difference(pictureOf(widget), inked);
-}
-
-TEST(Drawing, vietnamese_capitals_are_whole_in_labels_of_every_style) {
+TEST(Drawing, vietnamese_capitals_are_whole_in_every_style_and_inside_the_edge_in_every_control) {
+    // What changes when the tall text gives way to a blank.
+    const auto inkOfWhole = [](QWidget& widget, const TextStyle& style, const auto& setText) {
+        setText(tallText);
+        const QRect ink = changeOf(widget, [&] { setText(QString(QChar::Nbsp)); });
+        EXPECT_EQ(ink.height(), inkOf(style, tallText).height()) << style.size << " in " << widget.height();
+        return ink;
+    };
     for (const TextStyle& style :
         {text::onboardingTitle, text::panelTitle, text::headline, text::cardTitle, text::body, text::menu,
             text::blockTitle, text::subtitle, text::caption, text::caption.with(Weight::bold),
@@ -53,18 +38,12 @@ TEST(Drawing, vietnamese_capitals_are_whole_in_labels_of_every_style) {
             Label label(tallText, style);
             label.setMaximumLines(wraps ? 0 : 1);
             label.resize(300, wraps ? label.heightForWidth(300) : label.sizeHint().height());
-            EXPECT_EQ(
-                inkIn(label, [&](const QString& text) { label.setText(text); }).height(), freeInk(style))
-                << "size " << style.size << (wraps ? ", wrapped" : "");
+            (void)inkOfWhole(label, style, [&](const QString& text) { label.setText(text); });
         }
     }
-}
-
-TEST(Drawing, vietnamese_capitals_are_whole_and_inside_the_edge_in_every_control) {
-    const auto expectWhole = [](Control& control, const TextStyle& style) {
+    const auto expectWhole = [&](Control& control, const TextStyle& style) {
         control.resize(300, control.sizeHint().height());
-        const QRect ink = inkIn(control, [&](const QString& text) { control.setTitle(text); });
-        EXPECT_EQ(ink.height(), freeInk(style)) << "height " << control.height();
+        const QRect ink = inkOfWhole(control, style, [&](const QString& text) { control.setTitle(text); });
         EXPECT_TRUE(control.rect().adjusted(0, 1, 0, -1).contains(ink)) << "height " << control.height();
     };
     for (const ButtonStyle& style : {button::main, button::mainSmall, button::redSmall, button::banner,
@@ -86,22 +65,23 @@ TEST(Drawing, vietnamese_capitals_are_whole_in_text_areas_from_the_first_line_on
     QString text;
     MultilineEnterInputView input(
         {.get = [&] { return text; }, .set = [&](const QString& now) { text = now; }}, [] {});
-    input.resize(490, 115);
     ReadingArea reading;
-    reading.resize(490, 115);
+    for (QWidget* area : std::initializer_list<QWidget*>{&input, &reading}) {
+        area->resize(490, 115);
+        area->show();
+    }
     const auto write = [&](const QString& written) {
         text = written;
         input.refresh();
         reading.setText(written);
     };
     for (const QString& rest : {QString(), u"\nẤẨỄỐỘẶ"_s}) {
-        write(tallText + rest);
-        const QImage inkedInput = pictureOf(*input.viewport());
-        const QImage inkedReading = pictureOf(*reading.viewport());
-        write(rest.isEmpty() ? u"\u00A0"_s : u"\u00A0\n\u00A0"_s);
-        const int expected = freeInk(text::body) + (rest.isEmpty() ? 0 : text::body.line);
-        EXPECT_EQ(difference(pictureOf(*input.viewport()), inkedInput).height(), expected);
-        EXPECT_EQ(difference(pictureOf(*reading.viewport()), inkedReading).height(), expected);
+        const int expected = inkOf(text::body, tallText).height() + (rest.isEmpty() ? 0 : text::body.line);
+        for (QWidget* area : {input.viewport(), reading.viewport()}) {
+            write(tallText + rest);
+            const auto empty = [&] { write(rest.isEmpty() ? u"\u00A0"_s : u"\u00A0\n\u00A0"_s); };
+            EXPECT_EQ(changeOf(*area, empty).height(), expected);
+        }
     }
 }
 
@@ -200,21 +180,6 @@ TEST(Drawing, what_is_revealed_takes_its_height_and_nothing_when_it_left) {
     QTRY_COMPARE(rest->height(), 200);
     reveal->setRevealed(true);
     QTRY_COMPARE(reveal->height(), 32);
-}
-
-TEST(Drawing, what_was_there_fades_and_leaves_nothing_over_what_has_come) {
-    QWidget window;
-    auto* panel = new Label(u"cũ"_s);
-    filled(&window, column({}, {panel}));
-    window.resize(200, 60);
-    window.show();
-    CrossFade fade(&window, 60);
-    panel->setText(u"mới"_s);
-    const QImage bare = pictureOf(window);
-    fade.start();
-    EXPECT_NE(difference(bare, pictureOf(window)), QRect()) << "it begins with what was there";
-    QTRY_COMPARE(difference(bare, pictureOf(window)), QRect());
-    QTRY_COMPARE(window.findChildren<QWidget*>().size(), 1);
 }
 
 TEST(Drawing, the_scroll_thumb_shows_only_while_there_is_more_and_drags_the_text) {

@@ -11,11 +11,14 @@
 namespace tralio {
 namespace {
 
-TEST_F(FoundText, a_dropped_picture_is_read_and_translated_whatever_the_case_of_its_name) {
+TEST_F(FoundText, a_dropped_picture_or_text_is_read_and_translated_whatever_the_case_of_its_name) {
+    using enum DroppedFileKind;
+    for (const auto& [kind, names] :
+        {std::pair(image, u"a.png a.jpg a.jpeg a.webp a.tiff a.bmp a.heic a.Webp"_s),
+            std::pair(text, u"a.txt b.md c.JSON d.csv"_s)})
+        for (const QString& name : names.split(u' '))
+            EXPECT_EQ(droppedFileKind(QUrl(u"file:///"_s + name)), kind) << qPrintable(name);
     pictureSays(u"seen"_s);
-    for (const char* name : {"png", "jpg", "jpeg", "webp", "tiff", "bmp", "heic", "Webp"})
-        EXPECT_EQ(droppedFileKind(QUrl(u"file:///a."_s + QLatin1StringView(name))), DroppedFileKind::image)
-            << name;
     const QUrl shot = file(u"Shot.PNG"_s, "not looked at by the panel");
     EXPECT_TRUE(panel->handleDrop({{.fileURL = shot}, {.fileURL = QUrl(u"file:///nothing"_s)}}));
     ASSERT_TRUE(settles());
@@ -25,8 +28,12 @@ TEST_F(FoundText, a_dropped_picture_is_read_and_translated_whatever_the_case_of_
     EXPECT_EQ(std::get<QUrl>(recognizer.images.front()), shot);
 
     EXPECT_TRUE(panel->handleDrop({{.picture = picture()}}));
-    ASSERT_TRUE(settles());
     EXPECT_THAT(recognizer.images, SizeIs(2));
+    ASSERT_TRUE(translationEnds());
+
+    EXPECT_TRUE(panel->handleDrop({{.fileURL = file(u"b.Md"_s, "\n# Tiêu đề\n")}}));
+    ASSERT_TRUE(eventually([&] { return panel->isTranslating(); }));
+    EXPECT_EQ(input->text(), u"# Tiêu đề"_s);
 }
 
 TEST_F(FoundText, a_picture_dragged_from_a_web_page_comes_as_the_bytes_of_its_file) {
@@ -54,36 +61,24 @@ TEST_F(FoundText, a_picture_dragged_from_a_web_page_comes_as_the_bytes_of_its_fi
     EXPECT_FALSE(panel->handleDrop(itemsIn(drag)));
 }
 
-TEST_F(FoundText, a_dropped_text_file_is_translated) {
-    for (const QString& name : {u"a.txt"_s, u"b.md"_s, u"c.JSON"_s, u"d.csv"_s}) {
-        EXPECT_TRUE(panel->handleDrop({{.fileURL = file(name, "\n# Tiêu đề\n")}}));
-        ASSERT_TRUE(eventually([&] { return panel->isTranslating(); })) << name.toStdString();
-        EXPECT_EQ(input->text(), u"# Tiêu đề"_s);
-        ASSERT_TRUE(translationEnds());
-    }
-}
-
 TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
     recognizer.answer = []() -> std::vector<TextObservation> { throw OCRError::invalidImage(); };
-    panel->errorMessage = u"earlier"_s;
     const QString pipe = QDir(folder.path()).filePath(u"pipe.txt"_s);
     ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    const QUrl files[] = {
-        file(u"report.pdf"_s, "%PDF"),
-        file(u"broken.png"_s, "no picture"),
-        file(u"latin.txt"_s, "caf\xe9"),
-        file(u"no extension"_s, "text"),
-        QUrl::fromLocalFile(pipe),
-        QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)),
-        QUrl::fromLocalFile(folder.path()),
-    };
-    for (const QUrl& url : files) {
+    const QUrl broken = file(u"broken.png"_s, "no picture");
+    const auto drop = [this](const QUrl& url) {
+        panel->errorMessage = u"earlier"_s;
         EXPECT_TRUE(panel->handleDrop({{.fileURL = url}})) << "a file is taken first and looked at then";
+    };
+    for (const QUrl& url : {broken, file(u"report.pdf"_s, "%PDF"), file(u"latin.txt"_s, "caf\xe9"),
+             file(u"no extension"_s, "text"), QUrl::fromLocalFile(pipe),
+             QUrl::fromLocalFile(folder.filePath(u"missing.md"_s)), QUrl::fromLocalFile(folder.path())}) {
+        drop(url);
         ASSERT_TRUE(settles());
         EXPECT_EQ(input->text(), u"typed"_s) << url.toString().toStdString();
         EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << url.toString().toStdString();
     }
-    EXPECT_TRUE(panel->handleDrop({{.fileURL = file(u"long.txt"_s, QByteArray((8 << 20) + 1, 'x'))}}));
+    drop(file(u"long.txt"_s, QByteArray((8 << 20) + 1, 'x')));
     ASSERT_TRUE(settles());
     EXPECT_EQ(input->text(), u"typed"_s);
     EXPECT_TRUE(panel->errorMessage()->startsWith(u"Văn bản quá dài"_s)) << "but what is too long is told";
@@ -91,12 +86,11 @@ TEST_F(FoundText, what_a_dropped_file_cannot_give_is_passed_over_in_silence) {
     EXPECT_FALSE(panel->handleDrop({DroppedItem{}}));
 
     recognizer.isSlow = true;
-    panel->errorMessage = u"earlier"_s;
-    for (int drops = 0; drops < 2; ++drops)
-        EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
+    drop(broken);
+    drop(broken);
     ASSERT_TRUE(settles());
     EXPECT_EQ(panel->errorMessage(), u"earlier"_s) << "one that was dropped on another, too";
-    EXPECT_TRUE(panel->handleDrop({{.fileURL = files[1]}}));
+    drop(broken);
     panel->clear();
     ASSERT_TRUE(settles());
     EXPECT_EQ(panel->errorMessage(), std::nullopt) << "put away meanwhile";

@@ -13,7 +13,7 @@ namespace tralio {
 /// files.
 class FoundText : public TranslatePanel {
 protected:
-    FoundText() { input->text = u"typed"_s; }
+    FoundText() { input->text = QStringLiteral("typed"); }
 
     static Picture picture() { return std::make_shared<MemoryFile>("not looked at by the panel"); }
     [[nodiscard]] QUrl file(const QString& name, const QByteArray& content) const {

@@ -4,22 +4,41 @@
 namespace tralio {
 namespace {
 
-const QString invalidImage = OCRError::invalidImage().errorDescription();
-const QString noText = OCRError::noTextFound().errorDescription();
-
-TEST_F(FoundText, pasting_takes_the_trimmed_text_and_translates_it_if_asked) {
-    panel->pasteFromClipboard(AutoTranslate::yes);
+TEST_F(FoundText, pasting_takes_the_trimmed_text_or_else_reads_a_picture_and_translates_it_if_asked) {
+    const auto paste = [this](AutoTranslate choice) {
+        panel->errorMessage = u"earlier"_s;
+        recognizer.isSlow = true;
+        panel->pasteFromClipboard(choice);
+    };
+    paste(AutoTranslate::yes);
     EXPECT_EQ(input->text(), u"typed"_s) << "the clipboard is empty";
     EXPECT_FALSE(panel->isOCROngoing());
+    panel->performOCR(Picture(), AutoTranslate::yes);
+    ASSERT_TRUE(recognitionEnds());
+    EXPECT_EQ(panel->errorMessage(), OCRError::invalidImage().errorDescription());
+    EXPECT_EQ(input->text(), u"typed"_s);
 
     desktop.pasteboard.copy(u" \n pasted\u3000"_s);
     desktop.pasteboard.shown = picture();
-    panel->pasteFromClipboard(AutoTranslate::no);
+    paste(AutoTranslate::no);
     EXPECT_EQ(input->text(), u"pasted"_s);
     EXPECT_FALSE(panel->isTranslating());
-    panel->pasteFromClipboard(AutoTranslate::yes);
+    paste(AutoTranslate::yes);
     EXPECT_TRUE(panel->isTranslating());
     EXPECT_THAT(recognizer.images, SizeIs(0)) << "text comes before pictures";
+    ASSERT_TRUE(translationEnds());
+
+    pictureSays(u" in the picture "_s);
+    desktop.pasteboard.copy(u" \n"_s);
+    desktop.pasteboard.shown = picture();
+    for (const AutoTranslate choice : {AutoTranslate::no, AutoTranslate::yes}) {
+        paste(choice);
+        EXPECT_TRUE(panel->isOCROngoing());
+        EXPECT_EQ(panel->errorMessage(), std::nullopt);
+        ASSERT_TRUE(recognitionEnds());
+        EXPECT_EQ(input->text(), u"in the picture"_s);
+        EXPECT_EQ(panel->isTranslating(), choice == AutoTranslate::yes);
+    }
 }
 
 TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_comes) {
@@ -29,20 +48,20 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
     using enum TranslateState::TextOrigin;
     desktop.pasteboard.copy(tooLong);
     desktop.pasteboard.selected = tooLong;
-    const QUrl picture = file(u"a.png"_s, {});
-    const QUrl text = file(u"a.txt"_s, tooLong.toUtf8());
-    const QUrl endless = file(u"b.txt"_s, QByteArray(longestTextBytes + 10, 'a'));
+    const auto drop = [this](const QString& name, const QByteArray& content) {
+        panel->handleDrop({{.fileURL = file(name, content)}});
+    };
     const QString told = u"Văn bản quá dài (200.002 ký tự, tối đa 200.000)"_s;
-    const QString toldOfMore = u"Văn bản quá dài (hơn 200.000 ký tự, tối đa 200.000)"_s;
     const std::pair<QString, std::function<void()>> ways[] = {
         {told, [&] { panel->pasteFromClipboard(AutoTranslate::yes); }},
         {told, [&] { EXPECT_EQ(panel->textToInsert(clipboard, {}), std::nullopt); }},
         {told, [&] { EXPECT_EQ(panel->textToInsert(selection, {}), std::nullopt); }},
         {told, [&] { EXPECT_EQ(panel->textToInsert(drag, {}, tooLong), std::nullopt); }},
         {told, [&] { appState.requestTranslation(tooLong); }},
-        {told, [&] { panel->handleDrop({{.fileURL = picture}}); }},
-        {told, [&] { panel->handleDrop({{.fileURL = text}}); }},
-        {toldOfMore, [&] { panel->handleDrop({{.fileURL = endless}}); }},
+        {told, [&] { drop(u"a.png"_s, {}); }},
+        {told, [&] { drop(u"a.txt"_s, tooLong.toUtf8()); }},
+        {u"Văn bản quá dài (hơn 200.000 ký tự, tối đa 200.000)"_s,
+            [&] { drop(u"b.txt"_s, QByteArray(longestTextBytes + 10, 'a')); }},
     };
     for (const auto& [message, come] : ways) {
         panel->errorMessage = std::nullopt;
@@ -58,26 +77,9 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
     EXPECT_EQ(panel->textToInsert(drag, {}, longest), longest) << "in the place of it all";
     translate(tooLong);
     EXPECT_EQ(panel->errorMessage(), told);
-    EXPECT_FALSE(panel->isTranslating());
     translate(longest);
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
     ASSERT_TRUE(translationEnds());
-}
-
-TEST_F(FoundText, pasting_reads_a_picture_where_there_is_no_text) {
-    pictureSays(u" in the picture "_s);
-    desktop.pasteboard.copy(u" \n"_s);
-    desktop.pasteboard.shown = picture();
-    for (const AutoTranslate choice : {AutoTranslate::no, AutoTranslate::yes}) {
-        panel->errorMessage = u"earlier"_s;
-        recognizer.isSlow = true;
-        panel->pasteFromClipboard(choice);
-        EXPECT_TRUE(panel->isOCROngoing());
-        EXPECT_EQ(panel->errorMessage(), std::nullopt);
-        ASSERT_TRUE(recognitionEnds());
-        EXPECT_EQ(input->text(), u"in the picture"_s);
-        EXPECT_EQ(panel->isTranslating(), choice == AutoTranslate::yes);
-    }
 }
 
 TEST_F(FoundText, a_picture_whose_owner_needs_time_shows_as_on_its_way_and_gives_way_to_later_ones) {
@@ -96,39 +98,30 @@ TEST_F(FoundText, a_picture_whose_owner_needs_time_shows_as_on_its_way_and_gives
     EXPECT_THAT(recognizer.images, SizeIs(2)) << "what was dropped, and what nothing came between";
 }
 
-TEST_F(FoundText, what_is_no_picture_is_told_and_leaves_the_texts_alone) {
-    panel->outputText = u"result"_s;
-    panel->performOCR(Picture(), AutoTranslate::yes);
-    ASSERT_TRUE(recognitionEnds());
-    EXPECT_EQ(panel->errorMessage(), invalidImage);
-    EXPECT_EQ(input->text(), u"typed"_s);
-    EXPECT_EQ(panel->outputText(), u"result"_s);
-}
-
 TEST_F(FoundText, a_region_of_the_screen_is_translated_a_failure_told_and_a_cancel_changes_nothing) {
-    const auto capture = [this] {
+    QStringList steps;
+    appState.onHidePopover = [&] { steps << u"hide"_s; };
+    appState.onShowPopover = [&] { steps << u"show"_s; };
+    const auto capture = [&] {
+        steps.clear();
         panel->errorMessage = u"earlier"_s;
         panel->captureScreenAndTranslate();
         EXPECT_TRUE(panel->isOCROngoing());
         EXPECT_EQ(panel->errorMessage(), std::nullopt);
         desktop.clock.advance(150ms);
         ASSERT_TRUE(recognitionEnds());
+        EXPECT_THAT(steps, ElementsAre(u"hide"_s, u"show"_s));
     };
     region.draws = false;
     capture();
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
     region.draws = true;
     capture();
-    EXPECT_EQ(panel->errorMessage(), noText);
+    EXPECT_EQ(panel->errorMessage(), OCRError::noTextFound().errorDescription());
     EXPECT_EQ(input->text(), u"typed"_s);
     EXPECT_FALSE(panel->isTranslating());
-
-    QStringList steps;
-    appState.onHidePopover = [&] { steps << u"hide"_s; };
-    appState.onShowPopover = [&] { steps << u"show"_s; };
     pictureSays(u" on the screen\n"_s);
     capture();
-    EXPECT_EQ(steps, QStringList({u"hide"_s, u"show"_s}));
     EXPECT_EQ(input->text(), u"on the screen"_s);
     EXPECT_TRUE(panel->isTranslating());
 }
@@ -164,20 +157,17 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
     EXPECT_EQ(input->text(), u"new"_s);
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
 
-    // A region that was drawn overtakes what was dropped.
+    // A region that was drawn overtakes what was dropped, and one whose drawing was cancelled not.
     panel->performOCR(picture(), AutoTranslate::no);
-    panel->captureScreenAndTranslate();
-    EXPECT_FALSE(recognizer.stops[3].stop_requested()) << "the user may still cancel";
-    int shown = 0;
-    appState.onShowPopover = [&] { ++shown; };
-    region.draws = false;
-    desktop.clock.advance(150ms);
-    ASSERT_TRUE(eventually([&] { return shown == 1; }));
-    EXPECT_FALSE(recognizer.stops[3].stop_requested()) << "and has";
-    region.draws = true;
-    panel->captureScreenAndTranslate();
-    desktop.clock.advance(150ms);
-    ASSERT_TRUE(eventually([this] { return recognizer.stops[3].stop_requested(); }));
+    for (const bool draws : {false, true}) {
+        region.draws = draws;
+        panel->captureScreenAndTranslate();
+        EXPECT_FALSE(recognizer.stops[3].stop_requested());
+        desktop.clock.advance(150ms);
+        ASSERT_TRUE(eventually([this] { return !captures.isDrawing(); }));
+        ASSERT_TRUE(nextTurn());
+        EXPECT_EQ(recognizer.stops[3].stop_requested(), draws);
+    }
     ASSERT_TRUE(recognitionEnds());
 }
 
@@ -208,7 +198,7 @@ TEST_F(
     leaveWhileReading();
     ASSERT_TRUE(eventually([&] { return !appState.isReading(); }));
     showPanel();
-    EXPECT_EQ(panel->errorMessage(), noText);
+    EXPECT_EQ(panel->errorMessage(), OCRError::noTextFound().errorDescription());
 
     pictureSays(u"late"_s);
     leaveWhileReading();

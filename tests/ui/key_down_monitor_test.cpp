@@ -77,23 +77,6 @@ TEST(KeyDownMonitorTest, what_a_swallowed_key_repeats_reaches_nobody_until_it_is
     EXPECT_EQ(target.presses, 4) << "released before the end";
 }
 
-TEST(KeyDownMonitorTest, a_modifier_that_the_layout_gives_no_name_is_no_key_to_record) {
-    using enum KeyCode;
-    Target target;
-    for (const KeyCode code : {d, rightCommand, leftCommand, leftShift, leftOption, leftControl, rightShift,
-             rightOption, rightControl}) {
-        int told = 0;
-        const KeyDownMonitor monitor([code](quint32) { return code; },
-            [&told](const KeyCombination&) {
-                ++told;
-                return true;
-            });
-        sendKey(
-            target, QKeyEvent(QEvent::KeyPress, Qt::Key_unknown, Qt::AltModifier, otherPosition, 0, 0), 100);
-        EXPECT_EQ(told, code == d ? 1 : 0) << int(code);
-    }
-}
-
 TEST(KeyDownMonitorTest, a_control_is_pressed_once_by_a_key_that_is_held) {
     using enum QEvent::Type;
     for (const int key : {Qt::Key_Return, Qt::Key_Space}) {

@@ -2,7 +2,6 @@
 
 #include "engine/hosts.h"
 #include "ui/about/about_view.h"
-#include "ui/history/history_row.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/stage_test.h"
@@ -13,27 +12,26 @@ namespace {
 const QString selectionMissing = u"Chưa cấp quyền Trợ năng"_s;
 const QString captureMissing = u"Chưa cấp quyền Chụp màn hình"_s;
 
-TEST_F(StageTest, the_input_survives_a_change_of_the_tab_and_the_result_does_not) {
-    open();
-    translate(u"typed"_s);
-    click(u"Tác giả"_s);
-    click(u"Tralio"_s);
-    EXPECT_EQ(input(), u"typed"_s);
-    EXPECT_EQ(result(), QString());
-}
-
-TEST_F(StageTest, only_what_reports_a_missing_permission_leads_to_the_settings) {
-    desktop.permissions.accessibility = true;
+TEST_F(
+    StageTest, what_is_missing_leads_to_the_cards_of_the_permissions_and_a_refused_hot_key_to_the_shortcuts) {
     desktop.permissions.screenCapture = false;
     open();
-    EXPECT_TRUE(hasControl(captureMissing));
     click(u"Bôi đen: ⌘ ⇧ D"_s);
     EXPECT_TRUE(isOnTab(u"Tralio"_s)) << "a chip that is fine led somewhere";
+    EXPECT_FALSE(controls(u"Bôi đen: ⌘ ⇧ D"_s).constFirst()->focusPolicy() & Qt::TabFocus);
+    EXPECT_TRUE(controls(captureMissing).constFirst()->focusPolicy() & Qt::TabFocus);
+    const auto request = [this] {
+        return controls(u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s).constFirst();
+    };
     for (const QString& trouble : {captureMissing, u"Chụp: ⌘ ⇧ S"_s}) {
         click(trouble);
-        EXPECT_TRUE(isOnTab(u"Cài đặt"_s));
+        EXPECT_EQ(request()->visibleRegion().boundingRect(), request()->rect());
+        EXPECT_FALSE(request()->hasFocus());
         click(u"Tralio"_s);
     }
+    focus(captureMissing);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(request()->hasFocus());
 
     desktop.permissions.screenCapture = true;
     desktop.permissions.accessibility = false;
@@ -46,6 +44,15 @@ TEST_F(StageTest, only_what_reports_a_missing_permission_leads_to_the_settings) 
     appState.notifyPopoverOpened();
     settle();
     EXPECT_FALSE(hasControl(selectionMissing)) << "not looked up when the popover opens";
+
+    desktop.hotKeys.nextStatus = HotKeyStatus::taken;
+    hotKeys.updateOCRHotKey(1, 768);
+    settle();
+    for (int time = 0; time < 2; ++time) {
+        click(u"Chụp: ⌘ ⇧ S"_s);
+        EXPECT_FALSE(controls(u"⌥ C"_s).constFirst()->visibleRegion().isEmpty());
+        find<ScrollPanel>()->verticalScrollBar()->setValue(10'000);
+    }
 }
 
 TEST_F(StageTest, every_opening_and_every_request_brings_the_translate_tab_and_nothing_else_does) {
@@ -90,44 +97,54 @@ TEST_F(StageTest, nothing_that_was_put_off_outlives_the_main_view) {
     EXPECT_EQ(model.requests().size(), 3);
 }
 
-TEST_F(StageTest, an_offer_shows_until_it_is_dismissed_and_again_after_the_next_check) {
+TEST_F(
+    StageTest, an_offer_shows_until_it_is_dismissed_and_again_after_the_next_check_and_both_buttons_install) {
     const AppUpdateInfo offer{u"1.1.0"_s, u"Nhanh hơn"_s, u"https://update.example.com/a.zip"_s, {}};
+    const QString install = u"Cập nhật ngay"_s;
     model.replies(StandInReply::withBody(200, offer.toJson()));
-    open();
-    EXPECT_FALSE(hasControl(u"Cập nhật ngay"_s));
-    updates.checkForUpdates(false);
-    wait([this] { return hasControl(u"Cập nhật ngay"_s); });
-    click(u"Ẩn thông báo này"_s);
-    EXPECT_FALSE(hasControl(u"Cập nhật ngay"_s));
-    click(u"Cài đặt"_s);
-    EXPECT_FALSE(hasControl(u"Cập nhật ngay"_s));
-    click(u"Kiểm tra cập nhật"_s);
-    wait([this] { return controls(u"Cập nhật ngay"_s).size() == 2; });
-}
-
-TEST_F(StageTest, both_install_buttons_install) {
-    updates.updateInfo = AppUpdateInfo{u"1.1.0"_s, u"Nhanh hơn"_s, u"https://update.example.com/a.zip"_s, {}};
-    updates.isUpdateAvailable = true;
     installer.packaged = true;
     open();
+    EXPECT_FALSE(hasControl(install));
+    updates.checkForUpdates(false);
+    wait([&] { return hasControl(install); });
+    click(u"Ẩn thông báo này"_s);
+    EXPECT_FALSE(hasControl(install));
     click(u"Cài đặt"_s);
-    const QList<Control*> buttons = controls(u"Cập nhật ngay"_s);
-    ASSERT_EQ(buttons.size(), 2);
-    for (Control* button : buttons)
+    EXPECT_FALSE(hasControl(install));
+    click(u"Kiểm tra cập nhật"_s);
+    wait([&] { return controls(install).size() == 2; });
+    EXPECT_FALSE(hasControl(u"Kiểm tra cập nhật"_s));
+    EXPECT_THAT(texts(), testing::IsSupersetOf({u"Đã có bản cập nhật mới: v1.1.0"_s, offer.releaseNotes}));
+    for (Control* button : controls(install))
         QTest::mouseClick(button, Qt::LeftButton);
     EXPECT_EQ(websiteVisits, 2) << "a package manager updates this copy";
     EXPECT_FALSE(updates.isUpdating());
 
     installer.packaged = false;
     installer.programFault = u"Không có quyền."_s;
-    QTest::mouseClick(buttons.first(), Qt::LeftButton);
-    settle();
+    click(install);
     const QString told = u"Không thể chạy tiến trình cập nhật: Không có quyền."_s;
     EXPECT_EQ(texts().count(told), 2) << "also in the banner, which may be alone on the screen";
+
+    updates.updateInfo = AppUpdateInfo{u"1.1.0"_s, u"Chương "_s.repeated(500'000), {}, {}};
+    settle();
+    EXPECT_LT(find<ScrollPanel>()->widget()->height(), 5000) << "a server may send a book";
+    updates.isUpdating = true;
+    updates.downloadProgress = 0.427;
+    settle();
+    EXPECT_EQ(texts().count(u"42%"_s), 2);
+    EXPECT_FALSE(hasControl(install));
+    EXPECT_FALSE(hasControl(u"Ẩn thông báo này"_s)) << "the banner stays while it shows the progress";
+    updates.isChecking = true;
+    settle();
+    EXPECT_LT(texts().count(u"42%"_s), 2);
 }
 
-TEST_F(StageTest, the_authors_panel_shows_the_version_that_runs_and_links_that_lead_to_the_maker) {
+TEST_F(
+    StageTest, the_authors_panel_shows_the_version_and_links_to_the_maker_and_the_footer_to_guide_and_end) {
     open();
+    click(u"Hướng dẫn sử dụng (Mở tài liệu)"_s);
+    EXPECT_THAT(opened, ElementsAre(QUrl(u"https://%1/guide.html"_s.arg(hosts::website))));
     click(u"Tác giả"_s);
     EXPECT_FALSE(textsIn(*find<AboutView>()).filter(u" 1.0.9"_s).isEmpty());
     for (Button* button : visibleParts<Button>(*find<AboutView>())) {
@@ -140,45 +157,9 @@ TEST_F(StageTest, the_authors_panel_shows_the_version_that_runs_and_links_that_l
         const QString domain = url.host().isEmpty() ? url.path().section(u'@', 1) : url.host();
         EXPECT_TRUE(!domain.isEmpty() && hosts::website.endsWith(domain)) << qPrintable(domain);
     }
-    EXPECT_THAT(schemes, ElementsAre(u"https"_s, u"mailto"_s, u"https"_s, u"https"_s));
-}
-
-TEST_F(StageTest, the_guide_and_the_end_of_the_program_are_one_click_away) {
-    open();
-    click(u"Hướng dẫn sử dụng (Mở tài liệu)"_s);
-    EXPECT_EQ(opened, QList{QUrl(u"https://%1/guide.html"_s.arg(hosts::website))});
+    EXPECT_THAT(schemes, ElementsAre(u"https"_s, u"https"_s, u"mailto"_s, u"https"_s, u"https"_s));
     click(u"Thoát ứng dụng Tralio"_s);
     EXPECT_EQ(quits, 1);
-}
-
-TEST_F(StageTest, what_is_missing_leads_to_the_cards_of_the_permissions_and_the_keyboard_along) {
-    desktop.permissions.screenCapture = false;
-    open();
-    click(captureMissing);
-    const Control* request = controls(u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s).value(0);
-    ASSERT_NE(request, nullptr);
-    EXPECT_EQ(request->visibleRegion().boundingRect(), request->rect());
-    EXPECT_FALSE(request->hasFocus());
-
-    click(u"Tralio"_s);
-    focus(captureMissing);
-    press(Qt::Key_Space);
-    request = controls(u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s).value(0);
-    ASSERT_NE(request, nullptr);
-    EXPECT_TRUE(request->hasFocus());
-}
-
-TEST_F(StageTest, a_refused_hot_key_leads_to_the_shortcuts_and_not_to_the_permissions) {
-    open();
-    desktop.hotKeys.nextStatus = HotKeyStatus::taken;
-    hotKeys.updateOCRHotKey(1, 768);
-    settle();
-    click(u"Chụp: ⌘ ⇧ S"_s);
-    EXPECT_TRUE(isOnTab(u"Cài đặt"_s));
-    EXPECT_FALSE(controls(u"⌥ C"_s).constFirst()->visibleRegion().isEmpty());
-    find<ScrollPanel>()->verticalScrollBar()->setValue(10'000);
-    click(u"Chụp: ⌘ ⇧ S"_s);
-    EXPECT_FALSE(controls(u"⌥ C"_s).constFirst()->visibleRegion().isEmpty());
 }
 
 TEST_F(StageTest, the_version_stands_whole_beside_the_longest_shortcuts) {
@@ -198,49 +179,45 @@ TEST_F(StageTest, the_version_stands_whole_beside_the_longest_shortcuts) {
 }
 
 TEST_F(StageTest, what_was_deleted_can_be_taken_back_for_six_seconds_from_any_tab) {
-    TranslationHistoryStore history(store);
-    for (const QString& text : {u"one"_s, u"two"_s})
-        history.add(text, u"x"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
-    const auto stored = [this] { return TranslationHistoryStore(store).items(); };
+    const QStringList history{u"one"_s, u"two"_s, u"three"_s, u"four"_s};
+    fillHistory(history);
     open();
     click(u"Lịch sử"_s);
     click(u"Xóa"_s);
-    EXPECT_EQ(stored().size(), 1);
+    EXPECT_EQ(stored(), history.mid(1));
+    EXPECT_THAT(texts(), Contains(u"Đã xóa một bản dịch"_s));
+    pass(5s);
+    click(u"Tác giả"_s);
+    click(u"Lịch sử"_s);
+    click(u"Xóa"_s);
+    EXPECT_THAT(texts(), Contains(u"Đã xóa 2 bản dịch"_s));
+    pass(5999ms);
     click(u"Hoàn tác"_s);
-    EXPECT_EQ(stored(), history.items());
+    EXPECT_EQ(stored(), history) << "all that was deleted meanwhile";
     EXPECT_FALSE(hasControl(u"Hoàn tác"_s));
 
     click(u"Xóa tất cả"_s);
-    EXPECT_TRUE(stored().isEmpty());
-    click(u"Cài đặt"_s);
-    EXPECT_TRUE(hasControl(u"Hoàn tác"_s));
-    pass(5999ms);
-    click(u"Hoàn tác"_s);
-    EXPECT_EQ(stored(), history.items());
+    EXPECT_THAT(stored(), IsEmpty());
+    click(u"Tralio"_s);
+    type(u"typed"_s);
+    pressUndo();
+    EXPECT_EQ(input(), QString());
+    EXPECT_THAT(stored(), IsEmpty()) << "an editor undoes what was typed";
+    click(u"Tác giả"_s);
+    pressUndo();
+    EXPECT_EQ(stored(), history);
 
+    click(u"Cài đặt"_s);
     click(u"⌥ T"_s);
     click(u"Khôi phục mặc định"_s);
-    const auto shortcut = [this] { return store.text(u"app_setting_hotkey_display"_s); };
-    EXPECT_EQ(shortcut(), u"⌘ ⇧ D"_s);
+    EXPECT_EQ(setting(u"hotkey_display"_s), u"⌘ ⇧ D"_s);
     click(u"Khôi phục mặc định"_s);  // of a hand that clicks twice
     click(u"Hoàn tác"_s);
-    EXPECT_EQ(shortcut(), u"⌥ T"_s);
-
+    EXPECT_EQ(setting(u"hotkey_display"_s), u"⌥ T"_s);
     click(u"Khôi phục mặc định"_s);
-    desktop.clock.advance(6s);
+    pass(6s);
     wait([this] { return !hasControl(u"Hoàn tác"_s); });
-    EXPECT_EQ(shortcut(), u"⌘ ⇧ D"_s);
-}
-
-TEST_F(StageTest, a_picked_entry_fills_the_input_without_being_translated) {
-    TranslationHistoryStore(store).add(
-        u"hello"_s, u"xin chào"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự nhiên"_s);
-    open();
-    click(u"Lịch sử"_s);
-    QTest::mouseClick(find<HistoryRow>(), Qt::LeftButton);
-    wait([this] { return isOnTab(u"Tralio"_s); });
-    EXPECT_EQ(input(), u"hello"_s);
-    EXPECT_TRUE(model.requests().isEmpty());
+    EXPECT_EQ(setting(u"hotkey_display"_s), u"⌘ ⇧ D"_s);
 }
 
 TEST_F(StageTest, a_text_that_comes_during_the_first_walk_through_is_translated_after_it) {

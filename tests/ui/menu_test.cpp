@@ -66,21 +66,12 @@ TEST_F(MenuTest, a_key_that_opens_it_and_is_held_chooses_nothing) {
     EXPECT_EQ(m_chosen.count(), 0);
 }
 
-TEST_F(MenuTest, without_entries_nothing_opens_and_one_that_is_open_stays_the_one) {
-    m_button->setEntries({});
-    QTest::mouseClick(m_button, Qt::LeftButton);
-    EXPECT_FALSE(isOpen());
-    m_button->setEntries({{.title = u"Một"_s}});
-    QTest::mouseClick(m_button, Qt::LeftButton);
-    const QWidget* menu = m_button->openMenu();
-    ASSERT_TRUE(menu);
-    m_button->click();
-    EXPECT_EQ(m_button->openMenu(), menu);
-}
-
 TEST_F(MenuTest, a_click_chooses_and_gives_the_focus_back_and_so_does_one_movement_of_press_and_drag) {
     QTest::mouseClick(m_button, Qt::LeftButton);
     ASSERT_TRUE(isOpen());
+    const QWidget* menu = m_button->openMenu();
+    m_button->click();
+    EXPECT_EQ(m_button->openMenu(), menu) << "one that is open stays the one";
     QWidget* first = m_button->openMenu()->childAt(m_button->geometry().bottomLeft() + QPoint(20, 15));
     ASSERT_NE(first, nullptr);
     QTest::mouseClick(first, Qt::LeftButton);

@@ -19,13 +19,13 @@ protected:
 TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_milliseconds_later) {
     for (qsizetype round = 1; round <= 2; ++round) {  // the same text again is another request
         input->text = u"typed"_s;
-        appState.requestTranslation(u"picked"_s);
+        appState.requestTranslation(u"\u3000 \u00a0\tpicked\u2029 \n"_s);
         EXPECT_EQ(input->text(), u"typed"_s) << "taken over before the observers' turn";
         ASSERT_TRUE(nextTurn());
         EXPECT_EQ(input->text(), u"picked"_s);
         EXPECT_EQ(appState.pendingTextToTranslate(), QString());
         EXPECT_EQ(logged(pendingLine(u"picked"_s)), round);
-
+        EXPECT_EQ(logged(u"AppState.requestTranslation: requested with text 'picked'"_s), round);
         desktop.clock.advance(49ms);
         EXPECT_FALSE(panel->isTranslating());
         desktop.clock.advance(1ms);
@@ -36,49 +36,33 @@ TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_
     EXPECT_EQ(panel->outputText(), u"PICKED"_s);
 }
 
-TEST_F(PendingText, a_blank_pending_text_is_logged_untrimmed_and_left_in_its_place) {
+TEST_F(PendingText, each_opening_of_the_popover_checks_fifty_milliseconds_later) {
     input->text = u"typed"_s;
     const QString blank = u"\u3000 "_s.repeated(20);
     appState.pendingTextToTranslate = blank;
-    panel->checkAndTriggerPendingTranslation();
+    openPopover();
+    desktop.clock.advance(1s);
     EXPECT_THAT(log.messages(), ElementsAre(pendingLine(blank.left(30))));
-    EXPECT_EQ(appState.pendingTextToTranslate(), blank);
     EXPECT_EQ(input->text(), u"typed"_s);
-    EXPECT_EQ(desktop.clock.pending(), 0);
-}
-
-TEST_F(PendingText, each_opening_of_the_popover_checks_fifty_milliseconds_later) {
     for (const QString& text : {u" one "_s, u" two "_s}) {
         appState.pendingTextToTranslate = text;
         ASSERT_TRUE(nextTurn());
         EXPECT_EQ(desktop.clock.pending(), 0) << "a pending text is no trigger";
-
         openPopover();
         desktop.clock.advance(49ms);
         EXPECT_EQ(logged(pendingLine(text)), 0);
         desktop.clock.advance(1ms);
-        EXPECT_EQ(logged(pendingLine(text)), 1);
         EXPECT_EQ(input->text(), text.trimmed());
-        EXPECT_EQ(appState.pendingTextToTranslate(), QString());
-
         desktop.clock.advance(50ms);
         EXPECT_TRUE(panel->isTranslating());
         ASSERT_TRUE(translationEnds());
     }
 }
 
-TEST_F(PendingText, a_request_that_follows_the_opening_is_translated_once) {
+TEST_F(PendingText,
+    a_request_between_two_openings_is_translated_once_although_the_panel_is_left_and_shown_again) {
     openPopover();
     desktop.clock.advance(30ms);
-    request(u"picked"_s);
-    desktop.clock.advance(1s);
-    ASSERT_TRUE(outputBecomes(u"PICKED"_s));
-    EXPECT_EQ(logged(startLine(u"picked"_s)), 1);
-    EXPECT_EQ(logged(pendingLine(QString())), 1) << "the check after the opening is still made";
-}
-
-TEST_F(
-    PendingText, a_text_that_was_taken_over_is_translated_once_although_the_panel_is_left_and_shown_again) {
     request(u"picked"_s);
     showPanel();
     openPopover();
@@ -99,14 +83,14 @@ TEST_F(PendingText, what_is_offered_is_put_into_the_input_and_not_sent) {
 }
 
 TEST_F(PendingText, nothing_is_sent_unasked_while_the_settings_may_not_be_the_users) {
-    appState.storeTrouble = StoreTrouble::unsaved;
-    EXPECT_TRUE(panel->message()->contains(u"sẽ mất khi thoát"_s)) << panel->message()->toStdString();
-    appState.storeTrouble = StoreTrouble::unreadable;
-    EXPECT_TRUE(panel->message()->contains(u"cài đặt mặc định"_s)) << panel->message()->toStdString();
     bool dismissed = false;
     appState.onStoreTroubleDismissed = [&] { dismissed = true; };
+    for (const auto& [trouble, told] : {std::pair(StoreTrouble::unsaved, u"sẽ mất khi thoát"_s),
+             std::pair(StoreTrouble::unreadable, u"cài đặt mặc định"_s)}) {
+        appState.storeTrouble = trouble;
+        ASSERT_TRUE(panel->message() && panel->message()->contains(told)) << qPrintable(told);
+    }
     const auto warning = panel->message();
-    ASSERT_TRUE(warning);
     request(u"private"_s);
     openPopover();
     desktop.clock.advance(1s);

@@ -59,7 +59,7 @@ public:
     QList<QUrl> opened;  ///< by the main view, for the desktop to show
     int quits = 0;       ///< how often it asked for the end of the program
 
-    [[nodiscard]] QWidget& window() { return *m_backdrop; }
+    [[nodiscard]] QWidget& window() const { return *m_backdrop; }
 
 private:
     std::unique_ptr<QWidget> m_backdrop;

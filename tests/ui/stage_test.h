@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QLineEdit>
+
 #include "history/translation_history_store.h"
 #include "ui/kit/button.h"
 #include "ui/kit/error_strip.h"
@@ -28,6 +30,13 @@ protected:
     void useOwnEndpoint() {
         store.setValue(QStringLiteral("app_setting_preset_id"), QStringLiteral("custom"));
         store.setValue(QStringLiteral("app_setting_api_key"), QStringLiteral("sk-own"));
+    }
+    /// The first one stands at the top. The translations are the texts in capitals.
+    void fillHistory(const QStringList& texts) {
+        TranslationHistoryStore history(store);
+        for (auto text = texts.crbegin(); text != texts.crend(); ++text)
+            history.add(*text, text->toUpper(), QStringLiteral("Tiếng Anh"), QStringLiteral("Tiếng Việt"),
+                QStringLiteral("Tự nhiên"));
     }
     void refusePermissions() {
         desktop.permissions.accessibility = false;
@@ -59,6 +68,30 @@ protected:
         ASSERT_TRUE(hasControl(name)) << qPrintable(name);
         press(Qt::Key_Shift);
         controls(name).constFirst()->setFocus(Qt::TabFocusReason);
+    }
+    /// Presses and releases the left button there, on whatever is there.
+    void clickAt(const QPoint& place) {
+        QTest::mouseClick(window().windowHandle(), Qt::LeftButton, {}, place);
+        settle();
+    }
+    [[nodiscard]] static QPoint middle(const QWidget* widget) {
+        return widget->mapTo(widget->window(), widget->rect().center());
+    }
+    void pressUndo() {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier);
+        settle();
+    }
+    /// The source texts of the history as it is stored, from the top.
+    [[nodiscard]] QStringList stored() {
+        const TranslationHistoryStore history(store);
+        QStringList texts;
+        for (const TranslationItem& item : history.items())
+            texts += item.sourceText;
+        return texts;
+    }
+    /// The field that screen readers call so.
+    [[nodiscard]] QLineEdit* field(const QString& name) const {
+        return part<QLineEdit>([&](const QLineEdit& field) { return field.accessibleName() == name; });
     }
     [[nodiscard]] QString setting(const QString& name) const {
         return store.text(QStringLiteral("app_setting_") + name).value_or(QString());

@@ -42,6 +42,7 @@ protected:
 
 TEST_F(Drag, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {
     const QString usual = placeholder();
+    EXPECT_EQ(pictureOf(*box()).pixelColor(3, 60), color(ColorRole::textBackground));
     QMimeData file;
     file.setUrls({QUrl(u"https://example.org/"_s), QUrl::fromLocalFile(u"/tmp/menu.png"_s)});
     EXPECT_TRUE(dragOver(file));
@@ -57,6 +58,7 @@ TEST_F(Drag, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {
 
 TEST_F(Drag, text_wins_over_the_picture_that_comes_with_it_and_no_content_does_harm) {
     QMimeData cells;
+    cells.setUrls({QUrl(u"https://example.org/"_s)});
     cells.setText(u"1\t2"_s);
     cells.setImageData(QImage(4, 4, QImage::Format_RGB32));
     QMimeData link;

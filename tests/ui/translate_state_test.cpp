@@ -3,7 +3,6 @@
 #include <QTcpServer>
 
 #include "common/text_limit.h"
-#include "engine/ai_error.h"
 #include "engine/chat_completions.h"
 #include "ui/translate_panel_support.h"
 
@@ -15,104 +14,45 @@ const QString vietnamese = u"Tiếng Việt"_s;
 const QString japanese = u"Tiếng Nhật"_s;
 const QString korean = u"Tiếng Hàn"_s;
 
-TEST_F(TranslatePanel, offers_every_language_once_and_detection_only_as_a_source) {
-    QStringList sources = TranslateState::languages();
-    EXPECT_EQ(sources.removeDuplicates(), 0);
-    EXPECT_TRUE(sources.contains(panel->sourceLang()));
-    EXPECT_TRUE(sources.contains(vietnamese)) << "what swapping falls back to";
-    EXPECT_EQ(sources.removeAll(detect), 1);
-    EXPECT_EQ(TranslateState::targetLanguages(), sources);
-}
-
-TEST_F(TranslatePanel, a_translation_sends_the_choices_of_its_start_and_shows_the_reply) {
+TEST_F(TranslatePanel, a_translation_sends_the_choices_of_its_start_and_is_kept_with_those_of_its_end) {
     panel->sourceLang = japanese;
     panel->targetLang = korean;
     settings.tone = TranslationTone::formal;
-    panel->outputText = u"earlier"_s;
-    panel->errorMessage = u"earlier"_s;
-
-    input->text = u" \n\u3000hello \t"_s;
-    EXPECT_TRUE(panel->canTranslate());
-    panel->performTranslate();
+    translate(u" \n\u3000hello \t"_s);
     EXPECT_TRUE(panel->isTranslating());
     EXPECT_FALSE(panel->canTranslate());
-    EXPECT_EQ(panel->errorMessage(), std::nullopt);
-    EXPECT_EQ(panel->outputText(), u"earlier"_s);
     panel->sourceLang = vietnamese;
     panel->targetLang = japanese;
     settings.tone = TranslationTone::concise;
 
     ASSERT_TRUE(translationEnds());
     EXPECT_TRUE(panel->canTranslate());
-    EXPECT_EQ(panel->outputText(), u"HELLO"_s);
     EXPECT_EQ(input->text(), u" \n\u3000hello \t"_s);
     ASSERT_EQ(model.requests().size(), 1);
     EXPECT_EQ(model.requests().last().systemPrompt(),
         chat_completions::systemPrompt(settings.customPrompt(), japanese, korean, TranslationTone::formal));
-
-    const TranslationItem& first = history.items().last();
-    EXPECT_EQ(first.sourceText, u"hello"_s);
-    EXPECT_EQ(first.translatedText, u"HELLO"_s);
-    EXPECT_EQ(first.sourceLang, vietnamese) << "recorded with the choices of its end";
-    EXPECT_EQ(first.targetLang, japanese);
-    EXPECT_EQ(first.tone, TranslationTone::concise.rawValue());
+    const TranslationItem& kept = history.items().last();
+    EXPECT_THAT(
+        (QStringList{kept.sourceText, kept.translatedText, kept.sourceLang, kept.targetLang, kept.tone}),
+        ElementsAre(u"hello"_s, u"HELLO"_s, vietnamese, japanese, TranslationTone::concise.rawValue()));
 }
 
-TEST_F(TranslatePanel, the_log_shows_thirty_characters_of_the_trimmed_text_and_of_the_result) {
+TEST_F(TranslatePanel, the_log_shows_thirty_characters_of_text_and_result_and_a_blank_input_changes_nothing) {
+    panel->errorMessage = u"still to be read"_s;
+    for (const QString& blank : {u""_s, u" \n\u00a0\t"_s}) {
+        translate(blank);
+        EXPECT_FALSE(panel->canTranslate());
+        EXPECT_FALSE(panel->isTranslating());
+    }
+    EXPECT_EQ(panel->errorMessage(), u"still to be read"_s);
+    EXPECT_EQ(desktop.clock.pending(), 0) << "a request is under way";
     const QString family = u"👨‍👩‍👧‍👦"_s;
     model.translatesTo(u"ế"_s.repeated(31));
     translate(u"  "_s + family.repeated(31));
     ASSERT_TRUE(translationEnds());
-    EXPECT_THAT(
-        log.messages(), ElementsAre(startLine(family.repeated(30)), successLine(u"ế"_s.repeated(30))));
-}
-
-TEST_F(TranslatePanel, a_blank_input_is_logged_and_changes_nothing) {
-    panel->errorMessage = u"still to be read"_s;
-    for (const QString& blank : {u""_s, u" \n\u00a0\t"_s}) {
-        input->text = blank;
-        EXPECT_FALSE(panel->canTranslate());
-        panel->performTranslate();
-        EXPECT_FALSE(panel->isTranslating());
-    }
-    EXPECT_EQ(panel->errorMessage(), u"still to be read"_s);
-    EXPECT_THAT(log.messages(), ElementsAre(startLine(QString()), startLine(QString())));
-    EXPECT_EQ(desktop.clock.pending(), 0) << "a request is under way";
-}
-
-TEST_F(TranslatePanel, a_failure_shows_its_description_and_leaves_the_texts_alone) {
-    panel->outputText = u"earlier"_s;
-    model.replies(StandInReply::error(500, u"quá tải"_s));
-    const auto expectFailure = [this](const AIError& error) {
-        translate(u"hello"_s);
-        ASSERT_TRUE(translationEnds());
-        EXPECT_EQ(panel->errorMessage(), error.errorDescription());
-        EXPECT_EQ(panel->outputText(), u"earlier"_s);
-        EXPECT_EQ(input->text(), u"hello"_s);
-    };
-    expectFailure(AIError::httpError(500, u"quá tải"_s));
-    settings.apiKey = QString();
-    expectFailure(AIError::missingApiKey());
-    EXPECT_EQ(model.requests().size(), 1);
-    settings.apiKey = u"sk-1"_s;
-    model.refuseConnections();
-    translate(u"hello"_s);
-    ASSERT_TRUE(translationEnds());
-    EXPECT_TRUE(panel->errorMessage().value_or(QString()).startsWith(u"Lỗi kết nối mạng: "_s));
-    panel->dismissError();
-    EXPECT_EQ(panel->errorMessage(), std::nullopt);
-}
-
-TEST_F(TranslatePanel, overlapping_translations_are_shown_in_the_order_in_which_they_finish) {
-    startHeld(u"slow"_s);
-    translate(u"fast"_s);
-    ASSERT_TRUE(outputBecomes(u"FAST"_s));
-    EXPECT_FALSE(panel->isTranslating());
-    model.sendTheRest();
-    ASSERT_TRUE(outputBecomes(u"SLOW"_s));
     EXPECT_THAT(log.messages(),
-        ElementsAre(
-            startLine(u"slow"_s), startLine(u"fast"_s), successLine(u"FAST"_s), successLine(u"SLOW"_s)));
+        ElementsAre(startLine(QString()), startLine(QString()), startLine(family.repeated(30)),
+            successLine(u"ế"_s.repeated(30))));
 }
 
 TEST_F(TranslatePanel, a_result_is_stale_while_a_later_request_is_under_way_and_not_for_its_line_breaks) {
@@ -136,40 +76,27 @@ TEST_F(TranslatePanel, a_result_is_stale_while_a_later_request_is_under_way_and_
     EXPECT_TRUE(panel->isResultStale());
 }
 
-TEST_F(TranslatePanel, cancelling_shows_at_once_and_a_late_answer_changes_nothing) {
+TEST_F(TranslatePanel, cancelling_gives_up_only_what_was_started_last_and_a_late_answer_changes_nothing) {
+    panel->cancel();  // nothing has been started yet
+    EXPECT_FALSE(panel->isTranslating());
+    startHeld(u"first"_s);
     startHeld(u"late"_s);
+    panel->cancel();
     panel->cancel();
     EXPECT_FALSE(panel->isTranslating());
     model.sendTheRest();
+    ASSERT_TRUE(outputBecomes(u"FIRST"_s));
 
     // The cancelled translation ends while the next one waits for its answer.
     startHeld(u"next"_s);
-    ASSERT_TRUE(eventually([&] { return model.openConnections() == 1; })) << "the first request goes on";
+    ASSERT_TRUE(eventually([&] { return model.openConnections() == 1; })) << "the cancelled request goes on";
     ASSERT_TRUE(nextTurn());
     EXPECT_TRUE(panel->isTranslating());
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
-    EXPECT_EQ(panel->outputText(), QString());
-
-    model.sendTheRest();
-    ASSERT_TRUE(translationEnds());
-    EXPECT_EQ(panel->outputText(), u"NEXT"_s);
-    EXPECT_EQ(logged(successLine(u"LATE"_s)), 0);
-}
-
-TEST_F(TranslatePanel, cancelling_gives_up_only_the_translation_started_last) {
-    panel->cancel();  // nothing has been started yet
-    EXPECT_FALSE(panel->isTranslating());
-
-    startHeld(u"first"_s);
-    startHeld(u"second"_s);
-    panel->cancel();
-    panel->cancel();
-    model.sendTheRest();
-    ASSERT_TRUE(outputBecomes(u"FIRST"_s));
-    ASSERT_TRUE(eventually([&] { return model.openConnections() == 0; })) << "a request is still under way";
-    ASSERT_TRUE(nextTurn());
     EXPECT_EQ(panel->outputText(), u"FIRST"_s);
-    EXPECT_EQ(panel->errorMessage(), std::nullopt);
+    model.sendTheRest();
+    ASSERT_TRUE(outputBecomes(u"NEXT"_s));
+    EXPECT_EQ(logged(successLine(u"LATE"_s)), 0);
 }
 
 TEST_F(TranslatePanel, answers_that_come_after_the_panel_was_left_are_recorded_and_shown_nowhere) {

@@ -42,8 +42,9 @@ TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_i
     EXPECT_TRUE(hasControl(u"Ngôn ngữ đích: Tiếng Nhật"_s));
     EXPECT_EQ(model.requests().size(), 1);
 
-    click(u"Ngôn ngữ nguồn: Tiếng Hàn"_s);
+    click(u"Ngôn ngữ đích: Tiếng Nhật"_s);
     ASSERT_TRUE(hasControl(u"Tiếng Nhật"_s));
+    EXPECT_FALSE(hasControl(u"Tự động phát hiện"_s)) << "which is no language to translate into";
     click(u"Lịch sử"_s);
     EXPECT_FALSE(hasControl(u"Tiếng Nhật"_s)) << "a menu outlives its panel";
 }
@@ -135,9 +136,11 @@ TEST_F(TranslateViewTest, a_result_that_is_not_of_this_input_is_dimmed_until_the
     model.replies(StandInReply::error(500, u"x"_s));
     press(Qt::Key_Return);
     wait([this] { return showsError(); });
+    EXPECT_EQ(result(), u"ONE"_s) << "a failure leaves the texts alone";
     EXPECT_EQ(inkOfResult(), faint);
     model.translatesTo(u"ONE"_s);
     press(Qt::Key_Return);
+    EXPECT_FALSE(showsError());
     wait([&] { return inkOfResult() == plain; });
     click(u"Đổi chiều ngôn ngữ"_s);
     EXPECT_EQ(inkOfResult(), plain) << "each is the other's translation";
@@ -147,37 +150,33 @@ TEST_F(TranslateViewTest, a_result_that_is_not_of_this_input_is_dimmed_until_the
 }
 
 TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does) {
-    appState.notice = u"Không có chữ nào đang được chọn"_s;
-    settle();
-    EXPECT_TRUE(says(u"Không có chữ nào đang được chọn"_s));
-    EXPECT_FALSE(says(u"0 ký tự"_s));
-    appState.notice = QString();
+    const auto expect = [this](const QString& said) {
+        settle();
+        const QStringList others{u"0 ký tự"_s, u"Không có chữ nào đang được chọn"_s,
+            u"Đang quét chữ (OCR)..."_s, u"Đang quét chữ (OCR)... 40 dòng"_s};
+        for (const QString& text : others)
+            EXPECT_EQ(says(text), text == said) << qPrintable(text);
+    };
+    expect(u"0 ký tự"_s);
     const std::stop_source first;
     const std::stop_source second;
     appState.beginReading(first);
-    settle();
-    EXPECT_TRUE(says(u"Đang quét chữ (OCR)..."_s));
+    expect(u"Đang quét chữ (OCR)..."_s);
     appState.linesRead = 40;
-    settle();
-    EXPECT_TRUE(says(u"Đang quét chữ (OCR)... 40 dòng"_s));
-    appState.notice = u"Nhấn Return để dịch chữ này"_s;
-    settle();
-    EXPECT_TRUE(says(u"Nhấn Return để dịch chữ này"_s)) << "for its moment, also while a picture is read";
-    EXPECT_FALSE(says(u"Đang quét chữ (OCR)... 40 dòng"_s));
+    expect(u"Đang quét chữ (OCR)... 40 dòng"_s);
+    appState.notice = u"Không có chữ nào đang được chọn"_s;
+    expect(appState.notice());  // for its moment, also while a picture is read
     appState.notice = QString();
-    settle();
-    EXPECT_TRUE(says(u"Đang quét chữ (OCR)... 40 dòng"_s));
+    expect(u"Đang quét chữ (OCR)... 40 dòng"_s);
     controls(u"Lịch sử"_s).constFirst()->setFocus();
     press(Qt::Key_Escape);
     EXPECT_TRUE(first.stop_requested());
     appState.beginReading(second);
-    settle();
-    EXPECT_TRUE(says(u"Đang quét chữ (OCR)..."_s)) << "the next picture is counted from its own start";
+    expect(u"Đang quét chữ (OCR)..."_s);  // the next picture is counted from its own start
     EXPECT_FALSE(second.stop_requested());
     click(u"Hủy"_s);
     EXPECT_TRUE(second.stop_requested());
-    settle();
-    EXPECT_TRUE(says(u"0 ký tự"_s));
+    expect(u"0 ký tự"_s);
     EXPECT_FALSE(hasControl(u"Hủy"_s));
 }
 

@@ -1,5 +1,9 @@
 #include "widget_support.h"
 
+#include <QPainter>
+
+#include "ui/kit/painting.h"
+
 namespace tralio {
 
 void showActive(QWidget& widget) {
@@ -23,6 +27,16 @@ QRect difference(const QImage& one, const QImage& other) {
                 box |= QRect(x, y, 1, 1);
     }
     return box;
+}
+
+QRect inkOf(const TextStyle& style, const QString& text) {
+    QImage blank(300, 100, QImage::Format_ARGB32_Premultiplied);
+    blank.fill(Qt::white);
+    QImage inked = blank;
+    QPainter painter(&inked);
+    paintText(painter, inked.rect(), style, Qt::black, text);
+    painter.end();
+    return difference(blank, inked);
 }
 
 }  // namespace tralio

@@ -9,6 +9,7 @@
 #include "support/testing.h"
 #include "ui/kit/control.h"
 #include "ui/kit/label.h"
+#include "ui/kit/text_style.h"
 
 namespace tralio {
 
@@ -61,5 +62,16 @@ template <typename Part>
 
 /// The smallest rectangle in which two pictures of one size differ.
 [[nodiscard]] QRect difference(const QImage& one, const QImage& other);
+
+/// Where the widget's picture changes when something is done to it.
+template <typename Change>
+[[nodiscard]] QRect changeOf(QWidget& widget, Change change) {
+    const QImage before = pictureOf(widget);
+    change();
+    return difference(before, pictureOf(widget));
+}
+
+/// The ink of one line of text at the left of a wide area, where nothing cuts it above and below.
+[[nodiscard]] QRect inkOf(const TextStyle& style, const QString& text);
 
 }  // namespace tralio
