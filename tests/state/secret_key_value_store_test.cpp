@@ -71,7 +71,7 @@ protected:
     QList<bool> awaitedTold;
 };
 
-TEST_F(SecretKeyValueStoreTest, a_key_moves_to_an_open_keeper_and_comes_back_at_the_next_start) {
+TEST_F(SecretKeyValueStoreTest, a_key_moves_to_an_open_keeper_and_is_awaited_at_the_next_start) {
     store.values[apiKey] = u"sk-mine"_s;
     start();
     EXPECT_EQ(stored(), StoredValue(u"sk-mine"_s)) << "until the keeper has it";
@@ -80,12 +80,29 @@ TEST_F(SecretKeyValueStoreTest, a_key_moves_to_an_open_keeper_and_comes_back_at_
     EXPECT_EQ(key(), u"sk-mine"_s);
 
     start();
-    EXPECT_TRUE(settings->isKeyAwaited());
     EXPECT_EQ(key(), QString()) << "never the built-in one";
+    keeper.answerFind(Answer::locked);
+    EXPECT_TRUE(settings->isKeyAwaited());
+    keeper.onChange();
     keeper.answerFind(Answer::done);
     EXPECT_EQ(key(), u"sk-mine"_s);
     EXPECT_EQ(awaitedTold, QList<bool>{false});
     EXPECT_EQ(stored(), marker);
+
+    // What is typed meanwhile counts, and the answer that comes later not.
+    start();
+    settings->setValue(apiKey, u"sk-new"_s);
+    EXPECT_FALSE(settings->isKeyAwaited());
+    keeper.answerFind(Answer::done);
+    EXPECT_EQ(key(), u"sk-new"_s);
+
+    // One that has lost it: the user is asked for a key, and the marker makes no trouble.
+    keeper.answerKeep(Answer::done);
+    keeper.kept.reset();
+    start();
+    keeper.answerFind(Answer::absent);
+    EXPECT_FALSE(settings->isKeyAwaited());
+    EXPECT_EQ(key(), QString());
 }
 
 TEST_F(SecretKeyValueStoreTest, a_key_given_up_while_a_keeper_is_slow_is_forgotten_there_whatever_it_says) {
@@ -123,32 +140,6 @@ TEST_F(SecretKeyValueStoreTest, without_a_keeper_or_with_a_locked_one_the_store_
     keeper.onChange();
     keeper.answerKeep(Answer::done);
     EXPECT_EQ(stored(), marker);
-}
-
-TEST_F(SecretKeyValueStoreTest, a_key_that_the_keeper_has_is_awaited_while_it_is_locked) {
-    store.values[apiKey] = marker;
-    keeper.kept = u"sk-mine"_s;
-    start();
-    keeper.answerFind(Answer::locked);
-    EXPECT_TRUE(settings->isKeyAwaited());
-    keeper.onChange();
-    keeper.answerFind(Answer::done);
-    EXPECT_EQ(key(), u"sk-mine"_s);
-
-    // What is typed meanwhile counts, and the answer that comes later not.
-    start();
-    settings->setValue(apiKey, u"sk-new"_s);
-    EXPECT_FALSE(settings->isKeyAwaited());
-    keeper.answerFind(Answer::done);
-    EXPECT_EQ(key(), u"sk-new"_s);
-
-    // One that has lost it: the user is asked for a key, and the marker makes no trouble.
-    keeper.answerKeep(Answer::done);
-    keeper.kept.reset();
-    start();
-    keeper.answerFind(Answer::absent);
-    EXPECT_FALSE(settings->isKeyAwaited());
-    EXPECT_EQ(key(), QString());
 }
 
 TEST_F(SecretKeyValueStoreTest, a_key_is_handed_over_as_it_is_typed_the_last_state_last) {

@@ -57,7 +57,7 @@ TEST_F(SqliteFailureTest, a_damaged_or_foreign_file_is_set_aside_and_never_over_
     };
     int number = 0;
     for (const QByteArray& damaged : contents) {
-        ++number;
+        const QString name = u"tralio.sqlite.damaged-%1"_s.arg(++number);
         writeFile(path(), damaged);
         writeFile(path() + u"-wal"_s, "a log of " + QByteArray::number(number));
         SqliteKeyValueStore store(path());
@@ -65,13 +65,12 @@ TEST_F(SqliteFailureTest, a_damaged_or_foreign_file_is_set_aside_and_never_over_
         store.setValue(u"key"_s, qint64{number});
         EXPECT_EQ(store.trouble(), StoreTrouble::unreadable) << number;
         EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{number}));
-        const QString aside = path() + u".damaged-%1"_s.arg(number);
+        const QString aside = path(u"tralio/"_s + name);
         EXPECT_TRUE(contentOf(aside) == damaged) << number;
         EXPECT_EQ(mode(aside), 0600U);
         ASSERT_EQ(m_log.messages().size(), number);
-        EXPECT_TRUE(
-            m_log.messages().last().startsWith(u"SqliteKeyValueStore.open: the store is damaged and was set "
-                                               u"aside as tralio.sqlite.damaged-%1: "_s.arg(number)));
+        EXPECT_TRUE(m_log.messages().last().startsWith(
+            u"SqliteKeyValueStore.open: the store is damaged and was set aside as "_s + name));
     }
     EXPECT_EQ(SqliteKeyValueStore(path()).trouble(), StoreTrouble::unreadable) << "the user has not seen it";
     SqliteKeyValueStore(path()).acknowledgeTrouble();
@@ -100,7 +99,8 @@ TEST_F(SqliteFailureTest, a_path_that_cannot_be_used_keeps_values_in_memory) {
     EXPECT_EQ(contentOf(path(u"file"_s)), "a file where a folder should be");
 }
 
-TEST_F(SqliteFailureTest, a_file_or_a_folder_that_is_read_only_is_read_and_written_once_it_may_be) {
+TEST_F(SqliteFailureTest, a_file_or_a_folder_that_is_read_only_is_trouble_until_it_may_be_written) {
+    using Told = QList<std::optional<StoreTrouble>>;
     for (const mode_t folderMode : {0700U, 0500U}) {
         m_log.clear();
         makeStore(u"old"_s, u"value"_s);
@@ -109,12 +109,25 @@ TEST_F(SqliteFailureTest, a_file_or_a_folder_that_is_read_only_is_read_and_writt
         SqliteKeyValueStore store(path());
         EXPECT_EQ(store.value(u"old"_s), StoredValue(u"value"_s));
         EXPECT_TRUE(m_log.messages().isEmpty());
+        EXPECT_EQ(store.trouble(), StoreTrouble::unsaved) << "told before anything is lost";
+        Told told;
+        store.onTrouble = [&](std::optional<StoreTrouble> trouble) { told += trouble; };
         expectValuesAreKept(store);
+        store.acknowledgeTrouble();
+        store.setValue(u"a"_s, qint64{1});
+        EXPECT_EQ(told, Told{std::nullopt}) << "the user knows";
         EXPECT_EQ(store.value(u"old"_s), StoredValue(u"value"_s));
         EXPECT_EQ(mode(path()), 0400U);
         setMode(path(u"tralio"_s), 0700);
         setMode(path(), 0600);
         expectTheNextWriteSavesAll(store);
+        {
+            const FileSizeLimit full(50'000);
+            store.setValue(u"large"_s, QByteArray(1'000'000, 'x'));
+        }
+        store.setValue(u"large"_s, false);
+        EXPECT_EQ(told, (Told{std::nullopt, StoreTrouble::unsaved, std::nullopt}))
+            << "what comes later is something else";
     }
 }
 
@@ -208,13 +221,12 @@ TEST_F(
 }
 
 TEST_F(SqliteFailureTest, a_value_that_is_none_of_ours_any_more_is_trouble_and_not_just_absent) {
-    for (const char* damage : {"UPDATE entries SET type = 'tezt' WHERE key = 'url'",
-             "UPDATE entries SET value = CAST(X'68FF' AS TEXT) WHERE key = 'url'",
-             // The row that the index names has another key.
+    for (const char* damage : {// The row that the index names has another key.
              "PRAGMA writable_schema = ON; CREATE TABLE copy (key TEXT NOT NULL, type TEXT NOT NULL, value "
-             "NOT "
-             "NULL); UPDATE sqlite_schema SET rootpage = (SELECT rootpage FROM sqlite_schema WHERE name = "
-             "'copy') WHERE name = 'entries'"}) {
+             "NOT NULL); UPDATE sqlite_schema SET rootpage = (SELECT rootpage FROM sqlite_schema WHERE name "
+             "= 'copy') WHERE name = 'entries'",
+             "UPDATE entries SET value = CAST(X'68FF' AS TEXT) WHERE key = 'url'",
+             "UPDATE entries SET type = 'tezt' WHERE key = 'url'"}) {
         QDir(path(u"tralio"_s)).removeRecursively();
         makeStore(u"url"_s, u"http://127.0.0.1/v1"_s);
         EXPECT_EQ(OtherConnection(path()).query(damage), "");
@@ -225,38 +237,12 @@ TEST_F(SqliteFailureTest, a_value_that_is_none_of_ours_any_more_is_trouble_and_n
         EXPECT_EQ(store.value(u"other"_s), std::nullopt);
         EXPECT_EQ(store.value(u"url"_s), std::nullopt);
         EXPECT_EQ(store.trouble(), std::nullopt) << "told once for one value";
+        store.setValue(u"url"_s, u"new"_s);
+        EXPECT_EQ(reread(u"url"_s), StoredValue(u"new"_s));
     }
-    QDir(path(u"tralio"_s)).removeRecursively();
-    makeStore(u"url"_s, u"http://127.0.0.1/v1"_s);
-    EXPECT_EQ(OtherConnection(path()).query("UPDATE entries SET type = 'tezt'"), "");
-    SqliteKeyValueStore store(path());
-    EXPECT_EQ(store.value(u"url"_s), std::nullopt);
-    store.setValue(u"url"_s, u"new"_s);
     EXPECT_EQ(OtherConnection(path()).query("SELECT value FROM entries WHERE key = 'url.damaged-1'"),
-        "http://127.0.0.1/v1");
-}
-
-TEST_F(SqliteFailureTest, values_that_will_not_survive_are_trouble_for_as_long_as_that_holds) {
-    makeStore(u"old"_s, u"value"_s);
-    setMode(path(), 0400);
-    setMode(path(u"tralio"_s), 0500);
-    SqliteKeyValueStore store(path());
-    EXPECT_EQ(store.trouble(), StoreTrouble::unsaved) << "told before anything is lost";
-    QList<std::optional<StoreTrouble>> told;
-    store.onTrouble = [&](std::optional<StoreTrouble> trouble) { told += trouble; };
-    store.acknowledgeTrouble();
-    store.setValue(u"a"_s, false);
-    EXPECT_EQ(told, QList<std::optional<StoreTrouble>>{std::nullopt}) << "the user knows";
-    setMode(path(u"tralio"_s), 0700);
-    setMode(path(), 0600);
-    store.setValue(u"a"_s, true);
-    {
-        const FileSizeLimit full(50'000);
-        store.setValue(u"a"_s, QByteArray(1'000'000, 'x'));
-    }
-    store.setValue(u"a"_s, false);
-    const QList<std::optional<StoreTrouble>> another{std::nullopt, StoreTrouble::unsaved, std::nullopt};
-    EXPECT_EQ(told, another) << "what comes later is something else";
+        "http://127.0.0.1/v1")
+        << "of the last damage, which left it legible";
 }
 
 TEST_F(SqliteFailureTest, what_a_full_disk_keeps_from_being_opened_for_writing_is_read_and_written_later) {
