@@ -2,14 +2,9 @@
 
 #include <qcorotask.h>
 
-#include <memory>
-#include <optional>
-#include <utility>
-
 #include "engine/ai_error.h"
 #include "engine/ai_service.h"
 #include "platform/linux/helpers/helper_http_client.h"
-#include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/noted_idle_limits.h"
 #include "support/stand_in_model.h"
@@ -23,7 +18,6 @@ inline void PrintTo(const AIError& error, std::ostream* out) {
 
 /// How an operation ended, in the words that the user reads.
 struct Outcome {
-    bool ended = false;
     bool failed = false;
     QString text;  ///< the result, or the error's description
     std::optional<AIError> aiError;
@@ -32,6 +26,7 @@ struct Outcome {
 /// Runs the event loop until the operation ends. QCoro's own `waitFor` never returns from one that fails.
 inline Outcome outcomeOf(QCoro::Task<QString> task) {
     Outcome outcome;
+    bool ended = false;
     const auto record = [&]() -> QCoro::Task<void> {
         try {
             outcome.text = co_await task;
@@ -41,16 +36,15 @@ inline Outcome outcomeOf(QCoro::Task<QString> task) {
             if (const auto* aiError = dynamic_cast<const AIError*>(&error))
                 outcome.aiError = *aiError;
         }
-        outcome.ended = true;
+        ended = true;
     };
     const QCoro::Task<void> recording = record();
-    EXPECT_TRUE(eventually([&outcome] { return outcome.ended; })) << "the operation never ended";
+    EXPECT_TRUE(eventually([&ended] { return ended; })) << "the operation never ended";
     return outcome;
 }
 
 /// A service, and a stand-in for the model that its settings point at. Time stands still.
-class EngineTest : public testing::Test {
-protected:
+struct EngineTest : testing::Test {
     EngineTest() {
         settings = {standIn.baseURL(), u"custom"_s, u"sk-test"_s, u"test-model"_s, u"Translate."_s};
     }

@@ -1,10 +1,6 @@
 #include "history/translation_history_store.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QSignalSpy>
-#include <QTimeZone>
 
 #include <bit>
 
@@ -16,8 +12,7 @@ namespace {
 
 const QString key = u"app_translation_history_items"_s;
 
-class TranslationHistoryStoreTest : public testing::Test {
-protected:
+struct TranslationHistoryStoreTest : testing::Test {
     TranslationHistoryStore reopened() {
         return TranslationHistoryStore(
             store, [this] { return now; });
@@ -56,8 +51,7 @@ QByteArray entry(const QByteArray& changes = {}) {
         changes + "}";
 }
 
-TEST_F(TranslationHistoryStoreTest,
-    the_newest_translation_stands_first_with_its_texts_trimmed_and_none_is_blank) {
+TEST_F(TranslationHistoryStoreTest, the_newest_stands_first_with_its_texts_trimmed_and_none_is_blank) {
     const QSignalSpy changes(&history, &ObservableObject::objectWillChange);
     add(u" \r\n"_s);
     add(u"text"_s, u"\u3000"_s);

@@ -12,8 +12,7 @@ Request request(quint32 keyCode, quint32 modifiers, HotKeyID id) {
     return {{KeyCode{keyCode}, Modifiers::fromInt(modifiers)}, id};
 }
 
-class HotKeys : public testing::Test {
-protected:
+struct HotKeys : testing::Test {
     void registerBoth() {
         service.registerGlobalHotKeys(
             2, 768, [this] { presses += u"text"_s; }, 1, 768, [this] { presses += u"ocr"_s; });
@@ -95,28 +94,18 @@ TEST_F(HotKeys, exchange_their_combinations_whichever_is_changed_first) {
 }
 
 TEST(ShortcutText, is_the_symbols_in_their_order_and_the_label_of_the_key) {
-    constexpr quint32 control = 0x40000;
-    constexpr quint32 option = 0x80000;
-    constexpr quint32 shift = 0x20000;
-    constexpr quint32 command = 0x100000;
-    constexpr quint32 capsLock = 0x10000;
-    constexpr quint32 function = 0x800000;
-    struct Case {
-        quint16 keyCode;
-        quint32 flags;
-        QString text;
-        quint32 modifiers;
-    };
-    const Case cases[] = {
+    constexpr quint32 capsLock = 0x10000, shift = 0x20000, control = 0x40000, option = 0x80000,
+                      command = 0x100000, function = 0x800000;
+    const std::tuple<quint16, quint32, QString, quint32> cases[] = {
         {2, command | shift, u"⇧ ⌘ D"_s, 768},
         {18, option, u"⌥ Key 18"_s, 2048},
         {49, control, u"⌃ Space"_s, 4096},
         {65535, capsLock | function, u"Key 65535"_s, 0},
         {36, control | option | shift | command | capsLock, u"⌃ ⌥ ⇧ ⌘ Return"_s, 6912},
     };
-    for (const Case& one : cases) {
-        EXPECT_EQ(HotKeyService::readableShortcut(one.keyCode, one.flags), one.text);
-        EXPECT_EQ(HotKeyService::carbonModifiers(one.flags), one.modifiers);
+    for (const auto& [keyCode, flags, text, modifiers] : cases) {
+        EXPECT_EQ(HotKeyService::readableShortcut(keyCode, flags), text);
+        EXPECT_EQ(HotKeyService::carbonModifiers(flags), modifiers);
     }
 }
 
@@ -160,12 +149,7 @@ TEST(PermissionRequests, open_the_settings_only_when_the_request_did_not_grant) 
 }
 
 TEST(ShortcutWords, name_the_keys_of_a_pc_wherever_a_text_has_symbols_and_leave_the_rest_alone) {
-    struct Case {
-        QString text;
-        QString words;
-        QString shortcuts;
-    };
-    const Case cases[] = {
+    const std::tuple<QString, QString, QString> cases[] = {
         {u"⌘ ⇧ D"_s, u"Super + Shift + D"_s, u"Super + Shift + D"_s},
         {u"Chụp: ⌃ ⌥ Space"_s, u"Chụp: Ctrl + Alt + Space"_s, u"Ctrl + Alt + Space"_s},
         {u"⌃ Key 123"_s, u"Ctrl + Left"_s, u"Ctrl + Left"_s},
@@ -203,12 +187,7 @@ FakeElement menuBar(std::initializer_list<std::vector<FakeElement>> menus) {
 using MenuCopy = HotKeys;
 
 TEST_F(MenuCopy, presses_the_first_item_that_means_copy_whatever_its_menu) {
-    struct Case {
-        const char* what;
-        FakeElement bar;
-        QString pressed;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, FakeElement, QString> cases[] = {
         {"by title", menuBar({{item(u"Cut"_s)}, {item(u"Paste"_s), item(u"Copy"_s)}}), u"Copy"_s},
         {"by title in Vietnamese", menuBar({{item(u"SAO CHÉP liên kết"_s)}}), u"SAO CHÉP liên kết"_s},
         {"by key", menuBar({{item(u"Chép"_s, u"c"_s)}}), u"Chép"_s},
@@ -217,11 +196,11 @@ TEST_F(MenuCopy, presses_the_first_item_that_means_copy_whatever_its_menu) {
         {"an item without a title", menuBar({{item(std::nullopt, u"C"_s)}}), u""_s},
         {"past menus without items", menuBar({{}, {item(u"copy"_s)}}), u"copy"_s},
     };
-    for (const Case& one : cases) {
+    for (const auto& [what, bar, pressed] : cases) {
         desktop.accessibility.pressed.clear();
-        desktop.accessibility.bar = one.bar;
-        EXPECT_TRUE(service.triggerCopyMenuAction(4711)) << one.what;
-        EXPECT_THAT(desktop.accessibility.pressed, ElementsAre(one.pressed)) << one.what;
+        desktop.accessibility.bar = bar;
+        EXPECT_TRUE(service.triggerCopyMenuAction(4711)) << what;
+        EXPECT_THAT(desktop.accessibility.pressed, ElementsAre(pressed)) << what;
     }
     desktop.accessibility.pressed.clear();
     desktop.accessibility.bar = menuBar({{item(u"Copy"_s, u"C"_s, false)}, {item(u"Copy all"_s)}});

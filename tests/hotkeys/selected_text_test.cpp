@@ -1,5 +1,3 @@
-#include <QCoreApplication>
-
 #include "support/debug_log_file.h"
 #include "support/fake_desktop.h"
 
@@ -10,8 +8,7 @@ constexpr qint32 pid = 4711;
 const auto keystroke = u"fetchSelectedText: executing Layer 4 (Keystroke Cmd+C)..."_s;
 const auto exhausted = u"fetchSelectedText: ALL LAYERS EXHAUSTED, returning nil"_s;
 
-class SelectedText : public testing::Test {
-protected:
+struct SelectedText : testing::Test {
     SelectedText() { desktop.workspace.front = {pid, u"org.example.Editor"_s, u"Editor"_s}; }
 
     void fetch() {
@@ -41,58 +38,52 @@ TEST_F(SelectedText, no_application_or_this_one_in_front_yields_nothing_at_once)
     EXPECT_THAT(desktop.accessibility.asked, IsEmpty());
 }
 
-TEST_F(SelectedText, the_focused_element_answers_at_once_and_the_clipboard_is_left_alone) {
+TEST_F(SelectedText, is_what_the_first_layer_tells_that_has_one_and_the_clipboard_is_left_alone) {
+    const QString editor = u"org.example.Editor"_s;
+    const QString browser = u"com.google.Chrome"_s;
+    const QString blank = u" \n"_s;
     const QString sentence =
         u"Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba mươi ký tự"_s;
-    desktop.accessibility.focused = {.selectedText = u"\u00a0 "_s + sentence + u" \n\u2028"_s};
+    const std::tuple<QString, FakeElement, QString, QString, QString> cases[] = {
+        {editor, {.selectedText = u"\u00a0 "_s + sentence + u" \n\u2028"_s}, blank, sentence,
+            u"Layer 1 (Direct AX) SUCCESS: 'Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba'"_s},
+        {editor, {.selectedText = blank, .documentText = u" trang web\n"_s}, blank, u"trang web"_s,
+            u"Layer 1 (Direct AX) SUCCESS: 'trang web'"_s},
+        {browser, {.selectedText = u"một đoạn"_s, .documentText = u"trang web"_s}, u"từ trang"_s,
+            u"một đoạn"_s, u"Layer 1 (Direct AX) SUCCESS: 'một đoạn'"_s},
+        {browser, {}, u" từ trang \n"_s, u"từ trang"_s,
+            u"Layer 2 (Browser AppleScript) SUCCESS: 'từ trang'"_s},
+        {editor, {}, u" đánh dấu\n"_s, u"đánh dấu"_s, u"Layer 2 (without a script) SUCCESS: 'đánh dấu'"_s},
+    };
     desktop.workspace.front->localizedName.reset();
-    fetch();
-    EXPECT_THAT(results, ElementsAre(sentence));
+    for (const auto& [bundle, focused, otherwise, text, told] : cases) {
+        desktop.workspace.front->bundleIdentifier = bundle;
+        desktop.accessibility.focused = focused;
+        desktop.scripts.result = bundle == browser ? otherwise : u"of no browser"_s;
+        desktop.scripts.inFront = bundle == browser ? u"of a browser"_s : otherwise;
+        fetch();
+        EXPECT_EQ(results.back(), text);
+        EXPECT_EQ(log.messages().last(), u"fetchSelectedText: "_s + told);
+        EXPECT_EQ(service.getDirectAXSelectedText(pid) == text, told.startsWith(u"Layer 1"));
+    }
+    EXPECT_THAT(results, SizeIs(std::size(cases)));
+    EXPECT_EQ(
+        log.messages().first(), u"fetchSelectedText: frontApp='' (bundle: org.example.Editor, pid: 4711)"_s);
+    EXPECT_THAT(desktop.scripts.executed, SizeIs(1));
     EXPECT_EQ(desktop.pasteboard.count, 7);
     EXPECT_EQ(desktop.clock.pending(), 0);
-    EXPECT_THAT(log.messages(),
-        ElementsAre(u"fetchSelectedText: frontApp='' (bundle: org.example.Editor, pid: 4711)"_s,
-            u"fetchSelectedText: Layer 1 (Direct AX) SUCCESS: "
-            u"'Tiếng Việt 👨‍👩‍👧‍👦 cà phê sữa đá, ba'"_s));
-}
 
-TEST_F(SelectedText, a_blank_selection_falls_through_to_the_document_and_then_to_the_next_layers) {
-    desktop.accessibility.focused = {.selectedText = u" \n"_s, .documentText = u" trang web\n"_s};
+    desktop.accessibility.focused = {.selectedText = blank, .documentText = u"\t"_s};
+    desktop.scripts.inFront = blank;
     fetch();
-    EXPECT_THAT(results, ElementsAre(u"trang web"_s));
-
-    desktop.accessibility.focused->selectedText = u"một đoạn"_s;
-    fetch();
-    EXPECT_EQ(results.back(), u"một đoạn"_s) << "the element's own comes first";
-    EXPECT_EQ(service.getDirectAXSelectedText(pid), u"một đoạn"_s);
-
-    desktop.accessibility.focused = {.selectedText = u" "_s, .documentText = u"\t"_s};
-    fetch();
-    EXPECT_THAT(results, SizeIs(2));
     EXPECT_EQ(log.messages().last(), keystroke);
-}
-
-TEST_F(SelectedText, a_browser_is_told_by_a_marker_and_answers_by_script_when_its_focused_element_does_not) {
-    EXPECT_TRUE(HotKeyService::isBrowser(u"org.example.SearchTool"_s)) << "it is found anywhere";
-    EXPECT_FALSE(HotKeyService::isBrowser(u"org.mozilla.firefox"_s));
-
-    desktop.workspace.front->bundleIdentifier = u"com.google.Chrome"_s;
-    desktop.scripts.result = u" từ trang \n"_s;
-    fetch();
-    EXPECT_THAT(results, ElementsAre(u"từ trang"_s));
-    EXPECT_EQ(
-        log.messages().last(), u"fetchSelectedText: Layer 2 (Browser AppleScript) SUCCESS: 'từ trang'"_s);
-
-    desktop.accessibility.focused = {.selectedText = u"từ ô nhập"_s};
-    fetch();
-    EXPECT_EQ(results.back(), u"từ ô nhập"_s);
-    EXPECT_THAT(desktop.scripts.executed, SizeIs(1));
-
-    desktop.accessibility.focused.reset();
-    desktop.scripts.result = u"  "_s;
+    desktop.workspace.front->bundleIdentifier = browser;
+    desktop.scripts.result = blank;
     giveCopyItem();
     fetch();
     EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
+    EXPECT_TRUE(HotKeyService::isBrowser(u"org.example.SearchTool"_s)) << "it is found anywhere";
+    EXPECT_FALSE(HotKeyService::isBrowser(u"org.mozilla.firefox"_s));
 }
 
 TEST_F(SelectedText, of_a_password_is_taken_by_no_layer) {
@@ -148,18 +139,6 @@ TEST_F(SelectedText, that_is_copied_as_a_password_ends_the_fetch_in_either_layer
     EXPECT_FALSE(log.messages().join(u'\n').contains(u"hunter2"_s));
 }
 
-TEST_F(SelectedText, that_needs_neither_permission_nor_script_is_asked_for_after_the_focused_element) {
-    desktop.scripts.inFront = u" đánh dấu\n"_s;
-    fetch();
-    EXPECT_THAT(results, ElementsAre(u"đánh dấu"_s));
-    EXPECT_EQ(desktop.pasteboard.count, 7);
-    EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 2 (without a script) SUCCESS: 'đánh dấu'"_s);
-    EXPECT_THAT(desktop.scripts.executed, IsEmpty());
-    desktop.accessibility.focused = {.selectedText = u"trong ô"_s};
-    fetch();
-    EXPECT_EQ(results.back(), u"trong ô"_s);
-}
-
 TEST_F(SelectedText, the_menu_copy_is_delivered_at_the_tick_that_sees_it) {
     giveCopyItem();
     fetch();
@@ -195,6 +174,13 @@ TEST_F(SelectedText, nine_ticks_end_the_menu_wait_and_twelve_the_keystroke_wait)
     EXPECT_THAT(results, ElementsAre(std::nullopt));
     EXPECT_EQ(log.messages().last(), exhausted);
     EXPECT_EQ(desktop.clock.pending(), 0);
+
+    desktop.accessibility.bar.reset();
+    desktop.keyEvents.isGranted = false;
+    fetch();
+    EXPECT_THAT(results, ElementsAre(std::nullopt, std::nullopt)) << "without keys there is none";
+    EXPECT_EQ(log.messages().last(), exhausted);
+    EXPECT_EQ(desktop.clock.pending(), 0);
 }
 
 TEST_F(SelectedText, the_shortcut_is_pressed_after_every_modifier_has_been_released) {
@@ -224,15 +210,6 @@ TEST_F(SelectedText, the_shortcut_is_pressed_after_every_modifier_has_been_relea
     desktop.clock.advance(30ms);
     EXPECT_THAT(results, ElementsAre(u"bằng phím"_s));
     EXPECT_EQ(log.messages().last(), u"fetchSelectedText: Layer 4 SUCCESS: 'bằng phím'"_s);
-}
-
-TEST_F(SelectedText, a_session_without_synthetic_keys_is_not_waited_for) {
-    desktop.keyEvents.isGranted = false;
-    fetch();
-    EXPECT_THAT(results, ElementsAre(std::nullopt));
-    EXPECT_THAT(desktop.keyEvents.posted, IsEmpty());
-    EXPECT_EQ(desktop.clock.pending(), 0);
-    EXPECT_EQ(log.messages().last(), exhausted);
 }
 
 TEST_F(SelectedText, the_shortcut_is_not_pressed_into_an_application_that_has_come_to_the_front_meanwhile) {

@@ -1,20 +1,11 @@
 #pragma once
 
-#include <QPromise>
 #include <qcorofuture.h>
 #include <qcorotask.h>
-
-#include <functional>
-#include <memory>
-#include <optional>
-#include <utility>
-#include <vector>
 
 #include "ocr/capture_tool.h"
 #include "ocr/ocr_error.h"
 #include "ocr/ocr_service.h"
-#include "support/event_loop.h"
-#include "support/files.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -60,8 +51,7 @@ Ending<T> endingOf(QCoro::Task<T> task) {
 }
 
 /// A recogniser that answers what a test wrote down, at once or from the event loop.
-class ScriptedRecognizer final : public TextRecognizer {
-public:
+struct ScriptedRecognizer final : TextRecognizer {
     using Answer = std::function<std::vector<TextObservation>()>;
 
     void prepare() override { ++preparations; }
@@ -110,8 +100,7 @@ public:
 };
 
 /// The user at the region picker: draws something, or cancels.
-class DrawnRegion final : public CaptureTool {
-public:
+struct DrawnRegion final : CaptureTool {
     QCoro::Task<qint32> run(QString outputPath) override {
         if (onRun)
             onRun();

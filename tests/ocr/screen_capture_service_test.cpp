@@ -1,12 +1,8 @@
 #include "ocr/screen_capture_service.h"
 
-#include <QRegularExpression>
-#include <QTemporaryDir>
-
 #include "ocr/capture_tool.h"
 #include "ocr/ocr_test_support.h"
 #include "support/fake_clock.h"
-#include "support/files.h"
 
 namespace tralio {
 namespace {
@@ -38,8 +34,7 @@ private:
     QPromise<qint32> m_drawing;
 };
 
-class ScreenCapture : public testing::Test {
-protected:
+struct ScreenCapture : testing::Test {
     using Result = std::optional<QString>;
 
     ScreenCapture() {
@@ -107,12 +102,7 @@ TEST_F(ScreenCapture, a_drawn_region_becomes_text_step_by_step) {
 }
 
 TEST_F(ScreenCapture, a_capture_without_a_picture_is_no_text_and_no_failure) {
-    struct Case {
-        const char* what;
-        qint32 status;
-        std::optional<QByteArray> picture;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, qint32, std::optional<QByteArray>> cases[] = {
         {"cancelled", 0, std::nullopt},
         {"an empty file", 0, QByteArray()},
         {"a status other than zero, with a picture", 1, QByteArray("png")},
@@ -123,13 +113,13 @@ TEST_F(ScreenCapture, a_capture_without_a_picture_is_no_text_and_no_failure) {
         steps += u"draw"_s;
         writeFile(tool.paths.back() + u".Qx7Tp2"_s, "half a picture of the screen");
     };
-    for (const Case& given : cases) {
+    for (const auto& [what, status, picture] : cases) {
         steps.clear();
-        const auto ending = captureThatEnds(given.status, given.picture);
-        ASSERT_TRUE(ending.result) << given.what << ending.failure.toStdString();
-        EXPECT_EQ(*ending.result, std::nullopt) << given.what;
-        EXPECT_THAT(steps, ElementsAre(u"before"_s, u"draw"_s, u"after"_s)) << given.what;
-        EXPECT_THAT(filesLeft(), IsEmpty()) << given.what;
+        const auto ending = captureThatEnds(status, picture);
+        ASSERT_TRUE(ending.result) << what << ending.failure.toStdString();
+        EXPECT_EQ(*ending.result, std::nullopt) << what;
+        EXPECT_THAT(steps, ElementsAre(u"before"_s, u"draw"_s, u"after"_s)) << what;
+        EXPECT_THAT(filesLeft(), IsEmpty()) << what;
     }
 }
 
@@ -146,8 +136,6 @@ TEST_F(ScreenCapture, a_failed_recognition_is_passed_on_and_the_next_capture_wor
 
 TEST_F(ScreenCapture, a_second_call_ends_at_once_until_the_first_has_its_text) {
     recognizer.isSlow = true;
-    bool recognising = false;
-    recognizer.onRecognize = [&] { recognising = true; };
     const auto first = capture();
     const auto expectRefused = [this] {
         const auto second = started(service.captureInteractiveAndRecognize([] { FAIL(); }, [] { FAIL(); }));
@@ -159,7 +147,7 @@ TEST_F(ScreenCapture, a_second_call_ends_at_once_until_the_first_has_its_text) {
     EXPECT_TRUE(eventually([&] { return !tool.paths.isEmpty(); }));
     expectRefused();
     tool.finish(0, "png");
-    EXPECT_TRUE(eventually([&] { return recognising; }));
+    EXPECT_TRUE(eventually([&] { return !recognizer.images.empty(); }));
     expectRefused();
     EXPECT_TRUE(eventually([&] { return first->times > 0; }));
     EXPECT_EQ(first->result, Result(u"Xin chào"_s));
@@ -172,14 +160,13 @@ TEST_F(ScreenCapture, that_is_read_when_the_program_ends_leaves_no_picture_and_t
     QDir::setCurrent(folder.path());
     writeFile(folder.filePath(u"of the user"_s), "kept");
     recognizer.isSlow = true;
-    bool recognising = false;
-    recognizer.onRecognize = [&] { recognising = true; };
+    recognizer.onRecognize = {};
     std::optional<ScreenCaptureService> own(std::in_place, ocr, tool, clock, folder.path());
     const auto ending = started(own->captureInteractiveAndRecognize());
     clock.advance(150ms);
     EXPECT_TRUE(eventually([&] { return !tool.paths.isEmpty(); }));
     tool.finish(0, "png");
-    EXPECT_TRUE(eventually([&] { return recognising; }));
+    EXPECT_TRUE(eventually([&] { return !recognizer.images.empty(); }));
     EXPECT_TRUE(own->isReading());
     own.reset();
     EXPECT_THAT(filesLeft(), ElementsAre(u"of the user"_s));

@@ -1,18 +1,8 @@
-#include <QCoreApplication>
-#include <QDBusMetaType>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
-#include <QElapsedTimer>
-#include <QHash>
-#include <QMutex>
-#include <QThread>
-
-#include <optional>
-#include <stdexcept>
-#include <utility>
+#include <atomic>
 
 #include "platform/linux/atspi/atspi_element.h"
 #include "platform/linux/atspi/atspi_search.h"
+#include "platform/scripted_bus_object.h"
 #include "support/private_bus.h"
 #include "support/testing.h"
 
@@ -21,7 +11,7 @@ namespace {
 
 /// Accessible objects written down as data, which answer on a bus from a thread of their own, as another
 /// program would. They are also the list of applications of that bus.
-class ScriptedAccessibles final : public QDBusVirtualObject {
+class ScriptedAccessibles final : public ScriptedBusObject {
 public:
     struct Object {
         AtspiRole role = AtspiRole::panel;
@@ -35,60 +25,46 @@ public:
         QString keyBinding{};
         QString toolkit{};
         QVariant rubbish{};  ///< which it answers where a list is asked for
-        int presses = 0;
     };
 
     /// The list of applications holds the one at `/application`.
-    ScriptedAccessibles(const QString& address, QHash<QString, Object> objects)
-        : m_objects(std::move(objects)) {
+    ScriptedAccessibles(QDBusConnection bus, QHash<QString, Object> objects)
+        : ScriptedBusObject(std::move(bus), u"org.a11y.atspi.Registry"_s, u"/"_s),
+          m_objects(std::move(objects)) {
         m_objects[AtspiBus::desktop().path.path()].children = {u"/application"_s};
         qDBusRegisterMetaType<AtspiReference>();
         qDBusRegisterMetaType<QList<AtspiReference>>();
         qDBusRegisterMetaType<QList<uint>>();
-        auto bus = QDBusConnection::connectToBus(address, m_name);
-        m_service = bus.baseService();
-        if (!bus.registerVirtualObject(u"/"_s, this, QDBusConnection::SubPath) ||
-            !bus.registerService(u"org.a11y.atspi.Registry"_s))
-            throw std::runtime_error("the bus takes no accessible objects");
-        // Not before: the registration gives the object children, which only its own thread can make.
         moveToThread(&m_thread);
         m_thread.start();
     }
     ~ScriptedAccessibles() override {
-        QDBusConnection::disconnectFromBus(m_name);
         m_thread.quit();
         m_thread.wait();
     }
 
-    [[nodiscard]] AtspiReference at(const QString& path) const { return {m_service, QDBusObjectPath(path)}; }
-    [[nodiscard]] int pressesOf(const QString& path) const {
-        const QMutexLocker locker(&m_lock);
-        return m_objects.value(path).presses;
-    }
+    [[nodiscard]] AtspiReference at(const QString& path) const { return {address(), QDBusObjectPath(path)}; }
 
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        const QMutexLocker locker(&m_lock);
-        const auto object = m_objects.find(message.path());
-        const auto values =
-            object == m_objects.end() ? std::nullopt : answer(*object, message.member(), message.arguments());
-        return connection.send(values ? message.createReply(*values)
-                                      : message.createErrorReply(QDBusError::UnknownMethod, u"not known"_s));
-    }
+    std::atomic<int> presses = 0;  ///< of all objects
 
 private:
+    void take(const QDBusMessage& call) override {
+        const auto object = m_objects.constFind(call.path());
+        const auto values =
+            object == m_objects.cend() ? std::nullopt : answer(*object, call.member(), call.arguments());
+        send(values ? call.createReply(*values)
+                    : call.createErrorReply(QDBusError::UnknownMethod, u"not known"_s));
+    }
     [[nodiscard]] std::optional<QVariantList> answer(
-        Object& object, const QString& method, const QVariantList& arguments) const {
+        const Object& object, const QString& method, const QVariantList& arguments) {
         const auto number = [&arguments](int which) { return arguments.value(which).toInt(); };
-        const auto variant = [](const QVariant& value) {
-            return QVariantList{QVariant::fromValue(QDBusVariant(value))};
-        };
-        if (method == u"Get" && arguments.value(1) == u"Name"_s)
-            return variant(QString());
-        if (method == u"Get" && arguments.value(1) == u"ToolkitName"_s)
-            return variant(object.toolkit);
-        if (method == u"Get" && arguments.value(1) == u"Parent"_s)
-            return variant(QVariant::fromValue(at(object.parent)));
+        const QString property = method == u"Get" ? arguments.value(1).toString() : QString();
+        if (property == u"Name")
+            return QVariantList{variant(QString())};
+        if (property == u"ToolkitName")
+            return QVariantList{variant(object.toolkit)};
+        if (property == u"Parent")
+            return QVariantList{variant(QVariant::fromValue(at(object.parent)))};
         if (method == u"GetRole")
             return QVariantList{static_cast<uint>(object.role)};
         if (object.rubbish.isValid() && (method == u"GetState" || method == u"GetChildren"))
@@ -117,22 +93,18 @@ private:
             return QVariantList{object.keyBinding};
         if (method != u"DoAction")
             return std::nullopt;
-        ++object.presses;
+        ++presses;
         return QVariantList{true};
     }
 
-    const QString m_name = u"scripted-accessibles"_s;
-    mutable QMutex m_lock;
     QHash<QString, Object> m_objects;
-    QString m_service;
     QThread m_thread;
 };
 
 using Objects = QHash<QString, ScriptedAccessibles::Object>;
 using Ranges = QList<std::pair<int, int>>;
 
-class GivenPrimary final : public PrimarySelection {
-public:
+struct GivenPrimary final : PrimarySelection {
     std::optional<PrimaryText> textOf(qint32 /*processId*/, QDeadlineTimer /*deadline*/) override {
         return mark;
     }
@@ -141,10 +113,9 @@ public:
 };
 
 /// An application that answers by the accessibility bus.
-class Atspi : public testing::Test {
-protected:
+struct Atspi : testing::Test {
     void script(const Objects& objects) {
-        application.emplace(daemon.address(), objects);
+        application.emplace(daemon.connect(), objects);
         bus.connectTo(daemon.address());
         ASSERT_TRUE(bus.isOpen());
     }
@@ -161,30 +132,20 @@ protected:
 };
 
 TEST_F(Atspi, a_list_of_another_type_is_none) {
-    Objects objects;
     const QVariant rubbish[] = {7U, u"text"_s, QVariant::fromValue(QList<int>{1}), QStringList{u"a"_s},
         QVariant::fromValue(AtspiReference{u":1.1"_s, QDBusObjectPath(u"/a"_s)}),
         QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath(u"/a"_s)}),
         QVariant::fromValue(QDBusVariant(7))};
-    int number = 0;
-    for (const QVariant& each : rubbish)
-        objects[u"/%1"_s.arg(number++)] = {.rubbish = each};
-    script(objects);
-    for (int at = 0; at < number; ++at) {
-        const AtspiReference object = application->at(u"/%1"_s.arg(at));
-        EXPECT_THAT(childrenOf(object, *context()), IsEmpty()) << at;
-        EXPECT_FALSE(statesOf(object, *context()).contains(AtspiState::active)) << at;
+    for (const QVariant& each : rubbish) {
+        script({{u"/object"_s, {.rubbish = each}}});
+        const AtspiReference object = application->at(u"/object"_s);
+        EXPECT_THAT(childrenOf(object, *context()), IsEmpty()) << each.typeName();
+        EXPECT_FALSE(statesOf(object, *context()).contains(AtspiState::active)) << each.typeName();
     }
 }
 
 TEST_F(Atspi, a_menu_item_tells_its_shortcut_in_either_toolkits_words_and_presses_unless_greyed) {
-    struct Case {
-        QString binding;
-        AtspiState state;
-        std::optional<QString> character;
-        bool presses;
-    };
-    const Case cases[] = {
+    const std::tuple<QString, AtspiState, std::optional<QString>, bool> cases[] = {
         {u"c;<Alt>e:c;<Primary><Control>c"_s, AtspiState::enabled, u"c"_s, true},
         {u"Ctrl+C"_s, AtspiState::sensitive, u"C"_s, true},
         {u"c;<Alt>i:c;<Control><Alt>c"_s, AtspiState::enabled, std::nullopt, true},
@@ -192,16 +153,11 @@ TEST_F(Atspi, a_menu_item_tells_its_shortcut_in_either_toolkits_words_and_presse
         {u"c"_s, AtspiState::showing, std::nullopt, false},  // greyed
         {QString(), AtspiState::enabled, std::nullopt, true},
     };
-    Objects items;
-    for (const Case& given : cases)
-        items[u"/%1"_s.arg(&given - cases)] = {
-            .role = AtspiRole::menuItem, .states = {given.state}, .keyBinding = given.binding};
-    script(items);
-    for (const Case& given : cases) {
-        const QString path = u"/%1"_s.arg(&given - cases);
-        EXPECT_EQ(element(path).commandCharacter(), given.character) << given.binding.toStdString();
-        EXPECT_EQ(element(path).press(), given.presses) << given.binding.toStdString();
-        EXPECT_EQ(application->pressesOf(path), given.presses ? 1 : 0) << given.binding.toStdString();
+    for (const auto& [binding, state, character, presses] : cases) {
+        script({{u"/item"_s, {.role = AtspiRole::menuItem, .states = {state}, .keyBinding = binding}}});
+        EXPECT_EQ(element(u"/item"_s).commandCharacter(), character) << binding.toStdString();
+        EXPECT_EQ(element(u"/item"_s).press(), presses) << binding.toStdString();
+        EXPECT_EQ(application->presses, presses ? 1 : 0) << binding.toStdString();
     }
 }
 
@@ -223,12 +179,7 @@ TEST_F(Atspi, an_element_that_counts_its_selections_is_believed_before_an_older_
         {u"/silent"_s, {.role = AtspiRole::entry, .selections = Ranges{{4, 7}}, .keepsItsText = true}},
         {u"/lone"_s, {.role = AtspiRole::heading, .parent = u"/alone"_s, .selections = Ranges()}}});
     primary.mark = PrimaryText{u"zero one two"_s};
-    struct Case {
-        QString path;
-        std::optional<QString> own;
-        std::optional<QString> beside;
-    };
-    const Case cases[] = {
+    const std::tuple<QString, std::optional<QString>, std::optional<QString>> cases[] = {
         {u"/entry"_s, u"two"_s, std::nullopt}, {u"/backwards"_s, u"two\nthree"_s, std::nullopt},
         {u"/empty"_s, std::nullopt, std::nullopt}, {u"/page"_s, std::nullopt, std::nullopt},
         {u"/button"_s, std::nullopt, u"zero one two"_s}, {u"/first"_s, u"zero one two"_s, std::nullopt},
@@ -236,11 +187,11 @@ TEST_F(Atspi, an_element_that_counts_its_selections_is_believed_before_an_older_
         {u"/lone"_s, std::nullopt, std::nullopt}, {u"/gone"_s, std::nullopt, u"zero one two"_s},
         {u"/silent"_s, std::nullopt, u"zero one two"_s},  // counts one, and fails to tell it
     };
-    for (const Case& c : cases) {
-        AtspiElement asked = element(c.path);
-        EXPECT_EQ(asked.selectedText(), c.own) << c.path.toStdString();
-        EXPECT_EQ(asked.selectedDocumentText(), c.beside) << c.path.toStdString();
-        EXPECT_FALSE(asked.holdsPassword()) << c.path.toStdString();
+    for (const auto& [path, own, beside] : cases) {
+        AtspiElement asked = element(path);
+        EXPECT_EQ(asked.selectedText(), own) << path.toStdString();
+        EXPECT_EQ(asked.selectedDocumentText(), beside) << path.toStdString();
+        EXPECT_FALSE(asked.holdsPassword()) << path.toStdString();
     }
     EXPECT_TRUE(element(u"/password"_s).holdsPassword());
 }
@@ -262,7 +213,6 @@ TEST_F(Atspi, an_application_that_dies_in_the_middle_has_nothing_selected_at_onc
 
 TEST_F(Atspi, an_element_says_whether_it_is_a_terminal_where_its_toolkit_knows_of_terminals) {
     const auto answer = [this](AtspiRole role, const QString& toolkit) {
-        application.reset();
         script({{AtspiBus::desktop().path.path(), {.toolkit = toolkit}}, {u"/focus"_s, {.role = role}}});
         return isTerminal(application->at(u"/focus"_s), *context());
     };

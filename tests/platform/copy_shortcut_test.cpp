@@ -1,12 +1,9 @@
 #include "platform/linux/keyboard/copy_shortcut.h"
 
-#include <QTemporaryDir>
-
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <functional>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -14,7 +11,6 @@
 
 #include "platform/linux/bus/process_facts.h"
 #include "platform/linux/keyboard/terminals.h"
-#include "support/files.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -65,11 +61,7 @@ void haveTerminalServed(const char* name) {
 }
 
 TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_nothing) {
-    struct Case {
-        CopyTarget target;
-        CopyShortcut expected;
-    };
-    const Case cases[] = {
+    const std::pair<CopyTarget, CopyShortcut> cases[] = {
         {{{u"Scratchpad"_s, u"xterm"_s}, {}, true}, CopyShortcut::none},
         {{{u"XTerm"_s}, {}, {}}, CopyShortcut::none},
         {{{u"gvim"_s, u"Gvim"_s}, false, false}, CopyShortcut::none},
@@ -86,8 +78,8 @@ TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_no
         {{{u"editor"_s}, false, true}, CopyShortcut::control},
         {{{u"editor"_s}, {}, true}, CopyShortcut::none},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(copyShortcutIn(c.target), c.expected) << c.target.names.join(u' ').toStdString();
+    for (const auto& [target, expected] : cases)
+        EXPECT_EQ(copyShortcutIn(target), expected) << target.names.join(u' ').toStdString();
 }
 
 TEST(ProcessTable, tells_what_serves_a_terminal_or_has_one_served_but_not_by_a_terminal_beside_it) {

@@ -2,9 +2,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QMimeData>
-
-#include <map>
 
 #include "common/text_limit.h"
 #include "platform/linux/desktop/unavailable_desktop.h"
@@ -25,12 +22,7 @@ AskPrimary holding(std::optional<PrimaryText> mark) {
 
 TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_has_the_part) {
     const QString both = u"one\ntwo"_s;
-    struct Case {
-        ElementSelection element;
-        std::optional<PrimaryText> primary;
-        std::optional<QString> expected;
-    };
-    const Case cases[] = {
+    const std::tuple<ElementSelection, std::optional<PrimaryText>, std::optional<QString>> cases[] = {
         {{Selected::some, u"two"_s, Reach::part}, PrimaryText{both}, both},
         {{Selected::some, u"\ufffc"_s, Reach::part}, PrimaryText{both}, both},
         {{Selected::some, u"\ufffctwo"_s, Reach::part}, PrimaryText{u" "_s}, u"two"_s},
@@ -44,8 +36,8 @@ TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_ha
         {{Selected::none, {}, Reach::part}, PrimaryText{both}, std::nullopt},
         {{}, PrimaryText{both}, std::nullopt},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(selectedTextOf(c.element, holding(c.primary)), c.expected) << c.element.text.toStdString();
+    for (const auto& [element, primary, expected] : cases)
+        EXPECT_EQ(selectedTextOf(element, holding(primary)), expected) << element.text.toStdString();
 }
 
 TEST(CurrentSelection, that_no_element_counts_is_primary_as_long_as_nothing_speaks_against_it) {
@@ -85,17 +77,16 @@ TEST(CurrentSelection, may_be_a_password_when_it_is_one_word_but_for_a_plain_one
 }
 
 TEST(CurrentSelection, of_an_input_field_of_gtk_4_is_believed_what_primary_has_too) {
-    struct Case {
-        QString marked;
-        std::optional<PrimaryText> primary;
-        bool mayBePassword;
+    const std::tuple<QString, std::optional<PrimaryText>, bool> cases[] = {
+        {u"một câu"_s, PrimaryText{u"một câu"_s}, false},
+        {u"hunter2"_s, PrimaryText{u"hunter2"_s}, false},
+        {u"hunter2"_s, PrimaryText{u"một câu"_s}, true},
+        {u"hunter2"_s, std::nullopt, true},
+        {u"ba từ dài"_s, PrimaryText{u"một câu"_s}, true},
+        {u"một câu"_s, std::nullopt, false},
     };
-    for (const Case& given : {Case{u"một câu"_s, PrimaryText{u"một câu"_s}, false},
-             Case{u"hunter2"_s, PrimaryText{u"hunter2"_s}, false},
-             Case{u"hunter2"_s, PrimaryText{u"một câu"_s}, true}, Case{u"hunter2"_s, std::nullopt, true},
-             Case{u"ba từ dài"_s, PrimaryText{u"một câu"_s}, true}, Case{u"một câu"_s, std::nullopt, false}})
-        EXPECT_EQ(mayBePasswordOfGtk4(given.marked, [&] { return given.primary; }), given.mayBePassword)
-            << given.marked.toStdString();
+    for (const auto& [marked, primary, mayBePassword] : cases)
+        EXPECT_EQ(mayBePasswordOfGtk4(marked, holding(primary)), mayBePassword) << marked.toStdString();
 }
 
 TEST(CurrentSelection, may_be_a_password_of_any_application_that_is_not_known_to_keep_them_to_itself) {
@@ -168,8 +159,7 @@ TEST(ClipboardFormats, a_text_of_no_told_encoding_is_latin_1_unless_it_is_utf_8_
     EXPECT_EQ(readFrom({{u"image/png"_s, "caf\xe9"}}), std::nullopt);
 }
 
-class FollowedPrimary : public testing::Test {
-protected:
+struct FollowedPrimary : testing::Test {
     [[nodiscard]] std::optional<PrimaryText> mark() { return primary.textOf(1, QDeadlineTimer(0)); }
 
     QString front = u"editor"_s;

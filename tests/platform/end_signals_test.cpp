@@ -1,9 +1,7 @@
 #include "platform/linux/process/end_signals.h"
 
 #include <csignal>
-#include <optional>
 
-#include "support/event_loop.h"
 #include "support/testing.h"
 
 namespace tralio {

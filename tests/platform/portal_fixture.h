@@ -4,7 +4,6 @@
 
 #include "platform/scripted_desktop_portal.h"
 #include "support/debug_log_file.h"
-#include "support/event_loop.h"
 #include "support/fake_clock.h"
 #include "support/private_bus.h"
 
@@ -14,8 +13,9 @@ inline constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
 inline const auto textShortcut = u"translate-selection.LOGO+SHIFT+d"_s;
 inline const auto ocrShortcut = u"capture-screen.LOGO+SHIFT+s"_s;
 
-class PortalTest : public testing::Test {
-protected:
+struct PortalTest : testing::Test {
+    ~PortalTest() override { qunsetenv("XDG_ACTIVATION_TOKEN"); }
+
     void startPortal(const std::function<void(ScriptedDesktopPortal&)>& script = {}) {
         desktop.emplace(bus.connect());
         if (script)
@@ -32,6 +32,7 @@ protected:
                 {ocrHotKeyID, u"capture-screen"_s, u"Chụp"_s}},
             clock);
         hotKeys->installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
+        hotKeys->installStatusHandler([this](HotKeyID, HotKeyStatus status) { statuses.push_back(status); });
     }
     [[nodiscard]] bool startProgram() {
         launch();
@@ -44,6 +45,10 @@ protected:
         const bool started = startProgram();
         registerBoth();
         return started;
+    }
+    /// The same, until it has bound them.
+    [[nodiscard]] bool startBound(const std::function<void(ScriptedDesktopPortal&)>& script = {}) {
+        return startAll(script) && isBound();
     }
     void endAll() {
         hotKeys.reset();
@@ -65,6 +70,16 @@ protected:
     }
     [[nodiscard]] bool isPressed(size_t times) {
         return eventually([&] { return pressed.size() == times; });
+    }
+    /// Whether this comes to be the last that is told of a hot key.
+    [[nodiscard]] bool isTold(HotKeyStatus status) {
+        return eventually([&] { return !statuses.empty() && statuses.back() == status; });
+    }
+    /// A shortcut goes down and stays so, as the program comes to know.
+    [[nodiscard]] bool holds(const QString& shortcut, qulonglong time) {
+        const QByteArray token = QByteArray::number(time);
+        desktop->hold(shortcut, time, {{u"activation_token"_s, QString::fromLatin1(token)}});
+        return eventually([&] { return qgetenv("XDG_ACTIVATION_TOKEN") == token; });
     }
     [[nodiscard]] bool isLogged(const QString& text) {
         return eventually([&] { return log.messages().join(u'\n').contains(text); });
@@ -97,6 +112,7 @@ protected:
     std::optional<PortalHotKeys> hotKeys;
     HotKeyPlatform::Registration textKey;
     std::vector<quint32> pressed;
+    std::vector<HotKeyStatus> statuses;  ///< of both hot keys
 };
 
 }  // namespace tralio

@@ -1,32 +1,28 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
+#include <QtDBus>
 
 #include <stdexcept>
 
+#include "support/testing.h"
+
 namespace tralio {
 
-/// A service on a bus, with all the objects below a path, whose answers a test's own code gives.
+/// A service on a connection of its own to a bus, with all the objects below a path, whose answers a test's
+/// own code gives.
 class ScriptedBusObject : public QDBusVirtualObject {
 public:
     /// Appears on the bus at once, in the place of one that is there.
     ScriptedBusObject(QDBusConnection bus, const QString& service, const QString& path)
-        : m_bus(std::move(bus)), m_service(service), m_path(path) {
-        const auto named = m_bus.interface()->registerService(service,
-            QDBusConnectionInterface::ReplaceExistingService, QDBusConnectionInterface::AllowReplacement);
+        : m_bus(std::move(bus)) {
+        // Whoever has waited for the name asks at once.
         if (!m_bus.registerVirtualObject(path, this, QDBusConnection::SubPath) ||
-            named != QDBusConnectionInterface::ServiceRegistered)
+            m_bus.interface()->registerService(service, QDBusConnectionInterface::ReplaceExistingService,
+                QDBusConnectionInterface::AllowReplacement) != QDBusConnectionInterface::ServiceRegistered)
             throw std::runtime_error("the name of a scripted service is taken");
     }
-    ~ScriptedBusObject() override {
-        m_bus.unregisterService(m_service);
-        m_bus.unregisterObject(m_path, QDBusConnection::UnregisterTree);
-    }
+    /// Leaves the bus, as a program that ends.
+    ~ScriptedBusObject() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
 
     [[nodiscard]] QString introspect(const QString& /*path*/) const final { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) final {
@@ -35,9 +31,15 @@ public:
     }
 
 protected:
+    /// A connection to the bus of the session that the environment tells of.
+    [[nodiscard]] static QDBusConnection toSessionBus() {
+        return QDBusConnection::connectToBus(
+            qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), QUuid::createUuid().toString());
+    }
     /// A call has come, which may be answered at any time.
     virtual void take(const QDBusMessage& call) = 0;
 
+    [[nodiscard]] QString address() const { return m_bus.baseService(); }
     void send(const QDBusMessage& message) { m_bus.send(message); }
     void signal(
         const QString& path, const QString& interface, const QString& name, const QVariantList& arguments) {
@@ -54,8 +56,6 @@ protected:
 
 private:
     QDBusConnection m_bus;
-    const QString m_service;
-    const QString m_path;
 };
 
 }  // namespace tralio

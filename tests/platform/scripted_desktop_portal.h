@@ -1,11 +1,5 @@
 #pragma once
 
-#include <QDBusMetaType>
-#include <QHash>
-#include <QStringList>
-#include <QUrl>
-#include <QVariantMap>
-
 #include "platform/linux/portal/portal.h"
 #include "platform/linux/portal/portal_capture.h"
 #include "platform/linux/portal/portal_hot_keys.h"

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QByteArrayList>
 #include <QLocalServer>
 #include <QLocalSocket>
+
+#include "support/testing.h"
 
 namespace tralio {
 
@@ -33,7 +34,11 @@ public:
     QByteArrayList texts;
     int taken = 0;
     bool isHung = false;
-    bool hasEngine = true;
+    QHash<QByteArray, QByteArray> answers{{"SPEAK", "230 OK RECEIVING DATA"},
+        {"GET LANGUAGE", "251-fr\r\n251 OK GET RETURNED"},
+        {"GET OUTPUT_MODULE", "251-engine\r\n251 OK GET RETURNED"},
+        {"LIST OUTPUT_MODULES", "250-dummy\r\n250-engine\r\n250 OK MODULE LIST SENT"},
+        {"LIST SYNTHESIS_VOICES", "249-Vietnamese\tvi\tnone\r\n249 OK VOICE LIST SENT"}};
 
 private:
     void take(const QByteArray& line) {
@@ -50,19 +55,8 @@ private:
         if (line == "SPEAK") {
             m_readsText = true;
             texts << QByteArray();
-            answer("230 OK RECEIVING DATA");
-        } else if (line == "GET LANGUAGE") {
-            answer("251-fr\r\n251 OK GET RETURNED");
-        } else if (line == "GET OUTPUT_MODULE") {
-            answer("251-engine\r\n251 OK GET RETURNED");
-        } else if (line == "LIST OUTPUT_MODULES") {
-            answer("250-dummy\r\n250-engine\r\n250 OK MODULE LIST SENT");
-        } else if (line == "LIST SYNTHESIS_VOICES") {
-            answer(hasEngine ? "249-Vietnamese\tvi\tnone\r\n249 OK VOICE LIST SENT"
-                             : "321 ERR MODULE CANT REPORT VOICES");
-        } else {
-            answer("200 OK");
         }
+        answer(answers.value(line, "200 OK"));
     }
 
     void answer(const QByteArray& reply) {

@@ -1,11 +1,8 @@
 #include "platform/linux/secrets/secret_service.h"
 
-#include <algorithm>
-
 #include "platform/linux/secrets/secret_item.h"
 #include "platform/scripted_bus_object.h"
 #include "support/debug_log_file.h"
-#include "support/event_loop.h"
 #include "support/private_bus.h"
 #include "support/testing.h"
 
@@ -61,15 +58,12 @@ private:
         if (method == u"Get")
             return {variant(isLocked)};
         if (method == u"SearchItems") {
-            QList<QDBusObjectPath> found;
+            QList<QDBusObjectPath> unlocked;
+            QList<QDBusObjectPath> locked;
             const auto wanted = qdbus_cast<SecretAttributes>(arguments.value(0));
-            if (std::ranges::any_of(items, [&wanted](const auto& item) { return item.first == wanted; }))
-                found += QDBusObjectPath(m_item);
-            const QList<QDBusObjectPath> none;
-            if (isLocked && isReticent)
-                found.clear();
-            return {
-                QVariant::fromValue(isLocked ? none : found), QVariant::fromValue(isLocked ? found : none)};
+            if (items.value(0).first == wanted && !(isLocked && isReticent))
+                (isLocked ? locked : unlocked) += QDBusObjectPath(m_item);
+            return {QVariant::fromValue(unlocked), QVariant::fromValue(locked)};
         }
         if (method == u"GetSecret") {
             EXPECT_EQ(arguments.value(0).value<QDBusObjectPath>().path(), m_session);
@@ -101,8 +95,7 @@ private:
     const QString m_prompt = QLatin1String(SecretService::path) + u"/prompt/1"_s;
 };
 
-class SecretServiceTest : public testing::Test {
-protected:
+struct SecretServiceTest : testing::Test {
     using Found = std::pair<Answer, QString>;
 
     SecretServiceTest() {
@@ -134,12 +127,18 @@ protected:
     int changes = 0;
 };
 
-TEST_F(SecretServiceTest, a_secret_is_kept_found_replaced_and_forgotten) {
+TEST_F(SecretServiceTest, a_secret_is_kept_found_replaced_and_forgotten_once_there_is_a_collection) {
     EXPECT_EQ(kept(u"sk-ấ"_s), Answer::unavailable) << "nobody there";
     EXPECT_EQ(found().first, Answer::unavailable);
     ScriptedSecretService service(bus.connect());
     ASSERT_TRUE(eventually([&] { return changes == 1; }));
 
+    service.hasCollection = false;
+    EXPECT_EQ(found().first, Answer::locked) << "it is not there yet, and nothing is lost";
+    EXPECT_EQ(kept(u"sk-ấ"_s), Answer::unavailable);
+    service.hasCollection = true;
+    service.tell(u"CollectionCreated"_s);
+    ASSERT_TRUE(eventually([&] { return changes == 2; }));
     EXPECT_EQ(found().first, Answer::absent);
     EXPECT_EQ(kept(u"sk-ấ"_s), Answer::done);
     EXPECT_EQ(found(), Found(Answer::done, u"sk-ấ"_s));
@@ -186,18 +185,6 @@ TEST_F(SecretServiceTest, an_answer_of_another_form_is_none) {
         service.rubbishMethods = {u"SearchItems"_s};
         EXPECT_EQ(found().first, Answer::absent);
     }
-}
-
-TEST_F(SecretServiceTest, a_keeper_whose_collections_are_not_there_yet_has_lost_nothing) {
-    ScriptedSecretService service(bus.connect());
-    ASSERT_TRUE(eventually([&] { return changes == 1; }));
-    service.hasCollection = false;
-    EXPECT_EQ(found().first, Answer::locked);
-    EXPECT_EQ(kept(u"sk"_s), Answer::unavailable);
-    service.hasCollection = true;
-    service.tell(u"CollectionCreated"_s);
-    ASSERT_TRUE(eventually([&] { return changes == 2; }));
-    EXPECT_EQ(found().first, Answer::absent);
 }
 
 }  // namespace

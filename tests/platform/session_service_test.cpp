@@ -1,12 +1,8 @@
 #include "platform/linux/bus/session_service.h"
 
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-
 #include <future>
 
 #include "common/text_limit.h"
-#include "support/event_loop.h"
 #include "support/private_bus.h"
 #include "support/testing.h"
 
@@ -15,8 +11,7 @@ namespace {
 
 using Claim = SessionService::Claim;
 
-class Session : public testing::Test {
-protected:
+struct Session : testing::Test {
     void SetUp() override {
         service.setActions({[this] { happened += u"open"_s + qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); },
             [this] { happened += u"selection"_s; }, [this] { happened += u"capture"_s; },

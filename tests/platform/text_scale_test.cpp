@@ -1,16 +1,12 @@
 #include "platform/linux/desktop/text_scale.h"
 
-#include <QDir>
-#include <QTemporaryDir>
-
 #include "support/testing.h"
 
 namespace tralio {
 namespace {
 
 /// A login at which the desktop's portal is not there yet, nor an X server.
-class TextScaleTest : public testing::Test {
-protected:
+struct TextScaleTest : testing::Test {
     TextScaleTest() {
         const QByteArray data = QFile::encodeName(folder.path());
         const std::pair<const char*, QByteArray> values[] = {{"XDG_DATA_HOME", data},

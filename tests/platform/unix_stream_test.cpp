@@ -1,15 +1,10 @@
 #include "platform/linux/speech/unix_stream.h"
 
-#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QTemporaryDir>
 
 #include <csignal>
-#include <memory>
-#include <vector>
 
-#include "support/event_loop.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -38,8 +33,7 @@ struct WatchedStream {
     std::unique_ptr<UnixStream> stream;
 };
 
-class SpeechStream : public testing::Test {
-protected:
+struct SpeechStream : testing::Test {
     /// The other side of the next connection, which is made without a turn of the event loop.
     [[nodiscard]] QLocalSocket* accept() {
         return server.waitForNewConnection(20'000) ? server.nextPendingConnection() : nullptr;
@@ -51,14 +45,8 @@ protected:
 };
 
 TEST_F(SpeechStream, where_nobody_listens_the_failure_comes_from_the_event_loop_with_its_reason) {
-    {
-        QFile file(folder.filePath(u"file"_s));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
-    const struct {
-        QString name;
-        QString told;
-    } cases[] = {
+    writeFile(folder.filePath(u"file"_s), "");
+    const std::pair<QString, QString> cases[] = {
         {u"missing"_s, u"ended: No such file or directory"_s},
         {u"file"_s, u"ended: Connection refused"_s},
         {u"long"_s.repeated(30), u"ended: File name too long"_s},
@@ -86,8 +74,7 @@ TEST_F(SpeechStream, a_listener_that_accepts_nobody_holds_nobody_up) {
     EXPECT_THAT(crowd.back()->told, ElementsAre(u"ended: Resource temporarily unavailable"_s));
 }
 
-TEST_F(
-    SpeechStream, what_the_other_side_said_before_it_left_is_still_heard_and_writing_to_it_raises_no_signal) {
+TEST_F(SpeechStream, what_the_other_side_said_before_it_left_is_heard_and_writing_to_it_raises_no_signal) {
     ASSERT_TRUE(server.listen(path));
     WatchedStream watched(path);
     EXPECT_TRUE(nextTurn());

@@ -1,17 +1,12 @@
 #pragma once
 
-#include <functional>
-#include <optional>
-#include <utility>
-
 #include "speech/speech_synthesizer.h"
 #include "support/testing.h"
 
 namespace tralio {
 
 /// Reads one text at a time until it is stopped, or a test ends it.
-class FakeSynthesizer final : public SpeechSynthesizer {
-public:
+struct FakeSynthesizer final : SpeechSynthesizer {
     bool isSpeaking() const override { return reading.has_value(); }
     void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) override {
         EXPECT_FALSE(reading);

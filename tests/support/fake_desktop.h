@@ -1,12 +1,6 @@
 #pragma once
 
-#include <QPromise>
 #include <qcorofuture.h>
-
-#include <map>
-#include <optional>
-#include <utility>
-#include <vector>
 
 #include "hotkeys/accessibility.h"
 #include "hotkeys/hot_key_service.h"
@@ -20,8 +14,7 @@
 
 namespace tralio {
 
-class FakeHotKeyPlatform final : public HotKeyPlatform {
-public:
+struct FakeHotKeyPlatform final : HotKeyPlatform {
     struct Request {
         KeyCombination combination;
         HotKeyID id;
@@ -119,8 +112,7 @@ private:
     };
 };
 
-class FakeWorkspace final : public Workspace {
-public:
+struct FakeWorkspace final : Workspace {
     std::optional<RunningApplication> frontmostApplication() override { return front; }
     void openURL(const QUrl& url) override { opened.push_back(url); }
 
@@ -128,8 +120,7 @@ public:
     std::vector<QUrl> opened;
 };
 
-class FakeScriptRunner final : public ScriptRunner {
-public:
+struct FakeScriptRunner final : ScriptRunner {
     std::optional<QString> execute(const QString& source) override {
         executed += source;
         return result;
@@ -145,8 +136,7 @@ public:
     std::vector<std::pair<QString, QStringList>> launched;
 };
 
-class FakePasteboard final : public Pasteboard {
-public:
+struct FakePasteboard final : Pasteboard {
     qint64 changeCount() override { return count; }
     std::optional<QString> string() override {
         const std::optional<QString> read = content;
@@ -187,8 +177,7 @@ public:
     int silences = 0;  ///< how often its owner does not say that
 };
 
-class FakeKeyEventPoster final : public KeyEventPoster {
-public:
+struct FakeKeyEventPoster final : KeyEventPoster {
     /// Where an event went; process 0 stands for everybody.
     using Posted = std::pair<qint32, KeyEvent>;
 
@@ -202,8 +191,7 @@ public:
     std::vector<Posted> posted;
 };
 
-class FakePermissions final : public Permissions {
-public:
+struct FakePermissions final : Permissions {
     bool isAccessibilityTrusted() const override { return accessibility; }
     bool requestAccessibilityTrust() override { return accessibility = accessibility || grantOnRequest; }
     bool preflightScreenCaptureAccess() const override { return screenCapture; }

@@ -10,8 +10,7 @@
 namespace tralio {
 
 /// A store that keeps its values in memory and remembers every write, in order.
-class MemoryKeyValueStore : public KeyValueStore {
-public:
+struct MemoryKeyValueStore : KeyValueStore {
     explicit MemoryKeyValueStore(std::map<QString, StoredValue> values = {}) : values(std::move(values)) {}
 
     [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override {

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QUuid>
+#include <QtDBus>
 
 #include <stdexcept>
 
 #include "support/bus_configuration.h"
+#include "support/testing.h"
 
 namespace tralio {
 

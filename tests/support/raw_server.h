@@ -38,33 +38,37 @@ inline quint16 listenOnLoopback(int listener, int family, quint16 port, int queu
 /// sent. Each connection is served by a script, on a thread of its own.
 class RawServer final {
 public:
-    class Connection {
-    public:
+    struct Connection {
+        RawServer& server;
+        const int socket;
+        const int number;  ///< from 1, as they came
+        QByteArray unread{};
+
         /// A whole request, its body included; empty when the peer has gone.
         QByteArray readRequest() {
             for (;;) {
-                const qsizetype end = m_read.indexOf("\r\n\r\n");
-                const QByteArray head = m_read.first(std::max(end, qsizetype(0))).toLower();
+                const qsizetype end = unread.indexOf("\r\n\r\n");
+                const QByteArray head = unread.first(std::max(end, qsizetype(0))).toLower();
                 const qsizetype at = head.indexOf("\ncontent-length:");
                 const qsizetype length =
                     at < 0 ? 0 : head.mid(at + 16).split('\r').first().trimmed().toLongLong();
-                if (end >= 0 && m_read.size() >= end + 4 + length) {
-                    const QByteArray request = m_read.first(end + 4 + length);
-                    m_read.remove(0, request.size());
-                    m_server.m_posts += request.startsWith("POST ") ? 1 : 0;
+                if (end >= 0 && unread.size() >= end + 4 + length) {
+                    const QByteArray request = unread.first(end + 4 + length);
+                    unread.remove(0, request.size());
+                    server.m_posts += request.startsWith("POST ") ? 1 : 0;
                     return request;
                 }
                 char bytes[1 << 16];
-                const ssize_t count = recv(m_socket, bytes, sizeof(bytes), 0);
+                const ssize_t count = recv(socket, bytes, sizeof(bytes), 0);
                 if (count <= 0)
                     return {};
-                m_read.append(bytes, count);
+                unread.append(bytes, count);
             }
         }
         void send(const QByteArray& bytes) const {
             for (qsizetype done = 0; done < bytes.size();) {
-                const ssize_t sent = ::send(m_socket, bytes.constData() + done,
-                    static_cast<size_t>(bytes.size() - done), MSG_NOSIGNAL);
+                const ssize_t sent = ::send(
+                    socket, bytes.constData() + done, static_cast<size_t>(bytes.size() - done), MSG_NOSIGNAL);
                 if (sent <= 0)
                     return;
                 done += sent;
@@ -74,26 +78,14 @@ public:
         /// Ends with a reset instead of an ordinary end.
         void reset() const {
             const linger now{1, 0};
-            setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &now, sizeof(now));
+            setsockopt(socket, SOL_SOCKET, SO_LINGER, &now, sizeof(now));
         }
         /// Until the peer ends the connection.
         void waitForEnd() const {
             char bytes[1 << 12];
-            while (recv(m_socket, bytes, sizeof(bytes), 0) > 0) {
+            while (recv(socket, bytes, sizeof(bytes), 0) > 0) {
             }
         }
-
-    private:
-        friend class RawServer;
-        Connection(RawServer& server, int socket, int number)
-            : m_server(server), m_socket(socket), number(number) {}
-
-        RawServer& m_server;
-        int m_socket;
-        QByteArray m_read;
-
-    public:
-        const int number;  ///< from 1, as they came
     };
     using Script = std::function<void(Connection&)>;
 
@@ -132,7 +124,7 @@ private:
             const std::lock_guard lock(m_mutex);
             m_sockets.push_back(socket);
             m_threads.emplace_back([this, socket, number] {
-                Connection connection(*this, socket, number);
+                Connection connection{*this, socket, number};
                 m_script(connection);
                 const std::lock_guard inner(m_mutex);
                 m_sockets.remove(socket);

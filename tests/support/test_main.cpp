@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QTemporaryDir>
 
 #include "common/debug_log.h"
 #include "support/testing.h"

@@ -1,15 +1,25 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include <QtCore>
 
+#include <algorithm>
 #include <chrono>
+#include <functional>
 #include <gmock/gmock.h>
+#include <map>
+#include <memory>
+#include <optional>
 #include <ostream>
+#include <utility>
+#include <vector>
 
-// What every test includes: GoogleTest, the matchers and literals in use all over, and how GoogleTest shows
-// Qt's texts when an expectation fails: readable, not as lists of code units. It looks for these beside the
-// types, in the global namespace.
+#include "support/event_loop.h"
+#include "support/files.h"
+
+// What every test includes: GoogleTest, Qt Core, the everyday parts of the standard library and of this
+// folder, which no test includes again one by one, the matchers and literals in use all over, and how
+// GoogleTest shows Qt's texts when an expectation fails: readable, not as lists of code units. It looks for
+// these beside the types, in the global namespace.
 
 inline void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';

@@ -1,22 +1,18 @@
 #include "platform/linux/helpers/helper_process.h"
 
 #include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <csignal>
 
 #include "platform/linux/helpers/serving.h"
-#include "support/event_loop.h"
 #include "support/fake_clock.h"
-#include "support/files.h"
 #include "support/testing.h"
 
 namespace tralio {
 namespace {
 
 /// Helpers that are shell scripts, in a time of their own.
-class HelperProcessTest : public testing::Test {
-protected:
+struct HelperProcessTest : testing::Test {
     void serve(const QByteArray& commands) {
         const QString program = writeFile(folder.filePath(u"helper"_s),
             "#!/bin/sh\ncd '" + QFile::encodeName(folder.path()) + "'\n" + commands + "\n");
@@ -57,11 +53,7 @@ TEST_F(HelperProcessTest, starts_with_the_first_frame_and_brings_what_it_answers
 }
 
 TEST_F(HelperProcessTest, one_that_is_of_no_use_is_given_up_in_words_and_the_next_frame_starts_another) {
-    struct Case {
-        QByteArray commands;
-        QString words;
-    };
-    const Case cases[] = {
+    const std::pair<QByteArray, QString> cases[] = {
         {"exit 0", u"ended"_s},
         {"kill -SEGV $$", u"ended"_s},
         {"exit 3", u"Tralio vừa được cập nhật. Vui lòng thoát Tralio rồi mở lại."_s},
@@ -69,16 +61,16 @@ TEST_F(HelperProcessTest, one_that_is_of_no_use_is_given_up_in_words_and_the_nex
         {"echo 'Warning: everything is fine'; exec sleep 100", u"nonsense"_s},
         {"head -c 300 /dev/zero | tr '\\0' T; exec sleep 100", u"nonsense"_s},
     };
-    for (const Case& given : cases) {
+    for (const auto& [commands, words] : cases) {
         losses.clear();
         came.clear();
         QFile::remove(folder.filePath(u"failed"_s));
-        serve("if [ ! -e failed ]; then : >failed; " + given.commands + "; fi\nexec cat");
+        serve("if [ ! -e failed ]; then : >failed; " + commands + "; fi\nexec cat");
         helper->send(frames::frame("lost"));
-        EXPECT_TRUE(eventually([this] { return !losses.isEmpty(); })) << given.commands.toStdString();
-        EXPECT_EQ(losses, QStringList{given.words}) << given.commands.toStdString();
+        EXPECT_TRUE(eventually([this] { return !losses.isEmpty(); })) << commands.toStdString();
+        EXPECT_EQ(losses, QStringList{words}) << commands.toStdString();
         helper->send(frames::frame("next"));
-        EXPECT_TRUE(eventually([this] { return !came.isEmpty(); })) << given.commands.toStdString();
+        EXPECT_TRUE(eventually([this] { return !came.isEmpty(); })) << commands.toStdString();
         EXPECT_EQ(came, QList<QByteArray>{"next"});
     }
     losses.clear();

@@ -26,12 +26,7 @@ TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_n
         QByteArray::fromHex("ffe1002245786966000049492a00080000000100120103000100000006000000"
                             "00000000"));
 
-    struct Case {
-        const char* what;
-        QUrl file;
-        std::optional<OCRError> error;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, QUrl, std::optional<OCRError>> cases[] = {
         {"a photograph that lies on its side", written(u"turned.jpg"_s, turned), {}},
         {"sixteen bits a channel", saved(u"deep.png"_s, page.convertToFormat(QImage::Format_RGBX64)), {}},
         {"another format than its name says", written(u"photo.jpg"_s, bytes), {}},
@@ -41,11 +36,10 @@ TEST_F(HelperTextRecognizerTest, files_of_all_kinds_end_as_they_should_and_the_n
         {"huge", saved(u"huge.png"_s, huge), tooLarge},
         {"blank", saved(u"blank.png"_s, drawn({})), OCRError::noTextFound()},
     };
-    for (const Case& given : cases) {
-        const Text ending = endingOf(service.recognizeText(given.file));
-        EXPECT_EQ(ending.error, given.error) << given.what;
-        EXPECT_EQ(ending.result.value_or(QString()), given.error ? QString() : u"Hello world"_s)
-            << given.what;
+    for (const auto& [what, file, error] : cases) {
+        const Text ending = endingOf(service.recognizeText(file));
+        EXPECT_EQ(ending.error, error) << what;
+        EXPECT_EQ(ending.result.value_or(QString()), error ? QString() : u"Hello world"_s) << what;
     }
     EXPECT_EQ(endingOf(service.recognizeText(encoded(huge))).error, tooLarge);
     const Text half = endingOf(service.recognizeText(written(u"half.png"_s, bytes.first(bytes.size() / 2))));
@@ -70,7 +64,13 @@ TEST_F(HelperTextRecognizerTest, a_picture_that_announces_more_than_it_is_costs_
     EXPECT_LT(mostMemory(helper), 300'000);
     EXPECT_LT(mostMemory(getpid()) - before, 20'000);
     EXPECT_EQ(endingOf(read.recognizeText(hello)).result, u"Hello world"_s);
+    EXPECT_EQ(logged.helperProcessId(), helper) << "one serves image after image";
+    clock.advance(59s);
     EXPECT_EQ(logged.helperProcessId(), helper);
+    clock.advance(1s);
+    EXPECT_EQ(logged.helperProcessId(), 0);
+    logged.prepare();
+    EXPECT_NE(logged.helperProcessId(), 0);
 
     const auto endless = std::make_shared<MemoryFile>();
     const QByteArray megabyte(1 << 20, 'A');
@@ -78,31 +78,6 @@ TEST_F(HelperTextRecognizerTest, a_picture_that_announces_more_than_it_is_costs_
         endless->append(megabyte);
     EXPECT_EQ(endingOf(read.recognizeText(endless)).error,
         OCRError::recognitionFailed(u"Hình ảnh quá lớn (hơn 256 MB)."_s));
-}
-
-TEST_F(HelperTextRecognizerTest, one_helper_serves_image_after_image_and_ends_when_there_are_no_more) {
-    recognizer.prepare();
-    const qint64 first = recognizer.helperProcessId();
-    EXPECT_NE(first, 0);
-    std::vector<std::shared_ptr<Text>> endings;
-    for (int i = 0; i < 3; ++i)
-        endings.push_back(started(service.recognizeText(hello)));
-    for (const auto& ending : endings) {
-        EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
-        EXPECT_EQ(ending->result, u"Hello world"_s);
-    }
-    EXPECT_EQ(recognizer.helperProcessId(), first);
-
-    clock.advance(59s);
-    EXPECT_EQ(recognizer.helperProcessId(), first);
-    clock.advance(1s);
-    EXPECT_EQ(recognizer.helperProcessId(), 0);
-    EXPECT_EQ(textOf(hello), u"Hello world"_s);
-
-    const qint64 second = recognizer.helperProcessId();
-    kill(static_cast<pid_t>(second), SIGKILL);
-    EXPECT_TRUE(eventually([&] { return recognizer.helperProcessId() != second; }));
-    EXPECT_EQ(textOf(hello), u"Hello world"_s) << "it died while it was idle";
 }
 
 TEST_F(HelperTextRecognizerTest, killed_at_any_moment_costs_one_image) {
@@ -172,16 +147,13 @@ TEST_F(HelperTextRecognizerTest, a_stopped_recognition_ends_at_once_and_those_be
     EXPECT_FALSE(first->failure.isEmpty());
     EXPECT_EQ(third->result.value_or(std::vector<TextObservation>()).size(), 1U)
         << third->failure.toStdString();
-}
 
-TEST_F(HelperTextRecognizerTest, what_still_waits_ends_with_the_recogniser) {
-    auto hanging = std::make_unique<HelperTextRecognizer>(script("exec sleep 100"), clock);
-    const auto first = reading(*hanging);
-    const auto second = started(hanging->supportedLanguages({}));
-    hanging.reset();
-    EXPECT_TRUE(eventually([&] { return first->times > 0 && second->times > 0; }));
-    EXPECT_FALSE(first->failure.isEmpty());
-    EXPECT_FALSE(second->failure.isEmpty());
+    auto own = std::make_unique<HelperTextRecognizer>(script("exec sleep 100"), clock);
+    const auto begun = reading(*own);
+    const auto waiting = started(own->supportedLanguages({}));
+    own.reset();
+    EXPECT_TRUE(eventually([&] { return begun->times > 0 && waiting->times > 0; }));
+    EXPECT_FALSE(begun->failure.isEmpty() || waiting->failure.isEmpty()) << "they end with the recogniser";
 }
 
 }  // namespace

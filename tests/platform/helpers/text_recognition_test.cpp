@@ -29,7 +29,7 @@ TEST_F(HelperTextRecognizerTest, reads_what_screens_show) {
     }
 }
 
-TEST_F(HelperTextRecognizerTest, reads_tables_buttons_headlines_and_captions) {
+TEST_F(HelperTextRecognizerTest, reads_tables_buttons_headlines_bubbles_and_captions) {
     QImage image(760, 470, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
@@ -53,6 +53,15 @@ TEST_F(HelperTextRecognizerTest, reads_tables_buttons_headlines_and_captions) {
     }
     painter.fillRect(16, 340, 360, 38, QColor(22, 104, 220));
     write({120, 365}, u"Đặt món ngay"_s, 15, Qt::white);
+    const QStringList messages{u"Chiều nay mấy giờ mình họp vậy?"_s, u"Ba giờ rưỡi, phòng nhỏ tầng hai"_s};
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    for (const int y : {10, 54}) {
+        const bool isOwn = y > 10;
+        painter.setBrush(isOwn ? QColor(11, 132, 255) : QColor(240, 241, 243));
+        painter.drawRoundedRect(isOwn ? 470 : 420, y, 280, 36, 16, 16);
+        write(QPointF(isOwn ? 484 : 434, y + 23), messages[isOwn], 15, isOwn ? Qt::white : Qt::black);
+    }
     QLinearGradient sky(0, 100, 300, 440);
     sky.setStops({{0, QColor(70, 120, 190)}, {0.5, QColor(200, 140, 90)}, {1, QColor(60, 70, 60)}});
     painter.fillRect(420, 100, 330, 340, sky);
@@ -60,7 +69,7 @@ TEST_F(HelperTextRecognizerTest, reads_tables_buttons_headlines_and_captions) {
     painter.end();
 
     const QStringList lines = textOf(encoded(image)).value_or(QString()).split(u'\n');
-    QStringList expected{u"Bảng giá"_s, u"Đặt món ngay"_s, u"Chợ nổi buổi sáng"_s};
+    QStringList expected = messages + QStringList{u"Bảng giá"_s, u"Đặt món ngay"_s, u"Chợ nổi buổi sáng"_s};
     for (qsizetype row = 0; row < goods.size(); ++row)
         expected += {goods[row], u"%1.000"_s.arg(31 + row)};
     EXPECT_THAT(lines, testing::UnorderedElementsAreArray(expected));

@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QTemporaryDir>
-
 #include "ocr/ocr_test_support.h"
 #include "platform/linux/helpers/helper_text_recognizer.h"
 #include "support/fake_clock.h"
-#include "support/files.h"
 #include "support/pictures.h"
 
 namespace tralio {
@@ -22,8 +19,7 @@ inline qint64 mostMemory(qint64 process) {
     return at < 0 ? 0 : status.mid(at + 6, status.indexOf("kB", at) - at - 6).trimmed().toLongLong();
 }
 
-class HelperTextRecognizerTest : public testing::Test {
-protected:
+struct HelperTextRecognizerTest : testing::Test {
     using Text = Ending<QString>;
 
     /// A helper that is a shell script; `$helper` in it is the real one.
