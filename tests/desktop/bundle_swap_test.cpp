@@ -1,15 +1,7 @@
-#include <QProcess>
-#include <QProcessEnvironment>
-#include <QTemporaryDir>
-#include <QTest>
-
 #include <stdexcept>
 
-#include "desktop/virtual_desktop.h"
-#include "support/files.h"
+#include "desktop/fixtures.h"
 #include "support/run_to_end.h"
-#include "support/stand_in_model.h"
-#include "support/testing.h"
 #include "update/app_update_info.h"
 #include "update/info_plist.h"
 
@@ -17,17 +9,21 @@ namespace tralio {
 namespace {
 
 /// A shell that sees the machine's folders, but has an empty /Applications of its own, and no processes but
-/// those that it starts. They end with this object. Needs no rights: the machine's users may make namespaces.
+/// those that it starts, which the shell inherits. They end with this object. Needs no rights: the machine's
+/// users may make namespaces.
 class OwnMachine final {
 public:
     explicit OwnMachine(const QProcessEnvironment& environment) {
+        QStringList arguments =
+            u"--unshare-user --unshare-pid --as-pid-1 --die-with-parent --proc /proc --dir /Applications"_s
+                .split(u' ');
+        for (const QString& name : QDir::root().entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            if (name != u"proc" && name != u"Applications")
+                arguments += {u"--dev-bind-try"_s, u'/' + name, u'/' + name};
         m_shell.setProcessEnvironment(environment);
         m_shell.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_shell.start(QStringLiteral("unshare"),
-            QStringLiteral("--user --map-root-user --mount --pid --fork --kill-child /bin/bash -c")
-                    .split(u' ') +
-                QStringList{QString::fromLatin1(enter), QStringLiteral("enter"), m_root.path()});
-        if (run(QStringLiteral("echo $$")) != u"1")
+        m_shell.start(u"bwrap"_s, arguments + QStringList{u"/bin/bash"_s});
+        if (run(u"echo $$"_s) != u"1")
             throw std::runtime_error("no namespaces can be made");
     }
     OwnMachine(const OwnMachine&) = delete;
@@ -42,13 +38,11 @@ public:
         const QByteArray endOfOutput = "--- end of output ---";
         m_shell.write(command.toUtf8() + "\necho -n '" + endOfOutput + "'\n");
         QByteArray output;
-        const bool isAnswered = QTest::qWaitFor(
-            [&] {
-                output += m_shell.readAllStandardOutput();
-                return output.endsWith(endOfOutput);
-            },
-            10'000);
-        if (!isAnswered)
+        const auto isAnswered = [&] {
+            output += m_shell.readAllStandardOutput();
+            return output.endsWith(endOfOutput);
+        };
+        if (!waitUntil(isAnswered, 10))
             throw std::runtime_error("the shell of the machine does not answer");
         output.chop(endOfOutput.size());
         return QString::fromUtf8(output).trimmed();
@@ -62,30 +56,6 @@ public:
     }
 
 private:
-    /// Makes a root folder of the folders of the machine and ends as a shell inside it. That shell is the
-    /// first process of its kind, which inherits the others and takes them along. Nothing is run unless all
-    /// of that went well.
-    static constexpr const char* enter = R"(
-set -e
-root=$1
-mount -t tmpfs -o mode=755 own "$root"
-for entry in /*; do
-  case $entry in
-    /proc | /Applications) continue ;;
-  esac
-  if [ -L "$entry" ]; then
-    cp -P "$entry" "$root"
-  elif [ -d "$entry" ]; then
-    mkdir "$root$entry"
-    mount --rbind "$entry" "$root$entry"
-  fi
-done
-mkdir "$root/Applications" "$root/proc"
-mount -t proc own "$root/proc"
-exec chroot "$root" /bin/bash
-)";
-
-    QTemporaryDir m_root;
     QProcess m_shell;
 };
 
@@ -93,8 +63,7 @@ constexpr int swapLimit = 40;  // seconds; the script itself pauses for 1.7
 const QString installedProgram = u"/Applications/Tralio.app/Contents/MacOS/TralioApp"_s;
 
 /// A machine with version 1.0.9 installed, and a server that offers 1.0.10.
-class BundleSwapTest : public testing::Test {
-protected:
+struct BundleSwapTest : testing::Test {
     BundleSwapTest() { QDir().mkpath(folder.filePath(u"tmp"_s)); }
 
     /// For the programs of the machine.
@@ -114,9 +83,7 @@ protected:
         runToEnd(u"cp"_s, {u"-R"_s, QStringLiteral(TRALIO_BUNDLE), parent});
         runToEnd(u"cp"_s, {program, parent + u"/Tralio.app/Contents/MacOS/TralioApp"_s});
         const QString plist = parent + u"/Tralio.app/Contents/Info.plist"_s;
-        const QByteArray content =
-            contentOf(plist).replace(">" TRALIO_VERSION "<", '>' + version.toUtf8() + '<');
-        writeFile(plist, content);
+        writeFile(plist, contentOf(plist).replace(">" TRALIO_VERSION "<", '>' + version.toUtf8() + '<'));
         return parent;
     }
 
@@ -145,49 +112,40 @@ protected:
         return infoPlistText(copy, u"CFBundleShortVersionString"_s).value_or(QString());
     }
 
-    /// Runs the installed 1.0.9 and expects that nothing of it is left at the end, and 1.0.10 runs.
-    void expectSwap(const QProcessEnvironment& environment) {
-        const QString program = QStringLiteral(UPDATING_PROGRAM);
-        OwnMachine machine(environment);
-        install(machine, u"1.0.9"_s, program);
-        machine.run(u"touch /Applications/Tralio.app/Contents/of_the_old_version"_s);
-        offer(u"1.0.10"_s, program);
-
-        machine.run(installedProgram + u" &> /dev/null &"_s);
-        EXPECT_TRUE(
-            eventuallyLogs(u"1.0.9: Đã có bản cập nhật mới: v1.0.10\n"
-                           u"1.0.10: Bạn đang dùng phiên bản mới nhất (v1.0.10).\n"_s))
-            << contentOf(log).constData();
-        EXPECT_EQ(installedVersion(machine), u"1.0.10"_s);
-        EXPECT_EQ(machine.run(u"ls /Applications /Applications/Tralio.app/Contents"_s).simplified(),
-            u"/Applications: Tralio.app /Applications/Tralio.app/Contents: Helpers Info.plist MacOS"_s);
-        EXPECT_EQ(machine.runningPrograms().count(installedProgram), 1);
-        // The script goes on to throw away what it unpacked.
-        EXPECT_TRUE(waitUntil([this] {
-            const QDir temporary(folder.filePath(u"tmp"_s));
-            return temporary.entryList(QDir::AllEntries | QDir::NoDotAndDotDot) ==
-                QStringList{u"tralio_updater.sh"_s};
-        }));
-    }
-
     QTemporaryDir folder;
     const QString log = folder.filePath(u"log"_s);
     StandInModel server;
 };
 
 TEST_F(BundleSwapTest, a_program_replaces_itself_by_a_newer_one_that_then_is_up_to_date) {
-    expectSwap(pointedHere(QProcessEnvironment::systemEnvironment()));
+    const QString program = QStringLiteral(UPDATING_PROGRAM);
+    OwnMachine machine(pointedHere(QProcessEnvironment::systemEnvironment()));
+    install(machine, u"1.0.9"_s, program);
+    machine.run(u"touch /Applications/Tralio.app/Contents/of_the_old_version"_s);
+    offer(u"1.0.10"_s, program);
+
+    machine.run(installedProgram + u" &> /dev/null &"_s);
+    EXPECT_TRUE(
+        eventuallyLogs(u"1.0.9: Đã có bản cập nhật mới: v1.0.10\n"
+                       u"1.0.10: Bạn đang dùng phiên bản mới nhất (v1.0.10).\n"_s))
+        << contentOf(log).constData();
+    EXPECT_EQ(installedVersion(machine), u"1.0.10"_s);
+    EXPECT_EQ(machine.run(u"ls /Applications /Applications/Tralio.app/Contents"_s).simplified(),
+        u"/Applications: Tralio.app /Applications/Tralio.app/Contents: Helpers Info.plist MacOS"_s);
+    EXPECT_EQ(machine.runningPrograms().count(installedProgram), 1);
+    // The script goes on to throw away what it unpacked.
+    EXPECT_TRUE(waitUntil([this] {
+        const QDir temporary(folder.filePath(u"tmp"_s));
+        return temporary.entryList(QDir::AllEntries | QDir::NoDotAndDotDot) ==
+            QStringList{u"tralio_updater.sh"_s};
+    }));
 }
 
-TEST_F(BundleSwapTest, a_program_that_does_not_end_is_ended) {
-    QProcessEnvironment environment = pointedHere(QProcessEnvironment::systemEnvironment());
-    environment.insert(u"UPDATE_STUBBORN"_s, u"1"_s);
-    expectSwap(environment);
-}
-
-TEST_F(BundleSwapTest, the_program_itself_is_installed_and_started) {
+TEST_F(BundleSwapTest, the_program_itself_takes_the_place_of_one_that_does_not_end_by_itself) {
     const VirtualDesktop desktop;
-    OwnMachine machine(pointedHere(desktop.environment()));
+    QProcessEnvironment environment = pointedHere(desktop.environment());
+    environment.insert(u"UPDATE_STUBBORN"_s, u"1"_s);
+    OwnMachine machine(environment);
     install(machine, u"1.0.9"_s, QStringLiteral(UPDATING_PROGRAM));
     offer(u"1.0.10"_s, QStringLiteral(TRALIO_BUNDLE "/Contents/MacOS/TralioApp"));
 

@@ -1,7 +1,5 @@
 #include "platform/linux/wayland/data_control.h"
 
-#include <QElapsedTimer>
-
 #include <csignal>
 
 #include "common/text_limit.h"
@@ -11,7 +9,6 @@
 #include "platform/linux/wayland/toplevel_watch.h"
 #include "platform/linux/wayland/wayland_pasteboard.h"
 #include "platform/linux/wayland/wayland_workspace.h"
-#include "support/files.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -19,8 +16,7 @@ namespace {
 
 using enum DataControl::Selection;
 
-class DataControlTest : public testing::Test {
-protected:
+struct DataControlTest : testing::Test {
     /// A program that has a text to give, until it is ended; waits until that is known.
     QProcess& own(const QString& text, const QStringList& arguments = {}) {
         const auto selection = arguments.contains(u"--primary"_s) ? primary : clipboard;

@@ -8,15 +8,13 @@
 namespace tralio {
 
 /// The program on a desktop of one test's own.
-class OnDesktop : public testing::Test {
-protected:
+struct OnDesktop : testing::Test {
     VirtualDesktop desktop;
     ProgramRun program{desktop};
 };
 
 /// A desktop without a tray, whose display is this process's too.
-class X11 : public testing::Test {
-protected:
+struct X11 : testing::Test {
     X11() { qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8()); }
 
     /// A key that is held repeats soon and often.

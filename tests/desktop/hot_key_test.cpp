@@ -1,25 +1,19 @@
 #include "desktop/fixtures.h"
 #include "hotkeys/hot_key_platform.h"
 #include "platform/linux/x11/x11_hot_keys.h"
-#include "state/sqlite_key_value_store.h"
-#include "support/files.h"
 
 namespace tralio {
 namespace {
 
-class HotKey : public X11 {
-protected:
+struct HotKey : X11 {
     HotKey() { repeatsFast(); }
 
     /// The program, with another hot key for the selected text.
     void start(const KeyCombination& text = {KeyCode::d, Modifier::command | Modifier::shift}) {
-        {
-            SqliteKeyValueStore store(desktop.home() + u"/.local/share/tralio/tralio.sqlite"_s);
-            store.setValue(u"app_setting_hotkey_keycode"_s, qint64(text.key));
-            store.setValue(u"app_setting_hotkey_modifiers"_s, qint64(text.modifiers.toInt()));
-            store.setValue(u"app_setting_hotkey_display"_s, readableShortcut(text));
-        }
-        program.emplace(desktop);
+        program.emplace(desktop,
+            ProgramRun::Stored{{u"app_setting_hotkey_keycode"_s, qint64(text.key)},
+                {u"app_setting_hotkey_modifiers"_s, qint64(text.modifiers.toInt())},
+                {u"app_setting_hotkey_display"_s, readableShortcut(text)}});
     }
 
     std::optional<ProgramRun> program;
@@ -38,8 +32,7 @@ TEST_F(HotKey, that_is_held_types_nothing_into_the_application_though_another_pr
     EXPECT_FALSE(waitUntil([&] { return contentOf(typed) != "x"; }, 1));
     desktop.release({u"d"_s, u"shift"_s, u"super"_s});
 
-    desktop.type(u"hello d"_s);
-    desktop.press(u"Return"_s);
+    desktop.enter(u"hello d"_s);
     EXPECT_TRUE(program->isAsked(u"hello d"_s));
     EXPECT_EQ(contentOf(typed), "x");
 }

@@ -1,14 +1,7 @@
-#include <QFile>
-#include <QFileInfo>
-#include <QRegularExpression>
-#include <QStandardPaths>
-
-#include <algorithm>
-#include <stdexcept>
-
 #include "desktop/program_run.h"
 #include "desktop/test_session.h"
 #include "platform/linux/atspi/atspi_element.h"
+#include "platform/linux/atspi/atspi_front.h"
 #include "support/bus_configuration.h"
 #include "support/testing.h"
 
@@ -64,10 +57,8 @@ public:
 private:
     /// As the package does it: KDE knows programs by their desktop files.
     void installProgram() {
-        QFile file(QStringLiteral(TRALIO_SHARE "/org.tralio.Tralio.desktop"));
-        if (!file.open(QIODevice::ReadOnly))
-            throw std::runtime_error("the program has no desktop file");
-        write(u".local/share/applications/org.tralio.Tralio.desktop"_s, QString::fromUtf8(file.readAll()));
+        write(u".local/share/applications/org.tralio.Tralio.desktop"_s,
+            QString::fromUtf8(contentOf(QStringLiteral(TRALIO_SHARE "/org.tralio.Tralio.desktop"))));
         // A file whose program is not found counts for nothing.
         setVariable(u"PATH"_s,
             QFileInfo(QStringLiteral(TRALIO_PROGRAM)).path() + u':' + environment().value(u"PATH"_s));
@@ -80,21 +71,20 @@ private:
         start(ours,
             {u"--virtual"_s, u"--width"_s, u"1280"_s, u"--height"_s, u"1024"_s, u"--socket"_s, m_socket,
                 u"--no-lockscreen"_s});
-        const auto runs = [this] {
-            return QFile::exists(home() + u"/runtime/"_s + m_socket) &&
-                !callOnBus(m_accelerators, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel.allComponents"_s)
-                     .isEmpty();
-        };
-        if (!waitUntil(runs, 30))
-            throw std::runtime_error("kwin_wayland does not start");
+        awaitStart(
+            u"kwin_wayland"_s,
+            [this] { return QFile::exists(home() + u"/runtime/"_s + m_socket) && !components().isEmpty(); },
+            30);
     }
     /// What has this program's shortcuts there; empty where nothing has.
     [[nodiscard]] QString component() const {
         // By the application's id; where the portal knows none, by the token of our session with it.
         static const QRegularExpression ours(u"/component/(org_tralio_Tralio|(token_)?tralio)\\b"_s);
-        return ours
-            .match(callOnBus(m_accelerators, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel.allComponents"_s))
-            .captured();
+        return ours.match(components()).captured();
+    }
+    /// All that the daemon of shortcuts knows.
+    [[nodiscard]] QString components() const {
+        return callOnBus(m_accelerators, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel.allComponents"_s);
     }
     /// Asks the search for windows of the desktop.
     QString askForWindows(const QString& method, const QStringList& arguments) const {
@@ -106,16 +96,7 @@ private:
     const QString m_accelerators = u"org.kde.kglobalaccel"_s;
 };
 
-bool hasActiveWindow(const AtspiReference& application, const AtspiQuestion& question) {
-    return std::ranges::any_of(
-        childrenOf(application, question),
-        [&](const AtspiReference& window) {
-            return statesOf(window, question).contains(AtspiState::active);
-        });
-}
-
-class Kwin : public testing::Test {
-protected:
+struct Kwin : testing::Test {
     Kwin() { accessibility.open(); }
 
     /// An editor in which a text is selected; by accessibility, for want of a keyboard.
@@ -137,7 +118,8 @@ protected:
                 // it to the front.
                 const int length = static_cast<int>(text.size());
                 if (call(u"GetSelection"_s, {0}) == QVariantList{0, length})
-                    return hasActiveWindow(application, question);
+                    return activeAtspiApplication(accessibility).value_or(AtspiApplication()).processId ==
+                        editor;
                 if (call(u"GetText"_s, {0, -1}) == QVariantList{text})
                     call(u"AddSelection"_s, {0, length});
             }

@@ -2,7 +2,6 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusReply>
-#include <QFile>
 
 #include <linux/input-event-codes.h>
 #include <stdexcept>
@@ -27,8 +26,7 @@ public:
         start(u"mutter"_s,
             {u"--headless"_s, u"--wayland"_s, u"--no-x11"_s, u"--virtual-monitor"_s, u"1280x1024"_s,
                 u"--wayland-display"_s, socket});
-        if (!waitUntil([&] { return QFile::exists(home() + u"/runtime/"_s + socket); }))
-            throw std::runtime_error("mutter does not start");
+        awaitStart(u"mutter"_s, [&] { return QFile::exists(home() + u"/runtime/"_s + socket); });
         setVariable(u"WAYLAND_DISPLAY"_s, socket);
         startRemoteInput();
     }
@@ -46,15 +44,13 @@ public:
 
 private:
     void startRemoteInput() {
-        const bool started = waitUntil([this] {
+        awaitStart(u"remote input"_s, [this] {
             const QDBusReply<QDBusObjectPath> session =
                 QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
                     m_service, u"/org/gnome/Mutter/RemoteDesktop"_s, m_service, u"CreateSession"_s));
             m_remote = session.value().path();
             return session.isValid();
         });
-        if (!started)
-            throw std::runtime_error("mutter takes no remote input");
         input(u"Start"_s, {});
     }
     void input(const QString& method, const QVariantList& arguments) const {
@@ -73,9 +69,7 @@ class Mutter : public testing::Test {
 protected:
     /// With the keyboard.
     [[nodiscard]] bool startsEditor() {
-        m_accessibility.connectTo(
-            desktop.callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus.GetAddress"_s)
-                .section(u'\'', 1, 1));
+        m_accessibility.connectTo(desktop.accessibilityAddress());
         desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)});
         // It gets the keyboard from another window only.
         program.callOnBus(u"Open"_s);

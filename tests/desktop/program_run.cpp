@@ -2,7 +2,6 @@
 
 #include <QDir>
 
-#include <stdexcept>
 #include <utility>
 
 #include "platform/linux/atspi/atspi_element.h"
@@ -25,19 +24,19 @@ AtspiReference findBelow(const AtspiReference& object, const AtspiQuestion& ques
     return {};
 }
 
-ProgramRun::ProgramRun(TestSession& desktop, Start start) : m_desktop(desktop) {
+ProgramRun::ProgramRun(TestSession& desktop, const Stored& stored) : m_desktop(desktop) {
     {
         SqliteKeyValueStore store(desktop.home() + u"/.local/share/tralio/tralio.sqlite"_s);
         store.setValue(u"app_setting_base_url"_s, m_standIn.baseURL());
-        store.setValue(u"hasCompletedOnboarding"_s, start == Start::usual);
+        store.setValue(u"hasCompletedOnboarding"_s, true);
+        for (const auto& [key, value] : stored)
+            store.setValue(key, value);
     }
     m_process = &desktop.start(QStringLiteral(TRALIO_PROGRAM));
     m_accessibility.open();
     // It joins the accessibility bus from its event loop, and its hot keys are registered before that.
-    const bool ready =
-        waitUntil([this] { return isRunning() && !applicationObject(TimeBudget(answerLimit)).isNull(); });
-    if (!ready)
-        throw std::runtime_error("tralio does not start");
+    TestSession::awaitStart(
+        u"tralio"_s, [this] { return isRunning() && !applicationObject(TimeBudget(answerLimit)).isNull(); });
 }
 
 bool ProgramRun::isPopoverInFront() const {

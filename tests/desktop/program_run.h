@@ -4,6 +4,7 @@
 
 #include "desktop/test_session.h"
 #include "platform/linux/atspi/atspi_element.h"
+#include "state/key_value_store.h"
 #include "support/stand_in_model.h"
 
 namespace tralio {
@@ -15,10 +16,10 @@ AtspiReference findBelow(const AtspiReference& object, const AtspiQuestion& ques
 /// The program, running on a virtual desktop with the stand-in as its model.
 class ProgramRun final {
 public:
-    /// Whether this user has started the program before, and so been through its walk-through.
-    enum class Start { usual, first };
+    using Stored = std::map<QString, StoredValue>;
 
-    explicit ProgramRun(TestSession& desktop, Start start = Start::usual);
+    /// Its user has been through the walk-through, unless something else is stored.
+    explicit ProgramRun(TestSession& desktop, const Stored& stored = {});
 
     [[nodiscard]] StandInModel& standIn() { return m_standIn; }
     [[nodiscard]] qint64 processId() const { return m_process->processId(); }

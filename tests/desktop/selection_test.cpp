@@ -1,8 +1,3 @@
-#include <QFile>
-#include <QStandardPaths>
-
-#include <algorithm>
-
 #include "desktop/fixtures.h"
 
 namespace tralio {
@@ -13,8 +8,7 @@ const QString sentence = u"Giá trị x\u0302 của cà phê sữa đá 🙂 r�
 const QString reply = u"The value of x\u0302 is fine. Ấ Ẩ Ễ Ố Ộ Ặ"_s;
 const QString copied = u"vẫn còn đây"_s;
 
-class Selection : public OnDesktop {
-protected:
+struct Selection : OnDesktop {
     Selection() { program.standIn().translatesTo(reply); }
 
     /// The selection goes to the model as it is, and the popover comes; what it shows is told by
@@ -161,11 +155,6 @@ protected:
         desktop.startChromium(options);
         return desktop.bringToFront(u"chromium"_s);
     }
-    [[nodiscard]] bool sent(const QString& text) {
-        return std::ranges::any_of(
-            program.standIn().requests(),
-            [&](const StandInModel::Request& request) { return request.userText().contains(text); });
-    }
 };
 
 TEST_P(BrowserSelection, is_what_is_marked_now_and_no_password_and_the_clipboard_stays) {
@@ -187,12 +176,13 @@ TEST_P(BrowserSelection, is_what_is_marked_now_and_no_password_and_the_clipboard
     desktop.click(window, {50, 215});
     desktop.press(u"ctrl+a"_s);
     EXPECT_TRUE(program.translatesNothing());
-    EXPECT_FALSE(sent(u"hunter2"_s) || sent(u"•"_s));
     EXPECT_EQ(desktop.clipboard(), copied);
 
     ASSERT_TRUE(marks(window, {300, 15}));
     EXPECT_EQ(program.translateSelection(), sentence);
     EXPECT_EQ(desktop.clipboard(), copied);
+    for (const StandInModel::Request& request : program.standIn().requests())
+        EXPECT_EQ(request.userText(), sentence) << "and never the password, nor its bullets";
 }
 
 INSTANTIATE_TEST_SUITE_P(, BrowserSelection,
@@ -200,11 +190,8 @@ INSTANTIATE_TEST_SUITE_P(, BrowserSelection,
     [](const auto& browser) { return browser.param; });
 
 TEST_F(Selection, of_an_application_behind_a_bus_proxy_is_what_it_tells) {
-    const QString address =
-        desktop.callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus.GetAddress"_s)
-            .section(u'\'', 1, 1);
     const QString socket = desktop.home() + u"/proxied"_s;
-    desktop.start(u"xdg-dbus-proxy"_s, {address, socket});
+    desktop.start(u"xdg-dbus-proxy"_s, {desktop.accessibilityAddress(), socket});
     ASSERT_TRUE(waitUntil([&] { return QFile::exists(socket); }));
     QProcessEnvironment proxied = desktop.environment();
     proxied.insert(u"AT_SPI_BUS_ADDRESS"_s, u"unix:path="_s + socket);

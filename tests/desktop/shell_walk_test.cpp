@@ -1,16 +1,11 @@
-#include <optional>
-
-#include "desktop/program_run.h"
-#include "desktop/virtual_desktop.h"
+#include "desktop/fixtures.h"
 #include "support/core_limit.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
 
 /// A user's way through the whole program.
-class ShellWalk : public testing::Test {
-protected:
+struct ShellWalk : testing::Test {
     static QStringList texts(const StandInModel& model) {
         QStringList texts;
         for (const auto& request : model.requests())
@@ -22,35 +17,14 @@ protected:
     std::optional<ProgramRun> program;
 };
 
-TEST_F(ShellWalk, newcomers_are_led_through_by_keyboard_and_mouse) {
-    program.emplace(desktop, ProgramRun::Start::first);
-    ASSERT_TRUE(program->openByHotKey());
-    ASSERT_TRUE(program->comes(u"Chào mừng đến với Tralio"_s));
-    desktop.press(u"Return"_s);
-    ASSERT_TRUE(program->comes(u"Cấp Quyền Hệ Thống"_s));
-    ASSERT_TRUE(program->click(u"Tiếp tục"_s));
-    ASSERT_TRUE(program->comes(u"Mô Hình AI"_s));
-    ASSERT_TRUE(program->click(u"Quay lại"_s));
-    ASSERT_TRUE(program->comes(u"Cấp Quyền Hệ Thống"_s));
-    desktop.press(u"Return"_s);
-    ASSERT_TRUE(program->comes(u"Mô Hình AI"_s));
-    desktop.press(u"Tab"_s);
-    desktop.press(u"shift+Tab"_s);
-    desktop.press(u"space"_s);
-    ASSERT_TRUE(program->comes(u"Phím Tắt & Cách Dùng Nhanh"_s));
-    ASSERT_TRUE(program->click(u"Bắt đầu sử dụng"_s));
-    EXPECT_TRUE(program->comes(u"Dán & Tralio"_s));
-}
-
 TEST_F(ShellWalk, a_double_click_on_what_gives_way_to_another_panel_presses_nothing_that_lay_beneath) {
-    program.emplace(desktop, ProgramRun::Start::first);
+    program.emplace(desktop, ProgramRun::Stored{{u"hasCompletedOnboarding"_s, false}});
     ASSERT_TRUE(program->openByHotKey());
     ASSERT_TRUE(program->click(u"Bỏ qua"_s, 2));
     ASSERT_TRUE(program->comes(u"Dán & Tralio"_s));
     EXPECT_FALSE(waitUntil([&] { return !program->isRunning(); }, 1)) << "the button that quits lay there";
 
-    desktop.type(u"hello"_s);
-    desktop.press(u"Return"_s);
+    desktop.enter(u"hello"_s);
     ASSERT_TRUE(waitUntil([&] { return program->shownTranslation() == u"Xin chào"_s; }));
     ASSERT_TRUE(program->click(u"Lịch sử"_s));
     ASSERT_TRUE(program->click(u"hello"_s, 2));
@@ -78,24 +52,6 @@ TEST_F(ShellWalk, accessibility_is_granted_by_the_buttons_of_the_settings_and_of
     ASSERT_TRUE(program->click(u"Mở Cài đặt để Bật Quyền Trợ Năng"_s));
     EXPECT_TRUE(program->goes(u"CHƯA CẤP"_s));
     EXPECT_TRUE(program->comes(u"ĐÃ CẤP"_s));
-}
-
-TEST_F(ShellWalk, another_provider_with_an_address_of_ones_own_translates_from_now_on) {
-    StandInModel own;
-    own.translatesTo(u"bởi máy riêng"_s);
-    program.emplace(desktop);
-    ASSERT_TRUE(program->openByHotKey());
-    ASSERT_TRUE(program->click(u"Cài đặt"_s));
-    ASSERT_TRUE(program->click(u"Nhà cung cấp: "_s));
-    ASSERT_TRUE(program->click(u"Ollama"_s));
-    ASSERT_TRUE(program->comes(u"Nhà cung cấp: Ollama"_s));
-    ASSERT_TRUE(program->click(u"API Endpoint (Base URL)"_s));
-    desktop.press(u"ctrl+a"_s);
-    desktop.type(own.baseURL());
-    program->callOnBus(u"TranslateText"_s, {u"hello"_s});
-    EXPECT_TRUE(waitUntil([&] { return program->shownTranslation() == u"bởi máy riêng"; }));
-    EXPECT_THAT(texts(own), ElementsAre(u"hello"_s));
-    EXPECT_THAT(texts(program->standIn()), IsEmpty());
 }
 
 TEST_F(ShellWalk, opening_translates_what_was_newly_copied_once_and_no_password) {

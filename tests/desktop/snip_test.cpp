@@ -1,8 +1,4 @@
-#include <QFileInfo>
-#include <QProcess>
-
-#include "desktop/virtual_desktop.h"
-#include "support/testing.h"
+#include "desktop/fixtures.h"
 
 namespace tralio {
 namespace {
@@ -91,7 +87,11 @@ TEST_F(RegionPicker, takes_exactly_the_pixels_that_were_drawn_over_at_every_scal
         EXPECT_EQ(ratio, scale);
     }
     open();
-    EXPECT_EQ(taken({1279, 1023}, {0, 0}), QRect(QPoint(), screenSize));
+    desktop.start(u"xterm"_s, {u"-geometry"_s, u"80x40+0+0"_s});
+    ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"xterm"_s); }));
+    EXPECT_EQ(taken({1279, 1023}, {0, 0}), QRect(QPoint(), screenSize)) << "as it was when it opened";
+    desktop.xdotool(u"search --class xterm windowkill"_s);
+    ASSERT_TRUE(waitUntil([&] { return !desktop.isVisible(u"xterm"_s); }));
 
     // Two monitors of different scale.
     desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"left"_s, u"640/170x1024/270+0+0"_s, u"screen"_s});
@@ -127,18 +127,17 @@ TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_
     open();
     desktop.xdotool(u"mousemove 200 200 mousedown 1 mousemove 300 300 mousemove 599 399"_s);
     const QRect drawn(200, 200, 400, 200);
-    const QRect inner = drawn.adjusted(20, 20, -20, -20);    // without the handles
-    const QRect around = drawn.adjusted(-20, -20, 120, 60);  // with the label
+    const QRect inner = drawn.adjusted(20, 20, -20, -20);  // without the handles
     QImage shown;
+    const auto isDim = [&](const QPoint& place) {
+        return qGray(shown.pixel(place)) <= qGray(before.pixel(place)) * 2 / 3 + 8;
+    };
     const auto isDimmedAroundIt = [&] {
-        for (int y = 0; y < screenSize.height(); ++y) {
-            for (int x = 0; x < screenSize.width(); ++x) {
-                const bool isDim = qGray(shown.pixel(x, y)) <= qGray(before.pixel(x, y)) * 2 / 3 + 8;
-                if (!isDim && !around.contains(x, y))
+        for (int x = 0; x < screenSize.width(); ++x)
+            for (const int y : {3, 170, 470, screenSize.height() - 4})  // the last is the panel's
+                if (!isDim({x, y}))
                     return false;
-            }
-        }
-        return true;
+        return isDim({170, 300}) && isDim({730, 300});
     };
     // The hint takes a moment to fade.
     EXPECT_TRUE(waitUntil([&] {
@@ -155,13 +154,6 @@ TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_
     EXPECT_GT(bright, 50);
     desktop.xdotool(u"mouseup 1"_s);
     EXPECT_EQ(finish(), 0);
-}
-
-TEST_F(RegionPicker, keeps_what_was_on_the_screen_when_it_opened) {
-    open();
-    desktop.start(u"xterm"_s, {u"-geometry"_s, u"80x40+0+0"_s});
-    ASSERT_TRUE(waitUntil([&] { return desktop.isVisible(u"xterm"_s); }));
-    EXPECT_EQ(taken({50, 50}, {249, 149}), QRect(50, 50, 200, 100));
 }
 
 TEST_F(RegionPicker, leaves_no_file_when_cancelled) {

@@ -1,16 +1,10 @@
-#include <QElapsedTimer>
-
 #include <signal.h>
-#include <stdexcept>
 
 #include "common/clock.h"
-#include "desktop/program_run.h"
-#include "desktop/virtual_desktop.h"
+#include "desktop/fixtures.h"
 #include "platform/linux/speech/speech_dispatcher.h"
 #include "speech/speech_service.h"
 #include "support/debug_log_file.h"
-#include "support/files.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
@@ -30,8 +24,7 @@ public:
         start(u"pulseaudio"_s,
             {u"-n"_s, u"-F"_s, u"/dev/null"_s, u"--daemonize=no"_s, u"--exit-idle-time=-1"_s,
                 u"--load=module-null-sink"_s, u"--load=module-native-protocol-unix"_s});
-        if (!waitUntil([this] { return QFile::exists(home() + u"/runtime/pulse/native"_s); }))
-            throw std::runtime_error("pulseaudio does not start");
+        awaitStart(u"pulseaudio"_s, [this] { return QFile::exists(home() + u"/runtime/pulse/native"_s); });
     }
     ~SpeechSession() override {
         for (const qint32 process : processes({}))
@@ -60,8 +53,7 @@ private:
     }
 };
 
-class RealSpeech : public testing::Test {
-protected:
+struct RealSpeech : testing::Test {
     [[nodiscard]] bool fallsSilent(int seconds) {
         return waitUntil([this] { return !service.isSpeaking(); }, seconds);
     }
@@ -133,8 +125,7 @@ TEST(SpeechButton, reads_the_result_aloud_and_stops) {
     ProgramRun program(desktop);
     program.standIn().translatesTo(u"Trời hôm nay rất đẹp. "_s.repeated(1000));
     ASSERT_TRUE(program.openByHotKey());
-    desktop.type(u"hello"_s);
-    desktop.press(u"Return"_s);
+    desktop.enter(u"hello"_s);
 
     ASSERT_TRUE(program.click(u"Đọc"_s));
     ASSERT_TRUE(waitUntil([&] { return program.shows(u"Dừng"_s); }));

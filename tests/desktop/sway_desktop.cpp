@@ -21,11 +21,16 @@ constexpr QStringView configuration =
     uR"(
 xwayland %1
 output * mode 1280x1024
-%3
 bindsym Mod4+Shift+d exec gdbus call --session --dest org.tralio.Tralio --object-path /org/tralio/Tralio --method org.tralio.Tralio.TranslateSelection
 bindsym Mod4+Shift+s exec gdbus call --session --dest org.tralio.Tralio --object-path /org/tralio/Tralio --method org.tralio.Tralio.CaptureScreen
 exec echo $WAYLAND_DISPLAY $SWAYSOCK $DISPLAY > %2.new && mv %2.new %2
 )";
+const QString ofTests =
+    uR"(
+focus_follows_mouse no
+default_border none
+output * background #D5DBE3 solid_color
+)"_s;
 
 // As much of the protocol as is used, as libwayland wants it described.
 extern const wl_interface pointerInterface;
@@ -33,19 +38,15 @@ const wl_interface* noTypes[5] = {};
 const wl_interface* createTypes[] = {&wl_seat_interface, &pointerInterface};
 
 const wl_message pointerRequests[] = {{"motion", "uff", noTypes}, {"motion_absolute", "uuuuu", noTypes},
-    {"button", "uuu", noTypes}, {"axis", "uuf", noTypes}, {"frame", "", noTypes},
-    {"axis_source", "u", noTypes}, {"axis_stop", "uu", noTypes}, {"axis_discrete", "uufi", noTypes},
-    {"destroy", "", noTypes}};
+    {"button", "uuu", noTypes}, {"axis", "uuf", noTypes}, {"frame", "", noTypes}};
 constexpr quint32 motionAbsolute = 1;
 constexpr quint32 button = 2;
 constexpr quint32 frameRequest = 4;
-constexpr quint32 destroyPointer = 8;
 
-const wl_interface pointerInterface{"zwlr_virtual_pointer_v1", 1, 9, pointerRequests, 0, nullptr};
+const wl_interface pointerInterface{"zwlr_virtual_pointer_v1", 1, 5, pointerRequests, 0, nullptr};
 
-const wl_message managerRequests[] = {
-    {"create_virtual_pointer", "?on", createTypes}, {"destroy", "", noTypes}};
-const wl_interface managerInterface{"zwlr_virtual_pointer_manager_v1", 1, 2, managerRequests, 0, nullptr};
+const wl_message managerRequests[] = {{"create_virtual_pointer", "?on", createTypes}};
+const wl_interface managerInterface{"zwlr_virtual_pointer_manager_v1", 1, 1, managerRequests, 0, nullptr};
 
 }  // namespace
 
@@ -60,13 +61,6 @@ public:
         constexpr void* newObject = nullptr;
         m_object = makeObject(manager.get(), 0, pointerInterface, seat.get(), newObject);
         m_time.start();
-        m_connection.flush();
-    }
-    Pointer(const Pointer&) = delete;
-    Pointer& operator=(const Pointer&) = delete;
-    ~Pointer() {
-        destroyObject(std::move(m_object), destroyPointer);
-        m_connection.flush();
     }
 
     void move(const QPoint& place) {
@@ -109,10 +103,10 @@ void SwayDesktop::startCompositor(Xwayland xwayland, const SessionSettings& sett
     const QString told = home() + u"/sway.told"_s;
     const bool withX = xwayland == Xwayland::present;
     const QString path = write(u"sway.conf"_s,
-        configuration.toString().arg(withX ? u"enable"_s : u"disable"_s, told, settings.forSway()));
+        configuration.toString().arg(withX ? u"enable"_s : u"disable"_s, told) +
+            (settings.asShipped ? QString() : ofTests));
     start(u"sway"_s, {u"-c"_s, path});
-    if (!waitUntil([&] { return QFile::exists(told); }))
-        throw std::runtime_error("sway does not start");
+    awaitStart(u"sway"_s, [&] { return QFile::exists(told); });
     const QStringList words = QString::fromUtf8(contentOf(told)).trimmed().split(u' ');
     setVariable(u"WAYLAND_DISPLAY"_s, words.value(0));
     setVariable(u"SWAYSOCK"_s, words.value(1));

@@ -48,7 +48,7 @@ void TestSession::startBus(const QStringList& services) {
     const QString configuration = writeBusConfiguration(home(), usual + services);
     QProcess& bus =
         start(u"dbus-daemon"_s, {u"--config-file="_s + configuration, u"--nofork"_s, u"--print-address=1"_s});
-    const QString address = firstLine(bus, "dbus-daemon");
+    const QString address = firstLine(bus);
     m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
     qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
     setAccessibility(true);
@@ -101,10 +101,13 @@ QString TestSession::write(const QString& name, const QString& content) const {
     return writeFile(home() + u'/' + name, content.toUtf8());
 }
 
-QString TestSession::firstLine(QProcess& process, const char* what) {
-    const bool printed = waitUntil([&] { return process.canReadLine(); });
-    if (!printed)
-        throw std::runtime_error(std::string(what) + " does not start");
+void TestSession::awaitStart(const QString& program, const std::function<bool()>& condition, int seconds) {
+    if (!waitUntil(condition, seconds))
+        throw std::runtime_error((program + u" does not start"_s).toStdString());
+}
+
+QString TestSession::firstLine(QProcess& process) {
+    awaitStart(process.program(), [&] { return process.canReadLine(); });
     return QString::fromUtf8(process.readLine()).trimmed();
 }
 

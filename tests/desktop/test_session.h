@@ -40,9 +40,22 @@ public:
     QProcess& startIn(
         const QProcessEnvironment& environment, const QString& program, const QStringList& arguments = {});
 
+    /// Throws where what a program does once it has started does not come.
+    static void awaitStart(const QString& program, const std::function<bool()>& condition, int seconds = 15);
     /// Runs a program in this session to its end and gives its output.
     QString run(const QString& program, const QStringList& arguments) const;
 
+    /// The process of this program that another one has started; 0 while there is none.
+    [[nodiscard]] int childOf(qint64 process, const QString& program) const {
+        return run(u"pgrep"_s, {u"-P"_s, QString::number(process), u"-x"_s, program}).toInt();
+    }
+    /// The pictures of the screen that have not been cleared away.
+    [[nodiscard]] QStringList capturesLeft() const {
+        QStringList left;
+        for (const char* folder : {"/tmp", "/runtime"})
+            left += QDir(home() + QLatin1StringView(folder)).entryList({u"tralio_snip_*"_s});
+        return left;
+    }
     /// Runs xdotool with these words, where the session has an X server, and gives its output.
     QString xdotool(const QString& words) const { return run(u"xdotool"_s, words.split(u' ')); }
 
@@ -56,6 +69,11 @@ public:
     /// Writes a file into the home folder, with the folders that lead to it. Gives its path.
     QString write(const QString& name, const QString& content) const;
 
+    /// Of the bus that programs tell of themselves on.
+    [[nodiscard]] QString accessibilityAddress() const {
+        return callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus.GetAddress"_s)
+            .section(u'\'', 1, 1);
+    }
     /// Turns the desktop's accessibility switch, which is on at the beginning.
     void setAccessibility(bool on) const;
 
@@ -70,7 +88,7 @@ protected:
     void startBus(const QStringList& services = {});
 
     /// What a program prints first, as soon as it has printed a line.
-    static QString firstLine(QProcess& process, const char* what);
+    static QString firstLine(QProcess& process);
 
 private:
     QTemporaryDir m_home;

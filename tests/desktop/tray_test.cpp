@@ -1,7 +1,5 @@
-#include "desktop/program_run.h"
-#include "desktop/scripted_tray.h"
-#include "desktop/virtual_desktop.h"
-#include "support/testing.h"
+#include "desktop/fixtures.h"
+#include "platform/scripted_tray.h"
 
 namespace tralio {
 namespace {
@@ -16,37 +14,60 @@ testing::AssertionResult hangsFrom(const QRect& popover, const QPoint& place, in
 }
 
 /// A desktop whose tray is on the bus, and the program once it has come to that.
-class TrayOnTheBus : public testing::Test {
-protected:
+struct TrayOnTheBus : testing::Test {
     void start(
         const QSize& screen, const std::function<void()>& prepare = [] {}) {
         desktop.emplace(VirtualDesktop::Tray::absent, screen);
         prepare();
-        tray.appear();
+        tray.emplace();
         program.emplace(*desktop);
-        ASSERT_TRUE(waitUntil([&] { return !tray.item().isEmpty(); }));
+        ASSERT_TRUE(itemComes());
+    }
+    [[nodiscard]] bool itemComes() const {
+        return waitUntil([this] { return !tray->item.isEmpty(); });
+    }
+    QString askItem(const QString& method, const QStringList& arguments) const {
+        return desktop->callOnBus(tray->item, u"/StatusNotifierItem"_s, method, arguments);
+    }
+    QString propertyOfItem(const QString& name) const {
+        return askItem(u"org.freedesktop.DBus.Properties.Get"_s, {u"org.kde.StatusNotifierItem"_s, name});
+    }
+    /// What a tray does with a click on the item at this pixel of the screen.
+    void click(const QPoint& pixel) const {
+        askItem(u"org.kde.StatusNotifierItem.Activate"_s,
+            {QString::number(pixel.x()), QString::number(pixel.y())});
+    }
+    /// The sides of the item's pictures that are whole and have something on them.
+    [[nodiscard]] QList<int> pictures() const {
+        static const QRegularExpression picture(u"\\((\\d+), \\1, \\[(?:byte )?([^]]*)\\]"_s);
+        QList<int> sides;
+        for (const auto& match : picture.globalMatch(propertyOfItem(u"IconPixmap"_s))) {
+            const QStringList bytes = match.captured(2).split(u", "_s);
+            const int side = match.captured(1).toInt();
+            if (bytes.size() == side * side * 4 && bytes.count(u"0x00"_s) < bytes.size())
+                sides += side;
+        }
+        return sides;
     }
     /// Where a click on the icon opens the popover, which the next one closes.
     QRect popoverAfterClick(const QPoint& place) {
-        tray.click(place);
+        click(place);
         EXPECT_TRUE(program->comesToFront());
         const QRect area = program->popoverArea();
-        tray.click(place);
+        click(place);
         EXPECT_TRUE(program->closes());
         return area;
     }
 
     std::optional<VirtualDesktop> desktop;
-    ScriptedTray tray;
+    std::optional<ScriptedTray> tray;
     std::optional<ProgramRun> program;
 };
 
-TEST_F(
-    TrayOnTheBus, shows_the_icon_and_opens_and_closes_the_popover_where_it_is_clicked_also_after_restarts) {
+TEST_F(TrayOnTheBus, shows_the_icon_and_has_the_popover_where_it_is_clicked_also_after_restarts) {
     start({1280, 1024});
-    EXPECT_THAT(tray.pictures(), testing::IsSupersetOf({16, 22, 24, 32, 48})) << "what trays show";
-    const QString toolTip = desktop->callOnBus(tray.item(), u"/StatusNotifierItem"_s,
-        u"org.freedesktop.DBus.Properties.Get"_s, {u"org.kde.StatusNotifierItem"_s, u"ToolTip"_s});
+    EXPECT_THAT(pictures(), testing::IsSupersetOf({16, 22, 24, 32, 48})) << "what trays show";
+    const QString toolTip = propertyOfItem(u"ToolTip"_s);
     EXPECT_TRUE(toolTip.contains(u", 'Tralio', ''")) << toolTip.toStdString();
     for (const QPoint& place : {QPoint(900, 1010), QPoint(400, 8)})
         EXPECT_TRUE(hangsFrom(popoverAfterClick(place), place));
@@ -54,9 +75,9 @@ TEST_F(
     EXPECT_TRUE(hangsFrom(program->popoverArea(), {400, 8})) << "the hot key does not know the icon's place";
 
     for (int restart = 0; restart < 2; ++restart) {
-        tray.vanish();
-        tray.appear();
-        EXPECT_TRUE(waitUntil([&] { return !tray.item().isEmpty(); })) << restart;
+        tray.reset();
+        tray.emplace();
+        EXPECT_TRUE(itemComes()) << restart;
     }
     EXPECT_TRUE(program->isRunning());
 }

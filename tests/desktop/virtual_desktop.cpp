@@ -1,22 +1,15 @@
 #include "desktop/virtual_desktop.h"
 
-#include <stdexcept>
-
 namespace tralio {
 
 VirtualDesktop::VirtualDesktop(Tray tray, const QSize& screen) {
     startDisplay(screen);
     startBus();
     m_windowManager = &start(u"openbox"_s, {u"--sm-disable"_s});
-    const bool managed = waitUntil([this] {
-        return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s}).contains(u"window id");
-    });
-    if (!managed)
-        throw std::runtime_error("openbox does not start");
+    awaitStart(u"openbox"_s, [this] { return !windowManagerName().isEmpty(); });
     if (tray == Tray::present) {
         start(u"tint2"_s);
-        if (!waitUntil([this] { return isVisible(u"tint2"_s); }))
-            throw std::runtime_error("tint2 does not start");
+        awaitStart(u"tint2"_s, [this] { return isVisible(u"tint2"_s); });
     }
 }
 
@@ -25,7 +18,7 @@ void VirtualDesktop::startDisplay(const QSize& screen) {
     const QString size = u"%1x%2x24"_s.arg(screen.width()).arg(screen.height());
     QProcess& server = start(u"Xvfb"_s,
         {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size, u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
-    setVariable(u"DISPLAY"_s, u':' + firstLine(server, "Xvfb"));
+    setVariable(u"DISPLAY"_s, u':' + firstLine(server));
     // Without a graphics card GTK 4 takes a third of a second for a redraw with GL, and answers nobody
     // meanwhile.
     setVariable(u"GSK_RENDERER"_s, u"cairo"_s);
@@ -39,8 +32,7 @@ QString VirtualDesktop::windowManagerName() const {
 void VirtualDesktop::replaceWindowManager(const QString& program, const QStringList& arguments) {
     killWindowManager();
     m_windowManager = &start(program, arguments);
-    if (!waitUntil([&] { return windowManagerName().contains(program, Qt::CaseInsensitive); }))
-        throw std::runtime_error((program + u" does not start"_s).toStdString());
+    awaitStart(program, [&] { return windowManagerName().contains(program, Qt::CaseInsensitive); });
 }
 
 void VirtualDesktop::startPanel(const QString& plugin) {
@@ -77,29 +69,22 @@ void VirtualDesktop::killWindowManager() {
 void VirtualDesktop::startCompositor() {
     run(u"xsetroot"_s, {u"-solid"_s, u"#D5DBE3"_s});
     start(u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s});
-    const bool runs = waitUntil([this] {
-        return run(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTED"_s}).contains(u"picom") ||
-            !xdotool(u"search --class picom"_s).isEmpty();
-    });
-    if (!runs)
-        throw std::runtime_error("picom does not start");
+    awaitStart(u"picom"_s, [this] { return !xdotool(u"search --class picom"_s).isEmpty(); });
 }
 
 QString VirtualDesktop::startInFront(
     const QString& windowClass, const QString& program, const QStringList& arguments) {
     start(program, arguments);
-    const QString window = bringToFront(windowClass);
-    if (window.isEmpty())
-        throw std::runtime_error((program + u" does not come to the front"_s).toStdString());
+    QString window;
+    awaitStart(program, [&] { return !(window = bringToFront(windowClass)).isEmpty(); });
     return window;
 }
 
 QString VirtualDesktop::startSilentProbe(const QString& text) {
-    const QProcessEnvironment before = environment();
-    setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
-    const QString window = startProbe({text});
-    setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, before.value(u"DBUS_SESSION_BUS_ADDRESS"_s));
-    return window;
+    QProcessEnvironment silent = environment();
+    silent.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
+    startIn(silent, QStringLiteral(SELECTION_PROBE), {text});
+    return bringToFront(u"selection-probe"_s);
 }
 
 QString VirtualDesktop::startTerminal(const QString& commands) {
@@ -151,8 +136,7 @@ void VirtualDesktop::setClipboard(const QString& text) {
     QProcess& owner = start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s});
     owner.write(text.toUtf8());
     owner.closeWriteChannel();
-    if (!waitUntil([&] { return clipboard() == text; }))
-        throw std::runtime_error("xclip does not take the clipboard");
+    awaitStart(u"xclip"_s, [&] { return clipboard() == text; });
 }
 
 QImage VirtualDesktop::screenshot(const QString& path) const {

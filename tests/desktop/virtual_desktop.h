@@ -57,6 +57,11 @@ public:
     void hold(const QStringList& keys) const { xdotool(u"keydown "_s + keys.join(u' ')); }
     void release(const QStringList& keys) const { xdotool(u"keyup "_s + keys.join(u' ')); }
     void type(const QString& text) const { run(u"xdotool"_s, {u"type"_s, u"--delay"_s, u"5"_s, text}); }
+    /// Types a text and Return.
+    void enter(const QString& text) const {
+        type(text);
+        press(u"Return"_s);
+    }
     /// Clicks at a place of a window, given from its top left corner, or of the screen.
     void click(const QString& window, const QPoint& place, int times = 1) const;
     void click(const QPoint& place) const;

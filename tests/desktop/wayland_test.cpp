@@ -5,7 +5,6 @@
 
 #include "desktop/program_run.h"
 #include "desktop/sway_desktop.h"
-#include "support/files.h"
 #include "support/ordinary_user.h"
 #include "support/testing.h"
 
@@ -16,9 +15,8 @@ namespace {
 const OrdinaryProcess ordinaryProcess;
 
 /// Both kinds of session: with windows of ours on Xwayland, and on Wayland itself.
-class BothSessions : public testing::TestWithParam<SwayDesktop::Xwayland> {
-protected:
-    explicit BothSessions(const SessionSettings& settings = {}) : desktop(GetParam(), settings) {}
+struct Wayland : testing::TestWithParam<SwayDesktop::Xwayland> {
+    explicit Wayland(const SessionSettings& settings = {}) : desktop(GetParam(), settings) {}
 
     [[nodiscard]] bool isPopoverShown() const { return !desktop.windowArea(u"Tralio"_s).isEmpty(); }
     [[nodiscard]] bool popoverComes() const {
@@ -38,18 +36,6 @@ protected:
         });
     }
 
-    SwayDesktop desktop;
-    ProgramRun program{desktop};
-};
-
-const auto sessions = testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent);
-
-std::string sessionName(const testing::TestParamInfo<SwayDesktop::Xwayland>& session) {
-    return session.param == SwayDesktop::Xwayland::present ? "with_xwayland" : "without_xwayland";
-}
-
-class Wayland : public BothSessions {
-protected:
     /// A text editor with everything selected.
     void startEditor(const QString& text) {
         desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)});
@@ -64,7 +50,16 @@ protected:
         ASSERT_TRUE(desktop.bringToFront(u"foot"_s));
     }
     [[nodiscard]] QString primary() const { return desktop.run(u"wl-paste"_s, {u"-p"_s, u"-n"_s}); }
+
+    SwayDesktop desktop;
+    ProgramRun program{desktop};
 };
+
+const auto sessions = testing::Values(SwayDesktop::Xwayland::present, SwayDesktop::Xwayland::absent);
+
+std::string sessionName(const testing::TestParamInfo<SwayDesktop::Xwayland>& session) {
+    return session.param == SwayDesktop::Xwayland::present ? "with_xwayland" : "without_xwayland";
+}
 
 INSTANTIATE_TEST_SUITE_P(Sessions, Wayland, sessions, sessionName);
 
@@ -189,7 +184,7 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
     EXPECT_TRUE(waitUntil([&] { return !desktop.isRunning(u"slurp"_s); }));
 }
 
-TEST_P(Wayland, a_click_on_another_window_closes_the_popover_and_a_second_start_opens_it_again) {
+TEST_P(Wayland, a_click_on_another_window_closes_the_popover) {
     desktop.movePointer({1270, 1000});
     startTerminal(u"elsewhere"_s);
     desktop.pressTextHotKey();
@@ -199,18 +194,12 @@ TEST_P(Wayland, a_click_on_another_window_closes_the_popover_and_a_second_start_
         desktop.click({1270, 1000});
         return !isPopoverShown();
     }));
-
-    const QProcess& second = desktop.start(QStringLiteral(TRALIO_PROGRAM));
-    EXPECT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
-    EXPECT_EQ(second.exitCode(), 0);
-    EXPECT_TRUE(popoverComes());
-    EXPECT_TRUE(program.isRunning());
 }
 
 /// A session as it is shipped: the focus follows the pointer.
-class ShippedSway : public BothSessions {
+class ShippedSway : public Wayland {
 protected:
-    ShippedSway() : BothSessions(SessionSettings::asShipped()) {}
+    ShippedSway() : Wayland({.asShipped = true}) {}
 
     /// Moves the pointer as a hand does, which takes its time.
     void glide(const QPoint& from, const QPoint& to) {
@@ -248,9 +237,7 @@ using ShippedSwayScreens = testing::TestWithParam<const char*>;
 INSTANTIATE_TEST_SUITE_P(Scales, ShippedSwayScreens, testing::Values("2", "1.5"));
 
 TEST_P(ShippedSwayScreens, have_the_whole_popover_each_whatever_their_scale) {
-    SessionSettings settings = SessionSettings::asShipped();
-    settings.outputs = 2;
-    SwayDesktop desktop(SwayDesktop::Xwayland::present, settings);
+    SwayDesktop desktop(SwayDesktop::Xwayland::present, {.asShipped = true, .outputs = 2});
     desktop.run(u"swaymsg"_s, {u"output * scale "_s + QLatin1String(GetParam())});
     const ProgramRun program(desktop);
     for (const char* output : {"HEADLESS-1", "HEADLESS-2"}) {
