@@ -33,7 +33,9 @@ private:
     X11RawInput m_rawInput{*m_connection};
     X11HotKeys m_hotKeys{*m_connection, m_rawInput};
     X11Workspace m_workspace{*m_connection};
-    X11PrimarySelection m_primary{*m_connection, m_rawInput};
+    X11PrimarySelection m_primary{*m_connection, m_rawInput,
+        {[this](quint8 keyCode) { return m_hotKeys.isHotKey(keyCode); },
+            [this] { return m_keyEvents.shortcutInFront() == CopyShortcut::control; }}};
     PrimaryScriptRunner m_scripts{m_workspace, m_primary, [this] { return m_switch.isOn(); }};
     X11Pasteboard m_pasteboard{*m_connection};
     X11KeyEventPoster m_keyEvents{*m_connection, m_hotKeys, [this] { return focusIsTerminal(); }};

@@ -22,7 +22,9 @@ struct X11Selection : X11 {
 
     std::unique_ptr<X11Connection> connection = X11Connection::open();
     X11RawInput rawInput{*connection};
-    X11PrimarySelection primary{*connection, rawInput};
+    bool canAsk = true;
+    X11PrimarySelection primary{*connection, rawInput,
+        {[](quint8 keyCode) { return keyCode == 75; }, [this] { return canAsk; }}};  // F9
     X11Pasteboard pasteboard{*connection};
 };
 
@@ -155,6 +157,14 @@ TEST_F(X11Selection, a_mark_may_be_gone_once_its_own_application_was_pressed) {
     desktop.click(desktop.startProbe({u"text"_s}), {10, 10});
     desktop.click({1270, 1010});
     EXPECT_FALSE(waitUntil([&] { return mark()->mayBeGone; }, 1));
+
+    // Nor modifiers and the key of a hot key, but any other where the application could be asked.
+    desktop.xdotool(u"key shift super F9"_s);
+    EXPECT_FALSE(waitUntil([&] { return mark()->mayBeGone; }, 1));
+    desktop.xdotool(u"key Right"_s);
+    EXPECT_TRUE(waitUntil([&] { return mark()->mayBeGone; }));
+    canAsk = false;
+    EXPECT_FALSE(mark()->mayBeGone);
     desktop.click(desktop.bringToFront(u"xterm"_s), {60, 60});
     EXPECT_TRUE(waitUntil([&] { return mark()->mayBeGone; }));
 }

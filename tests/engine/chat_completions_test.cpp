@@ -64,6 +64,29 @@ TEST(ErrorPageTest, never_holds_the_window_up) {
     }
 }
 
+TEST(TranslationToneTest, every_tone_is_found_by_its_label_and_by_nothing_else) {
+    QSet<QString> instructions;
+    for (const TranslationTone& tone : TranslationTone::allCases()) {
+        EXPECT_EQ(TranslationTone::fromRawValue(tone.rawValue()), tone);
+        instructions.insert(tone.promptInstruction());
+    }
+    EXPECT_EQ(instructions.size(), 4);
+    for (const QString& other : {u"tự nhiên"_s, u"Tự nhiên "_s, QString()})
+        EXPECT_EQ(TranslationTone::fromRawValue(other), std::nullopt) << qPrintable(other);
+}
+
+TEST(ProviderPresetTest, the_presets_name_a_model_and_an_endpoint_without_its_tail) {
+    for (const ProviderPreset& preset : ProviderPreset::presets()) {
+        if (preset.id == u"custom")
+            continue;
+        const QUrl url(preset.baseURL, QUrl::StrictMode);
+        EXPECT_TRUE(url.isValid()) << qPrintable(preset.baseURL);
+        EXPECT_EQ(url.scheme(), preset.id == u"ollama" ? u"http"_s : u"https"_s);
+        EXPECT_FALSE(preset.baseURL.endsWith(u'/'));
+        EXPECT_FALSE(preset.defaultModel.isEmpty());
+    }
+}
+
 TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers_of_its_own) {
     const QUrl endpoint(u"https://a.test/v1/chat/completions"_s);
     const std::pair<QString, QByteArray> cases[] = {

@@ -30,9 +30,13 @@ TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_ha
         {{Selected::some, u"two"_s, Reach::part}, std::nullopt, u"two"_s},
         {{Selected::some, u"two"_s, Reach::whole}, PrimaryText{both}, u"two"_s},
         {{Selected::some, u"\ufffc\ufffc"_s, Reach::whole}, PrimaryText{both}, both},
-        // The element has spoken: what else is said against the mark does not matter.
-        {{Selected::some, u"\ufffc"_s, Reach::part},
-            PrimaryText{.text = both, .mayBeGone = true, .mayBePassword = true}, both},
+        {{Selected::some, u"\ufffc"_s, Reach::part}, PrimaryText{u"one\ufffc\ntwo"_s}, both},
+        // The element has spoken, but of the old mark it may have but a part by now.
+        {{Selected::some, u"\ufffc"_s, Reach::part}, PrimaryText{.text = both, .mayBePassword = true}, both},
+        {{Selected::some, u"\ufffc"_s, Reach::part}, PrimaryText{.text = both, .mayBeGone = true},
+            std::nullopt},
+        {{Selected::some, u"two"_s, Reach::part}, PrimaryText{.text = both, .mayBeGone = true}, std::nullopt},
+        {{Selected::some, both, Reach::part}, PrimaryText{.text = both, .mayBeGone = true}, both},
         {{Selected::none, {}, Reach::part}, PrimaryText{both}, std::nullopt},
         {{}, PrimaryText{both}, std::nullopt},
     };
@@ -41,7 +45,7 @@ TEST(CurrentSelection, of_an_element_that_shows_but_a_part_is_primary_if_that_ha
 }
 
 TEST(CurrentSelection, that_no_element_counts_is_primary_as_long_as_nothing_speaks_against_it) {
-    EXPECT_EQ(uncountedSelection(holding(PrimaryText{u"marked"_s})), u"marked"_s);
+    EXPECT_EQ(uncountedSelection(holding(PrimaryText{u"mar\ufffcked"_s})), u"marked"_s);
     EXPECT_EQ(uncountedSelection(holding(PrimaryText{.text = u"marked"_s, .mayBeGone = true})), std::nullopt);
     EXPECT_EQ(
         uncountedSelection(holding(PrimaryText{.text = u"marked"_s, .mayBePassword = true})), std::nullopt);
@@ -109,6 +113,10 @@ TEST(SelectionHistory, tells_by_what_a_mark_was_made_and_whether_the_mouse_was_p
     const quint32 start = 0xffffff00;  // the clock starts again in the middle of it
     history.pressed(start - 600, false);
     EXPECT_FALSE(history.isPressedSince()) << "elsewhere";
+    history.keyPressed();
+    EXPECT_TRUE(history.isKeyPressedSince());
+    history.marked(start - 100, false);
+    EXPECT_FALSE(history.isKeyPressedSince());
     history.pressed(start, true);
     EXPECT_TRUE(history.isPressedSince());
     history.marked(start + 5000, false);

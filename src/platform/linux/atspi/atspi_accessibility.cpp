@@ -4,6 +4,8 @@
 
 #include "platform/linux/atspi/accessibility_switch.h"
 #include "platform/linux/atspi/atspi_search.h"
+#include "platform/linux/bus/process_facts.h"
+#include "platform/linux/keyboard/copy_shortcut.h"
 
 namespace tralio {
 namespace {
@@ -52,7 +54,7 @@ std::optional<bool> AtspiAccessibility::focusIsTerminal(qint32 processId) {
 }
 
 std::unique_ptr<AccessibleElement> AtspiAccessibility::menuBar(qint32 processId) {
-    if (!m_switch.isOn())
+    if (!m_switch.isOn() || isEditorWithOtherKeys({processName(processId)}))
         return nullptr;
     const auto context = newContext(processId, layerLimit);
     const AtspiReference window = activeWindow(*context);

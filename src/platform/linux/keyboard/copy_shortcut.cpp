@@ -13,14 +13,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Control+C begins or ends something else in these, and is what the next key is taken for. Their marks are
-/// the PRIMARY selection.
-bool isEditorWithOtherKeys(const QStringList& names) {
-    const QStringList known{u"emacs"_s, u"gvim"_s, u"nvim-qt"_s, u"neovide"_s};
-    return std::any_of(names.begin(), names.end(),
-        [&](const QString& name) { return known.contains(name, Qt::CaseInsensitive); });
-}
-
 /// The program that a desktop entry starts, without its folder.
 QString programOf(const QByteArray& entry) {
     const qsizetype start = entry.indexOf("\nExec=") + 6;
@@ -52,6 +44,13 @@ bool runsAsOther(const QString& id) {
 }
 
 }  // namespace
+
+bool isEditorWithOtherKeys(const QStringList& names) {
+    const QStringList known{
+        u"emacs"_s, u"emacs-gtk"_s, u"emacs-lucid"_s, u"emacs-pgtk"_s, u"gvim"_s, u"nvim-qt"_s, u"neovide"_s};
+    return std::any_of(names.begin(), names.end(),
+        [&](const QString& name) { return known.contains(name, Qt::CaseInsensitive); });
+}
 
 CopyShortcut copyShortcutIn(const CopyTarget& target) {
     const QStringList& names = target.names;

@@ -25,9 +25,16 @@ std::optional<QString> selectedTextOf(const ElementSelection& element, const Ask
     const bool hasPlaceholders = element.text.contains(QChar::ObjectReplacementCharacter);
     if (element.reach == ElementSelection::Reach::whole && !hasPlaceholders)
         return element.text;
-    const auto all = primary();
-    if (all && !all->text.trimmed().isEmpty() && (hasPlaceholders || all->text.contains(element.text)))
+    auto all = primary();
+    if (all)
+        all->text.remove(QChar::ObjectReplacementCharacter);  // Chromium's has them in the place of controls
+    if (all && !all->text.trimmed().isEmpty() && (hasPlaceholders || all->text.contains(element.text))) {
+        // A part of an old mark may be marked by now, as what is found on a page is: what it is, a copy
+        // tells.
+        if (all->mayBeGone && all->text != element.text)
+            return std::nullopt;
         return all->text;
+    }
     return QString(element.text).remove(QChar::ObjectReplacementCharacter);
 }
 
@@ -35,7 +42,7 @@ std::optional<QString> uncountedSelection(const AskPrimary& primary) {
     auto mark = primary();
     if (!mark || mark->mayBeGone || mark->mayBePassword || isMasked(mark->text))
         return std::nullopt;
-    return std::move(mark->text);
+    return mark->text.remove(QChar::ObjectReplacementCharacter);
 }
 
 std::optional<QString> selectionBeside(const ElementSelection& element, const AskPrimary& primary) {

@@ -14,8 +14,8 @@ inline constexpr int freshTime = 1000;
 struct PrimaryText {
     QString text;
 
-    /// The mouse has been pressed since. The mark is gone then, as a rule, but many toolkits leave its text
-    /// here.
+    /// The mouse has been pressed since, or a key. The mark is gone then, as a rule, but many toolkits leave
+    /// its text here.
     bool mayBeGone = false;
 
     /// It was made just now: an application may not have told of it by other ways yet.

@@ -27,6 +27,7 @@ void SelectionHistory::marked(quint32 time, bool keysHeld) {
     const bool byMouse = !keysHeld && m_everPressed && (m_down || time - m_lastChange < markingTime);
     m_origin = !byMouse ? Origin::keyboard : m_clicks > 1 ? Origin::doubleClick : Origin::mouse;
     m_pressedSince = false;
+    m_keyPressedSince = false;
 }
 
 }  // namespace tralio

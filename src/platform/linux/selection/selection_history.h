@@ -4,9 +4,9 @@
 
 namespace tralio {
 
-/// How the present mark came about and what has happened since, told from the presses of the left mouse
-/// button and the changes of PRIMARY. Times are in milliseconds on the window system's clock, which starts
-/// again at 0 after 49 days.
+/// How the present mark came about and what has happened since, told from the presses of keys and of the left
+/// mouse button and the changes of PRIMARY. Times are in milliseconds on the window system's clock, which
+/// starts again at 0 after 49 days.
 class SelectionHistory final {
 public:
     enum class Origin { keyboard, mouse, doubleClick };
@@ -17,8 +17,12 @@ public:
     /// PRIMARY has a new owner or text. `keysHeld` says whether keys are down at that moment.
     void marked(quint32 time, bool keysHeld);
 
+    /// A key that may do something to the mark.
+    void keyPressed() { m_keyPressedSince = true; }
+
     [[nodiscard]] Origin origin() const { return m_origin; }
     [[nodiscard]] bool isPressedSince() const { return m_pressedSince; }
+    [[nodiscard]] bool isKeyPressedSince() const { return m_keyPressedSince; }
 
 private:
     bool m_everPressed = false;
@@ -28,6 +32,7 @@ private:
     int m_clicks = 0;          ///< in quick succession
     Origin m_origin = Origin::keyboard;
     bool m_pressedSince = false;  ///< where it speaks against the mark
+    bool m_keyPressedSince = false;
 };
 
 }  // namespace tralio

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include <algorithm>
 #include <vector>
 
 #include "hotkeys/hot_key_platform.h"
@@ -27,6 +28,11 @@ public:
     void installStatusHandler(StatusHandler handler) override;
     Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
     void unregisterHotKey(HotKeyRef ref) override;
+
+    /// Whether a key, with whatever modifiers, is that of a hot key.
+    [[nodiscard]] bool isHotKey(quint8 keyCode) const {
+        return std::ranges::find(m_hotKeys, keyCode, &HotKey::keyCode) != m_hotKeys.end();
+    }
 
     /// Lets a synthetic combination, which is pressed right after this, reach the application in front, be it
     /// a hot key of ours or on a key that is held. Answers whether the key is down, and has to be released

@@ -5,7 +5,6 @@
 #include <vector>
 #include <xcb/xtest.h>
 
-#include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/x11/key_symbols.h"
 #include "platform/linux/x11/x11_workspace.h"
@@ -50,6 +49,12 @@ X11KeyEventPoster::X11KeyEventPoster(
     X11Connection& connection, X11HotKeys& hotKeys, FocusIsTerminal focusIsTerminal)
     : m_connection(connection), m_hotKeys(hotKeys), m_focusIsTerminal(std::move(focusIsTerminal)) {}
 
+CopyShortcut X11KeyEventPoster::shortcutInFront() const {
+    CopyTarget target = X11Workspace::copyTarget(m_connection, X11Workspace::activeWindow(m_connection));
+    target.focusIsTerminal = m_focusIsTerminal();
+    return copyShortcutIn(target);
+}
+
 void X11KeyEventPoster::post(const KeyEvent& event) {
     const bool isShortcut = event.modifiers.testFlag(Modifier::command);
     if (isShortcut && event.isKeyDown)
@@ -76,9 +81,7 @@ void X11KeyEventPoster::pressKey(KeyCode wanted) {
 }
 
 void X11KeyEventPoster::pressShortcut(KeyCode shortcutKey) {
-    CopyTarget target = X11Workspace::copyTarget(m_connection, X11Workspace::activeWindow(m_connection));
-    target.focusIsTerminal = m_focusIsTerminal();
-    const auto how = copyShortcutIn(target);
+    const CopyShortcut how = shortcutInFront();
     const auto control = keyFor(m_connection, KeyCode::leftControl);
     const auto shift = keyFor(m_connection, KeyCode::leftShift);
     const auto key = keyFor(m_connection, shortcutKey);

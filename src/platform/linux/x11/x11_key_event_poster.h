@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "hotkeys/key_event_poster.h"
+#include "platform/linux/keyboard/copy_shortcut.h"
 #include "platform/linux/x11/x11_hot_keys.h"
 
 namespace tralio {
@@ -22,6 +23,9 @@ public:
     using FocusIsTerminal = std::function<std::optional<bool>()>;
 
     X11KeyEventPoster(X11Connection& connection, X11HotKeys& hotKeys, FocusIsTerminal focusIsTerminal);
+
+    /// What copies in the application in front. Takes some milliseconds.
+    [[nodiscard]] CopyShortcut shortcutInFront() const;
 
     void post(const KeyEvent& event) override;
     /// Does nothing: events sent to one window are marked as such, and most toolkits drop them.

@@ -4,6 +4,7 @@
 
 #include "platform/linux/keyboard/key_codes.h"
 #include "platform/linux/selection/current_selection.h"
+#include "platform/linux/x11/key_symbols.h"
 #include "platform/linux/x11/selection_reader.h"
 
 namespace tralio {
@@ -17,16 +18,37 @@ xcb_window_t primaryOwner(X11Connection& connection) {
     return reply ? reply->owner : static_cast<xcb_window_t>(XCB_NONE);
 }
 
+/// Whether a key may do something to a text: no modifier, nor one for the desktop.
+bool reachesTexts(X11Connection& connection, quint8 keyCode) {
+    constexpr xcb_keysym_t print = 0xff61;
+    constexpr xcb_keysym_t firstOfDesktop = 0x1008ff00;  // loudness, brightness, …
+    const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb())};
+    const xcb_keysym_t symbol =
+        symbols ? xcb_key_symbols_get_keysym(symbols.get(), keyCode, 0) : XCB_NO_SYMBOL;
+    return xcb_is_modifier_key(symbol) == 0 && symbol != print && symbol < firstOfDesktop;
+}
+
 }  // namespace
 
-X11PrimarySelection::X11PrimarySelection(X11Connection& connection, X11RawInput& rawInput)
+X11PrimarySelection::X11PrimarySelection(X11Connection& connection, X11RawInput& rawInput, Keys keys)
     : m_connection(connection),
+      m_rawInput(rawInput),
+      m_keys(std::move(keys)),
       m_mouse(rawInput, X11RawInput::Kind::buttonPressed | X11RawInput::Kind::buttonReleased,
           [this](const X11RawInput::Event& event) { mouseEvent(event); }),
       m_watch(connection, XCB_ATOM_PRIMARY, [this](xcb_timestamp_t time) {
           m_history.marked(time, areKeysHeld());
           m_freshUntil.setRemainingTime(freshTime);
+          m_keyboard.emplace(m_rawInput, X11RawInput::Kind::keyPressed,
+              [this](const X11RawInput::Event& event) { keyEvent(static_cast<quint8>(event.detail)); });
       }) {}
+
+void X11PrimarySelection::keyEvent(quint8 keyCode) {
+    if (m_keys.isHotKey(keyCode) || !reachesTexts(m_connection, keyCode))
+        return;
+    m_history.keyPressed();
+    m_keyboard.reset();
+}
 
 void X11PrimarySelection::mouseEvent(const X11RawInput::Event& event) {
     if (event.detail != leftButton)
@@ -79,7 +101,7 @@ std::optional<PrimaryText> X11PrimarySelection::textOf(qint32 processId, QDeadli
     if (!text)
         return std::nullopt;
     PrimaryText mark{std::move(*text)};
-    mark.mayBeGone = m_history.isPressedSince();
+    mark.mayBeGone = m_history.isPressedSince() || (m_history.isKeyPressedSince() && m_keys.canAsk());
     mark.isFresh = !m_freshUntil.hasExpired();
     const auto origin = m_history.origin();
     const auto marking =

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <optional>
+
 #include "platform/linux/selection/primary_selection.h"
 #include "platform/linux/selection/selection_history.h"
 #include "platform/linux/x11/x11_raw_input.h"
@@ -7,12 +10,21 @@
 
 namespace tralio {
 
-/// PRIMARY of an X session, with the history of the mark from the raw events of the left mouse button, which
-/// reach us whichever window is below the pointer. Without XInput 2.2 every mark counts as made by the
-/// keyboard, and as still there.
+/// PRIMARY of an X session, with the history of the mark from the raw events of the left mouse button and of
+/// keys, which reach us whichever window has the pointer and the focus. Of keys the first one after a mark is
+/// listened for, and no other. Without XInput 2.2 every mark counts as made by the keyboard, and as still
+/// there.
 class X11PrimarySelection final : public PrimarySelection {
 public:
-    X11PrimarySelection(X11Connection& connection, X11RawInput& rawInput);
+    struct Keys {
+        /// Whether a key, by its X code, is one of our hot keys'.
+        std::function<bool(quint8 keyCode)> isHotKey;
+        /// Whether the application in front could be asked what is marked, by Control+C. Asked once a key
+        /// speaks against the mark; in terminals no key does.
+        std::function<bool()> canAsk;
+    };
+
+    X11PrimarySelection(X11Connection& connection, X11RawInput& rawInput, Keys keys);
 
     std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) override;
 
@@ -21,6 +33,7 @@ public:
 
 private:
     void mouseEvent(const X11RawInput::Event& event);
+    void keyEvent(quint8 keyCode);
     /// Whether the pointer is over a window of the application that owns PRIMARY, as far as can be told: a
     /// panel's menu, the frame of a window and the bare screen leave a mark alone.
     [[nodiscard]] bool isOverOwner() const;
@@ -28,7 +41,10 @@ private:
 
     X11Connection& m_connection;
     SelectionHistory m_history;
+    X11RawInput& m_rawInput;
+    Keys m_keys;
     X11RawInput::Listener m_mouse;
+    std::optional<X11RawInput::Listener> m_keyboard;  ///< from a mark to the first key
     QDeadlineTimer m_freshUntil;
     X11SelectionWatch m_watch;
 };

@@ -24,6 +24,7 @@ constexpr KindNumbers kinds[] = {
     {X11RawInput::Kind::buttonReleased, XCB_INPUT_RAW_BUTTON_RELEASE,
         XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE},
     {X11RawInput::Kind::moved, XCB_INPUT_RAW_MOTION, XCB_INPUT_XI_EVENT_MASK_RAW_MOTION},
+    {X11RawInput::Kind::keyPressed, XCB_INPUT_RAW_KEY_PRESS, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS},
     {X11RawInput::Kind::keyReleased, XCB_INPUT_RAW_KEY_RELEASE, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE},
 };
 

@@ -14,7 +14,13 @@ namespace tralio {
 /// thread.
 class X11RawInput final {
 public:
-    enum class Kind : quint32 { buttonPressed = 1, buttonReleased = 2, moved = 4, keyReleased = 8 };
+    enum class Kind : quint32 {
+        buttonPressed = 1,
+        buttonReleased = 2,
+        moved = 4,
+        keyReleased = 8,
+        keyPressed = 16
+    };
     Q_DECLARE_FLAGS(Kinds, Kind)
 
     struct Event {
