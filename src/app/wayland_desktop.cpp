@@ -16,7 +16,6 @@
 #include "platform/linux/desktop/unavailable_desktop.h"
 #include "platform/linux/keyboard/terminals.h"
 #include "platform/linux/portal/portal_capture.h"
-#include "platform/linux/selection/clipboard_formats.h"
 #include "platform/linux/selection/current_selection.h"
 #include "platform/linux/selection/followed_primary_selection.h"
 #include "platform/linux/wayland/wayland_pasteboard.h"
@@ -28,6 +27,9 @@ namespace tralio {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+/// Of a selection that is read once our window is there, in milliseconds. A busy shell needs half of it.
+constexpr int lateSelectionLimit = 1000;
 
 /// Asks nobody: PRIMARY cannot be had.
 std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
@@ -138,7 +140,7 @@ void WaylandDesktop::chooseSelections() {
             });
         if (QGuiApplication::platformName() == u"xcb")
             m_focusedSelection.readText = [this] {
-                return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, QDeadlineTimer(clipboardTextLimit));
+                return readSelectionText(*m_xwayland, XCB_ATOM_PRIMARY, QDeadlineTimer(lateSelectionLimit));
             };
         m_primary = std::move(primary);
     } else {

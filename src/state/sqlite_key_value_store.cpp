@@ -153,13 +153,17 @@ void SqliteKeyValueStore::open() {
         return;
     setTrouble(StoreTrouble::unreadable);
     m_isLossUntold = false;
-    m_unsaved.insert_or_assign(damageKey, true);  // until it is written
+    m_unsaved.erase(damageKey);
+    m_unsaved.emplace(damageKey, true);  // until it is written
     m_database->write(damageKey, true);
     m_unsaved.erase(damageKey);
 }
 
 bool SqliteKeyValueStore::writeUnsaved(const QString& key) {
-    const StoredValue& value = m_unsaved.at(key);
+    const auto entry = m_unsaved.find(key);
+    if (entry == m_unsaved.end())
+        return true;  // written along with another
+    const StoredValue value = entry->second;
     try {
         if (!m_database || !m_database->takesWrites())
             open();

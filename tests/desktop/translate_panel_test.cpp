@@ -93,7 +93,8 @@ struct InputMethod : testing::Test {
 
     /// Whether one more translation has been asked for, of this text, and has come.
     [[nodiscard]] bool translates(const QString& text) {
-        const bool done = program->isAsked(text) && program->standIn().requests().size() == ++translations &&
+        ++translations;
+        const bool done = program->isAsked(text) && program->standIn().requests().size() == translations &&
             waitUntil([&] { return program->shownTranslation() == QString::number(translations); });
         program->standIn().translatesTo(QString::number(translations + 1));
         return done;

@@ -60,7 +60,7 @@ bool socksFailed(long proxyError) {
     }
 }
 
-/// Null where the proxy is not to blame.
+/// Empty where the proxy is not to blame.
 std::string proxyWords(const std::string& server, const TransferFailure& failure) {
     if (failure.code == CURLE_COULDNT_RESOLVE_PROXY)
         return "Không tìm thấy máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy.";

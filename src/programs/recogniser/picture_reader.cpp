@@ -33,6 +33,7 @@ void placeInOrder(std::vector<ReadLine>& lines, int pictureHeight) {
         return line.box.center().y() - row.box.center().y() > sameRow * (low + std::min(high, 2 * low)) / 2;
     };
     std::vector<ReadLine*> order;
+    order.reserve(lines.size());
     for (ReadLine& line : lines)
         order.push_back(&line);
     std::ranges::stable_sort(order, {}, middle);

@@ -45,16 +45,16 @@ bool runsAsOther(const QString& id) {
 
 }  // namespace
 
-bool isEditorWithOtherKeys(const QStringList& names) {
-    const QStringList known{
-        u"emacs"_s, u"emacs-gtk"_s, u"emacs-lucid"_s, u"emacs-pgtk"_s, u"gvim"_s, u"nvim-qt"_s, u"neovide"_s};
+bool hasOtherKeys(const QStringList& names) {
+    const QStringList known{u"emacs"_s, u"emacs-gtk"_s, u"emacs-lucid"_s, u"emacs-pgtk"_s, u"gvim"_s,
+        u"nvim-qt"_s, u"neovide"_s, u"zathura"_s};
     return std::any_of(names.begin(), names.end(),
         [&](const QString& name) { return known.contains(name, Qt::CaseInsensitive); });
 }
 
 CopyShortcut copyShortcutIn(const CopyTarget& target) {
     const QStringList& names = target.names;
-    if (isTerminalWithoutShortcut(names) || isEditorWithOtherKeys(names))
+    if (isTerminalWithoutShortcut(names) || hasOtherKeys(names))
         return CopyShortcut::none;
     // The ones that tell of a terminal's role have the shortcut too.
     if (isTerminalWithShortcut(names) || target.focusIsTerminal == true)

@@ -23,9 +23,8 @@ struct CopyTarget {
 /// Control+C only into what is told to be no terminal, nothing into a terminal that is not known by name.
 [[nodiscard]] CopyShortcut copyShortcutIn(const CopyTarget& target);
 
-/// Whether one of these names is that of an editor in which Control+C begins or ends something else, and is
-/// what the next key is taken for, and whose menu has other items that begin with "Copy". Its marks are the
-/// PRIMARY selection.
-[[nodiscard]] bool isEditorWithOtherKeys(const QStringList& names);
+/// Whether one of these names is that of a program in which Control+C begins or ends something else, and may
+/// be what the next key is taken for. The marks of such programs are the PRIMARY selection.
+[[nodiscard]] bool hasOtherKeys(const QStringList& names);
 
 }  // namespace tralio

@@ -180,6 +180,7 @@ void PortalHotKeys::reopen() {
         scheduleSession();
         return;
     }
+    dropQuestions();
     reportAll(HotKeyStatus::unavailable);  // until then
     scheduleAfterPause();
 }

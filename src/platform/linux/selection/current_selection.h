@@ -27,10 +27,11 @@ namespace tralio {
 //
 // So an element that counts its selections is believed, and the events are not: they come late or never.
 // PRIMARY is asked for what the element shows but a part of, within a second of the mark where a page counts
-// none yet (Chromium's tree follows late), and where nobody counts. There a press of the mouse since the mark
-// speaks against it; whether something is marked then the application must say itself, by what its Copy does.
-// The same holds for what may be a password: Chromium gives the typed text of a password field to PRIMARY
-// (GTK 3 gives dots; GTK 4, Firefox and Qt nothing), but copies nothing from such a field.
+// none yet (Chromium's tree follows late), and where nobody counts. There a press of the mouse, or on X11 of
+// a key, since the mark speaks against it; whether something is marked then the application must say itself,
+// by what its Copy does. The same holds for what may be a password: Chromium gives the typed text of a
+// password field to PRIMARY (GTK 3 gives dots; GTK 4, Firefox and Qt nothing), but copies nothing from such a
+// field.
 
 /// What the focused element says of its selection.
 struct ElementSelection {
@@ -53,7 +54,8 @@ struct ElementSelection {
 
 using AskPrimary = std::function<std::optional<PrimaryText>()>;
 
-/// The selection of an element that has some. PRIMARY, if it holds that part, is the whole.
+/// The selection of an element that has some. PRIMARY, if it holds that part, is the whole. Nothing
+/// where it is of an older mark, so that the application has to be asked.
 [[nodiscard]] std::optional<QString> selectedTextOf(
     const ElementSelection& element, const AskPrimary& primary);
 

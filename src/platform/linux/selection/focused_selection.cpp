@@ -47,7 +47,10 @@ LateSelection FocusedSelection::look() {
     const QClipboard* clipboard = QGuiApplication::clipboard();
     if (!clipboard->supportsSelection() || clipboard->ownsSelection())
         return {};
-    QString text = readText ? readText().value_or(QString()) : clipboard->text(QClipboard::Selection);
+    const auto read = readText ? readText() : clipboard->text(QClipboard::Selection);
+    if (!read)
+        return {};  // it may be there, and new, the next time
+    QString text = *read;
     if (isTooLong(text))
         text = beginningOfLongText(text);
     const auto before = std::exchange(m_lastSeen, text);

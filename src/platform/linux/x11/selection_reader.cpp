@@ -37,7 +37,9 @@ public:
     Conversion(const Conversion&) = delete;
     Conversion& operator=(const Conversion&) = delete;
     ~Conversion() {
-        xcb_destroy_window(m_connection.xcb(), m_window);
+        // WORKAROUND: mutter 48 dies of an answer to a window that is gone. One that may still come finds it.
+        if (m_unanswered == 0)
+            xcb_destroy_window(m_connection.xcb(), m_window);
         xcb_flush(m_connection.xcb());
     }
 
@@ -56,13 +58,19 @@ public:
 
     /// False when there is no such content, or not all of it has come.
     bool convert(xcb_atom_t target, qsizetype most, const Sink& sink) {
+        if (m_deadline.hasExpired())
+            return false;
+        ++m_unanswered;
         xcb_convert_selection(
             m_connection.xcb(), m_window, m_selection, target, m_property, XCB_CURRENT_TIME);
         const auto answer = m_connection.waitFor(
             [&](const xcb_generic_event_t& event) {
                 const auto* notify = eventAs<xcb_selection_notify_event_t>(event, XCB_SELECTION_NOTIFY);
+                if (!notify || notify->requestor != m_window)
+                    return false;
+                --m_unanswered;
                 // An owner that was too slow for the question before may answer that one first.
-                return notify && notify->requestor == m_window && notify->target == target;
+                return notify->target == target;
             },
             m_deadline);
         if (!answer ||
@@ -120,6 +128,7 @@ private:
     QDeadlineTimer m_deadline;
     xcb_window_t m_window;
     xcb_atom_t m_property;
+    int m_unanswered = 0;
 };
 
 bool contains(const QByteArray& targets, xcb_atom_t target) {

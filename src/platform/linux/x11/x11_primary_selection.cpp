@@ -6,6 +6,7 @@
 #include "platform/linux/selection/current_selection.h"
 #include "platform/linux/x11/key_symbols.h"
 #include "platform/linux/x11/selection_reader.h"
+#include "platform/linux/x11/x11_workspace.h"
 
 namespace tralio {
 namespace {
@@ -39,12 +40,13 @@ X11PrimarySelection::X11PrimarySelection(X11Connection& connection, X11RawInput&
       m_watch(connection, XCB_ATOM_PRIMARY, [this](xcb_timestamp_t time) {
           m_history.marked(time, areKeysHeld());
           m_freshUntil.setRemainingTime(freshTime);
+          m_canAsk.reset();
           m_keyboard.emplace(m_rawInput, X11RawInput::Kind::keyPressed,
               [this](const X11RawInput::Event& event) { keyEvent(static_cast<quint8>(event.detail)); });
       }) {}
 
 void X11PrimarySelection::keyEvent(quint8 keyCode) {
-    if (m_keys.isHotKey(keyCode) || !reachesTexts(m_connection, keyCode))
+    if (m_keys.isHotKey(keyCode) || !reachesTexts(m_connection, keyCode) || !isOwnerInFront())
         return;
     m_history.keyPressed();
     m_keyboard.reset();
@@ -59,6 +61,16 @@ void X11PrimarySelection::mouseEvent(const X11RawInput::Event& event) {
         m_history.released(event.time);
 }
 
+bool X11PrimarySelection::isOwners(xcb_window_t window) const {
+    const auto process = m_connection.processOf(window);
+    const auto owner = m_connection.processOf(primaryOwner(m_connection));
+    return !process || !owner || process == owner;
+}
+
+bool X11PrimarySelection::isOwnerInFront() const {
+    return isOwners(X11Workspace::activeWindow(m_connection));
+}
+
 bool X11PrimarySelection::isOverOwner() const {
     xcb_window_t below = m_connection.root();
     for (xcb_window_t next = below; next != XCB_NONE;) {
@@ -67,11 +79,7 @@ bool X11PrimarySelection::isOverOwner() const {
             m_connection.xcb(), xcb_query_pointer(m_connection.xcb(), below), nullptr)};
         next = pointer ? pointer->child : static_cast<xcb_window_t>(XCB_NONE);
     }
-    if (below == m_connection.root())
-        return false;
-    const auto process = m_connection.processOf(below);
-    const auto owner = m_connection.processOf(primaryOwner(m_connection));
-    return !process || !owner || process == owner;
+    return below != m_connection.root() && isOwners(below);
 }
 
 bool X11PrimarySelection::areKeysHeld() const {
@@ -101,7 +109,9 @@ std::optional<PrimaryText> X11PrimarySelection::textOf(qint32 processId, QDeadli
     if (!text)
         return std::nullopt;
     PrimaryText mark{std::move(*text)};
-    mark.mayBeGone = m_history.isPressedSince() || (m_history.isKeyPressedSince() && m_keys.canAsk());
+    if (m_history.isKeyPressedSince() && !m_canAsk)
+        m_canAsk = m_keys.canAsk();
+    mark.mayBeGone = m_history.isPressedSince() || (m_history.isKeyPressedSince() && m_canAsk == true);
     mark.isFresh = !m_freshUntil.hasExpired();
     const auto origin = m_history.origin();
     const auto marking =

@@ -11,9 +11,9 @@
 namespace tralio {
 
 /// PRIMARY of an X session, with the history of the mark from the raw events of the left mouse button and of
-/// keys, which reach us whichever window has the pointer and the focus. Of keys the first one after a mark is
-/// listened for, and no other. Without XInput 2.2 every mark counts as made by the keyboard, and as still
-/// there.
+/// keys, which reach us whichever window has the pointer and the focus. Keys are listened to from a mark to
+/// the first that speaks against it, and not after that. Without XInput 2.2 every mark counts as made by the
+/// keyboard, and as still there.
 class X11PrimarySelection final : public PrimarySelection {
 public:
     struct Keys {
@@ -34,6 +34,9 @@ public:
 private:
     void mouseEvent(const X11RawInput::Event& event);
     void keyEvent(quint8 keyCode);
+    /// Whether a window is of the application that owns PRIMARY, as far as can be told.
+    [[nodiscard]] bool isOwners(xcb_window_t window) const;
+    [[nodiscard]] bool isOwnerInFront() const;
     /// Whether the pointer is over a window of the application that owns PRIMARY, as far as can be told: a
     /// panel's menu, the frame of a window and the bare screen leave a mark alone.
     [[nodiscard]] bool isOverOwner() const;
@@ -46,6 +49,7 @@ private:
     X11RawInput::Listener m_mouse;
     std::optional<X11RawInput::Listener> m_keyboard;  ///< from a mark to the first key
     QDeadlineTimer m_freshUntil;
+    std::optional<bool> m_canAsk;  ///< of the application with this mark
     X11SelectionWatch m_watch;
 };
 
