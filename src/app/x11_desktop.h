@@ -34,7 +34,7 @@ private:
     X11HotKeys m_hotKeys{*m_connection, m_rawInput};
     X11Workspace m_workspace{*m_connection};
     X11PrimarySelection m_primary{*m_connection, m_rawInput,
-        {[this](quint8 keyCode) { return m_hotKeys.isHotKey(keyCode); },
+        {[this](quint8 keyCode, quint16 held) { return m_hotKeys.isHotKey(keyCode, held); },
             [this] { return m_keyEvents.shortcutInFront() == CopyShortcut::control; }}};
     PrimaryScriptRunner m_scripts{m_workspace, m_primary, [this] { return m_switch.isOn(); }};
     X11Pasteboard m_pasteboard{*m_connection};

@@ -227,6 +227,15 @@ void X11HotKeys::giveUpTaps() {
         grabHeldKey();
 }
 
+bool X11HotKeys::isHotKey(quint8 keyCode, quint16 held) const {
+    return std::ranges::any_of(
+        m_hotKeys,
+        [&](const HotKey& hotKey) {
+            const quint16 wanted = m_modifiers.stateFor(hotKey.modifiers);
+            return hotKey.keyCode == keyCode && (held & wanted) == wanted;
+        });
+}
+
 bool X11HotKeys::letPass(quint8 keyCode, Modifiers modifiers) {
     if (m_heldKey == keyCode && !m_keyReleases)
         m_keyReleases.emplace(

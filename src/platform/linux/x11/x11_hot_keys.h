@@ -3,7 +3,6 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
-#include <algorithm>
 #include <vector>
 
 #include "hotkeys/hot_key_platform.h"
@@ -29,10 +28,8 @@ public:
     Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
     void unregisterHotKey(HotKeyRef ref) override;
 
-    /// Whether a key, with whatever modifiers, is that of a hot key.
-    [[nodiscard]] bool isHotKey(quint8 keyCode) const {
-        return std::ranges::find(m_hotKeys, keyCode, &HotKey::keyCode) != m_hotKeys.end();
-    }
+    /// Whether a key means a hot key, with these modifiers held, the bits of an event's state.
+    [[nodiscard]] bool isHotKey(quint8 keyCode, quint16 held) const;
 
     /// Lets a synthetic combination, which is pressed right after this, reach the application in front, be it
     /// a hot key of ours or on a key that is held. Answers whether the key is down, and has to be released

@@ -19,14 +19,18 @@ xcb_window_t primaryOwner(X11Connection& connection) {
     return reply ? reply->owner : static_cast<xcb_window_t>(XCB_NONE);
 }
 
-/// Whether a key may do something to a text: no modifier, nor one for the desktop.
-bool reachesTexts(X11Connection& connection, quint8 keyCode) {
+/// Whether a key may do something to a text: no modifier, nor one for the desktop, which has those with
+/// Super.
+bool reachesTexts(X11Connection& connection, quint8 keyCode, quint16 held) {
+    constexpr xcb_keysym_t tab = 0xff09;
     constexpr xcb_keysym_t print = 0xff61;
     constexpr xcb_keysym_t firstOfDesktop = 0x1008ff00;  // loudness, brightness, …
     const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb())};
     const xcb_keysym_t symbol =
         symbols ? xcb_key_symbols_get_keysym(symbols.get(), keyCode, 0) : XCB_NO_SYMBOL;
-    return xcb_is_modifier_key(symbol) == 0 && symbol != print && symbol < firstOfDesktop;
+    const bool isOfDesktop = (held & XCB_MOD_MASK_4) != 0 || symbol == print || symbol >= firstOfDesktop ||
+        (symbol == tab && (held & XCB_MOD_MASK_1) != 0);
+    return xcb_is_modifier_key(symbol) == 0 && !isOfDesktop;
 }
 
 }  // namespace
@@ -46,7 +50,10 @@ X11PrimarySelection::X11PrimarySelection(X11Connection& connection, X11RawInput&
       }) {}
 
 void X11PrimarySelection::keyEvent(quint8 keyCode) {
-    if (m_keys.isHotKey(keyCode) || !reachesTexts(m_connection, keyCode) || !isOwnerInFront())
+    const XcbPtr<xcb_query_pointer_reply_t> pointer{xcb_query_pointer_reply(
+        m_connection.xcb(), xcb_query_pointer(m_connection.xcb(), m_connection.root()), nullptr)};
+    const quint16 held = pointer ? pointer->mask : 0;
+    if (m_keys.isHotKey(keyCode, held) || !reachesTexts(m_connection, keyCode, held) || !isOwnerInFront())
         return;
     m_history.keyPressed();
     m_keyboard.reset();

@@ -17,8 +17,9 @@ namespace tralio {
 class X11PrimarySelection final : public PrimarySelection {
 public:
     struct Keys {
-        /// Whether a key, by its X code, is one of our hot keys'.
-        std::function<bool(quint8 keyCode)> isHotKey;
+        /// Whether a key, by its X code, means a hot key with these modifiers held, the bits of an event's
+        /// state.
+        std::function<bool(quint8 keyCode, quint16 held)> isHotKey;
         /// Whether the application in front could be asked what is marked, by Control+C. Asked once a key
         /// speaks against the mark; in terminals no key does.
         std::function<bool()> canAsk;
