@@ -29,7 +29,7 @@ void placeInOrder(std::vector<ReadLine>& lines, int pictureHeight) {
     const auto middle = [](const ReadLine* line) { return line->box.center().y(); };
     const auto isBelowRow = [&](const ReadLine& line, const ReadLine& row) {
         // A headline or a large number beside a table does not join its rows.
-        const auto [low, high] = std::minmax(line.box.height(), row.box.height());
+        const auto [low, high] = std::minmax({line.box.height(), row.box.height()});
         return line.box.center().y() - row.box.center().y() > sameRow * (low + std::min(high, 2 * low)) / 2;
     };
     std::vector<ReadLine*> order;
