@@ -17,8 +17,8 @@ class ScreenCaptureService;
 class UpdateService;
 
 /// Where what the user does anywhere on the desktop meets the user interface: the tray item, the hot keys,
-/// texts from other programs, and the popover. It translates nothing itself: every text goes to
-/// `AppState::requestTranslation`.
+/// texts from other programs, and the popover. It translates nothing itself: it hands every text to
+/// `AppState`, to be translated or only to be offered.
 class AppDelegate final : public QObject {
 public:
     /// What the delegate works with. All of it outlives the delegate.

@@ -54,8 +54,9 @@ QWidget* makeContent(Services& services) {
             .quit = &QCoreApplication::quit});
 }
 
-/// Has the connection made over which a text is about to go. Its address is as the panels have left it, which
-/// have settings of their own; one that cannot be told is not guessed.
+/// Has the connection opened over which a text will soon be sent. The address is read from the store, where
+/// the panels write it: `settings` is the shell's own copy, loaded at start. If the store cannot be read, no
+/// address is guessed.
 void prepareToTranslate(Services& services, const AppSettings& settings) {
     std::optional<QUrl> endpoint;
     const std::optional<QString> baseURL = services.store.text(settings.baseURL.key());
@@ -79,7 +80,7 @@ int main(int argc, char** argv) {
     // Trays show nothing for a program that names no desktop file, and ask before the application exists.
     QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
     QCoreApplication::setApplicationName(u"tralio"_s);
-    std::signal(SIGPIPE, SIG_IGN);  // pipes and sockets are many; that one has closed is told by its error
+    std::signal(SIGPIPE, SIG_IGN);  // a closed pipe or socket is reported by write()'s error instead
     std::optional<ToolkitPlatform> toolkitPlatform(std::in_place);
     std::optional<TextScale> textScale(std::in_place, &sizesOfCompositorScreens);
     QApplication application(argc, argv);
@@ -93,7 +94,8 @@ int main(int argc, char** argv) {
     if (session.claim() == SessionService::Claim::takenByAnother) {
         if (session.openRunningInstance())
             return EXIT_SUCCESS;
-        // One that was about to end had the name still, and no ear any more.
+        // The other instance was about to exit: it still owned the name but no longer answered. Try once
+        // more.
         if (session.claim() == SessionService::Claim::takenByAnother) {
             QMessageBox::warning(nullptr, u"Tralio"_s,
                 u"Tralio đang chạy nhưng không phản hồi. Hãy kết thúc tiến trình đó rồi mở lại Tralio."_s);

@@ -15,8 +15,8 @@ constexpr std::chrono::milliseconds longestFocusPoll = 1s;
 constexpr auto focusPatience = 2s;
 /// Window managers let the focus follow the pointer after 200 or 250 ms.
 constexpr auto focusDelay = 600ms;
-/// Compositors tell of the keyboard's and of the pointer's leaving together, but the toolkit passes on the
-/// first by X up to 0.1 s late. The way to a click elsewhere takes longer.
+/// A compositor reports at once that pointer and keyboard have left, but through Xwayland the focus event
+/// arrives up to 0.1 s later. Moving to another window and clicking there takes longer than this.
 constexpr auto sameMotion = 150ms;
 
 }  // namespace
@@ -101,7 +101,7 @@ void PopoverFocus::left() {
     if (!m_motionInside.wasLately())
         return;  // another window covers it; the pointer is where it was
     m_justLeft.isNowFor(m_clock, sameMotion);
-    if (m_look)  // the keyboard has been told of first
+    if (m_look)  // the loss of focus was reported before the pointer's leaving
         m_followsPointer = true;
 }
 
@@ -116,8 +116,8 @@ void PopoverFocus::look(std::chrono::milliseconds pause) {
         return;
     const bool followsPointer = m_followsPointer || (m_motion.wasLately() && !m_window.isUnderPointer());
     if (m_justShown.isNow() || m_window.isInFront()) {
-        // The toolkit may be telling of the time before the popover was shown, or of a moment's grab; it will
-        // not tell when another window becomes active meanwhile.
+        // The event may be from before the popover was shown, or from a short keyboard grab. If another
+        // window becomes active meanwhile, no further event says so: look again.
         lookLater(std::min(pause + pause / 10, longestFocusPoll));  // a locked screen stays so for long
     } else if (m_awaited.isNow()) {
         m_window.bringToFront();

@@ -5,9 +5,8 @@
 
 namespace tralio {
 
-/// Bytes in memory that belongs to a file without a name, and not to this process: they are handed over to
-/// another one of the user's by their path, without a copy, and are gone with this object. Can be filled on
-/// any thread, by one at a time.
+/// Bytes in an anonymous in-memory file (memfd). Another process of the user can open them by `path()`
+/// without a copy; they are freed with this object. May be filled on any thread, but by one at a time.
 class MemoryFile final {
 public:
     MemoryFile();

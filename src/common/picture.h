@@ -13,7 +13,7 @@ namespace tralio {
 /// from anywhere, and decoders have faults. Null where there is none.
 using Picture = std::shared_ptr<const MemoryFile>;
 
-/// Of one that has more bytes no reader goes on behind these; it is refused with words.
+/// In bytes. Readers stop here, and a larger picture is refused with an error message.
 inline constexpr qint64 largestPicture = 256 << 20;
 
 /// The formats that other programs offer, by their MIME types: first those that every recogniser decodes, and

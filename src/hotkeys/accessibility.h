@@ -17,8 +17,7 @@ public:
     AccessibleElement& operator=(const AccessibleElement&) = delete;
     virtual ~AccessibleElement() = default;
 
-    /// Whether the element is there to type a password into. Nothing that is marked there is anybody else's
-    /// business, by whatever way it could be had.
+    /// Whether this is a password field. What is selected in it must not be fetched by any layer.
     virtual bool holdsPassword() = 0;
 
     virtual std::optional<QString> selectedText() = 0;

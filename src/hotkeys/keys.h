@@ -27,7 +27,7 @@ enum class KeyCode : quint32 {
     rightControl = 62
 };
 
-/// As the mask of a hot key has them, in which they are stored.
+/// The bits of a hot key's modifier mask, which is also the stored form.
 enum class Modifier : quint32 { command = 0x100, shift = 0x200, option = 0x800, control = 0x1000 };
 Q_DECLARE_FLAGS(Modifiers, Modifier)
 Q_DECLARE_OPERATORS_FOR_FLAGS(Modifiers)

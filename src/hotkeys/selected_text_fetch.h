@@ -42,8 +42,8 @@ public:
     /// completion is called exactly once, before this returns when one of the first two layers answers.
     void fetch(Completion completion);
 
-    /// What the last fetch has found in place of a selection, if it is no use to look in another way either.
-    /// `silentOwner`: of a copied text that may be a password for all that its owner says.
+    /// Why the last fetch found nothing, where trying another way would be pointless. `silentOwner`: the
+    /// clipboard's owner did not say in time whether the copied text is a password.
     enum class Obstacle { none, ownWindow, password, silentOwner, noSelection };
     [[nodiscard]] Obstacle obstacle() const { return m_obstacle; }
 

@@ -9,8 +9,8 @@ namespace tralio {
 
 struct RunningApplication {
     qint32 processId = 0;
-    std::optional<QString>
-        bundleIdentifier;  ///< the desktop's own id of the application, or its window class
+    /// The desktop's own id of the application, or its window class.
+    std::optional<QString> bundleIdentifier;
     std::optional<QString> localizedName;
 };
 

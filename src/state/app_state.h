@@ -36,8 +36,8 @@ public:
     Observable<bool> isReading{*this, false};
     /// How many lines of it have been read so far.
     Observable<qsizetype> linesRead{*this, 0};
-    /// Why nothing came of a picture whose panel was left meanwhile, until the panel that is there has told
-    /// it.
+    /// The error of a picture whose panel was left while it was read, until the panel shown now has
+    /// displayed it.
     Observable<std::optional<QString>> readingFailure{*this};
     /// The translate panel that is there; null while none is.
     QPointer<QObject> translatePanel;
@@ -66,8 +66,8 @@ public:
     void offerTranslation(const QString& text);
     void notifyPopoverOpened();
 
-    /// One picture is read at a time: the reading that `reading` can stop begins, and the one before, which
-    /// nobody waits for any more, is stopped.
+    /// Registers the stop source of a reading that begins, and stops the one before: one picture is read at
+    /// a time, and nobody waits for the older one any more.
     void beginReading(std::stop_source reading);
     /// The reading with this token has ended; nothing, when another has begun since.
     void endReading(const std::stop_token& reading);

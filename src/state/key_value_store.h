@@ -28,8 +28,8 @@ public:
     [[nodiscard]] virtual std::optional<StoredValue> value(const QString& key) const = 0;
     virtual void setValue(const QString& key, StoredValue value) = 0;
 
-    /// What is stored under `key` says nothing to its reader, who may be wrong: it is moved to a key of its
-    /// own before another value takes its place.
+    /// Marks a stored value that its reader could not decode. Before it is overwritten it is moved to a key
+    /// of its own, since the fault may be the reader's.
     virtual void preserve(const QString& key) = 0;
 
     /// Whether what is stored under `key` is not known yet; it reads as empty meanwhile.
@@ -37,7 +37,7 @@ public:
     /// Takes back the values that were assigned since it was awaited.
     virtual void awaitAgain(const QString& /*key*/) {}
 
-    /// What was overwritten goes from the disk as well, as far as that is in the hands of a program.
+    /// Removes overwritten values from the disk, too, as far as a program can.
     virtual void forgetOverwritten() {}
 
     /// The readings of a value as one type. A value of another type reads as absent, except that booleans and

@@ -131,9 +131,9 @@ std::unique_ptr<SqliteDatabase> SqliteDatabase::open(
     } catch (const SqliteError& error) {
         if (!error.isAccess() || !QFile::exists(path))
             throw;
-        // On a read-only or full disk the side files cannot be created. Whoever has the file alone needs none
-        // to read it with its log, nor does one that reads it as if nobody changed it; but what is wrong with
-        // it then is no proof of damage.
+        // On a read-only or full disk SQLite cannot create its side files. It needs none with exclusive
+        // locking, nor with `immutable=1`, which promises that nobody changes the file. An error of these
+        // two attempts proves no damage, so the first error is thrown.
         try {
             return construct(name, writing, Use::makeshift);
         } catch (const SqliteError&) {

@@ -53,8 +53,8 @@ public:
     /// Gives the value, if there is one, the first free key of the form "<key>.damaged-<number>".
     void setAside(const QString& key);
 
-    /// Carries what was written over into the file itself, where it takes the place of what it replaces,
-    /// unless somebody is reading there.
+    /// Checkpoints the write-ahead log into the database file and truncates it, so that overwritten values
+    /// are gone from the disk. Does nothing while another connection reads.
     void emptyLog();
 
     /// Whether writing makes sense: not once the file has been removed or replaced, nor when it could not be

@@ -77,7 +77,8 @@ std::optional<StoredValue> SqliteKeyValueStore::known(const QString& key) const 
     return found == m_known.end() ? std::nullopt : std::optional(found->second);
 }
 
-// Of a file that was in use it is known what stood in it, and nothing is lost unless it was large.
+// If the file was open before, its values are known from memory; only large values that were not kept are
+// lost.
 bool SqliteKeyValueStore::bringBackKnown() {
     for (const auto& [key, value] : m_known)
         if (key != damageKey)

@@ -91,8 +91,8 @@ private:
     Installer& m_installer;
     Host m_host;
     std::stop_source m_stop;  ///< ends the requests of a service that goes
-    /// What has come of the archive. Not in the hands of whoever awaits the rest, and may wait for ever: when
-    /// the program ends in the middle, half an archive must not stay behind.
+    /// The part of the archive received so far. A member and not a local of the downloading coroutine, whose
+    /// frame is not destroyed when the program ends during a download: half an archive must not stay behind.
     std::unique_ptr<StagedFile> m_archive;
     QString m_checkedArchive;  ///< its path, whole, until the script has it
 };

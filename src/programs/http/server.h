@@ -70,7 +70,8 @@ private:
     std::unique_ptr<PreparedConnection> m_prepared;
     /// The request that waits for it, and the proxy on its way.
     std::optional<std::pair<Id, std::string>> m_awaiting;
-    /// By which the proxy for it is asked for; requests count from the other end.
+    /// The request id under which the prepared connection's proxy is asked for. Counts down from the
+    /// maximum, requests count up.
     Id m_preparation = std::numeric_limits<Id>::max();
 };
 

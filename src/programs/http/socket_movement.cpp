@@ -9,7 +9,8 @@
 namespace tralio {
 namespace {
 
-/// Whether libcurl has not closed it: of two ways to a host it drops one.
+/// Whether libcurl still uses the socket `number` of which `duplicate` was made. Of two parallel attempts
+/// (IPv6 and IPv4) it closes one.
 bool isSame(int number, int duplicate) {
     struct stat now {};
     struct stat kept {};

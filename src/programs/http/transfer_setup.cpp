@@ -11,9 +11,9 @@
 namespace tralio {
 namespace {
 
-/// Whether the certificates have to be read from OpenSSL's file of them all, which takes 30 ms for each
-/// connection: where the user names one, and where the folder does not have them by their hashes, of which
-/// those are read that are needed.
+/// Whether OpenSSL's single file of all certificates must be read, which takes 30 ms per connection: if the
+/// user names one (SSL_CERT_FILE), or if the folder has no hashed entries, of which OpenSSL reads only those
+/// it needs.
 bool wantsFile() {
     static const bool wanted = [] {
         const char* named = std::getenv(X509_get_default_cert_dir_env());
@@ -66,7 +66,8 @@ void Transfer::begin(std::vector<std::string> proxies, CURLSH* share) {
     // Decoded if it comes compressed in spite of "identity", too.
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, m_inPieces ? "identity" : "");
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "Tralio");
-    // Of several addresses the first gets half of this, and would else get minutes. Silence ends both before.
+    // libcurl gives the first of several addresses half of this time, and by default minutes. Our limit on
+    // silence ends a hopeless attempt earlier.
     const std::chrono::milliseconds connecting = m_head.idleTimeout * 3 / 2;
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(connecting.count()));
 

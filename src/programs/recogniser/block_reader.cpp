@@ -208,8 +208,8 @@ void BlockReader::takeBetterLines(const Look& other) {
 }
 
 void BlockReader::tryOtherLanguages() {
-    // The others are surer of a Vietnamese text, even of a short one, whose marks they do not see or do not
-    // have; what they are good for is the letters that bear marks of their own.
+    // The other Latin engines report a higher confidence even for Vietnamese text, since they ignore tone
+    // marks that they do not know. They are tried only for letters with diacritics that Vietnamese lacks.
     if (m_best.engine != leadingEngine(m_packs) || m_best.reading.looksVietnamese())
         return;
     for (const QString& pack : present(otherLanguages, m_packs)) {

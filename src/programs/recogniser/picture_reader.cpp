@@ -20,10 +20,10 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
     return groupIntoBlocks(std::move(lines));
 }
 
-/// Lines that are one below the other in a tall picture are so near by its measure that the reading order
-/// takes them for one row, and goes by where they begin. Where there are such, every line gets a left edge by
-/// its place among all, rows from the top and each from the left: within the order's tolerance that decides,
-/// and beyond it the height, which says the same.
+/// The reading order's row tolerance is a fraction of the picture's height. In a tall picture consecutive
+/// lines lie within it and would be sorted by their left edges. If any do, every line is given a left edge
+/// that grows with its place (rows from the top, each row from the left): within the tolerance this edge
+/// decides, beyond it the height does, with the same result.
 void placeInOrder(std::vector<ReadLine>& lines, int pictureHeight) {
     constexpr double sameRow = 0.4;  // of the mean of two heights, as the reading order has it
     const auto middle = [](const ReadLine* line) { return line->box.center().y(); };

@@ -21,15 +21,17 @@ public:
     /// Whether the picture may be read on at all.
     [[nodiscard]] bool allowsMore() const { return now() - m_started < forPicture; }
 
-    /// Whether there may be another look at what was read ill; `since` is when such looks at it began. What
-    /// is no part of a photograph has some time of its own, whatever was spent on other parts of the picture.
+    /// Whether another engine may be tried on a badly read block; `since` is when the first such try began.
+    /// A block outside photographs has a time allowance of its own, whatever was spent on the rest of the
+    /// picture.
     [[nodiscard]] bool allowsFurtherLooks(double since, bool isInPhotograph) const {
         const double spent = now() - since;
         const bool hasOwn = !isInPhotograph && spent < forBlock && m_fruitless < forAllBlocks;
         return allowsMore() && (hasOwn || m_fruitless + spent < forFurtherLooks);
     }
 
-    /// Further looks since then have brought nothing: what reads so badly is hardly text.
+    /// Charges the time since `since` to the picture: these tries improved nothing, so the block is probably
+    /// not text.
     void addFruitless(double since) { m_fruitless += now() - since; }
 
 private:

@@ -7,8 +7,8 @@ class QWidget;
 
 namespace tralio {
 
-/// Lets the looks that a widget had at construction fade away over those that it has at `start`. Clicks go to
-/// what is there then. Without a motion, and for a widget that nobody sees, it does nothing.
+/// Fades from a widget's appearance at construction to its appearance at `start`. Clicks already reach the
+/// new content. Does nothing with reduced motion or for an invisible widget.
 class CrossFade final {
 public:
     CrossFade(QWidget* widget, int milliseconds);

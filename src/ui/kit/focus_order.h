@@ -4,8 +4,8 @@ class QWidget;
 
 namespace tralio {
 
-/// Moves the keyboard to the control after or before the one that has it, around and in the order in which
-/// the layouts of `root` place them, whatever was made last. Answers whether there is one.
+/// Moves the focus to the next or previous control, wrapping around, in the order of the layouts of `root`
+/// and not of construction. Returns whether there is such a control.
 bool moveFocus(QWidget& root, bool next);
 
 }  // namespace tralio

@@ -68,8 +68,9 @@ bool isKeyboardFocus(Qt::FocusReason reason) {
 }
 
 bool isRepeat(const QKeyEvent& press) {
-    // WORKAROUND: Qt 6.4 takes the release and the press of a repeat for a hand's when it has read the first
-    // from the X server and not yet the second. The server gives both the same time, to which no hand comes.
+    // WORKAROUND: Qt 6.4 does not recognise a key repeat if it has read only the release from the X server
+    // when it looks, and reports a real release and press. The server gives both the same time stamp, which
+    // two real key strokes never share.
     return keyboardUse().isRepeat(press);
 }
 

@@ -10,9 +10,9 @@
 
 namespace tralio {
 
-/// Text that is only read. Its lines stand at the distance of its style, also where a script from another
-/// font is taller; capitals that do not fit into that get what they are short of. A label of one line
-/// shortens with an ellipsis.
+/// Read-only text. Lines have the line height of the style, even where a fallback font is taller; where
+/// accented capitals need more, the label grows by the missing pixels. A single-line label ends in an
+/// ellipsis where it does not fit.
 class Label final : public QWidget {
     Q_OBJECT
 

@@ -64,8 +64,9 @@ TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent)
     followTheme();
 }
 
-// The document's margin is the same all around and whole: the viewport stands in for what it lacks at the
-// sides, and its frame for what the baseline lacks, on screens of a finer grain.
+// QTextDocument has one margin, in whole pixels, for all sides. The rest of the inset at the sides goes into
+// the viewport's margins, and the fraction by which the baseline is off on high-density screens into the top
+// margin of the root frame.
 void TextArea::placeText(const QSize& inset) {
     const qreal above = inset.height() + baselineOf(m_style, devicePixelRatioF()) - documentBaseline(m_style);
     const int margin = int(std::floor(above));
@@ -107,7 +108,7 @@ void TextArea::setNote(const QString& note) {
     describeAloud();
 }
 
-// Beside a text, what stands in its place would be read as if it were true.
+// While there is a text, a screen reader must not read the placeholder as its description.
 void TextArea::describeAloud() {
     setAccessibleDescription(document()->isEmpty() ? m_placeholder : m_note);
 }
@@ -142,7 +143,8 @@ void TextArea::replaceText(const QString& text) {
     cursor.select(QTextCursor::Document);
     cursor.insertText(text);
     setTextCursor(cursor);
-    // Only now, or the text that goes would be laid out once more, and that may have been an endless word.
+    // Not earlier: changing the wrap mode would lay out the old text once more, which may be one endless
+    // word.
     if (!hasEndlessWord(text))
         setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 }

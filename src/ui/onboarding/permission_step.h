@@ -10,8 +10,6 @@
 
 namespace tralio {
 
-class Button;
-
 /// What a permission is for and whether it is granted: a green card, or a red one with a button that lets the
 /// user grant it.
 class PermissionStep final : public QWidget {

@@ -11,11 +11,10 @@ class QKeyEvent;
 
 namespace tralio {
 
-/// For as long as it exists, sees every key that goes down in this program, with the modifiers held, before
-/// shortcuts, menus and the focused control do, and may keep it from them; input methods rest meanwhile.
-/// Modifiers on their own are no keys here, nor is what a keyboard has beside the positions that virtual key
-/// codes name. What the key that it swallowed last repeats reaches nobody either, also when this is gone,
-/// until the key is pressed anew.
+/// While it exists, sees every key press in this program before shortcuts, menus and the focused control do,
+/// and can swallow it; input methods are disabled meanwhile. Modifier keys alone, and keys without a virtual
+/// key code, are not reported. Repeats of the key swallowed last are swallowed too, even after this object
+/// is gone, until the key is pressed again.
 class KeyDownMonitor final : public QObject {
     Q_OBJECT
 

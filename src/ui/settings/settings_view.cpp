@@ -45,8 +45,8 @@ SettingsView::SettingsView(SettingsState& state, QWidget* parent) : QWidget(pare
 void SettingsView::showPermissions(Qt::FocusReason reason) {
     if (reason == Qt::TabFocusReason)
         m_permissions->focusRequest();
-    // A panel that has just been made is as high as its wrapping texts want it after some turns only: each
-    // carries their heights one layout further up.
+    // A new panel reaches its final height only after some turns of the event loop: each turn passes the
+    // heights of the wrapping labels one layout up.
     constexpr int turns = 20;
     scrollToPermissions(turns);
 }

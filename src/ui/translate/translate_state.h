@@ -102,10 +102,11 @@ public:
     void checkAndTriggerPendingTranslation();
     /// Takes the clipboard's text or else the text in its picture.
     void pasteFromClipboard(AutoTranslate autoTranslate);
+    /// Where a text comes from that is put into the input.
+    enum class TextOrigin { clipboard, selection, drag };
     /// What the input takes of a text that is dropped on it or put there by a key or the middle button:
     /// nothing when it would become too long, of which the user is told. `kept` is what stays of the input.
     /// Clipboard and selection are read here.
-    enum class TextOrigin { clipboard, selection, drag };
     [[nodiscard]] std::optional<QString> textToInsert(
         TextOrigin origin, const QString& kept, const QString& dragged = {});
     /// Lets the user draw a region of the screen, and translates the text in it.

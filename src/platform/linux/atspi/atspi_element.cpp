@@ -76,8 +76,8 @@ std::optional<QStringList> selectedParts(
     return parts;
 }
 
-/// Whether a paragraph beside this one has a selection: the one with the caret has none of it when the mark
-/// ends at its first character.
+/// Whether a sibling of this paragraph has a selection. A selection that ends at the first character of a
+/// paragraph leaves the caret in that one, which then has no part of it.
 bool isSelectedBeside(const AtspiReference& paragraph, const AtspiQuestion& question) {
     const QVariant parent =
         question.bus.property(paragraph, accessibleInterface, u"Parent"_s, question.budget);
@@ -217,7 +217,7 @@ std::vector<std::unique_ptr<AccessibleElement>> AtspiElement::children() {
 }
 
 bool AtspiElement::press() {
-    // A greyed item does nothing when it is pressed, but for some toolkits' menus, which open and stay.
+    // Pressing a disabled item does nothing, except that some toolkits open its menu and leave it open.
     const AtspiStates states = statesOf(m_object, *m_context);
     if (!states.contains(AtspiState::enabled) && !states.contains(AtspiState::sensitive))
         return false;

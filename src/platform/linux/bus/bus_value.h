@@ -5,8 +5,8 @@
 
 namespace tralio {
 
-/// What a peer has sent, if it is of the type that has this D-Bus signature, and else an empty value. Taking
-/// something else apart in its way goes on without an end, or ends the process inside libdbus.
+/// The value that a peer sent, or a default-constructed one if its D-Bus signature is another. WORKAROUND:
+/// demarshalling a value of another type with qdbus_cast (Qt 6.4) never returns, or aborts inside libdbus.
 template <typename Value>
 [[nodiscard]] Value busValue(const QVariant& sent, QLatin1StringView signature) {
     const bool isOfType = sent.metaType() == QMetaType::fromType<QDBusArgument>() &&

@@ -14,8 +14,8 @@ struct ProgramResult {
     QByteArray output;
 };
 
-/// What a program on the screen waits for is the user, who may have gone; what it shows must not stay for
-/// ever.
+/// The limit for a program that waits for the user: the user may have left, and its overlay must not stay on
+/// the screen for ever.
 constexpr std::chrono::milliseconds whileTheUserDraws = std::chrono::minutes(2);
 constexpr std::chrono::milliseconds howeverLong(-1);
 

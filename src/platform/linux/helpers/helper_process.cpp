@@ -109,15 +109,16 @@ void HelperProcess::allowSilence(std::chrono::milliseconds silence) {
 }
 
 void HelperProcess::restartSilence(std::chrono::milliseconds silence) {
-    // Where all of us have stood still, the first part ends late, and in the second one it can speak again.
+    // After a suspension of the machine the first timer fires late. The second one gives the helper, which
+    // stood still too, time to speak before it counts as hung.
     const auto lastPart = std::min<std::chrono::milliseconds>(lastChance, silence);
     m_silence = m_clock.after(silence - lastPart,
         [this, lastPart] { m_silence = m_clock.after(lastPart, [this] { concludeSilence(); }); });
 }
 
 void HelperProcess::concludeSilence() {
-    // Where only we have, its word is waiting by now, and counts as in time; be it that it has ended, or the
-    // beginning of a longer one, whose end is waited for anew.
+    // If only this process stood still, the helper's answer, or the end of the helper, is already in the
+    // pipe and counts as in time. It may be the beginning of a longer frame, so the wait starts again.
     const QProcess* process = m_process;
     restartSilence(m_terms.silence);
     if (!m_process->waitForReadyRead(0) && m_process == process)

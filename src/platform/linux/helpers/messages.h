@@ -11,12 +11,13 @@
 
 #include "platform/linux/helpers/frames.h"
 
-/// How messages become payloads. A message is a plain record; `each(message, fields)`, found beside it, hands
-/// its members to `fields` in their order; a member may be such a record too. All messages of a direction are
-/// the alternatives of one variant, and go by their number in it.
+/// How messages become payloads. A message is one alternative of a variant (one variant per direction); it
+/// is sent as the alternative's index, then its members. For every record type a free function `each(record,
+/// fields)`, found by argument-dependent lookup, calls `fields` with the members in order; a member may be a
+/// record itself.
 ///
-/// `pass` serves for writing and for reading: what is read has been made afresh. A protocol adds the types
-/// that it needs beside these by a `pass` in this namespace.
+/// `pass` both writes and reads: with a `Writer` it appends the value, with a `Reader` it overwrites a
+/// default-constructed one. A protocol that needs another type adds an overload of `pass` in this namespace.
 namespace tralio::messages {
 
 struct Writer {

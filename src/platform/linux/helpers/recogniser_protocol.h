@@ -11,9 +11,9 @@
 
 #include "ocr/text_recognizer.h"
 
-/// What the program and its recogniser say to each other, in frames. The recogniser answers the requests in
-/// their order, one reply each; a `PrepareRequest` has none, and a `RecognizeRequest` is first told
-/// `Accepted`, and then how far it has come.
+/// The messages between the program and its recogniser. Requests are answered in order, with one reply each,
+/// except that `PrepareRequest` has no reply, and that `RecognizeRequest` first gets `Accepted` and any
+/// number of `Progress`.
 namespace tralio::recogniser_protocol {
 
 /// More than this is refused before it is decoded.

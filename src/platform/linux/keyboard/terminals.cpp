@@ -90,7 +90,8 @@ std::optional<bool> ProcessTable::servesTerminal(qint32 processId) const {
         for (const Process& process : m_processes) {
             if (process.parent != family.at(next) || isKnownTerminal({process.name}))
                 continue;
-            // One that runs at a terminal of its own has got it within the family.
+            // A descendant whose controlling terminal is not the process's own got it from somebody in this
+            // family.
             const bool isAtOne = isServed(process.terminal) && process.terminal != found->terminal;
             if (isAtOne || hasTerminalOpenForServing(process.id) == true)
                 return true;

@@ -22,10 +22,10 @@ public:
     /// Reads /proc, which takes some milliseconds.
     ProcessTable();
 
-    /// Whether a process is the other end of a terminal, or one that it has started is, as editors have their
-    /// terminals served. What it has started may be a known terminal, though, with a window of its own: that
-    /// one does not count, nor what runs in it. Absent where nothing tells, as of a process of another
-    /// group's rights, whose files are hidden.
+    /// Whether the process, or one of its descendants, holds the master side of a pseudo-terminal, as an
+    /// editor's terminal pane does. Descendants that are known terminals have a window of their own and do
+    /// not count, nor does what runs in them. Absent where it cannot be told: the open files of a process
+    /// with another group's rights are hidden.
     [[nodiscard]] std::optional<bool> servesTerminal(qint32 processId) const;
 
     /// The processes whose program has this name, of which the system knows 15 characters.

@@ -8,8 +8,9 @@
 
 namespace tralio {
 
-/// The hot key that is down. It counts when it is let go: the keyboard must not change hands before. Mutter
-/// keeps the release of such a key from whoever has it then, and X programs repeat it without end.
+/// The hot key that is held down. It counts when it is released, because the keyboard focus must not move
+/// before that: mutter does not deliver the release to the newly focused window, and an X program then
+/// repeats the key for ever.
 class HeldHotKey final {
 public:
     /// `count` is told of each when it is let go, or when it has been down for longer than the desktop may

@@ -69,7 +69,7 @@ void Portal::forgetPortal() {
     m_asked.clear();
     m_knowsUs = false;
     Q_EMIT gone();
-    // The bus starts it for whoever calls, and perhaps nobody else does.
+    // The bus starts the portal only when somebody calls it, and that may be nobody but us.
     m_clock.after(timeToComeBack, this, [this, introduction = m_introduction] {
         if (introduction == m_introduction)
             introduce();
@@ -78,8 +78,8 @@ void Portal::forgetPortal() {
 
 void Portal::introduce() {
     ++m_introduction;
-    // It looks at the processes that call it, and would turn away one that cannot be looked at.
-    // Older portals know no registry, and tell applications apart by how they were started.
+    // Tells the portal our application id. Older portals have no Registry: they derive the id from the
+    // process (its systemd unit), which therefore must stay readable in /proc.
     auto registration = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
         u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
     registration << QGuiApplication::desktopFileName() << QVariantMap();

@@ -89,8 +89,9 @@ private:
     Clock& m_clock;
     QHash<QString, uint> m_versions;
     QHash<QString, Question> m_asked;  ///< for versions, until answered
-    int m_introduction =
-        0;  ///< counts the portals that we came to, so that an answer is known for a late one
+    /// Counts the portals we introduced ourselves to, so that a late answer from an earlier one is
+    /// recognised.
+    int m_introduction = 0;
     bool m_knowsUs = false;
     uint m_lastToken = 0;
 };

@@ -63,18 +63,19 @@ private:
 
     /// Makes a new session in the next turn of the event loop: hot keys change together.
     void scheduleSession();
-    /// The same, after the desktop has ended the session: at once, or, until it has served a press, later.
+    /// Makes a new session after the desktop has ended this one: at once the first time, and after a pause
+    /// if no hot key press has arrived since then.
     void reopen();
     /// The same after a pause, which doubles from a minute to an hour.
     void scheduleAfterPause();
-    /// It works: the next trouble is the first.
+    /// A press has arrived, so the portal works: reopen at once next time, and reset the pause.
     void trustDesktop();
     void createSession();
     void begin(const PortalAnswer& created);
     void listShortcuts();
     void bindShortcuts();
     void endSession();
-    /// What was asked in this session is answered in vain.
+    /// Answers to calls made in this session are ignored from now on.
     void dropQuestions() {
         ++m_generation;
         m_isBinding = false;

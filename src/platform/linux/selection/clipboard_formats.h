@@ -30,9 +30,10 @@ inline constexpr std::array textFormats{
     TextFormat{"TEXT", TextFormat::Encoding::eightBit},
 };
 
-/// A byte order mark stays: this is no file, and a text may begin with what is one there. What says no
-/// encoding is Latin-1, as X11 has it, unless it is UTF-8, as most programs write. Of more than
-/// `longestTextBytes`, which no reader goes on behind, only a text that is too long comes.
+/// Decodes a text in the encoding of its format. A leading U+FEFF stays: in a selection it is text, not a
+/// byte order mark. `eightBit` is Latin-1, as X11 defines it, unless the bytes are valid UTF-8, which most
+/// programs send. More than `longestTextBytes` bytes, where readers stop, give a text for which `isTooLong`
+/// holds.
 [[nodiscard]] QString decodeText(const QByteArray& bytes, TextFormat::Encoding encoding);
 
 }  // namespace tralio

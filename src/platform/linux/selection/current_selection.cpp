@@ -29,8 +29,8 @@ std::optional<QString> selectedTextOf(const ElementSelection& element, const Ask
     if (all)
         all->text.remove(QChar::ObjectReplacementCharacter);  // Chromium's has them in the place of controls
     if (all && !all->text.trimmed().isEmpty() && (hasPlaceholders || all->text.contains(element.text))) {
-        // A part of an old mark may be marked by now, as what is found on a page is: what it is, a copy
-        // tells.
+        // PRIMARY may hold an older, longer selection that contains this one, as after a search in a page.
+        // Only the application's own Copy can tell.
         if (all->mayBeGone && all->text != element.text)
             return std::nullopt;
         return all->text;

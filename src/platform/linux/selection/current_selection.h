@@ -75,9 +75,10 @@ using AskPrimary = std::function<std::optional<PrimaryText>()>;
 /// text of any other, but no mark in it gets to PRIMARY, and nothing is copied from it.
 [[nodiscard]] bool mayBePasswordOfGtk4(const QString& marked, const AskPrimary& primary);
 
+/// How a text was selected, as far as that was seen.
+enum class Marking { unknown, byDoubleClick };
 /// Whether a text could be somebody's password: one word, and not one of letters alone that was marked by a
 /// double click, as words to look up are.
-enum class Marking { unknown, byDoubleClick };
 [[nodiscard]] bool looksLikePassword(const QString& text, Marking marking);
 
 }  // namespace tralio

@@ -7,12 +7,12 @@
 
 namespace tralio {
 
-/// The PRIMARY selection where nobody tells which program owns it: trusted only when the application that was
-/// in front when it changed is in front again.
+/// The PRIMARY selection in sessions that do not report its owner (Wayland). It is attributed to the
+/// application that was in front when it changed, and trusted only while that one is in front.
 ///
-/// Nobody tells of clicks there either, nor of how it was marked. A mark may be gone once it has been asked
-/// for, or is some time old; but only where the application itself can be asked instead, by its Copy, is that
-/// held against it.
+/// Clicks and the way in which it was selected are not reported either. So a selection that was already
+/// fetched once, or is older than 10 s, counts as possibly cleared, but only where the application's own
+/// Copy can be tried instead.
 class FollowedPrimarySelection final : public PrimarySelection {
 public:
     struct Session {

@@ -5,7 +5,7 @@
 
 namespace tralio {
 
-/// What this program has put on the clipboard last, be it by the hand of the user in one of its windows.
+/// What this program last put on the clipboard, also when the user copied in one of its windows.
 class OwnCopies final : public QObject {
 public:
     OwnCopies();

@@ -159,8 +159,8 @@ void SpeechDispatcher::follow(SsipConnection::Event event, qint64 message) {
         return;
     const bool isProbe = m_reading->message != 0 && message > m_reading->message;
     if (isProbe && event == SsipConnection::Event::begin) {
-        // What reads it in the dead engine's place may have more to say: cancelled, before nobody is
-        // connected who could.
+        // Another engine has begun to read the probe: the first one is dead. Cancel before disconnecting,
+        // since the replacement may go on to speak and nobody could stop it then.
         m_connection->send("CANCEL SELF", [this, number = m_reading->number](const SsipConnection::Reply&) {
             if (isPresent(number))
                 fail(u"the speech engine has died"_s);
@@ -189,15 +189,16 @@ void SpeechDispatcher::watch() {
 }
 
 void SpeechDispatcher::probe() {
-    // The daemon does not tell that an engine has died, but then begins what waits behind the text, with
-    // whatever engine it still has: here nothing that can be heard.
+    // The daemon does not report that an engine has died; it then starts the next queued message with
+    // another engine. So an inaudible message is queued: if it begins before our text has ended, the engine
+    // is dead.
     m_connection->speak(u"<speak><mark name=\"probe\"/></speak>"_s, {});
     if (++m_reading->probes % probesPerQuestion != 0) {
         watch();
         return;
     }
-    // Where there is no other engine, nothing begins; where the engine hangs, neither. Asked for its voices,
-    // a dead one makes an error, and a hung one keeps the daemon from answering.
+    // Without another engine, or with one that hangs, the probe never begins. Asking for the voices finds
+    // these cases: a dead engine gives an error, and with a hung one the daemon does not reply.
     m_connection->send(
         "LIST SYNTHESIS_VOICES", [this, number = m_reading->number](const SsipConnection::Reply& reply) {
             if (!isPresent(number))

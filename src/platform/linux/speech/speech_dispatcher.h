@@ -35,8 +35,8 @@ public:
         /// For the first word, once the daemon has begun, where the engine tells of it. Without a sound
         /// device it begins and never reads it.
         std::chrono::milliseconds firstWord = std::chrono::seconds(5);
-        std::chrono::milliseconds quiet = std::chrono::seconds(
-            4);  ///< without news of the text, before it is found out whether it is still read
+        /// Without news of the text, before asking whether it is still being read.
+        std::chrono::milliseconds quiet = std::chrono::seconds(4);
         std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< before the connection is given up
     };
 

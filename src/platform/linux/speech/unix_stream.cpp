@@ -47,7 +47,8 @@ void UnixStream::open(const QString& path) {
     }
     std::ranges::copy(name, address.sun_path);
     m_fd = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    // Never in progress: a listener whose queue is full refuses (EAGAIN) like one that is not there.
+    // connect() on a Unix socket never returns EINPROGRESS: a full queue fails at once with EAGAIN, as a
+    // missing listener does with ECONNREFUSED.
     if (m_fd < 0 || ::connect(m_fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
         end(errno);
         return;

@@ -129,8 +129,8 @@ std::optional<QString> DataControl::text(Selection selection, QDeadlineTimer dea
     const auto pipe = receive(selection, QLatin1String(format->name));
     const qint64 asked = state(selection).changeCount;
     const auto bytes = pipe ? pipe->read(longestTextBytes, deadline) : std::nullopt;
-    // An owner that dies in the middle ends the pipe as one does that is done. What got through then fills
-    // pages of it, and its clipboard goes too.
+    // The pipe ends in the same way when the owner has crashed while writing. Then a whole number of pipe
+    // pages has arrived, and the owner's clipboard disappears: only both together count as a cut-off text.
     const bool mayBePart = bytes && !bytes->isEmpty() && bytes->size() % pipePage == 0;
     if (mayBePart && changeCount(selection) != asked)
         return std::nullopt;

@@ -23,7 +23,8 @@ ToolkitPlatform::ToolkitPlatform() {
 }
 
 ToolkitPlatform::~ToolkitPlatform() {
-    // The toolkit looks for a GL integration when something first wants one; this does, in vain.
+    // Qt chooses its GL integration when a context is first created. Create one now, while the variable is
+    // set, so that it finds none.
     if (!m_chosen.isEmpty() && QGuiApplication::platformName().startsWith(u"wayland"))
         QOpenGLContext().create();
     for (const QByteArray& variable : m_chosen)

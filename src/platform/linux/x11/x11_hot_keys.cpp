@@ -129,8 +129,8 @@ void X11HotKeys::grabHeldKey() {
     const bool isPassing = m_pass && m_pass->keyCode == *m_heldKey;
     if (!isPassing && m_grabs.take(*m_heldKey, anyState))
         return;
-    // Another program has the key with some modifiers: what is free is ours. First without modifiers, as
-    // which it would be typed.
+    // Another program has grabbed the key with some modifiers: take the combinations that are free, first
+    // the one without modifiers, which would type a character.
     const std::vector<quint16> combinations = m_modifiers.significantCombinations();
     const quint16 passing = isPassing ? m_modifiers.stateFor(m_pass->modifiers) : 0;
     for (const quint16 state : combinations)
@@ -176,7 +176,8 @@ quint16 X11HotKeys::heldModifiers() const {
 }
 
 quint16 X11HotKeys::beginFeignedRelease() {
-    // First of all: what the user lets go of from now on ends it.
+    // Listen before asking what is held, so that no release is missed in between: the first key that the
+    // user releases, other than the one of a hot key, ends the taps.
     if (!m_modifierReleases)
         m_modifierReleases.emplace(
             m_rawInput, X11RawInput::Kind::keyReleased, [this](const X11RawInput::Event& event) {

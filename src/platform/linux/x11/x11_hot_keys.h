@@ -31,9 +31,9 @@ public:
     /// Whether a key means a hot key, with these modifiers held, the bits of an event's state.
     [[nodiscard]] bool isHotKey(quint8 keyCode, quint16 held) const;
 
-    /// Lets a synthetic combination, which is pressed right after this, reach the application in front, be it
-    /// a hot key of ours or on a key that is held. Answers whether the key is down, and has to be released
-    /// before it can be pressed.
+    /// Releases our grabs so that a synthetic combination pressed right after this reaches the application
+    /// in front, even if it is one of our hot keys or uses the held key. Returns whether the key is down and
+    /// so must be released synthetically first.
     [[nodiscard]] bool letPass(quint8 keyCode, Modifiers modifiers);
     /// After that combination has been released.
     void endPass();
@@ -41,9 +41,9 @@ public:
     /// Before modifiers are released synthetically: those that the server takes for held, as the bits of an
     /// event's state.
     [[nodiscard]] quint16 beginFeignedRelease();
-    /// After that, with what it answered. Those modifiers still are under the user's hand: until a key is let
-    /// go there, whoever taps the key of their hot key once more means the hot key, and without a grab would
-    /// type over the selection.
+    /// Call after the synthetic release, with what `beginFeignedRelease` returned. The user still holds
+    /// those modifiers: until a key is really released, another tap of the hot key's key means the hot key,
+    /// and without a grab it would type over the selection.
     void endFeignedRelease(quint16 held);
     /// For each key that is released synthetically, with the request that does it.
     void noteFeignedRelease(quint8 keyCode, unsigned request) {

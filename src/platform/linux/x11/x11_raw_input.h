@@ -30,8 +30,8 @@ public:
     };
     using Handler = std::function<void(const Event&)>;
 
-    /// Hears events for as long as it exists, and none that happened before, however late the server's word
-    /// of them comes; not longer than what it listens to. The handler may end it.
+    /// Receives the events of its kinds while it exists; none from before its construction, even if the
+    /// server delivers them later. The X11RawInput outlives it. The handler may destroy it.
     class Listener final {
     public:
         Listener(X11RawInput& input, Kinds kinds, Handler handler);

@@ -50,8 +50,8 @@ bool isPartOfDesktop(X11Connection& connection, xcb_window_t window) {
     });
 }
 
-/// None of a window manager's own that lie across the whole screen: one without a picture that guards what it
-/// hides, or the one that a shell draws its panels in.
+/// Excludes the window manager's own full-screen windows: the input-only one that guards what it covers, and
+/// the one in which a shell draws its panels.
 bool isUnmanagedAid(X11Connection& connection, xcb_window_t window) {
     xcb_connection_t* xcb = connection.xcb();
     const auto attributesAsked = xcb_get_window_attributes(xcb, window);
