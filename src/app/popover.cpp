@@ -8,7 +8,6 @@
 #include <QWindow>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 #include "app/popover_placement.h"
@@ -174,12 +173,13 @@ void Popover::bringToFront() {
 void Popover::place(std::optional<QRect> anchor) {
     QRect available = screenFor(anchor)->availableGeometry();
     const QMargins margins = m_frame->shadowMargins();
-    if (!m_windowSystem.placesWindows())  // what is in the middle is the window with its shadow
-        available.setHeight(available.height() - std::abs(margins.bottom() - margins.top()));
+    if (!m_windowSystem.placesWindows())  // and may keep all of it on the screen, with its shadow
+        available.setHeight(available.height() - margins.top() - margins.bottom());
     m_frame->setContentHeight(popoverHeight(WindowFrame::contentSize.height(), available));
     adjustSize();
     const QRect place = popoverPlace(size().shrunkBy(margins), available, anchor);
     m_place = place.topLeft() - QPoint(margins.left(), margins.top());
+    m_windowSystem.setShadow(winId(), (margins.toMarginsF() * devicePixelRatio()).toMargins());
 }
 
 void Popover::performClose() {

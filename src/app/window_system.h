@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMargins>
 #include <QWindow>
 
 #include <functional>
@@ -24,6 +25,9 @@ public:
     /// Whether a window stands where it wants to, and not in the middle of the screen, its shadow included.
     [[nodiscard]] virtual bool placesWindows() = 0;
 
+    /// Says how much of a window is shadow, in its own pixels, before it is shown. A window manager that is
+    /// not told keeps the shadow on the screen, and moves or cuts the window for it.
+    virtual void setShadow(WId window, const QMargins& margins) = 0;
     /// Brings a window that has just been shown to the front, with the keyboard.
     virtual void activate(WId window) = 0;
     /// Whether a window is the one in front, also while a grab keeps the keyboard from it. False where nobody
@@ -49,6 +53,7 @@ public:
     bool isCompositing() override { return m_compositing == Compositing::yes; }
     bool fades() override { return false; }
     bool placesWindows() override { return false; }
+    void setShadow(WId /*window*/, const QMargins& /*margins*/) override {}
     void activate(WId /*window*/) override {}
     bool isActive(WId /*window*/) override { return false; }
     bool isOverAid() override { return false; }

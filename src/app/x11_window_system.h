@@ -21,6 +21,7 @@ public:
     bool isCompositing() override { return m_activator.isCompositing(); }
     bool fades() override { return isCompositing(); }
     bool placesWindows() override { return true; }
+    void setShadow(WId window, const QMargins& margins) override { m_activator.setShadow(window, margins); }
     void activate(WId window) override { m_activator.activate(window); }
     bool isActive(WId window) override { return m_activator.isActive(window); }
     bool isOverAid() override { return isOverTypingAid(m_connection); }

@@ -169,7 +169,8 @@ TEST(WindowManager, that_prevents_the_stealing_of_the_focus_gives_it_to_the_popo
     }
 }
 
-TEST(WindowManager, with_a_compositor_may_fade_the_popover_but_closing_and_opening_count_at_once) {
+TEST(WindowManager,
+    with_a_compositor_knows_the_shadow_and_may_fade_the_popover_but_closing_and_opening_count_at_once) {
     VirtualDesktop desktop;
     desktop.startCompositor();
     ProgramRun program(desktop);
@@ -179,6 +180,8 @@ TEST(WindowManager, with_a_compositor_may_fade_the_popover_but_closing_and_openi
         desktop.press(u"Escape"_s);
         program.callOnBus(u"Open"_s);
         ASSERT_TRUE(program.comesToFront());
+        EXPECT_TRUE(desktop.run(u"xprop"_s, {u"-id"_s, desktop.windowWithKeyboard(), u"_GTK_FRAME_EXTENTS"_s})
+                        .endsWith(u"= 40, 40, 28, 52"));
         desktop.press(u"ctrl+a"_s);
         desktop.enter(typed);
         ASSERT_TRUE(program.isAsked(typed));

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/x11_window_activator.h"
 
+#include <QGuiApplication>
+
 #include <algorithm>
 #include <iterator>
 
@@ -33,6 +35,16 @@ void X11WindowActivator::activate(WId window) {
 
 bool X11WindowActivator::isActive(WId window) {
     return X11Workspace::activeWindow(m_connection) == static_cast<xcb_window_t>(window);
+}
+
+void X11WindowActivator::setShadow(WId window, const QMargins& margins) {
+    // On the connection that makes and shows the window, so that it comes between the two.
+    const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (toolkit == nullptr)
+        return;
+    const std::array<int, 4> extents{margins.left(), margins.right(), margins.top(), margins.bottom()};
+    xcb_change_property(toolkit->connection(), XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
+        m_connection.atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(), extents.data());
 }
 
 void X11WindowActivator::tellWindowManager(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMargins>
 #include <QWindow>
 
 #include <array>
@@ -19,6 +20,9 @@ public:
 
     /// Whether the window is the one in front, also while a grab keeps the keyboard from it for a moment.
     [[nodiscard]] bool isActive(WId window);
+
+    /// Tells the window manager how much of a window, in its pixels, is shadow: that may leave the screen.
+    void setShadow(WId window, const QMargins& margins);
 
     /// Whether windows may be translucent.
     [[nodiscard]] bool isCompositing();
