@@ -30,7 +30,8 @@ public:
     /// Fresh each time the popover opens.
     Observable<QUuid> openPopoverSignal{*this, QUuid::createUuid()};
     Observable<bool> showOnboarding{*this, false};
-    /// What the shell has to say for a moment, in the words that the user is shown; empty otherwise.
+    /// What the shell has to say for a moment, in the words that the user is shown; empty otherwise. What
+    /// comes next takes its place.
     Observable<QString> notice{*this};
     /// A picture is being read, for whichever panel or for the shell.
     Observable<bool> isReading{*this, false};
@@ -60,7 +61,8 @@ public:
     std::function<void()> onUnlockKey;
 
     /// Asks the translate panel to translate `text`, trimmed; blank text is dropped. The text is in its place
-    /// before the trigger changes. Does not open the popover.
+    /// before the trigger changes. A picture that is still being read came before it, and is given up. Does
+    /// not open the popover.
     void requestTranslation(const QString& text);
     /// The same, but the user has to say yes: the text is put into the input, and not sent.
     void offerTranslation(const QString& text);

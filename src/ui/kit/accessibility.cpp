@@ -1,6 +1,7 @@
 #include "ui/kit/accessibility.h"
 
 #include <QAccessibleWidget>
+#include <QEvent>
 
 #include <algorithm>
 #include <iterator>
@@ -57,6 +58,21 @@ private:
     Control& m_control;
 };
 
+/// Ends news once the part that it stands on has been seen and is hidden: it would be told again whenever the
+/// window is shown.
+class NewsEnd final : public QObject {
+public:
+    explicit NewsEnd(QWidget& part) : QObject(&part) { part.installEventFilter(this); }
+
+    bool eventFilter(QObject* part, QEvent* event) override {
+        if (event->type() == QEvent::Hide) {
+            part->setProperty(newsProperty, QVariant());
+            deleteLater();
+        }
+        return false;
+    }
+};
+
 QAccessibleInterface* interfaceFor(const QString& className, QObject* object) {
     struct PartRole {
         QLatin1StringView className;
@@ -95,6 +111,8 @@ void installAccessibleRoles() {
 }
 
 void announce(QWidget& news) {
+    if (!news.property(newsProperty).isValid())
+        new NewsEnd(news);
     news.setProperty(newsProperty, news.accessibleName());
     if (!news.isVisible())
         return;

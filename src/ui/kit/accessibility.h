@@ -9,7 +9,7 @@ namespace tralio {
 void installAccessibleRoles();
 
 /// Has screen readers say what stands on `news`, wherever the user is: now, or when it comes into sight. For
-/// what the keyboard does not lead to. It is news until another name stands there.
+/// what the keyboard does not lead to. It is news until another name stands there or it is hidden.
 void announce(QWidget& news);
 
 }  // namespace tralio

@@ -1,6 +1,5 @@
 #include "ui/kit/error_strip.h"
 
-#include "ui/kit/accessibility.h"
 #include "ui/kit/button.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
@@ -31,11 +30,8 @@ ErrorStrip::ErrorStrip(QWidget* parent)
 }
 
 void ErrorStrip::setMessage(const QString& message) {
-    if (m_message->text() == beginningOfMessage(message))
-        return;
     m_message->setText(beginningOfMessage(message));
     setAccessibleName(m_message->accessibleName());
-    announce(*this);
 }
 
 void ErrorStrip::paintEvent(QPaintEvent*) {

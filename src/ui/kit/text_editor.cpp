@@ -164,6 +164,9 @@ void TextEditor::dragLeaveEvent(QDragLeaveEvent* event) {
 
 void TextEditor::dropEvent(QDropEvent* event) {
     TextArea::dropEvent(event);
+    // Another program's text is copied, whatever Qt has agreed to: it may have been refused as too long.
+    if (event->source() != viewport())
+        event->setDropAction(Qt::CopyAction);
     m_dragBringsText.reset();
 }
 

@@ -177,6 +177,8 @@ void OnboardingView::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isReturn && !isRepeat(*event))
         mainButton()->click();
+    else if (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown)
+        QCoreApplication::sendEvent(m_pages->currentWidget(), event);  // which has no part to get it from
     else
         QWidget::keyPressEvent(event);
 }

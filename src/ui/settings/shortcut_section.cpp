@@ -65,7 +65,8 @@ QLayout* ShortcutBlock::titleRow(const Words& words) {
 
 QWidget* ShortcutBlock::troubleLine() {
     auto* icon = new IconView({.name = u"exclamationmark.triangle.fill"_s, .pointSize = 11}, ColorRole::red);
-    m_trouble = new Label(QString(), text::caption, ColorRole::red);
+    const QString trouble = m_state.hotKeyTrouble(m_target).value_or(QString());  // an old one is no news
+    m_trouble = new Label(trouble, text::caption, ColorRole::red);
     m_troubleLine = filled(new QWidget, row({.spacing = 6}, {icon, StackItem(m_trouble, {}, 1)}));
     return m_troubleLine;
 }

@@ -126,6 +126,7 @@ bool TranslateState::isResultStale() const {
 void TranslateState::showError(const std::optional<QString>& message) {
     ++m_errors;
     errorMessage = message;
+    Q_EMIT objectWillChange();
 }
 
 std::optional<QString> TranslateState::message() const {
@@ -154,6 +155,7 @@ void TranslateState::performTranslate() {
         showError(keyExposed);
         return;
     }
+    m_needs.appState.notice = QString();
     isTranslating = true;
     showError(std::nullopt);
     m_isResultAwaited = true;
@@ -194,7 +196,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
 
 void TranslateState::cancel() {
     m_needs.appState.stopReading();
-    stopAwaitingPicture();
+    stopAwaiting();
     m_currentTask.request_stop();
     isTranslating = false;
 }
@@ -221,7 +223,7 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     if (text.isEmpty())
         return;
     appState.pendingTextToTranslate = QString();
-    stopAwaitingPicture();
+    stopAwaiting();
     if (!admits(text))
         return;
     inputText.set(text);

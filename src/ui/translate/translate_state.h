@@ -71,6 +71,8 @@ public:
     Observable<bool> isOCROngoing{*this, false};
     Observable<bool> isDropTargeted{*this, false};
     Observable<std::optional<QString>> errorMessage{*this};
+    /// How often an error has been shown or removed: the same one may come twice.
+    [[nodiscard]] qint64 errorCount() const { return m_errors; }
     Observable<bool> isCopied{*this, false};
 
     /// What the error strip says: what is wrong with the settings, until the user takes it away, and the
@@ -131,7 +133,8 @@ private:
     /// Whether the user looks at another panel of this kind, to which it belongs what comes here.
     [[nodiscard]] bool isReplaced() const;
     void countRecognitions(int change);
-    void stopAwaitingPicture();
+    /// Gives up what has not come yet of the clipboard's picture or of a text file.
+    void stopAwaiting();
     /// Whether a text is short enough; the user is told when it is not.
     [[nodiscard]] bool admits(const QString& text);
 
@@ -144,7 +147,7 @@ private:
     qint64 m_errors = 0;              ///< how often the error has changed
     qint64 m_errorsWhileReading = 0;  ///< as it stood when the last reading began
     std::optional<QString> m_errorBeforeReading;
-    int m_textFiles = 0;            ///< that were dropped
+    int m_awaitedFile = 0;          ///< changes when the text file that is being read counts no more
     QPointer<QObject> m_panel;      ///< that shows this
     QPointer<QObject> m_mainState;  ///< whoever owns the input, the settings and the history
     std::optional<std::stop_source> m_awaitedPicture;  ///< from the clipboard's owner

@@ -252,8 +252,14 @@ void TranslateView::refresh() {
     m_cancel->setVisible(canCancel);
 
     const auto message = m_state.message();
-    if (message)
+    const bool isErrorNew = std::exchange(m_errorCount, m_state.errorCount()) != m_state.errorCount();
+    if (message) {
         m_error->setMessage(*message);
+        if (std::exchange(m_message, *message) != *message || (isErrorNew && m_state.errorMessage()))
+            announce(*m_error);
+    } else {
+        m_message.clear();
+    }
     m_errorReveal->setRevealed(message.has_value());
 
     const bool speaking = m_state.speechService().isSpeaking();
@@ -272,9 +278,10 @@ void TranslateView::refresh() {
     m_copy->setColor(m_state.isCopied() ? ColorRole::green : ColorRole::accentText);
 
     m_result->setText(m_state.outputText());
-    const bool isNews = std::exchange(m_shownResult, m_state.outputText()) != m_state.outputText();
-    if (isNews && !m_shownResult.isEmpty())
-        announce(*m_resultTitle);
+    const bool hasEnded = std::exchange(m_wasTranslating, translating) && !translating;
+    const bool isOther = std::exchange(m_shownResult, m_state.outputText()) != m_state.outputText();
+    if (!m_shownResult.isEmpty() && (isOther || (hasEnded && !m_state.isResultStale())))
+        announce(*m_resultTitle);  // also of a result that has come out the same
     m_result->setStale(m_state.isResultStale());
     m_result->setPlaceholder(translating ? QString() : u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
 }

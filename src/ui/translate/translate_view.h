@@ -53,6 +53,9 @@ private:
     Label* m_characterCount;
     bool m_wasShown = false;
     QString m_notice;
+    QString m_message;
+    qint64 m_errorCount = 0;
+    bool m_wasTranslating = false;
     QString m_shownResult;
     QString m_counted;  ///< counting a long text at every refresh would be felt while typing
     Button* m_clear;
