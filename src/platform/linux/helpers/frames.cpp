@@ -62,7 +62,8 @@ void writeAll(int file, std::string_view bytes) {
         if (written > 0)
             bytes.remove_prefix(static_cast<size_t>(written));
         else if (errno != EINTR)
-            _exit(EXIT_FAILURE);  // nobody is there to read
+            // the reader has gone
+            _exit(EXIT_FAILURE);
     }
 }
 
