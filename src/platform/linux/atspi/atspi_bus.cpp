@@ -179,8 +179,7 @@ void AtspiBus::windowDeactivated(const QDBusMessage& event) {
 
 void AtspiBus::setActive(const AtspiReference& window, bool active) {
     if (active == (m_activeWindow == window))
-        // a duplicate, or the end of a window after its successor has already become active
-        return;
+        return;  // a duplicate, or the end of a window after its successor has already become active
     m_activeWindow = active ? window : AtspiReference();
     ++m_activationCount;
 }

@@ -62,8 +62,7 @@ void writeAll(int file, std::string_view bytes) {
         if (written > 0)
             bytes.remove_prefix(static_cast<size_t>(written));
         else if (errno != EINTR)
-            // the reader has gone
-            _exit(EXIT_FAILURE);
+            _exit(EXIT_FAILURE);  // the reader has gone
     }
 }
 

@@ -55,8 +55,7 @@ void pass(auto& stream, Value& value) {
 }
 
 void pass(auto& stream, bool& value) {
-    // which may have any value when it arrives
-    auto byte = static_cast<unsigned char>(value);
+    auto byte = static_cast<unsigned char>(value);  // which may have any value when it arrives
     stream.copy(&byte, 1);
     value = byte != 0;
 }

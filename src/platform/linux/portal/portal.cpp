@@ -127,8 +127,7 @@ uint Portal::awaitVersion(const QString& interface) {
     const auto asked = m_asked.constFind(interface);
     if (asked != m_asked.cend() && asked->limit == quickAnswer) {
         QDBusPendingCall call = asked->call;
-        // bounded: the call has a time limit of its own
-        call.waitForFinished();
+        call.waitForFinished();  // bounded: the call has a time limit of its own
         const QDBusPendingReply<QDBusVariant> reply = call;
         if (reply.isValid())
             return reply.value().variant().toUInt();
