@@ -30,7 +30,7 @@ public:
     /// A new id each time the popover opens.
     Observable<QUuid> openPopoverSignal{*this, QUuid::createUuid()};
     Observable<bool> showOnboarding{*this, false};
-    /// A short-lived message of the shell to the user; empty if there is none.
+    /// What the shell has to say for a moment, in the words that the user is shown; empty otherwise.
     Observable<QString> notice{*this};
     /// A picture is being read, for a panel or for the shell.
     Observable<bool> isReading{*this, false};
@@ -59,10 +59,10 @@ public:
     std::function<void()> onStoreTroubleDismissed;
     std::function<void()> onUnlockKey;
 
-    /// Asks the translate panel to translate `text`, trimmed; a blank text is ignored. The text is set before
-    /// the trigger changes. Does not open the popover.
+    /// Asks the translate panel to translate `text`, trimmed; blank text is dropped. The text is in its place
+    /// before the trigger changes. Does not open the popover.
     void requestTranslation(const QString& text);
-    /// The same, but the user has to confirm: the text is put into the input and not sent.
+    /// The same, but the user has to say yes: the text is put into the input, and not sent.
     void offerTranslation(const QString& text);
     void notifyPopoverOpened();
 
