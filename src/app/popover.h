@@ -14,7 +14,7 @@ namespace tralio {
 class WindowFrame;
 
 /// The popover as an ordinary frameless window: a popup window would grab the keyboard and the pointer of the
-/// desktop, and could not be opened from a tray. It closes on Escape, and when PopoverFocus says so.
+/// desktop, which trays refuse. It closes on Escape, and when PopoverFocus says so.
 ///
 /// Where a compositor runs it fades in and out. It counts as shown, with the keyboard focus, from the first
 /// moment of fading in, and as closed from the first moment of fading out.
