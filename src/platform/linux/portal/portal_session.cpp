@@ -113,7 +113,7 @@ void PortalHotKeys::bindShortcuts() {
             reportAll(HotKeyStatus::refused);
             return;
         }
-        // WORKAROUND: later backends of KDE answer with an empty list, and report what they bound only in
+        // Backends of KDE later than 5.27 answer with an empty list, and report what they bound only in
         // ListShortcuts.
         ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, requestLimit,
             [this](const PortalAnswer& listed) {
