@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 constexpr int opening = 120;  // milliseconds
 constexpr int closing = 80;
 constexpr int rise = 4;
-/// The first frame already shows something: a hot key is answered at once.
+/// The opacity of the first frame: something is visible at once after a hot key.
 constexpr qreal firstPresence = 0.25;
 
 QScreen* screenFor(std::optional<QRect> anchor) {
@@ -68,7 +68,7 @@ void Popover::show(std::optional<QRect> anchor) {
     }
     m_frame->setEdges(edges);
     if (!m_shown) {
-        hide();  // one that is fading out opens anew, with all that comes of it
+        hide();  // a popover that is fading out is opened anew, with all the signals
         place(anchor);
         appear(motionTime(opening));
         m_windowSystem.watchPointer([this](WindowSystem::Pointer what) { pointerDid(what); });
@@ -112,14 +112,14 @@ int Popover::motionTime(int time) const {
 }
 
 void Popover::setPresence(qreal presence) {
-    if (windowOpacity() != presence)  // not every window system knows of it
+    if (windowOpacity() != presence)  // not every window system supports opacity
         setWindowOpacity(presence);
     if (m_shown)
         move(m_place + QPoint(0, qRound(rise * (1 - presence))));
 }
 
 void Popover::hideEvent(QHideEvent* event) {
-    // Also when the window manager closes the window.
+    // Also called when the window manager closes the window.
     ends();
     m_motion.stop();
     QWidget::hideEvent(event);
@@ -155,7 +155,7 @@ bool Popover::isInFront() const {
 
 bool Popover::isUnderPointer() const {
     const QPoint pointer = QCursor::pos();
-    // The shadow is beside the window, whatever the window system thinks.
+    // The shadow does not count as part of the window, although it belongs to it for the window system.
     if (m_frame->contentArea().translated(pos() + m_frame->pos()).contains(pointer))
         return true;
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -197,7 +197,7 @@ bool Popover::event(QEvent* event) {
 }
 
 bool Popover::eventFilter(QObject* watched, QEvent* event) {
-    // Of the window itself: its widgets want motions with a button down only.
+    // Filtered on the QWindow: widgets get motions only while a button is down.
     if (event->type() == QEvent::MouseMove && watched == windowHandle())
         m_focus.movedInside();
     return QWidget::eventFilter(watched, event);
@@ -211,7 +211,7 @@ void Popover::keyPressEvent(QKeyEvent* event) {
 }
 
 void Popover::mousePressEvent(QMouseEvent* event) {
-    // The shadow is beside the window, whatever the window system thinks.
+    // A click on the shadow is a click beside the window.
     if (!m_frame->contentArea().translated(m_frame->pos()).contains(event->pos()))
         performClose();
 }

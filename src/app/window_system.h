@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-/// What a session does for a window like the popover, beside what the toolkit does.
+/// What a session offers for a window like the popover, beyond Qt.
 class WindowSystem {
 public:
     enum class Pointer { pressed, released, moved };
@@ -34,16 +34,16 @@ public:
     /// tells.
     [[nodiscard]] virtual bool isActive(WId window) = 0;
 
-    /// Whether the pointer is over a window that helps with typing, or says something, and takes no keyboard:
-    /// a click there means no other place. False where nobody tells.
+    /// Whether the pointer is over a window that does not take the focus and helps with typing or notifies: a
+    /// click there does not mean that the user has gone elsewhere. False if unknown.
     [[nodiscard]] virtual bool isOverAid() = 0;
 
-    /// Tells what the mouse does outside our windows too, as far as programs are told, until the handler is
-    /// replaced by an empty one.
+    /// Reports what the mouse does, also outside our windows as far as the session lets programs know, until
+    /// the handler is replaced by an empty one.
     virtual void watchPointer(PointerHandler handler) = 0;
 };
 
-/// Where the toolkit does all that is done.
+/// For sessions that offer nothing beyond Qt.
 class ToolkitWindowSystem final : public WindowSystem {
 public:
     enum class Compositing { no, yes };

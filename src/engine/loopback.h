@@ -4,8 +4,8 @@
 
 namespace tralio {
 
-/// Whether a host is this machine itself: what goes there crosses no network.
-/// @param host in small letters; an address of IPv6 with its brackets or without
+/// Whether a host is this machine itself, so that nothing crosses a network.
+/// @param host in lower case; an IPv6 address with or without brackets
 [[nodiscard]] bool isLoopback(std::string host);
 
 }  // namespace tralio

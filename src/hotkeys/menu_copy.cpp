@@ -7,7 +7,7 @@
 namespace tralio {
 namespace {
 
-/// The lower-cased title of an item that means Copy, or nothing for any other item.
+/// The lower-case title of a menu item that means Copy; nothing for any other item.
 std::optional<QString> titleOfCopyItem(AccessibleElement& item) {
     const auto character = item.commandCharacter();
     const QString title = item.title().value_or(QString()).toLower();

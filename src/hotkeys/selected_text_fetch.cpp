@@ -42,7 +42,7 @@ std::optional<QString> trimmedIfAny(const std::optional<QString>& text) {
     return trimmed.isEmpty() ? std::nullopt : std::optional(trimmed);
 }
 
-/// None of a password.
+/// The selection of an element, never that of a password field.
 std::optional<QString> selectionOf(AccessibleElement& element) {
     if (element.holdsPassword())
         return std::nullopt;
@@ -180,7 +180,7 @@ void SelectedTextFetch::pressCopyShortcut(qint32 pid) {
 
 void SelectedTextFetch::waitForPasteboardChange(
     qint64 initialCount, std::chrono::milliseconds maxWait, Completion completion) {
-    // The timer lives and dies with this object; this object owns it, so that no tick outlives it.
+    // The timer's context is a child of this object, so that no tick comes after it is destroyed.
     auto* wait = new QObject(this);
     m_platform.clock.every(pollInterval, wait,
         [this, wait, initialCount, maxWait, elapsed = 0ms, patience = 1,
@@ -191,7 +191,7 @@ void SelectedTextFetch::waitForPasteboardChange(
                 return;
             const auto concealed = changed ? m_platform.pasteboard.isConcealed() : std::optional<bool>(false);
             if (!concealed && patience-- > 0)
-                return;  // an owner that has much to do may say it when it is asked once more
+                return;  // a busy owner gets one more chance to say whether it is a password
 
             std::optional<QString> content;
             if (concealed == true) {
@@ -203,7 +203,7 @@ void SelectedTextFetch::waitForPasteboardChange(
             } else if (changed) {
                 content = m_platform.pasteboard.string();
             }
-            // Ending the wait takes this lambda with it: what is still needed moves to the stack first.
+            // Deleting `wait` destroys this lambda: move what is still needed to the stack first.
             const Completion deliver = std::move(completion);
             delete wait;
             deliver(content ? std::optional(content->trimmed()) : std::nullopt);

@@ -12,7 +12,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 const QString apiKey = AppSettings::apiKeyKey.toString();
-/// True while the keeper may have a key that the user has given up.
+/// True while the keyring may still have a key that the user has removed.
 const QString keyToForget = u"app_api_key_to_forget"_s;
 
 }  // namespace
@@ -25,7 +25,7 @@ SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& kee
 
 SecretKeyValueStore::~SecretKeyValueStore() {
     m_keeper.onChange = nullptr;
-    // Nobody knows whether it arrives.
+    // Nobody will learn whether a key that is on its way to the keyring arrives, so assume the safe case.
     if (m_handedOver && isSecret())
         m_store.setValue(apiKey, *m_key);
     else if (m_handedOver)
@@ -49,7 +49,8 @@ void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
     m_key = *text;
     setAwaited(false);
     const bool wasKept = holdsMarker();
-    // Typed letter by letter, it goes to a keeper that has proved to work without touching the disk.
+    // A key that is typed letter by letter is not written to the disk each time once the keyring has proved
+    // to work.
     if (!wasKept || !isSecret())
         m_store.setValue(apiKey, *m_key);
     if (isSecret()) {
@@ -131,7 +132,7 @@ void SecretKeyValueStore::handOver() {
         const QString sent = *std::exchange(m_handedOver, std::nullopt);
         if (answer != SecretKeeper::Answer::done) {
             if (!isSecret())
-                forget();  // it may have kept the key without a word
+                forget();  // the keyring may have stored the key without confirming it
             else if (holdsMarker())
                 m_store.setValue(apiKey, *m_key);
         } else if (m_key == sent) {

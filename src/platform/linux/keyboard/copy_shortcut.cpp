@@ -13,7 +13,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The program that a desktop entry starts, without its folder.
+/// The name of the program that a desktop entry starts, without its folder.
 QString programOf(const QByteArray& entry) {
     const qsizetype start = entry.indexOf("\nExec=") + 6;
     const QStringList words = QString::fromUtf8(entry.mid(start, entry.indexOf('\n', start) - start))
@@ -23,7 +23,7 @@ QString programOf(const QByteArray& entry) {
     return program == words.end() ? QString() : QFileInfo(QString(*program).remove(u'"')).fileName();
 }
 
-/// Whether an installed application of this id says that it is no terminal, and runs without serving one.
+/// Whether an installed application with this id is not declared as a terminal, and runs without serving one.
 bool runsAsOther(const QString& id) {
     for (const QString& candidate : {id, id.toLower()}) {
         const QString path =
@@ -56,7 +56,7 @@ CopyShortcut copyShortcutIn(const CopyTarget& target) {
     const QStringList& names = target.names;
     if (isTerminalWithoutShortcut(names) || hasOtherKeys(names))
         return CopyShortcut::none;
-    // The ones that tell of a terminal's role have the shortcut too.
+    // Applications that report the terminal role have this shortcut, too.
     if (isTerminalWithShortcut(names) || target.focusIsTerminal == true)
         return CopyShortcut::controlShift;
     if (target.servesTerminal == true && target.focusIsTerminal != false)

@@ -17,7 +17,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int keeperLimit = 25'000;  // milliseconds, of which nothing waits
+constexpr int keeperLimit = 25'000;  // milliseconds; nothing blocks on it
 
 const QString serviceInterface = u"org.freedesktop.Secret.Service"_s;
 const QString collectionInterface = u"org.freedesktop.Secret.Collection"_s;
@@ -48,10 +48,10 @@ SecretService::SecretService(QDBusConnection bus) : m_bus(std::move(bus)) {
         if (onChange)
             onChange();
     });
-    // A collection tells so that it was unlocked.
+    // A collection reports in this way that it has been unlocked.
     m_bus.connect(QLatin1String(service), {}, propertiesInterface, u"PropertiesChanged"_s,
         {collectionInterface}, {}, this, SLOT(propertiesChanged(QDBusMessage)));
-    // Not all of them do so. KeePassXC tells this of the whole service.
+    // Not all services do so. KeePassXC reports the change for the whole service.
     for (const QString& event : {u"CollectionCreated"_s, u"CollectionChanged"_s})
         m_bus.connect(QLatin1String(service), QLatin1String(path), serviceInterface, event, this,
             SLOT(collectionsChanged()));
@@ -126,7 +126,7 @@ void SecretService::find(std::function<void(Answer, const QString&)> then) {
             return;
         }
         if (unlocked.isEmpty()) {
-            // Only one that is open has to tell all that it keeps.
+            // "Not found" is only reliable if the collection is unlocked: locked ones may hide their items.
             findCollection(
                 Start::may,
                 [then](const DefaultCollection& collection) {
@@ -159,7 +159,7 @@ void SecretService::find(std::function<void(Answer, const QString&)> then) {
 void SecretService::keep(const QString& secret, std::function<void(Answer)> then) {
     const auto fail = [then] { then(Answer::unavailable); };
     const auto takeCollection = [=, this](const DefaultCollection& collection) {
-        // To a locked one the service would answer with a question to the user.
+        // A service would answer a write to a locked collection by asking the user.
         if (collection.path.path().isEmpty())
             fail();
         else if (collection.isLocked)
@@ -220,7 +220,7 @@ void SecretService::deleteItems(QList<QDBusObjectPath> items, const std::functio
             if (object(reply, 0).path() == noObject)
                 deleteItems(items, then);
             else
-                then(Answer::locked);  // it wants to ask the user
+                then(Answer::locked);  // the service wants to ask the user
         },
         [then] { then(Answer::unavailable); });
 }

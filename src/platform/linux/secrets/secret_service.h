@@ -9,9 +9,9 @@
 
 namespace tralio {
 
-/// The keeper of secrets of the desktop (org.freedesktop.secrets, of GNOME, KDE and KeePassXC). The secret
-/// lies in its default collection under an attribute of ours. It crosses the session bus unencrypted, as the
-/// user's own programs are alone there.
+/// The desktop's keyring (org.freedesktop.secrets, provided by GNOME, KDE and KeePassXC). The secret is
+/// stored in the default collection under an attribute of ours. It crosses the session bus unencrypted: only
+/// the user's own programs are there.
 class SecretService final : public QObject, public SecretKeeper {
     Q_OBJECT
 
@@ -21,9 +21,9 @@ public:
 
     explicit SecretService(QDBusConnection bus = QDBusConnection::sessionBus());
 
-    /// May start the service, which keeps what is looked for.
+    /// May start the service, since the secret is expected to be there.
     void find(std::function<void(Answer answer, const QString& secret)> then) override;
-    /// Starts no service for its sake.
+    /// Does not start the service.
     void keep(const QString& secret, std::function<void(Answer)> then) override;
     void forget(std::function<void(Answer)> then) override;
     void unlock() override;
@@ -37,11 +37,11 @@ private:
     enum class Start { may, mustNot };
 
     struct DefaultCollection {
-        QDBusObjectPath path;  ///< empty when there is none
+        QDBusObjectPath path;  ///< empty if there is none
         bool isLocked = true;
     };
 
-    /// Calls a method; `take` gets the reply, and `fail` is called where there is none.
+    /// Calls a method. `take` gets the reply; `fail` is called if there is none.
     void call(const QString& object, const QString& interface, const QString& method,
         const QVariantList& arguments, Start start, Take take, std::function<void()> fail);
     void callService(const QString& method, const QVariantList& arguments, Start start, Take take,

@@ -9,7 +9,7 @@
 namespace tralio {
 namespace {
 
-/// On another thread, with a connection of its own.
+/// Runs on another thread, with a connection of its own.
 Picture readPicture() {
     const auto connection = X11Connection::open();
     return connection ? readSelectionPicture(*connection, connection->atom("CLIPBOARD"),
@@ -41,7 +41,7 @@ std::optional<QString> X11Pasteboard::textOf(QClipboard::Mode mode, xcb_atom_t s
 
 QCoro::Task<Picture> X11Pasteboard::picture() {
     if (QGuiApplication::clipboard()->ownsClipboard())
-        co_return Picture();  // we copy texts only
+        co_return Picture();  // only texts are copied
     auto reading = inBackground(&readPicture);
     co_return co_await std::move(reading);
 }

@@ -8,7 +8,7 @@
 
 namespace tralio {
 
-/// The CLIPBOARD selection. The server reports every change of its owner, which is what the count counts.
+/// The CLIPBOARD selection. The change count is the number of owner changes, which the server reports.
 class X11Pasteboard final : public Pasteboard {
 public:
     explicit X11Pasteboard(X11Connection& connection);

@@ -10,7 +10,8 @@
 namespace tralio {
 namespace {
 
-/// The source of a request to the window manager: the user, not an application that pushes itself forward.
+/// The source indication of a request to the window manager: the user, not an application that pushes itself
+/// forward.
 constexpr quint32 byTheUser = 2;
 
 }  // namespace
@@ -21,7 +22,7 @@ void X11WindowActivator::activate(WId window) {
     const xcb_timestamp_t time = m_connection.serverTime();
     const auto target = static_cast<xcb_window_t>(window);
 
-    // Not a window of the user's: it belongs to the tray.
+    // The window belongs to the tray item, so it is kept out of taskbars and window switchers.
     constexpr quint32 add = 1;
     tellWindowManager(target, "_NET_WM_STATE",
         {add, m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR"), m_connection.atom("_NET_WM_STATE_SKIP_PAGER"),

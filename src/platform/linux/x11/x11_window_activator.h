@@ -9,8 +9,9 @@
 
 namespace tralio {
 
-/// Brings our window to the front with the keyboard focus, also under window managers that keep windows from
-/// stealing it: the request carries the present time, which is what the user's press was a moment ago.
+/// Brings our window to the front with the keyboard focus, also under window managers that prevent focus
+/// stealing: the request carries the current time, which is practically that of the user's key press or
+/// click.
 class X11WindowActivator final {
 public:
     explicit X11WindowActivator(X11Connection& connection);
