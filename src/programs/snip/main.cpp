@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
         return misused;
     }
     const QString path = QFile::decodeName(argv[2]);
-    // Better now than when the user has drawn.
+    // Checked now, rather than after the user has drawn.
     if (const QString obstacle = PictureFile::obstacleAt(path); !obstacle.isEmpty())
         return fail(obstacle);
     try {

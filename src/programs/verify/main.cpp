@@ -28,7 +28,7 @@ struct FreeKey {
     void operator()(EVP_MD_CTX* context) const { EVP_MD_CTX_free(context); }
 };
 
-/// Empty when it is not so many bytes.
+/// Empty unless the text has exactly `size` bytes in hexadecimal digits.
 Bytes fromHex(std::string_view digits, size_t size) {
     Bytes bytes;
     for (size_t at = 0; at + 1 < digits.size(); at += 2) {
@@ -41,7 +41,7 @@ Bytes fromHex(std::string_view digits, size_t size) {
     return digits.size() == 2 * size ? bytes : Bytes();
 }
 
-/// A file in memory, for as long as it is needed: the algorithm wants the whole text at once.
+/// A file mapped into memory for its lifetime: Ed25519 verification needs the whole text at once.
 class MappedFile final {
 public:
     explicit MappedFile(const char* path) {
