@@ -111,8 +111,8 @@ TEST_F(InputMethod, what_a_composition_shows_is_translated_and_a_return_that_con
         const bool isTelexOn = desktop.run(u"fcitx5-remote"_s, {u"-n"_s}) == u"unikey";
         return isTelexOn && program->isPopoverInFront();
     }));
-    desktop.enter(u"Xin chaof tieengs Vieetj"_s);  // this input method passes Return on after confirming
-                                                   // the last word
+    // This input method passes Return on after confirming the last word.
+    desktop.enter(u"Xin chaof tieengs Vieetj"_s);
     EXPECT_TRUE(translates(u"Xin chào tiếng Việt"_s));
 
     desktop.press(u"ctrl+a"_s);

@@ -16,8 +16,8 @@ class QTcpSocket;
 
 namespace tralio {
 
-/// The stand-in: a small HTTP server on loopback in the place of a model. It speaks the chat-completions
-/// protocol, keeps every request it gets, and misbehaves in the ways that servers on the Internet do.
+/// The stand-in: a small HTTP server on loopback that replaces a model. It speaks the chat-completions
+/// protocol, records every request, and can misbehave in the ways that servers on the Internet do.
 ///
 ///     StandInModel standIn;
 ///     standIn.translatesTo(u"Xin chào"_s);

@@ -1,8 +1,8 @@
 // Writes a picture of every state of every panel, in the light and in the dark scheme, and of the parts of
 // the kit:
 //     tralio-screenshots FOLDER [--only TEXT] [--accent #rrggbb]
-// At the scale of QT_SCALE_FACTOR, which has to stand before the program begins; the files of another scale
-// than 1 say so in their names.
+// The scale is that of QT_SCALE_FACTOR, to be set in the environment; a scale other than 1 is in the names of
+// the files.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>

@@ -1,5 +1,5 @@
-// `open PATH.app` starts the program of an application bundle and leaves it to itself, as the command of that
-// name does where bundles come from.
+// `open PATH.app` starts the program of an application bundle, detached, as the command of that name does on
+// the system that bundles come from.
 
 #include <QCoreApplication>
 #include <QDir>

@@ -10,11 +10,10 @@
 #include <unistd.h>
 #include <vector>
 
-// Whether a file bears the Ed25519 signature of a key. A process of its own, for what it reads is foreign and
-// may be large.
+// Checks a file's Ed25519 signature. A process of its own, since the file is untrusted and may be large.
 //
-// Usage: tralio-verify FILE SIGNATURE PUBLIC_KEY, the last two in hexadecimal digits. Ends with 0 when it
-// does, with 1 when it does not, and with 2 when that cannot be told.
+// Usage: tralio-verify FILE SIGNATURE PUBLIC_KEY, the last two in hexadecimal digits. Exits with 0 if the
+// signature is valid, with 1 if it is not, and with 2 if it could not be checked.
 
 namespace {
 

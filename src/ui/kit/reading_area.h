@@ -13,7 +13,8 @@ public:
 
     /// Shows another text from its beginning; for the same text, selection and scroll position stay.
     void setText(const QString& text);
-    /// Dims the text, which is not the result for the present input.
+    /// Dims the text if it is not the result for the present input; screen readers call it the former
+    /// translation.
     void setStale(bool stale);
 
     /// The minimum height: its owner gives it the room that is left.

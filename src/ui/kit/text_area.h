@@ -44,7 +44,7 @@ protected:
     /// Replaces the whole content in one undoable step. The caret goes to the end.
     void replaceText(const QString& text);
 
-    /// Chooses the wrap mode for the new text. Call before any text is inserted.
+    /// Lets lines break anywhere if `text` has an endless word. Call before any text is inserted.
     void prepareFor(const QString& text);
 
     /// Runs `change` (undo or redo), which may bring in any text: only afterwards is it known which.
