@@ -7,7 +7,8 @@ namespace tralio {
 namespace {
 
 struct Hung : OnDesktop {
-    /// It has done no lasting harm. What is selected now is not what was selected before.
+    /// Expects that a fault did no lasting harm. Selects another text than before, so that an old one is
+    /// recognised.
     void expectNoHarm() {
         ASSERT_TRUE(program.closePopover());
         ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
@@ -76,7 +77,7 @@ TEST_F(KilledPicker, costs_that_capture_and_nothing_else_whenever_it_dies) {
         [] {},  // at its start
         [] {},
         [&] { desktop.xdotool(u"mousemove 100 100 mousedown 1 mousemove 200 200 mousemove 300 250"_s); },
-        // While it writes, which takes some milliseconds that nobody tells apart.
+        // While it writes, which takes some milliseconds that cannot be observed from outside.
         draw,
         draw,
     };

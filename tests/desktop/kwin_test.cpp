@@ -8,9 +8,8 @@
 namespace tralio {
 namespace {
 
-/// A session of KDE's window manager without a screen, with the desktop portal and KDE's backend of it. No
-/// key can be pressed here; its daemon of shortcuts is told that one was. The compositor and the portal are
-/// an ordinary user's.
+/// A headless session of KWin, with the desktop portal and KDE's backend for it. Keys cannot be pressed here;
+/// kglobalaccel is told that one was. Compositor and portal run as an ordinary user.
 class KwinDesktop final : public TestSession {
 public:
     KwinDesktop() {
@@ -19,16 +18,16 @@ public:
         startBus();
         startCompositor();
         setVariable(u"WAYLAND_DISPLAY"_s, m_socket);
-        // For what the bus starts, whose own environment is older than the compositor.
+        // For services that the bus starts, since its environment was set before the compositor ran.
         run(u"dbus-update-activation-environment"_s, {u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM=wayland"_s});
-        // The compositor calls the portal too: that would start it before there is a display for its
-        // backend, without which the portal then stays.
+        // The compositor calls the portal, too. That would start the portal before its backend has a display,
+        // and it would then stay without a backend.
         offerServices(home(),
             {u"org.freedesktop.portal.Desktop"_s, u"org.freedesktop.impl.portal.PermissionStore"_s,
                 m_backend});
     }
 
-    /// The shortcuts that this program has with the desktop.
+    /// The shortcuts that kglobalaccel has for this program.
     [[nodiscard]] QString shortcuts() const {
         return callOnBus(m_accelerators, component(), u"org.kde.kglobalaccel.Component.shortcutNames"_s);
     }
@@ -36,7 +35,7 @@ public:
         callOnBus(m_accelerators, component(), u"org.kde.kglobalaccel.Component.invokeShortcut"_s,
             {u"translate-selection.LOGO+SHIFT+d"_s});
     }
-    /// Ends KDE's backend of the portal, as a crash would.
+    /// Kills KDE's backend of the portal, as in a crash.
     void endPortalBackend() const {
         // "(uint32 1234,)"
         const QString process = callOnBus(u"org.freedesktop.DBus"_s, u"/"_s,
@@ -44,28 +43,29 @@ public:
         run(u"kill"_s, {process.section(u' ', 1).chopped(2)});
     }
 
-    /// Whether a window of this title is open.
+    /// Whether a window with this title is open.
     [[nodiscard]] bool hasWindow(const QString& title) const {
         return askForWindows(u"Match"_s, {title}).contains(title);
     }
     void bringToFront(const QString& title) const {
-        // "([('0_{…}', …": what to do, and with which window.
+        // "([('0_{…}', …": the action to run, with the id of the window.
         const QString match = askForWindows(u"Match"_s, {title}).section(u'\'', 1, 1);
         askForWindows(u"Run"_s, {match, QString()});
     }
 
 private:
-    /// As the package does it: KDE knows programs by their desktop files.
+    /// Installs what the package installs: KDE identifies programs by their desktop files.
     void installProgram() {
         write(u".local/share/applications/org.tralio.Tralio.desktop"_s,
             QString::fromUtf8(contentOf(QStringLiteral(TRALIO_SHARE "/org.tralio.Tralio.desktop"))));
-        // A file whose program is not found counts for nothing.
+        // KDE ignores a desktop file whose program is not found.
         setVariable(u"PATH"_s,
             QFileInfo(QStringLiteral(TRALIO_PROGRAM)).path() + u':' + environment().value(u"PATH"_s));
     }
     void startCompositor() {
-        setVariable(u"KWIN_COMPOSE"_s, u"Q"_s);  // no GL: slow without a graphics card
-        // The installed file has a capability, which an ordinary user's sandbox refuses; a copy has none.
+        setVariable(u"KWIN_COMPOSE"_s, u"Q"_s);  // no GL, which is slow without a graphics card
+        // The installed file has a capability, which an ordinary user's sandbox refuses to run; a copy has
+        // none.
         const QString ours = home() + u"/kwin_wayland"_s;
         QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), ours);
         start(ours,
@@ -76,17 +76,17 @@ private:
             [this] { return QFile::exists(home() + u"/runtime/"_s + m_socket) && !components().isEmpty(); },
             30);
     }
-    /// What has this program's shortcuts there; empty where nothing has.
+    /// The object path of this program's shortcuts; empty if it has none.
     [[nodiscard]] QString component() const {
-        // By the application's id; where the portal knows none, by the token of our session with it.
+        // Named after the application id, or, if the portal does not know one, after our session's token.
         static const QRegularExpression ours(u"/component/(org_tralio_Tralio|(token_)?tralio)\\b"_s);
         return ours.match(components()).captured();
     }
-    /// All that the daemon of shortcuts knows.
+    /// Everything that kglobalaccel has registered.
     [[nodiscard]] QString components() const {
         return callOnBus(m_accelerators, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel.allComponents"_s);
     }
-    /// Asks the search for windows of the desktop.
+    /// Calls KWin's search for windows.
     QString askForWindows(const QString& method, const QStringList& arguments) const {
         return callOnBus(u"org.kde.KWin"_s, u"/WindowsRunner"_s, u"org.kde.krunner1."_s + method, arguments);
     }
@@ -99,7 +99,7 @@ private:
 struct Kwin : testing::Test {
     Kwin() { accessibility.open(); }
 
-    /// An editor in which a text is selected; by accessibility, for want of a keyboard.
+    /// Starts an editor and selects all of its text, by accessibility, since there is no keyboard.
     void startEditor(const QString& text) {
         const qint64 editor = desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)}).processId();
         ASSERT_TRUE(waitUntil([&] {
@@ -114,8 +114,8 @@ struct Kwin : testing::Test {
                         .call(object, u"org.a11y.atspi.Text"_s, method, arguments, question.budget)
                         .value_or(QVariantList());
                 };
-                // It shows itself first, reads its file then, and the compositor may still be about to bring
-                // it to the front.
+                // The window appears before the file is read, and the compositor may still be about to raise
+                // it.
                 const int length = static_cast<int>(text.size());
                 if (call(u"GetSelection"_s, {0}) == QVariantList{0, length})
                     return activeAtspiApplication(accessibility).value_or(AtspiApplication()).processId ==

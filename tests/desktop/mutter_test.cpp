@@ -14,9 +14,9 @@
 namespace tralio {
 namespace {
 
-/// A session of GNOME's compositor without a screen and without Xwayland, with a keyboard of the test's own.
-/// It gives programs no data control, and tells nobody of other programs' windows. A hot key is a call on the
-/// bus, as its users bind them. The compositor is an ordinary user's.
+/// A headless session of GNOME's compositor without Xwayland, with a keyboard that the test controls. The
+/// compositor offers no data control and does not report other programs' windows. A hot key is a call on the
+/// session bus, as users bind it. The compositor runs as an ordinary user.
 class MutterDesktop final : public TestSession {
 public:
     MutterDesktop() {
@@ -34,7 +34,7 @@ public:
     void pressTextHotKey() const override {
         callOnBus(u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio.TranslateSelection"_s);
     }
-    /// Presses keys, by evdev code, in their order, and lets them go.
+    /// Presses keys, given as evdev codes, in order, and releases them.
     void press(const std::vector<quint32>& keys) const {
         for (const quint32 key : keys)
             input(u"NotifyKeyboardKeycode"_s, {key, true});
@@ -62,27 +62,27 @@ private:
     }
 
     const QString m_service = u"org.gnome.Mutter.RemoteDesktop"_s;
-    QString m_remote;  ///< the session of remote input, an object of the compositor's
+    QString m_remote;  ///< the object path of the compositor's remote input session
 };
 
 class Mutter : public testing::Test {
 protected:
-    /// With the keyboard.
+    /// Starts an editor. Returns whether it gets the focus.
     [[nodiscard]] bool startsEditor() {
         m_accessibility.connectTo(desktop.accessibilityAddress());
         desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)});
-        // It gets the keyboard from another window only.
+        // mutter focuses it only if another window had the focus.
         program.callOnBus(u"Open"_s);
         return waitUntil([this] { return front() == u"tralio"; }) && returnsToEditor();
     }
-    /// Closes the popover once it is there.
+    /// Closes the popover once it is shown.
     [[nodiscard]] bool returnsToEditor() {
         return waitUntil([this] { return front() != u"mousepad"; }) && waitUntil([this] {
             desktop.press({KEY_ESC});
             return front() == u"mousepad";
         });
     }
-    /// Whether the text reaches the model after all of it was selected and the hot key pressed.
+    /// Selects all and presses the hot key. Returns whether the text reaches the model.
     [[nodiscard]] bool translatesInEditor() {
         return waitUntil(
             [this] {
@@ -113,7 +113,7 @@ TEST_F(Mutter, gives_what_accessibility_tells_is_selected) {
 TEST_F(Mutter, gives_what_is_selected_to_the_popover_once_it_has_the_focus) {
     ASSERT_TRUE(startsEditor());
     desktop.setAccessibility(false);
-    // With nothing there the first time, what comes later is known to be new.
+    // PRIMARY was empty at first, so that a later text is known to be new.
     EXPECT_EQ(program.translateSelection(), QString());
     ASSERT_TRUE(returnsToEditor());
     EXPECT_TRUE(translatesInEditor());

@@ -7,14 +7,14 @@ namespace tralio {
 
 using SettingGroups = QMap<QString, QVariantMap>;
 
-/// The settings side of a desktop portal that says what a test tells it.
+/// The Settings interface of a desktop portal, with values set by the test.
 class ScriptedPortal final : public ScriptedBusObject {
 public:
     ScriptedPortal() : ScriptedBusObject(toSessionBus(), u"org.freedesktop.portal.Desktop"_s, m_object) {
         qDBusRegisterMetaType<SettingGroups>();
     }
 
-    /// What the user of a real desktop does in its settings.
+    /// As when the user changes it in the desktop's settings.
     void setColorScheme(uint scheme) {
         m_colorScheme = scheme;
         signal(m_object, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s,
@@ -29,7 +29,7 @@ private:
             const SettingGroups told{{m_appearance, {{u"color-scheme"_s, m_colorScheme}}}};
             send(call.createReply(QVariant::fromValue(told)));
         } else if (asked == QVariantList{u"org.gnome.desktop.interface"_s, u"text-scaling-factor"_s}) {
-            // Wrapped twice, as in the first versions of the portal.
+            // In two nested variants, as the first versions of the portal answered.
             send(call.createReply(variant(variant(m_textScale))));
         } else {
             send(call.createErrorReply(QDBusError::UnknownMethod, u"not known"_s));

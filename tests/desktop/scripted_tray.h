@@ -6,7 +6,7 @@
 
 namespace tralio {
 
-/// A tray that takes its items over the session bus, as those of the large desktops do, without a window.
+/// A tray without a window that takes its items over the session bus, as those of the large desktops do.
 class ScriptedTray final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
@@ -29,7 +29,7 @@ public:
         m_item.clear();
     }
 
-    /// The bus name of the item that has come; empty while there is none.
+    /// The bus name of the registered item; empty while there is none.
     [[nodiscard]] QString item() const { return m_item; }
     [[nodiscard]] bool isHostRegistered() const { return true; }
 

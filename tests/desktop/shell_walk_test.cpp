@@ -35,7 +35,7 @@ TEST_F(ShellWalk, a_double_click_on_what_gives_way_to_another_panel_presses_noth
 }
 
 TEST_F(ShellWalk, accessibility_is_granted_by_the_buttons_of_the_settings_and_of_the_walk_through) {
-    desktop.setVariable(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);  // for this test's own eyes
+    desktop.setVariable(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);  // lets this test read the elements
     desktop.setAccessibility(false);
     program.emplace(desktop);
     ASSERT_TRUE(program->openByHotKey());

@@ -6,9 +6,9 @@
 
 namespace tralio {
 
-/// Whether no core of a process of ours is dumped, wherever the machine sends them. A limit of 0 keeps them
-/// out of files only; one of 1 byte is too small for any file, and is what the kernel takes for "none" where
-/// a pipe gets them.
+/// Whether the process dumps no core, wherever the machine sends cores. A limit of 0 only prevents files; a
+/// limit of 1 byte is too small for any file, and is what the kernel takes for "none" where cores go to a
+/// pipe.
 inline bool dumpsNoCore(qint64 process) {
     rlimit ours{};
     rlimit limit{};

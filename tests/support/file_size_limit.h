@@ -5,7 +5,7 @@
 
 namespace tralio {
 
-/// While one of these lives, no file of this process can grow past a size: as on a disk that is full.
+/// While it exists, no file of this process can grow beyond a size, as on a full disk.
 class FileSizeLimit final {
 public:
     explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {

@@ -6,13 +6,13 @@
 
 namespace tralio {
 
-/// Empty where there is no such file.
+/// The content of a file; empty if there is no such file.
 [[nodiscard]] inline QByteArray contentOf(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Writes a file for its owner to read, write and run, with the folders that lead to it. Gives its path.
+/// Writes a file that its owner may read, write and execute, creating folders as needed. Returns its path.
 inline QString writeFile(const QString& path, const QByteArray& content) {
     QDir().mkpath(QFileInfo(path).path());
     QFile file(path);

@@ -9,7 +9,8 @@ namespace tralio {
 
 inline constexpr uid_t nobody = 65534;
 
-/// Made before anything else in a process that root has started, turns it into an ordinary user's for good.
+/// Turns a process that was started by root into an ordinary user's for good. Construct it before anything
+/// else.
 class OrdinaryProcess final {
 public:
     OrdinaryProcess() {
@@ -20,8 +21,8 @@ public:
     }
 };
 
-/// While one of these lives, a test that was started by root has an ordinary user's rights: to root no file
-/// is read-only, and nothing would fail.
+/// While it exists, a test run by root has an ordinary user's rights: for root no file is read-only, and no
+/// access fails.
 class OrdinaryUser final {
 public:
     OrdinaryUser() {
@@ -33,7 +34,7 @@ public:
     ~OrdinaryUser() {
         if (seteuid(m_uid) != 0)
             std::abort();
-        // Changing the user made the process unreadable to the leak check that runs at its end.
+        // The change of user made the process unreadable to the leak check at its end.
         prctl(PR_SET_DUMPABLE, 1);
     }
 

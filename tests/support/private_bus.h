@@ -9,7 +9,7 @@
 
 namespace tralio {
 
-/// A message bus of one test's own, with as many connections to it as the test wants. It starts no services.
+/// A message bus for one test, with any number of connections. It starts no services.
 class PrivateBus final {
 public:
     PrivateBus() {
@@ -29,7 +29,7 @@ public:
         m_daemon.waitForFinished();
     }
 
-    /// One more connection, as one more program would have.
+    /// Opens one more connection, as another program would.
     [[nodiscard]] QDBusConnection connect() {
         m_connections += QUuid::createUuid().toString();
         return QDBusConnection::connectToBus(m_address, m_connections.last());

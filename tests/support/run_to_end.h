@@ -4,7 +4,8 @@
 
 namespace tralio {
 
-/// Runs a program that the tests need to its end, and gives its output. One that fails ends the tests.
+/// Runs a program that the tests need to its end, and returns its output. If it fails, the test program is
+/// aborted.
 inline QByteArray runToEnd(const QString& program, const QStringList& arguments, const QString& folder = {},
     const QByteArray& input = {}) {
     QProcess process;

@@ -16,8 +16,8 @@ class QTcpSocket;
 
 namespace tralio {
 
-/// The stand-in: a small HTTP server on loopback in the place of a model. It speaks the chat-completions
-/// protocol, keeps every request it gets, and misbehaves in the ways that servers on the Internet do.
+/// The stand-in: a small HTTP server on loopback that replaces a model. It speaks the chat-completions
+/// protocol, records every request, and can misbehave in the ways that servers on the Internet do.
 ///
 ///     StandInModel standIn;
 ///     standIn.translatesTo(u"Xin chào"_s);
@@ -34,9 +34,9 @@ public:
         QByteArray target;  ///< the path, or the whole URL if the stand-in is used as a proxy
         QList<StandInReply::Header> headers;
         QByteArray body;
-        QJsonObject json;  ///< the body, or empty if it is no JSON object
+        QJsonObject json;  ///< the body; empty unless it is a JSON object
 
-        /// The value of a header, whatever its name's case; null if it was not sent.
+        /// The value of a header, by case-insensitive name; null if it was not sent.
         [[nodiscard]] QByteArray header(const QByteArray& name) const;
         /// The content of the last message: the text to translate.
         [[nodiscard]] QString userText() const;
@@ -48,10 +48,10 @@ public:
     ~StandInModel() override;
 
     [[nodiscard]] quint16 port() const { return m_port; }
-    /// What to enter as the base URL to reach the stand-in.
+    /// The base URL of the stand-in.
     [[nodiscard]] QString baseURL() const { return u"http://127.0.0.1:%1/v1"_s.arg(m_port); }
 
-    /// From now on, replies in this way to every request.
+    /// Sets the reply to all further requests.
     void translatesTo(const QString& translation) { replies(StandInReply::translation(translation)); }
     void translatesBy(std::function<QString(const Request&)> translate) {
         repliesBy([=](const Request& request) { return StandInReply::translation(translate(request)); });
@@ -61,10 +61,10 @@ public:
     }
     void repliesBy(std::function<StandInReply(const Request&)> reply) { m_reply = std::move(reply); }
 
-    /// From now on nobody listens on the port.
+    /// From now on connections are refused.
     void refuseConnections();
 
-    /// Sends the next byte of every reply that is held or trickled, or all that is left of them.
+    /// Send the next byte of every held or trickled reply, or all that is left of them.
     void sendOneByte();
     void sendTheRest();
 

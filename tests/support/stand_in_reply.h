@@ -15,16 +15,16 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-/// What the stand-in sends back for one request, and how well it behaves while it does.
+/// The stand-in's reply to one request, and how it is delivered.
 struct StandInReply {
     using Header = std::pair<QByteArray, QByteArray>;
 
     enum class Delivery {
-        whole,          ///< as a good server would
-        held,           ///< nothing at all, until the test sends it on
-        trickled,       ///< the head at once, the body byte by byte as the test says
-        endless,        ///< the body is followed by blanks for ever
-        withoutStatus,  ///< the body alone, where a status line should be, and the connection closed
+        whole,          ///< correctly
+        held,           ///< nothing at all until the test sends it
+        trickled,       ///< the head at once, the body byte by byte when the test says so
+        endless,        ///< blanks follow the body for ever
+        withoutStatus,  ///< the body where a status line should be, then the connection is closed
     };
 
     int status = 200;
@@ -41,7 +41,7 @@ struct StandInReply {
         head += "Content-Type: application/json\r\n";
         for (const auto& [name, value] : headers)
             head += name + ": " + value + "\r\n";
-        // An endless body has no length to announce; it would last until the connection closes.
+        // An endless body cannot announce a length; it lasts until the connection closes.
         if (delivery != Delivery::endless)
             head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
         return head + "\r\n";
@@ -54,7 +54,7 @@ struct StandInReply {
     [[nodiscard]] static StandInReply redirect(int status, const QByteArray& location) {
         return {status, {}, {{"Location", location}}};
     }
-    /// A good reply of a model.
+    /// A successful reply of a model.
     [[nodiscard]] static StandInReply translation(const QString& text) {
         const QJsonObject message{{u"role"_s, u"assistant"_s}, {u"content"_s, text}};
         const QJsonObject choice{{u"index"_s, 0}, {u"message"_s, message}, {u"finish_reason"_s, u"stop"_s}};
@@ -65,7 +65,7 @@ struct StandInReply {
         const QByteArray plain = translation(text).body;
         return {200, runToEnd(u"gzip"_s, {u"-c"_s}, {}, plain), {{"Content-Encoding", "gzip"}}};
     }
-    /// An error as providers send it.
+    /// An error, in the form that providers send.
     [[nodiscard]] static StandInReply error(int status, const QString& message) {
         return withJson(status, {{u"error"_s, QJsonObject{{u"message"_s, message}}}});
     }

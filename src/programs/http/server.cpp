@@ -123,7 +123,7 @@ void Server::go(Transfer& transfer, std::vector<std::string> proxies) {
 }
 
 void Server::send(Transfer& transfer, const std::string& proxy) {
-    // One that another transfer waits for is that one's.
+    // A prepared connection that another transfer waits for belongs to that one.
     if (m_prepared && !m_awaiting && isSameOrigin(m_prepared->address(), transfer.address())) {
         transfer.useConnection(m_prepared->take(transfer.address(), proxy));
         m_prepared.reset();

@@ -8,13 +8,13 @@
 namespace tralio {
 namespace {
 
-constexpr int patience = 1000;  // ms: the program whose hot key was pressed lets go within some
+constexpr int patience = 1000;  // ms: the program whose hot key started us releases its grab within some
 constexpr int pause = 5;        // ms
 constexpr quint16 pointerEvents =
     XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION;
 
-/// One try at both grabs. They are on the root window: one of ours could only be grabbed for once it is on
-/// the screen.
+/// One attempt at both grabs. They are on the root window, since a window of ours could be grabbed only once
+/// it is on the screen, and that is after the grabs.
 class GrabRequests final {
 public:
     struct Outcome {
@@ -29,7 +29,7 @@ public:
           m_keyboard(xcb_grab_keyboard(
               m_xcb, 0, display.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)) {}
 
-    /// To be asked once.
+    /// Waits for the server's replies; call only once.
     [[nodiscard]] Outcome outcome() const {
         const XcbPtr<xcb_grab_pointer_reply_t> pointer{xcb_grab_pointer_reply(m_xcb, m_pointer, nullptr)};
         const XcbPtr<xcb_grab_keyboard_reply_t> keyboard{xcb_grab_keyboard_reply(m_xcb, m_keyboard, nullptr)};
@@ -58,7 +58,7 @@ InputGrab::InputGrab(const XDisplay& display, xcb_cursor_t cursor, const std::fu
                 freeze();
             return;
         }
-        // Half of the input is of no use, and the other program may need it to come to its end.
+        // One grab without the other is useless, and the other program may need the input to finish.
         letGo();
         display.check();
         if (deadline.hasExpired())

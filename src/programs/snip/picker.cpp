@@ -2,7 +2,7 @@
 
 #include <poll.h>
 
-// The keys' names are macros of the X11 headers.
+// X11's key names are macros behind this one.
 #define XK_MISCELLANY
 #include <X11/keysymdef.h>
 
@@ -13,7 +13,8 @@ namespace tralio {
 namespace {
 
 constexpr int frameTime = 16;  // ms
-/// Of a user who has gone away, in milliseconds: what holds the keyboard keeps the screen from being locked.
+/// Milliseconds without input after which the picker cancels: its keyboard grab would keep the screen from
+/// being locked.
 constexpr int mostIdle = 120'000;
 
 template <typename Event>
@@ -48,7 +49,7 @@ Picker::Picker(const XDisplay& display, FrozenScreen& screen, const MonitorLayou
       m_monitors(monitors),
       m_selection(monitors, display.pointer()),
       m_keys(xcb_key_symbols_alloc(display.xcb()), &xcb_key_symbols_free) {
-    // Tells when the screen changes its size.
+    // Reports changes of the screen's size.
     const quint32 events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(display.xcb(), display.root(), XCB_CW_EVENT_MASK, &events);
 }
@@ -109,7 +110,7 @@ void Picker::handle(const xcb_generic_event_t& event) {
         }
         case XCB_CONFIGURE_NOTIFY: {
             const auto& change = as<xcb_configure_notify_event_t>(event);
-            // What is frozen no longer is what the user has before them.
+            // The frozen picture no longer matches the screen.
             if (change.window == m_display.root() && QSize(change.width, change.height) != m_screen.size())
                 m_selection.cancel();
             break;
@@ -142,7 +143,7 @@ void Picker::pressKey(const xcb_key_press_event_t& event) {
 
 void Picker::waitForEvent(bool isFading) {
     m_display.flush();
-    // Flushing may have read events, of which the connection tells nothing any more.
+    // Flushing may have read events into the queue, for which poll() would not wake up.
     m_queued.reset(xcb_poll_for_queued_event(m_display.xcb()));
     if (m_queued)
         return;

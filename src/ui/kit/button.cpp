@@ -154,7 +154,7 @@ void Button::paintEvent(QPaintEvent*) {
         const QColor ink = m_style.iconColor == ColorRole::none ? colors.content : color(m_style.iconColor);
         paintIcon(painter, leadArea(), {m_iconName, m_style.iconSize, m_style.boldIcon}, ink);
     }
-    // The edge is not for letters.
+    // The edge is not part of the area for letters.
     paintText(painter, titleArea().adjusted(0, 1, 0, -1), titleStyle(), colors.content, title());
 }
 

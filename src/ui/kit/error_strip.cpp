@@ -19,8 +19,8 @@ ErrorStrip::ErrorStrip(QWidget* parent)
     close->setSpokenCaption(u"Đóng thông báo lỗi"_s);
     connect(close, &Button::clicked, this, &ErrorStrip::closeRequested);
 
-    // The button is higher than a line: the line stands 2 px lower, so that a message of one line makes a
-    // strip of 32.
+    // The button is higher than a line of text. The label starts 2 px lower, so that a strip with one line is
+    // 32 high.
     constexpr QMargins beside{0, 2, 0, 2};
     filled(this,
         row({.padding = {8, 6, 6, 6}},

@@ -89,7 +89,7 @@ QLayout* ShortcutBlock::suggestions() {
         setTooltip(chip, shortcutsInWords(preset.display));
         connect(chip, &Button::clicked, this, [this, &preset] {
             m_state.chooseHotKey(m_target, preset);
-            refresh();  // the click has turned the mark over, also of the preset that was there already
+            refresh();  // restores the check mark, which the click has toggled, even on the selected preset
         });
         m_chips.push_back(chip);
         chips->addWidget(chip);

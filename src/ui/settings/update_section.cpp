@@ -20,7 +20,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int statusRowHeight = 24;  // also without a button
+constexpr int statusRowHeight = 24;  // the height with a button, kept without one
 constexpr qsizetype sectionNotes = 5000;
 
 }  // namespace

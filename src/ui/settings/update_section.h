@@ -11,7 +11,7 @@ class Spinner;
 class Surface;
 class UpdateService;
 
-/// The running version, the search for a newer one, and its installation.
+/// The running version, the check for a newer one, and its installation.
 class UpdateSection final : public QWidget {
     Q_OBJECT
 

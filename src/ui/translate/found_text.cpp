@@ -1,5 +1,5 @@
-// The side of the translate panel that finds its text elsewhere than under the user's fingers: on the
-// clipboard, on the screen, in pictures and in files.
+// The other half of TranslateState: texts that are not typed, from the clipboard, the screen, pictures and
+// files.
 #include <utility>
 #include <variant>
 
@@ -36,7 +36,8 @@ void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
 
 QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
-    // Its owner may need some seconds: that something is on its way shows, and what comes later counts.
+    // The clipboard's owner may need some seconds: shows that something is on its way, and lets anything
+    // newer replace it.
     m_awaitedPicture = std::stop_source();
     const std::stop_token stop = m_awaitedPicture->get_token();
     countRecognitions(0);
@@ -88,7 +89,8 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
 QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
     stopAwaiting();
-    // The error that stood before the first of several that are read at once, unless another was told since.
+    // Remembers the error shown before the first of several simultaneous recognitions, or a later one of
+    // another cause.
     if (m_recognitions == 0 || m_errors != m_errorsWhileReading)
         m_errorBeforeReading = errorMessage();
     const bool isFile = std::holds_alternative<QUrl>(image);
@@ -108,7 +110,8 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
             std::move(image));
         text = co_await std::move(recognition);
     } catch (const OCRError& error) {
-        // A file that turns out to be no picture changes nothing; what was told meanwhile stands.
+        // A dropped file that turns out to be no picture restores the former error, unless another was shown
+        // meanwhile.
         const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
         if (!isNoPicture)
             failure = error.errorDescription();

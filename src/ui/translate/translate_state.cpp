@@ -59,7 +59,7 @@ QStringList TranslateState::targetLanguages() {
 
 namespace {
 
-/// As every editor has them: a line break is one character, of one kind.
+/// As the editors store it: every line break is one line feed.
 QString withLineFeeds(QString text) {
     return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').replace(QChar::ParagraphSeparator, u'\n');
 }
@@ -85,7 +85,7 @@ void TranslateState::appear(QObject* panel) {
         [this, panel] {
             m_needs.clock.after(pendingTextDelay, panel, [this] { checkAndTriggerPendingTranslation(); });
         });
-    // Told once; also what has come while another tab was there.
+    // Shows each failure once, including one from while another tab was shown.
     const auto tell = [this, panel](ObservableObject& teller, Observable<std::optional<QString>>& failure) {
         const auto tellFailure = [this, &failure] {
             const std::optional<QString> told = failure();
@@ -176,7 +176,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
         debugLog(u"TranslateView.performTranslate: SUCCESS, result='" % excerpt(result) % u"'");
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
-        // Thirty characters: what follows may be the server's, and quote the text.
+        // Only 30 characters are logged: the rest may come from the server and quote the user's text.
         debugLog(u"TranslateView.performTranslate: FAILED, error='" % excerpt(*failure) % u"'");
     }
     if (!m_mainState || stop.stop_requested())
@@ -211,7 +211,8 @@ void TranslateState::swapLanguages() {
     const QString oldInput = inputText.get();
     inputText.set(outputText());
     if (isPair)
-        m_translatedText = outputText().trimmed();  // each is the other's translation, in either direction
+        // Each text is the translation of the other, in either direction.
+        m_translatedText = outputText().trimmed();
     outputText = oldInput;
 }
 
@@ -230,7 +231,7 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     if (appState.storeTrouble() || !appState.isPendingTextWanted)
         return;
     m_needs.clock.after(pendingTextDelay, m_mainState, [self = shared_from_this(), text] {
-        // Another may have been put there since, only to be looked at.
+        // Another text may have replaced it since, which is only offered and not to be translated.
         if (withLineFeeds(self->inputText.get()) == withLineFeeds(text) &&
             !self->m_needs.appState.storeTrouble())
             self->performTranslate();

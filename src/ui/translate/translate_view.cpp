@@ -59,7 +59,7 @@ QList<MenuEntry> toneEntries(const TranslationTone& current) {
     return list;
 }
 
-/// A button of the tool row, whose word says what it does and whose tooltip says more.
+/// A button of the tool row: its word says what it does, and its tooltip says more.
 Button* tool(const QString& icon, const QString& title, Weight weight, const QString& tooltip) {
     auto* button = new Button(button::word, {.icon = icon, .title = title});
     button->setWeight(weight);
@@ -113,7 +113,7 @@ QLayout* TranslateView::languageRow() {
 QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
     m_input->setTextOf([this](const QMimeData& source) {
-        // The toolkit would read what another program has to give to its end, whatever its size.
+        // Qt would read all of what another program offers, whatever its size.
         using enum TranslateState::TextOrigin;
         const QClipboard* toolkit = QGuiApplication::clipboard();
         if (&source == toolkit->mimeData())
@@ -153,8 +153,8 @@ QLayout* TranslateView::toolRow() {
     connect(pasteAndTranslate, &Button::clicked, this,
         [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
 
-    // Count and buttons begin and end with their texts 4 px inside the edges of the box above. The last one's
-    // edge stands outside: no widget of the row's own may cut it off.
+    // Count and buttons start and end with their texts 4 px inside the edges of the box above. The edge of
+    // the last button lies outside the row, so no enclosing widget may clip it.
     constexpr Gap overhang{-2};
     return row({.spacing = 2, .padding = {4, 0, 0, 0}},
         {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste, pasteAndTranslate, overhang});
@@ -166,7 +166,7 @@ QLayout* TranslateView::actionRow() {
     connect(m_translate, &Button::clicked, this, [this] { m_state.performTranslate(); });
     m_cancel = new Button(button::borderedTall, {.title = u"Hủy"_s});
     connect(m_cancel, &Button::clicked, this, [this] { m_state.cancel(); });
-    // Wherever in the window the keyboard is.
+    // Works wherever the focus is in the window.
     m_escape = new QShortcut(Qt::Key_Escape, this);
     connect(m_escape, &QShortcut::activated, this, [this] { m_state.cancel(); });
     return row({.spacing = 8}, {m_translate, m_cancel});
@@ -196,8 +196,8 @@ QWidget* TranslateView::resultBlock() {
     auto* header =
         filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {m_resultTitle, Stretch{}, m_speak, m_copy}));
     header->setFixedHeight(22);
-    // It has 115 beside all that the panel can show, and takes what the rest leaves: less beside a long error
-    // and on a low screen.
+    // The result area is 115 high beside everything else that the panel can show, and takes the rest: less
+    // beside a long error message and on a low screen.
     constexpr int oneLine = 24;
     m_result->setMinimumHeight(oneLine);
     m_result->setScrollFrame(block);
@@ -234,7 +234,7 @@ void TranslateView::refresh() {
         dropTargeted ? ColorRole::accentText : ColorRole::placeholder);
     m_input->setCaretShown(!dropTargeted);
     const bool recognizing = m_state.isRecognizing();
-    const bool hasNotice = !m_state.notice().isEmpty();  // which is short, and goes before
+    const bool hasNotice = !m_state.notice().isEmpty();  // shown first, since it is short-lived
     m_recognizing->setVisible(recognizing && !hasNotice);
     m_escape->setEnabled(recognizing);
     m_linesRead->setText(recognizingText(m_state.linesRead()));
@@ -293,7 +293,7 @@ void TranslateView::showCount(const QString& input) {
         m_counted = input;
         m_characterCount->setText(notice.isEmpty() ? characterCountText(input) : notice);
         m_characterCount->setColor(notice.isEmpty() ? ColorRole::secondary : ColorRole::orange);
-        setTooltip(m_characterCount, notice);  // it may be longer than its place
+        setTooltip(m_characterCount, notice);  // the notice may be longer than its place
     }
     if (isNews && !notice.isEmpty())
         announce(*m_characterCount);

@@ -16,8 +16,7 @@ class Reveal;
 class Surface;
 class TranslateState;
 
-/// The translate panel: languages and tone, the input, and the result. Shows what its state says; keeps
-/// nothing of its own.
+/// The translate panel: languages and tone, the input, and the result. Shows its state; stores nothing else.
 class TranslateView final : public QWidget {
     Q_OBJECT
 
@@ -25,7 +24,7 @@ public:
     /// `state` outlives the view.
     explicit TranslateView(TranslateState& state, QWidget* parent = nullptr);
 
-    /// Puts the caret into the input.
+    /// Moves the focus into the input.
     void focusInput();
 
 protected:
@@ -57,11 +56,12 @@ private:
     qint64 m_errorCount = 0;
     bool m_wasTranslating = false;
     QString m_shownResult;
-    QString m_counted;  ///< counting a long text at every refresh would be felt while typing
+    /// The text counted last: counting a long one at every refresh would slow typing down.
+    QString m_counted;
     Button* m_clear;
     Button* m_translate;
     Button* m_cancel;
-    QShortcut* m_escape;  ///< ends the longest wait there is; without one the key closes the window
+    QShortcut* m_escape;  ///< cancels a recognition; disabled otherwise, so that Escape closes the window
     ErrorStrip* m_error;
     Reveal* m_errorReveal;
     Button* m_speak;
