@@ -21,7 +21,6 @@
 #include "ui/kit/label.h"
 #include "ui/kit/menu_button.h"
 #include "ui/kit/multiline_enter_input_view.h"
-#include "ui/kit/reading_area.h"
 #include "ui/kit/reveal.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
@@ -29,6 +28,7 @@
 #include "ui/kit/tab_strip.h"
 #include "ui/kit/tooltip.h"
 #include "ui/translate/dropped_item.h"
+#include "ui/translate/result_block.h"
 #include "ui/translate/translate_state.h"
 
 namespace tralio {
@@ -69,11 +69,12 @@ Button* tool(const QString& icon, const QString& title, Weight weight, const QSt
 
 }  // namespace
 
-TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(parent), m_state(state) {
+TranslateView::TranslateView(TranslateState& state, QWidget* parent)
+    : QWidget(parent), m_state(state), m_resultBlock(new ResultBlock(state)) {
     filled(this,
         column({.padding = {14, 10, 14, 10}},
             {languageRow(), Gap{12}, inputBox(), Gap{4}, toolRow(), Gap{12}, actionRow(), Gap{12},
-                errorStrip(), {resultBlock(), {}, 1}}));
+                errorStrip(), {m_resultBlock, {}, 1}}));
     const auto follow = [this](auto& source) { onAnyChange(source, this, [this] { refresh(); }); };
     follow(m_state);
     follow(m_state.settings());
@@ -180,33 +181,6 @@ QWidget* TranslateView::errorStrip() {
     return m_errorReveal;
 }
 
-QWidget* TranslateView::resultBlock() {
-    m_speak = new Button(button::word, {.icon = u"speaker.wave.2"_s});
-    connect(m_speak, &Button::clicked, this, [this] { m_state.toggleSpeech(); });
-    m_copy = new Button(button::word, {.icon = u"doc.on.doc"_s});
-    m_copy->setWeight(Weight::medium);
-    connect(m_copy, &Button::clicked, this, [this] { m_state.copyResult(); });
-
-    m_result = new ReadingArea;
-    m_result->setAccessibleName(u"Bản dịch"_s);
-
-    auto* block = new Surface(ColorRole::surface1, ColorRole::border15, radius::block);
-    m_resultBlock = block;
-    m_resultTitle = new Label(u"Bản dịch:"_s, text::caption.with(Weight::semibold), ColorRole::secondary);
-    auto* header =
-        filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {m_resultTitle, Stretch{}, m_speak, m_copy}));
-    header->setFixedHeight(22);
-    // The result area is 115 high beside everything else that the panel can show, and takes the rest: less
-    // beside a long error message and on a low screen.
-    constexpr int oneLine = 24;
-    m_result->setMinimumHeight(oneLine);
-    m_result->setScrollFrame(block);
-    connect(m_result, &ReadingArea::focusShown, block, [block](bool shows) {
-        block->setEdge(shows ? ColorRole::accentIcon : ColorRole::border15, shows ? 2 : 1);
-    });
-    return filled(block, column({.padding = {4, 4, 4, 4}}, {header, Gap{4}, {m_result, {}, 1}}));
-}
-
 void TranslateView::focusInput() {
     m_input->setFocus(Qt::OtherFocusReason);
 }
@@ -261,29 +235,7 @@ void TranslateView::refresh() {
         m_message.clear();
     }
     m_errorReveal->setRevealed(message.has_value());
-
-    const bool speaking = m_state.speechService().isSpeaking();
-    const bool canSpeak = speaking || !m_state.outputText().isEmpty();
-    if (!canSpeak)
-        restFocus(*m_resultBlock, *m_speak);
-    m_speak->setVisible(canSpeak);
-    m_speak->setIconName(speaking ? u"speaker.wave.3.fill"_s : u"speaker.wave.2"_s);
-    m_speak->setTitle(speaking ? u"Dừng"_s : u"Đọc"_s);
-    m_speak->setColor(speaking ? ColorRole::accentText : ColorRole::secondary);
-    if (m_state.outputText().isEmpty())
-        restFocus(*m_resultBlock, *m_copy);
-    m_copy->setVisible(!m_state.outputText().isEmpty());
-    m_copy->setIconName(m_state.isCopied() ? u"checkmark"_s : u"doc.on.doc"_s);
-    m_copy->setTitle(m_state.isCopied() ? u"Đã chép!"_s : u"Sao chép"_s);
-    m_copy->setColor(m_state.isCopied() ? ColorRole::green : ColorRole::accentText);
-
-    m_result->setText(m_state.outputText());
-    const bool hasEnded = std::exchange(m_wasTranslating, translating) && !translating;
-    const bool isOther = std::exchange(m_shownResult, m_state.outputText()) != m_state.outputText();
-    if (!m_shownResult.isEmpty() && (isOther || (hasEnded && !m_state.isResultStale())))
-        announce(*m_resultTitle);  // also of a result that has come out the same
-    m_result->setStale(m_state.isResultStale());
-    m_result->setPlaceholder(translating ? QString() : u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
+    m_resultBlock->refresh();
 }
 
 void TranslateView::showCount(const QString& input) {

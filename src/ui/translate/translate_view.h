@@ -11,7 +11,7 @@ class ErrorStrip;
 class Label;
 class MenuButton;
 class MultilineEnterInputView;
-class ReadingArea;
+class ResultBlock;
 class Reveal;
 class Surface;
 class TranslateState;
@@ -36,7 +36,6 @@ private:
     QLayout* toolRow();
     QLayout* actionRow();
     QWidget* errorStrip();
-    QWidget* resultBlock();
 
     void refresh();
     void showCount(const QString& input);
@@ -54,8 +53,6 @@ private:
     QString m_notice;
     QString m_message;
     qint64 m_errorCount = 0;
-    bool m_wasTranslating = false;
-    QString m_shownResult;
     /// The text counted last: counting a long one at every refresh would slow typing down.
     QString m_counted;
     Button* m_clear;
@@ -64,11 +61,7 @@ private:
     QShortcut* m_escape;  ///< cancels a recognition; disabled otherwise, so that Escape closes the window
     ErrorStrip* m_error;
     Reveal* m_errorReveal;
-    Button* m_speak;
-    Button* m_copy;
-    Surface* m_resultBlock;
-    Label* m_resultTitle;
-    ReadingArea* m_result;
+    ResultBlock* m_resultBlock;
 };
 
 }  // namespace tralio
