@@ -115,7 +115,9 @@ void AppDelegate::statusBarButtonClicked() {
     }
     showPopover();
     if (m_needs.settings.autoPaste())
-        m_needs.clock.after(requestDelay, this, [this] { checkAndAutoTranslateClipboard(); });
+        m_needs.captures.onceDrawn(this, [this] {
+            m_needs.clock.after(requestDelay, this, [this] { checkAndAutoTranslateClipboard(); });
+        });
 }
 
 void AppDelegate::translateSelectedText(const QString& text) {

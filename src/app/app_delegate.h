@@ -94,6 +94,7 @@ private:
     bool m_isRequestDue = false;
     bool m_isQuiet = false;  ///< for a moment after a request
     ScheduledCall m_noticeEnd;
+    qint64 m_changeCountBeforeFetch = 0;
     QString m_lastHandledText;  ///< trimmed; belongs to `AppState::lastHandledChangeCount`
 };
 

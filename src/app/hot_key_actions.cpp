@@ -33,6 +33,7 @@ void AppDelegate::handleGlobalHotKey() {
     // Two fetches at once would get one text twice, or copy from our own popover.
     if (std::exchange(m_isFetching, true))
         return;
+    m_changeCountBeforeFetch = m_needs.pasteboard.changeCount();
     m_needs.hotKeys.fetchSelectedText([self = QPointer(this)](const std::optional<QString>& text) {
         if (!self)
             return;
@@ -51,14 +52,18 @@ void AppDelegate::handleGlobalHotKey() {
 
 void AppDelegate::showSelection(const std::optional<QString>& text) {
     showPopover();
+    const qint64 changeCount = m_needs.pasteboard.changeCount();
     if (!text || text->isEmpty()) {
+        if (m_needs.hotKeys.obstacle() == SelectedTextFetch::Obstacle::lineOfCaret)
+            m_needs.appState.lastHandledChangeCount = changeCount;  // a line that nobody has copied
         m_isFetching = false;
         translateSelectionOnceFocused();
         return;
     }
     // The fetch may have left this very text on the clipboard: the clipboard check must not take it for new.
-    m_needs.appState.lastHandledChangeCount = m_needs.pasteboard.changeCount();
-    m_lastHandledText = text->trimmed();
+    m_needs.appState.lastHandledChangeCount = changeCount;
+    if (changeCount != m_changeCountBeforeFetch)
+        m_lastHandledText = text->trimmed();
     translateLater(*text);
 }
 

@@ -11,6 +11,8 @@ namespace {
 std::optional<QString> titleOfCopyItem(AccessibleElement& item) {
     const auto character = item.commandCharacter();
     const QString title = item.title().value_or(QString()).toLower();
+    if (title.endsWith(u"...") || title.endsWith(u'…'))
+        return std::nullopt;  // opens a dialog, as xfce4-terminal's "Copy Input To All Tabs..."
     const bool isCopy = (character && character->toUpper() == u"C") || title.startsWith(u"copy") ||
         title.startsWith(u"sao chép");
     return isCopy ? std::optional(title) : std::nullopt;

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QStringBuilder>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -51,6 +52,17 @@ std::optional<QString> selectionOf(AccessibleElement& element) {
     return trimmedIfAny(element.selectedDocumentText());
 }
 
+/// Whether an application, given by its id, copies the line with the caret if nothing is selected. Their
+/// selections show in PRIMARY, too.
+bool copiesLineOfCaret(const QString& id) {
+    constexpr std::array names{u"code", u"code-oss", u"com.visualstudio.code", u"codium", u"vscodium",
+        u"com.vscodium.codium", u"cursor", u"sublime_text", u"com.sublimetext.three", u"kate",
+        u"org.kde.kate", u"kwrite", u"org.kde.kwrite", u"kdevelop", u"org.kde.kdevelop", u"dev.zed.zed"};
+    const QString name = id.toLower();
+    return name.startsWith(u"jetbrains-") || name.startsWith(u"com.jetbrains.") ||
+        std::any_of(names.begin(), names.end(), [&](const char16_t* known) { return name == known; });
+}
+
 void logSuccess(QStringView layer, const QString& text) {
     debugLog(u"fetchSelectedText: " % layer % u" SUCCESS: '" % excerpt(text) % u"'");
 }
@@ -75,6 +87,7 @@ void SelectedTextFetch::fetch(Completion completion) {
     }
     const qint32 pid = front->processId;
     const QString bundleId = front->bundleIdentifier.value_or(QString());
+    m_frontCopiesLines = copiesLineOfCaret(bundleId);
     debugLog(u"fetchSelectedText: frontApp='" % front->localizedName.value_or(QString()) % u"' (bundle: " %
         bundleId % u", pid: " % QString::number(pid) % u")");
 
@@ -110,7 +123,8 @@ void SelectedTextFetch::fetch(Completion completion) {
     debugLog(u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
     waitForPasteboardChange(initialCount, menuCopyWait,
         [this, asked, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
-            if (m_obstacle == Obstacle::password || m_obstacle == Obstacle::silentOwner) {
+            using enum Obstacle;
+            if (m_obstacle == password || m_obstacle == silentOwner || m_obstacle == lineOfCaret) {
                 giveUp(completion);
                 return;
             }
@@ -202,12 +216,25 @@ void SelectedTextFetch::waitForPasteboardChange(
                 m_obstacle = Obstacle::silentOwner;
             } else if (changed) {
                 content = m_platform.pasteboard.string();
+                if (content && isLineOfCaret(*content)) {
+                    m_obstacle = Obstacle::lineOfCaret;
+                    debugLog(u"fetchSelectedText: nothing is selected, the caret's line was copied"_s);
+                    content.reset();
+                }
             }
             // Deleting `wait` destroys this lambda: move what is still needed to the stack first.
             const Completion deliver = std::move(completion);
             delete wait;
             deliver(content ? std::optional(content->trimmed()) : std::nullopt);
         });
+}
+
+bool SelectedTextFetch::isLineOfCaret(const QString& copied) {
+    if (!m_frontCopiesLines || !copied.endsWith(u'\n') || copied.count(u'\n') > 1)
+        return false;
+    // Without PRIMARY a line that is selected as a whole cannot be told from it.
+    const auto selected = m_platform.pasteboard.selectedString();
+    return selected && selected->trimmed() != copied.trimmed();
 }
 
 }  // namespace tralio

@@ -44,8 +44,9 @@ public:
     void fetch(Completion completion);
 
     /// Why the last fetch found nothing, where trying another way would be pointless. `silentOwner`: the
-    /// clipboard's owner did not say in time whether the copied text is a password.
-    enum class Obstacle { none, ownWindow, password, silentOwner, noSelection };
+    /// clipboard's owner did not say in time whether the copied text is a password. `lineOfCaret`: nothing is
+    /// selected, and the application has copied the line with the caret instead.
+    enum class Obstacle { none, ownWindow, password, silentOwner, noSelection, lineOfCaret };
     [[nodiscard]] Obstacle obstacle() const { return m_obstacle; }
 
     [[nodiscard]] std::optional<QString> directText(qint32 pid);
@@ -65,9 +66,11 @@ private:
     void pressCopyShortcut(qint32 pid);
     void waitForPasteboardChange(
         qint64 initialCount, std::chrono::milliseconds maxWait, Completion completion);
+    [[nodiscard]] bool isLineOfCaret(const QString& copied);
 
     Platform m_platform;
     Obstacle m_obstacle = Obstacle::none;
+    bool m_frontCopiesLines = false;  ///< where nothing is selected in it
 };
 
 }  // namespace tralio

@@ -47,9 +47,16 @@ bool runsAsOther(const QString& id) {
 
 bool hasOtherKeys(const QStringList& names) {
     const QStringList known{u"emacs"_s, u"emacs-gtk"_s, u"emacs-lucid"_s, u"emacs-pgtk"_s, u"gvim"_s,
-        u"nvim-qt"_s, u"neovide"_s, u"zathura"_s};
-    return std::any_of(names.begin(), names.end(),
-        [&](const QString& name) { return known.contains(name, Qt::CaseInsensitive); });
+        u"nvim-qt"_s, u"neovide"_s, u"zathura"_s,
+        // Screens of other machines, on which a terminal may be in front.
+        u"vncviewer"_s, u"remmina"_s, u"org.remmina.remmina"_s, u"remote-viewer"_s, u"virt-viewer"_s,
+        u"virt-manager"_s, u"virtualboxvm"_s, u"vmware"_s, u"xfreerdp"_s, u"wlfreerdp"_s, u"sdl-freerdp"_s,
+        u"rdesktop"_s, u"krdc"_s, u"org.kde.krdc"_s, u"vinagre"_s, u"gnome-connections"_s,
+        u"org.gnome.connections"_s, u"gnome-boxes"_s, u"org.gnome.boxes"_s, u"xephyr"_s, u"nxplayer.bin"_s,
+        u"x2goagent"_s, u"anydesk"_s, u"teamviewer"_s, u"rustdesk"_s};
+    return std::any_of(names.begin(), names.end(), [&](const QString& name) {
+        return known.contains(name, Qt::CaseInsensitive) || name.startsWith(u"qemu", Qt::CaseInsensitive);
+    });
 }
 
 CopyShortcut copyShortcutIn(const CopyTarget& target) {

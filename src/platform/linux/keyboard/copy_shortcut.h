@@ -26,7 +26,8 @@ struct CopyTarget {
 [[nodiscard]] CopyShortcut copyShortcutIn(const CopyTarget& target);
 
 /// Whether one of these names is of a program in which Control+C does something else than copying, and may
-/// change the meaning of the next key. The selection of such programs is in PRIMARY.
+/// change the meaning of the next key, or passes it on to another machine, where it may interrupt what runs
+/// in a terminal. What can be had of their selections is in PRIMARY.
 [[nodiscard]] bool hasOtherKeys(const QStringList& names);
 
 }  // namespace tralio

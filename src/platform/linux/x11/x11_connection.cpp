@@ -110,7 +110,7 @@ XcbPtr<xcb_generic_event_t> X11Connection::waitFor(
 }
 
 QByteArray X11Connection::property(xcb_window_t window, xcb_atom_t name) {
-    constexpr quint32 maxWords = 1U << 22;  // 16 MiB: more than any text worth translating
+    constexpr quint32 maxWords = 1024;  // names, titles and flags of other programs' windows
     const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(
         m_xcb, xcb_get_property(m_xcb, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, maxWords), nullptr)};
     if (!reply)

@@ -49,7 +49,7 @@ public:
     [[nodiscard]] XcbPtr<xcb_generic_event_t> waitFor(
         const std::function<bool(const xcb_generic_event_t&)>& wanted, QDeadlineTimer deadline);
 
-    /// The whole value of a property; empty if absent.
+    /// The value of a property, at most its first 4 KiB; empty if absent.
     [[nodiscard]] QByteArray property(xcb_window_t window, xcb_atom_t name);
     [[nodiscard]] std::optional<quint32> cardinal(xcb_window_t window, xcb_atom_t name);
 

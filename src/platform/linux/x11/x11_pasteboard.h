@@ -22,6 +22,8 @@ public:
     QString ownString() override { return m_own.text(); }
 
 private:
+    /// Whether this program owns a selection, and has not just lost it.
+    [[nodiscard]] bool isOwn(QClipboard::Mode mode, xcb_atom_t selection);
     [[nodiscard]] std::optional<QString> textOf(QClipboard::Mode mode, xcb_atom_t selection);
 
     X11Connection& m_connection;
