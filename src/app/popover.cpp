@@ -67,7 +67,8 @@ void Popover::show(std::optional<QRect> anchor) {
         layout->addWidget(m_frame);
     }
     m_frame->setEdges(edges);
-    if (!m_shown) {
+    // One that was left open on another desktop would carry the user back there.
+    if (!m_shown || m_windowSystem.isOnOtherDesktop(internalWinId())) {
         hide();  // a popover that is fading out is opened anew, with all the signals
         place(anchor);
         appear(motionTime(opening));
@@ -173,7 +174,7 @@ void Popover::bringToFront() {
 void Popover::place(std::optional<QRect> anchor) {
     QRect available = screenFor(anchor)->availableGeometry();
     const QMargins margins = m_frame->shadowMargins();
-    if (!m_windowSystem.placesWindows())  // and may keep all of it on the screen, with its shadow
+    if (!m_windowSystem.placesWindows())  // the compositor may keep the shadow on the screen, too
         available.setHeight(available.height() - margins.top() - margins.bottom());
     m_frame->setContentHeight(popoverHeight(WindowFrame::contentSize.height(), available));
     adjustSize();

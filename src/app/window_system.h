@@ -28,6 +28,8 @@ public:
     /// Says how much of a window is shadow, in its own pixels, before it is shown. A window manager that is
     /// not told keeps the shadow on the screen, and moves or cuts the window for it.
     virtual void setShadow(WId window, const QMargins& margins) = 0;
+    /// Whether a window that is shown is on another desktop (workspace) than the user. False if unknown.
+    [[nodiscard]] virtual bool isOnOtherDesktop(WId window) = 0;
     /// Brings a window that has just been shown to the front, with the keyboard.
     virtual void activate(WId window) = 0;
     /// Whether a window is the one in front, also while a grab keeps the keyboard from it. False where nobody
@@ -54,6 +56,7 @@ public:
     bool fades() override { return false; }
     bool placesWindows() override { return false; }
     void setShadow(WId /*window*/, const QMargins& /*margins*/) override {}
+    bool isOnOtherDesktop(WId /*window*/) override { return false; }
     void activate(WId /*window*/) override {}
     bool isActive(WId /*window*/) override { return false; }
     bool isOverAid() override { return false; }

@@ -22,6 +22,7 @@ public:
     bool fades() override { return isCompositing(); }
     bool placesWindows() override { return true; }
     void setShadow(WId window, const QMargins& margins) override { m_activator.setShadow(window, margins); }
+    bool isOnOtherDesktop(WId window) override { return m_activator.isOnOtherDesktop(window); }
     void activate(WId window) override { m_activator.activate(window); }
     bool isActive(WId window) override { return m_activator.isActive(window); }
     bool isOverAid() override { return isOverTypingAid(m_connection); }

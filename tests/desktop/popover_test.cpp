@@ -71,6 +71,18 @@ TEST_F(PopoverWindow, stays_when_the_focus_follows_the_pointer_elsewhere_and_clo
         desktop.click(place);
         EXPECT_TRUE(program.closes()) << (place == onTerminal ? "a window" : "the root");
     }
+
+    // Left open on one desktop, it comes to the user on another.
+    desktop.movePointer(onTerminal);
+    ASSERT_TRUE(program.openByHotKey());
+    glide(program.popoverArea().center() - onTerminal);
+    glide(onTerminal - program.popoverArea().center());
+    EXPECT_TRUE(terminalGetsKeyboard());
+    desktop.xdotool(u"set_desktop 1"_s);
+    ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+    program.callOnBus(u"Open"_s);
+    EXPECT_TRUE(program.comesToFront());
+    EXPECT_EQ(desktop.xdotool(u"get_desktop"_s), u"1"_s);
 }
 
 /// A window of another program, bypassing the window manager, or managed but without the focus.

@@ -38,6 +38,14 @@ bool X11WindowActivator::isActive(WId window) {
     return X11Workspace::activeWindow(m_connection) == static_cast<xcb_window_t>(window);
 }
 
+bool X11WindowActivator::isOnOtherDesktop(WId window) {
+    constexpr quint32 onAll = 0xFFFFFFFF;
+    const auto own =
+        m_connection.cardinal(static_cast<xcb_window_t>(window), m_connection.atom("_NET_WM_DESKTOP"));
+    const auto shown = m_connection.cardinal(m_connection.root(), m_connection.atom("_NET_CURRENT_DESKTOP"));
+    return own && shown && *own != onAll && *own != *shown;
+}
+
 void X11WindowActivator::setShadow(WId window, const QMargins& margins) {
     // On the connection that makes and shows the window, so that it comes between the two.
     const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();

@@ -22,7 +22,10 @@ public:
     /// Whether the window is the one in front, also while a grab keeps the keyboard from it for a moment.
     [[nodiscard]] bool isActive(WId window);
 
-    /// Tells the window manager how much of a window, in its pixels, is shadow: that may leave the screen.
+    /// Whether the window is on another desktop (workspace) than the one that the user sees.
+    [[nodiscard]] bool isOnOtherDesktop(WId window);
+
+    /// Tells the window manager how much of a window, in pixels, is shadow, which may leave the screen.
     void setShadow(WId window, const QMargins& margins);
 
     /// Whether windows may be translucent.
