@@ -21,6 +21,9 @@ public:
     /// When something moved last, as far as can be told now; at first, when this object was made.
     [[nodiscard]] Clock::time_point last();
 
+    /// How many bytes have come, of headers and handshakes too, as far as `last` saw.
+    [[nodiscard]] uint64_t received() const { return m_received; }
+
     /// Whether bytes of ours are on their way: that they are taken wakes nobody, so it has to be looked for.
     [[nodiscard]] bool isSending() const { return m_isSending; }
 
@@ -28,11 +31,13 @@ private:
     struct Watched {
         int number;  ///< libcurl's own
         FileDescriptor socket;
-        uint64_t moved = 0;
+        uint64_t received = 0;
+        uint64_t taken = 0;  ///< of ours, by the other side
     };
 
     std::vector<Watched> m_sockets;
     Clock::time_point m_last = Clock::now();
+    uint64_t m_received = 0;
     bool m_isSending = false;
 };
 

@@ -58,6 +58,8 @@ public:
 
     /// Whether nothing has moved either way for too long; then the failure has been told.
     [[nodiscard]] bool isSilent(Time now);
+    /// Whether more has come than any answer takes; then the failure has been told.
+    [[nodiscard]] bool isEndless();
     /// When to ask again; that the peer takes what we send wakes nobody.
     [[nodiscard]] Time nextLook(Time now);
 
