@@ -7,8 +7,6 @@ namespace tralio {
 bool isLoopback(std::string host) {
     if (host.starts_with('[') && host.ends_with(']'))
         host = host.substr(1, host.size() - 2);
-    if (host.ends_with('.'))
-        host.pop_back();  // a trailing dot marks a complete name
     in_addr four{};
     in6_addr six{};
     // The unspecified address also connects to this machine.

@@ -218,8 +218,9 @@ void SqliteDatabase::write(const QString& key, const StoredValue& value) {
 
 void SqliteDatabase::setAside(const QString& key) {
     const Statement statement = prepare(
-        "UPDATE entries SET key = key || '.damaged-' || "
-        "(SELECT 1 + count(*) FROM entries WHERE key GLOB ?1 || '.damaged-*') WHERE key = ?1");
+        "WITH RECURSIVE number(n) AS (VALUES(1) UNION ALL SELECT n + 1 FROM number "
+        "WHERE EXISTS (SELECT 1 FROM entries WHERE key = ?1 || '.damaged-' || n)) "
+        "UPDATE entries SET key = ?1 || '.damaged-' || (SELECT max(n) FROM number) WHERE key = ?1");
     const QByteArray name = key.toUtf8();
     Execution update(statement.get());
     update.bindText(1, name);

@@ -32,7 +32,7 @@ public:
         QString temporaryFolder;
         /// Of the key that signs archives, in hexadecimal digits. If it is empty, signatures are not checked.
         QString publicKey = {};
-        qint64 largestArchive = 500'000'000;  ///< bytes
+        qint64 largestArchive = 500'000'000;  ///< bytes, fewer than `maximumPieces` of the HTTP helper
         /// Allows archives by http from this machine, for tests; otherwise only https is accepted.
         bool takesFromLoopback = false;
         /// Ends the program.

@@ -55,7 +55,7 @@ private:
     void endPreparation();
     void takeProxies();
     void concludeTransfers();
-    void endSilentTransfers();
+    void endHopelessTransfers();
     void remove(Id id);
     [[nodiscard]] bool isAwaiting(Id id) const { return m_awaiting && m_awaiting->first == id; }
     [[nodiscard]] int millisecondsToWait() const;

@@ -21,6 +21,9 @@ public:
     /// When bytes last moved, found out now; the time of construction if none have.
     [[nodiscard]] Clock::time_point last();
 
+    /// How many bytes have been received, headers and handshakes included, as far as `last` saw.
+    [[nodiscard]] uint64_t received() const { return m_received; }
+
     /// Whether sent bytes await acknowledgement. No event reports that they are acknowledged, so `last()`
     /// must be polled.
     [[nodiscard]] bool isSending() const { return m_isSending; }
@@ -29,11 +32,13 @@ private:
     struct Watched {
         int number;  ///< libcurl's own descriptor
         FileDescriptor socket;
-        uint64_t moved = 0;
+        uint64_t received = 0;
+        uint64_t taken = 0;  ///< of ours, by the other side
     };
 
     std::vector<Watched> m_sockets;
     Clock::time_point m_last = Clock::now();
+    uint64_t m_received = 0;
     bool m_isSending = false;
 };
 

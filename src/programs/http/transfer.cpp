@@ -96,6 +96,16 @@ bool Transfer::isSilent(Time now) {
     return true;
 }
 
+bool Transfer::isEndless() {
+    // Chunk extensions and empty blocks of compression never become a part of the body, which has a limit.
+    const size_t limit = m_inPieces ? maximumPieces : maximumTransfer;
+    (void)m_movement.last();
+    if (m_movement.received() <= limit)
+        return false;
+    fail(tooLargeReplyWords(m_address.name, limit));
+    return true;
+}
+
 Transfer::Time Transfer::deadline() {
     const auto limit =
         handle() ? m_head.idleTimeout : std::min<std::chrono::milliseconds>(m_head.idleTimeout, proxyAnswer);

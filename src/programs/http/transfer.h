@@ -59,6 +59,8 @@ public:
 
     /// Whether no byte has moved either way for too long; then the failure has been sent.
     [[nodiscard]] bool isSilent(Time now);
+    /// Whether more has been received than any answer takes; then the failure has been sent.
+    [[nodiscard]] bool isEndless();
     /// When to call `isSilent` again: early while sending, since acknowledged bytes cause no event.
     [[nodiscard]] Time nextLook(Time now);
 

@@ -16,6 +16,11 @@ namespace tralio::http_protocol {
 /// memory.
 inline constexpr size_t maximumBody = 4 * 1024 * 1024;
 
+/// In bytes as they come, with everything around the body.
+inline constexpr size_t maximumTransfer = 4 * maximumBody;
+/// The same for a body in pieces, above the limit of whoever takes those.
+inline constexpr size_t maximumPieces = 600'000'000;
+
 inline constexpr size_t maximumRequest = 64 * 1024 * 1024;
 inline constexpr size_t maximumReply = maximumBody + 64 * 1024;
 
