@@ -61,9 +61,10 @@ TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their
         int height;
         int columns;
         int pitch;
+        double rise = 0;  ///< of a scan that is a little turned: from one column to the next
     };
-    for (const auto& [height, columns, pitch] :
-        {Case{1440, 1, 19}, {1440, 2, 19}, {1440, 2, 23}, {300, 2, 19}}) {
+    for (const auto& [height, columns, pitch, rise] :
+        {Case{1440, 1, 19}, {1440, 2, 19}, {1440, 2, 23}, {300, 2, 19}, {1440, 3, 19, 4}}) {
         QImage image(900, height, QImage::Format_RGB32);
         image.fill(Qt::white);
         QPainter painter(&image);
@@ -72,8 +73,9 @@ TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their
         painter.setFont(font);
         for (int i = 0; i < code.size(); ++i) {
             painter.drawText(QPointF(40, 60 + pitch * i), code[i]);
-            if (columns == 2)
-                painter.drawText(QPointF(600, 60 + pitch * i), u"gypsy rows"_s);
+            for (int column = 1; column < columns; ++column)
+                painter.drawText(
+                    QPointF(900 - 300 * (columns - column), 60 + pitch * i - column * rise), u"gypsy rows"_s);
         }
         painter.end();
         std::vector<TextObservation> observations;
@@ -88,10 +90,9 @@ TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their
             starts += each.candidates.front().trimmed().left(8);
         for (const QString& line : code) {
             wanted += line.trimmed().left(8);
-            if (columns == 2)
-                wanted += u"gypsy ro"_s;
+            wanted += QStringList(columns - 1, u"gypsy ro"_s);
         }
-        EXPECT_EQ(starts, wanted) << height << ' ' << pitch;
+        EXPECT_EQ(starts, wanted) << height << ' ' << pitch << ' ' << rise;
     }
 }
 
