@@ -22,10 +22,15 @@ struct PictureReading : testing::Test {
     }
 
     int signsOfLife = 0;
-    EnginePool engines{[this] { ++signsOfLife; }};
     std::vector<qsizetype> counts;
     double work = 0;  ///< in seconds
+    double workForALine = 0;
     double workForABlock = 0;
+    EnginePool engines{[this] {
+                           ++signsOfLife;
+                           work += workForALine;
+                       },
+        [this] { return work; }};
 };
 
 TEST_F(PictureReading, of_a_picture_that_is_too_much_work_what_was_read_by_then_is_kept) {
@@ -39,6 +44,17 @@ TEST_F(PictureReading, of_a_picture_that_is_too_much_work_what_was_read_by_then_
     EXPECT_EQ(reading.lines.back().text(), lines[15]);
     EXPECT_THAT(counts, ElementsAre(8, 16));
     EXPECT_GE(signsOfLife, 16) << "also within a block, at every line";
+}
+
+TEST_F(PictureReading, of_a_block_that_keeps_an_engine_busy_the_lines_before_are_kept) {
+    QStringList lines;
+    for (int i = 0; i < 8; ++i)
+        lines += u"Line %1 of this page"_s.arg(i + 11);
+    workForALine = 6;
+    const Reading reading = read(drawn(lines), {u"eng"_s});
+    ASSERT_THAT(reading.lines.size(), testing::AllOf(testing::Ge(2U), testing::Le(4U)));
+    for (size_t i = 0; i < reading.lines.size(); ++i)
+        EXPECT_EQ(reading.lines[i].text(), lines[static_cast<qsizetype>(i)]);
 }
 
 TEST_F(PictureReading, after_much_that_nobody_can_read_other_text_is_looked_at_once_more) {
