@@ -244,6 +244,17 @@ TEST(TextFinding, a_headline_is_no_part_of_the_text_below_and_both_are_scaled_to
     }
 }
 
+TEST(TextFinding, no_block_is_enlarged_beyond_what_engines_take) {
+    Sheet sheet(16'000, 40);
+    sheet.type({20, 15}, 1900, 8);
+    const Found found(sheet);
+    ASSERT_EQ(found.blocks.size(), 1U);
+    EXPECT_EQ(BlockPainter(found.marks, found.shapes, found.blocks)
+                  .paint(found.blocks[0], found.blocks[0].kind)
+                  .plane.width(),
+        32'767);
+}
+
 TEST(TextFinding, accents_and_dots_go_with_their_letters) {
     Sheet sheet(300, 90);
     for (int row = 0; row < 2; ++row) {
