@@ -57,6 +57,23 @@ TEST_F(PictureReading, of_a_block_that_keeps_an_engine_busy_the_lines_before_are
         EXPECT_EQ(reading.lines[i].text(), lines[static_cast<qsizetype>(i)]);
 }
 
+TEST_F(PictureReading, dark_and_light_lines_of_one_block_are_all_read) {
+    QImage image(360, 120, QImage::Format_RGB32);
+    image.fill(QColor(0x3a, 0x8f, 0xd8));
+    QPainter painter(&image);
+    QFont font(u"Liberation Serif"_s);
+    font.setPixelSize(11);  // so that other pictures are tried
+    painter.setFont(font);
+    const QStringList lines{u"Đơn hàng của bạn đã được giao"_s, u"Mã đơn 84-2217 gửi từ kho Hà Đông"_s,
+        u"Vui lòng đánh giá người giao hàng"_s, u"Xem chi tiết hoặc trả lại trong 7 ngày"_s};
+    for (int i = 0; i < lines.size(); ++i) {
+        painter.setPen(i < 2 ? Qt::white : Qt::black);
+        painter.drawText(QPointF(12, 19 + 25 * i), lines[i]);
+    }
+    painter.end();
+    EXPECT_EQ(read(image, {u"vie"_s, u"eng"_s}).lines.size(), 4U);
+}
+
 TEST_F(PictureReading, after_much_that_nobody_can_read_other_text_is_looked_at_once_more) {
     WorkBudget budget([this] { return work; });
     work = 6;
