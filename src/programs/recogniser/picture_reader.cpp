@@ -42,7 +42,8 @@ std::optional<double> offsetIn(const Row& row, const ReadLine* line) {
     // A headline or a large number beside a table does not join its rows.
     const auto [low, high] = std::minmax({line->box.height(), neighbour->box.height()});
     const double offset = std::abs(middleOf(line) - middleOf(neighbour));
-    const bool isBeside = gapBetween(line, neighbour) >= 0;
+    // Both may hold a piece of the rule between them.
+    const bool isBeside = gapBetween(line, neighbour) >= -low / 2;
     return isBeside && offset <= sameRow * (low + std::min(high, 2 * low)) / 2 ? std::optional(offset)
                                                                                : std::nullopt;
 }
