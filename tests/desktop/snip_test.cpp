@@ -172,8 +172,11 @@ TEST_F(RegionPicker, leaves_no_file_when_cancelled) {
 
 TEST_F(RegionPicker, is_served_by_the_keyboard_alone_and_keeps_the_keys_to_itself) {
     desktop.startInFront(u"xterm"_s, u"xterm"_s, {u"-geometry"_s, u"20x5+900+700"_s});
-    desktop.xdotool(u"mousemove 400 300"_s);
+    desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"50"_s, u"50"_s});
+    desktop.xdotool(u"mousemove 400 300 keydown Return"_s);
     open();
+    desktop.xdotool(u"keyup Return"_s);  // the hot key's, which repeated
+    desktop.run(u"xset"_s, {u"r"_s, u"rate"_s});
     desktop.type(u"touch typed\n"_s);  // the final Return places the rectangle
     desktop.xdotool(u"key Left key ctrl+Up key shift+Right key ctrl+shift+Down key Return"_s);
     ASSERT_EQ(finish(), 0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bitset>
 #include <functional>
 
 #include "programs/snip/x_display.h"
@@ -20,10 +21,15 @@ public:
 
     void setCursor(xcb_cursor_t cursor);
 
+    using Keys = std::bitset<256>;
+    /// By code, those that were down when the keyboard became ours.
+    [[nodiscard]] const Keys& heldKeys() const { return m_heldKeys; }
+
 private:
     void letGo() const;
 
     const XDisplay& m_display;
+    Keys m_heldKeys;
 };
 
 }  // namespace tralio

@@ -57,6 +57,9 @@ Picker::Picker(const XDisplay& display, FrozenScreen& screen, const MonitorLayou
 std::optional<QRect> Picker::pick() {
     double scale = m_monitors.at(m_selection.pointer()).scale;
     InputGrab grab(m_display, crossFor(scale), [this] { m_screen.freeze(); });
+    for (size_t key = 0; key < grab.heldKeys().size(); ++key)
+        if (grab.heldKeys()[key])
+            m_heldKeys.emplace(key, std::nullopt);
     Overlay overlay(m_display, m_screen);
     overlay.show();
 
@@ -101,8 +104,15 @@ void Picker::handle(const xcb_generic_event_t& event) {
             break;
         }
         case XCB_KEY_PRESS:
-            pressKey(as<xcb_key_press_event_t>(event));
+            if (const auto& press = as<xcb_key_press_event_t>(event); !isRepeat(press))
+                pressKey(press);
             break;
+        case XCB_KEY_RELEASE: {
+            const auto& release = as<xcb_key_release_event_t>(event);
+            if (const auto held = m_heldKeys.find(release.detail); held != m_heldKeys.end())
+                held->second = release.time;
+            break;
+        }
         case XCB_MAPPING_NOTIFY: {
             auto mapping = as<xcb_mapping_notify_event_t>(event);
             xcb_refresh_keyboard_mapping(m_keys.get(), &mapping);
@@ -125,6 +135,17 @@ void Picker::pressButton(const xcb_button_press_event_t& event) {
         m_selection.press({event.root_x, event.root_y});
     else if (event.detail == XCB_BUTTON_INDEX_3)
         m_selection.cancel();
+}
+
+bool Picker::isRepeat(const xcb_key_press_event_t& event) {
+    const auto held = m_heldKeys.find(event.detail);
+    if (held == m_heldKeys.end())
+        return false;
+    // The server repeats a key as a release and a press at one time.
+    if (!held->second || *held->second == event.time)
+        return true;
+    m_heldKeys.erase(held);
+    return false;
 }
 
 void Picker::pressKey(const xcb_key_press_event_t& event) {

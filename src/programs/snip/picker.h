@@ -26,6 +26,7 @@ private:
     void handle(const xcb_generic_event_t& event);
     void pressButton(const xcb_button_press_event_t& event);
     void pressKey(const xcb_key_press_event_t& event);
+    [[nodiscard]] bool isRepeat(const xcb_key_press_event_t& event);
     void waitForEvent(bool isFading);
     [[nodiscard]] xcb_cursor_t crossFor(double scale);
 
@@ -34,6 +35,9 @@ private:
     const MonitorLayout& m_monitors;
     RegionSelection m_selection;
     std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> m_keys;
+    /// Keys that were down before the keyboard was grabbed, as the hot key's are, with the time of their last
+    /// release.
+    std::map<xcb_keycode_t, std::optional<xcb_timestamp_t>> m_heldKeys;
     XcbPtr<xcb_generic_event_t> m_queued;      ///< an event that was read while flushing
     std::map<double, xcb_cursor_t> m_crosses;  ///< by scale
 };
