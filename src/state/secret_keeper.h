@@ -22,13 +22,16 @@ public:
     SecretKeeper& operator=(const SecretKeeper&) = delete;
     virtual ~SecretKeeper() = default;
 
-    // None of these makes the desktop ask the user anything.
+    /// Whether the desktop may ask the user to confirm, which it may only when the user has just changed the
+    /// key.
+    enum class Prompting { may, mustNot };
 
+    /// Makes the desktop ask the user nothing.
     virtual void find(std::function<void(Answer answer, const QString& secret)> then) = 0;
     /// Stores the secret in place of an earlier one.
-    virtual void keep(const QString& secret, std::function<void(Answer)> then) = 0;
+    virtual void keep(const QString& secret, Prompting prompting, std::function<void(Answer)> then) = 0;
     /// Succeeds also if there is no secret.
-    virtual void forget(std::function<void(Answer)> then) = 0;
+    virtual void forget(Prompting prompting, std::function<void(Answer)> then) = 0;
 
     /// Makes the desktop ask the user to unlock the keyring.
     virtual void unlock() = 0;

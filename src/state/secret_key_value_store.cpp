@@ -54,12 +54,12 @@ void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
     if (!wasKept || !isSecret())
         m_store.setValue(apiKey, *m_key);
     if (isSecret()) {
-        handOver();
+        handOver(Prompting::may);
         return;
     }
     m_store.forgetOverwritten();
     if (wasKept)
-        forget();
+        forget(Prompting::may);
 }
 
 bool SecretKeyValueStore::isAwaited(const QString& key) const {
@@ -94,9 +94,9 @@ void SecretKeyValueStore::askKeeper() {
     if (m_isAwaited)
         find();
     else if (!isSecret() && m_store.boolean(keyToForget).value_or(false))
-        forget();
+        forget(Prompting::mustNot);
     else if (!holdsMarker())
-        handOver();
+        handOver(Prompting::mustNot);
 }
 
 void SecretKeyValueStore::setToForget(bool toForget) {
@@ -104,9 +104,9 @@ void SecretKeyValueStore::setToForget(bool toForget) {
         m_store.setValue(keyToForget, toForget);
 }
 
-void SecretKeyValueStore::forget() {
+void SecretKeyValueStore::forget(Prompting prompting) {
     setToForget(true);
-    m_keeper.forget([this](SecretKeeper::Answer answer) {
+    m_keeper.forget(prompting, [this](SecretKeeper::Answer answer) {
         if (answer == SecretKeeper::Answer::done)
             setToForget(false);
     });
@@ -117,22 +117,25 @@ void SecretKeyValueStore::find() {
         using enum SecretKeeper::Answer;
         if (!m_isAwaited || answer == locked || answer == unavailable)
             return;
-        if (answer == absent)
+        // KWallet writes attributes at once, and secrets later: killed between the two, it has an empty one.
+        if (secret.isEmpty())
             debugLog(u"SecretKeyValueStore: the keeper of secrets has lost the key"_s);
         m_key = secret;
         setAwaited(false);
     });
 }
 
-void SecretKeyValueStore::handOver() {
+void SecretKeyValueStore::handOver(Prompting prompting) {
     if (m_handedOver || !isSecret())
         return;
     m_handedOver = m_key;
-    m_keeper.keep(*m_key, [this](SecretKeeper::Answer answer) {
+    m_keeper.keep(*m_key, prompting, [this, prompting](SecretKeeper::Answer answer) {
         const QString sent = *std::exchange(m_handedOver, std::nullopt);
         if (answer != SecretKeeper::Answer::done) {
             if (!isSecret())
-                forget();  // the keyring may have stored the key without confirming it
+                forget(Prompting::may);  // the keyring may have stored the key without confirming it
+            else if (m_key != sent && prompting == Prompting::mustNot)
+                handOver(Prompting::may);
             else if (holdsMarker())
                 m_store.setValue(apiKey, *m_key);
         } else if (m_key == sent) {
@@ -140,9 +143,9 @@ void SecretKeyValueStore::handOver() {
             setToForget(false);
             m_store.forgetOverwritten();
         } else if (isSecret()) {
-            handOver();
+            handOver(Prompting::may);  // the user has changed it meanwhile
         } else {
-            forget();
+            forget(Prompting::may);
         }
     });
 }

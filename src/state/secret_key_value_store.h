@@ -6,10 +6,9 @@
 #include <optional>
 
 #include "state/key_value_store.h"
+#include "state/secret_keeper.h"
 
 namespace tralio {
-
-class SecretKeeper;
 
 /// The user's values. The key for the translation server is kept in the desktop's keyring if there is one and
 /// it is unlocked: the underlying store then has a marker in its place (the boolean true). Without a keyring,
@@ -37,13 +36,15 @@ public:
     std::function<void(bool)> onKeyAwaited;
 
 private:
+    using Prompting = SecretKeeper::Prompting;
+
     [[nodiscard]] bool isSecret() const;
     [[nodiscard]] bool holdsMarker() const;
     void setAwaited(bool awaited);
     void askKeeper();
     void find();
-    void handOver();
-    void forget();
+    void handOver(Prompting prompting);
+    void forget(Prompting prompting);
     void setToForget(bool toForget);
 
     KeyValueStore& m_store;
