@@ -124,6 +124,7 @@ void AppDelegate::translateSelectedText(const QString& text) {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty())
         return;
+    m_needs.appState.stopReading();  // of a picture, which came before
     m_needs.clock.after(0ms, this, [this, trimmed] {
         m_nextText = trimmed;
         if (!std::exchange(m_isShowDue, true))
@@ -132,6 +133,8 @@ void AppDelegate::translateSelectedText(const QString& text) {
 }
 
 void AppDelegate::checkAndAutoTranslateClipboard() {
+    if (m_needs.appState.isReading())
+        return;  // which the window was opened to look at
     const qint64 changeCount = m_needs.pasteboard.changeCount();
     if (changeCount == m_needs.appState.lastHandledChangeCount ||
         m_needs.pasteboard.isConcealed().value_or(true))
@@ -139,12 +142,17 @@ void AppDelegate::checkAndAutoTranslateClipboard() {
     const QString text = m_needs.pasteboard.string().value_or(QString()).trimmed();
     if (text.isEmpty())
         return;
-    m_needs.appState.lastHandledChangeCount = changeCount;
     // Clipboard managers take over a content as its owner, which counts as a change although the text is the
     // same.
-    const bool isHandled = text == std::exchange(m_lastHandledText, text);
+    const bool isHandled = text == m_lastHandledText;
+    noteHandled(changeCount, text);
     if (!isHandled && text != m_needs.pasteboard.ownString().trimmed())
         m_needs.appState.requestTranslation(text);
+}
+
+void AppDelegate::noteHandled(qint64 changeCount, const QString& text) {
+    m_needs.appState.lastHandledChangeCount = changeCount;
+    m_lastHandledText = text.trimmed();
 }
 
 void AppDelegate::translateLater(const QString& text) {

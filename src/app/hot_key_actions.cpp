@@ -39,6 +39,8 @@ void AppDelegate::handleGlobalHotKey() {
             return;
         debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
             (text ? excerpt(*text) : u"nil"_s) % u"'");
+        if (text && !text->isEmpty())
+            self->m_needs.appState.stopReading();  // of a picture, which came before
         // The user has begun to draw a region meanwhile, and is waiting for its text.
         if (self->m_needs.captures.isDrawing() && (!text || text->isEmpty())) {
             self->m_isFetching = false;
@@ -55,15 +57,13 @@ void AppDelegate::showSelection(const std::optional<QString>& text) {
     const qint64 changeCount = m_needs.pasteboard.changeCount();
     if (!text || text->isEmpty()) {
         if (m_needs.hotKeys.obstacle() == SelectedTextFetch::Obstacle::lineOfCaret)
-            m_needs.appState.lastHandledChangeCount = changeCount;  // a line that nobody has copied
+            noteHandled(changeCount, m_needs.pasteboard.string().value_or(QString()));
         m_isFetching = false;
         translateSelectionOnceFocused();
         return;
     }
     // The fetch may have left this very text on the clipboard: the clipboard check must not take it for new.
-    m_needs.appState.lastHandledChangeCount = changeCount;
-    if (changeCount != m_changeCountBeforeFetch)
-        m_lastHandledText = text->trimmed();
+    noteHandled(changeCount, changeCount != m_changeCountBeforeFetch ? *text : m_lastHandledText);
     translateLater(*text);
 }
 
@@ -82,8 +82,10 @@ void AppDelegate::translateSelectionOnceFocused() {
         if (selection.text.trimmed().isEmpty()) {
             self->say(nothingSelected, noticeTime);
         } else if (selection.age == LateSelection::Age::recent) {
+            self->m_needs.appState.stopReading();
             self->m_needs.appState.requestTranslation(selection.text);
         } else {
+            self->m_needs.appState.stopReading();
             self->m_needs.appState.offerTranslation(selection.text);
             self->say(confirmOffer, errorTime);
         }

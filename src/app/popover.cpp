@@ -52,7 +52,7 @@ Popover::~Popover() {
 }
 
 bool Popover::isShown() const {
-    return m_shown || m_focus.wasJustClosed();
+    return (m_shown && !isElsewhere()) || m_focus.wasJustClosed();
 }
 
 void Popover::show(std::optional<QRect> anchor) {
@@ -68,7 +68,7 @@ void Popover::show(std::optional<QRect> anchor) {
     }
     m_frame->setEdges(edges);
     // One that was left open on another desktop would carry the user back there.
-    if (!m_shown || m_windowSystem.isOnOtherDesktop(internalWinId())) {
+    if (!m_shown || isElsewhere()) {
         hide();  // a popover that is fading out is opened anew, with all the signals
         place(anchor);
         appear(motionTime(opening));
@@ -132,7 +132,13 @@ void Popover::ends() {
     m_focus.hidden();
 }
 
+bool Popover::isElsewhere() const {
+    return m_windowSystem.isOnOtherDesktop(internalWinId());
+}
+
 void Popover::pointerDid(WindowSystem::Pointer what) {
+    if (what != WindowSystem::Pointer::moved && isElsewhere())
+        return;  // the user cannot mean a popover that is out of sight
     switch (what) {
         case WindowSystem::Pointer::pressed:
             m_focus.pressed();

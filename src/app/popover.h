@@ -42,6 +42,8 @@ private:
     void place(std::optional<QRect> anchor);
     void appear(int motion);
     void disappear();
+    /// Whether it is shown, but on another desktop than the user's.
+    [[nodiscard]] bool isElsewhere() const;
     /// From now on it does not count as shown.
     void ends();
     void pointerDid(WindowSystem::Pointer what);

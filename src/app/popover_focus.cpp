@@ -118,8 +118,8 @@ void PopoverFocus::look(std::chrono::milliseconds pause) {
     const bool followsPointer = m_followsPointer || (m_motion.wasLately() && !m_window.isUnderPointer());
     if (m_justShown.isNow() || m_window.isInFront()) {
         // The event may be from before the popover was shown, or from a short keyboard grab. If another
-        // window becomes active meanwhile, no further event says so: look again.
-        // it may be a locked screen, which takes long
+        // window becomes active meanwhile, no further event says so: look again, ever more rarely, since it
+        // may be a locked screen.
         lookLater(std::min(pause + pause / 10, longestFocusPoll));
     } else if (m_awaited.isNow()) {
         m_window.bringToFront();

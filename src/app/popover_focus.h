@@ -8,12 +8,10 @@ namespace tralio {
 /// window manager is slow to give it. Does not depend on a real window.
 ///
 /// - A click outside closes the popover when the button is released, unless it is on an aid for typing. If it
-/// is
-///   released over the popover it was a drag, which ends there as a drop.
+///   is released over the popover it was a drag, which ends there as a drop.
 /// - Losing the focus to another window closes it, too: the user has gone there with the keyboard, or by a
-/// click in
-///   a session that does not report clicks. It stays open if the focus only follows the pointer, or while a
-///   grab keeps the keyboard from every window for a moment, as input methods and the volume keys do.
+///   click in a session that does not report clicks. It stays open if the focus only follows the pointer, or
+///   while a grab keeps the keyboard from every window for a moment, as input methods and the volume keys do.
 ///
 /// Used from the main thread.
 class PopoverFocus final {

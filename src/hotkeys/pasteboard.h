@@ -27,7 +27,8 @@ public:
     /// The plain text on the clipboard; absent if there is none.
     [[nodiscard]] virtual std::optional<QString> string() = 0;
 
-    /// The selected text that the middle button pastes; absent if there is none.
+    /// The selected text that the middle button pastes; empty if nothing is selected anywhere, absent if it
+    /// cannot be read.
     [[nodiscard]] virtual std::optional<QString> selectedString() = 0;
 
     /// The picture on the clipboard; null if there is none. Does not block: its owner may need time to encode

@@ -32,7 +32,7 @@ public:
     static const QString defaultModel;
     static const QString defaultApiKey;
     static const QString defaultPrompt;
-    /// the key under which the API key is stored
+    /// The name under which the API key is stored.
     static constexpr QStringView apiKeyKey = u"app_setting_api_key";
     static constexpr quint32 defaultHotKeyKeyCode = 2;      ///< the D key
     static constexpr quint32 defaultHotKeyModifiers = 768;  ///< command 256 and shift 512

@@ -14,7 +14,6 @@ void AppState::requestTranslation(const QString& text) {
     debugLog(u"AppState.requestTranslation: requested with text '"_s + excerpt(trimmed) + u"'"_s);
     if (trimmed.isEmpty())
         return;
-    stopReading();
     notice = QString();
     isPendingTextWanted = true;
     pendingTextToTranslate = trimmed;

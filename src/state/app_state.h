@@ -61,8 +61,7 @@ public:
     std::function<void()> onUnlockKey;
 
     /// Asks the translate panel to translate `text`, trimmed; blank text is dropped. The text is in its place
-    /// before the trigger changes. A picture that is still being read came before it, and is given up. Does
-    /// not open the popover.
+    /// before the trigger changes. Does not open the popover.
     void requestTranslation(const QString& text);
     /// The same, but the user has to say yes: the text is put into the input, and not sent.
     void offerTranslation(const QString& text);

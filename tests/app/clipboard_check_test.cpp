@@ -88,6 +88,18 @@ TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new_but_
     desktop.pasteboard.copy(u"copied"_s);
     EXPECT_EQ(opening(), std::nullopt) << "taken over by another program";
 
+    // Nor is a line that an editor copied because nothing was selected.
+    popover.shown = false;
+    desktop.workspace.front->bundleIdentifier = u"org.kde.kate"_s;
+    desktop.pasteboard.selected = u"older"_s;
+    press(textHotKeyID);
+    desktop.pasteboard.copy(u"line\n"_s);
+    desktop.clock.advance(30ms);
+    EXPECT_EQ(opening(), std::nullopt);
+    desktop.pasteboard.copy(u"line"_s);
+    EXPECT_EQ(opening(), std::nullopt) << "taken over by another program";
+    desktop.workspace.front->bundleIdentifier = u"org.example.Editor"_s;
+
     popover.shown = false;
     fetch();
     desktop.pasteboard.copy(u"the user's own"_s);

@@ -180,6 +180,22 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
     press(textHotKeyID);
     desktop.clock.advance(1s);
     EXPECT_EQ(appState.pendingTextToTranslate(), u"later"_s) << "the next press counts";
+
+    // The region that is drawn then comes after the text, whose request does not stop its reading; a text
+    // that comes while it is read does.
+    region.draws = true;
+    recognizer.isHung = true;
+    expectAfterwards(u"handed over"_s, [this] { delegate->translateSelectedText(u"handed over"_s); });
+    ASSERT_THAT(recognizer.stops, SizeIs(1));
+    EXPECT_FALSE(recognizer.stops.back().stop_requested());
+    statusItem.action();
+    desktop.clock.advance(80ms);
+    EXPECT_FALSE(recognizer.stops.back().stop_requested()) << "by what the clipboard has had all along";
+    appState.notice = u"said"_s;
+    press(textHotKeyID);
+    EXPECT_TRUE(recognizer.stops.back().stop_requested());
+    desktop.clock.advance(80ms);
+    EXPECT_EQ(appState.notice(), QString()) << "it is of something else";
 }
 
 TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {

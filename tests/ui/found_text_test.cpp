@@ -177,12 +177,10 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
     // So does a text, and a picture overtakes a file that is not read yet.
     desktop.pasteboard.copy(u"pasted"_s);
     const auto paste = [this] { panel->pasteFromClipboard(AutoTranslate::no); };
-    const auto ask = [this] {
-        appState.notice = u"said"_s;
-        appState.requestTranslation(u"asked"_s);
-        EXPECT_EQ(appState.notice(), QString());
+    const auto insert = [this] {
+        EXPECT_TRUE(panel->textToInsert(TranslateState::TextOrigin::clipboard, {}));
     };
-    for (const auto& come : std::initializer_list<std::function<void()>>{paste, ask}) {
+    for (const auto& come : std::initializer_list<std::function<void()>>{paste, insert}) {
         panel->performOCR(picture(), AutoTranslate::no);
         come();
         EXPECT_TRUE(recognizer.stops.back().stop_requested());

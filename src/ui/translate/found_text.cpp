@@ -67,7 +67,6 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
     const auto self = shared_from_this();
     if (m_needs.captures.isReading())
         co_return;  // one is drawn at a time, and read to its end or until it is cancelled
-    stopAwaiting();
     showError(std::nullopt);
     const std::stop_source reading;
     const std::stop_token stop = reading.get_token();
@@ -78,7 +77,11 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
         AppState& appState = m_needs.appState;
         auto capture = m_needs.captures.captureInteractiveAndRecognize(
             [&appState] { appState.hidePopover(); }, [&appState] { appState.showPopover(); },
-            [&appState, reading] { appState.beginReading(reading); }, stop, counting(appState, stop));
+            [self, &appState, reading] {
+                self->stopAwaiting();
+                appState.beginReading(reading);
+            },
+            stop, counting(appState, stop));
         text = co_await std::move(capture);
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
@@ -172,7 +175,11 @@ std::optional<QString> TranslateState::textToInsert(
         text = m_needs.pasteboard.string();
     else if (origin == TextOrigin::selection)
         text = m_needs.pasteboard.selectedString();
-    return text && admits(*text) && admits(kept + *text) ? text : std::nullopt;
+    if (!text || !admits(*text) || !admits(kept + *text))
+        return std::nullopt;
+    stopAwaiting();
+    m_needs.appState.stopReading();
+    return text;
 }
 
 bool TranslateState::handleDrop(const QList<DroppedItem>& items) {

@@ -109,8 +109,8 @@ void HelperProcess::allowSilence(std::chrono::milliseconds silence) {
 }
 
 void HelperProcess::restartSilence(std::chrono::milliseconds silence) {
-    // After a suspension of the machine the first timer fires late. The second one gives the helper, which
-    // stood still too, time to speak before it counts as hung.
+    // If both processes stood still, as in a paused virtual machine, the first timer fires late. The second
+    // one gives the helper time to speak before it counts as hung.
     const auto lastPart = std::min<std::chrono::milliseconds>(lastChance, silence);
     m_silence = m_clock.after(silence - lastPart,
         [this, lastPart] { m_silence = m_clock.after(lastPart, [this] { concludeSilence(); }); });

@@ -142,7 +142,7 @@ void HelperTextRecognizer::take(const std::string& payload) {
 }
 
 void HelperTextRecognizer::cancel(Jobs::Id id) {
-    // The engine cannot be interrupted, and the next image would have to wait for it.
+    // The program reads no message while it works, and the next image would have to wait for it.
     if (id == m_current)
         m_helper.giveUp(cancelled());
     else

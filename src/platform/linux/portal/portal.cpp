@@ -78,8 +78,8 @@ void Portal::forgetPortal() {
 
 void Portal::introduce() {
     ++m_introduction;
-    // Tells the portal our application id. Older portals have no Registry: they derive the id from the
-    // process (its systemd unit), which therefore must stay readable in /proc.
+    // Tells the portal our application id. Older portals have no Registry and derive the id from how the
+    // process was started. All of them look at the process, which must stay readable in /proc.
     auto registration = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(path),
         u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
     registration << QGuiApplication::desktopFileName() << QVariantMap();

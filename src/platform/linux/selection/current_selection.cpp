@@ -27,7 +27,7 @@ std::optional<QString> selectedTextOf(const ElementSelection& element, const Ask
         return element.text;
     auto all = primary();
     if (all)
-        // Chromium puts these characters in place of controls
+        // Chromium puts these characters in place of controls.
         all->text.remove(QChar::ObjectReplacementCharacter);
     if (all && !all->text.trimmed().isEmpty() && (hasPlaceholders || all->text.contains(element.text))) {
         // PRIMARY may hold an older, longer selection that contains this one, as after a search in a page.

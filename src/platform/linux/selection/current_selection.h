@@ -58,7 +58,8 @@ struct ElementSelection {
 
 using AskPrimary = std::function<std::optional<PrimaryText>()>;
 
-/// The selection of an element that has one: PRIMARY, if it contains the element's part, else that part.
+/// The selection of an element that has one. Of an element that shows only a part it is PRIMARY, if that
+/// contains the part, else the part.
 /// Nothing if PRIMARY may be of an older mark, so that the application has to be asked.
 [[nodiscard]] std::optional<QString> selectedTextOf(
     const ElementSelection& element, const AskPrimary& primary);

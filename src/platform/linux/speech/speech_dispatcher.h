@@ -81,7 +81,7 @@ private:
     Limits m_limits;
     std::unique_ptr<SsipConnection> m_connection;
     QString m_defaultLanguage;
-    /// the default one first; absent until they are known
+    /// The daemon's engines, the default one first; absent until they are known.
     std::optional<std::vector<SpeechModule>> m_modules;
     /// The engines that report the marks in a text: the usual one, and those that have done so.
     QSet<QString> m_modulesWithMarks{QStringLiteral("espeak-ng")};

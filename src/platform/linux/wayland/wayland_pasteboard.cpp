@@ -32,9 +32,12 @@ std::optional<QString> WaylandPasteboard::string() {
 }
 
 std::optional<QString> WaylandPasteboard::selectedString() {
+    constexpr auto primary = DataControl::Selection::primary;
     const QClipboard* own = QGuiApplication::clipboard();
     if (!own->ownsSelection())
-        return m_dataControl.text(DataControl::Selection::primary, QDeadlineTimer(clipboardTextLimit));
+        return m_dataControl.mimeTypes(primary).isEmpty()
+            ? QString()
+            : m_dataControl.text(primary, QDeadlineTimer(clipboardTextLimit));
     const QString text = own->text(QClipboard::Selection);
     return text.isNull() ? std::nullopt : std::optional(text);
 }

@@ -14,7 +14,8 @@ using namespace std::chrono_literals;
 
 constexpr auto releasePoll = 20ms;
 const std::vector<quint16> anyState{XCB_MOD_MASK_ANY};
-/// A held key repeats, which the server reports; without a repeat for this long it counts as released.
+/// After our synthetic release the server no longer knows that the key is down, but reports its repeats;
+/// without one for this long it counts as released.
 constexpr qint64 longestSilence = 3000;  // milliseconds
 
 }  // namespace

@@ -27,6 +27,10 @@ std::optional<QString> X11Pasteboard::string() {
 }
 
 std::optional<QString> X11Pasteboard::selectedString() {
+    const XcbPtr<xcb_get_selection_owner_reply_t> owner{xcb_get_selection_owner_reply(
+        m_connection.xcb(), xcb_get_selection_owner(m_connection.xcb(), XCB_ATOM_PRIMARY), nullptr)};
+    if (owner && owner->owner == XCB_NONE)
+        return QString();
     return textOf(QClipboard::Selection, XCB_ATOM_PRIMARY);
 }
 
@@ -37,8 +41,8 @@ bool X11Pasteboard::isOwn(QClipboard::Mode mode, xcb_atom_t selection) {
     // Qt may not have read yet that another program has taken it over.
     const XcbPtr<xcb_get_selection_owner_reply_t> owner{xcb_get_selection_owner_reply(
         m_connection.xcb(), xcb_get_selection_owner(m_connection.xcb(), selection), nullptr)};
-    const auto process = owner ? m_connection.processOf(owner->owner) : std::nullopt;
-    return !process || *process == QCoreApplication::applicationPid();
+    // As the server knows processes, which may be outside this one's namespace.
+    return owner && m_connection.processOf(owner->owner) == m_connection.processOf(m_connection.window());
 }
 
 std::optional<QString> X11Pasteboard::textOf(QClipboard::Mode mode, xcb_atom_t selection) {
