@@ -25,8 +25,7 @@ TEST_F(Hung, application_does_not_keep_the_hot_key_from_ending_and_a_display_is_
     const pid_t editor = desktop.childOf(getpid(), u"mousepad"_s);
     ASSERT_GT(editor, 0);
     ASSERT_EQ(kill(editor, SIGSTOP), 0);
-    QElapsedTimer sinceThePress;
-    sinceThePress.start();
+    const Stopwatch sinceThePress;
     EXPECT_TRUE(program.openByHotKey());
     EXPECT_LT(sinceThePress.elapsed(), 1500);
     kill(editor, SIGCONT);

@@ -104,25 +104,20 @@ struct Kwin : testing::Test {
         const qint64 editor = desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)}).processId();
         ASSERT_TRUE(waitUntil([&] {
             const AtspiQuestion question{accessibility, TimeBudget(1000)};
-            for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), question)) {
-                if (accessibility.processOf(application.service, question.budget) != editor)
-                    continue;
-                const AtspiReference object = findBelow(application, question,
-                    [&](const AtspiReference& below) { return roleOf(below, question) == AtspiRole::text; });
-                const auto call = [&](const QString& method, const QVariantList& arguments) {
-                    return accessibility
-                        .call(object, u"org.a11y.atspi.Text"_s, method, arguments, question.budget)
-                        .value_or(QVariantList());
-                };
-                // It shows itself first, reads its file then, and the compositor may still be about to bring
-                // it to the front.
-                const int length = static_cast<int>(text.size());
-                if (call(u"GetSelection"_s, {0}) == QVariantList{0, length})
-                    return activeAtspiApplication(accessibility).value_or(AtspiApplication()).processId ==
-                        editor;
-                if (call(u"GetText"_s, {0, -1}) == QVariantList{text})
-                    call(u"AddSelection"_s, {0, length});
-            }
+            const AtspiReference object = findBelow(applicationOf(editor, question), question,
+                [&](const AtspiReference& below) { return roleOf(below, question) == AtspiRole::text; });
+            const auto call = [&](const QString& method, const QVariantList& arguments) {
+                return accessibility
+                    .call(object, u"org.a11y.atspi.Text"_s, method, arguments, question.budget)
+                    .value_or(QVariantList());
+            };
+            // It shows itself first, reads its file then, and the compositor may still be about to bring it
+            // to the front.
+            const int length = static_cast<int>(text.size());
+            if (call(u"GetSelection"_s, {0}) == QVariantList{0, length})
+                return activeAtspiApplication(accessibility).value_or(AtspiApplication()).processId == editor;
+            if (call(u"GetText"_s, {0, -1}) == QVariantList{text})
+                call(u"AddSelection"_s, {0, length});
             return false;
         }));
     }

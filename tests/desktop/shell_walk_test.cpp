@@ -6,35 +6,19 @@ namespace {
 
 /// A user's way through the whole program.
 struct ShellWalk : testing::Test {
-    static QStringList texts(const StandInModel& model) {
-        QStringList texts;
-        for (const auto& request : model.requests())
-            texts.append(request.userText());
-        return texts;
-    }
-
     VirtualDesktop desktop;
     std::optional<ProgramRun> program;
 };
 
-TEST_F(ShellWalk, a_double_click_on_what_gives_way_to_another_panel_presses_nothing_that_lay_beneath) {
+TEST_F(ShellWalk, a_double_click_that_ends_the_walk_through_presses_nothing_that_lay_beneath) {
     program.emplace(desktop, ProgramRun::Stored{{u"hasCompletedOnboarding"_s, false}});
     ASSERT_TRUE(program->openByHotKey());
     ASSERT_TRUE(program->click(u"Bỏ qua"_s, 2));
     ASSERT_TRUE(program->comes(u"Dán & Tralio"_s));
     EXPECT_FALSE(waitUntil([&] { return !program->isRunning(); }, 1)) << "the button that quits lay there";
-
-    desktop.enter(u"hello"_s);
-    ASSERT_TRUE(waitUntil([&] { return program->shownTranslation() == u"Xin chào"_s; }));
-    ASSERT_TRUE(program->click(u"Lịch sử"_s));
-    ASSERT_TRUE(program->click(u"hello"_s, 2));
-    ASSERT_TRUE(program->comes(u"Dán & Tralio"_s));
-    EXPECT_FALSE(waitUntil([&] { return desktop.isVisible(u"tralio-snip"_s); }, 1));
-    EXPECT_TRUE(program->shows(u"5 ký tự"_s));
-    EXPECT_THAT(texts(program->standIn()), ElementsAre(u"hello"_s));
 }
 
-TEST_F(ShellWalk, accessibility_is_granted_by_the_buttons_of_the_settings_and_of_the_walk_through) {
+TEST_F(ShellWalk, accessibility_is_granted_by_the_button_of_the_settings_and_missed_when_it_is_taken_away) {
     desktop.setVariable(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);  // for this test's own eyes
     desktop.setAccessibility(false);
     program.emplace(desktop);
@@ -46,12 +30,6 @@ TEST_F(ShellWalk, accessibility_is_granted_by_the_buttons_of_the_settings_and_of
 
     desktop.setAccessibility(false);
     EXPECT_TRUE(program->comes(u"Chưa cấp quyền Trợ năng"_s));
-    ASSERT_TRUE(program->click(u"Xem giới thiệu"_s));
-    ASSERT_TRUE(program->click(u"Tiếp tục"_s));
-    ASSERT_TRUE(program->comes(u"CHƯA CẤP"_s));
-    ASSERT_TRUE(program->click(u"Mở Cài đặt để Bật Quyền Trợ Năng"_s));
-    EXPECT_TRUE(program->goes(u"CHƯA CẤP"_s));
-    EXPECT_TRUE(program->comes(u"ĐÃ CẤP"_s));
 }
 
 TEST_F(ShellWalk, opening_translates_what_was_newly_copied_once_and_no_password) {
@@ -75,7 +53,7 @@ TEST_F(ShellWalk, opening_translates_what_was_newly_copied_once_and_no_password)
     desktop.setClipboard(u"copied later"_s);
     ASSERT_TRUE(program->clickTrayIcon());
     EXPECT_TRUE(program->isAsked(u"copied later"_s));
-    EXPECT_THAT(texts(program->standIn()), ElementsAre(u"newly copied"_s, u"copied later"_s));
+    EXPECT_EQ(program->standIn().requests().size(), 2);
 }
 
 TEST_F(ShellWalk, other_programs_hand_over_texts_a_second_start_opens_the_first_and_its_button_ends_it) {

@@ -84,9 +84,6 @@ struct PortalTest : testing::Test {
     [[nodiscard]] bool isLogged(const QString& text) {
         return eventually([&] { return log.messages().join(u'\n').contains(text); });
     }
-    [[nodiscard]] bool knowsNoPortal() {
-        return eventually([&] { return portal->version(QLatin1String(PortalHotKeys::interface)) == 0; });
-    }
     [[nodiscard]] QStringList boundIds() const {
         QStringList ids;
         for (const PortalShortcut& shortcut : desktop->bound)

@@ -13,11 +13,15 @@ namespace tralio {
 class ScriptedBusObject : public QDBusVirtualObject {
 public:
     /// Appears on the bus at once, in the place of one that is there.
-    ScriptedBusObject(QDBusConnection bus, const QString& service, const QString& path)
-        : m_bus(std::move(bus)) {
+    ScriptedBusObject(QDBusConnection bus, QString service, const QString& path)
+        : m_bus(std::move(bus)), m_service(std::move(service)) {
         // Whoever has waited for the name asks at once.
-        if (!m_bus.registerVirtualObject(path, this, QDBusConnection::SubPath) ||
-            m_bus.interface()->registerService(service, QDBusConnectionInterface::ReplaceExistingService,
+        m_bus.registerVirtualObject(path, this, QDBusConnection::SubPath);
+        comeBack();
+    }
+    void leave() { m_bus.unregisterService(m_service); }
+    void comeBack() {
+        if (m_bus.interface()->registerService(m_service, QDBusConnectionInterface::ReplaceExistingService,
                 QDBusConnectionInterface::AllowReplacement) != QDBusConnectionInterface::ServiceRegistered)
             throw std::runtime_error("the name of a scripted service is taken");
     }
@@ -56,6 +60,7 @@ protected:
 
 private:
     QDBusConnection m_bus;
+    QString m_service;
 };
 
 }  // namespace tralio

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
-
 #include "engine/engine_test_support.h"
 #include "programs/http/transport_words.h"
 #include "support/raw_server.h"
