@@ -1,7 +1,6 @@
 #include <stdexcept>
 
 #include "desktop/fixtures.h"
-#include "support/run_to_end.h"
 #include "update/app_update_info.h"
 #include "update/info_plist.h"
 

@@ -136,8 +136,7 @@ TEST_F(Selection, is_translated_whatever_becomes_of_the_keyboard_and_of_the_wind
 }
 
 /// A browser as it is, one that tells of every element of a page, and one that always does.
-class BrowserSelection : public Selection, public testing::WithParamInterface<std::string> {
-protected:
+struct BrowserSelection : Selection, testing::WithParamInterface<std::string> {
     /// Gives its window.
     QString startBrowser(const QString& page) {
         if (GetParam() == "firefox") {

@@ -1,11 +1,10 @@
 #include "state/sqlite_store_test.h"
-#include "support/file_size_limit.h"
+#include "support/process_limits.h"
 
 namespace tralio {
 namespace {
 
-class SqliteFailureTest : public SqliteStoreTest {
-protected:
+struct SqliteFailureTest : SqliteStoreTest {
     /// Three writes to a store that cannot keep them, which must be in the log once.
     void expectValuesAreKept(SqliteKeyValueStore& store) {
         const qsizetype before = m_log.messages().size();

@@ -4,10 +4,42 @@
 
 #include <stdexcept>
 
-#include "support/bus_configuration.h"
 #include "support/testing.h"
 
 namespace tralio {
+
+/// Lets the bus whose configuration is in that folder, which may run, start these as well from now on.
+inline void offerServices(const QString& folder, const QStringList& services) {
+    for (const QString& service : services) {
+        const QString file = QStringLiteral("/%1.service").arg(service);
+        QFile::link(
+            QStringLiteral("/usr/share/dbus-1/services") + file, folder + QStringLiteral("/services") + file);
+    }
+}
+
+/// Writes into `folder` the configuration of a message bus that starts, of the services that this machine
+/// has, those with the names given and no others: what else is installed must not join in a test. Gives its
+/// path.
+[[nodiscard]] inline QString writeBusConfiguration(const QString& folder, const QStringList& services) {
+    QDir().mkpath(folder + QStringLiteral("/services"));
+    offerServices(folder, services);
+    return writeFile(folder + QStringLiteral("/bus.conf"),
+        R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=/tmp</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>)" +
+            QFile::encodeName(folder) + R"(/services</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)");
+}
 
 /// A message bus of one test's own, with as many connections to it as the test wants. It starts no services.
 class PrivateBus final {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QList>
 #include <QObject>
@@ -8,13 +10,72 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
-#include "support/stand_in_reply.h"
+#include "support/files.h"
 
 class QTcpServer;
 class QTcpSocket;
 
 namespace tralio {
+
+using namespace Qt::StringLiterals;
+
+/// What the stand-in sends back for one request, and how well it behaves while it does.
+struct StandInReply {
+    using Header = std::pair<QByteArray, QByteArray>;
+
+    enum class Delivery {
+        whole,          ///< as a good server would
+        held,           ///< nothing at all, until the test sends it on
+        trickled,       ///< the head at once, the body byte by byte as the test says
+        endless,        ///< the body is followed by blanks for ever
+        withoutStatus,  ///< the body alone, where a status line should be, and the connection closed
+    };
+
+    int status = 200;
+    QByteArray body{};
+    QList<Header> headers{};
+    Delivery delivery = Delivery::whole;
+
+    /// This reply, delivered in another way.
+    [[nodiscard]] StandInReply delivered(Delivery how) const { return {status, body, headers, how}; }
+
+    /// The status line and the headers.
+    [[nodiscard]] QByteArray head() const {
+        QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + " Stand-in\r\n";
+        head += "Content-Type: application/json\r\n";
+        for (const auto& [name, value] : headers)
+            head += name + ": " + value + "\r\n";
+        // An endless body has no length to announce; it would last until the connection closes.
+        if (delivery != Delivery::endless)
+            head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+        return head + "\r\n";
+    }
+
+    [[nodiscard]] static StandInReply withBody(int status, const QByteArray& body) { return {status, body}; }
+    [[nodiscard]] static StandInReply withJson(int status, const QJsonObject& body) {
+        return {status, QJsonDocument(body).toJson(QJsonDocument::Compact)};
+    }
+    [[nodiscard]] static StandInReply redirect(int status, const QByteArray& location) {
+        return {status, {}, {{"Location", location}}};
+    }
+    /// A good reply of a model.
+    [[nodiscard]] static StandInReply translation(const QString& text) {
+        const QJsonObject message{{u"role"_s, u"assistant"_s}, {u"content"_s, text}};
+        const QJsonObject choice{{u"index"_s, 0}, {u"message"_s, message}, {u"finish_reason"_s, u"stop"_s}};
+        return withJson(200, {{u"choices"_s, QJsonArray{choice}}});
+    }
+    /// The same, compressed.
+    [[nodiscard]] static StandInReply gzipped(const QString& text) {
+        const QByteArray plain = translation(text).body;
+        return {200, runToEnd(u"gzip"_s, {u"-c"_s}, {}, plain), {{"Content-Encoding", "gzip"}}};
+    }
+    /// An error as providers send it.
+    [[nodiscard]] static StandInReply error(int status, const QString& message) {
+        return withJson(status, {{u"error"_s, QJsonObject{{u"message"_s, message}}}});
+    }
+};
 
 /// The stand-in: a small HTTP server on loopback in the place of a model. It speaks the chat-completions
 /// protocol, keeps every request it gets, and misbehaves in the ways that servers on the Internet do.

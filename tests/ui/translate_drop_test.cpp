@@ -8,8 +8,7 @@ namespace tralio {
 namespace {
 
 /// What is dragged over the input of the translate panel.
-class Drag : public StageTest {
-protected:
+struct Drag : StageTest {
     Drag() { open(); }
 
     /// Whether it may be dropped there.

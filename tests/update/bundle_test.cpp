@@ -8,8 +8,7 @@
 #include "platform/linux/helpers/installation.h"
 #include "support/event_loop.h"
 #include "support/files.h"
-#include "support/ordinary_user.h"
-#include "support/run_to_end.h"
+#include "support/process_limits.h"
 #include "support/testing.h"
 #include "update/info_plist.h"
 
@@ -20,8 +19,7 @@ using testing::AllOf;
 using testing::Ne;
 
 /// A folder to put bundles and scripts in.
-class BundleTest : public testing::Test {
-protected:
+struct BundleTest : testing::Test {
     QString path(const QString& name) const { return folder.filePath(name); }
 
     QString write(const QString& name, const QString& content) const {

@@ -5,7 +5,7 @@
 
 #include "common/clock.h"
 #include "platform/helpers/text_recognizer_fixture.h"
-#include "support/core_limit.h"
+#include "support/process_limits.h"
 
 namespace tralio {
 namespace {

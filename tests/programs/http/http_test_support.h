@@ -7,8 +7,7 @@
 namespace tralio {
 
 /// The real tralio-http, and servers that play tricks on it.
-class HttpTest : public testing::Test {
-protected:
+struct HttpTest : testing::Test {
     using Time = std::chrono::milliseconds;
     using Script = RawServer::Script;
 

@@ -1,8 +1,10 @@
-#include "platform/linux/bus/session_service.h"
-
+#include <csignal>
 #include <future>
 
 #include "common/text_limit.h"
+#include "platform/linux/bus/session_service.h"
+#include "platform/linux/desktop/text_scale.h"
+#include "platform/linux/process/end_signals.h"
 #include "support/private_bus.h"
 #include "support/testing.h"
 
@@ -71,6 +73,75 @@ TEST(SessionBus, that_was_started_anew_has_the_name_again_and_a_missing_one_is_n
         return caller.interface()->isServiceRegistered(QLatin1String(SessionService::name)).value();
     }));
     EXPECT_EQ(SessionService(QDBusConnection(u"nowhere"_s)).claim(), Claim::noSessionBus);
+}
+
+sighandler_t handlerOf(int number) {
+    struct sigaction action {};
+    sigaction(number, nullptr, &action);
+    return action.sa_handler;
+}
+
+TEST(EndSignals, each_ends_the_program_in_order_once_and_what_nohup_ignores_stays_ignored) {
+    std::signal(SIGHUP, SIG_IGN);
+    int ends = 0;
+    std::optional<EndSignals> signals(std::in_place, [&] { ++ends; });
+    EXPECT_EQ(handlerOf(SIGHUP), SIG_IGN);
+    for (const int number : {SIGTERM, SIGINT}) {
+        const int before = ends;
+        raise(number);
+        EXPECT_TRUE(eventually([&] { return ends > before; }));
+        EXPECT_EQ(handlerOf(number), SIG_DFL) << "the next one ends what hangs";
+    }
+    EXPECT_EQ(ends, 2);
+
+    signals.emplace([&] { ++ends; });
+    EXPECT_NE(handlerOf(SIGTERM), SIG_DFL);
+    signals.reset();
+    EXPECT_EQ(handlerOf(SIGTERM), SIG_DFL);
+    std::signal(SIGHUP, SIG_DFL);
+}
+
+/// A login at which the desktop's portal is not there yet, nor an X server.
+struct TextScaleTest : testing::Test {
+    TextScaleTest() {
+        const QByteArray data = QFile::encodeName(folder.path());
+        const std::pair<const char*, QByteArray> values[] = {{"XDG_DATA_HOME", data},
+            {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + data + "/none"}, {"DISPLAY", {}},
+            {"XDG_CURRENT_DESKTOP", "GNOME"}, {"QT_QPA_PLATFORM", {}}};
+        for (const auto& [name, value] : values) {
+            before.emplace_back(name, qgetenv(name));
+            qputenv(name, value);
+        }
+        QDir().mkpath(folder.filePath(u"tralio"_s));
+    }
+    ~TextScaleTest() override {
+        for (const auto& [name, value] : before)
+            qputenv(name, value);
+    }
+    /// How much everything is enlarged.
+    static QByteArray scaleWith(const std::vector<QSize>& compositorScreens) {
+        const TextScale scale([&] { return compositorScreens; });
+        return qgetenv("QT_SCALE_FACTOR");
+    }
+
+    QTemporaryDir folder;
+    std::vector<std::pair<const char*, QByteArray>> before;
+};
+
+TEST_F(TextScaleTest, is_what_the_portal_told_last_as_far_as_the_window_has_room) {
+    EXPECT_EQ(scaleWith({}), QByteArray());
+    for (const double told : {1.25, 2.0, 1.5}) {
+        TextScale::remember(told);
+        EXPECT_EQ(scaleWith({}).toDouble(), told);
+    }
+    TextScale::remember(1);
+    EXPECT_TRUE(QDir(folder.filePath(u"tralio"_s)).isEmpty()) << "another desktop has none";
+    TextScale::remember(1.5);
+    const std::vector<QSize> small{{1920, 1080}, {640, 480}};
+    EXPECT_EQ(scaleWith(small).toDouble(), 1.5) << "an X server tells of its own screens";
+    qputenv("QT_QPA_PLATFORM", "wayland;xcb");
+    EXPECT_NEAR(scaleWith(small).toDouble(), 480 / 440.0, .01);
+    EXPECT_EQ(scaleWith({{640, 360}}), QByteArray()) << "never smaller than it is";
 }
 
 }  // namespace
