@@ -75,9 +75,8 @@ TEST_F(TrayOnTheBus, shows_the_icon_and_has_the_popover_where_it_is_clicked_also
     EXPECT_TRUE(hangsFrom(program->popoverArea(), {400, 8})) << "the hot key does not know the icon's place";
 
     for (int restart = 0; restart < 2; ++restart) {
-        tray->leave();
-        tray->item.clear();
-        tray->comeBack();
+        tray.reset();
+        tray.emplace();
         EXPECT_TRUE(itemComes()) << restart;
     }
     EXPECT_TRUE(program->isRunning());

@@ -13,15 +13,11 @@ namespace tralio {
 class ScriptedBusObject : public QDBusVirtualObject {
 public:
     /// Appears on the bus at once, in the place of one that is there.
-    ScriptedBusObject(QDBusConnection bus, QString service, const QString& path)
-        : m_bus(std::move(bus)), m_service(std::move(service)) {
+    ScriptedBusObject(QDBusConnection bus, const QString& service, const QString& path)
+        : m_bus(std::move(bus)) {
         // Whoever has waited for the name asks at once.
-        m_bus.registerVirtualObject(path, this, QDBusConnection::SubPath);
-        comeBack();
-    }
-    void leave() { m_bus.unregisterService(m_service); }
-    void comeBack() {
-        if (m_bus.interface()->registerService(m_service, QDBusConnectionInterface::ReplaceExistingService,
+        if (!m_bus.registerVirtualObject(path, this, QDBusConnection::SubPath) ||
+            m_bus.interface()->registerService(service, QDBusConnectionInterface::ReplaceExistingService,
                 QDBusConnectionInterface::AllowReplacement) != QDBusConnectionInterface::ServiceRegistered)
             throw std::runtime_error("the name of a scripted service is taken");
     }
@@ -30,6 +26,8 @@ public:
 
     [[nodiscard]] QString introspect(const QString& /*path*/) const final { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) final {
+        if (message.member() == u"Introspect")
+            return false;  // the toolkit answers, for which callers may wait
         take(message);
         return true;
     }
@@ -60,7 +58,6 @@ protected:
 
 private:
     QDBusConnection m_bus;
-    QString m_service;
 };
 
 }  // namespace tralio
