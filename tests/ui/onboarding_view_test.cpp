@@ -71,7 +71,8 @@ TEST_F(WalkThrough, every_page_has_the_ways_on_that_it_needs_and_return_alone_le
 }
 
 TEST_F(WalkThrough, a_permission_is_asked_for_on_its_card_until_it_is_granted) {
-    refusePermissions();
+    desktop.permissions.accessibility = false;
+    desktop.permissions.screenCapture = false;
     open();
     click(next);
     const auto cards = window().findChildren<PermissionStep*>();
