@@ -1,5 +1,4 @@
-// The least that a tray program on this toolkit can be: an icon, and a plain window that SIGUSR1 shows and
-// hides.
+// The smallest possible Qt tray program: an icon, and a plain window that SIGUSR1 shows and hides.
 
 #include <QApplication>
 #include <QIcon>

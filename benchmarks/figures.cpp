@@ -11,7 +11,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The first number behind a name in a file of /proc.
+/// The first number after `name` in the content of a file in /proc.
 double valueOf(const QByteArray& content, const QByteArray& name) {
     const qsizetype at = content.indexOf(name + ':');
     return at < 0 ? 0 : content.mid(at + name.size() + 1, 40).simplified().split(' ').first().toDouble();

@@ -6,28 +6,28 @@
 
 namespace tralio {
 
-/// What repeated measuring gave.
+/// The values of repeated measurements.
 class Samples final {
 public:
     void add(double value) { m_values.push_back(value); }
 
     [[nodiscard]] double percentile(int percent) const;
-    /// The median, with the least and the most: "22.9 (22.8–23.1)".
+    /// The median, with minimum and maximum: "22.9 (22.8–23.1)".
     [[nodiscard]] QString text() const;
 
 private:
     std::vector<double> m_values;
 };
 
-/// What a process and those that it has started hold of the memory, in MiB.
+/// The memory of a process and its descendants, in MiB.
 struct Memory {
-    double proportional = 0;  ///< PSS: what is shared counts in part
-    double unique = 0;        ///< USS: what would be free without them
-    double resident = 0;      ///< RSS: what is shared counts whole, for each
+    double proportional = 0;  ///< PSS: shared pages count in proportion
+    double unique = 0;        ///< USS: the pages that would be free without these processes
+    double resident = 0;      ///< RSS: shared pages count fully in every process
 };
 [[nodiscard]] Memory memoryOf(qint64 processId);
 
-/// How often the threads of a process and of those that it has started have been woken up to now.
+/// How often the threads of a process and of its descendants have been woken up so far.
 [[nodiscard]] qint64 wakeUpsOf(qint64 processId);
 
 }  // namespace tralio

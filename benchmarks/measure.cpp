@@ -1,5 +1,5 @@
-// Prints what the program costs in memory and time on a virtual desktop, beside a bare tray program and other
-// resident ones, as a table. Figures to read, not to assert.
+// Prints a table of the memory and time that the program needs on a virtual desktop, beside a bare tray
+// program and other resident ones. The figures are for reading; nothing is asserted.
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -37,11 +37,11 @@ void sleepFor(int seconds) {
     [[maybe_unused]] const bool never = waitUntil([] { return false; }, seconds);
 }
 
-/// A resident program, and what was measured of it.
+/// A resident program and its measurements.
 struct Contestant {
     QString name;
     QString program;
-    std::function<void(const QProcess&)> open = {};  ///< brings its window onto the screen
+    std::function<void(const QProcess&)> open = {};  ///< shows its window
 
     Samples start = {};
     Samples idle[3] = {};  ///< PSS, USS, RSS
@@ -64,7 +64,7 @@ public:
         SqliteKeyValueStore store(m_desktop.home() + u"/.local/share/tralio/tralio.sqlite"_s);
         store.setValue(u"app_setting_base_url"_s, m_standIn.baseURL());
         store.setValue(u"hasCompletedOnboarding"_s, true);
-        // Into the tray at once, as the others start.
+        // Start in the tray, as the other programs do.
         m_desktop.write(u".goldendict/config"_s,
             u"<config><preferences><enableTrayIcon>1</enableTrayIcon><startToTray>1</startToTray>"
             u"</preferences></config>"_s);
@@ -87,7 +87,7 @@ public:
     void run() {
         m_desktop.start(u"mousepad"_s,
             {u"--disable-server"_s, m_desktop.write(u"a.txt"_s, u"A sentence to translate."_s)});
-        // So that all of them are in the page cache, and have made their files.
+        // Start each once before measuring, so that all are in the page cache and have created their files.
         for (const Contestant& contestant : m_contestants) {
             QProcess& process = m_desktop.start(contestant.program);
             sleepFor(3);
@@ -108,7 +108,7 @@ private:
             m_contestants.push_back(std::move(contestant));
     }
 
-    /// A text is marked in the application in front.
+    /// Selects a text in the application in front.
     void mark() {
         if (m_desktop.bringToFront(u"Mousepad"_s).isEmpty())
             throw std::runtime_error("mousepad does not come to the front");
@@ -161,7 +161,7 @@ private:
         sleepFor(1);
     }
 
-    /// Milliseconds from the beginning of `time` until the stand-in has the next request.
+    /// Milliseconds from the start of `time` until the stand-in receives the next request.
     double untilRequest(const QElapsedTimer& time) {
         QEventLoop loop;
         double came = 0;
@@ -182,11 +182,11 @@ private:
         QDBusConnection::sessionBus().asyncCall(call);
         if (!waitUntil([&] { return m_standIn.requests().size() > requests; }, 5))
             throw std::runtime_error("a translation was not requested");
-        // What follows sooner takes the place of the one before.
+        // A text that comes sooner replaces the one before.
         [[maybe_unused]] const bool never = QTest::qWaitFor([] { return false; }, 320);
     }
 
-    /// What is held after so many translations more than are needed to fill the history.
+    /// The memory in use after enough translations to fill the history, and some more.
     void measureGrowth() {
         const QProcess& process = m_desktop.start(QStringLiteral(TRALIO_PROGRAM));
         sleepFor(3);
@@ -201,7 +201,7 @@ private:
         m_growth = memoryOf(process.processId()).unique - before;
     }
 
-    /// What tralio-http holds after a request by TLS.
+    /// The memory of tralio-http after a request over TLS.
     void measureHelper() {
         const QTemporaryDir folder;
         makeCertificates(folder);
@@ -209,7 +209,7 @@ private:
         qputenv("SSL_CERT_FILE", QFile::encodeName(folder.filePath(u"ca.pem"_s)));
         SystemClock clock;
         HelperHttpClient client(QStringLiteral(HTTP_PROGRAM), clock);
-        client.prepare(QUrl());  // so that it stays after the request
+        client.prepare(QUrl());  // keeps the process alive after the request
         QCoro::Task<HttpResponse> getting = client.get({QUrl(server.url)}, std::chrono::seconds(10), {});
         if (waitUntil([&] { return getting.isReady(); }, 10))
             m_helper = memoryOf(client.helperProcessId());

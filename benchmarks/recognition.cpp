@@ -64,7 +64,7 @@ Recognition measureRecognition(const QString& folder, int rounds) {
             tesseract.waitForFinished();
         });
         if (round == 0)
-            continue;  // the engines are loaded by now, and the packs in the page cache
+            continue;  // the first run only loads the engines, and the packs into the page cache
         result.ours.add(ours);
         result.tesseract.add(theirs);
     }

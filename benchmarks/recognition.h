@@ -4,8 +4,8 @@
 
 namespace tralio {
 
-/// What recognising a picture of 600x200 takes, in milliseconds: by our recogniser once it has its engines,
-/// and by the tesseract program with the same two languages, by turns. `folder` is for the picture.
+/// Milliseconds to recognise a picture of 600x200, measured in turn: by our recogniser with its engines
+/// loaded, and by the tesseract program with the same two languages. `folder` is where the picture is put.
 struct Recognition {
     Samples ours;
     Samples tesseract;

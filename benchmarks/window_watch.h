@@ -7,10 +7,10 @@
 
 namespace tralio {
 
-/// Sees windows come on the display, to the moment.
+/// Sees a window come on the display, at the moment it does.
 class WindowWatch final {
 public:
-    /// What a window does when it comes.
+    /// How a window comes.
     enum class Coming : quint8 {
         intoTrayOrFrame = XCB_REPARENT_NOTIFY,
         ontoScreen = XCB_MAP_NOTIFY,
@@ -18,7 +18,7 @@ public:
 
     WindowWatch();
 
-    /// Milliseconds until a window comes of what `trigger` did; 0 when none came in 10 s.
+    /// Milliseconds from `trigger` until a window comes; 0 when none came within 10 s.
     double untilOneComes(Coming coming, const std::function<void()>& trigger);
 
     /// Presses and releases the hot key for the selected text.

@@ -7,7 +7,7 @@ set(CMAKE_AUTOMOC ON)
 
 add_compile_options(-Wall -Wextra -Wpedantic
   "$<$<NOT:$<CONFIG:Debug>>:-ffunction-sections;-fdata-sections>")
-# Relocations in their short form are a tenth of their size, and are read by every start.
+# Packed relative relocations (DT_RELR) take a tenth of the space, and every start has to read them.
 add_link_options(-Wl,--as-needed "$<$<NOT:$<CONFIG:Debug>>:-Wl,--gc-sections;-Wl,-z,pack-relative-relocs>")
 
 add_compile_definitions(
@@ -19,9 +19,10 @@ add_compile_definitions(
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # GCC 12 reports coroutine frames and Qt's inlined containers under these two without cause.
+  # GCC 12 warns of coroutine frames and of Qt's inlined containers under these two without cause.
   add_compile_options(-Wno-maybe-uninitialized -Wno-array-bounds)
-  # Of several sources in one it takes all but the file that includes them for headers, where what is local would be a fault.
+  # In a unity build GCC takes every source except the including one for a header, where anonymous namespaces would be
+  # a fault.
   if(CMAKE_UNITY_BUILD)
     add_compile_options(-Wno-subobject-linkage)
   endif()
@@ -34,12 +35,12 @@ if(TRALIO_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    # WORKAROUND: clang 14 cannot place this check into a coroutine's parts.
+    # WORKAROUND: clang 14 cannot apply this check to the parts of a coroutine.
     add_compile_options(-fno-sanitize=function)
   endif()
 endif()
 
-# What stays in memory all day is made small before it is made fast: what takes time there is never the code.
+# Code that stays in memory all day is optimised for size first: its time goes into waiting, not into computing.
 function(tralio_make_small target)
   target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-Os>)
 endfunction()

@@ -1,4 +1,5 @@
-# Removes the files that an installation's manifest lists, and the folders named after the program that are empty then.
+# Removes the files that an installation's manifest lists, and folders named after the program that are empty
+# afterwards.
 if(NOT EXISTS "${MANIFEST}")
   message(FATAL_ERROR "${MANIFEST} is missing: nothing was installed from this build folder.")
 endif()

@@ -1,6 +1,5 @@
-// The main job on a virtual desktop, for a machine without a display: a text editor with a paragraph in it,
-// its text selected, the hot key pressed, and the translation read back from the popover. The model is a
-// stand-in.
+// Shows the main function on a virtual desktop, for a machine without a display: selects a paragraph in a
+// text editor, presses the hot key, and reads the translation back from the popover. The model is a stand-in.
 //
 // Usage: tralio-demo SCREENSHOT.png
 

@@ -17,8 +17,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Prints the texts of files, and with `repeat` above 1 how long the last, warm reading of each took: until
-/// its first lines were counted, and to its end.
+/// Prints the texts of files. With `repeat` above 1 it also prints how long the last, warm reading of each
+/// took: until the first lines were counted, and in total.
 QCoro::Task<> printTexts(OCRService& service, QStringList paths, int repeat) {
     int status = 0;
     for (const QString& path : paths) {
@@ -45,7 +45,7 @@ QCoro::Task<> printTexts(OCRService& service, QStringList paths, int repeat) {
             std::fprintf(stderr, "%s\t%.4f\t%.4f\n", qPrintable(path),
                 1e-9 * static_cast<double>(untilFirstLines.value_or(0)),
                 1e-9 * static_cast<double>(timer.nsecsElapsed()));
-        // A form feed ends a page, as the tesseract program has it.
+        // A form feed ends a page, as in the tesseract program's output.
         std::printf("%s\n%s", text.constData(), paths.size() > 1 ? "\f" : "");
         std::fflush(stdout);
     }

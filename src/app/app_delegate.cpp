@@ -18,18 +18,18 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// Between showing the popover and raising a request, so that the panel is there to take it.
+/// Between showing the popover and the request, so that the panel exists to take it.
 constexpr auto requestDelay = 80ms;
-/// Between two texts from other programs.
+/// Of several texts from other programs within this time only the last one is translated.
 constexpr auto quietTime = 300ms;
-/// The popover is painted first.
+/// Lets the popover be painted first.
 constexpr auto preparationDelay = 20ms;
 
-/// Until a menu of the tray has left the screen, and the window in front has the keyboard back.
+/// The time for a tray menu to leave the screen and give the keyboard back to the window in front.
 constexpr auto menuDelay = 150ms;
 
 constexpr auto updateCheckDelay = 2s;
-/// At a login the tray may come after the program.
+/// At login the tray may start after the program.
 constexpr auto trayDelay = 4s;
 
 QPointer<AppDelegate> running;
@@ -49,7 +49,7 @@ AppDelegate::~AppDelegate() {
 
 void AppDelegate::applicationDidFinishLaunching() {
     running = this;
-    const QPointer<AppDelegate> self = this;  // the tray item and the hot keys outlive the delegate
+    const QPointer<AppDelegate> self = this;  // the actions may be called after the delegate is destroyed
     m_needs.statusItem.setAction([self] {
         if (self)
             self->statusBarButtonClicked();
@@ -100,7 +100,7 @@ void AppDelegate::showPopover() {
 }
 
 void AppDelegate::introduceWithoutTray() {
-    if (m_needs.hotKeys.keys().isUserAsked()) {  // our window would cover the question
+    if (m_needs.hotKeys.keys().isUserAsked()) {  // our window would cover the desktop's dialog
         m_needs.clock.after(trayDelay, this, [this] { introduceWithoutTray(); });
         return;
     }
@@ -115,7 +115,9 @@ void AppDelegate::statusBarButtonClicked() {
     }
     showPopover();
     if (m_needs.settings.autoPaste())
-        m_needs.clock.after(requestDelay, this, [this] { checkAndAutoTranslateClipboard(); });
+        m_needs.captures.onceDrawn(this, [this] {
+            m_needs.clock.after(requestDelay, this, [this] { checkAndAutoTranslateClipboard(); });
+        });
 }
 
 void AppDelegate::translateSelectedText(const QString& text) {
@@ -138,7 +140,8 @@ void AppDelegate::checkAndAutoTranslateClipboard() {
     if (text.isEmpty())
         return;
     m_needs.appState.lastHandledChangeCount = changeCount;
-    // Clipboard managers take a content over as theirs, which counts as a change of the same text.
+    // Clipboard managers take over a content as its owner, which counts as a change although the text is the
+    // same.
     const bool isHandled = text == std::exchange(m_lastHandledText, text);
     if (!isHandled && text != m_needs.pasteboard.ownString().trimmed())
         m_needs.appState.requestTranslation(text);

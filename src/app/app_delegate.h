@@ -16,12 +16,12 @@ class Pasteboard;
 class ScreenCaptureService;
 class UpdateService;
 
-/// Where what the user does anywhere on the desktop meets the user interface: the tray item, the hot keys,
-/// texts from other programs, and the popover. It translates nothing itself: it hands every text to
-/// `AppState`, to be translated or only to be offered.
+/// Connects the user's actions on the desktop with the user interface: the tray item, the hot keys, texts
+/// from other programs, and the popover. It translates nothing itself: it hands every text to `AppState`, to
+/// be translated or only to be offered.
 class AppDelegate final : public QObject {
 public:
-    /// What the delegate works with. All of it outlives the delegate.
+    /// The objects that the delegate uses. All of them outlive it.
     struct Dependencies {
         AppState& appState;
         const AppSettings& settings;
@@ -32,11 +32,11 @@ public:
         Clock& clock;
         PopoverHost& popover;
         StatusItemHost& statusItem;
-        /// Reads the selection where it shows only to the program in front; empty elsewhere.
+        /// Reads the selection in sessions that show it only to the program in front; empty elsewhere.
         LateSelectionReader readSelectionOnceFocused = {};
-        /// Nobody has used the program yet.
+        /// The program has never been used before.
         bool isFirstStart = false;
-        /// A translation will be asked for soon.
+        /// Called when a translation will be requested soon.
         std::function<void()> prepareToTranslate = {};
         /// Ends the program.
         std::function<void()> quit = {};
@@ -45,55 +45,57 @@ public:
     explicit AppDelegate(Dependencies needs);
     ~AppDelegate() override;
 
-    /// The delegate that runs; null before its launch.
+    /// The running delegate; null before it is launched.
     [[nodiscard]] static AppDelegate* shared();
 
     void applicationDidFinishLaunching();
 
-    /// Tells the panels that the popover opens, and shows it at the status item; while the user draws a
-    /// region, once that is drawn.
+    /// Tells the panels that the popover opens, and shows it at the tray item. If the user is drawing a
+    /// region, waits until that is done.
     void showPopover();
-    /// Opens or closes the popover; opening it may have new text on the clipboard translated.
+    /// Opens or closes the popover. When it opens, new text on the clipboard may be translated.
     void statusBarButtonClicked();
 
     /// Fetches the selected text of the application in front and has it translated. The popover opens even
     /// when nothing is selected.
     void handleGlobalHotKey();
 
-    /// Lets the user draw a region of the screen and has the text in it translated. The popover is away
+    /// Lets the user draw a region of the screen and has the text in it translated. The popover is hidden
     /// meanwhile.
     QCoro::Task<void> handleScreenOCRHotKey();
 
-    /// Has a text that another program hands over translated.
+    /// Has a text translated that another program has sent.
     void translateSelectedText(const QString& text);
 
-    /// Has the clipboard's text translated, if it is new, no password, and not from here.
+    /// Has the clipboard's text translated if it is new, is no password, and was not copied by this program.
     void checkAndAutoTranslateClipboard();
 
 private:
-    /// What the status item's menu offers.
+    /// The entries of the tray item's menu.
     [[nodiscard]] QList<StatusMenuEntry> menu();
-    /// Where there is no tray, who starts the program for the first time would see nothing of it.
+    /// Opens the popover if there is no tray: otherwise a user who starts the program for the first time
+    /// would see nothing.
     void introduceWithoutTray();
-    /// What the text hot key has got, which may be nothing.
+    /// Shows the popover with the text that the hot key has fetched, which may be none.
     void showSelection(const std::optional<QString>& text);
     void translateSelectionOnceFocused();
     void translateLater(const QString& text);
-    /// For a text from another program. One that comes before the last was requested, or just after, takes
-    /// its place: programs can send them by the thousand, and each request is paid for.
+    /// For texts from other programs. A text that arrives before the previous one was requested, or just
+    /// after, replaces it: programs can send thousands, and each request is paid for.
     void showNextText();
     void requestNextText();
     void prepare();
     void say(const QString& notice, std::chrono::milliseconds time);
 
     Dependencies m_needs;
-    bool m_isFetching = false;  ///< a selection, and until it has been requested
-    QString m_nextText;         ///< from another program
+    bool m_isFetching = false;  ///< from the press of the text hot key until its text has been requested
+    QString m_nextText;         ///< the latest one from another program
     bool m_isShowDue = false;
     bool m_isRequestDue = false;
-    bool m_isQuiet = false;  ///< just after a request
+    bool m_isQuiet = false;  ///< for a moment after a request
     ScheduledCall m_noticeEnd;
-    QString m_lastHandledText;  ///< trimmed; goes with `AppState::lastHandledChangeCount`
+    qint64 m_changeCountBeforeFetch = 0;
+    QString m_lastHandledText;  ///< trimmed; belongs to `AppState::lastHandledChangeCount`
 };
 
 }  // namespace tralio

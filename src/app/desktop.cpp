@@ -13,8 +13,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// A session without a display server that we can reach: the popover works, reaching into other programs does
-/// not.
+/// A session without a display server that we can reach: the popover works, but nothing that needs other
+/// programs.
 class BareDesktop final : public Desktop {
 public:
     HotKeyService::Platform hotKeyPlatform(Clock& clock) override {

@@ -10,8 +10,7 @@ namespace tralio {
 
 class CaptureTool;
 
-/// What the session offers of the services that the program asks of a desktop, chosen once at start and told
-/// in the log.
+/// The desktop services that the session offers. They are chosen once at start, and the log says which.
 class Desktop {
 public:
     virtual ~Desktop() = default;

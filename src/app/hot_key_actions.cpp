@@ -1,4 +1,4 @@
-// The side of the shell that answers the two hot keys.
+// The part of AppDelegate that handles the two hot keys.
 #include <QPointer>
 #include <QStringBuilder>
 
@@ -30,15 +30,16 @@ const QString nothingInCapture = u"Không tìm thấy chữ trong vùng đã ch�
 
 void AppDelegate::handleGlobalHotKey() {
     debugLog(u"handleGlobalHotKey: triggered"_s);
-    // Two at once would get one text twice, or copy from our own popover.
+    // Two fetches at once would get one text twice, or copy from our own popover.
     if (std::exchange(m_isFetching, true))
         return;
+    m_changeCountBeforeFetch = m_needs.pasteboard.changeCount();
     m_needs.hotKeys.fetchSelectedText([self = QPointer(this)](const std::optional<QString>& text) {
         if (!self)
             return;
         debugLog(u"handleGlobalHotKey: fetchSelectedText finished with text='" %
             (text ? excerpt(*text) : u"nil"_s) % u"'");
-        // A region is being drawn instead, whose text is what the user waits for.
+        // The user has begun to draw a region meanwhile, and is waiting for its text.
         if (self->m_needs.captures.isDrawing() && (!text || text->isEmpty())) {
             self->m_isFetching = false;
             return;
@@ -51,15 +52,18 @@ void AppDelegate::handleGlobalHotKey() {
 
 void AppDelegate::showSelection(const std::optional<QString>& text) {
     showPopover();
+    const qint64 changeCount = m_needs.pasteboard.changeCount();
     if (!text || text->isEmpty()) {
+        if (m_needs.hotKeys.obstacle() == SelectedTextFetch::Obstacle::lineOfCaret)
+            m_needs.appState.lastHandledChangeCount = changeCount;  // a line that nobody has copied
         m_isFetching = false;
         translateSelectionOnceFocused();
         return;
     }
-    // What the fetch may have left on the clipboard is this very text: it is not new to the check of the
-    // clipboard.
-    m_needs.appState.lastHandledChangeCount = m_needs.pasteboard.changeCount();
-    m_lastHandledText = text->trimmed();
+    // The fetch may have left this very text on the clipboard: the clipboard check must not take it for new.
+    m_needs.appState.lastHandledChangeCount = changeCount;
+    if (changeCount != m_changeCountBeforeFetch)
+        m_lastHandledText = text->trimmed();
     translateLater(*text);
 }
 
@@ -67,7 +71,7 @@ void AppDelegate::translateSelectionOnceFocused() {
     using Obstacle = SelectedTextFetch::Obstacle;
     const auto obstacle = m_needs.hotKeys.obstacle();
     if (obstacle == Obstacle::ownWindow)
-        return;  // as when the key is pressed twice: what the first press has brought stands there
+        return;  // as when the key is pressed twice: the result of the first press is shown there
     if (!m_needs.readSelectionOnceFocused || obstacle != Obstacle::none) {
         say(nothingSelected, noticeTime);
         return;
@@ -89,10 +93,10 @@ void AppDelegate::translateSelectionOnceFocused() {
 QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     debugLog(u"handleScreenOCRHotKey: triggered"_s);
     if (m_needs.captures.isReading()) {
-        showPopover();  // which tells how far it is, and has the button that ends it
+        showPopover();  // which shows the progress and has the button to stop it
         co_return;
     }
-    const QPointer<AppDelegate> self = this;  // the user may take all day
+    const QPointer<AppDelegate> self = this;  // the user may take any time
     std::optional<QString> text;
     bool failed = false;
     QString notice;

@@ -65,7 +65,7 @@ void prepareToTranslate(Services& services, const AppSettings& settings) {
     services.http.prepare(endpoint.value_or(QUrl()));
 }
 
-/// What other programs, and a second start of this one, ask for over the session bus.
+/// The actions that other programs, and a second start of this one, can call over the session bus.
 SessionService::Actions actionsOf(AppDelegate& delegate) {
     return {.open = [&delegate] { delegate.showPopover(); },
         .translateSelection = [&delegate] { delegate.handleGlobalHotKey(); },
@@ -77,7 +77,7 @@ SessionService::Actions actionsOf(AppDelegate& delegate) {
 
 int main(int argc, char** argv) {
     memory_privacy::begin();
-    // Trays show nothing for a program that names no desktop file, and ask before the application exists.
+    // Trays do not show programs without a desktop file name, and ask before the application object exists.
     QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
     QCoreApplication::setApplicationName(u"tralio"_s);
     std::signal(SIGPIPE, SIG_IGN);  // a closed pipe or socket is reported by write()'s error instead

@@ -8,7 +8,6 @@
 #include <QWindow>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 #include "app/popover_placement.h"
@@ -23,7 +22,7 @@ using namespace Qt::StringLiterals;
 constexpr int opening = 120;  // milliseconds
 constexpr int closing = 80;
 constexpr int rise = 4;
-/// The first frame already shows something: a hot key is answered at once.
+/// The opacity of the first frame: something is visible at once after a hot key.
 constexpr qreal firstPresence = 0.25;
 
 QScreen* screenFor(std::optional<QRect> anchor) {
@@ -68,8 +67,9 @@ void Popover::show(std::optional<QRect> anchor) {
         layout->addWidget(m_frame);
     }
     m_frame->setEdges(edges);
-    if (!m_shown) {
-        hide();  // one that is fading out opens anew, with all that comes of it
+    // One that was left open on another desktop would carry the user back there.
+    if (!m_shown || m_windowSystem.isOnOtherDesktop(internalWinId())) {
+        hide();  // a popover that is fading out is opened anew, with all the signals
         place(anchor);
         appear(motionTime(opening));
         m_windowSystem.watchPointer([this](WindowSystem::Pointer what) { pointerDid(what); });
@@ -113,14 +113,14 @@ int Popover::motionTime(int time) const {
 }
 
 void Popover::setPresence(qreal presence) {
-    if (windowOpacity() != presence)  // not every window system knows of it
+    if (windowOpacity() != presence)  // not every window system supports opacity
         setWindowOpacity(presence);
     if (m_shown)
         move(m_place + QPoint(0, qRound(rise * (1 - presence))));
 }
 
 void Popover::hideEvent(QHideEvent* event) {
-    // Also when the window manager closes the window.
+    // Also called when the window manager closes the window.
     ends();
     m_motion.stop();
     QWidget::hideEvent(event);
@@ -156,7 +156,7 @@ bool Popover::isInFront() const {
 
 bool Popover::isUnderPointer() const {
     const QPoint pointer = QCursor::pos();
-    // The shadow is beside the window, whatever the window system thinks.
+    // The shadow does not count as part of the window, although it belongs to it for the window system.
     if (m_frame->contentArea().translated(pos() + m_frame->pos()).contains(pointer))
         return true;
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -174,12 +174,13 @@ void Popover::bringToFront() {
 void Popover::place(std::optional<QRect> anchor) {
     QRect available = screenFor(anchor)->availableGeometry();
     const QMargins margins = m_frame->shadowMargins();
-    if (!m_windowSystem.placesWindows())  // what is in the middle is the window with its shadow
-        available.setHeight(available.height() - std::abs(margins.bottom() - margins.top()));
+    if (!m_windowSystem.placesWindows())  // the compositor may keep the shadow on the screen, too
+        available.setHeight(available.height() - margins.top() - margins.bottom());
     m_frame->setContentHeight(popoverHeight(WindowFrame::contentSize.height(), available));
     adjustSize();
     const QRect place = popoverPlace(size().shrunkBy(margins), available, anchor);
     m_place = place.topLeft() - QPoint(margins.left(), margins.top());
+    m_windowSystem.setShadow(winId(), (margins.toMarginsF() * devicePixelRatio()).toMargins());
 }
 
 void Popover::performClose() {
@@ -197,7 +198,7 @@ bool Popover::event(QEvent* event) {
 }
 
 bool Popover::eventFilter(QObject* watched, QEvent* event) {
-    // Of the window itself: its widgets want motions with a button down only.
+    // Filtered on the QWindow: widgets get motions only while a button is down.
     if (event->type() == QEvent::MouseMove && watched == windowHandle())
         m_focus.movedInside();
     return QWidget::eventFilter(watched, event);
@@ -211,7 +212,7 @@ void Popover::keyPressEvent(QKeyEvent* event) {
 }
 
 void Popover::mousePressEvent(QMouseEvent* event) {
-    // The shadow is beside the window, whatever the window system thinks.
+    // A click on the shadow is a click beside the window.
     if (!m_frame->contentArea().translated(m_frame->pos()).contains(event->pos()))
         performClose();
 }

@@ -13,17 +13,17 @@ namespace tralio {
 
 class WindowFrame;
 
-/// The popover as an ordinary frameless window: popup windows would take the keyboard and the pointer away
-/// from the desktop, and trays refuse them. It closes on Escape, and by what PopoverFocus says.
+/// The popover as an ordinary frameless window: a popup window would grab the keyboard and the pointer of the
+/// desktop, which trays refuse. It closes on Escape, and when PopoverFocus says so.
 ///
-/// Where a compositor runs it fades in and out. It counts as shown, with the keyboard, from the first moment
-/// of the one motion, and as closed from the first moment of the other.
+/// Where a compositor runs it fades in and out. It counts as shown, with the keyboard focus, from the first
+/// moment of fading in, and as closed from the first moment of fading out.
 class Popover final : public QWidget, public PopoverHost, private PopoverFocus::Window {
     Q_OBJECT
 
 public:
-    /// `makeContent` is called when the popover opens for the first time: until then it costs no memory.
-    /// The window system and the clock outlive the popover.
+    /// `makeContent` is called when the popover opens for the first time: until then the content costs no
+    /// memory. The window system and the clock outlive the popover.
     Popover(std::function<QWidget*()> makeContent, WindowSystem& windowSystem, Clock& clock);
     ~Popover() override;
 
@@ -42,10 +42,10 @@ private:
     void place(std::optional<QRect> anchor);
     void appear(int motion);
     void disappear();
-    /// It counts as shown no longer.
+    /// From now on it does not count as shown.
     void ends();
     void pointerDid(WindowSystem::Pointer what);
-    /// What a motion takes here.
+    /// The duration of an animation in this session, in milliseconds; 0 for none.
     [[nodiscard]] int motionTime(int time) const;
     void setPresence(qreal presence);
 

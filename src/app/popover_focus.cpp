@@ -7,13 +7,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Between what a click does first and last: the focus goes, and the status item's action arrives.
+/// A click elsewhere takes the focus away, and on the tray item it also triggers the action. Both happen
+/// within this time.
 constexpr auto sameClick = 300ms;
 constexpr auto focusPoll = 50ms;
 constexpr std::chrono::milliseconds longestFocusPoll = 1s;
-/// How long a window manager may take to give the keyboard.
+/// How long a window manager may take to give the keyboard focus.
 constexpr auto focusPatience = 2s;
-/// Window managers let the focus follow the pointer after 200 or 250 ms.
+/// Window managers let the focus follow the pointer after 200 to 250 ms.
 constexpr auto focusDelay = 600ms;
 /// A compositor reports at once that pointer and keyboard have left, but through Xwayland the focus event
 /// arrives up to 0.1 s later. Moving to another window and clicking there takes longer than this.
@@ -34,7 +35,7 @@ void PopoverFocus::Motion::isOver() {
 }
 
 void PopoverFocus::shown() {
-    // Of the window manager's word alone: the toolkit's may still be on its way.
+    // Only by what the window manager says: Qt's activation event may still be on its way.
     const bool isInFrontAlready = std::exchange(m_isOpen, true) && m_window.isInFront();
     m_isPressedOutside = false;
     m_hadFocus = m_window.isActive() || isInFrontAlready;
@@ -66,7 +67,7 @@ void PopoverFocus::activated() {
     m_hadFocus = true;
     m_awaited.isOver();
     m_followsPointer = false;
-    m_motion.isOver();  // what moved the pointer before has not taken the keyboard away
+    m_motion.isOver();  // earlier motions of the pointer cannot be why the focus is lost later
 }
 
 void PopoverFocus::deactivated() {
@@ -99,7 +100,7 @@ void PopoverFocus::movedInside() {
 
 void PopoverFocus::left() {
     if (!m_motionInside.wasLately())
-        return;  // another window covers it; the pointer is where it was
+        return;  // another window covers the popover; the pointer has not moved
     m_justLeft.isNowFor(m_clock, sameMotion);
     if (m_look)  // the loss of focus was reported before the pointer's leaving
         m_followsPointer = true;
@@ -118,11 +119,12 @@ void PopoverFocus::look(std::chrono::milliseconds pause) {
     if (m_justShown.isNow() || m_window.isInFront()) {
         // The event may be from before the popover was shown, or from a short keyboard grab. If another
         // window becomes active meanwhile, no further event says so: look again.
-        lookLater(std::min(pause + pause / 10, longestFocusPoll));  // a locked screen stays so for long
+        // it may be a locked screen, which takes long
+        lookLater(std::min(pause + pause / 10, longestFocusPoll));
     } else if (m_awaited.isNow()) {
         m_window.bringToFront();
         lookLater(focusPoll);
-    } else if (m_hadFocus && !followsPointer) {  // there are window managers that give no keyboard to it
+    } else if (m_hadFocus && !followsPointer) {  // some window managers never give the popover the focus
         close();
     }
 }

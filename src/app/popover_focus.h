@@ -4,30 +4,33 @@
 
 namespace tralio {
 
-/// Decides when what the user does elsewhere closes the popover, and asks for the keyboard while a window
-/// manager is slow to give it. Knows no window.
+/// Decides when the user's actions elsewhere close the popover, and asks for the keyboard focus again while a
+/// window manager is slow to give it. Does not depend on a real window.
 ///
-/// - A click outside closes it when the button is released, unless it is on what helps with typing. Released
-///   over the popover it was a drag, which ends there as a drop.
-/// - The keyboard's going to another window closes it too: the user has gone there by keys, or by a click in
-///   a session that tells of no clicks. It does not when it follows the pointer, nor while a grab keeps it
-///   from every window for a moment, as the keys of an input method or the volume do.
+/// - A click outside closes the popover when the button is released, unless it is on an aid for typing. If it
+/// is
+///   released over the popover it was a drag, which ends there as a drop.
+/// - Losing the focus to another window closes it, too: the user has gone there with the keyboard, or by a
+/// click in
+///   a session that does not report clicks. It stays open if the focus only follows the pointer, or while a
+///   grab keeps the keyboard from every window for a moment, as input methods and the volume keys do.
 ///
 /// Used from the main thread.
 class PopoverFocus final {
 public:
-    /// What it asks of the popover's window, and does with it.
+    /// What PopoverFocus needs of the popover's window.
     class Window {
     public:
         virtual ~Window() = default;
 
-        /// Whether it, or another window of ours, has the keyboard.
+        /// Whether this window, or another one of ours, has the keyboard focus.
         [[nodiscard]] virtual bool isActive() const = 0;
-        /// Whether it is the one in front, also while a grab keeps the keyboard from it.
+        /// Whether this window is in front, also while a grab keeps the keyboard from it.
         [[nodiscard]] virtual bool isInFront() const = 0;
-        /// Whether it, or another window of ours, is under the pointer.
+        /// Whether this window, or another one of ours, is under the pointer.
         [[nodiscard]] virtual bool isUnderPointer() const = 0;
-        /// Whether what is there helps with typing into it, as the words of an input method do.
+        /// Whether an aid for typing into this window, as the word list of an input method, is under the
+        /// pointer.
         [[nodiscard]] virtual bool isAidUnderPointer() const = 0;
 
         virtual void bringToFront() = 0;
@@ -38,30 +41,30 @@ public:
 
     // State
 
-    /// Whether a click elsewhere has just closed it. A click on the status item is such a click too, and
-    /// means the popover that the user still saw.
+    /// Whether a click elsewhere has just closed the popover. A click on the tray item is such a click, too,
+    /// and is meant for the popover that the user still saw.
     [[nodiscard]] bool wasJustClosed() const { return m_justClosed.isNow(); }
 
     // Events
 
-    /// The popover is shown, maybe again, and brought to the front.
+    /// The popover is shown, maybe again, and gets to the front.
     void shown();
-    /// The popover is hidden by whatever reason.
+    /// The popover is hidden, for whatever reason.
     void hidden();
     void activated();
     void deactivated();
-    /// A button of the mouse, anywhere on the screen.
+    /// A mouse button, anywhere on the screen.
     void pressed();
     void released();
     /// The pointer has moved, anywhere on the screen.
     void moved();
-    /// The pointer has moved over the popover, which every session tells.
+    /// The pointer has moved over the popover; reported in every session.
     void movedInside();
-    /// The popover has lost the pointer, which has gone or finds another window in its place.
+    /// The pointer has left the popover, or another window now covers the place.
     void left();
 
 private:
-    /// Something that was a moment ago.
+    /// A flag that clears itself after some time.
     class Moment {
     public:
         void isNowFor(Clock& clock, std::chrono::milliseconds duration) {
@@ -79,7 +82,8 @@ private:
         ScheduledCall m_end;
     };
 
-    /// Motions of the pointer, which mice tell a thousand times a second.
+    /// Whether the pointer has moved recently. Restarts its timers at most every 50 ms, since mice report a
+    /// thousand motions a second.
     class Motion {
     public:
         void isNow(Clock& clock);
@@ -103,11 +107,11 @@ private:
     bool m_isPressedOutside = false;
     Moment m_justShown;
     Moment m_justClosed;
-    Moment m_awaited;  ///< the keyboard, for which a window manager was asked
+    Moment m_awaited;  ///< asked for the keyboard focus a short time ago
     Motion m_motion;
     Motion m_motionInside;
     Moment m_justLeft;
-    bool m_followsPointer = false;  ///< the keyboard, which has gone where the pointer has gone
+    bool m_followsPointer = false;  ///< the focus has gone where the pointer went
     ScheduledCall m_look;
 };
 

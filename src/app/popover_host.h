@@ -9,7 +9,8 @@
 
 namespace tralio {
 
-/// The window that hangs from the status item and holds the whole user interface.
+/// The window that hangs from the tray item and contains the whole user interface. The documents call it the
+/// window.
 class PopoverHost {
 public:
     PopoverHost() = default;
@@ -17,17 +18,17 @@ public:
     PopoverHost& operator=(const PopoverHost&) = delete;
     virtual ~PopoverHost() = default;
 
-    /// Whether the user sees the popover; also just after a click elsewhere has closed it, since a click on
-    /// the status item is such a click too.
+    /// Whether the user sees the popover. Still true just after a click elsewhere has closed it, since a
+    /// click on the tray item is such a click, too.
     [[nodiscard]] virtual bool isShown() const = 0;
 
-    /// Shows the popover at `anchor`, in front of every window and with the keyboard focus; at the top right
-    /// of the screen with the pointer when the anchor is not known. Also brings a shown one to the front.
+    /// Shows the popover at `anchor`, in front of all windows and with the keyboard focus; without an anchor
+    /// at the top right of the screen with the pointer. If it is shown already, brings it to the front.
     virtual void show(std::optional<QRect> anchor) = 0;
     virtual void performClose() = 0;
 };
 
-/// What the status item's menu offers. One without a title is a line between two others.
+/// An entry of the tray item's menu. An empty title is a separator.
 struct StatusMenuEntry {
     QString title;
     std::function<void()> action = {};
@@ -41,15 +42,15 @@ public:
     StatusItemHost& operator=(const StatusItemHost&) = delete;
     virtual ~StatusItemHost() = default;
 
-    /// For the click that means the item itself.
+    /// Sets the action of a plain click on the item.
     virtual void setAction(std::function<void()> action) = 0;
-    /// For the secondary click. To be called before the event loop runs.
+    /// Sets the menu of the secondary click. Call this before the event loop runs.
     virtual void setMenu(const QList<StatusMenuEntry>& entries) = 0;
 
     /// Whether there is a tray, so that the user can see the item.
     [[nodiscard]] virtual bool isInTray() const = 0;
 
-    /// Where the item stands on the screen, if the tray tells.
+    /// The item's place on the screen, if the tray reports it.
     [[nodiscard]] virtual std::optional<QRect> frame() const = 0;
 };
 

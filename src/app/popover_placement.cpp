@@ -21,7 +21,7 @@ QRect popoverPlace(const QSize& size, const QRect& available, std::optional<QRec
         else
             place.moveBottom(anchor->top() - 1 - gap);
     }
-    // A screen smaller than the popover shows its beginning.
+    // On a screen smaller than the popover, its top left corner stays visible.
     const QRect room = available.marginsRemoved({gap, gap, gap, gap});
     place.moveLeft(std::max(std::min(place.left(), room.right() + 1 - size.width()), room.left()));
     place.moveTop(std::max(std::min(place.top(), room.bottom() + 1 - size.height()), room.top()));

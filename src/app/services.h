@@ -25,8 +25,8 @@
 
 namespace tralio {
 
-/// Every service of the process, made in the order in which they need each other. There is one such object,
-/// and it lives as long as the application object.
+/// All services of the process, constructed in the order of their dependencies. There is one such object,
+/// which lives as long as the application object.
 class Services {
 public:
     explicit Services(const QString& storePath);
@@ -45,7 +45,7 @@ public:
     AIService ai{http};
     HelperTextRecognizer recognizer{installation::helper(u"tralio-ocr"), clock};
     OCRService ocr{recognizer};
-    // A folder that is the user's alone: others would see what was on the screen.
+    // This folder is private to the user: otherwise others could see what was on the screen.
     ScreenCaptureService captures{ocr, desktop->captureTool(), clock,
         QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation)};
     SpeechDispatcher synthesizer{clock};

@@ -14,10 +14,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The bubble with a letter of white. A hole in its place would be lost in sway's bar, which takes what is
-/// half transparent for brighter than it is.
+/// The bubble with a white letter. A transparent letter would be lost in sway's bar, which draws
+/// half-transparent pixels brighter than they are.
 QIcon trayIcon() {
-    // Trays have a size of their own, and scale what does not fit it.
+    // Trays have icon sizes of their own, and scale an icon that does not match.
     constexpr QRectF bubble(2, 2.75, 20, 15.75);  // without its tail
     QIcon icon;
     for (const int side : {16, 20, 22, 24, 32, 44, 48, 64}) {
@@ -32,14 +32,14 @@ QIcon trayIcon() {
     return icon;
 }
 
-/// About what an icon takes in a panel around the place of a click on it, which trays tell in pixels of the
-/// hardware. Trays that do not know the place say 0, 0.
+/// About the area of the icon around the place of a click, which trays report in physical pixels. Trays that
+/// do not know the place report 0, 0.
 std::optional<QRect> iconAround(const QPoint& pixel) {
     if (pixel.isNull())
         return std::nullopt;
     constexpr QPoint half(12, 12);
     for (const QScreen* screen : QGuiApplication::screens()) {
-        const QPoint origin = screen->geometry().topLeft();  // the one point that scaling leaves in its place
+        const QPoint origin = screen->geometry().topLeft();  // the one point that scaling leaves unchanged
         const qreal ratio = screen->devicePixelRatio();
         if (QRect(origin, screen->geometry().size() * ratio).contains(pixel)) {
             const QPoint place = origin + (QPointF(pixel - origin) / ratio).toPoint();
@@ -62,7 +62,7 @@ StatusItem::StatusItem() : m_icon(trayIcon()), m_item(u"Tralio"_s, m_icon) {
         &m_item, &StatusNotifierItem::menuRequested, &m_item,
         [this](const QPoint& pixel) {
             m_clicked = iconAround(pixel);
-            // A window without a parent cannot be put at a place in native Wayland sessions.
+            // In native Wayland sessions a window without a parent cannot be placed.
             if (m_clicked && QGuiApplication::platformName() == u"xcb")
                 openMenu(m_clicked->center());
             else
@@ -93,8 +93,7 @@ void StatusItem::setOnBus(bool onBus) {
     m_embedded->setToolTip(u"Tralio"_s);
     QObject::connect(m_embedded.get(), &QSystemTrayIcon::activated, m_embedded.get(),
         [this](QSystemTrayIcon::ActivationReason reason) {
-            // The second of two quick clicks comes as a double click, and is a click all the
-            // same.
+            // The second of two quick clicks is reported as a double click, but counts as a click.
             if (reason == QSystemTrayIcon::Context)
                 openMenu(QCursor::pos());
             else if (reason != QSystemTrayIcon::Unknown && reason != QSystemTrayIcon::MiddleClick)

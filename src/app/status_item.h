@@ -11,8 +11,8 @@
 
 namespace tralio {
 
-/// The tray item: the program's icon and name. Comes and goes with the tray: on the session bus where a tray
-/// takes items there, else as a window embedded in the tray.
+/// The tray item: the program's icon and name. Comes and goes with the tray. It is on the session bus if the
+/// tray takes items there, else a window embedded in the tray.
 class StatusItem final : public StatusItemHost {
 public:
     StatusItem();
@@ -25,7 +25,7 @@ public:
 private:
     void setOnBus(bool onBus);
     void activate() const;
-    /// Our own menu, for trays that draw none.
+    /// Opens our own menu, for trays that draw none.
     void openMenu(const QPoint& place) const;
 
     QIcon m_icon;

@@ -28,10 +28,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Of a selection that is read once our window is there, in milliseconds. A busy shell needs half of it.
+/// In milliseconds; for a selection that is read once our window is there. A busy shell needs half of it.
 constexpr int lateSelectionLimit = 1000;
 
-/// Asks nobody: PRIMARY cannot be had.
+/// For sessions in which PRIMARY cannot be read.
 std::optional<QString> nothing(QDeadlineTimer /*deadline*/) {
     return std::nullopt;
 }
@@ -47,7 +47,7 @@ bool isDesktop(QStringView name) {
         [name](const QString& candidate) { return candidate.compare(name, Qt::CaseInsensitive) == 0; });
 }
 
-/// The line that binds a key to a command, in this desktop's words.
+/// The instruction that binds a key to a command on this desktop.
 QString howToBind(const QString& command) {
     if (isDesktop(u"sway"))
         return u"in ~/.config/sway/config: bindsym Mod4+Shift+d exec "_s % command;
@@ -97,7 +97,7 @@ void WaylandDesktop::logWindows() const {
         debugLog(u"Desktop: the popover by Xwayland, which lets it stand beside the tray"_s);
         return;
     }
-    // The toolkit makes ordinary windows only.
+    // Qt makes ordinary windows only, no layer surfaces.
     const quint32 layerShell = m_wayland->versionOf("zwlr_layer_shell_v1");
     debugLog(
         u"Desktop: the popover by Wayland, where the compositor puts it (layer-shell %1 is not used), "
@@ -189,7 +189,7 @@ void WaylandDesktop::chooseCapture() {
 
 CopyTarget WaylandDesktop::copyTarget() {
     const auto accessible = activeAtspiApplication(m_bus);
-    // One that hangs may be far behind the window that the keys would reach.
+    // The last report of an application that hangs may be outdated, and the keys would reach another window.
     if (!accessible || !accessible->answers)
         return {};
     return {{accessible->name, processName(accessible->processId)},
@@ -224,7 +224,8 @@ LateSelectionReader WaylandDesktop::selectionOnceFocused() {
     if (m_dataControl)
         return {};
     return [this](std::function<void(const LateSelection&)> deliver) {
-        // With Xwayland, PRIMARY has been asked where the accessibility bus tells who is in front.
+        // With Xwayland and the accessibility bus, which reports the application in front, PRIMARY has been
+        // read already.
         if (m_xwayland && m_switch.isOn()) {
             deliver({});
             return;

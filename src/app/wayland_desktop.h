@@ -17,7 +17,7 @@
 
 namespace tralio {
 
-/// A Wayland session, with an X server for X programs beside it or without one.
+/// A Wayland session, with or without an X server for X programs.
 class WaylandDesktop final : public Desktop {
 public:
     /// `xwayland` may be null.
@@ -32,7 +32,7 @@ public:
 private:
     void logWindows() const;
     void chooseSelections();
-    /// Whether the application in front is known to give no password to PRIMARY.
+    /// Whether the application in front is known not to give passwords to PRIMARY.
     [[nodiscard]] bool frontKeepsPasswords() const;
     void chooseWindowSystem();
     void chooseCapture();
@@ -43,7 +43,8 @@ private:
     std::unique_ptr<WaylandConnection> m_wayland;
     std::unique_ptr<X11Connection> m_xwayland;
     std::unique_ptr<ToplevelWatch> m_toplevels = ToplevelWatch::open(*m_wayland);
-    std::unique_ptr<DataControl> m_dataControl = DataControl::open(*m_wayland);  ///< may be null, as above
+    /// null without the protocol
+    std::unique_ptr<DataControl> m_dataControl = DataControl::open(*m_wayland);
     Portal m_portal;
     PortalHotKeys m_hotKeys;
     AccessibilitySwitch m_switch;

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QMargins>
 #include <QWindow>
 
 #include <functional>
 
 namespace tralio {
 
-/// What a session does for a window like the popover, beside what the toolkit does.
+/// What a session offers for a window like the popover, beyond Qt.
 class WindowSystem {
 public:
     enum class Pointer { pressed, released, moved };
@@ -24,22 +25,27 @@ public:
     /// Whether a window stands where it wants to, and not in the middle of the screen, its shadow included.
     [[nodiscard]] virtual bool placesWindows() = 0;
 
+    /// Says how much of a window is shadow, in its own pixels, before it is shown. A window manager that is
+    /// not told keeps the shadow on the screen, and moves or cuts the window for it.
+    virtual void setShadow(WId window, const QMargins& margins) = 0;
+    /// Whether a window that is shown is on another desktop (workspace) than the user. False if unknown.
+    [[nodiscard]] virtual bool isOnOtherDesktop(WId window) = 0;
     /// Brings a window that has just been shown to the front, with the keyboard.
     virtual void activate(WId window) = 0;
     /// Whether a window is the one in front, also while a grab keeps the keyboard from it. False where nobody
     /// tells.
     [[nodiscard]] virtual bool isActive(WId window) = 0;
 
-    /// Whether the pointer is over a window that helps with typing, or says something, and takes no keyboard:
-    /// a click there means no other place. False where nobody tells.
+    /// Whether the pointer is over a window that does not take the focus and helps with typing or notifies: a
+    /// click there does not mean that the user has gone elsewhere. False if unknown.
     [[nodiscard]] virtual bool isOverAid() = 0;
 
-    /// Tells what the mouse does outside our windows too, as far as programs are told, until the handler is
-    /// replaced by an empty one.
+    /// Reports what the mouse does, also outside our windows as far as the session lets programs know, until
+    /// the handler is replaced by an empty one.
     virtual void watchPointer(PointerHandler handler) = 0;
 };
 
-/// Where the toolkit does all that is done.
+/// For sessions that offer nothing beyond Qt.
 class ToolkitWindowSystem final : public WindowSystem {
 public:
     enum class Compositing { no, yes };
@@ -49,6 +55,8 @@ public:
     bool isCompositing() override { return m_compositing == Compositing::yes; }
     bool fades() override { return false; }
     bool placesWindows() override { return false; }
+    void setShadow(WId /*window*/, const QMargins& /*margins*/) override {}
+    bool isOnOtherDesktop(WId /*window*/) override { return false; }
     void activate(WId /*window*/) override {}
     bool isActive(WId /*window*/) override { return false; }
     bool isOverAid() override { return false; }

@@ -16,7 +16,7 @@
 
 namespace tralio {
 
-/// A session on an X server of its own.
+/// A session on a real X server.
 class X11Desktop final : public Desktop {
 public:
     explicit X11Desktop(std::unique_ptr<X11Connection> connection);

@@ -9,11 +9,11 @@
 
 namespace tralio {
 
-/// What an X server does for the windows of the toolkit's X11 platform.
+/// The window system of an X server, for windows of Qt's X11 platform.
 class X11WindowSystem final : public WindowSystem {
 public:
-    /// Xwayland sees the mouse over X windows only: it tells of presses there, and no motion of its own tells
-    /// why the focus has gone.
+    /// Xwayland sees the mouse over X windows only: presses are reported there, but no motion shows why the
+    /// focus has gone.
     enum class Sees { wholeScreen, xWindows };
 
     X11WindowSystem(X11Connection& connection, X11RawInput& rawInput, Sees sees);
@@ -21,6 +21,8 @@ public:
     bool isCompositing() override { return m_activator.isCompositing(); }
     bool fades() override { return isCompositing(); }
     bool placesWindows() override { return true; }
+    void setShadow(WId window, const QMargins& margins) override { m_activator.setShadow(window, margins); }
+    bool isOnOtherDesktop(WId window) override { return m_activator.isOnOtherDesktop(window); }
     void activate(WId window) override { m_activator.activate(window); }
     bool isActive(WId window) override { return m_activator.isActive(window); }
     bool isOverAid() override { return isOverTypingAid(m_connection); }

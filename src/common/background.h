@@ -11,8 +11,8 @@
 
 namespace tralio {
 
-/// Does what may take its time on another thread, and answers with what came of it; callers resume on their
-/// own thread. `work` does not throw.
+/// Runs `work`, which may take long, on another thread and returns its result; the caller resumes on its own
+/// thread. `work` must not throw.
 template <typename Work>
 [[nodiscard]] QCoro::Task<std::invoke_result_t<Work>> inBackground(Work work) {
     using Result = std::invoke_result_t<Work>;

@@ -6,7 +6,7 @@ namespace tralio {
 
 class ObservableObject;
 
-/// A two-way reference to a value that somebody else owns.
+/// A two-way reference to a value that another object owns.
 template <typename T>
 struct Binding {
     std::function<T()> get;

@@ -8,7 +8,8 @@ namespace tralio {
 
 namespace {
 
-/// Short waits are part of the selection fetch's promise; a second is not worth a wake-up of its own.
+/// Short waits must be precise, since the selection fetch depends on them; from a second on, a timer is not
+/// worth a wake-up of its own.
 Qt::TimerType precision(std::chrono::milliseconds wait) {
     return wait < std::chrono::seconds(1) ? Qt::PreciseTimer : Qt::CoarseTimer;
 }
@@ -16,7 +17,7 @@ Qt::TimerType precision(std::chrono::milliseconds wait) {
 }  // namespace
 
 void SystemClock::after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) {
-    // A timer of the context's own, so that a call that is taken back leaves no timer behind.
+    // The timer is a child of the context, so that cancelling a call deletes its timer, too.
     auto* timer = new QTimer(context);
     timer->setSingleShot(true);
     timer->setTimerType(precision(delay));

@@ -9,7 +9,7 @@
 
 namespace tralio {
 
-/// A call that a `Clock` will make: taken back when this goes, or another takes its place.
+/// A call that a `Clock` will make. Destroying or overwriting this object cancels it.
 class [[nodiscard]] ScheduledCall final {
 public:
     ScheduledCall() = default;
@@ -17,17 +17,17 @@ public:
 
     void takeBack() { m_context.reset(); }
 
-    /// Whether there is one that was not taken back; one that has been made still counts.
+    /// Whether a call was scheduled and not cancelled; it may have been made already.
     [[nodiscard]] explicit operator bool() const { return m_context != nullptr; }
 
 private:
     std::unique_ptr<QObject> m_context;
 };
 
-/// Time as the services see it, so that what waits can be tested tick by tick.
+/// Time as the services see it, so that waiting can be tested tick by tick.
 ///
 /// Actions run on the thread that scheduled them, from its event loop, and never after their `context` or
-/// their `ScheduledCall` is gone.
+/// their `ScheduledCall` is destroyed.
 class Clock {
 public:
     Clock() = default;
@@ -35,14 +35,14 @@ public:
     Clock& operator=(const Clock&) = delete;
     virtual ~Clock() = default;
 
-    /// Runs `action` once, `delay` from now. A delay of zero means the next turn of the event loop.
+    /// Runs `action` once, after `delay`. A delay of zero means the next turn of the event loop.
     virtual void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) = 0;
 
-    /// Runs `action` every `interval`, for the first time one interval from now.
+    /// Runs `action` every `interval`, first after one interval.
     virtual void every(
         std::chrono::milliseconds interval, QObject* context, std::function<void()> action) = 0;
 
-    /// The same for a call that its holder may take back.
+    /// The same for a call that its holder may cancel.
     ScheduledCall after(std::chrono::milliseconds delay, std::function<void()> action) {
         auto context = std::make_unique<QObject>();
         after(delay, context.get(), std::move(action));

@@ -17,8 +17,8 @@ QByteArray& logPath() {
     return path;
 }
 
-/// The folder is everybody's: the file must not be a link planted by somebody else, and a pipe must not
-/// block.
+/// The log is in /tmp, where everybody may write: the file must not be another user's link, and a pipe must
+/// not block.
 constexpr int safely = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 constexpr qint64 cap = 1'000'000;
 
@@ -44,7 +44,7 @@ void capDebugLog() {
     if (kept == status.st_size)
         return;
     log.seek(status.st_size - kept);
-    log.readLine();  // its beginning is gone
+    log.readLine();  // cut off at its beginning
     const QByteArray newer = log.readAll();
     log.seek(0);
     if (log.write(newer) == newer.size() && log.flush())
@@ -59,7 +59,7 @@ void debugLog(const QString& message) {
     const QString time = QDateTime::currentDateTimeUtc().toString(u"yyyy-MM-dd hh:mm:ss"_s);
     const QByteArray line = u"[%1 +0000] %2\n"_s.arg(time, message).toUtf8();
 
-    // The lines hold excerpts of the user's texts, so the file is the user's alone.
+    // The lines contain excerpts of the user's texts, so only the user may read the file.
     constexpr int flags = O_WRONLY | safely;
     int file = open(logPath().constData(), flags | O_APPEND);
     if (file < 0)

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int excerptLength = 30;
 
-/// Walks over the characters of a text, which has to stay while it does.
+/// Iterates over the grapheme clusters of a text, which must outlive it.
 ///
 /// WORKAROUND: Qt 6.4's boundary finder miscounts emoji beside Thai, Devanagari, Khmer or Tibetan.
 class Characters final {
@@ -23,7 +23,7 @@ public:
         Q_ASSERT(U_SUCCESS(error));
     }
 
-    /// Where the next one ends; -1 after the last.
+    /// The end of the next one; -1 after the last.
     qsizetype next() { return ubrk_next(m_iterator.get()); }
 
 private:

@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-/// A failure whose description the user is shown as it stands.
+/// A failure whose description is shown to the user unchanged.
 class LocalizedError : public std::exception {
 public:
     explicit LocalizedError(QString description);

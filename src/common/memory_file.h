@@ -15,11 +15,11 @@ public:
     MemoryFile& operator=(const MemoryFile&) = delete;
     ~MemoryFile();
 
-    /// Where there is no memory left, the file counts as broken, and is empty.
+    /// If there is no memory left, the file becomes broken and empty.
     void append(QByteArrayView bytes);
 
     [[nodiscard]] qint64 size() const { return m_size; }
-    /// Under which other processes open it for as long as this object lives.
+    /// The path by which other processes can open it while this object lives.
     [[nodiscard]] QString path() const;
 
 private:

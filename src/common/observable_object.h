@@ -6,8 +6,8 @@
 
 namespace tralio {
 
-/// An object whose observers are told before any of its observable members changes, without being told
-/// which: they re-read what they need on the next turn of the event loop.
+/// An object that notifies its observers before any of its observable members changes. They are not told
+/// which one: they re-read what they need on the next turn of the event loop.
 class ObservableObject : public QObject {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ Q_SIGNALS:
 };
 
 /// An observable member of an `ObservableObject`: `object.member()` reads, `object.member = value` announces
-/// and then assigns. Every assignment is announced, also one of an equal value.
+/// the change and then assigns. Every assignment is announced, even of an equal value.
 template <typename T>
 class Observable {
 public:

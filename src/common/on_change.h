@@ -9,8 +9,8 @@
 
 namespace tralio {
 
-/// Runs `action` after the value that `read` gives of `object` has changed: once, on the next turn of the
-/// event loop, however many changes there were in between. Ends with `context`.
+/// Runs `action` after the value that `read` returns for `object` has changed: once, on the next turn of the
+/// event loop, for all changes in between. Stops when `context` is destroyed.
 template <typename Read, typename Action>
 void onChange(ObservableObject& object, QObject* context, Read read, Action action) {
     struct Watch {
@@ -36,7 +36,7 @@ void onChange(ObservableObject& object, QObject* context, Read read, Action acti
 }
 
 /// Runs `refresh` on the next turn of the event loop after any change of `object`, once for all changes of a
-/// turn. Ends with `context`.
+/// turn. Stops when `context` is destroyed.
 template <typename Refresh>
 void onAnyChange(ObservableObject& object, QObject* context, Refresh refresh) {
     auto scheduled = std::make_shared<bool>(false);

@@ -9,19 +9,19 @@
 
 namespace tralio {
 
-/// A picture as the bytes of a file, of whatever format. Nobody in this process takes them apart: they come
-/// from anywhere, and decoders have faults. Null where there is none.
+/// A picture as the bytes of a file in any format. It is not decoded in this process: it may come from
+/// anywhere, and decoders have bugs. Null for no picture.
 using Picture = std::shared_ptr<const MemoryFile>;
 
 /// In bytes. Readers stop here, and a larger picture is refused with an error message.
 inline constexpr qint64 largestPicture = 256 << 20;
 
-/// The formats that other programs offer, by their MIME types: first those that every recogniser decodes, and
-/// of these what keeps every pixel.
+/// The MIME types of pictures to ask other programs for, best first: those that every recogniser decodes, and
+/// of these the lossless ones, come before the others.
 inline constexpr std::array pictureFormats{
     "image/png", "image/bmp", "image/jpeg", "image/webp", "image/tiff"};
 
-/// The best of what is offered; empty where there is no picture.
+/// The best of the offered types; empty if none is a picture.
 [[nodiscard]] QString bestPictureFormat(const QStringList& offered);
 
 }  // namespace tralio

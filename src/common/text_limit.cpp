@@ -23,7 +23,7 @@ qsizetype codePointCount(QStringView text) {
 QString messageAbout(const QString& kind, QStringView text) {
     static const QLocale vietnamese(QLocale::Vietnamese, QLocale::Vietnam);
     const qsizetype count = codePointCount(text);
-    // Where only the beginning was read, nobody knows how long it is.
+    // If only the beginning was read, the real length is unknown.
     const QString length =
         count == longestText + 1 ? u"hơn "_s + vietnamese.toString(longestText) : vietnamese.toString(count);
     return u"%1 quá dài (%2 ký tự, tối đa %3)"_s.arg(kind, length, vietnamese.toString(longestText));
@@ -47,7 +47,7 @@ QString beginningOfLongText(QStringView beginning) {
     qsizetype size = std::min(beginning.size(), longestText);
     if (size > 0 && beginning.at(size - 1).isHighSurrogate())
         --size;
-    // Filled up, since trimming may have to take much of it away, and no reader knows what would follow.
+    // Padded to the full length: trimming may have removed much, and the rest is unknown.
     QString text = beginning.first(size).trimmed().toString();
     const qsizetype missing = longestText + 1 - codePointCount(text);
     return text + QString(missing, u'…');

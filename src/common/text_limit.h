@@ -4,20 +4,20 @@
 
 namespace tralio {
 
-/// The longest text that is taken from anybody, in characters: code points of Unicode.
+/// The longest text that is accepted, in Unicode code points.
 inline constexpr qsizetype longestText = 200'000;
 
-/// What such a text takes in UTF-8 at the most. Readers stop behind it, whatever the other side goes on to
-/// deliver.
+/// The most bytes that such a text takes in UTF-8. Readers stop after this, whatever else the other side
+/// sends.
 inline constexpr qsizetype longestTextBytes = 4 * longestText;
 
 [[nodiscard]] bool isTooLong(QStringView text);
 
-/// What the user is told about a text that is too long: one to translate, or one that a server made of it.
+/// The error messages for a text that is too long: one to translate, and one that a server has returned.
 [[nodiscard]] QString tooLongMessage(QStringView text);
 [[nodiscard]] QString tooLongTranslationMessage(QStringView translation);
 
-/// Stands for a text of which only the beginning was read. It is too long by one character, also once it is
+/// A text to represent one of which only the beginning was read. It is too long by one character, even when
 /// trimmed.
 [[nodiscard]] QString beginningOfLongText(QStringView beginning);
 

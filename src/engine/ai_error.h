@@ -6,12 +6,12 @@
 
 namespace tralio {
 
-/// Why a translation or a connection test failed, described in the words that the user is shown.
+/// Why a translation or a connection test failed, with the description that the user is shown.
 class AIError final : public LocalizedError {
 public:
     enum class Kind { httpError, decodingError, networkError, missingApiKey, invalidURL, emptyResponse };
 
-    /// The message is shown only for status codes that have no text of their own.
+    /// The message is shown only for status codes without a text of their own.
     [[nodiscard]] static AIError httpError(int statusCode, const QString& message);
     [[nodiscard]] static AIError decodingError(const QString& message);
     [[nodiscard]] static AIError networkError(const QString& message);

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 constexpr auto translationTimeout = 45s;
 constexpr auto connectionTestTimeout = 15s;
 
-/// Checks what a request needs of the settings, the address before the key.
+/// Checks the settings that a request needs, the address before the key.
 QUrl requireEndpoint(const EndpointSettings& settings) {
     const std::optional<QUrl> endpoint = chat_completions::buildEndpointURL(settings.baseURL);
     if (!endpoint)
@@ -27,7 +27,7 @@ QUrl requireEndpoint(const EndpointSettings& settings) {
     return *endpoint;
 }
 
-/// A status below 200 announces an answer, and is none, even where it is all that comes.
+/// Whether a response is final. A status below 200 only announces one, even if nothing follows.
 bool isAnswer(const HttpResponse& response) {
     return response.status >= 200;
 }
@@ -44,8 +44,8 @@ QString statusMessage(int status) {
 
 AIService::AIService(HttpClient& http) : m_http(http) {}
 
-// In both coroutines, neither this object nor the settings' owner may be relied on after the request was
-// sent.
+// Neither coroutine may use this object, or the owner of the settings, after the request was sent: both may
+// be destroyed by then.
 
 QCoro::Task<QString> AIService::translate(QString text, QString sourceLang, QString targetLang,
     TranslationTone tone, EndpointSettings settings, std::stop_token stop) {

@@ -19,8 +19,9 @@ constexpr QStringView endpointTail = u"/chat/completions";
 constexpr double translationTemperature = 0.2;
 constexpr int connectionTestMaxTokens = 10;
 
-/// One message of the conversation. Qt's JSON writer would quietly send a question mark for half a surrogate
-/// pair, and the user would get the translation of another text.
+/// One message of the conversation. Throws if the content is not valid UTF-16: Qt's JSON writer would
+/// silently replace half a surrogate pair by a question mark, and the user would get the translation of
+/// another text.
 QJsonObject message(const QString& role, const QString& content) {
     if (!content.isValidUtf16())
         throw LocalizedError(u"Nội dung cần gửi chứa ký tự không hợp lệ."_s);
@@ -35,8 +36,9 @@ QByteArray body(const QString& model, QJsonObject members) {
     return QJsonDocument(members).toJson(QJsonDocument::Compact);
 }
 
-/// Reasoning models put what they think before what they say. One that was cut off while it thought has said
-/// nothing, and is shown as it is; absent when it has only thought.
+/// The reply without the thoughts that reasoning models put before it. A reply that was cut off while the
+/// model was thinking has only the beginning of a thought, and is returned unchanged; absent if it is a
+/// complete thought and nothing else.
 std::optional<QString> withoutThoughts(const QString& reply) {
     constexpr QStringView begin = u"<think>";
     constexpr QStringView end = u"</think>";
@@ -56,7 +58,7 @@ std::optional<QUrl> buildEndpointURL(const QString& baseURL) {
     if (text.isEmpty())
         text = ProviderPreset::presets().first().baseURL;
     if (!text.endsWith(endpointTail)) {
-        // A scheme alone is no address yet, and would have the tail's first word for its host.
+        // Not for a scheme alone, which is no address yet: the tail's first word would become its host.
         if (text.endsWith(u'/') && !text.endsWith(u"://"))
             text.chop(1);
         text += endpointTail;
@@ -74,7 +76,7 @@ QString modelName(const QString& model) {
 
 HttpRequest buildRequest(const QUrl& endpoint, const QString& apiKey) {
     HttpRequest request{endpoint, {{"Content-Type", "application/json"}}};
-    // A key that was pasted with a line break in it must not become a header of its own.
+    // A line break in a pasted key must not begin a header of its own.
     QByteArray key = apiKey.trimmed().toUtf8();
     key.removeIf([](char c) { return c == '\r' || c == '\n' || c == '\0'; });
     if (!key.isEmpty())
@@ -102,7 +104,7 @@ QByteArray connectionTestBody(const QString& model) {
 }
 
 std::optional<QString> replyText(const QByteArray& body) {
-    // What is missing or of another type reads as undefined, all the way down to the text.
+    // Anything that is missing or of another type reads as undefined, at every level down to the text.
     const QJsonValue choices = QJsonDocument::fromJson(body).object().value(u"choices"_s);
     if (!choices.isArray())
         return std::nullopt;

@@ -9,18 +9,17 @@
 #include "engine/http_client.h"
 #include "engine/translation_tone.h"
 
-/// The chat-completions protocol as this program speaks it: what goes on the wire, and how a reply is read.
-/// Nothing here sends anything or keeps any state.
+/// The chat-completions protocol: builds requests and reads replies. Sends nothing and keeps no state.
 namespace tralio::chat_completions {
 
-/// The URL to send requests to, from a base URL as the user typed it; blank means the default endpoint.
+/// The URL to send requests to, for a base URL as the user typed it; blank means the default endpoint.
 /// Nothing if it is not a URL.
 [[nodiscard]] std::optional<QUrl> buildEndpointURL(const QString& baseURL);
 
-/// The model's name without blanks around it; blank means the default model.
+/// The model's name, trimmed; blank means the default model.
 [[nodiscard]] QString modelName(const QString& model);
 
-/// The request without its body. The key goes along unless it is blank.
+/// The request without its body. Includes the key unless it is blank.
 [[nodiscard]] HttpRequest buildRequest(const QUrl& endpoint, const QString& apiKey);
 
 [[nodiscard]] QString systemPrompt(const QString& customPrompt, const QString& sourceLang,
@@ -31,15 +30,15 @@ namespace tralio::chat_completions {
     const QString& model, const QString& systemPrompt, const QString& text);
 [[nodiscard]] QByteArray connectionTestBody(const QString& model);
 
-/// The text of a successful reply's first choice, without blanks around it and without the `<think>` block
-/// that a reasoning model begins with; nothing if there is none.
+/// The text of the first choice in a successful reply, trimmed and without the `<think>` block that a
+/// reasoning model begins with; nothing if there is none.
 [[nodiscard]] std::optional<QString> replyText(const QByteArray& body);
 
 /// The message that a provider put into an error reply; nothing if the body has another form.
 [[nodiscard]] std::optional<QString> errorMessage(const QByteArray& body);
 
-/// The body of an error reply of another form: as it is, or if it is an HTML page the page's title or first
-/// words; nothing if it is no text.
+/// The body of an error reply that `errorMessage` cannot read: unchanged, or for an HTML page its title or
+/// first words; nothing if it is not text.
 [[nodiscard]] std::optional<QString> bodyAsMessage(const QByteArray& body);
 
 }  // namespace tralio::chat_completions

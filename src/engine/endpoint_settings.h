@@ -4,8 +4,7 @@
 
 namespace tralio {
 
-/// What the translation client needs to know of the user's settings, as the user typed it: nothing is trimmed
-/// or checked.
+/// The settings that the translation client needs, as the user typed them: neither trimmed nor checked.
 struct EndpointSettings {
     QString baseURL;
     QString selectedPresetId;

@@ -15,13 +15,13 @@ namespace {
 using namespace Qt::StringLiterals;
 
 struct Span {
-    qsizetype begin;         ///< of the whole
-    qsizetype contentBegin;  ///< of what stands between its tags
+    qsizetype begin;         ///< of the whole element
+    qsizetype contentBegin;  ///< of the content between its tags
     qsizetype contentEnd;
     qsizetype end;
 };
 
-/// Where `tag` stands, which may be the beginning of a longer name elsewhere; -1 for nowhere.
+/// The position of `tag` as a whole name, not as the beginning of a longer one; -1 if there is none.
 qsizetype findTag(QStringView page, QStringView tag, qsizetype from) {
     for (;;) {
         const qsizetype at = page.indexOf(tag, from, Qt::CaseInsensitive);
@@ -32,8 +32,8 @@ qsizetype findTag(QStringView page, QStringView tag, qsizetype from) {
     }
 }
 
-/// The next element of that name from `from` on. Where one has no end, those behind it have none, so that
-/// nobody needs to look for them.
+/// The next element of that name, from `from` on. If an element has no end tag, no later one has: searching
+/// stops there, which keeps the time linear.
 std::optional<Span> findElement(QStringView page, const QString& name, qsizetype from) {
     const qsizetype begin = findTag(page, u'<' + name, from);
     const qsizetype content = begin < 0 ? -1 : page.indexOf(u'>', begin);
@@ -59,8 +59,8 @@ QString without(const QString& page, const Find& find) {
     return rest.append(QStringView(page).mid(at));
 }
 
-/// The character that a reference of HTML names, by its number or by one of the names that pages use; empty
-/// for any other.
+/// The character that an HTML reference stands for, given by its number or by a name that is common in pages;
+/// empty for any other.
 QString characterOf(QStringView reference) {
     static const QHash<QString, QString> named{{u"nbsp"_s, u" "_s}, {u"lt"_s, u"<"_s}, {u"gt"_s, u">"_s},
         {u"quot"_s, u"\""_s}, {u"apos"_s, u"'"_s}, {u"amp"_s, u"&"_s}, {u"ndash"_s, u"–"_s},
@@ -110,7 +110,7 @@ QString wordsOf(const QString& page) {
     return plain(shown);
 }
 
-/// Whether an HTML document begins here, be it after a declaration and comments.
+/// Whether an HTML document begins here, possibly after a declaration and comments.
 bool isPage(QStringView text) {
     for (;;) {
         text = text.trimmed();
@@ -131,7 +131,7 @@ bool isPage(QStringView text) {
 }  // namespace
 
 QString words(const QString& message) {
-    constexpr qsizetype head = 100'000;  // what a page says stands near its beginning
+    constexpr qsizetype head = 100'000;  // the message of a page is near its beginning
     const QString beginning = message.left(head);
     return isPage(beginning) ? wordsOf(beginning) : message;
 }

@@ -2,11 +2,12 @@
 
 #include <QString>
 
-/// Servers answer with a page for people where something stands between us and the service.
+/// Extracts readable words from HTML error pages, with which proxies and gateways between us and the service
+/// answer.
 namespace tralio::error_page {
 
-/// The message as it is, or if it is an HTML page what that says in its title, or else the first of the words
-/// that it shows, which may be none. Takes time in proportion to the message, whatever is in it.
+/// The message unchanged, or if it is an HTML page its title, or else the first words that it shows, which
+/// may be none. Takes time in proportion to the length of the message, whatever it contains.
 [[nodiscard]] QString words(const QString& message);
 
 }  // namespace tralio::error_page

@@ -19,17 +19,17 @@ struct HttpRequest {
 };
 
 struct HttpResponse {
-    std::optional<int> status;  ///< absent when what came back was not HTTP
+    std::optional<int> status;  ///< absent if the reply was not HTTP
     QByteArray body;
 };
 
-/// Sends requests through the desktop's proxy, with a limit on silence and on size. Used from the main
-/// thread. When the client goes, it cancels the requests under way; who awaits one of them resumes on a later
-/// turn of the event loop.
+/// Sends requests through the desktop's proxy, with limits on silence and size. Used from the main thread.
+/// Destroying the client cancels the requests under way; their awaiters resume on a later turn of the event
+/// loop.
 class HttpClient {
 public:
-    /// Takes a piece of a body, and the size of the whole where the server has announced it. May fail with a
-    /// `LocalizedError`, which then is the request's.
+    /// Receives a piece of the body, and the size of the whole body if the server has announced it. May throw
+    /// a `LocalizedError`, which then becomes the error of the request.
     using Receive = std::function<void(const QByteArray& piece, std::optional<qint64> totalSize)>;
 
     HttpClient() = default;
@@ -37,21 +37,22 @@ public:
     HttpClient& operator=(const HttpClient&) = delete;
     virtual ~HttpClient() = default;
 
-    /// POSTs `body` and waits for the whole reply, of whatever status. Fails with a `TransportError`: also
-    /// when nothing moves in either direction for `idleTimeout`, when the reply is larger than any of a
-    /// model, and when `stop` is requested, which may happen on any thread.
+    /// POSTs `body` and returns the complete reply, whatever its status. Fails with a `TransportError`, also
+    /// if no data moves in either direction for `idleTimeout`, if the reply is larger than any of a model,
+    /// and if `stop` is requested, which may happen on any thread.
     [[nodiscard]] virtual QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,
         std::chrono::milliseconds idleTimeout, std::stop_token stop) = 0;
 
-    /// GETs one of the program's own addresses, and fails as `send` does. No secret goes along, so
-    /// redirections are followed wherever they lead, but never from https to http.
+    /// GETs one of the program's own addresses, and fails as `send` does. No secret is sent, so redirections
+    /// are followed to any host, but never from https to http.
     [[nodiscard]] QCoro::Task<HttpResponse> get(
         HttpRequest request, std::chrono::milliseconds idleTimeout, std::stop_token stop) {
         return download(std::move(request), {}, idleTimeout, std::move(stop));
     }
 
-    /// The same for a body of any size, which goes to `receive` as it comes; an empty `receive` collects it
-    /// as `send` does. `receive` is not called once `stop` has been requested, and goes with the request.
+    /// The same for a body of any size, which is passed to `receive` as it arrives; an empty `receive`
+    /// collects it as `send` does. `receive` is not called once `stop` has been requested, and is destroyed
+    /// with the request.
     [[nodiscard]] virtual QCoro::Task<HttpResponse> download(HttpRequest request, Receive receive,
         std::chrono::milliseconds idleTimeout, std::stop_token stop) = 0;
 };

@@ -7,11 +7,9 @@ namespace tralio {
 bool isLoopback(std::string host) {
     if (host.starts_with('[') && host.ends_with(']'))
         host = host.substr(1, host.size() - 2);
-    if (host.ends_with('.'))
-        host.pop_back();  // a name that is whole
     in_addr four{};
     in6_addr six{};
-    // The address of no machine leads to this one.
+    // The unspecified address also connects to this machine.
     if (inet_pton(AF_INET, host.c_str(), &four) == 1)
         return (ntohl(four.s_addr) >> 24) == 127 || four.s_addr == INADDR_ANY;
     if (inet_pton(AF_INET6, host.c_str(), &six) == 1)

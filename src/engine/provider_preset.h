@@ -5,10 +5,10 @@
 
 namespace tralio {
 
-/// A ready-made endpoint among which the user picks.
+/// A ready-made endpoint that the user can choose.
 ///
-/// The settings remember a preset by its id. What an id means beyond its row is asked here, of any id that
-/// was ever stored.
+/// The settings store a preset by its id. The functions below tell what an id means beyond its row in the
+/// table; they accept any id that was ever stored.
 struct ProviderPreset {
     QString id;
     QString name;
@@ -16,17 +16,17 @@ struct ProviderPreset {
     QString defaultModel;
     QString helpText;
 
-    /// All presets in display order. The first one's base URL and model are the defaults of the whole
+    /// All presets in display order. The base URL and model of the first one are the defaults of the whole
     /// program.
     [[nodiscard]] static const QList<ProviderPreset>& presets();
 
-    /// What a fresh installation selects.
+    /// The preset that is selected in a fresh installation.
     [[nodiscard]] static QString defaultId() { return presets().front().id; }
-    /// Whether it is the maker's own gateway, which comes with the built-in key.
+    /// Whether the preset is the maker's own gateway, which comes with the built-in key.
     [[nodiscard]] static bool bringsKey(QStringView id) { return id.startsWith(u"kavo"); }
-    /// Whether its server asks for a key; one on the user's own machine does not.
+    /// Whether the preset's server requires a key; one on the user's own machine does not.
     [[nodiscard]] static bool needsKey(QStringView id) { return !id.contains(u"ollama"); }
-    /// Whether it stands for what the user has typed.
+    /// Whether the preset stands for an endpoint that the user types.
     [[nodiscard]] static bool isCustom(QStringView id) { return id == u"custom"; }
 
     bool operator==(const ProviderPreset&) const = default;

@@ -2,7 +2,8 @@
 
 namespace tralio {
 
-// Constant-initialised: other units may use the tones while they initialise their own statics.
+// Constant-initialised, since other translation units may use the tones while they initialise their own
+// statics.
 constinit const TranslationTone TranslationTone::natural{u"Tự nhiên",
     u"Tralio theo phong cách tự nhiên, trôi chảy, gần gũi với đời sống hàng ngày của người bản xứ."};
 

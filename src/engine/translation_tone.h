@@ -8,8 +8,8 @@
 
 namespace tralio {
 
-/// A style of translation. Its Vietnamese label is at once what the user reads, its identity and what the
-/// settings and the history keep.
+/// A style of translation. Its Vietnamese label is what the user reads, its identity, and the form in which
+/// settings and history store it.
 class TranslationTone final {
 public:
     static const TranslationTone natural;
@@ -17,7 +17,7 @@ public:
     static const TranslationTone formal;
     static const TranslationTone concise;
 
-    /// Every tone, in the order in which pickers list them.
+    /// Every tone, in display order.
     [[nodiscard]] static std::array<TranslationTone, 4> allCases();
 
     /// The tone with exactly this label, if there is one.
@@ -29,7 +29,7 @@ public:
     [[nodiscard]] QString rawValue() const { return m_rawValue.toString(); }
     [[nodiscard]] QString id() const { return rawValue(); }
 
-    /// The sentence that tells the model how to translate.
+    /// The sentence in the prompt that asks the model for this style.
     [[nodiscard]] QString promptInstruction() const { return m_promptInstruction.toString(); }
 
     bool operator==(const TranslationTone& other) const { return m_rawValue == other.m_rawValue; }

@@ -4,8 +4,8 @@
 
 namespace tralio {
 
-/// A request that brought no complete reply, described for the user: what happened, with which server, and
-/// what can be done about it.
+/// A request that got no complete reply. The description says what happened, with which server, and what the
+/// user can do about it.
 class TransportError final : public LocalizedError {
 public:
     using LocalizedError::LocalizedError;

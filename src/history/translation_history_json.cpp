@@ -36,7 +36,7 @@ std::optional<TranslationItem> decode(const QJsonObject& object) {
     TranslationItem item;
     const QString id = object[idKey].toString();
     item.id = QUuid::fromString(id);
-    // The toolkit also reads ids in braces, and anything else as the id of zeros.
+    // Qt also accepts ids in braces, and reads anything else as the null id.
     if (canonicalForm(item.id) != id.toUpper())
         return std::nullopt;
     if (!object[timestampKey].isDouble())

@@ -9,16 +9,16 @@
 
 namespace tralio {
 
-/// The stored form of a history: a compact JSON array of one object per entry, its seven keys the members'
-/// names, ids in upper case. A time stamp reads back to the same bits.
+/// The stored form of a history: a compact JSON array with one object per entry, whose seven keys are the
+/// names of the members; ids are in upper case. A time stamp is read back bit for bit.
 ///
 /// Every text must be well-formed (`wellFormed`) and every time stamp finite.
 [[nodiscard]] QByteArray encodeHistory(const QList<TranslationItem>& items);
 
-/// Absent when anything in the data is not as it should be, in any entry. Unknown keys are passed over.
+/// Absent if anything in any entry is invalid. Unknown keys are ignored.
 [[nodiscard]] std::optional<QList<TranslationItem>> decodeHistory(const QByteArray& data);
 
-/// `text` with U+FFFD for every surrogate without its other half: JSON, being UTF-8, has no form for those.
+/// `text` with every unpaired surrogate replaced by U+FFFD: JSON, being UTF-8, cannot represent them.
 [[nodiscard]] QString wellFormed(QString text);
 
 }  // namespace tralio

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 const QString key = u"app_translation_history_items"_s;
 constexpr qsizetype maxItems = 50;
 
-/// Texts compare by what they say: one typed with combining marks equals one typed without.
+/// Texts are compared in normalised form: one typed with combining marks equals one typed without.
 bool isSameText(const QString& one, const QString& other) {
     return one == other ||
         one.normalized(QString::NormalizationForm_C) == other.normalized(QString::NormalizationForm_C);

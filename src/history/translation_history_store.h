@@ -14,10 +14,10 @@ namespace tralio {
 class KeyValueStore;
 
 /// The past translations, newest first: at most 50, and one for each source text and pair of languages. Read
-/// from the key-value store once, at construction, and written back whole with every change. Used from the
+/// from the key-value store once, at construction, and written back completely at every change. Used from the
 /// main thread.
 ///
-/// Never fails: stored data that cannot be read makes an empty history, and is set aside by the next change.
+/// Never fails: stored data that cannot be read gives an empty history, and is set aside by the next change.
 class TranslationHistoryStore final : public ObservableObject {
     Q_OBJECT
 
@@ -29,16 +29,16 @@ public:
 
     [[nodiscard]] const QList<TranslationItem>& items() const { return m_items(); }
 
-    /// Makes a translation the newest entry, in place of an earlier one of the same source text and
-    /// languages. Both texts are trimmed; where nothing is left of one, nothing happens.
+    /// Adds a translation as the newest entry, in place of an earlier one of the same source text and
+    /// languages. Both texts are trimmed; if one is empty then, nothing happens.
     void add(const QString& sourceText, const QString& translatedText, const QString& sourceLang,
         const QString& targetLang, const QString& tone);
-    /// Positions that `items` does not have are passed over.
+    /// Positions outside of `items` are ignored.
     void remove(const QSet<qsizetype>& at);
     void remove(const QUuid& id);
     void clear();
-    /// Everything again that was there before something was removed, beneath what has been added since. An
-    /// entry stays away whose text has been translated between the same languages since.
+    /// Restores all entries that were there before a removal, below those that have been added since. An
+    /// entry is left out if its text has been translated between the same languages since.
     void bringBack(const QList<TranslationItem>& before);
 
 private:

@@ -13,7 +13,8 @@ constexpr double referenceSecond = double(duration_cast<seconds>(referenceDay.ti
 }  // namespace
 
 QDateTime TranslationItem::date() const {
-    // A stored number can be anything; beyond some 30,000 years the conversion would overflow in the end.
+    // A stored number can be anything; 1e12 s are some 30,000 years, and much larger ones would overflow the
+    // conversion.
     constexpr double farAway = 1e12;
     if (std::abs(timestamp) > farAway)
         return {};

@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-/// Tells one hot key of a program from another; travels with every press.
+/// Identifies a hot key of the program; passed along with every press.
 struct HotKeyID {
     quint32 signature = 0;  ///< a four-character code
     quint32 id = 0;
@@ -22,16 +22,16 @@ inline constexpr HotKeyID ocrHotKeyID{hotKeySignature, 2};
 enum class HotKeyRef : quint64 {};
 enum class EventHandlerRef : quint64 {};
 
-/// The outcome of a registration, as the log tells it.
+/// The outcome of a registration. The log shows the number.
 enum class HotKeyStatus : qint32 {
     registered = 0,
     unavailable = -1,  ///< the session has no hot keys, or not yet
-    refused = -2,      ///< by the desktop or its user
-    taken = -9878,     ///< by another program, or by another hot key of this one
+    refused = -2,      ///< the desktop or its user refused it
+    taken = -9878,     ///< another program, or the other hot key of this one, has it
     invalid = -9879    ///< no such key on this keyboard, or one that cannot be a hot key
 };
 
-/// Whether another combination might work. One that the session has no use for is nobody's fault.
+/// Whether another combination might work. If the session has no hot keys, none would.
 [[nodiscard]] constexpr bool isTurnedDown(HotKeyStatus status) {
     return status != HotKeyStatus::registered && status != HotKeyStatus::unavailable;
 }
@@ -39,11 +39,11 @@ enum class HotKeyStatus : qint32 {
 /// The platform's hot-key service. Used from the main thread.
 class HotKeyPlatform {
 public:
-    /// Called for a press, on the main thread, from inside the platform's event delivery. The identifier is
-    /// absent when the platform could not read it.
+    /// Called for a press, on the main thread, from within the platform's event delivery. The id is absent if
+    /// the platform could not read it.
     using EventHandler = std::function<void(std::optional<HotKeyID>)>;
 
-    /// Called on the main thread when what became of a hot key is known or changes after its registration.
+    /// Called on the main thread when the outcome of a registration becomes known, or changes later.
     using StatusHandler = std::function<void(HotKeyID, HotKeyStatus)>;
 
     struct Registration {
@@ -61,7 +61,7 @@ public:
     [[nodiscard]] virtual Registration registerHotKey(const KeyCombination& combination, HotKeyID id) = 0;
     virtual void unregisterHotKey(HotKeyRef ref) = 0;
 
-    /// Whether the desktop is asking its user for hot keys, in a window of its own.
+    /// Whether the desktop is showing its user a dialog about hot keys.
     [[nodiscard]] virtual bool isUserAsked() const { return false; }
 };
 

@@ -8,13 +8,14 @@
 
 namespace tralio {
 
-/// The two system-wide hot keys, the selected text of the application in front, and the permissions that both
-/// need, each done by a class of its own. Used from the main thread; every callback runs there too.
+/// The facade for the two system-wide hot keys, the selected text of the application in front, and the
+/// permissions that both need; each is implemented by a class of its own. Used from the main thread, where
+/// every callback runs, too.
 ///
 /// Its numbers are those of KeyCode, of Modifier and, as `flags`, of the modifiers in key events.
 class HotKeyService final : public HotKeyRegistrar {
 public:
-    /// What the service asks of the desktop. All of it outlives the service.
+    /// The desktop services that it uses. All of them outlive it.
     struct Platform {
         HotKeyPlatform& hotKeys;
         Workspace& workspace;
@@ -33,7 +34,7 @@ public:
 
     // Hot keys
     [[nodiscard]] HotKeys& keys() { return m_keys; }
-    /// HotKeys says what these do.
+    /// Documented in HotKeys.
     void registerGlobalHotKeys(quint32 textKeyCode, quint32 textModifiers, Action onText, quint32 ocrKeyCode,
         quint32 ocrModifiers, Action onOCR);
     void updateTextHotKey(quint32 keyCode, quint32 modifiers) override;
@@ -41,7 +42,7 @@ public:
     [[nodiscard]] static quint32 carbonModifiers(quint32 flags);
     [[nodiscard]] static QString readableShortcut(quint16 keyCode, quint32 flags);
 
-    // Selected text: SelectedTextFetch says what these do.
+    // Selected text: documented in SelectedTextFetch.
     void fetchSelectedText(TextCompletion completion);
     [[nodiscard]] SelectedTextFetch::Obstacle obstacle() const { return m_selection.obstacle(); }
     [[nodiscard]] std::optional<QString> getDirectAXSelectedText(qint32 pid);
@@ -49,7 +50,7 @@ public:
     [[nodiscard]] std::optional<QString> getBrowserSelectedText(const QString& bundleId);
     bool triggerCopyMenuAction(qint32 pid);
 
-    // Permissions: PermissionRequests says what these do.
+    // Permissions: documented in PermissionRequests.
     [[nodiscard]] bool isAccessibilityGranted() const;
     void requestAccessibility();
     [[nodiscard]] bool isScreenCaptureGranted() const;

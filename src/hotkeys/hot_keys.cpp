@@ -26,7 +26,7 @@ void HotKeys::handlePress(std::optional<HotKeyID> id) {
         return;
     const bool isText = id->id == textHotKeyID.id;
     m_clock.after(std::chrono::milliseconds(0), this, [this, isText] {
-        // Looked up when it runs: whoever replaces an action in between means the new one.
+        // Looked up only now, since an action that was replaced meanwhile must not run.
         if (const auto intercept = m_interceptor)
             intercept(isText ? textHotKeyID : ocrHotKeyID);
         else if (const Action action = isText ? onTextTrigger : onOCRTrigger)

@@ -10,8 +10,8 @@ namespace tralio {
 
 class Clock;
 
-/// The two system-wide hot keys: their registrations, what became of them, and what a press does. Used from
-/// the main thread.
+/// The two system-wide hot keys: their registrations, the outcome, and the actions of a press. Used from the
+/// main thread.
 class HotKeys final : public ObservableObject {
     Q_OBJECT
 
@@ -21,16 +21,16 @@ public:
     /// Both outlive this object.
     HotKeys(HotKeyPlatform& platform, Clock& clock);
 
-    /// Called once, at launch. The actions run from the event loop after the press has been dealt with.
+    /// Called once, at launch. The actions run from the event loop, after the press has been handled.
     void registerBoth(
         const KeyCombination& text, Action onTextTrigger, const KeyCombination& ocr, Action onOCRTrigger);
 
-    /// Replaces a registration. The old one is gone even when the new one is refused. The other hot key, if
-    /// it was refused the combination that this one has now given up, gets it.
+    /// Replaces a registration. The old one is gone even if the new one is refused. If the other hot key was
+    /// refused the combination that this one gives up, it gets it now.
     void updateText(const KeyCombination& combination);
     void updateOCR(const KeyCombination& combination);
 
-    /// What became of the registrations. The desktop may take one back, or change its mind, at any time.
+    /// The outcome of the registrations. The desktop may withdraw one or change its decision at any time.
     Observable<HotKeyStatus> textStatus{*this, HotKeyStatus::registered};
     Observable<HotKeyStatus> ocrStatus{*this, HotKeyStatus::registered};
 
@@ -39,7 +39,7 @@ public:
 
     [[nodiscard]] bool isUserAsked() const { return m_platform.isUserAsked(); }
 
-    /// While it exists, presses go to `handler` instead of to the actions. There is one at a time.
+    /// While it exists, presses are passed to `handler` instead of the actions. Only one may exist at a time.
     class Interception final {
     public:
         Interception(HotKeys& keys, std::function<void(HotKeyID)> handler);
@@ -54,8 +54,8 @@ public:
 private:
     struct HotKey {
         HotKeyID id;
-        QStringView name;                             ///< in the log
-        std::optional<KeyCombination> combination{};  ///< as wanted, be it ours or not
+        QStringView name;                             ///< for the log
+        std::optional<KeyCombination> combination{};  ///< the wanted one, whether it is registered or not
         std::optional<HotKeyRef> ref{};
     };
 

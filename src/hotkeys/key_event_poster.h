@@ -13,7 +13,7 @@ struct KeyEvent {
     bool operator==(const KeyEvent&) const = default;
 };
 
-/// Sends synthetic key events, as if typed on the keyboard. An event that cannot be made is skipped. Used
+/// Sends synthetic key events, as if typed on the keyboard. An event that cannot be created is skipped. Used
 /// from the main thread.
 class KeyEventPoster {
 public:
@@ -22,12 +22,13 @@ public:
     KeyEventPoster& operator=(const KeyEventPoster&) = delete;
     virtual ~KeyEventPoster() = default;
 
-    /// Whether events reach anybody: not every session lets programs type.
+    /// Whether events can be sent at all: not every session lets programs type.
     [[nodiscard]] virtual bool canPost() const { return true; }
 
     virtual void post(const KeyEvent& event) = 0;
 
-    /// To one program only, whoever has the focus; where the platform knows no such thing, to nobody.
+    /// Sends an event to one program only, whichever has the focus; does nothing on platforms without such
+    /// events.
     virtual void postToProcess(qint32 processId, const KeyEvent& event) = 0;
 };
 

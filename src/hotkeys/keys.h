@@ -8,7 +8,7 @@
 
 namespace tralio {
 
-/// A key by its physical position: a virtual key code. Any code may occur; those that the program speaks of
+/// A key by its physical position, as a virtual key code. Any code may occur; those that the program mentions
 /// have names.
 enum class KeyCode : quint32 {
     s = 1,
@@ -32,8 +32,8 @@ enum class Modifier : quint32 { command = 0x100, shift = 0x200, option = 0x800, 
 Q_DECLARE_FLAGS(Modifiers, Modifier)
 Q_DECLARE_OPERATORS_FOR_FLAGS(Modifiers)
 
-/// The modifiers among the flags of a key event, the other form that they come in: Command 0x100000, Shift
-/// 0x20000, Option 0x80000, Control 0x40000. Other flags are no modifiers.
+/// The modifiers among the flags of a key event, which have other bits: Command 0x100000, Shift 0x20000,
+/// Option 0x80000, Control 0x40000. Other flags are ignored.
 [[nodiscard]] Modifiers modifiersOfFlags(quint32 flags);
 
 struct KeyCombination {
@@ -43,31 +43,31 @@ struct KeyCombination {
     bool operator==(const KeyCombination&) const = default;
 };
 
-/// Whether a combination may be taken from every other program: without Control, Option or Command only a
-/// function key may, since people type with the rest.
+/// Whether a combination may be taken away from all other programs. Without Control, Option or Command only a
+/// function key may, since people type with the others.
 [[nodiscard]] bool canBeHotKey(const KeyCombination& combination);
 
-/// How a shortcut reads: the symbols of its modifiers and the label of its key.
+/// The display text of a shortcut: the symbols of its modifiers and the label of its key.
 [[nodiscard]] QString readableShortcut(const KeyCombination& combination);
 
-/// What one key is called in each language that a desktop speaks.
+/// The names of one key in the different systems of a desktop.
 struct Key {
     KeyCode code;
     quint8 evdev;       ///< as in linux/input-event-codes.h
-    quint32 keysym;     ///< what it means on a US keyboard, as in X11/keysymdef.h; 0 for what none has
-    const char* name;   ///< the keysym's, by which desktop portals know it; null where they know none
-    QStringView label;  ///< in readable shortcuts; empty where its number has to do
+    quint32 keysym;     ///< its symbol on a US keyboard, as in X11/keysymdef.h; 0 if it has none
+    const char* name;   ///< the keysym's name, which desktop portals use; null if they have none
+    QStringView label;  ///< in display texts; if empty, the key code is shown
 };
 
 /// Null for keys that a PC keyboard does not have.
 [[nodiscard]] const Key* keyWith(KeyCode code);
 [[nodiscard]] const Key* keyAtEvdev(quint32 evdevCode);
 
-/// What one modifier is called, in the order in which a readable shortcut has them.
+/// The names of one modifier. The table has them in the order of display texts.
 struct ModifierNames {
     Modifier modifier;
     quint32 flag;        ///< of key events
-    QStringView symbol;  ///< in readable shortcuts
+    QStringView symbol;  ///< in display texts
     const char* name;    ///< in the triggers of desktop portals
 };
 inline constexpr ModifierNames modifierNames[] = {

@@ -6,20 +6,20 @@
 
 namespace tralio {
 
-/// A selection that the session shows to the program in front only, read once a window of ours is there.
+/// A selection in sessions that show it only to the program in front, read once a window of ours is in front.
 struct LateSelection {
     enum class Age {
-        recent,  ///< it was another one the last time
-        unknown  ///< nobody has looked before: it may have been made long ago, and be marked no more
+        recent,  ///< it was a different one at the last look
+        unknown  ///< this was the first look: it may be old, and not be highlighted any more
     };
 
-    QString text;  ///< empty where there is none, or the same as the last time
+    QString text;  ///< empty if there is none, or the same as at the last look
     Age age = Age::recent;
 
     bool operator==(const LateSelection&) const = default;
 };
 
-/// Answers once, unless another is asked for before.
+/// Calls back once, unless a later request replaces this one.
 using LateSelectionReader = std::function<void(std::function<void(const LateSelection&)>)>;
 
 }  // namespace tralio

@@ -7,10 +7,12 @@
 namespace tralio {
 namespace {
 
-/// The lower-cased title of an item that means Copy, or nothing for any other item.
+/// The lower-case title of a menu item that means Copy; nothing for any other item.
 std::optional<QString> titleOfCopyItem(AccessibleElement& item) {
     const auto character = item.commandCharacter();
     const QString title = item.title().value_or(QString()).toLower();
+    if (title.endsWith(u"...") || title.endsWith(u'…'))
+        return std::nullopt;  // opens a dialog, as xfce4-terminal's "Copy Input To All Tabs..."
     const bool isCopy = (character && character->toUpper() == u"C") || title.startsWith(u"copy") ||
         title.startsWith(u"sao chép");
     return isCopy ? std::optional(title) : std::nullopt;

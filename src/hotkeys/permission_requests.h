@@ -5,8 +5,8 @@ namespace tralio {
 class Permissions;
 class Workspace;
 
-/// Asks for the permissions that the hot keys' actions need, by way of the desktop's settings where the
-/// desktop does not grant them at once. Used from the main thread.
+/// Asks for the permissions that the hot keys' actions need. If the desktop does not grant one at once, opens
+/// the desktop's settings. Used from the main thread.
 class PermissionRequests final {
 public:
     /// Both outlive this object.

@@ -7,8 +7,8 @@ namespace tralio {
 
 class HotKeyService;
 
-/// The two permissions as the panels show them: looked up every second for as long as this exists, and
-/// whenever somebody asks. Only what has changed is announced. Used from the main thread.
+/// The two permissions as the panels show them: checked every second while this object exists, and on
+/// request. Only changes are announced. Used from the main thread.
 class PermissionWatch final : public ObservableObject {
     Q_OBJECT
 

@@ -2,8 +2,8 @@
 
 namespace tralio {
 
-/// What the desktop lets this program do. Queries answer from what is known already and never block, so that
-/// they can be polled. Used from the main thread.
+/// What the desktop allows this program. Queries return what is already known and never block, so that they
+/// can be polled. Used from the main thread.
 class Permissions {
 public:
     Permissions() = default;
@@ -13,8 +13,8 @@ public:
 
     [[nodiscard]] virtual bool isAccessibilityTrusted() const = 0;
 
-    /// Lets the desktop ask the user, or grants the permission outright where it is the user's own switch.
-    /// Answers whether it is granted now.
+    /// Makes the desktop ask the user, or grants the permission directly where it is the user's own switch.
+    /// Returns whether it is granted now.
     virtual bool requestAccessibilityTrust() = 0;
 
     [[nodiscard]] virtual bool preflightScreenCaptureAccess() const = 0;

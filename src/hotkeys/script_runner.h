@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-/// Runs scripts that ask other programs for something.
+/// Runs scripts that ask other programs for data.
 class ScriptRunner {
 public:
     ScriptRunner() = default;
@@ -15,15 +15,15 @@ public:
     ScriptRunner& operator=(const ScriptRunner&) = delete;
     virtual ~ScriptRunner() = default;
 
-    /// Runs a script in this process and waits for its result. Absent when the script cannot be made or run,
-    /// or has no text to give.
+    /// Runs a script in this process and waits for its result. Absent if the script cannot be created or run,
+    /// or returns no text.
     [[nodiscard]] virtual std::optional<QString> execute(const QString& source) = 0;
 
-    /// The selection of the application in front where it can be had without a script of that application's,
-    /// and without a permission.
+    /// The selection of the application in front, if it can be read without scripting that application and
+    /// without a permission.
     [[nodiscard]] virtual std::optional<QString> selectionInFront() = 0;
 
-    /// Starts a program in the background and reaps it. That it cannot be started is ignored.
+    /// Starts a program in the background and reaps it. Does nothing if it cannot be started.
     virtual void launch(const QString& executable, const QStringList& arguments) = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QStringBuilder>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -42,13 +43,24 @@ std::optional<QString> trimmedIfAny(const std::optional<QString>& text) {
     return trimmed.isEmpty() ? std::nullopt : std::optional(trimmed);
 }
 
-/// None of a password.
+/// The selection of an element, never that of a password field.
 std::optional<QString> selectionOf(AccessibleElement& element) {
     if (element.holdsPassword())
         return std::nullopt;
     if (auto text = trimmedIfAny(element.selectedText()))
         return text;
     return trimmedIfAny(element.selectedDocumentText());
+}
+
+/// Whether an application, given by its id, copies the line with the caret if nothing is selected. Their
+/// selections show in PRIMARY, too.
+bool copiesLineOfCaret(const QString& id) {
+    constexpr std::array names{u"code", u"code-oss", u"com.visualstudio.code", u"codium", u"vscodium",
+        u"com.vscodium.codium", u"cursor", u"sublime_text", u"com.sublimetext.three", u"kate",
+        u"org.kde.kate", u"kwrite", u"org.kde.kwrite", u"kdevelop", u"org.kde.kdevelop", u"dev.zed.zed"};
+    const QString name = id.toLower();
+    return name.startsWith(u"jetbrains-") || name.startsWith(u"com.jetbrains.") ||
+        std::any_of(names.begin(), names.end(), [&](const char16_t* known) { return name == known; });
 }
 
 void logSuccess(QStringView layer, const QString& text) {
@@ -75,6 +87,7 @@ void SelectedTextFetch::fetch(Completion completion) {
     }
     const qint32 pid = front->processId;
     const QString bundleId = front->bundleIdentifier.value_or(QString());
+    m_frontCopiesLines = copiesLineOfCaret(bundleId);
     debugLog(u"fetchSelectedText: frontApp='" % front->localizedName.value_or(QString()) % u"' (bundle: " %
         bundleId % u", pid: " % QString::number(pid) % u")");
 
@@ -110,7 +123,8 @@ void SelectedTextFetch::fetch(Completion completion) {
     debugLog(u"fetchSelectedText: Layer 3 (Menu Copy Action) triggered..."_s);
     waitForPasteboardChange(initialCount, menuCopyWait,
         [this, asked, initialCount, completion = std::move(completion)](std::optional<QString> text) mutable {
-            if (m_obstacle == Obstacle::password || m_obstacle == Obstacle::silentOwner) {
+            using enum Obstacle;
+            if (m_obstacle == password || m_obstacle == silentOwner || m_obstacle == lineOfCaret) {
                 giveUp(completion);
                 return;
             }
@@ -180,7 +194,7 @@ void SelectedTextFetch::pressCopyShortcut(qint32 pid) {
 
 void SelectedTextFetch::waitForPasteboardChange(
     qint64 initialCount, std::chrono::milliseconds maxWait, Completion completion) {
-    // The timer lives and dies with this object; this object owns it, so that no tick outlives it.
+    // The timer's context is a child of this object, so that no tick comes after it is destroyed.
     auto* wait = new QObject(this);
     m_platform.clock.every(pollInterval, wait,
         [this, wait, initialCount, maxWait, elapsed = 0ms, patience = 1,
@@ -191,7 +205,7 @@ void SelectedTextFetch::waitForPasteboardChange(
                 return;
             const auto concealed = changed ? m_platform.pasteboard.isConcealed() : std::optional<bool>(false);
             if (!concealed && patience-- > 0)
-                return;  // an owner that has much to do may say it when it is asked once more
+                return;  // a busy owner gets one more chance to say whether it is a password
 
             std::optional<QString> content;
             if (concealed == true) {
@@ -202,12 +216,25 @@ void SelectedTextFetch::waitForPasteboardChange(
                 m_obstacle = Obstacle::silentOwner;
             } else if (changed) {
                 content = m_platform.pasteboard.string();
+                if (content && isLineOfCaret(*content)) {
+                    m_obstacle = Obstacle::lineOfCaret;
+                    debugLog(u"fetchSelectedText: nothing is selected, the caret's line was copied"_s);
+                    content.reset();
+                }
             }
-            // Ending the wait takes this lambda with it: what is still needed moves to the stack first.
+            // Deleting `wait` destroys this lambda: move what is still needed to the stack first.
             const Completion deliver = std::move(completion);
             delete wait;
             deliver(content ? std::optional(content->trimmed()) : std::nullopt);
         });
+}
+
+bool SelectedTextFetch::isLineOfCaret(const QString& copied) {
+    if (!m_frontCopiesLines || !copied.endsWith(u'\n') || copied.count(u'\n') > 1)
+        return false;
+    // Without PRIMARY a line that is selected as a whole cannot be told from it.
+    const auto selected = m_platform.pasteboard.selectedString();
+    return selected && selected->trimmed() != copied.trimmed();
 }
 
 }  // namespace tralio

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 struct ModifierWord {
     QChar symbol;
     QStringView word;
-    QStringView macName;  ///< which may stand after the symbol in place of a key
+    QStringView macName;  ///< which may follow the symbol in place of a key
 };
 
 constexpr ModifierWord modifierWords[] = {
@@ -38,8 +38,8 @@ bool isDigit(QChar character) {
     return character.unicode() < 0x80 && character.isDigit();
 }
 
-/// How long the label of a key is with which `text` begins: a capital or a digit, a word with a capital, such
-/// a word and a number ("Key 71"), or the arrow of the Return key.
+/// The length of the key label at the beginning of `text`: a capital or a digit, a capitalised word, such a
+/// word and a number ("Key 71"), or the arrow of the Return key.
 qsizetype lengthOfKey(QStringView text) {
     if (text.startsWith(u'↵') || (!text.isEmpty() && isDigit(text.front())))
         return 1;
@@ -54,7 +54,7 @@ qsizetype lengthOfKey(QStringView text) {
     return digits == 0 ? word : word + 1 + digits;
 }
 
-/// The name that stands on a key which a label only numbers ("Key 96" is F5), or the label itself.
+/// The printed name of a key whose label is only a number ("Key 96" is F5), or the label itself.
 QString wordOf(QStringView label) {
     constexpr QStringView numbered = u"Key ";
     const Key* key =
@@ -66,7 +66,7 @@ QString wordOf(QStringView label) {
     return word;
 }
 
-/// The shortcut with which `text` begins in words, and its length in the text.
+/// The shortcut at the beginning of `text`, in words, and its length in the text.
 std::pair<QString, qsizetype> shortcutAt(QStringView text) {
     QStringList words;
     qsizetype end = 0;

@@ -9,12 +9,12 @@ namespace tralio {
 
 struct RunningApplication {
     qint32 processId = 0;
-    /// The desktop's own id of the application, or its window class.
+    /// The desktop's own id of the application, or the class of its window.
     std::optional<QString> bundleIdentifier;
     std::optional<QString> localizedName;
 };
 
-/// The desktop's view of its applications. Used from the main thread.
+/// The desktop's list of applications and its way to open links. Used from the main thread.
 class Workspace {
 public:
     Workspace() = default;

@@ -24,6 +24,10 @@ using namespace std::chrono_literals;
 /// Time for the popover to leave the screen before it is frozen for the user to draw on.
 constexpr auto delayBeforeCapture = 150ms;
 
+/// What was there before and is still there after this time belongs to no program that lives: in a session
+/// without a bus there may be several of us.
+constexpr auto longestCapture = 10min;
+
 const QString namePrefix = u"tralio_snip_"_s;
 
 QString newFileName() {
@@ -43,7 +47,15 @@ void removeFilesOf(const QString& path) {
 }  // namespace
 
 ScreenCaptureService::ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder)
-    : m_ocr(ocr), m_tool(tool), m_clock(clock), m_folder(std::move(folder)) {}
+    : m_ocr(ocr), m_tool(tool), m_clock(clock), m_folder(std::move(folder)) {
+    const QStringList found = QDir(m_folder).entryList({namePrefix + u'*'}, QDir::Files);
+    if (found.isEmpty())
+        return;
+    m_clock.after(longestCapture, this, [this, found] {
+        for (const QString& name : found)
+            QDir(m_folder).remove(name);
+    });
+}
 
 ScreenCaptureService::~ScreenCaptureService() {
     if (m_isCapturing)

@@ -28,7 +28,8 @@ class ScreenCaptureService final : public QObject {
 public:
     using Callback = std::function<void()>;
 
-    /// Pictures stand in `folder` for as long as they are needed.
+    /// Pictures stand in `folder` for as long as they are needed. What a program that was killed left there
+    /// is removed in time.
     ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder = QDir::tempPath());
     /// The picture of a capture under way goes with it.
     ~ScreenCaptureService() override;

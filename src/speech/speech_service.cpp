@@ -35,7 +35,7 @@ void SpeechService::speak(const QString& text, const QString& languageCode) {
     voices.removeDuplicates();
     failure = std::nullopt;
     isSpeaking = true;
-    // The end may be told on another thread, and after this service is gone.
+    // The synthesizer may report the end on another thread, and after this service is destroyed.
     m_synthesizer.speak(
         {trimmed, voices}, [service = QPointer(this), utterance = ++m_utterance](ReadingEnd end) {
             QMetaObject::invokeMethod(

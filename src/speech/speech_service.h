@@ -17,14 +17,14 @@ public:
     /// The synthesizer outlives the service.
     explicit SpeechService(SpeechSynthesizer& synthesizer);
 
-    /// From the moment a text is handed over until it has been read, was cancelled or was stopped.
+    /// True from handing a text over until it has been read, cancelled or stopped.
     Observable<bool> isSpeaking{*this};
 
-    /// Why the last text was not read, in the words that the user is shown; none since another was begun.
+    /// The error message for a text that could not be read aloud; none since the next one was begun.
     Observable<std::optional<QString>> failure{*this};
 
-    /// Reads `text`, or ends the reading that is under way and does not begin a new one. `languageCode` is a
-    /// language's Vietnamese name or a short code: English is read as such, everything else as Vietnamese.
+    /// Reads `text` aloud, or if a reading is under way ends that and begins none. `languageCode` is a
+    /// language's Vietnamese name or a short code: English is read as English, everything else as Vietnamese.
     void speak(const QString& text, const QString& languageCode);
 
     void stop();
@@ -33,7 +33,7 @@ private:
     void finish(ReadingEnd end);
 
     SpeechSynthesizer& m_synthesizer;
-    qint64 m_utterance = 0;  ///< the latest one's number; the end of an earlier one changes nothing
+    qint64 m_utterance = 0;  ///< number of the latest utterance; the end of an earlier one changes nothing
 };
 
 }  // namespace tralio

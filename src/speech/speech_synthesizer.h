@@ -7,21 +7,22 @@
 
 namespace tralio {
 
-/// A text to be read with a synthesizer's default rate, pitch and volume.
+/// A text to be read with the synthesizer's default rate, pitch and volume.
 struct Utterance {
     QString text;
-    QStringList voices;  ///< language tags, most wanted first; with none of them the default voice reads
+    /// language tags, most wanted first; if there is none of them, the default voice reads
+    QStringList voices;
 
     bool operator==(const Utterance&) const = default;
 };
 
-/// How a reading came to its end.
+/// How a reading ended.
 enum class ReadingEnd {
-    over,   ///< read, or cancelled
-    failed  ///< nothing there can read it, or be heard
+    over,   ///< read to the end, or cancelled
+    failed  ///< nothing can read it, or no sound can be heard
 };
 
-/// What reads a text aloud, one at a time. Used from the main thread, which no operation holds up.
+/// Reads texts aloud, one at a time. Used from the main thread; no operation blocks it.
 class SpeechSynthesizer {
 public:
     SpeechSynthesizer() = default;
@@ -29,14 +30,13 @@ public:
     SpeechSynthesizer& operator=(const SpeechSynthesizer&) = delete;
     virtual ~SpeechSynthesizer() = default;
 
-    /// Whether an utterance was taken that has neither ended nor been stopped.
+    /// Whether there is an utterance that has neither ended nor been stopped.
     [[nodiscard]] virtual bool isSpeaking() const = 0;
 
-    /// Takes an utterance; only while there is none. `onEnd` is called once, from a thread of the
-    /// synthesizer's choice.
+    /// Begins an utterance; only allowed while there is none. `onEnd` is called once, on any thread.
     virtual void speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) = 0;
 
-    /// Falls silent at once, in the middle of a word.
+    /// Stops at once, in the middle of a word.
     virtual void stopSpeaking() = 0;
 };
 

@@ -10,11 +10,12 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// Displays under which earlier versions stored their default hot keys, with codes that no longer hold.
+// The display texts with which earlier versions stored their default hot keys; the key codes stored beside
+// them are outdated.
 constexpr QStringView legacyHotKeyDisplay = u"⌥ D";
 constexpr QStringView legacyOcrHotKeyDisplay = u"⌥ S";
 
-// The model that earlier versions stored for the default preset; that preset now has another one.
+// The model that earlier versions stored for the default preset, which has another one now.
 constexpr QStringView legacyModel = u"kavo/claude-sonnet-4.5";
 
 QString originOf(const QUrl& address) {
@@ -58,7 +59,7 @@ void AppSettings::load() {
 
 void AppSettings::loadHotKey(PersistedGroup& hotKey, const Persisted<quint32>& keyCode,
     const Persisted<quint32>& modifiers, const Persisted<QString>& display, QStringView legacyDisplay) {
-    // The display tells whether a hot key was stored at all; codes without one are not looked at.
+    // A hot key counts as stored only if its display text is; key codes without one are ignored.
     const auto storedDisplay = m_store.text(display.key());
     if (!storedDisplay || *storedDisplay == legacyDisplay)
         return;
@@ -124,7 +125,7 @@ void AppSettings::reloadApiKey() {
 bool AppSettings::wouldExposeKey() const {
     const QUrl address(baseURL().trimmed());
     const QString key = apiKey().trimmed();
-    // The built-in key is in every copy of the program.
+    // The built-in key needs no protection: it is in every copy of the program.
     return address.scheme() == u"http"_s && !isLoopback(address.host().toStdString()) && !key.isEmpty() &&
         key != defaultApiKey && clearTextOrigin() != originOf(address);
 }

@@ -12,11 +12,11 @@ namespace tralio {
 
 class HotKeyRegistrar;
 
-/// The user's settings: loaded once, when constructed, and written through at every assignment.
+/// The user's settings: loaded once, at construction, and written through at every assignment.
 ///
-/// An ordinary object of whoever needs settings: a change is seen by another instance only when that one is
-/// constructed anew. Values are neither trimmed nor checked here, but where they are used. Used from the main
-/// thread; work on other threads takes `endpointSettings()` along.
+/// An ordinary object of which there may be several: another instance sees a change only when it is
+/// constructed anew. Values are trimmed and checked not here, but where they are used. Used from the main
+/// thread; work on other threads takes a copy, `endpointSettings()`.
 class AppSettings final : public ObservableObject {
     Q_OBJECT
 
@@ -32,9 +32,10 @@ public:
     static const QString defaultModel;
     static const QString defaultApiKey;
     static const QString defaultPrompt;
-    static constexpr QStringView apiKeyKey = u"app_setting_api_key";  ///< under which the key is stored
-    static constexpr quint32 defaultHotKeyKeyCode = 2;                ///< the D key
-    static constexpr quint32 defaultHotKeyModifiers = 768;            ///< command 256 and shift 512
+    /// the key under which the API key is stored
+    static constexpr QStringView apiKeyKey = u"app_setting_api_key";
+    static constexpr quint32 defaultHotKeyKeyCode = 2;      ///< the D key
+    static constexpr quint32 defaultHotKeyModifiers = 768;  ///< command 256 and shift 512
     static const QString defaultHotKeyDisplay;
     static constexpr quint32 defaultOcrHotKeyKeyCode = 1;  ///< the S key
     static constexpr quint32 defaultOcrHotKeyModifiers = 768;
@@ -52,48 +53,48 @@ public:
     Persisted<QString>         selectedPresetId  {m_values, u"app_setting_preset_id",     ProviderPreset::defaultId()};
     Persisted<TranslationTone> tone              {m_values, u"app_setting_tone",          TranslationTone::natural};
     Persisted<bool>            autoPaste         {m_values, u"app_setting_auto_paste",    true, OnReset::stays};
-    // The hot keys as they were registered, each with the text that shows it to the user. Assigning here does not
-    // register anything; `updateCustomHotKey` and `updateCustomOCRHotKey` do.
+    // The hot keys as they were registered, each with its display text. Assigning here does not register
+    // anything; `updateCustomHotKey` and `updateCustomOCRHotKey` do.
     Persisted<quint32>         hotKeyKeyCode     {m_hotKey,    u"app_setting_hotkey_keycode",       defaultHotKeyKeyCode};
     Persisted<quint32>         hotKeyModifiers   {m_hotKey,    u"app_setting_hotkey_modifiers",     defaultHotKeyModifiers};
     Persisted<QString>         hotKeyDisplay     {m_hotKey,    u"app_setting_hotkey_display",       defaultHotKeyDisplay};
     Persisted<quint32>         ocrHotKeyKeyCode  {m_ocrHotKey, u"app_setting_ocr_hotkey_keycode",   defaultOcrHotKeyKeyCode};
     Persisted<quint32>         ocrHotKeyModifiers{m_ocrHotKey, u"app_setting_ocr_hotkey_modifiers", defaultOcrHotKeyModifiers};
     Persisted<QString>         ocrHotKeyDisplay  {m_ocrHotKey, u"app_setting_ocr_hotkey_display",   defaultOcrHotKeyDisplay};
-    // The origin to which the user lets the key go unencrypted. A reset leaves it alone.
+    // The origin to which the user allows the key to be sent unencrypted. Not changed by a reset.
     Persisted<QString>         clearTextOrigin   {m_consent,   u"app_setting_clear_text_origin",    QString()};
     // clang-format on
 
-    /// Selects the preset and takes over its endpoint and model; the maker's own presets bring the built-in
-    /// key along, for the others the user types one. The custom preset leaves all that as it is.
+    /// Selects the preset and copies its endpoint and model. The maker's own presets also set the built-in
+    /// key; for the others the user types one. The custom preset leaves all three unchanged.
     void applyPreset(const ProviderPreset& preset);
 
-    /// Everything back to its default except `autoPaste`; both hot keys are registered anew.
+    /// Resets everything to its default except `autoPaste`, and registers both hot keys anew.
     void resetToDefaults();
 
     /// Whether a reset would change nothing.
     [[nodiscard]] bool areDefaults() const;
 
-    /// Brings back, when called, what a reset changes, as it is now. The settings outlive it.
+    /// A function that restores what a reset changes to its present values. The settings must outlive it.
     [[nodiscard]] std::function<void()> remembered();
 
-    /// Remembers a hot key and registers it. Virtual key code and modifier mask are as `HotKeyService`
-    /// explains them.
+    /// Stores a hot key and registers it. Virtual key code and modifier mask are explained in
+    /// `HotKeyService`.
     void updateCustomHotKey(quint32 keyCode, quint32 modifiers, const QString& display);
     void updateCustomOCRHotKey(quint32 keyCode, quint32 modifiers, const QString& display);
 
-    /// Takes over the stored key, which came after these settings were loaded.
+    /// Reads the stored key again, which has arrived after these settings were loaded.
     void reloadApiKey();
 
-    /// Whether the selected server asks for a key.
+    /// Whether the selected server requires a key.
     [[nodiscard]] bool needsKey() const { return ProviderPreset::needsKey(selectedPresetId()); }
 
-    /// Whether the user's own key would cross a network unencrypted, and the user has not agreed to that.
+    /// Whether the user's own key would be sent over a network unencrypted without the user's consent.
     [[nodiscard]] bool wouldExposeKey() const;
-    /// The user agrees to it, for the present server.
+    /// Stores the user's consent to that for the present server.
     void acceptExposure();
 
-    /// What the translation client needs, as a value that may go to another thread.
+    /// The settings that the translation client needs, as a copy that may be used on another thread.
     [[nodiscard]] EndpointSettings endpointSettings() const;
 
 private:

@@ -14,6 +14,8 @@ void AppState::requestTranslation(const QString& text) {
     debugLog(u"AppState.requestTranslation: requested with text '"_s + excerpt(trimmed) + u"'"_s);
     if (trimmed.isEmpty())
         return;
+    stopReading();
+    notice = QString();
     isPendingTextWanted = true;
     pendingTextToTranslate = trimmed;
     translateTriggerId = QUuid::createUuid();
@@ -31,6 +33,7 @@ void AppState::notifyPopoverOpened() {
 void AppState::beginReading(std::stop_source reading) {
     m_reading.request_stop();
     m_reading = std::move(reading);
+    notice = QString();
     linesRead = 0;
     isReading = true;
 }
@@ -38,6 +41,7 @@ void AppState::beginReading(std::stop_source reading) {
 void AppState::endReading(const std::stop_token& reading) {
     if (reading != m_reading.get_token())
         return;
+    m_reading = std::stop_source(std::nostopstate);
     isReading = false;
     linesRead = 0;
 }

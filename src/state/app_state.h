@@ -13,44 +13,45 @@
 
 namespace tralio {
 
-/// Through which the shell (tray item, hot keys, clipboard check) and the panels in the popover signal each
-/// other without knowing each other. Nothing in it outlives the process. Used from the main thread.
+/// Where the shell (tray item, hot keys, clipboard check) and the panels in the popover signal each other
+/// without knowing each other. Nothing in it is stored. Used from the main thread.
 class AppState final : public ObservableObject {
     Q_OBJECT
 
 public:
     using ObservableObject::ObservableObject;
 
-    /// Text that waits for the translate panel, which empties this when it takes the text over.
+    /// Text for the translate panel, which clears this when it takes the text over.
     Observable<QString> pendingTextToTranslate{*this};
-    /// Whether that text is to be sent when it is taken over.
+    /// Whether the panel is to send that text when it takes it over.
     bool isPendingTextWanted = true;
-    /// Fresh for every accepted request, so that asking for the same text again is a change too.
+    /// A new id for every accepted request, so that requesting the same text again is a change, too.
     Observable<std::optional<QUuid>> translateTriggerId{*this};
-    /// Fresh each time the popover opens.
+    /// A new id each time the popover opens.
     Observable<QUuid> openPopoverSignal{*this, QUuid::createUuid()};
     Observable<bool> showOnboarding{*this, false};
-    /// What the shell has to say for a moment, in the words that the user is shown; empty otherwise.
+    /// What the shell has to say for a moment, in the words that the user is shown; empty otherwise. What
+    /// comes next takes its place.
     Observable<QString> notice{*this};
-    /// A picture is being read, for whichever panel or for the shell.
+    /// A picture is being read, for a panel or for the shell.
     Observable<bool> isReading{*this, false};
-    /// How many lines of it have been read so far.
+    /// The number of its lines read so far.
     Observable<qsizetype> linesRead{*this, 0};
     /// The error of a picture whose panel was left while it was read, until the panel shown now has
     /// displayed it.
     Observable<std::optional<QString>> readingFailure{*this};
-    /// The translate panel that is there; null while none is.
+    /// The translate panel, while there is one; else null.
     QPointer<QObject> translatePanel;
 
-    /// What the user has not yet been told of the settings. Until then the server that is set may not be the
-    /// one that the user chose: nothing is sent that was not asked for in the window.
+    /// Trouble with the store that the user has not acknowledged yet. Until then the server may not be the
+    /// one that the user chose: nothing is sent that was not requested in the window.
     Observable<std::optional<StoreTrouble>> storeTrouble{*this};
 
-    /// Whether the user's key is still with the desktop's keeper of secrets, which may be locked.
+    /// Whether the user's key has not come from the desktop's keyring yet, which may be locked.
     Observable<bool> isKeyAwaited{*this, false};
 
-    /// The change count of the clipboard that the shell last dealt with, so that no content is translated
-    /// twice; -1 before the first. Not observable.
+    /// The clipboard's change count when the shell last handled it, so that no content is translated twice;
+    /// -1 at first. Not observable.
     qint64 lastHandledChangeCount = -1;
 
     // Installed by the shell at launch.
@@ -60,7 +61,8 @@ public:
     std::function<void()> onUnlockKey;
 
     /// Asks the translate panel to translate `text`, trimmed; blank text is dropped. The text is in its place
-    /// before the trigger changes. Does not open the popover.
+    /// before the trigger changes. A picture that is still being read came before it, and is given up. Does
+    /// not open the popover.
     void requestTranslation(const QString& text);
     /// The same, but the user has to say yes: the text is put into the input, and not sent.
     void offerTranslation(const QString& text);
@@ -69,11 +71,11 @@ public:
     /// Registers the stop source of a reading that begins, and stops the one before: one picture is read at
     /// a time, and nobody waits for the older one any more.
     void beginReading(std::stop_source reading);
-    /// The reading with this token has ended; nothing, when another has begun since.
+    /// Called when the reading with this token has ended; ignored if another has begun since.
     void endReading(const std::stop_token& reading);
     void stopReading();
 
-    // Nothing happens before the shell has installed the actions.
+    // These do nothing before the shell has installed the actions.
     void showPopover();
     void hidePopover();
     void dismissStoreTrouble();

@@ -4,7 +4,7 @@
 
 namespace tralio {
 
-/// Puts changed hot keys into force; the settings tell it when the user changes one.
+/// Applies changed hot keys; the settings call it when the user changes one.
 class HotKeyRegistrar {
 public:
     HotKeyRegistrar() = default;
@@ -12,7 +12,7 @@ public:
     HotKeyRegistrar& operator=(const HotKeyRegistrar&) = delete;
     virtual ~HotKeyRegistrar() = default;
 
-    /// Virtual key code and hot-key modifier mask, as `HotKeyService` explains them.
+    /// Virtual key code and modifier mask are explained in `HotKeyService`.
     virtual void updateTextHotKey(quint32 keyCode, quint32 modifiers) = 0;
     virtual void updateOCRHotKey(quint32 keyCode, quint32 modifiers) = 0;
 };

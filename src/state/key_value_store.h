@@ -10,14 +10,14 @@ namespace tralio {
 
 using StoredValue = std::variant<QString, bool, qint64, QByteArray>;
 
-/// What is wrong with the place where the values are kept.
+/// What is wrong with the storage of the values.
 enum class StoreTrouble {
-    unreadable,  ///< values were lost or cannot be read: one that is absent may be one that the user chose
-    unsaved,     ///< values are kept in memory, and end with the program
+    unreadable,  ///< values were lost or cannot be read: one that is absent may have been chosen by the user
+    unsaved,     ///< values are only in memory, and will be lost when the program ends
 };
 
-/// The user's persistent values by key. Reports no errors: what cannot be read is absent, and what cannot be
-/// written is kept for as long as the program runs. Used from the main thread.
+/// The user's persistent values by key. Reports no errors: a value that cannot be read is absent, and one
+/// that cannot be written is kept while the program runs. Used from the main thread.
 class KeyValueStore {
 public:
     KeyValueStore() = default;
@@ -32,15 +32,15 @@ public:
     /// of its own, since the fault may be the reader's.
     virtual void preserve(const QString& key) = 0;
 
-    /// Whether what is stored under `key` is not known yet; it reads as empty meanwhile.
+    /// Whether the value of `key` has not arrived yet; until then it reads as empty.
     [[nodiscard]] virtual bool isAwaited(const QString& /*key*/) const { return false; }
-    /// Takes back the values that were assigned since it was awaited.
+    /// Drops what was assigned to `key` since it was awaited, and waits for its value again.
     virtual void awaitAgain(const QString& /*key*/) {}
 
     /// Removes overwritten values from the disk, too, as far as a program can.
     virtual void forgetOverwritten() {}
 
-    /// The readings of a value as one type. A value of another type reads as absent, except that booleans and
+    /// The value of `key` as one type. A value of another type reads as absent, except that booleans and
     /// integers read as each other.
     [[nodiscard]] std::optional<QString> text(const QString& key) const;
     [[nodiscard]] std::optional<bool> boolean(const QString& key) const;

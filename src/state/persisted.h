@@ -14,11 +14,12 @@
 
 namespace tralio {
 
-/// Whether a stored number can be one of 32 bits.
+/// Whether a stored number fits into 32 bits.
 [[nodiscard]] bool isInRange(qint64 number);
 
-/// How a stored value of each kind is read. What cannot be understood is `otherwise`; but a truth that was
-/// not put there by us is false, and a number that is not stored is 0.
+/// How a stored value of each kind is read. One that is missing or invalid gives `otherwise`, with two
+/// exceptions: a stored value that is no boolean reads as false, and a number that is missing or of another
+/// type as 0.
 [[nodiscard]] QString read(const KeyValueStore& store, const QString& key, QString otherwise);
 [[nodiscard]] bool read(const KeyValueStore& store, const QString& key, bool otherwise);
 [[nodiscard]] quint32 read(const KeyValueStore& store, const QString& key, quint32 otherwise);
@@ -27,17 +28,17 @@ namespace tralio {
 template <typename T>
 class Persisted;
 
-/// Whether a setting goes back to its default with the others.
+/// Whether a reset restores the default of a setting.
 enum class OnReset { isRestored, stays };
 
-/// The settings of one object that are loaded and reset together, in the order in which they were declared.
+/// The settings of one object that are loaded and reset together, in the order of their declaration.
 class PersistedGroup final {
 public:
     PersistedGroup(ObservableObject& owner, KeyValueStore& store) : m_owner(owner), m_store(store) {}
     PersistedGroup(const PersistedGroup&) = delete;
     PersistedGroup& operator=(const PersistedGroup&) = delete;
 
-    /// Takes over what is stored: nobody is told and nothing is written.
+    /// Reads the stored values: nothing is announced and nothing is written.
     void load() {
         for (const Member& member : m_members)
             member.load();
@@ -54,7 +55,8 @@ public:
             m_members.begin(), m_members.end(),
             [](const Member& member) { return member.onReset == OnReset::stays || member.isReset(); });
     }
-    /// Assigns, when called, the values of now to what a reset changes. The group outlives it.
+    /// A function that assigns the present values to the settings that a reset changes. The group must
+    /// outlive it.
     [[nodiscard]] std::function<void()> remembered() const {
         std::vector<std::function<void()>> values;
         for (const Member& member : m_members)
@@ -83,9 +85,9 @@ private:
     std::vector<Member> m_members;
 };
 
-/// An observable member that also lives in the store: `object.member()` reads, `object.member = value`
-/// announces, assigns and then writes the value under its key. Every assignment is announced and written,
-/// also one of an equal value. Constructing reads and writes nothing.
+/// An observable member that is also stored: `object.member()` reads, `object.member = value` announces the
+/// change, assigns, and then writes the value under its key. Every assignment is announced and written, even
+/// of an equal value. The constructor neither reads nor writes.
 template <typename T>
 class Persisted final {
 public:
@@ -108,7 +110,7 @@ public:
         return *this;
     }
 
-    /// Another value than the stored one: nobody is told and nothing is written.
+    /// Replaces the value: nothing is announced and nothing is written.
     void load(T value) { m_value = std::move(value); }
 
 private:

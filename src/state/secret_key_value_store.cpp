@@ -12,7 +12,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 const QString apiKey = AppSettings::apiKeyKey.toString();
-/// True while the keeper may have a key that the user has given up.
+/// True while the keyring may still have a key that the user has removed.
 const QString keyToForget = u"app_api_key_to_forget"_s;
 
 }  // namespace
@@ -25,7 +25,7 @@ SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& kee
 
 SecretKeyValueStore::~SecretKeyValueStore() {
     m_keeper.onChange = nullptr;
-    // Nobody knows whether it arrives.
+    // Nobody will learn whether a key that is on its way to the keyring arrives, so assume the safe case.
     if (m_handedOver && isSecret())
         m_store.setValue(apiKey, *m_key);
     else if (m_handedOver)
@@ -49,16 +49,17 @@ void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
     m_key = *text;
     setAwaited(false);
     const bool wasKept = holdsMarker();
-    // Typed letter by letter, it goes to a keeper that has proved to work without touching the disk.
+    // A key that is typed letter by letter is not written to the disk each time once the keyring has proved
+    // to work.
     if (!wasKept || !isSecret())
         m_store.setValue(apiKey, *m_key);
     if (isSecret()) {
-        handOver();
+        handOver(Prompting::may);
         return;
     }
     m_store.forgetOverwritten();
     if (wasKept)
-        forget();
+        forget(Prompting::may);
 }
 
 bool SecretKeyValueStore::isAwaited(const QString& key) const {
@@ -93,9 +94,9 @@ void SecretKeyValueStore::askKeeper() {
     if (m_isAwaited)
         find();
     else if (!isSecret() && m_store.boolean(keyToForget).value_or(false))
-        forget();
+        forget(Prompting::mustNot);
     else if (!holdsMarker())
-        handOver();
+        handOver(Prompting::mustNot);
 }
 
 void SecretKeyValueStore::setToForget(bool toForget) {
@@ -103,9 +104,9 @@ void SecretKeyValueStore::setToForget(bool toForget) {
         m_store.setValue(keyToForget, toForget);
 }
 
-void SecretKeyValueStore::forget() {
+void SecretKeyValueStore::forget(Prompting prompting) {
     setToForget(true);
-    m_keeper.forget([this](SecretKeeper::Answer answer) {
+    m_keeper.forget(prompting, [this](SecretKeeper::Answer answer) {
         if (answer == SecretKeeper::Answer::done)
             setToForget(false);
     });
@@ -116,22 +117,25 @@ void SecretKeyValueStore::find() {
         using enum SecretKeeper::Answer;
         if (!m_isAwaited || answer == locked || answer == unavailable)
             return;
-        if (answer == absent)
+        // KWallet writes attributes at once, and secrets later: killed between the two, it has an empty one.
+        if (secret.isEmpty())
             debugLog(u"SecretKeyValueStore: the keeper of secrets has lost the key"_s);
         m_key = secret;
         setAwaited(false);
     });
 }
 
-void SecretKeyValueStore::handOver() {
+void SecretKeyValueStore::handOver(Prompting prompting) {
     if (m_handedOver || !isSecret())
         return;
     m_handedOver = m_key;
-    m_keeper.keep(*m_key, [this](SecretKeeper::Answer answer) {
+    m_keeper.keep(*m_key, prompting, [this, prompting](SecretKeeper::Answer answer) {
         const QString sent = *std::exchange(m_handedOver, std::nullopt);
         if (answer != SecretKeeper::Answer::done) {
             if (!isSecret())
-                forget();  // it may have kept the key without a word
+                forget(Prompting::may);  // the keyring may have stored the key without confirming it
+            else if (m_key != sent && prompting == Prompting::mustNot)
+                handOver(Prompting::may);
             else if (holdsMarker())
                 m_store.setValue(apiKey, *m_key);
         } else if (m_key == sent) {
@@ -139,9 +143,9 @@ void SecretKeyValueStore::handOver() {
             setToForget(false);
             m_store.forgetOverwritten();
         } else if (isSecret()) {
-            handOver();
+            handOver(Prompting::may);  // the user has changed it meanwhile
         } else {
-            forget();
+            forget(Prompting::may);
         }
     });
 }

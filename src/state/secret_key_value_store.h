@@ -6,18 +6,17 @@
 #include <optional>
 
 #include "state/key_value_store.h"
+#include "state/secret_keeper.h"
 
 namespace tralio {
 
-class SecretKeeper;
-
-/// The user's values, of which the key for the translation server is kept by the desktop's keeper of secrets
-/// where there is one that is open: the store then holds a marker in its place (the boolean true). Without a
-/// keeper, and while it is locked, the store holds the key itself. The built-in key is no secret and stays in
-/// the store.
+/// The user's values. The key for the translation server is kept in the desktop's keyring if there is one and
+/// it is unlocked: the underlying store then has a marker in its place (the boolean true). Without a keyring,
+/// and while it is locked, the store has the key itself. The built-in key is no secret and stays in the
+/// store.
 ///
-/// Nothing waits for the keeper. A key that it has not told yet reads as empty. One that the user gives up
-/// while it is locked is remembered as such, and goes when it opens.
+/// Nothing blocks on the keyring. A key that has not come from it yet reads as empty. If the user removes the
+/// key while the keyring is locked, that is remembered, and the key is deleted once it is unlocked.
 class SecretKeyValueStore final : public KeyValueStore {
 public:
     /// Both outlive this object.
@@ -31,26 +30,28 @@ public:
     [[nodiscard]] bool isAwaited(const QString& key) const override;
     void awaitAgain(const QString& key) override;
 
-    /// Whether there is a key that the keeper has not told.
+    /// Whether there is a key that has not come from the keyring yet.
     [[nodiscard]] bool isKeyAwaited() const { return m_isAwaited; }
-    /// Told of every change of `isKeyAwaited`.
+    /// Called at every change of `isKeyAwaited`.
     std::function<void(bool)> onKeyAwaited;
 
 private:
+    using Prompting = SecretKeeper::Prompting;
+
     [[nodiscard]] bool isSecret() const;
     [[nodiscard]] bool holdsMarker() const;
     void setAwaited(bool awaited);
     void askKeeper();
     void find();
-    void handOver();
-    void forget();
+    void handOver(Prompting prompting);
+    void forget(Prompting prompting);
     void setToForget(bool toForget);
 
     KeyValueStore& m_store;
     SecretKeeper& m_keeper;
-    std::optional<QString> m_key;  ///< one copy for all settings
+    std::optional<QString> m_key;  ///< shared by all settings objects
     bool m_isAwaited = false;
-    std::optional<QString> m_handedOver;  ///< until the keeper has confirmed it
+    std::optional<QString> m_handedOver;  ///< sent to the keyring and not confirmed yet
 };
 
 }  // namespace tralio

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 constexpr int primaryCodeMask = 0xff;
 
-/// The words in the column `type`, in the order of the alternatives of `StoredValue`.
+/// The names in the column `type`, in the order of the alternatives of `StoredValue`.
 constexpr std::array<QByteArrayView, std::variant_size_v<StoredValue>> typeNames = {
     "text", "boolean", "integer", "binary"};
 
@@ -23,8 +23,8 @@ void throwUnless(int wanted, int code) {
         throw SqliteError(code);
 }
 
-/// Unlike QString::fromUtf8, which takes a byte order mark away even if it was part of the text, and replaces
-/// what we never wrote.
+/// Strict: QString::fromUtf8 would drop a byte order mark even where it is part of the text, and replace
+/// invalid bytes, which this program never wrote.
 QString textOf(const QByteArray& utf8) {
     QStringDecoder decoder(
         QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom | QStringDecoder::Flag::Stateless);
@@ -34,7 +34,8 @@ QString textOf(const QByteArray& utf8) {
     return text;
 }
 
-/// One use of a prepared statement: afterwards it holds neither a lock nor a reference to what was bound.
+/// One use of a prepared statement: after its destruction the statement holds neither a lock nor references
+/// to bound values.
 class Execution final {
 public:
     explicit Execution(sqlite3_stmt* statement) : m_statement(statement) {}
@@ -45,7 +46,7 @@ public:
         sqlite3_clear_bindings(m_statement);
     }
 
-    // What is bound must live as long as this object.
+    // Bound values must outlive this object.
     void bindText(int index, QByteArrayView utf8) {
         throwUnless(SQLITE_OK,
             sqlite3_bind_text64(
@@ -83,7 +84,7 @@ bool SqliteError::isDamage() const {
     switch (m_code & primaryCodeMask) {
         case SQLITE_CORRUPT:
         case SQLITE_NOTADB:
-        case SQLITE_ERROR:  // our few statements can only fail so on tables that are not ours
+        case SQLITE_ERROR:  // our few statements can fail in this way only on tables of another program
             return true;
         default:
             return false;
@@ -96,7 +97,7 @@ bool SqliteError::isForeignValue() const {
 
 bool SqliteError::isAccess() const {
     switch (m_code) {
-        case SQLITE_IOERR_SHMOPEN:  // the side file for readers, which a full disk has no room for
+        case SQLITE_IOERR_SHMOPEN:  // the side file for readers, for which a full disk has no room
         case SQLITE_IOERR_SHMSIZE:
         case SQLITE_IOERR_SHMMAP:
             return true;
@@ -160,14 +161,15 @@ SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::m
         return sqlite3_exec(m_handle.get(), sql, nullptr, nullptr, nullptr);
     };
     if (use == Use::makeshift)
-        check(execute("PRAGMA locking_mode = EXCLUSIVE"));  // before anything that reads
-    check(execute("PRAGMA cache_size = -64"));              // in KiB: nobody reads the same value twice
+        check(execute("PRAGMA locking_mode = EXCLUSIVE"));  // before anything else reads the file
+    check(execute("PRAGMA cache_size = -64"));              // in KiB: no value is read twice
     checkIntegrity();
-    // Not every file system offers a write-ahead log. Without one writing is slower, but as safe.
+    // Not every file system supports a write-ahead log. Without one writing is slower, but as safe.
     execute("PRAGMA journal_mode = WAL");
     execute("PRAGMA synchronous = NORMAL");
     execute("PRAGMA journal_size_limit = 1048576");
-    execute("PRAGMA secure_delete = ON");  // a key that moves to the desktop's keeper is to be gone from here
+    // a key that has moved to the keyring must not stay readable in the file
+    execute("PRAGMA secure_delete = ON");
     check(
         execute("CREATE TABLE IF NOT EXISTS entries (key TEXT NOT NULL PRIMARY KEY, type TEXT NOT NULL, "
                 "value NOT NULL)"));
@@ -216,8 +218,9 @@ void SqliteDatabase::write(const QString& key, const StoredValue& value) {
 
 void SqliteDatabase::setAside(const QString& key) {
     const Statement statement = prepare(
-        "UPDATE entries SET key = key || '.damaged-' || "
-        "(SELECT 1 + count(*) FROM entries WHERE key GLOB ?1 || '.damaged-*') WHERE key = ?1");
+        "WITH RECURSIVE number(n) AS (VALUES(1) UNION ALL SELECT n + 1 FROM number "
+        "WHERE EXISTS (SELECT 1 FROM entries WHERE key = ?1 || '.damaged-' || n)) "
+        "UPDATE entries SET key = ?1 || '.damaged-' || (SELECT max(n) FROM number) WHERE key = ?1");
     const QByteArray name = key.toUtf8();
     Execution update(statement.get());
     update.bindText(1, name);
@@ -247,8 +250,8 @@ void SqliteDatabase::check(int code) const {
 }
 
 void SqliteDatabase::checkIntegrity() const {
-    // The quick check leaves the index alone, by which values are found: one that is missing there would read
-    // as never stored.
+    // PRAGMA quick_check does not check the index by which values are found: a value that is missing there
+    // would read as never stored.
     const Statement statement = prepare("PRAGMA integrity_check(1)");
     Execution check(statement.get());
     if (!check.step() || check.column(0) != "ok")

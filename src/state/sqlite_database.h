@@ -19,49 +19,49 @@ class SqliteError final : public std::exception {
 public:
     explicit SqliteError(int extendedCode) : m_code(extendedCode) {}
 
-    /// Whether the content of the file is at fault, and not the disk or the access to it.
+    /// Whether the content of the file is damaged, in contrast to a fault of the disk or of the access to it.
     [[nodiscard]] bool isDamage() const;
-    /// Whether what is stored is none of our values any more.
+    /// Whether the stored value is none that this program writes.
     [[nodiscard]] bool isForeignValue() const;
-    /// Whether the file, or one that SQLite needs beside it, could not be opened or created.
+    /// Whether the file, or a side file of SQLite, could not be opened or created.
     [[nodiscard]] bool isAccess() const;
 
-    /// SQLite's fixed text for the code: never part of a value, so that it may be logged.
+    /// SQLite's fixed text for the code. It never contains a value, so it may be logged.
     [[nodiscard]] QString description() const;
 
 private:
     int m_code;
 };
 
-/// An open database file with its one table of values by key. Operations that fail throw `SqliteError`.
+/// An open database file with its one table of values by key. Operations throw `SqliteError` on failure.
 class SqliteDatabase final {
 public:
-    /// Opens the file, creating the table in an empty one; throws an error that `isDamage()` when the file
+    /// Opens the file, and creates the table in an empty one. Throws an error with `isDamage()` if the file
     /// does not pass SQLite's integrity check. A file that cannot be written is opened for reading.
     [[nodiscard]] static std::unique_ptr<SqliteDatabase> open(
         const QString& path, std::chrono::milliseconds patience);
     SqliteDatabase(const SqliteDatabase&) = delete;
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
-    /// Absent when there is no value; one that is none of ours any more is an error.
+    /// Absent if there is no value; throws if the stored one is none that this program writes.
     [[nodiscard]] std::optional<StoredValue> read(const QString& key);
 
-    /// When this returns, the value outlives the process however it ends. (A power cut may take the last
-    /// writes, not the file: waiting for the disk at every key press would be felt.)
+    /// Once this has returned, the value is kept however the process ends. A power cut may lose the last
+    /// writes, but does not damage the file: waiting for the disk at every key press would be noticeable.
     void write(const QString& key, const StoredValue& value);
 
-    /// Gives the value, if there is one, the first free key of the form "<key>.damaged-<number>".
+    /// Moves the value, if there is one, to the first free key of the form "<key>.damaged-<number>".
     void setAside(const QString& key);
 
     /// Checkpoints the write-ahead log into the database file and truncates it, so that overwritten values
     /// are gone from the disk. Does nothing while another connection reads.
     void emptyLog();
 
-    /// Whether writing makes sense: not once the file has been removed or replaced, nor when it could not be
-    /// opened as usual. Opening it anew may help.
+    /// Whether writing can succeed: not if the file has been removed or replaced, or could not be opened
+    /// normally. Opening it again may help.
     [[nodiscard]] bool takesWrites() const;
 
-    /// How long an operation waits for another process that locks the file.
+    /// How long an operation waits while another process locks the file.
     void setPatience(std::chrono::milliseconds patience);
 
 private:
@@ -72,7 +72,7 @@ private:
     using Handle = std::unique_ptr<sqlite3, Closer>;
     using Statement = std::unique_ptr<sqlite3_stmt, Closer>;
 
-    /// A makeshift keeps other programs out and is for the time until the file can be opened as usual.
+    /// `makeshift` locks other programs out; it is used until the file can be opened normally.
     enum class Use { shared, makeshift };
 
     SqliteDatabase(const QByteArray& name, int flags, std::chrono::milliseconds patience, Use use);
@@ -83,7 +83,7 @@ private:
     [[nodiscard]] bool hasMoved() const;
 
     Use m_use;
-    Handle m_handle;  // closed after the statements are gone
+    Handle m_handle;  // declared before the statements, so that it is closed after them
     Statement m_select;
     Statement m_upsert;
 };

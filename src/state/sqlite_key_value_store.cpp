@@ -17,11 +17,11 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// True while the user has not been told that a damaged file was set aside.
+/// True while the user has not acknowledged that a damaged file was set aside.
 const QString damageKey = u"app_store_was_damaged"_s;
 
-/// Who locks the file for longer than this is not waited for again until a write succeeds: settings are
-/// written at every key press.
+/// How long to wait for a lock. After one failure there is no waiting until a write succeeds, since settings
+/// are written at every key press.
 std::chrono::milliseconds patience(bool failing) {
     return failing ? 0ms : 200ms;
 }
@@ -100,7 +100,8 @@ void SqliteKeyValueStore::remember(const QString& key, const StoredValue& value)
 
 void SqliteKeyValueStore::setValue(const QString& key, StoredValue value) {
     m_unsaved.insert_or_assign(key, std::move(value));
-    // This value before those kept from earlier: one that is too large for a full disk must not hold it up.
+    // Write this value before those kept from earlier: one that is too large for a full disk must not hold it
+    // up.
     if (writeUnsaved(key))
         writeAllUnsaved();
     if (!m_unsaved.empty())
@@ -133,7 +134,7 @@ void SqliteKeyValueStore::setTrouble(std::optional<StoreTrouble> trouble) const 
 }
 
 void SqliteKeyValueStore::open() {
-    // Nothing may have the file open when it is renamed.
+    // The file must not be open when it is renamed.
     m_wasOpen |= std::exchange(m_database, nullptr) != nullptr;
     if (m_wasOpen && !QFileInfo::exists(m_path))
         m_isLossUntold |= !bringBackKnown();
@@ -155,7 +156,7 @@ void SqliteKeyValueStore::open() {
     setTrouble(StoreTrouble::unreadable);
     m_isLossUntold = false;
     m_unsaved.erase(damageKey);
-    m_unsaved.emplace(damageKey, true);  // until it is written
+    m_unsaved.emplace(damageKey, true);  // kept as unsaved until the write has succeeded
     m_database->write(damageKey, true);
     m_unsaved.erase(damageKey);
 }
@@ -163,7 +164,7 @@ void SqliteKeyValueStore::open() {
 bool SqliteKeyValueStore::writeUnsaved(const QString& key) {
     const auto entry = m_unsaved.find(key);
     if (entry == m_unsaved.end())
-        return true;  // written along with another
+        return true;  // already written together with another value
     const StoredValue value = entry->second;
     try {
         if (!m_database || !m_database->takesWrites())
@@ -177,7 +178,7 @@ bool SqliteKeyValueStore::writeUnsaved(const QString& key) {
         } catch (const SqliteError& error) {
             if (!error.isDamage())
                 throw;
-            open();  // finds the damage and begins a new file
+            open();  // detects the damage and begins a new file
             m_database->write(key, value);
         }
     } catch (const SqliteError& error) {
@@ -190,8 +191,8 @@ bool SqliteKeyValueStore::writeUnsaved(const QString& key) {
 }
 
 void SqliteKeyValueStore::writeAllUnsaved() {
-    // More than once, for a file that turns out to be damaged adds what stood in it.
-    constexpr int mostRounds = 3;  // on a disk that damages every file
+    // Several rounds: if the file turns out to be damaged, its known values are added to the unsaved ones.
+    constexpr int mostRounds = 3;  // on a disk that damages every file this would not end
     bool isProgress = true;
     for (int round = 0; round < mostRounds && isProgress && !m_unsaved.empty(); ++round) {
         std::vector<QString> keys;

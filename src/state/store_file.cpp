@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 const std::array suffixes = {u""_s, u"-wal"_s, u"-shm"_s, u"-journal"_s};
 
-/// SQLite names the side files after the file itself, not after a link to it.
+/// SQLite names the side files after the real file, not after a link to it.
 QString withoutLinks(const QString& path) {
     const QString real = QFileInfo(path).canonicalFilePath();
     return real.isEmpty() ? path : real;
@@ -29,13 +29,13 @@ void createFolder(const QString& path) {
         return;
     createFolder(folder.absolutePath());
     const QByteArray name = QFile::encodeName(path);
-    // The umask may have taken rights away that are needed to go on.
+    // The umask may have removed permissions that are needed to go on.
     if (mkdir(name.constData(), S_IRWXU) == 0)
         chmod(name.constData(), S_IRWXU);
 }
 
 void createFile(const QString& path) {
-    // A file that exists must not be opened here: closing it would drop the locks that SQLite holds on it.
+    // A file that exists must not be opened here: closing it would release the locks that SQLite holds on it.
     if (QFileInfo::exists(path))
         return;
     const int file =
@@ -64,7 +64,7 @@ void createPrivately(const QString& path) {
     struct stat status {};
     if (stat(QFile::encodeName(file).constData(), &status) != 0 || !S_ISREG(status.st_mode))
         return;
-    // Side files need the rights of the file, or what could be written would fail for their sake.
+    // Side files need the permissions of the file, or writing would fail because of them.
     for (const QString& suffix : suffixes)
         chmod(QFile::encodeName(file + suffix).constData(), status.st_mode & (S_IRUSR | S_IWUSR));
 }

@@ -15,7 +15,7 @@ constexpr QStringView releaseNotesKey = u"releaseNotes";
 constexpr QStringView downloadUrlKey = u"downloadUrl";
 constexpr QStringView pubDateKey = u"pubDate";
 
-/// Nothing when the key is absent or null.
+/// Nothing if the key is absent or null.
 std::optional<QString> optionalText(const QJsonObject& manifest, QStringView key) {
     const QJsonValue value = manifest.value(key);
     if (value.isUndefined() || value.isNull())

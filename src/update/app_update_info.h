@@ -7,17 +7,17 @@
 
 namespace tralio {
 
-/// What the update server's manifest offers.
+/// The manifest of the update server.
 struct AppUpdateInfo {
     QString version;
-    QString releaseNotes;  ///< for the user to read
+    QString releaseNotes;  ///< shown to the user
     QString downloadUrl;   ///< of the archive, a zip file that holds the application bundle
     std::optional<QString> pubDate;
 
     bool operator==(const AppUpdateInfo&) const = default;
 
-    /// Fails with a `LocalizedError` that names the key which is missing or of the wrong type. Keys that are
-    /// not known are ignored.
+    /// Throws a `LocalizedError` that names a key which is missing or of the wrong type. Unknown keys are
+    /// ignored.
     [[nodiscard]] static AppUpdateInfo fromJson(const QByteArray& json);
     [[nodiscard]] QByteArray toJson() const;
 };

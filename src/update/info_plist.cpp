@@ -8,7 +8,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The text under `key` in the dictionary that `xml` has just entered. Keys and values take turns in it.
+/// The text under `key` in the dictionary that `xml` has just entered. Keys and values alternate there.
 std::optional<QString> textInDictionary(QXmlStreamReader& xml, QStringView key) {
     while (xml.readNextStartElement()) {
         const bool isWanted = xml.name() == u"key" && xml.readElementText() == key;

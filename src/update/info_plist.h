@@ -6,11 +6,11 @@
 
 namespace tralio {
 
-/// The text that an application bundle's Info.plist at `path` has under `key`; nothing when there is no such
-/// file, no such key, or a value that is not a text.
+/// The text under `key` in the Info.plist at `path` of an application bundle; nothing if there is no such
+/// file, no such key, or if the value is not a text.
 [[nodiscard]] std::optional<QString> infoPlistText(const QString& path, QStringView key);
 
-/// The version that the Info.plist at `path` tells, and a fixed one where it tells none.
+/// The version in the Info.plist at `path`, or a fixed one if there is none.
 [[nodiscard]] QString bundleVersion(const QString& path);
 
 }  // namespace tralio

@@ -5,27 +5,27 @@
 
 namespace tralio {
 
-/// What an update asks of the machine. Everything that could go wrong is asked for before the program ends:
-/// afterwards nobody is left to say so. Failures are `LocalizedError`s.
+/// The system operations of an update. Everything that can go wrong is checked before the program ends, since
+/// afterwards nobody is left to report it. Failures are `LocalizedError`s.
 class Installer {
 public:
     virtual ~Installer() = default;
 
-    /// Whether this copy of the program is in the care of a package manager, which brings newer ones itself.
+    /// Whether a package manager manages this copy of the program, and will update it.
     [[nodiscard]] virtual bool isPackaged() const = 0;
 
-    /// Fails where the installer script would end the program without replacing it.
+    /// Throws if the installer script would end the program without replacing it.
     virtual void checkProgram() const = 0;
 
-    /// Fails unless the archive bears this Ed25519 signature of the key, whose public half is `publicKey`, in
-    /// hexadecimal digits.
+    /// Throws unless `signature` is the archive's Ed25519 signature by the key whose public half is
+    /// `publicKey`, in hexadecimal digits.
     virtual QCoro::Task<> checkSignature(QString zipPath, QByteArray signature, QString publicKey) = 0;
 
-    /// Fails unless the archive is whole, has nothing in it but the application bundle for the script, and
-    /// there is room for that.
+    /// Throws unless the archive is intact, contains only the application bundle that the script expects, and
+    /// there is enough disk space for that.
     virtual QCoro::Task<> checkArchive(QString zipPath) = 0;
 
-    /// Runs a shell script that outlives the program; fails when it does not start, or is not there.
+    /// Runs a shell script that outlives the program; throws if it does not start or does not exist.
     virtual void run(const QString& scriptPath) = 0;
 };
 

@@ -4,8 +4,8 @@
 
 namespace tralio {
 
-/// The shell script that puts the application bundle in the archive at `zipPath` in the place of the
-/// installed one, and starts it. It waits first for the running program to end, which it ends otherwise.
+/// The shell script that replaces the installed application bundle by the one in the archive at `zipPath`,
+/// and starts it. It first gives the running program time to end, and then kills it.
 [[nodiscard]] QString installerScript(const QString& zipPath);
 
 }  // namespace tralio

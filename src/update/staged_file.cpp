@@ -75,7 +75,7 @@ void StagedFile::write(const QByteArray& piece) {
 
 void StagedFile::moveTo(const QString& path) {
     if (m_name.isEmpty()) {
-        // A link cannot take the place of another file, as a renamed one does.
+        // linkat() cannot replace a file of that name, but a rename can: link under a free name first.
         const QByteArray name = freshName();
         const QByteArray self = "/proc/self/fd/" + QByteArray::number(m_file);
         if (linkat(AT_FDCWD, self.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) != 0)

@@ -6,19 +6,19 @@
 
 namespace tralio {
 
-/// A file that could not be written, described for the user.
+/// A file that could not be written, with a description for the user.
 class FileError final : public LocalizedError {
 public:
-    /// `error` is what errno was after the operation on `path`.
+    /// `error` is errno after the operation on `path`.
     [[nodiscard]] static FileError fromErrno(int error, const QString& path);
 
 private:
     using LocalizedError::LocalizedError;
 };
 
-/// A file in the folder where it will stand, without a name: nobody sees it half-written, and it goes with
-/// this object, or with the process however that ends, unless it got its name. Every operation fails with a
-/// `FileError`.
+/// A file in its final folder that has no name yet: nobody sees it half-written. It is deleted with this
+/// object, and when the process ends in any way, unless it has got its name. Every operation throws a
+/// `FileError` on failure.
 class StagedFile final {
 public:
     explicit StagedFile(QString folder);
@@ -29,16 +29,17 @@ public:
     void write(const QByteArray& piece);
     [[nodiscard]] qint64 size() const { return m_size; }
 
-    /// Gives the file its final name, in the same folder. A file of that name is replaced in one step.
+    /// Gives the file its final name, in the same folder. An existing file of that name is replaced
+    /// atomically.
     void moveTo(const QString& path);
 
 private:
-    /// A name in the folder that no file has.
+    /// A name that no file in the folder has.
     [[nodiscard]] QByteArray freshName() const;
 
     QString m_folder;
     int m_file = -1;
-    /// The name that the file has already, where the file system has no files without one.
+    /// The file's temporary name on file systems that do not support files without one.
     QByteArray m_name;
     qint64 m_size = 0;
 };

@@ -32,12 +32,12 @@ constexpr int statusOK = 200;
 const QString cannotDownload = u"Lỗi tải bản cập nhật: "_s;
 const QString cannotInstall = u"Không thể chạy tiến trình cập nhật: "_s;
 
-/// Asks for the manifest as it is now: no cache on the way may answer.
+/// Requests the current manifest: no cache on the way may answer.
 HttpRequest manifestRequest(const QUrl& url) {
     return {url, {{"Cache-Control", "no-cache"}, {"Pragma", "no-cache"}}};
 }
 
-/// Asks for the archive as it is: compressed once more, its size could not be told from that of the transfer.
+/// Requests the archive without a content encoding: with one, the transferred size would not be its size.
 HttpRequest archiveRequest(const QUrl& url) {
     return {url, {{"Accept-Encoding", "identity"}}};
 }
@@ -56,7 +56,7 @@ void writeScript(const QString& path, const QString& script) {
         file.write(script.toUtf8());
         file.moveTo(path);
     } catch (const FileError&) {
-        // Whoever runs it sees that there is none.
+        // The installer reports that there is no script.
     }
 }
 

@@ -18,31 +18,31 @@ class HttpClient;
 class Installer;
 class StagedFile;
 
-/// Finds out whether the maker offers a newer version, and installs it: downloads the archive, hands over to
-/// an installer script and ends the program. All that happens is told by the observable members; nothing
-/// fails otherwise. Used from the main thread.
+/// Checks whether the maker offers a newer version, and installs it: downloads the archive, hands over to an
+/// installer script and ends the program. Outcomes and errors are reported only through the observable
+/// members. Used from the main thread.
 class UpdateService final : public ObservableObject {
     Q_OBJECT
 
 public:
-    /// What the service takes from the program around it.
+    /// What the program provides to the service.
     struct Host {
         QUrl manifest;
         QString currentVersion;
         QString temporaryFolder;
-        /// Of the key that signs archives, in hexadecimal digits. With an empty one they are not checked.
+        /// Of the key that signs archives, in hexadecimal digits. If it is empty, signatures are not checked.
         QString publicKey = {};
-        qint64 largestArchive = 500'000'000;  ///< bytes
-        /// Archives come by https only; tests have a server on their own machine.
+        qint64 largestArchive = 500'000'000;  ///< bytes, fewer than `maximumPieces` of the HTTP helper
+        /// Allows archives by http from this machine, for tests; otherwise only https is accepted.
         bool takesFromLoopback = false;
         /// Ends the program.
         std::function<void()> terminate;
-        /// Opens the maker's web site, for a copy that is updated otherwise.
+        /// Opens the maker's web site, for copies that a package manager updates.
         std::function<void()> openWebsite;
         std::function<QDateTime()> now = &QDateTime::currentDateTimeUtc;
     };
 
-    /// The manifest at its place on the maker's server.
+    /// The address of the manifest on the maker's server.
     [[nodiscard]] static QUrl defaultManifest();
 
     /// `http` and `installer` outlive the service.
@@ -50,29 +50,28 @@ public:
     ~UpdateService() override;
 
     Observable<bool> isChecking{*this, false};
-    Observable<bool> isUpdating{*this, false};  ///< from the start of the download to the end of the program
-    Observable<double> downloadProgress{*this, 0};  ///< 0 to 1; stays at 0 while the size is not known
+    /// true from the start of the download to the end of the program
+    Observable<bool> isUpdating{*this, false};
+    Observable<double> downloadProgress{*this, 0};  ///< 0 to 1; stays 0 while the size is unknown
     Observable<std::optional<AppUpdateInfo>> updateInfo{*this};  ///< the offer of the last successful check
-    /// Whether that check found a newer version. The user may dismiss the banner, which takes it back.
+    /// Whether that check found a newer version. Dismissing the banner sets it to false.
     Observable<bool> isUpdateAvailable{*this, false};
     Observable<std::optional<QDateTime>> lastCheckTime{*this};
-    Observable<std::optional<QString>> statusMessage{*this};  ///< the last text for the user
-    /// Why the last installation came to nothing, in the status's words; until another begins or an offer is
-    /// found.
+    Observable<std::optional<QString>> statusMessage{*this};  ///< the latest message for the user
+    /// The error message of the last installation, until another begins or an offer is found.
     Observable<std::optional<QString>> installationFailure{*this};
 
     [[nodiscard]] const QString& currentVersion() const { return m_host.currentVersion; }
-    /// Whether a package manager updates this copy: then an installation leads to the web site.
+    /// Whether a package manager updates this copy: then installing opens the web site.
     [[nodiscard]] bool isPackaged() const;
 
     /// Returns at once; the outcome comes later. Ignored while a check or an installation is under way.
-    /// `manual` is for the user's own request, which also hears that there is nothing new, or what went
-    /// wrong.
+    /// `manual` is for a check that the user asked for, which also reports that there is nothing new, or what
+    /// went wrong.
     void checkForUpdates(bool manual);
 
-    /// Downloads what `updateInfo` offers and installs it, unless something stands in the way of that: then
-    /// the program goes on. Ignored while an installation is under way, and without an offer that has a valid
-    /// address.
+    /// Downloads and installs what `updateInfo` offers. If something prevents that, the program keeps
+    /// running. Ignored while an installation is under way, and without an offer that has a valid address.
     void startAutoUpdate();
 
 private:
@@ -90,11 +89,11 @@ private:
     HttpClient& m_http;
     Installer& m_installer;
     Host m_host;
-    std::stop_source m_stop;  ///< ends the requests of a service that goes
+    std::stop_source m_stop;  ///< cancels the requests when the service is destroyed
     /// The part of the archive received so far. A member and not a local of the downloading coroutine, whose
     /// frame is not destroyed when the program ends during a download: half an archive must not stay behind.
     std::unique_ptr<StagedFile> m_archive;
-    QString m_checkedArchive;  ///< its path, whole, until the script has it
+    QString m_checkedArchive;  ///< path of the complete archive, until the script takes it over
 };
 
 }  // namespace tralio

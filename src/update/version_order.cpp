@@ -14,8 +14,8 @@ bool isDigit(char32_t character) {
     return character >= U'0' && character <= U'9';
 }
 
-/// Takes the number off the front of `text`, without its leading zeros. It is never converted: it may be
-/// longer than any integer.
+/// Removes the number at the front of `text` and returns its digits without leading zeros. It is never
+/// converted, since it may be longer than any integer.
 CodePoints takeNumber(CodePoints& text) {
     const std::size_t end = std::min(text.find_first_not_of(U"0123456789"), text.size());
     const CodePoints digits = text.substr(0, end);

@@ -6,9 +6,9 @@
 
 namespace tralio {
 
-/// The order of version numbers: runs of the digits 0 to 9 compare by their value, however long they are, and
-/// everything else character by character by its code. What begins like another and goes on is the greater.
-/// Leading zeros make no difference. The same in every locale.
+/// The order of version numbers. Runs of the digits 0 to 9 are compared by value, however long they are, and
+/// all other characters by their code points. Of two versions of which one begins with the other, the longer
+/// one is greater. Leading zeros make no difference. Independent of the locale.
 [[nodiscard]] std::weak_ordering compareVersions(QStringView left, QStringView right);
 
 }  // namespace tralio

@@ -78,6 +78,16 @@ TEST_F(ClipboardCheck, what_a_hot_key_fetched_over_the_clipboard_is_not_new_but_
     desktop.pasteboard.copy(u"copied"_s);
     EXPECT_EQ(opening(), std::nullopt) << "taken over by another program";
 
+    // A selection that touches no clipboard leaves what was handled there as it is.
+    popover.shown = false;
+    desktop.scripts.inFront = u"elsewhere"_s;
+    press(textHotKeyID);
+    desktop.clock.advance(80ms);
+    EXPECT_EQ(appState.pendingTextToTranslate(), u"elsewhere"_s);
+    desktop.scripts.inFront.reset();
+    desktop.pasteboard.copy(u"copied"_s);
+    EXPECT_EQ(opening(), std::nullopt) << "taken over by another program";
+
     popover.shown = false;
     fetch();
     desktop.pasteboard.copy(u"the user's own"_s);

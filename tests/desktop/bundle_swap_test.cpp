@@ -7,9 +7,9 @@
 namespace tralio {
 namespace {
 
-/// A shell that sees the machine's folders, but has an empty /Applications of its own, and no processes but
-/// those that it starts, which the shell inherits. They end with this object. Needs no rights: the machine's
-/// users may make namespaces.
+/// A shell in namespaces of its own: it sees the machine's folders, except an empty /Applications, and only
+/// the processes that it starts. These end with this object. Needs no privileges, but user namespaces must be
+/// allowed.
 class OwnMachine final {
 public:
     explicit OwnMachine(const QProcessEnvironment& environment) {
@@ -32,7 +32,7 @@ public:
         m_shell.waitForFinished();
     }
 
-    /// What the command prints on its standard output, without blanks at the ends.
+    /// The standard output of the command, trimmed.
     QString run(const QString& command) {
         const QByteArray endOfOutput = "--- end of output ---";
         m_shell.write(command.toUtf8() + "\necho -n '" + endOfOutput + "'\n");
@@ -47,7 +47,7 @@ public:
         return QString::fromUtf8(output).trimmed();
     }
 
-    /// The files that the running processes were started from, be they still there or not.
+    /// The executables of the running processes, whether or not the files still exist.
     QStringList runningPrograms() {
         return run(QStringLiteral("readlink /proc/[0-9]*/exe"))
             .remove(QStringLiteral(" (deleted)"))
@@ -58,14 +58,14 @@ private:
     QProcess m_shell;
 };
 
-constexpr int swapLimit = 40;  // seconds; the script itself pauses for 1.7
+constexpr int swapLimit = 40;  // seconds; the script itself sleeps for 1.7
 const QString installedProgram = u"/Applications/Tralio.app/Contents/MacOS/TralioApp"_s;
 
 /// A machine with version 1.0.9 installed, and a server that offers 1.0.10.
 struct BundleSwapTest : testing::Test {
     BundleSwapTest() { QDir().mkpath(folder.filePath(u"tmp"_s)); }
 
-    /// For the programs of the machine.
+    /// For the programs run on that machine.
     QProcessEnvironment pointedHere(QProcessEnvironment environment) const {
         environment.insert(u"TMPDIR"_s, folder.filePath(u"tmp"_s));
         environment.insert(u"UPDATE_LOG"_s, log);
@@ -75,7 +75,7 @@ struct BundleSwapTest : testing::Test {
 
     QString address(const QString& path) const { return u"http://127.0.0.1:%1"_s.arg(server.port()) + path; }
 
-    /// Tralio.app of a version, in the folder of that name, with `program` in the place of the program.
+    /// Makes Tralio.app of `version`, in the folder of that name, with `program` as its executable.
     QString makeBundle(const QString& version, const QString& program) const {
         const QString parent = folder.filePath(version);
         QDir().mkpath(parent);
@@ -132,7 +132,7 @@ TEST_F(BundleSwapTest, a_program_replaces_itself_by_a_newer_one_that_then_is_up_
     EXPECT_EQ(machine.run(u"ls /Applications /Applications/Tralio.app/Contents"_s).simplified(),
         u"/Applications: Tralio.app /Applications/Tralio.app/Contents: Helpers Info.plist MacOS"_s);
     EXPECT_EQ(machine.runningPrograms().count(installedProgram), 1);
-    // The script goes on to throw away what it unpacked.
+    // Afterwards the script deletes what it unpacked.
     EXPECT_TRUE(waitUntil([this] {
         const QDir temporary(folder.filePath(u"tmp"_s));
         return temporary.entryList(QDir::AllEntries | QDir::NoDotAndDotDot) ==

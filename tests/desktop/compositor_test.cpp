@@ -16,9 +16,8 @@
 namespace tralio {
 namespace {
 
-/// A session of KDE's window manager without a screen, with the desktop portal and KDE's backend of it. No
-/// key can be pressed here; its daemon of shortcuts is told that one was. The compositor and the portal are
-/// an ordinary user's.
+/// A headless session of KWin, with the desktop portal and KDE's backend for it. Keys cannot be pressed here;
+/// kglobalaccel is told that one was. Compositor and portal run as an ordinary user.
 class KwinDesktop final : public TestSession {
 public:
     KwinDesktop() {
@@ -27,16 +26,16 @@ public:
         startBus();
         startCompositor();
         setVariable(u"WAYLAND_DISPLAY"_s, m_socket);
-        // For what the bus starts, whose own environment is older than the compositor.
+        // For services that the bus starts, since its environment was set before the compositor ran.
         run(u"dbus-update-activation-environment"_s, {u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM=wayland"_s});
-        // The compositor calls the portal too: that would start it before there is a display for its
-        // backend, without which the portal then stays.
+        // The compositor calls the portal, too. That would start the portal before its backend has a display,
+        // and it would then stay without a backend.
         offerServices(home(),
             {u"org.freedesktop.portal.Desktop"_s, u"org.freedesktop.impl.portal.PermissionStore"_s,
                 m_backend});
     }
 
-    /// The shortcuts that this program has with the desktop.
+    /// The shortcuts that kglobalaccel has for this program.
     [[nodiscard]] QString shortcuts() const {
         return callOnBus(m_accelerators, component(), u"org.kde.kglobalaccel.Component.shortcutNames"_s);
     }
@@ -44,7 +43,7 @@ public:
         callOnBus(m_accelerators, component(), u"org.kde.kglobalaccel.Component.invokeShortcut"_s,
             {u"translate-selection.LOGO+SHIFT+d"_s});
     }
-    /// Ends KDE's backend of the portal, as a crash would.
+    /// Kills KDE's backend of the portal, as in a crash.
     void endPortalBackend() const {
         // "(uint32 1234,)"
         const QString process = callOnBus(u"org.freedesktop.DBus"_s, u"/"_s,
@@ -52,28 +51,29 @@ public:
         run(u"kill"_s, {process.section(u' ', 1).chopped(2)});
     }
 
-    /// Whether a window of this title is open.
+    /// Whether a window with this title is open.
     [[nodiscard]] bool hasWindow(const QString& title) const {
         return askForWindows(u"Match"_s, {title}).contains(title);
     }
     void bringToFront(const QString& title) const {
-        // "([('0_{…}', …": what to do, and with which window.
+        // "([('0_{…}', …": the action to run, with the id of the window.
         const QString match = askForWindows(u"Match"_s, {title}).section(u'\'', 1, 1);
         askForWindows(u"Run"_s, {match, QString()});
     }
 
 private:
-    /// As the package does it: KDE knows programs by their desktop files.
+    /// Installs what the package installs: KDE identifies programs by their desktop files.
     void installProgram() {
         write(u".local/share/applications/org.tralio.Tralio.desktop"_s,
             QString::fromUtf8(contentOf(QStringLiteral(TRALIO_SHARE "/org.tralio.Tralio.desktop"))));
-        // A file whose program is not found counts for nothing.
+        // KDE ignores a desktop file whose program is not found.
         setVariable(u"PATH"_s,
             QFileInfo(QStringLiteral(TRALIO_PROGRAM)).path() + u':' + environment().value(u"PATH"_s));
     }
     void startCompositor() {
-        setVariable(u"KWIN_COMPOSE"_s, u"Q"_s);  // no GL: slow without a graphics card
-        // The installed file has a capability, which an ordinary user's sandbox refuses; a copy has none.
+        setVariable(u"KWIN_COMPOSE"_s, u"Q"_s);  // no GL, which is slow without a graphics card
+        // The installed file has a capability, which an ordinary user's sandbox refuses to run; a copy has
+        // none.
         const QString ours = home() + u"/kwin_wayland"_s;
         QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), ours);
         start(ours,
@@ -84,17 +84,17 @@ private:
             [this] { return QFile::exists(home() + u"/runtime/"_s + m_socket) && !components().isEmpty(); },
             30);
     }
-    /// What has this program's shortcuts there; empty where nothing has.
+    /// The object path of this program's shortcuts; empty if it has none.
     [[nodiscard]] QString component() const {
-        // By the application's id; where the portal knows none, by the token of our session with it.
+        // Named after the application id, or, if the portal does not know one, after our session's token.
         static const QRegularExpression ours(u"/component/(org_tralio_Tralio|(token_)?tralio)\\b"_s);
         return ours.match(components()).captured();
     }
-    /// All that the daemon of shortcuts knows.
+    /// Everything that kglobalaccel has registered.
     [[nodiscard]] QString components() const {
         return callOnBus(m_accelerators, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel.allComponents"_s);
     }
-    /// Asks the search for windows of the desktop.
+    /// Calls KWin's search for windows.
     QString askForWindows(const QString& method, const QStringList& arguments) const {
         return callOnBus(u"org.kde.KWin"_s, u"/WindowsRunner"_s, u"org.kde.krunner1."_s + method, arguments);
     }
@@ -107,7 +107,7 @@ private:
 struct Kwin : testing::Test {
     Kwin() { accessibility.open(); }
 
-    /// An editor in which a text is selected; by accessibility, for want of a keyboard.
+    /// Starts an editor and selects all of its text, by accessibility, since there is no keyboard.
     void startEditor(const QString& text) {
         const qint64 editor = desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)}).processId();
         ASSERT_TRUE(waitUntil([&] {
@@ -119,8 +119,7 @@ struct Kwin : testing::Test {
                     .call(object, u"org.a11y.atspi.Text"_s, method, arguments, question.budget)
                     .value_or(QVariantList());
             };
-            // It shows itself first, reads its file then, and the compositor may still be about to bring it
-            // to the front.
+            // The window appears before the file is read, and the compositor may still be about to raise it.
             const int length = static_cast<int>(text.size());
             if (call(u"GetSelection"_s, {0}) == QVariantList{0, length})
                 return activeAtspiApplication(accessibility).value_or(AtspiApplication()).processId == editor;
@@ -156,9 +155,9 @@ TEST_F(Kwin, gives_the_hot_keys_by_its_portal_also_after_a_crash_there_and_a_pre
     EXPECT_TRUE(program.isRunning());
 }
 
-/// A session of GNOME's compositor without a screen and without Xwayland, with a keyboard of the test's own.
-/// It gives programs no data control, and tells nobody of other programs' windows. A hot key is a call on the
-/// bus, as its users bind them. The compositor is an ordinary user's.
+/// A headless session of GNOME's compositor without Xwayland, with a keyboard that the test controls. The
+/// compositor offers no data control and does not report other programs' windows. A hot key is a call on the
+/// session bus, as users bind it. The compositor runs as an ordinary user.
 class MutterDesktop final : public TestSession {
 public:
     MutterDesktop() {
@@ -176,7 +175,7 @@ public:
     void pressTextHotKey() const override {
         callOnBus(u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio.TranslateSelection"_s);
     }
-    /// Presses keys, by evdev code, in their order, and lets them go.
+    /// Presses keys, given as evdev codes, in order, and releases them.
     void press(const std::vector<quint32>& keys) const {
         for (const quint32 key : keys)
             input(u"NotifyKeyboardKeycode"_s, {key, true});
@@ -204,26 +203,26 @@ private:
     }
 
     const QString m_service = u"org.gnome.Mutter.RemoteDesktop"_s;
-    QString m_remote;  ///< the session of remote input, an object of the compositor's
+    QString m_remote;  ///< the object path of the compositor's remote input session
 };
 
 struct Mutter : testing::Test {
-    /// With the keyboard.
+    /// Starts an editor. Returns whether it gets the focus.
     [[nodiscard]] bool startsEditor() {
         m_accessibility.connectTo(desktop.accessibilityAddress());
         desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)});
-        // It gets the keyboard from another window only.
+        // mutter focuses it only if another window had the focus.
         program.callOnBus(u"Open"_s);
         return waitUntil([this] { return front() == u"tralio"; }) && returnsToEditor();
     }
-    /// Closes the popover once it is there.
+    /// Closes the popover once it is shown.
     [[nodiscard]] bool returnsToEditor() {
         return waitUntil([this] { return front() != u"mousepad"; }) && waitUntil([this] {
             desktop.press({KEY_ESC});
             return front() == u"mousepad";
         });
     }
-    /// Whether the text reaches the model after all of it was selected and the hot key pressed.
+    /// Selects all and presses the hot key. Returns whether the text reaches the model.
     [[nodiscard]] bool translatesInEditor() {
         return waitUntil(
             [this] {
@@ -254,7 +253,7 @@ TEST_F(Mutter, gives_what_accessibility_tells_is_selected) {
 TEST_F(Mutter, gives_what_is_selected_to_the_popover_once_it_has_the_focus) {
     ASSERT_TRUE(startsEditor());
     desktop.setAccessibility(false);
-    // With nothing there the first time, what comes later is known to be new.
+    // PRIMARY was empty at first, so that a later text is known to be new.
     EXPECT_EQ(program.translateSelection(), QString());
     ASSERT_TRUE(returnsToEditor());
     EXPECT_TRUE(translatesInEditor());

@@ -17,7 +17,7 @@ namespace {
 using enum DataControl::Selection;
 
 struct DataControlTest : testing::Test {
-    /// A program that has a text to give, until it is ended; waits until that is known.
+    /// Starts a program that owns a text until it is ended; returns once we know of its text.
     QProcess& own(const QString& text, const QStringList& arguments = {}) {
         const auto selection = arguments.contains(u"--primary"_s) ? primary : clipboard;
         const qint64 before = dataControl->changeCount(selection);
@@ -31,7 +31,7 @@ struct DataControlTest : testing::Test {
         return dataControl->text(selection, QDeadlineTimer(limit));
     }
 
-    /// The bytes of the clipboard's picture.
+    /// The bytes of the picture on the clipboard.
     static std::optional<QByteArray> pictureOf(WaylandPasteboard& pasteboard) {
         const Picture picture = QCoro::waitFor(pasteboard.picture());
         return picture ? std::optional(contentOf(picture->path())) : std::nullopt;
@@ -65,7 +65,7 @@ TEST_F(DataControlTest, every_change_counts_and_texts_of_any_length_are_read_but
 }
 
 TEST_F(DataControlTest, what_an_owner_gave_before_it_died_is_no_text) {
-    // By which the owner reads its text, and gives it.
+    // The owner reads and serves its text by this command.
     writeFile(desktop.home() + u"/bin/cat"_s,
         "#!/bin/sh\n[ -p /dev/stdout ] || exec /bin/cat \"$@\"\n"
         "printf '%65536s' text\n[ ! -e \"$DYING\" ] || "

@@ -7,20 +7,20 @@
 
 namespace tralio {
 
-/// The program on a desktop of one test's own.
+/// The program on a desktop of its own.
 struct OnDesktop : testing::Test {
     VirtualDesktop desktop;
     ProgramRun program{desktop};
 };
 
-/// A desktop without a tray, whose display is this process's too.
+/// A desktop without a tray, on whose display this process is a client, too.
 struct X11 : testing::Test {
     X11() { qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8()); }
 
-    /// A key that is held repeats soon and often.
+    /// Makes held keys repeat early and fast.
     void repeatsFast() { desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"100"_s, u"50"_s}); }
 
-    /// Whether a program gets the keyboard to itself; it has it until it gives it back.
+    /// Whether `program` can grab the keyboard; if so, it keeps the grab until it releases it.
     static bool takesKeyboard(X11Connection& program) {
         const XcbPtr<xcb_grab_keyboard_reply_t> grab{xcb_grab_keyboard_reply(program.xcb(),
             xcb_grab_keyboard(

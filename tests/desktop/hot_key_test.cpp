@@ -8,7 +8,7 @@ namespace {
 struct HotKey : X11 {
     HotKey() { repeatsFast(); }
 
-    /// The program, with another hot key for the selected text.
+    /// Starts the program, with another hot key for the selected text.
     void start(const KeyCombination& text = {KeyCode::d, Modifier::command | Modifier::shift}) {
         program.emplace(desktop,
             ProgramRun::Stored{{u"app_setting_hotkey_keycode"_s, qint64(text.key)},
@@ -20,7 +20,7 @@ struct HotKey : X11 {
 };
 
 TEST_F(HotKey, that_is_held_types_nothing_into_the_application_though_another_program_has_its_key) {
-    // Super+D is the window manager's.
+    // Super+D belongs to the window manager.
     start();
     const QString typed = desktop.home() + u"/typed"_s;
     desktop.startTerminal(u"stty -icanon -echo; cat > "_s + typed);
@@ -81,7 +81,7 @@ TEST_F(HotKey, that_another_program_has_says_so_and_one_that_is_proposed_or_reco
         EXPECT_TRUE(program->comes(u"Bôi đen: Ctrl + Alt + K"_s));
     };
     record([&] {
-        desktop.press(u"super+shift+s"_s);  // the other hot key, which is not what is wanted here
+        desktop.press(u"super+shift+s"_s);  // the other hot key, which must neither act nor be recorded
         EXPECT_FALSE(waitUntil([&] { return desktop.isVisible(u"tralio-snip"_s); }, 1));
         EXPECT_TRUE(program->shows(u"Tralio văn bản bôi đen: Đang chờ"_s));
         desktop.press(u"ctrl+alt+k"_s);

@@ -8,14 +8,14 @@ namespace {
 
 using SettingGroups = QMap<QString, QVariantMap>;
 
-/// The settings side of a desktop portal that says what a test tells it.
+/// The Settings interface of a desktop portal, with values set by the test.
 class ScriptedPortal final : public ScriptedBusObject {
 public:
     ScriptedPortal() : ScriptedBusObject(toSessionBus(), u"org.freedesktop.portal.Desktop"_s, m_object) {
         qDBusRegisterMetaType<SettingGroups>();
     }
 
-    /// What the user of a real desktop does in its settings.
+    /// As when the user changes it in the desktop's settings.
     void setColorScheme(uint scheme) {
         m_colorScheme = scheme;
         signal(m_object, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s,
@@ -30,7 +30,7 @@ private:
             const SettingGroups told{{m_appearance, {{u"color-scheme"_s, m_colorScheme}}}};
             send(call.createReply(QVariant::fromValue(told)));
         } else if (asked == QVariantList{u"org.gnome.desktop.interface"_s, u"text-scaling-factor"_s}) {
-            // Wrapped twice, as in the first versions of the portal.
+            // In two nested variants, as the first versions of the portal answered.
             send(call.createReply(variant(variant(m_textScale))));
         } else {
             send(call.createErrorReply(QDBusError::UnknownMethod, u"not known"_s));
@@ -48,7 +48,8 @@ using PopoverWindow = X11;
 TEST_F(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_escape_and_outside_clicks) {
     ProgramRun program(desktop);
 
-    ASSERT_TRUE(program.openByHotKey());  // nothing is in front: nothing to translate, but the popover comes
+    // No application is in front: nothing to translate, but the popover opens.
+    ASSERT_TRUE(program.openByHotKey());
     desktop.enter(u"hello"_s);
     ASSERT_TRUE(waitUntil([&] { return program.shownTranslation() == u"Xin chào"_s; }));
     EXPECT_EQ(program.standIn().requests().last().userText(), u"hello"_s);
@@ -65,7 +66,7 @@ TEST_F(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_esca
     desktop.click(terminal, {20, 20});
     EXPECT_TRUE(program.closes());
 
-    // Otherwise the window manager might still name the popover that has just been closed.
+    // Without it the window manager may still name the popover that was just closed.
     ASSERT_FALSE(desktop.bringToFront(u"xterm"_s).isEmpty());
     program.callOnBus(u"Open"_s);
     ASSERT_TRUE(program.comesToFront());
@@ -90,7 +91,7 @@ TEST_F(PopoverWindow, stays_when_the_focus_follows_the_pointer_elsewhere_and_clo
     const auto terminalGetsKeyboard = [&] {
         return waitUntil([&] { return desktop.windowWithKeyboard() == terminal; });
     };
-    // As a mouse moves, and not in one jump, which no device makes.
+    // In small steps, as real mice move.
     const auto glide = [this](const QPoint& way) {
         for (int step = 0; step < 10; ++step)
             desktop.xdotool(u"mousemove_relative -- %1 %2"_s.arg(way.x() / 10).arg(way.y() / 10));
@@ -107,9 +108,21 @@ TEST_F(PopoverWindow, stays_when_the_focus_follows_the_pointer_elsewhere_and_clo
         desktop.click(place);
         EXPECT_TRUE(program.closes()) << (place == onTerminal ? "a window" : "the root");
     }
+
+    // Left open on one desktop, it comes to the user on another.
+    desktop.movePointer(onTerminal);
+    ASSERT_TRUE(program.openByHotKey());
+    glide(program.popoverArea().center() - onTerminal);
+    glide(onTerminal - program.popoverArea().center());
+    EXPECT_TRUE(terminalGetsKeyboard());
+    desktop.xdotool(u"set_desktop 1"_s);
+    ASSERT_TRUE(waitUntil([&] { return !program.isPopoverShown(); }));
+    program.callOnBus(u"Open"_s);
+    EXPECT_TRUE(program.comesToFront());
+    EXPECT_EQ(desktop.xdotool(u"get_desktop"_s), u"1"_s);
 }
 
-/// A window of another program that asks the window manager for nothing, or for all but the keyboard.
+/// A window of another program, bypassing the window manager, or managed but without the focus.
 struct AidWindow {
     AidWindow(bool isManaged, const QRect& area) {
         const quint32 isUnmanaged = isManaged ? 0 : 1;
@@ -163,12 +176,12 @@ TEST_F(PopoverWindow, closes_at_clicks_on_a_panel_and_on_the_bare_screen_that_ta
         EXPECT_FALSE(program.closes(1));
         desktop.click(place);
         EXPECT_TRUE(program.closes()) << (place.y() < 32 ? "the panel" : "the bare screen");
-        // A menu may have come up.
+        // A context menu may be open.
         desktop.press(u"Escape"_s);
     }
 }
 
-/// New windows stay behind the one that the user works in.
+/// New windows stay behind the one in use.
 const auto preventsStealing =
     uR"(<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfwm4" version="1.0">
@@ -187,7 +200,8 @@ TEST(WindowManager, that_prevents_the_stealing_of_the_focus_gives_it_to_the_popo
     const QString terminal = desktop.startTerminal(u"cat"_s);
 
     const std::pair<const char*, std::function<void()>> ways[] = {
-        // First, since a click on the icon just after one elsewhere means the popover that the latter closed.
+        // First: a click on the icon soon after one elsewhere would refer to the popover that the latter
+        // closed.
         {"tray", [&] { EXPECT_TRUE(program.clickTrayIcon()); }},
         {"hot key", [&] { desktop.press(u"super+shift+d"_s); }},
         {"session bus", [&] { program.callOnBus(u"Open"_s); }}};
@@ -206,16 +220,19 @@ TEST(WindowManager, that_prevents_the_stealing_of_the_focus_gives_it_to_the_popo
     }
 }
 
-TEST(WindowManager, with_a_compositor_may_fade_the_popover_but_closing_and_opening_count_at_once) {
+TEST(WindowManager,
+    with_a_compositor_knows_the_shadow_and_may_fade_the_popover_but_closing_and_opening_count_at_once) {
     VirtualDesktop desktop;
     desktop.startCompositor();
     ProgramRun program(desktop);
     for (const QString& typed : {u"one"_s, u"two"_s, u"three"_s}) {
-        // Again while the former one still fades out.
+        // Open again while the former popover still fades out.
         ASSERT_TRUE(program.openByHotKey());
         desktop.press(u"Escape"_s);
         program.callOnBus(u"Open"_s);
         ASSERT_TRUE(program.comesToFront());
+        EXPECT_TRUE(desktop.run(u"xprop"_s, {u"-id"_s, desktop.windowWithKeyboard(), u"_GTK_FRAME_EXTENTS"_s})
+                        .endsWith(u"= 40, 40, 28, 52"));
         desktop.press(u"ctrl+a"_s);
         desktop.enter(typed);
         ASSERT_TRUE(program.isAsked(typed));
@@ -246,7 +263,7 @@ TEST(Appearance, grows_with_the_text_of_the_desktop_and_follows_its_colours_whil
     EXPECT_EQ(area.width(), 530 * 3 / 2);
     EXPECT_GT(area.height(), 585) << "as far as the screen lets it";
 
-    const auto groundLightness = [&] {  // where no part stands
+    const auto groundLightness = [&] {  // at a place without a widget
         return desktop.screenshot().pixelColor(area.topLeft() + QPoint(30, 90)).lightness();
     };
     EXPECT_TRUE(waitUntil([&] { return groundLightness() < 60; }));

@@ -34,7 +34,7 @@ ProgramRun::ProgramRun(TestSession& desktop, const Stored& stored) : m_desktop(d
     }
     m_process = &desktop.start(QStringLiteral(TRALIO_PROGRAM));
     m_accessibility.open();
-    // It joins the accessibility bus from its event loop, and its hot keys are registered before that.
+    // The program joins the accessibility bus from its event loop, after registering its hot keys.
     TestSession::awaitStart(u"tralio"_s, [this] {
         return isRunning() &&
             !applicationOf(processId(), {m_accessibility, TimeBudget(answerLimit)}).isNull();
@@ -42,7 +42,7 @@ ProgramRun::ProgramRun(TestSession& desktop, const Stored& stored) : m_desktop(d
 }
 
 bool ProgramRun::isPopoverInFront() const {
-    // Some time after it has closed the window manager still names it.
+    // The window manager still names the popover for some time after it has closed.
     return isPopoverShown() && m_desktop.xdotool(u"getactivewindow getwindowname"_s) == u"Tralio";
 }
 
@@ -75,7 +75,7 @@ QString ProgramRun::trayIcon() const {
 }
 
 QRect ProgramRun::popoverArea() const {
-    // WINDOW, X, Y, WIDTH, HEIGHT, SCREEN, with = and a number, a line each.
+    // Lines of WINDOW, X, Y, WIDTH, HEIGHT and SCREEN, each with = and a number.
     QList<int> numbers;
     for (const QString& line :
         m_desktop.xdotool(popoverWindows + u" getwindowgeometry --shell"_s).split(u'\n'))
@@ -124,7 +124,7 @@ bool ProgramRun::click(const QString& beginning, int times) const {
         constexpr int header = 52;
         constexpr int footer = 34;
         const QRect panel = popoverArea().adjusted(0, header, 0, -footer);
-        // What the wheel does not move is not in the panel that scrolls.
+        // What the wheel does not move is outside the scrolling panel.
         if (!area.isValid() || panel.contains(area.center()) || area == before)
             return area.isValid();
         const bool above = area.center().y() < panel.top();
@@ -140,7 +140,7 @@ bool ProgramRun::clickTrayIcon(int button) const {
     QString icon;
     QString place;
     int sinceMoved = 0;
-    // A tray moves an icon that it has just got.
+    // A tray may move an icon that it has just received.
     const bool rests = waitUntil([&] {
         icon = trayIcon();
         const QString now = m_desktop.xdotool(u"getwindowgeometry --shell "_s + icon);
@@ -163,7 +163,7 @@ bool ProgramRun::translatesNothing() {
     const qsizetype before = m_standIn.requests().size();
     if (!openByHotKey())
         return false;
-    // A text that was fetched is asked for 0.13 s after that.
+    // The request comes 0.13 s after the text was fetched.
     return !waitUntil([&] { return m_standIn.requests().size() > before; }, 1) && closePopover();
 }
 

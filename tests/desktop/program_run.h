@@ -9,7 +9,7 @@
 
 namespace tralio {
 
-/// The first object of those at or below `object` that is wanted; null where none is.
+/// The first wanted object among `object` and its descendants; null if there is none.
 AtspiReference findBelow(const AtspiReference& object, const AtspiQuestion& question,
     const std::function<bool(const AtspiReference&)>& isWanted);
 
@@ -21,7 +21,7 @@ class ProgramRun final {
 public:
     using Stored = std::map<QString, StoredValue>;
 
-    /// Its user has been through the walk-through, unless something else is stored.
+    /// The walk-through counts as completed, unless `stored` says otherwise.
     explicit ProgramRun(TestSession& desktop, const Stored& stored = {});
 
     [[nodiscard]] StandInModel& standIn() { return m_standIn; }
@@ -31,25 +31,26 @@ public:
 
     /// Whether the popover is on the screen.
     [[nodiscard]] bool isPopoverShown() const { return !m_desktop.xdotool(popoverWindows).isEmpty(); }
-    /// Whether it also has the keyboard.
+    /// Whether the popover is shown and has the focus.
     [[nodiscard]] bool isPopoverInFront() const;
-    /// Whether it comes to have the keyboard, or is gone within this time.
+    /// Wait until the popover has the focus, or is gone; return whether that happened in time.
     [[nodiscard]] bool comesToFront() const {
         return waitUntil([this] { return isPopoverInFront(); });
     }
     [[nodiscard]] bool closes(int seconds = 15) const {
         return waitUntil([this] { return !isPopoverShown(); }, seconds);
     }
-    /// The window of the icon in the tray; empty while there is none.
+    /// The window of the tray icon; empty if there is none.
     [[nodiscard]] QString trayIcon() const;
-    /// Where the popover is on the screen.
+    /// The popover's rectangle on the screen.
     [[nodiscard]] QRect popoverArea() const;
-    /// The text of the popover's result, as a screen reader gets it.
+    /// The text of the result, as reported to screen readers.
     [[nodiscard]] QString shownTranslation() const;
-    /// The whole name of what has a name in the popover that begins so, be it scrolled out of sight.
+    /// The full accessible name of the first object in the popover whose name starts with `beginning`, even
+    /// if it is scrolled out of sight.
     [[nodiscard]] QString shownName(const QString& beginning) const;
     [[nodiscard]] bool shows(const QString& beginning) const { return !shownName(beginning).isEmpty(); }
-    /// Whether it comes to be shown, or to be shown no more.
+    /// Wait until such an object is there, or is gone; return whether that happened in time.
     [[nodiscard]] bool comes(const QString& beginning) const {
         return waitUntil([&] { return shows(beginning); });
     }
@@ -57,45 +58,44 @@ public:
         return waitUntil([&] { return !shows(beginning); });
     }
 
-    /// Clicks with the mouse on what has this name, or else a name that begins so, once it is there,
-    /// scrolling to it where it is out of sight, as often as told, and as quick as a double click; whether it
-    /// came.
+    /// Clicks on the object with this name, or else one whose name starts so, once it exists; scrolls to it
+    /// if necessary. Several clicks are as fast as a double click. Returns whether the object was found.
     [[nodiscard]] bool click(const QString& beginning, int times = 1) const;
 
-    /// Clicks on the icon in the tray, once it is there, with a button as X numbers them; whether it came.
+    /// Clicks on the tray icon, once it is there, with an X button number. Returns whether it was found.
     [[nodiscard]] bool clickTrayIcon(int button = 1) const;
 
-    /// Calls a method of the program's object on the session bus with texts.
+    /// Calls a method of the program's object on the session bus, with texts as arguments.
     void callOnBus(const QString& method, const QStringList& texts = {}) const {
         m_desktop.callOnBus(
             u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio."_s + method, texts);
     }
 
-    /// Presses the text hot key and waits for the request that comes of it; the text that arrived at the
-    /// stand-in, or a null text when none came.
+    /// Presses the text hot key and waits for a request. Returns the text that the stand-in received; a null
+    /// text if none came.
     [[nodiscard]] QString translateSelection();
-    /// Whether this is what the stand-in comes to be asked for last.
+    /// Waits until the stand-in's last request is for `text`. Returns whether it came.
     [[nodiscard]] bool isAsked(const QString& text) const;
 
-    /// Presses the text hot key, whose popover opens in any case, and closes that again; whether no request
-    /// came of it.
+    /// Presses the text hot key, whose popover opens in any case, and closes that again. Returns whether no
+    /// request was sent.
     [[nodiscard]] bool translatesNothing();
 
-    /// Presses the text hot key and waits until the popover has the keyboard; whether it comes.
+    /// Presses the text hot key and waits until the popover has the focus. Returns whether it does.
     [[nodiscard]] bool openByHotKey() const {
         m_desktop.pressTextHotKey();
         return comesToFront();
     }
 
-    /// Closes the popover, so that the application before it has the keyboard again; whether it closes.
+    /// Closes the popover, so that the former application has the focus again. Returns whether it closed.
     [[nodiscard]] bool closePopover() const {
         m_desktop.xdotool(u"key Escape"_s);
         return closes();
     }
 
 private:
-    /// Where what has this name, or else one that begins so, is on the screen; not valid while it is not
-    /// shown.
+    /// The rectangle on the screen of the object with this name, or else one whose name starts so; invalid
+    /// while it is not shown.
     [[nodiscard]] QRect areaOf(const QString& beginning) const;
     [[nodiscard]] AtspiReference find(
         const std::function<bool(const QString&)>& isWanted, const TimeBudget& budget) const;

@@ -22,7 +22,7 @@ TEST_F(ShellWalk, a_double_click_that_ends_the_walk_through_presses_nothing_that
 }
 
 TEST_F(ShellWalk, accessibility_is_granted_by_the_button_of_the_settings_and_missed_when_it_is_taken_away) {
-    desktop.setVariable(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);  // for this test's own eyes
+    desktop.setVariable(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);  // lets this test read the elements
     desktop.setAccessibility(false);
     program.emplace(desktop);
     ASSERT_TRUE(program->openByHotKey());
@@ -81,7 +81,8 @@ TEST_F(ShellWalk, other_programs_hand_over_texts_a_second_start_opens_the_first_
 }
 
 struct Hung : OnDesktop {
-    /// It has done no lasting harm. What is selected now is not what was selected before.
+    /// Expects that a fault did no lasting harm. Selects another text than before, so that an old one is
+    /// recognised.
     void expectNoHarm() {
         ASSERT_TRUE(program.closePopover());
         ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
@@ -149,7 +150,7 @@ TEST_F(KilledPicker, costs_that_capture_and_nothing_else_whenever_it_dies) {
         [] {},  // at its start
         [] {},
         [&] { desktop.xdotool(u"mousemove 100 100 mousedown 1 mousemove 200 200 mousemove 300 250"_s); },
-        // While it writes, which takes some milliseconds that nobody tells apart.
+        // While it writes, which takes some milliseconds that cannot be observed from outside.
         draw,
         draw,
     };

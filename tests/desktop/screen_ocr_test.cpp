@@ -3,7 +3,7 @@
 namespace tralio {
 namespace {
 
-/// What every page begins with, so that it can be told when it stands.
+/// The first line of every page, by which a loaded page is recognised.
 const QString firstLine = u"Giao diện tốt nhất là giao diện mà bạn không còn để ý."_s;
 const QString secondLine = u"The best interface is the one you stop noticing."_s;
 
@@ -17,7 +17,7 @@ struct ScreenOCR : testing::Test {
         desktop.startChromium({u"--window-position=0,0"_s,
             u"--window-size=%1,%2"_s.arg(screen.width()).arg(screen.height()), u"--app=file://"_s + page});
         window = desktop.bringToFront(u"chromium"_s);
-        // The page stands when its text can be marked; the mark goes again.
+        // The page is loaded when its text can be selected; the selection is removed again.
         EXPECT_TRUE(waitUntil([&] {
             desktop.click(window, {100, 15}, 3);
             return desktop.primary().startsWith(firstLine.left(9));
@@ -25,7 +25,8 @@ struct ScreenOCR : testing::Test {
         desktop.click(window, {900, 15});
     }
 
-    /// Draws a rectangle on the page in the region picker, once that covers the screen; whether it then ends.
+    /// Drags a rectangle over the page in the region picker, once that covers the screen. Returns whether the
+    /// picker then ends.
     [[nodiscard]] bool draw(const QPoint& from, const QPoint& to) const {
         if (!waitUntil([this] { return desktop.isVisible(u"tralio-snip"_s); }))
             return false;
@@ -55,7 +56,7 @@ TEST_F(ScreenOCR, the_text_in_a_rectangle_drawn_upon_the_hot_key_or_the_button_i
     EXPECT_THAT(desktop.capturesLeft(), IsEmpty());
 }
 
-/// Lines of a page in small type, over 30,000 letters together. Each says which one it is.
+/// Numbered lines in small type, more than 30,000 letters together.
 QStringList longText() {
     const QString sentence =
         u"sáng nay đoàn thuyền đã rời bến cảng cũ để bắt đầu mùa đánh bắt dài nhất trong năm, "
@@ -75,7 +76,7 @@ struct LongPageOnScreen : ScreenOCR {
                   longText().join(u"<br>"_s),
               {2560, 1440}) {}
 
-    /// The number of lines that the panel counts; 0 while it counts none.
+    /// The number of lines that the panel shows; 0 while it shows none.
     [[nodiscard]] int countedLines() const {
         const QString counting = u"Đang quét chữ (OCR)... "_s;
         return program.shownName(counting).mid(counting.size()).section(u' ', 0, 0).toInt();

@@ -1,8 +1,8 @@
-// An application whose selection cannot be asked for: a text that is marked for the eye only and never
-// becomes the PRIMARY selection. It copies that text by its menu (with `--menu`) or by Control+C, as the user
-// would. What is typed takes the place of the text, as in an editor.
+// An application whose selection can only be copied: its text is merely painted as highlighted, so
+// that accessibility reports no selection, and never becomes PRIMARY. It copies the text by its menu (with
+// `--menu`) or by Control+C, as the user would. Typed characters replace the text, as in an editor.
 //
-// With `--picture` it copies a picture of itself at once, with `--password` its text as a keeper of passwords
+// With `--picture` it copies a picture of itself at once, with `--password` its text as a password manager
 // does.
 //
 // Usage: selection-probe TEXT [--menu] [--picture] [--password]

@@ -3,7 +3,8 @@
 namespace tralio {
 namespace {
 
-/// Vietnamese, an emoji outside the basic plane, and an accent that no precomposed letter has.
+/// Vietnamese, an emoji outside the basic plane, and a base letter with an accent that have no precomposed
+/// form.
 const QString sentence = u"Giá trị x\u0302 của cà phê sữa đá 🙂 rất tốt, thưa bạn."_s;
 const QString reply = u"The value of x\u0302 is fine. Ấ Ẩ Ễ Ố Ộ Ặ"_s;
 const QString copied = u"vẫn còn đây"_s;
@@ -11,8 +12,8 @@ const QString copied = u"vẫn còn đây"_s;
 struct Selection : OnDesktop {
     Selection() { program.standIn().translatesTo(reply); }
 
-    /// The selection goes to the model as it is, and the popover comes; what it shows is told by
-    /// accessibility.
+    /// Expects that the selection reaches the model unchanged, and that the popover opens and shows the
+    /// translation, as reported by accessibility.
     void expectTranslated() {
         EXPECT_EQ(program.translateSelection(), sentence);
         if (isAccessible)
@@ -21,9 +22,10 @@ struct Selection : OnDesktop {
         EXPECT_TRUE(program.comesToFront());
     }
 
-    /// Marks the sentence, which is a paragraph of this window at this place, as users do.
+    /// Selects the sentence with the mouse: a paragraph at this place of this window. Returns whether it is
+    /// selected.
     [[nodiscard]] bool marks(const QString& window, const QPoint& place) {
-        // Clicks that are still on their way would mark something else again.
+        // Clicks that are still in the queue would change the selection.
         return waitUntil([&] {
             desktop.click(window, place, 3);
             return waitUntil([this] { return desktop.primary() == sentence; }, 2);
@@ -58,7 +60,7 @@ TEST_F(Selection, of_editors_and_of_a_terminal_is_translated_and_the_clipboard_s
     expectTranslatedIn(selectInQt());
     expectTranslatedIn(selectInTerminal());
 
-    // PRIMARY tells it where accessibility does not.
+    // Without accessibility the text comes from PRIMARY.
     desktop.setAccessibility(false);
     isAccessible = false;
     expectTranslatedIn(selectInGtk());
@@ -68,8 +70,8 @@ TEST_F(Selection, of_editors_and_of_a_terminal_is_translated_and_the_clipboard_s
 TEST_F(Selection, of_another_application_is_none_of_a_terminals_which_is_not_interrupted_either) {
     desktop.selectInEditor(sentence);
     ASSERT_TRUE(waitUntil([this] { return desktop.primary() == sentence; }));
-    // One that is known, one that is known by its window's instance and its program, and one by the terminal
-    // that it serves.
+    // Terminals recognised by their class, by the window's instance and its program, and by the
+    // pseudo-terminal that they serve.
     const QString unknown = desktop.home() + u"/scratchpad"_s;
     ASSERT_TRUE(QFile::copy(QStandardPaths::findExecutable(u"xterm"_s), unknown));
     for (const auto& [terminal, windowClass] :
@@ -116,7 +118,7 @@ TEST_F(Selection, is_translated_whatever_becomes_of_the_keyboard_and_of_the_wind
     const std::function<void()> changes[] = {
         [this] { desktop.press(u"Caps_Lock"_s); },
         [this] { desktop.press(u"Num_Lock"_s); },
-        // Super moves to another modifier, which the old grab knows nothing of.
+        // Super moves to another modifier, of which the old grab does not know.
         [this] {
             desktop.run(u"xmodmap"_s,
                 {u"-e"_s, u"clear mod4"_s, u"-e"_s, u"clear mod3"_s, u"-e"_s, u"add mod3 = Super_L"_s});
@@ -135,9 +137,9 @@ TEST_F(Selection, is_translated_whatever_becomes_of_the_keyboard_and_of_the_wind
     EXPECT_EQ(program.translateSelection(), sentence);
 }
 
-/// A browser as it is, one that tells of every element of a page, and one that always does.
+/// A browser as it is by default, one that reports all elements of a page, and one that always does.
 struct BrowserSelection : Selection, testing::WithParamInterface<std::string> {
-    /// Gives its window.
+    /// Starts the browser. Returns its window.
     QString startBrowser(const QString& page) {
         if (GetParam() == "firefox") {
             desktop.write(u"firefox/user.js"_s,
@@ -200,7 +202,7 @@ TEST_F(Selection, of_an_application_behind_a_bus_proxy_is_what_it_tells) {
     EXPECT_EQ(program.translateSelection(), sentence);
     ASSERT_TRUE(program.comesToFront() && program.closePopover());
 
-    // Only its element tells that something is a password, behind the proxy as elsewhere.
+    // Only the element tells that the text is a password, behind a bus proxy as elsewhere.
     for (const auto& [title, environment] :
         {std::pair(u"proxied"_s, proxied), {u"usual"_s, desktop.environment()}}) {
         desktop.startIn(environment, u"zenity"_s, {u"--password"_s, u"--title"_s, title});
@@ -229,7 +231,7 @@ TEST_F(Selection, leaves_a_greyed_copy_alone_whose_menu_would_keep_the_keyboard)
     };
     ASSERT_TRUE(waitUntil(translatesAll, 30)) << "its window comes before it takes keys";
     desktop.press(u"Right"_s);
-    // It greys its menu a little later.
+    // It disables its menu item a little later.
     EXPECT_FALSE(waitUntil([this] { return program.isPopoverShown(); }, 4));
     EXPECT_TRUE(program.translatesNothing());
     EXPECT_TRUE(translatesAll()) << "the menu has the keyboard";

@@ -5,7 +5,7 @@ namespace {
 
 constexpr QSize screenSize(1280, 1024);
 
-/// Every pixel of the page tells where it is.
+/// The colour of every pixel of the page encodes its place.
 QRgb pageColor(int x, int y) {
     return qRgb(x & 0xff, y & 0xff, (x >> 8) << 4 | y >> 8);
 }
@@ -18,7 +18,7 @@ QImage page() {
     return image;
 }
 
-/// The part of the page that a picture shows; null when it shows anything else.
+/// The part of the page that a picture shows; null if it shows anything else.
 QRect partOfPage(const QImage& picture) {
     if (picture.isNull())
         return {};
@@ -32,7 +32,7 @@ QRect partOfPage(const QImage& picture) {
     return {begin, picture.size()};
 }
 
-/// The region picker on a desktop whose screen is the page.
+/// The region picker on a desktop with the page over the whole screen.
 struct RegionPicker : testing::Test {
     VirtualDesktop desktop{VirtualDesktop::Tray::absent};
     QString path = desktop.home() + u"/picture.png"_s;
@@ -55,18 +55,18 @@ struct RegionPicker : testing::Test {
         picker.setProcessEnvironment(environment);
         picker.start(QStringLiteral(TRALIO_SNIP), {u"-i"_s, output});
     }
-    /// Starts it and waits until it is on the screen.
+    /// Starts the picker and waits until it is on the screen.
     void open(const QStringList& settings = {}) {
         start(path, settings);
         ASSERT_TRUE(waitUntil([this] { return desktop.isVisible(u"tralio-snip"_s); }));
     }
-    /// Waits for its end and gives its status.
+    /// Waits for its end. Returns the exit status.
     int finish() {
         if (!waitUntil([this] { return picker.state() == QProcess::NotRunning; }, 5))
             return -1;
         return picker.exitStatus() == QProcess::NormalExit ? picker.exitCode() : -1;
     }
-    /// Draws from one pixel to another, and gives the part of the page that is then in the file.
+    /// Drags from one pixel to another. Returns the part of the page that the file then shows.
     QRect taken(const QPoint& from, const QPoint& to) {
         desktop.drag(from, to);
         EXPECT_EQ(finish(), 0);
@@ -77,7 +77,7 @@ struct RegionPicker : testing::Test {
     }
     [[nodiscard]] bool hasFile() const { return QFileInfo::exists(path); }
 
-    QString ratio;  ///< of the picture that was taken last
+    QString ratio;  ///< of the last picture
 };
 
 TEST_F(RegionPicker, takes_exactly_the_pixels_that_were_drawn_over_at_every_scale) {
@@ -134,7 +134,7 @@ TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_
     };
     const auto isDimmedAroundIt = [&] {
         for (int x = 0; x < screenSize.width(); ++x)
-            for (const int y : {3, 170, 470, screenSize.height() - 4})  // the last is the panel's
+            for (const int y : {3, 170, 470, screenSize.height() - 4})  // the last one is within the panel
                 if (!isDim({x, y}))
                     return false;
         return isDim({170, 300}) && isDim({730, 300});
@@ -144,7 +144,7 @@ TEST_F(RegionPicker, shows_the_rectangle_bright_its_size_beside_it_and_the_rest_
         shown = desktop.screenshot();
         return partOfPage(shown.copy(inner)) == inner && isDimmedAroundIt();
     }));
-    EXPECT_GT(qGray(shown.pixel(199, 250)), 200);  // the edge
+    EXPECT_GT(qGray(shown.pixel(199, 250)), 200);  // the edge of the rectangle
 
     const QImage label = shown.copy(QRect(616, 416, 48, 14));
     int bright = 0;
@@ -172,21 +172,24 @@ TEST_F(RegionPicker, leaves_no_file_when_cancelled) {
 
 TEST_F(RegionPicker, is_served_by_the_keyboard_alone_and_keeps_the_keys_to_itself) {
     desktop.startInFront(u"xterm"_s, u"xterm"_s, {u"-geometry"_s, u"20x5+900+700"_s});
-    desktop.xdotool(u"mousemove 400 300"_s);
+    desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"50"_s, u"50"_s});
+    desktop.xdotool(u"mousemove 400 300 keydown Return"_s);
     open();
-    desktop.type(u"touch typed\n"_s);  // the Return at its end brings the rectangle
+    desktop.xdotool(u"keyup Return"_s);  // the hot key's, which repeated
+    desktop.run(u"xset"_s, {u"r"_s, u"rate"_s});
+    desktop.type(u"touch typed\n"_s);  // the final Return places the rectangle
     desktop.xdotool(u"key Left key ctrl+Up key shift+Right key ctrl+shift+Down key Return"_s);
     ASSERT_EQ(finish(), 0);
     const QRect part = partOfPage(QImage(path));
     EXPECT_EQ(part.size(), QSize(361, 130));
     EXPECT_TRUE(part.contains(400, 300));
-    desktop.type(u"touch after\n"_s);  // the keys are the terminal's again
+    desktop.type(u"touch after\n"_s);  // the terminal gets the keys again
     EXPECT_TRUE(waitUntil([&] { return QFileInfo::exists(desktop.home() + u"/after"_s); }));
     EXPECT_FALSE(QFileInfo::exists(desktop.home() + u"/typed"_s));
 }
 
 TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
-    // A second picker is such a program.
+    // A second picker keeps the input.
     open();
     QProcess second;
     second.setProcessEnvironment(desktop.environment());

@@ -9,12 +9,13 @@
 namespace tralio {
 namespace {
 
-/// A session with a sound server that plays into nothing, at the speed of real sound, and with a speech
-/// daemon of its own as soon as one is asked for.
+/// A session with a sound server that plays into a null output at the speed of real sound, and a speech
+/// daemon of its own as soon as one is needed.
 class SpeechSession final : public TestSession {
 public:
     SpeechSession() {
-        // The daemon gets this process's environment, and its programs can be told by the folder's name.
+        // The daemon inherits this process's environment; its processes are recognised by the folder's name
+        // in their arguments.
         for (const char* own : {"HOME", "XDG_RUNTIME_DIR"})
             qputenv(own, environment().value(QString::fromLatin1(own)).toUtf8());
         write(u".config/speech-dispatcher/modules/espeak-ng.conf"_s,
@@ -30,9 +31,9 @@ public:
         for (const qint32 process : processes({}))
             kill(process, SIGKILL);
     }
-    void pressTextHotKey() const override {}  // there are no keys
+    void pressTextHotKey() const override {}  // this session has no keys
 
-    /// Sends a signal to the session's processes of a program, or with a file; whether there was one.
+    /// Sends a signal to the session's processes that have this argument. Returns whether there are any.
     [[nodiscard]] bool signal(const QByteArray& argument, int number) const {
         const QList<qint32> found = processes(argument);
         for (const qint32 process : found)
@@ -41,7 +42,7 @@ public:
     }
 
 private:
-    /// The processes of this session's speech daemon and of its engines.
+    /// The processes of this session's speech daemon and its engines that have this argument.
     [[nodiscard]] QList<qint32> processes(const QByteArray& argument) const {
         QList<qint32> found;
         for (const QString& name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
@@ -58,7 +59,7 @@ struct RealSpeech : testing::Test {
         return waitUntil([this] { return !service.isSpeaking(); }, seconds);
     }
 
-    /// Begins a text that takes about twenty minutes, and gives it time to be heard.
+    /// Starts to read a text that takes about twenty minutes, and waits until it can be heard.
     void beginLongText() {
         service.speak(u"Trời hôm nay rất đẹp. "_s.repeated(1000), u"Tiếng Việt"_s);
         EXPECT_FALSE(fallsSilent(3));
@@ -95,21 +96,21 @@ TEST_F(RealSpeech, a_daemon_or_an_engine_that_is_killed_or_hangs_ends_the_readin
     EXPECT_TRUE(fallsSilent(2));
 
     beginLongText();
-    // From 0.12 on the daemon has another one of that name, which has no file.
+    // From 0.12 on the daemon has a second espeak-ng engine, without a configuration file.
     ASSERT_TRUE(session.signal("espeak-ng.conf", SIGKILL));
     EXPECT_TRUE(fallsSilent(20));
     EXPECT_TRUE(service.failure().has_value()) << "in words";
-    // A daemon whose engine is dead ends when nobody has been connected for a while.
+    // A daemon whose engine is dead exits when it has had no client for a while.
     EXPECT_TRUE(waitUntil([&] { return !session.signal("speech-dispatcher", 0); }, 20));
     service.speak(u"một"_s, u"Tiếng Việt"_s);
     EXPECT_TRUE(fallsSilent(10));
     beginLongText();
     ASSERT_TRUE(session.signal("speech-dispatcher", SIGSTOP));
     EXPECT_TRUE(fallsSilent(20));
-    // A third line may tell that the daemon has ended while we were still connected.
+    // A third line may say that the daemon ended while we were still connected.
     const QString told = log.messages().join(u'\n');
     EXPECT_TRUE(log.messages().value(0).endsWith(u"closed the connection")) << told.toStdString();
-    // A daemon of 0.12 may die with its engine.
+    // A daemon of version 0.12 may die with its engine.
     EXPECT_TRUE(log.messages().value(1).endsWith(u"the speech engine has died") ||
         log.messages().value(1).endsWith(u"closed the connection"))
         << told.toStdString();
@@ -119,7 +120,7 @@ TEST(SpeechButton, reads_the_result_aloud_and_stops) {
     const SpeechSession session;
     VirtualDesktop desktop;
     desktop.setVariable(u"XDG_DATA_HOME"_s, desktop.home() + u"/.local/share"_s);
-    for (const char* own : {"HOME", "XDG_RUNTIME_DIR"})  // the speech session's
+    for (const char* own : {"HOME", "XDG_RUNTIME_DIR"})  // of the speech session
         desktop.setVariable(QString::fromLatin1(own), qEnvironmentVariable(own));
     ProgramRun program(desktop);
     program.standIn().translatesTo(u"Trời hôm nay rất đẹp. "_s.repeated(1000));

@@ -32,7 +32,7 @@ default_border none
 output * background #D5DBE3 solid_color
 )"_s;
 
-// As much of the protocol as is used, as libwayland wants it described.
+// The part of the protocol that is used, as libwayland's tables describe it.
 extern const wl_interface pointerInterface;
 const wl_interface* noTypes[5] = {};
 const wl_interface* createTypes[] = {&wl_seat_interface, &pointerInterface};
@@ -50,7 +50,7 @@ const wl_interface managerInterface{"zwlr_virtual_pointer_manager_v1", 1, 1, man
 
 }  // namespace
 
-/// A pointer of a test's own, by the wlr-virtual-pointer protocol, for a screen of this size.
+/// A virtual pointer, by the wlr-virtual-pointer protocol, for a screen of this size.
 class SwayDesktop::Pointer final {
 public:
     explicit Pointer(WaylandConnection& connection) : m_connection(connection) {
@@ -112,7 +112,7 @@ void SwayDesktop::startCompositor(Xwayland xwayland, const SessionSettings& sett
     setVariable(u"SWAYSOCK"_s, words.value(1));
     if (withX)
         setVariable(u"DISPLAY"_s, words.value(2));
-    // For our own connection.
+    // For this process's own connection.
     qputenv("WAYLAND_DISPLAY", words.value(0).toUtf8());
     qputenv("XDG_RUNTIME_DIR", environment().value(u"XDG_RUNTIME_DIR"_s).toUtf8());
 }

@@ -12,17 +12,17 @@ namespace tralio {
 class VirtualKeyboard;
 class WaylandConnection;
 
-/// How the desktop of a test is set.
+/// How the session is configured.
 struct SessionSettings {
-    /// What a user finds who has changed nothing. Most tests are better off with the focus where one clicks,
-    /// no frames, and a plain colour to take pictures of.
+    /// Use sway's default configuration. Most tests are easier with focus by click, no frames, and a plain
+    /// background for screenshots.
     bool asShipped = false;
     int outputs = 1;
 };
 
-/// A Wayland session on a compositor without a screen, with a keyboard and a pointer of the test's own, and
-/// with the program's actions bound to keys as its users bind them. The compositor refuses to run as root, so
-/// that the whole session is an ordinary user's.
+/// A headless Wayland session on sway, with a keyboard and a pointer that the test controls, and with the
+/// program's actions bound to keys, as its users bind them. sway refuses to run as root, so the whole session
+/// runs as an ordinary user.
 class SwayDesktop final : public TestSession {
 public:
     enum class Xwayland { present, absent };
@@ -32,21 +32,21 @@ public:
 
     void pressTextHotKey() const override { press({KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_D}); }
     void pressCaptureHotKey() const { press({KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_S}); }
-    /// Presses keys, by evdev code, in their order, and lets them go.
+    /// Presses keys, given as evdev codes, in order, and releases them.
     void press(const std::vector<quint32>& keys) const;
     void movePointer(const QPoint& place);
     void click(const QPoint& place);
-    /// Presses the button, moves, and lets go.
+    /// Presses the button, moves the pointer, and releases the button.
     void drag(const QPoint& from, const QPoint& to);
 
-    /// Makes a window the focused one, by its application id; false when it does not come.
+    /// Focuses a window, by its application id. Returns false if it does not appear.
     [[nodiscard]] bool bringToFront(const QString& applicationId) const;
-    /// Where a window is, by its title; empty while it is not there.
+    /// The rectangle of a window, by its title; empty if there is none.
     [[nodiscard]] QRect windowArea(const QString& title) const { return areaOf(windowWith("name", title)); }
-    /// Where a screen is, by its name.
+    /// The rectangle of a screen, by its name.
     [[nodiscard]] QRect outputArea(const QString& name) const;
     [[nodiscard]] QString focusedWindow() const { return windowWith("focused", true)[u"name"_s].toString(); }
-    /// Whether a window, by its title, is one of Xwayland's.
+    /// Whether the window with this title is an Xwayland window.
     [[nodiscard]] bool isOnXwayland(const QString& title) const {
         return windowWith("name", title)[u"shell"_s] == u"xwayland"_s;
     }
@@ -57,10 +57,10 @@ public:
 private:
     class Pointer;
 
-    /// Of a window or a screen.
+    /// The rectangle of a window or screen in sway's tree.
     [[nodiscard]] static QRect areaOf(const QJsonObject& node);
     void startCompositor(Xwayland xwayland, const SessionSettings& settings);
-    /// The first window that has this value; empty where none has.
+    /// The first window in which `key` has this value; empty if there is none.
     [[nodiscard]] QJsonObject windowWith(const char* key, const QJsonValue& value) const;
 
     std::unique_ptr<WaylandConnection> m_connection;

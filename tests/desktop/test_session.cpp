@@ -31,7 +31,7 @@ TestSession::TestSession() : m_environment(QProcessEnvironment::systemEnvironmen
 }
 
 TestSession::~TestSession() {
-    // The display, the first that was started, goes last: what draws on it may want to say good-bye.
+    // The display was started first and ends last: its clients may want to disconnect in order.
     while (!m_processes.empty()) {
         QProcess& process = *m_processes.back();
         process.terminate();

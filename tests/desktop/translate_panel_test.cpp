@@ -55,7 +55,7 @@ TEST_F(TranslatePanelOnScreen, a_file_dragged_across_its_edge_from_a_file_manage
     };
     const QColor edgeAtRest = edgeOfInput();
     EXPECT_TRUE(waitUntil([&] {
-        // The first icon of the folder, once the file manager has drawn it.
+        // The place of the first icon in the folder, once the file manager has drawn it.
         const QPoint start(10 + 206, 40 + 99);
         desktop.movePointer(start);
         desktop.xdotool(u"mousedown 1"_s);
@@ -76,7 +76,7 @@ TEST_F(TranslatePanelOnScreen, a_file_dragged_across_its_edge_from_a_file_manage
     EXPECT_TRUE(program.comesToFront());
 }
 
-/// A desktop with an input method for Vietnamese, by Telex.
+/// A desktop with an input method for Vietnamese, in Telex.
 struct InputMethod : testing::Test {
     InputMethod() {
         desktop.write(u".config/fcitx5/config"_s, u"[Behavior]\nActiveByDefault=True\n"_s);
@@ -91,7 +91,7 @@ struct InputMethod : testing::Test {
         program->standIn().translatesTo(u"1"_s);
     }
 
-    /// Whether one more translation has been asked for, of this text, and has come.
+    /// Waits for one more request, for `text`, and its translation. Returns whether both came.
     [[nodiscard]] bool translates(const QString& text) {
         ++translations;
         const bool done = program->isAsked(text) && program->standIn().requests().size() == translations &&
@@ -111,12 +111,12 @@ TEST_F(InputMethod, what_a_composition_shows_is_translated_and_a_return_that_con
         const bool isTelexOn = desktop.run(u"fcitx5-remote"_s, {u"-n"_s}) == u"unikey";
         return isTelexOn && program->isPopoverInFront();
     }));
-    desktop.enter(u"Xin chaof tieengs Vieetj"_s);  // which this method lets through after it has confirmed
-                                                   // the last word
+    // This input method passes Return on after confirming the last word.
+    desktop.enter(u"Xin chaof tieengs Vieetj"_s);
     EXPECT_TRUE(translates(u"Xin chào tiếng Việt"_s));
 
     desktop.press(u"ctrl+a"_s);
-    desktop.press(u"super+grave"_s);  // a composition that takes Return for itself
+    desktop.press(u"super+grave"_s);  // a composition that keeps Return for itself
     desktop.enter(u"abc"_s);
     EXPECT_FALSE(waitUntil([&] { return program->standIn().requests().size() > translations; }, 1));
     desktop.press(u"Return"_s);
@@ -125,7 +125,7 @@ TEST_F(InputMethod, what_a_composition_shows_is_translated_and_a_return_that_con
     desktop.press(u"ctrl+a"_s);
     desktop.type(u"tieesng"_s);
     EXPECT_TRUE(program->comes(u"5 ký tự"_s)) << "counted while it is composed";
-    desktop.click(program->popoverArea().topLeft() + QPoint(263, 276));  // the button that translates
+    desktop.click(program->popoverArea().topLeft() + QPoint(263, 276));  // the translate button
     EXPECT_TRUE(translates(u"tiếng"_s)) << "the word was still being composed";
 }
 

@@ -4,7 +4,7 @@
 namespace tralio {
 namespace {
 
-/// Whether the popover hangs from `place`, in pixels of the screen, above or below it.
+/// Whether the popover is attached to `place`, in screen pixels, above or below it.
 testing::AssertionResult hangsFrom(const QRect& popover, const QPoint& place, int ratio = 1) {
     const int nearest = std::min(std::abs(popover.top() - place.y()), std::abs(popover.bottom() - place.y()));
     if (std::abs(popover.center().x() - place.x()) <= 2 * ratio && nearest <= 30 * ratio)
@@ -13,7 +13,7 @@ testing::AssertionResult hangsFrom(const QRect& popover, const QPoint& place, in
                                        << popover.width() << " x " << popover.height();
 }
 
-/// A desktop whose tray is on the bus, and the program once it has come to that.
+/// A desktop with a tray on the session bus, and the program once its item is registered.
 struct TrayOnTheBus : testing::Test {
     void start(
         const QSize& screen, const std::function<void()>& prepare = [] {}) {
@@ -32,12 +32,12 @@ struct TrayOnTheBus : testing::Test {
     QString propertyOfItem(const QString& name) const {
         return askItem(u"org.freedesktop.DBus.Properties.Get"_s, {u"org.kde.StatusNotifierItem"_s, name});
     }
-    /// What a tray does with a click on the item at this pixel of the screen.
+    /// Does what a tray does for a click on the item at this pixel of the screen.
     void click(const QPoint& pixel) const {
         askItem(u"org.kde.StatusNotifierItem.Activate"_s,
             {QString::number(pixel.x()), QString::number(pixel.y())});
     }
-    /// The sides of the item's pictures that are whole and have something on them.
+    /// The sizes of the item's pictures that are complete and not empty.
     [[nodiscard]] QList<int> pictures() const {
         static const QRegularExpression picture(u"\\((\\d+), \\1, \\[(?:byte )?([^]]*)\\]"_s);
         QList<int> sides;
@@ -49,7 +49,7 @@ struct TrayOnTheBus : testing::Test {
         }
         return sides;
     }
-    /// Where a click on the icon opens the popover, which the next one closes.
+    /// The popover's rectangle after a click on the icon at `place`; the next click closes it.
     QRect popoverAfterClick(const QPoint& place) {
         click(place);
         EXPECT_TRUE(program->comesToFront());
@@ -96,7 +96,7 @@ TEST_F(TrayOnTheBus, has_the_popover_on_the_monitor_of_the_click) {
         EXPECT_EQ(popoverAfterClick({place, 1010}).left(), left) << place;
 }
 
-/// Clicks on "Mở Tralio", the third of four entries, in the menu for which `ask` clicks.
+/// Calls `ask` to open the menu, and clicks on "Mở Tralio", its third of four entries.
 bool opensByMenu(const VirtualDesktop& desktop, const ProgramRun& program, const std::function<void()>& ask) {
     const auto windows = [&] { return desktop.xdotool(u"search --onlyvisible --class ."_s).split(u'\n'); };
     const QStringList before = windows();
@@ -137,7 +137,7 @@ TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) 
     }
 }
 
-/// The middle of what is blue in the upper `height` rows of the screen.
+/// The centre of the blue pixels in the upper `height` rows of the screen.
 std::optional<QPoint> blueIn(const QImage& screen, int height) {
     QRect blue;
     for (int y = 0; y < height; ++y) {

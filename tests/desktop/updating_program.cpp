@@ -1,5 +1,5 @@
-// Stands in a bundle in the place of the program: asks the server in UPDATE_MANIFEST for a newer version and
-// installs it. What it tells its user goes into the file UPDATE_LOG. With UPDATE_STUBBORN it does not end
+// Takes the place of the program in a bundle: asks the server in UPDATE_MANIFEST for a newer version and
+// installs it. Its messages to the user go into the file UPDATE_LOG. With UPDATE_STUBBORN it does not exit
 // when it should.
 
 #include <QCoreApplication>

@@ -14,13 +14,12 @@ VirtualDesktop::VirtualDesktop(Tray tray, const QSize& screen) {
 }
 
 void VirtualDesktop::startDisplay(const QSize& screen) {
-    // The server picks a free display number itself and prints it.
+    // The server chooses a free display number and prints it.
     const QString size = u"%1x%2x24"_s.arg(screen.width()).arg(screen.height());
     QProcess& server = start(u"Xvfb"_s,
         {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size, u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
     setVariable(u"DISPLAY"_s, u':' + firstLine(server));
-    // Without a graphics card GTK 4 takes a third of a second for a redraw with GL, and answers nobody
-    // meanwhile.
+    // Without a graphics card GTK 4 takes 0.3 s to redraw with GL, and answers no calls meanwhile.
     setVariable(u"GSK_RENDERER"_s, u"cairo"_s);
 }
 
@@ -36,8 +35,7 @@ void VirtualDesktop::replaceWindowManager(const QString& program, const QStringL
 }
 
 void VirtualDesktop::startPanel(const QString& plugin) {
-    // With the panels that it has by default it goes on moving the focus for seconds after the first one is
-    // there.
+    // With its default plugins the panel goes on moving the focus for seconds after the first one is there.
     const QString plugins = plugin.isEmpty() ? QString() : uR"(<value type="int" value="1"/>)"_s;
     write(u".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"_s,
         uR"(<?xml version="1.0" encoding="UTF-8"?>
@@ -132,7 +130,7 @@ void VirtualDesktop::drag(const QPoint& from, const QPoint& to, const QString& w
 }
 
 void VirtualDesktop::setClipboard(const QString& text) {
-    // The program keeps running: it is the owner whom everybody asks for the content.
+    // xclip keeps running: it owns the selection and answers requests for it.
     QProcess& owner = start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s});
     owner.write(text.toUtf8());
     owner.closeWriteChannel();

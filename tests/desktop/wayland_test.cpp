@@ -11,10 +11,10 @@
 namespace tralio {
 namespace {
 
-/// Before main() makes a folder that only its maker can remove.
+/// Created before main(), which makes a folder that only its creator can remove.
 const OrdinaryProcess ordinaryProcess;
 
-/// Both kinds of session: with windows of ours on Xwayland, and on Wayland itself.
+/// Both kinds of session: our windows on Xwayland, and native Wayland windows.
 struct Wayland : testing::TestWithParam<SwayDesktop::Xwayland> {
     explicit Wayland(const SessionSettings& settings = {}) : desktop(GetParam(), settings) {}
 
@@ -28,7 +28,7 @@ struct Wayland : testing::TestWithParam<SwayDesktop::Xwayland> {
     [[nodiscard]] bool popoverGoes(int seconds = 15) const {
         return waitUntil([this] { return !isPopoverShown(); }, seconds);
     }
-    /// By a key, which reaches it some time after it is there.
+    /// Presses Escape, which reaches the popover only some time after it is shown.
     [[nodiscard]] bool closePopover() const {
         return waitUntil([this] {
             desktop.press({KEY_ESC});
@@ -36,12 +36,12 @@ struct Wayland : testing::TestWithParam<SwayDesktop::Xwayland> {
         });
     }
 
-    /// A text editor with everything selected.
+    /// Starts a text editor with everything selected.
     void startEditor(const QString& text) {
         desktop.start(u"mousepad"_s, {desktop.write(u"text.txt"_s, text)});
         ASSERT_TRUE(desktop.bringToFront(u"mousepad"_s));
     }
-    /// A terminal that shows a text, and no cursor; which no accessibility reaches.
+    /// Starts a terminal that shows a text and no cursor, and that accessibility does not reach.
     void startTerminal(const QString& text) {
         const QString path = desktop.write(u"terminal.txt"_s, text);
         desktop.start(u"foot"_s,
@@ -73,7 +73,7 @@ TEST_P(Wayland, what_is_selected_in_an_editor_is_translated_and_the_popover_show
     EXPECT_TRUE(popoverGetsKeyboard());
     EXPECT_TRUE(waitUntil([&] { return !program.shownTranslation().isEmpty(); }));
     EXPECT_EQ(desktop.isOnXwayland(u"Tralio"_s), GetParam() == SwayDesktop::Xwayland::present);
-    // The drivers of GL would cost 30 MB.
+    // GL drivers would cost 30 MB.
     const QByteArray files = contentOf(u"/proc/%1/maps"_s.arg(program.processId()));
     EXPECT_TRUE(files.contains("/libQt6Widgets"));
     for (const char* driver : {"/libEGL_", "/libGLX_", "_dri.so", "/libgallium", "/libLLVM"})
@@ -94,12 +94,12 @@ TEST_P(Wayland, a_mark_in_a_terminal_counts_while_the_terminal_is_in_front_and_n
         const QString text = program.translateSelection();
         EXPECT_TRUE(popoverComes());
         EXPECT_TRUE(closePopover());
-        // A later press is another one.
+        // A second must pass, so that a further press is a request of its own.
         EXPECT_FALSE(waitUntil([&] { return isPopoverShown(); }, 1));
         return text;
     };
     EXPECT_EQ(translate(), marked);
-    // Asked for again it is copied: nobody tells of the click that takes it away.
+    // The second time it is copied: no event tells of the click that cleared the selection.
     EXPECT_EQ(translate(), marked);
     desktop.click(desktop.windowArea(desktop.focusedWindow()).center());
     ASSERT_EQ(primary(), marked) << "it is no longer left over: what is tested?";
@@ -118,7 +118,8 @@ TEST_P(Wayland, what_only_a_copy_tells_is_copied_but_an_unknown_terminal_is_not_
     ASSERT_TRUE(closePopover());
     application.kill();
 
-    // The last that said it is in front, in which the shortcut would harm nothing, and which hangs.
+    // The editor, where the shortcut would be harmless, was the last to report that it is in front, and it
+    // hangs.
     QProcess& editor = desktop.start(u"mousepad"_s, {u"--disable-server"_s});
     ASSERT_TRUE(desktop.bringToFront(u"mousepad"_s));
     EXPECT_EQ(program.translateSelection(), QString());
@@ -152,7 +153,7 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
     const auto capture = [&](const std::function<void()>& act) {
         desktop.pressCaptureHotKey();
         ASSERT_TRUE(waitUntil([&] { return desktop.isRunning(u"slurp"_s); }));
-        // It runs a while before it has the keyboard and the pointer.
+        // The picker runs for a while before it has keyboard and pointer.
         ASSERT_TRUE(waitUntil([&] {
             act();
             return !desktop.isRunning(u"slurp"_s);
@@ -163,7 +164,7 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
     EXPECT_TRUE(program.standIn().requests().isEmpty());
     ASSERT_TRUE(closePopover());
 
-    // A drag of which the picker only sees the end draws another rectangle, in which there is no text.
+    // If the picker sees only the end of a drag, the rectangle is another one, without text.
     const auto drawsTheText = [&] {
         EXPECT_TRUE(desktop.bringToFront(u"foot"_s));
         const QPoint corner = desktop.windowArea(desktop.focusedWindow()).topLeft();
@@ -177,7 +178,7 @@ TEST_P(Wayland, a_drawn_rectangle_becomes_a_translation_and_a_cancel_nothing) {
     EXPECT_EQ(program.standIn().requests().last().userText(), u"Good morning everybody");
     EXPECT_TRUE(popoverComes());
 
-    // The picker goes with the program that waits for it.
+    // The picker ends with the program that waits for it.
     desktop.pressCaptureHotKey();
     ASSERT_TRUE(waitUntil([&] { return desktop.isRunning(u"slurp"_s); }));
     ASSERT_EQ(kill(static_cast<pid_t>(program.processId()), SIGKILL), 0);
@@ -196,11 +197,11 @@ TEST_P(Wayland, a_click_on_another_window_closes_the_popover) {
     }));
 }
 
-/// A session as it is shipped: the focus follows the pointer.
+/// sway's default configuration: the focus follows the pointer.
 struct ShippedSway : Wayland {
     ShippedSway() : Wayland({.asShipped = true}) {}
 
-    /// Moves the pointer as a hand does, which takes its time.
+    /// Moves the pointer gradually, as a hand does.
     void glide(const QPoint& from, const QPoint& to) {
         constexpr int steps = 30;
         for (int step = 1; step <= steps; ++step) {
@@ -245,10 +246,10 @@ TEST_P(ShippedSwayScreens, have_the_whole_popover_each_whatever_their_scale) {
         ASSERT_TRUE(waitUntil([&] { return desktop.focusedWindow() == u"Tralio"; })) << output;
         EXPECT_FALSE(desktop.isOnXwayland(u"Tralio"_s)) << "which would blur it";
         const QRect area = desktop.windowArea(u"Tralio"_s);
-        const QRect popover = area.marginsRemoved({40, 28, 40, 52});  // without its shadow
         const QRect screen = desktop.outputArea(QLatin1String(output));
-        EXPECT_TRUE(screen.contains(popover)) << output;
-        EXPECT_EQ(popover.height(), std::min(585, screen.height() - 36)) << output;
+        EXPECT_TRUE(screen.contains(area))
+            << output << ": its shadow, too, which compositors keep on the screen";
+        EXPECT_EQ(area.height(), std::min(585 + 80, screen.height() - 12)) << output;
         desktop.press({KEY_ESC});
         ASSERT_TRUE(waitUntil([&] { return desktop.windowArea(u"Tralio"_s).isEmpty(); }));
     }

@@ -14,7 +14,7 @@ constexpr KeyCode keyF5{96};
 constexpr Modifiers commandShift = Modifier::command | Modifier::shift;
 constexpr HotKeyStatus registered = HotKeyStatus::registered;
 
-/// The hot keys of one program, on a connection of its own.
+/// The hot keys of one program, on its own connection.
 struct OneProgram {
     OneProgram() {
         hotKeys.installEventHandler([this](std::optional<HotKeyID> id) { pressed.push_back(id->id); });
@@ -35,7 +35,7 @@ struct OneProgram {
     X11RawInput rawInput{*connection};
     X11HotKeys hotKeys{*connection, rawInput};
     X11KeyEventPoster keyEvents{*connection, hotKeys, [] { return std::nullopt; }};
-    std::vector<quint32> pressed;  ///< the numbers of the hot keys
+    std::vector<quint32> pressed;  ///< the ids of the hot keys
 };
 
 /// Whether a key without modifiers reaches applications.
@@ -66,13 +66,14 @@ TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
     const auto second = ours.hotKeys.registerHotKey({KeyCode::t, Modifier::control}, {1, 2});
     ASSERT_EQ(second.status, registered);
 
-    // While the keys are still down, the keyboard is free for others, and repeats are no presses.
+    // While the keys are still held, other programs can grab the keyboard, and repeats do not count as
+    // presses.
     repeatsFast();
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
     ASSERT_TRUE(ours.isPressed(1));
     EXPECT_FALSE(waitUntil([&] { return ours.pressed.size() > 1; }, 1)) << "a repeat counts as a press";
     const auto other = X11Connection::open();
-    // At once but for the moment in which a repeat has been made and not been heard of.
+    // Immediately, except for a repeat that is generated but not yet received.
     EXPECT_TRUE(waitUntil([&] { return takesKeyboard(*other); }, 1));
     xcb_ungrab_keyboard(other->xcb(), XCB_CURRENT_TIME);
     other->sync();
@@ -81,7 +82,7 @@ TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
     desktop.press(u"ctrl+t"_s);
     ASSERT_TRUE(ours.isPressed(2));
 
-    // A key that is given up is given up; the other works on.
+    // After one hot key is given up, the other still works.
     ours.hotKeys.unregisterHotKey(*second.ref);
     desktop.press(u"ctrl+t"_s);
     desktop.press(u"super+shift+d"_s);
@@ -101,7 +102,7 @@ TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_
     ASSERT_TRUE(ours.isPressed(1));
     desktop.release({u"F5"_s, u"t"_s, u"ctrl"_s});
 
-    // Neither key stays with us once it has been released.
+    // Both keys are released after the hot key is.
     OneProgram theirs;
     for (const KeyCode key : {KeyCode::t, keyF5})
         EXPECT_TRUE(waitUntil([&] { return theirs.take({key, commandShift}) == registered; }));
@@ -126,7 +127,7 @@ TEST_F(X11, a_hot_key_that_is_tapped_again_while_its_modifiers_count_as_released
     desktop.release({u"d"_s});
     desktop.press(u"s"_s);
     ASSERT_TRUE(ours.isPressed(2));
-    // Whoever taps a key lets go of it in between.
+    // Users release a key before they tap it again.
     EXPECT_TRUE(waitUntil([&] {
         desktop.press(u"d"_s);
         return ours.pressed.size() == 3;
@@ -144,7 +145,7 @@ TEST_F(X11, a_synthetic_copy_misses_no_key_that_is_let_go_meanwhile_and_passes_t
     OneProgram ours;
     for (const KeyCode key : {KeyCode::d, KeyCode::c})
         ASSERT_EQ(ours.take({key, commandShift}), registered);
-    // A terminal, in which one copies by Control, Shift and C.
+    // A terminal, in which Control+Shift+C copies.
     desktop.startProbe({u"-name"_s, u"konsole"_s, u"text"_s});
     const auto other = X11Connection::open();
     for (const QString& key : {u"d"_s, u"c"_s}) {
@@ -181,7 +182,7 @@ TEST_F(X11, of_two_keys_for_one_modifier_the_one_that_is_held_is_let_go) {
     OneProgram ours;
     const auto connection = X11Connection::open();
     xcb_connection_t* xcb = connection->xcb();
-    constexpr xcb_keycode_t capsLock = 66;  // comes before the key of its own
+    constexpr xcb_keycode_t capsLock = 66;  // a lower key code than that of Super itself
     const xcb_keycode_t held = *x11KeyCode(KeyCode::leftCommand);
     const KeySymbols symbols{xcb_key_symbols_alloc(xcb)};
     const xcb_keysym_t super = xcb_key_symbols_get_keysym(symbols.get(), held, 0);
@@ -215,7 +216,7 @@ TEST_F(X11, keys_are_where_their_table_says_and_mean_there_what_it_says) {
         std::vector<quint32> meanings;
         for (const int column : {0, 1})
             meanings.push_back(xcb_key_symbols_get_keysym(symbols.get(), xKeyCode, column));
-        // The server's keyboard has none of the keys that only Apple's or a Japanese one has.
+        // The server's keyboard lacks the keys that only Apple or Japanese keyboards have.
         if (key->keysym == 0 || meanings.front() == XCB_NO_SYMBOL || meanings.front() >= 0x10000000)
             continue;
         ++compared;

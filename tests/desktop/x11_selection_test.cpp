@@ -11,7 +11,7 @@ namespace tralio {
 namespace {
 
 struct X11Selection : X11 {
-    /// A program that has a text to give as the PRIMARY selection.
+    /// Starts a program that owns the PRIMARY selection with this text.
     const QProcess& own(const QString& text) {
         return desktop.start(
             u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"primary"_s, desktop.write(u"primary.txt"_s, text)});
@@ -58,8 +58,8 @@ TEST_F(X11Selection, the_clipboard_counts_changes_and_gives_texts_of_any_length_
     kill(static_cast<pid_t>(owner.processId()), SIGCONT);
 }
 
-/// Owns the clipboard from a thread of its own, with a text that never ends. Before each answer comes one to
-/// a question of before, as from an owner that was too slow for it.
+/// Owns the clipboard on a thread of its own, with a text that never ends. Before each answer it sends one to
+/// an earlier request, as a slow owner does.
 class EndlessOwner final {
 public:
     static constexpr int pieceSize = 50'000;
@@ -152,7 +152,7 @@ TEST_F(X11Selection, a_mark_may_be_gone_once_its_own_application_was_pressed) {
     }));
     EXPECT_FALSE(mark()->mayBeGone);
 
-    // The wheel does not count, another button neither, nor a press in another window or on the bare screen.
+    // The wheel and other buttons do not count, nor do presses in another window or on the bare screen.
     desktop.xdotool(u"click 4 click 3"_s);
     desktop.click(desktop.startProbe({u"text"_s}), {10, 10});
     desktop.click({1270, 1010});
@@ -167,7 +167,8 @@ TEST_F(X11Selection, a_mark_may_be_gone_once_its_own_application_was_pressed) {
     desktop.click(marked, {60, 60});
     EXPECT_TRUE(waitUntil([&] { return mark()->mayBeGone; }));
 
-    // A modifier does not count and the key of a hot key, nor any where the application cannot be asked.
+    // Modifiers and the key of a hot key do not count, nor does any key where the application cannot be
+    // asked.
     const auto markAnew = [&] {
         return waitUntil([&] {
             desktop.click(marked, {60, 10}, 3);
@@ -198,7 +199,7 @@ TEST_F(X11Selection, a_word_that_was_clicked_twice_is_no_password_by_a_command_k
         const QProcess& owner = own(u"hunter"_s);
         std::optional<PrimaryText> mark;
         EXPECT_TRUE(waitUntil([&] {
-            // Told from the others by its window's name, which the new owner's has only now.
+            // The owner is recognised by its window's name, which only the new owner has.
             const xcb_window_t named = markOwner();
             xcb_change_property(connection->xcb(), XCB_PROP_MODE_REPLACE, named, XCB_ATOM_WM_NAME,
                 XCB_ATOM_STRING, 8, 18, "Chromium clipboard");

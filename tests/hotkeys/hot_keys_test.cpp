@@ -195,7 +195,8 @@ TEST_F(MenuCopy, leaves_other_items_alone) {
     for (const FakeElement& bar : {
              menuBar({{item(u"Photocopy"_s), item(u"Cut"_s, u"X"_s), item(u"Cc"_s, u"cc"_s),
                  item(std::nullopt)}}),
-             menuBar({}), FakeElement{.children = {item(u"Copy"_s)}},     // right below the bar: no menu item
+             menuBar({{item(u"Copy Input To All Tabs…"_s), item(u"Copy to..."_s)}}), menuBar({}),
+             FakeElement{.children = {item(u"Copy"_s)}},                  // right below the bar: no menu item
              FakeElement{.children = {{.children = {item(u"Copy"_s)}}}},  // a menu called so
          }) {
         desktop.accessibility.bar = bar;

@@ -139,6 +139,40 @@ TEST_F(SelectedText, that_is_copied_as_a_password_ends_the_fetch_in_either_layer
     EXPECT_FALSE(log.messages().join(u'\n').contains(u"hunter2"_s));
 }
 
+TEST_F(SelectedText, is_none_where_an_editor_copies_the_line_with_the_caret_instead) {
+    struct Case {
+        QString editor, copied;
+        std::optional<QString> selected;
+        bool isSelection;
+    };
+    for (const auto& [editor, copied, selected, isSelection] :
+        {Case{u"org.kde.kate"_s, u"whole line\n"_s, u"older"_s, false},
+            {u"jetbrains-idea"_s, u"whole line\n"_s, u"older"_s, false},
+            {u"Code"_s, u"whole line\n"_s, u"whole line"_s, true}, {u"Code"_s, u"word"_s, u"older"_s, true},
+            {u"Code"_s, u"two\nlines\n"_s, u"older"_s, true}, {u"Code"_s, u"line\n"_s, std::nullopt, true},
+            {u"org.example.Editor"_s, u"whole line\n"_s, u"older"_s, true}}) {
+        desktop.workspace.front->bundleIdentifier = editor;
+        desktop.pasteboard.selected = selected;
+        for (const bool byMenu : {true, false}) {
+            giveCopyItem();
+            if (!byMenu)
+                desktop.accessibility.bar.reset();
+            const size_t pressed = desktop.keyEvents.posted.size();
+            fetch();
+            if (!byMenu)
+                reachKeystroke();
+            desktop.pasteboard.copy(copied);
+            desktop.clock.advance(30ms);
+            const auto expected = isSelection ? std::optional(copied.trimmed()) : std::nullopt;
+            ASSERT_FALSE(results.empty());
+            EXPECT_EQ(results.back(), expected) << qPrintable(editor) << byMenu;
+            EXPECT_EQ(service.obstacle() == SelectedTextFetch::Obstacle::lineOfCaret, !isSelection);
+            EXPECT_EQ(desktop.keyEvents.posted.size() > pressed, !byMenu) << "copied once";
+            results.clear();
+        }
+    }
+}
+
 TEST_F(SelectedText, the_menu_copy_is_delivered_at_the_tick_that_sees_it) {
     giveCopyItem();
     fetch();

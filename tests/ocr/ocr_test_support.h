@@ -70,6 +70,8 @@ struct ScriptedRecognizer final : TextRecognizer {
         requests.push_back(std::move(request));
         if (onRecognize)
             onRecognize();
+        if (const auto held = hold)
+            co_await held->future();
         if (isSlow) {
             QPromise<void> turn;
             turn.start();
@@ -91,6 +93,7 @@ struct ScriptedRecognizer final : TextRecognizer {
     std::function<void()> onRecognize;
     bool isSlow = false;
     bool isHung = false;
+    std::shared_ptr<QPromise<void>> hold;  ///< what begins now ends no earlier than this
     int preparations = 0;
     std::vector<ImageSource> images;
     std::vector<RecognitionRequest> requests;

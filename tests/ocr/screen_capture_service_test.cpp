@@ -174,5 +174,16 @@ TEST_F(ScreenCapture, that_is_read_when_the_program_ends_leaves_no_picture_and_t
     EXPECT_THAT(filesLeft(), ElementsAre(u"of the user"_s));
 }
 
+TEST_F(ScreenCapture, what_a_killed_program_left_goes_and_what_came_since_or_is_of_others_stays) {
+    for (const QString& name : {u"tralio_snip_A.png"_s, u"tralio_snip_B.png.Qx7Tp2"_s, u"a picture.png"_s})
+        writeFile(folder.filePath(name), "png");
+    const ScreenCaptureService next(ocr, tool, clock, folder.path());
+    writeFile(folder.filePath(u"tralio_snip_C.png"_s), "png");
+    clock.advance(5min);
+    EXPECT_THAT(filesLeft(), testing::SizeIs(4)) << "another instance may be reading them";
+    clock.advance(5min);
+    EXPECT_THAT(filesLeft(), ElementsAre(u"a picture.png"_s, u"tralio_snip_C.png"_s));
+}
+
 }  // namespace
 }  // namespace tralio

@@ -3,6 +3,7 @@
 #include "platform/linux/secrets/secret_item.h"
 #include "platform/scripted_bus_object.h"
 #include "support/debug_log_file.h"
+#include "support/files.h"
 #include "support/private_bus.h"
 #include "support/testing.h"
 
@@ -10,32 +11,47 @@ namespace tralio {
 namespace {
 
 using Answer = SecretKeeper::Answer;
+using Prompting = SecretKeeper::Prompting;
 
-/// A keeper of secrets with one collection, which a test locks. Some keep quiet about what a locked one
-/// holds, and tell otherwise that it was unlocked.
+/// A keyring with one collection, which a test locks.
 class ScriptedSecretService final : public ScriptedBusObject {
 public:
+    enum class Kind {
+        gnome,
+        kwallet,    ///< its collection stays locked when its wallet is opened, until a prompt to unlock it is
+                    ///< run
+        keepassxc,  ///< hides what is locked, and does everything by a prompt
+    };
+
     explicit ScriptedSecretService(QDBusConnection bus)
-        : ScriptedBusObject(
-              std::move(bus), QLatin1String(SecretService::service), QLatin1String(SecretService::path)) {
+        : ScriptedBusObject(bus, QLatin1String(SecretServiceCalls::service), m_path) {
         registerSecretTypes();
+        bus.registerVirtualObject(u"/modules"_s, this, QDBusConnection::SubPath);
     }
 
+    /// The user does so when the prompt asks for it.
     void unlock() {
         isLocked = false;
-        if (isReticent)
+        if (kind == Kind::kwallet)
+            complete(u"/"_s);
+        else if (kind == Kind::keepassxc)
             tell(u"CollectionChanged"_s);
         else
             signal(m_collection, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s,
                 {u"org.freedesktop.Secret.Collection"_s, QVariantMap{{u"Locked"_s, false}}, QStringList()});
     }
+    void openWallet() {
+        isWalletOpen = true;
+        signal(u"/modules/kwalletd5"_s, u"org.kde.KWallet"_s, u"walletOpened"_s, {u"kdewallet"_s});
+    }
     void tell(const QString& event) {
-        signal(QLatin1String(SecretService::path), u"org.freedesktop.Secret.Service"_s, event,
-            {object(m_collection)});
+        signal(m_path, u"org.freedesktop.Secret.Service"_s, event, {object(m_collection)});
     }
 
+    Kind kind = Kind::gnome;
     bool isLocked = false;
-    bool isReticent = false;
+    bool isWalletOpen = false;
+    enum class User { confirms, declines, isAway } user = User::confirms;
     bool hasCollection = true;
     QList<std::pair<SecretAttributes, QByteArray>> items;
     QStringList calls;
@@ -44,9 +60,27 @@ public:
 
 private:
     void take(const QDBusMessage& call) override {
-        calls += call.member();
-        send(call.createReply(
-            rubbishMethods.contains(call.member()) ? rubbish : answer(call.member(), call.arguments())));
+        const QString method = call.member();
+        calls += method;
+        if (method == u"isOpen" && (kind != Kind::kwallet || call.path() != u"/modules/kwalletd5"))
+            send(call.createErrorReply(QDBusError::UnknownMethod, {}));
+        else
+            send(call.createReply(
+                rubbishMethods.contains(method) ? rubbish : answer(method, call.arguments())));
+        if (method == u"Prompt" && m_prompted && user != User::isAway)
+            complete(user == User::confirms ? m_prompted() : QString());
+    }
+    /// @param result empty if the user has declined
+    void complete(const QString& result) {
+        signal(m_prompt, u"org.freedesktop.Secret.Prompt"_s, u"Completed"_s,
+            {result.isEmpty(), variant(object(result.isEmpty() ? u"/"_s : result))});
+    }
+    /// Does it at once, or leaves it to a prompt.
+    QVariantList byPrompt(const std::function<QString()>& act) {
+        if (kind != Kind::keepassxc)
+            return {object(act()), object(u"/"_s)};
+        m_prompted = act;
+        return {object(u"/"_s), object(m_prompt)};
     }
     QVariantList answer(const QString& method, const QVariantList& arguments) {
         if (method == u"OpenSession") {
@@ -56,12 +90,14 @@ private:
         if (method == u"ReadAlias")
             return {object(arguments.value(0) == u"default"_s && hasCollection ? m_collection : u"/"_s)};
         if (method == u"Get")
-            return {variant(isLocked)};
+            return {arguments.value(1) == u"Label"_s ? variant(u"kdewallet"_s) : variant(isLocked)};
+        if (method == u"isOpen")
+            return {isWalletOpen && arguments.value(0) == u"kdewallet"_s};
         if (method == u"SearchItems") {
             QList<QDBusObjectPath> unlocked;
             QList<QDBusObjectPath> locked;
             const auto wanted = qdbus_cast<SecretAttributes>(arguments.value(0));
-            if (items.value(0).first == wanted && !(isLocked && isReticent))
+            if (items.value(0).first == wanted && !(isLocked && kind == Kind::keepassxc))
                 (isLocked ? locked : unlocked) += QDBusObjectPath(m_item);
             return {QVariant::fromValue(unlocked), QVariant::fromValue(locked)};
         }
@@ -75,27 +111,42 @@ private:
             const auto attributes =
                 qdbus_cast<SecretAttributes>(properties.value(u"org.freedesktop.Secret.Item.Attributes"_s));
             EXPECT_EQ(arguments.value(2), true) << "one key, however often it is changed";
-            items = {{attributes, qdbus_cast<SecretValue>(arguments.value(1)).value}};
-            return {object(m_item), object(u"/"_s)};
+            const QByteArray value = qdbus_cast<SecretValue>(arguments.value(1)).value;
+            return byPrompt([=, this] {
+                items = {{attributes, value}};
+                return m_item;
+            });
         }
         if (method == u"Delete")
-            items.clear();
+            return byPrompt([this] {
+                items.clear();
+                return u"/"_s;
+            }).last(1);
         if (method == u"Unlock") {
             const auto objects = qdbus_cast<QList<QDBusObjectPath>>(arguments.value(0));
             EXPECT_EQ(objects.size(), 1);
             EXPECT_TRUE(objects.value(0).path().startsWith(m_collection));
+            m_prompted = nullptr;
+            if (isWalletOpen)
+                m_prompted = [this] {
+                    isLocked = false;
+                    return u"/"_s;
+                };
             return {QVariant::fromValue(QList<QDBusObjectPath>()), object(m_prompt)};
         }
         return {object(u"/"_s)};
     }
 
-    const QString m_session = QLatin1String(SecretService::path) + u"/session/1"_s;
-    const QString m_collection = QLatin1String(SecretService::path) + u"/collection/login"_s;
+    static inline const QString m_path = QLatin1String(SecretServiceCalls::path);
+    const QString m_session = m_path + u"/session/1"_s;
+    const QString m_collection = m_path + u"/collection/login"_s;
     const QString m_item = m_collection + u"/1"_s;
-    const QString m_prompt = QLatin1String(SecretService::path) + u"/prompt/1"_s;
+    const QString m_prompt = m_path + u"/prompt/1"_s;
+    std::function<QString()> m_prompted;  ///< what the prompt will do, and its result
 };
 
 struct SecretServiceTest : testing::Test {
+    using Kind = ScriptedSecretService::Kind;
     using Found = std::pair<Answer, QString>;
 
     SecretServiceTest() {
@@ -114,11 +165,11 @@ struct SecretServiceTest : testing::Test {
     Found found() {
         return answerTo([this](auto done) { keeper.find(done); });
     }
-    Answer kept(const QString& secret) {
-        return answerTo([&](auto done) { keeper.keep(secret, done); }).first;
+    Answer kept(const QString& secret, Prompting prompting = Prompting::may) {
+        return answerTo([&](auto done) { keeper.keep(secret, prompting, done); }).first;
     }
-    Answer forgotten() {
-        return answerTo([this](auto done) { keeper.forget(done); }).first;
+    Answer forgotten(Prompting prompting = Prompting::may) {
+        return answerTo([&](auto done) { keeper.forget(prompting, done); }).first;
     }
 
     DebugLogFile log;
@@ -153,9 +204,9 @@ TEST_F(SecretServiceTest, a_secret_is_kept_found_replaced_and_forgotten_once_the
 TEST_F(SecretServiceTest, a_locked_collection_is_left_alone_until_the_user_is_there) {
     ScriptedSecretService service(bus.connect());
     ASSERT_EQ(kept(u"sk"_s), Answer::done);
-    for (const bool isReticent : {false, true}) {
-        SCOPED_TRACE(isReticent);
-        service.isReticent = isReticent;
+    for (const Kind kind : {Kind::gnome, Kind::kwallet, Kind::keepassxc}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        service.kind = kind;
         service.isLocked = true;
         service.calls.clear();
         EXPECT_EQ(kept(u"sk-2"_s), Answer::locked);
@@ -171,6 +222,60 @@ TEST_F(SecretServiceTest, a_locked_collection_is_left_alone_until_the_user_is_th
         ASSERT_TRUE(eventually([&] { return changes == before + 1; }));
         EXPECT_EQ(found(), Found(Answer::done, u"sk"_s));
     }
+}
+
+TEST_F(SecretServiceTest, an_open_wallet_is_used_although_its_collection_is_called_locked) {
+    ScriptedSecretService service(bus.connect());
+    ASSERT_TRUE(eventually([&] { return changes == 1; }));
+    service.kind = Kind::kwallet;
+    service.isLocked = true;
+    EXPECT_EQ(kept(u"sk"_s, Prompting::mustNot), Answer::locked);
+    service.openWallet();
+    ASSERT_TRUE(eventually([&] { return changes == 2; }));
+    EXPECT_EQ(kept(u"sk"_s, Prompting::mustNot), Answer::done);
+    for (const bool isFound : {true, false}) {
+        service.isLocked = true;
+        EXPECT_EQ(found(), isFound ? Found(Answer::done, u"sk"_s) : Found(Answer::absent, QString()));
+        service.isLocked = true;
+        EXPECT_EQ(forgotten(Prompting::mustNot), Answer::done);
+    }
+    service.isLocked = true;
+    service.user = ScriptedSecretService::User::declines;
+    EXPECT_EQ(found().first, Answer::locked) << "it was closed in that moment";
+
+    const QTemporaryDir folder;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
+    const auto restore = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
+    writeFile(folder.filePath(u"kwalletrc"_s), "[Wallet]\nPrompt on Open=true\n");
+    service.calls.clear();
+    EXPECT_EQ(found().first, Answer::locked);
+    EXPECT_FALSE(service.calls.contains(u"Unlock"_s)) << "the user would be asked";
+}
+
+TEST_F(SecretServiceTest, prompts_are_run_only_when_the_user_has_just_changed_the_key) {
+    std::optional<ScriptedSecretService> service(bus.connect());
+    service->kind = Kind::keepassxc;
+    EXPECT_EQ(kept(u"sk"_s, Prompting::mustNot), Answer::locked);
+    EXPECT_EQ(kept(u"sk"_s), Answer::done);
+    EXPECT_EQ(found(), Found(Answer::done, u"sk"_s));
+    EXPECT_EQ(service->calls.count(u"Prompt"_s), 1);
+
+    EXPECT_EQ(forgotten(Prompting::mustNot), Answer::locked);
+    service->user = ScriptedSecretService::User::declines;
+    EXPECT_EQ(forgotten(), Answer::locked);
+    EXPECT_EQ(found(), Found(Answer::done, u"sk"_s));
+    service->user = ScriptedSecretService::User::confirms;
+    EXPECT_EQ(forgotten(), Answer::done);
+    EXPECT_TRUE(service->items.isEmpty());
+
+    service->user = ScriptedSecretService::User::isAway;
+    service->calls.clear();
+    std::optional<Answer> ended;
+    keeper.keep(
+        u"sk"_s, Prompting::may, [&](Answer answer) { ended = answer; });
+    ASSERT_TRUE(eventually([&] { return service->calls.contains(u"Prompt"_s); }));
+    service.reset();
+    EXPECT_TRUE(eventually([&] { return ended == Answer::locked; })) << "the service has ended";
 }
 
 TEST_F(SecretServiceTest, an_answer_of_another_form_is_none) {

@@ -1,7 +1,10 @@
 #include <csignal>
 #include <future>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "common/text_limit.h"
+#include "platform/linux/bus/sandbox_id.h"
 #include "platform/linux/bus/session_service.h"
 #include "platform/linux/desktop/text_scale.h"
 #include "platform/linux/process/end_signals.h"
@@ -73,6 +76,18 @@ TEST(SessionBus, that_was_started_anew_has_the_name_again_and_a_missing_one_is_n
         return caller.interface()->isServiceRegistered(QLatin1String(SessionService::name)).value();
     }));
     EXPECT_EQ(SessionService(QDBusConnection(u"nowhere"_s)).claim(), Claim::noSessionBus);
+}
+
+TEST(SandboxId, is_what_the_sandbox_says_and_a_pipe_in_its_place_is_not_waited_for) {
+    const QTemporaryDir folder;
+    const auto idIn = [](const QString& path) { return sandboxId(path.toLocal8Bit()); };
+    EXPECT_EQ(idIn(writeFile(folder.filePath(u"info"_s),
+                  "[Context]\nname=no\n[Application]\nname=org.example.App\nruntime=x\n")),
+        u"org.example.App"_s);
+    const QString pipe = folder.filePath(u"pipe"_s);
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    EXPECT_EQ(idIn(pipe), QString());
+    EXPECT_EQ(sandboxId(getpid()), QString());
 }
 
 sighandler_t handlerOf(int number) {

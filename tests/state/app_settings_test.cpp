@@ -240,12 +240,13 @@ TEST_F(AppSettingsTest, a_key_of_the_users_over_plain_http_wants_consent_once_fo
     settings.apiKey = u"sk-mine"_s;
     for (const QString& safe : {u"https://ai.example.com/v1"_s, u"http://localhost:11434/v1"_s,
              u"http://127.0.0.1/v1"_s, u"http://[::1]:80"_s, u"http://[::ffff:127.0.0.1]"_s,
-             u"http://LocalHost./v1"_s, u"http://ai.localhost"_s, u"no address"_s}) {
+             u"http://LocalHost/v1"_s, u"http://ai.localhost"_s, u"no address"_s}) {
         settings.baseURL = safe;
         EXPECT_FALSE(settings.wouldExposeKey()) << safe.toStdString();
     }
-    for (const QString& bare : {u" http://ai.example.com/v1"_s, u"HTTP://192.168.0.2:8080/v1"_s,
-             u"http://127.0.0.1.example.com"_s, u"http://127.0.0.x1"_s, u"http://localhost.example.com"_s}) {
+    for (const QString& bare :
+        {u" http://ai.example.com/v1"_s, u"HTTP://192.168.0.2:8080/v1"_s, u"http://127.0.0.1.example.com"_s,
+            u"http://127.0.0.x1"_s, u"http://localhost.example.com"_s, u"http://localhost./v1"_s}) {
         settings.baseURL = bare;
         EXPECT_TRUE(settings.wouldExposeKey()) << bare.toStdString();
     }

@@ -11,6 +11,7 @@ namespace tralio {
 namespace {
 
 using Answer = SecretKeeper::Answer;
+using Prompting = SecretKeeper::Prompting;
 
 const QString apiKey = AppSettings::apiKeyKey.toString();
 const StoredValue marker = true;
@@ -19,11 +20,13 @@ const StoredValue marker = true;
 class FakeKeeper final : public SecretKeeper {
 public:
     void find(std::function<void(Answer, const QString&)> then) override { m_found = std::move(then); }
-    void keep(const QString& secret, std::function<void(Answer)> then) override {
+    void keep(const QString& secret, Prompting prompting, std::function<void(Answer)> then) override {
         handed += secret;
+        lastPrompting = prompting;
         m_kept = std::move(then);
     }
-    void forget(std::function<void(Answer)> then) override {
+    void forget(Prompting prompting, std::function<void(Answer)> then) override {
+        lastPrompting = prompting;
         if (!isLocked)
             kept.reset();
         then(isLocked ? Answer::locked : Answer::done);
@@ -41,6 +44,7 @@ public:
     bool isLocked = false;
     std::optional<QString> kept;
     QStringList handed;
+    std::optional<Prompting> lastPrompting;
 
 private:
     std::function<void(Answer, const QString&)> m_found;
@@ -98,10 +102,13 @@ TEST_F(SecretKeyValueStoreTest, a_key_moves_to_an_open_keeper_and_is_awaited_at_
     // One that has lost it: the user is asked for a key, and the marker makes no trouble.
     keeper.answerKeep(Answer::done);
     keeper.kept.reset();
-    start();
-    keeper.answerFind(Answer::absent);
-    EXPECT_FALSE(settings->isKeyAwaited());
-    EXPECT_EQ(key(), QString());
+    for (const Answer answer : {Answer::absent, Answer::done}) {
+        start();
+        keeper.answerFind(answer);
+        EXPECT_FALSE(settings->isKeyAwaited());
+        EXPECT_EQ(key(), QString());
+    }
+    EXPECT_EQ(log.content().count("has lost the key"), 2);
 }
 
 TEST_F(SecretKeyValueStoreTest, a_key_given_up_while_a_keeper_is_slow_is_forgotten_there_whatever_it_says) {
@@ -137,6 +144,10 @@ TEST_F(SecretKeyValueStoreTest, without_a_keeper_or_with_a_locked_one_the_store_
         EXPECT_FALSE(keeper.isAsked()) << "asked again only when something has changed";
     }
     keeper.onChange();
+    EXPECT_EQ(keeper.lastPrompting, Prompting::mustNot);
+    settings->setValue(apiKey, u"sk-new"_s);
+    keeper.answerKeep(Answer::locked);
+    EXPECT_EQ(keeper.lastPrompting, Prompting::may) << "the user has changed it meanwhile";
     keeper.answerKeep(Answer::done);
     EXPECT_EQ(stored(), marker);
 }
@@ -171,7 +182,9 @@ TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locke
         keeper.answerFind(Answer::locked);
         settings->setValue(apiKey, instead);
         EXPECT_FALSE(settings->isKeyAwaited());
+        EXPECT_EQ(keeper.lastPrompting, Prompting::may);
         start();
+        EXPECT_EQ(keeper.lastPrompting, Prompting::mustNot);
         EXPECT_EQ(key(), instead);
         EXPECT_EQ(keeper.kept, u"sk-mine"_s);
         keeper.isLocked = false;

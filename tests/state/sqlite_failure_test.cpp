@@ -276,9 +276,16 @@ TEST_F(SqliteFailureTest, a_preserved_value_is_moved_to_a_key_of_its_own_before_
     }
     store.preserve(u"never stored"_s);
     store.setValue(u"never stored"_s, true);
-    EXPECT_EQ(OtherConnection(path()).query(
-                  "SELECT group_concat(key || '=' || value) FROM (SELECT * FROM entries ORDER BY key)"),
-        "history=third,history.damaged-1=first,history.damaged-2=second,never stored=1");
+    const auto entries = [this] {
+        return OtherConnection(path()).query(
+            "SELECT group_concat(key || '=' || value) FROM (SELECT * FROM entries ORDER BY key)");
+    };
+    EXPECT_EQ(entries(), "history=third,history.damaged-1=first,history.damaged-2=second,never stored=1");
+
+    EXPECT_EQ(OtherConnection(path()).query("DELETE FROM entries WHERE key = 'history.damaged-1'"), "");
+    store.preserve(u"history"_s);
+    store.setValue(u"history"_s, QByteArray("fourth"));
+    EXPECT_EQ(entries(), "history=fourth,history.damaged-1=third,history.damaged-2=second,never stored=1");
 }
 
 }  // namespace

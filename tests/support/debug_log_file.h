@@ -8,7 +8,7 @@
 
 namespace tralio {
 
-/// A debug log of one test's own.
+/// A debug log for one test.
 class DebugLogFile final {
 public:
     DebugLogFile() { setDebugLogPath(path()); }
@@ -17,7 +17,7 @@ public:
 
     [[nodiscard]] QByteArray content() const { return contentOf(path()); }
 
-    /// The messages, without their time stamps.
+    /// The messages, without time stamps.
     [[nodiscard]] QStringList messages() const {
         QStringList messages;
         for (const QString& line : QString::fromUtf8(content()).split(u'\n', Qt::SkipEmptyParts))

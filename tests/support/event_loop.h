@@ -6,11 +6,11 @@
 
 namespace tralio {
 
-/// Runs the event loop until `condition` holds; false if it never does.
+/// Runs the event loop until `condition` holds; false if it does not within the time limit.
 template <typename Condition>
 [[nodiscard]] bool eventually(Condition condition) {
     const QDeadlineTimer deadline(20'000);
-    QTimer heartbeat;  // the condition may come true without an event on this thread
+    QTimer heartbeat;  // the condition may become true without an event on this thread
     heartbeat.start(5);
     while (!condition()) {
         if (deadline.hasExpired())
@@ -21,7 +21,7 @@ template <typename Condition>
     return true;
 }
 
-/// Lets happen what has been put off to the next turn of the event loop; false if that turn never comes.
+/// Processes what was deferred to the next turn of the event loop; false if that turn never comes.
 [[nodiscard]] inline bool nextTurn() {
     QObject marker;
     bool passed = false;

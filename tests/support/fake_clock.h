@@ -10,7 +10,7 @@
 
 namespace tralio {
 
-/// A clock that stands still until a test moves it.
+/// A clock that advances only when a test says so.
 class FakeClock final : public Clock {
 public:
     using Clock::after;
@@ -22,7 +22,8 @@ public:
         add(interval, context, std::move(action), interval);
     }
 
-    /// Moves time forward and runs what falls due, in order of its time, also what that schedules in turn.
+    /// Advances the time and runs the calls that fall due, in order of their times, including calls that they
+    /// schedule.
     void advance(std::chrono::milliseconds by) {
         const auto until = m_now + by;
         while (!m_calls.empty() && m_calls.begin()->first <= until)
@@ -30,8 +31,8 @@ public:
         m_now = until;
     }
 
-    /// Time passes while this process stands still, as in a suspension: what has fallen due runs once, late,
-    /// and nothing of what that schedules.
+    /// Advances the time as when the machine was suspended: calls that have fallen due run once, late, and
+    /// none that they schedule.
     void standStill(std::chrono::milliseconds time) {
         m_now += time;
         while (!m_calls.empty() && m_calls.begin()->first < m_now)
@@ -41,7 +42,7 @@ public:
     /// The time by this clock.
     [[nodiscard]] std::chrono::milliseconds now() const { return m_now; }
 
-    /// The number of calls that still wait for their time.
+    /// The number of calls still waiting.
     [[nodiscard]] qsizetype pending() const {
         return std::ranges::count_if(
             m_calls, [](const auto& entry) { return !entry.second.context.isNull(); });
@@ -50,8 +51,9 @@ public:
 private:
     struct Call {
         QPointer<QObject> context;
-        std::shared_ptr<std::function<void()>> action;  ///< shared, for what a repeated action remembers
-        std::chrono::milliseconds interval;             ///< zero for a call that runs once
+        /// Shared, so that a repeated action keeps its captured state.
+        std::shared_ptr<std::function<void()>> action;
+        std::chrono::milliseconds interval;  ///< zero for a call that runs once
     };
 
     void add(std::chrono::milliseconds delay, QObject* context, std::function<void()> action,
@@ -60,7 +62,7 @@ private:
             Call{context, std::make_shared<std::function<void()>>(std::move(action)), interval});
     }
 
-    /// Takes out the next call and runs it; one that repeats comes again after its interval.
+    /// Removes the next call and runs it; a repeating one is scheduled again after its interval.
     void runNext() {
         auto node = m_calls.extract(m_calls.begin());
         m_now = std::max(m_now, node.key());

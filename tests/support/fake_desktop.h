@@ -49,12 +49,12 @@ struct FakeHotKeyPlatform final : HotKeyPlatform {
     EventHandler handler;
     StatusHandler statusHandler;
     bool userAsked = false;
-    HotKeyStatus nextStatus = HotKeyStatus::registered;  ///< refuses one registration when it is another
+    HotKeyStatus nextStatus = HotKeyStatus::registered;  ///< refuses one registration if set to another
     std::map<HotKeyRef, Request> registered;
     quint64 lastRef = 0;
 };
 
-/// An element tree written down as data. A default one answers nothing.
+/// An element tree given as data. A default-constructed element answers nothing.
 struct FakeElement {
     bool holdsPassword = false;
     std::optional<QString> selectedText{};
@@ -80,7 +80,7 @@ public:
     std::optional<FakeElement> focused;
     std::optional<FakeElement> bar;
     std::vector<qint32> asked;
-    QStringList pressed;  ///< titles, also of presses that failed
+    QStringList pressed;  ///< titles of all pressed items, including failed presses
     std::function<void()> onPress;
 
 private:
@@ -148,7 +148,7 @@ struct FakePasteboard final : Pasteboard {
     QCoro::Task<Picture> picture() override {
         if (const auto held = owner)
             co_await held->future();
-        co_return Picture(shown);  // which is moved from
+        co_return Picture(shown);  // a copy, since it is moved from
     }
     std::optional<bool> isConcealed() override {
         if (silences-- > 0)
@@ -170,15 +170,15 @@ struct FakePasteboard final : Pasteboard {
     std::optional<QString> content;
     std::optional<QString> selected;
     QString own;
-    std::function<void()> onRead;  ///< just after the content was read
+    std::function<void()> onRead;  ///< called just after the content was read
     Picture shown;
-    std::shared_ptr<QPromise<void>> owner;  ///< of the picture, if it needs time
+    std::shared_ptr<QPromise<void>> owner;  ///< if set, the picture takes until its owner finishes this
     bool concealed = false;
-    int silences = 0;  ///< how often its owner does not say that
+    int silences = 0;  ///< how often the owner does not answer that question
 };
 
 struct FakeKeyEventPoster final : KeyEventPoster {
-    /// Where an event went; process 0 stands for everybody.
+    /// The target of an event; process 0 stands for all applications.
     using Posted = std::pair<qint32, KeyEvent>;
 
     bool canPost() const override { return isGranted; }

@@ -7,13 +7,13 @@
 
 namespace tralio {
 
-/// Empty where there is no such file.
+/// The content of a file; empty if there is no such file.
 [[nodiscard]] inline QByteArray contentOf(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Writes a file for its owner to read, write and run, with the folders that lead to it. Gives its path.
+/// Writes a file that its owner may read, write and execute, creating folders as needed. Returns its path.
 inline QString writeFile(const QString& path, const QByteArray& content) {
     QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
@@ -23,7 +23,8 @@ inline QString writeFile(const QString& path, const QByteArray& content) {
     return path;
 }
 
-/// Runs a program that the tests need to its end, and gives its output. One that fails ends the tests.
+/// Runs a program that the tests need to its end, and returns its output. If it fails, the test program is
+/// aborted.
 inline QByteArray runToEnd(const QString& program, const QStringList& arguments, const QString& folder = {},
     const QByteArray& input = {}) {
     QProcess process;

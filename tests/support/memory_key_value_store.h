@@ -9,7 +9,7 @@
 
 namespace tralio {
 
-/// A store that keeps its values in memory and remembers every write, in order.
+/// A store that keeps its values in memory and records every write, in order.
 struct MemoryKeyValueStore : KeyValueStore {
     explicit MemoryKeyValueStore(std::map<QString, StoredValue> values = {}) : values(std::move(values)) {}
 

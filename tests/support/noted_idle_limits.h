@@ -6,7 +6,7 @@
 
 namespace tralio {
 
-/// Passes requests on, and notes how long each may be silent.
+/// Forwards requests, and records how long each may be silent.
 class NotedIdleLimits final : public HttpClient {
 public:
     explicit NotedIdleLimits(HttpClient& client) : m_client(client) {}

@@ -8,7 +8,7 @@
 
 namespace tralio {
 
-/// The bytes of a picture file, as another program would give them.
+/// The bytes of a picture file, as another program would provide them.
 [[nodiscard]] inline QByteArray fileOf(const QImage& image, const char* format = "PNG") {
     QByteArray bytes;
     QBuffer file(&bytes);
@@ -21,7 +21,7 @@ namespace tralio {
     return std::make_shared<MemoryFile>(fileOf(image));
 }
 
-/// A text, one line below the other, as a screen would show it.
+/// Draws the lines of a text below each other, as a screen shows them.
 [[nodiscard]] inline QImage drawn(const QStringList& lines, double ratio = 1, QColor ink = Qt::black,
     QColor paper = Qt::white, const QString& family = QStringLiteral("Noto Sans")) {
     QImage image(qRound(480 * ratio), qRound((20 + 30 * static_cast<double>(lines.size())) * ratio),

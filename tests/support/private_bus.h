@@ -8,7 +8,8 @@
 
 namespace tralio {
 
-/// Lets the bus whose configuration is in that folder, which may run, start these as well from now on.
+/// From now on, also lets the bus configured in `folder` start these services; the bus may be running
+/// already.
 inline void offerServices(const QString& folder, const QStringList& services) {
     for (const QString& service : services) {
         const QString file = QStringLiteral("/%1.service").arg(service);
@@ -17,9 +18,8 @@ inline void offerServices(const QString& folder, const QStringList& services) {
     }
 }
 
-/// Writes into `folder` the configuration of a message bus that starts, of the services that this machine
-/// has, those with the names given and no others: what else is installed must not join in a test. Gives its
-/// path.
+/// Writes to `folder` the configuration of a message bus that can start only the named services of this
+/// machine: others must not take part in a test. Returns its path.
 [[nodiscard]] inline QString writeBusConfiguration(const QString& folder, const QStringList& services) {
     QDir().mkpath(folder + QStringLiteral("/services"));
     offerServices(folder, services);
@@ -41,7 +41,7 @@ inline void offerServices(const QString& folder, const QStringList& services) {
 )");
 }
 
-/// A message bus of one test's own, with as many connections to it as the test wants. It starts no services.
+/// A message bus for one test, with any number of connections. It starts no services.
 class PrivateBus final {
 public:
     PrivateBus() {
@@ -61,7 +61,7 @@ public:
         m_daemon.waitForFinished();
     }
 
-    /// One more connection, as one more program would have.
+    /// Opens one more connection, as another program would.
     [[nodiscard]] QDBusConnection connect() {
         m_connections += QUuid::createUuid().toString();
         return QDBusConnection::connectToBus(m_address, m_connections.last());

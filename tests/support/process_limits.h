@@ -10,9 +10,9 @@
 
 namespace tralio {
 
-/// Whether no core of a process of ours is dumped, wherever the machine sends them. A limit of 0 keeps them
-/// out of files only; one of 1 byte is too small for any file, and is what the kernel takes for "none" where
-/// a pipe gets them.
+/// Whether the process dumps no core, wherever the machine sends cores. A limit of 0 only prevents files; a
+/// limit of 1 byte is too small for any file, and is what the kernel takes for "none" where cores go to a
+/// pipe.
 inline bool dumpsNoCore(qint64 process) {
     rlimit ours{};
     rlimit limit{};
@@ -21,7 +21,7 @@ inline bool dumpsNoCore(qint64 process) {
         limit.rlim_cur == std::min<rlim_t>(1, ours.rlim_max);
 }
 
-/// While one of these lives, no file of this process can grow past a size: as on a disk that is full.
+/// While it exists, no file of this process can grow beyond a size, as on a full disk.
 class FileSizeLimit final {
 public:
     explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
@@ -43,7 +43,8 @@ private:
 
 inline constexpr uid_t nobody = 65534;
 
-/// Made before anything else in a process that root has started, turns it into an ordinary user's for good.
+/// Turns a process that was started by root into an ordinary user's for good. Construct it before anything
+/// else.
 class OrdinaryProcess final {
 public:
     OrdinaryProcess() {
@@ -54,8 +55,8 @@ public:
     }
 };
 
-/// While one of these lives, a test that was started by root has an ordinary user's rights: to root no file
-/// is read-only, and nothing would fail.
+/// While it exists, a test run by root has an ordinary user's rights: for root no file is read-only, and no
+/// access fails.
 class OrdinaryUser final {
 public:
     OrdinaryUser() {
@@ -67,7 +68,7 @@ public:
     ~OrdinaryUser() {
         if (seteuid(m_uid) != 0)
             std::abort();
-        // Changing the user made the process unreadable to the leak check that runs at its end.
+        // The change of user made the process unreadable to the leak check at its end.
         prctl(PR_SET_DUMPABLE, 1);
     }
 

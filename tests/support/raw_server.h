@@ -15,9 +15,9 @@
 
 namespace tralio {
 
-/// Has a socket listen on this machine alone, at any port where it is 0. The port.
+/// Makes a socket listen on the loopback interface, at any free port if `port` is 0. Returns the port.
 inline quint16 listenOnLoopback(int listener, int family, quint16 port, int queue) {
-    // The two kinds of addresses have the port at one place.
+    // The port is at the same offset in both address types.
     sockaddr_in6 address{};
     auto& four = reinterpret_cast<sockaddr_in&>(address);
     auto* generic = reinterpret_cast<sockaddr*>(&address);
@@ -34,17 +34,17 @@ inline quint16 listenOnLoopback(int listener, int family, quint16 port, int queu
     return ntohs(address.sin6_port);
 }
 
-/// A server on loopback that sends what a test writes down, byte by byte, and counts for itself what it was
-/// sent. Each connection is served by a script, on a thread of its own.
+/// A loopback server that sends exactly the bytes that a test specifies, and counts what it received. A
+/// script serves each connection, on a thread of its own.
 class RawServer final {
 public:
     struct Connection {
         RawServer& server;
         const int socket;
-        const int number;  ///< from 1, as they came
+        const int number;  ///< from 1, in the order of arrival
         QByteArray unread{};
 
-        /// A whole request, its body included; empty when the peer has gone.
+        /// Reads a whole request, including its body; empty if the peer has closed the connection.
         QByteArray readRequest() {
             for (;;) {
                 const qsizetype end = unread.indexOf("\r\n\r\n");
@@ -75,12 +75,12 @@ public:
             }
         }
         void wait(std::chrono::milliseconds time) const { std::this_thread::sleep_for(time); }
-        /// Ends with a reset instead of an ordinary end.
+        /// Closes with a TCP reset instead of an orderly end.
         void reset() const {
             const linger now{1, 0};
             setsockopt(socket, SOL_SOCKET, SO_LINGER, &now, sizeof(now));
         }
-        /// Until the peer ends the connection.
+        /// Waits until the peer closes the connection.
         void waitForEnd() const {
             char bytes[1 << 12];
             while (recv(socket, bytes, sizeof(bytes), 0) > 0) {
@@ -111,7 +111,7 @@ public:
 
     [[nodiscard]] quint16 port() const { return m_port; }
     [[nodiscard]] int connections() const { return m_connections; }
-    /// POSTs that have been read to their end.
+    /// The number of POST requests read to their end.
     [[nodiscard]] int posts() const { return m_posts; }
 
 private:

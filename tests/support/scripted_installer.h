@@ -13,7 +13,7 @@
 
 namespace tralio {
 
-/// A machine that an update finds as the test says, and on which nothing is installed.
+/// An Installer for a machine in the state that the test sets; nothing is installed.
 class ScriptedInstaller final : public Installer {
 public:
     bool isPackaged() const override { return packaged; }
@@ -37,16 +37,16 @@ public:
     }
 
     bool packaged = false;
-    // What goes wrong, in words.
+    // Faults, as error messages.
     std::optional<QString> programFault;
     std::optional<QString> signatureFault;
     std::optional<QString> archiveFault;
     std::optional<QString> startFault;
 
-    std::shared_ptr<QPromise<void>> checking;  ///< if the check takes time
-    QString checkedSignature;                  ///< of what, which, and of whose key
+    std::shared_ptr<QPromise<void>> checking;  ///< if set, the check takes until it is finished
+    QString checkedSignature;                  ///< file, signature and key of the last check
     QString checkedArchive;
-    QStringList scripts;  ///< that were run
+    QStringList scripts;  ///< the scripts that were run
 
 private:
     static void failWith(const std::optional<QString>& fault) {

@@ -11,7 +11,7 @@
 namespace tralio {
 namespace {
 
-/// The first request in `data` and the number of bytes it takes; nothing while it is not complete.
+/// The first request in `data` and its size in bytes; nothing while it is incomplete.
 std::optional<std::pair<StandInModel::Request, qsizetype>> parseRequest(const QByteArray& data) {
     const qsizetype headSize = data.indexOf("\r\n\r\n");
     if (headSize < 0)

@@ -21,16 +21,16 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-/// What the stand-in sends back for one request, and how well it behaves while it does.
+/// The stand-in's reply to one request, and how it is delivered.
 struct StandInReply {
     using Header = std::pair<QByteArray, QByteArray>;
 
     enum class Delivery {
-        whole,          ///< as a good server would
-        held,           ///< nothing at all, until the test sends it on
-        trickled,       ///< the head at once, the body byte by byte as the test says
-        endless,        ///< the body is followed by blanks for ever
-        withoutStatus,  ///< the body alone, where a status line should be, and the connection closed
+        whole,          ///< correctly
+        held,           ///< nothing at all until the test sends it
+        trickled,       ///< the head at once, the body byte by byte when the test says so
+        endless,        ///< blanks follow the body for ever
+        withoutStatus,  ///< the body where a status line should be, then the connection is closed
     };
 
     int status = 200;
@@ -47,7 +47,7 @@ struct StandInReply {
         head += "Content-Type: application/json\r\n";
         for (const auto& [name, value] : headers)
             head += name + ": " + value + "\r\n";
-        // An endless body has no length to announce; it would last until the connection closes.
+        // An endless body cannot announce a length; it lasts until the connection closes.
         if (delivery != Delivery::endless)
             head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
         return head + "\r\n";
@@ -60,7 +60,7 @@ struct StandInReply {
     [[nodiscard]] static StandInReply redirect(int status, const QByteArray& location) {
         return {status, {}, {{"Location", location}}};
     }
-    /// A good reply of a model.
+    /// A successful reply of a model.
     [[nodiscard]] static StandInReply translation(const QString& text) {
         const QJsonObject message{{u"role"_s, u"assistant"_s}, {u"content"_s, text}};
         const QJsonObject choice{{u"index"_s, 0}, {u"message"_s, message}, {u"finish_reason"_s, u"stop"_s}};
@@ -71,14 +71,14 @@ struct StandInReply {
         const QByteArray plain = translation(text).body;
         return {200, runToEnd(u"gzip"_s, {u"-c"_s}, {}, plain), {{"Content-Encoding", "gzip"}}};
     }
-    /// An error as providers send it.
+    /// An error, in the form that providers send.
     [[nodiscard]] static StandInReply error(int status, const QString& message) {
         return withJson(status, {{u"error"_s, QJsonObject{{u"message"_s, message}}}});
     }
 };
 
-/// The stand-in: a small HTTP server on loopback in the place of a model. It speaks the chat-completions
-/// protocol, keeps every request it gets, and misbehaves in the ways that servers on the Internet do.
+/// The stand-in: a small HTTP server on loopback that replaces a model. It speaks the chat-completions
+/// protocol, records every request, and can misbehave in the ways that servers on the Internet do.
 ///
 ///     StandInModel standIn;
 ///     standIn.translatesTo(u"Xin chào"_s);
@@ -95,9 +95,9 @@ public:
         QByteArray target;  ///< the path, or the whole URL if the stand-in is used as a proxy
         QList<StandInReply::Header> headers;
         QByteArray body;
-        QJsonObject json;  ///< the body, or empty if it is no JSON object
+        QJsonObject json;  ///< the body; empty unless it is a JSON object
 
-        /// The value of a header, whatever its name's case; null if it was not sent.
+        /// The value of a header, by case-insensitive name; null if it was not sent.
         [[nodiscard]] QByteArray header(const QByteArray& name) const;
         /// The content of the last message: the text to translate.
         [[nodiscard]] QString userText() const;
@@ -109,10 +109,10 @@ public:
     ~StandInModel() override;
 
     [[nodiscard]] quint16 port() const { return m_port; }
-    /// What to enter as the base URL to reach the stand-in.
+    /// The base URL of the stand-in.
     [[nodiscard]] QString baseURL() const { return u"http://127.0.0.1:%1/v1"_s.arg(m_port); }
 
-    /// From now on, replies in this way to every request.
+    /// Sets the reply to all further requests.
     void translatesTo(const QString& translation) { replies(StandInReply::translation(translation)); }
     void translatesBy(std::function<QString(const Request&)> translate) {
         repliesBy([=](const Request& request) { return StandInReply::translation(translate(request)); });
@@ -122,10 +122,10 @@ public:
     }
     void repliesBy(std::function<StandInReply(const Request&)> reply) { m_reply = std::move(reply); }
 
-    /// From now on nobody listens on the port.
+    /// From now on connections are refused.
     void refuseConnections();
 
-    /// Sends the next byte of every reply that is held or trickled, or all that is left of them.
+    /// Send the next byte of every held or trickled reply, or all that is left of them.
     void sendOneByte();
     void sendTheRest();
 

@@ -16,10 +16,10 @@
 #include "support/event_loop.h"
 #include "support/files.h"
 
-// What every test includes: GoogleTest, Qt Core, the everyday parts of the standard library and of this
-// folder, which no test includes again one by one, the matchers and literals in use all over, and how
-// GoogleTest shows Qt's texts when an expectation fails: readable, not as lists of code units. It looks for
-// these beside the types, in the global namespace.
+// Included by every test instead of single headers: GoogleTest, Qt Core, common parts of the standard library
+// and of this folder, and common matchers and literals. Also prints Qt's strings in failed expectations as
+// text and not as lists of code units; GoogleTest finds these functions beside the types, in the global
+// namespace.
 
 inline void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';

@@ -9,7 +9,7 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
-/// A server of openssl's, with a certificate of the authority that its clients trust, or of nobody.
+/// An `openssl s_server`, with a certificate of the authority that its clients trust, or of an unknown one.
 class TlsServer {
 public:
     TlsServer(const QTemporaryDir& folder, const QStringList& options) {
@@ -35,7 +35,7 @@ public:
     QString url;
 };
 
-/// An authority, and certificates of its own for this machine: a good one, an expired one, and one for
+/// Makes an authority, and certificates by it for this machine: a valid one, an expired one, and one for
 /// another host.
 inline void makeCertificates(const QTemporaryDir& folder) {
     runToEnd(u"sh"_s,

@@ -139,6 +139,12 @@ TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that
     EXPECT_THAT(news(), IsEmpty());
     translate(u"done"_s);
     EXPECT_THAT(news(), ElementsAre(u"Bản dịch:"_s));
+    window().hide();
+    window().show();
+    EXPECT_THAT(news(), IsEmpty()) << "told again at every opening";
+    press(Qt::Key_Return);
+    wait([this] { return model.requests().size() == 2 && !news().isEmpty(); });
+    EXPECT_THAT(news(), ElementsAre(u"Bản dịch:"_s)) << "also the same once more";
 
     model.replies(StandInReply::error(500, u"quá tải"_s));
     press(Qt::Key_Return);

@@ -158,7 +158,10 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
 
     // A region that was drawn overtakes what was dropped, and one whose drawing was cancelled not.
+    const auto held = recognizer.hold = std::make_shared<QPromise<void>>();
+    held->start();
     panel->performOCR(picture(), AutoTranslate::no);
+    recognizer.hold.reset();
     for (const bool draws : {false, true}) {
         region.draws = draws;
         panel->captureScreenAndTranslate();
@@ -168,7 +171,28 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
         ASSERT_TRUE(nextTurn());
         EXPECT_EQ(recognizer.stops[3].stop_requested(), draws);
     }
+    held->finish();
     ASSERT_TRUE(recognitionEnds());
+
+    // So does a text, and a picture overtakes a file that is not read yet.
+    desktop.pasteboard.copy(u"pasted"_s);
+    const auto paste = [this] { panel->pasteFromClipboard(AutoTranslate::no); };
+    const auto ask = [this] {
+        appState.notice = u"said"_s;
+        appState.requestTranslation(u"asked"_s);
+        EXPECT_EQ(appState.notice(), QString());
+    };
+    for (const auto& come : std::initializer_list<std::function<void()>>{paste, ask}) {
+        panel->performOCR(picture(), AutoTranslate::no);
+        come();
+        EXPECT_TRUE(recognizer.stops.back().stop_requested());
+        ASSERT_TRUE(recognitionEnds());
+        EXPECT_NE(input->text(), u"new"_s);
+    }
+    panel->handleDrop({{.fileURL = file(u"a.txt"_s, "dropped")}});
+    panel->performOCR(picture(), AutoTranslate::no);
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(input->text(), u"new"_s);
 }
 
 TEST_F(

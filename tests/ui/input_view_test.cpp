@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -229,6 +230,20 @@ TEST_F(InputViewTest, lines_stand_twenty_apart_whatever_they_hold) {
     end.movePosition(QTextCursor::End);
     m_view.setTextCursor(end);
     EXPECT_EQ(m_view.cursorRect().top() + m_view.verticalScrollBar()->value(), top + 3 * 20);
+}
+
+TEST_F(InputViewTest, a_text_that_is_dropped_is_copied_though_its_source_would_rather_move_it) {
+    QMimeData dragged;
+    dragged.setText(u"theirs"_s);
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction | Qt::MoveAction, &dragged, Qt::LeftButton,
+        Qt::ShiftModifier);  // which asks for a move
+    QDragEnterEvent enter(
+        QPoint(5, 5), Qt::CopyAction | Qt::MoveAction, &dragged, Qt::LeftButton, Qt::ShiftModifier);
+    QApplication::sendEvent(m_view.viewport(), &enter);
+    drop.setDropAction(Qt::MoveAction);
+    QApplication::sendEvent(m_view.viewport(), &drop);
+    EXPECT_EQ(m_text, u"theirs"_s);
+    EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
 }
 
 TEST(ReadingArea, can_be_selected_and_copied_but_not_changed) {

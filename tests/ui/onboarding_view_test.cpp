@@ -1,10 +1,12 @@
 #include "ui/onboarding/onboarding_view.h"
 
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSignalSpy>
 
 #include "hotkeys/permission_watch.h"
 #include "ui/kit/badge.h"
+#include "ui/kit/scroll_panel.h"
 #include "ui/onboarding/onboarding_state.h"
 #include "ui/onboarding/page_indicator.h"
 #include "ui/onboarding/permission_step.h"
@@ -118,6 +120,12 @@ TEST_F(WalkThrough, the_keyboard_stays_within_it) {
     open();
     click(next);
     focus(next);
+    const auto pages = find<OnboardingView>()->findChildren<ScrollPanel*>();
+    auto* page = *std::find_if(pages.begin(), pages.end(), [](auto* panel) { return panel->isVisible(); });
+    page->widget()->setMinimumHeight(2000);  // as on a screen where it has to be scrolled
+    settle();
+    press(Qt::Key_PageDown);
+    EXPECT_GT(page->verticalScrollBar()->value(), 0);
     QStringList round;
     for (int i = 0; i < 5; ++i) {
         press(Qt::Key_Tab);

@@ -46,7 +46,7 @@ void focus(QWidget& widget) {
     QApplication::sendEvent(&widget, &event);
 }
 
-/// Brings a part into a state by the events that a user would cause.
+/// Puts a control into a state by the events that a user would cause.
 void bringInto(Control& control, State state) {
     switch (state) {
         case State::normal:

@@ -1,8 +1,8 @@
 // Writes a picture of every state of every panel, in the light and in the dark scheme, and of the parts of
 // the kit:
 //     tralio-screenshots FOLDER [--only TEXT] [--accent #rrggbb]
-// At the scale of QT_SCALE_FACTOR, which has to stand before the program begins; the files of another scale
-// than 1 say so in their names.
+// The scale is that of QT_SCALE_FACTOR, to be set in the environment; a scale other than 1 is in the names of
+// the files.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -22,10 +22,10 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace tralio;
 
-/// A picture of a window in which nothing turns.
+/// A picture of a window with its spinners at the start of their turn, which is the same in every run.
 QPixmap stillOf(QWidget& window) {
     for (Spinner* spinner : visibleParts<Spinner>(window)) {
-        spinner->hide();  // and begins anew when it is shown
+        spinner->hide();  // it starts from the beginning when shown again
         spinner->show();
     }
     return window.grab();
@@ -34,7 +34,7 @@ QPixmap stillOf(QWidget& window) {
 QPixmap pictureOfComponents() {
     const std::unique_ptr<QWidget> page(componentsPage());
     page->show();
-    QTest::qWait(900);  // a tooltip is among them
+    QTest::qWait(900);  // long enough for a tooltip to appear
     return stillOf(*page);
 }
 
@@ -47,7 +47,7 @@ QPixmap pictureOf(const Scene& scene) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // Whatever the machine is set to. Times are shown in the time zone and in the way of the locale.
+    // Independent of the machine's settings, since times are shown in the locale's format and time zone.
     qputenv("TZ", "UTC");
     qputenv("LC_ALL", "vi_VN.UTF-8");
     QApplication application(argc, argv);

@@ -11,23 +11,23 @@ namespace tralio {
 
 class Stage;
 
-// What the scenes are played with.
+// What the scenes have in common.
 
 extern const QString input;
 extern const QString output;
 extern const AppUpdateInfo offer;
 
-/// The store's history, with times long past, which look the same on every day.
+/// A stored history with dates long past, which look the same on every day.
 [[nodiscard]] QByteArray history();
 
 void offerUpdate(Stage& stage);
 
-// What the user does beside typing and clicking.
+// User actions other than typing and clicking.
 
 void hover(Stage& stage, QWidget* widget);
-/// Holds a file over the input.
+/// Drags a file over the input without dropping it.
 void dragFileOver(Stage& stage);
-/// Scrolls until the section with this heading stands as far below the top as the first one does.
+/// Scrolls until the section with this heading is as far below the top as the first section is at rest.
 void scrollTo(Stage& stage, const QString& label);
 void scrollToEnd(Stage& stage);
 

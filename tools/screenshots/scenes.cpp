@@ -37,7 +37,7 @@ void result(Stage& stage) {
     stage.wait([&] { return stage.hasControl(u"Sao chép"_s); });
 }
 
-/// The input has changed since, and the keyboard is on the result.
+/// The input has changed since the translation, and the result has the focus.
 void staleResult(Stage& stage) {
     result(stage);
     stage.type(u" And that is all."_s);
@@ -117,7 +117,7 @@ void settings(Stage& stage) {
     stage.click(u"Cài đặt"_s);
 }
 
-/// With one permission missing, and a provider that wants a key.
+/// With one permission missing, and a provider that needs a key.
 void settingsOfOthers(Stage& stage) {
     stage.desktop.permissions.screenCapture = false;
     stage.store.setValue(u"app_setting_preset_id"_s, u"openai"_s);
@@ -126,25 +126,25 @@ void settingsOfOthers(Stage& stage) {
     settings(stage);
 }
 
-/// The footer with all that can be in it, and the settings where its warning leads.
+/// The footer with everything that it can contain, and the settings that its warning opens.
 void permissionsMissing(Stage& stage) {
     for (const QString& hotKey : {u"hotkey"_s, u"ocr_hotkey"_s})
         stage.store.setValue(u"app_setting_%1_display"_s.arg(hotKey), u"⌃ ⌥ ⇧ ⌘ Return"_s);
     stage.desktop.permissions.accessibility = false;
     stage.desktop.permissions.screenCapture = false;
     stage.open();
-    stage.press(Qt::Key_Shift);  // a ring shows only to who uses the keyboard
+    stage.press(Qt::Key_Shift);  // the focus ring shows only after a key press
     const QList<Control*> warning = stage.controls(u"Chưa cấp quyền: Trợ năng & Chụp"_s);
     warning.constFirst()->setFocus(Qt::TabFocusReason);
     stage.press(Qt::Key_Space);
 }
 
-/// As seen by who moves by keyboard alone: on a tab, in a field, on a button.
+/// With the focus moved by keyboard: to a tab, a field or a button.
 auto keyboardOn(const QString& name) {
     return [name](Stage& stage) {
         settingsOfOthers(stage);
         scrollTo(stage, u"Mô hình AI & Nhà cung cấp"_s);
-        stage.press(Qt::Key_Shift);  // a ring shows only to who uses the keyboard
+        stage.press(Qt::Key_Shift);  // the focus ring shows only after a key press
         for (QWidget* part : visibleParts<QWidget>(stage.window()))
             if (part->accessibleName() == name && part->focusPolicy() != Qt::NoFocus)
                 part->setFocus(Qt::TabFocusReason);
@@ -164,7 +164,7 @@ void checkingForUpdates(Stage& stage) {
     stage.click(u"Kiểm tra cập nhật"_s);
 }
 
-/// Another program has the first hot key; the footer says so and leads to it.
+/// Another program has the first hot key; the footer says so and opens the settings for it.
 void hotKeyRefused(Stage& stage) {
     stage.open();
     stage.desktop.hotKeys.nextStatus = HotKeyStatus::taken;
@@ -209,7 +209,7 @@ void about(Stage& stage) {
     stage.click(u"Tác giả"_s);
 }
 
-/// The walk-through, so many pages on.
+/// The walk-through, advanced by `page` pages.
 auto onboarding(int page) {
     return [page](Stage& stage) {
         stage.store.setValue(u"hasCompletedOnboarding"_s, false);

@@ -13,16 +13,16 @@ namespace tralio {
 
 class Stage;
 
-/// A state of the program worth a picture, and how a user comes to it.
+/// A state of the program to take a picture of, and how a user gets there.
 struct Scene {
     QString name;
     std::function<void(Stage&)> play;
-    std::optional<QColor> accent = {};  ///< in place of the one that was asked for
+    std::optional<QColor> accent = {};  ///< replaces the accent of the command line
 };
 
 [[nodiscard]] const QList<Scene>& scenes();
 
-/// Every part of the kit in every state, without layouts, where the drawn components stand.
+/// Every widget of the kit in every state, without layouts, at the places of the drawn components.
 [[nodiscard]] QWidget* componentsPage();
 
 }  // namespace tralio

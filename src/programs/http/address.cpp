@@ -9,7 +9,7 @@
 namespace tralio {
 namespace {
 
-/// As lenient as one has to be with what servers send.
+/// Flags for URLs from servers, which are often not quite valid.
 constexpr unsigned lenient = CURLU_NON_SUPPORT_SCHEME | CURLU_URLENCODE | CURLU_ALLOW_SPACE;
 
 class Url final {
@@ -19,7 +19,7 @@ public:
     }
     void drop(CURLUPart part) { curl_url_set(m_url.get(), part, nullptr, 0); }
 
-    /// Empty where there is none.
+    /// Empty where the URL has no such part.
     [[nodiscard]] std::string part(CURLUPart part, unsigned flags = 0) const {
         char* found = nullptr;
         if (curl_url_get(m_url.get(), part, &found, flags) != CURLUE_OK)
@@ -36,7 +36,7 @@ private:
     std::unique_ptr<CURLU, Cleanup> m_url{curl_url()};
 };
 
-/// Whatever the language of the user.
+/// Independent of the user's locale.
 char inSmallLetter(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
@@ -48,7 +48,7 @@ Address addressOf(const std::string& text) {
     address.scheme = text.substr(0, text.find(':'));
     std::ranges::transform(address.scheme, address.scheme.begin(), inSmallLetter);
     const size_t begin = address.scheme.size() + 3;
-    // Of one slash and of three libcurl makes two, and of the path a host.
+    // With one or three slashes libcurl would assume two and take the path for a host.
     const bool hasHost = text.compare(begin - 3, 3, "://") == 0 && text[begin] != '/';
     Url url;
     if (!hasHost || !url.read(text))
@@ -58,7 +58,7 @@ Address addressOf(const std::string& text) {
     std::string& whole = address.text = url.part(CURLUPART_URL, CURLU_PUNYCODE | CURLU_NO_DEFAULT_PORT);
     if (whole.empty())
         return address;
-    // Interfaces of this machine, behind a percent sign, are called as they are written.
+    // The interface name after a percent sign ("fe80::1%eth0") is case-sensitive and stays as it is.
     const auto host = whole.begin() + static_cast<std::ptrdiff_t>(begin);
     std::transform(host, std::find_if(host, whole.end(), [](char c) { return c == '/' || c == '%'; }), host,
         inSmallLetter);
@@ -71,13 +71,14 @@ Address addressOf(const std::string& text) {
 }
 
 Address resolved(const Address& base, const std::string& reference) {
-    // WORKAROUND: libcurl 7.88 takes a part of the same page for a file beside that page.
+    // WORKAROUND: libcurl 7.88 resolves a reference to a fragment of the same page ("#part") as a file beside
+    // that page.
     const std::string place = reference.substr(0, reference.find('#'));
     if (place.empty())
         return base;
     Url url;
     Address target;
-    if (place.find(':') < place.find_first_of("/?"))  // behind a scheme
+    if (place.find(':') < place.find_first_of("/?"))  // an absolute address, with a scheme
         target = addressOf(place);
     else if (url.read(base.text) && url.read(place))
         target = addressOf(url.part(CURLUPART_URL));

@@ -4,29 +4,30 @@
 
 namespace tralio {
 
-/// An address in its parts, in one form for all that lead to one place. What it does not have is empty.
+/// An address in its parts, normalised so that equal destinations have equal texts. Missing parts are empty.
 struct Address {
-    std::string scheme;  ///< in small letters
-    std::string host;    ///< likewise, in ASCII; of IPv6 with its brackets
-    int port = 0;        ///< 0 where it tells none
-    std::string name;    ///< how the user is told of the server
-    /// All of it but usual port, part of the page, and name and password, which go nowhere.
+    std::string scheme;  ///< in lower case
+    std::string host;    ///< in lower case and ASCII (punycode); IPv6 with its brackets
+    int port = 0;        ///< 0 if the address has none
+    std::string name;    ///< the name of the server in messages to the user
+    /// The whole address without default port, fragment, user name and password; the last three are never
+    /// sent.
     std::string text;
 };
 
-/// The parts of a whole address. What cannot be read as one has a scheme at the most.
+/// The parts of an absolute address. If it is not valid, only the scheme may be set.
 [[nodiscard]] Address addressOf(const std::string& text);
 
-/// Where `reference`, which may be a part of an address, leads from `base`.
+/// The target of `reference`, which may be relative, seen from `base`.
 [[nodiscard]] Address resolved(const Address& base, const std::string& reference);
 
-/// Whether two addresses agree in scheme, host and port.
+/// Whether scheme, host and port of both are equal.
 [[nodiscard]] bool isSameOrigin(const Address& one, const Address& other);
 
-/// The port of an address, told or not.
+/// The port of an address, or the default port of its scheme.
 [[nodiscard]] int portOf(const Address& address);
 
-/// The host, and the port if it is told.
+/// The host, with the port if the address names one.
 [[nodiscard]] std::string authorityOf(const Address& address);
 
 }  // namespace tralio

@@ -6,7 +6,7 @@
 
 namespace tralio {
 
-/// Owns a file descriptor, or none (-1).
+/// Owns a file descriptor; -1 means none.
 class FileDescriptor final {
 public:
     explicit FileDescriptor(int number = -1) : m_number(number) {}
@@ -20,14 +20,14 @@ public:
             close(m_number);
     }
 
-    /// Another number for the same open file.
+    /// A duplicate of a descriptor.
     [[nodiscard]] static FileDescriptor duplicateOf(int number) {
         return FileDescriptor(fcntl(number, F_DUPFD_CLOEXEC, 3));
     }
 
     [[nodiscard]] bool isOpen() const { return m_number >= 0; }
     [[nodiscard]] int number() const { return m_number; }
-    /// Leaves it to somebody else.
+    /// Gives up ownership.
     [[nodiscard]] int release() { return std::exchange(m_number, -1); }
 
 private:

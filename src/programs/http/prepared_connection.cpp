@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto lifetime = 10s;
-/// What libcurl takes for a proxy that names none.
+/// The port of a proxy, with libcurl's default where the proxy names none.
 int proxyPort(const Address& proxy) {
     return proxy.port != 0 ? proxy.port : proxy.scheme == "https" ? 443 : 1080;
 }
@@ -33,7 +33,7 @@ void PreparedConnection::connect(const std::string& proxy) {
     m_proxy = proxy;
     const Address peer = proxy.empty() ? m_address : addressOf(proxy);
     const int port = proxy.empty() ? portOf(peer) : proxyPort(peer);
-    // TLS, and what is said to a proxy, are left for later.
+    // Only the TCP connection is made; TLS and the CONNECT to a proxy come with the request.
     const std::string url = "http://" + peer.host + ':' + std::to_string(port);
     m_easy = curl_easy_init();
     curl_easy_setopt(m_easy, CURLOPT_URL, url.c_str());

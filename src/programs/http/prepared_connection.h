@@ -9,8 +9,8 @@
 
 namespace tralio {
 
-/// A connection that is made before there is anything to send over it, within the time that a hot key takes
-/// anyway. Nothing has been sent over it, and so nothing that comes can be the answer to anything else.
+/// A TCP connection that is opened in advance, while the text for it is still being fetched. No byte has been
+/// sent over it, so that no received byte can be a stale answer.
 class PreparedConnection final {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -23,18 +23,18 @@ public:
     [[nodiscard]] const Address& address() const { return m_address; }
     [[nodiscard]] CURL* handle() const { return m_easy; }
 
-    /// Connects, to the proxy if there is one.
+    /// Starts to connect, to `proxy` unless it is empty.
     void connect(const std::string& proxy);
-    /// The connecting has come to its end.
+    /// libcurl has finished connecting, with `code`.
     void conclude(CURLcode code);
 
-    /// Whether it is being made, for a request that goes this way.
+    /// Whether it is still connecting, to the destination of this request by this proxy.
     [[nodiscard]] bool isUnderWay(const Address& address, const std::string& proxy) const;
-    /// The connection, for a request that goes this way; none unless it is made, and still open, and nothing
-    /// has come over it.
+    /// Hands over the connection for a request to `address` by `proxy`. An empty descriptor if the
+    /// destination differs, or if the connection is not made, no longer open, or has received data.
     [[nodiscard]] FileDescriptor take(const Address& address, const std::string& proxy);
 
-    /// When nobody will need it any more.
+    /// When the connection is given up unused.
     [[nodiscard]] Time end() const { return m_end; }
 
 private:

@@ -15,7 +15,7 @@ namespace {
 std::string inLibcurlsForm(const std::string& proxy) {
     if (proxy.starts_with("direct"))
         return {};
-    // The proxy is to look names up, too: behind one there may be no other way.
+    // The proxy must resolve host names, too: behind it there may be no other name server.
     if (proxy.starts_with("socks://") || proxy.starts_with("socks5://"))
         return "socks5h" + proxy.substr(proxy.find(':'));
     return proxy;
@@ -35,7 +35,7 @@ std::vector<std::string> proxiesFor(pxProxyFactory* factory, const std::string& 
 
 }  // namespace
 
-/// Where questions wait for the thread, and answers for the program.
+/// Shared with the thread: questions wait here for it, and answers for the program.
 struct Proxies::Desk {
     ~Desk() { close(event); }
 
@@ -77,7 +77,7 @@ Proxies::~Proxies() {
 }
 
 void Proxies::ask(uint32_t request, const Address& address) {
-    // Neither the user's name nor what is asked for is the proxy script's business.
+    // Proxy scripts get neither user name nor path, which are private.
     const std::string server = address.scheme + "://" + authorityOf(address) + '/';
     const std::lock_guard lock(m_desk->mutex);
     m_desk->questions.emplace_back(request, server);

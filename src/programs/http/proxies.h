@@ -9,14 +9,14 @@
 
 namespace tralio {
 
-/// The desktop's proxies, by libproxy. A question may take long, for a proxy script is fetched and run, and
-/// even for ever: it is asked in a thread of its own, whose end nobody waits for.
+/// The desktop's proxies, from libproxy. An answer may take long, since libproxy downloads and runs a proxy
+/// script, or may never come. So questions are asked in a thread that is never joined.
 class Proxies final {
 public:
     struct Answer {
         uint32_t request = 0;
-        std::vector<std::string> proxies;  ///< in libcurl's form, to be tried in turn; at least one, which is
-                                           ///< empty for the direct way
+        /// In libcurl's form, to be tried in turn; at least one, empty for a direct connection.
+        std::vector<std::string> proxies;
     };
 
     Proxies();
@@ -24,17 +24,17 @@ public:
     Proxies(const Proxies&) = delete;
     Proxies& operator=(const Proxies&) = delete;
 
-    /// Asks for the proxy to an address; the answer goes by the number of the request. A model on this
-    /// machine is always reached directly: a proxy elsewhere would look for it on its own machine.
+    /// Asks for the proxies for an address; the answer carries the number `request`. Not for loopback
+    /// addresses: a proxy would look for the user's model on its own machine.
     void ask(uint32_t request, const Address& address);
 
-    /// Nobody wants the answer any more: a question that has not been put yet is none.
+    /// Drops the question of `request` if it has not reached libproxy yet.
     void withdraw(uint32_t request);
 
-    /// The question under way is not waited for any more; those behind it are put again.
+    /// Stops waiting for the question under way; the ones after it are asked again in a new thread.
     void giveUp();
 
-    /// Becomes readable when there are answers.
+    /// Becomes readable when there are answers. Changes with `giveUp()`.
     [[nodiscard]] int descriptor() const;
     [[nodiscard]] std::vector<Answer> takeAnswers();
 
@@ -43,7 +43,7 @@ private:
 
     static void startThread(const std::shared_ptr<Desk>& desk);
 
-    std::shared_ptr<Desk> m_desk;  ///< shared with the thread, which may outlive us
+    std::shared_ptr<Desk> m_desk;  ///< shared with the thread, which may outlive this object
 };
 
 }  // namespace tralio

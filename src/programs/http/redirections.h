@@ -8,21 +8,22 @@
 
 namespace tralio {
 
-/// Whether an answer of this status, with an address in it, sends the request on.
+/// Whether a reply with this status and a Location header redirects the request.
 [[nodiscard]] bool isRedirection(long status);
 
-/// Empty when a request can be sent to that address; else what the user is told.
+/// Why no request can be sent to that address, as an error message; empty if one can.
 [[nodiscard]] std::string whyNotToGoTo(const Address& address, AddressOrigin origin);
 
-/// Empty when a request that `from` redirects may go on to `target`; else what the user is told. One to the
-/// user's address carries the key, which stays with its origin: scheme, host and port.
+/// Why a request redirected by `from` must not go on to `target`, as an error message; empty if it may. A
+/// request to the user's address carries the API key, which must not leave its origin (scheme, host and
+/// port).
 [[nodiscard]] std::string whyNotToFollow(const Address& from, const Address& target, AddressOrigin origin);
 
-/// The addresses that a request has come by.
+/// The addresses that a request has passed.
 class RedirectionTrail final {
 public:
-    /// As `whyNotToFollow`, and words for a way without an end: too many steps, or an address to which the
-    /// text would go a second time.
+    /// As the function `whyNotToFollow`, and also refuses endless redirections: too many steps, or an address
+    /// to which the text would be sent a second time.
     [[nodiscard]] std::string whyNotToFollow(
         const Address& from, const Address& target, bool withText, AddressOrigin origin);
 

@@ -33,7 +33,7 @@ int Server::run() {
         int running = 0;
         curl_multi_perform(m_multi.get(), &running);
         concludeTransfers();
-        endSilentTransfers();
+        endHopelessTransfers();
         curl_waitfd others[] = {
             {m_requests, CURL_WAIT_POLLIN, 0}, {m_proxies.descriptor(), CURL_WAIT_POLLIN, 0}};
         curl_multi_poll(m_multi.get(), others, std::size(others), millisecondsToWait(), nullptr);
@@ -123,7 +123,7 @@ void Server::go(Transfer& transfer, std::vector<std::string> proxies) {
 }
 
 void Server::send(Transfer& transfer, const std::string& proxy) {
-    // One that another transfer waits for is that one's.
+    // A prepared connection that another transfer waits for belongs to that one.
     if (m_prepared && !m_awaiting && isSameOrigin(m_prepared->address(), transfer.address())) {
         transfer.useConnection(m_prepared->take(transfer.address(), proxy));
         m_prepared.reset();
@@ -160,12 +160,12 @@ void Server::concludeTransfers() {
     }
 }
 
-void Server::endSilentTransfers() {
+void Server::endHopelessTransfers() {
     const auto now = std::chrono::steady_clock::now();
     bool isProxySilent = false;
     for (auto next = m_transfers.begin(); next != m_transfers.end();) {
         const auto current = next++;
-        if (!current->second->isSilent(now))
+        if (!current->second->isSilent(now) && !current->second->isEndless())
             continue;
         isProxySilent |= !current->second->handle();
         remove(current->first);

@@ -18,8 +18,8 @@
 
 namespace tralio {
 
-/// The work of the process: serves the requests that come from one descriptor, side by side, in one loop, and
-/// answers on another.
+/// The event loop of the process: serves the requests from one descriptor concurrently, and answers on
+/// another.
 class Server final {
 public:
     Server(int requests, int replies);
@@ -27,7 +27,7 @@ public:
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// Returns the exit status, when the requests end or are none.
+    /// Runs until the requests end or one is malformed; returns the exit status.
     [[nodiscard]] int run();
 
 private:
@@ -39,7 +39,7 @@ private:
         void operator()(CURLSH* share) const { curl_share_cleanup(share); }
     };
 
-    /// The exit status once there is nothing more to read.
+    /// The exit status when the requests have ended or are malformed.
     [[nodiscard]] std::optional<int> readRequests();
     void serve(http_protocol::Post& post);
     void serve(http_protocol::Get& get);
@@ -47,15 +47,15 @@ private:
     void serve(const http_protocol::Ping& ping) const;
     void serve(const http_protocol::Prepare& prepare);
     void start(std::unique_ptr<Transfer> transfer);
-    /// Asks for the proxy to its address, or goes there.
+    /// Takes the next step for a transfer: asks for the proxies to its address, or sends it.
     void proceed(Transfer& transfer);
     void go(Transfer& transfer, std::vector<std::string> proxies);
     void send(Transfer& transfer, const std::string& proxy);
-    /// Lets the request that waits for the prepared connection go on, with it or without.
+    /// Sends the request that waits for the prepared connection, over it or over a new one.
     void endPreparation();
     void takeProxies();
     void concludeTransfers();
-    void endSilentTransfers();
+    void endHopelessTransfers();
     void remove(Id id);
     [[nodiscard]] bool isAwaiting(Id id) const { return m_awaiting && m_awaiting->first == id; }
     [[nodiscard]] int millisecondsToWait() const;
@@ -68,7 +68,7 @@ private:
     std::unique_ptr<CURLM, Cleanup> m_multi{curl_multi_init()};
     std::map<Id, std::unique_ptr<Transfer>> m_transfers;
     std::unique_ptr<PreparedConnection> m_prepared;
-    /// The request that waits for it, and the proxy on its way.
+    /// The request that waits for the prepared connection, and the proxy it goes by.
     std::optional<std::pair<Id, std::string>> m_awaiting;
     /// The request id under which the prepared connection's proxy is asked for. Counts down from the
     /// maximum, requests count up.

@@ -33,8 +33,11 @@ SocketMovement::Clock::time_point SocketMovement::last() {
         socklen_t size = sizeof(info);
         if (getsockopt(watched.socket.number(), IPPROTO_TCP, TCP_INFO, &info, &size) != 0)
             continue;
-        const uint64_t moved = info.tcpi_bytes_received + info.tcpi_bytes_acked;
-        if (std::exchange(watched.moved, moved) != moved)
+        const uint64_t came =
+            info.tcpi_bytes_received - std::exchange(watched.received, info.tcpi_bytes_received);
+        const uint64_t went = info.tcpi_bytes_acked - std::exchange(watched.taken, info.tcpi_bytes_acked);
+        m_received += came;
+        if (came + went > 0)
             m_last = Clock::now();
         m_isSending |= info.tcpi_unacked > 0 || info.tcpi_notsent_bytes > 0;
     }

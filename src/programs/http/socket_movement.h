@@ -8,31 +8,37 @@
 
 namespace tralio {
 
-/// Sees, by what the kernel counts, when something last moved over the connections of a transfer in either
-/// direction: a byte that came, be it one of a header or a handshake, or one of ours that the other side has
-/// taken. libcurl tells of whole header lines only, and of bytes that it has handed to the kernel.
+/// Tells when bytes last moved over the connections of a transfer in either direction, by the kernel's
+/// counters: received bytes, including those of headers and handshakes, and sent bytes that the peer has
+/// acknowledged. libcurl itself only reports whole header lines, and bytes handed to the kernel.
 class SocketMovement final {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// A connection is made with this socket, of which a duplicate is kept until libcurl closes it.
+    /// Watches the socket of a new connection, until libcurl closes it; keeps a duplicate so long.
     void watch(int socket);
 
-    /// When something moved last, as far as can be told now; at first, when this object was made.
+    /// When bytes last moved, found out now; the time of construction if none have.
     [[nodiscard]] Clock::time_point last();
 
-    /// Whether bytes of ours are on their way: that they are taken wakes nobody, so it has to be looked for.
+    /// How many bytes have been received, headers and handshakes included, as far as `last` saw.
+    [[nodiscard]] uint64_t received() const { return m_received; }
+
+    /// Whether sent bytes await acknowledgement. No event reports that they are acknowledged, so `last()`
+    /// must be polled.
     [[nodiscard]] bool isSending() const { return m_isSending; }
 
 private:
     struct Watched {
-        int number;  ///< libcurl's own
+        int number;  ///< libcurl's own descriptor
         FileDescriptor socket;
-        uint64_t moved = 0;
+        uint64_t received = 0;
+        uint64_t taken = 0;  ///< of ours, by the other side
     };
 
     std::vector<Watched> m_sockets;
     Clock::time_point m_last = Clock::now();
+    uint64_t m_received = 0;
     bool m_isSending = false;
 };
 

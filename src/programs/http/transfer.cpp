@@ -13,11 +13,11 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr size_t mostHeaderBytes = 128 * 1024;
-constexpr auto proxyAnswer = 10s;  // a script that decides is fetched first
+constexpr auto proxyAnswer = 10s;  // longer than it seems to need, since a proxy script is downloaded first
 constexpr auto sendingLook = 25ms;
 constexpr int switchingProtocols = 101;
 
-/// CURLE_TOO_LARGE, which libcurl has from 8.6 on.
+/// The value of CURLE_TOO_LARGE, which libcurl has since 8.6.
 constexpr auto tooLarge = static_cast<CURLcode>(100);
 
 }  // namespace
@@ -49,15 +49,16 @@ bool Transfer::takeHeader(std::string_view line) {
     if (m_headerBytes > mostHeaderBytes)
         return stop(tooLargeHeadersWords(m_address.name));
     const bool isEnd = line.find_first_not_of("\r\n") == line.npos;
-    if (m_usesHttpProxy && isProxysPart())  // the answer to CONNECT, whose body may have no end
+    // The answer to CONNECT; stop before its body, which may be endless.
+    if (m_usesHttpProxy && isProxysPart())
         return !isEnd || tunnelStatus() != 407 || stop(proxyLoginWords);
     if (isEnd) {
         m_isHeadWhole = status() >= 200;
-        // Nobody has asked for another protocol, and what follows is none that we know.
+        // No protocol switch was asked for, so what follows cannot be understood.
         m_hasSwitched = status() == switchingProtocols;
         return !m_hasSwitched;
     }
-    if (line.starts_with("HTTP/")) {  // of an interim answer, or of the last one
+    if (line.starts_with("HTTP/")) {  // an interim answer (1xx) or the final one
         m_hasStatusLine = true;
         m_isHeadWhole = false;
     }
@@ -71,7 +72,7 @@ bool Transfer::takeBody(std::string_view bytes) {
     }
     curl_off_t size = -1;
     curl_easy_getinfo(handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size);
-    // Of a body that is decoded, the size counts other bytes.
+    // The announced length of a compressed body is not the length of the decoded pieces.
     const std::string coding = header("Content-Encoding");
     const bool isSizeKnown = size >= 0 && (coding.empty() || curl_strequal(coding.c_str(), "identity") != 0);
     m_send(Piece{m_id, std::string(bytes), isSizeKnown ? std::optional<int64_t>(size) : std::nullopt});
@@ -92,6 +93,16 @@ bool Transfer::isSilent(Time now) {
         fail(silentProxyWords);
     else
         fail(timedOutWords(m_address.name, m_head.idleTimeout));
+    return true;
+}
+
+bool Transfer::isEndless() {
+    // Chunk extensions and empty blocks of compression never become a part of the body, which has a limit.
+    const size_t limit = m_inPieces ? maximumPieces : maximumTransfer;
+    (void)m_movement.last();
+    if (m_movement.received() <= limit)
+        return false;
+    fail(tooLargeReplyWords(m_address.name, limit));
     return true;
 }
 
@@ -149,13 +160,13 @@ Transfer::Next Transfer::conclude(CURLcode code) {
         m_send(Done{m_id, switchingProtocols, {}});
         return Next::isOver;
     }
-    // Bytes came that are no answer in HTTP.
+    // The bytes received are no HTTP response.
     if ((code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_WEIRD_SERVER_REPLY) && !m_hasStatusLine &&
         !mayBeProxysAnswer()) {
         m_send(Done{m_id, {}, {}});
         return Next::isOver;
     }
-    // So it calls a line that is too long for it.
+    // libcurl's code for a header line that is too long for it.
     if ((code == CURLE_OUT_OF_MEMORY || code == tooLarge) && !m_isHeadWhole) {
         fail(tooLargeHeadersWords(m_address.name));
         return Next::isOver;
@@ -166,7 +177,7 @@ Transfer::Next Transfer::conclude(CURLcode code) {
     if (isUnreached && hasOtherProxy()) {
         m_easy.reset();
         m_movement = {};
-        return Next::goesOn;  // nothing was sent yet
+        return Next::goesOn;  // safe, since nothing has been sent yet
     }
     if (code != CURLE_OK) {
         fail(failureWords(failure(code), m_address.name, m_origin));

@@ -19,12 +19,12 @@
 
 namespace tralio {
 
-/// One request, from its first address over its redirections to its end: what libcurl is told of it, and what
-/// it tells.
+/// One request, with its redirections, from its first address to its end: sets libcurl up and reads its
+/// results.
 ///
-/// Each has a connection of its own, which is used once, so that no answer is another request's and nothing
-/// is sent twice. WORKAROUND: on a kept one libcurl 7.88 takes what came while it was idle for the next
-/// answer, and sends a request again that the server had read.
+/// Each hop uses a new connection once, so that no answer can be another request's and nothing is sent twice.
+/// WORKAROUND: on a kept connection libcurl 7.88 takes bytes that came while it was idle for the next answer,
+/// and resends a request that the server had read.
 class Transfer final {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -39,26 +39,29 @@ public:
     [[nodiscard]] const Address& address() const { return m_address; }
     [[nodiscard]] CURL* handle() const { return m_easy.get(); }
 
-    /// Whether there is an address to go to; if not, the failure has been told.
+    /// Whether the address is usable; if not, the failure has been sent.
     [[nodiscard]] bool canBegin();
 
-    /// Makes the handle ready for the address.
-    /// @param proxies on the way there, of which the first is taken; an empty one for none
-    /// @param share the sessions of TLS that servers may know again
+    /// Prepares the handle for the address.
+    /// @param proxies to be tried in turn; an empty one is a direct connection
+    /// @param share TLS sessions, for resumption
     void begin(std::vector<std::string> proxies, CURLSH* share);
-    /// Of a list of proxies one was not reached, and others are left.
+    /// Whether there are proxies left to try, if the present one cannot be reached.
     [[nodiscard]] bool hasOtherProxy() const { return !m_otherProxies.empty(); }
     [[nodiscard]] const std::vector<std::string>& otherProxies() const { return m_otherProxies; }
-    /// A connection to the server or the proxy that is made already.
+    /// Uses a connection to the server or the proxy that is already open.
     void useConnection(FileDescriptor connection) { m_madeBefore = std::move(connection); }
 
-    /// What becomes of it when the connection has done its part: on to another address, or told.
+    /// What to do after libcurl is done with a hop: begin the next one, or nothing, since the result has been
+    /// sent.
     enum class Next { goesOn, isOver };
     [[nodiscard]] Next conclude(CURLcode code);
 
-    /// Whether nothing has moved either way for too long; then the failure has been told.
+    /// Whether no byte has moved either way for too long; then the failure has been sent.
     [[nodiscard]] bool isSilent(Time now);
-    /// When to ask again; that the peer takes what we send wakes nobody.
+    /// Whether more has been received than any answer takes; then the failure has been sent.
+    [[nodiscard]] bool isEndless();
+    /// When to call `isSilent` again: early while sending, since acknowledged bytes cause no event.
     [[nodiscard]] Time nextLook(Time now);
 
 private:
@@ -79,18 +82,18 @@ private:
     [[nodiscard]] bool takeHeader(std::string_view line);
     [[nodiscard]] bool takeBody(std::string_view bytes);
     [[nodiscard]] long status() const;
-    /// Of the answer itself; empty where there is none.
+    /// A header of the final answer; empty if there is none.
     [[nodiscard]] std::string header(const char* name) const;
     [[nodiscard]] bool isRedirected() const;
     [[nodiscard]] long tunnelStatus() const;
-    /// Whether the server itself has come into play yet, behind the proxy.
+    /// Whether the exchange has not got past the proxy to the server yet.
     [[nodiscard]] bool isProxysPart() const;
-    /// Whether what comes may be of an HTTP proxy's own making: without TLS nothing tells the two apart.
+    /// Whether the answer may come from the HTTP proxy itself: without TLS that cannot be told.
     [[nodiscard]] bool mayBeProxysAnswer() const;
     [[nodiscard]] Next redirect(Address target);
     [[nodiscard]] TransferFailure failure(CURLcode code) const;
     void fail(std::string words);
-    /// Ends the connection from within a callback; `conclude` tells the words.
+    /// Aborts the connection from within a callback; `conclude` sends the message.
     [[nodiscard]] bool stop(std::string words);
 
     http_protocol::Id m_id;
@@ -101,23 +104,22 @@ private:
     bool m_inPieces = false;
     Send m_send;
 
-    // Of the hop that is under way.
-    SocketMovement m_movement;  ///< from when its turn came
+    SocketMovement m_movement;  ///< since its turn came
     FileDescriptor m_madeBefore;
-    bool m_isMadeBefore = false;  ///< of the connection that is opened
+    bool m_isMadeBefore = false;  ///< whether the socket being opened is `m_madeBefore`
     std::unique_ptr<CURL, Cleanup> m_easy;
     std::unique_ptr<curl_slist, Cleanup> m_headers;
     char m_detail[CURL_ERROR_SIZE] = {};
     std::vector<std::string> m_otherProxies;
-    int m_handshakes = 0;  ///< of TLS that have begun, with a proxy or the server
+    int m_handshakes = 0;  ///< number of TLS handshakes begun, with a proxy or the server
     bool m_usesProxy = false;
     bool m_usesSecureProxy = false;
-    bool m_usesHttpProxy = false;  ///< and not one of SOCKS, which says nothing in HTTP
+    bool m_usesHttpProxy = false;  ///< not SOCKS, which sends no HTTP answers
     size_t m_headerBytes = 0;
     bool m_hasStatusLine = false;
-    bool m_isHeadWhole = false;  ///< of the answer itself, not of an interim one
-    bool m_hasSwitched = false;  ///< to another protocol, which nobody has asked for
-    std::string m_answer;        ///< the body, where it is not passed on in pieces
+    bool m_isHeadWhole = false;  ///< the head of the final answer, not of an interim one
+    bool m_hasSwitched = false;  ///< the server switched protocols, which was not asked for
+    std::string m_answer;        ///< the body, unless it is passed on in pieces
     std::string m_stoppedBecause;
 
     RedirectionTrail m_trail;

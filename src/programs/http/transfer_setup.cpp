@@ -1,4 +1,4 @@
-// What libcurl is told of a transfer, and how it calls back.
+// The other half of Transfer: libcurl's options and callbacks.
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -49,11 +49,11 @@ void Transfer::begin(std::vector<std::string> proxies, CURLSH* share) {
     curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
     curl_easy_setopt(easy, CURLOPT_URL, m_address.text.c_str());
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.c_str());  // none, when empty: the environment has no say
+    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.c_str());  // empty: none, whatever the environment says
     curl_easy_setopt(easy, CURLOPT_NOPROXY, "");
     curl_easy_setopt(easy, CURLOPT_SHARE, share);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);  // who cancels does not wait for a name server
+    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);  // cancelling must not wait for a name server
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_detail);
     curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, 1L);
     curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, 1L);
@@ -63,7 +63,7 @@ void Transfer::begin(std::vector<std::string> proxies, CURLSH* share) {
     curl_easy_setopt(easy, CURLOPT_SSL_CTX_FUNCTION, &Transfer::beginHandshake);
     curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, this);
     curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-    // Decoded if it comes compressed in spite of "identity", too.
+    // Even with "identity" libcurl decodes a body that comes compressed nevertheless.
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, m_inPieces ? "identity" : "");
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "Tralio");
     // libcurl gives the first of several addresses half of this time, and by default minutes. Our limit on
@@ -71,10 +71,11 @@ void Transfer::begin(std::vector<std::string> proxies, CURLSH* share) {
     const std::chrono::milliseconds connecting = m_head.idleTimeout * 3 / 2;
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(connecting.count()));
 
-    curl_slist* headers = curl_slist_append(nullptr, "Expect:");  // the body goes along at once
+    // Sends the body without waiting for 100 Continue.
+    curl_slist* headers = curl_slist_append(nullptr, "Expect:");
     for (const auto& [name, value] : m_head.headers) {
         std::string line = name;
-        line += value.empty() ? ";" : ": " + value;  // libcurl's own form of a header without a value
+        line += value.empty() ? ";" : ": " + value;  // libcurl's notation for a header with an empty value
         headers = curl_slist_append(headers, line.c_str());
     }
     m_headers.reset(headers);

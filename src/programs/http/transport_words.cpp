@@ -17,7 +17,7 @@ std::string whatToDo(AddressOrigin origin) {
 
 std::string certificateWords(
     const std::string& server, const TransferFailure& failure, AddressOrigin origin) {
-    // libcurl compares the names itself, and leaves no number of OpenSSL's.
+    // libcurl itself compares the host name, and then sets no OpenSSL error number.
     if (failure.verifyResult == X509_V_ERR_UNSPECIFIED || contains(failure.detail, "subject name"))
         return "Chứng chỉ bảo mật không thuộc về " + server + ". " + whatToDo(origin);
     switch (failure.verifyResult) {
@@ -35,7 +35,8 @@ std::string certificateWords(
 }
 
 std::string tlsWords(const std::string& server, const std::string& detail, AddressOrigin origin) {
-    // What OpenSSL calls versions that it does not accept, and an answer that is none of TLS.
+    // OpenSSL's messages for TLS versions that it does not accept; below, the one for an answer that is not
+    // TLS.
     for (const char* words : {"unsupported protocol", "protocol version", "no protocols available"})
         if (contains(detail, words))
             return server + " chỉ hỗ trợ phiên bản TLS đã lỗi thời nên kết nối không an toàn. " +
@@ -45,7 +46,7 @@ std::string tlsWords(const std::string& server, const std::string& detail, Addre
     return "Không thể thiết lập kết nối bảo mật (TLS) tới " + server + ". " + whatToDo(origin);
 }
 
-/// Whether a proxy of SOCKS says that it did not get to the server.
+/// Whether a SOCKS proxy reports that it could not reach the server.
 bool socksFailed(long proxyError) {
     switch (proxyError) {
         case CURLPX_REPLY_CONNECTION_REFUSED:
@@ -60,7 +61,7 @@ bool socksFailed(long proxyError) {
     }
 }
 
-/// Empty where the proxy is not to blame.
+/// The error message if the proxy is to blame, else empty.
 std::string proxyWords(const std::string& server, const TransferFailure& failure) {
     if (failure.code == CURLE_COULDNT_RESOLVE_PROXY)
         return "Không tìm thấy máy chủ proxy. Vui lòng kiểm tra lại cài đặt proxy của máy.";
@@ -143,7 +144,8 @@ std::string failureWords(const TransferFailure& failure, const std::string& serv
         case CURLE_WEIRD_SERVER_REPLY:
             return server + " trả lời không đúng giao thức HTTP. " + whatToDo(origin);
         case CURLE_BAD_CONTENT_ENCODING:
-        case CURLE_WRITE_ERROR:  // also of a decoder; ours tells why by itself
+        // Also an error of a decoder; our own write callback has set `m_stoppedBecause`.
+        case CURLE_WRITE_ERROR:
             return "Không giải mã được nội dung phản hồi của " + server + ".";
         case CURLE_URL_MALFORMAT:
             return missingHostWords(origin);

@@ -6,26 +6,26 @@
 
 namespace tralio {
 
-/// Where the address of a request came from, and so whether the user is the one to mend it.
+/// Where the address of a request came from, and so whether the user can correct it.
 enum class AddressOrigin {
     enteredByUser,  ///< the base URL in the settings
     programsOwn,
 };
 
-/// A transfer that brought no complete reply, as libcurl tells of it.
+/// A transfer without a complete reply, as libcurl reports it.
 struct TransferFailure {
     CURLcode code = CURLE_OK;
-    long verifyResult = 0;  ///< of the server's certificate, in OpenSSL's numbers
-    long osError = 0;       ///< of the connection, 0 where it was none
-    long tunnelStatus = 0;  ///< what a proxy answered to CONNECT, 0 where none was asked
-    long proxyError = 0;    ///< what a proxy of SOCKS answered, in libcurl's numbers
+    long verifyResult = 0;  ///< of the server's certificate, an X509_V_ERR number
+    long osError = 0;       ///< errno of connecting; 0 if that did not fail
+    long tunnelStatus = 0;  ///< the proxy's status for CONNECT; 0 if none was sent
+    long proxyError = 0;    ///< the SOCKS proxy's answer, a CURLproxycode
     bool usesProxy = false;
     bool usesSecureProxy = false;  ///< TLS to the proxy itself
-    bool isProxysPart = false;     ///< all that has come, if anything, came from the proxy
-    std::string detail = {};       ///< libcurl's own words
+    bool isProxysPart = false;     ///< the proxy sent everything that was received, if anything
+    std::string detail = {};       ///< libcurl's error text
 };
 
-/// What the user is told, in UTF-8: what happened, with which server, and what can be done about it.
+/// The message for the user, in UTF-8: what happened, with which server, and what can be done.
 [[nodiscard]] std::string failureWords(
     const TransferFailure& failure, const std::string& server, AddressOrigin origin);
 

@@ -1,5 +1,5 @@
-// `open PATH.app` starts the program of an application bundle and leaves it to itself, as the command of that
-// name does where bundles come from.
+// `open PATH.app` starts the program of an application bundle, detached, as the command of that name does on
+// the system that bundles come from.
 
 #include <QCoreApplication>
 #include <QDir>
@@ -24,7 +24,8 @@ int fail(const QString& message, int status = notOpened) {
     return status;
 }
 
-/// What the installer script put in front of the search path for this program is nothing to those it starts.
+/// The installer script prepends to PATH for this program only; the programs started here get the session's
+/// PATH.
 QProcessEnvironment sessionEnvironment() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     QStringList folders = environment.value(u"PATH"_s).split(u':');

@@ -43,10 +43,6 @@ QStringList present(const std::array<QStringView, count>& wanted, const QStringL
     return result;
 }
 
-bool isText(const ReadLine& line) {
-    return line.confidence() >= noTextBelow;
-}
-
 /// Photographs are full of shapes like letters: few of them must be read well to count.
 bool isTextOfPhotograph(const ReadLine& line) {
     constexpr double sure = 80;
@@ -59,6 +55,10 @@ bool isTextOfPhotograph(const ReadLine& line) {
     return letters * 10 >= text.size() * 6 &&
         ((letters >= someLetters && line.confidence() >= sure) ||
             (letters >= fewLetters && line.confidence() >= verySure));
+}
+
+bool isText(const ReadLine& line, const TextBlock& block) {
+    return block.isShaded ? isTextOfPhotograph(line) : line.confidence() >= noTextBelow;
 }
 
 }  // namespace
@@ -153,8 +153,7 @@ Reading BlockReader::read(const TextBlock& block, Effort effort) {
     if (looksFurther)
         lookFurther();
     m_best.reading.dropDirt();
-    std::erase_if(m_best.reading.lines,
-        [&](const ReadLine& line) { return !(block.isShaded ? isTextOfPhotograph(line) : isText(line)); });
+    std::erase_if(m_best.reading.lines, [&](const ReadLine& line) { return !isText(line, block); });
     constexpr double worthIt = 3;
     if (looksFurther && (m_best.reading.lines.empty() || m_best.confidence < atFirst + worthIt))
         m_budget.addFruitless(m_furtherSince);
@@ -237,10 +236,27 @@ void BlockReader::tryOtherPictures() {
             continue;
         if (!hasTime())
             return;
-        keepIfBetter(look(m_best.engine, kind), 0);
+        Look other = look(m_best.engine, kind);
+        if (other.confidence > m_best.confidence) {
+            addLinesNotIn(other);
+            m_best = std::move(other);
+        }
         if (m_best.confidence >= pictureFoundAt)
             return;
     }
+}
+
+void BlockReader::addLinesNotIn(Look& other) const {
+    std::vector<ReadLine>& lines = other.reading.lines;
+    std::vector<ReadLine> missing;
+    std::ranges::copy_if(m_best.reading.lines, std::back_inserter(missing), [&](const ReadLine& line) {
+        return isText(line, *m_block) && std::ranges::none_of(lines, [&](const ReadLine& seen) {
+            return shareHeight(seen.box, line.box);
+        });
+    });
+    lines.insert(lines.end(), missing.begin(), missing.end());
+    std::ranges::stable_sort(lines, {}, [](const ReadLine& line) { return line.box.top(); });
+    other.confidence = other.reading.confidence();
 }
 
 void BlockReader::restoreMarks(Reading& reading, const BlockPicture& picture) {

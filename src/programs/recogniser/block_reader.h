@@ -52,6 +52,8 @@ private:
     [[nodiscard]] Reading readPart(TextEngine& engine, const BlockPicture& part) const;
     void tryOtherLanguages();
     void tryOtherPictures();
+    /// Those of the best reading: a picture of the brighter marks has no dark lines.
+    void addLinesNotIn(Look& other) const;
     void restoreMarks(Reading& reading, const BlockPicture& picture);
     void keepIfBetter(Look other, double margin);
 

@@ -7,6 +7,7 @@
 
 #include "programs/recogniser/labels.h"
 #include "programs/recogniser/rules.h"
+#include "programs/recogniser/underlines.h"
 
 namespace tralio {
 namespace {
@@ -196,7 +197,12 @@ int regionAround(const QRect& box, const TextMarks& marks) {
     });
 }
 
-void sortOut(const Labels& ink, Kind kind, const TextMarks& marks, MarkShapes& found, QRgb colour = 0) {
+void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, QRgb colour = 0) {
+    const std::vector<bool> underlines = findUnderlines(ink, marks.unit());
+    if (!underlines.empty())
+        ink = connect(
+            ink.width, ink.height, Neighbours::eight,
+            [&](size_t i) { return ink.of[i] != Labels::none && !underlines[i]; }, always);
     const std::vector<Extent> extents = extentsOf(ink);
     std::vector<bool> areRules = findRules(ink, extents, marks.unit());
     const std::vector<bool> edges = findEdges(ink, extents, marks);
@@ -211,10 +217,16 @@ void sortOut(const Labels& ink, Kind kind, const TextMarks& marks, MarkShapes& f
     if (kind == Kind::ownColour)
         return;
     Plane& rules = found.rules.try_emplace(kind, ink.width, ink.height).first->second;
+    const auto isOf = [&](size_t i, bool rule) {
+        return ink.of[i] != Labels::none && areRules[static_cast<size_t>(ink.of[i])] == rule;
+    };
     for (int y = 0; y < ink.height; ++y)
         for (int x = 0; x < ink.width; ++x)
-            if (const int label = ink.at(x, y); label != Labels::none && areRules[static_cast<size_t>(label)])
+            if (const size_t i = ink.index(x, y); isOf(i, true) || (!underlines.empty() && underlines[i]))
                 markRim(rules, x, y);
+    for (size_t i = 0; i < underlines.size(); ++i)
+        if (isOf(i, false))
+            rules.pixels()[i] = 0;  // of the letter that the underline touches
 }
 
 }  // namespace

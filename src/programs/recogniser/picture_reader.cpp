@@ -1,7 +1,10 @@
 #include "programs/recogniser/picture_reader.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
+#include <optional>
+#include <ranges>
 #include <utility>
 
 #include "ocr/reading_order.h"
@@ -20,37 +23,75 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
     return groupIntoBlocks(std::move(lines));
 }
 
+using Row = std::vector<ReadLine*>;
+
+double middleOf(const ReadLine* line) {
+    return line->box.center().y();
+}
+
+double gapBetween(const ReadLine* a, const ReadLine* b) {
+    return std::max(a->box.left(), b->box.left()) - std::min(a->box.right(), b->box.right());
+}
+
+/// By how much a line stands higher or lower than its neighbour in a row, if it may be of that row. A scan is
+/// a little turned: the row's other lines tell nothing.
+std::optional<double> offsetIn(const Row& row, const ReadLine* line) {
+    constexpr double sameRow = 0.4;  // of the mean of two heights, as the reading order has it
+    const ReadLine* const neighbour =
+        *std::ranges::min_element(row, {}, [&](const ReadLine* other) { return gapBetween(line, other); });
+    // A headline or a large number beside a table does not join its rows.
+    const auto [low, high] = std::minmax({line->box.height(), neighbour->box.height()});
+    const double offset = std::abs(middleOf(line) - middleOf(neighbour));
+    // Both may hold a piece of the rule between them.
+    const bool isBeside = gapBetween(line, neighbour) >= -low / 2;
+    return isBeside && offset <= sameRow * (low + std::min(high, 2 * low)) / 2 ? std::optional(offset)
+                                                                               : std::nullopt;
+}
+
+/// From the top of the picture, each from the left.
+std::vector<Row> rowsOf(std::vector<ReadLine>& lines) {
+    Row order;
+    order.reserve(lines.size());
+    for (ReadLine& line : lines)
+        order.push_back(&line);
+    std::ranges::stable_sort(order, {}, middleOf);
+    std::vector<Row> rows;  // those that begin higher come first
+    for (ReadLine* const line : order) {
+        Row* best = nullptr;
+        double least = 0;
+        for (Row& row : rows) {
+            const std::optional<double> offset = offsetIn(row, line);
+            if (!offset || (best && *offset >= least))
+                continue;
+            best = &row;
+            least = *offset;
+        }
+        if (!best)
+            best = &rows.emplace_back();
+        best->push_back(line);
+    }
+    for (Row& row : rows)
+        std::ranges::stable_sort(row, {}, [](const ReadLine* line) { return line->box.left(); });
+    return rows;
+}
+
 /// The reading order's row tolerance is a fraction of the picture's height. In a tall picture consecutive
 /// lines lie within it and would be sorted by their left edges. If any do, every line is given a left edge
 /// that grows with its place (rows from the top, each row from the left): within the tolerance this edge
 /// decides, beyond it the height does, with the same result.
 void placeInOrder(std::vector<ReadLine>& lines, int pictureHeight) {
-    constexpr double sameRow = 0.4;  // of the mean of two heights, as the reading order has it
-    const auto middle = [](const ReadLine* line) { return line->box.center().y(); };
-    const auto isBelowRow = [&](const ReadLine& line, const ReadLine& row) {
-        // A headline or a large number beside a table does not join its rows.
-        const auto [low, high] = std::minmax({line.box.height(), row.box.height()});
-        return line.box.center().y() - row.box.center().y() > sameRow * (low + std::min(high, 2 * low)) / 2;
+    const std::vector<Row> rows = rowsOf(lines);
+    const auto isNearNext = [&](const Row& row, const Row& next) {
+        return std::ranges::min(next | std::views::transform(middleOf)) -
+            std::ranges::max(row | std::views::transform(middleOf)) <=
+            leastRowTolerance * pictureHeight;
     };
-    std::vector<ReadLine*> order;
-    order.reserve(lines.size());
-    for (ReadLine& line : lines)
-        order.push_back(&line);
-    std::ranges::stable_sort(order, {}, middle);
-    bool areRowsNear = false;
-    for (auto first = order.begin(); first != order.end();) {
-        const auto next = std::find_if(
-            first, order.end(), [&](const ReadLine* line) { return isBelowRow(*line, **first); });
-        areRowsNear |= next != order.end() &&
-            middle(*next) - middle(*std::prev(next)) <= leastRowTolerance * pictureHeight;
-        std::stable_sort(
-            first, next, [](const ReadLine* a, const ReadLine* b) { return a->box.left() < b->box.left(); });
-        first = next;
-    }
-    if (!areRowsNear)
+    if (std::ranges::adjacent_find(rows, isNearNext) == rows.end())
         return;
-    for (size_t rank = 0; rank < order.size(); ++rank)
-        order[rank]->box.moveLeft(double(rank) / double(order.size()));
+    double rank = 0;
+    for (const Row& row : rows)
+        for (ReadLine* const line : row)
+            line->box.moveLeft(rank++ / static_cast<double>(lines.size()));
 }
 
 }  // namespace

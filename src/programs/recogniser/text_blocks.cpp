@@ -205,6 +205,9 @@ BlockPicture BlockPainter::paint(const TextBlock& block, TextMarks::Kind kind) c
     picture.scale = std::clamp(wanted, mostShrinking, mostEnlarging);
     if (picture.scale < 1 && picture.scale > hardlyShrinking)
         picture.scale = 1;
+    // The library counts the columns of a picture in 16 bits.
+    constexpr double mostColumns = 32767 - 2 * border;
+    picture.scale = std::min(picture.scale, mostColumns / plane.width());
     picture.origin = QPointF(frame.topLeft()) - QPointF(border, border) / picture.scale;
     if (picture.scale != 1)
         plane = resample(plane, std::max(1, qRound(plane.width() * picture.scale)),

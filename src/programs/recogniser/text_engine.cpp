@@ -9,12 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "programs/recogniser/work_budget.h"
-
 namespace tralio {
 
-TextEngine::TextEngine(const QString& packs, GoesOn goesOn)
-    : m_goesOn(std::move(goesOn)), m_api(std::make_unique<tesseract::TessBaseAPI>()) {
+TextEngine::TextEngine(const QString& packs, GoesOn goesOn, WorkBudget::Meter meter)
+    : m_goesOn(std::move(goesOn)),
+      m_meter(std::move(meter)),
+      m_api(std::make_unique<tesseract::TessBaseAPI>()) {
     const std::vector<std::string> names{"debug_file"};
     const std::vector<std::string> values{"/dev/null"};
     m_isLoaded = m_api->Init(nullptr, packs.toUtf8().constData(), tesseract::OEM_LSTM_ONLY, nullptr, 0,
@@ -44,32 +44,34 @@ Reading TextEngine::read(const Plane& picture, Layout layout) {
     struct Watch {
         double until;
         const GoesOn& goesOn;
+        const WorkBudget::Meter& meter;
     };
-    Watch watch{WorkBudget::processorTime() + mostSeconds, m_goesOn};
+    Watch watch{m_meter() + mostSeconds, m_goesOn, m_meter};
     ETEXT_DESC monitor;
     monitor.cancel_this = &watch;
     monitor.cancel = [](void* context, int) {
         const auto& watch = *static_cast<Watch*>(context);
         if (watch.goesOn)
             watch.goesOn();
-        return WorkBudget::processorTime() > watch.until;
+        return watch.meter() > watch.until;
     };
     const auto giveBack = qScopeGuard([this] { m_api->Clear(); });
-    if (m_api->Recognize(&monitor) != 0)
-        return reading;
+    // Also when it was stopped there is what it had read by then; the lines after that are blanks.
+    (void)m_api->Recognize(&monitor);
     const std::unique_ptr<ResultIterator> word(m_api->GetIterator());
     if (!word || word->Empty(RIL_WORD))
         return reading;
+    bool startsLine = true;
     do {
-        if (word->IsAtBeginningOf(RIL_TEXTLINE) || reading.lines.empty()) {
-            int left = 0, top = 0, right = 0, bottom = 0;
+        startsLine |= word->IsAtBeginningOf(RIL_TEXTLINE);
+        const std::unique_ptr<const char[]> text(word->GetUTF8Text(RIL_WORD));
+        if (QByteArrayView(text.get()).trimmed().isEmpty())
+            continue;
+        int left = 0, top = 0, right = 0, bottom = 0;
+        if (std::exchange(startsLine, false)) {
             word->BoundingBox(RIL_TEXTLINE, &left, &top, &right, &bottom);
             reading.lines.push_back({{}, QRectF(QPointF(left, top), QPointF(right, bottom))});
         }
-        const std::unique_ptr<const char[]> text(word->GetUTF8Text(RIL_WORD));
-        if (!text || text[0] == '\0')
-            continue;
-        int left = 0, top = 0, right = 0, bottom = 0;
         word->BoundingBox(RIL_WORD, &left, &top, &right, &bottom);
         reading.lines.back().words.push_back({QString::fromUtf8(text.get()), word->Confidence(RIL_WORD),
             word->BlanksBeforeWord(), QString::fromUtf8(word->WordRecognitionLanguage()),

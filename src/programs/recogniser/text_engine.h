@@ -7,6 +7,7 @@
 
 #include "programs/recogniser/plane.h"
 #include "programs/recogniser/reading.h"
+#include "programs/recogniser/work_budget.h"
 
 namespace tesseract {
 class TessBaseAPI;
@@ -23,7 +24,7 @@ public:
 
     /// Loads language packs with their dictionaries, the first of them the leading one ("vie+eng"). Check
     /// `isLoaded`.
-    explicit TextEngine(const QString& packs, GoesOn goesOn = {});
+    TextEngine(const QString& packs, GoesOn goesOn, WorkBudget::Meter meter);
     TextEngine(const TextEngine&) = delete;
     TextEngine& operator=(const TextEngine&) = delete;
     ~TextEngine();
@@ -35,11 +36,13 @@ public:
 
     enum class Layout { block, singleLine };
 
-    /// Reads dark text on white. Boxes are in pixels of the picture.
+    /// Reads dark text on white, as far as it comes in the time that one picture may take. Boxes are in
+    /// pixels of the picture.
     [[nodiscard]] Reading read(const Plane& picture, Layout layout = Layout::block);
 
 private:
     GoesOn m_goesOn;
+    WorkBudget::Meter m_meter;
     std::unique_ptr<tesseract::TessBaseAPI> m_api;
     bool m_isLoaded = false;
 };

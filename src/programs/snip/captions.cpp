@@ -13,7 +13,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// The dark theme's, on any desktop: the overlay is dark.
+// Colours of the dark theme on any desktop, since the overlay is dark.
 constexpr QColor ground(0x1E, 0x1F, 0x23, 235);
 constexpr QColor edge(255, 255, 255, 33);
 constexpr QColor text(0xF0, 0xF1, 0xF3);
@@ -21,7 +21,7 @@ constexpr QColor secondary(0xA5, 0xAB, 0xB5);
 constexpr QColor keyGround(0x2D, 0x2F, 0x35);
 constexpr QColor keyEdge(0xA5, 0xAB, 0xB5, 64);
 
-/// A line of the hint: keys and what they do.
+/// One part of the hint: keys, and what they do.
 struct Word {
     enum class Kind { Text, Key, Gap } kind;
     QString text = {};
@@ -46,7 +46,7 @@ QFont font(int size, QFont::Weight weight) {
     return result;
 }
 
-/// An image for drawing in logical pixels.
+/// An image to draw on in logical pixels.
 QImage canvas(QSizeF logical, double scale) {
     QImage image(int(std::ceil(logical.width() * scale)), int(std::ceil(logical.height() * scale)),
         QImage::Format_ARGB32_Premultiplied);

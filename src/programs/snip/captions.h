@@ -6,9 +6,9 @@
 
 namespace tralio {
 
-/// The texts of the overlay. Making one starts the toolkit, which loads the fonts and takes longer than all
-/// the rest: make it when the overlay is on the screen. The toolkit gets no display, as the overlay is not
-/// its.
+/// The texts of the overlay. Construction starts QGuiApplication and loads the fonts, which takes longer than
+/// everything else, so construct it once the overlay is shown. Qt gets no display, since the overlay is drawn
+/// without it.
 class Captions final {
 public:
     enum class Hint { Draw, Keys };
@@ -17,7 +17,7 @@ public:
 
     /// "W × H" in pixels.
     [[nodiscard]] QImage drawSize(QSize pixels, double scale) const;
-    /// What one can do now; smaller than scaled where the monitor is narrow.
+    /// The keys that can be used now; drawn at a smaller scale where the monitor is narrow.
     [[nodiscard]] QImage drawHint(Hint hint, double scale, int mostPixels) const;
 
 private:

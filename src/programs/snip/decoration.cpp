@@ -17,7 +17,7 @@ constexpr double leastSideWithMiddle = 72;
 
 // ms
 constexpr double fadeTime = 140;
-constexpr double longestFrame = 30;  // the fade starts when something happens, not when the last thing did
+constexpr double longestFrame = 30;  // the time before a fade began must not count towards it
 
 }  // namespace
 

@@ -11,8 +11,8 @@
 
 namespace tralio {
 
-/// What stands on the overlay beside the screen: the rectangle's handles and size, and the hint, which fades
-/// away while something is drawn or the pointer comes near it.
+/// What the overlay shows on top of the screen: the rectangle's handles and size, and the hint, which fades
+/// out while the user draws or the pointer is near it.
 class Decoration final {
 public:
     Decoration(const XDisplay& display, const MonitorLayout& monitors);

@@ -8,18 +8,19 @@
 namespace tralio {
 namespace {
 
-constexpr int patience = 1000;  // ms: the program whose hot key was pressed lets go within some
+constexpr int patience = 1000;  // ms: the program whose hot key started us releases its grab within some
 constexpr int pause = 5;        // ms
 constexpr quint16 pointerEvents =
     XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION;
 
-/// One try at both grabs. They are on the root window: one of ours could only be grabbed for once it is on
-/// the screen.
+/// One attempt at both grabs. They are on the root window, since a window of ours could be grabbed only once
+/// it is on the screen, and that is after the grabs.
 class GrabRequests final {
 public:
     struct Outcome {
         bool hasPointer;
         bool hasKeyboard;
+        InputGrab::Keys heldKeys;
     };
 
     GrabRequests(const XDisplay& display, xcb_cursor_t cursor)
@@ -27,20 +28,26 @@ public:
           m_pointer(xcb_grab_pointer(m_xcb, 0, display.root(), pointerEvents, XCB_GRAB_MODE_ASYNC,
               XCB_GRAB_MODE_ASYNC, XCB_NONE, cursor, XCB_CURRENT_TIME)),
           m_keyboard(xcb_grab_keyboard(
-              m_xcb, 0, display.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)) {}
+              m_xcb, 0, display.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)),
+          m_keymap(xcb_query_keymap(m_xcb)) {}
 
-    /// To be asked once.
+    /// Waits for the server's replies; call only once.
     [[nodiscard]] Outcome outcome() const {
         const XcbPtr<xcb_grab_pointer_reply_t> pointer{xcb_grab_pointer_reply(m_xcb, m_pointer, nullptr)};
         const XcbPtr<xcb_grab_keyboard_reply_t> keyboard{xcb_grab_keyboard_reply(m_xcb, m_keyboard, nullptr)};
+        const XcbPtr<xcb_query_keymap_reply_t> keymap{xcb_query_keymap_reply(m_xcb, m_keymap, nullptr)};
+        InputGrab::Keys held;
+        for (size_t key = 0; keymap && key < held.size(); ++key)
+            held[key] = keymap->keys[key / 8] >> (key % 8) & 1;
         return {pointer && pointer->status == XCB_GRAB_STATUS_SUCCESS,
-            keyboard && keyboard->status == XCB_GRAB_STATUS_SUCCESS};
+            keyboard && keyboard->status == XCB_GRAB_STATUS_SUCCESS, held};
     }
 
 private:
     xcb_connection_t* m_xcb;
     xcb_grab_pointer_cookie_t m_pointer;
     xcb_grab_keyboard_cookie_t m_keyboard;
+    xcb_query_keymap_cookie_t m_keymap;
 };
 
 }  // namespace
@@ -56,9 +63,10 @@ InputGrab::InputGrab(const XDisplay& display, xcb_cursor_t cursor, const std::fu
         if (outcome.hasPointer && outcome.hasKeyboard) {
             if (!isFirstTry)
                 freeze();
+            m_heldKeys = outcome.heldKeys;
             return;
         }
-        // Half of the input is of no use, and the other program may need it to come to its end.
+        // One grab without the other is useless, and the other program may need the input to finish.
         letGo();
         display.check();
         if (deadline.hasExpired())

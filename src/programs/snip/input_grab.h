@@ -1,19 +1,19 @@
 #pragma once
 
+#include <bitset>
 #include <functional>
 
 #include "programs/snip/x_display.h"
 
 namespace tralio {
 
-/// Pointer and keyboard are ours while this lives: every press, wherever it happens, comes to our connection
-/// in pixels of the screen. Throws std::runtime_error when another program keeps them for longer than a
-/// second.
+/// Grabs pointer and keyboard for its lifetime: all presses come to our connection, in screen pixels. The
+/// constructor throws std::runtime_error when another program keeps either for more than a second.
 class InputGrab final {
 public:
-    /// `freeze` is called to ask the server for the screen as it is when the input becomes ours. The server
-    /// gets that together with our first try, so that what goes away without input, like a tooltip, is still
-    /// there; after a wait it is called once more.
+    /// `freeze` requests a copy of the screen. It is called right after the first attempt, before the
+    /// server's reply, so that what disappears with a grab, such as a tooltip, is still in the copy; if more
+    /// attempts were needed, once more after the last one.
     InputGrab(const XDisplay& display, xcb_cursor_t cursor, const std::function<void()>& freeze);
     InputGrab(const InputGrab&) = delete;
     InputGrab& operator=(const InputGrab&) = delete;
@@ -21,10 +21,15 @@ public:
 
     void setCursor(xcb_cursor_t cursor);
 
+    using Keys = std::bitset<256>;
+    /// By code, those that were down when the keyboard became ours.
+    [[nodiscard]] const Keys& heldKeys() const { return m_heldKeys; }
+
 private:
     void letGo() const;
 
     const XDisplay& m_display;
+    Keys m_heldKeys;
 };
 
 }  // namespace tralio

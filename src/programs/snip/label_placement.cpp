@@ -6,9 +6,9 @@
 namespace tralio {
 namespace {
 
-constexpr double hintMargin = 40;  // logical pixels: clear of most panels and subtitles' last line
+constexpr double hintMargin = 40;  // logical pixels: clear of most panels, and of the last line of subtitles
 
-/// A span of `length` beside `place`: after it or before it.
+/// Where a span of `length` begins that lies after or before `place`.
 int beside(int place, int length, int gap, bool after) {
     return after ? place + gap : place - gap - length + 1;
 }
@@ -28,7 +28,7 @@ QRect placeSizeLabel(QSize label, const QRect& area, QPoint activeCorner, const 
     const int innerX = beside(activeCorner.x(), label.width(), gap, !isRight);
     const int outerY = beside(activeCorner.y(), label.height(), gap, isBottom);
     const int innerY = beside(activeCorner.y(), label.height(), gap, !isBottom);
-    // For rectangles in a corner of the monitor that are smaller than the label.
+    // For rectangles smaller than the label in a corner of the monitor.
     const int anyX =
         std::clamp(innerX, monitor.left(), std::max(monitor.left(), monitor.right() - label.width() + 1));
     const int anyY =

@@ -1,9 +1,9 @@
-// Lets the user draw a rectangle on the screen and writes what is in it to a PNG file.
+// Lets the user draw a rectangle on the screen and writes its content to a PNG file.
 //
 //     tralio-snip -i PATH
 //
-// Exits with 0 when the picture was taken, and also when the user cancelled: then there is no file. Any other
-// status means that it could not be done; a line on the standard error says why, and there is no file either.
+// Exits with 0 when the picture was taken, and also, without a file, when the user cancelled. Any other
+// status is an error, with a line on standard error that says why, and without a file.
 
 #include <QFile>
 
@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
         return misused;
     }
     const QString path = QFile::decodeName(argv[2]);
-    // Better now than when the user has drawn.
+    // Checked now, rather than after the user has drawn.
     if (const QString obstacle = PictureFile::obstacleAt(path); !obstacle.isEmpty())
         return fail(obstacle);
     try {

@@ -28,13 +28,13 @@ int pixels(double logical, double scale) {
 QImage drawCross(double scale) {
     const int line = pixels(1, scale);
     const int arm = pixels(10, scale);
-    const int gap = pixels(3, scale);  // the pixel that is pointed at stays free
+    const int gap = pixels(3, scale);  // leaves the pixel under the pointer uncovered
     const int middle = gap + arm + line;
     QImage image = transparent(2 * middle + 1);
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     const int far = middle + gap;
-    // Dark around light shows on any ground.
+    // A dark outline around a light line shows on any background.
     for (const auto& [color, margin] : {std::pair(outline, line), std::pair(light, 0)}) {
         const int start = middle - line / 2 - margin;
         const int breadth = line + 2 * margin;

@@ -7,7 +7,7 @@ namespace tralio {
 /// The cross under the pointer; its middle is at half its size, rounded down.
 [[nodiscard]] QImage drawCross(double scale);
 
-/// A point of light, for the corners and sides of the rectangle.
+/// A bright dot for the corners and sides of the rectangle.
 [[nodiscard]] QImage drawHandle(double scale);
 
 }  // namespace tralio

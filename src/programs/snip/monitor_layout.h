@@ -7,17 +7,17 @@
 
 namespace tralio {
 
-/// One monitor. `area` is in pixels of the screen, `scale` says how many of them make a logical pixel.
+/// One monitor. `area` is in screen pixels; `scale` is the number of pixels per logical pixel.
 struct Monitor {
     QString name;
     QRect area;
     double scale = 1;
 
-    /// A length in logical pixels, in whole pixels of this monitor and at least one.
+    /// A length in logical pixels, converted to whole pixels of this monitor, at least one.
     [[nodiscard]] int pixels(double logical) const;
 };
 
-/// The monitors that make the screen.
+/// All monitors of the screen.
 class MonitorLayout final {
 public:
     /// `monitors` must not be empty.
@@ -25,7 +25,7 @@ public:
 
     /// The rectangle around all monitors.
     [[nodiscard]] QRect bounds() const { return m_bounds; }
-    /// The monitor with this place, or the nearest one.
+    /// The monitor that contains `place`, or else the nearest one.
     [[nodiscard]] const Monitor& at(QPoint place) const;
     /// The scale of the monitor that shows most of an area.
     [[nodiscard]] double scaleOf(const QRect& area) const;

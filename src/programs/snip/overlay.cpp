@@ -9,10 +9,10 @@ namespace {
 
 constexpr QColor frameLight(255, 255, 255, 235);
 
-/// Another program may want to be on top, too. After so many times it may.
+/// How often the overlay is raised again. Another program may insist on being on top; this ends the contest.
 constexpr int mostRaises = 40;
 
-/// The frame of some breadth around a rectangle.
+/// A frame of the given breadth around a rectangle.
 QRegion frameAround(const QRect& area, int breadth) {
     return QRegion(area.adjusted(-breadth, -breadth, breadth, breadth)) - area;
 }
@@ -37,7 +37,7 @@ Overlay::Overlay(const XDisplay& display, const FrozenScreen& screen)
     constexpr std::string_view windowClass("tralio-snip\0tralio-snip\0", 24);
     xcb_change_property(display.xcb(), XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
         quint32(windowClass.size()), windowClass.data());
-    const quint32 noEvents = 0;  // copies within the server would each report that they are done
+    const quint32 noEvents = 0;  // else the server would report the end of every copy
     xcb_create_gc(display.xcb(), m_context, m_window, XCB_GC_GRAPHICS_EXPOSURES, &noEvents);
 }
 
@@ -49,7 +49,8 @@ Overlay::~Overlay() {
 
 void Overlay::show() {
     xcb_map_window(m_display.xcb(), m_window);
-    // After it, as the window has the dimmed screen for its background: on a large screen every copy shows.
+    // After mapping, since the window's background shows the dimmed screen already: on a large screen a copy
+    // before it would be a visible delay.
     m_frame.copyFrom(m_screen.dimmed().picture(), QRect(QPoint(), m_screen.size()));
     m_display.flush();
 }

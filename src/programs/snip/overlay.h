@@ -10,11 +10,11 @@
 
 namespace tralio {
 
-/// The window over the whole screen: the frozen screen, dimmed but for the rectangle. The window manager has
-/// no part in it, and what else comes up is put below it.
+/// The window over the whole screen: the frozen screen, dimmed outside the rectangle. It bypasses the window
+/// manager, and raises itself above windows that come later.
 class Overlay final {
 public:
-    /// Something that lies on top: a caption, a handle.
+    /// A picture on top: a caption or a handle.
     struct Mark {
         const XPicture* picture;
         QPoint place;
@@ -24,7 +24,7 @@ public:
     };
     struct Scene {
         std::optional<QRect> area;
-        int line = 1;  ///< breadth of the rectangle's edge, which lies outside of it
+        int line = 1;  ///< width of the rectangle's edge, which lies outside the rectangle
         std::vector<Mark> marks;
     };
 
@@ -33,10 +33,10 @@ public:
     Overlay& operator=(const Overlay&) = delete;
     ~Overlay();
 
-    /// The dimmed screen is there with the window's first pixel.
+    /// Maps the window; the dimmed screen is its background, so it never shows anything else.
     void show();
     void draw(const Scene& scene);
-    /// For every event of the connection.
+    /// To be called with every event of the connection.
     void handle(const xcb_generic_event_t& event);
 
 private:
@@ -44,11 +44,11 @@ private:
 
     const XDisplay& m_display;
     const FrozenScreen& m_screen;
-    XPicture m_frame;  ///< what the window shows
+    XPicture m_frame;  ///< the content of the window
     xcb_window_t m_window;
     xcb_gcontext_t m_context;
     QRegion m_area;   ///< of the rectangle, as last drawn
-    QRegion m_marks;  ///< whatever lies on top, as last drawn
+    QRegion m_marks;  ///< the area of the marks and the edge, as last drawn
     int m_raises = 0;
 };
 

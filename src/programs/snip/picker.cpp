@@ -2,7 +2,7 @@
 
 #include <poll.h>
 
-// The keys' names are macros of the X11 headers.
+// X11's key names are macros behind this one.
 #define XK_MISCELLANY
 #include <X11/keysymdef.h>
 
@@ -13,7 +13,8 @@ namespace tralio {
 namespace {
 
 constexpr int frameTime = 16;  // ms
-/// Of a user who has gone away, in milliseconds: what holds the keyboard keeps the screen from being locked.
+/// Milliseconds without input after which the picker cancels: its keyboard grab would keep the screen from
+/// being locked.
 constexpr int mostIdle = 120'000;
 
 template <typename Event>
@@ -48,7 +49,7 @@ Picker::Picker(const XDisplay& display, FrozenScreen& screen, const MonitorLayou
       m_monitors(monitors),
       m_selection(monitors, display.pointer()),
       m_keys(xcb_key_symbols_alloc(display.xcb()), &xcb_key_symbols_free) {
-    // Tells when the screen changes its size.
+    // Reports changes of the screen's size.
     const quint32 events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(display.xcb(), display.root(), XCB_CW_EVENT_MASK, &events);
 }
@@ -56,6 +57,9 @@ Picker::Picker(const XDisplay& display, FrozenScreen& screen, const MonitorLayou
 std::optional<QRect> Picker::pick() {
     double scale = m_monitors.at(m_selection.pointer()).scale;
     InputGrab grab(m_display, crossFor(scale), [this] { m_screen.freeze(); });
+    for (size_t key = 0; key < grab.heldKeys().size(); ++key)
+        if (grab.heldKeys()[key])
+            m_heldKeys.emplace(key, std::nullopt);
     Overlay overlay(m_display, m_screen);
     overlay.show();
 
@@ -100,8 +104,15 @@ void Picker::handle(const xcb_generic_event_t& event) {
             break;
         }
         case XCB_KEY_PRESS:
-            pressKey(as<xcb_key_press_event_t>(event));
+            if (const auto& press = as<xcb_key_press_event_t>(event); !isRepeat(press))
+                pressKey(press);
             break;
+        case XCB_KEY_RELEASE: {
+            const auto& release = as<xcb_key_release_event_t>(event);
+            if (const auto held = m_heldKeys.find(release.detail); held != m_heldKeys.end())
+                held->second = release.time;
+            break;
+        }
         case XCB_MAPPING_NOTIFY: {
             auto mapping = as<xcb_mapping_notify_event_t>(event);
             xcb_refresh_keyboard_mapping(m_keys.get(), &mapping);
@@ -109,7 +120,7 @@ void Picker::handle(const xcb_generic_event_t& event) {
         }
         case XCB_CONFIGURE_NOTIFY: {
             const auto& change = as<xcb_configure_notify_event_t>(event);
-            // What is frozen no longer is what the user has before them.
+            // The frozen picture no longer matches the screen.
             if (change.window == m_display.root() && QSize(change.width, change.height) != m_screen.size())
                 m_selection.cancel();
             break;
@@ -124,6 +135,17 @@ void Picker::pressButton(const xcb_button_press_event_t& event) {
         m_selection.press({event.root_x, event.root_y});
     else if (event.detail == XCB_BUTTON_INDEX_3)
         m_selection.cancel();
+}
+
+bool Picker::isRepeat(const xcb_key_press_event_t& event) {
+    const auto held = m_heldKeys.find(event.detail);
+    if (held == m_heldKeys.end())
+        return false;
+    // The server repeats a key as a release and a press at one time.
+    if (!held->second || *held->second == event.time)
+        return true;
+    m_heldKeys.erase(held);
+    return false;
 }
 
 void Picker::pressKey(const xcb_key_press_event_t& event) {
@@ -142,7 +164,7 @@ void Picker::pressKey(const xcb_key_press_event_t& event) {
 
 void Picker::waitForEvent(bool isFading) {
     m_display.flush();
-    // Flushing may have read events, of which the connection tells nothing any more.
+    // Flushing may have read events into the queue, for which poll() would not wake up.
     m_queued.reset(xcb_poll_for_queued_event(m_display.xcb()));
     if (m_queued)
         return;

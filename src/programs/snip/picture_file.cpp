@@ -12,7 +12,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr double dotsPerMeterAtRatioOne = 96 / 0.0254;
-/// Qt's scale for PNG; this one is zlib's fastest. The file lives for a moment.
+/// On Qt's scale for PNG (0 to 100) this is zlib's fastest level. The file is deleted soon.
 constexpr int fastCompression = 12;
 
 }  // namespace

@@ -15,14 +15,14 @@ constexpr double reachOfEdge = 7;
 constexpr QSize placedSize{360, 120};
 constexpr double smallestPlacedSide = 8;
 
-/// The rectangle, moved as little as needed to lie within bounds that are not smaller.
+/// The rectangle, moved as little as necessary to lie within `bounds`, which is at least as large.
 QRect movedInto(const QRect& bounds, QRect area) {
     area.moveLeft(std::clamp(area.left(), bounds.left(), bounds.right() - area.width() + 1));
     area.moveTop(std::clamp(area.top(), bounds.top(), bounds.bottom() - area.height() + 1));
     return area;
 }
 
-/// From one pixel to another, both within.
+/// The rectangle from one pixel to another, both included.
 QRect spanned(QPoint one, QPoint other) {
     return {QPoint(std::min(one.x(), other.x()), std::min(one.y(), other.y())),
         QPoint(std::max(one.x(), other.x()), std::max(one.y(), other.y()))};
@@ -148,7 +148,7 @@ Qt::Edges RegionSelection::edgesAt(QPoint place) const {
     const int reach = m_monitors.at(place).pixels(reachOfEdge);
     if (!m_area.adjusted(-reach, -reach, reach, reach).contains(place))
         return {};
-    // A small rectangle could otherwise not be taken by its middle.
+    // At most a quarter of the rectangle, or the middle of a small one could not be grabbed.
     const int across = std::min(reach, m_area.width() / 4);
     const int down = std::min(reach, m_area.height() / 4);
     Qt::Edges edges;

@@ -9,11 +9,12 @@
 
 namespace tralio {
 
-/// What the user does in the region picker: pointer and keys in, a rectangle and an outcome out.
+/// The state of the region picker: pointer and key events in, a rectangle and an outcome out.
 ///
-/// A drag from a free place draws, and letting go confirms. The keyboard places a rectangle that waits for
-/// confirm(); until then the pointer may also move it or pull its edges, and drawing anew replaces it.
-/// Places are pixels of the screen, and a rectangle holds the pixels that it was drawn from and to.
+/// Dragging from outside a rectangle draws one, and releasing the button confirms it. With the keyboard the
+/// user places a rectangle that waits for confirm(); until then the pointer may also move it or drag its
+/// edges, and drawing again replaces it. Positions are screen pixels, and a rectangle includes the pixels
+/// that it was drawn from and to.
 class RegionSelection final {
 public:
     enum class Stage { Waiting, Drawing, Placed, Adjusting, Confirmed, Cancelled };
@@ -22,23 +23,23 @@ public:
 
     RegionSelection(MonitorLayout monitors, QPoint pointer);
 
-    // What happens. Nothing changes any more once it is over.
+    // Events. Ignored once `isOver()`.
     void press(QPoint place);
     void moveTo(QPoint place);
     void release(QPoint place);
-    /// `direction` is a unit vector. Without a rectangle the first arrow brings one, at the pointer.
+    /// `direction` is a unit vector. Without a rectangle the first arrow places one at the pointer.
     void pressArrow(QPoint direction, ArrowEffect effect, Stride stride);
-    /// Takes a placed rectangle; without one, brings one.
+    /// Confirms a placed rectangle; without one, places one.
     void confirm();
     void cancel();
 
-    // What stands.
+    // State
     [[nodiscard]] Stage stage() const { return m_stage; }
     [[nodiscard]] bool isOver() const;
-    /// Absent until something is drawn, and while a drag is too short to count as one.
+    /// Absent until something is drawn, and while a drag is too short to count.
     [[nodiscard]] std::optional<QRect> area() const;
     [[nodiscard]] QPoint pointer() const { return m_pointer; }
-    /// The corner that changes, beside which its size is told.
+    /// The corner that is being changed; the size is shown beside it.
     [[nodiscard]] QPoint activeCorner() const;
 
 private:
@@ -53,7 +54,7 @@ private:
     QRect m_area;
     QPoint m_pressedAt;
     QRect m_areaAtPress;
-    Qt::Edges m_heldEdges;  ///< those that follow the pointer; all four: the whole rectangle does
+    Qt::Edges m_heldEdges;  ///< the edges that follow the pointer; all four: the rectangle moves
 };
 
 }  // namespace tralio

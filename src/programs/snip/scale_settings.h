@@ -8,19 +8,20 @@
 
 namespace tralio {
 
-/// How large things are shown on each monitor, by the settings that Qt programs on X11 obey (so that what the
-/// picker shows is as large as the rest of the program) and, where the desktop gives no resolution, by GTK's.
+/// The scale of each monitor, from the settings that Qt programs on X11 obey (so that the picker's scale
+/// matches the rest of the program), or, if the desktop sets no resolution, from GTK's.
 class ScaleSettings final {
 public:
-    /// `resources` is the text of the root window's RESOURCE_MANAGER, with a line for `Xft.dpi`.
+    /// `resources` is the text of the root window's RESOURCE_MANAGER property, which may have a line for
+    /// `Xft.dpi`.
     [[nodiscard]] static ScaleSettings fromSession(const QString& resources);
 
-    /// Pixels for each logical pixel, from 1 to 8.
+    /// Pixels per logical pixel, from 1 to 8.
     [[nodiscard]] double scaleOf(const QString& monitorName, int monitorIndex) const;
 
 private:
     double m_everywhere = 1;
-    double m_ordinary = 1;  ///< of monitors without a scale of their own
+    double m_ordinary = 1;  ///< for monitors without a scale of their own
     QHash<QString, double> m_byName;
     QHash<int, double> m_byIndex;
 };

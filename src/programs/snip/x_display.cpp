@@ -48,7 +48,7 @@ void XDisplay::refuseWayland() const {
     constexpr std::string_view name = "XWAYLAND";
     const XcbPtr<xcb_query_extension_reply_t> extension{xcb_query_extension_reply(
         xcb(), xcb_query_extension(xcb(), quint16(name.size()), name.data()), nullptr)};
-    // The screen of such a server is black: the picture would be, too.
+    // Xwayland's root window is black, and so would the picture be.
     if ((extension && extension->present) || qEnvironmentVariable("XDG_SESSION_TYPE") == u"wayland")
         throw std::runtime_error("a Wayland session does not let its screen be read through X");
 }
@@ -71,7 +71,7 @@ MonitorLayout XDisplay::monitors() const {
     const ScaleSettings scales = ScaleSettings::fromSession(resources());
     std::vector<Monitor> monitors;
     if (hasExtension(xcb(), xcb_randr_id)) {
-        // A server asked for more than its version knows answers with an error: no monitors.
+        // Asking for monitors of a server older than RandR 1.5 gives an error, and so no monitors.
         const auto version = xcb_randr_query_version(xcb(), 1, 5);
         const XcbPtr<xcb_randr_get_monitors_reply_t> reply{
             xcb_randr_get_monitors_reply(xcb(), xcb_randr_get_monitors(xcb(), root(), 1), nullptr)};

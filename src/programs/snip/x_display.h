@@ -14,8 +14,8 @@
 
 namespace tralio {
 
-/// The X server, as far as the picker needs it: its screen and its drawing extension. What is missing throws
-/// std::runtime_error with a reason for the user.
+/// The connection to the X server, with its screen and RENDER formats. The constructor throws
+/// std::runtime_error, with a message for the user, if something is missing.
 class XDisplay final {
 public:
     /// Connects to $DISPLAY.
@@ -29,12 +29,12 @@ public:
     [[nodiscard]] xcb_window_t root() const { return m_screen->root; }
     [[nodiscard]] QSize size() const { return {m_screen->width_in_pixels, m_screen->height_in_pixels}; }
 
-    // Of pictures: what the screen has, and the two that images have here.
+    // RENDER formats: the screen's, and those of images with and without alpha.
     [[nodiscard]] xcb_render_pictformat_t screenFormat() const { return m_screenFormat; }
     [[nodiscard]] xcb_render_pictformat_t argbFormat() const { return m_argbFormat; }
     [[nodiscard]] xcb_render_pictformat_t rgbFormat() const { return m_rgbFormat; }
 
-    /// With their scales; the whole screen as one where the server knows no monitors.
+    /// The monitors with their scales; the whole screen as one if the server reports none.
     [[nodiscard]] MonitorLayout monitors() const;
     [[nodiscard]] QPoint pointer() const;
 

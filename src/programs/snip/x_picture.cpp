@@ -19,7 +19,7 @@ std::vector<xcb_rectangle_t> allToX(std::span<const QRect> rectangles) {
     return result;
 }
 
-/// The protocol wants colours with their alpha multiplied in.
+/// RENDER takes colours with premultiplied alpha.
 xcb_render_color_t toX(const QColor& color) {
     const auto channel = [&color](
                              float value) { return quint16(std::lround(value * color.alphaF() * 0xffff)); };
@@ -46,7 +46,7 @@ XPicture XPicture::fromImage(const XDisplay& display, const QImage& image) {
     XPicture result(display, pixels.size(), alphaDepth, display.argbFormat());
     const xcb_gcontext_t context = xcb_generate_id(display.xcb());
     xcb_create_gc(display.xcb(), context, result.m_pixmap, 0, nullptr);
-    // Captions and marks: far below the size that a request may have.
+    // Only captions and marks, which are far below the maximum size of a request.
     xcb_put_image(display.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, result.m_pixmap, context, quint16(pixels.width()),
         quint16(pixels.height()), 0, 0, 0, alphaDepth, quint32(pixels.sizeInBytes()), pixels.constBits());
     xcb_free_gc(display.xcb(), context);

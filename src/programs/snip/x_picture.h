@@ -10,13 +10,13 @@
 
 namespace tralio {
 
-/// A picture that lives in the X server: whatever is as large as the screen stays there, so that neither the
-/// first sight nor a move of the pointer carries it through a socket.
+/// A picture in the X server. Pictures as large as the screen stay there, so that neither showing the overlay
+/// nor moving the pointer sends them through a socket.
 class XPicture final {
 public:
-    /// As the screen is, with undefined content.
+    /// In the screen's format; its content is undefined.
     [[nodiscard]] static XPicture likeScreen(const XDisplay& display, QSize size);
-    /// With red, green and blue of 8 bits each, whatever the screen has.
+    /// With 8 bits each for red, green and blue, whatever the screen's format.
     [[nodiscard]] static XPicture withoutAlpha(const XDisplay& display, QSize size);
     /// A copy of an image with an alpha channel.
     [[nodiscard]] static XPicture fromImage(const XDisplay& display, const QImage& image);
@@ -29,12 +29,12 @@ public:
     [[nodiscard]] xcb_pixmap_t pixmap() const { return m_pixmap; }
     [[nodiscard]] xcb_render_picture_t picture() const { return m_picture; }
 
-    /// Limits drawing to a region until lifted.
+    /// Limits drawing to a region until `liftClip()`.
     void clipTo(std::span<const QRect> region);
     void liftClip();
-    /// Copies a part from another picture of this screen, at the same place.
+    /// Copies a part of another picture of this screen, to the same place.
     void copyFrom(xcb_render_picture_t source, const QRect& part);
-    /// Lays another picture over this one.
+    /// Blends another picture over this one.
     void lay(const XPicture& other, QPoint place, double opacity = 1);
     void fill(std::span<const QRect> areas, const QColor& color);
 
@@ -47,7 +47,7 @@ private:
     xcb_render_picture_t m_picture;
 };
 
-/// The same rectangle as the protocol has it.
+/// Converts to the protocol's type.
 [[nodiscard]] xcb_rectangle_t toX(const QRect& rectangle);
 
 }  // namespace tralio

@@ -10,11 +10,10 @@
 #include <unistd.h>
 #include <vector>
 
-// Whether a file bears the Ed25519 signature of a key. A process of its own, for what it reads is foreign and
-// may be large.
+// Checks a file's Ed25519 signature. A process of its own, since the file is untrusted and may be large.
 //
-// Usage: tralio-verify FILE SIGNATURE PUBLIC_KEY, the last two in hexadecimal digits. Ends with 0 when it
-// does, with 1 when it does not, and with 2 when that cannot be told.
+// Usage: tralio-verify FILE SIGNATURE PUBLIC_KEY, the last two in hexadecimal digits. Exits with 0 if the
+// signature is valid, with 1 if it is not, and with 2 if it could not be checked.
 
 namespace {
 
@@ -28,7 +27,7 @@ struct FreeKey {
     void operator()(EVP_MD_CTX* context) const { EVP_MD_CTX_free(context); }
 };
 
-/// Empty when it is not so many bytes.
+/// Empty unless the text has exactly `size` bytes in hexadecimal digits.
 Bytes fromHex(std::string_view digits, size_t size) {
     Bytes bytes;
     for (size_t at = 0; at + 1 < digits.size(); at += 2) {
@@ -41,7 +40,7 @@ Bytes fromHex(std::string_view digits, size_t size) {
     return digits.size() == 2 * size ? bytes : Bytes();
 }
 
-/// A file in memory, for as long as it is needed: the algorithm wants the whole text at once.
+/// A file mapped into memory for its lifetime: Ed25519 verification needs the whole text at once.
 class MappedFile final {
 public:
     explicit MappedFile(const char* path) {

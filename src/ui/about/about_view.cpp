@@ -24,7 +24,7 @@ QUrl webPage(const QString& address) {
     return QUrl(u"https://"_s + address);
 }
 
-/// Mail goes to the domain, not to its web server.
+/// Mail goes to the bare domain; "www." names the web server.
 QString mailAddress() {
     const QString host = hosts::website.toString();
     constexpr QStringView webServer = u"www.";
@@ -36,7 +36,7 @@ QLayout* centred(Label* text) {
     return row({}, {text});
 }
 
-/// The hairline between two rows, from where their text begins.
+/// A hairline between two rows, starting where their text starts.
 QLayout* separator() {
     return row({.padding = {38, 0, 12, 0}}, {new Divider(nullptr, ColorRole::hairline)});
 }

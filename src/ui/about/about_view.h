@@ -9,19 +9,19 @@ class QLayout;
 
 namespace tralio {
 
-/// Who made the program, which version this is, and where to find the makers.
+/// The makers of the program, its version, and where to find them.
 class AboutView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `openURL` opens an address in the application that the user has for it.
+    /// `openURL` opens an address in the user's default application.
     AboutView(const QString& version, std::function<void(const QUrl&)> openURL, QWidget* parent = nullptr);
 
 private:
     struct Link {
         QString icon;
         QString title;
-        QString address;  ///< as it is shown
+        QString address;  ///< as shown
         QUrl url;
     };
 

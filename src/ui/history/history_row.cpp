@@ -35,13 +35,13 @@ QLayout* textOf(const QString& text, const TextStyle& style, ColorRole role, int
 
 HistoryRow::HistoryRow(const TranslationItem& item, const QString& date, QWidget* parent)
     : Control({}, parent), m_item(item) {
-    // A button's own policy would keep the row as wide as its longest text.
+    // With a button's own size policy the longest text would set the width of the row.
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     setCursor(Qt::PointingHandCursor);
     setSpokenCaption(u"%1, dịch từ %2 sang %3: %4"_s.arg(
         excerpt(item.sourceText), item.sourceLang, item.targetLang, excerpt(item.translatedText)));
-    // The buttons reach beyond the line of the badge and to the right of the texts by their padding, so that
-    // what they show stands level and ends with those.
+    // The padding of the buttons reaches above and below the line of the badge, and beyond the right edge of
+    // the texts, so that their icons are level and flush with those.
     filled(this,
         column({.padding = {8, 7, 5, 8}},
             {
@@ -58,7 +58,8 @@ QLayout* HistoryRow::header(const QString& date) {
         new Badge(badge::language, m_item.sourceLang.toUpper() + u" ➔ "_s + m_item.targetLang.toUpper());
     auto* tone = new Label(m_item.tone, text::smallCaption, ColorRole::secondary);
     m_date = new Label(date, text::smallCaption, ColorRole::secondary);
-    m_date->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);  // long names of languages give way to it
+    // Long language names are shortened instead.
+    m_date->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_copy = new Button(copyStyle, {.icon = u"doc.on.doc"_s});
     connect(m_copy, &Button::clicked, this, &HistoryRow::copyRequested);
     m_remove = new Button(button::close, {.icon = u"xmark"_s});
@@ -66,15 +67,16 @@ QLayout* HistoryRow::header(const QString& date) {
     connect(m_remove, &Button::clicked, this, &HistoryRow::removeRequested);
     for (Button* button : {m_copy, m_remove}) {
         button->setCursor(Qt::ArrowCursor);
-        button->setAccessibleDescription(excerpt(m_item.sourceText));  // every entry has such a button
+        // Every entry has such a button: says which entry this one is for.
+        button->setAccessibleDescription(excerpt(m_item.sourceText));
     }
 
     return row({.spacing = 8}, {languages, tone, Stretch{}, m_date, row({.spacing = 2}, {m_copy, m_remove})});
 }
 
 QSize HistoryRow::sizeHint() const {
-    // The list gives the width. How wide the texts would like to be, and how high they then were, costs as
-    // much to find out as how they stand.
+    // The list sets the width. The texts' preferred width, and their height at that, would double the cost of
+    // the layout.
     return minimumSizeHint();
 }
 
@@ -115,7 +117,7 @@ void HistoryRow::paintEvent(QPaintEvent*) {
 void HistoryRow::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Delete:
-            if (!isRepeat(*event))  // held down, it would empty the list
+            if (!isRepeat(*event))  // a held key would empty the list
                 Q_EMIT removeRequested();
             break;
         case Qt::Key_Up:

@@ -10,8 +10,8 @@ namespace tralio {
 class Button;
 class Label;
 
-/// One entry of the history: a click anywhere on it, or Return, picks it; the two buttons on it copy and
-/// remove, and so does the Delete key. The up and down keys are left to the list.
+/// One entry of the history. A click on it, or Return, picks it; its two buttons copy and remove it, and the
+/// Delete key removes it, too. Up and Down are handled by the list.
 class HistoryRow final : public Control {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
     void setDate(const QString& date);
     void setCopied(bool copied);
 
-    /// Takes the keyboard as another row has it: on itself or on the button that is pressed.
+    /// Takes the focus over from another row: to itself, or to the same button that has it there.
     void takeFocusFrom(const HistoryRow& other);
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -42,7 +42,7 @@ private:
     Label* m_date;
     Button* m_copy;
     Button* m_remove;
-    std::optional<bool> m_copied;  ///< as shown
+    std::optional<bool> m_copied;  ///< as last shown
 };
 
 }  // namespace tralio

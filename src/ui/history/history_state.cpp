@@ -48,7 +48,7 @@ void HistoryState::clear() {
 }
 
 void HistoryState::offerUndo(qsizetype removed) {
-    // Held by the offer alone: the panel may be gone by the time that the user thinks better of it.
+    // Only the undo offer owns the removals: the panel may be gone when the user undoes them.
     auto removals = m_needs.removals.lock();
     if (!removals)
         removals = std::make_shared<HistoryRemovals>();

@@ -17,24 +17,24 @@ class Clock;
 class Pasteboard;
 class UndoOffer;
 
-/// What was removed from the history while the way back stood open, which is one way for all of it.
+/// What was removed from the history since the undo offer appeared; one undo brings all of it back.
 struct HistoryRemovals {
-    std::vector<QList<TranslationItem>> before;  ///< all entries before each of them
+    std::vector<QList<TranslationItem>> before;  ///< the whole history before each removal
     qsizetype count = 0;
 };
 
-/// The history panel without its widgets: the entries are the store's, and only the mark of a copied one is
-/// its own. Lives as long as the panel is shown. Used from the main thread.
+/// The state of the history panel. The entries are the store's; only the "copied" mark is its own. Lives
+/// while the panel is shown. Main thread only.
 class HistoryState final : public ObservableObject {
     Q_OBJECT
 
 public:
-    /// What the panel works with. All of it outlives the panel.
+    /// What the panel uses. All of it outlives the panel.
     struct Dependencies {
         TranslationHistoryStore& historyStore;
         Pasteboard& pasteboard;
         UndoOffer& undo;
-        std::weak_ptr<HistoryRemovals>& removals;  ///< which the offer holds, and panels share
+        std::weak_ptr<HistoryRemovals>& removals;  ///< owned by the undo offer, shared by successive panels
         Clock& clock;
         TranslationHistoryStore::Now now = std::chrono::system_clock::now;
     };
@@ -47,15 +47,15 @@ public:
     Observable<std::optional<QUuid>> copiedId{*this};
 
     [[nodiscard]] TranslationHistoryStore& historyStore() { return m_needs.historyStore; }
-    /// The time of an entry as the list shows it, in the user's locale and time zone: without the day when
+    /// The time of an entry as shown in the list, in the user's locale and time zone; without the date if
     /// that is today.
     [[nodiscard]] QString formatDate(const QDateTime& date) const;
 
     // Actions
 
-    /// Puts the translation on the clipboard, and marks its entry for 1.5 seconds.
+    /// Copies the translation to the clipboard, and marks its entry as copied for 1.5 seconds.
     void copyToClipboard(const TranslationItem& item);
-    // What these remove can be brought back for a while.
+    // Removals can be undone for a while.
     void remove(const TranslationItem& item);
     void clear();
     void select(const TranslationItem& item);

@@ -22,7 +22,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int listPadding = 10;  // above the first row and below the last
+constexpr int listPadding = 10;  // above the first row and below the last one
 
 constexpr ButtonStyle clearStyle = [] {
     ButtonStyle style = button::word;
@@ -78,7 +78,7 @@ QWidget* HistoryView::list() {
 
 void HistoryView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    refresh();  // what was today may be another day by now
+    refresh();  // the date may have changed: times of today show no date
 }
 
 void HistoryView::refresh() {
@@ -110,7 +110,7 @@ void HistoryView::refreshRows() {
         m_rows.append(row);
     }
 
-    // The keyboard stays at its place in the list, also when its row goes.
+    // If the focused row is removed, the row at its position gets the focus.
     HistoryRow* const heir = spare.contains(focusedBefore) && !m_rows.isEmpty()
         ? m_rows[std::min(focused, m_rows.size() - 1)]
         : nullptr;
@@ -132,7 +132,7 @@ void HistoryView::refreshRows() {
     m_scroll->layOut();
     if (heir != nullptr)
         m_scroll->ensureWidgetVisible(heir, 0, listPadding);
-    else  // what has come above must not move what the user reads away from under the pointer
+    else  // new entries above must not move what the user reads
         m_scroll->verticalScrollBar()->setValue(scrolled + (*read)->y() - place);
 }
 
@@ -140,7 +140,7 @@ void HistoryView::placeRows() {
     for (int position = 0; position < m_rows.size(); ++position) {
         if (m_rowLayout->indexOf(m_rows[position]) != position)
             m_rowLayout->insertWidget(position, m_rows[position]);
-        m_rows[position]->show();  // the layout would with the next event
+        m_rows[position]->show();  // the layout would show it only with the next event
     }
 }
 

@@ -14,9 +14,8 @@ class Label;
 class ScrollPanel;
 struct TranslationItem;
 
-/// The history panel: the past translations, newest first. Shows what its state and the store say; keeps
-/// nothing of its own, except that a row stays one widget for as long as its entry is there, and with it the
-/// scroll position, the keyboard focus and the hover.
+/// The history panel: past translations, newest first. Shows its state and the store. Each entry keeps its
+/// widget while it exists, and so scroll position, focus and hover survive changes.
 class HistoryView final : public QWidget {
     Q_OBJECT
 
@@ -35,10 +34,10 @@ private:
 
     void refresh();
     void refreshRows();
-    /// Puts the rows into the layout, and into the order of the Tab key, where they are not yet.
+    /// Adds rows to the layout, and to the Tab order, that are not in it yet.
     void placeRows();
     HistoryRow* newRow(const TranslationItem& item);
-    /// The position of the row that has the keyboard focus, itself or on one of its buttons; -1 if none.
+    /// The index of the row that has the focus, or whose button has it; -1 if none.
     [[nodiscard]] qsizetype focusedRow() const;
 
     HistoryState& m_state;

@@ -1,6 +1,7 @@
 #include "ui/kit/accessibility.h"
 
 #include <QAccessibleWidget>
+#include <QEvent>
 
 #include <algorithm>
 #include <iterator>
@@ -12,8 +13,8 @@ namespace {
 
 constexpr const char* newsProperty = "tralioNews";
 
-/// A part that is looked at. What tells something unasked has the role by which screen readers know that;
-/// what only adorns is passed over.
+/// A non-interactive widget. Announced news have the role of an alert, which screen readers read out;
+/// decoration without a name is invisible to them.
 class PartInterface final : public QAccessibleWidget {
 public:
     PartInterface(QWidget& part, QAccessible::Role role) : QAccessibleWidget(&part, role) {}
@@ -31,7 +32,7 @@ public:
     }
 };
 
-/// A control does for a screen reader what it does for a click, and nothing where a click does nothing.
+/// A screen reader can press a control exactly when a click would do something.
 class ControlInterface final : public QAccessibleWidget {
 public:
     explicit ControlInterface(Control& control) : QAccessibleWidget(&control), m_control(control) {}
@@ -55,6 +56,21 @@ public:
 
 private:
     Control& m_control;
+};
+
+/// Ends news once the part that it stands on has been seen and is hidden: it would be told again whenever the
+/// window is shown.
+class NewsEnd final : public QObject {
+public:
+    explicit NewsEnd(QWidget& part) : QObject(&part) { part.installEventFilter(this); }
+
+    bool eventFilter(QObject* part, QEvent* event) override {
+        if (event->type() == QEvent::Hide) {
+            part->setProperty(newsProperty, QVariant());
+            deleteLater();
+        }
+        return false;
+    }
 };
 
 QAccessibleInterface* interfaceFor(const QString& className, QObject* object) {
@@ -95,10 +111,13 @@ void installAccessibleRoles() {
 }
 
 void announce(QWidget& news) {
+    if (!news.property(newsProperty).isValid())
+        new NewsEnd(news);
     news.setProperty(newsProperty, news.accessibleName());
     if (!news.isVisible())
         return;
-    // What appears with this role is read out. The bridge to AT-SPI passes nothing on of QAccessible::Alert.
+    // WORKAROUND: Qt 6.4's AT-SPI bridge does not forward QAccessible::Alert; an object that appears with the
+    // role of an alert is read out.
     QAccessibleEvent appeared(&news, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&appeared);
 }

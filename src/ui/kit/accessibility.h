@@ -4,12 +4,13 @@ class QWidget;
 
 namespace tralio {
 
-/// Gives the parts that the toolkit does not know their roles for screen readers. The theme calls it, as
-/// every part needs one.
+/// Gives our widgets, which Qt does not know, their roles for screen readers. Called by the theme, since
+/// every widget needs it.
 void installAccessibleRoles();
 
-/// Has screen readers say what stands on `news`, wherever the user is: now, or when it comes into sight. For
-/// what the keyboard does not lead to. It is news until another name stands there.
+/// Lets screen readers read out the accessible name of `news`, wherever the focus is: now, or when `news`
+/// becomes visible. For widgets that cannot have the focus. The widget counts as news until its name changes
+/// or it is hidden.
 void announce(QWidget& news);
 
 }  // namespace tralio

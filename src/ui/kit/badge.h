@@ -8,7 +8,7 @@
 
 namespace tralio {
 
-/// The measures and colours of one kind of badge, in logical pixels.
+/// Dimensions (in logical pixels) and colours of one kind of badge.
 struct BadgeStyle {
     int height;
     int padding;
@@ -36,7 +36,7 @@ inline constexpr BadgeStyle offer{12, 4, radius::tiny, text::tiny, ColorRole::gr
 
 }  // namespace badge
 
-/// A word on a small tinted shape. It is only read, and shortens when its row is too narrow.
+/// A word on a small tinted shape. Not interactive; shortened with an ellipsis where its row is too narrow.
 class Badge final : public QWidget {
     Q_OBJECT
 

@@ -130,7 +130,11 @@ Button::Look Button::look() const {
         return {color(ColorRole::accentTint), color(ColorRole::accentTintActiveEdge),
             color(ColorRole::accentText)};
     }
-    return {fill(), color(m_style.edge), color(isBusy() ? ColorRole::secondary : m_style.color)};
+    ColorRole ink = isBusy() ? ColorRole::secondary : m_style.color;
+    // On the overlay of a button that has a fill the paler letters have too little contrast in the dark.
+    if (ink == ColorRole::secondary && m_style.fill == ColorRole::button && isLive() && underMouse())
+        ink = ColorRole::text;
+    return {fill(), color(m_style.edge), color(ink)};
 }
 
 void Button::paintEvent(QPaintEvent*) {
@@ -150,7 +154,7 @@ void Button::paintEvent(QPaintEvent*) {
         const QColor ink = m_style.iconColor == ColorRole::none ? colors.content : color(m_style.iconColor);
         paintIcon(painter, leadArea(), {m_iconName, m_style.iconSize, m_style.boldIcon}, ink);
     }
-    // The edge is not for letters.
+    // The edge is not part of the area for letters.
     paintText(painter, titleArea().adjusted(0, 1, 0, -1), titleStyle(), colors.content, title());
 }
 

@@ -9,7 +9,7 @@ namespace tralio {
 
 class Spinner;
 
-/// The measures and colours of one kind of button, in logical pixels.
+/// Dimensions (in logical pixels) and colours of one kind of button.
 struct ButtonStyle {
     int height;
     int padding;
@@ -20,13 +20,13 @@ struct ButtonStyle {
     ColorRole fill = ColorRole::none;
     ColorRole edge = ColorRole::none;
     ColorRole color = ColorRole::text;
-    ColorRole iconColor = ColorRole::none;  ///< `none`: as the title
+    ColorRole iconColor = ColorRole::none;  ///< `none`: as the title's
     int spinner = 14;
     bool boldIcon = false;
     bool iconTrails = false;              ///< the icon stands after the title
-    ColorRole fillEnd = ColorRole::none;  ///< makes the fill a gradient that ends in this at the right
+    ColorRole fillEnd = ColorRole::none;  ///< the colour at the right end of a gradient; `none`: no gradient
 
-    /// White on a strong fill: its own hover, focus ring, disabled and busy looks.
+    /// White text on a strong fill, which has a hover, a focus ring, and disabled and busy looks of its own.
     [[nodiscard]] constexpr bool isSolid() const { return color == ColorRole::onFill; }
 };
 
@@ -58,7 +58,7 @@ inline constexpr ButtonStyle banner{.height = 21,
     .fill = ColorRole::accentFill,
     .color = ColorRole::onFill,
     .spinner = 12};
-/// "Hủy", beside a main button.
+/// "Hủy", beside a primary button.
 inline constexpr ButtonStyle borderedTall{.height = 32,
     .padding = 16,
     .gap = 6,
@@ -75,20 +75,20 @@ inline constexpr ButtonStyle bordered{.height = 24,
     .fill = ColorRole::button,
     .edge = ColorRole::buttonEdge,
     .spinner = 12};
-/// Beside a text field.
+/// For use beside a text field.
 inline constexpr ButtonStyle borderedField{.height = 28,
     .padding = 10,
     .text = text::caption.with(Weight::medium),
     .fill = ColorRole::button,
     .edge = ColorRole::buttonEdge,
     .spinner = 12};
-/// An icon and a word without a surface. Its padding shows only on hover: owners align its text, not its
-/// edge.
+/// An icon and a word without a background. The padding shows only on hover, so owners align the text and not
+/// the edge.
 inline constexpr ButtonStyle word{
     .height = 18, .padding = 6, .gap = 3, .radius = radius::small, .spinner = 12};
-/// An icon alone, in a square.
+/// Only an icon, in a square.
 inline constexpr ButtonStyle icon{.height = 28, .padding = 6, .iconSize = 13, .color = ColorRole::secondary};
-/// The small "xmark", and what copies or deletes a row.
+/// The small "xmark", and the buttons that copy or delete a row.
 inline constexpr ButtonStyle close{
     .height = 20, .padding = 4, .radius = radius::small, .iconSize = 10, .color = ColorRole::secondary};
 inline constexpr ButtonStyle swap{.height = 26,
@@ -107,7 +107,7 @@ inline constexpr ButtonStyle footerWarning{.height = 19,
     .fill = ColorRole::redTint,
     .edge = ColorRole::redTintEdge,
     .color = ColorRole::red};
-/// An icon alone in the line of a field's caption.
+/// Only an icon, in the line of a field's caption.
 inline constexpr ButtonStyle fieldIcon{
     .height = 18, .padding = 2, .radius = radius::small, .iconSize = 11, .color = ColorRole::secondary};
 /// A suggested shortcut; checkable.
@@ -121,12 +121,12 @@ inline constexpr ButtonStyle suggestion{.height = 22,
 
 }  // namespace button
 
-/// Every button of the panels: an icon, a title or both, in one of the styles above.
+/// All buttons of the panels: an icon, a title, or both, in one of the styles above.
 class Button final : public Control {
     Q_OBJECT
 
 public:
-    /// What a button shows. One without a title needs a tooltip or a spoken caption.
+    /// The content of a button. Without a title it needs a tooltip or a spoken caption.
     struct Face {
         QString icon = {};
         QString title = {};
@@ -138,9 +138,9 @@ public:
     void setWeight(Weight weight);
     void setColor(ColorRole role);
     void setIconColor(ColorRole role);
-    /// Lets the button take the width that its row has to spare.
+    /// Lets the button grow to the free width of its row.
     void stretch();
-    /// A spinner in place of the icon.
+    /// Shows a spinner in place of the icon.
     void setBusy(bool busy) override;
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -159,7 +159,7 @@ private:
     [[nodiscard]] Look look() const;
     [[nodiscard]] TextStyle titleStyle() const;
     [[nodiscard]] QBrush fill() const;
-    [[nodiscard]] int leadWidth() const;  ///< of the icon or the spinner; 0 without
+    [[nodiscard]] int leadWidth() const;  ///< width of the icon or the spinner; 0 without either
     [[nodiscard]] int gap() const;
     [[nodiscard]] int contentWidth() const;
     [[nodiscard]] QRect leadArea() const;

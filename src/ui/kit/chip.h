@@ -4,8 +4,8 @@
 
 namespace tralio {
 
-/// A footer chip: a dot and a word that say whether something works. Only a chip that reports trouble can be
-/// clicked and reached by the keyboard.
+/// A chip in the footer: a dot and a word that say whether something works. Only one that reports trouble can
+/// be clicked and focused.
 class Chip final : public Control {
     Q_OBJECT
 

@@ -7,7 +7,7 @@
 namespace tralio {
 namespace {
 
-/// `rgb` as 0xRRGGBB at an opacity of `percent`.
+/// `rgb` as 0xRRGGBB, with an opacity of `percent`.
 struct Shade {
     quint32 rgb;
     double percent = 100;
@@ -78,8 +78,8 @@ double luminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-/// Hue, saturation and lightness, each 0 to 1. QColor keeps them in 16 bits, which is too coarse to come out
-/// at the same colour after a number of steps.
+/// Hue, saturation and lightness, each from 0 to 1. QColor stores them in 16 bits, whose rounding errors
+/// would add up over the steps below.
 struct Hsl {
     double hue = 0;
     double saturation = 0;
@@ -116,14 +116,14 @@ QColor colorOf(const Hsl& hsl) {
             : hue < 0.5                    ? 1
             : hue < 2.0 / 3                ? (2.0 / 3 - hue) * 6
                                            : 0;
-        // Halves go to the even neighbour, as the default rounding mode has it.
+        // Rounds halves to even, the default rounding mode.
         return int(std::nearbyint(255 * (lower + (upper - lower) * slope)));
     };
     return {channel(hsl.hue + 1.0 / 3), channel(hsl.hue), channel(hsl.hue - 1.0 / 3)};
 }
 
-/// Moves the lightness of `color` in steps of one percent, hue and saturation kept, until `enough`. Stops at
-/// black or white, where no accent can do better.
+/// Changes the lightness of `color` in steps of one percent, keeping hue and saturation, until `enough`.
+/// Stops at black or white, if no lightness is enough.
 QColor movedUntil(const QColor& color, double step, const std::function<bool(const QColor&)>& enough) {
     const Hsl start = hslOf(color);
     Hsl hsl = start;
@@ -196,7 +196,7 @@ void Colors::deriveTints() {
     const auto translucent = [this](ColorRole role, ColorRole base, double percent) {
         at(role) = withOpacity(at(base), percent);
     };
-    // Large tints are opaque, so that they look the same on the window and in a section.
+    // Large tints are opaque, so that they look the same on the window and inside a section.
     const auto opaque = [this](ColorRole role, ColorRole base, double percent) {
         at(role) = over(withOpacity(at(base), percent), at(ColorRole::surface1));
     };

@@ -7,8 +7,8 @@
 
 namespace tralio {
 
-/// What a colour is for. Parts keep the role, not the colour, and look it up while they paint, so that a
-/// change of theme or accent needs nothing but a repaint.
+/// What a colour is for. Widgets store the role and look the colour up while painting, so that a change of
+/// theme or accent only needs a repaint.
 enum class ColorRole {
     none,  ///< paints nothing
     // Surfaces, from the window up.
@@ -25,7 +25,7 @@ enum class ColorRole {
     // Text and icons.
     text,
     secondary,
-    secondaryFaint,  ///< a large icon that only fills a place
+    secondaryFaint,  ///< a large placeholder icon
     placeholder,
     tooltipText,
     onFill,  ///< text and icons on `accentFill` and `redFill`
@@ -45,11 +45,11 @@ enum class ColorRole {
     orangeSolid,
     redFill,
     gradientEnd,
-    fillGradientEnd,  ///< of a fill that begins with `accentFill` and carries white text
+    fillGradientEnd,  ///< the end of a gradient that begins with `accentFill` and carries white text
     disabledFill,
     disabledText,
     switchOff,
-    // Lines.
+    // Lines and edges.
     windowEdge,
     divider,
     hairline,
@@ -102,14 +102,14 @@ enum class ColorRole {
 
 enum class Scheme { light, dark };
 
-/// Every colour of one scheme with one accent.
+/// All colours of one scheme with one accent.
 class Colors {
 public:
     Colors(Scheme scheme, const QColor& accent);
 
     [[nodiscard]] QColor operator[](ColorRole role) const;
 
-    /// The blue that stands where the desktop names no accent.
+    /// The accent if the desktop sets none: blue.
     [[nodiscard]] static QColor defaultAccent();
 
 private:
@@ -120,7 +120,7 @@ private:
     std::array<QColor, std::size_t(ColorRole::count)> m_colors;
 };
 
-/// Contrast ratio of two opaque colours, 1 to 21, as WCAG defines it.
+/// The contrast ratio of two opaque colours as defined by WCAG, 1 to 21.
 [[nodiscard]] double contrast(const QColor& one, const QColor& other);
 
 /// `top`, with its own opacity, painted over the opaque `bottom`.

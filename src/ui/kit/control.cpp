@@ -18,7 +18,7 @@ constexpr int hoverFade = 120;  // milliseconds
 
 }  // namespace
 
-// QAbstractButton's own text stays unused: it would read "Dán & Tralio" as a mnemonic and grab a shortcut for
+// QAbstractButton's text stays empty: it would read "Dán & Tralio" as a mnemonic and reserve a shortcut for
 // it.
 Control::Control(const QString& title, QWidget* parent) : QAbstractButton(parent), m_title(title) {
     setFocusPolicy(Qt::TabFocus);
@@ -152,11 +152,11 @@ void Control::keyPressEvent(QKeyEvent* event) {
         QAbstractButton::keyPressEvent(event);
 }
 
-// The toolkit calls this also when a control with the focus is disabled or hidden, and would go on to the
-// next one. A second press of the key then means another control.
+// WORKAROUND: Qt 6.4 also moves the focus on when the control that has it is disabled or hidden. A second
+// press of the same key would then trigger another control.
 bool Control::focusNextPrevChild(bool next) {
     if (!isEnabled())
-        return true;  // it stays, takes no keys, and is there when it is enabled again
+        return true;  // keeps the focus, ignores keys, and works again once it is enabled
     return QAbstractButton::focusNextPrevChild(next && isVisible());
 }
 

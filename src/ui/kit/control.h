@@ -7,12 +7,12 @@ class QVariantAnimation;
 
 namespace tralio {
 
-/// What everything clickable shares: a hover that comes at once and fades out, a focus ring for keyboard
-/// focus only, Return beside Space, and a busy state that takes no clicks.
+/// Base of everything clickable: a hover that appears at once and fades out, a focus ring for keyboard focus
+/// only, Return as well as Space, and a busy state that ignores clicks.
 ///
-/// A control takes focus by the keyboard alone, so that a click on a button leaves the caret where the user
-/// was writing. One that is disabled keeps the focus, and one that is hidden gives it back to the control
-/// before it. Its accessible name is its title.
+/// Controls take the focus from the keyboard only, so that a click leaves the caret where the user was
+/// writing. A control keeps the focus when it is disabled; when it is hidden, the focus goes to the control
+/// before it. The accessible name is the title.
 class Control : public QAbstractButton {
     Q_OBJECT
 
@@ -20,21 +20,21 @@ public:
     [[nodiscard]] const QString& title() const { return m_title; }
     void setTitle(const QString& title);
 
-    /// What a screen reader says before the title, or alone for a control that shows only an icon.
+    /// What a screen reader reads before the title; the whole name of a control that shows only an icon.
     void setSpokenCaption(const QString& caption);
 
     [[nodiscard]] bool isBusy() const { return m_busy; }
-    /// A busy control looks busy also when it is disabled.
+    /// A busy control looks busy even if it is disabled.
     virtual void setBusy(bool busy);
 
     [[nodiscard]] bool showsFocusRing() const { return m_showsFocusRing; }
 
-    /// Whether pointer, keys and screen readers do anything here.
+    /// Whether pointer, keys and screen readers can trigger it.
     [[nodiscard]] bool isLive() const { return isEnabled() && !m_busy && m_live; }
 
-    /// What it is to a screen reader.
+    /// Its accessible role.
     [[nodiscard]] virtual QAccessible::Role spokenRole() const;
-    /// The state of any widget with what this one adds.
+    /// `state`, as of any widget, completed with the control's own state.
     [[nodiscard]] virtual QAccessible::State spokenState(QAccessible::State state) const;
 
 protected:
@@ -45,12 +45,12 @@ protected:
         solid     ///< a strong fill under white text
     };
 
-    /// Hover or pressed, painted over the fill of the control.
+    /// Paints the hover or pressed overlay over the control's fill.
     void paintStateOverlay(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const;
-    /// The keyboard focus ring; on a neutral ground it stands in place of the border.
+    /// Paints the keyboard focus ring; on a neutral ground it replaces the border.
     void paintFocusRing(QPainter& painter, const QRectF& area, qreal radius, Ground ground) const;
 
-    /// How far the hover shows, 0 to 1, for a look of its own.
+    /// The strength of the hover, 0 to 1, for controls that paint their own.
     [[nodiscard]] qreal hover() const { return m_hover; }
 
     void setLive(bool live);
@@ -70,7 +70,7 @@ private:
 
     QString m_title;
     QString m_spokenCaption;
-    QVariantAnimation* m_fade = nullptr;  ///< only while a hover fades out
+    QVariantAnimation* m_fade = nullptr;  ///< only while the hover fades out
     qreal m_hover = 0;
     bool m_busy = false;
     bool m_live = true;

@@ -44,7 +44,7 @@ CrossFade::CrossFade(QWidget* widget, int milliseconds)
     : m_widget(widget), m_duration(widget->isVisible() ? Theme::current().duration(milliseconds) : 0) {
     if (m_duration == 0)
         return;
-    // Panels paint no ground of their own.
+    // Panels do not paint the window's background themselves.
     m_former = QPixmap(widget->size() * widget->devicePixelRatioF());
     m_former.setDevicePixelRatio(widget->devicePixelRatioF());
     m_former.fill(color(ColorRole::window));

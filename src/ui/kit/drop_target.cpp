@@ -9,7 +9,7 @@
 namespace tralio {
 namespace {
 
-/// A drop takes a copy, whatever the source would rather have: a file must not be moved into a translator.
+/// Always copies, whatever action the source proposes: a file must not be moved into a translator.
 void acceptCopy(QDropEvent& event) {
     event.setDropAction(Qt::CopyAction);
     event.accept();

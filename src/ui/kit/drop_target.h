@@ -9,14 +9,15 @@ class QWidget;
 
 namespace tralio {
 
-/// Lets a widget, with all that stands on it, take drags of the kinds that `accepts` names. What stands on it
-/// has the first choice. Belongs to the widget.
+/// Lets a widget accept drags of the kinds that `accepts` returns, also over its children, which get the drag
+/// first. Owned by the widget.
 class DropTarget final : public QObject {
 public:
     struct Handlers {
         std::function<bool(const QMimeData&)> accepts;
-        std::function<void(bool)> hover;  ///< a drag that may be dropped has come, or has left or was dropped
-        std::function<bool(const QMimeData&)> drop;  ///< whether the content was of use
+        /// True: an acceptable drag has entered; false: it has left or was dropped.
+        std::function<void(bool)> hover;
+        std::function<bool(const QMimeData&)> drop;  ///< returns whether the content was usable
     };
 
     DropTarget(QWidget* widget, Handlers handlers);

@@ -13,7 +13,7 @@ struct EditMenuState {
     bool isEmpty;
 };
 
-/// Opens the context menu of an editor at a position in it. What would do nothing now is shown faintly, as
+/// Opens the context menu of an editor at a position in it. Entries that would do nothing are disabled, as
 /// far as the editor itself knows.
 template <typename Editor>
 void openEditMenu(Editor* editor, const QPoint& position, const EditMenuState& state) {
@@ -31,8 +31,8 @@ void openEditMenu(Editor* editor, const QPoint& position, const EditMenuState& s
     }
     offer(u"Sao chép"_s, state.canCopy, [editor] { editor->copy(); });
     if (state.isWritable) {
-        // Whether there is text only the clipboard's owner can tell, and one that hangs would keep the menu
-        // from opening for ten seconds.
+        // "Dán" is always enabled: only the clipboard's owner knows whether there is text, and one that hangs
+        // would delay the menu by ten seconds.
         offer(u"Dán"_s, true, [editor] { editor->paste(); });
     }
     offer(u"Chọn tất cả"_s, !state.isEmpty, [editor] { editor->selectAll(); });

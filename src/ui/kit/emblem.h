@@ -4,12 +4,12 @@
 
 namespace tralio {
 
-/// The program's speech bubble on a disc, each in a gradient from the accent to purple. Only looked at.
+/// The program's speech bubble on a disc, each with a gradient from the accent to purple. Not interactive.
 class Emblem final : public QWidget {
     Q_OBJECT
 
 public:
-    /// `diameter` is the disc's in logical pixels, `iconSize` the bubble's point size.
+    /// `diameter` of the disc in logical pixels; `iconSize` of the bubble as a point size.
     Emblem(int diameter, int iconSize, QWidget* parent = nullptr);
 
 protected:

@@ -1,6 +1,5 @@
 #include "ui/kit/error_strip.h"
 
-#include "ui/kit/accessibility.h"
 #include "ui/kit/button.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
@@ -20,8 +19,8 @@ ErrorStrip::ErrorStrip(QWidget* parent)
     close->setSpokenCaption(u"Đóng thông báo lỗi"_s);
     connect(close, &Button::clicked, this, &ErrorStrip::closeRequested);
 
-    // The button is higher than a line: the line stands 2 px lower, so that a message of one line makes a
-    // strip of 32.
+    // The button is higher than a line of text. The label starts 2 px lower, so that a strip with one line is
+    // 32 high.
     constexpr QMargins beside{0, 2, 0, 2};
     filled(this,
         row({.padding = {8, 6, 6, 6}},
@@ -31,11 +30,8 @@ ErrorStrip::ErrorStrip(QWidget* parent)
 }
 
 void ErrorStrip::setMessage(const QString& message) {
-    if (m_message->text() == beginningOfMessage(message))
-        return;
     m_message->setText(beginningOfMessage(message));
     setAccessibleName(m_message->accessibleName());
-    announce(*this);
 }
 
 void ErrorStrip::paintEvent(QPaintEvent*) {

@@ -6,7 +6,7 @@ namespace tralio {
 
 class Label;
 
-/// A red strip with a message that wraps and a button that takes it away.
+/// A red strip with a message that wraps, and a button that dismisses it.
 class ErrorStrip final : public QWidget {
     Q_OBJECT
 

@@ -10,7 +10,7 @@ bool isStop(const QWidget& widget) {
     return widget.isVisible() && widget.isEnabled() && (widget.focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
 }
 
-/// The places that the Tab key goes through, and the one where the keyboard is, as they are read.
+/// The Tab stops and the focused widget, in reading order.
 class FocusOrder {
 public:
     explicit FocusOrder(QWidget& root) : m_current(root.window()->focusWidget()) { add(root); }

@@ -9,13 +9,14 @@ constexpr const char* ringProperty = "tralioRestingRing";
 
 }  // namespace
 
-void restFocus(QWidget& place, const QWidget& leaving) {
+bool restFocus(QWidget& place, const QWidget& leaving) {
     QWidget* focused = leaving.window()->focusWidget();
     if (focused == nullptr || !(focused == &leaving || leaving.isAncestorOf(focused)))
-        return;
+        return false;
     const auto* control = qobject_cast<Control*>(focused);
     place.setProperty(ringProperty, control != nullptr && control->showsFocusRing());
     place.setFocus(Qt::OtherFocusReason);
+    return true;
 }
 
 void wakeFocus(QWidget& place, QWidget& part) {

@@ -4,14 +4,15 @@
 
 namespace tralio {
 
-// The keyboard keeps its place in a panel when the part that has it hides: it rests on something beside,
-// where Tab goes on from there and no key does any harm. Left to the toolkit it would go to a neighbour, and
-// the second press of a key would hit that.
+// Keeps the focus in its panel when the widget that has it is hidden: the focus rests on a neighbouring
+// widget that ignores keys, and Tab goes on from there. Qt would move the focus to the next control, and a
+// second press of the same key would trigger that.
 
-/// To be called before `leaving` hides.
-void restFocus(QWidget& place, const QWidget& leaving);
+/// Moves the focus from `leaving` or its children to `place`. Call before `leaving` is hidden. Returns
+/// whether it had the focus.
+bool restFocus(QWidget& place, const QWidget& leaving);
 
-/// Gives the keyboard that rests on `place` to a part that has come back there.
+/// Moves the focus that rests on `place` to `part`, which is shown again.
 void wakeFocus(QWidget& place, QWidget& part);
 
 }  // namespace tralio

@@ -21,7 +21,7 @@ ForeignContent foreignContent(const QMimeData& content) {
         return ForeignContent::files;
     const bool hasPicture =
         !bestPictureFormat(content.formats()).isEmpty() || content.hasFormat(fileContentFormat());
-    // Without a text there are the addresses in its place.
+    // Without a text, the addresses count as the text.
     const QString text = content.text().trimmed();
     const bool isAddress = std::any_of(urls.cbegin(), urls.cend(), [&text](const QUrl& url) {
         return text == url.toString() || text == QString::fromUtf8(url.toEncoded());

@@ -6,20 +6,21 @@ class QMimeData;
 
 namespace tralio {
 
-/// What a drag or the clipboard of another program is good for here.
+/// The kinds of content, in a drag or on the clipboard, that the program can use.
 enum class ForeignContent {
     nothing,
-    files,    ///< of this machine
-    text,     ///< a web link counts as its address
-    picture,  ///< ready to be shown, or as the bytes of a file
+    files,    ///< local files
+    text,     ///< also the address of a web link
+    picture,  ///< as pixels, or as the bytes of a picture file
 };
 
-/// Files come before texts, since a text beside them is only their names. Texts come before pictures, which
-/// are then the look of the text, unless the text is only the picture's address. Any content is possible,
-/// also none: what another program offers may be empty, rubbish, or never come.
+/// Files take precedence over texts, since a text beside files is only their names. Texts take precedence
+/// over pictures, which then show the text, unless the text is only the picture's address. Another program
+/// may offer anything: nothing, rubbish, or content that never arrives.
 [[nodiscard]] ForeignContent foreignContent(const QMimeData& content);
 
-/// As what Chromium gives a picture of a web page, beside its address: the bytes of a file in any format.
+/// The MIME type under which Chromium offers a picture of a web page, beside its address: the bytes of a
+/// picture file in any format.
 [[nodiscard]] QString fileContentFormat();
 
 }  // namespace tralio

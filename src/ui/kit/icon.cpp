@@ -31,7 +31,7 @@ size_t qHash(const Key& key, size_t seed = 0) {
     return qHashMulti(seed, key.icon.name, key.icon.pointSize, key.icon.bold, key.color, key.sidePixels);
 }
 
-/// Cost in bytes: about forty icons at twice the resolution.
+/// In bytes: about forty icons at twice the resolution.
 constexpr qsizetype cacheBytes = 256 * 1024;
 
 QByteArray strokeWidth(const Icon& icon) {
@@ -45,7 +45,7 @@ QByteArray strokeWidth(const Icon& icon) {
 
 constexpr int drawingSide = 24;
 
-/// `place` is where the whole drawing goes, in pixels.
+/// `place` is the rectangle of the whole drawing, in pixels.
 QPixmap render(const Icon& icon, const QColor& color, int side, const QRectF& place) {
     initIcons();
     QFile file(u":/tralio/icons/%1.svg"_s.arg(icon.name));
@@ -54,11 +54,13 @@ QPixmap render(const Icon& icon, const QColor& color, int side, const QRectF& pl
         return {};
     }
     QByteArray svg = file.readAll();
-    // The first stroke width is the drawing's own; widths inside it belong to single shapes and stay.
+    // The first stroke width applies to the whole drawing and is replaced; later ones belong to single shapes
+    // and stay.
     constexpr QByteArrayView drawn = "stroke-width=\"1.75\"";
     if (const qsizetype at = svg.indexOf(drawn); at >= 0)
         svg.replace(at, drawn.size(), "stroke-width=\"" + strokeWidth(icon) + '"');
-    // Qt SVG reads no opacity from a colour: the shape is drawn opaque, and the opacity applied as a whole.
+    // WORKAROUND: Qt SVG 6.4 ignores the alpha of a colour. The shape is drawn opaque, with the opacity set
+    // on the painter.
     svg.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
 
     QPixmap pixmap(side, side);

@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-/// A live icon on a small tinted square, before the title of a card. Only looked at.
+/// An icon on a small tinted square, before the title of a card. Not interactive.
 class IconTile final : public QWidget {
     Q_OBJECT
 

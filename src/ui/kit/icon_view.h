@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-/// An icon that is only looked at. Screen readers pass it over: the text beside it says the same.
+/// An icon that is only decoration. Screen readers skip it, since the text beside it says the same.
 class IconView final : public QWidget {
     Q_OBJECT
 

@@ -14,7 +14,7 @@ constexpr TextStyle capText = text::caption.with(Weight::semibold);
 constexpr QMargins capPadding{8, 3, 8, 4};
 constexpr int foot = 2;
 
-/// What of the cap's lower edge is seen from above.
+/// The visible lower side of the cap.
 QPainterPath footOf(const QRectF& cap) {
     QPainterPath whole;
     whole.addRoundedRect(cap, radius::small, radius::small);

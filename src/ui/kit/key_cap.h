@@ -4,7 +4,7 @@
 
 namespace tralio {
 
-/// The name of a key, drawn as one. It is only read.
+/// The name of a key, drawn as a key. Not interactive.
 class KeyCap final : public QWidget {
     Q_OBJECT
 

@@ -13,7 +13,7 @@ public:
     [[nodiscard]] bool isRepeat(const QKeyEvent& press) const {
         if (press.isAutoRepeat())
             return true;
-        // The toolkit passes the window's event on in copies, which have lost their time.
+        // Qt sends copies of the window's event on, and these lack the time stamp.
         const quint64 time = press.timestamp();
         const quint32 key = press.nativeScanCode();
         const bool isSame = time == 0 ? key == m_repeatedKey : key == m_releasedKey && time == m_releasedAt;
@@ -43,10 +43,10 @@ private:
         }
     }
 
-    // Keys by their native scan codes, times on the window system's clock.
+    // Keys are native scan codes; times are on the window system's clock.
     quint32 m_releasedKey = 0;
     quint64 m_releasedAt = 0;
-    quint32 m_repeatedKey = 0;  ///< if the last press was a repeat
+    quint32 m_repeatedKey = 0;  ///< 0 unless the last press was a repeat
 };
 
 KeyboardUse& keyboardUse() {
@@ -57,7 +57,7 @@ KeyboardUse& keyboardUse() {
 }  // namespace
 
 void watchKeyboardUse() {
-    // A filter that is installed again is moved, not doubled.
+    // Installing a filter again moves it and does not double it.
     QCoreApplication::instance()->installEventFilter(&keyboardUse());
 }
 

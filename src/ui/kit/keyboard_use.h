@@ -6,17 +6,19 @@ class QKeyEvent;
 
 namespace tralio {
 
-/// Begins to watch what the user last used, for the questions below. Once is enough.
+/// Starts to record whether the user last used keyboard or pointer, for the functions below. May be called
+/// again.
 void watchKeyboardUse();
 
-/// Whether the focus that comes for `reason` shows: the user moves it by keyboard. The toolkit gives the
-/// reason of the Tab key also when it moves the focus by itself, away from what is hidden under the mouse.
+/// Whether a focus that comes for `reason` is shown with a ring: only if the user moved it by keyboard. The
+/// reason alone does not say: Qt also passes TabFocusReason when it moves the focus away from a widget that
+/// is hidden by a click.
 [[nodiscard]] bool isKeyboardFocus(Qt::FocusReason reason);
 
-/// Whether a key goes down because it is held, and no hand has pressed it anew.
+/// Whether a key press is the repeat of a held key.
 [[nodiscard]] bool isRepeat(const QKeyEvent& press);
 
-/// Reasons that take the focus away for a while and give it back to where it was.
+/// Reasons that take the focus away temporarily and later give it back to the same widget.
 [[nodiscard]] bool isPassingFocus(Qt::FocusReason reason);
 
 }  // namespace tralio

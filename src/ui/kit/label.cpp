@@ -13,7 +13,7 @@ namespace tralio {
 
 namespace {
 
-/// What a label of one line draws: of a longer text no more than is sure to run out of its window.
+/// The text that a single-line label draws: at most as much as certainly exceeds any window.
 QString onOneLine(const QString& text) {
     constexpr qsizetype enough = 1000;
     return shortened(text, enough).replace(u'\n', u' ');
@@ -61,7 +61,7 @@ void Label::setAlignment(Qt::Alignment alignment) {
 
 void Label::setMaximumLines(int lines) {
     m_maximumLines = lines;
-    // A fixed height would hold a text that wraps to the height of its hint, which is one line.
+    // A fixed vertical policy would hold a wrapping text at the height of its size hint, which is one line.
     QSizePolicy policy = lines == 1 ? QSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed)
                                     : QSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(lines != 1);
@@ -72,8 +72,8 @@ void Label::setMaximumLines(int lines) {
 void Label::changed() {
     m_laidSizes.clear();
     updateGeometry();
-    // Nested layouts learn of a change with the next event only, and not at all while nothing is shown: until
-    // then they would measure by the old text.
+    // Enclosing layouts are updated only with the next event, and not at all while hidden: until then they
+    // would measure the old text.
     for (QWidget* owner = parentWidget(); owner != nullptr && !isVisible(); owner = owner->parentWidget()) {
         if (owner->layout() != nullptr) {
             owner->layout()->invalidate();
@@ -84,7 +84,7 @@ void Label::changed() {
 }
 
 QSize Label::sizeHint() const {
-    // More characters than these are wider than any window, and shaping them all would be felt.
+    // More characters than fit any window; shaping a long text whole is noticeably slow.
     constexpr qsizetype enough = 150;
     const QString start = m_text.left(enough);
     return {textWidth(m_style, start), m_style.line + inkBeyondLine(m_style, start)};
@@ -95,7 +95,7 @@ QSize Label::minimumSizeHint() const {
 }
 
 int Label::heightForWidth(int width) const {
-    // Nested layouts ask over and over, for one width and another.
+    // Nested layouts ask repeatedly for a few widths.
     for (const QSize& size : m_laidSizes)
         if (size.width() == width)
             return size.height();
@@ -111,8 +111,8 @@ int Label::heightForWidth(int width) const {
 int Label::lay(QTextLayout& layout, qreal width) const {
     if (m_maximumLines == 0)
         return lay(layout, width, m_text.size());
-    // A text is shaped as a whole, which is felt for a long one: so only its start is, as much as is sure to
-    // go on after the last line that is shown.
+    // Shaping a long text whole is noticeably slow: only a part is laid out, at least so long that it
+    // continues after the last visible line.
     const double narrowLetter = 0.5 * m_style.size;
     auto length = qsizetype((m_maximumLines + 1) * std::max(1.0, width / narrowLetter));
     for (;; length *= 2) {
@@ -135,7 +135,8 @@ int Label::lay(QTextLayout& layout, qreal width, qsizetype length) const {
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
         ++lines;
-        // One line more is laid than shown, so that painting knows whether the last one goes on.
+        // Lays out one line more than is shown, so that painting knows whether the last one needs an
+        // ellipsis.
         if (m_maximumLines > 0 && lines > m_maximumLines)
             break;
     }
@@ -152,18 +153,19 @@ void Label::paintEvent(QPaintEvent*) {
     QTextLayout layout;
     const int lines = lay(layout, width());
     QRectF place(0, 0, width(), m_style.line);
-    // As it was laid: decided by the whole text.
+    // As decided for the whole text when it was laid out.
     const EmojiSize emojiSize = layout.formats().isEmpty() ? EmojiSize::asLetters : EmojiSize::asElsewhere;
     if (lines > 0) {
         const int beyond = inkBeyondLine(m_style, layout.text());
         const QString firstLine = m_text.left(layout.lineAt(0).textLength());
-        const int above = beyond / 2;  // whole pixels, as the lines have
+        const int above = beyond / 2;  // whole pixels, since the lines are at whole pixels
         place.translate(0, above + shiftIntoArea(place.adjusted(0, 0, 0, beyond), m_style, firstLine));
     }
     for (int i = 0; i < lines; ++i, place.translate(0, m_style.line)) {
         const QTextLine line = layout.lineAt(i);
         const bool goesOn = i + 1 == lines && layout.lineCount() > lines;
-        // Where the text is cut, what else was laid is handed over, and painting shortens it to the width.
+        // Where the text is cut off, all the rest that was laid out is passed on; painting shortens it to the
+        // width.
         QString rest = m_text.mid(
             line.textStart(), (goesOn ? layout.text().size() - line.textStart() : line.textLength()));
         if (goesOn && layout.text().size() < m_text.size())

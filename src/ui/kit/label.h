@@ -22,14 +22,14 @@ public:
 
     [[nodiscard]] const QString& text() const { return m_text; }
     void setText(const QString& text);
-    /// Another text than the present one is told to screen readers, too.
+    /// Sets the text; if it has changed, screen readers announce it.
     void setNews(const QString& text);
     void setStyle(const TextStyle& style);
     void setColor(ColorRole role);
     void setAlignment(Qt::Alignment alignment);
 
-    /// Lets the text wrap to at most this many lines, the last one shortened where it does not fit; 0 is no
-    /// limit.
+    /// Limits a wrapping text to this many lines, the last of which ends in an ellipsis where it does not
+    /// fit; 0 means no limit.
     void setMaximumLines(int lines);
     void setWraps() { setMaximumLines(0); }
 
@@ -42,11 +42,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// Breaks the text for a width, at least as far as it shows, and gives the number of lines that are
-    /// shown.
+    /// Breaks the text into lines of a width, at least as far as it is visible. Returns the number of visible
+    /// lines.
     int lay(QTextLayout& layout, qreal width) const;
-    /// Breaks the start of the text, of this length, and gives the number of lines, at most one more than are
-    /// shown.
+    /// Breaks the first `length` characters into lines. Returns their number, at most one more than is
+    /// visible.
     int lay(QTextLayout& layout, qreal width, qsizetype length) const;
     void changed();
 
@@ -55,11 +55,11 @@ private:
     ColorRole m_role;
     Qt::Alignment m_alignment = Qt::AlignLeft;
     int m_maximumLines = 1;
-    mutable QVarLengthArray<QSize, 4> m_laidSizes;  ///< widths that were asked for, with their heights
+    mutable QVarLengthArray<QSize, 4> m_laidSizes;  ///< widths that layouts asked for, with their heights
 };
 
-/// What a label shows of a message from outside. An error page may be as long as a book: its beginning tells
-/// what there is to tell, and all of it would take seconds to lay out.
+/// The part of a message from outside that a label shows. An error page may be very long: its beginning is
+/// informative, and laying out all of it would take seconds.
 [[nodiscard]] inline QString beginningOfMessage(const QString& message, qsizetype longest = 600) {
     return shortened(message, longest);
 }

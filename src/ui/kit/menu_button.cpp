@@ -38,7 +38,8 @@ void MenuButton::becomePicker() {
 }
 
 MenuButton::~MenuButton() {
-    // While there is still a button that it can tell: it would close at the end of our base class.
+    // Here, since otherwise a base class destructor would close the menu, whose signal would reach a
+    // half-destroyed button.
     if (m_menu)
         m_menu->close();
 }

@@ -8,8 +8,8 @@
 
 namespace tralio {
 
-/// A label with a chevron that opens a menu: at the press of the mouse, so that one movement of press, drag
-/// and release chooses, or by Space, Return, Up or Down.
+/// A label with a chevron that opens a menu: when the mouse is pressed, so that one gesture of press, drag
+/// and release chooses an entry; or with Space, Return, Up or Down.
 class MenuButton final : public Control {
     Q_OBJECT
 
@@ -18,11 +18,11 @@ public:
         const TextStyle& style = text::menu, const QString& iconName = {}, QWidget* parent = nullptr);
     ~MenuButton() override;
 
-    /// Makes a picker of it: firm as a bordered button, and as wide as its row allows.
+    /// Gives it the look of a bordered button and the free width of its row.
     void becomePicker();
 
     void setEntries(const QList<MenuEntry>& entries);
-    /// The edge of the button that the menu shares.
+    /// The edge of the button with which the menu is aligned.
     void setMenuAlignment(Qt::Alignment alignment) { m_alignment = alignment; }
     [[nodiscard]] PopupMenu* openMenu() const { return m_menu; }
 

@@ -17,7 +17,7 @@ void MultilineEnterInputView::keyPressEvent(QKeyEvent* event) {
         (event->key() == Qt::Key_Tab && (event->modifiers() & Qt::ControlModifier) != 0);
     const bool breaksLine = (event->modifiers() & (Qt::ShiftModifier | Qt::AltModifier)) != 0;
     if (leaves) {
-        // The editor's own refuses to leave, since Tab is a character of the text.
+        // QTextEdit's own override stays, since Tab is a character of the text.
         QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);  // NOLINT(bugprone-parent-virtual-call)
     } else if (!isReturn(*event) || isComposing() || breaksLine) {
         TextEditor::keyPressEvent(event);

@@ -6,9 +6,9 @@
 
 namespace tralio {
 
-/// A multi-line editor of plain text in which Return submits and Shift+Return or Alt+Return break the line.
-/// While an input method composes, Return confirms the composition and does nothing else. Tab is a character
-/// of the text; Control+Tab and Shift+Tab leave the editor.
+/// A multi-line plain text editor in which Return submits, and Shift+Return or Alt+Return insert a line
+/// break. While an input method composes, Return only confirms the composition. Tab inserts a tab;
+/// Control+Tab and Shift+Tab leave the editor.
 class MultilineEnterInputView final : public TextEditor {
     Q_OBJECT
 

@@ -14,7 +14,7 @@
 namespace tralio {
 namespace {
 
-constexpr int barWidth = 12;  // what takes the pointer
+constexpr int barWidth = 12;  // the area that reacts to the pointer
 constexpr int restWidth = 5;
 constexpr int restInset = 4;
 constexpr int activeWidth = 7;
@@ -112,7 +112,7 @@ void OverlayScrollBar::mouseReleaseEvent(QMouseEvent*) {
 }
 
 void OverlayScrollBar::wheelEvent(QWheelEvent* event) {
-    // The wheel turns the content also where the thumb lies over it.
+    // The wheel scrolls the content over the thumb, too.
     QCoreApplication::sendEvent(m_bar, event);
 }
 

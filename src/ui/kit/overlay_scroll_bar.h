@@ -8,19 +8,18 @@ class QScrollBar;
 
 namespace tralio {
 
-/// A thumb that lies over the content of a scrolling area: no track, no arrows, always visible while the
-/// content is taller than its area. Stands in for the area's own vertical bar, which it hides and drives.
+/// A scroll thumb over the content of a scroll area: without track or arrows, visible while the content is
+/// taller than the area. Replaces the area's own vertical bar, which it hides and controls.
 class OverlayScrollBar final : public QWidget {
     Q_OBJECT
 
 public:
     explicit OverlayScrollBar(QAbstractScrollArea* area);
 
-    /// Makes the thumb keep its distance from the right edge of a widget around the area instead of the
-    /// area's own.
+    /// Places the thumb at the right edge of `frame`, a widget around the area, instead of the area's.
     void setFrame(QWidget* frame);
 
-    /// Where the thumb is, in the bar's coordinates. Empty while there is nothing to scroll.
+    /// The rectangle of the thumb, in this widget's coordinates. Empty while there is nothing to scroll.
     [[nodiscard]] QRectF thumb() const;
 
 protected:
@@ -41,7 +40,7 @@ private:
     QScrollBar* m_bar;
     bool m_hovered = false;
     bool m_dragged = false;
-    qreal m_grip = 0;  ///< where on the thumb the pointer holds it
+    qreal m_grip = 0;  ///< where the pointer holds the thumb, from the thumb's top
 };
 
 }  // namespace tralio

@@ -10,7 +10,7 @@
 namespace tralio {
 namespace {
 
-/// Fills without a pen, smoothly, and leaves the painter as it was.
+/// Fills without a pen and with antialiasing, and restores the painter's state.
 template <typename Draw>
 void withBrush(QPainter& painter, const QBrush& brush, Draw draw) {
     if (brush.style() == Qt::SolidPattern && brush.color().alpha() == 0)
@@ -57,7 +57,7 @@ bool isEmojiUnit(QChar unit) {
 }
 
 int emojiPixels(const QFont& font) {
-    return qRound(font.pixelSize() * 128 / 109.0);  // of a picture and of its font
+    return qRound(font.pixelSize() * 128 / 109.0);  // the size of a bitmap emoji per pixel of its font size
 }
 
 bool isRightToLeft(QChar letter) {
@@ -97,7 +97,7 @@ qreal widthOf(const QList<Run>& runs) {
         runs.cbegin(), runs.cend(), 0.0, [](qreal sum, const Run& run) { return sum + run.width; });
 }
 
-/// Of a text as much as fits, with an ellipsis where that is not all.
+/// As much of the text as fits, with an ellipsis if that is not all.
 QList<Run> fittingRuns(const QString& text, const TextStyle& style, qreal width, EmojiSize emojiSize) {
     QList<Run> runs = runsOf(text, style, emojiSize);
     const QFontMetricsF metrics(fontFor(style));
@@ -151,7 +151,7 @@ void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style
 }
 
 int inkBeyondLine(const TextStyle& style, const QString& text) {
-    // Only these are that high; to shape every text once more for it would be felt.
+    // Only such letters exceed the line; shaping every text again for this would be noticeably slow.
     const bool hasMarkedCapital = std::any_of(text.cbegin(), text.cend(), [](QChar letter) {
         const bool isVietnamese = letter >= QChar(0x1EA0) && letter <= QChar(0x1EF9);
         return (isVietnamese && letter.isUpper()) || letter.isMark();

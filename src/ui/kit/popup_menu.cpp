@@ -33,7 +33,7 @@ public:
         setCheckable(entry.checked);
         setChecked(entry.checked);
         setEnabled(entry.enabled);
-        setFocusPolicy(Qt::NoFocus);  // the menu moves the focus itself
+        setFocusPolicy(Qt::NoFocus);  // the menu sets the focus itself
     }
 
     [[nodiscard]] QSize sizeHint() const override {
@@ -50,7 +50,7 @@ protected:
 
     void keyPressEvent(QKeyEvent* event) override { m_menu.keyPressEvent(event); }
 
-    // What toggles is the setting behind the menu, not the mark that shows it.
+    // Choosing an entry changes the setting, and with it the check mark, which must not toggle by itself.
     void nextCheckState() override {}
 
     void paintEvent(QPaintEvent*) override {
@@ -91,7 +91,7 @@ PopupMenu::PopupMenu(
     setFocusPolicy(Qt::StrongFocus);
     setGeometry(parentWidget()->rect());
     parentWidget()->installEventFilter(this);
-    // A panel may go while its menu is open.
+    // A panel may be hidden or deleted while its menu is open.
     owner->installEventFilter(this);
     connect(owner, &QObject::destroyed, this, &PopupMenu::close);
 
@@ -135,7 +135,7 @@ PopupMenu::Item* PopupMenu::itemAt(const QPoint& globalPosition) const {
 void PopupMenu::mark(Item* item) {
     m_marked = item;
     if (item != nullptr)
-        item->setFocus(Qt::PopupFocusReason);  // what a screen reader follows
+        item->setFocus(Qt::PopupFocusReason);  // screen readers follow the focus
     update();
 }
 
@@ -176,7 +176,7 @@ void PopupMenu::releaseAt(const QPoint& globalPosition) {
 }
 
 bool PopupMenu::event(QEvent* event) {
-    // Escape belongs to the menu while it is open, also where the window has a shortcut for it.
+    // While the menu is open, Escape closes it, even if the window has a shortcut for Escape.
     if (event->type() == QEvent::ShortcutOverride) {
         event->accept();
         return true;
@@ -214,7 +214,7 @@ void PopupMenu::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_Space:
-            if (m_marked && !isRepeat(*event))  // of the press that opened it
+            if (m_marked && !isRepeat(*event))  // not a repeat of the press that opened the menu
                 choose(at);
             break;
         case Qt::Key_Escape:

@@ -12,25 +12,24 @@ struct MenuEntry {
     bool enabled = true;
 };
 
-/// A menu that lies over the whole window of its anchor as a child of it, so that it needs no window, grab or
-/// compositor of its own and the window keeps the focus. A click beside the menu closes it and does nothing
-/// else.
+/// A menu in a child widget that covers the whole window of its anchor. So it needs no window, grab or
+/// compositor of its own, and the window stays active. A click beside the menu only closes it.
 ///
-/// Up and Down move, Home and End jump, Return and Space choose, Escape and Tab close. The focus goes back to
-/// where it was. The menu deletes itself when it closes, whatever closes it.
+/// Up and Down move, Home and End jump, Return and Space choose, Escape and Tab close. The focus then returns
+/// to where it was. The menu deletes itself when it is closed for any reason.
 class PopupMenu final : public QWidget {
     Q_OBJECT
 
 public:
-    /// Opens below `anchor`, edges aligned at its left or right, or above where there is no room below.
-    /// `anchor` is in the coordinates of `owner`. `selected` is the entry that is marked at once; -1 marks
-    /// none.
+    /// Opens a menu below `anchor`, aligned with its left or right edge, or above it where there is no room
+    /// below. `anchor` is in the coordinates of `owner`. `selected` is the initially highlighted entry; -1
+    /// for none.
     static PopupMenu* open(QWidget* owner, const QRect& anchor, const QList<MenuEntry>& entries, int selected,
         Qt::Alignment alignment = Qt::AlignLeft);
 
-    /// The pointer as seen by the button that opened the menu and still holds the mouse.
+    /// Follows the pointer of the button that opened the menu and still has the mouse grab.
     void dragTo(const QPoint& globalPosition);
-    /// Chooses the entry under the pointer, if there is one.
+    /// Chooses the entry under the pointer, if any.
     void releaseAt(const QPoint& globalPosition);
 
     void close();

@@ -13,9 +13,10 @@ PressGuard::PressGuard(QWidget& guarded, Clock& clock) : m_guarded(guarded), m_c
 
 bool PressGuard::isStray(QWidget* target, const QPoint& place, quint64 timestamp) {
     if (timestamp == std::exchange(m_timestamp, timestamp))
-        return m_hasSwallowed;  // the same press, handed on to what the first receiver stands in
+        return m_hasSwallowed;  // the same press, propagated to a parent of its first receiver
     const bool isNear = (place - m_place).manhattanLength() <= QApplication::startDragDistance();
-    constexpr int mostInRow = 2;  // a hand may press three times; one that goes on means what is there
+    // Users may click three times in a row; further clicks are meant for the new widget.
+    constexpr int mostInRow = 2;
     const bool isTooMany = m_isWithinInterval && isNear && m_target != target && m_swallowed < mostInRow;
     m_swallowed = isTooMany ? m_swallowed + 1 : 0;
     if (!isTooMany) {

@@ -14,9 +14,9 @@ namespace {
 
 constexpr int editorHeight = 60;
 constexpr int promptPadding = 4;
-constexpr int above = 2;      // of the padding, belongs to the text and scrolls with it
-constexpr int below = 5;      // no more than whole lines show
-constexpr int thumbRoom = 8;  // the thumb stands beside the text
+constexpr int above = 2;      // the part of the padding that belongs to the text and scrolls with it
+constexpr int below = 5;      // so that only whole lines show
+constexpr int thumbRoom = 8;  // keeps the thumb beside the text
 
 class Editor final : public TextEditor {
 public:
@@ -35,7 +35,7 @@ PromptEditor::PromptEditor(Binding<QString> text, QWidget* parent)
             {m_editor}));
     setFixedHeight(editorHeight);
     setFocusProxy(m_editor);
-    m_editor->moveCursor(QTextCursor::Start);  // the beginning shows
+    m_editor->moveCursor(QTextCursor::Start);  // shows the beginning
     m_editor->setScrollFrame(this);
     m_editor->installEventFilter(this);
 }

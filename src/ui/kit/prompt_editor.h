@@ -5,7 +5,7 @@
 
 namespace tralio {
 
-/// Some lines of text on a field of their own, among other fields: Tab goes on to the next of them.
+/// A few lines of text with a background, among other fields: Tab moves on to the next one.
 class PromptEditor final : public QWidget {
     Q_OBJECT
 
@@ -13,9 +13,9 @@ public:
     /// `text` is written on every edit and read by `refresh`.
     explicit PromptEditor(Binding<QString> text, QWidget* parent = nullptr);
 
-    /// Shows the bound text; the caret stays where it was.
+    /// Shows the bound text, keeping the caret's position.
     void refresh();
-    /// What a screen reader says when the caret comes here.
+    /// The accessible name of the editor.
     void setSpokenCaption(const QString& caption);
 
 protected:

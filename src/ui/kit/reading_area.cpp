@@ -17,7 +17,7 @@ ReadingArea::ReadingArea(QWidget* parent) : TextArea(text::body, {6, 1}, parent)
 }
 
 void ReadingArea::setText(const QString& text) {
-    // Not with what the editor holds, which has line breaks of its own kind.
+    // Not compared with the document's text, whose line breaks are other characters.
     if (text == m_shown)
         return;
     m_shown = text;

@@ -4,23 +4,24 @@
 
 namespace tralio {
 
-/// A result to read: selectable, scrolling, not to be edited.
+/// A result to read: selectable and scrollable, but not editable.
 class ReadingArea final : public TextArea {
     Q_OBJECT
 
 public:
     explicit ReadingArea(QWidget* parent = nullptr);
 
-    /// Shows another text from its beginning; the same text keeps its selection and place.
+    /// Shows another text from its beginning; for the same text, selection and scroll position stay.
     void setText(const QString& text);
-    /// What stands there is not the result of what the user now asks for.
+    /// Dims the text if it is not the result for the present input; screen readers call it the former
+    /// translation.
     void setStale(bool stale);
 
-    /// As high as it has to be: it takes what its owner has to spare.
+    /// The minimum height: its owner gives it the room that is left.
     [[nodiscard]] QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// The keyboard focus has come, to be shown around the area, or has gone.
+    /// The keyboard focus has come or gone; the owner shows it around the area.
     void focusShown(bool shows);
 
 protected:

@@ -58,7 +58,7 @@ void Reveal::setShare(qreal share) {
 }
 
 void Reveal::finish() {
-    // The effect paints through a picture of its own; at rest the content paints itself.
+    // The effect renders into a pixmap; at rest the content paints directly.
     m_content->setGraphicsEffect(nullptr);
     setVisible(m_revealed);
 }

@@ -5,13 +5,13 @@
 
 namespace tralio {
 
-/// Lets its content appear and leave: height and opacity in 150 ms. Hidden, it takes no room and no spacing.
-/// The keyboard, if it was there, rests then on what the content stood on.
+/// Shows and hides its content by animating height and opacity for 150 ms. While hidden it takes no room and
+/// no spacing. If the content had the focus, that then rests on the parent.
 class Reveal final : public QWidget {
     Q_OBJECT
 
 public:
-    /// Takes the content over.
+    /// Takes ownership of the content.
     explicit Reveal(QWidget* content, QWidget* parent = nullptr);
 
     [[nodiscard]] bool isRevealed() const { return m_revealed; }
@@ -33,7 +33,7 @@ private:
 
     QWidget* m_content;
     QVariantAnimation m_animation;
-    qreal m_share = 0;  ///< of the content's height that shows
+    qreal m_share = 0;  ///< fraction of the content's height that is visible
     bool m_revealed = false;
 };
 

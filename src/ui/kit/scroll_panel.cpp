@@ -13,7 +13,7 @@ ScrollPanel::ScrollPanel(QWidget* content, QWidget* parent) : QScrollArea(parent
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
     setWidget(content);
-    // The surface behind shows through.
+    // Lets the background behind show through.
     content->setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
     constexpr int wheelStep = 16;
@@ -36,7 +36,7 @@ void ScrollPanel::keyPressEvent(QKeyEvent* event) {
             verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
             break;
         default:
-            // The arrows move among the parts of the panel, not the panel.
+            // The arrow keys move within the panel and must not scroll it.
             event->ignore();
     }
 }

@@ -4,16 +4,16 @@
 
 namespace tralio {
 
-/// A panel that is taller than its room: as wide as the room, and scrolled by wheel, touchpad, Page keys and
-/// the thumb over it. Brings what gets the keyboard focus into sight.
+/// A panel that is taller than its viewport: as wide as the viewport, and scrolled by wheel, touchpad, Page
+/// keys and the overlay thumb. Scrolls the focused widget into view.
 class ScrollPanel final : public QScrollArea {
     Q_OBJECT
 
 public:
-    /// Takes the content over.
+    /// Takes ownership of the content.
     explicit ScrollPanel(QWidget* content, QWidget* parent = nullptr);
 
-    /// Lays the content out and takes over its height at once, and not with the next event.
+    /// Lays the content out and adopts its height now, instead of with the next event.
     void layOut();
 
 protected:

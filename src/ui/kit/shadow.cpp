@@ -14,12 +14,12 @@
 namespace tralio {
 namespace {
 
-/// How far the shadow reaches beyond its box, and how far the box's corner reaches into the shadow.
+/// How far the shadow extends beyond its box, and the corner of the box into the shadow.
 int reachOf(const Shadow& shadow) {
     return shadow.blur + 2;
 }
 
-/// A sliding mean over 2 * `half` + 1 values; three of them in a row are as good as a bell curve.
+/// A moving average over 2 * `half` + 1 values; three in a row approximate a Gaussian blur.
 void mean(std::vector<float>& values, std::vector<float>& scratch, int half) {
     const int count = int(values.size());
     scratch.resize(values.size());
@@ -67,7 +67,8 @@ QPixmap blurred(int radius, const Shadow& shadow) {
         for (int x = 0; x < side; ++x)
             alpha[std::size_t(y * side + x)] = float(qAlpha(line[x]));
     }
-    // Three means over a width of `blur` deviate by half of it, as the soft edge is defined.
+    // Three averages over a width of `blur` have a standard deviation of half of it, as the soft edge is
+    // defined.
     const int half = std::max(1, shadow.blur / 2);
     blurLines(alpha, side, half, false);
     blurLines(alpha, side, half, true);
@@ -83,7 +84,7 @@ QPixmap blurred(int radius, const Shadow& shadow) {
     return QPixmap::fromImage(shape);
 }
 
-/// The shadows of the window and of menus, one scheme at a time.
+/// Caches the shadows of the window and of menus, for one scheme at a time.
 const QPixmap& tileFor(int radius, const Shadow& shadow) {
     struct Entry {
         int radius = -1;
@@ -114,7 +115,7 @@ void paintShadow(QPainter& painter, const QRect& box, int radius, const Shadow& 
     const QRect target = box.adjusted(-reach, -reach, reach, reach).translated(0, shadow.offset);
     const QPixmap& tile = tileFor(radius, shadow);
     if (target.width() < 2 * corner || target.height() < 2 * corner)
-        painter.drawPixmap(target, tile);  // too small for whole corners
+        painter.drawPixmap(target, tile);  // too small for the corners at full size
     else
         qDrawBorderPixmap(&painter, target, margins, tile, tile.rect(), margins);
     painter.restore();

@@ -6,7 +6,8 @@
 
 namespace tralio {
 
-/// The blurred shadow of a rounded rectangle. `blur` is the width of the soft edge, twice its deviation.
+/// The blurred shadow of a rounded rectangle. `blur` is the width of the soft edge, twice its standard
+/// deviation.
 struct Shadow {
     ColorRole color;
     int offset;  ///< downwards
@@ -23,8 +24,8 @@ inline constexpr Shadow menu{ColorRole::menuShadow, 8, 24};
 
 }  // namespace shadow
 
-/// Paints the shadow that `box` throws. It is blurred once for its colour and radius and kept as a small
-/// pixmap, of which the corners are drawn as they are and the sides stretched.
+/// Paints the shadow of `box`. It is blurred once per colour and radius and cached as a small pixmap, whose
+/// corners are drawn unscaled and whose sides are stretched.
 void paintShadow(QPainter& painter, const QRect& box, int radius, const Shadow& shadow);
 
 }  // namespace tralio

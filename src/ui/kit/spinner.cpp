@@ -30,7 +30,7 @@ void Spinner::paintEvent(QPaintEvent*) {
     painter.translate(width() / 2.0, height() / 2.0);
     const double unit = m_box / 24.0;
     for (int spoke = 0; spoke < spokes; ++spoke) {
-        // The brightest spoke is the one the turn has just reached; the others trail behind it.
+        // The spoke just reached is the brightest; the others fade with age.
         const int age = (m_step - spoke + spokes) % spokes;
         painter.save();
         painter.rotate(360.0 / spokes * spoke);

@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-/// Eight spokes that turn once in 800 ms while the spinner is visible; hidden, it costs no wake-up.
+/// Eight spokes that turn once in 800 ms while visible; while hidden, it causes no wake-ups.
 class Spinner final : public QWidget {
     Q_OBJECT
 

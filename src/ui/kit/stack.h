@@ -8,16 +8,16 @@
 
 namespace tralio {
 
-/// Room that takes what is left.
+/// Flexible room that takes what is left.
 struct Stretch {};
 
-/// Room of a fixed size, beside the stack's spacing.
+/// Room of a fixed size, in addition to the stack's spacing.
 struct Gap {
     int size;
 };
 
 struct StackItem {
-    // Implicit, so that a stack reads as the list of what stands in it.
+    // Implicit, so that a stack reads as a list of its parts.
     StackItem(QWidget* widget, Qt::Alignment alignment = {}, int stretch = 0)
         : content(widget), alignment(alignment), stretch(stretch) {}
     StackItem(QLayout* layout, int stretch = 0) : content(layout), stretch(stretch) {}
@@ -34,13 +34,13 @@ struct StackSpec {
     QMargins padding = {};
 };
 
-/// Columns and rows, so that a panel's code reads like its description: from top to bottom, from start to
-/// end. In a row, what is lower than the row is centred. The parts come to belong to the widget that the
-/// outermost layout is set on.
+/// Columns and rows, so that a panel's code reads like a description: from top to bottom, from left to right.
+/// In a row, lower parts are vertically centred. The parts become children of the widget on which the
+/// outermost layout is set.
 [[nodiscard]] QBoxLayout* column(const StackSpec& spec, std::initializer_list<StackItem> items);
 [[nodiscard]] QBoxLayout* row(const StackSpec& spec, std::initializer_list<StackItem> items);
 
-/// Sets a stack on its owner, which is given back.
+/// Sets a stack as the layout of its owner. Returns the owner.
 template <typename Owner>
 Owner* filled(Owner* owner, QLayout* layout) {
     owner->setLayout(layout);

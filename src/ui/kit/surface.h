@@ -6,7 +6,7 @@
 
 namespace tralio {
 
-/// A rounded rectangle with other parts on it.
+/// A rounded rectangle behind other widgets.
 class Surface final : public QWidget {
     Q_OBJECT
 
@@ -14,9 +14,9 @@ public:
     Surface(ColorRole fill, ColorRole edge, int radius, QWidget* parent = nullptr);
 
     void setFill(ColorRole fill);
-    /// The border lies inside the edge, `width` logical pixels wide; `ColorRole::none` takes it away.
+    /// The border is drawn inside the edge, `width` logical pixels wide; `ColorRole::none` removes it.
     void setEdge(ColorRole edge, int width = 1);
-    /// Gives the ground of a part at the top of the surface, as wide as it, another fill.
+    /// Fills the background of `head`, a part at the top of the surface and as wide, with another colour.
     void setHead(QWidget* head, ColorRole fill);
 
 protected:

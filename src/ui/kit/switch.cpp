@@ -9,7 +9,7 @@ namespace {
 constexpr QSize track{30, 18};
 constexpr int knob = 14;
 constexpr int inset = 2;
-constexpr int ringRoom = 3;      // the focus ring stands 1 px off the track
+constexpr int ringRoom = 3;      // the focus ring is 1 px outside the track
 constexpr int switchTime = 120;  // milliseconds
 
 }  // namespace

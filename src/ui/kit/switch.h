@@ -6,8 +6,8 @@
 
 namespace tralio {
 
-/// An on-off switch without a title of its own: give it a spoken caption. `toggled` reports every change,
-/// `clicked` only the user's.
+/// An on-off switch without a title: set a spoken caption. `toggled` reports every change, `clicked` only the
+/// user's.
 class Switch final : public Control {
     Q_OBJECT
 

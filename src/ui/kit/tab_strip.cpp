@@ -34,7 +34,8 @@ public:
         setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     }
 
-    /// Keeps room for the heavier label, so that the strip does not move when the selection does.
+    /// Reserves the width of the semibold label, so that the strip does not change its size with the
+    /// selection.
     [[nodiscard]] QSize sizeHint() const override {
         return {2 * tabPadding + m_icon.box() + iconGap + textWidth(selectedStyle, title()), tabHeight};
     }
@@ -54,7 +55,7 @@ protected:
         const Ground ground = isChecked() ? Ground::solid : Ground::neutral;
         if (!isChecked())
             paintStateOverlay(painter, area, radius::control, ground);
-        // The label is white exactly where the sliding shape lies under it.
+        // The label is white exactly where the sliding shape covers it.
         const QRectF shape = m_strip.m_shape.translated(-QPointF(pos()));
         const QRegion covered = QRegion(rect()) & shape.toAlignedRect();
         painter.setClipRegion(QRegion(rect()) - covered);
@@ -108,8 +109,8 @@ TabStrip::TabStrip(const QList<TabItem>& tabs, QWidget* parent) : QWidget(parent
 
 void TabStrip::check(int index) {
     m_tabs.at(index)->setChecked(true);
-    // One stop for Tab. WORKAROUND: Qt (6.4 and 6.8) does the same by itself, but only once one of the tabs
-    // has had the focus.
+    // One Tab stop. WORKAROUND: Qt (6.4 and 6.8) does the same by itself only after one of the tabs has had
+    // the focus.
     for (int i = 0; i < m_tabs.size(); ++i)
         m_tabs.at(i)->setFocusPolicy(i == index ? Qt::TabFocus : Qt::NoFocus);
 }
@@ -117,7 +118,7 @@ void TabStrip::check(int index) {
 void TabStrip::setCurrent(int index) {
     check(index);
     if (index != m_current) {
-        m_isWalked = false;  // by what else there is in the window, or by another program
+        m_isWalked = false;  // the selection is changed from elsewhere in the window, or by another program
         m_current = index;
         slideTo(index);
     }

@@ -11,8 +11,8 @@ struct TabItem {
     QString label;
 };
 
-/// A row of tabs, one of which is selected. The selected shape slides to a newly selected tab. One stop for
-/// Tab; the arrow keys move between the tabs and select.
+/// A row of tabs, one of which is selected. The selected shape slides to a newly selected tab. The strip is
+/// one Tab stop; the arrow keys move between the tabs and select.
 class TabStrip final : public QWidget {
     Q_OBJECT
 
@@ -20,15 +20,15 @@ public:
     explicit TabStrip(const QList<TabItem>& tabs, QWidget* parent = nullptr);
 
     [[nodiscard]] int current() const { return m_current; }
-    /// Selects a tab without telling anybody.
+    /// Selects a tab without emitting `selected`.
     void setCurrent(int index);
 
-    /// Whether the user goes along the tabs of a window by keyboard: a panel that appears then must not take
-    /// the focus.
+    /// Whether the user is moving along the tabs of a window by keyboard: a panel that appears then must not
+    /// take the focus.
     [[nodiscard]] static bool isWalked(const QWidget& window);
 
 Q_SIGNALS:
-    /// The user chose a tab.
+    /// The user has chosen a tab.
     void selected(int index);
 
 protected:
@@ -45,7 +45,7 @@ private:
 
     QList<Tab*> m_tabs;
     QVariantAnimation m_slide;
-    QRectF m_shape;  ///< the selected shape, in the strip's coordinates
+    QRectF m_shape;  ///< of the selection, in the strip's coordinates
     int m_current = 0;
     bool m_isWalked = false;
 };

@@ -19,13 +19,13 @@
 namespace tralio {
 namespace {
 
-// The document sets the baseline of a line of fixed height at four fifths of it.
+// QTextDocument puts the baseline of a line of fixed height at four fifths of the height.
 int documentBaseline(const TextStyle& style) {
     return style.line * 4 / 5;
 }
 
-// Looking for a place between words, the layout runs through a whole word for each of its lines: a megabyte
-// without a blank would take it half a minute.
+// To wrap at word boundaries, QTextLayout scans the whole word for each of its lines: for a megabyte without
+// a blank that takes half a minute.
 bool hasEndlessWord(const QString& text) {
     constexpr qsizetype longestWord = 2000;
     qsizetype word = 0;
@@ -52,7 +52,7 @@ TextArea::TextArea(const TextStyle& style, const QSize& inset, QWidget* parent)
     placeText(inset);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 
-    // Every later line takes over the format of the first one. Undo must not reach behind it.
+    // Later lines inherit the format of the first one. Undo must not remove it.
     document()->setUndoRedoEnabled(false);
     QTextBlockFormat format;
     format.setLineHeight(style.line, QTextBlockFormat::FixedHeight);
@@ -167,7 +167,7 @@ void TextArea::paintEvent(QPaintEvent* event) {
 }
 
 void TextArea::wheelEvent(QWheelEvent* event) {
-    // With Control the toolkit would resize the text of a read-only area.
+    // With Control, Qt would change the text size of a read-only area.
     if ((event->modifiers() & Qt::ControlModifier) == 0)
         QTextEdit::wheelEvent(event);
 }

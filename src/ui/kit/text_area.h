@@ -11,47 +11,46 @@ namespace tralio {
 
 class OverlayScrollBar;
 
-/// Plain text that scrolls, without a frame or a background: what the input box and the reading area share.
-/// It gives back every character it was given, sets its lines at the distance of its style, and copies as
-/// plain text.
+/// Scrolling plain text without frame or background: the common base of the input box and the reading area.
+/// It keeps every character as given, sets lines at the line height of its style, and copies as plain text.
 class TextArea : public QTextEdit {
     Q_OBJECT
 
 public:
-    /// The text with line feeds between its lines. The toolkit's own `toPlainText` turns no-break spaces into
-    /// blanks, and "U+2028" into line feeds.
+    /// The text with line feeds between its lines. QTextEdit's `toPlainText` would turn no-break spaces into
+    /// blanks, and U+2028 into line feeds.
     [[nodiscard]] QString text() const;
 
-    /// Stands where the text would begin, while there is none.
+    /// Shown at the start of the text while that is empty.
     void setPlaceholder(const QString& placeholder, ColorRole role = ColorRole::placeholder);
 
     void setColor(ColorRole role);
-    /// What a screen reader says of the text.
+    /// The accessible description of the text.
     void setNote(const QString& note);
 
-    /// Lets the scroll thumb keep its distance from the edge of a widget around the area, so that it stands
-    /// in the padding and not on the text.
+    /// Places the scroll thumb at the edge of `frame`, a widget around the area, so that the thumb is in the
+    /// padding and not over the text.
     void setScrollFrame(QWidget* frame);
 
-    /// As the toolkit's, for texts of any kind.
+    /// As QTextEdit::undo, for any text.
     void undo() {
         withAnyText([this] { QTextEdit::undo(); });
     }
 
 protected:
-    /// `inset` is the room between the edges and the text, in logical pixels: at the sides, and above.
+    /// `inset` is the distance of the text from the edges, in logical pixels: horizontal, and at the top.
     TextArea(const TextStyle& style, const QSize& inset, QWidget* parent = nullptr);
 
-    /// Replaces the whole content in one step that can be undone. The caret goes to the end.
+    /// Replaces the whole content in one undoable step. The caret goes to the end.
     void replaceText(const QString& text);
 
-    /// Call before a text of any origin is inserted.
+    /// Lets lines break anywhere if `text` has an endless word. Call before any text is inserted.
     void prepareFor(const QString& text);
 
-    /// Does what brings back an earlier or a later text, which nobody knows before it stands there.
+    /// Runs `change` (undo or redo), which may bring in any text: only afterwards is it known which.
     void withAnyText(const std::function<void()>& change);
 
-    /// Whether an input method shows a composition that is not in the text yet.
+    /// Whether an input method is composing text that is not in the document yet.
     [[nodiscard]] bool isComposing() const;
 
     void paintEvent(QPaintEvent* event) override;

@@ -23,8 +23,8 @@ namespace tralio {
 namespace {
 
 constexpr qreal caretWidth = 1.5;
-constexpr qreal caretInset = 1.5;  // less than its line at both ends
-constexpr qreal caretShift = 1.5;  // away from the first letter of a placeholder
+constexpr qreal caretInset = 1.5;  // how much shorter than the line, at both ends
+constexpr qreal caretShift = 1.5;  // distance from the first letter of a placeholder
 
 constexpr qsizetype mostReplaced = 1'000'000;
 constexpr int mostSteps = 200;
@@ -35,7 +35,7 @@ TextEditor::TextEditor(const TextStyle& style, const QSize& inset, Binding<QStri
     : TextArea(style, inset, parent), m_text(std::move(text)) {
     hideToolkitCaret();
     refresh();
-    document()->clearUndoRedoStacks();  // what it begins with is no edit
+    document()->clearUndoRedoStacks();  // the initial text is no edit
     connect(this, &QTextEdit::textChanged, this, &TextEditor::writeText);
     connect(this, &QTextEdit::cursorPositionChanged, this, &TextEditor::restartCaret);
 }
@@ -50,7 +50,7 @@ bool TextEditor::refresh() {
         return false;
     m_refreshing = true;
     replaceText(text);
-    // What comes from elsewhere comes all day, and every step back of it would be kept.
+    // Texts from other programs may replace the content all day; limits how much of it undo keeps.
     m_replaced += m_shown.size() + text.size();
     if (m_replaced > mostReplaced || document()->availableUndoSteps() > mostSteps) {
         document()->setUndoRedoEnabled(false);
@@ -59,7 +59,8 @@ bool TextEditor::refresh() {
     }
     m_refreshing = false;
     m_shown = text;
-    // The caret is at the end, where the user goes on writing; what came from elsewhere is read from the top.
+    // The caret is at the end, where the user continues to write, but a text from elsewhere is read from the
+    // top.
     verticalScrollBar()->setValue(0);
     return true;
 }
@@ -78,8 +79,8 @@ void TextEditor::writeText() {
     }
 }
 
-// The toolkit keeps a composition out of the text. To the user it is what stands there: with it left out, a
-// click on the button would translate all but the last word, which most Vietnamese input methods compose.
+// Qt keeps a composition out of the document. To the user it is part of the text: without it, a click on the
+// button would translate all but the last word, which most Vietnamese input methods compose.
 QString TextEditor::shownText() const {
     QString shown = text();
     if (isComposing()) {
@@ -98,7 +99,7 @@ void TextEditor::keyPressEvent(QKeyEvent* event) {
     } else if (isComposing()) {
         confirmComposition();
     } else {
-        // The editor's own would make a line separator of Shift+Return.
+        // QTextEdit would insert a line separator (U+2028) for Shift+Return.
         insertPlainText(u"\n"_s);
         ensureCursorVisible();
     }
@@ -106,7 +107,7 @@ void TextEditor::keyPressEvent(QKeyEvent* event) {
 
 void TextEditor::confirmComposition() {
     QGuiApplication::inputMethod()->commit();
-    // An input method that does not answer at once would lose what the user sees.
+    // If the input method does not commit synchronously, commit for it: the user would lose the visible text.
     if (const QString rest = textCursor().block().layout()->preeditAreaText(); !rest.isEmpty()) {
         QInputMethodEvent commit;
         commit.setCommitString(rest);
@@ -115,9 +116,9 @@ void TextEditor::confirmComposition() {
     }
 }
 
-// The toolkit's caret has whole widths and inverts what it covers; ours is painted in `paintEvent`. The one
-// way to be rid of it at every scale is an input method that asks for no caret, which holds until the next
-// such event.
+// WORKAROUND: Qt 6.4 draws its caret in whole pixels and inverts what is below it; ours is painted in
+// `paintEvent`. The only way to hide Qt's at every scale is an input method event that asks for a caret of
+// length 0. It holds until the next such event.
 void TextEditor::hideToolkitCaret() {
     QInputMethodEvent event({}, {{QInputMethodEvent::Cursor, 0, 0}});
     TextArea::inputMethodEvent(&event);
@@ -144,8 +145,8 @@ void TextEditor::inputMethodEvent(QInputMethodEvent* event) {
     restartCaret();
 }
 
-// A drag of files or pictures is left to what stands around the editor. While one moves, the toolkit asks
-// again and again, and every answer may take another program's time.
+// Drags of files or pictures are handled by the widget around the editor. While a drag moves, Qt asks
+// repeatedly, and every answer may need a call to another program: the first one is kept.
 bool TextEditor::canInsertFromMimeData(const QMimeData* source) const {
     if (m_dragBringsText)
         return *m_dragBringsText;
@@ -164,6 +165,9 @@ void TextEditor::dragLeaveEvent(QDragLeaveEvent* event) {
 
 void TextEditor::dropEvent(QDropEvent* event) {
     TextArea::dropEvent(event);
+    // Another program's text is copied, whatever Qt has agreed to: it may have been refused as too long.
+    if (event->source() != viewport())
+        event->setDropAction(Qt::CopyAction);
     m_dragBringsText.reset();
 }
 

@@ -11,29 +11,28 @@
 
 namespace tralio {
 
-/// A multi-line editor of a plain text that somebody else owns, with the program's own caret. Return breaks
-/// the line; while an input method composes, it confirms the composition and does nothing else.
+/// A multi-line plain text editor for a text that is stored elsewhere, with the program's own caret. Return
+/// inserts a line break; while an input method composes, it only confirms the composition.
 class TextEditor : public TextArea {
     Q_OBJECT
 
 public:
-    /// Brings the editor in line with the bound text. An equal text leaves caret and selection alone; another
-    /// one replaces the whole content, in a step that can be undone, and does not count as an edit. Answers
-    /// whether it did.
+    /// Shows the bound text. An equal text leaves caret and selection alone; another one replaces the whole
+    /// content in one undoable step, and does not count as an edit. Returns whether it was replaced.
     bool refresh();
 
-    /// What stays when something is put in place of the selection.
+    /// The text without the selection: what stays if the selection is replaced.
     [[nodiscard]] QString unselectedText() const;
 
-    /// The caret is out of place while something else is about to be put in.
+    /// Hides the caret, for example while a file is dragged over the editor.
     void setCaretShown(bool shown);
-    /// Answers what is inserted of what is pasted or dropped, or nothing; without it, any text that is not
-    /// too long is.
+    /// Returns what to insert of pasted or dropped content, or nothing. Without this function any text is
+    /// inserted that is not too long.
     using TextOf = std::function<std::optional<QString>(const QMimeData& source)>;
     void setTextOf(TextOf textOf) { m_textOf = std::move(textOf); }
 
 protected:
-    /// `text` is written on every edit, also of a composition, and read by `refresh`.
+    /// `text` is written on every edit, including changes of a composition, and read by `refresh`.
     TextEditor(const TextStyle& style, const QSize& inset, Binding<QString> text, QWidget* parent = nullptr);
 
     [[nodiscard]] static bool isReturn(const QKeyEvent& event);
@@ -60,9 +59,9 @@ private:
 
     Binding<QString> m_text;
     TextOf m_textOf;
-    qsizetype m_replaced = 0;              ///< what undo keeps of replaced texts, in UTF-16 units
-    QString m_shown;                       ///< the bound text as it was last read or written
-    std::optional<bool> m_dragBringsText;  ///< while one is over the editor
+    qsizetype m_replaced = 0;              ///< size of the replaced texts kept for undo, in UTF-16 units
+    QString m_shown;                       ///< the bound text as last read or written
+    std::optional<bool> m_dragBringsText;  ///< absent unless a drag is over the editor
     QBasicTimer m_blink;
     bool m_caretOn = false;
     bool m_showsCaret = true;

@@ -15,8 +15,8 @@ namespace {
 
 constexpr int fieldHeight = 28;
 constexpr int fieldPadding = 8;
-constexpr int toolkitPadding = 2;  // what QLineEdit adds to its text margins on its own
-constexpr int fixedWidthRise = 2;  // that font keeps more room above its letters than below
+constexpr int toolkitPadding = 2;  // QLineEdit adds it to its text margins
+constexpr int fixedWidthRise = 2;  // this font has more room above its letters than below
 
 }  // namespace
 
@@ -81,7 +81,7 @@ void TextField::setText(const QString& text) {
     QLineEdit::setText(text);
 }
 
-// Input methods send events in which nothing happens, also to fields that just got the keyboard.
+// Input methods also send events without a change, even to a field that has just got the focus.
 void TextField::tell() {
     const QString now = shownText();
     if (std::exchange(m_told, now) != now)
@@ -104,7 +104,7 @@ void TextField::contextMenuEvent(QContextMenuEvent* event) {
     openEditMenu(this, event->pos(),
         {.isWritable = !isReadOnly(),
             .canUndo = isUndoAvailable(),
-            .canCopy = hasSelectedText() && echoMode() == Normal,  // a masked text stays in its field
+            .canCopy = hasSelectedText() && echoMode() == Normal,  // a masked text must not be copied
             .isEmpty = text().isEmpty()});
 }
 

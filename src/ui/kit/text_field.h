@@ -4,7 +4,7 @@
 
 namespace tralio {
 
-/// One line of input on its own field. Give it an accessible name; its placeholder is not one.
+/// A single-line text field with a background. Set an accessible name; the placeholder is not one.
 class TextField final : public QLineEdit {
     Q_OBJECT
 
@@ -15,14 +15,14 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override;
 
-    /// The text with what an input method composes in it. To the user that stands there: without it a click
-    /// on a button, which leaves the keyboard here, would miss the last word.
+    /// The text including an input method's composition. To the user that is part of the text: a click on a
+    /// button, which does not take the focus, would otherwise miss the last word.
     [[nodiscard]] QString shownText() const;
-    /// As the toolkit's. What is being composed goes, and nothing counts as an edit.
+    /// As QLineEdit::setText. Discards a composition, and does not count as an edit.
     void setText(const QString& text);
 
 Q_SIGNALS:
-    /// The user has changed what is shown.
+    /// The user has changed the shown text.
     void edited(const QString& shownText);
 
 protected:
@@ -37,7 +37,7 @@ private:
     void tell();
 
     QString m_composed;
-    QString m_told;  ///< what is shown, as it was told last
+    QString m_told;  ///< the shown text as last reported
     bool m_hovered = false;
 };
 

@@ -11,9 +11,9 @@ using namespace Qt::StringLiterals;
 namespace tralio {
 namespace {
 
-/// WORKAROUND: Qt (6.4 and 6.8) turns on that FreeType darkens the stems of fonts like Inter, by up to half a
-/// weight. How much can only be told in the environment, which FreeType reads when the first font is loaded;
-/// programs that we start must not inherit it.
+/// WORKAROUND: Qt (6.4 and 6.8) enables FreeType's stem darkening, which makes fonts like Inter heavier by up
+/// to half a weight. Its amount can only be set in the environment, which FreeType reads when the first font
+/// is loaded; programs that we start must not inherit it.
 void loadFontsAsDrawn() {
     constexpr auto variable = "FREETYPE_PROPERTIES";
     if (qEnvironmentVariableIsSet(variable))
@@ -48,7 +48,8 @@ QFont fontFor(const TextStyle& style) {
 qreal baselineOf(const TextStyle& style, qreal devicePixelRatio) {
     const QFontMetricsF metrics(fontFor(style));
     const qreal middle = (style.line - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();
-    // The drawings round down, on a screen of a fine grain; on another one that would be seen.
+    // On high-density screens rounds down, as the drawings do; on others to the nearest pixel, where rounding
+    // down would be visible.
     constexpr qreal inexactness = 0.01;
     const qreal share = devicePixelRatio < 1.5 ? 0.5 : -inexactness;
     return std::floor(middle * devicePixelRatio + share) / devicePixelRatio;

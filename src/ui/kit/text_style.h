@@ -6,10 +6,10 @@ namespace tralio {
 
 enum class Weight { regular = 400, medium = 500, semibold = 600, bold = 700, heavy = 800 };
 
-/// A way of setting text: sizes in logical pixels, letter spacing in percent of the size.
+/// A text style: sizes in logical pixels, letter spacing in percent of the size.
 ///
-/// `line` is the least height of a label and the distance of its lines. Vietnamese capitals with two marks
-/// rise above the font's own ascent, so nothing is ever sized by the font's height.
+/// `line` is the minimum height of a label and the distance of its lines. Vietnamese capitals with two marks
+/// exceed the font's own ascent, so nothing may be sized by the font's height.
 struct TextStyle {
     int size;
     int line;
@@ -47,7 +47,7 @@ inline constexpr TextStyle promptEditor{.size = 11, .line = 17};
 
 [[nodiscard]] QFont fontFor(const TextStyle& style);
 
-/// Where the baseline of text in this style lies below the top of its line, on a pixel of the device.
+/// The distance of the baseline from the top of the line, on a whole device pixel.
 [[nodiscard]] qreal baselineOf(const TextStyle& style, qreal devicePixelRatio);
 
 }  // namespace tralio

@@ -6,7 +6,7 @@
 
 namespace tralio {
 
-/// What the desktop asks of the program's looks.
+/// The appearance that the desktop asks for.
 struct Appearance {
     bool dark = false;
     QColor accent = Colors::defaultAccent();
@@ -15,26 +15,26 @@ struct Appearance {
     bool operator==(const Appearance&) const = default;
 };
 
-/// The looks in force: one per process, used from the main thread.
+/// The appearance in use: one per process, main thread only.
 class Theme final : public QObject {
     Q_OBJECT
 
 public:
     [[nodiscard]] static Theme& current();
 
-    /// Puts another appearance in force: `changed` is emitted, then every widget is repainted.
+    /// Changes the appearance: emits `changed`, then repaints every widget.
     static void setAppearance(const Appearance& appearance);
 
     [[nodiscard]] const Appearance& appearance() const { return m_appearance; }
     [[nodiscard]] QColor color(ColorRole role) const { return m_colors[role]; }
 
-    /// The length of a motion in milliseconds: as given, or none when the desktop asks for reduced motion.
+    /// The duration of an animation in milliseconds; 0 when the desktop asks for reduced motion.
     [[nodiscard]] int duration(int milliseconds) const {
         return m_appearance.reducedMotion ? 0 : milliseconds;
     }
 
 Q_SIGNALS:
-    /// For what keeps colours instead of roles, as a native text editor's palette does.
+    /// For what stores colours and not roles, such as the palette of a Qt text editor.
     void changed();
 
 private:

@@ -23,7 +23,7 @@ constexpr int paddingAlong = 4;
 constexpr int tooltipDistance = 6;  // from the widget
 constexpr int tooltipInset = 6;
 
-/// The bubble is a child of the widget's window: it needs no compositor and takes no focus.
+/// A child of the widget's window: needs no compositor and takes no focus.
 class Bubble final : public QWidget {
 public:
     Bubble(QWidget& target, const QString& text) : QWidget(target.window()) {
@@ -51,7 +51,7 @@ protected:
     }
 };
 
-/// Watches every widget that has a tooltip; one of them at a time has the pointer.
+/// Watches all widgets that have a tooltip; the pointer is over one at a time.
 class Watcher final : public QObject {
 public:
     static Watcher& shared() {
@@ -79,7 +79,7 @@ public:
                     show();
                 break;
             case QEvent::ToolTip:
-                return true;  // or the toolkit would show a second one, in the desktop's look
+                return true;  // else Qt would show its own tooltip as well
             default:
                 break;
         }
@@ -107,7 +107,7 @@ private:
         removeBubble();
     }
 
-    /// Not deleted at once: the window may be hiding its children, the bubble among them, right now.
+    /// Deleted later, since the window may be hiding its children right now, the bubble among them.
     void removeBubble() {
         if (QWidget* bubble = std::exchange(m_bubble, nullptr)) {
             bubble->hide();
@@ -123,7 +123,7 @@ private:
 }  // namespace
 
 void setTooltip(QWidget* widget, const QString& text) {
-    // What shows only an icon is called by its tooltip.
+    // A widget that shows only an icon is named by its tooltip.
     if (widget->accessibleName().isEmpty() || widget->accessibleName() == widget->toolTip())
         widget->setAccessibleName(text);
     widget->setToolTip(text);

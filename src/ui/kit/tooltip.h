@@ -6,8 +6,8 @@ class QWidget;
 
 namespace tralio {
 
-/// Gives a widget a tooltip in the program's own look, 600 ms after the pointer came to it. The text is also
-/// the widget's accessible description, and its name where it has none.
+/// Gives a widget a tooltip in the program's style, shown when the pointer has been over it for 600 ms. The
+/// text is also the accessible description, and the accessible name if there is none.
 void setTooltip(QWidget* widget, const QString& text);
 
 }  // namespace tralio

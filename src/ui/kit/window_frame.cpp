@@ -38,7 +38,7 @@ QRect WindowFrame::contentArea() const {
 }
 
 void WindowFrame::arrange() {
-    // Only a window with a margin is translucent: without a compositor its corners would be black.
+    // Only the floating window is translucent: without a compositor its corners would be black.
     setAttribute(Qt::WA_TranslucentBackground, m_edges == Edges::floating);
     setFixedSize(contentArea().size().grownBy(shadowMargins()));
     if (m_content != nullptr)

@@ -6,12 +6,11 @@ class QPainter;
 
 namespace tralio {
 
-/// The surface of the popover: the content on a rounded window with an edge and a shadow, in a translucent
-/// margin that makes room for the shadow. Where no compositor runs, the window is square, without margin and
-/// shadow, and the edge lies inside.
+/// The surface of the popover: the content on a rounded window with an edge, and a shadow in a translucent
+/// margin. Without a compositor the window is square, without margin and shadow, and the edge is drawn
+/// inside.
 ///
-/// Only paints; flags, place and closing of the window are its owner's, as is telling whether a compositor
-/// runs.
+/// Only paints; its owner sets window flags and place, closes the window, and says whether a compositor runs.
 class WindowFrame final : public QWidget {
     Q_OBJECT
 
@@ -22,17 +21,17 @@ public:
 
     explicit WindowFrame(Edges edges, QWidget* parent = nullptr);
 
-    /// Takes the content over and gives it the content size.
+    /// Takes ownership of the content and sets its size.
     void setContent(QWidget* content);
-    /// Makes the content lower than its usual height, for a screen that is.
+    /// Makes the content lower than usual, for a low screen.
     void setContentHeight(int height);
     void setEdges(Edges edges);
 
-    /// Where the window is for the user. Clicks outside it are clicks beside the window.
+    /// The visible window. Clicks in the margin around it count as clicks elsewhere.
     [[nodiscard]] QRect contentArea() const;
-    /// Paints the ground of the window that `widget` stands in: for what covers the window's content.
+    /// Paints the background of `widget`'s window: for widgets that cover the content.
     static void paintGround(QPainter& painter, const QWidget& widget);
-    /// The translucent room around the content.
+    /// The translucent margin around the content.
     [[nodiscard]] QMargins shadowMargins() const;
 
 protected:

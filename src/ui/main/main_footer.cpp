@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 constexpr int footerHeight = 33;
 
-/// Whether a hot key does what it promises, and why.
+/// Whether a hot key works, and the explanation.
 struct Readiness {
     bool granted;
     HotKeyStatus hotKey;
@@ -71,7 +71,7 @@ void MainFooter::resizeEvent(QResizeEvent* event) {
 
 void MainFooter::open(const Chip& chip, bool granted) const {
     if (granted)
-        m_actions.openShortcuts();  // its hot key was refused
+        m_actions.openShortcuts();  // the permission is there, so the hot key was refused
     else
         m_actions.openPermissions(chip);
 }
@@ -87,7 +87,7 @@ void MainFooter::refresh() {
     refreshWarning();
 }
 
-// Beside two long shortcuts there is no room for all of it; the red chips say the same.
+// Two long shortcuts leave no room for the whole warning; the red chips say the same.
 void MainFooter::refreshWarning() {
     const QString warning = m_needs.state.ungrantedWarningText().value_or(QString());
     if (warning.isEmpty())

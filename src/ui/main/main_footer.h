@@ -15,20 +15,21 @@ class Control;
 class HotKeys;
 class MainState;
 
-/// The bottom bar of the window: the version, which permissions are missing, and the two hot keys with
-/// whether they do what they promise. What is out of order leads to where the settings are about it.
+/// The bottom bar of the window: the version, missing permissions, and both hot keys with whether they work.
+/// A click on what does not work opens the settings for it.
 class MainFooter final : public QWidget {
     Q_OBJECT
 
 public:
-    /// What the bar tells of. All of it outlives the bar.
+    /// What the bar shows. All of it outlives the bar.
     struct Dependencies {
         const MainState& state;
         const AppSettings& settings;
         const HotKeys& hotKeys;
     };
     struct Actions {
-        std::function<void(const Control& cause)> openPermissions;  ///< `cause` is what the user has pressed
+        /// `cause` is the control that the user pressed.
+        std::function<void(const Control& cause)> openPermissions;
         std::function<void()> openShortcuts;
     };
 
@@ -41,7 +42,7 @@ protected:
 
 private:
     void refreshWarning();
-    /// Leads to what ails the hot key of a chip.
+    /// Opens the settings for what is wrong with the hot key of a chip.
     void open(const Chip& chip, bool granted) const;
 
     Dependencies m_needs;

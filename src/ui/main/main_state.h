@@ -16,19 +16,18 @@ struct TranslationItem;
 
 enum class AppTab { translate, history, settings, author };
 
-/// The tab with this raw value, if there is one.
+/// The tab with this number, if there is one.
 [[nodiscard]] std::optional<AppTab> appTab(int rawValue);
 
-/// The main view without its widgets: the visible tab, the translate panel's input, the permissions as they
-/// are shown, and whether the walk-through lies over all that. Lives as long as the popover's content. Used
-/// from the main thread.
+/// The state of the main view: the visible tab, the input of the translate panel, the permissions as shown,
+/// and whether the walk-through covers it all. Lives as long as the popover's content. Main thread only.
 class MainState final : public ObservableObject {
     Q_OBJECT
 
     PersistedGroup m_persisted;
 
 public:
-    /// What the view works with. All of it outlives the view.
+    /// What the view uses. All of it outlives the view.
     struct Dependencies {
         KeyValueStore& store;
         AppState& appState;
@@ -46,21 +45,21 @@ public:
 
     [[nodiscard]] bool isAccessibilityGranted() const;
     [[nodiscard]] bool isScreenCaptureGranted() const;
-    /// Which permission is missing; absent when none is.
+    /// The warning that names the missing permissions; absent if none is missing.
     [[nodiscard]] std::optional<QString> ungrantedWarningText() const;
     [[nodiscard]] bool isOnboardingShown() const;
 
     // Events
 
-    /// The user sees the view, after not having seen it.
+    /// The view has become visible to the user.
     void appear();
 
     // Actions
 
-    /// Takes an entry's source text as the input of the translate panel, without translating it.
+    /// Makes an entry's source text the input of the translate panel, without translating it.
     void select(const TranslationItem& item);
     void finishOnboarding();
-    /// Takes the offer of a new version away; the next successful check may bring it back.
+    /// Hides the offer of a new version until the next successful check finds one.
     void dismissUpdate();
 
 private:

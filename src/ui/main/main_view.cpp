@@ -75,7 +75,7 @@ MainView::MainView(Dependencies needs, Actions actions, QWidget* parent)
 }
 
 MainView::~MainView() {
-    delete m_leavingPanel;  // before what they show
+    delete m_leavingPanel;  // before the states that they show
     delete m_panel;
     delete m_onboardingView;
 }
@@ -135,8 +135,7 @@ QWidget* MainView::header() {
 
 void MainView::refresh() {
     m_tabs->setCurrent(static_cast<int>(m_state.selectedTab()));
-    // The first walk-through hides what is not there yet: a megabyte and a half that waits until it is
-    // needed.
+    // The panel is not made while the first walk-through covers it: that saves 1.5 MB until it is needed.
     if (m_panel != nullptr || !m_state.isOnboardingShown())
         showPanel();
     if (m_state.isOnboardingShown())
@@ -156,7 +155,8 @@ void MainView::showPanel() {
     dropPanel();
     m_panel = makePanel();
     m_panelArea->layout()->addWidget(m_panel);
-    // What the keyboard has lost to the change it gets back where the Page keys scroll.
+    // If the old panel took the focus with it, what scrolls in the new one gets it, so that the Page keys
+    // work.
     const bool scrolls = qobject_cast<ScrollPanel*>(m_panel) != nullptr;
     QWidget* scroll = scrolls ? m_panel : m_panel->findChild<ScrollPanel*>();
     if (window()->focusWidget() == nullptr && scroll != nullptr)
@@ -170,12 +170,14 @@ void MainView::dropPanel() {
         delete m_panel;
         return;
     }
-    // A text is being dragged out of the panel: its editor waits in an event loop of the drag's.
+    // A text is being dragged out of the panel, whose editor waits in the drag's event loop: it must live
+    // until that ends.
     m_leavingPanel = m_panel;
     m_panel->hide();
     m_panelArea->layout()->removeWidget(m_panel);
     connect(drag, &QObject::destroyed, m_panel, &QObject::deleteLater);
-    connect(m_panel, &QObject::destroyed, this, [state = m_panelState] {});  // which it shows till then
+    // Keeps the state alive as long as the panel shows it.
+    connect(m_panel, &QObject::destroyed, this, [state = m_panelState] {});
 }
 
 QWidget* MainView::makePanel() {
@@ -200,7 +202,8 @@ QWidget* MainView::makeTranslatePanel() {
         Binding<QString>{[this] { return m_state.textToTranslate(); },
             [this](QString text) { m_state.textToTranslate = std::move(text); }, &m_state});
     m_panelState = state;
-    return new ScrollPanel(new TranslateView(*state));  // on a very low screen, or beside a long error
+    // Scrolls on a very low screen, or with a long error message.
+    return new ScrollPanel(new TranslateView(*state));
 }
 
 QWidget* MainView::makeHistoryPanel() {
@@ -234,7 +237,7 @@ void MainView::showOnboarding() {
         [this] { m_state.finishOnboarding(); });
     m_onboardingView = new OnboardingView(*m_onboarding);
     layout()->addWidget(m_onboardingView);
-    // Out of reach of the Tab key and of screen readers, too.
+    // Hidden, so that neither the Tab key nor screen readers reach it.
     m_body->hide();
     fade.start();
 }

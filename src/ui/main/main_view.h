@@ -34,16 +34,16 @@ class KeyValueStore;
 class MainFooter;
 class TabStrip;
 
-/// The popover's content: a header with the tabs, the offer of an update, the panel of the selected tab, and
-/// a footer; over all of it the walk-through, until it has been completed. A panel is made when its tab is
-/// shown and is gone when another is; only the input of the translate panel survives. The first one waits for
-/// the end of the first walk-through, and a text that comes before that waits for it. Owns the settings, the
-/// history and the watch of the permissions that the panels work with, and what they let the user take back.
+/// The content of the popover: a header with the tabs, the offer of an update, the panel of the selected tab,
+/// and a footer; over it the walk-through until that is completed. A panel lives while its tab is selected;
+/// only the input of the translate panel survives. During the first walk-through there is no panel yet, and a
+/// text that arrives waits for the end of it. Owns what the panels share: the settings, the history, the
+/// watch of the permissions, and the undo offer.
 class MainView final : public QWidget {
     Q_OBJECT
 
 public:
-    /// What the view works with. All of it outlives the view.
+    /// What the view uses. All of it outlives the view.
     struct Dependencies {
         KeyValueStore& store;
         HotKeyService& hotKeys;
@@ -74,14 +74,14 @@ private:
 
     QWidget* header();
     void openGuide();
-    /// Shows the settings where they are about the permissions. `cause` is what the user has pressed.
+    /// Shows the permissions in the settings. `cause` is the control that the user pressed.
     void openPermissions(const Control& cause);
-    /// Shows the settings where they are about the hot keys.
+    /// Shows the hot keys in the settings.
     void openShortcuts();
     void refresh();
     void showPanel();
     void dropPanel();
-    /// The view of the selected tab, whose state stands in `m_panelState`.
+    /// The panel of the selected tab. Stores its state in `m_panelState`.
     [[nodiscard]] QWidget* makePanel();
     [[nodiscard]] QWidget* makeTranslatePanel();
     [[nodiscard]] QWidget* makeHistoryPanel();
@@ -98,19 +98,19 @@ private:
     std::weak_ptr<HistoryRemovals> m_removals;
     MainState m_state;
     PressGuard m_pressGuard{*this, m_needs.clock};
-    QWidget* m_body;  ///< all but the walk-through
+    QWidget* m_body;  ///< everything except the walk-through
     TabStrip* m_tabs;
     QWidget* m_panelArea;
     MainFooter* m_footer;
     QWidget* m_panel = nullptr;
-    QPointer<QWidget> m_leavingPanel;  ///< out of which a text is being dragged
+    QPointer<QWidget> m_leavingPanel;  ///< kept until the drag out of it ends
     std::shared_ptr<ObservableObject> m_panelState;
     std::optional<AppTab> m_shownTab;
-    std::unique_ptr<OnboardingState> m_onboarding;  ///< while the walk-through is shown
+    std::unique_ptr<OnboardingState> m_onboarding;  ///< only while the walk-through is shown
     OnboardingView* m_onboardingView = nullptr;
-    QPointer<QWidget> m_formerFocus;      ///< what had the keyboard before the walk-through
-    bool m_showedRing = false;            ///< and whether it showed so
-    Motion m_panelMotion = Motion::none;  ///< of the next change of the panel
+    QPointer<QWidget> m_formerFocus;      ///< had the focus before the walk-through
+    bool m_showedRing = false;            ///< whether `m_formerFocus` showed a focus ring
+    Motion m_panelMotion = Motion::none;  ///< for the next change of the panel
 };
 
 }  // namespace tralio

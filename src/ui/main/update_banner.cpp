@@ -20,7 +20,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// More than one line shows; a server may send a book.
+/// More than fits a line; a server may send a very long text.
 constexpr qsizetype bannerNotes = 300;
 
 }  // namespace

@@ -11,7 +11,7 @@ class Label;
 class Reveal;
 class UpdateService;
 
-/// The strip below the header that offers a new version, and shows how its download gets on.
+/// The strip below the header that offers a new version and shows the progress of its download.
 class UpdateBanner final : public QWidget {
     Q_OBJECT
 

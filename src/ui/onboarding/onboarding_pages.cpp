@@ -31,7 +31,7 @@ Label* wrapping(
     return label;
 }
 
-/// Text in the middle of the page, with a margin at its sides that breaks its lines where they read well.
+/// Centred text, with margins that put the line breaks where they read well.
 QLayout* centred(Label* text, int margin = 0) {
     text->setAlignment(Qt::AlignHCenter);
     return row({.padding = {margin, 0, margin, 0}}, {text});
@@ -58,7 +58,7 @@ QWidget* page(std::initializer_list<StackItem> items) {
         new QWidget, column({.padding = {24, 16, 24, 16}}, {Stretch{}, column({}, items), Stretch{}}));
 }
 
-/// The tint that stands behind an icon.
+/// The tint behind an icon of this colour.
 ColorRole tileOf(ColorRole color) {
     switch (color) {
         case ColorRole::orangeIcon:
@@ -99,7 +99,7 @@ QWidget* shortcutRow(const QString& title, const QString& modifier, const QStrin
         {{column({.spacing = 2}, {new Label(title, text::cardTitle), wrapping(desc)}), 1}, keys}));
 }
 
-/// The model's name on a tinted head, over its benefits.
+/// The model's name on a tinted head, above its benefits.
 QWidget* modelCard(QLayout* name, QLayout* benefits) {
     auto* head = filled(new QWidget, name);
     Surface* surface = card(column({}, {head, benefits}));

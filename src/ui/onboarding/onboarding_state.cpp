@@ -41,7 +41,7 @@ void OnboardingState::back() {
 }
 
 void OnboardingState::finish() {
-    // Whoever is told may delete the state, and with it the function.
+    // A copy, since a listener may delete the state, and with it the function.
     const auto onFinished = m_onFinished;
     onFinished();
 }

@@ -10,23 +10,22 @@ class AppSettings;
 class HotKeyService;
 class PermissionWatch;
 
-/// The walk-through without its widgets: which page it shows, the two permissions as they are, and the
-/// shortcuts of this machine. Made anew for every walk-through. Changes no settings. Used from the main
-/// thread.
+/// The state of the walk-through: the visible page, both permissions as they are, and the shortcuts in use.
+/// Made anew for each walk-through. Changes no settings. Main thread only.
 class OnboardingState final : public ObservableObject {
     Q_OBJECT
 
 public:
     static constexpr int totalSteps = 4;
 
-    /// What the walk-through works with. All of it outlives it.
+    /// What the walk-through uses. All of it outlives the walk-through.
     struct Dependencies {
         HotKeyService& hotKeys;
         PermissionWatch& permissions;
         AppSettings& settings;
     };
 
-    /// `onFinished` runs when the user has come to the end, or skips the rest.
+    /// `onFinished` runs when the user reaches the end or skips the rest.
     OnboardingState(Dependencies needs, std::function<void()> onFinished);
 
     // State
@@ -35,14 +34,14 @@ public:
 
     [[nodiscard]] bool isAccessibilityGranted() const;
     [[nodiscard]] bool isScreenCaptureGranted() const;
-    /// The shortcuts that are set, since the pages speak of those that the program was made with elsewhere.
+    /// The shortcuts in use; the pages' own text names the original defaults.
     [[nodiscard]] QString shortcutsOfThisMachine() const;
     [[nodiscard]] bool isFirstStep() const { return currentStep() == 0; }
     [[nodiscard]] bool isLastStep() const { return currentStep() == totalSteps - 1; }
 
     // Actions
 
-    // A second press may come before the button of the first has gone.
+    // Does nothing on the last page: a second press may come before the button has gone.
     void next();
     void back();
     void finish();

@@ -67,7 +67,7 @@ OnboardingView::OnboardingView(OnboardingState& state, QWidget* parent) : QWidge
 }
 
 OnboardingView::~OnboardingView() {
-    disconnect(qApp, nullptr, this, nullptr);  // the focus moves once more while the parts go
+    disconnect(qApp, nullptr, this, nullptr);  // the focus changes again while the children are deleted
 }
 
 QWidget* OnboardingView::topBar() {
@@ -133,8 +133,8 @@ void OnboardingView::showStep() {
     CrossFade fade(m_pageArea, changed ? pageChange : 0);
     m_pages->setCurrentIndex(step);
 
-    // The focus goes on to the main button together with the look that it had; a button that hides would pass
-    // it to its neighbour.
+    // Moves the focus to the main button, with its ring if it had one, before a button is hidden: Qt would
+    // move it to the next control.
     const bool last = m_state.isLastStep();
     mainButton()->show();
     const auto* focused = qobject_cast<Button*>(QApplication::focusWidget());
@@ -157,7 +157,7 @@ Button* OnboardingView::mainButton() const {
 }
 
 void OnboardingView::keepFocus(QWidget* focused) {
-    // A panel below that is shown takes the focus for its own input.
+    // A panel below that becomes visible focuses its own input: takes the focus back.
     if (isVisible() && focused != nullptr && focused->window() == window() && !isAncestorOf(focused))
         mainButton()->setFocus(Qt::OtherFocusReason);
 }
@@ -177,6 +177,8 @@ void OnboardingView::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isReturn && !isRepeat(*event))
         mainButton()->click();
+    else if (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown)
+        QCoreApplication::sendEvent(m_pages->currentWidget(), event);  // which has no part to get it from
     else
         QWidget::keyPressEvent(event);
 }

@@ -12,9 +12,9 @@ class OnboardingState;
 class PageIndicator;
 class PermissionStep;
 
-/// The walk-through: four pages over the whole window, between a bar that tells where the user is and a bar
-/// that leads on. Keeps the keyboard for itself while it is shown: Tab stays within it, and Return leads on
-/// wherever nothing else has the focus.
+/// The walk-through: four pages over the whole window, between a bar that shows the progress and a bar with
+/// the buttons. Keeps the focus while shown: Tab stays within it, and Return goes on unless another control
+/// has the focus.
 class OnboardingView final : public QWidget {
     Q_OBJECT
 

@@ -12,7 +12,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int capsule = 6;  // height, and width of the pages that are not current
+constexpr int capsule = 6;  // height, and width of the other pages' capsules
 constexpr int currentCapsule = 22;
 constexpr int capsuleGap = 6;
 constexpr int capsuleTime = 200;  // milliseconds

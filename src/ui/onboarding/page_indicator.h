@@ -5,8 +5,8 @@
 
 namespace tralio {
 
-/// A row of capsules, one for each page; the current one is long and in the accent colour, and grows while
-/// the one before it shrinks.
+/// A row of capsules, one per page. That of the current page is long and in the accent colour, and grows
+/// while the former one shrinks.
 class PageIndicator final : public QWidget {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ private:
 
     int m_pages;
     QVariantAnimation m_slide;
-    qreal m_position = 0;  ///< the current page, or a place between two
+    qreal m_position = 0;  ///< the current page, or between two pages during the animation
 };
 
 }  // namespace tralio

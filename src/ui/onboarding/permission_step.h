@@ -10,8 +10,8 @@
 
 namespace tralio {
 
-/// What a permission is for and whether it is granted: a green card, or a red one with a button that lets the
-/// user grant it.
+/// What a permission is for and whether it is granted: a green card, or a red one with a button that requests
+/// it.
 class PermissionStep final : public QWidget {
     Q_OBJECT
 

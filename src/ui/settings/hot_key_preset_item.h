@@ -7,13 +7,13 @@
 
 namespace tralio {
 
-/// One of the shortcuts among which the user picks without pressing it.
+/// A shortcut that the user can choose without pressing it.
 struct HotKeyPresetItem {
     QString id;
-    QString display;  ///< as the settings keep it, by which a preset is known again
+    QString display;  ///< as stored in the settings, by which a preset is recognised
     KeyCombination combination;
 
-    /// For the selected text, and for the screen capture; in display order.
+    /// The presets for the selected text, and for the screen capture, in display order.
     [[nodiscard]] static const QList<HotKeyPresetItem>& textHotKeyPresets();
     [[nodiscard]] static const QList<HotKeyPresetItem>& ocrHotKeyPresets();
 

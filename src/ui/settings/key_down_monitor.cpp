@@ -32,8 +32,8 @@ bool isModifier(int key) {
     }
 }
 
-/// Where a keyboard has its modifiers, and Caps Lock. With Alt held, Shift may stand for a change of the
-/// layout, and then has no name that says modifier.
+/// Whether the key is at the position of a modifier or Caps Lock. With Alt held, Shift may switch the layout,
+/// and its key symbol is then no modifier.
 bool isModifierPosition(KeyCode key) {
     return key >= KeyCode::rightCommand && key <= KeyCode::rightControl;
 }
@@ -47,7 +47,7 @@ Modifiers modifiersOf(Qt::KeyboardModifiers held) {
     return modifiers;
 }
 
-/// Swallows the repeats of a key until it is pressed anew, and goes then.
+/// Swallows the repeats of a key until it is pressed again, then deletes itself.
 class HeldKey final : public QObject {
 public:
     explicit HeldKey(quint32 scanCode) : QObject(QCoreApplication::instance()), m_scanCode(scanCode) {
@@ -72,7 +72,7 @@ private:
     quint32 m_scanCode;
 };
 
-/// It ends by itself.
+/// Deletes itself.
 void swallowRepeats(quint32 scanCode) {
     new HeldKey(scanCode);
 }
@@ -82,7 +82,7 @@ void swallowRepeats(quint32 scanCode) {
 KeyDownMonitor::KeyDownMonitor(KeyCodes keyCodes, Handler handler, QObject* parent)
     : QObject(parent), m_keyCodes(std::move(keyCodes)), m_handler(std::move(handler)) {
     QCoreApplication::instance()->installEventFilter(this);
-    QGuiApplication::inputMethod()->commit();  // what the user has begun to write
+    QGuiApplication::inputMethod()->commit();  // keeps what the user has begun to compose
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
 
@@ -96,7 +96,7 @@ KeyDownMonitor::~KeyDownMonitor() {
 std::optional<KeyCombination> KeyDownMonitor::keyDown(const QKeyEvent& event) const {
     if (isModifier(event.key()))
         return std::nullopt;
-    // A user who has moved Escape to another position means the key that closes things, wherever it is.
+    // A user who has moved Escape to another key means the key that closes things, wherever it is.
     const auto keyCode = event.key() == Qt::Key_Escape ? KeyCode::escape : m_keyCodes(event.nativeScanCode());
     const bool hasName = event.key() != 0 && event.key() != Qt::Key_unknown;
     if (!keyCode || (!hasName && isModifierPosition(*keyCode)))
@@ -106,7 +106,8 @@ std::optional<KeyCombination> KeyDownMonitor::keyDown(const QKeyEvent& event) co
 
 bool KeyDownMonitor::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::InputMethodQuery) {
-        // An input method would take keys first: an accent, with whatever modifiers, to wait for its letter.
+        // An input method would get keys first, for example a dead key with any modifiers, which it keeps
+        // until the letter comes.
         auto& query = static_cast<QInputMethodQueryEvent&>(*event);
         if (query.queries() & Qt::ImEnabled) {
             query.setValue(Qt::ImEnabled, false);
@@ -115,7 +116,7 @@ bool KeyDownMonitor::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     if (event->type() == QEvent::ShortcutOverride) {
-        // The toolkit asks first whether the key is a shortcut of the window: none is, for now.
+        // Qt first asks whether the key is a shortcut of the window: none is while recording.
         event->accept();
         return true;
     }

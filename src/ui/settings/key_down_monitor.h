@@ -19,10 +19,10 @@ class KeyDownMonitor final : public QObject {
     Q_OBJECT
 
 public:
-    /// The key of a native scan code, as the window system numbers keys.
+    /// The key with a native scan code, as the window system numbers keys.
     using KeyCodes = std::function<std::optional<KeyCode>(quint32 nativeScanCode)>;
-    /// Answers whether the key is swallowed. A key that is let through may be shown several times, on its way
-    /// from the window to the focused control and up again. Must not delete the monitor.
+    /// Returns whether to swallow the key. A key that is not swallowed may be reported several times, on its
+    /// way from the window to the focused control and up again. Must not delete the monitor.
     using Handler = std::function<bool(const KeyCombination&)>;
 
     KeyDownMonitor(KeyCodes keyCodes, Handler handler, QObject* parent = nullptr);
@@ -36,7 +36,7 @@ private:
 
     KeyCodes m_keyCodes;
     Handler m_handler;
-    std::optional<quint32> m_swallowed;  ///< scan code of the key that was swallowed last
+    std::optional<quint32> m_swallowed;  ///< scan code of the key swallowed last
 };
 
 }  // namespace tralio

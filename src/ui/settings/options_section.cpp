@@ -15,8 +15,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// What a switch keeps around itself for its focus ring, and a word-button above and below its line, stands in
-// the distance to the neighbours.
+// A switch has room for its focus ring around it, and a word-button above and below its line; the spacing to
+// the neighbours includes that room.
 constexpr int switchRingRoom = 3;
 constexpr int wordRoom = 1;
 

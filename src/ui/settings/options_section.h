@@ -8,7 +8,7 @@ class PromptEditor;
 class SettingsState;
 class Switch;
 
-/// What happens on opening, and what the model is told.
+/// What happens when the window opens, and the instructions for the model.
 class OptionsSection final : public QWidget {
     Q_OBJECT
 

@@ -10,7 +10,7 @@ class Label;
 class SettingsState;
 class Surface;
 
-/// What the desktop lets the program do, in green, or in red with a button that asks for it.
+/// A permission: green if granted, else red with a button that requests it.
 class PermissionCard final : public QWidget {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
     PermissionCard(const Words& granted, const Words& missing, QWidget* parent = nullptr);
 
     void setGranted(bool granted);
-    /// Gives the keyboard to the button that asks, where there is one.
+    /// Focuses the button that requests the permission, if it is shown. Returns whether it is.
     bool focusRequest();
 
 Q_SIGNALS:
@@ -39,14 +39,14 @@ private:
     Button* m_request;
 };
 
-/// Both permissions.
+/// The cards of both permissions.
 class PermissionCards final : public QWidget {
     Q_OBJECT
 
 public:
     explicit PermissionCards(SettingsState& state, QWidget* parent = nullptr);
 
-    /// Gives the keyboard to the first button that asks for a permission.
+    /// Focuses the first button that requests a permission.
     void focusRequest();
 
 private:

@@ -34,7 +34,7 @@ Label* fieldCaption(const QString& text) {
     return new Label(text, text::caption, ColorRole::secondary);
 }
 
-/// Leaves a field alone that shows the text already: the user may be typing in it.
+/// Does nothing if the field shows the text already: the user may be typing in it.
 void setShownText(TextField* field, const QString& text) {
     if (field->shownText() == text)
         return;

@@ -15,8 +15,8 @@ class TextField;
 template <typename T>
 class Persisted;
 
-/// Which service translates: the provider, its endpoint, model and key where they are the user's own, and a
-/// test of the connection.
+/// The translation service: the provider; its endpoint, model and key where the user sets them; and a
+/// connection test.
 class ProviderSection final : public QWidget {
     Q_OBJECT
 

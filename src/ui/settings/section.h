@@ -7,16 +7,16 @@ namespace tralio {
 
 class Surface;
 
-/// The frame of one section of the settings, with a stack of parts in it.
+/// A section of the settings, with its parts in a column.
 [[nodiscard]] Surface* section(int spacing, std::initializer_list<StackItem> items);
 
-/// A lighter frame inside a section.
+/// A lighter block within a section.
 [[nodiscard]] Surface* sectionBlock(int spacing, std::initializer_list<StackItem> items);
 
 [[nodiscard]] QBoxLayout* sectionHeading(const Icon& icon, const QString& title);
 
-/// After a word-button at the end of a row: what the button shows only on hover reaches over the edge, so
-/// that its text ends there.
+/// For the end of a row, after a word-button: lets its padding, which shows only on hover, extend beyond the
+/// edge, so that its text is flush with it.
 inline constexpr Gap wordOverhang{-6};
 
 }  // namespace tralio

@@ -28,7 +28,7 @@ constexpr Modifiers controlOptionCommand = Modifier::control | Modifier::option 
 SettingsState::SettingsState(Dependencies needs) : m_needs(std::move(needs)) {
     connect(
         &m_needs.permissions, &ObservableObject::objectWillChange, this, &ObservableObject::objectWillChange);
-    // Also by what brings the settings back.
+    // Undoing a reset can change the provider, too.
     onChange(
         settings(), this, [this] { return settings().selectedPresetId(); },
         [this] { testResult = std::nullopt; });
@@ -114,7 +114,7 @@ void SettingsState::startRecording(HotKeyRecordTarget target) {
 }
 
 void SettingsState::hotKeyPressed(HotKeyRecordTarget target, HotKeyID id) {
-    // The other's combination would make both the same, and one of them dead.
+    // The other hot key is ignored: recording its combination would make both equal, and one of them dead.
     const bool isText = target == HotKeyRecordTarget::textSelection;
     if (id != (isText ? textHotKeyID : ocrHotKeyID))
         return;
@@ -174,7 +174,8 @@ void SettingsState::chooseProvider(const QString& presetId) {
     for (const ProviderPreset& preset : ProviderPreset::presets()) {
         if (preset.id == presetId) {
             settings().applyPreset(preset);
-            testResult = std::nullopt;  // also of the same provider, whose values come back
+            // Even if the same provider is selected again, since that restores its values.
+            testResult = std::nullopt;
             return;
         }
     }
@@ -199,7 +200,7 @@ void SettingsState::runTestConnection() {
 }
 
 QCoro::Task<void> SettingsState::testConnection(std::stop_token stop) {
-    const QPointer<SettingsState> self = this;  // the panel may be gone when the answer comes
+    const QPointer<SettingsState> self = this;  // the panel may be gone when the reply comes
     QString message;
     bool success = false;
     try {
@@ -217,7 +218,7 @@ QCoro::Task<void> SettingsState::testConnection(std::stop_token stop) {
 }
 
 void SettingsState::restoreDefaults() {
-    // A second press brings back nothing but the defaults, and leaves the first one's way back alone.
+    // A second press changes nothing, and must not replace the undo offer of the first.
     const bool isSecond = settings().areDefaults() && m_needs.undo.message();
     const auto before = settings().remembered();
     settings().resetToDefaults();

@@ -22,17 +22,16 @@ class PermissionWatch;
 class UndoOffer;
 class UpdateService;
 
-/// The shortcut that is being recorded.
+/// The hot key whose shortcut is being recorded.
 enum class HotKeyRecordTarget { textSelection, screenOCR };
 
-/// The settings panel without its widgets. The settings themselves are written through at every change; what
-/// is kept here is the result of a connection test, whether the key shows, and the recording of a shortcut.
-/// Used from the main thread.
+/// The state of the settings panel. Changes go to the settings at once; only the result of a connection test,
+/// whether the key is visible, and the recording of a shortcut are kept here. Main thread only.
 class SettingsState final : public ObservableObject {
     Q_OBJECT
 
 public:
-    /// What the panel works with. All of it outlives the panel.
+    /// What the panel uses. All of it outlives the panel.
     struct Dependencies {
         AppSettings& settings;
         HotKeyService& hotKeys;
@@ -62,21 +61,21 @@ public:
     [[nodiscard]] AppSettings& settings() { return m_needs.settings; }
     [[nodiscard]] UpdateService& updateService() { return m_needs.updates; }
 
-    /// The presets of a shortcut, and what the settings show for it now.
+    /// The presets of a hot key, and the text of its present shortcut.
     [[nodiscard]] static const QList<HotKeyPresetItem>& presets(HotKeyRecordTarget target);
     [[nodiscard]] const QString& display(HotKeyRecordTarget target) const;
 
-    /// Why the shortcut does not work, in the user's words; absent while it does. The service's `keys()` tell
-    /// when it changes.
+    /// Why the hot key does not work, as an error message; absent if it works. `HotKeyService::keys()`
+    /// reports changes.
     [[nodiscard]] std::optional<QString> hotKeyTrouble(HotKeyRecordTarget target) const;
     [[nodiscard]] HotKeys& hotKeys() { return m_needs.hotKeys.keys(); }
 
-    /// The preset that the settings name, unless they name none.
+    /// The selected preset; null if the stored name is none.
     [[nodiscard]] const ProviderPreset* selectedProvider() const;
-    /// Whether the maker's own gateway is selected, whose endpoint and key are not for the user to edit.
+    /// Whether the maker's gateway is selected, whose endpoint and key the user cannot edit.
     [[nodiscard]] bool usesOwnGateway() const;
 
-    /// Of the update's download, in whole percent.
+    /// Progress of the update's download in whole percent.
     [[nodiscard]] int downloadPercentage() const;
 
     // Events
@@ -86,8 +85,8 @@ public:
 
     // Actions
 
-    /// Takes the next combination that is pressed for `target`; a recording already running is ended.
-    /// Escape ends it without one, and a press without Control, Option or Command is not taken.
+    /// Records the next combination that is pressed for `target`; ends a recording already running. Escape
+    /// ends it without a change, and combinations without Control, Option or Command are ignored.
     void startRecording(HotKeyRecordTarget target);
     void stopRecording();
     void toggleRecording(HotKeyRecordTarget target);
@@ -111,9 +110,9 @@ private:
     };
 
     bool keyWentDown(HotKeyRecordTarget target, const KeyCombination& pressed);
-    /// Saves the shortcut and ends the recording, on the next turn of the event loop.
+    /// Stores the shortcut and ends the recording, on the next turn of the event loop.
     void recorded(HotKeyRecordTarget target, const Shortcut& shortcut);
-    /// The registered hot keys do not arrive as keys, since the desktop takes them first.
+    /// Registered hot keys do not arrive as key events, since the desktop takes them first.
     void hotKeyPressed(HotKeyRecordTarget target, HotKeyID id);
     void save(HotKeyRecordTarget target, const Shortcut& shortcut);
     QCoro::Task<void> testConnection(std::stop_token stop);

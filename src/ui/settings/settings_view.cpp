@@ -81,7 +81,7 @@ QWidget* SettingsView::guideStrip() {
     connect(guide, &Button::clicked, this, [this] { m_state.openGuide(); });
 
     auto* strip = new Surface(ColorRole::accentTint, ColorRole::accentTintEdge, radius::block);
-    // The buttons are 2 px higher than the line they stand in, which is padded by 7.
+    // The buttons are 2 px higher than their line, whose padding is 7.
     auto* words = row({.padding = {10, 6, 10, 6}},
         {new IconView({.name = u"book.pages.fill"_s, .pointSize = 13}, ColorRole::accentIcon), Gap{8},
             new Label(u"Cần xem hướng dẫn cấp quyền & lấy API Key?"_s, text::caption.with(Weight::medium)),

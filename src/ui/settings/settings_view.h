@@ -8,8 +8,8 @@ class PermissionCards;
 class ScrollPanel;
 class SettingsState;
 
-/// The settings panel: scrolls through its sections, each of which shows what the state and the settings say
-/// and writes every change through at once.
+/// The settings panel: scrolls through its sections, each of which shows the state and the settings and
+/// stores every change at once.
 class SettingsView final : public QWidget {
     Q_OBJECT
 
@@ -17,7 +17,8 @@ public:
     /// `state` outlives the view.
     explicit SettingsView(SettingsState& state, QWidget* parent = nullptr);
 
-    /// Scrolls to the cards of the permissions, which the keyboard follows if it is the keyboard that asks.
+    /// Scrolls to the permission cards; the focus moves there, too, if `reason` says that the keyboard was
+    /// used.
     void showPermissions(Qt::FocusReason reason);
     void showShortcuts();
 

@@ -65,7 +65,8 @@ QLayout* ShortcutBlock::titleRow(const Words& words) {
 
 QWidget* ShortcutBlock::troubleLine() {
     auto* icon = new IconView({.name = u"exclamationmark.triangle.fill"_s, .pointSize = 11}, ColorRole::red);
-    m_trouble = new Label(QString(), text::caption, ColorRole::red);
+    const QString trouble = m_state.hotKeyTrouble(m_target).value_or(QString());  // an old one is no news
+    m_trouble = new Label(trouble, text::caption, ColorRole::red);
     m_troubleLine = filled(new QWidget, row({.spacing = 6}, {icon, StackItem(m_trouble, {}, 1)}));
     return m_troubleLine;
 }
@@ -88,7 +89,7 @@ QLayout* ShortcutBlock::suggestions() {
         setTooltip(chip, shortcutsInWords(preset.display));
         connect(chip, &Button::clicked, this, [this, &preset] {
             m_state.chooseHotKey(m_target, preset);
-            refresh();  // the click has turned the mark over, also of the preset that was there already
+            refresh();  // restores the check mark, which the click has toggled, even on the selected preset
         });
         m_chips.push_back(chip);
         chips->addWidget(chip);

@@ -13,7 +13,7 @@ class Reveal;
 class SettingsState;
 enum class HotKeyRecordTarget;
 
-/// One hot key: what it is now, a button that records another one, and suggestions.
+/// One hot key: its shortcut, a button that records another one, and presets.
 class ShortcutBlock final : public QWidget {
     Q_OBJECT
 
@@ -38,14 +38,14 @@ private:
     HotKeyRecordTarget m_target;
     Badge* m_display;
     Button* m_toggle;
-    QWidget* m_troubleLine;  ///< shown while the hot key does not work
+    QWidget* m_troubleLine;  ///< shown only while the hot key does not work
     Label* m_trouble;
     Label* m_hint;
     Reveal* m_banner;
-    std::vector<Button*> m_chips;  ///< one for each preset, in their order
+    std::vector<Button*> m_chips;  ///< one per preset, in their order
 };
 
-/// Both hot keys.
+/// The blocks of both hot keys.
 class ShortcutSection final : public QWidget {
     Q_OBJECT
 

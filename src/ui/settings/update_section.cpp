@@ -20,7 +20,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int statusRowHeight = 24;  // also without a button
+constexpr int statusRowHeight = 24;  // the height with a button, kept without one
 constexpr qsizetype sectionNotes = 5000;
 
 }  // namespace
@@ -39,7 +39,7 @@ QLayout* UpdateSection::heading() {
 }
 
 QWidget* UpdateSection::statusRow() {
-    m_status = new Label({}, text::caption);
+    m_status = new Label(status(), text::caption);  // an old outcome, which is no news
     m_status->setWraps();
     m_checkSpinner = new Spinner(14, ColorRole::secondary);
     m_updateSpinner = new Spinner(13, ColorRole::secondary);
@@ -68,14 +68,19 @@ QWidget* UpdateSection::releaseNotes() {
     return m_notes;
 }
 
+QString UpdateSection::status() const {
+    const QString status = beginningOfMessage(m_updates.statusMessage().value_or(QString()));
+    return status.isEmpty() ? u"Kiểm tra phiên bản mới nhất từ máy chủ"_s : status;
+}
+
 void UpdateSection::refresh() {
     const bool available = m_updates.isUpdateAvailable();
-    const QString status = m_updates.statusMessage().value_or(QString());
-    const bool highlighted = available && !status.isEmpty();
-    if (status.isEmpty())
-        m_status->setText(u"Kiểm tra phiên bản mới nhất từ máy chủ"_s);
+    const bool hasStatus = !m_updates.statusMessage().value_or(QString()).isEmpty();
+    const bool highlighted = available && hasStatus;
+    if (hasStatus)
+        m_status->setNews(status());
     else
-        m_status->setNews(beginningOfMessage(status));
+        m_status->setText(status());
     m_status->setStyle(highlighted ? text::caption.with(Weight::bold) : text::caption);
     m_status->setColor(highlighted ? ColorRole::accentText : ColorRole::secondary);
 
@@ -90,11 +95,12 @@ void UpdateSection::refresh() {
         m_updates.isPackaged() ? u"Mở trang web: bản này được cập nhật qua gói cài đặt"_s : QString());
     Button* const offered = available ? m_install : m_check;
     for (Button* button : {m_install, m_check})
-        if (!idle || button != offered)
-            restFocus(*this, *button);
+        if ((!idle || button != offered) && restFocus(*this, *button))
+            m_resting = button;
     m_install->setVisible(idle && available);
     m_check->setVisible(idle && !available);
-    if (idle)
+    // Not the other one: a key that is pressed once more to look for an update must not install it.
+    if (idle && m_resting == offered)
         wakeFocus(*this, *offered);
 
     const auto& offer = m_updates.updateInfo();

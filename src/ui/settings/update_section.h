@@ -11,7 +11,7 @@ class Spinner;
 class Surface;
 class UpdateService;
 
-/// The running version, the search for a newer one, and its installation.
+/// The running version, the check for a newer one, and its installation.
 class UpdateSection final : public QWidget {
     Q_OBJECT
 
@@ -22,6 +22,7 @@ private:
     QLayout* heading();
     QWidget* statusRow();
     QWidget* releaseNotes();
+    [[nodiscard]] QString status() const;
     void refresh();
 
     SettingsState& m_state;
@@ -32,6 +33,7 @@ private:
     Label* m_percentage;
     Button* m_install;
     Button* m_check;
+    Button* m_resting = nullptr;  ///< had the keyboard when it was hidden last
     Surface* m_notes;
     Label* m_notesTitle;
     Label* m_notesText;

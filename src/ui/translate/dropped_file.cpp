@@ -17,12 +17,12 @@ using namespace Qt::StringLiterals;
 
 std::optional<QString> contentOf(const QString& path) {
     QFile file(path);
-    // Opening a pipe would wait for somebody to write into it.
+    // Opening a FIFO would block until another program opens it for writing.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QByteArray bytes = file.read(longestTextBytes + 1);
     const bool isWhole = bytes.size() <= longestTextBytes;
-    // Where it was cut, a character may be incomplete.
+    // The last character may be incomplete where the text was cut.
     QStringDecoder decoder(
         QStringDecoder::Utf8, isWhole ? QStringDecoder::Flag::Stateless : QStringDecoder::Flag::Default);
     QString text = decoder.decode(bytes);

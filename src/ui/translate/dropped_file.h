@@ -8,14 +8,13 @@
 
 namespace tralio {
 
-/// What a dropped file is taken for by the end of its name.
+/// The kind of a dropped file, by its extension.
 enum class DroppedFileKind { image, text, other };
 
 [[nodiscard]] DroppedFileKind droppedFileKind(const QUrl& fileURL);
 
-/// The content of a file of UTF-8 text, read on another thread, since the file may lie on a slow disk or a
-/// network. Absent when it cannot be read, is not UTF-8 or is no regular file. Of one that is too long only
-/// the beginning is read.
+/// The content of a UTF-8 text file, read on another thread, since a disk or network may be slow. Absent if
+/// the file cannot be read, is not UTF-8, or is not a regular file. If it is too long, only its beginning.
 [[nodiscard]] QCoro::Task<std::optional<QString>> readTextFile(QString path);
 
 }  // namespace tralio

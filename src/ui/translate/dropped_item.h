@@ -11,17 +11,17 @@ class QMimeData;
 
 namespace tralio {
 
-/// What a drag brings: the file that it names, or the picture that it carries.
+/// An item of a drag: a file that it names, or a picture that it contains.
 struct DroppedItem {
     std::optional<QUrl> fileURL = {};
     Picture picture = {};
 };
 
-/// Whether a drag may bring something, as far as can be told while it hovers. A text is no item, nor is what
-/// comes along with it, as the picture of a spreadsheet's cells does: the editor takes it.
+/// Whether a drag may contain items, as far as can be told while it hovers. Texts do not count, nor what
+/// accompanies them, such as the picture of a spreadsheet's cells: the editor takes those.
 [[nodiscard]] bool mayBringItems(const QMimeData& content);
 
-/// The files of a drag, or else its picture; a null one when there is nothing in it.
+/// The files of a drag, or else its picture, which is null if it has no content.
 [[nodiscard]] QList<DroppedItem> itemsIn(const QMimeData& content);
 
 }  // namespace tralio

@@ -1,5 +1,5 @@
-// The side of the translate panel that finds its text elsewhere than under the user's fingers: on the
-// clipboard, on the screen, in pictures and in files.
+// The other half of TranslateState: texts that are not typed, from the clipboard, the screen, pictures and
+// files.
 #include <utility>
 #include <variant>
 
@@ -26,7 +26,7 @@ LinesRead counting(AppState& appState, const std::stop_token& stop) {
 }  // namespace
 
 void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
-    stopAwaitingPicture();
+    stopAwaiting();
     const QString text = m_needs.pasteboard.string().value_or(QString()).trimmed();
     if (!text.isEmpty())
         takeText(text, autoTranslate);
@@ -36,7 +36,8 @@ void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
 
 QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
-    // Its owner may need some seconds: that something is on its way shows, and what comes later counts.
+    // The clipboard's owner may need some seconds: shows that something is on its way, and lets anything
+    // newer replace it.
     m_awaitedPicture = std::stop_source();
     const std::stop_token stop = m_awaitedPicture->get_token();
     countRecognitions(0);
@@ -44,7 +45,7 @@ QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
     const Picture picture = co_await std::move(reading);
     if (!m_mainState || stop.stop_requested())
         co_return;
-    stopAwaitingPicture();
+    stopAwaiting();
     if (picture)
         performOCR(picture, autoTranslate);
 }
@@ -54,7 +55,8 @@ void TranslateState::countRecognitions(int change) {
     isOCROngoing = m_recognitions > 0 || m_awaitedPicture.has_value();
 }
 
-void TranslateState::stopAwaitingPicture() {
+void TranslateState::stopAwaiting() {
+    ++m_awaitedFile;
     if (m_awaitedPicture)
         m_awaitedPicture->request_stop();
     m_awaitedPicture.reset();
@@ -63,7 +65,9 @@ void TranslateState::stopAwaitingPicture() {
 
 QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
     const auto self = shared_from_this();
-    stopAwaitingPicture();
+    if (m_needs.captures.isReading())
+        co_return;  // one is drawn at a time, and read to its end or until it is cancelled
+    stopAwaiting();
     showError(std::nullopt);
     const std::stop_source reading;
     const std::stop_token stop = reading.get_token();
@@ -84,8 +88,9 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
 
 QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
-    stopAwaitingPicture();
-    // The error that stood before the first of several that are read at once, unless another was told since.
+    stopAwaiting();
+    // Remembers the error shown before the first of several simultaneous recognitions, or a later one of
+    // another cause.
     if (m_recognitions == 0 || m_errors != m_errorsWhileReading)
         m_errorBeforeReading = errorMessage();
     const bool isFile = std::holds_alternative<QUrl>(image);
@@ -105,7 +110,8 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
             std::move(image));
         text = co_await std::move(recognition);
     } catch (const OCRError& error) {
-        // A file that turns out to be no picture changes nothing; what was told meanwhile stands.
+        // A dropped file that turns out to be no picture restores the former error, unless another was shown
+        // meanwhile.
         const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
         if (!isNoPicture)
             failure = error.errorDescription();
@@ -146,6 +152,7 @@ void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) 
     }
     if (trimmed.isEmpty() || !admits(trimmed))
         return;
+    m_needs.appState.stopReading();
     inputText.set(trimmed);
     if (autoTranslate == AutoTranslate::yes)
         performTranslate();
@@ -193,12 +200,12 @@ bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
 
 QCoro::Task<void> TranslateState::translateFile(QString path) {
     const auto self = shared_from_this();
-    stopAwaitingPicture();
-    const int number = ++m_textFiles;
+    stopAwaiting();
+    const int number = m_awaitedFile;
     auto reading = readTextFile(std::move(path));
     const std::optional<QString> text = co_await std::move(reading);
-    if (!m_mainState || !text || number != m_textFiles)
-        co_return;  // what was dropped last counts
+    if (!m_mainState || !text || number != m_awaitedFile)
+        co_return;  // what came last counts
     const QString trimmed = text->trimmed();
     if (isReplaced()) {
         m_needs.appState.requestTranslation(trimmed);
@@ -206,6 +213,7 @@ QCoro::Task<void> TranslateState::translateFile(QString path) {
     }
     if (!admits(trimmed))
         co_return;
+    m_needs.appState.stopReading();
     inputText.set(trimmed);
     performTranslate();
 }

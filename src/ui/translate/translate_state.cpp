@@ -59,7 +59,7 @@ QStringList TranslateState::targetLanguages() {
 
 namespace {
 
-/// As every editor has them: a line break is one character, of one kind.
+/// As the editors store it: every line break is one line feed.
 QString withLineFeeds(QString text) {
     return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').replace(QChar::ParagraphSeparator, u'\n');
 }
@@ -85,7 +85,7 @@ void TranslateState::appear(QObject* panel) {
         [this, panel] {
             m_needs.clock.after(pendingTextDelay, panel, [this] { checkAndTriggerPendingTranslation(); });
         });
-    // Told once; also what has come while another tab was there.
+    // Shows each failure once, including one from while another tab was shown.
     const auto tell = [this, panel](ObservableObject& teller, Observable<std::optional<QString>>& failure) {
         const auto tellFailure = [this, &failure] {
             const std::optional<QString> told = failure();
@@ -126,6 +126,7 @@ bool TranslateState::isResultStale() const {
 void TranslateState::showError(const std::optional<QString>& message) {
     ++m_errors;
     errorMessage = message;
+    Q_EMIT objectWillChange();
 }
 
 std::optional<QString> TranslateState::message() const {
@@ -154,6 +155,7 @@ void TranslateState::performTranslate() {
         showError(keyExposed);
         return;
     }
+    m_needs.appState.notice = QString();
     isTranslating = true;
     showError(std::nullopt);
     m_isResultAwaited = true;
@@ -174,7 +176,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
         debugLog(u"TranslateView.performTranslate: SUCCESS, result='" % excerpt(result) % u"'");
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
-        // Thirty characters: what follows may be the server's, and quote the text.
+        // Only 30 characters are logged: the rest may come from the server and quote the user's text.
         debugLog(u"TranslateView.performTranslate: FAILED, error='" % excerpt(*failure) % u"'");
     }
     if (!m_mainState || stop.stop_requested())
@@ -194,7 +196,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
 
 void TranslateState::cancel() {
     m_needs.appState.stopReading();
-    stopAwaitingPicture();
+    stopAwaiting();
     m_currentTask.request_stop();
     isTranslating = false;
 }
@@ -209,7 +211,8 @@ void TranslateState::swapLanguages() {
     const QString oldInput = inputText.get();
     inputText.set(outputText());
     if (isPair)
-        m_translatedText = outputText().trimmed();  // each is the other's translation, in either direction
+        // Each text is the translation of the other, in either direction.
+        m_translatedText = outputText().trimmed();
     outputText = oldInput;
 }
 
@@ -221,14 +224,14 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     if (text.isEmpty())
         return;
     appState.pendingTextToTranslate = QString();
-    stopAwaitingPicture();
+    stopAwaiting();
     if (!admits(text))
         return;
     inputText.set(text);
     if (appState.storeTrouble() || !appState.isPendingTextWanted)
         return;
     m_needs.clock.after(pendingTextDelay, m_mainState, [self = shared_from_this(), text] {
-        // Another may have been put there since, only to be looked at.
+        // Another text may have replaced it since, which is only offered and not to be translated.
         if (withLineFeeds(self->inputText.get()) == withLineFeeds(text) &&
             !self->m_needs.appState.storeTrouble())
             self->performTranslate();

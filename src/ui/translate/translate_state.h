@@ -26,20 +26,20 @@ class ScreenCaptureService;
 class SpeechService;
 class TranslationHistoryStore;
 
-/// Whether a text that was found is also translated.
+/// Whether a text found elsewhere is translated at once.
 enum class AutoTranslate { no, yes };
 
-/// The translate panel without its widgets: what it shows, and what happens when the user acts or the shell
-/// requests a translation. Used from the main thread.
+/// The state of the translate panel: what it shows, and what happens when the user acts or the shell requests
+/// a translation. Main thread only. Implemented in translate_state.cpp and found_text.cpp.
 ///
-/// Made anew whenever the panel is shown; the input text is the main view's, and survives. What it has begun
-/// keeps it alive: a translation that ends after its panel was left is still recorded.
+/// Made anew whenever the panel is shown; the input text belongs to the main view and survives. Tasks that it
+/// has started keep it alive: a translation that ends after its panel was left is still added to the history.
 class TranslateState final : public ObservableObject, public std::enable_shared_from_this<TranslateState> {
     Q_OBJECT
 
 public:
-    /// What the panel works with. All of it outlives the panel and, except for `settings` and `history`, what
-    /// the panel has begun; those two go together.
+    /// What the panel uses. All of it outlives the panel and, except for `settings` and `history`, the tasks
+    /// that the panel starts. Those two are destroyed together.
     struct Dependencies {
         AIService& ai;
         ScreenCaptureService& captures;
@@ -52,13 +52,13 @@ public:
         Clock& clock;
     };
 
-    /// The languages offered, by the names that also go to the model.
+    /// The languages offered, by the names that are sent to the model.
     [[nodiscard]] static const QStringList& languages();
     [[nodiscard]] static QStringList targetLanguages();
 
     TranslateState(Dependencies needs, Binding<QString> inputText);
 
-    /// Takes over the texts that the shell leaves for this panel, from now on until `panel` is gone.
+    /// Takes over texts that the shell leaves for this panel, from now until `panel` is destroyed.
     void appear(QObject* panel);
 
     // State
@@ -71,50 +71,52 @@ public:
     Observable<bool> isOCROngoing{*this, false};
     Observable<bool> isDropTargeted{*this, false};
     Observable<std::optional<QString>> errorMessage{*this};
+    /// How often an error has been shown or removed: the same one may come twice.
+    [[nodiscard]] qint64 errorCount() const { return m_errors; }
     Observable<bool> isCopied{*this, false};
 
-    /// What the error strip says: what is wrong with the settings, until the user takes it away, and the
+    /// The text of the error strip: the trouble with the settings, until the user dismisses it, and the
     /// error.
     [[nodiscard]] std::optional<QString> message() const;
     [[nodiscard]] AppSettings& settings() { return m_needs.settings; }
     [[nodiscard]] SpeechService& speechService() { return m_needs.speech; }
     [[nodiscard]] AppState& appState() { return m_needs.appState; }
     [[nodiscard]] bool canTranslate() const;
-    /// Whether a picture is read, for this panel, one that was left, or the shell.
+    /// Whether a picture is being recognised, for this panel, a former one, or the shell.
     [[nodiscard]] bool isRecognizing() const;
-    /// How many lines of that picture have been read.
+    /// The number of lines read of that picture.
     [[nodiscard]] qsizetype linesRead() const;
-    /// What stands in the place of the count for a moment; empty otherwise.
+    /// A message that temporarily replaces the character count; empty otherwise.
     [[nodiscard]] QString notice() const;
-    /// Whether the result is of another input, or another one was asked for and has not come.
+    /// Whether the result belongs to another input, or a newer result is awaited.
     [[nodiscard]] bool isResultStale() const;
 
     // Actions
 
-    /// Translates the input. A translation that still runs goes on; results are taken in the order in which
-    /// they come.
+    /// Translates the input. A running translation is not cancelled; results are shown in the order in which
+    /// they arrive.
     void performTranslate();
-    /// Gives up the picture that is read and the translation that was started last, without a message.
+    /// Cancels the recognition under way and the translation started last, without a message.
     void cancel();
     void swapLanguages();
-    /// Takes over a text that the shell has left for this panel; only that, while the settings may not be
-    /// the user's.
+    /// Takes over a text that the shell has left for this panel. It is not translated while the settings may
+    /// not be the user's.
     void checkAndTriggerPendingTranslation();
-    /// Takes the clipboard's text or else the text in its picture.
+    /// Takes the clipboard's text, or else the text in its picture.
     void pasteFromClipboard(AutoTranslate autoTranslate);
-    /// Where a text comes from that is put into the input.
+    /// The source of a text that is inserted into the input.
     enum class TextOrigin { clipboard, selection, drag };
-    /// What the input takes of a text that is dropped on it or put there by a key or the middle button:
-    /// nothing when it would become too long, of which the user is told. `kept` is what stays of the input.
-    /// Clipboard and selection are read here.
+    /// What to insert of a text that is dropped on the input, or pasted by key or middle button: nothing,
+    /// with an error message, if the input would become too long. `kept` is the part of the input that stays.
+    /// For clipboard and selection the text is read here.
     [[nodiscard]] std::optional<QString> textToInsert(
         TextOrigin origin, const QString& kept, const QString& dragged = {});
-    /// Lets the user draw a region of the screen, and translates the text in it.
+    /// Lets the user select a region of the screen, and translates the text in it.
     QCoro::Task<void> captureScreenAndTranslate();
-    /// Takes the text in a picture as the input. Nothing happens for a file that is no picture.
+    /// Makes the text in a picture the input. Does nothing for a file that is no picture.
     QCoro::Task<void> performOCR(ImageSource image, AutoTranslate autoTranslate);
-    /// Takes the first item: the text in a picture, or a text file's text. Whether it can be of use; a file
-    /// that turns out not to be is passed over in silence.
+    /// Uses the first item: the text in a picture, or the text of a text file. Returns whether it may be
+    /// usable; a file that turns out not to be is ignored without an error.
     bool handleDrop(const QList<DroppedItem>& items);
     void toggleSpeech();
     void copyResult();
@@ -128,26 +130,27 @@ private:
     void endRecognition(const std::stop_token& stop, const QString& text,
         const std::optional<QString>& failure, AutoTranslate autoTranslate);
     void takeText(const QString& text, AutoTranslate autoTranslate);
-    /// Whether the user looks at another panel of this kind, to which it belongs what comes here.
+    /// Whether another translate panel is shown now; what arrives belongs to that one.
     [[nodiscard]] bool isReplaced() const;
     void countRecognitions(int change);
-    void stopAwaitingPicture();
-    /// Whether a text is short enough; the user is told when it is not.
+    /// Gives up a picture of the clipboard or a text file that has not arrived yet.
+    void stopAwaiting();
+    /// Whether a text is short enough; if not, shows an error.
     [[nodiscard]] bool admits(const QString& text);
 
     void showError(const std::optional<QString>& message);
 
     Dependencies m_needs;
-    QString m_translatedText;  ///< of which `outputText` is the translation
+    QString m_translatedText;  ///< the input that `outputText` is the translation of
     bool m_isResultAwaited = false;
-    int m_recognitions = 0;           ///< of this panel's, that have not ended
+    int m_recognitions = 0;           ///< number of this panel's recognitions under way
     qint64 m_errors = 0;              ///< how often the error has changed
-    qint64 m_errorsWhileReading = 0;  ///< as it stood when the last reading began
+    qint64 m_errorsWhileReading = 0;  ///< `m_errors` when the last recognition began
     std::optional<QString> m_errorBeforeReading;
-    int m_textFiles = 0;            ///< that were dropped
-    QPointer<QObject> m_panel;      ///< that shows this
-    QPointer<QObject> m_mainState;  ///< whoever owns the input, the settings and the history
-    std::optional<std::stop_source> m_awaitedPicture;  ///< from the clipboard's owner
+    int m_awaitedFile = 0;          ///< changes when the text file being read no longer counts
+    QPointer<QObject> m_panel;      ///< the panel that shows this state
+    QPointer<QObject> m_mainState;  ///< the owner of the input, the settings and the history
+    std::optional<std::stop_source> m_awaitedPicture;  ///< while the clipboard's owner is asked for it
     std::stop_source m_currentTask{std::nostopstate};
 };
 

@@ -21,7 +21,6 @@
 #include "ui/kit/label.h"
 #include "ui/kit/menu_button.h"
 #include "ui/kit/multiline_enter_input_view.h"
-#include "ui/kit/reading_area.h"
 #include "ui/kit/reveal.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
@@ -29,6 +28,7 @@
 #include "ui/kit/tab_strip.h"
 #include "ui/kit/tooltip.h"
 #include "ui/translate/dropped_item.h"
+#include "ui/translate/result_block.h"
 #include "ui/translate/translate_state.h"
 
 namespace tralio {
@@ -59,7 +59,7 @@ QList<MenuEntry> toneEntries(const TranslationTone& current) {
     return list;
 }
 
-/// A button of the tool row, whose word says what it does and whose tooltip says more.
+/// A button of the tool row: its word says what it does, and its tooltip says more.
 Button* tool(const QString& icon, const QString& title, Weight weight, const QString& tooltip) {
     auto* button = new Button(button::word, {.icon = icon, .title = title});
     button->setWeight(weight);
@@ -69,11 +69,12 @@ Button* tool(const QString& icon, const QString& title, Weight weight, const QSt
 
 }  // namespace
 
-TranslateView::TranslateView(TranslateState& state, QWidget* parent) : QWidget(parent), m_state(state) {
+TranslateView::TranslateView(TranslateState& state, QWidget* parent)
+    : QWidget(parent), m_state(state), m_resultBlock(new ResultBlock(state)) {
     filled(this,
         column({.padding = {14, 10, 14, 10}},
             {languageRow(), Gap{12}, inputBox(), Gap{4}, toolRow(), Gap{12}, actionRow(), Gap{12},
-                errorStrip(), {resultBlock(), {}, 1}}));
+                errorStrip(), {m_resultBlock, {}, 1}}));
     const auto follow = [this](auto& source) { onAnyChange(source, this, [this] { refresh(); }); };
     follow(m_state);
     follow(m_state.settings());
@@ -113,7 +114,7 @@ QLayout* TranslateView::languageRow() {
 QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
     m_input->setTextOf([this](const QMimeData& source) {
-        // The toolkit would read what another program has to give to its end, whatever its size.
+        // Qt would read all of what another program offers, whatever its size.
         using enum TranslateState::TextOrigin;
         const QClipboard* toolkit = QGuiApplication::clipboard();
         if (&source == toolkit->mimeData())
@@ -153,8 +154,8 @@ QLayout* TranslateView::toolRow() {
     connect(pasteAndTranslate, &Button::clicked, this,
         [this] { m_state.pasteFromClipboard(AutoTranslate::yes); });
 
-    // Count and buttons begin and end with their texts 4 px inside the edges of the box above. The last one's
-    // edge stands outside: no widget of the row's own may cut it off.
+    // Count and buttons start and end with their texts 4 px inside the edges of the box above. The edge of
+    // the last button lies outside the row, so no enclosing widget may clip it.
     constexpr Gap overhang{-2};
     return row({.spacing = 2, .padding = {4, 0, 0, 0}},
         {m_recognizing, m_characterCount, Stretch{}, m_clear, capture, paste, pasteAndTranslate, overhang});
@@ -166,7 +167,7 @@ QLayout* TranslateView::actionRow() {
     connect(m_translate, &Button::clicked, this, [this] { m_state.performTranslate(); });
     m_cancel = new Button(button::borderedTall, {.title = u"Hủy"_s});
     connect(m_cancel, &Button::clicked, this, [this] { m_state.cancel(); });
-    // Wherever in the window the keyboard is.
+    // Works wherever the focus is in the window.
     m_escape = new QShortcut(Qt::Key_Escape, this);
     connect(m_escape, &QShortcut::activated, this, [this] { m_state.cancel(); });
     return row({.spacing = 8}, {m_translate, m_cancel});
@@ -178,33 +179,6 @@ QWidget* TranslateView::errorStrip() {
     auto* spaced = filled(new QWidget, column({.padding = {0, 0, 0, 12}}, {m_error}));
     m_errorReveal = new Reveal(spaced);
     return m_errorReveal;
-}
-
-QWidget* TranslateView::resultBlock() {
-    m_speak = new Button(button::word, {.icon = u"speaker.wave.2"_s});
-    connect(m_speak, &Button::clicked, this, [this] { m_state.toggleSpeech(); });
-    m_copy = new Button(button::word, {.icon = u"doc.on.doc"_s});
-    m_copy->setWeight(Weight::medium);
-    connect(m_copy, &Button::clicked, this, [this] { m_state.copyResult(); });
-
-    m_result = new ReadingArea;
-    m_result->setAccessibleName(u"Bản dịch"_s);
-
-    auto* block = new Surface(ColorRole::surface1, ColorRole::border15, radius::block);
-    m_resultBlock = block;
-    m_resultTitle = new Label(u"Bản dịch:"_s, text::caption.with(Weight::semibold), ColorRole::secondary);
-    auto* header =
-        filled(new QWidget, row({.padding = {6, 0, 2, 0}}, {m_resultTitle, Stretch{}, m_speak, m_copy}));
-    header->setFixedHeight(22);
-    // It has 115 beside all that the panel can show, and takes what the rest leaves: less beside a long error
-    // and on a low screen.
-    constexpr int oneLine = 24;
-    m_result->setMinimumHeight(oneLine);
-    m_result->setScrollFrame(block);
-    connect(m_result, &ReadingArea::focusShown, block, [block](bool shows) {
-        block->setEdge(shows ? ColorRole::accentIcon : ColorRole::border15, shows ? 2 : 1);
-    });
-    return filled(block, column({.padding = {4, 4, 4, 4}}, {header, Gap{4}, {m_result, {}, 1}}));
 }
 
 void TranslateView::focusInput() {
@@ -234,7 +208,7 @@ void TranslateView::refresh() {
         dropTargeted ? ColorRole::accentText : ColorRole::placeholder);
     m_input->setCaretShown(!dropTargeted);
     const bool recognizing = m_state.isRecognizing();
-    const bool hasNotice = !m_state.notice().isEmpty();  // which is short, and goes before
+    const bool hasNotice = !m_state.notice().isEmpty();  // shown first, since it is short-lived
     m_recognizing->setVisible(recognizing && !hasNotice);
     m_escape->setEnabled(recognizing);
     m_linesRead->setText(recognizingText(m_state.linesRead()));
@@ -252,31 +226,16 @@ void TranslateView::refresh() {
     m_cancel->setVisible(canCancel);
 
     const auto message = m_state.message();
-    if (message)
+    const bool isErrorNew = std::exchange(m_errorCount, m_state.errorCount()) != m_state.errorCount();
+    if (message) {
         m_error->setMessage(*message);
+        if (std::exchange(m_message, *message) != *message || (isErrorNew && m_state.errorMessage()))
+            announce(*m_error);
+    } else {
+        m_message.clear();
+    }
     m_errorReveal->setRevealed(message.has_value());
-
-    const bool speaking = m_state.speechService().isSpeaking();
-    const bool canSpeak = speaking || !m_state.outputText().isEmpty();
-    if (!canSpeak)
-        restFocus(*m_resultBlock, *m_speak);
-    m_speak->setVisible(canSpeak);
-    m_speak->setIconName(speaking ? u"speaker.wave.3.fill"_s : u"speaker.wave.2"_s);
-    m_speak->setTitle(speaking ? u"Dừng"_s : u"Đọc"_s);
-    m_speak->setColor(speaking ? ColorRole::accentText : ColorRole::secondary);
-    if (m_state.outputText().isEmpty())
-        restFocus(*m_resultBlock, *m_copy);
-    m_copy->setVisible(!m_state.outputText().isEmpty());
-    m_copy->setIconName(m_state.isCopied() ? u"checkmark"_s : u"doc.on.doc"_s);
-    m_copy->setTitle(m_state.isCopied() ? u"Đã chép!"_s : u"Sao chép"_s);
-    m_copy->setColor(m_state.isCopied() ? ColorRole::green : ColorRole::accentText);
-
-    m_result->setText(m_state.outputText());
-    const bool isNews = std::exchange(m_shownResult, m_state.outputText()) != m_state.outputText();
-    if (isNews && !m_shownResult.isEmpty())
-        announce(*m_resultTitle);
-    m_result->setStale(m_state.isResultStale());
-    m_result->setPlaceholder(translating ? QString() : u"Kết quả dịch sẽ xuất hiện tại đây..."_s);
+    m_resultBlock->refresh();
 }
 
 void TranslateView::showCount(const QString& input) {
@@ -286,7 +245,7 @@ void TranslateView::showCount(const QString& input) {
         m_counted = input;
         m_characterCount->setText(notice.isEmpty() ? characterCountText(input) : notice);
         m_characterCount->setColor(notice.isEmpty() ? ColorRole::secondary : ColorRole::orange);
-        setTooltip(m_characterCount, notice);  // it may be longer than its place
+        setTooltip(m_characterCount, notice);  // the notice may be longer than its place
     }
     if (isNews && !notice.isEmpty())
         announce(*m_characterCount);

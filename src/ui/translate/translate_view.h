@@ -11,13 +11,12 @@ class ErrorStrip;
 class Label;
 class MenuButton;
 class MultilineEnterInputView;
-class ReadingArea;
+class ResultBlock;
 class Reveal;
 class Surface;
 class TranslateState;
 
-/// The translate panel: languages and tone, the input, and the result. Shows what its state says; keeps
-/// nothing of its own.
+/// The translate panel: languages and tone, the input, and the result. Shows its state; stores nothing else.
 class TranslateView final : public QWidget {
     Q_OBJECT
 
@@ -25,7 +24,7 @@ public:
     /// `state` outlives the view.
     explicit TranslateView(TranslateState& state, QWidget* parent = nullptr);
 
-    /// Puts the caret into the input.
+    /// Moves the focus into the input.
     void focusInput();
 
 protected:
@@ -37,7 +36,6 @@ private:
     QLayout* toolRow();
     QLayout* actionRow();
     QWidget* errorStrip();
-    QWidget* resultBlock();
 
     void refresh();
     void showCount(const QString& input);
@@ -53,19 +51,17 @@ private:
     Label* m_characterCount;
     bool m_wasShown = false;
     QString m_notice;
-    QString m_shownResult;
-    QString m_counted;  ///< counting a long text at every refresh would be felt while typing
+    QString m_message;
+    qint64 m_errorCount = 0;
+    /// The text counted last: counting a long one at every refresh would slow typing down.
+    QString m_counted;
     Button* m_clear;
     Button* m_translate;
     Button* m_cancel;
-    QShortcut* m_escape;  ///< ends the longest wait there is; without one the key closes the window
+    QShortcut* m_escape;  ///< cancels a recognition; disabled otherwise, so that Escape closes the window
     ErrorStrip* m_error;
     Reveal* m_errorReveal;
-    Button* m_speak;
-    Button* m_copy;
-    Surface* m_resultBlock;
-    Label* m_resultTitle;
-    ReadingArea* m_result;
+    ResultBlock* m_resultBlock;
 };
 
 }  // namespace tralio

@@ -10,8 +10,8 @@
 
 namespace tralio {
 
-/// What was deleted last, for as long as it can be brought back: 6 seconds, or until something else is
-/// deleted. It is gone from where it was at once; this only knows the way back. Used from the main thread.
+/// What was deleted last, while it can be brought back: for 6 seconds, or until something else is deleted.
+/// The deletion itself happens at once; this only keeps the way back. Main thread only.
 class UndoOffer final : public ObservableObject {
     Q_OBJECT
 
@@ -19,12 +19,12 @@ public:
     /// `clock` outlives the offer.
     explicit UndoOffer(Clock& clock) : m_clock(clock) {}
 
-    /// What has happened, in the user's words; absent while nothing can be brought back.
+    /// What was deleted, as a message; absent while nothing can be brought back.
     Observable<std::optional<QString>> message{*this};
 
-    /// `bringBack` is called at most once, and not after this object is gone.
+    /// Replaces the offer. `bringBack` is called at most once, and not after this object is destroyed.
     void make(const QString& what, std::function<void()> bringBack);
-    /// Brings it back, if it still can be.
+    /// Brings the deleted thing back, if that is still possible.
     void accept();
 
 private:

@@ -29,7 +29,7 @@ UndoStrip::UndoStrip(UndoOffer& offer, QWidget& neighbour, QWidget* parent)
     m_undo->setWeight(Weight::semibold);
     m_undo->setColor(ColorRole::accentText);
     connect(m_undo, &Button::clicked, this, [this] { m_offer.accept(); });
-    // Wherever the keyboard is but in an editor, which has something of its own to undo.
+    // Works wherever the focus is, except in an editor, which has an undo of its own.
     m_keys = new QShortcut(QKeySequence::Undo, this);
     connect(m_keys, &QShortcut::activated, this, [this] { m_offer.accept(); });
 

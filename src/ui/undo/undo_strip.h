@@ -11,12 +11,12 @@ class Label;
 class Reveal;
 class UndoOffer;
 
-/// A strip that says what was deleted and brings it back, by its button or the keys that undo.
+/// A strip that says what was deleted, and brings it back by its button or the undo keys.
 class UndoStrip final : public QWidget {
     Q_OBJECT
 
 public:
-    /// The keyboard goes on to `neighbour` when the strip leaves with it. Both outlive the strip.
+    /// When the strip hides while it has the focus, `neighbour` gets it. Both outlive the strip.
     UndoStrip(UndoOffer& offer, QWidget& neighbour, QWidget* parent = nullptr);
 
 private:

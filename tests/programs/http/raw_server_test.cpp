@@ -68,6 +68,8 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
     const QByteArray gzip = "Content-Encoding: gzip\r\n";
     const QByteArray chunks = ok + "Transfer-Encoding: chunked" + end + "5\r\nhello\r\n";
     const StandInReply compressed = StandInReply::gzipped(u"nén"_s);
+    const QByteArray gzipHead("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10);
+    const std::string endless = tooLargeReplyWords("peer", 16 << 20);
     const Case cases[] = {
         {"ends before reading", [](Connection&) {}, "*", 0},
         {"resets before reading", [](Connection& other) { other.reset(); }, "*", 0},
@@ -87,6 +89,10 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         {"compression", answering(reply(compressed.body, ok + gzip)),
             "200 " + StandInReply::translation(u"nén"_s).body.toStdString()},
         {"a body of 5 MB", answering(reply(QByteArray(5'000'000, 'x'))), tooLargeReplyWords("peer", 4 << 20)},
+        {"a chunk's extension without end", answering(chunks + "5;" + QByteArray(20'000'000, 'x')), endless},
+        {"empty blocks without end",
+            answering(ok + gzip + "\r\n" + gzipHead + QByteArray("\0\0\0\xff\xff", 5).repeated(4'000'000)),
+            endless},
         {"no HTTP", answering("hello\n"), "no HTTP"},
         {"a status without a number", answering("HTTP/1.1 OK" + end), "no HTTP"},
         {"an alert of TLS", answering("\x15\x03\x01"), "no HTTP"},
@@ -194,8 +200,10 @@ TEST_F(HttpTest, a_text_stays_with_its_origin_and_a_download_never_leaves_https)
         if (!given.to.empty())
             EXPECT_EQ(to.text, given.to);
     }
-    for (const char* own : {"http://[::1]/", "http://[::1]:8080/", "http://LOCALHOST./"})
+    for (const char* own : {"http://[::1]/", "http://[::1]:8080/", "http://LOCALHOST/"})
         EXPECT_TRUE(isLoopback(addressOf(own).host)) << own;
+    for (const char* asked : {"http://localhost./", "http://127.0.0.1./"})
+        EXPECT_FALSE(isLoopback(addressOf(asked).host)) << asked << " is a name server's to answer";
     std::atomic<int> port = 0;
     RawServer server([&port](Connection& peer) {
         const QByteArray request = peer.readRequest();

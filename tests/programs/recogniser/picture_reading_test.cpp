@@ -22,10 +22,15 @@ struct PictureReading : testing::Test {
     }
 
     int signsOfLife = 0;
-    EnginePool engines{[this] { ++signsOfLife; }};
     std::vector<qsizetype> counts;
     double work = 0;  ///< in seconds
+    double workForALine = 0;
     double workForABlock = 0;
+    EnginePool engines{[this] {
+                           ++signsOfLife;
+                           work += workForALine;
+                       },
+        [this] { return work; }};
 };
 
 TEST_F(PictureReading, of_a_picture_that_is_too_much_work_what_was_read_by_then_is_kept) {
@@ -39,6 +44,34 @@ TEST_F(PictureReading, of_a_picture_that_is_too_much_work_what_was_read_by_then_
     EXPECT_EQ(reading.lines.back().text(), lines[15]);
     EXPECT_THAT(counts, ElementsAre(8, 16));
     EXPECT_GE(signsOfLife, 16) << "also within a block, at every line";
+}
+
+TEST_F(PictureReading, of_a_block_that_keeps_an_engine_busy_the_lines_before_are_kept) {
+    QStringList lines;
+    for (int i = 0; i < 8; ++i)
+        lines += u"Line %1 of this page"_s.arg(i + 11);
+    workForALine = 6;
+    const Reading reading = read(drawn(lines), {u"eng"_s});
+    ASSERT_THAT(reading.lines.size(), testing::AllOf(testing::Ge(2U), testing::Le(4U)));
+    for (size_t i = 0; i < reading.lines.size(); ++i)
+        EXPECT_EQ(reading.lines[i].text(), lines[static_cast<qsizetype>(i)]);
+}
+
+TEST_F(PictureReading, dark_and_light_lines_of_one_block_are_all_read) {
+    QImage image(360, 120, QImage::Format_RGB32);
+    image.fill(QColor(0x3a, 0x8f, 0xd8));
+    QPainter painter(&image);
+    QFont font(u"Liberation Serif"_s);
+    font.setPixelSize(11);  // so that other pictures are tried
+    painter.setFont(font);
+    const QStringList lines{u"Đơn hàng của bạn đã được giao"_s, u"Mã đơn 84-2217 gửi từ kho Hà Đông"_s,
+        u"Vui lòng đánh giá người giao hàng"_s, u"Xem chi tiết hoặc trả lại trong 7 ngày"_s};
+    for (int i = 0; i < lines.size(); ++i) {
+        painter.setPen(i < 2 ? Qt::white : Qt::black);
+        painter.drawText(QPointF(12, 19 + 25 * i), lines[i]);
+    }
+    painter.end();
+    EXPECT_EQ(read(image, {u"vie"_s, u"eng"_s}).lines.size(), 4U);
 }
 
 TEST_F(PictureReading, after_much_that_nobody_can_read_other_text_is_looked_at_once_more) {
@@ -61,9 +94,10 @@ TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their
         int height;
         int columns;
         int pitch;
+        double rise = 0;  ///< of a scan that is a little turned: from one column to the next
     };
-    for (const auto& [height, columns, pitch] :
-        {Case{1440, 1, 19}, {1440, 2, 19}, {1440, 2, 23}, {300, 2, 19}}) {
+    for (const auto& [height, columns, pitch, rise] :
+        {Case{1440, 1, 19}, {1440, 2, 19}, {1440, 2, 23}, {300, 2, 19}, {1440, 3, 19, 4}}) {
         QImage image(900, height, QImage::Format_RGB32);
         image.fill(Qt::white);
         QPainter painter(&image);
@@ -72,8 +106,9 @@ TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their
         painter.setFont(font);
         for (int i = 0; i < code.size(); ++i) {
             painter.drawText(QPointF(40, 60 + pitch * i), code[i]);
-            if (columns == 2)
-                painter.drawText(QPointF(600, 60 + pitch * i), u"gypsy rows"_s);
+            for (int column = 1; column < columns; ++column)
+                painter.drawText(
+                    QPointF(900 - 300 * (columns - column), 60 + pitch * i - column * rise), u"gypsy rows"_s);
         }
         painter.end();
         std::vector<TextObservation> observations;
@@ -88,10 +123,9 @@ TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their
             starts += each.candidates.front().trimmed().left(8);
         for (const QString& line : code) {
             wanted += line.trimmed().left(8);
-            if (columns == 2)
-                wanted += u"gypsy ro"_s;
+            wanted += QStringList(columns - 1, u"gypsy ro"_s);
         }
-        EXPECT_EQ(starts, wanted) << height << ' ' << pitch;
+        EXPECT_EQ(starts, wanted) << height << ' ' << pitch << ' ' << rise;
     }
 }
 

@@ -1,5 +1,6 @@
 #include <QPainter>
 
+#include <array>
 #include <random>
 
 #include "programs/recogniser/labels.h"
@@ -175,6 +176,28 @@ TEST(TextFinding, a_tables_grid_is_erased_and_its_cells_are_read_one_by_one) {
     }
 }
 
+TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_part_of_it) {
+    for (const auto& wave : {std::array{0, 0, 0, 0}, std::array{0, 1, 2, 1}}) {
+        Sheet sheet(300, 90);
+        sheet.type({20, 20}, 12, 12).type({20, 65}, 5, 10);
+        for (const int letter : {1, 2, 7})
+            sheet.fill({20 + 12 * letter, 32, 2, 5}, Qt::black);
+        for (int x = 20; x < 160; ++x)
+            sheet.fill({x, 34 + wave[static_cast<size_t>(x % 4)], 1, 1}, Qt::red);
+        for (const QRect& side :
+            {QRect(8, 58, 70, 1), QRect(8, 58, 1, 24), QRect(77, 58, 1, 24), QRect(8, 81, 70, 1)})
+            sheet.fill(side, Qt::black);
+        const Found found(sheet);
+        EXPECT_EQ(found.letters(), (Counts{{12}, {5}}));
+        EXPECT_EQ(found.blocks[0].lines[0].box.bottom(), 36) << "where descenders end";
+        const BlockPainter painter(found.marks, found.shapes, found.blocks);
+        const BlockPicture picture = painter.paint(found.blocks[0], found.blocks[0].kind);
+        const quint8* row = picture.plane.row(qRound((35 - picture.origin.y()) * picture.scale));
+        EXPECT_LT(
+            std::count_if(row, row + picture.plane.width(), [](quint8 pixel) { return pixel < 128; }), 30);
+    }
+}
+
 TEST(TextFinding, bands_of_any_height_show_their_text_beside_that_of_the_page) {
     for (int height = 20; height <= 76; height += 4) {
         Sheet sheet(300, 60 + height);
@@ -219,6 +242,17 @@ TEST(TextFinding, a_headline_is_no_part_of_the_text_below_and_both_are_scaled_to
         EXPECT_TRUE(block.box.adjusted(-50, -50, 50, 50).contains(box.toRect()))
             << "boxes are the image's again";
     }
+}
+
+TEST(TextFinding, no_block_is_enlarged_beyond_what_engines_take) {
+    Sheet sheet(16'000, 40);
+    sheet.type({20, 15}, 1900, 8);
+    const Found found(sheet);
+    ASSERT_EQ(found.blocks.size(), 1U);
+    EXPECT_EQ(BlockPainter(found.marks, found.shapes, found.blocks)
+                  .paint(found.blocks[0], found.blocks[0].kind)
+                  .plane.width(),
+        32'767);
 }
 
 TEST(TextFinding, accents_and_dots_go_with_their_letters) {

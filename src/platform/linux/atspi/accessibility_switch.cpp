@@ -26,7 +26,8 @@ AccessibilitySwitch::AccessibilitySwitch() : m_bus(QDBusConnection::sessionBus()
         return;
     m_bus.connect(accessibilityService, accessibilityPath, busProperties, u"PropertiesChanged"_s, this,
         SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
-    // The launcher of the accessibility bus keeps the switch. When it is gone, so is the accessibility bus.
+    // The launcher of the accessibility bus provides the switch. If it goes away, the accessibility bus does,
+    // too.
     auto* watcher =
         new QDBusServiceWatcher(accessibilityService, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(

@@ -6,8 +6,8 @@
 
 namespace tralio {
 
-/// The desktop's accessibility switch (`IsEnabled` of org.a11y.Status on the session bus). Off until somebody
-/// turns it on; followed by its change signals, so that asking costs nothing.
+/// The desktop's accessibility switch (`IsEnabled` of org.a11y.Status on the session bus), which is off by
+/// default. Its change signals are followed, so that asking for the state costs nothing.
 class AccessibilitySwitch final : public QObject {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
 
     [[nodiscard]] bool isOn() const { return m_on; }
 
-    /// Turns the switch on and waits for the bus to say so, a second at the most. Answers whether it is on.
+    /// Turns the switch on and waits up to a second for the bus to confirm it. Returns whether it is on.
     bool turnOn();
 
 Q_SIGNALS:

@@ -26,8 +26,9 @@ std::shared_ptr<const AtspiContext> AtspiAccessibility::newContext(qint32 proces
 }
 
 AtspiReference AtspiAccessibility::findFocus(const AtspiContext& context) {
-    // Some applications tell of no focus when a window opens or closes. Our own grab takes the focus from the
-    // right element for a moment too, so that one is given up only for a better one.
+    // Some applications report no focus when a window opens or closes. A key grab of ours also takes the
+    // focus from the right element for a moment, so the last known element is given up only when a better one
+    // is found.
     AtspiReference last = m_bus.lastFocused(context.processId, context.budget);
     if (isFocused(last, context))
         return last;
@@ -53,7 +54,7 @@ std::optional<bool> AtspiAccessibility::focusIsTerminal(qint32 processId) {
 }
 
 std::unique_ptr<AccessibleElement> AtspiAccessibility::menuBar(qint32 processId) {
-    // In the menu of Emacs "Copying Conditions" begins like Copy. What is marked there is in PRIMARY.
+    // In the menu of Emacs "Copying Conditions" would match as Copy. Its selection is in PRIMARY anyway.
     if (!m_switch.isOn() || processName(processId).startsWith(u"emacs"))
         return nullptr;
     const auto context = newContext(processId, layerLimit);

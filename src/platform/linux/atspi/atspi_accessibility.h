@@ -14,7 +14,7 @@ struct AtspiContext;
 /// Other programs' user interfaces over the accessibility bus.
 class AtspiAccessibility final : public Accessibility {
 public:
-    /// The title of the window in front, by which an application is known whose process the bus cannot tell.
+    /// The title of the window in front. Identifies an application whose process the bus does not know.
     using AskTitle = std::function<QString()>;
 
     AtspiAccessibility(const AccessibilitySwitch& accessibility, AtspiBus& bus, PrimarySelection& primary,
@@ -23,8 +23,8 @@ public:
     std::unique_ptr<AccessibleElement> focusedElement(qint32 processId) override;
     std::unique_ptr<AccessibleElement> menuBar(qint32 processId) override;
 
-    /// Whether the element with the focus is a terminal; absent when nobody tells within 50 ms
-    /// whose word counts.
+    /// Whether the element with the focus is a terminal; absent when there is no reliable answer within 50
+    /// ms.
     [[nodiscard]] std::optional<bool> focusIsTerminal(qint32 processId);
 
 private:

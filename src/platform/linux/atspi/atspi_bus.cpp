@@ -21,7 +21,7 @@ const QString busItself = u"org.freedesktop.DBus"_s;
 const QString eventInterface = u"org.a11y.atspi.Event.Object"_s;
 const QString windowEventInterface = u"org.a11y.atspi.Event.Window"_s;
 
-// Of windows some toolkits send the one kind of event, some the other.
+// For window changes some toolkits send object:state-changed:active, others window:activate.
 const QStringList wantedEvents{u"object:state-changed:focused"_s, u"object:state-changed:active"_s,
     u"window:activate"_s, u"window:deactivate"_s};
 
@@ -109,11 +109,11 @@ void AtspiBus::listen() {
     m_bus->connect(busItself, QString(), busItself, u"NameOwnerChanged"_s, this,
         SLOT(ownerChanged(QString, QString, QString)));
 
-    // When the bus goes, its successor is joined at once.
+    // When the bus goes away, reconnect at once to the one that replaces it.
     m_bus->connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
         u"Disconnected"_s, this, SLOT(open()));
 
-    // Applications send events only when somebody has asked for them.
+    // Applications send events only if some client has registered for them.
     for (const QString& event : wantedEvents) {
         auto registration =
             QDBusMessage::createMethodCall(registry, registryPath, registry, u"RegisterEvent"_s);
@@ -179,7 +179,7 @@ void AtspiBus::windowDeactivated(const QDBusMessage& event) {
 
 void AtspiBus::setActive(const AtspiReference& window, bool active) {
     if (active == (m_activeWindow == window))
-        return;  // told twice, or of a window whose successor has spoken already
+        return;  // a duplicate, or the end of a window after its successor has already become active
     m_activeWindow = active ? window : AtspiReference();
     ++m_activationCount;
 }

@@ -14,7 +14,7 @@ namespace tralio {
 
 class AccessibilitySwitch;
 
-/// An accessible object: the connection of its application on the accessibility bus, and its path there.
+/// An accessible object: the bus name of its application on the accessibility bus, and its path there.
 struct AtspiReference {
     QString service;
     QDBusObjectPath path;
@@ -29,7 +29,7 @@ struct AtspiReference {
 QDBusArgument& operator<<(QDBusArgument& argument, const AtspiReference& reference);
 const QDBusArgument& operator>>(const QDBusArgument& argument, AtspiReference& reference);
 
-/// The time that a row of questions to one application may take together.
+/// The time that a series of calls to one application may take in total.
 class TimeBudget {
 public:
     explicit TimeBudget(qint64 milliseconds) : m_deadline(milliseconds, Qt::PreciseTimer) {}
@@ -42,15 +42,15 @@ private:
     QDeadlineTimer m_deadline;
 };
 
-/// The accessibility bus, spoken to directly.
+/// A direct client of the accessibility bus.
 ///
 /// WORKAROUND: libatspi 2.46, the usual library for it, makes blocking calls from inside its message
-/// dispatch, which never return in a process where Qt has made that dispatch thread-safe; and its calls know
-/// no common time limit.
+/// dispatch, which never return in a process where Qt has made that dispatch thread-safe; and its calls
+/// cannot share a time limit.
 ///
-/// Remembers which window was activated last and which object of each application took the keyboard focus
-/// last, from the events that applications send when it moves, so that nothing need be searched when a hot
-/// key is pressed.
+/// From the events that applications send, it remembers which window was activated last, and which object of
+/// each application got the keyboard focus last, so that usually no search is needed when a hot key is
+/// pressed.
 class AtspiBus final : public QObject {
     Q_OBJECT
 
@@ -65,37 +65,36 @@ public:
 
 public Q_SLOTS:
     /// Asks the session where the accessibility bus is, and connects. Returns at once; does nothing when the
-    /// bus is connected already, and may be tried again when it could not be reached.
+    /// bus is connected already. May be called again if the bus could not be reached.
     void open();
 
 public:
     /// Connects to the accessibility bus at an address.
     void connectTo(const QString& address);
 
-    /// Calls a method of an object and gives the values it returned; absent when it failed or the time is
-    /// over.
+    /// Calls a method of an object and returns its results; absent when the call failed or the time is over.
     [[nodiscard]] std::optional<QVariantList> call(const AtspiReference& object, const QString& interface,
         const QString& method, const QVariantList& arguments, const TimeBudget& budget) const;
     [[nodiscard]] QVariant property(const AtspiReference& object, const QString& interface,
         const QString& name, const TimeBudget& budget) const;
 
-    /// The process behind a connection. Answered by the bus itself: it may hang without harm.
+    /// The process behind a connection. The bus itself answers, so a hung application does no harm.
     [[nodiscard]] std::optional<qint32> processOf(const QString& service, const TimeBudget& budget) const;
 
-    /// The list of applications.
+    /// The root object of the registry, whose children are the applications.
     [[nodiscard]] static AtspiReference desktop();
 
-    /// The object of process `processId` that took the focus last; null when it is not known.
+    /// The object of process `processId` that got the focus last; null if unknown.
     [[nodiscard]] AtspiReference lastFocused(qint32 processId, const TimeBudget& budget) const;
-    /// The same, by the connection.
+    /// The same, by bus name.
     [[nodiscard]] AtspiReference lastFocused(const QString& service) const {
         return {service, m_focused.value(service)};
     }
     void rememberFocus(const AtspiReference& object);
 
-    /// The window that said last that it is active, unless it has said otherwise since.
+    /// The window that last reported that it is active, unless it has reported the opposite since.
     [[nodiscard]] AtspiReference activeWindow() const { return m_activeWindow; }
-    /// How often windows have said so, either way.
+    /// How often the active window has changed.
     [[nodiscard]] quint64 activationCount() const { return m_activationCount; }
 
 private Q_SLOTS:
@@ -110,7 +109,7 @@ private:
     void setActive(const AtspiReference& window, bool active);
 
     std::optional<QDBusConnection> m_bus;
-    QHash<QString, QDBusObjectPath> m_focused;  ///< by connection
+    QHash<QString, QDBusObjectPath> m_focused;  ///< by bus name
     AtspiReference m_activeWindow;
     quint64 m_activationCount = 0;
     bool m_opening = false;

@@ -48,7 +48,7 @@ std::optional<int> selectionCount(const AtspiReference& object, const AtspiQuest
     return reply ? std::optional(reply->value(0).toInt()) : std::nullopt;
 }
 
-/// Absent when the element did not answer to the end.
+/// Absent when an element did not answer for all of its selections.
 std::optional<QStringList> selectedParts(
     const AtspiReference& object, int count, const AtspiQuestion& question) {
     QStringList parts;
@@ -168,8 +168,8 @@ ElementSelection AtspiElement::askSelection() {
     if (!parts->isEmpty()) {
         const QString text = parts->join(u'\n');
         const bool isGtk4 = reachOf(role()) == ElementSelection::Reach::whole &&
-            toolkitOf(m_object.service, *m_context) == u"GTK";  // GTK 3 writes it small
-        // None to be believed: the application's own Copy knows better.
+            toolkitOf(m_object.service, *m_context) == u"GTK";  // GTK 3 calls itself "gtk"
+        // May be a password: report no selection, since the application's own Copy refuses passwords.
         if (isGtk4 && !statesOf(m_object, *m_context).contains(AtspiState::multiLine) &&
             mayBePasswordOfGtk4(text, askPrimary()))
             return {ElementSelection::Answer::none, {}, ElementSelection::Reach::whole};
@@ -195,13 +195,13 @@ std::optional<QString> AtspiElement::commandCharacter() {
         m_context->bus.call(m_object, actionInterface, u"GetKeyBinding"_s, {0}, m_context->budget);
     if (!reply)
         return std::nullopt;
-    // Mnemonic; the way to it through the menus; shortcut: "c;<Alt>e:c;<Control>c". Some toolkits give the
-    // shortcut alone, as "Ctrl+C". A key without a modifier is a mnemonic.
+    // Three parts, as "c;<Alt>e:c;<Control>c": mnemonic, path through the menus, shortcut. Some toolkits give
+    // only the shortcut, as "Ctrl+C". A key without a modifier is a mnemonic.
     const QString shortcut = reply->value(0).toString().section(u';', -1);
     const qsizetype modifierEnd = std::max(shortcut.lastIndexOf(u'>'), shortcut.lastIndexOf(u'+'));
     const QString key = shortcut.mid(modifierEnd + 1);
-    // What has another modifier beside Control is another command: Control+Alt+C puts a comment into a
-    // document.
+    // With a modifier beside Control it is another command: Control+Alt+C inserts a comment in LibreOffice
+    // Writer.
     const auto hasModifier = [&](QLatin1String name) {
         return shortcut.left(modifierEnd).contains(name, Qt::CaseInsensitive);
     };

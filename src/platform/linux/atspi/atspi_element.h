@@ -6,20 +6,20 @@
 
 namespace tralio {
 
-/// Whom to ask, and for how long at the most.
+/// The bus to ask, and the time left for it.
 struct AtspiQuestion {
     const AtspiBus& bus;
     TimeBudget budget;
 };
 
-/// What the elements of one answer share.
+/// What all elements found by one request share.
 struct AtspiContext : AtspiQuestion {
     PrimarySelection& primary;
     qint32 processId;
     QString windowTitle;  ///< of the window in front; empty where it is not known
 };
 
-/// The roles that matter here, by their numbers in the protocol.
+/// The roles that matter here, with their numbers in the protocol.
 enum class AtspiRole : uint {
     invalid = 0,
     checkMenuItem = 8,
@@ -43,7 +43,7 @@ enum class AtspiRole : uint {
     heading = 83,
 };
 
-/// The states that matter here, by their bits in the protocol.
+/// The states that matter here, as bit numbers in the protocol.
 enum class AtspiState {
     active = 1,
     enabled = 8,
@@ -65,18 +65,19 @@ private:
 };
 
 [[nodiscard]] QString nameOf(const AtspiReference& object, const AtspiQuestion& question);
-/// What the application behind a connection is made with; empty where it does not say.
+/// The toolkit that the application behind a connection is made with; empty if it does not say.
 [[nodiscard]] QString toolkitOf(const QString& service, const AtspiQuestion& question);
 [[nodiscard]] QList<AtspiReference> childrenOf(const AtspiReference& object, const AtspiQuestion& question);
 [[nodiscard]] AtspiRole roleOf(const AtspiReference& object, const AtspiQuestion& question);
 [[nodiscard]] AtspiStates statesOf(const AtspiReference& object, const AtspiQuestion& question);
 
-/// Whether an element is a terminal; absent where it does not say so in a way that counts. A terminal in a
-/// web page, as editors made with one have, calls itself a text field, and only some toolkits know the role.
+/// Whether an element is a terminal; absent if its role does not decide it. A terminal in a web page, as in
+/// editors built on a browser engine, has the role of a text field, and only some toolkits use the terminal
+/// role.
 [[nodiscard]] std::optional<bool> isTerminal(const AtspiReference& object, const AtspiQuestion& question);
 
-/// An element that an application tells of; or, with a null reference, the focused element of an application
-/// that tells of none: then only its PRIMARY selection is known.
+/// An element that an application reports; or, with a null reference, the focused element of an application
+/// that reports none, of which only the PRIMARY selection is known.
 class AtspiElement final : public AccessibleElement {
 public:
     AtspiElement(AtspiReference object, std::shared_ptr<const AtspiContext> context);
@@ -98,14 +99,14 @@ private:
 
     AtspiReference m_object;
     std::shared_ptr<const AtspiContext> m_context;
-    std::optional<AtspiRole> m_role;              ///< once asked
-    std::optional<ElementSelection> m_selection;  ///< once asked
+    std::optional<AtspiRole> m_role;              ///< cached
+    std::optional<ElementSelection> m_selection;  ///< cached
 };
 
-/// A menu bar, or an item of it: only there for what hangs below.
+/// A menu bar, or an item of it, from which only the children are used.
 ///
-/// Some toolkits put a menu's items right below the menu-bar item, others below a menu of its own; here they
-/// are always below a menu.
+/// Some toolkits put a menu's items directly below the item of the menu bar, others below a menu object. Here
+/// they are always below a menu.
 class AtspiMenuBar final : public AccessibleElement {
 public:
     enum class Level { bar, barItem };

@@ -10,7 +10,7 @@ namespace tralio {
 namespace {
 
 constexpr qint64 frontLimit = 150;   // milliseconds
-constexpr qint64 suspectLimit = 30;  // of those for one application, which may hang
+constexpr qint64 suspectLimit = 30;  // of this, for one application, which may hang
 
 bool hasActiveWindow(const AtspiReference& application, const AtspiQuestion& question) {
     const auto windows = childrenOf(application, question);
@@ -19,14 +19,15 @@ bool hasActiveWindow(const AtspiReference& application, const AtspiQuestion& que
     });
 }
 
-/// The application behind a connection of another process: we have only one thread to ask ourselves with.
+/// The application behind a connection; absent for our own, since a blocking call to ourselves would never be
+/// answered.
 std::optional<AtspiApplication> describe(const QString& service, const AtspiQuestion& question) {
     const auto process = question.bus.processOf(service, question.budget);
     if (!process || *process == QCoreApplication::applicationPid())
         return std::nullopt;
     const AtspiReference root{service, AtspiBus::desktop().path};
     const QString name = nameOf(root, question);
-    // GNOME's title bars of X windows are a program of their own.
+    // GNOME draws the title bars of X windows in a separate process, which is no application.
     if (name == u"mutter-x11-frames")
         return std::nullopt;
     return AtspiApplication{*process, name, toolkitOf(service, question)};
@@ -40,7 +41,7 @@ std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus) {
         auto application = describe(last.service, question);
         if (application) {
             application->answers = statesOf(last, question).contains(AtspiState::active);
-            // One that hangs is believed: what it said last stands.
+            // If it hangs, its last report still counts.
             if (application->answers || question.budget.isSpent())
                 return application;
         }

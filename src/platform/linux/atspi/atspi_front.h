@@ -12,12 +12,13 @@ class AtspiBus;
 struct AtspiApplication {
     qint32 processId = 0;
     QString name;
-    QString toolkit;      ///< what it is made with; empty where it does not say
-    bool answers = true;  ///< whether it says so now; it said so last, but hangs, where not
+    QString toolkit;      ///< the toolkit it is made with; empty if it does not say
+    bool answers = true;  ///< false if it hangs, so that only its last report says that it is active
 };
 
-/// The application whose window is active, by the accessibility bus: the one that said so last, or else one
-/// that is searched. Takes 150 ms at the most; absent when no application on the bus has an active window.
+/// The application with the active window according to the accessibility bus: the one that reported it last
+/// or, if that no longer holds, one found by searching. Takes up to 150 ms; absent when no application on the
+/// bus has an active window.
 [[nodiscard]] std::optional<AtspiApplication> activeAtspiApplication(const AtspiBus& bus);
 
 }  // namespace tralio

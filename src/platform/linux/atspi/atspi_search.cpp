@@ -9,8 +9,8 @@
 namespace tralio {
 namespace {
 
-constexpr qint64 searchLimit = 120;      // milliseconds, of the layer's: PRIMARY wants some too
-constexpr qint64 applicationLimit = 30;  // of those for one that may not be the one in question, and may hang
+constexpr qint64 searchLimit = 120;  // milliseconds; less than the layer's limit, to leave time for PRIMARY
+constexpr qint64 applicationLimit = 30;  // of this, for one that may be the wrong one, and may hang
 constexpr int menuBarDepth = 5;
 
 AtspiContext withinLimit(const AtspiContext& whole, qint64 limit) {
@@ -25,8 +25,8 @@ AtspiReference activeWindowOf(const AtspiReference& application, const AtspiQues
     return {};
 }
 
-/// The window of an application that reaches the bus through a sandbox's proxy: it is known by its title, as
-/// the process is the proxy's.
+/// The active window of an application that reaches the bus through a sandbox's proxy. It is recognised by
+/// its title, since the process is the proxy's.
 AtspiReference activeWindowBehindProxy(const QList<AtspiReference>& proxied, const AtspiContext& context) {
     for (const AtspiReference& application : proxied) {
         const AtspiContext limited = withinLimit(context, applicationLimit);
@@ -37,8 +37,8 @@ AtspiReference activeWindowBehindProxy(const QList<AtspiReference>& proxied, con
     return {};
 }
 
-/// Whether a menu bar may hang below. What else stands in a window may be a table that makes its cells when
-/// asked for them.
+/// Whether an element with this role may contain a menu bar. Others are not entered: a table creates its
+/// cells when they are asked for.
 bool holdsMenuBars(AtspiRole role) {
     switch (role) {
         case AtspiRole::filler:
@@ -82,10 +82,10 @@ AtspiReference searchFocus(const AtspiContext& whole) {
         waiting.pop_front();
         for (const AtspiReference& child : childrenOf(element, context)) {
             const AtspiStates states = statesOf(child, context);
-            // Some toolkits call the tab above the focused page focused too, though it cannot be.
+            // Some toolkits also report the tab of the focused page as focused, although it is not focusable.
             if (states.contains(AtspiState::focused) && states.contains(AtspiState::focusable))
                 return child;
-            // A table makes its cells when asked for them, a spreadsheet by the million.
+            // A table creates its cells when they are asked for; a spreadsheet has millions.
             if (states.contains(AtspiState::showing) && !states.contains(AtspiState::managesDescendants))
                 waiting.push_back(child);
         }

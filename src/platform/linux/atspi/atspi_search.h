@@ -4,13 +4,13 @@
 
 namespace tralio {
 
-// Looking for something in an application's tree. Null when it is not found within the context's time.
+// Searches in an application's tree. The result is null when nothing is found within the context's time.
 
-/// The active window of the process in question. Which process an application is the bus knows: hung ones in
-/// the list cost nothing.
+/// The active window of the context's process. The bus itself knows the processes, so that hung applications
+/// in the list cost nothing.
 [[nodiscard]] AtspiReference activeWindow(const AtspiContext& context);
 
-/// The focused element of the active window, among what is visible, breadth first.
+/// The focused element of the active window; searched breadth first among the visible elements.
 [[nodiscard]] AtspiReference searchFocus(const AtspiContext& context);
 
 [[nodiscard]] AtspiReference searchMenuBar(const AtspiReference& window, const AtspiContext& context);

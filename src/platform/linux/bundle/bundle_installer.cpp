@@ -24,9 +24,9 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// For reading an archive that is as large as an application.
+/// The limit for reading an archive, which is as large as an application.
 constexpr auto archiveLimit = 60s;
-/// Bytes of the list of what an archive holds, of which a bundle has some ten files.
+/// In bytes. The listing of an archive's files may not be longer; a bundle has about ten files.
 constexpr qsizetype longestListing = 1'000'000;
 
 void checkScript(const QString& path) {
@@ -39,7 +39,7 @@ void checkScript(const QString& path) {
         throw LocalizedError(u"Không ghi được %1."_s.arg(path));
 }
 
-/// The program's environment, with `folder` as the first place to look for programs.
+/// This program's environment with `folder` first in PATH.
 QProcessEnvironment environmentWith(const QString& folder) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"PATH"_s, folder + u':' + environment.value(u"PATH"_s, u"/usr/bin:/bin"_s));
@@ -50,7 +50,7 @@ bool mayWriteIn(const QString& folder) {
     return faccessat(AT_FDCWD, QFile::encodeName(folder).constData(), W_OK, AT_EACCESS) == 0;
 }
 
-/// Whether a folder can be removed with all that it holds.
+/// Whether a folder can be removed with its contents.
 bool mayRemove(const QString& folder) {
     if (!mayWriteIn(QFileInfo(folder).path()) || !mayWriteIn(folder))
         return false;
@@ -62,14 +62,15 @@ bool mayRemove(const QString& folder) {
     return true;
 }
 
-/// A listing that is whole and went well, by the status at its end; else nothing.
+/// The listing, if it is complete and the command succeeded, by the exit status at its end; else empty.
 QByteArray wholeListing(const QByteArray& output) {
     constexpr QByteArrayView success = "=0\n";
     return output.size() <= longestListing && output.endsWith(success) ? output.chopped(success.size())
                                                                        : QByteArray();
 }
 
-/// Whether all of these paths inside an archive lie in the one bundle at its top, and the program is there.
+/// Whether all of these paths inside an archive are in the one bundle at its top, and the program is among
+/// them.
 bool lieInBundle(const QByteArray& paths) {
     const QList<QByteArray> lines = paths.trimmed().split('\n');
     return lines.contains("Tralio.app/Contents/MacOS/TralioApp") &&
@@ -79,9 +80,9 @@ bool lieInBundle(const QByteArray& paths) {
         });
 }
 
-/// Whether all lines of a listing, which begin with the kind and the rights of a file, are of plain files
-/// (also of those whose packer said no kind) and folders. Archives of other systems have links, too, and
-/// other words for them.
+/// Whether all lines of a listing, each of which begins with a file's kind and permissions, are plain files
+/// (also those that were packed without a kind) or folders. Archives from other systems may have links, and
+/// other letters for them.
 bool areFilesAndFolders(const QByteArray& listing) {
     const QList<QByteArray> lines = listing.trimmed().split('\n');
     return std::all_of(lines.begin(), lines.end(), [](const QByteArray& line) {
@@ -89,7 +90,7 @@ bool areFilesAndFolders(const QByteArray& listing) {
     });
 }
 
-/// Whether the owner may run every file of a listing that lies where the bundle has its programs.
+/// Whether the owner may execute every file of a listing that is in the bundle's folder of programs.
 bool mayProgramsRun(const QByteArray& listing) {
     const QList<QByteArray> lines = listing.trimmed().split('\n');
     return std::all_of(lines.begin(), lines.end(), [](const QByteArray& line) {
@@ -104,7 +105,7 @@ bool mayProgramsRun(const QByteArray& listing) {
 BundleInstaller::BundleInstaller(Places places) : m_places(std::move(places)) {}
 
 bool BundleInstaller::isPackaged() const {
-    // The file system's standard leaves all of /usr but this to the distribution.
+    // The Filesystem Hierarchy Standard reserves /usr for the distribution, except /usr/local.
     const QString folder = QDir::cleanPath(m_places.programs) + u'/';
     return folder.startsWith(u"/usr/") && !folder.startsWith(u"/usr/local/");
 }
@@ -121,8 +122,9 @@ void BundleInstaller::checkProgram() const {
 }
 
 QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
-    // WORKAROUND: gcc 12 does not compile a list of arguments inside a coroutine.
-    // What the archive says of its sizes, unzip does not hold it to.
+    // The argument lists are variables. WORKAROUND: gcc 12 does not compile a braced list of arguments inside
+    // a coroutine. The content is measured by unpacking it, since unzip does not enforce the sizes that the
+    // archive states.
     const QStringList measure{u"-c"_s,
         u"%1 -p \"$0\" | head -c %2 | wc -c"_s.arg(m_places.unzip).arg(m_places.largestContent + 1), zipPath};
     const QStringList test{u"-tqq"_s, zipPath};
@@ -133,7 +135,7 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
             zipPath};
     };
     const QStringList names = list(u"-Z1"_s, {});
-    const QStringList kinds = list(u"-Zs"_s, u"'*'"_s);  // which leaves head and sum away
+    const QStringList kinds = list(u"-Zs"_s, u"'*'"_s);  // the pattern suppresses the header and the summary
     const ProgramResult measured = co_await runProgram(u"/bin/sh"_s, measure, archiveLimit);
     const qint64 content = measured.output.trimmed().toLongLong();
     if (measured.status != 0 || content > m_places.largestContent)
@@ -158,8 +160,8 @@ qint64 BundleInstaller::availableIn(const QString& folder) {
 }
 
 void BundleInstaller::checkRoom(qint64 content) const {
-    // The script unpacks into one folder and copies to another, and looks at neither's end.
-    const qint64 needed = content + content / 10 + (1 << 20);  // files take whole blocks
+    // The script unpacks into one folder and copies to another, and checks the result of neither step.
+    const qint64 needed = content + content / 10 + (1 << 20);  // files occupy whole blocks
     const QString unpacked = QDir::tempPath();
     const QString installed = QFileInfo(m_places.bundle).path();
     const bool areOne = QStorageInfo(unpacked).device() == QStorageInfo(installed).device();

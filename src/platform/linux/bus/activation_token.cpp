@@ -3,8 +3,7 @@
 namespace tralio {
 namespace {
 
-/// Where the toolkit, like every program that is started, looks for the token; it takes the token away when
-/// it has used it.
+/// Qt looks for the token here, as every started program does, and unsets the variable once it has used it.
 constexpr auto tokenVariable = "XDG_ACTIVATION_TOKEN";
 
 }  // namespace

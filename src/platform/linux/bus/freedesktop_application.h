@@ -8,8 +8,9 @@ namespace tralio {
 
 class SessionService;
 
-/// The standard face of the session service, which desktops use for the actions of a desktop file. Action
-/// names: `translate-selection`, `capture-screen`, `open`, and `translate-text` with the text as parameter.
+/// The standard interface of the session service, through which desktops call the actions of a desktop file.
+/// Action names: `translate-selection`, `capture-screen`, `open`, and `translate-text` with the text as
+/// parameter.
 class FreedesktopApplication final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")

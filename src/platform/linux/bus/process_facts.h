@@ -4,12 +4,13 @@
 
 namespace tralio {
 
-// What the system tells of another process of this user; empty or false where it tells nothing.
+// What /proc says about another process of this user; empty or false if it says nothing.
 
-/// The name of its program, shortened to 15 characters.
+/// The name of its program, truncated to 15 characters by the kernel.
 [[nodiscard]] QString processName(qint32 processId);
 
-/// Whether it passes on what a sandboxed application says on a bus, and so stands there in its place.
+/// Whether it is a proxy that forwards the bus messages of a sandboxed application, and so appears in its
+/// place.
 [[nodiscard]] bool isBusProxy(qint32 processId);
 
 }  // namespace tralio

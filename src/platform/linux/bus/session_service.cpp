@@ -35,7 +35,7 @@ QDBusConnection SessionService::anotherConnection() {
 }
 
 void SessionService::watchBus() {
-    // The library itself says so, in the name of the bus.
+    // Qt itself emits this signal, in the name of the bus.
     m_bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
         this, SLOT(busEnded()));
 }
@@ -67,13 +67,13 @@ SessionService::Claim SessionService::claim() {
         debugLog(u"SessionService: no session bus"_s);
         return Claim::noSessionBus;
     }
-    // The object first: whoever waits for the name calls as soon as it is there.
+    // Register the object first: clients that wait for the name call as soon as it appears.
     m_bus.registerObject(
         QLatin1String(path), this, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAdaptors);
     if (m_bus.registerService(QLatin1String(name)))
         return Claim::claimed;
     m_bus.unregisterObject(QLatin1String(path));
-    // A sandbox may refuse the name too; then nobody has it.
+    // A sandbox may refuse the name, too; then no instance owns it.
     const bool taken = m_bus.interface()->isServiceRegistered(QLatin1String(name));
     debugLog(taken ? u"SessionService: another instance runs"_s : u"SessionService: the name is refused"_s);
     return taken ? Claim::takenByAnother : Claim::noSessionBus;

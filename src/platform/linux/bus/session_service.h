@@ -12,16 +12,16 @@ namespace tralio {
 
 /// The program's object on the session bus: org.tralio.Tralio, at /org/tralio/Tralio.
 ///
-/// It is how there is one instance in a session, how a compositor without global shortcuts for programs binds
-/// its keys to ours, and how other programs hand over a text. The same actions answer to the standard
-/// interface org.freedesktop.Application. Whoever calls gets the reply at once; the action runs in the next
-/// turn of the event loop.
+/// It makes sure that a session has one instance. Compositors without global shortcuts for programs bind
+/// their keys to its methods, and other programs hand over texts through it. The same actions are available
+/// through the standard interface org.freedesktop.Application. Callers get the reply at once; the action runs
+/// in the next turn of the event loop.
 class SessionService final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.tralio.Tralio")
 
 public:
-    /// What the calls do. A call whose action is empty does nothing.
+    /// The actions behind the calls. A call whose action is empty does nothing.
     struct Actions {
         std::function<void()> open;
         std::function<void()> translateSelection;
@@ -30,9 +30,9 @@ public:
     };
 
     enum class Claim {
-        claimed,         ///< this is the session's instance, and calls arrive from now on
-        takenByAnother,  ///< an instance runs already
-        noSessionBus,    ///< nobody can tell
+        claimed,         ///< this process is the instance, and calls arrive from now on
+        takenByAnother,  ///< another instance runs
+        noSessionBus,    ///< there is no bus, or it refuses the name
     };
 
     static constexpr auto name = "org.tralio.Tralio";
@@ -40,18 +40,18 @@ public:
 
     using Connect = std::function<QDBusConnection()>;
 
-    /// `reconnect` makes a new connection when the bus has ended: a new one may come in its place.
+    /// `reconnect` makes a new connection after the bus has ended, since another bus may replace it.
     explicit SessionService(
         QDBusConnection bus = QDBusConnection::sessionBus(), Connect reconnect = &anotherConnection);
     ~SessionService() override;
 
     void setActions(Actions actions) { m_actions = std::move(actions); }
 
-    /// Becomes the session's instance, if there is none.
+    /// Makes this process the session's instance, if there is none.
     [[nodiscard]] Claim claim();
 
-    /// Has the instance that runs already open its window, with the activation token that this process was
-    /// started with. Waits two seconds at the most; false when it does not answer.
+    /// Makes the running instance open its window, with the activation token that this process was started
+    /// with. Waits up to two seconds; false if there is no answer.
     [[nodiscard]] bool openRunningInstance() const;
 
 private Q_SLOTS:
@@ -70,7 +70,8 @@ private:
     void watchBus();
     void returnToBus();
 
-    /// Runs an action later. The token lets the window come to the front; it is empty where none was given.
+    /// Runs an action in the next turn of the event loop. The token lets its window come to the front; it may
+    /// be empty.
     void run(std::function<void()> action, const QString& activationToken = {});
     void translateText(const QString& text, const QString& activationToken);
     void runNamed(const QString& action, const QVariantList& parameter, const QString& activationToken);

@@ -10,7 +10,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// What takes its picture without the user has no reason to take longer.
+/// The limit for a tool that takes the picture without waiting for the user.
 constexpr std::chrono::milliseconds whileItDraws = std::chrono::seconds(15);
 
 const QString grim = u"grim"_s;
@@ -30,7 +30,8 @@ bool GrimCapture::isInstalled() {
 QCoro::Task<qint32> GrimCapture::run(QString outputPath) {
     const ProgramResult drawn = co_await runProgram(slurp, QStringList(), whileTheUserDraws);
     if (drawn.status != 0) {
-        debugLog(u"GrimCapture: slurp ended with status %1"_s.arg(drawn.status));  // a cancel's is the same
+        // the status after a cancel is the same
+        debugLog(u"GrimCapture: slurp ended with status %1"_s.arg(drawn.status));
         co_return drawn.status;
     }
     const QStringList arguments{u"-g"_s, QString::fromUtf8(drawn.output).trimmed(), outputPath};
@@ -45,8 +46,8 @@ bool SpectacleCapture::isInstalled() {
 }
 
 QCoro::Task<qint32> SpectacleCapture::run(QString outputPath) {
-    // By itself, and not by one that runs already, which would end this at once and draw later; in the
-    // background and without a notification, a region, to a file.
+    // -n: no notification; -b: in the background; -r: a region; -o: to a file. -i: a new instance, since with
+    // one that is already running this process would end at once and the picture would come later.
     const QStringList arguments{u"-i"_s, u"-b"_s, u"-n"_s, u"-r"_s, u"-o"_s, outputPath};
     const ProgramResult picture = co_await runProgram(spectacle, arguments, whileTheUserDraws);
     if (picture.status != 0)

@@ -4,7 +4,7 @@
 
 namespace tralio {
 
-/// The capture tool of wlroots compositors: slurp lets the user draw, grim takes the picture.
+/// The capture tool for wlroots compositors: the user selects a region with slurp, grim takes the picture.
 class GrimCapture final : public CaptureTool {
 public:
     [[nodiscard]] static bool isInstalled();
@@ -18,7 +18,7 @@ public:
     [[nodiscard]] QCoro::Task<qint32> run(QString outputPath) override;
 };
 
-/// Where the session has no way to capture the screen.
+/// For sessions without a way to capture the screen.
 class NoCapture final : public CaptureTool {
 public:
     [[nodiscard]] QCoro::Task<qint32> run(QString outputPath) override;

@@ -4,10 +4,10 @@
 
 namespace tralio {
 
-/// The capture tool as the helper program that draws the selection on the screen.
+/// The capture tool on X11: the helper program that lets the user select a region on the screen.
 class RegionPicker final : public CaptureTool {
 public:
-    /// `program` is the helper's path.
+    /// `program` is the path of the helper.
     explicit RegionPicker(QString program);
 
     [[nodiscard]] QCoro::Task<qint32> run(QString outputPath) override;

@@ -24,13 +24,14 @@ QCoro::Task<ProgramResult> runProgram(
     }
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.setStandardInputFile(QProcess::nullDevice());  // some read theirs to the end before they begin
+    // some programs read their input to the end before they begin
+    process.setStandardInputFile(QProcess::nullDevice());
     process.setChildProcessModifier([] {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
-        umask(S_IRWXG | S_IRWXO);  // what it writes, a picture of the screen, is the user's alone
+        umask(S_IRWXG | S_IRWXO);  // the output is a picture of the screen: only the user may read it
     });
     process.start(program, arguments);
-    // A moment, which ends when the system has loaded the program, or has not.
+    // Blocks only until the system has loaded the program, or has failed to.
     if (!process.waitForStarted()) {
         debugLog(u"runProgram: %1: %2"_s.arg(program, process.errorString()));
         co_return ProgramResult{CaptureTool::notStarted, {}};

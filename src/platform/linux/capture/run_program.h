@@ -8,7 +8,7 @@
 
 namespace tralio {
 
-/// How another program ended that was run for us.
+/// How a program that was run for us ended.
 struct ProgramResult {
     qint32 status = 0;  ///< CaptureTool::notStarted when it could not be started, crashed or took too long
     QByteArray output;
@@ -19,7 +19,7 @@ struct ProgramResult {
 constexpr std::chrono::milliseconds whileTheUserDraws = std::chrono::minutes(2);
 constexpr std::chrono::milliseconds howeverLong(-1);
 
-/// Runs a program to its end, which comes after `limit` at the latest, and when we end ourselves.
+/// Runs a program to its end. It is killed after `limit`, or when this program ends.
 [[nodiscard]] QCoro::Task<ProgramResult> runProgram(
     QString program, QStringList arguments, std::chrono::milliseconds limit);
 

@@ -24,7 +24,7 @@ const QString appearanceGroup = u"org.freedesktop.appearance"_s;
 const QString gnomeGroup = u"org.gnome.desktop.interface"_s;
 const QString textScaleKey = u"text-scaling-factor"_s;
 
-/// A colour as the portal gives it: three numbers from 0 to 1, or something outside for "none".
+/// A colour as the portal sends it: three numbers from 0 to 1. Numbers outside this range mean "none".
 std::optional<QColor> portalColour(const QVariant& value) {
     if (value.userType() != qMetaTypeId<QDBusArgument>())
         return std::nullopt;

@@ -9,8 +9,8 @@
 
 namespace tralio {
 
-/// What the desktop asks of every program's looks: from the settings portal where one runs, and otherwise
-/// from the palette that the toolkit found. Followed while the program runs.
+/// What the desktop asks of the appearance of programs: from the settings portal if one runs, else from the
+/// palette that Qt found. Kept up to date while the program runs.
 class DesktopAppearance final : public QObject {
     Q_OBJECT
 

@@ -9,11 +9,11 @@ namespace tralio {
 class AccessibilitySwitch;
 
 /// Accessibility is the desktop's own switch, which we may turn on when the user asks for it. Whether the
-/// screen may be captured is known beforehand: on X11 every program may, and elsewhere the desktop has its
-/// own tool for it, or has none.
+/// screen can be captured needs no permission: on X11 every program can, and elsewhere the desktop has its
+/// own tool for it, or none.
 class DesktopPermissions final : public Permissions {
 public:
-    /// `canCapture` is asked whenever somebody wants to know.
+    /// `canCapture` is called at every query.
     DesktopPermissions(AccessibilitySwitch& accessibility, std::function<bool()> canCapture);
 
     bool isAccessibilityTrusted() const override;

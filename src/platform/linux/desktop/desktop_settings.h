@@ -4,8 +4,8 @@
 
 namespace tralio {
 
-/// Opens a link in the default program; an `x-apple.systempreferences:` link in the settings program of the
-/// desktop that runs, where it has one.
+/// Opens a link in the default program. An `x-apple.systempreferences:` link opens the settings program of
+/// the running desktop, if it has one.
 void openDesktopURL(const QUrl& url);
 
 }  // namespace tralio

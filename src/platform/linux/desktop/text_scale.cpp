@@ -27,11 +27,11 @@ constexpr double usualDpi = 96;
 constexpr double most = 3;
 
 struct XScreen {
-    bool hasDpi = false;  ///< that every toolkit of X heeds
-    double room = most;   ///< how often the window's least size has room on the smallest monitor
+    bool hasDpi = false;  ///< Xft.dpi, which all X toolkits obey, is set
+    double room = most;   ///< how many times the window's minimum size fits on the smallest monitor
 };
 
-/// In pixels, of which the window still makes something.
+/// The smallest usable window, in pixels.
 constexpr double leastWidth = 550;
 constexpr double leastHeight = 440;
 
@@ -74,7 +74,7 @@ QString rememberedScale() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tralio/text-scale"_s;
 }
 
-/// Whether the portal has not said anything, unlike one that does not know what it was asked.
+/// Whether the portal has not answered at all, unlike one that answers that it does not know the setting.
 bool isAbsent(const QDBusError& error) {
     switch (error.type()) {
         case QDBusError::ServiceUnknown:
@@ -88,7 +88,8 @@ bool isAbsent(const QDBusError& error) {
     }
 }
 
-/// GNOME's, which other desktops' portals tell, too; what it told last where it is not there yet.
+/// GNOME's text scale, which the portals of other desktops report, too. If the portal is not there yet, the
+/// value that it reported last.
 double portalScale() {
     const QString name = u"tralio text scale"_s;
     double scale = 1;
@@ -97,7 +98,7 @@ double portalScale() {
         auto read = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
             u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"Read"_s);
         read << u"org.gnome.desktop.interface"_s << u"text-scaling-factor"_s;
-        read.setAutoStartService(false);  // at the start of a session that would take a second
+        read.setAutoStartService(false);  // starting the portal takes a second when a session begins
         const QDBusMessage reply = bus.call(read, QDBus::Block, portalLimit);
         QVariant value = reply.arguments().value(0);
         if (isAbsent(QDBusError(reply))) {
@@ -116,7 +117,7 @@ double portalScale() {
     return scale;
 }
 
-/// KDE's, which is a resolution for fonts.
+/// KDE's text scale, which is stored as a font resolution.
 double kdeScale(bool isWayland) {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     const QSettings fonts(QDir(folder).filePath(u"kcmfonts"_s), QSettings::IniFormat);

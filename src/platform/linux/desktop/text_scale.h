@@ -9,28 +9,29 @@
 
 namespace tralio {
 
-/// Enlarges everything by the size of text that the user has chosen for the desktop, while the application
-/// object is made: the window grows with its text, and scrolls where the screen is too small. X programs are
-/// told by Xft.dpi on the desktops that have a settings daemon, which the toolkit heeds by itself; this is
-/// for all the others. A scale that is chosen while the program runs counts from its next start, since the
-/// toolkit takes one only then.
+/// Scales the whole interface by the text size that the user has chosen for the desktop: the window grows
+/// with its text, and scrolls where the screen is too small. Active while the application object is made. On
+/// desktops with an X settings daemon the scale comes by Xft.dpi, which Qt obeys by itself; this is for all
+/// the others. A scale that is chosen while the program runs takes effect at its next start, since Qt reads
+/// it only once.
 ///
-/// The scale is for this process: programs that it starts must not inherit it.
+/// The environment variable is for this process: programs that it starts must not inherit it.
 class TextScale final {
 public:
-    /// `compositorScreens` is asked where the windows are Wayland's own, for sizes in their units.
+    /// `compositorScreens` is called where our windows are native Wayland ones; it returns sizes in their
+    /// units.
     explicit TextScale(const std::function<std::vector<QSize>()>& compositorScreens);
     TextScale(const TextScale&) = delete;
     TextScale& operator=(const TextScale&) = delete;
-    /// To be called once the application object is there.
+    /// Destroy it once the application object exists.
     ~TextScale();
 
-    /// Keeps what the desktop's portal tells for the next start, which may come before the portal's; 1 where
-    /// it tells nothing.
+    /// Stores the scale that the desktop's portal reports, for the next start, which may happen before the
+    /// portal runs; 1 if it reports none.
     static void remember(double portalScale);
 
 private:
-    std::optional<QByteArray> m_former;  ///< the variable's value, if it was changed
+    std::optional<QByteArray> m_former;  ///< the variable's former value, if it was changed
 };
 
 }  // namespace tralio

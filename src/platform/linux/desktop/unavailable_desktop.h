@@ -13,8 +13,7 @@
 
 namespace tralio {
 
-/// The services of a session in which no program may reach into another: each answers, truthfully, that there
-/// is nothing to be had.
+/// The services of a session in which no program can access another: each reports that nothing is available.
 struct UnavailableDesktop {
     struct HotKeys final : HotKeyPlatform {
         EventHandlerRef installEventHandler(EventHandler handler) override;
@@ -53,7 +52,7 @@ struct UnavailableDesktop {
     } permissions;
 };
 
-/// The clipboard as the toolkit gives it, for sessions where nothing closer to the window system is at hand.
+/// The clipboard through Qt, for sessions without direct access to the window system's.
 class ToolkitPasteboard final : public Pasteboard {
 public:
     ToolkitPasteboard();

@@ -62,7 +62,7 @@ void writeAll(int file, std::string_view bytes) {
         if (written > 0)
             bytes.remove_prefix(static_cast<size_t>(written));
         else if (errno != EINTR)
-            _exit(EXIT_FAILURE);  // nobody is there to read
+            _exit(EXIT_FAILURE);  // the reader has gone
     }
 }
 

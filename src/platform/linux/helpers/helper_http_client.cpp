@@ -28,7 +28,7 @@ HelperProcess::Terms httpTerms(QString program) {
             .talksNonsense = u"Tiến trình kết nối mạng trả lời không hợp lệ."_s}};
 }
 
-/// A host of its own letters goes by them to the user alone.
+/// Errors show an internationalised host name in its own script; the request uses the ASCII form.
 Head headOf(const HttpRequest& request, std::chrono::milliseconds idleTimeout) {
     const QUrl& url = request.url;
     Head head{.url = url.toEncoded().toStdString(),
@@ -86,7 +86,7 @@ QCoro::Task<HttpResponse> HelperHttpClient::submit(std::function<Request(Id)> re
         [this](Id stopped) { cancel(stopped, std::make_exception_ptr(TransportError::cancelled())); });
     const QFuture<HttpResponse> future = m_jobs.future(id);
     const std::string frame = encode(request(id));
-    // The helper would take it for no frame at all, and end with every other request.
+    // The helper would reject such a frame as broken, and end with all other requests.
     if (frame.size() > maximumRequest) {
         m_jobs.fail(id,
             std::make_exception_ptr(TransportError(
@@ -97,7 +97,7 @@ QCoro::Task<HttpResponse> HelperHttpClient::submit(std::function<Request(Id)> re
     }
     const HttpResponse response = co_await future;
 
-    // This object may be gone by now. The reply may have been on its way when the user cancelled.
+    // This object may be destroyed by now. A reply that was on its way when the user cancelled is dropped.
     if (stop.stop_requested())
         throw TransportError::cancelled();
     co_return response;
@@ -114,7 +114,8 @@ void HelperHttpClient::take(const Piece& piece) {
     const Details* job = m_jobs.find(piece.id);
     if (!job || !job->receive || job->stop.stop_requested())
         return;
-    const Receive receive = job->receive;  // which may settle the job
+    // a copy, since the call may settle the job and so destroy the original
+    const Receive receive = job->receive;
     try {
         receive(QByteArray::fromStdString(piece.bytes), piece.totalSize);
     } catch (const LocalizedError&) {

@@ -11,18 +11,19 @@
 
 namespace tralio {
 
-/// Has requests sent by a process of ours, `tralio-http`: what the network and the TLS library take goes with
-/// it, the question for a proxy holds nobody up, and what arrives from the network is taken apart elsewhere.
+/// Sends requests through a helper process, `tralio-http`: the memory of the network and TLS libraries is
+/// freed with it, the question for a proxy blocks nobody here, and data from the network is parsed in another
+/// process.
 ///
-/// After a POST the process is kept for a minute: the next text often follows soon. Should it crash or hang,
-/// the requests under way fail; none is sent again.
+/// After a POST the process is kept for a minute, since the next text often follows soon. If it crashes or
+/// hangs, the requests under way fail; none is sent again.
 class HelperHttpClient final : public QObject, public HttpClient {
 public:
     HelperHttpClient(QString program, Clock& clock);
     ~HelperHttpClient() override;
 
-    /// Tells that a request to the server of that address will follow soon: what a new connection costs is
-    /// paid meanwhile. Without an address only the process is started.
+    /// Announces a request to the server of that address, so that the new connection can be prepared. With an
+    /// empty address only the process is started.
     void prepare(const QUrl& server);
 
     [[nodiscard]] QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,
@@ -30,13 +31,13 @@ public:
     [[nodiscard]] QCoro::Task<HttpResponse> download(HttpRequest request, Receive receive,
         std::chrono::milliseconds idleTimeout, std::stop_token stop) override;
 
-    /// The running process, or 0.
+    /// The process id of the running helper, or 0.
     [[nodiscard]] qint64 helperProcessId() const { return m_helper.processId(); }
 
 private:
     struct Details {
         Receive receive;
-        bool isText = false;  ///< a POST, after which another may follow
+        bool isText = false;  ///< a POST, after which another is likely
         std::stop_token stop;
     };
     using Id = http_protocol::Id;
@@ -49,7 +50,7 @@ private:
     void take(const http_protocol::Failed& failed);
     void take(const http_protocol::Pong& /*pong*/) {}
     void cancel(Id id, const std::exception_ptr& why);
-    /// What holds once a job is settled.
+    /// Applied once a job is settled: how long the helper is still kept.
     void rest(bool afterText);
 
     HelperProcess m_helper;

@@ -14,15 +14,15 @@
 
 namespace tralio {
 
-/// What is under way with a helper: each job is settled exactly once, by an answer or by a failure, and who
-/// waits for it resumes from the event loop. `Details` is what else its owner has to know of a job.
+/// The jobs under way with a helper. Each is settled exactly once, by an answer or by a failure, and its
+/// awaiter resumes from the event loop. `Details` is what else the owner needs to know about a job.
 template <typename Answer, typename Details>
 class HelperJobs final {
 public:
     using Id = quint32;
 
-    /// A new job, numbered in the order in which they come. Once its stop is asked for, on any thread,
-    /// `onStop` is called from the event loop of `context`, if that is still there.
+    /// Adds a job; ids ascend in the order of arrival. When a stop is requested, on any thread, `onStop` is
+    /// called from the event loop of `context`, if that still exists.
     Id add(Details details, const std::stop_token& stop, QObject* context, std::function<void(Id)> onStop) {
         const Id id = ++m_lastId;
         auto job = std::make_unique<Job>(std::move(details));
@@ -38,15 +38,15 @@ public:
     [[nodiscard]] QFuture<Answer> future(Id id) const { return m_jobs.at(id)->promise.future(); }
     [[nodiscard]] bool isEmpty() const { return m_jobs.empty(); }
 
-    /// Of a job that is not settled, or null.
+    /// The details of a job, or null if it is settled.
     [[nodiscard]] Details* find(Id id) {
         const auto found = m_jobs.find(id);
         return found == m_jobs.end() ? nullptr : &found->second->details;
     }
-    /// The one that came first of those that are not settled; there is one.
+    /// The oldest job that is not settled. There must be one.
     [[nodiscard]] Id first() const { return m_jobs.begin()->first; }
 
-    /// Nothing happens when the job is settled already.
+    /// Does nothing if the job is settled already.
     void succeed(Id id, Answer answer) {
         if (const auto job = take(id)) {
             job->promise.addResult(std::move(answer));

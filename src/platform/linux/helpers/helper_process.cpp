@@ -33,7 +33,7 @@ HelperProcess::HelperProcess(Terms terms, Clock& clock)
     : m_terms(std::move(terms)), m_clock(clock), m_frames(m_terms.maximumReply) {}
 
 HelperProcess::~HelperProcess() {
-    // Also those that have been told to end.
+    // Also the processes that have been told to end.
     for (QProcess* process : findChildren<QProcess*>()) {
         process->disconnect();
         process->kill();
@@ -63,8 +63,8 @@ void HelperProcess::start() {
     m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     connect(m_process, &QProcess::readyReadStandardOutput, this, &HelperProcess::read);
     connect(m_process, &QProcess::finished, this, &HelperProcess::concludeEnd);
-    // What cannot be started may say so from within `start`, while a frame is still to be sent; and may have
-    // been given up by the time that it is heard.
+    // QProcess may report the failure from within `start`, while a frame is still to be sent: it is handled
+    // later, if this process has not been given up by then.
     const auto refuseStart = [this, process = QPointer(m_process)] {
         if (process && m_process == process)
             giveUp(m_terms.words.cannotStart);

@@ -15,17 +15,17 @@
 
 namespace tralio {
 
-/// A program beside ours that works for us, and the life that it leads: it is started by the first frame that
-/// is sent to it, watched while it is at work, kept for a time after that, and then let go by the end of its
-/// input. One that ends, hangs or talks nonsense is given up: who had work with it is told in words, and the
-/// next frame starts another.
+/// A helper program of ours and its life cycle. The first frame that is sent starts it; it is watched while
+/// it is at work, kept for some time afterwards, and then ended by closing its input. If it ends by itself,
+/// hangs or sends what is no valid frame, it is given up: `lost` carries an error message for the work under
+/// way, and the next frame starts a new process.
 ///
 /// Used from the main thread.
 class HelperProcess final : public QObject {
     Q_OBJECT
 
 public:
-    /// What its owner tells the user when the program is of no use any more.
+    /// The error messages with which the helper's work is reported as lost.
     struct Words {
         QString cannotStart;
         QString ended;
@@ -33,42 +33,42 @@ public:
         QString talksNonsense;
     };
     struct Terms {
-        QString program;  ///< its path; started with `serving::argument`
+        QString program;  ///< path of the program; started with `serving::argument`
         std::map<QString, QString> environment = {};
-        size_t maximumReply = 0;                 ///< bytes of a payload
-        std::optional<std::string> ping = {};    ///< a frame that is answered also by one that is at work
-        std::chrono::milliseconds silence = {};  ///< for how long one that is at work may say nothing
+        size_t maximumReply = 0;                 ///< of a payload, in bytes
+        std::optional<std::string> ping = {};    ///< a frame that the helper answers even while it is at work
+        std::chrono::milliseconds silence = {};  ///< how long it may send nothing while at work
         Words words;
     };
 
     HelperProcess(Terms terms, Clock& clock);
     ~HelperProcess() override;
 
-    /// Starts the program unless it runs, and keeps it for that time.
+    /// Starts the program if it does not run, and keeps it at least for that time.
     void prepare(std::chrono::milliseconds keep);
 
     void send(const std::string& frame);
 
-    /// While it is at work, the program is watched, and stays.
+    /// While it is at work, the program is watched for silence and not ended.
     void setAtWork(bool isAtWork);
 
-    /// The program may say nothing for so long from now on, until its next frame.
+    /// Until its next frame the program may be silent for that time, from now on.
     void allowSilence(std::chrono::milliseconds silence);
 
-    /// Lets the program stay for that time at least, if it runs.
+    /// Keeps the program, if it runs, at least for that time.
     void keepFor(std::chrono::milliseconds time);
 
-    /// Ends the program, whose work is lost: `lost` is emitted with these words.
+    /// Kills the program and emits `lost` with this message.
     void giveUp(const QString& words);
 
-    /// Of the program that runs, or 0.
+    /// The process id of the running program, or 0.
     [[nodiscard]] qint64 processId() const;
 
 Q_SIGNALS:
-    /// A frame has come. Who cannot read it calls `refuse`.
+    /// A frame has arrived. A receiver that cannot decode it calls `refuse`.
     void arrived(const std::string& payload);
 
-    /// What was under way has failed.
+    /// The work under way has failed.
     void lost(const QString& words);
 
 public:
@@ -90,7 +90,7 @@ private:
     bool m_isAtWork = false;
     ScheduledCall m_pings;
     ScheduledCall m_silence;
-    std::map<std::chrono::milliseconds, ScheduledCall> m_kept;  ///< by the time that was asked for
+    std::map<std::chrono::milliseconds, ScheduledCall> m_kept;  ///< by the duration that was asked for
 };
 
 }  // namespace tralio

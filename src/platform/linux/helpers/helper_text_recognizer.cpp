@@ -19,8 +19,8 @@ constexpr auto afterAnImage = 60s;
 
 HelperProcess::Terms recognizerTerms(QString program, std::chrono::milliseconds silence) {
     return {.program = std::move(program),
-        // On a busy machine the engines' own threads make a paragraph ten times slower, and the library reads
-        // this only when the process starts.
+        // On a busy machine the engine's OpenMP threads make a paragraph ten times slower. The library reads
+        // this variable only when the process starts.
         .environment = {{u"OMP_THREAD_LIMIT"_s, u"1"_s}},
         .maximumReply = maximumReply,
         .silence = silence,
@@ -34,7 +34,7 @@ QString cancelled() {
     return u"Đã hủy nhận dạng."_s;
 }
 
-/// The reply of the kind that was asked for. Any other is a failure.
+/// The reply of the expected kind; throws for any other.
 template <typename Expected>
 Expected expect(const Reply& reply) {
     if (const auto* expected = std::get_if<Expected>(&reply))
@@ -46,7 +46,7 @@ Expected expect(const Reply& reply) {
     throw LocalizedError(u"Bộ nhận dạng trả lời sai câu hỏi."_s);
 }
 
-/// Under which the helper opens it.
+/// The path at which the helper opens the picture.
 QString pathOf(const Picture& picture) {
     if (picture->size() > largestPicture)
         throw LocalizedError(tooLarge());
@@ -78,7 +78,7 @@ void HelperTextRecognizer::prepare() {
     m_helper.keepFor(afterAnImage);
 }
 
-// After a suspension neither coroutine touches this object, which may be gone.
+// After their suspension these two coroutines must not touch this object, which may be destroyed by then.
 
 QCoro::Task<QStringList> HelperTextRecognizer::supportedLanguages(std::stop_token stop) {
     const QFuture<Reply> future = submit(LanguagesRequest{}, stop);
@@ -132,7 +132,7 @@ void HelperTextRecognizer::take(const std::string& payload) {
     if (const auto* progress = std::get_if<Progress>(&*reply)) {
         m_helper.allowSilence(m_silence);
         if (const Details* job = m_jobs.find(m_current); job && job->linesRead)
-            LinesRead(job->linesRead)(progress->lines);  // a copy: it may stop the job
+            LinesRead(job->linesRead)(progress->lines);  // a copy: the call may stop the job
         return;
     }
     m_jobs.succeed(std::exchange(m_current, 0), *std::move(reply));
@@ -142,7 +142,7 @@ void HelperTextRecognizer::take(const std::string& payload) {
 }
 
 void HelperTextRecognizer::cancel(Jobs::Id id) {
-    // The engine would go on reading, and the next image would have to wait.
+    // The engine cannot be interrupted, and the next image would have to wait for it.
     if (id == m_current)
         m_helper.giveUp(cancelled());
     else

@@ -11,16 +11,17 @@
 
 namespace tralio {
 
-/// Has text recognised by a process of ours, `tralio-ocr`, which holds the engines and decodes what comes
-/// from files, so that neither their size nor a broken image is felt here.
+/// Recognises text through a helper process, `tralio-ocr`, which holds the engines and decodes image files,
+/// so that their memory is freed with it and a broken image cannot harm this process.
 ///
-/// It serves one image after the other, and is kept for a minute after the last one. One that crashes, hangs
-/// or talks nonsense costs only the image that it was busy with. Used from the main thread.
+/// It handles one image at a time and is kept for a minute after the last one. If it crashes, hangs or sends
+/// what is no valid frame, only the image that it was busy with fails. Used from the main thread.
 class HelperTextRecognizer final : public QObject, public TextRecognizer {
 public:
     struct Limits {
         std::chrono::milliseconds anyRequest = std::chrono::seconds(20);
-        std::chrono::milliseconds perMegapixel = std::chrono::seconds(5);  ///< on top, for a decoded image
+        /// added once the image is decoded
+        std::chrono::milliseconds perMegapixel = std::chrono::seconds(5);
     };
 
     /// `program` is the helper's path. The clock outlives the recogniser.
@@ -33,13 +34,13 @@ public:
     [[nodiscard]] QCoro::Task<std::vector<TextObservation>> recognize(
         ImageSource image, RecognitionRequest request, std::stop_token stop, LinesRead linesRead) override;
 
-    /// The running helper's process, or 0.
+    /// The process id of the running helper, or 0.
     [[nodiscard]] qint64 helperProcessId() const { return m_helper.processId(); }
 
 private:
     struct Details {
         std::string frame;
-        Picture picture;  ///< that has to be there while the helper reads it
+        Picture picture;  ///< kept alive while the helper reads it
         LinesRead linesRead;
     };
     using Jobs = HelperJobs<recogniser_protocol::Reply, Details>;
@@ -53,8 +54,8 @@ private:
     Limits m_limits;
     HelperProcess m_helper;
     Jobs m_jobs;
-    std::chrono::milliseconds m_silence{};  ///< that the image under way is allowed
-    Jobs::Id m_current = 0;                 ///< the job that is with the helper, or 0
+    std::chrono::milliseconds m_silence{};  ///< how long the current image may take without a frame
+    Jobs::Id m_current = 0;                 ///< the job that the helper works on, or 0
 };
 
 }  // namespace tralio

@@ -8,23 +8,28 @@
 #include <variant>
 #include <vector>
 
-/// What the program and its HTTP helper say to each other, in frames. Requests are served side by side; each
-/// ends with one `Done` or `Failed`, but for a cancelled one, of which nothing more may come. Texts are
-/// UTF-8.
+/// The messages between the program and its HTTP helper. Requests are served in parallel; each ends with one
+/// `Done` or `Failed`, except that after a `Cancel` there may be no reply. Texts are UTF-8.
 namespace tralio::http_protocol {
 
-/// More than any answer of a model; what exceeds it is a server gone wild, and would fill the memory.
+/// In bytes. No answer of a model is larger; beyond this the server has gone wrong, and would fill the
+/// memory.
 inline constexpr size_t maximumBody = 4 * 1024 * 1024;
+
+/// In bytes as they come, with everything around the body.
+inline constexpr size_t maximumTransfer = 4 * maximumBody;
+/// The same for a body in pieces, above the limit of whoever takes those.
+inline constexpr size_t maximumPieces = 600'000'000;
 
 inline constexpr size_t maximumRequest = 64 * 1024 * 1024;
 inline constexpr size_t maximumReply = maximumBody + 64 * 1024;
 
 using Id = uint32_t;
 
-/// What every request has.
+/// What all requests have.
 struct Head {
     std::string url;     ///< encoded, its host in ASCII
-    std::string server;  ///< how the user is told of it
+    std::string server;  ///< the name that error messages show
     std::vector<std::pair<std::string, std::string>> headers = {};
     std::chrono::milliseconds idleTimeout{};
 };
@@ -37,14 +42,14 @@ struct Post {
 struct Get {
     Id id = 0;
     Head head;
-    bool inPieces = false;  ///< or the body comes with `Done`
+    bool inPieces = false;  ///< otherwise the whole body comes with `Done`
 };
 struct Cancel {
     Id id = 0;
 };
-/// To be answered at once, with `Pong`: by a helper that hangs, not.
+/// Answered at once with `Pong`, unless the helper hangs.
 struct Ping {};
-/// A request to the server of that address will follow soon: the connection may be made already.
+/// A request to the server of that address will follow soon, so the connection may be prepared.
 struct Prepare {
     std::string url;
 };
@@ -57,7 +62,7 @@ struct Piece {
 };
 struct Done {
     Id id = 0;
-    std::optional<int> status;  ///< absent when what came back was not HTTP
+    std::optional<int> status;  ///< absent if the reply was not HTTP
     std::string body;
 };
 struct Failed {
@@ -70,7 +75,7 @@ using Reply = std::variant<Piece, Done, Failed, Pong>;
 [[nodiscard]] std::string encode(Request request);
 [[nodiscard]] std::string encode(Reply reply);
 
-/// The message of a payload, or nothing when it is none.
+/// The message in a payload; nothing if the payload is invalid.
 [[nodiscard]] std::optional<Request> decodeRequest(std::string_view payload);
 [[nodiscard]] std::optional<Reply> decodeReply(std::string_view payload);
 

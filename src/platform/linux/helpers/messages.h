@@ -34,7 +34,7 @@ struct Reader {
         std::memcpy(value, rest.data(), size);
         rest.remove_prefix(size);
     }
-    /// So many bytes; where they are fewer, none, and nothing is good from then on.
+    /// `size` if that many bytes are left; otherwise 0, and the reader has failed from then on.
     [[nodiscard]] size_t allowed(size_t size) {
         isGood = isGood && size <= rest.size();
         return isGood ? size : 0;
@@ -44,7 +44,7 @@ struct Reader {
     bool isGood = true;
 };
 
-/// What is sent as it stands in memory: both ends run on one machine.
+/// Values that are sent as they are in memory: both ends run on the same machine.
 template <typename Value>
 concept IsPlain =
     std::is_arithmetic_v<Value> || std::is_enum_v<Value> || std::is_same_v<Value, std::chrono::milliseconds>;
@@ -55,7 +55,7 @@ void pass(auto& stream, Value& value) {
 }
 
 void pass(auto& stream, bool& value) {
-    auto byte = static_cast<unsigned char>(value);  // which may be any when it comes
+    auto byte = static_cast<unsigned char>(value);  // which may have any value when it arrives
     stream.copy(&byte, 1);
     value = byte != 0;
 }
@@ -90,7 +90,7 @@ void pass(auto& stream, std::optional<Value>& value) {
         pass(stream, value ? *value : value.emplace());
 }
 
-/// A list, element by element: room for whatever count is told would be too much.
+/// A list is read element by element: reserving space for the count that was sent would trust it.
 template <typename List>
 requires requires(List& list) {
     list.emplace_back();
@@ -102,7 +102,7 @@ void pass(auto& stream, List& list) {
         pass(stream, i < list.size() ? list[i] : list.emplace_back());
 }
 
-/// The frame of a message.
+/// The frame that carries a message.
 template <typename Message>
 [[nodiscard]] std::string encode(Message message) {
     Writer writer;
@@ -112,7 +112,7 @@ template <typename Message>
     return frames::frame(writer.bytes);
 }
 
-/// The alternative of a number, its fields read.
+/// Reads the fields of the alternative with this index.
 template <typename Message, size_t alternative = 0>
 [[nodiscard]] std::optional<Message> readAlternative(Reader& reader, uint8_t number) {
     if constexpr (alternative < std::variant_size_v<Message>) {
@@ -126,7 +126,7 @@ template <typename Message, size_t alternative = 0>
     }
 }
 
-/// The message of a payload; anything short, wrong or left over makes it nothing.
+/// The message in a payload; nothing if it is too short, invalid or has bytes left over.
 template <typename Message>
 [[nodiscard]] std::optional<Message> decode(std::string_view payload) {
     Reader reader{payload};

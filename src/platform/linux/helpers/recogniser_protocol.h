@@ -16,13 +16,13 @@
 /// number of `Progress`.
 namespace tralio::recogniser_protocol {
 
-/// More than this is refused before it is decoded.
+/// A larger image is refused before it is decoded.
 inline constexpr qint64 maximumPixels = 64'000'000;
 
 inline constexpr size_t maximumRequest = 64 * 1024;
 inline constexpr size_t maximumReply = 16 * 1024 * 1024;
 
-/// What the user is told of such an image, and of one of more than `largestPicture` bytes.
+/// The error messages for an image of that size, and for one of more than `largestPicture` bytes.
 [[nodiscard]] QString tooLarge(QSize size);
 [[nodiscard]] QString tooLarge();
 
@@ -37,11 +37,11 @@ using Request = std::variant<PrepareRequest, LanguagesRequest, RecognizeRequest>
 struct LanguagesReply {
     QStringList languages;
 };
-/// The image could be decoded and is of this size; how long the rest may take depends on that.
+/// The image has been recognised as one of this size, by which the time limit for the rest is set.
 struct Accepted {
     QSize size;
 };
-/// So many lines have been read so far; more will come.
+/// The number of lines read so far; more will follow.
 struct Progress {
     qint32 lines = 0;
 };
@@ -57,7 +57,7 @@ using Reply = std::variant<LanguagesReply, Accepted, Progress, ObservationsReply
 [[nodiscard]] std::string encode(Request request);
 [[nodiscard]] std::string encode(Reply reply);
 
-/// The message of a payload, or nothing when it is none.
+/// The message in a payload; nothing if the payload is invalid.
 [[nodiscard]] std::optional<Request> decodeRequest(std::string_view payload);
 [[nodiscard]] std::optional<Reply> decodeReply(std::string_view payload);
 

@@ -6,25 +6,28 @@
 
 namespace tralio {
 
-/// How an application copies its selection by the keyboard. In a terminal Control+C would interrupt what runs
+/// The shortcut that copies an application's selection. In a terminal Control+C would interrupt what runs
 /// there.
 enum class CopyShortcut { control, controlShift, none };
 
 /// What is known of the application that would get the keys.
 struct CopyTarget {
-    /// What it goes by: its ids, the class and the instance of its window, the program of its process.
+    /// Its names: application ids, class and instance of its window, name of its process.
     QStringList names;
-    /// Whether the element with the focus is a terminal; absent where nobody tells whose word counts.
+    /// Whether the element with the focus is a terminal; absent where there is no reliable answer.
     std::optional<bool> focusIsTerminal;
-    /// Whether its process serves a terminal, or has one served; absent where the process is not known.
+    /// Whether its process, or one that this has started, serves a terminal; absent if the process is
+    /// unknown.
     std::optional<bool> servesTerminal;
 };
 
-/// Control+C only into what is told to be no terminal, nothing into a terminal that is not known by name.
+/// Control+C only where something shows that the target is no terminal; `none` for terminals not known by
+/// name.
 [[nodiscard]] CopyShortcut copyShortcutIn(const CopyTarget& target);
 
-/// Whether one of these names is that of a program in which Control+C begins or ends something else, and may
-/// be what the next key is taken for. The marks of such programs are the PRIMARY selection.
+/// Whether one of these names is of a program in which Control+C does something else than copying, and may
+/// change the meaning of the next key, or passes it on to another machine, where it may interrupt what runs
+/// in a terminal. What can be had of their selections is in PRIMARY.
 [[nodiscard]] bool hasOtherKeys(const QStringList& names);
 
 }  // namespace tralio

@@ -3,7 +3,7 @@
 namespace tralio {
 namespace {
 
-/// X key codes leave out the first eight numbers.
+/// X key codes are evdev codes plus 8.
 constexpr quint8 x11Offset = 8;
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Lower-cased and blank-separated.
+/// Lower-case, separated by blanks.
 constexpr QStringView terminalsWithShortcut =
     u" gnome-terminal gnome-terminal-server gnome-terminal- org.gnome.terminal org.gnome.console kgx "
     u"org.gnome.ptyxis ptyxis konsole org.kde.konsole yakuake org.kde.yakuake xfce4-terminal mate-terminal "
@@ -31,13 +31,15 @@ bool isAnyAmong(QStringView known, const QStringList& names) {
         });
 }
 
-/// The device number of a terminal that a program serves, and not a line of the machine's.
+/// Whether a device number (as in /proc/PID/stat) is that of a pseudo-terminal, and not of a console or
+/// serial line.
 bool isServed(qint32 terminal) {
     const int major = terminal >> 8 & 0xfff;
     return major >= 136 && major <= 143;
 }
 
-/// By its open files; absent where they are hidden.
+/// Whether the process holds the master side of a pseudo-terminal, by its open files; absent where they are
+/// hidden.
 std::optional<bool> hasTerminalOpenForServing(qint32 processId) {
     const QDir files(u"/proc/%1/fd"_s.arg(processId));
     const QStringList names = files.entryList(QDir::Files | QDir::Dirs | QDir::System | QDir::NoDotAndDotDot);
@@ -69,7 +71,7 @@ ProcessTable::ProcessTable() {
         QFile stat(u"/proc/%1/stat"_s.arg(entry));
         if (!entry.front().isDigit() || !stat.open(QIODevice::ReadOnly))
             continue;
-        // 4711 (a name (of any kind)) S parent group session terminal …
+        // The fields: 4711 (a name (of any kind)) S parent group session terminal …
         const QByteArray line = stat.readAll();
         const qsizetype nameStart = line.indexOf('(') + 1;
         const qsizetype nameEnd = line.lastIndexOf(')');

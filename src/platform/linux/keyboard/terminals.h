@@ -8,15 +8,15 @@
 
 namespace tralio {
 
-// What is a terminal, or holds one: Control+C interrupts there.
+// Which programs are terminals or contain one: Control+C interrupts there.
 
-/// Whether one of these names is that of a terminal in which Control+Shift+C copies.
+/// Whether one of these names is of a terminal in which Control+Shift+C copies.
 [[nodiscard]] bool isTerminalWithShortcut(const QStringList& names);
-/// The same of a terminal in which nothing typed does.
+/// Whether one of these names is of a terminal that has no shortcut for copying.
 [[nodiscard]] bool isTerminalWithoutShortcut(const QStringList& names);
 [[nodiscard]] bool isKnownTerminal(const QStringList& names);
 
-/// The processes of one moment.
+/// A snapshot of the running processes.
 class ProcessTable final {
 public:
     /// Reads /proc, which takes some milliseconds.
@@ -28,14 +28,14 @@ public:
     /// with another group's rights are hidden.
     [[nodiscard]] std::optional<bool> servesTerminal(qint32 processId) const;
 
-    /// The processes whose program has this name, of which the system knows 15 characters.
+    /// The processes whose program has this name; the kernel keeps only its first 15 characters.
     [[nodiscard]] QList<qint32> named(const QString& name) const;
 
 private:
     struct Process {
         qint32 id = 0;
         qint32 parent = 0;
-        qint32 terminal = 0;  ///< at which it runs; 0 for none
+        qint32 terminal = 0;  ///< the controlling terminal; 0 for none
         QString name;
     };
 

@@ -7,7 +7,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Of a hot key on a desktop that does not tell when it is let go.
+/// The limit for desktops that do not report the release of a hot key.
 constexpr auto longestHold = 1s;
 
 }  // namespace
@@ -19,7 +19,7 @@ void HeldHotKey::press(HotKeyID id) {
     if (m_limit && m_id != id)
         end();
     m_id = id;
-    // A desktop that repeats it while it is held puts this off.
+    // A desktop that repeats the press while the key is held restarts this.
     m_limit = m_clock.after(longestHold, [this] { end(); });
 }
 

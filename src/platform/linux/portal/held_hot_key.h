@@ -13,11 +13,11 @@ namespace tralio {
 /// repeats the key for ever.
 class HeldHotKey final {
 public:
-    /// `count` is told of each when it is let go, or when it has been down for longer than the desktop may
-    /// take to say so.
+    /// `count` is called for each hot key when it is released, or when the desktop has reported neither its
+    /// release nor a repeat for too long.
     HeldHotKey(Clock& clock, std::function<void(HotKeyID)> count);
 
-    /// Again for one that is down: the desktop repeats it.
+    /// Called again for a key that is already down: the desktop repeats it.
     void press(HotKeyID id);
     void letGo(HotKeyID id);
 
@@ -27,7 +27,7 @@ private:
     Clock& m_clock;
     std::function<void(HotKeyID)> m_count;
     HotKeyID m_id{};
-    ScheduledCall m_limit;  ///< while one is down
+    ScheduledCall m_limit;  ///< active while a hot key is down
 };
 
 }  // namespace tralio

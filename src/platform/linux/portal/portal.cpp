@@ -17,9 +17,9 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-constexpr int quickAnswer = 250;    // milliseconds: of a portal that runs
-constexpr int slowAnswer = 25'000;  // of one that the call itself starts
-/// What a portal that ended on its own has to come back by itself, before we call for it.
+constexpr int quickAnswer = 250;    // milliseconds, for a portal that already runs
+constexpr int slowAnswer = 25'000;  // for one that the call itself starts
+/// How long a portal that has ended may take to come back by itself, before a call of ours starts it.
 constexpr auto timeToComeBack = 5s;
 const QString versionProperty = u"version"_s;
 
@@ -51,7 +51,7 @@ Portal::Portal(QDBusConnection bus, QStringList interfaces, Clock& clock)
         QLatin1String(service), m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](const QString& /*name*/, const QString& before, const QString& now) {
-            // Both at once where a portal is started in another's place.
+            // Both happen at once when one portal replaces another.
             if (!before.isEmpty())
                 forgetPortal();
             if (!now.isEmpty())
@@ -86,7 +86,7 @@ void Portal::introduce() {
     auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(registration), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         call->deleteLater();
-        // One that was started by the call hears it twice, and refuses the second.
+        // A portal that was started by the call gets it twice, and refuses the second one.
         if (!call->isError())
             m_knowsUs = true;
         else if (!m_knowsUs && call->error().type() == QDBusError::Other)
@@ -107,7 +107,7 @@ void Portal::askVersion(const QString& interface, int limit) {
         [this, interface, limit, call, introduction = m_introduction] {
             call->deleteLater();
             if (introduction != m_introduction)
-                return;  // that portal is gone, or was not there yet
+                return;  // an answer of an earlier portal, or from before there was one
             if (call->error().type() == QDBusError::NoReply && limit == quickAnswer)
                 askVersion(interface, slowAnswer);
             else
@@ -127,7 +127,7 @@ uint Portal::awaitVersion(const QString& interface) {
     const auto asked = m_asked.constFind(interface);
     if (asked != m_asked.cend() && asked->limit == quickAnswer) {
         QDBusPendingCall call = asked->call;
-        call.waitForFinished();  // has a time limit of its own
+        call.waitForFinished();  // bounded: the call has a time limit of its own
         const QDBusPendingReply<QDBusVariant> reply = call;
         if (reply.isValid())
             return reply.value().variant().toUInt();

@@ -19,20 +19,20 @@ enum class PortalOutcome {
     granted,
     cancelled,  ///< by the user
     failed,     ///< by the desktop, with or without a reason
-    silent,     ///< no answer within the time limit
+    silent,     ///< there was no answer within the time limit
 };
 
 struct PortalAnswer {
     PortalOutcome outcome = PortalOutcome::failed;
     QVariantMap results;
-    QString error;  ///< of the call itself, for the log
+    QString error;  ///< error of the call itself, for the log
 
-    /// How it ended, for the log.
+    /// The outcome as a text for the log.
     [[nodiscard]] QString words() const;
 };
 
-/// The desktop portal (org.freedesktop.portal.Desktop), on a bus connection of its own: the portal learns
-/// which application a connection belongs to from its first call, which must be the one that says so.
+/// The desktop portal (org.freedesktop.portal.Desktop), on a bus connection of its own: the portal takes the
+/// application id of a connection from its first call, which therefore must be the registration.
 class Portal final : public QObject {
     Q_OBJECT
 
@@ -42,34 +42,34 @@ public:
     static constexpr auto service = "org.freedesktop.portal.Desktop";
     static constexpr auto path = "/org/freedesktop/portal/desktop";
 
-    /// A connection to the session bus for the portal alone.
+    /// A connection to the session bus for use by the portal only.
     [[nodiscard]] static QDBusConnection ownConnection();
 
-    /// `interfaces` are those whose versions will be asked for. Introduces itself and asks at once, and again
-    /// whenever the portal has started anew.
+    /// `interfaces` are those whose versions are asked for. Registers with the portal and asks at once, and
+    /// again whenever the portal has been started anew.
     Portal(QDBusConnection bus, QStringList interfaces, Clock& clock);
 
     [[nodiscard]] QDBusConnection& bus() { return m_bus; }
 
-    /// The version of one of the interfaces, as far as known; zero where the portal has it not, or has not
-    /// said yet.
+    /// The version of one of the interfaces; zero if the portal does not have it, or has not answered yet.
     [[nodiscard]] uint version(const QString& interface) const { return m_versions.value(interface); }
 
-    /// The same, but gives a portal that runs the time to say: a quarter of a second from when it was asked.
+    /// The same, but waits for a running portal's answer, up to a quarter of a second after the question.
     uint awaitVersion(const QString& interface);
 
-    /// Calls a method that answers by a request object. `done` is called once, later, and not after `context`
-    /// is gone. A time limit of zero is none: the user may be reading a dialog. A portal that goes takes what
-    /// it was asked with it: that has failed.
+    /// Calls a method that answers through a request object. `done` is called once, later, and not after
+    /// `context` is destroyed. A limit of zero means none: the user may be reading a dialog. If the portal
+    /// goes away, its requests end as failed.
     void request(const QString& interface, const QString& method, const QVariantList& arguments,
         QVariantMap options, std::chrono::milliseconds limit, QObject* context, Done done);
 
 Q_SIGNALS:
-    /// What the portal has is known, or that there is none: at start, and whenever it may have changed.
+    /// The versions are known, or it is known that there is no portal. Emitted after the start and after
+    /// every change of the portal.
     void ready();
     void gone();
-    /// One of the desktop's programs behind the portal has ended, and with it what it kept for us, of which
-    /// the portal itself says nothing.
+    /// A desktop-specific backend of the portal has ended, and with it the state that it kept for us. The
+    /// portal itself does not report this.
     void backendGone();
 
 private:
@@ -88,7 +88,7 @@ private:
     QStringList m_interfaces;
     Clock& m_clock;
     QHash<QString, uint> m_versions;
-    QHash<QString, Question> m_asked;  ///< for versions, until answered
+    QHash<QString, Question> m_asked;  ///< open questions for versions
     /// Counts the portals we introduced ourselves to, so that a late answer from an earlier one is
     /// recognised.
     int m_introduction = 0;

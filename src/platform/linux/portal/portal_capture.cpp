@@ -23,16 +23,17 @@ constexpr auto timeLimit = 2min;
 constexpr qint32 taken = 0;
 constexpr qint32 notTaken = 1;
 
-/// Puts the desktop's picture where it is wanted. Desktops keep what was captured among the user's pictures,
-/// where nobody has asked for this one.
+/// Moves the desktop's picture to where it is wanted. Desktops save a capture among the user's pictures,
+/// where nobody has asked for this one, so it is deleted there.
 bool take(const QUrl& picture, const QDateTime& begun, const QString& outputPath) {
     const QString path = picture.toLocalFile();
-    // What is no regular file may have no end.
+    // Anything but a regular file may have no end.
     if (!QFileInfo(path).isFile())
         return false;
-    // Whatever format it has: the recogniser looks at the bytes, and nobody else does.
+    // Any format will do: only the recogniser reads the file, and it goes by the bytes.
     const bool copied = QFileInfo(path).size() <= largestPicture && QFile::copy(path, outputPath);
-    QFile::setPermissions(outputPath, QFile::ReadOwner | QFile::WriteOwner);  // and not those of the original
+    // not the permissions of the original
+    QFile::setPermissions(outputPath, QFile::ReadOwner | QFile::WriteOwner);
     if (QFileInfo(path).lastModified() >= begun)
         QFile::remove(path);
     return copied;
@@ -41,7 +42,7 @@ bool take(const QUrl& picture, const QDateTime& begun, const QString& outputPath
 }  // namespace
 
 QCoro::Task<qint32> PortalCapture::run(QString outputPath) {
-    const QDateTime begun = QDateTime::currentDateTime().addSecs(-1);  // file systems round
+    const QDateTime begun = QDateTime::currentDateTime().addSecs(-1);  // file systems round time stamps
     const auto promise = std::make_shared<QPromise<PortalAnswer>>();
     promise->start();
     const QVariantMap options{{u"interactive"_s, true}};

@@ -12,7 +12,7 @@ public:
 
     explicit PortalCapture(Portal& portal) : m_portal(portal) {}
 
-    /// A desktop that has not answered after two minutes has cancelled.
+    /// A desktop that has not answered after two minutes counts as cancelled.
     [[nodiscard]] QCoro::Task<qint32> run(QString outputPath) override;
 
 private:

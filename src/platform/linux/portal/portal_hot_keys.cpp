@@ -24,7 +24,7 @@ PortalHotKeys::PortalHotKeys(Portal& portal, std::vector<Purpose> purposes, Cloc
       m_held(clock, [this](HotKeyID id) { count(id); }) {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
-    // Not at a path: some backends send it from the portal's, some from the session's.
+    // Any path: some backends send the signal from the portal's path, some from the session's.
     m_portal.bus().connect(QLatin1String(Portal::service), QString(), QLatin1String(interface),
         u"Activated"_s, this, SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
     m_portal.bus().connect(QLatin1String(Portal::service), QString(), QLatin1String(interface),
@@ -54,7 +54,8 @@ void PortalHotKeys::installStatusHandler(StatusHandler handler) {
 }
 
 HotKeyPlatform::Registration PortalHotKeys::registerHotKey(const KeyCombination& combination, HotKeyID id) {
-    // A hot key that waits for a portal has no reference by which it could have been given up.
+    // A hot key that was registered before there was a portal has no reference through which it could have
+    // been unregistered: it is replaced here.
     if (std::erase_if(m_hotKeys, [&](const HotKey& other) { return other.id == id; }) > 0)
         scheduleSession();
     const auto trigger = shortcutTrigger(combination);
@@ -67,7 +68,8 @@ HotKeyPlatform::Registration PortalHotKeys::registerHotKey(const KeyCombination&
         return {HotKeyStatus::taken, std::nullopt};
 
     const HotKeyRef ref{++m_lastRef};
-    // Desktops keep the key that they have for a name, whatever we wish for later: another key, another name.
+    // Desktops keep the key that they have stored for a name and ignore later preferences. So the name
+    // contains the key.
     m_hotKeys.push_back({ref, id, purpose->name + u'.' + *trigger, *trigger, purpose->description});
     scheduleSession();
     if (m_portal.awaitVersion(QLatin1String(interface)) == 0)
@@ -96,9 +98,10 @@ void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& sho
     const QVariantMap& options) {
     if (session.path() != m_session)
         return;
-    m_isToBeRenewed |= bool(m_pauseEnd);  // it works, and what was told meanwhile is to be told anew
+    // the portal works after all: a new session reports the state of the hot keys anew
+    m_isToBeRenewed |= bool(m_pauseEnd);
     trustDesktop();
-    // A restored session and a bound one may both tell of the same press.
+    // With a restored and a newly bound session the same press may arrive twice.
     if (std::exchange(m_lastPress, {shortcut, timestamp}) == std::pair(shortcut, timestamp) && timestamp != 0)
         return;
     const HotKey* pressed = hotKeyBy(shortcut);

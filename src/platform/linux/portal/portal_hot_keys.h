@@ -16,19 +16,19 @@
 
 namespace tralio {
 
-/// Hot keys by the GlobalShortcuts portal, where the desktop's word counts: it may ask the user, choose
-/// another key, or refuse. A registration says only whether there is such a portal; what came of it is told
-/// later.
+/// Hot keys through the GlobalShortcuts portal, where the desktop decides: it may ask the user, choose
+/// another key, or refuse. A registration only says whether there is such a portal; the result arrives later,
+/// through the status handler.
 ///
-/// The portal binds once in a session's life, so that every change of a hot key makes a new session. A
-/// session ends with the portal; a new one is made when the portal is back.
+/// The portal allows one binding per session, so every change of a hot key makes a new session. A session
+/// ends with the portal; a new one is made when the portal is back.
 class PortalHotKeys final : public QObject, public HotKeyPlatform {
     Q_OBJECT
 
 public:
     static constexpr auto interface = "org.freedesktop.portal.GlobalShortcuts";
 
-    /// What the desktop shows its user of a hot key, and names it by for good.
+    /// How the desktop shows a hot key to the user, and the name under which it stores it for good.
     struct Purpose {
         HotKeyID id;
         QString name;
@@ -56,17 +56,17 @@ private:
     struct HotKey {
         HotKeyRef ref;
         HotKeyID id;
-        QString shortcut;  ///< the portal's id of it
+        QString shortcut;  ///< the id under which the portal knows it
         QString trigger;
         QString description;
     };
 
-    /// Makes a new session in the next turn of the event loop: hot keys change together.
+    /// Makes a new session in the next turn of the event loop, so that several changes of hot keys share one.
     void scheduleSession();
     /// Makes a new session after the desktop has ended this one: at once the first time, and after a pause
     /// if no hot key press has arrived since then.
     void reopen();
-    /// The same after a pause, which doubles from a minute to an hour.
+    /// Makes a new session after a pause. The pause doubles from a minute up to an hour.
     void scheduleAfterPause();
     /// A press has arrived, so the portal works: reopen at once next time, and reset the pause.
     void trustDesktop();
@@ -82,15 +82,15 @@ private:
     }
     [[nodiscard]] QList<PortalShortcut> wantedShortcuts() const;
     [[nodiscard]] bool hasAll(const PortalAnswer& listed) const;
-    /// Null for one that is not ours any more.
+    /// Null if the shortcut is not ours any more.
     [[nodiscard]] const HotKey* hotKeyBy(const QString& shortcut) const;
-    /// Tells the handlers of a press.
+    /// Passes a press to the handlers.
     void count(HotKeyID id);
-    /// Tells which hot keys the desktop has by its answer, and logs on which keys.
+    /// Reports to the status handler which hot keys the desktop has bound, and logs the keys.
     void report(const PortalAnswer& answer) const;
     void reportAll(HotKeyStatus status) const;
 
-    /// Calls a method of the portal's; the answer counts only if the session is still the same then.
+    /// Calls a method of the portal; the answer is ignored if the session has changed by then.
     void ask(const QString& method, const QVariantList& arguments, const QVariantMap& options,
         std::chrono::milliseconds limit, const Portal::Done& done);
 
@@ -101,12 +101,12 @@ private:
     StatusHandler m_statusHandler;
     std::vector<HotKey> m_hotKeys;
     quint64 m_lastRef = 0;
-    quint64 m_generation = 0;  ///< of the session
+    quint64 m_generation = 0;  ///< counts sessions, to recognise late answers
     bool m_scheduled = false;
-    bool m_isCreating = false;     ///< a session, for which there is no answer yet
-    bool m_isBinding = false;      ///< there is no answer yet
-    bool m_mayReopen = false;      ///< at once
-    bool m_isToBeRenewed = false;  ///< once no hot key is held
+    bool m_isCreating = false;     ///< CreateSession has not been answered yet
+    bool m_isBinding = false;      ///< BindShortcuts has not been answered yet
+    bool m_mayReopen = false;      ///< at once, without a pause
+    bool m_isToBeRenewed = false;  ///< as soon as no hot key is held
     std::chrono::milliseconds m_pause = shortestPause;
     ScheduledCall m_pauseEnd;
     QString m_session;

@@ -13,7 +13,8 @@ using namespace Qt::StringLiterals;
 
 const QString requestInterface = u"org.freedesktop.portal.Request"_s;
 
-/// Where the portal will put the request's object: the answer may come before the call's own reply does.
+/// The path where the portal will create the request object. Listening there at once matters: the answer may
+/// arrive before the reply to the call.
 QString expectedPath(const QDBusConnection& bus, const QString& token) {
     const QString sender = bus.baseService().mid(1).replace(u'.', u'_');
     return QLatin1String(Portal::path) + u"/request/"_s + sender + u'/' + token;
@@ -40,7 +41,7 @@ void PortalRequest::send(const QDBusMessage& message) {
         if (reply.isError())
             fail(reply.error().message());
         else if (reply.value().path() != m_path)
-            listenAt(reply.value().path());  // portals before 0.9 choose the path themselves
+            listenAt(reply.value().path());  // WORKAROUND: portals before 0.9 choose the path themselves
     });
 }
 

@@ -8,8 +8,8 @@
 
 namespace tralio {
 
-/// One call of the portal whose answer comes as a signal of an object made for it. Deletes itself when it has
-/// called back.
+/// One call of the portal whose answer comes as a signal of a request object. Deletes itself after its
+/// callback.
 class PortalRequest final : public QObject {
     Q_OBJECT
 
@@ -18,10 +18,10 @@ public:
 
     void send(const QDBusMessage& message);
 
-    /// No answer came in time.
+    /// Ends the request because no answer came in time.
     void giveUp();
 
-    /// No answer will come.
+    /// Ends the request because no answer will come.
     void fail(const QString& error);
 
 private Q_SLOTS:

@@ -1,4 +1,4 @@
-// The side of the portal's hot keys that holds a session with the desktop and has them bound in it.
+// The part of PortalHotKeys that creates sessions with the desktop and binds the shortcuts in them.
 #include <QDBusMessage>
 
 #include <algorithm>
@@ -14,14 +14,14 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// A backend that the call itself starts, at a busy login, may need most of it.
+/// At a busy login, a backend that is started by the call itself may need most of this.
 constexpr auto requestLimit = 30s;
-/// For what the user may have to confirm.
+/// For calls that may wait for the user's confirmation.
 constexpr std::chrono::milliseconds noLimit = 0ms;
 
 constexpr std::chrono::milliseconds longestPause = 1h;
 
-/// The same in every run: for want of an application id, KDE keeps shortcuts by it.
+/// The same in every run: KDE stores shortcuts under it where the program has no application id.
 const QString sessionToken = u"tralio"_s;
 
 const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
@@ -30,14 +30,15 @@ const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
 
 void PortalHotKeys::createSession() {
     endSession();
-    // Two sessions of one name at a time end each other; the answer that is awaited makes the next.
+    // Two sessions with the same token at one time end each other. When CreateSession is under way, its
+    // answer makes the next session.
     if (m_isCreating || m_hotKeys.empty())
         return;
     if (m_portal.version(QLatin1String(interface)) == 0) {
         reportAll(HotKeyStatus::unavailable);
         return;
     }
-    // The portal's first drafts took the shortcuts here; KDE 5 still binds these and no others.
+    // WORKAROUND: KDE 5.27 binds only the shortcuts that are passed here, as in the portal's first drafts.
     const QVariantMap options{
         {u"session_handle_token"_s, sessionToken}, {u"shortcuts"_s, QVariant::fromValue(wantedShortcuts())}};
     m_isCreating = true;
@@ -48,7 +49,7 @@ void PortalHotKeys::createSession() {
             if (generation == m_generation)
                 begin(answer);
             else
-                scheduleSession();  // which ends this one
+                scheduleSession();  // which first ends this one
         });
 }
 
@@ -67,7 +68,8 @@ void PortalHotKeys::begin(const PortalAnswer& created) {
 }
 
 QList<PortalShortcut> PortalHotKeys::wantedShortcuts() const {
-    // All of them: backends take a binding for the whole list, and forget what is not in it.
+    // Always all of them: backends take a binding for the complete list, and forget shortcuts that are
+    // missing.
     QList<PortalShortcut> wanted;
     for (const HotKey& hotKey : m_hotKeys) {
         wanted.push_back({hotKey.shortcut,
@@ -100,7 +102,8 @@ void PortalHotKeys::bindShortcuts() {
     m_isBinding = true;
     ask(u"BindShortcuts"_s, arguments, {}, noLimit, [this](const PortalAnswer& answer) {
         m_isBinding = false;
-        // Before the outcome. WORKAROUND: GNOME 48 binds them and answers with a number that means failure.
+        // Look at the shortcuts before the outcome. WORKAROUND: GNOME 48 binds them and still answers with a
+        // failure code.
         if (!shortcutsIn(answer.results).isEmpty()) {
             report(answer);
             return;
@@ -110,7 +113,8 @@ void PortalHotKeys::bindShortcuts() {
             reportAll(HotKeyStatus::refused);
             return;
         }
-        // Later backends of KDE say so only when asked.
+        // Backends of KDE later than 5.27 answer with an empty list, and report what they bound only in
+        // ListShortcuts.
         ask(u"ListShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session))}, {}, requestLimit,
             [this](const PortalAnswer& listed) {
                 if (listed.outcome == PortalOutcome::granted) {
@@ -165,7 +169,7 @@ void PortalHotKeys::endSession() {
 }
 
 void PortalHotKeys::sessionClosed(const QDBusMessage& closed) {
-    // One that we have given up meanwhile may still be told of.
+    // The signal may be about a session that we have closed meanwhile.
     if (closed.path() != m_session)
         return;
     debugLog(u"PortalHotKeys: the desktop has ended the session"_s);
@@ -175,13 +179,13 @@ void PortalHotKeys::sessionClosed(const QDBusMessage& closed) {
 }
 
 void PortalHotKeys::reopen() {
-    // One that ends every session is not to be pestered.
+    // A desktop that ends every session must not be asked again and again.
     if (std::exchange(m_mayReopen, false)) {
         scheduleSession();
         return;
     }
     dropQuestions();
-    reportAll(HotKeyStatus::unavailable);  // until then
+    reportAll(HotKeyStatus::unavailable);  // until the next session
     scheduleAfterPause();
 }
 

@@ -5,7 +5,7 @@
 
 namespace tralio {
 
-/// A shortcut as the GlobalShortcuts portal passes it: its id, and what is known or wished of it.
+/// A shortcut as the GlobalShortcuts portal passes it: its id, and its known or wanted properties.
 struct PortalShortcut {
     QString id;
     QVariantMap properties;
@@ -25,7 +25,7 @@ inline const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShor
     return argument;
 }
 
-// What an answer of the portal tells; nothing where it is of another form.
+// The contents of a portal's answer; empty if it has another form.
 [[nodiscard]] QList<PortalShortcut> shortcutsIn(const QVariantMap& results);
 [[nodiscard]] QString sessionIn(const QVariantMap& results);
 

@@ -3,8 +3,8 @@
 namespace tralio {
 namespace {
 
-/// In this order a shortcut keeps its name from one version of this program to the next, and with it the key
-/// that the desktop has for it.
+/// This order must stay: it is part of a shortcut's name, and the desktop stores the user's key under that
+/// name.
 constexpr Modifier order[] = {Modifier::control, Modifier::option, Modifier::command, Modifier::shift};
 
 }  // namespace

@@ -8,8 +8,8 @@
 
 namespace tralio {
 
-/// A hot key in the words of the desktop portals ("LOGO+SHIFT+d"). Keys are named as on a US keyboard. Absent
-/// for keys that portals have no name for.
+/// A hot key in the notation of the desktop portals ("LOGO+SHIFT+d"). Keys are named as on a US keyboard.
+/// Absent for keys without a name there.
 [[nodiscard]] std::optional<QString> shortcutTrigger(const KeyCombination& combination);
 
 }  // namespace tralio

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::array endSignals = {SIGTERM, SIGINT, SIGHUP};
 
-/// A handler may do little more than write to a pipe, whose ends these are.
+/// The ends of a pipe: a signal handler may do little more than write to one.
 std::array<int, 2> ends = {-1, -1};
 
 void tell(int) {

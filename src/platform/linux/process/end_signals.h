@@ -6,12 +6,12 @@
 
 namespace tralio {
 
-/// Turns the signals by which a program is asked to end (the end of a session, `kill`, Control+C in its
-/// terminal) into a call, so that it ends in order. Each counts once: the next of its kind ends the process
-/// at once, for one that hangs. A signal that was ignored when the program started stays ignored.
+/// Turns the signals that ask a program to end (end of the session, `kill`, Control+C in its terminal) into a
+/// call, so that it can end in order. Each signal is caught once: a second one of its kind ends the process
+/// at once, in case it hangs. A signal that was ignored when the program started stays ignored.
 class EndSignals final {
 public:
-    /// `end` is called in the event loop. One object at a time.
+    /// `end` is called from the event loop. Only one object may exist at a time.
     explicit EndSignals(std::function<void()> end);
     ~EndSignals();
     EndSignals(const EndSignals&) = delete;

@@ -11,10 +11,10 @@ namespace tralio {
 
 using SecretAttributes = QMap<QString, QString>;
 
-/// A secret as it crosses the bus: (oayays).
+/// A secret as it is sent over the bus: (oayays).
 struct SecretValue {
     QDBusObjectPath session;
-    QByteArray parameters;  ///< of an encryption
+    QByteArray parameters;  ///< of the encryption; empty here
     QByteArray value;
     QString contentType;
 };

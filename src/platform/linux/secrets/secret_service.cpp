@@ -2,13 +2,12 @@
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
 #include <QDBusVariant>
+#include <QSettings>
+#include <QStandardPaths>
 
 #include <utility>
 
-#include "common/debug_log.h"
 #include "platform/linux/bus/bus_value.h"
 #include "platform/linux/secrets/secret_item.h"
 
@@ -17,13 +16,12 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int keeperLimit = 25'000;  // milliseconds, of which nothing waits
+using Take = SecretServiceCalls::Take;
 
-const QString serviceInterface = u"org.freedesktop.Secret.Service"_s;
 const QString collectionInterface = u"org.freedesktop.Secret.Collection"_s;
 const QString itemInterface = u"org.freedesktop.Secret.Item"_s;
-const QString promptInterface = u"org.freedesktop.Secret.Prompt"_s;
 const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
+const QString walletInterface = u"org.kde.KWallet"_s;
 const QString noObject = u"/"_s;
 
 SecretAttributes attributes() {
@@ -38,128 +36,134 @@ QDBusObjectPath object(const QDBusMessage& reply, int argument) {
     return reply.arguments().value(argument).value<QDBusObjectPath>();
 }
 
+QVariant property(const QDBusMessage& reply) {
+    return reply.arguments().value(0).value<QDBusVariant>().variant();
+}
+
+/// Whether KWallet asks the user for each program that wants a wallet that is open.
+bool asksForOpenWallets() {
+    const QString file = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, u"kwalletrc"_s);
+    return QSettings(file, QSettings::IniFormat).value(u"Wallet/Prompt on Open"_s).toBool();
+}
+
 }  // namespace
 
-SecretService::SecretService(QDBusConnection bus) : m_bus(std::move(bus)) {
+SecretService::SecretService(QDBusConnection bus) : m_calls(std::move(bus)) {
     registerSecretTypes();
-    auto* watcher = new QDBusServiceWatcher(
-        QLatin1String(service), m_bus, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+    m_calls.onChange = [this] {
         if (onChange)
             onChange();
-    });
-    // A collection tells so that it was unlocked.
-    m_bus.connect(QLatin1String(service), {}, propertiesInterface, u"PropertiesChanged"_s,
-        {collectionInterface}, {}, this, SLOT(propertiesChanged(QDBusMessage)));
-    // Not all of them do so. KeePassXC tells this of the whole service.
-    for (const QString& event : {u"CollectionCreated"_s, u"CollectionChanged"_s})
-        m_bus.connect(QLatin1String(service), QLatin1String(path), serviceInterface, event, this,
-            SLOT(collectionsChanged()));
-}
-
-void SecretService::collectionsChanged() {
-    if (onChange)
-        onChange();
-}
-
-void SecretService::propertiesChanged(const QDBusMessage& signal) {
-    const auto changed = busValue<QVariantMap>(signal.arguments().value(1), QLatin1StringView("a{sv}"));
-    if (!changed.value(u"Locked"_s, true).toBool() && onChange)
-        onChange();
-}
-
-void SecretService::call(const QString& object, const QString& interface, const QString& method,
-    const QVariantList& arguments, Start start, Take take, std::function<void()> fail) {
-    auto message = QDBusMessage::createMethodCall(QLatin1String(service), object, interface, method);
-    message.setArguments(arguments);
-    message.setAutoStartService(start == Start::may);
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, keeperLimit), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-        [watcher, method, take = std::move(take), fail = std::move(fail)] {
-            watcher->deleteLater();
-            if (!watcher->isError()) {
-                take(watcher->reply());
-                return;
-            }
-            if (watcher->error().type() != QDBusError::ServiceUnknown)
-                debugLog(u"SecretService.%1: %2"_s.arg(method, watcher->error().name()));
-            fail();
-        });
-}
-
-void SecretService::callService(const QString& method, const QVariantList& arguments, Start start, Take take,
-    std::function<void()> fail) {
-    call(QLatin1String(path), serviceInterface, method, arguments, start, std::move(take), std::move(fail));
+    };
 }
 
 void SecretService::openSession(
-    Start start, std::function<void(const QDBusObjectPath&)> then, std::function<void()> fail) {
-    callService(
+    Start start, std::function<void(const QDBusObjectPath&)> then, const Fail& fail) {
+    m_calls.callService(
         u"OpenSession"_s, {u"plain"_s, QVariant::fromValue(QDBusVariant(QString()))}, start,
-        [then = std::move(then)](const QDBusMessage& reply) { then(object(reply, 1)); }, std::move(fail));
+        [then = std::move(then)](const QDBusMessage& reply) { then(object(reply, 1)); }, fail);
 }
 
-void SecretService::findCollection(Start start, const std::function<void(const DefaultCollection&)>& then,
-    const std::function<void()>& fail) {
+void SecretService::findCollection(
+    Start start, const std::function<void(const DefaultCollection&)>& then, const Fail& fail) {
     const auto takeAlias = [=, this](const QDBusMessage& alias) {
         const QDBusObjectPath collection = object(alias, 0);
         if (collection.path() == noObject) {
             then({});
             return;
         }
-        call(
-            collection.path(), propertiesInterface, u"Get"_s, {collectionInterface, u"Locked"_s}, start,
-            [then, collection](const QDBusMessage& locked) {
-                then({collection, locked.arguments().value(0).value<QDBusVariant>().variant().toBool()});
+        const auto askIfLocked = [=, this](const std::function<void()>& ifLocked) {
+            m_calls.call(
+                collection.path(), propertiesInterface, u"Get"_s, {collectionInterface, u"Locked"_s}, start,
+                [=](const QDBusMessage& locked) {
+                    if (property(locked).toBool())
+                        ifLocked();
+                    else
+                        then({collection, false});
+                },
+                fail);
+        };
+        const auto locked = [=] { then({collection, true}); };
+        askIfLocked([=, this] {
+            unlockOpenWallet(
+                collection, [=] { askIfLocked(locked); }, locked);
+        });
+    };
+    m_calls.callService(u"ReadAlias"_s, {u"default"_s}, start, takeAlias, fail);
+}
+
+void SecretService::unlockOpenWallet(
+    const QDBusObjectPath& collection, const std::function<void()>& then, const Fail& fail) {
+    // WORKAROUND: KWallet 5.103 calls a collection locked until somebody has unlocked it by this interface,
+    // also while its wallet is open. Unlocking it then asks the user nothing.
+    const auto takeLabel = [=, this](const QDBusMessage& label) {
+        ifWalletIsOpen(
+            property(label).toString(), {u"kwalletd6"_s, u"kwalletd5"_s},
+            [=, this] { unlock({collection}, then); }, fail);
+    };
+    m_calls.call(collection.path(), propertiesInterface, u"Get"_s, {collectionInterface, u"Label"_s},
+        Start::mustNot, takeLabel, fail);
+}
+
+void SecretService::ifWalletIsOpen(
+    const QString& wallet, QStringList versions, const std::function<void()>& then, const Fail& otherwise) {
+    if (versions.isEmpty()) {
+        otherwise();
+        return;
+    }
+    const QString path = u"/modules/"_s + versions.takeFirst();
+    m_calls.call(
+        path, walletInterface, u"isOpen"_s, {wallet}, Start::mustNot,
+        [=](const QDBusMessage& isOpen) {
+            isOpen.arguments().value(0).toBool() && !asksForOpenWallets() ? then() : otherwise();
+        },
+        [=, this] { ifWalletIsOpen(wallet, versions, then, otherwise); });
+}
+
+void SecretService::findItems(Start start, const std::function<void(const Items&)>& then, const Fail& fail) {
+    const auto takeCollection = [=, this](const DefaultCollection& collection) {
+        m_calls.callService(
+            u"SearchItems"_s, {QVariant::fromValue(attributes())}, start,
+            [then, collection](const QDBusMessage& items) {
+                then({paths(items, 0), paths(items, 1), collection});
             },
             fail);
     };
-    callService(u"ReadAlias"_s, {u"default"_s}, start, takeAlias, fail);
+    findCollection(start, takeCollection, fail);
 }
 
 void SecretService::find(std::function<void(Answer, const QString&)> then) {
     const auto fail = [then] { then(Answer::unavailable, {}); };
-    const auto takeItems = [this, then, fail](const QDBusMessage& items) {
-        const QList<QDBusObjectPath> unlocked = paths(items, 0);
-        if (unlocked.isEmpty() && !paths(items, 1).isEmpty()) {
-            then(Answer::locked, {});
+    const auto takeItems = [this, then, fail](const Items& items) {
+        if (items.unlocked.isEmpty()) {
+            // "Not found" is only reliable if the collection is unlocked: locked ones may hide their items.
+            const bool isLocked = !items.locked.isEmpty() || items.collection.isLocked;
+            then(isLocked ? Answer::locked : Answer::absent, {});
             return;
         }
-        if (unlocked.isEmpty()) {
-            // Only one that is open has to tell all that it keeps.
-            findCollection(
-                Start::may,
-                [then](const DefaultCollection& collection) {
-                    then(collection.isLocked ? Answer::locked : Answer::absent, {});
-                },
-                fail);
-            return;
-        }
+        const auto takeSecret = [then, fail](const QDBusMessage& reply) {
+            const auto secret =
+                busValue<SecretValue>(reply.arguments().value(0), QLatin1StringView("(oayays)"));
+            if (secret.session.path().isEmpty())
+                fail();
+            else
+                then(Answer::done, QString::fromUtf8(secret.value));
+        };
+        const QString item = items.unlocked.first().path();
         openSession(
             Start::may,
             [=, this](const QDBusObjectPath& session) {
-                call(
-                    unlocked.first().path(), itemInterface, u"GetSecret"_s, {QVariant::fromValue(session)},
-                    Start::may,
-                    [then, fail](const QDBusMessage& reply) {
-                        const auto secret =
-                            busValue<SecretValue>(reply.arguments().value(0), QLatin1StringView("(oayays)"));
-                        if (secret.session.path().isEmpty())
-                            fail();
-                        else
-                            then(Answer::done, QString::fromUtf8(secret.value));
-                    },
-                    fail);
+                m_calls.call(item, itemInterface, u"GetSecret"_s, {QVariant::fromValue(session)}, Start::may,
+                    takeSecret, fail);
             },
             fail);
     };
-    callService(u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::may, takeItems, fail);
+    findItems(Start::may, takeItems, fail);
 }
 
-void SecretService::keep(const QString& secret, std::function<void(Answer)> then) {
+void SecretService::keep(const QString& secret, Prompting prompting, std::function<void(Answer)> then) {
     const auto fail = [then] { then(Answer::unavailable); };
     const auto takeCollection = [=, this](const DefaultCollection& collection) {
-        // To a locked one the service would answer with a question to the user.
+        // A service would answer a write to a locked collection by asking the user.
         if (collection.path.path().isEmpty())
             fail();
         else if (collection.isLocked)
@@ -167,97 +171,98 @@ void SecretService::keep(const QString& secret, std::function<void(Answer)> then
         else
             openSession(
                 Start::mustNot,
-                [=, this](
-                    const QDBusObjectPath& session) { createItem(secret, session, collection.path, then); },
+                [=, this](const QDBusObjectPath& session) {
+                    createItem(secret, session, collection.path, prompting, then);
+                },
                 fail);
     };
     findCollection(Start::mustNot, takeCollection, fail);
 }
 
 void SecretService::createItem(const QString& secret, const QDBusObjectPath& session,
-    const QDBusObjectPath& collection, const std::function<void(Answer)>& then) {
+    const QDBusObjectPath& collection, Prompting prompting, const std::function<void(Answer)>& then) {
     const QVariantMap properties{{itemInterface + u".Label"_s, u"Tralio: API Key"_s},
         {itemInterface + u".Attributes"_s, QVariant::fromValue(attributes())}};
     const SecretValue value{session, {}, secret.toUtf8(), u"text/plain; charset=utf8"_s};
-    call(
-        collection.path(), collectionInterface, u"CreateItem"_s,
-        {properties, QVariant::fromValue(value), true}, Start::mustNot,
-        [then](const QDBusMessage& reply) {
-            const QString item = object(reply, 0).path();
-            then(item == noObject ? Answer::locked : item.isEmpty() ? Answer::unavailable : Answer::done);
-        },
+    const auto locked = [then] { then(Answer::locked); };
+    const auto takeItem = [=, this](const QDBusMessage& reply) {
+        const QString item = object(reply, 0).path();
+        if (item != noObject)
+            then(item.isEmpty() ? Answer::unavailable : Answer::done);
+        else if (prompting == Prompting::mustNot)
+            locked();
+        else
+            m_calls.run(
+                object(reply, 1),
+                [then](const QVariant& created) {
+                    const bool isDone = created.value<QDBusObjectPath>().path().size() > 1;
+                    then(isDone ? Answer::done : Answer::unavailable);
+                },
+                locked);
+    };
+    m_calls.call(collection.path(), collectionInterface, u"CreateItem"_s,
+        {properties, QVariant::fromValue(value), true}, Start::mustNot, takeItem,
         [then] { then(Answer::unavailable); });
 }
 
-void SecretService::forget(std::function<void(Answer)> then) {
-    const auto fail = [then] { then(Answer::unavailable); };
-    const auto takeItems = [this, then, fail](const QDBusMessage& items) {
-        const QList<QDBusObjectPath> locked = paths(items, 1);
-        deleteItems(paths(items, 0), [=, this](Answer answer) {
-            if (answer != Answer::done || !locked.isEmpty())
-                then(answer == Answer::done ? Answer::locked : answer);
-            else
-                findCollection(
-                    Start::mustNot,
-                    [then](const DefaultCollection& collection) {
-                        then(collection.isLocked ? Answer::locked : Answer::done);
-                    },
-                    fail);
-        });
+void SecretService::forget(Prompting prompting, std::function<void(Answer)> then) {
+    const auto takeItems = [=, this](const Items& items) {
+        const bool isLocked = !items.locked.isEmpty() || items.collection.isLocked;
+        deleteItems(
+            items.unlocked, prompting,
+            [then, isLocked](
+                Answer answer) { then(answer == Answer::done && isLocked ? Answer::locked : answer); });
     };
-    callService(u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::mustNot, takeItems, fail);
+    findItems(Start::mustNot, takeItems, [then] { then(Answer::unavailable); });
 }
 
-void SecretService::deleteItems(QList<QDBusObjectPath> items, const std::function<void(Answer)>& then) {
+void SecretService::deleteItems(
+    QList<QDBusObjectPath> items, Prompting prompting, const std::function<void(Answer)>& then) {
     if (items.isEmpty()) {
         then(Answer::done);
         return;
     }
     const QString item = items.takeFirst().path();
-    call(
+    const auto goOn = [=, this] { deleteItems(items, prompting, then); };
+    const auto locked = [then] { then(Answer::locked); };
+    m_calls.call(
         item, itemInterface, u"Delete"_s, {}, Start::mustNot,
-        [this, items, then](const QDBusMessage& reply) {
-            if (object(reply, 0).path() == noObject)
-                deleteItems(items, then);
+        [=, this](const QDBusMessage& reply) {
+            const QDBusObjectPath prompt = object(reply, 0);
+            if (prompt.path() == noObject)
+                goOn();
+            else if (prompting == Prompting::mustNot)
+                locked();
             else
-                then(Answer::locked);  // it wants to ask the user
+                m_calls.run(
+                    prompt, [goOn](const QVariant&) { goOn(); }, locked);
         },
         [then] { then(Answer::unavailable); });
 }
 
 void SecretService::unlock() {
-    const auto ignore = [] {};
-    const auto takeItems = [this, ignore](const QDBusMessage& items) {
-        if (!paths(items, 0).isEmpty())
-            collectionsChanged();
-        else if (const QList<QDBusObjectPath> locked = paths(items, 1); !locked.isEmpty())
-            unlock(locked);
-        else
-            findCollection(
-                Start::may,
-                [this](const DefaultCollection& collection) {
-                    if (!collection.path.path().isEmpty())
-                        unlock({collection.path});
-                },
-                ignore);
+    const auto tellChange = [this] { m_calls.onChange(); };
+    const auto takeItems = [this, tellChange](const Items& items) {
+        if (!items.unlocked.isEmpty())
+            tellChange();
+        else if (!items.locked.isEmpty())
+            unlock(items.locked, tellChange);
+        else if (!items.collection.path.path().isEmpty())
+            unlock({items.collection.path}, tellChange);
     };
-    callService(u"SearchItems"_s, {QVariant::fromValue(attributes())}, Start::may, takeItems, ignore);
+    findItems(Start::may, takeItems, [] {});
 }
 
-void SecretService::unlock(const QList<QDBusObjectPath>& objects) {
-    const auto ignore = [] {};
-    callService(
-        u"Unlock"_s, {QVariant::fromValue(objects)}, Start::may,
-        [this, ignore](const QDBusMessage& reply) {
-            const QDBusObjectPath prompt = object(reply, 1);
-            if (prompt.path() != noObject)
-                call(
-                    prompt.path(), promptInterface, u"Prompt"_s, {QString()}, Start::may, [](const auto&) {},
-                    ignore);
-            else
-                collectionsChanged();
-        },
-        ignore);
+void SecretService::unlock(const QList<QDBusObjectPath>& objects, const std::function<void()>& then) {
+    const auto takeReply = [=, this](const QDBusMessage& reply) {
+        const QDBusObjectPath prompt = object(reply, 1);
+        if (prompt.path() == noObject)
+            then();
+        else
+            m_calls.run(
+                prompt, [then](const QVariant&) { then(); }, then);
+    };
+    m_calls.callService(u"Unlock"_s, {QVariant::fromValue(objects)}, Start::mustNot, takeReply, then);
 }
 
 }  // namespace tralio

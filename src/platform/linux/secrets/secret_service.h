@@ -1,61 +1,59 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QObject>
+#include <QList>
 
+#include "platform/linux/secrets/secret_service_calls.h"
 #include "state/secret_keeper.h"
 
 namespace tralio {
 
-/// The keeper of secrets of the desktop (org.freedesktop.secrets, of GNOME, KDE and KeePassXC). The secret
-/// lies in its default collection under an attribute of ours. It crosses the session bus unencrypted, as the
-/// user's own programs are alone there.
-class SecretService final : public QObject, public SecretKeeper {
-    Q_OBJECT
-
+/// The desktop's keyring (org.freedesktop.secrets, provided by GNOME, KDE and KeePassXC). The secret is
+/// stored in the default collection under an attribute of ours. It crosses the session bus unencrypted: only
+/// the user's own programs are there.
+class SecretService final : public SecretKeeper {
 public:
-    static constexpr auto service = "org.freedesktop.secrets";
-    static constexpr auto path = "/org/freedesktop/secrets";
-
     explicit SecretService(QDBusConnection bus = QDBusConnection::sessionBus());
 
-    /// May start the service, which keeps what is looked for.
+    /// May start the service, since the secret is expected to be there.
     void find(std::function<void(Answer answer, const QString& secret)> then) override;
-    /// Starts no service for its sake.
-    void keep(const QString& secret, std::function<void(Answer)> then) override;
-    void forget(std::function<void(Answer)> then) override;
+    /// Does not start the service.
+    void keep(const QString& secret, Prompting prompting, std::function<void(Answer)> then) override;
+    void forget(Prompting prompting, std::function<void(Answer)> then) override;
     void unlock() override;
 
-private Q_SLOTS:
-    void collectionsChanged();
-    void propertiesChanged(const QDBusMessage& signal);
-
 private:
-    using Take = std::function<void(const QDBusMessage& reply)>;
-    enum class Start { may, mustNot };
+    using Start = SecretServiceCalls::Start;
+    using Fail = SecretServiceCalls::Fail;
 
     struct DefaultCollection {
-        QDBusObjectPath path;  ///< empty when there is none
+        QDBusObjectPath path;  ///< empty if there is none
         bool isLocked = true;
     };
+    struct Items {
+        QList<QDBusObjectPath> unlocked;
+        QList<QDBusObjectPath> locked;
+        DefaultCollection collection;  ///< whose locked items may be missing here
+    };
 
-    /// Calls a method; `take` gets the reply, and `fail` is called where there is none.
-    void call(const QString& object, const QString& interface, const QString& method,
-        const QVariantList& arguments, Start start, Take take, std::function<void()> fail);
-    void callService(const QString& method, const QVariantList& arguments, Start start, Take take,
-        std::function<void()> fail);
-    void findCollection(Start start, const std::function<void(const DefaultCollection&)>& then,
-        const std::function<void()>& fail);
-    void deleteItems(QList<QDBusObjectPath> items, const std::function<void(Answer)>& then);
-    void unlock(const QList<QDBusObjectPath>& objects);
-    void openSession(
-        Start start, std::function<void(const QDBusObjectPath& session)> then, std::function<void()> fail);
+    void findCollection(
+        Start start, const std::function<void(const DefaultCollection&)>& then, const Fail& fail);
+    void findItems(Start start, const std::function<void(const Items&)>& then, const Fail& fail);
+    /// Unlocks a collection of KWallet whose wallet is open; `fail` is called if it is no such one.
+    void unlockOpenWallet(
+        const QDBusObjectPath& collection, const std::function<void()>& then, const Fail& fail);
+    /// @param versions of KWallet, one of which may have the wallet
+    void ifWalletIsOpen(const QString& wallet, QStringList versions, const std::function<void()>& then,
+        const Fail& otherwise);
+    void unlock(const QList<QDBusObjectPath>& objects, const std::function<void()>& then);
+    void deleteItems(
+        QList<QDBusObjectPath> items, Prompting prompting, const std::function<void(Answer)>& then);
+    void openSession(Start start, std::function<void(const QDBusObjectPath& session)> then, const Fail& fail);
     void createItem(const QString& secret, const QDBusObjectPath& session, const QDBusObjectPath& collection,
-        const std::function<void(Answer)>& then);
+        Prompting prompting, const std::function<void(Answer)>& then);
 
-    QDBusConnection m_bus;
+    SecretServiceCalls m_calls;
 };
 
 }  // namespace tralio

@@ -8,7 +8,7 @@ namespace tralio {
 
 QString decodeText(const QByteArray& bytes, TextFormat::Encoding encoding) {
     const bool isWhole = bytes.size() <= longestTextBytes;
-    // Stateless: a text that ends within a letter is no UTF-8, unless its reading stopped there.
+    // Stateless: a text that ends within a character is not UTF-8, unless reading was cut off there.
     QStringDecoder decoder(QStringDecoder::Utf8,
         QStringDecoder::Flag::ConvertInitialBom |
             (isWhole ? QStringDecoder::Flag::Stateless : QStringDecoder::Flag::Default));

@@ -7,12 +7,11 @@
 
 namespace tralio {
 
-// How long the owner of a selection may take, in milliseconds: for a text the user waits.
+// How long the owner of a selection may take, in milliseconds. The user waits for a text.
 inline constexpr int clipboardTextLimit = 250;
 inline constexpr int clipboardPictureLimit = 5000;
 
-// The formats in which texts come from other programs, by the names that X11 and Wayland share,
-// best first.
+// The formats of texts from other programs, under the names that X11 and Wayland share, best first.
 
 struct TextFormat {
     enum class Encoding { utf8, eightBit };

@@ -9,7 +9,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The dots that a password field gives out in place of its text.
+/// Whether a text consists of the dots that a password field reports in place of its contents.
 bool isMasked(const QString& text) {
     constexpr QStringView masks = u"•●∗*·";
     return !text.isEmpty() && masks.contains(text.front()) && text.count(text.front()) == text.size();
@@ -20,14 +20,15 @@ bool isMasked(const QString& text) {
 std::optional<QString> selectedTextOf(const ElementSelection& element, const AskPrimary& primary) {
     if (element.answer != ElementSelection::Answer::some)
         return std::nullopt;
-    // Also of a field: the editors of web pages have paragraphs in them, in whose place such a character
-    // stands.
+    // This holds for input fields, too: editors in web pages contain paragraphs, each of which shows as such
+    // a character.
     const bool hasPlaceholders = element.text.contains(QChar::ObjectReplacementCharacter);
     if (element.reach == ElementSelection::Reach::whole && !hasPlaceholders)
         return element.text;
     auto all = primary();
     if (all)
-        all->text.remove(QChar::ObjectReplacementCharacter);  // Chromium's has them in the place of controls
+        // Chromium puts these characters in place of controls
+        all->text.remove(QChar::ObjectReplacementCharacter);
     if (all && !all->text.trimmed().isEmpty() && (hasPlaceholders || all->text.contains(element.text))) {
         // PRIMARY may hold an older, longer selection that contains this one, as after a search in a page.
         // Only the application's own Copy can tell.

@@ -16,7 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto focusLimit = 1s;
-/// The compositor tells of the selection just after it has given the focus.
+/// The compositor announces the selection just after it has given the focus.
 constexpr auto selectionDelay = 50ms;
 
 }  // namespace
@@ -49,7 +49,7 @@ LateSelection FocusedSelection::look() {
         return {};
     const auto read = readText ? readText() : clipboard->text(QClipboard::Selection);
     if (!read)
-        return {};  // it may be there, and new, the next time
+        return {};  // no answer in time: the selection may still be there, and new, the next time
     QString text = *read;
     if (isTooLong(text))
         text = beginningOfLongText(text);

@@ -9,23 +9,23 @@
 
 namespace tralio {
 
-/// The PRIMARY selection in sessions that show it only to the program with the keyboard focus: it can be read
-/// when a window of ours has come to the front, but not whose it is, nor since when. A text that was there
-/// the last time, and was not selected anew, is a left-over, and one that looks like a password is left
-/// alone.
+/// The PRIMARY selection in sessions that show it only to the program with the keyboard focus. It can be read
+/// once a window of ours has come to the front, but neither its owner nor its age is known. A text that was
+/// there the last time, and was not selected anew, is a left-over and is not reported; nor is one that looks
+/// like a password.
 class FocusedSelection final : public QObject {
     Q_OBJECT
 
 public:
-    /// Calls `deliver` once a window of ours has the focus, or with nothing when that takes over a second.
-    /// Only the last request counts.
+    /// Calls `deliver` once a window of ours has the focus, or with an empty selection if that takes over a
+    /// second. Only the last request is answered.
     void read(std::function<void(const LateSelection&)> deliver);
 
-    /// How the text is read; by the toolkit, which waits for a hung owner for seconds, where nothing is set.
-    /// Not called while the selection is this program's.
+    /// Reads the text. If it is not set, Qt reads, and blocks for seconds if the owner hangs. Not called
+    /// while the selection is this program's.
     std::function<std::optional<QString>()> readText;
 
-    /// Something has been selected, be it the same text: for a session that tells so.
+    /// Something has been selected, maybe the same text again; for sessions that report this.
     void noteChange() { m_isChanged = true; }
 
 private:
@@ -35,7 +35,7 @@ private:
 
     std::function<void(const LateSelection&)> m_deliver;
     std::optional<QString> m_lastSeen;
-    bool m_isChanged = false;  ///< since
+    bool m_isChanged = false;  ///< since the last look
     quint64 m_request = 0;
 };
 

@@ -10,9 +10,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Who has just marked something has not yet clicked it away.
+/// Shortly after selecting a text the user has hardly clicked it away.
 constexpr auto trustedTime = 10s;
-/// One press of a hot key asks several times.
+/// One press of the hot key reads the selection several times.
 constexpr auto askingTime = 1s;
 
 }  // namespace

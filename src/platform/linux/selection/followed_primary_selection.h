@@ -17,19 +17,19 @@ class FollowedPrimarySelection final : public PrimarySelection {
 public:
     struct Session {
         std::function<std::optional<QString>(QDeadlineTimer)> read;
-        /// Names the application in front; an empty name is nobody's.
+        /// An identifier of the application in front; empty if it is unknown.
         std::function<QString()> frontIdentity;
         /// Whether the application in front keeps the text of its password fields out of PRIMARY.
         std::function<bool()> keepsPasswords;
-        /// Whether a synthetic Copy reaches it.
+        /// Whether a synthetic Copy reaches the application in front.
         std::function<bool()> canCopy;
-        /// On a clock of its own.
+        /// The time on a monotonic clock.
         std::function<std::chrono::milliseconds()> now;
     };
 
     explicit FollowedPrimarySelection(Session session);
 
-    /// To be called at each change, when it happens.
+    /// Call at each change of PRIMARY, at once.
     void noteChange();
 
     /// `processId` is that of the application in front.

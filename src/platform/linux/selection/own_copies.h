@@ -11,7 +11,7 @@ public:
     OwnCopies();
 
     [[nodiscard]] QString text() const { return m_text; }
-    /// For what went there past the toolkit.
+    /// For texts that were put on the clipboard without Qt.
     void note(const QString& text) { m_text = text; }
 
 private:

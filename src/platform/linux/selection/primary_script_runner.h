@@ -9,10 +9,10 @@ namespace tralio {
 class PrimarySelection;
 class Workspace;
 
-/// Applications cannot be scripted from outside on this desktop. What the scripts ask for, the selection of
-/// the application in front, is its PRIMARY selection, which needs no permission. It is told while the
-/// accessibility switch is off: while it is on, the focused element has been asked already, and PRIMARY
-/// together with it.
+/// Answers scripts with the PRIMARY selection, since applications on this desktop cannot be scripted from
+/// outside: the selection of the application in front, which is what the scripts ask for, is there without
+/// any permission. Only answers while the accessibility switch is off: while it is on, the focused element
+/// has been asked already, together with PRIMARY.
 class PrimaryScriptRunner final : public ScriptRunner {
 public:
     /// Whether the focused element of an application can be asked.

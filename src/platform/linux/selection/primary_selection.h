@@ -7,27 +7,27 @@
 
 namespace tralio {
 
-/// How long a mark counts as fresh, in milliseconds.
+/// How long a selection counts as fresh, in milliseconds.
 inline constexpr int freshTime = 1000;
 
-/// What an application holds in PRIMARY, and what there is to say against it.
+/// The text that an application holds in PRIMARY, and the doubts about it.
 struct PrimaryText {
     QString text;
 
-    /// The mouse has been pressed since, or a key. The mark is gone then, as a rule, but many toolkits leave
-    /// its text here.
+    /// The mouse, or a key, has been pressed since. Usually that has cleared the selection, but many toolkits
+    /// leave its text in PRIMARY.
     bool mayBeGone = false;
 
-    /// It was made just now: an application may not have told of it by other ways yet.
+    /// It was selected just now, so the application may not have reported it in other ways yet.
     bool isFresh = false;
 
-    /// The application may be of those that give out passwords here, and nothing tells that this is none.
+    /// The application may be one that gives passwords to PRIMARY, and nothing shows that this is none.
     bool mayBePassword = false;
 
     bool operator==(const PrimaryText&) const = default;
 };
 
-/// What the user marked last in any application, which most toolkits keep apart from the clipboard.
+/// The text that the user selected last in any application. Most toolkits keep it apart from the clipboard.
 class PrimarySelection {
 public:
     PrimarySelection() = default;
@@ -35,8 +35,8 @@ public:
     PrimarySelection& operator=(const PrimarySelection&) = delete;
     virtual ~PrimarySelection() = default;
 
-    /// What process `processId` holds; absent when another does: then it is a left-over of another
-    /// application. Waits for the text until `deadline` at the most.
+    /// The text that process `processId` holds; absent if another process owns PRIMARY: then it is left over
+    /// from another application. Waits for the text until `deadline` at most.
     [[nodiscard]] virtual std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) = 0;
 };
 

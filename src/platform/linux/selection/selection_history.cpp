@@ -4,7 +4,7 @@ namespace tralio {
 namespace {
 
 constexpr quint32 doubleClickTime = 500;
-/// Programs tell of a mark some time after the mouse has made it.
+/// In milliseconds. Programs announce a selection some time after the mouse has made it.
 constexpr quint32 markingTime = 1000;
 
 }  // namespace

@@ -13,9 +13,11 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 constexpr auto retryInterval = 50ms;
-/// The engine is asked itself rarely, for while it looks its voices up the daemon serves nobody.
+/// The engine itself is asked only at every third probe: while it looks up its voices the daemon serves
+/// nobody.
 constexpr int probesPerQuestion = 3;
-/// The daemon's stand-in for engines that it does not have: it reads a recorded request to install one.
+/// The daemon's substitute for engines that are missing: it plays a recording that asks the user to install
+/// one.
 constexpr QStringView noEngine = u"dummy";
 
 QString sessionSocket() {
@@ -73,7 +75,7 @@ void SpeechDispatcher::connectToDaemon() {
 }
 
 void SpeechDispatcher::startDaemon() {
-    // It goes into the background as soon as it listens, or nearly so.
+    // The starter exits at about the time when the daemon, which goes into the background, begins to listen.
     m_startLimit = m_clock.after(m_limits.start, [this] { fail(u"the speech daemon does not start"_s); });
     m_starter = new QProcess(this);
     connect(
@@ -212,7 +214,7 @@ void SpeechDispatcher::probe() {
 
 void SpeechDispatcher::fail(const QString& reason) {
     endStart();
-    // Once nobody is connected the daemon ends, and what had died of it starts anew with the next text.
+    // Without clients the daemon ends; the next text then starts it anew, and its dead engines with it.
     dropConnection();
     if (!m_reading)
         return;
@@ -240,7 +242,7 @@ void SpeechDispatcher::endStart() {
     m_retry.takeBack();
     if (m_starter != nullptr) {
         m_starter->disconnect(this);
-        m_starter->deleteLater();  // it may be what is calling
+        m_starter->deleteLater();  // deleted later: it may be the caller
         m_starter = nullptr;
     }
 }
@@ -248,7 +250,7 @@ void SpeechDispatcher::endStart() {
 void SpeechDispatcher::dropConnection() {
     if (m_connection) {
         m_connection->abandon();
-        m_connection.release()->deleteLater();  // it may be what is calling
+        m_connection.release()->deleteLater();  // deleted later: it may be the caller
     }
     m_modules.reset();
     m_idleLimit.takeBack();

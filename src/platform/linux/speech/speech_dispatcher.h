@@ -17,30 +17,31 @@ class QProcess;
 
 namespace tralio {
 
-/// The desktop's speech daemon, speech-dispatcher, with whatever engines and voices the user has installed.
+/// Reads aloud through the desktop's speech daemon, speech-dispatcher, with the engines and voices that the
+/// user has installed.
 ///
-/// Nothing is started or connected before the first text, and the connection is given up when there has been
-/// nothing to read for a while. A daemon that is missing, hangs or dies ends the reading as one that failed,
-/// and the log says how. Used from the main thread, where ends are told, too.
+/// Nothing is started or connected before the first text, and the connection is closed when there has been
+/// nothing to read for a while. If the daemon is missing, hangs or dies, the reading ends as failed, with the
+/// reason in the log. Used from the main thread, where `onEnd` is called, too.
 ///
 /// WORKAROUND: Qt Speech 6.4, which would be the obvious choice, reads the list of thousands of voices before
-/// it returns, hears neither of a daemon's death nor of an engine's, and waits for a daemon that hangs.
+/// it returns, notices neither the death of the daemon nor of an engine, and blocks while a daemon hangs.
 class SpeechDispatcher final : public QObject, public SpeechSynthesizer {
     Q_OBJECT
 
 public:
     struct Limits {
-        std::chrono::milliseconds start = std::chrono::seconds(10);  ///< for the daemon to start
-        std::chrono::milliseconds reply = std::chrono::seconds(10);  ///< for the daemon to answer
-        /// For the first word, once the daemon has begun, where the engine tells of it. Without a sound
-        /// device it begins and never reads it.
+        std::chrono::milliseconds start = std::chrono::seconds(10);  ///< for starting the daemon
+        std::chrono::milliseconds reply = std::chrono::seconds(10);  ///< for an answer of the daemon
+        /// For the first word, from the time when the daemon has begun, with engines that report it. Without
+        /// a sound device the daemon begins but never reaches it.
         std::chrono::milliseconds firstWord = std::chrono::seconds(5);
         /// Without news of the text, before asking whether it is still being read.
         std::chrono::milliseconds quiet = std::chrono::seconds(4);
-        std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< before the connection is given up
+        std::chrono::milliseconds idle = std::chrono::minutes(1);  ///< before the connection is closed
     };
 
-    /// Connects at the socket where every program of the session does. The clock outlives this object.
+    /// Uses the socket that all programs of the session use. The clock outlives this object.
     explicit SpeechDispatcher(Clock& clock);
     SpeechDispatcher(QString socketPath, QString program, Clock& clock, Limits limits);
     ~SpeechDispatcher() override;
@@ -55,8 +56,8 @@ private:
         std::function<void(ReadingEnd)> onEnd;
         qint64 number = 0;
         QString module = {};
-        qint64 message = 0;  ///< the daemon's number for it, once it has taken it
-        int probes = 0;      ///< wait behind it
+        qint64 message = 0;  ///< the daemon's number for the text; 0 until it has accepted it
+        int probes = 0;      ///< messages queued behind the text
     };
 
     void connectToDaemon();
@@ -80,14 +81,15 @@ private:
     Limits m_limits;
     std::unique_ptr<SsipConnection> m_connection;
     QString m_defaultLanguage;
-    std::optional<std::vector<SpeechModule>> m_modules;  ///< the default one first; absent until told
-    /// The engines that tell of the marks in a text that they pass: the usual one, and those that have.
+    /// the default one first; absent until they are known
+    std::optional<std::vector<SpeechModule>> m_modules;
+    /// The engines that report the marks in a text: the usual one, and those that have done so.
     QSet<QString> m_modulesWithMarks{QStringLiteral("espeak-ng")};
     std::optional<Reading> m_reading;
     qint64 m_readings = 0;
     QProcess* m_starter = nullptr;
     ScheduledCall m_startLimit;  ///< while the daemon starts
-    ScheduledCall m_retry;       ///< within that time
+    ScheduledCall m_retry;       ///< while the daemon starts
     ScheduledCall m_firstWordLimit;
     ScheduledCall m_quietLimit;
     ScheduledCall m_idleLimit;

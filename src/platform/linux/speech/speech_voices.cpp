@@ -26,7 +26,7 @@ bool isSpeakable(QChar character) {
 }  // namespace
 
 QStringList languagesOf(const QByteArray& voices) {
-    // An engine lists thousands of voices, those of a language one after the other.
+    // An engine lists thousands of voices, grouped by language.
     QStringList languages;
     QByteArrayView latest;
     for (qsizetype start = 0, end = 0; (end = voices.indexOf('\n', start)) >= 0; start = end + 1) {
@@ -65,7 +65,7 @@ std::optional<SpeechVoice> chooseVoice(const QStringList& tags, const std::vecto
 }
 
 QString withMarks(const QString& text) {
-    constexpr int longSentence = 120;  // about eight seconds
+    constexpr int longSentence = 120;  // characters, about eight seconds
     const QString sentenceEnds = u".!?…。！？"_s;
     QString ssml = u"<speak>"_s;
     int marks = 0;
@@ -76,8 +76,9 @@ QString withMarks(const QString& text) {
         if (!isSpeakable(text[i]) && !text[i].isSpace())
             continue;
         const QChar character = isSpeakable(text[i]) ? text[i] : QChar(u' ');
-        // The daemon puts marks of its own behind the sentences' ends. Of two marks with no word between them
-        // espeak-ng tells the last one only: ours stand before what ends the sentence.
+        // The daemon adds marks of its own after each sentence. Of two marks without a word between them
+        // espeak-ng reports only the last one, so ours are placed before the punctuation that ends the
+        // sentence.
         const bool endsSentence =
             sentenceEnds.contains(character) && i + 1 < text.size() && text[i + 1].isSpace();
         const bool endsWord =
@@ -104,7 +105,8 @@ QString withMarks(const QString& text) {
 }
 
 bool tellsItsFirstWord(const QString& text) {
-    // What has no blanks is told of at its end only, and a voice without its language names letter by letter.
+    // Text without blanks is reported only at its end, and a voice of another language spells unknown letters
+    // one by one.
     constexpr qsizetype longWord = 12;
     constexpr int longNumber = 4;
     const QString trimmed = text.trimmed();

@@ -9,7 +9,7 @@
 
 namespace tralio {
 
-/// The languages that one of the daemon's engines has voices for, as the engine writes them.
+/// The languages for which one of the daemon's engines has voices, in the engine's notation.
 struct SpeechModule {
     QString name;
     QStringList languages;
@@ -27,16 +27,16 @@ struct SpeechVoice {
 /// The languages in an engine's list of voices: lines of name, language and variant.
 [[nodiscard]] QStringList languagesOf(const QByteArray& voices);
 
-/// The voice for the most wanted of the tags that any engine has, from the first engine that has it. The
-/// closest language counts: the tag's own, then the language without a region, then any region of it.
+/// The voice for the most wanted tag that any engine has, from the first such engine. Matches in this order:
+/// the tag itself, its language without a region, its language with any region.
 [[nodiscard]] std::optional<SpeechVoice> chooseVoice(
     const QStringList& tags, const std::vector<SpeechModule>& modules);
 
-/// The text as SSML with marks after the first word of every sentence, and within very long ones. The daemon
-/// tells when it passes a mark, which is the only sign of life that it gives in the midst of a text.
+/// The text as SSML with marks after the first word of every sentence, and within very long sentences. The
+/// daemon reports when a mark has been reached, which is its only sign of life in the middle of a text.
 [[nodiscard]] QString withMarks(const QString& text);
 
-/// Whether the first mark or the end comes within a moment of reading.
+/// Whether the first mark, or the end, is reached shortly after reading begins.
 [[nodiscard]] bool tellsItsFirstWord(const QString& text);
 
 }  // namespace tralio

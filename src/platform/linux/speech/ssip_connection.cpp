@@ -9,8 +9,8 @@ using namespace Qt::StringLiterals;
 
 constexpr int receivingData = 230;
 
-/// A text as the daemon wants it: lines with their ends in two characters, a point doubled where one alone
-/// would end the text.
+/// A text in the daemon's format: lines end in CR and LF, and a leading dot is doubled, since a line with a
+/// single dot ends the text.
 QByteArray bodyOf(const QString& text) {
     QByteArray body;
     for (const QByteArray& line : text.toUtf8().split('\n')) {

@@ -14,9 +14,9 @@
 
 namespace tralio {
 
-/// A connection to the speech daemon, in its line protocol (SSIP): commands with a numbered reply each, and
-/// between the replies the events of a reading. No operation waits. A daemon that leaves a command without a
-/// reply for too long has gone.
+/// A connection to the speech daemon in its line protocol (SSIP): each command gets a numbered reply, and
+/// between the replies come the events of a reading. No operation blocks. A daemon that does not reply to a
+/// command in time counts as gone.
 class SsipConnection final : public QObject {
     Q_OBJECT
 
@@ -25,29 +25,29 @@ public:
     using Event = SsipReader::Event;
     using Answer = std::function<void(const Reply&)>;
 
-    /// Begins to connect. `silence` is the longest time that a reply may take.
+    /// Begins to connect. `silence` is the longest time for a reply.
     SsipConnection(const QString& socketPath, Clock& clock, std::chrono::milliseconds silence);
 
     [[nodiscard]] bool hasOpened() const { return m_hasOpened; }
 
-    /// Ends the connection without a further signal or answer.
+    /// Closes the connection without a further signal or answer.
     void abandon();
 
-    /// Commands are sent one after the other; after the connection's end they get no answer.
+    /// Commands are sent one at a time. Those left when the connection ends get no answer.
     void send(const QByteArray& command, Answer answer = {});
-    /// Hands over a text; the reply's data is the message's number.
+    /// Sends a text; the reply's data is the number of the message.
     void speak(const QString& text, Answer answer);
 
 Q_SIGNALS:
     void opened();
     void eventArrived(tralio::SsipConnection::Event event, qint64 message);
-    /// The last signal; a connection that never opened ends so, too.
+    /// The last signal; also emitted for a connection that never opened.
     void closed(const QString& reason);
 
 private:
     struct Command {
         QByteArray line;
-        QByteArray body;  ///< sent when the daemon has asked for it
+        QByteArray body;  ///< sent when the daemon asks for it
         Answer answer;
     };
 
@@ -60,11 +60,11 @@ private:
     std::chrono::milliseconds m_silence;
     UnixStream m_stream;
     SsipReader m_reader;
-    std::deque<Command> m_commands;  ///< the first one is with the daemon if `m_isBusy`
+    std::deque<Command> m_commands;  ///< the first one has been sent if `m_isBusy`
     bool m_isBusy = false;
     bool m_hasOpened = false;
     bool m_isClosed = false;
-    ScheduledCall m_watchdog;  ///< gives a silent daemon up
+    ScheduledCall m_watchdog;  ///< gives up a silent daemon
 };
 
 }  // namespace tralio

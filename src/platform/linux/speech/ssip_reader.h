@@ -6,8 +6,8 @@
 
 namespace tralio {
 
-/// Takes apart what the speech daemon says in its line protocol (SSIP): numbered replies of one line or more,
-/// and events between them. Bytes may come in any pieces.
+/// Parses the speech daemon's line protocol (SSIP): numbered replies of one line or more, and events between
+/// them. Bytes may come in any pieces.
 class SsipReader final {
 public:
     struct Reply {
@@ -18,17 +18,16 @@ public:
     };
     enum class Event { mark = 700, begin = 701, end = 702, cancel = 703 };
 
-    /// More than this in one reply is no list of voices any more.
+    /// In bytes. A longer reply is no list of voices.
     static constexpr qsizetype maximumReply = 8 * 1024 * 1024;
 
     std::function<void(const Reply&)> onReply;
     std::function<void(Event, qint64 message)> onEvent;
 
-    /// False when what came is not the protocol; nothing can be made of what follows. What is called may have
-    /// the reader stop.
+    /// False when the bytes violate the protocol; the rest cannot be read. The callbacks may call `stop`.
     [[nodiscard]] bool add(const QByteArray& bytes);
 
-    /// Nothing more is told.
+    /// No callback is called from now on.
     void stop() { m_isStopped = true; }
 
 private:

@@ -9,16 +9,16 @@ class QSocketNotifier;
 
 namespace tralio {
 
-/// A connection to a program that listens at a socket of the file system, served by the event loop. No
-/// operation waits, and none raises a signal of the system when the other side has gone.
+/// A connection to a Unix socket, served by the event loop. No operation blocks, and writing to a closed
+/// connection raises no SIGPIPE.
 ///
-/// WORKAROUND: QLocalSocket of Qt 6.4 would do, but the library that it comes with takes a megabyte of
-/// memory.
+/// WORKAROUND: QLocalSocket of Qt 6.4 would do, but it needs the Qt Network library, which takes a megabyte
+/// of memory.
 class UnixStream final : public QObject {
     Q_OBJECT
 
 public:
-    /// Begins to connect. Success and failure are told from the event loop, never from within this call.
+    /// Begins to connect. Success and failure are reported from the event loop, never from within this call.
     explicit UnixStream(const QString& path);
     ~UnixStream() override;
 
@@ -30,11 +30,11 @@ public:
     /// Ends the connection without a further signal. What has not been sent yet is lost.
     void close();
 
-    // Whoever hears one of these may close the stream, or destroy it.
+    // Receivers of these signals may close or destroy the stream.
 Q_SIGNALS:
     void opened();
     void arrived(const QByteArray& bytes);
-    /// The last signal, told once; a stream that never opened ends so, too.
+    /// The last signal, emitted once; also for a stream that never opened.
     void ended(const QString& reason);
 
 private:
@@ -45,9 +45,9 @@ private:
 
     int m_fd = -1;
     std::unique_ptr<QSocketNotifier> m_readable;
-    std::unique_ptr<QSocketNotifier> m_writable;  ///< enabled while there is something left to send
+    std::unique_ptr<QSocketNotifier> m_writable;  ///< enabled while something is left to send
     QByteArray m_output;
-    int m_writeError = 0;  ///< ends the stream once all that has arrived is read
+    int m_writeError = 0;  ///< ends the stream once everything that has arrived is read
     bool m_isClosed = false;
 };
 

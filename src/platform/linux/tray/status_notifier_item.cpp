@@ -33,7 +33,7 @@ StatusNotifierPixmaps pixmapsOf(const QIcon& icon) {
     for (const QSize& size : icon.availableSizes()) {
         const QImage image = icon.pixmap(size, 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
         StatusNotifierPixmap pixmap{image.width(), image.height(), QByteArray(image.sizeInBytes(), 0)};
-        // A line of 32-bit pixels has no padding.
+        // Lines of 32-bit pixels have no padding, so all are converted at once.
         qToBigEndian<quint32>(
             image.constBits(), image.width() * qsizetype(image.height()), pixmap.pixels.data());
         pixmaps.append(pixmap);
@@ -81,7 +81,7 @@ StatusNotifierItem::StatusNotifierItem(const QString& title, const QIcon& icon, 
     const auto* watcher =
         new QDBusServiceWatcher(watcherName, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, [this] {
-        m_present.reset();  // a tray that takes another's place knows nothing of the item
+        m_present.reset();  // a tray that replaces another does not know the item yet
         lookForTray();
     });
     for (const auto& signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
@@ -108,10 +108,10 @@ void StatusNotifierItem::lookForTray() {
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, question = ++m_question] {
         answer->deleteLater();
         if (question != m_question)
-            return;  // perhaps of a tray whose place another has taken
+            return;  // perhaps an answer from a tray that has been replaced
         const QDBusPendingReply<QDBusVariant> reply = *answer;
         if (reply.error().type() == QDBusError::NoReply) {
-            lookForTray();  // a desktop that is busy, as at login, or one that ended meanwhile
+            lookForTray();  // the desktop is busy, as at login, or has ended meanwhile
             return;
         }
         setTray(reply.isValid() && reply.value().variant().toBool());
@@ -150,8 +150,7 @@ StatusNotifierToolTip StatusNotifierItem::toolTip() const {
 }
 
 QDBusObjectPath StatusNotifierItem::menu() const {
-    return m_menu ? TrayMenu::path()
-                  : QDBusObjectPath(u"/NO_DBUSMENU"_s);  // the name that trays know for none
+    return m_menu ? TrayMenu::path() : QDBusObjectPath(u"/NO_DBUSMENU"_s);  // what trays take for "no menu"
 }
 
 void StatusNotifierItem::Activate(int x, int y) {

@@ -28,9 +28,11 @@ struct StatusNotifierToolTip {
     QString text;
 };
 
-/// An item in the trays that take them over the session bus (org.kde.StatusNotifierItem): there whenever such
-/// a tray is, whichever of the two comes first. The toolkit's own looks for a tray once in a process, and
-/// keeps the place of a click to itself.
+/// An item in trays that take items over the session bus (org.kde.StatusNotifierItem). It appears whenever
+/// such a tray is there, whichever of the two starts first.
+///
+/// WORKAROUND: QSystemTrayIcon (Qt 6.4) looks for a tray only once per process, and drops the position of a
+/// click.
 class StatusNotifierItem final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
@@ -50,8 +52,8 @@ public:
         const QString& title, const QIcon& icon, QDBusConnection bus = QDBusConnection::sessionBus());
     ~StatusNotifierItem() override;
 
-    /// Gives the item a menu, which the tray draws. An empty title is a line between two others. To be called
-    /// before the event loop runs: trays ask once.
+    /// Gives the item a menu, which the tray draws. An empty title is a separator. Call this before the event
+    /// loop runs: trays ask only once.
     void setMenu(const QStringList& titles);
 
     [[nodiscard]] QString category() const;
@@ -65,19 +67,20 @@ public:
     [[nodiscard]] QDBusObjectPath menu() const;
 
 public Q_SLOTS:
-    /// The tray tells where the click was, in pixels of the screen.
+    /// Called by the tray with the position of the click, in pixels of the screen.
     void Activate(int x, int y);
     void ContextMenu(int x, int y);
     void SecondaryActivate(int x, int y);
     void Scroll(int delta, const QString& orientation);
-    /// What lets a window come to the front where windows may not do so on their own.
+    /// An activation token, for desktops on which windows may not come to the front on their own.
     void ProvideXdgActivationToken(const QString& token);
 
 Q_SIGNALS:
-    /// Whether a tray for such items is there; the first time soon after construction, whatever the answer.
+    /// Whether there is a tray for such items. Emitted for the first time soon after construction, in either
+    /// case.
     void trayChanged(bool present);
     void activated(const QPoint& place);
-    /// By a tray that leaves the drawing of menus to the programs.
+    /// Emitted for trays that leave drawing the menu to the program.
     void menuRequested(const QPoint& place);
     void menuChosen(int index);
 
@@ -93,7 +96,7 @@ private:
     StatusNotifierPixmaps m_pixmaps;
     std::unique_ptr<TrayMenu> m_menu;
     std::optional<bool> m_present;
-    int m_question = 0;  ///< counts, so that only the answer to the last one counts
+    int m_question = 0;  ///< counts the questions: only the answer to the last one is used
 };
 
 }  // namespace tralio

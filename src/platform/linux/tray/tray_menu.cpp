@@ -87,7 +87,8 @@ QVariantMap TrayMenu::propertiesOf(int id, const QStringList& names) const {
     else if (const QString& title = m_titles[id - 1]; title.isEmpty())
         properties = {{u"type"_s, u"separator"_s}};
     else
-        properties = {{u"label"_s, QString(title).replace(u'_', u"__"_s)}};  // one alone is a mnemonic's
+        // a single underscore would mark a mnemonic
+        properties = {{u"label"_s, QString(title).replace(u'_', u"__"_s)}};
     if (!names.isEmpty())
         properties.removeIf([&names](const auto& entry) { return !names.contains(entry.key()); });
     return properties;
@@ -124,7 +125,7 @@ QDBusVariant TrayMenu::GetProperty(int id, const QString& name) {
 bool TrayMenu::take(int id, const QString& event) {
     if (!isKnown(id))
         return false;
-    // Trays draw lines that cannot be clicked, but anybody on the bus may call.
+    // A tray does not let separators be clicked, but anybody on the bus may send this.
     if (event == u"clicked" && id != root && !m_titles[id - 1].isEmpty())
         QMetaObject::invokeMethod(
             this, [this, index = id - 1] { Q_EMIT chosen(index); }, Qt::QueuedConnection);

@@ -12,21 +12,21 @@ class QDBusArgument;
 
 namespace tralio {
 
-/// An entry as the protocol carries it (ia{sv}), the answer to a question about several.
+/// An entry as the protocol carries it (ia{sv}), in the answer to a question about several.
 struct TrayMenuItem {
     int id = 0;
     QVariantMap properties;
 };
 using TrayMenuItems = QList<TrayMenuItem>;
 
-/// An entry with those below it, each a variant of the same form (ia{sv}av).
+/// An entry and its children, each a variant of the same form (ia{sv}av).
 struct TrayMenuLayout {
     int id = 0;
     QVariantMap properties;
     QVariantList children;
 };
 
-/// What a tray tells of an entry (isvu).
+/// An event that a tray reports for an entry (isvu).
 struct TrayMenuEvent {
     int id = 0;
     QString event;
@@ -42,8 +42,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, TrayMenuLayout& l
 QDBusArgument& operator<<(QDBusArgument& argument, const TrayMenuEvent& event);
 const QDBusArgument& operator>>(const QDBusArgument& argument, TrayMenuEvent& event);
 
-/// The menu of an item in the tray, which the tray itself draws (com.canonical.dbusmenu). It has one level
-/// and does not change.
+/// The menu of a tray item, drawn by the tray itself (com.canonical.dbusmenu). It has one level and does not
+/// change.
 class TrayMenu final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
@@ -53,7 +53,7 @@ class TrayMenu final : public QObject, protected QDBusContext {
     Q_PROPERTY(QStringList IconThemePath READ iconThemePath CONSTANT)
 
 public:
-    /// An empty title is a line between two others.
+    /// An empty title is a separator.
     TrayMenu(const QStringList& titles, QDBusConnection bus);
     ~TrayMenu() override;
 
@@ -65,8 +65,8 @@ public:
     [[nodiscard]] QStringList iconThemePath() const { return {}; }
 
 public Q_SLOTS:
-    // Ids are 0 for the menu and 1 for its first entry. An empty list of names means every property, one of
-    // ids every entry.
+    // Id 0 is the menu, id 1 its first entry. An empty list of names means all properties, an empty list of
+    // ids all entries.
     uint GetLayout(
         int parentId, int recursionDepth, const QStringList& propertyNames, tralio::TrayMenuLayout& layout);
     tralio::TrayMenuItems GetGroupProperties(const QList<int>& ids, const QStringList& propertyNames);
@@ -77,16 +77,16 @@ public Q_SLOTS:
     QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors);
 
 Q_SIGNALS:
-    /// From the event loop, when the tray has had its answer. `index` counts as the titles do; it is never a
-    /// line's.
+    /// Emitted from the event loop, after the tray has got its reply. `index` is a position in the titles,
+    /// never that of a separator.
     void chosen(int index);
 
 private:
     [[nodiscard]] bool isKnown(int id) const { return id >= 0 && id <= m_titles.size(); }
-    /// Fails the call that is being answered.
+    /// Answers the current call with an error.
     void refuse(int id);
     [[nodiscard]] QVariantMap propertiesOf(int id, const QStringList& names) const;
-    /// Whether there is such an entry.
+    /// Handles an event of an entry; false if there is no such entry.
     bool take(int id, const QString& event);
 
     QDBusConnection m_bus;

@@ -13,7 +13,7 @@ CompositorScreen& screen(void* data) {
     return *static_cast<CompositorScreen*>(data);
 }
 
-// wl_output's first two versions.
+// The events of wl_output, versions 1 and 2.
 constexpr wl_output_listener outputListener{
     .geometry = [](void*, wl_output*, qint32, qint32, qint32, qint32, qint32, const char*, const char*,
                     qint32) {},
@@ -28,7 +28,7 @@ constexpr wl_output_listener outputListener{
     .description = nullptr,
 };
 
-// xdg-output, version 1: what stands in wl_output, after turning and scaling.
+// xdg-output, version 1: the same data as wl_output, but after rotation and scaling.
 constexpr std::array<const wl_interface*, 2> noTypes{};
 extern const wl_interface xdgOutput;
 constexpr std::array<const wl_interface*, 2> outputTypes{&xdgOutput, &wl_output_interface};

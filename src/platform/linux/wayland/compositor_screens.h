@@ -6,14 +6,14 @@
 
 namespace tralio {
 
-/// A screen as the compositor tells of it.
+/// A screen as the compositor reports it.
 struct CompositorScreen {
     QSize pixels;
-    qint32 scale = 1;  ///< in whole steps: the next above the real one
-    QSize size;        ///< in the units of its own windows; empty where it does not say
+    qint32 scale = 1;  ///< integral; a fractional scale is rounded up
+    QSize size;        ///< in the units of native Wayland windows; empty if not reported
 };
 
-/// Asked on a connection of their own, of which a moment is waited for; none where there is no compositor.
+/// Asks on a connection of its own, and waits a moment for the answer; empty if there is no compositor.
 [[nodiscard]] std::vector<CompositorScreen> compositorScreens();
 
 }  // namespace tralio

@@ -18,7 +18,7 @@ using Protocol = DataControlProtocol;
 constexpr void* newObject = nullptr;
 constexpr qsizetype pipePage = 4096;  // bytes
 constexpr int syncLimit = 100;        // milliseconds
-constexpr int initialLimit = 500;     // milliseconds: at login much else starts as well
+constexpr int initialLimit = 500;     // milliseconds: at login many programs start at once
 
 DataControl& controlOf(void* data) {
     return *static_cast<DataControl*>(data);
@@ -31,7 +31,7 @@ const Protocol::DeviceListener DataControl::deviceListener{
     [](void* data, wl_proxy*, wl_proxy* offer) {
         controlOf(data).selectionChanged(Selection::clipboard, offer);
     },
-    [](void*, wl_proxy*) {},  // the seat is gone: nothing changes any more
+    [](void*, wl_proxy*) {},  // the seat is gone: there will be no more changes
     [](void* data, wl_proxy*, wl_proxy* offer) {
         controlOf(data).selectionChanged(Selection::primary, offer);
     },
@@ -54,7 +54,7 @@ std::unique_ptr<DataControl> DataControl::open(WaylandConnection& connection) {
         return nullptr;
     for (const auto family : {Protocol::Family::ext, Protocol::Family::wlr}) {
         const Protocol& protocol = Protocol::get(family);
-        // An older compositor has the protocol without the PRIMARY selection.
+        // Older compositors have a version of the protocol without PRIMARY.
         if (auto manager = connection.bind(protocol.manager, protocol.version)) {
             return std::unique_ptr<DataControl>(
                 new DataControl(connection, protocol, std::move(manager), std::move(seat)));
@@ -72,7 +72,7 @@ DataControl::DataControl(WaylandConnection& connection, const DataControlProtoco
       m_device(makeObject(m_manager.get(), Protocol::ManagerRequest::getDataDevice, protocol.device,
           newObject, m_seat.get())) {
     addListener(m_device.get(), deviceListener, this);
-    // What is there already comes at once, and would pass for new if it came later.
+    // The compositor reports existing selections at once. Reported later, they would count as new.
     m_connection.sync(QDeadlineTimer(initialLimit));
     m_initial = false;
 }
@@ -118,7 +118,7 @@ QStringList DataControl::mimeTypes(Selection selection) {
 }
 
 std::optional<QString> DataControl::text(Selection selection, QDeadlineTimer deadline) {
-    // We could not answer ourselves while we wait.
+    // The clipboard is ours: while waiting here we could not answer our own request.
     if (m_source && selection == Selection::clipboard)
         return m_ownText;
     const QStringList offered = mimeTypes(selection);

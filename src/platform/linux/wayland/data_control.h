@@ -16,8 +16,8 @@ namespace tralio {
 
 class DataPipeReader;
 
-/// The clipboard and the PRIMARY selection through the data-control protocol. No content is read before it is
-/// asked for.
+/// The clipboard and the PRIMARY selection through the data-control protocol. Contents are read only on
+/// request.
 class DataControl final : public QObject {
     Q_OBJECT
 
@@ -25,33 +25,30 @@ public:
     enum class Selection { clipboard, primary };
     Q_ENUM(Selection)
 
-    /// Null where the compositor offers the protocol in neither of its two forms.
+    /// Null if the compositor offers neither form of the protocol.
     [[nodiscard]] static std::unique_ptr<DataControl> open(WaylandConnection& connection);
     ~DataControl() override;
 
-    /// The name of the protocol that is spoken, for the log.
+    /// The name of the protocol in use, for the log.
     [[nodiscard]] const char* protocolName() const { return m_protocol.manager.name; }
 
-    /// How often the selection has changed, up to now: waits for the compositor's word, a tenth of a second
-    /// at the most.
+    /// The number of changes of the selection up to now. Waits for the compositor, up to a tenth of a second.
     [[nodiscard]] qint64 changeCount(Selection selection);
 
-    /// The text of a selection, awaited from its owner until `deadline` at the most. Absent when there is
-    /// none.
+    /// The text of a selection. Waits for its owner until `deadline` at most. Absent if there is none.
     [[nodiscard]] std::optional<QString> text(Selection selection, QDeadlineTimer deadline);
 
-    /// The kinds of content that a selection's owner offers, by their MIME types.
+    /// The MIME types that the owner of a selection offers.
     [[nodiscard]] QStringList mimeTypes(Selection selection);
 
-    /// The pipe out of which the content of one kind comes, which may be read on any thread; null when there
-    /// is none.
+    /// The pipe from which the content of one type can be read, on any thread; null if there is none.
     [[nodiscard]] std::shared_ptr<DataPipeReader> receive(Selection selection, const QString& mimeType);
 
     void setClipboard(const QString& text);
     [[nodiscard]] bool ownsClipboard() const { return m_source != nullptr; }
 
 Q_SIGNALS:
-    /// A selection has a new owner or a new content. Not told of what was there before we came.
+    /// A selection has a new owner or new content. Not emitted for what was there before this object.
     void changed(tralio::DataControl::Selection selection);
 
 private:
@@ -82,7 +79,7 @@ private:
     WaylandObject m_manager;
     WaylandObject m_seat;
     WaylandObject m_device;
-    QHash<wl_proxy*, QStringList> m_arriving;  ///< offers that are not yet any selection's
+    QHash<wl_proxy*, QStringList> m_arriving;  ///< offers that do not belong to a selection yet
     std::array<State, 2> m_states;
     WaylandObject m_source;  ///< while the clipboard is ours
     QString m_ownText;

@@ -12,8 +12,8 @@ const DataControlProtocol& DataControlProtocol::get(Family family) {
     return family == Family::ext ? ext : wlr;
 }
 
-// In signatures: n a new object, o an object, ? one that may be null, s a text, h a file descriptor; a number
-// before is the version that brought the message.
+// Signatures: n is a new object, o an object, ? makes it nullable, s is a string, h a file descriptor. A
+// leading number is the version that introduced the message.
 DataControlProtocol::DataControlProtocol(const Names& names)
     : version(names.version),
       manager{names.manager, static_cast<int>(version), 3, m_managerRequests, 0, nullptr},

@@ -6,12 +6,12 @@
 
 namespace tralio {
 
-/// The data-control protocol, by which a program without the keyboard focus follows, reads and sets the
-/// clipboard and the PRIMARY selection. It exists twice, equal except for its names: as the one that wlroots
-/// began with and as its successor among the common extensions.
+/// The data-control protocol, with which a program without the keyboard focus watches, reads and sets the
+/// clipboard and the PRIMARY selection. It exists under two sets of names and is otherwise equal: the
+/// original one of wlroots and its successor, ext-data-control.
 ///
-/// Described here as libwayland wants it, since the protocol files are not to be had everywhere that the
-/// protocol is.
+/// The tables for libwayland are written by hand, since not every system that has the protocol has its
+/// description files.
 class DataControlProtocol final {
 public:
     enum class Family { ext, wlr };
@@ -21,10 +21,10 @@ public:
     DataControlProtocol(const DataControlProtocol&) = delete;
     DataControlProtocol& operator=(const DataControlProtocol&) = delete;
 
-    /// The version in which the PRIMARY selection is part of it, and that we speak.
+    /// The version that we use, the first one with the PRIMARY selection.
     quint32 version;
 
-    // The numbers of requests, by interface.
+    // The opcodes of the requests, by interface.
     struct ManagerRequest {
         static constexpr quint32 createDataSource = 0;
         static constexpr quint32 getDataDevice = 1;
@@ -42,7 +42,7 @@ public:
         static constexpr quint32 destroy = 1;
     };
 
-    // What the compositor tells, in the order of the protocol.
+    // The compositor's events, in the order of the protocol.
     struct DeviceListener {
         void (*dataOffer)(void* data, wl_proxy* device, wl_proxy* offer);
         void (*selection)(void* data, wl_proxy* device, wl_proxy* offer);
@@ -69,7 +69,7 @@ private:
         const char* source;
         const char* offer;
         quint32 version;
-        /// The signature of what came with the second version: the PRIMARY selection.
+        /// The signature of the messages for PRIMARY, which version 2 introduced.
         const char* primarySignature;
     };
 

@@ -51,7 +51,7 @@ bool DataPipeReader::read(
         pollfd readable{m_readEnd, POLLIN, 0};
         const int ready = poll(&readable, 1, static_cast<int>(deadline.remainingTime()));
         if (ready < 0 && errno == EINTR)
-            continue;  // by a signal, such as the one after a pause of the whole program
+            continue;  // interrupted by a signal, such as the one after the whole program was stopped
         if (ready <= 0)
             return false;
         const auto wanted = std::min(size_t(most + 1 - size), part.size());
@@ -68,7 +68,7 @@ bool DataPipeReader::read(
 }
 
 DataPipeWriter::DataPipeWriter(int fd, const QString& text) : m_fd(fd), m_rest(text.toUtf8()) {
-    // A reader that goes away in the middle would end us by a signal.
+    // If the reader goes away, writing would end this process by SIGPIPE.
     std::signal(SIGPIPE, SIG_IGN);
     fcntl(m_fd, F_SETFL, fcntl(m_fd, F_GETFL) | O_NONBLOCK);
     auto* notifier = new QSocketNotifier(m_fd, QSocketNotifier::Write, this);

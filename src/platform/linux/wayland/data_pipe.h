@@ -10,7 +10,7 @@
 
 namespace tralio {
 
-/// A pipe for what another program writes.
+/// A pipe into which another program writes.
 class DataPipeReader final {
 public:
     DataPipeReader();
@@ -20,14 +20,15 @@ public:
 
     [[nodiscard]] bool isOpen() const { return m_readEnd >= 0; }
 
-    /// What the writer gets; it is the only one left to write once ours is closed.
+    /// The end for the writer. Close ours after passing it on, so that the pipe ends when the writer closes
+    /// its own.
     [[nodiscard]] int writeEnd() const { return m_writeEnd; }
     void closeWriteEnd();
 
-    /// Everything until the writer closes its end, or the first `most` + 1 bytes when there are more; absent
-    /// when neither has come by `deadline`.
+    /// Everything until the writer closes its end, or the first `most` + 1 bytes if there are more; absent if
+    /// neither has happened by `deadline`.
     [[nodiscard]] std::optional<QByteArray> read(qsizetype most, QDeadlineTimer deadline) const;
-    /// The same, piece by piece; false where it would be absent.
+    /// The same, piece by piece; false where the other would be absent.
     [[nodiscard]] bool read(
         qsizetype most, QDeadlineTimer deadline, const std::function<void(QByteArrayView)>& take) const;
 
@@ -36,11 +37,10 @@ private:
     int m_writeEnd = -1;
 };
 
-/// Writes a text to a program that reads as slowly as it likes, from the event loop. Deletes itself when
-/// done.
+/// Writes a text to another program from the event loop, however slowly that reads. Deletes itself when done.
 class DataPipeWriter final : public QObject {
 public:
-    /// Takes over the file descriptor.
+    /// Takes ownership of the file descriptor.
     DataPipeWriter(int fd, const QString& text);
     ~DataPipeWriter() override;
 

@@ -11,7 +11,7 @@
 namespace tralio {
 namespace {
 
-/// Of all monitors together.
+/// The number of pixels of all monitors together.
 qint64 pixelsOfX11() {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
@@ -37,7 +37,7 @@ bool isXwaylandMagnified() {
     const std::vector<CompositorScreen> screens = compositorScreens();
     const bool isAnyDense = std::any_of(
         screens.begin(), screens.end(), [](const CompositorScreen& screen) { return screen.scale > 1; });
-    // Asked only then, because the question starts an X server where none runs yet.
+    // Asked last, since it would start an X server where none runs yet.
     return isAnyDense &&
         pixelsOfX11() < std::accumulate(
                             screens.begin(), screens.end(), qint64{0},

@@ -2,9 +2,9 @@
 
 namespace tralio {
 
-/// Whether this session shows X windows enlarged, and so blurred: it has a screen with more than one pixel to
-/// the unit, and lets the X server see fewer pixels than there are. Asks both servers; to be called before
-/// the application object is made, or after.
+/// Whether this session shows X windows enlarged, and so blurred: it has a screen with more than one pixel
+/// per unit, and the X server has fewer pixels than the screens. Asks both servers. May be called before or
+/// after the application object is made.
 [[nodiscard]] bool isXwaylandMagnified();
 
 }  // namespace tralio

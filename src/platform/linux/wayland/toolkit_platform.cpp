@@ -12,12 +12,12 @@ ToolkitPlatform::ToolkitPlatform() {
         chooseInputMethod();
         return;
     }
-    // The second is taken when the first cannot be had.
+    // Qt takes the second platform if the first one does not work.
     const bool isX11Good = qEnvironmentVariableIsSet("DISPLAY") && !isXwaylandMagnified();
     choose("QT_QPA_PLATFORM", isX11Good ? "xcb;wayland" : "wayland;xcb");
     if (qgetenv("QT_QPA_PLATFORM").startsWith("xcb"))
         chooseInputMethod();
-    // GL costs 30 MB, and our windows are drawn in shared memory. The name is of no plugin, so that none is
+    // GL costs 30 MB, and our windows are drawn in shared memory. There is no plugin of this name, so none is
     // loaded.
     choose("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
 }

@@ -7,7 +7,7 @@
 namespace tralio {
 namespace {
 
-// The protocol's first version, as libwayland wants it described.
+// Version 1 of the protocol, as a table for libwayland.
 extern const wl_interface toplevelInterface;
 const wl_interface* noToplevelTypes[5] = {};
 const wl_interface* toplevelType[1] = {&toplevelInterface};
@@ -40,7 +40,7 @@ ToplevelWatch& watchOf(void* data) {
 
 }  // namespace
 
-// What the compositor tells, in the order of the protocol.
+// The compositor's events, in the order of the protocol.
 struct ToplevelWatch::ManagerListener {
     void (*toplevel)(void*, wl_proxy*, wl_proxy* window);
     void (*finished)(void*, wl_proxy*);
@@ -101,7 +101,7 @@ void ToplevelWatch::forgetWindows() {
 void ToplevelWatch::done(wl_proxy* window) {
     Window& known = m_windows[window];
     known.appId = known.arrivingAppId;
-    // Another window's turn may have been told before.
+    // The activation of another window may have been reported before.
     if (known.arrivingActive)
         m_active = window;
     else if (m_active == window)

@@ -7,15 +7,15 @@
 
 namespace tralio {
 
-/// Which application's window is in front, on compositors that tell of other programs' windows by the
-/// wlr-foreign-toplevel protocol (sway, Hyprland, and others on wlroots).
+/// Tracks which application's window is in front, on compositors that report other programs' windows through
+/// the wlr-foreign-toplevel protocol (sway, Hyprland, and others based on wlroots).
 class ToplevelWatch final {
 public:
-    /// Null where the compositor does not tell.
+    /// Null if the compositor does not have the protocol.
     [[nodiscard]] static std::unique_ptr<ToplevelWatch> open(WaylandConnection& connection);
     ~ToplevelWatch();
 
-    /// The application id of the activated window, of an X window its class; empty while there is none.
+    /// The application id of the active window, for an X window its class; empty if there is none.
     [[nodiscard]] QString activeApplication() const {
         return m_active ? m_windows.value(m_active).appId : QString();
     }

@@ -12,7 +12,7 @@
 namespace tralio {
 namespace {
 
-// The virtual-keyboard protocol, as libwayland wants it described.
+// The virtual-keyboard protocol, as a table for libwayland.
 extern const wl_interface keyboardInterface;
 const wl_interface* noKeyboardTypes[4] = {};
 const wl_interface* createTypes[] = {&wl_seat_interface, &keyboardInterface};
@@ -30,7 +30,7 @@ const wl_message keyboardManagerRequests[] = {{"create_virtual_keyboard", "on", 
 const wl_interface keyboardManagerInterface{
     "zwp_virtual_keyboard_manager_v1", 1, 1, keyboardManagerRequests, 0, nullptr};
 
-/// The compositor has the parts that this includes.
+/// The compositor has the included parts.
 constexpr auto keymap =
     "xkb_keymap {\n"
     "xkb_keycodes { include \"evdev+aliases(qwerty)\" };\n"
@@ -39,7 +39,7 @@ constexpr auto keymap =
     "xkb_symbols { include \"pc+us+inet(evdev)\" };\n"
     "};\n";
 
-/// The modifier that a key is, as its bit in the state of that keymap; zero for other keys.
+/// The bit of a modifier key in the modifier state of that keymap; zero for other keys.
 quint32 modifierOf(quint32 code) {
     switch (code) {
         case 42:

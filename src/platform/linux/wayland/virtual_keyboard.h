@@ -6,11 +6,11 @@
 
 namespace tralio {
 
-/// A keyboard of our own, on compositors that let any program have one (those on wlroots). Its keys are those
-/// of a US keyboard.
+/// A virtual keyboard, on compositors that offer one to every program (those based on wlroots). Its layout is
+/// US.
 class VirtualKeyboard final {
 public:
-    /// Null where the compositor gives none.
+    /// Null if the compositor offers none.
     [[nodiscard]] static std::unique_ptr<VirtualKeyboard> open(WaylandConnection& connection);
     VirtualKeyboard(const VirtualKeyboard&) = delete;
     VirtualKeyboard& operator=(const VirtualKeyboard&) = delete;

@@ -15,7 +15,7 @@ void globalAdded(
     static_cast<WaylandConnection*>(connection)->addGlobal(name, interface, version);
 }
 
-// What goes while we run (a screen, a keyboard) is nothing that we bind.
+// Globals that can go away while we run (screens, keyboards) are never bound here.
 void globalRemoved(void* /*connection*/, wl_registry* /*registry*/, quint32 /*name*/) {}
 
 constexpr wl_registry_listener registryListener{globalAdded, globalRemoved};
@@ -40,7 +40,7 @@ std::unique_ptr<WaylandConnection> WaylandConnection::open(int limit) {
 }
 
 std::unique_ptr<WaylandConnection> WaylandConnection::greet(int limit) {
-    // Without the variable the library would try a socket by a usual name, which may be another session's.
+    // Without the variable libwayland would try a default socket, which may be another session's.
     if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
         return nullptr;
     wl_display* display = wl_display_connect(nullptr);
@@ -84,7 +84,7 @@ quint32 WaylandConnection::versionOf(const QByteArray& interface) const {
 }
 
 WaylandObject WaylandConnection::bind(const wl_interface& interface, quint32 version) {
-    // Of several seats the first is the user's.
+    // Of several, the first; the first seat is the user's.
     auto all = bindAll(interface, version);
     return all.empty() ? nullptr : std::move(all.front());
 }

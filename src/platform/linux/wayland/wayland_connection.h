@@ -20,47 +20,47 @@ struct DestroyProxy {
     void operator()(wl_proxy* proxy) const;
 };
 
-/// An object of the compositor's. Letting it go frees our side only; where the protocol has a destructor
-/// request, that is sent before.
+/// An object of the compositor. Releasing it frees only our side; where the protocol has a destructor
+/// request, that has to be sent first.
 using WaylandObject = std::unique_ptr<wl_proxy, DestroyProxy>;
 
-/// A connection of our own to the Wayland compositor, beside the one of the toolkit, which may well be an X11
-/// program here. Used from the main thread.
+/// A connection of our own to the Wayland compositor, apart from Qt's, which may use X11 in this session.
+/// Used from the main thread.
 class WaylandConnection final : public QObject {
     Q_OBJECT
 
 public:
-    /// Milliseconds. Compositors that have just started are busy for a second or more, and who is not greeted
-    /// has no hot keys for the whole session.
+    /// In milliseconds. Compositors that have just started are busy for a second or more, and without an
+    /// answer here there would be no hot keys for the whole session.
     static constexpr int greetingLimit = 10'000;
 
-    /// Connects to $WAYLAND_DISPLAY and learns what the compositor offers; null when there is none, or when
-    /// it does not answer within `limit`, in milliseconds. Events then come from the event loop.
+    /// Connects to $WAYLAND_DISPLAY and learns what the compositor offers; null if there is none, or if it
+    /// does not answer within `limit`, in milliseconds. Events are then delivered from the event loop.
     [[nodiscard]] static std::unique_ptr<WaylandConnection> open(int limit = greetingLimit);
-    /// The same without an event loop, which need not exist yet: events come in sync() only.
+    /// The same without an event loop, which need not exist yet: events are delivered in sync() only.
     [[nodiscard]] static std::unique_ptr<WaylandConnection> greet(int limit = greetingLimit);
     ~WaylandConnection() override;
 
-    /// The version of a global object of the compositor's; zero when it has none.
+    /// The version of one of the compositor's globals; zero if it does not have it.
     [[nodiscard]] quint32 versionOf(const QByteArray& interface) const;
 
-    /// Binds a global object, in at most `version`; null when the compositor has none.
+    /// Binds a global in at most `version`; null if the compositor does not have it.
     [[nodiscard]] WaylandObject bind(const wl_interface& interface, quint32 version);
-    /// All of the kind, where a compositor has several.
+    /// Binds all globals of this interface.
     [[nodiscard]] std::vector<WaylandObject> bindAll(const wl_interface& interface, quint32 version);
 
-    /// Waits until the compositor has dealt with everything asked so far, and hands out what it said; false
-    /// when the time is over first.
+    /// Waits until the compositor has handled all requests sent so far, and delivers its events; false if the
+    /// time is over first.
     bool sync(QDeadlineTimer deadline);
     void flush();
 
-    /// The compositor is gone, or has ended the connection.
+    /// The compositor has gone, or has closed the connection.
     [[nodiscard]] bool isLost() const { return m_lost; }
 
     void addGlobal(quint32 name, const char* interface, quint32 version);
 
 Q_SIGNALS:
-    /// isLost() from now on.
+    /// Emitted when isLost() becomes true.
     void lost();
 
 private:
@@ -71,7 +71,7 @@ private:
 
     explicit WaylandConnection(wl_display* display);
 
-    /// Reads what has arrived, waiting for it until `deadline`, and hands it out.
+    /// Waits for events until `deadline`, then reads and delivers them.
     bool dispatch(QDeadlineTimer deadline);
     void listen();
 

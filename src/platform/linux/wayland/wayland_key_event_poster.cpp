@@ -12,7 +12,7 @@ namespace {
 constexpr quint32 leftControl = 29;  // evdev codes
 constexpr quint32 leftShift = 42;
 
-/// The user waits. Milliseconds.
+/// In milliseconds; the user is waiting.
 constexpr int greetingLimit = 500;
 
 }  // namespace
@@ -26,7 +26,7 @@ bool WaylandKeyEventPoster::isGranted() const {
 }
 
 bool WaylandKeyEventPoster::canPost() const {
-    // Without a word from the compositor of who is in front it might be a terminal.
+    // If the compositor does not report the application in front, it might be a terminal.
     return isGranted() && !m_front.applicationId().isEmpty();
 }
 

@@ -11,23 +11,23 @@ namespace tralio {
 
 class FrontApplication;
 
-/// Types shortcuts on a virtual keyboard, which is there only while one is pressed. The keys that the user
-/// holds are another keyboard's and need no release: what comes from ours comes with our modifiers.
+/// Types shortcuts on a virtual keyboard, which exists only while one is pressed. Keys that the user holds
+/// belong to another keyboard and need no release: events of ours carry our modifiers only.
 ///
-/// A compositor that offers the keyboard and then refuses it ends the whole connection that asked: the
-/// keyboard has one of its own.
+/// A compositor that offers a virtual keyboard and then refuses it closes the whole connection, so the
+/// keyboard has a connection of its own.
 class WaylandKeyEventPoster final : public KeyEventPoster {
 public:
-    /// What is known of the application in front but for its id.
+    /// What is known of the application in front, except its application id.
     using AskTarget = std::function<CopyTarget()>;
 
     WaylandKeyEventPoster(
         const WaylandConnection& session, const FrontApplication& front, AskTarget askTarget);
 
-    /// Whether the compositor gives programs a keyboard.
+    /// Whether the compositor offers virtual keyboards.
     [[nodiscard]] bool isGranted() const;
 
-    /// Whether there is something to press that copies in the application in front. Takes some milliseconds.
+    /// Whether there is a shortcut that copies in the application in front. Takes some milliseconds.
     [[nodiscard]] bool canPressCopy() const;
 
     bool canPost() const override;

@@ -42,7 +42,7 @@ std::optional<QString> WaylandPasteboard::selectedString() {
 QCoro::Task<Picture> WaylandPasteboard::picture() {
     const QString format = bestPictureFormat(m_dataControl.mimeTypes(clipboard));
     if (format.isEmpty() || belongsToToolkit())
-        co_return Picture();  // we copy texts only
+        co_return Picture();  // only texts are copied
     const std::shared_ptr<DataPipeReader> pipe = m_dataControl.receive(clipboard, format);
     if (!pipe)
         co_return Picture();

@@ -7,7 +7,7 @@ namespace tralio {
 
 class DataControl;
 
-/// The clipboard through the data-control protocol, whoever has the focus.
+/// The clipboard through the data-control protocol, independent of the focus.
 class WaylandPasteboard final : public Pasteboard {
 public:
     explicit WaylandPasteboard(DataControl& dataControl) : m_dataControl(dataControl) {}
@@ -21,8 +21,8 @@ public:
     QString ownString() override { return m_own.text(); }
 
 private:
-    /// Whether the content was copied in our own window: the toolkit has it, and could not answer while we
-    /// wait.
+    /// Whether the content was copied in a window of ours: Qt has it, and could not answer while we wait for
+    /// it.
     [[nodiscard]] bool belongsToToolkit() const;
 
     DataControl& m_dataControl;

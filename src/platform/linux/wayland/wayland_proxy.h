@@ -6,15 +6,15 @@
 
 namespace tralio {
 
-// Requests and events of protocols that are described by our own tables. Arguments are passed as libwayland's
-// C interface takes them, by the request's signature.
+// Requests and events of the protocols that are described by our own tables. Arguments are passed as
+// libwayland's C interface takes them, according to the request's signature.
 
 template <typename... Arguments>
 void sendRequest(wl_proxy* object, quint32 number, Arguments... arguments) {
     wl_proxy_marshal_flags(object, number, nullptr, wl_proxy_get_version(object), 0, arguments...);
 }
 
-/// A request that makes an object; `nullptr` stands for it among the arguments.
+/// Sends a request that creates an object; pass `nullptr` for it among the arguments.
 template <typename... Arguments>
 [[nodiscard]] WaylandObject makeObject(
     wl_proxy* object, quint32 number, const wl_interface& interface, Arguments... arguments) {
@@ -22,7 +22,7 @@ template <typename... Arguments>
         wl_proxy_marshal_flags(object, number, &interface, wl_proxy_get_version(object), 0, arguments...));
 }
 
-/// A destructor request.
+/// Sends a destructor request.
 inline void destroyObject(WaylandObject object, quint32 number) {
     wl_proxy* raw = object.release();
     wl_proxy_marshal_flags(raw, number, nullptr, wl_proxy_get_version(raw), WL_MARSHAL_FLAG_DESTROY);

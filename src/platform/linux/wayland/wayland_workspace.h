@@ -8,7 +8,8 @@ class AtspiBus;
 class FrontApplication;
 
 /// The applications of a Wayland session. The process of the one in front is known only from the
-/// accessibility bus; one that is not on it has process 0, and its PRIMARY selection may still be had.
+/// accessibility bus. An application that is not on that bus has process 0; its PRIMARY selection can still
+/// be read.
 class WaylandWorkspace final : public Workspace {
 public:
     WaylandWorkspace(const FrontApplication& front, const AtspiBus& accessibility);

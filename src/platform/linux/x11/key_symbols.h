@@ -9,7 +9,7 @@ struct FreeKeySymbols {
     void operator()(xcb_key_symbols_t* symbols) const { xcb_key_symbols_free(symbols); }
 };
 
-/// The server's keyboard layout as it is when this is made.
+/// The server's keyboard layout at the time of construction.
 using KeySymbols = std::unique_ptr<xcb_key_symbols_t, FreeKeySymbols>;
 
 }  // namespace tralio

@@ -8,7 +8,7 @@
 namespace tralio {
 namespace {
 
-/// The modifier bits to which a key with one of `keysyms` is attached. A keysym may stand on no key or on
+/// The modifier bits to which a key with one of `keysyms` is mapped. There may be no key with a keysym, or
 /// several.
 quint16 bitsOf(xcb_key_symbols_t* symbols, const xcb_get_modifier_mapping_reply_t& mapping,
     std::initializer_list<xcb_keysym_t> keysyms) {
@@ -26,12 +26,12 @@ quint16 bitsOf(xcb_key_symbols_t* symbols, const xcb_get_modifier_mapping_reply_
     return bits;
 }
 
-/// A key that is held gives one bit, whatever others are mapped to.
+/// The lowest bit: a held key sets one bit, even if other keys with its meaning are mapped to others.
 quint16 firstBit(quint16 bits) {
     return static_cast<quint16>(bits & -bits);
 }
 
-/// None of the bits first, and all of them last.
+/// Every subset of the bits, from none to all.
 std::vector<quint16> combinationsOf(quint16 bits) {
     std::vector<quint16> combinations;
     quint16 combination = 0;

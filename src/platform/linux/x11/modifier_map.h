@@ -7,7 +7,7 @@
 
 namespace tralio {
 
-/// Which bits of a key event's state stand for which modifier, as the keyboard is mapped now.
+/// Which bits of a key event's state stand for which modifiers, in the current mapping of the keyboard.
 class ModifierMap {
 public:
     explicit ModifierMap(const X11Connection& connection);
@@ -15,15 +15,15 @@ public:
     /// The state bits of modifiers. Command is Super and Option is Alt.
     [[nodiscard]] quint16 stateFor(Modifiers modifiers) const;
 
-    /// The bits that hot keys can be made of; the others, locks among them, do not tell them apart.
+    /// The bits that distinguish hot keys; all others, such as the locks, are ignored.
     [[nodiscard]] quint16 significant() const;
 
-    /// Every combination of those, the one without any first.
+    /// Every subset of those bits, the empty one first.
     [[nodiscard]] std::vector<quint16> significantCombinations() const;
 
     bool operator==(const ModifierMap&) const = default;
 
-    /// A state with every combination of the locks (Caps, Num, Scroll) that can be on while a hot key is
+    /// `state` with every combination of the locks (Caps, Num, Scroll) that can be on while a hot key is
     /// pressed.
     [[nodiscard]] std::vector<quint16> withLocks(quint16 state) const;
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr qsizetype mostTargetBytes = 64 << 10;
 
-/// Takes over what comes, piece by piece.
+/// Receives the content piece by piece.
 using Sink = std::function<void(const QByteArray&)>;
 
 template <typename Event>
@@ -20,8 +20,8 @@ const Event* eventAs(const xcb_generic_event_t& event, quint8 type) {
     return (event.response_type & 0x7f) == type ? &reinterpret_cast<const Event&>(event) : nullptr;
 }
 
-/// The conversions of one reading: a window and a property of our own for as long as it lasts, so that a late
-/// answer to an earlier reading is never taken for an answer to this one.
+/// The conversions of one reading. It has a window and a property of its own, so that a late answer to an
+/// earlier reading is never taken for an answer to this one.
 class Conversion {
 public:
     Conversion(X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline)
@@ -37,26 +37,26 @@ public:
     Conversion(const Conversion&) = delete;
     Conversion& operator=(const Conversion&) = delete;
     ~Conversion() {
-        // WORKAROUND: mutter 48 dies of an answer to a window that is gone. One that may still come finds it.
+        // WORKAROUND: mutter 48 crashes when it answers to a window that is gone. While an answer may still
+        // come, the window stays.
         if (m_unanswered == 0)
             xcb_destroy_window(m_connection.xcb(), m_window);
         xcb_flush(m_connection.xcb());
     }
 
-    /// What the owner says that it has; absent when it does not know the question.
+    /// The list of targets that the owner offers; absent if it does not support the question.
     std::optional<QByteArray> targets() { return convert(m_connection.atom("TARGETS"), mostTargetBytes); }
 
     void setDeadline(QDeadlineTimer deadline) { m_deadline = deadline; }
 
-    /// Of a content that has more than `most` bytes only the beginning is taken, with a few bytes more than
-    /// that; the rest stays with the owner.
+    /// Of a content with more than `most` bytes only the beginning is read, up to a few bytes more than that.
     std::optional<QByteArray> convert(xcb_atom_t target, qsizetype most) {
         QByteArray all;
         const bool isWhole = convert(target, most, [&all](const QByteArray& piece) { all += piece; });
         return isWhole ? std::optional(all) : std::nullopt;
     }
 
-    /// False when there is no such content, or not all of it has come.
+    /// False if there is no such content, or it has not arrived completely.
     bool convert(xcb_atom_t target, qsizetype most, const Sink& sink) {
         if (m_deadline.hasExpired())
             return false;
@@ -69,7 +69,7 @@ public:
                 if (!notify || notify->requestor != m_window)
                     return false;
                 --m_unanswered;
-                // An owner that was too slow for the question before may answer that one first.
+                // An owner that was too slow for the previous question may answer that one first.
                 return notify->target == target;
             },
             m_deadline);
@@ -90,7 +90,7 @@ private:
         QByteArray bytes;
     };
 
-    /// Reads and deletes the property; the deletion asks the owner for the next piece of a long text.
+    /// Reads and deletes the property; deleting it asks the owner for the next piece of a long text.
     Piece takePiece(qsizetype most) {
         const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection.xcb(),
             xcb_get_property(m_connection.xcb(), 1, m_window, m_property, XCB_GET_PROPERTY_TYPE_ANY, 0,
@@ -143,8 +143,8 @@ bool contains(const QByteArray& targets, xcb_atom_t target) {
 std::optional<QString> readSelectionText(
     X11Connection& connection, xcb_atom_t selection, QDeadlineTimer deadline) {
     Conversion conversion(connection, selection, deadline);
-    // Asked for a text that they do not have, some owners refuse and others give an empty one: ask first what
-    // they have. An owner that does not know the question may still have text.
+    // Asked for a text that they do not have, some owners refuse and others send an empty one: ask for the
+    // targets first. An owner that does not support that question may still have text.
     const auto targets = conversion.targets();
     const auto offers = [&](xcb_atom_t target) { return !targets || contains(*targets, target); };
     for (const TextFormat& format : textFormats) {

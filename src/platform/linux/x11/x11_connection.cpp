@@ -39,11 +39,11 @@ X11Connection::X11Connection(xcb_connection_t* connection, int screen) : m_xcb(c
     auto* notifier = new QSocketNotifier(xcb_get_file_descriptor(m_xcb), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
         dispatchPending();
-        // A server that is gone leaves the socket readable for ever.
+        // If the server has gone, the socket stays readable for ever.
         if (xcb_connection_has_error(m_xcb))
             notifier->setEnabled(false);
     });
-    // Waiting for a reply may have read events from the socket, which will then not become readable for them.
+    // Waiting for a reply may have read events from the socket, which then does not become readable for them.
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this, [this] {
         xcb_flush(m_xcb);
         while (auto* event = xcb_poll_for_queued_event(m_xcb))
@@ -73,8 +73,8 @@ void X11Connection::addEventHandler(EventHandler handler) {
 }
 
 void X11Connection::dispatchPending() {
-    // A handler that waits for a reply may read further events, which then make no socket readable: look
-    // again after each.
+    // A handler that waits for a reply may read further events, for which the socket does not become
+    // readable: look again after each event.
     while (true) {
         while (auto* event = xcb_poll_for_event(m_xcb))
             m_waiting.emplace_back(event);
@@ -110,7 +110,7 @@ XcbPtr<xcb_generic_event_t> X11Connection::waitFor(
 }
 
 QByteArray X11Connection::property(xcb_window_t window, xcb_atom_t name) {
-    constexpr quint32 maxWords = 1U << 22;  // 16 MiB: more than any text worth translating
+    constexpr quint32 maxWords = 1024;  // names, titles and flags of other programs' windows
     const XcbPtr<xcb_get_property_reply_t> reply{xcb_get_property_reply(
         m_xcb, xcb_get_property(m_xcb, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, maxWords), nullptr)};
     if (!reply)

@@ -19,12 +19,12 @@ struct FreeMemory {
     void operator()(void* memory) const { std::free(memory); }
 };
 
-/// What xcb hands out and the caller must free.
+/// Memory that xcb returns and the caller must free.
 template <typename T>
 using XcbPtr = std::unique_ptr<T, FreeMemory>;
 
-/// A connection of our own to the X server, beside the one of the toolkit: grabs, clipboard watching and
-/// synthetic input must not depend on what the toolkit does with its events.
+/// A connection of our own to the X server, apart from Qt's: grabs, clipboard watching and synthetic input
+/// must not depend on what Qt does with its events.
 class X11Connection final : public QObject {
 public:
     using EventHandler = std::function<void(const xcb_generic_event_t&)>;
@@ -35,34 +35,34 @@ public:
 
     [[nodiscard]] xcb_connection_t* xcb() const { return m_xcb; }
     [[nodiscard]] xcb_window_t root() const { return m_root; }
-    /// A small window that is never shown, for what needs one: selections and time stamps.
+    /// A small window that is never shown, for requests that need one: selections and time stamps.
     [[nodiscard]] xcb_window_t window() const { return m_window; }
     [[nodiscard]] xcb_atom_t atom(const QByteArray& name);
 
-    /// Every event of the connection goes to every handler, from the event loop.
+    /// Every handler gets every event of the connection, from the event loop.
     void addEventHandler(EventHandler handler);
-    /// Hands out what has arrived without waiting for the event loop.
+    /// Delivers the events that have arrived, without waiting for the event loop.
     void dispatchPending();
 
-    /// Waits for an event that `wanted` accepts and returns it; other events keep their turn. Null when the
-    /// time is over.
+    /// Waits for an event that `wanted` accepts and returns it; other events are delivered later, in order.
+    /// Null if the time is over first.
     [[nodiscard]] XcbPtr<xcb_generic_event_t> waitFor(
         const std::function<bool(const xcb_generic_event_t&)>& wanted, QDeadlineTimer deadline);
 
-    /// The whole value of a property; empty when absent.
+    /// The value of a property, at most its first 4 KiB; empty if absent.
     [[nodiscard]] QByteArray property(xcb_window_t window, xcb_atom_t name);
     [[nodiscard]] std::optional<quint32> cardinal(xcb_window_t window, xcb_atom_t name);
 
-    /// The process that made a window, as the server knows it from the connection (so that sandboxes cannot
-    /// lie), or as the window says where the server does not.
+    /// The process that created a window. The server knows it from the connection, so that sandboxed programs
+    /// cannot lie; where it does not, the window's own property counts.
     [[nodiscard]] std::optional<qint32> processOf(xcb_window_t window);
 
-    /// Whether a window manager runs. What one has said stays on the screen when it dies, so it is asked.
+    /// Whether a window manager runs. Its properties on the root window outlive it, so its window is checked.
     [[nodiscard]] bool hasWindowManager();
 
-    /// Waits until the server has dealt with everything asked so far.
+    /// Waits until the server has handled all requests sent so far.
     void sync();
-    /// The server's present time, for requests that must not look old.
+    /// The server's current time, for requests that must not look old.
     [[nodiscard]] xcb_timestamp_t serverTime();
 
 private:

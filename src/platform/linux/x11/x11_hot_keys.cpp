@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 constexpr auto releasePoll = 20ms;
 const std::vector<quint16> anyState{XCB_MOD_MASK_ANY};
-/// Nobody holds a key for longer without its repeating, which the server tells of.
+/// A held key repeats, which the server reports; without a repeat for this long it counts as released.
 constexpr qint64 longestSilence = 3000;  // milliseconds
 
 }  // namespace
@@ -50,7 +50,7 @@ HotKeyPlatform::Registration X11HotKeys::registerHotKey(const KeyCombination& co
     if (const HotKeyStatus status = grab(hotKey); status != HotKeyStatus::registered)
         return {status, std::nullopt};
     m_hotKeys.push_back(hotKey);
-    // A combination that has just been recorded is still held down: its repeats are no presses.
+    // A combination that has just been recorded is still held down: its repeats are not presses.
     if (m_heldKey != *xKeyCode && isDown(*xKeyCode))
         hold(*xKeyCode);
     return {HotKeyStatus::registered, hotKey.ref};
@@ -65,13 +65,13 @@ void X11HotKeys::unregisterHotKey(HotKeyRef ref) {
     const HotKey gone = *found;
     m_hotKeys.erase(found);
     if (m_heldKey != gone.keyCode)
-        ungrab(gone);  // a key that is held is let go as a whole
+        ungrab(gone);  // a held key is released as a whole in letGo()
 }
 
 HotKeyStatus X11HotKeys::grab(const HotKey& hotKey) {
     if (m_grabs.take(hotKey.keyCode, statesOf(hotKey)))
         return HotKeyStatus::registered;
-    ungrab(hotKey);  // another program owns it in some state of the locks: half a hot key is none
+    ungrab(hotKey);  // another program owns it with some state of the locks: half a hot key is none
     return HotKeyStatus::taken;
 }
 
@@ -145,10 +145,10 @@ bool X11HotKeys::isDown(quint8 keyCode) const {
 }
 
 void X11HotKeys::watchForRelease() {
-    // With the keyboard let go, the release goes to the application in front.
+    // The keyboard is not grabbed, so the release event goes to the application in front: poll instead.
     const bool down = isDown(*m_heldKey);
     if (down)
-        m_sinceFeignedRelease.invalidate();  // it has repeated: the server knows again
+        m_sinceFeignedRelease.invalidate();  // the key has repeated: the server reports its real state again
     else if (!m_sinceFeignedRelease.isValid() || m_sinceFeignedRelease.hasExpired(longestSilence))
         letGo();
 }
@@ -191,7 +191,7 @@ quint16 X11HotKeys::beginFeignedRelease() {
 
 void X11HotKeys::endFeignedRelease(quint16 held) {
     if (!m_rawInput.isAvailable())
-        return;  // nobody would tell the end of it
+        return;  // nothing would report when the user releases them
     if ((held & ~m_releasedUnderHand) == 0) {
         if (m_releasedUnderHand == 0)
             m_modifierReleases.reset();
@@ -220,7 +220,8 @@ void X11HotKeys::giveUpTaps() {
     for (const HotKey& hotKey : m_hotKeys)
         if (m_modifiers.stateFor(hotKey.modifiers) == released)
             m_grabs.giveUp(hotKey.keyCode, m_modifiers.withLocks(0));
-    // A key without modifiers may be a hot key by itself, or be held.
+    // The grabs of taps may also have been those of a hot key without modifiers, or of the held key: grab
+    // them again.
     for (const HotKey& hotKey : m_hotKeys)
         if (!hotKey.modifiers)
             grabAgain(hotKey);
@@ -254,7 +255,7 @@ bool X11HotKeys::letPass(quint8 keyCode, Modifiers modifiers) {
             if (hotKey.keyCode == keyCode && hotKey.modifiers == modifiers)
                 ungrab(hotKey);
     }
-    // A repeat that has not been read yet has the keyboard.
+    // A repeat that has not been read yet has activated a grab of the whole keyboard.
     xcb_ungrab_keyboard(m_connection.xcb(), XCB_CURRENT_TIME);
     return down;
 }
@@ -275,7 +276,7 @@ void X11HotKeys::endPass() {
 void X11HotKeys::remapKeyboard() {
     const ModifierMap modifiers(m_connection);
     if (modifiers == m_modifiers)
-        return;  // key codes are positions: nothing else matters
+        return;  // the key codes of hot keys are positions: nothing else matters
     endTaps();
     for (const HotKey& hotKey : m_hotKeys)
         ungrab(hotKey);

@@ -12,13 +12,13 @@
 
 namespace tralio {
 
-/// Hot keys as passive key grabs on the root window, taken for every state of the locks and taken anew when
-/// the keyboard is mapped otherwise.
+/// Hot keys as passive key grabs on the root window. Each is grabbed in every state of the locks, and grabbed
+/// again when the modifiers are mapped to other keys.
 ///
-/// A grab that fired holds the whole keyboard, so it is let go as soon as the press has been read: otherwise
-/// synthetic keys would come back to us instead of reaching the application in front. Until the key has been
-/// released it is ours with any modifiers: its repeats are no presses, and once the modifiers have been
-/// released for a synthetic shortcut they would be typed over the user's selection.
+/// A grab that fires takes the whole keyboard, so it is released as soon as the press has been read:
+/// otherwise synthetic keys would come back to us instead of reaching the application in front. Until the key
+/// has been released it stays grabbed with any modifiers: its repeats are not presses, and once the modifiers
+/// have been released for a synthetic shortcut they would be typed over the user's selection.
 class X11HotKeys final : public HotKeyPlatform {
 public:
     X11HotKeys(X11Connection& connection, X11RawInput& rawInput);
@@ -28,24 +28,24 @@ public:
     Registration registerHotKey(const KeyCombination& combination, HotKeyID id) override;
     void unregisterHotKey(HotKeyRef ref) override;
 
-    /// Whether a key means a hot key, with these modifiers held, the bits of an event's state.
+    /// Whether a key is a hot key while these modifiers are held, which are bits of an event's state.
     [[nodiscard]] bool isHotKey(quint8 keyCode, quint16 held) const;
 
     /// Releases our grabs so that a synthetic combination pressed right after this reaches the application
     /// in front, even if it is one of our hot keys or uses the held key. Returns whether the key is down and
     /// so must be released synthetically first.
     [[nodiscard]] bool letPass(quint8 keyCode, Modifiers modifiers);
-    /// After that combination has been released.
+    /// Call after that combination has been released.
     void endPass();
 
-    /// Before modifiers are released synthetically: those that the server takes for held, as the bits of an
-    /// event's state.
+    /// Call before modifiers are released synthetically. Returns those that the server takes for held, as
+    /// bits of an event's state.
     [[nodiscard]] quint16 beginFeignedRelease();
     /// Call after the synthetic release, with what `beginFeignedRelease` returned. The user still holds
     /// those modifiers: until a key is really released, another tap of the hot key's key means the hot key,
     /// and without a grab it would type over the selection.
     void endFeignedRelease(quint16 held);
-    /// For each key that is released synthetically, with the request that does it.
+    /// Call for each key that is released synthetically, with the number of that request.
     void noteFeignedRelease(quint8 keyCode, unsigned request) {
         m_rawInput.passOverOwnRelease(keyCode, request);
     }
@@ -57,7 +57,7 @@ private:
         quint8 keyCode = 0;  ///< X key code
         Modifiers modifiers;
     };
-    /// A combination that is not ours for the moment.
+    /// A combination that is not grabbed for the moment.
     struct Pass {
         quint8 keyCode = 0;
         Modifiers modifiers;
@@ -93,10 +93,10 @@ private:
     std::optional<Pass> m_pass;
     QTimer m_releaseWatch;
     std::optional<X11RawInput::Listener> m_keyReleases;
-    quint16 m_releasedUnderHand = 0;  ///< state bits that hot keys are pressed without for the moment
+    quint16 m_releasedUnderHand = 0;  ///< state bits without which hot keys count for the moment
     std::optional<X11RawInput::Listener> m_modifierReleases;
-    /// Valid while the server takes the held key for released, because we said so for a synthetic press, and
-    /// only the keyboard itself can tell.
+    /// Valid while the server takes the held key for released, because of our own synthetic release: then
+    /// only the raw events of the keyboard can show its real release.
     QElapsedTimer m_sinceFeignedRelease;
 };
 

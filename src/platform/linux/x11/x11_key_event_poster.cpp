@@ -12,13 +12,13 @@
 namespace tralio {
 namespace {
 
-/// Whether a key is meant by what it does, wherever the layout has it: modifiers, and the letter of a
-/// shortcut.
+/// Whether a key is chosen by its meaning in the current layout, and not by its position: modifiers, and the
+/// letter of a shortcut.
 bool isMeant(KeyCode key) {
     return key == KeyCode::c || (key >= KeyCode::rightCommand && key <= KeyCode::rightControl);
 }
 
-/// The keys that do on the present layout what the virtual key is meant for.
+/// The keys with the meaning of that virtual key in the current layout.
 std::vector<quint8> keysFor(const X11Connection& connection, KeyCode wanted) {
     std::vector<quint8> found;
     const Key* named = keyWith(wanted);
@@ -27,7 +27,8 @@ std::vector<quint8> keysFor(const X11Connection& connection, KeyCode wanted) {
         const XcbPtr<xcb_keycode_t> keys{
             symbols ? xcb_key_symbols_get_keycode(symbols.get(), named->keysym) : nullptr};
         for (const xcb_keycode_t* key = keys.get(); key && *key != XCB_NO_SYMBOL; ++key) {
-            // Only as the key's first symbol: a layout of two alphabets has the letter in its second group.
+            // Compare the first symbol only: a layout for two alphabets has the letter in its second group,
+            // too.
             if (xcb_key_symbols_get_keysym(symbols.get(), *key, 0) == named->keysym)
                 found.push_back(*key);
         }
@@ -37,7 +38,7 @@ std::vector<quint8> keysFor(const X11Connection& connection, KeyCode wanted) {
     return found;
 }
 
-/// The one of them to press.
+/// The key to press among these.
 std::optional<quint8> keyFor(const X11Connection& connection, KeyCode wanted) {
     const auto keys = keysFor(connection, wanted);
     return keys.empty() ? std::nullopt : std::optional(keys.front());
@@ -70,7 +71,7 @@ void X11KeyEventPoster::post(const KeyEvent& event) {
 
 void X11KeyEventPoster::releaseKey(KeyCode key) {
     const quint16 held = m_hotKeys.beginFeignedRelease();
-    for (const quint8 each : keysFor(m_connection, key))  // whichever of them is held
+    for (const quint8 each : keysFor(m_connection, key))  // any of them may be held
         fake(XCB_KEY_RELEASE, each);
     m_hotKeys.endFeignedRelease(held);
 }
@@ -100,7 +101,7 @@ void X11KeyEventPoster::pressShortcut(KeyCode shortcutKey) {
 }
 
 void X11KeyEventPoster::releaseShortcut() {
-    // Exactly what was pressed, whatever window is in front by now.
+    // Release exactly what was pressed, whatever window is in front by now.
     std::for_each(m_shortcut.rbegin(), m_shortcut.rend(), [this](quint8 key) { fake(XCB_KEY_RELEASE, key); });
     if (!m_shortcut.empty())
         m_hotKeys.endPass();

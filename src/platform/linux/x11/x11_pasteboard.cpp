@@ -9,7 +9,7 @@
 namespace tralio {
 namespace {
 
-/// On another thread, with a connection of its own.
+/// Runs on another thread, with a connection of its own.
 Picture readPicture() {
     const auto connection = X11Connection::open();
     return connection ? readSelectionPicture(*connection, connection->atom("CLIPBOARD"),
@@ -30,24 +30,33 @@ std::optional<QString> X11Pasteboard::selectedString() {
     return textOf(QClipboard::Selection, XCB_ATOM_PRIMARY);
 }
 
-std::optional<QString> X11Pasteboard::textOf(QClipboard::Mode mode, xcb_atom_t selection) {
+bool X11Pasteboard::isOwn(QClipboard::Mode mode, xcb_atom_t selection) {
     const QClipboard* own = QGuiApplication::clipboard();
-    const bool isOwn = mode == QClipboard::Selection ? own->ownsSelection() : own->ownsClipboard();
-    if (!isOwn)
+    if (!(mode == QClipboard::Selection ? own->ownsSelection() : own->ownsClipboard()))
+        return false;
+    // Qt may not have read yet that another program has taken it over.
+    const XcbPtr<xcb_get_selection_owner_reply_t> owner{xcb_get_selection_owner_reply(
+        m_connection.xcb(), xcb_get_selection_owner(m_connection.xcb(), selection), nullptr)};
+    const auto process = owner ? m_connection.processOf(owner->owner) : std::nullopt;
+    return !process || *process == QCoreApplication::applicationPid();
+}
+
+std::optional<QString> X11Pasteboard::textOf(QClipboard::Mode mode, xcb_atom_t selection) {
+    if (!isOwn(mode, selection))
         return readSelectionText(m_connection, selection, QDeadlineTimer(clipboardTextLimit));
-    const QString text = own->text(mode);
+    const QString text = QGuiApplication::clipboard()->text(mode);
     return text.isNull() ? std::nullopt : std::optional(text);
 }
 
 QCoro::Task<Picture> X11Pasteboard::picture() {
-    if (QGuiApplication::clipboard()->ownsClipboard())
-        co_return Picture();  // we copy texts only
+    if (isOwn(QClipboard::Clipboard, m_clipboard))
+        co_return Picture();  // only texts are copied
     auto reading = inBackground(&readPicture);
     co_return co_await std::move(reading);
 }
 
 std::optional<bool> X11Pasteboard::isConcealed() {
-    if (QGuiApplication::clipboard()->ownsClipboard())
+    if (isOwn(QClipboard::Clipboard, m_clipboard))
         return false;
     return selectionOffers(m_connection, m_clipboard, concealedMimeType, QDeadlineTimer(clipboardTextLimit));
 }

@@ -8,7 +8,7 @@
 
 namespace tralio {
 
-/// The CLIPBOARD selection. The server reports every change of its owner, which is what the count counts.
+/// The CLIPBOARD selection. The change count is the number of owner changes, which the server reports.
 class X11Pasteboard final : public Pasteboard {
 public:
     explicit X11Pasteboard(X11Connection& connection);
@@ -22,6 +22,8 @@ public:
     QString ownString() override { return m_own.text(); }
 
 private:
+    /// Whether this program owns a selection, and has not just lost it.
+    [[nodiscard]] bool isOwn(QClipboard::Mode mode, xcb_atom_t selection);
     [[nodiscard]] std::optional<QString> textOf(QClipboard::Mode mode, xcb_atom_t selection);
 
     X11Connection& m_connection;

@@ -19,12 +19,12 @@ xcb_window_t primaryOwner(X11Connection& connection) {
     return reply ? reply->owner : static_cast<xcb_window_t>(XCB_NONE);
 }
 
-/// Whether a key may do something to a text: no modifier, nor one for the desktop, which has those with
+/// Whether a key may change a text. Modifiers do not, nor do keys for the desktop, such as those pressed with
 /// Super.
 bool reachesTexts(X11Connection& connection, quint8 keyCode, quint16 held) {
     constexpr xcb_keysym_t tab = 0xff09;
     constexpr xcb_keysym_t print = 0xff61;
-    constexpr xcb_keysym_t firstOfDesktop = 0x1008ff00;  // loudness, brightness, …
+    constexpr xcb_keysym_t firstOfDesktop = 0x1008ff00;  // volume, brightness, …
     const KeySymbols symbols{xcb_key_symbols_alloc(connection.xcb())};
     const xcb_keysym_t symbol =
         symbols ? xcb_key_symbols_get_keysym(symbols.get(), keyCode, 0) : XCB_NO_SYMBOL;
@@ -94,7 +94,7 @@ bool X11PrimarySelection::areKeysHeld() const {
         xcb_query_keymap_reply(m_connection.xcb(), xcb_query_keymap(m_connection.xcb()), nullptr)};
     if (!reply)
         return false;
-    // Nothing is marked by the Command key: it is down for a hot key.
+    // The Command key selects nothing: it is down for a hot key.
     for (const KeyCode key : {KeyCode::leftCommand, KeyCode::rightCommand})
         if (const auto code = x11KeyCode(key))
             reply->keys[*code / 8] &= ~(1U << *code % 8);
@@ -103,12 +103,12 @@ bool X11PrimarySelection::areKeysHeld() const {
 }
 
 bool X11PrimarySelection::ownerGivesPasswords(X11Connection& connection) {
-    // Chromium, and what is built on it, shares one window for its selections under this name.
+    // Chromium, and programs based on it, use one shared window of this name for their selections.
     return connection.property(primaryOwner(connection), XCB_ATOM_WM_NAME) == "Chromium clipboard";
 }
 
 std::optional<PrimaryText> X11PrimarySelection::textOf(qint32 processId, QDeadlineTimer deadline) {
-    (void)m_watch.changeCount();  // what has happened up to now is known then
+    (void)m_watch.changeCount();  // so that all changes up to now have been handled
     const xcb_window_t owner = primaryOwner(m_connection);
     if (owner == XCB_NONE || m_connection.processOf(owner) != processId)
         return std::nullopt;

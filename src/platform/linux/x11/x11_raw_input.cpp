@@ -14,7 +14,7 @@ struct KindNumbers {
     quint32 mask;
 };
 
-/// Whether one request was made before another. Their numbers begin anew after 2^32.
+/// Whether one request was made before another. Request numbers wrap around after 2^32.
 bool isBefore(unsigned request, unsigned other) {
     return static_cast<int>(request - other) < 0;
 }
@@ -43,11 +43,12 @@ X11RawInput::Listener::~Listener() {
 
 X11RawInput::X11RawInput(X11Connection& connection) : m_connection(connection) {
     const xcb_query_extension_reply_t* extension =
-        xcb_get_extension_data(m_connection.xcb(), &xcb_input_id);  // the connection's own
+        xcb_get_extension_data(m_connection.xcb(), &xcb_input_id);  // owned by the connection
     if (!extension || !extension->present)
         return;
     m_extension = extension->major_opcode;
-    // A program may say its version once. From 2.1 on raw events come whatever another program grabs.
+    // A client may state its version only once. From 2.1 on raw events arrive even while another client has a
+    // grab.
     const XcbPtr<xcb_input_xi_query_version_reply_t> version{xcb_input_xi_query_version_reply(
         m_connection.xcb(), xcb_input_xi_query_version(m_connection.xcb(), 2, 2), nullptr)};
     using Version = std::pair<int, int>;
@@ -87,7 +88,7 @@ void X11RawInput::handle(const xcb_generic_event_t& event) {
         [&](const KindNumbers& candidate) { return candidate.eventType == generic.event_type; });
     if (generic.extension != m_extension || numbers == std::end(kinds))
         return;
-    // Those of keys, of buttons and of motions begin alike.
+    // The raw events of keys, buttons and motions begin with the same members.
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
     const Event told{numbers->kind, raw.detail, raw.time};
     if (!isOwnRelease(told, raw.full_sequence))
@@ -105,7 +106,8 @@ bool X11RawInput::isOwnRelease(const Event& event, unsigned request) {
     if (event.kind != Kind::keyReleased)
         return false;
     std::erase_if(m_ownReleases, [=](const OwnRelease& own) { return isBefore(own.request, request); });
-    // What happens while the request is served comes before all that happens after it.
+    // The sequence number of an event is that of the last request served. An event caused by a request
+    // carries that request's number and precedes all later ones.
     return std::erase_if(m_ownReleases, [&](const OwnRelease& own) {
         return own.request == request && own.keyCode == event.detail;
     }) > 0;
@@ -119,7 +121,7 @@ void X11RawInput::tell(const Event& event, unsigned request) {
             continue;
         if (isBefore(request, listener->m_since))
             continue;
-        const Handler handler = listener->m_handler;  // outlives a listener that it ends
+        const Handler handler = listener->m_handler;  // a copy, since the handler may destroy its listener
         handler(event);
     }
 }

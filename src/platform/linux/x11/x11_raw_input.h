@@ -9,9 +9,9 @@
 
 namespace tralio {
 
-/// Tells of keys and the mouse anywhere on the screen, whoever has the focus or a grab, by the raw events of
-/// the X Input extension (2.2 or later). The server sends what somebody listens to. Used from the main
-/// thread.
+/// Reports keys and the mouse anywhere on the screen, whatever has the focus or a grab, through the raw
+/// events of the X Input extension (2.2 or later). Only events with a listener are requested from the server.
+/// Used from the main thread.
 class X11RawInput final {
 public:
     enum class Kind : quint32 {
@@ -45,18 +45,18 @@ public:
         X11RawInput& m_input;
         Kinds m_kinds;
         Handler m_handler;
-        unsigned m_since = 0;  ///< the request from which on the server's events are for it
+        unsigned m_since = 0;  ///< the first request whose events are for this listener
     };
 
     explicit X11RawInput(X11Connection& connection);
 
-    /// Whether the server has such events.
+    /// Whether the server supports raw events.
     [[nodiscard]] bool isAvailable() const { return m_isAvailable; }
 
-    /// Nobody hears of a key's release that this connection makes itself by this request.
+    /// Hides the release of a key that this connection makes with this request from all listeners.
     void passOverOwnRelease(quint8 keyCode, unsigned request);
 
-    /// Whether a button is the mouse's wheel.
+    /// Whether a button number stands for the mouse's wheel.
     [[nodiscard]] static bool isWheel(quint32 button);
 
 private:
@@ -67,16 +67,16 @@ private:
 
     void handle(const xcb_generic_event_t& event);
     [[nodiscard]] bool isOwnRelease(const Event& event, unsigned request);
-    /// `request` is the last one that the server had served when it happened.
+    /// `request` is the last one that the server had handled when the event happened.
     void tell(const Event& event, unsigned request);
-    /// Asks for what the listeners want; the number of the request.
+    /// Requests the events that the listeners want; returns the number of that request.
     unsigned select();
 
     X11Connection& m_connection;
     quint8 m_extension = 0;
     bool m_isAvailable = false;
     std::vector<Listener*> m_listeners;
-    std::vector<OwnRelease> m_ownReleases;  ///< that have not been told of
+    std::vector<OwnRelease> m_ownReleases;  ///< whose events have not arrived yet
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(X11RawInput::Kinds)

@@ -31,7 +31,7 @@ X11SelectionWatch::X11SelectionWatch(X11Connection& connection, xcb_atom_t selec
 }
 
 qint64 X11SelectionWatch::changeCount() {
-    m_connection.sync();  // every change made up to now has been reported then
+    m_connection.sync();  // so that all changes made up to now have been reported
     m_connection.dispatchPending();
     return m_changeCount;
 }

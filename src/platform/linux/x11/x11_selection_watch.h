@@ -6,16 +6,16 @@
 
 namespace tralio {
 
-/// Counts the changes of a selection, which the server reports as new owners.
+/// Counts the changes of a selection's owner, which the server reports.
 class X11SelectionWatch final {
 public:
-    /// Gets the server's time of the change.
+    /// Called with the server's time of the change.
     using Changed = std::function<void(xcb_timestamp_t)>;
 
     /// `changed` may be empty; it is called from the connection's event delivery.
     X11SelectionWatch(X11Connection& connection, xcb_atom_t selection, Changed changed = {});
 
-    /// Up to now.
+    /// The number of changes up to now.
     [[nodiscard]] qint64 changeCount();
 
 private:

@@ -17,7 +17,7 @@ bool isManaged(X11Connection& connection, xcb_window_t window) {
     return !connection.property(window, connection.atom("WM_STATE")).isEmpty();
 }
 
-/// The window that a window manager has put into this frame, or this one itself; none where it manages none.
+/// The managed window inside this frame, or this window itself; none if the window manager manages neither.
 xcb_window_t managedIn(X11Connection& connection, xcb_window_t window, int depth) {
     if (isManaged(connection, window))
         return window;

@@ -4,9 +4,9 @@
 
 namespace tralio {
 
-/// Whether the pointer is over a window that is there beside the one with the keyboard and leaves it there:
-/// the list of an input method's words, a keyboard on the screen, a notification. A panel is none, though it
-/// may take no keyboard either, nor is the frame of a window.
+/// Whether the pointer is over a window beside the one with the focus that does not take the focus: the word
+/// list of an input method, an on-screen keyboard, a notification. Panels do not count, although they may not
+/// take the focus either, nor do window frames.
 [[nodiscard]] bool isOverTypingAid(X11Connection& connection);
 
 }  // namespace tralio

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/x11_window_activator.h"
 
+#include <QGuiApplication>
+
 #include <algorithm>
 #include <iterator>
 
@@ -8,7 +10,8 @@
 namespace tralio {
 namespace {
 
-/// The source of a request to the window manager: the user, not an application that pushes itself forward.
+/// The source indication of a request to the window manager: the user, not an application that pushes itself
+/// forward.
 constexpr quint32 byTheUser = 2;
 
 }  // namespace
@@ -19,7 +22,7 @@ void X11WindowActivator::activate(WId window) {
     const xcb_timestamp_t time = m_connection.serverTime();
     const auto target = static_cast<xcb_window_t>(window);
 
-    // Not a window of the user's: it belongs to the tray.
+    // The window belongs to the tray item, so it is kept out of taskbars and window switchers.
     constexpr quint32 add = 1;
     tellWindowManager(target, "_NET_WM_STATE",
         {add, m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR"), m_connection.atom("_NET_WM_STATE_SKIP_PAGER"),
@@ -33,6 +36,24 @@ void X11WindowActivator::activate(WId window) {
 
 bool X11WindowActivator::isActive(WId window) {
     return X11Workspace::activeWindow(m_connection) == static_cast<xcb_window_t>(window);
+}
+
+bool X11WindowActivator::isOnOtherDesktop(WId window) {
+    constexpr quint32 onAll = 0xFFFFFFFF;
+    const auto own =
+        m_connection.cardinal(static_cast<xcb_window_t>(window), m_connection.atom("_NET_WM_DESKTOP"));
+    const auto shown = m_connection.cardinal(m_connection.root(), m_connection.atom("_NET_CURRENT_DESKTOP"));
+    return own && shown && *own != onAll && *own != *shown;
+}
+
+void X11WindowActivator::setShadow(WId window, const QMargins& margins) {
+    // On the connection that makes and shows the window, so that it comes between the two.
+    const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (toolkit == nullptr)
+        return;
+    const std::array<int, 4> extents{margins.left(), margins.right(), margins.top(), margins.bottom()};
+    xcb_change_property(toolkit->connection(), XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
+        m_connection.atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(), extents.data());
 }
 
 void X11WindowActivator::tellWindowManager(

@@ -8,7 +8,7 @@
 namespace tralio {
 namespace {
 
-/// The window with the keyboard focus, or the one around it that bears the application's name.
+/// The window with the keyboard focus, or the ancestor of it that has the application's class.
 xcb_window_t focusedTopLevel(X11Connection& connection) {
     const XcbPtr<xcb_get_input_focus_reply_t> focus{
         xcb_get_input_focus_reply(connection.xcb(), xcb_get_input_focus(connection.xcb()), nullptr)};
@@ -25,7 +25,7 @@ xcb_window_t focusedTopLevel(X11Connection& connection) {
     return window;
 }
 
-/// The window's class, as applications choose it ("Mousepad"): the second of two texts.
+/// The window's class as the application sets it ("Mousepad"): the second of two strings.
 QString windowClass(X11Connection& connection, xcb_window_t window) {
     return QString::fromUtf8(connection.property(window, XCB_ATOM_WM_CLASS).split('\0').value(1));
 }
@@ -44,7 +44,7 @@ QString desktopId(X11Connection& connection, xcb_window_t window) {
 X11Workspace::X11Workspace(X11Connection& connection) : m_connection(connection) {}
 
 xcb_window_t X11Workspace::activeWindow(X11Connection& connection) {
-    // A window manager that says "none" is to be believed.
+    // A running window manager that reports no active window is believed.
     const auto active = connection.hasWindowManager()
         ? connection.cardinal(connection.root(), connection.atom("_NET_ACTIVE_WINDOW"))
         : std::nullopt;
@@ -59,7 +59,7 @@ QString X11Workspace::title(X11Connection& connection, xcb_window_t window) {
 
 CopyTarget X11Workspace::copyTarget(X11Connection& connection, xcb_window_t window) {
     CopyTarget target{{desktopId(connection, window)}, {}, {}};
-    // The instance, which xterm keeps whatever class it is given, and the class.
+    // Both the instance, which stays "xterm" whatever class xterm is given, and the class.
     for (const QByteArray& name : connection.property(window, XCB_ATOM_WM_CLASS).split('\0'))
         target.names += QString::fromUtf8(name);
     if (const auto process = connection.processOf(window)) {

@@ -13,11 +13,11 @@ public:
     std::optional<RunningApplication> frontmostApplication() override;
     void openURL(const QUrl& url) override;
 
-    /// The window of the application in front, by the window manager's word, or without one by the keyboard
-    /// focus; XCB_NONE when there is none.
+    /// The window of the application in front, according to the window manager, or without one by the
+    /// keyboard focus; XCB_NONE if there is none.
     [[nodiscard]] static xcb_window_t activeWindow(X11Connection& connection);
     [[nodiscard]] static QString title(X11Connection& connection, xcb_window_t window);
-    /// What the window's application is to the copy shortcut, but for its focus.
+    /// What the copy shortcut needs to know of a window's application, except its focus.
     [[nodiscard]] static CopyTarget copyTarget(X11Connection& connection, xcb_window_t window);
 
 private:

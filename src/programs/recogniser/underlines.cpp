@@ -1,0 +1,96 @@
+#include "programs/recogniser/underlines.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace tralio {
+namespace {
+
+/// One mark among the others.
+struct Mark {
+    const Labels& all;
+    int label;
+    QRect box;
+
+    [[nodiscard]] bool hasInk(int x, int y) const { return box.contains(x, y) && all.at(x, y) == label; }
+};
+
+struct Rows {
+    int top;
+    int bottom;
+};
+
+/// The upper edge of a frame, or a row of a table.
+bool hasLevelTop(const Mark& mark) {
+    for (int y = mark.box.top(); y < mark.box.center().y(); ++y) {
+        int run = 0;
+        for (int x = mark.box.left(); x <= mark.box.right(); ++x) {
+            run = mark.hasInk(x, y) ? run + 1 : 0;
+            if (run * 2 >= mark.box.width())
+                return true;
+        }
+    }
+    return false;
+}
+
+/// The fewest rows in the lower half that together have ink from one end of the mark to the other.
+std::optional<Rows> findLine(const Mark& mark, int unit) {
+    const auto highest = static_cast<size_t>(5 * unit);  // of a squiggle
+    const int width = mark.box.width();
+    const auto isNearlyAll = [width](int columns) { return columns * 10 >= width * 9; };
+    std::optional<Rows> line;
+    size_t least = highest + 1;
+    std::vector<size_t> toInk(static_cast<size_t>(width), highest);  // rows down to the next ink, by column
+    for (int y = mark.box.bottom(); y >= mark.box.center().y(); --y) {
+        std::vector<int> counts(highest + 1);
+        for (size_t x = 0; x < toInk.size(); ++x) {
+            toInk[x] =
+                mark.hasInk(mark.box.left() + static_cast<int>(x), y) ? 0 : std::min(highest, toInk[x] + 1);
+            ++counts[toInk[x]];
+        }
+        const bool isThicker = line && line->top == y + 1 && counts[0] * 10 >= width * 6;
+        if (isThicker)
+            line->top = y;
+        int covered = 0;
+        for (size_t height = 1; height < least; ++height) {
+            covered += counts[height - 1];
+            if (!isNearlyAll(covered))
+                continue;
+            line = Rows{y, y + static_cast<int>(height) - 1};
+            least = height;
+        }
+    }
+    return line;
+}
+
+}  // namespace
+
+std::vector<bool> findUnderlines(const Labels& marks, int unit) {
+    const int leastWidth = 40 * unit;
+    const int leastHeight = 5 * unit;  // below it there is no room for letters
+    const int mostHeight = 40 * unit;
+    std::vector<bool> underlines;
+    const std::vector<Extent> extents = extentsOf(marks);
+    for (size_t i = 0; i < extents.size(); ++i) {
+        const QRect& box = extents[i].box;
+        if (box.width() < leastWidth || box.height() < leastHeight || box.height() > mostHeight)
+            continue;
+        const Mark mark{marks, static_cast<int>(i), box};
+        const std::optional<Rows> line = hasLevelTop(mark) ? std::nullopt : findLine(mark, unit);
+        if (!line)
+            continue;
+        underlines.resize(marks.of.size());
+        for (int x = box.left(); x <= box.right(); ++x) {
+            // What hangs from a letter into the line, or through it, is the letter's.
+            const int above = line->top - 1;
+            if (mark.hasInk(x - 1, above) || mark.hasInk(x, above) || mark.hasInk(x + 1, above))
+                continue;
+            for (int y = line->top; y <= line->bottom; ++y)
+                if (mark.hasInk(x, y))
+                    underlines[marks.index(x, y)] = true;
+        }
+    }
+    return underlines;
+}
+
+}  // namespace tralio
