@@ -115,62 +115,38 @@ TEST_F(PopoverFocusTest, a_drag_that_ends_over_it_is_a_drop_and_brings_it_to_the
 }
 
 TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follows_the_pointer) {
-    const auto left = [this] {
-        focus.movedInside();
-        focus.left();
+    const std::map<QByteArray, std::function<void()>> steps = {
+        {"moved", [this] { focus.moved(); }},
+        {"inside", [this] { focus.movedInside(); }},
+        {"left", [this] { focus.left(); }},
+        {"gain", [this] { gain(); }},
+        {"here", [this] { underPointer = true; }},
+        {"lose", [this] { lose(); }},
     };
-    const auto staysOpen = [this](const auto& before) {
+    const std::tuple<QByteArray, bool, const char*> cases[] = {
+        {"moved lose", true, "it has gone along with the pointer"},
+        {"inside left lose", true, "the pointer has just left"},
+        {"lose 20 inside left", true, "told of the keyboard first"},
+        {"moved 40 moved 500 lose", true, "the window manager's delay, in which a motion tells nothing new"},
+        {"lose", false, "left by the keyboard"},
+        {"moved gain lose", false, "a motion before it had the keyboard has not taken it"},
+        {"inside 600 left lose", false, "covered, with the pointer where it was"},
+        {"inside left 150 lose", false, "the pointer had left before"},
+        {"here moved lose", false, "the pointer is still here: it has taken nothing along"},
+        {"moved inside left 601 lose", false, "moved long before"},
+    };
+    for (const auto& [way, stays, why] : cases) {
         open();
         underPointer = false;
-        before();
-        lose();
+        for (const QByteArray& step : way.split(' '))
+            steps.contains(step) ? steps.at(step)() : clock.advance(step.toInt() * 1ms);
         clock.advance(50ms);
-        const bool stays = isOpen;
+        EXPECT_EQ(isOpen, stays) << why;
         clock.advance(5s);
-        EXPECT_EQ(isOpen, stays);
+        EXPECT_EQ(isOpen, stays) << why;
         click(false);
         EXPECT_FALSE(isOpen) << "a click still closes it";
-        return stays;
-    };
-    EXPECT_TRUE(staysOpen([this] { focus.moved(); }));
-    EXPECT_TRUE(staysOpen(left));
-    EXPECT_TRUE(staysOpen([this] {
-        focus.moved();
-        clock.advance(40ms);
-        focus.moved();  // tells nothing new within a moment
-        clock.advance(500ms);
-    })) << "the window manager's delay";
-
-    EXPECT_FALSE(staysOpen([] {})) << "left by the keyboard";
-    EXPECT_FALSE(staysOpen([this] {
-        focus.moved();
-        gain();
-    })) << "a motion before it had the keyboard has not taken it";
-    EXPECT_FALSE(staysOpen([this] {
-        focus.movedInside();
-        clock.advance(600ms);
-        focus.left();
-    })) << "covered, with the pointer where it was";
-    EXPECT_FALSE(staysOpen([&] {
-        left();
-        clock.advance(150ms);
-    })) << "the pointer had left before";
-    EXPECT_FALSE(staysOpen([this] {
-        underPointer = true;
-        focus.moved();
-    })) << "the pointer is still here: it has taken nothing along";
-    EXPECT_FALSE(staysOpen([&] {
-        focus.moved();
-        left();
-        clock.advance(601ms);
-    })) << "moved long before";
-
-    open();
-    lose();
-    clock.advance(20ms);
-    left();
-    clock.advance(5s);
-    EXPECT_TRUE(isOpen) << "told of the keyboard first";
+    }
 }
 
 TEST_F(PopoverFocusTest, a_slow_window_manager_is_asked_again_and_one_that_gives_no_keyboard_leaves_it_open) {

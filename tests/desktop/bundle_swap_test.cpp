@@ -1,7 +1,6 @@
 #include <stdexcept>
 
 #include "desktop/fixtures.h"
-#include "support/run_to_end.h"
 #include "update/app_update_info.h"
 #include "update/info_plist.h"
 
@@ -102,10 +101,6 @@ struct BundleSwapTest : testing::Test {
         });
     }
 
-    bool eventuallyLogs(const QString& text) const {
-        return waitUntil([&] { return QString::fromUtf8(contentOf(log)).endsWith(text); }, swapLimit);
-    }
-
     QString installedVersion(OwnMachine& machine) const {
         const QString copy = folder.filePath(u"installed.plist"_s);
         machine.run(u"cp /Applications/Tralio.app/Contents/Info.plist '%1'"_s.arg(copy));
@@ -125,9 +120,13 @@ TEST_F(BundleSwapTest, a_program_replaces_itself_by_a_newer_one_that_then_is_up_
     offer(u"1.0.10"_s, program);
 
     machine.run(installedProgram + u" &> /dev/null &"_s);
-    EXPECT_TRUE(
-        eventuallyLogs(u"1.0.9: Đã có bản cập nhật mới: v1.0.10\n"
-                       u"1.0.10: Bạn đang dùng phiên bản mới nhất (v1.0.10).\n"_s))
+    EXPECT_TRUE(waitUntil(
+        [&] {
+            return contentOf(log).endsWith(
+                "1.0.9: Đã có bản cập nhật mới: v1.0.10\n"
+                "1.0.10: Bạn đang dùng phiên bản mới nhất (v1.0.10).\n");
+        },
+        swapLimit))
         << contentOf(log).constData();
     EXPECT_EQ(installedVersion(machine), u"1.0.10"_s);
     EXPECT_EQ(machine.run(u"ls /Applications /Applications/Tralio.app/Contents"_s).simplified(),

@@ -58,8 +58,7 @@ TEST_F(DataControlTest, every_change_counts_and_texts_of_any_length_are_read_but
 
     const QProcess& owner = own(u"never given"_s);
     kill(static_cast<pid_t>(owner.processId()), SIGSTOP);
-    QElapsedTimer time;
-    time.start();
+    const Stopwatch time;
     EXPECT_EQ(textOf(clipboard, 200), std::nullopt);
     EXPECT_LT(time.elapsed(), 1000);
     kill(static_cast<pid_t>(owner.processId()), SIGCONT);

@@ -35,8 +35,10 @@ ProgramRun::ProgramRun(TestSession& desktop, const Stored& stored) : m_desktop(d
     m_process = &desktop.start(QStringLiteral(TRALIO_PROGRAM));
     m_accessibility.open();
     // The program joins the accessibility bus from its event loop, after registering its hot keys.
-    TestSession::awaitStart(
-        u"tralio"_s, [this] { return isRunning() && !applicationObject(TimeBudget(answerLimit)).isNull(); });
+    TestSession::awaitStart(u"tralio"_s, [this] {
+        return isRunning() &&
+            !applicationOf(processId(), {m_accessibility, TimeBudget(answerLimit)}).isNull();
+    });
 }
 
 bool ProgramRun::isPopoverInFront() const {
@@ -49,9 +51,9 @@ bool ProgramRun::isAsked(const QString& text) const {
     return waitUntil([&] { return !requests.isEmpty() && requests.last().userText() == text; });
 }
 
-AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
-    for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), {m_accessibility, budget}))
-        if (m_accessibility.processOf(application.service, budget) == processId())
+AtspiReference applicationOf(qint64 process, const AtspiQuestion& question) {
+    for (const AtspiReference& application : childrenOf(AtspiBus::desktop(), question))
+        if (question.bus.processOf(application.service, question.budget) == process)
             return application;
     return {};
 }
@@ -59,7 +61,7 @@ AtspiReference ProgramRun::applicationObject(const TimeBudget& budget) const {
 AtspiReference ProgramRun::find(
     const std::function<bool(const QString&)>& isWanted, const TimeBudget& budget) const {
     const AtspiQuestion question{m_accessibility, budget};
-    return findBelow(applicationObject(budget), question, [&](const AtspiReference& object) {
+    return findBelow(applicationOf(processId(), question), question, [&](const AtspiReference& object) {
         return isWanted(nameOf(object, question)) && statesOf(object, question).contains(AtspiState::showing);
     });
 }

@@ -13,6 +13,9 @@ namespace tralio {
 AtspiReference findBelow(const AtspiReference& object, const AtspiQuestion& question,
     const std::function<bool(const AtspiReference&)>& isWanted);
 
+/// The application of this process; null until that has joined the accessibility bus.
+AtspiReference applicationOf(qint64 process, const AtspiQuestion& question);
+
 /// The program, running on a virtual desktop with the stand-in as its model.
 class ProgramRun final {
 public:
@@ -91,8 +94,6 @@ public:
     }
 
 private:
-    /// Null until the program has joined the accessibility bus.
-    [[nodiscard]] AtspiReference applicationObject(const TimeBudget& budget) const;
     /// The rectangle on the screen of the object with this name, or else one whose name starts so; invalid
     /// while it is not shown.
     [[nodiscard]] QRect areaOf(const QString& beginning) const;

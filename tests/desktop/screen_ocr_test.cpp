@@ -68,8 +68,7 @@ QStringList longText() {
     return lines;
 }
 
-class LongPageOnScreen : public ScreenOCR {
-protected:
+struct LongPageOnScreen : ScreenOCR {
     LongPageOnScreen()
         : ScreenOCR(
               u"<p style='position:absolute;top:70px;left:8px;margin:0;white-space:nowrap;"

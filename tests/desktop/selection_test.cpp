@@ -138,8 +138,7 @@ TEST_F(Selection, is_translated_whatever_becomes_of_the_keyboard_and_of_the_wind
 }
 
 /// A browser as it is by default, one that reports all elements of a page, and one that always does.
-class BrowserSelection : public Selection, public testing::WithParamInterface<std::string> {
-protected:
+struct BrowserSelection : Selection, testing::WithParamInterface<std::string> {
     /// Starts the browser. Returns its window.
     QString startBrowser(const QString& page) {
         if (GetParam() == "firefox") {

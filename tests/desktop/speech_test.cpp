@@ -76,8 +76,7 @@ struct RealSpeech : testing::Test {
 
 TEST_F(RealSpeech, a_text_ends_by_itself_and_a_long_one_at_once_when_it_is_stopped) {
     for (const QString& language : {u"Tiếng Việt"_s, u"Tiếng Anh"_s}) {
-        QElapsedTimer sinceBegin;
-        sinceBegin.start();
+        const Stopwatch sinceBegin;
         service.speak(u"Xin chào <các> bạn & tất cả"_s, language);
         EXPECT_TRUE(service.isSpeaking());
         EXPECT_TRUE(fallsSilent(15));

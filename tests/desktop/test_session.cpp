@@ -4,8 +4,8 @@
 
 #include <stdexcept>
 
-#include "support/bus_configuration.h"
 #include "support/files.h"
+#include "support/private_bus.h"
 
 namespace tralio {
 

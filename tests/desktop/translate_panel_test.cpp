@@ -129,29 +129,5 @@ TEST_F(InputMethod, what_a_composition_shows_is_translated_and_a_return_that_con
     EXPECT_TRUE(translates(u"tiếng"_s)) << "the word was still being composed";
 }
 
-TEST_F(InputMethod, what_a_field_of_the_settings_composes_counts_for_the_button_and_the_next_translation) {
-    StandInModel own;
-    own.translatesTo(u"bởi máy riêng"_s);
-    desktop.pressTextHotKey();
-    ASSERT_TRUE(program->comesToFront());
-    ASSERT_TRUE(program->click(u"Cài đặt"_s));
-    ASSERT_TRUE(program->click(u"Nhà cung cấp: "_s));
-    ASSERT_TRUE(program->click(u"Ollama"_s));
-    ASSERT_TRUE(program->comes(u"Nhà cung cấp: Ollama"_s));
-    const auto enter = [&](const QString& field, const QString& keys) {
-        ASSERT_TRUE(program->click(field));
-        desktop.press(u"ctrl+a"_s);
-        desktop.type(keys);
-    };
-    enter(u"API Endpoint (Base URL)"_s, own.baseURL());
-    enter(u"Tên Model"_s, u"mooij"_s);
-    ASSERT_TRUE(program->click(u"Kiểm tra"_s));
-    ASSERT_TRUE(waitUntil([&] { return !own.requests().isEmpty(); }));
-    EXPECT_EQ(own.requests().last().json[u"model"_s].toString(), u"mội"_s);
-    program->callOnBus(u"TranslateText"_s, {u"hello"_s});
-    EXPECT_TRUE(waitUntil([&] { return program->shownTranslation() == u"bởi máy riêng"; }));
-    EXPECT_THAT(program->standIn().requests(), IsEmpty());
-}
-
 }  // namespace
 }  // namespace tralio

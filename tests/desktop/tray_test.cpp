@@ -1,5 +1,5 @@
 #include "desktop/fixtures.h"
-#include "desktop/scripted_tray.h"
+#include "platform/scripted_tray.h"
 
 namespace tralio {
 namespace {
@@ -19,15 +19,15 @@ struct TrayOnTheBus : testing::Test {
         const QSize& screen, const std::function<void()>& prepare = [] {}) {
         desktop.emplace(VirtualDesktop::Tray::absent, screen);
         prepare();
-        tray.appear();
+        tray.emplace();
         program.emplace(*desktop);
         ASSERT_TRUE(itemComes());
     }
     [[nodiscard]] bool itemComes() const {
-        return waitUntil([this] { return !tray.item().isEmpty(); });
+        return waitUntil([this] { return !tray->item.isEmpty(); });
     }
     QString askItem(const QString& method, const QStringList& arguments) const {
-        return desktop->callOnBus(tray.item(), u"/StatusNotifierItem"_s, method, arguments);
+        return desktop->callOnBus(tray->item, u"/StatusNotifierItem"_s, method, arguments);
     }
     QString propertyOfItem(const QString& name) const {
         return askItem(u"org.freedesktop.DBus.Properties.Get"_s, {u"org.kde.StatusNotifierItem"_s, name});
@@ -60,7 +60,7 @@ struct TrayOnTheBus : testing::Test {
     }
 
     std::optional<VirtualDesktop> desktop;
-    ScriptedTray tray;
+    std::optional<ScriptedTray> tray;
     std::optional<ProgramRun> program;
 };
 
@@ -75,8 +75,8 @@ TEST_F(TrayOnTheBus, shows_the_icon_and_has_the_popover_where_it_is_clicked_also
     EXPECT_TRUE(hangsFrom(program->popoverArea(), {400, 8})) << "the hot key does not know the icon's place";
 
     for (int restart = 0; restart < 2; ++restart) {
-        tray.vanish();
-        tray.appear();
+        tray.reset();
+        tray.emplace();
         EXPECT_TRUE(itemComes()) << restart;
     }
     EXPECT_TRUE(program->isRunning());

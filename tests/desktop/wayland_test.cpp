@@ -5,7 +5,7 @@
 
 #include "desktop/program_run.h"
 #include "desktop/sway_desktop.h"
-#include "support/ordinary_user.h"
+#include "support/process_limits.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -198,8 +198,7 @@ TEST_P(Wayland, a_click_on_another_window_closes_the_popover) {
 }
 
 /// sway's default configuration: the focus follows the pointer.
-class ShippedSway : public Wayland {
-protected:
+struct ShippedSway : Wayland {
     ShippedSway() : Wayland({.asShipped = true}) {}
 
     /// Moves the pointer gradually, as a hand does.

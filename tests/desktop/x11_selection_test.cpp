@@ -51,8 +51,7 @@ TEST_F(X11Selection, the_clipboard_counts_changes_and_gives_texts_of_any_length_
     EXPECT_TRUE(QImage().loadFromData(contentOf(picture->path()), "PNG"));
 
     kill(static_cast<pid_t>(owner.processId()), SIGSTOP);
-    QElapsedTimer time;
-    time.start();
+    const Stopwatch time;
     EXPECT_EQ(pasteboard.string(), std::nullopt);
     EXPECT_LT(time.elapsed(), 1000);
     EXPECT_EQ(pasteboard.isConcealed(), std::nullopt);

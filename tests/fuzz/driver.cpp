@@ -24,23 +24,10 @@ QByteArray damaged(const QList<QByteArray>& corpus, std::mt19937& random) {
     QByteArray input = corpus[below(corpus.size())];
     for (auto changes = below(8); changes >= 0; --changes) {
         const qsizetype at = below(input.size());
-        switch (below(5)) {
-            case 0:
-                input.truncate(at);
-                break;
-            case 1:
-                input.insert(at, static_cast<char>(random()));
-                break;
-            case 2:
-                input.remove(at, 1 + below(8));
-                break;
-            case 3:
-                input.insert(at, corpus[below(corpus.size())].mid(below(64), below(64)));
-                break;
-            default:
-                if (!input.isEmpty())
-                    input[at] = static_cast<char>(random());
-        }
+        const qsizetype fewOrAll = below(4) == 0 ? input.size() : below(9);
+        input.replace(at, fewOrAll,
+            below(2) == 0 ? QByteArray(below(3), static_cast<char>(random()))
+                          : corpus[below(corpus.size())].mid(below(64), below(64)));
     }
     return input;
 }

@@ -30,42 +30,31 @@ public:
 
     QVariantMap map(int depth = 0) {
         QVariantMap values;
-        for (int count = next() & 3; count >= 0; --count)
+        for (int count = number(1) & 3; count >= 0; --count)
             values.insert(name(), value(depth + 1));
         return values;
     }
-    QString text() {
-        const qsizetype wanted = next() & 31;
-        const qsizetype size = std::min(wanted, m_rest.size());
-        QString text = QString::fromUtf8(m_rest.first(size)).remove(QChar(0));
-        m_rest.remove(0, size);
-        return text;
-    }
-    quint32 number() {
-        quint32 number = 0;
-        for (int byte = 0; byte < 4; ++byte)
-            number = number << 8 | next();
-        return number;
-    }
+    QString text() { return QString::fromUtf8(take(number(1) & 31)).remove(QChar(0)); }
+    quint32 number(qsizetype bytes = 4) { return take(bytes).toHex().toUInt(nullptr, 16); }
 
 private:
-    quint32 next() {
-        const auto byte = m_rest.isEmpty() ? quint8(0) : static_cast<quint8>(m_rest.front());
-        m_rest.remove(0, 1);
-        return byte;
+    QByteArray take(qsizetype size) {
+        const QByteArray taken = m_rest.first(std::min(size, m_rest.size()));
+        m_rest.remove(0, taken.size());
+        return taken;
     }
     QString name() {
         const QString known[] = {u"shortcuts"_s, u"session_handle"_s, u"trigger_description"_s};
-        const quint32 which = next() & 3;
+        const quint32 which = number(1) & 3;
         return which < std::size(known) ? known[which] : text();
     }
     QVariant value(int depth) {
-        switch (depth > 6 ? 0 : next() & 7) {
+        switch (depth > 6 ? 0 : number(1) & 7) {
             case 1:
                 return number();
             case 2:
-                return QVariant::fromValue(
-                    QDBusObjectPath(QLatin1String(Portal::path) + u"/session/"_s + QString::number(next())));
+                return QVariant::fromValue(QDBusObjectPath(
+                    QLatin1String(Portal::path) + u"/session/"_s + QString::number(number(1))));
             case 3:
                 return map(depth);
             case 4:
@@ -76,7 +65,7 @@ private:
                 return QVariant::fromValue(PortalShortcut{text(), map(depth + 1)});
             case 7: {
                 QList<PortalShortcut> shortcuts;
-                for (quint32 count = next() & 3; count > 0; --count)
+                for (quint32 count = number(1) & 3; count > 0; --count)
                     shortcuts.push_back({text(), map(depth + 1)});
                 return QVariant::fromValue(shortcuts);
             }
@@ -92,19 +81,18 @@ private:
 class Client final : public QDBusVirtualObject {
 public:
     QString introspect(const QString& /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override {
-        ++answers;
-        const auto results = qdbus_cast<QVariantMap>(message.arguments().value(0));
-        for (const PortalShortcut& shortcut : shortcutsIn(results))
-            (void)shortcut.properties.value(u"trigger_description"_s).toString();
-        (void)results.value(u"uri"_s).toUrl();
-        const QString session = sessionIn(results);
-        fuzz::require(session.isEmpty() || session.startsWith(QLatin1String(Portal::path)),
-            "sessions are the portal's");
-        return true;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        for (const QVariant& answer : message.arguments()) {
+            const auto results = qdbus_cast<QVariantMap>(answer);
+            for (const PortalShortcut& shortcut : shortcutsIn(results))
+                (void)shortcut.properties.value(u"trigger_description"_s).toString();
+            (void)results.value(u"uri"_s).toUrl();
+            const QString session = sessionIn(results);
+            fuzz::require(session.isEmpty() || session.startsWith(QLatin1String(Portal::path)),
+                "sessions are the portal's");
+        }
+        return connection.send(message.createReply());
     }
-
-    int answers = 0;
 };
 
 class BusOfTwo final {
@@ -121,15 +109,11 @@ public:
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
-    void send(const QVariantMap& results) {
+    void bring(const QVariantList& answers) {
         auto message = QDBusMessage::createMethodCall({}, u"/a"_s, u"a.a"_s, u"a"_s);
-        message << results;
-        fuzz::require(m_portal.send(message), "the values can be sent");
-        ++m_sent;
-    }
-    void awaitReading() {
-        while (m_client.answers < m_sent)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        message.setArguments(answers);
+        const QDBusMessage reply = m_portal.call(message, QDBus::BlockWithGui);
+        fuzz::require(reply.type() == QDBusMessage::ReplyMessage, "the answers are sent and read");
     }
 
 private:
@@ -138,7 +122,6 @@ private:
     char* m_arguments[2] = {m_name, nullptr};
     QCoreApplication m_application{m_argumentCount, m_arguments};
     Client m_client;
-    int m_sent = 0;
     QDBusServer m_server;
     QDBusConnection m_portal{u"portal"_s};
     QDBusConnection m_program{u"program"_s};
@@ -153,7 +136,8 @@ void tralio::fuzz::readInput(const QByteArray& input) {
     const auto trigger = shortcutTrigger(keys);
     require(!trigger || !trigger->isEmpty(), "a key has a name, or none");
     (void)readableShortcut(keys);
-    for (int answers = 0; answers < 40 && !values.isEmpty(); ++answers)
-        bus.send(values.map());
-    bus.awaitReading();
+    QVariantList answers;
+    while (answers.size() < 40 && !values.isEmpty())
+        answers += values.map();
+    bus.bring(answers);
 }

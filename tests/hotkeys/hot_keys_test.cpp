@@ -124,28 +124,6 @@ TEST(Keys, are_labelled_by_what_they_mean_and_each_has_a_place_of_its_own) {
             EXPECT_EQ(key->keysym, key->label.front().toLower().unicode()) << code;
     }
     EXPECT_EQ(labelled, 30);
-    EXPECT_TRUE(canBeHotKey({KeyCode{96}, {}})) << "F5";
-    EXPECT_TRUE(canBeHotKey({KeyCode::d, Modifier::option}));
-    EXPECT_FALSE(canBeHotKey({KeyCode::d, Modifier::shift}));
-    EXPECT_FALSE(canBeHotKey({KeyCode{114}, Modifier::shift})) << "Insert";
-}
-
-TEST(PermissionRequests, open_the_settings_only_when_the_request_did_not_grant) {
-    FakeDesktop desktop;
-    HotKeyService service{desktop.platform()};
-    service.requestAccessibility();
-    service.requestScreenCapture();
-    ASSERT_EQ(desktop.workspace.opened.size(), 2U);
-    EXPECT_EQ(desktop.workspace.opened[0].query(), u"Privacy_Accessibility"_s);
-    EXPECT_EQ(desktop.workspace.opened[1].query(), u"Privacy_ScreenCapture"_s);
-
-    desktop.permissions.grantOnRequest = true;
-    service.requestAccessibility();
-    service.requestScreenCapture();
-    service.requestAccessibility();
-    EXPECT_EQ(desktop.workspace.opened.size(), 2U);
-    EXPECT_TRUE(service.isAccessibilityGranted());
-    EXPECT_TRUE(service.isScreenCaptureGranted());
 }
 
 TEST(ShortcutWords, name_the_keys_of_a_pc_wherever_a_text_has_symbols_and_leave_the_rest_alone) {

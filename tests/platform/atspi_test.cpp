@@ -203,8 +203,7 @@ TEST_F(Atspi, an_application_that_dies_in_the_middle_has_nothing_selected_at_onc
     AtspiElement copy = element(u"/copy"_s);
     EXPECT_FALSE(counted.holdsPassword());
     application.reset();
-    QElapsedTimer time;
-    time.start();
+    const Stopwatch time;
     EXPECT_EQ(counted.selectedText(), std::nullopt);
     EXPECT_FALSE(counted.hasNoSelection()) << "it has not said so";
     EXPECT_FALSE(copy.press());

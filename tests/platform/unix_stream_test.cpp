@@ -44,32 +44,16 @@ struct SpeechStream : testing::Test {
     QLocalServer server;
 };
 
-TEST_F(SpeechStream, where_nobody_listens_the_failure_comes_from_the_event_loop_with_its_reason) {
-    writeFile(folder.filePath(u"file"_s), "");
-    const std::pair<QString, QString> cases[] = {
-        {u"missing"_s, u"ended: No such file or directory"_s},
-        {u"file"_s, u"ended: Connection refused"_s},
-        {u"long"_s.repeated(30), u"ended: File name too long"_s},
-    };
-    for (const auto& [name, told] : cases) {
-        WatchedStream watched(folder.filePath(name));
-        WatchedStream closed(folder.filePath(name));
-        closed.stream->close();
-        EXPECT_THAT(watched.told, IsEmpty()) << name.toStdString();
-        EXPECT_TRUE(nextTurn() && nextTurn());
-        EXPECT_THAT(watched.told, ElementsAre(told)) << name.toStdString();
-        EXPECT_THAT(closed.told, IsEmpty()) << name.toStdString();
-    }
-}
-
-TEST_F(SpeechStream, a_listener_that_accepts_nobody_holds_nobody_up) {
+TEST_F(SpeechStream, a_listener_that_accepts_nobody_holds_nobody_up_nor_does_a_name_that_is_too_long) {
     server.setListenBacklogSize(1);
     ASSERT_TRUE(server.listen(path));
     // All of them connect in one turn, in which the server accepts none.
     std::vector<std::unique_ptr<WatchedStream>> crowd;
     for (int i = 0; i < 4; ++i)
         crowd.push_back(std::make_unique<WatchedStream>(path));
+    WatchedStream nowhere(path.repeated(9));
     EXPECT_TRUE(nextTurn());
+    EXPECT_THAT(nowhere.told, ElementsAre(u"ended: File name too long"_s));
     EXPECT_THAT(crowd.front()->told, ElementsAre(u"opened"_s));
     EXPECT_THAT(crowd.back()->told, ElementsAre(u"ended: Resource temporarily unavailable"_s));
 }

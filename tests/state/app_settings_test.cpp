@@ -50,8 +50,7 @@ HotKey ocrHotKey(const AppSettings& settings) {
     return {settings.ocrHotKeyKeyCode(), settings.ocrHotKeyModifiers(), settings.ocrHotKeyDisplay()};
 }
 
-class AppSettingsTest : public testing::Test {
-protected:
+struct AppSettingsTest : testing::Test {
     Journal journal;
     AppSettings settings{journal, journal};
 };

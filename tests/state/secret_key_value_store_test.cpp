@@ -51,8 +51,7 @@ private:
     std::function<void(Answer)> m_kept;
 };
 
-class SecretKeyValueStoreTest : public testing::Test {
-protected:
+struct SecretKeyValueStoreTest : testing::Test {
     void start() {
         settings.reset();
         settings.emplace(store, keeper);

@@ -1,13 +1,10 @@
-#include <QElapsedTimer>
-
 #include "state/sqlite_store_test.h"
-#include "support/file_size_limit.h"
+#include "support/process_limits.h"
 
 namespace tralio {
 namespace {
 
-class SqliteFailureTest : public SqliteStoreTest {
-protected:
+struct SqliteFailureTest : SqliteStoreTest {
     /// Three writes to a store that cannot keep them, which must be in the log once.
     void expectValuesAreKept(SqliteKeyValueStore& store) {
         const qsizetype before = m_log.messages().size();
@@ -166,8 +163,7 @@ TEST_F(SqliteFailureTest, another_process_that_locks_the_file_neither_freezes_no
         SqliteKeyValueStore store(path());
         if (!fromTheStart)
             ASSERT_EQ(other.query("BEGIN IMMEDIATE"), "");
-        QElapsedTimer timer;
-        timer.start();
+        const Stopwatch timer;
         expectValuesAreKept(store);
         for (int keyPress = 0; keyPress < 50; ++keyPress)
             store.setValue(u"a"_s, qint64{1});

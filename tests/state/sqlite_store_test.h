@@ -9,14 +9,13 @@
 #include "state/sqlite_key_value_store.h"
 #include "support/debug_log_file.h"
 #include "support/files.h"
-#include "support/ordinary_user.h"
+#include "support/process_limits.h"
 #include "support/testing.h"
 
 namespace tralio {
 
 /// A folder for one store, a debug log of its own, and an ordinary user's rights.
-class SqliteStoreTest : public testing::Test {
-protected:
+struct SqliteStoreTest : testing::Test {
     [[nodiscard]] QString path(const QString& name = QStringLiteral("tralio/tralio.sqlite")) const {
         return m_folder.filePath(name);
     }

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 
 namespace tralio {
 
@@ -20,6 +21,20 @@ inline QString writeFile(const QString& path, const QByteArray& content) {
         qFatal("A test's file cannot be written.");
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return path;
+}
+
+/// Runs a program that the tests need to its end, and returns its output. If it fails, the test program is
+/// aborted.
+inline QByteArray runToEnd(const QString& program, const QStringList& arguments, const QString& folder = {},
+    const QByteArray& input = {}) {
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        qFatal("%s fails: %s", qUtf8Printable(program), process.readAllStandardError().constData());
+    return process.readAllStandardOutput();
 }
 
 }  // namespace tralio

@@ -38,4 +38,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
+/// Runs from the beginning of its life.
+struct Stopwatch : QElapsedTimer {
+    Stopwatch() { start(); }
+};
+
 }  // namespace tralio

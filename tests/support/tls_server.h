@@ -3,7 +3,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include "support/run_to_end.h"
+#include "support/files.h"
 
 namespace tralio {
 

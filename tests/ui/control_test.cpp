@@ -14,8 +14,7 @@
 namespace tralio {
 namespace {
 
-class ControlTest : public testing::Test {
-protected:
+struct ControlTest : testing::Test {
     ControlTest() {
         filled(&m_window, column({.spacing = 4}, {m_editor, m_button, m_chip, m_tabs}));
         showActive(m_window);

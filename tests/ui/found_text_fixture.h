@@ -11,8 +11,7 @@ namespace tralio {
 
 /// Text that the panel finds elsewhere than under the user's fingers: on the clipboard, in pictures, in
 /// files.
-class FoundText : public TranslatePanel {
-protected:
+struct FoundText : TranslatePanel {
     FoundText() { input->text = QStringLiteral("typed"); }
 
     static Picture picture() { return std::make_shared<MemoryFile>("not looked at by the panel"); }

@@ -16,8 +16,7 @@
 namespace tralio {
 namespace {
 
-class HistoryPanel : public StageTest {
-protected:
+struct HistoryPanel : StageTest {
     void openWith(const QStringList& texts) {
         fillHistory(texts);
         open();

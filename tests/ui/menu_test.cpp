@@ -8,8 +8,7 @@
 namespace tralio {
 namespace {
 
-class MenuTest : public testing::Test {
-protected:
+struct MenuTest : testing::Test {
     MenuTest() {
         m_window.resize(530, 585);
         m_button->move(20, 20);

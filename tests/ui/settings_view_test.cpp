@@ -220,6 +220,7 @@ TEST_F(StageTest, every_control_of_the_settings_asks_for_what_it_says) {
         EXPECT_FALSE(hasControl(request));
     }
     EXPECT_TRUE(desktop.permissions.accessibility && desktop.permissions.screenCapture);
+    EXPECT_TRUE(desktop.workspace.opened.empty()) << "granted at once";
     EXPECT_THAT(texts(),
         testing::IsSupersetOf(
             {u"Quyền Trợ năng (Accessibility): Đã bật"_s, u"Quyền Ghi màn hình (OCR): Đã bật"_s}));

@@ -13,8 +13,7 @@
 namespace tralio {
 
 /// The whole window without motions, in the hands of a user. The model answers in capitals.
-class StageTest : public testing::Test, protected Stage {
-protected:
+struct StageTest : testing::Test, protected Stage {
     StageTest() {
         Theme::setAppearance({.reducedMotion = true});
         model.translatesBy([](const StandInModel::Request& request) { return request.userText().toUpper(); });

@@ -12,8 +12,7 @@ namespace tralio {
 
 /// A panel in the hands of a test, with the input where the main view keeps it. The model answers in
 /// capitals.
-class TranslatePanel : public testing::Test, protected ProgramOnFakes {
-protected:
+struct TranslatePanel : testing::Test, protected ProgramOnFakes {
     class Input final : public ObservableObject {
     public:
         Observable<QString> text{*this};

@@ -6,8 +6,7 @@ namespace tralio {
 namespace {
 
 /// The translate panel in the hands of a user.
-class TranslateViewTest : public StageTest {
-protected:
+struct TranslateViewTest : StageTest {
     TranslateViewTest() { open(); }
 
     [[nodiscard]] QString inkOfResult() const {

@@ -1,7 +1,5 @@
 #include "engine/transport_error.h"
-#include "support/file_size_limit.h"
-#include "support/ordinary_user.h"
-#include "support/run_to_end.h"
+#include "support/process_limits.h"
 #include "update/installer_script.h"
 #include "update/update_test_support.h"
 
@@ -10,8 +8,7 @@ namespace {
 
 using Delivery = StandInReply::Delivery;
 
-class UpdateInstallTest : public UpdateTest {
-protected:
+struct UpdateInstallTest : UpdateTest {
     UpdateInstallTest() { begin(); }
 
     /// An offer stands in the program, set up in another way if need be.

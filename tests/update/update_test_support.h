@@ -19,8 +19,7 @@ namespace tralio {
 
 /// A service of version 1.0.9, and a server for manifest and archive. Time stands still; what the service
 /// does to the program around it is written down.
-class UpdateTest : public testing::Test {
-protected:
+struct UpdateTest : testing::Test {
     static inline const QDateTime now = QDateTime::fromSecsSinceEpoch(1'795'000'000, QTimeZone::utc());
 
     UpdateService::Host host() {

@@ -5,7 +5,7 @@
 
 #include "engine/engine_test_support.h"
 #include "engine/transport_error.h"
-#include "support/core_limit.h"
+#include "support/process_limits.h"
 
 namespace tralio {
 namespace {

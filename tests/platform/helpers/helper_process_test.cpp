@@ -4,6 +4,8 @@
 
 #include <csignal>
 
+#include "platform/linux/helpers/http_protocol.h"
+#include "platform/linux/helpers/recogniser_protocol.h"
 #include "platform/linux/helpers/serving.h"
 #include "support/fake_clock.h"
 #include "support/testing.h"
@@ -179,6 +181,40 @@ TEST_F(HelperProcessTest, stays_while_it_is_at_work_or_kept_and_ends_by_the_end_
     const qint64 orphan = helper->processId();
     helper.reset();
     EXPECT_FALSE(lives(orphan));
+}
+
+TEST(Helpers, take_no_part_of_a_message_and_nothing_longer_for_one) {
+    namespace http = http_protocol;
+    namespace recogniser = recogniser_protocol;
+    const http::Head head{"https://a.test/?b=%20", "a.test", {{"A", "1"}, {"A", ""}}, 1ms};
+    const recogniser::RecognizeRequest image{
+        u"/tmp/a b/ảnh.png"_s, {RecognitionRequest::Level::fast, false, QStringList{u"ja-JP"_s, u"vi-VN"_s}}};
+    const recogniser::ObservationsReply twoLines{
+        {{{0.25, 0.5, 0.125, 1.0}, {u"Xin chào"_s, u""_s}}, {{0, 0, 1, 1}, {}}}};
+    const auto isHttpRequest = [](const std::string& bytes) {
+        return http::decodeRequest(bytes).has_value();
+    };
+    const auto isRequest = [](const std::string& bytes) {
+        return recogniser::decodeRequest(bytes).has_value();
+    };
+    const auto isReply = [](const std::string& bytes) { return recogniser::decodeReply(bytes).has_value(); };
+    const std::pair<std::string, std::function<bool(const std::string&)>> messages[] = {
+        {encode(http::Get{8, head, true}), isHttpRequest},
+        {encode(http::Cancel{9}), isHttpRequest},
+        {encode(recogniser::Request(image)), isRequest},
+        {encode(recogniser::Reply(twoLines)), isReply},
+    };
+    for (const auto& [frame, passes] : messages) {
+        frames::Reader reader(http::maximumRequest);
+        reader.add(frame);
+        const std::string whole = reader.next().value();
+        EXPECT_TRUE(passes(whole));
+        for (size_t size = 0; size < whole.size(); ++size)
+            EXPECT_FALSE(passes(whole.substr(0, size))) << size;
+        EXPECT_FALSE(passes(whole + 'x'));
+    }
+    EXPECT_FALSE(http::decodeReply("\t"));
+    EXPECT_FALSE(isReply("\x7f"));
 }
 
 TEST(Helpers, serve_a_program_of_their_own_version_alone) {

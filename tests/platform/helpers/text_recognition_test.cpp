@@ -103,9 +103,10 @@ TEST_F(HelperTextRecognizerTest, tells_the_languages_of_the_installed_packs_and_
     const QStringList languages = endingOf(recognizer.supportedLanguages({})).result.value();
     EXPECT_THAT(languages, testing::IsSupersetOf({u"vi-VN"_s, u"en-US"_s, u"ru-RU"_s}));
     RecognitionRequest request{.languages = QStringList{u"en-US"_s}};
-    const auto english =
-        endingOf(recognizer.recognize(pictureOf({u"Файл успешно загружен."_s}), request, {}, {}))
-            .result.value();
+    const QStringList lines{u"The file was loaded."_s, u"Файл успешно загружен."_s};
+    const auto english = endingOf(recognizer.recognize(pictureOf(lines), request, {}, {})).result.value();
+    ASSERT_FALSE(english.empty());
+    EXPECT_EQ(english.front().candidates.value(0), lines.front());
     for (const TextObservation& observation : english)
         EXPECT_FALSE(observation.candidates.value(0).contains(u"Файл"_s));
     request.languages = QStringList{u"xx-XX"_s};

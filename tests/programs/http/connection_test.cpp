@@ -107,8 +107,7 @@ TEST_F(HttpTest, a_server_whose_first_address_says_nothing_is_reached_by_its_sec
 }
 
 /// In a session of no desktop, the environment speaks for it.
-class HttpProxyTest : public HttpTest {
-protected:
+struct HttpProxyTest : HttpTest {
     HttpProxyTest() {
         for (const char* name : {"XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
                  "GNOME_DESKTOP_SESSION_ID", "no_proxy"})
@@ -163,13 +162,9 @@ TEST_F(HttpProxyTest, what_is_wrong_with_the_proxy_is_not_the_servers_fault) {
     const QString unfit = u"Không thể kết nối qua máy chủ proxy"_s;
     const QString silent = u"proxy không phản hồi"_s;
     const Script waiting = [](Connection& peer) { peer.waitForEnd(); };
-    struct Case {
-        Script script;
-        QString words;
-        QString secureWords;
-    };
     const QString server = u"model.test"_s;
-    const Case cases[] = {
+    const std::tuple<Script, QString, QString> cases[] = {
+        // and the words, by http and by https
         {answering({}), breaks, breaks},
         {[](Connection& peer) { peer.reset(); }, breaks, breaks},
         {answering("HTTP/1.1 407 Login\r\nContent-Length: 0\r\n\r\n"), login, login},
@@ -192,11 +187,11 @@ TEST_F(HttpProxyTest, what_is_wrong_with_the_proxy_is_not_the_servers_fault) {
          },
             server, server},
     };
-    for (const Case& given : cases) {
-        RawServer proxy(given.script);
+    for (const auto& [script, plainWords, secureWords] : cases) {
+        RawServer proxy(script);
         for (const bool isSecure : {false, true}) {
             const QString told = postBy(addressOf(proxy), isSecure ? secureModel : model);
-            const QString& words = isSecure ? given.secureWords : given.words;
+            const QString& words = isSecure ? secureWords : plainWords;
             EXPECT_TRUE(told.contains(words)) << told.toStdString() << ", not " << words.toStdString();
         }
     }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
-
 #include "engine/engine_test_support.h"
 #include "programs/http/transport_words.h"
 #include "support/raw_server.h"
@@ -9,8 +7,7 @@
 namespace tralio {
 
 /// The real tralio-http, and servers that play tricks on it.
-class HttpTest : public testing::Test {
-protected:
+struct HttpTest : testing::Test {
     using Time = std::chrono::milliseconds;
     using Script = RawServer::Script;
 

@@ -1,9 +1,7 @@
 // Answers every question with the proxies that the environment lists, with blanks between them.
 #include <cstdlib>
 #include <cstring>
-#include <sstream>
 #include <string>
-#include <vector>
 
 extern "C" {
 
@@ -12,13 +10,11 @@ void* px_proxy_factory_new() {
 }
 
 char** px_proxy_factory_get_proxies(void* /*factory*/, const char* /*url*/) {
-    std::istringstream list(std::getenv("LISTED_PROXIES"));
-    std::vector<std::string> proxies;
-    for (std::string proxy; list >> proxy;)
-        proxies.push_back(proxy);
-    auto** found = static_cast<char**>(std::calloc(proxies.size() + 1, sizeof(char*)));
-    for (size_t i = 0; i < proxies.size(); ++i)
-        found[i] = strdup(proxies[i].c_str());
+    std::string list = std::getenv("LISTED_PROXIES");
+    auto** found = static_cast<char**>(std::calloc(list.size() + 1, sizeof(char*)));
+    int count = 0;
+    for (char* proxy = std::strtok(list.data(), " "); proxy != nullptr; proxy = std::strtok(nullptr, " "))
+        found[count++] = strdup(proxy);
     return found;
 }
 

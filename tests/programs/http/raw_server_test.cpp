@@ -117,8 +117,7 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
     };
     for (const Case& given : cases) {
         RawServer server(given.script);
-        QElapsedTimer time;
-        time.start();
+        const Stopwatch time;
         const QString text = outcomeOf(post(urlOf(server))).text;
         EXPECT_LT(time.elapsed(), 5'000) << given.what;
         EXPECT_EQ(server.posts(), given.posts) << given.what;
@@ -149,13 +148,6 @@ TEST_F(HttpTest, a_text_goes_to_one_address_once_in_whatever_form_that_is_writte
         EXPECT_FALSE(isFollowed(true)) << form;
         EXPECT_TRUE(isFollowed(false)) << form;
     }
-    RawServer server([](Connection& other) {
-        other.readRequest();
-        other.send(reply({}, "HTTP/1.1 307 See\r\nLocation: /v1\r\n"));
-    });
-    QString withUser = urlOf(server);
-    (void)outcomeOf(post(withUser.replace(u"//"_s, u"//me:secret@"_s)));
-    EXPECT_EQ(server.posts(), 1);
 }
 
 TEST_F(HttpTest, only_http_and_https_are_followed_and_what_has_no_host_says_so) {
@@ -248,8 +240,7 @@ TEST_F(HttpTest, silence_is_ended_to_the_moment_and_movement_either_way_is_none)
     // for.
     qint64 silence = 0;
     for (int tries = 0; tries < 5 && (tries == 0 || silence > 450); ++tries) {
-        QElapsedTimer time;
-        time.start();
+        const Stopwatch time;
         std::atomic<qint64> lastByte = 0;
         RawServer trickling([&](Connection& peer) {
             (void)peer.readRequest();
