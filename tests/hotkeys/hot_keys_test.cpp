@@ -208,5 +208,15 @@ TEST_F(MenuCopy, leaves_other_items_alone) {
     EXPECT_THAT(log.messages(), IsEmpty());
 }
 
+TEST(SelectedTextFetch, ends_silently_with_its_service) {
+    FakeDesktop desktop;
+    desktop.workspace.front = {4711, std::nullopt, std::nullopt};
+    auto service = std::make_unique<HotKeyService>(desktop.platform());
+    service->fetchSelectedText([](const auto&) { ADD_FAILURE() << "completed after the service was gone"; });
+    desktop.clock.advance(220ms);
+    service.reset();
+    desktop.clock.advance(1s);
+}
+
 }  // namespace
 }  // namespace tralio
