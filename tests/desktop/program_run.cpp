@@ -75,11 +75,16 @@ QString ProgramRun::trayIcon() const {
 }
 
 QRect ProgramRun::popoverArea() const {
-    // Lines of WINDOW, X, Y, WIDTH, HEIGHT and SCREEN, each with = and a number.
+    // WINDOW, X, Y, WIDTH, HEIGHT, SCREEN, with = and a number, a line each. Nothing if some other window
+    // goes while xdotool looks at it.
     QList<int> numbers;
-    for (const QString& line :
-        m_desktop.xdotool(popoverWindows + u" getwindowgeometry --shell"_s).split(u'\n'))
-        numbers += line.section(u'=', 1).toInt();
+    waitUntil([&] {
+        numbers.clear();
+        for (const QString& line :
+            m_desktop.xdotool(popoverWindows + u" getwindowgeometry --shell"_s).split(u'\n'))
+            numbers += line.section(u'=', 1).toInt();
+        return numbers.size() > 4;
+    });
     return {numbers.value(1), numbers.value(2), numbers.value(3), numbers.value(4)};
 }
 

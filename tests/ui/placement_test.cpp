@@ -151,6 +151,8 @@ TEST(Placement, the_caret_blinks_as_the_desktop_has_it_and_the_prompt_shows_the_
     EXPECT_NE(pictureOf(prompt), bare);
     leave(prompt);
     EXPECT_EQ(pictureOf(prompt), bare);
+    QTest::keyClick(prompt.focusProxy(), Qt::Key_Tab);
+    EXPECT_EQ(text, u"HHH"_s) << "Tab leads on to the next field";
 
     QString typed;
     MultilineEnterInputView input(
