@@ -107,8 +107,14 @@ void SecretKeyValueStore::setToForget(bool toForget) {
 void SecretKeyValueStore::forget(Prompting prompting) {
     setToForget(true);
     m_keeper.forget(prompting, [this](SecretKeeper::Answer answer) {
-        if (answer == SecretKeeper::Answer::done)
-            setToForget(false);
+        if (answer != SecretKeeper::Answer::done)
+            return;
+        setToForget(false);
+        // The user may have agreed to the deletion only after entering a new key, which went along with it.
+        if (isSecret() && holdsMarker()) {
+            m_store.setValue(apiKey, *m_key);
+            handOver(Prompting::may);
+        }
     });
 }
 

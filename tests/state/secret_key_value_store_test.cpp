@@ -27,9 +27,9 @@ public:
     }
     void forget(Prompting prompting, std::function<void(Answer)> then) override {
         lastPrompting = prompting;
-        if (!isLocked)
-            kept.reset();
-        then(isLocked ? Answer::locked : Answer::done);
+        m_forgotten = std::move(then);
+        if (!isAsking)
+            answerForget();
     }
     void unlock() override {}
 
@@ -39,9 +39,15 @@ public:
             kept = handed.last();
         std::exchange(m_kept, nullptr)(answer);
     }
+    void answerForget() {
+        if (!isLocked)
+            kept.reset();
+        std::exchange(m_forgotten, nullptr)(isLocked ? Answer::locked : Answer::done);
+    }
     [[nodiscard]] bool isAsked() const { return m_found || m_kept; }
 
     bool isLocked = false;
+    bool isAsking = false;  ///< the user whether to forget
     std::optional<QString> kept;
     QStringList handed;
     std::optional<Prompting> lastPrompting;
@@ -49,6 +55,7 @@ public:
 private:
     std::function<void(Answer, const QString&)> m_found;
     std::function<void(Answer)> m_kept;
+    std::function<void(Answer)> m_forgotten;
 };
 
 struct SecretKeyValueStoreTest : testing::Test {
@@ -202,6 +209,16 @@ TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locke
     start();
     EXPECT_EQ(keeper.kept, u"sk-new"_s);
     EXPECT_EQ(stored(), marker);
+
+    // So does one that is entered before the user agrees to the deletion, which takes it along.
+    keeper.isAsking = true;
+    settings->setValue(apiKey, QString());
+    settings->setValue(apiKey, u"sk-2"_s);
+    keeper.answerKeep(Answer::done);
+    keeper.answerForget();
+    EXPECT_EQ(stored(), StoredValue(u"sk-2"_s));
+    keeper.answerKeep(Answer::done);
+    EXPECT_EQ(keeper.kept, u"sk-2"_s);
 }
 
 TEST_F(SecretKeyValueStoreTest, undoing_a_reset_waits_again_for_a_key_that_was_awaited) {
