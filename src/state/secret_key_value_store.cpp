@@ -15,10 +15,17 @@ const QString apiKey = AppSettings::apiKeyKey.toString();
 /// True while the keyring may still have a key that the user has removed.
 const QString keyToForget = u"app_api_key_to_forget"_s;
 
+/// How long a changed key may be in memory only. The keyring may be asking a user who does not answer.
+constexpr auto keeperPatience = std::chrono::seconds(2);
+
 }  // namespace
 
-SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& keeper)
-    : m_store(store), m_keeper(keeper), m_key(store.text(apiKey)), m_isAwaited(holdsMarker()) {
+SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& keeper, Clock& clock)
+    : m_store(store),
+      m_keeper(keeper),
+      m_clock(clock),
+      m_key(store.text(apiKey)),
+      m_isAwaited(holdsMarker()) {
     m_keeper.onChange = [this] { askKeeper(); };
     askKeeper();
 }
@@ -112,7 +119,7 @@ void SecretKeyValueStore::forget(Prompting prompting) {
         setToForget(false);
         // The user may have agreed to the deletion only after entering a new key, which went along with it.
         if (isSecret() && holdsMarker()) {
-            m_store.setValue(apiKey, *m_key);
+            writeInsteadOfMarker();
             handOver(Prompting::may);
         }
     });
@@ -135,15 +142,18 @@ void SecretKeyValueStore::handOver(Prompting prompting) {
     if (m_handedOver || !isSecret())
         return;
     m_handedOver = m_key;
+    m_patience = m_clock.after(
+        keeperPatience, [this] { writeInsteadOfMarker(); });
     m_keeper.keep(*m_key, prompting, [this, prompting](SecretKeeper::Answer answer) {
+        m_patience.takeBack();
         const QString sent = *std::exchange(m_handedOver, std::nullopt);
         if (answer != SecretKeeper::Answer::done) {
             if (!isSecret())
                 forget(Prompting::may);  // the keyring may have stored the key without confirming it
             else if (m_key != sent && prompting == Prompting::mustNot)
                 handOver(Prompting::may);
-            else if (holdsMarker())
-                m_store.setValue(apiKey, *m_key);
+            else
+                writeInsteadOfMarker();
         } else if (m_key == sent) {
             m_store.setValue(apiKey, true);
             setToForget(false);
@@ -154,6 +164,11 @@ void SecretKeyValueStore::handOver(Prompting prompting) {
             forget(Prompting::may);
         }
     });
+}
+
+void SecretKeyValueStore::writeInsteadOfMarker() {
+    if (isSecret() && holdsMarker())
+        m_store.setValue(apiKey, *m_key);
 }
 
 }  // namespace tralio

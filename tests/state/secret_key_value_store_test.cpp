@@ -4,11 +4,14 @@
 #include "state/hot_key_registrar.h"
 #include "state/secret_keeper.h"
 #include "support/debug_log_file.h"
+#include "support/fake_clock.h"
 #include "support/memory_key_value_store.h"
 #include "support/testing.h"
 
 namespace tralio {
 namespace {
+
+using namespace std::chrono_literals;
 
 using Answer = SecretKeeper::Answer;
 using Prompting = SecretKeeper::Prompting;
@@ -61,7 +64,7 @@ private:
 struct SecretKeyValueStoreTest : testing::Test {
     void start() {
         settings.reset();
-        settings.emplace(store, keeper);
+        settings.emplace(store, keeper, clock);
         settings->onKeyAwaited = [this](bool awaited) { awaitedTold += awaited; };
     }
     /// Starts where the keeper has a key and is locked.
@@ -77,6 +80,7 @@ struct SecretKeyValueStoreTest : testing::Test {
     DebugLogFile log;
     MemoryKeyValueStore store;
     FakeKeeper keeper;
+    FakeClock clock;
     std::optional<SecretKeyValueStore> settings;
     QList<bool> awaitedTold;
 };
@@ -179,8 +183,14 @@ TEST_F(SecretKeyValueStoreTest, a_key_is_handed_over_as_it_is_typed_the_last_sta
     keeper.onChange();
     keeper.answerKeep(Answer::done);
     settings->setValue(apiKey, u"sk-3"_s);
+    clock.advance(1s);
+    EXPECT_EQ(stored(), marker);
+    clock.advance(1s);
+    EXPECT_EQ(stored(), StoredValue(u"sk-3"_s)) << "before the program ends unexpectedly";
+    keeper.answerKeep(Answer::done);
+    settings->setValue(apiKey, u"sk-4"_s);
     settings.reset();
-    EXPECT_EQ(stored(), StoredValue(u"sk-3"_s));
+    EXPECT_EQ(stored(), StoredValue(u"sk-4"_s));
 }
 
 TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locked_goes_when_it_opens) {
