@@ -12,7 +12,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 const QString apiKey = AppSettings::apiKeyKey.toString();
-/// True while the keyring may still have a key that the user has removed.
+/// True while the keyring may still have a key that the user has removed or replaced.
 const QString keyToForget = u"app_api_key_to_forget"_s;
 
 /// How long a changed key may be in memory only. The keyring may be asking a user who does not answer.
@@ -33,10 +33,11 @@ SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& kee
 SecretKeyValueStore::~SecretKeyValueStore() {
     m_keeper.onChange = nullptr;
     // Nobody will learn whether a key that is on its way to the keyring arrives, so assume the safe case.
-    if (m_handedOver && isSecret())
+    if (!m_handedOver)
+        return;
+    setToForget(true);
+    if (isSecret())
         m_store.setValue(apiKey, *m_key);
-    else if (m_handedOver)
-        setToForget(true);
 }
 
 std::optional<StoredValue> SecretKeyValueStore::value(const QString& key) const {
@@ -65,7 +66,7 @@ void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
         return;
     }
     m_store.forgetOverwritten();
-    if (wasKept)
+    if (wasKept || m_store.boolean(keyToForget).value_or(false))
         forget(Prompting::may);
 }
 
@@ -119,7 +120,7 @@ void SecretKeyValueStore::forget(Prompting prompting) {
         setToForget(false);
         // The user may have agreed to the deletion only after entering a new key, which went along with it.
         if (isSecret() && holdsMarker()) {
-            writeInsteadOfMarker();
+            m_store.setValue(apiKey, *m_key);
             handOver(Prompting::may);
         }
     });
@@ -167,8 +168,10 @@ void SecretKeyValueStore::handOver(Prompting prompting) {
 }
 
 void SecretKeyValueStore::writeInsteadOfMarker() {
-    if (isSecret() && holdsMarker())
-        m_store.setValue(apiKey, *m_key);
+    if (!isSecret() || !holdsMarker())
+        return;
+    setToForget(true);  // the keyring still has an earlier one
+    m_store.setValue(apiKey, *m_key);
 }
 
 }  // namespace tralio

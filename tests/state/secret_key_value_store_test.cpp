@@ -76,6 +76,7 @@ struct SecretKeyValueStoreTest : testing::Test {
     }
     QString key() { return settings->text(apiKey).value_or(u"none"_s); }
     StoredValue stored() { return store.values[apiKey]; }
+    [[nodiscard]] bool isToBeForgotten() const { return store.boolean(u"app_api_key_to_forget"_s) == true; }
 
     DebugLogFile log;
     MemoryKeyValueStore store;
@@ -123,7 +124,6 @@ TEST_F(SecretKeyValueStoreTest, a_key_moves_to_an_open_keeper_and_is_awaited_at_
 }
 
 TEST_F(SecretKeyValueStoreTest, a_key_given_up_while_a_keeper_is_slow_is_forgotten_there_whatever_it_says) {
-    const auto isToBeForgotten = [this] { return store.boolean(u"app_api_key_to_forget"_s) == true; };
     start();
     settings->setValue(apiKey, u"sk-mine"_s);
     EXPECT_EQ(store.timesForgotten, 0);
@@ -191,18 +191,24 @@ TEST_F(SecretKeyValueStoreTest, a_key_is_handed_over_as_it_is_typed_the_last_sta
     settings->setValue(apiKey, u"sk-4"_s);
     settings.reset();
     EXPECT_EQ(stored(), StoredValue(u"sk-4"_s));
+    EXPECT_TRUE(isToBeForgotten()) << "the one that it has";
 }
 
 TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locked_goes_when_it_opens) {
-    for (const QString& instead : {AppSettings::defaultApiKey, QString()}) {
+    for (const QStringList& typed :
+        {QStringList(AppSettings::defaultApiKey), {QString()}, {u"sk-2"_s, QString()}}) {
         startLocked();
         keeper.answerFind(Answer::locked);
-        settings->setValue(apiKey, instead);
+        for (const QString& key : typed) {
+            settings->setValue(apiKey, key);
+            if (keeper.isAsked())
+                keeper.answerKeep(Answer::locked);
+        }
         EXPECT_FALSE(settings->isKeyAwaited());
         EXPECT_EQ(keeper.lastPrompting, Prompting::may);
         start();
         EXPECT_EQ(keeper.lastPrompting, Prompting::mustNot);
-        EXPECT_EQ(key(), instead);
+        EXPECT_EQ(key(), typed.last());
         EXPECT_EQ(keeper.kept, u"sk-mine"_s);
         keeper.isLocked = false;
         keeper.onChange();
