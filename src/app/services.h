@@ -37,7 +37,7 @@ public:
     AppState appState;
     SqliteKeyValueStore store;
     SecretService secrets;
-    SecretKeyValueStore settings{store, secrets};
+    SecretKeyValueStore settings{store, secrets, clock};
     std::unique_ptr<Desktop> desktop = Desktop::probe(clock);
     HotKeyService::Platform platform = desktop->hotKeyPlatform(clock);
     HotKeyService hotKeys{platform};

@@ -12,13 +12,20 @@ namespace {
 using namespace Qt::StringLiterals;
 
 const QString apiKey = AppSettings::apiKeyKey.toString();
-/// True while the keyring may still have a key that the user has removed.
+/// True while the keyring may still have a key that the user has removed or replaced.
 const QString keyToForget = u"app_api_key_to_forget"_s;
+
+/// How long a changed key may be in memory only. The keyring may be asking a user who does not answer.
+constexpr auto keeperPatience = std::chrono::seconds(2);
 
 }  // namespace
 
-SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& keeper)
-    : m_store(store), m_keeper(keeper), m_key(store.text(apiKey)), m_isAwaited(holdsMarker()) {
+SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& keeper, Clock& clock)
+    : m_store(store),
+      m_keeper(keeper),
+      m_clock(clock),
+      m_key(store.text(apiKey)),
+      m_isAwaited(holdsMarker()) {
     m_keeper.onChange = [this] { askKeeper(); };
     askKeeper();
 }
@@ -26,10 +33,11 @@ SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& kee
 SecretKeyValueStore::~SecretKeyValueStore() {
     m_keeper.onChange = nullptr;
     // Nobody will learn whether a key that is on its way to the keyring arrives, so assume the safe case.
-    if (m_handedOver && isSecret())
+    if (!m_handedOver)
+        return;
+    setToForget(true);
+    if (isSecret())
         m_store.setValue(apiKey, *m_key);
-    else if (m_handedOver)
-        setToForget(true);
 }
 
 std::optional<StoredValue> SecretKeyValueStore::value(const QString& key) const {
@@ -58,7 +66,7 @@ void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
         return;
     }
     m_store.forgetOverwritten();
-    if (wasKept)
+    if (wasKept || m_store.boolean(keyToForget).value_or(false))
         forget(Prompting::may);
 }
 
@@ -107,8 +115,14 @@ void SecretKeyValueStore::setToForget(bool toForget) {
 void SecretKeyValueStore::forget(Prompting prompting) {
     setToForget(true);
     m_keeper.forget(prompting, [this](SecretKeeper::Answer answer) {
-        if (answer == SecretKeeper::Answer::done)
-            setToForget(false);
+        if (answer != SecretKeeper::Answer::done)
+            return;
+        setToForget(false);
+        // The user may have agreed to the deletion only after entering a new key, which went along with it.
+        if (isSecret() && holdsMarker()) {
+            m_store.setValue(apiKey, *m_key);
+            handOver(Prompting::may);
+        }
     });
 }
 
@@ -129,15 +143,18 @@ void SecretKeyValueStore::handOver(Prompting prompting) {
     if (m_handedOver || !isSecret())
         return;
     m_handedOver = m_key;
+    m_patience = m_clock.after(
+        keeperPatience, [this] { writeInsteadOfMarker(); });
     m_keeper.keep(*m_key, prompting, [this, prompting](SecretKeeper::Answer answer) {
+        m_patience.takeBack();
         const QString sent = *std::exchange(m_handedOver, std::nullopt);
         if (answer != SecretKeeper::Answer::done) {
             if (!isSecret())
                 forget(Prompting::may);  // the keyring may have stored the key without confirming it
             else if (m_key != sent && prompting == Prompting::mustNot)
                 handOver(Prompting::may);
-            else if (holdsMarker())
-                m_store.setValue(apiKey, *m_key);
+            else
+                writeInsteadOfMarker();
         } else if (m_key == sent) {
             m_store.setValue(apiKey, true);
             setToForget(false);
@@ -148,6 +165,13 @@ void SecretKeyValueStore::handOver(Prompting prompting) {
             forget(Prompting::may);
         }
     });
+}
+
+void SecretKeyValueStore::writeInsteadOfMarker() {
+    if (!isSecret() || !holdsMarker())
+        return;
+    setToForget(true);  // the keyring still has an earlier one
+    m_store.setValue(apiKey, *m_key);
 }
 
 }  // namespace tralio

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "common/clock.h"
 #include "state/key_value_store.h"
 #include "state/secret_keeper.h"
 
@@ -19,8 +20,8 @@ namespace tralio {
 /// key while the keyring is locked, that is remembered, and the key is deleted once it is unlocked.
 class SecretKeyValueStore final : public KeyValueStore {
 public:
-    /// Both outlive this object.
-    SecretKeyValueStore(KeyValueStore& store, SecretKeeper& keeper);
+    /// All outlive this object.
+    SecretKeyValueStore(KeyValueStore& store, SecretKeeper& keeper, Clock& clock);
     ~SecretKeyValueStore() override;
 
     [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override;
@@ -44,14 +45,17 @@ private:
     void askKeeper();
     void find();
     void handOver(Prompting prompting);
+    void writeInsteadOfMarker();
     void forget(Prompting prompting);
     void setToForget(bool toForget);
 
     KeyValueStore& m_store;
     SecretKeeper& m_keeper;
+    Clock& m_clock;
     std::optional<QString> m_key;  ///< shared by all settings objects
     bool m_isAwaited = false;
     std::optional<QString> m_handedOver;  ///< sent to the keyring and not confirmed yet
+    ScheduledCall m_patience;             ///< for the confirmation
 };
 
 }  // namespace tralio

@@ -244,12 +244,16 @@ TEST_F(SecretServiceTest, an_open_wallet_is_used_although_its_collection_is_call
     EXPECT_EQ(found().first, Answer::locked) << "it was closed in that moment";
 
     const QTemporaryDir folder;
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
-    const auto restore = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(u"home"_s)));
+    qputenv("XDG_CONFIG_DIRS", QFile::encodeName(folder.path()));
+    const auto restore = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"), qunsetenv("XDG_CONFIG_DIRS"); });
     writeFile(folder.filePath(u"kwalletrc"_s), "[Wallet]\nPrompt on Open=true\n");
-    service.calls.clear();
-    EXPECT_EQ(found().first, Answer::locked);
-    EXPECT_FALSE(service.calls.contains(u"Unlock"_s)) << "the user would be asked";
+    for (const QByteArray& own : {"Enabled=true"_ba, "Prompt on Open=false"_ba}) {
+        writeFile(folder.filePath(u"home/kwalletrc"_s), "[Wallet]\n" + own + '\n');
+        service.calls.clear();
+        EXPECT_EQ(found().first, Answer::locked);
+        EXPECT_EQ(service.calls.contains(u"Unlock"_s), own == "Prompt on Open=false") << own.data();
+    }
 }
 
 TEST_F(SecretServiceTest, prompts_are_run_only_when_the_user_has_just_changed_the_key) {

@@ -4,11 +4,14 @@
 #include "state/hot_key_registrar.h"
 #include "state/secret_keeper.h"
 #include "support/debug_log_file.h"
+#include "support/fake_clock.h"
 #include "support/memory_key_value_store.h"
 #include "support/testing.h"
 
 namespace tralio {
 namespace {
+
+using namespace std::chrono_literals;
 
 using Answer = SecretKeeper::Answer;
 using Prompting = SecretKeeper::Prompting;
@@ -27,9 +30,9 @@ public:
     }
     void forget(Prompting prompting, std::function<void(Answer)> then) override {
         lastPrompting = prompting;
-        if (!isLocked)
-            kept.reset();
-        then(isLocked ? Answer::locked : Answer::done);
+        m_forgotten = std::move(then);
+        if (!isAsking)
+            answerForget();
     }
     void unlock() override {}
 
@@ -39,9 +42,15 @@ public:
             kept = handed.last();
         std::exchange(m_kept, nullptr)(answer);
     }
+    void answerForget() {
+        if (!isLocked)
+            kept.reset();
+        std::exchange(m_forgotten, nullptr)(isLocked ? Answer::locked : Answer::done);
+    }
     [[nodiscard]] bool isAsked() const { return m_found || m_kept; }
 
     bool isLocked = false;
+    bool isAsking = false;  ///< the user whether to forget
     std::optional<QString> kept;
     QStringList handed;
     std::optional<Prompting> lastPrompting;
@@ -49,12 +58,13 @@ public:
 private:
     std::function<void(Answer, const QString&)> m_found;
     std::function<void(Answer)> m_kept;
+    std::function<void(Answer)> m_forgotten;
 };
 
 struct SecretKeyValueStoreTest : testing::Test {
     void start() {
         settings.reset();
-        settings.emplace(store, keeper);
+        settings.emplace(store, keeper, clock);
         settings->onKeyAwaited = [this](bool awaited) { awaitedTold += awaited; };
     }
     /// Starts where the keeper has a key and is locked.
@@ -66,10 +76,12 @@ struct SecretKeyValueStoreTest : testing::Test {
     }
     QString key() { return settings->text(apiKey).value_or(u"none"_s); }
     StoredValue stored() { return store.values[apiKey]; }
+    [[nodiscard]] bool isToBeForgotten() const { return store.boolean(u"app_api_key_to_forget"_s) == true; }
 
     DebugLogFile log;
     MemoryKeyValueStore store;
     FakeKeeper keeper;
+    FakeClock clock;
     std::optional<SecretKeyValueStore> settings;
     QList<bool> awaitedTold;
 };
@@ -112,7 +124,6 @@ TEST_F(SecretKeyValueStoreTest, a_key_moves_to_an_open_keeper_and_is_awaited_at_
 }
 
 TEST_F(SecretKeyValueStoreTest, a_key_given_up_while_a_keeper_is_slow_is_forgotten_there_whatever_it_says) {
-    const auto isToBeForgotten = [this] { return store.boolean(u"app_api_key_to_forget"_s) == true; };
     start();
     settings->setValue(apiKey, u"sk-mine"_s);
     EXPECT_EQ(store.timesForgotten, 0);
@@ -172,20 +183,32 @@ TEST_F(SecretKeyValueStoreTest, a_key_is_handed_over_as_it_is_typed_the_last_sta
     keeper.onChange();
     keeper.answerKeep(Answer::done);
     settings->setValue(apiKey, u"sk-3"_s);
+    clock.advance(1s);
+    EXPECT_EQ(stored(), marker);
+    clock.advance(1s);
+    EXPECT_EQ(stored(), StoredValue(u"sk-3"_s)) << "before the program ends unexpectedly";
+    keeper.answerKeep(Answer::done);
+    settings->setValue(apiKey, u"sk-4"_s);
     settings.reset();
-    EXPECT_EQ(stored(), StoredValue(u"sk-3"_s));
+    EXPECT_EQ(stored(), StoredValue(u"sk-4"_s));
+    EXPECT_TRUE(isToBeForgotten()) << "the one that it has";
 }
 
 TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locked_goes_when_it_opens) {
-    for (const QString& instead : {AppSettings::defaultApiKey, QString()}) {
+    for (const QStringList& typed :
+        {QStringList(AppSettings::defaultApiKey), {QString()}, {u"sk-2"_s, QString()}}) {
         startLocked();
         keeper.answerFind(Answer::locked);
-        settings->setValue(apiKey, instead);
+        for (const QString& key : typed) {
+            settings->setValue(apiKey, key);
+            if (keeper.isAsked())
+                keeper.answerKeep(Answer::locked);
+        }
         EXPECT_FALSE(settings->isKeyAwaited());
         EXPECT_EQ(keeper.lastPrompting, Prompting::may);
         start();
         EXPECT_EQ(keeper.lastPrompting, Prompting::mustNot);
-        EXPECT_EQ(key(), instead);
+        EXPECT_EQ(key(), typed.last());
         EXPECT_EQ(keeper.kept, u"sk-mine"_s);
         keeper.isLocked = false;
         keeper.onChange();
@@ -202,6 +225,16 @@ TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locke
     start();
     EXPECT_EQ(keeper.kept, u"sk-new"_s);
     EXPECT_EQ(stored(), marker);
+
+    // So does one that is entered before the user agrees to the deletion, which takes it along.
+    keeper.isAsking = true;
+    settings->setValue(apiKey, QString());
+    settings->setValue(apiKey, u"sk-2"_s);
+    keeper.answerKeep(Answer::done);
+    keeper.answerForget();
+    EXPECT_EQ(stored(), StoredValue(u"sk-2"_s));
+    keeper.answerKeep(Answer::done);
+    EXPECT_EQ(keeper.kept, u"sk-2"_s);
 }
 
 TEST_F(SecretKeyValueStoreTest, undoing_a_reset_waits_again_for_a_key_that_was_awaited) {

@@ -42,8 +42,14 @@ QVariant property(const QDBusMessage& reply) {
 
 /// Whether KWallet asks the user for each program that wants a wallet that is open.
 bool asksForOpenWallets() {
-    const QString file = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, u"kwalletrc"_s);
-    return QSettings(file, QSettings::IniFormat).value(u"Wallet/Prompt on Open"_s).toBool();
+    const auto files = QStandardPaths::locateAll(QStandardPaths::GenericConfigLocation, u"kwalletrc"_s);
+    for (const QString& file : files) {
+        // The user's file comes first, and may leave this to the system's.
+        if (const QVariant asks = QSettings(file, QSettings::IniFormat).value(u"Wallet/Prompt on Open"_s);
+            asks.isValid())
+            return asks.toBool();
+    }
+    return false;
 }
 
 }  // namespace
