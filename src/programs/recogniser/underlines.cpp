@@ -63,6 +63,35 @@ std::optional<Rows> findLine(const Mark& mark, int unit) {
     return line;
 }
 
+/// What is left of a mark above its line, counted from the mark's corner.
+std::vector<Extent> piecesAbove(const Mark& mark, const Rows& line) {
+    const int width = mark.box.width();
+    const auto hasInk = [&](size_t i) {
+        return mark.hasInk(
+            mark.box.left() + static_cast<int>(i) % width, mark.box.top() + static_cast<int>(i) / width);
+    };
+    return extentsOf(connect(
+        width, line.top - mark.box.top(), Neighbours::eight, hasInk, [](size_t, size_t) { return true; }));
+}
+
+/// A frame without its upper edge, or such a row of a table: uprights only, that enclose what is between them
+/// or are cut by the picture's edge.
+bool isOpenFrame(const Mark& mark, const std::vector<Extent>& pieces, int unit) {
+    const QRect& box = mark.box;
+    bool isClosedLeft = box.left() == 0 || box.top() == 0;
+    bool isClosedRight = box.right() == mark.all.width - 1 || box.top() == 0;
+    for (const Extent& piece : pieces) {
+        const int height = piece.box.height();
+        const bool isUpright =
+            piece.box.top() <= unit && piece.box.width() * 2 <= height && piece.area <= 3 * unit * height;
+        if (!isUpright)
+            return false;
+        isClosedLeft = isClosedLeft || piece.box.left() <= unit;
+        isClosedRight = isClosedRight || piece.box.right() >= box.width() - 1 - unit;
+    }
+    return isClosedLeft && isClosedRight;
+}
+
 }  // namespace
 
 std::vector<bool> findUnderlines(const Labels& marks, int unit) {
@@ -78,6 +107,8 @@ std::vector<bool> findUnderlines(const Labels& marks, int unit) {
         const Mark mark{marks, static_cast<int>(i), box};
         const std::optional<Rows> line = hasLevelTop(mark) ? std::nullopt : findLine(mark, unit);
         if (!line)
+            continue;
+        if (isOpenFrame(mark, piecesAbove(mark, *line), unit))
             continue;
         underlines.resize(marks.of.size());
         for (int x = box.left(); x <= box.right(); ++x) {
