@@ -92,6 +92,27 @@ bool isOpenFrame(const Mark& mark, const std::vector<Extent>& pieces, int unit) 
     return isClosedLeft && isClosedRight;
 }
 
+/// The bar at the foot of a single large letter, as in "止" and "오".
+bool isFootOfLetter(const Mark& mark, int area, const std::vector<Extent>& pieces, int unit) {
+    const int width = mark.box.width();
+    const int height = mark.box.height();
+    // A finer letter would be lost as a frame; without its bar some of it is left.
+    if (area * 100 <= 35 * width * height && area <= 5 * unit * (width + height))
+        return false;
+    if (width * 4 <= height * 5)
+        return true;
+    int ink = area;
+    for (const Extent& piece : pieces)
+        ink -= piece.area;
+    const bool isThick = ink * 2 >= 5 * unit * width && ink * 8 >= height * width;
+    if (isThick)
+        return width <= 4 * height;
+    const auto isPart = [unit](const Extent& piece) { return piece.box.height() > 2 * unit; };
+    const auto first = std::find_if(pieces.begin(), pieces.end(), isPart);
+    return width * 2 <= height * 5 && std::count_if(pieces.begin(), pieces.end(), isPart) == 1 &&
+        first->box.width() * 3 > width;
+}
+
 }  // namespace
 
 std::vector<bool> findUnderlines(const Labels& marks, int unit) {
@@ -108,7 +129,8 @@ std::vector<bool> findUnderlines(const Labels& marks, int unit) {
         const std::optional<Rows> line = hasLevelTop(mark) ? std::nullopt : findLine(mark, unit);
         if (!line)
             continue;
-        if (isOpenFrame(mark, piecesAbove(mark, *line), unit))
+        const std::vector<Extent> pieces = piecesAbove(mark, *line);
+        if (isOpenFrame(mark, pieces, unit) || isFootOfLetter(mark, extents[i].area, pieces, unit))
             continue;
         underlines.resize(marks.of.size());
         for (int x = box.left(); x <= box.right(); ++x) {

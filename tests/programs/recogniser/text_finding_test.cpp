@@ -198,7 +198,7 @@ TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_pa
     }
 }
 
-TEST(TextFinding, what_closes_a_frame_below_is_no_line_beneath_words) {
+TEST(TextFinding, what_closes_a_frame_or_a_letter_below_is_no_line_beneath_words) {
     const std::vector<QRect> cutButton{{20, 0, 1, 24}, {250, 0, 1, 24}, {21, 22, 4, 2}, {21, 24, 229, 1}};
     const std::vector<QRect> tableRow{{20, 2, 1, 30}, {130, 2, 1, 30}, {250, 2, 1, 30}, {20, 31, 231, 1}};
     for (const auto& frame : {cutButton, tableRow}) {
@@ -207,6 +207,13 @@ TEST(TextFinding, what_closes_a_frame_below_is_no_line_beneath_words) {
         for (const QRect& side : frame)
             sheet.fill(side, Qt::black);
         EXPECT_THAT(Found(sheet).letters(), testing::UnorderedElementsAreArray(Counts{{4}, {5}, {7}}));
+    }
+
+    for (const int stem : {7, 17}) {
+        Sheet sheet(300, 70);
+        for (int x = 20; x < 260; x += 60)
+            sheet.fill({x + 19, 20, 8, stem}, Qt::black).fill({x, 20 + stem, 46, 6}, Qt::black);
+        EXPECT_EQ(Found(sheet).shapes.shapes.at(0).box, QRect(20, 20, 46, stem + 6));
     }
 }
 
