@@ -63,6 +63,56 @@ std::optional<Rows> findLine(const Mark& mark, int unit) {
     return line;
 }
 
+/// What is left of a mark above its line, counted from the mark's corner.
+std::vector<Extent> piecesAbove(const Mark& mark, const Rows& line) {
+    const int width = mark.box.width();
+    const auto hasInk = [&](size_t i) {
+        return mark.hasInk(
+            mark.box.left() + static_cast<int>(i) % width, mark.box.top() + static_cast<int>(i) / width);
+    };
+    return extentsOf(connect(
+        width, line.top - mark.box.top(), Neighbours::eight, hasInk, [](size_t, size_t) { return true; }));
+}
+
+/// A frame without its upper edge, or such a row of a table: uprights only, that enclose what is between them
+/// or are cut by the picture's edge.
+bool isOpenFrame(const Mark& mark, const std::vector<Extent>& pieces, int unit) {
+    const QRect& box = mark.box;
+    bool isClosedLeft = box.left() == 0 || box.top() == 0;
+    bool isClosedRight = box.right() == mark.all.width - 1 || box.top() == 0;
+    for (const Extent& piece : pieces) {
+        const int height = piece.box.height();
+        const bool isUpright =
+            piece.box.top() <= unit && piece.box.width() * 2 <= height && piece.area <= 3 * unit * height;
+        if (!isUpright)
+            return false;
+        isClosedLeft = isClosedLeft || piece.box.left() <= unit;
+        isClosedRight = isClosedRight || piece.box.right() >= box.width() - 1 - unit;
+    }
+    return isClosedLeft && isClosedRight;
+}
+
+/// The bar at the foot of a single large letter, as in "止" and "오".
+bool isFootOfLetter(const Mark& mark, int area, const std::vector<Extent>& pieces, int unit) {
+    const int width = mark.box.width();
+    const int height = mark.box.height();
+    // A finer letter would be lost as a frame; without its bar some of it is left.
+    if (area * 100 <= 35 * width * height && area <= 5 * unit * (width + height))
+        return false;
+    if (width * 4 <= height * 5)
+        return true;
+    int ink = area;
+    for (const Extent& piece : pieces)
+        ink -= piece.area;
+    const bool isThick = ink * 2 >= 5 * unit * width && ink * 8 >= height * width;
+    if (isThick)
+        return width <= 4 * height;
+    const auto isPart = [unit](const Extent& piece) { return piece.box.height() > 2 * unit; };
+    const auto first = std::find_if(pieces.begin(), pieces.end(), isPart);
+    return width * 2 <= height * 5 && std::count_if(pieces.begin(), pieces.end(), isPart) == 1 &&
+        first->box.width() * 3 > width;
+}
+
 }  // namespace
 
 std::vector<bool> findUnderlines(const Labels& marks, int unit) {
@@ -78,6 +128,9 @@ std::vector<bool> findUnderlines(const Labels& marks, int unit) {
         const Mark mark{marks, static_cast<int>(i), box};
         const std::optional<Rows> line = hasLevelTop(mark) ? std::nullopt : findLine(mark, unit);
         if (!line)
+            continue;
+        const std::vector<Extent> pieces = piecesAbove(mark, *line);
+        if (isOpenFrame(mark, pieces, unit) || isFootOfLetter(mark, extents[i].area, pieces, unit))
             continue;
         underlines.resize(marks.of.size());
         for (int x = box.left(); x <= box.right(); ++x) {

@@ -198,6 +198,25 @@ TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_pa
     }
 }
 
+TEST(TextFinding, what_closes_a_frame_or_a_letter_below_is_no_line_beneath_words) {
+    const std::vector<QRect> cutButton{{20, 0, 1, 24}, {250, 0, 1, 24}, {21, 22, 4, 2}, {21, 24, 229, 1}};
+    const std::vector<QRect> tableRow{{20, 2, 1, 30}, {130, 2, 1, 30}, {250, 2, 1, 30}, {20, 31, 231, 1}};
+    for (const auto& frame : {cutButton, tableRow}) {
+        Sheet sheet(300, 80);
+        sheet.type({40, 8}, 4, 10).type({150, 8}, 5, 10).type({30, 50}, 7, 10);
+        for (const QRect& side : frame)
+            sheet.fill(side, Qt::black);
+        EXPECT_THAT(Found(sheet).letters(), testing::UnorderedElementsAreArray(Counts{{4}, {5}, {7}}));
+    }
+
+    for (const int stem : {7, 17}) {
+        Sheet sheet(300, 70);
+        for (int x = 20; x < 260; x += 60)
+            sheet.fill({x + 19, 20, 8, stem}, Qt::black).fill({x, 20 + stem, 46, 6}, Qt::black);
+        EXPECT_EQ(Found(sheet).shapes.shapes.at(0).box, QRect(20, 20, 46, stem + 6));
+    }
+}
+
 TEST(TextFinding, bands_of_any_height_show_their_text_beside_that_of_the_page) {
     for (int height = 20; height <= 76; height += 4) {
         Sheet sheet(300, 60 + height);
