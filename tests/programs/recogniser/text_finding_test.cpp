@@ -151,31 +151,6 @@ TEST(TextFinding, lines_end_at_the_gaps_of_columns_and_not_at_those_of_words_and
     EXPECT_EQ(Found(code).letters(), (Counts{{11}})) << "\"=\" stands there";
 }
 
-TEST(TextFinding, a_tables_grid_is_erased_and_its_cells_are_read_one_by_one) {
-    constexpr int rows = 7;
-    Sheet sheet(400, rows * 30 + 20);
-    for (int row = 0; row <= rows; ++row)
-        sheet.fill({10, 10 + 30 * row, 380, 2}, QColor(40, 40, 40));
-    for (const int x : {10, 200, 388})
-        sheet.fill({x, 10, 2, rows * 30 + 2}, QColor(40, 40, 40));
-    for (int row = 0; row < rows; ++row)
-        sheet.type({20, 20 + 30 * row}, 9, 10).type({210, 20 + 30 * row}, 6, 10);
-    const Found found(sheet);
-    size_t cells = 0;
-    for (const TextLine& line : found.lines) {
-        EXPECT_THAT(line.letters.size(), testing::AnyOf(9U, 6U));
-        EXPECT_EQ(line.box.height(), 10);
-        ++cells;
-    }
-    EXPECT_EQ(cells, 2U * rows);
-    const BlockPainter painter(found.marks, found.shapes, found.blocks);
-    for (const TextBlock& block : found.blocks) {
-        const Plane picture = painter.paint(block, block.kind).plane;
-        for (const int y : {0, picture.height() - 1})
-            EXPECT_EQ(std::count(picture.row(y), picture.row(y) + picture.width(), 255), picture.width());
-    }
-}
-
 TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_part_of_it) {
     for (const auto& wave : {std::array{0, 0, 0, 0}, std::array{0, 1, 2, 1}}) {
         Sheet sheet(300, 90);
