@@ -50,6 +50,15 @@ TEST_F(PortalTest, a_desktop_is_asked_what_it_has_bound_and_to_bind_only_what_it
         endAll();
     }
     EXPECT_TRUE(isLogged(textShortcut + u": bound to Super+Shift+X"_s)) << "in the desktop's words";
+
+    // KDE lists a shortcut whose keys another program has.
+    qputenv("XDG_CURRENT_DESKTOP", "KDE");
+    ASSERT_TRUE(startAll([](auto& told) {
+        told.remembered = {{textShortcut, {}}, {ocrShortcut, {{u"trigger_description"_s, QString()}}}};
+    }));
+    EXPECT_TRUE(isTold(HotKeyStatus::taken));
+    EXPECT_THAT(statuses, testing::Contains(HotKeyStatus::registered));
+    qunsetenv("XDG_CURRENT_DESKTOP");
 }
 
 TEST_F(PortalTest, a_hot_key_counts_when_it_is_let_go_and_once_however_long_it_is_held) {

@@ -25,6 +25,16 @@ constexpr std::chrono::milliseconds longestPause = 1h;
 const QString sessionToken = u"tralio"_s;
 
 const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
+const QString triggerDescription = u"trigger_description"_s;
+
+/// What the desktop made of a shortcut that it lists. KDE lists one without a trigger if another program has
+/// its keys, as Spectacle 6 has Meta+Shift+S; other desktops may list none of their triggers.
+HotKeyStatus statusOf(const QVariantMap& properties) {
+    const QVariant trigger = properties.value(triggerDescription);
+    const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE"_s);
+    return isKde && trigger.isValid() && trigger.toString().isEmpty() ? HotKeyStatus::taken
+                                                                      : HotKeyStatus::registered;
+}
 
 }  // namespace
 
@@ -131,13 +141,14 @@ void PortalHotKeys::report(const PortalAnswer& answer) const {
     const auto bound = shortcutsIn(answer.results);
     for (const HotKey& hotKey : m_hotKeys) {
         const auto found = std::ranges::find(bound, hotKey.shortcut, &PortalShortcut::id);
+        const HotKeyStatus status =
+            found == bound.end() ? HotKeyStatus::refused : statusOf(found->properties);
         debugLog(u"PortalHotKeys: "_s + hotKey.shortcut +
             (found == bound.end()
                     ? u": not bound by the desktop"_s
-                    : u": bound to "_s + found->properties.value(u"trigger_description"_s).toString()));
+                    : u": bound to "_s + found->properties.value(triggerDescription).toString()));
         if (m_statusHandler)
-            m_statusHandler(
-                hotKey.id, found == bound.end() ? HotKeyStatus::refused : HotKeyStatus::registered);
+            m_statusHandler(hotKey.id, status);
     }
 }
 
