@@ -80,7 +80,7 @@ void Popover::show(std::optional<QRect> anchor) {
 void Popover::appear(int motion) {
     // WORKAROUND: KWin 6.3 moves a window that has a shadow when it is hidden, without telling it: Qt would
     // not send the place where it stood before once more.
-    move(m_place + QPoint(0, 2 * rise));
+    windowHandle()->setPosition(m_place + QPoint(0, 2 * rise));
     m_shown = true;
     setPresence(motion == 0 ? 1 : firstPresence);
     QWidget::show();

@@ -75,17 +75,17 @@ QString ProgramRun::trayIcon() const {
 }
 
 QRect ProgramRun::popoverArea() const {
-    // WINDOW, X, Y, WIDTH, HEIGHT, SCREEN, with = and a number, a line each. Nothing if some other window
+    // Lines of WINDOW, X, Y, WIDTH, HEIGHT and SCREEN, each with = and a number. None if some other window
     // goes while xdotool looks at it.
     QList<int> numbers;
-    waitUntil([&] {
+    const bool isKnown = waitUntil([&] {
         numbers.clear();
         for (const QString& line :
             m_desktop.xdotool(popoverWindows + u" getwindowgeometry --shell"_s).split(u'\n'))
             numbers += line.section(u'=', 1).toInt();
         return numbers.size() > 4;
     });
-    return {numbers.value(1), numbers.value(2), numbers.value(3), numbers.value(4)};
+    return isKnown ? QRect(numbers[1], numbers[2], numbers[3], numbers[4]) : QRect();
 }
 
 QString ProgramRun::shownTranslation() const {

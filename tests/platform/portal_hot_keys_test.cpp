@@ -58,6 +58,8 @@ TEST_F(PortalTest, a_desktop_is_asked_what_it_has_bound_and_to_bind_only_what_it
     }));
     EXPECT_TRUE(isTold(HotKeyStatus::taken));
     EXPECT_THAT(statuses, testing::Contains(HotKeyStatus::registered));
+    desktop->activate(ocrShortcut, 1);
+    EXPECT_TRUE(isTold(HotKeyStatus::registered)) << "which it has been given since";
     qunsetenv("XDG_CURRENT_DESKTOP");
 }
 

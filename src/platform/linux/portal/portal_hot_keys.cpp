@@ -107,6 +107,9 @@ void PortalHotKeys::activated(const QDBusObjectPath& session, const QString& sho
     const HotKey* pressed = hotKeyBy(shortcut);
     if (!pressed)
         return;
+    // Its keys may have been given to it since it was listed without.
+    if (m_statusHandler)
+        m_statusHandler(pressed->id, HotKeyStatus::registered);
     giveActivationToken(options.value(u"activation_token"_s).toString());
     m_held.press(pressed->id);
 }
