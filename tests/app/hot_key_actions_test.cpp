@@ -184,7 +184,8 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
     // The region that is drawn then comes after the text, whose request does not stop its reading; a text
     // that comes while it is read does.
     region.draws = true;
-    recognizer.isHung = true;
+    const auto held = recognizer.hold = std::make_shared<QPromise<void>>();
+    held->start();
     expectAfterwards(u"handed over"_s, [this] { delegate->translateSelectedText(u"handed over"_s); });
     ASSERT_THAT(recognizer.stops, SizeIs(1));
     EXPECT_FALSE(recognizer.stops.back().stop_requested());
@@ -196,6 +197,8 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
     EXPECT_TRUE(recognizer.stops.back().stop_requested());
     desktop.clock.advance(80ms);
     EXPECT_EQ(appState.notice(), QString()) << "it is of something else";
+    held->finish();
+    EXPECT_TRUE(eventually([this] { return !captures.isReading(); }));
 }
 
 TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {

@@ -79,8 +79,6 @@ struct ScriptedRecognizer final : TextRecognizer {
                 &context, [&turn] { turn.finish(); }, Qt::QueuedConnection);
             co_await turn.future();
         }
-        if (isHung)
-            co_await std::suspend_always();
         co_return answer();
     }
 
@@ -92,7 +90,6 @@ struct ScriptedRecognizer final : TextRecognizer {
     Answer answer = [] { return std::vector<TextObservation>(); };
     std::function<void()> onRecognize;
     bool isSlow = false;
-    bool isHung = false;
     std::shared_ptr<QPromise<void>> hold;  ///< what begins now ends no earlier than this
     int preparations = 0;
     std::vector<ImageSource> images;
