@@ -77,7 +77,8 @@ void recognizing(Stage& stage) {
     QImage photograph(40, 20, QImage::Format_RGB32);
     photograph.fill(Qt::white);
     stage.desktop.pasteboard.shown = encoded(photograph);
-    stage.recognizer.isHung = true;
+    stage.recognizer.hold = std::make_shared<QPromise<void>>();
+    stage.recognizer.hold->start();
     stage.open();
     stage.click(u"Dán"_s);
     stage.wait([&] { return stage.hasControl(u"Hủy"_s); });
