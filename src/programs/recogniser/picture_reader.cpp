@@ -4,7 +4,6 @@
 #include <cmath>
 #include <iterator>
 #include <optional>
-#include <ranges>
 #include <utility>
 
 #include "ocr/reading_order.h"
@@ -82,11 +81,11 @@ std::vector<Row> rowsOf(std::vector<ReadLine>& lines) {
 void placeInOrder(std::vector<ReadLine>& lines, int pictureHeight) {
     const std::vector<Row> rows = rowsOf(lines);
     const auto isNearNext = [&](const Row& row, const Row& next) {
-        return std::ranges::min(next | std::views::transform(middleOf)) -
-            std::ranges::max(row | std::views::transform(middleOf)) <=
-            leastRowTolerance * pictureHeight;
+        const double upper = middleOf(*std::ranges::min_element(next, {}, middleOf));
+        const double lower = middleOf(*std::ranges::max_element(row, {}, middleOf));
+        return upper - lower <= leastRowTolerance * pictureHeight;
     };
-    if (std::ranges::adjacent_find(rows, isNearNext) == rows.end())
+    if (std::adjacent_find(rows.begin(), rows.end(), isNearNext) == rows.end())
         return;
     double rank = 0;
     for (const Row& row : rows)
