@@ -29,8 +29,8 @@ QByteArray beginningOfFile(const QByteArray& path) {
 }  // namespace
 
 QString sandboxId(qint32 processId) {
-    const QByteArray process = "/proc/" + QByteArray::number(processId);
-    return sandboxId(process + "/root" + "/.flatpak-info");
+    const QByteArray root = "/proc/" + QByteArray::number(processId) + "/root";
+    return sandboxId(root + "/.flatpak-info");
 }
 
 QString sandboxId(const QByteArray& infoPath) {

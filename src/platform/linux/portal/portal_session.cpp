@@ -143,10 +143,12 @@ void PortalHotKeys::report(const PortalAnswer& answer) const {
         const auto found = std::ranges::find(bound, hotKey.shortcut, &PortalShortcut::id);
         const HotKeyStatus status =
             found == bound.end() ? HotKeyStatus::refused : statusOf(found->properties);
-        debugLog(u"PortalHotKeys: "_s + hotKey.shortcut +
-            (found == bound.end()
-                    ? u": not bound by the desktop"_s
-                    : u": bound to "_s + found->properties.value(triggerDescription).toString()));
+        QString outcome = u": not bound by the desktop"_s;
+        if (status == HotKeyStatus::taken)
+            outcome = u": bound to no key, since another program has it"_s;
+        else if (status == HotKeyStatus::registered)
+            outcome = u": bound to "_s + found->properties.value(triggerDescription).toString();
+        debugLog(u"PortalHotKeys: "_s + hotKey.shortcut + outcome);
         if (m_statusHandler)
             m_statusHandler(hotKey.id, status);
     }
