@@ -79,7 +79,7 @@ private:
     /// Shows the popover with the text that the hot key has fetched, which may be none.
     void showSelection(const std::optional<QString>& text);
     void translateSelectionOnceFocused();
-    /// The clipboard check takes neither this content for new, nor this text in whosever hands.
+    /// From now on the clipboard check takes neither this content nor this text for new, whoever owns it.
     void noteHandled(qint64 changeCount, const QString& text);
     void translateLater(const QString& text);
     /// For texts from other programs. A text that arrives before the previous one was requested, or just
