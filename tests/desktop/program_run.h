@@ -65,10 +65,14 @@ public:
     /// Clicks on the tray icon, once it is there, with an X button number. Returns whether it was found.
     [[nodiscard]] bool clickTrayIcon(int button = 1) const;
 
-    /// Calls a method of the program's object on the session bus, with texts as arguments.
+    /// Calls a method of the program's object on the session bus, with texts as arguments. The method replies
+    /// before it acts, and the second call's reply comes after that.
     void callOnBus(const QString& method, const QStringList& texts = {}) const {
-        m_desktop.callOnBus(
-            u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio."_s + method, texts);
+        const auto call = [&](const QString& name, const QStringList& arguments) {
+            m_desktop.callOnBus(u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, name, arguments);
+        };
+        call(u"org.tralio.Tralio."_s + method, texts);
+        call(u"org.freedesktop.DBus.Introspectable.Introspect"_s, {});
     }
 
     /// Presses the text hot key and waits for a request. Returns the text that the stand-in received; a null
