@@ -48,7 +48,7 @@ Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem& windowSyst
 }
 
 Popover::~Popover() {
-    m_windowSystem.watchPointer({});
+    m_windowSystem.watchInput({});
 }
 
 bool Popover::isShown() const {
@@ -72,7 +72,7 @@ void Popover::show(std::optional<QRect> anchor) {
         hide();  // a popover that is fading out is opened anew, with all the signals
         place(anchor);
         appear(motionTime(opening));
-        m_windowSystem.watchPointer([this](WindowSystem::Pointer what) { pointerDid(what); });
+        m_windowSystem.watchInput([this](WindowSystem::Input what) { userDid(what); });
     }
     m_focus.shown();
 }
@@ -131,7 +131,7 @@ void Popover::hideEvent(QHideEvent* event) {
 
 void Popover::ends() {
     m_shown = false;
-    m_windowSystem.watchPointer({});
+    m_windowSystem.watchInput({});
     m_focus.hidden();
 }
 
@@ -139,18 +139,23 @@ bool Popover::isElsewhere() const {
     return m_windowSystem.isOnOtherDesktop(internalWinId());
 }
 
-void Popover::pointerDid(WindowSystem::Pointer what) {
-    if (what != WindowSystem::Pointer::moved && isElsewhere())
+void Popover::userDid(WindowSystem::Input what) {
+    using Input = WindowSystem::Input;
+    const bool isButton = what == Input::buttonPressed || what == Input::buttonReleased;
+    if (isButton && isElsewhere())
         return;  // the user cannot mean a popover that is out of sight
     switch (what) {
-        case WindowSystem::Pointer::pressed:
+        case Input::buttonPressed:
             m_focus.pressed();
             break;
-        case WindowSystem::Pointer::released:
+        case Input::buttonReleased:
             m_focus.released();
             break;
-        case WindowSystem::Pointer::moved:
+        case Input::pointerMoved:
             m_focus.moved();
+            break;
+        case Input::key:
+            m_focus.typed();
             break;
     }
 }

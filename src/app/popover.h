@@ -46,7 +46,7 @@ private:
     [[nodiscard]] bool isElsewhere() const;
     /// From now on it does not count as shown.
     void ends();
-    void pointerDid(WindowSystem::Pointer what);
+    void userDid(WindowSystem::Input what);
     /// The duration of an animation in this session, in milliseconds; 0 for none.
     [[nodiscard]] int motionTime(int time) const;
     void setPresence(qreal presence);

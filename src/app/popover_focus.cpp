@@ -93,6 +93,10 @@ void PopoverFocus::moved() {
         m_motion.isNow(m_clock);
 }
 
+void PopoverFocus::typed() {
+    m_motion.isOver();  // the keys of a window switcher take the focus away, not a motion before them
+}
+
 void PopoverFocus::movedInside() {
     if (m_isOpen)
         m_motionInside.isNow(m_clock);

@@ -56,6 +56,8 @@ public:
     void released();
     /// The pointer has moved, anywhere on the screen.
     void moved();
+    /// A key was pressed or released, anywhere.
+    void typed();
     /// The pointer has moved over the popover; reported in every session.
     void movedInside();
     /// The pointer has left the popover, or another window now covers the place.

@@ -10,8 +10,8 @@ namespace tralio {
 /// What a session offers for a window like the popover, beyond Qt.
 class WindowSystem {
 public:
-    enum class Pointer { pressed, released, moved };
-    using PointerHandler = std::function<void(Pointer)>;
+    enum class Input { buttonPressed, buttonReleased, pointerMoved, key };
+    using InputHandler = std::function<void(Input)>;
 
     WindowSystem() = default;
     WindowSystem(const WindowSystem&) = delete;
@@ -40,9 +40,9 @@ public:
     /// click there does not mean that the user has gone elsewhere. False if unknown.
     [[nodiscard]] virtual bool isOverAid() = 0;
 
-    /// Reports what the mouse does, also outside our windows as far as the session lets programs know, until
+    /// Reports what the user does, also outside our windows as far as the session lets programs know, until
     /// the handler is replaced by an empty one.
-    virtual void watchPointer(PointerHandler handler) = 0;
+    virtual void watchInput(InputHandler handler) = 0;
 };
 
 /// For sessions that offer nothing beyond Qt.
@@ -60,7 +60,7 @@ public:
     void activate(WId /*window*/) override {}
     bool isActive(WId /*window*/) override { return false; }
     bool isOverAid() override { return false; }
-    void watchPointer(PointerHandler /*handler*/) override {}
+    void watchInput(InputHandler /*handler*/) override {}
 
 private:
     Compositing m_compositing;

@@ -12,8 +12,8 @@ namespace tralio {
 /// The window system of an X server, for windows of Qt's X11 platform.
 class X11WindowSystem final : public WindowSystem {
 public:
-    /// Xwayland sees the mouse over X windows only: presses are reported there, but no motion shows why the
-    /// focus has gone.
+    /// Xwayland sees the mouse over X windows only: presses are reported there, but neither motions nor keys
+    /// show why the focus has gone.
     enum class Sees { wholeScreen, xWindows };
 
     X11WindowSystem(X11Connection& connection, X11RawInput& rawInput, Sees sees);
@@ -26,7 +26,7 @@ public:
     void activate(WId window) override { m_activator.activate(window); }
     bool isActive(WId window) override { return m_activator.isActive(window); }
     bool isOverAid() override { return isOverTypingAid(m_connection); }
-    void watchPointer(PointerHandler handler) override;
+    void watchInput(InputHandler handler) override;
 
 private:
     X11Connection& m_connection;

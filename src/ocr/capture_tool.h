@@ -20,6 +20,10 @@ public:
     /// Runs the program until the user has chosen, however long that takes, and answers with its exit status.
     /// The chosen region is a PNG at `outputPath`; a user who cancels leaves no file there. Never fails.
     [[nodiscard]] virtual QCoro::Task<qint32> run(QString outputPath) = 0;
+
+    /// Whether the user may leave it open and go on working: it draws in a window of its own, not all over
+    /// the screen.
+    [[nodiscard]] virtual bool isOrdinaryWindow() const { return false; }
 };
 
 }  // namespace tralio

@@ -92,8 +92,12 @@ QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndR
     co_return co_await m_ocr.recognizeText(QUrl::fromLocalFile(path), std::move(stop), std::move(linesRead));
 }
 
+bool ScreenCaptureService::isDrawing() const {
+    return m_isDrawing && !m_tool.isOrdinaryWindow();
+}
+
 void ScreenCaptureService::onceDrawn(QObject* context, Callback action) {
-    if (m_isDrawing)
+    if (isDrawing())
         m_waiting.emplace_back(context, std::move(action));
     else
         action();

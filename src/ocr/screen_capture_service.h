@@ -42,8 +42,8 @@ public:
         Callback onBeforeCapture = {}, Callback onAfterCapture = {}, Callback onRecognition = {},
         std::stop_token stop = {}, LinesRead linesRead = {});
 
-    /// Whether the user is about to draw, or draws.
-    [[nodiscard]] bool isDrawing() const { return m_isDrawing; }
+    /// Whether the user is about to draw, or draws, all over the screen.
+    [[nodiscard]] bool isDrawing() const;
     /// Whether what was drawn is being read; until that has ended, no other capture begins.
     [[nodiscard]] bool isReading() const { return m_isCapturing && !m_isDrawing; }
 

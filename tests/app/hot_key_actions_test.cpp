@@ -199,6 +199,21 @@ TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_don
     EXPECT_EQ(appState.notice(), QString()) << "it is of something else";
     held->finish();
     EXPECT_TRUE(eventually([this] { return !captures.isReading(); }));
+
+    // Beside the desktop's own dialog there is room for a popover.
+    recognizer.hold = nullptr;
+    pictureSays(u"chữ"_s);
+    region.isWindow = true;
+    region.onRun = [&] {
+        popover.performClose();
+        delegate->translateSelectedText(u"beside it"_s);
+        desktop.clock.advance(1s);
+        EXPECT_EQ(appState.pendingTextToTranslate(), u"beside it"_s);
+        EXPECT_FALSE(captures.isReading());
+    };
+    desktop.hotKeys.handler(ocrHotKeyID);
+    desktop.clock.advance(150ms);
+    EXPECT_TRUE(eventually([this] { return appState.pendingTextToTranslate() == u"chữ"; }));
 }
 
 TEST_F(Shell, the_capture_key_pressed_again_leaves_the_picture_that_is_being_read_alone) {

@@ -73,6 +73,10 @@ TEST_F(PopoverWindow, opens_without_a_tray_takes_the_keyboard_and_closes_on_esca
     program.callOnBus(u"Open"_s);
     desktop.xdotool(u"windowactivate "_s + terminal);
     EXPECT_TRUE(program.closes()) << "left by the keyboard";
+
+    ASSERT_TRUE(program.openByHotKey());
+    desktop.xdotool(u"mousemove_relative 3 3 key alt+Tab"_s);
+    EXPECT_TRUE(program.closes()) << "left by keys right after a motion";
     EXPECT_TRUE(program.isRunning());
 }
 

@@ -108,8 +108,10 @@ struct DrawnRegion final : CaptureTool {
             writeFile(outputPath, "a picture");
         co_return 0;
     }
+    [[nodiscard]] bool isOrdinaryWindow() const override { return isWindow; }
 
     bool draws = true;
+    bool isWindow = false;
     std::function<void()> onRun;
 };
 

@@ -15,6 +15,8 @@ public:
     /// A desktop that has not answered after two minutes counts as cancelled.
     [[nodiscard]] QCoro::Task<qint32> run(QString outputPath) override;
 
+    [[nodiscard]] bool isOrdinaryWindow() const override { return true; }
+
 private:
     Portal& m_portal;
 };
