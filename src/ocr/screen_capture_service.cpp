@@ -34,13 +34,21 @@ QString newFileName() {
     return namePrefix + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u".png"_s;
 }
 
+/// The files in `folder` whose names begin so. Not by a pattern of QDir's: the first regular expression costs
+/// half a megabyte.
+QStringList filesNamed(const QDir& folder, const QString& beginning) {
+    QStringList names = folder.entryList(QDir::Files, QDir::NoSort);
+    names.removeIf([&](const QString& name) { return !name.startsWith(beginning); });
+    return names;
+}
+
 /// The picture, and what a tool that was killed has left of it under a name of its own.
 void removeFilesOf(const QString& path) {
     const QFileInfo picture(path);
     if (!picture.fileName().startsWith(namePrefix))
         return;  // of no name at all every file would be one of its own
     QDir folder = picture.dir();
-    for (const QString& name : folder.entryList({picture.fileName() + u'*'}, QDir::Files))
+    for (const QString& name : filesNamed(folder, picture.fileName()))
         folder.remove(name);
 }
 
@@ -48,7 +56,7 @@ void removeFilesOf(const QString& path) {
 
 ScreenCaptureService::ScreenCaptureService(OCRService& ocr, CaptureTool& tool, Clock& clock, QString folder)
     : m_ocr(ocr), m_tool(tool), m_clock(clock), m_folder(std::move(folder)) {
-    const QStringList found = QDir(m_folder).entryList({namePrefix + u'*'}, QDir::Files);
+    const QStringList found = filesNamed(m_folder, namePrefix);
     if (found.isEmpty())
         return;
     m_clock.after(longestCapture, this, [this, found] {
