@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "app/popover_placement.h"
+#include "ui/kit/keyboard_use.h"
 #include "ui/kit/theme.h"
 #include "ui/kit/window_frame.h"
 
@@ -219,10 +220,10 @@ bool Popover::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void Popover::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape)
-        performClose();
-    else
+    if (event->key() != Qt::Key_Escape)
         QWidget::keyPressEvent(event);
+    else if (!isRepeat(*event))  // not one of the press that ended a menu or a recognition
+        performClose();
 }
 
 void Popover::mousePressEvent(QMouseEvent* event) {

@@ -222,6 +222,20 @@ TEST_F(
     showPanel();
     EXPECT_EQ(panel->errorMessage(), OCRError::noTextFound().errorDescription());
 
+    recognizer.answer = []() -> std::vector<TextObservation> { throw OCRError::invalidImage(); };
+    const auto held = recognizer.hold = std::make_shared<QPromise<void>>();
+    held->start();
+    panel->errorMessage = u"earlier"_s;
+    panel->handleDrop({{.fileURL = file(u"broken.png"_s, "no picture")}});
+    ASSERT_TRUE(eventually([&] { return appState.isReading(); }));
+    hidePanel();
+    showPanel();
+    panel->errorMessage = u"newer"_s;
+    held->finish();
+    recognizer.hold.reset();
+    ASSERT_TRUE(eventually([&] { return !appState.isReading(); }) && nextTurn());
+    EXPECT_EQ(panel->errorMessage(), u"newer"_s);
+
     pictureSays(u"late"_s);
     leaveWhileReading();
     showPanel();

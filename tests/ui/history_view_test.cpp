@@ -51,10 +51,13 @@ TEST_F(HistoryPanel, a_click_anywhere_on_a_row_picks_it_but_not_one_on_its_butto
     QTest::mouseRelease(window().windowHandle(), Qt::LeftButton, {}, middle(rows()[1]));
     settle();
     EXPECT_TRUE(isOnTab(u"Lịch sử"_s));
+    const std::stop_source reading;
+    appState.beginReading(reading);
     for (int part = -1; part < 4; ++part) {
         const HistoryRow* row = rows()[1];
         clickAt(middle(part < 0 ? row : static_cast<const QWidget*>(row->findChildren<Label*>()[part])));
         EXPECT_EQ(input(), u"two"_s) << "part " << part;
+        EXPECT_TRUE(reading.stop_requested()) << "of an older picture, which would replace it";
         click(u"Xóa"_s);
         click(u"Lịch sử"_s);
     }

@@ -30,7 +30,11 @@ TEST_F(
         click(u"Tralio"_s);
     }
     focus(captureMissing);
+    desktop.permissions.grantOnRequest = true;
     press(Qt::Key_Space);
+    press(Qt::Key_Space);
+    EXPECT_FALSE(desktop.permissions.screenCapture) << "a second press on the warning";
+    press(Qt::Key_Tab);
     EXPECT_TRUE(request()->hasFocus());
 
     desktop.permissions.screenCapture = true;

@@ -220,6 +220,12 @@ TEST_F(StageTest, every_control_of_the_settings_asks_for_what_it_says) {
         EXPECT_FALSE(hasControl(request));
     }
     EXPECT_TRUE(desktop.permissions.accessibility && desktop.permissions.screenCapture);
+    desktop.permissions.screenCapture = false;
+    click(u"Tralio"_s);
+    click(u"Cài đặt"_s);
+    EXPECT_TRUE(hasControl(u"Cần cấp quyền Ghi màn hình (Screen Recording): Cấp quyền"_s)) << "at once";
+    desktop.permissions.screenCapture = true;
+    pass(1s);
     EXPECT_TRUE(desktop.workspace.opened.empty()) << "granted at once";
     EXPECT_THAT(texts(),
         testing::IsSupersetOf(

@@ -55,7 +55,7 @@ TEST_F(Drag, a_drag_of_a_file_shows_that_it_may_be_dropped_until_it_leaves) {
     wait([this] { return result() == u"SEEN"_s; });
 }
 
-TEST_F(Drag, text_wins_over_the_picture_that_comes_with_it) {
+TEST_F(Drag, text_wins_over_the_picture_that_comes_with_it_and_no_content_does_harm) {
     QMimeData cells;
     cells.setUrls({QUrl(u"https://example.org/"_s)});
     cells.setText(u"1\t2"_s);
@@ -67,6 +67,22 @@ TEST_F(Drag, text_wins_over_the_picture_that_comes_with_it) {
         EXPECT_FALSE(placeholder().startsWith(u"Thả"_s)) << "the editor takes it";
         EXPECT_TRUE(drop(*text));
         EXPECT_TRUE(input().contains(text->text()));
+    }
+    /// A program that offers everything and gives nothing.
+    class Silent final : public QMimeData {
+        bool hasFormat(const QString&) const override { return true; }
+        QStringList formats() const override {
+            return {u"text/uri-list"_s, u"text/plain"_s, u"application/x-qt-image"_s};
+        }
+        QVariant retrieveData(const QString&, QMetaType) const override { return {}; }
+    } silent;
+    QMimeData emptyList;
+    emptyList.setData(u"text/uri-list"_s, "\r\n");
+    for (const QMimeData* content :
+        {static_cast<const QMimeData*>(&emptyList), static_cast<const QMimeData*>(&silent)}) {
+        (void)dragOver(*content);
+        leave();
+        (void)drop(*content);
     }
     EXPECT_TRUE(model.requests().isEmpty());
     EXPECT_FALSE(showsError());

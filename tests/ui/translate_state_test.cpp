@@ -66,6 +66,13 @@ TEST_F(TranslatePanel, a_result_is_stale_while_a_later_request_is_under_way_and_
     EXPECT_TRUE(panel->isResultStale());
 
     settings.baseURL = model.baseURL();
+    startHeld(u"one\r\ntwo"_s);
+    startHeld(u"one\r\ntwo"_s);
+    panel->cancel();
+    EXPECT_TRUE(panel->isResultStale());
+    model.sendTheRest();
+    EXPECT_TRUE(eventually([&] { return !panel->isResultStale(); })) << "of the request before the last";
+
     panel->performTranslate();
     ASSERT_TRUE(eventually([&] { return !panel->isResultStale(); }));
     for (const QString& edited : {u"one\ntwo"_s, u"one\u2029two"_s}) {

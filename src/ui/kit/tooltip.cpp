@@ -29,12 +29,14 @@ public:
     Bubble(QWidget& target, const QString& text) : QWidget(target.window()) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         auto* label = new Label(text, text::caption, ColorRole::tooltipText);
-        label->setWraps();
         filled(
             this, column({.padding = {paddingAcross, paddingAlong, paddingAcross, paddingAlong}}, {label}));
         const QRect room =
             parentWidget()->rect().adjusted(tooltipInset, tooltipInset, -tooltipInset, -tooltipInset);
-        const int width = std::min(textWidth(text::caption, text) + 2 * paddingAcross, room.width());
+        const int wanted = textWidth(text::caption, text) + 2 * paddingAcross;
+        const int width = std::min(wanted, room.width());
+        if (width < wanted)
+            label->setWraps();  // else its exact width would break some texts, by the last letter's overhang
         const QSize size(width, label->heightForWidth(width - 2 * paddingAcross) + 2 * paddingAlong);
         const QRect anchor(target.mapTo(parentWidget(), QPoint()), target.size());
         QRect place({anchor.center().x() - size.width() / 2, anchor.bottom() + 1 + tooltipDistance}, size);

@@ -59,6 +59,7 @@ void MainState::appear() {
 }
 
 void MainState::select(const TranslationItem& item) {
+    m_needs.appState.stopReading();
     textToTranslate = item.sourceText;
     selectedTab = AppTab::translate;
 }

@@ -41,17 +41,15 @@ void PermissionCard::setGranted(bool granted) {
     m_title->setText(words.title);
     m_title->setColor(ink);
     m_line->setText(words.line);
+    setAccessibleName(words.title);
     m_request->setSpokenCaption(words.title);
     if (granted)
         restFocus(*this, *m_request);
     m_request->setVisible(!granted);
 }
 
-bool PermissionCard::focusRequest() {
-    if (m_request->isHidden())
-        return false;
-    m_request->setFocus(Qt::TabFocusReason);
-    return true;
+bool PermissionCard::isGranted() const {
+    return m_request->isHidden();
 }
 
 PermissionCards::PermissionCards(SettingsState& state, QWidget* parent) : QWidget(parent), m_state(state) {
@@ -71,10 +69,8 @@ PermissionCards::PermissionCards(SettingsState& state, QWidget* parent) : QWidge
     refresh();
 }
 
-void PermissionCards::focusRequest() {
-    for (PermissionCard* card : {m_accessibility, m_screenCapture})
-        if (card->focusRequest())
-            return;
+void PermissionCards::focusMissing() {
+    (m_accessibility->isGranted() ? m_screenCapture : m_accessibility)->setFocus(Qt::TabFocusReason);
 }
 
 void PermissionCards::refresh() {

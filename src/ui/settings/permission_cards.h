@@ -23,8 +23,7 @@ public:
     PermissionCard(const Words& granted, const Words& missing, QWidget* parent = nullptr);
 
     void setGranted(bool granted);
-    /// Focuses the button that requests the permission, if it is shown. Returns whether it is.
-    bool focusRequest();
+    [[nodiscard]] bool isGranted() const;
 
 Q_SIGNALS:
     void requested();
@@ -46,8 +45,9 @@ class PermissionCards final : public QWidget {
 public:
     explicit PermissionCards(SettingsState& state, QWidget* parent = nullptr);
 
-    /// Focuses the first button that requests a permission.
-    void focusRequest();
+    /// Focuses the first card whose permission is missing, not its button: the press that led here may come
+    /// twice.
+    void focusMissing();
 
 private:
     void refresh();

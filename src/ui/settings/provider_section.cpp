@@ -118,7 +118,8 @@ QWidget* ProviderSection::exposureWarning() {
     auto* accept = new Button(button::bordered, {.title = u"Vẫn gửi"_s});
     connect(accept, &Button::clicked, this, [this] { m_state.settings().acceptExposure(); });
     m_exposure = new Reveal(filled(new Surface(ColorRole::orangeTint, ColorRole::none, radius::control),
-        row({.spacing = 6, .padding = {6, 6, 6, 6}}, {StackItem(m_exposureWords, {}, 1), accept})));
+        row({.spacing = 6, .padding = {6, 6, 6, 6}},
+            {StackItem(m_exposureWords, Qt::AlignVCenter, 1), accept})));
     return m_exposure;
 }
 

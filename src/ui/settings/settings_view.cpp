@@ -44,7 +44,7 @@ SettingsView::SettingsView(SettingsState& state, QWidget* parent) : QWidget(pare
 
 void SettingsView::showPermissions(Qt::FocusReason reason) {
     if (reason == Qt::TabFocusReason)
-        m_permissions->focusRequest();
+        m_permissions->focusMissing();
     // A new panel reaches its final height only after some turns of the event loop: each turn passes the
     // heights of the wrapping labels one layout up.
     constexpr int turns = 20;

@@ -118,7 +118,7 @@ QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate au
         const bool isNoPicture = isFile && error.kind() == OCRError::Kind::invalidImage;
         if (!isNoPicture)
             failure = error.errorDescription();
-        else if (m_errors == m_errorsWhileReading)
+        else if (m_panel && m_errors == m_errorsWhileReading)
             failure = m_errorBeforeReading;
     }
     endRecognition(stop, text, failure, autoTranslate);
@@ -146,6 +146,8 @@ bool TranslateState::isReplaced() const {
 
 void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) {
     const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty())
+        return;
     if (isReplaced()) {
         if (autoTranslate == AutoTranslate::yes)
             m_needs.appState.requestTranslation(trimmed);
@@ -153,7 +155,7 @@ void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) 
             m_needs.appState.offerTranslation(trimmed);
         return;
     }
-    if (trimmed.isEmpty() || !admits(trimmed))
+    if (!admits(trimmed))
         return;
     m_needs.appState.stopReading();
     inputText.set(trimmed);

@@ -187,7 +187,7 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
         co_return;
     }
     m_translatedText = text;
-    if (stop == m_currentTask.get_token())
+    if (stop == m_currentTask.get_token() || !isTranslating())
         m_isResultAwaited = false;
     outputText = result;
     isTranslating = false;
