@@ -81,7 +81,7 @@ void AppDelegate::translateSelectionOnceFocused() {
             return;
         if (selection.text.trimmed().isEmpty()) {
             self->say(nothingSelected, noticeTime);
-        } else if (selection.age == LateSelection::Age::recent) {
+        } else if (selection.use == LateSelection::Use::translate) {
             self->m_needs.appState.stopReading();
             self->m_needs.appState.requestTranslation(selection.text);
         } else {

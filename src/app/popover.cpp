@@ -216,6 +216,8 @@ bool Popover::eventFilter(QObject* watched, QEvent* event) {
     // Filtered on the QWindow: widgets get motions only while a button is down.
     if (event->type() == QEvent::MouseMove && watched == windowHandle())
         m_focus.movedInside();
+    else if (event->type() == QEvent::DragEnter && watched == windowHandle())
+        m_focus.dragged();
     return QWidget::eventFilter(watched, event);
 }
 

@@ -14,6 +14,8 @@ constexpr auto focusPoll = 50ms;
 constexpr std::chrono::milliseconds longestFocusPoll = 1s;
 /// How long a window manager may take to give the keyboard focus.
 constexpr auto focusPatience = 2s;
+/// How long a busy program may take to announce what it drags.
+constexpr auto dragPatience = 300ms;
 /// Window managers let the focus follow the pointer after 200 to 250 ms.
 constexpr auto focusDelay = 600ms;
 /// A compositor reports at once that pointer and keyboard have left, but through Xwayland the focus event
@@ -53,6 +55,7 @@ void PopoverFocus::shown() {
 void PopoverFocus::hidden() {
     m_isOpen = false;
     m_look.takeBack();
+    m_closing.takeBack();
 }
 
 void PopoverFocus::bringToFront() {
@@ -76,16 +79,26 @@ void PopoverFocus::deactivated() {
 }
 
 void PopoverFocus::pressed() {
+    m_isDragged = false;
+    m_closing.takeBack();
     m_isPressedOutside = m_isOpen && !m_window.isUnderPointer() && !m_window.isAidUnderPointer();
 }
 
 void PopoverFocus::released() {
     if (!std::exchange(m_isPressedOutside, false) || !m_isOpen)
         return;
-    if (m_window.isUnderPointer())
+    if (!m_window.isUnderPointer())
+        close();
+    else if (m_isDragged)
         bringToFront();
     else
-        close();
+        m_closing = m_clock.after(dragPatience, [this] { close(); });
+}
+
+void PopoverFocus::dragged() {
+    m_isDragged = true;
+    if (std::exchange(m_closing, {}))
+        bringToFront();
 }
 
 void PopoverFocus::moved() {

@@ -8,7 +8,8 @@ namespace tralio {
 /// window manager is slow to give it. Does not depend on a real window.
 ///
 /// - A click outside closes the popover when the button is released, unless it is on an aid for typing. If it
-///   is released over the popover it was a drag, which ends there as a drop.
+///   is released over the popover and something was dragged along, that is a drop. A text that was selected
+///   up to there is not.
 /// - Losing the focus to another window closes it, too: the user has gone there with the keyboard, or by a
 ///   click in a session that does not report clicks. It stays open if the focus only follows the pointer, or
 ///   while a grab keeps the keyboard from every window for a moment, as input methods and the volume keys do.
@@ -54,6 +55,8 @@ public:
     /// A mouse button, anywhere on the screen.
     void pressed();
     void released();
+    /// Something is dragged over the popover; may be told a moment after it was released there.
+    void dragged();
     /// The pointer has moved, anywhere on the screen.
     void moved();
     /// A key was pressed or released, anywhere.
@@ -105,6 +108,8 @@ private:
     bool m_isOpen = false;
     bool m_hadFocus = false;  ///< since it was shown
     bool m_isPressedOutside = false;
+    bool m_isDragged = false;  ///< since the press outside
+    ScheduledCall m_closing;   ///< unless what was released turns out to be dragged
     Moment m_justShown;
     Moment m_justClosed;
     Moment m_awaited;  ///< asked for the keyboard focus a short time ago

@@ -17,7 +17,6 @@
 #include "platform/linux/keyboard/terminals.h"
 #include "platform/linux/portal/portal_capture.h"
 #include "platform/linux/selection/current_selection.h"
-#include "platform/linux/selection/followed_primary_selection.h"
 #include "platform/linux/wayland/wayland_pasteboard.h"
 #include "platform/linux/x11/selection_reader.h"
 #include "platform/linux/x11/x11_pasteboard.h"
@@ -118,11 +117,17 @@ void WaylandDesktop::chooseSelections() {
             return m_dataControl->text(DataControl::Selection::primary, deadline);
         };
         auto primary = std::make_unique<FollowedPrimarySelection>(std::move(session));
-        QObject::connect(m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
-            [followed = primary.get()](DataControl::Selection selection) {
-                if (selection == DataControl::Selection::primary)
-                    followed->noteChange();
+        QObject::connect(
+            m_dataControl.get(), &DataControl::changed, m_dataControl.get(),
+            [this, followed = primary.get()](DataControl::Selection selection) {
+                if (selection != DataControl::Selection::primary)
+                    return;
+                followed->noteChange();
+                m_focusedSelection.noteChange();
             });
+        m_focusedSelection.readText = [this] {
+            return m_dataControl->text(DataControl::Selection::primary, QDeadlineTimer(lateSelectionLimit));
+        };
         m_primary = std::move(primary);
     } else if (m_xwayland) {
         debugLog(
@@ -221,16 +226,15 @@ HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
 }
 
 LateSelectionReader WaylandDesktop::selectionOnceFocused() {
-    if (m_dataControl)
+    if (m_dataControl && m_toplevels)
         return {};
     return [this](std::function<void(const LateSelection&)> deliver) {
-        // With Xwayland and the accessibility bus, which reports the application in front, PRIMARY has been
-        // read already.
-        if (m_xwayland && m_switch.isOn()) {
-            deliver({});
-            return;
-        }
-        m_focusedSelection.read(std::move(deliver));
+        // With the accessibility bus, which reports the application in front, PRIMARY has been read already,
+        // if it can be. A word that was left to a Copy which cannot be pressed here is the user's to send.
+        if ((m_dataControl || m_xwayland) && m_switch.isOn())
+            deliver({m_primary->doubtfulWord(), LateSelection::Use::offer});
+        else
+            m_focusedSelection.read(std::move(deliver));
     };
 }
 

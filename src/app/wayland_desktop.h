@@ -6,6 +6,7 @@
 #include "platform/linux/desktop/desktop_permissions.h"
 #include "platform/linux/portal/portal_hot_keys.h"
 #include "platform/linux/selection/focused_selection.h"
+#include "platform/linux/selection/followed_primary_selection.h"
 #include "platform/linux/selection/primary_script_runner.h"
 #include "platform/linux/wayland/data_control.h"
 #include "platform/linux/wayland/front_application.h"
@@ -52,7 +53,7 @@ private:
     FrontApplication m_front{m_toplevels.get(), m_bus};
     WaylandWorkspace m_workspace{m_front, m_bus};
     std::unique_ptr<Pasteboard> m_pasteboard;
-    std::unique_ptr<PrimarySelection> m_primary;
+    std::unique_ptr<FollowedPrimarySelection> m_primary;
     std::unique_ptr<X11SelectionWatch> m_primaryWatch;
     std::unique_ptr<CaptureTool> m_capture;
     bool m_captureNeedsPortal = false;

@@ -8,13 +8,13 @@ namespace tralio {
 
 /// A selection in sessions that show it only to the program in front, read once a window of ours is in front.
 struct LateSelection {
-    enum class Age {
-        recent,  ///< it was a different one at the last look
-        unknown  ///< this was the first look: it may be old, and not be highlighted any more
+    enum class Use {
+        translate,
+        offer  ///< only if the user wants it: it may be old and not be highlighted any more, or a password
     };
 
     QString text;  ///< empty if there is none, or the same as at the last look
-    Age age = Age::recent;
+    Use use = Use::translate;
 
     bool operator==(const LateSelection&) const = default;
 };

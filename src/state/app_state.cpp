@@ -12,17 +12,21 @@ using namespace Qt::StringLiterals;
 void AppState::requestTranslation(const QString& text) {
     const QString trimmed = text.trimmed();
     debugLog(u"AppState.requestTranslation: requested with text '"_s + excerpt(trimmed) + u"'"_s);
-    if (trimmed.isEmpty())
-        return;
-    notice = QString();
-    isPendingTextWanted = true;
-    pendingTextToTranslate = trimmed;
-    translateTriggerId = QUuid::createUuid();
+    bring(trimmed, true);
 }
 
 void AppState::offerTranslation(const QString& text) {
-    requestTranslation(text);
-    isPendingTextWanted = false;
+    debugLog(u"AppState.offerTranslation: a text that the user may send"_s);  // it may be a password
+    bring(text.trimmed(), false);
+}
+
+void AppState::bring(const QString& text, bool isWanted) {
+    if (text.isEmpty())
+        return;
+    notice = QString();
+    isPendingTextWanted = isWanted;
+    pendingTextToTranslate = text;
+    translateTriggerId = QUuid::createUuid();
 }
 
 void AppState::notifyPopoverOpened() {

@@ -81,6 +81,8 @@ public:
     void unlockKey();
 
 private:
+    void bring(const QString& text, bool isWanted);
+
     std::stop_source m_reading{std::nostopstate};
 };
 

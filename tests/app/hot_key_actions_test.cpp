@@ -83,14 +83,14 @@ TEST_F(Shell, a_selection_that_shows_late_is_requested_if_it_is_recent_and_offer
         desktop.clock.advance(1s);
         return deliver != nullptr;
     };
-    for (const LateSelection& shown : {LateSelection{u"maybe old"_s, LateSelection::Age::unknown},
-             LateSelection{u"new"_s, LateSelection::Age::recent}, LateSelection()}) {
+    for (const LateSelection& shown : {LateSelection{u"maybe old"_s, LateSelection::Use::offer},
+             LateSelection{u"new"_s, LateSelection::Use::translate}, LateSelection()}) {
         ASSERT_TRUE(asks());
         deliver(shown);
         EXPECT_EQ(appState.pendingTextToTranslate(), shown.text);
         EXPECT_EQ(appState.notice() == nothing, shown.text.isEmpty());
         if (!shown.text.isEmpty())
-            EXPECT_EQ(appState.isPendingTextWanted, shown.age == LateSelection::Age::recent);
+            EXPECT_EQ(appState.isPendingTextWanted, shown.use == LateSelection::Use::translate);
     }
     // Not where the element has spoken.
     desktop.accessibility.focused = {.hasNoSelection = true};

@@ -93,19 +93,34 @@ TEST_F(PopoverFocusTest, a_locked_screen_is_looked_at_ever_more_rarely) {
     EXPECT_FALSE(isOpen) << "another window has come to the front";
 }
 
-TEST_F(PopoverFocusTest, a_drag_that_ends_over_it_is_a_drop_and_brings_it_to_the_front) {
-    open();
-    const int askedBefore = asked;
-    underPointer = false;
-    focus.pressed();
-    lose();
-    clock.advance(1s);
-    underPointer = true;
-    focus.released();
-    EXPECT_TRUE(isOpen);
-    EXPECT_EQ(asked, askedBefore + 1);
+TEST_F(PopoverFocusTest, what_is_dragged_to_it_brings_it_to_the_front_and_a_selection_up_to_there_closes_it) {
+    const auto release = [this](const auto& whileDown, const auto& afterwards) {
+        open();
+        underPointer = false;
+        focus.pressed();
+        lose();
+        clock.advance(1s);
+        whileDown();
+        const int askedBefore = asked;
+        underPointer = true;
+        focus.released();
+        clock.advance(299ms);
+        EXPECT_TRUE(isOpen);
+        afterwards();
+        clock.advance(1ms);
+        return asked > askedBefore;
+    };
+    const auto drag = [this] { focus.dragged(); };
+    const auto nothing = [] {};
+    EXPECT_FALSE(release(nothing, nothing));
+    EXPECT_FALSE(isOpen) << "a selection";
+    EXPECT_FALSE(release(nothing, [this] { click(true); }));
+    EXPECT_TRUE(isOpen) << "the user has clicked into it meanwhile";
+    EXPECT_TRUE(release(nothing, drag)) << "told late";
+    EXPECT_TRUE(release(drag, nothing));
     gain();
     clock.advance(3s);
+    EXPECT_TRUE(isOpen);
 
     // And the other way round: what begins inside is not a click elsewhere.
     focus.pressed();

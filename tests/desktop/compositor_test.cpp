@@ -105,7 +105,14 @@ private:
 };
 
 struct Kwin : testing::Test {
-    Kwin() { accessibility.open(); }
+    explicit Kwin(bool isAccessible = true) : program(switchedTo(isAccessible)) { accessibility.open(); }
+
+    /// The desktop with its accessibility switched on or off. The programs answer the test in any case.
+    KwinDesktop& switchedTo(bool isAccessible) {
+        desktop.setVariable(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
+        desktop.setAccessibility(isAccessible);
+        return desktop;
+    }
 
     /// Starts an editor and selects all of its text, by accessibility, since there is no keyboard.
     void startEditor(const QString& text) {
@@ -131,7 +138,7 @@ struct Kwin : testing::Test {
 
     KwinDesktop desktop;
     AtspiBus accessibility;
-    ProgramRun program{desktop};
+    ProgramRun program;
 };
 
 TEST_F(Kwin, gives_the_hot_keys_by_its_portal_also_after_a_crash_there_and_a_press_translates_the_selection) {
@@ -153,6 +160,15 @@ TEST_F(Kwin, gives_the_hot_keys_by_its_portal_also_after_a_crash_there_and_a_pre
     desktop.bringToFront(u"text.txt"_s);
     EXPECT_TRUE(waitUntil([&] { return !desktop.hasWindow(u"Tralio"_s); }));
     EXPECT_TRUE(program.isRunning());
+}
+
+struct KwinUnaided : Kwin {
+    KwinUnaided() : Kwin(false) {}
+};
+
+TEST_F(KwinUnaided, gives_what_is_selected_though_nobody_tells_which_application_is_in_front) {
+    startEditor(u"Ngôn ngữ trong trình soạn thảo"_s);
+    EXPECT_TRUE(waitUntil([&] { return program.translateSelection() == u"Ngôn ngữ trong trình soạn thảo"; }));
 }
 
 /// A headless session of GNOME's compositor without Xwayland, with a keyboard that the test controls. The

@@ -54,14 +54,17 @@ TEST_F(TranslatePanelOnScreen, a_file_dragged_across_its_edge_from_a_file_manage
         return desktop.screenshot().pixelColor(area.center().x() - 265 + 15, input.y());
     };
     const QColor edgeAtRest = edgeOfInput();
-    EXPECT_TRUE(waitUntil([&] {
-        // The place of the first icon in the folder, once the file manager has drawn it.
-        const QPoint start(10 + 206, 40 + 99);
+    const auto pullToInput = [&](const QPoint& start) {
         desktop.movePointer(start);
         desktop.xdotool(u"mousedown 1"_s);
         constexpr int steps = 8;
         for (int step = 1; step <= steps; ++step)
             desktop.movePointer(start + (input - start) * step / steps);
+    };
+    EXPECT_TRUE(waitUntil([&] {
+        EXPECT_TRUE(program.isPopoverShown() || program.openByHotKey());
+        // The place of the first icon in the folder, once the file manager has drawn it.
+        pullToInput({10 + 206, 40 + 99});
         const auto hovers = [&] {
             desktop.movePointer(input + QPoint(2, 2));
             desktop.movePointer(input);
@@ -74,6 +77,11 @@ TEST_F(TranslatePanelOnScreen, a_file_dragged_across_its_edge_from_a_file_manage
     }));
     EXPECT_TRUE(program.isAsked(u"Good morning from a file"_s));
     EXPECT_TRUE(program.comesToFront());
+
+    pullToInput({10 + 206, 40 + 300});  // which selects, and drags nothing
+    EXPECT_FALSE(program.closes(1));
+    desktop.xdotool(u"mouseup 1"_s);
+    EXPECT_TRUE(program.closes());
 }
 
 /// A desktop with an input method for Vietnamese, in Telex.

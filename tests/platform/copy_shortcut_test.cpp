@@ -67,6 +67,7 @@ TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_no
         {{{u"gvim"_s, u"Gvim"_s}, false, false}, CopyShortcut::none},
         {{{u"vncviewer"_s, u"Vncviewer"_s}, {}, false}, CopyShortcut::none},
         {{{u"qemu-system-x86_64"_s}, {}, false}, CopyShortcut::none},
+        {{{u"Remote"_s, u"ssh"_s}, {}, false}, CopyShortcut::none},
         {{{u"scratchpad"_s}, {}, {}}, CopyShortcut::none},
         {{{}, {}, {}}, CopyShortcut::none},
         {{{u"scratchpad"_s}, {}, true}, CopyShortcut::none},

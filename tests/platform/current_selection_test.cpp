@@ -2,10 +2,12 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QWindow>
 
 #include "common/text_limit.h"
 #include "platform/linux/desktop/unavailable_desktop.h"
 #include "platform/linux/selection/clipboard_formats.h"
+#include "platform/linux/selection/focused_selection.h"
 #include "platform/linux/selection/followed_primary_selection.h"
 #include "platform/linux/selection/selection_history.h"
 #include "support/testing.h"
@@ -199,8 +201,13 @@ TEST_F(FollowedPrimary, counts_only_in_the_application_where_it_was_made) {
     front = u"browser"_s;
     primary.noteChange();
     EXPECT_TRUE(mark()->mayBePassword);
+    EXPECT_EQ(primary.doubtfulWord(), QString());
+    marked = u"vòng"_s;
+    EXPECT_TRUE(mark()->mayBePassword);
+    EXPECT_EQ(primary.doubtfulWord(), u"vòng"_s) << "the user may well want to have it translated";
     marked = u"two words"_s;
     EXPECT_FALSE(mark()->mayBePassword);
+    EXPECT_EQ(primary.doubtfulWord(), QString());
 }
 
 TEST_F(FollowedPrimary, that_is_old_or_was_asked_for_before_is_doubted_where_its_application_can_be_asked) {
@@ -222,6 +229,27 @@ TEST_F(FollowedPrimary, that_is_old_or_was_asked_for_before_is_doubted_where_its
     EXPECT_TRUE(mark()->isFresh);
     now += 1ms;
     EXPECT_TRUE(mark()->mayBeGone) << "asked for before";
+}
+
+TEST(FocusedSelectionTest, tells_nothing_twice_and_offers_what_may_be_old_or_a_password) {
+    using enum LateSelection::Use;
+    QWindow window;
+    window.show();
+    window.requestActivate();
+    FocusedSelection selection;
+    const auto toldOf = [&](const QString& marked) {
+        selection.readText = [marked] { return marked; };
+        std::optional<LateSelection> told;
+        selection.read([&](const LateSelection& late) { told = late; });
+        EXPECT_TRUE(eventually([&] { return told.has_value(); }));
+        return told.value_or(LateSelection());
+    };
+    EXPECT_EQ(toldOf(u"two words"_s), (LateSelection{u"two words"_s, offer})) << "there before we came";
+    EXPECT_EQ(toldOf(u"two words"_s), LateSelection());
+    selection.noteChange();
+    EXPECT_EQ(toldOf(u"two words"_s), (LateSelection{u"two words"_s, translate}));
+    EXPECT_EQ(toldOf(u"vòng"_s), (LateSelection{u"vòng"_s, offer}));
+    EXPECT_EQ(toldOf(u"hunter2"_s), LateSelection());
 }
 
 }  // namespace

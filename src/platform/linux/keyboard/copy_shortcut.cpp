@@ -53,7 +53,7 @@ bool hasOtherKeys(const QStringList& names) {
         u"virt-manager"_s, u"virtualboxvm"_s, u"vmware"_s, u"xfreerdp"_s, u"wlfreerdp"_s, u"sdl-freerdp"_s,
         u"rdesktop"_s, u"krdc"_s, u"org.kde.krdc"_s, u"vinagre"_s, u"gnome-connections"_s,
         u"org.gnome.connections"_s, u"gnome-boxes"_s, u"org.gnome.boxes"_s, u"xephyr"_s, u"nxplayer.bin"_s,
-        u"x2goagent"_s, u"anydesk"_s, u"teamviewer"_s, u"rustdesk"_s};
+        u"x2goagent"_s, u"anydesk"_s, u"teamviewer"_s, u"rustdesk"_s, u"ssh"_s};
     return std::any_of(names.begin(), names.end(), [&](const QString& name) {
         return known.contains(name, Qt::CaseInsensitive) || name.startsWith(u"qemu", Qt::CaseInsensitive);
     });

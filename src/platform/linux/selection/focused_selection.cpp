@@ -45,7 +45,7 @@ void FocusedSelection::take() {
 
 LateSelection FocusedSelection::look() {
     const QClipboard* clipboard = QGuiApplication::clipboard();
-    if (!clipboard->supportsSelection() || clipboard->ownsSelection())
+    if ((!readText && !clipboard->supportsSelection()) || clipboard->ownsSelection())
         return {};
     const auto read = readText ? readText() : clipboard->text(QClipboard::Selection);
     if (!read)
@@ -57,7 +57,8 @@ LateSelection FocusedSelection::look() {
     const bool isChanged = std::exchange(m_isChanged, false);
     if ((before == text && !isChanged) || looksLikePassword(text, Marking::byDoubleClick))
         return {};
-    return {text, before || isChanged ? LateSelection::Age::recent : LateSelection::Age::unknown};
+    const bool isMeant = (before || isChanged) && !looksLikePassword(text, Marking::unknown);
+    return {text, isMeant ? LateSelection::Use::translate : LateSelection::Use::offer};
 }
 
 }  // namespace tralio

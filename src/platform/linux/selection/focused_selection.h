@@ -12,7 +12,7 @@ namespace tralio {
 /// The PRIMARY selection in sessions that show it only to the program with the keyboard focus. It can be read
 /// once a window of ours has come to the front, but neither its owner nor its age is known. A text that was
 /// there the last time, and was not selected anew, is a left-over and is not reported; nor is one that looks
-/// like a password.
+/// like a password. A single word, which may be one, is offered.
 class FocusedSelection final : public QObject {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
     void read(std::function<void(const LateSelection&)> deliver);
 
     /// Reads the text. If it is not set, Qt reads, and blocks for seconds if the owner hangs. Not called
-    /// while the selection is this program's.
+    /// while the selection is this program's own.
     std::function<std::optional<QString>()> readText;
 
     /// Something has been selected, maybe the same text again; for sessions that report this.

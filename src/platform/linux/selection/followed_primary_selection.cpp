@@ -27,6 +27,7 @@ void FollowedPrimarySelection::noteChange() {
 }
 
 std::optional<PrimaryText> FollowedPrimarySelection::textOf(qint32 /*processId*/, QDeadlineTimer deadline) {
+    m_doubtfulWord.clear();
     if (m_owner.isEmpty() || m_session.frontIdentity() != m_owner)
         return std::nullopt;
     const auto text = m_session.read(deadline);
@@ -37,6 +38,8 @@ std::optional<PrimaryText> FollowedPrimarySelection::textOf(qint32 /*processId*/
     mark.mayBeGone = now >= m_trustedUntil && m_session.canCopy();
     mark.isFresh = now < m_freshUntil;
     mark.mayBePassword = looksLikePassword(*text, Marking::unknown) && !m_session.keepsPasswords();
+    if (mark.mayBePassword && !looksLikePassword(*text, Marking::byDoubleClick))
+        m_doubtfulWord = *text;
     m_trustedUntil = std::min(m_trustedUntil, now + askingTime);
     return mark;
 }

@@ -35,9 +35,13 @@ public:
     /// `processId` is that of the application in front.
     std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) override;
 
+    /// The word that was last asked for and called a possible password, if it may just as well be another.
+    [[nodiscard]] QString doubtfulWord() const { return m_doubtfulWord; }
+
 private:
     Session m_session;
     QString m_owner;
+    QString m_doubtfulWord;
     std::chrono::milliseconds m_freshUntil{0};
     std::chrono::milliseconds m_trustedUntil{0};
 };

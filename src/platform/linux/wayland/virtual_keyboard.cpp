@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 
+#include <linux/input-event-codes.h>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
@@ -42,17 +43,17 @@ constexpr auto keymap =
 /// The bit of a modifier key in the modifier state of that keymap; zero for other keys.
 quint32 modifierOf(quint32 code) {
     switch (code) {
-        case 42:
-        case 54:
+        case KEY_LEFTSHIFT:
+        case KEY_RIGHTSHIFT:
             return 1U << 0;  // Shift
-        case 29:
-        case 97:
+        case KEY_LEFTCTRL:
+        case KEY_RIGHTCTRL:
             return 1U << 2;  // Control
-        case 56:
-        case 100:
+        case KEY_LEFTALT:
+        case KEY_RIGHTALT:
             return 1U << 3;  // Alt
-        case 125:
-        case 126:
+        case KEY_LEFTMETA:
+        case KEY_RIGHTMETA:
             return 1U << 6;  // Super
         default:
             return 0;

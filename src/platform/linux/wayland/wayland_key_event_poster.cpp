@@ -1,6 +1,7 @@
 #include "platform/linux/wayland/wayland_key_event_poster.h"
 
 #include <algorithm>
+#include <linux/input-event-codes.h>
 #include <utility>
 
 #include "platform/linux/keyboard/copy_shortcut.h"
@@ -8,9 +9,6 @@
 
 namespace tralio {
 namespace {
-
-constexpr quint32 leftControl = 29;  // evdev codes
-constexpr quint32 leftShift = 42;
 
 /// In milliseconds; the user is waiting.
 constexpr int greetingLimit = 500;
@@ -63,9 +61,9 @@ void WaylandKeyEventPoster::pressShortcut(KeyCode shortcutKey) {
     openKeyboard();
     if (!m_keyboard)
         return;
-    m_pressed = {leftControl, key->evdev};
+    m_pressed = {KEY_LEFTCTRL, key->evdev};
     if (how == CopyShortcut::controlShift)
-        m_pressed = {leftControl, leftShift, key->evdev};
+        m_pressed = {KEY_LEFTCTRL, KEY_LEFTSHIFT, key->evdev};
     for (const quint32 code : m_pressed)
         m_keyboard->setKey(code, true);
 }
