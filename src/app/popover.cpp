@@ -38,6 +38,7 @@ Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem& windowSyst
           Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
       m_makeContent(std::move(makeContent)),
       m_windowSystem(windowSystem),
+      m_clock(clock),
       m_focus(*this, clock) {
     setWindowTitle(u"Tralio"_s);
     setAttribute(Qt::WA_TranslucentBackground);
@@ -70,6 +71,7 @@ void Popover::show(std::optional<QRect> anchor) {
     m_frame->setEdges(edges);
     // One that was left open on another desktop would carry the user back there.
     if (!m_shown || isElsewhere()) {
+        m_windowSystem.giveClicksBack();
         hide();  // a popover that is fading out is opened anew, with all the signals
         place(anchor);
         appear(motionTime(opening));
@@ -100,6 +102,8 @@ void Popover::disappear() {
         return;
     m_motion.stop();
     ends();
+    if (m_awaitsSecondPress)
+        m_windowSystem.takeClicksAt(winId());  // it is not meant for what lies beneath
     const int motion = motionTime(closing);
     if (motion == 0) {
         hide();
@@ -213,12 +217,23 @@ bool Popover::event(QEvent* event) {
 }
 
 bool Popover::eventFilter(QObject* watched, QEvent* event) {
-    // Filtered on the QWindow: widgets get motions only while a button is down.
+    // Filtered on the QWindow: widgets get motions only while a button is down, and presses one after
+    // another.
     if (event->type() == QEvent::MouseMove && watched == windowHandle())
         m_focus.movedInside();
     else if (event->type() == QEvent::DragEnter && watched == windowHandle())
         m_focus.dragged();
+    else if (event->type() == QEvent::MouseButtonPress && watched == windowHandle())
+        awaitSecondPress();
     return QWidget::eventFilter(watched, event);
+}
+
+void Popover::awaitSecondPress() {
+    m_awaitsSecondPress = true;
+    m_doubleClickEnd = m_clock.after(std::chrono::milliseconds(QApplication::doubleClickInterval()), [this] {
+        m_awaitsSecondPress = false;
+        m_windowSystem.giveClicksBack();
+    });
 }
 
 void Popover::keyPressEvent(QKeyEvent* event) {

@@ -56,15 +56,19 @@ private:
     bool isUnderPointer() const override;
     bool isAidUnderPointer() const override { return m_windowSystem.isOverAid(); }
     void bringToFront() override;
+    void awaitSecondPress();
     void closeForUser() override { disappear(); }
 
     std::function<QWidget*()> m_makeContent;
     WindowSystem& m_windowSystem;
+    Clock& m_clock;
     PopoverFocus m_focus;
     WindowFrame* m_frame = nullptr;
     bool m_shown = false;
     QPoint m_place;
     QVariantAnimation m_motion;
+    bool m_awaitsSecondPress = false;  ///< of a double click
+    ScheduledCall m_doubleClickEnd;
 };
 
 }  // namespace tralio

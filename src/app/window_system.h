@@ -40,6 +40,11 @@ public:
     /// click there does not mean that the user has gone elsewhere. False if unknown.
     [[nodiscard]] virtual bool isOverAid() = 0;
 
+    /// Takes the clicks at the place of a window, also once that is hidden, until `giveClicksBack`. Does
+    /// nothing where the session lets no program do so.
+    virtual void takeClicksAt(WId window) = 0;
+    virtual void giveClicksBack() = 0;
+
     /// Reports what the user does, also outside our windows as far as the session lets programs know, until
     /// the handler is replaced by an empty one.
     virtual void watchInput(InputHandler handler) = 0;
@@ -60,6 +65,8 @@ public:
     void activate(WId /*window*/) override {}
     bool isActive(WId /*window*/) override { return false; }
     bool isOverAid() override { return false; }
+    void takeClicksAt(WId /*window*/) override {}
+    void giveClicksBack() override {}
     void watchInput(InputHandler /*handler*/) override {}
 
 private:

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "app/window_system.h"
+#include "platform/linux/x11/x11_click_shield.h"
 #include "platform/linux/x11/x11_raw_input.h"
 #include "platform/linux/x11/x11_typing_aid.h"
 #include "platform/linux/x11/x11_window_activator.h"
@@ -26,6 +27,8 @@ public:
     void activate(WId window) override { m_activator.activate(window); }
     bool isActive(WId window) override { return m_activator.isActive(window); }
     bool isOverAid() override { return isOverTypingAid(m_connection); }
+    void takeClicksAt(WId window) override { m_shield.emplace(m_connection, window); }
+    void giveClicksBack() override { m_shield.reset(); }
     void watchInput(InputHandler handler) override;
 
 private:
@@ -34,6 +37,7 @@ private:
     X11RawInput& m_rawInput;
     Sees m_sees;
     std::optional<X11RawInput::Listener> m_listener;
+    std::optional<X11ClickShield> m_shield;
 };
 
 }  // namespace tralio

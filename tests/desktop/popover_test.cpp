@@ -129,16 +129,25 @@ TEST_F(PopoverWindow, stays_when_the_focus_follows_the_pointer_elsewhere_and_clo
 /// A window of another program, bypassing the window manager, or managed but without the focus.
 struct AidWindow {
     AidWindow(bool isManaged, const QRect& area) {
-        const quint32 isUnmanaged = isManaged ? 0 : 1;
+        const std::array<quint32, 2> values{isManaged ? 0U : 1U, XCB_EVENT_MASK_BUTTON_PRESS};
         xcb_create_window(connection->xcb(), XCB_COPY_FROM_PARENT, window, connection->root(),
             static_cast<qint16>(area.x()), static_cast<qint16>(area.y()), static_cast<quint16>(area.width()),
             static_cast<quint16>(area.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-            XCB_CW_OVERRIDE_REDIRECT, &isUnmanaged);
+            XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
         const std::array<quint32, 9> hints{1, 0};
         xcb_change_property(connection->xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_HINTS,
             XCB_ATOM_WM_HINTS, 32, hints.size(), hints.data());
         xcb_map_window(connection->xcb(), window);
         connection->sync();
+    }
+
+    /// How often the mouse was pressed on it since the last look.
+    [[nodiscard]] int presses() const {
+        connection->sync();
+        int found = 0;
+        while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection->xcb())})
+            found += (event->response_type & 0x7f) == XCB_BUTTON_PRESS ? 1 : 0;
+        return found;
     }
 
     std::unique_ptr<X11Connection> connection = X11Connection::open();
@@ -167,6 +176,20 @@ TEST_F(PopoverWindow, stays_at_a_click_on_what_helps_with_typing) {
     guard.connection->sync();
     desktop.click({600, 900});
     EXPECT_TRUE(program.closes()) << "what lies across the whole screen helps nobody with typing";
+    EXPECT_EQ(guard.presses(), 1);
+
+    ASSERT_TRUE(program.openByHotKey());
+    ASSERT_TRUE(program.click(u"Chụp & Tralio"_s, 2));
+    EXPECT_TRUE(waitUntil([&] { return desktop.isVisible(u"tralio-snip"_s); }));
+    EXPECT_EQ(guard.presses(), 0) << "the second press of a double click was not meant for what lay beneath";
+    ASSERT_TRUE(waitUntil([&] {
+        desktop.press(u"Escape"_s);
+        return !desktop.isVisible(u"tralio-snip"_s);
+    }));
+    EXPECT_TRUE(program.comesToFront());
+    EXPECT_TRUE(program.closePopover());
+    desktop.click({600, 900});
+    EXPECT_EQ(guard.presses(), 1);
 }
 
 TEST_F(PopoverWindow, closes_at_clicks_on_a_panel_and_on_the_bare_screen_that_take_no_focus) {

@@ -118,7 +118,7 @@ QRect ProgramRun::areaOf(const QString& beginning) const {
 
 bool ProgramRun::click(const QString& beginning, int times) const {
     const auto at = [&](const QPoint& place, int button, int presses = 1) {
-        m_desktop.xdotool(u"mousemove %1 %2 click --repeat %3 --delay 80 %4"_s.arg(place.x())
+        m_desktop.xdotool(u"mousemove %1 %2 click --repeat %3 --delay 130 %4"_s.arg(place.x())
                               .arg(place.y())
                               .arg(presses)
                               .arg(button));
