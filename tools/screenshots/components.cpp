@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QEnterEvent>
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QLayout>
 #include <QPainter>
 #include <QTimer>
@@ -48,6 +49,9 @@ void hover(QWidget& widget) {
 }
 
 void focus(QWidget& widget) {
+    // The focus ring shows only after a key press, and the scenes end with clicks.
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Shift, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &press);
     QFocusEvent event(QEvent::FocusIn, Qt::TabFocusReason);
     QApplication::sendEvent(&widget, &event);
 }
