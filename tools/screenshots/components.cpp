@@ -1,8 +1,12 @@
 #include <QApplication>
 #include <QEnterEvent>
 #include <QFocusEvent>
+#include <QKeyEvent>
+#include <QLayout>
 #include <QPainter>
 #include <QTimer>
+
+#include <array>
 
 #include "scenes.h"
 #include "ui/kit/button.h"
@@ -24,9 +28,12 @@ using namespace Qt::StringLiterals;
 namespace tralio {
 namespace {
 
-enum class State { normal, hovered, pressed, focused, last };
-constexpr State states[] = {State::normal, State::hovered, State::pressed, State::focused, State::last};
 constexpr int columns[] = {138, 243, 348, 453, 557};
+enum class State { normal, hovered, pressed, focused, disabled, selected, off };
+using States = std::array<State, std::size(columns)>;
+constexpr States buttonStates{State::normal, State::hovered, State::pressed, State::focused, State::disabled};
+constexpr States choiceStates{State::normal, State::hovered, State::pressed, State::focused, State::selected};
+constexpr States switchStates{State::normal, State::off, State::pressed, State::focused, State::disabled};
 
 class Page final : public QWidget {
 protected:
@@ -42,6 +49,9 @@ void hover(QWidget& widget) {
 }
 
 void focus(QWidget& widget) {
+    // The focus ring shows only after a key press, and the scenes end with clicks.
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Shift, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &press);
     QFocusEvent event(QEvent::FocusIn, Qt::TabFocusReason);
     QApplication::sendEvent(&widget, &event);
 }
@@ -60,8 +70,14 @@ void bringInto(Control& control, State state) {
         case State::focused:
             focus(control);
             break;
-        case State::last:
+        case State::disabled:
             control.setEnabled(false);
+            break;
+        case State::selected:
+            control.setChecked(true);
+            break;
+        case State::off:
+            control.setChecked(false);
             break;
     }
 }
@@ -85,14 +101,47 @@ void heading(QWidget* page, int middle, const QStringList& titles) {
         place(new Label(titles.at(i), text::smallCaption, ColorRole::secondary), page, columns[i], middle);
 }
 
-template <typename Make>
-void stateRow(QWidget* page, const QString& title, int middle, Make make) {
+void rowTitle(QWidget* page, int middle, const QString& title) {
     place(new Label(title, text::smallCaption, ColorRole::secondary), page, 40, middle);
-    for (const State state : states)
-        bringInto(*place<Control>(make(), page, columns[int(state)], middle), state);
 }
 
-void buttonStates(QWidget* page) {
+template <typename Make>
+void stateRow(
+    QWidget* page, const QString& title, int middle, Make make, const States& states = buttonStates) {
+    rowTitle(page, middle, title);
+    for (std::size_t i = 0; i < states.size(); ++i)
+        bringInto(*place<Control>(make(), page, columns[i], middle), states[i]);
+}
+
+void fieldRow(QWidget* page, int middle) {
+    rowTitle(page, middle, u"Ô nhập"_s);
+    for (std::size_t i = 0; i < buttonStates.size(); ++i) {
+        const State state = buttonStates[i];
+        auto* field = place(new TextField(TextField::Face::fixedWidth), page, columns[i], middle);
+        field->setText(u"gpt-4o"_s);
+        field->resize(70, field->height());
+        field->setEnabled(state != State::disabled);
+        if (state == State::hovered)
+            hover(*field);
+        else if (state == State::focused)
+            QTimer::singleShot(0, field, qOverload<>(&QWidget::setFocus));
+    }
+}
+
+/// One strip, whose tabs stand below the headings.
+void tabRow(QWidget* page, int middle) {
+    rowTitle(page, middle, u"Tab"_s);
+    auto* strip =
+        new TabStrip(QList<TabItem>(choiceStates.size(), {u"clock.arrow.circlepath"_s, u"Lịch sử"_s}));
+    const auto tabs = strip->findChildren<Control*>();
+    strip->layout()->setSpacing(columns[1] - columns[0] - tabs.constFirst()->sizeHint().width());
+    place(strip, page, columns[0] - strip->layout()->contentsMargins().left(), middle);
+    strip->setCurrent(int(tabs.size()) - 1);
+    for (std::size_t i = 0; i < choiceStates.size(); ++i)
+        bringInto(*tabs.at(int(i)), choiceStates[i]);
+}
+
+void controls(QWidget* page) {
     section(page, {24, 24, 640, 493}, u"Trạng thái của nút và ô nhập"_s);
     heading(page, 79, {u"bình thường"_s, u"rê chuột"_s, u"nhấn"_s, u"tiêu điểm"_s, u"tắt"_s});
     stateRow(
@@ -115,30 +164,27 @@ void buttonStates(QWidget* page) {
         menu->setTitle(u"Tiếng Anh"_s);
         return menu;
     });
+    fieldRow(page, 332);
 
-    place(new Label(u"Ô nhập"_s, text::smallCaption, ColorRole::secondary), page, 40, 332);
-    for (const State state : states) {
-        auto* field = place(new TextField(TextField::Face::fixedWidth), page, columns[int(state)], 332);
-        field->setText(u"gpt-4o"_s);
-        field->resize(70, field->height());
-        field->setEnabled(state != State::last);
-        if (state == State::hovered)
-            hover(*field);
-        else if (state == State::focused)
-            QTimer::singleShot(0, field, qOverload<>(&QWidget::setFocus));
-    }
     heading(page, 365, {u"bình thường"_s, u"rê chuột"_s, u"nhấn"_s, u"tiêu điểm"_s, u"đang chọn"_s});
-    stateRow(page, u"Gợi ý"_s, 432, [] {
-        auto* chip = new Button(button::suggestion, {.title = u"⌘ ⇧ D"_s});
-        chip->setCheckable(true);
-        return chip;
-    });
+    tabRow(page, 396);
+    stateRow(
+        page, u"Gợi ý"_s, 432,
+        [] {
+            auto* chip = new Button(button::suggestion, {.title = u"⌘ ⇧ D"_s});
+            chip->setCheckable(true);
+            return chip;
+        },
+        choiceStates);
     heading(page, 462, {u"bật"_s, u"tắt"_s, u"nhấn"_s, u"tiêu điểm"_s, u"vô hiệu"_s});
-    stateRow(page, u"Công tắc"_s, 491, [] {
-        auto* toggle = new Switch;
-        toggle->setChecked(true);
-        return toggle;
-    });
+    stateRow(
+        page, u"Công tắc"_s, 491,
+        [] {
+            auto* toggle = new Switch;
+            toggle->setChecked(true);
+            return toggle;
+        },
+        switchStates);
 }
 
 void feedback(QWidget* page) {
@@ -217,15 +263,10 @@ void overlays(QWidget* page) {
 QWidget* componentsPage() {
     auto* page = new Page;
     page->setFixedSize(1140, 888);
-    buttonStates(page);
+    overlays(page);
+    controls(page);  // after the menus, which take the focus when they open
     feedback(page);
 
-    overlays(page);
-    auto* strip = place(new TabStrip({{u"character.book.closed.fill"_s, u"Tralio"_s},
-                            {u"clock.arrow.circlepath"_s, u"Lịch sử"_s}, {u"gearshape.fill"_s, u"Cài đặt"_s},
-                            {u"person.crop.circle.fill"_s, u"Tác giả"_s}}),
-        page, columns[0], 396);
-    strip->setCurrent(1);
     auto* error = new ErrorStrip(page);
     error->setMessage(u"Lỗi đường dẫn (404): Endpoint API không tồn tại. Vui lòng kiểm tra lại Base URL."_s);
     error->setGeometry(696, 729, 404, error->heightForWidth(404));

@@ -118,12 +118,14 @@ void settings(Stage& stage) {
     stage.click(u"Cài đặt"_s);
 }
 
-/// With one permission missing, and a provider that needs a key.
+/// With one permission missing, and a provider that needs a key, which the user lets go to the stand-in
+/// unencrypted.
 void settingsOfOthers(Stage& stage) {
     stage.desktop.permissions.screenCapture = false;
     stage.store.setValue(u"app_setting_preset_id"_s, u"openai"_s);
     stage.store.setValue(u"app_setting_model"_s, u"gpt-4o-mini"_s);
     stage.store.setValue(u"app_setting_api_key"_s, u"sk-0123456789abcdefghijklm"_s);
+    stage.store.setValue(u"app_setting_clear_text_origin"_s, u"http://model.example.com"_s);
     settings(stage);
 }
 
@@ -193,6 +195,13 @@ void providerFields(Stage& stage) {
     testConnection(stage, u"Kiểm tra"_s);
 }
 
+/// The key would go to another server than the user has agreed to.
+void providerExposure(Stage& stage) {
+    stage.store.setValue(u"app_setting_base_url"_s, u"http://llm.example.com/v1"_s);
+    settingsOfOthers(stage);
+    testConnection(stage, u"Kiểm tra"_s);
+}
+
 void providerCard(Stage& stage) {
     stage.model.translatesTo(u"Xin chào"_s);
     settings(stage);
@@ -243,6 +252,7 @@ const QList<Scene>& scenes() {
         {u"settings-shortcuts-recording"_s, recording},
         {u"settings-shortcuts-refused"_s, hotKeyRefused},
         {u"settings-provider-fields"_s, providerFields},
+        {u"settings-provider-exposure"_s, providerExposure},
         {u"settings-provider-card"_s, providerCard},
         {u"settings-bottom"_s, settingsEnd},
         {u"settings-permissions-missing"_s, permissionsMissing},
