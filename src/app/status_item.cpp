@@ -7,6 +7,7 @@
 #include <QScreen>
 
 #include "ui/kit/icon.h"
+#include "ui/kit/text_style.h"
 #include "ui/kit/theme.h"
 
 namespace tralio {
@@ -108,6 +109,7 @@ void StatusItem::activate() const {
 }
 
 void StatusItem::openMenu(const QPoint& place) const {
+    loadFontsAsDrawn();
     auto* menu = new QMenu;
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QPalette palette = menu->palette();

@@ -1,4 +1,6 @@
+#include <QPainter>
 #include <QScrollBar>
+#include <QThread>
 
 #include "engine/hosts.h"
 #include "ui/about/about_view.h"
@@ -57,6 +59,29 @@ TEST_F(
         EXPECT_FALSE(controls(u"⌥ C"_s).constFirst()->visibleRegion().isEmpty());
         find<ScrollPanel>()->verticalScrollBar()->setValue(10'000);
     }
+}
+
+TEST_F(StageTest, letters_are_lighter_than_where_nobody_has_asked_for_it) {
+    open();
+    const auto ink = [] {
+        QImage page(300, 40, QImage::Format_Grayscale8);
+        page.fill(Qt::white);
+        QPainter painter(&page);
+        painter.setFont(fontFor(text::body));
+        painter.drawText(page.rect(), Qt::AlignCenter, u"Xin chào, thế giới"_s);
+        painter.end();
+        qint64 sum = 0;
+        for (int y = 0; y < page.height(); ++y)
+            for (int x = 0; x < page.width(); ++x)
+                sum += 255 - page.constScanLine(y)[x];
+        return sum;
+    };
+    qint64 usual = 0;  // each thread loads its own fonts
+    const std::unique_ptr<QThread> other(QThread::create([&] { usual = ink(); }));
+    other->start();
+    ASSERT_TRUE(other->wait());
+    EXPECT_GT(ink(), usual / 2);
+    EXPECT_LT(static_cast<double>(ink()), 0.97 * static_cast<double>(usual));
 }
 
 TEST_F(StageTest, every_opening_and_every_request_brings_the_translate_tab_and_nothing_else_does) {

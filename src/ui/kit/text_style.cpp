@@ -5,35 +5,31 @@
 #include <QStringList>
 
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace tralio {
-namespace {
 
-/// WORKAROUND: Qt (6.4 and 6.8) enables FreeType's stem darkening, which makes fonts like Inter heavier by up
-/// to half a weight. Its amount can only be set in the environment, which FreeType reads when the first font
-/// is loaded; programs that we start must not inherit it.
 void loadFontsAsDrawn() {
+    // WORKAROUND: Qt (6.4 and 6.8) enables FreeType's stem darkening, which makes fonts like Inter heavier by
+    // up to half a weight. Its amount can only be set in the environment, which FreeType reads when the first
+    // font is loaded; programs that we start must not inherit it.
     constexpr auto variable = "FREETYPE_PROPERTIES";
-    if (qEnvironmentVariableIsSet(variable))
+    static bool isDone = qEnvironmentVariableIsSet(variable);
+    if (std::exchange(isDone, true))
         return;
     qputenv(variable, "cff:darkening-parameters=500,30,1000,30,1667,30,2333,30");
     (void)QFontMetricsF(QFont()).ascent();
     qunsetenv(variable);
 }
 
-}  // namespace
-
 QFont fontFor(const TextStyle& style) {
     static const QStringList proportional{u"Inter"_s, u"Noto Sans"_s, u"Noto Sans CJK JP"_s,
         u"Noto Sans Symbols2"_s, QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()};
     static const QStringList fixed{u"Noto Sans Mono"_s, u"DejaVu Sans Mono"_s,
         QFontDatabase::systemFont(QFontDatabase::FixedFont).family()};
-    [[maybe_unused]] static const bool loaded = [] {
-        loadFontsAsDrawn();
-        return true;
-    }();
+    loadFontsAsDrawn();
     QFont font;
     font.setFamilies(style.fixedWidth ? fixed : proportional);
     font.setPixelSize(style.size);

@@ -45,6 +45,10 @@ inline constexpr TextStyle promptEditor{.size = 11, .line = 17};
 
 }  // namespace text
 
+/// Makes fonts as heavy as they are drawn. Has an effect only before the first font of the program is loaded,
+/// as the toolkit's own widgets do at their construction.
+void loadFontsAsDrawn();
+
 [[nodiscard]] QFont fontFor(const TextStyle& style);
 
 /// The distance of the baseline from the top of the line, on a whole device pixel.

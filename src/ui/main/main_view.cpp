@@ -50,6 +50,7 @@ MainView::MainView(Dependencies needs, Actions actions, QWidget* parent)
       m_permissions(needs.hotKeys, needs.clock),
       m_undo(needs.clock),
       m_state({needs.store, needs.appState, m_permissions, needs.updates}) {
+    loadFontsAsDrawn();
     m_panelArea = filled(new QWidget, column({}, {}));
     m_footer = new MainFooter({m_state, m_settings, m_needs.hotKeys.keys()}, m_needs.updates.currentVersion(),
         {[this](const Control& cause) { openPermissions(cause); }, [this] { openShortcuts(); }});
