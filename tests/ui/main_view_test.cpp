@@ -6,6 +6,7 @@
 #include "ui/about/about_view.h"
 #include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
+#include "ui/settings/permission_cards.h"
 #include "ui/stage_test.h"
 
 namespace tralio {
@@ -27,7 +28,8 @@ TEST_F(
     };
     for (const QString& trouble : {captureMissing, u"Chụp: ⌘ ⇧ S"_s}) {
         click(trouble);
-        EXPECT_EQ(request()->visibleRegion().boundingRect(), request()->rect());
+        const auto* cards = find<PermissionCards>();
+        EXPECT_EQ(cards->visibleRegion().boundingRect(), cards->rect());
         EXPECT_FALSE(request()->hasFocus());
         click(u"Tralio"_s);
     }

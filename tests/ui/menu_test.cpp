@@ -102,6 +102,9 @@ TEST_F(MenuTest, escape_a_click_beside_the_menu_and_the_end_of_its_window_only_c
     EXPECT_FALSE(isOpen());
 
     QTest::mouseClick(m_button, Qt::LeftButton);
+    m_window.resize(m_window.size() + QSize(1, 0));
+    EXPECT_FALSE(isOpen()) << "it would stand beside its button";
+    QTest::mouseClick(m_button, Qt::LeftButton);
     m_window.hide();
     EXPECT_FALSE(isOpen());
     showActive(m_window);

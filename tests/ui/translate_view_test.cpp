@@ -231,6 +231,10 @@ TEST_F(TranslateViewTest, loading_the_panel_is_no_edit_and_a_result_keeps_its_se
     find<ReadingArea>()->selectAll();
     type(u"."_s);
     EXPECT_TRUE(find<ReadingArea>()->textCursor().hasSelection());
+    focus(u"Đọc"_s);
+    appState.notifyPopoverOpened();
+    settle();
+    EXPECT_TRUE(controls(u"Đọc"_s).constFirst()->hasFocus());
 }
 
 }  // namespace
