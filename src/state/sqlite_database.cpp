@@ -7,6 +7,8 @@
 #include <array>
 #include <sqlite3.h>
 
+#include "state/store_file.h"
+
 namespace tralio {
 namespace {
 
@@ -164,9 +166,12 @@ SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::m
         check(execute("PRAGMA locking_mode = EXCLUSIVE"));  // before anything else reads the file
     check(execute("PRAGMA cache_size = -64"));              // in KiB: no value is read twice
     checkIntegrity();
-    // Not every file system supports a write-ahead log. Without one writing is slower, but as safe.
-    execute("PRAGMA journal_mode = WAL");
-    execute("PRAGMA synchronous = NORMAL");
+    // A write-ahead log needs memory that all users of the file share, which those on other hosts cannot. A
+    // rollback journal is slower, and as safe only if every write waits for the disk. Without being asked,
+    // SQLite keeps to one on other file systems that support no log.
+    const bool isShared = store_file::liesOnShared(sqlite3_db_filename(handle, "main"));
+    execute(isShared ? "PRAGMA journal_mode = DELETE" : "PRAGMA journal_mode = WAL");
+    execute(isShared ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL");
     execute("PRAGMA journal_size_limit = 1048576");
     // a key that has moved to the keyring must not stay readable in the file
     execute("PRAGMA secure_delete = ON");

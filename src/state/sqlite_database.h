@@ -53,8 +53,8 @@ public:
     /// Moves the value, if there is one, to the first free key of the form "<key>.damaged-<number>".
     void setAside(const QString& key);
 
-    /// Checkpoints the write-ahead log into the database file and truncates it, so that overwritten values
-    /// are gone from the disk. Does nothing while another connection reads.
+    /// Checkpoints the write-ahead log, if any, into the database file and truncates it, so that overwritten
+    /// values are gone from the disk. Does nothing while another connection reads.
     void emptyLog();
 
     /// Whether writing can succeed: not if the file has been removed or replaced, or could not be opened

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <array>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace tralio::store_file {
@@ -80,6 +82,31 @@ std::optional<QString> setAside(const QString& path) {
     for (const QString& suffix : suffixes)
         QFile::rename(damaged + suffix, aside + suffix);
     return QFileInfo(aside).fileName();
+}
+
+bool isShared(quint32 fileSystem) {
+    switch (fileSystem) {
+        case NFS_SUPER_MAGIC:
+        case SMB_SUPER_MAGIC:
+        case SMB2_SUPER_MAGIC:
+        case CIFS_SUPER_MAGIC:
+        case AFS_SUPER_MAGIC:
+        case AFS_FS_MAGIC:
+        case CEPH_SUPER_MAGIC:
+        case CODA_SUPER_MAGIC:
+        case NCP_SUPER_MAGIC:
+        case OCFS2_SUPER_MAGIC:
+        case V9FS_MAGIC:
+        case FUSE_SUPER_MAGIC:  // sshfs is one; others are on this host, and only slower for it
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool liesOnShared(const char* path) {
+    struct statfs status {};
+    return statfs(path, &status) == 0 && isShared(static_cast<quint32>(status.f_type));
 }
 
 }  // namespace tralio::store_file

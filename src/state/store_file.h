@@ -18,4 +18,10 @@ void createPrivately(const QString& path);
 /// could not be renamed.
 [[nodiscard]] std::optional<QString> setAside(const QString& path);
 
+/// Whether programs on several hosts may have the files of such a file system open, by its magic number
+/// (statfs).
+[[nodiscard]] bool isShared(quint32 fileSystem);
+/// The same of the file system that a file is on.
+[[nodiscard]] bool liesOnShared(const char* path);
+
 }  // namespace tralio::store_file

@@ -1,9 +1,11 @@
 #include <QTest>
 
 #include <fcntl.h>
+#include <future>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "common/background.h"
 #include "common/clock.h"
 #include "common/debug_log.h"
 #include "common/excerpt.h"
@@ -33,6 +35,25 @@ TEST(SystemClockTest, a_call_comes_on_a_later_turn_unless_its_context_is_deleted
     EXPECT_TRUE(QTest::qWaitFor([&] { return ticks == 3; }));
     EXPECT_EQ(zeroDelays, 1);
     EXPECT_EQ(taken, 0);
+}
+
+TEST(BackgroundTest, jobs_that_hang_hold_no_others_up) {
+    std::promise<void> release;
+    const auto released = release.get_future().share();
+    int done = 0;
+    const auto run = [&done](std::function<int()> job) -> QCoro::Task<> {
+        done += co_await inBackground(std::move(job));
+    };
+    const int hanging = QThread::idealThreadCount();
+    for (int i = 0; i < hanging; ++i)
+        run([released] {
+            released.wait();
+            return 1;
+        });
+    run([] { return 1; });
+    EXPECT_TRUE(eventually([&] { return done == 1; }));
+    release.set_value();
+    EXPECT_TRUE(eventually([&] { return done == 1 + hanging; }));
 }
 
 TEST(DebugLogTest, a_log_that_cannot_be_written_is_ignored) {

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "state/sqlite_store_test.h"
+#include "state/store_file.h"
 
 namespace tralio {
 namespace {
@@ -82,6 +83,13 @@ TEST_F(SqliteKeyValueStoreTest, only_the_user_may_read_the_files_whatever_the_um
     EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{1}));
     EXPECT_EQ(mode(path()), 0600U);
     EXPECT_EQ(mode(path(u"tralio"_s)), 0755U);
+}
+
+TEST(StoreFile, file_systems_that_several_hosts_may_use_are_told_from_those_of_this_host) {
+    for (const quint32 shared : {0x6969U, 0xff534d42U, 0x65735546U})
+        EXPECT_TRUE(store_file::isShared(shared)) << "one of NFS, SMB, FUSE: " << shared;
+    for (const quint32 own : {0xef53U, 0x9123683eU, 0x01021994U})
+        EXPECT_FALSE(store_file::isShared(own)) << "one of ext4, btrfs, tmpfs: " << own;
 }
 
 TEST_F(SqliteKeyValueStoreTest, a_link_is_followed_and_stays_a_link) {

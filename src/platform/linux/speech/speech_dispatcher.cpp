@@ -38,7 +38,10 @@ SpeechDispatcher::SpeechDispatcher(Clock& clock)
 SpeechDispatcher::SpeechDispatcher(QString socketPath, QString program, Clock& clock, Limits limits)
     : m_socketPath(std::move(socketPath)), m_program(std::move(program)), m_clock(clock), m_limits(limits) {}
 
-SpeechDispatcher::~SpeechDispatcher() = default;
+SpeechDispatcher::~SpeechDispatcher() {
+    if (m_connection)
+        m_connection->abandon();
+}
 
 void SpeechDispatcher::speak(const Utterance& utterance, std::function<void(ReadingEnd)> onEnd) {
     m_idleLimit.takeBack();

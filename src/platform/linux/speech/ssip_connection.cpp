@@ -86,9 +86,14 @@ void SsipConnection::close(const QString& reason) {
 }
 
 void SsipConnection::abandon() {
-    m_isClosed = true;
+    if (std::exchange(m_isClosed, true))
+        return;
     m_reader.stop();
     m_watchdog.takeBack();
+    // The daemon goes on reading what a client that has gone has left. A text that it has not asked for yet
+    // is ended, or the command would be part of it.
+    const bool isTextAwaited = m_isBusy && !m_commands.front().body.isEmpty();
+    m_stream.write(isTextAwaited ? ".\r\nCANCEL SELF\r\n" : "CANCEL SELF\r\n");
     m_commands.clear();
     m_stream.close();
 }

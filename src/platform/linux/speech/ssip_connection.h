@@ -30,7 +30,7 @@ public:
 
     [[nodiscard]] bool hasOpened() const { return m_hasOpened; }
 
-    /// Closes the connection without a further signal or answer.
+    /// Silences what is read and closes the connection, without a further signal or answer.
     void abandon();
 
     /// Commands are sent one at a time. Those left when the connection ends get no answer.
