@@ -239,12 +239,13 @@ void feedback(QWidget* page) {
 
 void overlays(QWidget* page) {
     section(page, {680, 24, 436, 302}, u"Menu, chú giải, thanh cuộn"_s);
-    auto* swap = place(new Button(button::swap, {.icon = u"arrow.left.arrow.right"_s}), page, 932, 187);
+    auto* swap = place(new Button(button::swap, {.icon = u"arrow.left.arrow.right"_s}), page, 932, 212);
     setTooltip(swap, u"Đổi chiều ngôn ngữ"_s);
     hover(*swap);
     auto* reading = new ReadingArea(page);
-    reading->setText(u"thanh cuộn nằm trên nội dung, luôn thấy được khi nội dung cao hơn vùng của nó"_s);
-    reading->setGeometry(885, 250, 200, 60);
+    reading->setText(
+        u"thanh cuộn nằm trên nội dung, luôn thấy được khi nội dung cao hơn vùng của nó, như ở đây"_s);
+    reading->setGeometry(885, 262, 200, 56);
 
     QList<MenuEntry> languages;
     for (const auto& name : {u"Tiếng Anh"_s, u"Tiếng Việt"_s, u"Tự động phát hiện"_s, u"Tiếng Nhật"_s,
