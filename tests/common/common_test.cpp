@@ -30,7 +30,7 @@ TEST(SystemClockTest, a_call_comes_on_a_later_turn_unless_its_context_is_deleted
     clock.after(0ms, &witness, [&] { ++zeroDelays; });
     EXPECT_EQ(zeroDelays, 0);
     context.reset();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ticks == 3; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ticks >= 3; }));
     EXPECT_EQ(zeroDelays, 1);
     EXPECT_EQ(taken, 0);
 }
