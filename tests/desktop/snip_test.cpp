@@ -193,8 +193,10 @@ TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
     open();
     QProcess second;
     second.setProcessEnvironment(desktop.environment());
+    const Stopwatch waiting;
     second.start(QStringLiteral(TRALIO_SNIP), {u"-i"_s, path + u"2"_s});
     ASSERT_TRUE(second.waitForFinished(5000));
+    EXPECT_GT(waiting.elapsed(), 900);
     EXPECT_NE(second.exitCode(), 0);
     EXPECT_TRUE(second.readAllStandardError().contains("another program"));
 
