@@ -282,6 +282,7 @@ TEST(LowScreen, has_the_whole_popover_with_its_footer) {
 TEST(Appearance, grows_with_the_text_of_the_desktop_and_follows_its_colours_while_the_popover_is_open) {
     VirtualDesktop desktop;
     ScriptedPortal portal;
+    desktop.run(u"xsetroot"_s, {u"-solid"_s, u"#808080"_s});
     portal.setTextScale(1.5);
     portal.setColorScheme(1);
     ProgramRun program(desktop);
