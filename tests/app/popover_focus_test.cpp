@@ -130,15 +130,10 @@ TEST_F(PopoverFocusTest, what_is_dragged_to_it_brings_it_to_the_front_and_a_sele
 }
 
 TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follows_the_pointer) {
-    const std::map<QByteArray, std::function<void()>> steps = {
-        {"moved", [this] { focus.moved(); }},
-        {"inside", [this] { focus.movedInside(); }},
-        {"left", [this] { focus.left(); }},
-        {"typed", [this] { focus.typed(); }},
-        {"gain", [this] { gain(); }},
-        {"here", [this] { underPointer = true; }},
-        {"lose", [this] { lose(); }},
-    };
+    const std::map<QByteArray, std::function<void()>> steps = {{"moved", [this] { focus.moved(); }},
+        {"inside", [this] { focus.movedInside(); }}, {"left", [this] { focus.left(); }},
+        {"typed", [this] { focus.typed(); }}, {"gain", [this] { gain(); }},
+        {"here", [this] { underPointer = true; }}, {"lose", [this] { lose(); }}};
     const std::tuple<QByteArray, bool, const char*> cases[] = {
         {"moved lose", true, "it has gone along with the pointer"},
         {"inside left lose", true, "the pointer has just left"},

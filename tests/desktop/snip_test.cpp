@@ -211,12 +211,8 @@ TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
 }
 
 TEST_F(RegionPicker, says_what_is_wrong_before_the_user_draws) {
-    const std::pair<QString, QStringList> cases[] = {
-        {desktop.home() + u"/none/picture.png"_s, {}},
-        {desktop.home(), {}},
-        {path, {u"DISPLAY=:4711"_s}},
-        {path, {u"XDG_SESSION_TYPE=wayland"_s}},
-    };
+    const std::pair<QString, QStringList> cases[] = {{desktop.home() + u"/none/picture.png"_s, {}},
+        {desktop.home(), {}}, {path, {u"DISPLAY=:4711"_s}}, {path, {u"XDG_SESSION_TYPE=wayland"_s}}};
     for (const auto& [output, settings] : cases) {
         start(output, settings);
         EXPECT_GT(finish(), 0);

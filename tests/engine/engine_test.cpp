@@ -183,11 +183,8 @@ TEST(TranslationToneTest, every_tone_is_found_by_its_label_and_by_nothing_else) 
 
 TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers_of_its_own) {
     const QUrl endpoint(u"https://a.test/v1/chat/completions"_s);
-    const std::pair<QString, QByteArray> cases[] = {
-        {u"  sk-1 \n"_s, "Bearer sk-1"},
-        {u"sk-1\r\nX-Injected: yes\nmore\0"_s, "Bearer sk-1X-Injected: yesmore"},
-        {u" \t\r\n"_s, {}},
-    };
+    const std::pair<QString, QByteArray> cases[] = {{u"  sk-1 \n"_s, "Bearer sk-1"},
+        {u"sk-1\r\nX-Injected: yes\nmore\0"_s, "Bearer sk-1X-Injected: yesmore"}, {u" \t\r\n"_s, {}}};
     for (const auto& [key, expected] : cases) {
         const HttpRequest request = buildRequest(endpoint, key);
         EXPECT_EQ(request.url, endpoint);
@@ -246,17 +243,13 @@ TEST(ReplyTest, the_text_is_read_only_when_every_step_to_it_has_the_right_type) 
         {R"({"choices":[{"message":{"content":null}}]})", std::nullopt},
         {"{\"choices\":[{\"message\":{\"content\":\"caf\xe9\"}}]}", std::nullopt},
         {R"({"choices":[{"message":{"content":7}}]})", std::nullopt},
-        {R"({"choices":[{"message":"a"}]})", std::nullopt},
-        {R"({"choices":[{}]})", std::nullopt},
+        {R"({"choices":[{"message":"a"}]})", std::nullopt}, {R"({"choices":[{}]})", std::nullopt},
         {R"({"choices":[]})", std::nullopt},
         {R"({"choices":[{"message":{"content":"a"}},"b"]})", std::nullopt},
-        {R"({"choices":{"0":{"message":{"content":"a"}}}})", std::nullopt},
-        {R"({})", std::nullopt},
+        {R"({"choices":{"0":{"message":{"content":"a"}}}})", std::nullopt}, {R"({})", std::nullopt},
         {R"([{"choices":[{"message":{"content":"a"}}]}])", std::nullopt},
         {R"({"choices":[{"message":{"content":"a"}}]} and more)", std::nullopt},
-        {R"({"choices":[{"message":{"content":"a"}})", std::nullopt},
-        {"", std::nullopt},
-    };
+        {R"({"choices":[{"message":{"content":"a"}})", std::nullopt}, {"", std::nullopt}};
     for (const auto& [body, expected] : cases)
         EXPECT_EQ(replyText(body), expected) << body.constData();
 }

@@ -96,13 +96,10 @@ TEST_F(HotKeys, exchange_their_combinations_whichever_is_changed_first) {
 TEST(ShortcutText, is_the_symbols_in_their_order_and_the_label_of_the_key) {
     constexpr quint32 capsLock = 0x10000, shift = 0x20000, control = 0x40000, option = 0x80000,
                       command = 0x100000, function = 0x800000;
-    const std::tuple<quint16, quint32, QString, quint32> cases[] = {
-        {2, command | shift, u"⇧ ⌘ D"_s, 768},
-        {18, option, u"⌥ Key 18"_s, 2048},
-        {49, control, u"⌃ Space"_s, 4096},
+    const std::tuple<quint16, quint32, QString, quint32> cases[] = {{2, command | shift, u"⇧ ⌘ D"_s, 768},
+        {18, option, u"⌥ Key 18"_s, 2048}, {49, control, u"⌃ Space"_s, 4096},
         {65535, capsLock | function, u"Key 65535"_s, 0},
-        {36, control | option | shift | command | capsLock, u"⌃ ⌥ ⇧ ⌘ Return"_s, 6912},
-    };
+        {36, control | option | shift | command | capsLock, u"⌃ ⌥ ⇧ ⌘ Return"_s, 6912}};
     for (const auto& [keyCode, flags, text, modifiers] : cases) {
         EXPECT_EQ(HotKeyService::readableShortcut(keyCode, flags), text);
         EXPECT_EQ(HotKeyService::carbonModifiers(flags), modifiers);

@@ -138,13 +138,9 @@ struct OCRServiceTest : testing::Test {
 };
 
 TEST_F(OCRServiceTest, the_text_is_the_best_candidates_in_reading_order_trimmed_and_joined) {
-    recognizer.reads({
-        line(0.1, {u"\u2003 ba  bốn \t"_s}),
-        line(0.3, {}),
-        line(0.5, {u" \n\u00a0"_s, u"second choice"_s}),
-        line(0.8, {u" một, "_s, u"mot"_s}),
-        {{0.95, 0.8, 0.1, 0.05}, {u"hai\n"_s}},
-    });
+    recognizer.reads(
+        {line(0.1, {u"\u2003 ba  bốn \t"_s}), line(0.3, {}), line(0.5, {u" \n\u00a0"_s, u"second choice"_s}),
+            line(0.8, {u" một, "_s, u"mot"_s}), {{0.95, 0.8, 0.1, 0.05}, {u"hai\n"_s}}});
     EXPECT_EQ(endingOf(service.recognizeText(image)).result, u"một,\nhai\nba  bốn"_s);
 
     const QUrl file = QUrl::fromLocalFile(u"/somewhere/ảnh.png"_s);

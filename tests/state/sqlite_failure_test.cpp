@@ -44,14 +44,8 @@ TEST_F(SqliteFailureTest, a_damaged_or_foreign_file_is_set_aside_and_never_over_
     badPage.replace(4096, 2048, QByteArray(2048, '\xff'));
     QByteArray badHeader = good;
     badHeader.replace(0, 16, QByteArray(16, 'x'));
-    const QByteArray contents[] = {
-        QByteArray("this is not a database\n").repeated(1000),
-        contentOf(foreign),
-        badPage,
-        badHeader,
-        good.first(good.size() / 2),
-        good.first(50),
-    };
+    const QByteArray contents[] = {QByteArray("this is not a database\n").repeated(1000), contentOf(foreign),
+        badPage, badHeader, good.first(good.size() / 2), good.first(50)};
     int number = 0;
     for (const QByteArray& damaged : contents) {
         const QString name = u"tralio.sqlite.damaged-%1"_s.arg(++number);

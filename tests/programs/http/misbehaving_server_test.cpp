@@ -29,12 +29,9 @@ TEST_F(MisbehavingServerTest, a_server_that_nobody_vouches_for_gets_neither_text
     qunsetenv("SSL_CERT_DIR");
     EXPECT_TRUE(isTrustedBy("SSL_CERT_FILE", authority));
 
-    const std::tuple<QString, QStringList, QString> cases[] = {
-        {u"self"_s, {}, u"tự ký"_s},
-        {u"expired"_s, {}, u"hết hạn"_s},
-        {u"other"_s, {}, u"không thuộc về"_s},
-        {u"good"_s, {u"-tls1"_s, u"-cipher"_s, u"ALL:@SECLEVEL=0"_s}, u"TLS đã lỗi thời"_s},
-    };
+    const std::tuple<QString, QStringList, QString> cases[] = {{u"self"_s, {}, u"tự ký"_s},
+        {u"expired"_s, {}, u"hết hạn"_s}, {u"other"_s, {}, u"không thuộc về"_s},
+        {u"good"_s, {u"-tls1"_s, u"-cipher"_s, u"ALL:@SECLEVEL=0"_s}, u"TLS đã lỗi thời"_s}};
     for (const auto& [certificate, options, words] : cases) {
         const TlsServer server(folder,
             QStringList{u"-cert"_s, certificate + u".pem"_s, u"-key"_s, certificate + u".key"_s} + options);

@@ -164,12 +164,10 @@ TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
 }
 
 TEST(Reading, the_remains_of_frames_and_icons_are_dropped) {
-    Reading reading{{
-        {{{u"|"_s, 40, 0}, {u"Accept"_s, 95, 1}, {u"—"_s, 80, 1}, {u"]"_s, 60, 1}}, QRectF(0, 0, 100, 20)},
-        {{{u"oÐ"_s, 30, 0}}, QRectF(0, 30, 20, 20)},
-        {{{u"..."_s, 50, 0}}, QRectF(0, 60, 20, 20)},
-        {{{u"OK"_s, 60, 0}}, QRectF(0, 90, 20, 20)},
-    }};
+    Reading reading{
+        {{{{u"|"_s, 40, 0}, {u"Accept"_s, 95, 1}, {u"—"_s, 80, 1}, {u"]"_s, 60, 1}}, QRectF(0, 0, 100, 20)},
+            {{{u"oÐ"_s, 30, 0}}, QRectF(0, 30, 20, 20)}, {{{u"..."_s, 50, 0}}, QRectF(0, 60, 20, 20)},
+            {{{u"OK"_s, 60, 0}}, QRectF(0, 90, 20, 20)}}};
     reading.dropDirt();
     EXPECT_THAT(texts(reading), ElementsAre(u"Accept —"_s, u"OK"_s));
     EXPECT_EQ(Reading().confidence(), 0);
