@@ -1,7 +1,5 @@
 #include "app/popover_focus.h"
 
-#include <utility>
-
 #include "support/fake_clock.h"
 #include "support/testing.h"
 

@@ -7,11 +7,8 @@
 #include <stdexcept>
 
 #include "desktop/program_run.h"
-#include "desktop/test_session.h"
-#include "platform/linux/atspi/atspi_element.h"
 #include "platform/linux/atspi/atspi_front.h"
 #include "support/private_bus.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {

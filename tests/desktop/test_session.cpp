@@ -4,7 +4,6 @@
 
 #include <stdexcept>
 
-#include "support/files.h"
 #include "support/private_bus.h"
 
 namespace tralio {

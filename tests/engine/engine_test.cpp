@@ -1,10 +1,8 @@
 #include "common/localized_error.h"
-#include "engine/ai_service.h"
 #include "engine/chat_completions.h"
 #include "engine/engine_test_support.h"
 #include "engine/provider_preset.h"
 #include "engine/translation_tone.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -5,7 +5,6 @@
 
 #include "ocr/ocr_test_support.h"
 #include "ocr/reading_order.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {

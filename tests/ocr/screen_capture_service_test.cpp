@@ -1,6 +1,5 @@
 #include "ocr/screen_capture_service.h"
 
-#include "ocr/capture_tool.h"
 #include "ocr/ocr_test_support.h"
 #include "support/fake_clock.h"
 

@@ -9,7 +9,6 @@
 #include "platform/linux/desktop/text_scale.h"
 #include "platform/linux/process/end_signals.h"
 #include "support/private_bus.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -1,5 +1,4 @@
 #include "state/sqlite_store_test.h"
-#include "support/process_limits.h"
 
 namespace tralio {
 namespace {

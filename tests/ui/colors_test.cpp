@@ -1,7 +1,6 @@
 #include "ui/kit/colors.h"
 
 #include <array>
-#include <vector>
 
 #include "support/testing.h"
 

@@ -1,8 +1,6 @@
 #include "ui/history/history_view.h"
 
-#include <QLocale>
 #include <QScrollBar>
-#include <QTimeZone>
 
 #include <ctime>
 

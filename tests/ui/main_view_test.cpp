@@ -2,7 +2,6 @@
 
 #include "engine/hosts.h"
 #include "ui/about/about_view.h"
-#include "ui/kit/label.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/stage_test.h"
 

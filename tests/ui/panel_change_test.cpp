@@ -2,8 +2,6 @@
 #include <QDrag>
 #include <QScrollBar>
 
-#include <algorithm>
-
 #include "ui/history/history_row.h"
 #include "ui/kit/prompt_editor.h"
 #include "ui/kit/scroll_panel.h"

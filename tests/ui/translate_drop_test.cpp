@@ -1,5 +1,4 @@
 #include <QDragEnterEvent>
-#include <QMimeData>
 
 #include "ui/kit/surface.h"
 #include "ui/stage_test.h"

@@ -1,13 +1,8 @@
-#include <QProcess>
-#include <QTemporaryDir>
-
 #include <unistd.h>
 
 #include "common/localized_error.h"
 #include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/installation.h"
-#include "support/event_loop.h"
-#include "support/files.h"
 #include "support/process_limits.h"
 #include "support/testing.h"
 #include "update/info_plist.h"

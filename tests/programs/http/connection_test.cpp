@@ -4,7 +4,6 @@
 
 #include "programs/http/file_descriptor.h"
 #include "programs/http/http_test_support.h"
-#include "support/files.h"
 
 namespace tralio {
 namespace {

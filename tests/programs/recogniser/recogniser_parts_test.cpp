@@ -1,6 +1,3 @@
-#include <QStringList>
-
-#include <algorithm>
 #include <random>
 
 #include "programs/recogniser/letter_marks.h"

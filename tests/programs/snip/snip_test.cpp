@@ -1,7 +1,3 @@
-#include <QDir>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-
 #include "ocr/text_recognizer.h"
 #include "programs/snip/label_placement.h"
 #include "programs/snip/picture_file.h"
