@@ -247,8 +247,7 @@ TEST(WindowManager, that_prevents_the_stealing_of_the_focus_gives_it_to_the_popo
     }
 }
 
-TEST(WindowManager,
-    with_a_compositor_knows_the_shadow_and_may_fade_the_popover_but_closing_and_opening_count_at_once) {
+TEST(WindowManager, with_a_compositor_knows_the_shadow_and_may_fade_a_popover_that_opens_again_at_once) {
     VirtualDesktop desktop;
     desktop.startCompositor();
     ProgramRun program(desktop);

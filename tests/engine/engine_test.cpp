@@ -29,8 +29,7 @@ TEST_F(AIServiceTest, a_translation_is_one_post_to_the_endpoint_and_its_trimmed_
     EXPECT_THAT(noted.limits, ElementsAre(45s));
 }
 
-TEST_F(AIServiceTest,
-    a_connection_test_names_the_model_it_reached_and_does_not_read_the_reply_as_a_translation_does) {
+TEST_F(AIServiceTest, a_connection_test_names_the_model_it_reached_and_does_not_read_the_reply) {
     settings.model = u" "_s;
     standIn.replies(StandInReply::withBody(204, {}));
     EXPECT_EQ(outcomeOf(testConnection()).text, u"Kết nối thành công tới model 'kavo/gemini-3.8-flash'!"_s);
@@ -166,17 +165,6 @@ TEST(ErrorPageTest, never_holds_the_window_up) {
         (void)bodyAsMessage(part.repeated(200'000 / part.size()) + "<html>");
         EXPECT_LT(time.elapsed(), 1000) << part.constData();
     }
-}
-
-TEST(TranslationToneTest, every_tone_is_found_by_its_label_and_by_nothing_else) {
-    QSet<QString> instructions;
-    for (const TranslationTone& tone : TranslationTone::allCases()) {
-        EXPECT_EQ(TranslationTone::fromRawValue(tone.rawValue()), tone);
-        instructions.insert(tone.promptInstruction());
-    }
-    EXPECT_EQ(instructions.size(), 4);
-    for (const QString& other : {u"tự nhiên"_s, u"Tự nhiên "_s, QString()})
-        EXPECT_EQ(TranslationTone::fromRawValue(other), std::nullopt) << qPrintable(other);
 }
 
 TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers_of_its_own) {

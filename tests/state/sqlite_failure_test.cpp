@@ -174,8 +174,7 @@ TEST_F(SqliteFailureTest, another_process_that_locks_the_file_neither_freezes_no
     EXPECT_FALSE(QFile::exists(path() + u".damaged-1"_s)) << "a lock is no damage";
 }
 
-TEST_F(
-    SqliteFailureTest, damage_under_the_running_program_is_told_once_and_repaired_when_a_value_is_written) {
+TEST_F(SqliteFailureTest, damage_under_the_running_program_is_told_once_and_repaired_by_the_next_write) {
     makeStore(u"key"_s, QByteArray(1'000'000, 'x'));
     SqliteKeyValueStore store(path());
     store.setValue(u"small"_s, u"chosen by the user"_s);

@@ -193,8 +193,7 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
     EXPECT_EQ(input->text(), u"new"_s);
 }
 
-TEST_F(
-    FoundText, what_is_read_for_a_panel_that_was_left_can_be_seen_and_ended_and_is_told_where_the_user_is) {
+TEST_F(FoundText, that_is_read_for_a_panel_that_was_left_can_be_ended_and_is_told_where_the_user_is) {
     pictureSays(u"seen"_s);
     recognizer.isSlow = true;
     const auto leaveWhileReading = [this] {

@@ -138,8 +138,7 @@ TEST_F(KeyboardPlace, fields_that_leave_with_the_keyboard_leave_it_where_no_key_
     EXPECT_THAT(texts().filter(u"chưa được gửi đi"_s), IsEmpty());
 }
 
-TEST_F(KeyboardPlace,
-    a_button_that_leaves_with_what_it_stands_in_does_not_hand_the_keyboard_to_one_that_does_things) {
+TEST_F(KeyboardPlace, of_a_button_that_leaves_with_what_it_stands_in_is_no_other_that_does_things) {
     useOwnEndpoint();
     open();
     type(u"text"_s);

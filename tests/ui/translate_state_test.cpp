@@ -226,8 +226,7 @@ TEST_F(PendingText, each_opening_of_the_popover_checks_fifty_milliseconds_later)
     }
 }
 
-TEST_F(PendingText,
-    a_request_between_two_openings_is_translated_once_although_the_panel_is_left_and_shown_again) {
+TEST_F(PendingText, that_comes_between_two_openings_is_translated_once_although_the_panel_is_shown_anew) {
     openPopover();
     desktop.clock.advance(30ms);
     request(u"picked"_s);

@@ -24,13 +24,6 @@ TEST_F(UpdateCheckTest, a_newer_version_is_asked_for_past_every_cache_and_offere
     EXPECT_THAT(noted.limits, ElementsAre(10s));
 }
 
-TEST_F(UpdateCheckTest, the_manifest_is_fetched_over_tls_only) {
-    const QUrl manifest = UpdateService::defaultManifest();
-    EXPECT_EQ(manifest.scheme(), u"https"_s);
-    EXPECT_EQ(manifest.path(), u"/version.json"_s);
-    EXPECT_FALSE(manifest.host().isEmpty());
-}
-
 TEST_F(UpdateCheckTest, only_who_asked_hears_that_there_is_nothing_new) {
     for (const QString& version : {u"1.0.9"_s, u"1.0.8"_s}) {
         service->updateInfo = offer(u"1.0.10"_s);
@@ -82,8 +75,7 @@ TEST_F(UpdateCheckTest, an_address_that_is_none_ends_the_check_at_once) {
     EXPECT_FALSE(service->isChecking());
 }
 
-TEST_F(
-    UpdateCheckTest, a_second_check_changes_nothing_while_one_runs_and_a_service_that_goes_takes_it_along) {
+TEST_F(UpdateCheckTest, a_second_check_changes_nothing_while_one_runs_and_the_services_end_ends_it) {
     server.replies(StandInReply::withBody(200, {}).delivered(Delivery::held));
     service->checkForUpdates(false);
     service->checkForUpdates(true);

@@ -153,9 +153,6 @@ TEST_F(HelperProcessTest, stays_while_it_is_at_work_or_kept_and_ends_by_the_end_
     clock.advance(5min);
     helper->setAtWork(false);
     EXPECT_EQ(helper->processId(), process) << "it ends on the next turn only, for more may come in this one";
-    helper->prepare(60s);
-    helper->prepare(10s);
-    clock.advance(59s);
     helper->keepFor(60s);
     clock.advance(59s);
     EXPECT_EQ(helper->processId(), process);

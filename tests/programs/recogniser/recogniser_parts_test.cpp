@@ -146,17 +146,12 @@ TEST(Reading, a_dash_as_high_as_wide_is_a_middle_dot) {
 }
 
 TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
-    struct Case {
-        QString text;
-        int marks;
-        bool isForeign;
-    };
-    const Case cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true}, {u"raíz"_s, 1, false},
-        {u"größer"_s, 1, true}, {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
-    for (const Case& given : cases) {
-        const Reading reading{{line(given.text)}};
-        EXPECT_EQ(reading.markCount(), given.marks) << given.text.toStdString();
-        EXPECT_EQ(reading.hasForeignLetters(), given.isForeign) << given.text.toStdString();
+    const std::tuple<QString, int, bool> cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true},
+        {u"raíz"_s, 1, false}, {u"größer"_s, 1, true}, {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
+    for (const auto& [text, marks, isForeign] : cases) {
+        const Reading reading{{line(text)}};
+        EXPECT_EQ(reading.markCount(), marks) << text.toStdString();
+        EXPECT_EQ(reading.hasForeignLetters(), isForeign) << text.toStdString();
     }
 }
 
