@@ -79,13 +79,11 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
     // The replies, the message in them, and whether a test of the connection tells it as well.
     const std::tuple<StandInReply, QString, bool> cases[] = {
         {StandInReply::error(500, u"quá tải %1"_s), u"quá tải %1"_s, true},
-        {StandInReply::error(407, u"m"_s), u"m"_s, true},
-        {StandInReply::error(304, u"m"_s), u""_s, false},
+        {StandInReply::error(407, u"m"_s), u"m"_s, true}, {StandInReply::error(304, u"m"_s), u""_s, false},
         {StandInReply::withBody(502, "Bad\nGateway "), u"Bad\nGateway "_s, false},
         {StandInReply::withBody(502, page.toUtf8()), u"502 Bad Gateway & co"_s, false},
         {StandInReply::withBody(503, {}), u""_s, false},
-        {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"), u"HTTP Status 403"_s, true},
-    };
+        {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"), u"HTTP Status 403"_s, true}};
     for (const auto& [reply, message, isInTest] : cases) {
         standIn.replies(reply);
         const QString start = u"Lỗi máy chủ (%1): "_s.arg(reply.status);
@@ -245,11 +243,8 @@ TEST(ReplyTest, an_error_message_is_read_only_from_an_error_object) {
         {R"({"error":{"message":" Quota "}})", u" Quota "_s},
         {R"({"error":{"message":"<html><title>Bad Gateway</title>"}})", u"Bad Gateway"_s},
         {R"({"error":{"message":"<html></html>"}})", u"<html></html>"_s},
-        {R"({"error":{"message":1}})", std::nullopt},
-        {R"({"error":"Quota"})", std::nullopt},
-        {R"({"message":"Quota"})", std::nullopt},
-        {"Quota", std::nullopt},
-    };
+        {R"({"error":{"message":1}})", std::nullopt}, {R"({"error":"Quota"})", std::nullopt},
+        {R"({"message":"Quota"})", std::nullopt}, {"Quota", std::nullopt}};
     for (const auto& [body, expected] : cases)
         EXPECT_EQ(errorMessage(body), expected) << body.constData();
 }

@@ -130,11 +130,8 @@ TEST(ShortcutWords, name_the_keys_of_a_pc_wherever_a_text_has_symbols_and_leave_
         {u"bấm ⌥D hoặc ⌘↵, rồi ⌥D"_s, u"bấm Alt + D hoặc Super + Enter, rồi Alt + D"_s,
             u"Alt + D, Super + Enter"_s},
         {u"(có ⌥, ⌘ hoặc ⌃). Bấm Esc"_s, u"(có Alt, Super hoặc Ctrl). Bấm Esc"_s, u"Alt, Super, Ctrl"_s},
-        {u"⌥ Option"_s, u"Alt"_s, u"Alt"_s},
-        {u"Tralio (↵ Enter)"_s, u"Tralio (↵ Enter)"_s, QString()},
-        {u"⌥"_s, u"Alt"_s, u"Alt"_s},
-        {QString(), QString(), QString()},
-    };
+        {u"⌥ Option"_s, u"Alt"_s, u"Alt"_s}, {u"Tralio (↵ Enter)"_s, u"Tralio (↵ Enter)"_s, QString()},
+        {u"⌥"_s, u"Alt"_s, u"Alt"_s}, {QString(), QString(), QString()}};
     for (const auto& [text, words, shortcuts] : cases) {
         EXPECT_EQ(keysInWords(text), words);
         EXPECT_EQ(shortcutsInWords(text), shortcuts);

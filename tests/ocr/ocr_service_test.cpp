@@ -153,10 +153,8 @@ TEST_F(OCRServiceTest, the_recogniser_is_asked_for_the_preferred_languages_that_
     const std::pair<std::optional<QStringList>, std::optional<QStringList>> cases[] = {
         {QStringList{u"ru-RU"_s, u"eo"_s, u"ja-JP"_s, u"en-US"_s, u"vi-VN"_s, u"vi-VT"_s},
             QStringList{u"vi-VT"_s, u"vi-VN"_s, u"en-US"_s, u"ja-JP"_s, u"ru-RU"_s}},
-        {QStringList{u"EN-us"_s, u"fr"_s, u"de_DE"_s}, std::nullopt},
-        {QStringList{}, std::nullopt},
-        {std::nullopt, std::nullopt},
-    };
+        {QStringList{u"EN-us"_s, u"fr"_s, u"de_DE"_s}, std::nullopt}, {QStringList{}, std::nullopt},
+        {std::nullopt, std::nullopt}};
     recognizer.reads({line(0.5, {u"x"_s})});
     for (const auto& [supported, asked] : cases) {
         recognizer.supported = supported;

@@ -55,16 +55,13 @@ TEST(TransportWords, tell_what_no_server_of_the_tests_does_and_of_the_base_url_o
     const std::pair<TransferFailure, const char*> cases[] = {
         {{.code = CURLE_COULDNT_CONNECT, .osError = ETIMEDOUT}, "hết thời gian chờ"},
         {{.code = CURLE_COULDNT_CONNECT, .osError = ENETUNREACH}, "kiểm tra kết nối Internet"},
-        {{.code = CURLE_GOT_NOTHING}, "mà không trả lời"},
-        {{.code = CURLE_RECV_ERROR}, "ngắt giữa chừng"},
+        {{.code = CURLE_GOT_NOTHING}, "mà không trả lời"}, {{.code = CURLE_RECV_ERROR}, "ngắt giữa chừng"},
         {{.code = CURLE_WEIRD_SERVER_REPLY}, "không đúng giao thức HTTP"},
-        {{.code = CURLE_BAD_CONTENT_ENCODING}, "Không giải mã"},
-        {{.code = CURLE_OUT_OF_MEMORY}, "mã 27"},
+        {{.code = CURLE_BAD_CONTENT_ENCODING}, "Không giải mã"}, {{.code = CURLE_OUT_OF_MEMORY}, "mã 27"},
         {{.code = CURLE_PEER_FAILED_VERIFICATION,
              .verifyResult = X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY},
             "không đáng tin cậy"},
-        {{.code = CURLE_SSL_CONNECT_ERROR}, "(TLS)"},
-    };
+        {{.code = CURLE_SSL_CONNECT_ERROR}, "(TLS)"}};
     for (const auto& [failure, part] : cases) {
         EXPECT_THAT(failureWords(failure, "model.test:8443", AddressOrigin::enteredByUser),
             testing::AllOf(testing::HasSubstr(part), testing::HasSubstr("model.test:8443")));
