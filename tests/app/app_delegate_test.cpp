@@ -1,7 +1,5 @@
 #include "app/app_delegate.h"
 
-#include <QCoreApplication>
-
 #include "app/shell_fixture.h"
 #include "common/on_change.h"
 

@@ -1,5 +1,3 @@
-#include <QCoreApplication>
-
 #include "app/app_delegate.h"
 #include "app/shell_fixture.h"
 #include "common/on_change.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QRect>
-
 #include "app/app_delegate.h"
 #include "support/debug_log_file.h"
 #include "ui/program_on_fakes.h"

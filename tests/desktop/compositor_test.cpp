@@ -7,11 +7,8 @@
 #include <stdexcept>
 
 #include "desktop/program_run.h"
-#include "desktop/test_session.h"
-#include "platform/linux/atspi/atspi_element.h"
 #include "platform/linux/atspi/atspi_front.h"
 #include "support/private_bus.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
@@ -46,9 +43,11 @@ public:
     /// Kills KDE's backend of the portal, as in a crash.
     void endPortalBackend() const {
         // "(uint32 1234,)"
-        const QString process = callOnBus(u"org.freedesktop.DBus"_s, u"/"_s,
+        const QString answer = callOnBus(u"org.freedesktop.DBus"_s, u"/"_s,
             u"org.freedesktop.DBus.GetConnectionUnixProcessID"_s, {m_backend});
-        run(u"kill"_s, {process.section(u' ', 1).chopped(2)});
+        const QString process = answer.section(u' ', 1).chopped(2);
+        run(u"kill"_s, {process});
+        EXPECT_TRUE(waitUntil([&] { return !QFile::exists(u"/proc/"_s + process); }));
     }
 
     /// Whether a window with this title is open.

@@ -247,8 +247,7 @@ TEST(WindowManager, that_prevents_the_stealing_of_the_focus_gives_it_to_the_popo
     }
 }
 
-TEST(WindowManager,
-    with_a_compositor_knows_the_shadow_and_may_fade_the_popover_but_closing_and_opening_count_at_once) {
+TEST(WindowManager, with_a_compositor_knows_the_shadow_and_may_fade_a_popover_that_opens_again_at_once) {
     VirtualDesktop desktop;
     desktop.startCompositor();
     ProgramRun program(desktop);
@@ -282,6 +281,7 @@ TEST(LowScreen, has_the_whole_popover_with_its_footer) {
 TEST(Appearance, grows_with_the_text_of_the_desktop_and_follows_its_colours_while_the_popover_is_open) {
     VirtualDesktop desktop;
     ScriptedPortal portal;
+    desktop.run(u"xsetroot"_s, {u"-solid"_s, u"#808080"_s});
     portal.setTextScale(1.5);
     portal.setColorScheme(1);
     ProgramRun program(desktop);

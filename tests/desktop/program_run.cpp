@@ -105,6 +105,18 @@ QString ProgramRun::shownName(const QString& beginning) const {
     return find(begins, budget).isNull() ? QString() : whole;
 }
 
+bool ProgramRun::goes(const QString& beginning, int seconds) const {
+    const auto begins = [&](const QString& name) { return name.startsWith(beginning); };
+    return waitUntil(
+        [&] {
+            const TimeBudget budget(answerLimit);
+            const bool isThere = !find(begins, budget).isNull();
+            const bool isAnswered = !applicationOf(processId(), {m_accessibility, budget}).isNull();
+            return !isThere && isAnswered && !budget.isSpent();
+        },
+        seconds);
+}
+
 QRect ProgramRun::areaOf(const QString& beginning) const {
     const TimeBudget budget(answerLimit);
     AtspiReference object = find([&](const QString& name) { return name == beginning; }, budget);
@@ -136,9 +148,10 @@ bool ProgramRun::click(const QString& beginning, int times) const {
         at(panel.center(), above ? 4 : 5);
         return false;
     });
-    if (isInSight)
-        at(area.center(), 1, times);
-    return isInSight;
+    if (!isInSight || !popoverArea().contains(area.center()))
+        return false;
+    at(area.center(), 1, times);
+    return true;
 }
 
 bool ProgramRun::clickTrayIcon(int button) const {

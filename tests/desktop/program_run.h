@@ -38,7 +38,8 @@ public:
         return waitUntil([this] { return isPopoverInFront(); });
     }
     [[nodiscard]] bool closes(int seconds = 15) const {
-        return waitUntil([this] { return !isPopoverShown(); }, seconds);
+        // Twice, since xdotool also finds none when some window goes while it looks.
+        return waitUntil([this] { return !isPopoverShown() && !isPopoverShown(); }, seconds);
     }
     /// The window of the tray icon; empty if there is none.
     [[nodiscard]] QString trayIcon() const;
@@ -54,25 +55,26 @@ public:
     [[nodiscard]] bool comes(const QString& beginning) const {
         return waitUntil([&] { return shows(beginning); });
     }
-    [[nodiscard]] bool goes(const QString& beginning) const {
-        return waitUntil([&] { return !shows(beginning); });
-    }
+    [[nodiscard]] bool goes(const QString& beginning, int seconds = 15) const;
+    /// The rectangle on the screen of the object with this name, or else one whose name starts so; invalid
+    /// while it is not shown.
+    [[nodiscard]] QRect areaOf(const QString& beginning) const;
 
     /// Clicks on the object with this name, or else one whose name starts so, once it exists; scrolls to it
-    /// if necessary. Several clicks are as fast as a double click. Returns whether the object was found.
+    /// if necessary. Several clicks are as fast as a double click. Returns whether the popover showed it.
     [[nodiscard]] bool click(const QString& beginning, int times = 1) const;
 
     /// Clicks on the tray icon, once it is there, with an X button number. Returns whether it was found.
     [[nodiscard]] bool clickTrayIcon(int button = 1) const;
 
-    /// Calls a method of the program's object on the session bus, with texts as arguments. The method replies
-    /// before it acts, and the second call's reply comes after that.
+    /// Calls a method of the program's object on the session bus, with texts as arguments, once the program
+    /// has taken earlier input. The method replies before it acts; at the return it has acted, if it does not
+    /// put that off.
     void callOnBus(const QString& method, const QStringList& texts = {}) const {
-        const auto call = [&](const QString& name, const QStringList& arguments) {
-            m_desktop.callOnBus(u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, name, arguments);
-        };
-        call(u"org.tralio.Tralio."_s + method, texts);
-        call(u"org.freedesktop.DBus.Introspectable.Introspect"_s, {});
+        m_desktop.awaitTurnOfProgram();
+        m_desktop.callOnBus(
+            u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s, u"org.tralio.Tralio."_s + method, texts);
+        m_desktop.awaitTurnOfProgram();
     }
 
     /// Presses the text hot key and waits for a request. Returns the text that the stand-in received; a null
@@ -93,14 +95,12 @@ public:
 
     /// Closes the popover, so that the former application has the focus again. Returns whether it closed.
     [[nodiscard]] bool closePopover() const {
+        const bool isInFront = comesToFront();
         m_desktop.xdotool(u"key Escape"_s);
-        return closes();
+        return isInFront && closes();
     }
 
 private:
-    /// The rectangle on the screen of the object with this name, or else one whose name starts so; invalid
-    /// while it is not shown.
-    [[nodiscard]] QRect areaOf(const QString& beginning) const;
     [[nodiscard]] AtspiReference find(
         const std::function<bool(const QString&)>& isWanted, const TimeBudget& budget) const;
 

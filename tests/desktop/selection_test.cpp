@@ -42,7 +42,7 @@ TEST_F(Selection, of_editors_and_of_a_terminal_is_translated_and_the_clipboard_s
     const auto selectInQt = [&] {
         const QString editor =
             desktop.startInFront(u"featherpad"_s, u"featherpad"_s, {u"--standalone"_s, path});
-        desktop.press(u"ctrl+a"_s);
+        EXPECT_TRUE(desktop.selectsAll(sentence));
         return editor;
     };
     const auto selectInTerminal = [&] {
@@ -69,19 +69,21 @@ TEST_F(Selection, of_editors_and_of_a_terminal_is_translated_and_the_clipboard_s
 
 TEST_F(Selection, of_another_application_is_none_of_a_terminals_which_is_not_interrupted_either) {
     desktop.selectInEditor(sentence);
-    ASSERT_TRUE(waitUntil([this] { return desktop.primary() == sentence; }));
     // Terminals recognised by their class, by the window's instance and its program, and by the
     // pseudo-terminal that they serve.
     const QString unknown = desktop.home() + u"/scratchpad"_s;
+    const QString interrupted = desktop.home() + u"/interrupted"_s;
     ASSERT_TRUE(QFile::copy(QStandardPaths::findExecutable(u"xterm"_s), unknown));
     for (const auto& [terminal, windowClass] :
         {std::pair(u"xterm"_s, u"XTerm"_s), {u"xterm"_s, u"Scratchpad"_s}, {unknown, u"Scratchpad"_s}}) {
         const QString window = desktop.startInFront(windowClass, terminal,
             {u"-class"_s, windowClass, u"-e"_s, u"sh"_s, u"-c"_s,
-                u"trap \"touch '%1/interrupted'\" INT; while true; do sleep 1; done"_s.arg(desktop.home())});
+                u"trap \"touch '%1'\" INT; while true; do sleep 1; done"_s.arg(interrupted)});
         EXPECT_TRUE(program.translatesNothing());
-        EXPECT_FALSE(QFile::exists(desktop.home() + u"/interrupted"_s));
-        EXPECT_TRUE(desktop.isVisible(windowClass));
+        EXPECT_FALSE(QFile::exists(interrupted));
+        ASSERT_EQ(desktop.bringToFront(windowClass), window);
+        desktop.press(u"ctrl+c"_s);
+        EXPECT_TRUE(waitUntil([&] { return QFile::remove(interrupted); })) << "what is tested?";
         desktop.xdotool(u"windowkill "_s + window);
     }
 }
@@ -127,8 +129,9 @@ TEST_F(Selection, is_translated_whatever_becomes_of_the_keyboard_and_of_the_wind
     for (const auto& change : changes) {
         SCOPED_TRACE(&change - changes);
         change();
+        desktop.awaitTurnOfProgram();
         ASSERT_FALSE(desktop.bringToFront(u"Mousepad"_s).isEmpty());
-        desktop.press(u"ctrl+a"_s);
+        ASSERT_TRUE(desktop.selectsAll(sentence));
         expectTranslated();
     }
     ASSERT_TRUE(program.closePopover());

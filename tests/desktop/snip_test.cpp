@@ -193,8 +193,10 @@ TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
     open();
     QProcess second;
     second.setProcessEnvironment(desktop.environment());
+    const Stopwatch waiting;
     second.start(QStringLiteral(TRALIO_SNIP), {u"-i"_s, path + u"2"_s});
     ASSERT_TRUE(second.waitForFinished(5000));
+    EXPECT_GT(waiting.elapsed(), 900);
     EXPECT_NE(second.exitCode(), 0);
     EXPECT_TRUE(second.readAllStandardError().contains("another program"));
 
@@ -209,12 +211,8 @@ TEST_F(RegionPicker, waits_a_little_for_a_program_that_holds_the_input) {
 }
 
 TEST_F(RegionPicker, says_what_is_wrong_before_the_user_draws) {
-    const std::pair<QString, QStringList> cases[] = {
-        {desktop.home() + u"/none/picture.png"_s, {}},
-        {desktop.home(), {}},
-        {path, {u"DISPLAY=:4711"_s}},
-        {path, {u"XDG_SESSION_TYPE=wayland"_s}},
-    };
+    const std::pair<QString, QStringList> cases[] = {{desktop.home() + u"/none/picture.png"_s, {}},
+        {desktop.home(), {}}, {path, {u"DISPLAY=:4711"_s}}, {path, {u"XDG_SESSION_TYPE=wayland"_s}}};
     for (const auto& [output, settings] : cases) {
         start(output, settings);
         EXPECT_GT(finish(), 0);

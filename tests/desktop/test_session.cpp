@@ -4,7 +4,6 @@
 
 #include <stdexcept>
 
-#include "support/files.h"
 #include "support/private_bus.h"
 
 namespace tralio {
@@ -43,9 +42,9 @@ TestSession::~TestSession() {
     }
 }
 
-void TestSession::startBus(const QStringList& services) {
-    const QStringList usual{u"org.a11y.Bus"_s, u"ca.desrt.dconf"_s, u"org.xfce.Xfconf"_s};
-    const QString configuration = writeBusConfiguration(home(), usual + services);
+void TestSession::startBus() {
+    const QString configuration =
+        writeBusConfiguration(home(), {u"org.a11y.Bus"_s, u"ca.desrt.dconf"_s, u"org.xfce.Xfconf"_s});
     QProcess& bus =
         start(u"dbus-daemon"_s, {u"--config-file="_s + configuration, u"--nofork"_s, u"--print-address=1"_s});
     const QString address = firstLine(bus);
@@ -55,8 +54,16 @@ void TestSession::startBus(const QStringList& services) {
 }
 
 void TestSession::setAccessibility(bool on) const {
-    callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties.Set"_s,
-        {u"org.a11y.Status"_s, u"IsEnabled"_s, on ? u"<true>"_s : u"<false>"_s});
+    const auto call = [&](const QString& method, const QStringList& value = {}) {
+        return callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s,
+            u"org.freedesktop.DBus.Properties."_s + method,
+            QStringList{u"org.a11y.Status"_s, u"IsEnabled"_s} + value);
+    };
+    const QString value = on ? u"<true>"_s : u"<false>"_s;
+    call(u"Set"_s, {value});
+    if (!call(u"Get"_s).contains(value))
+        throw std::runtime_error("accessibility cannot be switched");
+    awaitTurnOfProgram();
 }
 
 QProcess& TestSession::startIn(
@@ -77,7 +84,8 @@ QString TestSession::run(const QString& program, const QStringList& arguments) c
     process.setProcessEnvironment(m_environment);
     process.setStandardErrorFile(QProcess::nullDevice());
     process.start(program, arguments);
-    process.waitForFinished(10000);
+    if (!process.waitForFinished(10000))
+        throw std::runtime_error((program + u" does not end"_s).toStdString());
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 

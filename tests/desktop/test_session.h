@@ -40,7 +40,7 @@ public:
 
     /// Throws if `condition` does not come true after a program was started.
     static void awaitStart(const QString& program, const std::function<bool()>& condition, int seconds = 15);
-    /// Runs a program in this session to its end. Returns its output.
+    /// Runs a program in this session to its end. Returns its output. Throws if it does not end.
     QString run(const QString& program, const QStringList& arguments) const;
 
     /// The process id of `program` as a child of `process`; 0 if there is none.
@@ -61,6 +61,12 @@ public:
     QString callOnBus(const QString& service, const QString& object, const QString& method,
         const QStringList& arguments = {}) const;
 
+    /// Returns when the program, if it runs, has taken what came from the session bus or the screen before.
+    void awaitTurnOfProgram() const {
+        callOnBus(u"org.tralio.Tralio"_s, u"/org/tralio/Tralio"_s,
+            u"org.freedesktop.DBus.Introspectable.Introspect"_s);
+    }
+
     /// Starts Chromium with a new profile, and without its background activities.
     void startChromium(const QStringList& arguments);
 
@@ -72,7 +78,7 @@ public:
         return callOnBus(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus.GetAddress"_s)
             .section(u'\'', 1, 1);
     }
-    /// Sets the desktop's accessibility switch, which is on at first.
+    /// Sets the desktop's accessibility switch, which is on at first. The program then knows of it.
     void setAccessibility(bool on) const;
 
     /// Presses the hot key for the selected text.
@@ -81,9 +87,8 @@ public:
 protected:
     TestSession();
 
-    /// `services` are those that the bus may start in addition to accessibility and settings, which every
-    /// desktop has.
-    void startBus(const QStringList& services = {});
+    /// The bus may start accessibility and settings, which every desktop has.
+    void startBus();
 
     /// Waits for the first line that a program prints.
     static QString firstLine(QProcess& process);

@@ -27,7 +27,6 @@ int main(int argc, char** argv) {
         {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
             .currentVersion = bundleVersion(installation::infoPlist(programs)),
             .temporaryFolder = QDir::tempPath(),
-            .publicKey = qEnvironmentVariable("UPDATE_KEY"),
             .takesFromLoopback = true,
             .terminate =
                 [] {

@@ -102,10 +102,17 @@ QString VirtualDesktop::bringToFront(const QString& windowClass) const {
     return inFront ? window : QString();
 }
 
+bool VirtualDesktop::selectsAll(const QString& text) const {
+    return waitUntil([&] {
+        press(u"ctrl+a"_s);
+        return primary() == text;
+    });
+}
+
 QString VirtualDesktop::selectInEditor(const QString& text) {
     const QString editor =
         startInFront(u"Mousepad"_s, u"mousepad"_s, {u"--disable-server"_s, write(u"selected.txt"_s, text)});
-    press(u"ctrl+a"_s);
+    awaitStart(u"mousepad"_s, [&] { return selectsAll(text); });
     return editor;
 }
 

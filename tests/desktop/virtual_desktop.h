@@ -43,6 +43,9 @@ public:
     QString startTerminal(const QString& commands);
     /// Waits for a visible window of this class to be in front. Returns it; empty if it does not appear.
     QString bringToFront(const QString& windowClass) const;
+    /// Presses Ctrl+A until the application in front has selected `text`, which it may still be reading.
+    /// Returns whether it has.
+    [[nodiscard]] bool selectsAll(const QString& text) const;
     /// Starts a text editor with `text`, all of it selected. Returns its window, in front.
     QString selectInEditor(const QString& text);
     [[nodiscard]] bool isVisible(const QString& windowClass) const {

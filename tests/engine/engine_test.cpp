@@ -1,10 +1,8 @@
 #include "common/localized_error.h"
-#include "engine/ai_service.h"
 #include "engine/chat_completions.h"
 #include "engine/engine_test_support.h"
 #include "engine/provider_preset.h"
 #include "engine/translation_tone.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
@@ -31,8 +29,7 @@ TEST_F(AIServiceTest, a_translation_is_one_post_to_the_endpoint_and_its_trimmed_
     EXPECT_THAT(noted.limits, ElementsAre(45s));
 }
 
-TEST_F(AIServiceTest,
-    a_connection_test_names_the_model_it_reached_and_does_not_read_the_reply_as_a_translation_does) {
+TEST_F(AIServiceTest, a_connection_test_names_the_model_it_reached_and_does_not_read_the_reply) {
     settings.model = u" "_s;
     standIn.replies(StandInReply::withBody(204, {}));
     EXPECT_EQ(outcomeOf(testConnection()).text, u"Kết nối thành công tới model 'kavo/gemini-3.8-flash'!"_s);
@@ -82,13 +79,11 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
     // The replies, the message in them, and whether a test of the connection tells it as well.
     const std::tuple<StandInReply, QString, bool> cases[] = {
         {StandInReply::error(500, u"quá tải %1"_s), u"quá tải %1"_s, true},
-        {StandInReply::error(407, u"m"_s), u"m"_s, true},
-        {StandInReply::error(304, u"m"_s), u""_s, false},
+        {StandInReply::error(407, u"m"_s), u"m"_s, true}, {StandInReply::error(304, u"m"_s), u""_s, false},
         {StandInReply::withBody(502, "Bad\nGateway "), u"Bad\nGateway "_s, false},
         {StandInReply::withBody(502, page.toUtf8()), u"502 Bad Gateway & co"_s, false},
         {StandInReply::withBody(503, {}), u""_s, false},
-        {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"), u"HTTP Status 403"_s, true},
-    };
+        {StandInReply::withBody(403, "cut off in a letter: \xe1\xbb"), u"HTTP Status 403"_s, true}};
     for (const auto& [reply, message, isInTest] : cases) {
         standIn.replies(reply);
         const QString start = u"Lỗi máy chủ (%1): "_s.arg(reply.status);
@@ -170,24 +165,10 @@ TEST(ErrorPageTest, never_holds_the_window_up) {
     }
 }
 
-TEST(TranslationToneTest, every_tone_is_found_by_its_label_and_by_nothing_else) {
-    QSet<QString> instructions;
-    for (const TranslationTone& tone : TranslationTone::allCases()) {
-        EXPECT_EQ(TranslationTone::fromRawValue(tone.rawValue()), tone);
-        instructions.insert(tone.promptInstruction());
-    }
-    EXPECT_EQ(instructions.size(), 4);
-    for (const QString& other : {u"tự nhiên"_s, u"Tự nhiên "_s, QString()})
-        EXPECT_EQ(TranslationTone::fromRawValue(other), std::nullopt) << qPrintable(other);
-}
-
 TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers_of_its_own) {
     const QUrl endpoint(u"https://a.test/v1/chat/completions"_s);
-    const std::pair<QString, QByteArray> cases[] = {
-        {u"  sk-1 \n"_s, "Bearer sk-1"},
-        {u"sk-1\r\nX-Injected: yes\nmore\0"_s, "Bearer sk-1X-Injected: yesmore"},
-        {u" \t\r\n"_s, {}},
-    };
+    const std::pair<QString, QByteArray> cases[] = {{u"  sk-1 \n"_s, "Bearer sk-1"},
+        {u"sk-1\r\nX-Injected: yes\nmore\0"_s, "Bearer sk-1X-Injected: yesmore"}, {u" \t\r\n"_s, {}}};
     for (const auto& [key, expected] : cases) {
         const HttpRequest request = buildRequest(endpoint, key);
         EXPECT_EQ(request.url, endpoint);
@@ -246,17 +227,13 @@ TEST(ReplyTest, the_text_is_read_only_when_every_step_to_it_has_the_right_type) 
         {R"({"choices":[{"message":{"content":null}}]})", std::nullopt},
         {"{\"choices\":[{\"message\":{\"content\":\"caf\xe9\"}}]}", std::nullopt},
         {R"({"choices":[{"message":{"content":7}}]})", std::nullopt},
-        {R"({"choices":[{"message":"a"}]})", std::nullopt},
-        {R"({"choices":[{}]})", std::nullopt},
+        {R"({"choices":[{"message":"a"}]})", std::nullopt}, {R"({"choices":[{}]})", std::nullopt},
         {R"({"choices":[]})", std::nullopt},
         {R"({"choices":[{"message":{"content":"a"}},"b"]})", std::nullopt},
-        {R"({"choices":{"0":{"message":{"content":"a"}}}})", std::nullopt},
-        {R"({})", std::nullopt},
+        {R"({"choices":{"0":{"message":{"content":"a"}}}})", std::nullopt}, {R"({})", std::nullopt},
         {R"([{"choices":[{"message":{"content":"a"}}]}])", std::nullopt},
         {R"({"choices":[{"message":{"content":"a"}}]} and more)", std::nullopt},
-        {R"({"choices":[{"message":{"content":"a"}})", std::nullopt},
-        {"", std::nullopt},
-    };
+        {R"({"choices":[{"message":{"content":"a"}})", std::nullopt}, {"", std::nullopt}};
     for (const auto& [body, expected] : cases)
         EXPECT_EQ(replyText(body), expected) << body.constData();
 }
@@ -266,11 +243,8 @@ TEST(ReplyTest, an_error_message_is_read_only_from_an_error_object) {
         {R"({"error":{"message":" Quota "}})", u" Quota "_s},
         {R"({"error":{"message":"<html><title>Bad Gateway</title>"}})", u"Bad Gateway"_s},
         {R"({"error":{"message":"<html></html>"}})", u"<html></html>"_s},
-        {R"({"error":{"message":1}})", std::nullopt},
-        {R"({"error":"Quota"})", std::nullopt},
-        {R"({"message":"Quota"})", std::nullopt},
-        {"Quota", std::nullopt},
-    };
+        {R"({"error":{"message":1}})", std::nullopt}, {R"({"error":"Quota"})", std::nullopt},
+        {R"({"message":"Quota"})", std::nullopt}, {"Quota", std::nullopt}};
     for (const auto& [body, expected] : cases)
         EXPECT_EQ(errorMessage(body), expected) << body.constData();
 }

@@ -1,14 +1,11 @@
 #pragma once
 
-#include <qcorotask.h>
-
-#include "engine/ai_error.h"
 #include "engine/ai_service.h"
 #include "platform/linux/helpers/helper_http_client.h"
+#include "support/ending.h"
 #include "support/fake_clock.h"
 #include "support/noted_idle_limits.h"
 #include "support/stand_in_model.h"
-#include "support/testing.h"
 
 namespace tralio {
 
@@ -23,24 +20,9 @@ struct Outcome {
     std::optional<AIError> aiError;
 };
 
-/// Runs the event loop until the operation ends. QCoro's own `waitFor` never returns from one that fails.
 inline Outcome outcomeOf(QCoro::Task<QString> task) {
-    Outcome outcome;
-    bool ended = false;
-    const auto record = [&]() -> QCoro::Task<void> {
-        try {
-            outcome.text = co_await task;
-        } catch (const LocalizedError& error) {
-            outcome.failed = true;
-            outcome.text = error.errorDescription();
-            if (const auto* aiError = dynamic_cast<const AIError*>(&error))
-                outcome.aiError = *aiError;
-        }
-        ended = true;
-    };
-    const QCoro::Task<void> recording = record();
-    EXPECT_TRUE(eventually([&ended] { return ended; })) << "the operation never ended";
-    return outcome;
+    const auto ending = endingOf(std::move(task));
+    return {!ending.result, ending.result.value_or(ending.failure), ending.aiError};
 }
 
 /// A service, and a stand-in for the model that its settings point at. Time stands still.

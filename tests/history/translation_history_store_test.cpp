@@ -167,19 +167,11 @@ TEST_F(TranslationHistoryStoreTest, any_order_of_keys_unknown_keys_and_either_sl
 TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_is_set_aside_by_the_next_change) {
     const QByteArray good = entry();
     const auto listOf = [](const QByteArray& one) { return QByteArray('[' + one + ']'); };
-    const StoredValue damaged[] = {
-        QString::fromUtf8(listOf(good)),
-        true,
-        qint64{1},
-        QByteArray("[" + good),
-        good,
-        listOf(good + ",null"),
-        listOf(good + ',' + entry().replace(R"("tone":"e",)", "")),
-        listOf(entry(R"(,"tone":null)")),
-        listOf(entry(R"(,"timestamp":"1")")),
+    const StoredValue damaged[] = {QString::fromUtf8(listOf(good)), true, qint64{1}, QByteArray("[" + good),
+        good, listOf(good + ",null"), listOf(good + ',' + entry().replace(R"("tone":"e",)", "")),
+        listOf(entry(R"(,"tone":null)")), listOf(entry(R"(,"timestamp":"1")")),
         listOf(entry(R"(,"id":"{0F8FAD5B-D9CB-469F-A165-70867728950E}")")),
-        listOf(entry(R"(,"id":"no id")")),
-    };
+        listOf(entry(R"(,"id":"no id")"))};
     for (const StoredValue& value : damaged) {
         EXPECT_EQ(read(value), QList<TranslationItem>());
         EXPECT_EQ(store.values[key], value);

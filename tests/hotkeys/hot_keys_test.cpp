@@ -96,13 +96,10 @@ TEST_F(HotKeys, exchange_their_combinations_whichever_is_changed_first) {
 TEST(ShortcutText, is_the_symbols_in_their_order_and_the_label_of_the_key) {
     constexpr quint32 capsLock = 0x10000, shift = 0x20000, control = 0x40000, option = 0x80000,
                       command = 0x100000, function = 0x800000;
-    const std::tuple<quint16, quint32, QString, quint32> cases[] = {
-        {2, command | shift, u"⇧ ⌘ D"_s, 768},
-        {18, option, u"⌥ Key 18"_s, 2048},
-        {49, control, u"⌃ Space"_s, 4096},
+    const std::tuple<quint16, quint32, QString, quint32> cases[] = {{2, command | shift, u"⇧ ⌘ D"_s, 768},
+        {18, option, u"⌥ Key 18"_s, 2048}, {49, control, u"⌃ Space"_s, 4096},
         {65535, capsLock | function, u"Key 65535"_s, 0},
-        {36, control | option | shift | command | capsLock, u"⌃ ⌥ ⇧ ⌘ Return"_s, 6912},
-    };
+        {36, control | option | shift | command | capsLock, u"⌃ ⌥ ⇧ ⌘ Return"_s, 6912}};
     for (const auto& [keyCode, flags, text, modifiers] : cases) {
         EXPECT_EQ(HotKeyService::readableShortcut(keyCode, flags), text);
         EXPECT_EQ(HotKeyService::carbonModifiers(flags), modifiers);
@@ -110,20 +107,15 @@ TEST(ShortcutText, is_the_symbols_in_their_order_and_the_label_of_the_key) {
 }
 
 TEST(Keys, are_labelled_by_what_they_mean_and_each_has_a_place_of_its_own) {
-    int labelled = 0;
     for (quint32 code = 0; code < 256; ++code) {
         const Key* key = keyWith(KeyCode{code});
         if (!key)
             continue;
         EXPECT_EQ(keyAtEvdev(key->evdev), key);
-        if (key->label.isEmpty())
-            continue;
-        ++labelled;
         EXPECT_TRUE(QString::fromLatin1(key->name).startsWith(key->label, Qt::CaseInsensitive)) << code;
         if (key->label.size() == 1)
             EXPECT_EQ(key->keysym, key->label.front().toLower().unicode()) << code;
     }
-    EXPECT_EQ(labelled, 30);
 }
 
 TEST(ShortcutWords, name_the_keys_of_a_pc_wherever_a_text_has_symbols_and_leave_the_rest_alone) {
@@ -138,11 +130,8 @@ TEST(ShortcutWords, name_the_keys_of_a_pc_wherever_a_text_has_symbols_and_leave_
         {u"bấm ⌥D hoặc ⌘↵, rồi ⌥D"_s, u"bấm Alt + D hoặc Super + Enter, rồi Alt + D"_s,
             u"Alt + D, Super + Enter"_s},
         {u"(có ⌥, ⌘ hoặc ⌃). Bấm Esc"_s, u"(có Alt, Super hoặc Ctrl). Bấm Esc"_s, u"Alt, Super, Ctrl"_s},
-        {u"⌥ Option"_s, u"Alt"_s, u"Alt"_s},
-        {u"Tralio (↵ Enter)"_s, u"Tralio (↵ Enter)"_s, QString()},
-        {u"⌥"_s, u"Alt"_s, u"Alt"_s},
-        {QString(), QString(), QString()},
-    };
+        {u"⌥ Option"_s, u"Alt"_s, u"Alt"_s}, {u"Tralio (↵ Enter)"_s, u"Tralio (↵ Enter)"_s, QString()},
+        {u"⌥"_s, u"Alt"_s, u"Alt"_s}, {QString(), QString(), QString()}};
     for (const auto& [text, words, shortcuts] : cases) {
         EXPECT_EQ(keysInWords(text), words);
         EXPECT_EQ(shortcutsInWords(text), shortcuts);

@@ -5,7 +5,6 @@
 
 #include "ocr/ocr_test_support.h"
 #include "ocr/reading_order.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
@@ -138,13 +137,9 @@ struct OCRServiceTest : testing::Test {
 };
 
 TEST_F(OCRServiceTest, the_text_is_the_best_candidates_in_reading_order_trimmed_and_joined) {
-    recognizer.reads({
-        line(0.1, {u"\u2003 ba  bốn \t"_s}),
-        line(0.3, {}),
-        line(0.5, {u" \n\u00a0"_s, u"second choice"_s}),
-        line(0.8, {u" một, "_s, u"mot"_s}),
-        {{0.95, 0.8, 0.1, 0.05}, {u"hai\n"_s}},
-    });
+    recognizer.reads(
+        {line(0.1, {u"\u2003 ba  bốn \t"_s}), line(0.3, {}), line(0.5, {u" \n\u00a0"_s, u"second choice"_s}),
+            line(0.8, {u" một, "_s, u"mot"_s}), {{0.95, 0.8, 0.1, 0.05}, {u"hai\n"_s}}});
     EXPECT_EQ(endingOf(service.recognizeText(image)).result, u"một,\nhai\nba  bốn"_s);
 
     const QUrl file = QUrl::fromLocalFile(u"/somewhere/ảnh.png"_s);
@@ -158,10 +153,8 @@ TEST_F(OCRServiceTest, the_recogniser_is_asked_for_the_preferred_languages_that_
     const std::pair<std::optional<QStringList>, std::optional<QStringList>> cases[] = {
         {QStringList{u"ru-RU"_s, u"eo"_s, u"ja-JP"_s, u"en-US"_s, u"vi-VN"_s, u"vi-VT"_s},
             QStringList{u"vi-VT"_s, u"vi-VN"_s, u"en-US"_s, u"ja-JP"_s, u"ru-RU"_s}},
-        {QStringList{u"EN-us"_s, u"fr"_s, u"de_DE"_s}, std::nullopt},
-        {QStringList{}, std::nullopt},
-        {std::nullopt, std::nullopt},
-    };
+        {QStringList{u"EN-us"_s, u"fr"_s, u"de_DE"_s}, std::nullopt}, {QStringList{}, std::nullopt},
+        {std::nullopt, std::nullopt}};
     recognizer.reads({line(0.5, {u"x"_s})});
     for (const auto& [supported, asked] : cases) {
         recognizer.supported = supported;

@@ -1,6 +1,5 @@
 #include "ocr/screen_capture_service.h"
 
-#include "ocr/capture_tool.h"
 #include "ocr/ocr_test_support.h"
 #include "support/fake_clock.h"
 
@@ -103,11 +102,9 @@ TEST_F(ScreenCapture, a_drawn_region_becomes_text_step_by_step) {
 
 TEST_F(ScreenCapture, a_capture_without_a_picture_is_no_text_and_no_failure) {
     const std::tuple<const char*, qint32, std::optional<QByteArray>> cases[] = {
-        {"cancelled", 0, std::nullopt},
-        {"an empty file", 0, QByteArray()},
+        {"cancelled", 0, std::nullopt}, {"an empty file", 0, QByteArray()},
         {"a status other than zero, with a picture", 1, QByteArray("png")},
-        {"not started", CaptureTool::notStarted, std::nullopt},
-    };
+        {"not started", CaptureTool::notStarted, std::nullopt}};
     // What a tool leaves that is killed while it writes.
     tool.onRun = [this] {
         steps += u"draw"_s;

@@ -4,7 +4,6 @@
 #include "platform/linux/atspi/atspi_search.h"
 #include "platform/scripted_bus_object.h"
 #include "support/private_bus.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -84,13 +84,9 @@ TEST(CurrentSelection, may_be_a_password_when_it_is_one_word_but_for_a_plain_one
 
 TEST(CurrentSelection, of_an_input_field_of_gtk_4_is_believed_what_primary_has_too) {
     const std::tuple<QString, std::optional<PrimaryText>, bool> cases[] = {
-        {u"một câu"_s, PrimaryText{u"một câu"_s}, false},
-        {u"hunter2"_s, PrimaryText{u"hunter2"_s}, false},
-        {u"hunter2"_s, PrimaryText{u"một câu"_s}, true},
-        {u"hunter2"_s, std::nullopt, true},
-        {u"ba từ dài"_s, PrimaryText{u"một câu"_s}, true},
-        {u"một câu"_s, std::nullopt, false},
-    };
+        {u"một câu"_s, PrimaryText{u"một câu"_s}, false}, {u"hunter2"_s, PrimaryText{u"hunter2"_s}, false},
+        {u"hunter2"_s, PrimaryText{u"một câu"_s}, true}, {u"hunter2"_s, std::nullopt, true},
+        {u"ba từ dài"_s, PrimaryText{u"một câu"_s}, true}, {u"một câu"_s, std::nullopt, false}};
     for (const auto& [marked, primary, mayBePassword] : cases)
         EXPECT_EQ(mayBePasswordOfGtk4(marked, holding(primary)), mayBePassword) << marked.toStdString();
 }

@@ -253,6 +253,7 @@ TEST_F(PortalTest, a_backend_that_ends_costs_no_hot_key_but_one_that_ends_at_eve
         backend.registerService(name);
     }
     ASSERT_TRUE(isBound());
+    statuses.clear();
     backend.unregisterService(name);
     ASSERT_TRUE(isTold(HotKeyStatus::unavailable));
     EXPECT_EQ(desktop->calls.count(u"CreateSession"_s), 3);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/scripted_bus_object.h"
-#include "support/testing.h"
 
 namespace tralio {
 

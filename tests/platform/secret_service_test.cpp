@@ -3,9 +3,7 @@
 #include "platform/linux/secrets/secret_item.h"
 #include "platform/scripted_bus_object.h"
 #include "support/debug_log_file.h"
-#include "support/files.h"
 #include "support/private_bus.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -9,7 +9,6 @@
 #include "platform/linux/desktop/text_scale.h"
 #include "platform/linux/process/end_signals.h"
 #include "support/private_bus.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
@@ -60,7 +59,9 @@ TEST_F(Session, a_second_instance_has_the_first_open_with_its_token_and_does_not
     EXPECT_TRUE(opened.get());
     EXPECT_THAT(happened, ElementsAre(u"openof-the-second"_s));
 
+    const Stopwatch waiting;
     EXPECT_FALSE(second.openRunningInstance());  // this thread, which would answer, is the one that waits
+    EXPECT_LT(waiting.elapsed(), 10'000);
 }
 
 TEST(SessionBus, that_was_started_anew_has_the_name_again_and_a_missing_one_is_no_taken_name) {

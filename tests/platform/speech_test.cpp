@@ -3,7 +3,6 @@
 #include "platform/scripted_speech_daemon.h"
 #include "support/debug_log_file.h"
 #include "support/fake_clock.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {

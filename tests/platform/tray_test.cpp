@@ -2,7 +2,6 @@
 #include "platform/linux/tray/tray_menu.h"
 #include "platform/scripted_tray.h"
 #include "support/private_bus.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {

@@ -20,15 +20,9 @@ struct Speech : testing::Test {
 TEST_F(Speech, english_has_its_own_voice_and_every_other_language_the_vietnamese_one) {
     const QStringList english{u"en-US"_s};
     const QStringList vietnamese{u"vi-VN"_s, u"en-US"_s};
-    const std::pair<QString, QStringList> cases[] = {
-        {u"Tiếng Anh"_s, english},
-        {u"TIẾNG ANH"_s, english},
-        {u"EN"_s, english},
-        {u"Tiếng Việt"_s, vietnamese},
-        {u"Tiếng Nhật"_s, vietnamese},
-        {u"en-US"_s, vietnamese},
-        {QString(), vietnamese},
-    };
+    const std::pair<QString, QStringList> cases[] = {{u"Tiếng Anh"_s, english}, {u"TIẾNG ANH"_s, english},
+        {u"EN"_s, english}, {u"Tiếng Việt"_s, vietnamese}, {u"Tiếng Nhật"_s, vietnamese},
+        {u"en-US"_s, vietnamese}, {QString(), vietnamese}};
     for (const auto& [language, voices] : cases) {
         service->speak(u" \n xin chào\u00a0\u2029 "_s, language);
         EXPECT_EQ(synthesizer.reading, (Utterance{u"xin chào"_s, voices})) << language.toStdString();

@@ -1,5 +1,4 @@
 #include "state/sqlite_store_test.h"
-#include "support/process_limits.h"
 
 namespace tralio {
 namespace {
@@ -44,14 +43,8 @@ TEST_F(SqliteFailureTest, a_damaged_or_foreign_file_is_set_aside_and_never_over_
     badPage.replace(4096, 2048, QByteArray(2048, '\xff'));
     QByteArray badHeader = good;
     badHeader.replace(0, 16, QByteArray(16, 'x'));
-    const QByteArray contents[] = {
-        QByteArray("this is not a database\n").repeated(1000),
-        contentOf(foreign),
-        badPage,
-        badHeader,
-        good.first(good.size() / 2),
-        good.first(50),
-    };
+    const QByteArray contents[] = {QByteArray("this is not a database\n").repeated(1000), contentOf(foreign),
+        badPage, badHeader, good.first(good.size() / 2), good.first(50)};
     int number = 0;
     for (const QByteArray& damaged : contents) {
         const QString name = u"tralio.sqlite.damaged-%1"_s.arg(++number);
@@ -181,8 +174,7 @@ TEST_F(SqliteFailureTest, another_process_that_locks_the_file_neither_freezes_no
     EXPECT_FALSE(QFile::exists(path() + u".damaged-1"_s)) << "a lock is no damage";
 }
 
-TEST_F(
-    SqliteFailureTest, damage_under_the_running_program_is_told_once_and_repaired_when_a_value_is_written) {
+TEST_F(SqliteFailureTest, damage_under_the_running_program_is_told_once_and_repaired_by_the_next_write) {
     makeStore(u"key"_s, QByteArray(1'000'000, 'x'));
     SqliteKeyValueStore store(path());
     store.setValue(u"small"_s, u"chosen by the user"_s);

@@ -15,24 +15,16 @@ TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_t
     QByteArray everyByte;
     for (int byte = 0; byte < 256; ++byte)
         everyByte.append(static_cast<char>(byte));
-    const std::vector<std::pair<QString, StoredValue>> values = {
-        {u"empty text"_s, u""_s},
-        {u"text with NUL"_s, u"a\0b\0"_s},
-        {u"text with a byte order mark"_s, u"\ufeffa\ufeff"_s},
+    const std::vector<std::pair<QString, StoredValue>> values = {{u"empty text"_s, u""_s},
+        {u"text with NUL"_s, u"a\0b\0"_s}, {u"text with a byte order mark"_s, u"\ufeffa\ufeff"_s},
         {u"decomposed"_s, u"Tự nhiên"_s.normalized(QString::NormalizationForm_D)},
         {u"outside the basic plane"_s, u"👨‍👩‍👧‍👦 𠮷 \U0010ffff \uffff \u202e"_s},
-        {u"text that looks like a number"_s, u"007"_s},
-        {u"true"_s, true},
-        {u"false"_s, false},
+        {u"text that looks like a number"_s, u"007"_s}, {u"true"_s, true}, {u"false"_s, false},
         {u"smallest"_s, std::numeric_limits<qint64>::min()},
-        {u"largest"_s, std::numeric_limits<qint64>::max()},
-        {u"empty binary"_s, QByteArray()},
-        {u"every byte"_s, everyByte},
-        {u"megabytes"_s, everyByte.repeated(20'000)},
-        {u""_s, u"under the empty key"_s},
-        {u"'; DROP TABLE entries; --"_s, u"quoted"_s},
-        {u"ключ\0💥"_s, u"an odd key"_s},
-    };
+        {u"largest"_s, std::numeric_limits<qint64>::max()}, {u"empty binary"_s, QByteArray()},
+        {u"every byte"_s, everyByte}, {u"megabytes"_s, everyByte.repeated(20'000)},
+        {u""_s, u"under the empty key"_s}, {u"'; DROP TABLE entries; --"_s, u"quoted"_s},
+        {u"ключ\0💥"_s, u"an odd key"_s}};
     SqliteKeyValueStore store(path());
     for (const auto& [key, value] : values)
         store.setValue(key, value);

@@ -1,14 +1,10 @@
 #pragma once
 
-#include <QTemporaryDir>
-
-#include <memory>
 #include <sqlite3.h>
 #include <sys/stat.h>
 
 #include "state/sqlite_key_value_store.h"
 #include "support/debug_log_file.h"
-#include "support/files.h"
 #include "support/process_limits.h"
 #include "support/testing.h"
 

@@ -1,6 +1,5 @@
 #include "ui/kit/accessibility.h"
 
-#include <QAccessible>
 #include <QAccessibleActionInterface>
 
 #include "ui/kit/switch.h"

@@ -1,7 +1,6 @@
 #include "ui/kit/colors.h"
 
 #include <array>
-#include <vector>
 
 #include "support/testing.h"
 
@@ -33,30 +32,17 @@ TEST(Colors, every_role_has_a_colour_and_every_text_is_readable_in_both_schemes_
     using enum ColorRole;
     // Surfaces, the tints over them, and the texts on both.
     const std::tuple<ColorRole, ColorRole, std::vector<ColorRole>> grounds[] = {
-        {window, none, {text, secondary, placeholder, accentText, red}},
-        {window, accentBadge, {accentText}},
+        {window, none, {text, secondary, placeholder, accentText, red}}, {window, accentBadge, {accentText}},
         {control, none, {text, secondary, red}},
         {surface1, none, {text, secondary, placeholder, accentText, green, red}},
-        {surface1, selection, {text}},
-        {surface2, none, {text, secondary, accentText, green}},
-        {tabStrip, none, {text}},
-        {button, none, {text, secondary}},
-        {button, pressedOverlay, {text}},
-        {menu, none, {text}},
-        {textBackground, none, {text, placeholder, accentText}},
-        {textBackground, selection, {text}},
-        {accentTint, none, {text, secondary, accentText, red}},
-        {accentTint, greenBadge, {green}},
-        {accentFill, none, {onFill}},
-        {accentFill, fillPressedOverlay, {onFill}},
-        {redFill, none, {onFill}},
-        {greenTestTint, none, {green}},
-        {greenTint, greenStatusBadge, {green}},
-        {redTint, none, {red}},
-        {redTint, redStatusBadge, {red}},
-        {orangeTint, none, {orange}},
-        {tooltip, none, {tooltipText}},
-    };
+        {surface1, selection, {text}}, {surface2, none, {text, secondary, accentText, green}},
+        {tabStrip, none, {text}}, {button, none, {text, secondary}}, {button, pressedOverlay, {text}},
+        {menu, none, {text}}, {textBackground, none, {text, placeholder, accentText}},
+        {textBackground, selection, {text}}, {accentTint, none, {text, secondary, accentText, red}},
+        {accentTint, greenBadge, {green}}, {accentFill, none, {onFill}},
+        {accentFill, fillPressedOverlay, {onFill}}, {redFill, none, {onFill}}, {greenTestTint, none, {green}},
+        {greenTint, greenStatusBadge, {green}}, {redTint, none, {red}}, {redTint, redStatusBadge, {red}},
+        {orangeTint, none, {orange}}, {tooltip, none, {tooltipText}}};
     for (const char* accent :
         {"#0A84FF", "#8E5CF7", "#E8478B", "#E8731A", "#2FA84F", "#7A828E", "#FFFFFF", "#FFFF00", "none"}) {
         for (const Scheme scheme : {Scheme::light, Scheme::dark}) {

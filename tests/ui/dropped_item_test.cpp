@@ -1,8 +1,5 @@
 #include "ui/translate/dropped_item.h"
 
-#include <QFile>
-#include <QMimeData>
-
 #include <sys/stat.h>
 
 #include "ui/found_text_fixture.h"

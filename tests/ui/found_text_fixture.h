@@ -1,10 +1,5 @@
 #pragma once
 
-#include <QDir>
-#include <QTemporaryDir>
-#include <QThreadPool>
-
-#include "support/files.h"
 #include "ui/translate_panel_support.h"
 
 namespace tralio {

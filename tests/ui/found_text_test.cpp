@@ -57,12 +57,10 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
         {told, [&] { EXPECT_EQ(panel->textToInsert(clipboard, {}), std::nullopt); }},
         {told, [&] { EXPECT_EQ(panel->textToInsert(selection, {}), std::nullopt); }},
         {told, [&] { EXPECT_EQ(panel->textToInsert(drag, {}, tooLong), std::nullopt); }},
-        {told, [&] { appState.requestTranslation(tooLong); }},
-        {told, [&] { drop(u"a.png"_s, {}); }},
+        {told, [&] { appState.requestTranslation(tooLong); }}, {told, [&] { drop(u"a.png"_s, {}); }},
         {told, [&] { drop(u"a.txt"_s, tooLong.toUtf8()); }},
         {u"Văn bản quá dài (hơn 200.000 ký tự, tối đa 200.000)"_s,
-            [&] { drop(u"b.txt"_s, QByteArray(longestTextBytes + 10, 'a')); }},
-    };
+            [&] { drop(u"b.txt"_s, QByteArray(longestTextBytes + 10, 'a')); }}};
     for (const auto& [message, come] : ways) {
         panel->errorMessage = std::nullopt;
         come();
@@ -193,8 +191,7 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
     EXPECT_EQ(input->text(), u"new"_s);
 }
 
-TEST_F(
-    FoundText, what_is_read_for_a_panel_that_was_left_can_be_seen_and_ended_and_is_told_where_the_user_is) {
+TEST_F(FoundText, that_is_read_for_a_panel_that_was_left_can_be_ended_and_is_told_where_the_user_is) {
     pictureSays(u"seen"_s);
     recognizer.isSlow = true;
     const auto leaveWhileReading = [this] {

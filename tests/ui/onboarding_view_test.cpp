@@ -1,6 +1,5 @@
 #include "ui/onboarding/onboarding_view.h"
 
-#include <QLineEdit>
 #include <QScrollBar>
 #include <QSignalSpy>
 

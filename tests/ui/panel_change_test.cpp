@@ -2,8 +2,6 @@
 #include <QDrag>
 #include <QScrollBar>
 
-#include <algorithm>
-
 #include "ui/history/history_row.h"
 #include "ui/kit/prompt_editor.h"
 #include "ui/kit/scroll_panel.h"
@@ -129,7 +127,7 @@ TEST_F(KeyboardPlace, fields_that_leave_with_the_keyboard_leave_it_where_no_key_
     press(Qt::Key_Space);
     press(Qt::Key_Return);
     EXPECT_FALSE(store.boolean(u"app_setting_auto_paste"_s).has_value());
-    EXPECT_TRUE(model.requests().isEmpty());
+    EXPECT_FALSE(hasControl(u"Đang kiểm tra..."_s));
     press(Qt::Key_Tab);
     EXPECT_FALSE(focusedTitle().isEmpty()) << "Tab goes on from there";
 
@@ -137,11 +135,10 @@ TEST_F(KeyboardPlace, fields_that_leave_with_the_keyboard_leave_it_where_no_key_
     pressUndo();
     ASSERT_NE(field(u"Tên Model"_s), nullptr);
     press(Qt::Key_Space);
-    EXPECT_TRUE(model.requests().isEmpty());
+    EXPECT_THAT(texts().filter(u"chưa được gửi đi"_s), IsEmpty());
 }
 
-TEST_F(KeyboardPlace,
-    a_button_that_leaves_with_what_it_stands_in_does_not_hand_the_keyboard_to_one_that_does_things) {
+TEST_F(KeyboardPlace, of_a_button_that_leaves_with_what_it_stands_in_is_no_other_that_does_things) {
     useOwnEndpoint();
     open();
     type(u"text"_s);

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <optional>
-
 #include "engine/ai_service.h"
-#include "ocr/ocr_service.h"
 #include "ocr/ocr_test_support.h"
 #include "ocr/screen_capture_service.h"
 #include "platform/linux/helpers/helper_http_client.h"
@@ -11,7 +8,6 @@
 #include "speech/speech_service.h"
 #include "state/app_settings.h"
 #include "state/app_state.h"
-#include "support/event_loop.h"
 #include "support/fake_desktop.h"
 #include "support/memory_key_value_store.h"
 #include "support/scripted_installer.h"

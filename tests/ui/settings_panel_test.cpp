@@ -1,12 +1,8 @@
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QSignalSpy>
 #include <QWidget>
 
-#include <memory>
-
 #include "hotkeys/permission_watch.h"
-#include "support/testing.h"
 #include "ui/kit/button.h"
 #include "ui/kit/keyboard_use.h"
 #include "ui/program_on_fakes.h"

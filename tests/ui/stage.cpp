@@ -1,6 +1,5 @@
 #include "ui/stage.h"
 
-#include <QApplication>
 #include <QPainter>
 
 #include "ui/kit/theme.h"

@@ -1,10 +1,5 @@
 #pragma once
 
-#include <QUrl>
-#include <QWidget>
-
-#include <memory>
-
 #include "ui/program_on_fakes.h"
 #include "ui/widget_support.h"
 

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <utility>
-
 #include "history/translation_history_store.h"
 #include "support/debug_log_file.h"
 #include "ui/program_on_fakes.h"

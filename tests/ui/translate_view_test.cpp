@@ -39,7 +39,7 @@ TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_i
     EXPECT_EQ(result(), u"one"_s);
     EXPECT_TRUE(hasControl(u"Ngôn ngữ nguồn: Tiếng Hàn"_s));
     EXPECT_TRUE(hasControl(u"Ngôn ngữ đích: Tiếng Nhật"_s));
-    EXPECT_EQ(model.requests().size(), 1);
+    EXPECT_FALSE(hasControl(u"Đang dịch bằng AI..."_s));
 
     click(u"Ngôn ngữ đích: Tiếng Nhật"_s);
     ASSERT_TRUE(hasControl(u"Tiếng Nhật"_s));
@@ -197,13 +197,11 @@ TEST_F(TranslateViewTest, the_keyboard_goes_on_where_it_was_when_a_button_is_dis
     waitForRequests(1);
     EXPECT_EQ(focused(), u"Đang dịch bằng AI..."_s);
     press(Qt::Key_Space);
-    EXPECT_EQ(model.requests().size(), 1);
     press(Qt::Key_Tab);
     EXPECT_EQ(focused(), u"Hủy"_s);
     for (int presses = 0; presses < 2; ++presses)
         press(Qt::Key_Space);
     EXPECT_FALSE(hasControl(u"Hủy"_s));
-    EXPECT_EQ(model.requests().size(), 1) << "the second press hits nothing";
 
     goTo(u"Tralio"_s, Qt::Key_Backtab);
     for (const QString& tab : {u"Lịch sử"_s, u"Cài đặt"_s}) {
@@ -216,6 +214,11 @@ TEST_F(TranslateViewTest, the_keyboard_goes_on_where_it_was_when_a_button_is_dis
     click(u"Cài đặt"_s);
     click(u"Tralio"_s);
     EXPECT_TRUE(find<MultilineEnterInputView>()->hasFocus());
+
+    model.translatesTo(u"done"_s);
+    press(Qt::Key_Return);
+    wait([this] { return result() == u"done"_s; });
+    EXPECT_EQ(model.requests().size(), 2) << "the second press of either button hit something";
 }
 
 TEST_F(TranslateViewTest, loading_the_panel_is_no_edit_and_a_result_keeps_its_selection) {

@@ -1,13 +1,9 @@
-#include <QProcess>
-#include <QTemporaryDir>
-
 #include <unistd.h>
 
 #include "common/localized_error.h"
 #include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/installation.h"
-#include "support/event_loop.h"
-#include "support/files.h"
+#include "support/ending.h"
 #include "support/process_limits.h"
 #include "support/testing.h"
 #include "update/info_plist.h"
@@ -51,19 +47,11 @@ struct BundleTest : testing::Test {
     }
 
     static QString faultOf(QCoro::Task<> check) {
-        QString words;
-        bool ended = false;
-        const auto wait = [&]() -> QCoro::Task<> {
-            try {
-                co_await std::move(check);
-            } catch (const LocalizedError& error) {
-                words = error.errorDescription();
-            }
-            ended = true;
+        const auto passes = [&]() -> QCoro::Task<bool> {
+            co_await std::move(check);
+            co_return true;
         };
-        wait();
-        EXPECT_TRUE(eventually([&] { return ended; }));
-        return words;
+        return endingOf(passes()).failure;
     }
 
     /// The words that a program has left in a file, waited for until it has ended the line.

@@ -1,14 +1,7 @@
 #pragma once
 
-#include <QTemporaryDir>
-#include <QTimeZone>
-
-#include <optional>
-
 #include "platform/linux/helpers/helper_http_client.h"
-#include "support/event_loop.h"
 #include "support/fake_clock.h"
-#include "support/files.h"
 #include "support/noted_idle_limits.h"
 #include "support/scripted_installer.h"
 #include "support/stand_in_model.h"

@@ -55,14 +55,11 @@ TEST_F(HelperProcessTest, starts_with_the_first_frame_and_brings_what_it_answers
 }
 
 TEST_F(HelperProcessTest, one_that_is_of_no_use_is_given_up_in_words_and_the_next_frame_starts_another) {
-    const std::pair<QByteArray, QString> cases[] = {
-        {"exit 0", u"ended"_s},
-        {"kill -SEGV $$", u"ended"_s},
+    const std::pair<QByteArray, QString> cases[] = {{"exit 0", u"ended"_s}, {"kill -SEGV $$", u"ended"_s},
         {"exit 3", u"Tralio vừa được cập nhật. Vui lòng thoát Tralio rồi mở lại."_s},
         {"exec >&-; exit 1", u"ended"_s},
         {"echo 'Warning: everything is fine'; exec sleep 100", u"nonsense"_s},
-        {"head -c 300 /dev/zero | tr '\\0' T; exec sleep 100", u"nonsense"_s},
-    };
+        {"head -c 300 /dev/zero | tr '\\0' T; exec sleep 100", u"nonsense"_s}};
     for (const auto& [commands, words] : cases) {
         losses.clear();
         came.clear();
@@ -156,9 +153,6 @@ TEST_F(HelperProcessTest, stays_while_it_is_at_work_or_kept_and_ends_by_the_end_
     clock.advance(5min);
     helper->setAtWork(false);
     EXPECT_EQ(helper->processId(), process) << "it ends on the next turn only, for more may come in this one";
-    helper->prepare(60s);
-    helper->prepare(10s);
-    clock.advance(59s);
     helper->keepFor(60s);
     clock.advance(59s);
     EXPECT_EQ(helper->processId(), process);
@@ -199,11 +193,8 @@ TEST(Helpers, take_no_part_of_a_message_and_nothing_longer_for_one) {
     };
     const auto isReply = [](const std::string& bytes) { return recogniser::decodeReply(bytes).has_value(); };
     const std::pair<std::string, std::function<bool(const std::string&)>> messages[] = {
-        {encode(http::Get{8, head, true}), isHttpRequest},
-        {encode(http::Cancel{9}), isHttpRequest},
-        {encode(recogniser::Request(image)), isRequest},
-        {encode(recogniser::Reply(twoLines)), isReply},
-    };
+        {encode(http::Get{8, head, true}), isHttpRequest}, {encode(http::Cancel{9}), isHttpRequest},
+        {encode(recogniser::Request(image)), isRequest}, {encode(recogniser::Reply(twoLines)), isReply}};
     for (const auto& [frame, passes] : messages) {
         frames::Reader reader(http::maximumRequest);
         reader.add(frame);

@@ -3,7 +3,6 @@
 #include <csignal>
 #include <unistd.h>
 
-#include "common/clock.h"
 #include "platform/helpers/text_recognizer_fixture.h"
 #include "support/process_limits.h"
 

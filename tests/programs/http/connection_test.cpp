@@ -4,7 +4,6 @@
 
 #include "programs/http/file_descriptor.h"
 #include "programs/http/http_test_support.h"
-#include "support/files.h"
 
 namespace tralio {
 namespace {
@@ -17,12 +16,9 @@ TEST_F(HttpTest, a_connection_made_beforehand_serves_unless_anything_has_come_ov
         if (!peer.readRequest().isEmpty())
             peer.send(reply("by " + QByteArray::number(peer.number)));
     };
-    const std::pair<const char*, Script> cases[] = {
-        {"ready", answer},
+    const std::pair<const char*, Script> cases[] = {{"ready", answer},
         {"spoke", [](Connection& peer) { peer.send(reply("nobody asked")); }},
-        {"reset", [](Connection& peer) { peer.reset(); }},
-        {"ended", [](Connection&) {}},
-    };
+        {"reset", [](Connection& peer) { peer.reset(); }}, {"ended", [](Connection&) {}}};
     for (const auto& [what, first] : cases) {
         const bool isReady = QByteArray(what) == "ready";
         RawServer server([&, first = first](Connection& peer) {
@@ -214,14 +210,10 @@ TEST_F(HttpProxyTest, a_proxy_of_socks_tells_what_it_did_not_reach_and_is_not_bl
     };
     const QString named = u"m\u00f6bel.vn"_s;  // in the user's letters
     const QString unreached = u"proxy không kết nối được tới "_s + named;
-    const std::pair<Script, QString> cases[] = {
-        {socks(0), named + u" không phản hồi"_s},
-        {socks(1), unreached},
-        {socks(4), unreached},
-        {socks(5), unreached},
+    const std::pair<Script, QString> cases[] = {{socks(0), named + u" không phản hồi"_s},
+        {socks(1), unreached}, {socks(4), unreached}, {socks(5), unreached},
         {socks(2), u"Không thể kết nối qua máy chủ proxy"_s},
-        {[](Connection& peer) { peer.waitForEnd(); }, u"proxy không phản hồi"_s},
-    };
+        {[](Connection& peer) { peer.waitForEnd(); }, u"proxy không phản hồi"_s}};
     for (const auto& [script, words] : cases)
         for (const QString& scheme : {u"http://"_s, u"https://"_s}) {
             RawServer proxy(script);

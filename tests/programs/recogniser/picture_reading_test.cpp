@@ -1,9 +1,6 @@
-#include <QTemporaryDir>
-
 #include "ocr/reading_order.h"
 #include "programs/recogniser/image_decoder.h"
 #include "programs/recogniser/picture_reader.h"
-#include "support/files.h"
 #include "support/pictures.h"
 #include "support/testing.h"
 

