@@ -33,11 +33,12 @@ QString defaultStorePath() {
 }
 
 SqliteKeyValueStore::SqliteKeyValueStore(QString path) : m_path(std::move(path)) {
+    const bool isFirst = store_file::isAbsent(m_path);
     try {
         open();
     } catch (const SqliteError& error) {
         fail(u"open", error);
-        setTrouble(StoreTrouble::unreadable);
+        setTrouble(isFirst ? StoreTrouble::unsaved : StoreTrouble::unreadable);
         return;
     }
     if (boolean(damageKey).value_or(false))

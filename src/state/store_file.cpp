@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
@@ -69,6 +70,13 @@ void createPrivately(const QString& path) {
     // Side files need the permissions of the file, or writing would fail because of them.
     for (const QString& suffix : suffixes)
         chmod(QFile::encodeName(file + suffix).constData(), status.st_mode & (S_IRUSR | S_IWUSR));
+}
+
+bool isAbsent(const QString& path) {
+    struct stat status {};
+    if (stat(QFile::encodeName(path).constData(), &status) != 0)
+        return errno == ENOENT || errno == ENOTDIR;
+    return S_ISREG(status.st_mode) && status.st_size == 0;
 }
 
 std::optional<QString> setAside(const QString& path) {

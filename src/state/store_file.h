@@ -13,6 +13,9 @@ namespace tralio::store_file {
 /// opened.
 void createPrivately(const QString& path);
 
+/// Whether there is surely no file, or one in which nothing has been stored.
+[[nodiscard]] bool isAbsent(const QString& path);
+
 /// Renames a damaged file and its side files to the first free name of the form "<name>.damaged-<number>", so
 /// that its contents may still be rescued. Returns the new name without its folder, or nothing if the file
 /// could not be renamed.

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 #include "common/debug_log.h"
@@ -42,12 +44,16 @@ HttpRequest archiveRequest(const QUrl& url) {
     return {url, {{"Accept-Encoding", "identity"}}};
 }
 
+/// Leaves a folder of another user alone, who could meanwhile put a link to one of ours in the place of what
+/// is inside. What is to take its place then fails in words.
 void removeWhateverIsAt(const QString& path) {
-    const QFileInfo entry(path);
-    if (entry.isDir() && !entry.isSymLink())
-        QDir(path).removeRecursively();
-    else
+    struct stat entry {};
+    if (lstat(QFile::encodeName(path).constData(), &entry) != 0)
+        return;
+    if (!S_ISDIR(entry.st_mode))
         QFile::remove(path);
+    else if (entry.st_uid == geteuid())
+        QDir(path).removeRecursively();
 }
 
 void writeScript(const QString& path, const QString& script) {

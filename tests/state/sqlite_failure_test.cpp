@@ -73,11 +73,16 @@ TEST_F(SqliteFailureTest, a_path_that_cannot_be_used_keeps_values_in_memory) {
     ASSERT_TRUE(QDir().mkpath(path(u"closed"_s)));
     setMode(path(u"closed"_s), 0);
     ASSERT_EQ(mkfifo(QFile::encodeName(path(u"pipe"_s)).constData(), 0600), 0);
-    for (const QString& unusable : {path(u"file/tralio.sqlite"_s), path(u"folder/tralio.sqlite"_s),
-             path(u"closed/tralio/tralio.sqlite"_s), path(u"pipe"_s), u"/proc/self/tralio/tralio.sqlite"_s}) {
+    using enum StoreTrouble;  // where nothing was stored, nothing is unreadable
+    for (const auto& [unusable, trouble] : {std::pair(path(u"file/tralio.sqlite"_s), unsaved),
+             std::pair(path(u"folder/tralio.sqlite"_s), unreadable),
+             std::pair(path(u"closed/tralio/tralio.sqlite"_s), unreadable),
+             std::pair(path(u"pipe"_s), unreadable),
+             std::pair(u"/proc/self/tralio/tralio.sqlite"_s, unsaved)}) {
         const DebugLogFile log;
         {
             SqliteKeyValueStore store(unusable);
+            EXPECT_EQ(store.trouble(), trouble) << unusable.toStdString();
             store.setValue(u"a"_s, qint64{0});
             store.setValue(u"a"_s, u"private"_s);
             EXPECT_EQ(store.value(u"a"_s), StoredValue(u"private"_s)) << unusable.toStdString();
@@ -251,6 +256,8 @@ TEST_F(SqliteFailureTest, what_a_full_disk_keeps_from_being_opened_for_writing_i
     EXPECT_EQ(store.value(u"old"_s), StoredValue(u"value"_s));
     EXPECT_EQ(store.value(u"new"_s), StoredValue(u"in the log"_s));
     EXPECT_EQ(store.trouble(), StoreTrouble::unsaved);
+    for ([[maybe_unused]] const char* start : {"the first", "the next"})
+        EXPECT_EQ(SqliteKeyValueStore(path(u"new"_s)).trouble(), StoreTrouble::unsaved) << start;
     full.reset();
     store.setValue(u"a"_s, true);
     EXPECT_EQ(store.trouble(), std::nullopt) << "all is written";

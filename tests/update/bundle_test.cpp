@@ -206,6 +206,8 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     const QString bomb = faultOfChanged(zip(u"bomb.zip"_s, {u"Tralio.app"_s}, u"bomb"_s),
         QByteArray::fromHex("00002000"), QByteArray::fromHex("03000000"));
     EXPECT_TRUE(bomb.contains(u"quá lớn")) << qPrintable(bomb);
+    BundleInstaller interrupted({.programs = {}, .unzip = u"kill $$; unzip"_s, .largestContent = 1 << 20});
+    EXPECT_THAT(faultOf(interrupted.checkArchive(path(whole))), AllOf(Ne(QString()), Ne(bomb)));
     ASSERT_TRUE(runToEnd(u"unzip"_s, {u"-Zt"_s, path(u"changed.zip"_s)}).contains(" 3 bytes uncompressed"));
 
     QByteArray content = contentOf(path(whole));

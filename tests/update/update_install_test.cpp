@@ -71,6 +71,13 @@ TEST_F(UpdateInstallTest, whatever_the_server_sends_counts_also_elsewhere_and_in
             ? moved
             : StandInReply::withBody(0, reply).delivered(Delivery::withoutStatus);
     });
+    // Another user, whom only root can feign, may put links where the folders inside are.
+    const QByteArray inTheWay = QFile::encodeName(zip);
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(inTheWay.constData(), nobody, gid_t(-1)), 0);
+        expectFailure(u"Lỗi khi lưu file cập nhật: Không ghi được "_s + zip);
+        ASSERT_EQ(chown(inTheWay.constData(), 0, gid_t(-1)), 0);
+    }
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
     EXPECT_EQ(contentOf(zip), "no zip at all");
     EXPECT_THAT(filesInFolder(), ElementsAre(u"Tralio-Update.zip"_s, u"tralio_updater.sh"_s));

@@ -137,8 +137,10 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
     const QStringList names = list(u"-Z1"_s, {});
     const QStringList kinds = list(u"-Zs"_s, u"'*'"_s);  // the pattern suppresses the header and the summary
     const ProgramResult measured = co_await runProgram(u"/bin/sh"_s, measure, archiveLimit);
+    if (measured.status != 0)
+        throw LocalizedError(u"Không bung thử được file cập nhật."_s);
     const qint64 content = measured.output.trimmed().toLongLong();
-    if (measured.status != 0 || content > m_places.largestContent)
+    if (content > m_places.largestContent)
         throw LocalizedError(
             u"File cập nhật bung ra quá lớn (tối đa %1 MB)."_s.arg(m_places.largestContent >> 20));
     const ProgramResult tested = co_await runProgram(m_places.unzip, test, archiveLimit);

@@ -20,6 +20,8 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 constexpr auto timeLimit = 2min;
+/// The clock may be set back meanwhile, or that of a file server be behind; and time stamps are rounded.
+constexpr std::chrono::seconds clocksDiffer = 10min;
 constexpr qint32 taken = 0;
 constexpr qint32 notTaken = 1;
 
@@ -42,7 +44,7 @@ bool take(const QUrl& picture, const QDateTime& begun, const QString& outputPath
 }  // namespace
 
 QCoro::Task<qint32> PortalCapture::run(QString outputPath) {
-    const QDateTime begun = QDateTime::currentDateTime().addSecs(-1);  // file systems round time stamps
+    const QDateTime begun = QDateTime::currentDateTime().addSecs(-clocksDiffer.count());
     const auto promise = std::make_shared<QPromise<PortalAnswer>>();
     promise->start();
     const QVariantMap options{{u"interactive"_s, true}};
