@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+#include <atomic>
 #include <mutex>
 #include <thread>
 
@@ -15,6 +16,8 @@ std::mutex& handOver() {
     return mutex;
 }
 
+std::atomic<int> jobs = 0;
+
 }  // namespace
 
 void start(std::function<HandOver()> job) {
@@ -22,11 +25,17 @@ void start(std::function<HandOver()> job) {
         qAddPostRoutine([] { handOver().lock(); });
         return true;
     }();
+    ++jobs;
     std::thread([job = std::move(job)] {
         const HandOver handOverResult = job();
         const std::lock_guard lock(handOver());
         handOverResult();
+        --jobs;
     }).detach();
+}
+
+bool isIdle() {
+    return jobs == 0;
 }
 
 }  // namespace tralio::background

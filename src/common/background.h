@@ -19,6 +19,9 @@ using HandOver = std::function<void()>;
 /// end nor other jobs may depend on it.
 void start(std::function<HandOver()> job);
 
+/// Whether all jobs have ended and handed over their results.
+[[nodiscard]] bool isIdle();
+
 }  // namespace background
 
 /// Runs `work`, which may take long, on another thread and returns its result; the caller resumes on its own

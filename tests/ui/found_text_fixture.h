@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/background.h"
 #include "ui/translate_panel_support.h"
 
 namespace tralio {
@@ -17,7 +18,7 @@ struct FoundText : TranslatePanel {
         return eventually([this] { return !panel->isOCROngoing(); });
     }
     /// Lets everything happen that a drop may lead to on other threads.
-    bool settles() { return QThreadPool::globalInstance()->waitForDone() && nextTurn() && recognitionEnds(); }
+    bool settles() { return eventually(&background::isIdle) && nextTurn() && recognitionEnds(); }
 
     QTemporaryDir folder;
 };
