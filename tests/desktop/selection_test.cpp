@@ -42,7 +42,10 @@ TEST_F(Selection, of_editors_and_of_a_terminal_is_translated_and_the_clipboard_s
     const auto selectInQt = [&] {
         const QString editor =
             desktop.startInFront(u"featherpad"_s, u"featherpad"_s, {u"--standalone"_s, path});
-        EXPECT_TRUE(desktop.selectsAll(sentence));
+        EXPECT_TRUE(waitUntil([&] {
+            return desktop.xdotool(u"getwindowname "_s + editor).contains(u"a.txt");
+        })) << "not read yet";
+        desktop.press(u"ctrl+a"_s);
         return editor;
     };
     const auto selectInTerminal = [&] {
