@@ -112,6 +112,8 @@ TEST(Keys, are_labelled_by_what_they_mean_and_each_has_a_place_of_its_own) {
         if (!key)
             continue;
         EXPECT_EQ(keyAtEvdev(key->evdev), key);
+        if (key->label.isEmpty())
+            continue;
         EXPECT_TRUE(QString::fromLatin1(key->name).startsWith(key->label, Qt::CaseInsensitive)) << code;
         if (key->label.size() == 1)
             EXPECT_EQ(key->keysym, key->label.front().toLower().unicode()) << code;
