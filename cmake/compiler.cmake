@@ -11,6 +11,7 @@ add_compile_options(-Wall -Wextra -Wpedantic
 add_link_options(-Wl,--as-needed "$<$<NOT:$<CONFIG:Debug>>:-Wl,--gc-sections;-Wl,-z,pack-relative-relocs>")
 
 add_compile_definitions(
+  _FILE_OFFSET_BITS=64  # network file systems have numbers that a 32-bit stat() refuses
   QT_NO_CAST_FROM_ASCII
   QT_NO_CAST_TO_ASCII
   QT_NO_FOREACH

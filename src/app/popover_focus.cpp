@@ -40,6 +40,7 @@ void PopoverFocus::shown() {
     // Only by what the window manager says: Qt's activation event may still be on its way.
     const bool isInFrontAlready = std::exchange(m_isOpen, true) && m_window.isInFront();
     m_isPressedOutside = false;
+    m_closing.takeBack();
     m_hadFocus = m_window.isActive() || isInFrontAlready;
     m_justClosed.isOver();
     m_motion.isOver();

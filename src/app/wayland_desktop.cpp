@@ -232,7 +232,7 @@ LateSelectionReader WaylandDesktop::selectionOnceFocused() {
         // With the accessibility bus, which reports the application in front, PRIMARY has been read already,
         // if it can be. A word that was left to a Copy which cannot be pressed here is the user's to send.
         if ((m_dataControl || m_xwayland) && m_switch.isOn())
-            deliver({m_primary->doubtfulWord(), LateSelection::Use::offer});
+            deliver({m_primary->takeDoubtfulWord(), LateSelection::Use::offer});
         else
             m_focusedSelection.read(std::move(deliver));
     };

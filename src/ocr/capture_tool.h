@@ -21,8 +21,8 @@ public:
     /// The chosen region is a PNG at `outputPath`; a user who cancels leaves no file there. Never fails.
     [[nodiscard]] virtual QCoro::Task<qint32> run(QString outputPath) = 0;
 
-    /// Whether the user may leave it open and go on working: it draws in a window of its own, not all over
-    /// the screen.
+    /// Whether the user may leave it open and go on working, since it may be a window like others and not one
+    /// all over the screen.
     [[nodiscard]] virtual bool isOrdinaryWindow() const { return false; }
 };
 

@@ -166,12 +166,19 @@ SqliteDatabase::SqliteDatabase(const QByteArray& name, int flags, std::chrono::m
         check(execute("PRAGMA locking_mode = EXCLUSIVE"));  // before anything else reads the file
     check(execute("PRAGMA cache_size = -64"));              // in KiB: no value is read twice
     checkIntegrity();
-    // A write-ahead log needs memory that all users of the file share, which those on other hosts cannot. A
-    // rollback journal is slower, and as safe only if every write waits for the disk. Without being asked,
-    // SQLite keeps to one on other file systems that support no log.
+    // A write-ahead log needs memory that all users of the file share, which those on other hosts cannot, and
+    // SQLite does not know that. A rollback journal is slower, and as safe only if every write waits for the
+    // disk.
     const bool isShared = store_file::liesOnShared(sqlite3_db_filename(handle, "main"));
-    execute(isShared ? "PRAGMA journal_mode = DELETE" : "PRAGMA journal_mode = WAL");
-    execute(isShared ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL");
+    bool hasLog = false;  // other file systems may support none either
+    sqlite3_exec(
+        handle, isShared ? "PRAGMA journal_mode = DELETE" : "PRAGMA journal_mode = WAL",
+        [](void* found, int, char** mode, char**) {
+            *static_cast<bool*>(found) = qstrcmp(mode[0], "wal") == 0;
+            return SQLITE_OK;
+        },
+        &hasLog, nullptr);
+    execute(hasLog ? "PRAGMA synchronous = NORMAL" : "PRAGMA synchronous = FULL");
     execute("PRAGMA journal_size_limit = 1048576");
     // a key that has moved to the keyring must not stay readable in the file
     execute("PRAGMA secure_delete = ON");

@@ -74,8 +74,12 @@ void createPrivately(const QString& path) {
 
 bool isAbsent(const QString& path) {
     struct stat status {};
-    if (stat(QFile::encodeName(path).constData(), &status) != 0)
-        return errno == ENOENT || errno == ENOTDIR;
+    if (stat(QFile::encodeName(path).constData(), &status) != 0) {
+        // A link may lead to a disk that is not there now.
+        const QFileInfo file(path);
+        return (errno == ENOENT || errno == ENOTDIR) && !file.isSymLink() &&
+            !QFileInfo(file.absolutePath()).isSymLink();
+    }
     return S_ISREG(status.st_mode) && status.st_size == 0;
 }
 

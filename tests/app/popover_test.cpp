@@ -112,6 +112,8 @@ TEST_F(PopoverFocusTest, what_is_dragged_to_it_brings_it_to_the_front_and_a_sele
     const auto nothing = [] {};
     EXPECT_FALSE(release(nothing, nothing));
     EXPECT_FALSE(isOpen) << "a selection";
+    (void)release(nothing, [this] { focus.shown(); });
+    EXPECT_TRUE(isOpen) << "the user has pressed the hot key meanwhile";
     EXPECT_FALSE(release(nothing, [this] { click(true); }));
     EXPECT_TRUE(isOpen) << "the user has clicked into it meanwhile";
     EXPECT_TRUE(release(nothing, drag)) << "told late";

@@ -243,6 +243,7 @@ TEST_F(PendingText, what_is_offered_is_put_into_the_input_and_not_sent) {
     desktop.clock.advance(1s);
     EXPECT_EQ(input->text(), u"maybe old"_s);
     EXPECT_FALSE(panel->isTranslating());
+    EXPECT_FALSE(log.messages().join(u'\n').contains(u"maybe"_s)) << "it may be a password";
     request(u"wanted"_s);
     desktop.clock.advance(1s);
     EXPECT_TRUE(panel->isTranslating());

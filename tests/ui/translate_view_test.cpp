@@ -69,6 +69,7 @@ TEST_F(TranslateViewTest, the_tool_row_counts_characters_and_fills_and_empties_t
     pictureSays(u"seen"_s);
     click(u"Chụp & Tralio"_s);
     EXPECT_TRUE(says(u"Đang quét chữ (OCR)..."_s));
+    EXPECT_FALSE(hasControl(u"Hủy"_s)) << "it ends nothing yet, nor does Escape, which closes the window";
     desktop.clock.advance(150ms);
     wait([this] { return result() == u"SEEN"_s; });
     EXPECT_EQ(input(), u"seen"_s);

@@ -110,6 +110,10 @@ bool TranslateState::isRecognizing() const {
     return isOCROngoing() || m_needs.appState.isReading();
 }
 
+bool TranslateState::canEndRecognition() const {
+    return m_awaitedPicture || m_needs.appState.isReading();
+}
+
 qsizetype TranslateState::linesRead() const {
     return m_needs.appState.linesRead();
 }
@@ -219,7 +223,9 @@ void TranslateState::swapLanguages() {
 void TranslateState::checkAndTriggerPendingTranslation() {
     AppState& appState = m_needs.appState;
     const QString pending = appState.pendingTextToTranslate();
-    debugLog(u"TranslateView.checkAndTriggerPendingTranslation: pendingText='" % excerpt(pending) % u"'");
+    // What is only offered may be a password.
+    debugLog(u"TranslateView.checkAndTriggerPendingTranslation: pendingText='" %
+        (appState.isPendingTextWanted ? excerpt(pending) : QString()) % u"'");
     const QString text = pending.trimmed();
     if (text.isEmpty())
         return;

@@ -84,6 +84,8 @@ public:
     [[nodiscard]] bool canTranslate() const;
     /// Whether a picture is being recognised, for this panel, a former one, or the shell.
     [[nodiscard]] bool isRecognizing() const;
+    /// Whether `cancel` ends it: not while the user still draws.
+    [[nodiscard]] bool canEndRecognition() const;
     /// The number of lines read of that picture.
     [[nodiscard]] qsizetype linesRead() const;
     /// A message that temporarily replaces the character count; empty otherwise.

@@ -210,7 +210,7 @@ void TranslateView::refresh() {
     const bool recognizing = m_state.isRecognizing();
     const bool hasNotice = !m_state.notice().isEmpty();  // shown first, since it is short-lived
     m_recognizing->setVisible(recognizing && !hasNotice);
-    m_escape->setEnabled(recognizing);
+    m_escape->setEnabled(m_state.canEndRecognition());
     m_linesRead->setText(recognizingText(m_state.linesRead()));
     m_characterCount->setVisible(!recognizing || hasNotice);
     showCount(input);
@@ -220,7 +220,7 @@ void TranslateView::refresh() {
     m_translate->setTitle(translating ? u"Đang dịch bằng AI..."_s : u"Tralio (↵ Enter)"_s);
     m_translate->setBusy(translating);
     m_translate->setEnabled(m_state.canTranslate());
-    const bool canCancel = translating || recognizing;
+    const bool canCancel = translating || m_state.canEndRecognition();
     if (!canCancel)
         restFocus(*m_resultBlock, *m_cancel);
     m_cancel->setVisible(canCancel);

@@ -21,6 +21,7 @@ FollowedPrimarySelection::FollowedPrimarySelection(Session session) : m_session(
 
 void FollowedPrimarySelection::noteChange() {
     m_owner = m_session.frontIdentity();
+    m_doubtfulWord.clear();
     const auto now = m_session.now();
     m_freshUntil = now + std::chrono::milliseconds(freshTime);
     m_trustedUntil = now + trustedTime;

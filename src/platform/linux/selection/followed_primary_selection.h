@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <functional>
+#include <utility>
 
 #include "platform/linux/selection/primary_selection.h"
 
@@ -35,8 +36,9 @@ public:
     /// `processId` is that of the application in front.
     std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) override;
 
-    /// The word that was last asked for and called a possible password, if it may just as well be another.
-    [[nodiscard]] QString doubtfulWord() const { return m_doubtfulWord; }
+    /// The word that was last asked for and called a possible password, if it may just as well be another;
+    /// once.
+    [[nodiscard]] QString takeDoubtfulWord() { return std::exchange(m_doubtfulWord, {}); }
 
 private:
     Session m_session;

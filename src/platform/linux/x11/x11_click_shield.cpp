@@ -15,7 +15,7 @@ X11ClickShield::X11ClickShield(X11Connection& connection, WId window) : m_connec
     if (!area || !place)
         return;
     m_shield = xcb_generate_id(xcb);
-    // Without an event mask the clicks would go on to the window below.
+    // Without an event mask the clicks would go on to the root window, and open the window manager's menus.
     const std::array<quint32, 2> values{1, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE};
     xcb_create_window(xcb, 0, m_shield, m_connection.root(), place->dst_x, place->dst_y, area->width,
         area->height, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,

@@ -36,6 +36,11 @@ X11Connection::X11Connection(xcb_connection_t* connection, int screen) : m_xcb(c
         xcb_res_query_version_reply(m_xcb, xcb_res_query_version(m_xcb, 1, 2), nullptr)};
     m_knowsClientIds = res && (res->server_major > 1 || res->server_minor >= 2);
 
+    if (auto* loop = QAbstractEventDispatcher::instance())
+        dispatchIn(*loop);
+}
+
+void X11Connection::dispatchIn(QAbstractEventDispatcher& loop) {
     auto* notifier = new QSocketNotifier(xcb_get_file_descriptor(m_xcb), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
         dispatchPending();
@@ -44,7 +49,7 @@ X11Connection::X11Connection(xcb_connection_t* connection, int screen) : m_xcb(c
             notifier->setEnabled(false);
     });
     // Waiting for a reply may have read events from the socket, which then does not become readable for them.
-    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this, [this] {
+    connect(&loop, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
         xcb_flush(m_xcb);
         while (auto* event = xcb_poll_for_queued_event(m_xcb))
             m_waiting.emplace_back(event);

@@ -13,6 +13,8 @@
 #include <vector>
 #include <xcb/xcb.h>
 
+class QAbstractEventDispatcher;
+
 namespace tralio {
 
 struct FreeMemory {
@@ -42,6 +44,8 @@ public:
     /// Every handler gets every event of the connection, from the event loop.
     void addEventHandler(EventHandler handler);
     /// Delivers the events that have arrived, without waiting for the event loop.
+    /// Events are dispatched by this event loop. On a thread without one they wait for who asks for them.
+    void dispatchIn(QAbstractEventDispatcher& loop);
     void dispatchPending();
 
     /// Waits for an event that `wanted` accepts and returns it; other events are delivered later, in order.
