@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QSessionManager>
 #include <QUrl>
 
 #include <csignal>
@@ -46,6 +47,16 @@ std::vector<QSize> sizesOfCompositorScreens() {
     return sizes;
 }
 
+/// Keeps out of the sessions that desktops save and restore: Tralio is started at login already, and being
+/// started a second time means opening the popover.
+void declineRestart(const QGuiApplication& application) {
+    const auto decline = [](QSessionManager& manager) {
+        manager.setRestartHint(QSessionManager::RestartNever);
+    };
+    QObject::connect(&application, &QGuiApplication::saveStateRequest, &application, decline);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, decline);
+}
+
 QWidget* makeContent(Services& services) {
     return new MainView({services.settings, services.hotKeys, services.ai, services.captures, services.ocr,
                             services.speech, services.updates, services.appState,
@@ -84,6 +95,7 @@ int main(int argc, char** argv) {
     std::optional<ToolkitPlatform> toolkitPlatform(std::in_place);
     std::optional<TextScale> textScale(std::in_place, &sizesOfCompositorScreens);
     QApplication application(argc, argv);
+    declineRestart(application);
     textScale.reset();
     toolkitPlatform.reset();
     QCoreApplication::setApplicationVersion(
