@@ -164,5 +164,48 @@ TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that
     EXPECT_THAT(news(), SizeIs(2)) << "the test's result, and how to record";
 }
 
+TEST_F(StageTest, the_keyboard_keeps_its_place_when_what_has_it_is_busy_or_gone) {
+    store.setValue(u"app_setting_preset_id"_s, u"custom"_s);
+    model.replies(StandInReply::error(401, u"no"_s).delivered(StandInReply::Delivery::held));
+    desktop.permissions.accessibility = false;
+    desktop.permissions.grantOnRequest = true;
+    open();
+    click(u"Cài đặt"_s);
+
+    focus(u"Kiểm tra"_s);
+    press(Qt::Key_Space);
+    press(Qt::Key_Space);  // the impatient second one
+    EXPECT_NE(store.boolean(u"app_setting_auto_paste"_s), false);
+    waitForRequests(1);
+    model.sendTheRest();
+    wait([this] { return !controls(u"Kiểm tra"_s).constFirst()->isBusy(); });
+    EXPECT_EQ(focusedTitle(), u"Kiểm tra"_s);
+    EXPECT_TRUE(controls(u"Kiểm tra"_s).constFirst()->showsFocusRing());
+
+    focus(u"Kiểm tra cập nhật"_s);
+    press(Qt::Key_Space);
+    EXPECT_EQ(focusedTitle(), QString());
+    waitForRequests(2);
+    model.sendTheRest();
+    wait([this] { return !updates.isChecking(); });
+    EXPECT_EQ(focusedTitle(), u"Kiểm tra cập nhật"_s);
+    model.replies(StandInReply::withBody(
+        200, R"({"version":"99","releaseNotes":"","downloadUrl":"https://a.example/"})"));
+    press(Qt::Key_Space);
+    wait([this] { return hasControl(u"Cập nhật ngay"_s); });
+    EXPECT_EQ(focusedTitle(), QString()) << "once more would install what was only looked for";
+
+    focus(u"Cần cấp quyền Trợ năng (Accessibility): Cấp quyền"_s);
+    desktop.permissions.screenCapture = false;
+    pass(1s);
+    EXPECT_EQ(focusedTitle(), u"Cấp quyền"_s) << "the other one is missing as well";
+    desktop.permissions.screenCapture = true;
+    press(Qt::Key_Space);
+    pass(1s);
+    EXPECT_EQ(focusedTitle(), QString()) << "the keyboard went on to something that the user does not expect";
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focusedTitle(), u"Cập nhật ngay"_s);
+}
+
 }  // namespace
 }  // namespace tralio
