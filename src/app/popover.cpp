@@ -159,8 +159,8 @@ void Popover::userDid(WindowSystem::Input what) {
         case Input::pointerMoved:
             m_focus.moved();
             break;
-        case Input::key:
-            m_focus.typed();
+        case Input::switchingKey:
+            m_focus.switched();
             break;
     }
 }

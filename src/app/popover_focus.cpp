@@ -107,8 +107,8 @@ void PopoverFocus::moved() {
         m_motion.isNow(m_clock);
 }
 
-void PopoverFocus::typed() {
-    m_motion.isOver();  // the keys of a window switcher take the focus away, not a motion before them
+void PopoverFocus::switched() {
+    m_motion.isOver();  // the switcher takes the focus away, not a motion before it
 }
 
 void PopoverFocus::movedInside() {

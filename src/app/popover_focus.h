@@ -59,8 +59,8 @@ public:
     void dragged();
     /// The pointer has moved, anywhere on the screen.
     void moved();
-    /// A key was pressed or released, anywhere.
-    void typed();
+    /// A key of window switchers was pressed or released, anywhere.
+    void switched();
     /// The pointer has moved over the popover; reported in every session.
     void movedInside();
     /// The pointer has left the popover, or another window now covers the place.

@@ -226,12 +226,11 @@ HotKeyService::Platform WaylandDesktop::hotKeyPlatform(Clock& clock) {
 }
 
 LateSelectionReader WaylandDesktop::selectionOnceFocused() {
-    if (m_dataControl && m_toplevels)
-        return {};
     return [this](std::function<void(const LateSelection&)> deliver) {
-        // With the accessibility bus, which reports the application in front, PRIMARY has been read already,
-        // if it can be. A word that was left to a Copy which cannot be pressed here is the user's to send.
-        if ((m_dataControl || m_xwayland) && m_switch.isOn())
+        // Where the application in front is known, PRIMARY has been read already, if it can be. A word that
+        // is left to a Copy which cannot be pressed is the user's to send.
+        const bool isFrontKnown = m_toplevels || m_switch.isOn();
+        if ((m_dataControl || m_xwayland) && isFrontKnown)
             deliver({m_primary->takeDoubtfulWord(), LateSelection::Use::offer});
         else
             m_focusedSelection.read(std::move(deliver));

@@ -10,7 +10,12 @@ namespace tralio {
 /// What a session offers for a window like the popover, beyond Qt.
 class WindowSystem {
 public:
-    enum class Input { buttonPressed, buttonReleased, pointerMoved, key };
+    enum class Input {
+        buttonPressed,
+        buttonReleased,
+        pointerMoved,
+        switchingKey  ///< Alt or Super, pressed or released
+    };
     using InputHandler = std::function<void(Input)>;
 
     WindowSystem() = default;

@@ -2,7 +2,19 @@
 
 #include <utility>
 
+#include "platform/linux/keyboard/key_codes.h"
+
 namespace tralio {
+namespace {
+
+/// Window switchers act upon these keys, with others or let go; nobody types with them alone.
+void tellOfKey(const WindowSystem::InputHandler& handler, quint8 x11KeyCode) {
+    const auto key = keyWithX11Code(x11KeyCode);
+    if (key == KeyCode::leftOption || key == KeyCode::leftCommand || key == KeyCode::rightCommand)
+        handler(WindowSystem::Input::switchingKey);
+}
+
+}  // namespace
 
 X11WindowSystem::X11WindowSystem(X11Connection& connection, X11RawInput& rawInput, Sees sees)
     : m_connection(connection), m_activator(connection), m_rawInput(rawInput), m_sees(sees) {}
@@ -20,7 +32,7 @@ void X11WindowSystem::watchInput(InputHandler handler) {
         if (event.kind == Kind::moved)
             handler(Input::pointerMoved);
         else if (event.kind == Kind::keyPressed || event.kind == Kind::keyReleased)
-            handler(Input::key);
+            tellOfKey(handler, static_cast<quint8>(event.detail));
         else if (!X11RawInput::isWheel(event.detail))
             handler(event.kind == Kind::buttonPressed ? Input::buttonPressed : Input::buttonReleased);
     });

@@ -132,7 +132,7 @@ TEST_F(PopoverFocusTest, what_is_dragged_to_it_brings_it_to_the_front_and_a_sele
 TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follows_the_pointer) {
     const std::map<QByteArray, std::function<void()>> steps = {{"moved", [this] { focus.moved(); }},
         {"inside", [this] { focus.movedInside(); }}, {"left", [this] { focus.left(); }},
-        {"typed", [this] { focus.typed(); }}, {"gain", [this] { gain(); }},
+        {"switched", [this] { focus.switched(); }}, {"gain", [this] { gain(); }},
         {"here", [this] { underPointer = true; }}, {"lose", [this] { lose(); }}};
     const std::tuple<QByteArray, bool, const char*> cases[] = {
         {"moved lose", true, "it has gone along with the pointer"},
@@ -141,7 +141,7 @@ TEST_F(PopoverFocusTest, the_keyboards_going_elsewhere_closes_it_unless_it_follo
         {"moved 40 moved 500 lose", true, "the window manager's delay, in which a motion tells nothing new"},
         {"lose", false, "left by the keyboard"},
         {"moved gain lose", false, "a motion before it had the keyboard has not taken it"},
-        {"moved typed lose", false, "a key after it has, as those of a window switcher do"},
+        {"moved switched lose", false, "a key after it has, as those of a window switcher do"},
         {"inside 600 left lose", false, "covered, with the pointer where it was"},
         {"inside left 150 lose", false, "the pointer had left before"},
         {"here moved lose", false, "the pointer is still here: it has taken nothing along"},

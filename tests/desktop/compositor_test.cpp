@@ -42,12 +42,13 @@ public:
     }
     /// Kills KDE's backend of the portal, as in a crash.
     void endPortalBackend() const {
-        // "(uint32 1234,)"
-        const QString answer = callOnBus(u"org.freedesktop.DBus"_s, u"/"_s,
-            u"org.freedesktop.DBus.GetConnectionUnixProcessID"_s, {m_backend});
-        const QString process = answer.section(u' ', 1).chopped(2);
-        run(u"kill"_s, {process});
-        EXPECT_TRUE(waitUntil([&] { return !QFile::exists(u"/proc/"_s + process); }));
+        const auto askProcess = [this] {
+            return callOnBus(u"org.freedesktop.DBus"_s, u"/"_s,
+                u"org.freedesktop.DBus.GetConnectionUnixProcessID"_s, {m_backend});
+        };
+        const QString answer = askProcess();  // "(uint32 1234,)"
+        run(u"kill"_s, {answer.section(u' ', 1).chopped(2)});
+        EXPECT_TRUE(waitUntil([&] { return askProcess() != answer; }));
     }
 
     /// Whether a window with this title is open.

@@ -103,7 +103,7 @@ void SwayDesktop::startCompositor(Xwayland xwayland, const SessionSettings& sett
     const QString told = home() + u"/sway.told"_s;
     const bool withX = xwayland == Xwayland::present;
     const QString path = write(u"sway.conf"_s,
-        (settings.asShipped ? u"include /etc/sway/config\n"_s : QString(ofTests)) +
+        (settings.asShipped ? QString::fromUtf8(contentOf(u"/etc/sway/config"_s)) : QString(ofTests)) +
             configuration.toString().arg(withX ? u"enable"_s : u"disable"_s, told));
     start(u"sway"_s, {u"-c"_s, path});
     awaitStart(u"sway"_s, [&] { return QFile::exists(told); });

@@ -205,6 +205,9 @@ TEST_F(FollowedPrimary, counts_only_in_the_application_where_it_was_made) {
     (void)mark();
     primary.noteChange();
     EXPECT_EQ(primary.takeDoubtfulWord(), QString()) << "something else is marked";
+    canCopy = true;
+    EXPECT_TRUE(mark()->mayBePassword);
+    EXPECT_EQ(primary.takeDoubtfulWord(), QString()) << "its Copy is asked";
     marked = u"two words"_s;
     EXPECT_FALSE(mark()->mayBePassword);
     EXPECT_EQ(primary.takeDoubtfulWord(), QString());
@@ -248,6 +251,12 @@ TEST(FocusedSelectionTest, tells_nothing_twice_and_offers_what_may_be_old_or_a_p
     EXPECT_EQ(toldOf(u"two words"_s), LateSelection());
     selection.noteChange();
     EXPECT_EQ(toldOf(u"two words"_s), (LateSelection{u"two words"_s, translate}));
+    for (const auto& [passed, use] : {std::pair(9999ms, translate), std::pair(10000ms, offer)}) {
+        selection.now = [] { return 0ms; };
+        selection.noteChange();
+        selection.now = [passed] { return passed; };
+        EXPECT_EQ(toldOf(u"two words"_s), (LateSelection{u"two words"_s, use})) << passed.count();
+    }
     EXPECT_EQ(toldOf(u"vòng"_s), (LateSelection{u"vòng"_s, offer}));
     EXPECT_EQ(toldOf(u"hunter2"_s), LateSelection());
 }

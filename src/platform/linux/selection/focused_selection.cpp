@@ -16,6 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto focusLimit = 1s;
+/// Shortly after selecting a text the user has hardly gone elsewhere.
+constexpr auto recentTime = 10s;
 /// The compositor announces the selection just after it has given the focus.
 constexpr auto selectionDelay = 50ms;
 
@@ -54,10 +56,11 @@ LateSelection FocusedSelection::look() {
     if (isTooLong(text))
         text = beginningOfLongText(text);
     const auto before = std::exchange(m_lastSeen, text);
-    const bool isChanged = std::exchange(m_isChanged, false);
-    if ((before == text && !isChanged) || looksLikePassword(text, Marking::byDoubleClick))
+    const auto changed = std::exchange(m_changed, {});
+    if ((before == text && !changed) || looksLikePassword(text, Marking::byDoubleClick))
         return {};
-    const bool isMeant = (before || isChanged) && !looksLikePassword(text, Marking::unknown);
+    const bool isRecent = changed ? now() - *changed < recentTime : before.has_value();
+    const bool isMeant = isRecent && !looksLikePassword(text, Marking::unknown);
     return {text, isMeant ? LateSelection::Use::translate : LateSelection::Use::offer};
 }
 

@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -12,7 +13,8 @@ namespace tralio {
 /// The PRIMARY selection in sessions that show it only to the program with the keyboard focus. It can be read
 /// once a window of ours has come to the front, but neither its owner nor its age is known. A text that was
 /// there the last time, and was not selected anew, is a left-over and is not reported; nor is one that looks
-/// like a password. A single word, which may be one, is offered.
+/// like a password. A single word, which may be one, is offered, and so is what was selected some time ago,
+/// perhaps in another application.
 class FocusedSelection final : public QObject {
     Q_OBJECT
 
@@ -26,7 +28,13 @@ public:
     std::function<std::optional<QString>()> readText;
 
     /// Something has been selected, maybe the same text again; for sessions that report this.
-    void noteChange() { m_isChanged = true; }
+    void noteChange() { m_changed = now(); }
+
+    /// The time on a monotonic clock.
+    std::function<std::chrono::milliseconds()> now = [] {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(
+            std::chrono::steady_clock::now().time_since_epoch());
+    };
 
 private:
     void take();
@@ -35,7 +43,7 @@ private:
 
     std::function<void(const LateSelection&)> m_deliver;
     std::optional<QString> m_lastSeen;
-    bool m_isChanged = false;  ///< since the last look
+    std::optional<std::chrono::milliseconds> m_changed;  ///< since the last look
     quint64 m_request = 0;
 };
 

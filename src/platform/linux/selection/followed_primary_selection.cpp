@@ -39,7 +39,7 @@ std::optional<PrimaryText> FollowedPrimarySelection::textOf(qint32 /*processId*/
     mark.mayBeGone = now >= m_trustedUntil && m_session.canCopy();
     mark.isFresh = now < m_freshUntil;
     mark.mayBePassword = looksLikePassword(*text, Marking::unknown) && !m_session.keepsPasswords();
-    if (mark.mayBePassword && !looksLikePassword(*text, Marking::byDoubleClick))
+    if (mark.mayBePassword && !looksLikePassword(*text, Marking::byDoubleClick) && !m_session.canCopy())
         m_doubtfulWord = *text;
     m_trustedUntil = std::min(m_trustedUntil, now + askingTime);
     return mark;

@@ -36,8 +36,8 @@ public:
     /// `processId` is that of the application in front.
     std::optional<PrimaryText> textOf(qint32 processId, QDeadlineTimer deadline) override;
 
-    /// The word that was last asked for and called a possible password, if it may just as well be another;
-    /// once.
+    /// The word that was last asked for and called a possible password, if it may just as well be another and
+    /// no Copy can be tried instead; once.
     [[nodiscard]] QString takeDoubtfulWord() { return std::exchange(m_doubtfulWord, {}); }
 
 private:

@@ -44,8 +44,6 @@ public:
     /// Every handler gets every event of the connection, from the event loop.
     void addEventHandler(EventHandler handler);
     /// Delivers the events that have arrived, without waiting for the event loop.
-    /// Events are dispatched by this event loop. On a thread without one they wait for who asks for them.
-    void dispatchIn(QAbstractEventDispatcher& loop);
     void dispatchPending();
 
     /// Waits for an event that `wanted` accepts and returns it; other events are delivered later, in order.
@@ -70,6 +68,8 @@ public:
     [[nodiscard]] xcb_timestamp_t serverTime();
 
 private:
+    /// Has events delivered by this event loop. On a thread without one they wait for who asks for them.
+    void dispatchIn(QAbstractEventDispatcher& loop);
     explicit X11Connection(xcb_connection_t* connection, int screen);
 
     void receive(XcbPtr<xcb_generic_event_t> event);
