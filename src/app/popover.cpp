@@ -239,7 +239,7 @@ void Popover::awaitSecondPress() {
 void Popover::keyPressEvent(QKeyEvent* event) {
     if (event->key() != Qt::Key_Escape)
         QWidget::keyPressEvent(event);
-    else if (!isRepeat(*event))  // not one of the press that ended a menu or a recognition
+    else if (!isRepeat(*event))  // not a repeat of the press that ended a menu or a recognition
         performClose();
 }
 
