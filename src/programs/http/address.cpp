@@ -55,6 +55,13 @@ Address addressOf(const std::string& text) {
         return address;
     for (const CURLUPart part : {CURLUPART_USER, CURLUPART_PASSWORD, CURLUPART_FRAGMENT})
         url.drop(part);
+    // WORKAROUND: libcurl 7.88 does not know a percent-encoded IPv4 address ("%31.2") for one before it is
+    // read again. A name that has a percent sign even then is none.
+    if (!url.read(url.part(CURLUPART_URL)))
+        return address;
+    if (const std::string host = url.part(CURLUPART_HOST);
+        host.find('%') != std::string::npos && host[0] != '[')
+        return address;
     std::string& whole = address.text = url.part(CURLUPART_URL, CURLU_PUNYCODE | CURLU_NO_DEFAULT_PORT);
     if (whole.empty())
         return address;

@@ -200,7 +200,8 @@ TEST_F(HttpTest, a_text_stays_with_its_origin_and_a_download_never_leaves_https)
         if (!given.to.empty())
             EXPECT_EQ(to.text, given.to);
     }
-    for (const char* own : {"http://[::1]/", "http://[::1]:8080/", "http://LOCALHOST/"})
+    for (const char* own :
+        {"http://[::1]/", "http://[::1]:8080/", "http://LOCALHOST/", "http://%31%32%37.1/"})
         EXPECT_TRUE(isLoopback(addressOf(own).host)) << own;
     for (const char* asked : {"http://localhost./", "http://127.0.0.1./"})
         EXPECT_FALSE(isLoopback(addressOf(asked).host)) << asked << " is a name server's to answer";
