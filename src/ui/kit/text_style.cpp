@@ -20,13 +20,15 @@ void loadFontsAsDrawn() {
     if (std::exchange(isDone, true))
         return;
     qputenv(variable, "cff:darkening-parameters=500,30,1000,30,1667,30,2333,30");
-    (void)QFontMetricsF(QFont()).ascent();
+    (void)QFontMetricsF(QFont(u"Inter"_s)).ascent();
     qunsetenv(variable);
 }
 
 QFont fontFor(const TextStyle& style) {
+    // Emoji are looked for in their font before the toolkit asks all others one by one, by 2.4 KB each.
     static const QStringList proportional{u"Inter"_s, u"Noto Sans"_s, u"Noto Sans CJK JP"_s,
-        u"Noto Sans Symbols2"_s, QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()};
+        u"Noto Sans Symbols2"_s, u"Noto Color Emoji"_s,
+        QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()};
     static const QStringList fixed{u"Noto Sans Mono"_s, u"DejaVu Sans Mono"_s,
         QFontDatabase::systemFont(QFontDatabase::FixedFont).family()};
     loadFontsAsDrawn();

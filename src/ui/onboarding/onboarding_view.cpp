@@ -84,26 +84,35 @@ QWidget* OnboardingView::topBar() {
 }
 
 QWidget* OnboardingView::pages() {
-    m_accessibility = new PermissionStep(
-        {u"1. Quyền Trợ năng (Accessibility)"_s,
-            u"Dùng để lắng nghe phím tắt dịch bôi đen (⌥D) và tự động trích xuất "
-            "đoạn văn bản bạn vừa chọn."_s,
-            u"Mở Cài đặt để Bật Quyền Trợ Năng"_s},
-        [this] { m_state.requestAccessibility(); });
-    m_screenCapture =
-        new PermissionStep({u"2. Quyền Ghi màn hình (Screen Recording)"_s,
-                               u"Dùng cho tính năng Chụp & Tralio OCR (⌥S): Cho phép khoanh vùng màn "
-                               "hình để Apple Vision quét chữ tức thì."_s,
-                               u"Mở Cài đặt để Bật Quyền Ghi Màn Hình"_s},
-            [this] { m_state.requestScreenCapture(); });
-    m_shortcuts = new Label(QString(), text::caption.with(Weight::medium));
     m_pageArea = new QWidget;
-    m_pages = new QStackedLayout(m_pageArea);  // without a parent it would show its first page as a window
-    m_pages->addWidget(new ScrollPanel(step1Welcome()));
-    m_pages->addWidget(new ScrollPanel(step2Permissions(m_accessibility, m_screenCapture)));
-    m_pages->addWidget(new ScrollPanel(step3AIModel()));
-    m_pages->addWidget(new ScrollPanel(step4Shortcuts(m_shortcuts)));
+    m_pages = new QStackedLayout(m_pageArea);
     return m_pageArea;
+}
+
+QWidget* OnboardingView::makePage(int step) {
+    switch (step) {
+        case 0:
+            return step1Welcome();
+        case 1:
+            m_accessibility = new PermissionStep(
+                {u"1. Quyền Trợ năng (Accessibility)"_s,
+                    u"Dùng để lắng nghe phím tắt dịch bôi đen (⌥D) và tự động trích xuất "
+                    "đoạn văn bản bạn vừa chọn."_s,
+                    u"Mở Cài đặt để Bật Quyền Trợ Năng"_s},
+                [this] { m_state.requestAccessibility(); });
+            m_screenCapture =
+                new PermissionStep({u"2. Quyền Ghi màn hình (Screen Recording)"_s,
+                                       u"Dùng cho tính năng Chụp & Tralio OCR (⌥S): Cho phép khoanh vùng màn "
+                                       "hình để Apple Vision quét chữ tức thì."_s,
+                                       u"Mở Cài đặt để Bật Quyền Ghi Màn Hình"_s},
+                    [this] { m_state.requestScreenCapture(); });
+            return step2Permissions(m_accessibility, m_screenCapture);
+        case 2:
+            return step3AIModel();
+        default:
+            m_shortcuts = new Label(QString(), text::caption.with(Weight::medium));
+            return step4Shortcuts(m_shortcuts);
+    }
 }
 
 QWidget* OnboardingView::bottomBar() {
@@ -120,9 +129,14 @@ QWidget* OnboardingView::bottomBar() {
 }
 
 void OnboardingView::refresh() {
-    m_accessibility->setGranted(m_state.isAccessibilityGranted());
-    m_screenCapture->setGranted(m_state.isScreenCaptureGranted());
-    m_shortcuts->setText(m_state.shortcutsOfThisMachine());
+    while (m_pages->count() <= m_state.currentStep())
+        m_pages->addWidget(new ScrollPanel(makePage(m_pages->count())));
+    if (m_accessibility != nullptr)
+        m_accessibility->setGranted(m_state.isAccessibilityGranted());
+    if (m_screenCapture != nullptr)
+        m_screenCapture->setGranted(m_state.isScreenCaptureGranted());
+    if (m_shortcuts != nullptr)
+        m_shortcuts->setText(m_state.shortcutsOfThisMachine());
     showStep();
 }
 

@@ -32,6 +32,7 @@ protected:
 private:
     QWidget* topBar();
     QWidget* pages();
+    [[nodiscard]] QWidget* makePage(int step);
     QWidget* bottomBar();
 
     void refresh();
@@ -43,10 +44,12 @@ private:
     PageIndicator* m_indicator;
     Button* m_skip;
     QWidget* m_pageArea;
+    // Pages, and what is on them, are made when they are first shown: those on the first start's first page
+    // need no font for emoji, for one.
     QStackedLayout* m_pages;
-    PermissionStep* m_accessibility;
-    PermissionStep* m_screenCapture;
-    Label* m_shortcuts;
+    PermissionStep* m_accessibility = nullptr;
+    PermissionStep* m_screenCapture = nullptr;
+    Label* m_shortcuts = nullptr;
     Button* m_back;
     Button* m_next;
     Button* m_finish;
