@@ -23,6 +23,7 @@ void AppState::offerTranslation(const QString& text) {
 void AppState::bring(const QString& text, bool isWanted) {
     if (text.isEmpty())
         return;
+    stopAwaiting();
     notice = QString();
     isPendingTextWanted = isWanted;
     pendingTextToTranslate = text;
@@ -34,6 +35,7 @@ void AppState::notifyPopoverOpened() {
 }
 
 void AppState::beginReading(std::stop_source reading) {
+    stopAwaiting();
     m_reading.request_stop();
     m_reading = std::move(reading);
     notice = QString();
@@ -50,8 +52,27 @@ void AppState::endReading(const std::stop_token& reading) {
 }
 
 void AppState::stopReading() {
+    stopAwaiting();
     m_reading.request_stop();
     endReading(m_reading.get_token());
+}
+
+void AppState::beginAwaiting(Awaited what, std::stop_source awaited) {
+    m_awaited.request_stop();
+    m_awaited = std::move(awaited);
+    isPictureAwaited = what == Awaited::picture;
+}
+
+void AppState::endAwaiting(const std::stop_token& awaited) {
+    if (awaited != m_awaited.get_token())
+        return;
+    m_awaited = std::stop_source(std::nostopstate);
+    isPictureAwaited = false;
+}
+
+void AppState::stopAwaiting() {
+    m_awaited.request_stop();
+    endAwaiting(m_awaited.get_token());
 }
 
 void AppState::showPopover() {

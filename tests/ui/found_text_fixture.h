@@ -15,7 +15,7 @@ struct FoundText : TranslatePanel {
         return QUrl::fromLocalFile(writeFile(folder.filePath(name), content));
     }
     bool recognitionEnds() {
-        return eventually([this] { return !panel->isOCROngoing(); });
+        return eventually([this] { return !panel->isRecognizing(); });
     }
     /// Lets everything happen that a drop may lead to on other threads.
     bool settles() { return eventually(&background::isIdle) && nextTurn() && recognitionEnds(); }

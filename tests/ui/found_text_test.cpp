@@ -84,11 +84,17 @@ TEST_F(FoundText, a_picture_whose_owner_needs_time_shows_as_on_its_way_and_gives
     desktop.pasteboard.shown = picture();
     for (const auto& meanwhile : std::initializer_list<std::function<void()>>{
              [this] { panel->handleDrop({{.fileURL = file(u"later.png"_s, {})}}); },
-             [this] { panel->cancel(); }, [] {}}) {
+             [this] { panel->cancel(); },
+             [this] {  // an entry of the history
+                 hidePanel();
+                 appState.offerTranslation(u"picked"_s);
+                 showPanel();
+             },
+             [] {}}) {
         desktop.pasteboard.owner = std::make_shared<QPromise<void>>();
         desktop.pasteboard.owner->start();
         panel->pasteFromClipboard(AutoTranslate::no);
-        EXPECT_TRUE(panel->isOCROngoing());
+        EXPECT_TRUE(panel->isRecognizing() && panel->canEndRecognition());
         meanwhile();
         desktop.pasteboard.owner->finish();
         ASSERT_TRUE(recognitionEnds());

@@ -103,7 +103,21 @@ TEST_F(TranslateViewTest, the_result_is_read_stopped_also_after_a_change_of_the_
     pass(1499ms);
     EXPECT_TRUE(hasControl(u"Đã chép!"_s));
     pass(1ms);
-    EXPECT_TRUE(hasControl(u"Sao chép"_s));
+    click(u"Sao chép"_s);
+    pass(1s);
+    click(u"Đã chép!"_s);
+    pass(1s);
+    EXPECT_TRUE(hasControl(u"Đã chép!"_s));
+    type(u" two"_s);
+    press(Qt::Key_Return);
+    wait([this] { return result() == u"ONE TWO"_s; });
+    EXPECT_TRUE(hasControl(u"Sao chép"_s)) << "the clipboard has the one before";
+    focus(u"Sao chép"_s);
+    appState.offerTranslation(u"one"_s);
+    settle();
+    press(Qt::Key_Return);
+    wait([this] { return result() == u"ONE"_s; });
+    EXPECT_EQ(desktop.pasteboard.content, u"ONE"_s) << "Return was the button's";
 
     click(u"Đọc"_s);
     click(u"Lịch sử"_s);

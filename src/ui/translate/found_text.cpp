@@ -26,7 +26,7 @@ LinesRead counting(AppState& appState, const std::stop_token& stop) {
 }  // namespace
 
 void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
-    stopAwaiting();
+    m_needs.appState.stopAwaiting();
     const QString text = m_needs.pasteboard.string().value_or(QString()).trimmed();
     if (!text.isEmpty())
         takeText(text, autoTranslate);
@@ -36,31 +36,18 @@ void TranslateState::pasteFromClipboard(AutoTranslate autoTranslate) {
 
 QCoro::Task<void> TranslateState::pastePicture(AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
-    // The clipboard's owner may need some seconds: shows that something is on its way, and lets anything
-    // newer replace it.
-    m_awaitedPicture = std::stop_source();
-    const std::stop_token stop = m_awaitedPicture->get_token();
-    countRecognitions(0);
+    const std::stop_source awaited;
+    m_needs.appState.beginAwaiting(AppState::Awaited::picture, awaited);
     auto reading = m_needs.pasteboard.picture();
     const Picture picture = co_await std::move(reading);
-    if (!m_mainState || stop.stop_requested())
-        co_return;
-    stopAwaiting();
-    if (picture)
+    m_needs.appState.endAwaiting(awaited.get_token());
+    if (m_mainState && !awaited.stop_requested() && picture)
         performOCR(picture, autoTranslate);
 }
 
 void TranslateState::countRecognitions(int change) {
     m_recognitions += change;
-    isOCROngoing = m_recognitions > 0 || m_awaitedPicture.has_value();
-}
-
-void TranslateState::stopAwaiting() {
-    ++m_awaitedFile;
-    if (m_awaitedPicture)
-        m_awaitedPicture->request_stop();
-    m_awaitedPicture.reset();
-    countRecognitions(0);
+    isOCROngoing = m_recognitions > 0;
 }
 
 QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
@@ -77,11 +64,7 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
         AppState& appState = m_needs.appState;
         auto capture = m_needs.captures.captureInteractiveAndRecognize(
             [&appState] { appState.hidePopover(); }, [&appState] { appState.showPopover(); },
-            [self, &appState, reading] {
-                self->stopAwaiting();
-                appState.beginReading(reading);
-            },
-            stop, counting(appState, stop));
+            [&appState, reading] { appState.beginReading(reading); }, stop, counting(appState, stop));
         text = co_await std::move(capture);
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
@@ -91,7 +74,6 @@ QCoro::Task<void> TranslateState::captureScreenAndTranslate() {
 
 QCoro::Task<void> TranslateState::performOCR(ImageSource image, AutoTranslate autoTranslate) {
     const auto self = shared_from_this();
-    stopAwaiting();
     // Remembers the error shown before the first of several simultaneous recognitions, or a later one of
     // another cause.
     if (m_recognitions == 0 || m_errors != m_errorsWhileReading)
@@ -179,7 +161,6 @@ std::optional<QString> TranslateState::textToInsert(
         text = m_needs.pasteboard.selectedString();
     if (!text || !admits(*text) || !admits(kept + *text))
         return std::nullopt;
-    stopAwaiting();
     m_needs.appState.stopReading();
     return text;
 }
@@ -209,12 +190,13 @@ bool TranslateState::handleDrop(const QList<DroppedItem>& items) {
 
 QCoro::Task<void> TranslateState::translateFile(QString path) {
     const auto self = shared_from_this();
-    stopAwaiting();
-    const int number = m_awaitedFile;
+    const std::stop_source awaited;
+    m_needs.appState.beginAwaiting(AppState::Awaited::textFile, awaited);
     auto reading = readTextFile(std::move(path));
     const std::optional<QString> text = co_await std::move(reading);
-    if (!m_mainState || !text || number != m_awaitedFile)
-        co_return;  // what came last counts
+    m_needs.appState.endAwaiting(awaited.get_token());
+    if (!m_mainState || !text || awaited.stop_requested())
+        co_return;
     const QString trimmed = text->trimmed();
     if (isReplaced()) {
         m_needs.appState.requestTranslation(trimmed);

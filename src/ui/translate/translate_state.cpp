@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "common/clock.h"
 #include "common/debug_log.h"
 #include "common/excerpt.h"
 #include "common/localized_error.h"
@@ -107,11 +106,11 @@ void TranslateState::appear(QObject* panel) {
 }
 
 bool TranslateState::isRecognizing() const {
-    return isOCROngoing() || m_needs.appState.isReading();
+    return isOCROngoing() || m_needs.appState.isPictureAwaited() || m_needs.appState.isReading();
 }
 
 bool TranslateState::canEndRecognition() const {
-    return m_awaitedPicture || m_needs.appState.isReading();
+    return m_needs.appState.isAwaiting() || m_needs.appState.isReading();
 }
 
 qsizetype TranslateState::linesRead() const {
@@ -193,14 +192,18 @@ QCoro::Task<void> TranslateState::translate(QString text, std::stop_token stop) 
     m_translatedText = text;
     if (stop == m_currentTask.get_token() || !isTranslating())
         m_isResultAwaited = false;
-    outputText = result;
+    showResult(result);
     isTranslating = false;
     m_needs.history.add(text, result, sourceLang(), targetLang(), m_needs.settings.tone().rawValue());
 }
 
+void TranslateState::showResult(const QString& text) {
+    outputText = text;
+    isCopied = false;
+}
+
 void TranslateState::cancel() {
     m_needs.appState.stopReading();
-    stopAwaiting();
     m_currentTask.request_stop();
     isTranslating = false;
 }
@@ -217,7 +220,7 @@ void TranslateState::swapLanguages() {
     if (isPair)
         // Each text is the translation of the other, in either direction.
         m_translatedText = outputText().trimmed();
-    outputText = oldInput;
+    showResult(oldInput);
 }
 
 void TranslateState::checkAndTriggerPendingTranslation() {
@@ -230,7 +233,6 @@ void TranslateState::checkAndTriggerPendingTranslation() {
     if (text.isEmpty())
         return;
     appState.pendingTextToTranslate = QString();
-    stopAwaiting();
     if (!admits(text))
         return;
     inputText.set(text);
@@ -256,12 +258,12 @@ void TranslateState::copyResult() {
         return;
     m_needs.pasteboard.setString(outputText());
     isCopied = true;
-    m_needs.clock.after(copyFeedback, this, [this] { isCopied = false; });
+    m_copyFeedbackEnd = m_needs.clock.after(copyFeedback, [this] { isCopied = false; });
 }
 
 void TranslateState::clear() {
     inputText.set(QString());
-    outputText = QString();
+    showResult(QString());
     showError(std::nullopt);
 }
 

@@ -10,6 +10,7 @@
 #include <stop_token>
 
 #include "common/binding.h"
+#include "common/clock.h"
 #include "common/observable_object.h"
 #include "ocr/text_recognizer.h"
 #include "ui/translate/dropped_item.h"
@@ -19,7 +20,6 @@ namespace tralio {
 class AIService;
 class AppSettings;
 class AppState;
-class Clock;
 class OCRService;
 class Pasteboard;
 class ScreenCaptureService;
@@ -82,9 +82,9 @@ public:
     [[nodiscard]] SpeechService& speechService() { return m_needs.speech; }
     [[nodiscard]] AppState& appState() { return m_needs.appState; }
     [[nodiscard]] bool canTranslate() const;
-    /// Whether a picture is being recognised, for this panel, a former one, or the shell.
+    /// Whether a picture is awaited or recognised, for this panel, a former one, or the shell.
     [[nodiscard]] bool isRecognizing() const;
-    /// Whether `cancel` ends it: not while the user still draws.
+    /// Whether `cancel` ends that, or the wait for a text file: not while the user still draws.
     [[nodiscard]] bool canEndRecognition() const;
     /// The number of lines read of that picture.
     [[nodiscard]] qsizetype linesRead() const;
@@ -98,7 +98,8 @@ public:
     /// Translates the input. A running translation is not cancelled; results are shown in the order in which
     /// they arrive.
     void performTranslate();
-    /// Cancels the recognition under way and the translation started last, without a message.
+    /// Cancels the recognition under way, what is awaited, and the translation started last, without a
+    /// message.
     void cancel();
     void swapLanguages();
     /// Takes over a text that the shell has left for this panel. It is not translated while the settings may
@@ -135,12 +136,11 @@ private:
     /// Whether another translate panel is shown now; what arrives belongs to that one.
     [[nodiscard]] bool isReplaced() const;
     void countRecognitions(int change);
-    /// Gives up a picture of the clipboard or a text file that has not arrived yet.
-    void stopAwaiting();
     /// Whether a text is short enough; if not, shows an error.
     [[nodiscard]] bool admits(const QString& text);
 
     void showError(const std::optional<QString>& message);
+    void showResult(const QString& text);
 
     Dependencies m_needs;
     QString m_translatedText;  ///< the input that `outputText` is the translation of
@@ -149,11 +149,10 @@ private:
     qint64 m_errors = 0;              ///< how often the error has changed
     qint64 m_errorsWhileReading = 0;  ///< `m_errors` when the last recognition began
     std::optional<QString> m_errorBeforeReading;
-    int m_awaitedFile = 0;          ///< changes when the text file being read no longer counts
     QPointer<QObject> m_panel;      ///< the panel that shows this state
     QPointer<QObject> m_mainState;  ///< the owner of the input, the settings and the history
-    std::optional<std::stop_source> m_awaitedPicture;  ///< while the clipboard's owner is asked for it
     std::stop_source m_currentTask{std::nostopstate};
+    ScheduledCall m_copyFeedbackEnd;
 };
 
 }  // namespace tralio

@@ -82,6 +82,13 @@ TranslateView::TranslateView(TranslateState& state, QWidget* parent)
     follow(m_state.appState());
     follow(m_state.speechService());
     m_state.appear(this);
+    AppState& appState = m_state.appState();
+    onChange(
+        appState, this, [&appState] { return appState.translateTriggerId(); },
+        [this, &appState] {
+            if (!appState.isPendingTextWanted)
+                focusInput();  // where Return sends it
+        });
     refresh();
 }
 
