@@ -53,6 +53,9 @@ TEST_F(WalkThrough, every_page_has_the_ways_on_that_it_needs_and_return_alone_le
     EXPECT_FALSE(spokenPage().contains(u"1"_s)) << qPrintable(spokenPage());
     EXPECT_FALSE(showsRing());
     EXPECT_THAT(texts(), Contains(u"Trên máy này: Alt + T và Super + Shift + S"_s));
+    hotKeys.keys().ocrStatus = HotKeyStatus::taken;
+    settle();
+    EXPECT_THAT(texts(), Contains(u"Trên máy này: Alt + T và Super + Shift + S (chưa dùng được)"_s));
     click(back);
     click(back);
     focus(back);

@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 OnboardingState::OnboardingState(Dependencies needs, std::function<void()> onFinished)
     : m_needs(needs), m_onFinished(std::move(onFinished)) {
-    for (ObservableObject* source :
-        std::initializer_list<ObservableObject*>{&m_needs.permissions, &m_needs.settings})
+    for (ObservableObject* source : std::initializer_list<ObservableObject*>{
+             &m_needs.permissions, &m_needs.settings, &m_needs.hotKeys.keys()})
         connect(source, &ObservableObject::objectWillChange, this, &ObservableObject::objectWillChange);
 }
 
@@ -26,8 +26,13 @@ bool OnboardingState::isScreenCaptureGranted() const {
 
 QString OnboardingState::shortcutsOfThisMachine() const {
     const AppSettings& settings = m_needs.settings;
-    return u"Trên máy này: %1 và %2"_s.arg(
-        keysInWords(settings.hotKeyDisplay()), keysInWords(settings.ocrHotKeyDisplay()));
+    const HotKeys& keys = m_needs.hotKeys.keys();
+    const auto told = [](const QString& display, HotKeyStatus status) {
+        const bool works = status == HotKeyStatus::registered;
+        return keysInWords(display) + (works ? QString() : u" (chưa dùng được)"_s);
+    };
+    return u"Trên máy này: %1 và %2"_s.arg(told(settings.hotKeyDisplay(), keys.textStatus()),
+        told(settings.ocrHotKeyDisplay(), keys.ocrStatus()));
 }
 
 void OnboardingState::next() {
