@@ -60,8 +60,7 @@ void MainState::appear() {
 
 void MainState::select(const TranslationItem& item) {
     m_needs.appState.stopReading();
-    textToTranslate = item.sourceText;
-    selectedTab = AppTab::translate;
+    m_needs.appState.offerTranslation(item.sourceText);  // brings the tab; undo brings what was there before
 }
 
 void MainState::finishOnboarding() {
