@@ -159,6 +159,7 @@ void AppDelegate::translateLater(const QString& text) {
     prepare();
     m_needs.clock.after(requestDelay, this, [this, text] {
         m_isFetching = false;
+        m_nextText.clear();  // of another program, which came before
         m_needs.appState.requestTranslation(text);
     });
 }
@@ -181,13 +182,15 @@ void AppDelegate::requestNextText() {
     if (m_isQuiet)
         return;
     m_isRequestDue = false;
+    if (m_nextText.isEmpty())
+        return;
     m_isQuiet = true;
     m_needs.clock.after(quietTime, this, [this] {
         m_isQuiet = false;
         if (m_isRequestDue)
             requestNextText();
     });
-    m_needs.appState.requestTranslation(m_nextText);
+    m_needs.appState.requestTranslation(std::exchange(m_nextText, {}));
 }
 
 }  // namespace tralio

@@ -140,6 +140,17 @@ TEST_F(Shell, texts_from_another_program_are_requested_trimmed_and_of_a_flood_th
     pass(2s);
     EXPECT_THAT(requested, ElementsAre(u"79"_s, u"379"_s, u"679"_s, u"979"_s, u"999"_s));
     EXPECT_EQ(preparations, 5) << "each is a connection";
+
+    requested.clear();
+    delegate->translateSelectedText(u"shown"_s);
+    pass(100ms);
+    delegate->translateSelectedText(u"waits"_s);
+    pass(100ms);
+    launch();
+    select(u"by the hand since"_s);
+    press(textHotKeyID);
+    pass(2s);
+    EXPECT_THAT(requested, ElementsAre(u"shown"_s, u"by the hand since"_s));
 }
 
 }  // namespace
