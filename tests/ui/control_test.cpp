@@ -1,5 +1,7 @@
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QSignalSpy>
+#include <QToolTip>
 
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
@@ -105,6 +107,8 @@ TEST_F(ControlTest, an_ampersand_is_read_and_no_shortcut_and_a_label_is_a_text_t
     Label label(u"Bản dịch:"_s);
     label.setText(u"0 ký tự"_s);
     EXPECT_EQ(spokenName(label), u"0 ký tự"_s);
+    label.resize(100, 20);
+    EXPECT_FALSE(changeOf(label, [&] { label.setStyle(text::caption.with(Weight::heavy)); }).isEmpty());
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&label)->role(), QAccessible::StaticText);
 }
 
@@ -160,6 +164,9 @@ TEST_F(ControlTest, a_tooltip_is_read_whole_and_its_window_may_be_hidden_while_i
         if (height == 0)
             height = bubble.height();
         EXPECT_EQ(bubble.height() > height, text == texts[2]) << "what is wider than the window wraps";
+        QHelpEvent asked(QEvent::ToolTip, {5, 5}, {5, 5});
+        QApplication::sendEvent(m_button, &asked);
+        EXPECT_FALSE(QToolTip::isVisible()) << "the toolkit's own shows as well";
         m_window.hide();
         EXPECT_TRUE(QTest::qWaitFor([&] { return bubbles() == 0; }));
         m_window.show();

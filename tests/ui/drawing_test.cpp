@@ -166,6 +166,7 @@ TEST(Drawing, what_is_revealed_takes_its_height_and_nothing_when_it_left) {
     EXPECT_EQ(reveal->height(), 32);
     EXPECT_EQ(rest->height(), 168);
     reveal->setRevealed(false);
+    EXPECT_EQ(reveal->heightForWidth(502), 32) << "it goes from where it is";
     QTRY_VERIFY(!reveal->isVisible());
     QTRY_COMPARE(rest->height(), 200);
     reveal->setRevealed(true);
@@ -181,13 +182,19 @@ TEST(Drawing, the_scroll_thumb_shows_only_while_there_is_more_and_drags_the_text
     EXPECT_FALSE(bar->isVisible());
     area.setText(u"một dòng\n"_s.repeated(400));
     ASSERT_TRUE(bar->isVisible());
+    const QScrollBar& text = *area.verticalScrollBar();
+    area.setText(u"một dòng\n"_s.repeated(15));
+    EXPECT_NEAR(bar->thumb().height() / (bar->height() - 6),
+        double(text.pageStep()) / (text.pageStep() + text.maximum()), .01)
+        << "as much of its way as is seen of the text";
+    area.setText(u"một dòng\n"_s.repeated(400));
     const QPoint grip = bar->thumb().center().toPoint();
     QTest::mousePress(bar, Qt::LeftButton, {}, grip);
     QTest::mouseMove(bar, grip + QPoint(0, 200));
     QTest::mouseRelease(bar, Qt::LeftButton, {}, grip + QPoint(0, 200));
-    EXPECT_EQ(area.verticalScrollBar()->value(), area.verticalScrollBar()->maximum());
+    EXPECT_EQ(text.value(), text.maximum());
     QTest::mouseClick(bar, Qt::LeftButton, {}, QPoint(6, 5));
-    EXPECT_LT(area.verticalScrollBar()->value(), area.verticalScrollBar()->maximum());
+    EXPECT_LT(text.value(), text.maximum());
 }
 
 TEST(Drawing, the_window_floats_in_its_shadow_or_is_square_and_what_covers_it_keeps_its_corners) {

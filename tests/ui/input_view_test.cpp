@@ -263,6 +263,7 @@ TEST(ReadingArea, can_be_selected_and_copied_but_not_changed) {
     EXPECT_TRUE(area.textCursor().hasSelection()) << "the same text keeps its selection";
     area.setText(u"khác"_s);
     EXPECT_FALSE(area.textCursor().hasSelection());
+    EXPECT_FALSE(area.document()->isUndoAvailable()) << "keeps every former result in memory";
 }
 
 TEST_F(InputViewTest, a_text_of_one_endless_word_is_shown_without_a_freeze_and_comes_back_whole) {
