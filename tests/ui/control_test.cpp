@@ -6,6 +6,7 @@
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
 #include "ui/kit/label.h"
+#include "ui/kit/menu_button.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/tab_strip.h"
@@ -97,6 +98,15 @@ TEST_F(ControlTest, what_is_under_the_pointer_and_what_is_held_down_looks_like_i
         EXPECT_EQ(difference(rest, pictureOf(*control)), QRect());
     }
     Theme::setAppearance({});
+    QEnterEvent enter({}, {}, {});
+    QEvent leave(QEvent::Leave);
+    MenuButton menu;
+    menu.resize(menu.sizeHint());
+    EXPECT_FALSE(changeOf(menu, [&] { QApplication::sendEvent(&menu, &enter); }).isEmpty());
+    QApplication::sendEvent(m_button, &enter);
+    const QImage hovered = pictureOf(*m_button);
+    QApplication::sendEvent(m_button, &leave);
+    EXPECT_EQ(difference(hovered, pictureOf(*m_button)), QRect()) << "it fades from there";
 }
 
 TEST_F(ControlTest, an_ampersand_is_read_and_no_shortcut_and_a_label_is_a_text_that_changes) {

@@ -10,6 +10,7 @@
 #include "ui/kit/menu_button.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/overlay_scroll_bar.h"
+#include "ui/kit/painting.h"
 #include "ui/kit/reading_area.h"
 #include "ui/kit/reveal.h"
 #include "ui/kit/stack.h"
@@ -131,6 +132,12 @@ TEST(Drawing, labels_break_where_told_shorten_their_last_line_and_grow_where_not
     ErrorStrip strip;
     strip.setMessage(u"Một thông báo lỗi rất dài cần nhiều dòng để hiện ra hết. "_s.repeated(3));
     EXPECT_GT(strip.heightForWidth(250), strip.heightForWidth(502));
+}
+
+TEST(Drawing, a_title_is_set_closer_than_its_font_is_made) {
+    TextStyle loose = text::onboardingTitle;
+    loose.spacing = 0;
+    EXPECT_LT(textWidth(text::onboardingTitle, tallText), textWidth(loose, tallText) - 1);
 }
 
 TEST(Drawing, a_very_long_text_breaks_and_shortens_as_its_start_does) {

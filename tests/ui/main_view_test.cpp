@@ -57,6 +57,7 @@ TEST_F(StageTest, what_is_missing_leads_to_the_permissions_and_a_refused_hot_key
     for (int time = 0; time < 2; ++time) {
         click(u"Chụp: ⌘ ⇧ S"_s);
         EXPECT_FALSE(controls(u"⌥ C"_s).constFirst()->visibleRegion().isEmpty());
+        EXPECT_THAT(texts(), Contains(u"Phím tắt này đang được ứng dụng khác sử dụng."_s));
         find<ScrollPanel>()->verticalScrollBar()->setValue(10'000);
     }
 }

@@ -1,5 +1,7 @@
 #include <QAbstractButton>
 #include <QDrag>
+#include <QPainter>
+#include <QScrollArea>
 #include <QScrollBar>
 
 #include "ui/history/history_row.h"
@@ -177,6 +179,42 @@ TEST_F(KeyboardPlace, the_page_keys_scroll_a_panel_that_was_opened_by_the_mouse)
     EXPECT_GT(find<ScrollPanel>()->verticalScrollBar()->value(), 100);
     press(Qt::Key_PageUp);
     EXPECT_EQ(find<ScrollPanel>()->verticalScrollBar()->value(), 0);
+}
+
+TEST_F(KeyboardPlace, is_seen_wherever_it_is) {
+    desktop.permissions.accessibility = false;
+    fillHistory({u"good night"_s});
+    open();
+    // What changes around it and within its edges, but for the caret and the content.
+    const auto changesAtEdge = [this](QWidget& place) {
+        const QRect outer = QRect(place.mapTo(&window(), QPoint()), place.size()).adjusted(-8, -8, 8, 8);
+        const auto edge = [&] {
+            QImage picture = pictureOf(window());
+            QPainter(&picture).fillRect(outer.adjusted(11, 11, -11, -11), Qt::white);
+            return picture.copy(outer);
+        };
+        const QImage before = edge();
+        place.setFocus(Qt::TabFocusReason);
+        const QImage after = edge();
+        place.clearFocus();
+        return difference(before, after);
+    };
+    press(Qt::Key_Shift);
+    for (const QString& tab : {u"Tralio"_s, u"Lịch sử"_s, u"Cài đặt"_s, u"Tác giả"_s}) {
+        click(tab);
+        press(Qt::Key_Shift);
+        for (QWidget* place : visibleParts<QWidget>(window())) {
+            if (!(place->focusPolicy() & Qt::TabFocus) || !place->isEnabled() ||
+                qobject_cast<QScrollArea*>(place) || place == find<MultilineEnterInputView>())
+                continue;
+            for (QWidget* area = place; area != nullptr; area = area->parentWidget())
+                if (auto* scrolled = qobject_cast<QScrollArea*>(area))
+                    scrolled->ensureWidgetVisible(place);
+            const QRect ring = changesAtEdge(*place);
+            EXPECT_GT(ring.width(), place->width() / 2)
+                << qPrintable(tab) << ", " << qPrintable(spokenName(*place));
+        }
+    }
 }
 
 }  // namespace
