@@ -230,6 +230,14 @@ auto onboarding(int page) {
     };
 }
 
+void onboardingRefused(Stage& stage) {
+    stage.settings.updateCustomHotKey(49, 6912, u"⌃ ⌥ ⇧ ⌘ Space"_s);
+    onboarding(3)(stage);
+    stage.hotKeys.keys().textStatus = HotKeyStatus::taken;
+    stage.hotKeys.keys().ocrStatus = HotKeyStatus::taken;
+    stage.settle();
+}
+
 }  // namespace
 
 const QList<Scene>& scenes() {
@@ -268,6 +276,7 @@ const QList<Scene>& scenes() {
         {u"onboarding-2-permissions"_s, onboarding(1)},
         {u"onboarding-3-model"_s, onboarding(2)},
         {u"onboarding-4-shortcuts"_s, onboarding(3)},
+        {u"onboarding-4-refused"_s, onboardingRefused},
     };
     return all;
 }

@@ -111,6 +111,7 @@ QWidget* OnboardingView::makePage(int step) {
             return step3AIModel();
         default:
             m_shortcuts = new Label(QString(), text::caption.with(Weight::medium));
+            m_shortcuts->setWraps();
             return step4Shortcuts(m_shortcuts);
     }
 }
