@@ -98,6 +98,7 @@ TEST_F(SettingsPanelOnStage, a_shortcut_is_recorded_by_position_while_the_user_m
 }
 
 TEST_F(SettingsPanelOnStage, a_hint_stands_by_the_one_shortcut_that_is_recorded_and_goes_with_the_panel) {
+    EXPECT_THAT(texts(), testing::Not(Contains(QString()))) << "room for a fault that is none";
     const QString hint = u"Hãy bấm tổ hợp phím mới (có ⌥, ⌘ hoặc ⌃). Bấm Esc để hủy."_s;
     const QString captureTitle = u"Chụp màn hình & Tralio (OCR)"_s;
     click(u"Đổi"_s);
