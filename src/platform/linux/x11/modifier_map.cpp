@@ -1,6 +1,7 @@
 #include "platform/linux/x11/modifier_map.h"
 
 #include <X11/keysym.h>
+#include <algorithm>
 #include <initializer_list>
 
 #include "platform/linux/x11/key_symbols.h"
@@ -12,17 +13,15 @@ namespace {
 /// several.
 quint16 bitsOf(xcb_key_symbols_t* symbols, const xcb_get_modifier_mapping_reply_t& mapping,
     std::initializer_list<xcb_keysym_t> keysyms) {
+    constexpr int columns = 8;  // two groups of layouts, with four levels each
     const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(&mapping);
     const int perModifier = mapping.keycodes_per_modifier;
     quint16 bits = 0;
-    for (const xcb_keysym_t keysym : keysyms) {
-        const XcbPtr<xcb_keycode_t> keyCodes{xcb_key_symbols_get_keycode(symbols, keysym)};
-        for (const xcb_keycode_t* code = keyCodes.get(); code && *code != XCB_NO_SYMBOL; ++code) {
-            for (int i = 0; i < 8 * perModifier; ++i)
-                if (codes[i] == *code)
-                    bits |= static_cast<quint16>(1U << (i / perModifier));
-        }
-    }
+    // The few mapped keys are asked for their keysyms: to look for a keysym, xcb-util goes over the keyboard.
+    for (int i = 0; i < 8 * perModifier; ++i)
+        for (int column = 0; codes[i] != XCB_NO_SYMBOL && column < columns; ++column)
+            if (std::ranges::count(keysyms, xcb_key_symbols_get_keysym(symbols, codes[i], column)) != 0)
+                bits |= static_cast<quint16>(1U << (i / perModifier));
     return bits;
 }
 
