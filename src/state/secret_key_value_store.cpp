@@ -51,6 +51,10 @@ std::optional<StoredValue> SecretKeyValueStore::value(const QString& key) const 
     return m_key ? std::optional<StoredValue>(*m_key) : std::nullopt;
 }
 
+Reading SecretKeyValueStore::read(const QString& key) {
+    return key == apiKey ? KeyValueStore::read(key) : m_store.read(key);
+}
+
 void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
     const QString* text = key == apiKey ? std::get_if<QString>(&value) : nullptr;
     if (!text) {

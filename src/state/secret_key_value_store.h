@@ -27,6 +27,7 @@ public:
 
     [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override;
     void setValue(const QString& key, StoredValue value) override;
+    [[nodiscard]] Reading read(const QString& key) override;
     void preserve(const QString& key) override { m_store.preserve(key); }
     void forgetOverwritten() override { m_store.forgetOverwritten(); }
     [[nodiscard]] bool isAwaited(const QString& key) const override;

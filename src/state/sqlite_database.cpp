@@ -97,6 +97,10 @@ bool SqliteError::isForeignValue() const {
     return m_code == SQLITE_MISMATCH;
 }
 
+bool SqliteError::isLock() const {
+    return (m_code & primaryCodeMask) == SQLITE_BUSY;
+}
+
 bool SqliteError::isAccess() const {
     switch (m_code) {
         case SQLITE_IOERR_SHMOPEN:  // the side file for readers, for which a full disk has no room
