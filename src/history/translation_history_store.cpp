@@ -70,6 +70,7 @@ void TranslationHistoryStore::remove(const QUuid& id) {
 }
 
 void TranslationHistoryStore::clear() {
+    m_isLoaded = true;  // what could not be read goes as well
     m_items = QList<TranslationItem>();
     saveRemoval();
 }
@@ -93,7 +94,9 @@ void TranslationHistoryStore::bringBack(const QList<TranslationItem>& before) {
 }
 
 void TranslationHistoryStore::save() {
-    m_store.setValue(key, encodeHistory(m_items()));
+    load();
+    if (m_isLoaded)
+        m_store.setValue(key, encodeHistory(m_items()));
 }
 
 void TranslationHistoryStore::saveRemoval() {
@@ -102,12 +105,20 @@ void TranslationHistoryStore::saveRemoval() {
 }
 
 void TranslationHistoryStore::load() {
-    const auto data = m_store.data(key);
+    if (m_isLoaded)
+        return;
+    const Reading stored = m_store.read(key);
+    if (stored.isPutOff)
+        return;
+    m_isLoaded = true;
+    const auto* data = stored.value ? std::get_if<QByteArray>(&*stored.value) : nullptr;
     auto items = data ? decodeHistory(*data) : std::nullopt;
-    if (items)
-        m_items = *std::move(items);
-    else
+    if (!items)
         m_store.preserve(key);
+    if (!m_items().isEmpty())
+        bringBack(items.value_or(QList<TranslationItem>()));
+    else if (items)
+        m_items = *std::move(items);
 }
 
 }  // namespace tralio

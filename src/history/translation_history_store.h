@@ -14,10 +14,11 @@ namespace tralio {
 class KeyValueStore;
 
 /// The past translations, newest first: at most 50, and one for each source text and pair of languages. Read
-/// from the key-value store once, at construction, and written back completely at every change. Used from the
-/// main thread.
+/// from the key-value store once, at construction unless it is locked, and written back completely at every
+/// change. Used from the main thread.
 ///
-/// Never fails: stored data that cannot be read gives an empty history, and is set aside by the next change.
+/// Never fails: stored data that cannot be decoded gives an empty history, and is set aside by the next
+/// change.
 class TranslationHistoryStore final : public ObservableObject {
     Q_OBJECT
 
@@ -41,14 +42,17 @@ public:
     /// entry is left out if its text has been translated between the same languages since.
     void bringBack(const QList<TranslationItem>& before);
 
-private:
+    /// Reads what is stored, if that has not been possible before. What has been added since stays above it.
     void load();
+
+private:
     void save();
     void saveRemoval();
 
     KeyValueStore& m_store;
     Now m_now;
     Observable<QList<TranslationItem>> m_items{*this};
+    bool m_isLoaded = false;  ///< until then nothing is written
 };
 
 }  // namespace tralio

@@ -16,6 +16,12 @@ enum class StoreTrouble {
     unsaved,     ///< values are only in memory, and will be lost when the program ends
 };
 
+/// What a reader finds that can come again.
+struct Reading {
+    std::optional<StoredValue> value;
+    bool isPutOff = false;  ///< the store cannot be read for now, and `value` is absent for this reason only
+};
+
 /// The user's persistent values by key. Reports no errors: a value that cannot be read is absent, and one
 /// that cannot be written is kept while the program runs. Used from the main thread.
 class KeyValueStore {
@@ -27,6 +33,9 @@ public:
 
     [[nodiscard]] virtual std::optional<StoredValue> value(const QString& key) const = 0;
     virtual void setValue(const QString& key, StoredValue value) = 0;
+
+    /// As `value`, for a reader that comes again if it is put off.
+    [[nodiscard]] virtual Reading read(const QString& key) { return {value(key)}; }
 
     /// Marks a stored value that its reader could not decode. Before it is overwritten it is moved to a key
     /// of its own, since the fault may be the reader's.

@@ -18,6 +18,9 @@ const QString keyToForget = u"app_api_key_to_forget"_s;
 /// How long a changed key may be in memory only. The keyring may be asking a user who does not answer.
 constexpr auto keeperPatience = std::chrono::seconds(2);
 
+/// How long a key that was awaited may be awaited again: longer than undoing is offered.
+constexpr auto regret = std::chrono::seconds(10);
+
 }  // namespace
 
 SecretKeyValueStore::SecretKeyValueStore(KeyValueStore& store, SecretKeeper& keeper, Clock& clock)
@@ -48,6 +51,10 @@ std::optional<StoredValue> SecretKeyValueStore::value(const QString& key) const 
     return m_key ? std::optional<StoredValue>(*m_key) : std::nullopt;
 }
 
+Reading SecretKeyValueStore::read(const QString& key) {
+    return key == apiKey ? KeyValueStore::read(key) : m_store.read(key);
+}
+
 void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
     const QString* text = key == apiKey ? std::get_if<QString>(&value) : nullptr;
     if (!text) {
@@ -55,6 +62,10 @@ void SecretKeyValueStore::setValue(const QString& key, StoredValue value) {
         return;
     }
     m_key = *text;
+    // Only the keyring has a key that is still awaited: deleted or replaced there, it could not be brought
+    // back.
+    if (m_isAwaited && !isSecret())
+        m_regret = m_clock.after(regret, [this] { endRegret(); });
     setAwaited(false);
     const bool wasKept = holdsMarker();
     // A key that is typed letter by letter is not written to the disk each time once the keyring has proved
@@ -77,6 +88,7 @@ bool SecretKeyValueStore::isAwaited(const QString& key) const {
 void SecretKeyValueStore::awaitAgain(const QString& key) {
     if (key != apiKey)
         return;
+    m_regret.takeBack();
     m_key.reset();
     m_store.setValue(apiKey, true);
     setToForget(false);
@@ -112,8 +124,18 @@ void SecretKeyValueStore::setToForget(bool toForget) {
         m_store.setValue(keyToForget, toForget);
 }
 
+void SecretKeyValueStore::endRegret() {
+    m_regret.takeBack();
+    if (isSecret())
+        handOver(Prompting::may);
+    else if (m_store.boolean(keyToForget).value_or(false))
+        forget(Prompting::may);
+}
+
 void SecretKeyValueStore::forget(Prompting prompting) {
     setToForget(true);
+    if (m_regret)
+        return;
     m_keeper.forget(prompting, [this](SecretKeeper::Answer answer) {
         if (answer != SecretKeeper::Answer::done)
             return;
@@ -140,7 +162,7 @@ void SecretKeyValueStore::find() {
 }
 
 void SecretKeyValueStore::handOver(Prompting prompting) {
-    if (m_handedOver || !isSecret())
+    if (m_handedOver || m_regret || !isSecret())
         return;
     m_handedOver = m_key;
     m_patience = m_clock.after(

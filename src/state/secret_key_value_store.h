@@ -17,7 +17,8 @@ namespace tralio {
 /// store.
 ///
 /// Nothing blocks on the keyring. A key that has not come from it yet reads as empty. If the user removes the
-/// key while the keyring is locked, that is remembered, and the key is deleted once it is unlocked.
+/// key while the keyring is locked, that is remembered, and the key is deleted once it is unlocked, but not
+/// before undoing is over.
 class SecretKeyValueStore final : public KeyValueStore {
 public:
     /// All outlive this object.
@@ -26,6 +27,7 @@ public:
 
     [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override;
     void setValue(const QString& key, StoredValue value) override;
+    [[nodiscard]] Reading read(const QString& key) override;
     void preserve(const QString& key) override { m_store.preserve(key); }
     void forgetOverwritten() override { m_store.forgetOverwritten(); }
     [[nodiscard]] bool isAwaited(const QString& key) const override;
@@ -47,6 +49,7 @@ private:
     void handOver(Prompting prompting);
     void writeInsteadOfMarker();
     void forget(Prompting prompting);
+    void endRegret();
     void setToForget(bool toForget);
 
     KeyValueStore& m_store;
@@ -56,6 +59,7 @@ private:
     bool m_isAwaited = false;
     std::optional<QString> m_handedOver;  ///< sent to the keyring and not confirmed yet
     ScheduledCall m_patience;             ///< for the confirmation
+    ScheduledCall m_regret;               ///< while it is set, nothing changes in the keyring
 };
 
 }  // namespace tralio

@@ -50,9 +50,9 @@ public:
 
     // Bound values must outlive this object.
     void bindText(int index, QByteArrayView utf8) {
+        const char* bytes = utf8.isNull() ? "" : utf8.data();  // a null pointer would be bound as NULL
         throwUnless(SQLITE_OK,
-            sqlite3_bind_text64(
-                m_statement, index, utf8.data(), quint64(utf8.size()), SQLITE_STATIC, SQLITE_UTF8));
+            sqlite3_bind_text64(m_statement, index, bytes, quint64(utf8.size()), SQLITE_STATIC, SQLITE_UTF8));
     }
     void bindBinary(int index, const QByteArray& bytes) {
         throwUnless(SQLITE_OK,
@@ -95,6 +95,10 @@ bool SqliteError::isDamage() const {
 
 bool SqliteError::isForeignValue() const {
     return m_code == SQLITE_MISMATCH;
+}
+
+bool SqliteError::isLock() const {
+    return (m_code & primaryCodeMask) == SQLITE_BUSY;
 }
 
 bool SqliteError::isAccess() const {

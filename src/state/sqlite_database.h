@@ -23,6 +23,8 @@ public:
     [[nodiscard]] bool isDamage() const;
     /// Whether the stored value is none that this program writes.
     [[nodiscard]] bool isForeignValue() const;
+    /// Whether another connection locks the file.
+    [[nodiscard]] bool isLock() const;
     /// Whether the file, or a side file of SQLite, could not be opened or created.
     [[nodiscard]] bool isAccess() const;
 

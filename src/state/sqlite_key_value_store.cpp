@@ -51,18 +51,38 @@ SqliteKeyValueStore::~SqliteKeyValueStore() {
     writeAllUnsaved();
 }
 
-std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const {
+std::optional<StoredValue> SqliteKeyValueStore::find(const QString& key) const {
     if (const auto unsaved = m_unsaved.find(key); unsaved != m_unsaved.end())
         return unsaved->second;
     if (!m_database)
         return known(key);
+    auto value = m_database->read(key);
+    m_unreadable.erase(key);
+    if (value)
+        remember(key, *value);
+    else
+        m_known.insert_or_assign(key, std::nullopt);
+    return value;
+}
+
+Reading SqliteKeyValueStore::read(const QString& key) {
     try {
-        auto value = m_database->read(key);
-        m_unreadable.erase(key);
-        if (value)
-            remember(key, *value);
-        return value;
+        if (!m_database && !m_unsaved.contains(key))
+            open();
+        return {find(key)};
     } catch (const SqliteError& error) {
+        if (m_database && !error.isLock())
+            return {value(key)};  // tells of the trouble
+        return {known(key), !m_known.contains(key) && !store_file::isAbsent(m_path)};
+    }
+}
+
+std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const {
+    try {
+        return find(key);
+    } catch (const SqliteError& error) {
+        if (error.isLock() && m_known.contains(key))
+            return known(key);
         if (error.isForeignValue())
             m_preserved.insert(key);
         if (m_unreadable.empty())
@@ -75,15 +95,15 @@ std::optional<StoredValue> SqliteKeyValueStore::value(const QString& key) const 
 
 std::optional<StoredValue> SqliteKeyValueStore::known(const QString& key) const {
     const auto found = m_known.find(key);
-    return found == m_known.end() ? std::nullopt : std::optional(found->second);
+    return found == m_known.end() ? std::nullopt : found->second;
 }
 
 // If the file was open before, its values are known from memory; only large values that were not kept are
 // lost.
 bool SqliteKeyValueStore::bringBackKnown() {
     for (const auto& [key, value] : m_known)
-        if (key != damageKey)
-            m_unsaved.emplace(key, value);
+        if (value && key != damageKey)
+            m_unsaved.emplace(key, *value);
     return !m_isLargeUnknown;
 }
 

@@ -37,6 +37,7 @@ public:
 
     [[nodiscard]] std::optional<StoredValue> value(const QString& key) const override;
     void setValue(const QString& key, StoredValue value) override;
+    [[nodiscard]] Reading read(const QString& key) override;
     void preserve(const QString& key) override { m_preserved.insert(key); }
     void forgetOverwritten() override;
 
@@ -49,6 +50,8 @@ public:
 
 private:
     void open();
+    /// Throws if the value cannot be read.
+    [[nodiscard]] std::optional<StoredValue> find(const QString& key) const;
     void remember(const QString& key, const StoredValue& value) const;
     [[nodiscard]] bool writeUnsaved(const QString& key);
     void writeAllUnsaved();
@@ -61,8 +64,9 @@ private:
     const QString m_path;
     std::unique_ptr<SqliteDatabase> m_database;  ///< null while the file cannot be opened
     std::map<QString, StoredValue> m_unsaved;
-    mutable std::map<QString, StoredValue> m_known;  ///< values that were read or written, except large ones
-    mutable bool m_isLargeUnknown = false;           ///< a large value was left out of `m_known`
+    /// What was read, or found absent, or written, except large values
+    mutable std::map<QString, std::optional<StoredValue>> m_known;
+    mutable bool m_isLargeUnknown = false;  ///< a large value was left out of `m_known`
     /// keys whose stored values are set aside before they are overwritten
     mutable std::set<QString> m_preserved;
     mutable std::set<QString> m_unreadable;  ///< keys that the user was informed of

@@ -73,6 +73,10 @@ void StagedFile::write(const QByteArray& piece) {
     m_size += piece.size();
 }
 
+QString StagedFile::path() const {
+    return m_name.isEmpty() ? u"/proc/%1/fd/%2"_s.arg(getpid()).arg(m_file) : QFile::decodeName(m_name);
+}
+
 void StagedFile::moveTo(const QString& path) {
     if (m_name.isEmpty()) {
         // linkat() cannot replace a file of that name, but a rename can: link under a free name first.

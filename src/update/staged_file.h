@@ -29,6 +29,9 @@ public:
     void write(const QByteArray& piece);
     [[nodiscard]] qint64 size() const { return m_size; }
 
+    /// A path by which other programs can read the file as long as this object lives.
+    [[nodiscard]] QString path() const;
+
     /// Gives the file its final name, in the same folder. An existing file of that name is replaced
     /// atomically.
     void moveTo(const QString& path);

@@ -32,6 +32,7 @@ constexpr auto archiveTimeout = 60s;
 constexpr int statusOK = 200;
 
 const QString cannotDownload = u"Lỗi tải bản cập nhật: "_s;
+const QString cannotSave = u"Lỗi khi lưu file cập nhật: "_s;
 const QString cannotInstall = u"Không thể chạy tiến trình cập nhật: "_s;
 
 /// Requests the current manifest: no cache on the way may answer.
@@ -77,8 +78,6 @@ UpdateService::UpdateService(HttpClient& http, Installer& installer, Host host)
 
 UpdateService::~UpdateService() {
     m_stop.request_stop();
-    if (!m_checkedArchive.isEmpty())
-        removeWhateverIsAt(m_checkedArchive);
 }
 
 bool UpdateService::isPackaged() const {
@@ -189,17 +188,8 @@ QCoro::Task<> UpdateService::install(QUrl archive) {
             signature = co_await fetchSignature(archive);
         if (!self)
             co_return;
-        const QString zipPath = QDir(m_host.temporaryFolder).filePath(u"Tralio-Update.zip"_s);
-        removeWhateverIsAt(zipPath);
-        try {
-            std::exchange(m_archive, nullptr)->moveTo(zipPath);
-            m_checkedArchive = zipPath;
-        } catch (const FileError& error) {
-            failInstallation(u"Lỗi khi lưu file cập nhật: "_s + error.errorDescription());
-            co_return;
-        }
         statusMessage = u"Đang cài đặt và khởi động lại..."_s;
-        co_await applyUpdate(zipPath, signature);
+        co_await applyUpdate(signature);
         co_return;
     } catch (const LocalizedError& error) {
         failure = error.errorDescription();
@@ -244,30 +234,39 @@ bool UpdateService::isSecure(const QUrl& archive) const {
         isLoopback(archive.host().toStdString());
 }
 
-QCoro::Task<> UpdateService::applyUpdate(QString zipPath, QByteArray signature) {
+QCoro::Task<> UpdateService::applyUpdate(QByteArray signature) {
     const QPointer self(this);
     QString failure;
     try {
+        const QString path = m_archive->path();
         if (!m_host.publicKey.isEmpty())
-            co_await m_installer.checkSignature(zipPath, signature, m_host.publicKey);
+            co_await m_installer.checkSignature(path, signature, m_host.publicKey);
         if (self)
-            co_await m_installer.checkArchive(zipPath);
+            co_await m_installer.checkArchive(path);
         if (!self)
             co_return;
+        // Not before: the script of another session may be about to unpack what is there.
+        const QString zipPath = QDir(m_host.temporaryFolder).filePath(u"Tralio-Update.zip"_s);
+        removeWhateverIsAt(zipPath);
+        std::exchange(m_archive, nullptr)->moveTo(zipPath);
         const QString scriptPath = QDir(m_host.temporaryFolder).filePath(u"tralio_updater.sh"_s);
         removeWhateverIsAt(scriptPath);
         writeScript(scriptPath, installerScript(zipPath));
-        m_installer.run(scriptPath);
-        m_checkedArchive.clear();
+        try {
+            m_installer.run(scriptPath);
+        } catch (const LocalizedError&) {
+            QFile::remove(zipPath);
+            throw;
+        }
         m_host.terminate();
         co_return;
+    } catch (const FileError& error) {
+        failure = cannotSave + error.errorDescription();
     } catch (const LocalizedError& error) {
-        failure = error.errorDescription();
+        failure = cannotInstall + error.errorDescription();
     }
-    if (!self)
-        co_return;
-    removeWhateverIsAt(std::exchange(m_checkedArchive, {}));
-    failInstallation(cannotInstall + failure);
+    if (self)
+        failInstallation(failure);
 }
 
 void UpdateService::failInstallation(const QString& message) {

@@ -83,17 +83,17 @@ private:
     [[nodiscard]] bool isSecure(const QUrl& archive) const;
     QCoro::Task<> download(QUrl archive);
     QCoro::Task<QByteArray> fetchSignature(QUrl archive);
-    QCoro::Task<> applyUpdate(QString zipPath, QByteArray signature);
+    QCoro::Task<> applyUpdate(QByteArray signature);
     void failInstallation(const QString& message);
 
     HttpClient& m_http;
     Installer& m_installer;
     Host m_host;
     std::stop_source m_stop;  ///< cancels the requests when the service is destroyed
-    /// The part of the archive received so far. A member and not a local of the downloading coroutine, whose
-    /// frame is not destroyed when the program ends during a download: half an archive must not stay behind.
+    /// The archive, or the part received so far, until it has been checked. A member and not a local of the
+    /// downloading coroutine, whose frame is not destroyed when the program ends during a download: half an
+    /// archive must not stay behind.
     std::unique_ptr<StagedFile> m_archive;
-    QString m_checkedArchive;  ///< path of the complete archive, until the script takes it over
 };
 
 }  // namespace tralio

@@ -4,6 +4,7 @@
 
 #include <bit>
 
+#include "state/sqlite_store_test.h"
 #include "support/memory_key_value_store.h"
 #include "support/testing.h"
 
@@ -237,6 +238,41 @@ TEST_F(TranslationHistoryStoreTest, no_text_can_lose_the_history) {
     const auto read = this->read(QByteArray('[' + entry(R"(,"tone":"\ud83d!")") + ']'));
     ASSERT_EQ(read.size(), 1);
     EXPECT_EQ(read[0].tone, u"\ufffd!"_s);
+}
+
+TEST_F(SqliteStoreTest, a_history_that_another_process_locks_is_not_damaged_but_read_later) {
+    const auto add = [](TranslationHistoryStore& history, const QString& text) {
+        history.add(text, u"t"_s, u"a"_s, u"b"_s, u"c"_s);
+    };
+    auto store = std::make_unique<SqliteKeyValueStore>(path());
+    for (const bool isLockedFromTheStart : {false, true}) {
+        TranslationHistoryStore before(*store);
+        add(before, u"old"_s);
+        store.reset();
+        const OtherConnection other(path());
+        EXPECT_EQ(other.query("PRAGMA journal_mode = DELETE"), "delete") << "a log would let it be read";
+        // Whoever reads keeps the store from having a log.
+        EXPECT_EQ(other.query("BEGIN; SELECT type FROM entries"), "binary");
+        if (isLockedFromTheStart)
+            EXPECT_EQ(other.query("COMMIT; BEGIN EXCLUSIVE"), "");
+        store = std::make_unique<SqliteKeyValueStore>(path());
+        EXPECT_EQ(store->value(u"setting"_s), std::nullopt);
+        if (!isLockedFromTheStart)
+            EXPECT_EQ(other.query("COMMIT; BEGIN EXCLUSIVE"), "");
+        TranslationHistoryStore history(*store);
+        TranslationHistoryStore cleared(*store);
+        add(history, u"added"_s);
+        EXPECT_EQ(history.items().size(), 1);
+        EXPECT_EQ(store->value(u"setting"_s), std::nullopt) << "as is known";
+        EXPECT_EQ(store->trouble().has_value(), isLockedFromTheStart) << "the settings could not be read";
+        EXPECT_EQ(other.query("COMMIT"), "");
+        history.load();
+        EXPECT_EQ(history.items().size(), 2);
+        EXPECT_EQ(TranslationHistoryStore(*store).items(), history.items());
+        EXPECT_EQ(reread(key + u".damaged-1"_s), std::nullopt);
+        cleared.clear();
+        EXPECT_EQ(reread(key), StoredValue(QByteArray("[]")));
+    }
 }
 
 }  // namespace

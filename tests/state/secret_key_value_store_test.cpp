@@ -205,6 +205,7 @@ TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locke
                 keeper.answerKeep(Answer::locked);
         }
         EXPECT_FALSE(settings->isKeyAwaited());
+        clock.advance(10s);
         EXPECT_EQ(keeper.lastPrompting, Prompting::may);
         start();
         EXPECT_EQ(keeper.lastPrompting, Prompting::mustNot);
@@ -220,6 +221,7 @@ TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locke
     settings->setValue(apiKey, QString());
     settings->setValue(apiKey, u"sk-new"_s);
     keeper.isLocked = false;
+    clock.advance(10s);
     keeper.answerKeep(Answer::done);
     keeper.onChange();
     start();
@@ -229,6 +231,7 @@ TEST_F(SecretKeyValueStoreTest, a_key_that_is_given_up_while_the_keeper_is_locke
     // So does one that is entered before the user agrees to the deletion, which takes it along.
     keeper.isAsking = true;
     settings->setValue(apiKey, QString());
+    clock.advance(10s);
     settings->setValue(apiKey, u"sk-2"_s);
     keeper.answerKeep(Answer::done);
     keeper.answerForget();
@@ -242,21 +245,32 @@ TEST_F(SecretKeyValueStoreTest, undoing_a_reset_waits_again_for_a_key_that_was_a
         void updateTextHotKey(quint32 /*keyCode*/, quint32 /*modifiers*/) override {}
         void updateOCRHotKey(quint32 /*keyCode*/, quint32 /*modifiers*/) override {}
     } registrar;
-    startLocked();
-    AppSettings shown(*settings, registrar);
-    const auto undo = shown.remembered();
-    shown.resetToDefaults();
-    EXPECT_EQ(shown.apiKey(), AppSettings::defaultApiKey);
-    EXPECT_FALSE(settings->isKeyAwaited());
+    for (const bool opensBeforeUndo : {false, true}) {
+        startLocked();
+        awaitedTold.clear();
+        AppSettings shown(*settings, registrar);
+        const auto undo = shown.remembered();
+        shown.resetToDefaults();
+        shown.resetToDefaults();  // pressed twice
+        EXPECT_EQ(shown.apiKey(), AppSettings::defaultApiKey);
+        EXPECT_FALSE(settings->isKeyAwaited());
+        keeper.isLocked = !opensBeforeUndo;
+        keeper.onChange();
+        shown.apiKey = u"sk-new"_s;
+        EXPECT_EQ(keeper.handed, QStringList()) << "it would replace the one that it has";
+        shown.apiKey = QString();
+        clock.advance(6s);
 
-    undo();
-    EXPECT_EQ(shown.apiKey(), QString());
-    EXPECT_TRUE(settings->isKeyAwaited());
-    EXPECT_EQ(stored(), marker);
-    keeper.isLocked = false;  // meanwhile, of which nobody has told
-    keeper.answerFind(Answer::done);
-    EXPECT_EQ(key(), u"sk-mine"_s);
-    EXPECT_EQ(awaitedTold, (QList<bool>{false, true, false}));
+        undo();
+        EXPECT_EQ(shown.apiKey(), QString());
+        EXPECT_TRUE(settings->isKeyAwaited());
+        EXPECT_EQ(stored(), marker);
+        keeper.isLocked = false;  // meanwhile, of which nobody has told
+        clock.advance(1min);
+        keeper.answerFind(Answer::done);
+        EXPECT_EQ(key(), u"sk-mine"_s);
+        EXPECT_EQ(awaitedTold, (QList<bool>{false, true, false}));
+    }
 }
 
 TEST_F(SecretKeyValueStoreTest, the_built_in_key_and_an_empty_one_are_no_secrets) {

@@ -16,7 +16,8 @@ TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_t
     for (int byte = 0; byte < 256; ++byte)
         everyByte.append(static_cast<char>(byte));
     const std::vector<std::pair<QString, StoredValue>> values = {{u"empty text"_s, u""_s},
-        {u"text with NUL"_s, u"a\0b\0"_s}, {u"text with a byte order mark"_s, u"\ufeffa\ufeff"_s},
+        {u"null text"_s, QString()}, {u"text with NUL"_s, u"a\0b\0"_s},
+        {u"text with a byte order mark"_s, u"\ufeffa\ufeff"_s},
         {u"decomposed"_s, u"Tự nhiên"_s.normalized(QString::NormalizationForm_D)},
         {u"outside the basic plane"_s, u"👨‍👩‍👧‍👦 𠮷 \U0010ffff \uffff \u202e"_s},
         {u"text that looks like a number"_s, u"007"_s}, {u"true"_s, true}, {u"false"_s, false},

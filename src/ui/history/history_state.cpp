@@ -19,7 +19,9 @@ constexpr auto rowFeedback = 1500ms;
 }  // namespace
 
 HistoryState::HistoryState(Dependencies needs, OnSelect onSelect)
-    : m_needs(std::move(needs)), m_onSelect(std::move(onSelect)) {}
+    : m_needs(std::move(needs)), m_onSelect(std::move(onSelect)) {
+    m_needs.historyStore.load();  // the store may have been locked until now
+}
 
 QString HistoryState::formatDate(const QDateTime& date) const {
     const QDateTime local = date.toLocalTime();
