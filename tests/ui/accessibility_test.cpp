@@ -2,6 +2,7 @@
 
 #include <QAccessibleActionInterface>
 
+#include "ui/history/history_row.h"
 #include "ui/kit/switch.h"
 #include "ui/main/main_view.h"
 #include "ui/stage_test.h"
@@ -57,19 +58,24 @@ protected:
         const bool isBeside = second.top() < first.bottom() && second.left() >= first.left();
         return second.bottom() > first.bottom() || isBeside;
     }
-    /// Goes by Tab from the tabs on and around; the number of stops.
-    int walkByTab() {
+    /// Goes by Tab or Shift+Tab from the tabs on and around; the number of stops.
+    int walkBy(Qt::Key key) {
+        const bool isForward = key == Qt::Key_Tab;
         QWidget* const start = controls(u"Tralio"_s).constFirst();
         start->setFocus(Qt::TabFocusReason);
         int stops = 0;
         for (QWidget* before = start; stops < 100; ++stops) {
-            press(Qt::Key_Tab);
+            press(key);
             QWidget* here = QApplication::focusWidget();
             if (here == start || (stops > 0 && here->parentWidget() == start->parentWidget()))
                 break;
-            EXPECT_TRUE(isReadAfter(*here, *before))
-                << qPrintable(spokenName(*here)) << " after " << qPrintable(spokenName(*before));
-            EXPECT_FALSE(here->visibleRegion().isEmpty())
+            const bool isFromTopToBottom = !isForward && stops == 0;
+            EXPECT_TRUE(
+                isFromTopToBottom || isReadAfter(isForward ? *here : *before, isForward ? *before : *here))
+                << qPrintable(spokenName(*here)) << " from " << qPrintable(spokenName(*before));
+            const auto* row = qobject_cast<HistoryRow*>(here->parentWidget());
+            EXPECT_TRUE(
+                row == nullptr ? !here->visibleRegion().isEmpty() : row->visibleRegion() == row->rect())
                 << qPrintable(spokenName(*here)) << " is out of sight";
             before = here;
         }
@@ -80,7 +86,8 @@ protected:
 TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it_as_it_is_read) {
     desktop.permissions.accessibility = false;  // the footer warns, and the settings ask
     useOwnEndpoint();
-    fillHistory({u"good night"_s, u"hello"_s});
+    const QStringList history = u"good night,a,b,c,d,e,f,"_s.append(u"long "_s.repeated(90)).split(u',');
+    fillHistory(history);
     open();
     for (const QString& tab : {u"Tralio"_s, u"Lịch sử"_s, u"Cài đặt"_s, u"Tác giả"_s}) {
         click(tab);
@@ -94,13 +101,14 @@ TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it
             EXPECT_NE(role, QAccessible::Graphic) << "a picture without a name is nothing to be told of";
         });
         if (tab == u"Lịch sử") {
-            ASSERT_THAT(controls(u"Xóa"_s), SizeIs(2));
+            ASSERT_THAT(controls(u"Xóa"_s), SizeIs(history.size()));
             EXPECT_EQ(
                 accessible(*controls(u"Xóa"_s).constFirst()).text(QAccessible::Description), u"good night"_s);
             click(u"Xóa"_s);
             click(u"Hoàn tác"_s);  // a row that was made last, and stands first
         }
-        EXPECT_GT(walkByTab(), 4) << qPrintable(tab);
+        for (const Qt::Key key : {Qt::Key_Backtab, Qt::Key_Tab})
+            EXPECT_GT(walkBy(key), 4) << qPrintable(tab) << " by " << key;
     }
 }
 
