@@ -3,6 +3,7 @@
 #include <QAccessibleActionInterface>
 
 #include "ui/history/history_row.h"
+#include "ui/kit/badge.h"
 #include "ui/kit/switch.h"
 #include "ui/main/main_view.h"
 #include "ui/stage_test.h"
@@ -106,6 +107,14 @@ TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it
                 accessible(*controls(u"Xóa"_s).constFirst()).text(QAccessible::Description), u"good night"_s);
             click(u"Xóa"_s);
             click(u"Hoàn tác"_s);  // a row that was made last, and stands first
+        }
+        if (tab == u"Cài đặt") {
+            const QString words = u"Super + Shift + D"_s;
+            auto* shortcut = part<Badge>([&](const Badge& badge) { return badge.accessibleName() == words; });
+            ASSERT_NE(shortcut, nullptr);
+            EXPECT_EQ(accessible(*shortcut).role(), QAccessible::StaticText);
+            EXPECT_EQ(shortcut->toolTip(), words);
+            EXPECT_EQ(controls(u"⌥ T"_s).constFirst()->toolTip(), u"Alt + T"_s);
         }
         for (const Qt::Key key : {Qt::Key_Backtab, Qt::Key_Tab})
             EXPECT_GT(walkBy(key), 4) << qPrintable(tab) << " by " << key;
