@@ -179,6 +179,16 @@ TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that
     wait([this] { return hasControl(u"Kiểm tra kết nối"_s); });
     click(u"Tralio văn bản bôi đen: Đổi"_s);
     EXPECT_THAT(news(), SizeIs(2)) << "the test's result, and how to record";
+
+    typeKey(KeyCode::d, Qt::AltModifier, Qt::Key_D, u"d"_s);
+    EXPECT_THAT(news(), Contains(u"Alt + D"_s)) << "what was recorded";
+    const QString undone = u"Đã hoàn tác"_s;
+    click(u"Khôi phục mặc định"_s);
+    click(u"Hoàn tác"_s);
+    EXPECT_THAT(news(), Contains(undone));
+    EXPECT_THAT(texts(), Not(Contains(undone))) << "which everybody else sees";
+    click(u"Khôi phục mặc định"_s);
+    EXPECT_THAT(news(), ElementsAre(u"Đã khôi phục cài đặt mặc định"_s));
 }
 
 TEST_F(StageTest, the_keyboard_keeps_its_place_when_what_has_it_is_busy_or_gone) {
