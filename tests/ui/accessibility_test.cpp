@@ -6,6 +6,7 @@
 #include "ui/kit/badge.h"
 #include "ui/kit/switch.h"
 #include "ui/main/main_view.h"
+#include "ui/settings/settings_view.h"
 #include "ui/stage_test.h"
 
 namespace tralio {
@@ -182,6 +183,17 @@ TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that
 
     typeKey(KeyCode::d, Qt::AltModifier, Qt::Key_D, u"d"_s);
     EXPECT_THAT(news(), Contains(u"Alt + D"_s)) << "what was recorded";
+
+    useOwnEndpoint();
+    open();
+    click(u"Cài đặt"_s);
+    for (int test = 0; test < 2; ++test) {
+        click(u"Kiểm tra"_s);
+        EXPECT_THAT(news(), Contains(u"API Key chưa được gửi đi, vì địa chỉ máy chủ không mã hóa (http)."_s))
+            << test;
+        find<SettingsView>()->hide();
+        find<SettingsView>()->show();
+    }
     const QString undone = u"Đã hoàn tác"_s;
     click(u"Khôi phục mặc định"_s);
     click(u"Hoàn tác"_s);
