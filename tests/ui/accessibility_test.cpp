@@ -135,8 +135,9 @@ TEST_F(AccessibleProgram, is_pressed_as_it_is_clicked) {
     activate(u"⌥ T"_s);
     EXPECT_EQ(setting(u"hotkey_display"_s), u"⌥ T"_s);
     EXPECT_THAT(actions(*controls(u"Bôi đen: ⌥ T"_s).value(0)), IsEmpty()) << "a green one does nothing";
-    activate(u"Tự động dịch khi mở từ Clipboard"_s);
     auto* autoPaste = find<Switch>();
+    EXPECT_TRUE(accessible(*autoPaste).state().checked);
+    activate(u"Tự động dịch khi mở từ Clipboard"_s);
     EXPECT_FALSE(accessible(*autoPaste).state().checked);
     EXPECT_TRUE(accessible(*autoPaste).state().checkable);
 
