@@ -55,15 +55,15 @@ void UndoStrip::undo() {
 
 void UndoStrip::refresh() {
     const auto message = m_offer.message();
-    if (!message)
+    if (message) {
+        setAccessibleName(QString());
+        m_message->setText(*message);
+        announce(*m_message);  // before it appears, or it would be told twice
+    } else {
         restFocus(m_neighbour, *m_reveal);
+    }
     m_reveal->setRevealed(message.has_value());
     m_keys->setEnabled(message.has_value());
-    if (!message)
-        return;
-    setAccessibleName(QString());
-    m_message->setText(*message);
-    announce(*m_message);
 }
 
 }  // namespace tralio
