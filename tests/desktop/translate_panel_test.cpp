@@ -1,6 +1,41 @@
+#include <QtDBus>
+
 #include "desktop/fixtures.h"
 
 namespace tralio {
+
+/// Hears what a screen reader reads out by itself.
+class AlertListener final : public QObject {
+    Q_OBJECT
+
+public:
+    explicit AlertListener(const QString& address)
+        : m_bus(QDBusConnection::connectToBus(address, u"listener"_s)) {
+        m_bus.connect(QString(), QString(), u"org.a11y.atspi.Event.Object"_s, u"StateChanged"_s,
+            {u"showing"_s}, QString(), this, SLOT(changed(QDBusMessage)));
+        const QString registry = u"org.a11y.atspi.Registry"_s;
+        auto wish = QDBusMessage::createMethodCall(
+            registry, u"/org/a11y/atspi/registry"_s, registry, u"RegisterEvent"_s);
+        wish << u"object:state-changed:showing"_s << QStringList() << QString();
+        m_bus.call(wish);
+    }
+    ~AlertListener() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
+
+    int alerts = 0;
+
+private Q_SLOTS:
+    void changed(const QDBusMessage& event) {
+        constexpr uint alert = 2;
+        const auto question = QDBusMessage::createMethodCall(
+            event.service(), event.path(), u"org.a11y.atspi.Accessible"_s, u"GetRole"_s);
+        if (event.arguments().value(1).toBool() && m_bus.call(question).arguments().value(0) == alert)
+            ++alerts;
+    }
+
+private:
+    QDBusConnection m_bus;
+};
+
 namespace {
 
 using TranslatePanelOnScreen = OnDesktop;
@@ -9,8 +44,10 @@ TEST_F(TranslatePanelOnScreen, a_typed_text_is_translated_and_the_result_pasted_
     const QString translation = u"Chào buổi sáng, thế giới"_s;
     program.standIn().translatesTo(translation);
     ASSERT_TRUE(program.openByHotKey());
+    const AlertListener told(desktop.accessibilityAddress());
     desktop.enter(u"good morning, world"_s);
     ASSERT_TRUE(program.isAsked(u"good morning, world"_s));
+    EXPECT_TRUE(waitUntil([&] { return told.alerts == 1; })) << "a screen reader hears nothing of it";
     ASSERT_TRUE(program.click(u"Sao chép"_s));
     ASSERT_TRUE(program.comes(u"Đã chép!"_s));
     desktop.press(u"Escape"_s);
@@ -140,3 +177,5 @@ TEST_F(InputMethod, what_a_composition_shows_is_translated_and_a_return_that_con
 
 }  // namespace
 }  // namespace tralio
+
+#include "translate_panel_test.moc"

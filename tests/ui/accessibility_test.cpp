@@ -2,8 +2,11 @@
 
 #include <QAccessibleActionInterface>
 
+#include "ui/history/history_row.h"
+#include "ui/kit/badge.h"
 #include "ui/kit/switch.h"
 #include "ui/main/main_view.h"
+#include "ui/settings/settings_view.h"
 #include "ui/stage_test.h"
 
 namespace tralio {
@@ -57,19 +60,24 @@ protected:
         const bool isBeside = second.top() < first.bottom() && second.left() >= first.left();
         return second.bottom() > first.bottom() || isBeside;
     }
-    /// Goes by Tab from the tabs on and around; the number of stops.
-    int walkByTab() {
+    /// Goes by Tab or Shift+Tab from the tabs on and around; the number of stops.
+    int walkBy(Qt::Key key) {
+        const bool isForward = key == Qt::Key_Tab;
         QWidget* const start = controls(u"Tralio"_s).constFirst();
         start->setFocus(Qt::TabFocusReason);
         int stops = 0;
         for (QWidget* before = start; stops < 100; ++stops) {
-            press(Qt::Key_Tab);
+            press(key);
             QWidget* here = QApplication::focusWidget();
             if (here == start || (stops > 0 && here->parentWidget() == start->parentWidget()))
                 break;
-            EXPECT_TRUE(isReadAfter(*here, *before))
-                << qPrintable(spokenName(*here)) << " after " << qPrintable(spokenName(*before));
-            EXPECT_FALSE(here->visibleRegion().isEmpty())
+            const bool isFromTopToBottom = !isForward && stops == 0;
+            EXPECT_TRUE(
+                isFromTopToBottom || isReadAfter(isForward ? *here : *before, isForward ? *before : *here))
+                << qPrintable(spokenName(*here)) << " from " << qPrintable(spokenName(*before));
+            const auto* row = qobject_cast<HistoryRow*>(here->parentWidget());
+            EXPECT_TRUE(
+                row == nullptr ? !here->visibleRegion().isEmpty() : row->visibleRegion() == row->rect())
                 << qPrintable(spokenName(*here)) << " is out of sight";
             before = here;
         }
@@ -80,7 +88,8 @@ protected:
 TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it_as_it_is_read) {
     desktop.permissions.accessibility = false;  // the footer warns, and the settings ask
     useOwnEndpoint();
-    fillHistory({u"good night"_s, u"hello"_s});
+    const QStringList history = u"good night,a,b,c,d,e,f,"_s.append(u"long "_s.repeated(90)).split(u',');
+    fillHistory(history);
     open();
     for (const QString& tab : {u"Tralio"_s, u"Lịch sử"_s, u"Cài đặt"_s, u"Tác giả"_s}) {
         click(tab);
@@ -94,13 +103,22 @@ TEST_F(AccessibleProgram, has_a_name_for_whatever_can_be_used_and_tab_goes_by_it
             EXPECT_NE(role, QAccessible::Graphic) << "a picture without a name is nothing to be told of";
         });
         if (tab == u"Lịch sử") {
-            ASSERT_THAT(controls(u"Xóa"_s), SizeIs(2));
+            ASSERT_THAT(controls(u"Xóa"_s), SizeIs(history.size()));
             EXPECT_EQ(
                 accessible(*controls(u"Xóa"_s).constFirst()).text(QAccessible::Description), u"good night"_s);
             click(u"Xóa"_s);
             click(u"Hoàn tác"_s);  // a row that was made last, and stands first
         }
-        EXPECT_GT(walkByTab(), 4) << qPrintable(tab);
+        if (tab == u"Cài đặt") {
+            const QString words = u"Super + Shift + D"_s;
+            auto* shortcut = part<Badge>([&](const Badge& badge) { return badge.accessibleName() == words; });
+            ASSERT_NE(shortcut, nullptr);
+            EXPECT_EQ(accessible(*shortcut).role(), QAccessible::StaticText);
+            EXPECT_EQ(shortcut->toolTip(), words);
+            EXPECT_EQ(controls(u"⌥ T"_s).constFirst()->toolTip(), u"Alt + T"_s);
+        }
+        for (const Qt::Key key : {Qt::Key_Backtab, Qt::Key_Tab})
+            EXPECT_GT(walkBy(key), 4) << qPrintable(tab) << " by " << key;
     }
 }
 
@@ -117,8 +135,9 @@ TEST_F(AccessibleProgram, is_pressed_as_it_is_clicked) {
     activate(u"⌥ T"_s);
     EXPECT_EQ(setting(u"hotkey_display"_s), u"⌥ T"_s);
     EXPECT_THAT(actions(*controls(u"Bôi đen: ⌥ T"_s).value(0)), IsEmpty()) << "a green one does nothing";
-    activate(u"Tự động dịch khi mở từ Clipboard"_s);
     auto* autoPaste = find<Switch>();
+    EXPECT_TRUE(accessible(*autoPaste).state().checked);
+    activate(u"Tự động dịch khi mở từ Clipboard"_s);
     EXPECT_FALSE(accessible(*autoPaste).state().checked);
     EXPECT_TRUE(accessible(*autoPaste).state().checkable);
 
@@ -162,6 +181,27 @@ TEST_F(AccessibleProgram, tells_what_comes_without_the_keyboard_and_nothing_that
     wait([this] { return hasControl(u"Kiểm tra kết nối"_s); });
     click(u"Tralio văn bản bôi đen: Đổi"_s);
     EXPECT_THAT(news(), SizeIs(2)) << "the test's result, and how to record";
+
+    typeKey(KeyCode::d, Qt::AltModifier, Qt::Key_D, u"d"_s);
+    EXPECT_THAT(news(), Contains(u"Alt + D"_s)) << "what was recorded";
+
+    useOwnEndpoint();
+    open();
+    click(u"Cài đặt"_s);
+    for (int test = 0; test < 2; ++test) {
+        click(u"Kiểm tra"_s);
+        EXPECT_THAT(news(), Contains(u"API Key chưa được gửi đi, vì địa chỉ máy chủ không mã hóa (http)."_s))
+            << test;
+        find<SettingsView>()->hide();
+        find<SettingsView>()->show();
+    }
+    const QString undone = u"Đã hoàn tác"_s;
+    click(u"Khôi phục mặc định"_s);
+    click(u"Hoàn tác"_s);
+    EXPECT_THAT(news(), Contains(undone));
+    EXPECT_THAT(texts(), Not(Contains(undone))) << "which everybody else sees";
+    click(u"Khôi phục mặc định"_s);
+    EXPECT_THAT(news(), ElementsAre(u"Đã khôi phục cài đặt mặc định"_s));
 }
 
 TEST_F(StageTest, the_keyboard_keeps_its_place_when_what_has_it_is_busy_or_gone) {

@@ -9,6 +9,7 @@
 #include "ui/kit/menu_button.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/stack.h"
+#include "ui/kit/switch.h"
 #include "ui/kit/tab_strip.h"
 #include "ui/kit/theme.h"
 #include "ui/kit/tooltip.h"
@@ -141,6 +142,14 @@ TEST_F(ControlTest, tabs_tell_only_of_the_users_choice_and_keep_their_width) {
     EXPECT_EQ(
         pictureOf(*m_tabs).pixelColor(second.left() + 5, second.center().y()), color(ColorRole::accentFill))
         << "what slides while it is seen stands there at once else";
+}
+
+TEST_F(ControlTest, a_switch_keeps_its_size_where_there_is_room) {
+    auto* toggle = new Switch;
+    m_window.layout()->addWidget(toggle);
+    m_window.resize(500, 500);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_EQ(toggle->size(), toggle->sizeHint());
 }
 
 TEST_F(ControlTest, a_spinner_turns_only_while_it_can_be_seen) {

@@ -4,6 +4,7 @@
 
 #include "ui/kit/button.h"
 #include "ui/kit/chip.h"
+#include "ui/kit/cross_fade.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/icon.h"
 #include "ui/kit/label.h"
@@ -158,6 +159,22 @@ TEST(Drawing, a_very_long_text_breaks_and_shortens_as_its_start_does) {
     for (Label* label : {&line, &start})
         label->resize(300, 16);
     EXPECT_EQ(difference(pictureOf(line), pictureOf(start)), QRect());
+}
+
+TEST(Drawing, a_change_begins_with_the_picture_of_what_was_there) {
+    QWidget window;
+    auto* label = new Label(QString());
+    filled(&window, column({}, {label}));
+    window.resize(100, 40);
+    window.show();
+    const auto beginOfChangeFrom = [&](const QString& former) {
+        label->setText(former);
+        CrossFade fade(&window, 10'000);
+        label->setText(u"sau"_s);
+        fade.start();
+        return pictureOf(window);
+    };
+    EXPECT_NE(beginOfChangeFrom(u"trước"_s), beginOfChangeFrom(u"cũ"_s));
 }
 
 TEST(Drawing, what_is_revealed_takes_its_height_and_nothing_when_it_left) {

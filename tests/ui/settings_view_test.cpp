@@ -1,5 +1,4 @@
 #include <QTextEdit>
-#include <QWindow>
 
 #include "engine/hosts.h"
 #include "engine/provider_preset.h"
@@ -21,16 +20,6 @@ protected:
         click(u"Cài đặt"_s);
     }
 
-    /// As the window system delivers a key: to the window, which hands it on to what has the focus. Whether
-    /// somebody took it.
-    bool typeKey(KeyCode position, Qt::KeyboardModifiers modifiers, int key, const QString& text) {
-        QKeyEvent event(
-            QEvent::KeyPress, key, modifiers, firstScanCode + static_cast<quint32>(position), 0, 0, text);
-        event.ignore();
-        QCoreApplication::sendEvent(window().windowHandle(), &event);
-        pass(0ms);
-        return event.isAccepted();
-    }
     [[nodiscard]] QStringList markedSuggestions() {
         QStringList titles;
         for (const Button* suggestion : visibleParts<Button>(window()))

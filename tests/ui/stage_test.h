@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QWindow>
 
 #include "history/translation_history_store.h"
 #include "ui/kit/button.h"
@@ -58,6 +59,16 @@ struct StageTest : testing::Test, protected Stage {
     void pass(std::chrono::milliseconds time) {
         desktop.clock.advance(time);
         settle();
+    }
+    /// As the window system delivers a key: to the window, which hands it on to what has the focus. Whether
+    /// somebody took it.
+    bool typeKey(KeyCode position, Qt::KeyboardModifiers modifiers, int key, const QString& text) {
+        QKeyEvent event(
+            QEvent::KeyPress, key, modifiers, firstScanCode + static_cast<quint32>(position), 0, 0, text);
+        event.ignore();
+        QCoreApplication::sendEvent(window().windowHandle(), &event);
+        pass(0ms);
+        return event.isAccepted();
     }
     [[nodiscard]] QString input() const { return find<MultilineEnterInputView>()->text(); }
     [[nodiscard]] QString result() const { return find<ReadingArea>()->text(); }

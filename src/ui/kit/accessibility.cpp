@@ -84,6 +84,7 @@ QAccessibleInterface* interfaceFor(const QString& className, QObject* object) {
         {QLatin1StringView("tralio::KeyCap"), QAccessible::StaticText},
         {QLatin1StringView("tralio::PageIndicator"), QAccessible::StaticText},
         {QLatin1StringView("tralio::ErrorStrip"), QAccessible::Grouping},
+        {QLatin1StringView("tralio::UndoStrip"), QAccessible::Grouping},
         {QLatin1StringView("tralio::PopupMenu"), QAccessible::PopupMenu},
         {QLatin1StringView("tralio::TabStrip"), QAccessible::PageTabList},
         {QLatin1StringView("tralio::Divider"), QAccessible::Separator},

@@ -43,6 +43,7 @@ class Badge final : public QWidget {
 public:
     Badge(const BadgeStyle& style, const QString& text, QWidget* parent = nullptr);
 
+    [[nodiscard]] const QString& text() const { return m_text; }
     void setText(const QString& text);
     void setStyle(const BadgeStyle& style);
 

@@ -1,7 +1,10 @@
 #include "ui/kit/focus_order.h"
 
 #include <QLayout>
+#include <QScrollArea>
 #include <QWidget>
+
+#include "ui/kit/control.h"
 
 namespace tralio {
 namespace {
@@ -49,6 +52,16 @@ private:
     QList<QWidget*> m_places;
 };
 
+/// Scrolls a place into sight, with the whole control that it is a part of.
+void showWhole(QWidget& place) {
+    QWidget* whole = &place;
+    for (QWidget* owner = place.parentWidget(); owner != nullptr; owner = owner->parentWidget())
+        if (qobject_cast<Control*>(owner) != nullptr)
+            whole = owner;
+        else if (auto* area = qobject_cast<QScrollArea*>(owner); area != nullptr)
+            area->ensureWidgetVisible(whole);
+}
+
 }  // namespace
 
 bool moveFocus(QWidget& root, bool next) {
@@ -60,6 +73,7 @@ bool moveFocus(QWidget& root, bool next) {
         QWidget* place = order.places().at((start + (next ? step : count - step)) % count);
         if (isStop(*place)) {
             place->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            showWhole(*place);  // the toolkit scrolls only where the focus was in the same panel
             return true;
         }
     }

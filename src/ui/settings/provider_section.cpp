@@ -1,6 +1,7 @@
 #include "ui/settings/provider_section.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "common/on_change.h"
 #include "engine/hosts.h"
@@ -83,7 +84,7 @@ QWidget* ProviderSection::ownGatewayCard() {
     test.height = button::bordered.height;
     m_cardTest = new Button(test, {.icon = u"bolt.horizontal.fill"_s});
     m_cardTest->setIconColor(ColorRole::accentIcon);
-    connect(m_cardTest, &Button::clicked, this, [this] { m_state.runTestConnection(); });
+    connect(m_cardTest, &Button::clicked, this, [this] { testConnection(); });
 
     auto* model = row({},
         {new Label(u"Model: "_s), m_cardModel, Gap{5},
@@ -129,7 +130,7 @@ QLayout* ProviderSection::keyField() {
     m_apiKey = field(m_state.settings().apiKey, u"API Key"_s, u"sk-..."_s);
     m_test = new Button(button::borderedField, {.icon = u"bolt.horizontal.fill"_s, .title = u"Kiểm tra"_s});
     m_test->setIconColor(ColorRole::accentIcon);
-    connect(m_test, &Button::clicked, this, [this] { m_state.runTestConnection(); });
+    connect(m_test, &Button::clicked, this, [this] { testConnection(); });
     return column({.spacing = 3},
         {row({}, {fieldCaption(u"API Key:"_s), Stretch{}, m_eye, Gap{-button::fieldIcon.padding}}),
             row({.spacing = 8}, {m_apiKey, m_test})});
@@ -153,6 +154,11 @@ QWidget* ProviderSection::resultStrip() {
         row({.spacing = 6, .padding = {6, 6, 6, 6}},
             {column({}, {m_resultIcon, Stretch{}}), StackItem(m_resultMessage, {}, 1)})));
     return m_result;
+}
+
+void ProviderSection::testConnection() {
+    m_isResultAwaited = true;
+    m_state.runTestConnection();
 }
 
 void ProviderSection::refresh() {
@@ -198,18 +204,17 @@ void ProviderSection::refreshResult() {
         m_result->setRevealed(false);
         return;
     }
-    const bool isAgain = !m_result->isRevealed();
     const bool success = m_state.isSuccess();
     const ColorRole ink = success ? ColorRole::green : ColorRole::red;
     m_resultSurface->setFill(success ? ColorRole::greenTestTint : ColorRole::redTint);
     m_resultIcon->setIcon(
         {.name = success ? u"checkmark.circle.fill"_s : u"exclamationmark.triangle.fill"_s, .pointSize = 12});
     m_resultIcon->setColor(ink);
-    m_resultMessage->setNews(beginningOfMessage(*message));
+    m_resultMessage->setText(beginningOfMessage(*message));
     m_resultMessage->setColor(ink);
+    if (std::exchange(m_isResultAwaited, false))
+        announce(*m_resultMessage);  // also of one in the same words
     m_result->setRevealed(true);
-    if (isAgain)
-        announce(*m_resultMessage);
 }
 
 }  // namespace tralio

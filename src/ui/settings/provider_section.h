@@ -31,6 +31,7 @@ private:
     QLayout* keyField();
     QWidget* resultStrip();
     TextField* field(Persisted<QString>& setting, const QString& caption, const QString& placeholder);
+    void testConnection();
     void refresh();
     void refreshFields();
     void refreshResult();
@@ -53,6 +54,7 @@ private:
     Surface* m_resultSurface;
     IconView* m_resultIcon;
     Label* m_resultMessage;
+    bool m_isResultAwaited = false;
 };
 
 }  // namespace tralio

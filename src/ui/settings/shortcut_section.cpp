@@ -100,14 +100,17 @@ QLayout* ShortcutBlock::suggestions() {
 
 void ShortcutBlock::refresh() {
     const QString& display = m_state.display(m_target);
+    const bool recording = m_state.recordingTarget() == m_target;
+    const bool isRecorded = m_banner->isRevealed() && !recording && m_display->text() != display;
     m_display->setText(display);
     setTooltip(m_display, shortcutsInWords(display));
+    if (isRecorded)
+        announce(*m_display);
 
     const auto trouble = m_state.hotKeyTrouble(m_target);
     m_trouble->setNews(trouble.value_or(QString()));
     m_troubleLine->setVisible(trouble.has_value());
 
-    const bool recording = m_state.recordingTarget() == m_target;
     m_toggle->setIconName(recording ? u"record.circle.fill"_s : u"pencil"_s);
     m_toggle->setTitle(recording ? u"Đang chờ..."_s : u"Đổi"_s);
     m_toggle->setColor(recording ? ColorRole::red : ColorRole::text);

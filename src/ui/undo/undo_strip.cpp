@@ -28,10 +28,10 @@ UndoStrip::UndoStrip(UndoOffer& offer, QWidget& neighbour, QWidget* parent)
     m_undo = new Button(button::word, {.title = u"Hoàn tác"_s});
     m_undo->setWeight(Weight::semibold);
     m_undo->setColor(ColorRole::accentText);
-    connect(m_undo, &Button::clicked, this, [this] { m_offer.accept(); });
+    connect(m_undo, &Button::clicked, this, [this] { undo(); });
     // Works wherever the focus is, except in an editor, which has an undo of its own.
     m_keys = new QShortcut(QKeySequence::Undo, this);
-    connect(m_keys, &QShortcut::activated, this, [this] { m_offer.accept(); });
+    connect(m_keys, &QShortcut::activated, this, [this] { undo(); });
 
     auto* strip = filled(new Surface(ColorRole::surface2, ColorRole::none, 0),
         row({.spacing = 6, .padding = {14, 0, 14 - button::word.padding, 0}},
@@ -44,16 +44,26 @@ UndoStrip::UndoStrip(UndoOffer& offer, QWidget& neighbour, QWidget* parent)
     refresh();
 }
 
+void UndoStrip::undo() {
+    if (!m_offer.message())
+        return;  // the button fades away
+    m_offer.accept();
+    // The strip is empty then, but not hidden: its parts would be gone before a screen reader asks for them.
+    setAccessibleName(u"Đã hoàn tác"_s);
+    announce(*this);
+}
+
 void UndoStrip::refresh() {
     const auto message = m_offer.message();
-    if (!message)
+    if (message) {
+        setAccessibleName(QString());
+        m_message->setText(*message);
+        announce(*m_message);  // before it appears, or it would be told twice
+    } else {
         restFocus(m_neighbour, *m_reveal);
+    }
     m_reveal->setRevealed(message.has_value());
     m_keys->setEnabled(message.has_value());
-    if (!message)
-        return;
-    m_message->setText(*message);
-    announce(*m_message);
 }
 
 }  // namespace tralio

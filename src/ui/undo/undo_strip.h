@@ -20,6 +20,7 @@ public:
     UndoStrip(UndoOffer& offer, QWidget& neighbour, QWidget* parent = nullptr);
 
 private:
+    void undo();
     void refresh();
 
     UndoOffer& m_offer;
