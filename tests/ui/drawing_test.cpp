@@ -16,6 +16,7 @@
 #include "ui/kit/reveal.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/tab_strip.h"
+#include "ui/kit/theme.h"
 #include "ui/kit/window_frame.h"
 #include "widget_support.h"
 
@@ -162,13 +163,13 @@ TEST(Drawing, a_very_long_text_breaks_and_shortens_as_its_start_does) {
 }
 
 TEST(Drawing, a_change_begins_with_the_picture_of_what_was_there) {
-    QWidget window;
-    auto* label = new Label(QString());
-    filled(&window, column({}, {label}));
-    window.resize(100, 40);
-    window.show();
+    Theme::setAppearance({});
     const auto beginOfChangeFrom = [&](const QString& former) {
-        label->setText(former);
+        QWidget window;
+        auto* label = new Label(former);
+        filled(&window, column({}, {label}));
+        window.resize(100, 40);
+        window.show();
         CrossFade fade(&window, 10'000);
         label->setText(u"sau"_s);
         fade.start();
