@@ -1,8 +1,6 @@
-#include "common/localized_error.h"
 #include "engine/chat_completions.h"
 #include "engine/engine_test_support.h"
 #include "engine/provider_preset.h"
-#include "engine/translation_tone.h"
 
 namespace tralio {
 namespace {
@@ -13,16 +11,14 @@ TEST_F(AIServiceTest, a_translation_is_one_post_to_the_endpoint_and_its_trimmed_
     standIn.translatesTo(u"  Xin chào 👋\n"_s);
     settings.apiKey = u" sk-1 "_s;
     settings.model = u" m \n"_s;
-    const Outcome outcome = outcomeOf(service.translate(
+    const auto ending = endingOf(service.translate(
         u"\n Hello, \n e\u0301! \t"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, TranslationTone::formal, settings));
-    EXPECT_EQ(outcome.text, u"Xin chào 👋"_s);
-    EXPECT_FALSE(outcome.failed);
+    EXPECT_EQ(ending.result, u"Xin chào 👋"_s);
 
     ASSERT_EQ(standIn.requests().size(), 1);
     const StandInModel::Request& request = standIn.requests().first();
     EXPECT_EQ(request.method, "POST");
     EXPECT_EQ(request.target, "/v1/chat/completions");
-    EXPECT_EQ(request.header("content-type"), "application/json");
     EXPECT_EQ(request.header("authorization"), "Bearer sk-1");
     EXPECT_EQ(request.json[u"model"_s].toString(), u"m"_s);
     EXPECT_EQ(request.userText(), u"Hello, \n e\u0301!"_s);
@@ -32,14 +28,14 @@ TEST_F(AIServiceTest, a_translation_is_one_post_to_the_endpoint_and_its_trimmed_
 TEST_F(AIServiceTest, a_connection_test_names_the_model_it_reached_and_does_not_read_the_reply) {
     settings.model = u" "_s;
     standIn.replies(StandInReply::withBody(204, {}));
-    EXPECT_EQ(outcomeOf(testConnection()).text, u"Kết nối thành công tới model 'kavo/gemini-3.8-flash'!"_s);
+    EXPECT_EQ(wordsOf(testConnection()), u"Kết nối thành công tới model 'kavo/gemini-3.8-flash'!"_s);
     EXPECT_EQ(standIn.requests().last().json[u"model"_s].toString(), u"kavo/gemini-3.8-flash"_s);
 
     settings.model = u"%1"_s;
     standIn.replies(StandInReply::withBody(200, "no JSON"));
-    EXPECT_EQ(outcomeOf(testConnection()).text, u"Kết nối thành công tới model '%1'!"_s);
+    EXPECT_EQ(wordsOf(testConnection()), u"Kết nối thành công tới model '%1'!"_s);
     EXPECT_THAT(noted.limits, testing::Each(15s));
-    EXPECT_EQ(outcomeOf(translate()).aiError, AIError::emptyResponse());
+    EXPECT_EQ(endingOf(translate()).aiError, AIError::emptyResponse());
 }
 
 TEST_F(AIServiceTest, the_first_thing_that_is_wrong_is_the_one_reported_and_nothing_is_sent) {
@@ -57,19 +53,18 @@ TEST_F(AIServiceTest, the_first_thing_that_is_wrong_is_the_one_reported_and_noth
         settings.baseURL = baseURL;
         settings.selectedPresetId = presetId;
         settings.apiKey = apiKey;
-        const Outcome outcome =
-            outcomeOf(service.translate(text, u"A"_s, u"B"_s, TranslationTone::natural, settings));
-        EXPECT_EQ(outcome.aiError, error);
-        EXPECT_EQ(outcome.failed, error.has_value());
-        EXPECT_EQ(outcome.text.isEmpty(), !outcome.failed);
+        const auto ending =
+            endingOf(service.translate(text, u"A"_s, u"B"_s, TranslationTone::natural, settings));
+        EXPECT_EQ(ending.aiError, error);
+        EXPECT_EQ(ending.failure.isEmpty(), !error);
+        EXPECT_EQ(ending.result, error ? std::nullopt : std::optional(QString()));
         if (error && error != unwritable)
-            EXPECT_EQ(outcomeOf(testConnection()).aiError, error);
+            EXPECT_EQ(endingOf(testConnection()).aiError, error);
     }
     settings.model = half;
-    const Outcome outcome = outcomeOf(testConnection());
-    EXPECT_TRUE(outcome.failed);
-    EXPECT_EQ(outcome.aiError, std::nullopt) << "the writer's own error is passed on";
-    EXPECT_FALSE(outcome.text.isEmpty());
+    const auto ending = endingOf(testConnection());
+    EXPECT_EQ(ending.aiError, std::nullopt) << "the writer's own error is passed on";
+    EXPECT_FALSE(ending.failure.isEmpty());
     EXPECT_TRUE(standIn.requests().isEmpty());
 }
 
@@ -87,19 +82,19 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
     for (const auto& [reply, message, isInTest] : cases) {
         standIn.replies(reply);
         const QString start = u"Lỗi máy chủ (%1): "_s.arg(reply.status);
-        const Outcome translation = outcomeOf(translate());
-        EXPECT_EQ(translation.text, start + message);
+        const auto translation = endingOf(translate());
+        EXPECT_EQ(translation.failure, start + message);
         ASSERT_TRUE(translation.aiError);
         EXPECT_EQ(translation.aiError->statusCode(), reply.status);
-        EXPECT_EQ(outcomeOf(testConnection()).text,
-            start + (isInTest ? message : u"HTTP Status %1"_s.arg(reply.status)));
+        EXPECT_EQ(
+            wordsOf(testConnection()), start + (isInTest ? message : u"HTTP Status %1"_s.arg(reply.status)));
     }
     // Of these the program knows better what they mean.
     const auto expectOwnWords = [this](const StandInReply& reply) {
         standIn.replies(reply);
         const QString words = AIError::httpError(reply.status, {}).errorDescription();
-        EXPECT_EQ(outcomeOf(translate()).text, words);
-        EXPECT_EQ(outcomeOf(testConnection()).text, words);
+        EXPECT_EQ(wordsOf(translate()), words);
+        EXPECT_EQ(wordsOf(testConnection()), words);
     };
     for (const int status : {401, 404, 429})
         expectOwnWords(StandInReply::error(status, u"m"_s));
@@ -111,7 +106,6 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
 using namespace chat_completions;
 
 TEST(EndpointURLTest, the_tail_is_appended_once_one_slash_makes_way_for_it_and_no_url_gives_none) {
-    const QString gateway = ProviderPreset::presets().first().baseURL + u"/chat/completions"_s;
     const std::pair<QString, std::optional<QString>> cases[] = {
         {u"https://a.test/v1"_s, u"https://a.test/v1/chat/completions"_s},
         {u" \t\n\u00a0\u3000https://a.test/v1/\u2029\r\n "_s, u"https://a.test/v1/chat/completions"_s},
@@ -120,11 +114,8 @@ TEST(EndpointURLTest, the_tail_is_appended_once_one_slash_makes_way_for_it_and_n
         {u"https://a.test/v1?key=1"_s, u"https://a.test/v1?key=1/chat/completions"_s},
         {u"a.test"_s, u"a.test/chat/completions"_s},
         {u"https://"_s, u"https:///chat/completions"_s},  // which has no host
-        {u" \n\t "_s, gateway},
-        {u"https://a b.test/v1"_s, std::nullopt},
+        {u" \n\t "_s, ProviderPreset::presets().first().baseURL + u"/chat/completions"_s},
         {u"https://a.test/v 1"_s, std::nullopt},
-        {u"https://a.test:port/v1"_s, std::nullopt},
-        {u"https://a.test/\nv1"_s, std::nullopt},
         {u"://"_s, std::nullopt},
     };
     for (const auto& [base, expected] : cases) {
@@ -133,7 +124,7 @@ TEST(EndpointURLTest, the_tail_is_appended_once_one_slash_makes_way_for_it_and_n
     }
 }
 
-TEST(ErrorPageTest, is_told_by_its_title_or_else_by_what_it_shows) {
+TEST(ErrorPageTest, is_told_by_its_title_or_else_by_what_it_shows_and_never_holds_the_window_up) {
     const std::pair<QByteArray, QString> cases[] = {
         {"<html><TITLE lang=vi>Bad\n Gateway &amp; co</TITLE><p>not this", u"Bad Gateway & co"_s},
         {"<html><titles>no</titles><title/><h1>Sorry</h1>", u"no Sorry"_s},
@@ -148,14 +139,10 @@ TEST(ErrorPageTest, is_told_by_its_title_or_else_by_what_it_shows) {
         {"<html><title>Not found &#8211; Site&#x2019;s &hellip; &amp;lt; &nix; &#0; &#xd800;</title>",
             u"Not found – Site’s … &lt; &nix; &#0; &#xd800;"_s},
         {"<headline>text", u"<headline>text"_s},
-        {" \n<plain>text", u" \n<plain>text"_s},
     };
     for (const auto& [page, words] : cases)
         EXPECT_EQ(bodyAsMessage(page), words) << page.constData();
     EXPECT_EQ(bodyAsMessage("<html><body></body></html>"), std::nullopt);
-}
-
-TEST(ErrorPageTest, never_holds_the_window_up) {
     for (const QByteArray& part : {"<"_ba, "-->"_ba, "<!---->"_ba, "<?a?>"_ba, "<title>"_ba, "<title"_ba,
              "<!--"_ba, "<head>"_ba, "<head"_ba, "<script></script"_ba, "<style >a"_ba, "&lt;"_ba, " "_ba}) {
         const Stopwatch time;
@@ -171,7 +158,6 @@ TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers
         {u"sk-1\r\nX-Injected: yes\nmore\0"_s, "Bearer sk-1X-Injected: yesmore"}, {u" \t\r\n"_s, {}}};
     for (const auto& [key, expected] : cases) {
         const HttpRequest request = buildRequest(endpoint, key);
-        EXPECT_EQ(request.url, endpoint);
         decltype(request.headers) headers{{"Content-Type", "application/json"}};
         if (!expected.isEmpty())
             headers.append({"Authorization", expected});
@@ -179,7 +165,7 @@ TEST(RequestTest, the_key_goes_along_unless_it_is_blank_and_cannot_bring_headers
     }
 }
 
-TEST(RequestBodyTest, a_translation_carries_the_composed_prompt_and_exactly_four_members) {
+TEST(RequestBodyTest, has_the_members_that_the_request_needs_and_the_composed_prompt) {
     const QString prompt =
         systemPrompt(u" Be \"good\".\n"_s, u"Tự động phát hiện"_s, u"Tiếng Việt"_s, TranslationTone::concise);
     const QByteArray expected =
@@ -199,20 +185,11 @@ TEST(RequestBodyTest, a_translation_carries_the_composed_prompt_and_exactly_four
     EXPECT_TRUE(systemPrompt({}, u"A"_s, u"B"_s, TranslationTone::formal).startsWith(u"\n\nYêu cầu"));
     // Texts of the user are no patterns.
     EXPECT_TRUE(systemPrompt(u"%1 %2"_s, u"%3"_s, u"%1"_s, TranslationTone::formal).startsWith(u"%1 %2\n\n"));
-}
 
-TEST(RequestBodyTest, a_connection_test_asks_for_a_short_answer_without_a_prompt) {
+    // A test of the connection asks for a short answer, without a prompt.
     EXPECT_EQ(connectionTestBody(u"m/1"_s),
         R"({"max_tokens":10,"messages":[{"content":"Ping. Reply with OK only.","role":"user"}],)"
         R"("model":"m/1","stream":false})");
-}
-
-TEST(RequestBodyTest, half_a_surrogate_pair_is_refused_wherever_it_stands) {
-    const QString half = u"a"_s + QChar(0xd83d) + u"b"_s;
-    EXPECT_THROW((void)translationBody(u"m"_s, u"p"_s, half), LocalizedError);
-    EXPECT_THROW((void)translationBody(u"m"_s, half, u"t"_s), LocalizedError);
-    EXPECT_THROW((void)translationBody(half, u"p"_s, u"t"_s), LocalizedError);
-    EXPECT_THROW((void)connectionTestBody(half), LocalizedError);
 }
 
 TEST(ReplyTest, the_text_is_read_only_when_every_step_to_it_has_the_right_type) {
@@ -227,13 +204,11 @@ TEST(ReplyTest, the_text_is_read_only_when_every_step_to_it_has_the_right_type) 
         {R"({"choices":[{"message":{"content":null}}]})", std::nullopt},
         {"{\"choices\":[{\"message\":{\"content\":\"caf\xe9\"}}]}", std::nullopt},
         {R"({"choices":[{"message":{"content":7}}]})", std::nullopt},
-        {R"({"choices":[{"message":"a"}]})", std::nullopt}, {R"({"choices":[{}]})", std::nullopt},
-        {R"({"choices":[]})", std::nullopt},
+        {R"({"choices":[{"message":"a"}]})", std::nullopt}, {R"({"choices":[]})", std::nullopt},
         {R"({"choices":[{"message":{"content":"a"}},"b"]})", std::nullopt},
-        {R"({"choices":{"0":{"message":{"content":"a"}}}})", std::nullopt}, {R"({})", std::nullopt},
+        {R"({"choices":{"0":{"message":{"content":"a"}}}})", std::nullopt},
         {R"([{"choices":[{"message":{"content":"a"}}]}])", std::nullopt},
-        {R"({"choices":[{"message":{"content":"a"}}]} and more)", std::nullopt},
-        {R"({"choices":[{"message":{"content":"a"}})", std::nullopt}, {"", std::nullopt}};
+        {R"({"choices":[{"message":{"content":"a"}}]} and more)", std::nullopt}, {"", std::nullopt}};
     for (const auto& [body, expected] : cases)
         EXPECT_EQ(replyText(body), expected) << body.constData();
 }

@@ -13,16 +13,19 @@ inline void PrintTo(const AIError& error, std::ostream* out) {
     *out << error.what();
 }
 
-/// How an operation ended, in the words that the user reads.
-struct Outcome {
-    bool failed = false;
-    QString text;  ///< the result, or the error's description
-    std::optional<AIError> aiError;
-};
-
-inline Outcome outcomeOf(QCoro::Task<QString> task) {
+/// What an operation told in the end: its result, or its error in the words that the user reads.
+inline QString wordsOf(QCoro::Task<QString> task) {
     const auto ending = endingOf(std::move(task));
-    return {!ending.result, ending.result.value_or(ending.failure), ending.aiError};
+    return ending.result.value_or(ending.failure);
+}
+
+/// The status and the body of a reply, "no HTTP" and the body, or the failure's words.
+inline QString wordsOf(QCoro::Task<HttpResponse> task) {
+    const auto ending = endingOf(std::move(task));
+    if (!ending.result)
+        return ending.failure;
+    const auto& [status, body] = *ending.result;
+    return ((status ? QString::number(*status) : u"no HTTP"_s) + u' ' + QString::fromUtf8(body)).trimmed();
 }
 
 /// A service, and a stand-in for the model that its settings point at. Time stands still.
@@ -31,9 +34,8 @@ struct EngineTest : testing::Test {
         settings = {standIn.baseURL(), u"custom"_s, u"sk-test"_s, u"test-model"_s, u"Translate."_s};
     }
 
-    QCoro::Task<QString> translate(std::stop_token stop = {}) {
-        return service.translate(
-            u"Hello"_s, u"Tiếng Anh"_s, u"Tiếng Việt"_s, TranslationTone::natural, settings, stop);
+    QCoro::Task<QString> translate() {
+        return service.translate(u"Hello"_s, u"A"_s, u"B"_s, TranslationTone::natural, settings);
     }
 
     QCoro::Task<QString> testConnection() { return service.testConnection(settings); }

@@ -2,11 +2,8 @@
 
 #include <QSignalSpy>
 
-#include <bit>
-
 #include "state/sqlite_store_test.h"
 #include "support/memory_key_value_store.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
@@ -38,8 +35,6 @@ struct TranslationHistoryStoreTest : testing::Test {
         return reopened().items();
     }
 
-    QByteArray stored() const { return store.data(key).value_or(QByteArray()); }
-
     MemoryKeyValueStore store;
     std::chrono::system_clock::time_point now =
         std::chrono::sys_days(std::chrono::year(2026) / 11 / 25) + 9h + 5min + 123456789ns;
@@ -47,7 +42,7 @@ struct TranslationHistoryStoreTest : testing::Test {
 };
 
 QByteArray entry(const QByteArray& changes = {}) {
-    return R"({"id":"0F8FAD5B-D9CB-469F-A165-70867728950E","sourceText":"a","translatedText":"b",)"
+    return R"({"id":"0f8fad5b-d9cb-469f-a165-70867728950e","sourceText":"a","translatedText":"b",)"
            R"("sourceLang":"c","targetLang":"d","tone":"e","timestamp":1.5)" +
         changes + "}";
 }
@@ -123,46 +118,20 @@ TEST_F(TranslationHistoryStoreTest, entries_are_removed_by_position_by_id_or_all
     history.clear();
     EXPECT_EQ(store.writes.size(), 5U);
     EXPECT_EQ(changes.size(), 5);
-    EXPECT_EQ(stored(), "[]");
+    EXPECT_EQ(store.data(key), "[]");
     EXPECT_EQ(store.timesForgotten, 7) << "what is deleted is gone from the disk as well";
 }
 
 TEST_F(TranslationHistoryStoreTest, an_entry_is_stored_as_an_object_of_seven_keys_in_compact_json) {
     add(u"a/b \"c\""_s);
     const TranslationItem& item = history.items().first();
-    EXPECT_FALSE(stored().contains('\n'));
-    const QJsonArray array = QJsonDocument::fromJson(stored()).array();
-    ASSERT_EQ(array.size(), 1);
-    EXPECT_EQ(array[0].toObject(),
-        (QJsonObject{{u"id"_s, item.id.toString(QUuid::WithoutBraces).toUpper()},
-            {u"sourceText"_s, u"a/b \"c\""_s}, {u"translatedText"_s, u"bản dịch"_s},
-            {u"sourceLang"_s, u"Tiếng Anh"_s}, {u"targetLang"_s, u"Tiếng Việt"_s}, {u"tone"_s, u"Tự nhiên"_s},
-            {u"timestamp"_s, item.timestamp}}));
+    const QJsonObject object{{u"id"_s, item.id.toString(QUuid::WithoutBraces).toUpper()},
+        {u"sourceText"_s, u"a/b \"c\""_s}, {u"translatedText"_s, u"bản dịch"_s},
+        {u"sourceLang"_s, u"Tiếng Anh"_s}, {u"targetLang"_s, u"Tiếng Việt"_s}, {u"tone"_s, u"Tự nhiên"_s},
+        {u"timestamp"_s, item.timestamp}};
+    EXPECT_EQ(store.data(key), QJsonDocument(QJsonArray{object}).toJson(QJsonDocument::Compact));
     // 2026-11-25 09:05 UTC is this many seconds after the start of 2001.
     EXPECT_NEAR(item.timestamp, 817290300.123456789, 1e-6);
-}
-
-TEST_F(TranslationHistoryStoreTest, a_time_stamp_reads_back_to_the_same_bits) {
-    for (const double time : {0.0, 817290300.12345672, 1.0 / 3, -5e-324, 1e300, 9007199254740993.0}) {
-        const auto items =
-            read(QByteArray('[' + entry(",\"timestamp\":" + QByteArray::number(time, 'g', 17)) + ']'));
-        ASSERT_EQ(items.size(), 1) << time;
-        EXPECT_EQ(std::bit_cast<quint64>(items[0].timestamp), std::bit_cast<quint64>(time));
-        TranslationHistoryStore again = reopened();
-        again.remove({7});
-        EXPECT_EQ(reopened().items(), items);
-    }
-}
-
-TEST_F(TranslationHistoryStoreTest, any_order_of_keys_unknown_keys_and_either_slash_are_read) {
-    const auto items = read(QByteArray(
-        R"( [ {"timestamp":-3, "tone":"", "extra":{"id":[]}, "targetLang":"\/", "sourceLang":"/",
-               "translatedText":"\u00e9\ud83d\ude00", "sourceText":"x",
-               "id":"0f8fad5b-d9cb-469f-a165-70867728950e"} ] )"));
-    ASSERT_EQ(items.size(), 1);
-    EXPECT_EQ(items[0],
-        (TranslationItem{
-            QUuid(u"{0f8fad5b-d9cb-469f-a165-70867728950e}"_s), u"x"_s, u"é😀"_s, u"/"_s, u"/"_s, u""_s, -3}));
 }
 
 TEST_F(TranslationHistoryStoreTest, damaged_data_makes_an_empty_history_and_is_set_aside_by_the_next_change) {
@@ -203,10 +172,8 @@ TEST_F(TranslationHistoryStoreTest, what_was_removed_comes_back_to_its_place_unl
     addLater(u"4"_s, u"t"_s);
     addLater(u"2"_s, u"better"_s);
     history.bringBack(before);
-    QStringList texts;
-    for (const TranslationItem& item : history.items())
-        texts += item.sourceText + item.translatedText;
-    EXPECT_EQ(texts, QStringList({u"2better"_s, u"4t"_s, u"3t"_s, u"1t"_s}));
+    EXPECT_EQ(sources(), QStringList({u"2"_s, u"4"_s, u"3"_s, u"1"_s}));
+    EXPECT_EQ(history.items().first().translatedText, u"better"_s);
 
     now -= 24h;  // set right meanwhile
     addLater(u"5"_s, u"t"_s);

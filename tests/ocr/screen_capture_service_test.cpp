@@ -7,8 +7,7 @@ namespace tralio {
 namespace {
 
 /// A user who is still drawing until `finish`.
-class FakeCaptureTool final : public CaptureTool {
-public:
+struct FakeCaptureTool final : CaptureTool {
     QCoro::Task<qint32> run(QString outputPath) override {
         paths.push_back(outputPath);
         if (onRun)
@@ -52,13 +51,17 @@ struct ScreenCapture : testing::Test {
 
     /// A capture from its beginning to its end.
     Ending<Result> captureThatEnds(qint32 status, const std::optional<QByteArray>& picture) {
-        const auto runs = tool.paths.size() + 1;
         const auto ending = capture();
-        clock.advance(150ms);
-        EXPECT_TRUE(eventually([&] { return tool.paths.size() == runs; }));
+        EXPECT_TRUE(draws());
         tool.finish(status, picture);
         EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
         return *ending;
+    }
+    /// Lets the user begin to draw.
+    [[nodiscard]] bool draws() {
+        const auto runs = tool.paths.size() + 1;
+        clock.advance(150ms);
+        return eventually([&] { return tool.paths.size() == runs; });
     }
 
     [[nodiscard]] QStringList filesLeft() const { return QDir(folder.path()).entryList(QDir::Files); }
@@ -92,8 +95,7 @@ TEST_F(ScreenCapture, a_drawn_region_becomes_text_step_by_step) {
     EXPECT_EQ(QFileInfo(tool.paths.first()).path(), folder.path());
 
     EXPECT_EQ(captureThatEnds(0, "png").result, Result(u"Xin chào"_s));
-    ASSERT_EQ(tool.paths.size(), 2);
-    EXPECT_NE(tool.paths[0], tool.paths[1]);
+    EXPECT_NE(tool.paths.first(), tool.paths.last());
     static const QRegularExpression name(
         uR"(/tralio_snip_[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}\.png$)"_s);
     for (const QString& path : tool.paths)
@@ -121,9 +123,6 @@ TEST_F(ScreenCapture, a_capture_without_a_picture_is_no_text_and_no_failure) {
 }
 
 TEST_F(ScreenCapture, a_failed_recognition_is_passed_on_and_the_next_capture_works) {
-    recognizer.reads({});
-    EXPECT_EQ(captureThatEnds(0, "png").error, OCRError::noTextFound());
-    EXPECT_THAT(filesLeft(), IsEmpty());
     recognizer.answer = []() -> std::vector<TextObservation> { throw OCRError::invalidImage(); };
     EXPECT_EQ(captureThatEnds(0, "no png").error, OCRError::invalidImage());
     EXPECT_THAT(filesLeft(), IsEmpty());
@@ -140,8 +139,7 @@ TEST_F(ScreenCapture, a_second_call_ends_at_once_until_the_first_has_its_text) {
         EXPECT_EQ(second->result.value_or(u"failed"_s), std::nullopt);
     };
     expectRefused();
-    clock.advance(150ms);
-    EXPECT_TRUE(eventually([&] { return !tool.paths.isEmpty(); }));
+    EXPECT_TRUE(draws());
     expectRefused();
     tool.finish(0, "png");
     EXPECT_TRUE(eventually([&] { return !recognizer.images.empty(); }));
@@ -160,8 +158,7 @@ TEST_F(ScreenCapture, that_is_read_when_the_program_ends_leaves_no_picture_and_t
     recognizer.onRecognize = {};
     std::optional<ScreenCaptureService> own(std::in_place, ocr, tool, clock, folder.path());
     const auto ending = started(own->captureInteractiveAndRecognize());
-    clock.advance(150ms);
-    EXPECT_TRUE(eventually([&] { return !tool.paths.isEmpty(); }));
+    EXPECT_TRUE(draws());
     tool.finish(0, "png");
     EXPECT_TRUE(eventually([&] { return !recognizer.images.empty(); }));
     EXPECT_TRUE(own->isReading());

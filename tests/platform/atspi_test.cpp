@@ -1,6 +1,5 @@
 #include <atomic>
 
-#include "platform/linux/atspi/atspi_element.h"
 #include "platform/linux/atspi/atspi_search.h"
 #include "platform/scripted_bus_object.h"
 #include "support/private_bus.h"
@@ -10,8 +9,7 @@ namespace {
 
 /// Accessible objects written down as data, which answer on a bus from a thread of their own, as another
 /// program would. They are also the list of applications of that bus.
-class ScriptedAccessibles final : public ScriptedBusObject {
-public:
+struct ScriptedAccessibles final : ScriptedBusObject {
     struct Object {
         AtspiRole role = AtspiRole::panel;
         QList<AtspiState> states{};
@@ -49,51 +47,41 @@ public:
 private:
     void take(const QDBusMessage& call) override {
         const auto object = m_objects.constFind(call.path());
-        const auto values =
-            object == m_objects.cend() ? std::nullopt : answer(*object, call.member(), call.arguments());
-        send(values ? call.createReply(*values)
-                    : call.createErrorReply(QDBusError::UnknownMethod, u"not known"_s));
+        const QString asked = call.member() == u"Get" ? call.arguments().value(1).toString() : call.member();
+        const auto answers =
+            object == m_objects.cend() ? QHash<QString, QVariantList>() : answersOf(*object, call);
+        const auto found = answers.constFind(asked);
+        presses += found != answers.cend() && asked == u"DoAction";
+        send(found != answers.cend() ? call.createReply(*found)
+                                     : call.createErrorReply(QDBusError::UnknownMethod, u"not known"_s));
     }
-    [[nodiscard]] std::optional<QVariantList> answer(
-        const Object& object, const QString& method, const QVariantList& arguments) {
-        const auto number = [&arguments](int which) { return arguments.value(which).toInt(); };
-        const QString property = method == u"Get" ? arguments.value(1).toString() : QString();
-        if (property == u"Name")
-            return QVariantList{variant(QString())};
-        if (property == u"ToolkitName")
-            return QVariantList{variant(object.toolkit)};
-        if (property == u"Parent")
-            return QVariantList{variant(QVariant::fromValue(at(object.parent)))};
-        if (method == u"GetRole")
-            return QVariantList{static_cast<uint>(object.role)};
-        if (object.rubbish.isValid() && (method == u"GetState" || method == u"GetChildren"))
-            return QVariantList{object.rubbish};
-        if (method == u"GetState") {
-            uint bits = 0;
-            for (const AtspiState state : object.states)
-                bits |= 1U << static_cast<uint>(state);
-            return QVariantList{QVariant::fromValue(QList<uint>{bits, 0})};
-        }
-        if (method == u"GetChildren") {
-            QList<AtspiReference> children;
-            for (const QString& path : object.children)
-                children += at(path);
-            return QVariantList{QVariant::fromValue(children)};
-        }
-        if (method == u"GetNSelections" && object.selections)
-            return QVariantList{static_cast<int>(object.selections->size())};
-        if (method == u"GetSelection" && object.selections) {
+    [[nodiscard]] QHash<QString, QVariantList> answersOf(const Object& object, const QDBusMessage& call) {
+        const auto number = [&call](int which) { return call.arguments().value(which).toInt(); };
+        uint bits = 0;
+        for (const AtspiState state : object.states)
+            bits |= 1U << static_cast<uint>(state);
+        QList<AtspiReference> children;
+        for (const QString& path : object.children)
+            children += at(path);
+        const auto unlessRubbish = [&object](const QVariant& list) {
+            return QVariantList{object.rubbish.isValid() ? object.rubbish : list};
+        };
+        QHash<QString, QVariantList> answers{{u"Name"_s, {variant(QString())}},
+            {u"ToolkitName"_s, {variant(object.toolkit)}}, {u"GetRole"_s, {static_cast<uint>(object.role)}},
+            {u"GetState"_s, unlessRubbish(QVariant::fromValue(QList<uint>{bits, 0}))},
+            {u"GetChildren"_s, unlessRubbish(QVariant::fromValue(children))}, {u"DoAction"_s, {true}}};
+        if (object.selections) {
             const auto range = object.selections->value(number(0));
-            return QVariantList{range.first, range.second};
+            answers[u"GetNSelections"_s] = {static_cast<int>(object.selections->size())};
+            answers[u"GetSelection"_s] = {range.first, range.second};
         }
-        if (method == u"GetText" && !object.keepsItsText)
-            return QVariantList{object.text.mid(number(0), number(1) - number(0))};
-        if (method == u"GetKeyBinding" && !object.keyBinding.isNull())
-            return QVariantList{object.keyBinding};
-        if (method != u"DoAction")
-            return std::nullopt;
-        ++presses;
-        return QVariantList{true};
+        if (!object.parent.isEmpty())
+            answers[u"Parent"_s] = {variant(QVariant::fromValue(at(object.parent)))};
+        if (!object.keepsItsText)
+            answers[u"GetText"_s] = {object.text.mid(number(0), number(1) - number(0))};
+        if (!object.keyBinding.isNull())
+            answers[u"GetKeyBinding"_s] = {object.keyBinding};
+        return answers;
     }
 
     QHash<QString, Object> m_objects;

@@ -3,7 +3,6 @@
 
 #include <sys/stat.h>
 
-#include "ocr/capture_tool.h"
 #include "platform/linux/capture/run_program.h"
 #include "platform/portal_fixture.h"
 

@@ -17,8 +17,7 @@ namespace tralio {
 namespace {
 
 /// A process of some name that waits for its end, and ends with the one that made it.
-class Child final {
-public:
+struct Child final {
     /// `begin` runs in it, and is done when this returns. It may make a child of its own.
     explicit Child(const char* name, const std::function<void()>& begin = {}) {
         std::array<int, 2> begun{};
@@ -65,7 +64,6 @@ TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_no
         {{{u"Scratchpad"_s, u"xterm"_s}, {}, true}, CopyShortcut::none},
         {{{u"XTerm"_s}, {}, {}}, CopyShortcut::none},
         {{{u"gvim"_s, u"Gvim"_s}, false, false}, CopyShortcut::none},
-        {{{u"vncviewer"_s, u"Vncviewer"_s}, {}, false}, CopyShortcut::none},
         {{{u"qemu-system-x86_64"_s}, {}, false}, CopyShortcut::none},
         {{{u"Remote"_s, u"ssh"_s}, {}, false}, CopyShortcut::none},
         {{{u"scratchpad"_s}, {}, {}}, CopyShortcut::none},
@@ -73,11 +71,9 @@ TEST(CopyShortcut, is_control_c_only_where_something_tells_that_it_interrupts_no
         {{{u"scratchpad"_s}, {}, true}, CopyShortcut::none},
         {{{u"scratchpad"_s}, true, {}}, CopyShortcut::controlShift},
         {{{u"Alacritty"_s}, {}, true}, CopyShortcut::controlShift},
-        {{{u"kitty"_s}, {}, {}}, CopyShortcut::controlShift},
         {{{u"x"_s, u"foot"_s}, {}, {}}, CopyShortcut::controlShift},
         {{{u"org.kde.konsole"_s}, true, true}, CopyShortcut::controlShift},
         {{{u"editor"_s}, {}, false}, CopyShortcut::control},
-        {{{u"editor"_s}, false, {}}, CopyShortcut::control},
         {{{u"editor"_s}, false, true}, CopyShortcut::control},
         {{{u"editor"_s}, {}, true}, CopyShortcut::none},
     };

@@ -2,10 +2,8 @@
 
 #include <QGuiApplication>
 
-#include "platform/linux/portal/portal.h"
 #include "platform/linux/portal/portal_capture.h"
 #include "platform/linux/portal/portal_hot_keys.h"
-#include "platform/linux/portal/portal_shortcut.h"
 #include "platform/scripted_bus_object.h"
 #include "support/debug_log_file.h"
 #include "support/fake_clock.h"
@@ -19,8 +17,7 @@ inline const auto ocrShortcut = u"capture-screen.LOGO+SHIFT+s"_s;
 
 /// A desktop portal that behaves as a test tells it: the shortcuts and screenshot sides of those that are
 /// about, and their bad days.
-class ScriptedDesktopPortal final : public ScriptedBusObject {
-public:
+struct ScriptedDesktopPortal final : ScriptedBusObject {
     explicit ScriptedDesktopPortal(QDBusConnection bus)
         : ScriptedBusObject(std::move(bus), QLatin1String(Portal::service), QLatin1String(Portal::path)) {
         qDBusRegisterMetaType<PortalShortcut>();
@@ -51,13 +48,12 @@ public:
 
     /// The user presses a shortcut.
     void activate(const QString& shortcut, qulonglong timestamp, const QVariantMap& options = {}) {
-        hold(shortcut, timestamp, options);
-        signal(QLatin1String(Portal::path), QLatin1String(PortalHotKeys::interface), u"Deactivated"_s,
-            {object(session), shortcut, timestamp, options});
+        for (const QString& event : {u"Activated"_s, u"Deactivated"_s})
+            tell(event, shortcut, timestamp, options);
     }
-    /// The same, and keeps it down.
-    void hold(const QString& shortcut, qulonglong timestamp, const QVariantMap& options = {}) {
-        signal(QLatin1String(Portal::path), QLatin1String(PortalHotKeys::interface), u"Activated"_s,
+    void tell(
+        const QString& event, const QString& shortcut, qulonglong timestamp, const QVariantMap& options) {
+        signal(QLatin1String(Portal::path), QLatin1String(PortalHotKeys::interface), event,
             {object(session), shortcut, timestamp, options});
     }
     void endSession() { signal(session, u"org.freedesktop.portal.Session"_s, u"Closed"_s, {}); }
@@ -73,22 +69,17 @@ private:
             return;
         }
         calls += method;
-        if (method == u"Register" && !hasRegistry) {
-            send(call.createErrorReply(QDBusError::UnknownInterface, u"no registry"_s));
-        } else if (method == u"Register" && !applicationId.isEmpty()) {
-            send(call.createErrorReply(u"org.freedesktop.portal.Error.Failed"_s,
-                u"Connection already associated with an application ID"_s));
-        } else if (method == u"Register") {
+        const bool isRegistration = method == u"Register";
+        if (isRegistration && (!hasRegistry || !applicationId.isEmpty()))
+            return send(call.createErrorReply(QDBusError::UnknownInterface, u"no registry, or not again"_s));
+        if (method == u"CreateSession" && requiresApplicationId && applicationId.isEmpty())
+            return send(call.createErrorReply(QDBusError::AccessDenied, u"An app id is required"_s));
+        if (isRegistration)
             applicationId = call.arguments().value(0).toString();
+        if (isRegistration || method == u"Close")
             send(call.createReply());
-        } else if (method == u"Close") {
-            send(call.createReply());
-        } else if (method == u"CreateSession" && requiresApplicationId && applicationId.isEmpty()) {
-            send(call.createErrorReply(
-                u"org.freedesktop.portal.Error.NotAllowed"_s, u"An app id is required"_s));
-        } else {
+        else
             request(call);
-        }
     }
 
     void request(const QDBusMessage& call) {
@@ -203,7 +194,7 @@ struct PortalTest : testing::Test {
     /// A shortcut goes down and stays so, as the program comes to know.
     [[nodiscard]] bool holds(const QString& shortcut, qulonglong time) {
         const QByteArray token = QByteArray::number(time);
-        desktop->hold(shortcut, time, {{u"activation_token"_s, QString::fromLatin1(token)}});
+        desktop->tell(u"Activated"_s, shortcut, time, {{u"activation_token"_s, QString::fromLatin1(token)}});
         return eventually([&] { return qgetenv("XDG_ACTIVATION_TOKEN") == token; });
     }
     [[nodiscard]] bool isLogged(const QString& text) {

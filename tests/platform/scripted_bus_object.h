@@ -10,8 +10,7 @@ namespace tralio {
 
 /// A service on a connection of its own to a bus, with all the objects below a path, whose answers a test's
 /// own code gives.
-class ScriptedBusObject : public QDBusVirtualObject {
-public:
+struct ScriptedBusObject : QDBusVirtualObject {
     /// Appears on the bus at once, in the place of one that is there.
     ScriptedBusObject(QDBusConnection bus, const QString& service, const QString& path)
         : m_bus(std::move(bus)) {

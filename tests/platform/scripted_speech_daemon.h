@@ -8,8 +8,7 @@
 namespace tralio {
 
 /// A speech daemon with one engine, whose readings go on until a test ends them.
-class ScriptedDaemon final {
-public:
+struct ScriptedDaemon final {
     explicit ScriptedDaemon(const QString& path) {
         m_server.listen(path);
         QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] {

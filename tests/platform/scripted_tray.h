@@ -5,8 +5,7 @@
 namespace tralio {
 
 /// A tray that takes its items over the bus, as those of the large desktops do, without a window.
-class ScriptedTray final : public ScriptedBusObject {
-public:
+struct ScriptedTray final : ScriptedBusObject {
     explicit ScriptedTray(QDBusConnection bus = toSessionBus())
         : ScriptedBusObject(std::move(bus), m_interface, u"/StatusNotifierWatcher"_s) {}
 

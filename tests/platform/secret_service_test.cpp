@@ -12,8 +12,7 @@ using Answer = SecretKeeper::Answer;
 using Prompting = SecretKeeper::Prompting;
 
 /// A keyring with one collection, which a test locks.
-class ScriptedSecretService final : public ScriptedBusObject {
-public:
+struct ScriptedSecretService final : ScriptedBusObject {
     enum class Kind {
         gnome,
         kwallet,    ///< its collection stays locked when its wallet is opened, until a prompt to unlock it is

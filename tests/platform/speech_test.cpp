@@ -61,7 +61,7 @@ struct SpeechDaemon : testing::Test {
     std::optional<SpeechDispatcher> synthesizer;
 };
 
-TEST_F(SpeechDaemon, a_text_is_read_in_its_voice_and_told_to_end) {
+TEST_F(SpeechDaemon, a_text_is_read_in_its_voice_and_told_to_end_and_after_an_idle_minute_nothing_stays) {
     EXPECT_TRUE(nextTurn());
     EXPECT_EQ(daemon->connection, nullptr) << "nothing is connected before the first text";
     ASSERT_TRUE(begin(u"Một.\n.hai\nQUIT"_s));
@@ -77,10 +77,17 @@ TEST_F(SpeechDaemon, a_text_is_read_in_its_voice_and_told_to_end) {
     EXPECT_THAT(ended, ElementsAre(u"Một.\n.hai\nQUIT"_s));
     EXPECT_EQ(lastEnd, ReadingEnd::over);
 
+    clock.advance(59s);
     ASSERT_TRUE(begin(u"hai"_s));
+    clock.advance(2s);
+    EXPECT_TRUE(nextTurn());
+    EXPECT_TRUE(synthesizer->isSpeaking());
     EXPECT_TRUE(tell({"703 CANCELED"}));  // another program's text was more urgent
     EXPECT_TRUE(fallsSilent());
     EXPECT_EQ(lastEnd, ReadingEnd::over);
+    clock.advance(1min);
+    EXPECT_TRUE(eventually([&] { return daemon->connection->state() != QLocalSocket::ConnectedState; }));
+    EXPECT_EQ(clock.pending(), 0);
 
     speak(u"hello"_s, {u"en-US"_s});
     EXPECT_TRUE(eventually([&] { return daemon->heard("SET SELF LANGUAGE fr"); })) << "the default voice";
@@ -205,20 +212,6 @@ TEST_F(SpeechDaemon, an_engine_that_has_died_is_found_out_when_it_has_been_quiet
     EXPECT_TRUE(endsWithLogLine("engine has died")) << "there is no other";
 }
 
-TEST_F(SpeechDaemon, the_connection_is_given_up_after_an_idle_minute) {
-    ASSERT_TRUE(begin(u"một"_s));
-    EXPECT_TRUE(tell({"702 END"}) && fallsSilent());
-    clock.advance(59s);
-    ASSERT_TRUE(begin(u"hai"_s));
-    clock.advance(2s);
-    EXPECT_TRUE(nextTurn());
-    EXPECT_TRUE(synthesizer->isSpeaking());
-    EXPECT_TRUE(tell({"702 END"}) && fallsSilent());
-    clock.advance(1min);
-    EXPECT_TRUE(eventually([&] { return daemon->connection->state() != QLocalSocket::ConnectedState; }));
-    EXPECT_EQ(clock.pending(), 0);
-}
-
 TEST(SpeechVoices, the_closest_voice_of_the_most_wanted_language_is_chosen) {
     const SpeechModule british{u"festival"_s, {u"en-GB"_s, u"es"_s}};
     const SpeechModule espeak{
@@ -233,9 +226,6 @@ TEST(SpeechVoices, the_closest_voice_of_the_most_wanted_language_is_chosen) {
     };
     for (const auto& [tags, modules, chosen] : cases)
         EXPECT_EQ(chooseVoice(tags, modules), chosen) << tags.join(u' ').toStdString();
-}
-
-TEST(SpeechVoices, an_engines_languages_are_read_from_its_list) {
     EXPECT_EQ(languagesOf("Vietnamese\tvi\tnone\nVietnamese+Adam\tvi\tAdam\nbroken\nEnglish\ten-us\n"),
         (QStringList{u"vi"_s, u"en-us"_s}));
 }

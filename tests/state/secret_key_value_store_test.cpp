@@ -2,11 +2,9 @@
 
 #include "state/app_settings.h"
 #include "state/hot_key_registrar.h"
-#include "state/secret_keeper.h"
 #include "support/debug_log_file.h"
 #include "support/fake_clock.h"
 #include "support/memory_key_value_store.h"
-#include "support/testing.h"
 
 namespace tralio {
 namespace {
@@ -20,8 +18,7 @@ const QString apiKey = AppSettings::apiKeyKey.toString();
 const StoredValue marker = true;
 
 /// Answers when it is told to.
-class FakeKeeper final : public SecretKeeper {
-public:
+struct FakeKeeper final : SecretKeeper {
     void find(std::function<void(Answer, const QString&)> then) override { m_found = std::move(then); }
     void keep(const QString& secret, Prompting prompting, std::function<void(Answer)> then) override {
         handed += secret;

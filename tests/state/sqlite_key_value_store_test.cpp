@@ -1,7 +1,5 @@
-#include "state/sqlite_key_value_store.h"
 
 #include <limits>
-#include <random>
 
 #include "state/sqlite_store_test.h"
 #include "state/store_file.h"
@@ -18,11 +16,9 @@ TEST_F(SqliteKeyValueStoreTest, values_come_back_as_they_were_written_and_with_t
     const std::vector<std::pair<QString, StoredValue>> values = {{u"empty text"_s, u""_s},
         {u"null text"_s, QString()}, {u"text with NUL"_s, u"a\0b\0"_s},
         {u"text with a byte order mark"_s, u"\ufeffa\ufeff"_s},
-        {u"decomposed"_s, u"Tự nhiên"_s.normalized(QString::NormalizationForm_D)},
         {u"outside the basic plane"_s, u"👨‍👩‍👧‍👦 𠮷 \U0010ffff \uffff \u202e"_s},
         {u"text that looks like a number"_s, u"007"_s}, {u"true"_s, true}, {u"false"_s, false},
-        {u"smallest"_s, std::numeric_limits<qint64>::min()},
-        {u"largest"_s, std::numeric_limits<qint64>::max()}, {u"empty binary"_s, QByteArray()},
+        {u"smallest"_s, std::numeric_limits<qint64>::min()}, {u"empty binary"_s, QByteArray()},
         {u"every byte"_s, everyByte}, {u"megabytes"_s, everyByte.repeated(20'000)},
         {u""_s, u"under the empty key"_s}, {u"'; DROP TABLE entries; --"_s, u"quoted"_s},
         {u"ключ\0💥"_s, u"an odd key"_s}};
@@ -130,61 +126,6 @@ TEST_F(SqliteKeyValueStoreTest, two_programs_share_the_file_and_begin_it_anew_wh
     store.reset();
     EXPECT_TRUE(QFile::exists(path() + u"-wal"_s));
     EXPECT_EQ(reread(u"key"_s), StoredValue(qint64{3}));
-}
-
-TEST_F(SqliteKeyValueStoreTest, what_a_power_loss_leaves_of_the_log_is_an_earlier_state_and_no_damage) {
-    constexpr int last = 12;
-    const QString key = u"key"_s;
-    // A value that carries its number.
-    const auto numbered = [](int number) {
-        return QByteArray::number(number).leftJustified(20'000 + number % 7 * 10'000);
-    };
-    QByteArray file;
-    QByteArray log;
-    {
-        SqliteKeyValueStore store(path());
-        for (int number = 0; number <= last; ++number)
-            store.setValue(key, numbered(number));
-        file = contentOf(path());
-        log = contentOf(path() + u"-wal"_s);
-    }
-    ASSERT_GT(log.size(), last * 20'000) << "or the test sees nothing";
-    // What a start finds after the disk had this of the log.
-    const auto numberAfter = [&](const QByteArray& rest) {
-        for (const QString& side : {u"-wal"_s, u"-shm"_s, QString()})
-            QFile::remove(path() + side);
-        writeFile(path(), file);
-        writeFile(path() + u"-wal"_s, rest);
-        SqliteKeyValueStore store(path());
-        const auto value = store.value(key);
-        const int number = value ? std::get<QByteArray>(*value).simplified().toInt() : -1;
-        EXPECT_TRUE(!value || value == StoredValue(numbered(number)));
-        store.setValue(u"later"_s, qint64{number});
-        EXPECT_EQ(reread(u"later"_s), StoredValue(qint64{number}));
-        EXPECT_EQ(OtherConnection(path()).query("PRAGMA quick_check"), "ok");
-        return number;
-    };
-    EXPECT_EQ(numberAfter(log), last);
-
-    std::mt19937 random(3);  // NOLINT: the same in every run
-    const auto upTo = [&](qsizetype most) {
-        return std::uniform_int_distribution<qsizetype>(0, most)(random);
-    };
-    constexpr qsizetype sector = 512;
-    int before = -1;
-    for (int part = 0; part < 30; ++part) {
-        const int number = numberAfter(log.first(log.size() * part / 30));
-        EXPECT_GE(number, before) << "more of the log brought back less";
-        before = number;
-        // Of what was written last, some has not reached the disk, in no order.
-        QByteArray torn = log;
-        const qsizetype from = upTo(log.size() - 20 * sector) / sector * sector;
-        for (int lost = 0; lost < 5; ++lost)
-            torn.replace(from + upTo(18) * sector, sector, QByteArray(sector, part % 2 == 0 ? '\0' : 'x'));
-        EXPECT_LE(numberAfter(torn), last);
-    }
-    EXPECT_GT(before, 8);
-    EXPECT_TRUE(m_log.messages().isEmpty()) << m_log.content().constData();
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include "state/sqlite_key_value_store.h"
 #include "support/debug_log_file.h"
 #include "support/process_limits.h"
-#include "support/testing.h"
 
 namespace tralio {
 
@@ -38,8 +37,7 @@ struct SqliteStoreTest : testing::Test {
 };
 
 /// A connection beside the store's own, as another process would have it.
-class OtherConnection final {
-public:
+struct OtherConnection final {
     explicit OtherConnection(const QString& path) {
         sqlite3* handle = nullptr;
         sqlite3_open(QFile::encodeName(path).constData(), &handle);

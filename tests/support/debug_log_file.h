@@ -1,10 +1,7 @@
 #pragma once
 
-#include <QStringList>
-#include <QTemporaryDir>
-
 #include "common/debug_log.h"
-#include "support/files.h"
+#include "support/testing.h"
 
 namespace tralio {
 

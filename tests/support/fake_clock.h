@@ -1,18 +1,12 @@
 #pragma once
 
-#include <QPointer>
-
-#include <algorithm>
-#include <map>
-#include <memory>
-
 #include "common/clock.h"
+#include "support/testing.h"
 
 namespace tralio {
 
 /// A clock that advances only when a test says so.
-class FakeClock final : public Clock {
-public:
+struct FakeClock final : Clock {
     using Clock::after;
     using Clock::every;
     void after(std::chrono::milliseconds delay, QObject* context, std::function<void()> action) override {

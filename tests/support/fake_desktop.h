@@ -10,7 +10,6 @@
 #include "hotkeys/script_runner.h"
 #include "hotkeys/workspace.h"
 #include "support/fake_clock.h"
-#include "support/testing.h"
 
 namespace tralio {
 
@@ -66,8 +65,7 @@ struct FakeElement {
     std::vector<FakeElement> children{};
 };
 
-class FakeAccessibility final : public Accessibility {
-public:
+struct FakeAccessibility final : Accessibility {
     std::unique_ptr<AccessibleElement> focusedElement(qint32 processId) override {
         asked.push_back(processId);
         return focused ? std::make_unique<Element>(*this, *focused) : nullptr;
@@ -84,8 +82,7 @@ public:
     std::function<void()> onPress;
 
 private:
-    class Element final : public AccessibleElement {
-    public:
+    struct Element final : AccessibleElement {
         Element(FakeAccessibility& owner, const FakeElement& data) : m_owner(owner), m_data(data) {}
         bool holdsPassword() override { return m_data.holdsPassword; }
         std::optional<QString> selectedText() override { return m_data.selectedText; }

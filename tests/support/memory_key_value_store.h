@@ -1,11 +1,9 @@
 #pragma once
 
-#include <map>
 #include <set>
-#include <utility>
-#include <vector>
 
 #include "state/key_value_store.h"
+#include "support/testing.h"
 
 namespace tralio {
 

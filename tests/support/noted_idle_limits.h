@@ -1,14 +1,11 @@
 #pragma once
 
-#include <utility>
-
 #include "engine/http_client.h"
 
 namespace tralio {
 
 /// Forwards requests, and records how long each may be silent.
-class NotedIdleLimits final : public HttpClient {
-public:
+struct NotedIdleLimits final : HttpClient {
     explicit NotedIdleLimits(HttpClient& client) : m_client(client) {}
 
     QCoro::Task<HttpResponse> send(HttpRequest request, QByteArray body,

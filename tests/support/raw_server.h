@@ -1,11 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-
-#include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <functional>
 #include <list>
 #include <mutex>
 #include <netinet/in.h>
@@ -13,25 +8,24 @@
 #include <thread>
 #include <unistd.h>
 
+#include "support/testing.h"
+
 namespace tralio {
 
-/// Makes a socket listen on the loopback interface, at any free port if `port` is 0. Returns the port.
-inline quint16 listenOnLoopback(int listener, int family, quint16 port, int queue) {
-    // The port is at the same offset in both address types.
-    sockaddr_in6 address{};
-    auto& four = reinterpret_cast<sockaddr_in&>(address);
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    if (family == AF_INET)
-        four.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    else
-        address.sin6_addr = in6addr_loopback;
-    address.sin6_family = static_cast<sa_family_t>(family);
-    address.sin6_port = htons(port);
-    socklen_t size = family == AF_INET ? sizeof four : sizeof address;
+[[nodiscard]] inline sockaddr_in loopback(quint16 port) {
+    return {
+        .sin_family = AF_INET, .sin_port = htons(port), .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
+}
+
+/// Makes a socket listen on the loopback interface, at any free port. Returns the port.
+inline quint16 listenOnLoopback(int listener, int queue) {
+    sockaddr_in address = loopback(0);
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    socklen_t size = sizeof address;
     if (bind(listener, generic, size) != 0 || listen(listener, queue) != 0 ||
         getsockname(listener, generic, &size) != 0)
         qFatal("A test's server cannot listen.");
-    return ntohs(address.sin6_port);
+    return ntohs(address.sin_port);
 }
 
 /// A loopback server that sends exactly the bytes that a test specifies, and counts what it received. A
@@ -66,13 +60,7 @@ public:
             }
         }
         void send(const QByteArray& bytes) const {
-            for (qsizetype done = 0; done < bytes.size();) {
-                const ssize_t sent = ::send(
-                    socket, bytes.constData() + done, static_cast<size_t>(bytes.size() - done), MSG_NOSIGNAL);
-                if (sent <= 0)
-                    return;
-                done += sent;
-            }
+            (void)!::send(socket, bytes.constData(), static_cast<size_t>(bytes.size()), MSG_NOSIGNAL);
         }
         void wait(std::chrono::milliseconds time) const { std::this_thread::sleep_for(time); }
         /// Closes with a TCP reset instead of an orderly end.
@@ -89,10 +77,9 @@ public:
     };
     using Script = std::function<void(Connection&)>;
 
-    /// @param family AF_INET or AF_INET6
-    explicit RawServer(Script script, int family = AF_INET)
-        : m_script(std::move(script)), m_listener(socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        m_port = listenOnLoopback(m_listener, family, 0, 16);
+    explicit RawServer(Script script)
+        : m_script(std::move(script)), m_listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        m_port = listenOnLoopback(m_listener, 16);
         m_acceptor = std::thread([this] { accept(); });
     }
     ~RawServer() {

@@ -1,21 +1,15 @@
 #pragma once
 
-#include <QFileInfo>
-#include <QPromise>
-#include <QStringList>
 #include <qcorofuture.h>
 
-#include <memory>
-#include <optional>
-
 #include "common/localized_error.h"
+#include "support/testing.h"
 #include "update/installer.h"
 
 namespace tralio {
 
 /// An Installer for a machine in the state that the test sets; nothing is installed.
-class ScriptedInstaller final : public Installer {
-public:
+struct ScriptedInstaller final : Installer {
     bool isPackaged() const override { return packaged; }
     void checkProgram() const override { failWith(programFault); }
     QCoro::Task<> checkArchive(QString zipPath) override {

@@ -1,12 +1,7 @@
 #include "support/stand_in_model.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QTcpServer>
 #include <QTcpSocket>
-
-#include <optional>
-#include <utility>
 
 namespace tralio {
 namespace {
@@ -122,25 +117,11 @@ void StandInModel::deliver(QTcpSocket* socket, const StandInReply& reply) {
             socket->write(reply.head());
             m_unsent.append({socket, reply.body});
             break;
-        case StandInReply::Delivery::endless:
-            socket->write(reply.head() + reply.body);
-            streamForEver(socket);
-            break;
         case StandInReply::Delivery::withoutStatus:
             socket->write(reply.body);
             socket->disconnectFromHost();
             break;
     }
-}
-
-void StandInModel::streamForEver(QTcpSocket* socket) {
-    const auto writeMore = [socket] {
-        const QByteArray blanks(64 * 1024, ' ');
-        if (socket->bytesToWrite() < blanks.size())
-            socket->write(blanks);
-    };
-    connect(socket, &QTcpSocket::bytesWritten, socket, writeMore);
-    writeMore();
 }
 
 }  // namespace tralio

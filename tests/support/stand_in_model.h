@@ -1,16 +1,9 @@
 #pragma once
 
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QList>
-#include <QObject>
-#include <QPointer>
+#include <QtCore>
 
 #include <functional>
 #include <memory>
-#include <utility>
 
 #include "support/files.h"
 
@@ -29,7 +22,6 @@ struct StandInReply {
         whole,          ///< correctly
         held,           ///< nothing at all until the test sends it
         trickled,       ///< the head at once, the body byte by byte when the test says so
-        endless,        ///< blanks follow the body for ever
         withoutStatus,  ///< the body where a status line should be, then the connection is closed
     };
 
@@ -47,10 +39,7 @@ struct StandInReply {
         head += "Content-Type: application/json\r\n";
         for (const auto& [name, value] : headers)
             head += name + ": " + value + "\r\n";
-        // An endless body cannot announce a length; it lasts until the connection closes.
-        if (delivery != Delivery::endless)
-            head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
-        return head + "\r\n";
+        return head + "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n";
     }
 
     [[nodiscard]] static StandInReply withBody(int status, const QByteArray& body) { return {status, body}; }
@@ -144,7 +133,6 @@ private:
     void accept(QTcpSocket* socket);
     void readRequests(QTcpSocket* socket);
     void deliver(QTcpSocket* socket, const StandInReply& reply);
-    static void streamForEver(QTcpSocket* socket);
 
     std::unique_ptr<QTcpServer> m_server;
     quint16 m_port = 0;

@@ -10,8 +10,7 @@ namespace tralio {
 using namespace Qt::StringLiterals;
 
 /// An `openssl s_server`, with a certificate of the authority that its clients trust, or of an unknown one.
-class TlsServer {
-public:
+struct TlsServer {
     TlsServer(const QTemporaryDir& folder, const QStringList& options) {
         process.setWorkingDirectory(folder.path());
         process.start(

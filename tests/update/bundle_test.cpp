@@ -1,11 +1,9 @@
 #include <unistd.h>
 
-#include "common/localized_error.h"
 #include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/installation.h"
 #include "support/ending.h"
 #include "support/process_limits.h"
-#include "support/testing.h"
 #include "update/info_plist.h"
 
 namespace tralio {
@@ -54,14 +52,19 @@ struct BundleTest : testing::Test {
         return endingOf(passes()).failure;
     }
 
-    /// The words that a program has left in a file, waited for until it has ended the line.
-    QStringList wordsIn(const QString& name) const {
+    /// Writes a program that tells its session, and these words of the shell.
+    QString writeTelling(const QString& name, const QString& words) const {
+        return write(name,
+            u"#!/bin/bash\nread -ra stat < /proc/$$/stat\necho ${stat[5]} "_s + words + u" > "_s +
+                path(u"out"_s) + u'\n');
+    }
+    /// What it has told of itself, waited for: a session that is not ours, and these words.
+    void expectTold(const QStringList& words) const {
         QByteArray content;
-        EXPECT_TRUE(eventually([&] {
-            content = contentOf(path(name));
-            return content.endsWith('\n');
-        }));
-        return QString::fromUtf8(content).simplified().split(u' ');
+        EXPECT_TRUE(eventually([&] { return (content = contentOf(path(u"out"_s))).endsWith('\n'); }));
+        const QStringList told = QString::fromUtf8(content).simplified().split(u' ');
+        EXPECT_NE(told.value(0).toInt(), getsid(0));
+        EXPECT_EQ(told.mid(1), words);
     }
 
     /// Runs `open` to its end; its exit status and what it complained about.
@@ -77,15 +80,12 @@ struct BundleTest : testing::Test {
 
 TEST_F(BundleTest, the_version_is_the_bundles_or_a_fixed_one) {
     const auto plist = [](const QString& entries) {
-        return u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>%1</dict></plist>"_s
-            .arg(entries);
+        return u"<?xml version=\"1.0\"?>\n<plist version=\"1.0\"><dict>%1</dict></plist>"_s.arg(entries);
     };
     const QString version = u"<key>CFBundleShortVersionString</key>"_s;
     const std::pair<QString, QString> cases[] = {
         {plist(version + u"<string>2.0 &amp; β</string>"_s), u"2.0 & β"_s},
-        {plist(
-             u"<!-- hidden --><key>LSUIElement</key><true/><key>a</key><dict>%1<string>3</string></dict>%1 <string>4</string>"_s
-                 .arg(version)),
+        {plist(u"<!-- --><key>a</key><dict>%1<string>3</string></dict>%1 <string>4</string>"_s.arg(version)),
             u"4"_s},
         {plist(u"<key>a</key><string>CFBundleShortVersionString</string><key>b</key><string>5</string>"_s),
             u"1.0.9"_s},
@@ -96,15 +96,15 @@ TEST_F(BundleTest, the_version_is_the_bundles_or_a_fixed_one) {
     EXPECT_EQ(bundleVersion(path(u"Info.plist"_s)), u"1.0.9"_s) << "there is none";
     for (const auto& [content, expected] : cases)
         EXPECT_EQ(bundleVersion(write(u"Info.plist"_s, content)), expected) << qPrintable(content);
+    EXPECT_EQ(bundleVersion(installation::infoPlist(QCoreApplication::applicationDirPath())),
+        QStringLiteral(TRALIO_VERSION));
 }
 
 TEST_F(BundleTest, a_script_runs_in_a_session_of_its_own_and_finds_our_helpers_first) {
-    const QString script = write(u"script"_s,
-        u"read -ra stat < /proc/$$/stat\necho ${stat[5]} ${PATH%%:*} $# > "_s + path(u"out"_s) + u'\n');
-    BundleInstaller({.programs = {}, .helpers = path(u"helpers"_s)}).run(script);
-    const QStringList words = wordsIn(u"out"_s);
-    EXPECT_NE(words.value(0).toInt(), getsid(0));
-    EXPECT_THAT(words.mid(1), ElementsAre(path(u"helpers"_s), u"0"_s));
+    EXPECT_EQ(installation::helperFolder(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
+    BundleInstaller({.programs = {}, .helpers = path(u"helpers"_s)})
+        .run(writeTelling(u"script"_s, u"${PATH%%:*} $#"_s));
+    expectTold({path(u"helpers"_s), u"0"_s});
 }
 
 TEST_F(BundleTest, a_missing_shell_and_somebody_elses_script_are_told) {
@@ -175,13 +175,12 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     EXPECT_EQ(fault(whole), QString());
     const QString notOnlyTheBundle = fault(zip(u"deep.zip"_s, {u"deep"_s}));
     EXPECT_FALSE(notOnlyTheBundle.isEmpty());
-    for (const QStringList& content : {QStringList{u"Tralio.app/Contents/Info.plist"_s},
-             QStringList{u"Tralio.app"_s, u"Other.app"_s}, QStringList{u"Other.app"_s}})
+    for (const QStringList& content :
+        {QStringList{u"Tralio.app/Contents/Info.plist"_s}, QStringList{u"Tralio.app"_s, u"Other.app"_s}})
         EXPECT_EQ(fault(zip(u"other.zip"_s, content)), notOnlyTheBundle) << qPrintable(content.join(u' '));
     const QString link = fault(zip(u"link.zip"_s, {u"Tralio.app"_s}, u"linked"_s));
     EXPECT_TRUE(link.contains(u"link")) << qPrintable(link);
-    const QString dead = fault(zip(u"dead.zip"_s, {u"Tralio.app"_s}, u"dead"_s));
-    EXPECT_TRUE(dead.contains(u"quyền chạy"_s)) << qPrintable(dead);
+    EXPECT_TRUE(fault(zip(u"dead.zip"_s, {u"Tralio.app"_s}, u"dead"_s)).contains(u"quyền chạy"_s));
     for (const QString& full : {QDir::tempPath(), u"/Applications"_s}) {
         BundleInstaller cramped({.programs = {}, .freeSpace = [&full](const QString& folder) {
                                      return folder == full ? qint64(1 << 20) : qint64(1) << 40;
@@ -248,26 +247,14 @@ TEST_F(BundleTest, a_signature_is_told_from_one_of_another_file_or_key) {
     EXPECT_FALSE(fault(u"update.zip"_s, signature, key, path(u"missing"_s)).isEmpty());
 }
 
-TEST_F(BundleTest, the_helpers_are_found_below_a_prefix_and_the_version_in_the_build_folder) {
-    EXPECT_EQ(installation::helperFolder(path(u"usr/bin"_s)), path(u"usr/libexec/tralio"_s));
-    EXPECT_EQ(bundleVersion(installation::infoPlist(QCoreApplication::applicationDirPath())),
-        QStringLiteral(TRALIO_VERSION));
-}
-
-TEST_F(BundleTest, open_starts_the_program_that_the_bundle_names_and_leaves_it_to_itself) {
+TEST_F(BundleTest, open_leaves_the_program_that_the_bundle_names_to_itself_and_says_what_it_cannot_open) {
     writeInfo(u"A b.app"_s, u"Program"_s);
-    write(u"A b.app/Contents/MacOS/Program"_s,
-        u"#!/bin/bash\nread -ra stat < /proc/$$/stat\necho ${stat[5]} ${#PATH} $PWD $# > "_s +
-            path(u"out"_s) + u'\n');
+    writeTelling(u"A b.app/Contents/MacOS/Program"_s, u"${#PATH} $PWD $#"_s);
     qputenv("HOME", folder.path().toUtf8());
     qputenv("PATH", QFileInfo(QStringLiteral(OPEN_PROGRAM)).path().toUtf8() + ":/usr/bin:/bin");
     EXPECT_EQ(open({path(u"A b.app"_s)}), std::pair(0, QString()));
-    const QStringList words = wordsIn(u"out"_s);
-    EXPECT_NE(words.value(0).toInt(), getsid(0));
-    EXPECT_THAT(words.mid(1), ElementsAre(QString::number(qstrlen("/usr/bin:/bin")), folder.path(), u"0"_s));
-}
+    expectTold({QString::number(qstrlen("/usr/bin:/bin")), folder.path(), u"0"_s});
 
-TEST_F(BundleTest, open_says_what_it_cannot_open) {
     writeInfo(u"Gone.app"_s, u"Gone"_s);
     writeInfo(u"Sly.app"_s, u"../../out"_s);
     for (const QString& culprit : {u"Nowhere.app"_s, u"Sly.app"_s, u"Gone.app"_s}) {

@@ -5,7 +5,6 @@
 #include "support/noted_idle_limits.h"
 #include "support/scripted_installer.h"
 #include "support/stand_in_model.h"
-#include "support/testing.h"
 #include "update/update_service.h"
 
 namespace tralio {

@@ -1,4 +1,3 @@
-#include "platform/linux/helpers/helper_http_client.h"
 
 #include <csignal>
 #include <thread>
@@ -10,29 +9,19 @@
 namespace tralio {
 namespace {
 
-using Delivery = StandInReply::Delivery;
-
 /// Everything real but the server and the time after which the process is no longer needed.
 struct HelperHttpClientTest : testing::Test {
-    QCoro::Task<QString> post(std::stop_token stop = {}) {
+    QCoro::Task<HttpResponse> post(std::stop_token stop = {}) {
         QCoro::Task<HttpResponse> sending = client->send({QUrl(standIn.baseURL())}, body, 30s, stop);
         const HttpResponse response = co_await sending;
         ++completions;
-        co_return u"%1 "_s.arg(*response.status) + QString::fromUtf8(response.body);
+        co_return response;
     }
-    QCoro::Task<QString> download(HttpClient::Receive receive) {
-        QCoro::Task<HttpResponse> loading =
-            client->download({QUrl(standIn.baseURL())}, std::move(receive), 30s, {});
-        co_await loading;
-        co_return u"done"_s;
-    }
-    QCoro::Task<QString> get() {
-        QCoro::Task<HttpResponse> getting = client->get({QUrl(standIn.baseURL())}, 30s, {});
-        const HttpResponse response = co_await getting;
-        co_return QString::fromUtf8(response.body);
-    }
+    QCoro::Task<HttpResponse> get() { return client->get({QUrl(standIn.baseURL())}, 30s, {}); }
 
-    void hold() { standIn.replies(StandInReply::withBody(200, "late").delivered(Delivery::held)); }
+    void hold() {
+        standIn.replies(StandInReply::withBody(200, "late").delivered(StandInReply::Delivery::held));
+    }
     [[nodiscard]] bool arrived(qsizetype count) {
         return eventually([this, count] { return standIn.requests().size() == count; });
     }
@@ -49,25 +38,25 @@ struct HelperHttpClientTest : testing::Test {
 TEST_F(HelperHttpClientTest, serves_seven_requests_side_by_side_and_cancels_one_of_them_at_the_server_too) {
     hold();
     std::stop_source stop;
-    QCoro::Task<QString> stopped = post(stop.get_token());
-    std::vector<QCoro::Task<QString>> kept;
+    QCoro::Task<HttpResponse> stopped = post(stop.get_token());
+    std::vector<QCoro::Task<HttpResponse>> kept;
     while (kept.size() < 6)
         kept.push_back(post());
     ASSERT_TRUE(arrived(7));
     stop.request_stop();
-    EXPECT_EQ(outcomeOf(std::move(stopped)).text, cancelled);
+    EXPECT_EQ(wordsOf(std::move(stopped)), cancelled);
     EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 6; }));
     standIn.replies(StandInReply::withBody(200, "x"));
     for (int i = 0; i < 5; ++i) {
         clock.advance(5s);
-        EXPECT_EQ(outcomeOf(get()).text, u"x"_s);
+        EXPECT_EQ(wordsOf(get()), u"200 x"_s);
     }
     body = QByteArray(64 * 1024 * 1024, 'x');
-    EXPECT_EQ(outcomeOf(post()).text, u"Nội dung cần gửi quá lớn (hơn 64 MB)."_s);
+    EXPECT_EQ(wordsOf(post()), u"Nội dung cần gửi quá lớn (hơn 64 MB)."_s);
     EXPECT_FALSE(kept.front().isReady()) << "a process that answers may take its time";
     standIn.sendTheRest();
-    for (QCoro::Task<QString>& each : kept)
-        EXPECT_EQ(outcomeOf(std::move(each)).text, u"200 late"_s);
+    for (QCoro::Task<HttpResponse>& each : kept)
+        EXPECT_EQ(wordsOf(std::move(each)), u"200 late"_s);
 }
 
 TEST_F(HelperHttpClientTest, a_body_comes_in_pieces_until_who_takes_them_fails) {
@@ -76,8 +65,8 @@ TEST_F(HelperHttpClientTest, a_body_comes_in_pieces_until_who_takes_them_fails) 
         ++pieces;
         throw LocalizedError(u"Hết chỗ."_s);
     };
-    standIn.replies(StandInReply::withBody(200, "x").delivered(Delivery::endless));
-    EXPECT_EQ(outcomeOf(download(fails)).text, u"Hết chỗ."_s);
+    standIn.replies(StandInReply::withBody(200, QByteArray(50'000'000, 'x')));
+    EXPECT_EQ(endingOf(client->download({QUrl(standIn.baseURL())}, fails, 30s, {})).failure, u"Hết chỗ."_s);
     EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
     EXPECT_EQ(pieces, 1);
 }
@@ -86,16 +75,16 @@ TEST_F(HelperHttpClientTest, the_process_stays_a_minute_for_the_next_text_and_go
     const auto isGone = [this] { return client->helperProcessId() == 0; };
     standIn.replies(StandInReply::withBody(200, "x"));
     EXPECT_TRUE(isGone());
-    (void)outcomeOf(get());
+    (void)wordsOf(get());
     clock.advance(0s);
     EXPECT_TRUE(isGone());
 
-    (void)outcomeOf(post());
+    (void)wordsOf(post());
     const qint64 first = client->helperProcessId();
     EXPECT_TRUE(dumpsNoCore(first)) << "the key is in its memory";
     clock.advance(59s);
-    (void)outcomeOf(post());
-    (void)outcomeOf(get());
+    (void)wordsOf(post());
+    (void)wordsOf(get());
     client->prepare(QUrl());
     clock.advance(59s);
     EXPECT_EQ(client->helperProcessId(), first);
@@ -110,63 +99,63 @@ TEST_F(HelperHttpClientTest, the_process_stays_a_minute_for_the_next_text_and_go
 
 TEST_F(HelperHttpClientTest, whatever_becomes_of_the_process_a_request_ends_and_the_next_one_is_served) {
     hold();
-    QCoro::Task<QString> first = post();
-    QCoro::Task<QString> second = post();
+    QCoro::Task<HttpResponse> first = post();
+    QCoro::Task<HttpResponse> second = post();
     ASSERT_TRUE(arrived(2));
     ASSERT_EQ(::kill(static_cast<pid_t>(client->helperProcessId()), SIGKILL), 0);
     const QString ended = u"Tiến trình kết nối mạng dừng đột ngột. Vui lòng thử lại."_s;
-    EXPECT_EQ(outcomeOf(std::move(first)).text, ended);
-    EXPECT_EQ(outcomeOf(std::move(second)).text, ended);
+    EXPECT_EQ(wordsOf(std::move(first)), ended);
+    EXPECT_EQ(wordsOf(std::move(second)), ended);
     standIn.replies(StandInReply::withBody(200, "x"));
-    EXPECT_EQ(outcomeOf(post()).text, u"200 x"_s);
+    EXPECT_EQ(wordsOf(post()), u"200 x"_s);
     EXPECT_EQ(standIn.requests().size(), 3) << "nothing is sent again";
 
     hold();
-    QCoro::Task<QString> connected = post();
+    QCoro::Task<HttpResponse> connected = post();
     ASSERT_TRUE(arrived(4));
-    QCoro::Task<QString> fresh = post();
+    QCoro::Task<HttpResponse> fresh = post();
     client.reset();
-    for (QCoro::Task<QString>* abandoned : {&connected, &fresh})
-        EXPECT_EQ(outcomeOf(std::move(*abandoned)).text, cancelled);
+    for (QCoro::Task<HttpResponse>* abandoned : {&connected, &fresh})
+        EXPECT_EQ(wordsOf(std::move(*abandoned)), cancelled);
 }
 
 TEST_F(HelperHttpClientTest, a_stop_request_aborts_the_request_and_drops_the_late_answer) {
     hold();
     std::stop_source stop;
-    QCoro::Task<QString> task = post(stop.get_token());
+    QCoro::Task<HttpResponse> task = post(stop.get_token());
     ASSERT_TRUE(arrived(1));
     const std::stop_token token = stop.get_token();
     std::thread([&stop] { stop.request_stop(); }).join();
     stop = std::stop_source();  // who cancels forgets the source at once
-    EXPECT_EQ(outcomeOf(std::move(task)).text, cancelled);
+    EXPECT_EQ(wordsOf(std::move(task)), cancelled);
     EXPECT_TRUE(eventually([this] { return standIn.openConnections() == 0; }));
     standIn.sendTheRest();
-    EXPECT_TRUE(outcomeOf(post(token)).failed);
+    EXPECT_FALSE(endingOf(post(token)).result);
 
     // The answer may arrive together with the stop request.
     std::stop_source together;
     QObject::connect(&standIn, &StandInModel::requestReceived, [&together] { together.request_stop(); });
     standIn.replies(StandInReply::withBody(200, "x"));
-    EXPECT_EQ(outcomeOf(post(together.get_token())).text, cancelled);
+    EXPECT_EQ(wordsOf(post(together.get_token())), cancelled);
     EXPECT_EQ(completions, 0);
     EXPECT_EQ(standIn.requests().size(), 2) << "a request that was cancelled beforehand went out";
 }
 
 TEST_F(HelperHttpClientTest, a_request_that_is_let_go_of_still_ends_and_who_awaits_it_may_end_the_client) {
     hold();
-    { const QCoro::Task<QString> dropped = post(); }
+    { const QCoro::Task<HttpResponse> dropped = post(); }
     ASSERT_TRUE(arrived(1));
     standIn.sendTheRest();
     EXPECT_TRUE(eventually([this] { return completions == 1; }));
 
-    const auto postAndDestroy = [this]() -> QCoro::Task<QString> {
-        QCoro::Task<QString> posting = post();
-        const QString text = co_await posting;
+    const auto postAndDestroy = [this]() -> QCoro::Task<HttpResponse> {
+        QCoro::Task<HttpResponse> posting = post();
+        const HttpResponse response = co_await posting;
         client.reset();
-        co_return text;
+        co_return response;
     };
     standIn.replies(StandInReply::withBody(200, "done"));
-    EXPECT_EQ(outcomeOf(postAndDestroy()).text, u"200 done"_s);
+    EXPECT_EQ(wordsOf(postAndDestroy()), u"200 done"_s);
 }
 
 }  // namespace

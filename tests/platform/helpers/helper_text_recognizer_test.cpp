@@ -1,4 +1,3 @@
-#include "platform/linux/helpers/helper_text_recognizer.h"
 
 #include <csignal>
 #include <unistd.h>

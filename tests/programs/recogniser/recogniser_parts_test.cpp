@@ -2,7 +2,6 @@
 
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
-#include "programs/recogniser/reading.h"
 #include "programs/recogniser/resample.h"
 #include "programs/recogniser/text_blocks.h"
 #include "programs/recogniser/window_median.h"
@@ -138,11 +137,25 @@ TEST(Reading, of_words_that_differ_in_their_marks_the_surer_ones_are_taken_but_f
     EXPECT_THAT(texts(read), ElementsAre(u"Les élèves dîner été à"_s));
 }
 
-TEST(Reading, a_dash_as_high_as_wide_is_a_middle_dot) {
+TEST(Reading, tells_dots_from_dashes_drops_the_remains_of_frames_and_icons_and_keeps_blanks_between_words) {
     const auto dash = [](double width) { return ReadWord{u"-"_s, 90, 1, {}, QRectF(0, 0, width, 3)}; };
     Reading reading = row({{u"3"_s, 90, 0}, dash(3), {u"4"_s, 90, 1}, dash(7)});
     reading.tellDotsFromDashes();
-    EXPECT_THAT(texts(reading), ElementsAre(u"3 · 4 -"_s));
+    EXPECT_THAT(texts(reading), ElementsAre(u"3 · 4 -"_s)) << "as high as wide";
+
+    reading = {
+        {{{{u"|"_s, 40, 0}, {u"Accept"_s, 95, 1}, {u"—"_s, 80, 1}, {u"]"_s, 60, 1}}, QRectF(0, 0, 100, 20)},
+            {{{u"oÐ"_s, 30, 0}}, QRectF(0, 30, 20, 20)}, {{{u"..."_s, 50, 0}}, QRectF(0, 60, 20, 20)},
+            {{{u"OK"_s, 60, 0}}, QRectF(0, 90, 20, 20)}}};
+    reading.dropDirt();
+    EXPECT_THAT(texts(reading), ElementsAre(u"Accept —"_s, u"OK"_s));
+    EXPECT_EQ(Reading().confidence(), 0);
+
+    const std::pair<QString, QString> joined[] = {
+        {u"ă"_s, u"b"_s}, {u"版"_s, u"2"_s}, {u"다시"_s, u"입력"_s}, {u"。"_s, u"今"_s}};
+    for (const auto& [first, second] : joined)
+        EXPECT_THAT(texts(row({{first, 90, 0}, {second, 90, 1}})),
+            ElementsAre(first == u"。" ? first + second : first + u' ' + second));
 }
 
 TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
@@ -153,26 +166,6 @@ TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
         EXPECT_EQ(reading.markCount(), marks) << text.toStdString();
         EXPECT_EQ(reading.hasForeignLetters(), isForeign) << text.toStdString();
     }
-}
-
-TEST(Reading, the_remains_of_frames_and_icons_are_dropped) {
-    Reading reading{
-        {{{{u"|"_s, 40, 0}, {u"Accept"_s, 95, 1}, {u"—"_s, 80, 1}, {u"]"_s, 60, 1}}, QRectF(0, 0, 100, 20)},
-            {{{u"oÐ"_s, 30, 0}}, QRectF(0, 30, 20, 20)}, {{{u"..."_s, 50, 0}}, QRectF(0, 60, 20, 20)},
-            {{{u"OK"_s, 60, 0}}, QRectF(0, 90, 20, 20)}}};
-    reading.dropDirt();
-    EXPECT_THAT(texts(reading), ElementsAre(u"Accept —"_s, u"OK"_s));
-    EXPECT_EQ(Reading().confidence(), 0);
-}
-
-TEST(Reading, blanks_are_kept_except_between_signs_that_are_written_without) {
-    const auto joined = [](const QString& first, const QString& second) {
-        return texts(row({{first, 90, 0}, {second, 90, 1}})).value(0);
-    };
-    EXPECT_EQ(joined(u"ă"_s, u"b"_s), u"ă b"_s);
-    EXPECT_EQ(joined(u"。"_s, u"今"_s), u"。今"_s);
-    EXPECT_EQ(joined(u"版"_s, u"2"_s), u"版 2"_s);
-    EXPECT_EQ(joined(u"다시"_s, u"입력"_s), u"다시 입력"_s);
 }
 
 }  // namespace

@@ -54,9 +54,9 @@ TEST(Rules, are_told_from_letters) {
         boxes.insert(boxes.end(), {letter, stem, dash});
         EXPECT_EQ(lettersOf(boxes), drawn({letter, stem, dash})) << what;
     }
-    const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
-    const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
-    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters})
+    // Letters that are cut, and bars among letters.
+    for (const std::vector<QRect>& letters :
+        {std::vector<QRect>{{30, 0, 8, 14}, {60, 30, 8, 10}}, {letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}}})
         EXPECT_EQ(lettersOf(letters), drawn(letters));
 
     const Labels mark{1, 1, {0}, 1};
@@ -64,8 +64,7 @@ TEST(Rules, are_told_from_letters) {
 }
 
 /// A picture on which boxes stand for letters, each with a hole like an "o".
-class Sheet {
-public:
+struct Sheet {
     Sheet(int width, int height, QColor paper = Qt::white) : m_image(width, height, QImage::Format_RGB32) {
         m_image.fill(paper);
     }
@@ -163,8 +162,7 @@ TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_pa
         const BlockPainter painter(found.marks, found.shapes, found.blocks);
         const BlockPicture picture = painter.paint(found.blocks[0], found.blocks[0].kind);
         const quint8* row = picture.plane.row(qRound((35 - picture.origin.y()) * picture.scale));
-        EXPECT_LT(
-            std::count_if(row, row + picture.plane.width(), [](quint8 pixel) { return pixel < 128; }), 30);
+        EXPECT_LT(std::count_if(row, row + picture.plane.width(), [](quint8 ink) { return ink < 128; }), 30);
     }
 }
 
@@ -196,19 +194,17 @@ TEST(TextFinding, bands_of_any_height_show_their_text_beside_that_of_the_page) {
     }
 }
 
-TEST(TextFinding, a_faint_line_beside_strong_ones_keeps_its_letters) {
-    Sheet sheet(300, 80);
-    sheet.type({20, 10}, 12, 10).type({20, 32}, 9, 10, QColor(214, 214, 214)).type({20, 54}, 7, 10);
-    EXPECT_EQ(Found(sheet).letters(), (Counts{{12, 9, 7}}));
+TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_no_photograph) {
+    Sheet faint(300, 80);
+    faint.type({20, 10}, 12, 10).type({20, 32}, 9, 10, QColor(214, 214, 214)).type({20, 54}, 7, 10);
+    Sheet grainy(300, 80, QColor(246, 242, 232));
+    grainy.type({20, 10}, 12, 10).type({20, 32}, 9, 10).type({20, 54}, 7, 10).addGrain(5);
+    for (const Sheet& sheet : {faint, grainy}) {
+        const Found found(sheet);
+        EXPECT_EQ(found.letters(), (Counts{{12, 9, 7}}));
+        EXPECT_FALSE(found.marks.ground().hasShades());
+    }
     EXPECT_TRUE(Found(Sheet(300, 80, QColor(128, 128, 128))).lines.empty());
-}
-
-TEST(TextFinding, a_page_with_the_grain_of_paper_is_a_page_and_no_photograph) {
-    Sheet sheet(300, 80, QColor(246, 242, 232));
-    sheet.type({20, 10}, 12, 10).type({20, 32}, 9, 10).type({20, 54}, 7, 10).addGrain(5);
-    const Found found(sheet);
-    EXPECT_EQ(found.letters(), (Counts{{12, 9, 7}}));
-    EXPECT_FALSE(found.marks.ground().hasShades());
 
     Sheet leaves(300, 80, QColor(60, 130, 40));
     for (int i = 0; i < 300; ++i)
