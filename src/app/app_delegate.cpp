@@ -156,12 +156,16 @@ void AppDelegate::noteHandled(qint64 changeCount, const QString& text) {
 }
 
 void AppDelegate::translateLater(const QString& text) {
+    dropNextText();
     prepare();
     m_needs.clock.after(requestDelay, this, [this, text] {
         m_isFetching = false;
-        m_nextText.clear();  // of another program, which came before
         m_needs.appState.requestTranslation(text);
     });
+}
+
+void AppDelegate::dropNextText() {
+    m_nextText.clear();
 }
 
 void AppDelegate::showNextText() {

@@ -81,11 +81,13 @@ void AppDelegate::translateSelectionOnceFocused() {
             return;
         if (selection.text.trimmed().isEmpty()) {
             self->say(nothingSelected, noticeTime);
-        } else if (selection.use == LateSelection::Use::translate) {
-            self->m_needs.appState.stopReading();
+            return;
+        }
+        self->dropNextText();
+        self->m_needs.appState.stopReading();
+        if (selection.use == LateSelection::Use::translate) {
             self->m_needs.appState.requestTranslation(selection.text);
         } else {
-            self->m_needs.appState.stopReading();
             self->m_needs.appState.offerTranslation(selection.text);
             self->say(confirmOffer, errorTime);
         }
@@ -140,10 +142,12 @@ QCoro::Task<void> AppDelegate::handleScreenOCRHotKey() {
     m_needs.appState.endReading(stop);
     if (stop.stop_requested())
         co_return;
-    if (failed)
+    if (failed) {
         showPopover();
-    else if (text && !text->trimmed().isEmpty())
+    } else if (text && !text->trimmed().isEmpty()) {
+        dropNextText();
         m_needs.appState.requestTranslation(text->trimmed());
+    }
     if (!notice.isEmpty())
         say(notice, noticeLasts);
 }

@@ -32,6 +32,11 @@ TranslationHistoryStore::TranslationHistoryStore(KeyValueStore& store, Now now)
     load();
 }
 
+TranslationHistoryStore::~TranslationHistoryStore() {
+    if (!m_isLoaded && !m_items().isEmpty())
+        save();
+}
+
 void TranslationHistoryStore::add(const QString& sourceText, const QString& translatedText,
     const QString& sourceLang, const QString& targetLang, const QString& tone) {
     const TranslationItem added{.id = QUuid::createUuid(),
@@ -44,6 +49,7 @@ void TranslationHistoryStore::add(const QString& sourceText, const QString& tran
     if (added.sourceText.isEmpty() || added.translatedText.isEmpty())
         return;
 
+    load();
     QList<TranslationItem> items = m_items();
     items.removeIf([&added](const TranslationItem& item) { return isOfSameText(item, added); });
     items.prepend(added);

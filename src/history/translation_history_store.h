@@ -27,6 +27,8 @@ public:
 
     /// `store` outlives the history.
     explicit TranslationHistoryStore(KeyValueStore& store, Now now = std::chrono::system_clock::now);
+    /// Tries once more to store what has been added while the store was locked.
+    ~TranslationHistoryStore() override;
 
     [[nodiscard]] const QList<TranslationItem>& items() const { return m_items(); }
 

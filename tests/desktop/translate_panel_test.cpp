@@ -50,6 +50,7 @@ TEST_F(TranslatePanelOnScreen, a_typed_text_is_translated_and_the_result_pasted_
     EXPECT_TRUE(waitUntil([&] { return told.alerts == 1; })) << "a screen reader hears nothing of it";
     ASSERT_TRUE(program.click(u"Sao chép"_s));
     ASSERT_TRUE(program.comes(u"Đã chép!"_s));
+    EXPECT_EQ(told.alerts, 1) << "it hears of it twice";
     desktop.press(u"Escape"_s);
 
     desktop.startInFront(u"mousepad"_s, u"mousepad"_s);

@@ -226,16 +226,19 @@ TEST_F(SqliteStoreTest, a_history_that_another_process_locks_is_not_damaged_but_
         EXPECT_EQ(store->value(u"setting"_s), std::nullopt);
         if (!isLockedFromTheStart)
             EXPECT_EQ(other.query("COMMIT; BEGIN EXCLUSIVE"), "");
-        TranslationHistoryStore history(*store);
+        auto history = std::make_unique<TranslationHistoryStore>(*store);
         TranslationHistoryStore cleared(*store);
-        add(history, u"added"_s);
-        EXPECT_EQ(history.items().size(), 1);
+        add(*history, u"added"_s);
+        EXPECT_EQ(history->items().size(), 1);
         EXPECT_EQ(store->value(u"setting"_s), std::nullopt) << "as is known";
         EXPECT_EQ(store->trouble().has_value(), isLockedFromTheStart) << "the settings could not be read";
         EXPECT_EQ(other.query("COMMIT"), "");
-        history.load();
-        EXPECT_EQ(history.items().size(), 2);
-        EXPECT_EQ(TranslationHistoryStore(*store).items(), history.items());
+        if (isLockedFromTheStart)
+            history->load();
+        else
+            history.reset();
+        EXPECT_EQ(TranslationHistoryStore(*store).items().size(), 2);
+        EXPECT_TRUE(!history || history->items().size() == 2);
         EXPECT_EQ(reread(key + u".damaged-1"_s), std::nullopt);
         cleared.clear();
         EXPECT_EQ(reread(key), StoredValue(QByteArray("[]")));

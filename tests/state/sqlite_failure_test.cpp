@@ -80,9 +80,11 @@ TEST_F(SqliteFailureTest, a_path_that_cannot_be_used_keeps_values_in_memory) {
              std::pair(path(u"pipe"_s), unreadable),
              std::pair(u"/proc/self/tralio/tralio.sqlite"_s, unsaved)}) {
         m_log.clear();
-        SqliteKeyValueStore store(unusable);
-        EXPECT_EQ(store.trouble(), trouble) << unusable.toStdString();
-        expectValuesAreKept(store);
+        {
+            SqliteKeyValueStore store(unusable);
+            EXPECT_EQ(store.trouble(), trouble) << unusable.toStdString();
+            expectValuesAreKept(store);
+        }
         EXPECT_EQ(m_log.messages().size(), 1) << m_log.content().constData();
     }
     EXPECT_EQ(contentOf(path(u"file"_s)), "a file where a folder should be");

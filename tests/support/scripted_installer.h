@@ -3,6 +3,7 @@
 #include <qcorofuture.h>
 
 #include "common/localized_error.h"
+#include "support/files.h"
 #include "support/testing.h"
 #include "update/installer.h"
 
@@ -19,7 +20,7 @@ struct ScriptedInstaller final : Installer {
         failWith(archiveFault);
     }
     QCoro::Task<> checkSignature(QString zipPath, QByteArray signature, QString publicKey) override {
-        checkedSignature = zipPath + u' ' + QString::fromLatin1(signature) + u' ' + publicKey;
+        checkedSignature = QString::fromUtf8(contentOf(zipPath) + ' ' + signature) + u' ' + publicKey;
         failWith(signatureFault);
         co_return;
     }
@@ -38,7 +39,7 @@ struct ScriptedInstaller final : Installer {
     std::optional<QString> startFault;
 
     std::shared_ptr<QPromise<void>> checking;  ///< if set, the check takes until it is finished
-    QString checkedSignature;                  ///< file, signature and key of the last check
+    QString checkedSignature;                  ///< content, signature and key of the last check
     QString checkedArchive;
     QStringList scripts;  ///< the scripts that were run
 

@@ -159,7 +159,7 @@ TEST_F(UpdateInstallTest, with_a_key_an_archive_needs_its_signature_before_anyth
     reply = StandInReply::withBody(200, signature);
     installer.signatureFault = u"chữ ký sai"_s;
     expectFailure(u"Không thể chạy tiến trình cập nhật: chữ ký sai"_s);
-    EXPECT_TRUE(installer.checkedSignature.endsWith(u' ' + QString::fromLatin1(signature) + u" key"_s));
+    EXPECT_EQ(installer.checkedSignature, u"archive "_s + QString::fromLatin1(signature) + u" key"_s);
     EXPECT_EQ(installer.checkedArchive, QString()) << "nobody takes an unsigned one apart";
     EXPECT_TRUE(filesInFolder().isEmpty());
 

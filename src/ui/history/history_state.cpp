@@ -40,11 +40,13 @@ void HistoryState::copyToClipboard(const TranslationItem& item) {
 }
 
 void HistoryState::remove(const TranslationItem& item) {
+    m_needs.historyStore.load();
     offerUndo(1);
     m_needs.historyStore.remove(item.id);
 }
 
 void HistoryState::clear() {
+    m_needs.historyStore.load();
     offerUndo(m_needs.historyStore.items().size());
     m_needs.historyStore.clear();
 }

@@ -53,6 +53,11 @@ void UndoStrip::undo() {
     announce(*this);
 }
 
+void UndoStrip::hideEvent(QHideEvent* event) {
+    setAccessibleName(QString());
+    QWidget::hideEvent(event);
+}
+
 void UndoStrip::refresh() {
     const auto message = m_offer.message();
     if (message) {

@@ -19,6 +19,9 @@ public:
     /// When the strip hides while it has the focus, `neighbour` gets it. Both outlive the strip.
     UndoStrip(UndoOffer& offer, QWidget& neighbour, QWidget* parent = nullptr);
 
+protected:
+    void hideEvent(QHideEvent* event) override;
+
 private:
     void undo();
     void refresh();

@@ -62,7 +62,17 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
     const std::string circles = tooManyRedirectionsWords("peer", entered);
     const std::string refused = refusedRedirectionWords("peer", entered);
     const QByteArray end = "\r\n\r\n";
-    const QByteArray ok = "HTTP/1.1 200 OK\r\n";
+    const std::string headers = tooLargeHeadersWords("peer");
+    const auto status = [](const QByteArray& line) { return "HTTP/1.1 " + line + "\r\n"; };
+    const auto resetting = [](const QByteArray& bytes) {
+        return [bytes](Connection& other) {
+            answering(bytes)(other);
+            other.wait(Time(30));
+            other.reset();
+        };
+    };
+    const QByteArray ok = status("200 OK");
+    const StandInReply compressed = StandInReply::gzipped(u"nén"_s);
     const QByteArray gzip = "Content-Encoding: gzip\r\n";
     const QByteArray chunks = ok + "Transfer-Encoding: chunked" + end + "5\r\nhello\r\n";
     const QByteArray gzipHead("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10);
@@ -71,17 +81,21 @@ TEST_F(HttpTest, what_goes_wrong_is_told_as_what_it_is) {
         {"ends before reading", [](Connection&) {}, "*", 0},
         {"resets before reading", [](Connection& other) { other.reset(); }, "*", 0},
         {"ends after reading", answering({}), silent},
-        {"resets after reading",
-            [](Connection& other) {
-                (void)other.readRequest();
-                other.reset();
-            },
-            broken},
+        {"resets after reading", resetting({}), broken},
+        {"no content, with a length", answering(status("204 No Content") + "Content-Length: 5" + end), "204"},
+        {"chunks", answering(chunks + "0" + end), "200 hello"},
+        {"cut within a chunk", answering(chunks + "9\r\nwo"), broken},
+        {"reset within its length", resetting(ok + "Content-Length: 9" + end + "hello"), broken},
+        {"to the end of the connection", answering(ok + "\r\nhello"), "200 hello"},
+        {"one header of 300 KB", answering(ok + "A: " + QByteArray(300'000, 'a') + end), headers},
         {"cut between chunks", answering(chunks), broken},
         {"cut short of its length", answering(ok + "Content-Length: 9" + end + "hello"), broken},
         {"cut in the head", answering(ok + "Content-"), "*"},
-        {"20,000 headers", answering(ok + QByteArray("A: 12345678\r\n").repeated(20'000) + "\r\n"),
-            tooLargeHeadersWords("peer")},
+        {"20,000 headers", answering(ok + QByteArray("A: 12345678\r\n").repeated(20'000) + "\r\n"), headers},
+        {"compression", answering(reply(compressed.body, ok + gzip)),
+            "200 " + StandInReply::translation(u"nén"_s).body.toStdString()},
+        {"another protocol", answering(status("101 Switching Protocols") + "Upgrade: x" + end + "\x01\x02"),
+            "101"},
         {"garbled compression", answering(reply("not gzip", ok + gzip)), words(CURLE_BAD_CONTENT_ENCODING)},
         {"a body of 5 MB", answering(reply(QByteArray(5'000'000, 'x'))), tooLargeReplyWords("peer", 4 << 20)},
         {"a chunk's extension without end", answering(chunks + "5;" + QByteArray(20'000'000, 'x')), endless},
@@ -185,7 +199,8 @@ TEST_F(HttpTest, a_text_stays_with_its_origin_and_a_download_never_leaves_https)
         if (!given.to.empty())
             EXPECT_EQ(to.text, given.to);
     }
-    EXPECT_TRUE(isLoopback(addressOf("http://%31%32%37.1/").host));
+    for (const char* own : {"http://[::1]/", "http://[::1]:8080/", "http://%31%32%37.1/"})
+        EXPECT_TRUE(isLoopback(addressOf(own).host)) << own;
     EXPECT_FALSE(isLoopback(addressOf("http://127.0.0.1./").host)) << "a name server's to answer";
     std::atomic<int> port = 0;
     RawServer server([&port](Connection& peer) {
