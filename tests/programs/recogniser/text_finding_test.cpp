@@ -49,6 +49,9 @@ TEST(Rules, are_told_from_letters) {
         {"a caret from top to bottom", {{90, 0, 1, 40}}},
         {"a caret after the text", {{85, 5, 1, 26}}},
         {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
+        {"a rounded frame",
+            {{40, 3, 36, 1}, {22, 4, 18, 1}, {76, 4, 18, 1}, {21, 5, 1, 26}, {94, 5, 1, 26}, {22, 31, 18, 1},
+                {76, 31, 18, 1}, {40, 32, 36, 1}}},
     };
     for (auto [what, boxes] : cases) {
         boxes.insert(boxes.end(), {letter, stem, dash});
@@ -56,7 +59,10 @@ TEST(Rules, are_told_from_letters) {
     }
     const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
     const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
-    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters})
+    const std::vector<QRect> lightHeadline{{5, 2, 3, 34}, {5, 34, 41, 3},  // "LO"
+        {70, 2, 16, 2}, {62, 4, 8, 2}, {86, 4, 8, 2}, {60, 6, 2, 28}, {94, 6, 2, 28}, {62, 34, 8, 2},
+        {86, 34, 8, 2}, {70, 36, 16, 2}};
+    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters, lightHeadline})
         EXPECT_EQ(lettersOf(letters), drawn(letters));
 
     const Labels mark{1, 1, {0}, 1};
