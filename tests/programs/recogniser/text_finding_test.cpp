@@ -174,6 +174,14 @@ TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_pa
     }
 }
 
+TEST(TextFinding, what_is_struck_through_is_text) {
+    for (const int line : {24, 26, 28}) {
+        Sheet sheet(300, 50);
+        sheet.type({20, 20}, 12, 12).fill({18, line, 146, 1}, Qt::black);
+        EXPECT_EQ(Found(sheet).letters(), (Counts{{12}})) << line;
+    }
+}
+
 TEST(TextFinding, what_closes_a_frame_or_a_letter_below_is_no_line_beneath_words) {
     const std::vector<QRect> cutButton{{20, 0, 1, 24}, {250, 0, 1, 24}, {21, 22, 4, 2}, {21, 24, 229, 1}};
     const std::vector<QRect> tableRow{{20, 2, 1, 30}, {130, 2, 1, 30}, {250, 2, 1, 30}, {20, 31, 231, 1}};
