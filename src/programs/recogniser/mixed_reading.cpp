@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <numeric>
-#include <ranges>
 
 namespace tralio {
 namespace {
@@ -84,9 +83,9 @@ void adoptWords(Reading& reading, const Reading& other, ScriptKind script) {
     const auto isBeyondDoubt = [&](const ReadWord& word) { return isOfScript(word) && !isDoubtful(word); };
     const auto adopt = [&](auto isWanted, auto mayHold) {
         for (const ReadLine& otherLine : other.lines)
-            for (const ReadWord& word : otherLine.words | std::views::filter(isWanted))
+            for (const ReadWord& word : otherLine.words)
                 for (ReadLine& line : reading.lines)
-                    if (shareHeight(line.box, otherLine.box) && mayHold(line))
+                    if (isWanted(word) && shareHeight(line.box, otherLine.box) && mayHold(line))
                         replaceBeneath(line, word);
     };
     if (script == ScriptKind::latin) {
