@@ -84,10 +84,10 @@ private:
     void translateLater(const QString& text);
     /// For texts from other programs. A text that arrives before the previous one was requested, or just
     /// after, replaces it: programs can send thousands, and each request is paid for.
-    /// Called for a text that the user asked for: what still waits came before it.
-    void dropNextText();
     void showNextText();
     void requestNextText();
+    /// Called for a text that the user asked for: what still waits came before it.
+    void dropNextText();
     void prepare();
     void say(const QString& notice, std::chrono::milliseconds time);
 

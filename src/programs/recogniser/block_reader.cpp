@@ -58,7 +58,14 @@ bool isTextOfPhotograph(const ReadLine& line) {
 }
 
 bool isText(const ReadLine& line, const TextBlock& block) {
-    return block.isShaded ? isTextOfPhotograph(line) : line.confidence() >= noTextBelow;
+    // In code a line of signs may be read ill but for a word.
+    const auto isSure = [](const ReadWord& word) {
+        constexpr double sure = 90;
+        return word.confidence >= sure &&
+            std::ranges::count_if(word.text, [](QChar c) { return c.isLetter(); }) >= 3;
+    };
+    return block.isShaded ? isTextOfPhotograph(line)
+                          : line.confidence() >= noTextBelow || std::ranges::any_of(line.words, isSure);
 }
 
 }  // namespace

@@ -18,6 +18,38 @@ bool isPlainly(const ReadWord& word, ScriptKind script) {
     return script == ScriptKind::latin ? latin >= fewestLatin && others == 0 : others > 0 && latin == 0;
 }
 
+/// Whether what it has of another script than Latin are just letters that Latin ones look like.
+bool mayBeLatin(const QString& text) {
+    constexpr QStringView lookAlikes = u"АВЕЗКМНОРСТУХЅІЈагезиопрсухѕіј";
+    return std::ranges::all_of(text, [&](QChar c) {
+        return !c.isLetter() || c.script() == QChar::Script_Latin || lookAlikes.contains(c);
+    });
+}
+
+/// Whether it may as well be code, a price or a look-alike that an engine without Latin letters makes do
+/// with.
+bool isDoubtful(const ReadWord& word) {
+    const auto isNoPartOfWord = [](QChar c) {
+        return c.isDigit() || c.isSymbol() || c.category() == QChar::Punctuation_Connector || c == u'\\';
+    };
+    return mayBeLatin(word.text) || std::ranges::any_of(word.text, isNoPartOfWord);
+}
+
+/// Whether lines are in another script: beside Latin letters, with some that are beyond doubt.
+bool isOfOtherScript(const Reading& reading) {
+    constexpr qsizetype fewest = 2;
+    qsizetype sure = 0;
+    bool isMixed = false;
+    for (const ReadLine& line : reading.lines) {
+        const auto isLatin = [](QChar c) { return c.script() == QChar::Script_Latin; };
+        isMixed = isMixed || mayBeLatin(line.text()) || std::ranges::any_of(line.text(), isLatin);
+        for (const ReadWord& word : line.words)
+            if (isPlainly(word, ScriptKind::other) && !isDoubtful(word))
+                sure += std::ranges::count_if(word.text, [](QChar c) { return c.isLetter(); });
+    }
+    return reading.holdsOtherScript() && (!isMixed || sure >= fewest);
+}
+
 /// Puts a word in the place of what was read in its box, if that was read with much less confidence.
 void replaceBeneath(ReadLine& line, const ReadWord& word) {
     constexpr double sure = 80;
@@ -47,15 +79,22 @@ void replaceBeneath(ReadLine& line, const ReadWord& word) {
 }  // namespace
 
 void adoptWords(Reading& reading, const Reading& other, ScriptKind script) {
-    for (const ReadLine& otherLine : other.lines) {
-        for (const ReadWord& word : otherLine.words) {
-            if (!isPlainly(word, script))
-                continue;
-            for (ReadLine& line : reading.lines)
-                if (shareHeight(line.box, otherLine.box))
-                    replaceBeneath(line, word);
-        }
+    const auto isOfScript = [&](const ReadWord& word) { return isPlainly(word, script); };
+    const auto isBeyondDoubt = [&](const ReadWord& word) { return isOfScript(word) && !isDoubtful(word); };
+    const auto adopt = [&](auto isWanted, auto mayHold) {
+        for (const ReadLine& otherLine : other.lines)
+            for (const ReadWord& word : otherLine.words)
+                for (ReadLine& line : reading.lines)
+                    if (isWanted(word) && shareHeight(line.box, otherLine.box) && mayHold(line))
+                        replaceBeneath(line, word);
+    };
+    if (script == ScriptKind::latin) {
+        adopt(isOfScript, [](const ReadLine&) { return true; });
+        return;
     }
+    adopt(
+        isBeyondDoubt, [](const ReadLine&) { return true; });
+    adopt(isOfScript, [&](const ReadLine& line) { return std::ranges::any_of(line.words, isBeyondDoubt); });
 }
 
 Reading bestLines(const Reading& first, const Reading& second, double margin) {
@@ -96,7 +135,7 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
 
     Reading best;
     for (Group& group : groups) {
-        const bool secondIsBetter = (group.first.lines.empty() || group.second.holdsOtherScript()) &&
+        const bool secondIsBetter = (group.first.lines.empty() || isOfOtherScript(group.second)) &&
             group.second.confidence() >= group.first.confidence() + margin;
         std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
         best.lines.insert(

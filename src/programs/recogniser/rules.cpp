@@ -7,19 +7,66 @@
 namespace tralio {
 namespace {
 
-/// Letters are neither that long and thin nor that hollow.
-bool isLineOrFrame(const Extent& extent, int thickness, int unit) {
+/// How much of the side of a mark's box that has least of it has ink, in hundredths. Where the picture's edge
+/// cuts it, a frame has no side.
+int leastInkOfSides(const Labels& marks, int mark, const QRect& box, int unit) {
+    const int depth = 2 * unit;  // of a side, with its blur
+    const auto share = [&](const QRect& side, bool isUpright) {
+        int inked = 0;
+        const int length = isUpright ? side.height() : side.width();
+        for (int i = 0; i < length; ++i) {
+            bool hasInk = false;
+            for (int k = 0; k < depth && !hasInk; ++k)
+                hasInk =
+                    marks.at(side.left() + (isUpright ? k : i), side.top() + (isUpright ? i : k)) == mark;
+            inked += hasInk ? 1 : 0;
+        }
+        return inked * 100 / length;
+    };
+    const int right = box.right() - depth + 1;
+    const int bottom = box.bottom() - depth + 1;
+    int least = 100;
+    if (box.left() > 0)
+        least = std::min(least, share(box, true));
+    if (box.right() < marks.width - 1)
+        least = std::min(least, share({right, box.top(), depth, box.height()}, true));
+    if (box.top() > 0)
+        least = std::min(least, share(box, false));
+    if (box.bottom() < marks.height - 1)
+        least = std::min(least, share({box.left(), bottom, box.width(), depth}, false));
+    return least;
+}
+
+/// Whether a mark goes all around: with straight sides, or around something. A large "O" is empty.
+bool isClosed(const Labels& marks, const std::vector<Extent>& all, size_t mark, int unit) {
+    constexpr int straight = 60;
+    constexpr int round = 25;
+    const QRect& box = all[mark].box;
+    const int least = leastInkOfSides(marks, static_cast<int>(mark), box, unit);
+    const QRect inside = box.adjusted(1, 1, -1, -1);
+    return least >= straight ||
+        (least >= round && std::any_of(all.begin(), all.end(), [&](const Extent& other) {
+            return inside.contains(other.box) && other.box.height() >= 5 * unit;
+        }));
+}
+
+/// Letters are neither that long and thin nor that hollow, but for those of a large light headline.
+bool isLineOrFrame(
+    const Labels& marks, const std::vector<Extent>& all, size_t mark, int thickness, int unit) {
+    const Extent& extent = all[mark];
     const int longSide = std::max(extent.box.width(), extent.box.height());
     const int shortSide = std::min(extent.box.width(), extent.box.height());
     if (longSide < 40 * unit)
         return false;
-    const bool isLine = shortSide <= 4 * unit;
-    const bool isHollow =
-        shortSide >= 12 * unit && extent.area * qint64(100) <= qint64(35) * longSide * shortSide;
+    if (shortSide <= 4 * unit)
+        return true;
+    if (shortSide < 12 * unit || extent.area * qint64(100) > qint64(35) * longSide * shortSide)
+        return false;
+    const bool isLarge = longSide >= 120 * unit;
     const bool isFrame = extent.area <= 5 * unit * (extent.box.width() + extent.box.height());
     // The letters of a headline are hollow too, but not drawn that finely.
-    const bool isTable = thickness <= 2 * unit || (thickness <= 4 * unit && longSide >= 120 * unit);
-    return isLine || (isHollow && (isFrame || isTable));
+    const bool isTable = thickness <= 2 * unit || (thickness <= 4 * unit && isLarge);
+    return (isFrame || isTable) && (isLarge || isClosed(marks, all, mark, unit));
 }
 
 /// What stands around a button or a tooltip: a bar along an edge of the picture, or around a corner of it.
@@ -79,7 +126,7 @@ std::vector<bool> findRules(const Labels& marks, const std::vector<Extent>& exte
     std::vector<bool> areRules(extents.size());
     for (size_t i = 0; i < extents.size(); ++i)
         areRules[i] =
-            isLineOrFrame(extents[i], thicknesses[i], unit) || isSurround(extents[i], picture, unit);
+            isLineOrFrame(marks, extents, i, thicknesses[i], unit) || isSurround(extents[i], picture, unit);
     std::vector<size_t> cursors;
     for (size_t i = 0; i < extents.size(); ++i)
         if (!areRules[i] && isTextCursor(i, extents, areRules, unit))

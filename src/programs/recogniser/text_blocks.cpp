@@ -58,6 +58,38 @@ Neighbour onlyNeighbour(const std::vector<TextLine>& lines, MayBe mayBe, Distanc
     return nearest;
 }
 
+/// Makes words that are much fainter than others of their block as strong as those. A few marks may be noise.
+void strengthenFaint(Plane& plane, const QRect& frame, const TextBlock& block, int full) {
+    constexpr int visible = 16;
+    constexpr std::ptrdiff_t fewest = 3;
+    const auto strongest = [&](const QRect& letter) {
+        int most = 0;
+        const QRect box = (letter & frame).translated(-frame.topLeft());
+        for (int y = box.top(); y <= box.bottom(); ++y)
+            most = std::max<int>(
+                most, *std::max_element(plane.row(y) + box.left(), plane.row(y) + box.right() + 1));
+        return most;
+    };
+    const auto isFaint = [&](int strength) { return strength >= visible && strength * 2 < full; };
+    std::vector<std::pair<QRect, int>> faint;
+    for (const TextLine& line : block.lines) {
+        const auto isFaintLetter = [&](const QRect& letter) { return isFaint(strongest(letter)); };
+        if (std::ranges::count_if(line.letters, isFaintLetter) < fewest)
+            continue;
+        for (const std::vector<QRect>* boxes : {&line.letters, &line.dots})
+            for (const QRect& box : *boxes)
+                if (const int own = strongest(box); isFaint(own))
+                    faint.emplace_back(box, own);
+    }
+    for (const auto& [letter, own] : faint) {
+        const QRect box = (letter.adjusted(-1, -1, 1, 1) & frame).translated(-frame.topLeft());
+        for (int y = box.top(); y <= box.bottom(); ++y)
+            for (int x = box.left(); x <= box.right(); ++x)
+                if (quint8& pixel = plane.row(y)[x]; pixel <= own)
+                    pixel = static_cast<quint8>(pixel * full / own);
+    }
+}
+
 }  // namespace
 
 int TextBlock::letterHeight() const {
@@ -187,6 +219,8 @@ BlockPicture BlockPainter::paint(const TextBlock& block, TextMarks::Kind kind) c
     }
 
     const int full = fullStrength(plane);
+    if (!block.isShaded)
+        strengthenFaint(plane, frame, block, full);
     for (quint8& pixel : plane.pixels())
         pixel = static_cast<quint8>(white - std::min(255, pixel * 255 / full));
 

@@ -20,34 +20,52 @@ struct Rows {
     int bottom;
 };
 
-/// The upper edge of a frame, or a row of a table.
-bool hasLevelTop(const Mark& mark) {
-    for (int y = mark.box.top(); y < mark.box.center().y(); ++y) {
-        int run = 0;
-        for (int x = mark.box.left(); x <= mark.box.right(); ++x) {
-            run = mark.hasInk(x, y) ? run + 1 : 0;
-            if (run * 2 >= mark.box.width())
-                return true;
-        }
+/// Above it no line goes through letters or beneath them.
+int highestLine(const QRect& box) {
+    return box.top() + box.height() / 4;
+}
+
+/// Whether there is ink in that many hundredths of a row, without a gap.
+bool hasRun(const Mark& mark, int y, int share) {
+    int run = 0;
+    for (int x = mark.box.left(); x <= mark.box.right(); ++x) {
+        run = mark.hasInk(x, y) ? run + 1 : 0;
+        if (run * 100 >= mark.box.width() * share)
+            return true;
     }
     return false;
 }
 
-/// The fewest rows in the lower half that together have ink from one end of the mark to the other.
+/// The upper edge of a frame, or a row of a table.
+bool hasLevelTop(const Mark& mark, int above) {
+    for (int y = mark.box.top(); y < above; ++y)
+        if (hasRun(mark, y, 50))
+            return true;
+    return false;
+}
+
+/// The fewest rows, from the lowest up, that together have ink from one end of the mark to the other.
 std::optional<Rows> findLine(const Mark& mark, int unit) {
     const auto highest = static_cast<size_t>(5 * unit);  // of a squiggle
     const int width = mark.box.width();
     const auto isNearlyAll = [width](int columns) { return columns * 10 >= width * 9; };
+    const int middle = mark.box.center().y();
+    if (hasLevelTop(mark, highestLine(mark.box)))
+        return std::nullopt;
+    const int lowest = hasLevelTop(mark, middle) ? mark.box.bottom() + 1 : middle;
     std::optional<Rows> line;
     size_t least = highest + 1;
     std::vector<size_t> toInk(static_cast<size_t>(width), highest);  // rows down to the next ink, by column
-    for (int y = mark.box.bottom(); y >= mark.box.center().y(); --y) {
+    for (int y = mark.box.bottom(); y >= highestLine(mark.box); --y) {
         std::vector<int> counts(highest + 1);
         for (size_t x = 0; x < toInk.size(); ++x) {
             toInk[x] =
                 mark.hasInk(mark.box.left() + static_cast<int>(x), y) ? 0 : std::min(highest, toInk[x] + 1);
             ++counts[toInk[x]];
         }
+        // What goes through letters is straight: those that touch have ink everywhere in a few rows.
+        if (y < lowest && !hasRun(mark, y, 97))
+            continue;
         const bool isThicker = line && line->top == y + 1 && counts[0] * 10 >= width * 6;
         if (isThicker)
             line->top = y;
@@ -126,7 +144,7 @@ std::vector<bool> findUnderlines(const Labels& marks, int unit) {
         if (box.width() < leastWidth || box.height() < leastHeight || box.height() > mostHeight)
             continue;
         const Mark mark{marks, static_cast<int>(i), box};
-        const std::optional<Rows> line = hasLevelTop(mark) ? std::nullopt : findLine(mark, unit);
+        const std::optional<Rows> line = findLine(mark, unit);
         if (!line)
             continue;
         const std::vector<Extent> pieces = piecesAbove(mark, *line);

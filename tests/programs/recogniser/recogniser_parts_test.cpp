@@ -82,6 +82,29 @@ TEST(Reading, of_two_engines_each_line_is_the_better_ones) {
     EXPECT_THAT(texts(bestLines(Reading(), latin, 3)), ElementsAre(u"HUIN=>2"_s, u"Right-click"_s));
 }
 
+TEST(Reading, code_prices_and_look_alikes_are_in_no_other_script) {
+    const std::pair<QString, bool> cases[] = {{u"изег$"_s, false}, {u"зе1Е"_s, false}, {u"уа\\ие"_s, false},
+        {u"ТНОТ"_s, false}, {u"Отмена"_s, true}, {u"开始"_s, true}};
+    for (const auto& [word, isTaken] : cases) {
+        const QString latin = u"User"_s;
+        const auto before = [&](const QString& text, double confidence) {
+            return row(
+                {{latin, 95, 0, {}, QRectF(0, 0, 50, 20)}, {text, confidence, 1, {}, {60, 0, 50, 20}}});
+        };
+        Reading line = before(u"read"_s, 20);
+        line.lines[0].box = QRectF(0, 0, 110, 20);
+        Reading other = before(word, 95);
+        other.lines[0].box = line.lines[0].box;
+        const QString wanted = latin + u' ' + (isTaken ? word : u"read"_s);
+        EXPECT_THAT(texts(bestLines(line, other, 3)), ElementsAre(wanted));
+        adoptWords(line, other, ScriptKind::other);
+        EXPECT_THAT(texts(line), ElementsAre(wanted));
+    }
+    EXPECT_THAT(texts(bestLines({{line(u"3B"_s, 60)}}, {{line(u"3月"_s, 70)}}, 3)), ElementsAre(u"3月"_s));
+    EXPECT_THAT(
+        texts(bestLines({{line(u"9.000a"_s, 60)}}, {{line(u"9.000а"_s, 70)}}, 3)), ElementsAre(u"9.000a"_s));
+}
+
 TEST(Reading, of_words_that_differ_in_their_marks_a_vietnamese_text_has_the_richer_ones) {
     const auto word = [](const QString& text, const QString& pack = {}) {
         return ReadWord{text, 95, 1, pack};

@@ -49,14 +49,20 @@ TEST(Rules, are_told_from_letters) {
         {"a caret from top to bottom", {{90, 0, 1, 40}}},
         {"a caret after the text", {{85, 5, 1, 26}}},
         {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
+        {"a rounded frame",
+            {{40, 3, 36, 1}, {22, 4, 18, 1}, {76, 4, 18, 1}, {21, 5, 1, 26}, {94, 5, 1, 26}, {22, 31, 18, 1},
+                {76, 31, 18, 1}, {40, 32, 36, 1}}},
     };
     for (auto [what, boxes] : cases) {
         boxes.insert(boxes.end(), {letter, stem, dash});
         EXPECT_EQ(lettersOf(boxes), drawn({letter, stem, dash})) << what;
     }
-    // Letters that are cut, and bars among letters.
-    for (const std::vector<QRect>& letters :
-        {std::vector<QRect>{{30, 0, 8, 14}, {60, 30, 8, 10}}, {letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}}})
+    const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
+    const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
+    const std::vector<QRect> lightHeadline{{5, 2, 3, 34}, {5, 34, 41, 3},  // "LO"
+        {70, 2, 16, 2}, {62, 4, 8, 2}, {86, 4, 8, 2}, {60, 6, 2, 28}, {94, 6, 2, 28}, {62, 34, 8, 2},
+        {86, 34, 8, 2}, {70, 36, 16, 2}};
+    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters, lightHeadline})
         EXPECT_EQ(lettersOf(letters), drawn(letters));
 
     const Labels mark{1, 1, {0}, 1};
@@ -166,6 +172,14 @@ TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_pa
     }
 }
 
+TEST(TextFinding, what_is_struck_through_is_text) {
+    for (const int line : {24, 26, 28}) {
+        Sheet sheet(300, 50);
+        sheet.type({20, 20}, 12, 12).fill({18, line, 146, 1}, Qt::black);
+        EXPECT_EQ(Found(sheet).letters(), (Counts{{12}})) << line;
+    }
+}
+
 TEST(TextFinding, what_closes_a_frame_or_a_letter_below_is_no_line_beneath_words) {
     const std::vector<QRect> cutButton{{20, 0, 1, 24}, {250, 0, 1, 24}, {21, 22, 4, 2}, {21, 24, 229, 1}};
     const std::vector<QRect> tableRow{{20, 2, 1, 30}, {130, 2, 1, 30}, {250, 2, 1, 30}, {20, 31, 231, 1}};
@@ -204,6 +218,11 @@ TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_n
         EXPECT_EQ(found.letters(), (Counts{{12, 9, 7}}));
         EXPECT_FALSE(found.marks.ground().hasShades());
     }
+    const Found found(faint);
+    const BlockPicture picture =
+        BlockPainter(found.marks, found.shapes, found.blocks).paint(found.blocks[0], found.blocks[0].kind);
+    const BlockPicture line = picture.strip(30, 44);
+    EXPECT_LT(*std::ranges::min_element(line.plane.pixels()), 30) << "for engines it is as dark as they are";
     EXPECT_TRUE(Found(Sheet(300, 80, QColor(128, 128, 128))).lines.empty());
 
     Sheet leaves(300, 80, QColor(60, 130, 40));
