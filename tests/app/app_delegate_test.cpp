@@ -1,7 +1,6 @@
 #include "app/app_delegate.h"
 
 #include "app/shell_fixture.h"
-#include "common/on_change.h"
 
 namespace tralio {
 namespace {
@@ -70,8 +69,7 @@ TEST_F(Shell, from_the_launch_on_the_tray_item_and_the_panels_open_and_close_the
         const QUuid before = appState.openPopoverSignal();
         act();
         EXPECT_EQ(popover.shown, isShown);
-        EXPECT_EQ(appState.openPopoverSignal() != before, isShown)
-            << "an opening is announced, and no closing";
+        EXPECT_EQ(appState.openPopoverSignal() != before, isShown) << "an opening is announced, no closing";
     };
     expect(
         true, [this] { appState.showPopover(); });
@@ -106,17 +104,12 @@ TEST_F(Shell, nothing_happens_after_the_delegate_is_gone_also_while_a_text_is_on
     appState.showPopover();
     appState.hidePopover();
     statusItem.action();
-    desktop.hotKeys.handler(textHotKeyID);
-    desktop.clock.advance(1s);
+    press(textHotKeyID, 1s);
     EXPECT_THAT(popover.anchors, IsEmpty());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
 }
 
 TEST_F(Shell, texts_from_another_program_are_requested_trimmed_and_of_a_flood_the_newest_now_and_then) {
-    QStringList requested;
-    onChange(
-        appState, &appState, [this] { return appState.translateTriggerId(); },
-        [&] { requested += appState.pendingTextToTranslate(); });
     const auto pass = [&](std::chrono::milliseconds time) {
         desktop.clock.advance(time);
         EXPECT_TRUE(nextTurn());

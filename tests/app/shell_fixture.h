@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/app_delegate.h"
+#include "common/on_change.h"
 #include "support/debug_log_file.h"
 #include "ui/program_on_fakes.h"
 
@@ -44,14 +45,21 @@ public:
 /// A delegate that has not been launched yet.
 class Shell : public testing::Test, protected ProgramOnFakes {
 protected:
+    Shell() {
+        onChange(
+            appState, &appState, [this] { return appState.translateTriggerId(); },
+            [this] { requested += appState.pendingTextToTranslate(); });
+    }
+
     void launch() { delegate->applicationDidFinishLaunching(); }
     void select(const QString& text) {
         desktop.workspace.front = {4711, u"org.example.Editor"_s, u"Editor"_s};
         desktop.accessibility.focused = {.selectedText = text};
     }
-    void press(HotKeyID hotKey) {
+    /// Presses a hot key and lets happen what follows within the time.
+    void press(HotKeyID hotKey, std::chrono::milliseconds time = {}) {
         desktop.hotKeys.handler(hotKey);
-        desktop.clock.advance(std::chrono::milliseconds(0));
+        desktop.clock.advance(time);
     }
     /// Selects in an application that answers only by copying, as its menu item does.
     void selectForCopying() {
@@ -69,6 +77,7 @@ protected:
     FakePopover popover;
     FakeStatusItem statusItem;
     LateSelectionReader readLate;
+    QStringList requested;  ///< to be translated; known at the next turn
     int preparations = 0;
     int quits = 0;
     std::unique_ptr<AppDelegate> delegate = delegateWith(popover);

@@ -2,8 +2,8 @@
 
 #include <sys/stat.h>
 
-#include "ui/found_text_fixture.h"
 #include "ui/translate/dropped_file.h"
+#include "ui/translate_panel_support.h"
 
 namespace tralio {
 namespace {
@@ -19,7 +19,6 @@ TEST_F(FoundText, a_dropped_picture_or_text_is_read_and_translated_whatever_the_
     const QUrl shot = file(u"Shot.PNG"_s, "not looked at by the panel");
     EXPECT_TRUE(panel->handleDrop({{.fileURL = shot}, {.fileURL = QUrl(u"file:///nothing"_s)}}));
     ASSERT_TRUE(settles());
-    EXPECT_EQ(input->text(), u"seen"_s);
     EXPECT_TRUE(panel->isTranslating());
     ASSERT_THAT(recognizer.images, SizeIs(1));
     EXPECT_EQ(std::get<QUrl>(recognizer.images.front()), shot);

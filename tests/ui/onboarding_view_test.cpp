@@ -1,11 +1,7 @@
 #include "ui/onboarding/onboarding_view.h"
 
-#include <QScrollBar>
-#include <QSignalSpy>
-
 #include "hotkeys/permission_watch.h"
 #include "ui/kit/badge.h"
-#include "ui/kit/scroll_panel.h"
 #include "ui/onboarding/onboarding_state.h"
 #include "ui/onboarding/page_indicator.h"
 #include "ui/onboarding/permission_step.h"
@@ -30,9 +26,6 @@ protected:
             titles << button->title();
         return titles;
     }
-    [[nodiscard]] static bool showsRing() {
-        return qobject_cast<Button*>(QApplication::focusWidget())->showsFocusRing();
-    }
 
     PermissionWatch permissions{hotKeys, desktop.clock};
 };
@@ -51,21 +44,18 @@ TEST_F(WalkThrough, every_page_has_the_ways_on_that_it_needs_and_return_alone_le
     press(Qt::Key_Return);
     EXPECT_THAT(titles(), ElementsAre(back, finish));
     EXPECT_FALSE(spokenPage().contains(u"1"_s)) << qPrintable(spokenPage());
-    EXPECT_FALSE(showsRing());
+    EXPECT_FALSE(showsFocusRing());
     EXPECT_THAT(texts(), Contains(u"Trên máy này: Alt + T và Super + Shift + S"_s));
     hotKeys.keys().ocrStatus = HotKeyStatus::taken;
     settle();
     EXPECT_THAT(texts(), Contains(u"Trên máy này: Alt + T và Super + Shift + S (chưa dùng được)"_s));
-    click(back);
-    click(back);
-    focus(back);
-    press(Qt::Key_Return);
+    click(back, back);
+    focus(back, Qt::Key_Return);
     EXPECT_EQ(focusedTitle(), next) << "theirs is gone";
-    EXPECT_TRUE(showsRing());
+    EXPECT_TRUE(showsFocusRing());
     EXPECT_THAT(titles(), ElementsAre(skip, next));
 
-    for (int i = 0; i < 3; ++i)
-        click(next);
+    click(next, next, next);
     find<OnboardingView>()->setFocus();
     press(Qt::Key_A);
     EXPECT_TRUE(hasControl(finish));
@@ -75,21 +65,18 @@ TEST_F(WalkThrough, every_page_has_the_ways_on_that_it_needs_and_return_alone_le
 }
 
 TEST_F(WalkThrough, a_permission_is_asked_for_on_its_card_until_it_is_granted) {
-    desktop.permissions.accessibility = false;
-    desktop.permissions.screenCapture = false;
-    open();
-    click(next);
+    refusePermissions();
+    openAt(next);
     const auto cards = window().findChildren<PermissionStep*>();
-    ASSERT_EQ(cards.size(), 2);
     Button* request = nullptr;
+    QStringList asked;
     for (const auto* card : cards) {
         request = visibleParts<Button>(*card).value(0);
         ASSERT_NE(request, nullptr);
         QTest::mouseClick(request, Qt::LeftButton);
+        asked += desktop.workspace.opened.back().query();
     }
-    ASSERT_EQ(desktop.workspace.opened.size(), 2U);
-    EXPECT_EQ(desktop.workspace.opened[0].query(), u"Privacy_Accessibility"_s);
-    EXPECT_EQ(desktop.workspace.opened[1].query(), u"Privacy_ScreenCapture"_s);
+    ASSERT_THAT(asked, ElementsAre(u"Privacy_Accessibility"_s, u"Privacy_ScreenCapture"_s));
 
     const auto badge = [&cards](int card) { return cards[card]->findChild<Badge*>()->accessibleName(); };
     EXPECT_EQ(badge(0), u"CHƯA CẤP"_s);
@@ -119,11 +106,9 @@ TEST_F(WalkThrough, a_permission_is_asked_for_on_its_card_until_it_is_granted) {
 
 TEST_F(WalkThrough, the_keyboard_stays_within_it) {
     refusePermissions();
-    open();
-    click(next);
+    openAt(next);
     focus(next);
-    const auto pages = find<OnboardingView>()->findChildren<ScrollPanel*>();
-    auto* page = *std::find_if(pages.begin(), pages.end(), [](auto* panel) { return panel->isVisible(); });
+    auto* page = visibleParts<ScrollPanel>(*find<OnboardingView>()).constFirst();
     page->widget()->setMinimumHeight(2000);  // as on a screen where it has to be scrolled
     settle();
     press(Qt::Key_PageDown);
@@ -149,28 +134,24 @@ TEST_F(WalkThrough, the_keyboard_stays_within_it) {
 }
 
 TEST_F(WalkThrough, a_page_changes_in_a_motion_that_leaves_nothing_behind_unless_the_desktop_asks_for_none) {
-    const auto change = [this](bool isSeen, const auto& look) {
-        OnboardingState state({hotKeys, permissions, settings}, [] {});
-        OnboardingView view(state);
-        view.resize(530, 585);
-        view.show();
-        view.setVisible(isSeen);
-        state.currentStep = 2;
-        EXPECT_TRUE(nextTurn());
-        view.show();
-        look(view);
-    };
-    QImage unmoved;
-    change(
-        false, [&](QWidget& view) { unmoved = pictureOf(view); });
-    change(true, [&](QWidget& view) { EXPECT_EQ(pictureOf(view), unmoved); });
-    Theme::setAppearance({});
-    change(
-        false, [&](QWidget& view) { unmoved = pictureOf(view); });
-    change(true, [&](QWidget& view) {
-        EXPECT_NE(pictureOf(view), unmoved) << "it begins with what was there";
-        EXPECT_TRUE(eventually([&] { return pictureOf(view) == unmoved; }));
-    });
+    for (const bool moves : {false, true}) {
+        Theme::setAppearance({.reducedMotion = !moves});
+        QImage unmoved;
+        for (const bool isSeen : {false, true}) {
+            OnboardingState state({hotKeys, permissions, settings}, [] {});
+            OnboardingView view(state);
+            view.resize(530, 585);
+            view.show();
+            view.setVisible(isSeen);
+            state.currentStep = 2;
+            EXPECT_TRUE(nextTurn());
+            view.show();
+            if (!isSeen)
+                unmoved = pictureOf(view);
+            EXPECT_EQ(pictureOf(view) != unmoved, isSeen && moves) << "it begins with what was there";
+            EXPECT_TRUE(eventually([&] { return pictureOf(view) == unmoved; }));
+        }
+    }
 }
 
 }  // namespace

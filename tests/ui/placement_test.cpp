@@ -1,15 +1,9 @@
-#include <QEnterEvent>
 #include <QPainter>
 #include <QStyleHints>
 
-#include "ui/kit/button.h"
-#include "ui/kit/label.h"
-#include "ui/kit/menu_button.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/prompt_editor.h"
-#include "ui/kit/tab_strip.h"
-#include "ui/kit/theme.h"
 #include "widget_support.h"
 
 namespace tralio {
@@ -27,20 +21,6 @@ QRect titleInk(Control& control) {
 QRect centredTitleInk(Control& control) {
     control.setTitle(u"bbb"_s);
     return changeOf(control, [&] { control.setTitle(u"ddd"_s); });
-}
-
-QRect inkOf(const QString& text) {
-    return tralio::inkOf(text::body, text);
-}
-
-void enter(QWidget& widget) {
-    QEnterEvent event({5, 5}, {5, 5}, {5, 5});
-    QApplication::sendEvent(&widget, &event);
-}
-
-void leave(QWidget& widget) {
-    QEvent event(QEvent::Leave);
-    QApplication::sendEvent(&widget, &event);
 }
 
 TEST(Placement, what_a_button_shows_stands_in_its_middle_in_order_and_a_tab_likewise) {
@@ -157,29 +137,26 @@ TEST(Placement, the_caret_blinks_as_the_desktop_has_it_and_the_prompt_shows_the_
     QTest::keyClick(prompt.focusProxy(), Qt::Key_Tab);
     EXPECT_EQ(text, u"HHH"_s) << "Tab leads on to the next field";
 
-    QString typed;
-    MultilineEnterInputView input(
-        {.get = [&] { return typed; }, .set = [&](const QString& now) { typed = now; }}, [] {});
+    MultilineEnterInputView input({.get = [] { return QString(); }, .set = [](const QString&) {}}, [] {});
     input.resize(300, 60);
     showActive(input);
     input.clearFocus();
     const QImage without = pictureOf(*input.viewport());
     const auto hasCaret = [&] { return pictureOf(*input.viewport()) != without; };
-    const int usual = QGuiApplication::styleHints()->cursorFlashTime();
+    QStyleHints& hints = *QGuiApplication::styleHints();
+    const int usual = hints.cursorFlashTime();
     for (const int cycle : {0, 60}) {
-        QGuiApplication::styleHints()->setCursorFlashTime(cycle);
-        input.clearFocus();
-        EXPECT_FALSE(hasCaret());
+        hints.setCursorFlashTime(cycle);
         input.setFocus();
         ASSERT_TRUE(hasCaret());
         if (cycle > 0) {
             QTRY_VERIFY(!hasCaret());
             QTRY_VERIFY(hasCaret());
         }
+        input.clearFocus();
+        EXPECT_FALSE(hasCaret());
     }
-    input.clearFocus();
-    EXPECT_FALSE(hasCaret());
-    QGuiApplication::styleHints()->setCursorFlashTime(usual);
+    hints.setCursorFlashTime(usual);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <QPainter>
 
-#include "ui/kit/theme.h"
 #include "ui/kit/window_frame.h"
 #include "ui/main/main_view.h"
 
@@ -56,7 +55,7 @@ QList<Control*> Stage::controls(const QString& name) const {
     return visibleControls(*m_backdrop, name);
 }
 
-void Stage::click(const QString& name) {
+void Stage::clickControl(const QString& name) {
     const QList<Control*> found = controls(name);
     if (found.isEmpty())
         qFatal("There is no control %s", qUtf8Printable(name));
@@ -72,7 +71,7 @@ void Stage::type(const QString& text) {
     settle();
 }
 
-void Stage::press(Qt::Key key) {
+void Stage::pressKey(Qt::Key key) {
     QTest::keyClick(QApplication::focusWidget(), key);
     settle();
 }

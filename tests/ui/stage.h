@@ -21,9 +21,10 @@ public:
     // What the user does. Every one of these returns when the window shows what follows from it.
 
     void type(const QString& text);
-    void press(Qt::Key key);
-    /// Clicks the first visible control with this title, or called so by screen readers.
-    void click(const QString& name);
+    /// Presses the keys, one after the other.
+    void press(auto... keys) { (pressKey(keys), ...); }
+    /// Clicks the first visible control with each title, or called so by screen readers.
+    void click(const auto&... names) { (clickControl(names), ...); }
 
     [[nodiscard]] QList<Control*> controls(const QString& name) const;
     [[nodiscard]] bool hasControl(const QString& name) const { return !controls(name).isEmpty(); }
@@ -57,6 +58,9 @@ public:
     [[nodiscard]] QWidget& window() const { return *m_backdrop; }
 
 private:
+    void pressKey(Qt::Key key);
+    void clickControl(const QString& name);
+
     std::unique_ptr<QWidget> m_backdrop;
 };
 

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QWindow>
 
 #include "history/translation_history_store.h"
-#include "ui/kit/button.h"
 #include "ui/kit/error_strip.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/reading_area.h"
-#include "ui/kit/theme.h"
+#include "ui/kit/scroll_panel.h"
 #include "ui/stage.h"
 
 namespace tralio {
@@ -22,8 +22,12 @@ struct StageTest : testing::Test, protected Stage {
     ~StageTest() override { Theme::setAppearance({}); }
 
     [[nodiscard]] bool isOnTab(const QString& tab) const {
-        const auto found = controls(tab);
-        return !found.isEmpty() && found.constFirst()->isChecked();
+        return hasControl(tab) && controls(tab).constFirst()->isChecked();
+    }
+    /// Opens the window and clicks the controls.
+    void openAt(const auto&... names) {
+        open();
+        click(names...);
     }
     // What is to be set before the window opens.
 
@@ -41,13 +45,15 @@ struct StageTest : testing::Test, protected Stage {
     void refusePermissions() {
         desktop.permissions.accessibility = false;
         desktop.permissions.screenCapture = false;
-        desktop.permissions.grantOnRequest = true;
     }
 
     void translate(const QString& text) {
         type(text);
+        submit(text.toUpper());
+    }
+    void submit(const QString& expected) {
         press(Qt::Key_Return);
-        wait([this, text] { return result() == text.toUpper(); });
+        wait([&] { return result() == expected; });
     }
     void holdReplies() {
         model.replies(
@@ -73,11 +79,13 @@ struct StageTest : testing::Test, protected Stage {
     [[nodiscard]] QString input() const { return find<MultilineEnterInputView>()->text(); }
     [[nodiscard]] QString result() const { return find<ReadingArea>()->text(); }
     [[nodiscard]] bool showsError() const { return find<ErrorStrip>()->isVisible(); }
-    /// Gives a control the keyboard, with its ring, which shows only to who uses the keyboard.
-    void focus(const QString& name) {
+    /// Gives a control the keyboard, with its ring, which shows only to who uses the keyboard, and presses
+    /// the keys.
+    void focus(const QString& name, auto... keys) {
         ASSERT_TRUE(hasControl(name)) << qPrintable(name);
         press(Qt::Key_Shift);
         controls(name).constFirst()->setFocus(Qt::TabFocusReason);
+        press(keys...);
     }
     /// Presses and releases the left button there, on whatever is there.
     void clickAt(const QPoint& place) {

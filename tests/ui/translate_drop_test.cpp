@@ -77,8 +77,7 @@ TEST_F(Drag, text_wins_over_the_picture_that_comes_with_it_and_no_content_does_h
     } silent;
     QMimeData emptyList;
     emptyList.setData(u"text/uri-list"_s, "\r\n");
-    for (const QMimeData* content :
-        {static_cast<const QMimeData*>(&emptyList), static_cast<const QMimeData*>(&silent)}) {
+    for (const QMimeData* content : std::initializer_list<const QMimeData*>{&emptyList, &silent}) {
         (void)dragOver(*content);
         leave();
         (void)drop(*content);

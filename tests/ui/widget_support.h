@@ -3,13 +3,16 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QImage>
+#include <QSignalSpy>
 #include <QTest>
 #include <QWidget>
 
 #include "support/testing.h"
-#include "ui/kit/control.h"
+#include "ui/kit/button.h"
 #include "ui/kit/label.h"
-#include "ui/kit/text_style.h"
+#include "ui/kit/menu_button.h"
+#include "ui/kit/tab_strip.h"
+#include "ui/kit/theme.h"
 
 namespace tralio {
 
@@ -57,6 +60,16 @@ template <typename Part>
     return control != nullptr ? control->title() : QString();
 }
 
+/// The pointer comes to a widget, and goes.
+void enter(QWidget& widget);
+void leave(QWidget& widget);
+
+/// Whether a control has the keyboard and shows it.
+[[nodiscard]] inline bool showsFocusRing() {
+    const auto* control = qobject_cast<Control*>(QApplication::focusWidget());
+    return control != nullptr && control->showsFocusRing();
+}
+
 /// What the widget paints, at its size.
 [[nodiscard]] QImage pictureOf(QWidget& widget);
 
@@ -72,6 +85,6 @@ template <typename Change>
 }
 
 /// The ink of one line of text at the left of a wide area, where nothing cuts it above and below.
-[[nodiscard]] QRect inkOf(const TextStyle& style, const QString& text);
+[[nodiscard]] QRect inkOf(const QString& text, const TextStyle& style = text::body);
 
 }  // namespace tralio
