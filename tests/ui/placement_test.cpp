@@ -1,9 +1,13 @@
 #include <QPainter>
 #include <QStyleHints>
 
+#include "ui/kit/chip.h"
+#include "ui/kit/emblem.h"
+#include "ui/kit/icon_tile.h"
 #include "ui/kit/multiline_enter_input_view.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/prompt_editor.h"
+#include "ui/kit/text_field.h"
 #include "widget_support.h"
 
 namespace tralio {
@@ -76,6 +80,22 @@ TEST(Placement, a_menu_button_has_its_icon_its_title_and_its_chevron_in_a_row) {
                 color(isPicker ? ColorRole::button : ColorRole::control));
         }
     }
+}
+
+TEST(Placement, a_sign_stands_in_the_middle_of_its_ground_and_a_text_beside_its_dot_or_edge) {
+    Emblem emblem(84, 36);
+    const QImage round = pictureOf(emblem);
+    EXPECT_NE(round.pixel(42, 4), round.pixel(0, 0));
+    IconTile tile({u"globe"_s, 16}, ColorRole::accentIcon, ColorRole::accentTint);
+    IconTile bare({}, ColorRole::accentIcon, ColorRole::accentTint);
+    EXPECT_NEAR(difference(pictureOf(bare), pictureOf(tile)).center().x(), 18, 1);
+    Chip chip(u"HHH"_s);
+    chip.resize(chip.sizeHint());
+    const QRect title = titleInk(chip);
+    EXPECT_GT(title.left(), chip.width() - title.right() + 6) << "room for the dot";
+    TextField field(TextField::Face::proportional);
+    field.resize(200, field.height());
+    EXPECT_NEAR(changeOf(field, [&] { field.setText(u"HHH"_s); }).left(), 9, 1);
 }
 
 TEST(Placement, a_line_begins_ends_or_is_centred_as_told_and_emoji_stand_between_their_neighbours) {
