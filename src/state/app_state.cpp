@@ -57,22 +57,22 @@ void AppState::stopReading() {
     endReading(m_reading.get_token());
 }
 
-void AppState::beginAwaiting(Awaited what, std::stop_source awaited) {
-    m_awaited.request_stop();
-    m_awaited = std::move(awaited);
-    isPictureAwaited = what == Awaited::picture;
+void AppState::beginAwaiting(Awaited what, std::stop_source stop) {
+    m_awaiting.request_stop();
+    m_awaiting = std::move(stop);
+    awaited = what;
 }
 
-void AppState::endAwaiting(const std::stop_token& awaited) {
-    if (awaited != m_awaited.get_token())
+void AppState::endAwaiting(const std::stop_token& stop) {
+    if (stop != m_awaiting.get_token())
         return;
-    m_awaited = std::stop_source(std::nostopstate);
-    isPictureAwaited = false;
+    m_awaiting = std::stop_source(std::nostopstate);
+    awaited = std::nullopt;
 }
 
 void AppState::stopAwaiting() {
-    m_awaited.request_stop();
-    endAwaiting(m_awaited.get_token());
+    m_awaiting.request_stop();
+    endAwaiting(m_awaiting.get_token());
 }
 
 void AppState::showPopover() {

@@ -35,8 +35,11 @@ public:
     Observable<QString> notice{*this};
     /// A picture is being read, for a panel or for the shell.
     Observable<bool> isReading{*this, false};
-    /// A picture is awaited, which the owner of the clipboard may need seconds to give.
-    Observable<bool> isPictureAwaited{*this, false};
+    /// What comes from elsewhere, and then becomes a reading or the input.
+    enum class Awaited { picture, textFile };
+    /// What is awaited: the owner of the clipboard may need seconds to give a picture, and a file system may
+    /// hang. Changed by the functions below alone.
+    Observable<std::optional<Awaited>> awaited{*this};
     /// The number of lines read so far of the picture that is being read.
     Observable<qsizetype> linesRead{*this, 0};
     /// The error of a picture whose panel was left while it was read, until the panel shown now has
@@ -76,15 +79,12 @@ public:
     void endReading(const std::stop_token& reading);
     void stopReading();
 
-    /// What comes from elsewhere, and then becomes a reading or the input.
-    enum class Awaited { picture, textFile };
     /// Registers the stop source of something that is awaited. It is given up for what is awaited next, for
     /// any reading or text that comes from elsewhere, and whenever the reading is stopped.
-    void beginAwaiting(Awaited what, std::stop_source awaited);
+    void beginAwaiting(Awaited what, std::stop_source stop);
     /// Called when what has this token has come, or will not; ignored if something else is awaited since.
-    void endAwaiting(const std::stop_token& awaited);
+    void endAwaiting(const std::stop_token& stop);
     void stopAwaiting();
-    [[nodiscard]] bool isAwaiting() const { return m_awaited.stop_possible(); }
 
     // These do nothing before the shell has installed the actions.
     void showPopover();
@@ -96,7 +96,7 @@ private:
     void bring(const QString& text, bool isWanted);
 
     std::stop_source m_reading{std::nostopstate};
-    std::stop_source m_awaited{std::nostopstate};
+    std::stop_source m_awaiting{std::nostopstate};
 };
 
 }  // namespace tralio

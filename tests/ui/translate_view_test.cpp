@@ -172,6 +172,11 @@ TEST_F(TranslateViewTest, what_the_shell_has_to_say_stands_where_the_count_does)
     EXPECT_TRUE(second.stop_requested());
     expect(u"0 ký tự"_s);
     EXPECT_FALSE(hasControl(u"Hủy"_s));
+    const std::stop_source stalledFile;
+    appState.beginAwaiting(AppState::Awaited::textFile, stalledFile);
+    expect(u"0 ký tự"_s);  // no picture is read
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(stalledFile.stop_requested());
 }
 
 TEST_F(TranslateViewTest, the_keyboard_goes_on_where_it_was_when_a_button_is_disabled_or_goes) {

@@ -106,11 +106,12 @@ void TranslateState::appear(QObject* panel) {
 }
 
 bool TranslateState::isRecognizing() const {
-    return isOCROngoing() || m_needs.appState.isPictureAwaited() || m_needs.appState.isReading();
+    const AppState& appState = m_needs.appState;
+    return isOCROngoing() || appState.awaited() == AppState::Awaited::picture || appState.isReading();
 }
 
 bool TranslateState::canEndRecognition() const {
-    return m_needs.appState.isAwaiting() || m_needs.appState.isReading();
+    return m_needs.appState.awaited() || m_needs.appState.isReading();
 }
 
 qsizetype TranslateState::linesRead() const {
