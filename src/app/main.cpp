@@ -115,6 +115,7 @@ int main(int argc, char** argv) {
         }
     }
 
+    StatusItem statusItem;  // first: trays take their time
     const EndSignals endSignals(&QCoreApplication::quit);
     capDebugLog();
     const bool isFirstStart = !QFileInfo::exists(defaultStorePath());
@@ -129,7 +130,6 @@ int main(int argc, char** argv) {
 
     Popover popover(
         [&services] { return makeContent(services); }, services.desktop->windowSystem(), services.clock);
-    StatusItem statusItem;
     AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
         services.captures, services.updates, services.clock, popover, statusItem,
         services.desktop->selectionOnceFocused(), isFirstStart,

@@ -28,19 +28,6 @@ QString nameOnBus() {
     return u"org.kde.StatusNotifierItem-%1-1"_s.arg(QCoreApplication::applicationPid());
 }
 
-StatusNotifierPixmaps pixmapsOf(const QIcon& icon) {
-    StatusNotifierPixmaps pixmaps;
-    for (const QSize& size : icon.availableSizes()) {
-        const QImage image = icon.pixmap(size, 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
-        StatusNotifierPixmap pixmap{image.width(), image.height(), QByteArray(image.sizeInBytes(), 0)};
-        // Lines of 32-bit pixels have no padding, so all are converted at once.
-        qToBigEndian<quint32>(
-            image.constBits(), image.width() * qsizetype(image.height()), pixmap.pixels.data());
-        pixmaps.append(pixmap);
-    }
-    return pixmaps;
-}
-
 }  // namespace
 
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap) {
@@ -72,7 +59,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToo
 }
 
 StatusNotifierItem::StatusNotifierItem(const QString& title, const QIcon& icon, QDBusConnection bus)
-    : m_bus(std::move(bus)), m_title(title), m_pixmaps(pixmapsOf(icon)) {
+    : m_bus(std::move(bus)), m_title(title), m_icon(icon) {
     qDBusRegisterMetaType<StatusNotifierPixmap>();
     qDBusRegisterMetaType<StatusNotifierPixmaps>();
     qDBusRegisterMetaType<StatusNotifierToolTip>();
@@ -143,6 +130,19 @@ QString StatusNotifierItem::category() const {
 
 QString StatusNotifierItem::status() const {
     return u"Active"_s;
+}
+
+StatusNotifierPixmaps StatusNotifierItem::iconPixmap() const {
+    StatusNotifierPixmaps pixmaps;
+    for (const QSize& size : m_icon.availableSizes()) {
+        const QImage image = m_icon.pixmap(size, 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
+        StatusNotifierPixmap pixmap{image.width(), image.height(), QByteArray(image.sizeInBytes(), 0)};
+        // Lines of 32-bit pixels have no padding, so all are converted at once.
+        qToBigEndian<quint32>(
+            image.constBits(), image.width() * qsizetype(image.height()), pixmap.pixels.data());
+        pixmaps.append(pixmap);
+    }
+    return pixmaps;
 }
 
 StatusNotifierToolTip StatusNotifierItem::toolTip() const {

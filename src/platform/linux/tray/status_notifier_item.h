@@ -61,7 +61,7 @@ public:
     [[nodiscard]] QString status() const;
     [[nodiscard]] int windowId() const { return 0; }
     [[nodiscard]] QString iconName() const { return {}; }
-    [[nodiscard]] StatusNotifierPixmaps iconPixmap() const { return m_pixmaps; }
+    [[nodiscard]] StatusNotifierPixmaps iconPixmap() const;
     [[nodiscard]] StatusNotifierToolTip toolTip() const;
     [[nodiscard]] bool itemIsMenu() const { return false; }
     [[nodiscard]] QDBusObjectPath menu() const;
@@ -93,7 +93,7 @@ private:
 
     QDBusConnection m_bus;
     QString m_title;
-    StatusNotifierPixmaps m_pixmaps;
+    QIcon m_icon;
     std::unique_ptr<TrayMenu> m_menu;
     std::optional<bool> m_present;
     int m_question = 0;  ///< counts the questions: only the answer to the last one is used

@@ -131,12 +131,14 @@ void X11HotKeys::grabHeldKey() {
     if (!isPassing && m_grabs.take(*m_heldKey, anyState))
         return;
     // Another program has grabbed the key with some modifiers: take the combinations that are free, first
-    // the one without modifiers, which would type a character.
-    const std::vector<quint16> combinations = m_modifiers.significantCombinations();
-    const quint16 passing = isPassing ? m_modifiers.stateFor(m_pass->modifiers) : 0;
-    for (const quint16 state : combinations)
-        if (!isPassing || state != passing)
-            m_grabs.take(*m_heldKey, m_modifiers.withLocks(state));
+    // the one without modifiers, which would type a character. All in one round trip: the popover waits.
+    std::vector<quint16> states;
+    for (const quint16 state : m_modifiers.significantCombinations()) {
+        const std::vector<quint16> locked = m_modifiers.withLocks(state);
+        if (!isPassing || state != m_modifiers.stateFor(m_pass->modifiers))
+            states.insert(states.end(), locked.begin(), locked.end());
+    }
+    m_grabs.take(*m_heldKey, states);
 }
 
 bool X11HotKeys::isDown(quint8 keyCode) const {
