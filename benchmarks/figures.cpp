@@ -51,9 +51,10 @@ QString Samples::text() const {
         .arg(percentile(100), 0, 'f', 1);
 }
 
-Memory memoryOf(qint64 processId) {
+Memory memoryOf(qint64 processId, Including including) {
     Memory sum;
-    for (const qint64 process : withDescendants(processId)) {
+    for (const qint64 process :
+        including == Including::itself ? std::vector{processId} : withDescendants(processId)) {
         const QByteArray rollup = contentOf(u"/proc/%1/smaps_rollup"_s.arg(process));
         sum.proportional += valueOf(rollup, "\nPss") / 1024;
         sum.unique += (valueOf(rollup, "Private_Clean") + valueOf(rollup, "Private_Dirty")) / 1024;

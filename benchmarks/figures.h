@@ -19,13 +19,14 @@ private:
     std::vector<double> m_values;
 };
 
-/// The memory of a process and its descendants, in MiB.
+/// The memory of processes, in MiB.
 struct Memory {
     double proportional = 0;  ///< PSS: shared pages count in proportion
     double unique = 0;        ///< USS: the pages that would be free without these processes
     double resident = 0;      ///< RSS: shared pages count fully in every process
 };
-[[nodiscard]] Memory memoryOf(qint64 processId);
+enum class Including : quint8 { itself, descendants };
+[[nodiscard]] Memory memoryOf(qint64 processId, Including including = Including::descendants);
 
 /// How often the threads of a process and of its descendants have been woken up so far.
 [[nodiscard]] qint64 wakeUpsOf(qint64 processId);

@@ -46,6 +46,7 @@ struct Contestant {
     Samples start = {};
     Samples idle[3] = {};  ///< PSS, USS, RSS
     Samples opened[3] = {};
+    Samples openedAlone = {};  ///< PSS without its helper programs
     Samples firstWindow = {};
     Samples wakeUps = {};
 };
@@ -137,6 +138,7 @@ private:
                 m_firstRequest.add(untilRequest(sincePress));
             sleepFor(1);
             note(contestant.opened, memoryOf(process->processId()));
+            contestant.openedAlone.add(memoryOf(process->processId(), Including::itself).proportional);
             for (int press = 0; isOurs && press < warmPresses; ++press)
                 pressAgain();
         }
@@ -240,9 +242,9 @@ private:
         for (int i = 0; i < 3; ++i)
             row(u"idle %1, MiB"_s.arg(kinds[i]), [i](const Contestant& c) { return c.idle[i].text(); });
         for (int i = 0; i < 3; ++i)
-            row(
-                u"window open %1, MiB"_s.arg(kinds[i]),
+            row(u"window open %1, MiB"_s.arg(kinds[i]),
                 [i](const Contestant& c) { return c.opened[i].text(); });
+        ownRow(u"the same PSS without `tralio-http`, MiB"_s, m_contestants.front().openedAlone.text());
         row(
             u"wake-ups a second, idle"_s, [](const Contestant& c) { return c.wakeUps.text(); });
         row(u"asked for, to window, first, ms"_s, [](const Contestant& c) { return c.firstWindow.text(); });
