@@ -109,8 +109,10 @@ int main(int argc, char** argv) {
         // The other instance was about to exit: it still owned the name but no longer answered. Try once
         // more.
         if (session.claim() == SessionService::Claim::takenByAnother) {
-            QMessageBox::warning(nullptr, u"Tralio"_s,
+            QMessageBox box(QMessageBox::Warning, u"Tralio"_s,
                 u"Tralio đang chạy nhưng không phản hồi. Hãy kết thúc tiến trình đó rồi mở lại Tralio."_s);
+            box.setWindowFlag(Qt::WindowStaysOnTopHint);  // the popover that hangs may lie in its place
+            box.exec();
             return EXIT_FAILURE;
         }
     }

@@ -2,6 +2,8 @@
 
 #include <QUrl>
 
+#include <algorithm>
+
 #include "engine/loopback.h"
 #include "state/hot_key_registrar.h"
 
@@ -76,6 +78,21 @@ void AppSettings::applyPreset(const ProviderPreset& preset) {
     model = preset.defaultModel;
     if (ProviderPreset::bringsKey(preset.id))
         apiKey = defaultApiKey;
+}
+
+bool AppSettings::wouldLoseOwn(const ProviderPreset& preset) const {
+    if (ProviderPreset::isCustom(preset.id))
+        return false;
+    const auto isOwn = [](const QString& value, QString ProviderPreset::*field) {
+        const QList<ProviderPreset>& presets = ProviderPreset::presets();
+        return !value.isEmpty() && std::none_of(presets.begin(), presets.end(), [&](const auto& known) {
+            return known.*field == value;
+        });
+    };
+    const bool hasOwnKey =
+        m_store.isAwaited(apiKey.key()) || (!apiKey().isEmpty() && apiKey() != defaultApiKey);
+    return isOwn(baseURL(), &ProviderPreset::baseURL) || isOwn(model(), &ProviderPreset::defaultModel) ||
+        (hasOwnKey && ProviderPreset::bringsKey(preset.id));
 }
 
 void AppSettings::resetToDefaults() {

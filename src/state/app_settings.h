@@ -69,6 +69,9 @@ public:
     /// key; for the others the user types one. The custom preset leaves all three unchanged.
     void applyPreset(const ProviderPreset& preset);
 
+    /// Whether a preset would overwrite what only the user knows: an address, a model or a key.
+    [[nodiscard]] bool wouldLoseOwn(const ProviderPreset& preset) const;
+
     /// Resets everything to its default except `autoPaste`, and registers both hot keys anew.
     void resetToDefaults();
 

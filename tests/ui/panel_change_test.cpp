@@ -166,6 +166,27 @@ TEST_F(KeyboardPlace, of_a_button_that_leaves_with_what_it_stands_in_is_no_other
     EXPECT_EQ(model.requests().size(), 1);
 }
 
+TEST_F(KeyboardPlace, is_the_new_panels_where_a_menu_was_open_over_the_old_one) {
+    useOwnEndpoint();
+    open();
+    const auto openPicker = [this] { QTest::mouseClick(find<MenuButton>(), Qt::LeftButton); };
+    const auto openEditMenu = [this] {
+        QContextMenuEvent ask(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint());
+        QApplication::sendEvent(field(u"Tên Model"_s), &ask);
+    };
+    for (const std::function<void()>& openMenu : {std::function(openPicker), std::function(openEditMenu)}) {
+        click(u"Cài đặt"_s);
+        openMenu();
+        ASSERT_NE(find<PopupMenu>(), nullptr);
+        appState.notifyPopoverOpened();
+        settle();
+        EXPECT_TRUE(isOnTab(u"Tralio"_s));
+        find<MultilineEnterInputView>()->clear();
+        type(u"text"_s);
+        EXPECT_EQ(input(), u"text"_s);
+    }
+}
+
 TEST_F(KeyboardPlace, the_page_keys_scroll_a_panel_that_was_opened_by_the_mouse) {
     open();
     for (const QString& tab : {u"Cài đặt"_s, u"Tác giả"_s}) {

@@ -113,6 +113,43 @@ TEST_F(SettingsStateTest, a_connections_test_waits_for_the_key_and_is_told_of_it
     settle();
     EXPECT_EQ(settings.selectedPresetId(), u"openai"_s);
     EXPECT_EQ(panel->testResult(), std::nullopt);
+    panel->testResult = u"told of this address"_s;
+    settings.baseURL = u"http://another/v1"_s;
+    settle();
+    EXPECT_EQ(panel->testResult(), std::nullopt);
+}
+
+TEST_F(SettingsStateTest, a_provider_that_takes_the_place_of_what_only_the_user_knows_can_be_undone) {
+    const auto choose = [&](const QString& provider) {
+        panel->chooseProvider(provider);
+        settle();
+    };
+    choose(u"openai"_s);
+    choose(u"custom"_s);
+    choose(u"kavo"_s);
+    EXPECT_FALSE(undo.message()) << "each brings what the last one brought";
+
+    struct Own {
+        Persisted<QString>& setting;
+        QString value;
+        QString provider;
+    };
+    for (const Own& own :
+        {Own{settings.apiKey, u"sk-own"_s, u"kavo"_s}, Own{settings.baseURL, u"http://own/v1"_s, u"openai"_s},
+            Own{settings.model, u"own-model"_s, u"custom"_s}}) {
+        choose(u"openai"_s);
+        desktop.clock.advance(7s);
+        own.setting = own.value;
+        settle();
+        panel->testResult = u"told of these"_s;
+        choose(own.provider);
+        choose(u"kavo"_s);
+        EXPECT_EQ(panel->testResult(), std::nullopt);
+        EXPECT_NE(own.setting(), own.value);
+        ASSERT_TRUE(undo.message()) << qPrintable(own.value);
+        undo.accept();
+        EXPECT_EQ(own.setting(), own.value);
+    }
 }
 
 constexpr quint32 escapePosition = 9;

@@ -164,6 +164,13 @@ bool Control::hitButton(const QPoint& position) const {
     return isLive() && QAbstractButton::hitButton(position);
 }
 
+bool Control::event(QEvent* event) {
+    // Given up while the window was inactive, the focus goes without an event.
+    if (event->type() == QEvent::WindowActivate && window()->focusWidget() != this)
+        m_showsFocusRing = false;
+    return QAbstractButton::event(event);
+}
+
 void Control::changeEvent(QEvent* event) {
     if (event->type() == QEvent::EnabledChange && !isEnabled())
         setHover(0);

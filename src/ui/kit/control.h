@@ -62,6 +62,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
     [[nodiscard]] bool hitButton(const QPoint& position) const override;
+    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:

@@ -41,7 +41,7 @@ MenuButton::~MenuButton() {
     // Here, since otherwise a base class destructor would close the menu, whose signal would reach a
     // half-destroyed button.
     if (m_menu)
-        m_menu->close();
+        m_menu->closeWithOwner();
 }
 
 void MenuButton::setEntries(const QList<MenuEntry>& entries) {

@@ -93,7 +93,7 @@ PopupMenu::PopupMenu(
     parentWidget()->installEventFilter(this);
     // A panel may be hidden or deleted while its menu is open.
     owner->installEventFilter(this);
-    connect(owner, &QObject::destroyed, this, &PopupMenu::close);
+    connect(owner, &QObject::destroyed, this, &PopupMenu::closeWithOwner);
 
     int width = leastWidth - 2 * menuPadding;
     for (const MenuEntry& entry : entries) {
@@ -164,6 +164,11 @@ void PopupMenu::close() {
     hide();
     deleteLater();
     Q_EMIT closed();
+}
+
+void PopupMenu::closeWithOwner() {
+    m_formerFocus = nullptr;
+    close();
 }
 
 void PopupMenu::dragTo(const QPoint& globalPosition) {

@@ -33,6 +33,8 @@ public:
     void releaseAt(const QPoint& globalPosition);
 
     void close();
+    /// Closes what belongs to a widget that is being destroyed, perhaps along with what had the focus.
+    void closeWithOwner();
 
 Q_SIGNALS:
     void chosen(int index);

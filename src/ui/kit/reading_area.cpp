@@ -46,6 +46,13 @@ void ReadingArea::focusOutEvent(QFocusEvent* event) {
     TextArea::focusOutEvent(event);
 }
 
+bool ReadingArea::event(QEvent* event) {
+    // Given up while the window was inactive, the focus goes without an event.
+    if (event->type() == QEvent::WindowActivate && window()->focusWidget() != this)
+        showFocus(false);
+    return TextArea::event(event);
+}
+
 void ReadingArea::showFocus(bool shows) {
     if (std::exchange(m_showsFocus, shows) != shows)
         Q_EMIT focusShown(shows);

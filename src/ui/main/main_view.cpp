@@ -15,6 +15,7 @@
 #include "ui/kit/focus_order.h"
 #include "ui/kit/icon_view.h"
 #include "ui/kit/label.h"
+#include "ui/kit/popup_menu.h"
 #include "ui/kit/scroll_panel.h"
 #include "ui/kit/stack.h"
 #include "ui/kit/surface.h"
@@ -166,6 +167,9 @@ void MainView::showPanel() {
 }
 
 void MainView::dropPanel() {
+    // While the panel is whole: a menu gives the focus back to what had it.
+    for (PopupMenu* menu : window()->findChildren<PopupMenu*>())
+        menu->close();
     const QDrag* drag = m_panel != nullptr ? m_panel->findChild<QDrag*>() : nullptr;
     if (drag == nullptr) {
         delete m_panel;

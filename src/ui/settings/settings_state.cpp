@@ -3,6 +3,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "common/clock.h"
@@ -28,9 +29,13 @@ constexpr Modifiers controlOptionCommand = Modifier::control | Modifier::option 
 SettingsState::SettingsState(Dependencies needs) : m_needs(std::move(needs)) {
     connect(
         &m_needs.permissions, &ObservableObject::objectWillChange, this, &ObservableObject::objectWillChange);
-    // Undoing a reset can change the provider, too.
+    // The result is told of what was tested. Undoing a reset can change that, too.
     onChange(
-        settings(), this, [this] { return settings().selectedPresetId(); },
+        settings(), this,
+        [this] {
+            const EndpointSettings tested = settings().endpointSettings();
+            return std::tuple(tested.selectedPresetId, tested.baseURL, tested.model, tested.apiKey);
+        },
         [this] { testResult = std::nullopt; });
 }
 
@@ -173,6 +178,13 @@ void SettingsState::chooseHotKey(HotKeyRecordTarget target, const HotKeyPresetIt
 void SettingsState::chooseProvider(const QString& presetId) {
     for (const ProviderPreset& preset : ProviderPreset::presets()) {
         if (preset.id == presetId) {
+            if (settings().wouldLoseOwn(preset)) {
+                // One change after the other: undoing goes back to before the first.
+                const QString changed = u"Đã đổi nhà cung cấp"_s;
+                if (m_needs.undo.message() != changed)
+                    m_beforeProvider = settings().remembered();
+                m_needs.undo.make(changed, m_beforeProvider);
+            }
             settings().applyPreset(preset);
             // Even if the same provider is selected again, since that restores its values.
             testResult = std::nullopt;
