@@ -70,9 +70,9 @@ bool isText(const ReadLine& line, const TextBlock& block) {
 
 }  // namespace
 
-BlockReader::BlockReader(
-    EnginePool& engines, const QStringList& packs, const BlockPainter& painter, WorkBudget& budget)
-    : m_engines(engines), m_packs(packs), m_painter(painter), m_budget(budget) {}
+BlockReader::BlockReader(EnginePool& engines, const QStringList& packs, const BlockPainter& painter,
+    WorkBudget& budget, VainLooks vain)
+    : m_engines(engines), m_packs(packs), m_painter(painter), m_budget(budget), m_vain(std::move(vain)) {}
 
 QString BlockReader::leadingEngine(const QStringList& packs) {
     const QStringList leading = present(leadingPacks, packs);
@@ -190,9 +190,14 @@ void BlockReader::tryOtherScripts(TextMarks::Kind kind) {
         scripts.prepend(m_usualScript);
     for (const QString& pack : scripts) {
         const double enough = pack == u"rus" ? anotherScriptBelow : scriptFoundAt;
-        if ((m_best.reading.weakestLine() >= enough && !m_best.reading.holdsRiddle()) || !hasTime())
+        const double weakest = m_best.reading.weakestLine();
+        if ((weakest >= enough && !m_best.reading.holdsRiddle()) || !hasTime())
             return;
+        if (m_vain.isVain(pack, weakest))
+            continue;
+        const double before = m_best.confidence;
         takeBetterLines(lookAtLines(pack, kind, enough));
+        m_vain.add(pack, weakest, m_best.confidence > before);
     }
 }
 
@@ -221,9 +226,14 @@ void BlockReader::tryOtherLanguages() {
     for (const QString& pack : present(otherLanguages, m_packs)) {
         if (m_best.confidence >= certain || m_best.confidence < latinFrom || !hasTime())
             return;
+        const double before = m_best.confidence;
+        if (m_vain.isVain(pack, before))
+            continue;
         Look other = look(pack, m_block->kind);
         const int gained = other.reading.markCount() - m_best.reading.markCount();
-        if (gained < 0 || (gained == 0 && !other.reading.hasForeignLetters()))
+        const bool isOfItsLanguage = gained > 0 || (gained == 0 && other.reading.hasForeignLetters());
+        m_vain.add(pack, before, isOfItsLanguage);
+        if (!isOfItsLanguage)
             continue;
         // "élèves" beside a word that it does not see so well. What this gains does not count against the
         // languages that follow.
@@ -243,7 +253,12 @@ void BlockReader::tryOtherPictures() {
             continue;
         if (!hasTime())
             return;
+        const QString way = u"picture %1"_s.arg(static_cast<int>(kind));
+        const double before = m_best.confidence;
+        if (m_vain.isVain(way, before))
+            continue;
         Look other = look(m_best.engine, kind);
+        m_vain.add(way, before, other.confidence > before);
         if (other.confidence > m_best.confidence) {
             addLinesNotIn(other);
             m_best = std::move(other);

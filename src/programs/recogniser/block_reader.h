@@ -7,6 +7,7 @@
 #include "programs/recogniser/engine_pool.h"
 #include "programs/recogniser/reading.h"
 #include "programs/recogniser/text_blocks.h"
+#include "programs/recogniser/vain_looks.h"
 #include "programs/recogniser/work_budget.h"
 
 namespace tralio {
@@ -17,12 +18,15 @@ enum class Effort { oneLook, untilConfident };
 /// to other engines and pictures only while a line inspires no confidence.
 class BlockReader final {
 public:
-    /// `packs` are those of the languages that the text may be in. Everything outlives the reader.
-    BlockReader(
-        EnginePool& engines, const QStringList& packs, const BlockPainter& painter, WorkBudget& budget);
+    /// `packs` are those of the languages that the text may be in, `vain` is what another reader has learnt
+    /// of the picture. Everything else outlives the reader.
+    BlockReader(EnginePool& engines, const QStringList& packs, const BlockPainter& painter,
+        WorkBudget& budget, VainLooks vain = {});
 
     /// The lines, boxes in pixels of the image, without what is more likely dirt than text.
     [[nodiscard]] Reading read(const TextBlock& block, Effort effort);
+
+    [[nodiscard]] const VainLooks& vainLooks() const { return m_vain; }
 
     /// The packs of the engine that every reading starts with.
     [[nodiscard]] static QString leadingEngine(const QStringList& packs);
@@ -61,6 +65,7 @@ private:
     QStringList m_packs;
     const BlockPainter& m_painter;
     WorkBudget& m_budget;
+    VainLooks m_vain;
     QString m_usualScript;  ///< that of the last block that was in another one than Latin
     const TextBlock* m_block = nullptr;
     double m_furtherSince = 0;

@@ -1,9 +1,14 @@
 #include "programs/recogniser/picture_reader.h"
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <iterator>
+#include <numeric>
 #include <optional>
+#include <semaphore>
+#include <thread>
 #include <utility>
 
 #include "ocr/reading_order.h"
@@ -93,6 +98,65 @@ void placeInOrder(std::vector<ReadLine>& lines, int pictureHeight) {
             line->box.moveLeft(rank++ / static_cast<double>(lines.size()));
 }
 
+/// Reads blocks, each by itself. A page is worth a second reader on a thread of its own, with engines of its
+/// own. Each takes every second block, so that what is read does not depend on which is faster.
+class BlocksReader final {
+public:
+    BlocksReader(const std::vector<TextBlock>& blocks, const QStringList& packs, const BlockPainter& painter,
+        Effort effort)
+        : m_blocks(blocks), m_packs(packs), m_painter(painter), m_effort(effort), m_readings(blocks.size()) {}
+
+    /// The readings in the order of the blocks.
+    std::vector<Reading> read(EnginePool& engines, WorkBudget& budget, const LinesRead& linesRead) {
+        BlockReader reader(engines, m_packs, m_painter, budget);
+        if (!isWorthTwo()) {
+            readEvery(1, 0, m_blocks.size(), reader, budget, linesRead);
+            return std::move(m_readings);
+        }
+        // What comes to nothing in the first ones neither tries in the others.
+        constexpr size_t alone = 2;
+        readEvery(1, 0, alone, reader, budget, linesRead);
+        budget.share();
+        std::binary_semaphore isDone(0);
+        const std::jthread beside([&, vain = reader.vainLooks()] {
+            EnginePool ownEngines;
+            WorkBudget own = budget.ofAnotherThread();
+            BlockReader other(ownEngines, m_packs, m_painter, own, vain);
+            readEvery(2, alone + 1, m_blocks.size(), other, own, [](qsizetype) {});
+            isDone.release();
+        });
+        readEvery(2, alone, m_blocks.size(), reader, budget, linesRead);
+        while (!isDone.try_acquire_for(std::chrono::milliseconds(200)))
+            linesRead(m_linesRead);
+        return std::move(m_readings);
+    }
+
+private:
+    [[nodiscard]] bool isWorthTwo() const {
+        // Below that, loading engines takes longer than reading.
+        constexpr size_t manyBlocks = 8;
+        constexpr size_t manyLines = 48;
+        const size_t lines = std::accumulate(m_blocks.begin(), m_blocks.end(), size_t(0),
+            [](size_t sum, const TextBlock& block) { return sum + block.lines.size(); });
+        return m_blocks.size() >= manyBlocks && lines >= manyLines && std::thread::hardware_concurrency() > 1;
+    }
+
+    void readEvery(size_t step, size_t first, size_t end, BlockReader& reader, const WorkBudget& budget,
+        const LinesRead& linesRead) {
+        for (size_t i = first; i < end && budget.allowsMore(); i += step) {
+            m_readings[i] = reader.read(m_blocks[i], m_effort);
+            linesRead(m_linesRead += std::ssize(m_readings[i].lines));
+        }
+    }
+
+    const std::vector<TextBlock>& m_blocks;
+    const QStringList& m_packs;
+    const BlockPainter& m_painter;
+    Effort m_effort;
+    std::vector<Reading> m_readings;
+    std::atomic<qsizetype> m_linesRead = 0;
+};
+
 }  // namespace
 
 Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage& image, Effort effort,
@@ -101,16 +165,10 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
     const MarkShapes shapes = findMarkShapes(marks);
     const std::vector<TextBlock> blocks = findBlocks(marks, shapes);
     const BlockPainter painter(marks, shapes, blocks);
-    BlockReader reader(engines, packs, painter, budget);
     Reading all;
-    for (const TextBlock& block : blocks) {
-        if (!budget.allowsMore())
-            break;
-        Reading part = reader.read(block, effort);
+    for (Reading& part : BlocksReader(blocks, packs, painter, effort).read(engines, budget, linesRead))
         all.lines.insert(
             all.lines.end(), std::move_iterator(part.lines.begin()), std::move_iterator(part.lines.end()));
-        linesRead(std::ssize(all.lines));
-    }
     placeInOrder(all.lines, image.height());
     return all;
 }

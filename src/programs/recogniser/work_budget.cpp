@@ -5,7 +5,9 @@
 namespace tralio {
 
 double WorkBudget::processorTime() {
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 }  // namespace tralio

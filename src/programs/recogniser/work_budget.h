@@ -13,21 +13,30 @@ public:
 
     explicit WorkBudget(Meter meter = processorTime) : m_meter(std::move(meter)) {}
 
-    /// Of this process, in seconds.
+    /// Gives half of what is left for the picture to a reader on another thread, where `ofAnotherThread`
+    /// makes its budget.
+    void share() { m_share = 0.5; }
+    [[nodiscard]] WorkBudget ofAnotherThread() const {
+        WorkBudget other(m_meter);
+        other.m_share = m_share;
+        return other;
+    }
+
+    /// Of this thread, in seconds.
     [[nodiscard]] static double processorTime();
 
     [[nodiscard]] double now() const { return m_meter(); }
 
     /// Whether the picture may be read on at all.
-    [[nodiscard]] bool allowsMore() const { return now() - m_started < forPicture; }
+    [[nodiscard]] bool allowsMore() const { return now() - m_started < forPicture * m_share; }
 
     /// Whether another engine may be tried on a badly read block; `since` is when the first such try began.
     /// A block outside photographs has a time allowance of its own, whatever was spent on the rest of the
     /// picture.
     [[nodiscard]] bool allowsFurtherLooks(double since, bool isInPhotograph) const {
         const double spent = now() - since;
-        const bool hasOwn = !isInPhotograph && spent < forBlock && m_fruitless < forAllBlocks;
-        return allowsMore() && (hasOwn || m_fruitless + spent < forFurtherLooks);
+        const bool hasOwn = !isInPhotograph && spent < forBlock && m_fruitless < forAllBlocks * m_share;
+        return allowsMore() && (hasOwn || m_fruitless + spent < forFurtherLooks * m_share);
     }
 
     /// Charges the time since `since` to the picture: these tries improved nothing, so the block is probably
@@ -43,6 +52,7 @@ private:
     Meter m_meter;
     double m_started = m_meter();
     double m_fruitless = 0;
+    double m_share = 1;
 };
 
 }  // namespace tralio

@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
 #include "ocr/reading_order.h"
 #include "programs/recogniser/image_decoder.h"
 #include "programs/recogniser/picture_reader.h"
@@ -15,19 +19,19 @@ struct PictureReading : testing::Test {
                 counts.push_back(lines);
                 work += workForABlock;
             },
-            WorkBudget([this] { return work; }));
+            WorkBudget([this] { return work.load(); }));
     }
 
     int signsOfLife = 0;
     std::vector<qsizetype> counts;
-    double work = 0;  ///< in seconds
+    std::atomic<double> work = 0;  ///< in seconds
     double workForALine = 0;
     double workForABlock = 0;
     EnginePool engines{[this] {
                            ++signsOfLife;
                            work += workForALine;
                        },
-        [this] { return work; }};
+        [this] { return work.load(); }};
 };
 
 TEST_F(PictureReading, of_a_picture_or_a_block_that_is_too_much_work_what_was_read_by_then_is_kept) {
@@ -50,6 +54,21 @@ TEST_F(PictureReading, of_a_picture_or_a_block_that_is_too_much_work_what_was_re
         EXPECT_EQ(block.lines[i].text(), lines[static_cast<qsizetype>(i)]);
 }
 
+TEST_F(PictureReading, of_a_page_is_shared_by_two_and_comes_in_its_order) {
+    QStringList lines;
+    for (int i = 0; i < 72; ++i)
+        lines += u"Line %1 of this page"_s.arg(i + 11);
+    const Reading page = read(drawn(lines), {u"eng"_s});
+    QStringList seen;
+    for (const ReadLine& line : page.lines)
+        seen += line.text();
+    EXPECT_EQ(seen, lines);
+    EXPECT_TRUE(std::is_sorted(counts.begin(), counts.end()));
+    EXPECT_EQ(counts.back(), lines.size());
+    if (std::thread::hardware_concurrency() > 1)
+        EXPECT_LT(signsOfLife, lines.size()) << "the other reader has read as many";
+}
+
 TEST_F(PictureReading, dark_and_light_lines_of_one_block_are_all_read) {
     QImage image(360, 120, QImage::Format_RGB32);
     image.fill(QColor(0x3a, 0x8f, 0xd8));
@@ -68,7 +87,7 @@ TEST_F(PictureReading, dark_and_light_lines_of_one_block_are_all_read) {
 }
 
 TEST_F(PictureReading, after_much_that_nobody_can_read_other_text_is_looked_at_once_more) {
-    WorkBudget budget([this] { return work; });
+    WorkBudget budget([this] { return work.load(); });
     work = 6;
     budget.addFruitless(0);
     EXPECT_TRUE(budget.allowsFurtherLooks(6, false));
@@ -78,6 +97,17 @@ TEST_F(PictureReading, after_much_that_nobody_can_read_other_text_is_looked_at_o
     work = 25;
     budget.addFruitless(6);
     EXPECT_FALSE(budget.allowsFurtherLooks(25, false)) << "nor for ever";
+}
+
+TEST_F(PictureReading, what_helped_no_block_so_far_is_tried_on_worse_ones_only) {
+    VainLooks vain;
+    vain.add(u"rus"_s, 70, false);
+    EXPECT_FALSE(vain.isVain(u"rus"_s, 75)) << "once may be chance";
+    vain.add(u"rus"_s, 66, false);
+    EXPECT_TRUE(vain.isVain(u"rus"_s, 66));
+    EXPECT_FALSE(vain.isVain(u"rus"_s, 55) || vain.isVain(u"kor"_s, 75));
+    vain.add(u"rus"_s, 55, true);
+    EXPECT_FALSE(vain.isVain(u"rus"_s, 75));
 }
 
 TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their_lines_begin) {
