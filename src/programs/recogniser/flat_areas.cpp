@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <functional>
 #include <utility>
 
 namespace tralio {
@@ -20,38 +21,63 @@ Labels evenGroups(const Channels& channels) {
         channels[0].width(), channels[0].height(), Neighbours::four, [](size_t) { return true; }, isEven);
 }
 
-/// Which groups were drawn: most of their neighbours beside or below one another are equal, also in a
-/// gradient. A sky in a photograph changes all the time, however softly.
-std::vector<bool> findDrawn(const Labels& groups, const Channels& channels) {
-    struct Pairs {
-        int all = 0;
-        int equal = 0;
+/// Of how many places in a group something holds.
+struct Share {
+    int all = 0;
+    int holding = 0;
 
-        [[nodiscard]] bool areMostlyEqual() const { return equal * 10 >= all * 8; }
+    void count(bool holds) {
+        ++all;
+        holding += holds ? 1 : 0;
+    }
+    [[nodiscard]] bool isAtLeast(int hundredths) const {
+        return all > 0 && holding * 100LL >= all * qint64(hundredths);
+    }
+};
+
+/// Which groups were drawn: most of their neighbours beside or below one another are equal, also in a
+/// gradient. Where that is dithered its colours are at least on a straight line. A sky in a photograph
+/// changes all the time, however softly.
+std::vector<bool> findDrawn(const Labels& groups, const Channels& channels) {
+    constexpr int mostlyEqual = 80;
+    constexpr int mostlyStraight = 90;
+    constexpr int apart = 8;  // the period of ordered dithering
+    const auto holdsInAll = [&](auto condition) {
+        return std::all_of(channels.begin(), channels.end(),
+            [&](const Plane& plane) { return condition(plane.pixels().data()); });
     };
-    std::vector<Pairs> beside(static_cast<size_t>(groups.count));
-    std::vector<Pairs> below(beside.size());
-    const auto count = [&](std::vector<Pairs>& pairs, size_t a, size_t b) {
-        if (groups.of[a] != groups.of[b])
-            return;
-        Pairs& own = pairs[static_cast<size_t>(groups.of[a])];
-        const auto isSame = [&](const Plane& plane) { return plane.pixels()[a] == plane.pixels()[b]; };
-        ++own.all;
-        own.equal += std::all_of(channels.begin(), channels.end(), isSame) ? 1 : 0;
-    };
-    for (int y = 0; y < groups.height; ++y) {
-        for (int x = 0; x < groups.width; ++x) {
-            const size_t own = groups.index(x, y);
-            if (x + 1 < groups.width)
-                count(beside, own, own + 1);
-            if (y + 1 < groups.height)
-                count(below, own, own + static_cast<size_t>(groups.width));
+    std::vector<bool> areEqual(static_cast<size_t>(groups.count));
+    std::vector<bool> areStraight(areEqual.size(), true);
+    for (const QPoint next : {QPoint(1, 0), QPoint(0, 1)}) {
+        std::vector<Share> equal(areEqual.size());
+        std::vector<Share> straight(areEqual.size());
+        const size_t step = groups.index(next.x(), next.y());
+        for (int y = 0; y < groups.height; ++y) {
+            for (int x = 0; x < groups.width; ++x) {
+                const size_t i = groups.index(x, y);
+                const auto isOfGroup = [&](int steps) {
+                    return x + steps * next.x() < groups.width && y + steps * next.y() < groups.height &&
+                        groups.of[i + static_cast<size_t>(steps) * step] == groups.of[i];
+                };
+                const auto group = static_cast<size_t>(groups.of[i]);
+                if (isOfGroup(1))
+                    equal[group].count(
+                        holdsInAll([&](const quint8* pixels) { return pixels[i] == pixels[i + step]; }));
+                if (isOfGroup(apart) && isOfGroup(2 * apart))
+                    straight[group].count(holdsInAll([&](const quint8* pixels) {
+                        return std::abs(pixels[i] - 2 * pixels[i + apart * step] +
+                                   pixels[i + 2 * apart * step]) <= 1;
+                    }));
+            }
+        }
+        for (size_t i = 0; i < areEqual.size(); ++i) {
+            areEqual[i] = areEqual[i] || equal[i].isAtLeast(mostlyEqual);
+            areStraight[i] = areStraight[i] && straight[i].isAtLeast(mostlyStraight);
         }
     }
-    std::vector<bool> drawn(beside.size());
-    for (size_t i = 0; i < drawn.size(); ++i)
-        drawn[i] = beside[i].areMostlyEqual() || below[i].areMostlyEqual();
-    return drawn;
+    std::transform(
+        areEqual.begin(), areEqual.end(), areStraight.begin(), areEqual.begin(), std::logical_or<bool>());
+    return areEqual;
 }
 
 /// Rows of a group: what they span from their first to their last pixel, and which are nearly full.

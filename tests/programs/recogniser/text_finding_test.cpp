@@ -170,6 +170,14 @@ TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_n
     for (int i = 0; i < 300; ++i)
         leaves.fill({i, 0, 1, 80}, QColor(60 + i % 40, 90 + i % 40, 40));
     EXPECT_TRUE(Found(leaves.addGrain(5)).marks.ground().hasShades());
+
+    Sheet dithered(300, 80);
+    for (int x = 0; x < 300; ++x)
+        for (int y = 0; y < 80; ++y)
+            dithered.fill({x, y, 1, 1}, QColor(40, 90 + (x + (x * 5 + y * 3) % 8) / 8, 200));
+    const Found gradient(dithered.type({20, 32}, 9, 10, Qt::white));
+    EXPECT_EQ(gradient.letters(), (Counts{{9}}));
+    EXPECT_FALSE(gradient.marks.ground().hasShades());
 }
 
 TEST(TextFinding, what_lies_in_a_photograph_inside_a_page_is_of_the_photograph) {
