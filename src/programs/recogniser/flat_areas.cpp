@@ -1,129 +1,12 @@
 #include "programs/recogniser/flat_areas.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdlib>
-#include <functional>
 #include <utility>
+
+#include "programs/recogniser/giant_letters.h"
 
 namespace tralio {
 namespace {
-
-Labels evenGroups(const Channels& channels) {
-    constexpr int tolerance = 2;
-    const auto isEven = [&](size_t a, size_t b) {
-        const auto differs = [&](const Plane& plane) {
-            return std::abs(plane.pixels()[a] - plane.pixels()[b]) > tolerance;
-        };
-        return !std::any_of(channels.begin(), channels.end(), differs);
-    };
-    return connect(
-        channels[0].width(), channels[0].height(), Neighbours::four, [](size_t) { return true; }, isEven);
-}
-
-/// Of how many places in a group something holds.
-struct Share {
-    int all = 0;
-    int holding = 0;
-
-    void count(bool holds) {
-        ++all;
-        holding += holds ? 1 : 0;
-    }
-    [[nodiscard]] bool isAtLeast(int hundredths) const {
-        return all > 0 && holding * 100LL >= all * qint64(hundredths);
-    }
-};
-
-/// Which groups were drawn: most of their neighbours beside or below one another are equal, also in a
-/// gradient. Where that is dithered its colours are at least on a straight line. A sky in a photograph
-/// changes all the time, however softly.
-std::vector<bool> findDrawn(const Labels& groups, const Channels& channels) {
-    constexpr int mostlyEqual = 80;
-    constexpr int mostlyStraight = 90;
-    constexpr int apart = 8;  // the period of ordered dithering
-    const auto holdsInAll = [&](auto condition) {
-        return std::all_of(channels.begin(), channels.end(),
-            [&](const Plane& plane) { return condition(plane.pixels().data()); });
-    };
-    std::vector<bool> areEqual(static_cast<size_t>(groups.count));
-    std::vector<bool> areStraight(areEqual.size(), true);
-    for (const QPoint next : {QPoint(1, 0), QPoint(0, 1)}) {
-        std::vector<Share> equal(areEqual.size());
-        std::vector<Share> straight(areEqual.size());
-        const size_t step = groups.index(next.x(), next.y());
-        for (int y = 0; y < groups.height; ++y) {
-            for (int x = 0; x < groups.width; ++x) {
-                const size_t i = groups.index(x, y);
-                const auto isOfGroup = [&](int steps) {
-                    return x + steps * next.x() < groups.width && y + steps * next.y() < groups.height &&
-                        groups.of[i + static_cast<size_t>(steps) * step] == groups.of[i];
-                };
-                const auto group = static_cast<size_t>(groups.of[i]);
-                if (isOfGroup(1))
-                    equal[group].count(
-                        holdsInAll([&](const quint8* pixels) { return pixels[i] == pixels[i + step]; }));
-                if (isOfGroup(apart) && isOfGroup(2 * apart))
-                    straight[group].count(holdsInAll([&](const quint8* pixels) {
-                        return std::abs(pixels[i] - 2 * pixels[i + apart * step] +
-                                   pixels[i + 2 * apart * step]) <= 1;
-                    }));
-            }
-        }
-        for (size_t i = 0; i < areEqual.size(); ++i) {
-            areEqual[i] = areEqual[i] || equal[i].isAtLeast(mostlyEqual);
-            areStraight[i] = areStraight[i] && straight[i].isAtLeast(mostlyStraight);
-        }
-    }
-    std::transform(
-        areEqual.begin(), areEqual.end(), areStraight.begin(), areEqual.begin(), std::logical_or<bool>());
-    return areEqual;
-}
-
-/// Rows of a group: what they span from their first to their last pixel, and which are nearly full.
-struct RowTally {
-    int spans = 0;
-    bool isFullAbove = false;  ///< in its upper third
-    bool isFullBelow = false;
-};
-
-std::vector<RowTally> tallyRows(const Labels& groups, const std::vector<Extent>& extents) {
-    struct Row {
-        int y = -1;
-        int first = 0;
-        int last = 0;
-        int count = 0;
-    };
-    std::vector<RowTally> tallies(extents.size());
-    std::vector<Row> rows(extents.size());
-    const auto finish = [&](size_t group) {
-        const Row& row = rows[group];
-        const QRect& box = extents[group].box;
-        if (row.y < 0)
-            return;
-        tallies[group].spans += row.last - row.first + 1;
-        if (row.count * 10 < box.width() * 7)
-            return;
-        tallies[group].isFullAbove |= (row.y - box.top()) * 3 < box.height();
-        tallies[group].isFullBelow |= (box.bottom() - row.y) * 3 < box.height();
-    };
-    const int* label = groups.of.data();
-    for (int y = 0; y < groups.height; ++y) {
-        for (int x = 0; x < groups.width; ++x, ++label) {
-            const auto group = static_cast<size_t>(*label);
-            Row& row = rows[group];
-            if (row.y != y) {
-                finish(group);
-                row = {y, x, x, 0};
-            }
-            row.last = x;
-            ++row.count;
-        }
-    }
-    for (size_t group = 0; group < rows.size(); ++group)
-        finish(group);
-    return tallies;
-}
 
 /// A band, a bubble, a button or a cell, whose text leaves its upper and lower edges alone. An "m" is as
 /// broad, and open at one side.
@@ -141,23 +24,6 @@ bool isBar(const Extent& extent, const RowTally& rows, int unit) {
     return isBand || isCell;
 }
 
-using Colour = std::array<int, 3>;
-
-/// The colour of each group's first pixel, which no other one of it differs from much.
-std::vector<Colour> coloursOf(const Labels& groups, const Channels& channels) {
-    std::vector<Colour> colours(static_cast<size_t>(groups.count));
-    for (size_t i = groups.of.size(); i-- > 0;)
-        colours[static_cast<size_t>(groups.of[i])] = {
-            channels[0].pixels()[i], channels[1].pixels()[i], channels[2].pixels()[i]};
-    return colours;
-}
-
-bool areAlike(const Colour& a, const Colour& b) {
-    constexpr int tolerance = 4;
-    return std::equal(a.begin(), a.end(), b.begin(),
-        [](int left, int right) { return std::abs(left - right) <= tolerance; });
-}
-
 /// What is left around a closely cut text.
 bool touchesThreeEdges(const QRect& box, const Labels& groups) {
     return int(box.left() == 0) + int(box.top() == 0) + int(box.right() == groups.width - 1) +
@@ -169,41 +35,49 @@ bool touchesThreeEdges(const QRect& box, const Labels& groups) {
 
 FlatAreas findFlatAreas(const Channels& channels, int unit) {
     constexpr int thick = 24;  // thicker than the strokes of all but giant letters
-    Labels groups = evenGroups(channels);
-    const std::vector<Extent> extents = extentsOf(groups);
-    const std::vector<int> squares = largestSquaresOf(groups);
-    const std::vector<RowTally> rows = tallyRows(groups, extents);
-    const std::vector<bool> drawn = findDrawn(groups, channels);
+    EvenGroups groups(channels);
 
     FlatAreas areas;
-    std::vector<int> numbers(extents.size(), Labels::none);
-    const auto add = [&](size_t group, bool isBar) {
+    std::vector<int> numbers(groups.count(), Labels::none);
+    const auto add = [&](size_t group) {
         numbers[group] = areas.labels.count++;
-        areas.boxes.push_back(extents[group].box);
-        areas.areBars.push_back(isBar);
+        areas.boxes.push_back(groups.extents[group].box);
+        areas.areBars.push_back(isBar(groups.extents[group], groups.rows[group], unit));
     };
-    for (size_t i = 0; i < extents.size(); ++i) {
-        const bool bar = isBar(extents[i], rows[i], unit);
-        if (drawn[i] && (bar || squares[i] >= thick * unit || touchesThreeEdges(extents[i].box, groups)))
-            add(i, bar);
+    std::vector<size_t> candidates;
+    for (size_t i = 0; i < groups.count(); ++i) {
+        if (!groups.areDrawn[i])
+            continue;
+        if (touchesThreeEdges(groups.extents[i].box, groups.labels))
+            add(i);
+        else if (groups.squares[i] >= thick * unit || isBar(groups.extents[i], groups.rows[i], unit))
+            candidates.push_back(i);
     }
+    const std::vector<size_t> letters = giantLetters(groups, candidates, unit);
+    std::vector<Colour> inks;
+    for (const size_t letter : letters)
+        inks.push_back(groups.colours[letter]);
+    for (const size_t candidate : candidates)
+        if (!std::binary_search(letters.begin(), letters.end(), candidate))
+            add(candidate);
     // Inside large letters the ground of all shows again.
     constexpr int enclosed = 8;
-    const std::vector<Colour> colours = coloursOf(groups, channels);
     std::vector<Colour> grounds;
-    for (size_t i = 0; i < extents.size(); ++i)
+    for (size_t i = 0; i < groups.count(); ++i)
         if (numbers[i] != Labels::none)
-            grounds.push_back(colours[i]);
-    for (size_t i = 0; i < extents.size(); ++i) {
-        const auto isSame = [&](const Colour& ground) { return areAlike(ground, colours[i]); };
-        if (numbers[i] == Labels::none && drawn[i] && squares[i] >= enclosed * unit &&
-            std::any_of(grounds.begin(), grounds.end(), isSame))
-            add(i, false);
-    }
-    for (int& label : groups.of)
+            grounds.push_back(groups.colours[i]);
+    const auto isOneOf = [&](const std::vector<Colour>& colours, size_t group) {
+        return std::any_of(colours.begin(), colours.end(),
+            [&](const Colour& colour) { return areAlike(colour, groups.colours[group]); });
+    };
+    for (size_t i = 0; i < groups.count(); ++i)
+        if (numbers[i] == Labels::none && groups.areDrawn[i] && groups.squares[i] >= enclosed * unit &&
+            isOneOf(grounds, i) && !isOneOf(inks, i))
+            add(i);
+    for (int& label : groups.labels.of)
         label = numbers[static_cast<size_t>(label)];
-    groups.count = areas.labels.count;
-    areas.labels = std::move(groups);
+    groups.labels.count = areas.labels.count;
+    areas.labels = std::move(groups.labels);
     return areas;
 }
 

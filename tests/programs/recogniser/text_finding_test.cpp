@@ -211,6 +211,16 @@ TEST(TextFinding, a_headline_is_no_part_of_the_text_below_and_both_are_scaled_to
     }
 }
 
+TEST(TextFinding, giant_letters_are_no_areas_and_their_ink_is_no_ground) {
+    Sheet sheet(700, 220);
+    sheet.type({20, 180}, 7, 10);
+    for (int x = 40; x < 600; x += 120) {
+        sheet.fill({x, 40, 26, 100}, Qt::black);                                              // "l"
+        sheet.fill({x + 40, 40, 26, 100}, Qt::black).fill({x + 66, 114, 40, 26}, Qt::black);  // "L"
+    }
+    EXPECT_EQ(Found(sheet).letters(), (Counts{{10}, {7}}));
+}
+
 TEST(TextFinding, no_block_is_enlarged_beyond_what_engines_take) {
     Sheet sheet(16'000, 40);
     sheet.type({20, 15}, 1900, 8);
