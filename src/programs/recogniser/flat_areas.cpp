@@ -24,6 +24,19 @@ bool isBar(const Extent& extent, const RowTally& rows, int unit) {
     return isBand || isCell;
 }
 
+/// A pill or a disc around a figure. It is thicker than strokes of its height are.
+bool isPill(const Extent& extent, const RowTally& rows, int square, int unit) {
+    constexpr int leastHeight = 12;
+    constexpr int mostHeight = 24;
+    const int width = extent.box.width();
+    const int height = extent.box.height();
+    const qint64 full = qint64(width) * height;
+    const qint64 holes = rows.spans - extent.area;
+    return std::min(width, height) >= leastHeight * unit && height <= mostHeight * unit && rows.isFullAbove &&
+        rows.isFullBelow && qint64(rows.spans) * 100 >= full * 70 && holes * 100 >= full * 5 &&
+        extent.area * qint64(100) >= full * 55 && square * 10 >= height * 3;
+}
+
 /// What is left around a closely cut text.
 bool touchesThreeEdges(const QRect& box, const Labels& groups) {
     return int(box.left() == 0) + int(box.top() == 0) + int(box.right() == groups.width - 1) +
@@ -39,10 +52,15 @@ FlatAreas findFlatAreas(const Channels& channels, int unit) {
 
     FlatAreas areas;
     std::vector<int> numbers(groups.count(), Labels::none);
+    const auto isDrawnShape = [&](size_t group) {
+        const Extent& extent = groups.extents[group];
+        return isBar(extent, groups.rows[group], unit) ||
+            isPill(extent, groups.rows[group], groups.squares[group], unit);
+    };
     const auto add = [&](size_t group) {
         numbers[group] = areas.labels.count++;
         areas.boxes.push_back(groups.extents[group].box);
-        areas.areBars.push_back(isBar(groups.extents[group], groups.rows[group], unit));
+        areas.areBars.push_back(isDrawnShape(group));
     };
     std::vector<size_t> candidates;
     for (size_t i = 0; i < groups.count(); ++i) {
@@ -50,7 +68,7 @@ FlatAreas findFlatAreas(const Channels& channels, int unit) {
             continue;
         if (touchesThreeEdges(groups.extents[i].box, groups.labels))
             add(i);
-        else if (groups.squares[i] >= thick * unit || isBar(groups.extents[i], groups.rows[i], unit))
+        else if (groups.squares[i] >= thick * unit || isDrawnShape(i))
             candidates.push_back(i);
     }
     const std::vector<size_t> letters = giantLetters(groups, candidates, unit);

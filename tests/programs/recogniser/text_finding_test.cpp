@@ -140,12 +140,13 @@ TEST(TextFinding, what_closes_a_frame_or_a_letter_below_is_no_line_beneath_words
     }
 }
 
-TEST(TextFinding, bands_of_any_height_show_their_text_beside_that_of_the_page) {
+TEST(TextFinding, bands_of_any_height_and_pills_show_their_text_beside_that_of_the_page) {
     for (int height = 20; height <= 76; height += 4) {
         Sheet sheet(300, 60 + height);
         sheet.type({20, 10}, 12, 10).fill({10, 30, 280, height}, QColor(22, 104, 220));
         sheet.type({40, 30 + height / 2 - 5}, 8, 10, Qt::white).type({20, 40 + height}, 7, 10);
-        EXPECT_EQ(Found(sheet).letters(), (Counts{{12}, {8}, {7}})) << height;
+        sheet.fill({146, 7, 17, 16}, Qt::red).type({152, 11}, 1, 8, Qt::white);
+        EXPECT_EQ(Found(sheet).letters(), (Counts{{12}, {1}, {8}, {7}})) << height;
     }
 }
 
