@@ -8,6 +8,7 @@
 
 #include "ocr/reading_order.h"
 #include "programs/recogniser/even_lines.h"
+#include "programs/recogniser/repeated_lines.h"
 
 namespace tralio {
 namespace {
@@ -106,9 +107,7 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
     for (const TextBlock& block : blocks) {
         if (!budget.allowsMore())
             break;
-        Reading part = reader.read(block, effort);
-        all.lines.insert(
-            all.lines.end(), std::move_iterator(part.lines.begin()), std::move_iterator(part.lines.end()));
+        addBetterLines(all.lines, reader.read(block, effort).lines);
         linesRead(std::ssize(all.lines));
     }
     placeInOrder(all.lines, image.height());

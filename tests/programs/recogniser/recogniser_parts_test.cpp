@@ -3,6 +3,7 @@
 #include "programs/recogniser/labels.h"
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
+#include "programs/recogniser/repeated_lines.h"
 #include "programs/recogniser/resample.h"
 #include "programs/recogniser/rules.h"
 #include "programs/recogniser/text_blocks.h"
@@ -114,6 +115,16 @@ ReadLine line(const QString& text, double confidence = 90, double top = 0) {
 /// A line of several.
 Reading row(const std::vector<ReadWord>& words) {
     return {{{words, {}}}};
+}
+
+/// A line of words that stand in certain places.
+ReadLine placed(const std::vector<std::pair<QString, QRectF>>& words, double confidence) {
+    ReadLine line;
+    for (const auto& [text, box] : words) {
+        line.words.push_back({text, confidence, 1, {}, box});
+        line.box |= box;
+    }
+    return line;
 }
 
 QStringList texts(const Reading& reading) {
@@ -248,6 +259,16 @@ TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
         EXPECT_EQ(reading.markCount(), marks) << text.toStdString();
         EXPECT_EQ(reading.hasForeignLetters(), isForeign) << text.toStdString();
     }
+}
+
+TEST(RepeatedLines, of_lines_in_one_place_the_one_with_more_stays_and_a_figure_in_a_gap_too) {
+    const QRectF first(10, 10, 60, 20);
+    const QRectF second(130, 10, 60, 20);
+    Reading all{{placed({{u"anh có"_s, first}}, 97)}};
+    addBetterLines(all.lines, {placed({{u"anh có"_s, first}, {u"không?"_s, second}}, 90)});
+    addBetterLines(
+        all.lines, {placed({{u"Кһопд"_s, second}}, 70), placed({{u"12"_s, QRectF(90, 12, 20, 16)}}, 95)});
+    EXPECT_EQ(texts(all), (QStringList{u"anh có không?"_s, u"12"_s}));
 }
 
 }  // namespace
