@@ -66,7 +66,7 @@ TEST(Rules, are_told_from_letters) {
         boxes.insert(boxes.end(), {letter, stem, dash});
         EXPECT_EQ(lettersOf(boxes), drawn({letter, stem, dash})) << what;
     }
-    const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
+    const std::vector<QRect> cutLetters{{0, 0, 2, 14}, {5, 4, 8, 10}, {30, 0, 8, 14}, {60, 30, 8, 10}};
     const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
     const std::vector<QRect> lightHeadline{{5, 2, 3, 34}, {5, 34, 41, 3},  // "LO"
         {70, 2, 16, 2}, {62, 4, 8, 2}, {86, 4, 8, 2}, {60, 6, 2, 28}, {94, 6, 2, 28}, {62, 34, 8, 2},
