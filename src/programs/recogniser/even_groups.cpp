@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <functional>
 
 namespace tralio {
 namespace {
@@ -19,60 +18,73 @@ Labels evenGroups(const Channels& channels) {
         channels[0].width(), channels[0].height(), Neighbours::four, [](size_t) { return true; }, isEven);
 }
 
-/// Of how many places in a group something holds.
-struct Share {
-    int all = 0;
-    int holding = 0;
-
-    void count(bool holds) {
-        ++all;
-        holding += holds ? 1 : 0;
+/// In which of the wanted groups something holds at nearly all pixels and others of the group so far beside
+/// them or below. `holds` takes the indices of the pixel and of the next of those.
+template <typename Holds>
+std::vector<bool> holdingMostly(const Labels& groups, const std::vector<bool>& wanted, QPoint apart,
+    int count, int hundredths, Holds holds) {
+    struct Share {
+        int all = 0;
+        int holding = 0;
+    };
+    std::vector<Share> shares(wanted.size());
+    const size_t step = groups.index(apart.x(), apart.y());
+    for (int y = 0; y + count * apart.y() < groups.height; ++y) {
+        for (int x = 0; x + count * apart.x() < groups.width; ++x) {
+            const size_t i = groups.index(x, y);
+            const int group = groups.of[i];
+            if (!wanted[static_cast<size_t>(group)] || groups.of[i + step] != group ||
+                groups.of[i + static_cast<size_t>(count) * step] != group)
+                continue;
+            Share& share = shares[static_cast<size_t>(group)];
+            ++share.all;
+            share.holding += holds(i, i + step) ? 1 : 0;
+        }
     }
-    [[nodiscard]] bool isAtLeast(int hundredths) const {
-        return all > 0 && holding * 100LL >= all * qint64(hundredths);
-    }
-};
+    std::vector<bool> result(wanted.size());
+    std::transform(shares.begin(), shares.end(), result.begin(), [&](const Share& share) {
+        return share.all > 0 && share.holding * qint64(100) >= share.all * qint64(hundredths);
+    });
+    return result;
+}
 
-std::vector<bool> findDrawn(const Labels& groups, const Channels& channels) {
+std::vector<bool> findDrawn(
+    const Labels& groups, const std::vector<Extent>& extents, const Channels& channels) {
     constexpr int mostlyEqual = 80;
     constexpr int mostlyStraight = 90;
     constexpr int apart = 8;  // the period of ordered dithering
+    constexpr int leastArea = 400;
     const auto holdsInAll = [&](auto condition) {
-        return std::all_of(channels.begin(), channels.end(),
+        return std::all_of(
+            channels.begin(), channels.end(),
             [&](const Plane& plane) { return condition(plane.pixels().data()); });
     };
-    std::vector<bool> areEqual(static_cast<size_t>(groups.count));
-    std::vector<bool> areStraight(areEqual.size(), true);
-    for (const QPoint next : {QPoint(1, 0), QPoint(0, 1)}) {
-        std::vector<Share> equal(areEqual.size());
-        std::vector<Share> straight(areEqual.size());
-        const size_t step = groups.index(next.x(), next.y());
-        for (int y = 0; y < groups.height; ++y) {
-            for (int x = 0; x < groups.width; ++x) {
-                const size_t i = groups.index(x, y);
-                const auto isOfGroup = [&](int steps) {
-                    return x + steps * next.x() < groups.width && y + steps * next.y() < groups.height &&
-                        groups.of[i + static_cast<size_t>(steps) * step] == groups.of[i];
-                };
-                const auto group = static_cast<size_t>(groups.of[i]);
-                if (isOfGroup(1))
-                    equal[group].count(
-                        holdsInAll([&](const quint8* pixels) { return pixels[i] == pixels[i + step]; }));
-                if (isOfGroup(apart) && isOfGroup(2 * apart))
-                    straight[group].count(holdsInAll([&](const quint8* pixels) {
-                        return std::abs(pixels[i] - 2 * pixels[i + apart * step] +
-                                   pixels[i + 2 * apart * step]) <= 1;
-                    }));
-            }
-        }
-        for (size_t i = 0; i < areEqual.size(); ++i) {
-            areEqual[i] = areEqual[i] || equal[i].isAtLeast(mostlyEqual);
-            areStraight[i] = areStraight[i] && straight[i].isAtLeast(mostlyStraight);
-        }
+    const auto isEqual = [&](size_t a, size_t b) {
+        return holdsInAll([&](const quint8* pixels) { return pixels[a] == pixels[b]; });
+    };
+    const auto isStraight = [&](size_t a, size_t b) {
+        return holdsInAll([&](const quint8* pixels) {
+            return std::abs(pixels[a] - 2 * pixels[b] + pixels[2 * b - a]) <= 1;
+        });
+    };
+    const std::vector<bool> all(extents.size(), true);
+    std::vector<bool> drawn = holdingMostly(groups, all, {1, 0}, 1, mostlyEqual, isEqual);
+    const std::vector<bool> below = holdingMostly(groups, all, {0, 1}, 1, mostlyEqual, isEqual);
+    std::vector<bool> others(extents.size());
+    for (size_t i = 0; i < drawn.size(); ++i) {
+        drawn[i] = drawn[i] || below[i];
+        others[i] = !drawn[i] && extents[i].area >= leastArea;
     }
-    std::transform(
-        areEqual.begin(), areEqual.end(), areStraight.begin(), areEqual.begin(), std::logical_or<bool>());
-    return areEqual;
+    for (const QPoint next : {QPoint(apart, 0), QPoint(0, apart)}) {
+        if (std::find(others.begin(), others.end(), true) == others.end())
+            break;
+        const std::vector<bool> straight = holdingMostly(groups, others, next, 2, mostlyStraight, isStraight);
+        for (size_t i = 0; i < others.size(); ++i)
+            others[i] = others[i] && straight[i];
+    }
+    for (size_t i = 0; i < drawn.size(); ++i)
+        drawn[i] = drawn[i] || others[i];
+    return drawn;
 }
 
 std::vector<RowTally> tallyRows(const Labels& groups, const std::vector<Extent>& extents) {
@@ -136,6 +148,6 @@ EvenGroups::EvenGroups(const Channels& channels)
       squares(largestSquaresOf(labels)),
       rows(tallyRows(labels, extents)),
       colours(coloursOf(labels, channels)),
-      areDrawn(findDrawn(labels, channels)) {}
+      areDrawn(findDrawn(labels, extents, channels)) {}
 
 }  // namespace tralio
