@@ -1,103 +1,12 @@
 #include "programs/recogniser/flat_areas.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdlib>
 #include <utility>
+
+#include "programs/recogniser/giant_letters.h"
 
 namespace tralio {
 namespace {
-
-Labels evenGroups(const Channels& channels) {
-    constexpr int tolerance = 2;
-    const auto isEven = [&](size_t a, size_t b) {
-        const auto differs = [&](const Plane& plane) {
-            return std::abs(plane.pixels()[a] - plane.pixels()[b]) > tolerance;
-        };
-        return !std::any_of(channels.begin(), channels.end(), differs);
-    };
-    return connect(
-        channels[0].width(), channels[0].height(), Neighbours::four, [](size_t) { return true; }, isEven);
-}
-
-/// Which groups were drawn: most of their neighbours beside or below one another are equal, also in a
-/// gradient. A sky in a photograph changes all the time, however softly.
-std::vector<bool> findDrawn(const Labels& groups, const Channels& channels) {
-    struct Pairs {
-        int all = 0;
-        int equal = 0;
-
-        [[nodiscard]] bool areMostlyEqual() const { return equal * 10 >= all * 8; }
-    };
-    std::vector<Pairs> beside(static_cast<size_t>(groups.count));
-    std::vector<Pairs> below(beside.size());
-    const auto count = [&](std::vector<Pairs>& pairs, size_t a, size_t b) {
-        if (groups.of[a] != groups.of[b])
-            return;
-        Pairs& own = pairs[static_cast<size_t>(groups.of[a])];
-        const auto isSame = [&](const Plane& plane) { return plane.pixels()[a] == plane.pixels()[b]; };
-        ++own.all;
-        own.equal += std::all_of(channels.begin(), channels.end(), isSame) ? 1 : 0;
-    };
-    for (int y = 0; y < groups.height; ++y) {
-        for (int x = 0; x < groups.width; ++x) {
-            const size_t own = groups.index(x, y);
-            if (x + 1 < groups.width)
-                count(beside, own, own + 1);
-            if (y + 1 < groups.height)
-                count(below, own, own + static_cast<size_t>(groups.width));
-        }
-    }
-    std::vector<bool> drawn(beside.size());
-    for (size_t i = 0; i < drawn.size(); ++i)
-        drawn[i] = beside[i].areMostlyEqual() || below[i].areMostlyEqual();
-    return drawn;
-}
-
-/// Rows of a group: what they span from their first to their last pixel, and which are nearly full.
-struct RowTally {
-    int spans = 0;
-    bool isFullAbove = false;  ///< in its upper third
-    bool isFullBelow = false;
-};
-
-std::vector<RowTally> tallyRows(const Labels& groups, const std::vector<Extent>& extents) {
-    struct Row {
-        int y = -1;
-        int first = 0;
-        int last = 0;
-        int count = 0;
-    };
-    std::vector<RowTally> tallies(extents.size());
-    std::vector<Row> rows(extents.size());
-    const auto finish = [&](size_t group) {
-        const Row& row = rows[group];
-        const QRect& box = extents[group].box;
-        if (row.y < 0)
-            return;
-        tallies[group].spans += row.last - row.first + 1;
-        if (row.count * 10 < box.width() * 7)
-            return;
-        tallies[group].isFullAbove |= (row.y - box.top()) * 3 < box.height();
-        tallies[group].isFullBelow |= (box.bottom() - row.y) * 3 < box.height();
-    };
-    const int* label = groups.of.data();
-    for (int y = 0; y < groups.height; ++y) {
-        for (int x = 0; x < groups.width; ++x, ++label) {
-            const auto group = static_cast<size_t>(*label);
-            Row& row = rows[group];
-            if (row.y != y) {
-                finish(group);
-                row = {y, x, x, 0};
-            }
-            row.last = x;
-            ++row.count;
-        }
-    }
-    for (size_t group = 0; group < rows.size(); ++group)
-        finish(group);
-    return tallies;
-}
 
 /// A band, a bubble, a button or a cell, whose text leaves its upper and lower edges alone. An "m" is as
 /// broad, and open at one side.
@@ -115,21 +24,17 @@ bool isBar(const Extent& extent, const RowTally& rows, int unit) {
     return isBand || isCell;
 }
 
-using Colour = std::array<int, 3>;
-
-/// The colour of each group's first pixel, which no other one of it differs from much.
-std::vector<Colour> coloursOf(const Labels& groups, const Channels& channels) {
-    std::vector<Colour> colours(static_cast<size_t>(groups.count));
-    for (size_t i = groups.of.size(); i-- > 0;)
-        colours[static_cast<size_t>(groups.of[i])] = {
-            channels[0].pixels()[i], channels[1].pixels()[i], channels[2].pixels()[i]};
-    return colours;
-}
-
-bool areAlike(const Colour& a, const Colour& b) {
-    constexpr int tolerance = 4;
-    return std::equal(a.begin(), a.end(), b.begin(),
-        [](int left, int right) { return std::abs(left - right) <= tolerance; });
+/// A pill or a disc around a figure. It is thicker than strokes of its height are.
+bool isPill(const Extent& extent, const RowTally& rows, int square, int unit) {
+    constexpr int leastHeight = 12;
+    constexpr int mostHeight = 24;
+    const int width = extent.box.width();
+    const int height = extent.box.height();
+    const qint64 full = qint64(width) * height;
+    const qint64 holes = rows.spans - extent.area;
+    return std::min(width, height) >= leastHeight * unit && height <= mostHeight * unit && rows.isFullAbove &&
+        rows.isFullBelow && qint64(rows.spans) * 100 >= full * 70 && holes * 100 >= full * 5 &&
+        extent.area * qint64(100) >= full * 55 && square * 10 >= height * 3;
 }
 
 /// What is left around a closely cut text.
@@ -143,41 +48,54 @@ bool touchesThreeEdges(const QRect& box, const Labels& groups) {
 
 FlatAreas findFlatAreas(const Channels& channels, int unit) {
     constexpr int thick = 24;  // thicker than the strokes of all but giant letters
-    Labels groups = evenGroups(channels);
-    const std::vector<Extent> extents = extentsOf(groups);
-    const std::vector<int> squares = largestSquaresOf(groups);
-    const std::vector<RowTally> rows = tallyRows(groups, extents);
-    const std::vector<bool> drawn = findDrawn(groups, channels);
+    EvenGroups groups(channels);
 
     FlatAreas areas;
-    std::vector<int> numbers(extents.size(), Labels::none);
-    const auto add = [&](size_t group, bool isBar) {
-        numbers[group] = areas.labels.count++;
-        areas.boxes.push_back(extents[group].box);
-        areas.areBars.push_back(isBar);
+    std::vector<int> numbers(groups.count(), Labels::none);
+    const auto isDrawnShape = [&](size_t group) {
+        const Extent& extent = groups.extents[group];
+        return isBar(extent, groups.rows[group], unit) ||
+            isPill(extent, groups.rows[group], groups.squares[group], unit);
     };
-    for (size_t i = 0; i < extents.size(); ++i) {
-        const bool bar = isBar(extents[i], rows[i], unit);
-        if (drawn[i] && (bar || squares[i] >= thick * unit || touchesThreeEdges(extents[i].box, groups)))
-            add(i, bar);
+    const auto add = [&](size_t group) {
+        numbers[group] = areas.labels.count++;
+        areas.boxes.push_back(groups.extents[group].box);
+        areas.areBars.push_back(isDrawnShape(group));
+    };
+    std::vector<size_t> candidates;
+    for (size_t i = 0; i < groups.count(); ++i) {
+        if (!groups.areDrawn[i])
+            continue;
+        if (touchesThreeEdges(groups.extents[i].box, groups.labels))
+            add(i);
+        else if (groups.squares[i] >= thick * unit || isDrawnShape(i))
+            candidates.push_back(i);
     }
+    const std::vector<size_t> letters = giantLetters(groups, candidates, unit);
+    std::vector<Colour> inks;
+    for (const size_t letter : letters)
+        inks.push_back(groups.colours[letter]);
+    for (const size_t candidate : candidates)
+        if (!std::binary_search(letters.begin(), letters.end(), candidate))
+            add(candidate);
     // Inside large letters the ground of all shows again.
     constexpr int enclosed = 8;
-    const std::vector<Colour> colours = coloursOf(groups, channels);
     std::vector<Colour> grounds;
-    for (size_t i = 0; i < extents.size(); ++i)
+    for (size_t i = 0; i < groups.count(); ++i)
         if (numbers[i] != Labels::none)
-            grounds.push_back(colours[i]);
-    for (size_t i = 0; i < extents.size(); ++i) {
-        const auto isSame = [&](const Colour& ground) { return areAlike(ground, colours[i]); };
-        if (numbers[i] == Labels::none && drawn[i] && squares[i] >= enclosed * unit &&
-            std::any_of(grounds.begin(), grounds.end(), isSame))
-            add(i, false);
-    }
-    for (int& label : groups.of)
+            grounds.push_back(groups.colours[i]);
+    const auto isOneOf = [&](const std::vector<Colour>& colours, size_t group) {
+        return std::any_of(colours.begin(), colours.end(),
+            [&](const Colour& colour) { return areAlike(colour, groups.colours[group]); });
+    };
+    for (size_t i = 0; i < groups.count(); ++i)
+        if (numbers[i] == Labels::none && groups.areDrawn[i] && groups.squares[i] >= enclosed * unit &&
+            isOneOf(grounds, i) && !isOneOf(inks, i))
+            add(i);
+    for (int& label : groups.labels.of)
         label = numbers[static_cast<size_t>(label)];
-    groups.count = areas.labels.count;
-    areas.labels = std::move(groups);
+    groups.labels.count = areas.labels.count;
+    areas.labels = std::move(groups.labels);
     return areas;
 }
 

@@ -6,7 +6,8 @@
 namespace tralio {
 
 /// The areas of even or softly changing colour that text may stand on: pages, cards, bands, bubbles, buttons,
-/// cells. Letters are even too, but neither thick nor full bars. All other pixels are in no area.
+/// cells. Letters are even too, but neither thick nor full bars, or there are others beside them. All other
+/// pixels are in no area.
 struct FlatAreas {
     Labels labels;
     std::vector<QRect> boxes;

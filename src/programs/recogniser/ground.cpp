@@ -12,34 +12,41 @@ constexpr int surroundings = 30;  ///< logical pixels to each side
 /// What is further from every flat area is no letter on one but a picture of its own.
 constexpr int widestStroke = 16;
 
-/// For each pixel the nearest one that lies in a flat area, and how far it is, diagonal steps counting one.
+/// For each pixel the nearest wanted one, and how far it is, diagonal steps counting one.
 struct Nearest {
     std::vector<int> pixel;
     std::vector<int> distance;
 };
 
-Nearest nearestFlatPixels(const Labels& areas) {
+template <typename IsWanted>
+Nearest nearestPixels(QSize size, IsWanted isWanted) {
     constexpr int far = 1 << 28;
-    Nearest nearest{std::vector<int>(areas.of.size(), Labels::none), std::vector<int>(areas.of.size(), far)};
-    for (size_t i = 0; i < areas.of.size(); ++i) {
-        if (areas.of[i] == Labels::none)
+    const int width = size.width();
+    const int height = size.height();
+    const auto index = [width](int x, int y) {
+        return static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x);
+    };
+    const size_t count = index(0, height);
+    Nearest nearest{std::vector<int>(count, Labels::none), std::vector<int>(count, far)};
+    for (size_t i = 0; i < count; ++i) {
+        if (!isWanted(i))
             continue;
         nearest.pixel[i] = static_cast<int>(i);
         nearest.distance[i] = 0;
     }
     const auto take = [&](int x, int y, int dx, int dy) {
-        if (x + dx < 0 || x + dx >= areas.width || y + dy < 0 || y + dy >= areas.height)
+        if (x + dx < 0 || x + dx >= width || y + dy < 0 || y + dy >= height)
             return;
-        const size_t own = areas.index(x, y);
-        const size_t other = areas.index(x + dx, y + dy);
+        const size_t own = index(x, y);
+        const size_t other = index(x + dx, y + dy);
         if (nearest.distance[other] + 1 >= nearest.distance[own])
             return;
         nearest.distance[own] = nearest.distance[other] + 1;
         nearest.pixel[own] = nearest.pixel[other];
     };
-    for (int y = 0; y < areas.height; ++y) {
-        for (int x = 0; x < areas.width; ++x) {
-            if (nearest.distance[areas.index(x, y)] == 0)
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            if (nearest.distance[index(x, y)] == 0)
                 continue;
             take(x, y, -1, 0);
             take(x, y, 0, -1);
@@ -47,9 +54,9 @@ Nearest nearestFlatPixels(const Labels& areas) {
             take(x, y, 1, -1);
         }
     }
-    for (int y = areas.height - 1; y >= 0; --y) {
-        for (int x = areas.width - 1; x >= 0; --x) {
-            if (nearest.distance[areas.index(x, y)] == 0)
+    for (int y = height - 1; y >= 0; --y) {
+        for (int x = width - 1; x >= 0; --x) {
+            if (nearest.distance[index(x, y)] == 0)
                 continue;
             take(x, y, 1, 0);
             take(x, y, 0, 1);
@@ -83,10 +90,24 @@ Channels medians(const Channels& channels, int radiusX, int radiusY) {
     return result;
 }
 
+Channels Ground::partOf(const Channels& channels, const QRect& box, int region) const {
+    Channels part = cut(channels, box);
+    const auto width = static_cast<size_t>(box.width());
+    const Nearest own = nearestPixels(box.size(), [&](size_t i) {
+        return regionAt(box.topLeft() + QPoint(static_cast<int>(i % width), static_cast<int>(i / width))) ==
+            region;
+    });
+    for (Plane& plane : part)
+        for (size_t i = 0; i < own.pixel.size(); ++i)
+            plane.pixels()[i] = plane.pixels()[static_cast<size_t>(own.pixel[i])];
+    return part;
+}
+
 Ground::Ground(const Channels& channels, int unit) : m_colours(channels) {
     const FlatAreas areas = findFlatAreas(channels, unit);
     const Labels& flat = areas.labels;
-    const Nearest nearest = nearestFlatPixels(flat);
+    const Nearest nearest =
+        nearestPixels({flat.width, flat.height}, [&](size_t i) { return flat.of[i] != Labels::none; });
 
     // Marks on a flat area are the pixels that lie in none, as far as they are near one. Connected ones are
     // judged together.
@@ -115,29 +136,34 @@ Ground::Ground(const Channels& channels, int unit) : m_colours(channels) {
             colour.pixels()[i] = colour.pixels()[from];
     }
 
+    // Even patches inside a photograph are part of it, but for what somebody put there.
     const std::vector<Extent> extents = extentsOf(marks);
-    const QRect everything(0, 0, flat.width, flat.height);
-    const int reach = surroundings * unit;
-    std::vector<int> owners(static_cast<size_t>(flat.count));
+    std::vector<int> owners(static_cast<size_t>(flat.count + marks.count));
     std::iota(owners.begin(), owners.end(), 0);
     for (int mark = 0; mark < marks.count; ++mark) {
+        m_boxes.push_back(extents[static_cast<size_t>(mark)].box);
         if (!isShadedMark(mark))
             continue;
         m_hasShades = true;
-        const QRect box = extents[static_cast<size_t>(mark)].box;
-        const QRect around = box.adjusted(-reach, -reach, reach, reach) & everything;
-        const Channels background = medians(cut(channels, around), reach, reach);
-        for (size_t i = 0; i < background.size(); ++i)
-            paste(background[i], around, m_colours[i], marks, mark);
-        // Even patches inside a photograph are part of it, but for what somebody put there.
-        for (size_t area = 0; area < owners.size(); ++area)
+        const QRect& box = extents[static_cast<size_t>(mark)].box;
+        for (size_t area = 0; area < areas.boxes.size(); ++area)
             if (!areas.areBars[area] && box.contains(areas.boxes[area]))
                 owners[area] = m_firstShaded + mark;
     }
-    if (m_hasShades)
-        for (int& region : m_regions)
-            if (region < m_firstShaded)
-                region = owners[static_cast<size_t>(region)];
+    if (!m_hasShades)
+        return;
+    for (int& region : m_regions)
+        region = owners[static_cast<size_t>(region)];
+
+    const int reach = surroundings * unit;
+    for (int mark = 0; mark < marks.count; ++mark) {
+        if (!isShadedMark(mark))
+            continue;
+        const QRect box = extents[static_cast<size_t>(mark)].box;
+        const Channels background = medians(partOf(channels, box, m_firstShaded + mark), reach, reach);
+        for (size_t i = 0; i < background.size(); ++i)
+            paste(background[i], box, m_colours[i], marks, mark);
+    }
 }
 
 }  // namespace tralio

@@ -20,9 +20,15 @@ public:
     [[nodiscard]] int regionAt(QPoint pixel) const { return m_regions[index(pixel)]; }
     [[nodiscard]] bool isShaded(int region) const { return region >= m_firstShaded; }
     [[nodiscard]] bool isShadedAt(QPoint pixel) const { return isShaded(regionAt(pixel)); }
+    /// Of a shaded region.
+    [[nodiscard]] const QRect& boxOf(int region) const {
+        return m_boxes[static_cast<size_t>(region - m_firstShaded)];
+    }
     [[nodiscard]] bool hasShades() const { return m_hasShades; }
 
 private:
+    /// What lies in a box, continued from a region where that is not.
+    [[nodiscard]] Channels partOf(const Channels& channels, const QRect& box, int region) const;
     [[nodiscard]] size_t index(QPoint pixel) const {
         return static_cast<size_t>(pixel.y()) * static_cast<size_t>(m_colours[0].width()) +
             static_cast<size_t>(pixel.x());
@@ -30,6 +36,7 @@ private:
 
     Channels m_colours;
     std::vector<int> m_regions;
+    std::vector<QRect> m_boxes;
     int m_firstShaded = 0;
     bool m_hasShades = false;
 };

@@ -184,17 +184,35 @@ std::vector<bool> findEdges(const Labels& ink, const std::vector<Extent>& extent
     return edges;
 }
 
-/// The region that most sides of a mark border on; inside an "O" there may be one of its own.
-int regionAround(const QRect& box, const TextMarks& marks) {
+/// Where the first pixel of each mark lies.
+std::vector<int> regionsOf(const Labels& ink, const TextMarks& marks) {
+    std::vector<int> regions(static_cast<size_t>(ink.count), Labels::none);
+    for (int y = 0; y < ink.height; ++y)
+        for (int x = 0; x < ink.width; ++x)
+            if (const int label = ink.at(x, y); label != Labels::none)
+                if (int& region = regions[static_cast<size_t>(label)]; region == Labels::none)
+                    region = marks.ground().regionAt({x, y});
+    return regions;
+}
+
+/// The region of a mark: that of the photograph that it lies in, otherwise the one that most of its sides
+/// border on. Inside an "O" there may be one of its own. A word with a soft shadow is like a low photograph,
+/// but a word of what it borders on.
+int regionAround(const QRect& box, int own, const TextMarks& marks) {
+    constexpr int highestWord = 100;
+    if (marks.ground().isShaded(own) && marks.ground().boxOf(own).height() > highestWord * marks.unit())
+        return own;
     const QRect outer = box.adjusted(-2, -2, 2, 2) & QRect(QPoint(), marks.size());
     const QPoint middle = outer.center();
-    std::array<int, 4> regions{marks.ground().regionAt({outer.left(), middle.y()}),
+    const std::array<int, 5> regions{own, marks.ground().regionAt({outer.left(), middle.y()}),
         marks.ground().regionAt({outer.right(), middle.y()}),
         marks.ground().regionAt({middle.x(), outer.top()}),
         marks.ground().regionAt({middle.x(), outer.bottom()})};
-    return *std::max_element(regions.begin(), regions.end(), [&](int a, int b) {
-        return std::count(regions.begin(), regions.end(), a) < std::count(regions.begin(), regions.end(), b);
-    });
+    const auto sides = [&](int region) {
+        return std::count(std::next(regions.begin()), regions.end(), region);
+    };
+    return *std::max_element(
+        regions.begin(), regions.end(), [&](int a, int b) { return sides(a) < sides(b); });
 }
 
 void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, QRgb colour = 0) {
@@ -206,12 +224,13 @@ void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, Q
     const std::vector<Extent> extents = extentsOf(ink);
     std::vector<bool> areRules = findRules(ink, extents, marks.unit());
     const std::vector<bool> edges = findEdges(ink, extents, marks);
+    const std::vector<int> regions = regionsOf(ink, marks);
     for (size_t i = 0; i < edges.size(); ++i)
         areRules[i] = areRules[i] || edges[i];
     for (size_t i = 0; i < extents.size(); ++i) {
         if (areRules[i])
             continue;
-        const int region = regionAround(extents[i].box, marks);
+        const int region = regionAround(extents[i].box, regions[i], marks);
         found.shapes.push_back({extents[i].box, region, marks.ground().isShaded(region), kind, colour});
     }
     if (kind == Kind::ownColour)

@@ -13,6 +13,7 @@
 
 #include "ocr/reading_order.h"
 #include "programs/recogniser/even_lines.h"
+#include "programs/recogniser/repeated_lines.h"
 
 namespace tralio {
 namespace {
@@ -167,8 +168,7 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
     const BlockPainter painter(marks, shapes, blocks);
     Reading all;
     for (Reading& part : BlocksReader(blocks, packs, painter, effort).read(engines, budget, linesRead))
-        all.lines.insert(
-            all.lines.end(), std::move_iterator(part.lines.begin()), std::move_iterator(part.lines.end()));
+        addBetterLines(all.lines, std::move(part.lines));
     placeInOrder(all.lines, image.height());
     return all;
 }

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "programs/recogniser/boxes.h"
+
 namespace tralio {
 namespace {
 
@@ -69,9 +71,25 @@ bool isLineOrFrame(
     return (isFrame || isTable) && (isLarge || isClosed(marks, all, mark, unit));
 }
 
+/// Whether a mark in a corner is a letter that was cut flush: beside it stands one of about its height. What
+/// is larger is a surround, also where text is as large.
+bool isCornerLetter(const std::vector<Extent>& all, size_t mark, int unit) {
+    constexpr int largest = 40;
+    constexpr int lowest = 6;
+    const QRect& box = all[mark].box;
+    if (box.height() < lowest * unit || std::min(box.width(), box.height()) > largest * unit)
+        return false;
+    return std::any_of(all.begin(), all.end(), [&](const Extent& other) {
+        const auto [low, high] = std::minmax({box.height(), other.box.height()});
+        return &other != &all[mark] && low * 10 >= high * 6 && sharedHeight(box, other.box) * 10 >= low * 8 &&
+            horizontalGap(box, other.box) < high;
+    });
+}
+
 /// What stands around a button or a tooltip: a bar along an edge of the picture, or around a corner of it.
 /// Text that the user's rectangle cuts touches one edge only, or is no bar.
-bool isSurround(const Extent& extent, QSize picture, int unit) {
+bool isSurround(const std::vector<Extent>& all, size_t mark, QSize picture, int unit) {
+    const Extent& extent = all[mark];
     const QRect& box = extent.box;
     const bool left = box.left() == 0;
     const bool right = box.right() == picture.width() - 1;
@@ -80,7 +98,7 @@ bool isSurround(const Extent& extent, QSize picture, int unit) {
     const bool isUpright = top && bottom && box.height() >= 15 * unit &&
         (left || right || extent.area <= 3 * unit * box.height());
     const bool isLevel = left && right && box.width() >= 40 * unit;
-    const bool isCorner = (left || right) && (top || bottom);
+    const bool isCorner = (left || right) && (top || bottom) && !isCornerLetter(all, mark, unit);
     return isUpright || isLevel || isCorner;
 }
 
@@ -126,7 +144,7 @@ std::vector<bool> findRules(const Labels& marks, const std::vector<Extent>& exte
     std::vector<bool> areRules(extents.size());
     for (size_t i = 0; i < extents.size(); ++i)
         areRules[i] =
-            isLineOrFrame(marks, extents, i, thicknesses[i], unit) || isSurround(extents[i], picture, unit);
+            isLineOrFrame(marks, extents, i, thicknesses[i], unit) || isSurround(extents, i, picture, unit);
     std::vector<size_t> cursors;
     for (size_t i = 0; i < extents.size(); ++i)
         if (!areRules[i] && isTextCursor(i, extents, areRules, unit))

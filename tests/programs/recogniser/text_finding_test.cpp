@@ -3,71 +3,12 @@
 #include <array>
 #include <random>
 
-#include "programs/recogniser/labels.h"
-#include "programs/recogniser/rules.h"
 #include "programs/recogniser/text_blocks.h"
 #include "programs/recogniser/work_budget.h"
 #include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-/// Black boxes on white.
-Plane drawn(const std::vector<QRect>& boxes) {
-    Plane plane(120, 40, 255);
-    for (const QRect& box : boxes)
-        for (int y = box.top(); y <= box.bottom(); ++y)
-            std::fill_n(plane.row(y) + box.left(), box.width(), 0);
-    return plane;
-}
-
-/// The same, but for those that are rules.
-Plane lettersOf(const std::vector<QRect>& boxes) {
-    Plane plane = drawn(boxes);
-    const Labels marks = connect(
-        plane.width(), plane.height(), Neighbours::eight, [&](size_t i) { return plane.pixels()[i] == 0; },
-        [](size_t, size_t) { return true; });
-    const std::vector<bool> areRules = findRules(marks, extentsOf(marks), 1);
-    for (size_t i = 0; i < marks.of.size(); ++i)
-        if (marks.of[i] != Labels::none && areRules[static_cast<size_t>(marks.of[i])])
-            plane.pixels()[i] = 255;
-    return plane;
-}
-
-TEST(Rules, are_told_from_letters) {
-    const QRect letter(30, 12, 8, 14);
-    const QRect stem(50, 8, 2, 18);
-    const QRect dash(60, 18, 20, 2);
-    const std::pair<const char*, std::vector<QRect>> cases[] = {
-        {"an underline", {{10, 34, 90, 2}}},
-        {"a thin frame", {{4, 3, 112, 1}, {4, 3, 1, 33}, {4, 35, 112, 1}, {115, 3, 1, 33}}},
-        {"a table's grid",
-            {{4, 3, 112, 1}, {4, 28, 112, 1}, {4, 32, 112, 1}, {4, 35, 112, 1}, {4, 3, 1, 33}, {26, 3, 1, 33},
-                {84, 3, 1, 33}, {90, 3, 1, 33}, {100, 3, 1, 33}, {115, 3, 1, 33}}},
-        {"what lies beside a button", {{0, 0, 9, 40}}},
-        {"what lies around a button's corner", {{100, 0, 20, 40}, {20, 0, 100, 4}}},
-        {"a caret from top to bottom", {{90, 0, 1, 40}}},
-        {"a caret after the text", {{85, 5, 1, 26}}},
-        {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
-        {"a rounded frame",
-            {{40, 3, 36, 1}, {22, 4, 18, 1}, {76, 4, 18, 1}, {21, 5, 1, 26}, {94, 5, 1, 26}, {22, 31, 18, 1},
-                {76, 31, 18, 1}, {40, 32, 36, 1}}},
-    };
-    for (auto [what, boxes] : cases) {
-        boxes.insert(boxes.end(), {letter, stem, dash});
-        EXPECT_EQ(lettersOf(boxes), drawn({letter, stem, dash})) << what;
-    }
-    const std::vector<QRect> cutLetters{{30, 0, 8, 14}, {60, 30, 8, 10}};
-    const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
-    const std::vector<QRect> lightHeadline{{5, 2, 3, 34}, {5, 34, 41, 3},  // "LO"
-        {70, 2, 16, 2}, {62, 4, 8, 2}, {86, 4, 8, 2}, {60, 6, 2, 28}, {94, 6, 2, 28}, {62, 34, 8, 2},
-        {86, 34, 8, 2}, {70, 36, 16, 2}};
-    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters, lightHeadline})
-        EXPECT_EQ(lettersOf(letters), drawn(letters));
-
-    const Labels mark{1, 1, {0}, 1};
-    EXPECT_TRUE(findRules(mark, {{QRect(5, 5, 7990, 7990), 4 * 7990}}, 1)[0]) << "a frame in a huge picture";
-}
 
 /// A picture on which boxes stand for letters, each with a hole like an "o".
 struct Sheet {
@@ -199,12 +140,13 @@ TEST(TextFinding, what_closes_a_frame_or_a_letter_below_is_no_line_beneath_words
     }
 }
 
-TEST(TextFinding, bands_of_any_height_show_their_text_beside_that_of_the_page) {
+TEST(TextFinding, bands_of_any_height_and_pills_show_their_text_beside_that_of_the_page) {
     for (int height = 20; height <= 76; height += 4) {
         Sheet sheet(300, 60 + height);
         sheet.type({20, 10}, 12, 10).fill({10, 30, 280, height}, QColor(22, 104, 220));
         sheet.type({40, 30 + height / 2 - 5}, 8, 10, Qt::white).type({20, 40 + height}, 7, 10);
-        EXPECT_EQ(Found(sheet).letters(), (Counts{{12}, {8}, {7}})) << height;
+        sheet.fill({146, 7, 17, 16}, Qt::red).type({152, 11}, 1, 8, Qt::white);
+        EXPECT_EQ(Found(sheet).letters(), (Counts{{12}, {1}, {8}, {7}})) << height;
     }
 }
 
@@ -229,6 +171,28 @@ TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_n
     for (int i = 0; i < 300; ++i)
         leaves.fill({i, 0, 1, 80}, QColor(60 + i % 40, 90 + i % 40, 40));
     EXPECT_TRUE(Found(leaves.addGrain(5)).marks.ground().hasShades());
+
+    Sheet dithered(300, 80);
+    for (int x = 0; x < 300; ++x)
+        for (int y = 0; y < 80; ++y)
+            dithered.fill({x, y, 1, 1}, QColor(40, 90 + (x + (x * 5 + y * 3) % 8) / 8, 200));
+    const Found gradient(dithered.type({20, 32}, 9, 10, Qt::white));
+    EXPECT_EQ(gradient.letters(), (Counts{{9}}));
+    EXPECT_FALSE(gradient.marks.ground().hasShades());
+}
+
+TEST(TextFinding, what_lies_in_a_photograph_inside_a_page_is_of_the_photograph) {
+    Sheet sheet(360, 240);
+    sheet.type({20, 10}, 12, 10).type({20, 210}, 9, 10);
+    const QRect photograph(20, 30, 260, 160);
+    std::mt19937 random(2);
+    const auto upTo = [&random](
+                          int most) { return static_cast<int>(random() % static_cast<unsigned>(most)); };
+    for (int i = 0; i < 3000; ++i)
+        sheet.fill(QRect(20 + upTo(256), 30 + upTo(156), 4 + upTo(10), 4 + upTo(10)) & photograph,
+            QColor(40 + upTo(60), 60 + upTo(120), 20 + upTo(60)));
+    for (const MarkShape& shape : Found(sheet).shapes.shapes)
+        EXPECT_EQ(shape.isShaded, photograph.contains(shape.box));
 }
 
 TEST(TextFinding, a_headline_is_no_part_of_the_text_below_and_both_are_scaled_to_one_size) {
@@ -246,6 +210,16 @@ TEST(TextFinding, a_headline_is_no_part_of_the_text_below_and_both_are_scaled_to
         EXPECT_TRUE(block.box.adjusted(-50, -50, 50, 50).contains(box.toRect()))
             << "boxes are the image's again";
     }
+}
+
+TEST(TextFinding, giant_letters_are_no_areas_and_their_ink_is_no_ground) {
+    Sheet sheet(700, 220);
+    sheet.type({20, 180}, 7, 10);
+    for (int x = 40; x < 600; x += 120) {
+        sheet.fill({x, 40, 26, 100}, Qt::black);                                              // "l"
+        sheet.fill({x + 40, 40, 26, 100}, Qt::black).fill({x + 66, 114, 40, 26}, Qt::black);  // "L"
+    }
+    EXPECT_EQ(Found(sheet).letters(), (Counts{{10}, {7}}));
 }
 
 TEST(TextFinding, no_block_is_enlarged_beyond_what_engines_take) {
