@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "programs/recogniser/boxes.h"
+#include "programs/recogniser/label_rows.h"
 #include "programs/recogniser/place_index.h"
 
 namespace tralio {
@@ -262,6 +263,7 @@ std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int un
     moveStrayDots(lines, dots);
     addDots(lines, std::move(dots));
     joinParts(lines);  // what signs like "=" stand between is no gap
+    cutLabelRows(lines);
     return lines;
 }
 

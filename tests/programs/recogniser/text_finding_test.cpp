@@ -151,6 +151,22 @@ TEST(TextFinding, lines_end_at_the_gaps_of_columns_and_not_at_those_of_words_and
     EXPECT_EQ(Found(code).letters(), (Counts{{11}})) << "\"=\" stands there";
 }
 
+TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
+    const auto words = [](Sheet& sheet, const std::vector<int>& places) {
+        for (const int x : places)
+            sheet.type({x, 10}, 1, 15)
+                .type({x + 11, 19}, 1, 6)
+                .type({x + 16, 19}, 1, 6)
+                .type({x + 21, 10}, 1, 15);
+    };
+    Sheet menu(420, 40);
+    words(menu, {10, 47, 98, 135, 186, 223});
+    EXPECT_EQ(Found(menu).letters(), (Counts{{8}, {8}, {8}}));
+    Sheet sentence(420, 40);
+    words(sentence, {10, 47, 84, 121, 158, 195, 246});
+    EXPECT_EQ(Found(sentence).letters(), (Counts{{28}}));
+}
+
 TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_part_of_it) {
     for (const auto& wave : {std::array{0, 0, 0, 0}, std::array{0, 1, 2, 1}}) {
         Sheet sheet(300, 90);
