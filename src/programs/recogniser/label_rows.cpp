@@ -4,6 +4,8 @@
 #include <cmath>
 #include <iterator>
 
+#include "programs/recogniser/boxes.h"
+
 namespace tralio {
 namespace {
 
@@ -13,9 +15,11 @@ bool isOfOnePitch(const TextLine& line) {
     std::vector<double> steps;
     for (size_t i = 1; i < line.letters.size(); ++i)
         steps.push_back(QRectF(line.letters[i]).center().x() - QRectF(line.letters[i - 1]).center().x());
-    const auto middle = steps.begin() + std::ssize(steps) / 2;
-    std::ranges::nth_element(steps, middle);
-    const double pitch = std::max(1.0, *middle);
+    const auto quarter = steps.begin() + std::ssize(steps) / 4;
+    std::ranges::nth_element(steps, quarter);
+    const double pitch = std::max(1.0, *quarter);
+    std::erase_if(
+        steps, [pitch](double step) { return step > 3 * pitch; });
     const auto isEven = [pitch](double step) {
         return std::abs(step / pitch - std::round(step / pitch)) <= 0.15;
     };
@@ -39,11 +43,13 @@ std::vector<int> labelEnds(const TextLine& line) {
         int after;
     };
     std::vector<Gap> gaps;
-    int right = marks.front().right();
+    QRect last = marks.front();
     for (const QRect& mark : marks) {
-        if (const int width = mark.left() - right - 1; width >= leastBlank * height)
-            gaps.push_back({width, right});
-        right = std::max(right, mark.right());
+        const int width = horizontalGap(last, mark);
+        // What follows a comma or a full stop is no label.
+        if (width >= leastBlank * height && last.top() <= line.box.center().y())
+            gaps.push_back({width, last.right()});
+        last = width > 0 ? mark : last | mark;
     }
     std::ranges::sort(gaps, {}, &Gap::width);
     const auto blank = std::ranges::adjacent_find(gaps, [&](const Gap& a, const Gap& b) {
