@@ -159,6 +159,11 @@ void joinParts(std::vector<TextLine>& lines) {
     std::erase_if(lines, [](const TextLine& line) { return line.letters.empty(); });
 }
 
+/// How far from the end of a line small marks may be. In code, signs are further from "x" than that is high.
+int reachOf(const TextLine& line) {
+    return std::max(line.box.height(), line.letterHeight() * 3 / 2);
+}
+
 /// How far a small mark is from a line that it may belong to.
 std::optional<int> distance(const MarkShape& dot, const TextLine& line) {
     if (!isOfOneLayer(line, dot))
@@ -167,7 +172,7 @@ std::optional<int> distance(const MarkShape& dot, const TextLine& line) {
     const int above = std::max(0, line.box.top() - dot.box.bottom());
     const int below = std::max(0, dot.box.top() - line.box.bottom());
     const int gap = std::max(0, horizontalGap(dot.box, line.box));
-    if (above * 10 > height * 5 || below * 10 > height * 4 || gap > height)
+    if (above * 10 > height * 5 || below * 10 > height * 4 || gap > reachOf(line))
         return std::nullopt;
     return above + below + gap;
 }
@@ -175,7 +180,8 @@ std::optional<int> distance(const MarkShape& dot, const TextLine& line) {
 /// Where the dots of a line may be.
 QRect reachOfDots(const TextLine& line) {
     const int height = line.box.height();
-    return line.box.adjusted(-height - 2, -height / 2 - 2, height + 2, height * 4 / 10 + 2);
+    const int beside = reachOf(line) + 2;
+    return line.box.adjusted(-beside, -height / 2 - 2, beside, height * 4 / 10 + 2);
 }
 
 /// Large dots and commas are as high as small letters: those that stand alone, beside a line of something

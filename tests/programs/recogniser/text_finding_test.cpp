@@ -149,6 +149,11 @@ TEST(TextFinding, lines_end_at_the_gaps_of_columns_and_not_at_those_of_words_and
     EXPECT_EQ(Found(code).letters(), (Counts{{5}, {6}}));
     code.fill({64, 12, 7, 2}, Qt::black).fill({64, 17, 7, 2}, Qt::black);
     EXPECT_EQ(Found(code).letters(), (Counts{{11}})) << "\"=\" stands there";
+
+    Sheet wide(300, 40);
+    wide.type({10, 10}, 1, 12).fill({34, 12, 8, 2}, Qt::black).fill({34, 18, 8, 2}, Qt::black);
+    EXPECT_EQ(Found(wide.type({58, 10}, 1, 12)).letters(), (Counts{{2}}))
+        << "and is further from low letters";
 }
 
 TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
