@@ -246,7 +246,8 @@ void BlockReader::tryOtherPictures() {
         Look other = look(m_best.engine, kind);
         if (other.confidence > m_best.confidence) {
             addLinesNotIn(other);
-            m_best = std::move(other);
+            if (other.reading.isAsLongAs(m_best.reading))
+                m_best = std::move(other);
         }
         if (m_best.confidence >= pictureFoundAt)
             return;
@@ -287,7 +288,7 @@ bool BlockReader::isCertain() const {
 }
 
 void BlockReader::keepIfBetter(Look other, double margin) {
-    if (other.confidence > m_best.confidence + margin)
+    if (other.confidence > m_best.confidence + margin && other.reading.isAsLongAs(m_best.reading))
         m_best = std::move(other);
 }
 

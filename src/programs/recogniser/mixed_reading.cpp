@@ -136,6 +136,7 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
     Reading best;
     for (Group& group : groups) {
         const bool secondIsBetter = (group.first.lines.empty() || isOfOtherScript(group.second)) &&
+            group.second.isAsLongAs(group.first) &&
             group.second.confidence() >= group.first.confidence() + margin;
         std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
         best.lines.insert(

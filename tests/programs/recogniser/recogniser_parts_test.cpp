@@ -74,11 +74,14 @@ TEST(Reading, of_two_engines_each_line_is_the_better_ones) {
         << "a line with one letter of another script is no line of that script";
 
     // One of them took two lines for one; it is the two or the one, never all three.
-    Reading merged{{line(u"両方"_s, 70, 0)}};
+    const QString both = u"両方をまとめて"_s;
+    Reading merged{{line(both, 70, 0)}};
     merged.lines[0].box.setHeight(50);
     EXPECT_THAT(texts(bestLines(merged, japanese, 3)), ElementsAre(u"新しい"_s, u"RighT-cIick"_s));
     merged.lines[0].words[0].confidence = 99;
-    EXPECT_THAT(texts(bestLines(japanese, merged, 2)), ElementsAre(u"両方"_s));
+    EXPECT_THAT(texts(bestLines(japanese, merged, 2)), ElementsAre(both));
+    EXPECT_THAT(texts(bestLines(merged, {{line(u"方"_s, 100)}}, 0)), ElementsAre(both))
+        << "one sign is no line";
     EXPECT_THAT(texts(bestLines(Reading(), latin, 3)), ElementsAre(u"HUIN=>2"_s, u"Right-click"_s));
 }
 
