@@ -85,19 +85,20 @@ void replaceBeneath(ReadLine& line, const ReadWord& word) {
     line.words.erase(std::next(first), last);
 }
 
-/// What two engines read alike is as sure as the surer of them is.
+/// What two engines read alike is text. Another look at it may still show more.
 void confirm(Reading& reading, const Reading& other) {
+    constexpr double enough = 60;
     const auto signsOf = [](const Reading& lines) {
         QString signs;
         for (const ReadLine& line : lines.lines)
             signs += line.text().remove(u' ');
         return signs;
     };
-    if (signsOf(reading) != signsOf(other))
+    if (reading.confidence() >= enough || other.confidence() < enough || signsOf(reading) != signsOf(other))
         return;
     for (ReadLine& line : reading.lines)
         for (ReadWord& word : line.words)
-            word.confidence = std::max(word.confidence, other.confidence());
+            word.confidence = std::max(word.confidence, enough);
 }
 
 }  // namespace
