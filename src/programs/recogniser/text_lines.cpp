@@ -7,6 +7,7 @@
 
 #include "programs/recogniser/boxes.h"
 #include "programs/recogniser/label_rows.h"
+#include "programs/recogniser/leaders.h"
 #include "programs/recogniser/place_index.h"
 
 namespace tralio {
@@ -245,6 +246,16 @@ void addDots(std::vector<TextLine>& lines, std::vector<MarkShape> dots) {
     }
 }
 
+/// To lines that they lead to or away from.
+void addLeaders(std::vector<TextLine>& lines, const std::vector<std::vector<MarkShape>>& leaders) {
+    for (const std::vector<MarkShape>& row : leaders)
+        for (TextLine& line : lines)
+            if (std::ranges::any_of(
+                    row, [&](const MarkShape& dot) { return distance(dot, line).has_value(); }))
+                for (const MarkShape& dot : row)
+                    line.unread.push_back(dot.box);
+}
+
 }  // namespace
 
 int TextLine::letterHeight() const {
@@ -264,12 +275,14 @@ std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int un
     std::vector<MarkShape> dots;
     for (const MarkShape& shape : shapes)
         (shape.box.height() >= leastLetterHeight * unit ? letters : dots).push_back(shape);
+    const std::vector<std::vector<MarkShape>> leaders = takeLeaders(dots);
     std::vector<TextLine> lines = chain(std::move(letters));
     joinParts(lines);
     moveStrayDots(lines, dots);
     addDots(lines, std::move(dots));
     joinParts(lines);  // what signs like "=" stand between is no gap
     cutLabelRows(lines);
+    addLeaders(lines, leaders);
     return lines;
 }
 

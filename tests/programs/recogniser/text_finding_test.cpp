@@ -172,6 +172,22 @@ TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
     EXPECT_EQ(Found(sentence).letters(), (Counts{{28}}));
 }
 
+TEST(TextFinding, dots_that_lead_to_a_number_are_shown_to_no_engine) {
+    Sheet contents(300, 40);
+    contents.type({10, 10}, 5, 12).type({178, 10}, 1, 12).fill({70, 20, 2, 2}, Qt::black);
+    for (int x = 77; x < 174; x += 5)
+        contents.fill({x, 20, 2, 2}, Qt::black);
+    const Found found(contents);
+    EXPECT_EQ(found.letters(), (Counts{{5}, {1}}));
+    const BlockPainter painter(found.marks, found.shapes, found.blocks);
+    const BlockPicture picture = painter.paint(found.blocks[1], found.blocks[1].kind);
+    const quint8* row = picture.plane.row(qRound((21 - picture.origin.y()) * picture.scale));
+    EXPECT_EQ(std::count_if(row, row + qRound((176 - picture.origin.x()) * picture.scale),
+                  [](quint8 ink) { return ink < 200; }),
+        0);
+    ASSERT_EQ(found.lines[0].dots.size() + found.lines[1].dots.size(), 1U) << "a full stop is read";
+}
+
 TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_part_of_it) {
     for (const auto& wave : {std::array{0, 0, 0, 0}, std::array{0, 1, 2, 1}}) {
         Sheet sheet(300, 90);
