@@ -7,6 +7,7 @@
 
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
+#include "programs/recogniser/underscores.h"
 
 namespace tralio {
 namespace {
@@ -109,6 +110,7 @@ Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) cons
         for (ReadWord& word : line.words)
             word.box = part.inImage(word.box);
     }
+    restoreUnderscores(reading, m_block->lines);
     return reading;
 }
 

@@ -4,6 +4,7 @@
 #include "programs/recogniser/mixed_reading.h"
 #include "programs/recogniser/resample.h"
 #include "programs/recogniser/text_blocks.h"
+#include "programs/recogniser/underscores.h"
 #include "programs/recogniser/window_median.h"
 #include "support/testing.h"
 
@@ -185,6 +186,19 @@ TEST(Reading, tells_dots_from_dashes_drops_the_remains_of_frames_and_icons_and_k
     for (const auto& [first, second] : joined)
         EXPECT_THAT(texts(row({{first, 90, 0}, {second, 90, 1}})),
             ElementsAre(first == u"。" ? first + second : first + u' ' + second));
+}
+
+TEST(Reading, words_have_the_underscores_between_them_and_only_those) {
+    const auto word = [](const QString& text, double left, double right) {
+        return ReadWord{text, 90, 1, {}, QRectF(left, 10, right - left, 10)};
+    };
+    Reading code = row({word(u"max"_s, 0, 28), word(u"user_"_s, 40, 78), word(u"id"_s, 79, 100),
+        word(u"row"_s, 112, 140), word(u"id"_s, 152, 170)});
+    code.lines[0].box = QRectF(0, 5, 180, 18);
+    TextLine line{QRect(0, 5, 180, 18), 0, false, {}, 0, std::vector(8, QRect(0, 11, 8, 9)),
+        {QRect(29, 21, 10, 1), QRect(68, 21, 10, 1), QRect(101, 15, 10, 1), QRect(142, 21, 2, 2)}};
+    restoreUnderscores(code, {line});
+    EXPECT_THAT(texts(code), ElementsAre(u"max_user_id row id"_s));
 }
 
 TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {

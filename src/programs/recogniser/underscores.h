@@ -1,0 +1,11 @@
+#pragma once
+
+#include "programs/recogniser/reading.h"
+#include "programs/recogniser/text_lines.h"
+
+namespace tralio {
+
+/// Joins words of which engines saw a blank where "_" stands. Boxes are in pixels of the image.
+void restoreUnderscores(Reading& reading, const std::vector<TextLine>& lines);
+
+}  // namespace tralio
