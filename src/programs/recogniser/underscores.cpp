@@ -3,27 +3,25 @@
 #include <algorithm>
 #include <iterator>
 
+#include "programs/recogniser/boxes.h"
+
 namespace tralio {
 namespace {
 
-/// The foot that most letters stand on.
-int baseOf(const TextLine& line) {
-    std::vector<int> feet;
-    for (const QRect& letter : line.letters)
-        feet.push_back(letter.bottom());
-    const auto middle = feet.begin() + std::ssize(feet) / 2;
-    std::ranges::nth_element(feet, middle);
-    return *middle;
-}
-
 std::vector<QRectF> underscoresOf(const TextLine& line) {
     std::vector<QRectF> underscores;
-    const int base = baseOf(line);
+    const int base = footOf(line.letters);
     for (const QRect& dot : line.dots)
         if (dot.top() > base && dot.width() >= 4 * dot.height() &&
             dot.width() * 10 <= line.letterHeight() * 16)
             underscores.emplace_back(dot);
     return underscores;
+}
+
+/// East Asian letters have strokes like it.
+bool mayBeCode(const ReadWord& word, const ReadWord& next) {
+    constexpr QChar firstEastAsian = u'\u1100';
+    return word.text.back() < firstEastAsian && next.text.front() < firstEastAsian;
 }
 
 bool isBetween(const QRectF& mark, const ReadWord& word, const ReadWord& next, double room) {
@@ -45,12 +43,15 @@ void join(ReadWord& word, const ReadWord& next) {
 void restoreUnderscores(Reading& reading, const std::vector<TextLine>& lines) {
     for (ReadLine& read : reading.lines) {
         for (const TextLine& line : lines) {
-            const std::vector<QRectF> underscores =
-                shareHeight(read.box, line.box) ? underscoresOf(line) : std::vector<QRectF>();
+            const std::vector<QRectF> underscores = !line.isShaded && shareHeight(read.box, line.box)
+                ? underscoresOf(line)
+                : std::vector<QRectF>();
             const double room = line.letterHeight() / 2.0;
             for (const QRectF& mark : underscores) {
-                const auto word = std::ranges::adjacent_find(read.words,
-                    [&](const ReadWord& a, const ReadWord& b) { return isBetween(mark, a, b, room); });
+                const auto word =
+                    std::ranges::adjacent_find(read.words, [&](const ReadWord& a, const ReadWord& b) {
+                        return isBetween(mark, a, b, room) && mayBeCode(a, b);
+                    });
                 if (word == read.words.end())
                     continue;
                 join(*word, *std::next(word));

@@ -199,6 +199,15 @@ TEST(Reading, words_have_the_underscores_between_them_and_only_those) {
         {QRect(29, 21, 10, 1), QRect(68, 21, 10, 1), QRect(101, 15, 10, 1), QRect(142, 21, 2, 2)}};
     restoreUnderscores(code, {line});
     EXPECT_THAT(texts(code), ElementsAre(u"max_user_id row id"_s));
+    Reading korean = row({word(u"이름"_s, 0, 28), word(u"로"_s, 40, 50)});
+    korean.lines[0].box = line.box;
+    restoreUnderscores(korean, {line});
+    EXPECT_THAT(texts(korean), ElementsAre(u"이름 로"_s)) << "that is a stroke";
+    Reading photograph = row({word(u"max"_s, 0, 28), word(u"user"_s, 40, 78)});
+    photograph.lines[0].box = line.box;
+    line.isShaded = true;
+    restoreUnderscores(photograph, {line});
+    EXPECT_THAT(texts(photograph), ElementsAre(u"max user"_s));
 }
 
 TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {
