@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "programs/recogniser/boxes.h"
+#include "programs/recogniser/bullets.h"
 #include "programs/recogniser/label_rows.h"
 #include "programs/recogniser/leaders.h"
 #include "programs/recogniser/place_index.h"
@@ -283,6 +284,9 @@ std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int un
     joinParts(lines);  // what signs like "=" stand between is no gap
     cutLabelRows(lines);
     addLeaders(lines, leaders);
+    for (TextLine& line : lines)
+        if (!line.isShaded)
+            setBulletAside(line);
     return lines;
 }
 
