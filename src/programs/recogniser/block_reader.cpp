@@ -7,6 +7,7 @@
 
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
+#include "programs/recogniser/underscores.h"
 
 namespace tralio {
 namespace {
@@ -109,6 +110,7 @@ Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) cons
         for (ReadWord& word : line.words)
             word.box = part.inImage(word.box);
     }
+    restoreUnderscores(reading, m_block->lines);
     return reading;
 }
 
@@ -261,7 +263,8 @@ void BlockReader::tryOtherPictures() {
         m_vain.add(way, before, other.confidence > before);
         if (other.confidence > m_best.confidence) {
             addLinesNotIn(other);
-            m_best = std::move(other);
+            if (other.reading.isAsLongAs(m_best.reading))
+                m_best = std::move(other);
         }
         if (m_best.confidence >= pictureFoundAt)
             return;
@@ -302,7 +305,7 @@ bool BlockReader::isCertain() const {
 }
 
 void BlockReader::keepIfBetter(Look other, double margin) {
-    if (other.confidence > m_best.confidence + margin)
+    if (other.confidence > m_best.confidence + margin && other.reading.isAsLongAs(m_best.reading))
         m_best = std::move(other);
 }
 

@@ -3,6 +3,7 @@
 #include <QRect>
 
 #include <algorithm>
+#include <vector>
 
 namespace tralio {
 
@@ -19,6 +20,13 @@ inline bool shareRow(const QRect& a, const QRect& b) {
 /// The columns of pixels between two boxes; negative for those that both have.
 inline int horizontalGap(const QRect& a, const QRect& b) {
     return std::max(a.left(), b.left()) - std::min(a.right(), b.right()) - 1;
+}
+
+/// The lower edge that most letters have.
+inline int footOf(std::vector<QRect> letters) {
+    const auto middle = letters.begin() + std::ssize(letters) / 2;
+    std::ranges::nth_element(letters, middle, {}, [](const QRect& letter) { return letter.bottom(); });
+    return middle->bottom();
 }
 
 }  // namespace tralio

@@ -18,12 +18,20 @@ bool isPlainly(const ReadWord& word, ScriptKind script) {
     return script == ScriptKind::latin ? latin >= fewestLatin && others == 0 : others > 0 && latin == 0;
 }
 
+/// Letters of another script that Latin ones are taken for.
+constexpr QStringView lookAlikes = u"АБВЕЗКМНОРСТУХЬЅІЈагезиопрсухьѕіј";
+/// The same where they are not read well: "name" becomes "пате".
+constexpr QStringView poorLookAlikes = u"ГПДИЛЯбвдклмтя";
+constexpr double well = 92;
+
 /// Whether what it has of another script than Latin are just letters that Latin ones look like.
-bool mayBeLatin(const QString& text) {
-    constexpr QStringView lookAlikes = u"АВЕЗКМНОРСТУХЅІЈагезиопрсухѕіј";
-    return std::ranges::all_of(text, [&](QChar c) {
-        return !c.isLetter() || c.script() == QChar::Script_Latin || lookAlikes.contains(c);
-    });
+bool mayBeLatin(const QString& text, double confidence) {
+    return std::ranges::all_of(
+        text,
+        [&](QChar c) {
+            return !c.isLetter() || c.script() == QChar::Script_Latin || lookAlikes.contains(c) ||
+                (confidence < well && poorLookAlikes.contains(c));
+        });
 }
 
 /// Whether it may as well be code, a price or a look-alike that an engine without Latin letters makes do
@@ -32,7 +40,7 @@ bool isDoubtful(const ReadWord& word) {
     const auto isNoPartOfWord = [](QChar c) {
         return c.isDigit() || c.isSymbol() || c.category() == QChar::Punctuation_Connector || c == u'\\';
     };
-    return mayBeLatin(word.text) || std::ranges::any_of(word.text, isNoPartOfWord);
+    return mayBeLatin(word.text, word.confidence) || std::ranges::any_of(word.text, isNoPartOfWord);
 }
 
 /// Whether lines are in another script: beside Latin letters, with some that are beyond doubt.
@@ -42,7 +50,8 @@ bool isOfOtherScript(const Reading& reading) {
     bool isMixed = false;
     for (const ReadLine& line : reading.lines) {
         const auto isLatin = [](QChar c) { return c.script() == QChar::Script_Latin; };
-        isMixed = isMixed || mayBeLatin(line.text()) || std::ranges::any_of(line.text(), isLatin);
+        isMixed = isMixed || mayBeLatin(line.text(), line.confidence()) ||
+            std::ranges::any_of(line.text(), isLatin);
         for (const ReadWord& word : line.words)
             if (isPlainly(word, ScriptKind::other) && !isDoubtful(word))
                 sure += std::ranges::count_if(word.text, [](QChar c) { return c.isLetter(); });
@@ -74,6 +83,22 @@ void replaceBeneath(ReadLine& line, const ReadWord& word) {
     *first = word;
     first->blanksBefore = blanks;
     line.words.erase(std::next(first), last);
+}
+
+/// What two engines read alike is text. Another look at it may still show more.
+void confirm(Reading& reading, const Reading& other) {
+    constexpr double enough = 60;
+    const auto signsOf = [](const Reading& lines) {
+        QString signs;
+        for (const ReadLine& line : lines.lines)
+            signs += line.text().remove(u' ');
+        return signs;
+    };
+    if (reading.confidence() >= enough || other.confidence() < enough || signsOf(reading) != signsOf(other))
+        return;
+    for (ReadLine& line : reading.lines)
+        for (ReadWord& word : line.words)
+            word.confidence = std::max(word.confidence, enough);
 }
 
 }  // namespace
@@ -136,7 +161,10 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
     Reading best;
     for (Group& group : groups) {
         const bool secondIsBetter = (group.first.lines.empty() || isOfOtherScript(group.second)) &&
+            group.second.isAsLongAs(group.first) &&
             group.second.confidence() >= group.first.confidence() + margin;
+        if (!secondIsBetter)
+            confirm(group.first, group.second);
         std::vector<ReadLine>& lines = secondIsBetter ? group.second.lines : group.first.lines;
         best.lines.insert(
             best.lines.end(), std::move_iterator(lines.begin()), std::move_iterator(lines.end()));

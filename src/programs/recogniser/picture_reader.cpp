@@ -129,6 +129,7 @@ public:
         readEvery(2, alone, m_blocks.size(), reader, budget, linesRead);
         while (!isDone.try_acquire_for(std::chrono::milliseconds(200)))
             linesRead(m_linesRead);
+        linesRead(m_linesRead);
         return std::move(m_readings);
     }
 

@@ -34,6 +34,16 @@ struct Weighing {
     [[nodiscard]] double mean() const { return weight > 0 ? sum / weight : 0; }
 };
 
+/// How much room its letters and digits take. Those of East Asia are as wide as two.
+qsizetype extentOf(const Reading& reading) {
+    constexpr QChar firstWide = u'\u1100';
+    qsizetype extent = 0;
+    for (const ReadLine& line : reading.lines)
+        for (const QChar c : line.text())
+            extent += !c.isLetterOrNumber() ? 0 : c >= firstWide ? 2 : 1;
+    return extent;
+}
+
 bool isPunctuation(const QString& text) {
     return std::none_of(
         text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber() || c.isSurrogate(); });
@@ -157,6 +167,10 @@ double Reading::weakestLine() const {
         if (line.box.width() >= leastShape * line.box.height())
             weakest = std::min(weakest, line.confidence());
     return weakest;
+}
+
+bool Reading::isAsLongAs(const Reading& other) const {
+    return extentOf(*this) * 10 >= extentOf(other) * 6;
 }
 
 bool Reading::isBrokenRow() const {

@@ -37,6 +37,10 @@ struct Reading {
     /// The confidence of the line that reads worst, of those long enough to judge; 0 without any text.
     [[nodiscard]] double weakestLine() const;
 
+    /// Whether it has most of the letters and digits that another reading of the same lines has. One sign is
+    /// easily read with more confidence than a line.
+    [[nodiscard]] bool isAsLongAs(const Reading& other) const;
+
     /// Whether several lines stand beside one another, and nothing above or below them.
     [[nodiscard]] bool isBrokenRow() const;
 

@@ -199,6 +199,9 @@ BlockPicture BlockPainter::paint(const TextBlock& block, TextMarks::Kind kind) c
                     [&](const QRect& letter) { return letter.intersects(box); });
         });
     };
+    for (const TextLine& line : block.lines)
+        for (const QRect& box : line.unread)
+            wipe(box);
     for (const TextBlock& other : m_blocks) {
         if (&other == &block || !other.box.adjusted(-rim, -rim, rim, rim).intersects(frame))
             continue;

@@ -6,6 +6,9 @@
 #include <utility>
 
 #include "programs/recogniser/boxes.h"
+#include "programs/recogniser/bullets.h"
+#include "programs/recogniser/label_rows.h"
+#include "programs/recogniser/leaders.h"
 #include "programs/recogniser/place_index.h"
 
 namespace tralio {
@@ -158,6 +161,11 @@ void joinParts(std::vector<TextLine>& lines) {
     std::erase_if(lines, [](const TextLine& line) { return line.letters.empty(); });
 }
 
+/// How far from the end of a line small marks may be. In code, signs are further from "x" than that is high.
+int reachOf(const TextLine& line) {
+    return std::max(line.box.height(), line.letterHeight() * 3 / 2);
+}
+
 /// How far a small mark is from a line that it may belong to.
 std::optional<int> distance(const MarkShape& dot, const TextLine& line) {
     if (!isOfOneLayer(line, dot))
@@ -166,7 +174,7 @@ std::optional<int> distance(const MarkShape& dot, const TextLine& line) {
     const int above = std::max(0, line.box.top() - dot.box.bottom());
     const int below = std::max(0, dot.box.top() - line.box.bottom());
     const int gap = std::max(0, horizontalGap(dot.box, line.box));
-    if (above * 10 > height * 5 || below * 10 > height * 4 || gap > height)
+    if (above * 10 > height * 5 || below * 10 > height * 4 || gap > reachOf(line))
         return std::nullopt;
     return above + below + gap;
 }
@@ -174,7 +182,8 @@ std::optional<int> distance(const MarkShape& dot, const TextLine& line) {
 /// Where the dots of a line may be.
 QRect reachOfDots(const TextLine& line) {
     const int height = line.box.height();
-    return line.box.adjusted(-height - 2, -height / 2 - 2, height + 2, height * 4 / 10 + 2);
+    const int beside = reachOf(line) + 2;
+    return line.box.adjusted(-beside, -height / 2 - 2, beside, height * 4 / 10 + 2);
 }
 
 /// Large dots and commas are as high as small letters: those that stand alone, beside a line of something
@@ -238,6 +247,16 @@ void addDots(std::vector<TextLine>& lines, std::vector<MarkShape> dots) {
     }
 }
 
+/// To lines that they lead to or away from.
+void addLeaders(std::vector<TextLine>& lines, const std::vector<std::vector<MarkShape>>& leaders) {
+    for (const std::vector<MarkShape>& row : leaders)
+        for (TextLine& line : lines)
+            if (std::ranges::any_of(
+                    row, [&](const MarkShape& dot) { return distance(dot, line).has_value(); }))
+                for (const MarkShape& dot : row)
+                    line.unread.push_back(dot.box);
+}
+
 }  // namespace
 
 int TextLine::letterHeight() const {
@@ -257,11 +276,17 @@ std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int un
     std::vector<MarkShape> dots;
     for (const MarkShape& shape : shapes)
         (shape.box.height() >= leastLetterHeight * unit ? letters : dots).push_back(shape);
+    const std::vector<std::vector<MarkShape>> leaders = takeLeaders(dots);
     std::vector<TextLine> lines = chain(std::move(letters));
     joinParts(lines);
     moveStrayDots(lines, dots);
     addDots(lines, std::move(dots));
     joinParts(lines);  // what signs like "=" stand between is no gap
+    cutLabelRows(lines);
+    addLeaders(lines, leaders);
+    for (TextLine& line : lines)
+        if (!line.isShaded)
+            setBulletAside(line);
     return lines;
 }
 

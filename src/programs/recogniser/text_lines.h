@@ -14,8 +14,9 @@ struct TextLine {
     bool isShaded = false;
     TextMarks::Kind kind = TextMarks::Kind::difference;
     QRgb colour = 0;
-    std::vector<QRect> letters;  ///< from left to right
-    std::vector<QRect> dots;     ///< what is too small for a letter
+    std::vector<QRect> letters;   ///< from left to right
+    std::vector<QRect> dots;      ///< what is too small for a letter
+    std::vector<QRect> unread{};  ///< what engines are not shown
 
     /// The usual height of its letters.
     [[nodiscard]] int letterHeight() const;

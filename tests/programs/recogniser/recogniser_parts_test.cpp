@@ -1,12 +1,11 @@
 #include <random>
 
-#include "programs/recogniser/labels.h"
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
 #include "programs/recogniser/repeated_lines.h"
 #include "programs/recogniser/resample.h"
-#include "programs/recogniser/rules.h"
 #include "programs/recogniser/text_blocks.h"
+#include "programs/recogniser/underscores.h"
 #include "programs/recogniser/window_median.h"
 #include "support/testing.h"
 
@@ -19,63 +18,6 @@ Plane noise(int width, int height) {
     for (quint8& pixel : plane.pixels())
         pixel = static_cast<quint8>(random());
     return plane;
-}
-
-/// Black boxes on white.
-Plane drawn(const std::vector<QRect>& boxes) {
-    Plane plane(120, 40, 255);
-    for (const QRect& box : boxes)
-        for (int y = box.top(); y <= box.bottom(); ++y)
-            std::fill_n(plane.row(y) + box.left(), box.width(), 0);
-    return plane;
-}
-
-/// The same, but for those that are rules.
-Plane lettersOf(const std::vector<QRect>& boxes) {
-    Plane plane = drawn(boxes);
-    const Labels marks = connect(
-        plane.width(), plane.height(), Neighbours::eight, [&](size_t i) { return plane.pixels()[i] == 0; },
-        [](size_t, size_t) { return true; });
-    const std::vector<bool> areRules = findRules(marks, extentsOf(marks), 1);
-    for (size_t i = 0; i < marks.of.size(); ++i)
-        if (marks.of[i] != Labels::none && areRules[static_cast<size_t>(marks.of[i])])
-            plane.pixels()[i] = 255;
-    return plane;
-}
-
-TEST(Rules, are_told_from_letters) {
-    const QRect letter(30, 12, 8, 14);
-    const QRect stem(50, 8, 2, 18);
-    const QRect dash(60, 18, 20, 2);
-    const std::pair<const char*, std::vector<QRect>> cases[] = {
-        {"an underline", {{10, 34, 90, 2}}},
-        {"a thin frame", {{4, 3, 112, 1}, {4, 3, 1, 33}, {4, 35, 112, 1}, {115, 3, 1, 33}}},
-        {"a table's grid",
-            {{4, 3, 112, 1}, {4, 28, 112, 1}, {4, 32, 112, 1}, {4, 35, 112, 1}, {4, 3, 1, 33}, {26, 3, 1, 33},
-                {84, 3, 1, 33}, {90, 3, 1, 33}, {100, 3, 1, 33}, {115, 3, 1, 33}}},
-        {"what lies beside a button", {{0, 0, 9, 40}}},
-        {"what lies around a button's corner", {{100, 0, 20, 40}, {20, 0, 100, 4}}},
-        {"a caret from top to bottom", {{90, 0, 1, 40}}},
-        {"a caret after the text", {{85, 5, 1, 26}}},
-        {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
-        {"a rounded frame",
-            {{40, 3, 36, 1}, {22, 4, 18, 1}, {76, 4, 18, 1}, {21, 5, 1, 26}, {94, 5, 1, 26}, {22, 31, 18, 1},
-                {76, 31, 18, 1}, {40, 32, 36, 1}}},
-    };
-    for (auto [what, boxes] : cases) {
-        boxes.insert(boxes.end(), {letter, stem, dash});
-        EXPECT_EQ(lettersOf(boxes), drawn({letter, stem, dash})) << what;
-    }
-    const std::vector<QRect> cutLetters{{0, 0, 2, 14}, {5, 4, 8, 10}, {30, 0, 8, 14}, {60, 30, 8, 10}};
-    const std::vector<QRect> barsAmongLetters{letter, {42, 6, 2, 24}, stem, {90, 8, 2, 18}};
-    const std::vector<QRect> lightHeadline{{5, 2, 3, 34}, {5, 34, 41, 3},  // "LO"
-        {70, 2, 16, 2}, {62, 4, 8, 2}, {86, 4, 8, 2}, {60, 6, 2, 28}, {94, 6, 2, 28}, {62, 34, 8, 2},
-        {86, 34, 8, 2}, {70, 36, 16, 2}};
-    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters, lightHeadline})
-        EXPECT_EQ(lettersOf(letters), drawn(letters));
-
-    const Labels mark{1, 1, {0}, 1};
-    EXPECT_TRUE(findRules(mark, {{QRect(5, 5, 7990, 7990), 4 * 7990}}, 1)[0]) << "a frame in a huge picture";
 }
 
 TEST(WindowMedian, is_the_middle_value_of_the_window_as_far_as_the_picture_goes) {
@@ -144,17 +86,20 @@ TEST(Reading, of_two_engines_each_line_is_the_better_ones) {
         << "a line with one letter of another script is no line of that script";
 
     // One of them took two lines for one; it is the two or the one, never all three.
-    Reading merged{{line(u"両方"_s, 70, 0)}};
+    const QString both = u"両方をまとめて"_s;
+    Reading merged{{line(both, 70, 0)}};
     merged.lines[0].box.setHeight(50);
     EXPECT_THAT(texts(bestLines(merged, japanese, 3)), ElementsAre(u"新しい"_s, u"RighT-cIick"_s));
     merged.lines[0].words[0].confidence = 99;
-    EXPECT_THAT(texts(bestLines(japanese, merged, 2)), ElementsAre(u"両方"_s));
+    EXPECT_THAT(texts(bestLines(japanese, merged, 2)), ElementsAre(both));
+    EXPECT_THAT(texts(bestLines(merged, {{line(u"方"_s, 100)}}, 0)), ElementsAre(both))
+        << "one sign is no line";
     EXPECT_THAT(texts(bestLines(Reading(), latin, 3)), ElementsAre(u"HUIN=>2"_s, u"Right-click"_s));
 }
 
 TEST(Reading, code_prices_and_look_alikes_are_in_no_other_script) {
     const std::pair<QString, bool> cases[] = {{u"изег$"_s, false}, {u"зе1Е"_s, false}, {u"уа\\ие"_s, false},
-        {u"ТНОТ"_s, false}, {u"Отмена"_s, true}, {u"开始"_s, true}};
+        {u"ТНОТ"_s, false}, {u"Отмена"_s, true}, {u"Да"_s, true}, {u"开始"_s, true}};
     for (const auto& [word, isTaken] : cases) {
         const QString latin = u"User"_s;
         const auto before = [&](const QString& text, double confidence) {
@@ -171,6 +116,9 @@ TEST(Reading, code_prices_and_look_alikes_are_in_no_other_script) {
         EXPECT_THAT(texts(line), ElementsAre(wanted));
     }
     EXPECT_THAT(texts(bestLines({{line(u"3B"_s, 60)}}, {{line(u"3月"_s, 70)}}, 3)), ElementsAre(u"3月"_s));
+    EXPECT_THAT(texts(bestLines({{line(u"name"_s, 79)}}, {{line(u"пате"_s, 88)}}, 3)), ElementsAre(u"name"_s))
+        << "Russian is read better";
+    EXPECT_EQ(bestLines({{line(u"4.2 MB"_s, 49)}}, {{line(u"4.2MB"_s, 93)}}, 3).confidence(), 60);
     EXPECT_THAT(
         texts(bestLines({{line(u"9.000a"_s, 60)}}, {{line(u"9.000а"_s, 70)}}, 3)), ElementsAre(u"9.000a"_s));
 }
@@ -249,6 +197,28 @@ TEST(Reading, tells_dots_from_dashes_drops_the_remains_of_frames_and_icons_and_k
     for (const auto& [first, second] : joined)
         EXPECT_THAT(texts(row({{first, 90, 0}, {second, 90, 1}})),
             ElementsAre(first == u"。" ? first + second : first + u' ' + second));
+}
+
+TEST(Reading, words_have_the_underscores_between_them_and_only_those) {
+    const auto word = [](const QString& text, double left, double right) {
+        return ReadWord{text, 90, 1, {}, QRectF(left, 10, right - left, 10)};
+    };
+    Reading code = row({word(u"max"_s, 0, 28), word(u"user_"_s, 40, 78), word(u"id"_s, 79, 100),
+        word(u"row"_s, 112, 140), word(u"id"_s, 152, 170)});
+    code.lines[0].box = QRectF(0, 5, 180, 18);
+    TextLine line{QRect(0, 5, 180, 18), 0, false, {}, 0, std::vector(8, QRect(0, 11, 8, 9)),
+        {QRect(29, 21, 10, 1), QRect(68, 21, 10, 1), QRect(101, 15, 10, 1), QRect(142, 21, 2, 2)}};
+    restoreUnderscores(code, {line});
+    EXPECT_THAT(texts(code), ElementsAre(u"max_user_id row id"_s));
+    Reading korean = row({word(u"이름"_s, 0, 28), word(u"로"_s, 40, 50)});
+    korean.lines[0].box = line.box;
+    restoreUnderscores(korean, {line});
+    EXPECT_THAT(texts(korean), ElementsAre(u"이름 로"_s)) << "that is a stroke";
+    Reading photograph = row({word(u"max"_s, 0, 28), word(u"user"_s, 40, 78)});
+    photograph.lines[0].box = line.box;
+    line.isShaded = true;
+    restoreUnderscores(photograph, {line});
+    EXPECT_THAT(texts(photograph), ElementsAre(u"max user"_s));
 }
 
 TEST(Reading, marks_are_counted_and_foreign_letters_told_from_vietnamese_ones) {

@@ -1,81 +1,11 @@
-#include <QPainter>
-
 #include <array>
-#include <random>
 
-#include "programs/recogniser/text_blocks.h"
+#include "programs/recogniser/sheet.h"
 #include "programs/recogniser/work_budget.h"
 #include "support/testing.h"
 
 namespace tralio {
 namespace {
-
-/// A picture on which boxes stand for letters, each with a hole like an "o".
-struct Sheet {
-    Sheet(int width, int height, QColor paper = Qt::white) : m_image(width, height, QImage::Format_RGB32) {
-        m_image.fill(paper);
-    }
-
-    Sheet& fill(const QRect& box, QColor colour) {
-        QPainter(&m_image).fillRect(box, colour);
-        return *this;
-    }
-
-    /// Letters of that height from there on, two thirds as wide, with a third between them.
-    Sheet& type(QPoint at, int count, int height, QColor ink = Qt::black) {
-        QPainter painter(&m_image);
-        const int stroke = std::max(1, height / 6);
-        for (int i = 0; i < count; ++i) {
-            const QRect box(at + QPoint(i * height, 0), QSize(height * 2 / 3, height));
-            const QRect hole = box.adjusted(stroke, stroke, -stroke, -stroke);
-            painter.setClipRegion(QRegion(box) - hole);
-            painter.fillRect(box, ink);
-        }
-        return *this;
-    }
-
-    /// Paper as a scanner sees it.
-    Sheet& addGrain(unsigned levels) {
-        std::mt19937 random(5);
-        for (int y = 0; y < m_image.height(); ++y)
-            for (int x = 0; x < m_image.width(); ++x)
-                m_image.setPixelColor(
-                    x, y, m_image.pixelColor(x, y).lighter(static_cast<int>(100 - random() % levels)));
-        return *this;
-    }
-
-    [[nodiscard]] const QImage& image() const { return m_image; }
-
-private:
-    QImage m_image;
-};
-
-/// What is found on a sheet.
-struct Found {
-    explicit Found(const Sheet& sheet)
-        : marks(sheet.image()),
-          shapes(findMarkShapes(marks)),
-          lines(findTextLines(shapes.shapes, marks.unit())),
-          blocks(groupIntoBlocks(lines)) {}
-
-    /// The numbers of letters of each block's lines.
-    [[nodiscard]] std::vector<std::vector<size_t>> letters() const {
-        std::vector<std::vector<size_t>> all;
-        for (const TextBlock& block : blocks) {
-            std::vector<size_t>& counts = all.emplace_back();
-            for (const TextLine& line : block.lines)
-                counts.push_back(line.letters.size());
-        }
-        return all;
-    }
-
-    TextMarks marks;
-    MarkShapes shapes;
-    std::vector<TextLine> lines;
-    std::vector<TextBlock> blocks;
-};
-
-using Counts = std::vector<std::vector<size_t>>;
 
 TEST(TextFinding, lines_end_at_the_gaps_of_columns_and_not_at_those_of_words_and_signs) {
     Sheet sheet(420, 120);
@@ -90,6 +20,54 @@ TEST(TextFinding, lines_end_at_the_gaps_of_columns_and_not_at_those_of_words_and
     EXPECT_EQ(Found(code).letters(), (Counts{{5}, {6}}));
     code.fill({64, 12, 7, 2}, Qt::black).fill({64, 17, 7, 2}, Qt::black);
     EXPECT_EQ(Found(code).letters(), (Counts{{11}})) << "\"=\" stands there";
+
+    Sheet wide(300, 40);
+    wide.type({10, 10}, 1, 12).fill({34, 12, 8, 2}, Qt::black).fill({34, 18, 8, 2}, Qt::black);
+    EXPECT_EQ(Found(wide.type({58, 10}, 1, 12)).letters(), (Counts{{2}}))
+        << "and is further from low letters";
+}
+
+TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
+    const auto words = [](Sheet& sheet, const std::vector<int>& places) {
+        for (const int x : places)
+            sheet.type({x, 10}, 1, 15)
+                .type({x + 11, 19}, 1, 6)
+                .type({x + 16, 19}, 1, 6)
+                .type({x + 21, 10}, 1, 15);
+    };
+    Sheet menu(420, 40);
+    words(menu, {10, 47, 98, 135, 186, 223});
+    EXPECT_EQ(Found(menu).letters(), (Counts{{8}, {8}, {8}}));
+    Sheet sentence(420, 40);
+    words(sentence, {10, 47, 84, 121, 158, 195, 246});
+    EXPECT_EQ(Found(sentence).letters(), (Counts{{28}}));
+}
+
+TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) {
+    for (const auto& [mark, isBullet] : {std::pair(QRect(10, 14, 5, 5), true), {QRect(10, 15, 3, 3), true},
+             {QRect(10, 16, 8, 2), false}, {QRect(10, 18, 4, 4), false}, {QRect(19, 14, 5, 5), false}}) {
+        Sheet list(300, 40);
+        const Found found(list.type({26, 10}, 8, 12).fill(mark, Qt::black));
+        ASSERT_EQ(found.lines.size(), 1U);
+        EXPECT_EQ(found.lines[0].unread.size(), isBullet ? 1U : 0U);
+        EXPECT_EQ(found.lines[0].box.left(), isBullet ? 26 : mark.left());
+    }
+}
+
+TEST(TextFinding, dots_that_lead_to_a_number_are_shown_to_no_engine) {
+    Sheet contents(300, 40);
+    contents.type({10, 10}, 5, 12).type({178, 10}, 1, 12).fill({70, 20, 2, 2}, Qt::black);
+    for (int x = 77; x < 174; x += 5)
+        contents.fill({x, 20, 2, 2}, Qt::black);
+    const Found found(contents);
+    EXPECT_EQ(found.letters(), (Counts{{5}, {1}}));
+    const BlockPainter painter(found.marks, found.shapes, found.blocks);
+    const BlockPicture picture = painter.paint(found.blocks[1], found.blocks[1].kind);
+    const quint8* row = picture.plane.row(qRound((21 - picture.origin.y()) * picture.scale));
+    EXPECT_EQ(std::count_if(row, row + qRound((176 - picture.origin.x()) * picture.scale),
+                  [](quint8 ink) { return ink < 200; }),
+        0);
+    ASSERT_EQ(found.lines[0].dots.size() + found.lines[1].dots.size(), 1U) << "a full stop is read";
 }
 
 TEST(TextFinding, letters_that_touch_a_line_or_a_squiggle_beneath_them_are_no_part_of_it) {

@@ -1,0 +1,100 @@
+#include "programs/recogniser/label_rows.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+#include "programs/recogniser/boxes.h"
+
+namespace tralio {
+namespace {
+
+/// Whether letters have one width, as in code. Columns of that are of any number of blanks, which engines
+/// count.
+bool isOfOnePitch(const TextLine& line) {
+    std::vector<double> steps;
+    for (size_t i = 1; i < line.letters.size(); ++i)
+        steps.push_back(QRectF(line.letters[i]).center().x() - QRectF(line.letters[i - 1]).center().x());
+    const auto quarter = steps.begin() + std::ssize(steps) / 4;
+    std::ranges::nth_element(steps, quarter);
+    const double pitch = std::max(1.0, *quarter);
+    std::erase_if(
+        steps, [pitch](double step) { return step > 3 * pitch; });
+    const auto isEven = [pitch](double step) {
+        return std::abs(step / pitch - std::round(step / pitch)) <= 0.15;
+    };
+    return std::ranges::count_if(steps, isEven) * 10 >= std::ssize(steps) * 8;
+}
+
+/// The right edges behind which a row of labels is to be cut. Engines take the gaps between labels for
+/// blanks, and join the words inside them; not so among the many blanks of a sentence.
+std::vector<int> labelEnds(const TextLine& line) {
+    constexpr double leastBlank = 0.2;  // of the line's height
+    constexpr double leastGap = 0.8;
+    constexpr double leastStep = 2.2;
+    constexpr std::ptrdiff_t mostBlanks = 4;  // for each gap between labels
+    constexpr size_t fewest = 8;
+    std::vector<QRect> marks = line.letters;
+    marks.insert(marks.end(), line.dots.begin(), line.dots.end());
+    std::ranges::sort(marks, {}, [](const QRect& mark) { return mark.left(); });
+    const int height = line.box.height();
+    struct Gap {
+        int width;
+        int after;
+    };
+    std::vector<Gap> gaps;
+    QRect last = marks.front();
+    for (const QRect& mark : marks) {
+        const int width = horizontalGap(last, mark);
+        // What follows a comma or a full stop is no label.
+        if (width >= leastBlank * height && last.top() <= line.box.center().y())
+            gaps.push_back({width, last.right()});
+        last = width > 0 ? mark : last | mark;
+    }
+    std::ranges::sort(gaps, {}, &Gap::width);
+    const auto blank = std::ranges::adjacent_find(gaps, [&](const Gap& a, const Gap& b) {
+        return b.width >= leastGap * height && b.width >= leastStep * a.width;
+    });
+    std::vector<int> ends;
+    if (blank == gaps.end())
+        return ends;
+    std::ranges::transform(std::next(blank), gaps.end(), std::back_inserter(ends), &Gap::after);
+    if (std::ssize(ends) * (mostBlanks + 1) < std::ssize(gaps) || line.letters.size() < fewest ||
+        isOfOnePitch(line))
+        return {};
+    std::ranges::sort(ends);
+    return ends;
+}
+
+std::vector<TextLine> labelsOf(const TextLine& row) {
+    const std::vector<int> ends = labelEnds(row);
+    const TextLine empty{{}, row.region, row.isShaded, row.kind, row.colour, {}, {}};
+    std::vector<TextLine> labels(ends.size() + 1, empty);
+    const auto add = [&](const QRect& mark, std::vector<QRect> TextLine::*place) {
+        TextLine& label =
+            labels[static_cast<size_t>(std::ranges::lower_bound(ends, mark.left()) - ends.begin())];
+        (label.*place).push_back(mark);
+        label.box |= mark & row.box;
+    };
+    for (const QRect& letter : row.letters)
+        add(letter, &TextLine::letters);
+    for (const QRect& dot : row.dots)
+        add(dot, &TextLine::dots);
+    const bool areLabels =
+        std::ranges::none_of(labels, [](const TextLine& label) { return label.letters.empty(); });
+    return areLabels ? labels : std::vector{row};
+}
+
+}  // namespace
+
+void cutLabelRows(std::vector<TextLine>& lines) {
+    std::vector<TextLine> all;
+    for (TextLine& line : lines)
+        if (line.isShaded)
+            all.push_back(std::move(line));
+        else
+            std::ranges::move(labelsOf(line), std::back_inserter(all));
+    lines = std::move(all);
+}
+
+}  // namespace tralio
