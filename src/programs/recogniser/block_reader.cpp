@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "programs/recogniser/is_text.h"
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
 #include "programs/recogniser/underscores.h"
@@ -25,7 +26,6 @@ constexpr double languageMargin = 4;
 constexpr double latinFrom = 55;
 constexpr double otherPictureBelow = 88;
 constexpr double pictureFoundAt = 91;
-constexpr double noTextBelow = 50;
 constexpr double balancedFrom = 0.6;
 
 constexpr QStringView vietnamesePack = u"vie";
@@ -42,31 +42,6 @@ QStringList present(const std::array<QStringView, count>& wanted, const QStringL
         if (packs.contains(pack))
             result += pack.toString();
     return result;
-}
-
-/// Photographs are full of shapes like letters: few of them must be read well to count.
-bool isTextOfPhotograph(const ReadLine& line) {
-    constexpr double sure = 80;
-    constexpr double verySure = 93;
-    constexpr qsizetype someLetters = 4;
-    constexpr qsizetype fewLetters = 2;
-    const QString text = line.text();
-    const auto letters =
-        std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
-    return letters * 10 >= text.size() * 6 &&
-        ((letters >= someLetters && line.confidence() >= sure) ||
-            (letters >= fewLetters && line.confidence() >= verySure));
-}
-
-bool isText(const ReadLine& line, const TextBlock& block) {
-    // In code a line of signs may be read ill but for a word.
-    const auto isSure = [](const ReadWord& word) {
-        constexpr double sure = 90;
-        return word.confidence >= sure &&
-            std::ranges::count_if(word.text, [](QChar c) { return c.isLetter(); }) >= 3;
-    };
-    return block.isShaded ? isTextOfPhotograph(line)
-                          : line.confidence() >= noTextBelow || std::ranges::any_of(line.words, isSure);
 }
 
 }  // namespace
@@ -162,7 +137,7 @@ Reading BlockReader::read(const TextBlock& block, Effort effort) {
     if (looksFurther)
         lookFurther();
     m_best.reading.dropDirt();
-    std::erase_if(m_best.reading.lines, [&](const ReadLine& line) { return !isText(line, block); });
+    std::erase_if(m_best.reading.lines, [&](const ReadLine& line) { return !isText(line, block.isShaded); });
     constexpr double worthIt = 3;
     if (looksFurther && (m_best.reading.lines.empty() || m_best.confidence < atFirst + worthIt))
         m_budget.addFruitless(m_furtherSince);
@@ -275,7 +250,7 @@ void BlockReader::addLinesNotIn(Look& other) const {
     std::vector<ReadLine>& lines = other.reading.lines;
     std::vector<ReadLine> missing;
     std::ranges::copy_if(m_best.reading.lines, std::back_inserter(missing), [&](const ReadLine& line) {
-        return isText(line, *m_block) && std::ranges::none_of(lines, [&](const ReadLine& seen) {
+        return isText(line, m_block->isShaded) && std::ranges::none_of(lines, [&](const ReadLine& seen) {
             return shareHeight(seen.box, line.box);
         });
     });

@@ -1,6 +1,7 @@
 #include "programs/recogniser/rules.h"
 
 #include "programs/recogniser/labels.h"
+#include "programs/recogniser/plane.h"
 #include "support/testing.h"
 
 namespace tralio {

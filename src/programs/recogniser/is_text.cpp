@@ -1,0 +1,37 @@
+#include "programs/recogniser/is_text.h"
+
+#include <algorithm>
+
+namespace tralio {
+namespace {
+
+constexpr double noTextBelow = 50;
+
+/// Photographs are full of shapes like letters: few of them must be read well to count.
+bool isTextOfPhotograph(const ReadLine& line) {
+    constexpr double sure = 80;
+    constexpr double verySure = 93;
+    constexpr qsizetype someLetters = 4;
+    constexpr qsizetype fewLetters = 2;
+    const QString text = line.text();
+    const auto letters =
+        std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
+    return letters * 10 >= text.size() * 6 &&
+        ((letters >= someLetters && line.confidence() >= sure) ||
+            (letters >= fewLetters && line.confidence() >= verySure));
+}
+
+}  // namespace
+
+bool isText(const ReadLine& line, bool isInPhotograph) {
+    // In code a line of signs may be read ill but for a word.
+    const auto isSure = [](const ReadWord& word) {
+        constexpr double sure = 90;
+        return word.confidence >= sure &&
+            std::ranges::count_if(word.text, [](QChar c) { return c.isLetter(); }) >= 3;
+    };
+    return isInPhotograph ? isTextOfPhotograph(line)
+                          : line.confidence() >= noTextBelow || std::ranges::any_of(line.words, isSure);
+}
+
+}  // namespace tralio
