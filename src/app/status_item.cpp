@@ -24,7 +24,7 @@ class TrayIcon final : public QIconEngine {
 public:
     QPixmap pixmap(const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
         constexpr QRectF bubble(2, 2.75, 20, 15.75);  // without its tail
-        const int side = std::min(size.width(), size.height());
+        const int side = std::max(1, std::min(size.width(), size.height()));
         QPixmap picture =
             iconOnPixels(u"character.bubble.fill"_s, color(ColorRole::accentIcon), side, bubble);
         QPainter painter(&picture);
@@ -34,8 +34,10 @@ public:
         return picture;
     }
     void paint(QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state) override {
-        const QPixmap picture = pixmap(area.size() * painter->device()->devicePixelRatioF(), mode, state);
-        painter->drawPixmap(area, picture);
+        QRect square(QPoint(), QSize(1, 1).scaled(area.size(), Qt::KeepAspectRatio));
+        square.moveCenter(area.center());
+        painter->drawPixmap(
+            square, pixmap(square.size() * painter->device()->devicePixelRatioF(), mode, state));
     }
     /// Those that trays of the session bus are sent: they scale an icon that does not match.
     QList<QSize> availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) override {

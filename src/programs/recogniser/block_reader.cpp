@@ -170,11 +170,16 @@ void BlockReader::tryOtherScripts(TextMarks::Kind kind) {
         const double weakest = m_best.reading.weakestLine();
         if ((weakest >= enough && !m_best.reading.holdsRiddle()) || !hasTime())
             return;
-        if (m_vain.isVain(pack, weakest))
+        // Of what is no text, or may be of another script, nothing is concluded.
+        constexpr double textFrom = 50;
+        const bool isKnown = m_best.confidence >= textFrom;
+        const QString way = u"%1 %2"_s.arg(pack).arg(static_cast<int>(kind));
+        if (isKnown && m_vain.isVain(way, weakest))
             continue;
         const double before = m_best.confidence;
         takeBetterLines(lookAtLines(pack, kind, enough));
-        m_vain.add(pack, weakest, m_best.confidence > before);
+        if (isKnown)
+            m_vain.add(way, weakest, m_best.confidence > before);
     }
 }
 

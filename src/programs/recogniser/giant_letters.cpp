@@ -27,6 +27,9 @@ public:
     [[nodiscard]] std::vector<size_t> amid(const std::vector<size_t>& groups) const {
         std::vector<size_t> letters;
         std::vector<size_t> others;
+        constexpr size_t mostPairs = 400'000'000;  // a pattern of rings, which would take minutes
+        if (groups.size() * m_pieces.size() > mostPairs)
+            return letters;
         for (const size_t group : groups)
             (isBesideLetters(group) ? letters : others).push_back(group);
         const std::vector<size_t> sure = letters;

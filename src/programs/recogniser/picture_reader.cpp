@@ -120,15 +120,17 @@ public:
         budget.share();
         std::binary_semaphore isDone(0);
         const std::jthread beside([&, vain = reader.vainLooks()] {
-            EnginePool ownEngines;
+            EnginePool ownEngines([&] { m_isAlive = true; });
             WorkBudget own = budget.ofAnotherThread();
             BlockReader other(ownEngines, m_packs, m_painter, own, vain);
             readEvery(2, alone + 1, m_blocks.size(), other, own, [](qsizetype) {});
             isDone.release();
         });
         readEvery(2, alone, m_blocks.size(), reader, budget, linesRead);
+        // One that hangs says nothing, and is given up.
         while (!isDone.try_acquire_for(std::chrono::milliseconds(200)))
-            linesRead(m_linesRead);
+            if (m_isAlive.exchange(false))
+                linesRead(m_linesRead);
         linesRead(m_linesRead);
         return std::move(m_readings);
     }
@@ -157,6 +159,7 @@ private:
     Effort m_effort;
     std::vector<Reading> m_readings;
     std::atomic<qsizetype> m_linesRead = 0;
+    std::atomic<bool> m_isAlive = false;  ///< the other reader, since it was last looked at
 };
 
 }  // namespace

@@ -163,7 +163,9 @@ void joinParts(std::vector<TextLine>& lines) {
 
 /// How far from the end of a line small marks may be. In code, signs are further from "x" than that is high.
 int reachOf(const TextLine& line) {
-    return std::max(line.box.height(), line.letterHeight() * 3 / 2);
+    constexpr size_t few = 40;  // among many one is high
+    const int height = line.box.height();
+    return line.letters.size() > few ? height : std::max(height, line.letterHeight() * 3 / 2);
 }
 
 /// How far a small mark is from a line that it may belong to.

@@ -11,7 +11,8 @@ namespace tralio {
 /// alike: what several could not be read by will not help the next, unless that is read worse than those.
 class VainLooks final {
 public:
-    /// `way` names an engine or a kind of picture, `confidence` is that of the reading it is to better.
+    /// Whether a look has come to nothing twice, in no worse blocks. `way` names an engine or a kind of
+    /// picture, `confidence` is that of the reading it is to better.
     [[nodiscard]] bool isVain(const QString& way, double confidence) const {
         constexpr int often = 2;
         constexpr double worse = 8;

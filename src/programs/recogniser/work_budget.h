@@ -15,9 +15,15 @@ public:
 
     /// Gives half of what is left for the picture to a reader on another thread, where `ofAnotherThread`
     /// makes its budget.
-    void share() { m_share = 0.5; }
+    void share() {
+        const double started = std::exchange(m_started, now());
+        m_forPicture = (m_forPicture - (m_started - started)) / 2;
+        m_fruitless /= 2;
+        m_share = 0.5;
+    }
     [[nodiscard]] WorkBudget ofAnotherThread() const {
         WorkBudget other(m_meter);
+        other.m_forPicture = m_forPicture;
         other.m_share = m_share;
         return other;
     }
@@ -28,7 +34,7 @@ public:
     [[nodiscard]] double now() const { return m_meter(); }
 
     /// Whether the picture may be read on at all.
-    [[nodiscard]] bool allowsMore() const { return now() - m_started < forPicture * m_share; }
+    [[nodiscard]] bool allowsMore() const { return now() - m_started < m_forPicture; }
 
     /// Whether another engine may be tried on a badly read block; `since` is when the first such try began.
     /// A block outside photographs has a time allowance of its own, whatever was spent on the rest of the
@@ -44,13 +50,13 @@ public:
     void addFruitless(double since) { m_fruitless += now() - since; }
 
 private:
-    static constexpr double forPicture = 120;
     static constexpr double forFurtherLooks = 5;
     static constexpr double forBlock = 1.2;
     static constexpr double forAllBlocks = 20;
 
     Meter m_meter;
     double m_started = m_meter();
+    double m_forPicture = 120;
     double m_fruitless = 0;
     double m_share = 1;
 };

@@ -4,6 +4,8 @@
 #include <QKeyEvent>
 #include <QVariantAnimation>
 
+#include <utility>
+
 #include "hotkeys/shortcut_words.h"
 #include "ui/kit/keyboard_use.h"
 #include "ui/kit/painting.h"
@@ -166,8 +168,9 @@ bool Control::hitButton(const QPoint& position) const {
 
 bool Control::event(QEvent* event) {
     // Given up while the window was inactive, the focus goes without an event.
-    if (event->type() == QEvent::WindowActivate && window()->focusWidget() != this)
-        m_showsFocusRing = false;
+    if (event->type() == QEvent::WindowActivate && window()->focusWidget() != this &&
+        std::exchange(m_showsFocusRing, false))
+        update();
     return QAbstractButton::event(event);
 }
 

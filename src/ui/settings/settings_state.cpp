@@ -178,13 +178,8 @@ void SettingsState::chooseHotKey(HotKeyRecordTarget target, const HotKeyPresetIt
 void SettingsState::chooseProvider(const QString& presetId) {
     for (const ProviderPreset& preset : ProviderPreset::presets()) {
         if (preset.id == presetId) {
-            if (settings().wouldLoseOwn(preset)) {
-                // One change after the other: undoing goes back to before the first.
-                const QString changed = u"Đã đổi nhà cung cấp"_s;
-                if (m_needs.undo.message() != changed)
-                    m_beforeProvider = settings().remembered();
-                m_needs.undo.make(changed, m_beforeProvider);
-            }
+            if (settings().wouldLoseOwn(preset))
+                m_needs.undo.makeOrExtend(u"Đã đổi nhà cung cấp"_s, settings().remembered());
             settings().applyPreset(preset);
             // Even if the same provider is selected again, since that restores its values.
             testResult = std::nullopt;

@@ -2,7 +2,6 @@
 
 #include <qcorotask.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -122,7 +121,6 @@ private:
     std::unique_ptr<KeyDownMonitor> m_localEventMonitor;
     std::unique_ptr<HotKeys::Interception> m_interception;
     std::stop_source m_test;
-    std::function<void()> m_beforeProvider;  ///< undoes the changes of provider that can be undone
 };
 
 }  // namespace tralio

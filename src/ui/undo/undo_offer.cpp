@@ -17,6 +17,11 @@ void UndoOffer::make(const QString& what, std::function<void()> bringBack) {
     m_end = m_clock.after(duration, [this] { withdraw(); });
 }
 
+void UndoOffer::makeOrExtend(const QString& what, std::function<void()> bringBack) {
+    const bool stands = message() == what;
+    make(what, stands ? std::move(m_bringBack) : std::move(bringBack));
+}
+
 void UndoOffer::accept() {
     const auto bringBack = std::exchange(m_bringBack, nullptr);
     m_end.takeBack();

@@ -24,6 +24,9 @@ public:
 
     /// Replaces the offer. `bringBack` is called at most once, and not after this object is destroyed.
     void make(const QString& what, std::function<void()> bringBack);
+    /// As `make`; but if the same has been said and stands, its way back is kept: it leads to before the
+    /// first of several.
+    void makeOrExtend(const QString& what, std::function<void()> bringBack);
     /// Brings the deleted thing back, if that is still possible.
     void accept();
 

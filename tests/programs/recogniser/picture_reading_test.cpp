@@ -110,6 +110,22 @@ TEST_F(PictureReading, what_helped_no_block_so_far_is_tried_on_worse_ones_only) 
     EXPECT_FALSE(vain.isVain(u"rus"_s, 75));
 }
 
+TEST_F(PictureReading, nothing_that_is_no_text_speaks_against_another_script) {
+    const QImage russian = drawn({u"Добрый день, мой дорогой друг"_s});
+    const QImage nonsense = drawn({u"overturned lines"_s, u"are no text"_s}).mirrored();
+    QImage image(
+        std::max(russian.width(), nonsense.width()), 3 * nonsense.height() + 200, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    for (int i = 0; i < 3; ++i)
+        painter.drawImage(0, i * (nonsense.height() + 50), nonsense);
+    painter.drawImage(0, 3 * nonsense.height() + 150, russian);
+    painter.end();
+    const Reading reading = read(image, {u"vie"_s, u"eng"_s, u"rus"_s});
+    ASSERT_FALSE(reading.lines.empty());
+    EXPECT_EQ(reading.lines.back().text(), u"Добрый день, мой дорогой друг"_s);
+}
+
 TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their_lines_begin) {
     const QStringList code{u"if (isReady) {"_s, u"    startTheEngine();"_s, u"} else {"_s,
         u"    waitForTheEngine();"_s, u"stopEverything();"_s};
