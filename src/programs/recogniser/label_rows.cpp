@@ -12,9 +12,15 @@ namespace {
 /// Whether letters have one width, as in code. Columns of that are of any number of blanks, which engines
 /// count.
 bool isOfOnePitch(const TextLine& line) {
+    std::vector<double> places;  // but of quotes, each of which is two
+    for (const QRect& letter : line.letters)
+        if (letter.height() * 10 >= line.letterHeight() * 7)
+            places.push_back(QRectF(letter).center().x());
     std::vector<double> steps;
-    for (size_t i = 1; i < line.letters.size(); ++i)
-        steps.push_back(QRectF(line.letters[i]).center().x() - QRectF(line.letters[i - 1]).center().x());
+    for (size_t i = 1; i < places.size(); ++i)
+        steps.push_back(places[i] - places[i - 1]);
+    if (steps.empty())
+        return false;
     const auto quarter = steps.begin() + std::ssize(steps) / 4;
     std::ranges::nth_element(steps, quarter);
     const double pitch = std::max(1.0, *quarter);
@@ -59,8 +65,10 @@ std::vector<int> labelEnds(const TextLine& line) {
     if (blank == gaps.end())
         return ends;
     std::ranges::transform(std::next(blank), gaps.end(), std::back_inserter(ends), &Gap::after);
-    if (std::ssize(ends) * (mostBlanks + 1) < std::ssize(gaps) || line.letters.size() < fewest ||
-        isOfOnePitch(line))
+    const std::ptrdiff_t blanks = std::ssize(gaps) - std::ssize(ends);
+    // With hardly a blank there are but words, such as those of a sentence with double blanks.
+    if (std::ssize(ends) * mostBlanks < blanks || blanks * 3 < std::ssize(ends) + 1 ||
+        line.letters.size() < fewest || isOfOnePitch(line))
         return {};
     std::ranges::sort(ends);
     return ends;

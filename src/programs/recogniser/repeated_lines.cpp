@@ -1,6 +1,7 @@
 #include "programs/recogniser/repeated_lines.h"
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <iterator>
 #include <numeric>
@@ -32,15 +33,22 @@ bool areSame(const ReadLine& a, const ReadLine& b) {
 }  // namespace
 
 void addBetterLines(std::vector<ReadLine>& lines, std::vector<ReadLine> further) {
-    const auto weight = [](const ReadLine& line) {
-        return line.confidence() * static_cast<double>(line.text().size());
+    // A frame that is read as a long word does not replace the figure in it.
+    const auto isBetter = [](const ReadLine& line, const ReadLine& other) {
+        constexpr double muchSurer = 10;
+        const auto weight = [](const ReadLine& some) {
+            return some.confidence() * static_cast<double>(some.text().size());
+        };
+        constexpr double unsure = 65;
+        const double surer = line.confidence() - other.confidence();
+        const bool isOneUnsure = std::min(line.confidence(), other.confidence()) < unsure;
+        return isOneUnsure && std::abs(surer) > muchSurer ? surer > 0 : weight(line) > weight(other);
     };
     std::erase_if(
         further,
         [&](const ReadLine& line) {
             return std::ranges::any_of(
-                lines,
-                [&](const ReadLine& known) { return areSame(line, known) && weight(line) <= weight(known); });
+                lines, [&](const ReadLine& known) { return areSame(line, known) && !isBetter(line, known); });
         });
     std::erase_if(lines, [&](const ReadLine& known) {
         return std::ranges::any_of(further, [&](const ReadLine& line) { return areSame(line, known); });

@@ -81,8 +81,9 @@ bool isCornerLetter(const std::vector<Extent>& all, size_t mark, int unit) {
         return false;
     return std::any_of(all.begin(), all.end(), [&](const Extent& other) {
         const auto [low, high] = std::minmax({box.height(), other.box.height()});
+        const int gap = horizontalGap(box, other.box);  // a pointer's rim is not beside the pointer
         return &other != &all[mark] && low * 10 >= high * 6 && sharedHeight(box, other.box) * 10 >= low * 8 &&
-            horizontalGap(box, other.box) < high;
+            gap >= 0 && gap < high;
     });
 }
 

@@ -11,9 +11,15 @@ namespace {
 std::vector<QRectF> underscoresOf(const TextLine& line) {
     std::vector<QRectF> underscores;
     const int base = footOf(line.letters);
+    // Beneath a letter it marks a menu's key.
+    const auto isBeneath = [&](const QRect& dot) {
+        return std::ranges::any_of(line.letters, [&](const QRect& letter) {
+            return -horizontalGap(letter, dot) * 2 >= std::min(dot.width(), letter.width());
+        });
+    };
     for (const QRect& dot : line.dots)
         if (dot.top() > base && dot.width() >= 4 * dot.height() &&
-            dot.width() * 10 <= line.letterHeight() * 16)
+            dot.width() * 10 <= line.letterHeight() * 16 && !isBeneath(dot))
             underscores.emplace_back(dot);
     return underscores;
 }

@@ -41,6 +41,7 @@ TEST(Rules, are_told_from_letters) {
                 {84, 3, 1, 33}, {90, 3, 1, 33}, {100, 3, 1, 33}, {115, 3, 1, 33}}},
         {"what lies beside a button", {{0, 0, 9, 40}}},
         {"what lies around a button's corner", {{100, 0, 20, 40}, {20, 0, 100, 4}}},
+        {"a pointer in a corner, and its rim", {{112, 30, 8, 1}, {112, 30, 1, 10}, {114, 32, 6, 8}}},
         {"a caret from top to bottom", {{90, 0, 1, 40}}},
         {"a caret after the text", {{85, 5, 1, 26}}},
         {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
