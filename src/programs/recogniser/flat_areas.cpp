@@ -73,6 +73,7 @@ FlatAreas findFlatAreas(const Channels& channels, int unit) {
     }
     const std::vector<size_t> letters = giantLetters(groups, candidates, unit);
     std::vector<Colour> inks;
+    inks.reserve(letters.size());
     for (const size_t letter : letters)
         inks.push_back(groups.colours[letter]);
     for (const size_t candidate : candidates)
