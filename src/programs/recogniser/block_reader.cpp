@@ -170,8 +170,7 @@ void BlockReader::tryOtherScripts(TextMarks::Kind kind) {
         const double weakest = m_best.reading.weakestLine();
         if ((weakest >= enough && !m_best.reading.holdsRiddle()) || !hasTime())
             return;
-        // Of what is no text, or may be of another script, nothing is concluded.
-        constexpr double textFrom = 50;
+        // Of what is no text nothing is concluded.
         const bool isKnown = m_best.confidence >= textFrom;
         const QString way = u"%1 %2"_s.arg(pack).arg(static_cast<int>(kind));
         if (isKnown && m_vain.isVain(way, weakest))

@@ -5,8 +5,6 @@
 namespace tralio {
 namespace {
 
-constexpr double noTextBelow = 50;
-
 /// Photographs are full of shapes like letters: few of them must be read well to count.
 bool isTextOfPhotograph(const ReadLine& line) {
     constexpr double sure = 80;
@@ -31,7 +29,7 @@ bool isText(const ReadLine& line, bool isInPhotograph) {
             std::ranges::count_if(word.text, [](QChar c) { return c.isLetter(); }) >= 3;
     };
     return isInPhotograph ? isTextOfPhotograph(line)
-                          : line.confidence() >= noTextBelow || std::ranges::any_of(line.words, isSure);
+                          : line.confidence() >= textFrom || std::ranges::any_of(line.words, isSure);
 }
 
 }  // namespace tralio

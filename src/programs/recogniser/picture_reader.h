@@ -9,9 +9,8 @@
 namespace tralio {
 
 /// Reads all text of a picture, whose device pixel ratio counts. `packs` are those of the languages that it
-/// may be in. A picture that takes more work than the budget allows is read in part, from
-/// the top. `linesRead` is called after each block of lines, also after one without text, and now and then
-/// while another thread reads.
+/// may be in. A picture that takes more work than the budget allows is read in part. `linesRead` is called
+/// after each block of lines, also after one without text, and now and then while another thread reads.
 [[nodiscard]] Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage& image,
     Effort effort, const LinesRead& linesRead, WorkBudget budget = WorkBudget());
 

@@ -76,7 +76,7 @@ void strengthenFaint(Plane& plane, const QRect& frame, const TextBlock& block, i
         const auto isFaintLetter = [&](const QRect& letter) { return isFaint(strongest(letter)); };
         if (std::ranges::count_if(line.letters, isFaintLetter) < fewest)
             continue;
-        for (const std::vector<QRect>* boxes : {&line.letters, &line.dots, &line.unread})
+        for (const std::vector<QRect>* boxes : {&line.letters, &line.dots})
             for (const QRect& box : *boxes)
                 if (const int own = strongest(box); isFaint(own))
                     faint.emplace_back(box, own);
@@ -206,7 +206,7 @@ BlockPicture BlockPainter::paint(const TextBlock& block, TextMarks::Kind kind) c
         if (&other == &block || !other.box.adjusted(-rim, -rim, rim, rim).intersects(frame))
             continue;
         for (const TextLine& line : other.lines)
-            for (const std::vector<QRect>* boxes : {&line.letters, &line.dots})
+            for (const std::vector<QRect>* boxes : {&line.letters, &line.dots, &line.unread})
                 for (const QRect& box : *boxes)
                     if (!isOwn(box))
                         wipe(box);
