@@ -4,6 +4,7 @@
 #include <QSessionManager>
 #include <QUrl>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
@@ -25,6 +26,7 @@
 #include "platform/linux/wayland/compositor_screens.h"
 #include "platform/linux/wayland/toolkit_platform.h"
 #include "state/app_settings.h"
+#include "ui/kit/text_style.h"
 #include "ui/kit/theme.h"
 #include "ui/main/main_view.h"
 #include "update/info_plist.h"
@@ -32,6 +34,7 @@
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using namespace tralio;
 
 void applyAppearance(const DesktopAppearance& desktop) {
@@ -91,9 +94,20 @@ int main(int argc, char** argv) {
     // Trays do not show programs without a desktop file name, and ask before the application object exists.
     QGuiApplication::setDesktopFileName(u"org.tralio.Tralio"_s);
     QCoreApplication::setApplicationName(u"tralio"_s);
-    std::signal(SIGPIPE, SIG_IGN);  // a closed pipe or socket is reported by write()'s error instead
+    // A closed pipe or socket is reported by write()'s error instead.
+    std::signal(SIGPIPE, SIG_IGN);
+    SessionService session;  // before the toolkit is made: a second start ends here
+    SessionService::Claim claim = session.claim();
+    if (claim == SessionService::Claim::takenByAnother) {
+        if (session.openRunningInstance())
+            return EXIT_SUCCESS;
+        // The other instance was about to exit: it still owned the name but no longer answered. Try once
+        // more.
+        claim = session.claim();
+    }
     std::optional<ToolkitPlatform> toolkitPlatform(std::in_place);
-    std::optional<TextScale> textScale(std::in_place, &sizesOfCompositorScreens);
+    std::optional<TextScale> textScale(
+        std::in_place, QDBusConnection::sessionBus(), &sizesOfCompositorScreens);
     QApplication application(argc, argv);
     declineRestart(application);
     textScale.reset();
@@ -101,23 +115,15 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationVersion(
         bundleVersion(installation::infoPlist(QCoreApplication::applicationDirPath())));
     QApplication::setQuitOnLastWindowClosed(false);
-
-    SessionService session;
-    if (session.claim() == SessionService::Claim::takenByAnother) {
-        if (session.openRunningInstance())
-            return EXIT_SUCCESS;
-        // The other instance was about to exit: it still owned the name but no longer answered. Try once
-        // more.
-        if (session.claim() == SessionService::Claim::takenByAnother) {
-            QMessageBox box(QMessageBox::Warning, u"Tralio"_s,
-                u"Tralio đang chạy nhưng không phản hồi. Hãy kết thúc tiến trình đó rồi mở lại Tralio."_s);
-            box.setWindowFlag(Qt::WindowStaysOnTopHint);  // the popover that hangs may lie in its place
-            box.exec();
-            return EXIT_FAILURE;
-        }
+    if (claim == SessionService::Claim::takenByAnother) {
+        QMessageBox box(QMessageBox::Warning, u"Tralio"_s,
+            u"Tralio đang chạy nhưng không phản hồi. Hãy kết thúc tiến trình đó rồi mở lại Tralio."_s);
+        box.setWindowFlag(Qt::WindowStaysOnTopHint);  // the popover that hangs may lie in its place
+        box.exec();
+        return EXIT_FAILURE;
     }
 
-    StatusItem statusItem;  // first: trays take their time
+    StatusItem statusItem;  // first: trays work on it while the rest is made
     const EndSignals endSignals(&QCoreApplication::quit);
     capDebugLog();
     const bool isFirstStart = !QFileInfo::exists(defaultStorePath());
@@ -138,5 +144,7 @@ int main(int argc, char** argv) {
         [&] { prepareToTranslate(services, settingsOfShell); }, &QCoreApplication::quit});
     delegate.applicationDidFinishLaunching();
     session.setActions(actionsOf(delegate));
+    // The first window would wait for its fonts longer than for anything else.
+    const ScheduledCall fonts = services.clock.after(2s, &loadFonts);
     return QApplication::exec();
 }

@@ -121,8 +121,7 @@ TEST(EndSignals, each_ends_the_program_in_order_once_and_what_nohup_ignores_stay
 struct TextScaleTest : testing::Test {
     TextScaleTest() {
         const QByteArray data = QFile::encodeName(folder.path());
-        const std::pair<const char*, QByteArray> values[] = {{"XDG_DATA_HOME", data},
-            {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + data + "/none"}, {"DISPLAY", {}},
+        const std::pair<const char*, QByteArray> values[] = {{"XDG_DATA_HOME", data}, {"DISPLAY", {}},
             {"XDG_CURRENT_DESKTOP", "GNOME"}, {"QT_QPA_PLATFORM", {}}};
         for (const auto& [name, value] : values) {
             before.emplace_back(name, qgetenv(name));
@@ -136,7 +135,7 @@ struct TextScaleTest : testing::Test {
     }
     /// How much everything is enlarged.
     static QByteArray scaleWith(const std::vector<QSize>& compositorScreens) {
-        const TextScale scale([&] { return compositorScreens; });
+        const TextScale scale(QDBusConnection(u"none"_s), [&] { return compositorScreens; });
         return qgetenv("QT_SCALE_FACTOR");
     }
 

@@ -43,6 +43,10 @@ QFont fontFor(const TextStyle& style) {
     return font;
 }
 
+void loadFonts() {
+    (void)QFontMetricsF(fontFor(text::body)).horizontalAdvance(u"Dịch"_s);
+}
+
 qreal baselineOf(const TextStyle& style, qreal devicePixelRatio) {
     const QFontMetricsF metrics(fontFor(style));
     const qreal middle = (style.line - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();

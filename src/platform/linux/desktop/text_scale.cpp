@@ -1,6 +1,5 @@
 #include "platform/linux/desktop/text_scale.h"
 
-#include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -90,31 +89,23 @@ bool isAbsent(const QDBusError& error) {
 
 /// GNOME's text scale, which the portals of other desktops report, too. If the portal is not there yet, the
 /// value that it reported last.
-double portalScale() {
-    const QString name = u"tralio text scale"_s;
-    double scale = 1;
-    {
-        const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
-        auto read = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
-            u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"Read"_s);
-        read << u"org.gnome.desktop.interface"_s << u"text-scaling-factor"_s;
-        read.setAutoStartService(false);  // starting the portal takes a second when a session begins
-        const QDBusMessage reply = bus.call(read, QDBus::Block, portalLimit);
-        QVariant value = reply.arguments().value(0);
-        if (isAbsent(QDBusError(reply))) {
-            QFile remembered(rememberedScale());
-            bool isNumber = false;
-            const double last =
-                remembered.open(QIODevice::ReadOnly) ? remembered.read(20).toDouble(&isNumber) : 0;
-            value = isNumber ? QVariant(last) : QVariant();
-        }
-        while (value.canConvert<QDBusVariant>())
-            value = value.value<QDBusVariant>().variant();
-        if (value.userType() == QMetaType::Double)
-            scale = value.toDouble();
+double portalScale(const QDBusConnection& session) {
+    auto read = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
+        u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"Read"_s);
+    read << u"org.gnome.desktop.interface"_s << u"text-scaling-factor"_s;
+    read.setAutoStartService(false);  // starting the portal takes a second when a session begins
+    const QDBusMessage reply = session.call(read, QDBus::Block, portalLimit);
+    QVariant value = reply.arguments().value(0);
+    if (isAbsent(QDBusError(reply))) {
+        QFile remembered(rememberedScale());
+        bool isNumber = false;
+        const double last =
+            remembered.open(QIODevice::ReadOnly) ? remembered.read(20).toDouble(&isNumber) : 0;
+        value = isNumber ? QVariant(last) : QVariant();
     }
-    QDBusConnection::disconnectFromBus(name);
-    return scale;
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value.userType() == QMetaType::Double ? value.toDouble() : 1;
 }
 
 /// KDE's text scale, which is stored as a font resolution.
@@ -125,13 +116,16 @@ double kdeScale(bool isWayland) {
     return dpi > 0 ? dpi / usualDpi : 1;
 }
 
-double desktopScale(const std::function<std::vector<QSize>()>& compositorScreens) {
-    const bool isWayland = qEnvironmentVariable("QT_QPA_PLATFORM").startsWith(u"wayland");
+/// `isWayland`: our windows are native Wayland ones. Only there `compositorScreens` is called.
+double desktopScale(bool isWayland, const QDBusConnection& session,
+    const std::function<std::vector<QSize>()>& compositorScreens) {
+    const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
+    const double wanted = isKde ? kdeScale(isWayland) : portalScale(session);
+    if (wanted == 1)
+        return 1;  // as on most desktops: their screens need not be asked for
     XScreen screen = isWayland ? XScreen() : xScreen();
     if (screen.hasDpi)
         return 1;
-    const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
-    const double wanted = isKde ? kdeScale(isWayland) : portalScale();
     if (isWayland && wanted > 1)
         for (const QSize& size : compositorScreens())
             screen.room = std::max(std::min(screen.room, roomIn(size.width(), size.height())), 1.0);
@@ -141,8 +135,10 @@ double desktopScale(const std::function<std::vector<QSize>()>& compositorScreens
 
 }  // namespace
 
-TextScale::TextScale(const std::function<std::vector<QSize>()>& compositorScreens) {
-    const double scale = desktopScale(compositorScreens);
+TextScale::TextScale(
+    const QDBusConnection& session, const std::function<std::vector<QSize>()>& compositorScreens) {
+    const bool isWayland = qEnvironmentVariable("QT_QPA_PLATFORM").startsWith(u"wayland");
+    const double scale = desktopScale(isWayland, session, compositorScreens);
     if (scale == 1)
         return;
     m_former = qgetenv(scaleVariable);

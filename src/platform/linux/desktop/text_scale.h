@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDBusConnection>
 #include <QSize>
 
 #include <functional>
@@ -18,9 +19,9 @@ namespace tralio {
 /// The environment variable is for this process: programs that it starts must not inherit it.
 class TextScale final {
 public:
-    /// `compositorScreens` is called where our windows are native Wayland ones; it returns sizes in their
-    /// units.
-    explicit TextScale(const std::function<std::vector<QSize>()>& compositorScreens);
+    /// `session`: the session bus. `compositorScreens` is called where our windows are native Wayland ones;
+    /// it returns sizes in their units.
+    TextScale(const QDBusConnection& session, const std::function<std::vector<QSize>()>& compositorScreens);
     TextScale(const TextScale&) = delete;
     TextScale& operator=(const TextScale&) = delete;
     /// Destroy it once the application object exists.
