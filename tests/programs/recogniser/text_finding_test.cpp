@@ -150,13 +150,18 @@ TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_n
         leaves.fill({i, 0, 1, 80}, QColor(60 + i % 40, 90 + i % 40, 40));
     EXPECT_TRUE(Found(leaves.addGrain(5)).marks.ground().hasShades());
 
-    Sheet dithered(300, 80);
-    for (int x = 0; x < 300; ++x)
-        for (int y = 0; y < 80; ++y)
-            dithered.fill({x, y, 1, 1}, QColor(40, 90 + (x + (x * 5 + y * 3) % 8) / 8, 200));
-    const Found gradient(dithered.type({20, 32}, 9, 10, Qt::white));
-    EXPECT_EQ(gradient.letters(), (Counts{{9}}));
-    EXPECT_FALSE(gradient.marks.ground().hasShades());
+    // Of so many eighths of a level from one pixel to the next: a page, and buttons on one.
+    for (const auto& [area, across, down] :
+        {std::tuple(QRect(0, 0, 300, 80), 1, 0), {{12, 12, 120, 50}, 13, 0}, {{12, 12, 120, 50}, 0, 25}}) {
+        Sheet dithered(300, 80);
+        for (int x = area.left(); x <= area.right(); ++x)
+            for (int y = area.top(); y <= area.bottom(); ++y)
+                dithered.fill(
+                    {x, y, 1, 1}, QColor(40, 50 + (x * across + y * down + (x * 5 + y * 3) % 8) / 8, 200));
+        const Found gradient(dithered.type({20, 32}, 9, 10, Qt::white));
+        EXPECT_EQ(gradient.letters(), (Counts{{9}})) << across << ' ' << down;
+        EXPECT_FALSE(gradient.marks.ground().hasShades());
+    }
 }
 
 TEST(TextFinding, what_lies_in_a_photograph_inside_a_page_is_of_the_photograph) {
