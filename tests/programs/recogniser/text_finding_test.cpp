@@ -54,6 +54,20 @@ TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) 
     }
 }
 
+TEST(TextFinding, an_icon_is_no_letter_and_takes_none_from_a_line_beside_it) {
+    for (const auto& [mark, isIcon] : {std::pair(QRect(10, 6, 18, 19), true), {QRect(10, 6, 18, 16), false},
+             {QRect(18, 6, 18, 19), false}, {QRect(10, 10, 10, 15), false}}) {
+        Sheet menu(300, 40);
+        const Found found(menu.type({40, 10}, 8, 12).fill(mark, Qt::black));
+        ASSERT_EQ(found.lines.size(), 1U);
+        EXPECT_EQ(found.lines[0].letters.size(), isIcon ? 8U : 9U);
+        EXPECT_EQ(found.lines[0].box.left(), isIcon ? 40 : mark.left());
+    }
+    Sheet dialog(400, 60);
+    dialog.type({30, 10}, 1, 30).type({60, 16}, 5, 8).type({100, 12}, 1, 12).type({112, 16}, 9, 8);
+    EXPECT_EQ(Found(dialog).letters(), (Counts{{1}, {15}}));
+}
+
 TEST(TextFinding, dots_that_lead_to_a_number_are_shown_to_no_engine) {
     Sheet contents(300, 40);
     contents.type({10, 10}, 5, 12).type({178, 10}, 1, 12).fill({70, 20, 2, 2}, Qt::black);
