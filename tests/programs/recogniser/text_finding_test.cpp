@@ -1,4 +1,5 @@
 #include <array>
+#include <cmath>
 
 #include "programs/recogniser/sheet.h"
 #include "programs/recogniser/work_budget.h"
@@ -140,6 +141,14 @@ TEST(TextFinding, bands_of_any_height_and_pills_show_their_text_beside_that_of_t
         sheet.fill({146, 7, 17, 16}, Qt::red).type({152, 11}, 1, 8, Qt::white);
         EXPECT_EQ(Found(sheet).letters(), (Counts{{12}, {1}, {8}, {7}})) << height;
     }
+    Sheet disc(100, 60);
+    for (int y = -15; y < 15; ++y) {
+        const int half = static_cast<int>(std::sqrt(15 * 15 - y * y) * 1.2);
+        disc.fill({40 - half, 30 + y, 2 * half, 1}, QColor(22, 104, 220));
+    }
+    const Found page(disc.type({36, 24}, 1, 12, Qt::white));
+    EXPECT_EQ(page.letters(), (Counts{{1}}));
+    EXPECT_EQ(page.lines[0].box, QRect(36, 24, 8, 12)) << "of a page in a disc";
 }
 
 TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_no_photograph) {
