@@ -42,6 +42,10 @@ TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
     Sheet sentence(420, 40);
     words(sentence, {10, 47, 84, 121, 158, 195, 246});
     EXPECT_EQ(Found(sentence).letters(), (Counts{{28}}));
+    Sheet doubleBlanks(300, 40);  // whose letters stand apart as much as those of "ll"
+    for (int x = 10; x < 200; x += 38)
+        doubleBlanks.type({x, 10}, 1, 10).type({x + 8, 10}, 1, 10).type({x + 16, 10}, 1, 10);
+    EXPECT_EQ(Found(doubleBlanks).letters(), (Counts{{15}}));
 }
 
 TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) {
