@@ -14,7 +14,7 @@ namespace {
 bool isOfOnePitch(const TextLine& line) {
     std::vector<double> places;  // but of quotes, each of which is two
     for (const QRect& letter : line.letters)
-        if (letter.height() * 10 >= line.letterHeight() * 7)
+        if (letter.height() * 10 >= line.letterHeight() * 7 && letter.bottom() > line.box.center().y())
             places.push_back(QRectF(letter).center().x());
     std::vector<double> steps;
     for (size_t i = 1; i < places.size(); ++i)

@@ -46,6 +46,13 @@ TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
     for (int x = 10; x < 200; x += 38)
         doubleBlanks.type({x, 10}, 1, 10).type({x + 8, 10}, 1, 10).type({x + 16, 10}, 1, 10);
     EXPECT_EQ(Found(doubleBlanks).letters(), (Counts{{15}}));
+    Sheet code(300, 40);  // with quotes, each of which is two marks
+    for (const int x : {10, 17, 24, 178, 185, 192})
+        code.fill({x, 10, 1, 5}, Qt::black).fill({x + 2, 10, 1, 5}, Qt::black);
+    for (const auto& [x, count] : {std::pair(38, 6), {87, 3}, {115, 2}, {136, 1}, {150, 3}})
+        code.type({x, 13}, count, 7);
+    code.type({30, 10}, 1, 10).type({170, 10}, 1, 10);
+    EXPECT_EQ(Found(code).letters(), (Counts{{29}}));
 }
 
 TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) {
