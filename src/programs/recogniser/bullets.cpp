@@ -16,7 +16,8 @@ bool isBullet(const QRect& mark, int base, int letterHeight) {
         base - mark.bottom() >= std::max(1, letterHeight / 8) && base - mark.top() < letterHeight;
 }
 
-/// A sign beside a label is higher than letters and goes beneath them; a numeral stands on their line.
+/// A sign beside a label is higher than letters and goes beneath them; a numeral stands on their line. Or it
+/// is a tick, which is wider than high; two letters that touch are wider still.
 bool isIcon(const TextLine& line, const std::vector<QRect>& marks) {
     const QRect first = marks.front();
     std::vector<QRect> letters = line.letters;
@@ -27,9 +28,11 @@ bool isIcon(const TextLine& line, const std::vector<QRect>& marks) {
     const int height = high->height();
     // What it holds may be a figure in a ring.
     const auto isInside = [&](const QRect& letter) { return letter.left() <= first.right(); };
-    if (first.height() * 10 < height * 14 || first.width() * 2 < first.height() ||
-        first.bottom() - base < std::max(2, height / 8) || base - first.top() < height ||
-        std::ranges::any_of(letters, isInside))
+    const bool isHigh = first.height() * 10 >= height * 14 && first.width() * 2 >= first.height() &&
+        first.bottom() - base >= std::max(2, height / 8) && base - first.top() >= height;
+    const bool isTick = first.width() * 4 >= first.height() * 5 && first.width() * 2 <= first.height() * 3 &&
+        first.height() * 2 >= height;
+    if ((!isHigh && !isTick) || std::ranges::any_of(letters, isInside))
         return false;
     int widest = 0;
     int right = first.right();

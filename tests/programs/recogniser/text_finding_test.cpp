@@ -68,7 +68,8 @@ TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) 
 
 TEST(TextFinding, an_icon_is_no_letter_and_takes_none_from_a_line_beside_it) {
     for (const auto& [mark, isIcon] : {std::pair(QRect(10, 6, 18, 19), true), {QRect(10, 6, 18, 16), false},
-             {QRect(18, 6, 18, 19), false}, {QRect(10, 10, 10, 15), false}}) {
+             {QRect(18, 6, 18, 19), false}, {QRect(10, 10, 10, 15), false}, {QRect(10, 10, 16, 12), true},
+             {QRect(10, 10, 14, 12), false}, {QRect(10, 11, 19, 11), false}}) {
         Sheet menu(300, 40);
         const Found found(menu.type({40, 10}, 8, 12).fill(mark, Qt::black));
         ASSERT_EQ(found.lines.size(), 1U);
