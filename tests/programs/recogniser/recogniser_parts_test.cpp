@@ -119,6 +119,11 @@ TEST(Reading, code_prices_and_look_alikes_are_in_no_other_script) {
     EXPECT_THAT(texts(bestLines({{line(u"3B"_s, 60)}}, {{line(u"3月"_s, 70)}}, 3)), ElementsAre(u"3月"_s));
     EXPECT_THAT(texts(bestLines({{line(u"name"_s, 79)}}, {{line(u"пате"_s, 88)}}, 3)), ElementsAre(u"name"_s))
         << "Russian is read better";
+    const QString code = u"print(\"a test of it\")"_s;
+    Reading misread = row(
+        {{u"рт1пт(\""_s, 40, 0}, {u"а"_s, 90, 1}, {u"test"_s, 95, 1}, {u"оф"_s, 95, 1}, {u"it\")"_s, 95, 1}});
+    misread.lines[0].box = line(code).box;
+    EXPECT_THAT(texts(bestLines({{line(code, 50)}}, misread, 3)), ElementsAre(code)) << "one short word";
     EXPECT_EQ(bestLines({{line(u"4.2 MB"_s, 49)}}, {{line(u"4.2MB"_s, 93)}}, 3).confidence(), 60);
     EXPECT_THAT(
         texts(bestLines({{line(u"9.000a"_s, 60)}}, {{line(u"9.000а"_s, 70)}}, 3)), ElementsAre(u"9.000a"_s));
