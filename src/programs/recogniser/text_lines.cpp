@@ -77,7 +77,9 @@ std::vector<TextLine> chain(std::vector<MarkShape> letters) {
             const QRect last = end(line);
             if (!mayContinue(line, last, letter.box))
                 return;
-            const double shared = sharedHeight(last, letter.box) / double((last | letter.box).height());
+            // In a photograph the last marks of a line may be anything, of any height.
+            const int height = line.isShaded ? 1 : (last | letter.box).height();
+            const double shared = sharedHeight(last, letter.box) / double(height);
             if (best && std::pair(-shared, i) >= std::pair(-mostShared, *best))
                 return;
             best = i;
