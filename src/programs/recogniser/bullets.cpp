@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
+#include <ranges>
 
 #include "programs/recogniser/boxes.h"
 
@@ -14,9 +16,38 @@ bool isBullet(const QRect& mark, int base, int letterHeight) {
         base - mark.bottom() >= std::max(1, letterHeight / 8) && base - mark.top() < letterHeight;
 }
 
+/// A sign beside a label is higher than letters and goes beneath them; a numeral stands on their line. Or it
+/// is a tick, which is wider than high; two letters that touch are wider still.
+bool isIcon(const TextLine& line, const std::vector<QRect>& marks) {
+    const QRect first = marks.front();
+    std::vector<QRect> letters = line.letters;
+    std::erase(letters, first);
+    const int base = footOf(letters);
+    const auto high = letters.begin() + std::ssize(letters) * 3 / 4;
+    std::ranges::nth_element(letters, high, {}, [](const QRect& letter) { return letter.height(); });
+    const int height = high->height();
+    // What it holds may be a figure in a ring.
+    const auto isInside = [&](const QRect& letter) { return letter.left() <= first.right(); };
+    const bool isHigh = first.height() * 10 >= height * 14 && first.width() * 2 >= first.height() &&
+        first.bottom() - base >= std::max(2, height / 8) && base - first.top() >= height;
+    const bool isTick = first.width() * 4 >= first.height() * 5 && first.width() * 2 <= first.height() * 3 &&
+        first.height() * 2 >= height;
+    if ((!isHigh && !isTick) || std::ranges::any_of(letters, isInside))
+        return false;
+    int widest = 0;
+    int right = first.right();
+    int gap = 0;
+    for (const QRect& mark : marks) {
+        int& space = right == first.right() ? gap : widest;
+        space = std::max(space, mark.left() - right - 1);
+        right = std::max(right, mark.right());
+    }
+    return gap * 10 >= height * 7 && gap * 2 >= widest * 3;
+}
+
 }  // namespace
 
-void setBulletAside(TextLine& line) {
+void setIconAside(TextLine& line) {
     constexpr size_t fewest = 3;
     std::vector<QRect> marks = line.letters;
     marks.insert(marks.end(), line.dots.begin(), line.dots.end());
@@ -24,13 +55,22 @@ void setBulletAside(TextLine& line) {
         return;
     std::ranges::sort(marks, {}, [](const QRect& mark) { return mark.left(); });
     const QRect first = marks.front();
-    if (!isBullet(first, footOf(line.letters), line.letterHeight()) ||
-        marks[1].left() - first.right() <= first.width())
+    const bool isDot = isBullet(first, footOf(line.letters), line.letterHeight()) &&
+        marks[1].left() - first.right() > first.width();
+    if (!isDot && !isIcon(line, marks))
         return;
-    std::erase(line.letters, first);
-    std::erase(line.dots, first);
+    const auto isBeside = [&](const QRect& mark) { return mark.left() > first.right(); };
+    const auto isPart = std::not_fn(isBeside);
+    std::erase_if(line.letters, isPart);
+    std::erase_if(line.dots, isPart);
     line.unread.push_back(first);
-    line.box.setLeft(marks[1].left());
+    if (isDot) {
+        line.box.setLeft(marks[1].left());
+        return;
+    }
+    line.box = {};
+    for (const QRect& mark : marks | std::views::filter(isBeside))
+        line.box |= mark;
 }
 
 }  // namespace tralio

@@ -4,7 +4,7 @@
 
 namespace tralio {
 
-/// Makes the bullet that a line begins with, if there is one, unread: engines see a letter in it.
-void setBulletAside(TextLine& line);
+/// Makes the bullet or the icon that a line begins with, if there is one, unread: engines see a letter in it.
+void setIconAside(TextLine& line);
 
 }  // namespace tralio

@@ -6,13 +6,29 @@
 namespace tralio {
 namespace {
 
+/// Neighbours differ by hardly anything, or, in a steep gradient, by as much as those before and behind them.
 Labels evenGroups(const Channels& channels) {
     constexpr int tolerance = 2;
+    constexpr int steepest = 6;
+    const size_t count = channels[0].pixels().size();
+    const auto holdsInAll = [&](auto condition) {
+        return std::ranges::all_of(
+            channels, [&](const Plane& plane) { return condition(plane.pixels().data()); });
+    };
+    const auto isOfGradient = [&](size_t after, size_t before) {
+        const size_t step = after - before;
+        return before >= 2 * step && after + 2 * step < count && holdsInAll([&](const quint8* pixels) {
+            // Dithering shifts a colour by less than a level.
+            const int twice = 2 * (pixels[after] - pixels[before]);
+            return std::abs(twice) <= 2 * steepest &&
+                std::abs(pixels[before] - pixels[before - 2 * step] - twice) <= tolerance &&
+                std::abs(pixels[after + 2 * step] - pixels[after] - twice) <= tolerance;
+        });
+    };
     const auto isEven = [&](size_t a, size_t b) {
-        const auto differs = [&](const Plane& plane) {
-            return std::abs(plane.pixels()[a] - plane.pixels()[b]) > tolerance;
-        };
-        return !std::any_of(channels.begin(), channels.end(), differs);
+        return holdsInAll(
+                   [&](const quint8* pixels) { return std::abs(pixels[a] - pixels[b]) <= tolerance; }) ||
+            isOfGradient(a, b);
     };
     return connect(
         channels[0].width(), channels[0].height(), Neighbours::four, [](size_t) { return true; }, isEven);

@@ -28,12 +28,16 @@ bool isBar(const Extent& extent, const RowTally& rows, int unit) {
 bool isPill(const Extent& extent, const RowTally& rows, int square, int unit) {
     constexpr int leastHeight = 12;
     constexpr int mostHeight = 24;
+    constexpr int mostHeightIfFull = 48;  // no letter has so little in it
     const int width = extent.box.width();
     const int height = extent.box.height();
     const qint64 full = qint64(width) * height;
     const qint64 holes = rows.spans - extent.area;
-    return std::min(width, height) >= leastHeight * unit && height <= mostHeight * unit && rows.isFullAbove &&
-        rows.isFullBelow && qint64(rows.spans) * 100 >= full * 70 && holes * 100 >= full * 5 &&
+    const bool isFull = extent.area * qint64(100) >= full * 65;
+    if (std::min(width, height) < leastHeight * unit || !rows.isFullAbove || !rows.isFullBelow ||
+        height > (isFull ? mostHeightIfFull : mostHeight) * unit)
+        return false;
+    return qint64(rows.spans) * 100 >= full * 70 && holes * 100 >= full * (isFull ? 2 : 5) &&
         extent.area * qint64(100) >= full * 55 && square * 10 >= height * 3;
 }
 

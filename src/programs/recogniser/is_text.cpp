@@ -19,6 +19,18 @@ bool isTextOfPhotograph(const ReadLine& line) {
             (letters >= fewLetters && line.confidence() >= verySure));
 }
 
+/// The icons of a toolbar are read as signs, each a word by itself. Those of East Asia may be words.
+bool isRowOfSigns(const ReadLine& line) {
+    constexpr std::ptrdiff_t fewest = 4;
+    constexpr qsizetype longestSign = 2;
+    constexpr QChar firstEastAsian = u'\u1100';
+    const auto isSign = [](const ReadWord& word) {
+        return word.text.size() <= longestSign && word.text.front() < firstEastAsian;
+    };
+    return std::ssize(line.words) >= fewest &&
+        std::ranges::count_if(line.words, isSign) * 3 >= std::ssize(line.words) * 2;
+}
+
 }  // namespace
 
 bool isText(const ReadLine& line, bool isInPhotograph) {
@@ -28,8 +40,11 @@ bool isText(const ReadLine& line, bool isInPhotograph) {
         return word.confidence >= sure &&
             std::ranges::count_if(word.text, [](QChar c) { return c.isLetter(); }) >= 3;
     };
-    return isInPhotograph ? isTextOfPhotograph(line)
-                          : line.confidence() >= textFrom || std::ranges::any_of(line.words, isSure);
+    if (isInPhotograph)
+        return isTextOfPhotograph(line);
+    constexpr double signsFrom = 65;
+    return line.confidence() >= (isRowOfSigns(line) ? signsFrom : textFrom) ||
+        std::ranges::any_of(line.words, isSure);
 }
 
 }  // namespace tralio

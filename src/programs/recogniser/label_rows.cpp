@@ -14,7 +14,7 @@ namespace {
 bool isOfOnePitch(const TextLine& line) {
     std::vector<double> places;  // but of quotes, each of which is two
     for (const QRect& letter : line.letters)
-        if (letter.height() * 10 >= line.letterHeight() * 7)
+        if (letter.height() * 10 >= line.letterHeight() * 7 && letter.bottom() > line.box.center().y())
             places.push_back(QRectF(letter).center().x());
     std::vector<double> steps;
     for (size_t i = 1; i < places.size(); ++i)
@@ -35,8 +35,8 @@ bool isOfOnePitch(const TextLine& line) {
 /// The right edges behind which a row of labels is to be cut. Engines take the gaps between labels for
 /// blanks, and join the words inside them; not so among the many blanks of a sentence.
 std::vector<int> labelEnds(const TextLine& line) {
-    constexpr double leastBlank = 0.2;  // of the line's height
-    constexpr double leastGap = 0.8;
+    constexpr double leastBlank = 0.3;  // of the usual height of letters; that of "ll" is less
+    constexpr double leastGap = 0.8;    // of the line's height
     constexpr double leastStep = 2.2;
     constexpr std::ptrdiff_t mostBlanks = 4;  // for each gap between labels
     constexpr size_t fewest = 8;
@@ -44,6 +44,7 @@ std::vector<int> labelEnds(const TextLine& line) {
     marks.insert(marks.end(), line.dots.begin(), line.dots.end());
     std::ranges::sort(marks, {}, [](const QRect& mark) { return mark.left(); });
     const int height = line.box.height();
+    const double blank = leastBlank * line.letterHeight();
     struct Gap {
         int width;
         int after;
@@ -53,18 +54,18 @@ std::vector<int> labelEnds(const TextLine& line) {
     for (const QRect& mark : marks) {
         const int width = horizontalGap(last, mark);
         // What follows a comma or a full stop is no label.
-        if (width >= leastBlank * height && last.top() <= line.box.center().y())
+        if (width >= blank && last.top() <= line.box.center().y())
             gaps.push_back({width, last.right()});
         last = width > 0 ? mark : last | mark;
     }
     std::ranges::sort(gaps, {}, &Gap::width);
-    const auto blank = std::ranges::adjacent_find(gaps, [&](const Gap& a, const Gap& b) {
+    const auto widest = std::ranges::adjacent_find(gaps, [&](const Gap& a, const Gap& b) {
         return b.width >= leastGap * height && b.width >= leastStep * a.width;
     });
     std::vector<int> ends;
-    if (blank == gaps.end())
+    if (widest == gaps.end())
         return ends;
-    std::ranges::transform(std::next(blank), gaps.end(), std::back_inserter(ends), &Gap::after);
+    std::ranges::transform(std::next(widest), gaps.end(), std::back_inserter(ends), &Gap::after);
     const std::ptrdiff_t blanks = std::ssize(gaps) - std::ssize(ends);
     // With hardly a blank there are but words, such as those of a sentence with double blanks.
     if (std::ssize(ends) * mostBlanks < blanks || blanks * 3 < std::ssize(ends) + 1 ||

@@ -46,9 +46,13 @@ bool isDoubtful(const ReadWord& word) {
 /// Whether lines are in another script: beside Latin letters, with some that are beyond doubt.
 bool isOfOtherScript(const Reading& reading) {
     constexpr qsizetype fewest = 2;
+    constexpr qsizetype oneIn = 6;
     qsizetype sure = 0;
+    qsizetype letters = 0;
     bool isMixed = false;
     for (const ReadLine& line : reading.lines) {
+        letters += std::ranges::count_if(
+            line.text(), [](QChar c) { return c.isLetter(); });
         const auto isLatin = [](QChar c) { return c.script() == QChar::Script_Latin; };
         isMixed = isMixed || mayBeLatin(line.text(), line.confidence()) ||
             std::ranges::any_of(line.text(), isLatin);
@@ -56,7 +60,7 @@ bool isOfOtherScript(const Reading& reading) {
             if (isPlainly(word, ScriptKind::other) && !isDoubtful(word))
                 sure += std::ranges::count_if(word.text, [](QChar c) { return c.isLetter(); });
     }
-    return reading.holdsOtherScript() && (!isMixed || sure >= fewest);
+    return reading.holdsOtherScript() && (!isMixed || (sure >= fewest && sure * oneIn >= letters));
 }
 
 /// Puts a word in the place of what was read in its box, if that was read with much less confidence.

@@ -19,24 +19,38 @@ int distance(const Colour& a, const Colour& b) {
     return std::max({std::abs(a[0] - b[0]), std::abs(a[1] - b[1]), std::abs(a[2] - b[2])});
 }
 
+/// Whether colours change to and fro about a step between neighbours. In a steep gradient they go on in one
+/// direction, however that is dithered.
+bool isZigzag(const Channels& channels, size_t left, size_t right) {
+    return std::ranges::any_of(
+        channels,
+        [&](const Plane& plane) {
+            const quint8* pixels = plane.pixels().data();
+            const int step = pixels[right] - pixels[left];
+            return std::abs(step) >= 2 &&
+                (step * (pixels[left] - pixels[left - 1]) < 0 ||
+                    step * (pixels[right + 1] - pixels[right]) < 0);
+        });
+}
+
 /// How far colours of one ground lie from it; nothing for a picture without noise, whose neighbouring pixels
 /// are equal, of one gradient, or clearly different.
 std::optional<int> reachOfNoise(const Channels& channels) {
     constexpr size_t slight = 7;
     constexpr size_t leastShare = 45;  // thousandths
     std::array<size_t, 256> counts{};
+    size_t all = 0;
+    size_t slightOnes = 0;
     const int width = channels[0].width();
     for (int y = 0; y < channels[0].height(); ++y) {
         const size_t row = static_cast<size_t>(y) * static_cast<size_t>(width);
-        for (size_t x = 1; x < static_cast<size_t>(width); ++x)
-            ++counts[static_cast<size_t>(
-                distance(colourAt(channels, row + x - 1), colourAt(channels, row + x)))];
-    }
-    size_t all = 0;
-    size_t slightOnes = 0;
-    for (size_t i = 0; i < counts.size(); ++i) {
-        all += counts[i];
-        slightOnes += i >= 2 && i < slight ? counts[i] : 0;
+        for (size_t x = 2; x + 1 < static_cast<size_t>(width); ++x) {
+            const auto step =
+                static_cast<size_t>(distance(colourAt(channels, row + x - 1), colourAt(channels, row + x)));
+            ++counts[step];
+            ++all;
+            slightOnes += step >= 2 && step < slight && isZigzag(channels, row + x - 1, row + x) ? 1 : 0;
+        }
     }
     if (slightOnes * 1000 <= all * leastShare)
         return std::nullopt;

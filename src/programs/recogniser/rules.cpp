@@ -39,10 +39,12 @@ int leastInkOfSides(const Labels& marks, int mark, const QRect& box, int unit) {
     return least;
 }
 
+/// How much of its sides a round frame has.
+constexpr int round = 25;
+
 /// Whether a mark goes all around: with straight sides, or around something. A large "O" is empty.
 bool isClosed(const Labels& marks, const std::vector<Extent>& all, size_t mark, int unit) {
     constexpr int straight = 60;
-    constexpr int round = 25;
     const QRect& box = all[mark].box;
     const int least = leastInkOfSides(marks, static_cast<int>(mark), box, unit);
     const QRect inside = box.adjusted(1, 1, -1, -1);
@@ -52,6 +54,21 @@ bool isClosed(const Labels& marks, const std::vector<Extent>& all, size_t mark, 
         }));
 }
 
+/// A thin ring around a figure, such as a page's number. What signs like "国" hold is higher.
+bool isRing(const Labels& marks, const std::vector<Extent>& all, size_t mark, int unit) {
+    constexpr int least = 20;
+    const QRect& box = all[mark].box;
+    if (std::min(box.width(), box.height()) < least * unit)
+        return false;
+    QRect inside;
+    for (const Extent& other : all)
+        if (box.adjusted(1, 1, -1, -1).contains(other.box))
+            inside |= other.box;
+    return std::max(inside.width(), inside.height()) >= 5 * unit &&
+        inside.height() * 100 <= box.height() * 42 &&
+        leastInkOfSides(marks, static_cast<int>(mark), box, unit) >= round;
+}
+
 /// Letters are neither that long and thin nor that hollow, but for those of a large light headline.
 bool isLineOrFrame(
     const Labels& marks, const std::vector<Extent>& all, size_t mark, int thickness, int unit) {
@@ -59,7 +76,7 @@ bool isLineOrFrame(
     const int longSide = std::max(extent.box.width(), extent.box.height());
     const int shortSide = std::min(extent.box.width(), extent.box.height());
     if (longSide < 40 * unit)
-        return false;
+        return thickness <= 2 * unit && isRing(marks, all, mark, unit);
     if (shortSide <= 4 * unit)
         return true;
     if (shortSide < 12 * unit || extent.area * qint64(100) > qint64(35) * longSide * shortSide)

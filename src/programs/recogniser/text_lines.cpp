@@ -69,7 +69,7 @@ std::vector<TextLine> chain(std::vector<MarkShape> letters) {
     PlaceIndex ends;
     for (const MarkShape& letter : letters) {
         std::optional<size_t> best;
-        int mostShared = 0;
+        double mostShared = 0;
         ends.visit(letter.box, [&](size_t i) {
             const TextLine& line = lines[i];
             if (!isOfOneLayer(line, letter) || sharedHeight(line.box, letter.box) <= 0)
@@ -77,7 +77,9 @@ std::vector<TextLine> chain(std::vector<MarkShape> letters) {
             const QRect last = end(line);
             if (!mayContinue(line, last, letter.box))
                 return;
-            const int shared = sharedHeight(last, letter.box);
+            // In a photograph the last marks of a line may be anything, of any height.
+            const int height = line.isShaded ? 1 : (last | letter.box).height();
+            const double shared = sharedHeight(last, letter.box) / double(height);
             if (best && std::pair(-shared, i) >= std::pair(-mostShared, *best))
                 return;
             best = i;
@@ -288,7 +290,7 @@ std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int un
     addLeaders(lines, leaders);
     for (TextLine& line : lines)
         if (!line.isShaded)
-            setBulletAside(line);
+            setIconAside(line);
     return lines;
 }
 

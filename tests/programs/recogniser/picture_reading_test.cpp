@@ -126,6 +126,20 @@ TEST_F(PictureReading, nothing_that_is_no_text_speaks_against_another_script) {
     EXPECT_EQ(reading.lines.back().text(), u"Добрый день, мой дорогой друг"_s);
 }
 
+TEST_F(PictureReading, a_line_of_another_script_is_read_by_its_own_engine_and_the_others_stay) {
+    const QStringList lines{u"The ferry leaves at noon"_s, u"Please keep this receipt"_s,
+        u"Откройте вкладку Settings справа"_s, u"Nobody ordered a printer"_s, u"Rain was measured hourly"_s};
+    const QImage image = drawn(lines);
+    const Reading reading = read(image, {u"vie"_s, u"eng"_s, u"rus"_s});
+    ASSERT_EQ(std::ssize(reading.lines), lines.size());
+    const double pitch = reading.lines[1].box.top() - reading.lines[0].box.top();
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const ReadLine& line = reading.lines[static_cast<size_t>(i)];
+        EXPECT_EQ(line.text(), lines[i]);
+        EXPECT_NEAR(line.box.top(), reading.lines[0].box.top() + static_cast<double>(i) * pitch, pitch / 4);
+    }
+}
+
 TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their_lines_begin) {
     const QStringList code{u"if (isReady) {"_s, u"    startTheEngine();"_s, u"} else {"_s,
         u"    waitForTheEngine();"_s, u"stopEverything();"_s};

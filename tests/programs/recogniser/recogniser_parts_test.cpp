@@ -1,5 +1,6 @@
 #include <random>
 
+#include "programs/recogniser/is_text.h"
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
 #include "programs/recogniser/repeated_lines.h"
@@ -118,6 +119,11 @@ TEST(Reading, code_prices_and_look_alikes_are_in_no_other_script) {
     EXPECT_THAT(texts(bestLines({{line(u"3B"_s, 60)}}, {{line(u"3月"_s, 70)}}, 3)), ElementsAre(u"3月"_s));
     EXPECT_THAT(texts(bestLines({{line(u"name"_s, 79)}}, {{line(u"пате"_s, 88)}}, 3)), ElementsAre(u"name"_s))
         << "Russian is read better";
+    const QString code = u"print(\"a test of it\")"_s;
+    Reading misread = row(
+        {{u"рт1пт(\""_s, 40, 0}, {u"а"_s, 90, 1}, {u"test"_s, 95, 1}, {u"оф"_s, 95, 1}, {u"it\")"_s, 95, 1}});
+    misread.lines[0].box = line(code).box;
+    EXPECT_THAT(texts(bestLines({{line(code, 50)}}, misread, 3)), ElementsAre(code)) << "one short word";
     EXPECT_EQ(bestLines({{line(u"4.2 MB"_s, 49)}}, {{line(u"4.2MB"_s, 93)}}, 3).confidence(), 60);
     EXPECT_THAT(
         texts(bestLines({{line(u"9.000a"_s, 60)}}, {{line(u"9.000а"_s, 70)}}, 3)), ElementsAre(u"9.000a"_s));
@@ -197,6 +203,20 @@ TEST(Reading, tells_dots_from_dashes_drops_the_remains_of_frames_and_icons_and_k
     for (const auto& [first, second] : joined)
         EXPECT_THAT(texts(row({{first, 90, 0}, {second, 90, 1}})),
             ElementsAre(first == u"。" ? first + second : first + u' ' + second));
+}
+
+TEST(Reading, a_row_of_icons_is_no_text_and_one_of_figures_or_of_words_is) {
+    const auto read = [](const QStringList& words, double confidence) {
+        ReadLine line;
+        for (const QString& word : words)
+            line.words.push_back({word, confidence, 1});
+        return isText(line, false);
+    };
+    EXPECT_FALSE(read({u"BØO"_s, u"ñ"_s, u"+"_s, u"エマ"_s, u"#4"_s, u"DP"_s}, 53));
+    EXPECT_TRUE(read({u"1"_s, u"2"_s, u"3"_s, u"4"_s}, 70));
+    EXPECT_TRUE(read({u"a"_s, u"to"_s, u"Enter"_s, u"here"_s}, 53));
+    EXPECT_TRUE(read({u"请"_s, u"先"_s, u"关闭"_s, u"它"_s}, 53));
+    EXPECT_TRUE(read({u"F9"_s}, 53));
 }
 
 TEST(Reading, words_have_the_underscores_between_them_and_only_those) {

@@ -33,7 +33,11 @@ TEST(Rules, are_told_from_letters) {
     const QRect letter(30, 12, 8, 14);
     const QRect stem(50, 8, 2, 18);
     const QRect dash(60, 18, 20, 2);
+    const std::vector<QRect> ring{{28, 2, 12, 1}, {24, 3, 4, 1}, {40, 3, 4, 1}, {22, 4, 2, 1}, {44, 4, 2, 1},
+        {21, 5, 1, 3}, {46, 5, 1, 3}, {20, 8, 1, 23}, {47, 8, 1, 23}, {21, 31, 1, 3}, {46, 31, 1, 3},
+        {22, 34, 2, 1}, {44, 34, 2, 1}, {24, 35, 4, 1}, {40, 35, 4, 1}, {28, 36, 12, 1}};
     const std::pair<const char*, std::vector<QRect>> cases[] = {
+        {"a ring around a figure", ring},
         {"an underline", {{10, 34, 90, 2}}},
         {"a thin frame", {{4, 3, 112, 1}, {4, 3, 1, 33}, {4, 35, 112, 1}, {115, 3, 1, 33}}},
         {"a table's grid",
@@ -58,7 +62,9 @@ TEST(Rules, are_told_from_letters) {
     const std::vector<QRect> lightHeadline{{5, 2, 3, 34}, {5, 34, 41, 3},  // "LO"
         {70, 2, 16, 2}, {62, 4, 8, 2}, {86, 4, 8, 2}, {60, 6, 2, 28}, {94, 6, 2, 28}, {62, 34, 8, 2},
         {86, 34, 8, 2}, {70, 36, 16, 2}};
-    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters, lightHeadline})
+    std::vector<QRect> filled = ring;  // such as "国"
+    filled.emplace_back(26, 9, 16, 20);
+    for (const std::vector<QRect>& letters : {cutLetters, barsAmongLetters, lightHeadline, filled})
         EXPECT_EQ(lettersOf(letters), drawn(letters));
 
     const Labels mark{1, 1, {0}, 1};

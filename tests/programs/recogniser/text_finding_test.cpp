@@ -1,4 +1,5 @@
 #include <array>
+#include <cmath>
 
 #include "programs/recogniser/sheet.h"
 #include "programs/recogniser/work_budget.h"
@@ -41,6 +42,17 @@ TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
     Sheet sentence(420, 40);
     words(sentence, {10, 47, 84, 121, 158, 195, 246});
     EXPECT_EQ(Found(sentence).letters(), (Counts{{28}}));
+    Sheet doubleBlanks(300, 40);  // whose letters stand apart as much as those of "ll"
+    for (int x = 10; x < 200; x += 38)
+        doubleBlanks.type({x, 10}, 1, 10).type({x + 8, 10}, 1, 10).type({x + 16, 10}, 1, 10);
+    EXPECT_EQ(Found(doubleBlanks).letters(), (Counts{{15}}));
+    Sheet code(300, 40);  // with quotes, each of which is two marks
+    for (const int x : {10, 17, 24, 178, 185, 192})
+        code.fill({x, 10, 1, 5}, Qt::black).fill({x + 2, 10, 1, 5}, Qt::black);
+    for (const auto& [x, count] : {std::pair(38, 6), {87, 3}, {115, 2}, {136, 1}, {150, 3}})
+        code.type({x, 13}, count, 7);
+    code.type({30, 10}, 1, 10).type({170, 10}, 1, 10);
+    EXPECT_EQ(Found(code).letters(), (Counts{{29}}));
 }
 
 TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) {
@@ -52,6 +64,21 @@ TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) 
         EXPECT_EQ(found.lines[0].unread.size(), isBullet ? 1U : 0U);
         EXPECT_EQ(found.lines[0].box.left(), isBullet ? 26 : mark.left());
     }
+}
+
+TEST(TextFinding, an_icon_is_no_letter_and_takes_none_from_a_line_beside_it) {
+    for (const auto& [mark, isIcon] : {std::pair(QRect(10, 6, 18, 19), true), {QRect(10, 6, 18, 16), false},
+             {QRect(18, 6, 18, 19), false}, {QRect(10, 10, 10, 15), false}, {QRect(10, 10, 16, 12), true},
+             {QRect(10, 10, 14, 12), false}, {QRect(10, 11, 19, 11), false}}) {
+        Sheet menu(300, 40);
+        const Found found(menu.type({40, 10}, 8, 12).fill(mark, Qt::black));
+        ASSERT_EQ(found.lines.size(), 1U);
+        EXPECT_EQ(found.lines[0].letters.size(), isIcon ? 8U : 9U);
+        EXPECT_EQ(found.lines[0].box.left(), isIcon ? 40 : mark.left());
+    }
+    Sheet dialog(400, 60);
+    dialog.type({30, 10}, 1, 30).type({60, 16}, 5, 8).type({100, 12}, 1, 12).type({112, 16}, 9, 8);
+    EXPECT_EQ(Found(dialog).letters(), (Counts{{1}, {15}}));
 }
 
 TEST(TextFinding, dots_that_lead_to_a_number_are_shown_to_no_engine) {
@@ -126,6 +153,14 @@ TEST(TextFinding, bands_of_any_height_and_pills_show_their_text_beside_that_of_t
         sheet.fill({146, 7, 17, 16}, Qt::red).type({152, 11}, 1, 8, Qt::white);
         EXPECT_EQ(Found(sheet).letters(), (Counts{{12}, {1}, {8}, {7}})) << height;
     }
+    Sheet disc(100, 60);
+    for (int y = -15; y < 15; ++y) {
+        const int half = static_cast<int>(std::sqrt(15 * 15 - y * y) * 1.2);
+        disc.fill({40 - half, 30 + y, 2 * half, 1}, QColor(22, 104, 220));
+    }
+    const Found page(disc.type({36, 24}, 1, 12, Qt::white));
+    EXPECT_EQ(page.letters(), (Counts{{1}}));
+    EXPECT_EQ(page.lines[0].box, QRect(36, 24, 8, 12)) << "of a page in a disc";
 }
 
 TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_no_photograph) {
@@ -150,13 +185,18 @@ TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_n
         leaves.fill({i, 0, 1, 80}, QColor(60 + i % 40, 90 + i % 40, 40));
     EXPECT_TRUE(Found(leaves.addGrain(5)).marks.ground().hasShades());
 
-    Sheet dithered(300, 80);
-    for (int x = 0; x < 300; ++x)
-        for (int y = 0; y < 80; ++y)
-            dithered.fill({x, y, 1, 1}, QColor(40, 90 + (x + (x * 5 + y * 3) % 8) / 8, 200));
-    const Found gradient(dithered.type({20, 32}, 9, 10, Qt::white));
-    EXPECT_EQ(gradient.letters(), (Counts{{9}}));
-    EXPECT_FALSE(gradient.marks.ground().hasShades());
+    // Of so many eighths of a level from one pixel to the next: a page, and buttons on one.
+    for (const auto& [area, across, down] :
+        {std::tuple(QRect(0, 0, 300, 80), 1, 0), {{12, 12, 120, 50}, 13, 0}, {{12, 12, 120, 50}, 0, 25}}) {
+        Sheet dithered(300, 80);
+        for (int x = area.left(); x <= area.right(); ++x)
+            for (int y = area.top(); y <= area.bottom(); ++y)
+                dithered.fill(
+                    {x, y, 1, 1}, QColor(40, 50 + (x * across + y * down + (x * 5 + y * 3) % 8) / 8, 200));
+        const Found gradient(dithered.type({20, 32}, 9, 10, Qt::white));
+        EXPECT_EQ(gradient.letters(), (Counts{{9}})) << across << ' ' << down;
+        EXPECT_FALSE(gradient.marks.ground().hasShades());
+    }
 }
 
 TEST(TextFinding, what_lies_in_a_photograph_inside_a_page_is_of_the_photograph) {
