@@ -146,8 +146,10 @@ TEST_F(SettingsStateTest, a_provider_that_takes_the_place_of_what_only_the_user_
         own.setting = own.value;
         settle();
         choose(own.provider);
+        desktop.clock.advance(5s);
         panel = opened();
         choose(u"kavo"_s);
+        desktop.clock.advance(5s);
         EXPECT_NE(own.setting(), own.value);
         ASSERT_TRUE(undo.message()) << qPrintable(own.value);
         undo.accept();
