@@ -17,9 +17,6 @@ struct OnDesktop : testing::Test {
 struct X11 : testing::Test {
     X11() { qputenv("DISPLAY", desktop.environment().value(u"DISPLAY"_s).toUtf8()); }
 
-    /// Makes held keys repeat early and fast.
-    void repeatsFast() { desktop.run(u"xset"_s, {u"r"_s, u"rate"_s, u"100"_s, u"50"_s}); }
-
     /// Whether `program` can grab the keyboard; if so, it keeps the grab until it releases it.
     static bool takesKeyboard(X11Connection& program) {
         const XcbPtr<xcb_grab_keyboard_reply_t> grab{xcb_grab_keyboard_reply(program.xcb(),

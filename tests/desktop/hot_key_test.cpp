@@ -6,7 +6,7 @@ namespace tralio {
 namespace {
 
 struct HotKey : X11 {
-    HotKey() { repeatsFast(); }
+    HotKey() { desktop.repeatsFast(); }
 
     /// Starts the program, with another hot key for the selected text.
     void start(const KeyCombination& text = {KeyCode::d, Modifier::command | Modifier::shift}) {

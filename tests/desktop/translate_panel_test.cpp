@@ -45,8 +45,12 @@ TEST_F(TranslatePanelOnScreen, a_typed_text_is_translated_and_the_result_pasted_
     program.standIn().translatesTo(translation);
     ASSERT_TRUE(program.openByHotKey());
     const AlertListener told(desktop.accessibilityAddress());
-    desktop.enter(u"good morning, world"_s);
+    desktop.repeatsFast();
+    desktop.type(u"good morning, world"_s);
+    desktop.hold({u"Return"_s});
     ASSERT_TRUE(program.isAsked(u"good morning, world"_s));
+    EXPECT_FALSE(waitUntil([&] { return program.standIn().requests().size() > 1; }, 1)) << "it is still held";
+    desktop.release({u"Return"_s});
     EXPECT_TRUE(waitUntil([&] { return told.alerts == 1; })) << "a screen reader hears nothing of it";
     ASSERT_TRUE(program.click(u"Sao chép"_s));
     ASSERT_TRUE(program.comes(u"Đã chép!"_s));

@@ -54,6 +54,8 @@ public:
 
     void pressTextHotKey() const override { press(u"super+shift+d"_s); }
     void press(const QString& keys) const { xdotool(u"key "_s + keys); }
+    /// Makes held keys repeat early and fast.
+    void repeatsFast() const { run(u"xset"_s, {u"r"_s, u"rate"_s, u"100"_s, u"50"_s}); }
     /// Holds keys down, in order, or releases them.
     void hold(const QStringList& keys) const { xdotool(u"keydown "_s + keys.join(u' ')); }
     void release(const QStringList& keys) const { xdotool(u"keyup "_s + keys.join(u' ')); }

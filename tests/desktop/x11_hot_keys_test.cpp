@@ -68,7 +68,7 @@ TEST_F(X11, hot_keys_tell_their_presses_apart_and_let_the_keyboard_go) {
 
     // While the keys are still held, other programs can grab the keyboard, and repeats do not count as
     // presses.
-    repeatsFast();
+    desktop.repeatsFast();
     desktop.hold({u"super"_s, u"shift"_s, u"d"_s});
     ASSERT_TRUE(ours.isPressed(1));
     EXPECT_FALSE(waitUntil([&] { return ours.pressed.size() > 1; }, 1)) << "a repeat counts as a press";
@@ -94,7 +94,7 @@ TEST_F(X11, a_hot_key_that_is_registered_while_it_is_held_takes_no_repeat_for_a_
     OneProgram ours;
     ASSERT_EQ(ours.take({keyF5, Modifier::control}, 2), registered);
 
-    repeatsFast();
+    desktop.repeatsFast();
     desktop.hold({u"ctrl"_s, u"t"_s});
     ASSERT_EQ(ours.take({KeyCode::t, Modifier::control}, 1), registered);
     EXPECT_FALSE(waitUntil([&] { return !ours.pressed.empty(); }, 1)) << "a repeat counts as a press";

@@ -115,6 +115,14 @@ TEST_F(SettingsPanelOnStage, the_key_is_masked_until_the_user_looks_at_it) {
     click(u"Ẩn API Key"_s);
     EXPECT_FALSE(isLegible());
     EXPECT_EQ(setting(u"api_key"_s), u"sk-secret 1");
+    key->setFocus();
+    pressUndo();
+    QContextMenuEvent ask(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint());
+    QApplication::sendEvent(key, &ask);
+    press(Qt::Key_Home, Qt::Key_Return);
+    EXPECT_EQ(key->text(), u"sk-secret 1");
+    key->undo();  // or whatever else edits without saying so
+    EXPECT_EQ(key->text(), setting(u"api_key"_s));
 }
 
 TEST_F(SettingsPanelOnStage,

@@ -25,6 +25,12 @@ protected:
         if (event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress ||
             event->type() == QEvent::TouchBegin)
             isLast = event->type() == QEvent::KeyPress;
+        // WORKAROUND: Qt's bridge to AT-SPI installs its filter anew whenever somebody begins or ceases to
+        // listen there. It swallows keys and sends copies without time stamp later, so that this filter has
+        // to come before it. It lets through what precedes a key press, and the click that begins a
+        // recording.
+        if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::MouseButtonPress)
+            watchKeyboardUse();
         const bool isPress = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
         if (isPress || event->type() == QEvent::KeyRelease)
             remember(static_cast<const QKeyEvent&>(*event), isPress);

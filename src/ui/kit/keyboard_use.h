@@ -6,7 +6,7 @@ class QKeyEvent;
 
 namespace tralio {
 
-/// Starts to record whether the user last used keyboard or pointer, for the functions below. May be called
+/// Starts to record what the user does with keyboard and pointer, for the functions below. May be called
 /// again.
 void watchKeyboardUse();
 

@@ -3,6 +3,7 @@
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
+#include <QKeyEvent>
 
 #include <utility>
 
@@ -28,7 +29,20 @@ TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
     setFixedHeight(fieldHeight);
     connect(&Theme::current(), &Theme::changed, this, &TextField::followTheme);
     followTheme();
-    connect(this, &QLineEdit::textEdited, this, &TextField::tell);
+    connect(this, &QLineEdit::textChanged, this, &TextField::tell);  // not every edit is a textEdited
+}
+
+bool TextField::event(QEvent* event) {
+    // The toolkit's undo of a masked text empties it.
+    if (echoMode() != Normal &&
+        (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress)) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        if (key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo)) {
+            event->ignore();
+            return false;
+        }
+    }
+    return QLineEdit::event(event);
 }
 
 void TextField::followTheme() {
@@ -77,7 +91,7 @@ void TextField::inputMethodEvent(QInputMethodEvent* event) {
 void TextField::setText(const QString& text) {
     if (!std::exchange(m_composed, {}).isEmpty())
         QGuiApplication::inputMethod()->reset();
-    m_told = text;
+    m_told = text.left(maxLength());  // as much as is taken
     QLineEdit::setText(text);
 }
 
@@ -101,10 +115,11 @@ void TextField::leaveEvent(QEvent* event) {
 }
 
 void TextField::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isLegible = echoMode() == Normal;
     openEditMenu(this, event->pos(),
         {.isWritable = !isReadOnly(),
-            .canUndo = isUndoAvailable(),
-            .canCopy = hasSelectedText() && echoMode() == Normal,  // a masked text must not be copied
+            .canUndo = isUndoAvailable() && isLegible,
+            .canCopy = hasSelectedText() && isLegible,  // a masked text must not be copied
             .isEmpty = text().isEmpty()});
 }
 

@@ -4,7 +4,8 @@
 
 namespace tralio {
 
-/// A single-line text field with a background. Set an accessible name; the placeholder is not one.
+/// A single-line text field with a background. Set an accessible name; the placeholder is not one. One that
+/// is masked has no undo, and leaves its keys to what stands around it.
 class TextField final : public QLineEdit {
     Q_OBJECT
 
@@ -22,10 +23,11 @@ public:
     void setText(const QString& text);
 
 Q_SIGNALS:
-    /// The user has changed the shown text.
+    /// Somebody has changed the shown text, other than by setText.
     void edited(const QString& shownText);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;

@@ -178,8 +178,9 @@ void SettingsState::chooseHotKey(HotKeyRecordTarget target, const HotKeyPresetIt
 void SettingsState::chooseProvider(const QString& presetId) {
     for (const ProviderPreset& preset : ProviderPreset::presets()) {
         if (preset.id == presetId) {
-            if (settings().wouldLoseOwn(preset))
-                m_needs.undo.makeOrExtend(u"Đã đổi nhà cung cấp"_s, settings().remembered());
+            if (!m_needs.undo.extend() && settings().wouldLoseOwn(preset))
+                m_needs.undo.make(
+                    u"Đã đổi nhà cung cấp"_s, settings().remembered(), UndoOffer::Kind::ofSeveral);
             settings().applyPreset(preset);
             // Even if the same provider is selected again, since that restores its values.
             testResult = std::nullopt;

@@ -11,15 +11,18 @@ constexpr auto duration = 6s;
 
 }  // namespace
 
-void UndoOffer::make(const QString& what, std::function<void()> bringBack) {
+void UndoOffer::make(const QString& what, std::function<void()> bringBack, Kind kind) {
     m_bringBack = std::move(bringBack);
+    m_kind = kind;
     message = what;
     m_end = m_clock.after(duration, [this] { withdraw(); });
 }
 
-void UndoOffer::makeOrExtend(const QString& what, std::function<void()> bringBack) {
-    const bool stands = message() == what;
-    make(what, stands ? std::move(m_bringBack) : std::move(bringBack));
+bool UndoOffer::extend() {
+    if (!m_bringBack || m_kind == Kind::single)
+        return false;
+    m_end = m_clock.after(duration, [this] { withdraw(); });
+    return true;
 }
 
 void UndoOffer::accept() {

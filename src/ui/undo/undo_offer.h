@@ -22,11 +22,13 @@ public:
     /// What was deleted, as a message; absent while nothing can be brought back.
     Observable<std::optional<QString>> message{*this};
 
+    enum class Kind { single, ofSeveral };
+
     /// Replaces the offer. `bringBack` is called at most once, and not after this object is destroyed.
-    void make(const QString& what, std::function<void()> bringBack);
-    /// As `make`; but if the same has been said and stands, its way back is kept: it leads to before the
-    /// first of several.
-    void makeOrExtend(const QString& what, std::function<void()> bringBack);
+    void make(const QString& what, std::function<void()> bringBack, Kind kind = Kind::single);
+    /// If an offer of several stands, it lasts as if it were made now, and leads back to before the first.
+    /// Returns whether one does.
+    bool extend();
     /// Brings the deleted thing back, if that is still possible.
     void accept();
 
@@ -35,6 +37,7 @@ private:
 
     Clock& m_clock;
     std::function<void()> m_bringBack;
+    Kind m_kind = Kind::single;
     ScheduledCall m_end;
 };
 
