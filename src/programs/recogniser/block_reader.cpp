@@ -32,7 +32,9 @@ constexpr QStringView vietnamesePack = u"vie";
 constexpr QStringView englishPack = u"eng";
 /// Vietnamese leads, and takes English with it; the other way round tone marks suffer.
 constexpr std::array<QStringView, 2> leadingPacks{vietnamesePack, englishPack};
-constexpr std::array<QStringView, 4> otherScripts{u"rus", u"jpn", u"chi_sim", u"kor"};
+constexpr QStringView japanesePack = u"jpn";
+constexpr QStringView chinesePack = u"chi_sim";
+constexpr std::array<QStringView, 4> otherScripts{u"rus", japanesePack, chinesePack, u"kor"};
 constexpr std::array<QStringView, 3> otherLanguages{u"fra", u"deu", u"spa"};
 
 template <size_t count>
@@ -168,7 +170,9 @@ void BlockReader::tryOtherScripts(TextMarks::Kind kind) {
     for (const QString& pack : scripts) {
         const double enough = pack == u"rus" ? anotherScriptBelow : scriptFoundAt;
         const double weakest = m_best.reading.weakestLine();
-        if ((weakest >= enough && !m_best.reading.holdsRiddle()) || !hasTime())
+        const bool isOpen = weakest < enough || m_best.reading.holdsRiddle() ||
+            (pack == chinesePack && m_best.engine == japanesePack && m_best.reading.isHanAlone());
+        if (!isOpen || !hasTime())
             return;
         // Of what is no text nothing is concluded.
         const bool isKnown = m_best.confidence >= textFrom;

@@ -4,8 +4,11 @@
 #include <array>
 #include <cstdlib>
 #include <iterator>
+#include <map>
+#include <set>
 
 #include "programs/recogniser/labels.h"
+#include "programs/recogniser/outlined_letters.h"
 #include "programs/recogniser/rules.h"
 #include "programs/recogniser/underlines.h"
 
@@ -67,9 +70,13 @@ Labels shadedInk(const TextMarks& marks, const Plane& strengths) {
         always);
 }
 
-/// The colours that most pieces of the size of letters have in photographs; white, in which most captions are
-/// written, is always one of them.
-std::vector<QRgb> findLetterColours(const TextMarks& marks) {
+struct LetterColours {
+    std::vector<QRgb>
+        frequent;   ///< those of most pieces of the size of letters, and white, as most captions are
+    QRgb outlined;  ///< that of most such pieces with a darker rim
+};
+
+LetterColours findLetterColours(const TextMarks& marks) {
     constexpr int tolerance = 6;
     constexpr int leastHeight = 5;
     constexpr int mostHeight = 120;
@@ -83,9 +90,11 @@ std::vector<QRgb> findLetterColours(const TextMarks& marks) {
     const Labels pieces = connect(
         marks.size().width(), marks.size().height(), Neighbours::four, [](size_t) { return true; }, isEven);
     const std::vector<Extent> extents = extentsOf(pieces);
+    const std::vector<Rim> rims = rimsOf(pieces, marks);
     std::vector<bool> isCounted(extents.size());
     struct Colour {
         int count = 0;
+        int rimmed = 0;
         int red = 0;
         int green = 0;
         int blue = 0;
@@ -104,6 +113,8 @@ std::vector<QRgb> findLetterColours(const TextMarks& marks) {
             channels[0].pixels()[i], channels[1].pixels()[i], channels[2].pixels()[i]};
         Colour& colour = colours[(rgb[0] >> 5) << 6 | (rgb[1] >> 5) << 3 | rgb[2] >> 5];
         ++colour.count;
+        if (rims[piece].isClosed())
+            ++colour.rimmed;
         colour.red += rgb[0];
         colour.green += rgb[1];
         colour.blue += rgb[2];
@@ -112,20 +123,27 @@ std::vector<QRgb> findLetterColours(const TextMarks& marks) {
     sorted.reserve(colours.size());
     for (const auto& [bin, colour] : colours)
         sorted.push_back(colour);
+    const auto meanOf = [](const Colour& colour) {
+        return qRgb(colour.red / colour.count, colour.green / colour.count, colour.blue / colour.count);
+    };
+    constexpr QRgb white = qRgb(255, 255, 255);
+    LetterColours result{{white}, white};
+    const auto rimmed = std::ranges::max_element(sorted, {}, &Colour::rimmed);
+    if (rimmed != sorted.end() && rimmed->rimmed > 0)
+        result.outlined = meanOf(*rimmed);
     std::sort(
         sorted.begin(), sorted.end(), [](const Colour& a, const Colour& b) { return a.count > b.count; });
     sorted.resize(std::min(sorted.size(), most));
-    std::vector<QRgb> result{qRgb(255, 255, 255)};
     for (const Colour& colour : sorted) {
-        const QRgb mean =
-            qRgb(colour.red / colour.count, colour.green / colour.count, colour.blue / colour.count);
+        const QRgb mean = meanOf(colour);
         if (std::min({qRed(mean), qGreen(mean), qBlue(mean)}) < 240)
-            result.push_back(mean);
+            result.frequent.push_back(mean);
     }
     return result;
 }
 
-Labels inkOfColour(const TextMarks& marks, QRgb colour) {
+/// What has about that colour, anywhere or in photographs only.
+Labels inkOfColour(const TextMarks& marks, QRgb colour, bool anywhere) {
     constexpr int tolerance = 40;
     const Channels& channels = marks.channels();
     const std::array<int, 3> wanted{qRed(colour), qGreen(colour), qBlue(colour)};
@@ -136,8 +154,8 @@ Labels inkOfColour(const TextMarks& marks, QRgb colour) {
             for (size_t channel = 0; channel < wanted.size(); ++channel)
                 if (std::abs(channels[channel].pixels()[i] - wanted[channel]) > tolerance)
                     return false;
-            return marks.ground().isShadedAt(
-                QPoint(static_cast<int>(i % width), static_cast<int>(i / width)));
+            return anywhere ||
+                marks.ground().isShadedAt(QPoint(static_cast<int>(i % width), static_cast<int>(i / width)));
         },
         always);
 }
@@ -257,8 +275,12 @@ MarkShapes findMarkShapes(const TextMarks& marks) {
     if (!marks.ground().hasShades())
         return found;
     sortOut(shadedInk(marks, marks.strengths(Kind::difference, everything)), Kind::difference, marks, found);
-    for (const QRgb colour : findLetterColours(marks))
-        sortOut(inkOfColour(marks, colour), Kind::ownColour, marks, found, colour);
+    const LetterColours colours = findLetterColours(marks);
+    for (const QRgb colour : colours.frequent)
+        sortOut(inkOfColour(marks, colour, false), Kind::ownColour, marks, found, colour);
+    for (const QRgb colour : std::set{colours.frequent.front(), colours.outlined})
+        for (const QRect& letter : findOutlinedLetters(inkOfColour(marks, colour, true), marks))
+            found.shapes.push_back({letter, regionOfOutlined, true, Kind::ownColour, colour});
     return found;
 }
 

@@ -13,10 +13,32 @@
 
 #include "ocr/reading_order.h"
 #include "programs/recogniser/even_lines.h"
+#include "programs/recogniser/outlined_letters.h"
 #include "programs/recogniser/repeated_lines.h"
 
 namespace tralio {
 namespace {
+
+bool isOutlined(int region) {
+    return region == regionOfOutlined;
+}
+
+bool isMostlyIn(const QRect& box, const QRect& other) {
+    const QRect both = box & other;
+    return both.width() * both.height() * 10 >= box.width() * box.height() * 6;
+}
+
+/// Leaves of what is seen where outlined lines stand only those: the rest are their outlines, and pieces.
+void preferOutlined(std::vector<TextLine>& lines) {
+    std::vector<QRect> outlined;
+    for (const TextLine& line : lines)
+        if (isOutlined(line.region))
+            outlined.push_back(line.box.adjusted(-3, -3, 3, 3));
+    std::erase_if(lines, [&](const TextLine& line) {
+        return !isOutlined(line.region) &&
+            std::ranges::any_of(outlined, [&](const QRect& box) { return isMostlyIn(line.box, box); });
+    });
+}
 
 std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shapes) {
     std::vector<TextLine> lines = findTextLines(shapes.shapes, marks.unit());
@@ -25,7 +47,11 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
     std::vector<TextLine> even = evenLines({std::move_iterator(shaded), std::move_iterator(lines.end())});
     lines.erase(shaded, lines.end());
     lines.insert(lines.end(), std::move_iterator(even.begin()), std::move_iterator(even.end()));
-    return groupIntoBlocks(std::move(lines));
+    preferOutlined(lines);
+    std::vector<TextBlock> blocks = groupIntoBlocks(std::move(lines));
+    // Before what a photograph shows by chance, which may use up the time.
+    std::ranges::stable_partition(blocks, isOutlined, &TextBlock::region);
+    return blocks;
 }
 
 using Row = std::vector<ReadLine*>;

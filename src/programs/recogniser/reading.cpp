@@ -244,6 +244,17 @@ bool Reading::holdsRiddle() const {
         lines.begin(), lines.end(), [](const ReadLine& line) { return tralio::holdsRiddle(line); });
 }
 
+bool Reading::isHanAlone() const {
+    bool isHan = false;
+    for (const ReadLine& line : lines)
+        for (const QChar c : line.text()) {
+            isHan = isHan || c.script() == QChar::Script_Han;
+            if (c.script() == QChar::Script_Hiragana || c.script() == QChar::Script_Katakana)
+                return false;
+        }
+    return isHan;
+}
+
 void Reading::tellDotsFromDashes() {
     for (ReadLine& line : lines)
         for (ReadWord& word : line.words)

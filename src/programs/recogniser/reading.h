@@ -59,6 +59,9 @@ struct Reading {
     /// Whether a good part of the letters is of another script than Latin.
     [[nodiscard]] bool holdsOtherScript() const;
 
+    /// Whether Chinese signs stand there without the Japanese syllables that texts of both have.
+    [[nodiscard]] bool isHanAlone() const;
+
     /// Lines next to one another. Those that overlap are in one stretch.
     using Stretch = std::span<ReadLine>;
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "programs/recogniser/boxes.h"
+#include "programs/recogniser/outlined_letters.h"
 #include "programs/recogniser/resample.h"
 
 namespace tralio {
@@ -183,8 +184,9 @@ double BlockPainter::balanceOf(const TextBlock& block) const {
 BlockPicture BlockPainter::paint(const TextBlock& block, TextMarks::Kind kind) const {
     constexpr int rim = 1;
     const QRect frame = frameOf(block);
-    Plane plane = kind == TextMarks::Kind::ownColour ? m_marks.likeness(block.colour, frame)
-                                                     : m_marks.strengths(kind, frame);
+    Plane plane = kind == TextMarks::Kind::ownColour
+        ? m_marks.likeness(block.colour, frame, block.region == regionOfOutlined)
+        : m_marks.strengths(kind, frame);
     const auto wipe = [&](const QRect& box) {
         const QRect part = box.adjusted(-rim, -rim, rim, rim) & frame;
         if (part.isEmpty())
@@ -203,6 +205,9 @@ BlockPicture BlockPainter::paint(const TextBlock& block, TextMarks::Kind kind) c
         for (const QRect& box : line.unread)
             wipe(box);
     for (const TextBlock& other : m_blocks) {
+        // What else is seen around an outlined letter is its outline.
+        if (block.region == regionOfOutlined && other.region != regionOfOutlined)
+            continue;
         if (&other == &block || !other.box.adjusted(-rim, -rim, rim, rim).intersects(frame))
             continue;
         for (const TextLine& line : other.lines)

@@ -29,6 +29,45 @@ Plane largest(const Channels& channels, const Channels& ground, const QRect& par
     return result;
 }
 
+/// The mean of the three channels' differences from the ground.
+Plane meanDifference(const Channels& channels, const Channels& ground, const QRect& part) {
+    Plane result(part.width(), part.height());
+    for (int y = 0; y < part.height(); ++y) {
+        quint8* out = result.row(y);
+        for (int x = part.left(); x <= part.right(); ++x) {
+            int sum = 0;
+            for (size_t channel = 0; channel < channels.size(); ++channel)
+                sum += std::abs(
+                    channels[channel].row(part.top() + y)[x] - ground[channel].row(part.top() + y)[x]);
+            *out++ = static_cast<quint8>(sum / 3);
+        }
+    }
+    return result;
+}
+
+/// Whether letters were drawn with the stripes of a display's pixels: where red is ahead of blue on one side
+/// of a stroke it is behind on the other. Letters of one colour, and pictures, have it alike on both.
+bool haveColourFringes(const Channels& channels, const Channels& ground, const QRect& part) {
+    constexpr double oneSided = 0.3;
+    constexpr double visible = 0.1;
+    double slopes = 0;
+    double fringes = 0;
+    double balance = 0;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        const auto marks = [&](size_t channel, int x) {
+            return std::abs(channels[channel].row(y)[x] - ground[channel].row(y)[x]);
+        };
+        for (int x = part.left() + 1; x < part.right(); ++x) {
+            const double slope = marks(1, x + 1) - marks(1, x - 1);
+            const double fringe = marks(0, x) - marks(2, x);
+            slopes += slope * slope;
+            fringes += std::abs(slope * fringe);
+            balance += slope * fringe;
+        }
+    }
+    return std::abs(balance) > oneSided * fringes && fringes > visible * slopes;
+}
+
 /// What `measure` gives for the grey levels of each pixel: colours come and go in photographs.
 template <typename Measure>
 Plane greyLevels(const Channels& channels, const Channels& ground, const QRect& part, Measure measure) {
@@ -68,6 +107,27 @@ Plane standingOut(Plane plane) {
     return plane;
 }
 
+/// What is not beside a pixel of the colour is no blurred edge of a letter.
+void eraseFarFromInk(Plane& distances) {
+    constexpr int ink = 40;
+    constexpr int blur = 2;
+    const Plane before = distances;
+    const QRect all(0, 0, distances.width(), distances.height());
+    const auto isNearInk = [&](int x, int y) {
+        const QRect around = QRect(x - blur, y - blur, 2 * blur + 1, 2 * blur + 1) & all;
+        for (int v = around.top(); v <= around.bottom(); ++v) {
+            const quint8* row = before.row(v) + around.left();
+            if (std::any_of(row, row + around.width(), [](quint8 distance) { return distance <= ink; }))
+                return true;
+        }
+        return false;
+    };
+    for (int y = 0; y < distances.height(); ++y)
+        for (int x = 0; x < distances.width(); ++x)
+            if (!isNearInk(x, y))
+                distances.row(y)[x] = 255;
+}
+
 }  // namespace
 
 TextMarks::TextMarks(const QImage& image)
@@ -78,7 +138,10 @@ TextMarks::TextMarks(const QImage& image)
 Plane TextMarks::strengths(Kind kind, const QRect& part) const {
     switch (kind) {
         case Kind::difference:
-            return largest(m_channels, m_ground.colours(), part, difference);
+            // By the strongest channel such letters would be as bold as their fringes.
+            return haveColourFringes(m_channels, m_ground.colours(), part)
+                ? meanDifference(m_channels, m_ground.colours(), part)
+                : largest(m_channels, m_ground.colours(), part, difference);
         case Kind::brighter:
             return greyLevels(m_channels, m_ground.colours(), part, excess);
         case Kind::darker:
@@ -96,7 +159,7 @@ Plane TextMarks::strengths(Kind kind, const QRect& part) const {
     return largest(channels, medians(channels, wide, low), part.translated(-around.topLeft()), difference);
 }
 
-Plane TextMarks::likeness(QRgb colour, const QRect& part) const {
+Plane TextMarks::likeness(QRgb colour, const QRect& part, bool isOutlined) const {
     constexpr int leastContrast = 48;
     const std::array<int, 3> wanted{qRed(colour), qGreen(colour), qBlue(colour)};
     Plane distances(part.width(), part.height());
@@ -112,6 +175,8 @@ Plane TextMarks::likeness(QRgb colour, const QRect& part) const {
     const auto middle = sorted.begin() + static_cast<ptrdiff_t>(sorted.size() / 2);
     std::nth_element(sorted.begin(), middle, sorted.end());
     const int contrast = std::max<int>(leastContrast, *middle);
+    if (isOutlined)
+        eraseFarFromInk(distances);
     for (quint8& pixel : distances.pixels())
         pixel = static_cast<quint8>(255 - std::min(255, pixel * 255 / contrast));
     return distances;

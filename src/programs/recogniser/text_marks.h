@@ -30,8 +30,8 @@ public:
     /// The marks of a part of the picture: 0 for the ground, and more the more a pixel differs from it.
     [[nodiscard]] Plane strengths(Kind kind, const QRect& part) const;
 
-    /// The same for marks of a known colour.
-    [[nodiscard]] Plane likeness(QRgb colour, const QRect& part) const;
+    /// The same for marks of a known colour; of outlined ones nothing that is not beside them.
+    [[nodiscard]] Plane likeness(QRgb colour, const QRect& part, bool isOutlined) const;
 
     [[nodiscard]] const Channels& channels() const { return m_channels; }
 

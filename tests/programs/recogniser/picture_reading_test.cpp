@@ -1,5 +1,8 @@
+#include <QPainterPath>
+
 #include <algorithm>
 #include <atomic>
+#include <random>
 #include <thread>
 
 #include "ocr/reading_order.h"
@@ -138,6 +141,29 @@ TEST_F(PictureReading, a_line_of_another_script_is_read_by_its_own_engine_and_th
         EXPECT_EQ(line.text(), lines[i]);
         EXPECT_NEAR(line.box.top(), reading.lines[0].box.top() + static_cast<double>(i) * pitch, pitch / 4);
     }
+}
+
+TEST_F(PictureReading, an_outlined_caption_is_read_across_a_photograph_and_flat_areas) {
+    QImage image(640, 200, QImage::Format_RGB32);
+    image.fill(QColor(60, 110, 70));
+    QPainter painter(&image);
+    std::mt19937 random(4);
+    const auto upTo = [&random](unsigned most) { return static_cast<int>(random() % most); };
+    for (int i = 0; i < 3000; ++i)
+        painter.fillRect(upTo(380), upTo(200), 4 + upTo(20), 4 + upTo(12),
+            QColor(60 + upTo(160), 60 + upTo(120), 40 + upTo(160)));
+    const QString text = u"They met at the old bridge again"_s;
+    QFont font(u"Noto Sans"_s);
+    font.setPixelSize(28);
+    QPainterPath letters;
+    letters.addText(80, 150, font, text);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.strokePath(letters, QPen(Qt::black, 5));
+    painter.fillPath(letters, Qt::white);
+    painter.end();
+    const Reading reading = read(image, {u"eng"_s});
+    ASSERT_EQ(reading.lines.size(), 1U);
+    EXPECT_EQ(reading.lines.front().text(), text);
 }
 
 TEST_F(PictureReading, rows_of_a_tall_picture_are_read_one_by_one_wherever_their_lines_begin) {

@@ -1,0 +1,77 @@
+#include "programs/recogniser/outlined_letters.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+namespace tralio {
+
+std::vector<Rim> rimsOf(const Labels& groups, const TextMarks& marks) {
+    constexpr int width = 3;  // of a rim with its blur
+    constexpr int leastContrast = 80;
+    constexpr int leastDifference = 40;
+    const Channels& channels = marks.channels();
+    const Channels& ground = marks.ground().colours();
+    const auto light = [&](size_t i) {
+        return channels[0].pixels()[i] + channels[1].pixels()[i] + channels[2].pixels()[i];
+    };
+    const auto differs = [](const Channels& a, size_t i, const Channels& b, size_t j, int least) {
+        for (size_t channel = 0; channel < a.size(); ++channel)
+            if (std::abs(a[channel].pixels()[i] - b[channel].pixels()[j]) >= least)
+                return true;
+        return false;
+    };
+    constexpr std::array<std::pair<int, int>, 4> directions{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
+    std::vector<Rim> rims(static_cast<size_t>(groups.count));
+    for (int y = width; y < groups.height - width; ++y) {
+        for (int x = width; x < groups.width - width; ++x) {
+            const int group = groups.at(x, y);
+            if (group == Labels::none)
+                continue;
+            for (const auto& [dx, dy] : directions) {
+                if (groups.at(x + dx, y + dy) == group)
+                    continue;
+                Rim& rim = rims[static_cast<size_t>(group)];
+                const size_t pixel = groups.index(x, y);
+                size_t beside = pixel;  // where the rim is darkest
+                for (int step = 1; step <= width; ++step)
+                    if (const size_t next = groups.index(x + step * dx, y + step * dy);
+                        light(next) < light(beside))
+                        beside = next;
+                ++rim.length;
+                if (!differs(channels, pixel, channels, beside, leastContrast))
+                    continue;
+                ++rim.contrast;
+                if (differs(channels, beside, ground, beside, leastDifference) &&
+                    differs(channels, pixel, ground, pixel, leastDifference))
+                    ++rim.own;
+            }
+        }
+    }
+    return rims;
+}
+
+std::vector<QRect> findOutlinedLetters(const Labels& ink, const TextMarks& marks) {
+    constexpr int leastHeight = 8;
+    constexpr int mostHeight = 120;
+    constexpr int leastArea = 6;
+    constexpr size_t fewest = 4;
+    const std::vector<Rim> rims = rimsOf(ink, marks);
+    const std::vector<Extent> extents = extentsOf(ink);
+    std::vector<QRect> letters;
+    size_t outlined = 0;
+    for (size_t i = 0; i < rims.size(); ++i) {
+        const QRect& box = extents[i].box;
+        if (!rims[i].isClosed() || extents[i].area < leastArea * marks.unit() ||
+            box.height() > mostHeight * marks.unit())
+            continue;
+        letters.push_back(box);
+        if (rims[i].isOutline() && box.height() >= leastHeight * marks.unit())
+            ++outlined;
+    }
+    if (outlined < fewest)
+        letters.clear();
+    return letters;
+}
+
+}  // namespace tralio
