@@ -116,6 +116,8 @@ int main(int argc, char** argv) {
         bundleVersion(installation::infoPlist(QCoreApplication::applicationDirPath())));
     QApplication::setQuitOnLastWindowClosed(false);
     if (claim == SessionService::Claim::takenByAnother) {
+        if (session.openRunningInstance())  // it has just started on a busy machine
+            return EXIT_SUCCESS;
         QMessageBox box(QMessageBox::Warning, u"Tralio"_s,
             u"Tralio đang chạy nhưng không phản hồi. Hãy kết thúc tiến trình đó rồi mở lại Tralio."_s);
         box.setWindowFlag(Qt::WindowStaysOnTopHint);  // the popover that hangs may lie in its place
@@ -123,7 +125,7 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     }
 
-    StatusItem statusItem;  // first: trays work on it while the rest is made
+    StatusItem statusItem;  // first: trays that embed windows work on it while the rest is made
     const EndSignals endSignals(&QCoreApplication::quit);
     capDebugLog();
     const bool isFirstStart = !QFileInfo::exists(defaultStorePath());

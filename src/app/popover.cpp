@@ -228,7 +228,8 @@ void Popover::followScreens() {
 
 void Popover::place(std::optional<QRect> anchor) {
     m_anchor = anchor;
-    const QRect available = roomOn(*screenFor(anchor));
+    const bool staysOnScreen = m_shown && screen() && !m_windowSystem.placesWindows();
+    const QRect available = roomOn(staysOnScreen ? *screen() : *screenFor(anchor));
     const QMargins margins = m_frame->shadowMargins();
     m_frame->setContentHeight(popoverHeight(WindowFrame::contentSize.height(), available));
     adjustSize();

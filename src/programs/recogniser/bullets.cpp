@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
-#include <ranges>
 
 #include "programs/recogniser/boxes.h"
 
@@ -32,7 +31,11 @@ bool isIcon(const TextLine& line, const std::vector<QRect>& marks) {
         first.bottom() - base >= std::max(2, height / 8) && base - first.top() >= height;
     const bool isTick = first.width() * 4 >= first.height() * 5 && first.width() * 2 <= first.height() * 3 &&
         first.height() * 2 >= height;
-    if ((!isHigh && !isTick) || std::ranges::any_of(letters, isInside))
+    // "W" is as wide, and stands like the others.
+    const bool isLetter = std::abs(first.bottom() - base) <= 1 &&
+        std::ranges::any_of(
+            letters, [&](const QRect& letter) { return std::abs(letter.top() - first.top()) <= 1; });
+    if ((!isHigh && (!isTick || isLetter)) || std::ranges::any_of(letters, isInside))
         return false;
     int widest = 0;
     int right = first.right();
@@ -69,8 +72,9 @@ void setIconAside(TextLine& line) {
         return;
     }
     line.box = {};
-    for (const QRect& mark : marks | std::views::filter(isBeside))
-        line.box |= mark;
+    for (const QRect& mark : marks)
+        if (isBeside(mark))
+            line.box |= mark;
 }
 
 }  // namespace tralio

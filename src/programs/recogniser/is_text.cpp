@@ -19,16 +19,16 @@ bool isTextOfPhotograph(const ReadLine& line) {
             (letters >= fewLetters && line.confidence() >= verySure));
 }
 
-/// The icons of a toolbar are read as signs, each a word by itself. Those of East Asia may be words.
+/// The icons of a toolbar are read as short words, many of them without a letter.
 bool isRowOfSigns(const ReadLine& line) {
     constexpr std::ptrdiff_t fewest = 4;
-    constexpr qsizetype longestSign = 2;
-    constexpr QChar firstEastAsian = u'\u1100';
+    constexpr std::ptrdiff_t fewestSigns = 3;
+    const auto isShort = [](const ReadWord& word) { return word.text.size() <= 2; };
     const auto isSign = [](const ReadWord& word) {
-        return word.text.size() <= longestSign && word.text.front() < firstEastAsian;
+        return std::ranges::none_of(word.text, [](QChar c) { return c.isLetterOrNumber(); });
     };
-    return std::ssize(line.words) >= fewest &&
-        std::ranges::count_if(line.words, isSign) * 3 >= std::ssize(line.words) * 2;
+    return std::ssize(line.words) >= fewest && std::ranges::count_if(line.words, isSign) >= fewestSigns &&
+        std::ranges::count_if(line.words, isShort) * 3 >= std::ssize(line.words) * 2;
 }
 
 }  // namespace

@@ -56,21 +56,30 @@ std::vector<QRect> findOutlinedLetters(const Labels& ink, const TextMarks& marks
     constexpr int mostHeight = 120;
     constexpr int leastArea = 6;
     constexpr size_t fewest = 4;
+    constexpr size_t most = 1000;  // grain has more
     const std::vector<Rim> rims = rimsOf(ink, marks);
     const std::vector<Extent> extents = extentsOf(ink);
-    std::vector<QRect> letters;
-    size_t outlined = 0;
+    std::vector<QRect> outlined;
+    std::vector<QRect> others;
     for (size_t i = 0; i < rims.size(); ++i) {
         const QRect& box = extents[i].box;
         if (!rims[i].isClosed() || extents[i].area < leastArea * marks.unit() ||
             box.height() > mostHeight * marks.unit())
             continue;
-        letters.push_back(box);
-        if (rims[i].isOutline() && box.height() >= leastHeight * marks.unit())
-            ++outlined;
+        const bool isOutlined = rims[i].isOutline() && box.height() >= leastHeight * marks.unit();
+        (isOutlined ? outlined : others).push_back(box);
     }
-    if (outlined < fewest)
-        letters.clear();
+    if (outlined.size() < fewest || outlined.size() > most)
+        return {};
+    std::vector<QRect> letters = outlined;
+    for (size_t i = 0; i < letters.size(); ++i) {
+        const int height = letters[i].height();
+        const QRect around = letters[i].adjusted(-3 * height, -height / 2, 3 * height, height / 2);
+        const auto beside =
+            std::ranges::partition(others, [&](const QRect& box) { return !around.intersects(box); });
+        letters.insert(letters.end(), beside.begin(), beside.end());
+        others.erase(beside.begin(), beside.end());
+    }
     return letters;
 }
 

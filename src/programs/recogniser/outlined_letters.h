@@ -19,14 +19,14 @@ struct Rim {
     int own = 0;       ///< those of these that differ from the ground as well, as does the group beside them
 
     /// It is set off on all sides.
-    [[nodiscard]] bool isClosed() const { return contrast * 100 >= length * 85; }
+    [[nodiscard]] bool isClosed() const { return length > 0 && contrast * 100 >= length * 85; }
     /// What sets it off was put around it.
     [[nodiscard]] bool isOutline() const { return isClosed() && own * 2 >= length; }
 };
 [[nodiscard]] std::vector<Rim> rimsOf(const Labels& groups, const TextMarks& marks);
 
-/// The boxes of the marks that are letters with outlines, or none if there are too few for a word. `ink`:
-/// what has the colour of the letters.
+/// The boxes of the marks that are letters with outlines, and of those beside them whose outlines do not show
+/// on their ground; none if there are too few for a word. `ink`: what has the colour of the letters.
 [[nodiscard]] std::vector<QRect> findOutlinedLetters(const Labels& ink, const TextMarks& marks);
 
 }  // namespace tralio

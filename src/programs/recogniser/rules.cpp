@@ -58,15 +58,15 @@ bool isClosed(const Labels& marks, const std::vector<Extent>& all, size_t mark, 
 bool isRing(const Labels& marks, const std::vector<Extent>& all, size_t mark, int unit) {
     constexpr int least = 20;
     const QRect& box = all[mark].box;
-    if (std::min(box.width(), box.height()) < least * unit)
+    if (std::min(box.width(), box.height()) < least * unit ||
+        leastInkOfSides(marks, static_cast<int>(mark), box, unit) < round)
         return false;
     QRect inside;
     for (const Extent& other : all)
         if (box.adjusted(1, 1, -1, -1).contains(other.box))
             inside |= other.box;
     return std::max(inside.width(), inside.height()) >= 5 * unit &&
-        inside.height() * 100 <= box.height() * 42 &&
-        leastInkOfSides(marks, static_cast<int>(mark), box, unit) >= round;
+        inside.height() * 100 <= box.height() * 42;
 }
 
 /// Letters are neither that long and thin nor that hollow, but for those of a large light headline.

@@ -212,8 +212,9 @@ TEST(Reading, a_row_of_icons_is_no_text_and_one_of_figures_or_of_words_is) {
             line.words.push_back({word, confidence, 1});
         return isText(line, false);
     };
-    EXPECT_FALSE(read({u"BØO"_s, u"ñ"_s, u"+"_s, u"エマ"_s, u"#4"_s, u"DP"_s}, 53));
+    EXPECT_FALSE(read({u"BØOv"_s, u"ñ"_s, u"+"_s, u"#"_s, u"エマ"_s, u"+"_s, u"#4"_s, u"DP"_s}, 53));
     EXPECT_TRUE(read({u"1"_s, u"2"_s, u"3"_s, u"4"_s}, 70));
+    EXPECT_TRUE(read({u"Ta"_s, u"đi"_s, u"ở"_s, u"đó"_s}, 53));
     EXPECT_TRUE(read({u"a"_s, u"to"_s, u"Enter"_s, u"here"_s}, 53));
     EXPECT_TRUE(read({u"请"_s, u"先"_s, u"关闭"_s, u"它"_s}, 53));
     EXPECT_TRUE(read({u"F9"_s}, 53));

@@ -1,6 +1,7 @@
 #include <array>
 #include <cmath>
 
+#include "programs/recogniser/outlined_letters.h"
 #include "programs/recogniser/sheet.h"
 #include "programs/recogniser/work_budget.h"
 #include "support/testing.h"
@@ -67,9 +68,10 @@ TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) 
 }
 
 TEST(TextFinding, an_icon_is_no_letter_and_takes_none_from_a_line_beside_it) {
-    for (const auto& [mark, isIcon] : {std::pair(QRect(10, 6, 18, 19), true), {QRect(10, 6, 18, 16), false},
-             {QRect(18, 6, 18, 19), false}, {QRect(10, 10, 10, 15), false}, {QRect(10, 10, 16, 12), true},
-             {QRect(10, 10, 14, 12), false}, {QRect(10, 11, 19, 11), false}}) {
+    for (const auto& [mark, isIcon] :
+        {std::pair(QRect(10, 6, 18, 19), true), {QRect(10, 6, 18, 16), false}, {QRect(18, 6, 18, 19), false},
+            {QRect(10, 10, 10, 15), false}, {QRect(10, 8, 16, 12), true}, {QRect(10, 10, 16, 12), false},
+            {QRect(10, 10, 14, 12), false}, {QRect(10, 11, 19, 11), false}}) {
         Sheet menu(300, 40);
         const Found found(menu.type({40, 10}, 8, 12).fill(mark, Qt::black));
         ASSERT_EQ(found.lines.size(), 1U);
@@ -209,8 +211,15 @@ TEST(TextFinding, what_lies_in_a_photograph_inside_a_page_is_of_the_photograph) 
     for (int i = 0; i < 3000; ++i)
         sheet.fill(QRect(20 + upTo(256), 30 + upTo(156), 4 + upTo(10), 4 + upTo(10)) & photograph,
             QColor(40 + upTo(60), 60 + upTo(120), 20 + upTo(60)));
-    for (const MarkShape& shape : Found(sheet).shapes.shapes)
+    for (int i = 0; i < 6; ++i)
+        sheet.fill({60 + 20 * i, 90, 12, 18}, Qt::black)
+            .fill({62 + 20 * i, 92, 8, 14}, Qt::white)
+            .fill({64 + 20 * i, 94, 4, 10}, Qt::black);
+    sheet.fill({200, 196, 160, 44}, Qt::black).type({216, 210}, 9, 12, Qt::white);
+    const Found found(sheet);
+    for (const MarkShape& shape : found.shapes.shapes)
         EXPECT_EQ(shape.isShaded, photograph.contains(shape.box));
+    EXPECT_GE(std::ranges::count(found.shapes.shapes, regionOfOutlined, &MarkShape::region), 6);
 }
 
 TEST(TextFinding, a_headline_is_no_part_of_the_text_below_and_both_are_scaled_to_one_size) {
