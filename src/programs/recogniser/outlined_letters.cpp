@@ -75,10 +75,10 @@ std::vector<QRect> findOutlinedLetters(const Labels& ink, const TextMarks& marks
     for (size_t i = 0; i < letters.size(); ++i) {
         const int height = letters[i].height();
         const QRect around = letters[i].adjusted(-3 * height, -height / 2, 3 * height, height / 2);
-        const auto beside =
-            std::ranges::partition(others, [&](const QRect& box) { return !around.intersects(box); });
-        letters.insert(letters.end(), beside.begin(), beside.end());
-        others.erase(beside.begin(), beside.end());
+        const auto beside = std::partition(
+            others.begin(), others.end(), [&](const QRect& box) { return !around.intersects(box); });
+        letters.insert(letters.end(), beside, others.end());
+        others.erase(beside, others.end());
     }
     return letters;
 }

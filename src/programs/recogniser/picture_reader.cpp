@@ -50,7 +50,8 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
     preferOutlined(lines);
     std::vector<TextBlock> blocks = groupIntoBlocks(std::move(lines));
     // Before what a photograph shows by chance, which may use up the time.
-    std::ranges::stable_partition(blocks, isOutlined, &TextBlock::region);
+    std::stable_partition(
+        blocks.begin(), blocks.end(), [](const TextBlock& block) { return isOutlined(block.region); });
     return blocks;
 }
 
