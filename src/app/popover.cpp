@@ -47,9 +47,6 @@ Popover::Popover(std::function<QWidget*()> makeContent, WindowSystem& windowSyst
         &m_motion, &QVariantAnimation::valueChanged, this,
         [this](const QVariant& presence) { setPresence(presence.toReal()); });
     connect(&m_motion, &QVariantAnimation::finished, this, [this] { setVisible(m_shown); });
-    connect(qGuiApp, &QGuiApplication::screenAdded, this, &Popover::followScreens, Qt::QueuedConnection);
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &Popover::followScreens, Qt::QueuedConnection);
-    followScreens();
 }
 
 Popover::~Popover() {
@@ -79,8 +76,6 @@ void Popover::show(std::optional<QRect> anchor) {
         place(anchor);
         appear(motionTime(opening));
         m_windowSystem.watchInput([this](WindowSystem::Input what) { userDid(what); });
-    } else {
-        placeAgain(anchor);
     }
     m_focus.shown();
 }
@@ -195,42 +190,11 @@ void Popover::bringToFront() {
     m_windowSystem.activate(winId());
 }
 
-QRect Popover::roomOn(const QScreen& screen) const {
-    QRect room = screen.availableGeometry();
+void Popover::place(std::optional<QRect> anchor) {
+    QRect available = screenFor(anchor)->availableGeometry();
     const QMargins margins = m_frame->shadowMargins();
     if (!m_windowSystem.placesWindows())  // the compositor may keep the shadow on the screen, too
-        room.setHeight(room.height() - margins.top() - margins.bottom());
-    return room;
-}
-
-bool Popover::isWellPlaced() const {
-    const QRect content = m_frame->contentArea().translated(pos() + m_frame->pos());
-    const bool isPlaced = m_windowSystem.placesWindows();
-    const QScreen* on = isPlaced ? QApplication::screenAt(content.center()) : screen();
-    return on && content.height() == popoverHeight(WindowFrame::contentSize.height(), roomOn(*on)) &&
-        (!isPlaced || on->availableGeometry().contains(content));
-}
-
-void Popover::placeAgain(std::optional<QRect> anchor) {
-    if (!m_shown || !screen() || isWellPlaced())
-        return;
-    place(anchor);
-    setPresence(windowOpacity());
-}
-
-void Popover::followScreens() {
-    // Queued: a signal may come before the screens are as they will be.
-    for (const QScreen* screen : QApplication::screens())
-        connect(screen, &QScreen::availableGeometryChanged, this, &Popover::followScreens,
-            Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
-    placeAgain(m_anchor);
-}
-
-void Popover::place(std::optional<QRect> anchor) {
-    m_anchor = anchor;
-    const bool staysOnScreen = m_shown && screen() && !m_windowSystem.placesWindows();
-    const QRect available = roomOn(staysOnScreen ? *screen() : *screenFor(anchor));
-    const QMargins margins = m_frame->shadowMargins();
+        available.setHeight(available.height() - margins.top() - margins.bottom());
     m_frame->setContentHeight(popoverHeight(WindowFrame::contentSize.height(), available));
     adjustSize();
     const QRect place = popoverPlace(size().shrunkBy(margins), available, anchor);

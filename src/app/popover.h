@@ -40,14 +40,6 @@ protected:
 
 private:
     void place(std::optional<QRect> anchor);
-    /// What `screen` has for the window.
-    [[nodiscard]] QRect roomOn(const QScreen& screen) const;
-    /// Whether all of it is on one screen, as high as that allows.
-    [[nodiscard]] bool isWellPlaced() const;
-    /// Places it anew while it is shown, if it has to be.
-    void placeAgain(std::optional<QRect> anchor);
-    /// Looks again when screens have come, gone or changed.
-    void followScreens();
     void appear(int motion);
     void disappear();
     /// Whether it is shown, but on another desktop than the user's.
@@ -74,7 +66,6 @@ private:
     WindowFrame* m_frame = nullptr;
     bool m_shown = false;
     QPoint m_place;
-    std::optional<QRect> m_anchor;  ///< at which it was placed last
     QVariantAnimation m_motion;
     bool m_awaitsSecondPress = false;  ///< of a double click
     ScheduledCall m_doubleClickEnd;

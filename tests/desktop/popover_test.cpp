@@ -266,6 +266,17 @@ TEST(WindowManager, with_a_compositor_knows_the_shadow_and_may_fade_a_popover_th
     EXPECT_EQ(program.standIn().requests().size(), 3);
 }
 
+TEST(LowScreen, has_the_whole_popover_with_its_footer) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::present, {1024, 576});
+    ProgramRun program(desktop);
+    program.standIn().refuseConnections();
+    ASSERT_TRUE(program.openByHotKey());
+    EXPECT_TRUE(desktop.screenshot().rect().contains(program.popoverArea()));
+    EXPECT_TRUE(program.click(u"Cài đặt"_s));
+    EXPECT_TRUE(program.click(u"System Prompt: Mặc định"_s));
+    EXPECT_TRUE(program.click(u"Bôi đen: "_s)) << "in the footer";
+}
+
 TEST(Appearance, grows_with_the_text_of_the_desktop_and_follows_its_colours_while_the_popover_is_open) {
     VirtualDesktop desktop;
     ScriptedPortal portal;

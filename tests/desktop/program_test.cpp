@@ -183,28 +183,5 @@ TEST_F(KilledPicker, costs_that_capture_and_nothing_else_whenever_it_dies) {
     EXPECT_TRUE(program.isRunning());
 }
 
-TEST(LowScreen, has_the_whole_popover_with_its_footer_also_when_it_becomes_low_or_high_beneath_it) {
-    VirtualDesktop desktop(VirtualDesktop::Tray::absent);
-    ProgramRun program(desktop);
-    program.standIn().refuseConnections();
-    ASSERT_TRUE(program.openByHotKey());
-    for (const QSize& screen : {QSize(1024, 576), QSize(1280, 1024), QSize(800, 576)}) {
-        desktop.type(u"x"_s);
-        const QString size = u"%1/300x%2/200+0+0"_s.arg(screen.width()).arg(screen.height());
-        desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"of "_s + size, size, u"screen"_s});
-        EXPECT_TRUE(waitUntil([&] {
-            const QRect area = program.popoverArea();
-            return QRect({}, screen).contains(area) && area.height() == std::min(585, screen.height() - 12);
-        })) << qPrintable(size);
-    }
-    desktop.xdotool(u"getactivewindow windowmove --sync 700 300"_s);
-    program.callOnBus(u"Open"_s);
-    EXPECT_TRUE(waitUntil([&] { return QRect(0, 0, 800, 576).contains(program.popoverArea()); }));
-    EXPECT_TRUE(program.comes(u"3 ký tự"_s)) << "its text or the keyboard was lost";
-    EXPECT_TRUE(program.click(u"Cài đặt"_s));
-    EXPECT_TRUE(program.click(u"System Prompt: Mặc định"_s));
-    EXPECT_TRUE(program.click(u"Bôi đen: "_s)) << "in the footer";
-}
-
 }  // namespace
 }  // namespace tralio
