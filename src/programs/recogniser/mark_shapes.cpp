@@ -90,7 +90,14 @@ LetterColours findLetterColours(const TextMarks& marks) {
     const Labels pieces = connect(
         marks.size().width(), marks.size().height(), Neighbours::four, [](size_t) { return true; }, isEven);
     const std::vector<Extent> extents = extentsOf(pieces);
-    const std::vector<Rim> rims = rimsOf(pieces, marks);
+    std::vector<bool> areLetters(extents.size());
+    for (size_t i = 0; i < extents.size(); ++i) {
+        const QRect& box = extents[i].box;
+        areLetters[i] = box.height() >= leastHeight * marks.unit() &&
+            box.height() <= mostHeight * marks.unit() && box.width() <= 2 * box.height() &&
+            extents[i].area * 8 >= box.height() * box.height();
+    }
+    const std::vector<Rim> rims = rimsOf(pieces, areLetters, marks);
     std::vector<bool> isCounted(extents.size());
     struct Colour {
         int count = 0;
@@ -102,11 +109,7 @@ LetterColours findLetterColours(const TextMarks& marks) {
     std::map<int, Colour> colours;
     for (size_t i = 0; i < pieces.of.size(); ++i) {
         const auto piece = static_cast<size_t>(pieces.of[i]);
-        const QRect& box = extents[piece].box;
-        const bool isLetter = box.height() >= leastHeight * marks.unit() &&
-            box.height() <= mostHeight * marks.unit() && box.width() <= 2 * box.height() &&
-            extents[piece].area * 8 >= box.height() * box.height();
-        if (isCounted[piece] || !isLetter)
+        if (isCounted[piece] || !areLetters[piece])
             continue;
         isCounted[piece] = true;
         const std::array<int, 3> rgb{

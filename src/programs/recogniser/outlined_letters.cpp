@@ -6,7 +6,7 @@
 
 namespace tralio {
 
-std::vector<Rim> rimsOf(const Labels& groups, const TextMarks& marks) {
+std::vector<Rim> rimsOf(const Labels& groups, const std::vector<bool>& wanted, const TextMarks& marks) {
     constexpr int width = 3;  // of a rim with its blur
     constexpr int leastContrast = 80;
     constexpr int leastDifference = 40;
@@ -26,7 +26,7 @@ std::vector<Rim> rimsOf(const Labels& groups, const TextMarks& marks) {
     for (int y = width; y < groups.height - width; ++y) {
         for (int x = width; x < groups.width - width; ++x) {
             const int group = groups.at(x, y);
-            if (group == Labels::none)
+            if (group == Labels::none || !wanted[static_cast<size_t>(group)])
                 continue;
             for (const auto& [dx, dy] : directions) {
                 if (groups.at(x + dx, y + dy) == group)
@@ -57,14 +57,17 @@ std::vector<QRect> findOutlinedLetters(const Labels& ink, const TextMarks& marks
     constexpr int leastArea = 6;
     constexpr size_t fewest = 4;
     constexpr size_t most = 1000;  // grain has more
-    const std::vector<Rim> rims = rimsOf(ink, marks);
     const std::vector<Extent> extents = extentsOf(ink);
+    std::vector<bool> wanted(extents.size());
+    for (size_t i = 0; i < extents.size(); ++i)
+        wanted[i] = extents[i].area >= leastArea * marks.unit() &&
+            extents[i].box.height() <= mostHeight * marks.unit();
+    const std::vector<Rim> rims = rimsOf(ink, wanted, marks);
     std::vector<QRect> outlined;
     std::vector<QRect> others;
     for (size_t i = 0; i < rims.size(); ++i) {
         const QRect& box = extents[i].box;
-        if (!rims[i].isClosed() || extents[i].area < leastArea * marks.unit() ||
-            box.height() > mostHeight * marks.unit())
+        if (!rims[i].isClosed())
             continue;
         const bool isOutlined = rims[i].isOutline() && box.height() >= leastHeight * marks.unit();
         (isOutlined ? outlined : others).push_back(box);

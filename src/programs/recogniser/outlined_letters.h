@@ -23,7 +23,9 @@ struct Rim {
     /// What sets it off was put around it.
     [[nodiscard]] bool isOutline() const { return isClosed() && own * 2 >= length; }
 };
-[[nodiscard]] std::vector<Rim> rimsOf(const Labels& groups, const TextMarks& marks);
+/// Of the wanted groups; the others have none.
+[[nodiscard]] std::vector<Rim> rimsOf(
+    const Labels& groups, const std::vector<bool>& wanted, const TextMarks& marks);
 
 /// The boxes of the marks that are letters with outlines, and of those beside them whose outlines do not show
 /// on their ground; none if there are too few for a word. `ink`: what has the colour of the letters.
