@@ -125,7 +125,7 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     }
 
-    StatusItem statusItem;  // first: trays take their time
+    StatusItem statusItem;  // first: trays that embed windows work on it while the rest is made
     const EndSignals endSignals(&QCoreApplication::quit);
     capDebugLog();
     const bool isFirstStart = !QFileInfo::exists(defaultStorePath());

@@ -87,6 +87,8 @@ StatusItem::StatusItem() : m_icon(new TrayIcon), m_item(u"Tralio"_s, m_icon) {
         });
     QObject::connect(
         &m_item, &StatusNotifierItem::menuChosen, &m_item, [this](int index) { m_menu[index].action(); });
+    if (!StatusNotifierItem::areThereTrays())
+        setOnBus(false);  // at once: other trays embed the icon while the rest of the program is made
 }
 
 void StatusItem::setMenu(const QList<StatusMenuEntry>& entries) {

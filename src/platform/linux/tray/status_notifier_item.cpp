@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDBusArgument>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
@@ -79,6 +80,10 @@ StatusNotifierItem::StatusNotifierItem(const QString& title, const QIcon& icon, 
 StatusNotifierItem::~StatusNotifierItem() {
     m_bus.unregisterObject(itemPath);
     m_bus.unregisterService(nameOnBus());
+}
+
+bool StatusNotifierItem::areThereTrays(const QDBusConnection& bus) {
+    return bus.isConnected() && bus.interface()->isServiceRegistered(watcherName);
 }
 
 void StatusNotifierItem::setMenu(const QStringList& titles) {

@@ -52,6 +52,9 @@ public:
         const QString& title, const QIcon& icon, QDBusConnection bus = QDBusConnection::sessionBus());
     ~StatusNotifierItem() override;
 
+    /// Whether something collects items for trays. Asks the bus's daemon, and waits for its answer.
+    [[nodiscard]] static bool areThereTrays(const QDBusConnection& bus = QDBusConnection::sessionBus());
+
     /// Gives the item a menu, which the tray draws. An empty title is a separator. Call this before the event
     /// loop runs: trays ask only once.
     void setMenu(const QStringList& titles);
