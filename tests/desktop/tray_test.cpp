@@ -130,8 +130,8 @@ TEST(TrayOfWindows, gets_the_icon_when_it_comes_late_and_again_after_a_restart) 
         ASSERT_TRUE(program.closes());
         ASSERT_TRUE(opensByMenu(desktop, program, [&] { EXPECT_TRUE(program.clickTrayIcon(3)); }))
             << "our own menu";
-        ASSERT_TRUE(program.clickTrayIcon());
-        ASSERT_TRUE(program.closes());
+        // By the keyboard: a click so soon after one that closed it would count as the same.
+        ASSERT_TRUE(program.closePopover());
         tray.kill();
         ASSERT_TRUE(waitUntil([&] { return program.trayIcon().isEmpty(); }));
     }
