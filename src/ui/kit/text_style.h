@@ -49,7 +49,7 @@ inline constexpr TextStyle promptEditor{.size = 11, .line = 17};
 /// as the toolkit's own widgets do at their construction.
 void loadFontsAsDrawn();
 
-/// Loads the list of the installed fonts and the one that most text is in: 10 ms and 1.4 MB.
+/// Loads the list of the installed fonts and the one that most text is in: 10 ms, and up to 2.7 MB.
 void loadFonts();
 
 [[nodiscard]] QFont fontFor(const TextStyle& style);
