@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QSessionManager>
@@ -8,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <optional>
+#include <unistd.h>
 
 #include "app/app_delegate.h"
 #include "app/popover.h"
@@ -58,6 +60,12 @@ void declineRestart(const QGuiApplication& application) {
     };
     QObject::connect(&application, &QGuiApplication::saveStateRequest, &application, decline);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, decline);
+}
+
+/// As the same process, in which all connections and files of this one are closed.
+void startAgain(char** arguments) {
+    execv(QFile::encodeName(QCoreApplication::applicationFilePath()).constData(), arguments);
+    debugLog(u"cannot start again for another text scale"_s);
 }
 
 QWidget* makeContent(Services& services) {
@@ -112,8 +120,6 @@ int main(int argc, char** argv) {
     declineRestart(application);
     textScale.reset();
     toolkitPlatform.reset();
-    QCoreApplication::setApplicationVersion(
-        bundleVersion(installation::infoPlist(QCoreApplication::applicationDirPath())));
     QApplication::setQuitOnLastWindowClosed(false);
     if (claim == SessionService::Claim::takenByAnother) {
         if (session.openRunningInstance())  // it has just started on a busy machine
@@ -126,6 +132,8 @@ int main(int argc, char** argv) {
     }
 
     StatusItem statusItem;  // first: trays that embed windows work on it while the rest is made
+    QCoreApplication::setApplicationVersion(
+        bundleVersion(installation::infoPlist(QCoreApplication::applicationDirPath())));
     const EndSignals endSignals(&QCoreApplication::quit);
     capDebugLog();
     const bool isFirstStart = !QFileInfo::exists(defaultStorePath());
@@ -134,12 +142,22 @@ int main(int argc, char** argv) {
 
     DesktopAppearance appearance;
     applyAppearance(appearance);
-    QObject::connect(
-        &appearance, &DesktopAppearance::changed, &appearance,
+    QObject::connect(&appearance, &DesktopAppearance::changed, &appearance,
         [&appearance] { applyAppearance(appearance); });
 
+    bool isOpened = false;
     Popover popover(
-        [&services] { return makeContent(services); }, services.desktop->windowSystem(), services.clock);
+        [&] {
+            isOpened = true;
+            return makeContent(services);
+        },
+        services.desktop->windowSystem(), services.clock);
+    QObject::connect(
+        &appearance, &DesktopAppearance::textScaleIsOutdated, &popover,
+        [&] {
+            if (!isOpened)
+                startAgain(argv);
+        });
     AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
         services.captures, services.updates, services.clock, popover, statusItem,
         services.desktop->selectionOnceFocused(), isFirstStart,

@@ -1,4 +1,7 @@
+#include <QFile>
+
 #include <array>
+#include <csignal>
 
 #include "desktop/fixtures.h"
 #include "platform/scripted_bus_object.h"
@@ -27,7 +30,8 @@ private:
     void take(const QDBusMessage& call) override {
         const QVariantList asked = call.arguments();
         if (call.member() == u"ReadAll" && asked.value(0).toStringList().contains(m_appearance)) {
-            const SettingGroups told{{m_appearance, {{u"color-scheme"_s, m_colorScheme}}}};
+            const SettingGroups told{{m_appearance, {{u"color-scheme"_s, m_colorScheme}}},
+                {u"org.gnome.desktop.interface"_s, {{u"text-scaling-factor"_s, m_textScale}}}};
             send(call.createReply(QVariant::fromValue(told)));
         } else if (asked == QVariantList{u"org.gnome.desktop.interface"_s, u"text-scaling-factor"_s}) {
             // In two nested variants, as the first versions of the portal answered.
@@ -294,6 +298,23 @@ TEST(Appearance, grows_with_the_text_of_the_desktop_and_follows_its_colours_whil
     EXPECT_TRUE(waitUntil([&] { return groundLightness() < 60; }));
     portal.setColorScheme(2);
     EXPECT_TRUE(waitUntil([&] { return groundLightness() > 200; }));
+
+    // A size that was changed while the program did not run. It starts anew, as the same process.
+    ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
+    ASSERT_TRUE(waitUntil([&] { return !program.isRunning(); }));
+    portal.setTextScale(1.2);
+    const ProgramRun later(desktop);
+    QFile told(desktop.home() + u"/.local/share/tralio/text-scale"_s);
+    ASSERT_TRUE(waitUntil([&] {
+        const bool is = told.open(QIODevice::ReadOnly) && told.readAll() == "1.2";
+        told.close();
+        return is;
+    }));
+    ASSERT_TRUE(waitUntil([&] {
+        later.callOnBus(u"Open"_s);
+        return later.isPopoverShown();
+    }));
+    EXPECT_EQ(later.popoverArea().width(), 530 * 6 / 5);
 }
 
 }  // namespace

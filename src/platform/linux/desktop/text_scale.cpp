@@ -1,10 +1,10 @@
 #include "platform/linux/desktop/text_scale.h"
 
-#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDir>
 #include <QFile>
+#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QVariant>
@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <xcb/randr.h>
 #include <xcb/xcb.h>
 
@@ -73,36 +74,20 @@ QString rememberedScale() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tralio/text-scale"_s;
 }
 
-/// Whether the portal has not answered at all, unlike one that answers that it does not know the setting.
-bool isAbsent(const QDBusError& error) {
-    switch (error.type()) {
-        case QDBusError::ServiceUnknown:
-        case QDBusError::NoReply:
-        case QDBusError::Timeout:
-        case QDBusError::TimedOut:
-        case QDBusError::Disconnected:
-            return true;
-        default:
-            return error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner";
-    }
+std::optional<double> remembered() {
+    QFile file(rememberedScale());
+    bool isNumber = false;
+    const double last = file.open(QIODevice::ReadOnly) ? file.read(20).toDouble(&isNumber) : 0;
+    return isNumber ? std::optional(last) : std::nullopt;
 }
 
-/// GNOME's text scale, which the portals of other desktops report, too. If the portal is not there yet, the
-/// value that it reported last.
+/// GNOME's text scale, which the portals of other desktops report, too; 1 if none tells.
 double portalScale(const QDBusConnection& session) {
     auto read = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
         u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"Read"_s);
     read << u"org.gnome.desktop.interface"_s << u"text-scaling-factor"_s;
     read.setAutoStartService(false);  // starting the portal takes a second when a session begins
-    const QDBusMessage reply = session.call(read, QDBus::Block, portalLimit);
-    QVariant value = reply.arguments().value(0);
-    if (isAbsent(QDBusError(reply))) {
-        QFile remembered(rememberedScale());
-        bool isNumber = false;
-        const double last =
-            remembered.open(QIODevice::ReadOnly) ? remembered.read(20).toDouble(&isNumber) : 0;
-        value = isNumber ? QVariant(last) : QVariant();
-    }
+    QVariant value = session.call(read, QDBus::Block, portalLimit).arguments().value(0);
     while (value.canConvert<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
     return value.userType() == QMetaType::Double ? value.toDouble() : 1;
@@ -120,7 +105,15 @@ double kdeScale(bool isWayland) {
 double desktopScale(bool isWayland, const QDBusConnection& session,
     const std::function<std::vector<QSize>()>& compositorScreens) {
     const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
-    const double wanted = isKde ? kdeScale(isWayland) : portalScale(session);
+    double wanted = 1;
+    if (isKde) {
+        wanted = kdeScale(isWayland);
+    } else if (const std::optional<double> last = remembered()) {
+        wanted = *last;
+    } else {
+        wanted = portalScale(session);
+        TextScale::remember(wanted);
+    }
     if (wanted == 1)
         return 1;  // as on most desktops: their screens need not be asked for
     XScreen screen = isWayland ? XScreen() : xScreen();
@@ -153,18 +146,14 @@ TextScale::~TextScale() {
         qputenv(scaleVariable, *m_former);
 }
 
-void TextScale::remember(double portalScale) {
-    QFile remembered(rememberedScale());
-    if (portalScale == 1) {
-        remembered.remove();
-        return;
-    }
-    const QByteArray number = QByteArray::number(portalScale);
-    if (remembered.open(QIODevice::ReadWrite) && remembered.readAll() != number) {
-        remembered.resize(0);
-        remembered.seek(0);
-        remembered.write(number);
-    }
+bool TextScale::remember(double portalScale) {
+    const std::optional<double> former = remembered();
+    if (portalScale == former)
+        return false;
+    QSaveFile file(rememberedScale());
+    const bool isStored =
+        file.open(QIODevice::WriteOnly) && file.write(QByteArray::number(portalScale)) > 0 && file.commit();
+    return isStored && portalScale != former.value_or(1);
 }
 
 }  // namespace tralio

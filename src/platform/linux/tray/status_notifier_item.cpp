@@ -72,8 +72,9 @@ StatusNotifierItem::StatusNotifierItem(const QString& title, const QIcon& icon, 
         m_present.reset();  // a tray that replaces another does not know the item yet
         lookForTray();
     });
+    // Of whatever sender: for that of a name Qt waits until the bus has told its owner.
     for (const auto& signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
-        m_bus.connect(watcherName, watcherPath, watcherName, signal, this, SLOT(lookForTray()));
+        m_bus.connect({}, watcherPath, watcherName, signal, this, SLOT(lookForTray()));
     lookForTray();
 }
 
