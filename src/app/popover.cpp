@@ -141,7 +141,8 @@ void Popover::ends() {
 }
 
 bool Popover::isElsewhere() const {
-    return m_windowSystem.isOnOtherDesktop(internalWinId());
+    const bool isOnScreen = !m_windowSystem.placesWindows() || QApplication::screenAt(geometry().center());
+    return !isOnScreen || m_windowSystem.isOnOtherDesktop(internalWinId());
 }
 
 void Popover::userDid(WindowSystem::Input what) {

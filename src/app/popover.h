@@ -42,7 +42,7 @@ private:
     void place(std::optional<QRect> anchor);
     void appear(int motion);
     void disappear();
-    /// Whether it is shown, but on another desktop than the user's.
+    /// Whether it is shown, but on another desktop than the user's, or where a screen was that has gone.
     [[nodiscard]] bool isElsewhere() const;
     /// From now on it does not count as shown.
     void ends();

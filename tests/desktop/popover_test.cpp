@@ -270,8 +270,8 @@ TEST(WindowManager, with_a_compositor_knows_the_shadow_and_may_fade_a_popover_th
     EXPECT_EQ(program.standIn().requests().size(), 3);
 }
 
-TEST(LowScreen, has_the_whole_popover_with_its_footer) {
-    VirtualDesktop desktop(VirtualDesktop::Tray::present, {1024, 576});
+TEST(LowScreen, has_the_whole_popover_with_its_footer_also_once_the_screen_beneath_it_has_gone) {
+    VirtualDesktop desktop(VirtualDesktop::Tray::present, {1280, 576});
     ProgramRun program(desktop);
     program.standIn().refuseConnections();
     ASSERT_TRUE(program.openByHotKey());
@@ -279,6 +279,12 @@ TEST(LowScreen, has_the_whole_popover_with_its_footer) {
     EXPECT_TRUE(program.click(u"Cài đặt"_s));
     EXPECT_TRUE(program.click(u"System Prompt: Mặc định"_s));
     EXPECT_TRUE(program.click(u"Bôi đen: "_s)) << "in the footer";
+
+    desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"left"_s, u"640/300x576/200+0+0"_s, u"screen"_s});
+    EXPECT_TRUE(waitUntil([&] {
+        program.callOnBus(u"Open"_s);
+        return QRect(0, 0, 640, 576).contains(program.popoverArea());
+    }));
 }
 
 TEST(Appearance, grows_with_the_text_of_the_desktop_and_follows_its_colours_while_the_popover_is_open) {

@@ -44,7 +44,11 @@ QFont fontFor(const TextStyle& style) {
 }
 
 void loadFonts() {
-    (void)QFontMetricsF(fontFor(text::body)).horizontalAdvance(u"Dịch"_s);
+    constexpr auto medium = Weight::medium;
+    for (const TextStyle& style : {text::body, text::body.with(medium), text::caption,
+             text::caption.with(medium), text::caption.with(Weight::semibold), text::smallCaption,
+             text::smallCaption.with(medium), text::menu, text::panelTitle})
+        (void)QFontMetricsF(fontFor(style)).horizontalAdvance(u"Dịch"_s);
 }
 
 qreal baselineOf(const TextStyle& style, qreal devicePixelRatio) {
