@@ -77,7 +77,8 @@ QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndR
         co_return std::nullopt;
     const QString path = m_picture = QDir(m_folder).filePath(newFileName());
     m_isDrawing = true;
-    const auto tidyUp = qScopeGuard([self = QPointer(this), &path] {
+    const QPointer<ScreenCaptureService> self = this;
+    const auto tidyUp = qScopeGuard([&] {
         removeFilesOf(path);
         if (self)
             self->m_isCapturing = false;
@@ -87,7 +88,11 @@ QCoro::Task<std::optional<QString>> ScreenCaptureService::captureInteractiveAndR
         onBeforeCapture();
     m_ocr.prepare();
     co_await pause();
+    if (!self)
+        co_return std::nullopt;  // it goes on at a later turn
     const qint32 status = co_await m_tool.run(path);
+    if (!self)
+        co_return std::nullopt;
     m_isDrawing = false;
     if (onAfterCapture)
         onAfterCapture();

@@ -166,6 +166,13 @@ TEST_F(ScreenCapture, that_is_read_when_the_program_ends_leaves_no_picture_and_t
     EXPECT_THAT(filesLeft(), ElementsAre(u"of the user"_s));
     EXPECT_TRUE(eventually([&] { return ending->times > 0; }));
     EXPECT_THAT(filesLeft(), ElementsAre(u"of the user"_s));
+
+    own.emplace(ocr, tool, clock, folder.path());
+    const auto early = started(own->captureInteractiveAndRecognize());
+    clock.advance(1s);
+    own.reset();
+    EXPECT_TRUE(eventually([&] { return early->times > 0; }));
+    EXPECT_EQ(tool.paths.size(), 1) << "the second was ended before the user could draw";
 }
 
 TEST_F(ScreenCapture, what_a_killed_program_left_goes_and_what_came_since_or_is_of_others_stays) {
