@@ -4,6 +4,7 @@
 
 #include "engine/engine_test_support.h"
 #include "engine/transport_error.h"
+#include "platform/linux/helpers/serving.h"
 #include "support/process_limits.h"
 
 namespace tralio {
@@ -115,6 +116,18 @@ TEST_F(HelperHttpClientTest, the_process_stays_a_minute_for_the_next_text_and_go
     EXPECT_FALSE(isGone());
     clock.advance(10s);
     EXPECT_TRUE(isGone());
+}
+
+TEST(HttpProgram, hides_its_memory_from_the_other_programs_of_its_user) {
+    QProcess program;
+    program.setChildProcessModifier([] { const OrdinaryProcess ordinary; });
+    program.start(QStringLiteral(HTTP_PROGRAM), {QString::fromLatin1(serving::argument())});
+    program.write(QByteArray::fromStdString(encode(http_protocol::Ping{})));
+    ASSERT_TRUE(eventually([&program] { return program.bytesAvailable() > 0; })) << "it does not serve";
+    // The kernel gives what it tells of such a process to root.
+    EXPECT_EQ(QFileInfo(u"/proc/%1/environ"_s.arg(program.processId())).ownerId(), 0U);
+    program.closeWriteChannel();
+    EXPECT_TRUE(eventually([&program] { return program.state() == QProcess::NotRunning; }));
 }
 
 TEST_F(HelperHttpClientTest, whatever_becomes_of_the_process_a_request_ends_and_the_next_one_is_served) {
