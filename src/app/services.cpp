@@ -1,6 +1,5 @@
 #include "app/services.h"
 
-#include <QDir>
 #include <QUrl>
 
 #include "engine/hosts.h"
@@ -19,14 +18,8 @@ Services::Services(const QString& storePath) : store(storePath) {
     appState.onUnlockKey = [this] { secrets.unlock(); };
 }
 
-UpdateService::Host Services::updateHost() const {
-    const QUrl website(u"https://%1"_s.arg(hosts::website));
-    return {.manifest = UpdateService::defaultManifest(),
-        .currentVersion = QCoreApplication::applicationVersion(),
-        .temporaryFolder = QDir::tempPath(),
-        .publicKey = hosts::updateKey.toString(),
-        .terminate = &QCoreApplication::quit,
-        .openWebsite = [this, website] { platform.workspace.openURL(website); }};
+void Services::openWebsite() const {
+    platform.workspace.openURL(QUrl(u"https://%1"_s.arg(hosts::website)));
 }
 
 }  // namespace tralio

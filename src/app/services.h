@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "app/desktop.h"
+#include "app/update_host.h"
 #include "common/clock.h"
 #include "engine/ai_service.h"
 #include "hotkeys/hot_key_service.h"
@@ -51,10 +52,10 @@ public:
     SpeechDispatcher synthesizer{clock};
     SpeechService speech{synthesizer};
     BundleInstaller installer{{.programs = QCoreApplication::applicationDirPath()}};
-    UpdateService updates{http, installer, updateHost()};
+    UpdateService updates{http, installer, updateHost([this] { openWebsite(); })};
 
 private:
-    [[nodiscard]] UpdateService::Host updateHost() const;
+    void openWebsite() const;
 };
 
 }  // namespace tralio

@@ -42,8 +42,8 @@ public:
     Observable<std::optional<Awaited>> awaited{*this};
     /// The number of lines read so far of the picture that is being read.
     Observable<qsizetype> linesRead{*this, 0};
-    /// The error of a picture whose panel was left while it was read, until the panel shown now has
-    /// displayed it.
+    /// What kept the text of a picture or a file, whose panel was left while it was read, from being
+    /// translated, until the panel shown now has displayed it.
     Observable<std::optional<QString>> readingFailure{*this};
     /// The translate panel, while there is one; else null.
     QPointer<QObject> translatePanel;

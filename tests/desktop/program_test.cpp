@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "desktop/fixtures.h"
+#include "state/sqlite_key_value_store.h"
 #include "support/process_limits.h"
 
 namespace tralio {
@@ -81,6 +82,37 @@ TEST_F(ShellWalk, other_programs_hand_over_texts_a_second_start_opens_the_first_
     EXPECT_EQ(program->process().exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program->process().exitCode(), 0);
     EXPECT_TRUE(waitUntil([&] { return program->trayIcon().isEmpty(); }));
+}
+
+TEST_F(ShellWalk, a_store_that_fails_is_told_and_nobody_is_sent_anything_until_the_user_has_seen_that) {
+    desktop.write(u".local/share/tralio/tralio.sqlite"_s, u"no database "_s.repeated(1000));
+    StandInModel everyServer;  // as the proxy before all of them
+    everyServer.replies(StandInReply::error(503, {}));
+    desktop.setVariable(u"https_proxy"_s, u"http://127.0.0.1:%1"_s.arg(everyServer.port()));
+    program.emplace(desktop, ProgramRun::Stored{{u"app_setting_base_url"_s, false}});
+    const auto isSearchForUpdateOver = [&] {
+        return everyServer.requests().size() == 1 && everyServer.openConnections() == 0;
+    };
+    ASSERT_TRUE(waitUntil(isSearchForUpdateOver));
+
+    program->callOnBus(u"TranslateText"_s, {u"private"_s});
+    EXPECT_TRUE(program->comes(u"Không đọc được cài đặt đã lưu"_s));
+    EXPECT_FALSE(waitUntil([&] { return !isSearchForUpdateOver(); }, 1));
+
+    ASSERT_TRUE(program->click(u"Đóng thông báo"_s));
+    EXPECT_TRUE(program->goes(u"Không đọc được cài đặt đã lưu"_s));
+    program->callOnBus(u"TranslateText"_s, {u"wanted"_s});
+    EXPECT_TRUE(waitUntil([&] { return everyServer.requests().size() == 2; }));
+    const QString store = desktop.home() + u"/.local/share/tralio"_s;
+    EXPECT_EQ(SqliteKeyValueStore(store + u"/tralio.sqlite"_s).trouble(), std::nullopt)
+        << "at the next start";
+
+    ASSERT_TRUE(QDir(store).removeRecursively());
+    writeFile(store, "in the way");
+    ASSERT_TRUE(program->click(u"Giọng điệu"_s));
+    desktop.press(u"Down"_s);
+    desktop.press(u"Return"_s);
+    EXPECT_TRUE(program->comes(u"Không lưu được cài đặt"_s));
 }
 
 struct Hung : OnDesktop {

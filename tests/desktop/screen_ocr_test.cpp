@@ -1,4 +1,9 @@
+#include <sys/resource.h>
+
 #include "desktop/fixtures.h"
+#include "ocr/ocr_test_support.h"
+#include "platform/linux/helpers/helper_text_recognizer.h"
+#include "support/pictures.h"
 
 namespace tralio {
 namespace {
@@ -106,6 +111,22 @@ TEST_F(LongPageOnScreen, its_lines_are_counted_it_can_be_cancelled_half_way_and_
     const qsizetype all = words.size();
     words.removeIf([&](const QString& word) { return readWords.removeOne(word); });
     EXPECT_LE(words.size() * 100, all * 3) << "not as they stand there: " << words.join(u' ').toStdString();
+}
+
+/// Only the release has a limit to what the recogniser may take: the sanitizer needs more.
+TEST(LargestPicture, is_read_with_the_memory_that_the_recogniser_may_take_and_no_more) {
+    QImage image(7900, 7900, QImage::Format_RGBA64);
+    image.fill(Qt::transparent);
+    QPainter(&image).drawImage(0, 0, drawn({u"Hello world"_s}));
+    SystemClock clock;
+    HelperTextRecognizer recognizer(QStringLiteral(TRALIO_OCR), clock);
+    OCRService service(recognizer);
+    const auto ending = started(service.recognizeText(encoded(std::exchange(image, {}))));
+    EXPECT_TRUE(waitUntil([&] { return ending->times > 0; }, 90));
+    EXPECT_EQ(ending->result, u"Hello world"_s) << ending->failure.toStdString();
+    rlimit limit{};
+    ASSERT_EQ(prlimit(static_cast<pid_t>(recognizer.helperProcessId()), RLIMIT_AS, nullptr, &limit), 0);
+    EXPECT_LE(limit.rlim_max, rlim_t(4) << 30);
 }
 
 }  // namespace

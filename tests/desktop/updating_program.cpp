@@ -3,16 +3,15 @@
 // when it should.
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 
+#include "app/update_host.h"
 #include "common/clock.h"
 #include "common/on_change.h"
 #include "platform/linux/bundle/bundle_installer.h"
 #include "platform/linux/helpers/helper_http_client.h"
 #include "platform/linux/helpers/installation.h"
 #include "update/info_plist.h"
-#include "update/update_service.h"
 
 using namespace Qt::StringLiterals;
 using namespace tralio;
@@ -20,20 +19,16 @@ using namespace tralio;
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const QString programs = QCoreApplication::applicationDirPath();
+    QCoreApplication::setApplicationVersion(bundleVersion(installation::infoPlist(programs)));
     BundleInstaller installer({.programs = programs});
     SystemClock clock;
     HelperHttpClient http(installation::helper(u"tralio-http"), clock);
-    UpdateService service(http, installer,
-        {.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST")),
-            .currentVersion = bundleVersion(installation::infoPlist(programs)),
-            .temporaryFolder = QDir::tempPath(),
-            .takesFromLoopback = true,
-            .terminate =
-                [] {
-                    if (!qEnvironmentVariableIsSet("UPDATE_STUBBORN"))
-                        QCoreApplication::quit();
-                },
-            .openWebsite = [] {}});
+    UpdateService::Host host = updateHost([] {});
+    host.manifest = QUrl(qEnvironmentVariable("UPDATE_MANIFEST"));
+    host.takesFromLoopback = true;
+    if (qEnvironmentVariableIsSet("UPDATE_STUBBORN"))
+        host.terminate = [] {};
+    UpdateService service(http, installer, host);
 
     onAnyChange(service, &service, [&service] {
         if (service.isChecking() || service.isUpdating())

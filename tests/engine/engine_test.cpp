@@ -89,6 +89,12 @@ TEST_F(AIServiceTest, an_error_status_is_told_with_the_best_message_the_reply_ha
         EXPECT_EQ(
             wordsOf(testConnection()), start + (isInTest ? message : u"HTTP Status %1"_s.arg(reply.status)));
     }
+    // One that only announces a reply, of which none came, is no status to tell.
+    standIn.replies(StandInReply::withBody(0, "HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n")
+                        .delivered(StandInReply::Delivery::withoutStatus));
+    EXPECT_EQ(
+        endingOf(translate()).aiError, AIError::networkError(u"Không nhận được phản hồi HTTP hợp lệ."_s));
+    EXPECT_EQ(endingOf(testConnection()).aiError, AIError::networkError(u"Không nhận được phản hồi HTTP."_s));
     // Of these the program knows better what they mean.
     const auto expectOwnWords = [this](const StandInReply& reply) {
         standIn.replies(reply);

@@ -1,4 +1,5 @@
-// What a drag or the clipboard brings: names of files, addresses, a text and a picture side by side.
+// What a drag or the clipboard brings: names of files, addresses, a text and a picture side by side; and what
+// a dropped text file has in it.
 
 #include <QMimeData>
 
@@ -27,4 +28,7 @@ void tralio::fuzz::readInput(const QByteArray& input) {
         if (item.picture)
             require(item.picture->size() <= input.size(), "a picture is its bytes");
     }
+    const std::optional<QString> text = contentOfTextFile(fileOf(input));
+    require(text.has_value() == input.isValidUtf8(), "a text file is one of UTF-8");
+    require(!text || input.endsWith(text->toUtf8()), "a text is all of its file but the byte order mark");
 }

@@ -1,5 +1,6 @@
 #include <atomic>
 
+#include "common/text_limit.h"
 #include "platform/linux/atspi/atspi_search.h"
 #include "platform/scripted_bus_object.h"
 #include "support/private_bus.h"
@@ -42,7 +43,8 @@ struct ScriptedAccessibles final : ScriptedBusObject {
 
     [[nodiscard]] AtspiReference at(const QString& path) const { return {address(), QDBusObjectPath(path)}; }
 
-    std::atomic<int> presses = 0;  ///< of all objects
+    std::atomic<int> presses = 0;    ///< of all objects
+    std::atomic<int> askedText = 0;  ///< the characters that were asked for in all
 
 private:
     void take(const QDBusMessage& call) override {
@@ -52,6 +54,8 @@ private:
             object == m_objects.cend() ? QHash<QString, QVariantList>() : answersOf(*object, call);
         const auto found = answers.constFind(asked);
         presses += found != answers.cend() && asked == u"DoAction";
+        if (asked == u"GetText")
+            askedText += call.arguments().value(1).toInt() - call.arguments().value(0).toInt();
         send(found != answers.cend() ? call.createReply(*found)
                                      : call.createErrorReply(QDBusError::UnknownMethod, u"not known"_s));
     }
@@ -181,6 +185,17 @@ TEST_F(Atspi, an_element_that_counts_its_selections_is_believed_before_an_older_
         EXPECT_FALSE(asked.holdsPassword()) << path.toStdString();
     }
     EXPECT_TRUE(element(u"/password"_s).holdsPassword());
+}
+
+TEST_F(Atspi, no_more_of_a_long_selection_is_asked_for_than_is_taken) {
+    const int most = static_cast<int>(longestText);
+    const Ranges cases[] = {{{0, most + 9}}, {{9, most - 1}, {0, most}}, {{5, most}, {0, 5}, {1, 2}}};
+    for (const Ranges& ranges : cases) {
+        script({{u"/entry"_s,
+            {.role = AtspiRole::entry, .selections = ranges, .text = QString(most + 9, u'a')}}});
+        EXPECT_TRUE(isTooLong(element(u"/entry"_s).selectedText().value_or(QString())));
+        EXPECT_EQ(application->askedText, most);
+    }
 }
 
 TEST_F(Atspi, an_application_that_dies_in_the_middle_has_nothing_selected_at_once) {

@@ -49,6 +49,49 @@ TEST_F(SqliteKeyValueStoreTest, what_was_overwritten_can_be_made_to_go_from_the_
     EXPECT_EQ(reread(u"key"_s), StoredValue(true));
 }
 
+TEST_F(SqliteKeyValueStoreTest, a_log_that_a_power_failure_has_cut_or_mixed_up_gives_a_former_state) {
+    using State = std::pair<std::optional<StoredValue>, std::optional<StoredValue>>;
+    const auto stateOf = [](const SqliteKeyValueStore& store) {
+        return State(store.value(u"address"_s), store.value(u"history"_s));
+    };
+    std::vector<State> states{{}};
+    QByteArray file;
+    QByteArray log;
+    {
+        SqliteKeyValueStore store(path());
+        for (char number = '0'; number < '6'; ++number) {
+            if (number % 2 == 0)
+                store.setValue(u"address"_s, QString(QLatin1Char(number)));
+            else
+                store.setValue(u"history"_s, QByteArray(10'000, number));
+            states.push_back(stateOf(store));
+        }
+        file = contentOf(path());
+        log = contentOf(path() + u"-wal"_s);
+    }
+    const auto expectFormerState = [&](const QByteArray& left) {
+        const QString folder = path(u"copy"_s);
+        QDir(folder).removeRecursively();
+        writeFile(folder + u"/tralio.sqlite-wal"_s, left);
+        SqliteKeyValueStore store(writeFile(folder + u"/tralio.sqlite"_s, file));
+        EXPECT_EQ(std::ranges::count(states, stateOf(store)), 1);
+        EXPECT_EQ(store.trouble(), std::nullopt);
+    };
+    constexpr qsizetype head = 32;
+    constexpr qsizetype frame = 24 + 4096;
+    ASSERT_GT(log.size(), head + 15 * frame);
+    for (qsizetype end = 0; end <= log.size(); end += frame / 2)
+        expectFormerState(log.first(end));
+    for (qsizetype first = head; first < log.size(); first += frame)
+        for (qsizetype second = first + frame; second < log.size(); second += frame) {
+            QByteArray mixed = log;
+            mixed.replace(first, frame, log.sliced(second, frame));
+            mixed.replace(second, frame, log.sliced(first, frame));
+            expectFormerState(mixed);
+        }
+    EXPECT_TRUE(m_log.messages().isEmpty()) << "none was set aside: " << m_log.content().constData();
+}
+
 TEST_F(SqliteKeyValueStoreTest, only_the_user_may_read_the_files_whatever_the_umask) {
     for (const mode_t mask : {0000U, 0022U, 0777U}) {
         const QString base = QString::number(mask, 8);

@@ -42,6 +42,9 @@ struct FakeClock final : Clock {
             m_calls, [](const auto& entry) { return !entry.second.context.isNull(); });
     }
 
+    /// The number of calls scheduled so far. It grows as well when one is put off.
+    [[nodiscard]] qsizetype scheduled() const { return m_scheduled; }
+
 private:
     struct Call {
         QPointer<QObject> context;
@@ -52,6 +55,7 @@ private:
 
     void add(std::chrono::milliseconds delay, QObject* context, std::function<void()> action,
         std::chrono::milliseconds interval) {
+        ++m_scheduled;
         m_calls.emplace(m_now + delay,
             Call{context, std::make_shared<std::function<void()>>(std::move(action)), interval});
     }
@@ -71,6 +75,7 @@ private:
     }
 
     std::chrono::milliseconds m_now{0};
+    qsizetype m_scheduled = 0;
     std::multimap<std::chrono::milliseconds, Call> m_calls;
 };
 

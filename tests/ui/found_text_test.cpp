@@ -239,5 +239,28 @@ TEST_F(FoundText, that_is_read_for_a_panel_that_was_left_can_be_ended_and_is_tol
     EXPECT_TRUE(recognizer.stops.back().stop_requested());
 }
 
+TEST_F(FoundText, that_may_not_be_translated_is_told_although_its_panel_was_left) {
+    recognizer.isSlow = true;
+    const auto expectTold = [this](const QString& words, const DroppedItem& dropped) {
+        panel->handleDrop({dropped});
+        hidePanel();
+        ASSERT_TRUE(eventually([&] { return background::isIdle() && !appState.isReading(); }) && nextTurn());
+        showPanel();
+        EXPECT_TRUE(panel->errorMessage().value_or(QString()).contains(words)) << qPrintable(words);
+    };
+    const QString tooLong(longestText + 1, u'a');
+    expectTold(u"quá dài"_s, {.fileURL = file(u"a.txt"_s, tooLong.toUtf8())});
+    pictureSays(tooLong);
+    expectTold(u"quá dài"_s, {.picture = picture()});
+    pictureSays(u"text"_s);
+    appState.isKeyAwaited = true;
+    expectTold(u"keyring"_s, {.picture = picture()});
+    appState.isKeyAwaited = false;
+    settings.apiKey = u"mine"_s;
+    settings.baseURL = u"http://ai.example.com"_s;
+    expectTold(u"không mã hóa (http)"_s, {.picture = picture()});
+    EXPECT_TRUE(model.requests().isEmpty());
+}
+
 }  // namespace
 }  // namespace tralio

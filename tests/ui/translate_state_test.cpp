@@ -264,7 +264,7 @@ TEST_F(PendingText, nothing_is_sent_unasked_while_the_settings_may_not_be_the_us
     EXPECT_TRUE(requestsArrive(requests + 1));
 }
 
-TEST_F(PendingText, a_key_that_is_not_there_yet_is_not_sent) {
+TEST_F(PendingText, a_key_that_is_not_there_yet_or_that_others_would_see_is_not_sent) {
     int asked = 0;
     appState.onUnlockKey = [&] { ++asked; };
     appState.isKeyAwaited = true;
@@ -277,6 +277,13 @@ TEST_F(PendingText, a_key_that_is_not_there_yet_is_not_sent) {
     EXPECT_TRUE(panel->isTranslating()) << "a server that wants no key";
     ASSERT_TRUE(translationEnds());
     EXPECT_EQ(panel->errorMessage(), std::nullopt);
+
+    appState.isKeyAwaited = false;
+    settings.apiKey = u"mine"_s;
+    settings.baseURL = u"http://ai.example.com"_s;
+    request(u"private"_s, 1s);
+    EXPECT_FALSE(panel->isTranslating());
+    EXPECT_TRUE(panel->errorMessage().value_or(QString()).contains(u"không mã hóa (http)"_s));
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "support/debug_log_file.h"
 #include "support/process_limits.h"
 #include "update/installer_script.h"
 #include "update/update_test_support.h"
@@ -42,6 +43,7 @@ struct UpdateInstallTest : UpdateTest {
 };
 
 TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program_ends) {
+    const DebugLogFile log;
     writeFile(zip, "an older archive");
     const QByteArray archive(20 * 1024 * 1024, 'z');  // more than a manifest may have
     server.replies(StandInReply::withBody(200, archive));
@@ -55,6 +57,7 @@ TEST_F(UpdateInstallTest, the_archive_is_handed_to_the_installer_and_the_program
     EXPECT_TRUE(contentOf(zip) == archive);
     EXPECT_TRUE(contentOf(script).startsWith("#!")) << "the script is not there when it is run";
     EXPECT_EQ(filesInFolder().size(), 2);
+    EXPECT_EQ(log.messages().filter(u"the signature of the archive is not checked"_s).size(), 1);
     EXPECT_EQ(server.requests().last().header("Accept-Encoding"), "identity")
         << "its size could not be told from that of the transfer";
 }
@@ -138,6 +141,7 @@ TEST_F(UpdateInstallTest, an_archive_that_is_too_large_is_given_up_announced_or_
 }
 
 TEST_F(UpdateInstallTest, with_a_key_an_archive_needs_its_signature_before_anything_closes) {
+    const DebugLogFile log;
     begin([](auto& host) { host.publicKey = u"key"_s; });
     const QByteArray signature(64, 's');
     StandInReply reply = StandInReply::withBody(404, signature);
@@ -165,6 +169,7 @@ TEST_F(UpdateInstallTest, with_a_key_an_archive_needs_its_signature_before_anyth
 
     installer.signatureFault.reset();
     EXPECT_EQ(install(), u"Đang cài đặt và khởi động lại..."_s);
+    EXPECT_THAT(log.messages(), IsEmpty());
 }
 
 TEST_F(UpdateInstallTest, a_download_that_does_not_come_to_its_end_leaves_nothing_behind) {

@@ -11,11 +11,10 @@
 #include "common/text_limit.h"
 
 namespace tralio {
-namespace {
 
 using namespace Qt::StringLiterals;
 
-std::optional<QString> contentOf(const QString& path) {
+std::optional<QString> contentOfTextFile(const QString& path) {
     QFile file(path);
     // Opening a FIFO would block until another program opens it for writing.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
@@ -31,8 +30,6 @@ std::optional<QString> contentOf(const QString& path) {
     return isWhole ? text : beginningOfLongText(text);
 }
 
-}  // namespace
-
 DroppedFileKind droppedFileKind(const QUrl& fileURL) {
     static const QStringList images{u"png"_s, u"jpg"_s, u"jpeg"_s, u"webp"_s, u"tiff"_s, u"bmp"_s, u"heic"_s};
     static const QStringList texts{u"txt"_s, u"md"_s, u"json"_s, u"csv"_s};
@@ -43,7 +40,7 @@ DroppedFileKind droppedFileKind(const QUrl& fileURL) {
 }
 
 QCoro::Task<std::optional<QString>> readTextFile(QString path) {
-    auto reading = inBackground([path = std::move(path)] { return contentOf(path); });
+    auto reading = inBackground([path = std::move(path)] { return contentOfTextFile(path); });
     co_return co_await std::move(reading);
 }
 

@@ -114,12 +114,10 @@ void TranslateState::endRecognition(const std::stop_token& stop, const QString& 
     countRecognitions(-1);
     if (stop.stop_requested())
         return;
-    if (!failure)
-        takeText(text, autoTranslate);
-    else if (m_panel)
-        showError(failure);
+    if (failure)
+        tell(*failure);
     else
-        m_needs.appState.readingFailure = failure;
+        takeText(text, autoTranslate);
 }
 
 bool TranslateState::isReplaced() const {
@@ -148,7 +146,7 @@ void TranslateState::takeText(const QString& text, AutoTranslate autoTranslate) 
 bool TranslateState::admits(const QString& text) {
     if (!isTooLong(text))
         return true;
-    showError(tooLongMessage(text));
+    tell(tooLongMessage(text));
     return false;
 }
 

@@ -133,6 +133,13 @@ void TranslateState::showError(const std::optional<QString>& message) {
     Q_EMIT objectWillChange();
 }
 
+void TranslateState::tell(const QString& failure) {
+    if (m_panel)
+        showError(failure);
+    else
+        m_needs.appState.readingFailure = failure;
+}
+
 std::optional<QString> TranslateState::message() const {
     const auto trouble = m_needs.appState.storeTrouble();
     if (!trouble)
@@ -151,12 +158,12 @@ void TranslateState::performTranslate() {
     if (text.isEmpty() || !admits(text))
         return;
     if (m_needs.appState.isKeyAwaited() && m_needs.settings.needsKey()) {
-        showError(keyLocked);
+        tell(keyLocked);
         m_needs.appState.unlockKey();
         return;
     }
     if (m_needs.settings.wouldExposeKey()) {
-        showError(keyExposed);
+        tell(keyExposed);
         return;
     }
     m_needs.appState.notice = QString();

@@ -140,6 +140,8 @@ private:
     [[nodiscard]] bool admits(const QString& text);
 
     void showError(const std::optional<QString>& message);
+    /// Shows what kept a text from being translated; if the panel was left, on the next one.
+    void tell(const QString& failure);
     void showResult(const QString& text);
 
     Dependencies m_needs;

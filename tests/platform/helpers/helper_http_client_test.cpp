@@ -4,6 +4,7 @@
 
 #include "engine/engine_test_support.h"
 #include "engine/transport_error.h"
+#include "platform/linux/helpers/serving.h"
 #include "support/process_limits.h"
 
 namespace tralio {
@@ -59,6 +60,26 @@ TEST_F(HelperHttpClientTest, serves_seven_requests_side_by_side_and_cancels_one_
         EXPECT_EQ(wordsOf(std::move(each)), u"200 late"_s);
 }
 
+TEST_F(HelperHttpClientTest,
+    a_slow_server_is_waited_for_and_a_process_that_hangs_is_given_up_after_ten_seconds) {
+    hold();
+    const auto slow = started(post());
+    ASSERT_TRUE(arrived(1));
+    for (int i = 0; i < 15; ++i) {
+        const qsizetype before = clock.scheduled();
+        clock.advance(2s);
+        ASSERT_TRUE(eventually([&] { return clock.scheduled() > before; })) << "it answers no ping";
+    }
+    EXPECT_EQ(slow->times, 0);
+    ASSERT_EQ(::kill(static_cast<pid_t>(client->helperProcessId()), SIGSTOP), 0);
+    clock.advance(9'999ms);
+    EXPECT_NE(client->helperProcessId(), 0);
+    clock.advance(1ms);
+    EXPECT_EQ(client->helperProcessId(), 0);
+    EXPECT_TRUE(eventually([&] { return slow->times > 0; }));
+    EXPECT_EQ(slow->failure, u"Tiến trình kết nối mạng không phản hồi. Vui lòng thử lại."_s);
+}
+
 TEST_F(HelperHttpClientTest, a_body_comes_in_pieces_until_who_takes_them_fails) {
     int pieces = 0;
     const auto fails = [&pieces](const QByteArray&, std::optional<qint64>) {
@@ -95,6 +116,18 @@ TEST_F(HelperHttpClientTest, the_process_stays_a_minute_for_the_next_text_and_go
     EXPECT_FALSE(isGone());
     clock.advance(10s);
     EXPECT_TRUE(isGone());
+}
+
+TEST(HttpProgram, hides_its_memory_from_the_other_programs_of_its_user) {
+    QProcess program;
+    program.setChildProcessModifier([] { const OrdinaryProcess ordinary; });
+    program.start(QStringLiteral(HTTP_PROGRAM), {QString::fromLatin1(serving::argument())});
+    program.write(QByteArray::fromStdString(encode(http_protocol::Ping{})));
+    ASSERT_TRUE(eventually([&program] { return program.bytesAvailable() > 0; })) << "it does not serve";
+    // The kernel gives what it tells of such a process to root.
+    EXPECT_EQ(QFileInfo(u"/proc/%1/environ"_s.arg(program.processId())).ownerId(), 0U);
+    program.closeWriteChannel();
+    EXPECT_TRUE(eventually([&program] { return program.state() == QProcess::NotRunning; }));
 }
 
 TEST_F(HelperHttpClientTest, whatever_becomes_of_the_process_a_request_ends_and_the_next_one_is_served) {
