@@ -1,3 +1,6 @@
+#include <QGuiApplication>
+#include <QPalette>
+
 #include <csignal>
 #include <future>
 #include <sys/stat.h>
@@ -6,8 +9,10 @@
 #include "common/text_limit.h"
 #include "platform/linux/bus/sandbox_id.h"
 #include "platform/linux/bus/session_service.h"
+#include "platform/linux/desktop/desktop_appearance.h"
 #include "platform/linux/desktop/text_scale.h"
 #include "platform/linux/process/end_signals.h"
+#include "platform/scripted_settings_portal.h"
 #include "support/private_bus.h"
 
 namespace tralio {
@@ -155,9 +160,104 @@ TEST_F(TextScaleTest, is_what_the_portal_told_last_as_far_as_the_window_has_room
     TextScale::remember(1.5);
     const std::vector<QSize> small{{1920, 1080}, {640, 480}};
     EXPECT_EQ(scaleWith(small).toDouble(), 1.5) << "an X server tells of its own screens";
+    qputenv("QT_SCALE_FACTOR", "2");
+    EXPECT_EQ(scaleWith({}).toDouble(), 3) << "on top of what the user has asked of the toolkit";
+    EXPECT_EQ(qgetenv("QT_SCALE_FACTOR"), "2") << "which programs that are started inherit";
+    qunsetenv("QT_SCALE_FACTOR");
+    EXPECT_NE(scaleWith({}), QByteArray());
+    EXPECT_FALSE(qEnvironmentVariableIsSet("QT_SCALE_FACTOR"));
     qputenv("QT_QPA_PLATFORM", "wayland;xcb");
     EXPECT_NEAR(scaleWith(small).toDouble(), 480 / 440.0, .01);
     EXPECT_EQ(scaleWith({{640, 360}}), QByteArray()) << "never smaller than it is";
+}
+
+/// A colour as the portal sends it.
+struct PortalColour {
+    double red, green, blue;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const PortalColour& colour) {
+    argument.beginStructure();
+    argument << colour.red << colour.green << colour.blue;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, PortalColour& /*colour*/) {
+    return argument;
+}
+
+struct AppearanceTest : TextScaleTest {
+    AppearanceTest() { qDBusRegisterMetaType<PortalColour>(); }
+
+    static QVariant colour(double red, double green, double blue) {
+        return QVariant::fromValue(PortalColour{red, green, blue});
+    }
+    /// Waits for the portal's word.
+    bool comes(const DesktopAppearance::Look& look) {
+        return eventually([&] { return appearance->look() == look; });
+    }
+
+    PrivateBus bus;
+    std::optional<ScriptedSettingsPortal> portal{bus.connect()};
+    std::optional<DesktopAppearance> appearance;
+};
+
+TEST_F(AppearanceTest, is_the_portals_and_where_that_says_nothing_the_palettes) {
+    portal->settings = {{appearanceSettings,
+                            {{u"color-scheme"_s, 1U}, {u"accent-color"_s, colour(1, 0, 0)}, {u"other"_s, 7}}},
+        {gnomeSettings, {{u"enable-animations"_s, false}}}};
+    appearance.emplace(bus.connect());
+    int changes = 0;
+    QObject::connect(&*appearance, &DesktopAppearance::changed, &*appearance, [&] { ++changes; });
+    EXPECT_TRUE(comes({true, QColor(Qt::red), true}));
+    EXPECT_EQ(changes, 1);
+
+    portal->change(appearanceSettings, u"accent-color"_s, colour(0, 1, 0));
+    EXPECT_TRUE(comes({true, QColor(Qt::green), true}));
+    for (const QVariant& none : {colour(0, 0, 1.5), colour(-1, 0, 0), QVariant(u"red"_s)}) {
+        portal->change(appearanceSettings, u"accent-color"_s, none);
+        EXPECT_TRUE(comes({true, {}, true}));
+        portal->change(appearanceSettings, u"accent-color"_s, colour(0, 1, 0));
+        EXPECT_TRUE(comes({true, QColor(Qt::green), true}));
+    }
+    const int before = changes;
+    EXPECT_EQ(before, 8) << "one for each";
+    portal->change(gnomeSettings, u"accent-color"_s, colour(0, 0, 1));
+    portal->change(appearanceSettings, u"color-scheme"_s, 2U);
+    EXPECT_TRUE(comes({false, QColor(Qt::green), true}));
+    EXPECT_EQ(changes, before + 1) << "of what is not known nothing changes";
+
+    portal->change(appearanceSettings, u"color-scheme"_s, 0U);
+    for (const bool dark : {true, false}) {
+        QGuiApplication::setPalette(QPalette(dark ? Qt::black : Qt::white));
+        EXPECT_TRUE(comes({dark, QColor(Qt::green), true}));
+    }
+    EXPECT_GE(changes, before + 3) << "the palette's changes count, too";
+    QGuiApplication::setPalette(QPalette());
+}
+
+TEST_F(AppearanceTest, tells_once_of_a_text_scale_that_the_start_did_not_know) {
+    portal->settings[appearanceSettings];
+    int outdated = 0;
+    const auto startedWith = [&](double portalTells) {
+        portal->settings[gnomeSettings] = {
+            {u"enable-animations"_s, false}, {u"text-scaling-factor"_s, portalTells}};
+        appearance.emplace(bus.connect());
+        QObject::connect(
+            &*appearance, &DesktopAppearance::textScaleIsOutdated, &*appearance, [&] { ++outdated; });
+        EXPECT_TRUE(comes({false, {}, true}));
+        return outdated;
+    };
+    EXPECT_EQ(startedWith(1), 0) << "as nobody knew better";
+    EXPECT_EQ(startedWith(1.25), 1);
+    EXPECT_EQ(startedWith(1.25), 1);
+    portal->change(gnomeSettings, u"text-scaling-factor"_s, 1.5);
+    portal->change(gnomeSettings, u"enable-animations"_s, true);
+    EXPECT_TRUE(comes({}));
+    EXPECT_EQ(outdated, 1) << "for the next start";
+    EXPECT_EQ(scaleWith({}).toDouble(), 1.5);
+    EXPECT_EQ(startedWith(1), 2);
 }
 
 }  // namespace

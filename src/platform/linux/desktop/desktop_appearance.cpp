@@ -9,6 +9,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <utility>
+
 #include "platform/linux/desktop/text_scale.h"
 
 namespace tralio {
@@ -45,7 +47,7 @@ std::optional<QColor> portalColour(const QVariant& value) {
 
 }  // namespace
 
-DesktopAppearance::DesktopAppearance() : m_bus(QDBusConnection::sessionBus()) {
+DesktopAppearance::DesktopAppearance(QDBusConnection bus) : m_bus(std::move(bus)) {
     qGuiApp->installEventFilter(this);
     if (!m_bus.isConnected())
         return;

@@ -23,7 +23,7 @@ public:
         bool operator==(const Look&) const = default;
     };
 
-    DesktopAppearance();
+    explicit DesktopAppearance(QDBusConnection bus = QDBusConnection::sessionBus());
 
     [[nodiscard]] Look look() const;
 
