@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QSessionManager>
@@ -9,7 +8,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <optional>
-#include <unistd.h>
 
 #include "app/app_delegate.h"
 #include "app/popover.h"
@@ -60,12 +58,6 @@ void declineRestart(const QGuiApplication& application) {
     };
     QObject::connect(&application, &QGuiApplication::saveStateRequest, &application, decline);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, decline);
-}
-
-/// As the same process, in which all connections and files of this one are closed.
-void startAgain(char** arguments) {
-    execv(QFile::encodeName(QCoreApplication::applicationFilePath()).constData(), arguments);
-    debugLog(u"cannot start again for another text scale"_s);
 }
 
 QWidget* makeContent(Services& services) {
@@ -142,22 +134,12 @@ int main(int argc, char** argv) {
 
     DesktopAppearance appearance;
     applyAppearance(appearance);
-    QObject::connect(&appearance, &DesktopAppearance::changed, &appearance,
+    QObject::connect(
+        &appearance, &DesktopAppearance::changed, &appearance,
         [&appearance] { applyAppearance(appearance); });
 
-    bool isOpened = false;
     Popover popover(
-        [&] {
-            isOpened = true;
-            return makeContent(services);
-        },
-        services.desktop->windowSystem(), services.clock);
-    QObject::connect(
-        &appearance, &DesktopAppearance::textScaleIsOutdated, &popover,
-        [&] {
-            if (!isOpened)
-                startAgain(argv);
-        });
+        [&services] { return makeContent(services); }, services.desktop->windowSystem(), services.clock);
     AppDelegate delegate({services.appState, settingsOfShell, services.hotKeys, services.platform.pasteboard,
         services.captures, services.updates, services.clock, popover, statusItem,
         services.desktop->selectionOnceFocused(), isFirstStart,

@@ -1,7 +1,3 @@
-#include <QFile>
-
-#include <csignal>
-
 #include "desktop/fixtures.h"
 #include "platform/scripted_settings_portal.h"
 
@@ -25,23 +21,6 @@ TEST(Appearance, grows_with_the_text_of_the_desktop_and_follows_its_colours_whil
     EXPECT_TRUE(waitUntil([&] { return groundLightness() < 60; }));
     portal.change(appearanceSettings, u"color-scheme"_s, 2U);
     EXPECT_TRUE(waitUntil([&] { return groundLightness() > 200; }));
-
-    // A size that was changed while the program did not run. It starts anew, as the same process.
-    ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
-    ASSERT_TRUE(waitUntil([&] { return !program.isRunning(); }));
-    portal.settings[gnomeSettings][u"text-scaling-factor"_s] = 1.2;
-    const ProgramRun later(desktop);
-    QFile told(desktop.home() + u"/.local/share/tralio/text-scale"_s);
-    ASSERT_TRUE(waitUntil([&] {
-        const bool is = told.open(QIODevice::ReadOnly) && told.readAll() == "1.2";
-        told.close();
-        return is;
-    }));
-    ASSERT_TRUE(waitUntil([&] {
-        later.callOnBus(u"Open"_s);
-        return later.isPopoverShown();
-    }));
-    EXPECT_EQ(later.popoverArea().width(), 530 * 6 / 5);
 }
 
 }  // namespace

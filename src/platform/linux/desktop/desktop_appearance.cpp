@@ -79,8 +79,8 @@ void DesktopAppearance::readAll() {
             return;
         const Look before = look();
         const SettingGroups groups = reply.value();
-        if (TextScale::remember(groups.value(gnomeGroup).value(textScaleKey, 1.0).toDouble()))
-            Q_EMIT textScaleIsOutdated();
+        if (!groups.value(gnomeGroup).contains(textScaleKey))
+            TextScale::remember(1);
         for (auto group = groups.cbegin(); group != groups.cend(); ++group)
             for (auto setting = group->cbegin(); setting != group->cend(); ++setting)
                 apply(group.key(), setting.key(), setting.value());

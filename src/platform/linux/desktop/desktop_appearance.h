@@ -31,8 +31,6 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// Once, soon after the start: the desktop's text scale is another one than `TextScale` has applied.
-    void textScaleIsOutdated();
 
 private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);

@@ -10,6 +10,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -74,11 +75,14 @@ QString rememberedScale() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tralio/text-scale"_s;
 }
 
+bool isScale(double value) {
+    return std::isfinite(value) && value > 0;
+}
+
 std::optional<double> remembered() {
     QFile file(rememberedScale());
-    bool isNumber = false;
-    const double last = file.open(QIODevice::ReadOnly) ? file.read(20).toDouble(&isNumber) : 0;
-    return isNumber ? std::optional(last) : std::nullopt;
+    const double last = file.open(QIODevice::ReadOnly) ? file.read(20).toDouble() : 0;
+    return isScale(last) ? std::optional(last) : std::nullopt;
 }
 
 /// GNOME's text scale, which the portals of other desktops report, too; 1 if none tells.
@@ -105,15 +109,8 @@ double kdeScale(bool isWayland) {
 double desktopScale(bool isWayland, const QDBusConnection& session,
     const std::function<std::vector<QSize>()>& compositorScreens) {
     const bool isKde = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"KDE");
-    double wanted = 1;
-    if (isKde) {
-        wanted = kdeScale(isWayland);
-    } else if (const std::optional<double> last = remembered()) {
-        wanted = *last;
-    } else {
-        wanted = portalScale(session);
-        TextScale::remember(wanted);
-    }
+    const std::optional<double> last = isKde ? kdeScale(isWayland) : remembered();
+    const double wanted = last ? *last : portalScale(session);
     if (wanted == 1)
         return 1;  // as on most desktops: their screens need not be asked for
     XScreen screen = isWayland ? XScreen() : xScreen();
@@ -146,14 +143,14 @@ TextScale::~TextScale() {
         qputenv(scaleVariable, *m_former);
 }
 
-bool TextScale::remember(double portalScale) {
-    const std::optional<double> former = remembered();
-    if (portalScale == former)
-        return false;
+void TextScale::remember(double portalScale) {
+    const QByteArray number = QByteArray::number(portalScale);
+    QFile former(rememberedScale());
+    if (!isScale(portalScale) || (former.open(QIODevice::ReadOnly) && former.readAll() == number))
+        return;
     QSaveFile file(rememberedScale());
-    const bool isStored =
-        file.open(QIODevice::WriteOnly) && file.write(QByteArray::number(portalScale)) > 0 && file.commit();
-    return isStored && portalScale != former.value_or(1);
+    if (file.open(QIODevice::WriteOnly) && file.write(number) == number.size())
+        file.commit();
 }
 
 }  // namespace tralio
