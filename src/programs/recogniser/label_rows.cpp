@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <iterator>
 
 #include "programs/recogniser/boxes.h"
@@ -75,8 +76,56 @@ std::vector<int> labelEnds(const TextLine& line) {
     return ends;
 }
 
+/// How high letters stand above a foot, but for the few that are highest.
+int rise(const std::vector<QRect>& letters, int foot) {
+    std::vector<int> heights;
+    for (const QRect& letter : letters)
+        heights.push_back(foot - letter.top() + 1);
+    const auto high = heights.begin() + std::ssize(heights) * 8 / 10;
+    std::ranges::nth_element(heights, high);
+    return *high;
+}
+
+/// The right edge of what a small time or number stands behind, as in the bubbles of a chat. Beside it
+/// engines take its digits for small letters.
+std::vector<int> textBeforeSmallDigits(const TextLine& line) {
+    constexpr double leastGap = 0.5;  // of the line's height
+    constexpr std::ptrdiff_t fewest = 3;
+    constexpr std::ptrdiff_t most = 9;
+    const std::vector<QRect>& letters = line.letters;
+    const auto isWide = [&](const QRect& right, const QRect& left) {
+        const auto isBetween = [&](const QRect& dot) {
+            return dot.left() > left.right() && dot.left() < right.left();
+        };
+        return horizontalGap(left, right) >= leastGap * line.box.height() &&
+            std::ranges::none_of(line.dots, isBetween);
+    };
+    const auto behind = std::adjacent_find(letters.rbegin(), letters.rend(), isWide);
+    if (behind == letters.rend())
+        return {};
+    const std::vector<QRect> tail(std::next(behind).base(), letters.end());
+    const std::vector<QRect> text(letters.begin(), std::next(behind).base());
+    if (std::ssize(tail) < fewest || std::ssize(tail) > most || std::ssize(text) < fewest)
+        return {};
+    const int foot = footOf(tail);
+    const int height = rise(tail, foot);
+    const auto isDigit = [&](const QRect& letter) {
+        return std::abs(letter.bottom() - foot) <= 1 && std::abs(letter.height() - height) <= 1 &&
+            letter.width() <= height;
+    };
+    const std::ptrdiff_t digits = std::ranges::count_if(tail, isDigit);
+    const int textFoot = footOf(text);
+    const bool isSmaller = height * 100 <= rise(text, textFoot) * 88;
+    const bool isLower = (foot - textFoot) * 8 >= height;
+    return digits >= fewest && digits * 10 >= std::ssize(tail) * 7 && (isSmaller || isLower)
+        ? std::vector{text.back().right()}
+        : std::vector<int>();
+}
+
 std::vector<TextLine> labelsOf(const TextLine& row) {
-    const std::vector<int> ends = labelEnds(row);
+    std::vector<int> ends = labelEnds(row);
+    if (ends.empty())
+        ends = textBeforeSmallDigits(row);
     const TextLine empty{{}, row.region, row.isShaded, row.kind, row.colour, {}, {}};
     std::vector<TextLine> labels(ends.size() + 1, empty);
     const auto add = [&](const QRect& mark, std::vector<QRect> TextLine::*place) {

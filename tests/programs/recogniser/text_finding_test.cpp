@@ -56,6 +56,17 @@ TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
     EXPECT_EQ(Found(code).letters(), (Counts{{29}}));
 }
 
+TEST(TextFinding, a_small_time_behind_a_text_is_a_line_of_its_own) {
+    for (const auto& [top, height, isTime] :
+        {std::tuple(14, 8, true), {17, 9, true}, {12, 12, false}, {13, 11, false}}) {
+        Sheet bubble(300, 40);
+        bubble.type({10, 12}, 8, 12).type({120, top}, 4, height);
+        EXPECT_EQ(Found(bubble).letters(), isTime ? (Counts{{8}, {4}}) : (Counts{{12}})) << height;
+        EXPECT_EQ(Found(bubble.fill({106, 23, 2, 3}, Qt::black)).letters(), (Counts{{12}}))
+            << "after a comma";
+    }
+}
+
 TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) {
     for (const auto& [mark, isBullet] : {std::pair(QRect(10, 14, 5, 5), true), {QRect(10, 15, 3, 3), true},
              {QRect(10, 16, 8, 2), false}, {QRect(10, 18, 4, 4), false}, {QRect(19, 14, 5, 5), false}}) {
