@@ -115,9 +115,10 @@ std::vector<int> textBeforeSmallDigits(const TextLine& line) {
     };
     const std::ptrdiff_t digits = std::ranges::count_if(tail, isDigit);
     const int textFoot = footOf(text);
-    const bool isSmaller = height * 100 <= rise(text, textFoot) * 88;
+    const bool isSmaller = foot >= textFoot && height * 100 <= rise(text, textFoot) * 88;
     const bool isLower = (foot - textFoot) * 8 >= height;
-    return digits >= fewest && digits * 10 >= std::ssize(tail) * 7 && (isSmaller || isLower)
+    return digits >= fewest && digits * 10 >= std::ssize(tail) * 7 && (isSmaller || isLower) &&
+            !isOfOnePitch(line)
         ? std::vector{text.back().right()}
         : std::vector<int>();
 }
