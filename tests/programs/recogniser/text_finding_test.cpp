@@ -58,13 +58,23 @@ TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
 
 TEST(TextFinding, a_small_time_behind_a_text_is_a_line_of_its_own) {
     for (const auto& [top, height, isTime] :
-        {std::tuple(14, 8, true), {17, 9, true}, {12, 12, false}, {13, 11, false}}) {
+        {std::tuple(16, 8, true), {17, 9, true}, {12, 12, false}, {13, 11, false}}) {
         Sheet bubble(300, 40);
-        bubble.type({10, 12}, 8, 12).type({120, top}, 4, height);
+        for (const auto& [x, count] : {std::pair(10, 2), {37, 3}, {76, 3}})
+            bubble.type({x, 12}, count, 12);
+        bubble.type({126, top}, 4, height);
         EXPECT_EQ(Found(bubble).letters(), isTime ? (Counts{{8}, {4}}) : (Counts{{12}})) << height;
-        EXPECT_EQ(Found(bubble.fill({106, 23, 2, 3}, Qt::black)).letters(), (Counts{{12}}))
+        EXPECT_EQ(Found(bubble.fill({110, 23, 2, 3}, Qt::black)).letters(), (Counts{{12}}))
             << "after a comma";
     }
+}
+
+TEST(TextFinding, dots_at_the_foot_of_a_sign_are_of_its_line) {
+    Sheet sheet(300, 60);
+    sheet.type({10, 10}, 3, 24).fill({82, 10, 18, 15}, Qt::black).type({106, 10}, 3, 24);
+    for (int x = 80; x < 102; x += 6)
+        sheet.fill({x, 28, 4, 5}, Qt::black);
+    EXPECT_EQ(Found(sheet).letters(), (Counts{{7}}));
 }
 
 TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) {
