@@ -86,38 +86,42 @@ int rise(const std::vector<QRect>& letters, int foot) {
     return *high;
 }
 
-/// The right edge of what a small time or number stands behind, as in the bubbles of a chat. Beside it
-/// engines take its digits for small letters.
-std::vector<int> textBeforeSmallDigits(const TextLine& line) {
-    constexpr double leastGap = 0.5;  // of the line's height
+/// The right edge of what a small time stands behind, as in the bubbles of a chat. Beside it engines take its
+/// digits for small letters.
+std::vector<int> textBeforeSmallTime(const TextLine& line) {
+    constexpr double leastGap = 0.75;  // of the height of the text's capitals
     constexpr std::ptrdiff_t fewest = 3;
-    constexpr std::ptrdiff_t most = 9;
-    const std::vector<QRect>& letters = line.letters;
+    constexpr std::ptrdiff_t most = 12;
+    std::vector<QRect> marks = line.letters;
+    marks.insert(marks.end(), line.dots.begin(), line.dots.end());
+    std::ranges::sort(
+        marks, {}, [](const QRect& mark) { return mark.left(); });
     const auto isWide = [&](const QRect& right, const QRect& left) {
-        const auto isBetween = [&](const QRect& dot) {
-            return dot.left() > left.right() && dot.left() < right.left();
-        };
-        return horizontalGap(left, right) >= leastGap * line.box.height() &&
-            std::ranges::none_of(line.dots, isBetween);
+        return horizontalGap(left, right) >= leastGap * line.letterHeight();
     };
-    const auto behind = std::adjacent_find(letters.rbegin(), letters.rend(), isWide);
-    if (behind == letters.rend())
+    const auto behind = std::adjacent_find(marks.rbegin(), marks.rend(), isWide);
+    if (behind == marks.rend())
         return {};
-    const std::vector<QRect> tail(std::next(behind).base(), letters.end());
-    const std::vector<QRect> text(letters.begin(), std::next(behind).base());
-    if (std::ssize(tail) < fewest || std::ssize(tail) > most || std::ssize(text) < fewest)
+    const std::vector<QRect> text(marks.begin(), std::next(behind).base());
+    const std::vector<QRect> time(std::next(behind).base(), marks.end());
+    if (std::ssize(time) <= fewest || std::ssize(time) > most || std::ssize(text) < fewest)
         return {};
-    const int foot = footOf(tail);
-    const int height = rise(tail, foot);
-    const auto isDigit = [&](const QRect& letter) {
-        return std::abs(letter.bottom() - foot) <= 1 && std::abs(letter.height() - height) <= 1 &&
-            letter.width() <= height;
+    const int height = std::ranges::max_element(time, {}, &QRect::height)->height();
+    const int foot = footOf(time);
+    const auto isDigit = [&](const QRect& mark) {
+        return std::abs(mark.bottom() - foot) <= 1 && height - mark.height() <= 1 && mark.width() <= height;
     };
-    const std::ptrdiff_t digits = std::ranges::count_if(tail, isDigit);
+    const auto isPoint = [&](const QRect& mark) {
+        return mark.height() * 3 <= height && mark.bottom() <= foot + 1 && mark.top() > foot - height;
+    };
+    const std::ptrdiff_t digits = std::ranges::count_if(time, isDigit);
+    const std::ptrdiff_t points = std::ranges::count_if(time, isPoint);
     const int textFoot = footOf(text);
-    const bool isSmaller = foot >= textFoot && height * 100 <= rise(text, textFoot) * 88;
+    const int capital = rise(text, textFoot);
+    const bool isSmaller = foot >= textFoot && height * 100 <= capital * 88;
     const bool isLower = (foot - textFoot) * 8 >= height;
-    return digits >= fewest && digits * 10 >= std::ssize(tail) * 7 && (isSmaller || isLower) &&
+    return digits >= fewest && points > 0 && digits + points == std::ssize(time) &&
+            horizontalGap(text.back(), time.front()) >= leastGap * capital && (isSmaller || isLower) &&
             !isOfOnePitch(line)
         ? std::vector{text.back().right()}
         : std::vector<int>();
@@ -126,7 +130,7 @@ std::vector<int> textBeforeSmallDigits(const TextLine& line) {
 std::vector<TextLine> labelsOf(const TextLine& row) {
     std::vector<int> ends = labelEnds(row);
     if (ends.empty())
-        ends = textBeforeSmallDigits(row);
+        ends = textBeforeSmallTime(row);
     const TextLine empty{{}, row.region, row.isShaded, row.kind, row.colour, {}, {}};
     std::vector<TextLine> labels(ends.size() + 1, empty);
     const auto add = [&](const QRect& mark, std::vector<QRect> TextLine::*place) {
