@@ -4,6 +4,8 @@
 #include <iterator>
 #include <numeric>
 
+#include "programs/recogniser/is_text.h"
+
 namespace tralio {
 namespace {
 
@@ -174,6 +176,18 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
             best.lines.end(), std::move_iterator(lines.begin()), std::move_iterator(lines.end()));
     }
     return best;
+}
+
+void addMissingLines(Reading& reading, const Reading& other, bool isInPhotograph) {
+    std::vector<ReadLine>& lines = reading.lines;
+    std::vector<ReadLine> missing;
+    std::ranges::copy_if(other.lines, std::back_inserter(missing), [&](const ReadLine& line) {
+        return isText(line, isInPhotograph) && std::ranges::none_of(lines, [&](const ReadLine& seen) {
+            return shareHeight(seen.box, line.box);
+        });
+    });
+    lines.insert(lines.end(), missing.begin(), missing.end());
+    std::ranges::stable_sort(lines, {}, [](const ReadLine& line) { return line.box.top(); });
 }
 
 }  // namespace tralio
