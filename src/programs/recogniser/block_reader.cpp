@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "programs/recogniser/figures.h"
 #include "programs/recogniser/is_text.h"
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
@@ -88,6 +89,7 @@ Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) cons
             word.box = part.inImage(word.box);
     }
     restoreUnderscores(reading, m_block->lines);
+    mendFigures(reading, m_block->lines);
     return reading;
 }
 

@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include "programs/recogniser/figures.h"
 #include "programs/recogniser/letter_marks.h"
 
 namespace tralio {
@@ -100,7 +101,10 @@ void PictureLanguages::adopt(const QString& pack, Reading& reading, Reading othe
         const bool isOfScript = std::ranges::any_of(
             other.lines, [](const ReadLine& line) { return count(line.text(), isOther) > 0; });
         const double lead = m_isPlain ? 4 : 0;
-        if (isOfScript && other.isAsLongAs(reading) && other.confidence() + lead >= reading.confidence())
+        const bool isPriced = !reading.lines.empty() &&
+            std::ranges::all_of(reading.lines, [](const ReadLine& line) { return isPrice(line.text()); });
+        if (isOfScript && !isPriced && other.isAsLongAs(reading) &&
+            other.confidence() + lead >= reading.confidence())
             reading = std::move(other);
         return;
     }

@@ -31,6 +31,18 @@ TEST(LabelRows, rows_of_labels_are_cut_and_sentences_are_not) {
     EXPECT_EQ(Found(code).letters(), (Counts{{29}}));
 }
 
+TEST(LabelRows, lines_end_at_narrow_gaps_where_those_above_and_below_have_one) {
+    const auto found = [](int rows) {
+        Sheet table(300, 120);
+        for (int y = 10; y < 10 + 22 * rows; y += 22)
+            for (const auto& [x, count] : {std::pair(10, 2), {33, 2}, {64, 3}, {98, 2}})
+                table.type({x, y}, count, 10);
+        return Found(table).letters();
+    };
+    EXPECT_EQ(found(3), (Counts{{4, 4, 4}, {5, 5, 5}}));
+    EXPECT_EQ(found(2), (Counts{{9, 9}}));
+}
+
 TEST(LabelRows, a_small_time_behind_a_text_is_a_line_of_its_own) {
     struct Case {
         int top;
