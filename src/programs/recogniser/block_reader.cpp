@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "programs/recogniser/figures.h"
 #include "programs/recogniser/is_text.h"
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
@@ -88,6 +89,7 @@ Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) cons
             word.box = part.inImage(word.box);
     }
     restoreUnderscores(reading, m_block->lines);
+    mendFigures(reading, m_block->lines);
     return reading;
 }
 
@@ -144,6 +146,15 @@ Reading BlockReader::read(const TextBlock& block, Effort effort) {
     if (looksFurther && (m_best.reading.lines.empty() || m_best.confidence < atFirst + worthIt))
         m_budget.addFruitless(m_furtherSince);
     return std::move(m_best.reading);
+}
+
+void BlockReader::readAgain(const TextBlock& block, const PictureLanguages& languages, Reading& reading) {
+    m_block = &block;
+    m_pictures.clear();
+    m_furtherSince = m_budget.now();
+    for (const QString& pack : languages.worthTrying(block, reading))
+        if (m_packs.contains(pack) && hasTime())
+            languages.adopt(pack, reading, look(pack, block.kind).reading);
 }
 
 void BlockReader::lookFurther() {
@@ -216,7 +227,11 @@ void BlockReader::tryOtherLanguages() {
             continue;
         Look other = look(pack, m_block->kind);
         const int gained = other.reading.markCount() - m_best.reading.markCount();
-        const bool isOfItsLanguage = gained > 0 || (gained == 0 && other.reading.hasForeignLetters());
+        // Many marks of one language are of another, too.
+        const bool isMuchSurer = other.confidence >= certain && other.confidence >= before + languageMargin &&
+            other.reading.holdsWord();
+        const bool isOfItsLanguage =
+            gained > 0 || (gained == 0 && (isMuchSurer || other.reading.hasForeignLetters()));
         m_vain.add(pack, before, isOfItsLanguage);
         if (!isOfItsLanguage)
             continue;
@@ -245,26 +260,14 @@ void BlockReader::tryOtherPictures() {
         Look other = look(m_best.engine, kind);
         m_vain.add(way, before, other.confidence > before);
         if (other.confidence > m_best.confidence) {
-            addLinesNotIn(other);
+            addMissingLines(other.reading, m_best.reading, m_block->isShaded);
+            other.confidence = other.reading.confidence();
             if (other.reading.isAsLongAs(m_best.reading))
                 m_best = std::move(other);
         }
         if (m_best.confidence >= pictureFoundAt)
             return;
     }
-}
-
-void BlockReader::addLinesNotIn(Look& other) const {
-    std::vector<ReadLine>& lines = other.reading.lines;
-    std::vector<ReadLine> missing;
-    std::ranges::copy_if(m_best.reading.lines, std::back_inserter(missing), [&](const ReadLine& line) {
-        return isText(line, m_block->isShaded) && std::ranges::none_of(lines, [&](const ReadLine& seen) {
-            return shareHeight(seen.box, line.box);
-        });
-    });
-    lines.insert(lines.end(), missing.begin(), missing.end());
-    std::ranges::stable_sort(lines, {}, [](const ReadLine& line) { return line.box.top(); });
-    other.confidence = other.reading.confidence();
 }
 
 void BlockReader::restoreMarks(Reading& reading, const BlockPicture& picture) {

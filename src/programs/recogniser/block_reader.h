@@ -5,6 +5,7 @@
 #include <map>
 
 #include "programs/recogniser/engine_pool.h"
+#include "programs/recogniser/picture_languages.h"
 #include "programs/recogniser/reading.h"
 #include "programs/recogniser/text_blocks.h"
 #include "programs/recogniser/vain_looks.h"
@@ -25,6 +26,9 @@ public:
 
     /// The lines, boxes in pixels of the image, without what is more likely dirt than text.
     [[nodiscard]] Reading read(const TextBlock& block, Effort effort);
+
+    /// What a reading gains by what is known of the picture's languages.
+    void readAgain(const TextBlock& block, const PictureLanguages& languages, Reading& reading);
 
     [[nodiscard]] const VainLooks& vainLooks() const { return m_vain; }
 
@@ -56,8 +60,6 @@ private:
     [[nodiscard]] Reading readPart(TextEngine& engine, const BlockPicture& part) const;
     void tryOtherLanguages();
     void tryOtherPictures();
-    /// Those of the best reading: a picture of the brighter marks has no dark lines.
-    void addLinesNotIn(Look& other) const;
     void restoreMarks(Reading& reading, const BlockPicture& picture);
     void keepIfBetter(Look other, double margin);
 

@@ -51,10 +51,9 @@ bool adoptMarks(std::span<ReadLine> lines, const Reading& marked) {
     return isRicher;
 }
 
-void adoptSurerMarks(std::span<ReadLine> lines, const Reading& other) {
+void adoptSurerMarks(std::span<ReadLine> lines, const Reading& other, double margin) {
     constexpr double sure = 90;
-    constexpr double margin = 2;
-    forSameWords(lines, other, [](ReadWord& word, const ReadWord& surer) {
+    forSameWords(lines, other, [margin](ReadWord& word, const ReadWord& surer) {
         if (surer.confidence >= sure && surer.confidence >= word.confidence + margin &&
             splitMarks(surer.text).marks >= splitMarks(word.text).marks)
             word = surer;

@@ -16,7 +16,7 @@ struct Letters {
 bool adoptMarks(std::span<ReadLine> lines, const Reading& marked);
 
 /// Takes the words of another reading of the same lines that are the same but for their marks, where that is
-/// surer of them. Marks are never lost by that.
-void adoptSurerMarks(std::span<ReadLine> lines, const Reading& other);
+/// surer of them by a margin. Marks are never lost by that.
+void adoptSurerMarks(std::span<ReadLine> lines, const Reading& other, double margin = 2);
 
 }  // namespace tralio

@@ -4,6 +4,9 @@
 #include <iterator>
 #include <numeric>
 
+#include "programs/recogniser/figures.h"
+#include "programs/recogniser/is_text.h"
+
 namespace tralio {
 namespace {
 
@@ -63,17 +66,25 @@ bool isOfOtherScript(const Reading& reading) {
     return reading.holdsOtherScript() && (!isMixed || (sure >= fewest && sure * oneIn >= letters));
 }
 
+bool isBeneath(const ReadWord& word, const ReadWord& other) {
+    const double middle = other.box.center().x();
+    return middle >= word.box.left() && middle <= word.box.right();
+}
+
+/// Whether other words of its line stand in its box, which tells nothing then.
+bool isBoxWrong(const ReadLine& line, const ReadWord& word) {
+    return std::ranges::count_if(
+               line.words, [&](const ReadWord& other) { return isBeneath(word, other); }) > 1;
+}
+
 /// Puts a word in the place of what was read in its box, if that was read with much less confidence.
 void replaceBeneath(ReadLine& line, const ReadWord& word) {
     constexpr double sure = 80;
     constexpr double margin = 10;
     constexpr double unread = 30;
-    const auto isBeneath = [&word](const ReadWord& other) {
-        const double middle = other.box.center().x();
-        return middle >= word.box.left() && middle <= word.box.right();
-    };
-    const auto first = std::find_if(line.words.begin(), line.words.end(), isBeneath);
-    const auto last = std::find_if_not(first, line.words.end(), isBeneath);
+    const auto isUnder = [&word](const ReadWord& other) { return isBeneath(word, other); };
+    const auto first = std::find_if(line.words.begin(), line.words.end(), isUnder);
+    const auto last = std::find_if_not(first, line.words.end(), isUnder);
     if (first == last)
         return;
     ReadLine beneath{{first, last}, {}};
@@ -82,6 +93,8 @@ void replaceBeneath(ReadLine& line, const ReadWord& word) {
     const bool isSameStretch = all.width() <= 1.4 * word.box.width();
     if (!isSameStretch || beneath.confidence() + margin > word.confidence ||
         (word.confidence < sure && beneath.confidence() > unread))
+        return;
+    if (isPrice(beneath.text()))
         return;
     const int blanks = first->blanksBefore;
     *first = word;
@@ -114,7 +127,8 @@ void adoptWords(Reading& reading, const Reading& other, ScriptKind script) {
         for (const ReadLine& otherLine : other.lines)
             for (const ReadWord& word : otherLine.words)
                 for (ReadLine& line : reading.lines)
-                    if (isWanted(word) && shareHeight(line.box, otherLine.box) && mayHold(line))
+                    if (isWanted(word) && !isBoxWrong(otherLine, word) &&
+                        shareHeight(line.box, otherLine.box) && mayHold(line))
                         replaceBeneath(line, word);
     };
     if (script == ScriptKind::latin) {
@@ -164,7 +178,11 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
 
     Reading best;
     for (Group& group : groups) {
-        const bool secondIsBetter = (group.first.lines.empty() || isOfOtherScript(group.second)) &&
+        // The sign of a currency is easily taken for one of another script.
+        const bool isPriced = !group.first.lines.empty() &&
+            std::ranges::all_of(group.first.lines, [](const ReadLine& line) { return isPrice(line.text()); });
+        const bool secondIsBetter = !isPriced &&
+            (group.first.lines.empty() || isOfOtherScript(group.second)) &&
             group.second.isAsLongAs(group.first) &&
             group.second.confidence() >= group.first.confidence() + margin;
         if (!secondIsBetter)
@@ -174,6 +192,18 @@ Reading bestLines(const Reading& first, const Reading& second, double margin) {
             best.lines.end(), std::move_iterator(lines.begin()), std::move_iterator(lines.end()));
     }
     return best;
+}
+
+void addMissingLines(Reading& reading, const Reading& other, bool isInPhotograph) {
+    std::vector<ReadLine>& lines = reading.lines;
+    std::vector<ReadLine> missing;
+    std::ranges::copy_if(other.lines, std::back_inserter(missing), [&](const ReadLine& line) {
+        return isText(line, isInPhotograph) && std::ranges::none_of(lines, [&](const ReadLine& seen) {
+            return shareHeight(seen.box, line.box);
+        });
+    });
+    lines.insert(lines.end(), missing.begin(), missing.end());
+    std::ranges::stable_sort(lines, {}, [](const ReadLine& line) { return line.box.top(); });
 }
 
 }  // namespace tralio

@@ -15,4 +15,7 @@ enum class ScriptKind { latin, other };
 /// much surer of them: names in the middle of a foreign line.
 void adoptWords(Reading& reading, const Reading& other, ScriptKind script);
 
+/// Adds the lines of another reading that it lacks: a picture of the brighter marks has no dark lines.
+void addMissingLines(Reading& reading, const Reading& other, bool isInPhotograph);
+
 }  // namespace tralio

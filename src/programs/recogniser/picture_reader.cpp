@@ -139,6 +139,7 @@ public:
         BlockReader reader(engines, m_packs, m_painter, budget);
         if (!isWorthTwo()) {
             readEvery(1, 0, m_blocks.size(), reader, budget, linesRead);
+            readAgain(reader, budget);
             return std::move(m_readings);
         }
         // What comes to nothing in the first ones neither tries in the others.
@@ -159,6 +160,7 @@ public:
             if (m_isAlive.exchange(false))
                 linesRead(m_linesRead);
         linesRead(m_linesRead);
+        readAgain(reader, budget);
         return std::move(m_readings);
     }
 
@@ -178,6 +180,12 @@ private:
             m_readings[i] = reader.read(m_blocks[i], m_effort);
             linesRead(m_linesRead += std::ssize(m_readings[i].lines));
         }
+    }
+
+    void readAgain(BlockReader& reader, const WorkBudget& budget) {
+        const PictureLanguages languages(m_readings);
+        for (size_t i = 0; i < m_blocks.size() && budget.allowsMore(); ++i)
+            reader.readAgain(m_blocks[i], languages, m_readings[i]);
     }
 
     const std::vector<TextBlock>& m_blocks;

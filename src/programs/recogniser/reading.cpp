@@ -173,6 +173,11 @@ bool Reading::isAsLongAs(const Reading& other) const {
     return extentOf(*this) * 10 >= extentOf(other) * 6;
 }
 
+bool Reading::holdsWord() const {
+    constexpr qsizetype fewest = 2;
+    return extentOf(*this) >= fewest;
+}
+
 bool Reading::isBrokenRow() const {
     return lines.size() > 1 &&
         std::all_of(

@@ -41,6 +41,9 @@ struct Reading {
     /// easily read with more confidence than a line.
     [[nodiscard]] bool isAsLongAs(const Reading& other) const;
 
+    /// Whether there is more to read than an icon is taken for: two letters or digits.
+    [[nodiscard]] bool holdsWord() const;
+
     /// Whether several lines stand beside one another, and nothing above or below them.
     [[nodiscard]] bool isBrokenRow() const;
 

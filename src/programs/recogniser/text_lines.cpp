@@ -109,7 +109,10 @@ bool belongsTo(const TextLine& part, const TextLine& line) {
     if (gap >= 0 || part.box.height() * 10 > height * 6 ||
         -sharedHeight(part.box, line.box) * 10 > height * 3 || part.box.width() > line.box.width())
         return false;
-    // No letter is narrower, and hardly any bears more than two of them: what comes closer is a smaller text.
+    // No letter is narrower, and hardly any bears more than two of them: what comes closer is a smaller text,
+    // but for the dots at the foot of a Chinese sign.
+    if (line.box.adjusted(0, 0, 0, 1).contains(part.box) && part.box.width() * 2 <= height * 3)
+        return true;
     const int letterHeight = line.letterHeight();
     const bool areFew = static_cast<int>(part.letters.size()) * letterHeight <= 2 * part.box.width();
     return (areFew || part.letters.size() <= 2) && together <= letterHeight * (line.isShaded ? 5 : 8) / 2;

@@ -143,6 +143,33 @@ TEST_F(PictureReading, a_line_of_another_script_is_read_by_its_own_engine_and_th
     }
 }
 
+TEST_F(PictureReading, a_word_alone_is_read_in_the_language_of_the_others) {
+    // Of its own "Среда" is "Cpena", and "für" lacks its dots where the words around it have none.
+    for (const QStringList& words :
+        {QStringList{u"Вторник"_s, u"Среда"_s, u"Алгебра"_s, u"Понедельник"_s, u"Время"_s, u"Физкультура"_s},
+            QStringList{u"Größe"_s, u"Farbe"_s, u"grün"_s, u"braun"_s, u"Brötchen"_s, u"Schlüssel"_s}}) {
+        QImage image(480, 60, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        QFont font(u"Noto Sans"_s);
+        font.setPixelSize(13);
+        painter.setFont(font);
+        for (int i = 0; i < words.size(); ++i)
+            painter.drawText(QPointF(10 + 160 * (i % 3), 20 + 30 * (i / 3)), words[i]);
+        painter.end();
+        QStringList seen;
+        for (const ReadLine& line :
+            read(image, {u"vie"_s, u"eng"_s, u"rus"_s, u"fra"_s, u"deu"_s, u"spa"_s}).lines)
+            seen += line.text();
+        seen.sort();
+        EXPECT_EQ(seen, [&] {
+            QStringList wanted = words;
+            wanted.sort();
+            return wanted;
+        }());
+    }
+}
+
 TEST_F(PictureReading, an_outlined_caption_is_read_across_a_photograph_and_flat_areas) {
     QImage image(640, 200, QImage::Format_RGB32);
     image.fill(QColor(60, 110, 70));

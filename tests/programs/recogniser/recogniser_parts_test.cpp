@@ -124,6 +124,13 @@ TEST(Reading, code_prices_and_look_alikes_are_in_no_other_script) {
         {{u"рт1пт(\""_s, 40, 0}, {u"а"_s, 90, 1}, {u"test"_s, 95, 1}, {u"оф"_s, 95, 1}, {u"it\")"_s, 95, 1}});
     misread.lines[0].box = line(code).box;
     EXPECT_THAT(texts(bestLines({{line(code, 50)}}, misread, 3)), ElementsAre(code)) << "one short word";
+    EXPECT_THAT(texts(bestLines({{line(u"¥158.00"_s, 54)}}, {{line(u"보58.00"_s, 70)}}, 3)),
+        ElementsAre(u"¥158.00"_s));
+    Reading signs =
+        row({{u"待"_s, 93, 0, {}, QRectF(0, 0, 60, 20)}, {u"付款"_s, 60, 0, {}, QRectF(20, 0, 40, 20)}});
+    signs.lines[0].box = QRectF(0, 0, 60, 20);
+    adoptWords(signs, Reading(signs), ScriptKind::other);
+    EXPECT_THAT(texts(signs), ElementsAre(u"待付款"_s)) << "a sign with the box of its word";
     EXPECT_EQ(bestLines({{line(u"4.2 MB"_s, 49)}}, {{line(u"4.2MB"_s, 93)}}, 3).confidence(), 60);
     EXPECT_THAT(
         texts(bestLines({{line(u"9.000a"_s, 60)}}, {{line(u"9.000а"_s, 70)}}, 3)), ElementsAre(u"9.000a"_s));

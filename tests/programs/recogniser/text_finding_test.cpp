@@ -29,31 +29,12 @@ TEST(TextFinding, lines_end_at_the_gaps_of_columns_and_not_at_those_of_words_and
         << "and is further from low letters";
 }
 
-TEST(TextFinding, rows_of_labels_are_cut_and_sentences_are_not) {
-    const auto words = [](Sheet& sheet, const std::vector<int>& places) {
-        for (const int x : places)
-            sheet.type({x, 10}, 1, 15)
-                .type({x + 11, 19}, 1, 6)
-                .type({x + 16, 19}, 1, 6)
-                .type({x + 21, 10}, 1, 15);
-    };
-    Sheet menu(420, 40);
-    words(menu, {10, 47, 98, 135, 186, 223});
-    EXPECT_EQ(Found(menu).letters(), (Counts{{8}, {8}, {8}}));
-    Sheet sentence(420, 40);
-    words(sentence, {10, 47, 84, 121, 158, 195, 246});
-    EXPECT_EQ(Found(sentence).letters(), (Counts{{28}}));
-    Sheet doubleBlanks(300, 40);  // whose letters stand apart as much as those of "ll"
-    for (int x = 10; x < 200; x += 38)
-        doubleBlanks.type({x, 10}, 1, 10).type({x + 8, 10}, 1, 10).type({x + 16, 10}, 1, 10);
-    EXPECT_EQ(Found(doubleBlanks).letters(), (Counts{{15}}));
-    Sheet code(300, 40);  // with quotes, each of which is two marks
-    for (const int x : {10, 17, 24, 178, 185, 192})
-        code.fill({x, 10, 1, 5}, Qt::black).fill({x + 2, 10, 1, 5}, Qt::black);
-    for (const auto& [x, count] : {std::pair(38, 6), {87, 3}, {115, 2}, {136, 1}, {150, 3}})
-        code.type({x, 13}, count, 7);
-    code.type({30, 10}, 1, 10).type({170, 10}, 1, 10);
-    EXPECT_EQ(Found(code).letters(), (Counts{{29}}));
+TEST(TextFinding, dots_at_the_foot_of_a_sign_are_of_its_line) {
+    Sheet sheet(300, 60);
+    sheet.type({10, 10}, 3, 24).fill({82, 10, 18, 15}, Qt::black).type({106, 10}, 3, 24);
+    for (int x = 80; x < 102; x += 6)
+        sheet.fill({x, 28, 4, 5}, Qt::black);
+    EXPECT_EQ(Found(sheet).letters(), (Counts{{7}}));
 }
 
 TEST(TextFinding, a_bullet_is_no_letter_and_a_dash_or_a_full_stop_is_no_bullet) {
