@@ -1,0 +1,78 @@
+#include "programs/recogniser/sheet.h"
+#include "support/testing.h"
+
+namespace tralio {
+namespace {
+
+using Art = std::vector<std::string_view>;
+
+/// How many letters are seen in what stands 8 pixels before a label, and goes so far beneath that.
+size_t lettersIn(const Art& art, QColor ink = Qt::black, int beneath = 0) {
+    constexpr size_t label = 6;
+    Sheet sheet(160, 40);
+    const QPoint at(
+        60 - 8 - static_cast<int>(art.front().size()), 26 + beneath - static_cast<int>(art.size()));
+    for (size_t y = 0; y < art.size(); ++y)
+        for (size_t x = 0; x < art[y].size(); ++x)
+            if (art[y][x] == '#')
+                sheet.fill({at + QPoint(static_cast<int>(x), static_cast<int>(y)), QSize(1, 1)}, ink);
+    size_t all = 0;
+    for (const TextLine& line : Found(sheet.type({60, 14}, label, 12)).lines)
+        all += line.letters.size();
+    return all - label;
+}
+
+TEST(Drawings, are_told_from_signs) {
+    const Art cross{
+        "##....##", "###..###", ".######.", "..####..", "..####..", ".######.", "###..###", "##....##"};
+    const Art tick{".......##", "......##.", "##...##..", ".##.##...", "..###....", "...#....."};
+    const Art down{"#########", ".#######.", "..#####..", "...###...", "....#...."};
+    const Art right{"#...", "##..", "###.", "####", "####", "###.", "##..", "#..."};
+    const Art box{"############", "#..........#", "#........#.#", "#.......##.#", "#.#....##..#",
+        "#.##..##...#", "#..####....#", "#...##.....#", "#..........#", "#..........#", "#..........#",
+        "############"};
+    const Art disc{"...######...", "..########..", ".##########.", "############", "############",
+        "############", "############", "############", "############", ".##########.", "..########..",
+        "...######..."};
+    for (const Art& art : {cross, tick, down, right, box, disc})
+        EXPECT_EQ(lettersIn(art), 0) << art.front();
+
+    const Art x{
+        "###..###", ".##..##.", "..####..", "...##...", "...##...", "..####..", ".##..##.", "###..###"};
+    const Art v{"##.....##", ".##...##.", ".##...##.", "..##.##..", "..##.##..", "...###...", "....#...."};
+    const Art katakana{
+        ".......##", ".....##..", "...####..", "###..##..", ".....##..", ".....##..", ".....##.."};
+    const Art mouth{"##########", "##......##", "##......##", "##......##", "##......##", "##......##",
+        "##......##", "##########", "##......##", "##......##"};
+    const Art four{
+        ".....##.", "....###.", "...#.##.", "..#..##.", ".#...##.", "########", ".....##.", ".....##."};
+    for (const Art& art : {x, v, katakana, mouth, four})
+        EXPECT_EQ(lettersIn(art), 1) << art[1];
+}
+
+TEST(Drawings, of_another_colour_than_the_label_are_no_letters) {
+    Art icon(17, "###.......###");
+    icon.front() = icon.back() = "#############";
+    const QColor red(200, 30, 30);
+    EXPECT_EQ(lettersIn(icon, red), 1);
+    EXPECT_EQ(lettersIn(icon, red, 2), 0);
+    EXPECT_EQ(lettersIn(icon, Qt::black, 2), 1);
+}
+
+TEST(Drawings, crosses_between_figures_and_in_a_column_are_signs) {
+    const auto cross = [](Sheet& sheet, QPoint at) {
+        for (int i = 0; i < 8; ++i)
+            sheet.fill({at + QPoint(i, i), QSize(1, 1)}, Qt::black)
+                .fill({at + QPoint(7 - i, i), QSize(1, 1)}, Qt::black);
+    };
+    Sheet product(160, 40);
+    cross(product.type({20, 12}, 2, 12).type({56, 12}, 2, 12), {43, 15});
+    EXPECT_EQ(Found(product).letters(), (Counts{{5}}));
+    Sheet answers(160, 80);
+    for (const int y : {12, 42})
+        cross(answers, {40, y});
+    EXPECT_EQ(Found(answers).shapes.shapes.size(), 2);
+}
+
+}  // namespace
+}  // namespace tralio
