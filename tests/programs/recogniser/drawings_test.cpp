@@ -59,6 +59,31 @@ TEST(Drawings, of_another_colour_than_the_label_are_no_letters) {
     EXPECT_EQ(lettersIn(icon, Qt::black, 2), 1);
 }
 
+TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_letters) {
+    for (const bool areIcons : {true, false}) {
+        Sheet menu(240, 110);
+        for (int row = 0; row < 3; ++row) {
+            const int top = 10 + 26 * row;
+            // The last one might be a "D".
+            const QRect sign = areIcons && row < 2 ? QRect(9, top - 1, 15, 14) : QRect(11, top, 9, 12);
+            menu.type({40, top}, 8, 12).fill(sign, Qt::black).fill(sign.adjusted(2, 2, -2, -2), Qt::white);
+        }
+        const std::vector<size_t> each(3, areIcons ? 8 : 9);
+        EXPECT_EQ(Found(menu).letters(), (Counts{each})) << areIcons;
+    }
+}
+
+TEST(Drawings, underlines_of_single_letters_mark_keys_and_are_unread) {
+    for (const int keys : {1, 2}) {
+        Sheet menu(240, 40);
+        for (int i = 0; i < keys; ++i)
+            menu.fill({40 + 48 * i, 24, 8, 1}, Qt::black);
+        const Found found(menu.type({40, 10}, 8, 12));
+        ASSERT_EQ(found.lines.size(), 1);
+        EXPECT_EQ(found.lines[0].unread.size(), keys == 1 ? 1 : 0);
+    }
+}
+
 TEST(Drawings, crosses_between_figures_and_in_a_column_are_signs) {
     const auto cross = [](Sheet& sheet, QPoint at) {
         for (int i = 0; i < 8; ++i)
