@@ -111,6 +111,8 @@ public:
             m_areDrawings[i] = std::ranges::none_of(crosses, [&](size_t other) {
                 return other != i && std::abs(boxOf(other).center().x() - boxOf(i).center().x()) <= m_unit;
             });
+        setLettersOfDiscs();
+        setSmallPieces();
         return std::move(m_areDrawings);
     }
 
@@ -123,6 +125,53 @@ private:
     void setWithInside(size_t frame) {
         for (size_t i = 0; i < m_all.size(); ++i)
             if (boxOf(frame).contains(boxOf(i)))
+                m_areDrawings[i] = true;
+    }
+
+    /// An "i" or an "!" that is all that a disc or a badge has.
+    void setLettersOfDiscs() {
+        constexpr int leastSide = 14;
+        constexpr int mostSide = 44;
+
+        const Ground& ground = m_marks.ground();
+        Labels regions{m_ink.width, m_ink.height, {}, 0};
+        regions.of.reserve(m_ink.of.size());
+        for (int y = 0; y < m_ink.height; ++y)
+            for (int x = 0; x < m_ink.width; ++x)
+                regions.of.push_back(ground.regionAt({x, y}));
+        regions.count = *std::ranges::max_element(regions.of) + 1;
+        for (const Extent& region : extentsOf(regions)) {
+            const auto [low, high] = std::minmax({region.box.width(), region.box.height()});
+            if (region.area == 0 || low < leastSide * m_unit || high > mostSide * m_unit ||
+                high * 10 > low * 12)
+                continue;
+            const int rim = low / 8;  // pieces of which are blurred
+            const QRect within = region.box.adjusted(rim, rim, -rim, -rim);
+            std::vector<size_t> inside;
+            for (size_t i = 0; i < m_all.size(); ++i)
+                if (within.contains(boxOf(i)))
+                    inside.push_back(i);
+            if (inside.size() == 2 && isDottedStem(boxOf(inside[0]), boxOf(inside[1])))
+                m_areDrawings[inside[0]] = m_areDrawings[inside[1]] = true;
+        }
+    }
+
+    [[nodiscard]] static bool isDottedStem(const QRect& a, const QRect& b) {
+        const auto [dot, stem] = a.height() < b.height() ? std::pair(a, b) : std::pair(b, a);
+        return stem.width() * 2 <= stem.height() && dot.height() * 2 <= stem.height() &&
+            dot.width() <= stem.width() + 2 && horizontalGap(dot, stem) < 0 && sharedHeight(dot, stem) <= 0;
+    }
+
+    /// Of icons, that would be dots of the text beside.
+    void setSmallPieces() {
+        constexpr int small = 4;
+        std::vector<QRect> boxes;
+        for (size_t i = 0; i < m_all.size(); ++i)
+            if (m_areDrawings[i])
+                boxes.push_back(boxOf(i).adjusted(-m_unit, -m_unit, m_unit, m_unit));
+        for (size_t i = 0; i < m_all.size(); ++i)
+            if (std::max(boxOf(i).width(), boxOf(i).height()) <= small * m_unit &&
+                std::ranges::any_of(boxes, [&](const QRect& box) { return box.contains(boxOf(i)); }))
                 m_areDrawings[i] = true;
     }
 

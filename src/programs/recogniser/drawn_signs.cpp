@@ -117,7 +117,8 @@ bool isTick(const LabelledMark& mark) {
     };
     const double first = columns.front().middle();
     return at * 100 >= width * 15 && at * 100 <= width * 55 && foot->last == height - 1 &&
-        columns.back().middle() * 100 <= height * 35 && columns.back().first <= 1 && first * 4 >= height &&
+        columns.back().middle() * 100 <= height * 35 && columns.back().first <= 1 &&
+        columns.front().first * 5 >= height && first * 4 >= height &&
         foot->middle() - first >= std::max(1.0, height * 0.12) &&
         holds(columns.begin(), foot + 1, goesDown) && holds(foot, columns.end(), goesUp);
 }

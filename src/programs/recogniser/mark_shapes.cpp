@@ -249,6 +249,7 @@ void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, b
     const std::vector<int> regions = regionsOf(ink, marks);
     const std::vector<bool> drawings =
         isFlat ? findDrawings(ink, extents, marks) : std::vector<bool>(extents.size());
+    found.drawings += std::ranges::count(drawings, true);
     for (size_t i = 0; i < edges.size(); ++i)
         areRules[i] = areRules[i] || edges[i] || drawings[i];
     for (size_t i = 0; i < extents.size(); ++i) {

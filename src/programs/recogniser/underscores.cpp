@@ -63,6 +63,11 @@ void setKeyMarksAside(TextLine& line) {
         std::ranges::count_if(line.dots, isKeyMark) != 1)
         return;
     const auto mark = std::ranges::find_if(line.dots, isKeyMark);
+    // Beneath the arrow of an icon there is a tray.
+    const QRect& first = line.letters.front();
+    if (mark->left() <= first.left() && line.letters.size() > 1 &&
+        horizontalGap(first, line.letters[1]) * 10 >= line.letterHeight() * 7)
+        return;
     line.unread.push_back(*mark);
     line.dots.erase(mark);
 }

@@ -46,7 +46,9 @@ TEST(Drawings, are_told_from_signs) {
         "##......##", "##########", "##......##", "##......##"};
     const Art four{
         ".....##.", "....###.", "...#.##.", "..#..##.", ".#...##.", "########", ".....##.", ".....##."};
-    for (const Art& art : {x, v, katakana, mouth, four})
+    const Art u{"##......#", "##......#", "##......#", "##......#", "##......#", "##......#", "##......#",
+        "##......#", "##.....##", "##.....#.", ".#######.", "..####..."};
+    for (const Art& art : {x, v, u, katakana, mouth, four})
         EXPECT_EQ(lettersIn(art), 1) << art[1];
 }
 
@@ -70,6 +72,18 @@ TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_
         }
         const std::vector<size_t> each(3, areIcons ? 8 : 9);
         EXPECT_EQ(Found(menu).letters(), (Counts{each})) << areIcons;
+    }
+}
+
+TEST(Drawings, an_i_in_a_disc_is_a_drawing_and_a_figure_none) {
+    for (const bool isFigure : {false, true}) {
+        Sheet message(200, 60);
+        message.type({70, 20}, 6, 12).fill({15, 15, 30, 30}, Qt::blue);
+        if (isFigure)
+            message.type({26, 24}, 1, 12, Qt::white);
+        else
+            message.fill({28, 28, 4, 12}, Qt::white).fill({28, 20, 4, 4}, Qt::white);
+        EXPECT_EQ(Found(message).lines.size(), isFigure ? 2 : 1);
     }
 }
 
