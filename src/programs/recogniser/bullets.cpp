@@ -5,6 +5,8 @@
 #include <functional>
 
 #include "programs/recogniser/boxes.h"
+#include "programs/recogniser/icon_columns.h"
+#include "programs/recogniser/underscores.h"
 
 namespace tralio {
 namespace {
@@ -29,13 +31,16 @@ bool isIcon(const TextLine& line, const std::vector<QRect>& marks) {
     const auto isInside = [&](const QRect& letter) { return letter.left() <= first.right(); };
     const bool isHigh = first.height() * 10 >= height * 14 && first.width() * 2 >= first.height() &&
         first.bottom() - base >= std::max(2, height / 8) && base - first.top() >= height;
+    // No letter goes that far beyond the others at both ends.
+    const bool isLarge = first.width() * 10 >= first.height() * 7 && first.height() * 2 >= height * 3 &&
+        first.bottom() - base >= 2 && base - first.top() >= height + 1;
     const bool isTick = first.width() * 4 >= first.height() * 5 && first.width() * 2 <= first.height() * 3 &&
         first.height() * 2 >= height;
     // "W" is as wide, and stands like the others.
     const bool isLetter = std::abs(first.bottom() - base) <= 1 &&
         std::ranges::any_of(
             letters, [&](const QRect& letter) { return std::abs(letter.top() - first.top()) <= 1; });
-    if ((!isHigh && (!isTick || isLetter)) || std::ranges::any_of(letters, isInside))
+    if ((!isHigh && !isLarge && (!isTick || isLetter)) || std::ranges::any_of(letters, isInside))
         return false;
     int widest = 0;
     int right = first.right();
@@ -45,10 +50,9 @@ bool isIcon(const TextLine& line, const std::vector<QRect>& marks) {
         space = std::max(space, mark.left() - right - 1);
         right = std::max(right, mark.right());
     }
-    return gap * 10 >= height * 7 && gap * 2 >= widest * 3;
+    return (isLarge && gap * 3 >= height && gap > widest) ||
+        (gap * 10 >= height * 7 && gap * 2 >= widest * 3);
 }
-
-}  // namespace
 
 void setIconAside(TextLine& line) {
     constexpr size_t fewest = 3;
@@ -75,6 +79,18 @@ void setIconAside(TextLine& line) {
     for (const QRect& mark : marks)
         if (isBeside(mark))
             line.box |= mark;
+}
+
+}  // namespace
+
+void setAsideUnread(std::vector<TextLine>& lines, int unit) {
+    setIconColumnsAside(lines, unit);
+    for (TextLine& line : lines) {
+        if (line.isShaded)
+            continue;
+        setIconAside(line);
+        setKeyMarksAside(line);
+    }
 }
 
 }  // namespace tralio

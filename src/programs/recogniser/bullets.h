@@ -5,6 +5,7 @@
 namespace tralio {
 
 /// Makes the bullet or the icon that a line begins with, if there is one, unread: engines see a letter in it.
-void setIconAside(TextLine& line);
+/// So do the icons of a menu's or a list's column, and the underlines that mark keys.
+void setAsideUnread(std::vector<TextLine>& lines, int unit);
 
 }  // namespace tralio

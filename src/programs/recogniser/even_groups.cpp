@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
+#include <utility>
 
 namespace tralio {
 namespace {
@@ -150,6 +152,49 @@ std::vector<Colour> coloursOf(const Labels& groups, const Channels& channels) {
     return colours;
 }
 
+/// A glossy bar is two gradients one above the other, with a small step between them: one area.
+Labels withGlossyBars(Labels groups, const Channels& channels) {
+    constexpr int largestStep = 10;
+    constexpr int leastSlope = 3;
+    const auto differBy = [&](size_t a, size_t b) {
+        int most = 0;
+        for (const Plane& plane : channels)
+            most = std::max(most, std::abs(plane.pixels()[a] - plane.pixels()[b]));
+        return most;
+    };
+    const std::vector<Extent> extents = extentsOf(groups);
+    std::vector<std::pair<size_t, size_t>> ends(extents.size());  // the first and the last pixel
+    for (size_t i = 0; i < groups.of.size(); ++i)
+        ends[static_cast<size_t>(groups.of[groups.of.size() - 1 - i])].first = groups.of.size() - 1 - i;
+    for (size_t i = 0; i < groups.of.size(); ++i)
+        ends[static_cast<size_t>(groups.of[i])].second = i;
+    std::vector<bool> areParts(extents.size());  // of a bar, the rows between its halves included
+    for (size_t i = 0; i < extents.size(); ++i)
+        areParts[i] = extents[i].box.width() >= 4 * extents[i].box.height() &&
+            (extents[i].box.height() <= 2 || differBy(ends[i].first, ends[i].second) >= leastSlope);
+    std::map<std::pair<int, int>, int> seams;  // how long each is
+    const auto width = static_cast<size_t>(groups.width);
+    for (size_t i = width; i < groups.of.size(); ++i) {
+        const int upper = groups.of[i - width];
+        const int lower = groups.of[i];
+        if (upper != lower && areParts[static_cast<size_t>(upper)] && areParts[static_cast<size_t>(lower)] &&
+            differBy(i - width, i) <= largestStep)
+            ++seams[{upper, lower}];
+    }
+    if (seams.empty())
+        return groups;
+    PixelForest wholes(extents.size());
+    for (const auto& [pair, length] : seams) {
+        const auto widthOf = [&](int group) { return extents[static_cast<size_t>(group)].box.width(); };
+        // The title in the bar cuts the rows between.
+        if (length * 2 >= std::min(widthOf(pair.first), widthOf(pair.second)))
+            wholes.join(pair.first, pair.second);
+    }
+    return connect(
+        groups.width, groups.height, Neighbours::four, [](size_t) { return true; },
+        [&](size_t a, size_t b) { return wholes.root(groups.of[a]) == wholes.root(groups.of[b]); });
+}
+
 }  // namespace
 
 bool areAlike(const Colour& a, const Colour& b) {
@@ -159,7 +204,7 @@ bool areAlike(const Colour& a, const Colour& b) {
 }
 
 EvenGroups::EvenGroups(const Channels& channels)
-    : labels(evenGroups(channels)),
+    : labels(withGlossyBars(evenGroups(channels), channels)),
       extents(extentsOf(labels)),
       squares(largestSquaresOf(labels)),
       rows(tallyRows(labels, extents)),

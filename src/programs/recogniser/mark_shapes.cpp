@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 
+#include "programs/recogniser/drawings.h"
 #include "programs/recogniser/labels.h"
 #include "programs/recogniser/outlined_letters.h"
 #include "programs/recogniser/rules.h"
@@ -236,7 +237,7 @@ int regionAround(const QRect& box, int own, const TextMarks& marks) {
         regions.begin(), regions.end(), [&](int a, int b) { return sides(a) < sides(b); });
 }
 
-void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, QRgb colour = 0) {
+void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, bool isFlat, QRgb colour = 0) {
     const std::vector<bool> underlines = findUnderlines(ink, marks.unit());
     if (!underlines.empty())
         ink = connect(
@@ -246,8 +247,11 @@ void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, Q
     std::vector<bool> areRules = findRules(ink, extents, marks.unit());
     const std::vector<bool> edges = findEdges(ink, extents, marks);
     const std::vector<int> regions = regionsOf(ink, marks);
+    const std::vector<bool> drawings =
+        isFlat ? findDrawings(ink, extents, marks) : std::vector<bool>(extents.size());
+    found.drawings += std::ranges::count(drawings, true);
     for (size_t i = 0; i < edges.size(); ++i)
-        areRules[i] = areRules[i] || edges[i];
+        areRules[i] = areRules[i] || edges[i] || drawings[i];
     for (size_t i = 0; i < extents.size(); ++i) {
         if (areRules[i])
             continue;
@@ -274,13 +278,15 @@ void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, Q
 MarkShapes findMarkShapes(const TextMarks& marks) {
     const QRect everything(QPoint(), marks.size());
     MarkShapes found;
-    sortOut(flatInk(marks, marks.strengths(Kind::difference, everything)), Kind::difference, marks, found);
+    sortOut(
+        flatInk(marks, marks.strengths(Kind::difference, everything)), Kind::difference, marks, found, true);
     if (!marks.ground().hasShades())
         return found;
-    sortOut(shadedInk(marks, marks.strengths(Kind::difference, everything)), Kind::difference, marks, found);
+    sortOut(shadedInk(marks, marks.strengths(Kind::difference, everything)), Kind::difference, marks, found,
+        false);
     const LetterColours colours = findLetterColours(marks);
     for (const QRgb colour : colours.frequent)
-        sortOut(inkOfColour(marks, colour, false), Kind::ownColour, marks, found, colour);
+        sortOut(inkOfColour(marks, colour, false), Kind::ownColour, marks, found, false, colour);
     for (const QRgb colour : std::set{colours.frequent.front(), colours.outlined})
         for (const QRect& letter : findOutlinedLetters(inkOfColour(marks, colour, true), marks))
             found.shapes.push_back({letter, regionOfOutlined, true, Kind::ownColour, colour});

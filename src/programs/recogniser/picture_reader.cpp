@@ -55,6 +55,15 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
     return blocks;
 }
 
+/// A toolbar: among drawings, what is read as single signs are more of them.
+bool areDrawings(const std::vector<ReadLine>& lines, const MarkShapes& shapes) {
+    constexpr std::ptrdiff_t several = 3;
+    return shapes.drawings >= several && std::ranges::all_of(lines, [](const ReadLine& line) {
+        return std::ranges::all_of(line.words,
+            [](const ReadWord& word) { return word.text.size() <= 1 && word.text.front() < u'\u1100'; });
+    });
+}
+
 using Row = std::vector<ReadLine*>;
 
 double middleOf(const ReadLine* line) {
@@ -208,6 +217,8 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
     Reading all;
     for (Reading& part : BlocksReader(blocks, packs, painter, effort).read(engines, budget, linesRead))
         addBetterLines(all.lines, std::move(part.lines));
+    if (areDrawings(all.lines, shapes))
+        return {};
     placeInOrder(all.lines, image.height());
     return all;
 }

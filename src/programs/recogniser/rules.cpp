@@ -75,6 +75,9 @@ bool isLineOrFrame(
     const Extent& extent = all[mark];
     const int longSide = std::max(extent.box.width(), extent.box.height());
     const int shortSide = std::min(extent.box.width(), extent.box.height());
+    // The edge of a button. No letter is that thin, however light.
+    if (extent.box.height() >= 28 * unit && extent.box.width() <= 2 * unit)
+        return true;
     if (longSide < 40 * unit)
         return thickness <= 2 * unit && isRing(marks, all, mark, unit);
     if (shortSide <= 4 * unit)

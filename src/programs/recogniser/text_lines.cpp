@@ -291,9 +291,7 @@ std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int un
     joinParts(lines);  // what signs like "=" stand between is no gap
     cutLabelRows(lines);
     addLeaders(lines, leaders);
-    for (TextLine& line : lines)
-        if (!line.isShaded)
-            setIconAside(line);
+    setAsideUnread(lines, unit);
     return lines;
 }
 

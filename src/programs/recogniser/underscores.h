@@ -5,6 +5,9 @@
 
 namespace tralio {
 
+/// The underlines of single letters, which mark the keys of menus.
+void setKeyMarksAside(TextLine& line);
+
 /// Joins words of which engines saw a blank where "_" stands; not in photographs, where marks are everywhere.
 /// Boxes are in pixels of the image.
 void restoreUnderscores(Reading& reading, const std::vector<TextLine>& lines);

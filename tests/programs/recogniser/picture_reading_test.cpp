@@ -72,6 +72,23 @@ TEST_F(PictureReading, of_a_page_is_shared_by_two_and_comes_in_its_order) {
         EXPECT_LT(signsOfLife, lines.size()) << "the other reader has read as many";
 }
 
+TEST_F(PictureReading, single_signs_in_a_toolbar_are_no_text) {
+    const auto toolbar = [](const QString& text) {
+        const QImage label = drawn({text});
+        QImage image(label.width() + 200, label.height(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.drawImage(0, 0, label);
+        painter.setBrush(Qt::darkGray);
+        for (int i = 0; i < 3; ++i)
+            painter.drawEllipse(label.width() + 20 + 60 * i, label.height() / 2 - 10, 20, 20);
+        return image;
+    };
+    EXPECT_THAT(read(drawn({u"A"_s}), {u"eng"_s}).lines, SizeIs(1));
+    EXPECT_THAT(read(toolbar(u"A"_s), {u"eng"_s}).lines, IsEmpty());
+    EXPECT_THAT(read(toolbar(u"An"_s), {u"eng"_s}).lines, SizeIs(1));
+}
+
 TEST_F(PictureReading, dark_and_light_lines_of_one_block_are_all_read) {
     QImage image(360, 120, QImage::Format_RGB32);
     image.fill(QColor(0x3a, 0x8f, 0xd8));

@@ -54,7 +54,8 @@ TEST(TextFinding, an_icon_is_no_letter_and_takes_none_from_a_line_beside_it) {
             {QRect(10, 10, 10, 15), false}, {QRect(10, 8, 16, 12), true}, {QRect(10, 10, 16, 12), false},
             {QRect(10, 10, 14, 12), false}, {QRect(10, 11, 19, 11), false}}) {
         Sheet menu(300, 40);
-        const Found found(menu.type({40, 10}, 8, 12).fill(mark, Qt::black));
+        menu.type({40, 10}, 8, 12).fill(mark, Qt::black).fill(mark.adjusted(2, 2, -2, -2), Qt::white);
+        const Found found(menu);
         ASSERT_EQ(found.lines.size(), 1U);
         EXPECT_EQ(found.lines[0].letters.size(), isIcon ? 8U : 9U);
         EXPECT_EQ(found.lines[0].box.left(), isIcon ? 40 : mark.left());
@@ -180,6 +181,11 @@ TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_n
         EXPECT_EQ(gradient.letters(), (Counts{{9}})) << across << ' ' << down;
         EXPECT_FALSE(gradient.marks.ground().hasShades());
     }
+
+    Sheet glossy(300, 60);  // the lower half of the bar begins darker
+    for (int y = 0; y < 18; ++y)
+        glossy.fill({0, 10 + y, 300, 1}, QColor(150 - y - 5 * int(y > 8), 180 - y - 3 * int(y > 7), 220));
+    EXPECT_EQ(Found(glossy.type({90, 14}, 9, 10, Qt::white)).letters(), (Counts{{9}}));
 }
 
 TEST(TextFinding, what_lies_in_a_photograph_inside_a_page_is_of_the_photograph) {

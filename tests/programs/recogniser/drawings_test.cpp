@@ -1,0 +1,117 @@
+#include "programs/recogniser/sheet.h"
+#include "support/testing.h"
+
+namespace tralio {
+namespace {
+
+using Art = std::vector<std::string_view>;
+
+/// How many letters are seen in what stands 8 pixels before a label, and goes so far beneath that.
+size_t lettersIn(const Art& art, QColor ink = Qt::black, int beneath = 0) {
+    constexpr size_t label = 6;
+    Sheet sheet(160, 40);
+    const QPoint at(
+        60 - 8 - static_cast<int>(art.front().size()), 26 + beneath - static_cast<int>(art.size()));
+    for (size_t y = 0; y < art.size(); ++y)
+        for (size_t x = 0; x < art[y].size(); ++x)
+            if (art[y][x] == '#')
+                sheet.fill({at + QPoint(static_cast<int>(x), static_cast<int>(y)), QSize(1, 1)}, ink);
+    size_t all = 0;
+    for (const TextLine& line : Found(sheet.type({60, 14}, label, 12)).lines)
+        all += line.letters.size();
+    return all - label;
+}
+
+TEST(Drawings, are_told_from_signs) {
+    const Art cross{
+        "##....##", "###..###", ".######.", "..####..", "..####..", ".######.", "###..###", "##....##"};
+    const Art tick{".......##", "......##.", "##...##..", ".##.##...", "..###....", "...#....."};
+    const Art down{"#########", ".#######.", "..#####..", "...###...", "....#...."};
+    const Art right{"#...", "##..", "###.", "####", "####", "###.", "##..", "#..."};
+    const Art box{"############", "#..........#", "#........#.#", "#.......##.#", "#.#....##..#",
+        "#.##..##...#", "#..####....#", "#...##.....#", "#..........#", "#..........#", "#..........#",
+        "############"};
+    const Art disc{"...######...", "..########..", ".##########.", "############", "############",
+        "############", "############", "############", "############", ".##########.", "..########..",
+        "...######..."};
+    for (const Art& art : {cross, tick, down, right, box, disc})
+        EXPECT_EQ(lettersIn(art), 0) << art.front();
+
+    const Art x{
+        "###..###", ".##..##.", "..####..", "...##...", "...##...", "..####..", ".##..##.", "###..###"};
+    const Art v{"##.....##", ".##...##.", ".##...##.", "..##.##..", "..##.##..", "...###...", "....#...."};
+    const Art katakana{
+        ".......##", ".....##..", "...####..", "###..##..", ".....##..", ".....##..", ".....##.."};
+    const Art mouth{"##########", "##......##", "##......##", "##......##", "##......##", "##......##",
+        "##......##", "##########", "##......##", "##......##"};
+    const Art four{
+        ".....##.", "....###.", "...#.##.", "..#..##.", ".#...##.", "########", ".....##.", ".....##."};
+    const Art u{"##......#", "##......#", "##......#", "##......#", "##......#", "##......#", "##......#",
+        "##......#", "##.....##", "##.....#.", ".#######.", "..####..."};
+    for (const Art& art : {x, v, u, katakana, mouth, four})
+        EXPECT_EQ(lettersIn(art), 1) << art[1];
+}
+
+TEST(Drawings, of_another_colour_than_the_label_are_no_letters) {
+    Art icon(17, "###.......###");
+    icon.front() = icon.back() = "#############";
+    const QColor red(200, 30, 30);
+    EXPECT_EQ(lettersIn(icon, red), 1);
+    EXPECT_EQ(lettersIn(icon, red, 2), 0);
+    EXPECT_EQ(lettersIn(icon, Qt::black, 2), 1);
+}
+
+TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_letters) {
+    for (const bool areIcons : {true, false}) {
+        Sheet menu(240, 110);
+        for (int row = 0; row < 3; ++row) {
+            const int top = 10 + 26 * row;
+            // The last one might be a "D".
+            const QRect sign = areIcons && row < 2 ? QRect(9, top - 1, 15, 14) : QRect(11, top, 9, 12);
+            menu.type({40, top}, 8, 12).fill(sign, Qt::black).fill(sign.adjusted(2, 2, -2, -2), Qt::white);
+        }
+        const std::vector<size_t> each(3, areIcons ? 8 : 9);
+        EXPECT_EQ(Found(menu).letters(), (Counts{each})) << areIcons;
+    }
+}
+
+TEST(Drawings, an_i_in_a_disc_is_a_drawing_and_a_figure_none) {
+    for (const bool isFigure : {false, true}) {
+        Sheet message(200, 60);
+        message.type({70, 20}, 6, 12).fill({15, 15, 30, 30}, Qt::blue);
+        if (isFigure)
+            message.type({26, 24}, 1, 12, Qt::white);
+        else
+            message.fill({28, 28, 4, 12}, Qt::white).fill({28, 20, 4, 4}, Qt::white);
+        EXPECT_EQ(Found(message).lines.size(), isFigure ? 2 : 1);
+    }
+}
+
+TEST(Drawings, underlines_of_single_letters_mark_keys_and_are_unread) {
+    for (const int keys : {1, 2}) {
+        Sheet menu(240, 40);
+        for (int i = 0; i < keys; ++i)
+            menu.fill({40 + 48 * i, 24, 8, 1}, Qt::black);
+        const Found found(menu.type({40, 10}, 8, 12));
+        ASSERT_EQ(found.lines.size(), 1);
+        EXPECT_EQ(found.lines[0].unread.size(), keys == 1 ? 1 : 0);
+    }
+}
+
+TEST(Drawings, crosses_between_figures_and_in_a_column_are_signs) {
+    const auto cross = [](Sheet& sheet, QPoint at) {
+        for (int i = 0; i < 8; ++i)
+            sheet.fill({at + QPoint(i, i), QSize(1, 1)}, Qt::black)
+                .fill({at + QPoint(7 - i, i), QSize(1, 1)}, Qt::black);
+    };
+    Sheet product(160, 40);
+    cross(product.type({20, 12}, 2, 12).type({56, 12}, 2, 12), {43, 15});
+    EXPECT_EQ(Found(product).letters(), (Counts{{5}}));
+    Sheet answers(160, 80);
+    for (const int y : {12, 42})
+        cross(answers, {40, y});
+    EXPECT_EQ(Found(answers).shapes.shapes.size(), 2);
+}
+
+}  // namespace
+}  // namespace tralio
