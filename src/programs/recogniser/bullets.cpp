@@ -32,8 +32,8 @@ bool isIcon(const TextLine& line, const std::vector<QRect>& marks) {
     const bool isHigh = first.height() * 10 >= height * 14 && first.width() * 2 >= first.height() &&
         first.bottom() - base >= std::max(2, height / 8) && base - first.top() >= height;
     // No letter goes that far beyond the others at both ends.
-    const bool isLarge = first.width() * 10 >= first.height() * 7 && first.height() * 2 >= height * 3 &&
-        first.bottom() - base >= 2 && base - first.top() >= height + 1;
+    const bool isLarge = (letters.size() >= 4 || height >= 8) && first.width() * 10 >= first.height() * 7 &&
+        first.height() * 2 >= height * 3 && first.bottom() - base >= 2 && base - first.top() >= height + 1;
     const bool isTick = first.width() * 4 >= first.height() * 5 && first.width() * 2 <= first.height() * 3 &&
         first.height() * 2 >= height;
     // "W" is as wide, and stands like the others.

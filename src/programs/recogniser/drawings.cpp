@@ -206,6 +206,16 @@ private:
         });
     }
 
+    /// Whether it may be a letter of a word.
+    [[nodiscard]] bool isBesideAlike(size_t mark) const {
+        const QRect& box = boxOf(mark);
+        return std::ranges::any_of(m_all, [&](const Extent& other) {
+            const int gap = horizontalGap(other.box, box);
+            return gap >= 0 && gap < box.height() && std::abs(other.box.top() - box.top()) <= m_unit &&
+                std::abs(other.box.bottom() - box.bottom()) <= m_unit;
+        });
+    }
+
     /// Too thick for a letter of its size: a disc, a switch, a folder.
     [[nodiscard]] bool isBlob(size_t mark) const {
         constexpr int leastSide = 9;
@@ -213,10 +223,14 @@ private:
         const QRect& box = boxOf(mark);
         const int square = m_squares[mark];
         const auto [low, high] = std::minmax({box.width(), box.height()});
-        const bool isThick = low >= leastSide * m_unit && high * 10 <= low * 16 && square * 100 >= high * 45;
+        // Bold letters are thick where their strokes meet, the more so the smaller they are.
+        const int share = low >= leastSwitch * m_unit ? 50 : 60;
+        const bool isThick =
+            low >= leastSide * m_unit && high * 10 <= low * 16 && square * 100 >= high * share;
         const bool isSwitch = low >= leastSwitch * m_unit && box.width() * 10 >= box.height() * 14 &&
             high * 10 <= low * 22 && square * 10 >= low * 6;
-        return (isThick || isSwitch) && !isBesideLarge(mark);
+        return (isThick || isSwitch) && !isBesideLarge(mark) &&
+            (square * 100 >= high * 65 || !isBesideAlike(mark));
     }
 
     [[nodiscard]] bool mayBeIcon(size_t mark) const {

@@ -105,7 +105,10 @@ bool isTick(const LabelledMark& mark) {
     if (height < 5 || width * 10 < height * 8 || width > 2 * height)
         return false;
     const std::vector<Span> columns = spansOf(mark, Direction::columns);
-    if (!std::ranges::all_of(columns, &Span::isSolid))
+    const auto isOfStroke = [height](const Span& span) {
+        return span.isSolid() && span.length() * 3 <= height * 2;
+    };
+    if (!std::ranges::all_of(columns, isOfStroke))
         return false;
     const auto foot = std::ranges::max_element(columns, {}, &Span::middle);
     const auto at = foot - columns.begin();

@@ -48,7 +48,7 @@ TEST(Rules, are_told_from_letters) {
         {"a pointer in a corner, and its rim", {{112, 30, 8, 1}, {112, 30, 1, 10}, {114, 32, 6, 8}}},
         {"a caret from top to bottom", {{90, 0, 1, 40}}},
         {"a caret after the text", {{85, 5, 1, 26}}},
-        {"the edge of a button among letters", {{26, 4, 2, 32}}},
+        {"the edge of a button among letters", {{44, 4, 2, 32}}},
         {"the sides of a frame", {{16, 4, 1, 28}, {104, 4, 1, 28}}},
         {"a rounded frame",
             {{40, 3, 36, 1}, {22, 4, 18, 1}, {76, 4, 18, 1}, {21, 5, 1, 26}, {94, 5, 1, 26}, {22, 31, 18, 1},

@@ -182,10 +182,12 @@ TEST(TextFinding, a_page_with_a_faint_line_or_the_grain_of_paper_is_a_page_and_n
         EXPECT_FALSE(gradient.marks.ground().hasShades());
     }
 
-    Sheet glossy(300, 60);  // the lower half of the bar begins darker
+    Sheet glossy(300, 60);  // the lower half of the title bar begins darker
     for (int y = 0; y < 18; ++y)
-        glossy.fill({0, 10 + y, 300, 1}, QColor(150 - y - 5 * int(y > 8), 180 - y - 3 * int(y > 7), 220));
-    EXPECT_EQ(Found(glossy.type({90, 14}, 9, 10, Qt::white)).letters(), (Counts{{9}}));
+        glossy.fill({0, 10 + y, 300, 1}, QColor(150 - y - 5 * int(y > 8), 185 - y - 3 * int(y > 7), 225 - y));
+    const Found title(glossy.type({90, 14}, 9, 10, Qt::white));
+    ASSERT_EQ(title.letters(), (Counts{{9}}));
+    EXPECT_EQ(title.lines[0].letterHeight(), 10) << "not what shows inside the letters";
 }
 
 TEST(TextFinding, what_lies_in_a_photograph_inside_a_page_is_of_the_photograph) {
