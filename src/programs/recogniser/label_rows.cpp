@@ -87,6 +87,7 @@ std::vector<int> labelEnds(const TextLine& line) {
 /// How high letters stand above a foot, but for the few that are highest.
 int rise(const std::vector<QRect>& letters, int foot) {
     std::vector<int> heights;
+    heights.reserve(letters.size());
     for (const QRect& letter : letters)
         heights.push_back(foot - letter.top() + 1);
     const auto high = heights.begin() + std::ssize(heights) * 8 / 10;
@@ -167,6 +168,7 @@ std::vector<std::vector<int>> columnEnds(const std::vector<TextLine>& lines) {
     constexpr int fewest = 3;     // lines
     constexpr int mostApart = 8;  // heights of a line
     std::vector<std::vector<WideGap>> gaps;
+    gaps.reserve(lines.size());
     for (const TextLine& line : lines)
         gaps.push_back(line.isShaded || isCode(line) ? std::vector<WideGap>() : wideGaps(line));
     std::vector<std::vector<int>> ends(lines.size());
