@@ -14,8 +14,9 @@ namespace {
 /// count.
 bool isOfOnePitch(const TextLine& line) {
     std::vector<double> places;  // but of quotes, each of which is two
+    const int height = line.letterHeight();
     for (const QRect& letter : line.letters)
-        if (letter.height() * 10 >= line.letterHeight() * 7 && letter.bottom() > line.box.center().y())
+        if (letter.height() * 10 >= height * 7 && letter.bottom() > line.box.center().y())
             places.push_back(QRectF(letter).center().x());
     std::vector<double> steps;
     for (size_t i = 1; i < places.size(); ++i)
@@ -105,8 +106,8 @@ std::vector<int> textBeforeSmallTime(const TextLine& line) {
     marks.insert(marks.end(), line.dots.begin(), line.dots.end());
     std::ranges::sort(
         marks, {}, [](const QRect& mark) { return mark.left(); });
-    const auto isWide = [&](const QRect& right, const QRect& left) {
-        return horizontalGap(left, right) >= leastGap * line.letterHeight();
+    const auto isWide = [wide = leastGap * line.letterHeight()](const QRect& right, const QRect& left) {
+        return horizontalGap(left, right) >= wide;
     };
     const auto behind = std::adjacent_find(marks.rbegin(), marks.rend(), isWide);
     if (behind == marks.rend())
