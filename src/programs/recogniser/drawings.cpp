@@ -122,9 +122,12 @@ private:
         return {m_ink, static_cast<int>(mark), boxOf(mark)};
     }
 
+    /// Ticks and what windows have on their buttons are as wide as high; digits, as on those that turn to a
+    /// page, are not.
     void setWithInside(size_t frame) {
+        m_areDrawings[frame] = true;
         for (size_t i = 0; i < m_all.size(); ++i)
-            if (boxOf(frame).contains(boxOf(i)))
+            if (boxOf(frame).contains(boxOf(i)) && boxOf(i).width() * 4 >= boxOf(i).height() * 3)
                 m_areDrawings[i] = true;
     }
 
@@ -239,6 +242,16 @@ private:
         return low >= leastSide * m_unit && high <= 2 * low;
     }
 
+    /// Whether nothing that it could belong to stands before it.
+    [[nodiscard]] bool isFirst(size_t mark) const {
+        const QRect& box = boxOf(mark);
+        return std::ranges::none_of(m_all, [&](const Extent& other) {
+            const int gap = box.left() - other.box.right();
+            return gap >= 0 && gap < box.height() && shareRow(other.box, box) &&
+                other.box.height() * 2 >= box.height() && other.box.height() <= 2 * box.height();
+        });
+    }
+
     /// Whether it stands before a text of another colour, higher and lower than the letters of that.
     [[nodiscard]] bool differsFromText(size_t icon) const {
         constexpr double otherColour = 0.96;
@@ -251,6 +264,8 @@ private:
             if (gap <= 0 || gap > 4 * box.height() || !shareRow(other, box) ||
                 other.height() * 3 < box.height() || other.height() * 10 > box.height() * 12)
                 continue;
+            if (other.bottom() < box.center().y() || other.top() > box.center().y())
+                return false;  // one of several lines beside a large initial
             letters.push_back(other);
             add(text, shiftOf(shiftsOf(markAt(i), m_marks)));
         }
@@ -261,9 +276,20 @@ private:
             [](const QRect& r) {
                 return r.top();
             })->top();
-        const int left =
-            std::ranges::min_element(letters, {}, [](const QRect& r) { return r.left(); })->left();
-        return box.top() < top && box.bottom() > footOf(letters) && (left - box.right()) * 6 > box.height() &&
+        const int left = std::ranges::min_element(
+            letters, {},
+            [](const QRect& r) {
+                return r.left();
+            })->left();
+        const auto isBetween = [&](const Extent& other) {  // as the colon of "Q:"
+            return other.box.left() > box.right() && other.box.right() < left && shareRow(other.box, box);
+        };
+        if (std::ranges::any_of(m_all, isBetween))
+            return false;
+        // Chinese signs are a little higher and lower than figures, and so is "Q" than other letters.
+        const int beyond = std::max(2 * m_unit, box.height() / 8);
+        return top - box.top() >= beyond && box.bottom() - footOf(letters) >= beyond && isFirst(icon) &&
+            (left - box.right()) * 6 > box.height() &&
             likeness(shiftOf(shiftsOf(markAt(icon), m_marks)), text) < otherColour;
     }
 

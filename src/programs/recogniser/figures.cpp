@@ -20,6 +20,10 @@ bool isOfFigure(QChar c) {
     return c.isDigit() || isSeparator(c) || c == u' ';
 }
 
+bool isOfEastAsia(const QString& pack) {
+    return pack == u"jpn" || pack == u"chi_sim" || pack == u"kor";
+}
+
 qsizetype digitsIn(const QString& text) {
     return std::ranges::count_if(
         text, [](QChar c) { return c.isDigit(); });
@@ -39,7 +43,9 @@ std::vector<QRect> marksIn(const QRectF& word, const std::vector<QRect>& marks) 
 void tellDigitsFromAccents(
     ReadWord& word, const std::vector<QRect>& letters, const std::vector<QRect>& dots) {
     const bool isOnePiece = word.text.size() == 1 && letters.size() == 1 && dots.empty();
-    if (!isOnePiece && digitsIn(word.text) == 0)
+    const bool isFigure = digitsIn(word.text) > 0 &&
+        std::ranges::none_of(word.text, [](QChar c) { return c.isLetter() && c != u'ó' && c != u'ọ'; });
+    if (!isOnePiece && !isFigure)
         return;
     word.text.replace(u'ó', u'6');
     word.text.replace(u'ọ', u'9');
@@ -118,12 +124,12 @@ void mendFigures(Reading& reading, const std::vector<TextLine>& lines) {
         for (ReadWord& word : read.words) {
             QString& text = word.text;
             // The engines of East Asia know the sign of the yen by its place in their old codes.
-            const bool isYen = text.size() > 2 && text.front() == u'\\' &&
+            const bool isYen = text.size() > 2 && text.front() == u'\\' && isOfEastAsia(word.pack) &&
                 std::all_of(text.begin() + 1, text.end(), isOfFigure);
             if (isYen)
                 text.front() = u'¥';
-            if (text.size() > 1 && text.front() == u'©' && text[1].isLower())
-                text.front() = u'O';
+            if (text == u"©n")
+                text = QStringLiteral("On");
             for (const TextLine& line : lines) {
                 if (line.isShaded || !shareHeight(read.box, line.box))
                     continue;

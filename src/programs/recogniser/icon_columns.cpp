@@ -40,7 +40,9 @@ bool isMisfit(const QRect& mark, const Type& type, bool isAlone) {
     const int below = mark.bottom() - type.base;
     const int above = type.base - type.height + 1 - mark.top();
     const bool isWide = mark.width() * 10 >= mark.height() * 7;
-    return isWide && ((below >= 1 && above >= 1) || (isAlone && below >= 2 && above >= -1));
+    // "Q" has a tail, and round letters are a little higher than others.
+    const bool isAround = below >= 1 && above >= std::max(2, type.height / 8);
+    return isWide && (isAround || (isAlone && below * 3 >= std::max(type.height, 8) && above >= -1));
 }
 
 Lead leadOf(size_t line, size_t text, const std::vector<QRect>& marks, const Type& type, int textLeft) {
@@ -66,6 +68,11 @@ std::optional<Lead> leadInside(size_t index, const TextLine& line) {
     }
     const Type type(letters);
     const Lead found = leadOf(index, index, lead, type, letters.front().left());
+    const auto isBetween = [&](const QRect& dot) {  // as behind "Q:" and "1."
+        return dot.left() > found.box.right() && dot.right() < letters.front().left();
+    };
+    if (std::ranges::any_of(line.dots, isBetween))
+        return std::nullopt;
     const int gap = letters.front().left() - found.box.right() - 1;
     return gap * 2 >= type.height && mayBeIcon(found.box, type) ? std::optional(found) : std::nullopt;
 }

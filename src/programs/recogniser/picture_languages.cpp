@@ -100,7 +100,12 @@ void PictureLanguages::adopt(const QString& pack, Reading& reading, Reading othe
     if (pack == m_script) {
         const bool isOfScript = std::ranges::any_of(
             other.lines, [](const ReadLine& line) { return count(line.text(), isOther) > 0; });
-        const double lead = m_isPlain ? 4 : 0;
+        const auto isSurelyLatin = [](const ReadLine& line) {
+            return line.confidence() >= sure && count(line.text(), isOther) == 0;
+        };
+        // "Paper" is "Рарег" to the Russian engine.
+        const bool isLatin = !reading.lines.empty() && std::ranges::all_of(reading.lines, isSurelyLatin);
+        const double lead = isLatin ? -3 : m_isPlain ? 4 : 0;
         const bool isPriced = !reading.lines.empty() &&
             std::ranges::all_of(reading.lines, [](const ReadLine& line) { return isPrice(line.text()); });
         if (isOfScript && !isPriced && other.isAsLongAs(reading) &&

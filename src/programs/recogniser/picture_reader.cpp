@@ -55,13 +55,14 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
     return blocks;
 }
 
-/// A toolbar: among drawings, what is read as single signs are more of them.
+/// A toolbar: among many drawings, what is read as a few single signs are more of them.
 bool areDrawings(const std::vector<ReadLine>& lines, const MarkShapes& shapes) {
     constexpr std::ptrdiff_t several = 3;
-    return shapes.drawings >= several && std::ranges::all_of(lines, [](const ReadLine& line) {
-        return std::ranges::all_of(line.words,
-            [](const ReadWord& word) { return word.text.size() <= 1 && word.text.front() < u'\u1100'; });
-    });
+    return !lines.empty() && shapes.drawings >= several * std::ssize(lines) &&
+        std::ranges::all_of(lines, [](const ReadLine& line) {
+            return std::ranges::all_of(line.words,
+                [](const ReadWord& word) { return word.text.size() <= 1 && word.text.front() < u'\u1100'; });
+        });
 }
 
 using Row = std::vector<ReadLine*>;
@@ -192,6 +193,8 @@ private:
     }
 
     void readAgain(BlockReader& reader, const WorkBudget& budget) {
+        if (m_effort == Effort::oneLook)
+            return;
         const PictureLanguages languages(m_readings);
         for (size_t i = 0; i < m_blocks.size() && budget.allowsMore(); ++i)
             reader.readAgain(m_blocks[i], languages, m_readings[i]);

@@ -51,7 +51,11 @@ TEST(Drawings, are_told_from_signs) {
     const Art j{".....##", ".....##", ".....##", ".....##", ".....##", "##...#.", "##...#.", ".#####."};
     const Art bold{"####...####", "#####..####", "######.####", "###########", "###########", "###########",
         "####.######", "####..#####", "####...####"};
-    for (const Art& art : {x, v, u, j, bold, katakana, mouth, four})
+    const Art page{"################", "#..............#", "#..............#", "#......##......#",
+        "#.....###......#", "#....#.##......#", "#......##......#", "#......##......#", "#......##......#",
+        "#......##......#", "#......##......#", "#......##......#", "#..............#", "#..............#",
+        "#..............#", "################"};
+    for (const Art& art : {x, v, u, j, bold, katakana, mouth, four, page})
         EXPECT_EQ(lettersIn(art), 1) << art[1];
 }
 
@@ -62,6 +66,7 @@ TEST(Drawings, of_another_colour_than_the_label_are_no_letters) {
     EXPECT_EQ(lettersIn(icon, red), 1);
     EXPECT_EQ(lettersIn(icon, red, 2), 0);
     EXPECT_EQ(lettersIn(icon, Qt::black, 2), 1);
+    EXPECT_EQ(lettersIn({icon.begin() + 2, icon.end()}, red, 1), 1) << "such are Chinese signs and a \"Q\"";
 }
 
 TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_letters) {
@@ -70,7 +75,7 @@ TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_
         for (int row = 0; row < 3; ++row) {
             const int top = 10 + 26 * row;
             // The last one might be a "D".
-            const QRect sign = areIcons && row < 2 ? QRect(9, top - 1, 15, 14) : QRect(11, top, 9, 12);
+            const QRect sign = areIcons && row < 2 ? QRect(9, top - 2, 15, 16) : QRect(11, top, 9, 12);
             menu.type({40, top}, 8, 12).fill(sign, Qt::black).fill(sign.adjusted(2, 2, -2, -2), Qt::white);
         }
         const std::vector<size_t> each(3, areIcons ? 8 : 9);

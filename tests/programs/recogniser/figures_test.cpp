@@ -6,11 +6,12 @@ namespace tralio {
 namespace {
 
 /// What becomes of a word over marks: digits ten pixels high, at those places, and smaller marks beside them.
-QString mended(const QString& text, const std::vector<int>& digits, const std::vector<QRect>& dots) {
+QString mended(const QString& text, const std::vector<int>& digits, const std::vector<QRect>& dots,
+    const QString& pack = {}) {
     TextLine line{QRect(0, 0, 100, 10), 0, false, TextMarks::Kind::difference, 0, {}, dots};
     for (const int x : digits)
         line.letters.emplace_back(x, 0, 6, 10);
-    Reading reading{{{{{text, 90, 0, {}, QRectF(0, 0, 100, 12)}}, QRectF(0, 0, 100, 12)}}};
+    Reading reading{{{{{text, 90, 0, pack, QRectF(0, 0, 100, 12)}}, QRectF(0, 0, 100, 12)}}};
     mendFigures(reading, {line});
     return reading.lines[0].words[0].text;
 }
@@ -31,12 +32,14 @@ TEST(Figures, no_sign_of_one_piece_has_an_accent) {
     EXPECT_EQ(mended(u"ó"_s, {0}, {}), u"6"_s);
     EXPECT_EQ(mended(u"ọ"_s, {0}, {QRect(2, 11, 2, 2)}), u"ọ"_s);
     EXPECT_EQ(mended(u"4:1ó"_s, {0, 12, 20}, {}), u"4:16"_s);
-    EXPECT_EQ(mended(u"có"_s, {0, 8}, {}), u"có"_s);
+    for (const QString& word : {u"có"_s, u"hóa_đơn_2024.pdf"_s, u"khóa10"_s})
+        EXPECT_EQ(mended(word, {0, 8}, {}), word);
 }
 
 TEST(Figures, a_price_has_the_sign_of_its_currency) {
-    EXPECT_EQ(mended(u"\\75.00"_s, {}, {}), u"¥75.00"_s);
-    EXPECT_EQ(mended(u"\\75x"_s, {}, {}), u"\\75x"_s);
+    EXPECT_EQ(mended(u"\\75.00"_s, {}, {}, u"jpn"_s), u"¥75.00"_s);
+    EXPECT_EQ(mended(u"\\75x"_s, {}, {}, u"jpn"_s), u"\\75x"_s);
+    EXPECT_EQ(mended(u"\\192"_s, {}, {}, u"eng"_s), u"\\192"_s);
     EXPECT_TRUE(isPrice(u"34,90 €"_s) && isPrice(u"¥399.00"_s) && isPrice(u"€"_s));
     EXPECT_FALSE(isPrice(u"34,90"_s) || isPrice(u"渤19.00"_s) || isPrice(u"US$"_s));
 }
