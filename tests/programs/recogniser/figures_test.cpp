@@ -1,5 +1,6 @@
 #include "programs/recogniser/figures.h"
 
+#include "programs/recogniser/wide_signs.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -39,6 +40,35 @@ TEST(Figures, a_price_has_the_sign_of_its_currency) {
     EXPECT_EQ(mended(u"\\75x"_s, {}, {}), u"\\75x"_s);
     EXPECT_TRUE(isPrice(u"34,90 €"_s) && isPrice(u"¥399.00"_s) && isPrice(u"€"_s));
     EXPECT_FALSE(isPrice(u"34,90"_s) || isPrice(u"渤19.00"_s) || isPrice(u"US$"_s));
+}
+
+/// Words with a box from each place to the next, over marks ten pixels high.
+ReadLine rowOf(const QStringList& words, const std::vector<double>& places) {
+    ReadLine row{{}, QRectF(0, 0, 200, 10)};
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const double left = places[static_cast<size_t>(i)];
+        row.words.push_back(
+            {words[i], 90, 0, {}, QRectF(left, 0, places[static_cast<size_t>(i) + 1] - left, 10)});
+    }
+    return row;
+}
+
+TEST(WideSigns, are_written_behind_chinese_and_japanese_ones) {
+    const auto written = [](ReadLine row, const std::vector<QRect>& letters, int blanks = 0) {
+        row.words.back().blanksBefore = blanks;
+        Reading reading{{std::move(row)}};
+        writeWideSigns(
+            reading, {{QRect(0, 0, 200, 10), 0, false, TextMarks::Kind::difference, 0, letters, {}}});
+        return reading.lines[0].text();
+    };
+    const QRect sign(0, 0, 10, 10);
+    EXPECT_EQ(written(rowOf({u"いい"_s, u"?"_s}, {0, 10, 20}), {}, 1), u"いい？"_s);
+    EXPECT_EQ(written(rowOf({u"是吗?好!"_s}, {0, 50}), {}), u"是吗？好！"_s);
+    EXPECT_EQ(written(rowOf({u"네?"_s, u"ok?"_s}, {0, 10, 20}), {}, 1), u"네? ok?"_s);
+    EXPECT_EQ(written(rowOf({u"码:"_s, u"10"_s}, {0, 16, 30}), {sign, {17, 0, 6, 10}}, 1), u"码：10"_s);
+    EXPECT_EQ(written(rowOf({u"码:"_s, u"10"_s}, {0, 13, 30}), {sign, {13, 0, 6, 10}}, 1), u"码: 10"_s);
+    EXPECT_EQ(written(rowOf({u"午"_s, u"3:24"_s}, {0, 12, 30}), {sign, {13, 0, 6, 10}}), u"午 3:24"_s);
+    EXPECT_EQ(written(rowOf({u"楼"_s, u"305"_s}, {0, 14, 30}), {sign, {12, 0, 6, 10}}), u"楼305"_s);
 }
 
 }  // namespace
