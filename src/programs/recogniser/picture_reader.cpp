@@ -13,6 +13,7 @@
 
 #include "ocr/reading_order.h"
 #include "programs/recogniser/even_lines.h"
+#include "programs/recogniser/lone_dashes.h"
 #include "programs/recogniser/outlined_letters.h"
 #include "programs/recogniser/repeated_lines.h"
 
@@ -219,6 +220,7 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
         addBetterLines(all.lines, std::move(part.lines));
     if (areDrawings(all.lines, shapes))
         return {};
+    addLoneDashes(all.lines, shapes.shapes, marks.unit());
     placeInOrder(all.lines, image.height());
     return all;
 }

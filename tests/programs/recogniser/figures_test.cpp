@@ -1,5 +1,6 @@
 #include "programs/recogniser/figures.h"
 
+#include "programs/recogniser/lone_dashes.h"
 #include "programs/recogniser/thin_letters.h"
 #include "programs/recogniser/wide_signs.h"
 #include "support/testing.h"
@@ -90,6 +91,29 @@ TEST(ThinLetters, are_told_by_their_width_and_their_feet) {
     EXPECT_EQ(mended({u"|"_s}, {2, 0, 2, 13}), u"|"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke, {{6, 0, 2, 3}}), u"I’ll"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke), u"[II"_s);
+}
+
+TEST(LoneDashes, are_read_in_the_cells_of_a_table) {
+    std::vector<ReadLine> cells;
+    for (const double y : {0., 30., 60.})
+        for (const double x : {0., 100., 200.})
+            if (y != 30 || x != 100)
+                cells.push_back({{{u"cell"_s, 90, 0, {}, {}}}, QRectF(x, y, 40, 12)});
+    const auto dashes = [&](const QRect& mark) {
+        std::vector<ReadLine> lines = cells;
+        addLoneDashes(lines, {{mark}}, 1);
+        QString added;
+        for (size_t i = cells.size(); i < lines.size(); ++i)
+            added += lines[i].text();
+        return added;
+    };
+    EXPECT_EQ(dashes({100, 36, 7, 1}), u"–"_s);
+    EXPECT_EQ(dashes({100, 36, 4, 1}), u"-"_s);
+    EXPECT_EQ(dashes({100, 36, 12, 1}), u"—"_s);
+    EXPECT_EQ(dashes({85, 36, 7, 1}), QString()) << "in no column";
+    EXPECT_EQ(dashes({100, 42, 7, 1}), QString()) << "a line below";
+    EXPECT_EQ(dashes({100, 36, 30, 1}), QString()) << "a rule";
+    EXPECT_EQ(dashes({45, 6, 7, 1}), QString()) << "of the text beside";
 }
 
 }  // namespace
