@@ -1,5 +1,6 @@
 #include "programs/recogniser/as_drawn.h"
 
+#include "programs/recogniser/commas.h"
 #include "programs/recogniser/figures.h"
 #include "programs/recogniser/thin_letters.h"
 #include "programs/recogniser/underscores.h"
@@ -10,6 +11,7 @@ namespace tralio {
 void writeAsDrawn(Reading& reading, const std::vector<TextLine>& lines) {
     restoreUnderscores(reading, lines);
     mendFigures(reading, lines);
+    writeBlanksBehindCommas(reading, lines);
     mendThinLetters(reading, lines);
     writeWideSigns(reading, lines);
 }

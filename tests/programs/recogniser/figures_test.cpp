@@ -1,5 +1,6 @@
 #include "programs/recogniser/figures.h"
 
+#include "programs/recogniser/commas.h"
 #include "programs/recogniser/lone_dashes.h"
 #include "programs/recogniser/thin_letters.h"
 #include "programs/recogniser/wide_signs.h"
@@ -53,6 +54,19 @@ ReadLine rowOf(const QStringList& words, const std::vector<double>& places) {
             {words[i], 90, 0, {}, QRectF(left, 0, places[static_cast<size_t>(i) + 1] - left, 10)});
     }
     return row;
+}
+
+TEST(Commas, have_the_blank_behind_them_that_is_drawn) {
+    const auto written = [](int comma, int next) {
+        Reading reading{{rowOf({u"A,G"_s}, {0, 50})}};
+        writeBlanksBehindCommas(reading,
+            {{QRect(0, 0, 40, 10), 0, false, TextMarks::Kind::difference, 0,
+                {{0, 0, 8, 10}, {next, 0, 8, 10}}, {{comma, 8, 2, 4}}}});
+        return reading.lines[0].text();
+    };
+    EXPECT_EQ(written(9, 16), u"A, G"_s);
+    EXPECT_EQ(written(9, 12), u"A,G"_s);
+    EXPECT_EQ(written(11, 17), u"A,G"_s) << "of even widths";
 }
 
 TEST(WideSigns, are_written_behind_chinese_and_japanese_ones) {
