@@ -196,6 +196,8 @@ private:
         const PictureLanguages languages(m_readings);
         for (size_t i = 0; i < m_blocks.size() && budget.allowsMore(); ++i)
             reader.readAgain(m_blocks[i], languages, m_readings[i]);
+        for (Reading& reading : m_readings)
+            languages.writeRoubles(reading);
     }
 
     const std::vector<TextBlock>& m_blocks;

@@ -2,6 +2,7 @@
 
 #include "programs/recogniser/commas.h"
 #include "programs/recogniser/lone_dashes.h"
+#include "programs/recogniser/picture_languages.h"
 #include "programs/recogniser/thin_letters.h"
 #include "programs/recogniser/wide_signs.h"
 #include "support/testing.h"
@@ -54,6 +55,19 @@ ReadLine rowOf(const QStringList& words, const std::vector<double>& places) {
             {words[i], 90, 0, {}, QRectF(left, 0, places[static_cast<size_t>(i) + 1] - left, 10)});
     }
     return row;
+}
+
+TEST(Figures, have_the_sign_of_the_rouble_in_a_russian_picture) {
+    const auto written = [](const QString& price, const QString& pack) {
+        std::vector<Reading> readings{
+            {{rowOf({price}, {0, 50})}}, {{ReadLine{{{u"Замена"_s, 96, 0, pack, {}}}, {}}}}};
+        PictureLanguages(readings).writeRoubles(readings[0]);
+        return readings[0].lines[0].text();
+    };
+    EXPECT_EQ(written(u"4 900 은"_s, u"rus"_s), u"4 900 ₽"_s);
+    EXPECT_EQ(written(u"12 день"_s, u"rus"_s), u"12 день"_s);
+    EXPECT_EQ(written(u"Игорь 은"_s, u"rus"_s), u"Игорь 은"_s);
+    EXPECT_EQ(written(u"950 원"_s, {}), u"950 원"_s);
 }
 
 TEST(Commas, have_the_blank_behind_them_that_is_drawn) {
