@@ -71,6 +71,11 @@ void addLoneDashes(std::vector<ReadLine>& lines, const std::vector<MarkShape>& s
         if (!row)
             continue;
         const QRectF box(dash.left(), row->top(), dash.width(), row->height());
+        // A piece of an icon has others around it.
+        const QRectF around = box.adjusted(-box.height(), 0, box.height(), 0);
+        if (std::ranges::count_if(
+                shapes, [&](const MarkShape& other) { return around.intersects(QRectF(other.box)); }) > 1)
+            continue;
         dashes.push_back({{{QString(dashOf(dash.width(), row->height())), sure, 0, {}, box}}, box});
     }
     lines.insert(lines.end(), std::move_iterator(dashes.begin()), std::move_iterator(dashes.end()));

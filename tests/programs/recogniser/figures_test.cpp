@@ -127,9 +127,9 @@ TEST(LoneDashes, are_read_in_the_cells_of_a_table) {
         for (const double x : {0., 100., 200.})
             if (y != 30 || x != 100)
                 cells.push_back({{{u"cell"_s, 90, 0, {}, {}}}, QRectF(x, y, 40, 12)});
-    const auto dashes = [&](const QRect& mark) {
+    const auto dashes = [&](const QRect& mark, const QRect& other = {}) {
         std::vector<ReadLine> lines = cells;
-        addLoneDashes(lines, {{mark}}, 1);
+        addLoneDashes(lines, {{mark}, {other}}, 1);
         QString added;
         for (size_t i = cells.size(); i < lines.size(); ++i)
             added += lines[i].text();
@@ -142,6 +142,7 @@ TEST(LoneDashes, are_read_in_the_cells_of_a_table) {
     EXPECT_EQ(dashes({100, 42, 7, 1}), QString()) << "a line below";
     EXPECT_EQ(dashes({100, 36, 30, 1}), QString()) << "a rule";
     EXPECT_EQ(dashes({45, 6, 7, 1}), QString()) << "of the text beside";
+    EXPECT_EQ(dashes({100, 36, 7, 1}, {100, 33, 7, 1}), QString()) << "of an icon";
 }
 
 }  // namespace
