@@ -5,11 +5,10 @@
 #include <iterator>
 #include <utility>
 
-#include "programs/recogniser/figures.h"
+#include "programs/recogniser/as_drawn.h"
 #include "programs/recogniser/is_text.h"
 #include "programs/recogniser/letter_marks.h"
 #include "programs/recogniser/mixed_reading.h"
-#include "programs/recogniser/underscores.h"
 
 namespace tralio {
 namespace {
@@ -88,8 +87,7 @@ Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) cons
         for (ReadWord& word : line.words)
             word.box = part.inImage(word.box);
     }
-    restoreUnderscores(reading, m_block->lines);
-    mendFigures(reading, m_block->lines);
+    writeAsDrawn(reading, m_block->lines);
     return reading;
 }
 

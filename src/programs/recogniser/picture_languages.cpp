@@ -121,4 +121,17 @@ void PictureLanguages::adopt(const QString& pack, Reading& reading, Reading othe
         reading = std::move(other);
 }
 
+void PictureLanguages::writeRoubles(Reading& reading) const {
+    constexpr QChar firstOfEastAsia = u'\u1100';
+    const auto isOfFigure = [](QChar c) { return c.isDigit() || c == u',' || c == u'.' || c == u' '; };
+    if (m_script != u"rus")
+        return;
+    for (ReadLine& line : reading.lines) {
+        const QString text = line.text();
+        if (text.size() > 1 && text.back().isLetter() && text.back() >= firstOfEastAsia &&
+            text.front().isDigit() && std::all_of(text.begin(), text.end() - 1, isOfFigure))
+            line.words.back().text.back() = u'₽';
+    }
+}
+
 }  // namespace tralio

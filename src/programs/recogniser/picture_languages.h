@@ -19,6 +19,9 @@ public:
     /// Takes from another look what is better for the language that it was made for.
     void adopt(const QString& pack, Reading& reading, Reading other) const;
 
+    /// Writes the sign of the rouble, which no engine knows, for the one of East Asia that it is taken for.
+    void writeRoubles(Reading& reading) const;
+
 private:
     QString m_script;        ///< the pack of that of many words, if it is another one than Latin
     bool m_isPlain = false;  ///< and most words are in it

@@ -13,6 +13,7 @@
 
 #include "ocr/reading_order.h"
 #include "programs/recogniser/even_lines.h"
+#include "programs/recogniser/lone_dashes.h"
 #include "programs/recogniser/outlined_letters.h"
 #include "programs/recogniser/repeated_lines.h"
 
@@ -198,6 +199,8 @@ private:
         const PictureLanguages languages(m_readings);
         for (size_t i = 0; i < m_blocks.size() && budget.allowsMore(); ++i)
             reader.readAgain(m_blocks[i], languages, m_readings[i]);
+        for (Reading& reading : m_readings)
+            languages.writeRoubles(reading);
     }
 
     const std::vector<TextBlock>& m_blocks;
@@ -222,6 +225,7 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
         addBetterLines(all.lines, std::move(part.lines));
     if (areDrawings(all.lines, shapes))
         return {};
+    addLoneDashes(all.lines, shapes.shapes, marks.unit());
     placeInOrder(all.lines, image.height());
     return all;
 }

@@ -68,6 +68,11 @@ bool isWrittenSolid(QChar c) {
         (c >= u'\uff01' && c <= u'\uff60');
 }
 
+/// Whether a mark of Chinese and Japanese has the room of a blank of its own.
+bool isWideMark(QChar c) {
+    return QStringView(u"、。，：；？！").contains(c);
+}
+
 /// Letters that only Vietnamese writes, and all letters.
 struct VietnameseShare {
     qsizetype own = 0;
@@ -140,7 +145,8 @@ bool shareHeight(const QRectF& a, const QRectF& b) {
 QString ReadLine::text() const {
     QString text;
     for (const ReadWord& word : words) {
-        if (!text.isEmpty() && !(isWrittenSolid(text.back()) && isWrittenSolid(word.text.front())))
+        if (!text.isEmpty() && !isWideMark(text.back()) &&
+            !(isWrittenSolid(text.back()) && isWrittenSolid(word.text.front())))
             text += QString(word.blanksBefore, u' ');
         text += word.text;
     }

@@ -1,5 +1,10 @@
 #include "programs/recogniser/figures.h"
 
+#include "programs/recogniser/commas.h"
+#include "programs/recogniser/lone_dashes.h"
+#include "programs/recogniser/picture_languages.h"
+#include "programs/recogniser/thin_letters.h"
+#include "programs/recogniser/wide_signs.h"
 #include "support/testing.h"
 
 namespace tralio {
@@ -42,6 +47,105 @@ TEST(Figures, a_price_has_the_sign_of_its_currency) {
     EXPECT_EQ(mended(u"\\192"_s, {}, {}, u"eng"_s), u"\\192"_s);
     EXPECT_TRUE(isPrice(u"34,90 €"_s) && isPrice(u"¥399.00"_s) && isPrice(u"€"_s));
     EXPECT_FALSE(isPrice(u"34,90"_s) || isPrice(u"渤19.00"_s) || isPrice(u"US$"_s));
+}
+
+/// Words with a box from each place to the next, over marks ten pixels high.
+ReadLine rowOf(const QStringList& words, const std::vector<double>& places) {
+    ReadLine row{{}, QRectF(0, 0, 200, 10)};
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const double left = places[static_cast<size_t>(i)];
+        row.words.push_back(
+            {words[i], 90, 0, {}, QRectF(left, 0, places[static_cast<size_t>(i) + 1] - left, 10)});
+    }
+    return row;
+}
+
+TEST(Figures, have_the_sign_of_the_rouble_in_a_russian_picture) {
+    const auto written = [](const QString& price, const QString& pack) {
+        std::vector<Reading> readings{
+            {{rowOf({price}, {0, 50})}}, {{ReadLine{{{u"Замена"_s, 96, 0, pack, {}}}, {}}}}};
+        PictureLanguages(readings).writeRoubles(readings[0]);
+        return readings[0].lines[0].text();
+    };
+    EXPECT_EQ(written(u"4 900 은"_s, u"rus"_s), u"4 900 ₽"_s);
+    EXPECT_EQ(written(u"12 день"_s, u"rus"_s), u"12 день"_s);
+    EXPECT_EQ(written(u"Игорь 은"_s, u"rus"_s), u"Игорь 은"_s);
+    EXPECT_EQ(written(u"950 원"_s, {}), u"950 원"_s);
+}
+
+TEST(Commas, have_the_blank_behind_them_that_is_drawn) {
+    const auto written = [](int comma, int next) {
+        Reading reading{{rowOf({u"A,G"_s}, {0, 50})}};
+        writeBlanksBehindCommas(reading,
+            {{QRect(0, 0, 40, 10), 0, false, TextMarks::Kind::difference, 0,
+                {{0, 0, 8, 10}, {next, 0, 8, 10}}, {{comma, 8, 2, 4}}}});
+        return reading.lines[0].text();
+    };
+    EXPECT_EQ(written(9, 16), u"A, G"_s);
+    EXPECT_EQ(written(9, 12), u"A,G"_s);
+    EXPECT_EQ(written(11, 17), u"A,G"_s) << "of even widths";
+}
+
+TEST(WideSigns, are_written_behind_chinese_and_japanese_ones) {
+    const auto written = [](ReadLine row, const std::vector<QRect>& letters, int blanks = 0) {
+        row.words.back().blanksBefore = blanks;
+        Reading reading{{std::move(row)}};
+        writeWideSigns(
+            reading, {{QRect(0, 0, 200, 10), 0, false, TextMarks::Kind::difference, 0, letters, {}}});
+        return reading.lines[0].text();
+    };
+    const QRect sign(0, 0, 10, 10);
+    EXPECT_EQ(written(rowOf({u"いい"_s, u"?"_s}, {0, 10, 20}), {}, 1), u"いい？"_s);
+    EXPECT_EQ(written(rowOf({u"是吗?好!"_s}, {0, 50}), {}), u"是吗？好！"_s);
+    EXPECT_EQ(written(rowOf({u"네?"_s, u"ok?"_s}, {0, 10, 20}), {}, 1), u"네? ok?"_s);
+    EXPECT_EQ(written(rowOf({u"码:"_s, u"10"_s}, {0, 16, 30}), {sign, {17, 0, 6, 10}}, 1), u"码：10"_s);
+    EXPECT_EQ(written(rowOf({u"码:"_s, u"10"_s}, {0, 13, 30}), {sign, {13, 0, 6, 10}}, 1), u"码: 10"_s);
+    EXPECT_EQ(written(rowOf({u"午"_s, u"3:24"_s}, {0, 12, 30}), {sign, {13, 0, 6, 10}}), u"午 3:24"_s);
+    EXPECT_EQ(written(rowOf({u"楼"_s, u"305"_s}, {0, 14, 30}), {sign, {12, 0, 6, 10}}), u"楼305"_s);
+}
+
+TEST(ThinLetters, are_told_by_their_width_and_their_feet) {
+    const auto mended = [](const QStringList& words, const QRect& first,
+                            const std::vector<QRect>& dots = {}) {
+        Reading reading{
+            {rowOf(words, words.size() == 1 ? std::vector<double>{0, 40} : std::vector<double>{-20, 0, 40})}};
+        mendThinLetters(reading,
+            {{QRect(0, 0, 80, 10), 0, false, TextMarks::Kind::difference, 0,
+                {first, {10, 0, 6, 10}, {50, 0, 6, 10}, {60, 0, 6, 10}}, dots}});
+        return reading.lines[0].words.back().text;
+    };
+    const QRect stroke(2, 0, 2, 10);
+    EXPECT_EQ(mended({u"Les"_s}, stroke), u"les"_s);
+    EXPECT_EQ(mended({u"Les"_s}, {2, 0, 5, 10}), u"Les"_s);
+    EXPECT_EQ(mended({u"|"_s}, stroke), u"I"_s);
+    EXPECT_EQ(mended({u"5"_s, u"|"_s}, stroke), u"l"_s) << "litres";
+    EXPECT_EQ(mended({u"|"_s}, {2, 0, 2, 13}), u"|"_s);
+    EXPECT_EQ(mended({u"[II"_s}, stroke, {{6, 0, 2, 3}}), u"I’ll"_s);
+    EXPECT_EQ(mended({u"[II"_s}, stroke), u"[II"_s);
+}
+
+TEST(LoneDashes, are_read_in_the_cells_of_a_table) {
+    std::vector<ReadLine> cells;
+    for (const double y : {0., 30., 60.})
+        for (const double x : {0., 100., 200.})
+            if (y != 30 || x != 100)
+                cells.push_back({{{u"cell"_s, 90, 0, {}, {}}}, QRectF(x, y, 40, 12)});
+    const auto dashes = [&](const QRect& mark, const QRect& other = {}) {
+        std::vector<ReadLine> lines = cells;
+        addLoneDashes(lines, {{mark}, {other}}, 1);
+        QString added;
+        for (size_t i = cells.size(); i < lines.size(); ++i)
+            added += lines[i].text();
+        return added;
+    };
+    EXPECT_EQ(dashes({100, 36, 7, 1}), u"–"_s);
+    EXPECT_EQ(dashes({100, 36, 4, 1}), u"-"_s);
+    EXPECT_EQ(dashes({100, 36, 12, 1}), u"—"_s);
+    EXPECT_EQ(dashes({85, 36, 7, 1}), QString()) << "in no column";
+    EXPECT_EQ(dashes({100, 42, 7, 1}), QString()) << "a line below";
+    EXPECT_EQ(dashes({100, 36, 30, 1}), QString()) << "a rule";
+    EXPECT_EQ(dashes({45, 6, 7, 1}), QString()) << "of the text beside";
+    EXPECT_EQ(dashes({100, 36, 7, 1}, {100, 33, 7, 1}), QString()) << "of an icon";
 }
 
 }  // namespace
