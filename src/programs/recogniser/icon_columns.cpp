@@ -40,9 +40,18 @@ bool isMisfit(const QRect& mark, const Type& type, bool isAlone) {
     const int below = mark.bottom() - type.base;
     const int above = type.base - type.height + 1 - mark.top();
     const bool isWide = mark.width() * 10 >= mark.height() * 7;
-    // "Q" has a tail, and round letters are a little higher than others.
-    const bool isAround = below >= 1 && above >= std::max(2, type.height / 8);
+    const bool isAround = below >= 1 && above >= 1;
     return isWide && (isAround || (isAlone && below * 3 >= std::max(type.height, 8) && above >= -1));
+}
+
+/// As "Q:" and "1." have.
+bool hasPointBehind(const std::vector<QRect>& dots, const QRect& sign, const Type& type) {
+    return std::ranges::any_of(
+        dots,
+        [&](const QRect& dot) {
+            return dot.left() * 2 > sign.left() + sign.right() &&
+                dot.left() <= sign.right() + type.height / 2 && std::abs(dot.bottom() - type.base) <= 1;
+        });
 }
 
 Lead leadOf(size_t line, size_t text, const std::vector<QRect>& marks, const Type& type, int textLeft) {
@@ -68,10 +77,7 @@ std::optional<Lead> leadInside(size_t index, const TextLine& line) {
     }
     const Type type(letters);
     const Lead found = leadOf(index, index, lead, type, letters.front().left());
-    const auto isBetween = [&](const QRect& dot) {  // as behind "Q:" and "1."
-        return dot.left() > found.box.right() && dot.right() < letters.front().left();
-    };
-    if (std::ranges::any_of(line.dots, isBetween))
+    if (hasPointBehind(line.dots, found.box, type))
         return std::nullopt;
     const int gap = letters.front().left() - found.box.right() - 1;
     return gap * 2 >= type.height && mayBeIcon(found.box, type) ? std::optional(found) : std::nullopt;
@@ -92,6 +98,8 @@ std::optional<Lead> leadBeside(size_t index, const std::vector<TextLine>& lines)
     if (!text)
         return std::nullopt;
     const Type type(text->letters);
+    if (hasPointBehind(own.dots, own.box, type))
+        return std::nullopt;
     const int gap = text->box.left() - own.box.right() - 1;
     const Lead found =
         leadOf(index, static_cast<size_t>(text - lines.data()), own.letters, type, text->box.left());

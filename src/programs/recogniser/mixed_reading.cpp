@@ -27,7 +27,8 @@ constexpr QStringView lookAlikes = u"АБВЕЗКМНОРСТУХЬЅІЈаге�
 constexpr QStringView poorLookAlikes = u"ГПДИЛЯбвдклмтя";
 constexpr double well = 92;
 
-/// Whether what it has of another script than Latin are just letters that Latin ones look like.
+}  // namespace
+
 bool mayBeLatin(const QString& text, double confidence) {
     return std::ranges::all_of(
         text,
@@ -36,6 +37,8 @@ bool mayBeLatin(const QString& text, double confidence) {
                 (confidence < well && poorLookAlikes.contains(c));
         });
 }
+
+namespace {
 
 /// Whether it may as well be code, a price or a look-alike that an engine without Latin letters makes do
 /// with.

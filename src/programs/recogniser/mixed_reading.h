@@ -15,6 +15,9 @@ enum class ScriptKind { latin, other };
 /// much surer of them: names in the middle of a foreign line.
 void adoptWords(Reading& reading, const Reading& other, ScriptKind script);
 
+/// Whether what it has of another script than Latin are just letters that Latin ones look like.
+[[nodiscard]] bool mayBeLatin(const QString& text, double confidence);
+
 /// Adds the lines of another reading that it lacks: a picture of the brighter marks has no dark lines.
 void addMissingLines(Reading& reading, const Reading& other, bool isInPhotograph);
 

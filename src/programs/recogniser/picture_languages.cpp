@@ -7,11 +7,13 @@
 
 #include "programs/recogniser/figures.h"
 #include "programs/recogniser/letter_marks.h"
+#include "programs/recogniser/mixed_reading.h"
 
 namespace tralio {
 namespace {
 
 constexpr double sure = 85;
+constexpr double beyondDoubt = 95;
 constexpr std::array<QStringView, 4> scripts{u"rus", u"jpn", u"chi_sim", u"kor"};
 constexpr std::array<QStringView, 3> latinPacks{u"fra", u"deu", u"spa"};
 
@@ -68,7 +70,6 @@ PictureLanguages::PictureLanguages(const std::vector<Reading>& readings) {
 }
 
 QStringList PictureLanguages::worthTrying(const TextBlock& block, const Reading& reading) const {
-    constexpr double beyondDoubt = 95;
     const auto isOpen = [&](const ReadLine& line) {
         return count(line.text(), isOther) == 0 ? line.confidence() < beyondDoubt : line.confidence() < sure;
     };
@@ -105,7 +106,9 @@ void PictureLanguages::adopt(const QString& pack, Reading& reading, Reading othe
         };
         // "Paper" is "Рарег" to the Russian engine.
         const bool isLatin = !reading.lines.empty() && std::ranges::all_of(reading.lines, isSurelyLatin);
-        const double lead = isLatin ? -3 : m_isPlain ? 4 : 0;
+        const bool mayAllBeLatin = std::ranges::all_of(
+            other.lines, [](const ReadLine& line) { return mayBeLatin(line.text(), beyondDoubt); });
+        const double lead = !isLatin ? (m_isPlain ? 4 : 0) : mayAllBeLatin ? -3 : 0;
         const bool isPriced = !reading.lines.empty() &&
             std::ranges::all_of(reading.lines, [](const ReadLine& line) { return isPrice(line.text()); });
         if (isOfScript && !isPriced && other.isAsLongAs(reading) &&
