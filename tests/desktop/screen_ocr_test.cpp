@@ -76,7 +76,7 @@ QStringList longText() {
 struct LongPageOnScreen : ScreenOCR {
     LongPageOnScreen()
         : ScreenOCR(
-              u"<p style='position:absolute;top:70px;left:8px;margin:0;white-space:nowrap;"
+              u"<p style='position:absolute;top:56px;left:8px;margin:0;white-space:nowrap;"
               "font:13px/15px Noto Sans'>"_s +
                   longText().join(u"<br>"_s),
               {2560, 1440}) {}
@@ -88,7 +88,7 @@ struct LongPageOnScreen : ScreenOCR {
     }
     [[nodiscard]] bool drawPage() {
         desktop.press(u"super+shift+s"_s);
-        return draw({2, 64}, {2500, 1402});
+        return draw({2, 53}, {2500, 1380});  // above the panel
     }
 };
 

@@ -1,56 +1,15 @@
 #include "programs/recogniser/drawings.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdlib>
-#include <numeric>
 
 #include "programs/recogniser/boxes.h"
 #include "programs/recogniser/drawn_signs.h"
+#include "programs/recogniser/ink_colours.h"
 
 namespace tralio {
 namespace {
-
-/// By how much something differs from the ground, in each channel.
-using Shift = std::array<double, 3>;
-
-double product(const Shift& a, const Shift& b) {
-    return std::inner_product(a.begin(), a.end(), b.begin(), 0.0);
-}
-
-/// How alike two colours are: 1 for those of one ink, however strong.
-double likeness(const Shift& a, const Shift& b) {
-    return product(a, b) / std::max(1.0, std::sqrt(product(a, a) * product(b, b)));
-}
-
-void add(Shift& sum, const Shift& shift) {
-    std::ranges::transform(sum, shift, sum.begin(), std::plus());
-}
-
-/// What each of a mark's rows has. The fringes of letters add up to their colour.
-std::vector<Shift> shiftsOf(const LabelledMark& mark, const TextMarks& marks) {
-    const Channels& channels = marks.channels();
-    const Channels& ground = marks.ground().colours();
-    const int left = std::max(0, mark.box.left() - 1);
-    const int right = std::min(mark.all.width - 1, mark.box.right() + 1);
-    std::vector<Shift> rows(static_cast<size_t>(mark.box.height()));
-    for (int y = mark.box.top(); y <= mark.box.bottom(); ++y) {
-        Shift& row = rows[static_cast<size_t>(y - mark.box.top())];
-        for (int x = left; x <= right; ++x)
-            if (const int label = mark.all.at(x, y); label == mark.label || label == Labels::none)
-                for (size_t i = 0; i < row.size(); ++i)
-                    row[i] += channels[i].row(y)[x] - ground[i].row(y)[x];
-    }
-    return rows;
-}
-
-Shift shiftOf(const std::vector<Shift>& rows) {
-    Shift sum{};
-    for (const Shift& row : rows)
-        add(sum, row);
-    return sum;
-}
 
 /// Whether half of it is in rows of other colours than the whole.
 bool isColourful(const std::vector<Shift>& rows) {
