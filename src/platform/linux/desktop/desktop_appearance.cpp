@@ -52,6 +52,7 @@ DesktopAppearance::DesktopAppearance(QDBusConnection bus) : m_bus(std::move(bus)
     if (!m_bus.isConnected())
         return;
     qDBusRegisterMetaType<SettingGroups>();
+    qRegisterMetaType<QDBusVariant>();  // by its name the slot's parameter is known
     m_bus.connect(portalService, portalPath, settingsInterface, u"SettingChanged"_s, this,
         SLOT(settingChanged(QString, QString, QDBusVariant)));
     readAll();
