@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QRect>
+#include <QRectF>
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace tralio {
@@ -27,6 +29,16 @@ inline int footOf(std::vector<QRect> letters) {
     const auto middle = letters.begin() + std::ssize(letters) / 2;
     std::ranges::nth_element(letters, middle, {}, [](const QRect& letter) { return letter.bottom(); });
     return middle->bottom();
+}
+
+/// Those whose middle is within the box, from the left.
+[[nodiscard]] inline std::vector<QRect> marksIn(const QRectF& box, const std::vector<QRect>& marks) {
+    std::vector<QRect> inside;
+    std::ranges::copy_if(
+        marks, std::back_inserter(inside),
+        [&](const QRect& mark) { return box.contains(QRectF(mark).center()); });
+    std::ranges::sort(inside, {}, [](const QRect& mark) { return mark.left(); });
+    return inside;
 }
 
 }  // namespace tralio

@@ -1,23 +1,11 @@
 #include "programs/recogniser/commas.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "programs/recogniser/boxes.h"
 
 namespace tralio {
 namespace {
-
-/// The marks in the word, from the left.
-std::vector<QRect> marksIn(const QRectF& word, const TextLine& line) {
-    std::vector<QRect> marks;
-    for (const auto* all : {&line.letters, &line.dots})
-        std::ranges::copy_if(
-            *all, std::back_inserter(marks),
-            [&](const QRect& mark) { return word.contains(QRectF(mark).center()); });
-    std::ranges::sort(marks, {}, [](const QRect& mark) { return mark.left(); });
-    return marks;
-}
 
 /// For each comma between letters, whether there is a blank behind it. In type of even widths there is as
 /// much room before it.
@@ -55,8 +43,11 @@ void writeBlanksBehindCommas(Reading& reading, const std::vector<TextLine>& line
     for (ReadLine& read : reading.lines)
         for (ReadWord& word : read.words)
             for (const TextLine& line : lines)
-                if (!line.isShaded && word.text.contains(u',') && shareHeight(read.box, line.box))
-                    mend(word.text, blanksBehind(marksIn(word.box, line), line));
+                if (!line.isShaded && word.text.contains(u',') && shareHeight(read.box, line.box)) {
+                    std::vector<QRect> marks = line.letters;
+                    marks.insert(marks.end(), line.dots.begin(), line.dots.end());
+                    mend(word.text, blanksBehind(marksIn(word.box, marks), line));
+                }
 }
 
 }  // namespace tralio

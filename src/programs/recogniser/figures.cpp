@@ -1,7 +1,6 @@
 #include "programs/recogniser/figures.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "programs/recogniser/boxes.h"
 
@@ -27,16 +26,6 @@ bool isOfEastAsia(const QString& pack) {
 qsizetype digitsIn(const QString& text) {
     return std::ranges::count_if(
         text, [](QChar c) { return c.isDigit(); });
-}
-
-/// Those of the marks that stand in the word.
-std::vector<QRect> marksIn(const QRectF& word, const std::vector<QRect>& marks) {
-    std::vector<QRect> inside;
-    std::ranges::copy_if(
-        marks, std::back_inserter(inside),
-        [&](const QRect& mark) { return word.contains(QRectF(mark).center()); });
-    std::ranges::sort(inside, {}, [](const QRect& mark) { return mark.left(); });
-    return inside;
 }
 
 /// A sign of one piece has no accent.
