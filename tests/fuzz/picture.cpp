@@ -4,7 +4,7 @@
 #include <QUrl>
 
 #include "fuzz/fuzz.h"
-#include "programs/recogniser/image_decoder.h"
+#include "programs/recogniser/pixels/image_decoder.h"
 
 void tralio::fuzz::readInput(const QByteArray& input) {
     QImageReader::setAllocationLimit(64);

@@ -5,10 +5,10 @@
 #include <iterator>
 #include <utility>
 
-#include "programs/recogniser/as_drawn.h"
-#include "programs/recogniser/is_text.h"
-#include "programs/recogniser/letter_marks.h"
-#include "programs/recogniser/mixed_reading.h"
+#include "programs/recogniser/mending/as_drawn.h"
+#include "programs/recogniser/reading/is_text.h"
+#include "programs/recogniser/reading/letter_marks.h"
+#include "programs/recogniser/reading/mixed_reading.h"
 
 namespace tralio {
 namespace {

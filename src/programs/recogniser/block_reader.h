@@ -4,12 +4,12 @@
 
 #include <map>
 
-#include "programs/recogniser/engine_pool.h"
-#include "programs/recogniser/picture_languages.h"
-#include "programs/recogniser/reading.h"
-#include "programs/recogniser/text_blocks.h"
+#include "programs/recogniser/lines/text_blocks.h"
+#include "programs/recogniser/reading/engine_pool.h"
+#include "programs/recogniser/reading/picture_languages.h"
+#include "programs/recogniser/reading/reading.h"
+#include "programs/recogniser/reading/work_budget.h"
 #include "programs/recogniser/vain_looks.h"
-#include "programs/recogniser/work_budget.h"
 
 namespace tralio {
 

@@ -12,10 +12,10 @@
 #include <utility>
 
 #include "ocr/reading_order.h"
-#include "programs/recogniser/even_lines.h"
-#include "programs/recogniser/lone_dashes.h"
-#include "programs/recogniser/outlined_letters.h"
-#include "programs/recogniser/repeated_lines.h"
+#include "programs/recogniser/lines/even_lines.h"
+#include "programs/recogniser/marks/outlined_letters.h"
+#include "programs/recogniser/mending/lone_dashes.h"
+#include "programs/recogniser/reading/repeated_lines.h"
 
 namespace tralio {
 namespace {

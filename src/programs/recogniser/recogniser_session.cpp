@@ -4,9 +4,9 @@
 #include <malloc.h>
 #include <utility>
 
-#include "programs/recogniser/image_decoder.h"
-#include "programs/recogniser/language_packs.h"
 #include "programs/recogniser/picture_reader.h"
+#include "programs/recogniser/pixels/image_decoder.h"
+#include "programs/recogniser/reading/language_packs.h"
 
 namespace tralio {
 

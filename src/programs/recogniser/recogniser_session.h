@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "platform/linux/helpers/recogniser_protocol.h"
-#include "programs/recogniser/engine_pool.h"
+#include "programs/recogniser/reading/engine_pool.h"
 
 namespace tralio {
 

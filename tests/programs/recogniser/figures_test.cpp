@@ -1,10 +1,11 @@
-#include "programs/recogniser/figures.h"
+#include "programs/recogniser/mending/figures.h"
 
-#include "programs/recogniser/commas.h"
-#include "programs/recogniser/lone_dashes.h"
-#include "programs/recogniser/picture_languages.h"
-#include "programs/recogniser/thin_letters.h"
-#include "programs/recogniser/wide_signs.h"
+#include "programs/recogniser/mending/commas.h"
+#include "programs/recogniser/mending/lone_dashes.h"
+#include "programs/recogniser/mending/thin_letters.h"
+#include "programs/recogniser/mending/wide_signs.h"
+#include "programs/recogniser/reading/picture_languages.h"
+#include "programs/recogniser/reading/prices.h"
 #include "support/testing.h"
 
 namespace tralio {

@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "ocr/reading_order.h"
-#include "programs/recogniser/image_decoder.h"
 #include "programs/recogniser/picture_reader.h"
+#include "programs/recogniser/pixels/image_decoder.h"
 #include "support/pictures.h"
 #include "support/testing.h"
 

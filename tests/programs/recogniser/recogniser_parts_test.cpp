@@ -1,13 +1,13 @@
 #include <random>
 
-#include "programs/recogniser/is_text.h"
-#include "programs/recogniser/letter_marks.h"
-#include "programs/recogniser/mixed_reading.h"
-#include "programs/recogniser/repeated_lines.h"
-#include "programs/recogniser/resample.h"
-#include "programs/recogniser/text_blocks.h"
-#include "programs/recogniser/underscores.h"
-#include "programs/recogniser/window_median.h"
+#include "programs/recogniser/lines/text_blocks.h"
+#include "programs/recogniser/mending/underscores.h"
+#include "programs/recogniser/pixels/resample.h"
+#include "programs/recogniser/pixels/window_median.h"
+#include "programs/recogniser/reading/is_text.h"
+#include "programs/recogniser/reading/letter_marks.h"
+#include "programs/recogniser/reading/mixed_reading.h"
+#include "programs/recogniser/reading/repeated_lines.h"
 #include "support/testing.h"
 
 namespace tralio {

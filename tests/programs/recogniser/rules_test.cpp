@@ -1,7 +1,7 @@
-#include "programs/recogniser/rules.h"
+#include "programs/recogniser/marks/rules.h"
 
-#include "programs/recogniser/labels.h"
-#include "programs/recogniser/plane.h"
+#include "programs/recogniser/pixels/labels.h"
+#include "programs/recogniser/pixels/plane.h"
 #include "support/testing.h"
 
 namespace tralio {

@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "programs/recogniser/text_blocks.h"
+#include "programs/recogniser/lines/text_blocks.h"
 
 namespace tralio {
 

@@ -1,9 +1,9 @@
 #include <array>
 #include <cmath>
 
-#include "programs/recogniser/outlined_letters.h"
+#include "programs/recogniser/marks/outlined_letters.h"
+#include "programs/recogniser/reading/work_budget.h"
 #include "programs/recogniser/sheet.h"
-#include "programs/recogniser/work_budget.h"
 #include "support/testing.h"
 
 namespace tralio {

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "programs/recogniser/lines/text_lines.h"
+
+namespace tralio {
+
+/// Makes the bullet or the icon that a line begins with, if there is one, unread: engines see a letter in it.
+/// So do the icons of a menu's or a list's column, and the underlines that mark keys.
+void setAsideUnread(std::vector<TextLine>& lines, int unit);
+
+}  // namespace tralio

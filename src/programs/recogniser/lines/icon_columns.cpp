@@ -1,0 +1,154 @@
+#include "programs/recogniser/lines/icon_columns.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+
+#include "programs/recogniser/pixels/boxes.h"
+
+namespace tralio {
+namespace {
+
+/// What stands before the text of a line, as part of that or as a line of its own.
+struct Lead {
+    size_t line;
+    size_t text;  ///< the line that it stands before
+    QRect box;
+    int textLeft;
+    bool isMisfit;  ///< is no sign of a text
+};
+
+/// The lower edge of a text's letters, and how high its capitals are.
+struct Type {
+    int base;
+    int height;
+
+    explicit Type(std::vector<QRect> letters) : base(footOf(letters)) {
+        const auto high = letters.begin() + std::ssize(letters) * 3 / 4;
+        std::ranges::nth_element(letters, high, {}, [](const QRect& letter) { return letter.height(); });
+        height = high->height();
+    }
+};
+
+bool mayBeIcon(const QRect& box, const Type& type) {
+    return box.width() * 10 <= type.height * 22 && box.width() * 2 >= type.height &&
+        box.height() <= 3 * type.height;
+}
+
+/// Letters go beneath the line or above capitals, but not both. Brackets do, and are narrow.
+bool isMisfit(const QRect& mark, const Type& type, bool isAlone) {
+    const int below = mark.bottom() - type.base;
+    const int above = type.base - type.height + 1 - mark.top();
+    const bool isWide = mark.width() * 10 >= mark.height() * 7;
+    const bool isAround = below >= 1 && above >= 1;
+    return isWide && (isAround || (isAlone && below * 3 >= std::max(type.height, 8) && above >= -1));
+}
+
+/// As "Q:" and "1." have.
+bool hasPointBehind(const std::vector<QRect>& dots, const QRect& sign, const Type& type) {
+    return std::ranges::any_of(
+        dots,
+        [&](const QRect& dot) {
+            return dot.left() * 2 > sign.left() + sign.right() &&
+                dot.left() <= sign.right() + type.height / 2 && std::abs(dot.bottom() - type.base) <= 1;
+        });
+}
+
+Lead leadOf(size_t line, size_t text, const std::vector<QRect>& marks, const Type& type, int textLeft) {
+    QRect all;
+    for (const QRect& mark : marks)
+        all |= mark;
+    const bool isAlone = marks.size() == 1;
+    return {line, text, all, textLeft,
+        isMisfit(all, type, isAlone) && std::ranges::any_of(marks, [&](const QRect& mark) {
+            return mark.width() * 10 >= all.width() * 6;
+        })};
+}
+
+std::optional<Lead> leadInside(size_t index, const TextLine& line) {
+    constexpr size_t fewest = 2;
+    std::vector<QRect> letters = line.letters;
+    std::vector<QRect> lead;
+    int right = letters.front().right();
+    while (letters.size() > fewest && letters.front().left() <= right + 2) {
+        right = std::max(right, letters.front().right());
+        lead.push_back(letters.front());
+        letters.erase(letters.begin());
+    }
+    const Type type(letters);
+    const Lead found = leadOf(index, index, lead, type, letters.front().left());
+    if (hasPointBehind(line.dots, found.box, type))
+        return std::nullopt;
+    const int gap = letters.front().left() - found.box.right() - 1;
+    return gap * 2 >= type.height && mayBeIcon(found.box, type) ? std::optional(found) : std::nullopt;
+}
+
+std::optional<Lead> leadBeside(size_t index, const std::vector<TextLine>& lines) {
+    constexpr size_t most = 3;
+    constexpr int reach = 5;
+    const TextLine& own = lines[index];
+    if (own.letters.size() > most)
+        return std::nullopt;
+    const TextLine* text = nullptr;
+    for (const TextLine& line : lines)
+        if (line.region == own.region && !line.isShaded && line.letters.size() >= 2 &&
+            shareRow(line.box, own.box) && line.box.left() > own.box.right() &&
+            (!text || line.box.left() < text->box.left()))
+            text = &line;
+    if (!text)
+        return std::nullopt;
+    const Type type(text->letters);
+    if (hasPointBehind(own.dots, own.box, type))
+        return std::nullopt;
+    const int gap = text->box.left() - own.box.right() - 1;
+    const Lead found =
+        leadOf(index, static_cast<size_t>(text - lines.data()), own.letters, type, text->box.left());
+    return gap * 2 >= type.height && gap <= reach * type.height && mayBeIcon(found.box, type)
+        ? std::optional(found)
+        : std::nullopt;
+}
+
+void setAside(std::vector<TextLine>& lines, const Lead& lead) {
+    lines[lead.text].unread.push_back(lead.box);
+    TextLine& line = lines[lead.line];
+    const auto isPart = [&](const QRect& mark) { return mark.left() <= lead.box.right(); };
+    std::erase_if(line.letters, isPart);
+    std::erase_if(line.dots, isPart);
+    line.box = {};
+    for (const std::vector<QRect>* marks : {&line.letters, &line.dots})
+        for (const QRect& mark : *marks)
+            line.box |= mark;
+}
+
+}  // namespace
+
+void setIconColumnsAside(std::vector<TextLine>& lines, int unit) {
+    constexpr std::ptrdiff_t fewest = 2;
+    std::vector<Lead> leads;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].isShaded)
+            continue;
+        if (const auto lead = leadBeside(i, lines))
+            leads.push_back(*lead);
+        else if (lines[i].letters.size() > 2)
+            if (const auto inside = leadInside(i, lines[i]))
+                leads.push_back(*inside);
+    }
+    const auto isOfColumn = [unit](const Lead& a, const Lead& b) {
+        return std::abs(a.box.center().x() - b.box.center().x()) <= 2 * unit &&
+            std::abs(a.textLeft - b.textLeft) <= 3 * unit;
+    };
+    for (const Lead& lead : leads) {
+        std::ptrdiff_t all = 0;
+        std::ptrdiff_t misfits = 0;
+        for (const Lead& other : leads) {
+            all += isOfColumn(lead, other) ? 1 : 0;
+            misfits += isOfColumn(lead, other) && other.isMisfit ? 1 : 0;
+        }
+        if (misfits >= fewest && misfits * 3 >= all)
+            setAside(lines, lead);
+    }
+    std::erase_if(lines, [](const TextLine& line) { return line.letters.empty(); });
+}
+
+}  // namespace tralio

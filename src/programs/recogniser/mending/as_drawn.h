@@ -1,0 +1,13 @@
+#pragma once
+
+#include <vector>
+
+#include "programs/recogniser/lines/text_lines.h"
+#include "programs/recogniser/reading/reading.h"
+
+namespace tralio {
+
+/// Mends a reading by the marks of the lines that were read.
+void writeAsDrawn(Reading& reading, const std::vector<TextLine>& lines);
+
+}  // namespace tralio

@@ -1,0 +1,116 @@
+#include "programs/recogniser/mending/figures.h"
+
+#include <algorithm>
+
+#include "programs/recogniser/pixels/boxes.h"
+#include "programs/recogniser/reading/prices.h"
+
+namespace tralio {
+namespace {
+
+bool isSeparator(QChar c) {
+    return c == u'.' || c == u',';
+}
+
+bool isOfEastAsia(const QString& pack) {
+    return pack == u"jpn" || pack == u"chi_sim" || pack == u"kor";
+}
+
+/// A sign of one piece has no accent.
+void tellDigitsFromAccents(
+    ReadWord& word, const std::vector<QRect>& letters, const std::vector<QRect>& dots) {
+    const bool isOnePiece = word.text.size() == 1 && letters.size() == 1 && dots.empty();
+    const bool isFigure = digitsIn(word.text) > 0 &&
+        std::ranges::none_of(word.text, [](QChar c) { return c.isLetter() && c != u'ó' && c != u'ọ'; });
+    if (!isOnePiece && !isFigure)
+        return;
+    word.text.replace(u'ó', u'6');
+    word.text.replace(u'ọ', u'9');
+}
+
+/// A comma is higher than wide, and ends below the digits' feet; a point does neither.
+QChar separatorLike(const QRect& dot, int foot, QChar otherwise) {
+    if (dot.bottom() > foot && dot.height() * 10 >= dot.width() * 14)
+        return u',';
+    return dot.bottom() <= foot && dot.height() * 10 <= dot.width() * 12 ? u'.' : otherwise;
+}
+
+/// Writes the separators between digits, and the blank before a currency's sign, as they are drawn.
+void mendSeparators(ReadWord& word, const std::vector<QRect>& letters, std::vector<QRect> dots) {
+    QString signs = word.text;
+    signs.removeIf(isSeparator);
+    if (letters.empty() || digitsIn(signs) < 2)
+        return;
+    const int foot = std::ranges::max_element(letters, {}, &QRect::bottom)->bottom();
+    const int middle = letters.front().center().y();
+    std::erase_if(
+        dots, [&](const QRect& dot) { return dot.top() <= middle || dot.right() < letters.front().left(); });
+    const bool areDrawnSo = std::ssize(dots) == word.text.size() - signs.size();
+    const bool isFigure = std::ssize(letters) == signs.size() &&
+        std::ssize(dots) >= word.text.size() - signs.size() &&
+        std::ranges::all_of(signs, [](QChar c) { return c.isDigit() || isCurrency(c); });
+    if (!isFigure) {
+        auto dot = dots.begin();
+        for (qsizetype i = 0; areDrawnSo && i < word.text.size(); ++i)
+            if (isSeparator(word.text[i])) {
+                if (i > 0 && i + 1 < word.text.size() && word.text[i - 1].isDigit() &&
+                    word.text[i + 1].isDigit())
+                    word.text[i] = separatorLike(*dot, foot, word.text[i]);
+                ++dot;
+            }
+        return;
+    }
+    constexpr double blank = 0.3;  // of a digit's height
+    QString figure;
+    auto dot = dots.begin();
+    qsizetype read = 0;  // up to where in the word
+    for (qsizetype i = 0; i < signs.size(); ++i) {
+        const QRect& letter = letters[static_cast<size_t>(i)];
+        bool isSeparated = i == 0;
+        for (; dot != dots.end() && dot->left() < letter.left(); ++dot) {
+            const bool isRead = read < word.text.size() && isSeparator(word.text[read]);
+            figure += separatorLike(*dot, foot,
+                isRead                     ? word.text[read]
+                    : dot->bottom() > foot ? u','
+                                           : u'.');
+            read += isRead ? 1 : 0;
+            isSeparated = true;
+        }
+        if (!isSeparated && isCurrency(signs[i]) &&
+            horizontalGap(letters[static_cast<size_t>(i) - 1], letter) >= blank * letter.height())
+            figure += u' ';
+        figure += signs[i];
+        while (read < word.text.size() && word.text[read] != signs[i])
+            ++read;
+        ++read;
+    }
+    const auto end = std::find_if_not(word.text.rbegin(), word.text.rend(), isSeparator);
+    word.text = figure + word.text.last(end - word.text.rbegin());
+}
+
+}  // namespace
+
+void mendFigures(Reading& reading, const std::vector<TextLine>& lines) {
+    for (ReadLine& read : reading.lines) {
+        for (ReadWord& word : read.words) {
+            QString& text = word.text;
+            // The engines of East Asia know the sign of the yen by its place in their old codes.
+            const bool isYen = text.size() > 2 && text.front() == u'\\' && isOfEastAsia(word.pack) &&
+                std::all_of(text.begin() + 1, text.end(), isOfFigure);
+            if (isYen)
+                text.front() = u'¥';
+            if (text.size() > 1 && text.front() == u'©' && text[1].isLower())
+                text.front() = u'O';
+            for (const TextLine& line : lines) {
+                if (line.isShaded || !shareHeight(read.box, line.box))
+                    continue;
+                const std::vector<QRect> letters = marksIn(word.box, line.letters);
+                const std::vector<QRect> dots = marksIn(word.box, line.dots);
+                tellDigitsFromAccents(word, letters, dots);
+                mendSeparators(word, letters, dots);
+            }
+        }
+    }
+}
+
+}  // namespace tralio

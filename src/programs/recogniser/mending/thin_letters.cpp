@@ -1,0 +1,55 @@
+#include "programs/recogniser/mending/thin_letters.h"
+
+#include <algorithm>
+
+#include "programs/recogniser/pixels/boxes.h"
+
+namespace tralio {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Too narrow for an "L".
+bool isStroke(const QRect& mark) {
+    return mark.width() * 3 < mark.height();
+}
+
+/// The first mark of a letter's height in the word.
+const QRect* firstIn(const QRectF& word, const std::vector<QRect>& letters) {
+    const auto first = std::ranges::find_if(
+        letters, [&](const QRect& letter) { return word.contains(QRectF(letter).center()); });
+    return first == letters.end() ? nullptr : &*first;
+}
+
+void mend(ReadWord& word, const TextLine& line, bool isUnit) {
+    QString& text = word.text;
+    const QRect* const first = firstIn(word.box, line.letters);
+    if (!first || !isStroke(*first))
+        return;
+    if (text.size() > 1 && text[0] == u'L' && text[1].isLower())
+        text[0] = u'l';
+    // What is no letter goes below the letters' feet.
+    constexpr size_t fewest = 4;
+    if (line.letters.size() < fewest || first->bottom() > footOf(line.letters))
+        return;
+    if (text == u"|")
+        text = isUnit ? u'l' : u'I';
+    const auto isApostrophe = [&](const QRect& dot) {
+        return word.box.contains(QRectF(dot).center()) && dot.bottom() < first->center().y();
+    };
+    if (text == u"[II" && std::ranges::any_of(line.dots, isApostrophe))
+        text = u"I’ll"_s;
+}
+
+}  // namespace
+
+void mendThinLetters(Reading& reading, const std::vector<TextLine>& lines) {
+    for (ReadLine& read : reading.lines)
+        for (size_t i = 0; i < read.words.size(); ++i)
+            for (const TextLine& line : lines)
+                if (!line.isShaded && shareHeight(read.box, line.box))
+                    mend(read.words[i], line, i > 0 && read.words[i - 1].text.back().isDigit());
+}
+
+}  // namespace tralio
