@@ -1,3 +1,5 @@
+#include <QMimeData>
+
 #include "common/text_limit.h"
 #include "ui/translate_panel_support.h"
 
@@ -43,18 +45,20 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
     const QString longest(longestText, u'a');
     const QString tooLong = longest + u"bc"_s;
     pictureSays(tooLong);
-    using enum TranslateState::TextOrigin;
+    using enum TextOrigin;
     desktop.pasteboard.copy(tooLong);
     desktop.pasteboard.selected = tooLong;
+    QMimeData dragged;
+    dragged.setText(tooLong);
     const auto drop = [this](const QString& name, const QByteArray& content) {
         panel->handleDrop({{.fileURL = file(name, content)}});
     };
     const QString told = u"Văn bản quá dài (200.002 ký tự, tối đa 200.000)"_s;
     const std::pair<QString, std::function<void()>> ways[] = {
         {told, [&] { panel->pasteFromClipboard(AutoTranslate::yes); }},
-        {told, [&] { EXPECT_EQ(panel->textToInsert(clipboard, {}), std::nullopt); }},
-        {told, [&] { EXPECT_EQ(panel->textToInsert(selection, {}), std::nullopt); }},
-        {told, [&] { EXPECT_EQ(panel->textToInsert(drag, {}, tooLong), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(dragged, clipboard, {}), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(dragged, selection, {}), std::nullopt); }},
+        {told, [&] { EXPECT_EQ(panel->textToInsert(dragged, drag, {}), std::nullopt); }},
         {told, [&] { appState.requestTranslation(tooLong); }}, {told, [&] { drop(u"a.png"_s, {}); }},
         {told, [&] { drop(u"a.txt"_s, tooLong.toUtf8()); }},
         {u"Văn bản quá dài (hơn 200.000 ký tự, tối đa 200.000)"_s,
@@ -68,8 +72,9 @@ TEST_F(FoundText, a_text_that_is_too_long_is_refused_with_words_whatever_way_it_
         EXPECT_FALSE(panel->isTranslating());
     }
     // As does what has grown under the user's fingers.
-    EXPECT_EQ(panel->textToInsert(drag, u"typed"_s, longest), std::nullopt) << "with what stays there";
-    EXPECT_EQ(panel->textToInsert(drag, {}, longest), longest) << "in the place of it all";
+    dragged.setText(longest);
+    EXPECT_EQ(panel->textToInsert(dragged, drag, u"typed"_s), std::nullopt) << "with what stays there";
+    EXPECT_EQ(panel->textToInsert(dragged, drag, {}), longest) << "in the place of it all";
     translate(tooLong);
     EXPECT_EQ(panel->errorMessage(), told);
     translate(u"𠮷"_s.repeated(longestText));
@@ -175,7 +180,7 @@ TEST_F(FoundText, a_reading_that_is_cancelled_or_overtaken_changes_nothing_and_w
     // So does a text, and a picture overtakes a file that is not read yet.
     desktop.pasteboard.copy(u"pasted"_s);
     const auto paste = [this] { panel->pasteFromClipboard(AutoTranslate::no); };
-    const auto insert = [this] { (void)panel->textToInsert(TranslateState::TextOrigin::clipboard, {}); };
+    const auto insert = [this] { (void)panel->textToInsert(QMimeData(), TextOrigin::clipboard, {}); };
     for (const auto& come : std::initializer_list<std::function<void()>>{paste, insert}) {
         panel->performOCR(picture(), AutoTranslate::no);
         come();

@@ -24,8 +24,8 @@ struct SettingsStateTest : testing::Test, protected ProgramOnFakes {
     }
 
     [[nodiscard]] std::unique_ptr<SettingsState> opened() {
-        return std::make_unique<SettingsState>(SettingsState::Dependencies{
-            settings, hotKeys, ai, updates, appState, permissions, undo, desktop.clock, keyCode, [] {}});
+        return std::make_unique<SettingsState>(SettingsState::Dependencies{settings, hotKeys, ai, updates,
+            appState, desktop.pasteboard, permissions, undo, desktop.clock, keyCode, [] {}});
     }
 
     PermissionWatch permissions{hotKeys, desktop.clock};

@@ -1,5 +1,7 @@
+#include <QClipboard>
 #include <QTextEdit>
 
+#include "common/text_limit.h"
 #include "engine/hosts.h"
 #include "engine/provider_preset.h"
 #include "ui/kit/switch.h"
@@ -123,6 +125,33 @@ TEST_F(SettingsPanelOnStage, the_key_is_masked_until_the_user_looks_at_it) {
     EXPECT_EQ(key->text(), u"sk-secret 1");
     key->undo();  // or whatever else edits without saying so
     EXPECT_EQ(key->text(), setting(u"api_key"_s));
+}
+
+TEST_F(SettingsPanelOnStage, what_is_pasted_is_read_as_far_as_it_is_accepted_and_not_by_the_toolkit) {
+    QGuiApplication::clipboard()->setText(u"all of it"_s);
+    QLineEdit* model = field(u"Tên Model"_s);
+    auto* prompt = visibleParts<QTextEdit>(window()).front();
+    const auto pasteByMenu = [&] {
+        QContextMenuEvent ask(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint());
+        QApplication::sendEvent(model, &ask);
+        click(u"Dán"_s);
+    };
+    const std::pair<QString, std::function<void()>> ways[] = {
+        {u"copied"_s, [&] { QTest::keyClick(model, Qt::Key_V, Qt::ControlModifier); }},
+        {u"copied"_s, [&] { QTest::keyClick(model, Qt::Key_Insert, Qt::ShiftModifier); }},
+        {u"copied"_s, pasteByMenu}, {u"selected"_s, [&] { QTest::mouseClick(model, Qt::MiddleButton); }},
+        {u"copied"_s, [&] { QTest::keyClick(prompt, Qt::Key_V, Qt::ControlModifier); }}};
+    for (const auto& [expected, paste] : ways) {
+        for (const bool isTooLong : {false, true}) {
+            desktop.pasteboard.copy(isTooLong ? QString(longestText + 1, u'a') : u"copied"_s);
+            desktop.pasteboard.selected = isTooLong ? std::optional<QString>() : u"selected"_s;
+            model->setText({});
+            prompt->clear();
+            paste();
+            EXPECT_EQ(model->text() + prompt->toPlainText(), isTooLong ? QString() : expected)
+                << &paste - &ways[0].second;
+        }
+    }
 }
 
 TEST_F(SettingsPanelOnStage,

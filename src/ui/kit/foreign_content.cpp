@@ -1,11 +1,14 @@
 #include "ui/kit/foreign_content.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMimeData>
 #include <QUrl>
 
 #include <algorithm>
 
 #include "common/picture.h"
+#include "hotkeys/pasteboard.h"
 
 namespace tralio {
 
@@ -29,6 +32,25 @@ ForeignContent foreignContent(const QMimeData& content) {
     if (!text.isEmpty() && !(hasPicture && isAddress))
         return ForeignContent::text;
     return hasPicture ? ForeignContent::picture : ForeignContent::nothing;
+}
+
+TextOrigin originOf(const QMimeData& content) {
+    const QClipboard* toolkit = QGuiApplication::clipboard();
+    if (&content == toolkit->mimeData())
+        return TextOrigin::clipboard;
+    return &content == toolkit->mimeData(QClipboard::Selection) ? TextOrigin::selection : TextOrigin::drag;
+}
+
+std::optional<QString> textOf(const QMimeData& content, TextOrigin origin, Pasteboard& pasteboard) {
+    switch (origin) {
+        case TextOrigin::clipboard:
+            return pasteboard.string();
+        case TextOrigin::selection:
+            return pasteboard.selectedString();
+        case TextOrigin::drag:
+            return content.text();
+    }
+    Q_UNREACHABLE();
 }
 
 }  // namespace tralio

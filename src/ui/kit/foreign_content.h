@@ -2,9 +2,13 @@
 
 #include <QString>
 
+#include <optional>
+
 class QMimeData;
 
 namespace tralio {
+
+class Pasteboard;
 
 /// The kinds of content, in a drag or on the clipboard, that the program can use.
 enum class ForeignContent {
@@ -22,5 +26,16 @@ enum class ForeignContent {
 /// The MIME type under which Chromium offers a picture of a web page, beside its address: the bytes of a
 /// picture file in any format.
 [[nodiscard]] QString fileContentFormat();
+
+/// Where a text comes from that is inserted into an editor.
+enum class TextOrigin { clipboard, selection, drag };
+
+/// Where the toolkit has content from that it hands to an editor.
+[[nodiscard]] TextOrigin originOf(const QMimeData& content);
+
+/// Its text, or nothing. What is copied or selected is read by `pasteboard`, no more of it than is accepted;
+/// the toolkit would read all that another program offers, whatever its size.
+[[nodiscard]] std::optional<QString> textOf(
+    const QMimeData& content, TextOrigin origin, Pasteboard& pasteboard);
 
 }  // namespace tralio

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "common/binding.h"
 #include "ui/kit/text_editor.h"
 
@@ -15,6 +17,8 @@ public:
 
     /// Shows the bound text, keeping the caret's position.
     void refresh();
+    /// As TextEditor::setTextOf.
+    void setTextOf(TextEditor::TextOf textOf) { m_editor->setTextOf(std::move(textOf)); }
     /// The accessible name of the editor.
     void setSpokenCaption(const QString& caption);
 

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+#include "common/text_limit.h"
+#include "hotkeys/pasteboard.h"
 #include "ui/kit/edit_menu.h"
 #include "ui/kit/painting.h"
 #include "ui/kit/theme.h"
@@ -21,7 +23,8 @@ constexpr int fixedWidthRise = 2;  // this font has more room above its letters 
 
 }  // namespace
 
-TextField::TextField(Face face, QWidget* parent) : QLineEdit(parent) {
+TextField::TextField(Face face, Pasteboard* pasteboard, QWidget* parent)
+    : QLineEdit(parent), m_pasteboard(pasteboard) {
     setFrame(false);
     setFont(fontFor(face == Face::fixedWidth ? text::fixedWidth : text::caption));
     setTextMargins(fieldPadding - toolkitPadding, 0, fieldPadding - toolkitPadding,
@@ -112,6 +115,34 @@ void TextField::leaveEvent(QEvent* event) {
     m_hovered = false;
     update();
     QLineEdit::leaveEvent(event);
+}
+
+void TextField::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Paste) && !isReadOnly())
+        paste();
+    else
+        QLineEdit::keyPressEvent(event);
+}
+
+void TextField::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::MiddleButton || isReadOnly() || !m_pasteboard) {
+        QLineEdit::mouseReleaseEvent(event);
+    } else if (m_composed.isEmpty()) {
+        deselect();
+        insertForeign(m_pasteboard->selectedString());
+    }
+}
+
+void TextField::paste() {
+    if (m_pasteboard)
+        insertForeign(m_pasteboard->string());
+    else
+        QLineEdit::paste();
+}
+
+void TextField::insertForeign(const std::optional<QString>& text) {
+    if (text && !text->isEmpty() && !isTooLong(*text))
+        insert(*text);
 }
 
 void TextField::contextMenuEvent(QContextMenuEvent* event) {

@@ -2,7 +2,11 @@
 
 #include <QLineEdit>
 
+#include <optional>
+
 namespace tralio {
+
+class Pasteboard;
 
 /// A single-line text field with a background. Set an accessible name; the placeholder is not one. One that
 /// is masked has no undo, and leaves its keys to what stands around it.
@@ -12,7 +16,8 @@ class TextField final : public QLineEdit {
 public:
     enum class Face { proportional, fixedWidth };
 
-    explicit TextField(Face face = Face::proportional, QWidget* parent = nullptr);
+    /// `pasteboard` reads what is pasted, no more of it than is accepted; without it, the toolkit does.
+    explicit TextField(Face face, Pasteboard* pasteboard = nullptr, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -21,6 +26,9 @@ public:
     [[nodiscard]] QString shownText() const;
     /// As QLineEdit::setText. Discards a composition, and does not count as an edit.
     void setText(const QString& text);
+
+    /// Inserts what is copied.
+    void paste();
 
 Q_SIGNALS:
     /// Somebody has changed the shown text, other than by setText.
@@ -31,13 +39,17 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
     void followTheme();
     void tell();
+    void insertForeign(const std::optional<QString>& text);
 
+    Pasteboard* m_pasteboard;
     QString m_composed;
     QString m_told;  ///< the shown text as last reported
     bool m_hovered = false;

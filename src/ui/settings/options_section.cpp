@@ -3,6 +3,7 @@
 #include "common/on_change.h"
 #include "state/app_settings.h"
 #include "ui/kit/button.h"
+#include "ui/kit/foreign_content.h"
 #include "ui/kit/label.h"
 #include "ui/kit/prompt_editor.h"
 #include "ui/kit/surface.h"
@@ -50,6 +51,8 @@ QLayout* OptionsSection::prompt() {
     AppSettings& settings = m_state.settings();
     m_prompt = new PromptEditor({[&settings] { return settings.customPrompt(); },
         [&settings](QString text) { settings.customPrompt = std::move(text); }, &settings});
+    m_prompt->setTextOf(
+        [this](const QMimeData& source) { return textOf(source, originOf(source), m_state.pasteboard()); });
     m_prompt->setSpokenCaption(u"System Prompt"_s);
     auto* title = new Label(u"System Prompt:"_s, text::caption, ColorRole::secondary);
     return column({.spacing = 6 - wordRoom}, {row({}, {title, Stretch{}, reset, wordOverhang}), m_prompt});

@@ -138,7 +138,7 @@ QLayout* ProviderSection::keyField() {
 
 TextField* ProviderSection::field(
     Persisted<QString>& setting, const QString& caption, const QString& placeholder) {
-    auto* field = new TextField(TextField::Face::fixedWidth);
+    auto* field = new TextField(TextField::Face::fixedWidth, &m_state.pasteboard());
     field->setAccessibleName(caption);
     field->setPlaceholderText(placeholder);
     connect(field, &TextField::edited, this, [&setting](const QString& text) { setting = text; });

@@ -18,6 +18,7 @@ namespace tralio {
 class AIService;
 class AppSettings;
 class AppState;
+class Pasteboard;
 class PermissionWatch;
 class UndoOffer;
 class UpdateService;
@@ -38,6 +39,7 @@ public:
         AIService& ai;
         UpdateService& updates;
         AppState& appState;
+        Pasteboard& pasteboard;
         PermissionWatch& permissions;
         UndoOffer& undo;
         Clock& clock;
@@ -59,6 +61,7 @@ public:
     [[nodiscard]] bool isAccessibilityGranted() const;
     [[nodiscard]] bool isScreenCaptureGranted() const;
     [[nodiscard]] AppSettings& settings() { return m_needs.settings; }
+    [[nodiscard]] Pasteboard& pasteboard() { return m_needs.pasteboard; }
     [[nodiscard]] UpdateService& updateService() { return m_needs.updates; }
 
     /// The presets of a hot key, and the text of its present shortcut.

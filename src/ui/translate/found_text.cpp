@@ -151,12 +151,8 @@ bool TranslateState::admits(const QString& text) {
 }
 
 std::optional<QString> TranslateState::textToInsert(
-    TextOrigin origin, const QString& kept, const QString& dragged) {
-    std::optional<QString> text = dragged;
-    if (origin == TextOrigin::clipboard)
-        text = m_needs.pasteboard.string();
-    else if (origin == TextOrigin::selection)
-        text = m_needs.pasteboard.selectedString();
+    const QMimeData& source, TextOrigin origin, const QString& kept) {
+    std::optional<QString> text = textOf(source, origin, m_needs.pasteboard);
     if (!text || !admits(*text) || !admits(kept + *text))
         return std::nullopt;
     m_needs.appState.stopReading();

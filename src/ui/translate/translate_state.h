@@ -13,6 +13,7 @@
 #include "common/clock.h"
 #include "common/observable_object.h"
 #include "ocr/text_recognizer.h"
+#include "ui/kit/foreign_content.h"
 #include "ui/translate/dropped_item.h"
 
 namespace tralio {
@@ -107,13 +108,10 @@ public:
     void checkAndTriggerPendingTranslation();
     /// Takes the clipboard's text, or else the text in its picture.
     void pasteFromClipboard(AutoTranslate autoTranslate);
-    /// The source of a text that is inserted into the input.
-    enum class TextOrigin { clipboard, selection, drag };
     /// What to insert of a text that is dropped on the input, or pasted by key or middle button: nothing,
     /// with an error message, if the input would become too long. `kept` is the part of the input that stays.
-    /// For clipboard and selection the text is read here.
     [[nodiscard]] std::optional<QString> textToInsert(
-        TextOrigin origin, const QString& kept, const QString& dragged = {});
+        const QMimeData& source, TextOrigin origin, const QString& kept);
     /// Lets the user select a region of the screen, and translates the text in it.
     QCoro::Task<void> captureScreenAndTranslate();
     /// Makes the text in a picture the input. Does nothing for a file that is no picture.

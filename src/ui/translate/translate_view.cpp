@@ -1,7 +1,5 @@
 #include "ui/translate/translate_view.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QMimeData>
 #include <QShortcut>
 
@@ -121,14 +119,9 @@ QLayout* TranslateView::languageRow() {
 QWidget* TranslateView::inputBox() {
     m_input = new MultilineEnterInputView(m_state.inputText, [this] { m_state.performTranslate(); });
     m_input->setTextOf([this](const QMimeData& source) {
-        // Qt would read all of what another program offers, whatever its size.
-        using enum TranslateState::TextOrigin;
-        const QClipboard* toolkit = QGuiApplication::clipboard();
-        if (&source == toolkit->mimeData())
-            return m_state.textToInsert(clipboard, m_input->unselectedText());
-        if (&source == toolkit->mimeData(QClipboard::Selection))
-            return m_state.textToInsert(selection, m_input->unselectedText());
-        return m_state.textToInsert(drag, m_input->text(), source.text());
+        const TextOrigin origin = originOf(source);
+        return m_state.textToInsert(
+            source, origin, origin == TextOrigin::drag ? m_input->text() : m_input->unselectedText());
     });
     m_input->setAccessibleName(u"Nội dung cần dịch"_s);
     m_input->setFixedHeight(115);
