@@ -25,7 +25,7 @@ struct SettingsStateTest : testing::Test, protected ProgramOnFakes {
 
     [[nodiscard]] std::unique_ptr<SettingsState> opened() {
         return std::make_unique<SettingsState>(SettingsState::Dependencies{settings, hotKeys, ai, updates,
-            appState, desktop.pasteboard, permissions, undo, desktop.clock, keyCode, [] {}});
+            appState, desktop.pasteboard, permissions, undo, desktop.clock, keyCode, true, [] {}});
     }
 
     PermissionWatch permissions{hotKeys, desktop.clock};

@@ -199,6 +199,12 @@ TEST_F(SettingsPanelOnStage,
     QTest::mouseClick(paste, Qt::LeftButton);
     EXPECT_TRUE(isKnob(18) && isKnob(28));
     EXPECT_EQ(store.boolean(u"app_setting_auto_paste"_s), true);
+    const QString fromNextStart = u"Có hiệu lực từ lần mở Tralio sau."_s;
+    EXPECT_TRUE(eventually([&] { return texts().contains(fromNextStart); })) << "the shell has its own";
+    click(u"Tralio"_s, u"Cài đặt"_s);
+    EXPECT_THAT(texts(), Contains(fromNextStart));
+    QTest::mouseClick(find<Switch>(), Qt::LeftButton);
+    EXPECT_TRUE(eventually([&] { return !texts().contains(fromNextStart); }));
 }
 
 TEST_F(StageTest, every_control_of_the_settings_asks_for_what_it_says) {

@@ -172,15 +172,18 @@ struct PendingText : TranslatePanel {
 };
 
 TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_milliseconds_later) {
+    const QString picked = u"picked in a window, of whose text the log has thirty characters"_s;
     for (qsizetype round = 1; round <= 2; ++round) {  // the same text again is another request
         input->text = u"typed"_s;
-        appState.requestTranslation(u"\u3000 \u00a0\tpicked\u2029 \n"_s);
+        appState.requestTranslation(u"\u3000 \u00a0\t"_s + picked + u"\u2029 \n"_s);
         EXPECT_EQ(input->text(), u"typed"_s) << "taken over before the observers' turn";
         ASSERT_TRUE(nextTurn());
-        EXPECT_EQ(input->text(), u"picked"_s);
+        EXPECT_EQ(input->text(), picked);
         EXPECT_EQ(appState.pendingTextToTranslate(), QString());
-        EXPECT_EQ(logged(u"pendingText='picked'"_s), round);
-        EXPECT_EQ(logged(u"AppState.requestTranslation: requested with text 'picked'"_s), round);
+        EXPECT_EQ(logged(u"pendingText='picked in a window, of whose t'"_s), round);
+        EXPECT_EQ(
+            logged(u"AppState.requestTranslation: requested with text 'picked in a window, of whose t'"_s),
+            round);
         desktop.clock.advance(49ms);
         EXPECT_FALSE(panel->isTranslating());
         desktop.clock.advance(1ms);
@@ -188,7 +191,7 @@ TEST_F(PendingText, a_requested_text_is_taken_over_at_once_and_translated_fifty_
         ASSERT_TRUE(translationEnds());
         EXPECT_EQ(model.requests().size(), round);
     }
-    EXPECT_EQ(panel->outputText(), u"PICKED"_s);
+    EXPECT_EQ(panel->outputText(), picked.toUpper());
 }
 
 TEST_F(PendingText, each_opening_of_the_popover_checks_fifty_milliseconds_later) {

@@ -225,7 +225,7 @@ QWidget* MainView::makeHistoryPanel() {
 QWidget* MainView::makeSettingsPanel() {
     const auto state = std::make_shared<SettingsState>(SettingsState::Dependencies{m_settings,
         m_needs.hotKeys, m_needs.ai, m_needs.updates, m_needs.appState, m_needs.pasteboard, m_permissions,
-        m_undo, m_needs.clock, m_needs.keyCodes, [this] { openGuide(); }});
+        m_undo, m_needs.clock, m_needs.keyCodes, m_isClipboardChecked, [this] { openGuide(); }});
     m_panelState = state;
     return new SettingsView(*state);
 }

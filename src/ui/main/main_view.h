@@ -92,6 +92,7 @@ private:
     Dependencies m_needs;
     Actions m_actions;
     AppSettings m_settings;
+    const bool m_isClipboardChecked = m_settings.autoPaste();  ///< by the shell, which keeps to what it found
     TranslationHistoryStore m_history;
     PermissionWatch m_permissions;
     UndoOffer m_undo;

@@ -2,10 +2,12 @@
 
 #include "common/on_change.h"
 #include "state/app_settings.h"
+#include "ui/kit/accessibility.h"
 #include "ui/kit/button.h"
 #include "ui/kit/foreign_content.h"
 #include "ui/kit/label.h"
 #include "ui/kit/prompt_editor.h"
+#include "ui/kit/reveal.h"
 #include "ui/kit/surface.h"
 #include "ui/kit/switch.h"
 #include "ui/settings/section.h"
@@ -39,7 +41,10 @@ QLayout* OptionsSection::autoPasteRow() {
     m_autoPaste = new Switch;
     m_autoPaste->setSpokenCaption(title);
     connect(m_autoPaste, &Switch::clicked, this, [this](bool on) { m_state.settings().autoPaste = on; });
-    return row({}, {new Label(title), Stretch{}, m_autoPaste, Gap{-switchRingRoom}});
+    m_fromNextStart =
+        new Label(u"Có hiệu lực từ lần mở Tralio sau."_s, text::smallCaption, ColorRole::secondary);
+    m_notYet = new Reveal(m_fromNextStart);
+    return column({}, {row({}, {new Label(title), Stretch{}, m_autoPaste, Gap{-switchRingRoom}}), m_notYet});
 }
 
 QLayout* OptionsSection::prompt() {
@@ -60,6 +65,10 @@ QLayout* OptionsSection::prompt() {
 
 void OptionsSection::refresh() {
     m_autoPaste->setChecked(m_state.settings().autoPaste());
+    const bool isNotYet = m_state.isClipboardCheckChanged();
+    if (isNotYet && !m_notYet->isRevealed() && isVisible())
+        announce(*m_fromNextStart);
+    m_notYet->setRevealed(isNotYet);
     m_prompt->refresh();
 }
 

@@ -4,7 +4,9 @@
 
 namespace tralio {
 
+class Label;
 class PromptEditor;
+class Reveal;
 class SettingsState;
 class Switch;
 
@@ -22,6 +24,8 @@ private:
 
     SettingsState& m_state;
     Switch* m_autoPaste;
+    Label* m_fromNextStart;
+    Reveal* m_notYet;
     PromptEditor* m_prompt;
 };
 

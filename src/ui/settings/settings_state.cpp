@@ -175,6 +175,10 @@ void SettingsState::chooseHotKey(HotKeyRecordTarget target, const HotKeyPresetIt
     save(target, {preset.combination, preset.display});
 }
 
+bool SettingsState::isClipboardCheckChanged() const {
+    return m_needs.settings.autoPaste() != m_needs.isClipboardChecked;
+}
+
 void SettingsState::chooseProvider(const QString& presetId) {
     for (const ProviderPreset& preset : ProviderPreset::presets()) {
         if (preset.id == presetId) {

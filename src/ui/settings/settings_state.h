@@ -44,6 +44,7 @@ public:
         UndoOffer& undo;
         Clock& clock;
         KeyDownMonitor::KeyCodes keyCodes;
+        bool isClipboardChecked;  ///< by the shell, until the program ends
         std::function<void()> openGuide;
     };
 
@@ -77,6 +78,9 @@ public:
     [[nodiscard]] const ProviderPreset* selectedProvider() const;
     /// Whether the maker's gateway is selected, whose endpoint and key the user cannot edit.
     [[nodiscard]] bool usesOwnGateway() const;
+
+    /// Whether the clipboard check has been turned on or off for the next start.
+    [[nodiscard]] bool isClipboardCheckChanged() const;
 
     /// Progress of the update's download in whole percent.
     [[nodiscard]] int downloadPercentage() const;
