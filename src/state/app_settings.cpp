@@ -120,6 +120,17 @@ std::function<void()> AppSettings::remembered() {
     };
 }
 
+std::function<void()> AppSettings::rememberedEndpoint() {
+    return [this, isKeyAwaited = m_store.isAwaited(apiKey.key()), endpoint = endpointSettings()] {
+        baseURL = endpoint.baseURL;
+        model = endpoint.model;
+        apiKey = endpoint.apiKey;
+        if (isKeyAwaited)
+            m_store.awaitAgain(apiKey.key());
+        selectedPresetId = endpoint.selectedPresetId;
+    };
+}
+
 void AppSettings::updateCustomHotKey(quint32 keyCode, quint32 modifiers, const QString& display) {
     hotKeyKeyCode = keyCode;
     hotKeyModifiers = modifiers;

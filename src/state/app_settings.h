@@ -80,6 +80,8 @@ public:
 
     /// A function that restores what a reset changes to its present values. The settings must outlive it.
     [[nodiscard]] std::function<void()> remembered();
+    /// The same of what `applyPreset` changes.
+    [[nodiscard]] std::function<void()> rememberedEndpoint();
 
     /// Stores a hot key and registers it. Virtual key code and modifier mask are explained in
     /// `HotKeyService`.

@@ -151,9 +151,12 @@ TEST_F(SettingsStateTest, a_provider_that_takes_the_place_of_what_only_the_user_
         choose(u"kavo"_s);
         desktop.clock.advance(5s);
         EXPECT_NE(own.setting(), own.value);
+        settings.customPrompt = own.value;
         ASSERT_TRUE(undo.message()) << qPrintable(own.value);
         undo.accept();
         EXPECT_EQ(own.setting(), own.value);
+        EXPECT_EQ(settings.selectedPresetId(), u"openai"_s);
+        EXPECT_EQ(settings.customPrompt(), own.value) << "which was set since";
     }
 }
 

@@ -184,7 +184,7 @@ void SettingsState::chooseProvider(const QString& presetId) {
         if (preset.id == presetId) {
             if (!m_needs.undo.extend() && settings().wouldLoseOwn(preset))
                 m_needs.undo.make(
-                    u"Đã đổi nhà cung cấp"_s, settings().remembered(), UndoOffer::Kind::ofSeveral);
+                    u"Đã đổi nhà cung cấp"_s, settings().rememberedEndpoint(), UndoOffer::Kind::ofSeveral);
             settings().applyPreset(preset);
             // Even if the same provider is selected again, since that restores its values.
             testResult = std::nullopt;
