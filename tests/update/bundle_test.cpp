@@ -158,12 +158,15 @@ TEST_F(BundleTest, only_the_program_of_the_bundle_may_be_replaced_and_the_distri
 }
 
 TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and_nothing_else) {
-    write(u"Tralio.app/Contents/Info.plist"_s, u"an application"_s);
-    write(u"Tralio.app/Contents/MacOS/TralioApp"_s, u"its program"_s);
+    for (const QString& root : {u""_s, u"linked/"_s, u"dead/"_s}) {
+        write(root + u"Tralio.app/Contents/Info.plist"_s, u"an application"_s);
+        write(root + u"Tralio.app/Contents/MacOS/TralioApp"_s, u"its program"_s);
+        const QString starter = root + u"Tralio.app/Contents/Helpers/open"_s;
+        write(starter, u"what starts it"_s);
+        ASSERT_TRUE(QFile::setPermissions(path(starter), QFile::ReadOwner | QFile::ExeOwner));
+    }
     write(u"deep/Tralio.app/Contents/Info.plist"_s, u"too deep"_s);
     write(u"Other.app/Contents/Info.plist"_s, u"another"_s);
-    write(u"linked/Tralio.app/Contents/MacOS/TralioApp"_s, u"a file"_s);
-    write(u"dead/Tralio.app/Contents/MacOS/TralioApp"_s, u"nothing that runs"_s);
     ASSERT_TRUE(QFile::setPermissions(
         path(u"dead/Tralio.app/Contents/MacOS/TralioApp"_s), QFile::ReadOwner | QFile::WriteOwner));
     ASSERT_TRUE(QFile::link(u"/etc"_s, path(u"linked/Tralio.app/Contents/Resources"_s)));
@@ -176,7 +179,10 @@ TEST_F(BundleTest, an_archive_counts_if_it_is_whole_and_has_the_bundle_in_it_and
     const QString notOnlyTheBundle = fault(zip(u"deep.zip"_s, {u"deep"_s}));
     EXPECT_FALSE(notOnlyTheBundle.isEmpty());
     for (const QStringList& content :
-        {QStringList{u"Tralio.app/Contents/Info.plist"_s}, QStringList{u"Tralio.app"_s, u"Other.app"_s}})
+        {QStringList{u"Tralio.app/Contents/Info.plist"_s, u"Tralio.app/Contents/MacOS"_s},
+            QStringList{u"Tralio.app/Contents/Helpers"_s, u"Tralio.app/Contents/MacOS"_s},
+            QStringList{u"Tralio.app/Contents/Info.plist"_s, u"Tralio.app/Contents/Helpers"_s},
+            QStringList{u"Tralio.app"_s, u"Other.app"_s}})
         EXPECT_EQ(fault(zip(u"other.zip"_s, content)), notOnlyTheBundle) << qPrintable(content.join(u' '));
     const QString link = fault(zip(u"link.zip"_s, {u"Tralio.app"_s}, u"linked"_s));
     EXPECT_TRUE(link.contains(u"link")) << qPrintable(link);

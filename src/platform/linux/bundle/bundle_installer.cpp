@@ -9,6 +9,7 @@
 #include <QStorageInfo>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -69,11 +70,14 @@ QByteArray wholeListing(const QByteArray& output) {
                                                                        : QByteArray();
 }
 
-/// Whether all of these paths inside an archive are in the one bundle at its top, and the program is among
-/// them.
+/// Whether all of these paths inside an archive are in the one bundle at its top, and what starts it again
+/// is among them.
 bool lieInBundle(const QByteArray& paths) {
     const QList<QByteArray> lines = paths.trimmed().split('\n');
-    return lines.contains("Tralio.app/Contents/MacOS/TralioApp") &&
+    constexpr std::array needed{"Tralio.app/Contents/MacOS/TralioApp", "Tralio.app/Contents/Info.plist",
+        "Tralio.app/Contents/Helpers/open"};
+    const auto isThere = [&](const char* path) { return lines.contains(path); };
+    return std::ranges::all_of(needed, isThere) &&
         std::all_of(lines.begin(), lines.end(), [](const QByteArray& path) {
             return path.startsWith("Tralio.app/") && !('/' + path + '/').contains("/../") &&
                 !path.contains('\\');
@@ -148,7 +152,7 @@ QCoro::Task<> BundleInstaller::checkArchive(QString zipPath) {
         throw LocalizedError(u"File cập nhật bị hỏng hoặc không phải là file zip."_s);
     const ProgramResult named = co_await runProgram(u"/bin/sh"_s, names, archiveLimit);
     if (!lieInBundle(wholeListing(named.output)))
-        throw LocalizedError(u"File cập nhật không chứa duy nhất ứng dụng Tralio.app."_s);
+        throw LocalizedError(u"File cập nhật không chứa duy nhất ứng dụng Tralio.app đầy đủ."_s);
     const ProgramResult listed = co_await runProgram(u"/bin/sh"_s, kinds, archiveLimit);
     if (!areFilesAndFolders(wholeListing(listed.output)))
         throw LocalizedError(u"File cập nhật chứa liên kết (link) nên không được cài."_s);
