@@ -56,6 +56,15 @@ TEST_F(X11Selection, the_clipboard_counts_changes_and_gives_texts_of_any_length_
     EXPECT_LT(time.elapsed(), 1000);
     EXPECT_EQ(pasteboard.isConcealed(), std::nullopt);
     kill(static_cast<pid_t>(owner.processId()), SIGCONT);
+
+    last = pasteboard.changeCount();
+    desktop.start(u"xclip"_s,
+        {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, u"image/gif"_s,
+            desktop.write(u"a.gif"_s, u"GIF89a"_s)});
+    ASSERT_TRUE(waitUntil([&] { return pasteboard.changeCount() > last; }));
+    const Picture other = QCoro::waitFor(pasteboard.picture());
+    ASSERT_TRUE(other) << "of a format that has no place among the usual ones";
+    EXPECT_EQ(contentOf(other->path()), "GIF89a");
 }
 
 /// Owns the clipboard on a thread of its own, with a text that never ends. Before each answer it sends one to

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <vector>
 
 #include "common/text_limit.h"
 #include "platform/linux/selection/clipboard_formats.h"
@@ -11,6 +12,8 @@ namespace tralio {
 namespace {
 
 constexpr qsizetype mostTargetBytes = 64 << 10;
+
+using Targets = std::vector<xcb_atom_t>;
 
 /// Receives the content piece by piece.
 using Sink = std::function<void(const QByteArray&)>;
@@ -45,7 +48,14 @@ public:
     }
 
     /// The list of targets that the owner offers; absent if it does not support the question.
-    std::optional<QByteArray> targets() { return convert(m_connection.atom("TARGETS"), mostTargetBytes); }
+    std::optional<Targets> targets() {
+        const auto bytes = convert(m_connection.atom("TARGETS"), mostTargetBytes);
+        if (!bytes)
+            return std::nullopt;
+        Targets targets(static_cast<size_t>(bytes->size()) / sizeof(xcb_atom_t));
+        std::memcpy(targets.data(), bytes->constData(), targets.size() * sizeof(xcb_atom_t));
+        return targets;
+    }
 
     void setDeadline(QDeadlineTimer deadline) { m_deadline = deadline; }
 
@@ -131,11 +141,34 @@ private:
     int m_unanswered = 0;
 };
 
-bool contains(const QByteArray& targets, xcb_atom_t target) {
-    for (qsizetype at = 0; at + qsizetype(sizeof target) <= targets.size(); at += sizeof target)
-        if (std::memcmp(targets.constData() + at, &target, sizeof target) == 0)
-            return true;
-    return false;
+bool contains(const Targets& targets, xcb_atom_t target) {
+    return std::ranges::find(targets, target) != targets.end();
+}
+
+bool isPicture(X11Connection& connection, xcb_get_atom_name_cookie_t asked) {
+    const XcbPtr<xcb_get_atom_name_reply_t> reply{xcb_get_atom_name_reply(connection.xcb(), asked, nullptr)};
+    return reply &&
+        QByteArrayView(xcb_get_atom_name_name(reply.get()), xcb_get_atom_name_name_length(reply.get()))
+            .startsWith("image/");
+}
+
+/// Those of the targets that are formats of pictures, best first.
+Targets picturesAmong(const Targets& targets, X11Connection& connection) {
+    Targets pictures;
+    for (const char* format : pictureFormats)
+        if (const xcb_atom_t target = connection.atom(format); contains(targets, target))
+            pictures.push_back(target);
+    if (!pictures.empty())
+        return pictures;
+    // The recogniser finds out whether it can decode another format.
+    std::vector<xcb_get_atom_name_cookie_t> asked;
+    asked.reserve(targets.size());
+    for (const xcb_atom_t target : targets)
+        asked.push_back(xcb_get_atom_name(connection.xcb(), target));
+    for (size_t i = 0; i < targets.size(); ++i)
+        if (isPicture(connection, asked[i]))
+            pictures.push_back(targets[i]);
+    return pictures;
 }
 
 }  // namespace
@@ -164,10 +197,7 @@ Picture readSelectionPicture(X11Connection& connection, xcb_atom_t selection, QD
     if (!targets)
         return nullptr;
     conversion.setDeadline(pictureDeadline);
-    for (const char* format : pictureFormats) {
-        const xcb_atom_t target = connection.atom(format);
-        if (!contains(*targets, target))
-            continue;
+    for (const xcb_atom_t target : picturesAmong(*targets, connection)) {
         const auto picture = std::make_shared<MemoryFile>();
         if (conversion.convert(
                 target, largestPicture, [&](const QByteArray& piece) { picture->append(piece); }))
