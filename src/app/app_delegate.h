@@ -82,8 +82,8 @@ private:
     /// From now on the clipboard check takes neither this content nor this text for new, whoever owns it.
     void noteHandled(qint64 changeCount, const QString& text);
     void translateLater(const QString& text);
-    /// For texts from other programs. A text that arrives before the previous one was requested, or just
-    /// after, replaces it: programs can send thousands, and each request is paid for.
+    /// For texts from other programs, of which the newest that waits is requested, at most one in 300 ms:
+    /// programs can send thousands, and each request is paid for.
     void showNextText();
     void requestNextText();
     /// Called for a text that the user asked for: what still waits came before it.

@@ -83,6 +83,7 @@ void AppDelegate::translateSelectionOnceFocused() {
             self->say(nothingSelected, noticeTime);
             return;
         }
+        self->noteHandled(self->m_needs.pasteboard.changeCount(), self->m_lastHandledText);
         self->dropNextText();
         self->m_needs.appState.stopReading();
         if (selection.use == LateSelection::Use::translate) {

@@ -78,8 +78,13 @@ TEST_F(Shell, a_selection_that_shows_late_is_requested_if_it_is_recent_and_offer
         deliver(shown);
         EXPECT_EQ(appState.pendingTextToTranslate(), shown.text);
         EXPECT_EQ(appState.notice() == nothing, shown.text.isEmpty());
+        EXPECT_EQ(std::exchange(appState.lastHandledChangeCount, -1),
+            shown.text.isEmpty() ? -1 : desktop.pasteboard.count)
+            << "what was copied before is older";
         if (!shown.text.isEmpty())
             EXPECT_EQ(appState.isPendingTextWanted, shown.use == LateSelection::Use::translate);
+        EXPECT_EQ(appState.notice() == u"Nhấn Return để dịch chữ này",
+            !shown.text.isEmpty() && shown.use == LateSelection::Use::offer);
     }
     // Not where the element has spoken.
     desktop.accessibility.focused = {.hasNoSelection = true};
@@ -89,7 +94,6 @@ TEST_F(Shell, a_selection_that_shows_late_is_requested_if_it_is_recent_and_offer
     EXPECT_EQ(appState.notice(), nothing);
     EXPECT_TRUE(popover.shown);
     EXPECT_EQ(log.messages().last(), u"handleGlobalHotKey: fetchSelectedText finished with text='nil'"_s);
-    EXPECT_EQ(appState.lastHandledChangeCount, -1);
 }
 
 TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_what_yields_no_text_requests_nothing) {
@@ -120,6 +124,14 @@ TEST_F(Shell, the_popover_is_away_while_the_user_draws_and_what_yields_no_text_r
     desktop.clock.advance(2s);
     EXPECT_EQ(appState.notice(), QString());
     EXPECT_EQ(appState.translateTriggerId(), std::nullopt);
+
+    recognizer.answer = []() -> std::vector<TextObservation> { throw OCRError::invalidImage(); };
+    capture();
+    EXPECT_TRUE(eventually([&] { return appState.notice() == OCRError::invalidImage().errorDescription(); }));
+    desktop.clock.advance(5999ms);
+    EXPECT_NE(appState.notice(), QString()) << "longer words";
+    desktop.clock.advance(1ms);
+    EXPECT_EQ(appState.notice(), QString());
 }
 
 TEST_F(Shell, what_comes_while_the_user_draws_opens_the_popover_once_that_is_done) {
