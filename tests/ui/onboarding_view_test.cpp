@@ -62,6 +62,9 @@ TEST_F(WalkThrough, every_page_has_the_ways_on_that_it_needs_and_return_alone_le
     press(Qt::Key_Enter);
     EXPECT_FALSE(hasControl(finish)) << "also when none of its buttons has the focus";
     EXPECT_EQ(store.boolean(u"hasCompletedOnboarding"_s), true);
+    appState.showOnboarding = true;
+    settle();
+    EXPECT_THAT(titles(), ElementsAre(skip, next)) << "from the beginning";
 }
 
 TEST_F(WalkThrough, a_permission_is_asked_for_on_its_card_until_it_is_granted) {

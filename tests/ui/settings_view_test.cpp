@@ -256,6 +256,24 @@ TEST_F(StageTest, the_endpoint_of_the_users_own_is_tested_as_it_is_written) {
     ASSERT_EQ(model.requests().size(), 1);
     EXPECT_EQ(model.requests().last().header("Authorization"), "Bearer sk-own");
     EXPECT_THAT(texts().filter(u"No such model"_s), SizeIs(1));
+    const auto greenOf = [this](const QString& said) {  // over red
+        const QImage picture =
+            pictureOf(*part<Label>([&](const Label& label) { return label.text().contains(said); }));
+        int more = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                more += picture.pixelColor(x, y).green() - picture.pixelColor(x, y).red();
+        return more;
+    };
+    EXPECT_LT(greenOf(u"No such model"_s), 0);
+    const QString works = u"It works"_s;
+    model.translatesTo(works);
+    click(u"Kiểm tra"_s);
+    wait([&] { return !texts().filter(works).isEmpty(); });
+    EXPECT_GT(greenOf(works), 0);
+    model.replies(StandInReply::error(400, u"No such model"_s));
+    click(u"Kiểm tra"_s);
+    wait([&] { return !texts().filter(u"No such model"_s).isEmpty(); });
     click(u"Khôi phục mặc định"_s);
     EXPECT_THAT(texts().filter(u"No such model"_s), IsEmpty());
 }

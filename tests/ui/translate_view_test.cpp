@@ -37,6 +37,12 @@ TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_i
     EXPECT_FALSE(hasControl(u"Tự động phát hiện"_s)) << "which is no language to translate into";
     click(u"Lịch sử"_s);
     EXPECT_FALSE(hasControl(u"Tiếng Nhật"_s)) << "a menu outlives its panel";
+    click(u"Tralio"_s);
+    EXPECT_TRUE(hasControl(u"Ngôn ngữ nguồn: Tiếng Anh"_s) && hasControl(u"Ngôn ngữ đích: Tiếng Việt"_s))
+        << "the languages are the panel's";
+    click(u"Giọng điệu: "_s + TranslationTone::formal.rawValue());
+    for (const TranslationTone tone : TranslationTone::allCases())
+        EXPECT_EQ(controls(tone.rawValue()).constFirst()->isChecked(), tone == TranslationTone::formal);
 }
 
 TEST_F(TranslateViewTest, the_tool_row_counts_characters_and_fills_and_empties_the_input) {
