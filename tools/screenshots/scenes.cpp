@@ -208,6 +208,12 @@ void providerCard(Stage& stage) {
     testConnection(stage, u"Kiểm tra kết nối"_s);
 }
 
+void clipboardCheckOff(Stage& stage) {
+    settings(stage);
+    scrollTo(stage, u"Tùy chọn & Chỉ dẫn AI"_s);
+    stage.click(u"Tự động dịch khi mở từ Clipboard"_s);
+}
+
 void settingsEnd(Stage& stage) {
     offerUpdate(stage);
     settingsOfOthers(stage);
@@ -262,6 +268,7 @@ const QList<Scene>& scenes() {
         {u"settings-provider-fields"_s, providerFields},
         {u"settings-provider-exposure"_s, providerExposure},
         {u"settings-provider-card"_s, providerCard},
+        {u"settings-clipboard-off"_s, clipboardCheckOff},
         {u"settings-bottom"_s, settingsEnd},
         {u"settings-permissions-missing"_s, permissionsMissing},
         {u"settings-focused-field"_s, keyboardOn(u"Tên Model"_s)},
