@@ -60,17 +60,21 @@ void TranslationHistoryStore::add(const QString& sourceText, const QString& tran
 }
 
 void TranslationHistoryStore::remove(const QSet<qsizetype>& at) {
-    QList<TranslationItem> kept;
+    QSet<QUuid> ids;
     for (qsizetype position = 0; position < m_items().size(); ++position)
-        if (!at.contains(position))
-            kept.append(m_items()[position]);
-    m_items = std::move(kept);
-    saveRemoval();
+        if (at.contains(position))
+            ids.insert(m_items()[position].id);
+    removeAll(ids);
 }
 
 void TranslationHistoryStore::remove(const QUuid& id) {
+    removeAll({id});
+}
+
+void TranslationHistoryStore::removeAll(const QSet<QUuid>& ids) {
+    load();
     QList<TranslationItem> kept = m_items();
-    kept.removeIf([&id](const TranslationItem& item) { return item.id == id; });
+    kept.removeIf([&ids](const TranslationItem& item) { return ids.contains(item.id); });
     m_items = std::move(kept);
     saveRemoval();
 }
@@ -82,6 +86,8 @@ void TranslationHistoryStore::clear() {
 }
 
 void TranslationHistoryStore::bringBack(const QList<TranslationItem>& before) {
+    if (m_isLoaded)
+        load();
     const auto wasThere = [&before](const TranslationItem& item) {
         return std::ranges::find(before, item.id, &TranslationItem::id) != before.end();
     };
@@ -100,9 +106,13 @@ void TranslationHistoryStore::bringBack(const QList<TranslationItem>& before) {
 }
 
 void TranslationHistoryStore::save() {
-    load();
-    if (m_isLoaded)
-        m_store.setValue(key, encodeHistory(m_items()));
+    if (!m_isLoaded)
+        load();
+    if (!m_isLoaded)
+        return;
+    const QByteArray data = encodeHistory(m_items());
+    m_stored = qHash(data);
+    m_store.setValue(key, data);
 }
 
 void TranslationHistoryStore::saveRemoval() {
@@ -111,17 +121,19 @@ void TranslationHistoryStore::saveRemoval() {
 }
 
 void TranslationHistoryStore::load() {
-    if (m_isLoaded)
-        return;
     const Reading stored = m_store.read(key);
     if (stored.isPutOff)
         return;
-    m_isLoaded = true;
     const auto* data = stored.value ? std::get_if<QByteArray>(&*stored.value) : nullptr;
+    const size_t hash = data ? qHash(*data) : 0;
+    if (m_isLoaded && (!data || hash == m_stored))
+        return;
+    const bool isFirst = !std::exchange(m_isLoaded, true);
+    m_stored = hash;
     auto items = data ? decodeHistory(*data) : std::nullopt;
     if (!items)
         m_store.preserve(key);
-    if (!m_items().isEmpty())
+    if (isFirst && !m_items().isEmpty())
         bringBack(items.value_or(QList<TranslationItem>()));
     else if (items)
         m_items = *std::move(items);

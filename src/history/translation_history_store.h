@@ -14,8 +14,8 @@ namespace tralio {
 class KeyValueStore;
 
 /// The past translations, newest first: at most 50, and one for each source text and pair of languages. Read
-/// from the key-value store once, at construction unless it is locked, and written back completely at every
-/// change. Used from the main thread.
+/// from the key-value store at construction, unless it is locked, and before a change, since another copy of
+/// the program may share it; written back completely at every change. Used from the main thread.
 ///
 /// Never fails: stored data that cannot be decoded gives an empty history, and is set aside by the next
 /// change.
@@ -44,10 +44,12 @@ public:
     /// entry is left out if its text has been translated between the same languages since.
     void bringBack(const QList<TranslationItem>& before);
 
-    /// Reads what is stored, if that has not been possible before. What has been added since stays above it.
+    /// Reads what is stored, unless it is what was read or written last. What was added before that was
+    /// possible stays above it.
     void load();
 
 private:
+    void removeAll(const QSet<QUuid>& ids);
     void save();
     void saveRemoval();
 
@@ -55,6 +57,7 @@ private:
     Now m_now;
     Observable<QList<TranslationItem>> m_items{*this};
     bool m_isLoaded = false;  ///< until then nothing is written
+    size_t m_stored = 0;      ///< the hash of what was read or written last
 };
 
 }  // namespace tralio

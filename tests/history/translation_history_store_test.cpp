@@ -192,6 +192,28 @@ TEST_F(TranslationHistoryStoreTest, what_was_removed_comes_back_to_its_place_unl
     EXPECT_EQ(history.items(), late) << "an older one would be the 51st";
 }
 
+TEST_F(TranslationHistoryStoreTest, two_programs_on_one_store_lose_nothing_of_each_other) {
+    add(u"old"_s);
+    add(u"mine"_s);
+    TranslationHistoryStore other = reopened();
+    other.add(u"theirs"_s, u"t"_s, u"a"_s, u"b"_s, u"c"_s);
+    const QList<TranslationItem> seen = history.items();
+    history.remove({1});
+    EXPECT_EQ(sources(), (QStringList{u"theirs"_s, u"mine"_s})) << "by the position that the user saw";
+    other.add(u"of both"_s, u"t"_s, u"a"_s, u"b"_s, u"c"_s);
+    history.bringBack(seen);
+    EXPECT_EQ(sources(), (QStringList{u"of both"_s, u"theirs"_s, u"mine"_s, u"old"_s}));
+    EXPECT_EQ(reopened().items(), history.items());
+
+    other.load();
+    store.values[key] = QByteArray("damaged");
+    add(u"new"_s);
+    EXPECT_EQ(sources().size(), 5) << "what one has read is not lost with what the other has damaged";
+    store.values.erase(key);
+    other.remove(other.items().first().id);
+    EXPECT_EQ(reopened().items(), other.items());
+}
+
 TEST_F(TranslationHistoryStoreTest, no_text_can_lose_the_history) {
     const QString torn = u"a"_s + QChar(0xd83d) + u'b' + QChar(0xde00);
     add(torn, u"\ufeffmark \0 \u0001 \ufffe 😀"_s);
