@@ -234,6 +234,10 @@ TEST_F(AppearanceTest, is_the_portals_and_where_that_says_nothing_the_palettes) 
     }
     EXPECT_GE(changes, before + 3) << "the palette's changes count, too";
     QGuiApplication::setPalette(QPalette());
+
+    portal.reset();
+    portal.emplace(bus.connect()).settings = {{appearanceSettings, {{u"color-scheme"_s, 1U}}}};
+    EXPECT_TRUE(comes({true, QColor(Qt::green), true})) << "which has started again";
 }
 
 TEST_F(AppearanceTest, gives_the_next_start_the_text_scale_that_the_portal_tells_last) {

@@ -5,6 +5,7 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
@@ -55,6 +56,10 @@ DesktopAppearance::DesktopAppearance(QDBusConnection bus) : m_bus(std::move(bus)
     qRegisterMetaType<QDBusVariant>();  // by its name the slot's parameter is known
     m_bus.connect(portalService, portalPath, settingsInterface, u"SettingChanged"_s, this,
         SLOT(settingChanged(QString, QString, QDBusVariant)));
+    // It may be there later than we are, and start again with other settings.
+    auto* watcher =
+        new QDBusServiceWatcher(portalService, m_bus, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::readAll);
     readAll();
 }
 
