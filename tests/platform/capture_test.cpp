@@ -74,8 +74,10 @@ TEST(HelperProgram, gives_status_and_output_and_whatever_goes_wrong_an_end) {
     EXPECT_EQ(shell(u"umask"_s).output, "0077\n") << "others could read what it writes";
 
     const DebugLogFile log;
+    EXPECT_EQ(shell(u"echo drawn; echo ' the reason' >&2; exit 1"_s).output, "drawn\n");
     EXPECT_EQ(shell(u"kill -SEGV $$"_s).status, CaptureTool::notStarted);
-    EXPECT_THAT(log.messages(), testing::ElementsAre(u"runProgram: sh has crashed"_s));
+    EXPECT_THAT(log.messages(),
+        testing::ElementsAre(u"runProgram: sh ends with 1: the reason"_s, u"runProgram: sh has crashed"_s));
     EXPECT_EQ(shell(u"trap '' TERM; while :; do sleep 0.01; done"_s, std::chrono::milliseconds(20)).status,
         CaptureTool::notStarted)
         << "one that hangs, and does not want to end";

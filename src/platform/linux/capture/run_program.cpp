@@ -15,6 +15,8 @@ namespace tralio {
 
 using namespace Qt::StringLiterals;
 
+constexpr qsizetype longestReason = 200;
+
 QCoro::Task<ProgramResult> runProgram(
     QString program, QStringList arguments, std::chrono::milliseconds limit) {
     // WORKAROUND: Qt 6.4 loses a file descriptor with every program that it cannot start.
@@ -23,7 +25,6 @@ QCoro::Task<ProgramResult> runProgram(
         co_return ProgramResult{CaptureTool::notStarted, {}};
     }
     QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     // some programs read their input to the end before they begin
     process.setStandardInputFile(QProcess::nullDevice());
     process.setChildProcessModifier([] {
@@ -44,6 +45,11 @@ QCoro::Task<ProgramResult> runProgram(
     const bool ended = process.exitStatus() == QProcess::NormalExit;
     if (!ended)
         debugLog(u"runProgram: %1 has crashed"_s.arg(program));
+    else if (process.exitCode() != 0)
+        debugLog(
+            u"runProgram: %1 ends with %2: %3"_s.arg(program)
+                .arg(process.exitCode())
+                .arg(QString::fromLocal8Bit(process.readAllStandardError().trimmed()).left(longestReason)));
     co_return ProgramResult{
         ended ? process.exitCode() : CaptureTool::notStarted, process.readAllStandardOutput()};
 }
