@@ -70,7 +70,7 @@ void Popover::show(std::optional<QRect> anchor) {
     }
     m_frame->setEdges(edges);
     // One that was left open on another desktop would carry the user back there.
-    if (!m_shown || isElsewhere()) {
+    if (!m_shown || isElsewhere() || isCut()) {
         m_windowSystem.giveClicksBack();
         hide();  // a popover that is fading out is opened anew, with all the signals
         place(anchor);
@@ -143,6 +143,15 @@ void Popover::ends() {
 bool Popover::isElsewhere() const {
     const bool isOnScreen = !m_windowSystem.placesWindows() || QApplication::screenAt(geometry().center());
     return !isOnScreen || m_windowSystem.isOnOtherDesktop(internalWinId());
+}
+
+bool Popover::isCut() const {
+    if (!m_windowSystem.placesWindows())
+        return false;
+    const QRect content = m_frame->contentArea().translated(m_place + m_frame->pos());
+    const QScreen* screen = QApplication::screenAt(content.center());
+    const QRect room = screen ? screen->geometry() : QRect();
+    return content.width() <= room.width() && content.height() <= room.height() && !room.contains(content);
 }
 
 void Popover::userDid(WindowSystem::Input what) {

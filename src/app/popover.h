@@ -44,6 +44,8 @@ private:
     void disappear();
     /// Whether it is shown, but on another desktop than the user's, or where a screen was that has gone.
     [[nodiscard]] bool isElsewhere() const;
+    /// Whether its screen has become too small for the place where it is.
+    [[nodiscard]] bool isCut() const;
     /// From now on it does not count as shown.
     void ends();
     void userDid(WindowSystem::Input what);

@@ -228,7 +228,7 @@ TEST(WindowManager, with_a_compositor_knows_the_shadow_and_may_fade_a_popover_th
     EXPECT_EQ(program.standIn().requests().size(), 3);
 }
 
-TEST(LowScreen, has_the_whole_popover_with_its_footer_also_once_the_screen_beneath_it_has_gone) {
+TEST(LowScreen, has_the_whole_popover_with_its_footer_also_once_the_screen_beneath_it_has_gone_or_shrunk) {
     VirtualDesktop desktop(VirtualDesktop::Tray::present, {1280, 576});
     ProgramRun program(desktop);
     program.standIn().refuseConnections();
@@ -238,11 +238,14 @@ TEST(LowScreen, has_the_whole_popover_with_its_footer_also_once_the_screen_benea
     EXPECT_TRUE(program.click(u"System Prompt: Mặc định"_s));
     EXPECT_TRUE(program.click(u"Bôi đen: "_s)) << "in the footer";
 
-    desktop.run(u"xrandr"_s, {u"--setmonitor"_s, u"left"_s, u"640/300x576/200+0+0"_s, u"screen"_s});
-    EXPECT_TRUE(waitUntil([&] {
-        program.callOnBus(u"Open"_s);
-        return QRect(0, 0, 640, 576).contains(program.popoverArea());
-    }));
+    for (const int width : {640, 560}) {
+        desktop.run(u"xrandr"_s,
+            {u"--setmonitor"_s, u"of %1"_s.arg(width), u"%1/300x576/200+0+0"_s.arg(width), u"screen"_s});
+        EXPECT_TRUE(waitUntil([&] {
+            program.callOnBus(u"Open"_s);
+            return QRect(0, 0, width, 576).contains(program.popoverArea());
+        })) << width;
+    }
 }
 
 }  // namespace
