@@ -119,6 +119,8 @@ TEST(Placement, a_line_begins_ends_or_is_centred_as_told_and_emoji_stand_between
     EXPECT_NEAR(all.right() - with.right(), before.width() + 1, 3) << "what follows begins behind it";
     EXPECT_LT(inkOf(u"H"_s.repeated(100)).right(), 300);
     EXPECT_LT(inkOf(u"H💡"_s.repeated(30)).right(), 300) << "larger than their font tells";
+    EXPECT_EQ(inkOf(u"H\a\x1bH"_s), before) << "controls have no box";
+    EXPECT_LE(inkOf(u"👍🏽"_s).right(), inkOf(u"👍"_s).right()) << "both are of the font that has colours";
     const int emoji = inkOf(u"💡💡💡"_s).right() - inkOf(u"💡💡"_s).right();
     Label wrapping(u"💡"_s.repeated(60), text::body);
     wrapping.setWraps();

@@ -97,6 +97,12 @@ qreal widthOf(const QList<Run>& runs) {
         runs.cbegin(), runs.cend(), 0.0, [](qreal sum, const Run& run) { return sum + run.width; });
 }
 
+/// Controls have no glyphs but boxes.
+QString withoutControls(QString text) {
+    text.replace(u'\t', u' ');
+    return text.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
+}
+
 /// As much of the text as fits, with an ellipsis if that is not all.
 QList<Run> fittingRuns(const QString& text, const TextStyle& style, qreal width, EmojiSize emojiSize) {
     QList<Run> runs = runsOf(text, style, emojiSize);
@@ -135,7 +141,7 @@ QList<QTextLayout::FormatRange> emojiRanges(const QString& text, const TextStyle
 
 void paintTextLine(QPainter& painter, const QRectF& line, const TextStyle& style, const QColor& color,
     const QString& text, Qt::Alignment alignment, EmojiSize emojiSize) {
-    const QList<Run> runs = fittingRuns(text, style, line.width(), emojiSize);
+    const QList<Run> runs = fittingRuns(withoutControls(text), style, line.width(), emojiSize);
     qreal x = line.left();
     if (alignment & Qt::AlignHCenter)
         x += (line.width() - widthOf(runs)) / 2;

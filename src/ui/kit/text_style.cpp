@@ -27,7 +27,7 @@ void loadFontsAsDrawn() {
 QFont fontFor(const TextStyle& style) {
     // Emoji are looked for in their font before the toolkit asks all others one by one, by 2.4 KB each.
     static const QStringList proportional{u"Inter"_s, u"Noto Sans"_s, u"Noto Sans CJK JP"_s,
-        u"Noto Sans Symbols2"_s, u"Noto Color Emoji"_s,
+        u"Noto Color Emoji"_s, u"Noto Sans Symbols2"_s,
         QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()};
     static const QStringList fixed{u"Noto Sans Mono"_s, u"DejaVu Sans Mono"_s,
         QFontDatabase::systemFont(QFontDatabase::FixedFont).family()};
