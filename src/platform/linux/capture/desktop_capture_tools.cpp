@@ -29,15 +29,10 @@ bool GrimCapture::isInstalled() {
 
 QCoro::Task<qint32> GrimCapture::run(QString outputPath) {
     const ProgramResult drawn = co_await runProgram(slurp, QStringList(), whileTheUserDraws);
-    if (drawn.status != 0) {
-        // the status after a cancel is the same
-        debugLog(u"GrimCapture: slurp ended with status %1"_s.arg(drawn.status));
-        co_return drawn.status;
-    }
+    if (drawn.status != 0)
+        co_return drawn.status;  // also after a cancel
     const QStringList arguments{u"-g"_s, QString::fromUtf8(drawn.output).trimmed(), outputPath};
     const ProgramResult picture = co_await runProgram(grim, arguments, whileItDraws);
-    if (picture.status != 0)
-        debugLog(u"GrimCapture: grim ended with status %1"_s.arg(picture.status));
     co_return picture.status;
 }
 
@@ -50,8 +45,6 @@ QCoro::Task<qint32> SpectacleCapture::run(QString outputPath) {
     // one that is already running this process would end at once and the picture would come later.
     const QStringList arguments{u"-i"_s, u"-b"_s, u"-n"_s, u"-r"_s, u"-o"_s, outputPath};
     const ProgramResult picture = co_await runProgram(spectacle, arguments, whileTheUserDraws);
-    if (picture.status != 0)
-        debugLog(u"SpectacleCapture: spectacle ended with status %1"_s.arg(picture.status));
     co_return picture.status;
 }
 

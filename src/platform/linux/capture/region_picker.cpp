@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "common/debug_log.h"
 #include "platform/linux/capture/run_program.h"
 
 namespace tralio {
@@ -17,8 +16,6 @@ RegionPicker::RegionPicker(QString program) : m_program(std::move(program)) {}
 QCoro::Task<qint32> RegionPicker::run(QString outputPath) {
     const QStringList arguments{u"-i"_s, outputPath};
     const ProgramResult picker = co_await runProgram(m_program, arguments, howeverLong);
-    if (picker.status > 0)
-        debugLog(u"RegionPicker: ended with status %1"_s.arg(picker.status));
     co_return picker.status;
 }
 
