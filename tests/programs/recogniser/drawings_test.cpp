@@ -34,11 +34,20 @@ TEST(Drawings, are_told_from_signs) {
     const Art disc{"...######...", "..########..", ".##########.", "############", "############",
         "############", "############", "############", "############", ".##########.", "..########..",
         "...######..."};
-    for (const Art& art : {cross, tick, down, right, box, disc})
+    const Art radioButton{"....######....", "..##......##..", ".#..........#.", ".#..........#.",
+        "#....####....#", "#...######...#", "#...######...#", "#...######...#", "#...######...#",
+        "#....####....#", ".#..........#.", ".#..........#.", "..##......##..", "....######...."};
+    const Art chevron{
+        "##....", "###...", ".###..", "..###.", "...###", "...###", "..###.", ".###..", "###...", "##...."};
+    for (const Art& art : {cross, tick, down, right, box, disc, radioButton, chevron})
         EXPECT_EQ(lettersIn(art), 0) << art.front();
 
     const Art x{
         "###..###", ".##..##.", "..####..", "...##...", "...##...", "..####..", ".##..##.", "###..###"};
+    const Art brace{"###...", "####..", "..##..", "..##..", "..##..", "..##..", "..###.", "...###", "...###",
+        "..###.", "..##..", "..##..", "..##..", "..##..", "####..", "###..."};
+    const Art bracket{
+        "...#", "..##", ".##.", ".##.", "##..", "##..", "##..", "##..", ".##.", ".##.", "..##", "...#"};
     const Art v{"##.....##", ".##...##.", ".##...##.", "..##.##..", "..##.##..", "...###...", "....#...."};
     const Art katakana{
         ".......##", ".....##..", "...####..", "###..##..", ".....##..", ".....##..", ".....##.."};
@@ -55,7 +64,7 @@ TEST(Drawings, are_told_from_signs) {
         "#.....###......#", "#....#.##......#", "#......##......#", "#......##......#", "#......##......#",
         "#......##......#", "#......##......#", "#......##......#", "#..............#", "#..............#",
         "#..............#", "################"};
-    for (const Art& art : {x, v, u, j, bold, katakana, mouth, four, page})
+    for (const Art& art : {x, v, u, j, bold, katakana, mouth, four, page, bracket, brace})
         EXPECT_EQ(lettersIn(art), 1) << art[1];
 }
 
@@ -81,6 +90,36 @@ TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_
         const std::vector<size_t> each(3, areIcons ? 8 : 9);
         EXPECT_EQ(Found(menu).letters(), (Counts{each})) << areIcons;
     }
+}
+
+TEST(Drawings, go_over_from_one_colour_to_another_and_may_have_an_outline) {
+    for (const int step : {0, 8}) {
+        Sheet message(200, 80);
+        message.type({100, 30}, 6, 10).fill({20, 16, 40, 40}, Qt::black).fill({22, 18, 36, 36}, Qt::white);
+        for (int y = 0; y < 32; ++y)
+            for (const QRect& part : {QRect(24, 20 + y, 8, 1), QRect(48, 20 + y, 8, 1)})
+                message.fill(part, QColor(100 + step * y / 2, 60, 20));
+        message.fill({32, 20, 16, 8}, QColor(100, 60, 20));
+        EXPECT_EQ(Found(message).lines.size(), step > 0 ? 1 : 2) << step;
+    }
+}
+
+TEST(Drawings, are_two_ticks_of_which_one_is_seen_in_part) {
+    Sheet time(160, 40);
+    time.type({20, 14}, 5, 8);
+    for (const int left : {74, 78})
+        for (int i = left == 74 ? -2 : 1; i < 6; ++i)
+            time.fill({left + i, 20 - std::abs(i), 1, 2}, Qt::blue);
+    time.type({92, 15}, 2, 8);
+    EXPECT_EQ(Found(time).letters(), (Counts{{5}, {2}}));
+}
+
+TEST(Drawings, are_discs_below_a_field) {
+    Sheet settings(200, 100);
+    settings.fill({60, 10, 120, 20}, Qt::gray).fill({61, 11, 118, 18}, Qt::white);
+    settings.fill({143, 40, 6, 12}, Qt::blue).fill({141, 41, 10, 10}, Qt::blue);
+    settings.fill({140, 43, 12, 6}, Qt::blue);
+    EXPECT_TRUE(Found(settings).lines.empty());
 }
 
 TEST(Drawings, an_i_in_a_disc_is_a_drawing_and_a_figure_none) {
