@@ -78,17 +78,39 @@ TEST(Drawings, of_another_colour_than_the_label_are_no_letters) {
     EXPECT_EQ(lettersIn({icon.begin() + 2, icon.end()}, red, 1), 1) << "such are Chinese signs and a \"Q\"";
 }
 
+/// A sign, or an icon that is none.
+void frame(Sheet& sheet, const QRect& sign, QColor inside = Qt::white) {
+    sheet.fill(sign, Qt::black).fill(sign.adjusted(2, 2, -2, -2), inside);
+}
+
 TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_letters) {
-    for (const bool areIcons : {true, false}) {
+    enum class Signs { letters, odd, drawings };
+    for (const Signs signs : {Signs::letters, Signs::odd, Signs::drawings}) {
         Sheet menu(240, 110);
         for (int row = 0; row < 3; ++row) {
             const int top = 10 + 26 * row;
             // The last one might be a "D".
-            const QRect sign = areIcons && row < 2 ? QRect(9, top - 2, 15, 16) : QRect(11, top, 9, 12);
-            menu.type({40, top}, 8, 12).fill(sign, Qt::black).fill(sign.adjusted(2, 2, -2, -2), Qt::white);
+            const bool isOdd = signs == Signs::odd && row < 2;
+            const bool isDrawing = signs == Signs::drawings && row < 2;
+            frame(menu.type({40, top}, 8, 12), isOdd ? QRect(9, top - 2, 15, 16) : QRect(11, top, 9, 12),
+                isDrawing ? Qt::black : Qt::white);
         }
-        const std::vector<size_t> each(3, areIcons ? 8 : 9);
-        EXPECT_EQ(Found(menu).letters(), (Counts{each})) << areIcons;
+        const std::vector<size_t> each(3, signs == Signs::letters ? 9 : 8);
+        EXPECT_EQ(Found(menu).letters(), (Counts{each})) << static_cast<int>(signs);
+    }
+}
+
+TEST(Drawings, in_a_row_make_what_is_like_them_one_before_a_label_or_alone) {
+    for (const bool areDrawings : {true, false}) {
+        Sheet bars(500, 100);
+        for (int i = 0; i < 3; ++i) {
+            const QColor inside = areDrawings && i < 2 ? Qt::black : Qt::white;
+            const int left = 10 + 160 * i;
+            frame(bars.type({left + 18, 20}, 5, 10), {left, 18, 12, 14}, inside);
+            frame(bars, {left, 70, 14, 16}, inside);
+        }
+        EXPECT_EQ(Found(bars).letters(),
+            areDrawings ? (Counts{{5}, {5}, {5}}) : (Counts{{6}, {6}, {6}, {1}, {1}, {1}}));
     }
 }
 
