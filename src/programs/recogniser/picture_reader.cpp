@@ -42,7 +42,7 @@ void preferOutlined(std::vector<TextLine>& lines) {
 }
 
 std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shapes) {
-    std::vector<TextLine> lines = findTextLines(shapes.shapes, marks.unit());
+    std::vector<TextLine> lines = findTextLines(shapes, marks.unit());
     const auto shaded = std::stable_partition(lines.begin(), lines.end(),
         [&](const TextLine& line) { return !marks.ground().isShaded(line.region); });
     std::vector<TextLine> even = evenLines({std::move_iterator(shaded), std::move_iterator(lines.end())});
@@ -59,7 +59,7 @@ std::vector<TextBlock> findBlocks(const TextMarks& marks, const MarkShapes& shap
 /// A toolbar: among many drawings, what is read as a few single signs are more of them.
 bool areDrawings(const std::vector<ReadLine>& lines, const MarkShapes& shapes) {
     constexpr std::ptrdiff_t several = 3;
-    return !lines.empty() && shapes.drawings >= several * std::ssize(lines) &&
+    return !lines.empty() && std::ssize(shapes.drawings) >= several * std::ssize(lines) &&
         std::ranges::all_of(lines, [](const ReadLine& line) {
             return std::ranges::all_of(line.words,
                 [](const ReadWord& word) { return word.text.size() <= 1 && word.text.front() < u'\u1100'; });

@@ -34,11 +34,20 @@ TEST(Drawings, are_told_from_signs) {
     const Art disc{"...######...", "..########..", ".##########.", "############", "############",
         "############", "############", "############", "############", ".##########.", "..########..",
         "...######..."};
-    for (const Art& art : {cross, tick, down, right, box, disc})
+    const Art radioButton{"....######....", "..##......##..", ".#..........#.", ".#..........#.",
+        "#....####....#", "#...######...#", "#...######...#", "#...######...#", "#...######...#",
+        "#....####....#", ".#..........#.", ".#..........#.", "..##......##..", "....######...."};
+    const Art chevron{
+        "##....", "###...", ".###..", "..###.", "...###", "...###", "..###.", ".###..", "###...", "##...."};
+    for (const Art& art : {cross, tick, down, right, box, disc, radioButton, chevron})
         EXPECT_EQ(lettersIn(art), 0) << art.front();
 
     const Art x{
         "###..###", ".##..##.", "..####..", "...##...", "...##...", "..####..", ".##..##.", "###..###"};
+    const Art brace{"###...", "####..", "..##..", "..##..", "..##..", "..##..", "..###.", "...###", "...###",
+        "..###.", "..##..", "..##..", "..##..", "..##..", "####..", "###..."};
+    const Art bracket{
+        "...#", "..##", ".##.", ".##.", "##..", "##..", "##..", "##..", ".##.", ".##.", "..##", "...#"};
     const Art v{"##.....##", ".##...##.", ".##...##.", "..##.##..", "..##.##..", "...###...", "....#...."};
     const Art katakana{
         ".......##", ".....##..", "...####..", "###..##..", ".....##..", ".....##..", ".....##.."};
@@ -55,7 +64,7 @@ TEST(Drawings, are_told_from_signs) {
         "#.....###......#", "#....#.##......#", "#......##......#", "#......##......#", "#......##......#",
         "#......##......#", "#......##......#", "#......##......#", "#..............#", "#..............#",
         "#..............#", "################"};
-    for (const Art& art : {x, v, u, j, bold, katakana, mouth, four, page})
+    for (const Art& art : {x, v, u, j, bold, katakana, mouth, four, page, bracket, brace})
         EXPECT_EQ(lettersIn(art), 1) << art[1];
 }
 
@@ -69,18 +78,70 @@ TEST(Drawings, of_another_colour_than_the_label_are_no_letters) {
     EXPECT_EQ(lettersIn({icon.begin() + 2, icon.end()}, red, 1), 1) << "such are Chinese signs and a \"Q\"";
 }
 
+/// A sign, or an icon that is none.
+void frame(Sheet& sheet, const QRect& sign, QColor inside = Qt::white) {
+    sheet.fill(sign, Qt::black).fill(sign.adjusted(2, 2, -2, -2), inside);
+}
+
 TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_letters) {
-    for (const bool areIcons : {true, false}) {
+    enum class Signs { letters, odd, drawings };
+    for (const Signs signs : {Signs::letters, Signs::odd, Signs::drawings}) {
         Sheet menu(240, 110);
         for (int row = 0; row < 3; ++row) {
             const int top = 10 + 26 * row;
             // The last one might be a "D".
-            const QRect sign = areIcons && row < 2 ? QRect(9, top - 2, 15, 16) : QRect(11, top, 9, 12);
-            menu.type({40, top}, 8, 12).fill(sign, Qt::black).fill(sign.adjusted(2, 2, -2, -2), Qt::white);
+            const bool isOdd = signs == Signs::odd && row < 2;
+            const bool isDrawing = signs == Signs::drawings && row < 2;
+            frame(menu.type({40, top}, 8, 12), isOdd ? QRect(9, top - 2, 15, 16) : QRect(11, top, 9, 12),
+                isDrawing ? Qt::black : Qt::white);
         }
-        const std::vector<size_t> each(3, areIcons ? 8 : 9);
-        EXPECT_EQ(Found(menu).letters(), (Counts{each})) << areIcons;
+        const std::vector<size_t> each(3, signs == Signs::letters ? 9 : 8);
+        EXPECT_EQ(Found(menu).letters(), (Counts{each})) << static_cast<int>(signs);
     }
+}
+
+TEST(Drawings, in_a_row_make_what_is_like_them_one_before_a_label_or_alone) {
+    for (const bool areDrawings : {true, false}) {
+        Sheet bars(500, 100);
+        for (int i = 0; i < 3; ++i) {
+            const QColor inside = areDrawings && i < 2 ? Qt::black : Qt::white;
+            const int left = 10 + 160 * i;
+            frame(bars.type({left + 18, 20}, 5, 10), {left, 18, 12, 14}, inside);
+            frame(bars, {left, 70, 14, 16}, inside);
+        }
+        EXPECT_EQ(Found(bars).letters(),
+            areDrawings ? (Counts{{5}, {5}, {5}}) : (Counts{{6}, {6}, {6}, {1}, {1}, {1}}));
+    }
+}
+
+TEST(Drawings, go_over_from_one_colour_to_another_and_may_have_an_outline) {
+    for (const int step : {0, 8}) {
+        Sheet message(200, 80);
+        message.type({100, 30}, 6, 10).fill({20, 16, 40, 40}, Qt::black).fill({22, 18, 36, 36}, Qt::white);
+        for (int y = 0; y < 32; ++y)
+            for (const QRect& part : {QRect(24, 20 + y, 8, 1), QRect(48, 20 + y, 8, 1)})
+                message.fill(part, QColor(100 + step * y / 2, 60, 20));
+        message.fill({32, 20, 16, 8}, QColor(100, 60, 20));
+        EXPECT_EQ(Found(message).lines.size(), step > 0 ? 1 : 2) << step;
+    }
+}
+
+TEST(Drawings, are_two_ticks_of_which_one_is_seen_in_part) {
+    Sheet time(160, 40);
+    time.type({20, 14}, 5, 8);
+    for (const int left : {74, 78})
+        for (int i = left == 74 ? -2 : 1; i < 6; ++i)
+            time.fill({left + i, 20 - std::abs(i), 1, 2}, Qt::blue);
+    time.type({92, 15}, 2, 8);
+    EXPECT_EQ(Found(time).letters(), (Counts{{5}, {2}}));
+}
+
+TEST(Drawings, are_discs_below_a_field) {
+    Sheet settings(200, 100);
+    settings.fill({60, 10, 120, 20}, Qt::gray).fill({61, 11, 118, 18}, Qt::white);
+    settings.fill({143, 40, 6, 12}, Qt::blue).fill({141, 41, 10, 10}, Qt::blue);
+    settings.fill({140, 43, 12, 6}, Qt::blue);
+    EXPECT_TRUE(Found(settings).lines.empty());
 }
 
 TEST(Drawings, an_i_in_a_disc_is_a_drawing_and_a_figure_none) {

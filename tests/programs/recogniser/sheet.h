@@ -53,7 +53,7 @@ struct Found {
     explicit Found(const Sheet& sheet)
         : marks(sheet.image()),
           shapes(findMarkShapes(marks)),
-          lines(findTextLines(shapes.shapes, marks.unit())),
+          lines(findTextLines(shapes, marks.unit())),
           blocks(groupIntoBlocks(lines)) {}
 
     /// The numbers of letters of each block's lines.

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
+#include <iterator>
 
 #include "programs/recogniser/lines/icon_columns.h"
+#include "programs/recogniser/lines/icon_rows.h"
 #include "programs/recogniser/lines/low_strokes.h"
 #include "programs/recogniser/pixels/boxes.h"
 
@@ -68,9 +70,9 @@ void setIconAside(TextLine& line) {
         return;
     const auto isBeside = [&](const QRect& mark) { return mark.left() > first.right(); };
     const auto isPart = std::not_fn(isBeside);
+    std::ranges::copy_if(marks, std::back_inserter(line.unread), isPart);
     std::erase_if(line.letters, isPart);
     std::erase_if(line.dots, isPart);
-    line.unread.push_back(first);
     if (isDot) {
         line.box.setLeft(marks[1].left());
         return;
@@ -81,16 +83,31 @@ void setIconAside(TextLine& line) {
             line.box |= mark;
 }
 
+/// A rule or a caret, or what the side of the picture cut off.
+bool isScrap(const TextLine& line, int pictureWidth, int unit) {
+    constexpr int leastRule = 16;
+    constexpr int narrow = 3;
+    const auto [low, high] = std::minmax({line.box.width(), line.box.height()});
+    const bool isRule = high >= leastRule * unit && high >= 12 * low;
+    const bool isAtSide = line.box.left() == 0 || line.box.right() == pictureWidth - 1;
+    return !line.isShaded &&
+        ((isRule && line.letters.size() <= 2) ||
+            (isAtSide && line.letters.size() == 1 && line.box.width() <= narrow * unit));
+}
+
 }  // namespace
 
-void setAsideUnread(std::vector<TextLine>& lines, int unit) {
-    setIconColumnsAside(lines, unit);
+void setAsideUnread(std::vector<TextLine>& lines, const MarkShapes& found, int unit) {
+    if (lines.size() > 1)
+        std::erase_if(lines, [&](const TextLine& line) { return isScrap(line, found.size.width(), unit); });
+    setIconColumnsAside(lines, found.drawings, unit);
     for (TextLine& line : lines) {
         if (line.isShaded)
             continue;
         setIconAside(line);
         setKeyMarksAside(line);
     }
+    setIconRowsAside(lines, found.drawings, unit);
 }
 
 }  // namespace tralio

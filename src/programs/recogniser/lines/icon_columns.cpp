@@ -2,36 +2,18 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <optional>
+#include <utility>
 
+#include "programs/recogniser/lines/icon_leads.h"
 #include "programs/recogniser/pixels/boxes.h"
 
 namespace tralio {
 namespace {
 
-/// What stands before the text of a line, as part of that or as a line of its own.
-struct Lead {
-    size_t line;
-    size_t text;  ///< the line that it stands before
-    QRect box;
-    int textLeft;
-    bool isMisfit;  ///< is no sign of a text
-};
-
-/// The lower edge of a text's letters, and how high its capitals are.
-struct Type {
-    int base;
-    int height;
-
-    explicit Type(std::vector<QRect> letters) : base(footOf(letters)) {
-        const auto high = letters.begin() + std::ssize(letters) * 3 / 4;
-        std::ranges::nth_element(letters, high, {}, [](const QRect& letter) { return letter.height(); });
-        height = high->height();
-    }
-};
-
 bool mayBeIcon(const QRect& box, const Type& type) {
-    return box.width() * 10 <= type.height * 22 && box.width() * 2 >= type.height &&
+    return box.width() * 10 <= type.highest * 22 && box.width() * 2 >= type.height &&
         box.height() <= 3 * type.height;
 }
 
@@ -59,10 +41,16 @@ Lead leadOf(size_t line, size_t text, const std::vector<QRect>& marks, const Typ
     for (const QRect& mark : marks)
         all |= mark;
     const bool isAlone = marks.size() == 1;
+    bool isWhole = true;
+    for (int right = all.left(); const QRect& mark : marks) {
+        isWhole = isWhole && mark.left() <= right;
+        right = std::max(right, mark.right());
+    }
     return {line, text, all, textLeft,
-        isMisfit(all, type, isAlone) && std::ranges::any_of(marks, [&](const QRect& mark) {
-            return mark.width() * 10 >= all.width() * 6;
-        })};
+        isMisfit(all, type, isAlone) &&
+            std::ranges::any_of(
+                marks, [&](const QRect& mark) { return mark.width() * 10 >= all.width() * 6; }),
+        isWhole};
 }
 
 std::optional<Lead> leadInside(size_t index, const TextLine& line) {
@@ -83,18 +71,24 @@ std::optional<Lead> leadInside(size_t index, const TextLine& line) {
     return gap * 2 >= type.height && mayBeIcon(found.box, type) ? std::optional(found) : std::nullopt;
 }
 
-std::optional<Lead> leadBeside(size_t index, const std::vector<TextLine>& lines) {
+std::optional<Lead> leadBeside(size_t index, const std::vector<TextLine>& lines, const PlaceIndex& places) {
     constexpr size_t most = 3;
     constexpr int reach = 5;
     const TextLine& own = lines[index];
     if (own.letters.size() > most)
         return std::nullopt;
     const TextLine* text = nullptr;
-    for (const TextLine& line : lines)
-        if (line.region == own.region && !line.isShaded && line.letters.size() >= 2 &&
-            shareRow(line.box, own.box) && line.box.left() > own.box.right() &&
-            (!text || line.box.left() < text->box.left()))
+    const int furthest = 2 * reach * own.box.width();  // from letters that are twice as high as it is wide
+    places.visit(own.box.adjusted(0, 0, furthest, 0), [&](size_t i) {
+        const TextLine& line = lines[i];
+        const int beyond = line.box.height() / 2;  // which a piece of an icon may be
+        if (line.region == own.region && line.letters.size() >= 2 &&
+            shareRow(line.box.adjusted(0, -beyond, 0, beyond), own.box) &&
+            line.box.left() > own.box.right() &&
+            (!text ||
+                std::pair(line.box.left(), i) < std::pair(text->box.left(), size_t(text - lines.data()))))
             text = &line;
+    });
     if (!text)
         return std::nullopt;
     const Type type(text->letters);
@@ -112,6 +106,7 @@ void setAside(std::vector<TextLine>& lines, const Lead& lead) {
     lines[lead.text].unread.push_back(lead.box);
     TextLine& line = lines[lead.line];
     const auto isPart = [&](const QRect& mark) { return mark.left() <= lead.box.right(); };
+    std::ranges::copy_if(line.dots, std::back_inserter(lines[lead.text].unread), isPart);
     std::erase_if(line.letters, isPart);
     std::erase_if(line.dots, isPart);
     line.box = {};
@@ -122,30 +117,39 @@ void setAside(std::vector<TextLine>& lines, const Lead& lead) {
 
 }  // namespace
 
-void setIconColumnsAside(std::vector<TextLine>& lines, int unit) {
+void setIconColumnsAside(std::vector<TextLine>& lines, const std::vector<QRect>& drawings, int unit) {
     constexpr std::ptrdiff_t fewest = 2;
-    std::vector<Lead> leads;
+    const PlaceIndex places = placesOf(lines);
+    std::vector<Lead> leads = drawnLeads(lines, drawings, places);
     for (size_t i = 0; i < lines.size(); ++i) {
         if (lines[i].isShaded)
             continue;
-        if (const auto lead = leadBeside(i, lines))
+        if (const auto lead = leadBeside(i, lines, places))
             leads.push_back(*lead);
         else if (lines[i].letters.size() > 2)
             if (const auto inside = leadInside(i, lines[i]))
                 leads.push_back(*inside);
     }
     const auto isOfColumn = [unit](const Lead& a, const Lead& b) {
-        return std::abs(a.box.center().x() - b.box.center().x()) <= 2 * unit &&
+        const bool isPiece = b.isDrawing && a.box.left() >= b.box.left() && a.box.right() <= b.box.right();
+        return (isPiece || std::abs(a.box.center().x() - b.box.center().x()) <= 2 * unit) &&
             std::abs(a.textLeft - b.textLeft) <= 3 * unit;
     };
     for (const Lead& lead : leads) {
         std::ptrdiff_t all = 0;
         std::ptrdiff_t misfits = 0;
+        std::ptrdiff_t drawn = 0;
+        if (lead.isDrawing)
+            continue;
         for (const Lead& other : leads) {
-            all += isOfColumn(lead, other) ? 1 : 0;
-            misfits += isOfColumn(lead, other) && other.isMisfit ? 1 : 0;
+            if (!isOfColumn(lead, other))
+                continue;
+            ++(other.isDrawing ? drawn : all);
+            misfits += other.isMisfit ? 1 : 0;
         }
-        if (misfits >= fewest && misfits * 3 >= all)
+        const bool isBesideDrawings = drawn > 0 && drawn + misfits >= fewest &&
+            (drawn + misfits) * 4 >= all + drawn && (lead.isWhole || lead.isMisfit);
+        if (isBesideDrawings || (misfits >= fewest && misfits * 3 >= all))
             setAside(lines, lead);
     }
     std::erase_if(lines, [](const TextLine& line) { return line.letters.empty(); });

@@ -7,6 +7,6 @@
 namespace tralio {
 
 /// Sets aside what stands in one column before the lines of a menu or a list, if some of it is no letter.
-void setIconColumnsAside(std::vector<TextLine>& lines, int unit);
+void setIconColumnsAside(std::vector<TextLine>& lines, const std::vector<QRect>& drawings, int unit);
 
 }  // namespace tralio

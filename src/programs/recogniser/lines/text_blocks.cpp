@@ -216,7 +216,10 @@ BlockPicture BlockPainter::paint(const TextBlock& block, TextMarks::Kind kind) c
                     if (!isOwn(box))
                         wipe(box);
     }
-    if (const auto mask = m_shapes.rules.find(kind); mask != m_shapes.rules.end()) {
+    auto mask = m_shapes.rules.find(kind);
+    if (mask == m_shapes.rules.end() && !block.isShaded)
+        mask = m_shapes.rules.find(TextMarks::Kind::difference);
+    if (mask != m_shapes.rules.end()) {
         for (int y = 0; y < frame.height(); ++y) {
             const quint8* rules = mask->second.row(frame.top() + y) + frame.left();
             quint8* row = plane.row(y);

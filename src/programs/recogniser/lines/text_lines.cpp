@@ -278,10 +278,10 @@ int TextLine::letterHeight() const {
     return *middle;
 }
 
-std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int unit) {
+std::vector<TextLine> findTextLines(const MarkShapes& found, int unit) {
     std::vector<MarkShape> letters;
     std::vector<MarkShape> dots;
-    for (const MarkShape& shape : shapes)
+    for (const MarkShape& shape : found.shapes)
         (shape.box.height() >= leastLetterHeight * unit ? letters : dots).push_back(shape);
     const std::vector<std::vector<MarkShape>> leaders = takeLeaders(dots);
     std::vector<TextLine> lines = chain(std::move(letters));
@@ -291,7 +291,7 @@ std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int un
     joinParts(lines);  // what signs like "=" stand between is no gap
     cutLabelRows(lines);
     addLeaders(lines, leaders);
-    setAsideUnread(lines, unit);
+    setAsideUnread(lines, found, unit);
     return lines;
 }
 

@@ -23,6 +23,6 @@ struct TextLine {
 };
 
 /// `unit` is the number of pixels of a logical one.
-[[nodiscard]] std::vector<TextLine> findTextLines(const std::vector<MarkShape>& shapes, int unit);
+[[nodiscard]] std::vector<TextLine> findTextLines(const MarkShapes& found, int unit);
 
 }  // namespace tralio

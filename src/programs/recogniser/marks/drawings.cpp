@@ -6,6 +6,7 @@
 
 #include "programs/recogniser/marks/drawn_signs.h"
 #include "programs/recogniser/marks/ink_colours.h"
+#include "programs/recogniser/marks/mark_neighbours.h"
 #include "programs/recogniser/pixels/boxes.h"
 
 namespace tralio {
@@ -33,12 +34,15 @@ public:
           m_all(extents),
           m_marks(marks),
           m_unit(marks.unit()),
+          m_around(extents, m_unit),
           m_squares(largestSquaresOf(ink)),
           m_areDrawings(extents.size()) {}
 
     std::vector<bool> find() {
         constexpr int largest = 48;
         constexpr int least = 5;
+        constexpr int leastBox = 11;
+        constexpr int leastBoxAlone = 8;
         std::vector<size_t> crosses;
         std::vector<size_t> icons;
         std::vector<size_t> colourful;
@@ -47,11 +51,15 @@ public:
             if (side > largest * m_unit || side < least * m_unit)
                 continue;
             const LabelledMark mark = markAt(i);
-            if (isCheckBox(mark, m_all[i].area, m_unit))
+            if (isTick(mark) && setDoubleTick(i))
+                continue;
+            if (isCheckBox(mark, m_all[i].area, m_unit, m_around.isAlone(i) ? leastBoxAlone : leastBox) ||
+                isRadioButton(i))
                 setWithInside(i);
-            else if (isBlob(i) || (isArrowhead(mark) && !isAccent(i)) || (isTick(mark) && isApart(i, 0.5)))
+            else if (isBlob(i) || (isTick(mark) && m_around.isApart(i, 0.5)) ||
+                (isArrowhead(mark) && !m_around.isAccent(i)) || (m_around.isAlone(i) && isLoneDrawing(i)))
                 m_areDrawings[i] = true;
-            else if (isDrawnCross(mark) && isApart(i, 1))
+            else if (isDrawnCross(mark) && m_around.isApart(i, 1))
                 crosses.push_back(i);
             else if (mayBeIcon(i))
                 icons.push_back(i);
@@ -66,11 +74,14 @@ public:
             for (const size_t i : colourful)
                 m_areDrawings[i] = true;
         // In the cells of a column, "×" is an answer.
+        const auto middleOf = [this](size_t cross) { return boxOf(cross).center().x(); };
+        std::ranges::sort(crosses, {}, middleOf);
+        const auto isNear = [this](int a, int b) { return a + m_unit < b; };
         for (const size_t i : crosses)
-            m_areDrawings[i] = std::ranges::none_of(crosses, [&](size_t other) {
-                return other != i && std::abs(boxOf(other).center().x() - boxOf(i).center().x()) <= m_unit;
-            });
+            m_areDrawings[i] =
+                std::ranges::size(std::ranges::equal_range(crosses, middleOf(i), isNear, middleOf)) == 1;
         setLettersOfDiscs();
+        setOutlines();
         setSmallPieces();
         return std::move(m_areDrawings);
     }
@@ -85,9 +96,41 @@ private:
     /// page, are not.
     void setWithInside(size_t frame) {
         m_areDrawings[frame] = true;
-        for (size_t i = 0; i < m_all.size(); ++i)
-            if (boxOf(frame).contains(boxOf(i)) && boxOf(i).width() * 4 >= boxOf(i).height() * 3)
+        for (const size_t i : m_around.within(boxOf(frame)))
+            if (boxOf(i).width() * 4 >= boxOf(i).height() * 3)
                 m_areDrawings[i] = true;
+    }
+
+    /// The second of two ticks is seen in part.
+    bool setDoubleTick(size_t tick) {
+        const QRect& box = boxOf(tick);
+        const int beside = 2 * m_unit;
+        for (const size_t i : m_around.at(box.adjusted(0, 0, beside, 0))) {
+            const QRect& other = boxOf(i);
+            if (other.right() <= box.right() || other.width() > box.width() ||
+                std::abs(other.top() - box.top()) > m_unit || other.bottom() > box.bottom() + m_unit ||
+                other.height() * 2 < box.height() || !m_around.isApart(i, 0.5))
+                continue;
+            m_areDrawings[tick] = m_areDrawings[i] = true;
+            return true;
+        }
+        return false;
+    }
+
+    /// A ring with a dot in its middle.
+    [[nodiscard]] bool isRadioButton(size_t ring) const {
+        constexpr int leastSide = 10;
+        const QRect& box = boxOf(ring);
+        if (box.width() < leastSide * m_unit || box.width() != box.height())
+            return false;
+        std::vector<size_t> inside = m_around.within(box);
+        std::erase(inside, ring);
+        if (inside.size() != 1 || markAt(ring).hasInk(1, 1))  // as "回" has
+            return false;
+        const auto& [dot, area] = m_all[inside.front()];
+        return dot.width() == dot.height() && dot.width() * 4 >= box.width() &&
+            dot.width() * 5 <= box.width() * 3 && (dot.center() - box.center()).manhattanLength() <= 1 &&
+            area * 4 >= dot.width() * dot.height() * 3;
     }
 
     /// An "i" or an "!" that is all that a disc or a badge has.
@@ -109,10 +152,7 @@ private:
                 continue;
             const int rim = low / 8;  // pieces of which are blurred
             const QRect within = region.box.adjusted(rim, rim, -rim, -rim);
-            std::vector<size_t> inside;
-            for (size_t i = 0; i < m_all.size(); ++i)
-                if (within.contains(boxOf(i)))
-                    inside.push_back(i);
+            const std::vector<size_t> inside = m_around.within(within);
             if (inside.size() == 2 && isDottedStem(boxOf(inside[0]), boxOf(inside[1])))
                 m_areDrawings[inside[0]] = m_areDrawings[inside[1]] = true;
         }
@@ -124,58 +164,38 @@ private:
             dot.width() <= stem.width() + 2 && horizontalGap(dot, stem) < 0 && sharedHeight(dot, stem) <= 0;
     }
 
-    /// Of icons, that would be dots of the text beside.
+    /// Around drawings.
+    void setOutlines() {
+        constexpr int most = 4;
+        constexpr int least = 12;
+        const std::vector<bool> inner = m_areDrawings;
+        for (size_t drawing = 0; drawing < inner.size(); ++drawing) {
+            const QRect& box = boxOf(drawing);
+            const int rim = most * m_unit;
+            if (inner[drawing] && std::min(box.width(), box.height()) >= least * m_unit)
+                for (const size_t i : m_around.within(box.adjusted(-rim, -rim, rim, rim)))
+                    if (boxOf(i).contains(box))
+                        m_areDrawings[i] = true;
+        }
+    }
+
+    /// Of icons, that would be dots of the text beside: within them, or as a lid above them.
     void setSmallPieces() {
         constexpr int small = 4;
-        std::vector<QRect> boxes;
-        for (size_t i = 0; i < m_all.size(); ++i)
-            if (m_areDrawings[i])
-                boxes.push_back(boxOf(i).adjusted(-m_unit, -m_unit, m_unit, m_unit));
-        for (size_t i = 0; i < m_all.size(); ++i)
-            if (std::max(boxOf(i).width(), boxOf(i).height()) <= small * m_unit &&
-                std::ranges::any_of(boxes, [&](const QRect& box) { return box.contains(boxOf(i)); }))
-                m_areDrawings[i] = true;
-    }
-
-    /// Whether nothing stands beside it nearer than that share of its width.
-    [[nodiscard]] bool isApart(size_t mark, double widths) const {
-        return std::ranges::none_of(
-            m_all,
-            [&](const Extent& other) {
-                const int gap = horizontalGap(other.box, boxOf(mark));
-                return shareRow(other.box, boxOf(mark)) && gap >= 0 && gap < widths * boxOf(mark).width();
-            });
-    }
-
-    /// Whether a letter stands beneath it.
-    [[nodiscard]] bool isAccent(size_t mark) const {
-        const QRect& box = boxOf(mark);
-        return std::ranges::any_of(m_all, [&](const Extent& other) {
-            const int below = other.box.top() - box.bottom();
-            return horizontalGap(other.box, box) < 0 && below > 0 && below <= 2 * box.height() &&
-                other.box.height() * 5 >= box.height() * 6 && other.box.height() <= 8 * box.height();
-        });
-    }
-
-    /// Whether it may be a dot of a letter that is that much larger.
-    [[nodiscard]] bool isBesideLarge(size_t mark) const {
-        const QRect& box = boxOf(mark);
-        const int reach = 2 * std::max(box.width(), box.height());
-        return std::ranges::any_of(m_all, [&](const Extent& other) {
-            return other.box.height() * 2 >= 3 * box.height() && other.box.height() <= 8 * box.height() &&
-                !other.box.contains(box) && horizontalGap(other.box, box) <= reach &&
-                -sharedHeight(other.box, box) <= reach;
-        });
-    }
-
-    /// Whether it may be a letter of a word.
-    [[nodiscard]] bool isBesideAlike(size_t mark) const {
-        const QRect& box = boxOf(mark);
-        return std::ranges::any_of(m_all, [&](const Extent& other) {
-            const int gap = horizontalGap(other.box, box);
-            return gap >= 0 && gap < box.height() && std::abs(other.box.top() - box.top()) <= m_unit &&
-                std::abs(other.box.bottom() - box.bottom()) <= m_unit;
-        });
+        const std::vector<bool> large = m_areDrawings;
+        for (size_t drawing = 0; drawing < large.size(); ++drawing)
+            if (large[drawing])
+                for (const size_t i :
+                    m_around.within(boxOf(drawing).adjusted(-m_unit, -m_unit, m_unit, m_unit)))
+                    if (std::max(boxOf(i).width(), boxOf(i).height()) <= small * m_unit)
+                        m_areDrawings[i] = true;
+        for (size_t drawing = 0; drawing < large.size(); ++drawing)
+            if (const QRect& box = boxOf(drawing); large[drawing] && box.height() > 2 * small * m_unit)
+                for (const size_t i :
+                    m_around.within(box.adjusted(-2 * m_unit, -(2 + small) * m_unit, 2 * m_unit, 0)))
+                    if (boxOf(i).height() <= small * m_unit && boxOf(i).bottom() < box.top() &&
+                        boxOf(i).width() * 2 > box.width())
+                        m_areDrawings[i] = true;
     }
 
     /// Too thick for a letter of its size: a disc, a switch, a folder.
@@ -191,8 +211,19 @@ private:
             low >= leastSide * m_unit && high * 10 <= low * 16 && square * 100 >= high * share;
         const bool isSwitch = low >= leastSwitch * m_unit && box.width() * 10 >= box.height() * 14 &&
             high * 10 <= low * 22 && square * 10 >= low * 6;
-        return (isThick || isSwitch) && !isBesideLarge(mark) &&
-            (square * 100 >= high * 65 || !isBesideAlike(mark));
+        return (isThick || isSwitch) && !m_around.isBesideLarge(mark) &&
+            (square * 100 >= high * 65 || !m_around.isBesideAlike(mark));
+    }
+
+    /// What would be a sign among others.
+    [[nodiscard]] bool isLoneDrawing(size_t i) const {
+        constexpr int leastThickness = 5;
+        constexpr int leastPlus = 11;  // those of texts are smaller
+        const LabelledMark mark = markAt(i);
+        return (isChevron(mark) && !m_around.isAccent(i)) ||
+            (mark.box.width() >= leastPlus * m_unit && isDrawnPlus(mark)) ||
+            (m_squares[i] >= leastThickness * m_unit && !m_marks.ground().hasShades() &&
+                goesOver(mark, m_marks));
     }
 
     [[nodiscard]] bool mayBeIcon(size_t mark) const {
@@ -201,23 +232,13 @@ private:
         return low >= leastSide * m_unit && high <= 2 * low;
     }
 
-    /// Whether nothing that it could belong to stands before it.
-    [[nodiscard]] bool isFirst(size_t mark) const {
-        const QRect& box = boxOf(mark);
-        return std::ranges::none_of(m_all, [&](const Extent& other) {
-            const int gap = box.left() - other.box.right();
-            return gap >= 0 && gap < box.height() && shareRow(other.box, box) &&
-                other.box.height() * 2 >= box.height() && other.box.height() <= 2 * box.height();
-        });
-    }
-
     /// Whether it stands before a text of another colour, higher and lower than the letters of that.
     [[nodiscard]] bool differsFromText(size_t icon) const {
         constexpr double otherColour = 0.96;
         const QRect& box = boxOf(icon);
         std::vector<QRect> letters;
         Shift text{};
-        for (size_t i = 0; i < m_all.size(); ++i) {
+        for (const size_t i : m_around.at(box.adjusted(0, 0, 4 * box.height(), 0))) {
             const QRect& other = boxOf(i);
             const int gap = other.left() - box.right();
             if (gap <= 0 || gap > 4 * box.height() || !shareRow(other, box) ||
@@ -240,15 +261,16 @@ private:
             [](const QRect& r) {
                 return r.left();
             })->left();
-        const auto isBetween = [&](const Extent& other) {  // as the colon of "Q:"
-            return other.box.left() > box.right() && other.box.right() < left && shareRow(other.box, box);
+        const auto isBetween = [&](size_t other) {  // as the colon of "Q:"
+            return boxOf(other).left() > box.right() && boxOf(other).right() < left &&
+                shareRow(boxOf(other), box);
         };
-        if (std::ranges::any_of(m_all, isBetween))
+        if (std::ranges::any_of(m_around.at(QRect(box.topRight(), QPoint(left, box.bottom()))), isBetween))
             return false;
         // Chinese signs are a little higher and lower than figures, and so is "Q" than other letters.
         const int beyond = std::max(2 * m_unit, box.height() / 8);
-        return top - box.top() >= beyond && box.bottom() - footOf(letters) >= beyond && isFirst(icon) &&
-            (left - box.right()) * 6 > box.height() &&
+        return top - box.top() >= beyond && box.bottom() - footOf(letters) >= beyond &&
+            m_around.isFirst(icon) && (left - box.right()) * 6 > box.height() &&
             likeness(shiftOf(shiftsOf(markAt(icon), m_marks)), text) < otherColour;
     }
 
@@ -256,6 +278,7 @@ private:
     const std::vector<Extent>& m_all;
     const TextMarks& m_marks;
     int m_unit;
+    MarkNeighbours m_around;
     std::vector<int> m_squares;
     std::vector<bool> m_areDrawings;
 };

@@ -56,6 +56,28 @@ bool narrows(std::vector<Span> spans, int widest) {
     return step >= 0.6 && std::ranges::all_of(spans, isEven);
 }
 
+/// Whether thin spans go straight to one side as far as their middle, and back.
+bool areBent(const std::vector<Span>& spans, int deep) {
+    const size_t half = (spans.size() - 1) / 2;
+    const double first = spans.front().middle();
+    const double tip = spans[half].middle();
+    const double tolerance = std::max(1.0, deep * 0.12);
+    if (std::abs(tip - first) * 10 < deep * 4.0)
+        return false;
+    // A brace stands upright between its ends and its tip.
+    if (std::abs(spans[half * 3 / 4].middle() - spans[half / 4].middle()) < 0.35 * std::abs(tip - first))
+        return false;
+    for (size_t i = 0; i < spans.size(); ++i) {
+        const size_t mirrored = spans.size() - 1 - i;
+        const double wanted = first + (tip - first) * double(std::min(i, mirrored)) / double(half);
+        if (!spans[i].isSolid() || spans[i].length() * 2 > deep + 2 ||
+            std::abs(spans[i].middle() - wanted) > tolerance ||
+            std::abs(spans[i].middle() - spans[mirrored].middle()) > 1)
+            return false;
+    }
+    return true;
+}
+
 /// Whether it is the same after a quarter turn, and in a mirror.
 bool isRegular(const LabelledMark& mark) {
     const int side = mark.box.width();
@@ -99,6 +121,31 @@ bool isDrawnCross(const LabelledMark& mark) {
     return beside * 12 <= ink && ink >= 2 * side - 2;
 }
 
+bool isChevron(const LabelledMark& mark) {
+    constexpr std::ptrdiff_t least = 8;
+    const auto points = [&](Direction direction, int deep) {
+        const std::vector<Span> spans = spansOf(mark, direction);
+        const auto length = std::ssize(spans);
+        return length >= least && deep * 100 >= length * 45 && deep * 100 <= length * 72 &&
+            areBent(spans, deep);
+    };
+    return points(Direction::rows, mark.box.width()) || points(Direction::columns, mark.box.height());
+}
+
+bool isDrawnPlus(const LabelledMark& mark) {
+    const int side = mark.box.width();
+    if (!isRegular(mark) || !mark.hasInk(side / 2, side / 2))
+        return false;
+    int beside = 0;
+    for (int y = 0; y < side; ++y)
+        for (int x = 0; x < side; ++x)
+            beside += mark.hasInk(x, y) &&
+                    std::min(std::abs(2 * x - side + 1), std::abs(2 * y - side + 1)) > std::max(2, side / 4)
+                ? 1
+                : 0;
+    return beside == 0;
+}
+
 bool isTick(const LabelledMark& mark) {
     const int width = mark.box.width();
     const int height = mark.box.height();
@@ -126,8 +173,7 @@ bool isTick(const LabelledMark& mark) {
         holds(columns.begin(), foot + 1, goesDown) && holds(foot, columns.end(), goesUp);
 }
 
-bool isCheckBox(const LabelledMark& mark, int area, int unit) {
-    constexpr int leastSide = 11;
+bool isCheckBox(const LabelledMark& mark, int area, int unit, int leastSide) {
     constexpr int mostSide = 22;
     const int side = mark.box.width();
     if (side < leastSide * unit || side > mostSide * unit || area > 9 * unit * side || !isRegular(mark))

@@ -42,4 +42,23 @@ Shift shiftOf(const std::vector<Shift>& rows) {
     return sum;
 }
 
+bool goesOver(const LabelledMark& mark, const TextMarks& marks) {
+    constexpr int leastRange = 32;
+    constexpr size_t fewest = 12;
+    const auto isInner = [&](int x, int y) {
+        return mark.hasInk(x, y) && mark.hasInk(x - 2, y) && mark.hasInk(x + 2, y) && mark.hasInk(x, y - 2) &&
+            mark.hasInk(x, y + 2);
+    };
+    std::array<std::vector<int>, 3> levels;
+    for (int y = 0; y < mark.box.height(); ++y)
+        for (int x = 0; x < mark.box.width(); ++x)
+            for (size_t channel = 0; isInner(x, y) && channel < levels.size(); ++channel)
+                levels[channel].push_back(
+                    marks.channels()[channel].row(mark.box.top() + y)[mark.box.left() + x]);
+    return levels[0].size() >= fewest && std::ranges::any_of(levels, [](std::vector<int>& of) {
+        std::ranges::sort(of);
+        return of[of.size() * 9 / 10] - of[of.size() / 10] >= leastRange;
+    });
+}
+
 }  // namespace tralio

@@ -23,4 +23,7 @@ void add(Shift& sum, const Shift& shift);
 
 [[nodiscard]] Shift shiftOf(const std::vector<Shift>& rows);
 
+/// Whether what is inside a thick mark goes over from one colour to another.
+[[nodiscard]] bool goesOver(const LabelledMark& mark, const TextMarks& marks);
+
 }  // namespace tralio

@@ -249,7 +249,9 @@ void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, b
     const std::vector<int> regions = regionsOf(ink, marks);
     const std::vector<bool> drawings =
         isFlat ? findDrawings(ink, extents, marks) : std::vector<bool>(extents.size());
-    found.drawings += std::ranges::count(drawings, true);
+    for (size_t i = 0; i < drawings.size(); ++i)
+        if (drawings[i])
+            found.drawings.push_back(extents[i].box);
     for (size_t i = 0; i < edges.size(); ++i)
         areRules[i] = areRules[i] || edges[i] || drawings[i];
     for (size_t i = 0; i < extents.size(); ++i) {
@@ -278,6 +280,7 @@ void sortOut(Labels ink, Kind kind, const TextMarks& marks, MarkShapes& found, b
 MarkShapes findMarkShapes(const TextMarks& marks) {
     const QRect everything(QPoint(), marks.size());
     MarkShapes found;
+    found.size = marks.size();
     sortOut(
         flatInk(marks, marks.strengths(Kind::difference, everything)), Kind::difference, marks, found, true);
     if (!marks.ground().hasShades())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRect>
+#include <QSize>
 
 #include <map>
 #include <vector>
@@ -23,7 +24,8 @@ struct MarkShapes {
     std::vector<MarkShape> shapes;
     /// For each kind of marks looked for, not 0 where there are rules and frames, and their blurred rim.
     std::map<TextMarks::Kind, Plane> rules;
-    std::ptrdiff_t drawings = 0;  ///< how many marks are small drawings
+    QSize size{};                 ///< of the picture
+    std::vector<QRect> drawings;  ///< the small ones, such as icons
 };
 
 /// Every mark on a flat area is found by its own contrast: faint texts stand beside strong ones. In a shaded
