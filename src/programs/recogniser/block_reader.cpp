@@ -87,7 +87,7 @@ Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) cons
         for (ReadWord& word : line.words)
             word.box = part.inImage(word.box);
     }
-    writeAsDrawn(reading, m_block->lines);
+    writeAsDrawn(reading, m_block->lines, part);
     return reading;
 }
 

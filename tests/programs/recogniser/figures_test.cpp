@@ -2,6 +2,7 @@
 
 #include "programs/recogniser/mending/commas.h"
 #include "programs/recogniser/mending/lone_dashes.h"
+#include "programs/recogniser/mending/quotes.h"
 #include "programs/recogniser/mending/thin_letters.h"
 #include "programs/recogniser/mending/wide_signs.h"
 #include "programs/recogniser/reading/picture_languages.h"
@@ -123,6 +124,36 @@ TEST(ThinLetters, are_told_by_their_width_and_their_feet) {
     EXPECT_EQ(mended({u"|"_s}, {2, 0, 2, 13}), u"|"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke, {{6, 0, 2, 3}}), u"I’ll"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke), u"[II"_s);
+}
+
+TEST(Quotes, are_straight_or_curly_as_they_are_drawn) {
+    // Letters ten pixels high from each place on, and quotes of two columns between them.
+    const auto mended = [](const QStringList& words, const std::vector<int>& quotes, bool curly,
+                            int slant = 0) {
+        BlockPicture picture{Plane(100, 12, 255), 1, {}};
+        TextLine line{QRect(0, 0, 90, 10), 0, false, TextMarks::Kind::difference, 0, {}, {}};
+        const auto draw = [&](int left, int width, int height, int lean) {
+            for (int y = 0; y < height; ++y)
+                std::fill_n(picture.plane.row(y) + left + (y * 2 < height ? lean : 0), width, quint8(0));
+            (height == 10 ? line.letters : line.dots).emplace_back(left, 0, width + lean, height);
+        };
+        for (const int x : {8, 16, 24, 32, 40, 62})
+            draw(x, 3, 10, slant);
+        for (const int x : quotes)
+            draw(x, 1, 4, curly ? 1 : 0);
+        Reading reading{{rowOf(words, {0, 54, 90})}};
+        tellQuotes(reading, {line}, picture);
+        return reading.lines[0].text();
+    };
+    EXPECT_EQ(mended({u"l'eau"_s, u"e"_s}, {13}, true), u"l’eaue"_s);
+    EXPECT_EQ(mended({u"l’eau"_s, u"e"_s}, {13}, false), u"l'eaue"_s);
+    EXPECT_EQ(mended({u"“Hofs”"_s, u"e"_s}, {2, 5, 46, 49}, false), u"\"Hofs\"e"_s);
+    EXPECT_EQ(mended({u"'Hof\""_s, u"e"_s}, {2, 5, 46}, true), u"“Hof’e"_s) << "by their number, too";
+    EXPECT_EQ(mended({u"„Hof\""_s, u"e"_s}, {46, 49}, true), u"„Hof“e"_s);
+    EXPECT_EQ(mended({u"l'eau"_s, u"e"_s}, {13}, true, 3), u"l'eaue"_s)
+        << "of slanted letters nothing is told";
+    EXPECT_EQ(mended({u"đeaux"_s, u"e's"_s}, {13}, true), u"d’eauxe's"_s);
+    EXPECT_EQ(mended({u"leaux"_s, u"e"_s}, {}, true), u"leauxe"_s);
 }
 
 TEST(LoneDashes, are_read_in_the_cells_of_a_table) {
