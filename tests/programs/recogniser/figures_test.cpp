@@ -107,8 +107,8 @@ TEST(WideSigns, are_written_behind_chinese_and_japanese_ones) {
 }
 
 TEST(ThinLetters, are_told_by_their_width_and_their_feet) {
-    const auto mended = [](const QStringList& words, const QRect& first,
-                            const std::vector<QRect>& dots = {}) {
+    const auto mended = [](const QStringList& words, const QRect& first, const std::vector<QRect>& dots = {},
+                            const QRect& second = {10, 0, 6, 10}) {
         Reading reading{
             {rowOf(words, words.size() == 1 ? std::vector<double>{0, 40} : std::vector<double>{-20, 0, 40})}};
         mendThinLetters(reading,
@@ -154,6 +154,45 @@ TEST(Quotes, are_straight_or_curly_as_they_are_drawn) {
         << "of slanted letters nothing is told";
     EXPECT_EQ(mended({u"đeaux"_s, u"e's"_s}, {13}, true), u"d’eauxe's"_s);
     EXPECT_EQ(mended({u"leaux"_s, u"e"_s}, {}, true), u"leauxe"_s);
+}
+
+/// A line of letters five pixels wide, below small marks, and the picture of it.
+struct MarkedLine {
+    /// A mark at each place, whose upper half is moved to the right by `lean`.
+    MarkedLine(const std::vector<int>& letters, const std::vector<int>& marks, int lean) {
+        for (const int x : letters)
+            line.letters.emplace_back(x, 4, 5, 8);
+        for (const int x : marks) {
+            line.dots.emplace_back(x, 0, 2 + std::abs(lean), 2);
+            for (const int y : {0, 1})
+                std::fill_n(picture.plane.row(y) + x + (y == 0 ? std::max(0, lean) : std::max(0, -lean)), 2,
+                    quint8(0));
+        }
+    }
+
+    TextLine line{QRect(0, 0, 60, 12), 0, false, TextMarks::Kind::difference, 0, {}, {}};
+    BlockPicture picture{Plane(60, 12, 255), 1, {}};
+};
+
+TEST(Accents, that_were_not_read_are_asked_for) {
+    QStringList asked;
+    const auto written = [&](const QString& word, const std::vector<int>& marks) {
+        const MarkedLine marked({0, 10, 20}, marks, 0);
+        TextBlock block;
+        block.lines = {marked.line};
+        std::vector<Reading> readings{{{rowOf({word}, {0, 30})}}};
+        asked.clear();
+        PictureLanguages(readings).restoreMarks(block, readings[0], [&](const QString& pack) {
+            asked += pack;
+            return Reading{{rowOf({pack == u"deu" ? u"für"_s : u"fúr"_s}, {0, 30})}};
+        });
+        return readings[0].lines[0].text();
+    };
+    EXPECT_EQ(written(u"fur"_s, {10, 13}), u"für"_s);
+    EXPECT_FALSE(asked.isEmpty());
+    EXPECT_EQ(written(u"fur"_s, {}), u"fur"_s);
+    EXPECT_EQ(written(u"fir"_s, {11}), u"fir"_s);
+    EXPECT_TRUE(asked.isEmpty()) << "every mark has been read";
 }
 
 TEST(LoneDashes, are_read_in_the_cells_of_a_table) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "programs/recogniser/reading/marks_above.h"
+
 namespace tralio {
 namespace {
 
@@ -49,6 +51,16 @@ bool adoptMarks(std::span<ReadLine> lines, const Reading& marked) {
         isRicher = true;
     });
     return isRicher;
+}
+
+void adoptDrawnMarks(std::span<ReadLine> lines, const Reading& other, const std::vector<TextLine>& drawn,
+    const std::vector<ReadWord*>& poor) {
+    const auto unread = [&](const ReadWord& word) { return unreadMarks(word, word.box, drawn); };
+    forSameWords(lines, other, [&](ReadWord& word, const ReadWord& marked) {
+        if (std::ranges::find(poor, &word) != poor.end() && unread(marked) == 0 &&
+            (unread(word) != 0 || marked.confidence > word.confidence))
+            word = marked;
+    });
 }
 
 void adoptSurerMarks(std::span<ReadLine> lines, const Reading& other, double margin) {
