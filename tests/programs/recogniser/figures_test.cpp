@@ -1,5 +1,6 @@
 #include "programs/recogniser/mending/figures.h"
 
+#include "programs/recogniser/mending/accents.h"
 #include "programs/recogniser/mending/commas.h"
 #include "programs/recogniser/mending/lone_dashes.h"
 #include "programs/recogniser/mending/quotes.h"
@@ -173,6 +174,24 @@ struct MarkedLine {
     TextLine line{QRect(0, 0, 60, 12), 0, false, TextMarks::Kind::difference, 0, {}, {}};
     BlockPicture picture{Plane(60, 12, 255), 1, {}};
 };
+
+TEST(Accents, are_told_by_how_they_lean) {
+    const auto written = [](const QString& word, int lean) {
+        const MarkedLine marked({0, 10, 20}, {21}, lean);
+        Reading reading{{rowOf({word}, {0, 30})}};
+        tellAccents(reading, {marked.line}, marked.picture);
+        return reading.lines[0].text();
+    };
+    EXPECT_EQ(written(u"chi."_s, 1), u"chí."_s);
+    EXPECT_EQ(written(u"chì"_s, 1), u"chí"_s);
+    EXPECT_EQ(written(u"chí"_s, -1), u"chì"_s);
+    EXPECT_EQ(written(u"chí"_s, 0), u"chi"_s);
+    EXPECT_EQ(written(u"chỉ"_s, 0), u"chỉ"_s) << "a small hook is as even";
+    EXPECT_EQ(written(u"ciö"_s, 1), u"ció"_s);
+    EXPECT_EQ(written(u"bên"_s, 1), u"bên"_s);
+    EXPECT_EQ(written(u"nuê"_s, 1), u"nuê"_s) << "with a mark at its side";
+    EXPECT_EQ(written(u"chiu"_s, 1), u"chiu"_s) << "letters that touch";
+}
 
 TEST(Accents, that_were_not_read_are_asked_for) {
     QStringList asked;

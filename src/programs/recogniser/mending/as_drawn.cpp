@@ -1,5 +1,6 @@
 #include "programs/recogniser/mending/as_drawn.h"
 
+#include "programs/recogniser/mending/accents.h"
 #include "programs/recogniser/mending/commas.h"
 #include "programs/recogniser/mending/figures.h"
 #include "programs/recogniser/mending/quotes.h"
@@ -15,6 +16,7 @@ void writeAsDrawn(Reading& reading, const std::vector<TextLine>& lines, const Bl
     writeBlanksBehindCommas(reading, lines);
     mendThinLetters(reading, lines);
     tellQuotes(reading, lines, picture);
+    tellAccents(reading, lines, picture);
     writeWideSigns(reading, lines);
 }
 
