@@ -104,6 +104,8 @@ TEST(WideSigns, are_written_behind_chinese_and_japanese_ones) {
     EXPECT_EQ(written(rowOf({u"码:"_s, u"10"_s}, {0, 16, 30}), {sign, {17, 0, 6, 10}}, 1), u"码：10"_s);
     EXPECT_EQ(written(rowOf({u"码:"_s, u"10"_s}, {0, 13, 30}), {sign, {13, 0, 6, 10}}, 1), u"码: 10"_s);
     EXPECT_EQ(written(rowOf({u"午"_s, u"3:24"_s}, {0, 12, 30}), {sign, {13, 0, 6, 10}}), u"午 3:24"_s);
+    EXPECT_EQ(written(rowOf({u"月"_s, u"30日"_s}, {0, 13, 30}), {sign, {13, 0, 6, 10}}, 1), u"月30日"_s);
+    EXPECT_EQ(written(rowOf({u"共"_s, u"30个"_s}, {0, 15, 30}), {sign, {15, 0, 6, 10}}, 1), u"共 30个"_s);
     EXPECT_EQ(written(rowOf({u"楼"_s, u"305"_s}, {0, 14, 30}), {sign, {12, 0, 6, 10}}), u"楼305"_s);
 }
 
@@ -114,17 +116,20 @@ TEST(ThinLetters, are_told_by_their_width_and_their_feet) {
             {rowOf(words, words.size() == 1 ? std::vector<double>{0, 40} : std::vector<double>{-20, 0, 40})}};
         mendThinLetters(reading,
             {{QRect(0, 0, 80, 10), 0, false, TextMarks::Kind::difference, 0,
-                {first, {10, 0, 6, 10}, {50, 0, 6, 10}, {60, 0, 6, 10}}, dots}});
+                {first, second, {50, 0, 6, 10}, {60, 0, 6, 10}}, dots}});
         return reading.lines[0].words.back().text;
     };
     const QRect stroke(2, 0, 2, 10);
     EXPECT_EQ(mended({u"Les"_s}, stroke), u"les"_s);
     EXPECT_EQ(mended({u"Les"_s}, {2, 0, 5, 10}), u"Les"_s);
     EXPECT_EQ(mended({u"|"_s}, stroke), u"I"_s);
+    EXPECT_EQ(mended({u"Ctrl+l"_s}, {2, 0, 5, 10}), u"Ctrl+I"_s);
+    EXPECT_EQ(mended({u"k+l"_s}, {2, 0, 5, 10}), u"k+l"_s);
     EXPECT_EQ(mended({u"5"_s, u"|"_s}, stroke), u"l"_s) << "litres";
     EXPECT_EQ(mended({u"|"_s}, {2, 0, 2, 13}), u"|"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke, {{6, 0, 2, 3}}), u"I’ll"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke), u"[II"_s);
+    EXPECT_EQ(mended({u"[II"_s}, stroke, {}, {6, 0, 2, 4}), u"I’ll"_s);
 }
 
 TEST(Quotes, are_straight_or_curly_as_they_are_drawn) {
