@@ -115,9 +115,11 @@ void restoreApostrophe(ReadWord& word, const Sign& sign, const TextLine& line, c
     if (!isApostrophe || at == 0 || behind == 0 || at + behind != word.text.size() ||
         !std::ranges::all_of(word.text, isLatin))
         return;
-    // "d’a" is taken for "đa".
+    // "d’a" is taken for "đa". The horn of an "Ư" is none.
     if (word.text[at - 1] == u'đ')
         word.text[at - 1] = u'd';
+    else if (word.text[at - 1] >= u'\u0080')
+        return;
     word.text.insert(at, *curly ? u'’' : u'\'');
 }
 
