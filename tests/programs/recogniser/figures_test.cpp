@@ -196,6 +196,7 @@ TEST(Accents, are_told_by_how_they_lean) {
     EXPECT_EQ(written(u"ciö"_s, 1), u"ció"_s);
     EXPECT_EQ(written(u"bên"_s, 1), u"bên"_s);
     EXPECT_EQ(written(u"nuê"_s, 1), u"nuê"_s) << "with a mark at its side";
+    EXPECT_EQ(written(u"nuo"_s, 1), u"nuo"_s) << "noise";
     EXPECT_EQ(written(u"chiu"_s, 1), u"chiu"_s) << "letters that touch";
 }
 

@@ -26,14 +26,13 @@ Accent accentOf(const QRect& mark, const BlockPicture& picture) {
     return isRound && isEven ? Accent::dot : Accent::other;
 }
 
-/// A letter with that accent, if it is a vowel that was read with one mark above it at most. A circumflex may
-/// have another mark at its side.
+/// A letter with that accent, if it was read with a mark above it. A circumflex may have another mark at its
+/// side, and above a letter that was read without any there may be noise.
 QChar accented(QChar c, Accent accent) {
     constexpr QStringView strokes = u"\u0300\u0301";
-    constexpr QStringView others = u"\u0303\u0308\u0309";
     const QString parts = QString(c).normalized(QString::NormalizationForm_D);
     const bool hasStroke = parts.size() == 2 && strokes.contains(parts[1]);
-    const bool isOpen = parts.size() == 1 || hasStroke || (parts.size() == 2 && others.contains(parts[1]));
+    const bool isOpen = hasStroke || c == u'i' || (parts.size() == 2 && parts[1] == u'\u0308');
     if (!isOpen || !QStringView(u"aeiouAEOU").contains(parts.front()) || accent == Accent::other)
         return c;
     if (accent == Accent::dot)
@@ -52,9 +51,10 @@ void mend(ReadWord& word, const TextLine& line, const BlockPicture& picture) {
         if (isSmall(c))
             continue;
         const QRect& box = *letter++;
+        // What is nearer to its side is of its neighbour.
         const auto isAbove = [&](const QRect& dot) {
             return dot.bottom() < box.top() && dot.bottom() >= line.box.top() &&
-                -horizontalGap(dot, box) * 2 >= std::min(dot.width(), box.width());
+                std::abs(dot.center().x() - box.center().x()) * 4 <= std::max(box.width(), dot.width());
         };
         if (std::ranges::count_if(line.dots, isAbove) == 1)
             c = accented(c, accentOf(*std::ranges::find_if(line.dots, isAbove), picture));

@@ -57,9 +57,13 @@ void adoptDrawnMarks(std::span<ReadLine> lines, const Reading& other, const std:
     const std::vector<ReadWord*>& poor) {
     const auto unread = [&](const ReadWord& word) { return unreadMarks(word, word.box, drawn); };
     forSameWords(lines, other, [&](ReadWord& word, const ReadWord& marked) {
-        if (std::ranges::find(poor, &word) != poor.end() && unread(marked) == 0 &&
-            (unread(word) != 0 || marked.confidence > word.confidence))
-            word = marked;
+        const bool isBetter = unread(marked) == 0 &&
+            (unread(word) != 0 ? splitMarks(marked.text).marks > splitMarks(word.text).marks
+                               : marked.confidence > word.confidence);
+        if (!isBetter || std::ranges::find(poor, &word) == poor.end())
+            return;
+        word.text = marked.text;
+        word.confidence = marked.confidence;
     });
 }
 

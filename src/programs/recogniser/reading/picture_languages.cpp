@@ -126,7 +126,8 @@ void PictureLanguages::adopt(const QString& pack, Reading& reading, Reading othe
 }
 
 void PictureLanguages::restoreMarks(const TextBlock& block, Reading& reading, const Look& look) const {
-    if (block.isShaded || reading.looksVietnamese() || (m_isVietnamese && m_language.isEmpty()))
+    if (block.isShaded || reading.looksVietnamese() ||
+        ((m_isVietnamese || !m_script.isEmpty()) && m_language.isEmpty()))
         return;
     std::vector<ReadWord*> poor = wordsLackingMarks(reading, block.lines);
     QStringList packs;
