@@ -87,7 +87,7 @@ Reading BlockReader::readPart(TextEngine& engine, const BlockPicture& part) cons
         for (ReadWord& word : line.words)
             word.box = part.inImage(word.box);
     }
-    writeAsDrawn(reading, m_block->lines);
+    writeAsDrawn(reading, m_block->lines, part);
     return reading;
 }
 
@@ -153,6 +153,9 @@ void BlockReader::readAgain(const TextBlock& block, const PictureLanguages& lang
     for (const QString& pack : languages.worthTrying(block, reading))
         if (m_packs.contains(pack) && hasTime())
             languages.adopt(pack, reading, look(pack, block.kind).reading);
+    languages.restoreMarks(block, reading, [&](const QString& pack) {
+        return m_packs.contains(pack) && hasTime() ? look(pack, block.kind).reading : Reading();
+    });
 }
 
 void BlockReader::lookFurther() {

@@ -1,7 +1,9 @@
 #include "programs/recogniser/mending/figures.h"
 
+#include "programs/recogniser/mending/accents.h"
 #include "programs/recogniser/mending/commas.h"
 #include "programs/recogniser/mending/lone_dashes.h"
+#include "programs/recogniser/mending/quotes.h"
 #include "programs/recogniser/mending/thin_letters.h"
 #include "programs/recogniser/mending/wide_signs.h"
 #include "programs/recogniser/reading/picture_languages.h"
@@ -102,27 +104,121 @@ TEST(WideSigns, are_written_behind_chinese_and_japanese_ones) {
     EXPECT_EQ(written(rowOf({u"码:"_s, u"10"_s}, {0, 16, 30}), {sign, {17, 0, 6, 10}}, 1), u"码：10"_s);
     EXPECT_EQ(written(rowOf({u"码:"_s, u"10"_s}, {0, 13, 30}), {sign, {13, 0, 6, 10}}, 1), u"码: 10"_s);
     EXPECT_EQ(written(rowOf({u"午"_s, u"3:24"_s}, {0, 12, 30}), {sign, {13, 0, 6, 10}}), u"午 3:24"_s);
+    EXPECT_EQ(written(rowOf({u"月"_s, u"30日"_s}, {0, 13, 30}), {sign, {13, 0, 6, 10}}, 1), u"月30日"_s);
+    EXPECT_EQ(written(rowOf({u"共"_s, u"30个"_s}, {0, 15, 30}), {sign, {15, 0, 6, 10}}, 1), u"共 30个"_s);
     EXPECT_EQ(written(rowOf({u"楼"_s, u"305"_s}, {0, 14, 30}), {sign, {12, 0, 6, 10}}), u"楼305"_s);
 }
 
 TEST(ThinLetters, are_told_by_their_width_and_their_feet) {
-    const auto mended = [](const QStringList& words, const QRect& first,
-                            const std::vector<QRect>& dots = {}) {
+    const auto mended = [](const QStringList& words, const QRect& first, const std::vector<QRect>& dots = {},
+                            const QRect& second = {10, 0, 6, 10}) {
         Reading reading{
             {rowOf(words, words.size() == 1 ? std::vector<double>{0, 40} : std::vector<double>{-20, 0, 40})}};
         mendThinLetters(reading,
             {{QRect(0, 0, 80, 10), 0, false, TextMarks::Kind::difference, 0,
-                {first, {10, 0, 6, 10}, {50, 0, 6, 10}, {60, 0, 6, 10}}, dots}});
+                {first, second, {50, 0, 6, 10}, {60, 0, 6, 10}}, dots}});
         return reading.lines[0].words.back().text;
     };
     const QRect stroke(2, 0, 2, 10);
     EXPECT_EQ(mended({u"Les"_s}, stroke), u"les"_s);
     EXPECT_EQ(mended({u"Les"_s}, {2, 0, 5, 10}), u"Les"_s);
     EXPECT_EQ(mended({u"|"_s}, stroke), u"I"_s);
+    EXPECT_EQ(mended({u"Ctrl+l"_s}, {2, 0, 5, 10}), u"Ctrl+I"_s);
+    EXPECT_EQ(mended({u"k+l"_s}, {2, 0, 5, 10}), u"k+l"_s);
     EXPECT_EQ(mended({u"5"_s, u"|"_s}, stroke), u"l"_s) << "litres";
     EXPECT_EQ(mended({u"|"_s}, {2, 0, 2, 13}), u"|"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke, {{6, 0, 2, 3}}), u"I’ll"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke), u"[II"_s);
+    EXPECT_EQ(mended({u"[II"_s}, stroke, {}, {6, 0, 2, 4}), u"I’ll"_s);
+}
+
+TEST(Quotes, are_straight_or_curly_as_they_are_drawn) {
+    // Letters ten pixels high from each place on, and quotes of two columns between them.
+    const auto mended = [](const QStringList& words, const std::vector<int>& quotes, bool curly,
+                            int slant = 0) {
+        BlockPicture picture{Plane(100, 12, 255), 1, {}};
+        TextLine line{QRect(0, 0, 90, 10), 0, false, TextMarks::Kind::difference, 0, {}, {}};
+        const auto draw = [&](int left, int width, int height, int lean) {
+            for (int y = 0; y < height; ++y)
+                std::fill_n(picture.plane.row(y) + left + (y * 2 < height ? lean : 0), width, quint8(0));
+            (height == 10 ? line.letters : line.dots).emplace_back(left, 0, width + lean, height);
+        };
+        for (const int x : {8, 16, 24, 32, 40, 62})
+            draw(x, 3, 10, slant);
+        for (const int x : quotes)
+            draw(x, 1, 4, curly ? 1 : 0);
+        Reading reading{{rowOf(words, {0, 54, 90})}};
+        tellQuotes(reading, {line}, picture);
+        return reading.lines[0].text();
+    };
+    EXPECT_EQ(mended({u"l'eau"_s, u"e"_s}, {13}, true), u"l’eaue"_s);
+    EXPECT_EQ(mended({u"l’eau"_s, u"e"_s}, {13}, false), u"l'eaue"_s);
+    EXPECT_EQ(mended({u"“Hofs”"_s, u"e"_s}, {2, 5, 46, 49}, false), u"\"Hofs\"e"_s);
+    EXPECT_EQ(mended({u"'Hof\""_s, u"e"_s}, {2, 5, 46}, true), u"“Hof’e"_s) << "by their number, too";
+    EXPECT_EQ(mended({u"„Hof\""_s, u"e"_s}, {46, 49}, true), u"„Hof“e"_s);
+    EXPECT_EQ(mended({u"l'eau"_s, u"e"_s}, {13}, true, 3), u"l'eaue"_s)
+        << "of slanted letters nothing is told";
+    EXPECT_EQ(mended({u"đeaux"_s, u"e's"_s}, {13}, true), u"d’eauxe's"_s);
+    EXPECT_EQ(mended({u"leaux"_s, u"e"_s}, {}, true), u"leauxe"_s);
+    EXPECT_EQ(mended({u"Ứngdụ"_s, u"e"_s}, {13}, true), u"Ứngdụe"_s) << "a horn";
+}
+
+/// A line of letters five pixels wide, below small marks, and the picture of it.
+struct MarkedLine {
+    /// A mark at each place, whose upper half is moved to the right by `lean`.
+    MarkedLine(const std::vector<int>& letters, const std::vector<int>& marks, int lean) {
+        for (const int x : letters)
+            line.letters.emplace_back(x, 4, 5, 8);
+        for (const int x : marks) {
+            line.dots.emplace_back(x, 0, 2 + std::abs(lean), 2);
+            for (const int y : {0, 1})
+                std::fill_n(picture.plane.row(y) + x + (y == 0 ? std::max(0, lean) : std::max(0, -lean)), 2,
+                    quint8(0));
+        }
+    }
+
+    TextLine line{QRect(0, 0, 60, 12), 0, false, TextMarks::Kind::difference, 0, {}, {}};
+    BlockPicture picture{Plane(60, 12, 255), 1, {}};
+};
+
+TEST(Accents, are_told_by_how_they_lean) {
+    const auto written = [](const QString& word, int lean) {
+        const MarkedLine marked({0, 10, 20}, {21}, lean);
+        Reading reading{{rowOf({word}, {0, 30})}};
+        tellAccents(reading, {marked.line}, marked.picture);
+        return reading.lines[0].text();
+    };
+    EXPECT_EQ(written(u"chi."_s, 1), u"chí."_s);
+    EXPECT_EQ(written(u"chì"_s, 1), u"chí"_s);
+    EXPECT_EQ(written(u"chí"_s, -1), u"chì"_s);
+    EXPECT_EQ(written(u"chí"_s, 0), u"chi"_s);
+    EXPECT_EQ(written(u"chỉ"_s, 0), u"chỉ"_s) << "a small hook is as even";
+    EXPECT_EQ(written(u"ciö"_s, 1), u"ció"_s);
+    EXPECT_EQ(written(u"bên"_s, 1), u"bên"_s);
+    EXPECT_EQ(written(u"nuê"_s, 1), u"nuê"_s) << "with a mark at its side";
+    EXPECT_EQ(written(u"nuo"_s, 1), u"nuo"_s) << "noise";
+    EXPECT_EQ(written(u"chiu"_s, 1), u"chiu"_s) << "letters that touch";
+}
+
+TEST(Accents, that_were_not_read_are_asked_for) {
+    QStringList asked;
+    const auto written = [&](const QString& word, const std::vector<int>& marks) {
+        const MarkedLine marked({0, 10, 20}, marks, 0);
+        TextBlock block;
+        block.lines = {marked.line};
+        std::vector<Reading> readings{{{rowOf({word}, {0, 30})}}};
+        asked.clear();
+        PictureLanguages(readings).restoreMarks(block, readings[0], [&](const QString& pack) {
+            asked += pack;
+            return Reading{{rowOf({pack == u"deu" ? u"für"_s : u"fúr"_s}, {0, 30})}};
+        });
+        return readings[0].lines[0].text();
+    };
+    EXPECT_EQ(written(u"fur"_s, {10, 13}), u"für"_s);
+    EXPECT_FALSE(asked.isEmpty());
+    EXPECT_EQ(written(u"fur"_s, {}), u"fur"_s);
+    EXPECT_EQ(written(u"fir"_s, {11}), u"fir"_s);
+    EXPECT_TRUE(asked.isEmpty()) << "every mark has been read";
 }
 
 TEST(LoneDashes, are_read_in_the_cells_of_a_table) {

@@ -2,12 +2,12 @@
 
 #include <vector>
 
-#include "programs/recogniser/lines/text_lines.h"
+#include "programs/recogniser/lines/text_blocks.h"
 #include "programs/recogniser/reading/reading.h"
 
 namespace tralio {
 
 /// Mends a reading by the marks of the lines that were read.
-void writeAsDrawn(Reading& reading, const std::vector<TextLine>& lines);
+void writeAsDrawn(Reading& reading, const std::vector<TextLine>& lines, const BlockPicture& picture);
 
 }  // namespace tralio

@@ -22,8 +22,16 @@ const QRect* firstIn(const QRectF& word, const std::vector<QRect>& letters) {
     return first == letters.end() ? nullptr : &*first;
 }
 
+/// The keys of a shortcut are written as capitals.
+void mendShortcut(QString& text) {
+    const bool endsInStroke = text.endsWith(u"+l"_s) || text.endsWith(u"+|"_s);
+    if (endsInStroke && text.size() > 3 && text[0].isUpper() && text[1].isLower())
+        text.back() = u'I';
+}
+
 void mend(ReadWord& word, const TextLine& line, bool isUnit) {
     QString& text = word.text;
+    mendShortcut(text);
     const QRect* const first = firstIn(word.box, line.letters);
     if (!first || !isStroke(*first))
         return;
@@ -38,7 +46,9 @@ void mend(ReadWord& word, const TextLine& line, bool isUnit) {
     const auto isApostrophe = [&](const QRect& dot) {
         return word.box.contains(QRectF(dot).center()) && dot.bottom() < first->center().y();
     };
-    if (text == u"[II" && std::ranges::any_of(line.dots, isApostrophe))
+    // A long one is taken for a letter.
+    if (text == u"[II" &&
+        (std::ranges::any_of(line.dots, isApostrophe) || std::ranges::any_of(line.letters, isApostrophe)))
         text = u"I’ll"_s;
 }
 

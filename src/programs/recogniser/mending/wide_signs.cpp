@@ -44,10 +44,21 @@ std::optional<double> roomBefore(
     return std::nullopt;
 }
 
+/// Whether a word's digits go on with a Chinese sign, as those of a date do, which is written without blanks.
+bool isCounted(const std::vector<ReadWord>& words, size_t i) {
+    const QString& text = words[i].text;
+    const auto end = std::ranges::find_if_not(text, [](QChar c) { return c.isDigit(); });
+    if (end != text.end())
+        return end->script() == QChar::Script_Han;
+    return i + 1 < words.size() && words[i + 1].blanksBefore == 0 &&
+        words[i + 1].text.front().script() == QChar::Script_Han;
+}
+
 }  // namespace
 
 void writeWideSigns(Reading& reading, const std::vector<TextLine>& lines) {
     constexpr double blank = 0.27;
+    constexpr double blankBeforeCounted = 0.4;
     constexpr double restOfWideSign = 0.5;
     for (ReadLine& line : reading.lines) {
         for (size_t i = 0; i < line.words.size(); ++i) {
@@ -65,9 +76,13 @@ void writeWideSigns(Reading& reading, const std::vector<TextLine>& lines) {
                     continue;
                 word.text[k] = *wide;
             }
-            if (i > 0 && word.blanksBefore == 0 &&
-                line.words[i - 1].text.back().script() == QChar::Script_Han && word.text.front().isDigit() &&
-                roomBefore(word, line.box, lines) >= blank)
+            if (i == 0 || line.words[i - 1].text.back().script() != QChar::Script_Han ||
+                !word.text.front().isDigit())
+                continue;
+            const std::optional<double> room = roomBefore(word, line.box, lines);
+            if (isCounted(line.words, i) && room && *room < blankBeforeCounted)
+                word.blanksBefore = 0;
+            else if (word.blanksBefore == 0 && room >= blank)
                 word.blanksBefore = 1;
         }
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "programs/recogniser/reading/marks_above.h"
+
 namespace tralio {
 namespace {
 
@@ -49,6 +51,20 @@ bool adoptMarks(std::span<ReadLine> lines, const Reading& marked) {
         isRicher = true;
     });
     return isRicher;
+}
+
+void adoptDrawnMarks(std::span<ReadLine> lines, const Reading& other, const std::vector<TextLine>& drawn,
+    const std::vector<ReadWord*>& poor) {
+    const auto unread = [&](const ReadWord& word) { return unreadMarks(word, word.box, drawn); };
+    forSameWords(lines, other, [&](ReadWord& word, const ReadWord& marked) {
+        const bool isBetter = unread(marked) == 0 &&
+            (unread(word) != 0 ? splitMarks(marked.text).marks > splitMarks(word.text).marks
+                               : marked.confidence > word.confidence);
+        if (!isBetter || std::ranges::find(poor, &word) == poor.end())
+            return;
+        word.text = marked.text;
+        word.confidence = marked.confidence;
+    });
 }
 
 void adoptSurerMarks(std::span<ReadLine> lines, const Reading& other, double margin) {

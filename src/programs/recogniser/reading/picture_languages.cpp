@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "programs/recogniser/reading/letter_marks.h"
+#include "programs/recogniser/reading/marks_above.h"
 #include "programs/recogniser/reading/mixed_reading.h"
 #include "programs/recogniser/reading/prices.h"
 
@@ -122,6 +123,27 @@ void PictureLanguages::adopt(const QString& pack, Reading& reading, Reading othe
     const bool isOfLanguage = reading.lines.empty() || gained > 0 || (gained == 0 && pack == m_language);
     if (isOfLanguage && other.confidence() > reading.confidence() && other.isAsLongAs(reading))
         reading = std::move(other);
+}
+
+void PictureLanguages::restoreMarks(const TextBlock& block, Reading& reading, const Look& look) const {
+    if (block.isShaded || reading.looksVietnamese() ||
+        ((m_isVietnamese || !m_script.isEmpty()) && m_language.isEmpty()))
+        return;
+    std::vector<ReadWord*> poor = wordsLackingMarks(reading, block.lines);
+    QStringList packs;
+    if (!m_language.isEmpty())
+        packs += m_language;
+    for (const QStringView pack : latinPacks)
+        if (pack != m_language)
+            packs += pack.toString();
+    for (const QString& pack : packs) {
+        if (poor.empty())
+            return;
+        adoptDrawnMarks(reading.lines, look(pack), block.lines, poor);
+        // Without a language of the picture the surest is taken.
+        if (pack == m_language)
+            poor = wordsLackingMarks(reading, block.lines);
+    }
 }
 
 void PictureLanguages::writeRoubles(Reading& reading) const {

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 #include "programs/recogniser/lines/text_blocks.h"
 #include "programs/recogniser/reading/reading.h"
 
@@ -18,6 +20,10 @@ public:
 
     /// Takes from another look what is better for the language that it was made for.
     void adopt(const QString& pack, Reading& reading, Reading other) const;
+
+    /// Gives words the marks that stand above their letters and were not read, if an engine sees them.
+    using Look = std::function<Reading(const QString& pack)>;
+    void restoreMarks(const TextBlock& block, Reading& reading, const Look& look) const;
 
     /// Writes the sign of the rouble, which no engine knows, for the one of East Asia that it is taken for.
     void writeRoubles(Reading& reading) const;
