@@ -247,9 +247,11 @@ TEST_F(FoundText, that_is_read_for_a_panel_that_was_left_can_be_ended_and_is_tol
 TEST_F(FoundText, that_may_not_be_translated_is_told_although_its_panel_was_left) {
     recognizer.isSlow = true;
     const auto expectTold = [this](const QString& words, const DroppedItem& dropped) {
-        panel->handleDrop({dropped});
-        hidePanel();
-        ASSERT_TRUE(eventually([&] { return background::isIdle() && !appState.isReading(); }) && nextTurn());
+        auto dropsInto = panel;
+        hidePanel();  // before the drop, which may come as fast
+        dropsInto->handleDrop({dropped});
+        const std::weak_ptr<TranslateState> left = std::exchange(dropsInto, nullptr);
+        ASSERT_TRUE(eventually([&] { return left.expired(); })) << "what was dropped has not come";
         showPanel();
         EXPECT_TRUE(panel->errorMessage().value_or(QString()).contains(words)) << qPrintable(words);
     };
