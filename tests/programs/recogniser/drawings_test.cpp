@@ -115,14 +115,15 @@ TEST(Drawings, in_a_row_make_what_is_like_them_one_before_a_label_or_alone) {
 }
 
 TEST(Drawings, go_over_from_one_colour_to_another_and_may_have_an_outline) {
-    for (const int step : {0, 8}) {
+    // Legs as thick as those of a sign are no drawing's.
+    for (const auto& [step, leg] : {std::pair(0, 11), std::pair(8, 11), std::pair(8, 8)}) {
         Sheet message(200, 80);
         message.type({100, 30}, 6, 10).fill({20, 16, 40, 40}, Qt::black).fill({22, 18, 36, 36}, Qt::white);
         for (int y = 0; y < 32; ++y)
-            for (const QRect& part : {QRect(24, 20 + y, 8, 1), QRect(48, 20 + y, 8, 1)})
+            for (const QRect& part : {QRect(24, 20 + y, leg, 1), QRect(56 - leg, 20 + y, leg, 1)})
                 message.fill(part, QColor(100 + step * y / 2, 60, 20));
-        message.fill({32, 20, 16, 8}, QColor(100, 60, 20));
-        EXPECT_EQ(Found(message).lines.size(), step > 0 ? 1 : 2) << step;
+        message.fill({24 + leg, 20, 32 - 2 * leg, 8}, QColor(100, 60, 20));
+        EXPECT_EQ(Found(message).lines.size(), step > 0 && leg > 8 ? 1 : 2) << step << " " << leg;
     }
 }
 

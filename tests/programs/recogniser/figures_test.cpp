@@ -160,6 +160,7 @@ TEST(Quotes, are_straight_or_curly_as_they_are_drawn) {
         << "of slanted letters nothing is told";
     EXPECT_EQ(mended({u"đeaux"_s, u"e's"_s}, {13}, true), u"d’eauxe's"_s);
     EXPECT_EQ(mended({u"leaux"_s, u"e"_s}, {}, true), u"leauxe"_s);
+    EXPECT_EQ(mended({u"1235'"_s, u"e"_s}, {46}, true), u"1235'e"_s) << "feet";
     EXPECT_EQ(mended({u"Ứngdụ"_s, u"e"_s}, {13}, true), u"Ứngdụe"_s) << "a horn";
 }
 

@@ -220,10 +220,12 @@ private:
         constexpr int leastThickness = 5;
         constexpr int leastPlus = 11;  // those of texts are smaller
         const LabelledMark mark = markAt(i);
+        // A letter of large type has thick strokes, but not for its size.
+        const bool isThick = m_squares[i] >= leastThickness * m_unit &&
+            m_squares[i] * 3 >= std::max(mark.box.width(), mark.box.height());
         return (isChevron(mark) && !m_around.isAccent(i)) ||
             (mark.box.width() >= leastPlus * m_unit && isDrawnPlus(mark)) ||
-            (m_squares[i] >= leastThickness * m_unit && !m_marks.ground().hasShades() &&
-                goesOver(mark, m_marks));
+            (isThick && !m_marks.ground().hasShades() && goesOver(mark, m_marks));
     }
 
     [[nodiscard]] bool mayBeIcon(size_t mark) const {

@@ -87,6 +87,8 @@ void write(const Place& place, const Sign& sign, bool curly, bool isLowOpen) {
     const bool isOne = sign.size() == 1 && sign[0].width() < sign[0].height();
     const bool isDouble = sign.size() == 2 || (wasDouble && !isOne);
     const bool wasStraight = c == u'\'' || c == u'"';
+    if (wasStraight && place.at > 0 && text[place.at - 1].isDigit() && !isLetterAt(place.at + 1))
+        return;  // feet and inches lean, and are straight
     const bool opens =
         wasStraight ? !isLetterAt(place.at - 1) && isLetterAt(place.at + 1) : c == u'“' || c == u'‘';
     const QStringView signs = isDouble ? doubleSigns : singleSigns;
