@@ -154,7 +154,8 @@ TEST(Quotes, are_straight_or_curly_as_they_are_drawn) {
     EXPECT_EQ(mended({u"l'eau"_s, u"e"_s}, {13}, true), u"l’eaue"_s);
     EXPECT_EQ(mended({u"l’eau"_s, u"e"_s}, {13}, false), u"l'eaue"_s);
     EXPECT_EQ(mended({u"“Hofs”"_s, u"e"_s}, {2, 5, 46, 49}, false), u"\"Hofs\"e"_s);
-    EXPECT_EQ(mended({u"'Hof\""_s, u"e"_s}, {2, 5, 46}, true), u"“Hof’e"_s) << "by their number, too";
+    EXPECT_EQ(mended({u"'Hof\""_s, u"e"_s}, {2, 5, 46}, true), u"“Hof”e"_s)
+        << "two are not one sign, but one may be two that touch";
     EXPECT_EQ(mended({u"„Hof\""_s, u"e"_s}, {46, 49}, true), u"„Hof“e"_s);
     EXPECT_EQ(mended({u"l'eau"_s, u"e"_s}, {13}, true, 3), u"l'eaue"_s)
         << "of slanted letters nothing is told";
@@ -162,6 +163,7 @@ TEST(Quotes, are_straight_or_curly_as_they_are_drawn) {
     EXPECT_EQ(mended({u"leaux"_s, u"e"_s}, {}, true), u"leauxe"_s);
     EXPECT_EQ(mended({u"1235'"_s, u"e"_s}, {46}, true), u"1235'e"_s) << "feet";
     EXPECT_EQ(mended({u"Ứngdụ"_s, u"e"_s}, {13}, true), u"Ứngdụe"_s) << "a horn";
+    EXPECT_EQ(mended({u"xềnhe"_s, u"e"_s}, {13}, true), u"xềnhee"_s) << "a grave";
 }
 
 /// A line of letters five pixels wide, below small marks, and the picture of it.
@@ -217,6 +219,7 @@ TEST(Accents, that_were_not_read_are_asked_for) {
     };
     EXPECT_EQ(written(u"fur"_s, {10, 13}), u"für"_s);
     EXPECT_FALSE(asked.isEmpty());
+    EXPECT_EQ(written(u"fùr"_s, {10, 13}), u"fùr"_s) << "no mark is lost by that";
     EXPECT_EQ(written(u"fur"_s, {}), u"fur"_s);
     EXPECT_EQ(written(u"fir"_s, {11}), u"fir"_s);
     EXPECT_TRUE(asked.isEmpty()) << "every mark has been read";

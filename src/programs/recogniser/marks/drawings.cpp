@@ -53,7 +53,8 @@ public:
             const LabelledMark mark = markAt(i);
             if (isTick(mark) && setDoubleTick(i))
                 continue;
-            if (isCheckBox(mark, m_all[i].area, m_unit, m_around.isAlone(i) ? leastBoxAlone : leastBox) ||
+            const bool isLoneBox = m_around.isAlone(i) && !m_around.isInside(i);
+            if (isCheckBox(mark, m_all[i].area, m_unit, isLoneBox ? leastBoxAlone : leastBox) ||
                 isRadioButton(i))
                 setWithInside(i);
             else if (isBlob(i) || (isTick(mark) && m_around.isApart(i, 0.5)) ||

@@ -59,6 +59,13 @@ bool MarkNeighbours::isAlone(size_t mark) const {
     });
 }
 
+bool MarkNeighbours::isInside(size_t mark) const {
+    const QRect& box = m_all[mark].box;
+    return holdsAny(box, [&](const Extent& other) {
+        return &other != &m_all[mark] && other.box.contains(box) && other.box.height() <= 3 * box.height();
+    });
+}
+
 bool MarkNeighbours::isAccent(size_t mark) const {
     const QRect& box = m_all[mark].box;
     return holdsAny(box.adjusted(0, 0, 0, 2 * box.height()), [&](const Extent& other) {

@@ -26,6 +26,9 @@ public:
     /// height, but for what is much smaller or larger.
     [[nodiscard]] bool isAlone(size_t mark) const;
 
+    /// Whether it is a part of a sign, as the inner box of "回".
+    [[nodiscard]] bool isInside(size_t mark) const;
+
     /// Whether a letter stands beneath it.
     [[nodiscard]] bool isAccent(size_t mark) const;
 

@@ -51,15 +51,20 @@ std::vector<Sign> highSigns(const QRectF& read, const TextLine& line) {
 /// Whether a sign is curly, where that is plain.
 std::optional<bool> isCurly(const Sign& sign, const BlockPicture& picture) {
     constexpr double curlyFrom = 0.1;
+    constexpr double curlyIfSmall = 0.16;
+    constexpr int leastPlain = 5;
     constexpr double straightTo = 0.05;
     constexpr int leastHeight = 3;
+    constexpr int leastStraight = 4;
     double bend = 0;
+    int height = sign[0].height();
     for (const QRect& mark : sign) {
-        if (mark.height() < leastHeight)
-            return std::nullopt;
+        height = std::min(height, mark.height());
         bend += drawingOf(mark, picture).bend / static_cast<double>(sign.size());
     }
-    return bend >= curlyFrom ? std::optional(true) : bend <= straightTo ? std::optional(false) : std::nullopt;
+    if (bend >= (height < leastPlain ? curlyIfSmall : curlyFrom) && height >= leastHeight)
+        return true;
+    return bend <= straightTo && height >= leastStraight ? std::optional(false) : std::nullopt;
 }
 
 /// A sign as it was read: the place of a letter.
@@ -84,8 +89,7 @@ void write(const Place& place, const Sign& sign, bool curly, bool isLowOpen) {
         return i >= 0 && i < text.size() && text[i].isLetterOrNumber();
     };
     const bool wasDouble = doubleSigns.contains(c);
-    const bool isOne = sign.size() == 1 && sign[0].width() < sign[0].height();
-    const bool isDouble = sign.size() == 2 || (wasDouble && !isOne);
+    const bool isDouble = sign.size() == 2 || wasDouble;  // its halves may touch
     const bool wasStraight = c == u'\'' || c == u'"';
     if (wasStraight && place.at > 0 && text[place.at - 1].isDigit() && !isLetterAt(place.at + 1))
         return;  // feet and inches lean, and are straight
@@ -102,6 +106,10 @@ void writeAll(const std::vector<Place>& places, const std::vector<Sign>& signs, 
             write(places[i], signs[i], *curly, isLowOpen);
 }
 
+qsizetype marksOf(QChar letter) {
+    return QString(letter).normalized(QString::NormalizationForm_D).size() - 1;
+}
+
 /// Writes an apostrophe between letters that was not read, if every letter was.
 void restoreApostrophe(ReadWord& word, const Sign& sign, const TextLine& line, const BlockPicture& picture) {
     const std::vector<QRect> letters = marksIn(word.box, line.letters);
@@ -112,15 +120,23 @@ void restoreApostrophe(ReadWord& word, const Sign& sign, const TextLine& line, c
         letters, [&](const QRect& letter) { return letter.right() < mark.left(); });
     const auto behind =
         std::ranges::count_if(letters, [&](const QRect& letter) { return letter.left() > mark.right(); });
+    // A hat has its accent at its side.
+    const auto next = std::ranges::find_if(
+        letters, [&](const QRect& letter) { return letter.left() > mark.right(); });
+    const auto isBesideIt = [&](const QRect& dot) {
+        return dot.left() > mark.right() && dot.left() <= next->right() && dot.bottom() < next->top();
+    };
+    if (next == letters.end() || std::ranges::any_of(line.dots, isBesideIt))
+        return;
     // The dot of an "i" is no higher than wide.
     const bool isApostrophe = curly && sign.size() == 1 && mark.height() > mark.width();
     if (!isApostrophe || at == 0 || behind == 0 || at + behind != word.text.size() ||
         !std::ranges::all_of(word.text, isLatin))
         return;
-    // "d’a" is taken for "đa". The horn of an "Ư" is none.
+    // "d’a" is taken for "đa". The horn of an "Ư" is none, nor is the grave beside the hat of an "ề".
     if (word.text[at - 1] == u'đ')
         word.text[at - 1] = u'd';
-    else if (word.text[at - 1] >= u'\u0080')
+    else if (word.text[at - 1] >= u'\u0080' || marksOf(word.text[at]) > 1)
         return;
     word.text.insert(at, *curly ? u'’' : u'\'');
 }

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "programs/recogniser/reading/marks_above.h"
-
 namespace tralio {
 namespace {
 
@@ -26,6 +24,13 @@ void forSameWords(std::span<ReadLine> lines, const Reading& other, Visit visit) 
             next = std::next(same);
         }
     }
+}
+
+/// Whether the letters that have marks in one text have the same in another.
+bool keepsMarks(const QString& text, const QString& read) {
+    return std::equal(
+        read.begin(), read.end(), text.begin(), text.end(),
+        [](QChar before, QChar now) { return splitMarks(before).marks == 0 || before == now; });
 }
 
 }  // namespace
@@ -54,13 +59,14 @@ bool adoptMarks(std::span<ReadLine> lines, const Reading& marked) {
 }
 
 void adoptDrawnMarks(std::span<ReadLine> lines, const Reading& other, const std::vector<TextLine>& drawn,
-    const std::vector<ReadWord*>& poor) {
+    const std::vector<PoorWord>& poor) {
     const auto unread = [&](const ReadWord& word) { return unreadMarks(word, word.box, drawn); };
     forSameWords(lines, other, [&](ReadWord& word, const ReadWord& marked) {
         const bool isBetter = unread(marked) == 0 &&
             (unread(word) != 0 ? splitMarks(marked.text).marks > splitMarks(word.text).marks
                                : marked.confidence > word.confidence);
-        if (!isBetter || std::ranges::find(poor, &word) == poor.end())
+        const auto own = std::ranges::find(poor, &word, &PoorWord::word);
+        if (!isBetter || own == poor.end() || !keepsMarks(marked.text, own->text))
             return;
         word.text = marked.text;
         word.confidence = marked.confidence;

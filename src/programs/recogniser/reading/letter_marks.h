@@ -1,6 +1,7 @@
 #pragma once
 
 #include "programs/recogniser/lines/text_lines.h"
+#include "programs/recogniser/reading/marks_above.h"
 #include "programs/recogniser/reading/reading.h"
 
 namespace tralio {
@@ -21,8 +22,8 @@ bool adoptMarks(std::span<ReadLine> lines, const Reading& marked);
 void adoptSurerMarks(std::span<ReadLine> lines, const Reading& other, double margin = 2);
 
 /// Takes for some of the words those of another reading that are the same but have just the marks that are
-/// drawn, the surest if there are several.
+/// drawn, those that were read among them, the surest if there are several.
 void adoptDrawnMarks(std::span<ReadLine> lines, const Reading& other, const std::vector<TextLine>& drawn,
-    const std::vector<ReadWord*>& poor);
+    const std::vector<PoorWord>& poor);
 
 }  // namespace tralio

@@ -49,12 +49,12 @@ int unreadMarks(const ReadWord& word, const QRectF& read, const std::vector<Text
     return static_cast<int>(marks) - marksOf(word.text);
 }
 
-std::vector<ReadWord*> wordsLackingMarks(Reading& reading, const std::vector<TextLine>& lines) {
-    std::vector<ReadWord*> poor;
+std::vector<PoorWord> wordsLackingMarks(Reading& reading, const std::vector<TextLine>& lines) {
+    std::vector<PoorWord> poor;
     for (ReadLine& line : reading.lines)
         for (ReadWord& word : line.words)
             if (unreadMarks(word, line.box, lines) > 0)
-                poor.push_back(&word);
+                poor.push_back({&word, word.text});
     return poor;
 }
 

@@ -129,7 +129,7 @@ void PictureLanguages::restoreMarks(const TextBlock& block, Reading& reading, co
     if (block.isShaded || reading.looksVietnamese() ||
         ((m_isVietnamese || !m_script.isEmpty()) && m_language.isEmpty()))
         return;
-    std::vector<ReadWord*> poor = wordsLackingMarks(reading, block.lines);
+    std::vector<PoorWord> poor = wordsLackingMarks(reading, block.lines);
     QStringList packs;
     if (!m_language.isEmpty())
         packs += m_language;
