@@ -48,6 +48,12 @@ TEST(Figures, a_price_has_the_sign_of_its_currency) {
     EXPECT_EQ(mended(u"\\75.00"_s, {}, {}, u"jpn"_s), u"¥75.00"_s);
     EXPECT_EQ(mended(u"\\75x"_s, {}, {}, u"jpn"_s), u"\\75x"_s);
     EXPECT_EQ(mended(u"\\192"_s, {}, {}, u"eng"_s), u"\\192"_s);
+    const QRect stroke(24, 11, 6, 1);
+    EXPECT_EQ(mended(u"25004"_s, {0, 8, 16, 24}, {stroke}), u"2500₫"_s);
+    EXPECT_EQ(mended(u"25.00đ"_s, {0, 8, 16, 24}, {stroke}), u"25.00₫"_s);
+    EXPECT_EQ(mended(u"2500₫"_s, {0, 8, 16, 24}, {}), u"2500đ"_s) << "as low as the digits";
+    EXPECT_EQ(mended(u"25004"_s, {0, 8, 16, 24}, {QRect(0, 11, 30, 1)}), u"25004"_s) << "underlined";
+    EXPECT_EQ(mended(u"ca 4"_s, {0, 8, 24}, {stroke}), u"ca 4"_s) << "a menu's key";
     EXPECT_TRUE(isPrice(u"34,90 €"_s) && isPrice(u"¥399.00"_s) && isPrice(u"€"_s));
     EXPECT_FALSE(isPrice(u"34,90"_s) || isPrice(u"渤19.00"_s) || isPrice(u"US$"_s));
 }

@@ -28,6 +28,35 @@ void tellDigitsFromAccents(
     word.text.replace(u'ọ', u'9');
 }
 
+/// A short stroke beneath the last mark, or one that was set aside as that of a menu's key.
+const QRect* strokeBeneath(const QRect& last, const std::vector<QRect>& strokes) {
+    const auto stroke = std::ranges::find_if(strokes, [&](const QRect& mark) {
+        return mark.top() > last.bottom() && mark.top() - last.bottom() <= last.height() / 3 + 1 &&
+            mark.width() >= 2 * mark.height() && mark.width() * 10 <= last.height() * 14 &&
+            std::min(mark.right(), last.right()) - std::max(mark.left(), last.left()) >= mark.width() / 2 &&
+            last.right() - mark.right() <= last.height() / 4;
+    });
+    return stroke == strokes.end() ? nullptr : &*stroke;
+}
+
+/// The sign of the dong is a barred "d" with a stroke beneath it, or is written as that letter.
+void tellDongs(ReadWord& word, const QString& before, const TextLine& line) {
+    constexpr QStringView looksLikeIt = u"₫đd49";
+    const QString figure = word.text.size() > 1 ? word.text.chopped(1) : before;
+    if (!looksLikeIt.contains(word.text.back()) || digitsIn(figure) < 2 ||
+        !std::ranges::all_of(figure, isOfFigure))
+        return;
+    const std::vector<QRect> letters = marksIn(word.box, line.letters);
+    if (letters.empty())
+        return;
+    const QRect& last = letters.back();
+    const int raised = footOf(line.letters) - last.bottom();
+    if (strokeBeneath(last, line.dots) || strokeBeneath(last, line.unread))
+        word.text.back() = u'₫';
+    else if (word.text.back() == u'đ' || word.text.back() == u'₫')  // A thin stroke is too faint to be found.
+        word.text.back() = raised >= 2 && raised * 6 >= last.height() ? u'₫' : u'đ';
+}
+
 /// A comma is higher than wide, and ends below the digits' feet; a point does neither.
 QChar separatorLike(const QRect& dot, int foot, QChar otherwise) {
     if (dot.bottom() > foot && dot.height() * 10 >= dot.width() * 14)
@@ -43,8 +72,10 @@ void mendSeparators(ReadWord& word, const std::vector<QRect>& letters, std::vect
         return;
     const int foot = std::ranges::max_element(letters, {}, &QRect::bottom)->bottom();
     const int middle = letters.front().center().y();
-    std::erase_if(
-        dots, [&](const QRect& dot) { return dot.top() <= middle || dot.right() < letters.front().left(); });
+    std::erase_if(dots, [&](const QRect& dot) {
+        return dot.top() <= middle || dot.right() < letters.front().left() ||
+            (word.text.endsWith(u'₫') && dot.right() >= letters.back().left());
+    });
     const bool areDrawnSo = std::ssize(dots) == word.text.size() - signs.size();
     const bool isFigure = std::ssize(letters) == signs.size() &&
         std::ssize(dots) >= word.text.size() - signs.size() &&
@@ -92,6 +123,7 @@ void mendSeparators(ReadWord& word, const std::vector<QRect>& letters, std::vect
 
 void mendFigures(Reading& reading, const std::vector<TextLine>& lines) {
     for (ReadLine& read : reading.lines) {
+        QString before;
         for (ReadWord& word : read.words) {
             QString& text = word.text;
             // The engines of East Asia know the sign of the yen by its place in their old codes.
@@ -107,8 +139,10 @@ void mendFigures(Reading& reading, const std::vector<TextLine>& lines) {
                 const std::vector<QRect> letters = marksIn(word.box, line.letters);
                 const std::vector<QRect> dots = marksIn(word.box, line.dots);
                 tellDigitsFromAccents(word, letters, dots);
+                tellDongs(word, before, line);
                 mendSeparators(word, letters, dots);
             }
+            before = text;
         }
     }
 }
