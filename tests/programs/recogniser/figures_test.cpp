@@ -131,6 +131,8 @@ TEST(ThinLetters, are_told_by_their_width_and_their_feet) {
     EXPECT_EQ(mended({u"|"_s}, stroke), u"I"_s);
     EXPECT_EQ(mended({u"Ctrl+l"_s}, {2, 0, 5, 10}), u"Ctrl+I"_s);
     EXPECT_EQ(mended({u"k+l"_s}, {2, 0, 5, 10}), u"k+l"_s);
+    EXPECT_EQ(mended({u"Ctri+Shift"_s}, {2, 0, 5, 10}, {{28, 0, 2, 2}}), u"Ctrl+Shift"_s);
+    EXPECT_EQ(mended({u"Ctri+Shift"_s}, {2, 0, 5, 10}, {{14, 0, 2, 2}}), u"Ctri+Shift"_s);
     EXPECT_EQ(mended({u"5"_s, u"|"_s}, stroke), u"l"_s) << "litres";
     EXPECT_EQ(mended({u"|"_s}, {2, 0, 2, 13}), u"|"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke, {{6, 0, 2, 3}}), u"I’ll"_s);
