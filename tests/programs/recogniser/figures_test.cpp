@@ -36,6 +36,15 @@ TEST(Figures, their_separators_are_those_that_are_drawn) {
     EXPECT_EQ(mended(u"74,99"_s, {0, 8, 20, 28}, {}), u"74,99"_s) << "of what was not found nothing follows";
 }
 
+TEST(Figures, have_the_blank_before_their_unit_that_is_drawn) {
+    const std::vector<QRect> colon{{7, 2, 2, 2}, {7, 8, 2, 2}};
+    EXPECT_EQ(mended(u"9:14AM"_s, {0, 11, 18, 28, 35}, colon), u"9:14 AM"_s);
+    EXPECT_EQ(mended(u"9:14AM"_s, {0, 11, 18, 26, 33}, colon), u"9:14AM"_s);
+    EXPECT_EQ(mended(u"39KB"_s, {0, 12, 20, 27}, {}), u"39KB"_s) << "a gap between the digits";
+    EXPECT_EQ(mended(u"39KiB"_s, {0, 7, 17, 24, 31}, {}), u"39 KiB"_s);
+    EXPECT_EQ(mended(u"xKB"_s, {0, 10, 17}, {}), u"xKB"_s);
+}
+
 TEST(Figures, no_sign_of_one_piece_has_an_accent) {
     EXPECT_EQ(mended(u"ó"_s, {0}, {}), u"6"_s);
     EXPECT_EQ(mended(u"ọ"_s, {0}, {QRect(2, 11, 2, 2)}), u"ọ"_s);

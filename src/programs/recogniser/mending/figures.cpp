@@ -1,6 +1,7 @@
 #include "programs/recogniser/mending/figures.h"
 
 #include <algorithm>
+#include <array>
 
 #include "programs/recogniser/pixels/boxes.h"
 #include "programs/recogniser/reading/prices.h"
@@ -119,6 +120,45 @@ void mendSeparators(ReadWord& word, const std::vector<QRect>& letters, std::vect
     word.text = figure + word.text.last(end - word.text.rbegin());
 }
 
+/// Writes the blank between a figure and its unit where the gap between them is clearly the widest.
+void mendBlankBeforeUnit(ReadWord& word, const TextLine& line) {
+    constexpr std::array<QStringView, 8> units{u"AM", u"PM", u"€", u"KB", u"MB", u"GB", u"KiB", u"MiB"};
+    constexpr int leastHeight = 8;  // below that a blank is no wider than other gaps
+    constexpr double blank = 0.28;  // of a letter's height
+    const auto unit = std::ranges::find_if(units, [&](QStringView each) { return word.text.endsWith(each); });
+    if (unit == units.end() || line.letterHeight() < leastHeight)
+        return;
+    const qsizetype figure = word.text.size() - unit->size();
+    if (digitsIn(word.text) == 0 || !std::all_of(word.text.begin(), word.text.begin() + figure, [](QChar c) {
+            return c == u':' || (c != u' ' && isOfFigure(c));
+        }))
+        return;
+    std::vector<QRect> marks = marksIn(word.box, line.letters);
+    std::vector<QRect> separators = marksIn(word.box, line.dots);
+    const auto low = std::stable_partition(marks.begin(), marks.end(),
+        [&](const QRect& mark) { return mark.height() * 2 >= line.letterHeight(); });
+    separators.insert(separators.end(), low, marks.end());
+    marks.erase(low, marks.end());
+    // Marks may hold several signs that touch.
+    int widest = 0;
+    int next = 0;
+    qsizetype place = 0;
+    for (size_t i = 1; i < marks.size(); ++i) {
+        const bool isParted = std::ranges::any_of(separators, [&](const QRect& mark) {
+            return mark.left() > marks[i - 1].right() && mark.right() < marks[i].left();
+        });
+        const int gap = isParted ? 0 : horizontalGap(marks[i - 1], marks[i]);
+        next = std::max(next, std::min(gap, widest));
+        if (gap > widest) {
+            widest = gap;
+            place = static_cast<qsizetype>(i);
+        }
+    }
+    const qsizetype behind = std::ssize(marks) - place;
+    if (place > 0 && behind <= unit->size() && widest >= 2 * next && widest >= blank * line.letterHeight())
+        word.text.insert(figure, u' ');
+}
+
 }  // namespace
 
 void mendFigures(Reading& reading, const std::vector<TextLine>& lines) {
@@ -141,6 +181,7 @@ void mendFigures(Reading& reading, const std::vector<TextLine>& lines) {
                 tellDigitsFromAccents(word, letters, dots);
                 tellDongs(word, before, line);
                 mendSeparators(word, letters, dots);
+                mendBlankBeforeUnit(word, line);
             }
             before = text;
         }
