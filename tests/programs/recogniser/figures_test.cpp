@@ -36,6 +36,15 @@ TEST(Figures, their_separators_are_those_that_are_drawn) {
     EXPECT_EQ(mended(u"74,99"_s, {0, 8, 20, 28}, {}), u"74,99"_s) << "of what was not found nothing follows";
 }
 
+TEST(Figures, have_the_blank_before_their_unit_that_is_drawn) {
+    const std::vector<QRect> colon{{7, 2, 2, 2}, {7, 8, 2, 2}};
+    EXPECT_EQ(mended(u"9:14AM"_s, {0, 11, 18, 28, 35}, colon), u"9:14 AM"_s);
+    EXPECT_EQ(mended(u"9:14AM"_s, {0, 11, 18, 26, 33}, colon), u"9:14AM"_s);
+    EXPECT_EQ(mended(u"39KB"_s, {0, 12, 20, 27}, {}), u"39KB"_s) << "a gap between the digits";
+    EXPECT_EQ(mended(u"39KiB"_s, {0, 7, 17, 24, 31}, {}), u"39 KiB"_s);
+    EXPECT_EQ(mended(u"xKB"_s, {0, 10, 17}, {}), u"xKB"_s);
+}
+
 TEST(Figures, no_sign_of_one_piece_has_an_accent) {
     EXPECT_EQ(mended(u"ó"_s, {0}, {}), u"6"_s);
     EXPECT_EQ(mended(u"ọ"_s, {0}, {QRect(2, 11, 2, 2)}), u"ọ"_s);
@@ -48,6 +57,12 @@ TEST(Figures, a_price_has_the_sign_of_its_currency) {
     EXPECT_EQ(mended(u"\\75.00"_s, {}, {}, u"jpn"_s), u"¥75.00"_s);
     EXPECT_EQ(mended(u"\\75x"_s, {}, {}, u"jpn"_s), u"\\75x"_s);
     EXPECT_EQ(mended(u"\\192"_s, {}, {}, u"eng"_s), u"\\192"_s);
+    const QRect stroke(24, 11, 6, 1);
+    EXPECT_EQ(mended(u"25004"_s, {0, 8, 16, 24}, {stroke}), u"2500₫"_s);
+    EXPECT_EQ(mended(u"25.00đ"_s, {0, 8, 16, 24}, {stroke}), u"25.00₫"_s);
+    EXPECT_EQ(mended(u"2500₫"_s, {0, 8, 16, 24}, {}), u"2500đ"_s) << "as low as the digits";
+    EXPECT_EQ(mended(u"25004"_s, {0, 8, 16, 24}, {QRect(0, 11, 30, 1)}), u"25004"_s) << "underlined";
+    EXPECT_EQ(mended(u"ca 4"_s, {0, 8, 24}, {stroke}), u"ca 4"_s) << "a menu's key";
     EXPECT_TRUE(isPrice(u"34,90 €"_s) && isPrice(u"¥399.00"_s) && isPrice(u"€"_s));
     EXPECT_FALSE(isPrice(u"34,90"_s) || isPrice(u"渤19.00"_s) || isPrice(u"US$"_s));
 }
@@ -125,6 +140,8 @@ TEST(ThinLetters, are_told_by_their_width_and_their_feet) {
     EXPECT_EQ(mended({u"|"_s}, stroke), u"I"_s);
     EXPECT_EQ(mended({u"Ctrl+l"_s}, {2, 0, 5, 10}), u"Ctrl+I"_s);
     EXPECT_EQ(mended({u"k+l"_s}, {2, 0, 5, 10}), u"k+l"_s);
+    EXPECT_EQ(mended({u"Ctri+Shift"_s}, {2, 0, 5, 10}, {{28, 0, 2, 2}}), u"Ctrl+Shift"_s);
+    EXPECT_EQ(mended({u"Ctri+Shift"_s}, {2, 0, 5, 10}, {{14, 0, 2, 2}}), u"Ctri+Shift"_s);
     EXPECT_EQ(mended({u"5"_s, u"|"_s}, stroke), u"l"_s) << "litres";
     EXPECT_EQ(mended({u"|"_s}, {2, 0, 2, 13}), u"|"_s);
     EXPECT_EQ(mended({u"[II"_s}, stroke, {{6, 0, 2, 3}}), u"I’ll"_s);

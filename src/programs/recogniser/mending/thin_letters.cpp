@@ -1,6 +1,7 @@
 #include "programs/recogniser/mending/thin_letters.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "programs/recogniser/pixels/boxes.h"
 
@@ -22,6 +23,23 @@ const QRect* firstIn(const QRectF& word, const std::vector<QRect>& letters) {
     return first == letters.end() ? nullptr : &*first;
 }
 
+/// No key's name ends in an "i": one without a dot is the "l" of "Ctrl".
+void mendKeyNames(ReadWord& word, const std::vector<QRect>& dots) {
+    QString& text = word.text;
+    if (!text.front().isUpper())
+        return;
+    const double width = word.box.width() / static_cast<double>(text.size());
+    for (qsizetype i = text.indexOf(u"i+"_s); i > 1; i = text.indexOf(u"i+"_s, i + 1)) {
+        const double middle = word.box.left() + width * (static_cast<double>(i) + 0.5);
+        const auto isDot = [&](const QRect& dot) {
+            return std::abs(dot.center().x() - middle) <= 2 * width &&
+                dot.center().y() < word.box.center().y();
+        };
+        if (text[i - 1].isLower() && std::ranges::none_of(dots, isDot))
+            text[i] = u'l';
+    }
+}
+
 /// The keys of a shortcut are written as capitals.
 void mendShortcut(QString& text) {
     const bool endsInStroke = text.endsWith(u"+l"_s) || text.endsWith(u"+|"_s);
@@ -32,6 +50,7 @@ void mendShortcut(QString& text) {
 void mend(ReadWord& word, const TextLine& line, bool isUnit) {
     QString& text = word.text;
     mendShortcut(text);
+    mendKeyNames(word, line.dots);
     const QRect* const first = firstIn(word.box, line.letters);
     if (!first || !isStroke(*first))
         return;
