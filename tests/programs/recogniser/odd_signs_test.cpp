@@ -34,6 +34,8 @@ TEST(OddSigns, before_a_text_are_drawings_if_it_cannot_begin_with_them) {
     EXPECT_EQ(before(sign(u"©"_s, 95, u"eng"_s), far), u"Settings"_s);
     EXPECT_EQ(before(sign(u"©"_s, 95, u"eng"_s), near), u"© Settings"_s);
     EXPECT_EQ(before(sign(u"©"_s, 95, u"eng"_s), far, u"2024"_s), u"© 2024"_s);
+    EXPECT_EQ(before({u"·"_s, 53, 0, {}, QRectF(2, 0, 6, 10)}, far), u"Settings"_s) << "no mark is there";
+    EXPECT_EQ(before({u"·"_s, 53, 0, {}, QRectF(22, 0, 6, 10)}, far), u"· Settings"_s);
 }
 
 /// Whether a sign alone in the row of a text is left.

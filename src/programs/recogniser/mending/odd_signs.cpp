@@ -140,6 +140,15 @@ bool isDrawingBefore(const ReadLine& text, const TextLine& line, const Scripts& 
     return isOne(word.text, signsOfEnds) && std::ranges::none_of(text.words, holdsDigit);  // "© 2024"
 }
 
+/// Marks that are left out as rules or leaders may be read all the same.
+bool isNowhere(const ReadWord& word, const TextLine& line) {
+    constexpr double sure = 75;
+    return word.confidence < sure && isOne(word.text, u"·•'`´°") &&
+        std::ranges::none_of(marksOf(line), [&](const QRect& mark) {
+            return mark.right() >= word.box.left() - 1 && mark.left() <= word.box.right() + 1;
+        });
+}
+
 }  // namespace
 
 void dropOddSigns(std::vector<ReadLine>& lines, const std::vector<TextBlock>& blocks) {
@@ -148,9 +157,11 @@ void dropOddSigns(std::vector<ReadLine>& lines, const std::vector<TextBlock>& bl
         const TextLine* const line = drawnLine(text.box, blocks);
         if (!line || line->isShaded)
             return false;
+        std::erase_if(text.words, [&](const ReadWord& word) { return isNowhere(word, *line); });
         if (text.words.size() > 1 && isDrawingBefore(text, *line, scripts))
             text.words.erase(text.words.begin());
-        return text.words.size() == 1 && isDrawingAlone(text.words.front(), *line, scripts, blocks);
+        return text.words.empty() ||
+            (text.words.size() == 1 && isDrawingAlone(text.words.front(), *line, scripts, blocks));
     });
 }
 
