@@ -15,6 +15,7 @@
 #include "programs/recogniser/lines/even_lines.h"
 #include "programs/recogniser/marks/outlined_letters.h"
 #include "programs/recogniser/mending/lone_dashes.h"
+#include "programs/recogniser/mending/odd_signs.h"
 #include "programs/recogniser/reading/repeated_lines.h"
 
 namespace tralio {
@@ -225,6 +226,7 @@ Reading readPicture(EnginePool& engines, const QStringList& packs, const QImage&
         addBetterLines(all.lines, std::move(part.lines));
     if (areDrawings(all.lines, shapes))
         return {};
+    dropOddSigns(all.lines, blocks);
     addLoneDashes(all.lines, shapes.shapes, marks.unit());
     placeInOrder(all.lines, image.height());
     return all;

@@ -100,6 +100,16 @@ TEST(Drawings, in_a_column_before_the_lines_of_a_menu_are_unread_if_some_are_no_
     }
 }
 
+TEST(Drawings, in_a_column_are_told_by_the_marks_behind_them_of_which_some_are_no_letters) {
+    Sheet menu(240, 110);
+    for (int row = 0; row < 3; ++row)
+        frame(menu.type({row == 2 ? 52 : 40, 10 + 26 * row}, 8, 12), {10, 10 + 26 * row, 15, 14},
+            row == 2 ? Qt::white : Qt::black);
+    for (const int y : {64, 70})
+        menu.fill({40, y, 8, 2}, Qt::black);  // as "二"
+    EXPECT_EQ(Found(menu).letters(), (Counts{{8, 8, 8}}));
+}
+
 TEST(Drawings, in_a_row_make_what_is_like_them_one_before_a_label_or_alone) {
     for (const bool areDrawings : {true, false}) {
         Sheet bars(500, 100);

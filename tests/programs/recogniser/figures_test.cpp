@@ -4,6 +4,7 @@
 #include "programs/recogniser/mending/commas.h"
 #include "programs/recogniser/mending/lone_dashes.h"
 #include "programs/recogniser/mending/quotes.h"
+#include "programs/recogniser/mending/solid_blanks.h"
 #include "programs/recogniser/mending/thin_letters.h"
 #include "programs/recogniser/mending/wide_signs.h"
 #include "programs/recogniser/reading/picture_languages.h"
@@ -122,6 +123,29 @@ TEST(WideSigns, are_written_behind_chinese_and_japanese_ones) {
     EXPECT_EQ(written(rowOf({u"月"_s, u"30日"_s}, {0, 13, 30}), {sign, {13, 0, 6, 10}}, 1), u"月30日"_s);
     EXPECT_EQ(written(rowOf({u"共"_s, u"30个"_s}, {0, 15, 30}), {sign, {15, 0, 6, 10}}, 1), u"共 30个"_s);
     EXPECT_EQ(written(rowOf({u"楼"_s, u"305"_s}, {0, 14, 30}), {sign, {12, 0, 6, 10}}), u"楼305"_s);
+}
+
+TEST(Signs, have_the_blanks_between_them_that_break_their_pitch) {
+    const auto written = [](const QStringList& words, const std::vector<std::pair<int, int>>& ends) {
+        ReadLine row{{}, QRectF(0, 0, 200, 10)};
+        for (const QString& word : words)
+            row.words.push_back({word, 90, 0, {}, QRectF(0, 0, 100, 10)});
+        Reading reading{{std::move(row)}};
+        TextLine line{QRect(0, 0, 100, 10), 0, false, TextMarks::Kind::difference, 0, {}, {}};
+        for (const auto& [left, right] : ends)
+            line.letters.emplace_back(left, 0, right - left, 10);
+        writeBlanksBetweenSigns(reading, {line});
+        return reading.lines[0].text();
+    };
+    const std::vector<std::pair<int, int>> name{{0, 9}, {10, 19}, {23, 32}, {33, 42}};
+    EXPECT_EQ(written({u"高橋美咲"_s}, name), u"高橋 美咲"_s);
+    EXPECT_EQ(written({u"高"_s, u"橋"_s, u"美咲"_s}, name), u"高橋 美咲"_s);
+    EXPECT_EQ(written({u"高橋美"_s}, name), u"高橋美"_s) << "a sign was not read";
+    EXPECT_EQ(written({u"高橋Aい"_s}, name), u"高橋Aい"_s);
+    EXPECT_EQ(written({u"一日目木"_s}, {{0, 9}, {12, 18}, {22, 28}, {30, 39}}), u"一日目木"_s)
+        << "narrow signs of one pitch";
+    EXPECT_EQ(written({u"高ト美咲"_s}, name), u"高ト美咲"_s) << "syllables have room of their own";
+    EXPECT_EQ(written({u"高橋美咲"_s}, {{0, 9}, {10, 19}, {20, 29}, {30, 39}}), u"高橋美咲"_s);
 }
 
 TEST(ThinLetters, are_told_by_their_width_and_their_feet) {

@@ -108,12 +108,13 @@ QRect iconOfColumn(const TextLine& line, const std::vector<Lead>& icons, int uni
         const auto isBehind = [&](const QRect& mark) { return mark.left() > lead.right(); };
         std::vector<QRect> letters;
         std::ranges::copy_if(line.letters, std::back_inserter(letters), isBehind);
+        // The strokes of a Chinese sign are not all letters.
+        const auto next = std::ranges::find_if(marks, isBehind);
         if (letters.size() < 2 || lead.isNull() || left < icon->box.left() - 2 * unit ||
-            std::abs(letters.front().left() - icon->textLeft) > 3 * unit ||
-            letters.front().left() - lead.right() <= 2 * unit)
+            std::abs(next->left() - icon->textLeft) > 3 * unit || next->left() - lead.right() <= 2 * unit)
             continue;
         const Type type(letters);
-        if (lead.bottom() <= type.base || lead.top() > type.base - type.height ||
+        if (lead.bottom() <= type.base || lead.top() > type.base - type.height + 1 ||
             lead.width() * 10 < lead.height() * 7 || lead.height() < type.height + 2 * unit)
             continue;
         found = lead;

@@ -4,6 +4,7 @@
 #include "programs/recogniser/mending/commas.h"
 #include "programs/recogniser/mending/figures.h"
 #include "programs/recogniser/mending/quotes.h"
+#include "programs/recogniser/mending/solid_blanks.h"
 #include "programs/recogniser/mending/thin_letters.h"
 #include "programs/recogniser/mending/underscores.h"
 #include "programs/recogniser/mending/wide_signs.h"
@@ -18,6 +19,7 @@ void writeAsDrawn(Reading& reading, const std::vector<TextLine>& lines, const Bl
     tellQuotes(reading, lines, picture);
     tellAccents(reading, lines, picture);
     writeWideSigns(reading, lines);
+    writeBlanksBetweenSigns(reading, lines);
 }
 
 }  // namespace tralio

@@ -146,7 +146,7 @@ QString ReadLine::text() const {
     QString text;
     for (const ReadWord& word : words) {
         if (!text.isEmpty() && !isWideMark(text.back()) &&
-            !(isWrittenSolid(text.back()) && isWrittenSolid(word.text.front())))
+            (word.isApart || !(isWrittenSolid(text.back()) && isWrittenSolid(word.text.front()))))
             text += QString(word.blanksBefore, u' ');
         text += word.text;
     }

@@ -15,6 +15,7 @@ struct ReadWord {
     int blanksBefore = 0;
     QString pack{};  ///< the language that it was read in, where that is told
     QRectF box{};
+    bool isApart = false;  ///< whether marks show the blank before it, where none is usual
 };
 
 struct ReadLine {
