@@ -132,20 +132,22 @@ void setIconColumnsAside(std::vector<TextLine>& lines, const std::vector<QRect>&
     }
     const auto isOfColumn = [unit](const Lead& a, const Lead& b) {
         const bool isPiece = b.isDrawing && a.box.left() >= b.box.left() && a.box.right() <= b.box.right();
-        return (isPiece || std::abs(a.box.center().x() - b.box.center().x()) <= 2 * unit) &&
-            std::abs(a.textLeft - b.textLeft) <= 3 * unit;
+        return isPiece || std::abs(a.box.center().x() - b.box.center().x()) <= 2 * unit;
     };
+    const auto isFarLeft = [unit](int a, int b) { return a + 3 * unit < b; };
+    std::ranges::stable_sort(leads, {}, &Lead::textLeft);
     for (const Lead& lead : leads) {
         std::ptrdiff_t all = 0;
         std::ptrdiff_t misfits = 0;
         std::ptrdiff_t drawn = 0;
         if (lead.isDrawing)
             continue;
-        for (const Lead& other : leads) {
-            if (!isOfColumn(lead, other))
+        const auto [begin, end] = std::ranges::equal_range(leads, lead.textLeft, isFarLeft, &Lead::textLeft);
+        for (auto other = begin; other != end; ++other) {
+            if (!isOfColumn(lead, *other))
                 continue;
-            ++(other.isDrawing ? drawn : all);
-            misfits += other.isMisfit ? 1 : 0;
+            ++(other->isDrawing ? drawn : all);
+            misfits += other->isMisfit ? 1 : 0;
         }
         const bool isBesideDrawings = drawn > 0 && drawn + misfits >= fewest &&
             (drawn + misfits) * 4 >= all + drawn && (lead.isWhole || lead.isMisfit);

@@ -142,9 +142,10 @@ void setIconRowsAside(std::vector<TextLine>& lines, const std::vector<QRect>& dr
     std::erase_if(lines, [&](const TextLine& line) {
         const QRect box = boxOf(marksOf(line));
         const auto isLikeIt = [&](const QRect& drawing) { return isAlike(drawing, box, unit); };
+        const auto row = rowOf(sorted, box, unit, middleOf);
         return !line.isShaded && line.letters.size() <= fewPieces &&
             std::min(box.width(), box.height()) >= leastAlone * unit &&
-            std::ranges::count_if(rowOf(sorted, box, unit, middleOf), isLikeIt) >= fewest;
+            std::count_if(row.begin(), row.end(), isLikeIt) >= fewest;
     });
     if (std::ssize(icons) < fewest)
         return;
