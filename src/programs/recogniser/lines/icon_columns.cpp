@@ -8,6 +8,7 @@
 
 #include "programs/recogniser/lines/icon_leads.h"
 #include "programs/recogniser/pixels/boxes.h"
+#include "programs/recogniser/pixels/sorted.h"
 
 namespace tralio {
 namespace {
@@ -134,7 +135,6 @@ void setIconColumnsAside(std::vector<TextLine>& lines, const std::vector<QRect>&
         const bool isPiece = b.isDrawing && a.box.left() >= b.box.left() && a.box.right() <= b.box.right();
         return isPiece || std::abs(a.box.center().x() - b.box.center().x()) <= 2 * unit;
     };
-    const auto isFarLeft = [unit](int a, int b) { return a + 3 * unit < b; };
     std::ranges::stable_sort(leads, {}, &Lead::textLeft);
     for (const Lead& lead : leads) {
         std::ptrdiff_t all = 0;
@@ -142,12 +142,11 @@ void setIconColumnsAside(std::vector<TextLine>& lines, const std::vector<QRect>&
         std::ptrdiff_t drawn = 0;
         if (lead.isDrawing)
             continue;
-        const auto [begin, end] = std::ranges::equal_range(leads, lead.textLeft, isFarLeft, &Lead::textLeft);
-        for (auto other = begin; other != end; ++other) {
-            if (!isOfColumn(lead, *other))
+        for (const Lead& other : nearTo(lead.textLeft, leads, 3 * unit, &Lead::textLeft)) {
+            if (!isOfColumn(lead, other))
                 continue;
-            ++(other->isDrawing ? drawn : all);
-            misfits += other->isMisfit ? 1 : 0;
+            ++(other.isDrawing ? drawn : all);
+            misfits += other.isMisfit ? 1 : 0;
         }
         const bool isBesideDrawings = drawn > 0 && drawn + misfits >= fewest &&
             (drawn + misfits) * 4 >= all + drawn && (lead.isWhole || lead.isMisfit);

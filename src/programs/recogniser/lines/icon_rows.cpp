@@ -3,15 +3,18 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
+#include <span>
 
 #include "programs/recogniser/lines/icon_leads.h"
 #include "programs/recogniser/pixels/boxes.h"
+#include "programs/recogniser/pixels/sorted.h"
 
 namespace tralio {
 namespace {
 
 constexpr int leastSide = 8;
 constexpr int fewest = 2;
+constexpr int reach = 8;
 
 /// Twice the height of a box's middle.
 int middleOf(const QRect& box) {
@@ -24,11 +27,9 @@ bool isAlike(const QRect& a, const QRect& b, int tolerance) {
 }
 
 /// Those of some boxes, sorted by their middles, that are in a row with a box.
-template <typename Sorted, typename Middle>
-auto rowOf(const Sorted& sorted, const QRect& box, int unit, Middle middle) {
-    constexpr int reach = 8;
-    return std::ranges::equal_range(
-        sorted, middleOf(box), [&](int a, int b) { return a + reach * unit < b; }, middle);
+template <typename T, typename Middle>
+std::span<const T> rowOf(const std::vector<T>& sorted, const QRect& box, int unit, Middle middle) {
+    return nearTo(middleOf(box), sorted, reach * unit, middle);
 }
 
 QRect boxOf(const std::vector<QRect>& marks) {
@@ -98,20 +99,18 @@ QRect iconOf(const TextLine& line, const std::vector<Lead>& icons, int unit) {
 QRect iconOfColumn(const TextLine& line, const std::vector<Lead>& icons, int unit) {
     const std::vector<QRect> marks = marksOf(line);
     const int left = line.box.left();
-    const auto [begin, end] = std::ranges::equal_range(
-        icons, left, [unit](int a, int b) { return a + 8 * unit < b; },
-        [](const Lead& icon) { return icon.box.left(); });
     int likeIt = 0;
     QRect found;
-    for (auto icon = begin; icon != end; ++icon) {
-        const QRect lead = leadOf(marks, icon->box.right() + 2 * unit - left);
+    const auto leftOf = [](const Lead& icon) { return icon.box.left(); };
+    for (const Lead& icon : nearTo(left, icons, reach * unit, leftOf)) {
+        const QRect lead = leadOf(marks, icon.box.right() + 2 * unit - left);
         const auto isBehind = [&](const QRect& mark) { return mark.left() > lead.right(); };
         std::vector<QRect> letters;
         std::ranges::copy_if(line.letters, std::back_inserter(letters), isBehind);
         // The strokes of a Chinese sign are not all letters.
         const auto next = std::ranges::find_if(marks, isBehind);
-        if (letters.size() < 2 || lead.isNull() || left < icon->box.left() - 2 * unit ||
-            std::abs(next->left() - icon->textLeft) > 3 * unit || next->left() - lead.right() <= 2 * unit)
+        if (letters.size() < 2 || lead.isNull() || left < icon.box.left() - 2 * unit ||
+            std::abs(next->left() - icon.textLeft) > 3 * unit || next->left() - lead.right() <= 2 * unit)
             continue;
         const Type type(letters);
         if (lead.bottom() <= type.base || lead.top() > type.base - type.height + 1 ||

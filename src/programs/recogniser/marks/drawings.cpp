@@ -8,6 +8,7 @@
 #include "programs/recogniser/marks/ink_colours.h"
 #include "programs/recogniser/marks/mark_neighbours.h"
 #include "programs/recogniser/pixels/boxes.h"
+#include "programs/recogniser/pixels/sorted.h"
 
 namespace tralio {
 namespace {
@@ -77,10 +78,8 @@ public:
         // In the cells of a column, "×" is an answer.
         const auto middleOf = [this](size_t cross) { return boxOf(cross).center().x(); };
         std::ranges::sort(crosses, {}, middleOf);
-        const auto isNear = [this](int a, int b) { return a + m_unit < b; };
         for (const size_t i : crosses)
-            m_areDrawings[i] =
-                std::ranges::size(std::ranges::equal_range(crosses, middleOf(i), isNear, middleOf)) == 1;
+            m_areDrawings[i] = nearTo(middleOf(i), crosses, m_unit, middleOf).size() == 1;
         setLettersOfDiscs();
         setOutlines();
         setSmallPieces();
