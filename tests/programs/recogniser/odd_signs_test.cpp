@@ -5,7 +5,7 @@
 namespace tralio {
 namespace {
 
-TextLine drawn(const QRect& box, const std::vector<QRect>& letters) {
+TextLine rowOfLetters(const QRect& box, const std::vector<QRect>& letters) {
     return {box, 0, false, TextMarks::Kind::difference, 0, letters, {}};
 }
 
@@ -17,7 +17,7 @@ QString before(const ReadWord& sign, const QRect& mark, const QString& word = u"
     const QRect box(0, 0, 120, 10);
     std::vector<ReadLine> lines{{{sign, {word, 95, 1, u"eng"_s, QRectF(40, 0, 80, 10)}}, QRectF(box)},
         {{{u"Account"_s, 95, 0, u"eng"_s, {}}}, QRectF(0, 40, 80, 10)}};
-    dropOddSigns(lines, {{{drawn(box, letters)}, box}});
+    dropOddSigns(lines, {{{rowOfLetters(box, letters)}, box}});
     return lines[0].text();
 }
 
@@ -48,7 +48,7 @@ bool stays(const QString& text, int height, double confidence = 93) {
     std::vector<ReadLine> lines{{{{text, confidence, 0, u"jpn"_s, QRectF(mark)}}, QRectF(mark)},
         {{{u"Hoạt động gì"_s, 95, 0, u"vie"_s, QRectF(label)}, {u"thêm"_s, 95, 1, u"vie"_s, {}}},
             QRectF(label)}};
-    dropOddSigns(lines, {{{drawn(mark, {mark})}, mark}, {{drawn(label, letters)}, label}});
+    dropOddSigns(lines, {{{rowOfLetters(mark, {mark})}, mark}, {{rowOfLetters(label, letters)}, label}});
     return lines.size() == 2;
 }
 
