@@ -266,8 +266,8 @@ TEST_F(StageTest, the_endpoint_of_the_users_own_is_tested_as_it_is_written) {
         return more;
     };
     EXPECT_LT(greenOf(u"No such model"_s), 0);
-    const QString works = u"It works"_s;
-    model.translatesTo(works);
+    const QString works = u"Kết nối thành công"_s;
+    model.translatesTo(u"Xin chào"_s);
     click(u"Kiểm tra"_s);
     wait([&] { return !texts().filter(works).isEmpty(); });
     EXPECT_GT(greenOf(works), 0);

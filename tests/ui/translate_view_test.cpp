@@ -42,7 +42,7 @@ TEST_F(TranslateViewTest, the_menus_choose_what_is_sent_and_swapping_exchanges_i
         << "the languages are the panel's";
     click(u"Giọng điệu: "_s + TranslationTone::formal.rawValue());
     for (const TranslationTone tone : TranslationTone::allCases())
-        EXPECT_EQ(controls(tone.rawValue()).constFirst()->isChecked(), tone == TranslationTone::formal);
+        EXPECT_EQ(controls(tone.rawValue()).constLast()->isChecked(), tone == TranslationTone::formal);
 }
 
 TEST_F(TranslateViewTest, the_tool_row_counts_characters_and_fills_and_empties_the_input) {
