@@ -76,7 +76,7 @@ TEST_F(HelperTextRecognizerTest, reads_tables_bubbles_and_captions) {
 TEST_F(HelperTextRecognizerTest, nothing_is_read_where_nothing_is_written) {
     QImage plain(600, 400, QImage::Format_RGB32);
     plain.fill(QColor(128, 128, 128));
-    QImage clouds(600, 400, QImage::Format_RGB32);
+    QImage clouds(420, 280, QImage::Format_RGB32);
     for (int y = 0; y < clouds.height(); ++y)
         for (int x = 0; x < clouds.width(); ++x) {
             const auto wave = [&](double a, double b) {
