@@ -38,9 +38,7 @@ bool hasPointBehind(const std::vector<QRect>& dots, const QRect& sign, const Typ
 }
 
 Lead leadOf(size_t line, size_t text, const std::vector<QRect>& marks, const Type& type, int textLeft) {
-    QRect all;
-    for (const QRect& mark : marks)
-        all |= mark;
+    const QRect all = boxOf(marks);
     const bool isAlone = marks.size() == 1;
     bool isWhole = true;
     for (int right = all.left(); const QRect& mark : marks) {
@@ -108,12 +106,7 @@ void setAside(std::vector<TextLine>& lines, const Lead& lead) {
     TextLine& line = lines[lead.line];
     const auto isPart = [&](const QRect& mark) { return mark.left() <= lead.box.right(); };
     std::ranges::copy_if(line.dots, std::back_inserter(lines[lead.text].unread), isPart);
-    std::erase_if(line.letters, isPart);
-    std::erase_if(line.dots, isPart);
-    line.box = {};
-    for (const std::vector<QRect>* marks : {&line.letters, &line.dots})
-        for (const QRect& mark : *marks)
-            line.box |= mark;
+    dropUpTo(lead.box.right(), line);
 }
 
 }  // namespace

@@ -24,6 +24,13 @@ PlaceIndex placesOf(const std::vector<TextLine>& lines) {
     return places;
 }
 
+void dropUpTo(int right, TextLine& line) {
+    const auto isBefore = [right](const QRect& mark) { return mark.left() <= right; };
+    std::erase_if(line.letters, isBefore);
+    std::erase_if(line.dots, isBefore);
+    line.box = boxOf(line.marks());
+}
+
 std::vector<Lead> drawnLeads(
     const std::vector<TextLine>& lines, const std::vector<QRect>& drawings, const PlaceIndex& places) {
     constexpr int reach = 3;

@@ -30,6 +30,9 @@ struct Type {
 /// Of all lines but those in photographs.
 [[nodiscard]] PlaceIndex placesOf(const std::vector<TextLine>& lines);
 
+/// Takes from a line the marks that begin no further right than that.
+void dropUpTo(int right, TextLine& line);
+
 /// The drawings that texts stand behind.
 [[nodiscard]] std::vector<Lead> drawnLeads(
     const std::vector<TextLine>& lines, const std::vector<QRect>& drawings, const PlaceIndex& places);

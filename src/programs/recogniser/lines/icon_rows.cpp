@@ -32,20 +32,6 @@ std::span<const T> rowOf(const std::vector<T>& sorted, const QRect& box, int uni
     return nearTo(middleOf(box), sorted, reach * unit, middle);
 }
 
-QRect boxOf(const std::vector<QRect>& marks) {
-    QRect box;
-    for (const QRect& mark : marks)
-        box |= mark;
-    return box;
-}
-
-std::vector<QRect> marksOf(const TextLine& line) {
-    std::vector<QRect> marks = line.letters;
-    marks.insert(marks.end(), line.dots.begin(), line.dots.end());
-    std::ranges::sort(marks, {}, [](const QRect& mark) { return mark.left(); });
-    return marks;
-}
-
 /// The icons of labels, by their middles.
 std::vector<Lead> labelIcons(
     const std::vector<TextLine>& lines, const std::vector<QRect>& drawings, int unit) {
@@ -71,7 +57,7 @@ QRect leadOf(const std::vector<QRect>& marks, int width) {
 
 /// The box of a line's icon that is like others in its row, or none.
 QRect iconOf(const TextLine& line, const std::vector<Lead>& icons, int unit) {
-    const std::vector<QRect> marks = marksOf(line);
+    const std::vector<QRect> marks = line.marks();
     int likeIt = 0;
     QRect found;
     for (const Lead& icon :
@@ -97,7 +83,7 @@ QRect iconOf(const TextLine& line, const std::vector<Lead>& icons, int unit) {
 
 /// The same in a column: what stands above the others' icons and the gap behind them, and is no letter.
 QRect iconOfColumn(const TextLine& line, const std::vector<Lead>& icons, int unit) {
-    const std::vector<QRect> marks = marksOf(line);
+    const std::vector<QRect> marks = line.marks();
     const int left = line.box.left();
     int likeIt = 0;
     QRect found;
@@ -124,10 +110,7 @@ QRect iconOfColumn(const TextLine& line, const std::vector<Lead>& icons, int uni
 
 void setAside(TextLine& line, const QRect& icon) {
     line.unread.push_back(icon);
-    const auto isPart = [&](const QRect& mark) { return mark.left() <= icon.right(); };
-    std::erase_if(line.letters, isPart);
-    std::erase_if(line.dots, isPart);
-    line.box = boxOf(marksOf(line));
+    dropUpTo(icon.right(), line);
 }
 
 }  // namespace
@@ -139,7 +122,7 @@ void setIconRowsAside(std::vector<TextLine>& lines, const std::vector<QRect>& dr
     std::vector<QRect> sorted = drawings;
     std::ranges::sort(sorted, {}, middleOf);
     std::erase_if(lines, [&](const TextLine& line) {
-        const QRect box = boxOf(marksOf(line));
+        const QRect box = boxOf(line.marks());
         const auto isLikeIt = [&](const QRect& drawing) { return isAlike(drawing, box, unit); };
         const auto row = rowOf(sorted, box, unit, middleOf);
         return !line.isShaded && line.letters.size() <= fewPieces &&

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "programs/recogniser/marks/mark_shapes.h"
@@ -17,6 +18,14 @@ struct TextLine {
     std::vector<QRect> letters;   ///< from left to right
     std::vector<QRect> dots;      ///< what is too small for a letter
     std::vector<QRect> unread{};  ///< what engines are not shown
+
+    /// Letters and dots, from left to right.
+    [[nodiscard]] std::vector<QRect> marks() const {
+        std::vector<QRect> all = letters;
+        all.insert(all.end(), dots.begin(), dots.end());
+        std::ranges::sort(all, {}, [](const QRect& mark) { return mark.left(); });
+        return all;
+    }
 
     /// The usual height of its letters.
     [[nodiscard]] int letterHeight() const;

@@ -66,12 +66,6 @@ const TextLine* drawnLine(const QRectF& box, const std::vector<TextBlock>& block
     return nullptr;
 }
 
-std::vector<QRect> marksOf(const TextLine& line) {
-    std::vector<QRect> marks = line.letters;
-    marks.insert(marks.end(), line.dots.begin(), line.dots.end());
-    return marks;
-}
-
 bool isOne(const QString& text, QStringView signs) {
     return text.size() == 1 && signs.contains(text.front());
 }
@@ -106,7 +100,7 @@ struct LeadingMarks {
     LeadingMarks(const TextLine& line, const QRectF& word) {
         std::vector<QRect> rest;
         int next = line.box.right() + 1;
-        for (const QRect& mark : marksOf(line))
+        for (const QRect& mark : line.marks())
             if (QRectF(mark).center().x() <= word.right())
                 box |= mark;
             else
@@ -144,7 +138,7 @@ bool isDrawingBefore(const ReadLine& text, const TextLine& line, const Scripts& 
 bool isNowhere(const ReadWord& word, const TextLine& line) {
     constexpr double sure = 75;
     return word.confidence < sure && isOne(word.text, u"·•'`´°") &&
-        std::ranges::none_of(marksOf(line), [&](const QRect& mark) {
+        std::ranges::none_of(line.marks(), [&](const QRect& mark) {
             return mark.right() >= word.box.left() - 1 && mark.left() <= word.box.right() + 1;
         });
 }

@@ -139,9 +139,7 @@ void writeBlanksBetweenSigns(Reading& reading, const std::vector<TextLine>& line
         if (signs.size() < fewest || drawn == lines.end() || drawn->isShaded || drawn->letters.empty() ||
             !isOfSigns(line))
             continue;
-        std::vector<QRect> marks = drawn->letters;
-        marks.insert(marks.end(), drawn->dots.begin(), drawn->dots.end());
-        std::ranges::sort(marks, {}, [](const QRect& mark) { return mark.left(); });
+        const std::vector<QRect> marks = drawn->marks();
         const std::vector<Gap> gaps = wideGaps(marks, drawn->box.height());
         const std::vector<qsizetype> before = blanksOf(marks, gaps, signs);
         for (size_t i = 0; i < before.size(); ++i)

@@ -24,6 +24,14 @@ inline int horizontalGap(const QRect& a, const QRect& b) {
     return std::max(a.left(), b.left()) - std::min(a.right(), b.right()) - 1;
 }
 
+/// What contains all of them.
+inline QRect boxOf(const std::vector<QRect>& marks) {
+    QRect box;
+    for (const QRect& mark : marks)
+        box |= mark;
+    return box;
+}
+
 /// The lower edge that most letters have.
 inline int footOf(std::vector<QRect> letters) {
     const auto middle = letters.begin() + std::ssize(letters) / 2;
